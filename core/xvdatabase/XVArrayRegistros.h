@@ -1,0 +1,71 @@
+// A growable array whose elements never move: one block as loaded from disk, then blocks of fixed size
+// for what is appended. Growing allocates one block at a time and copies nothing that is there.
+#pragma once
+
+#include <memory>
+#include <type_traits>
+#include <utility>
+#include <vector>
+
+template <class T>
+class TXVArrayRegistros {
+    static_assert(std::is_trivially_copyable_v<T>);
+
+  public:
+    static constexpr std::size_t k_uiBloco = 1024;
+
+    std::size_t size() const { return m_uiQuantidade; }
+    bool empty() const { return m_uiQuantidade == 0; }
+
+    const T& operator[](std::size_t i) const {
+        return i < m_uiBase ? m_pBase[i] : m_listaBlocos[(i - m_uiBase) / k_uiBloco][(i - m_uiBase) % k_uiBloco];
+    }
+    T& operator[](std::size_t i) { return const_cast<T&>(std::as_const(*this)[i]); }
+
+    // Empties the array and gives room for uiQuantidade elements in one block, for the caller to fill.
+    T* PreparaBase(std::size_t uiQuantidade) {
+        Limpa();
+        if (uiQuantidade > 0) m_pBase.reset(new T[uiQuantidade]);
+        m_uiBase = m_uiQuantidade = uiQuantidade;
+        return m_pBase.get();
+    }
+
+    void Limpa() {
+        m_pBase.reset();
+        m_listaBlocos.clear();
+        m_uiBase = m_uiQuantidade = 0;
+    }
+
+    // Makes the next uiQuantidade calls of Inclui unable to fail.
+    void Reserva(std::size_t uiQuantidade) {
+        const std::size_t uiNecessario = m_uiQuantidade + uiQuantidade;
+        while (m_uiBase + m_listaBlocos.size() * k_uiBloco < uiNecessario)
+            m_listaBlocos.emplace_back(new T[k_uiBloco]);
+    }
+
+    void Inclui(const T& reg) {
+        Reserva(1);
+        (*this)[m_uiQuantidade] = reg;
+        ++m_uiQuantidade;
+    }
+
+    // Appends the elements from uiInicio to the vector.
+    void CopiaPara(std::vector<T>& lista, std::size_t uiInicio, std::size_t uiQuantidade) const {
+        lista.reserve(lista.size() + uiQuantidade);
+        while (uiQuantidade > 0) {
+            const T* p = &(*this)[uiInicio];
+            const std::size_t uiContiguos =
+                uiInicio < m_uiBase ? m_uiBase - uiInicio : k_uiBloco - (uiInicio - m_uiBase) % k_uiBloco;
+            const std::size_t uiParte = uiContiguos < uiQuantidade ? uiContiguos : uiQuantidade;
+            lista.insert(lista.end(), p, p + uiParte);
+            uiInicio += uiParte;
+            uiQuantidade -= uiParte;
+        }
+    }
+
+  private:
+    std::unique_ptr<T[]> m_pBase;
+    std::vector<std::unique_ptr<T[]>> m_listaBlocos;
+    std::size_t m_uiBase = 0;
+    std::size_t m_uiQuantidade = 0;
+};

@@ -1,0 +1,36 @@
+#include "core/xvdatabase/XVDataBase.h"
+
+HRESULT IXVFileBase::SetArrayData(const void* /*pDados*/, XVUInt64 /*uiQuantidade*/) { return E_NOTIMPL; }
+HRESULT IXVFileBase::SetRegData(XVUInt& /*uiPosicao*/, const void* /*pDados*/) { return E_NOTIMPL; }
+
+void CXVDataBase::AddFile(IXVFileBase* pFile) {
+    if (m_bControleDesabilitado) pFile->DesabilitaControleCriacaoArquivos();
+    m_mapFiles[pFile->GetNomeArquivo()] = pFile;
+}
+
+void CXVDataBase::RemoveFile(IXVFileBase* pFile) {
+    const auto it = m_mapFiles.find(pFile->GetNomeArquivo());
+    if (it != m_mapFiles.end() && it->second == pFile) m_mapFiles.erase(it);
+}
+
+HRESULT CXVDataBase::OnInicializa() {
+    XV_CHECK_TEXTO(CXVBaseParaRotinas::OnInicializa(), "__super::OnInicializa()");
+    for (const auto& file : m_mapFiles) XV_CHECK(file.second->Inicializa(this));
+    return S_OK;
+}
+
+// Every file is finalised whatever the others answer, so that no handle stays open; the first failure is
+// the result.
+HRESULT CXVDataBase::OnFinaliza() {
+    HRESULT hrPrimeira = S_OK;
+    for (const auto& file : m_mapFiles) {
+        const HRESULT hr = file.second->Finaliza();
+        if (SUCCEEDED(hr)) continue;
+        XV_REGISTRA(hr, "file.second->Finaliza()");
+        if (SUCCEEDED(hrPrimeira)) hrPrimeira = hr;
+    }
+    const HRESULT hr = CXVBaseParaRotinas::OnFinaliza();
+    if (FAILED(hrPrimeira)) return hrPrimeira;
+    XV_CHECK_TEXTO(hr, "__super::OnFinaliza()");
+    return S_OK;
+}

@@ -1,0 +1,50 @@
+// The container of one module's database files. Files register themselves at construction and are
+// initialised and finalised by the container in byte order of their names.
+//
+// Thread rule: AddFile, RemoveFile, Inicializa and Finaliza are called by one thread at a time; the
+// switches are set before Inicializa.
+#pragma once
+
+#include <map>
+#include <string>
+
+#include "core/xvdatabase/IXVFileBase.h"
+#include "suite/XVBaseParaRotinas.h"
+
+class CXVDataBase : public CXVBaseParaRotinas {
+  public:
+    XV_CLASSE("CXVDataBase", "XVDataBase")
+
+    explicit CXVDataBase(EModulo eModulo) : m_eModulo(eModulo) {}
+
+    // The file is not owned and must be removed before it goes.
+    void AddFile(IXVFileBase* pFile);
+    void RemoveFile(IXVFileBase* pFile);
+
+    EModulo GetModulo() const { return m_eModulo; }
+    void SetModulo(EModulo xvModulo) { m_eModulo = xvModulo; }
+
+    // Files added from now on are not listed in the control file.
+    void DesabilitaControleCriacaoArquivos() { m_bControleDesabilitado = true; }
+    // Files hand out their in-memory collections (GetPtrRegistros).
+    void HabilitaAcessoDireto() { m_bAcessoDireto = true; }
+    bool PermiteAcessoDireto() const { return m_bAcessoDireto; }
+    // Every file opens read-only without locking, whatever mode is asked for; writes are refused.
+    void SetSomenteLeituraSemBloqueio(bool bSomenteLeitura) { m_bSomenteLeitura = bSomenteLeitura; }
+    bool EhSomenteLeituraSemBloqueio() const { return m_bSomenteLeitura; }
+    // Headers are neither created, validated nor updated.
+    void DesabilitaCabecalho() { m_bCabecalhoDesabilitado = true; }
+    bool EhCabecalhoDesabilitado() const { return m_bCabecalhoDesabilitado; }
+
+  protected:
+    HRESULT OnInicializa() override;
+    HRESULT OnFinaliza() override;
+
+  private:
+    std::map<std::string, IXVFileBase*> m_mapFiles;
+    EModulo m_eModulo;
+    bool m_bControleDesabilitado = false;
+    bool m_bAcessoDireto = false;
+    bool m_bSomenteLeitura = false;
+    bool m_bCabecalhoDesabilitado = false;
+};

@@ -1,0 +1,161 @@
+#include "core/xvdatabase/XVDataBaseControleCriacaoArquivos.h"
+
+#include <algorithm>
+
+#include "core/xvdatabase/XVDataBase.h"
+#include "core/xvdatabase/XVDataBaseUtil.h"
+#include "core/xvdatabase/XVModoAbertura.h"
+#include "core/xvdatabase/XVNomeArquivo.h"
+#include "core/xvdatabase/XVTextFile.h"
+#include "platform/XVPlataforma.h"
+#include "support/XVCodigos.h"
+#include "support/XVProfiler.h"
+
+namespace {
+
+constexpr int k_iTentativasMarca = 500;
+constexpr XVUInt k_ulEsperaTentativa = 10;  // ms
+
+const std::string k_sNomeControle(XVDATABASE_NOME_ARQUIVO_CONTROLE_CRIACAO_ARQUIVOS);
+
+enum IXVArqMarcaEnum : unsigned { ControleCriacaoArquivosInMemory = 1 };
+
+// The control's own short-lived database: reads share the file with its writers.
+class CXVDataBaseControle : public CXVDataBase {
+  public:
+    enum class EUso { eLeitura, eEscrita };
+    CXVDataBaseControle(EModulo eModulo, const std::string& sNomeArquivo, EUso eUso)
+        : CXVDataBase(eModulo), m_xvTextFile(sNomeArquivo, this) {
+        HabilitaAcessoDireto();
+        SetSomenteLeituraSemBloqueio(eUso == EUso::eLeitura);
+    }
+    ~CXVDataBaseControle() override { XVIgnora(Finaliza()); }
+    CXVTextFile& GetArquivo() { return m_xvTextFile; }
+
+  private:
+    CXVTextFile m_xvTextFile;
+};
+
+bool ContemNome(const CXVTextFile::CColecao& rColecao, std::string_view sNome) {
+    for (std::size_t i = 0; i < rColecao.size(); ++i)
+        if (XVNomeArquivo::IgualSemCaixa(rColecao[i].GetTexto(), sNome)) return true;
+    return false;
+}
+
+}  // namespace
+
+HRESULT CXVDataBaseControleCriacaoArquivos::OnInicializa() {
+    XV_CHECK_TEXTO(CXVInicializador::OnInicializa(), "__super::OnInicializa()");
+    return S_OK;
+}
+
+HRESULT CXVDataBaseControleCriacaoArquivos::OnFinaliza() {
+    XV_CHECK_TEXTO(CXVInicializador::OnFinaliza(), "__super::OnFinaliza()");
+    return S_OK;
+}
+
+HRESULT CXVDataBaseControleCriacaoArquivos::GerenciaControleCriacaoArquivos(XVUInt eModoAbertura) {
+    XV_ESCOPO({"m_sNomeArquivo", m_sNomeArquivo}, {"(XVUInt) eModoAbertura", XVUInt64{eModoAbertura}});
+    if (eModoAbertura != eModoLeituraGravacao || XVNomeArquivo::EhIsento(m_sNomeArquivo)) return S_OK;
+    if (m_bDesabilitado) {
+        XV_CHECK(RemoveControleCriacaoArquivos());
+        return S_OK;
+    }
+    bool bPossui = false;
+    XV_CHECK(PossuiControleCriacaoArquivos(&bPossui));
+    std::string sPathArquivo;
+    XV_CHECK(CXVDataBaseUtil::GetPathArquivo(m_eModulo, GetEmpresa(), m_sNomeArquivo.c_str(), &sPathArquivo));
+    std::string sNomeReal;
+    const bool bExiste = XVPlataforma::SistemaArquivos().BuscaNomeReal(sPathArquivo, sNomeReal);
+    if (bPossui && !bExiste) {
+        XVProfiler::RecordError(this, "CXVDataBaseControleCriacaoArquivos::GerenciaControleCriacaoArquivos",
+                                XVNomeFonte(), __LINE__,
+                                "Arquivo controlado não encontrado: %s\tE_XVCR_INCONSISTENCIA_CONTROLE_CRIACAO_ARQUIVOS",
+                                sPathArquivo.c_str());
+        return E_XVCR_INCONSISTENCIA_CONTROLE_CRIACAO_ARQUIVOS;
+    }
+    if (!bPossui && bExiste) XV_CHECK(CriaControleCriacaoArquivos());
+    return S_OK;
+}
+
+HRESULT CXVDataBaseControleCriacaoArquivos::PossuiControleCriacaoArquivos(bool* pbPossui) {
+    *pbPossui = false;
+    CXVDataBaseControle xvDB(m_eModulo, k_sNomeControle, CXVDataBaseControle::EUso::eLeitura);
+    XV_CHECK(xvDB.Inicializa(this));
+    *pbPossui = ContemNome(*xvDB.GetArquivo().GetPtrRegistros(), m_sNomeArquivo);
+    return S_OK;
+}
+
+HRESULT CXVDataBaseControleCriacaoArquivos::CriaControleCriacaoArquivos() {
+    XV_ESCOPO({"m_sNomeArquivo", m_sNomeArquivo});
+    std::unique_ptr<IXVMarcaDiretorio> marca;
+    XV_CHECK(ExecutaMarcaDiretorio(marca));
+    bool bPossui = false;
+    XV_CHECK(PossuiControleCriacaoArquivos(&bPossui));
+    if (bPossui) return S_OK;
+    CXVDataBaseControle xvDB(m_eModulo, k_sNomeControle, CXVDataBaseControle::EUso::eEscrita);
+    XV_CHECK(xvDB.Inicializa(this));
+    CXVTextFile& xvTextFile = xvDB.GetArquivo();
+    XVUInt uiPosicao = 0;
+    XV_CHECK(xvTextFile.Grava(uiPosicao, m_sNomeArquivo.c_str()));
+    return S_OK;
+}
+
+HRESULT CXVDataBaseControleCriacaoArquivos::RemoveControleCriacaoArquivos() {
+    XV_ESCOPO({"m_sNomeArquivo", m_sNomeArquivo});
+    if (XVNomeArquivo::EhIsento(m_sNomeArquivo)) return S_OK;
+    bool bPossui = false;
+    XV_CHECK(PossuiControleCriacaoArquivos(&bPossui));
+    if (!bPossui) return S_OK;
+    std::unique_ptr<IXVMarcaDiretorio> marca;
+    XV_CHECK(ExecutaMarcaDiretorio(marca));
+    XV_CHECK(GravaListaSemArquivo());
+    XV_CHECK(CXVDataBaseUtil::RenomeiaArquivoTRA(this, m_eModulo, k_sNomeControle, 1));
+    return S_OK;
+}
+
+// Under the mark: the ".tra" of the control file with every name but this one. No name left: no ".tra",
+// and the rename then deletes the control file.
+HRESULT CXVDataBaseControleCriacaoArquivos::GravaListaSemArquivo() {
+    const std::string sNomeTra = XVNomeArquivo::TrocaExtensao(k_sNomeControle, "tra");
+    std::string sPathTra;
+    XV_CHECK(CXVDataBaseUtil::GetPathArquivo(m_eModulo, GetEmpresa(), sNomeTra, &sPathTra));
+    if (XVPlataforma::SistemaArquivos().Existe(sPathTra) != EExistencia::eAusente)
+        XV_FALHA(E_XVCR_ARQUIVO_TRA_ENCONTRADO);
+
+    std::vector<std::string> aRegistrosNew;
+    CXVDataBaseControle xvDB(m_eModulo, k_sNomeControle, CXVDataBaseControle::EUso::eLeitura);
+    XV_CHECK(xvDB.Inicializa(this));
+    const CXVTextFile::CColecao& aRegistros = *xvDB.GetArquivo().GetPtrRegistros();
+    for (std::size_t i = 0; i < aRegistros.size(); ++i)
+        if (!XVNomeArquivo::IgualSemCaixa(aRegistros[i].GetTexto(), m_sNomeArquivo))
+            aRegistrosNew.emplace_back(aRegistros[i].GetTexto());
+    XV_CHECK(xvDB.Finaliza());
+
+    CXVDataBaseControle xvDBNew(m_eModulo, sNomeTra, CXVDataBaseControle::EUso::eEscrita);
+    XV_CHECK(xvDBNew.Inicializa(this));
+    CXVTextFile& xvFileNew = xvDBNew.GetArquivo();
+    XVUInt uiPosicao = 0;
+    XV_CHECK(xvFileNew.GravaColecao(uiPosicao, aRegistrosNew));
+    return S_OK;
+}
+
+HRESULT CXVDataBaseControleCriacaoArquivos::ExecutaMarcaDiretorio(std::unique_ptr<IXVMarcaDiretorio>& marca) {
+    std::string sDiretorioMarca;
+    XV_CHECK(CXVDataBaseUtil::GetPathDados(m_eModulo, GetEmpresa(), &sDiretorioMarca));
+    const std::string sMarca = std::string(CAmbienteXV::GetSiglaModulo(m_eModulo)) + "XXMARCA" +
+                               std::to_string(static_cast<unsigned>(ControleCriacaoArquivosInMemory));
+    CXVErroArquivo erro;
+    for (int i = 1; i <= k_iTentativasMarca; ++i) {
+        erro = XVPlataforma::SistemaArquivos().MarcaDiretorio(sDiretorioMarca, sMarca, marca);
+        if (erro.GetCausa() != ECausaArquivo::eViolacaoCompartilhamento) break;
+        if (i < k_iTentativasMarca) XVPlataforma::Relogio().Dorme(k_ulEsperaTentativa);
+    }
+    if (erro.Ok()) return S_OK;
+    const HRESULT hr = erro.GetCausa() == ECausaArquivo::eViolacaoCompartilhamento ? eSharingViolation : eAccessDenied;
+    XVProfiler::RecordError(this, "CXVDataBaseControleCriacaoArquivos::ExecutaMarcaDiretorio", XVNomeFonte(), __LINE__,
+                            "%s\t%s = %d\tHR = %#X\tDescrição = marca do diretório %s recusada", sMarca.c_str(), "iRetorno",
+                            static_cast<int>(erro.GetErroSistema()), static_cast<unsigned>(hr),
+                            sDiretorioMarca.c_str());
+    return hr;
+}

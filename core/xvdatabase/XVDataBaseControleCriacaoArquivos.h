@@ -1,0 +1,42 @@
+// File-creation control of one database file: the list, kept in the data directory's control file, of
+// the files that were brought under control, and the check at open that a listed file is present.
+//
+// Thread rule: as its file. Updates of the control file are exclusive between threads and processes
+// through a mark on the directory.
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "platform/XVSistemaArquivos.h"
+#include "support/XVAmbiente.h"
+#include "suite/XVInicializador.h"
+
+class CXVDataBaseControleCriacaoArquivos : public CXVInicializador {
+  public:
+    XV_CLASSE("CXVDataBaseControleCriacaoArquivos", "XVDataBaseControleCriacaoArquivos")
+
+    CXVDataBaseControleCriacaoArquivos(EModulo eModulo, std::string sNomeArquivo)
+        : m_eModulo(eModulo), m_sNomeArquivo(std::move(sNomeArquivo)) {}
+
+    // The check run by the file's opening. Only in eModoLeituraGravacao: a listed file that is missing is
+    // E_XVCR_INCONSISTENCIA_CONTROLE_CRIACAO_ARQUIVOS; a present file that is not listed is listed; with the
+    // control disabled a listed file leaves the list.
+    HRESULT GerenciaControleCriacaoArquivos(XVUInt eModoAbertura);
+    HRESULT PossuiControleCriacaoArquivos(bool* pbPossui);
+    HRESULT CriaControleCriacaoArquivos();
+    HRESULT RemoveControleCriacaoArquivos();
+    void DesabilitaControleCriacaoArquivos() { m_bDesabilitado = true; }
+
+  protected:
+    HRESULT OnInicializa() override;
+    HRESULT OnFinaliza() override;
+
+  private:
+    HRESULT ExecutaMarcaDiretorio(std::unique_ptr<IXVMarcaDiretorio>& marca);
+    HRESULT GravaListaSemArquivo();
+
+    EModulo m_eModulo;
+    std::string m_sNomeArquivo;
+    bool m_bDesabilitado = false;
+};

@@ -1,0 +1,125 @@
+// Binds a schema to a logic object: converts older databases, opens the schema's files, and shares one
+// open store among all logic objects of the same company in the process. The last one to go closes it.
+//
+// Thread rule: Inicializa and Finaliza of one object are not called concurrently; of different objects
+// they may be. Operations that change the store hold BloqueiaAlteracao for their whole run; reads do not.
+#pragma once
+
+#include <map>
+#include <memory>
+#include <mutex>
+#include <string>
+
+#include "core/xvdatabase/XVCodigosArquivo.h"
+#include "core/xvdatabase/XVDataBase.h"
+#include "core/xvdatabase/XVDataBaseUtil.h"
+#include "platform/XVPlataforma.h"
+#include "support/XVCodigos.h"
+#include "support/XVProfiler.h"
+
+template <class TDataBase, class TBase>
+class CXVDataBaseFacade : public TBase {
+  public:
+    XV_CLASSE("CXVDataBaseFacade", "XVDataBaseFacade")
+
+    // Before Inicializa: open the files read-only without locking, convert nothing, create nothing and refuse
+    // every write. Usable while another process has the store open for writing; the object then has a store
+    // of its own, as it was on disk at that moment.
+    void SetSomenteLeitura(bool bSomenteLeitura) { m_bSomenteLeitura = bSomenteLeitura; }
+    bool EhSomenteLeitura() const { return m_bSomenteLeitura; }
+
+  protected:
+    // Runs before the schema is opened by the first object of a company.
+    virtual HRESULT ExecutaConversao() = 0;
+    // Read-only viewing: whether the files can be read as they are.
+    virtual HRESULT ValidaVersaoSomenteLeitura() = 0;
+
+    HRESULT XVDataBaseInicializa() {
+        std::string sDiretorio;
+        XV_CHECK(CXVDataBaseUtil::GetPathDados(XV_DF, this->GetEmpresa(), &sDiretorio));
+        if (m_bSomenteLeitura) {
+            XV_CHECK(ValidaVersaoSomenteLeitura());
+            m_pLoja = std::make_shared<SLoja>();
+            m_pLoja->dataBase.SetSomenteLeituraSemBloqueio(true);
+            XV_CHECK_TEXTO(m_pLoja->dataBase.Inicializa(this), "m_pDataBase->Inicializa(this)");
+            m_pDataBase = &m_pLoja->dataBase;
+            return S_OK;
+        }
+        XV_CHECK(CriaDiretorio(sDiretorio));
+        m_pLoja = CRegistroLojas::Instancia().Busca(sDiretorio);
+        const std::lock_guard lock(m_pLoja->mutexAbertura);
+        if (m_pLoja->uiObjetos == 0) {
+            XV_CHECK(ExecutaConversaoInterno());
+            XV_CHECK_TEXTO(m_pLoja->dataBase.Inicializa(this), "m_pDataBase->Inicializa(this)");
+        }
+        ++m_pLoja->uiObjetos;
+        m_pDataBase = &m_pLoja->dataBase;
+        return S_OK;
+    }
+
+    // Leaves the store; the last object closes it. Nothing to leave: S_OK.
+    HRESULT XVDataBaseFinaliza() {
+        const std::shared_ptr<SLoja> pLoja = std::move(m_pLoja);
+        if (m_pDataBase == nullptr) return S_OK;
+        m_pDataBase = nullptr;
+        const std::lock_guard lock(pLoja->mutexAbertura);
+        if (pLoja->uiObjetos > 1) {
+            --pLoja->uiObjetos;
+            return S_OK;
+        }
+        pLoja->uiObjetos = 0;
+        XV_CHECK_TEXTO(pLoja->dataBase.Finaliza(), "m_pDataBase->Finaliza()");
+        return S_OK;
+    }
+
+    HRESULT ExecutaConversaoInterno() {
+        XV_CHECK(ExecutaConversao());
+        return S_OK;
+    }
+
+    // Held by every operation that changes the store. Null store: E_XVCR_COMPONENTE_NAO_INICIALIZADO is the
+    // caller's answer.
+    [[nodiscard]] std::unique_lock<std::mutex> BloqueiaAlteracao() const {
+        return std::unique_lock(m_pLoja->mutexAlteracao);
+    }
+
+    TDataBase* m_pDataBase = nullptr;
+
+  private:
+    struct SLoja {
+        TDataBase dataBase;
+        std::mutex mutexAbertura;
+        std::mutex mutexAlteracao;
+        std::size_t uiObjetos = 0;
+    };
+
+    // The open stores of the process by data directory.
+    class CRegistroLojas {
+      public:
+        static CRegistroLojas& Instancia() {
+            static CRegistroLojas registro;
+            return registro;
+        }
+        std::shared_ptr<SLoja> Busca(const std::string& sDiretorio) {
+            const std::lock_guard lock(m_Mutex);
+            std::erase_if(m_mapLojas, [](const auto& it) { return it.second.expired(); });
+            std::weak_ptr<SLoja>& rLoja = m_mapLojas[sDiretorio];
+            std::shared_ptr<SLoja> pLoja = rLoja.lock();
+            if (pLoja == nullptr) rLoja = pLoja = std::make_shared<SLoja>();
+            return pLoja;
+        }
+
+      private:
+        std::mutex m_Mutex;
+        std::map<std::string, std::weak_ptr<SLoja>> m_mapLojas;
+    };
+
+    HRESULT CriaDiretorio(const std::string& sDiretorio) {
+        const CXVErroArquivo erro = XVPlataforma::SistemaArquivos().CriaDiretorio(sDiretorio);
+        if (!erro.Ok()) XV_CHECK(XVCodigosArquivo::DeExcecao(erro.GetCausa()).hr);
+        return S_OK;
+    }
+
+    std::shared_ptr<SLoja> m_pLoja;
+    bool m_bSomenteLeitura = false;
+};

@@ -1,0 +1,194 @@
+#include "core/xvdatabase/XVDataBaseUtil.h"
+
+#include <algorithm>
+
+#include "core/xvdatabase/XVDataBase.h"
+#include "core/xvdatabase/XVDataBaseControleCriacaoArquivos.h"
+#include "core/xvdatabase/XVFileBase.h"
+#include "core/xvdatabase/XVNomeArquivo.h"
+#include "platform/XVAmbienteSO.h"
+#include "platform/XVPlataforma.h"
+#include "support/XVCodigos.h"
+#include "support/XVProfiler.h"
+
+namespace {
+
+constexpr int k_iTentativas = 50;
+constexpr XVUInt k_ulEsperaTentativa = 10;  // ms
+constexpr XVUInt k_ulTipoRegistroArquivo = 21;
+
+// Runs operacao until it succeeds, at most 50 times 10 ms apart; the last error otherwise.
+template <class TOperacao>
+CXVErroArquivo Tenta(TOperacao operacao) {
+    CXVErroArquivo erro = operacao();
+    for (int i = 1; i < k_iTentativas && !erro.Ok(); ++i) {
+        XVPlataforma::Relogio().Dorme(k_ulEsperaTentativa);
+        erro = operacao();
+    }
+    return erro;
+}
+
+bool ExistePath(const std::string& sPath) {
+    return XVPlataforma::SistemaArquivos().Existe(sPath) != EExistencia::eAusente;
+}
+
+std::string TextoAuditoria(const IXVDF_Profiler& rDono, const std::string& sNomeArquivo) {
+    const std::string sInicio = "Arquivo \"" + sNomeArquivo + "\" removido ";
+    switch (rDono.GetUsuario()) {
+        case k_usUsuarioConversao: return sInicio + "durante a conversão da base de dados";
+        case 0: return sInicio + "sem informação de usuário logado";
+        default: return sInicio + "pelo usuário \"" + XVAmbienteSO::GetNomeUsuario() + "\"";
+    }
+}
+
+}  // namespace
+
+HRESULT CXVDataBaseUtil::GetPathDados(EModulo eModulo, std::string_view sEmpresa, std::string* psDiretorio) {
+    return CAmbienteXV::GetPathDados(eModulo, sEmpresa, psDiretorio);
+}
+
+HRESULT CXVDataBaseUtil::GetPathArquivo(EModulo eModulo, std::string_view sEmpresa, std::string_view sNomeArquivo,
+                                        std::string* psPathArquivo) {
+    psPathArquivo->clear();
+    std::string sDiretorio;
+    const HRESULT hr = GetPathDados(eModulo, sEmpresa, &sDiretorio);
+    if (SUCCEEDED(hr)) *psPathArquivo = XVPlataforma::SistemaArquivos().Junta(sDiretorio, sNomeArquivo);
+    return hr;
+}
+
+HRESULT CXVDataBaseUtil::ListaMembros(const IXVDF_Profiler* pDono, EModulo eModulo, const std::string& sPadrao,
+                                      std::vector<std::pair<XVUInt64, std::string>>* plistaMembros) {
+    plistaMembros->clear();
+    std::string sDiretorio;
+    XV_CHECK_DONO(pDono, GetPathDados(eModulo, pDono->GetEmpresa(), &sDiretorio));
+    const std::string sMascara =
+        sPadrao.substr(0, sPadrao.find('?')) + "*." + std::string(XVNomeArquivo::GetExtensao(sPadrao));
+    std::vector<std::string> listaNomes;
+    const CXVErroArquivo erro = XVPlataforma::SistemaArquivos().Lista(sDiretorio, sMascara, listaNomes);
+    if (!erro.Ok()) XV_CHECK_TEXTO_DONO(pDono, eBadPath, "Lista(sPathArquivo, listaNomes)");
+    for (std::string& sNome : listaNomes)
+        if (const auto uiChave = XVNomeArquivo::NomeParaChave(sNome, sPadrao))
+            plistaMembros->emplace_back(*uiChave, std::move(sNome));
+    std::sort(plistaMembros->begin(), plistaMembros->end());
+    return S_OK;
+}
+
+HRESULT CXVDataBaseUtil::DeletaPath(const IXVDF_Profiler* pDono, const std::string& sPathArquivo) {
+    const CXVErroArquivo erro = Tenta([&] { return XVPlataforma::SistemaArquivos().Apaga(sPathArquivo); });
+    if (erro.Ok() || !ExistePath(sPathArquivo)) return S_OK;
+    XVProfiler::RecordError(pDono, "CXVDataBaseUtil::DeletaArquivo", XVNomeFonte(), __LINE__,
+                            "Erro ao deletar arquivo %s DW: %d.", sPathArquivo.c_str(),
+                            static_cast<int>(erro.GetErroSistema()));
+    return E_XVCR_DELECAO_ARQUIVO;
+}
+
+HRESULT CXVDataBaseUtil::GravaAuditoria(const IXVDF_Profiler* pDono, const std::string& sNomeArquivo) {
+    CXVBaseParaRotinas base;
+    XV_CHECK_DONO(pDono, base.Inicializa(pDono));
+    CXVDadosDF_Log dadosLog;
+    dadosLog.ulTipoRegistro = k_ulTipoRegistroArquivo;
+    dadosLog.ulServico = static_cast<XVUInt>(DFSLOG_Servico::eDFSLOG_Exclusao);
+    dadosLog.sTexto = TextoAuditoria(*pDono, sNomeArquivo);
+    XV_CHECK_TEXTO_DONO(pDono, base.GetAcessoEmpresarial()->GravaLog(dadosLog),
+                        "GetAcessoEmpresarial()->GravaLog(dadosLog)");
+    return S_OK;
+}
+
+// The entry leaves the control before the file goes: a crash in between leaves an unlisted file, which
+// the next opening lists again; the other order would leave a listed file missing.
+HRESULT CXVDataBaseUtil::DeletaArquivoUnico(const IXVDF_Profiler* pDono, EModulo eModulo,
+                                            const std::string& sNomeArquivo, EControleDelecao eControle) {
+    std::string sPathArquivo;
+    XV_CHECK_DONO(pDono, GetPathArquivo(eModulo, pDono->GetEmpresa(), sNomeArquivo, &sPathArquivo));
+    if (eControle == eRemoveDoControle) {
+        CXVDataBaseControleCriacaoArquivos controle(eModulo, sNomeArquivo);
+        XV_CHECK_DONO(pDono, controle.Inicializa(pDono));
+        XV_CHECK_DONO(pDono, controle.RemoveControleCriacaoArquivos());
+    }
+    if (!ExistePath(sPathArquivo)) return S_OK;
+    XV_CHECK_DONO(pDono, DeletaPath(pDono, sPathArquivo));
+    if (eModulo != k_eModuloSemAuditoria) XV_CHECK_DONO(pDono, GravaAuditoria(pDono, sNomeArquivo));
+    return S_OK;
+}
+
+HRESULT CXVDataBaseUtil::DeletaArquivo(const IXVDF_Profiler* pDono, EModulo eModulo, const std::string& sNomeArquivo,
+                                       EControleDelecao eControle) {
+    XV_ESCOPO_DONO(pDono, {"sNomeArquivo", sNomeArquivo});
+    if (!XVNomeArquivo::EhPadraoGrupo(sNomeArquivo)) return DeletaArquivoUnico(pDono, eModulo, sNomeArquivo, eControle);
+    std::vector<std::pair<XVUInt64, std::string>> listaMembros;
+    XV_CHECK_DONO(pDono, ListaMembros(pDono, eModulo, sNomeArquivo, &listaMembros));
+    for (const auto& membro : listaMembros)
+        XV_CHECK_DONO(pDono, DeletaArquivoUnico(pDono, eModulo, membro.second, eControle));
+    return S_OK;
+}
+
+HRESULT CXVDataBaseUtil::MovePath(const IXVDF_Profiler* pDono, const std::string& sPathOrigem,
+                                  const std::string& sPathArquivo) {
+    const CXVErroArquivo erro =
+        Tenta([&] { return XVPlataforma::SistemaArquivos().Substitui(sPathOrigem, sPathArquivo); });
+    if (erro.Ok()) return S_OK;
+    XVProfiler::RecordError(pDono, "CXVDataBaseUtil::RenomeiaArquivoEXT", XVNomeFonte(), __LINE__,
+                            "Erro ao renomear arquivo %s DW: %d.", sPathOrigem.c_str(),
+                            static_cast<int>(erro.GetErroSistema()));
+    return E_XVCR_RENOMEACAO_ARQUIVO;
+}
+
+HRESULT CXVDataBaseUtil::RenomeiaArquivoUnico(const IXVDF_Profiler* pDono, EModulo eModulo,
+                                              const std::string& sNomeArquivo, std::string_view sExtensao,
+                                              XVUShort usVersaoArquivo) {
+    std::string sPathArquivo;
+    XV_CHECK_DONO(pDono, GetPathArquivo(eModulo, pDono->GetEmpresa(), sNomeArquivo, &sPathArquivo));
+    CXVDataBaseControleCriacaoArquivos controle(eModulo, sNomeArquivo);
+    XV_CHECK_DONO(pDono, controle.Inicializa(pDono));
+
+    const std::string sPathOrigem = XVNomeArquivo::TrocaExtensao(sPathArquivo, sExtensao);
+    if (!ExistePath(sPathOrigem)) {
+        if (!ExistePath(sPathArquivo)) return S_OK;
+        return DeletaArquivo(pDono, eModulo, sNomeArquivo,
+                             XVNomeArquivo::EhArquivoControle(sNomeArquivo) ? eMantemNoControle : eRemoveDoControle);
+    }
+    XV_CHECK_DONO(pDono, MovePath(pDono, sPathOrigem, sPathArquivo));
+    XV_CHECK_DONO(pDono, controle.GerenciaControleCriacaoArquivos(EXVDataBase_ModoAbertura::eModoLeituraGravacao));
+
+    CXVDataBase xvDB(eModulo);
+    CXVFileBase xvFile(sNomeArquivo, &xvDB);
+    XV_CHECK_DONO(pDono, xvDB.Inicializa(pDono));
+    const HRESULT hr = xvFile.GravaVersaoArquivo(usVersaoArquivo);
+    xvFile.FechaArquivo();  // finalising an open file would rewrite the header that was just written
+    XVIgnora(xvDB.Finaliza());
+    XV_CHECK_TEXTO_DONO(pDono, hr, "xvFile.GravaVersaoArquivo(usVersaoArquivo)");
+    return S_OK;
+}
+
+HRESULT CXVDataBaseUtil::RenomeiaArquivoEXT(const IXVDF_Profiler* pDono, EModulo eModulo,
+                                            const std::string& sNomeArquivo, std::string_view sExtensao,
+                                            XVUShort usVersaoArquivo) {
+    XV_ESCOPO_DONO(pDono, {"sNomeArquivo", sNomeArquivo}, {"sExtensao", sExtensao});
+    if (!XVNomeArquivo::EhPadraoGrupo(sNomeArquivo))
+        return RenomeiaArquivoUnico(pDono, eModulo, sNomeArquivo, sExtensao, usVersaoArquivo);
+    std::vector<std::pair<XVUInt64, std::string>> listaMembros;
+    XV_CHECK_DONO(pDono, ListaMembros(pDono, eModulo, sNomeArquivo, &listaMembros));
+    for (const auto& membro : listaMembros)
+        XV_CHECK_DONO(pDono, RenomeiaArquivoUnico(pDono, eModulo, membro.second, sExtensao, usVersaoArquivo));
+    return S_OK;
+}
+
+HRESULT CXVDataBaseUtil::RenomeiaArquivoTRA(const IXVDF_Profiler* pDono, EModulo eModulo,
+                                            const std::string& sNomeArquivo, XVUShort usVersaoArquivo) {
+    return RenomeiaArquivoEXT(pDono, eModulo, sNomeArquivo, "tra", usVersaoArquivo);
+}
+
+HRESULT CXVDataBaseUtil::RenomeiaArquivoTRAGroupFile(const IXVDF_Profiler* pDono, EModulo eModulo,
+                                                     const std::string& sPadrao, XVUShort usVersaoArquivo) {
+    if (!XVNomeArquivo::EhPadraoGrupo(sPadrao))
+        XV_CHECK_TEXTO_DONO(pDono, E_XVCR_NOME_ARQUIVO_GROUP_INVALIDO, "E_XVCR_NOME_ARQUIVO_GROUP_INVALIDO");
+    return RenomeiaArquivoEXT(pDono, eModulo, sPadrao, "tra", usVersaoArquivo);
+}
+
+HRESULT CXVDataBaseUtil::RenomeiaArquivoCAB(const IXVDF_Profiler* pDono, EModulo eModulo,
+                                            const std::string& sNomeArquivo) {
+    std::string sPathArquivo;
+    XV_CHECK_DONO(pDono, GetPathArquivo(eModulo, pDono->GetEmpresa(), sNomeArquivo, &sPathArquivo));
+    XV_CHECK_DONO(pDono, MovePath(pDono, XVNomeArquivo::TrocaExtensao(sPathArquivo, "cab"), sPathArquivo));
+    return S_OK;
+}

@@ -1,0 +1,117 @@
+// A file of fixed-size records of one layout, kept whole in memory, with any number of in-memory indexes.
+//
+// Positions are 1-based; 0 as a write position appends. Reads are served from memory under the shared
+// lock; writes go to disk first, then to memory and indexes, under the exclusive lock for the whole
+// operation including its retries. Thread rule: any thread after Inicializa.
+// Limit: 4,294,967,295 records a file.
+#pragma once
+
+#include <algorithm>
+#include <cstring>
+#include <mutex>
+#include <shared_mutex>
+#include <span>
+#include <vector>
+
+#include "core/xvdatabase/XVArrayRegistros.h"
+#include "core/xvdatabase/XVDataBase.h"
+#include "core/xvdatabase/XVFileBase.h"
+#include "core/xvdatabase/XVIndice.h"
+#include "support/XVCodigos.h"
+#include "support/XVCrc64.h"
+#include "support/XVProfiler.h"
+
+inline constexpr XVUInt XVDATABASE_POSICAO_NOVO_REGISTRO = 0;
+
+template <class T>
+class CXVFile : public CXVFileBase {
+  public:
+    XV_CLASSE((TXVNomeDeTemplate<"CXVFile", T>::k_aTexto.data()), "core/xvdatabase/XVFile")
+
+    using CXVFileBase::CXVFileBase;
+
+    // Copies a record. E_XVCR_TENTATIVA_LER_POSICAO_ZERO, E_XVCR_ARQUIVO_NAO_EXISTE,
+    // E_XVCR_POSICAO_LEITURA_SUPERIOR_QUANTIDADE_ARQUIVO.
+    HRESULT Le(XVUInt uiPosicao, T* preg) const;
+    // Appends uiQtd records from uiPosicao to aRegistros. Both 0: nothing. One of them 0:
+    // E_XVCR_INCONSISTENCIA_CHAVE_QUANTIDADE.
+    HRESULT LeColecao(XVUInt uiPosicao, XVUInt64 uiQtd, std::vector<T>& aRegistros) const;
+
+    // Write one record, or consecutive records from uiPosicao; in: position or 0, out: first position used.
+    // What does not differ from the stored records is not written. A failure leaves file, memory and indexes
+    // as they were.
+    HRESULT Grava(XVUInt& uiPosicao, const T& reg);
+    HRESULT GravaColecao(XVUInt& uiPosicao, std::span<const T> aRegistros);
+
+    XVUInt64 GetQtdRegistros() const;
+    // The whole array, for a database with direct access; otherwise null.
+    const TXVArrayRegistros<T>* GetPtrRegistros() const {
+        return GetDataBase()->PermiteAcessoDireto() ? &m_aRegistros : nullptr;
+    }
+    bool PrecisaGravar(XVUInt uiPosicao, std::span<const T> aRegistros) const;
+    // Replaces the first records of the file by the collection, through GravaColecao; records beyond stay.
+    HRESULT SetConteudo(std::span<const T> aRegistros);
+    HRESULT SetArrayData(const void* pDados, XVUInt64 uiQuantidade) override;
+    HRESULT SetRegData(XVUInt& uiPosicao, const void* pDados) override;
+
+    // Declares the index of the next column; TDataBase::GetChaveIndex(record, column) computes the keys, 0
+    // meaning no key. Existing records are entered and checked.
+    template <class TDataBase>
+    HRESULT IncluiIndex(const TDataBase* pDataBase, XVUInt uiColunaIndexacao, bool bPermiteChaveZerada = false,
+                        bool bPermiteChaveRepetida = false);
+    // Forgets all declarations.
+    void RemoveDeclaracoesIndex() { m_listaIndices.clear(); }
+
+    // Positions that hold the key, ascending; none is no error.
+    HRESULT ExisteIndex(XVUInt64 chave, std::vector<XVUInt>& listaPosicao, XVUInt uiColunaIndexacao) const;
+    // Lowest position that holds the key, or 0.
+    HRESULT ExisteIndex(XVUInt64 chave, XVUInt& uiPosicao, XVUInt uiColunaIndexacao) const;
+    // A text key is the CRC-64 of its bytes.
+    HRESULT ExisteIndex(std::string_view chave, std::vector<XVUInt>& listaPosicao, XVUInt uiColunaIndexacao) const {
+        return ExisteIndex(XVCrc64(chave.data(), chave.size()), listaPosicao, uiColunaIndexacao);
+    }
+    HRESULT ExisteIndex(std::string_view chave, XVUInt& uiPosicao, XVUInt uiColunaIndexacao) const {
+        return ExisteIndex(XVCrc64(chave.data(), chave.size()), uiPosicao, uiColunaIndexacao);
+    }
+
+    // Read or overwrite the record that holds the key; E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA when none does.
+    HRESULT LeIndex(XVUInt64 uiPosicaoIndex, T* preg, XVUInt uiColunaIndexacao) const;
+    HRESULT GravaIndex(XVUInt64 uiPosicaoIndex, const T& reg, XVUInt uiColunaIndexacao);
+
+  protected:
+    HRESULT OnInicializa() override;
+    HRESULT OnFinaliza() override;
+
+  private:
+    struct SIndice {
+        const void* pDataBase;
+        XVUInt64 (*pfGetChaveIndex)(const void* pDataBase, const T& reg, XVUInt uiColuna);
+        bool bPermiteChaveZerada;
+        bool bPermiteChaveRepetida;
+        CXVIndice indice;
+        // Working lists of a write, kept for their memory: keys in record order, and the same sorted.
+        std::vector<XVUInt64> listaIndexGerados;
+        std::vector<XVUInt64> setIndexOrdenar;
+
+        XVUInt64 GetChave(const T& reg, std::size_t uiColuna) const {
+            return pfGetChaveIndex(pDataBase, reg, static_cast<XVUInt>(uiColuna));
+        }
+    };
+
+    HRESULT Carrega();
+    HRESULT ConstroiIndices();
+    HRESULT AbreParaGravacao();
+    HRESULT GravaRegistros(XVUInt& uiPosicao, std::span<const T> aRegistros, XVUInt64 uiTamanhoArquivo);
+    HRESULT ValidaIndex(XVUInt uiPosicao, std::span<const T> aRegistros, std::size_t idx);
+    bool PodeManterChave(const SIndice& rIndice, XVUInt64 uiChave, XVUInt uiPosicaoRegistro) const;
+    HRESULT AtualizaIndexDoArquivo(SIndice& rIndice, std::size_t uiColuna);
+    void PreparaMemoria(XVUInt uiPosicao, std::size_t uiQuantidade);
+    void AtualizaMemoria(XVUInt uiPosicao, std::span<const T> aRegistros);
+
+    TXVArrayRegistros<T> m_aRegistros;
+    std::vector<SIndice> m_listaIndices;
+};
+
+#include "core/xvdatabase/XVFileGravacao.inl"
+#include "core/xvdatabase/XVFileIndice.inl"
+#include "core/xvdatabase/XVFileLeitura.inl"

@@ -1,0 +1,195 @@
+#include "core/xvdatabase/XVFileBase.h"
+
+#include <utility>
+
+#include "core/xvdatabase/XVCodigosArquivo.h"
+#include "core/xvdatabase/XVDataBase.h"
+#include "core/xvdatabase/XVDataBaseUtil.h"
+#include "core/xvdatabase/XVNomeArquivo.h"
+#include "platform/XVPlataforma.h"
+#include "support/XVCodigos.h"
+#include "support/XVMensagens.h"
+#include "support/XVProfiler.h"
+
+namespace {
+
+constexpr int k_iTentativasAbertura = 500;
+constexpr XVUInt k_ulEsperaTentativa = 10;  // ms
+
+SAberturaArquivo AberturaDoModo(XVUInt eModoAbertura) {
+    if (eModoAbertura == eModoLeituraSemBloqueio)
+        return {EAcessoArquivo::eLeitura, ECompartilhamentoArquivo::eNegaNada, ECriacaoArquivo::eSomenteExistente};
+    return {EAcessoArquivo::eLeituraEscrita, ECompartilhamentoArquivo::eNegaEscrita,
+            eModoAbertura == eModoLeituraGravacaoCriacao ? ECriacaoArquivo::eCriaSeAusente
+                                                         : ECriacaoArquivo::eSomenteExistente};
+}
+
+}  // namespace
+
+CXVFileBase::CXVFileBase(std::string sNomeArquivo, CXVDataBase* pDataBase, ERegistroArquivo eRegistro)
+    : m_pDataBase(pDataBase),
+      m_sNomeArquivo(std::move(sNomeArquivo)),
+      m_eModulo(pDataBase->GetModulo()),
+      m_eRegistro(eRegistro),
+      m_ControleCriacaoArquivos(m_eModulo, m_sNomeArquivo) {
+    if (m_eRegistro == ERegistroArquivo::eNoContainer) m_pDataBase->AddFile(this);
+}
+
+CXVFileBase::~CXVFileBase() {
+    if (m_eRegistro == ERegistroArquivo::eNoContainer) m_pDataBase->RemoveFile(this);
+}
+
+HRESULT CXVFileBase::OnInicializa() {
+    XV_ESCOPO({"m_sNomeArquivo", m_sNomeArquivo});
+    XV_CHECK_TEXTO(IXVFileBase::OnInicializa(), "__super::OnInicializa()");
+    m_sPathArquivo.clear();
+    XV_CHECK(MontaPath());
+    if (!XVNomeArquivo::EhArquivoControle(m_sNomeArquivo) && !XVNomeArquivo::EhCopiaTransitoria(m_sNomeArquivo)) {
+        const std::string sPathTra = XVNomeArquivo::TrocaExtensao(m_sPathArquivo, "tra");
+        if (XVPlataforma::SistemaArquivos().Existe(sPathTra) != EExistencia::eAusente)
+            XV_FALHA(E_XVCR_ARQUIVO_TRA_ENCONTRADO);
+    }
+    XV_CHECK(m_ControleCriacaoArquivos.Inicializa(this));
+    LimpaCabecalho();
+    return S_OK;
+}
+
+HRESULT CXVFileBase::OnFinaliza() {
+    XV_ESCOPO({"m_sNomeArquivo", m_sNomeArquivo});
+    const HRESULT hrAtualiza = AtualizaArquivo();
+    FechaArquivo();
+    const HRESULT hrControle = m_ControleCriacaoArquivos.Finaliza();
+    XV_CHECK_TEXTO(hrAtualiza, "AtualizaArquivo()");
+    XV_CHECK_TEXTO(hrControle, "m_ControleCriacaoArquivos.Finaliza()");
+    XV_CHECK_TEXTO(IXVFileBase::OnFinaliza(), "__super::OnFinaliza()");
+    return S_OK;
+}
+
+HRESULT CXVFileBase::MontaPath() {
+    if (!m_sPathArquivo.empty()) return S_OK;
+    std::string sPathArquivo;
+    XV_CHECK(CXVDataBaseUtil::GetPathArquivo(m_eModulo, GetEmpresa(), m_sNomeArquivo, &sPathArquivo));
+    m_sPathArquivo = std::move(sPathArquivo);
+    return S_OK;
+}
+
+HRESULT CXVFileBase::AbreArquivo(XVUInt eModoAbertura) {
+    XV_ESCOPO({"m_sNomeArquivo", m_sNomeArquivo}, {"eModoAbertura", ModoAberturaToString(eModoAbertura)});
+    if (m_pDataBase->EhSomenteLeituraSemBloqueio()) eModoAbertura = eModoLeituraSemBloqueio;
+    if (eModoAbertura == m_eModoAbertura) return S_OK;
+    FechaArquivo();
+    XV_CHECK(MontaPath());
+
+    IXVSistemaArquivos& rSistema = XVPlataforma::SistemaArquivos();
+    std::string sNomeReal;
+    const bool bExiste = rSistema.BuscaNomeReal(m_sPathArquivo, sNomeReal);
+    XV_CHECK(m_ControleCriacaoArquivos.GerenciaControleCriacaoArquivos(eModoAbertura));
+    if (!bExiste && eModoAbertura != eModoLeituraGravacaoCriacao) return S_OK;
+
+    std::string sPath = m_sPathArquivo;
+    if (bExiste && sNomeReal != m_sNomeArquivo) {
+        const std::string sPathReal =
+            sPath.substr(0, sPath.size() - m_sNomeArquivo.size()) + sNomeReal;
+        if (eModoAbertura != eModoLeituraGravacao || !rSistema.Substitui(sPathReal, sPath).Ok()) sPath = sPathReal;
+    }
+    XV_CHECK(AbreComTentativas(sPath, eModoAbertura));
+    m_eModoAbertura = eModoAbertura;
+    if (const CXVErroArquivo erro = m_pArquivo->GetTamanho(m_uiTamanhoArquivo); !erro.Ok())
+        XV_CHECK_TEXTO(CatchInicializacao(&erro), "CatchInicializacao(pEx)");
+    if (eModoAbertura == eModoLeituraSemBloqueio) return S_OK;
+    XV_CHECK(GerenciaCabecalho());
+    return S_OK;
+}
+
+HRESULT CXVFileBase::AbreComTentativas(const std::string& sPath, XVUInt eModoAbertura) {
+    IXVSistemaArquivos& rSistema = XVPlataforma::SistemaArquivos();
+    const SAberturaArquivo abertura = AberturaDoModo(eModoAbertura);
+    SCodigoArquivo codigo{eXVGenericError, "eXVGenericError"};
+    for (int i = 1; i <= k_iTentativasAbertura; ++i) {
+        const CXVErroArquivo erro = rSistema.Abre(sPath, abertura, m_pArquivo);
+        if (erro.Ok()) return S_OK;
+        codigo = XVCodigosArquivo::DeAberturaImediata(erro.GetCausa());
+        if (codigo.pszNome != nullptr) break;
+        if (i < k_iTentativasAbertura) {
+            EsperaEntreTentativas();
+            continue;
+        }
+        codigo = XVCodigosArquivo::DeAberturaFinal(erro.GetCausa(), rSistema.EhSomenteLeitura(sPath));
+    }
+    return CheckHr(codigo.hr, codigo.pszNome, "CXVFileBase::AbreArquivo", XVNomeFonte(), __LINE__, this);
+}
+
+void CXVFileBase::FechaArquivo() {
+    m_eModoAbertura = eModoFechado;
+    m_uiTamanhoArquivo = 0;
+    LimpaCabecalho();
+    m_pArquivo.reset();
+}
+
+HRESULT CXVFileBase::DeletaArquivo() {
+    XV_ESCOPO({"m_sNomeArquivo", m_sNomeArquivo});
+    FechaArquivo();
+    XV_CHECK(CXVDataBaseUtil::DeletaArquivo(this, m_eModulo, m_sNomeArquivo, CXVDataBaseUtil::eRemoveDoControle));
+    CXVProfilerEmpresa xvProfiler;
+    xvProfiler.SetProfiler(*this);
+    XV_CHECK(Finaliza());
+    XV_CHECK(Inicializa(&xvProfiler));
+    return S_OK;
+}
+
+HRESULT CXVFileBase::AtualizaArquivo() {
+    if (m_eModoAbertura != eModoLeituraGravacao && m_eModoAbertura != eModoLeituraGravacaoCriacao) return S_OK;
+    XV_CHECK(AtualizaCabecalho());
+    return S_OK;
+}
+
+HRESULT CXVFileBase::GravaVersaoArquivo(XVUShort usVersaoArquivo) {
+    XV_ESCOPO({"m_sNomeArquivo", m_sNomeArquivo}, {"usVersaoArquivo", XVUInt64{usVersaoArquivo}});
+    if (!GerenciarCabecalho()) return S_OK;
+    XV_CHECK(AbreArquivo(EXVDataBase_ModoAbertura::eModoLeituraGravacaoCriacao));
+    if (m_regCabecalho.regB.usVersaoArquivo == usVersaoArquivo) return S_OK;
+    const XVUShort usVersaoAnterior = std::exchange(m_regCabecalho.regB.usVersaoArquivo, usVersaoArquivo);
+    const HRESULT hr = AtualizaArquivo();
+    if (FAILED(hr)) m_regCabecalho.regB.usVersaoArquivo = usVersaoAnterior;
+    XV_CHECK_TEXTO(hr, "AtualizaArquivo()");
+    return S_OK;
+}
+
+HRESULT CXVFileBase::CatchArquivo(const CXVErroArquivo* pEx) {
+    const SCodigoArquivo codigo = XVCodigosArquivo::DeExcecao(pEx->GetCausa());
+    return CheckHr(codigo.hr, codigo.pszNome, "CXVFileBase::CatchArquivo", XVNomeFonte(), __LINE__, this);
+}
+HRESULT CXVFileBase::CatchGravacao(const CXVErroArquivo* pEx) { return CatchArquivo(pEx); }
+HRESULT CXVFileBase::CatchInicializacao(const CXVErroArquivo* pEx) { return CatchArquivo(pEx); }
+
+void CXVFileBase::RegistraFalhaLeitura(HRESULT hr, XVUInt uiPosicao, std::size_t uiTamanhoRegistro,
+                                       XVUInt64 uiQtdRegistros) const {
+    const SMensagemCodigo* pMensagem = XVBuscaMensagem(hr);
+    const std::string sDescricao(pMensagem != nullptr ? pMensagem->sDescricao : std::string_view{});
+    XVProfiler::RecordError(this, "CXVFile::Le", "core/xvdatabase/XVFile", __LINE__,
+                            "hr = 0x%08X\tDescrição = %s\tArquivo = %s\tPosição = %d\tRegistro = %d\tQtd. Registros = %lld",
+                            static_cast<unsigned>(hr), sDescricao.c_str(), m_sNomeArquivo.c_str(),
+                            static_cast<int>(uiPosicao), static_cast<int>(uiTamanhoRegistro),
+                            static_cast<long long>(uiQtdRegistros));
+}
+
+HRESULT CXVFileBase::ValidaGravacao() {
+    return m_pDataBase->EhSomenteLeituraSemBloqueio() ? eXVReadOnly : S_OK;
+}
+
+CXVErroArquivo CXVFileBase::LeDados(XVUInt64 uiOffset, void* pDados, std::size_t uiTamanho) {
+    return m_pArquivo->Le(uiOffset, pDados, uiTamanho);
+}
+
+CXVErroArquivo CXVFileBase::GravaDados(XVUInt64 uiOffset, const void* pDados, std::size_t uiTamanho) {
+    const CXVErroArquivo erro = m_pArquivo->Grava(uiOffset, pDados, uiTamanho);
+    if (erro.Ok() && uiOffset + uiTamanho > m_uiTamanhoArquivo) m_uiTamanhoArquivo = uiOffset + uiTamanho;
+    return erro;
+}
+
+bool CXVFileBase::EhUmaExcecaoFatal(HRESULT hr) {
+    return hr == eBadSeek || hr == eEndOfFile || hr == eHardIO || hr == eFileNotFound || hr == eBadPath ||
+           hr == E_XVCR_INDEXACAO_COM_POSICAO_ZERO || hr == E_XVCR_CHAVE_DE_INDEXACAO_REPETIDA;
+}
+
+void CXVFileBase::EsperaEntreTentativas() { XVPlataforma::Relogio().Dorme(k_ulEsperaTentativa); }

@@ -1,0 +1,143 @@
+// Base of every database file: the operating-system file, its three open modes with their retries, and
+// the 240-byte header that identifies the file, says who changed it last and protects itself with a CRC.
+//
+// The base's operations take no lock; derived files hold their reader/writer lock around them. Between
+// processes exclusion rests on the open modes: writers deny writing to others, readers without locking
+// deny nothing.
+#pragma once
+
+#include <memory>
+#include <shared_mutex>
+#include <string>
+
+#include "core/xvdatabase/IXVFileBase.h"
+#include "core/xvdatabase/XVCabecalho.h"
+#include "core/xvdatabase/XVDataBaseControleCriacaoArquivos.h"
+#include "core/xvdatabase/XVModoAbertura.h"
+#include "platform/XVSistemaArquivos.h"
+
+class CXVDataBase;
+
+// Whether a file enters the container's map; members of groups do not.
+enum class ERegistroArquivo : std::uint8_t { eNoContainer, eAvulso };
+
+class CXVFileBase : public IXVFileBase {
+  public:
+    XV_CLASSE("CXVFileBase", "XVFileBase")
+
+    // pDataBase must outlive the file.
+    CXVFileBase(std::string sNomeArquivo, CXVDataBase* pDataBase,
+                ERegistroArquivo eRegistro = ERegistroArquivo::eNoContainer);
+    ~CXVFileBase() override;
+
+    const std::string& GetNomeArquivo() const override { return m_sNomeArquivo; }
+    EModulo GetModulo() const override { return m_eModulo; }
+    XVUInt64 GetTamanho() const override { return m_uiTamanhoArquivo; }
+
+    // Opens or reopens the file. Absent and not created by the mode: S_OK, the file stays closed. A failing
+    // validation of the header leaves the file open and its code is returned; nothing rewrites that header.
+    HRESULT AbreArquivo(XVUInt eModoAbertura = eModoLeituraGravacao);
+    void FechaArquivo();
+    // Whether the file is open; does not look at the disk.
+    bool ExisteArquivo() const { return m_pArquivo != nullptr; }
+    XVUInt GetModoAbertura() const { return m_eModoAbertura; }
+
+    HRESULT DeletaArquivo() override;
+    void DesabilitaControleCriacaoArquivos() override {
+        m_ControleCriacaoArquivos.DesabilitaControleCriacaoArquivos();
+    }
+
+    // Rewrites the header's information block when the file is open for writing.
+    HRESULT AtualizaArquivo();
+    // Stamps the header's file version; nothing is written when it stands there already.
+    HRESULT GravaVersaoArquivo(XVUShort usVersaoArquivo);
+    // File version of the header in memory (0: no header).
+    XVUShort GetVersaoArquivo();
+
+    // Where the payload begins: 240 or 0.
+    XVUInt64 GetSeekCabecalho();
+    bool PossuiCabecalho();
+    // Validates the header of an open file in any mode, without changing the file; a file without header is
+    // accepted unless its header is there and damaged.
+    HRESULT ConfereCabecalho();
+
+    // Whether this file has, or would get, a header.
+    bool GerenciarCabecalho() const;
+    // The header that the file would have after a write that leaves uiTamanhoDados bytes of payload: the next state
+    // of the one it has, or a new one.
+    void ProximoCabecalho(REG_XVCABECALHO* pReg, XVUInt64 uiTamanhoDados);
+
+    // Codes after which the file must not be tried again.
+    static bool EhUmaExcecaoFatal(HRESULT hr);
+
+  protected:
+    HRESULT OnInicializa() override;
+    HRESULT OnFinaliza() override;
+
+    // Record the cause of a failed file operation under its name and yield its code.
+    HRESULT CatchGravacao(const CXVErroArquivo* pEx);
+    HRESULT CatchInicializacao(const CXVErroArquivo* pEx);
+
+    // The diagnostic line of a failed read by position.
+    void RegistraFalhaLeitura(HRESULT hr, XVUInt uiPosicao, std::size_t uiTamanhoRegistro, XVUInt64 uiQtdRegistros) const;
+
+    // eXVReadOnly for a write on a file that is open read-only without locking.
+    HRESULT ValidaGravacao();
+
+    // Positional transfer at an offset of the file (header included).
+    CXVErroArquivo LeDados(XVUInt64 uiOffset, void* pDados, std::size_t uiTamanho);
+    CXVErroArquivo GravaDados(XVUInt64 uiOffset, const void* pDados, std::size_t uiTamanho);
+
+    // Undoes what failed attempts of a write left behind: the file gets back its length and its header; where
+    // that fails too it is closed.
+    void DesfazGravacao(XVUInt64 uiTamanhoAnterior);
+
+    // Runs tentativa until it succeeds, fails fatally, or has failed 50 times 10 ms apart.
+    template <class TTentativa>
+    static HRESULT ExecutaComTentativas(TTentativa tentativa) {
+        HRESULT hr = tentativa();
+        for (int i = 1; i < 50 && FAILED(hr) && !EhUmaExcecaoFatal(hr); ++i) {
+            EsperaEntreTentativas();
+            hr = tentativa();
+        }
+        return hr;
+    }
+
+    CXVDataBase* GetDataBase() const { return m_pDataBase; }
+    // The file's reader/writer lock.
+    std::shared_mutex& GetLock() const { return m_Lock; }
+
+  private:
+    static void EsperaEntreTentativas();
+    HRESULT CatchArquivo(const CXVErroArquivo* pEx);
+    HRESULT AbreComTentativas(const std::string& sPath, XVUInt eModoAbertura);
+    HRESULT MontaPath();
+
+    HRESULT GerenciaCabecalho();
+    HRESULT CriaCabecalho();
+    HRESULT CriaCabecalhoPorCopia();
+    void GeraDadosCabecalho();
+    HRESULT ValidaCabecalho();
+    HRESULT ValidaCabecalhoV01();
+    HRESULT ValidaAusenciaCabecalho();
+    HRESULT AtualizaCabecalho();
+    void LimpaCabecalho();
+
+    CXVDataBase* m_pDataBase;
+    std::unique_ptr<IXVArquivo> m_pArquivo;
+    XVUInt m_eModoAbertura = eModoFechado;
+    std::string m_sNomeArquivo;
+    EModulo m_eModulo;
+    ERegistroArquivo m_eRegistro;
+    CXVDataBaseControleCriacaoArquivos m_ControleCriacaoArquivos;
+    std::string m_sPathArquivo;
+    XVUInt64 m_uiTamanhoArquivo = 0;  // kept by every transfer: nobody else writes while the file is open for writing
+
+    bool m_bCabecalhoProcurado = false;
+    bool m_bCabecalhoPresente = false;
+    bool m_bCabecalhoValidado = false;   // validated or created in this opening: may be rewritten
+    bool m_bCriandoCabecalho = false;
+    REG_XVCABECALHO m_regCabecalho{};
+
+    mutable std::shared_mutex m_Lock;
+};

@@ -1,0 +1,207 @@
+// The header operations of CXVFileBase.
+#include <cstring>
+#include <vector>
+
+#include "core/xvdatabase/XVDataBase.h"
+#include "core/xvdatabase/XVDataBaseUtil.h"
+#include "core/xvdatabase/XVFileBase.h"
+#include "core/xvdatabase/XVImagemArquivo.h"
+#include "core/xvdatabase/XVNomeArquivo.h"
+#include "platform/XVPlataforma.h"
+#include "support/XVCodigos.h"
+#include "support/XVProfiler.h"
+
+namespace {
+
+// The machine-wide switch, read once per process.
+bool CabecalhoDesabilitadoNaMaquina() {
+    static const bool bDesabilitado =
+        XVPlataforma::Registro().LeNumero(k_sChaveRegistroSuite, "XVDataBase_DesabilitaCabecalho").value_or(0) != 0;
+    return bDesabilitado;
+}
+
+}  // namespace
+
+void CXVFileBase::LimpaCabecalho() {
+    m_bCabecalhoProcurado = false;
+    m_bCabecalhoPresente = false;
+    m_bCabecalhoValidado = false;
+    std::memset(&m_regCabecalho, 0, sizeof(m_regCabecalho));
+}
+
+bool CXVFileBase::GerenciarCabecalho() const {
+    return m_eModulo != k_eModuloSemCabecalho && !m_pDataBase->EhCabecalhoDesabilitado() &&
+           !XVNomeArquivo::EhIsento(m_sNomeArquivo) && !CabecalhoDesabilitadoNaMaquina();
+}
+
+XVUInt64 CXVFileBase::GetSeekCabecalho() {
+    return PossuiCabecalho() && m_regCabecalho.regA.usVersao == k_usVersaoCabecalho ? k_uiTamanhoCabecalho : 0;
+}
+
+void CXVFileBase::ProximoCabecalho(REG_XVCABECALHO* pReg, XVUInt64 uiTamanhoDados) {
+    if (GetSeekCabecalho() == 0 || FAILED(ConfereCabecalho())) {
+        XVCabecalho::Gera(*pReg, m_sNomeArquivo, *this, k_usVersaoArquivoInicial, uiTamanhoDados);
+        return;
+    }
+    *pReg = m_regCabecalho;
+    XVCabecalho::Atualiza(pReg->regB, *this, uiTamanhoDados);
+}
+
+XVUShort CXVFileBase::GetVersaoArquivo() {
+    if (GetSeekCabecalho() == 0) return 0;
+    if (!m_bCabecalhoValidado && FAILED(ConfereCabecalho())) return 0;
+    return m_regCabecalho.regB.usVersaoArquivo;
+}
+
+bool CXVFileBase::PossuiCabecalho() {
+    if (m_bCabecalhoProcurado) return m_bCabecalhoPresente;
+    m_bCabecalhoProcurado = true;
+    if (XVNomeArquivo::EhIsento(m_sNomeArquivo) || !ExisteArquivo() || m_uiTamanhoArquivo < k_uiTamanhoBlocoA)
+        return false;
+    if (!LeDados(0, &m_regCabecalho.regA, sizeof(m_regCabecalho.regA)).Ok()) {
+        m_bCabecalhoProcurado = false;  // not answered: the next question reads again
+        return false;
+    }
+    m_bCabecalhoPresente = XVCabecalho::AssinaturaConfere(m_regCabecalho.regA);
+    return m_bCabecalhoPresente;
+}
+
+HRESULT CXVFileBase::GerenciaCabecalho() {
+    if (!GerenciarCabecalho() || !ExisteArquivo()) return S_OK;
+    if (PossuiCabecalho()) {
+        XV_CHECK(ValidaCabecalho());
+        m_bCabecalhoValidado = true;
+        return S_OK;
+    }
+    XV_CHECK(ValidaAusenciaCabecalho());
+    XV_CHECK(CriaCabecalho());
+    return S_OK;
+}
+
+HRESULT CXVFileBase::ConfereCabecalho() {
+    if (!ExisteArquivo()) return S_OK;
+    if (PossuiCabecalho()) {
+        XV_CHECK(ValidaCabecalho());
+        return S_OK;
+    }
+    XV_CHECK(ValidaAusenciaCabecalho());
+    return S_OK;
+}
+
+HRESULT CXVFileBase::ValidaCabecalho() {
+    if (const CXVErroArquivo erro = LeDados(0, &m_regCabecalho.regA, sizeof(m_regCabecalho.regA)); !erro.Ok())
+        XV_CHECK_TEXTO(CatchInicializacao(&erro), "CatchInicializacao(pEx)");
+    if (m_regCabecalho.regA.usVersao != k_usVersaoCabecalho)
+        XV_FALHA(E_XVCR_VERSAO_CABECALHO_SUPERIOR_VERSAO_SISTEMA);
+    XV_CHECK(ValidaCabecalhoV01());
+    return S_OK;
+}
+
+HRESULT CXVFileBase::ValidaCabecalhoV01() {
+    REG_XVCABECALHO_B& regB = m_regCabecalho.regB;
+    if (m_uiTamanhoArquivo < k_uiTamanhoCabecalho) XV_FALHA(E_XVCR_TAMANHO_CABECALHO_NAO_CONFERE);
+    if (const CXVErroArquivo erro = LeDados(k_uiTamanhoBlocoA, &regB, sizeof(regB)); !erro.Ok())
+        XV_CHECK_TEXTO(CatchInicializacao(&erro), "CatchInicializacao(pEx)");
+    if (regB.uiTamanhoBloco != k_uiTamanhoBlocoB) XV_FALHA(E_XVCR_TAMANHO_CABECALHO_NAO_CONFERE);
+    if (!XVCabecalho::CrcConfere(regB)) XV_FALHA(E_XVCR_CRC_CABECALHO_NAO_CONFERE);
+    if (regB.uiTamanhoDados != m_uiTamanhoArquivo - k_uiTamanhoCabecalho) XV_FALHA(E_XVCR_TAMANHO_ARQUIVO_NAO_CONFERE);
+    if (regB.usVersaoSistemaCriacao > k_usVersaoSistema)
+        XV_FALHA(E_XVCR_VERSAO_SISTEMA_INFERIOR_VERSAO_CRIACAO_CABECALHO);
+    if (regB.usVersaoSistemaAtualizacao > k_usVersaoSistema)
+        XV_FALHA(E_XVCR_VERSAO_SISTEMA_INFERIOR_VERSAO_MODIFICACAO_ARQUIVO);
+    if (!XVCabecalho::NomeConfere(regB, m_sNomeArquivo)) XV_FALHA(E_XVCR_NOME_ARQUIVO_NAO_CONFERE);
+    return S_OK;
+}
+
+// A file whose signature block is damaged but whose information block still holds is refused: a second
+// header in front of it would make its first header look like records.
+HRESULT CXVFileBase::ValidaAusenciaCabecalho() {
+    if (m_uiTamanhoArquivo < k_uiTamanhoCabecalho || XVNomeArquivo::EhIsento(m_sNomeArquivo)) return S_OK;
+    REG_XVCABECALHO_B regB;
+    if (const CXVErroArquivo erro = LeDados(k_uiTamanhoBlocoA, &regB, sizeof(regB)); !erro.Ok())
+        XV_CHECK_TEXTO(CatchInicializacao(&erro), "CatchInicializacao(pEx)");
+    if (regB.uiTamanhoBloco == k_uiTamanhoBlocoB && XVCabecalho::CrcConfere(regB))
+        XV_FALHA(E_XVCR_CRC_CABECALHO_NAO_CONFERE);
+    return S_OK;
+}
+
+void CXVFileBase::GeraDadosCabecalho() {
+    XVCabecalho::Gera(m_regCabecalho, m_sNomeArquivo, *this, k_usVersaoArquivoInicial, m_uiTamanhoArquivo);
+    m_bCabecalhoProcurado = true;
+    m_bCabecalhoPresente = true;
+}
+
+HRESULT CXVFileBase::CriaCabecalho() {
+    XV_ESCOPO({"m_sNomeArquivo", m_sNomeArquivo});
+    if (m_bCriandoCabecalho) XV_FALHA(E_XVCR_CRC_CABECALHO_NAO_CONFERE);
+    GeraDadosCabecalho();
+    if (m_uiTamanhoArquivo > 0) {
+        m_bCriandoCabecalho = true;
+        const HRESULT hr = CriaCabecalhoPorCopia();
+        m_bCriandoCabecalho = false;
+        if (FAILED(hr) && !m_bCabecalhoValidado) LimpaCabecalho();
+        return hr;
+    }
+    if (const CXVErroArquivo erro = GravaDados(0, &m_regCabecalho, sizeof(m_regCabecalho)); !erro.Ok()) {
+        LimpaCabecalho();
+        m_pArquivo->SetTamanho(0).Ignora();
+        m_uiTamanhoArquivo = 0;
+        XV_CHECK_TEXTO(CatchGravacao(&erro), "CatchGravacao(pEx)");
+    }
+    m_bCabecalhoValidado = true;
+    return S_OK;
+}
+
+// Header and old content go to a ".cab" copy, which then replaces the file.
+HRESULT CXVFileBase::CriaCabecalhoPorCopia() {
+    const XVUInt eModoAbertura = m_eModoAbertura;
+    const std::string sNomeCab = XVNomeArquivo::TrocaExtensao(m_sNomeArquivo, "cab");
+    if (XVPlataforma::SistemaArquivos().Existe(XVNomeArquivo::TrocaExtensao(m_sPathArquivo, "cab")) !=
+        EExistencia::eAusente)
+        XV_FALHA(E_XVCR_ARQUIVO_CAB_ENCONTRADO);
+
+    CXVImagemArquivo xvFileDestino(m_eModulo, sNomeCab);
+    XV_CHECK(xvFileDestino.Inicializa(this));
+    XV_CHECK(xvFileDestino.AbreArquivo());
+    XV_CHECK(xvFileDestino.Grava(&m_regCabecalho, sizeof(m_regCabecalho)));
+    constexpr XVUInt64 k_uiPedaco = 1U << 20;
+    std::vector<char> aPedaco(static_cast<std::size_t>(std::min(k_uiPedaco, m_uiTamanhoArquivo)));
+    for (XVUInt64 uiOffset = 0; uiOffset < m_uiTamanhoArquivo; uiOffset += aPedaco.size()) {
+        aPedaco.resize(static_cast<std::size_t>(std::min(k_uiPedaco, m_uiTamanhoArquivo - uiOffset)));
+        if (const CXVErroArquivo erro = LeDados(uiOffset, aPedaco.data(), aPedaco.size()); !erro.Ok())
+            XV_CHECK_TEXTO(CatchGravacao(&erro), "CatchGravacao(pEx)");
+        XV_CHECK(xvFileDestino.Grava(aPedaco.data(), aPedaco.size()));
+    }
+    XV_CHECK(xvFileDestino.Conclui());
+    FechaArquivo();
+    const HRESULT hrRenomeia = CXVDataBaseUtil::RenomeiaArquivoCAB(this, m_eModulo, m_sNomeArquivo);
+    if (SUCCEEDED(hrRenomeia)) {
+        xvFileDestino.Libera();
+        XV_CHECK_TEXTO(AbreArquivo(eModoAbertura), "AbreArquivo()");
+        return S_OK;
+    }
+    XV_CHECK_TEXTO(hrRenomeia, "CXVDataBaseUtil::RenomeiaArquivoCAB(this, m_eModulo, m_sNomeArquivo)");
+    return hrRenomeia;
+}
+
+HRESULT CXVFileBase::AtualizaCabecalho() {
+    if (!m_bCabecalhoValidado) return S_OK;  // no header managed here, or one that must stay as found
+    const REG_XVCABECALHO_B regAnterior = m_regCabecalho.regB;
+    XVCabecalho::Atualiza(m_regCabecalho.regB, *this, m_uiTamanhoArquivo - k_uiTamanhoCabecalho);
+    const CXVErroArquivo erro = GravaDados(k_uiTamanhoBlocoA, &m_regCabecalho.regB, sizeof(m_regCabecalho.regB));
+    if (erro.Ok()) return S_OK;
+    m_regCabecalho.regB = regAnterior;
+    XV_CHECK_TEXTO(CatchGravacao(&erro), "CatchGravacao(pEx)");
+    return S_OK;
+}
+
+void CXVFileBase::DesfazGravacao(XVUInt64 uiTamanhoAnterior) {
+    if (!ExisteArquivo()) return;
+    bool bDesfeito = m_pArquivo->SetTamanho(uiTamanhoAnterior).Ok();
+    if (bDesfeito) {
+        m_uiTamanhoArquivo = uiTamanhoAnterior;
+        if (m_bCabecalhoValidado)
+            bDesfeito = GravaDados(k_uiTamanhoBlocoA, &m_regCabecalho.regB, sizeof(m_regCabecalho.regB)).Ok();
+    }
+    if (!bDesfeito) FechaArquivo();
+}

@@ -1,0 +1,79 @@
+// CXVFile<T>: loading and reading.
+#pragma once
+
+template <class T>
+HRESULT CXVFile<T>::OnInicializa() {
+    XV_ESCOPO({"m_sNomeArquivo", GetNomeArquivo()});
+    XV_CHECK_TEXTO(CXVFileBase::OnInicializa(), "__super::OnInicializa()");
+    m_aRegistros.Limpa();
+    XV_CHECK(AbreArquivo());
+    XV_CHECK(Carrega());
+    XV_CHECK(ConstroiIndices());
+    return S_OK;
+}
+
+template <class T>
+HRESULT CXVFile<T>::OnFinaliza() {
+    XV_ESCOPO({"m_sNomeArquivo", GetNomeArquivo()});
+    m_aRegistros.Limpa();
+    for (SIndice& rIndice : m_listaIndices) rIndice.indice.Limpa();
+    XV_CHECK_TEXTO(CXVFileBase::OnFinaliza(), "__super::OnFinaliza()");
+    return S_OK;
+}
+
+template <class T>
+HRESULT CXVFile<T>::Carrega() {
+    m_aRegistros.Limpa();
+    if (!ExisteArquivo()) return S_OK;
+    const XVUInt64 uiSeek = GetSeekCabecalho();
+    const XVUInt64 uiTamanhoDados = GetTamanho() - uiSeek;
+    if (uiTamanhoDados % sizeof(T) != 0) XV_FALHA(E_XVCR_ARQUIVO_NAO_EH_MOD_ESTRUTURA);
+    if (uiTamanhoDados == 0) return S_OK;
+    const auto uiQuantidade = static_cast<std::size_t>(uiTamanhoDados / sizeof(T));
+    if (const CXVErroArquivo erro =
+            LeDados(uiSeek, m_aRegistros.PreparaBase(uiQuantidade), static_cast<std::size_t>(uiTamanhoDados));
+        !erro.Ok()) {
+        m_aRegistros.Limpa();
+        XV_CHECK_TEXTO(CatchInicializacao(&erro), "CatchInicializacao(pEx)");
+    }
+    return S_OK;
+}
+
+template <class T>
+HRESULT CXVFile<T>::Le(XVUInt uiPosicao, T* preg) const {
+    XV_ESCOPO({"m_sNomeArquivo", GetNomeArquivo()}, {"uiPosicao", XVUInt64{uiPosicao}});
+    const std::shared_lock lock(GetLock());
+    HRESULT hr = S_OK;
+    if (uiPosicao == 0)
+        hr = E_XVCR_TENTATIVA_LER_POSICAO_ZERO;
+    else if (!ExisteArquivo())
+        hr = E_XVCR_ARQUIVO_NAO_EXISTE;
+    else if (uiPosicao > m_aRegistros.size())
+        hr = E_XVCR_POSICAO_LEITURA_SUPERIOR_QUANTIDADE_ARQUIVO;
+    if (SUCCEEDED(hr)) [[likely]] {
+        *preg = m_aRegistros[uiPosicao - 1];
+        return S_OK;
+    }
+    RegistraFalhaLeitura(hr, uiPosicao, sizeof(T), m_aRegistros.size());
+    XV_CHECK_TEXTO(hr, "Le(uiPosicao, preg)");
+    return hr;
+}
+
+template <class T>
+HRESULT CXVFile<T>::LeColecao(XVUInt uiPosicao, XVUInt64 uiQtd, std::vector<T>& aRegistros) const {
+    XV_ESCOPO({"m_sNomeArquivo", GetNomeArquivo()}, {"uiPosicao", XVUInt64{uiPosicao}}, {"uiQtd", uiQtd});
+    const std::shared_lock lock(GetLock());
+    if (uiPosicao == 0 && uiQtd == 0) return S_OK;
+    if (uiPosicao == 0 || uiQtd == 0) XV_FALHA(E_XVCR_INCONSISTENCIA_CHAVE_QUANTIDADE);
+    if (!ExisteArquivo()) XV_FALHA(E_XVCR_ARQUIVO_NAO_EXISTE);
+    if (uiPosicao > m_aRegistros.size()) XV_FALHA(E_XVCR_POSICAO_LEITURA_SUPERIOR_QUANTIDADE_ARQUIVO);
+    if (uiQtd > m_aRegistros.size() - (uiPosicao - 1)) XV_FALHA(E_XVCR_POSICAO_LEITURA_SUPERIOR_QUANTIDADE_ARQUIVO);
+    m_aRegistros.CopiaPara(aRegistros, uiPosicao - 1, static_cast<std::size_t>(uiQtd));
+    return S_OK;
+}
+
+template <class T>
+XVUInt64 CXVFile<T>::GetQtdRegistros() const {
+    const std::shared_lock lock(GetLock());
+    return m_aRegistros.size();
+}

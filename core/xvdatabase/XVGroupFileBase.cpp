@@ -1,0 +1,112 @@
+#include "core/xvdatabase/XVGroupFileBase.h"
+
+#include <mutex>
+#include <utility>
+#include <vector>
+
+#include "core/xvdatabase/XVCodigosArquivo.h"
+#include "core/xvdatabase/XVDataBase.h"
+#include "core/xvdatabase/XVDataBaseUtil.h"
+#include "core/xvdatabase/XVNomeArquivo.h"
+#include "platform/XVPlataforma.h"
+#include "support/XVCodigos.h"
+#include "support/XVProfiler.h"
+
+CXVGroupFileBase::CXVGroupFileBase(std::string sNomeArquivo, CXVDataBase* pDataBase)
+    : m_sNomeArquivo(std::move(sNomeArquivo)), m_eModulo(pDataBase->GetModulo()), m_pDataBase(pDataBase) {
+    m_pDataBase->AddFile(this);
+}
+
+CXVGroupFileBase::~CXVGroupFileBase() { m_pDataBase->RemoveFile(this); }
+
+HRESULT CXVGroupFileBase::OnInicializa() {
+    XV_ESCOPO({"m_sNomeArquivo", m_sNomeArquivo});
+    XV_CHECK_TEXTO(IXVFileBase::OnInicializa(), "__super::OnInicializa()");
+    if (!XVNomeArquivo::EhPadraoGrupo(m_sNomeArquivo)) XV_FALHA(E_XVCR_NOME_ARQUIVO_GROUP_INVALIDO);
+    const std::unique_lock lock(m_Lock);
+    XV_CHECK(ProcuraMembros());
+    return S_OK;
+}
+
+HRESULT CXVGroupFileBase::ProcuraMembros() {
+    std::string sPathArquivo;
+    XV_CHECK_TEXTO(
+        CXVDataBaseUtil::GetPathArquivo(m_eModulo, GetEmpresa(), m_sNomeArquivo.substr(0, m_sNomeArquivo.find('?')),
+                                        &sPathArquivo),
+        "CXVDataBaseUtil::GetPathArquivo(m_eModulo, GetEmpresa(), m_sNomeArquivo.Left(m_sNomeArquivo.Find('?')), "
+        "&sPathArquivo)");
+    std::vector<std::pair<XVUInt64, std::string>> listaMembros;
+    XV_CHECK(CXVDataBaseUtil::ListaMembros(this, m_eModulo, m_sNomeArquivo, &listaMembros));
+    for (const auto& [uiChave, sNome] : listaMembros) {
+        std::unique_ptr<IXVFileBase>& pXVFile = m_mapFiles[uiChave];
+        pXVFile = NewFile(sNome, m_pDataBase);
+        if (m_bControleDesabilitado) pXVFile->DesabilitaControleCriacaoArquivos();
+        if (!m_bAdiaInicializacao) XV_CHECK(pXVFile->Inicializa(this));
+    }
+    return S_OK;
+}
+
+HRESULT CXVGroupFileBase::OnFinaliza() {
+    XV_ESCOPO({"m_sNomeArquivo", m_sNomeArquivo});
+    HRESULT hrPrimeira = S_OK;
+    {
+        const std::unique_lock lock(m_Lock);
+        for (const auto& it : m_mapFiles) {
+            const HRESULT hr = it.second->Finaliza();
+            if (SUCCEEDED(hr)) continue;
+            XV_REGISTRA(hr, "it.second->Finaliza()");
+            if (SUCCEEDED(hrPrimeira)) hrPrimeira = hr;
+        }
+        m_mapFiles.clear();
+    }
+    const HRESULT hr = IXVFileBase::OnFinaliza();
+    if (FAILED(hrPrimeira)) return hrPrimeira;
+    XV_CHECK_TEXTO(hr, "__super::OnFinaliza()");
+    return S_OK;
+}
+
+HRESULT CXVGroupFileBase::LookupMapFiles(XVUInt64 uiChaveNomeArquivo, IXVFileBase*& pXVFileInterface,
+                                         bool bObrigatorio) {
+    const auto it = m_mapFiles.find(uiChaveNomeArquivo);
+    pXVFileInterface = it == m_mapFiles.end() ? nullptr : it->second.get();
+    return pXVFileInterface == nullptr && bObrigatorio ? E_XVCR_ARQUIVO_GROUP_NAO_ENCONTRADO : S_OK;
+}
+
+std::unique_ptr<IXVFileBase> CXVGroupFileBase::CriaMembro(XVUInt64 uiChaveNomeArquivo) {
+    auto pXVFile = NewFile(XVNomeArquivo::ChaveParaNome(uiChaveNomeArquivo, m_sNomeArquivo), m_pDataBase);
+    if (m_bControleDesabilitado) pXVFile->DesabilitaControleCriacaoArquivos();
+    return pXVFile;
+}
+
+HRESULT CXVGroupFileBase::GetQtdRegistros(XVUInt64 uiChaveNomeArquivo, XVUInt64* puiQuantidade) {
+    *puiQuantidade = 0;
+    const std::shared_lock lock(m_Lock);
+    IXVFileBase* pXVFileInterface = nullptr;
+    XV_CHECK(LookupMapFiles(uiChaveNomeArquivo, pXVFileInterface));
+    *puiQuantidade = ContaRegistros(*pXVFileInterface);
+    return S_OK;
+}
+
+XVUInt64 CXVGroupFileBase::GetTamanho() const {
+    const std::shared_lock lock(m_Lock);
+    XVUInt64 uiTotal = 0;
+    for (const auto& it : m_mapFiles) uiTotal += it.second->GetTamanho();
+    return uiTotal;
+}
+
+HRESULT CXVGroupFileBase::DeletaArquivo() {
+    XV_ESCOPO({"m_sNomeArquivo", m_sNomeArquivo});
+    const std::unique_lock lock(m_Lock);
+    for (const auto& it : m_mapFiles) {
+        // A member that was never opened has nobody's company yet; opening it is harmless.
+        XV_CHECK_TEXTO(it.second->Inicializa(this), "pXVFile->Inicializa(this)");
+        XV_CHECK(it.second->DeletaArquivo());
+    }
+    return S_OK;
+}
+
+void CXVGroupFileBase::DesabilitaControleCriacaoArquivos() {
+    const std::unique_lock lock(m_Lock);
+    m_bControleDesabilitado = true;
+    for (const auto& it : m_mapFiles) it.second->DesabilitaControleCriacaoArquivos();
+}

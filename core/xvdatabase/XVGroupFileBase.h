@@ -1,0 +1,59 @@
+// A group: one logical file stored as a family of like files, one per value of a numeric key that takes
+// the place of the '?' run in the group's name pattern.
+//
+// Thread rule: one reader/writer lock per group, always taken before a member's.
+#pragma once
+
+#include <map>
+#include <memory>
+#include <shared_mutex>
+#include <string>
+
+#include "core/xvdatabase/IXVFileBase.h"
+
+class CXVDataBase;
+
+class CXVGroupFileBase : public IXVFileBase {
+  public:
+    XV_CLASSE("CXVGroupFileBase", "XVGroupFileBase")
+
+    CXVGroupFileBase(std::string sNomeArquivo, CXVDataBase* pDataBase);
+    ~CXVGroupFileBase() override;
+
+    const std::string& GetNomeArquivo() const override { return m_sNomeArquivo; }
+    EModulo GetModulo() const override { return m_eModulo; }
+    XVUInt64 GetTamanho() const override;
+    HRESULT DeletaArquivo() override;
+    void DesabilitaControleCriacaoArquivos() override;
+
+    // Records of the key's member. E_XVCR_ARQUIVO_GROUP_NAO_ENCONTRADO: no member.
+    virtual HRESULT GetQtdRegistros(XVUInt64 uiChaveNomeArquivo, XVUInt64* puiQuantidade);
+
+    // A new member object for a file name; the caller owns it.
+    virtual std::unique_ptr<IXVFileBase> NewFile(const std::string& sNomeArquivo, CXVDataBase* pDataBase) = 0;
+
+  protected:
+    HRESULT OnInicializa() override;
+    HRESULT OnFinaliza() override;
+
+    // The member of a key; without one: null, and an error when bObrigatorio.
+    HRESULT LookupMapFiles(XVUInt64 uiChaveNomeArquivo, IXVFileBase*& pXVFileInterface, bool bObrigatorio = true);
+    // Records of one member, already found.
+    virtual XVUInt64 ContaRegistros(const IXVFileBase& rMembro) const = 0;
+
+    void AdiaInicializacaoMembros() { m_bAdiaInicializacao = true; }
+    std::unique_ptr<IXVFileBase> CriaMembro(XVUInt64 uiChaveNomeArquivo);
+    std::shared_mutex& GetLock() const { return m_Lock; }
+    std::map<XVUInt64, std::unique_ptr<IXVFileBase>>& GetMapa() { return m_mapFiles; }
+
+  private:
+    HRESULT ProcuraMembros();
+
+    std::string m_sNomeArquivo;
+    EModulo m_eModulo;
+    mutable std::shared_mutex m_Lock;
+    std::map<XVUInt64, std::unique_ptr<IXVFileBase>> m_mapFiles;
+    bool m_bAdiaInicializacao = false;
+    bool m_bControleDesabilitado = false;
+    CXVDataBase* m_pDataBase;
+};

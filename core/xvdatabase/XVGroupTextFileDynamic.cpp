@@ -1,0 +1,24 @@
+#include "core/xvdatabase/XVGroupTextFileDynamic.h"
+
+HRESULT CXVGroupTextFileDynamic::Le(XVUInt64 uiChaveNomeArquivo, XVUInt uiPosicao, std::string* psTexto) {
+    const std::unique_lock lock(GetLock());
+    CXVTextFile* pXVFileInterface = nullptr;
+    psTexto->clear();
+    XV_CHECK(GetXVFile(uiChaveNomeArquivo, pXVFileInterface));
+    CXVTextFile* pXVFile = pXVFileInterface;
+    XV_CHECK_TEXTO(pXVFile->Le(uiPosicao, *psTexto), "pXVFile->Le(uiPosicao, psTexto)");
+    return S_OK;
+}
+
+HRESULT CXVGroupTextFileDynamic::Grava(XVUInt64 uiChaveNomeArquivo, XVUInt& uiPosicao, std::string_view sTexto) {
+    const std::span<const std::string_view> aRegistros(&sTexto, 1);
+    XV_CHECK(GravaColecao(uiChaveNomeArquivo, uiPosicao, aRegistros));
+    return S_OK;
+}
+
+HRESULT CXVGroupTextFileDynamic::GravaColecao(XVUInt64 uiChaveNomeArquivo, XVUInt& uiPosicao,
+                                              std::span<const std::string_view> aRegistros) {
+    XV_ESCOPO({"m_sNomeArquivo", GetNomeArquivo()}, {"uiChaveNomeArquivo", uiChaveNomeArquivo},
+              {"uiPosicao", XVUInt64{uiPosicao}}, {"aRegistros.size()", XVUInt64{aRegistros.size()}});
+    return GravaNoMembro(uiChaveNomeArquivo, uiPosicao, aRegistros);
+}

@@ -1,0 +1,73 @@
+// A file of length-prefixed texts addressed by 1-based position, kept whole in memory.
+//
+// A changed text is never rewritten in place: the new one is appended and the old bytes stay behind,
+// unreferenced; the file only grows. Texts are bytes, never converted. Thread rule: any thread after
+// Inicializa; reads share the file's lock, writes hold it for the whole operation including retries.
+// Limits: 4,294,967,295 texts a file and as many bytes a text.
+#pragma once
+
+#include <algorithm>
+#include <memory>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "core/xvdatabase/XVArrayRegistros.h"
+#include "core/xvdatabase/XVFileBase.h"
+
+class CXVTextFile : public CXVFileBase {
+  public:
+    XV_CLASSE("CXVTextFile", "core/xvdatabase/XVTextFile")
+
+    using CXVFileBase::CXVFileBase;
+
+    // One text: the offset of its length prefix from the first byte after the header, and its bytes, which
+    // live in blocks owned by the file.
+    struct SEntrada {
+        XVUInt64 uiOffsetDados;
+        const char* pTexto;
+        XVUInt ulTamanho;
+
+        std::string_view GetTexto() const { return {pTexto, ulTamanho}; }
+    };
+    using CColecao = TXVArrayRegistros<SEntrada>;
+
+    // Copies a text up to its first NUL byte. E_XVCR_TENTATIVA_LER_POSICAO_ZERO, E_XVCR_ARQUIVO_NAO_EXISTE,
+    // E_XVCR_POSICAO_LEITURA_SUPERIOR_QUANTIDADE_ARQUIVO; then the text is empty.
+    HRESULT Le(XVUInt uiPosicao, std::string& sTexto) const;
+
+    // Store one text, or a run of texts that belong together. uiPosicao in: the run's present position or 0;
+    // out: where it stands now. An unchanged run is not written and keeps its position.
+    HRESULT Grava(XVUInt& uiPosicao, std::string_view sTexto);
+    HRESULT GravaColecao(XVUInt& uiPosicao, std::span<const std::string_view> aRegistros);
+    HRESULT GravaColecao(XVUInt& uiPosicao, const std::vector<std::string>& aRegistros);
+
+    bool PrecisaGravar(XVUInt uiPosicao, std::span<const std::string_view> aRegistros) const;
+    XVUInt64 GetQtdRegistros() const;
+    // The collection, for a database with direct access; otherwise null.
+    const CColecao* GetPtrRegistros() const;
+
+  protected:
+    HRESULT OnInicializa() override;
+    HRESULT OnFinaliza() override;
+
+    // The raw writer, under the exclusive lock. Position 0 appends at uiTamanhoArquivo, the file's length before
+    // the first attempt; another position overwrites from there, which is only safe for runs of equal lengths.
+    HRESULT GravaRegistros(XVUInt& uiPosicao, std::span<const std::string_view> aRegistros,
+                           XVUInt64 uiTamanhoArquivo);
+
+  private:
+    HRESULT Carrega();
+    HRESULT AbreParaGravacao();
+    HRESULT InterpretaDados(const char* pDados, XVUInt64 uiTamanho);
+    struct SBloco {
+        std::unique_ptr<char[]> pDados;
+        std::size_t uiTamanho = 0;
+    };
+    HRESULT MontaBloco(std::span<const std::string_view> aRegistros, SBloco* pBloco);
+    void AtualizaMemoria(XVUInt& uiPosicao, std::span<const std::string_view> aRegistros, XVUInt64 uiOffsetDados);
+
+    CColecao m_colecao;
+    std::vector<std::unique_ptr<char[]>> m_listaBlocos;  // where the texts live
+};

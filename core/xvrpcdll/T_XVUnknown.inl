@@ -1,0 +1,218 @@
+// Bodies of T_XVUnknown.
+
+template <class TInterface, class TLogica>
+HRESULT T_XVUnknown<TInterface, TLogica>::ConstroiLogica() noexcept {
+    try {
+        TrocaLogica(std::make_shared<TLogica>());
+        return S_OK;
+    } catch (...) {
+        return XVTranslateThrownExceptionToHresult();
+    }
+}
+
+template <class TInterface, class TLogica>
+T_XVUnknown<TInterface, TLogica>::~T_XVUnknown() {
+    XV_METODO_INTERFACE("~T_XVUnknown");
+    const std::shared_ptr<TLogica> pLogica = TomaLogica();
+    if (pLogica == nullptr) return;
+    TrocaLogica(nullptr);
+    // No call is inside any more: this is the last reference but those of calls that outlive their component.
+    XVIgnora(ExecutaQuadro(metodoXV, pLogica, [this](TLogica& rLogica) {
+        return FAILED(m_hrConstruct) ? m_hrConstruct : rLogica.Finaliza();
+    }));
+}
+
+template <class TInterface, class TLogica>
+HRESULT STDMETHODCALLTYPE T_XVUnknown<TInterface, TLogica>::QueryInterface(REFIID riid, void** ppvObject) {
+    if (ppvObject == nullptr) return E_POINTER;
+    *ppvObject = nullptr;
+    if (!IsEqualGUID(riid, IID_IUnknown) && !IsEqualGUID(riid, TInterface::k_iidInterface)) return E_NOINTERFACE;
+    *ppvObject = static_cast<TInterface*>(this);
+    AddRef();
+    return S_OK;
+}
+
+template <class TInterface, class TLogica>
+ULONG STDMETHODCALLTYPE T_XVUnknown<TInterface, TLogica>::Release() {
+    const ULONG ulRestantes = m_ulReferencias.fetch_sub(1, std::memory_order_acq_rel) - 1;
+    if (ulRestantes == 0) delete this;
+    return ulRestantes;
+}
+
+template <class TInterface, class TLogica>
+bool T_XVUnknown<TInterface, TLogica>::TentaAddRef() {
+    ULONG ulReferencias = m_ulReferencias.load(std::memory_order_relaxed);
+    while (ulReferencias != 0)
+        if (m_ulReferencias.compare_exchange_weak(ulReferencias, ulReferencias + 1, std::memory_order_relaxed))
+            return true;
+    return false;
+}
+
+template <class TInterface, class TLogica>
+template <class TCorpo>
+HRESULT T_XVUnknown<TInterface, TLogica>::ExecutaQuadro(const SMetodoInterface& rMetodo,
+                                                       const std::shared_ptr<TLogica>& pLogica,
+                                                       TCorpo&& fnCorpo) noexcept {
+    XVPlataforma::Relogio().Dorme(0);
+    const XVTrapParametroInvalido trap({pLogica.get(), rMetodo.pszNomeCompleto, rMetodo.pszFonte, rMetodo.iLinha,
+                                        &CXVBaseParaRotinas::GetAcessoServidoresDefault});
+    const ProfilerScope escopo(pLogica.get(), rMetodo.pszClasse, rMetodo.pszFuncao, {{"hr", XVUInt64{0}}});
+    const CXVBaseParaRotinas& rBase = *pLogica;
+    std::optional<CXVAcessoDefault> acesso;
+    if (rBase.EstaInicializado()) acesso.emplace(&rBase);
+    const HRESULT hr = ExecutaCorpo(rMetodo, *pLogica, fnCorpo);
+    if (XVEhResultadoFatal(hr)) [[unlikely]]
+        DescartaLogica(pLogica);
+    return hr;
+}
+
+template <class TInterface, class TLogica>
+template <class TCorpo>
+HRESULT T_XVUnknown<TInterface, TLogica>::ExecutaCorpo(const SMetodoInterface& rMetodo, TLogica& rLogica,
+                                                      TCorpo&& fnCorpo) noexcept {
+    HRESULT hr = S_OK;
+    try {
+        hr = fnCorpo(rLogica);
+        if (FAILED(hr)) [[unlikely]]
+            XVRegistraFalhaMetodo(hr, "pfInSEHFuncao()", rMetodo, rLogica);
+    } catch (...) {
+        hr = XVTranslateThrownExceptionToHresult();
+        XVRegistraFalhaMetodo(hr, "XVTranslateThrownExceptionToHresult()", rMetodo, rLogica);
+    }
+    return hr;
+}
+
+// A component that was initialised anew meanwhile keeps its new logic object.
+template <class TInterface, class TLogica>
+void T_XVUnknown<TInterface, TLogica>::DescartaLogica(const std::shared_ptr<TLogica>& pLogica) {
+    std::shared_ptr<TLogica> pDescartada;
+    const std::lock_guard trava(m_MutexLogica);
+    if (m_pLogica == pLogica) m_pLogica.swap(pDescartada);
+}
+
+template <class TInterface, class TLogica>
+HRESULT STDMETHODCALLTYPE T_XVUnknown<TInterface, TLogica>::EstaInicializado(XVLongPS* plInicializado) {
+    const CXVAtividadeComponente::CChamada chamada(m_Atividade);
+    XVPlataforma::Relogio().Dorme(0);
+    if (plInicializado == nullptr) return E_POINTER;
+    *plInicializado = 1;
+    return S_OK;
+}
+
+template <class TInterface, class TLogica>
+HRESULT STDMETHODCALLTYPE T_XVUnknown<TInterface, TLogica>::GetUltimoErro(REG_DF_ULTIMO_ERROPS* pRegUltimoErro) {
+    const CXVAtividadeComponente::CChamada chamada(m_Atividade);
+    XVPlataforma::Relogio().Dorme(0);
+    if (pRegUltimoErro == nullptr) return E_POINTER;
+    *pRegUltimoErro = {};
+    if (const std::shared_ptr<TLogica> pLogica = TomaLogica(); pLogica != nullptr)
+        pLogica->GetUltimoErro().CopiaPara(pRegUltimoErro);
+    return S_OK;
+}
+
+template <class TInterface, class TLogica>
+HRESULT STDMETHODCALLTYPE T_XVUnknown<TInterface, TLogica>::FuncaoGenerica(XVUInt ulFuncao,
+                                                                          const _REG_CR_LISTA_BYTESPS* pEntrada,
+                                                                          _REG_CR_LISTA_BYTESPS* pSaida) {
+    XV_METODO_INTERFACE("FuncaoGenerica");
+    if (pSaida != nullptr) *pSaida = {};
+    return ExecutaMetodo(metodoXV, [&](TLogica& rLogica) {
+        std::span<const XVByte> entrada;
+        HRESULT hr = pSaida == nullptr ? E_POINTER : XVListaDeBytes(pEntrada, &entrada);
+        std::vector<XVByte> saida;
+        if (SUCCEEDED(hr)) hr = rLogica.OnFuncaoGenerica(ulFuncao, entrada, saida);
+        if (SUCCEEDED(hr)) hr = XVListaDeBytesToReg(saida, pSaida);
+        return hr;
+    });
+}
+
+template <class TInterface, class TLogica>
+HRESULT STDMETHODCALLTYPE T_XVUnknown<TInterface, TLogica>::AlteracaoMultiplaCadastro(
+    XVUInt ulPonteiro, const _REG_CR_LISTA_BYTESPS* pListaAlteracoes) {
+    XV_METODO_INTERFACE("AlteracaoMultiplaCadastro");
+    return ExecutaMetodo(metodoXV, [&](TLogica& rLogica) {
+        std::span<const XVByte> listaAlteracoes;
+        const HRESULT hr = XVListaDeBytes(pListaAlteracoes, &listaAlteracoes);
+        return FAILED(hr) ? hr : rLogica.OnAlteracaoMultiplaCadastro(ulPonteiro, listaAlteracoes);
+    });
+}
+
+template <class TInterface, class TLogica>
+HRESULT STDMETHODCALLTYPE T_XVUnknown<TInterface, TLogica>::AlteracaoMultiplaMovimento(
+    XVUInt64 uiDmc, const _REG_CR_LISTA_BYTESPS* pListaAlteracoes) {
+    XV_METODO_INTERFACE("AlteracaoMultiplaMovimento");
+    return ExecutaMetodo(metodoXV, [&](TLogica& rLogica) {
+        const REG_XVDMC regDMC{uiDmc};
+        std::span<const XVByte> listaAlteracoes;
+        const HRESULT hr = regDMC.EhValido() ? XVListaDeBytes(pListaAlteracoes, &listaAlteracoes) : E_INVALIDARG;
+        return FAILED(hr) ? hr : rLogica.OnAlteracaoMultiplaMovimento(regDMC, listaAlteracoes);
+    });
+}
+
+template <class TInterface, class TLogica>
+HRESULT STDMETHODCALLTYPE
+T_XVUnknown<TInterface, TLogica>::Inicializa_Padrao(const REG_DF_INICIALIZAPS* pRegInicializa) {
+    const CXVAtividadeComponente::CChamada chamada(m_Atividade);
+    if (pRegInicializa == nullptr) return E_POINTER;
+    const REG_DF_INICIALIZAPS reg = *pRegInicializa;  // checked and used is one and the same copy
+    const std::lock_guard trava(m_MutexInicializacao);
+    std::shared_ptr<TLogica> pLogica = TomaLogica();
+    if (pLogica == nullptr) return FAILED(m_hrConstruct) ? m_hrConstruct : E_XVCR_COMPONENTE_NAO_INICIALIZADO;
+    const HRESULT hr = ValidaRegistro(reg, *pLogica);
+    if (FAILED(hr)) return hr;
+    if (pLogica->EstaInicializado()) {
+        // The old logic object ends with its last call; from here on calls find the new one, uninitialised.
+        pLogica.reset();
+        const HRESULT hrNova = ConstroiLogica();
+        if (FAILED(hrNova)) return hrNova;
+    }
+    return InicializaComRegistro(reg);
+}
+
+// Precondition: m_MutexInicializacao is held.
+template <class TInterface, class TLogica>
+HRESULT T_XVUnknown<TInterface, TLogica>::InicializaComRegistro(const REG_DF_INICIALIZAPS& reg) {
+    XV_METODO_INTERFACE("Inicializa_Padrao");
+    const std::shared_ptr<TLogica> pLogica = TomaLogica();
+    if (pLogica == nullptr) return E_XVCR_COMPONENTE_NAO_INICIALIZADO;
+    m_regInicializacao = reg;
+    const HRESULT hr = ExecutaQuadro(metodoXV, pLogica, [&](TLogica& rLogica) {
+        CXVProfilerEmpresa chamador;
+        chamador.SetProfiler(CXVRegistroInicializacao::GetEmpresa(reg), CXVRegistroInicializacao::GetUsuario(reg),
+                             reg.ulNumeroSessao);
+        return rLogica.Inicializa(&chamador);
+    });
+    if (FAILED(hr)) m_regInicializacao = {};
+    return hr;
+}
+
+template <class TInterface, class TLogica>
+HRESULT T_XVUnknown<TInterface, TLogica>::ValidaRegistro(const REG_DF_INICIALIZAPS& reg, TLogica& rLogica) const {
+    // Lines under which support staff knows each refusal.
+    constexpr int k_iLinhaVersao = 36;
+    constexpr int k_iLinhaCRC = 45;
+    constexpr int k_iLinhaEstrutura = 62;
+    namespace Reg = CXVRegistroInicializacao;
+    XV_METODO_INTERFACE("Inicializa_Padrao");
+    const auto recusa = [&](HRESULT hr, const char* pszCodigo, int iLinha) {
+        SMetodoInterface metodo = metodoXV;
+        metodo.iLinha = iLinha;
+        XVRegistraFalhaMetodo(hr, pszCodigo, metodo, rLogica);
+        return hr;
+    };
+    if (!Reg::VersaoConfere(reg))
+        return recusa(E_XVCR_VERSAO_INCOMPATIVEL, "E_XVCR_VERSAO_INCOMPATIVEL", k_iLinhaVersao);
+    if (XVPlataforma::Registro().LeNumero(k_sChaveRegistroSuite, "DesabilitaControleInicializacao").value_or(0) == 0) {
+        if (!Reg::CRCConfere(reg))
+            return recusa(E_XVCR_CRC_INICIALIZACAO_INVALIDO, "E_XVCR_CRC_INICIALIZACAO_INVALIDO", k_iLinhaCRC);
+        if (!Reg::EstruturaConfere(reg))
+            return recusa(E_XVCR_ESTRUTURA_INICIALIZACAO_INVALIDA, "E_XVCR_ESTRUTURA_INICIALIZACAO_INVALIDA",
+                          k_iLinhaEstrutura);
+    }
+    // These hold even where the control is switched off: the texts are about to be read and name a directory.
+    if (!Reg::TextosTerminados(reg))
+        return recusa(E_XVCR_ESTRUTURA_INICIALIZACAO_INVALIDA, "E_XVCR_ESTRUTURA_INICIALIZACAO_INVALIDA",
+                      k_iLinhaEstrutura);
+    if (!Reg::ChamadorAceito(reg)) return recusa(E_INVALIDARG, "ChamadorAceito(reg)", __LINE__);
+    return S_OK;
+}

@@ -1,0 +1,11 @@
+// The component over the integration store: the one that the server hosts.
+#pragma once
+
+#include "core/xvrpcdll/XVCR_Middleware.h"
+#include "middleware/BaseMiddleware.h"
+
+// Instantiated once, in XVComponenteMiddleware.cpp.
+extern template class T_XVUnknown<IXVCR_Middleware, CBaseMiddleware>;
+extern template class T_XVCR_Middleware<CBaseMiddleware>;
+
+using CXVCR_Middleware = T_XVCR_Middleware<CBaseMiddleware>;

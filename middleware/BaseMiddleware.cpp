@@ -1,0 +1,98 @@
+#include "middleware/BaseMiddleware.h"
+
+#include <cinttypes>
+#include <cstdio>
+
+#include "middleware/ConversaoMiddleware.h"
+#include "middleware/XVValidacaoIntegracao.h"
+
+CBaseMiddleware::~CBaseMiddleware() { XVIgnora(Finaliza()); }
+
+HRESULT CBaseMiddleware::OnInicializa() {
+    XV_ESCOPO();
+    XV_CHECK_TEXTO(CXVBaseParaRotinas::OnInicializa(), "__super::OnInicializa()");
+    const CXVAcessoDefault acesso(this);
+    XV_CHECK(XVDataBaseInicializa());
+    return S_OK;
+}
+
+HRESULT CBaseMiddleware::OnFinaliza() {
+    XV_ESCOPO();
+    const CXVAcessoDefault acesso(this);
+    const HRESULT hr = XVDataBaseFinaliza();
+    const HRESULT hrBase = CXVBaseParaRotinas::OnFinaliza();
+    XV_CHECK_TEXTO(hr, "XVDataBaseFinaliza()");
+    XV_CHECK_TEXTO(hrBase, "__super::OnFinaliza()");
+    return S_OK;
+}
+
+HRESULT CBaseMiddleware::ExecutaConversao() {
+    CXVConversaoMiddleware conversao(m_pObservadorConversao);
+    XV_CHECK(conversao.Inicializa(this));
+    XV_CHECK_TEXTO(conversao.ExecutaConversao(), "ExecutaConversao()");
+    return S_OK;
+}
+
+HRESULT CBaseMiddleware::ValidaVersaoSomenteLeitura() {
+    CXVConversaoMiddleware conversao(nullptr);
+    XV_CHECK(conversao.Inicializa(this));
+    XV_CHECK(conversao.ValidaVersaoAtual());
+    return S_OK;
+}
+
+// A log line that cannot be written after the data was is recorded and not returned.
+void CBaseMiddleware::GravaLinhaLogGeral(const char* pszOperacao, DFSLOG_Servico eServico, REG_XVDMC regDmcIntegracao,
+                                         XVUInt64 uiChaveSistemaTerceiro, REG_XVDMC regDmcMovimentoOrigem) {
+    char szTexto[256];
+    const int iTamanho =
+        std::snprintf(szTexto, sizeof(szTexto),
+                      "%s - DMCIntegracao: %s - ChaveSistemaTerceiro: %" PRIu64 " - DMCMovimentoOrigem: %s\n",
+                      pszOperacao, regDmcIntegracao.ToString().c_str(), uiChaveSistemaTerceiro,
+                      regDmcMovimentoOrigem.ToString().c_str());
+    const std::string_view sTexto(szTexto, std::min(static_cast<std::size_t>(iTamanho), sizeof(szTexto) - 1));
+    const HRESULT hr = GetAcessoEmpresarial()->GravaLogGeral(eServico, sTexto);
+    if (FAILED(hr)) XV_REGISTRA(hr, "GetAcessoEmpresarial()->GravaLogGeral(eServico, sTexto)");
+}
+
+HRESULT CBaseMiddleware::ValidaAcesso() const {
+    return m_pDataBase == nullptr ? E_XVCR_COMPONENTE_NAO_INICIALIZADO : S_OK;
+}
+
+HRESULT CBaseMiddleware::ValidaAcessoGravacao() const {
+    if (m_pDataBase == nullptr) return E_XVCR_COMPONENTE_NAO_INICIALIZADO;
+    return EhSomenteLeitura() ? eXVReadOnly : S_OK;
+}
+
+HRESULT CBaseMiddleware::ValidaRegistro(const tagREG_CR_INTEGRACAO_MIDDLEWAREPS& reg) const {
+    using namespace XVValidacaoIntegracao;
+    XV_CHECK(ValidaTexto(reg.regRegistroJSON));
+    XV_CHECK(ValidaTexto(reg.regMensagemIntegracao));
+    XV_CHECK(ValidaTexto(reg.regJSONRetornoIntegracao));
+    XV_CHECK(ValidaDmc(reg.regDmcIntegracaoOrigem));
+    XV_CHECK(ValidaDmc(reg.regDmcMovimentoOrigem));
+    XV_CHECK(ValidaDataHora(reg.regDataHoraInclusao));
+    XV_CHECK(ValidaDataHora(reg.regDataHoraAlteracaoStatus));
+    XV_CHECK(ValidaTipoIntegracao(reg.eTipoIntegracao));
+    XV_CHECK(ValidaStatusIntegracao(reg.eStatusIntegracao));
+    XV_CHECK(ValidaSistemaIntegracao(reg.eSistemaIntegracao));
+    XV_CHECK(ValidaTipoTransacao(reg.eTipoTransacao));
+    return S_OK;
+}
+
+REG_CR_INTEGRACAO_MIDDLEWARE_V2 CBaseMiddleware::MontaRegistro(const tagREG_CR_INTEGRACAO_MIDDLEWAREPS& reg) {
+    REG_CR_INTEGRACAO_MIDDLEWARE_V2 regGrava{};
+    regGrava.regDmcIntegracaoOrigem = reg.regDmcIntegracaoOrigem;
+    regGrava.regDmcMovimentoOrigem = reg.regDmcMovimentoOrigem;
+    regGrava.regDataHoraInclusao = reg.regDataHoraInclusao;
+    regGrava.regDataHoraAlteracaoStatus = reg.regDataHoraAlteracaoStatus;
+    regGrava.uiBaseDadosTerceiro = reg.uiBaseDadosTerceiro;
+    regGrava.eTipoIntegracao = reg.eTipoIntegracao;
+    regGrava.eTipoTransacao = reg.eTipoTransacao;
+    regGrava.ulPonteiroFilial = reg.ulPonteiroFilial;
+    regGrava.ulPonteiroUsuarioInclusao = reg.ulPonteiroUsuarioInclusao;
+    regGrava.ulPonteiroUsuarioCancelamento = reg.ulPonteiroUsuarioCancelamento;
+    regGrava.cReconsultarIdTerceiros = reg.cReconsultarIdTerceiros;
+    regGrava.ucTipoPonteiroAuxiliar = reg.ucTipoPonteiroAuxiliar;
+    regGrava.ulPonteiroAuxiliar = reg.ulPonteiroAuxiliar;
+    return regGrava;
+}

@@ -1,0 +1,142 @@
+// The integration store's operations: record, update, read and search integrations of one company.
+//
+// All results are HRESULTs; a failure has left one line per failing step in the error log. The first
+// failing step ends an operation; what it had written before stays. Thread rule: after Inicializa every
+// operation may be called from any thread; operations that change the store are serialised per store,
+// reads run beside them. Output records own their buffers (XVLiberaBuffers).
+#pragma once
+
+#include <vector>
+
+#include "core/xvdatabase/XVDataBaseFacade.h"
+#include "middleware/XVDataBase_CR_Middleware.h"
+#include "middleware/XVOperacoesGenericas.h"
+#include "suite/XVCR_RegistrosPS.h"
+#include "suite/XVDadosCR.h"
+#include "suite/XVMiddlewareFacade.h"
+
+class IXVObservadorConversao;
+
+class CBaseMiddleware : public CXVDataBaseFacade<CXVDataBase_CR_Middleware, CXVBaseParaRotinas>,
+                        public CXVOperacoesGenericas {
+  public:
+    XV_CLASSE("CBaseMiddleware", "BaseMiddleware")
+
+    CBaseMiddleware() = default;
+    ~CBaseMiddleware() override;
+
+    // Told of every step of a conversion that Inicializa runs; null: nobody. Must outlive the object.
+    void SetObservadorConversao(IXVObservadorConversao* pObservador) { m_pObservadorConversao = pObservador; }
+
+    // Records an integration: a null DMC (or pointer content) means a new one, whose DMC is returned in
+    // *pRegDmc; otherwise the named integration is updated.
+    // E_INVALIDARG: impossible enumeration, date-time or DMC, or a text record that is not valid.
+    // E_XVCR_TENTATIVA_GRAVACAO_INTEGRACAO_COM_CHAVE_SISTEMA_TERCEIRO_ZERADA: update to key 0 in a status
+    // other than pending, error or cancelled. E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA: no such integration.
+    HRESULT GravaIntegracao(REG_XVDMC* pRegDmc, const tagREG_CR_INTEGRACAO_MIDDLEWAREPS* pregps);
+
+    // Adds a new integration; returns its DMC.
+    HRESULT GravaInternalIntegracao(REG_XVDMC* pRegDmc, const tagREG_CR_INTEGRACAO_MIDDLEWAREPS* pregps);
+
+    // Performs the exchange at once for every pending item of the record and records the results. *pDmc in:
+    // the integration to change or delete (null for inclusions); out: the last integration recorded.
+    // E_NOTIMPL: a system without provider; then nothing is stored.
+    HRESULT GravaIntegracaoInstantanea(REG_XVDMC* pDmcRegistroIndex, tagREG_CR_INTEGRACAO_MIDDLEWAREPS regIntegracaoPS);
+
+    // Records every pending item of the origin as a pending integration, without exchange.
+    HRESULT GravaPendenciaIntegracao(REG_XVDMC regDmcIntegracaoOrigem, tagREG_CR_INTEGRACAO_MIDDLEWAREPS regIntegracaoPS);
+
+    // Records status and return texts of the integration named by DMC or, when it is null, by external key
+    // and system.
+    HRESULT GravaStatusIntegracao(tagREG_CR_STATUS_INTEGRACAO_MIDDLEWAREPS regStatusIntegracaoPS);
+
+    // Reads one integration. ullFlagLeitura: k_ullLe... bits; the output is cleared first.
+    HRESULT LeIntegracao(REG_XVDMC regDmc, tagREG_CR_INTEGRACAO_MIDDLEWAREPS* pRegIntegracaoPS, XVUInt64 ullFlagLeitura);
+
+    // Reads each integration of a list into a new array of *pulQuantidade records (AlocaSaida; each record
+    // owns its texts). Flags 8 and 16 query the external systems once for the whole list.
+    HRESULT LeIntegracoes(const _REG_DF_LISTA_XVDMCPS& rListaPS, XVUInt* pulQuantidade,
+                          tagREG_CR_INTEGRACAO_MIDDLEWAREPS** ppRegIntegracaoPS, XVUInt64 ullFlagLeitura);
+
+    // Searches; the keys found are grouped by date.
+    HRESULT BuscaPonteiros(const tagREG_CR_FILTRO_INTEGRACAO_MIDDLEWAREPS& rFiltroPS,
+                           _REG_DF_LISTA_XVDMCPS* pRegListaPonteirosPS);
+
+    // Key map. Insert or update; insert as pending if absent; find by external id or by record of the suite.
+    HRESULT GravaChaveRegistroTelvoParaTerceiro(const tagREG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIROPS& regPS);
+    HRESULT GravaChaveRegistroTelvoParaTerceiroPendente(const tagREG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIROPS& regPS);
+    HRESULT BuscaChaveRegistroTelvoParaTerceiro(const tagREG_CR_FILTRO_CHAVE_REGISTRO_TELVO_PARA_TERCEIROPS& regFiltroPS,
+                                                tagREG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIROPS* pRegRetornoFiltro);
+
+    // Date-times per system, integration type and date kind.
+    HRESULT GravaDataHoraIntegracaoTerceiro(const tagREG_CR_DATA_HORA_INTEGRACAO_TERCEIROPS& regPS);
+    HRESULT BuscaDataHoraIntegracaoTerceiro(const tagREG_CR_FILTRO_DATA_HORA_INTEGRACAO_TERCEIROPS& regFiltroPS,
+                                            tagREG_CR_DATA_HORA_INTEGRACAO_TERCEIROPS* pRegRetorno);
+
+    // Direct query of an external system; nothing is stored.
+    HRESULT BuscaDadosSistemaTerceiro(const tagREG_CR_CONSULTA_SISTEMA_TERCEIROPS& regConsultaPS,
+                                      tagREG_CR_STATUS_CONSULTA_SISTEMA_TERCEIROPS* pRegStatusPS);
+
+  protected:
+    HRESULT OnInicializa() override;
+    HRESULT OnFinaliza() override;
+    HRESULT ExecutaConversao() override;
+    HRESULT ValidaVersaoSomenteLeitura() override;
+
+  private:
+    using CListaDmc = std::vector<REG_XVDMC>;
+    using CListaPendencias = std::vector<CXVDadosCR_PendenciaIntegracaoSistema>;
+
+    HRESULT ValidaAcesso() const;
+    HRESULT ValidaAcessoGravacao() const;
+    HRESULT ValidaRegistro(const tagREG_CR_INTEGRACAO_MIDDLEWAREPS& reg) const;
+    static REG_CR_INTEGRACAO_MIDDLEWARE_V2 MontaRegistro(const tagREG_CR_INTEGRACAO_MIDDLEWAREPS& reg);
+    void GravaLinhaLogGeral(const char* pszOperacao, DFSLOG_Servico eServico, REG_XVDMC regDmcIntegracao,
+                            XVUInt64 uiChaveSistemaTerceiro, REG_XVDMC regDmcMovimentoOrigem);
+
+    // Recording. The lock of changes is held.
+    HRESULT AlteraIntegracao(REG_XVDMC regDmc, const tagREG_CR_INTEGRACAO_MIDDLEWAREPS* pregps);
+    HRESULT BuscaPosicaoIndexSistemaTerceiro(const tagREG_CR_INTEGRACAO_MIDDLEWAREPS* pregps, XVUInt& uiPosicao,
+                                             REG_XVDMC regDmcIntegracao);
+    // First index record with this key and system; uiPosicao 0: none.
+    HRESULT LocalizaIndexSistemaTerceiro(XVUInt64 uiChaveIntegracaoSistemaTerceiro, XVUInt eSistemaIntegracao,
+                                         REG_CR_INDEX_INTEGRACAO_V1* pregIndex, XVUInt& uiPosicao);
+    HRESULT LocalizaIndexDoStatus(const tagREG_CR_STATUS_INTEGRACAO_MIDDLEWAREPS& regStatus,
+                                  REG_CR_INDEX_INTEGRACAO_V1* pregIndex, XVUInt& uiPosicaoIndex);
+    HRESULT AplicaStatus(const tagREG_CR_STATUS_INTEGRACAO_MIDDLEWAREPS& regStatus, REG_CR_INDEX_INTEGRACAO_V1 regIndex,
+                         XVUInt uiPosicaoIndex);
+
+    // Exchange with external systems. No lock is held.
+    HRESULT GetListaDadosIntegracaoPendente(const tagREG_CR_INTEGRACAO_MIDDLEWAREPS& regPS, CListaPendencias& listaDados);
+    HRESULT ValidaProvedores(const CListaPendencias& listaDados) const;
+    HRESULT TrocaItem(CXVMiddlewareFacade& facade, const CXVDadosCR_PendenciaIntegracaoSistema& rItem,
+                      const tagREG_CR_INTEGRACAO_MIDDLEWAREPS& regPS, REG_XVDMC* pDmc);
+    HRESULT ExecutaTransacao(CXVDadosCR_IntegracaoMiddleware& rDados, REG_XVDMC* pDmc);
+    HRESULT GravaItemPendente(CXVMiddlewareFacade& facade, const CXVDadosCR_PendenciaIntegracaoSistema& rItem,
+                              const tagREG_CR_INTEGRACAO_MIDDLEWAREPS& regPS);
+
+    // Reading.
+    HRESULT LeDados(REG_XVDMC regDmc, CXVDadosCR_IntegracaoMiddleware* pDados, XVUInt64 ullFlagLeitura);
+    HRESULT LeTextos(XVUInt64 uiChaveNomeArquivo, const REG_CR_INTEGRACAO_MIDDLEWARE_V2& reg,
+                     CXVDadosCR_IntegracaoMiddleware* pDados, XVUInt64 ullFlagLeitura);
+    HRESULT CompletaComSistemaTerceiro(CXVDadosCR_IntegracaoMiddleware& rDados, bool bOperacaoPosterior);
+    HRESULT LeDadosDaLista(const _REG_DF_LISTA_XVDMCPS& rListaPS, std::vector<CXVDadosCR_IntegracaoMiddleware>& listaDados,
+                           XVUInt64 ullFlagLeitura);
+
+    // Searching.
+    HRESULT ValidaFiltroNivel1(const CXVDadosCR_FiltroIntegracaoMiddleware& dadosFiltro, CListaDmc& listaPonteiros);
+    HRESULT ValidaFiltroNivel2(const CXVDadosCR_FiltroIntegracaoMiddleware& dadosFiltro, XVUInt64 uiChaveArquivoAtual,
+                               const CListaDmc& listaDmc, CListaDmc& listaPonteiros);
+    HRESULT BuscaRegistroIndexComChaveSistema(const CXVDadosCR_FiltroIntegracaoMiddleware& dadosFiltro,
+                                              CListaDmc& listaPonteiros);
+    HRESULT FiltraPorArquivo(const CXVDadosCR_FiltroIntegracaoMiddleware& dadosFiltro, const CListaDmc& listaOrdenada,
+                             CListaDmc& listaPonteiros);
+
+    // Key map and date-times.
+    HRESULT GetPonteiroIndexChaveRegistroParaTerceiro(const REG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIRO_V2& reg,
+                                                      XVUInt& uiPonteiro);
+    HRESULT GravaRegistroChave(const tagREG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIROPS& regPS);
+    HRESULT GetPonteiroIndexDataHoraIntegracao(const REG_CR_DATA_HORA_INTEGRACAO_TERCEIRO_V1& reg, XVUInt& uiPonteiro);
+
+    IXVObservadorConversao* m_pObservadorConversao = nullptr;
+};

@@ -1,0 +1,143 @@
+// CBaseMiddleware: searching. The small index records are tested first; the records of one date are
+// opened together and only for integrations that pass.
+#include <algorithm>
+
+#include "middleware/BaseMiddleware.h"
+#include "middleware/XVOrdenacaoParalela.h"
+#include "suite/XVCR_BuffersPS.h"
+
+namespace {
+
+// Date and time of day are bounded apart: a later day with an earlier time does not pass a lower bound.
+bool PassaLimiteInferior(REG_XVDMAHMSUTC regDataHora, REG_XVDMAHMSUTC regLimite) {
+    if (regLimite.EhNula()) return true;
+    return regDataHora.GetDma() >= regLimite.GetDma() &&
+           (regLimite.GetSegundos() == 0 || regDataHora.GetSegundos() >= regLimite.GetSegundos());
+}
+
+bool PassaLimiteSuperior(REG_XVDMAHMSUTC regDataHora, REG_XVDMAHMSUTC regLimite) {
+    if (regLimite.EhNula()) return true;
+    return regDataHora.GetDma() <= regLimite.GetDma() &&
+           (regLimite.GetSegundos() == 0 || regDataHora.GetSegundos() <= regLimite.GetSegundos());
+}
+
+bool PassaNivel1(const CXVDadosCR_FiltroIntegracaoMiddleware& rFiltro, const REG_CR_INDEX_INTEGRACAO_V1& reg) {
+    const XVUInt64 uiInicial = rFiltro.GetChaveIntegracaoSistemaTerceiroInicial();
+    const XVUInt64 uiFinal = rFiltro.GetChaveIntegracaoSistemaTerceiroFinal();
+    return (rFiltro.GetQuantidadeStatusIntegracao() == 0 || rFiltro.FindStatusIntegracao(reg.eStatusIntegracao)) &&
+           (rFiltro.GetQuantidadeSistemaIntegracao() == 0 || rFiltro.FindSistemaIntegracao(reg.eSistemaIntegracao)) &&
+           (uiInicial == 0 || reg.uiChaveIntegracaoSistemaTerceiro >= uiInicial) &&
+           (uiFinal == 0 || reg.uiChaveIntegracaoSistemaTerceiro <= uiFinal);
+}
+
+bool PassaNivel2(const CXVDadosCR_FiltroIntegracaoMiddleware& rFiltro, const REG_CR_INTEGRACAO_MIDDLEWARE_V2& reg) {
+    return (rFiltro.GetQuantidadeTipoIntegracao() == 0 || rFiltro.FindTipoIntegracao(reg.eTipoIntegracao)) &&
+           (rFiltro.GetQuantidadeTipoTransacao() == 0 || rFiltro.FindTipoTransacao(reg.eTipoTransacao)) &&
+           PassaLimiteInferior(reg.regDataHoraInclusao, rFiltro.GetDataHoraInicialInclusao()) &&
+           PassaLimiteSuperior(reg.regDataHoraInclusao, rFiltro.GetDataHoraFinalInclusao()) &&
+           PassaLimiteInferior(reg.regDataHoraAlteracaoStatus, rFiltro.GetDataHoraInicialAlteracaoStatus()) &&
+           PassaLimiteSuperior(reg.regDataHoraAlteracaoStatus, rFiltro.GetDataHoraFinalAlteracaoStatus());
+}
+
+bool TemNivel2(const CXVDadosCR_FiltroIntegracaoMiddleware& rFiltro) {
+    return rFiltro.GetQuantidadeTipoIntegracao() != 0 || rFiltro.GetQuantidadeTipoTransacao() != 0 ||
+           !rFiltro.GetDataHoraInicialInclusao().EhNula() || !rFiltro.GetDataHoraFinalInclusao().EhNula() ||
+           !rFiltro.GetDataHoraInicialAlteracaoStatus().EhNula() || !rFiltro.GetDataHoraFinalAlteracaoStatus().EhNula();
+}
+
+}  // namespace
+
+HRESULT CBaseMiddleware::BuscaPonteiros(const tagREG_CR_FILTRO_INTEGRACAO_MIDDLEWAREPS& rFiltroPS,
+                                        _REG_DF_LISTA_XVDMCPS* pRegListaPonteirosPS) {
+    XV_ESCOPO();
+    if (pRegListaPonteirosPS == nullptr) XV_FALHA(E_POINTER);
+    *pRegListaPonteirosPS = {};
+    XV_CHECK(ValidaAcesso());
+    const CXVAcessoDefault acesso(this);
+    CXVDadosCR_FiltroIntegracaoMiddleware dadosFiltro;
+    XV_CHECK(dadosFiltro.CopiarDe(rFiltroPS));
+    CListaDmc listaPonteiros;
+    XV_CHECK(ValidaFiltroNivel1(dadosFiltro, listaPonteiros));
+    XV_CHECK(XVListaToReg(listaPonteiros, pRegListaPonteirosPS));
+    return S_OK;
+}
+
+HRESULT CBaseMiddleware::ValidaFiltroNivel1(const CXVDadosCR_FiltroIntegracaoMiddleware& dadosFiltro,
+                                            CListaDmc& listaPonteiros) {
+    if (dadosFiltro.GetChaveIntegracaoSistemaTerceiroInicial() != 0 && dadosFiltro.GetQuantidadeSistemaIntegracao() != 0) {
+        XV_CHECK(BuscaRegistroIndexComChaveSistema(dadosFiltro, listaPonteiros));
+        return S_OK;
+    }
+    const XVUInt64 uiQtdRegistros = m_pDataBase->m_IndexIntegracao.GetQtdRegistros();
+    if (uiQtdRegistros == 0) return S_OK;
+    CListaDmc listaDmc;
+    {
+        std::vector<REG_CR_INDEX_INTEGRACAO_V1> listaIndex;
+        XV_CHECK(m_pDataBase->m_IndexIntegracao.LeColecao(1, uiQtdRegistros, listaIndex));
+        for (const REG_CR_INDEX_INTEGRACAO_V1& reg : listaIndex)
+            if (PassaNivel1(dadosFiltro, reg)) listaDmc.push_back(reg.regDmcIntegracao);
+    }
+    // The value of a DMC has its date in the highest bits: sorting brings the records of one file together.
+    XVOrdenaEmParalelo(listaDmc, [](REG_XVDMC reg1, REG_XVDMC reg2) { return reg1.uiValor < reg2.uiValor; });
+    if (!TemNivel2(dadosFiltro)) {
+        listaPonteiros = std::move(listaDmc);
+        return S_OK;
+    }
+    XV_CHECK(FiltraPorArquivo(dadosFiltro, listaDmc, listaPonteiros));
+    return S_OK;
+}
+
+HRESULT CBaseMiddleware::FiltraPorArquivo(const CXVDadosCR_FiltroIntegracaoMiddleware& dadosFiltro,
+                                          const CListaDmc& listaOrdenada, CListaDmc& listaPonteiros) {
+    CListaDmc listaDmc;
+    for (auto itInicio = listaOrdenada.begin(); itInicio != listaOrdenada.end();) {
+        const REG_XVDMA dma = itInicio->GetDma();
+        const auto itFim = std::partition_point(itInicio, listaOrdenada.end(),
+                                                [dma](REG_XVDMC regDmc) { return regDmc.GetDma() == dma; });
+        listaDmc.assign(itInicio, itFim);
+        const XVUInt64 uiChaveArquivoUltimo = dma.ToChave();
+        XV_CHECK(ValidaFiltroNivel2(dadosFiltro, uiChaveArquivoUltimo, listaDmc, listaPonteiros));
+        itInicio = itFim;
+    }
+    return S_OK;
+}
+
+HRESULT CBaseMiddleware::ValidaFiltroNivel2(const CXVDadosCR_FiltroIntegracaoMiddleware& dadosFiltro,
+                                            XVUInt64 uiChaveArquivoAtual, const CListaDmc& listaDmc,
+                                            CListaDmc& listaPonteiros) {
+    REG_CR_INTEGRACAO_MIDDLEWARE_V2 regIntegracao;
+    for (std::size_t idx = 0; idx < listaDmc.size(); ++idx) {
+        // clang-format off
+        XV_CHECK(m_pDataBase->m_Integracao.Le(uiChaveArquivoAtual, listaDmc[idx].GetPonteiro(), &regIntegracao));
+        // clang-format on
+        if (PassaNivel2(dadosFiltro, regIntegracao)) listaPonteiros.push_back(listaDmc[idx]);
+    }
+    return S_OK;
+}
+
+// Direct path: the lower key bound is the key itself; status and upper bound are not asked.
+HRESULT CBaseMiddleware::BuscaRegistroIndexComChaveSistema(const CXVDadosCR_FiltroIntegracaoMiddleware& dadosFiltro,
+                                                           CListaDmc& listaPonteiros) {
+    const XVUInt64 uiChave = dadosFiltro.GetChaveIntegracaoSistemaTerceiroInicial();
+    const bool bNivel2 = TemNivel2(dadosFiltro);
+    std::vector<XVUInt> listaPosicao;
+    for (const XVUInt eSistema : dadosFiltro.GetListaSistemaIntegracao()) {
+        const XVUInt64 uiChaveIndex = CXVDataBase_CR_Middleware::GetChaveIndexSistemaTerceiro(uiChave, eSistema);
+        // clang-format off
+        XV_CHECK(m_pDataBase->m_IndexIntegracao.ExisteIndex(uiChaveIndex, listaPosicao, EColuna_Indexacao_Middleware::eIndexacao_ChaveIntegracaoComSistemaTerceiro));
+        // clang-format on
+        for (const XVUInt uiPosicao : listaPosicao) {
+            REG_CR_INDEX_INTEGRACAO_V1 regIndex;
+            XV_CHECK(m_pDataBase->m_IndexIntegracao.Le(uiPosicao, &regIndex));
+            if (regIndex.uiChaveIntegracaoSistemaTerceiro != uiChave || regIndex.eSistemaIntegracao != eSistema) continue;
+            const REG_XVDMC regDmc = regIndex.regDmcIntegracao;
+            if (bNivel2) {
+                REG_CR_INTEGRACAO_MIDDLEWARE_V2 regIntegracao;
+                XV_CHECK(m_pDataBase->m_Integracao.Le(regDmc.GetDma().ToChave(), regDmc.GetPonteiro(), &regIntegracao));
+                if (!PassaNivel2(dadosFiltro, regIntegracao)) continue;
+            }
+            if (listaPonteiros.empty() || !(listaPonteiros.back() == regDmc)) listaPonteiros.push_back(regDmc);
+        }
+    }
+    return S_OK;
+}

@@ -1,0 +1,133 @@
+// CBaseMiddleware: reading integrations by DMC.
+#include <limits>
+
+#include "middleware/BaseMiddleware.h"
+#include "platform/XVAmbienteSO.h"
+#include "suite/XVCR_BuffersPS.h"
+
+HRESULT CBaseMiddleware::LeIntegracao(REG_XVDMC regDmc, tagREG_CR_INTEGRACAO_MIDDLEWAREPS* pRegIntegracaoPS,
+                                      XVUInt64 ullFlagLeitura) {
+    XV_ESCOPO({"regDmc", regDmc.uiValor}, {"ullFlagLeitura", ullFlagLeitura});
+    if (pRegIntegracaoPS == nullptr) XV_FALHA(E_POINTER);
+    *pRegIntegracaoPS = {};
+    XV_CHECK(ValidaAcesso());
+    const CXVAcessoDefault acesso(this);
+    CXVDadosCR_IntegracaoMiddleware dadosIntegracao;
+    XV_CHECK(LeDados(regDmc, &dadosIntegracao, ullFlagLeitura));
+    if ((ullFlagLeitura & k_ullConsultaSistemaTerceiro) != 0) {
+        XV_CHECK(CXVMiddlewareIntegracaoSistemas::BuscaDadosIntegracaoSistemasTerceiros(dadosIntegracao, nullptr, this));
+        XV_CHECK(CompletaComSistemaTerceiro(dadosIntegracao, (ullFlagLeitura & k_ullOperacaoPosterior) != 0));
+    }
+    XV_CHECK(dadosIntegracao.CopiarParaPS(pRegIntegracaoPS));
+    return S_OK;
+}
+
+HRESULT CBaseMiddleware::LeDados(REG_XVDMC regDmc, CXVDadosCR_IntegracaoMiddleware* pDados, XVUInt64 ullFlagLeitura) {
+    REG_CR_INDEX_INTEGRACAO_V1 regIndex;
+    // clang-format off
+    XV_CHECK(m_pDataBase->m_IndexIntegracao.LeIndex(CXVDataBase_CR_Middleware::GetChaveIndex(regDmc), &regIndex, EColuna_Indexacao_Middleware::eIndexacao_DMCIntegracao));
+    // clang-format on
+    const XVUInt64 uiChaveNomeArquivo = regDmc.GetDma().ToChave();
+    REG_CR_INTEGRACAO_MIDDLEWARE_V2 reg;
+    XV_CHECK(m_pDataBase->m_Integracao.Le(uiChaveNomeArquivo, regDmc.GetPonteiro(), &reg));
+    pDados->regDmc = regDmc;
+    pDados->regDmcIntegracaoOrigem = reg.regDmcIntegracaoOrigem;
+    pDados->regDmcMovimentoOrigem = reg.regDmcMovimentoOrigem;
+    pDados->regDataHoraInclusao = reg.regDataHoraInclusao;
+    pDados->regDataHoraAlteracaoStatus = reg.regDataHoraAlteracaoStatus;
+    pDados->uiChaveIntegracaoSistemaTerceiro = regIndex.uiChaveIntegracaoSistemaTerceiro;
+    pDados->uiBaseDadosTerceiro = reg.uiBaseDadosTerceiro;
+    pDados->eTipoIntegracao = reg.eTipoIntegracao;
+    pDados->eStatusIntegracao = regIndex.eStatusIntegracao;
+    pDados->eSistemaIntegracao = regIndex.eSistemaIntegracao;
+    pDados->eTipoTransacao = reg.eTipoTransacao;
+    pDados->ulPonteiroFilial = reg.ulPonteiroFilial;
+    pDados->ulPonteiroUsuarioInclusao = reg.ulPonteiroUsuarioInclusao;
+    pDados->ulPonteiroUsuarioCancelamento = reg.ulPonteiroUsuarioCancelamento;
+    pDados->ulPonteiroAuxiliar = reg.ulPonteiroAuxiliar;
+    pDados->cReconsultarIdTerceiros = reg.cReconsultarIdTerceiros;
+    pDados->ucTipoPonteiroAuxiliar = reg.ucTipoPonteiroAuxiliar;
+    XV_CHECK(LeTextos(uiChaveNomeArquivo, reg, pDados, ullFlagLeitura));
+    return S_OK;
+}
+
+HRESULT CBaseMiddleware::LeTextos(XVUInt64 uiChaveNomeArquivo, const REG_CR_INTEGRACAO_MIDDLEWARE_V2& reg,
+                                  CXVDadosCR_IntegracaoMiddleware* pDados, XVUInt64 ullFlagLeitura) {
+    std::string& sJSON = pDados->sRegistroJSON;
+    std::string& sMensagem = pDados->sMensagemIntegracao;
+    std::string& sJSONRetornoIntegracao = pDados->sJSONRetornoIntegracao;
+    // clang-format off
+    if ((ullFlagLeitura & k_ullLeJSON) != 0 && reg.ulPonteiroJSONRegistro != 0)
+        XV_CHECK(m_pDataBase->m_JSONIntegracao.Le(uiChaveNomeArquivo, reg.ulPonteiroJSONRegistro, &sJSON));
+    if ((ullFlagLeitura & k_ullLeMensagem) != 0 && reg.ulPonteiroMensagemRetorno != 0)
+        XV_CHECK(m_pDataBase->m_MensagemIntegracao.Le(uiChaveNomeArquivo, reg.ulPonteiroMensagemRetorno, &sMensagem));
+    if ((ullFlagLeitura & k_ullLeJSONRetorno) != 0 && reg.ulPonteiroJSONRetornoIntegracao != 0)
+        XV_CHECK(m_pDataBase->m_JSONRetornoIntegracao.Le(uiChaveNomeArquivo, reg.ulPonteiroJSONRetornoIntegracao, &sJSONRetornoIntegracao));
+    // clang-format on
+    return S_OK;
+}
+
+HRESULT CBaseMiddleware::CompletaComSistemaTerceiro(CXVDadosCR_IntegracaoMiddleware& dadosIntegracao,
+                                                    bool bOperacaoPosterior) {
+    CXVMiddlewareFacade facade;
+    XV_CHECK(facade.Inicializa(this));
+    XV_CHECK(facade.RealizaOperacaoAnterior(dadosIntegracao));
+    if (!bOperacaoPosterior) return S_OK;
+    CXVDadosCR_ParametrosIntegracao dadosParametrosIntegracao;
+    dadosParametrosIntegracao.regDmcOrigem = dadosIntegracao.regDmcMovimentoOrigem;
+    dadosParametrosIntegracao.regDmcIntegracao = dadosIntegracao.regDmc;
+    dadosParametrosIntegracao.eTipoIntegracao = dadosIntegracao.eTipoIntegracao;
+    dadosParametrosIntegracao.eSistemaIntegracao = dadosIntegracao.eSistemaIntegracao;
+    dadosParametrosIntegracao.eTipoTransacao = dadosIntegracao.eTipoTransacao;
+    dadosParametrosIntegracao.ulPonteiroFilial = dadosIntegracao.ulPonteiroFilial;
+    dadosParametrosIntegracao.uiBaseDadosTerceiro = dadosIntegracao.uiBaseDadosTerceiro;
+    XV_CHECK(facade.RealizaOperacaoPosterior(dadosParametrosIntegracao));
+    return S_OK;
+}
+
+HRESULT CBaseMiddleware::LeDadosDaLista(const _REG_DF_LISTA_XVDMCPS& rListaPS,
+                                        std::vector<CXVDadosCR_IntegracaoMiddleware>& listaDadosIntegracao,
+                                        XVUInt64 ullFlagLeitura) {
+    listaDadosIntegracao.resize(rListaPS.ulQuantidade);
+    for (XVUInt i = 0; i < rListaPS.ulQuantidade; ++i)
+        XV_CHECK(LeDados(rListaPS.pLista[i], &listaDadosIntegracao[i], ullFlagLeitura));
+    if ((ullFlagLeitura & k_ullConsultaSistemaTerceiro) == 0) return S_OK;
+    XV_CHECK(CXVMiddlewareIntegracaoSistemas::BuscaDadosIntegracaoSistemasTerceiros(listaDadosIntegracao, this));
+    for (CXVDadosCR_IntegracaoMiddleware& dadosIntegracao : listaDadosIntegracao)
+        XV_CHECK(CompletaComSistemaTerceiro(dadosIntegracao, (ullFlagLeitura & k_ullOperacaoPosterior) != 0));
+    return S_OK;
+}
+
+HRESULT CBaseMiddleware::LeIntegracoes(const _REG_DF_LISTA_XVDMCPS& rListaPS, XVUInt* pulQuantidade,
+                                       tagREG_CR_INTEGRACAO_MIDDLEWAREPS** ppRegIntegracaoPS, XVUInt64 ullFlagLeitura) {
+    XV_ESCOPO({"ulQuantidade", XVUInt64{rListaPS.ulQuantidade}}, {"ullFlagLeitura", ullFlagLeitura});
+    if (pulQuantidade == nullptr || ppRegIntegracaoPS == nullptr) XV_FALHA(E_POINTER);
+    *pulQuantidade = 0;
+    *ppRegIntegracaoPS = nullptr;
+    XV_CHECK(ValidaAcesso());
+    if (rListaPS.ulQuantidade == 0) return S_OK;
+    if (rListaPS.pLista == nullptr) XV_FALHA(E_INVALIDARG);
+    const CXVAcessoDefault acesso(this);
+    std::vector<CXVDadosCR_IntegracaoMiddleware> listaDadosIntegracao;
+    XV_CHECK(LeDadosDaLista(rListaPS, listaDadosIntegracao, ullFlagLeitura));
+
+    if (listaDadosIntegracao.size() > std::numeric_limits<std::size_t>::max() / sizeof(tagREG_CR_INTEGRACAO_MIDDLEWAREPS))
+        XV_FALHA(E_OUTOFMEMORY);
+    auto* pRegs = static_cast<tagREG_CR_INTEGRACAO_MIDDLEWAREPS*>(
+        XVAmbienteSO::AlocaSaida(listaDadosIntegracao.size() * sizeof(tagREG_CR_INTEGRACAO_MIDDLEWAREPS)));
+    if (pRegs == nullptr) XV_FALHA(E_OUTOFMEMORY);
+    std::fill_n(pRegs, listaDadosIntegracao.size(), tagREG_CR_INTEGRACAO_MIDDLEWAREPS{});
+    HRESULT hr = S_OK;
+    for (std::size_t i = 0; i < listaDadosIntegracao.size() && SUCCEEDED(hr); ++i) {
+        hr = listaDadosIntegracao[i].CopiarParaPS(&pRegs[i]);
+        listaDadosIntegracao[i] = {};  // its texts now stand in the output
+    }
+    if (FAILED(hr)) {
+        for (std::size_t i = 0; i < listaDadosIntegracao.size(); ++i) XVLiberaBuffers(&pRegs[i]);
+        XVAmbienteSO::LiberaSaida(pRegs);
+        XV_CHECK_TEXTO(hr, "dadosIntegracao.CopiarParaPS(pRegIntegracaoPS)");
+    }
+    *pulQuantidade = rListaPS.ulQuantidade;
+    *ppRegIntegracaoPS = pRegs;
+    return S_OK;
+}

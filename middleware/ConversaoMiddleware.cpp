@@ -1,0 +1,161 @@
+// CXVConversaoMiddleware: which steps run, and the order of writing, moving and stamping in each.
+#include "middleware/ConversaoMiddleware.h"
+
+#include "core/xvdatabase/XVCodigosArquivo.h"
+#include "core/xvdatabase/XVDataBaseUtil.h"
+#include "core/xvdatabase/XVModoAbertura.h"
+#include "core/xvdatabase/XVNomeArquivo.h"
+#include "core/xvdatabase/XVRegistroVersao.h"
+#include "middleware/XVDataBase_CR_Middleware.h"
+#include "platform/XVPlataforma.h"
+#include "support/XVCodigos.h"
+#include "support/XVProfiler.h"
+
+namespace {
+constexpr const char* k_pszMarcaConversao = "DFXXMARCA2";
+constexpr int k_iTentativasMarca = 500;
+constexpr XVUInt k_ulEsperaTentativa = 10;  // ms
+}  // namespace
+
+HRESULT CXVConversaoMiddleware::OnInicializa() {
+    XV_CHECK_TEXTO(CXVBaseParaRotinas::OnInicializa(), "__super::OnInicializa()");
+    SetProfiler(GetEmpresa(), k_usUsuarioConversao, GetNumeroSessaoProprio());
+    return S_OK;
+}
+
+HRESULT CXVConversaoMiddleware::LeVersao(XVUShort* pusVersao) {
+    *pusVersao = 0;
+    REG_CR_MIDDLEWARE_VERSAO regVersao;
+    XV_CHECK_TEXTO(CXVDataBaseUtil::LeSingleReg(this, XV_DF, &regVersao, k_pszArquivoVersao),
+                   "CXVDataBaseUtil::LeSingleReg(this, XV_DF, &regVersao, \"CRMIDDLEWAREVS.dat\")");
+    *pusVersao = regVersao.usVersao;
+    return S_OK;
+}
+
+HRESULT CXVConversaoMiddleware::ExecutaConversao() {
+    XV_ESCOPO();
+    const CXVAcessoDefault acesso(this);
+    XVUShort usVersao = 0;
+    HRESULT hr = LeVersao(&usVersao);
+    if (FAILED(hr)) return hr;
+    if (usVersao > k_usVersaoAtualBase) return E_XVCR_VERSAO_BASE_SUPERIOR_VERSAO_SISTEMA;
+    if (usVersao == k_usVersaoAtualBase) {
+        XV_CHECK(RemoveDiario());  // of a conversion that ended between its last version record and this
+        return S_OK;
+    }
+    std::string sDiretorio;
+    XV_CHECK(CXVDataBaseUtil::GetPathDados(XV_DF, GetEmpresa(), &sDiretorio));
+    std::unique_ptr<IXVMarcaDiretorio> marca;
+    CXVErroArquivo erro;
+    for (int i = 1; i <= k_iTentativasMarca; ++i) {
+        erro = XVPlataforma::SistemaArquivos().MarcaDiretorio(sDiretorio, k_pszMarcaConversao, marca);
+        if (erro.GetCausa() != ECausaArquivo::eViolacaoCompartilhamento) break;
+        if (i < k_iTentativasMarca) XVPlataforma::Relogio().Dorme(k_ulEsperaTentativa);
+    }
+    if (!erro.Ok()) XV_CHECK_TEXTO(XVCodigosArquivo::DeExcecao(erro.GetCausa()).hr, "MarcaDiretorio(sDiretorio, marca)");
+    // Another process may have converted while this one waited.
+    hr = LeVersao(&usVersao);
+    return FAILED(hr) ? hr : ExecutaPassos(usVersao);
+}
+
+HRESULT CXVConversaoMiddleware::ExecutaPassos(XVUShort usVersao) {
+    if (usVersao < 1) XV_CHECK(ConverteBaseV01());
+    if (usVersao < 2) XV_CHECK(ConverteBaseV02());
+    if (usVersao < 3) XV_CHECK(ConverteBaseV03());
+    if (usVersao < 4) XV_CHECK(ConverteBaseV04());
+    if (usVersao < 5) XV_CHECK(ConverteBaseV05());
+    return S_OK;
+}
+
+HRESULT CXVConversaoMiddleware::ListaArquivosDoPasso(XVUShort usPasso, CListaNomes* plistaNomes) {
+    plistaNomes->clear();
+    if (usPasso == 2) {
+        *plistaNomes = {k_pszArquivoChaveRegistroParaTerceiro};
+    } else if (usPasso == 5) {
+        *plistaNomes = {k_pszArquivoDataHoraIntegracao, k_pszArquivoChaveRegistroParaTerceiro};
+    } else {
+        std::vector<std::pair<XVUInt64, std::string>> listaMembros;
+        XV_CHECK(CXVDataBaseUtil::ListaMembros(this, XV_DF, k_pszArquivoIntegracao, &listaMembros));
+        for (auto& membro : listaMembros) plistaNomes->push_back(std::move(membro.second));
+    }
+    return S_OK;
+}
+
+// Copies left by a step that did not come to its journal; the live files were not touched yet.
+HRESULT CXVConversaoMiddleware::RemoveCopias(const CListaNomes& listaNomes) {
+    for (const std::string& sNome : listaNomes) {
+        std::string sPath;
+        XV_CHECK(MontaPath(XVNomeArquivo::TrocaExtensao(sNome, "tra"), &sPath));
+        if (XVPlataforma::SistemaArquivos().Existe(sPath) == EExistencia::eAusente) continue;
+        const CXVErroArquivo erro = XVPlataforma::SistemaArquivos().Apaga(sPath);
+        if (!erro.Ok()) XV_CHECK_TEXTO(XVCodigosArquivo::DeExcecao(erro.GetCausa()).hr, "RemoveCopias(listaNomes)");
+    }
+    return S_OK;
+}
+
+// The copies that still stand beside their files take their place; the others have done so already.
+HRESULT CXVConversaoMiddleware::ConcluiTroca(XVUShort usPasso, const CListaNomes& listaNomes) {
+    for (const std::string& sNome : listaNomes) {
+        std::string sPath;
+        XV_CHECK(MontaPath(XVNomeArquivo::TrocaExtensao(sNome, "tra"), &sPath));
+        if (XVPlataforma::SistemaArquivos().Existe(sPath) != EExistencia::eAusente) {
+            XV_CHECK_TEXTO(CXVDataBaseUtil::RenomeiaArquivoTRA(this, XV_DF, sNome, usPasso),
+                           "CXVDataBaseUtil::RenomeiaArquivoTRA(this, XV_DF, name)");
+            continue;
+        }
+        CXVDataBaseControleCriacaoArquivos controle(XV_DF, sNome);
+        XV_CHECK(controle.Inicializa(this));
+        XV_CHECK(controle.GerenciaControleCriacaoArquivos(EXVDataBase_ModoAbertura::eModoLeituraGravacao));
+    }
+    REG_CR_MIDDLEWARE_VERSAO regVersao{};
+    regVersao.usVersao = usPasso;
+    XV_CHECK_TEXTO(CXVDataBaseUtil::GravaSingleReg(this, XV_DF, regVersao, k_pszArquivoVersao),
+                   "CXVDataBaseUtil::GravaSingleReg(this, XV_DF, regVersao, \"CRMIDDLEWAREVS.dat\")");
+    XV_CHECK(RemoveDiario());
+    if (m_pObservador != nullptr) m_pObservador->OnFimPasso(usPasso);
+    return S_OK;
+}
+
+HRESULT CXVConversaoMiddleware::MontaPath(const std::string& sNome, std::string* psPath) {
+    XV_CHECK(CXVDataBaseUtil::GetPathArquivo(XV_DF, GetEmpresa(), sNome, psPath));
+    return S_OK;
+}
+
+HRESULT CXVConversaoMiddleware::Simula(XVUShort* pusVersao, std::vector<SPassoPrevisto>* plistaPassos) {
+    plistaPassos->clear();
+    HRESULT hr = LeVersao(pusVersao);
+    if (FAILED(hr)) return hr;
+    if (*pusVersao > k_usVersaoAtualBase) return E_XVCR_VERSAO_BASE_SUPERIOR_VERSAO_SISTEMA;
+    for (auto usPasso = static_cast<XVUShort>(*pusVersao + 1); usPasso <= k_usVersaoAtualBase; ++usPasso) {
+        SPassoPrevisto passo;
+        passo.usPasso = usPasso;
+        CListaNomes listaNomes;
+        XV_CHECK(ListaArquivosDoPasso(usPasso, &listaNomes));
+        for (std::string& sNome : listaNomes) {
+            std::string sPath;
+            XV_CHECK(MontaPath(sNome, &sPath));
+            std::unique_ptr<IXVArquivo> pArquivo;
+            XVUInt64 uiTamanho = 0;
+            constexpr SAberturaArquivo k_abertura{EAcessoArquivo::eLeitura, ECompartilhamentoArquivo::eNegaNada,
+                                                  ECriacaoArquivo::eSomenteExistente};
+            if (XVPlataforma::SistemaArquivos().Abre(sPath, k_abertura, pArquivo).Ok() &&
+                pArquivo->GetTamanho(uiTamanho).Ok())
+                passo.listaArquivos.push_back({std::move(sNome), uiTamanho});
+        }
+        plistaPassos->push_back(std::move(passo));
+    }
+    return S_OK;
+}
+
+HRESULT CXVConversaoMiddleware::ValidaVersaoAtual() {
+    XVUShort usVersao = 0;
+    const HRESULT hr = LeVersao(&usVersao);
+    if (FAILED(hr)) return hr;
+    if (usVersao == k_usVersaoAtualBase) return S_OK;
+    if (usVersao > k_usVersaoAtualBase) XV_FALHA(E_XVCR_VERSAO_BASE_SUPERIOR_VERSAO_SISTEMA);
+    std::string sPathIndex;
+    XV_CHECK(MontaPath(k_pszArquivoIndexIntegracao, &sPathIndex));
+    if (usVersao != 0 || XVPlataforma::SistemaArquivos().Existe(sPathIndex) != EExistencia::eAusente)
+        XV_FALHA(E_XVCR_VERSAO_INCOMPATIVEL);
+    return S_OK;
+}

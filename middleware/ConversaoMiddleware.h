@@ -1,0 +1,85 @@
+// Conversion of databases of earlier versions to the current one, step by step.
+//
+// A step first writes every converted file as a ".tra" copy, then a journal that names them
+// ("CRMIDDLEWARECV.srk"), then moves the copies onto the live files, then writes the version record and
+// deletes the journal. Killed anywhere and run again it ends with the same bytes: without a valid journal
+// the live files are untouched and the step starts over; with one only the moves are finished. A mark on
+// the directory keeps two processes from converting at once. docs/formats.md describes the journal.
+//
+// Thread rule: one object is used by one thread.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "suite/XVBaseParaRotinas.h"
+
+inline constexpr XVUShort k_usVersaoAtualBase = 5;
+
+// Told of the progress of a conversion, on the converting thread.
+class IXVObservadorConversao {
+  public:
+    virtual ~IXVObservadorConversao() = default;
+    virtual void OnInicioPasso(XVUShort usPasso, std::size_t uiQtdArquivos) = 0;
+    virtual void OnArquivoConvertido(XVUShort usPasso, const std::string& sNomeArquivo, XVUInt64 uiQtdRegistros) = 0;
+    virtual void OnFimPasso(XVUShort usPasso) = 0;
+};
+
+// What one step would do.
+struct SArquivoPrevisto {
+    std::string sNomeArquivo;
+    XVUInt64 uiTamanho = 0;  // bytes on disk
+};
+struct SPassoPrevisto {
+    XVUShort usPasso = 0;
+    std::vector<SArquivoPrevisto> listaArquivos;
+};
+
+class CXVConversaoMiddleware : public CXVBaseParaRotinas {
+  public:
+    XV_CLASSE("CBaseMiddleware", "BaseMiddleware")
+
+    // pObservador may be null.
+    explicit CXVConversaoMiddleware(IXVObservadorConversao* pObservador) : m_pObservador(pObservador) {}
+
+    // Brings the database of the caller's company to version 5. A later version:
+    // E_XVCR_VERSAO_BASE_SUPERIOR_VERSAO_SISTEMA, nothing changed. The first failure ends the conversion; the version
+    // stays at the last complete step.
+    HRESULT ExecutaConversao();
+
+    // Version of the database on disk (0: no version file). Changes nothing.
+    HRESULT LeVersao(XVUShort* pusVersao);
+    // What ExecutaConversao would do. Changes nothing.
+    HRESULT Simula(XVUShort* pusVersao, std::vector<SPassoPrevisto>* plistaPassos);
+    // For viewing: S_OK when the files are of the current version or there are none.
+    HRESULT ValidaVersaoAtual();
+
+  protected:
+    HRESULT OnInicializa() override;
+
+  private:
+    using CListaNomes = std::vector<std::string>;
+
+    HRESULT ExecutaPassos(XVUShort usVersao);
+    HRESULT ConverteBaseV01();
+    HRESULT ConverteBaseV02();
+    HRESULT ConverteBaseV03();
+    HRESULT ConverteBaseV04();
+    HRESULT ConverteBaseV05();
+    template <class TAntigo, class TNovo, class TConverte>
+    HRESULT ConverteArquivo(const std::string& sNomeArquivo, XVUShort usPasso, TConverte converte);
+
+    template <class TConverteArquivo>
+    HRESULT ConverteArquivos(XVUShort usPasso, TConverteArquivo converteArquivo);
+    HRESULT ListaArquivosDoPasso(XVUShort usPasso, CListaNomes* plistaNomes);
+    HRESULT RemoveCopias(const CListaNomes& listaNomes);
+    HRESULT ConcluiTroca(XVUShort usPasso, const CListaNomes& listaNomes);
+
+    HRESULT MontaPath(const std::string& sNome, std::string* psPath);
+    HRESULT GravaDiario(XVUShort usPasso, const CListaNomes& listaNomes);
+    // False: no journal, or one that is torn or of another step.
+    HRESULT LeDiario(XVUShort usPasso, CListaNomes* plistaNomes, bool* pbValido);
+    HRESULT RemoveDiario();
+
+    IXVObservadorConversao* m_pObservador;
+};

@@ -1,0 +1,86 @@
+#include "middleware/XVDataBase_CR_Middleware.h"
+
+namespace {
+
+// One CRC over the bytes of the fields, in memory order.
+template <class... TCampos>
+XVUInt64 CrcDosCampos(TCampos... campos) {
+    XVUInt64 uiCrc = 0;
+    ((uiCrc = XVCrc64(&campos, sizeof(campos), uiCrc)), ...);
+    return uiCrc;
+}
+
+}  // namespace
+
+CXVDataBase_CR_Middleware::CXVDataBase_CR_Middleware()
+    : CXVDataBase(XV_DF),
+      m_IndexIntegracao(k_pszArquivoIndexIntegracao, this),
+      m_Integracao(k_pszArquivoIntegracao, this, k_uiLimiteAbertos),
+      m_JSONIntegracao(k_pszArquivoJSONIntegracao, this, k_uiLimiteAbertos),
+      m_MensagemIntegracao(k_pszArquivoMensagemIntegracao, this, k_uiLimiteAbertos),
+      m_JSONRetornoIntegracao(k_pszArquivoJSONRetornoIntegracao, this, k_uiLimiteAbertos),
+      m_ChaveRegistroParaTerceiro(k_pszArquivoChaveRegistroParaTerceiro, this),
+      m_DataHoraIntegracao(k_pszArquivoDataHoraIntegracao, this) {}
+
+CXVDataBase_CR_Middleware::~CXVDataBase_CR_Middleware() { XVIgnora(Finaliza()); }
+
+HRESULT CXVDataBase_CR_Middleware::OnInicializa() {
+    XV_ESCOPO();
+    XV_CHECK_TEXTO(CXVDataBase::OnInicializa(), "__super::OnInicializa()");
+    // Repeats are allowed: external systems number orders, products and customers apart, so one key and system
+    // may belong to several integrations.
+    // clang-format off
+    XV_CHECK_TEXTO(m_IndexIntegracao.IncluiIndex(this, EColuna_Indexacao_Middleware::eIndexacao_ChaveIntegracaoComSistemaTerceiro, true, true),
+                   "m_IndexIntegracao.IncluiIndex(this, EColuna_Indexacao_Middleware::eIndexacao_ChaveIntegracaoComSistemaTerceiro, true )");
+    XV_CHECK(m_IndexIntegracao.IncluiIndex(this, EColuna_Indexacao_Middleware::eIndexacao_DMCIntegracao ));
+    XV_CHECK(m_IndexIntegracao.IncluiIndex(this, EColuna_Indexacao_Middleware::eIndexacao_ChaveIntegracao , true, true));
+    XV_CHECK(m_ChaveRegistroParaTerceiro.IncluiIndex(this, EColuna_Indexacao_ChaveRegistroParaTerceiro::eIndexacao_SistemaTipoIntegracaoChaveTelvo, false, true));
+    XV_CHECK(m_ChaveRegistroParaTerceiro.IncluiIndex(this, EColuna_Indexacao_ChaveRegistroParaTerceiro::eIndexacao_SistemaTipoIntegracaoIDTerceiro, false, true));
+    XV_CHECK(m_DataHoraIntegracao .IncluiIndex(this, EColuna_Indexacao_DataHoraIntegracao::eIndexacao_SistemaTipoIntegracaoTipoData , false, true));
+    // clang-format on
+    return S_OK;
+}
+
+HRESULT CXVDataBase_CR_Middleware::OnFinaliza() {
+    XV_ESCOPO();
+    m_IndexIntegracao.RemoveDeclaracoesIndex();
+    m_ChaveRegistroParaTerceiro.RemoveDeclaracoesIndex();
+    m_DataHoraIntegracao.RemoveDeclaracoesIndex();
+    XV_CHECK_TEXTO(CXVDataBase::OnFinaliza(), "__super::OnFinaliza()");
+    return S_OK;
+}
+
+XVUInt64 CXVDataBase_CR_Middleware::GetChaveIndexSistemaTerceiro(XVUInt64 uiChaveIntegracaoSistemaTerceiro,
+                                                                 XVUInt eSistemaIntegracao) {
+    if (uiChaveIntegracaoSistemaTerceiro == 0 || eSistemaIntegracao == 0) return 0;
+    return CrcDosCampos(uiChaveIntegracaoSistemaTerceiro, eSistemaIntegracao, XVUInt{0});
+}
+
+XVUInt64 CXVDataBase_CR_Middleware::GetChaveIndex(const REG_CR_INDEX_INTEGRACAO_V1& reg, XVUInt uiColuna) const {
+    switch (uiColuna) {
+        case eIndexacao_ChaveIntegracaoComSistemaTerceiro:
+            return GetChaveIndexSistemaTerceiro(reg.uiChaveIntegracaoSistemaTerceiro, reg.eSistemaIntegracao);
+        case eIndexacao_DMCIntegracao: return GetChaveIndex(reg.regDmcIntegracao);
+        case eIndexacao_ChaveIntegracao: return reg.uiChaveIntegracaoSistemaTerceiro;
+        default: return 0;
+    }
+}
+
+XVUInt64 CXVDataBase_CR_Middleware::GetChaveIndex(const REG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIRO_V2& reg,
+                                                  XVUInt uiColuna) const {
+    switch (uiColuna) {
+        case eIndexacao_SistemaTipoIntegracaoChaveTelvo:
+            return CrcDosCampos(reg.eSistemaIntegracao, reg.eTipoIntegracao, reg.regDmcRegistroTelvo,
+                                reg.uiBaseDadosTerceiro);
+        case eIndexacao_SistemaTipoIntegracaoIDTerceiro:
+            return CrcDosCampos(reg.eSistemaIntegracao, reg.eTipoIntegracao, reg.uiChaveRegistroSistemaTerceiro,
+                                reg.uiBaseDadosTerceiro);
+        default: return 0;
+    }
+}
+
+XVUInt64 CXVDataBase_CR_Middleware::GetChaveIndex(const REG_CR_DATA_HORA_INTEGRACAO_TERCEIRO_V1& reg,
+                                                  XVUInt uiColuna) const {
+    if (uiColuna != eIndexacao_SistemaTipoIntegracaoTipoData) return 0;
+    return CrcDosCampos(reg.eSistemaIntegracao, reg.eTipoIntegracao, reg.eTipoData);
+}

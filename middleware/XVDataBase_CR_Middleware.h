@@ -1,0 +1,61 @@
+// Schema of the integration store: its files, the indexes over them and the key of every index.
+#pragma once
+
+#include "core/xvdatabase/XVFile.h"
+#include "core/xvdatabase/XVGroupFileDynamic.h"
+#include "core/xvdatabase/XVGroupTextFileDynamic.h"
+#include "middleware/XVRegistrosMiddleware.h"
+
+inline constexpr const char* k_pszArquivoIndexIntegracao = "CRINDEXINTEG.dat";
+inline constexpr const char* k_pszArquivoIntegracao = "CRINTEGMID????????.dat";
+inline constexpr const char* k_pszArquivoJSONIntegracao = "CRINTEGMIDJSON????????.dat";
+inline constexpr const char* k_pszArquivoMensagemIntegracao = "CRINTEGMIDMENS????????.dat";
+inline constexpr const char* k_pszArquivoJSONRetornoIntegracao = "CRINTEGMIDJSONRET????????.dat";
+inline constexpr const char* k_pszArquivoChaveRegistroParaTerceiro = "CRCHAVEREGTER.dat";
+inline constexpr const char* k_pszArquivoDataHoraIntegracao = "CRDTHRINTEG.dat";
+inline constexpr const char* k_pszArquivoVersao = "CRMIDDLEWAREVS.dat";
+
+enum EColuna_Indexacao_Middleware : XVUInt {
+    eIndexacao_ChaveIntegracaoComSistemaTerceiro = 0,
+    eIndexacao_DMCIntegracao = 1,
+    eIndexacao_ChaveIntegracao = 2,
+};
+enum EColuna_Indexacao_ChaveRegistroParaTerceiro : XVUInt {
+    eIndexacao_SistemaTipoIntegracaoChaveTelvo = 0,
+    eIndexacao_SistemaTipoIntegracaoIDTerceiro = 1,
+};
+enum EColuna_Indexacao_DataHoraIntegracao : XVUInt {
+    eIndexacao_SistemaTipoIntegracaoTipoData = 0,
+};
+
+class CXVDataBase_CR_Middleware : public CXVDataBase {
+  public:
+    XV_CLASSE("CXVDataBase_CR_Middleware", "XVDataBase_CR_Middleware")
+
+    CXVDataBase_CR_Middleware();
+    ~CXVDataBase_CR_Middleware() override;
+
+    // Keys of the index columns; 0 is no key. A column that the record does not have: 0.
+    XVUInt64 GetChaveIndex(const REG_CR_INDEX_INTEGRACAO_V1& reg, XVUInt uiColuna) const;
+    XVUInt64 GetChaveIndex(const REG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIRO_V2& reg, XVUInt uiColuna) const;
+    XVUInt64 GetChaveIndex(const REG_CR_DATA_HORA_INTEGRACAO_TERCEIRO_V1& reg, XVUInt uiColuna) const;
+    // Key of an integration in eIndexacao_DMCIntegracao.
+    static XVUInt64 GetChaveIndex(REG_XVDMC regDmc) { return regDmc.uiValor; }
+    // Key of eIndexacao_ChaveIntegracaoComSistemaTerceiro; 0 when either part is 0.
+    static XVUInt64 GetChaveIndexSistemaTerceiro(XVUInt64 uiChaveIntegracaoSistemaTerceiro, XVUInt eSistemaIntegracao);
+
+    // Every group keeps at most this many members open.
+    static constexpr std::size_t k_uiLimiteAbertos = 2;
+
+    CXVFile<REG_CR_INDEX_INTEGRACAO_V1> m_IndexIntegracao;
+    CXVGroupFileDynamic<REG_CR_INTEGRACAO_MIDDLEWARE_V2> m_Integracao;
+    CXVGroupTextFileDynamic m_JSONIntegracao;
+    CXVGroupTextFileDynamic m_MensagemIntegracao;
+    CXVGroupTextFileDynamic m_JSONRetornoIntegracao;
+    CXVFile<REG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIRO_V2> m_ChaveRegistroParaTerceiro;
+    CXVFile<REG_CR_DATA_HORA_INTEGRACAO_TERCEIRO_V1> m_DataHoraIntegracao;
+
+  protected:
+    HRESULT OnInicializa() override;
+    HRESULT OnFinaliza() override;
+};

@@ -1,0 +1,37 @@
+// Distrust of what comes from outside: every check answers S_OK or E_INVALIDARG and touches nothing.
+#pragma once
+
+#include "suite/XVCR_BuffersPS.h"
+#include "suite/XVCR_Enumeracoes.h"
+#include "suite/XVCR_RegistrosPS.h"
+
+namespace XVValidacaoIntegracao {
+
+constexpr HRESULT ResultadoDe(bool bValido) { return bValido ? S_OK : E_INVALIDARG; }
+
+constexpr HRESULT ValidaTipoIntegracao(XVUInt eTipoIntegracao) {
+    return ResultadoDe(eTipoIntegracao < eXVSMiddleware_QuantidadeTipoIntegracao);
+}
+constexpr HRESULT ValidaStatusIntegracao(XVUInt eStatusIntegracao) {
+    return ResultadoDe(eStatusIntegracao < eXVSMiddleware_QuantidadeStatusIntegracao);
+}
+constexpr HRESULT ValidaSistemaIntegracao(XVUInt eSistemaIntegracao) {
+    return ResultadoDe(eSistemaIntegracao == Tipo_Nenhum || eSistemaIntegracao == SimulacaoSistemaTerceiro ||
+                       eSistemaIntegracao == OfficialBank || eSistemaIntegracao == Mercos);
+}
+constexpr HRESULT ValidaTipoTransacao(XVUInt eTipoTransacao) {
+    return ResultadoDe(eTipoTransacao < eXVSMiddleware_QuantidadeTipoTransacao);
+}
+constexpr HRESULT ValidaTipoData(XVUInt eTipoData) {
+    return ResultadoDe(eTipoData < eXVSMiddleware_QuantidadeTipoDataIntegracaoTerceiro);
+}
+constexpr HRESULT ValidaTipoConsulta(XVUInt eTipoConsulta) {
+    return ResultadoDe(eTipoConsulta != eXVSMiddleware_NenhumaConsulta &&
+                       eTipoConsulta < eXVSMiddleware_QuantidadeTipoConsulta);
+}
+inline HRESULT ValidaDataHora(REG_XVDMAHMSUTC regDataHora) { return ResultadoDe(regDataHora.EhValida()); }
+inline HRESULT ValidaDmc(REG_XVDMC regDmc) { return ResultadoDe(regDmc.EhValido()); }
+inline HRESULT ValidaDmcIntegracao(REG_XVDMC regDmc) { return ResultadoDe(regDmc.EhDeIntegracao()); }
+inline HRESULT ValidaTexto(const _REG_DF_TEXTOPS& regTexto) { return ResultadoDe(CXVStringPS::EhValido(regTexto)); }
+
+}  // namespace XVValidacaoIntegracao

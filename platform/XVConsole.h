@@ -1,0 +1,19 @@
+// The standard streams and the arguments of a program of the command line. Thread rule: called while the program
+// starts, except for the two questions, which any thread may ask.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace XVConsole {
+
+// Lets bytes pass unchanged through the standard streams and tells the terminal that they are UTF-8.
+void Prepara();
+
+// The program's arguments in UTF-8, without its own name.
+std::vector<std::string> GetArgumentos(int iQuantidade, const char* const* ppszArgumentos);
+
+bool SaidaEhTerminal();
+bool ErroEhTerminal();
+
+}  // namespace XVConsole

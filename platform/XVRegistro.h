@@ -1,0 +1,24 @@
+// Machine-wide configuration values (the Windows registry under HKEY_LOCAL_MACHINE).
+//
+// Windows: keys under "SOFTWARE\Wow6432Node\..." are read from the 32-bit view. Elsewhere the values
+// come from the text file named by the environment variable XV_REGISTRO (see docs/operation.md); without
+// it every value is absent. Thread rule: any thread.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "platform/XVTipos.h"
+
+class IXVRegistro {
+  public:
+    virtual ~IXVRegistro() = default;
+    // sChave: key path below HKEY_LOCAL_MACHINE, with backslashes. Absent, unreadable or of another type: nothing.
+    virtual std::optional<std::string> LeTexto(std::string_view sChave, std::string_view sValor) = 0;
+    // A DWORD value, or a text that is a whole decimal number.
+    virtual std::optional<XVUInt> LeNumero(std::string_view sChave, std::string_view sValor) = 0;
+};
+
+// The suite's root key.
+inline constexpr std::string_view k_sChaveRegistroSuite = "SOFTWARE\\Wow6432Node\\Velmora";

@@ -1,0 +1,116 @@
+// The file system as the system sees it: one interface, one behaviour on every operating system.
+//
+// Paths are UTF-8 and absolute or relative to the current directory; Junta() puts them together with
+// the separator of the system. Share modes follow one rule everywhere, inside one process as between
+// processes: an opening succeeds only when its access is allowed by every other opening of the same
+// file and every other opening's access is allowed by its share mode; otherwise the cause is
+// eViolacaoCompartilhamento. Deleting or replacing a file that anyone has open fails with that cause too.
+//
+// Thread rule: a file system may be called from any thread at any time. An open file may be used by
+// several threads for reading; a writer must be alone (the engine's file locks see to that).
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/XVErroArquivo.h"
+
+enum class EAcessoArquivo : std::uint8_t {
+    eLeitura,
+    eLeituraEscrita,
+    eAnexacao,  // write only; every write goes to the end of the file, atomically between processes
+};
+
+enum class ECompartilhamentoArquivo : std::uint8_t {
+    eNegaTudo,     // nobody else may open the file
+    eNegaEscrita,  // others may read
+    eNegaNada,     // others may read and write
+};
+
+enum class ECriacaoArquivo : std::uint8_t {
+    eSomenteExistente,  // absent file: eArquivoNaoEncontrado
+    eCriaSeAusente,     // creates an empty file when absent; never truncates
+};
+
+struct SAberturaArquivo {
+    EAcessoArquivo eAcesso = EAcessoArquivo::eLeitura;
+    ECompartilhamentoArquivo eCompartilhamento = ECompartilhamentoArquivo::eNegaEscrita;
+    ECriacaoArquivo eCriacao = ECriacaoArquivo::eSomenteExistente;
+};
+
+// One open file. Destroying it closes it.
+class IXVArquivo {
+  public:
+    virtual ~IXVArquivo() = default;
+
+    // Reads exactly uiTamanho bytes from uiOffset. On failure the buffer's content is undefined;
+    // eFimDeArquivo when the file ends before.
+    virtual CXVErroArquivo Le(XVUInt64 uiOffset, void* pDados, std::size_t uiTamanho) = 0;
+
+    // Writes all bytes at uiOffset (ignored in eAnexacao), extending the file where needed. On failure a
+    // part of the bytes may have been written.
+    virtual CXVErroArquivo Grava(XVUInt64 uiOffset, const void* pDados, std::size_t uiTamanho) = 0;
+
+    // Current length in bytes. On failure uiTamanho is 0.
+    virtual CXVErroArquivo GetTamanho(XVUInt64& uiTamanho) = 0;
+
+    // Cuts or extends (with zeros) the file to uiTamanho bytes.
+    virtual CXVErroArquivo SetTamanho(XVUInt64 uiTamanho) = 0;
+
+    // Returns after the written bytes have reached the device.
+    virtual CXVErroArquivo Sincroniza() = 0;
+};
+
+// An exclusive mark on a directory; destroying it, or the end of the process in any way, lifts it.
+class IXVMarcaDiretorio {
+  public:
+    virtual ~IXVMarcaDiretorio() = default;
+};
+
+enum class EExistencia : std::uint8_t { eAusente, eArquivo, eDiretorio };
+
+class IXVSistemaArquivos {
+  public:
+    virtual ~IXVSistemaArquivos() = default;
+
+    // Opens a file. On failure pArquivo is null. Not found and bad path are told apart. A directory is
+    // eAcessoNegado.
+    virtual CXVErroArquivo Abre(const std::string& sCaminho, const SAberturaArquivo& rAbertura,
+                                std::unique_ptr<IXVArquivo>& pArquivo) = 0;
+
+    // What the directory holds under this name, whatever its attributes and whether it could be opened.
+    virtual EExistencia Existe(const std::string& sCaminho) = 0;
+
+    // Whether the file exists and has the read-only attribute (no write permission for anyone).
+    virtual bool EhSomenteLeitura(const std::string& sCaminho) = 0;
+
+    // Finds the entry of the path's directory whose name equals the path's last component without regard
+    // to case (an exact match wins). True and the name as it stands on disk, or false and an empty name.
+    virtual bool BuscaNomeReal(const std::string& sCaminho, std::string& sNomeReal) = 0;
+
+    // Deletes one file. A file that anyone has open: eViolacaoCompartilhamento. Read-only: eAcessoNegado.
+    virtual CXVErroArquivo Apaga(const std::string& sCaminho) = 0;
+
+    // Moves sOrigem onto sDestino, replacing it in one step, and returns after the change has reached the
+    // device. Either file open by anyone: eViolacaoCompartilhamento. Renaming a file so that only the case
+    // of its name changes is allowed.
+    virtual CXVErroArquivo Substitui(const std::string& sOrigem, const std::string& sDestino) = 0;
+
+    // Names (no path) of the files, never directories, of sDiretorio that match sMascara: '*' any run, '?'
+    // any one character, case ignored. Order unspecified. An absent directory: eCaminhoInvalido.
+    virtual CXVErroArquivo Lista(const std::string& sDiretorio, const std::string& sMascara,
+                                 std::vector<std::string>& listaNomes) = 0;
+
+    // Creates the directory and the missing ones above it; success when it is there already.
+    virtual CXVErroArquivo CriaDiretorio(const std::string& sDiretorio) = 0;
+
+    // Marks the directory under the name sMarca for as long as pMarca lives. Held by anyone else, in this
+    // process or another: eViolacaoCompartilhamento at once.
+    virtual CXVErroArquivo MarcaDiretorio(const std::string& sDiretorio, const std::string& sMarca,
+                                          std::unique_ptr<IXVMarcaDiretorio>& pMarca) = 0;
+
+    // sDiretorio and sNome with exactly one separator between them.
+    virtual std::string Junta(std::string_view sDiretorio, std::string_view sNome) const = 0;
+};

@@ -1,0 +1,109 @@
+#include "platform/posix/XVArquivoPosix.h"
+
+#include <algorithm>
+#include <limits>
+#include <sys/stat.h>
+
+#include "platform/posix/XVErroPosix.h"
+
+namespace {
+
+constexpr XVUInt64 k_uiOffsetMaximo = static_cast<XVUInt64>(std::numeric_limits<off_t>::max());
+constexpr std::size_t k_uiTransferenciaMaxima = std::size_t{1} << 30;  // below what one call may move
+
+constexpr CXVErroArquivo k_erroAcesso(ECausaArquivo::eAcessoNegado, 0);
+constexpr CXVErroArquivo k_erroOffset(ECausaArquivo::ePosicionamentoInvalido, 0);
+
+bool CabeNoArquivo(XVUInt64 uiOffset, std::size_t uiTamanho) {
+    return uiOffset <= k_uiOffsetMaximo && uiTamanho <= k_uiOffsetMaximo - uiOffset;
+}
+
+}  // namespace
+
+CXVErroArquivo CXVArquivoPosix::Le(XVUInt64 uiOffset, void* pDados, std::size_t uiTamanho) {
+    if (m_eAcesso == EAcessoArquivo::eAnexacao) {
+        return k_erroAcesso;
+    }
+    if (!CabeNoArquivo(uiOffset, uiTamanho)) {
+        return k_erroOffset;
+    }
+    std::byte* pDestino = static_cast<std::byte*>(pDados);
+    while (uiTamanho > 0) {
+        const ssize_t iLidos = XVRepeteInterrompida([&] {
+            return pread(m_descritor.Get(), pDestino, std::min(uiTamanho, k_uiTransferenciaMaxima),
+                         static_cast<off_t>(uiOffset));
+        });
+        if (iLidos < 0) {
+            return XVErroPosix::DeErrno(errno);
+        }
+        if (iLidos == 0) {
+            return {ECausaArquivo::eFimDeArquivo, 0};
+        }
+        const std::size_t uiLidos = static_cast<std::size_t>(iLidos);
+        pDestino += uiLidos;
+        uiOffset += uiLidos;
+        uiTamanho -= uiLidos;
+    }
+    return {};
+}
+
+CXVErroArquivo CXVArquivoPosix::Grava(XVUInt64 uiOffset, const void* pDados, std::size_t uiTamanho) {
+    if (m_eAcesso == EAcessoArquivo::eLeitura) {
+        return k_erroAcesso;
+    }
+    const bool bAnexa = m_eAcesso == EAcessoArquivo::eAnexacao;
+    if (!bAnexa && !CabeNoArquivo(uiOffset, uiTamanho)) {
+        return k_erroOffset;
+    }
+    const std::byte* pOrigem = static_cast<const std::byte*>(pDados);
+    while (uiTamanho > 0) {
+        const std::size_t uiParte = std::min(uiTamanho, k_uiTransferenciaMaxima);
+        const ssize_t iGravados = XVRepeteInterrompida([&] {
+            return bAnexa ? write(m_descritor.Get(), pOrigem, uiParte)
+                          : pwrite(m_descritor.Get(), pOrigem, uiParte, static_cast<off_t>(uiOffset));
+        });
+        if (iGravados < 0) {
+            return XVErroPosix::DeErrnoGravacao(errno, bAnexa ? k_uiOffsetMaximo : uiOffset + uiTamanho);
+        }
+        const std::size_t uiGravados = static_cast<std::size_t>(iGravados);
+        pOrigem += uiGravados;
+        uiOffset += uiGravados;
+        uiTamanho -= uiGravados;
+    }
+    return {};
+}
+
+CXVErroArquivo CXVArquivoPosix::GetTamanho(XVUInt64& uiTamanho) {
+    uiTamanho = 0;
+    struct stat estado;
+    if (fstat(m_descritor.Get(), &estado) != 0) {
+        return XVErroPosix::DeErrno(errno);
+    }
+    uiTamanho = static_cast<XVUInt64>(estado.st_size);
+    return {};
+}
+
+CXVErroArquivo CXVArquivoPosix::SetTamanho(XVUInt64 uiTamanho) {
+    if (m_eAcesso != EAcessoArquivo::eLeituraEscrita) {
+        return k_erroAcesso;
+    }
+    if (!CabeNoArquivo(uiTamanho, 0)) {
+        return k_erroOffset;
+    }
+    if (XVRepeteInterrompida([&] { return ftruncate(m_descritor.Get(), static_cast<off_t>(uiTamanho)); }) !=
+        0) {
+        // Some file systems call a length beyond their limit an invalid argument.
+        return XVErroPosix::DeErrnoGravacao(errno == EINVAL ? EFBIG : errno, uiTamanho);
+    }
+    return {};
+}
+
+CXVErroArquivo CXVArquivoPosix::Sincroniza() {
+    if (m_eAcesso == EAcessoArquivo::eLeitura) {
+        return {};
+    }
+    if (XVRepeteInterrompida([&] { return fsync(m_descritor.Get()); }) != 0) {
+        return XVErroPosix::DeErrno(errno);
+    }
+    return {};
+}

@@ -1,0 +1,5 @@
+#include "platform/XVErroCom.h"
+
+bool XVErroCom::EmVoo(HRESULT*) noexcept {
+    return false;
+}

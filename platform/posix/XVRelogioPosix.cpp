@@ -1,0 +1,61 @@
+#include <cerrno>
+#include <ctime>
+#include <sched.h>
+
+#include "platform/XVPlataforma.h"
+
+namespace {
+
+SDataHora DeTm(const tm& rTempo) {
+    SDataHora dataHora;
+    dataHora.usAno = static_cast<XVUShort>(rTempo.tm_year + 1900);
+    dataHora.ucMes = static_cast<XVByte>(rTempo.tm_mon + 1);
+    dataHora.ucDia = static_cast<XVByte>(rTempo.tm_mday);
+    dataHora.ucHora = static_cast<XVByte>(rTempo.tm_hour);
+    dataHora.ucMinuto = static_cast<XVByte>(rTempo.tm_min);
+    dataHora.ucSegundo = static_cast<XVByte>(rTempo.tm_sec < 60 ? rTempo.tm_sec : 59);  // no leap second
+    return dataHora;
+}
+
+class CXVRelogioPosix final : public IXVRelogio {
+  public:
+    SDataHora AgoraLocal() override {
+        const time_t agora = time(nullptr);
+        tm tempo{};
+        localtime_r(&agora, &tempo);
+        return DeTm(tempo);
+    }
+
+    SDataHora AgoraUTC() override {
+        const time_t agora = time(nullptr);
+        tm tempo{};
+        gmtime_r(&agora, &tempo);
+        return DeTm(tempo);
+    }
+
+    XVUInt GetTicks() override {
+        timespec instante{};
+        clock_gettime(CLOCK_MONOTONIC, &instante);
+        return static_cast<XVUInt>(static_cast<XVUInt64>(instante.tv_sec) * 1000U +
+                                   static_cast<XVUInt64>(instante.tv_nsec) / 1000000U);
+    }
+
+    void Dorme(XVUInt ulMilissegundos) override {
+        if (ulMilissegundos == 0) {
+            sched_yield();
+            return;
+        }
+        timespec resto{};
+        resto.tv_sec = static_cast<time_t>(ulMilissegundos / 1000U);
+        resto.tv_nsec = static_cast<long>(ulMilissegundos % 1000U) * 1000000L;
+        while (nanosleep(&resto, &resto) != 0 && errno == EINTR) {
+        }
+    }
+};
+
+}  // namespace
+
+IXVRelogio& XVPlataforma::RelogioNativo() {
+    static CXVRelogioPosix& rRelogio = *new CXVRelogioPosix;
+    return rRelogio;
+}

@@ -1,0 +1,23 @@
+// An open file over a handle.
+#pragma once
+
+#include "platform/XVSistemaArquivos.h"
+#include "platform/win32/XVHandleWindows.h"
+
+class CXVArquivoWindows final : public IXVArquivo {
+  public:
+    CXVArquivoWindows(CXVHandleArquivo&& rHandle, EAcessoArquivo eAcesso)
+        : m_handle(std::move(rHandle)), m_eAcesso(eAcesso) {}
+
+    CXVErroArquivo Le(XVUInt64 uiOffset, void* pDados, std::size_t uiTamanho) override;
+    CXVErroArquivo Grava(XVUInt64 uiOffset, const void* pDados, std::size_t uiTamanho) override;
+    CXVErroArquivo GetTamanho(XVUInt64& uiTamanho) override;
+    CXVErroArquivo SetTamanho(XVUInt64 uiTamanho) override;
+    CXVErroArquivo Sincroniza() override;
+
+  private:
+    CXVErroArquivo GravaEm(XVUInt64 uiOffset, const void* pDados, std::size_t uiTamanho);
+
+    CXVHandleArquivo m_handle;
+    EAcessoArquivo m_eAcesso;
+};

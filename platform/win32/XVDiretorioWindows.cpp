@@ -1,0 +1,141 @@
+// Directories: listing, looking a name up without regard to case, creating, marking.
+#include "platform/XVCaminho.h"
+#include "platform/XVCriaDiretorios.h"
+#include "platform/XVMascara.h"
+#include "platform/win32/XVCaminhoWindows.h"
+#include "platform/win32/XVErroWindows.h"
+#include "platform/win32/XVHandleWindows.h"
+#include "platform/win32/XVSistemaArquivosWindows.h"
+#include "platform/win32/XVTextoWindows.h"
+
+namespace {
+
+class CXVBuscaArquivos {
+  public:
+    explicit CXVBuscaArquivos(const std::wstring& sMascara)
+        : m_hBusca(FindFirstFileExW(sMascara.c_str(), FindExInfoBasic, &m_dados, FindExSearchNameMatch, nullptr,
+                                    FIND_FIRST_EX_LARGE_FETCH)) {}
+    ~CXVBuscaArquivos() {
+        if (Achou()) {
+            FindClose(m_hBusca);
+        }
+    }
+    CXVBuscaArquivos(const CXVBuscaArquivos&) = delete;
+    CXVBuscaArquivos& operator=(const CXVBuscaArquivos&) = delete;
+
+    bool Achou() const { return m_hBusca != INVALID_HANDLE_VALUE; }
+    bool Proximo() { return FindNextFileW(m_hBusca, &m_dados) != FALSE; }
+    std::wstring_view GetNome() const { return m_dados.cFileName; }
+    bool EhDiretorio() const { return (m_dados.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0; }
+
+  private:
+    WIN32_FIND_DATAW m_dados{};
+    HANDLE m_hBusca;
+};
+
+CXVErroArquivo CriaUm(const std::string& sDiretorio) {
+    std::wstring sLargo;
+    const CXVErroArquivo erro = XVCaminhoWindows::Converte(sDiretorio, sLargo);
+    if (!erro.Ok() || CreateDirectoryW(sLargo.c_str(), nullptr)) {
+        return erro;
+    }
+    const DWORD ulErro = GetLastError();
+    if (ulErro == ERROR_PATH_NOT_FOUND) {
+        // The one above may be a file; then it is there when its turn comes, and refused.
+        return {ECausaArquivo::eArquivoNaoEncontrado, ulErro};
+    }
+    const DWORD ulAtributos = GetFileAttributesW(sLargo.c_str());
+    if (ulAtributos == INVALID_FILE_ATTRIBUTES) {
+        return XVErroWindows::De(ulErro);
+    }
+    return (ulAtributos & FILE_ATTRIBUTE_DIRECTORY) != 0 ? CXVErroArquivo()
+                                                         : XVErroWindows::De(ERROR_DIRECTORY);
+}
+
+// The operating system removes the file with its last handle, whatever ends the process.
+class CXVMarcaDiretorioWindows final : public IXVMarcaDiretorio {
+  public:
+    explicit CXVMarcaDiretorioWindows(CXVHandleArquivo&& rHandle) : m_handle(std::move(rHandle)) {}
+
+  private:
+    CXVHandleArquivo m_handle;
+};
+
+}  // namespace
+
+CXVErroArquivo CXVSistemaArquivosWindows::Lista(const std::string& sDiretorio, const std::string& sMascara,
+                                                std::vector<std::string>& listaNomes) {
+    listaNomes.clear();
+    if (Existe(sDiretorio) != EExistencia::eDiretorio) {
+        return XVErroWindows::De(ERROR_PATH_NOT_FOUND);
+    }
+    std::wstring sTodos;
+    const CXVErroArquivo erro = XVCaminhoWindows::Converte(Junta(sDiretorio, "*"), sTodos);
+    if (!erro.Ok()) {
+        return erro;
+    }
+    // The mask is applied here: the system's own matching also looks at the short names.
+    CXVBuscaArquivos busca(sTodos);
+    if (!busca.Achou()) {
+        const DWORD ulErro = GetLastError();
+        return ulErro == ERROR_FILE_NOT_FOUND ? CXVErroArquivo() : XVErroWindows::De(ulErro);
+    }
+    do {
+        std::string sNome = XVTextoWindows::ParaUtf8(busca.GetNome());
+        if (!busca.EhDiretorio() && XVMascara::Confere(sMascara, sNome)) {
+            listaNomes.push_back(std::move(sNome));
+        }
+    } while (busca.Proximo());
+    const DWORD ulErro = GetLastError();
+    if (ulErro != ERROR_NO_MORE_FILES) {
+        listaNomes.clear();
+        return XVErroWindows::De(ulErro);
+    }
+    return {};
+}
+
+bool CXVSistemaArquivosWindows::BuscaNomeReal(const std::string& sCaminho, std::string& sNomeReal) {
+    sNomeReal.clear();
+    const std::string sNome = XVCaminho::Separa(sCaminho, XVCaminhoWindows::k_pszSeparadores).sNome;
+    std::wstring sLargo;
+    std::wstring sNomeLargo;
+    if (!XVCaminho::EhNomeSimples(sNome) || !XVCaminhoWindows::Converte(sCaminho, sLargo).Ok() ||
+        !XVTextoWindows::ParaLargo(sNome, sNomeLargo)) {
+        return false;
+    }
+    const CXVBuscaArquivos busca(sLargo);
+    // A short name finds a file too, but is not its name.
+    if (!busca.Achou() ||
+        CompareStringOrdinal(busca.GetNome().data(), static_cast<int>(busca.GetNome().size()),
+                             sNomeLargo.data(), static_cast<int>(sNomeLargo.size()), TRUE) != CSTR_EQUAL) {
+        return false;
+    }
+    sNomeReal = XVTextoWindows::ParaUtf8(busca.GetNome());
+    return true;
+}
+
+CXVErroArquivo CXVSistemaArquivosWindows::CriaDiretorio(const std::string& sDiretorio) {
+    return XVCriaDiretorios(sDiretorio, XVCaminhoWindows::k_pszSeparadores, CriaUm);
+}
+
+CXVErroArquivo CXVSistemaArquivosWindows::MarcaDiretorio(const std::string& sDiretorio,
+                                                         const std::string& sMarca,
+                                                         std::unique_ptr<IXVMarcaDiretorio>& pMarca) {
+    pMarca.reset();
+    std::wstring sLargo;
+    if (sDiretorio.empty() || !XVCaminho::EhNomeSimples(sMarca)) {
+        return {ECausaArquivo::eCaminhoInvalido, 0};
+    }
+    const CXVErroArquivo erro = XVCaminhoWindows::Converte(Junta(sDiretorio, sMarca), sLargo);
+    if (!erro.Ok()) {
+        return erro;
+    }
+    CXVHandleArquivo handle(CreateFileW(sLargo.c_str(), GENERIC_READ | GENERIC_WRITE | DELETE, 0, nullptr,
+                                        OPEN_ALWAYS, FILE_ATTRIBUTE_TEMPORARY | FILE_FLAG_DELETE_ON_CLOSE,
+                                        nullptr));
+    if (!handle.EhValido()) {
+        return XVErroWindows::DeUltimo();
+    }
+    pMarca = std::make_unique<CXVMarcaDiretorioWindows>(std::move(handle));
+    return {};
+}

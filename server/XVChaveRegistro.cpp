@@ -1,0 +1,51 @@
+#include "server/XVChaveRegistro.h"
+
+HRESULT CXVChaveRegistro::Cria(HKEY hRaiz, const std::wstring& sCaminho) {
+    Fecha();
+    return HRESULT_FROM_WIN32(static_cast<DWORD>(
+        ::RegCreateKeyExW(hRaiz, sCaminho.c_str(), 0, nullptr, REG_OPTION_NON_VOLATILE,
+                          KEY_READ | KEY_WRITE | KEY_WOW64_64KEY, nullptr, &m_hChave, nullptr)));
+}
+
+HRESULT CXVChaveRegistro::Abre(HKEY hRaiz, const std::wstring& sCaminho) {
+    Fecha();
+    return HRESULT_FROM_WIN32(static_cast<DWORD>(
+        ::RegOpenKeyExW(hRaiz, sCaminho.c_str(), 0, KEY_READ | KEY_WOW64_64KEY, &m_hChave)));
+}
+
+HRESULT CXVChaveRegistro::GravaTexto(const std::wstring& sValor, const std::wstring& sTexto) {
+    const auto ulBytes = static_cast<DWORD>((sTexto.size() + 1) * sizeof(wchar_t));
+    return HRESULT_FROM_WIN32(static_cast<DWORD>(
+        ::RegSetValueExW(m_hChave, sValor.empty() ? nullptr : sValor.c_str(), 0, REG_SZ,
+                         reinterpret_cast<const BYTE*>(sTexto.c_str()), ulBytes)));
+}
+
+HRESULT CXVChaveRegistro::LeTexto(const std::wstring& sValor, std::wstring* psTexto) const {
+    psTexto->clear();
+    wchar_t szTexto[MAX_PATH * 4];
+    DWORD ulBytes = sizeof(szTexto);
+    const auto ulErro = static_cast<DWORD>(::RegGetValueW(
+        m_hChave, nullptr, sValor.empty() ? nullptr : sValor.c_str(), RRF_RT_REG_SZ, nullptr, szTexto, &ulBytes));
+    if (ulErro != ERROR_SUCCESS) return HRESULT_FROM_WIN32(ulErro);
+    *psTexto = szTexto;
+    return S_OK;
+}
+
+HRESULT CXVChaveRegistro::ApagaArvore(HKEY hRaiz, const std::wstring& sCaminho) {
+    CXVChaveRegistro chave;
+    const HRESULT hr = chave.Abre(hRaiz, sCaminho);
+    if (hr == HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND)) return S_OK;
+    if (FAILED(hr)) return hr;
+    chave.Fecha();
+    return HRESULT_FROM_WIN32(static_cast<DWORD>(::RegDeleteTreeW(hRaiz, sCaminho.c_str())));
+}
+
+bool CXVChaveRegistro::Existe(HKEY hRaiz, const std::wstring& sCaminho) {
+    CXVChaveRegistro chave;
+    return SUCCEEDED(chave.Abre(hRaiz, sCaminho));
+}
+
+void CXVChaveRegistro::Fecha() {
+    if (m_hChave != nullptr) ::RegCloseKey(m_hChave);
+    m_hChave = nullptr;
+}

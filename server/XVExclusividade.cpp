@@ -1,0 +1,36 @@
+#include "server/XVExclusividade.h"
+
+#include <string>
+
+#include "core/xvrpcdll/XVCR_MiddlewareGuids.h"
+
+namespace {
+
+// Another user of the session may run a server of their own under their own name.
+std::wstring NomeMutex() {
+    wchar_t szUsuario[257] = L"";
+    DWORD ulTamanho = 257;
+    ::GetUserNameW(szUsuario, &ulTamanho);
+    std::wstring sNome = L"Local\\XVCR_Middleware_";
+    for (const char c : XV_TEXTO_UUID(XV_UUID_CLASSE_MIDDLEWARE))
+        if (c != '\0') sNome += static_cast<wchar_t>(c);
+    sNome += L'_';
+    for (const wchar_t* p = szUsuario; *p != L'\0'; ++p) sNome += *p == L'\\' ? L'_' : *p;
+    return sNome;
+}
+
+}  // namespace
+
+CXVExclusividade::CXVExclusividade() : m_hMutex(::CreateMutexW(nullptr, FALSE, NomeMutex().c_str())) {}
+
+CXVExclusividade::~CXVExclusividade() {
+    if (m_bTomado) ::ReleaseMutex(m_hMutex);
+    if (m_hMutex != nullptr) ::CloseHandle(m_hMutex);
+}
+
+bool CXVExclusividade::Toma(DWORD ulMilissegundos) {
+    if (m_hMutex == nullptr) return false;
+    const DWORD ulEspera = ::WaitForSingleObject(m_hMutex, ulMilissegundos);
+    m_bTomado = ulEspera == WAIT_OBJECT_0 || ulEspera == WAIT_ABANDONED;
+    return m_bTomado;
+}

@@ -1,0 +1,72 @@
+#include "server/XVFabricaClasse.h"
+
+#include <new>
+
+namespace {
+
+// Holds the process from before the component is built until after it is destroyed, store included:
+// the first base class is constructed first and destroyed last.
+class CXVPresencaCliente {
+  protected:
+    CXVPresencaCliente() { CXVVidaServidor::Get().Entra(); }
+    ~CXVPresencaCliente() { CXVVidaServidor::Get().Sai(); }
+};
+
+class CXVComponenteServido final : private CXVPresencaCliente, public CXVCR_Middleware {
+  public:
+    CXVComponenteServido() { CXVVidaServidor::Get().Inclui(this); }
+
+  private:
+    ~CXVComponenteServido() override { CXVVidaServidor::Get().Retira(this); }
+};
+
+}  // namespace
+
+HRESULT STDMETHODCALLTYPE CXVFabricaClasse::QueryInterface(REFIID riid, void** ppvObject) {
+    if (ppvObject == nullptr) return E_POINTER;
+    *ppvObject = nullptr;
+    if (!IsEqualGUID(riid, IID_IUnknown) && !IsEqualGUID(riid, IID_IClassFactory)) return E_NOINTERFACE;
+    *ppvObject = static_cast<IClassFactory*>(this);
+    return S_OK;
+}
+
+HRESULT STDMETHODCALLTYPE CXVFabricaClasse::CreateInstance(IUnknown* pExterno, REFIID riid, void** ppvObject) {
+    if (ppvObject == nullptr) return E_POINTER;
+    *ppvObject = nullptr;
+    if (pExterno != nullptr) return CLASS_E_NOAGGREGATION;
+    try {
+        CXVCR_Middleware* pComponente = new CXVComponenteServido;
+        HRESULT hr = pComponente->GetResultadoConstrucao();
+        if (SUCCEEDED(hr)) hr = pComponente->QueryInterface(riid, ppvObject);
+        pComponente->Release();
+        return hr;
+    } catch (...) {
+        return XVTranslateThrownExceptionToHresult();
+    }
+}
+
+HRESULT STDMETHODCALLTYPE CXVFabricaClasse::LockServer(BOOL bTrava) {
+    if (bTrava != FALSE) {
+        CXVVidaServidor::Get().Entra();
+        ++m_lTravas;
+        return S_OK;
+    }
+    long lTravas = m_lTravas.load();
+    while (lTravas > 0 && !m_lTravas.compare_exchange_weak(lTravas, lTravas - 1)) {
+    }
+    if (lTravas <= 0) return E_UNEXPECTED;
+    CXVVidaServidor::Get().Sai();
+    return S_OK;
+}
+
+HRESULT CXVRegistroFabrica::Registra() {
+    return ::CoRegisterClassObject(k_clsidMiddleware, &m_Fabrica, CLSCTX_LOCAL_SERVER,
+                                   REGCLS_MULTIPLEUSE | REGCLS_SUSPENDED, &m_ulRegistro);
+}
+
+HRESULT CXVRegistroFabrica::Retoma() { return ::CoResumeClassObjects(); }
+
+void CXVRegistroFabrica::Revoga() {
+    if (m_ulRegistro != 0) ::CoRevokeClassObject(m_ulRegistro);
+    m_ulRegistro = 0;
+}

@@ -1,0 +1,40 @@
+// Class factory of the component, registered with COM for the life of the process.
+#pragma once
+
+#include "server/XVVidaServidor.h"
+
+XV_INTERFACE_COM_INICIO
+
+// A static object: never destroyed by counting.
+class CXVFabricaClasse final : public IClassFactory {
+  public:
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID riid, void** ppvObject) override;
+    ULONG STDMETHODCALLTYPE AddRef() override { return 2; }
+    ULONG STDMETHODCALLTYPE Release() override { return 1; }
+    HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown* pExterno, REFIID riid, void** ppvObject) override;
+    HRESULT STDMETHODCALLTYPE LockServer(BOOL bTrava) override;
+
+  private:
+    // Counted apart from the components: a client that unlocks more than it locked harms nobody.
+    std::atomic<long> m_lTravas = 0;
+};
+
+XV_INTERFACE_COM_FIM
+
+// The registration of the class factory: suspended until Retoma, so that no client comes in before
+// everything is ready; withdrawn with the object.
+class CXVRegistroFabrica {
+  public:
+    CXVRegistroFabrica() = default;
+    ~CXVRegistroFabrica() { Revoga(); }
+    CXVRegistroFabrica(const CXVRegistroFabrica&) = delete;
+    CXVRegistroFabrica& operator=(const CXVRegistroFabrica&) = delete;
+
+    HRESULT Registra();
+    HRESULT Retoma();
+    void Revoga();
+
+  private:
+    CXVFabricaClasse m_Fabrica;
+    DWORD m_ulRegistro = 0;
+};

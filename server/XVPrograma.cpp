@@ -1,0 +1,90 @@
+// Entry of the server program.
+#include <windows.h>
+
+#include <shellapi.h>
+
+#include <cstdio>
+
+#include "platform/win32/XVTextoWindows.h"
+#include "server/XVLinhaComando.h"
+#include "server/XVRegistroClasse.h"
+#include "server/XVServidor.h"
+#include "server/XVTratamentoCrash.h"
+#include "support/XVAmbiente.h"
+#include "support/XVProfiler.h"
+
+namespace {
+
+constexpr const char* k_pszUso =
+    "XVCR_Middleware: argumento desconhecido. Use /RegServer, /UnregServer, /RegServerPerUser ou "
+    "/UnregServerPerUser, ou nenhum para servir.\n";
+
+// One line on the standard error, which a program without console has only where its caller gave one.
+void EscreveErro(const char* pszLinha) {
+    const HANDLE hErro = ::GetStdHandle(STD_ERROR_HANDLE);
+    if (hErro == nullptr || hErro == INVALID_HANDLE_VALUE) return;
+    DWORD ulGravados = 0;
+    ::WriteFile(hErro, pszLinha, static_cast<DWORD>(::lstrlenA(pszLinha)), &ulGravados, nullptr);
+}
+
+int Relata(HRESULT hr, const char* pszPasso) {
+    if (SUCCEEDED(hr)) return 0;
+    char szLinha[512];
+    std::snprintf(szLinha, sizeof(szLinha), "XVCR_Middleware: não foi possível %s (código 0x%08lX).\n", pszPasso,
+                  static_cast<unsigned long>(hr));
+    EscreveErro(szLinha);
+    XVProfiler::RecordError(nullptr, "XVCR_Middleware", "server/XVPrograma", __LINE__, "%s", szLinha);
+    return static_cast<int>(hr);
+}
+
+int Relata(const SResultadoRegistro& rResultado) { return Relata(rResultado.hr, rResultado.sPasso.c_str()); }
+
+int Executa(EComandoServidor eComando) {
+    switch (eComando) {
+        case EComandoServidor::eRegistra:
+            return Relata(XVRegistraClasse(EEscopoRegistro::eMaquina));
+        case EComandoServidor::eDesregistra:
+            return Relata(XVDesregistraClasse(EEscopoRegistro::eMaquina));
+        case EComandoServidor::eRegistraUsuario:
+            return Relata(XVRegistraClasse(EEscopoRegistro::eUsuario));
+        case EComandoServidor::eDesregistraUsuario:
+            return Relata(XVDesregistraClasse(EEscopoRegistro::eUsuario));
+        case EComandoServidor::eServe:
+        case EComandoServidor::eServeAtivado: {
+            const SFimServidor fim = XVExecutaServidor(eComando == EComandoServidor::eServeAtivado);
+            return Relata(fim.hr, fim.pszPasso);
+        }
+        case EComandoServidor::eDesconhecido:
+            break;
+    }
+    EscreveErro(k_pszUso);
+    return static_cast<int>(E_INVALIDARG);
+}
+
+std::vector<std::wstring_view> Argumentos(wchar_t** ppszArgumentos, int iQuantidade) {
+    std::vector<std::wstring_view> lista;
+    for (int i = 1; i < iQuantidade; ++i) lista.emplace_back(ppszArgumentos[i]);
+    return lista;
+}
+
+// The module directory as a path of the system; empty where it is not configured.
+std::wstring DiretorioLogs() {
+    std::string sDiretorio;
+    if (FAILED(CAmbienteXV::GetDiretorioModulo(k_eModuloBase, &sDiretorio))) return {};
+    std::wstring sLargo;
+    return XVTextoWindows::ParaLargo(sDiretorio, sLargo) ? sLargo : std::wstring();
+}
+
+}  // namespace
+
+int WINAPI WinMain(HINSTANCE, HINSTANCE, LPSTR, int) {
+    // Libraries are looked for beside the program and in the system only.
+    ::SetDllDirectoryW(L"");
+    if (XVTratamentoCrash::EstaHabilitado()) XVTratamentoCrash::Instala(DiretorioLogs());
+    int iQuantidade = 0;
+    wchar_t** ppszArgumentos = ::CommandLineToArgvW(::GetCommandLineW(), &iQuantidade);
+    if (ppszArgumentos == nullptr) return static_cast<int>(HRESULT_FROM_WIN32(::GetLastError()));
+    const EComandoServidor eComando = XVLeLinhaComando(Argumentos(ppszArgumentos, iQuantidade));
+    ::LocalFree(ppszArgumentos);
+    return Executa(eComando);
+}

@@ -1,0 +1,156 @@
+#include "server/XVRegistroClasse.h"
+
+#include <windows.h>
+
+#include <vector>
+
+#include "core/xvrpcdll/XVCR_MiddlewareGuids.h"
+#include "server/XVChaveRegistro.h"
+
+#define XV_LARGO_INTERNO(x) L##x
+#define XV_LARGO(x) XV_LARGO_INTERNO(x)
+#define XV_GUID_LARGO(x) (L"{" XV_LARGO(XV_TEXTO_UUID(x)) L"}")
+
+namespace {
+
+constexpr const wchar_t* k_pszDescricao = L"XVCR_Middleware";
+constexpr const wchar_t* k_pszProxy = L"XVCR_MiddlewarePS.dll";
+
+const std::wstring k_sClasse = XV_GUID_LARGO(XV_UUID_CLASSE_MIDDLEWARE);
+const std::wstring k_sAplicacao = XV_GUID_LARGO(XV_UUID_APLICACAO_MIDDLEWARE);
+// The proxy/stub library registers its interface and itself under the interface's identifier.
+const std::wstring k_sInterface = XV_GUID_LARGO(XV_UUID_IXVCR_MIDDLEWARE);
+const std::wstring k_sProgId = XV_LARGO(XV_PROGID_MIDDLEWARE);
+const std::wstring k_sProgIdSemVersao = XV_LARGO(XV_PROGID_MIDDLEWARE_SEM_VERSAO);
+
+struct SEntrada {
+    std::wstring sChave;
+    std::wstring sValor;  // empty: the default value
+    std::wstring sTexto;
+};
+
+std::wstring CaminhoExecutavel() {
+    std::wstring sCaminho(32768, L'\0');
+    sCaminho.resize(::GetModuleFileNameW(nullptr, sCaminho.data(), static_cast<DWORD>(sCaminho.size())));
+    return sCaminho;
+}
+
+std::wstring NomeArquivo(const std::wstring& sCaminho) { return sCaminho.substr(sCaminho.find_last_of(L"\\/") + 1); }
+
+std::wstring CaminhoProxy() {
+    const std::wstring sExecutavel = CaminhoExecutavel();
+    return sExecutavel.substr(0, sExecutavel.find_last_of(L"\\/") + 1) + k_pszProxy;
+}
+
+// Quoted: an unquoted path with a blank may start another program.
+std::vector<SEntrada> Entradas(const std::wstring& sExecutavel) {
+    const std::wstring sChaveClasse = L"CLSID\\" + k_sClasse;
+    return {
+        {sChaveClasse, L"", k_pszDescricao},
+        {sChaveClasse, L"AppID", k_sAplicacao},
+        {sChaveClasse + L"\\LocalServer32", L"", L"\"" + sExecutavel + L"\""},
+        {sChaveClasse + L"\\LocalServer32", L"ServerExecutable", sExecutavel},
+        {sChaveClasse + L"\\ProgID", L"", k_sProgId},
+        {sChaveClasse + L"\\VersionIndependentProgID", L"", k_sProgIdSemVersao},
+        {L"AppID\\" + k_sAplicacao, L"", k_pszDescricao},
+        {L"AppID\\" + NomeArquivo(sExecutavel), L"AppID", k_sAplicacao},
+        {k_sProgId, L"", k_pszDescricao},
+        {k_sProgId + L"\\CLSID", L"", k_sClasse},
+        {k_sProgIdSemVersao, L"", k_pszDescricao},
+        {k_sProgIdSemVersao + L"\\CLSID", L"", k_sClasse},
+        {k_sProgIdSemVersao + L"\\CurVer", L"", k_sProgId},
+    };
+}
+
+// The keys whose trees hold everything, entries of the proxy/stub library included.
+std::vector<std::wstring> Arvores() {
+    return {L"CLSID\\" + k_sClasse, L"AppID\\" + k_sAplicacao, L"AppID\\" + NomeArquivo(CaminhoExecutavel()),
+            k_sProgId,              k_sProgIdSemVersao,        L"Interface\\" + k_sInterface,
+            L"CLSID\\" + k_sInterface};
+}
+
+HRESULT AbreClasses(EEscopoRegistro eEscopo, CXVChaveRegistro* pClasses) {
+    return pClasses->Cria(eEscopo == EEscopoRegistro::eMaquina ? HKEY_LOCAL_MACHINE : HKEY_CURRENT_USER,
+                          L"Software\\Classes");
+}
+
+HRESULT GravaEntrada(HKEY hClasses, const SEntrada& rEntrada) {
+    CXVChaveRegistro chave;
+    const HRESULT hr = chave.Cria(hClasses, rEntrada.sChave);
+    return FAILED(hr) ? hr : chave.GravaTexto(rEntrada.sValor, rEntrada.sTexto);
+}
+
+HRESULT ConfereEntrada(HKEY hClasses, const SEntrada& rEntrada) {
+    CXVChaveRegistro chave;
+    std::wstring sLido;
+    HRESULT hr = chave.Abre(hClasses, rEntrada.sChave);
+    if (SUCCEEDED(hr)) hr = chave.LeTexto(rEntrada.sValor, &sLido);
+    if (FAILED(hr)) return hr;
+    return ::lstrcmpiW(sLido.c_str(), rEntrada.sTexto.c_str()) == 0 ? S_OK : HRESULT_FROM_WIN32(ERROR_INVALID_DATA);
+}
+
+// Runs the library's own registration with its writes led to the scope's classes.
+HRESULT RegistraProxy(HKEY hClasses) {
+    const HMODULE hProxy = ::LoadLibraryExW(CaminhoProxy().c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
+    if (hProxy == nullptr) return HRESULT_FROM_WIN32(::GetLastError());
+    using PRegistra = HRESULT(STDAPICALLTYPE*)();
+    const auto pRegistra = reinterpret_cast<PRegistra>(
+        reinterpret_cast<void (*)()>(::GetProcAddress(hProxy, "DllRegisterServer")));
+    HRESULT hr = HRESULT_FROM_WIN32(ERROR_PROC_NOT_FOUND);
+    if (pRegistra != nullptr) {
+        hr = HRESULT_FROM_WIN32(static_cast<DWORD>(::RegOverridePredefKey(HKEY_CLASSES_ROOT, hClasses)));
+        if (SUCCEEDED(hr)) {
+            hr = pRegistra();
+            ::RegOverridePredefKey(HKEY_CLASSES_ROOT, nullptr);
+        }
+    }
+    ::FreeLibrary(hProxy);
+    return hr;
+}
+
+std::vector<SEntrada> EntradasProxy() {
+    return {{L"Interface\\" + k_sInterface + L"\\ProxyStubClsid32", L"", k_sInterface},
+            {L"CLSID\\" + k_sInterface + L"\\InProcServer32", L"", CaminhoProxy()}};
+}
+
+SResultadoRegistro GravaTudo(HKEY hClasses) {
+    const std::vector<SEntrada> listaEntradas = Entradas(CaminhoExecutavel());
+    for (const SEntrada& rEntrada : listaEntradas)
+        if (const HRESULT hr = GravaEntrada(hClasses, rEntrada); FAILED(hr))
+            return {hr, "gravar as chaves da classe no registro"};
+    if (const HRESULT hr = RegistraProxy(hClasses); FAILED(hr))
+        return {hr, "registrar a biblioteca XVCR_MiddlewarePS.dll"};
+    for (const SEntrada& rEntrada : listaEntradas)
+        if (const HRESULT hr = ConfereEntrada(hClasses, rEntrada); FAILED(hr))
+            return {hr, "conferir as chaves da classe no registro"};
+    for (const SEntrada& rEntrada : EntradasProxy())
+        if (const HRESULT hr = ConfereEntrada(hClasses, rEntrada); FAILED(hr))
+            return {hr, "conferir o registro da biblioteca XVCR_MiddlewarePS.dll"};
+    return {};
+}
+
+SResultadoRegistro ApagaTudo(HKEY hClasses) {
+    for (const std::wstring& sArvore : Arvores()) {
+        const HRESULT hr = CXVChaveRegistro::ApagaArvore(hClasses, sArvore);
+        if (FAILED(hr)) return {hr, "apagar as chaves da classe do registro"};
+        if (CXVChaveRegistro::Existe(hClasses, sArvore))
+            return {HRESULT_FROM_WIN32(ERROR_INVALID_DATA), "conferir a remoção das chaves do registro"};
+    }
+    return {};
+}
+
+}  // namespace
+
+SResultadoRegistro XVRegistraClasse(EEscopoRegistro eEscopo) {
+    CXVChaveRegistro classes;
+    if (const HRESULT hr = AbreClasses(eEscopo, &classes); FAILED(hr)) return {hr, "abrir as classes do registro"};
+    SResultadoRegistro resultado = GravaTudo(classes.Get());
+    if (FAILED(resultado.hr)) ApagaTudo(classes.Get());
+    return resultado;
+}
+
+SResultadoRegistro XVDesregistraClasse(EEscopoRegistro eEscopo) {
+    CXVChaveRegistro classes;
+    if (const HRESULT hr = AbreClasses(eEscopo, &classes); FAILED(hr)) return {hr, "abrir as classes do registro"};
+    return ApagaTudo(classes.Get());
+}

@@ -1,0 +1,125 @@
+#include "server/XVServidor.h"
+
+#include <objidl.h>
+
+#include "server/XVExclusividade.h"
+#include "server/XVFabricaClasse.h"
+#include "server/XVJanelaSessao.h"
+#include "server/XVSegurancaCom.h"
+
+namespace {
+
+constexpr DWORD k_ulEsperaServidorAnterior = 3000;
+constexpr XVUInt k_ulEsperaPrimeiroCliente = 60;      // seconds
+constexpr XVUInt k_ulInatividadeMaxima = 8 * 60 * 60; // seconds
+constexpr XVUInt k_ulMaximoSegundos = 40 * 24 * 60 * 60;  // of a configured time: ticks wrap after 49 days
+constexpr DWORD k_ulIntervaloVerificacao = 1000;
+constexpr DWORD k_ulEsperaChamadasEmCurso = 30000;
+
+// A time of the registry, given in seconds, in milliseconds.
+XVUInt LeTempo(const char* pszValor, XVUInt ulPadraoSegundos) {
+    const XVUInt ulSegundos =
+        XVPlataforma::Registro().LeNumero(k_sChaveRegistroSuite, pszValor).value_or(ulPadraoSegundos);
+    return (ulSegundos < k_ulMaximoSegundos ? ulSegundos : k_ulMaximoSegundos) * 1000;
+}
+
+class CXVApartamento {
+  public:
+    // Calls come in on the threads of the remote-call runtime, many at once.
+    CXVApartamento() : m_hr(::CoInitializeEx(nullptr, COINIT_MULTITHREADED)) {}
+    ~CXVApartamento() {
+        if (SUCCEEDED(m_hr)) ::CoUninitialize();
+    }
+    CXVApartamento(const CXVApartamento&) = delete;
+    CXVApartamento& operator=(const CXVApartamento&) = delete;
+    HRESULT GetResultado() const { return m_hr; }
+
+  private:
+    HRESULT m_hr;
+};
+
+// Asks the runtime of remote calls not to swallow faults. Systems without the option are served as they are:
+// the crash handler sees faults of this program's own code in any case.
+void NaoEngoleExcecoes() {
+    IGlobalOptions* pOpcoes = nullptr;
+    if (FAILED(::CoCreateInstance(CLSID_GlobalOptions, nullptr, CLSCTX_INPROC_SERVER, IID_IGlobalOptions,
+                                  reinterpret_cast<void**>(&pOpcoes))))
+        return;
+    XVIgnora(pOpcoes->Set(COMGLB_EXCEPTION_HANDLING, COMGLB_EXCEPTION_DONOT_HANDLE_ANY));
+    pOpcoes->Release();
+}
+
+void ProcessaMensagens() {
+    MSG mensagem;
+    while (::PeekMessageW(&mensagem, nullptr, 0, 0, PM_REMOVE) != FALSE) {
+        if (mensagem.message == WM_QUIT) CXVVidaServidor::Get().PedeFim();
+        ::DispatchMessageW(&mensagem);
+    }
+}
+
+// Withdraws the class and looks again: a client may have come in between. Then the class is offered anew,
+// because ending beside a live component would leave its store open while the next server starts.
+bool PodeTerminar(CXVRegistroFabrica& rRegistro) {
+    rRegistro.Revoga();
+    if (!CXVVidaServidor::Get().TemClientes()) return true;
+    return FAILED(rRegistro.Registra()) || FAILED(rRegistro.Retoma());
+}
+
+// Returns when the process may end.
+void Atende(CXVRegistroFabrica& rRegistro, bool bAtivado) {
+    CXVVidaServidor& rVida = CXVVidaServidor::Get();
+    const XVUInt ulInatividade = LeTempo("InatividadeMaximaComponente", k_ulInatividadeMaxima);
+    const XVUInt ulPrimeiro = LeTempo("EsperaPrimeiroCliente", k_ulEsperaPrimeiroCliente);
+    const XVUInt ulInicio = XVPlataforma::Relogio().GetTicks();
+    const HANDLE ahEventos[] = {rVida.GetEventoFim(), rVida.GetEventoSemClientes()};
+    for (;;) {
+        const DWORD ulEspera =
+            ::MsgWaitForMultipleObjects(2, ahEventos, FALSE, k_ulIntervaloVerificacao, QS_ALLINPUT);
+        if (ulEspera == WAIT_OBJECT_0 || ulEspera == WAIT_FAILED) return;
+        if (ulEspera == WAIT_OBJECT_0 + 2) {
+            ProcessaMensagens();
+            continue;
+        }
+        if (ulInatividade != 0) rVida.DesconectaOciosos(ulInatividade);
+        const bool bNinguemVeio =
+            bAtivado && !rVida.TeveClientes() && XVPlataforma::Relogio().GetTicks() - ulInicio >= ulPrimeiro;
+        if ((ulEspera == WAIT_OBJECT_0 + 1 || bNinguemVeio) && !rVida.TemClientes() && PodeTerminar(rRegistro)) return;
+    }
+}
+
+// Cuts off the clients that are left and waits for calls that are still inside: their components end with
+// them and close their stores.
+void EncerraComponentes() {
+    CXVVidaServidor& rVida = CXVVidaServidor::Get();
+    rVida.DesconectaOciosos(0);
+    const XVUInt ulInicio = XVPlataforma::Relogio().GetTicks();
+    while (rVida.TemClientes() && XVPlataforma::Relogio().GetTicks() - ulInicio < k_ulEsperaChamadasEmCurso)
+        ::WaitForSingleObject(rVida.GetEventoSemClientes(), 100);
+}
+
+}  // namespace
+
+SFimServidor XVExecutaServidor(bool bAtivado) {
+    // First: until the server before has closed its stores nothing of this one may open them.
+    CXVExclusividade exclusividade;
+    if (!exclusividade.Toma(k_ulEsperaServidorAnterior)) {
+        // Started by COM beside a server that is well: that one serves the client.
+        if (bAtivado) return {};
+        return {HRESULT_FROM_WIN32(ERROR_ALREADY_EXISTS), "iniciar o servidor: já há outro em execução"};
+    }
+    const CXVApartamento apartamento;
+    if (FAILED(apartamento.GetResultado())) return {apartamento.GetResultado(), "iniciar o COM"};
+    // Before the first call can fault.
+    NaoEngoleExcecoes();
+    // Before anything is marshalled: afterwards the system has chosen for itself.
+    if (const HRESULT hr = XVInicializaSegurancaCom(); FAILED(hr)) return {hr, "definir a segurança do COM"};
+    const CXVJanelaSessao janela;
+    CXVRegistroFabrica registro;
+    if (const HRESULT hr = registro.Registra(); FAILED(hr)) return {hr, "oferecer a classe do componente"};
+    // Last: from here on clients come in.
+    if (const HRESULT hr = registro.Retoma(); FAILED(hr)) return {hr, "abrir o servidor aos clientes"};
+    Atende(registro, bAtivado);
+    registro.Revoga();
+    EncerraComponentes();
+    return {};
+}

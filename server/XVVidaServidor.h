@@ -1,0 +1,49 @@
+// Life of the server process: which components live, when the process may end, and the rule for components
+// whose client went away without a word.
+//
+// Thread rule: any thread.
+#pragma once
+
+#include <windows.h>
+
+#include <atomic>
+#include <mutex>
+#include <vector>
+
+#include "core/xvrpcdll/XVComponenteMiddleware.h"
+
+class CXVVidaServidor {
+  public:
+    static CXVVidaServidor& Get();
+
+    // A client holds the process: a component or a lock of the class factory.
+    void Entra();
+    void Sai();
+    bool TemClientes() const { return m_lClientes.load() > 0; }
+    bool TeveClientes() const { return m_bTeveClientes.load(); }
+
+    // Signalled when the last client left, and when the end was asked for.
+    HANDLE GetEventoSemClientes() const { return m_hSemClientes; }
+    HANDLE GetEventoFim() const { return m_hFim; }
+    void PedeFim() { ::SetEvent(m_hFim); }
+
+    // Live components. A component is taken off before its destruction begins to be seen.
+    void Inclui(CXVCR_Middleware* pComponente);
+    void Retira(CXVCR_Middleware* pComponente);
+
+    // Cuts off the clients of components that nobody has called for ulLimite milliseconds (of all
+    // components when 0): what no client holds any more ends, store and all. Returns how many.
+    std::size_t DesconectaOciosos(XVUInt ulLimite);
+
+  private:
+    CXVVidaServidor();
+    // With a reference each; components that are already ending are left out.
+    std::vector<CXVCR_Middleware*> TomaOciosos(XVUInt ulLimite);
+
+    std::mutex m_Mutex;  // guards the list
+    std::vector<CXVCR_Middleware*> m_listaComponentes;
+    std::atomic<long> m_lClientes = 0;
+    std::atomic<bool> m_bTeveClientes = false;
+    HANDLE m_hSemClientes;
+    HANDLE m_hFim;
+};

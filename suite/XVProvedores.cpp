@@ -1,0 +1,69 @@
+#include <algorithm>
+#include <string>
+
+#include "platform/XVBibliotecaDinamica.h"
+#include "suite/XVProvedorAdaptador.h"
+#include "suite/simulacao/XVProvedorSimulacao.h"
+#include "support/XVProfiler.h"
+
+namespace {
+
+// Systems are single bits of 32, so the libraries that may exist are known by name.
+class CXVRegistroProvedores {
+  public:
+    CXVRegistroProvedores() {
+        for (unsigned uiBit = 0; uiBit < 32; ++uiBit) Carrega(XVUInt{1} << uiBit);
+    }
+
+    IXVProvedorIntegracao* Busca(XVUInt eSistema) const {
+        const auto it = std::find_if(m_lista.begin(), m_lista.end(),
+                                     [eSistema](const auto& p) { return p->GetSistema() == eSistema; });
+        return it != m_lista.end() ? it->get() : nullptr;
+    }
+    std::vector<IXVProvedorIntegracao*> Lista() const {
+        std::vector<IXVProvedorIntegracao*> lista;
+        lista.reserve(m_lista.size());
+        for (const auto& p : m_lista) lista.push_back(p.get());
+        return lista;
+    }
+
+  private:
+    void Carrega(XVUInt eSistema) {
+        if (eSistema == SimulacaoSistemaTerceiro) {
+            m_lista.push_back(std::make_unique<CXVProvedorSimulacao>());
+            return;
+        }
+        auto pBiblioteca =
+            std::make_unique<CXVBibliotecaDinamica>("XVProvedor" + std::to_string(eSistema) + ".dll");
+        if (!pBiblioteca->EstaCarregada()) return;
+        auto pProvedor = CXVProvedorAdaptador::Cria(
+            pBiblioteca->GetFuncao<PFXVProvedorObtem>(XVPROVEDOR_FUNCAO), eSistema);
+        if (pProvedor == nullptr) {
+            XVProfiler::RecordError(nullptr, "CXVProvedores::Carrega", "suite/XVProvedores", __LINE__,
+                                    "Biblioteca XVProvedor%u recusada: interface incompatível",
+                                    static_cast<unsigned>(eSistema));
+            return;
+        }
+        m_listaBibliotecas.push_back(std::move(pBiblioteca));
+        m_lista.push_back(std::move(pProvedor));
+    }
+
+    std::vector<std::unique_ptr<CXVBibliotecaDinamica>> m_listaBibliotecas;
+    std::vector<std::unique_ptr<IXVProvedorIntegracao>> m_lista;  // ascending system
+};
+
+// Never destroyed: calls may still be under way while the process ends.
+const CXVRegistroProvedores& GetRegistro() {
+    static const CXVRegistroProvedores& rRegistro = *new CXVRegistroProvedores;
+    return rRegistro;
+}
+
+}  // namespace
+
+IXVProvedorIntegracao* CXVProvedores::Busca(XVUInt eSistema) {
+    return GetRegistro().Busca(eSistema);
+}
+
+std::vector<IXVProvedorIntegracao*> CXVProvedores::Lista() {
+    return GetRegistro().Lista();
+}

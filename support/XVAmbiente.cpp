@@ -1,0 +1,91 @@
+#include "support/XVAmbiente.h"
+
+#include <array>
+
+#include "platform/XVPlataforma.h"
+#include "support/XVCodigos.h"
+#include "support/XVTextoAscii.h"
+
+namespace {
+
+struct SModulo {
+    EModulo eModulo;
+    std::string_view sSigla;
+};
+
+// Modules that have a directory and a registry key of their own.
+constexpr std::array k_aModulos{SModulo{XV_DF, "DF"}};
+constexpr std::string_view k_sSiglaModuloBase = k_aModulos[0].sSigla;
+
+constexpr std::size_t k_uiMaximoEmpresa = 47;
+
+bool EhCaractereEmpresa(char c) {
+    const char cMinuscula = XVMinuscula(c);
+    return (cMinuscula >= 'a' && cMinuscula <= 'z') || (c >= '0' && c <= '9') || c == '_' || c == '-';
+}
+
+// Names that the file system of Windows takes for devices, in any directory and case.
+bool EhNomeDispositivo(std::string_view sNome) {
+    const std::string s = XVEmMinusculas(sNome);
+    if (s == "con" || s == "prn" || s == "aux" || s == "nul") return true;
+    return s.size() == 4 && (s.starts_with("com") || s.starts_with("lpt")) && s[3] >= '1' && s[3] <= '9';
+}
+
+// 64-bit programs may be installed beside 32-bit ones: their own value goes first.
+std::string LeDiretorio(const std::string& sChave) {
+    IXVRegistro& rRegistro = XVPlataforma::Registro();
+    if constexpr (sizeof(void*) == 8) {
+        if (auto sDiretorio = rRegistro.LeTexto(sChave, "Path_x64"); sDiretorio && !sDiretorio->empty())
+            return *std::move(sDiretorio);
+    }
+    return rRegistro.LeTexto(sChave, "Path").value_or(std::string());
+}
+
+}  // namespace
+
+namespace CAmbienteXV {
+
+std::string_view GetSiglaModulo(EModulo eModulo) {
+    for (const SModulo& rModulo : k_aModulos)
+        if (rModulo.eModulo == eModulo) return rModulo.sSigla;
+    return k_sSiglaModuloBase;
+}
+
+std::string GetChaveRegistro(EModulo eModulo) {
+    std::string sChave(k_sChaveRegistroSuite);
+    sChave += '\\';
+    sChave += GetSiglaModulo(eModulo);
+    return sChave;
+}
+
+HRESULT GetDiretorioModulo(EModulo eModulo, std::string* psDiretorio) {
+    *psDiretorio = LeDiretorio(GetChaveRegistro(eModulo));
+    // A root directory keeps its separator.
+    while (psDiretorio->size() > 1 && (psDiretorio->back() == '\\' || psDiretorio->back() == '/'))
+        psDiretorio->pop_back();
+    return psDiretorio->empty() ? eBadPath : S_OK;
+}
+
+std::string MontaPathDados(EModulo eModulo, std::string_view sDiretorioModulo, std::string_view sEmpresa) {
+    const IXVSistemaArquivos& rSistema = XVPlataforma::SistemaArquivos();
+    return rSistema.Junta(rSistema.Junta(sDiretorioModulo, sEmpresa), GetSiglaModulo(eModulo));
+}
+
+HRESULT GetPathDados(EModulo eModulo, std::string_view sEmpresa, std::string* psDiretorio) {
+    psDiretorio->clear();
+    if (!EhEmpresaValida(sEmpresa)) return E_INVALIDARG;
+    std::string sDiretorioModulo;
+    const HRESULT hr = GetDiretorioModulo(eModulo, &sDiretorioModulo);
+    if (FAILED(hr)) return hr;
+    *psDiretorio = MontaPathDados(eModulo, sDiretorioModulo, sEmpresa);
+    return S_OK;
+}
+
+bool EhEmpresaValida(std::string_view sEmpresa) {
+    if (sEmpresa.empty() || sEmpresa.size() > k_uiMaximoEmpresa) return false;
+    for (const char c : sEmpresa)
+        if (!EhCaractereEmpresa(c)) return false;
+    return !EhNomeDispositivo(sEmpresa);
+}
+
+}  // namespace CAmbienteXV

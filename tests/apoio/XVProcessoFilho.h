@@ -1,0 +1,35 @@
+// Another process, for what must hold between processes. Its standard input and output are pipes; its
+// standard error is the test's own. Thread rule: one thread.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+class CXVProcessoFilho {
+  public:
+    // Starts the program; a program that cannot be started is a failure of the test environment and
+    // throws std::runtime_error.
+    CXVProcessoFilho(const std::string& sPrograma, const std::vector<std::string>& listaArgumentos);
+    ~CXVProcessoFilho();  // kills it if it still runs
+    CXVProcessoFilho(const CXVProcessoFilho&) = delete;
+    CXVProcessoFilho& operator=(const CXVProcessoFilho&) = delete;
+
+    // Waits for one line of its output (without the line end); empty when it has ended.
+    std::string LeLinha();
+    void FechaEntrada();  // the program sees the end of its input
+    void Mata();          // at once, without any clean-up of its own; returns after its end
+    int EsperaFim();      // exit code; -1 when it was killed
+
+  private:
+    struct SSistema;
+
+    // The next piece of the output; empty at its end.
+    std::string LePedaco();
+
+    std::unique_ptr<SSistema> m_pSistema;
+    std::string m_sPendente;
+};
+
+// A program that is built into the same folder as the running one, by its name without extension.
+std::string XVProgramaVizinho(const std::string& sNome);

@@ -1,0 +1,169 @@
+// Opening: share modes, creation, attributes, causes of failure.
+#include "tests/platform/XVCenarioSistemaArquivos.h"
+
+namespace {
+
+constexpr EAcessoArquivo k_aAcessos[] = {EAcessoArquivo::eLeitura, EAcessoArquivo::eLeituraEscrita,
+                                         EAcessoArquivo::eAnexacao};
+constexpr ECompartilhamentoArquivo k_aCompartilhamentos[] = {ECompartilhamentoArquivo::eNegaTudo,
+                                                             ECompartilhamentoArquivo::eNegaEscrita,
+                                                             ECompartilhamentoArquivo::eNegaNada};
+
+bool Nega(ECompartilhamentoArquivo eCompartilhamento, EAcessoArquivo eAcesso) {
+    return eCompartilhamento == ECompartilhamentoArquivo::eNegaTudo ||
+           (eCompartilhamento == ECompartilhamentoArquivo::eNegaEscrita && eAcesso != EAcessoArquivo::eLeitura);
+}
+
+template <class TFn>
+void ParaCadaAbertura(TFn fn) {
+    for (const EAcessoArquivo eAcesso : k_aAcessos) {
+        for (const ECompartilhamentoArquivo eCompartilhamento : k_aCompartilhamentos) {
+            fn(SAberturaArquivo{eAcesso, eCompartilhamento, ECriacaoArquivo::eSomenteExistente});
+        }
+    }
+}
+
+std::string Descreve(const SAberturaArquivo& r1, const SAberturaArquivo& r2) {
+    return "held: access " + std::to_string(static_cast<int>(r1.eAcesso)) + " share " +
+           std::to_string(static_cast<int>(r1.eCompartilhamento)) + ", new: access " +
+           std::to_string(static_cast<int>(r2.eAcesso)) + " share " +
+           std::to_string(static_cast<int>(r2.eCompartilhamento));
+}
+
+}  // namespace
+
+TEST_P(CXVSistemaArquivosTest, EveryPairOfOpeningsFollowsTheShareRule) {
+    Cria("a.dat", "x");
+    ParaCadaAbertura([&](const SAberturaArquivo& rPrimeira) {
+        ParaCadaAbertura([&](const SAberturaArquivo& rSegunda) {
+            SCOPED_TRACE(Descreve(rPrimeira, rSegunda));
+            const bool bConflito = Nega(rPrimeira.eCompartilhamento, rSegunda.eAcesso) ||
+                                   Nega(rSegunda.eCompartilhamento, rPrimeira.eAcesso);
+            const std::unique_ptr<IXVArquivo> pPrimeiro = AbreBem("a.dat", rPrimeira);
+            std::unique_ptr<IXVArquivo> pSegundo;
+            EXPECT_EQ(Abre("a.dat", rSegunda, pSegundo), bConflito ? ECausaArquivo::eViolacaoCompartilhamento
+                                                                   : ECausaArquivo::eNenhuma);
+        });
+    });
+}
+
+TEST_P(CXVSistemaArquivosTest, ClosingFreesOnlyTheOwnOpening) {
+    Cria("a.dat", "x");
+    std::unique_ptr<IXVArquivo> pLeitor1 = AbreBem("a.dat", k_aberturaLeitura);
+    std::unique_ptr<IXVArquivo> pLeitor2 = AbreBem("a.dat", k_aberturaLeitura);
+    const SAberturaArquivo exclusiva{EAcessoArquivo::eLeituraEscrita, ECompartilhamentoArquivo::eNegaTudo,
+                                     ECriacaoArquivo::eSomenteExistente};
+    std::unique_ptr<IXVArquivo> pExclusivo;
+    EXPECT_EQ(Abre("a.dat", exclusiva, pExclusivo), ECausaArquivo::eViolacaoCompartilhamento);
+    pLeitor1.reset();
+    EXPECT_EQ(Abre("a.dat", exclusiva, pExclusivo), ECausaArquivo::eViolacaoCompartilhamento);
+    pLeitor2.reset();
+    EXPECT_EQ(Abre("a.dat", exclusiva, pExclusivo), ECausaArquivo::eNenhuma);
+}
+
+TEST_P(CXVSistemaArquivosTest, AFailedOpeningLeavesNoTrace) {
+    Cria("a.dat", "x");
+    {
+        const std::unique_ptr<IXVArquivo> pEscritor = AbreBem("a.dat", k_aberturaEscrita);
+        std::unique_ptr<IXVArquivo> pNegado;
+        EXPECT_EQ(Abre("a.dat", k_aberturaEscrita, pNegado), ECausaArquivo::eViolacaoCompartilhamento);
+    }
+    EXPECT_TRUE(Sistema().Apaga(Caminho("a.dat")).Ok());
+}
+
+TEST_P(CXVSistemaArquivosTest, CreatesOnlyWhenAskedAndNeverTruncates) {
+    for (const EAcessoArquivo eAcesso : k_aAcessos) {
+        const std::string sNome = "novo" + std::to_string(static_cast<int>(eAcesso));
+        SAberturaArquivo abertura{eAcesso, ECompartilhamentoArquivo::eNegaEscrita,
+                                  ECriacaoArquivo::eSomenteExistente};
+        std::unique_ptr<IXVArquivo> pArquivo;
+        EXPECT_EQ(Abre(sNome, abertura, pArquivo), ECausaArquivo::eArquivoNaoEncontrado);
+        EXPECT_EQ(Sistema().Existe(Caminho(sNome)), EExistencia::eAusente);
+        abertura.eCriacao = ECriacaoArquivo::eCriaSeAusente;
+        EXPECT_EQ(Abre(sNome, abertura, pArquivo), ECausaArquivo::eNenhuma);
+        pArquivo.reset();
+        EXPECT_EQ(Conteudo(sNome), "");
+        Cria(sNome, "conteudo");
+        EXPECT_EQ(Abre(sNome, abertura, pArquivo), ECausaArquivo::eNenhuma);
+        pArquivo.reset();
+        EXPECT_EQ(Conteudo(sNome), "conteudo");
+    }
+}
+
+TEST_P(CXVSistemaArquivosTest, MissingFileMissingDirectoryAndDirectoryAreToldApart) {
+    Cria("a.dat", "x");
+    ASSERT_TRUE(Sistema().CriaDiretorio(Caminho("sub")).Ok());
+    std::unique_ptr<IXVArquivo> pArquivo;
+    for (const SAberturaArquivo& rAbertura : {k_aberturaLeitura, k_aberturaEscrita}) {
+        EXPECT_EQ(Abre("nao/a.dat", rAbertura, pArquivo), ECausaArquivo::eCaminhoInvalido);
+        EXPECT_EQ(Abre("a.dat/b.dat", rAbertura, pArquivo), ECausaArquivo::eCaminhoInvalido);
+        EXPECT_EQ(Abre("sub", rAbertura, pArquivo), ECausaArquivo::eAcessoNegado);
+    }
+    EXPECT_EQ(Abre("b.dat", k_aberturaLeitura, pArquivo), ECausaArquivo::eArquivoNaoEncontrado);
+    EXPECT_EQ(Sistema().Apaga(Caminho("b.dat")).GetCausa(), ECausaArquivo::eArquivoNaoEncontrado);
+    EXPECT_EQ(Sistema().Apaga(Caminho("nao/b.dat")).GetCausa(), ECausaArquivo::eCaminhoInvalido);
+    EXPECT_EQ(Sistema().Apaga(Caminho("sub")).GetCausa(), ECausaArquivo::eAcessoNegado);
+}
+
+TEST_P(CXVSistemaArquivosTest, TextsThatCanBeNoPathAreRefusedEverywhere) {
+    std::unique_ptr<IXVArquivo> pArquivo;
+    for (const std::string& sCaminho : {std::string(), Caminho(std::string("a\0b", 3)), Caminho("a.dat") + "/"}) {
+        EXPECT_EQ(Sistema().Abre(sCaminho, k_aberturaEscrita, pArquivo).GetCausa(),
+                  ECausaArquivo::eCaminhoInvalido);
+        EXPECT_EQ(Sistema().Apaga(sCaminho).GetCausa(), ECausaArquivo::eCaminhoInvalido);
+        EXPECT_EQ(Sistema().Existe(sCaminho), EExistencia::eAusente);
+        std::string sNome;
+        EXPECT_FALSE(Sistema().BuscaNomeReal(sCaminho, sNome));
+    }
+    EXPECT_EQ(Sistema().CriaDiretorio("").GetCausa(), ECausaArquivo::eCaminhoInvalido);
+    EXPECT_EQ(Sistema().CriaDiretorio(Caminho(std::string("a\0b", 3))).GetCausa(),
+              ECausaArquivo::eCaminhoInvalido);
+}
+
+TEST_P(CXVSistemaArquivosTest, AReadOnlyFileExistsAndOpensForReadingOnly) {
+    Cria("a.dat", "x");
+    EXPECT_FALSE(Sistema().EhSomenteLeitura(Caminho("a.dat")));
+    SetSomenteLeitura("a.dat");
+    EXPECT_TRUE(Sistema().EhSomenteLeitura(Caminho("a.dat")));
+    EXPECT_EQ(Sistema().Existe(Caminho("a.dat")), EExistencia::eArquivo);
+    std::unique_ptr<IXVArquivo> pArquivo;
+    for (const EAcessoArquivo eAcesso : {EAcessoArquivo::eLeituraEscrita, EAcessoArquivo::eAnexacao}) {
+        for (const ECriacaoArquivo eCriacao :
+             {ECriacaoArquivo::eSomenteExistente, ECriacaoArquivo::eCriaSeAusente}) {
+            EXPECT_EQ(Abre("a.dat", {eAcesso, ECompartilhamentoArquivo::eNegaEscrita, eCriacao}, pArquivo),
+                      ECausaArquivo::eAcessoNegado);
+        }
+    }
+    EXPECT_EQ(Sistema().Apaga(Caminho("a.dat")).GetCausa(), ECausaArquivo::eAcessoNegado);
+    EXPECT_EQ(Conteudo("a.dat"), "x");
+}
+
+TEST_P(CXVSistemaArquivosTest, ExistenceTellsFilesFromDirectories) {
+    Cria("a.dat", "x");
+    const std::unique_ptr<IXVArquivo> pExclusivo =
+        AbreBem("a.dat", {EAcessoArquivo::eLeitura, ECompartilhamentoArquivo::eNegaTudo,
+                          ECriacaoArquivo::eSomenteExistente});
+    EXPECT_EQ(Sistema().Existe(Caminho("a.dat")), EExistencia::eArquivo);
+    EXPECT_EQ(Sistema().Existe(Caminho("")), EExistencia::eDiretorio);
+    EXPECT_EQ(Sistema().Existe(Caminho("b.dat")), EExistencia::eAusente);
+    EXPECT_EQ(Sistema().Existe(Caminho("nao/a.dat")), EExistencia::eAusente);
+    EXPECT_EQ(Sistema().Existe(Caminho("a.dat/b.dat")), EExistencia::eAusente);
+    EXPECT_FALSE(Sistema().EhSomenteLeitura(Caminho("b.dat")));
+}
+
+TEST_P(CXVSistemaArquivosTest, NamesOutsideAsciiAndLongPathsWork) {
+    const std::string sNome = "integra\xC3\xA7\xC3\xA3o \xE2\x82\xAC.dat";
+    Cria(sNome, "x");
+    std::string sReal;
+    EXPECT_TRUE(Sistema().BuscaNomeReal(Caminho(sNome), sReal));
+    EXPECT_EQ(sReal, sNome);
+    std::string sFundo = "d";
+    for (int i = 0; i < 8; ++i) {
+        sFundo = Sistema().Junta(sFundo, std::string(60, 'x'));
+    }
+    ASSERT_TRUE(Sistema().CriaDiretorio(Caminho(sFundo)).Ok());
+    const std::string sLongo = Sistema().Junta(sFundo, "a.dat");
+    Cria(sLongo, "longe");
+    EXPECT_EQ(Conteudo(sLongo), "longe");
+    EXPECT_TRUE(Sistema().Apaga(Caminho(sLongo)).Ok());
+}

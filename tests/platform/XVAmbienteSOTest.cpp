@@ -1,0 +1,80 @@
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <regex>
+#include <set>
+#include <thread>
+
+#include "platform/XVAmbienteSO.h"
+#include "platform/XVBibliotecaDinamica.h"
+#include "platform/XVPlataforma.h"
+
+TEST(CXVAmbienteSOTest, FactsHaveTheFormTheyPromise) {
+    const std::regex versao("[0-9]+\\.[0-9]+\\.[0-9]+\\.[0-9]+");
+    EXPECT_TRUE(std::regex_match(XVAmbienteSO::GetVersaoExecutavel(), versao));
+    EXPECT_TRUE(std::regex_match(XVAmbienteSO::GetVersaoSistema(), versao))
+        << XVAmbienteSO::GetVersaoSistema();
+    EXPECT_LE(XVAmbienteSO::GetNomeComputador().size(), 15U);
+    EXPECT_NE(XVAmbienteSO::GetNomeComputador(), "");
+    EXPECT_NE(XVAmbienteSO::GetNomeUsuario(), "");
+    EXPECT_EQ(XVPlataforma::SistemaArquivosNativo().Existe(XVAmbienteSO::GetCaminhoExecutavel()),
+              EExistencia::eArquivo);
+    EXPECT_EQ(XVPlataforma::SistemaArquivosNativo().Existe(XVAmbienteSO::GetDiretorioExecutavel()),
+              EExistencia::eDiretorio);
+    EXPECT_GE(XVAmbienteSO::GetQuantidadeProcessadores(), 1U);
+    const XVAmbienteSO::SMemoriaMaquina memoria = XVAmbienteSO::GetMemoriaMaquina();
+    EXPECT_GT(memoria.uiDisponivel, 0U);
+    EXPECT_GE(memoria.uiTotal, memoria.uiDisponivel);
+    EXPECT_GT(XVAmbienteSO::GetMemoriaPrivadaProcesso(), 0U);
+    EXPECT_EQ(XVAmbienteSO::GetVariavelAmbiente("XV_VARIAVEL_QUE_NAO_EXISTE"), std::nullopt);
+    EXPECT_NE(XVAmbienteSO::GetVariavelAmbiente("PATH"), std::nullopt);
+}
+
+TEST(CXVAmbienteSOTest, ThreadsHaveTheirOwnNumbers) {
+    const XVUInt ulPrincipal = XVAmbienteSO::GetIdThread();
+    XVUInt ulOutra = 0;
+    std::thread([&] { ulOutra = XVAmbienteSO::GetIdThread(); }).join();
+    EXPECT_NE(ulOutra, 0U);
+    EXPECT_NE(ulOutra, ulPrincipal);
+    EXPECT_EQ(XVAmbienteSO::GetIdThread(), ulPrincipal);
+}
+
+TEST(CXVAmbienteSOTest, GuidsAreWellFormedAndDiffer) {
+    const std::regex guid("[0-9A-F]{8}-[0-9A-F]{4}-[0-9A-F]{4}-[0-9A-F]{4}-[0-9A-F]{12}");
+    std::set<std::string> conjunto;
+    for (int i = 0; i < 50; ++i) {
+        const std::string sGuid = XVAmbienteSO::NovoGuid();
+        EXPECT_TRUE(std::regex_match(sGuid, guid)) << sGuid;
+        conjunto.insert(sGuid);
+    }
+    EXPECT_EQ(conjunto.size(), 50U);
+}
+
+TEST(CXVAmbienteSOTest, OutputBuffersAreWritableAndEmptyOnesNull) {
+    EXPECT_EQ(XVAmbienteSO::AlocaSaida(0), nullptr);
+    XVAmbienteSO::LiberaSaida(nullptr);
+    void* pBuffer = XVAmbienteSO::AlocaSaida(1000);
+    ASSERT_NE(pBuffer, nullptr);
+    std::memset(pBuffer, 1, 1000);
+    XVAmbienteSO::LiberaSaida(pBuffer);
+}
+
+TEST(CXVRelogioTest, TheNativeClockIsPlausibleAndMoves) {
+    IXVRelogio& rRelogio = XVPlataforma::RelogioNativo();
+    const SDataHora agora = rRelogio.AgoraUTC();
+    EXPECT_GE(agora.usAno, 2024);
+    EXPECT_TRUE(agora.ucMes >= 1 && agora.ucMes <= 12 && agora.ucDia >= 1 && agora.ucDia <= 31);
+    EXPECT_GE(rRelogio.AgoraLocal().usAno, 2024);
+    const XVUInt ulAntes = rRelogio.GetTicks();
+    rRelogio.Dorme(0);
+    rRelogio.Dorme(2);
+    EXPECT_LT(rRelogio.GetTicks() - ulAntes, 10000U);
+}
+
+TEST(CXVBibliotecaDinamicaTest, NothingIsLoadedThroughADirectoryOrUnderAnUnknownName) {
+    for (const char* pszNome : {"", "..", "../x.dll", "/tmp/x.dll", "C:\\x.dll", "C:x.dll", "xv_nao_existe.dll"}) {
+        const CXVBibliotecaDinamica biblioteca(pszNome);
+        EXPECT_FALSE(biblioteca.EstaCarregada()) << pszNome;
+        EXPECT_EQ(biblioteca.GetFuncao<void (*)()>("x"), nullptr);
+    }
+}

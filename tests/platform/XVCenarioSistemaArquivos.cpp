@@ -1,0 +1,116 @@
+#include "tests/platform/XVCenarioSistemaArquivos.h"
+
+#include <ostream>
+#include <stdexcept>
+
+#include "platform/XVPlataforma.h"
+#include "tests/apoio/XVDiretorioTeste.h"
+#include "tests/apoio/XVSistemaArquivosFalhas.h"
+#include "tests/apoio/XVSistemaArquivosMemoria.h"
+#include "tests/apoio/XVSistemaArquivosMorte.h"
+
+namespace {
+
+class CXVCenarioNativo final : public IXVCenario {
+  public:
+    IXVSistemaArquivos& Sistema() override { return XVPlataforma::SistemaArquivosNativo(); }
+    std::string Diretorio() override { return m_diretorio.GetCaminho(); }
+    void SetSomenteLeitura(const std::string& sNome, bool bSomenteLeitura) override {
+        m_diretorio.SetSomenteLeitura(sNome, bSomenteLeitura);
+    }
+
+  private:
+    CXVDiretorioTeste m_diretorio;
+};
+
+class CXVCenarioMemoria final : public IXVCenario {
+  public:
+    CXVCenarioMemoria() { m_memoria.CriaDiretorio(Diretorio()).Ignora(); }
+    IXVSistemaArquivos& Sistema() override { return m_memoria; }
+    std::string Diretorio() override { return "/raiz/dados"; }
+    void SetSomenteLeitura(const std::string& sNome, bool bSomenteLeitura) override {
+        m_memoria.SetSomenteLeitura(m_memoria.Junta(Diretorio(), sNome), bSomenteLeitura);
+    }
+
+  private:
+    CXVSistemaArquivosMemoria m_memoria;
+};
+
+template <class TInvolucro>
+class TXVCenarioEnvolvido final : public IXVCenario {
+  public:
+    explicit TXVCenarioEnvolvido(std::unique_ptr<IXVCenario> pInterno)
+        : m_pInterno(std::move(pInterno)), m_involucro(m_pInterno->Sistema()) {}
+    IXVSistemaArquivos& Sistema() override { return m_involucro; }
+    std::string Diretorio() override { return m_pInterno->Diretorio(); }
+    void SetSomenteLeitura(const std::string& sNome, bool bSomenteLeitura) override {
+        m_pInterno->SetSomenteLeitura(sNome, bSomenteLeitura);
+    }
+
+  private:
+    std::unique_ptr<IXVCenario> m_pInterno;
+    TInvolucro m_involucro;
+};
+
+std::string NomeDoCenario(const testing::TestParamInfo<ECenario>& rInfo) {
+    constexpr const char* k_apszNomes[] = {"Native", "Memory", "FaultsOnMemory", "FaultsOnNative",
+                                           "DeathOnMemory"};
+    return k_apszNomes[static_cast<int>(rInfo.param)];
+}
+
+}  // namespace
+
+std::unique_ptr<IXVCenario> XVCriaCenario(ECenario eCenario) {
+    using CXVCenarioFalhas = TXVCenarioEnvolvido<CXVSistemaArquivosFalhas>;
+    using CXVCenarioMorte = TXVCenarioEnvolvido<CXVSistemaArquivosMorte>;
+    switch (eCenario) {
+        case ECenario::eNativo:
+            return std::make_unique<CXVCenarioNativo>();
+        case ECenario::eMemoria:
+            return std::make_unique<CXVCenarioMemoria>();
+        case ECenario::eFalhasSobreMemoria:
+            return std::make_unique<CXVCenarioFalhas>(std::make_unique<CXVCenarioMemoria>());
+        case ECenario::eFalhasSobreNativo:
+            return std::make_unique<CXVCenarioFalhas>(std::make_unique<CXVCenarioNativo>());
+        case ECenario::eMorteSobreMemoria:
+            return std::make_unique<CXVCenarioMorte>(std::make_unique<CXVCenarioMemoria>());
+    }
+    return nullptr;
+}
+
+ECausaArquivo CXVSistemaArquivosTest::Abre(const std::string& sNome, const SAberturaArquivo& rAbertura,
+                                           std::unique_ptr<IXVArquivo>& pArquivo) {
+    const CXVErroArquivo erro = Sistema().Abre(Caminho(sNome), rAbertura, pArquivo);
+    EXPECT_EQ(erro.Ok(), pArquivo != nullptr);
+    return erro.GetCausa();
+}
+
+std::unique_ptr<IXVArquivo> CXVSistemaArquivosTest::AbreBem(const std::string& sNome,
+                                                            const SAberturaArquivo& rAbertura) {
+    std::unique_ptr<IXVArquivo> pArquivo;
+    if (Abre(sNome, rAbertura, pArquivo) != ECausaArquivo::eNenhuma) {
+        throw std::runtime_error("cannot open " + sNome);
+    }
+    return pArquivo;
+}
+
+void CXVSistemaArquivosTest::Cria(const std::string& sNome, const std::string& sConteudo) {
+    const std::unique_ptr<IXVArquivo> pArquivo = AbreBem(sNome, k_aberturaEscrita);
+    ASSERT_TRUE(pArquivo->Grava(0, sConteudo.data(), sConteudo.size()).Ok());
+}
+
+std::string CXVSistemaArquivosTest::Conteudo(const std::string& sNome) {
+    const std::unique_ptr<IXVArquivo> pArquivo = AbreBem(sNome, k_aberturaLeitura);
+    XVUInt64 uiTamanho = 0;
+    EXPECT_TRUE(pArquivo->GetTamanho(uiTamanho).Ok());
+    std::string sConteudo(static_cast<std::size_t>(uiTamanho), '\0');
+    EXPECT_TRUE(pArquivo->Le(0, sConteudo.data(), sConteudo.size()).Ok());
+    return sConteudo;
+}
+
+void PrintTo(ECausaArquivo eCausa, std::ostream* pSaida) { *pSaida << "cause " << static_cast<int>(eCausa); }
+
+INSTANTIATE_TEST_SUITE_P(Cenarios, CXVSistemaArquivosTest,
+                         testing::Values(ECenario::eNativo, ECenario::eMemoria, ECenario::eFalhasSobreMemoria,
+                                         ECenario::eFalhasSobreNativo, ECenario::eMorteSobreMemoria),
+                         NomeDoCenario);

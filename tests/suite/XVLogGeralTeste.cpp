@@ -1,0 +1,128 @@
+// The general log: one line for each record, whatever the text, the month, the thread or the fault.
+#include <algorithm>
+#include <thread>
+#include <vector>
+
+#include "support/XVCodigos.h"
+#include "tests/apoio/XVDiretorioTeste.h"
+#include "tests/apoio/XVSistemaArquivosFalhas.h"
+#include "tests/suite/XVCenarioSuite.h"
+
+namespace {
+
+constexpr const char* k_pszCabecalho =
+    "Data\tHora\tEmpresa\tUsuario\tSessao\tServico\tTipoRegistro\tChave\tTexto\n";
+
+class LogGeralTeste : public CXVCenarioSuite {
+  protected:
+    std::string Le(const char* pszNome = "XVLogGeral_202403.log") const {
+        return m_Arquivos.LeConteudo(PastaDados(pszNome)).value_or("<ausente>");
+    }
+};
+
+TEST_F(LogGeralTeste, LinhaTemTodasAsColunasEOTextoNuncaQuebraALinha) {
+    CXVAcessoEmpresarial acesso(&m_Dono);
+    EXPECT_EQ(acesso.GravaLogGeral(DFSLOG_Servico::eDFSLOG_Inclusao, "Conversão\tde\r\nbase \n"), S_OK);
+    EXPECT_EQ(acesso.GravaLog({123, 21, 2, std::string("a\0b", 3)}), S_OK);
+    EXPECT_EQ(Le(), std::string(k_pszCabecalho) +
+                        "15/03/2024\t09:00:00\tMATRIZ\t7\t99\t1\t0\t0\tConversão de  base \n"
+                        "15/03/2024\t09:00:00\tMATRIZ\t7\t99\t2\t21\t123\ta b\n");
+    EXPECT_EQ(m_Arquivos.GetQuantidadeAberta(), 1U) << "the handle is kept between lines";
+    acesso.Fecha();
+    EXPECT_EQ(m_Arquivos.GetQuantidadeAberta(), 0U);
+}
+
+TEST_F(LogGeralTeste, MesNovoAbreArquivoNovoEArquivoVazioGanhaCabecalho) {
+    m_Arquivos.CriaArquivo(PastaDados("XVLogGeral_202404.log"), "");
+    CXVAcessoEmpresarial acesso(&m_Dono);
+    m_Relogio.SetUTC({2024, 4, 1, 2, 59, 59});  // 31 March, local
+    EXPECT_EQ(acesso.GravaLogGeral(DFSLOG_Servico::eDFSLOG_Alteracao, "a"), S_OK);
+    m_Relogio.Avanca(1000);
+    EXPECT_EQ(acesso.GravaLogGeral(DFSLOG_Servico::eDFSLOG_Alteracao, "b"), S_OK);
+    EXPECT_TRUE(Le().ends_with("31/03/2024\t23:59:59\tMATRIZ\t7\t99\t3\t0\t0\ta\n"));
+    EXPECT_EQ(Le("XVLogGeral_202404.log"),
+              std::string(k_pszCabecalho) + "01/04/2024\t00:00:00\tMATRIZ\t7\t99\t3\t0\t0\tb\n");
+    EXPECT_EQ(m_Arquivos.GetQuantidadeAberta(), 1U);
+}
+
+TEST_F(LogGeralTeste, OutroProcessoPodeEscreverNoMesmoArquivo) {
+    CXVAcessoEmpresarial um(&m_Dono);
+    const CXVDonoFixo dono("MATRIZ", 8, 100);
+    CXVAcessoEmpresarial outro(&dono);
+    EXPECT_EQ(um.GravaLogGeral(DFSLOG_Servico::eDFSLOG_Inclusao, "1"), S_OK);
+    EXPECT_EQ(outro.GravaLogGeral(DFSLOG_Servico::eDFSLOG_Inclusao, "2"), S_OK);
+    EXPECT_EQ(um.GravaLogGeral(DFSLOG_Servico::eDFSLOG_Inclusao, "3"), S_OK);
+    const std::string sConteudo = Le();
+    EXPECT_EQ(std::count(sConteudo.begin(), sConteudo.end(), '\n'), 4);
+}
+
+TEST_F(LogGeralTeste, SemDiretorioAFalhaVoltaComoCodigoENadaECriado) {
+    const CXVDonoFixo dono("OUTRA");
+    CXVAcessoEmpresarial acesso(&dono);
+    EXPECT_EQ(acesso.GravaLogGeral(DFSLOG_Servico::eDFSLOG_Inclusao, "x"), eBadPath);
+    EXPECT_TRUE(m_Arquivos.CriaDiretorio("/telvo/OUTRA/DF").Ok());
+    EXPECT_EQ(acesso.GravaLogGeral(DFSLOG_Servico::eDFSLOG_Inclusao, "x"), S_OK);
+    const CXVDonoFixo invalido("../MATRIZ");
+    EXPECT_EQ(CXVAcessoEmpresarial(&invalido).GravaLogGeral(DFSLOG_Servico::eDFSLOG_Inclusao, "x"),
+              E_INVALIDARG);
+}
+
+TEST_F(LogGeralTeste, CadaFalhaDoDiscoVoltaComoCodigoEALinhaSeguinteEntraInteira) {
+    const std::string sArquivo = PastaDados("XVLogGeral_202403.log");
+    bool bHouveFalha = true;
+    for (XVUInt64 uiFalha = 1; bHouveFalha; ++uiFalha) {
+        ASSERT_LT(uiFalha, 50U);
+        if (m_Arquivos.Existe(sArquivo) != EExistencia::eAusente) {
+            ASSERT_TRUE(m_Arquivos.Apaga(sArquivo).Ok());
+        }
+        CXVSistemaArquivosFalhas falhas(m_Arquivos);
+        const CXVGuardaSistemaArquivos guarda(falhas);
+        CXVAcessoEmpresarial acesso(&m_Dono);
+        falhas.Programa({.eOperacao = std::nullopt,
+                         .uiNumero = uiFalha,
+                         .eCausa = ECausaArquivo::eDiscoCheio,
+                         .bGravaMetade = true});
+        const HRESULT hr = acesso.GravaLogGeral(DFSLOG_Servico::eDFSLOG_Inclusao, "primeira");
+        bHouveFalha = falhas.GetFalhasOcorridas() != 0;
+        EXPECT_EQ(hr, bHouveFalha ? eDiskFull : S_OK) << uiFalha;
+        falhas.Limpa();
+        EXPECT_EQ(acesso.GravaLogGeral(DFSLOG_Servico::eDFSLOG_Inclusao, "segunda"), S_OK) << uiFalha;
+        EXPECT_TRUE(Le().ends_with("\n15/03/2024\t09:00:00\tMATRIZ\t7\t99\t1\t0\t0\tsegunda\n")) << uiFalha;
+    }
+}
+
+TEST(LogGeralDiscoTeste, MuitasThreadsEObjetosNaoMisturamLinhasNemRepetemOCabecalho) {
+    const CXVDiretorioTeste diretorio;
+    CXVRegistroFalso registro;
+    registro.SetTexto(CAmbienteXV::GetChaveRegistro(XV_DF), "Path", diretorio.GetCaminho());
+    const CXVGuardaRegistro guarda(registro);
+    const CXVDonoFixo dono("MATRIZ");
+    std::string sDados;
+    ASSERT_EQ(CAmbienteXV::GetPathDados(XV_DF, "MATRIZ", &sDados), S_OK);
+    ASSERT_TRUE(XVPlataforma::SistemaArquivos().CriaDiretorio(sDados).Ok());
+    const std::string sTexto(300, 'x');
+    std::vector<std::thread> listaThreads;
+    for (int i = 0; i < 4; ++i)
+        listaThreads.emplace_back([&] {
+            CXVAcessoEmpresarial acesso(&dono);
+            for (int j = 0; j < 50; ++j)
+                EXPECT_EQ(acesso.GravaLogGeral(DFSLOG_Servico::eDFSLOG_Inclusao, sTexto), S_OK);
+        });
+    for (std::thread& rThread : listaThreads) rThread.join();
+    std::vector<std::string> listaNomes;
+    ASSERT_TRUE(XVPlataforma::SistemaArquivos().Lista(sDados, "XVLogGeral_*.log", listaNomes).Ok());
+    std::size_t uiLinhas = 0;
+    for (const std::string& sNome : listaNomes) {
+        const std::string sConteudo = diretorio.LeConteudo("MATRIZ/DF/" + sNome).value_or("");
+        EXPECT_EQ(sConteudo.rfind(k_pszCabecalho), 0U) << "one header line, at the start";
+        std::size_t uiInicio = std::string(k_pszCabecalho).size();
+        for (; uiInicio < sConteudo.size(); uiInicio = sConteudo.find('\n', uiInicio) + 1, ++uiLinhas) {
+            const std::size_t uiFim = sConteudo.find('\n', uiInicio);
+            ASSERT_NE(uiFim, std::string::npos);
+            ASSERT_TRUE(sConteudo.substr(uiInicio, uiFim - uiInicio).ends_with("\t1\t0\t0\t" + sTexto));
+        }
+    }
+    EXPECT_EQ(uiLinhas, 200U);
+}
+
+}  // namespace

@@ -1,0 +1,145 @@
+// Providers in libraries: found beside the program, believed in nothing, and no buffer of theirs lost.
+#include "platform/XVBibliotecaDinamica.h"
+#include "suite/XVMiddlewareFacade.h"
+#include "suite/XVProvedorAdaptador.h"
+#include "support/XVCapturaTrace.h"
+#include "tests/suite/XVCenarioSuite.h"
+
+namespace {
+
+class ProvedorPluginTeste : public CXVCenarioSuite {
+  protected:
+    void SetUp() override {
+        ASSERT_EQ(m_Facade.Inicializa(&m_Dono), S_OK);
+        ASSERT_TRUE(m_Biblioteca.EstaCarregada());
+        m_pfnBuffersVivos = m_Biblioteca.GetFuncao<long (*)()>("XVProvedorExemploBuffersVivos");
+        ASSERT_NE(m_pfnBuffersVivos, nullptr);
+    }
+    void TearDown() override { EXPECT_EQ(m_pfnBuffersVivos(), 0) << "every buffer went back to the library"; }
+
+    HRESULT Envia(const char* pszJSON, CXVDadosCR_IntegracaoMiddleware* pDados) {
+        pDados->sRegistroJSON = pszJSON;
+        pDados->sMensagemIntegracao = "antes";
+        pDados->eSistemaIntegracao = Mercos;
+        return CXVMiddlewareIntegracaoSistemas::EnviaJsonIntegracaoSistemasTerceiros(*pDados, &m_Dono);
+    }
+
+    CXVBibliotecaDinamica m_Biblioteca{"XVProvedor16.dll"};
+    long (*m_pfnBuffersVivos)() = nullptr;
+    CXVMiddlewareFacade m_Facade;
+    CXVCapturaTrace m_Captura;
+};
+
+TEST_F(ProvedorPluginTeste, BibliotecaAoLadoDoProgramaEUsada) {
+    EXPECT_NE(CXVProvedores::Busca(Mercos), nullptr);
+    EXPECT_EQ(CXVProvedores::Busca(OfficialBank), nullptr);
+    CXVDadosCR_IntegracaoMiddleware dados;
+    ASSERT_EQ(Envia("ok", &dados), S_OK);
+    EXPECT_EQ(dados.uiChaveIntegracaoSistemaTerceiro, 1007U);
+    EXPECT_EQ(dados.eStatusIntegracao, eXVSMiddleware_Sucesso);
+    EXPECT_EQ(dados.sMensagemIntegracao, "MATRIZ");
+    EXPECT_EQ(dados.sJSONRetornoIntegracao, "{\"ok\":1}");
+    EXPECT_EQ(dados.sRegistroJSON, "ok");
+}
+
+TEST_F(ProvedorPluginTeste, RespostaDesonestaOuFalhaNaoMudaNada) {
+    for (const char* pszPedido : {"falha", "status", "nul", "ponteiro", "tamanho", "marca"}) {
+        CXVDadosCR_IntegracaoMiddleware dados;
+        const HRESULT hrEsperado = std::string(pszPedido) == "falha"
+                                       ? XVHResult(0x800705B4U)
+                                       : CXVProvedorAdaptador::k_hrRespostaInvalida;
+        EXPECT_EQ(Envia(pszPedido, &dados), hrEsperado) << pszPedido;
+        EXPECT_EQ(dados.uiChaveIntegracaoSistemaTerceiro, 0U) << pszPedido;
+        EXPECT_EQ(dados.sMensagemIntegracao, "antes") << pszPedido;
+        EXPECT_EQ(dados.eStatusIntegracao, 0U) << pszPedido;
+    }
+}
+
+TEST_F(ProvedorPluginTeste, ParametrosSoMudamNoQueCabeENoQueVale) {
+    CXVDadosCR_ParametrosIntegracao parametros;
+    parametros.eSistemaIntegracao = Mercos;
+    parametros.eTipoIntegracao = 1;
+    EXPECT_EQ(m_Facade.AtualizaParametrosIntegracao(parametros), S_OK);
+    EXPECT_EQ(parametros.eTipoIntegracao, 6U);
+    EXPECT_EQ(parametros.ulPonteiroFilial, 77U);
+    EXPECT_EQ(parametros.eSistemaIntegracao, Mercos);
+    for (const XVUInt eTipo : {16U, 17U}) {
+        parametros.eTipoIntegracao = eTipo;
+        EXPECT_EQ(m_Facade.AtualizaParametrosIntegracao(parametros),
+                  CXVProvedorAdaptador::k_hrRespostaInvalida);
+        EXPECT_EQ(parametros.eTipoIntegracao, eTipo);
+        EXPECT_TRUE(parametros.regDmcOrigem.EhNulo());
+    }
+}
+
+TEST_F(ProvedorPluginTeste, ListaDePendenciasEConferidaItemAItem) {
+    CXVDadosCR_ParametrosIntegracao parametros;
+    parametros.eSistemaIntegracao = Mercos;
+    parametros.regDmcOrigem = REG_XVDMC::Cria(0, 5, REG_XVDMA::Cria(2024, 3, 15));
+    std::vector<CXVDadosCR_PendenciaIntegracaoSistema> lista(3);
+    EXPECT_EQ(m_Facade.BuscaIntegracoes(parametros, lista), S_OK);
+    EXPECT_TRUE(lista.empty());
+    parametros.ulPonteiroAuxiliar = 1;
+    ASSERT_EQ(m_Facade.BuscaIntegracoes(parametros, lista), S_OK);
+    ASSERT_EQ(lista.size(), 2U);
+    EXPECT_EQ(lista[1].sJSON, "{\"item\":1}");
+    EXPECT_EQ(lista[1].regDmcOrigem, parametros.regDmcOrigem);
+    for (const XVUInt ulDesonesta : {2U, 3U}) {
+        parametros.ulPonteiroAuxiliar = ulDesonesta;
+        EXPECT_EQ(m_Facade.BuscaIntegracoes(parametros, lista), CXVProvedorAdaptador::k_hrRespostaInvalida);
+        EXPECT_TRUE(lista.empty());
+    }
+}
+
+TEST_F(ProvedorPluginTeste, ConsultaVaiAoPrimeiroProvedorQueAConhece) {
+    CXVDadosCR_ConsultaSistemaTerceiro consulta;
+    consulta.sChaveConsulta = "2024-03";
+    consulta.eTipoConsulta = eXVSMiddleware_ConsultaPagamentoExtrato;
+    CXVDadosCR_StatusConsultaSistemaTerceiro status;
+    status.sJSONRetorno = "velho";
+    ASSERT_EQ(m_Facade.BuscaDadosSistemaTerceiro(consulta, status), S_OK);
+    EXPECT_EQ(status.sMensagemRetorno, "2024-03");
+    EXPECT_EQ(status.sDocumentoRetorno, std::string("\0\1", 2));
+    EXPECT_EQ(status.sJSONRetorno, "");
+    consulta.eTipoConsulta = eXVSMiddleware_ConsultaCnpj;
+    EXPECT_EQ(m_Facade.BuscaDadosSistemaTerceiro(consulta, status), E_NOTIMPL);
+    for (const XVUInt eTipo : {0U, 7U}) {
+        consulta.eTipoConsulta = eTipo;
+        EXPECT_EQ(m_Facade.BuscaDadosSistemaTerceiro(consulta, status), E_INVALIDARG);
+    }
+}
+
+TEST_F(ProvedorPluginTeste, OperacaoAusenteESistemaSemProvedorSaoENotimpl) {
+    CXVDadosCR_IntegracaoMiddleware dados;
+    dados.eSistemaIntegracao = Mercos;
+    EXPECT_EQ(m_Facade.RealizaOperacaoAnterior(dados), E_NOTIMPL);
+    dados.eSistemaIntegracao = OfficialBank;
+    using CXVTroca = CXVMiddlewareIntegracaoSistemas;
+    EXPECT_EQ(CXVTroca::EnviaJsonIntegracaoSistemasTerceiros(dados, &m_Dono), E_NOTIMPL);
+    EXPECT_EQ(CXVTroca::BuscaDadosIntegracaoSistemasTerceiros(dados, nullptr, &m_Dono), E_NOTIMPL);
+    EXPECT_EQ(CXVTroca::ExcluiDadosIntegracaoSistemasTerceiros(dados, &m_Dono), E_NOTIMPL);
+    dados.eSistemaIntegracao = Tipo_Nenhum;
+    EXPECT_EQ(m_Facade.RealizaOperacaoAnterior(dados), E_INVALIDARG);
+    EXPECT_EQ(CXVTroca::ExcluiDadosIntegracaoSistemasTerceiros(dados, &m_Dono), E_INVALIDARG);
+}
+
+TEST_F(ProvedorPluginTeste, TabelaQueNaoCabeNaInterfaceERecusada) {
+    EXPECT_EQ(CXVProvedorAdaptador::Cria(nullptr, 16), nullptr);
+    const auto pfnObtem = m_Biblioteca.GetFuncao<PFXVProvedorObtem>(XVPROVEDOR_FUNCAO);
+    EXPECT_NE(CXVProvedorAdaptador::Cria(pfnObtem, 16), nullptr);
+    EXPECT_EQ(CXVProvedorAdaptador::Cria(pfnObtem, 8), nullptr) << "a library that serves another system";
+    const PFXVProvedorObtem pfnSemLibera = [](uint32_t, XVProvedorTabela* p) -> int32_t {
+        p->eSistema = 16;
+        return 0;
+    };
+    EXPECT_EQ(CXVProvedorAdaptador::Cria(pfnSemLibera, 16), nullptr);
+    const PFXVProvedorObtem pfnOutroTamanho = [](uint32_t, XVProvedorTabela* p) -> int32_t {
+        p->eSistema = 16;
+        p->ulTamanho -= 8;
+        p->pfnLibera = [](void*, void*) {};
+        return 0;
+    };
+    EXPECT_EQ(CXVProvedorAdaptador::Cria(pfnOutroTamanho, 16), nullptr);
+}
+
+}  // namespace

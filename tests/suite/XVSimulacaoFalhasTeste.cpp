@@ -1,0 +1,134 @@
+// The simulated system on a failing disk and with hostile documents: an error, nothing lost, nothing held.
+#include "suite/XVMiddlewareFacade.h"
+#include "suite/simulacao/XVPastaSimulacao.h"
+#include "support/XVCapturaTrace.h"
+#include "support/XVCodigos.h"
+#include "tests/apoio/XVSistemaArquivosFalhas.h"
+#include "tests/apoio/XVSistemaArquivosMorte.h"
+#include "tests/suite/XVCenarioSuite.h"
+
+namespace {
+
+using CXVTroca = CXVMiddlewareIntegracaoSistemas;
+
+class SimulacaoFalhasTeste : public CXVCenarioSuite {
+  protected:
+    static CXVDadosCR_IntegracaoMiddleware Dados() {
+        CXVDadosCR_IntegracaoMiddleware dados;
+        dados.sRegistroJSON = "{\"pedido\":1}";
+        dados.regDmcMovimentoOrigem = REG_XVDMC::Cria(2, 10, REG_XVDMA::Cria(2024, 3, 15));
+        dados.eSistemaIntegracao = SimulacaoSistemaTerceiro;
+        return dados;
+    }
+    HRESULT Envia(XVUInt64* puiChave = nullptr) {
+        auto dados = Dados();
+        const HRESULT hr = CXVTroca::EnviaJsonIntegracaoSistemasTerceiros(dados, &m_Dono);
+        if (puiChave != nullptr) *puiChave = dados.uiChaveIntegracaoSistemaTerceiro;
+        return hr;
+    }
+};
+
+TEST_F(SimulacaoFalhasTeste, CadaFalhaDoDiscoVoltaEODocumentoAnteriorFica) {
+    ASSERT_EQ(Envia(), S_OK);
+    CriaSimulacao("regras/1.regra", "Operacao: BuscaDados\n");
+    const auto retrato = m_Arquivos.Retrata();
+    const std::string sDocumento = LeSimulacao("1.doc");
+    bool bHouveFalha = true;
+    for (XVUInt64 uiFalha = 1; bHouveFalha; ++uiFalha) {
+        ASSERT_LT(uiFalha, 200U);
+        m_Arquivos.Restaura(retrato);
+        const CXVCapturaTrace captura;
+        auto exclusao = Dados();
+        HRESULT hrEnvio = S_OK;
+        HRESULT hrExclusao = S_OK;
+        {
+            CXVSistemaArquivosFalhas falhas(m_Arquivos);
+            const CXVGuardaSistemaArquivos guarda(falhas);
+            falhas.Programa({.eOperacao = std::nullopt, .uiNumero = uiFalha, .bGravaMetade = true});
+            hrEnvio = Envia();
+            hrExclusao = CXVTroca::ExcluiDadosIntegracaoSistemasTerceiros(exclusao, &m_Dono);
+            bHouveFalha = falhas.GetFalhasOcorridas() != 0;
+        }
+        EXPECT_EQ(m_Arquivos.GetQuantidadeAberta(), 0U) << uiFalha;
+        EXPECT_EQ(FAILED(hrEnvio) || FAILED(hrExclusao), bHouveFalha) << uiFalha;
+        EXPECT_EQ(captura.GetFalhas().empty(), !bHouveFalha) << uiFalha;
+        EXPECT_EQ(LeSimulacao("1.doc") == sDocumento, SUCCEEDED(hrEnvio) || FAILED(hrExclusao)) << uiFalha;
+        XVUInt64 uiChave = 0;
+        EXPECT_EQ(Envia(&uiChave), S_OK) << "the next call works: " << uiFalha;
+        EXPECT_GT(uiChave, SUCCEEDED(hrEnvio) ? 2U : 1U) << uiFalha;
+    }
+}
+
+TEST_F(SimulacaoFalhasTeste, ProcessoMortoEntreDoisPassosNaoDeixaMeioDocumento) {
+    bool bMorreu = true;
+    for (XVUInt64 uiMorte = 1; bMorreu; ++uiMorte) {
+        ASSERT_LT(uiMorte, 200U);
+        m_Arquivos.Restaura({});
+        ASSERT_TRUE(m_Arquivos.CriaDiretorio(PastaDados()).Ok());
+        CXVSistemaArquivosMorte morte(m_Arquivos, CXVSistemaArquivosMorte::EContagem::eAlteracoes);
+        {
+            const CXVGuardaSistemaArquivos guarda(morte);
+            morte.Nasce(uiMorte, true);
+            bMorreu = morte.Executa([&] { EXPECT_EQ(Envia(), S_OK); });
+        }
+        const std::string sDocumento = LeSimulacao("1.doc");
+        EXPECT_TRUE(sDocumento == "<ausente>" || sDocumento.ends_with("\"aceito\"}")) << uiMorte;
+        XVUInt64 uiChave = 0;
+        ASSERT_EQ(Envia(&uiChave), S_OK) << uiMorte;
+        EXPECT_TRUE(uiChave == 1 || uiChave == 2) << uiMorte;
+    }
+}
+
+TEST_F(SimulacaoFalhasTeste, DocumentoHostilERecusadoEFicaComoEsta) {
+    struct SCaso {
+        const char* pszNome;
+        std::string sConteudo;
+    };
+    for (const SCaso& rCaso :
+         {SCaso{"regras/1.regra", "Operacao: Tudo\n"},
+          SCaso{"regras/1.regra", std::string("Operacao\0: EnviaJson", 20)},
+          SCaso{"contador.doc", "Ultima: muitas\n"}, SCaso{"contador.doc", "Outra: 1\n"}}) {
+        m_Arquivos.Restaura({});
+        CriaSimulacao(rCaso.pszNome, rCaso.sConteudo);
+        const CXVCapturaTrace captura;
+        EXPECT_EQ(Envia(), CXVPastaSimulacao::k_hrDocumentoInvalido) << rCaso.pszNome;
+        EXPECT_EQ(LeSimulacao(rCaso.pszNome), rCaso.sConteudo);
+        EXPECT_EQ(LeSimulacao("1.doc"), "<ausente>");
+        EXPECT_EQ(m_Arquivos.GetQuantidadeAberta(), 0U);
+    }
+    for (const char* pszConteudo : {"Status: 9\n", "Enviado: 4\n\nabc", "Enviado: -1\n\n", "Nada: 1\n"}) {
+        m_Arquivos.Restaura({});
+        CriaSimulacao("5.doc", pszConteudo);
+        auto dados = Dados();
+        dados.uiChaveIntegracaoSistemaTerceiro = 5;
+        const CXVCapturaTrace captura;
+        EXPECT_EQ(CXVTroca::ExcluiDadosIntegracaoSistemasTerceiros(dados, &m_Dono),
+                  CXVPastaSimulacao::k_hrDocumentoInvalido);
+        EXPECT_EQ(LeSimulacao("5.doc"), pszConteudo);
+        EXPECT_EQ(dados.eStatusIntegracao, 0U);
+    }
+}
+
+TEST_F(SimulacaoFalhasTeste, DocumentoPresoPorOutroEEsperadoUmTempoLimitado) {
+    ASSERT_EQ(Envia(), S_OK);
+    std::unique_ptr<IXVArquivo> pPreso;
+    ASSERT_TRUE(m_Arquivos
+                    .Abre(m_Arquivos.Junta(PastaDados("simulacao"), "1.doc"),
+                          {EAcessoArquivo::eLeituraEscrita, ECompartilhamentoArquivo::eNegaTudo}, pPreso)
+                    .Ok());
+    auto dados = Dados();
+    dados.uiChaveIntegracaoSistemaTerceiro = 1;
+    m_Relogio.SetAoDormir([&](XVUInt64 uiDormidas) {
+        if (uiDormidas == 3) pPreso.reset();
+    });
+    EXPECT_EQ(CXVTroca::BuscaDadosIntegracaoSistemasTerceiros(dados, nullptr, &m_Dono), S_OK);
+    ASSERT_TRUE(m_Arquivos
+                    .Abre(m_Arquivos.Junta(PastaDados("simulacao"), "1.doc"),
+                          {EAcessoArquivo::eLeituraEscrita, ECompartilhamentoArquivo::eNegaTudo}, pPreso)
+                    .Ok());
+    m_Relogio.SetAoDormir({});
+    const CXVCapturaTrace captura;
+    EXPECT_EQ(CXVTroca::BuscaDadosIntegracaoSistemasTerceiros(dados, nullptr, &m_Dono), eSharingViolation);
+}
+
+}  // namespace

@@ -1,0 +1,116 @@
+// Life of objects: initialisation and its failures, who an object speaks for, registry settings.
+#include <thread>
+
+#include "support/XVCapturaTrace.h"
+#include "tests/suite/XVCenarioSuite.h"
+
+namespace {
+
+class CXVObjetoVigiado : public CXVBaseParaRotinas {
+  public:
+    HRESULT hrInicializa = S_OK;
+    HRESULT hrFinaliza = S_OK;
+    int iInicializacoes = 0;
+    int iFinalizacoes = 0;
+
+  protected:
+    HRESULT OnInicializa() override {
+        ++iInicializacoes;
+        return hrInicializa;
+    }
+    HRESULT OnFinaliza() override {
+        ++iFinalizacoes;
+        return hrFinaliza;
+    }
+};
+
+using VidaTeste = CXVCenarioSuite;
+
+TEST_F(VidaTeste, InicializarEFinalizarDeNovoNaoFazNada) {
+    CXVObjetoVigiado objeto;
+    EXPECT_EQ(objeto.Finaliza(), S_OK);
+    EXPECT_EQ(objeto.Inicializa(&m_Dono), S_OK);
+    EXPECT_EQ(objeto.Inicializa(&m_Dono), S_OK);
+    EXPECT_EQ(objeto.iInicializacoes, 1);
+    EXPECT_EQ(objeto.Finaliza(), S_OK);
+    EXPECT_EQ(objeto.Finaliza(), S_OK);
+    EXPECT_EQ(objeto.iFinalizacoes, 1);
+    EXPECT_FALSE(objeto.EstaInicializado());
+}
+
+TEST_F(VidaTeste, FalhaAoInicializarSoltaOQueAbriuEDevolveOPrimeiroCodigo) {
+    CXVObjetoVigiado objeto;
+    objeto.hrInicializa = E_OUTOFMEMORY;
+    objeto.hrFinaliza = E_FAIL;
+    EXPECT_EQ(objeto.Inicializa(&m_Dono), E_OUTOFMEMORY);
+    EXPECT_EQ(objeto.iFinalizacoes, 1);
+    EXPECT_FALSE(objeto.EstaInicializado());
+    objeto.hrInicializa = S_OK;
+    EXPECT_EQ(objeto.Inicializa(&m_Dono), S_OK);
+    EXPECT_EQ(objeto.Finaliza(), E_FAIL);
+    EXPECT_FALSE(objeto.EstaInicializado());
+}
+
+TEST_F(VidaTeste, EmpresaQueNaoSePodePorNumCaminhoERecusadaERegistrada) {
+    for (const char* pszEmpresa : {"", "..", "A/B", "A\\B", "COM1", "MATRIZ ", "caf\xC3\xA9"}) {
+        CXVBaseParaRotinas base;
+        const CXVDonoFixo dono(pszEmpresa);
+        const CXVCapturaTrace captura;
+        EXPECT_EQ(base.Inicializa(&dono), E_INVALIDARG) << pszEmpresa;
+        ASSERT_EQ(captura.GetFalhas().size(), 1U) << pszEmpresa;
+        EXPECT_EQ(captura.GetFalhas()[0].hr, E_INVALIDARG);
+        EXPECT_EQ(captura.GetFalhas()[0].sFuncao, "CXVBaseParaRotinas::OnInicializa");
+    }
+    CXVBaseParaRotinas base;
+    EXPECT_EQ(base.Inicializa(nullptr), E_POINTER);
+}
+
+TEST_F(VidaTeste, ObjetosDaMesmaEmpresaFalamEmNomeDaChamadaEmCurso) {
+    CXVBaseParaRotinas loja;
+    CXVBaseParaRotinas chamada;
+    CXVBaseParaRotinas outra;
+    ASSERT_EQ(loja.Inicializa(&m_Dono), S_OK);
+    const CXVDonoFixo visitante("MATRIZ", 21, 500);
+    const CXVDonoFixo estranho("FILIAL", 3, 4);
+    ASSERT_EQ(chamada.Inicializa(&visitante), S_OK);
+    ASSERT_EQ(outra.Inicializa(&estranho), S_OK);
+    {
+        const CXVAcessoDefault acesso(&chamada);
+        EXPECT_EQ(loja.GetUsuario(), 21);
+        EXPECT_EQ(loja.GetNumeroSessao(), 500U);
+        EXPECT_EQ(loja.GetUsuarioProprio(), 7);
+        EXPECT_EQ(outra.GetUsuario(), 3) << "another company keeps its own";
+        {
+            const CXVAcessoDefault interno(&outra);
+            EXPECT_EQ(loja.GetUsuario(), 7);
+            EXPECT_EQ(outra.GetUsuario(), 3);
+        }
+        EXPECT_EQ(loja.GetUsuario(), 21) << "the inner scope put the outer one back";
+        std::thread([&] { EXPECT_EQ(loja.GetUsuario(), 7); }).join();
+    }
+    EXPECT_EQ(loja.GetUsuario(), 7);
+    EXPECT_EQ(CXVBaseParaRotinas::GetAcessoDefault(), nullptr);
+}
+
+TEST_F(VidaTeste, ObjetoDestruidoDeixaDeSerOAcessoDaThread) {
+    {
+        CXVBaseParaRotinas passageiro;
+        CXVBaseParaRotinas::SetAcessoDefault(&passageiro);
+    }
+    EXPECT_EQ(CXVBaseParaRotinas::GetAcessoDefault(), nullptr);
+}
+
+TEST_F(VidaTeste, ConfiguracaoDosServidoresVemDoRegistro) {
+    const CXVBaseParaRotinas base;
+    const std::string sChave = CAmbienteXV::GetChaveRegistro(k_eModuloBase);
+    EXPECT_FALSE(base.UsaFilialComoBaseDadosTerceiro());
+    EXPECT_EQ(CXVBaseParaRotinas::GetAcessoServidoresDefault(), "");
+    m_Registro.SetNumero(sChave, "AcessoServidores_1", 0xEF);
+    EXPECT_FALSE(base.UsaFilialComoBaseDadosTerceiro());
+    m_Registro.SetNumero(sChave, "AcessoServidores_1", 0x10);
+    EXPECT_TRUE(base.UsaFilialComoBaseDadosTerceiro());
+    m_Registro.SetTexto(sChave, "AcessoServidoresDefault", "SERVIDOR");
+    EXPECT_EQ(CXVBaseParaRotinas::GetAcessoServidoresDefault(), "SERVIDOR");
+}
+
+}  // namespace

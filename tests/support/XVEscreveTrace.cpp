@@ -1,0 +1,36 @@
+// Writes error records from several threads: XVEscreveTrace DIRECTORY NAME THREADS RECORDS. Prints the
+// number of records that were lost.
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "support/XVAmbiente.h"
+#include "support/XVCheck.h"
+#include "support/XVProfiler.h"
+#include "tests/apoio/XVGuardasPlataforma.h"
+#include "tests/apoio/XVRegistroFalso.h"
+
+int main(int iArgumentos, char** apszArgumentos) {
+    if (iArgumentos != 5) return 2;
+    CXVRegistroFalso registro;
+    registro.SetTexto(CAmbienteXV::GetChaveRegistro(XV_DF), "Path", apszArgumentos[1]);
+    const CXVGuardaRegistro guarda(registro);
+    const std::string sNome = apszArgumentos[2];
+    const int iThreads = std::atoi(apszArgumentos[3]);
+    const int iRegistros = std::atoi(apszArgumentos[4]);
+    std::vector<std::thread> listaThreads;
+    for (int iThread = 0; iThread < iThreads; ++iThread)
+        listaThreads.emplace_back([&, iThread] {
+            for (int i = 0; i < iRegistros; ++i) {
+                const std::string sExpressao =
+                    sNome + '/' + std::to_string(iThread) + '/' + std::to_string(i);
+                CheckHr(E_FAIL, sExpressao.c_str(), "CEscreve::Escreve", "tests/support/XVEscreveTrace", i,
+                        nullptr);
+            }
+        });
+    for (std::thread& rThread : listaThreads) rThread.join();
+    std::printf("%llu\n", static_cast<unsigned long long>(XVProfiler::GetRegistrosPerdidos()));
+    return 0;
+}

@@ -1,0 +1,36 @@
+#include "tools/xvcr/XVErros.h"
+
+#include <cstdio>
+
+#include "support/XVMensagens.h"
+#include "tools/xvcr/XVTextoTela.h"
+
+void XVFalha(std::string sMensagem) { throw CXVErro(ESaida::eFalha, std::move(sMensagem)); }
+
+void XVErroDeUso(std::string sMensagem) { throw CXVErro(ESaida::eUso, std::move(sMensagem)); }
+
+std::string XVCodigoHexadecimal(HRESULT hr) {
+    char szCodigo[16];
+    const int iTamanho = std::snprintf(szCodigo, sizeof szCodigo, "0x%08X", static_cast<unsigned>(hr));
+    return std::string(szCodigo, static_cast<std::size_t>(iTamanho));
+}
+
+std::string XVDescreveCodigo(HRESULT hr) {
+    std::string sTexto = XVCodigoHexadecimal(hr);
+    const SMensagemCodigo* pMensagem = XVBuscaMensagem(hr);
+    if (pMensagem == nullptr) return sTexto + ": código sem descrição.";
+    sTexto += ' ';
+    sTexto += pMensagem->sNome;
+    sTexto += ": ";
+    sTexto += pMensagem->sDescricao;
+    return sTexto;
+}
+
+void XVConfere(HRESULT hr) {
+    if (FAILED(hr)) XVFalha(XVDescreveCodigo(hr));
+}
+
+void XVEscreveErro(const std::string& sMensagem) {
+    const std::string sLinha = "xvcr: " + XVTextoTela::Escapa(sMensagem, false) + '\n';
+    std::fwrite(sLinha.data(), 1, sLinha.size(), stderr);
+}

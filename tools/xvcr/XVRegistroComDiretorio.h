@@ -1,0 +1,33 @@
+// The machine's configuration with another module directory, for as long as the object lives: what --diretorio
+// names is found by the store as if the installation had written it.
+#pragma once
+
+#include <string>
+
+#include "platform/XVPlataforma.h"
+#include "support/XVAmbiente.h"
+
+class CXVRegistroComDiretorio : public IXVRegistro {
+  public:
+    explicit CXVRegistroComDiretorio(std::string sDiretorio)
+        : m_sChave(CAmbienteXV::GetChaveRegistro(k_eModuloBase)),
+          m_sDiretorio(std::move(sDiretorio)),
+          m_pAnterior(XVPlataforma::TrocaRegistro(this)) {}
+    ~CXVRegistroComDiretorio() override { XVPlataforma::TrocaRegistro(m_pAnterior); }
+    CXVRegistroComDiretorio(const CXVRegistroComDiretorio&) = delete;
+    CXVRegistroComDiretorio& operator=(const CXVRegistroComDiretorio&) = delete;
+
+    std::optional<std::string> LeTexto(std::string_view sChave, std::string_view sValor) override {
+        // The 64-bit value goes before "Path" and must not win over it.
+        if (sChave == m_sChave && (sValor == "Path" || sValor == "Path_x64")) return m_sDiretorio;
+        return m_pAnterior->LeTexto(sChave, sValor);
+    }
+    std::optional<XVUInt> LeNumero(std::string_view sChave, std::string_view sValor) override {
+        return m_pAnterior->LeNumero(sChave, sValor);
+    }
+
+  private:
+    std::string m_sChave;
+    std::string m_sDiretorio;
+    IXVRegistro* m_pAnterior;
+};
