@@ -62,7 +62,7 @@ std::int32_t AtualizaParametros(void*, const XVProvedorDono*, XVProvedorParametr
         return 0;
     }
     if (pParametros->eTipoIntegracao == 16) {
-        pParametros->uiDmcOrigem = 1U << 14;  // a pointer without a date
+        pParametros->uiDmcOrigem = 1U << 14 | 4;  // a bit that no key has
         return 0;
     }
     pParametros->eTipoIntegracao = 6;
@@ -82,7 +82,7 @@ std::int32_t BuscaIntegracoes(void*, const XVProvedorDono*, const XVProvedorPara
         pLista->pLista[i].uiDmcOrigem = pParametros->uiDmcOrigem;
         pLista->pLista[i].eSistemaIntegracao = 16;
     }
-    if (pParametros->ulPonteiroAuxiliar == 2) pLista->pLista[1].uiDmcOrigem = 1U << 14;
+    if (pParametros->ulPonteiroAuxiliar == 2) pLista->pLista[1].uiDmcOrigem = 1U << 14 | 4;
     if (pParametros->ulPonteiroAuxiliar == 3) {
         for (unsigned i = 0; i < 2; ++i) Libera(nullptr, pLista->pLista[i].bufJSON.pBytes);
         pLista->ulTamanhoElemento = 1;
