@@ -6,7 +6,9 @@
 #include "middleware/ConversaoMiddleware.h"
 #include "middleware/XVValidacaoIntegracao.h"
 
-CBaseMiddleware::~CBaseMiddleware() { XVIgnora(Finaliza()); }
+CBaseMiddleware::~CBaseMiddleware() {
+    XVIgnora(Finaliza());
+}
 
 HRESULT CBaseMiddleware::OnInicializa() {
     XV_ESCOPO();
@@ -29,8 +31,7 @@ HRESULT CBaseMiddleware::OnFinaliza() {
 HRESULT CBaseMiddleware::ExecutaConversao() {
     CXVConversaoMiddleware conversao(m_pObservadorConversao);
     XV_CHECK(conversao.Inicializa(this));
-    XV_CHECK_TEXTO(conversao.ExecutaConversao(), "ExecutaConversao()");
-    return S_OK;
+    return conversao.ExecutaConversao();
 }
 
 HRESULT CBaseMiddleware::ValidaVersaoSomenteLeitura() {
@@ -41,8 +42,9 @@ HRESULT CBaseMiddleware::ValidaVersaoSomenteLeitura() {
 }
 
 // A log line that cannot be written after the data was is recorded and not returned.
-void CBaseMiddleware::GravaLinhaLogGeral(const char* pszOperacao, DFSLOG_Servico eServico, REG_XVDMC regDmcIntegracao,
-                                         XVUInt64 uiChaveSistemaTerceiro, REG_XVDMC regDmcMovimentoOrigem) {
+void CBaseMiddleware::GravaLinhaLogGeral(const char* pszOperacao, DFSLOG_Servico eServico,
+                                         REG_XVDMC regDmcIntegracao, XVUInt64 uiChaveSistemaTerceiro,
+                                         REG_XVDMC regDmcMovimentoOrigem) {
     char szTexto[256];
     const int iTamanho =
         std::snprintf(szTexto, sizeof(szTexto),

@@ -41,17 +41,20 @@ class CBaseMiddleware : public CXVDataBaseFacade<CXVDataBase_CR_Middleware, CXVB
     // Performs the exchange at once for every pending item of the record and records the results. *pDmc in:
     // the integration to change or delete (null for inclusions); out: the last integration recorded.
     // E_NOTIMPL: a system without provider; then nothing is stored.
-    HRESULT GravaIntegracaoInstantanea(REG_XVDMC* pDmcRegistroIndex, tagREG_CR_INTEGRACAO_MIDDLEWAREPS regIntegracaoPS);
+    HRESULT GravaIntegracaoInstantanea(REG_XVDMC* pDmcRegistroIndex,
+                                       tagREG_CR_INTEGRACAO_MIDDLEWAREPS regIntegracaoPS);
 
     // Records every pending item of the origin as a pending integration, without exchange.
-    HRESULT GravaPendenciaIntegracao(REG_XVDMC regDmcIntegracaoOrigem, tagREG_CR_INTEGRACAO_MIDDLEWAREPS regIntegracaoPS);
+    HRESULT GravaPendenciaIntegracao(REG_XVDMC regDmcIntegracaoOrigem,
+                                     tagREG_CR_INTEGRACAO_MIDDLEWAREPS regIntegracaoPS);
 
     // Records status and return texts of the integration named by DMC or, when it is null, by external key
     // and system.
     HRESULT GravaStatusIntegracao(tagREG_CR_STATUS_INTEGRACAO_MIDDLEWAREPS regStatusIntegracaoPS);
 
     // Reads one integration. ullFlagLeitura: k_ullLe... bits; the output is cleared first.
-    HRESULT LeIntegracao(REG_XVDMC regDmc, tagREG_CR_INTEGRACAO_MIDDLEWAREPS* pRegIntegracaoPS, XVUInt64 ullFlagLeitura);
+    HRESULT LeIntegracao(REG_XVDMC regDmc, tagREG_CR_INTEGRACAO_MIDDLEWAREPS* pRegIntegracaoPS,
+                         XVUInt64 ullFlagLeitura);
 
     // Reads each integration of a list into a new array of *pulQuantidade records (AlocaSaida; each record
     // owns its texts). Flags 8 and 16 query the external systems once for the whole list.
@@ -64,14 +67,17 @@ class CBaseMiddleware : public CXVDataBaseFacade<CXVDataBase_CR_Middleware, CXVB
 
     // Key map. Insert or update; insert as pending if absent; find by external id or by record of the suite.
     HRESULT GravaChaveRegistroTelvoParaTerceiro(const tagREG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIROPS& regPS);
-    HRESULT GravaChaveRegistroTelvoParaTerceiroPendente(const tagREG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIROPS& regPS);
-    HRESULT BuscaChaveRegistroTelvoParaTerceiro(const tagREG_CR_FILTRO_CHAVE_REGISTRO_TELVO_PARA_TERCEIROPS& regFiltroPS,
-                                                tagREG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIROPS* pRegRetornoFiltro);
+    HRESULT GravaChaveRegistroTelvoParaTerceiroPendente(
+        const tagREG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIROPS& regPS);
+    HRESULT BuscaChaveRegistroTelvoParaTerceiro(
+        const tagREG_CR_FILTRO_CHAVE_REGISTRO_TELVO_PARA_TERCEIROPS& regFiltroPS,
+        tagREG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIROPS* pRegRetornoFiltro);
 
     // Date-times per system, integration type and date kind.
     HRESULT GravaDataHoraIntegracaoTerceiro(const tagREG_CR_DATA_HORA_INTEGRACAO_TERCEIROPS& regPS);
-    HRESULT BuscaDataHoraIntegracaoTerceiro(const tagREG_CR_FILTRO_DATA_HORA_INTEGRACAO_TERCEIROPS& regFiltroPS,
-                                            tagREG_CR_DATA_HORA_INTEGRACAO_TERCEIROPS* pRegRetorno);
+    HRESULT BuscaDataHoraIntegracaoTerceiro(
+        const tagREG_CR_FILTRO_DATA_HORA_INTEGRACAO_TERCEIROPS& regFiltroPS,
+        tagREG_CR_DATA_HORA_INTEGRACAO_TERCEIROPS* pRegRetorno);
 
     // Direct query of an external system; nothing is stored.
     HRESULT BuscaDadosSistemaTerceiro(const tagREG_CR_CONSULTA_SISTEMA_TERCEIROPS& regConsultaPS,
@@ -96,18 +102,19 @@ class CBaseMiddleware : public CXVDataBaseFacade<CXVDataBase_CR_Middleware, CXVB
 
     // Recording. The lock of changes is held.
     HRESULT AlteraIntegracao(REG_XVDMC regDmc, const tagREG_CR_INTEGRACAO_MIDDLEWAREPS* pregps);
-    HRESULT BuscaPosicaoIndexSistemaTerceiro(const tagREG_CR_INTEGRACAO_MIDDLEWAREPS* pregps, XVUInt& uiPosicao,
-                                             REG_XVDMC regDmcIntegracao);
+    HRESULT BuscaPosicaoIndexSistemaTerceiro(const tagREG_CR_INTEGRACAO_MIDDLEWAREPS* pregps,
+                                             XVUInt& uiPosicao, REG_XVDMC regDmcIntegracao);
     // First index record with this key and system; uiPosicao 0: none.
     HRESULT LocalizaIndexSistemaTerceiro(XVUInt64 uiChaveIntegracaoSistemaTerceiro, XVUInt eSistemaIntegracao,
                                          REG_CR_INDEX_INTEGRACAO_V1* pregIndex, XVUInt& uiPosicao);
     HRESULT LocalizaIndexDoStatus(const tagREG_CR_STATUS_INTEGRACAO_MIDDLEWAREPS& regStatus,
                                   REG_CR_INDEX_INTEGRACAO_V1* pregIndex, XVUInt& uiPosicaoIndex);
-    HRESULT AplicaStatus(const tagREG_CR_STATUS_INTEGRACAO_MIDDLEWAREPS& regStatus, REG_CR_INDEX_INTEGRACAO_V1 regIndex,
-                         XVUInt uiPosicaoIndex);
+    HRESULT AplicaStatus(const tagREG_CR_STATUS_INTEGRACAO_MIDDLEWAREPS& regStatus,
+                         REG_CR_INDEX_INTEGRACAO_V1 regIndex, XVUInt uiPosicaoIndex);
 
     // Exchange with external systems. No lock is held.
-    HRESULT GetListaDadosIntegracaoPendente(const tagREG_CR_INTEGRACAO_MIDDLEWAREPS& regPS, CListaPendencias& listaDados);
+    HRESULT GetListaDadosIntegracaoPendente(const tagREG_CR_INTEGRACAO_MIDDLEWAREPS& regPS,
+                                            CListaPendencias& listaDados);
     HRESULT ValidaProvedores(const CListaPendencias& listaDados) const;
     HRESULT TrocaItem(CXVMiddlewareFacade& facade, const CXVDadosCR_PendenciaIntegracaoSistema& rItem,
                       const tagREG_CR_INTEGRACAO_MIDDLEWAREPS& regPS, REG_XVDMC* pDmc);
@@ -120,23 +127,25 @@ class CBaseMiddleware : public CXVDataBaseFacade<CXVDataBase_CR_Middleware, CXVB
     HRESULT LeTextos(XVUInt64 uiChaveNomeArquivo, const REG_CR_INTEGRACAO_MIDDLEWARE_V2& reg,
                      CXVDadosCR_IntegracaoMiddleware* pDados, XVUInt64 ullFlagLeitura);
     HRESULT CompletaComSistemaTerceiro(CXVDadosCR_IntegracaoMiddleware& rDados, bool bOperacaoPosterior);
-    HRESULT LeDadosDaLista(const _REG_DF_LISTA_XVDMCPS& rListaPS, std::vector<CXVDadosCR_IntegracaoMiddleware>& listaDados,
-                           XVUInt64 ullFlagLeitura);
+    HRESULT LeDadosDaLista(const _REG_DF_LISTA_XVDMCPS& rListaPS,
+                           std::vector<CXVDadosCR_IntegracaoMiddleware>& listaDados, XVUInt64 ullFlagLeitura);
 
     // Searching.
-    HRESULT ValidaFiltroNivel1(const CXVDadosCR_FiltroIntegracaoMiddleware& dadosFiltro, CListaDmc& listaPonteiros);
-    HRESULT ValidaFiltroNivel2(const CXVDadosCR_FiltroIntegracaoMiddleware& dadosFiltro, XVUInt64 uiChaveArquivoAtual,
-                               const CListaDmc& listaDmc, CListaDmc& listaPonteiros);
+    HRESULT ValidaFiltroNivel1(const CXVDadosCR_FiltroIntegracaoMiddleware& dadosFiltro,
+                               CListaDmc& listaPonteiros);
+    HRESULT ValidaFiltroNivel2(const CXVDadosCR_FiltroIntegracaoMiddleware& dadosFiltro,
+                               XVUInt64 uiChaveArquivoAtual, const CListaDmc& listaDmc,
+                               CListaDmc& listaPonteiros);
     HRESULT BuscaRegistroIndexComChaveSistema(const CXVDadosCR_FiltroIntegracaoMiddleware& dadosFiltro,
                                               CListaDmc& listaPonteiros);
-    HRESULT FiltraPorArquivo(const CXVDadosCR_FiltroIntegracaoMiddleware& dadosFiltro, const CListaDmc& listaOrdenada,
-                             CListaDmc& listaPonteiros);
+    HRESULT FiltraPorArquivo(const CXVDadosCR_FiltroIntegracaoMiddleware& dadosFiltro,
+                             const CListaDmc& listaOrdenada, CListaDmc& listaPonteiros);
 
     // Key map and date-times.
     HRESULT GetPonteiroIndexChaveRegistroParaTerceiro(const REG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIRO_V2& reg,
                                                       XVUInt& uiPonteiro);
-    HRESULT GravaRegistroChave(const tagREG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIROPS& regPS);
-    HRESULT GetPonteiroIndexDataHoraIntegracao(const REG_CR_DATA_HORA_INTEGRACAO_TERCEIRO_V1& reg, XVUInt& uiPonteiro);
+    HRESULT GetPonteiroIndexDataHoraIntegracao(const REG_CR_DATA_HORA_INTEGRACAO_TERCEIRO_V1& reg,
+                                               XVUInt& uiPonteiro);
 
     IXVObservadorConversao* m_pObservadorConversao = nullptr;
 };

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "middleware/BaseMiddleware.h"
+#include "middleware/XVCheckOperacao.h"
 #include "middleware/XVOrdenacaoParalela.h"
 #include "suite/XVCR_BuffersPS.h"
 
@@ -21,16 +22,20 @@ bool PassaLimiteSuperior(REG_XVDMAHMSUTC regDataHora, REG_XVDMAHMSUTC regLimite)
            (regLimite.GetSegundos() == 0 || regDataHora.GetSegundos() <= regLimite.GetSegundos());
 }
 
-bool PassaNivel1(const CXVDadosCR_FiltroIntegracaoMiddleware& rFiltro, const REG_CR_INDEX_INTEGRACAO_V1& reg) {
+bool PassaNivel1(const CXVDadosCR_FiltroIntegracaoMiddleware& rFiltro,
+                 const REG_CR_INDEX_INTEGRACAO_V1& reg) {
     const XVUInt64 uiInicial = rFiltro.GetChaveIntegracaoSistemaTerceiroInicial();
     const XVUInt64 uiFinal = rFiltro.GetChaveIntegracaoSistemaTerceiroFinal();
-    return (rFiltro.GetQuantidadeStatusIntegracao() == 0 || rFiltro.FindStatusIntegracao(reg.eStatusIntegracao)) &&
-           (rFiltro.GetQuantidadeSistemaIntegracao() == 0 || rFiltro.FindSistemaIntegracao(reg.eSistemaIntegracao)) &&
+    return (rFiltro.GetQuantidadeStatusIntegracao() == 0 ||
+            rFiltro.FindStatusIntegracao(reg.eStatusIntegracao)) &&
+           (rFiltro.GetQuantidadeSistemaIntegracao() == 0 ||
+            rFiltro.FindSistemaIntegracao(reg.eSistemaIntegracao)) &&
            (uiInicial == 0 || reg.uiChaveIntegracaoSistemaTerceiro >= uiInicial) &&
            (uiFinal == 0 || reg.uiChaveIntegracaoSistemaTerceiro <= uiFinal);
 }
 
-bool PassaNivel2(const CXVDadosCR_FiltroIntegracaoMiddleware& rFiltro, const REG_CR_INTEGRACAO_MIDDLEWARE_V2& reg) {
+bool PassaNivel2(const CXVDadosCR_FiltroIntegracaoMiddleware& rFiltro,
+                 const REG_CR_INTEGRACAO_MIDDLEWARE_V2& reg) {
     return (rFiltro.GetQuantidadeTipoIntegracao() == 0 || rFiltro.FindTipoIntegracao(reg.eTipoIntegracao)) &&
            (rFiltro.GetQuantidadeTipoTransacao() == 0 || rFiltro.FindTipoTransacao(reg.eTipoTransacao)) &&
            PassaLimiteInferior(reg.regDataHoraInclusao, rFiltro.GetDataHoraInicialInclusao()) &&
@@ -42,7 +47,8 @@ bool PassaNivel2(const CXVDadosCR_FiltroIntegracaoMiddleware& rFiltro, const REG
 bool TemNivel2(const CXVDadosCR_FiltroIntegracaoMiddleware& rFiltro) {
     return rFiltro.GetQuantidadeTipoIntegracao() != 0 || rFiltro.GetQuantidadeTipoTransacao() != 0 ||
            !rFiltro.GetDataHoraInicialInclusao().EhNula() || !rFiltro.GetDataHoraFinalInclusao().EhNula() ||
-           !rFiltro.GetDataHoraInicialAlteracaoStatus().EhNula() || !rFiltro.GetDataHoraFinalAlteracaoStatus().EhNula();
+           !rFiltro.GetDataHoraInicialAlteracaoStatus().EhNula() ||
+           !rFiltro.GetDataHoraFinalAlteracaoStatus().EhNula();
 }
 
 }  // namespace
@@ -64,7 +70,8 @@ HRESULT CBaseMiddleware::BuscaPonteiros(const tagREG_CR_FILTRO_INTEGRACAO_MIDDLE
 
 HRESULT CBaseMiddleware::ValidaFiltroNivel1(const CXVDadosCR_FiltroIntegracaoMiddleware& dadosFiltro,
                                             CListaDmc& listaPonteiros) {
-    if (dadosFiltro.GetChaveIntegracaoSistemaTerceiroInicial() != 0 && dadosFiltro.GetQuantidadeSistemaIntegracao() != 0) {
+    if (dadosFiltro.GetChaveIntegracaoSistemaTerceiroInicial() != 0 &&
+        dadosFiltro.GetQuantidadeSistemaIntegracao() != 0) {
         XV_CHECK(BuscaRegistroIndexComChaveSistema(dadosFiltro, listaPonteiros));
         return S_OK;
     }
@@ -83,8 +90,7 @@ HRESULT CBaseMiddleware::ValidaFiltroNivel1(const CXVDadosCR_FiltroIntegracaoMid
         listaPonteiros = std::move(listaDmc);
         return S_OK;
     }
-    XV_CHECK(FiltraPorArquivo(dadosFiltro, listaDmc, listaPonteiros));
-    return S_OK;
+    return FiltraPorArquivo(dadosFiltro, listaDmc, listaPonteiros);
 }
 
 HRESULT CBaseMiddleware::FiltraPorArquivo(const CXVDadosCR_FiltroIntegracaoMiddleware& dadosFiltro,
@@ -96,7 +102,8 @@ HRESULT CBaseMiddleware::FiltraPorArquivo(const CXVDadosCR_FiltroIntegracaoMiddl
                                                 [dma](REG_XVDMC regDmc) { return regDmc.GetDma() == dma; });
         listaDmc.assign(itInicio, itFim);
         const XVUInt64 uiChaveArquivoUltimo = dma.ToChave();
-        XV_CHECK(ValidaFiltroNivel2(dadosFiltro, uiChaveArquivoUltimo, listaDmc, listaPonteiros));
+        XV_CHECK_EM("ValidaFiltroNivel1",
+                    ValidaFiltroNivel2(dadosFiltro, uiChaveArquivoUltimo, listaDmc, listaPonteiros));
         itInicio = itFim;
     }
     return S_OK;
@@ -116,27 +123,32 @@ HRESULT CBaseMiddleware::ValidaFiltroNivel2(const CXVDadosCR_FiltroIntegracaoMid
 }
 
 // Direct path: the lower key bound is the key itself; status and upper bound are not asked.
-HRESULT CBaseMiddleware::BuscaRegistroIndexComChaveSistema(const CXVDadosCR_FiltroIntegracaoMiddleware& dadosFiltro,
-                                                           CListaDmc& listaPonteiros) {
+HRESULT CBaseMiddleware::BuscaRegistroIndexComChaveSistema(
+    const CXVDadosCR_FiltroIntegracaoMiddleware& dadosFiltro, CListaDmc& listaPonteiros) {
     const XVUInt64 uiChave = dadosFiltro.GetChaveIntegracaoSistemaTerceiroInicial();
     const bool bNivel2 = TemNivel2(dadosFiltro);
     std::vector<XVUInt> listaPosicao;
     for (const XVUInt eSistema : dadosFiltro.GetListaSistemaIntegracao()) {
-        const XVUInt64 uiChaveIndex = CXVDataBase_CR_Middleware::GetChaveIndexSistemaTerceiro(uiChave, eSistema);
+        const XVUInt64 uiChaveIndex =
+            CXVDataBase_CR_Middleware::GetChaveIndexSistemaTerceiro(uiChave, eSistema);
         // clang-format off
         XV_CHECK(m_pDataBase->m_IndexIntegracao.ExisteIndex(uiChaveIndex, listaPosicao, EColuna_Indexacao_Middleware::eIndexacao_ChaveIntegracaoComSistemaTerceiro));
         // clang-format on
         for (const XVUInt uiPosicao : listaPosicao) {
             REG_CR_INDEX_INTEGRACAO_V1 regIndex;
             XV_CHECK(m_pDataBase->m_IndexIntegracao.Le(uiPosicao, &regIndex));
-            if (regIndex.uiChaveIntegracaoSistemaTerceiro != uiChave || regIndex.eSistemaIntegracao != eSistema) continue;
+            if (regIndex.uiChaveIntegracaoSistemaTerceiro != uiChave ||
+                regIndex.eSistemaIntegracao != eSistema)
+                continue;
             const REG_XVDMC regDmc = regIndex.regDmcIntegracao;
             if (bNivel2) {
                 REG_CR_INTEGRACAO_MIDDLEWARE_V2 regIntegracao;
-                XV_CHECK(m_pDataBase->m_Integracao.Le(regDmc.GetDma().ToChave(), regDmc.GetPonteiro(), &regIntegracao));
+                XV_CHECK(m_pDataBase->m_Integracao.Le(regDmc.GetDma().ToChave(), regDmc.GetPonteiro(),
+                                                      &regIntegracao));
                 if (!PassaNivel2(dadosFiltro, regIntegracao)) continue;
             }
-            if (listaPonteiros.empty() || !(listaPonteiros.back() == regDmc)) listaPonteiros.push_back(regDmc);
+            if (listaPonteiros.empty() || !(listaPonteiros.back() == regDmc))
+                listaPonteiros.push_back(regDmc);
         }
     }
     return S_OK;

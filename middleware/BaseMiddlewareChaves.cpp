@@ -6,13 +6,22 @@
 namespace {
 
 REG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIRO_V2 DePS(const tagREG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIROPS& reg) {
-    return {reg.uiChaveRegistroSistemaTerceiro, reg.regDmcRegistroTelvo, reg.uiBaseDadosTerceiro,
-            reg.eTipoIntegracao,                reg.eSistemaIntegracao,  reg.regDmcOrigemIntegracao};
+    return {reg.uiChaveRegistroSistemaTerceiro,
+            reg.regDmcRegistroTelvo,
+            reg.uiBaseDadosTerceiro,
+            reg.eTipoIntegracao,
+            reg.eSistemaIntegracao,
+            reg.regDmcOrigemIntegracao};
 }
 
-tagREG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIROPS ParaPS(const REG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIRO_V2& reg) {
-    return {reg.uiChaveRegistroSistemaTerceiro, reg.regDmcRegistroTelvo, reg.uiBaseDadosTerceiro,
-            reg.eTipoIntegracao,                reg.eSistemaIntegracao,  reg.regDmcOrigemIntegracao};
+tagREG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIROPS ParaPS(
+    const REG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIRO_V2& reg) {
+    return {reg.uiChaveRegistroSistemaTerceiro,
+            reg.regDmcRegistroTelvo,
+            reg.uiBaseDadosTerceiro,
+            reg.eTipoIntegracao,
+            reg.eSistemaIntegracao,
+            reg.regDmcOrigemIntegracao};
 }
 
 }  // namespace
@@ -40,20 +49,6 @@ HRESULT CBaseMiddleware::GetPonteiroIndexChaveRegistroParaTerceiro(const REG_CR_
     return S_OK;
 }
 
-HRESULT CBaseMiddleware::GravaRegistroChave(const tagREG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIROPS& regPS) {
-    REG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIRO_V2 reg = DePS(regPS);
-    XVUInt uiPonteiro = 0;
-    XV_CHECK(GetPonteiroIndexChaveRegistroParaTerceiro(reg, uiPonteiro));
-    if (uiPonteiro != 0 && regPS.regDmcOrigemIntegracao.EhNulo()) {
-        // An update that names no origin does not clear the one that is known.
-        REG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIRO_V2 regChaveRegistroTelvoAtual;
-        XV_CHECK(m_pDataBase->m_ChaveRegistroParaTerceiro.Le(uiPonteiro, &regChaveRegistroTelvoAtual));
-        reg.regDmcOrigemIntegracao = regChaveRegistroTelvoAtual.regDmcOrigemIntegracao;
-    }
-    XV_CHECK(m_pDataBase->m_ChaveRegistroParaTerceiro.Grava(uiPonteiro, reg));
-    return S_OK;
-}
-
 HRESULT CBaseMiddleware::GravaChaveRegistroTelvoParaTerceiro(const tagREG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIROPS& regPS) {
     XV_ESCOPO({"regDmcRegistroTelvo", regPS.regDmcRegistroTelvo.uiValor});
     using namespace XVValidacaoIntegracao;
@@ -65,7 +60,16 @@ HRESULT CBaseMiddleware::GravaChaveRegistroTelvoParaTerceiro(const tagREG_CR_CHA
     XV_CHECK(ValidaSistemaIntegracao(regPS.eSistemaIntegracao));
     const CXVAcessoDefault acesso(this);
     const auto bloqueio = BloqueiaAlteracao();
-    XV_CHECK(GravaRegistroChave(regPS));
+    REG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIRO_V2 reg = DePS(regPS);
+    XVUInt uiPonteiro = 0;
+    XV_CHECK(GetPonteiroIndexChaveRegistroParaTerceiro(reg, uiPonteiro));
+    if (uiPonteiro != 0 && regPS.regDmcOrigemIntegracao.EhNulo()) {
+        // An update that names no origin does not clear the one that is known.
+        REG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIRO_V2 regChaveRegistroTelvoAtual;
+        XV_CHECK(m_pDataBase->m_ChaveRegistroParaTerceiro.Le(uiPonteiro, &regChaveRegistroTelvoAtual));
+        reg.regDmcOrigemIntegracao = regChaveRegistroTelvoAtual.regDmcOrigemIntegracao;
+    }
+    XV_CHECK(m_pDataBase->m_ChaveRegistroParaTerceiro.Grava(uiPonteiro, reg));
     return S_OK;
 }
 

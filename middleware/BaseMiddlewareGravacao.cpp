@@ -1,5 +1,6 @@
 // CBaseMiddleware: recording and updating integrations.
 #include "middleware/BaseMiddleware.h"
+#include "middleware/XVCheckOperacao.h"
 #include "middleware/XVValidacaoIntegracao.h"
 
 // The text of a check is its trace text: such lines are not broken.
@@ -22,41 +23,40 @@ HRESULT CBaseMiddleware::GravaIntegracao(REG_XVDMC* pRegDmc, const tagREG_CR_INT
         XV_FALHA(E_XVCR_TENTATIVA_GRAVACAO_INTEGRACAO_COM_CHAVE_SISTEMA_TERCEIRO_ZERADA);
     const CXVAcessoDefault acesso(this);
     const auto bloqueio = BloqueiaAlteracao();
-    XV_CHECK(AlteraIntegracao(*pRegDmc, pregps));
-    return S_OK;
+    return AlteraIntegracao(*pRegDmc, pregps);
 }
 
 HRESULT CBaseMiddleware::AlteraIntegracao(REG_XVDMC regDmc, const tagREG_CR_INTEGRACAO_MIDDLEWAREPS* pregps) {
     const XVUInt64 uiChaveIndex = CXVDataBase_CR_Middleware::GetChaveIndex(regDmc);
     REG_CR_INDEX_INTEGRACAO_V1 regIndex;
-    XV_CHECK(m_pDataBase->m_IndexIntegracao.LeIndex(uiChaveIndex, &regIndex, EColuna_Indexacao_Middleware::eIndexacao_DMCIntegracao));
+    XV_CHECK_EM("GravaIntegracao", m_pDataBase->m_IndexIntegracao.LeIndex(uiChaveIndex, &regIndex, EColuna_Indexacao_Middleware::eIndexacao_DMCIntegracao));
     const XVUInt eStatusAnterior = regIndex.eStatusIntegracao;
     regIndex.eStatusIntegracao = pregps->eStatusIntegracao;
     regIndex.eSistemaIntegracao = pregps->eSistemaIntegracao;
     regIndex.uiChaveIntegracaoSistemaTerceiro = pregps->uiChaveIntegracaoSistemaTerceiro;
-    XV_CHECK(m_pDataBase->m_IndexIntegracao.GravaIndex(uiChaveIndex, regIndex, EColuna_Indexacao_Middleware::eIndexacao_DMCIntegracao));
+    XV_CHECK_EM("GravaIntegracao", m_pDataBase->m_IndexIntegracao.GravaIndex(uiChaveIndex, regIndex, EColuna_Indexacao_Middleware::eIndexacao_DMCIntegracao));
 
     REG_CR_INTEGRACAO_MIDDLEWARE_V2 regGrava = MontaRegistro(*pregps);
     const XVUInt64 uiChaveNomeArquivo = regDmc.GetDma().ToChave();
     XVUInt uiPosicao = regDmc.GetPonteiro();
     REG_CR_INTEGRACAO_MIDDLEWARE_V2 regLeitura;
-    XV_CHECK(m_pDataBase->m_Integracao.Le(uiChaveNomeArquivo, uiPosicao, &regLeitura));
+    XV_CHECK_EM("GravaIntegracao", m_pDataBase->m_Integracao.Le(uiChaveNomeArquivo, uiPosicao, &regLeitura));
     // Of the three texts two are replaced where they stand; the returned JSON is a new one or none.
     XVUInt ulPonteiroJSON = regLeitura.ulPonteiroJSONRegistro;
     XVUInt ulPonteiroMensagem = regLeitura.ulPonteiroMensagemRetorno;
     XVUInt ulPonteiroJSONRetorno = 0;
-    XV_CHECK_TEXTO(m_pDataBase->m_JSONIntegracao.Grava(uiChaveNomeArquivo, ulPonteiroJSON, CXVStringPS::RegToString(pregps->regRegistroJSON)),
+    XV_CHECK_TEXTO_EM("GravaIntegracao", m_pDataBase->m_JSONIntegracao.Grava(uiChaveNomeArquivo, ulPonteiroJSON, CXVStringPS::RegToString(pregps->regRegistroJSON)),
                    "m_pDataBase->m_JSONIntegracao.Grava(uiChaveNomeArquivo, regGrava.ulPonteiroJSONRegistro, CXVStringPS::RegToString(pregps->regRegistroJSON))");
-    XV_CHECK_TEXTO(m_pDataBase->m_MensagemIntegracao.Grava(uiChaveNomeArquivo, ulPonteiroMensagem, CXVStringPS::RegToString(pregps->regMensagemIntegracao)),
+    XV_CHECK_TEXTO_EM("GravaIntegracao", m_pDataBase->m_MensagemIntegracao.Grava(uiChaveNomeArquivo, ulPonteiroMensagem, CXVStringPS::RegToString(pregps->regMensagemIntegracao)),
                    "m_pDataBase->m_MensagemIntegracao.Grava(uiChaveNomeArquivo, regGrava.ulPonteiroMensagemRetorno, CXVStringPS::RegToString(pregps->regMensagemIntegracao))");
     if (pregps->regJSONRetornoIntegracao.ulQtdBytes != 0)
-        XV_CHECK_TEXTO(m_pDataBase->m_JSONRetornoIntegracao.Grava(uiChaveNomeArquivo, ulPonteiroJSONRetorno, CXVStringPS::RegToString(pregps->regJSONRetornoIntegracao)),
+        XV_CHECK_TEXTO_EM("GravaIntegracao", m_pDataBase->m_JSONRetornoIntegracao.Grava(uiChaveNomeArquivo, ulPonteiroJSONRetorno, CXVStringPS::RegToString(pregps->regJSONRetornoIntegracao)),
                        "m_pDataBase->m_JSONRetornoIntegracao.Grava(uiChaveNomeArquivo, regGrava.ulPonteiroJSONRetornoIntegracao, CXVStringPS::RegToString(pregps->regJSONRetornoIntegracao))");
     regGrava.ulPonteiroJSONRegistro = ulPonteiroJSON;
     regGrava.ulPonteiroMensagemRetorno = ulPonteiroMensagem;
     regGrava.ulPonteiroJSONRetornoIntegracao = ulPonteiroJSONRetorno;
     if (regIndex.eStatusIntegracao != eStatusAnterior) regGrava.regDataHoraAlteracaoStatus = REG_XVDMAHMSUTC::Agora();
-    XV_CHECK(m_pDataBase->m_Integracao.Grava(uiChaveNomeArquivo, uiPosicao, regGrava));
+    XV_CHECK_EM("GravaIntegracao", m_pDataBase->m_Integracao.Grava(uiChaveNomeArquivo, uiPosicao, regGrava));
     GravaLinhaLogGeral("GravaIntegracao", DFSLOG_Servico::eDFSLOG_Alteracao, regDmc,
                        pregps->uiChaveIntegracaoSistemaTerceiro, pregps->regDmcMovimentoOrigem);
     return S_OK;
@@ -122,9 +122,9 @@ HRESULT CBaseMiddleware::LocalizaIndexSistemaTerceiro(XVUInt64 uiChaveIntegracao
     const XVUInt64 uiChaveIndex =
         CXVDataBase_CR_Middleware::GetChaveIndexSistemaTerceiro(uiChaveIntegracaoSistemaTerceiro, eSistemaIntegracao);
     std::vector<XVUInt> listaPonteiros;
-    XV_CHECK(m_pDataBase->m_IndexIntegracao.ExisteIndex(uiChaveIndex, listaPonteiros, EColuna_Indexacao_Middleware::eIndexacao_ChaveIntegracaoComSistemaTerceiro));
+    XV_CHECK_EM("BuscaPosicaoIndexSistemaTerceiro", m_pDataBase->m_IndexIntegracao.ExisteIndex(uiChaveIndex, listaPonteiros, EColuna_Indexacao_Middleware::eIndexacao_ChaveIntegracaoComSistemaTerceiro));
     for (const XVUInt uiCandidata : listaPonteiros) {
-        XV_CHECK(m_pDataBase->m_IndexIntegracao.Le(uiCandidata, pregIndex));
+        XV_CHECK_EM("BuscaPosicaoIndexSistemaTerceiro", m_pDataBase->m_IndexIntegracao.Le(uiCandidata, pregIndex));
         if (pregIndex->uiChaveIntegracaoSistemaTerceiro != uiChaveIntegracaoSistemaTerceiro ||
             pregIndex->eSistemaIntegracao != eSistemaIntegracao)
             continue;

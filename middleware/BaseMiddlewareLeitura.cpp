@@ -2,6 +2,7 @@
 #include <limits>
 
 #include "middleware/BaseMiddleware.h"
+#include "middleware/XVCheckOperacao.h"
 #include "platform/XVAmbienteSO.h"
 #include "suite/XVCR_BuffersPS.h"
 
@@ -13,23 +14,30 @@ HRESULT CBaseMiddleware::LeIntegracao(REG_XVDMC regDmc, tagREG_CR_INTEGRACAO_MID
     XV_CHECK(ValidaAcesso());
     const CXVAcessoDefault acesso(this);
     CXVDadosCR_IntegracaoMiddleware dadosIntegracao;
-    XV_CHECK(LeDados(regDmc, &dadosIntegracao, ullFlagLeitura));
+    HRESULT hr = LeDados(regDmc, &dadosIntegracao, ullFlagLeitura);
+    if (FAILED(hr)) return hr;
     if ((ullFlagLeitura & k_ullConsultaSistemaTerceiro) != 0) {
-        XV_CHECK(CXVMiddlewareIntegracaoSistemas::BuscaDadosIntegracaoSistemasTerceiros(dadosIntegracao, nullptr, this));
-        XV_CHECK(CompletaComSistemaTerceiro(dadosIntegracao, (ullFlagLeitura & k_ullOperacaoPosterior) != 0));
+        XV_CHECK(CXVMiddlewareIntegracaoSistemas::BuscaDadosIntegracaoSistemasTerceiros(dadosIntegracao,
+                                                                                        nullptr, this));
+        hr = CompletaComSistemaTerceiro(dadosIntegracao, (ullFlagLeitura & k_ullOperacaoPosterior) != 0);
+        if (FAILED(hr)) return hr;
     }
     XV_CHECK(dadosIntegracao.CopiarParaPS(pRegIntegracaoPS));
     return S_OK;
 }
 
-HRESULT CBaseMiddleware::LeDados(REG_XVDMC regDmc, CXVDadosCR_IntegracaoMiddleware* pDados, XVUInt64 ullFlagLeitura) {
+HRESULT CBaseMiddleware::LeDados(REG_XVDMC regDmc, CXVDadosCR_IntegracaoMiddleware* pDados,
+                                 XVUInt64 ullFlagLeitura) {
     REG_CR_INDEX_INTEGRACAO_V1 regIndex;
     // clang-format off
-    XV_CHECK(m_pDataBase->m_IndexIntegracao.LeIndex(CXVDataBase_CR_Middleware::GetChaveIndex(regDmc), &regIndex, EColuna_Indexacao_Middleware::eIndexacao_DMCIntegracao));
+    XV_CHECK_EM("LeIntegracao", m_pDataBase->m_IndexIntegracao.LeIndex(CXVDataBase_CR_Middleware::GetChaveIndex(regDmc), &regIndex, EColuna_Indexacao_Middleware::eIndexacao_DMCIntegracao));
     // clang-format on
+    // The record may have passed to a newer integration between the look-up and the read.
+    if (!(regIndex.regDmcIntegracao == regDmc))
+        XV_FALHA_EM("LeIntegracao", E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA);
     const XVUInt64 uiChaveNomeArquivo = regDmc.GetDma().ToChave();
     REG_CR_INTEGRACAO_MIDDLEWARE_V2 reg;
-    XV_CHECK(m_pDataBase->m_Integracao.Le(uiChaveNomeArquivo, regDmc.GetPonteiro(), &reg));
+    XV_CHECK_EM("LeIntegracao", m_pDataBase->m_Integracao.Le(uiChaveNomeArquivo, regDmc.GetPonteiro(), &reg));
     pDados->regDmc = regDmc;
     pDados->regDmcIntegracaoOrigem = reg.regDmcIntegracaoOrigem;
     pDados->regDmcMovimentoOrigem = reg.regDmcMovimentoOrigem;
@@ -47,8 +55,7 @@ HRESULT CBaseMiddleware::LeDados(REG_XVDMC regDmc, CXVDadosCR_IntegracaoMiddlewa
     pDados->ulPonteiroAuxiliar = reg.ulPonteiroAuxiliar;
     pDados->cReconsultarIdTerceiros = reg.cReconsultarIdTerceiros;
     pDados->ucTipoPonteiroAuxiliar = reg.ucTipoPonteiroAuxiliar;
-    XV_CHECK(LeTextos(uiChaveNomeArquivo, reg, pDados, ullFlagLeitura));
-    return S_OK;
+    return LeTextos(uiChaveNomeArquivo, reg, pDados, ullFlagLeitura);
 }
 
 HRESULT CBaseMiddleware::LeTextos(XVUInt64 uiChaveNomeArquivo, const REG_CR_INTEGRACAO_MIDDLEWARE_V2& reg,
@@ -58,11 +65,11 @@ HRESULT CBaseMiddleware::LeTextos(XVUInt64 uiChaveNomeArquivo, const REG_CR_INTE
     std::string& sJSONRetornoIntegracao = pDados->sJSONRetornoIntegracao;
     // clang-format off
     if ((ullFlagLeitura & k_ullLeJSON) != 0 && reg.ulPonteiroJSONRegistro != 0)
-        XV_CHECK(m_pDataBase->m_JSONIntegracao.Le(uiChaveNomeArquivo, reg.ulPonteiroJSONRegistro, &sJSON));
+        XV_CHECK_EM("LeIntegracao", m_pDataBase->m_JSONIntegracao.Le(uiChaveNomeArquivo, reg.ulPonteiroJSONRegistro, &sJSON));
     if ((ullFlagLeitura & k_ullLeMensagem) != 0 && reg.ulPonteiroMensagemRetorno != 0)
-        XV_CHECK(m_pDataBase->m_MensagemIntegracao.Le(uiChaveNomeArquivo, reg.ulPonteiroMensagemRetorno, &sMensagem));
+        XV_CHECK_EM("LeIntegracao", m_pDataBase->m_MensagemIntegracao.Le(uiChaveNomeArquivo, reg.ulPonteiroMensagemRetorno, &sMensagem));
     if ((ullFlagLeitura & k_ullLeJSONRetorno) != 0 && reg.ulPonteiroJSONRetornoIntegracao != 0)
-        XV_CHECK(m_pDataBase->m_JSONRetornoIntegracao.Le(uiChaveNomeArquivo, reg.ulPonteiroJSONRetornoIntegracao, &sJSONRetornoIntegracao));
+        XV_CHECK_EM("LeIntegracao", m_pDataBase->m_JSONRetornoIntegracao.Le(uiChaveNomeArquivo, reg.ulPonteiroJSONRetornoIntegracao, &sJSONRetornoIntegracao));
     // clang-format on
     return S_OK;
 }
@@ -70,8 +77,8 @@ HRESULT CBaseMiddleware::LeTextos(XVUInt64 uiChaveNomeArquivo, const REG_CR_INTE
 HRESULT CBaseMiddleware::CompletaComSistemaTerceiro(CXVDadosCR_IntegracaoMiddleware& dadosIntegracao,
                                                     bool bOperacaoPosterior) {
     CXVMiddlewareFacade facade;
-    XV_CHECK(facade.Inicializa(this));
-    XV_CHECK(facade.RealizaOperacaoAnterior(dadosIntegracao));
+    XV_CHECK_EM("LeIntegracao", facade.Inicializa(this));
+    XV_CHECK_EM("LeIntegracao", facade.RealizaOperacaoAnterior(dadosIntegracao));
     if (!bOperacaoPosterior) return S_OK;
     CXVDadosCR_ParametrosIntegracao dadosParametrosIntegracao;
     dadosParametrosIntegracao.regDmcOrigem = dadosIntegracao.regDmcMovimentoOrigem;
@@ -81,7 +88,7 @@ HRESULT CBaseMiddleware::CompletaComSistemaTerceiro(CXVDadosCR_IntegracaoMiddlew
     dadosParametrosIntegracao.eTipoTransacao = dadosIntegracao.eTipoTransacao;
     dadosParametrosIntegracao.ulPonteiroFilial = dadosIntegracao.ulPonteiroFilial;
     dadosParametrosIntegracao.uiBaseDadosTerceiro = dadosIntegracao.uiBaseDadosTerceiro;
-    XV_CHECK(facade.RealizaOperacaoPosterior(dadosParametrosIntegracao));
+    XV_CHECK_EM("LeIntegracao", facade.RealizaOperacaoPosterior(dadosParametrosIntegracao));
     return S_OK;
 }
 
@@ -90,16 +97,21 @@ HRESULT CBaseMiddleware::LeDadosDaLista(const _REG_DF_LISTA_XVDMCPS& rListaPS,
                                         XVUInt64 ullFlagLeitura) {
     listaDadosIntegracao.resize(rListaPS.ulQuantidade);
     for (XVUInt i = 0; i < rListaPS.ulQuantidade; ++i)
-        XV_CHECK(LeDados(rListaPS.pLista[i], &listaDadosIntegracao[i], ullFlagLeitura));
+        XV_CHECK_TEXTO_EM("LeIntegracoes",
+                          LeDados(rListaPS.pLista[i], &listaDadosIntegracao[i], ullFlagLeitura),
+                          "LeIntegracao(regDmc, pRegIntegracaoPS, ullFlagLeitura)");
     if ((ullFlagLeitura & k_ullConsultaSistemaTerceiro) == 0) return S_OK;
-    XV_CHECK(CXVMiddlewareIntegracaoSistemas::BuscaDadosIntegracaoSistemasTerceiros(listaDadosIntegracao, this));
+    XV_CHECK_EM("LeIntegracoes", CXVMiddlewareIntegracaoSistemas::BuscaDadosIntegracaoSistemasTerceiros(
+                                     listaDadosIntegracao, this));
     for (CXVDadosCR_IntegracaoMiddleware& dadosIntegracao : listaDadosIntegracao)
-        XV_CHECK(CompletaComSistemaTerceiro(dadosIntegracao, (ullFlagLeitura & k_ullOperacaoPosterior) != 0));
+        XV_CHECK_EM("LeIntegracoes", CompletaComSistemaTerceiro(
+                                         dadosIntegracao, (ullFlagLeitura & k_ullOperacaoPosterior) != 0));
     return S_OK;
 }
 
 HRESULT CBaseMiddleware::LeIntegracoes(const _REG_DF_LISTA_XVDMCPS& rListaPS, XVUInt* pulQuantidade,
-                                       tagREG_CR_INTEGRACAO_MIDDLEWAREPS** ppRegIntegracaoPS, XVUInt64 ullFlagLeitura) {
+                                       tagREG_CR_INTEGRACAO_MIDDLEWAREPS** ppRegIntegracaoPS,
+                                       XVUInt64 ullFlagLeitura) {
     XV_ESCOPO({"ulQuantidade", XVUInt64{rListaPS.ulQuantidade}}, {"ullFlagLeitura", ullFlagLeitura});
     if (pulQuantidade == nullptr || ppRegIntegracaoPS == nullptr) XV_FALHA(E_POINTER);
     *pulQuantidade = 0;
@@ -109,15 +121,16 @@ HRESULT CBaseMiddleware::LeIntegracoes(const _REG_DF_LISTA_XVDMCPS& rListaPS, XV
     if (rListaPS.pLista == nullptr) XV_FALHA(E_INVALIDARG);
     const CXVAcessoDefault acesso(this);
     std::vector<CXVDadosCR_IntegracaoMiddleware> listaDadosIntegracao;
-    XV_CHECK(LeDadosDaLista(rListaPS, listaDadosIntegracao, ullFlagLeitura));
+    HRESULT hr = LeDadosDaLista(rListaPS, listaDadosIntegracao, ullFlagLeitura);
+    if (FAILED(hr)) return hr;
 
-    if (listaDadosIntegracao.size() > std::numeric_limits<std::size_t>::max() / sizeof(tagREG_CR_INTEGRACAO_MIDDLEWAREPS))
+    if (listaDadosIntegracao.size() >
+        std::numeric_limits<std::size_t>::max() / sizeof(tagREG_CR_INTEGRACAO_MIDDLEWAREPS))
         XV_FALHA(E_OUTOFMEMORY);
     auto* pRegs = static_cast<tagREG_CR_INTEGRACAO_MIDDLEWAREPS*>(
         XVAmbienteSO::AlocaSaida(listaDadosIntegracao.size() * sizeof(tagREG_CR_INTEGRACAO_MIDDLEWAREPS)));
     if (pRegs == nullptr) XV_FALHA(E_OUTOFMEMORY);
     std::fill_n(pRegs, listaDadosIntegracao.size(), tagREG_CR_INTEGRACAO_MIDDLEWAREPS{});
-    HRESULT hr = S_OK;
     for (std::size_t i = 0; i < listaDadosIntegracao.size() && SUCCEEDED(hr); ++i) {
         hr = listaDadosIntegracao[i].CopiarParaPS(&pRegs[i]);
         listaDadosIntegracao[i] = {};  // its texts now stand in the output

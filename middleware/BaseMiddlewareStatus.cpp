@@ -1,5 +1,6 @@
 // CBaseMiddleware: the status that an external system returned.
 #include "middleware/BaseMiddleware.h"
+#include "middleware/XVCheckOperacao.h"
 #include "middleware/XVValidacaoIntegracao.h"
 
 // The text of a check is its trace text: such lines are not broken.
@@ -18,9 +19,8 @@ HRESULT CBaseMiddleware::GravaStatusIntegracao(tagREG_CR_STATUS_INTEGRACAO_MIDDL
     const auto bloqueio = BloqueiaAlteracao();
     REG_CR_INDEX_INTEGRACAO_V1 regIndex;
     XVUInt uiPosicaoIndex = 0;
-    XV_CHECK(LocalizaIndexDoStatus(regStatusIntegracaoPS, &regIndex, uiPosicaoIndex));
-    XV_CHECK(AplicaStatus(regStatusIntegracaoPS, regIndex, uiPosicaoIndex));
-    return S_OK;
+    const HRESULT hr = LocalizaIndexDoStatus(regStatusIntegracaoPS, &regIndex, uiPosicaoIndex);
+    return FAILED(hr) ? hr : AplicaStatus(regStatusIntegracaoPS, regIndex, uiPosicaoIndex);
 }
 
 HRESULT CBaseMiddleware::LocalizaIndexDoStatus(const tagREG_CR_STATUS_INTEGRACAO_MIDDLEWAREPS& regStatus,
@@ -28,17 +28,17 @@ HRESULT CBaseMiddleware::LocalizaIndexDoStatus(const tagREG_CR_STATUS_INTEGRACAO
     if (!regStatus.regDmc.EhNulo()) {
         // Not found: position 0, and the read answers its position-zero error.
         const XVUInt64 uiChaveIndex = CXVDataBase_CR_Middleware::GetChaveIndex(regStatus.regDmc);
-        XV_CHECK(m_pDataBase->m_IndexIntegracao.ExisteIndex(uiChaveIndex, uiPosicaoIndex, EColuna_Indexacao_Middleware::eIndexacao_DMCIntegracao));
-        XV_CHECK_TEXTO(m_pDataBase->m_IndexIntegracao.Le(uiPosicaoIndex, pregIndex),
+        XV_CHECK_EM("GravaStatusIntegracao", m_pDataBase->m_IndexIntegracao.ExisteIndex(uiChaveIndex, uiPosicaoIndex, EColuna_Indexacao_Middleware::eIndexacao_DMCIntegracao));
+        XV_CHECK_TEXTO_EM("GravaStatusIntegracao", m_pDataBase->m_IndexIntegracao.Le(uiPosicaoIndex, pregIndex),
                        "m_pDataBase->m_IndexIntegracao.Le(uiPosicaoIndex, &regIndex)");
         return S_OK;
     }
     if (CXVDataBase_CR_Middleware::GetChaveIndexSistemaTerceiro(regStatus.uiChaveIntegracaoSistemaTerceiro,
                                                                 regStatus.eSistemaIntegracao) == 0)
-        XV_FALHA(E_XVCR_INDEXACAO_CHAVE_INTEGRACAO_SISTEMA_TERCEIRO_ZERADA);
-    XV_CHECK(LocalizaIndexSistemaTerceiro(regStatus.uiChaveIntegracaoSistemaTerceiro, regStatus.eSistemaIntegracao,
+        XV_FALHA_EM("GravaStatusIntegracao", E_XVCR_INDEXACAO_CHAVE_INTEGRACAO_SISTEMA_TERCEIRO_ZERADA);
+    XV_CHECK_EM("GravaStatusIntegracao", LocalizaIndexSistemaTerceiro(regStatus.uiChaveIntegracaoSistemaTerceiro, regStatus.eSistemaIntegracao,
                                           pregIndex, uiPosicaoIndex));
-    if (uiPosicaoIndex == 0) XV_FALHA(E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA);
+    if (uiPosicaoIndex == 0) XV_FALHA_EM("GravaStatusIntegracao", E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA);
     return S_OK;
 }
 
@@ -48,26 +48,26 @@ HRESULT CBaseMiddleware::AplicaStatus(const tagREG_CR_STATUS_INTEGRACAO_MIDDLEWA
     const XVUInt64 uiChaveNomeArquivo = regDmc.GetDma().ToChave();
     XVUInt uiPosicao = regDmc.GetPonteiro();
     REG_CR_INTEGRACAO_MIDDLEWARE_V2 regIntegracao;
-    XV_CHECK(m_pDataBase->m_Integracao.Le(uiChaveNomeArquivo, uiPosicao, &regIntegracao));
+    XV_CHECK_EM("GravaStatusIntegracao", m_pDataBase->m_Integracao.Le(uiChaveNomeArquivo, uiPosicao, &regIntegracao));
     regIntegracao.regDataHoraAlteracaoStatus = REG_XVDMAHMSUTC::Agora();
     if (regStatus.eStatusIntegracao == eXVSMiddleware_Cancelado)
         regIntegracao.ulPonteiroUsuarioCancelamento = GetUsuario();
 
     regIndex.eStatusIntegracao = regStatus.eStatusIntegracao;
-    XV_CHECK(m_pDataBase->m_IndexIntegracao.Grava(uiPosicaoIndex, regIndex));
+    XV_CHECK_EM("GravaStatusIntegracao", m_pDataBase->m_IndexIntegracao.Grava(uiPosicaoIndex, regIndex));
     GravaLinhaLogGeral("GravaStatusIntegracao", DFSLOG_Servico::eDFSLOG_Alteracao, regDmc,
                        regIndex.uiChaveIntegracaoSistemaTerceiro, regIntegracao.regDmcMovimentoOrigem);
 
     XVUInt ulPonteiroJSONRetorno = regIntegracao.ulPonteiroJSONRetornoIntegracao;
     XVUInt ulPonteiroMensagem = regIntegracao.ulPonteiroMensagemRetorno;
     if (regStatus.regJSONRetornoIntegracao.ulQtdBytes != 0)
-        XV_CHECK_TEXTO(m_pDataBase->m_JSONRetornoIntegracao.Grava(uiChaveNomeArquivo, ulPonteiroJSONRetorno, CXVStringPS::RegToString(regStatus.regJSONRetornoIntegracao)),
+        XV_CHECK_TEXTO_EM("GravaStatusIntegracao", m_pDataBase->m_JSONRetornoIntegracao.Grava(uiChaveNomeArquivo, ulPonteiroJSONRetorno, CXVStringPS::RegToString(regStatus.regJSONRetornoIntegracao)),
                        "m_pDataBase->m_JSONRetornoIntegracao.Grava(uiChaveNomeArquivo, regIntegracao.ulPonteiroJSONRetornoIntegracao, CXVStringPS::RegToString(regStatusIntegracaoPS.regJSONRetornoIntegracao))");
-    XV_CHECK_TEXTO(m_pDataBase->m_MensagemIntegracao.Grava(uiChaveNomeArquivo, ulPonteiroMensagem, CXVStringPS::RegToString(regStatus.regMensagemIntegracao)),
+    XV_CHECK_TEXTO_EM("GravaStatusIntegracao", m_pDataBase->m_MensagemIntegracao.Grava(uiChaveNomeArquivo, ulPonteiroMensagem, CXVStringPS::RegToString(regStatus.regMensagemIntegracao)),
                    "m_pDataBase->m_MensagemIntegracao.Grava(uiChaveNomeArquivo, regIntegracao.ulPonteiroMensagemRetorno, CXVStringPS::RegToString(regStatusIntegracaoPS.regMensagemIntegracao))");
     regIntegracao.ulPonteiroJSONRetornoIntegracao = ulPonteiroJSONRetorno;
     regIntegracao.ulPonteiroMensagemRetorno = ulPonteiroMensagem;
-    XV_CHECK(m_pDataBase->m_Integracao.Grava(uiChaveNomeArquivo, uiPosicao, regIntegracao));
+    XV_CHECK_EM("GravaStatusIntegracao", m_pDataBase->m_Integracao.Grava(uiChaveNomeArquivo, uiPosicao, regIntegracao));
     return S_OK;
 }
 // clang-format on

@@ -1,6 +1,7 @@
 // CBaseMiddleware: the exchange with external systems. The store's lock is taken only by the recording
 // of each result, never while a provider works.
 #include "middleware/BaseMiddleware.h"
+#include "middleware/XVCheckOperacao.h"
 #include "middleware/XVValidacaoIntegracao.h"
 
 namespace {
@@ -39,7 +40,8 @@ HRESULT CBaseMiddleware::GetListaDadosIntegracaoPendente(const tagREG_CR_INTEGRA
 // All systems are asked for before the first item is exchanged or stored.
 HRESULT CBaseMiddleware::ValidaProvedores(const CListaPendencias& listaDados) const {
     for (const auto& rItem : listaDados)
-        if (!EhItemIgnorado(rItem) && CXVProvedores::Busca(rItem.eSistemaIntegracao) == nullptr) XV_FALHA(E_NOTIMPL);
+        if (!EhItemIgnorado(rItem) && CXVProvedores::Busca(rItem.eSistemaIntegracao) == nullptr)
+            XV_FALHA(E_NOTIMPL);
     return S_OK;
 }
 
@@ -48,7 +50,8 @@ HRESULT CBaseMiddleware::GravaIntegracaoInstantanea(REG_XVDMC* pDmcRegistroIndex
     XV_ESCOPO({"regDmc", pDmcRegistroIndex != nullptr ? pDmcRegistroIndex->uiValor : 0});
     if (pDmcRegistroIndex == nullptr) XV_FALHA(E_POINTER);
     XV_CHECK(ValidaAcessoGravacao());
-    if (!pDmcRegistroIndex->EhNulo()) XV_CHECK(XVValidacaoIntegracao::ValidaDmcIntegracao(*pDmcRegistroIndex));
+    if (!pDmcRegistroIndex->EhNulo())
+        XV_CHECK(XVValidacaoIntegracao::ValidaDmcIntegracao(*pDmcRegistroIndex));
     XV_CHECK(ValidaRegistro(regIntegracaoPS));
     const CXVAcessoDefault acesso(this);
 
@@ -71,17 +74,19 @@ HRESULT CBaseMiddleware::GravaIntegracaoInstantanea(REG_XVDMC* pDmcRegistroIndex
     for (const auto& rItem : listaDados) {
         if (EhItemIgnorado(rItem)) continue;
         REG_XVDMC regDmcItem = regDmcDoChamador;
-        XV_CHECK(TrocaItem(facade, rItem, regPS, &regDmcItem));
+        const HRESULT hr = TrocaItem(facade, rItem, regPS, &regDmcItem);
+        if (FAILED(hr)) return hr;
         *pDmcRegistroIndex = regDmcItem;
     }
     return S_OK;
 }
 
 // One item: every field starts from the caller's record, nothing comes from the item before.
-HRESULT CBaseMiddleware::TrocaItem(CXVMiddlewareFacade& facade, const CXVDadosCR_PendenciaIntegracaoSistema& rItem,
+HRESULT CBaseMiddleware::TrocaItem(CXVMiddlewareFacade& facade,
+                                   const CXVDadosCR_PendenciaIntegracaoSistema& rItem,
                                    const tagREG_CR_INTEGRACAO_MIDDLEWAREPS& regPS, REG_XVDMC* pDmc) {
     CXVDadosCR_IntegracaoMiddleware dadosIntegreacaoMidleware;
-    XV_CHECK(dadosIntegreacaoMidleware.CopiarDe(regPS));
+    XV_CHECK_EM("GravaIntegracaoInstantanea", dadosIntegreacaoMidleware.CopiarDe(regPS));
     dadosIntegreacaoMidleware.eSistemaIntegracao = rItem.eSistemaIntegracao;
     dadosIntegreacaoMidleware.regDmcMovimentoOrigem = rItem.regDmcOrigem;
     dadosIntegreacaoMidleware.sRegistroJSON = rItem.sJSON;
@@ -92,41 +97,50 @@ HRESULT CBaseMiddleware::TrocaItem(CXVMiddlewareFacade& facade, const CXVDadosCR
         // The external system knows an existing integration by its own key.
         REG_CR_INDEX_INTEGRACAO_V1 regIndex;
         // clang-format off
-        XV_CHECK(m_pDataBase->m_IndexIntegracao.LeIndex(CXVDataBase_CR_Middleware::GetChaveIndex(*pDmc), &regIndex, EColuna_Indexacao_Middleware::eIndexacao_DMCIntegracao));
+        XV_CHECK_EM("GravaIntegracaoInstantanea", m_pDataBase->m_IndexIntegracao.LeIndex(CXVDataBase_CR_Middleware::GetChaveIndex(*pDmc), &regIndex, EColuna_Indexacao_Middleware::eIndexacao_DMCIntegracao));
         // clang-format on
-        dadosIntegreacaoMidleware.uiChaveIntegracaoSistemaTerceiro = regIndex.uiChaveIntegracaoSistemaTerceiro;
+        dadosIntegreacaoMidleware.uiChaveIntegracaoSistemaTerceiro =
+            regIndex.uiChaveIntegracaoSistemaTerceiro;
     }
-    XV_CHECK(facade.RealizaOperacaoAnterior(dadosIntegreacaoMidleware));
-    XV_CHECK(ExecutaTransacao(dadosIntegreacaoMidleware, pDmc));
+    XV_CHECK_EM("GravaIntegracaoInstantanea", facade.RealizaOperacaoAnterior(dadosIntegreacaoMidleware));
+    const HRESULT hr = ExecutaTransacao(dadosIntegreacaoMidleware, pDmc);
+    if (FAILED(hr)) return hr;
 
-    CXVDadosCR_ParametrosIntegracao dadosParametrosIntegracao = MontaParametros(dadosIntegreacaoMidleware.ComoRegistro());
+    CXVDadosCR_ParametrosIntegracao dadosParametrosIntegracao =
+        MontaParametros(dadosIntegreacaoMidleware.ComoRegistro());
     dadosParametrosIntegracao.regDmcOrigem = rItem.regDmcOrigem;
     dadosParametrosIntegracao.regDmcIntegracao = *pDmc;
-    XV_CHECK(facade.RealizaOperacaoPosterior(dadosParametrosIntegracao));
+    XV_CHECK_EM("GravaIntegracaoInstantanea", facade.RealizaOperacaoPosterior(dadosParametrosIntegracao));
     return S_OK;
 }
 
-HRESULT CBaseMiddleware::ExecutaTransacao(CXVDadosCR_IntegracaoMiddleware& dados, REG_XVDMC* pDmcRegistroIndex) {
+HRESULT CBaseMiddleware::ExecutaTransacao(CXVDadosCR_IntegracaoMiddleware& dados,
+                                          REG_XVDMC* pDmcRegistroIndex) {
     tagREG_CR_INTEGRACAO_MIDDLEWAREPS regPS{};
     switch (dados.eTipoTransacao) {
         case eXVSMiddleware_Inclusao:
-            XV_CHECK(CXVMiddlewareIntegracaoSistemas::EnviaJsonIntegracaoSistemasTerceiros(dados, this));
+            XV_CHECK_EM("GravaIntegracaoInstantanea",
+                        CXVMiddlewareIntegracaoSistemas::EnviaJsonIntegracaoSistemasTerceiros(dados, this));
             regPS = dados.ComoRegistro();
-            XV_CHECK(GravaInternalIntegracao(pDmcRegistroIndex, &regPS));
+            XV_CHECK_EM("GravaIntegracaoInstantanea", GravaInternalIntegracao(pDmcRegistroIndex, &regPS));
             break;
         case eXVSMiddleware_Alteracao:
             if (pDmcRegistroIndex->EhNulo()) break;
-            XV_CHECK(CXVMiddlewareIntegracaoSistemas::BuscaDadosIntegracaoSistemasTerceiros(dados, nullptr, this));
+            XV_CHECK_EM(
+                "GravaIntegracaoInstantanea",
+                CXVMiddlewareIntegracaoSistemas::BuscaDadosIntegracaoSistemasTerceiros(dados, nullptr, this));
             regPS = dados.ComoRegistro();
-            XV_CHECK(GravaIntegracao(pDmcRegistroIndex, &regPS));
+            XV_CHECK_EM("GravaIntegracaoInstantanea", GravaIntegracao(pDmcRegistroIndex, &regPS));
             break;
         case eXVSMiddleware_Exclusao:
-            XV_CHECK(CXVMiddlewareIntegracaoSistemas::ExcluiDadosIntegracaoSistemasTerceiros(dados, this));
+            XV_CHECK_EM("GravaIntegracaoInstantanea",
+                        CXVMiddlewareIntegracaoSistemas::ExcluiDadosIntegracaoSistemasTerceiros(dados, this));
             if (dados.eStatusIntegracao != eXVSMiddleware_Cancelado) break;
             regPS = dados.ComoRegistro();
-            XV_CHECK(GravaIntegracao(pDmcRegistroIndex, &regPS));
+            XV_CHECK_EM("GravaIntegracaoInstantanea", GravaIntegracao(pDmcRegistroIndex, &regPS));
             break;
-        default: break;
+        default:
+            break;
     }
     return S_OK;
 }
@@ -146,8 +160,11 @@ HRESULT CBaseMiddleware::GravaPendenciaIntegracao(REG_XVDMC regDmcIntegracaoOrig
     XV_CHECK(GetListaDadosIntegracaoPendente(regPS, listaDados));
     CXVMiddlewareFacade facade;
     XV_CHECK(facade.Inicializa(this));
-    for (const auto& rItem : listaDados)
-        if (!EhItemIgnorado(rItem)) XV_CHECK(GravaItemPendente(facade, rItem, regPS));
+    for (const auto& rItem : listaDados) {
+        if (EhItemIgnorado(rItem)) continue;
+        const HRESULT hr = GravaItemPendente(facade, rItem, regPS);
+        if (FAILED(hr)) return hr;
+    }
     return S_OK;
 }
 
@@ -155,7 +172,7 @@ HRESULT CBaseMiddleware::GravaItemPendente(CXVMiddlewareFacade& facade,
                                            const CXVDadosCR_PendenciaIntegracaoSistema& rItem,
                                            const tagREG_CR_INTEGRACAO_MIDDLEWAREPS& regBase) {
     CXVDadosCR_IntegracaoMiddleware dados;
-    XV_CHECK(dados.CopiarDe(regBase));
+    XV_CHECK_EM("GravaPendenciaIntegracao", dados.CopiarDe(regBase));
     dados.eStatusIntegracao = eXVSMiddleware_Pendente;
     dados.regDmcMovimentoOrigem = rItem.regDmcOrigem;
     dados.eSistemaIntegracao = rItem.eSistemaIntegracao;
@@ -167,7 +184,7 @@ HRESULT CBaseMiddleware::GravaItemPendente(CXVMiddlewareFacade& facade,
 
     CXVDadosCR_ParametrosIntegracao dadosParamentrosIntegracao = MontaParametros(dados.ComoRegistro());
     dadosParamentrosIntegracao.regDmcOrigem = rItem.regDmcOrigem;
-    XV_CHECK(facade.AtualizaParametrosIntegracao(dadosParamentrosIntegracao));
+    XV_CHECK_EM("GravaPendenciaIntegracao", facade.AtualizaParametrosIntegracao(dadosParamentrosIntegracao));
     dados.eTipoIntegracao = dadosParamentrosIntegracao.eTipoIntegracao;
     dados.eTipoTransacao = dadosParamentrosIntegracao.eTipoTransacao;
     dados.ulPonteiroFilial = dadosParamentrosIntegracao.ulPonteiroFilial;
@@ -176,20 +193,20 @@ HRESULT CBaseMiddleware::GravaItemPendente(CXVMiddlewareFacade& facade,
 
     REG_XVDMC regDmc;
     const tagREG_CR_INTEGRACAO_MIDDLEWAREPS regPS = dados.ComoRegistro();
-    XV_CHECK(GravaInternalIntegracao(&regDmc, &regPS));
-    if (dados.regDmcMovimentoOrigem.EhNulo()) return S_OK;
+    XV_CHECK_EM("GravaPendenciaIntegracao", GravaInternalIntegracao(&regDmc, &regPS));
     tagREG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIROPS regPSChave{};
     regPSChave.regDmcRegistroTelvo = dados.regDmcMovimentoOrigem;
     regPSChave.uiBaseDadosTerceiro = dados.uiBaseDadosTerceiro;
     regPSChave.eTipoIntegracao = dados.eTipoIntegracao;
     regPSChave.eSistemaIntegracao = dados.eSistemaIntegracao;
     regPSChave.regDmcOrigemIntegracao = regDmc;
-    XV_CHECK(GravaChaveRegistroTelvoParaTerceiroPendente(regPSChave));
+    XV_CHECK_EM("GravaPendenciaIntegracao", GravaChaveRegistroTelvoParaTerceiroPendente(regPSChave));
     return S_OK;
 }
 
-HRESULT CBaseMiddleware::BuscaDadosSistemaTerceiro(const tagREG_CR_CONSULTA_SISTEMA_TERCEIROPS& regConsultaPS,
-                                                   tagREG_CR_STATUS_CONSULTA_SISTEMA_TERCEIROPS* pRegStatusPS) {
+HRESULT CBaseMiddleware::BuscaDadosSistemaTerceiro(
+    const tagREG_CR_CONSULTA_SISTEMA_TERCEIROPS& regConsultaPS,
+    tagREG_CR_STATUS_CONSULTA_SISTEMA_TERCEIROPS* pRegStatusPS) {
     XV_ESCOPO({"eTipoConsulta", XVUInt64{regConsultaPS.eTipoConsulta}});
     if (pRegStatusPS == nullptr) XV_FALHA(E_POINTER);
     *pRegStatusPS = {};
@@ -201,7 +218,8 @@ HRESULT CBaseMiddleware::BuscaDadosSistemaTerceiro(const tagREG_CR_CONSULTA_SIST
     CXVDadosCR_StatusConsultaSistemaTerceiro dadosStatusConsultaSistemaTerceiro;
     CXVMiddlewareFacade facade;
     XV_CHECK(facade.Inicializa(this));
-    XV_CHECK(facade.BuscaDadosSistemaTerceiro(dadosConsultaSistemaTerceiro, dadosStatusConsultaSistemaTerceiro));
+    XV_CHECK(
+        facade.BuscaDadosSistemaTerceiro(dadosConsultaSistemaTerceiro, dadosStatusConsultaSistemaTerceiro));
     XV_CHECK(dadosStatusConsultaSistemaTerceiro.CopiarParaPS(pRegStatusPS));
     return S_OK;
 }

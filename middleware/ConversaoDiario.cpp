@@ -2,6 +2,7 @@
 //
 // u64 signature, u16 step, u16 zero, u32 number of names, then each name as u32 length and bytes, then the
 // CRC-64 of everything before it. All integers little-endian.
+#include <algorithm>
 #include <cstring>
 #include <memory>
 
@@ -95,8 +96,12 @@ HRESULT CXVConversaoMiddleware::LeDiario(XVUShort usPasso, CListaNomes* plistaNo
         sDiario.resize(static_cast<std::size_t>(uiTamanho));
         if (!sDiario.empty()) erro = pArquivo->Le(0, sDiario.data(), sDiario.size());
     }
-    if (!erro.Ok()) XV_CHECK_TEXTO(XVCodigosArquivo::DeExcecao(erro.GetCausa()).hr, "LeDiario(usPasso, plistaNomes)");
-    *pbValido = Interpreta(sDiario, usPasso, plistaNomes);
+    if (!erro.Ok())
+        XV_CHECK_TEXTO(XVCodigosArquivo::DeExcecao(erro.GetCausa()).hr, "LeDiario(usPasso, plistaNomes)");
+    // A name that is no file of the step makes it none of ours.
+    *pbValido = Interpreta(sDiario, usPasso, plistaNomes) &&
+                std::all_of(plistaNomes->begin(), plistaNomes->end(),
+                            [usPasso](const std::string& sNome) { return EhArquivoDoPasso(usPasso, sNome); });
     return S_OK;
 }
 
@@ -105,6 +110,8 @@ HRESULT CXVConversaoMiddleware::RemoveDiario() {
     XV_CHECK(MontaPath(k_pszArquivoDiario, &sPath));
     if (XVPlataforma::SistemaArquivos().Existe(sPath) == EExistencia::eAusente) return S_OK;
     const CXVErroArquivo erro = XVPlataforma::SistemaArquivos().Apaga(sPath);
-    if (!erro.Ok()) XV_CHECK_TEXTO(XVCodigosArquivo::DeExcecao(erro.GetCausa()).hr, "RemoveDiario()");
+    // Another process may have been faster.
+    if (erro.Ok() || erro.GetCausa() == ECausaArquivo::eArquivoNaoEncontrado) return S_OK;
+    XV_CHECK_TEXTO(XVCodigosArquivo::DeExcecao(erro.GetCausa()).hr, "Apaga(sPath)");
     return S_OK;
 }

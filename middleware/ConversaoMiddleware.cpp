@@ -1,11 +1,13 @@
 // CXVConversaoMiddleware: which steps run, and the order of writing, moving and stamping in each.
 #include "middleware/ConversaoMiddleware.h"
 
+#include "core/xvdatabase/XVCabecalho.h"
 #include "core/xvdatabase/XVCodigosArquivo.h"
 #include "core/xvdatabase/XVDataBaseUtil.h"
 #include "core/xvdatabase/XVModoAbertura.h"
 #include "core/xvdatabase/XVNomeArquivo.h"
 #include "core/xvdatabase/XVRegistroVersao.h"
+#include "middleware/XVCheckOperacao.h"
 #include "middleware/XVDataBase_CR_Middleware.h"
 #include "platform/XVPlataforma.h"
 #include "support/XVCodigos.h"
@@ -26,9 +28,41 @@ HRESULT CXVConversaoMiddleware::OnInicializa() {
 HRESULT CXVConversaoMiddleware::LeVersao(XVUShort* pusVersao) {
     *pusVersao = 0;
     REG_CR_MIDDLEWARE_VERSAO regVersao;
-    XV_CHECK_TEXTO(CXVDataBaseUtil::LeSingleReg(this, XV_DF, &regVersao, k_pszArquivoVersao),
-                   "CXVDataBaseUtil::LeSingleReg(this, XV_DF, &regVersao, \"CRMIDDLEWAREVS.dat\")");
+    XV_CHECK_TEXTO_EM("ExecutaConversao",
+                      CXVDataBaseUtil::LeSingleReg(this, XV_DF, &regVersao, k_pszArquivoVersao),
+                      "CXVDataBaseUtil::LeSingleReg(this, XV_DF, &regVersao, \"CRMIDDLEWAREVS.dat\")");
     *pusVersao = regVersao.usVersao;
+    if (regVersao.usVersao != 0) return S_OK;
+    std::string sPath;
+    XV_CHECK(MontaPath(k_pszArquivoVersao, &sPath));
+    CXVDataBaseControleCriacaoArquivos controle(XV_DF, k_pszArquivoVersao);
+    XV_CHECK(controle.Inicializa(this));
+    bool bListado = false;
+    XV_CHECK(controle.PossuiControleCriacaoArquivos(&bListado));
+    // The control's own check finds the file missing and names it.
+    if (bListado && XVPlataforma::SistemaArquivos().Existe(sPath) == EExistencia::eAusente)
+        XV_CHECK(controle.GerenciaControleCriacaoArquivos(EXVDataBase_ModoAbertura::eModoLeituraGravacao));
+    return S_OK;
+}
+
+HRESULT CXVConversaoMiddleware::MarcaConversao(std::unique_ptr<IXVMarcaDiretorio>& marca) {
+    std::string sDiretorio;
+    XV_CHECK(CXVDataBaseUtil::GetPathDados(XV_DF, GetEmpresa(), &sDiretorio));
+    CXVErroArquivo erro;
+    for (int i = 1; i <= k_iTentativasMarca; ++i) {
+        erro = XVPlataforma::SistemaArquivos().MarcaDiretorio(sDiretorio, k_pszMarcaConversao, marca);
+        if (erro.GetCausa() != ECausaArquivo::eViolacaoCompartilhamento) break;
+        if (i < k_iTentativasMarca) XVPlataforma::Relogio().Dorme(k_ulEsperaTentativa);
+    }
+    if (!erro.Ok())
+        XV_CHECK_TEXTO(XVCodigosArquivo::DeExcecao(erro.GetCausa()).hr, "MarcaDiretorio(sDiretorio, marca)");
+    return S_OK;
+}
+
+HRESULT CXVConversaoMiddleware::ControlaArquivoVersao() {
+    CXVDataBaseControleCriacaoArquivos controle(XV_DF, k_pszArquivoVersao);
+    XV_CHECK(controle.Inicializa(this));
+    XV_CHECK(controle.GerenciaControleCriacaoArquivos(EXVDataBase_ModoAbertura::eModoLeituraGravacao));
     return S_OK;
 }
 
@@ -39,31 +73,39 @@ HRESULT CXVConversaoMiddleware::ExecutaConversao() {
     HRESULT hr = LeVersao(&usVersao);
     if (FAILED(hr)) return hr;
     if (usVersao > k_usVersaoAtualBase) return E_XVCR_VERSAO_BASE_SUPERIOR_VERSAO_SISTEMA;
+    XV_CHECK(ControlaArquivoVersao());
     if (usVersao == k_usVersaoAtualBase) {
         XV_CHECK(RemoveDiario());  // of a conversion that ended between its last version record and this
         return S_OK;
     }
-    std::string sDiretorio;
-    XV_CHECK(CXVDataBaseUtil::GetPathDados(XV_DF, GetEmpresa(), &sDiretorio));
     std::unique_ptr<IXVMarcaDiretorio> marca;
-    CXVErroArquivo erro;
-    for (int i = 1; i <= k_iTentativasMarca; ++i) {
-        erro = XVPlataforma::SistemaArquivos().MarcaDiretorio(sDiretorio, k_pszMarcaConversao, marca);
-        if (erro.GetCausa() != ECausaArquivo::eViolacaoCompartilhamento) break;
-        if (i < k_iTentativasMarca) XVPlataforma::Relogio().Dorme(k_ulEsperaTentativa);
-    }
-    if (!erro.Ok()) XV_CHECK_TEXTO(XVCodigosArquivo::DeExcecao(erro.GetCausa()).hr, "MarcaDiretorio(sDiretorio, marca)");
+    XV_CHECK(MarcaConversao(marca));
     // Another process may have converted while this one waited.
     hr = LeVersao(&usVersao);
-    return FAILED(hr) ? hr : ExecutaPassos(usVersao);
+    if (FAILED(hr)) return hr;
+
+    if (usVersao < 1) XV_CHECK(ConverteBaseV01());
+    if (usVersao < 1 && FAILED(hr = ConcluiPasso(1))) return hr;
+    if (usVersao < 2) XV_CHECK(ConverteBaseV02());
+    if (usVersao < 2 && FAILED(hr = ConcluiPasso(2))) return hr;
+    if (usVersao < 3) XV_CHECK(ConverteBaseV03());
+    if (usVersao < 3 && FAILED(hr = ConcluiPasso(3))) return hr;
+    if (usVersao < 4) XV_CHECK(ConverteBaseV04());
+    if (usVersao < 4 && FAILED(hr = ConcluiPasso(4))) return hr;
+    if (usVersao < 5) XV_CHECK(ConverteBaseV05());
+    if (usVersao < 5 && FAILED(hr = ConcluiPasso(5))) return hr;
+    return S_OK;
 }
 
-HRESULT CXVConversaoMiddleware::ExecutaPassos(XVUShort usVersao) {
-    if (usVersao < 1) XV_CHECK(ConverteBaseV01());
-    if (usVersao < 2) XV_CHECK(ConverteBaseV02());
-    if (usVersao < 3) XV_CHECK(ConverteBaseV03());
-    if (usVersao < 4) XV_CHECK(ConverteBaseV04());
-    if (usVersao < 5) XV_CHECK(ConverteBaseV05());
+// The version record ends a step; the journal has served then.
+HRESULT CXVConversaoMiddleware::ConcluiPasso(XVUShort usPasso) {
+    REG_CR_MIDDLEWARE_VERSAO regVersao{};
+    regVersao.usVersao = usPasso;
+    XV_CHECK_TEXTO_EM("ExecutaConversao",
+                      CXVDataBaseUtil::GravaSingleReg(this, XV_DF, regVersao, k_pszArquivoVersao),
+                      "CXVDataBaseUtil::GravaSingleReg(this, XV_DF, regVersao, \"CRMIDDLEWAREVS.dat\")");
+    XV_CHECK_EM("ExecutaConversao", RemoveDiario());
+    if (m_pObservador != nullptr) m_pObservador->OnFimPasso(usPasso);
     return S_OK;
 }
 
@@ -81,6 +123,13 @@ HRESULT CXVConversaoMiddleware::ListaArquivosDoPasso(XVUShort usPasso, CListaNom
     return S_OK;
 }
 
+bool CXVConversaoMiddleware::EhArquivoDoPasso(XVUShort usPasso, const std::string& sNome) {
+    if (usPasso == 2) return sNome == k_pszArquivoChaveRegistroParaTerceiro;
+    if (usPasso == 5)
+        return sNome == k_pszArquivoDataHoraIntegracao || sNome == k_pszArquivoChaveRegistroParaTerceiro;
+    return XVNomeArquivo::NomeParaChave(sNome, k_pszArquivoIntegracao).has_value();
+}
+
 // Copies left by a step that did not come to its journal; the live files were not touched yet.
 HRESULT CXVConversaoMiddleware::RemoveCopias(const CListaNomes& listaNomes) {
     for (const std::string& sNome : listaNomes) {
@@ -88,7 +137,8 @@ HRESULT CXVConversaoMiddleware::RemoveCopias(const CListaNomes& listaNomes) {
         XV_CHECK(MontaPath(XVNomeArquivo::TrocaExtensao(sNome, "tra"), &sPath));
         if (XVPlataforma::SistemaArquivos().Existe(sPath) == EExistencia::eAusente) continue;
         const CXVErroArquivo erro = XVPlataforma::SistemaArquivos().Apaga(sPath);
-        if (!erro.Ok()) XV_CHECK_TEXTO(XVCodigosArquivo::DeExcecao(erro.GetCausa()).hr, "RemoveCopias(listaNomes)");
+        if (!erro.Ok())
+            XV_CHECK_TEXTO(XVCodigosArquivo::DeExcecao(erro.GetCausa()).hr, "RemoveCopias(listaNomes)");
     }
     return S_OK;
 }
@@ -103,21 +153,31 @@ HRESULT CXVConversaoMiddleware::ConcluiTroca(XVUShort usPasso, const CListaNomes
                            "CXVDataBaseUtil::RenomeiaArquivoTRA(this, XV_DF, name)");
             continue;
         }
-        CXVDataBaseControleCriacaoArquivos controle(XV_DF, sNome);
-        XV_CHECK(controle.Inicializa(this));
-        XV_CHECK(controle.GerenciaControleCriacaoArquivos(EXVDataBase_ModoAbertura::eModoLeituraGravacao));
+        XV_CHECK(CXVDataBaseUtil::ConcluiRenomeacao(this, XV_DF, sNome, usPasso));
     }
-    REG_CR_MIDDLEWARE_VERSAO regVersao{};
-    regVersao.usVersao = usPasso;
-    XV_CHECK_TEXTO(CXVDataBaseUtil::GravaSingleReg(this, XV_DF, regVersao, k_pszArquivoVersao),
-                   "CXVDataBaseUtil::GravaSingleReg(this, XV_DF, regVersao, \"CRMIDDLEWAREVS.dat\")");
-    XV_CHECK(RemoveDiario());
-    if (m_pObservador != nullptr) m_pObservador->OnFimPasso(usPasso);
     return S_OK;
 }
 
 HRESULT CXVConversaoMiddleware::MontaPath(const std::string& sNome, std::string* psPath) {
     XV_CHECK(CXVDataBaseUtil::GetPathArquivo(XV_DF, GetEmpresa(), sNome, psPath));
+    return S_OK;
+}
+
+// Bytes after the header, 0 for an absent file; nothing is changed, whatever state the file is in.
+HRESULT CXVConversaoMiddleware::TamanhoDados(const std::string& sPath, XVUInt64* puiTamanho) {
+    *puiTamanho = 0;
+    if (XVPlataforma::SistemaArquivos().Existe(sPath) == EExistencia::eAusente) return S_OK;
+    constexpr SAberturaArquivo k_abertura{EAcessoArquivo::eLeitura, ECompartilhamentoArquivo::eNegaNada,
+                                          ECriacaoArquivo::eSomenteExistente};
+    std::unique_ptr<IXVArquivo> pArquivo;
+    CXVErroArquivo erro = XVPlataforma::SistemaArquivos().Abre(sPath, k_abertura, pArquivo);
+    if (erro.Ok()) erro = pArquivo->GetTamanho(*puiTamanho);
+    REG_XVCABECALHO_A regA;
+    const bool bCabe = erro.Ok() && *puiTamanho >= k_uiTamanhoCabecalho;
+    if (bCabe) erro = pArquivo->Le(0, &regA, sizeof(regA));
+    if (!erro.Ok())
+        XV_CHECK_TEXTO(XVCodigosArquivo::DeExcecao(erro.GetCausa()).hr, "TamanhoDados(sPath, &uiTamanho)");
+    if (bCabe && XVCabecalho::AssinaturaConfere(regA)) *puiTamanho -= k_uiTamanhoCabecalho;
     return S_OK;
 }
 
@@ -134,13 +194,9 @@ HRESULT CXVConversaoMiddleware::Simula(XVUShort* pusVersao, std::vector<SPassoPr
         for (std::string& sNome : listaNomes) {
             std::string sPath;
             XV_CHECK(MontaPath(sNome, &sPath));
-            std::unique_ptr<IXVArquivo> pArquivo;
             XVUInt64 uiTamanho = 0;
-            constexpr SAberturaArquivo k_abertura{EAcessoArquivo::eLeitura, ECompartilhamentoArquivo::eNegaNada,
-                                                  ECriacaoArquivo::eSomenteExistente};
-            if (XVPlataforma::SistemaArquivos().Abre(sPath, k_abertura, pArquivo).Ok() &&
-                pArquivo->GetTamanho(uiTamanho).Ok())
-                passo.listaArquivos.push_back({std::move(sNome), uiTamanho});
+            XV_CHECK(TamanhoDados(sPath, &uiTamanho));
+            if (uiTamanho != 0) passo.listaArquivos.push_back({std::move(sNome), uiTamanho});
         }
         plistaPassos->push_back(std::move(passo));
     }

@@ -9,10 +9,14 @@
 // Thread rule: one object is used by one thread.
 #pragma once
 
+#include <memory>
 #include <string>
 #include <vector>
 
+#include "platform/XVSistemaArquivos.h"
 #include "suite/XVBaseParaRotinas.h"
+
+class CXVImagemArquivo;
 
 inline constexpr XVUShort k_usVersaoAtualBase = 5;
 
@@ -21,14 +25,15 @@ class IXVObservadorConversao {
   public:
     virtual ~IXVObservadorConversao() = default;
     virtual void OnInicioPasso(XVUShort usPasso, std::size_t uiQtdArquivos) = 0;
-    virtual void OnArquivoConvertido(XVUShort usPasso, const std::string& sNomeArquivo, XVUInt64 uiQtdRegistros) = 0;
+    virtual void OnArquivoConvertido(XVUShort usPasso, const std::string& sNomeArquivo,
+                                     XVUInt64 uiQtdRegistros) = 0;
     virtual void OnFimPasso(XVUShort usPasso) = 0;
 };
 
 // What one step would do.
 struct SArquivoPrevisto {
     std::string sNomeArquivo;
-    XVUInt64 uiTamanho = 0;  // bytes on disk
+    XVUInt64 uiTamanho = 0;  // bytes of records on disk now
 };
 struct SPassoPrevisto {
     XVUShort usPasso = 0;
@@ -43,13 +48,15 @@ class CXVConversaoMiddleware : public CXVBaseParaRotinas {
     explicit CXVConversaoMiddleware(IXVObservadorConversao* pObservador) : m_pObservador(pObservador) {}
 
     // Brings the database of the caller's company to version 5. A later version:
-    // E_XVCR_VERSAO_BASE_SUPERIOR_VERSAO_SISTEMA, nothing changed. The first failure ends the conversion; the version
-    // stays at the last complete step.
+    // E_XVCR_VERSAO_BASE_SUPERIOR_VERSAO_SISTEMA, nothing changed. The first failure ends the conversion; the
+    // version stays at the last complete step.
     HRESULT ExecutaConversao();
 
-    // Version of the database on disk (0: no version file). Changes nothing.
+    // Version of the database on disk (0: no version file). Changes nothing. A version file that is listed in
+    // the creation control and missing: E_XVCR_INCONSISTENCIA_CONTROLE_CRIACAO_ARQUIVOS, for its absence is
+    // no version 0.
     HRESULT LeVersao(XVUShort* pusVersao);
-    // What ExecutaConversao would do. Changes nothing.
+    // What ExecutaConversao would do: per step the files that it would rewrite. Changes nothing.
     HRESULT Simula(XVUShort* pusVersao, std::vector<SPassoPrevisto>* plistaPassos);
     // For viewing: S_OK when the files are of the current version or there are none.
     HRESULT ValidaVersaoAtual();
@@ -60,20 +67,38 @@ class CXVConversaoMiddleware : public CXVBaseParaRotinas {
   private:
     using CListaNomes = std::vector<std::string>;
 
-    HRESULT ExecutaPassos(XVUShort usVersao);
+    // Trace texts of a file's conversion: the names that operators know.
+    struct STextosPasso {
+        XVUShort usPasso;
+        const char* pszFuncao;
+        const char* pszLe;
+        const char* pszGrava;
+        const char* pszRenomeia;
+    };
+
+    HRESULT MarcaConversao(std::unique_ptr<IXVMarcaDiretorio>& marca);
+    // Lists the version file in the creation control when an earlier run did not come to it.
+    HRESULT ControlaArquivoVersao();
+    HRESULT ConcluiPasso(XVUShort usPasso);
     HRESULT ConverteBaseV01();
     HRESULT ConverteBaseV02();
     HRESULT ConverteBaseV03();
     HRESULT ConverteBaseV04();
     HRESULT ConverteBaseV05();
     template <class TAntigo, class TNovo, class TConverte>
-    HRESULT ConverteArquivo(const std::string& sNomeArquivo, XVUShort usPasso, TConverte converte);
+    HRESULT ConverteArquivo(const std::string& sNomeArquivo, const STextosPasso& rTextos, TConverte converte);
+    template <class TNovo>
+    HRESULT GravaCabecalhoDaCopia(CXVImagemArquivo& rCopia, const std::string& sNomeArquivo, XVUShort usPasso,
+                                  std::size_t uiQtdRegistros);
 
     template <class TConverteArquivo>
-    HRESULT ConverteArquivos(XVUShort usPasso, TConverteArquivo converteArquivo);
+    HRESULT ConverteArquivos(const STextosPasso& rTextos, TConverteArquivo converteArquivo);
+    HRESULT Registra(HRESULT hr, const char* pszExpressao, const STextosPasso& rTextos);
     HRESULT ListaArquivosDoPasso(XVUShort usPasso, CListaNomes* plistaNomes);
+    static bool EhArquivoDoPasso(XVUShort usPasso, const std::string& sNome);
     HRESULT RemoveCopias(const CListaNomes& listaNomes);
     HRESULT ConcluiTroca(XVUShort usPasso, const CListaNomes& listaNomes);
+    HRESULT TamanhoDados(const std::string& sPath, XVUInt64* puiTamanho);
 
     HRESULT MontaPath(const std::string& sNome, std::string* psPath);
     HRESULT GravaDiario(XVUShort usPasso, const CListaNomes& listaNomes);

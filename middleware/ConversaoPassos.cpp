@@ -18,6 +18,12 @@ XVUInt RenumeraTipoIntegracao(XVUInt eTipoAntigo) {
     return eTipoAntigo >= k_ePrimeiro && eTipoAntigo <= k_eUltimo ? eTipoAntigo - 4 : eTipoAntigo;
 }
 
+template <class TReg>
+TReg RenumeraRegistro(TReg reg) {
+    reg.eTipoIntegracao = RenumeraTipoIntegracao(reg.eTipoIntegracao);
+    return reg;
+}
+
 REG_CR_INTEGRACAO_MIDDLEWARE_V2 ParaV2(const REG_CR_INTEGRACAO_MIDDLEWARE_V1& reg, bool bFilialComoBase) {
     REG_CR_INTEGRACAO_MIDDLEWARE_V2 regNovo{};
     regNovo.regDmcIntegracaoOrigem = reg.regDmcIntegracaoOrigem;
@@ -41,7 +47,8 @@ REG_CR_INTEGRACAO_MIDDLEWARE_V2 ParaV2(const REG_CR_INTEGRACAO_MIDDLEWARE_V1& re
 template <class T>
 class TXVDataBaseConversao : public CXVDataBase {
   public:
-    explicit TXVDataBaseConversao(const std::string& sNomeArquivo) : CXVDataBase(XV_DF), m_xvFile(sNomeArquivo, this) {
+    explicit TXVDataBaseConversao(const std::string& sNomeArquivo)
+        : CXVDataBase(XV_DF), m_xvFile(sNomeArquivo, this) {
         HabilitaAcessoDireto();
         DesabilitaCabecalho();
     }
@@ -54,38 +61,58 @@ class TXVDataBaseConversao : public CXVDataBase {
 
 }  // namespace
 
+HRESULT CXVConversaoMiddleware::Registra(HRESULT hr, const char* pszExpressao, const STextosPasso& rTextos) {
+    if (SUCCEEDED(hr)) return hr;
+    const SPontoFalha ponto{pszExpressao, XVNomeClasse(), rTextos.pszFuncao, XVNomeFonte(), __LINE__};
+    return XVRegistraFalha(hr, ponto, this);
+}
+
+template <class TNovo>
+HRESULT CXVConversaoMiddleware::GravaCabecalhoDaCopia(CXVImagemArquivo& rCopia,
+                                                      const std::string& sNomeArquivo, XVUShort usPasso,
+                                                      std::size_t uiQtdRegistros) {
+    CXVDataBase xvDB(XV_DF);
+    if (!CXVFileBase(sNomeArquivo, &xvDB).GerenciarCabecalho()) return S_OK;
+    REG_XVCABECALHO regCabecalho;
+    XVCabecalho::Gera(regCabecalho, sNomeArquivo, *this, usPasso, uiQtdRegistros * sizeof(TNovo));
+    return rCopia.Grava(&regCabecalho, sizeof(regCabecalho));
+}
+
 // One file: the old one loaded, the converted records written as a complete image of the new one.
 template <class TAntigo, class TNovo, class TConverte>
-HRESULT CXVConversaoMiddleware::ConverteArquivo(const std::string& sNomeArquivo, XVUShort usPasso, TConverte converte) {
+HRESULT CXVConversaoMiddleware::ConverteArquivo(const std::string& sNomeArquivo, const STextosPasso& rTextos,
+                                                TConverte converte) {
     TXVDataBaseConversao<TAntigo> xvDB(sNomeArquivo);
-    XV_CHECK(xvDB.Inicializa(this));
+    HRESULT hr = Registra(xvDB.Inicializa(this), "xvDB.Inicializa(this)", rTextos);
+    if (FAILED(hr)) return hr;
     CXVFile<TAntigo>& fileDAT = xvDB.GetArquivo();
-    XV_CHECK(fileDAT.ConfereCabecalho());
+    hr = Registra(fileDAT.ConfereCabecalho(), rTextos.pszLe, rTextos);
+    if (FAILED(hr)) return hr;
     const TXVArrayRegistros<TAntigo>& aRegistros = *fileDAT.GetPtrRegistros();
     if (aRegistros.empty()) return S_FALSE;
 
     CXVImagemArquivo fileTRA(XV_DF, XVNomeArquivo::TrocaExtensao(sNomeArquivo, "tra"));
-    XV_CHECK(fileTRA.Inicializa(this));
-    XV_CHECK(fileTRA.AbreArquivo());
-    CXVDataBase xvDBNovo(XV_DF);
-    if (CXVFileBase(sNomeArquivo, &xvDBNovo).GerenciarCabecalho()) {
-        REG_XVCABECALHO regCabecalho;
-        XVCabecalho::Gera(regCabecalho, sNomeArquivo, *this, usPasso, aRegistros.size() * sizeof(TNovo));
-        XV_CHECK(fileTRA.Grava(&regCabecalho, sizeof(regCabecalho)));
-    }
-    for (std::size_t i = 0; i < aRegistros.size(); ++i) {
+    hr = fileTRA.Inicializa(this);
+    if (SUCCEEDED(hr)) hr = fileTRA.AbreArquivo();
+    if (SUCCEEDED(hr))
+        hr = GravaCabecalhoDaCopia<TNovo>(fileTRA, sNomeArquivo, rTextos.usPasso, aRegistros.size());
+    for (std::size_t i = 0; i < aRegistros.size() && SUCCEEDED(hr); ++i) {
         const TNovo regNovo = converte(aRegistros[i]);
-        XV_CHECK(fileTRA.Grava(&regNovo, sizeof(regNovo)));
+        hr = fileTRA.Grava(&regNovo, sizeof(regNovo));
     }
-    XV_CHECK(fileTRA.Conclui());
+    if (SUCCEEDED(hr)) hr = fileTRA.Conclui();
+    if (FAILED(hr)) return Registra(hr, rTextos.pszGrava, rTextos);
     fileTRA.Libera();
-    if (m_pObservador != nullptr) m_pObservador->OnArquivoConvertido(usPasso, sNomeArquivo, aRegistros.size());
+    if (m_pObservador != nullptr)
+        m_pObservador->OnArquivoConvertido(rTextos.usPasso, sNomeArquivo, aRegistros.size());
     return S_OK;
 }
 
 // The frame of every step. converteArquivo answers S_FALSE for a file with nothing to convert.
 template <class TConverteArquivo>
-HRESULT CXVConversaoMiddleware::ConverteArquivos(XVUShort usPasso, TConverteArquivo converteArquivo) {
+HRESULT CXVConversaoMiddleware::ConverteArquivos(const STextosPasso& rTextos,
+                                                 TConverteArquivo converteArquivo) {
+    const XVUShort usPasso = rTextos.usPasso;
     CListaNomes listaConvertidos;
     bool bDiarioValido = false;
     XV_CHECK(LeDiario(usPasso, &listaConvertidos, &bDiarioValido));
@@ -98,82 +125,98 @@ HRESULT CXVConversaoMiddleware::ConverteArquivos(XVUShort usPasso, TConverteArqu
         if (m_pObservador != nullptr) m_pObservador->OnInicioPasso(usPasso, listaNomes.size());
         for (const std::string& sNome : listaNomes) {
             const HRESULT hr = converteArquivo(sNome);
-            XV_CHECK_TEXTO(hr, "ConverteArquivo(sNomeArquivo, usPasso)");
+            if (FAILED(hr)) return hr;
             if (hr == S_OK) listaConvertidos.push_back(sNome);
         }
         if (!listaConvertidos.empty()) XV_CHECK(GravaDiario(usPasso, listaConvertidos));
+    } else if (m_pObservador != nullptr) {
+        m_pObservador->OnInicioPasso(usPasso, listaConvertidos.size());
     }
-    XV_CHECK(ConcluiTroca(usPasso, listaConvertidos));
-    return S_OK;
+    return Registra(ConcluiTroca(usPasso, listaConvertidos), rTextos.pszRenomeia, rTextos);
 }
+
+namespace {
+constexpr const char* k_pszRenomeiaGrupo =
+    "CXVDataBaseUtil::RenomeiaArquivoTRAGroupFile(this, XV_DF, \"CRINTEGMID????????.dat\")";
+constexpr const char* k_pszRenomeiaChave =
+    "CXVDataBaseUtil::RenomeiaArquivoTRA(this, XV_DF, \"CRCHAVEREGTER.dat\")";
+constexpr const char* k_pszLeGrupo =
+    "fileIntegracaoDAT.LeColecao(uiChave, uiPosicaoInicial, fileIntegracaoDAT.GetQtdRegistros(uiChave), "
+    "listaIntegracao)";
+constexpr const char* k_pszGravaGrupo = "fileIntegracaoTRA.GravaColecao(uiChave, uiPosicao, listaIntegracao)";
+}  // namespace
 
 // The records as they stand: the rewrite gives every file a header of the current form.
 HRESULT CXVConversaoMiddleware::ConverteBaseV01() {
     XV_ESCOPO();
     using TReg = REG_CR_INTEGRACAO_MIDDLEWARE_V1;
-    XV_CHECK_TEXTO(ConverteArquivos(1,
-                                    [this](const std::string& sNome) {
-                                        return ConverteArquivo<TReg, TReg>(sNome, 1, [](const TReg& reg) { return reg; });
-                                    }),
-                   "ConverteArquivos(1)");
-    return S_OK;
+    constexpr STextosPasso textos{1, "ConverteBaseV01", k_pszLeGrupo, k_pszGravaGrupo, k_pszRenomeiaGrupo};
+    return ConverteArquivos(textos, [&](const std::string& sNome) {
+        return ConverteArquivo<TReg, TReg>(sNome, textos, [](const TReg& reg) { return reg; });
+    });
 }
 
 HRESULT CXVConversaoMiddleware::ConverteBaseV02() {
     XV_ESCOPO();
     using TAntigo = REG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIRO_V1;
     using TNovo = REG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIRO_V2;
+    constexpr STextosPasso textos{
+        2, "ConverteBaseV02",
+        "fileChaveTerceiroDAT.LeColecao(uiPosicaoInicial, iQtdRegistros, listaChaveTerceiroOld)",
+        "fileChaveTerceiroTRA.GravaColecao(uiPosicao, listaChaveTerceiro)", k_pszRenomeiaChave};
     const auto converte = [](const TAntigo& reg) -> TNovo {
-        return {reg.uiChaveRegistroSistemaTerceiro, reg.regDmcRegistroTelvo, 0, reg.eTipoIntegracao,
-                reg.eSistemaIntegracao, {}};
+        return {reg.uiChaveRegistroSistemaTerceiro,
+                reg.regDmcRegistroTelvo,
+                0,
+                reg.eTipoIntegracao,
+                reg.eSistemaIntegracao,
+                {}};
     };
-    XV_CHECK_TEXTO(ConverteArquivos(2,
-                                    [&](const std::string& sNome) {
-                                        return ConverteArquivo<TAntigo, TNovo>(sNome, 2, converte);
-                                    }),
-                   "ConverteArquivos(2)");
-    return S_OK;
+    return ConverteArquivos(textos, [&](const std::string& sNome) {
+        return ConverteArquivo<TAntigo, TNovo>(sNome, textos, converte);
+    });
 }
 
 HRESULT CXVConversaoMiddleware::ConverteBaseV03() {
     XV_ESCOPO();
     using TAntigo = REG_CR_INTEGRACAO_MIDDLEWARE_V1;
     using TNovo = REG_CR_INTEGRACAO_MIDDLEWARE_V2;
+    constexpr STextosPasso textos{3, "ConverteBaseV03", k_pszLeGrupo, k_pszGravaGrupo, k_pszRenomeiaGrupo};
     const bool bFilialComoBase = UsaFilialComoBaseDadosTerceiro();
     const auto converte = [bFilialComoBase](const TAntigo& reg) { return ParaV2(reg, bFilialComoBase); };
-    XV_CHECK_TEXTO(ConverteArquivos(3,
-                                    [&](const std::string& sNome) {
-                                        return ConverteArquivo<TAntigo, TNovo>(sNome, 3, converte);
-                                    }),
-                   "ConverteArquivos(3)");
-    return S_OK;
+    return ConverteArquivos(textos, [&](const std::string& sNome) {
+        return ConverteArquivo<TAntigo, TNovo>(sNome, textos, converte);
+    });
 }
 
 HRESULT CXVConversaoMiddleware::ConverteBaseV04() {
     XV_ESCOPO();
     using TReg = REG_CR_INTEGRACAO_MIDDLEWARE_V2;
-    const auto renumera = [](TReg reg) {
-        reg.eTipoIntegracao = RenumeraTipoIntegracao(reg.eTipoIntegracao);
-        return reg;
-    };
-    XV_CHECK_TEXTO(
-        ConverteArquivos(4, [&](const std::string& sNome) { return ConverteArquivo<TReg, TReg>(sNome, 4, renumera); }),
-        "ConverteArquivos(4)");
-    return S_OK;
+    constexpr STextosPasso textos{
+        4, "ConverteBaseV04",
+        "fileIntegracaoDAT.LeColecao(uiChave, uiPosicaoInicial, iQtdRegistros, listaIntegracaoOld)",
+        k_pszGravaGrupo, k_pszRenomeiaGrupo};
+    return ConverteArquivos(textos, [&](const std::string& sNome) {
+        return ConverteArquivo<TReg, TReg>(sNome, textos, RenumeraRegistro<TReg>);
+    });
 }
 
 HRESULT CXVConversaoMiddleware::ConverteBaseV05() {
     XV_ESCOPO();
-    const auto renumera = [](auto reg) {
-        reg.eTipoIntegracao = RenumeraTipoIntegracao(reg.eTipoIntegracao);
-        return reg;
-    };
-    const auto converteArquivo = [&](const std::string& sNome) {
-        using TDataHora = REG_CR_DATA_HORA_INTEGRACAO_TERCEIRO_V1;
-        using TChave = REG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIRO_V2;
-        return sNome == k_pszArquivoDataHoraIntegracao ? ConverteArquivo<TDataHora, TDataHora>(sNome, 5, renumera)
-                                                       : ConverteArquivo<TChave, TChave>(sNome, 5, renumera);
-    };
-    XV_CHECK_TEXTO(ConverteArquivos(5, converteArquivo), "ConverteArquivos(5)");
-    return S_OK;
+    using TDataHora = REG_CR_DATA_HORA_INTEGRACAO_TERCEIRO_V1;
+    using TChave = REG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIRO_V2;
+    constexpr STextosPasso textosDataHora{
+        5, "ConverteBaseV05",
+        "fileIntegracaoTerceiroDAT.LeColecao(uiPosicaoInicial, iQtdRegistros, listaIntegracaoTerceiroOld)",
+        "fileIntegracaoTerceiroTRA.GravaColecao(uiPosicao, listaIntegracaoTerceiro)",
+        "CXVDataBaseUtil::RenomeiaArquivoTRA(this, XV_DF, name)"};
+    constexpr STextosPasso textosChave{
+        5, "ConverteBaseV05",
+        "fileChaveTerceiroDAT.LeColecao(uiPosicaoInicial, iQtdRegistros, listaChaveTerceiroOld)",
+        "fileChaveTerceiroTRA.GravaColecao(uiPosicao, listaChaveTerceiro)", textosDataHora.pszRenomeia};
+    return ConverteArquivos(textosDataHora, [&](const std::string& sNome) {
+        return sNome == k_pszArquivoDataHoraIntegracao
+                   ? ConverteArquivo<TDataHora, TDataHora>(sNome, textosDataHora, RenumeraRegistro<TDataHora>)
+                   : ConverteArquivo<TChave, TChave>(sNome, textosChave, RenumeraRegistro<TChave>);
+    });
 }

@@ -22,13 +22,15 @@ CXVDataBase_CR_Middleware::CXVDataBase_CR_Middleware()
       m_ChaveRegistroParaTerceiro(k_pszArquivoChaveRegistroParaTerceiro, this),
       m_DataHoraIntegracao(k_pszArquivoDataHoraIntegracao, this) {}
 
-CXVDataBase_CR_Middleware::~CXVDataBase_CR_Middleware() { XVIgnora(Finaliza()); }
+CXVDataBase_CR_Middleware::~CXVDataBase_CR_Middleware() {
+    XVIgnora(Finaliza());
+}
 
 HRESULT CXVDataBase_CR_Middleware::OnInicializa() {
     XV_ESCOPO();
     XV_CHECK_TEXTO(CXVDataBase::OnInicializa(), "__super::OnInicializa()");
-    // Repeats are allowed: external systems number orders, products and customers apart, so one key and system
-    // may belong to several integrations.
+    // Repeats are allowed: external systems number orders, products and customers apart, so one key and
+    // system may belong to several integrations.
     // clang-format off
     XV_CHECK_TEXTO(m_IndexIntegracao.IncluiIndex(this, EColuna_Indexacao_Middleware::eIndexacao_ChaveIntegracaoComSistemaTerceiro, true, true),
                    "m_IndexIntegracao.IncluiIndex(this, EColuna_Indexacao_Middleware::eIndexacao_ChaveIntegracaoComSistemaTerceiro, true )");
@@ -56,13 +58,17 @@ XVUInt64 CXVDataBase_CR_Middleware::GetChaveIndexSistemaTerceiro(XVUInt64 uiChav
     return CrcDosCampos(uiChaveIntegracaoSistemaTerceiro, eSistemaIntegracao, XVUInt{0});
 }
 
-XVUInt64 CXVDataBase_CR_Middleware::GetChaveIndex(const REG_CR_INDEX_INTEGRACAO_V1& reg, XVUInt uiColuna) const {
+XVUInt64 CXVDataBase_CR_Middleware::GetChaveIndex(const REG_CR_INDEX_INTEGRACAO_V1& reg,
+                                                  XVUInt uiColuna) const {
     switch (uiColuna) {
         case eIndexacao_ChaveIntegracaoComSistemaTerceiro:
             return GetChaveIndexSistemaTerceiro(reg.uiChaveIntegracaoSistemaTerceiro, reg.eSistemaIntegracao);
-        case eIndexacao_DMCIntegracao: return GetChaveIndex(reg.regDmcIntegracao);
-        case eIndexacao_ChaveIntegracao: return reg.uiChaveIntegracaoSistemaTerceiro;
-        default: return 0;
+        case eIndexacao_DMCIntegracao:
+            return GetChaveIndex(reg.regDmcIntegracao);
+        case eIndexacao_ChaveIntegracao:
+            return reg.uiChaveIntegracaoSistemaTerceiro;
+        default:
+            return 0;
     }
 }
 
@@ -73,9 +79,10 @@ XVUInt64 CXVDataBase_CR_Middleware::GetChaveIndex(const REG_CR_CHAVE_REGISTRO_TE
             return CrcDosCampos(reg.eSistemaIntegracao, reg.eTipoIntegracao, reg.regDmcRegistroTelvo,
                                 reg.uiBaseDadosTerceiro);
         case eIndexacao_SistemaTipoIntegracaoIDTerceiro:
-            return CrcDosCampos(reg.eSistemaIntegracao, reg.eTipoIntegracao, reg.uiChaveRegistroSistemaTerceiro,
-                                reg.uiBaseDadosTerceiro);
-        default: return 0;
+            return CrcDosCampos(reg.eSistemaIntegracao, reg.eTipoIntegracao,
+                                reg.uiChaveRegistroSistemaTerceiro, reg.uiBaseDadosTerceiro);
+        default:
+            return 0;
     }
 }
 

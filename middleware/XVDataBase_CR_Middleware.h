@@ -42,7 +42,8 @@ class CXVDataBase_CR_Middleware : public CXVDataBase {
     // Key of an integration in eIndexacao_DMCIntegracao.
     static XVUInt64 GetChaveIndex(REG_XVDMC regDmc) { return regDmc.uiValor; }
     // Key of eIndexacao_ChaveIntegracaoComSistemaTerceiro; 0 when either part is 0.
-    static XVUInt64 GetChaveIndexSistemaTerceiro(XVUInt64 uiChaveIntegracaoSistemaTerceiro, XVUInt eSistemaIntegracao);
+    static XVUInt64 GetChaveIndexSistemaTerceiro(XVUInt64 uiChaveIntegracaoSistemaTerceiro,
+                                                 XVUInt eSistemaIntegracao);
 
     // Every group keeps at most this many members open.
     static constexpr std::size_t k_uiLimiteAbertos = 2;

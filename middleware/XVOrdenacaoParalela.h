@@ -15,8 +15,8 @@ inline constexpr std::size_t k_uiMinimoPorThread = 1U << 16;
 template <class T, class TMenor>
 void XVOrdenaEmParalelo(std::vector<T>& lista, TMenor menor) {
     if (std::is_sorted(lista.begin(), lista.end(), menor)) return;
-    const std::size_t uiThreads =
-        std::min<std::size_t>(XVAmbienteSO::GetQuantidadeProcessadores() / 2, lista.size() / k_uiMinimoPorThread);
+    const std::size_t uiThreads = std::min<std::size_t>(XVAmbienteSO::GetQuantidadeProcessadores() / 2,
+                                                        lista.size() / k_uiMinimoPorThread);
     if (uiThreads < 2) {
         std::sort(lista.begin(), lista.end(), menor);
         return;
@@ -29,5 +29,6 @@ void XVOrdenaEmParalelo(std::vector<T>& lista, TMenor menor) {
         listaThreads.emplace_back([&, i] { std::sort(limite(i), limite(i + 1), menor); });
     std::sort(limite(0), limite(1), menor);
     listaThreads.clear();
-    for (std::size_t i = 1; i < uiThreads; ++i) std::inplace_merge(limite(0), limite(i), limite(i + 1), menor);
+    for (std::size_t i = 1; i < uiThreads; ++i)
+        std::inplace_merge(limite(0), limite(i), limite(i + 1), menor);
 }

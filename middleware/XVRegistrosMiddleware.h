@@ -123,9 +123,11 @@ static_assert(offsetof(REG_CR_DATA_HORA_INTEGRACAO_TERCEIRO_V1, eTipoData) == 16
 template <>
 inline constexpr std::string_view k_sNomeRegistro<REG_CR_INDEX_INTEGRACAO_V1> = "REG_CR_INDEX_INTEGRACAO_V1";
 template <>
-inline constexpr std::string_view k_sNomeRegistro<REG_CR_INTEGRACAO_MIDDLEWARE_V1> = "REG_CR_INTEGRACAO_MIDDLEWARE_V1";
+inline constexpr std::string_view k_sNomeRegistro<REG_CR_INTEGRACAO_MIDDLEWARE_V1> =
+    "REG_CR_INTEGRACAO_MIDDLEWARE_V1";
 template <>
-inline constexpr std::string_view k_sNomeRegistro<REG_CR_INTEGRACAO_MIDDLEWARE_V2> = "REG_CR_INTEGRACAO_MIDDLEWARE_V2";
+inline constexpr std::string_view k_sNomeRegistro<REG_CR_INTEGRACAO_MIDDLEWARE_V2> =
+    "REG_CR_INTEGRACAO_MIDDLEWARE_V2";
 template <>
 inline constexpr std::string_view k_sNomeRegistro<REG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIRO_V1> =
     "REG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIRO_V1";

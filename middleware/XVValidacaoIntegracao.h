@@ -7,7 +7,9 @@
 
 namespace XVValidacaoIntegracao {
 
-constexpr HRESULT ResultadoDe(bool bValido) { return bValido ? S_OK : E_INVALIDARG; }
+constexpr HRESULT ResultadoDe(bool bValido) {
+    return bValido ? S_OK : E_INVALIDARG;
+}
 
 constexpr HRESULT ValidaTipoIntegracao(XVUInt eTipoIntegracao) {
     return ResultadoDe(eTipoIntegracao < eXVSMiddleware_QuantidadeTipoIntegracao);
@@ -29,9 +31,17 @@ constexpr HRESULT ValidaTipoConsulta(XVUInt eTipoConsulta) {
     return ResultadoDe(eTipoConsulta != eXVSMiddleware_NenhumaConsulta &&
                        eTipoConsulta < eXVSMiddleware_QuantidadeTipoConsulta);
 }
-inline HRESULT ValidaDataHora(REG_XVDMAHMSUTC regDataHora) { return ResultadoDe(regDataHora.EhValida()); }
-inline HRESULT ValidaDmc(REG_XVDMC regDmc) { return ResultadoDe(regDmc.EhValido()); }
-inline HRESULT ValidaDmcIntegracao(REG_XVDMC regDmc) { return ResultadoDe(regDmc.EhDeIntegracao()); }
-inline HRESULT ValidaTexto(const _REG_DF_TEXTOPS& regTexto) { return ResultadoDe(CXVStringPS::EhValido(regTexto)); }
+inline HRESULT ValidaDataHora(REG_XVDMAHMSUTC regDataHora) {
+    return ResultadoDe(regDataHora.EhValida());
+}
+inline HRESULT ValidaDmc(REG_XVDMC regDmc) {
+    return ResultadoDe(regDmc.EhValido());
+}
+inline HRESULT ValidaDmcIntegracao(REG_XVDMC regDmc) {
+    return ResultadoDe(regDmc.EhDeIntegracao());
+}
+inline HRESULT ValidaTexto(const _REG_DF_TEXTOPS& regTexto) {
+    return ResultadoDe(CXVStringPS::EhValido(regTexto));
+}
 
 }  // namespace XVValidacaoIntegracao

@@ -10,8 +10,8 @@
 
 namespace XVAmbienteSO {
 
-std::string GetNomeComputador();   // at most 15 characters, as GetComputerName gives it
-std::string GetNomeUsuario();      // local user of the process
+std::string GetNomeComputador();     // at most 15 characters, as GetComputerName gives it
+std::string GetNomeUsuario();        // local user of the process
 std::string GetCaminhoExecutavel();  // absolute path of the running program
 std::string GetDiretorioExecutavel();
 XVUInt GetIdProcesso();

@@ -30,7 +30,9 @@ static_assert(sizeof(GUID) == 16);
 using IID = GUID;
 using REFIID = const IID&;
 
-inline bool IsEqualGUID(const GUID& a, const GUID& b) { return std::memcmp(&a, &b, sizeof(GUID)) == 0; }
+inline bool IsEqualGUID(const GUID& a, const GUID& b) {
+    return std::memcmp(&a, &b, sizeof(GUID)) == 0;
+}
 
 #ifndef E_NOINTERFACE
 inline constexpr HRESULT E_NOINTERFACE = XVHResult(0x80004002U);

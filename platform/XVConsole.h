@@ -1,5 +1,5 @@
-// The standard streams and the arguments of a program of the command line. Thread rule: called while the program
-// starts, except for the two questions, which any thread may ask.
+// The standard streams and the arguments of a program of the command line. Thread rule: called while the
+// program starts, except for the two questions, which any thread may ask.
 #pragma once
 
 #include <string>

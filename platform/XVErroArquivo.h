@@ -5,20 +5,20 @@
 #include "platform/XVTipos.h"
 
 enum class ECausaArquivo : std::uint8_t {
-    eNenhuma,                  // success
-    eGenerica,                 // anything that has no name below
-    eArquivoNaoEncontrado,     // the directory exists, the file does not
-    eCaminhoInvalido,          // a directory of the path does not exist, or the path cannot be a path
-    eMuitosArquivosAbertos,    // the process or the system is out of handles
-    eAcessoNegado,             // permissions, a read-only file opened for writing, a directory
-    eArquivoInvalido,          // operation on a closed file or on something that is no file
-    eDiretorioCheio,           // the directory takes no further entry
-    ePosicionamentoInvalido,   // an offset that the file system cannot address
-    eErroFisico,               // the device reported an error
-    eViolacaoCompartilhamento, // another opening denies this access, or holds the access that is denied
-    eViolacaoBloqueio,         // a region is locked by another process
-    eDiscoCheio,               // no space (or quota) left
-    eFimDeArquivo,             // fewer bytes than asked for exist at the offset
+    eNenhuma,                   // success
+    eGenerica,                  // anything that has no name below
+    eArquivoNaoEncontrado,      // the directory exists, the file does not
+    eCaminhoInvalido,           // a directory of the path does not exist, or the path cannot be a path
+    eMuitosArquivosAbertos,     // the process or the system is out of handles
+    eAcessoNegado,              // permissions, a read-only file opened for writing, a directory
+    eArquivoInvalido,           // operation on a closed file or on something that is no file
+    eDiretorioCheio,            // the directory takes no further entry
+    ePosicionamentoInvalido,    // an offset that the file system cannot address
+    eErroFisico,                // the device reported an error
+    eViolacaoCompartilhamento,  // another opening denies this access, or holds the access that is denied
+    eViolacaoBloqueio,          // a region is locked by another process
+    eDiscoCheio,                // no space (or quota) left
+    eFimDeArquivo,              // fewer bytes than asked for exist at the offset
 };
 
 class [[nodiscard]] CXVErroArquivo {

@@ -12,6 +12,8 @@ bool Confere(std::string_view sMascara, std::string_view sNome);
 
 bool NomesIguais(std::string_view sNome1, std::string_view sNome2);
 
-constexpr char Minuscula(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
+constexpr char Minuscula(char c) {
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
 
 }  // namespace XVMascara

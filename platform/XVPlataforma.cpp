@@ -32,14 +32,24 @@ constinit TVigente<IXVRegistro> g_registro;
 
 }  // namespace
 
-IXVSistemaArquivos& SistemaArquivos() { return g_sistemaArquivos.Get(SistemaArquivosNativo); }
-IXVRelogio& Relogio() { return g_relogio.Get(RelogioNativo); }
-IXVRegistro& Registro() { return g_registro.Get(RegistroNativo); }
+IXVSistemaArquivos& SistemaArquivos() {
+    return g_sistemaArquivos.Get(SistemaArquivosNativo);
+}
+IXVRelogio& Relogio() {
+    return g_relogio.Get(RelogioNativo);
+}
+IXVRegistro& Registro() {
+    return g_registro.Get(RegistroNativo);
+}
 
 IXVSistemaArquivos* TrocaSistemaArquivos(IXVSistemaArquivos* p) {
     return g_sistemaArquivos.Troca(p, SistemaArquivosNativo);
 }
-IXVRelogio* TrocaRelogio(IXVRelogio* p) { return g_relogio.Troca(p, RelogioNativo); }
-IXVRegistro* TrocaRegistro(IXVRegistro* p) { return g_registro.Troca(p, RegistroNativo); }
+IXVRelogio* TrocaRelogio(IXVRelogio* p) {
+    return g_relogio.Troca(p, RelogioNativo);
+}
+IXVRegistro* TrocaRegistro(IXVRegistro* p) {
+    return g_registro.Troca(p, RegistroNativo);
+}
 
 }  // namespace XVPlataforma

@@ -1,8 +1,9 @@
 // Machine-wide configuration values (the Windows registry under HKEY_LOCAL_MACHINE).
 //
-// Windows: keys under "SOFTWARE\Wow6432Node\..." are read from the 32-bit view. Elsewhere the values
-// come from the text file named by the environment variable XV_REGISTRO (see docs/operation.md); without
-// it every value is absent. Thread rule: any thread.
+// Windows: keys under "SOFTWARE\Wow6432Node\..." are read from the 32-bit view. Where the environment
+// variable XV_REGISTRO is set, on every system, the values come from the text file that it names instead
+// (format: XVRegistroTexto.h): for tests and for the command-line program, which must not depend on the
+// machine. Elsewhere than on Windows every value is absent without it. Thread rule: any thread.
 #pragma once
 
 #include <optional>
@@ -14,7 +15,8 @@
 class IXVRegistro {
   public:
     virtual ~IXVRegistro() = default;
-    // sChave: key path below HKEY_LOCAL_MACHINE, with backslashes. Absent, unreadable or of another type: nothing.
+    // sChave: key path below HKEY_LOCAL_MACHINE, with backslashes. Absent, unreadable or of another type:
+    // nothing.
     virtual std::optional<std::string> LeTexto(std::string_view sChave, std::string_view sValor) = 0;
     // A DWORD value, or a text that is a whole decimal number.
     virtual std::optional<XVUInt> LeNumero(std::string_view sChave, std::string_view sValor) = 0;

@@ -17,8 +17,12 @@ std::string_view Apara(std::string_view sTexto) {
     return sTexto.substr(uiInicio, sTexto.find_last_not_of(k_sBrancos) - uiInicio + 1);
 }
 
-bool EhComentario(std::string_view sTexto) { return sTexto.front() == '#' || sTexto.front() == ';'; }
-bool EhVazioOuComentario(std::string_view sTexto) { return sTexto.empty() || EhComentario(sTexto); }
+bool EhComentario(std::string_view sTexto) {
+    return sTexto.front() == '#' || sTexto.front() == ';';
+}
+bool EhVazioOuComentario(std::string_view sTexto) {
+    return sTexto.empty() || EhComentario(sTexto);
+}
 
 // Takes a text in quotes from the front of sResto; nothing when the closing quote is missing.
 std::optional<std::string_view> TomaEntreAspas(std::string_view& sResto) {
@@ -48,7 +52,8 @@ std::string Identificador(std::string_view sChave, std::string_view sValor) {
     std::string sIdentificador;
     sIdentificador.reserve(sChave.size() + 1 + sValor.size());
     sIdentificador.append(sChave).append(1, '\n').append(sValor);
-    std::transform(sIdentificador.begin(), sIdentificador.end(), sIdentificador.begin(), XVMascara::Minuscula);
+    std::transform(sIdentificador.begin(), sIdentificador.end(), sIdentificador.begin(),
+                   XVMascara::Minuscula);
     return sIdentificador;
 }
 

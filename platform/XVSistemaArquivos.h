@@ -46,7 +46,7 @@ class IXVArquivo {
     virtual ~IXVArquivo() = default;
 
     // Reads exactly uiTamanho bytes from uiOffset. On failure the buffer's content is undefined;
-    // eFimDeArquivo when the file ends before.
+    // eFimDeArquivo when the file ends before; eAcessoNegado in eAnexacao.
     virtual CXVErroArquivo Le(XVUInt64 uiOffset, void* pDados, std::size_t uiTamanho) = 0;
 
     // Writes all bytes at uiOffset (ignored in eAnexacao), extending the file where needed. On failure a
@@ -56,7 +56,7 @@ class IXVArquivo {
     // Current length in bytes. On failure uiTamanho is 0.
     virtual CXVErroArquivo GetTamanho(XVUInt64& uiTamanho) = 0;
 
-    // Cuts or extends (with zeros) the file to uiTamanho bytes.
+    // Cuts or extends (with zeros) the file to uiTamanho bytes; only in eLeituraEscrita.
     virtual CXVErroArquivo SetTamanho(XVUInt64 uiTamanho) = 0;
 
     // Returns after the written bytes have reached the device.
@@ -81,6 +81,7 @@ class IXVSistemaArquivos {
                                 std::unique_ptr<IXVArquivo>& pArquivo) = 0;
 
     // What the directory holds under this name, whatever its attributes and whether it could be opened.
+    // Only true absence is eAusente: where the system refuses to tell, the name counts as a file.
     virtual EExistencia Existe(const std::string& sCaminho) = 0;
 
     // Whether the file exists and has the read-only attribute (no write permission for anyone).
@@ -94,8 +95,9 @@ class IXVSistemaArquivos {
     virtual CXVErroArquivo Apaga(const std::string& sCaminho) = 0;
 
     // Moves sOrigem onto sDestino, replacing it in one step, and returns after the change has reached the
-    // device. Either file open by anyone: eViolacaoCompartilhamento. Renaming a file so that only the case
-    // of its name changes is allowed.
+    // device. Either file open by anyone: eViolacaoCompartilhamento. A directory on either side, or a
+    // read-only destination: eAcessoNegado. Renaming a file so that only the case of its name changes is
+    // allowed.
     virtual CXVErroArquivo Substitui(const std::string& sOrigem, const std::string& sDestino) = 0;
 
     // Names (no path) of the files, never directories, of sDiretorio that match sMascara: '*' any run, '?'
@@ -103,11 +105,13 @@ class IXVSistemaArquivos {
     virtual CXVErroArquivo Lista(const std::string& sDiretorio, const std::string& sMascara,
                                  std::vector<std::string>& listaNomes) = 0;
 
-    // Creates the directory and the missing ones above it; success when it is there already.
+    // Creates the directory and the missing ones above it; success when it is there already. A file in
+    // the way: eCaminhoInvalido.
     virtual CXVErroArquivo CriaDiretorio(const std::string& sDiretorio) = 0;
 
     // Marks the directory under the name sMarca for as long as pMarca lives. Held by anyone else, in this
-    // process or another: eViolacaoCompartilhamento at once.
+    // process or another: eViolacaoCompartilhamento at once. sMarca is a plain name (anything else:
+    // eCaminhoInvalido); while the mark is held the directory may hold a file of that name.
     virtual CXVErroArquivo MarcaDiretorio(const std::string& sDiretorio, const std::string& sMarca,
                                           std::unique_ptr<IXVMarcaDiretorio>& pMarca) = 0;
 

@@ -19,13 +19,19 @@ typedef std::int32_t HRESULT;
 #endif
 
 // Turns a code written in hexadecimal into an HRESULT.
-constexpr HRESULT XVHResult(std::uint32_t ulCodigo) { return static_cast<HRESULT>(ulCodigo); }
+constexpr HRESULT XVHResult(std::uint32_t ulCodigo) {
+    return static_cast<HRESULT>(ulCodigo);
+}
 
 #ifndef FAILED
-constexpr bool FAILED(HRESULT hr) { return hr < 0; }
+constexpr bool FAILED(HRESULT hr) {
+    return hr < 0;
+}
 #endif
 #ifndef SUCCEEDED
-constexpr bool SUCCEEDED(HRESULT hr) { return hr >= 0; }
+constexpr bool SUCCEEDED(HRESULT hr) {
+    return hr >= 0;
+}
 #endif
 #ifndef S_OK
 inline constexpr HRESULT S_OK = 0;

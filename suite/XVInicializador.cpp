@@ -49,6 +49,7 @@ HRESULT CXVInicializador::Inicializa(const IXVDF_Profiler* pProfiler) {
 
 HRESULT CXVInicializador::Finaliza() {
     if (!m_bInicializado) return S_OK;
+    const HRESULT hr = OnFinaliza();  // which may ask whether the object ever was initialised
     m_bInicializado = false;
-    return OnFinaliza();
+    return hr;
 }

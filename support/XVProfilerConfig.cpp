@@ -1,5 +1,6 @@
 #include "support/XVProfilerConfig.h"
 
+#include <algorithm>
 #include <atomic>
 #include <mutex>
 

@@ -1,5 +1,5 @@
-#include <algorithm>
 #include <memory>
+#include <utility>
 
 #include "platform/XVAmbienteSO.h"
 #include "platform/XVPlataforma.h"

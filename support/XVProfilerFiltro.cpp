@@ -1,5 +1,6 @@
 #include "support/XVProfilerFiltro.h"
 
+#include <algorithm>
 #include <array>
 
 namespace {

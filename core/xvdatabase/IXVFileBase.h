@@ -3,8 +3,8 @@
 
 #include <string>
 
-#include "support/XVAmbiente.h"
 #include "suite/XVInicializador.h"
+#include "support/XVAmbiente.h"
 
 class IXVFileBase : public CXVInicializador {
   public:

@@ -2,6 +2,7 @@
 // for what is appended. Growing allocates one block at a time and copies nothing that is there.
 #pragma once
 
+#include <algorithm>
 #include <memory>
 #include <type_traits>
 #include <utility>
@@ -18,7 +19,8 @@ class TXVArrayRegistros {
     bool empty() const { return m_uiQuantidade == 0; }
 
     const T& operator[](std::size_t i) const {
-        return i < m_uiBase ? m_pBase[i] : m_listaBlocos[(i - m_uiBase) / k_uiBloco][(i - m_uiBase) % k_uiBloco];
+        return i < m_uiBase ? m_pBase[i]
+                            : m_listaBlocos[(i - m_uiBase) / k_uiBloco][(i - m_uiBase) % k_uiBloco];
     }
     T& operator[](std::size_t i) { return const_cast<T&>(std::as_const(*this)[i]); }
 
@@ -51,7 +53,9 @@ class TXVArrayRegistros {
 
     // Appends the elements from uiInicio to the vector.
     void CopiaPara(std::vector<T>& lista, std::size_t uiInicio, std::size_t uiQuantidade) const {
-        lista.reserve(lista.size() + uiQuantidade);
+        // Repeated calls must not allocate once each.
+        if (lista.capacity() < lista.size() + uiQuantidade)
+            lista.reserve(std::max(lista.size() + uiQuantidade, lista.capacity() * 2));
         while (uiQuantidade > 0) {
             const T* p = &(*this)[uiInicio];
             const std::size_t uiContiguos =

@@ -60,7 +60,9 @@ bool AssinaturaConfere(const REG_XVCABECALHO_A& regA) {
            XVCrc64(&regA.uiCrcVersao, sizeof(regA.uiCrcVersao)) == regA.uiCrcDoCrc;
 }
 
-bool CrcConfere(const REG_XVCABECALHO_B& regB) { return XVCrc64(&regB, k_uiBytesDoCrcB) == regB.uiCrc; }
+bool CrcConfere(const REG_XVCABECALHO_B& regB) {
+    return XVCrc64(&regB, k_uiBytesDoCrcB) == regB.uiCrc;
+}
 
 void Gera(REG_XVCABECALHO& reg, std::string_view sNomeArquivo, const IXVDF_Profiler& rDono,
           XVUShort usVersaoArquivo, XVUInt64 uiTamanhoDados) {
@@ -96,7 +98,8 @@ void Atualiza(REG_XVCABECALHO_B& regB, const IXVDF_Profiler& rDono, XVUInt64 uiT
     regB.uiNumeroSessao = rDono.GetNumeroSessao();
     regB.ulUsuario = rDono.GetUsuario();
     regB.usVersaoSistemaAtualizacao = k_usVersaoSistema;
-    AtualizaCampo(regB.szEmpresa, regB.szEmpresaAnterior, regB.regAlteracaoEmpresa, rDono.GetEmpresa(), regAgora);
+    AtualizaCampo(regB.szEmpresa, regB.szEmpresaAnterior, regB.regAlteracaoEmpresa, rDono.GetEmpresa(),
+                  regAgora);
     AtualizaCampo(regB.szComputador, regB.szComputadorAnterior, regB.regAlteracaoComputador, NomeComputador(),
                   regAgora);
     regB.uiCrc = XVCrc64(&regB, k_uiBytesDoCrcB);

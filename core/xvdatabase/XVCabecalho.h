@@ -33,28 +33,28 @@ static_assert(sizeof(REG_XVCABECALHO_A) == 24);
 
 // Block B: rewritten at every update. Offsets in comments count from the start of the file.
 struct REG_XVCABECALHO_B {
-    REG_XVDATAHORA_CABECALHO regUltimaAtualizacao;     // 24
-    REG_XVDATAHORA_CABECALHO regCriacao;               // 32
-    REG_XVDATAHORA_CABECALHO regSegundaCriacao;        // 40
-    REG_XVDATAHORA_CABECALHO regAlteracaoEmpresa;      // 48
-    REG_XVDATAHORA_CABECALHO regAlteracaoComputador;   // 56
-    XVUInt64 uiTamanhoBloco;                           // 64
-    XVUInt64 uiTamanhoDados;                           // 72
-    XVUInt64 uiContadorAtualizacao;                    // 80
-    XVUInt64 uiNumeroSessao;                           // 88
-    XVUInt ulZero;                                     // 96
-    XVUInt ulUsuario;                                  // 100
-    XVUShort usVersaoArquivo;                          // 104
-    XVUShort usVersaoSistemaCriacao;                   // 106
-    XVUShort usVersaoSistemaAtualizacao;               // 108
-    XVUShort usVoltasContador;                         // 110
-    char szNomeArquivo[24];                            // 112
-    char szEmpresa[24];                                // 136
-    char szEmpresaAnterior[24];                        // 160
-    char szComputador[16];                             // 184
-    char szComputadorAnterior[16];                     // 200
-    XVByte aZero[16];                                  // 216
-    XVUInt64 uiCrc;                                    // 232
+    REG_XVDATAHORA_CABECALHO regUltimaAtualizacao;    // 24
+    REG_XVDATAHORA_CABECALHO regCriacao;              // 32
+    REG_XVDATAHORA_CABECALHO regSegundaCriacao;       // 40
+    REG_XVDATAHORA_CABECALHO regAlteracaoEmpresa;     // 48
+    REG_XVDATAHORA_CABECALHO regAlteracaoComputador;  // 56
+    XVUInt64 uiTamanhoBloco;                          // 64
+    XVUInt64 uiTamanhoDados;                          // 72
+    XVUInt64 uiContadorAtualizacao;                   // 80
+    XVUInt64 uiNumeroSessao;                          // 88
+    XVUInt ulZero;                                    // 96
+    XVUInt ulUsuario;                                 // 100
+    XVUShort usVersaoArquivo;                         // 104
+    XVUShort usVersaoSistemaCriacao;                  // 106
+    XVUShort usVersaoSistemaAtualizacao;              // 108
+    XVUShort usVoltasContador;                        // 110
+    char szNomeArquivo[24];                           // 112
+    char szEmpresa[24];                               // 136
+    char szEmpresaAnterior[24];                       // 160
+    char szComputador[16];                            // 184
+    char szComputadorAnterior[16];                    // 200
+    XVByte aZero[16];                                 // 216
+    XVUInt64 uiCrc;                                   // 232
 };
 static_assert(sizeof(REG_XVCABECALHO_B) == 216);
 static_assert(offsetof(REG_XVCABECALHO_B, uiTamanhoBloco) + 24 == 64);

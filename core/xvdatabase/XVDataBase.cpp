@@ -1,7 +1,11 @@
 #include "core/xvdatabase/XVDataBase.h"
 
-HRESULT IXVFileBase::SetArrayData(const void* /*pDados*/, XVUInt64 /*uiQuantidade*/) { return E_NOTIMPL; }
-HRESULT IXVFileBase::SetRegData(XVUInt& /*uiPosicao*/, const void* /*pDados*/) { return E_NOTIMPL; }
+HRESULT IXVFileBase::SetArrayData(const void* /*pDados*/, XVUInt64 /*uiQuantidade*/) {
+    return E_NOTIMPL;
+}
+HRESULT IXVFileBase::SetRegData(XVUInt& /*uiPosicao*/, const void* /*pDados*/) {
+    return E_NOTIMPL;
+}
 
 void CXVDataBase::AddFile(IXVFileBase* pFile) {
     if (m_bControleDesabilitado) pFile->DesabilitaControleCriacaoArquivos();

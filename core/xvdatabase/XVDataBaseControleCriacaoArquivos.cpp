@@ -2,8 +2,11 @@
 
 #include <algorithm>
 
+#include "core/xvdatabase/XVCabecalho.h"
+#include "core/xvdatabase/XVCodigosArquivo.h"
 #include "core/xvdatabase/XVDataBase.h"
 #include "core/xvdatabase/XVDataBaseUtil.h"
+#include "core/xvdatabase/XVImagemArquivo.h"
 #include "core/xvdatabase/XVModoAbertura.h"
 #include "core/xvdatabase/XVNomeArquivo.h"
 #include "core/xvdatabase/XVTextFile.h"
@@ -66,12 +69,13 @@ HRESULT CXVDataBaseControleCriacaoArquivos::GerenciaControleCriacaoArquivos(XVUI
     std::string sPathArquivo;
     XV_CHECK(CXVDataBaseUtil::GetPathArquivo(m_eModulo, GetEmpresa(), m_sNomeArquivo.c_str(), &sPathArquivo));
     std::string sNomeReal;
-    const bool bExiste = XVPlataforma::SistemaArquivos().BuscaNomeReal(sPathArquivo, sNomeReal);
+    const bool bExiste = CXVDataBaseUtil::ExistePath(sPathArquivo, &sNomeReal);
     if (bPossui && !bExiste) {
-        XVProfiler::RecordError(this, "CXVDataBaseControleCriacaoArquivos::GerenciaControleCriacaoArquivos",
-                                XVNomeFonte(), __LINE__,
-                                "Arquivo controlado não encontrado: %s\tE_XVCR_INCONSISTENCIA_CONTROLE_CRIACAO_ARQUIVOS",
-                                sPathArquivo.c_str());
+        XVProfiler::RecordError(
+            this, "CXVDataBaseControleCriacaoArquivos::GerenciaControleCriacaoArquivos", XVNomeFonte(),
+            __LINE__,
+            "Arquivo controlado não encontrado: %s\tE_XVCR_INCONSISTENCIA_CONTROLE_CRIACAO_ARQUIVOS",
+            sPathArquivo.c_str());
         return E_XVCR_INCONSISTENCIA_CONTROLE_CRIACAO_ARQUIVOS;
     }
     if (!bPossui && bExiste) XV_CHECK(CriaControleCriacaoArquivos());
@@ -109,16 +113,22 @@ HRESULT CXVDataBaseControleCriacaoArquivos::RemoveControleCriacaoArquivos() {
     if (!bPossui) return S_OK;
     std::unique_ptr<IXVMarcaDiretorio> marca;
     XV_CHECK(ExecutaMarcaDiretorio(marca));
-    XV_CHECK(GravaListaSemArquivo());
-    XV_CHECK(CXVDataBaseUtil::RenomeiaArquivoTRA(this, m_eModulo, k_sNomeControle, 1));
+    CXVImagemArquivo xvFileNew(m_eModulo, XVNomeArquivo::TrocaExtensao(k_sNomeControle, "tra"));
+    XV_CHECK(xvFileNew.Inicializa(this));
+    XV_CHECK(GravaListaSemArquivo(xvFileNew));
+    XV_CHECK_TEXTO(
+        CXVDataBaseUtil::RenomeiaArquivoTRA(this, m_eModulo, k_sNomeControle, k_usVersaoArquivoInicial),
+        "CXVDataBaseUtil::RenomeiaArquivoTRA(this, m_eModulo, "
+        "XVDATABASE_NOME_ARQUIVO_CONTROLE_CRIACAO_ARQUIVOS)");
+    xvFileNew.Libera();
     return S_OK;
 }
 
 // Under the mark: the ".tra" of the control file with every name but this one. No name left: no ".tra",
 // and the rename then deletes the control file.
-HRESULT CXVDataBaseControleCriacaoArquivos::GravaListaSemArquivo() {
-    const std::string sNomeTra = XVNomeArquivo::TrocaExtensao(k_sNomeControle, "tra");
+HRESULT CXVDataBaseControleCriacaoArquivos::GravaListaSemArquivo(CXVImagemArquivo& xvFileNew) {
     std::string sPathTra;
+    const std::string sNomeTra = XVNomeArquivo::TrocaExtensao(k_sNomeControle, "tra");
     XV_CHECK(CXVDataBaseUtil::GetPathArquivo(m_eModulo, GetEmpresa(), sNomeTra, &sPathTra));
     if (XVPlataforma::SistemaArquivos().Existe(sPathTra) != EExistencia::eAusente)
         XV_FALHA(E_XVCR_ARQUIVO_TRA_ENCONTRADO);
@@ -131,18 +141,28 @@ HRESULT CXVDataBaseControleCriacaoArquivos::GravaListaSemArquivo() {
         if (!XVNomeArquivo::IgualSemCaixa(aRegistros[i].GetTexto(), m_sNomeArquivo))
             aRegistrosNew.emplace_back(aRegistros[i].GetTexto());
     XV_CHECK(xvDB.Finaliza());
+    if (aRegistrosNew.empty()) return S_OK;
+    XV_CHECK_TEXTO(GravaLista(xvFileNew, aRegistrosNew), "xvFileNew.GravaColecao(uiPosicao, aRegistrosNew)");
+    return S_OK;
+}
 
-    CXVDataBaseControle xvDBNew(m_eModulo, sNomeTra, CXVDataBaseControle::EUso::eEscrita);
-    XV_CHECK(xvDBNew.Inicializa(this));
-    CXVTextFile& xvFileNew = xvDBNew.GetArquivo();
-    XVUInt uiPosicao = 0;
-    XV_CHECK(xvFileNew.GravaColecao(uiPosicao, aRegistrosNew));
+// The list must have reached the device before it takes the place of the old one.
+HRESULT CXVDataBaseControleCriacaoArquivos::GravaLista(CXVImagemArquivo& xvFileNew,
+                                                       const std::vector<std::string>& aRegistrosNew) {
+    XV_CHECK(xvFileNew.AbreArquivo());
+    for (const std::string& sNome : aRegistrosNew) {
+        const auto ulTamanho = static_cast<XVUInt>(sNome.size());
+        XV_CHECK(xvFileNew.Grava(&ulTamanho, sizeof(ulTamanho)));
+        XV_CHECK(xvFileNew.Grava(sNome.data(), sNome.size()));
+    }
+    XV_CHECK(xvFileNew.Conclui());
     return S_OK;
 }
 
 HRESULT CXVDataBaseControleCriacaoArquivos::ExecutaMarcaDiretorio(std::unique_ptr<IXVMarcaDiretorio>& marca) {
     std::string sDiretorioMarca;
-    XV_CHECK(CXVDataBaseUtil::GetPathDados(m_eModulo, GetEmpresa(), &sDiretorioMarca));
+    XV_CHECK_TEXTO(CXVDataBaseUtil::GetPathDados(m_eModulo, GetEmpresa(), &sDiretorioMarca),
+                   "CXVDataBaseUtil::GetPathDados(m_eModulo, GetEmpresa(), sDiretorioMarca)");
     const std::string sMarca = std::string(CAmbienteXV::GetSiglaModulo(m_eModulo)) + "XXMARCA" +
                                std::to_string(static_cast<unsigned>(ControleCriacaoArquivosInMemory));
     CXVErroArquivo erro;
@@ -152,10 +172,14 @@ HRESULT CXVDataBaseControleCriacaoArquivos::ExecutaMarcaDiretorio(std::unique_pt
         if (i < k_iTentativasMarca) XVPlataforma::Relogio().Dorme(k_ulEsperaTentativa);
     }
     if (erro.Ok()) return S_OK;
-    const HRESULT hr = erro.GetCausa() == ECausaArquivo::eViolacaoCompartilhamento ? eSharingViolation : eAccessDenied;
-    XVProfiler::RecordError(this, "CXVDataBaseControleCriacaoArquivos::ExecutaMarcaDiretorio", XVNomeFonte(), __LINE__,
-                            "%s\t%s = %d\tHR = %#X\tDescrição = marca do diretório %s recusada", sMarca.c_str(), "iRetorno",
-                            static_cast<int>(erro.GetErroSistema()), static_cast<unsigned>(hr),
-                            sDiretorioMarca.c_str());
+    const HRESULT hr = XVCodigosArquivo::DeExcecao(erro.GetCausa()).hr;
+    XVProfiler::RecordError(this, "CXVDataBaseControleCriacaoArquivos::ExecutaMarcaDiretorio", XVNomeFonte(),
+                            __LINE__, "%s\t%s = %d\tHR = %#X\tDescrição = marca do diretório %s recusada",
+                            sMarca.c_str(), "iRetorno", static_cast<int>(erro.GetErroSistema()),
+                            static_cast<unsigned>(hr), sDiretorioMarca.c_str());
+    XV_CHECK_TEXTO(
+        hr,
+        "marca.Marca(sDiretorioMarca, IXVArqMarcaEnum::ControleCriacaoArquivosInMemory, GetUsuario(), "
+        "CAmbienteXV::GetSiglaModulo(m_eModulo))");
     return hr;
 }

@@ -7,10 +7,13 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "platform/XVSistemaArquivos.h"
-#include "support/XVAmbiente.h"
 #include "suite/XVInicializador.h"
+#include "support/XVAmbiente.h"
+
+class CXVImagemArquivo;
 
 class CXVDataBaseControleCriacaoArquivos : public CXVInicializador {
   public:
@@ -34,7 +37,8 @@ class CXVDataBaseControleCriacaoArquivos : public CXVInicializador {
 
   private:
     HRESULT ExecutaMarcaDiretorio(std::unique_ptr<IXVMarcaDiretorio>& marca);
-    HRESULT GravaListaSemArquivo();
+    HRESULT GravaListaSemArquivo(CXVImagemArquivo& xvFileNew);
+    HRESULT GravaLista(CXVImagemArquivo& xvFileNew, const std::vector<std::string>& aRegistrosNew);
 
     EModulo m_eModulo;
     std::string m_sNomeArquivo;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "core/xvdatabase/XVCodigosArquivo.h"
 #include "core/xvdatabase/XVDataBase.h"
 #include "core/xvdatabase/XVDataBaseControleCriacaoArquivos.h"
 #include "core/xvdatabase/XVFileBase.h"
@@ -28,16 +29,19 @@ CXVErroArquivo Tenta(TOperacao operacao) {
     return erro;
 }
 
-bool ExistePath(const std::string& sPath) {
+bool Existe(const std::string& sPath) {
     return XVPlataforma::SistemaArquivos().Existe(sPath) != EExistencia::eAusente;
 }
 
 std::string TextoAuditoria(const IXVDF_Profiler& rDono, const std::string& sNomeArquivo) {
     const std::string sInicio = "Arquivo \"" + sNomeArquivo + "\" removido ";
     switch (rDono.GetUsuario()) {
-        case k_usUsuarioConversao: return sInicio + "durante a conversão da base de dados";
-        case 0: return sInicio + "sem informação de usuário logado";
-        default: return sInicio + "pelo usuário \"" + XVAmbienteSO::GetNomeUsuario() + "\"";
+        case k_usUsuarioConversao:
+            return sInicio + "durante a conversão da base de dados";
+        case 0:
+            return sInicio + "sem informação de usuário logado";
+        default:
+            return sInicio + "pelo usuário \"" + XVAmbienteSO::GetNomeUsuario() + "\"";
     }
 }
 
@@ -47,8 +51,8 @@ HRESULT CXVDataBaseUtil::GetPathDados(EModulo eModulo, std::string_view sEmpresa
     return CAmbienteXV::GetPathDados(eModulo, sEmpresa, psDiretorio);
 }
 
-HRESULT CXVDataBaseUtil::GetPathArquivo(EModulo eModulo, std::string_view sEmpresa, std::string_view sNomeArquivo,
-                                        std::string* psPathArquivo) {
+HRESULT CXVDataBaseUtil::GetPathArquivo(EModulo eModulo, std::string_view sEmpresa,
+                                        std::string_view sNomeArquivo, std::string* psPathArquivo) {
     psPathArquivo->clear();
     std::string sDiretorio;
     const HRESULT hr = GetPathDados(eModulo, sEmpresa, &sDiretorio);
@@ -56,7 +60,14 @@ HRESULT CXVDataBaseUtil::GetPathArquivo(EModulo eModulo, std::string_view sEmpre
     return hr;
 }
 
-HRESULT CXVDataBaseUtil::ListaMembros(const IXVDF_Profiler* pDono, EModulo eModulo, const std::string& sPadrao,
+bool CXVDataBaseUtil::ExistePath(const std::string& sPathArquivo, std::string* psNomeReal) {
+    if (XVPlataforma::SistemaArquivos().BuscaNomeReal(sPathArquivo, *psNomeReal)) return true;
+    *psNomeReal = sPathArquivo.substr(sPathArquivo.find_last_of("/\\") + 1);
+    return Existe(sPathArquivo);
+}
+
+HRESULT CXVDataBaseUtil::ListaMembros(const IXVDF_Profiler* pDono, EModulo eModulo,
+                                      const std::string& sPadrao,
                                       std::vector<std::pair<XVUInt64, std::string>>* plistaMembros) {
     plistaMembros->clear();
     std::string sDiretorio;
@@ -65,7 +76,9 @@ HRESULT CXVDataBaseUtil::ListaMembros(const IXVDF_Profiler* pDono, EModulo eModu
         sPadrao.substr(0, sPadrao.find('?')) + "*." + std::string(XVNomeArquivo::GetExtensao(sPadrao));
     std::vector<std::string> listaNomes;
     const CXVErroArquivo erro = XVPlataforma::SistemaArquivos().Lista(sDiretorio, sMascara, listaNomes);
-    if (!erro.Ok()) XV_CHECK_TEXTO_DONO(pDono, eBadPath, "Lista(sPathArquivo, listaNomes)");
+    if (!erro.Ok())
+        XV_CHECK_TEXTO_DONO(pDono, XVCodigosArquivo::DeExcecao(erro.GetCausa()).hr,
+                            "Lista(sPathArquivo, listaNomes)");
     for (std::string& sNome : listaNomes)
         if (const auto uiChave = XVNomeArquivo::NomeParaChave(sNome, sPadrao))
             plistaMembros->emplace_back(*uiChave, std::move(sNome));
@@ -75,7 +88,7 @@ HRESULT CXVDataBaseUtil::ListaMembros(const IXVDF_Profiler* pDono, EModulo eModu
 
 HRESULT CXVDataBaseUtil::DeletaPath(const IXVDF_Profiler* pDono, const std::string& sPathArquivo) {
     const CXVErroArquivo erro = Tenta([&] { return XVPlataforma::SistemaArquivos().Apaga(sPathArquivo); });
-    if (erro.Ok() || !ExistePath(sPathArquivo)) return S_OK;
+    if (erro.Ok() || !Existe(sPathArquivo)) return S_OK;
     XVProfiler::RecordError(pDono, "CXVDataBaseUtil::DeletaArquivo", XVNomeFonte(), __LINE__,
                             "Erro ao deletar arquivo %s DW: %d.", sPathArquivo.c_str(),
                             static_cast<int>(erro.GetErroSistema()));
@@ -105,16 +118,18 @@ HRESULT CXVDataBaseUtil::DeletaArquivoUnico(const IXVDF_Profiler* pDono, EModulo
         XV_CHECK_DONO(pDono, controle.Inicializa(pDono));
         XV_CHECK_DONO(pDono, controle.RemoveControleCriacaoArquivos());
     }
-    if (!ExistePath(sPathArquivo)) return S_OK;
+    if (!Existe(sPathArquivo)) return S_OK;
     XV_CHECK_DONO(pDono, DeletaPath(pDono, sPathArquivo));
-    if (eModulo != k_eModuloSemAuditoria) XV_CHECK_DONO(pDono, GravaAuditoria(pDono, sNomeArquivo));
+    // The file is gone whatever becomes of the entry: its failure is recorded and no more.
+    if (eModulo != k_eModuloSemAuditoria) XVIgnora(GravaAuditoria(pDono, sNomeArquivo));
     return S_OK;
 }
 
-HRESULT CXVDataBaseUtil::DeletaArquivo(const IXVDF_Profiler* pDono, EModulo eModulo, const std::string& sNomeArquivo,
-                                       EControleDelecao eControle) {
+HRESULT CXVDataBaseUtil::DeletaArquivo(const IXVDF_Profiler* pDono, EModulo eModulo,
+                                       const std::string& sNomeArquivo, EControleDelecao eControle) {
     XV_ESCOPO_DONO(pDono, {"sNomeArquivo", sNomeArquivo});
-    if (!XVNomeArquivo::EhPadraoGrupo(sNomeArquivo)) return DeletaArquivoUnico(pDono, eModulo, sNomeArquivo, eControle);
+    if (!XVNomeArquivo::EhPadraoGrupo(sNomeArquivo))
+        return DeletaArquivoUnico(pDono, eModulo, sNomeArquivo, eControle);
     std::vector<std::pair<XVUInt64, std::string>> listaMembros;
     XV_CHECK_DONO(pDono, ListaMembros(pDono, eModulo, sNomeArquivo, &listaMembros));
     for (const auto& membro : listaMembros)
@@ -138,17 +153,23 @@ HRESULT CXVDataBaseUtil::RenomeiaArquivoUnico(const IXVDF_Profiler* pDono, EModu
                                               XVUShort usVersaoArquivo) {
     std::string sPathArquivo;
     XV_CHECK_DONO(pDono, GetPathArquivo(eModulo, pDono->GetEmpresa(), sNomeArquivo, &sPathArquivo));
-    CXVDataBaseControleCriacaoArquivos controle(eModulo, sNomeArquivo);
-    XV_CHECK_DONO(pDono, controle.Inicializa(pDono));
-
     const std::string sPathOrigem = XVNomeArquivo::TrocaExtensao(sPathArquivo, sExtensao);
-    if (!ExistePath(sPathOrigem)) {
-        if (!ExistePath(sPathArquivo)) return S_OK;
-        return DeletaArquivo(pDono, eModulo, sNomeArquivo,
-                             XVNomeArquivo::EhArquivoControle(sNomeArquivo) ? eMantemNoControle : eRemoveDoControle);
+    if (!Existe(sPathOrigem)) {
+        return DeletaArquivo(
+            pDono, eModulo, sNomeArquivo,
+            XVNomeArquivo::EhArquivoControle(sNomeArquivo) ? eMantemNoControle : eRemoveDoControle);
     }
     XV_CHECK_DONO(pDono, MovePath(pDono, sPathOrigem, sPathArquivo));
-    XV_CHECK_DONO(pDono, controle.GerenciaControleCriacaoArquivos(EXVDataBase_ModoAbertura::eModoLeituraGravacao));
+    XV_CHECK_DONO(pDono, ConcluiRenomeacao(pDono, eModulo, sNomeArquivo, usVersaoArquivo));
+    return S_OK;
+}
+
+HRESULT CXVDataBaseUtil::ConcluiRenomeacao(const IXVDF_Profiler* pDono, EModulo eModulo,
+                                           const std::string& sNomeArquivo, XVUShort usVersaoArquivo) {
+    CXVDataBaseControleCriacaoArquivos controle(eModulo, sNomeArquivo);
+    XV_CHECK_DONO(pDono, controle.Inicializa(pDono));
+    XV_CHECK_DONO(pDono,
+                  controle.GerenciaControleCriacaoArquivos(EXVDataBase_ModoAbertura::eModoLeituraGravacao));
 
     CXVDataBase xvDB(eModulo);
     CXVFileBase xvFile(sNomeArquivo, &xvDB);

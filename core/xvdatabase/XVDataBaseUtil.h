@@ -28,41 +28,53 @@ class CXVDataBaseUtil {
                                   std::string* psPathArquivo);
     static HRESULT GetPathDados(EModulo eModulo, std::string_view sEmpresa, std::string* psDiretorio);
 
-    // Deletes the file, or every member of a group pattern; an absent file is no error. Each deletion leaves one
-    // entry in the general log. E_XVCR_DELECAO_ARQUIVO after 50 attempts.
-    static HRESULT DeletaArquivo(const IXVDF_Profiler* pDono, EModulo eModulo, const std::string& sNomeArquivo,
-                                 EControleDelecao eControle);
+    // Whether the directory holds a file of this path, read-only or not; *psNomeReal is its name as it stands
+    // there. Where the system refuses to tell, the file counts as held: a store must never be taken for an
+    // empty one.
+    static bool ExistePath(const std::string& sPathArquivo, std::string* psNomeReal);
 
-    // Replaces sNomeArquivo by its sibling with extension sExtensao and stamps usVersaoArquivo into its header.
-    // Without a sibling the live file is deleted. A name holding '?' means every member of the group.
-    static HRESULT RenomeiaArquivoEXT(const IXVDF_Profiler* pDono, EModulo eModulo, const std::string& sNomeArquivo,
-                                      std::string_view sExtensao, XVUShort usVersaoArquivo);
-    static HRESULT RenomeiaArquivoTRA(const IXVDF_Profiler* pDono, EModulo eModulo, const std::string& sNomeArquivo,
+    // Deletes the file, or every member of a group pattern; an absent file is no error. Each deletion leaves
+    // one entry in the general log. E_XVCR_DELECAO_ARQUIVO after 50 attempts.
+    static HRESULT DeletaArquivo(const IXVDF_Profiler* pDono, EModulo eModulo,
+                                 const std::string& sNomeArquivo, EControleDelecao eControle);
+
+    // Replaces sNomeArquivo by its sibling with extension sExtensao and stamps usVersaoArquivo into its
+    // header. Without a sibling the live file is deleted. A name holding '?' means every member of the group.
+    static HRESULT RenomeiaArquivoEXT(const IXVDF_Profiler* pDono, EModulo eModulo,
+                                      const std::string& sNomeArquivo, std::string_view sExtensao,
                                       XVUShort usVersaoArquivo);
+    static HRESULT RenomeiaArquivoTRA(const IXVDF_Profiler* pDono, EModulo eModulo,
+                                      const std::string& sNomeArquivo, XVUShort usVersaoArquivo);
     static HRESULT RenomeiaArquivoTRAGroupFile(const IXVDF_Profiler* pDono, EModulo eModulo,
                                                const std::string& sPadrao, XVUShort usVersaoArquivo);
+    // What follows the move: the file is brought under control, validated and stamped. Done again, it changes
+    // nothing.
+    static HRESULT ConcluiRenomeacao(const IXVDF_Profiler* pDono, EModulo eModulo,
+                                     const std::string& sNomeArquivo, XVUShort usVersaoArquivo);
     // Only the move of the ".cab" copy: the caller has the header and the control in hand.
-    static HRESULT RenomeiaArquivoCAB(const IXVDF_Profiler* pDono, EModulo eModulo, const std::string& sNomeArquivo);
+    static HRESULT RenomeiaArquivoCAB(const IXVDF_Profiler* pDono, EModulo eModulo,
+                                      const std::string& sNomeArquivo);
 
-    // The record of a single-record file. Absent file: a zero record. Reading changes nothing on disk; a damaged
-    // header or a wrong size is the code of the fault.
+    // The record of a single-record file. Absent file: a zero record, unless the creation control lists it.
+    // Reading changes nothing on disk; a damaged header or a wrong size is the code of the fault.
     static HRESULT LeSingleReg(const IXVDF_Profiler* pDono, EModulo eModulo, REG_CR_MIDDLEWARE_VERSAO* pReg,
                                const std::string& sNomeArquivo);
     // Writes the record in one step: a crash leaves the old file or the new one, never a part.
-    static HRESULT GravaSingleReg(const IXVDF_Profiler* pDono, EModulo eModulo, const REG_CR_MIDDLEWARE_VERSAO& reg,
-                                  const std::string& sNomeArquivo);
+    static HRESULT GravaSingleReg(const IXVDF_Profiler* pDono, EModulo eModulo,
+                                  const REG_CR_MIDDLEWARE_VERSAO& reg, const std::string& sNomeArquivo);
 
     // Names of the members of a group pattern that the directory holds, in ascending order of their keys.
     static HRESULT ListaMembros(const IXVDF_Profiler* pDono, EModulo eModulo, const std::string& sPadrao,
                                 std::vector<std::pair<XVUInt64, std::string>>* plistaMembros);
 
   private:
-    static HRESULT DeletaArquivoUnico(const IXVDF_Profiler* pDono, EModulo eModulo, const std::string& sNomeArquivo,
-                                      EControleDelecao eControle);
+    static HRESULT DeletaArquivoUnico(const IXVDF_Profiler* pDono, EModulo eModulo,
+                                      const std::string& sNomeArquivo, EControleDelecao eControle);
     static HRESULT DeletaPath(const IXVDF_Profiler* pDono, const std::string& sPathArquivo);
     static HRESULT GravaAuditoria(const IXVDF_Profiler* pDono, const std::string& sNomeArquivo);
-    static HRESULT RenomeiaArquivoUnico(const IXVDF_Profiler* pDono, EModulo eModulo, const std::string& sNomeArquivo,
-                                        std::string_view sExtensao, XVUShort usVersaoArquivo);
+    static HRESULT RenomeiaArquivoUnico(const IXVDF_Profiler* pDono, EModulo eModulo,
+                                        const std::string& sNomeArquivo, std::string_view sExtensao,
+                                        XVUShort usVersaoArquivo);
     static HRESULT MovePath(const IXVDF_Profiler* pDono, const std::string& sPathOrigem,
                             const std::string& sPathArquivo);
 };

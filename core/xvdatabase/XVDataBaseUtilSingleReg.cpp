@@ -6,6 +6,7 @@
 #include "core/xvdatabase/XVImagemArquivo.h"
 #include "core/xvdatabase/XVNomeArquivo.h"
 #include "core/xvdatabase/XVRegistroVersao.h"
+#include "support/XVCodigos.h"
 
 namespace {
 
@@ -33,18 +34,28 @@ class CXVDataBaseSingleReg : public CXVDataBase {
 
 }  // namespace
 
-HRESULT CXVDataBaseUtil::LeSingleReg(const IXVDF_Profiler* pDono, EModulo eModulo, REG_CR_MIDDLEWARE_VERSAO* pReg,
-                                     const std::string& sNomeArquivo) {
+HRESULT CXVDataBaseUtil::LeSingleReg(const IXVDF_Profiler* pDono, EModulo eModulo,
+                                     REG_CR_MIDDLEWARE_VERSAO* pReg, const std::string& sNomeArquivo) {
     *pReg = {};
     CXVDataBaseSingleReg xvDB(eModulo, sNomeArquivo);
     XV_CHECK_DONO(pDono, xvDB.Abre(pDono));
-    if (!xvDB.GetArquivo().ExisteArquivo()) return S_OK;
-    XV_CHECK_DONO(pDono, xvDB.GetArquivo().Le(*pReg));
+    if (xvDB.GetArquivo().ExisteArquivo()) {
+        XV_CHECK_DONO(pDono, xvDB.GetArquivo().Le(*pReg));
+        return S_OK;
+    }
+    CXVDataBaseControleCriacaoArquivos controle(eModulo, sNomeArquivo);
+    XV_CHECK_DONO(pDono, controle.Inicializa(pDono));
+    bool bPossui = false;
+    XV_CHECK_DONO(pDono, controle.PossuiControleCriacaoArquivos(&bPossui));
+    if (bPossui)
+        XV_CHECK_TEXTO_DONO(pDono, E_XVCR_INCONSISTENCIA_CONTROLE_CRIACAO_ARQUIVOS,
+                            "E_XVCR_INCONSISTENCIA_CONTROLE_CRIACAO_ARQUIVOS");
     return S_OK;
 }
 
 HRESULT CXVDataBaseUtil::GravaSingleReg(const IXVDF_Profiler* pDono, EModulo eModulo,
-                                        const REG_CR_MIDDLEWARE_VERSAO& reg, const std::string& sNomeArquivo) {
+                                        const REG_CR_MIDDLEWARE_VERSAO& reg,
+                                        const std::string& sNomeArquivo) {
     REG_XVCABECALHO regCabecalho;
     bool bTemCabecalho = false;
     {
@@ -69,6 +80,7 @@ HRESULT CXVDataBaseUtil::GravaSingleReg(const IXVDF_Profiler* pDono, EModulo eMo
     xvImagem.Libera();
     CXVDataBaseControleCriacaoArquivos controle(eModulo, sNomeArquivo);
     XV_CHECK_DONO(pDono, controle.Inicializa(pDono));
-    XV_CHECK_DONO(pDono, controle.GerenciaControleCriacaoArquivos(EXVDataBase_ModoAbertura::eModoLeituraGravacao));
+    XV_CHECK_DONO(pDono,
+                  controle.GerenciaControleCriacaoArquivos(EXVDataBase_ModoAbertura::eModoLeituraGravacao));
     return S_OK;
 }

@@ -22,6 +22,7 @@
 #include "support/XVProfiler.h"
 
 inline constexpr XVUInt XVDATABASE_POSICAO_NOVO_REGISTRO = 0;
+inline constexpr XVUInt64 k_uiMaximoRegistros = 0xFFFFFFFFU;
 
 template <class T>
 class CXVFile : public CXVFileBase {
@@ -57,8 +58,8 @@ class CXVFile : public CXVFileBase {
     // Declares the index of the next column; TDataBase::GetChaveIndex(record, column) computes the keys, 0
     // meaning no key. Existing records are entered and checked.
     template <class TDataBase>
-    HRESULT IncluiIndex(const TDataBase* pDataBase, XVUInt uiColunaIndexacao, bool bPermiteChaveZerada = false,
-                        bool bPermiteChaveRepetida = false);
+    HRESULT IncluiIndex(const TDataBase* pDataBase, XVUInt uiColunaIndexacao,
+                        bool bPermiteChaveZerada = false, bool bPermiteChaveRepetida = false);
     // Forgets all declarations.
     void RemoveDeclaracoesIndex() { m_listaIndices.clear(); }
 
@@ -67,7 +68,8 @@ class CXVFile : public CXVFileBase {
     // Lowest position that holds the key, or 0.
     HRESULT ExisteIndex(XVUInt64 chave, XVUInt& uiPosicao, XVUInt uiColunaIndexacao) const;
     // A text key is the CRC-64 of its bytes.
-    HRESULT ExisteIndex(std::string_view chave, std::vector<XVUInt>& listaPosicao, XVUInt uiColunaIndexacao) const {
+    HRESULT ExisteIndex(std::string_view chave, std::vector<XVUInt>& listaPosicao,
+                        XVUInt uiColunaIndexacao) const {
         return ExisteIndex(XVCrc64(chave.data(), chave.size()), listaPosicao, uiColunaIndexacao);
     }
     HRESULT ExisteIndex(std::string_view chave, XVUInt& uiPosicao, XVUInt uiColunaIndexacao) const {
@@ -102,6 +104,8 @@ class CXVFile : public CXVFileBase {
     HRESULT ConstroiIndices();
     HRESULT AbreParaGravacao();
     HRESULT GravaRegistros(XVUInt& uiPosicao, std::span<const T> aRegistros, XVUInt64 uiTamanhoArquivo);
+    void DesfazGravacaoRegistros(XVUInt uiPosicao, std::size_t uiQuantidade, XVUInt64 uiTamanhoArquivo);
+    HRESULT ValidaIndices(XVUInt uiPosicao, std::span<const T> aRegistros);
     HRESULT ValidaIndex(XVUInt uiPosicao, std::span<const T> aRegistros, std::size_t idx);
     bool PodeManterChave(const SIndice& rIndice, XVUInt64 uiChave, XVUInt uiPosicaoRegistro) const;
     HRESULT AtualizaIndexDoArquivo(SIndice& rIndice, std::size_t uiColuna);

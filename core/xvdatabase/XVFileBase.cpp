@@ -18,7 +18,8 @@ constexpr XVUInt k_ulEsperaTentativa = 10;  // ms
 
 SAberturaArquivo AberturaDoModo(XVUInt eModoAbertura) {
     if (eModoAbertura == eModoLeituraSemBloqueio)
-        return {EAcessoArquivo::eLeitura, ECompartilhamentoArquivo::eNegaNada, ECriacaoArquivo::eSomenteExistente};
+        return {EAcessoArquivo::eLeitura, ECompartilhamentoArquivo::eNegaNada,
+                ECriacaoArquivo::eSomenteExistente};
     return {EAcessoArquivo::eLeituraEscrita, ECompartilhamentoArquivo::eNegaEscrita,
             eModoAbertura == eModoLeituraGravacaoCriacao ? ECriacaoArquivo::eCriaSeAusente
                                                          : ECriacaoArquivo::eSomenteExistente};
@@ -44,7 +45,8 @@ HRESULT CXVFileBase::OnInicializa() {
     XV_CHECK_TEXTO(IXVFileBase::OnInicializa(), "__super::OnInicializa()");
     m_sPathArquivo.clear();
     XV_CHECK(MontaPath());
-    if (!XVNomeArquivo::EhArquivoControle(m_sNomeArquivo) && !XVNomeArquivo::EhCopiaTransitoria(m_sNomeArquivo)) {
+    if (!XVNomeArquivo::EhArquivoControle(m_sNomeArquivo) &&
+        !XVNomeArquivo::EhCopiaTransitoria(m_sNomeArquivo)) {
         const std::string sPathTra = XVNomeArquivo::TrocaExtensao(m_sPathArquivo, "tra");
         if (XVPlataforma::SistemaArquivos().Existe(sPathTra) != EExistencia::eAusente)
             XV_FALHA(E_XVCR_ARQUIVO_TRA_ENCONTRADO);
@@ -56,7 +58,9 @@ HRESULT CXVFileBase::OnInicializa() {
 
 HRESULT CXVFileBase::OnFinaliza() {
     XV_ESCOPO({"m_sNomeArquivo", m_sNomeArquivo});
-    const HRESULT hrAtualiza = AtualizaArquivo();
+    // A file that was refused stays byte for byte as found.
+    const HRESULT hrAtualiza = EstaInicializado() ? AtualizaArquivo() : S_OK;
+    if (FAILED(hrAtualiza)) DesfazGravacao(m_uiTamanhoArquivo);
     FechaArquivo();
     const HRESULT hrControle = m_ControleCriacaoArquivos.Finaliza();
     XV_CHECK_TEXTO(hrAtualiza, "AtualizaArquivo()");
@@ -82,22 +86,26 @@ HRESULT CXVFileBase::AbreArquivo(XVUInt eModoAbertura) {
 
     IXVSistemaArquivos& rSistema = XVPlataforma::SistemaArquivos();
     std::string sNomeReal;
-    const bool bExiste = rSistema.BuscaNomeReal(m_sPathArquivo, sNomeReal);
+    const bool bExiste = CXVDataBaseUtil::ExistePath(m_sPathArquivo, &sNomeReal);
     XV_CHECK(m_ControleCriacaoArquivos.GerenciaControleCriacaoArquivos(eModoAbertura));
     if (!bExiste && eModoAbertura != eModoLeituraGravacaoCriacao) return S_OK;
 
     std::string sPath = m_sPathArquivo;
     if (bExiste && sNomeReal != m_sNomeArquivo) {
-        const std::string sPathReal =
-            sPath.substr(0, sPath.size() - m_sNomeArquivo.size()) + sNomeReal;
-        if (eModoAbertura != eModoLeituraGravacao || !rSistema.Substitui(sPathReal, sPath).Ok()) sPath = sPathReal;
+        const std::string sPathReal = sPath.substr(0, sPath.size() - m_sNomeArquivo.size()) + sNomeReal;
+        if (eModoAbertura != eModoLeituraGravacao || !rSistema.Substitui(sPathReal, sPath).Ok())
+            sPath = sPathReal;
     }
     XV_CHECK(AbreComTentativas(sPath, eModoAbertura));
     m_eModoAbertura = eModoAbertura;
-    if (const CXVErroArquivo erro = m_pArquivo->GetTamanho(m_uiTamanhoArquivo); !erro.Ok())
+    XVUInt64 uiTamanho = 0;
+    if (const CXVErroArquivo erro = m_pArquivo->GetTamanho(uiTamanho); !erro.Ok())
         XV_CHECK_TEXTO(CatchInicializacao(&erro), "CatchInicializacao(pEx)");
+    m_uiTamanhoArquivo = uiTamanho;
     if (eModoAbertura == eModoLeituraSemBloqueio) return S_OK;
-    XV_CHECK(GerenciaCabecalho());
+    const HRESULT hr = GerenciaCabecalho();
+    if (FAILED(hr) && !bExiste) DesfazCriacao();
+    XV_CHECK_TEXTO(hr, "GerenciaCabecalho()");
     return S_OK;
 }
 
@@ -129,7 +137,8 @@ void CXVFileBase::FechaArquivo() {
 HRESULT CXVFileBase::DeletaArquivo() {
     XV_ESCOPO({"m_sNomeArquivo", m_sNomeArquivo});
     FechaArquivo();
-    XV_CHECK(CXVDataBaseUtil::DeletaArquivo(this, m_eModulo, m_sNomeArquivo, CXVDataBaseUtil::eRemoveDoControle));
+    XV_CHECK(
+        CXVDataBaseUtil::DeletaArquivo(this, m_eModulo, m_sNomeArquivo, CXVDataBaseUtil::eRemoveDoControle));
     CXVProfilerEmpresa xvProfiler;
     xvProfiler.SetProfiler(*this);
     XV_CHECK(Finaliza());
@@ -137,8 +146,12 @@ HRESULT CXVFileBase::DeletaArquivo() {
     return S_OK;
 }
 
+bool CXVFileBase::EstaAbertoParaGravacao() const {
+    return m_eModoAbertura == eModoLeituraGravacao || m_eModoAbertura == eModoLeituraGravacaoCriacao;
+}
+
 HRESULT CXVFileBase::AtualizaArquivo() {
-    if (m_eModoAbertura != eModoLeituraGravacao && m_eModoAbertura != eModoLeituraGravacaoCriacao) return S_OK;
+    if (!EstaAbertoParaGravacao()) return S_OK;
     XV_CHECK(AtualizaCabecalho());
     return S_OK;
 }
@@ -146,31 +159,43 @@ HRESULT CXVFileBase::AtualizaArquivo() {
 HRESULT CXVFileBase::GravaVersaoArquivo(XVUShort usVersaoArquivo) {
     XV_ESCOPO({"m_sNomeArquivo", m_sNomeArquivo}, {"usVersaoArquivo", XVUInt64{usVersaoArquivo}});
     if (!GerenciarCabecalho()) return S_OK;
-    XV_CHECK(AbreArquivo(EXVDataBase_ModoAbertura::eModoLeituraGravacaoCriacao));
+    XV_CHECK(ValidaGravacao());
+    if (!EstaAbertoParaGravacao()) {
+        const HRESULT hrAbre = AbreArquivo(EXVDataBase_ModoAbertura::eModoLeituraGravacaoCriacao);
+        if (FAILED(hrAbre)) FechaArquivo();
+        XV_CHECK_TEXTO(hrAbre, "AbreArquivo(EXVDataBase_ModoAbertura::eModoLeituraGravacaoCriacao)");
+    }
     if (m_regCabecalho.regB.usVersaoArquivo == usVersaoArquivo) return S_OK;
     const XVUShort usVersaoAnterior = std::exchange(m_regCabecalho.regB.usVersaoArquivo, usVersaoArquivo);
     const HRESULT hr = AtualizaArquivo();
-    if (FAILED(hr)) m_regCabecalho.regB.usVersaoArquivo = usVersaoAnterior;
+    if (FAILED(hr)) {
+        m_regCabecalho.regB.usVersaoArquivo = usVersaoAnterior;
+        DesfazGravacao(m_uiTamanhoArquivo);
+    }
     XV_CHECK_TEXTO(hr, "AtualizaArquivo()");
     return S_OK;
 }
 
-HRESULT CXVFileBase::CatchArquivo(const CXVErroArquivo* pEx) {
+HRESULT CXVFileBase::CatchGravacao(const CXVErroArquivo* pEx) {
     const SCodigoArquivo codigo = XVCodigosArquivo::DeExcecao(pEx->GetCausa());
-    return CheckHr(codigo.hr, codigo.pszNome, "CXVFileBase::CatchArquivo", XVNomeFonte(), __LINE__, this);
+    return CheckHr(codigo.hr, codigo.pszNome, "CXVFileBase::CatchGravacao", XVNomeFonte(), __LINE__, this);
 }
-HRESULT CXVFileBase::CatchGravacao(const CXVErroArquivo* pEx) { return CatchArquivo(pEx); }
-HRESULT CXVFileBase::CatchInicializacao(const CXVErroArquivo* pEx) { return CatchArquivo(pEx); }
+
+HRESULT CXVFileBase::CatchInicializacao(const CXVErroArquivo* pEx) {
+    const SCodigoArquivo codigo = XVCodigosArquivo::DeExcecao(pEx->GetCausa());
+    return CheckHr(codigo.hr, codigo.pszNome, "CXVFileBase::CatchInicializacao", XVNomeFonte(), __LINE__,
+                   this);
+}
 
 void CXVFileBase::RegistraFalhaLeitura(HRESULT hr, XVUInt uiPosicao, std::size_t uiTamanhoRegistro,
                                        XVUInt64 uiQtdRegistros) const {
     const SMensagemCodigo* pMensagem = XVBuscaMensagem(hr);
     const std::string sDescricao(pMensagem != nullptr ? pMensagem->sDescricao : std::string_view{});
-    XVProfiler::RecordError(this, "CXVFile::Le", "core/xvdatabase/XVFile", __LINE__,
-                            "hr = 0x%08X\tDescrição = %s\tArquivo = %s\tPosição = %d\tRegistro = %d\tQtd. Registros = %lld",
-                            static_cast<unsigned>(hr), sDescricao.c_str(), m_sNomeArquivo.c_str(),
-                            static_cast<int>(uiPosicao), static_cast<int>(uiTamanhoRegistro),
-                            static_cast<long long>(uiQtdRegistros));
+    XVProfiler::RecordError(
+        this, "CXVFile::Le", "core/xvdatabase/XVFile", __LINE__,
+        "hr = 0x%08X\tDescrição = %s\tArquivo = %s\tPosição = %d\tRegistro = %d\tQtd. Registros = %lld",
+        static_cast<unsigned>(hr), sDescricao.c_str(), m_sNomeArquivo.c_str(), static_cast<int>(uiPosicao),
+        static_cast<int>(uiTamanhoRegistro), static_cast<long long>(uiQtdRegistros));
 }
 
 HRESULT CXVFileBase::ValidaGravacao() {
@@ -187,9 +212,27 @@ CXVErroArquivo CXVFileBase::GravaDados(XVUInt64 uiOffset, const void* pDados, st
     return erro;
 }
 
+void CXVFileBase::DesfazGravacao(XVUInt64 uiTamanhoAnterior, XVUInt64 uiOffset, const void* pAnteriores,
+                                 std::size_t uiTamanho) {
+    if (!ExisteArquivo()) return;
+    bool bDesfeito = m_pArquivo->SetTamanho(uiTamanhoAnterior).Ok();
+    if (bDesfeito) m_uiTamanhoArquivo = uiTamanhoAnterior;
+    if (bDesfeito && uiTamanho > 0) bDesfeito = GravaDados(uiOffset, pAnteriores, uiTamanho).Ok();
+    if (bDesfeito && m_bCabecalhoValidado)
+        bDesfeito = GravaDados(k_uiTamanhoBlocoA, &m_regCabecalho.regB, sizeof(m_regCabecalho.regB)).Ok();
+    if (!bDesfeito) FechaArquivo();
+}
+
+void CXVFileBase::DesfazCriacao() {
+    FechaArquivo();
+    XVPlataforma::SistemaArquivos().Apaga(m_sPathArquivo).Ignora();
+}
+
 bool CXVFileBase::EhUmaExcecaoFatal(HRESULT hr) {
     return hr == eBadSeek || hr == eEndOfFile || hr == eHardIO || hr == eFileNotFound || hr == eBadPath ||
            hr == E_XVCR_INDEXACAO_COM_POSICAO_ZERO || hr == E_XVCR_CHAVE_DE_INDEXACAO_REPETIDA;
 }
 
-void CXVFileBase::EsperaEntreTentativas() { XVPlataforma::Relogio().Dorme(k_ulEsperaTentativa); }
+void CXVFileBase::EsperaEntreTentativas() {
+    XVPlataforma::Relogio().Dorme(k_ulEsperaTentativa);
+}

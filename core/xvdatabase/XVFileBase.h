@@ -6,6 +6,7 @@
 // deny nothing.
 #pragma once
 
+#include <atomic>
 #include <memory>
 #include <shared_mutex>
 #include <string>
@@ -63,8 +64,8 @@ class CXVFileBase : public IXVFileBase {
 
     // Whether this file has, or would get, a header.
     bool GerenciarCabecalho() const;
-    // The header that the file would have after a write that leaves uiTamanhoDados bytes of payload: the next state
-    // of the one it has, or a new one.
+    // The header that the file would have after a write that leaves uiTamanhoDados bytes of payload: the next
+    // state of the one it has, or a new one.
     void ProximoCabecalho(REG_XVCABECALHO* pReg, XVUInt64 uiTamanhoDados);
 
     // Codes after which the file must not be tried again.
@@ -74,12 +75,17 @@ class CXVFileBase : public IXVFileBase {
     HRESULT OnInicializa() override;
     HRESULT OnFinaliza() override;
 
+    // Where the payload of the open file lies. A header that cannot be read, is cut off or is of a later
+    // version is its code: it must never be taken for records.
+    HRESULT GetAreaDados(XVUInt64* puiSeek, XVUInt64* puiTamanho);
+
     // Record the cause of a failed file operation under its name and yield its code.
     HRESULT CatchGravacao(const CXVErroArquivo* pEx);
     HRESULT CatchInicializacao(const CXVErroArquivo* pEx);
 
     // The diagnostic line of a failed read by position.
-    void RegistraFalhaLeitura(HRESULT hr, XVUInt uiPosicao, std::size_t uiTamanhoRegistro, XVUInt64 uiQtdRegistros) const;
+    void RegistraFalhaLeitura(HRESULT hr, XVUInt uiPosicao, std::size_t uiTamanhoRegistro,
+                              XVUInt64 uiQtdRegistros) const;
 
     // eXVReadOnly for a write on a file that is open read-only without locking.
     HRESULT ValidaGravacao();
@@ -88,15 +94,21 @@ class CXVFileBase : public IXVFileBase {
     CXVErroArquivo LeDados(XVUInt64 uiOffset, void* pDados, std::size_t uiTamanho);
     CXVErroArquivo GravaDados(XVUInt64 uiOffset, const void* pDados, std::size_t uiTamanho);
 
-    // Undoes what failed attempts of a write left behind: the file gets back its length and its header; where
-    // that fails too it is closed.
-    void DesfazGravacao(XVUInt64 uiTamanhoAnterior);
+    // Undoes what failed attempts of a write left behind: the file gets back its length, the bytes that were
+    // overwritten and its header; where that fails too it is closed.
+    void DesfazGravacao(XVUInt64 uiTamanhoAnterior, XVUInt64 uiOffset = 0, const void* pAnteriores = nullptr,
+                        std::size_t uiTamanho = 0);
+    // Closes and deletes the file that a failed first write created.
+    void DesfazCriacao();
 
-    // Runs tentativa until it succeeds, fails fatally, or has failed 50 times 10 ms apart.
+    // Runs tentativa until it succeeds, fails fatally, or has failed 50 times 10 ms apart; every failure is
+    // recorded at rPonto.
     template <class TTentativa>
-    static HRESULT ExecutaComTentativas(TTentativa tentativa) {
+    HRESULT ExecutaComTentativas(const SPontoFalha& rPonto, TTentativa tentativa) {
         HRESULT hr = tentativa();
-        for (int i = 1; i < 50 && FAILED(hr) && !EhUmaExcecaoFatal(hr); ++i) {
+        for (int i = 1; FAILED(hr); ++i) {
+            XVIgnora(XVRegistraFalha(hr, rPonto, this));
+            if (i == k_iTentativasGravacao || EhUmaExcecaoFatal(hr)) break;
             EsperaEntreTentativas();
             hr = tentativa();
         }
@@ -108,11 +120,14 @@ class CXVFileBase : public IXVFileBase {
     std::shared_mutex& GetLock() const { return m_Lock; }
 
   private:
+    static constexpr int k_iTentativasGravacao = 50;
+
     static void EsperaEntreTentativas();
-    HRESULT CatchArquivo(const CXVErroArquivo* pEx);
+    bool EstaAbertoParaGravacao() const;
     HRESULT AbreComTentativas(const std::string& sPath, XVUInt eModoAbertura);
     HRESULT MontaPath();
 
+    HRESULT ProcuraCabecalho();
     HRESULT GerenciaCabecalho();
     HRESULT CriaCabecalho();
     HRESULT CriaCabecalhoPorCopia();
@@ -131,11 +146,12 @@ class CXVFileBase : public IXVFileBase {
     ERegistroArquivo m_eRegistro;
     CXVDataBaseControleCriacaoArquivos m_ControleCriacaoArquivos;
     std::string m_sPathArquivo;
-    XVUInt64 m_uiTamanhoArquivo = 0;  // kept by every transfer: nobody else writes while the file is open for writing
+    // Kept by every transfer: nobody else writes while the file is open for writing. Atomic for GetTamanho.
+    std::atomic<XVUInt64> m_uiTamanhoArquivo = 0;
 
     bool m_bCabecalhoProcurado = false;
     bool m_bCabecalhoPresente = false;
-    bool m_bCabecalhoValidado = false;   // validated or created in this opening: may be rewritten
+    bool m_bCabecalhoValidado = false;  // validated or created in this opening: may be rewritten
     bool m_bCriandoCabecalho = false;
     REG_XVCABECALHO m_regCabecalho{};
 

@@ -1,4 +1,5 @@
 // The header operations of CXVFileBase.
+#include <algorithm>
 #include <cstring>
 #include <vector>
 
@@ -15,8 +16,9 @@ namespace {
 
 // The machine-wide switch, read once per process.
 bool CabecalhoDesabilitadoNaMaquina() {
-    static const bool bDesabilitado =
-        XVPlataforma::Registro().LeNumero(k_sChaveRegistroSuite, "XVDataBase_DesabilitaCabecalho").value_or(0) != 0;
+    static const bool bDesabilitado = XVPlataforma::Registro()
+                                          .LeNumero(k_sChaveRegistroSuite, "XVDataBase_DesabilitaCabecalho")
+                                          .value_or(0) != 0;
     return bDesabilitado;
 }
 
@@ -35,7 +37,8 @@ bool CXVFileBase::GerenciarCabecalho() const {
 }
 
 XVUInt64 CXVFileBase::GetSeekCabecalho() {
-    return PossuiCabecalho() && m_regCabecalho.regA.usVersao == k_usVersaoCabecalho ? k_uiTamanhoCabecalho : 0;
+    return PossuiCabecalho() && m_regCabecalho.regA.usVersao == k_usVersaoCabecalho ? k_uiTamanhoCabecalho
+                                                                                    : 0;
 }
 
 void CXVFileBase::ProximoCabecalho(REG_XVCABECALHO* pReg, XVUInt64 uiTamanhoDados) {
@@ -54,21 +57,37 @@ XVUShort CXVFileBase::GetVersaoArquivo() {
 }
 
 bool CXVFileBase::PossuiCabecalho() {
-    if (m_bCabecalhoProcurado) return m_bCabecalhoPresente;
-    m_bCabecalhoProcurado = true;
-    if (XVNomeArquivo::EhIsento(m_sNomeArquivo) || !ExisteArquivo() || m_uiTamanhoArquivo < k_uiTamanhoBlocoA)
-        return false;
-    if (!LeDados(0, &m_regCabecalho.regA, sizeof(m_regCabecalho.regA)).Ok()) {
-        m_bCabecalhoProcurado = false;  // not answered: the next question reads again
-        return false;
+    return SUCCEEDED(ProcuraCabecalho()) && m_bCabecalhoPresente;
+}
+
+// Works the answer of PossuiCabecalho out once. A failed read leaves it open: the next question reads again.
+HRESULT CXVFileBase::ProcuraCabecalho() {
+    if (m_bCabecalhoProcurado) return S_OK;
+    if (!XVNomeArquivo::EhIsento(m_sNomeArquivo) && ExisteArquivo() &&
+        m_uiTamanhoArquivo >= k_uiTamanhoBlocoA) {
+        if (const CXVErroArquivo erro = LeDados(0, &m_regCabecalho.regA, sizeof(m_regCabecalho.regA));
+            !erro.Ok())
+            XV_CHECK_TEXTO(CatchInicializacao(&erro), "CatchInicializacao(pEx)");
+        m_bCabecalhoPresente = XVCabecalho::AssinaturaConfere(m_regCabecalho.regA);
     }
-    m_bCabecalhoPresente = XVCabecalho::AssinaturaConfere(m_regCabecalho.regA);
-    return m_bCabecalhoPresente;
+    m_bCabecalhoProcurado = true;
+    return S_OK;
+}
+
+HRESULT CXVFileBase::GetAreaDados(XVUInt64* puiSeek, XVUInt64* puiTamanho) {
+    XV_CHECK(ProcuraCabecalho());
+    if (m_bCabecalhoPresente && m_regCabecalho.regA.usVersao != k_usVersaoCabecalho)
+        XV_FALHA(E_XVCR_VERSAO_CABECALHO_SUPERIOR_VERSAO_SISTEMA);
+    *puiSeek = GetSeekCabecalho();
+    if (m_uiTamanhoArquivo < *puiSeek) XV_FALHA(E_XVCR_TAMANHO_CABECALHO_NAO_CONFERE);
+    *puiTamanho = m_uiTamanhoArquivo - *puiSeek;
+    return S_OK;
 }
 
 HRESULT CXVFileBase::GerenciaCabecalho() {
     if (!GerenciarCabecalho() || !ExisteArquivo()) return S_OK;
-    if (PossuiCabecalho()) {
+    XV_CHECK(ProcuraCabecalho());
+    if (m_bCabecalhoPresente) {
         XV_CHECK(ValidaCabecalho());
         m_bCabecalhoValidado = true;
         return S_OK;
@@ -80,7 +99,8 @@ HRESULT CXVFileBase::GerenciaCabecalho() {
 
 HRESULT CXVFileBase::ConfereCabecalho() {
     if (!ExisteArquivo()) return S_OK;
-    if (PossuiCabecalho()) {
+    XV_CHECK(ProcuraCabecalho());
+    if (m_bCabecalhoPresente) {
         XV_CHECK(ValidaCabecalho());
         return S_OK;
     }
@@ -104,7 +124,8 @@ HRESULT CXVFileBase::ValidaCabecalhoV01() {
         XV_CHECK_TEXTO(CatchInicializacao(&erro), "CatchInicializacao(pEx)");
     if (regB.uiTamanhoBloco != k_uiTamanhoBlocoB) XV_FALHA(E_XVCR_TAMANHO_CABECALHO_NAO_CONFERE);
     if (!XVCabecalho::CrcConfere(regB)) XV_FALHA(E_XVCR_CRC_CABECALHO_NAO_CONFERE);
-    if (regB.uiTamanhoDados != m_uiTamanhoArquivo - k_uiTamanhoCabecalho) XV_FALHA(E_XVCR_TAMANHO_ARQUIVO_NAO_CONFERE);
+    if (regB.uiTamanhoDados != m_uiTamanhoArquivo - k_uiTamanhoCabecalho)
+        XV_FALHA(E_XVCR_TAMANHO_ARQUIVO_NAO_CONFERE);
     if (regB.usVersaoSistemaCriacao > k_usVersaoSistema)
         XV_FALHA(E_XVCR_VERSAO_SISTEMA_INFERIOR_VERSAO_CRIACAO_CABECALHO);
     if (regB.usVersaoSistemaAtualizacao > k_usVersaoSistema)
@@ -144,8 +165,7 @@ HRESULT CXVFileBase::CriaCabecalho() {
     }
     if (const CXVErroArquivo erro = GravaDados(0, &m_regCabecalho, sizeof(m_regCabecalho)); !erro.Ok()) {
         LimpaCabecalho();
-        m_pArquivo->SetTamanho(0).Ignora();
-        m_uiTamanhoArquivo = 0;
+        if (m_pArquivo->SetTamanho(0).Ok()) m_uiTamanhoArquivo = 0;
         XV_CHECK_TEXTO(CatchGravacao(&erro), "CatchGravacao(pEx)");
     }
     m_bCabecalhoValidado = true;
@@ -165,9 +185,10 @@ HRESULT CXVFileBase::CriaCabecalhoPorCopia() {
     XV_CHECK(xvFileDestino.AbreArquivo());
     XV_CHECK(xvFileDestino.Grava(&m_regCabecalho, sizeof(m_regCabecalho)));
     constexpr XVUInt64 k_uiPedaco = 1U << 20;
-    std::vector<char> aPedaco(static_cast<std::size_t>(std::min(k_uiPedaco, m_uiTamanhoArquivo)));
-    for (XVUInt64 uiOffset = 0; uiOffset < m_uiTamanhoArquivo; uiOffset += aPedaco.size()) {
-        aPedaco.resize(static_cast<std::size_t>(std::min(k_uiPedaco, m_uiTamanhoArquivo - uiOffset)));
+    const XVUInt64 uiTamanho = m_uiTamanhoArquivo;
+    std::vector<char> aPedaco;
+    for (XVUInt64 uiOffset = 0; uiOffset < uiTamanho; uiOffset += aPedaco.size()) {
+        aPedaco.resize(static_cast<std::size_t>(std::min(k_uiPedaco, uiTamanho - uiOffset)));
         if (const CXVErroArquivo erro = LeDados(uiOffset, aPedaco.data(), aPedaco.size()); !erro.Ok())
             XV_CHECK_TEXTO(CatchGravacao(&erro), "CatchGravacao(pEx)");
         XV_CHECK(xvFileDestino.Grava(aPedaco.data(), aPedaco.size()));
@@ -175,33 +196,20 @@ HRESULT CXVFileBase::CriaCabecalhoPorCopia() {
     XV_CHECK(xvFileDestino.Conclui());
     FechaArquivo();
     const HRESULT hrRenomeia = CXVDataBaseUtil::RenomeiaArquivoCAB(this, m_eModulo, m_sNomeArquivo);
-    if (SUCCEEDED(hrRenomeia)) {
-        xvFileDestino.Libera();
-        XV_CHECK_TEXTO(AbreArquivo(eModoAbertura), "AbreArquivo()");
-        return S_OK;
-    }
     XV_CHECK_TEXTO(hrRenomeia, "CXVDataBaseUtil::RenomeiaArquivoCAB(this, m_eModulo, m_sNomeArquivo)");
-    return hrRenomeia;
+    xvFileDestino.Libera();
+    XV_CHECK_TEXTO(AbreArquivo(eModoAbertura), "AbreArquivo()");
+    return S_OK;
 }
 
 HRESULT CXVFileBase::AtualizaCabecalho() {
     if (!m_bCabecalhoValidado) return S_OK;  // no header managed here, or one that must stay as found
     const REG_XVCABECALHO_B regAnterior = m_regCabecalho.regB;
     XVCabecalho::Atualiza(m_regCabecalho.regB, *this, m_uiTamanhoArquivo - k_uiTamanhoCabecalho);
-    const CXVErroArquivo erro = GravaDados(k_uiTamanhoBlocoA, &m_regCabecalho.regB, sizeof(m_regCabecalho.regB));
+    const CXVErroArquivo erro =
+        GravaDados(k_uiTamanhoBlocoA, &m_regCabecalho.regB, sizeof(m_regCabecalho.regB));
     if (erro.Ok()) return S_OK;
     m_regCabecalho.regB = regAnterior;
     XV_CHECK_TEXTO(CatchGravacao(&erro), "CatchGravacao(pEx)");
     return S_OK;
-}
-
-void CXVFileBase::DesfazGravacao(XVUInt64 uiTamanhoAnterior) {
-    if (!ExisteArquivo()) return;
-    bool bDesfeito = m_pArquivo->SetTamanho(uiTamanhoAnterior).Ok();
-    if (bDesfeito) {
-        m_uiTamanhoArquivo = uiTamanhoAnterior;
-        if (m_bCabecalhoValidado)
-            bDesfeito = GravaDados(k_uiTamanhoBlocoA, &m_regCabecalho.regB, sizeof(m_regCabecalho.regB)).Ok();
-    }
-    if (!bDesfeito) FechaArquivo();
 }

@@ -16,22 +16,32 @@ HRESULT CXVFile<T>::GravaColecao(XVUInt& uiPosicao, std::span<const T> aRegistro
     const std::unique_lock lock(GetLock());
     XV_CHECK(ValidaGravacao());
     if (uiPosicao > m_aRegistros.size()) XV_FALHA(E_XVCR_POSICAO_GRAVACAO_SUPERIOR_QUANTIDADE_ARQUIVO);
+    if (!ExisteArquivo()) {
+        XV_CHECK(ValidaIndices(uiPosicao, aRegistros));  // a refused write creates no file
+        XV_CHECK(AbreParaGravacao());
+        // The file may have been found with other records than those that this object knew of.
+        if (uiPosicao > m_aRegistros.size()) XV_FALHA(E_XVCR_POSICAO_GRAVACAO_SUPERIOR_QUANTIDADE_ARQUIVO);
+    }
     if (!PrecisaGravar(uiPosicao, aRegistros)) return S_OK;
-    if (!ExisteArquivo()) XV_CHECK(AbreParaGravacao());
-    // The file may have been found with records that this object did not know of.
-    if (uiPosicao > m_aRegistros.size()) XV_FALHA(E_XVCR_POSICAO_GRAVACAO_SUPERIOR_QUANTIDADE_ARQUIVO);
 
+    static constexpr SPontoFalha k_ponto = XV_PONTO_FALHA("GravaRegistros(uiPosicao, aRegistros)");
     const XVUInt64 uiTamanhoArquivo = GetTamanho();
-    bool bTentouGravar = false;
-    const HRESULT hr = ExecutaComTentativas([&] {
-        bTentouGravar = true;
-        return GravaRegistros(uiPosicao, aRegistros, uiTamanhoArquivo);
-    });
-    if (FAILED(hr) && bTentouGravar && hr != E_XVCR_INDEXACAO_COM_POSICAO_ZERO &&
-        hr != E_XVCR_CHAVE_DE_INDEXACAO_REPETIDA)
-        DesfazGravacao(uiTamanhoArquivo);
-    XV_CHECK_TEXTO(hr, "GravaRegistros(uiPosicao, aRegistros)");
-    return S_OK;
+    const HRESULT hr =
+        ExecutaComTentativas(k_ponto, [&] { return GravaRegistros(uiPosicao, aRegistros, uiTamanhoArquivo); });
+    if (FAILED(hr) && hr != E_XVCR_INDEXACAO_COM_POSICAO_ZERO && hr != E_XVCR_CHAVE_DE_INDEXACAO_REPETIDA)
+        DesfazGravacaoRegistros(uiPosicao, aRegistros.size(), uiTamanhoArquivo);
+    return hr;
+}
+
+// The records that were overwritten are still in memory.
+template <class T>
+void CXVFile<T>::DesfazGravacaoRegistros(XVUInt uiPosicao, std::size_t uiQuantidade, XVUInt64 uiTamanhoArquivo) {
+    std::vector<T> aAnteriores;
+    if (uiPosicao != XVDATABASE_POSICAO_NOVO_REGISTRO)
+        m_aRegistros.CopiaPara(aAnteriores, uiPosicao - 1,
+                               std::min(uiQuantidade, m_aRegistros.size() - (uiPosicao - 1)));
+    const XVUInt64 uiOffset = aAnteriores.empty() ? 0 : GetSeekCabecalho() + (uiPosicao - XVUInt64{1}) * sizeof(T);
+    DesfazGravacao(uiTamanhoArquivo, uiOffset, aAnteriores.data(), aAnteriores.size() * sizeof(T));
 }
 
 // Creates the file, or takes over one that appeared since: its records and keys come first.
@@ -57,12 +67,12 @@ bool CXVFile<T>::PrecisaGravar(XVUInt uiPosicao, std::span<const T> aRegistros) 
 // writes there again.
 template <class T>
 HRESULT CXVFile<T>::GravaRegistros(XVUInt& uiPosicao, std::span<const T> aRegistros, XVUInt64 uiTamanhoArquivo) {
-    for (std::size_t idx = 0; idx < m_listaIndices.size(); ++idx) XV_CHECK(ValidaIndex(uiPosicao, aRegistros, idx));
+    XV_CHECK(ValidaIndices(uiPosicao, aRegistros));
     const XVUInt64 uiSeek = GetSeekCabecalho();
     const bool bNovo = uiPosicao == XVDATABASE_POSICAO_NOVO_REGISTRO;
     const XVUInt64 uiOffset = bNovo ? uiTamanhoArquivo : uiSeek + (uiPosicao - XVUInt64{1}) * sizeof(T);
     const XVUInt64 uiPrimeira = bNovo ? (uiTamanhoArquivo - uiSeek) / sizeof(T) + 1 : uiPosicao;
-    if (uiPrimeira + aRegistros.size() - 1 > 0xFFFFFFFFU) XV_FALHA(eDirectoryFull);
+    if (uiPrimeira + aRegistros.size() - 1 > k_uiMaximoRegistros) XV_FALHA(eDirectoryFull);
     const auto uiPrimeiraPosicao = static_cast<XVUInt>(uiPrimeira);
     PreparaMemoria(uiPrimeiraPosicao, aRegistros.size());
 

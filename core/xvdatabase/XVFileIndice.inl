@@ -43,6 +43,15 @@ HRESULT CXVFile<T>::AtualizaIndexDoArquivo(SIndice& rIndice, std::size_t uiColun
     return S_OK;
 }
 
+// Checks a proposed write against every index, before any byte is written.
+template <class T>
+HRESULT CXVFile<T>::ValidaIndices(XVUInt uiPosicao, std::span<const T> aRegistros) {
+    for (std::size_t idx = 0; idx < m_listaIndices.size(); ++idx)
+        XV_CHECK_TEXTO(ValidaIndex(uiPosicao, aRegistros, idx),
+                       "ValidaIndex(uiPosicao, aRegistros, idx, listaSetIndexOrdernar[idx], listaIndexGerados[idx])");
+    return S_OK;
+}
+
 // Checks a proposed write against one index and leaves its keys in listaIndexGerados.
 template <class T>
 HRESULT CXVFile<T>::ValidaIndex(XVUInt uiPosicao, std::span<const T> aRegistros, std::size_t idx) {

@@ -21,21 +21,22 @@ HRESULT CXVFile<T>::OnFinaliza() {
     return S_OK;
 }
 
+// The records in memory stay as they were unless all of the file was read.
 template <class T>
 HRESULT CXVFile<T>::Carrega() {
-    m_aRegistros.Limpa();
     if (!ExisteArquivo()) return S_OK;
-    const XVUInt64 uiSeek = GetSeekCabecalho();
-    const XVUInt64 uiTamanhoDados = GetTamanho() - uiSeek;
-    if (uiTamanhoDados % sizeof(T) != 0) XV_FALHA(E_XVCR_ARQUIVO_NAO_EH_MOD_ESTRUTURA);
-    if (uiTamanhoDados == 0) return S_OK;
-    const auto uiQuantidade = static_cast<std::size_t>(uiTamanhoDados / sizeof(T));
-    if (const CXVErroArquivo erro =
-            LeDados(uiSeek, m_aRegistros.PreparaBase(uiQuantidade), static_cast<std::size_t>(uiTamanhoDados));
-        !erro.Ok()) {
-        m_aRegistros.Limpa();
-        XV_CHECK_TEXTO(CatchInicializacao(&erro), "CatchInicializacao(pEx)");
+    XVUInt64 uiSeek = 0;
+    XVUInt64 uiTamanhoDados = 0;
+    XV_CHECK(GetAreaDados(&uiSeek, &uiTamanhoDados));
+    if (uiTamanhoDados % sizeof(T) != 0 || uiTamanhoDados / sizeof(T) > k_uiMaximoRegistros)
+        XV_FALHA(E_XVCR_ARQUIVO_NAO_EH_MOD_ESTRUTURA);
+    TXVArrayRegistros<T> aRegistros;
+    T* pBase = aRegistros.PreparaBase(static_cast<std::size_t>(uiTamanhoDados / sizeof(T)));
+    if (uiTamanhoDados > 0) {
+        if (const CXVErroArquivo erro = LeDados(uiSeek, pBase, static_cast<std::size_t>(uiTamanhoDados)); !erro.Ok())
+            XV_CHECK_TEXTO(CatchInicializacao(&erro), "CatchInicializacao(pEx)");
     }
+    m_aRegistros = std::move(aRegistros);
     return S_OK;
 }
 

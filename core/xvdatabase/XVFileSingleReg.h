@@ -36,21 +36,27 @@ class CXVFileSingleReg : public CXVFileBase {
         XV_ESCOPO({"m_sNomeArquivo", GetNomeArquivo()});
         const std::unique_lock lock(GetLock());
         XV_CHECK(ValidaGravacao());
-        if (!PrecisaGravar(reg)) return S_OK;
-        if (!ExisteArquivo()) {
-            const HRESULT hr = AbreArquivo(EXVDataBase_ModoAbertura::eModoLeituraGravacaoCriacao);
-            if (FAILED(hr)) FechaArquivo();
-            XV_CHECK_TEXTO(hr, "AbreArquivo(EXVDataBase_ModoAbertura::eModoLeituraGravacaoCriacao)");
-        }
+        if (!ExisteArquivo()) XV_CHECK(AbreParaGravacao());
         const XVUInt64 uiTamanhoArquivo = GetTamanho();
-        const HRESULT hr = ExecutaComTentativas([&] { return GravaRegistro(reg); });
-        if (FAILED(hr)) DesfazGravacao(uiTamanhoArquivo);
-        XV_CHECK_TEXTO(hr, "GravaRegistro(reg)");
-        return S_OK;
+        const bool bPrimeira = uiTamanhoArquivo == GetSeekCabecalho();
+        if (!bPrimeira && !PrecisaGravar(reg)) return S_OK;
+        static constexpr SPontoFalha k_ponto = XV_PONTO_FALHA("GravaRegistro(reg)");
+        const HRESULT hr = ExecutaComTentativas(k_ponto, [&] { return GravaRegistro(reg); });
+        if (SUCCEEDED(hr)) return S_OK;
+        if (bPrimeira)
+            DesfazCriacao();  // without its record the file could not be loaded again
+        else
+            DesfazGravacao(uiTamanhoArquivo, GetSeekCabecalho(), &m_reg, sizeof(m_reg));
+        return hr;
     }
 
-    bool PrecisaGravar(const T& reg) const { return !ExisteArquivo() || std::memcmp(&reg, &m_reg, sizeof(T)) != 0; }
-    XVUInt64 GetQtdRegistros() const { return ExisteArquivo() ? 1 : 0; }
+    bool PrecisaGravar(const T& reg) const {
+        return !ExisteArquivo() || std::memcmp(&reg, &m_reg, sizeof(T)) != 0;
+    }
+    XVUInt64 GetQtdRegistros() const {
+        const std::shared_lock lock(GetLock());
+        return ExisteArquivo() ? 1 : 0;
+    }
 
     HRESULT SetRegData(XVUInt& /*uiPosicao*/, const void* pDados) override { return GravaDe(pDados); }
     HRESULT SetArrayData(const void* pDados, XVUInt64 uiQuantidade) override {
@@ -65,10 +71,7 @@ class CXVFileSingleReg : public CXVFileBase {
         XV_CHECK_TEXTO(CXVFileBase::OnInicializa(), "__super::OnInicializa()");
         XV_CHECK(AbreArquivo());
         if (!ExisteArquivo()) return S_OK;
-        const XVUInt64 uiSeek = GetSeekCabecalho();
-        if (GetTamanho() - uiSeek != sizeof(T)) XV_FALHA(E_XVCR_ARQUIVO_SINGLE_REG_NAO_TEM_TAMANHO_ESTRUTURA);
-        if (const CXVErroArquivo erro = LeDados(uiSeek, &m_reg, sizeof(m_reg)); !erro.Ok())
-            XV_CHECK_TEXTO(CatchInicializacao(&erro), "CatchInicializacao(pEx)");
+        XV_CHECK(Carrega(false));
         return S_OK;
     }
 
@@ -79,6 +82,29 @@ class CXVFileSingleReg : public CXVFileBase {
     }
 
   private:
+    // bAceitaVazio: a file just created has no record yet.
+    HRESULT Carrega(bool bAceitaVazio) {
+        XVUInt64 uiSeek = 0;
+        XVUInt64 uiTamanho = 0;
+        XV_CHECK(GetAreaDados(&uiSeek, &uiTamanho));
+        if (uiTamanho == 0 && bAceitaVazio) return S_OK;
+        if (uiTamanho != sizeof(T)) XV_FALHA(E_XVCR_ARQUIVO_SINGLE_REG_NAO_TEM_TAMANHO_ESTRUTURA);
+        T reg;
+        if (const CXVErroArquivo erro = LeDados(uiSeek, &reg, sizeof(reg)); !erro.Ok())
+            XV_CHECK_TEXTO(CatchInicializacao(&erro), "CatchInicializacao(pEx)");
+        m_reg = reg;
+        return S_OK;
+    }
+
+    // Creates the file, or takes over one that appeared since.
+    HRESULT AbreParaGravacao() {
+        HRESULT hr = AbreArquivo(EXVDataBase_ModoAbertura::eModoLeituraGravacaoCriacao);
+        if (SUCCEEDED(hr)) hr = Carrega(true);
+        if (FAILED(hr)) FechaArquivo();
+        XV_CHECK_TEXTO(hr, "AbreArquivo(EXVDataBase_ModoAbertura::eModoLeituraGravacaoCriacao)");
+        return S_OK;
+    }
+
     HRESULT GravaRegistro(const T& reg) {
         if (const CXVErroArquivo erro = GravaDados(GetSeekCabecalho(), &reg, sizeof(reg)); !erro.Ok())
             XV_CHECK_TEXTO(CatchGravacao(&erro), "CatchGravacao(pEx)");

@@ -40,31 +40,28 @@ class TXVGroupDinamico : public CXVGroupFileBase {
     }
 
   protected:
-    HRESULT OnFinaliza() override {
-        {
-            const std::unique_lock lock(GetLock());
-            m_filaAbertos.clear();
-        }
-        XV_CHECK_TEXTO(CXVGroupFileBase::OnFinaliza(), "__super::OnFinaliza()");
-        return S_OK;
+    void EsqueceMembros() override {
+        m_filaAbertos.clear();
+        CXVGroupFileBase::EsqueceMembros();
     }
 
     XVUInt64 ContaRegistros(const IXVFileBase& rMembro) const override {
         return static_cast<const TMembro&>(rMembro).GetQtdRegistros();
     }
 
-    // The member of a key, loaded. The order of the queue is that of opening, not of use. A member that does not
-    // initialise leaves the queue, so that the next call tries again.
+    // The member of a key, loaded. The order of the queue is that of opening, not of use. A member that does
+    // not initialise leaves the queue, so that the next call tries again.
     HRESULT GetXVFile(XVUInt64 uiChaveNomeArquivo, TMembro*& pMembro) {
         pMembro = nullptr;
         IXVFileBase* pXVFileInterface = nullptr;
         XV_CHECK(LookupMapFiles(uiChaveNomeArquivo, pXVFileInterface));
         auto* pXVFile = static_cast<TMembro*>(pXVFileInterface);
         if (std::find(m_filaAbertos.begin(), m_filaAbertos.end(), pXVFile) == m_filaAbertos.end()) {
-            if (m_filaAbertos.size() >= m_uiLimite) {
+            if (!m_filaAbertos.empty() && m_filaAbertos.size() >= m_uiLimite) {
                 TMembro* pFirstFile = m_filaAbertos.front();
                 m_filaAbertos.pop_front();
-                if (const HRESULT hr = pFirstFile->Finaliza(); FAILED(hr)) XV_REGISTRA(hr, "pFirstFile->Finaliza()");
+                if (const HRESULT hr = pFirstFile->Finaliza(); FAILED(hr))
+                    XV_REGISTRA(hr, "pFirstFile->Finaliza()");
             }
             const HRESULT hr = pXVFileInterface->Inicializa(this);
             if (SUCCEEDED(hr)) m_filaAbertos.push_back(pXVFile);

@@ -17,7 +17,9 @@ CXVGroupFileBase::CXVGroupFileBase(std::string sNomeArquivo, CXVDataBase* pDataB
     m_pDataBase->AddFile(this);
 }
 
-CXVGroupFileBase::~CXVGroupFileBase() { m_pDataBase->RemoveFile(this); }
+CXVGroupFileBase::~CXVGroupFileBase() {
+    m_pDataBase->RemoveFile(this);
+}
 
 HRESULT CXVGroupFileBase::OnInicializa() {
     XV_ESCOPO({"m_sNomeArquivo", m_sNomeArquivo});
@@ -31,9 +33,10 @@ HRESULT CXVGroupFileBase::OnInicializa() {
 HRESULT CXVGroupFileBase::ProcuraMembros() {
     std::string sPathArquivo;
     XV_CHECK_TEXTO(
-        CXVDataBaseUtil::GetPathArquivo(m_eModulo, GetEmpresa(), m_sNomeArquivo.substr(0, m_sNomeArquivo.find('?')),
-                                        &sPathArquivo),
-        "CXVDataBaseUtil::GetPathArquivo(m_eModulo, GetEmpresa(), m_sNomeArquivo.Left(m_sNomeArquivo.Find('?')), "
+        CXVDataBaseUtil::GetPathArquivo(m_eModulo, GetEmpresa(),
+                                        m_sNomeArquivo.substr(0, m_sNomeArquivo.find('?')), &sPathArquivo),
+        "CXVDataBaseUtil::GetPathArquivo(m_eModulo, GetEmpresa(), "
+        "m_sNomeArquivo.Left(m_sNomeArquivo.Find('?')), "
         "&sPathArquivo)");
     std::vector<std::pair<XVUInt64, std::string>> listaMembros;
     XV_CHECK(CXVDataBaseUtil::ListaMembros(this, m_eModulo, m_sNomeArquivo, &listaMembros));
@@ -57,7 +60,7 @@ HRESULT CXVGroupFileBase::OnFinaliza() {
             XV_REGISTRA(hr, "it.second->Finaliza()");
             if (SUCCEEDED(hrPrimeira)) hrPrimeira = hr;
         }
-        m_mapFiles.clear();
+        EsqueceMembros();
     }
     const HRESULT hr = IXVFileBase::OnFinaliza();
     if (FAILED(hrPrimeira)) return hrPrimeira;
@@ -98,10 +101,10 @@ HRESULT CXVGroupFileBase::DeletaArquivo() {
     XV_ESCOPO({"m_sNomeArquivo", m_sNomeArquivo});
     const std::unique_lock lock(m_Lock);
     for (const auto& it : m_mapFiles) {
-        // A member that was never opened has nobody's company yet; opening it is harmless.
-        XV_CHECK_TEXTO(it.second->Inicializa(this), "pXVFile->Inicializa(this)");
+        it.second->SetProfiler(*this);  // a member that was never opened has nobody's company yet
         XV_CHECK(it.second->DeletaArquivo());
     }
+    EsqueceMembros();
     return S_OK;
 }
 

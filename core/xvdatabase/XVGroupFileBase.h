@@ -37,9 +37,13 @@ class CXVGroupFileBase : public IXVFileBase {
     HRESULT OnFinaliza() override;
 
     // The member of a key; without one: null, and an error when bObrigatorio.
-    HRESULT LookupMapFiles(XVUInt64 uiChaveNomeArquivo, IXVFileBase*& pXVFileInterface, bool bObrigatorio = true);
+    HRESULT LookupMapFiles(XVUInt64 uiChaveNomeArquivo, IXVFileBase*& pXVFileInterface,
+                           bool bObrigatorio = true);
     // Records of one member, already found.
     virtual XVUInt64 ContaRegistros(const IXVFileBase& rMembro) const = 0;
+
+    // Drops every member object.
+    virtual void EsqueceMembros() { m_mapFiles.clear(); }
 
     void AdiaInicializacaoMembros() { m_bAdiaInicializacao = true; }
     std::unique_ptr<IXVFileBase> CriaMembro(XVUInt64 uiChaveNomeArquivo);

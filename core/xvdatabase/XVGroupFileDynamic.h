@@ -9,7 +9,8 @@
 
 template <class T>
 struct SNomesGroupFileDynamic {
-    XV_CLASSE((TXVNomeDeTemplate<"CXVGroupFileDynamic", T>::k_aTexto.data()), "core/xvdatabase/XVGroupFileDynamic")
+    XV_CLASSE((TXVNomeDeTemplate<"CXVGroupFileDynamic", T>::k_aTexto.data()),
+              "core/xvdatabase/XVGroupFileDynamic")
 };
 
 template <class T>
@@ -33,7 +34,8 @@ class CXVGroupFileDynamic : public TXVGroupDinamico<CXVFile<T>, SNomesGroupFileD
         return S_OK;
     }
 
-    HRESULT LeColecao(XVUInt64 uiChaveNomeArquivo, XVUInt uiPosicao, XVUInt64 uiQuantidade, std::vector<T>& aRegistros) {
+    HRESULT LeColecao(XVUInt64 uiChaveNomeArquivo, XVUInt uiPosicao, XVUInt64 uiQuantidade,
+                      std::vector<T>& aRegistros) {
         const std::unique_lock lock(GetLock());
         CXVFile<T>* pXVFileInterface = nullptr;
         XV_CHECK(GetXVFile(uiChaveNomeArquivo, pXVFileInterface));

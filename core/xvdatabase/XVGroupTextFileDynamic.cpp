@@ -10,7 +10,8 @@ HRESULT CXVGroupTextFileDynamic::Le(XVUInt64 uiChaveNomeArquivo, XVUInt uiPosica
     return S_OK;
 }
 
-HRESULT CXVGroupTextFileDynamic::Grava(XVUInt64 uiChaveNomeArquivo, XVUInt& uiPosicao, std::string_view sTexto) {
+HRESULT CXVGroupTextFileDynamic::Grava(XVUInt64 uiChaveNomeArquivo, XVUInt& uiPosicao,
+                                       std::string_view sTexto) {
     const std::span<const std::string_view> aRegistros(&sTexto, 1);
     XV_CHECK(GravaColecao(uiChaveNomeArquivo, uiPosicao, aRegistros));
     return S_OK;

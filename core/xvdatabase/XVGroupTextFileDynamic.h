@@ -20,5 +20,6 @@ class CXVGroupTextFileDynamic : public TXVGroupDinamico<CXVTextFile, SNomesGroup
     HRESULT Le(XVUInt64 uiChaveNomeArquivo, XVUInt uiPosicao, std::string* psTexto);
     // The key's member is created by its first write.
     HRESULT Grava(XVUInt64 uiChaveNomeArquivo, XVUInt& uiPosicao, std::string_view sTexto);
-    HRESULT GravaColecao(XVUInt64 uiChaveNomeArquivo, XVUInt& uiPosicao, std::span<const std::string_view> aRegistros);
+    HRESULT GravaColecao(XVUInt64 uiChaveNomeArquivo, XVUInt& uiPosicao,
+                         std::span<const std::string_view> aRegistros);
 };

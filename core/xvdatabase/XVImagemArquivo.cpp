@@ -8,7 +8,9 @@ namespace {
 constexpr std::size_t k_uiTamanhoBuffer = 1U << 20;
 }
 
-CXVImagemArquivo::~CXVImagemArquivo() { XVIgnora(Finaliza()); }
+CXVImagemArquivo::~CXVImagemArquivo() {
+    XVIgnora(Finaliza());
+}
 
 HRESULT CXVImagemArquivo::OnFinaliza() {
     m_pArquivo.reset();
@@ -26,9 +28,11 @@ HRESULT CXVImagemArquivo::Falha(const CXVErroArquivo& rErro, const char* pszOper
 
 HRESULT CXVImagemArquivo::AbreArquivo() {
     XV_CHECK(CXVDataBaseUtil::GetPathArquivo(m_eModulo, GetEmpresa(), m_sNomeArquivo, &m_sPathArquivo));
-    constexpr SAberturaArquivo k_abertura{EAcessoArquivo::eLeituraEscrita, ECompartilhamentoArquivo::eNegaEscrita,
+    constexpr SAberturaArquivo k_abertura{EAcessoArquivo::eLeituraEscrita,
+                                          ECompartilhamentoArquivo::eNegaEscrita,
                                           ECriacaoArquivo::eCriaSeAusente};
-    if (const CXVErroArquivo erro = XVPlataforma::SistemaArquivos().Abre(m_sPathArquivo, k_abertura, m_pArquivo);
+    if (const CXVErroArquivo erro =
+            XVPlataforma::SistemaArquivos().Abre(m_sPathArquivo, k_abertura, m_pArquivo);
         !erro.Ok())
         return Falha(erro, "AbreArquivo");
     m_bPropria = true;
@@ -52,7 +56,8 @@ HRESULT CXVImagemArquivo::Grava(const void* pDados, std::size_t uiTamanho) {
 
 HRESULT CXVImagemArquivo::Descarrega() {
     if (m_sBuffer.empty()) return S_OK;
-    if (const CXVErroArquivo erro = m_pArquivo->Grava(m_uiOffset, m_sBuffer.data(), m_sBuffer.size()); !erro.Ok())
+    if (const CXVErroArquivo erro = m_pArquivo->Grava(m_uiOffset, m_sBuffer.data(), m_sBuffer.size());
+        !erro.Ok())
         return Falha(erro, "Grava");
     m_uiOffset += m_sBuffer.size();
     m_sBuffer.clear();

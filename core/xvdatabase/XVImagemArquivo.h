@@ -8,8 +8,8 @@
 #include <string>
 
 #include "platform/XVSistemaArquivos.h"
-#include "support/XVAmbiente.h"
 #include "suite/XVInicializador.h"
+#include "support/XVAmbiente.h"
 
 class CXVImagemArquivo : public CXVInicializador {
   public:

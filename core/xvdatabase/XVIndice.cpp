@@ -83,7 +83,8 @@ void CXVIndice::Remove(XVUInt64 uiChave, XVUInt uiPosicao) {
         return;
     }
     XVUInt uiAnterior = rEntrada.uiPrimeira;
-    while (uiAnterior != 0 && m_listaProxima[uiAnterior] != uiPosicao) uiAnterior = m_listaProxima[uiAnterior];
+    while (uiAnterior != 0 && m_listaProxima[uiAnterior] != uiPosicao)
+        uiAnterior = m_listaProxima[uiAnterior];
     if (uiAnterior == 0) return;
     m_listaProxima[uiAnterior] = m_listaProxima[uiPosicao];
     if (rEntrada.uiUltima == uiPosicao) rEntrada.uiUltima = uiAnterior;
@@ -92,7 +93,8 @@ void CXVIndice::Remove(XVUInt64 uiChave, XVUInt uiPosicao) {
 // Closes the gap: entries that were pushed past the freed slot move back to where a look-up finds them.
 void CXVIndice::LiberaEntrada(std::size_t uiLivre) {
     const std::size_t uiMascara = m_listaEntradas.size() - 1;
-    for (std::size_t i = (uiLivre + 1) & uiMascara; m_listaEntradas[i].uiPrimeira != 0; i = (i + 1) & uiMascara) {
+    for (std::size_t i = (uiLivre + 1) & uiMascara; m_listaEntradas[i].uiPrimeira != 0;
+         i = (i + 1) & uiMascara) {
         const std::size_t uiDistancia = (i - Inicio(m_listaEntradas[i].uiChave)) & uiMascara;
         if (uiDistancia < ((i - uiLivre) & uiMascara)) continue;
         m_listaEntradas[uiLivre] = m_listaEntradas[i];

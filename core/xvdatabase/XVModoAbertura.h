@@ -15,10 +15,15 @@ enum EXVDataBase_ModoAbertura : XVUInt {
 // Name of a mode in traces.
 constexpr const char* ModoAberturaToString(XVUInt eModoAbertura) {
     switch (eModoAbertura) {
-        case eModoFechado: return "Invalido";
-        case eModoLeituraGravacao: return "LeituraGravacao";
-        case eModoLeituraSemBloqueio: return "LeituraSemBloqueio";
-        case eModoLeituraGravacaoCriacao: return "LeituraGravacaoCriacao";
-        default: return "Desconhecido";
+        case eModoFechado:
+            return "Invalido";
+        case eModoLeituraGravacao:
+            return "LeituraGravacao";
+        case eModoLeituraSemBloqueio:
+            return "LeituraSemBloqueio";
+        case eModoLeituraGravacaoCriacao:
+            return "LeituraGravacaoCriacao";
+        default:
+            return "Desconhecido";
     }
 }

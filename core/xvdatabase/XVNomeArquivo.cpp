@@ -5,12 +5,15 @@
 
 namespace {
 
-constexpr char Minuscula(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
+constexpr char Minuscula(char c) {
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
 
 // '?' in the pattern stands for any one character; case is ignored.
 bool CasaComPadrao(std::string_view sNome, std::string_view sPadrao) {
-    return std::equal(sNome.begin(), sNome.end(), sPadrao.begin(), sPadrao.end(),
-                      [](char cNome, char cPadrao) { return cPadrao == '?' || Minuscula(cNome) == Minuscula(cPadrao); });
+    return std::equal(
+        sNome.begin(), sNome.end(), sPadrao.begin(), sPadrao.end(),
+        [](char cNome, char cPadrao) { return cPadrao == '?' || Minuscula(cNome) == Minuscula(cPadrao); });
 }
 
 }  // namespace
@@ -42,7 +45,8 @@ std::string TrocaExtensao(std::string_view sNome, std::string_view sExtensao) {
 
 bool EhCopiaTransitoria(std::string_view sNome) {
     const std::string_view sExtensao = GetExtensao(sNome);
-    return IgualSemCaixa(sExtensao, "cab") || IgualSemCaixa(sExtensao, "srk") || IgualSemCaixa(sExtensao, "tra");
+    return IgualSemCaixa(sExtensao, "cab") || IgualSemCaixa(sExtensao, "srk") ||
+           IgualSemCaixa(sExtensao, "tra");
 }
 
 bool EhArquivoControle(std::string_view sNome) {

@@ -10,6 +10,7 @@
 
 namespace {
 constexpr std::size_t k_uiTamanhoPrefixo = sizeof(XVUInt);
+constexpr std::size_t k_uiMaximoTextos = 0xFFFFFFFFU;
 }  // namespace
 
 HRESULT CXVTextFile::OnInicializa() {
@@ -29,16 +30,20 @@ HRESULT CXVTextFile::OnFinaliza() {
 }
 
 HRESULT CXVTextFile::Carrega() {
+    XVUInt64 uiSeek = 0;
+    XVUInt64 uiTamanho = 0;
+    std::unique_ptr<char[]> pDados;
+    if (ExisteArquivo()) XV_CHECK(GetAreaDados(&uiSeek, &uiTamanho));
+    if (uiTamanho > 0) {
+        pDados.reset(new char[static_cast<std::size_t>(uiTamanho)]);
+        if (const CXVErroArquivo erro = LeDados(uiSeek, pDados.get(), static_cast<std::size_t>(uiTamanho));
+            !erro.Ok())
+            XV_CHECK_TEXTO(CatchInicializacao(&erro), "CatchInicializacao(pEx)");
+    }
     m_colecao.Limpa();
     m_listaBlocos.clear();
-    const XVUInt64 uiSeek = GetSeekCabecalho();
-    if (!ExisteArquivo() || GetTamanho() == uiSeek) return S_OK;
-    const XVUInt64 uiTamanho = GetTamanho() - uiSeek;
-    m_listaBlocos.emplace_back(new char[static_cast<std::size_t>(uiTamanho)]);
-    char* pDados = m_listaBlocos.back().get();
-    if (const CXVErroArquivo erro = LeDados(uiSeek, pDados, static_cast<std::size_t>(uiTamanho)); !erro.Ok())
-        XV_CHECK_TEXTO(CatchInicializacao(&erro), "CatchInicializacao(pEx)");
-    XV_CHECK(InterpretaDados(pDados, uiTamanho));
+    m_listaBlocos.push_back(std::move(pDados));
+    XV_CHECK(InterpretaDados(m_listaBlocos.back().get(), uiTamanho));
     return S_OK;
 }
 
@@ -46,7 +51,8 @@ HRESULT CXVTextFile::Carrega() {
 HRESULT CXVTextFile::InterpretaDados(const char* pDados, XVUInt64 uiTamanho) {
     XVUInt64 uiOffset = 0;
     while (uiOffset < uiTamanho) {
-        if (uiTamanho - uiOffset < k_uiTamanhoPrefixo) XV_FALHA(E_XVCR_ARQUIVO_TEXTO_QUANTIDADE_CARACTERES_INVALIDA);
+        if (uiTamanho - uiOffset < k_uiTamanhoPrefixo)
+            XV_FALHA(E_XVCR_ARQUIVO_TEXTO_QUANTIDADE_CARACTERES_INVALIDA);
         XVUInt ulTexto = 0;
         std::memcpy(&ulTexto, pDados + uiOffset, k_uiTamanhoPrefixo);
         if (ulTexto > uiTamanho - uiOffset - k_uiTamanhoPrefixo)
@@ -94,14 +100,19 @@ HRESULT CXVTextFile::GravaColecao(XVUInt& uiPosicao, std::span<const std::string
     const std::unique_lock lock(GetLock());
     XV_CHECK(ValidaGravacao());
     if (uiPosicao > m_colecao.size()) XV_FALHA(E_XVCR_POSICAO_GRAVACAO_SUPERIOR_QUANTIDADE_ARQUIVO);
+    if (!ExisteArquivo()) XV_CHECK(AbreParaGravacao());
     if (!PrecisaGravar(uiPosicao, aRegistros)) return S_OK;
     XVUInt uiPosicaoNova = 0;
-    if (!ExisteArquivo()) XV_CHECK(AbreParaGravacao());
+    SBloco bloco;
+    XV_CHECK(MontaBloco(aRegistros, &bloco));
+    static constexpr SPontoFalha k_ponto = XV_PONTO_FALHA("GravaRegistros(uiPosicao, aRegistros)");
     const XVUInt64 uiTamanhoArquivo = GetTamanho();
-    const HRESULT hr =
-        ExecutaComTentativas([&] { return GravaRegistros(uiPosicaoNova, aRegistros, uiTamanhoArquivo); });
-    if (FAILED(hr)) DesfazGravacao(uiTamanhoArquivo);
-    XV_CHECK_TEXTO(hr, "GravaRegistros(uiPosicao, aRegistros)");
+    const HRESULT hr = ExecutaComTentativas(
+        k_ponto, [&] { return GravaRegistros(uiPosicaoNova, aRegistros, bloco, uiTamanhoArquivo); });
+    if (FAILED(hr)) {
+        DesfazGravacao(uiTamanhoArquivo);
+        return hr;
+    }
     uiPosicao = uiPosicaoNova;
     return S_OK;
 }
@@ -118,6 +129,7 @@ HRESULT CXVTextFile::AbreParaGravacao() {
 // Prefixes and texts one after the other: the run reaches the disk in one write and the same block then
 // holds the texts in memory.
 HRESULT CXVTextFile::MontaBloco(std::span<const std::string_view> aRegistros, SBloco* pBloco) {
+    if (aRegistros.size() > k_uiMaximoTextos - m_colecao.size()) XV_FALHA(eDirectoryFull);
     pBloco->uiTamanho = 0;
     for (const std::string_view sTexto : aRegistros) {
         if (sTexto.size() > 0xFFFFFFFFU) XV_FALHA(E_XVCR_ARQUIVO_TEXTO_QUANTIDADE_CARACTERES_INVALIDA);
@@ -135,12 +147,11 @@ HRESULT CXVTextFile::MontaBloco(std::span<const std::string_view> aRegistros, SB
 }
 
 HRESULT CXVTextFile::GravaRegistros(XVUInt& uiPosicao, std::span<const std::string_view> aRegistros,
-                                    XVUInt64 uiTamanhoArquivo) {
-    SBloco bloco;
-    XV_CHECK(MontaBloco(aRegistros, &bloco));
+                                    SBloco& bloco, XVUInt64 uiTamanhoArquivo) {
     // What can fail for lack of memory fails before the disk is touched.
     m_colecao.Reserva(aRegistros.size());
-    if (m_listaBlocos.size() == m_listaBlocos.capacity()) m_listaBlocos.reserve(m_listaBlocos.size() * 2 + 16);
+    if (m_listaBlocos.size() == m_listaBlocos.capacity())
+        m_listaBlocos.reserve(m_listaBlocos.size() * 2 + 16);
     const XVUInt64 uiOffset =
         uiPosicao == 0 ? uiTamanhoArquivo : GetSeekCabecalho() + m_colecao[uiPosicao - 1].uiOffsetDados;
     if (const CXVErroArquivo erro = GravaDados(uiOffset, bloco.pDados.get(), bloco.uiTamanho); !erro.Ok())

@@ -52,21 +52,24 @@ class CXVTextFile : public CXVFileBase {
     HRESULT OnInicializa() override;
     HRESULT OnFinaliza() override;
 
-    // The raw writer, under the exclusive lock. Position 0 appends at uiTamanhoArquivo, the file's length before
-    // the first attempt; another position overwrites from there, which is only safe for runs of equal lengths.
-    HRESULT GravaRegistros(XVUInt& uiPosicao, std::span<const std::string_view> aRegistros,
+    // A run of texts as it lies on disk.
+    struct SBloco {
+        std::unique_ptr<char[]> pDados;
+        std::size_t uiTamanho = 0;
+    };
+    HRESULT MontaBloco(std::span<const std::string_view> aRegistros, SBloco* pBloco);
+    // The raw writer, under the exclusive lock. Position 0 appends at uiTamanhoArquivo, the file's length
+    // before the first attempt; another position overwrites from there, which is only safe for runs of equal
+    // lengths.
+    HRESULT GravaRegistros(XVUInt& uiPosicao, std::span<const std::string_view> aRegistros, SBloco& bloco,
                            XVUInt64 uiTamanhoArquivo);
 
   private:
     HRESULT Carrega();
     HRESULT AbreParaGravacao();
     HRESULT InterpretaDados(const char* pDados, XVUInt64 uiTamanho);
-    struct SBloco {
-        std::unique_ptr<char[]> pDados;
-        std::size_t uiTamanho = 0;
-    };
-    HRESULT MontaBloco(std::span<const std::string_view> aRegistros, SBloco* pBloco);
-    void AtualizaMemoria(XVUInt& uiPosicao, std::span<const std::string_view> aRegistros, XVUInt64 uiOffsetDados);
+    void AtualizaMemoria(XVUInt& uiPosicao, std::span<const std::string_view> aRegistros,
+                         XVUInt64 uiOffsetDados);
 
     CColecao m_colecao;
     std::vector<std::unique_ptr<char[]>> m_listaBlocos;  // where the texts live

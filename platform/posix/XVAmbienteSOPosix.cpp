@@ -1,3 +1,8 @@
+#include <pwd.h>
+#include <sys/random.h>
+#include <sys/syscall.h>
+#include <sys/utsname.h>
+#include <unistd.h>
 #include <algorithm>
 #include <array>
 #include <cerrno>
@@ -6,12 +11,7 @@
 #include <cstring>
 #include <fstream>
 #include <limits>
-#include <pwd.h>
-#include <sys/random.h>
-#include <sys/syscall.h>
-#include <sys/utsname.h>
 #include <thread>
-#include <unistd.h>
 #include <vector>
 
 #include "platform/XVAmbienteSO.h"
@@ -57,7 +57,9 @@ std::string GetDiretorioExecutavel() {
     return sCaminho.empty() ? sCaminho : XVCaminho::Separa(sCaminho, "/").sDiretorio;
 }
 
-XVUInt GetIdProcesso() { return static_cast<XVUInt>(getpid()); }
+XVUInt GetIdProcesso() {
+    return static_cast<XVUInt>(getpid());
+}
 
 XVUInt GetIdThread() {
     thread_local const XVUInt s_ulId = static_cast<XVUInt>(syscall(SYS_gettid));
@@ -69,7 +71,9 @@ XVUInt GetQuantidadeProcessadores() {
     return ulQuantidade == 0 ? 1 : ulQuantidade;
 }
 
-bool EhSessaoRemota() { return getenv("SSH_CONNECTION") != nullptr; }
+bool EhSessaoRemota() {
+    return getenv("SSH_CONNECTION") != nullptr;
+}
 
 SMemoriaMaquina GetMemoriaMaquina() {
     SMemoriaMaquina memoria;
@@ -97,7 +101,9 @@ XVUInt64 GetMemoriaPrivadaProcesso() {
     return (uiResidente - uiCompartilhada) * static_cast<XVUInt64>(sysconf(_SC_PAGESIZE));
 }
 
-std::string GetVersaoExecutavel() { return XV_VERSAO_PROJETO; }
+std::string GetVersaoExecutavel() {
+    return XV_VERSAO_PROJETO;
+}
 
 std::string GetVersaoSistema() {
     utsname sistema{};
@@ -130,7 +136,11 @@ std::optional<std::string> GetVariavelAmbiente(const char* pszNome) {
     return pszValor == nullptr ? std::nullopt : std::optional<std::string>(pszValor);
 }
 
-void* AlocaSaida(std::size_t uiTamanho) { return uiTamanho == 0 ? nullptr : std::malloc(uiTamanho); }
-void LiberaSaida(void* pBuffer) { std::free(pBuffer); }
+void* AlocaSaida(std::size_t uiTamanho) {
+    return uiTamanho == 0 ? nullptr : std::malloc(uiTamanho);
+}
+void LiberaSaida(void* pBuffer) {
+    std::free(pBuffer);
+}
 
 }  // namespace XVAmbienteSO

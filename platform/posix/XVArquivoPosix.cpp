@@ -1,8 +1,8 @@
 #include "platform/posix/XVArquivoPosix.h"
 
+#include <sys/stat.h>
 #include <algorithm>
 #include <limits>
-#include <sys/stat.h>
 
 #include "platform/posix/XVErroPosix.h"
 

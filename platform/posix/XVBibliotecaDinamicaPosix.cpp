@@ -17,7 +17,9 @@ std::string NomeLocal(const std::string& sNome) {
     return sNome.substr(0, sNome.size() - k_sExtensao.size()) + ".so";
 }
 
-void* Carrega(const std::string& sCaminho) { return dlopen(sCaminho.c_str(), RTLD_NOW | RTLD_LOCAL); }
+void* Carrega(const std::string& sCaminho) {
+    return dlopen(sCaminho.c_str(), RTLD_NOW | RTLD_LOCAL);
+}
 
 // Whether a name without directory would also be looked for in directories that are not absolute.
 bool BuscaPassaPeloDiretorioCorrente() {

@@ -102,14 +102,15 @@ CXVErroArquivo TomaPortao(int iDescritor) {
     return {};
 }
 
-void LiberaPortao(int iDescritor) { flock(iDescritor, LOCK_UN); }
+void LiberaPortao(int iDescritor) {
+    flock(iDescritor, LOCK_UN);
+}
 
 CXVErroArquivo Marca(int iDescritor, EAcessoArquivo eAcesso, ECompartilhamentoArquivo eCompartilhamento) {
     const SMarcas marcas = MarcasDe(eAcesso, eCompartilhamento);
-    const CXVErroArquivo erro =
-        PercorreFaixas(marcas.uiContraria, [&](int iPrimeiro, int iQuantidade) {
-            return TestaFaixa(iDescritor, iPrimeiro, iQuantidade);
-        });
+    const CXVErroArquivo erro = PercorreFaixas(marcas.uiContraria, [&](int iPrimeiro, int iQuantidade) {
+        return TestaFaixa(iDescritor, iPrimeiro, iQuantidade);
+    });
     if (!erro.Ok()) {
         return erro;
     }
@@ -118,7 +119,9 @@ CXVErroArquivo Marca(int iDescritor, EAcessoArquivo eAcesso, ECompartilhamentoAr
     });
 }
 
-CXVErroArquivo ExigeFechado(int iDescritor) { return TestaFaixa(iDescritor, 0, k_iBytes); }
+CXVErroArquivo ExigeFechado(int iDescritor) {
+    return TestaFaixa(iDescritor, 0, k_iBytes);
+}
 
 bool AindaEh(int iDescritor, const std::string& sCaminho) {
     struct stat aberto;

@@ -11,7 +11,11 @@ std::vector<std::string> GetArgumentos(int iQuantidade, const char* const* ppszA
     return std::vector<std::string>(ppszArgumentos + 1, ppszArgumentos + iQuantidade);
 }
 
-bool SaidaEhTerminal() { return ::isatty(STDOUT_FILENO) == 1; }
-bool ErroEhTerminal() { return ::isatty(STDERR_FILENO) == 1; }
+bool SaidaEhTerminal() {
+    return ::isatty(STDOUT_FILENO) == 1;
+}
+bool ErroEhTerminal() {
+    return ::isatty(STDERR_FILENO) == 1;
+}
 
 }  // namespace XVConsole

@@ -1,8 +1,8 @@
 // A file descriptor that closes itself, and calls repeated when a signal interrupts them.
 #pragma once
 
-#include <cerrno>
 #include <unistd.h>
+#include <cerrno>
 
 #include <utility>
 

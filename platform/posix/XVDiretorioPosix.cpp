@@ -1,8 +1,8 @@
 // Directories: listing, looking a name up without regard to case, creating.
-#include <cerrno>
 #include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <cerrno>
 
 #include "platform/XVCaminho.h"
 #include "platform/XVCriaDiretorios.h"

@@ -1,8 +1,8 @@
 #include "platform/posix/XVErroPosix.h"
 
-#include <cerrno>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <cerrno>
 
 #include "platform/XVCaminho.h"
 
@@ -54,7 +54,9 @@ ECausaArquivo CausaDeErrno(int iErrno) {
 
 }  // namespace
 
-CXVErroArquivo DeErrno(int iErrno) { return {CausaDeErrno(iErrno), static_cast<XVUInt>(iErrno)}; }
+CXVErroArquivo DeErrno(int iErrno) {
+    return {CausaDeErrno(iErrno), static_cast<XVUInt>(iErrno)};
+}
 
 CXVErroArquivo DeErrno(int iErrno, const std::string& sCaminho) {
     if (iErrno == ENOENT) {

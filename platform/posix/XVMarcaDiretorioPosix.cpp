@@ -65,8 +65,9 @@ CXVErroArquivo CXVSistemaArquivosPosix::MarcaDiretorio(const std::string& sDiret
             return erro;
         }
         if (XVRepeteInterrompida([&] { return flock(descritor.Get(), LOCK_EX | LOCK_NB); }) != 0) {
-            return errno == EWOULDBLOCK ? CXVErroArquivo(ECausaArquivo::eViolacaoCompartilhamento, EWOULDBLOCK)
-                                        : XVErroPosix::DeErrno(errno);
+            return errno == EWOULDBLOCK
+                       ? CXVErroArquivo(ECausaArquivo::eViolacaoCompartilhamento, EWOULDBLOCK)
+                       : XVErroPosix::DeErrno(errno);
         }
         if (XVCompartilhamentoPosix::AindaEh(descritor.Get(), sCaminho)) {
             pMarca = std::make_unique<CXVMarcaDiretorioPosix>(std::move(descritor), std::move(sCaminho));

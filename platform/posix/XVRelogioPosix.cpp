@@ -1,6 +1,6 @@
+#include <sched.h>
 #include <cerrno>
 #include <ctime>
-#include <sched.h>
 
 #include "platform/XVPlataforma.h"
 

@@ -70,8 +70,8 @@ CXVErroArquivo CXVSistemaArquivosPosix::Abre(const std::string& sCaminho, const 
         if (!XVCompartilhamentoPosix::AindaEh(descritor.Get(), sCaminho)) {
             continue;
         }
-        erro = XVCompartilhamentoPosix::Marca(descritor.Get(), rAbertura.eAcesso,
-                                              rAbertura.eCompartilhamento);
+        erro =
+            XVCompartilhamentoPosix::Marca(descritor.Get(), rAbertura.eAcesso, rAbertura.eCompartilhamento);
         if (!erro.Ok()) {
             return erro;
         }

@@ -62,11 +62,10 @@ bool MesmoArquivo(const SArquivoReservado& r1, const SArquivoReservado& r2) {
 // each other.
 CXVErroArquivo ReservaAmbos(const std::string& sOrigem, SArquivoReservado& rOrigem,
                             const std::string& sDestino, SArquivoReservado& rDestino, bool& bMudou) {
-    const bool bOrigemPrimeiro =
-        std::pair(rOrigem.estado.st_dev, rOrigem.estado.st_ino) <
-        std::pair(rDestino.estado.st_dev, rDestino.estado.st_ino);
-    CXVErroArquivo erro = bOrigemPrimeiro ? Reserva(sOrigem, rOrigem, bMudou)
-                                          : Reserva(sDestino, rDestino, bMudou);
+    const bool bOrigemPrimeiro = std::pair(rOrigem.estado.st_dev, rOrigem.estado.st_ino) <
+                                 std::pair(rDestino.estado.st_dev, rDestino.estado.st_ino);
+    CXVErroArquivo erro =
+        bOrigemPrimeiro ? Reserva(sOrigem, rOrigem, bMudou) : Reserva(sDestino, rDestino, bMudou);
     if (!erro.Ok() || bMudou) {
         return erro;
     }
@@ -74,8 +73,8 @@ CXVErroArquivo ReservaAmbos(const std::string& sOrigem, SArquivoReservado& rOrig
 }
 
 CXVErroArquivo SincronizaDiretorio(const std::string& sDiretorio) {
-    const CXVDescritor descritor(XVRepeteInterrompida(
-        [&] { return open(sDiretorio.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); }));
+    const CXVDescritor descritor(
+        XVRepeteInterrompida([&] { return open(sDiretorio.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); }));
     if (!descritor.EhValido() || XVRepeteInterrompida([&] { return fsync(descritor.Get()); }) != 0) {
         return XVErroPosix::DeErrno(errno);
     }

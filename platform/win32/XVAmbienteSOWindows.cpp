@@ -48,8 +48,12 @@ std::string GetDiretorioExecutavel() {
                             : XVCaminho::Separa(sCaminho, XVCaminhoWindows::k_pszSeparadores).sDiretorio;
 }
 
-XVUInt GetIdProcesso() { return GetCurrentProcessId(); }
-XVUInt GetIdThread() { return GetCurrentThreadId(); }
+XVUInt GetIdProcesso() {
+    return GetCurrentProcessId();
+}
+XVUInt GetIdThread() {
+    return GetCurrentThreadId();
+}
 
 XVUInt GetQuantidadeProcessadores() {
     SYSTEM_INFO informacao{};
@@ -57,7 +61,9 @@ XVUInt GetQuantidadeProcessadores() {
     return informacao.dwNumberOfProcessors == 0 ? 1 : informacao.dwNumberOfProcessors;
 }
 
-bool EhSessaoRemota() { return GetSystemMetrics(SM_REMOTESESSION) != 0; }
+bool EhSessaoRemota() {
+    return GetSystemMetrics(SM_REMOTESESSION) != 0;
+}
 
 SMemoriaMaquina GetMemoriaMaquina() {
     MEMORYSTATUSEX estado{};
@@ -116,7 +122,11 @@ std::optional<std::string> GetVariavelAmbiente(const char* pszNome) {
     }
 }
 
-void* AlocaSaida(std::size_t uiTamanho) { return uiTamanho == 0 ? nullptr : CoTaskMemAlloc(uiTamanho); }
-void LiberaSaida(void* pBuffer) { CoTaskMemFree(pBuffer); }
+void* AlocaSaida(std::size_t uiTamanho) {
+    return uiTamanho == 0 ? nullptr : CoTaskMemAlloc(uiTamanho);
+}
+void LiberaSaida(void* pBuffer) {
+    CoTaskMemFree(pBuffer);
+}
 
 }  // namespace XVAmbienteSO

@@ -19,8 +19,7 @@ CXVBibliotecaDinamica::~CXVBibliotecaDinamica() {
 }
 
 CXVBibliotecaDinamica::PFuncaoGenerica CXVBibliotecaDinamica::GetEndereco(const char* pszNome) const {
-    return m_hBiblioteca == nullptr
-               ? nullptr
-               : reinterpret_cast<PFuncaoGenerica>(
-                     GetProcAddress(static_cast<HMODULE>(m_hBiblioteca), pszNome));
+    return m_hBiblioteca == nullptr ? nullptr
+                                    : reinterpret_cast<PFuncaoGenerica>(
+                                          GetProcAddress(static_cast<HMODULE>(m_hBiblioteca), pszNome));
 }

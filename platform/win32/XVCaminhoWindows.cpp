@@ -61,7 +61,7 @@ CXVErroArquivo Converte(const std::string& sCaminho, std::wstring& sLargo) {
 
 CXVErroArquivo ConverteArquivo(const std::string& sCaminho, std::wstring& sLargo) {
     return XVCaminho::PodeNomearArquivo(sCaminho, k_pszSeparadores) ? Converte(sCaminho, sLargo)
-                                                                   : k_erroCaminho;
+                                                                    : k_erroCaminho;
 }
 
 }  // namespace XVCaminhoWindows

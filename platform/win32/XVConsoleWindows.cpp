@@ -36,7 +36,11 @@ std::vector<std::string> GetArgumentos(int, const char* const*) {
     return listaArgumentos;
 }
 
-bool SaidaEhTerminal() { return EhConsole(STD_OUTPUT_HANDLE); }
-bool ErroEhTerminal() { return EhConsole(STD_ERROR_HANDLE); }
+bool SaidaEhTerminal() {
+    return EhConsole(STD_OUTPUT_HANDLE);
+}
+bool ErroEhTerminal() {
+    return EhConsole(STD_ERROR_HANDLE);
+}
 
 }  // namespace XVConsole

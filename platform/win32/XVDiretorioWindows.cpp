@@ -13,8 +13,8 @@ namespace {
 class CXVBuscaArquivos {
   public:
     explicit CXVBuscaArquivos(const std::wstring& sMascara)
-        : m_hBusca(FindFirstFileExW(sMascara.c_str(), FindExInfoBasic, &m_dados, FindExSearchNameMatch, nullptr,
-                                    FIND_FIRST_EX_LARGE_FETCH)) {}
+        : m_hBusca(FindFirstFileExW(sMascara.c_str(), FindExInfoBasic, &m_dados, FindExSearchNameMatch,
+                                    nullptr, FIND_FIRST_EX_LARGE_FETCH)) {}
     ~CXVBuscaArquivos() {
         if (Achou()) {
             FindClose(m_hBusca);

@@ -48,7 +48,7 @@ ECausaArquivo CausaDe(DWORD ulErro) {
         case ERROR_DISK_CORRUPT:
             return ECausaArquivo::eErroFisico;
         case ERROR_SHARING_VIOLATION:
-        case ERROR_DELETE_PENDING:   // the last handle of a deleted file is about to close
+        case ERROR_DELETE_PENDING:    // the last handle of a deleted file is about to close
         case ERROR_USER_MAPPED_FILE:  // a scanner maps the file
             return ECausaArquivo::eViolacaoCompartilhamento;
         case ERROR_LOCK_VIOLATION:
@@ -68,7 +68,11 @@ ECausaArquivo CausaDe(DWORD ulErro) {
 
 }  // namespace
 
-CXVErroArquivo De(XVUInt ulErro) { return {CausaDe(ulErro), ulErro}; }
-CXVErroArquivo DeUltimo() { return De(GetLastError()); }
+CXVErroArquivo De(XVUInt ulErro) {
+    return {CausaDe(ulErro), ulErro};
+}
+CXVErroArquivo DeUltimo() {
+    return De(GetLastError());
+}
 
 }  // namespace XVErroWindows

@@ -58,10 +58,9 @@ CXVErroArquivo CXVSistemaArquivosWindows::Abre(const std::string& sCaminho, cons
     const DWORD ulCriacao =
         rAbertura.eCriacao == ECriacaoArquivo::eCriaSeAusente ? OPEN_ALWAYS : OPEN_EXISTING;
     // The last flag keeps a pipe's server, should the path name one, from acting as this user.
-    CXVHandleArquivo handle(CreateFileW(sLargo.c_str(), AcessoDe(rAbertura.eAcesso),
-                                        CompartilhamentoDe(rAbertura.eCompartilhamento), nullptr, ulCriacao,
-                                        FILE_ATTRIBUTE_NORMAL | SECURITY_SQOS_PRESENT | SECURITY_ANONYMOUS,
-                                        nullptr));
+    CXVHandleArquivo handle(CreateFileW(
+        sLargo.c_str(), AcessoDe(rAbertura.eAcesso), CompartilhamentoDe(rAbertura.eCompartilhamento), nullptr,
+        ulCriacao, FILE_ATTRIBUTE_NORMAL | SECURITY_SQOS_PRESENT | SECURITY_ANONYMOUS, nullptr));
     if (!handle.EhValido()) {
         return XVErroWindows::DeUltimo();
     }
@@ -80,8 +79,8 @@ EExistencia CXVSistemaArquivosWindows::Existe(const std::string& sCaminho) {
     const DWORD ulAtributos = GetFileAttributesW(sLargo.c_str());
     if (ulAtributos == INVALID_FILE_ATTRIBUTES) {
         const ECausaArquivo eCausa = XVErroWindows::DeUltimo().GetCausa();
-        const bool bAusente = eCausa == ECausaArquivo::eArquivoNaoEncontrado ||
-                              eCausa == ECausaArquivo::eCaminhoInvalido;
+        const bool bAusente =
+            eCausa == ECausaArquivo::eArquivoNaoEncontrado || eCausa == ECausaArquivo::eCaminhoInvalido;
         return bAusente ? EExistencia::eAusente : EExistencia::eArquivo;
     }
     return (ulAtributos & FILE_ATTRIBUTE_DIRECTORY) != 0 ? EExistencia::eDiretorio : EExistencia::eArquivo;

@@ -15,7 +15,8 @@ bool ParaLargo(std::string_view sTexto, std::wstring& sLargo) {
         return false;
     }
     const int iTamanho = static_cast<int>(sTexto.size());
-    const int iLargo = MultiByteToWideChar(CP_UTF8, MB_ERR_INVALID_CHARS, sTexto.data(), iTamanho, nullptr, 0);
+    const int iLargo =
+        MultiByteToWideChar(CP_UTF8, MB_ERR_INVALID_CHARS, sTexto.data(), iTamanho, nullptr, 0);
     if (iLargo <= 0) {
         return false;
     }

@@ -7,8 +7,12 @@ namespace {
 
 constexpr XVUInt64 k_uiTamanhoMaximo = XVUInt64{1} << 30;  // bytes; a longer file is a mistake of the test
 
-bool TemLeitura(EAcessoArquivo eAcesso) { return eAcesso != EAcessoArquivo::eAnexacao; }
-bool TemEscrita(EAcessoArquivo eAcesso) { return eAcesso != EAcessoArquivo::eLeitura; }
+bool TemLeitura(EAcessoArquivo eAcesso) {
+    return eAcesso != EAcessoArquivo::eAnexacao;
+}
+bool TemEscrita(EAcessoArquivo eAcesso) {
+    return eAcesso != EAcessoArquivo::eLeitura;
+}
 
 bool Permite(ECompartilhamentoArquivo eCompartilhamento, EAcessoArquivo eAcesso) {
     switch (eCompartilhamento) {
@@ -22,7 +26,9 @@ bool Permite(ECompartilhamentoArquivo eCompartilhamento, EAcessoArquivo eAcesso)
     return false;
 }
 
-constexpr CXVErroArquivo Erro(ECausaArquivo eCausa) { return {eCausa, 0}; }
+constexpr CXVErroArquivo Erro(ECausaArquivo eCausa) {
+    return {eCausa, 0};
+}
 
 }  // namespace
 
@@ -122,4 +128,6 @@ CXVErroArquivo CXVArquivoMemoria::SetTamanho(XVUInt64 uiTamanho) {
     return {};
 }
 
-CXVErroArquivo CXVArquivoMemoria::Sincroniza() { return {}; }
+CXVErroArquivo CXVArquivoMemoria::Sincroniza() {
+    return {};
+}

@@ -11,7 +11,9 @@ namespace fs = std::filesystem;
 
 namespace {
 
-fs::path DeUtf8(const std::string& sTexto) { return fs::path(std::u8string(sTexto.begin(), sTexto.end())); }
+fs::path DeUtf8(const std::string& sTexto) {
+    return fs::path(std::u8string(sTexto.begin(), sTexto.end()));
+}
 
 std::string ParaUtf8(const fs::path& rCaminho) {
     const std::u8string sTexto = rCaminho.u8string();

@@ -22,7 +22,9 @@ SDataHora DeInstante(sys_time<milliseconds> instante) {
 
 }  // namespace
 
-CXVRelogioFalso::CXVRelogioFalso() { SetUTC({2024, 3, 15, 12, 0, 0}); }
+CXVRelogioFalso::CXVRelogioFalso() {
+    SetUTC({2024, 3, 15, 12, 0, 0});
+}
 
 void CXVRelogioFalso::SetUTC(const SDataHora& rDataHora) {
     const std::lock_guard trava(m_mutex);

@@ -4,9 +4,13 @@
 
 namespace {
 
-std::size_t Indice(EOperacaoArquivo eOperacao) { return static_cast<std::size_t>(eOperacao); }
+std::size_t Indice(EOperacaoArquivo eOperacao) {
+    return static_cast<std::size_t>(eOperacao);
+}
 
-CXVErroArquivo Erro(const SFalhaArquivo& rFalha) { return {rFalha.eCausa, rFalha.ulErroSistema}; }
+CXVErroArquivo Erro(const SFalhaArquivo& rFalha) {
+    return {rFalha.eCausa, rFalha.ulErroSistema};
+}
 
 class CXVArquivoFalhas final : public IXVArquivo {
   public:
@@ -85,7 +89,8 @@ XVUInt64 CXVPlanoFalhas::GetFalhasOcorridas() const {
     return m_uiFalhas;
 }
 
-std::optional<SFalhaArquivo> CXVPlanoFalhas::Registra(EOperacaoArquivo eOperacao, const std::string& sCaminho) {
+std::optional<SFalhaArquivo> CXVPlanoFalhas::Registra(EOperacaoArquivo eOperacao,
+                                                      const std::string& sCaminho) {
     const std::lock_guard trava(m_mutex);
     if (m_fnFiltro && !m_fnFiltro(sCaminho)) {
         return std::nullopt;

@@ -10,7 +10,9 @@ namespace {
 
 constexpr std::string_view k_sSeparadores = "/\\";
 
-constexpr CXVErroArquivo Erro(ECausaArquivo eCausa) { return {eCausa, 0}; }
+constexpr CXVErroArquivo Erro(ECausaArquivo eCausa) {
+    return {eCausa, 0};
+}
 
 // "/a/b" for every way to write it; "" for the root.
 std::string Normaliza(std::string_view sCaminho) {
@@ -31,14 +33,18 @@ std::string Chave(std::string sNormal) {
     return sNormal;
 }
 
-std::string DiretorioDe(const std::string& sNormal) { return sNormal.substr(0, sNormal.rfind('/')); }
-std::string NomeDe(const std::string& sNormal) { return sNormal.substr(sNormal.rfind('/') + 1); }
+std::string DiretorioDe(const std::string& sNormal) {
+    return sNormal.substr(0, sNormal.rfind('/'));
+}
+std::string NomeDe(const std::string& sNormal) {
+    return sNormal.substr(sNormal.rfind('/') + 1);
+}
 
 }  // namespace
 
 struct CXVSistemaArquivosMemoria::SEstado : SDiscoMemoria {
     struct SEntrada {
-        std::string sNormal;                     // as created
+        std::string sNormal;                  // as created
         std::shared_ptr<SConteudo> pArquivo;  // null: a directory
     };
     std::map<std::string, SEntrada> mapaEntradas;
@@ -202,7 +208,8 @@ CXVErroArquivo CXVSistemaArquivosMemoria::Lista(const std::string& sDiretorio, c
     }
     for (const auto& [sChave, rEntrada] : m_pEstado->mapaEntradas) {
         const std::string sNome = NomeDe(rEntrada.sNormal);
-        if (rEntrada.pArquivo && DiretorioDe(sChave) == Chave(sNormal) && XVMascara::Confere(sMascara, sNome)) {
+        if (rEntrada.pArquivo && DiretorioDe(sChave) == Chave(sNormal) &&
+            XVMascara::Confere(sMascara, sNome)) {
             listaNomes.push_back(sNome);
         }
     }
@@ -329,7 +336,8 @@ std::string CXVSistemaArquivosMemoria::Diferenca(const TRetrato& rEsperado, cons
     }
     for (const auto& [sCaminho, rArquivo] : rObtido) {
         if (!rEsperado.contains(sCaminho)) {
-            sDiferenca += sCaminho + ": unexpected, " + std::to_string(rArquivo.sConteudo.size()) + " bytes\n";
+            sDiferenca +=
+                sCaminho + ": unexpected, " + std::to_string(rArquivo.sConteudo.size()) + " bytes\n";
         }
     }
     return sDiferenca;

@@ -173,8 +173,12 @@ bool CXVSistemaArquivosMorte::Executa(const std::function<void()>& fn) {
     return true;
 }
 
-bool CXVSistemaArquivosMorte::EstaMorto() const { return m_pProcesso->EstaMorto(); }
-XVUInt64 CXVSistemaArquivosMorte::GetQuantidade() const { return m_pProcesso->GetQuantidade(); }
+bool CXVSistemaArquivosMorte::EstaMorto() const {
+    return m_pProcesso->EstaMorto();
+}
+XVUInt64 CXVSistemaArquivosMorte::GetQuantidade() const {
+    return m_pProcesso->GetQuantidade();
+}
 
 CXVErroArquivo CXVSistemaArquivosMorte::Abre(const std::string& sCaminho, const SAberturaArquivo& rAbertura,
                                              std::unique_ptr<IXVArquivo>& pArquivo) {

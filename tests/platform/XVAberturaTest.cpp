@@ -11,7 +11,8 @@ constexpr ECompartilhamentoArquivo k_aCompartilhamentos[] = {ECompartilhamentoAr
 
 bool Nega(ECompartilhamentoArquivo eCompartilhamento, EAcessoArquivo eAcesso) {
     return eCompartilhamento == ECompartilhamentoArquivo::eNegaTudo ||
-           (eCompartilhamento == ECompartilhamentoArquivo::eNegaEscrita && eAcesso != EAcessoArquivo::eLeitura);
+           (eCompartilhamento == ECompartilhamentoArquivo::eNegaEscrita &&
+            eAcesso != EAcessoArquivo::eLeitura);
 }
 
 template <class TFn>
@@ -41,8 +42,8 @@ TEST_P(CXVSistemaArquivosTest, EveryPairOfOpeningsFollowsTheShareRule) {
                                    Nega(rSegunda.eCompartilhamento, rPrimeira.eAcesso);
             const std::unique_ptr<IXVArquivo> pPrimeiro = AbreBem("a.dat", rPrimeira);
             std::unique_ptr<IXVArquivo> pSegundo;
-            EXPECT_EQ(Abre("a.dat", rSegunda, pSegundo), bConflito ? ECausaArquivo::eViolacaoCompartilhamento
-                                                                   : ECausaArquivo::eNenhuma);
+            EXPECT_EQ(Abre("a.dat", rSegunda, pSegundo),
+                      bConflito ? ECausaArquivo::eViolacaoCompartilhamento : ECausaArquivo::eNenhuma);
         });
     });
 }
@@ -107,7 +108,8 @@ TEST_P(CXVSistemaArquivosTest, MissingFileMissingDirectoryAndDirectoryAreToldApa
 
 TEST_P(CXVSistemaArquivosTest, TextsThatCanBeNoPathAreRefusedEverywhere) {
     std::unique_ptr<IXVArquivo> pArquivo;
-    for (const std::string& sCaminho : {std::string(), Caminho(std::string("a\0b", 3)), Caminho("a.dat") + "/"}) {
+    for (const std::string& sCaminho :
+         {std::string(), Caminho(std::string("a\0b", 3)), Caminho("a.dat") + "/"}) {
         EXPECT_EQ(Sistema().Abre(sCaminho, k_aberturaEscrita, pArquivo).GetCausa(),
                   ECausaArquivo::eCaminhoInvalido);
         EXPECT_EQ(Sistema().Apaga(sCaminho).GetCausa(), ECausaArquivo::eCaminhoInvalido);
@@ -140,9 +142,9 @@ TEST_P(CXVSistemaArquivosTest, AReadOnlyFileExistsAndOpensForReadingOnly) {
 
 TEST_P(CXVSistemaArquivosTest, ExistenceTellsFilesFromDirectories) {
     Cria("a.dat", "x");
-    const std::unique_ptr<IXVArquivo> pExclusivo =
-        AbreBem("a.dat", {EAcessoArquivo::eLeitura, ECompartilhamentoArquivo::eNegaTudo,
-                          ECriacaoArquivo::eSomenteExistente});
+    const std::unique_ptr<IXVArquivo> pExclusivo = AbreBem(
+        "a.dat",
+        {EAcessoArquivo::eLeitura, ECompartilhamentoArquivo::eNegaTudo, ECriacaoArquivo::eSomenteExistente});
     EXPECT_EQ(Sistema().Existe(Caminho("a.dat")), EExistencia::eArquivo);
     EXPECT_EQ(Sistema().Existe(Caminho("")), EExistencia::eDiretorio);
     EXPECT_EQ(Sistema().Existe(Caminho("b.dat")), EExistencia::eAusente);

@@ -72,9 +72,19 @@ TEST(CXVRelogioTest, TheNativeClockIsPlausibleAndMoves) {
 }
 
 TEST(CXVBibliotecaDinamicaTest, NothingIsLoadedThroughADirectoryOrUnderAnUnknownName) {
-    for (const char* pszNome : {"", "..", "../x.dll", "/tmp/x.dll", "C:\\x.dll", "C:x.dll", "xv_nao_existe.dll"}) {
+    for (const char* pszNome :
+         {"", "..", "../x.dll", "/tmp/x.dll", "C:\\x.dll", "C:x.dll", "xv_nao_existe.dll"}) {
         const CXVBibliotecaDinamica biblioteca(pszNome);
         EXPECT_FALSE(biblioteca.EstaCarregada()) << pszNome;
         EXPECT_EQ(biblioteca.GetFuncao<void (*)()>("x"), nullptr);
     }
+}
+
+TEST(CXVBibliotecaDinamicaTest, ALibraryBesideTheProgramIsFoundByItsPlainName) {
+    const CXVBibliotecaDinamica biblioteca("xv_biblioteca_teste.dll");
+    ASSERT_TRUE(biblioteca.EstaCarregada());
+    const auto pfnSoma = biblioteca.GetFuncao<int (*)(int, int)>("XVSomaTeste");
+    ASSERT_NE(pfnSoma, nullptr);
+    EXPECT_EQ(pfnSoma(2, 3), 5);
+    EXPECT_EQ(biblioteca.GetFuncao<void (*)()>("NaoExiste"), nullptr);
 }

@@ -108,7 +108,9 @@ std::string CXVSistemaArquivosTest::Conteudo(const std::string& sNome) {
     return sConteudo;
 }
 
-void PrintTo(ECausaArquivo eCausa, std::ostream* pSaida) { *pSaida << "cause " << static_cast<int>(eCausa); }
+void PrintTo(ECausaArquivo eCausa, std::ostream* pSaida) {
+    *pSaida << "cause " << static_cast<int>(eCausa);
+}
 
 INSTANTIATE_TEST_SUITE_P(Cenarios, CXVSistemaArquivosTest,
                          testing::Values(ECenario::eNativo, ECenario::eMemoria, ECenario::eFalhasSobreMemoria,

@@ -16,8 +16,8 @@ TEST_P(CXVSistemaArquivosTest, TheRealNameIsFoundWithoutRegardToCase) {
     EXPECT_EQ(sNome, "CRIndexInteg.dat");
     EXPECT_TRUE(Sistema().BuscaNomeReal(Caminho("CRIndexInteg.dat"), sNome));
     EXPECT_EQ(sNome, "CRIndexInteg.dat");
-    for (const char* pszAusente : {"CRIndexInteg.da", "CRIndexInteg.*", "CRIndexInteg.da?", "CRINDE~1.DAT", "..",
-                                   "nao/CRIndexInteg.dat"}) {
+    for (const char* pszAusente : {"CRIndexInteg.da", "CRIndexInteg.*", "CRIndexInteg.da?", "CRINDE~1.DAT",
+                                   "..", "nao/CRIndexInteg.dat"}) {
         EXPECT_FALSE(Sistema().BuscaNomeReal(Caminho(pszAusente), sNome)) << pszAusente;
         EXPECT_EQ(sNome, "");
     }
@@ -94,8 +94,8 @@ TEST_P(CXVSistemaArquivosTest, AMoveMayChangeOnlyTheCaseOfAName) {
 }
 
 TEST_P(CXVSistemaArquivosTest, ListsTheFilesThatMatchTheWholeMask) {
-    for (const char* pszNome : {"CRINTEGMID20240101.dat", "crintegmid20240102.DAT", "CRINTEGMIDJSON20240101.dat",
-                                "a.datx", "a.dat.tra", "semextensao"}) {
+    for (const char* pszNome : {"CRINTEGMID20240101.dat", "crintegmid20240102.DAT",
+                                "CRINTEGMIDJSON20240101.dat", "a.datx", "a.dat.tra", "semextensao"}) {
         Cria(pszNome, "");
     }
     ASSERT_TRUE(Sistema().CriaDiretorio(Caminho("CRINTEGMID20240103.dat")).Ok());
@@ -105,14 +105,16 @@ TEST_P(CXVSistemaArquivosTest, ListsTheFilesThatMatchTheWholeMask) {
         std::sort(listaNomes.begin(), listaNomes.end());
         return listaNomes;
     };
-    EXPECT_EQ(fnLista("CRINTEGMID????????.dat"), (TNomes{"CRINTEGMID20240101.dat", "crintegmid20240102.DAT"}));
-    EXPECT_EQ(fnLista("*.dat"), (TNomes{"CRINTEGMID20240101.dat", "CRINTEGMIDJSON20240101.dat",
-                                        "crintegmid20240102.DAT"}));
+    EXPECT_EQ(fnLista("CRINTEGMID????????.dat"),
+              (TNomes{"CRINTEGMID20240101.dat", "crintegmid20240102.DAT"}));
+    EXPECT_EQ(fnLista("*.dat"),
+              (TNomes{"CRINTEGMID20240101.dat", "CRINTEGMIDJSON20240101.dat", "crintegmid20240102.DAT"}));
     EXPECT_EQ(fnLista("*").size(), 6U);
     EXPECT_EQ(fnLista("*.xyz"), TNomes{});
     TNomes listaNomes{"sobra"};
     EXPECT_EQ(Sistema().Lista(Caminho("nao"), "*", listaNomes).GetCausa(), ECausaArquivo::eCaminhoInvalido);
-    EXPECT_EQ(Sistema().Lista(Caminho("a.datx"), "*", listaNomes).GetCausa(), ECausaArquivo::eCaminhoInvalido);
+    EXPECT_EQ(Sistema().Lista(Caminho("a.datx"), "*", listaNomes).GetCausa(),
+              ECausaArquivo::eCaminhoInvalido);
     EXPECT_EQ(listaNomes, TNomes{});
 }
 
@@ -144,7 +146,8 @@ TEST_P(CXVSistemaArquivosTest, AMarkIsExclusiveUntilItIsReleased) {
     TNomes listaNomes;
     EXPECT_TRUE(Sistema().Lista(Caminho(""), "*", listaNomes).Ok());
     EXPECT_EQ(listaNomes, TNomes{}) << "a released mark leaves nothing behind";
-    EXPECT_EQ(Sistema().MarcaDiretorio(Caminho("nao"), "M", pMarca).GetCausa(), ECausaArquivo::eCaminhoInvalido);
+    EXPECT_EQ(Sistema().MarcaDiretorio(Caminho("nao"), "M", pMarca).GetCausa(),
+              ECausaArquivo::eCaminhoInvalido);
     for (const char* pszMarca : {"", ".", "..", "a/b", "a\\b", "a:b", "a*"}) {
         EXPECT_EQ(fnMarca(pszMarca, pMarca), ECausaArquivo::eCaminhoInvalido) << pszMarca;
     }

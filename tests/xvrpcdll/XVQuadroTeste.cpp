@@ -204,14 +204,16 @@ TEST_F(CQuadro, SoAFaixaFatalMataOComponente) {
 TEST_F(CQuadro, ResultadoFatalComOutraChamadaDentro) {
     Inicializa();
     std::promise<void> dentro, segue;
+    std::atomic<int> iChamada = 0;
     m_controle.fnOperacao = [&] {
+        if (iChamada++ > 0) return XVHResult(0x8004EAC5U);
         dentro.set_value();
         segue.get_future().wait();
         return CXVBaseParaRotinas::GetAcessoDefault()->EstaInicializado() ? S_OK : E_FAIL;
     };
     std::thread longa([&] { EXPECT_EQ(Chama(), S_OK); });
     dentro.get_future().wait();
-    EXPECT_EQ(ChamaComResultado(XVHResult(0x8004EAC5U)), XVHResult(0x8004EAC5U));
+    EXPECT_EQ(Chama(), XVHResult(0x8004EAC5U));
     EXPECT_EQ(Chama(), E_XVCR_COMPONENTE_NAO_INICIALIZADO);
     EXPECT_EQ(m_controle.iVivas, 1);
     EXPECT_EQ(m_controle.iFinalizacoes, 0);

@@ -61,16 +61,20 @@ CXVProcessoFilho::CXVProcessoFilho(const std::string& sPrograma,
     m_pSistema->saida = std::move(canoSaida.leitura);
 }
 
-CXVProcessoFilho::~CXVProcessoFilho() { Mata(); }
+CXVProcessoFilho::~CXVProcessoFilho() {
+    Mata();
+}
 
 std::string CXVProcessoFilho::LePedaco() {
     std::array<char, 4096> aBytes{};
-    const ssize_t iLidos = XVRepeteInterrompida(
-        [&] { return read(m_pSistema->saida.Get(), aBytes.data(), aBytes.size()); });
+    const ssize_t iLidos =
+        XVRepeteInterrompida([&] { return read(m_pSistema->saida.Get(), aBytes.data(), aBytes.size()); });
     return iLidos > 0 ? std::string(aBytes.data(), static_cast<std::size_t>(iLidos)) : std::string();
 }
 
-void CXVProcessoFilho::FechaEntrada() { m_pSistema->entrada.Fecha(); }
+void CXVProcessoFilho::FechaEntrada() {
+    m_pSistema->entrada.Fecha();
+}
 
 void CXVProcessoFilho::Mata() {
     if (m_pSistema->iProcesso > 0) {

@@ -3,7 +3,6 @@
 #include <array>
 #include <stdexcept>
 #include <utility>
-#include <utility>
 
 #include "platform/XVAmbienteSO.h"
 #include "platform/win32/XVTextoWindows.h"
@@ -79,7 +78,9 @@ std::string CXVProcessoFilho::LePedaco() {
     return std::string(aBytes.data(), ulLidos);
 }
 
-void CXVProcessoFilho::FechaEntrada() { Fecha(m_pSistema->hEntrada); }
+void CXVProcessoFilho::FechaEntrada() {
+    Fecha(m_pSistema->hEntrada);
+}
 
 void CXVProcessoFilho::Mata() {
     if (m_pSistema->hProcesso != nullptr) {

@@ -14,7 +14,8 @@ class CXVArquivosEspeciaisTest : public testing::Test {
   protected:
     ECausaArquivo Abre(const std::string& sCaminho, EAcessoArquivo eAcesso) {
         return m_rSistema
-            .Abre(sCaminho, {eAcesso, ECompartilhamentoArquivo::eNegaNada, ECriacaoArquivo::eSomenteExistente},
+            .Abre(sCaminho,
+                  {eAcesso, ECompartilhamentoArquivo::eNegaNada, ECriacaoArquivo::eSomenteExistente},
                   m_pArquivo)
             .GetCausa();
     }

@@ -1,0 +1,45 @@
+// One component in the server, created and initialised, and the rules for getting another one.
+#pragma once
+
+#include "client/XVCliente.h"
+#include "client/XVClienteRegistros.h"
+
+namespace XVCliente {
+
+// Builds the initialisation record of the caller and seals it. False: a text does not fit its field.
+bool MontaRegistroInicializacao(const SIdentificacao& rIdentificacao, REG_DF_INICIALIZAPS* pReg);
+
+class CXVCliente::CConexao {
+  public:
+    explicit CConexao(const REG_DF_INICIALIZAPS& reg) : m_reg(reg) {}
+    ~CConexao() { Fecha(); }
+    CConexao(const CConexao&) = delete;
+    CConexao& operator=(const CConexao&) = delete;
+
+    // Creates and initialises, trying again while a server is ending.
+    HResult Abre();
+    void Fecha();
+    bool EstaAberta() const { return m_pComponente != nullptr; }
+
+    // Calls fnChamada(IXVCR_Middleware&), connected again first where the server had gone. bRepetivel: a
+    // call that only reads is repeated once when the server goes away under it.
+    template <class TChamada>
+    HResult Executa(bool bRepetivel, TChamada&& fnChamada) {
+        HResult hr = S_OK;
+        for (int i = 0; i < (bRepetivel ? 2 : 1); ++i) {
+            if (m_pComponente == nullptr && (hr = Abre()) < 0) return hr;
+            hr = fnChamada(*m_pComponente);
+            if (!ServidorFoiEmbora(hr)) return hr;
+            Fecha();
+        }
+        return hr;
+    }
+
+  private:
+    HResult Tenta();
+
+    REG_DF_INICIALIZAPS m_reg;
+    IXVCR_Middleware* m_pComponente = nullptr;
+};
+
+}  // namespace XVCliente

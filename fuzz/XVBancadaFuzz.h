@@ -1,0 +1,48 @@
+// What every fuzz target stands on: a file system in memory, a clock that does not sleep and a registry
+// with one module directory.
+#pragma once
+
+#include <string>
+
+#include "suite/XVInicializador.h"
+#include "support/XVCapturaTrace.h"
+#include "tests/apoio/XVGuardasPlataforma.h"
+#include "tests/apoio/XVRegistroFalso.h"
+#include "tests/apoio/XVRelogioFalso.h"
+#include "tests/apoio/XVSistemaArquivosMemoria.h"
+
+class CXVBancadaFuzz {
+  public:
+    static constexpr const char* k_pszPasta = "/dados/E1/DF/";
+
+    CXVBancadaFuzz() {
+        m_registro.SetTexto("SOFTWARE\\Wow6432Node\\Velmora\\DF", "Path", "/dados");
+        m_perfil.SetProfiler("E1", 1, 2);
+        m_disco.CriaDiretorio("/dados/E1/DF").Ignora();
+    }
+
+    CXVSistemaArquivosMemoria& GetDisco() { return m_disco; }
+    const CXVProfilerEmpresa& GetPerfil() const { return m_perfil; }
+    void PoeArquivo(const std::string& sNome, std::string sConteudo) {
+        m_disco.CriaArquivo(k_pszPasta + sNome, std::move(sConteudo));
+    }
+    std::string LeArquivo(const std::string& sNome) const {
+        return m_disco.LeConteudo(k_pszPasta + sNome).value_or(std::string{});
+    }
+
+  private:
+    CXVSistemaArquivosMemoria m_disco;
+    CXVRelogioFalso m_relogio;
+    CXVRegistroFalso m_registro;
+    CXVGuardaSistemaArquivos m_guardaDisco{m_disco};
+    CXVGuardaRelogio m_guardaRelogio{m_relogio};
+    CXVGuardaRegistro m_guardaRegistro{m_registro};
+    CXVCapturaTrace m_captura;
+    CXVProfilerEmpresa m_perfil;
+};
+
+// A broken invariant ends the run as a crash would.
+#define XV_EXIGE(condicao)          \
+    do {                            \
+        if (!(condicao)) __builtin_trap(); \
+    } while (false)
