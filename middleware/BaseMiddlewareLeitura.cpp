@@ -101,11 +101,14 @@ HRESULT CBaseMiddleware::LeDadosDaLista(const _REG_DF_LISTA_XVDMCPS& rListaPS,
                           LeDados(rListaPS.pLista[i], &listaDadosIntegracao[i], ullFlagLeitura),
                           "LeIntegracao(regDmc, pRegIntegracaoPS, ullFlagLeitura)");
     if ((ullFlagLeitura & k_ullConsultaSistemaTerceiro) == 0) return S_OK;
-    XV_CHECK_EM("LeIntegracoes", CXVMiddlewareIntegracaoSistemas::BuscaDadosIntegracaoSistemasTerceiros(
-                                     listaDadosIntegracao, this));
-    for (CXVDadosCR_IntegracaoMiddleware& dadosIntegracao : listaDadosIntegracao)
-        XV_CHECK_EM("LeIntegracoes", CompletaComSistemaTerceiro(
-                                         dadosIntegracao, (ullFlagLeitura & k_ullOperacaoPosterior) != 0));
+    // clang-format off
+    XV_CHECK_EM("LeIntegracoes", CXVMiddlewareIntegracaoSistemas::BuscaDadosIntegracaoSistemasTerceiros(listaDadosIntegracao, this));
+    // clang-format on
+    for (CXVDadosCR_IntegracaoMiddleware& dadosIntegracao : listaDadosIntegracao) {
+        const HRESULT hr =
+            CompletaComSistemaTerceiro(dadosIntegracao, (ullFlagLeitura & k_ullOperacaoPosterior) != 0);
+        if (FAILED(hr)) return hr;
+    }
     return S_OK;
 }
 

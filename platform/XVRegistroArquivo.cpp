@@ -8,7 +8,8 @@
 namespace {
 
 constexpr const char* k_pszVariavel = "XV_REGISTRO";
-constexpr std::uintmax_t k_uiTamanhoMaximo = 1024U * 1024U;  // bytes; nothing that is larger is a registry
+constexpr std::uintmax_t k_uiTamanhoMaximo = std::uintmax_t{1}
+                                             << 20;  // bytes; nothing that is larger is a registry
 
 std::filesystem::path CaminhoUtf8(const std::string& sCaminho) {
     return std::filesystem::path(std::u8string(sCaminho.begin(), sCaminho.end()));

@@ -89,36 +89,48 @@ HRESULT ConfereEntrada(HKEY hClasses, const SEntrada& rEntrada) {
     return ::lstrcmpiW(sLido.c_str(), rEntrada.sTexto.c_str()) == 0 ? S_OK : HRESULT_FROM_WIN32(ERROR_INVALID_DATA);
 }
 
-// Runs the library's own registration with its writes led to the scope's classes.
-HRESULT RegistraProxy(HKEY hClasses) {
-    const HMODULE hProxy = ::LoadLibraryExW(CaminhoProxy().c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
-    if (hProxy == nullptr) return HRESULT_FROM_WIN32(::GetLastError());
-    using PRegistra = HRESULT(STDAPICALLTYPE*)();
-    const auto pRegistra = reinterpret_cast<PRegistra>(
-        reinterpret_cast<void (*)()>(::GetProcAddress(hProxy, "DllRegisterServer")));
-    HRESULT hr = HRESULT_FROM_WIN32(ERROR_PROC_NOT_FOUND);
-    if (pRegistra != nullptr) {
-        hr = HRESULT_FROM_WIN32(static_cast<DWORD>(::RegOverridePredefKey(HKEY_CLASSES_ROOT, hClasses)));
-        if (SUCCEEDED(hr)) {
-            hr = pRegistra();
-            ::RegOverridePredefKey(HKEY_CLASSES_ROOT, nullptr);
-        }
+class CXVBibliotecaProxy {
+  public:
+    CXVBibliotecaProxy() : m_hModulo(::LoadLibraryExW(CaminhoProxy().c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH)) {
+        m_hr = m_hModulo != nullptr ? S_OK : HRESULT_FROM_WIN32(::GetLastError());
     }
-    ::FreeLibrary(hProxy);
-    return hr;
-}
+    ~CXVBibliotecaProxy() {
+        if (m_hModulo != nullptr) ::FreeLibrary(m_hModulo);
+    }
+    CXVBibliotecaProxy(const CXVBibliotecaProxy&) = delete;
+    CXVBibliotecaProxy& operator=(const CXVBibliotecaProxy&) = delete;
+
+    HRESULT GetResultado() const { return m_hr; }
+
+    // Runs the library's own registration with its writes led to the scope's classes.
+    HRESULT Registra(HKEY hClasses) const {
+        using PRegistra = HRESULT(STDAPICALLTYPE*)();
+        const auto pRegistra = reinterpret_cast<PRegistra>(
+            reinterpret_cast<void (*)()>(::GetProcAddress(m_hModulo, "DllRegisterServer")));
+        if (pRegistra == nullptr) return HRESULT_FROM_WIN32(ERROR_PROC_NOT_FOUND);
+        HRESULT hr = HRESULT_FROM_WIN32(static_cast<DWORD>(::RegOverridePredefKey(HKEY_CLASSES_ROOT, hClasses)));
+        if (FAILED(hr)) return hr;
+        hr = pRegistra();
+        ::RegOverridePredefKey(HKEY_CLASSES_ROOT, nullptr);
+        return hr;
+    }
+
+  private:
+    HMODULE m_hModulo;
+    HRESULT m_hr;
+};
 
 std::vector<SEntrada> EntradasProxy() {
     return {{L"Interface\\" + k_sInterface + L"\\ProxyStubClsid32", L"", k_sInterface},
             {L"CLSID\\" + k_sInterface + L"\\InProcServer32", L"", CaminhoProxy()}};
 }
 
-SResultadoRegistro GravaTudo(HKEY hClasses) {
+SResultadoRegistro GravaTudo(HKEY hClasses, const CXVBibliotecaProxy& rProxy) {
     const std::vector<SEntrada> listaEntradas = Entradas(CaminhoExecutavel());
     for (const SEntrada& rEntrada : listaEntradas)
         if (const HRESULT hr = GravaEntrada(hClasses, rEntrada); FAILED(hr))
             return {hr, "gravar as chaves da classe no registro"};
-    if (const HRESULT hr = RegistraProxy(hClasses); FAILED(hr))
+    if (const HRESULT hr = rProxy.Registra(hClasses); FAILED(hr))
         return {hr, "registrar a biblioteca XVCR_MiddlewarePS.dll"};
     for (const SEntrada& rEntrada : listaEntradas)
         if (const HRESULT hr = ConfereEntrada(hClasses, rEntrada); FAILED(hr))
@@ -142,9 +154,12 @@ SResultadoRegistro ApagaTudo(HKEY hClasses) {
 }  // namespace
 
 SResultadoRegistro XVRegistraClasse(EEscopoRegistro eEscopo) {
+    // Before anything is written: a registration that stands is not given up for one that cannot succeed.
+    const CXVBibliotecaProxy proxy;
+    if (FAILED(proxy.GetResultado())) return {proxy.GetResultado(), "carregar a biblioteca XVCR_MiddlewarePS.dll"};
     CXVChaveRegistro classes;
     if (const HRESULT hr = AbreClasses(eEscopo, &classes); FAILED(hr)) return {hr, "abrir as classes do registro"};
-    SResultadoRegistro resultado = GravaTudo(classes.Get());
+    SResultadoRegistro resultado = GravaTudo(classes.Get(), proxy);
     if (FAILED(resultado.hr)) ApagaTudo(classes.Get());
     return resultado;
 }

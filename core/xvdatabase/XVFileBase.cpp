@@ -98,12 +98,8 @@ HRESULT CXVFileBase::AbreArquivo(XVUInt eModoAbertura) {
     }
     XV_CHECK(AbreComTentativas(sPath, eModoAbertura));
     m_eModoAbertura = eModoAbertura;
-    XVUInt64 uiTamanho = 0;
-    if (const CXVErroArquivo erro = m_pArquivo->GetTamanho(uiTamanho); !erro.Ok())
-        XV_CHECK_TEXTO(CatchInicializacao(&erro), "CatchInicializacao(pEx)");
-    m_uiTamanhoArquivo = uiTamanho;
-    if (eModoAbertura == eModoLeituraSemBloqueio) return S_OK;
-    const HRESULT hr = GerenciaCabecalho();
+    HRESULT hr = LeTamanho();
+    if (SUCCEEDED(hr) && eModoAbertura != eModoLeituraSemBloqueio) hr = GerenciaCabecalho();
     if (FAILED(hr) && !bExiste) DesfazCriacao();
     XV_CHECK_TEXTO(hr, "GerenciaCabecalho()");
     return S_OK;
@@ -125,6 +121,17 @@ HRESULT CXVFileBase::AbreComTentativas(const std::string& sPath, XVUInt eModoAbe
         codigo = XVCodigosArquivo::DeAberturaFinal(erro.GetCausa(), rSistema.EhSomenteLeitura(sPath));
     }
     return CheckHr(codigo.hr, codigo.pszNome, "CXVFileBase::AbreArquivo", XVNomeFonte(), __LINE__, this);
+}
+
+// A file whose length is not known is of no use to anyone: it is closed.
+HRESULT CXVFileBase::LeTamanho() {
+    XVUInt64 uiTamanho = 0;
+    if (const CXVErroArquivo erro = m_pArquivo->GetTamanho(uiTamanho); !erro.Ok()) {
+        FechaArquivo();
+        XV_CHECK_TEXTO(CatchInicializacao(&erro), "CatchInicializacao(pEx)");
+    }
+    m_uiTamanhoArquivo = uiTamanho;
+    return S_OK;
 }
 
 void CXVFileBase::FechaArquivo() {

@@ -126,6 +126,7 @@ class CXVFileBase : public IXVFileBase {
     bool EstaAbertoParaGravacao() const;
     HRESULT AbreComTentativas(const std::string& sPath, XVUInt eModoAbertura);
     HRESULT MontaPath();
+    HRESULT LeTamanho();
 
     HRESULT ProcuraCabecalho();
     HRESULT GerenciaCabecalho();

@@ -5,7 +5,7 @@
 #include <unistd.h>
 #include <algorithm>
 #include <array>
-#include <cerrno>
+#include <charconv>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -78,12 +78,14 @@ bool EhSessaoRemota() {
 SMemoriaMaquina GetMemoriaMaquina() {
     SMemoriaMaquina memoria;
     std::ifstream arquivo("/proc/meminfo");
-    std::string sLinha;
-    while (std::getline(arquivo, sLinha)) {
-        unsigned long long uiKiB = 0;
-        if (std::sscanf(sLinha.c_str(), "MemTotal: %llu", &uiKiB) == 1) {
+    std::string sNome;
+    XVUInt64 uiKiB = 0;
+    std::string sUnidade;
+    while (arquivo >> sNome >> uiKiB && std::getline(arquivo, sUnidade)) {
+        if (sNome == "MemTotal:") {
             memoria.uiTotal = uiKiB * 1024U;
-        } else if (std::sscanf(sLinha.c_str(), "MemAvailable: %llu", &uiKiB) == 1) {
+        }
+        if (sNome == "MemAvailable:") {
             memoria.uiDisponivel = uiKiB * 1024U;
         }
     }
@@ -110,10 +112,19 @@ std::string GetVersaoSistema() {
     if (uname(&sistema) != 0) {
         return {};
     }
-    std::array<unsigned, 4> aPartes{};
-    std::sscanf(sistema.release, "%u.%u.%u.%u", &aPartes[0], &aPartes[1], &aPartes[2], &aPartes[3]);
-    return std::to_string(aPartes[0]) + '.' + std::to_string(aPartes[1]) + '.' + std::to_string(aPartes[2]) +
-           '.' + std::to_string(aPartes[3]);
+    // "6.1.0-13-amd64" is 6.1.0.0: what is no number ends the version.
+    std::string sVersao;
+    const char* pszAtual = sistema.release;
+    const char* pszFim = pszAtual + std::strlen(pszAtual);
+    for (int i = 0; i < 4; ++i) {
+        XVUInt ulParte = 0;
+        const std::from_chars_result resultado = std::from_chars(pszAtual, pszFim, ulParte);
+        const bool bContinua =
+            resultado.ec == std::errc() && resultado.ptr != pszFim && *resultado.ptr == '.';
+        pszAtual = bContinua ? resultado.ptr + 1 : pszFim;
+        sVersao.append(i == 0 ? "" : ".").append(std::to_string(ulParte));
+    }
+    return sVersao;
 }
 
 std::string NovoGuid() {

@@ -1,4 +1,5 @@
 // registro: the trace logs, decoded.
+#include <charconv>
 #include <deque>
 #include <memory>
 
@@ -23,9 +24,12 @@ struct SRegistro {
     XVUInt ulUltimos = 0;  // 0: all
 };
 
-const SMensagemCodigo* MensagemDoCodigo(const std::string& sCodigo) {
-    if (sCodigo.empty()) return nullptr;
-    return XVBuscaMensagem(XVHResult(static_cast<XVUInt>(std::stoul(sCodigo, nullptr, 16))));
+const SMensagemCodigo* MensagemDoCodigo(std::string_view sCodigo) {
+    constexpr std::size_t k_uiPrefixo = 2;  // "0x"
+    if (sCodigo.size() <= k_uiPrefixo) return nullptr;
+    XVUInt ulCodigo = 0;
+    const auto lido = std::from_chars(sCodigo.data() + k_uiPrefixo, sCodigo.data() + sCodigo.size(), ulCodigo, 16);
+    return lido.ec == std::errc() ? XVBuscaMensagem(XVHResult(ulCodigo)) : nullptr;
 }
 
 XVJson ParaJson(const SLinhaRegistro& rRegistro) {

@@ -61,6 +61,8 @@ void AdicionaComandos(CLI::App& rRaiz, CXVContexto& rContexto) {
     XVAdicionaPendencia(rRaiz, rContexto);
     XVAdicionaInstantanea(rRaiz, rContexto);
     XVAdicionaConsulta(rRaiz, rContexto);
+    XVAdicionaConverte(rRaiz, rContexto);
+    XVAdicionaVersao(rRaiz, rContexto);
     XVAdicionaRegistro(rRaiz, rContexto);
 }
 

@@ -16,6 +16,8 @@ void XVAdicionaDataHora(CLI::App& rRaiz, CXVContexto& rContexto);
 void XVAdicionaPendencia(CLI::App& rRaiz, CXVContexto& rContexto);
 void XVAdicionaInstantanea(CLI::App& rRaiz, CXVContexto& rContexto);
 void XVAdicionaConsulta(CLI::App& rRaiz, CXVContexto& rContexto);
+void XVAdicionaConverte(CLI::App& rRaiz, CXVContexto& rContexto);
+void XVAdicionaVersao(CLI::App& rRaiz, CXVContexto& rContexto);
 void XVAdicionaRegistro(CLI::App& rRaiz, CXVContexto& rContexto);
 
 // Adds a command to rRaiz: what it is, and examples for its help.

@@ -2,21 +2,10 @@
 
 #include "platform/XVAmbienteSO.h"
 #include "suite/XVCR_BuffersPS.h"
+#include "tools/xvcr/XVChamador.h"
 #include "tools/xvcr/XVConversaoPS.h"
 
 namespace {
-
-// Who calls, for the store's headers and logs.
-class CXVChamador : public IXVDF_Profiler {
-  public:
-    explicit CXVChamador(const SAcesso& rAcesso) : m_rAcesso(rAcesso) {}
-    std::string_view GetEmpresa() const override { return m_rAcesso.sEmpresa; }
-    XVUShort GetUsuario() const override { return m_rAcesso.usUsuario; }
-    XVUInt GetNumeroSessao() const override { return m_rAcesso.ulNumeroSessao; }
-
-  private:
-    const SAcesso& m_rAcesso;
-};
 
 // An output record of the store, whose buffers are freed with it.
 template <class T>
@@ -33,7 +22,7 @@ struct TSaidaPS {
 CXVOperacoesLocais::~CXVOperacoesLocais() { XVIgnora(m_Base.Finaliza()); }
 
 HRESULT CXVOperacoesLocais::Inicializa(const SAcesso& rAcesso) {
-    if (!rAcesso.sDiretorio.empty()) m_pRegistro = std::make_unique<CXVRegistroComDiretorio>(rAcesso.sDiretorio);
+    m_pRegistro = XVRegistroDoAcesso(rAcesso);
     m_Base.SetSomenteLeitura(rAcesso.bSomenteLeitura);
     const CXVChamador chamador(rAcesso);
     return m_Base.Inicializa(&chamador);

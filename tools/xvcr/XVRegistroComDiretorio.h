@@ -2,10 +2,12 @@
 // names is found by the store as if the installation had written it.
 #pragma once
 
+#include <memory>
 #include <string>
 
 #include "platform/XVPlataforma.h"
 #include "support/XVAmbiente.h"
+#include "tools/xvcr/IXVOperacoes.h"
 
 class CXVRegistroComDiretorio : public IXVRegistro {
   public:
@@ -31,3 +33,9 @@ class CXVRegistroComDiretorio : public IXVRegistro {
     std::string m_sDiretorio;
     IXVRegistro* m_pAnterior;
 };
+
+// In force where the access names a directory; otherwise null.
+inline std::unique_ptr<CXVRegistroComDiretorio> XVRegistroDoAcesso(const SAcesso& rAcesso) {
+    if (rAcesso.sDiretorio.empty()) return nullptr;
+    return std::make_unique<CXVRegistroComDiretorio>(rAcesso.sDiretorio);
+}

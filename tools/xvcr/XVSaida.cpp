@@ -25,10 +25,11 @@ void CXVSaida::LinhaJson(const XVJson& rJson) { Linha(rJson.dump()); }
 
 void CXVSaida::Pares(const XVRegistroJson::XVListaPares& listaPares) {
     std::size_t uiLargura = 0;
-    for (const auto& [sNome, sValor] : listaPares) uiLargura = std::max(uiLargura, sNome.size());
+    for (const auto& [sNome, sValor] : listaPares) 
+        uiLargura = std::max(uiLargura, XVTextoTela::GetLargura(sNome));
     for (const auto& [sNome, sValor] : listaPares) {
         const bool bVariasLinhas = sValor.find('\n') != std::string::npos;
-        const std::string sEspacos(uiLargura - sNome.size() + 2, ' ');
+        const std::string sEspacos(uiLargura - XVTextoTela::GetLargura(sNome) + 2, ' ');
         Linha(bVariasLinhas ? sNome + ":\n" + sValor : sNome + ':' + (sValor.empty() ? "" : sEspacos + sValor));
     }
 }

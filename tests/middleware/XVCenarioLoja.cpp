@@ -1,0 +1,81 @@
+#include "tests/middleware/XVCenarioLoja.h"
+
+#include "platform/XVAmbienteSO.h"
+
+_REG_DF_TEXTOPS XVTextoPS(const std::string& sTexto) {
+    _REG_DF_TEXTOPS reg{};
+    reg.ulQtdBytes = static_cast<XVUInt>(sTexto.size());
+    if (!sTexto.empty()) reg.pTexto = reinterpret_cast<XVByte*>(const_cast<char*>(sTexto.data()));
+    return reg;
+}
+
+CXVIntegracaoTeste::CXVIntegracaoTeste(XVUInt64 uiChave, XVUInt eSistema, XVUInt eStatus) {
+    reg.uiChaveIntegracaoSistemaTerceiro = uiChave;
+    reg.eSistemaIntegracao = eSistema;
+    reg.eStatusIntegracao = eStatus;
+    reg.eTipoIntegracao = eXVSMiddleware_BuscaPedidos;
+    reg.eTipoTransacao = eXVSMiddleware_Inclusao;
+    reg.regDmcMovimentoOrigem = {XVChaveDmc(XVDma(2023, 1, 2), 5, 2)};
+}
+
+CXVIntegracaoTeste& CXVIntegracaoTeste::Textos(std::string sJSON, std::string sMensagem, std::string sRetorno) {
+    m_sJSON = std::move(sJSON);
+    m_sMensagem = std::move(sMensagem);
+    m_sRetorno = std::move(sRetorno);
+    return *this;
+}
+
+const tagREG_CR_INTEGRACAO_MIDDLEWAREPS* CXVIntegracaoTeste::Ptr() {
+    if (!m_sJSON.empty()) reg.regRegistroJSON = XVTextoPS(m_sJSON);
+    if (!m_sMensagem.empty()) reg.regMensagemIntegracao = XVTextoPS(m_sMensagem);
+    if (!m_sRetorno.empty()) reg.regJSONRetornoIntegracao = XVTextoPS(m_sRetorno);
+    return &reg;
+}
+
+SIntegracaoLida XVLe(CBaseMiddleware& rLoja, REG_XVDMC regDmc, XVUInt64 ullFlags) {
+    SIntegracaoLida lida;
+    lida.hr = rLoja.LeIntegracao(regDmc, &lida.reg, ullFlags);
+    lida.sJSON = CXVStringPS::RegToString(lida.reg.regRegistroJSON);
+    lida.sMensagem = CXVStringPS::RegToString(lida.reg.regMensagemIntegracao);
+    lida.sRetorno = CXVStringPS::RegToString(lida.reg.regJSONRetornoIntegracao);
+    XVLiberaBuffers(&lida.reg);
+    return lida;
+}
+
+TListaDmc XVBusca(CBaseMiddleware& rLoja, SFiltroTeste filtro) {
+    const auto liga = [](std::vector<XVUInt>& lista, XVUInt& ulQuantidade, XVUInt*& pLista) {
+        ulQuantidade = static_cast<XVUInt>(lista.size());
+        pLista = lista.empty() ? nullptr : lista.data();
+    };
+    liga(filtro.tipos, filtro.reg.ulQuantidadeTipoIntegracao, filtro.reg.pListaTipoIntegracao);
+    liga(filtro.status, filtro.reg.ulQuantidadeStatusIntegracao, filtro.reg.pListaStatusIntegracao);
+    liga(filtro.sistemas, filtro.reg.ulQuantidadeSistemaIntegracao, filtro.reg.pListaSistemaIntegracao);
+    liga(filtro.transacoes, filtro.reg.ulQuantidadeTipoTransacao, filtro.reg.pListaTipoTransacao);
+    _REG_DF_LISTA_XVDMCPS regLista{};
+    EXPECT_EQ(rLoja.BuscaPonteiros(filtro.reg, &regLista), S_OK);
+    TListaDmc lista;
+    for (XVUInt i = 0; i < regLista.ulQuantidade; ++i) lista.push_back(regLista.pLista[i].uiValor);
+    EXPECT_EQ(regLista.pLista == nullptr, lista.empty());
+    XVLiberaBuffers(&regLista);
+    return lista;
+}
+
+TLoja CXVCenarioLoja::Abre(XVUShort usUsuario, const std::string& sEmpresa, XVUInt ulSessao) const {
+    auto pLoja = std::make_unique<CBaseMiddleware>();
+    const CXVDonoFixo dono(sEmpresa, usUsuario, ulSessao);
+    const HRESULT hr = pLoja->Inicializa(&dono);
+    EXPECT_EQ(hr, S_OK);
+    return SUCCEEDED(hr) ? std::move(pLoja) : nullptr;
+}
+
+REG_XVDMC CXVCenarioLoja::Grava(CBaseMiddleware& rLoja, CXVIntegracaoTeste integracao) {
+    REG_XVDMC regDmc;
+    EXPECT_EQ(rLoja.GravaIntegracao(&regDmc, integracao.Ptr()), S_OK);
+    return regDmc;
+}
+
+CXVSistemaArquivosMemoria::TRetrato CXVCenarioLoja::RetratoSemLogs() const {
+    auto retrato = m_Arquivos.Retrata();
+    std::erase_if(retrato, [](const auto& it) { return it.first.ends_with(".log"); });
+    return retrato;
+}

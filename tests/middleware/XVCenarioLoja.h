@@ -1,0 +1,73 @@
+// A store of the company MATRIZ in memory, on a clock that stands at 2024-03-15 12:00:00 UTC (09:00 local),
+// opened by user 7 in session 99.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "middleware/BaseMiddleware.h"
+#include "suite/XVCR_BuffersPS.h"
+#include "support/XVCapturaTrace.h"
+#include "tests/middleware/XVBytesBase.h"
+#include "tests/suite/XVCenarioSuite.h"
+
+inline constexpr XVUInt64 k_uiHoje = XVDma(2024, 3, 15);
+
+// An input record that owns its texts.
+class CXVIntegracaoTeste {
+  public:
+    explicit CXVIntegracaoTeste(XVUInt64 uiChave = 0, XVUInt eSistema = Mercos,
+                                XVUInt eStatus = eXVSMiddleware_Pendente);
+    CXVIntegracaoTeste& Textos(std::string sJSON, std::string sMensagem, std::string sRetorno);
+    const tagREG_CR_INTEGRACAO_MIDDLEWAREPS* Ptr();
+
+    tagREG_CR_INTEGRACAO_MIDDLEWAREPS reg{};
+
+  private:
+    std::string m_sJSON, m_sMensagem, m_sRetorno;
+};
+
+_REG_DF_TEXTOPS XVTextoPS(const std::string& sTexto);  // a view: sTexto must live
+
+// What was read, with its buffers freed.
+struct SIntegracaoLida {
+    HRESULT hr = S_OK;
+    tagREG_CR_INTEGRACAO_MIDDLEWAREPS reg{};  // text pointers are no longer valid
+    std::string sJSON, sMensagem, sRetorno;
+};
+
+// A filter whose lists stand in the object.
+struct SFiltroTeste {
+    tagREG_CR_FILTRO_INTEGRACAO_MIDDLEWAREPS reg{};
+    std::vector<XVUInt> tipos, status, sistemas, transacoes;
+};
+
+using TLoja = std::unique_ptr<CBaseMiddleware>;
+using TListaDmc = std::vector<XVUInt64>;
+
+SIntegracaoLida XVLe(CBaseMiddleware& rLoja, REG_XVDMC regDmc, XVUInt64 ullFlags = 7);
+// The keys found; a failure is a failure of the test.
+TListaDmc XVBusca(CBaseMiddleware& rLoja, SFiltroTeste filtro = {});
+
+class CXVCenarioLoja : public CXVCenarioSuite {
+  protected:
+    // An open store; null and a failed test when it does not open.
+    TLoja Abre(XVUShort usUsuario = 7, const std::string& sEmpresa = "MATRIZ", XVUInt ulSessao = 99) const;
+    // Records a new one that must succeed.
+    static REG_XVDMC Grava(CBaseMiddleware& rLoja, CXVIntegracaoTeste integracao);
+    std::string Conteudo(const std::string& sNome) const {
+        return m_Arquivos.LeConteudo(PastaDados(sNome)).value_or("<ausente>");
+    }
+    static std::string Dados(const std::string& sConteudo) {
+        return sConteudo.size() < 240 ? sConteudo : sConteudo.substr(240);
+    }
+    std::string LogGeral() const { return Conteudo("XVLogGeral_202403.log"); }
+    // All files of the data directory but the logs.
+    CXVSistemaArquivosMemoria::TRetrato RetratoSemLogs() const;
+    void SetDia(unsigned uiDia, unsigned uiHora = 12) {
+        m_Relogio.SetUTC({2024, 3, static_cast<XVByte>(uiDia), static_cast<XVByte>(uiHora), 0, 0});
+    }
+
+    CXVCapturaTrace m_Captura;  // failures are expected here; nothing goes to a log
+};

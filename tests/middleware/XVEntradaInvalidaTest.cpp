@@ -1,0 +1,142 @@
+// Input from outside that cannot be: refused before anything is written, and the next valid one works.
+#include <functional>
+
+#include "tests/middleware/XVCenarioLoja.h"
+
+namespace {
+
+class CXVEntradaInvalidaTest : public CXVCenarioLoja {
+  protected:
+    CXVEntradaInvalidaTest() : m_pLoja(Abre()) {
+        m_regDmc = Grava(*m_pLoja, CXVIntegracaoTeste(1).Textos("{}", "m", "{}"));
+    }
+
+    TLoja m_pLoja;
+    REG_XVDMC m_regDmc;
+};
+
+using TDefeito = std::function<void(tagREG_CR_INTEGRACAO_MIDDLEWAREPS&)>;
+using TReg = tagREG_CR_INTEGRACAO_MIDDLEWAREPS;
+
+TEST_F(CXVEntradaInvalidaTest, NoOperationRecordsAnImpossibleIntegration) {
+    std::string sComNul("a\0b", 3);
+    const std::vector<TDefeito> defeitos{
+        [](TReg& r) { r.eTipoIntegracao = eXVSMiddleware_QuantidadeTipoIntegracao; },
+        [](TReg& r) { r.eStatusIntegracao = eXVSMiddleware_QuantidadeStatusIntegracao; },
+        [](TReg& r) { r.eSistemaIntegracao = 1; },
+        [](TReg& r) { r.eSistemaIntegracao = SimulacaoSistemaTerceiro | OfficialBank; },
+        [](TReg& r) { r.eTipoTransacao = 0xFFFFFFFF; },
+        [](TReg& r) { r.regDataHoraInclusao = {XVDataHora(XVDma(2023, 2, 29), 0)}; },
+        [](TReg& r) { r.regDataHoraAlteracaoStatus = {XVDataHora(k_uiHoje, 24)}; },
+        [](TReg& r) { r.regDataHoraAlteracaoStatus = {XVDataHora(k_uiHoje | 1U << 18, 0)}; },
+        [](TReg& r) { r.regDmcIntegracaoOrigem = {XVChaveDmc(XVDma(2024, 13, 1), 1)}; },
+        [](TReg& r) { r.regDmcMovimentoOrigem = {XVChaveDmc(k_uiHoje, 0)}; },
+        [](TReg& r) { r.regDmcMovimentoOrigem = {XVChaveDmc(k_uiHoje, 1) | 1U << 5}; },
+        [](TReg& r) { r.regRegistroJSON = {5, 0, nullptr, 0}; },
+        [](TReg& r) { r.regMensagemIntegracao = {0xFFFFFFFF, 0, nullptr, 0}; },
+        [&](TReg& r) { r.regJSONRetornoIntegracao = XVTextoPS(sComNul); },
+    };
+    const auto retrato = m_Arquivos.Retrata();
+    for (std::size_t i = 0; i < defeitos.size(); ++i) {
+        CXVIntegracaoTeste integracao(2);
+        defeitos[i](integracao.reg);
+        REG_XVDMC regNova;
+        EXPECT_EQ(m_pLoja->GravaIntegracao(&regNova, integracao.Ptr()), E_INVALIDARG) << i;
+        EXPECT_EQ(m_pLoja->GravaIntegracao(&m_regDmc, integracao.Ptr()), E_INVALIDARG) << i;
+        EXPECT_EQ(m_pLoja->GravaIntegracaoInstantanea(&regNova, integracao.reg), E_INVALIDARG) << i;
+        EXPECT_EQ(m_pLoja->GravaPendenciaIntegracao(m_regDmc, integracao.reg), E_INVALIDARG) << i;
+        EXPECT_TRUE(regNova.EhNulo());
+    }
+    EXPECT_EQ(m_Arquivos.Diferenca(retrato, m_Arquivos.Retrata()), "");
+    EXPECT_EQ(Grava(*m_pLoja, CXVIntegracaoTeste(2)).GetPonteiro(), 2U);
+}
+
+TEST_F(CXVEntradaInvalidaTest, KeysThatCannotNameAnIntegrationAreRefused) {
+    const auto retrato = m_Arquivos.Retrata();
+    const tagREG_CR_INTEGRACAO_MIDDLEWAREPS* pReg = nullptr;
+    EXPECT_EQ(m_pLoja->GravaIntegracao(nullptr, CXVIntegracaoTeste().Ptr()), E_POINTER);
+    EXPECT_EQ(m_pLoja->GravaIntegracao(&m_regDmc, pReg), E_POINTER);
+    EXPECT_EQ(m_pLoja->GravaIntegracaoInstantanea(nullptr, {}), E_POINTER);
+    EXPECT_EQ(m_pLoja->LeIntegracao(m_regDmc, nullptr, 0), E_POINTER);
+    for (const XVUInt64 uiDmc : {XVChaveDmc(k_uiHoje, 0), XVChaveDmc(0, 1), XVChaveDmc(XVDma(2024, 2, 30), 1), ~XVUInt64{0}}) {
+        REG_XVDMC regDmc{uiDmc};
+        EXPECT_EQ(m_pLoja->GravaIntegracao(&regDmc, CXVIntegracaoTeste(1).Ptr()), E_INVALIDARG) << uiDmc;
+        tagREG_CR_STATUS_INTEGRACAO_MIDDLEWAREPS status{};
+        status.regDmc = regDmc;
+        status.eStatusIntegracao = eXVSMiddleware_Erro;
+        EXPECT_TRUE(FAILED(m_pLoja->GravaStatusIntegracao(status))) << uiDmc;
+        EXPECT_EQ(XVLe(*m_pLoja, regDmc).hr, E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA) << uiDmc;
+    }
+    EXPECT_EQ(XVLe(*m_pLoja, {}).hr, E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA);
+    EXPECT_EQ(m_Arquivos.Diferenca(retrato, m_Arquivos.Retrata()), "");
+}
+
+TEST_F(CXVEntradaInvalidaTest, StatusMapAndDateTimeRefuseWhatCannotBe) {
+    const auto retrato = m_Arquivos.Retrata();
+    tagREG_CR_STATUS_INTEGRACAO_MIDDLEWAREPS status{};
+    status.regDmc = m_regDmc;
+    status.eStatusIntegracao = 6;
+    EXPECT_EQ(m_pLoja->GravaStatusIntegracao(status), E_INVALIDARG);
+    status.eStatusIntegracao = 1;
+    status.eSistemaIntegracao = 4;
+    EXPECT_EQ(m_pLoja->GravaStatusIntegracao(status), E_INVALIDARG);
+    status.eSistemaIntegracao = 0;
+    status.regMensagemIntegracao.ulQtdBytes = 1;
+    EXPECT_EQ(m_pLoja->GravaStatusIntegracao(status), E_INVALIDARG);
+
+    const tagREG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIROPS chave{1, {XVChaveDmc(k_uiHoje, 1, 2)}, 0, 6, 16, {}};
+    const std::vector<std::pair<std::function<void(tagREG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIROPS&)>, HRESULT>> chaves{
+        {[](auto& r) { r.regDmcRegistroTelvo = {3}; }, E_XVCR_CHAVE_REGISTRO_TELVO_ZERADA},
+        {[](auto& r) { r.regDmcRegistroTelvo = {XVChaveDmc(k_uiHoje, 0)}; }, E_INVALIDARG},
+        {[](auto& r) { r.regDmcOrigemIntegracao = {XVChaveDmc(XVDma(2024, 0, 1), 1)}; }, E_INVALIDARG},
+        {[](auto& r) { r.eTipoIntegracao = 18; }, E_INVALIDARG},
+        {[](auto& r) { r.eSistemaIntegracao = 32; }, E_INVALIDARG}};
+    for (std::size_t i = 0; i < chaves.size(); ++i) {
+        auto reg = chave;
+        chaves[i].first(reg);
+        EXPECT_EQ(m_pLoja->GravaChaveRegistroTelvoParaTerceiro(reg), chaves[i].second) << i;
+        EXPECT_EQ(m_pLoja->GravaChaveRegistroTelvoParaTerceiroPendente(reg), chaves[i].second) << i;
+    }
+    const REG_XVDMAHMSUTC regAgora{XVDataHora(k_uiHoje, 1)};
+    EXPECT_EQ(m_pLoja->GravaDataHoraIntegracaoTerceiro({{XVDataHora(0, 1)}, 9, 2, 1, {}}), E_INVALIDARG);
+    EXPECT_EQ(m_pLoja->GravaDataHoraIntegracaoTerceiro({regAgora, 18, 2, 1, {}}), E_INVALIDARG);
+    EXPECT_EQ(m_pLoja->GravaDataHoraIntegracaoTerceiro({regAgora, 9, 3, 1, {}}), E_INVALIDARG);
+    EXPECT_EQ(m_pLoja->GravaDataHoraIntegracaoTerceiro({regAgora, 9, 2, 3, {}}), E_INVALIDARG);
+    EXPECT_EQ(m_pLoja->GravaDataHoraIntegracaoTerceiro({regAgora, 0, 0, 0, {}}), E_XVCR_INDEXACAO_COM_POSICAO_ZERO)
+        << "a record without any key field could never be found";
+    EXPECT_EQ(m_Arquivos.Diferenca(retrato, m_Arquivos.Retrata()), "");
+}
+
+TEST_F(CXVEntradaInvalidaTest, ListsWithACountAndNoPointerAreRefusedAndOutputsCleared) {
+    tagREG_CR_FILTRO_INTEGRACAO_MIDDLEWAREPS filtro{};
+    filtro.ulQuantidadeStatusIntegracao = 2;
+    REG_XVDMC regLixo{1};
+    _REG_DF_LISTA_XVDMCPS lista{3, 0, &regLixo, 0};
+    EXPECT_EQ(m_pLoja->BuscaPonteiros(filtro, &lista), E_INVALIDARG);
+    EXPECT_EQ(lista.pLista, nullptr);
+    EXPECT_EQ(lista.ulQuantidade, 0U);
+    XVUInt ulQuantidade = 9;
+    auto* pRegs = reinterpret_cast<tagREG_CR_INTEGRACAO_MIDDLEWAREPS*>(&lista);
+    EXPECT_EQ(m_pLoja->LeIntegracoes({2, 0, nullptr, 0}, &ulQuantidade, &pRegs, 0), E_INVALIDARG);
+    EXPECT_EQ(pRegs, nullptr);
+    EXPECT_EQ(ulQuantidade, 0U);
+    EXPECT_EQ(m_pLoja->LeIntegracoes({0, 0, nullptr, 0}, &ulQuantidade, &pRegs, 0), S_OK);
+    tagREG_CR_STATUS_CONSULTA_SISTEMA_TERCEIROPS consulta{};
+    EXPECT_EQ(m_pLoja->BuscaDadosSistemaTerceiro({}, &consulta), E_INVALIDARG);
+}
+
+TEST_F(CXVEntradaInvalidaTest, CompanyTextThatIsNoFolderNameNeverBecomesAPath) {
+    const auto retrato = m_Arquivos.Retrata();
+    for (const char* pszEmpresa : {"", "..", "A/B", "A\\B", "CON", "lpt1", "MATRIZ ", "AÇO", "A.B",
+                                   "0123456789012345678901234567890123456789012345678"}) {
+        CBaseMiddleware loja;
+        const CXVDonoFixo dono(pszEmpresa);
+        EXPECT_EQ(loja.Inicializa(&dono), E_INVALIDARG) << pszEmpresa;
+        EXPECT_EQ(XVLe(loja, m_regDmc).hr, E_XVCR_COMPONENTE_NAO_INICIALIZADO);
+        REG_XVDMC regDmc;
+        EXPECT_EQ(loja.GravaIntegracao(&regDmc, CXVIntegracaoTeste().Ptr()), E_XVCR_COMPONENTE_NAO_INICIALIZADO);
+    }
+    EXPECT_EQ(m_Arquivos.Diferenca(retrato, m_Arquivos.Retrata()), "");
+}
+
+}  // namespace

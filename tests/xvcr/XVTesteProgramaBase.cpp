@@ -1,0 +1,88 @@
+#include <gmock/gmock.h>
+
+#include "tests/xvcr/XVPrograma.h"
+#include "tools/xvcr/XVOperacoesLocais.h"
+
+namespace {
+
+using testing::HasSubstr;
+
+class ProgramaBase : public XVPrograma {};
+
+TEST_F(ProgramaBase, LeituraEnquantoOutroProcessoGrava) {
+    CXVOperacoesLocais operacoes;
+    SAcesso acesso;
+    acesso.sDiretorio = m_Diretorio.GetCaminho();
+    acesso.sEmpresa = "001";
+    ASSERT_EQ(operacoes.Inicializa(acesso), S_OK);
+    SIntegracao dados;
+    dados.sRegistroJSON = "{\"primeira\":1}";
+    REG_XVDMC regPrimeira;
+    ASSERT_EQ(operacoes.GravaIntegracao(&regPrimeira, dados), S_OK);
+
+    const nlohmann::json json = Json({"--leitura", "le", regPrimeira.ToString(), "--todos"}).at(0);
+    EXPECT_EQ(json["regRegistroJSON"], dados.sRegistroJSON);
+    EXPECT_EQ(Xvcr({"--leitura", "busca", "--conta"}).sSaida, "1\n");
+
+    REG_XVDMC regSegunda;
+    EXPECT_EQ(operacoes.GravaIntegracao(&regSegunda, dados), S_OK) << "the viewer must not be in the way";
+    EXPECT_EQ(Xvcr({"--leitura", "busca", "--conta"}).sSaida, "2\n");
+    EXPECT_EQ(operacoes.Finaliza(), S_OK);
+}
+
+TEST_F(ProgramaBase, LeituraNaoCriaNada) {
+    const SExecucao execucao = Xvcr({"--leitura", "busca", "--conta"});
+    EXPECT_FALSE(m_Diretorio.LeConteudo("001/DF/CRINDEXINTEG.dat").has_value());
+    EXPECT_FALSE(m_Diretorio.LeConteudo("001/DF/CRMIDDLEWAREVS.dat").has_value());
+    EXPECT_EQ(execucao.iSaida, 0) << execucao.sErro;
+}
+
+TEST_F(ProgramaBase, VersaoEConversao) {
+    EXPECT_EQ(Json({"versao"}).at(0)["versao"], 0);
+    EXPECT_FALSE(m_Diretorio.LeConteudo("001/DF/CRMIDDLEWAREVS.dat").has_value()) << "asking changes nothing";
+    const nlohmann::json simulada = Json({"converte", "--simula"}).back();
+    EXPECT_EQ(simulada["versao"], 0);
+    Grava({"--status", "Pendente"});
+    const nlohmann::json atual = Json({"versao"}).at(0);
+    EXPECT_EQ(atual["versao"], 5);
+    EXPECT_EQ(atual["situacao"], "atual");
+    EXPECT_EQ(Json({"converte"}).back()["passos"], 0);
+    EXPECT_EQ(Xvcr({"converte"}).sSaida, "a base já está na versão 5\n");
+    EXPECT_EQ(Xvcr({"--leitura", "converte"}).iSaida, 2);
+}
+
+TEST_F(ProgramaBase, ArquivoDanificadoERecusadoEFicaComoEsta) {
+    Grava({"--status", "Pendente"});
+    const std::string sIndice = "001/DF/CRINDEXINTEG.dat";
+    std::string sBytes = m_Diretorio.LeConteudo(sIndice).value_or("");
+    ASSERT_GT(sBytes.size(), 240U);
+    sBytes[10] = static_cast<char>(sBytes[10] ^ 1);
+    m_Diretorio.CriaArquivo(sIndice, sBytes);
+    const SExecucao execucao = Xvcr({"busca"});
+    EXPECT_EQ(execucao.iSaida, 1);
+    EXPECT_THAT(execucao.sErro, HasSubstr("xvcr: 0x8108"));
+    EXPECT_EQ(m_Diretorio.LeConteudo(sIndice), sBytes);
+}
+
+TEST_F(ProgramaBase, RegistroSegueOQueChega) {
+    EXPECT_EQ(Xvcr({"le", "20200101-1-1"}).iSaida, 1);
+    const SExecucao execucao = Xvcr({"registro", "--ultimos", "1", "--segue", "--por", "1"});
+    EXPECT_EQ(execucao.iSaida, 0) << execucao.sErro;
+    EXPECT_EQ(std::count(execucao.sSaida.begin(), execucao.sSaida.end(), '\n'), 1);
+    EXPECT_THAT(execucao.sSaida, HasSubstr("ERRO"));
+    EXPECT_THAT(execucao.sSaida, HasSubstr("u7/s0"));
+    EXPECT_TRUE(Json({"registro", "--do-usuario", "8"}).empty());
+}
+
+TEST_F(ProgramaBase, SistemaSemProvedorNaoGravaNada) {
+    const SExecucao execucao =
+        Xvcr({"consulta", "--tipo-consulta", "ConsultaPagamentoExtrato", "--chave-consulta", "[]"});
+    EXPECT_NE(execucao.iSaida, 2) << execucao.sErro;
+    const SExecucao pendencia = Xvcr({"pendencia", "--origem", "20261121-7-2", "--sistema", "Mercos", "--tipo",
+                                      "CadastroProduto", "--transacao", "Inclusao"});
+    EXPECT_EQ(pendencia.iSaida, 1);
+    EXPECT_THAT(pendencia.sErro, HasSubstr("0x80004001 E_NOTIMPL"));
+    EXPECT_EQ(Xvcr({"busca", "--conta"}).sSaida, "0\n");
+}
+
+}  // namespace

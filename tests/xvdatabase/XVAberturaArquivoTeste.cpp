@@ -1,0 +1,148 @@
+// Opening: the three modes, the retries and the code of every cause.
+#include "tests/xvdatabase/XVCabecalhoTeste.h"
+#include "tests/xvdatabase/XVCenarioBanco.h"
+
+namespace {
+
+const REG_TESTE k_reg{1, 2, 3};
+
+class AberturaArquivo : public CXVCenarioBanco {
+  protected:
+    AberturaArquivo() {
+        Cria(k_pszControle, Prefixado("A.dat"));
+        m_Falhas.SetFiltro([](const std::string& s) { return s.ends_with("A.dat"); });
+    }
+    void CriaBom() { Cria("A.dat", ArquivoComCabecalho("A.dat", Bytes({k_reg}))); }
+    void ProgramaAbertura(ECausaArquivo eCausa, bool bPermanente = true) {
+        m_Falhas.Programa({.eOperacao = EOperacaoArquivo::eAbre, .bPermanente = bPermanente, .eCausa = eCausa});
+    }
+};
+
+TEST_F(AberturaArquivo, CodigoDeCadaCausaENumeroDeTentativas) {
+    struct SCaso {
+        ECausaArquivo eCausa;
+        HRESULT hr;
+        const char* pszNome;
+        XVUInt64 uiTentativas;
+    };
+    const SCaso aCasos[] = {
+        {ECausaArquivo::eCaminhoInvalido, eBadPath, "eBadPath", 1},
+        {ECausaArquivo::eArquivoInvalido, eInvalidFile, "eInvalidFile", 1},
+        {ECausaArquivo::eDiretorioCheio, eDirectoryFull, "eDirectoryFull", 1},
+        {ECausaArquivo::eMuitosArquivosAbertos, eTooManyOpenFiles, "eTooManyOpenFiles", 500},
+        {ECausaArquivo::eAcessoNegado, eAccessDenied, "eAccessDenied", 500},
+        {ECausaArquivo::eViolacaoCompartilhamento, eSharingViolation, "eSharingViolation", 500},
+        {ECausaArquivo::eViolacaoBloqueio, eLockViolation, "eLockViolation", 500},
+        {ECausaArquivo::eDiscoCheio, eDiskFull, "eDiskFull", 500},
+        {ECausaArquivo::eArquivoNaoEncontrado, eXVGenericError, "eXVGenericError", 500},
+        {ECausaArquivo::eErroFisico, eXVGenericError, "eXVGenericError", 500},
+        {ECausaArquivo::eGenerica, eXVGenericError, "eXVGenericError", 500},
+    };
+    CriaBom();
+    const std::string sAntes = Le("A.dat");
+    for (const SCaso& caso : aCasos) {
+        SCOPED_TRACE(caso.pszNome + std::to_string(static_cast<int>(caso.eCausa)));
+        ProgramaAbertura(caso.eCausa);
+        const XVUInt64 uiDormidas = m_Relogio.GetQuantidadeDormidas();
+        const XVUInt64 uiDormidos = m_Relogio.GetMilissegundosDormidos();
+        CXVCapturaTrace captura;
+        EXPECT_EQ(Tenta<CXVFileTeste>("A.dat"), caso.hr);
+        EXPECT_TRUE(captura.Contem(caso.pszNome));
+        EXPECT_TRUE(captura.Contem("AbreArquivo()"));
+        EXPECT_EQ(Conta(EOperacaoArquivo::eAbre), caso.uiTentativas);
+        EXPECT_EQ(m_Relogio.GetQuantidadeDormidas() - uiDormidas, caso.uiTentativas - 1);
+        EXPECT_EQ(m_Relogio.GetMilissegundosDormidos() - uiDormidos, (caso.uiTentativas - 1) * 10);
+    }
+    EXPECT_EQ(Le("A.dat"), sAntes);
+}
+
+TEST_F(AberturaArquivo, FalhaPassageiraEAbsorvida) {
+    CriaBom();
+    ProgramaAbertura(ECausaArquivo::eViolacaoCompartilhamento, false);
+    EXPECT_EQ(LeRegistros("A.dat"), std::vector{k_reg});
+    EXPECT_EQ(m_Relogio.GetMilissegundosDormidos(), 10U);
+}
+
+TEST_F(AberturaArquivo, SomenteLeituraNaoPassaPorBancoVazio) {
+    CriaBom();
+    m_Arquivos.SetSomenteLeitura(PastaDados("A.dat"), true);
+    EXPECT_EQ(Tenta<CXVFileTeste>("A.dat"), eXVReadOnly);
+}
+
+TEST_F(AberturaArquivo, SistemaQueNaoDizSeExisteNaoPassaPorBancoVazio) {
+    CriaBom();
+    m_Falhas.Programa({.eOperacao = EOperacaoArquivo::eConsulta, .bPermanente = true});
+    TXVBanco<CXVFileTeste> banco("A.dat");
+    ASSERT_EQ(Abre(banco), S_OK);
+    EXPECT_EQ(banco->GetQtdRegistros(), 1U);
+    ASSERT_EQ(banco.xvDB.Finaliza(), S_OK);
+}
+
+TEST_F(AberturaArquivo, DoisObjetosExcluemSeAteQueOPrimeiroFeche) {
+    CriaBom();
+    TXVBanco<CXVFileTeste> um("A.dat");
+    ASSERT_EQ(Abre(um), S_OK);
+    TXVBanco<CXVFileTeste> leitor("A.dat");
+    leitor.xvDB.SetSomenteLeituraSemBloqueio(true);
+    EXPECT_EQ(Abre(leitor), S_OK) << "reading without locking passes beside a writer";
+    EXPECT_EQ(leitor->GetQtdRegistros(), 1U);
+    EXPECT_EQ(Tenta<CXVFileTeste>("A.dat"), eSharingViolation);
+    m_Relogio.SetAoDormir([&](XVUInt64) { XVIgnora(um.xvDB.Finaliza()); });
+    TXVBanco<CXVFileTeste> outro("A.dat");
+    EXPECT_EQ(Abre(outro), S_OK) << "the retries wait the other's hold out";
+    m_Relogio.SetAoDormir({});
+    ASSERT_EQ(leitor.xvDB.Finaliza(), S_OK);
+    ASSERT_EQ(outro.xvDB.Finaliza(), S_OK);
+}
+
+TEST_F(AberturaArquivo, ModosEReabertura) {
+    m_Arquivos.Apaga(PastaDados(k_pszControle)).Ignora();
+    TXVBanco<CXVFileTeste> banco("A.dat");
+    ASSERT_EQ(Abre(banco), S_OK);
+    EXPECT_FALSE(banco->ExisteArquivo()) << "absent and not created: no error";
+    EXPECT_EQ(banco->GetModoAbertura(), XVUInt{eModoFechado});
+    EXPECT_EQ(banco->AbreArquivo(eModoLeituraSemBloqueio), S_OK);
+    EXPECT_FALSE(banco->ExisteArquivo());
+    EXPECT_FALSE(Existe("A.dat"));
+
+    EXPECT_EQ(banco->AbreArquivo(eModoLeituraGravacaoCriacao), S_OK);
+    EXPECT_EQ(banco->GetModoAbertura(), 0x3022U);
+    EXPECT_EQ(banco->GetSeekCabecalho(), 240U);
+    m_Falhas.Limpa();
+    EXPECT_EQ(banco->AbreArquivo(eModoLeituraGravacaoCriacao), S_OK);
+    EXPECT_EQ(m_Falhas.GetQuantidadeTotal(), 0U) << "the mode in force changes nothing";
+    EXPECT_EQ(banco->AbreArquivo(eModoLeituraSemBloqueio), S_OK);
+    EXPECT_EQ(Conta(EOperacaoArquivo::eLe), 0U) << "no header is looked for";
+    EXPECT_EQ(banco->GetModoAbertura(), 0x2040U);
+    EXPECT_EQ(banco->GetSeekCabecalho(), 240U) << "until it is asked";
+    banco->FechaArquivo();
+    EXPECT_EQ(banco->GetSeekCabecalho(), 0U);
+    EXPECT_EQ(banco->GetTamanho(), 0U);
+    ASSERT_EQ(banco.xvDB.Finaliza(), S_OK);
+
+    EXPECT_STREQ(ModoAberturaToString(0), "Invalido");
+    EXPECT_STREQ(ModoAberturaToString(0x2022), "LeituraGravacao");
+    EXPECT_STREQ(ModoAberturaToString(0x2040), "LeituraSemBloqueio");
+    EXPECT_STREQ(ModoAberturaToString(0x3022), "LeituraGravacaoCriacao");
+    EXPECT_STREQ(ModoAberturaToString(1), "Desconhecido");
+}
+
+TEST_F(AberturaArquivo, NomeEmOutraCaixaRecebeONomePedido) {
+    Cria("a.DAT", ArquivoComCabecalho("A.dat", Bytes({k_reg})));
+    EXPECT_EQ(LeRegistros("A.dat"), std::vector{k_reg});
+    std::string sNomeReal;
+    ASSERT_TRUE(m_Arquivos.BuscaNomeReal(PastaDados("A.dat"), sNomeReal));
+    EXPECT_EQ(sNomeReal, "A.dat");
+}
+
+TEST_F(AberturaArquivo, CodigosFataisSaoExatamenteOsSete) {
+    for (const HRESULT hr : {eBadSeek, eEndOfFile, eHardIO, eFileNotFound, eBadPath, E_XVCR_INDEXACAO_COM_POSICAO_ZERO,
+                             E_XVCR_CHAVE_DE_INDEXACAO_REPETIDA})
+        EXPECT_TRUE(CXVFileBase::EhUmaExcecaoFatal(hr)) << std::hex << hr;
+    for (const HRESULT hr : {S_OK, eTooManyOpenFiles, eAccessDenied, eXVReadOnly, eInvalidFile, eDirectoryFull,
+                             eSharingViolation, eLockViolation, eDiskFull, eXVGenericError,
+                             E_XVCR_COLUNA_INDEXACAO_INVALIDA, E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA})
+        EXPECT_FALSE(CXVFileBase::EhUmaExcecaoFatal(hr)) << std::hex << hr;
+}
+
+}  // namespace

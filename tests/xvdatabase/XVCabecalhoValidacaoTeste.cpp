@@ -1,0 +1,192 @@
+// Headers that do not fit, files without one, and what is left untouched.
+#include <functional>
+
+#include "tests/xvdatabase/XVCabecalhoTeste.h"
+#include "tests/xvdatabase/XVCenarioBanco.h"
+
+namespace {
+
+const REG_TESTE k_reg{1, 2, 3};
+
+class CabecalhoValidacao : public CXVCenarioBanco {
+  protected:
+    // Opening the file is refused with the code and leaves every byte of it as found.
+    void EsperaRecusa(const std::string& sConteudo, HRESULT hrEsperado, const char* pszCaso) {
+        SCOPED_TRACE(pszCaso);
+        Cria("A.dat", sConteudo);
+        EXPECT_EQ(Tenta<CXVFileTeste>("A.dat"), hrEsperado);
+        EXPECT_EQ(Le("A.dat"), sConteudo);
+        EXPECT_FALSE(Existe("A.cab"));
+        EXPECT_EQ(m_Arquivos.GetQuantidadeAberta(), 0U);
+    }
+};
+
+TEST_F(CabecalhoValidacao, CadaDanoTemSeuCodigoEFicaComoEstava) {
+    const std::string sBom = ArquivoComCabecalho("A.dat", Bytes({k_reg}));
+    const auto altera = [&](const std::function<void(std::string&)>& fn, bool bFechaCrc = true) {
+        std::string s = sBom;
+        fn(s);
+        if (bFechaCrc) FechaCrc(s);
+        return s;
+    };
+    EsperaRecusa(altera([](auto& s) { Poe<XVUInt64>(s, 64, 215); }), E_XVCR_TAMANHO_CABECALHO_NAO_CONFERE, "block size");
+    EsperaRecusa(altera([](auto& s) { s[130] ^= 1; }, false), E_XVCR_CRC_CABECALHO_NAO_CONFERE, "block B damaged");
+    EsperaRecusa(altera([](auto& s) { s[8] ^= 1; }, false), E_XVCR_CRC_CABECALHO_NAO_CONFERE, "block A damaged");
+    EsperaRecusa(altera([](auto& s) { Poe<XVUShort>(s, 0, 0); }, false), E_XVCR_CRC_CABECALHO_NAO_CONFERE, "version 0");
+    EsperaRecusa(sBom + "x", E_XVCR_TAMANHO_ARQUIVO_NAO_CONFERE, "appended to by another program");
+    EsperaRecusa(sBom.substr(0, 250), E_XVCR_TAMANHO_ARQUIVO_NAO_CONFERE, "cut in the payload");
+    EsperaRecusa(sBom.substr(0, 239), E_XVCR_TAMANHO_CABECALHO_NAO_CONFERE, "cut in the header");
+    EsperaRecusa(sBom.substr(0, 24), E_XVCR_TAMANHO_CABECALHO_NAO_CONFERE, "block A alone");
+    EsperaRecusa(altera([](auto& s) { Poe<XVUShort>(s, 106, 128); }),
+                 E_XVCR_VERSAO_SISTEMA_INFERIOR_VERSAO_CRIACAO_CABECALHO, "created by a later engine");
+    EsperaRecusa(altera([](auto& s) { Poe<XVUShort>(s, 108, 128); }),
+                 E_XVCR_VERSAO_SISTEMA_INFERIOR_VERSAO_MODIFICACAO_ARQUIVO, "updated by a later engine");
+    EsperaRecusa(altera([](auto& s) { s[112] = 'B'; }), E_XVCR_NOME_ARQUIVO_NAO_CONFERE, "moved to another name");
+    std::string sVersao2 = sBom;
+    Poe<XVUShort>(sVersao2, 0, 2);
+    Poe(sVersao2, 8, CrcBitABit(sVersao2.substr(0, 2)));
+    Poe(sVersao2, 16, CrcBitABit(sVersao2.substr(8, 8)));
+    EsperaRecusa(sVersao2, E_XVCR_VERSAO_CABECALHO_SUPERIOR_VERSAO_SISTEMA, "version 2");
+    EsperaRecusa(sVersao2.substr(0, 24), E_XVCR_VERSAO_CABECALHO_SUPERIOR_VERSAO_SISTEMA,
+                 "version 2 is told before block B is read");
+}
+
+TEST_F(CabecalhoValidacao, OrdemDasValidacoes) {
+    std::string s = ArquivoComCabecalho("X.dat", "12345");
+    Poe<XVUShort>(s, 106, 128);
+    Poe<XVUShort>(s, 108, 128);
+    FechaCrc(s);
+    EsperaRecusa(s + "x", E_XVCR_TAMANHO_ARQUIVO_NAO_CONFERE, "length before versions");
+    EsperaRecusa(s, E_XVCR_VERSAO_SISTEMA_INFERIOR_VERSAO_CRIACAO_CABECALHO, "creating before updating");
+    Poe<XVUShort>(s, 106, 127);
+    FechaCrc(s);
+    EsperaRecusa(s, E_XVCR_VERSAO_SISTEMA_INFERIOR_VERSAO_MODIFICACAO_ARQUIVO, "versions before the name");
+}
+
+TEST_F(CabecalhoValidacao, ConteudoRecusadoDepoisDoCabecalhoTambemFicaComoEstava) {
+    EsperaRecusa(ArquivoComCabecalho("A.dat", Bytes({k_reg}) + "x"), E_XVCR_ARQUIVO_NAO_EH_MOD_ESTRUTURA, "17 bytes");
+}
+
+TEST_F(CabecalhoValidacao, CaixaDoNomeNaoImporta) {
+    Cria("A.dat", ArquivoComCabecalho("a.DAT", Bytes({k_reg})));
+    EXPECT_EQ(LeRegistros("A.dat"), std::vector{k_reg});
+}
+
+TEST_F(CabecalhoValidacao, ArquivoVazioRecebeOCabecalhoNoLugar) {
+    Cria("A.dat", "");
+    EXPECT_EQ(LeRegistros("A.dat").size(), 0U);
+    EXPECT_EQ(Le("A.dat").size(), 240U);
+    EXPECT_EQ(Campo<XVUInt64>(Le("A.dat"), 72), 0U);
+    EXPECT_EQ(Conta(EOperacaoArquivo::eSubstitui), 0U);
+}
+
+TEST_F(CabecalhoValidacao, ArquivoAntigoRecebeOCabecalhoPorCopia) {
+    for (const std::size_t uiTamanho : {std::size_t{16}, std::size_t{400}, std::size_t{3} << 20}) {
+        SCOPED_TRACE(uiTamanho);
+        std::string sDados(uiTamanho, 'r');
+        sDados.back() = 'z';
+        Cria("A.dat", sDados);
+        EXPECT_EQ(LeRegistros("A.dat").size(), uiTamanho / 16);
+        const std::string s = Le("A.dat");
+        EXPECT_TRUE(s.substr(240) == sDados);
+        EXPECT_EQ(Campo<XVUInt64>(s, 72), uiTamanho);
+        EXPECT_FALSE(Existe("A.cab"));
+    }
+}
+
+TEST_F(CabecalhoValidacao, ArquivoDe23BytesNaoTemCabecalho) {
+    Cria("T.dat", Prefixado(std::string(19, 't')));
+    ASSERT_EQ(Le("T.dat").size(), 23U);
+    EXPECT_EQ(LeTextos("T.dat"), std::vector{std::string(19, 't')});
+    EXPECT_EQ(Le("T.dat").size(), 263U);
+}
+
+TEST_F(CabecalhoValidacao, CopiaCabEncontradaNuncaESubstituida) {
+    Cria("A.dat", Bytes({k_reg}));
+    Cria("A.cab", "interrupted");
+    EXPECT_EQ(Tenta<CXVFileTeste>("A.dat"), E_XVCR_ARQUIVO_CAB_ENCONTRADO);
+    EXPECT_EQ(Le("A.dat"), Bytes({k_reg}));
+    EXPECT_EQ(Le("A.cab"), "interrupted");
+    m_Arquivos.SetSomenteLeitura(PastaDados("A.cab"), true);
+    EXPECT_EQ(Tenta<CXVFileTeste>("A.dat"), E_XVCR_ARQUIVO_CAB_ENCONTRADO) << "read-only is found as well";
+}
+
+TEST_F(CabecalhoValidacao, CopiaTraEncontradaImpedeAInicializacao) {
+    Cria("A.tra", "");
+    EXPECT_EQ(Tenta<CXVFileTeste>("A.dat"), E_XVCR_ARQUIVO_TRA_ENCONTRADO);
+    EXPECT_EQ(Tenta<CXVFileTeste>("A.tra"), S_OK) << "a transient copy has none of its own";
+}
+
+TEST_F(CabecalhoValidacao, NomesIsentosNaoTemCabecalho) {
+    for (const char* pszNome : {"A.cab", "A.SRK", "A.Tra", k_pszControle}) {
+        SCOPED_TRACE(pszNome);
+        TXVBanco<CXVTextFile> banco(pszNome);
+        ASSERT_EQ(Abre(banco), S_OK);
+        XVUInt uiPosicao = 0;
+        EXPECT_EQ(banco->Grava(uiPosicao, "x"), S_OK);
+        EXPECT_EQ(Le(pszNome), Prefixado("x"));
+        EXPECT_EQ(banco->GetSeekCabecalho(), 0U);
+        EXPECT_EQ(banco->GravaVersaoArquivo(9), S_OK);
+        EXPECT_EQ(Le(pszNome), Prefixado("x"));
+        ASSERT_EQ(banco.xvDB.Finaliza(), S_OK);
+    }
+}
+
+TEST_F(CabecalhoValidacao, ModuloSemCabecalhoEBancoComCabecalhoDesligado) {
+    TXVBanco<CXVFileTeste> semModulo("A.dat", k_eModuloSemCabecalho);
+    ASSERT_EQ(Abre(semModulo), S_OK);
+    XVUInt uiPosicao = 0;
+    EXPECT_EQ(semModulo->Grava(uiPosicao, k_reg), S_OK);
+    EXPECT_EQ(Le("A.dat"), Bytes({k_reg}));
+    ASSERT_EQ(semModulo.xvDB.Finaliza(), S_OK);
+
+    const std::string sDanificado = ArquivoComCabecalho("X.dat", Bytes({k_reg}));
+    Cria("B.dat", sDanificado);
+    TXVBanco<CXVFileTeste> desligado("B.dat");
+    desligado.xvDB.DesabilitaCabecalho();
+    ASSERT_EQ(Abre(desligado), S_OK) << "a header is neither validated nor updated";
+    EXPECT_EQ(desligado->GetQtdRegistros(), 1U) << "but it is no record";
+    ASSERT_EQ(desligado.xvDB.Finaliza(), S_OK);
+    EXPECT_EQ(Le("B.dat"), sDanificado);
+}
+
+TEST_F(CabecalhoValidacao, LeituraSemBloqueioNaoValidaNemGravaMasNuncaTomaCabecalhoPorRegistros) {
+    const auto le = [&](const std::string& sConteudo, XVUInt64 uiQtd) {
+        Cria("A.dat", sConteudo);
+        TXVBanco<CXVFileTeste> banco("A.dat");
+        banco.xvDB.SetSomenteLeituraSemBloqueio(true);
+        const HRESULT hr = Abre(banco);
+        if (SUCCEEDED(hr)) {
+            EXPECT_EQ(banco->GetQtdRegistros(), uiQtd);
+            XVUInt uiPosicao = 0;
+            EXPECT_EQ(banco->Grava(uiPosicao, k_reg), eXVReadOnly);
+            EXPECT_EQ(banco->GravaVersaoArquivo(9), eXVReadOnly);
+            EXPECT_EQ(banco.xvDB.Finaliza(), S_OK);
+        }
+        EXPECT_EQ(Le("A.dat"), sConteudo);
+        return hr;
+    };
+    const std::string sBom = ArquivoComCabecalho("X.dat", Bytes({k_reg}));
+    EXPECT_EQ(le(sBom, 1), S_OK) << "another name's header is not validated";
+    EXPECT_EQ(le(Bytes({k_reg, k_reg}), 2), S_OK);
+    EXPECT_EQ(le("", 0), S_OK);
+    EXPECT_EQ(le(sBom.substr(0, 100), 0), E_XVCR_TAMANHO_CABECALHO_NAO_CONFERE);
+    m_Falhas.SetFiltro([](const std::string& s) { return s.ends_with("A.dat"); });
+    m_Falhas.Programa({.eOperacao = EOperacaoArquivo::eLe});
+    EXPECT_EQ(le(sBom, 1), eHardIO) << "a header that cannot be read is not an absent one";
+}
+
+TEST_F(CabecalhoValidacao, CabecalhoIlegivelNuncaRecebeOutroNaFrente) {
+    const std::string sBom = ArquivoComCabecalho("A.dat", Bytes({k_reg}));
+    std::string sDanificado = sBom;
+    sDanificado[130] ^= 1;
+    m_Falhas.SetFiltro([](const std::string& s) { return s.ends_with("A.dat"); });
+    for (const std::string& s : {sBom, sDanificado}) {
+        Cria("A.dat", s);
+        m_Falhas.Programa({.eOperacao = EOperacaoArquivo::eLe});
+        EXPECT_EQ(Tenta<CXVFileTeste>("A.dat"), eHardIO);
+        EXPECT_EQ(Le("A.dat"), s);
+    }
+}
+
+}  // namespace

@@ -1,0 +1,191 @@
+// Record files: positions, ranges, what reaches the disk, and at what cost.
+#include "tests/xvdatabase/XVCabecalhoTeste.h"
+#include "tests/xvdatabase/XVCenarioBanco.h"
+
+namespace {
+
+class RegistrosFixos : public CXVCenarioBanco {
+  protected:
+    static std::vector<REG_TESTE> Lista(XVUInt ulQuantidade, XVUInt ulValor = 0) {
+        std::vector<REG_TESTE> lista;
+        for (XVUInt i = 1; i <= ulQuantidade; ++i) lista.push_back({i, i % 3, ulValor});
+        return lista;
+    }
+};
+
+TEST_F(RegistrosFixos, LeituraForaDosLimitesTemCodigoParaCadaCaso) {
+    TXVBanco<CXVFileTeste> ausente("A.dat");
+    ASSERT_EQ(Abre(ausente), S_OK);
+    REG_TESTE reg{};
+    std::vector<REG_TESTE> lista{{9, 9, 9}};
+    EXPECT_EQ(ausente->Le(0, &reg), E_XVCR_TENTATIVA_LER_POSICAO_ZERO);
+    EXPECT_EQ(ausente->Le(1, &reg), E_XVCR_ARQUIVO_NAO_EXISTE);
+    EXPECT_EQ(ausente->LeColecao(1, 1, lista), E_XVCR_ARQUIVO_NAO_EXISTE);
+    EXPECT_EQ(ausente->LeColecao(0, 0, lista), S_OK);
+    ASSERT_EQ(ausente.xvDB.Finaliza(), S_OK);
+
+    Cria("B.dat", ArquivoComCabecalho("B.dat", ""));
+    TXVBanco<CXVFileTeste> vazio("B.dat");
+    ASSERT_EQ(Abre(vazio), S_OK);
+    EXPECT_EQ(vazio->Le(1, &reg), E_XVCR_POSICAO_LEITURA_SUPERIOR_QUANTIDADE_ARQUIVO);
+    ASSERT_EQ(vazio.xvDB.Finaliza(), S_OK);
+
+    Cria("C.dat", ArquivoComCabecalho("C.dat", Bytes(Lista(3))));
+    TXVBanco<CXVFileTeste> banco("C.dat");
+    ASSERT_EQ(Abre(banco), S_OK);
+    EXPECT_EQ(banco->LeColecao(3, 0, lista), E_XVCR_INCONSISTENCIA_CHAVE_QUANTIDADE);
+    EXPECT_EQ(banco->LeColecao(0, 3, lista), E_XVCR_INCONSISTENCIA_CHAVE_QUANTIDADE);
+    EXPECT_EQ(banco->LeColecao(4, 1, lista), E_XVCR_POSICAO_LEITURA_SUPERIOR_QUANTIDADE_ARQUIVO);
+    EXPECT_EQ(banco->LeColecao(2, 3, lista), E_XVCR_POSICAO_LEITURA_SUPERIOR_QUANTIDADE_ARQUIVO);
+    EXPECT_EQ(banco->LeColecao(2, ~0ULL, lista), E_XVCR_POSICAO_LEITURA_SUPERIOR_QUANTIDADE_ARQUIVO);
+    EXPECT_EQ(banco->LeColecao(2, 2, lista), S_OK);
+    EXPECT_EQ(lista, (std::vector<REG_TESTE>{{9, 9, 9}, {2, 2, 0}, {3, 0, 0}})) << "appended to what was there";
+    EXPECT_EQ(banco->GetPtrRegistros(), nullptr) << "only for databases with direct access";
+    ASSERT_EQ(banco.xvDB.Finaliza(), S_OK);
+}
+
+TEST_F(RegistrosFixos, FalhaDeLeituraDeixaALinhaDeDiagnostico) {
+    TXVBanco<CXVFileTeste> banco("A.dat");
+    ASSERT_EQ(Abre(banco), S_OK);
+    REG_TESTE reg{};
+    CXVCapturaTrace captura;
+    ASSERT_EQ(banco->Le(5, &reg), E_XVCR_ARQUIVO_NAO_EXISTE);
+    ASSERT_GE(captura.GetFalhas().size(), 2U);
+    const std::string& sLinha = captura.GetFalhas().front().sMensagem;
+    EXPECT_EQ(sLinha.find("hr = 0x810809E3"), 0U) << sLinha;
+    EXPECT_NE(sLinha.find("Arquivo = A.dat"), std::string::npos) << sLinha;
+    EXPECT_NE(sLinha.find("Posição = 5"), std::string::npos) << sLinha;
+    EXPECT_TRUE(sLinha.ends_with("Qtd. Registros = 0")) << sLinha;
+    EXPECT_EQ(captura.GetFalhas().back().sFuncao, "CXVFile<struct REG_TESTE>::Le");
+    EXPECT_EQ(captura.GetFalhas().back().sFonte, "core/xvdatabase/XVFile");
+    ASSERT_EQ(banco.xvDB.Finaliza(), S_OK);
+}
+
+TEST_F(RegistrosFixos, GravacaoPorPosicao) {
+    TXVBanco<CXVFileTeste> banco("A.dat");
+    ASSERT_EQ(Abre(banco), S_OK);
+    XVUInt uiPosicao = 1;
+    EXPECT_EQ(banco->Grava(uiPosicao, {1, 0, 0}), E_XVCR_POSICAO_GRAVACAO_SUPERIOR_QUANTIDADE_ARQUIVO);
+    EXPECT_FALSE(Existe("A.dat"));
+    uiPosicao = 0;
+    EXPECT_EQ(banco->GravaColecao(uiPosicao, {}), S_OK);
+    EXPECT_FALSE(Existe("A.dat")) << "an empty collection does nothing";
+
+    EXPECT_EQ(banco->GravaColecao(uiPosicao, Lista(3)), S_OK);
+    EXPECT_EQ(uiPosicao, 1U);
+    EXPECT_EQ(Le("A.dat").substr(240), Bytes(Lista(3)));
+    uiPosicao = 4;
+    EXPECT_EQ(banco->Grava(uiPosicao, {4, 0, 0}), E_XVCR_POSICAO_GRAVACAO_SUPERIOR_QUANTIDADE_ARQUIVO);
+    uiPosicao = 3;
+    const std::vector<REG_TESTE> aDois{{30, 0, 0}, {40, 0, 0}};
+    EXPECT_EQ(banco->GravaColecao(uiPosicao, aDois), S_OK) << "overwrites the last and appends one";
+    EXPECT_EQ(uiPosicao, 3U);
+    uiPosicao = 0;
+    EXPECT_EQ(banco->Grava(uiPosicao, {50, 0, 0}), S_OK);
+    EXPECT_EQ(uiPosicao, 5U);
+    REG_TESTE reg{};
+    EXPECT_EQ(banco->Le(4, &reg), S_OK);
+    EXPECT_EQ(reg.uiChave, 40U);
+    ASSERT_EQ(banco.xvDB.Finaliza(), S_OK);
+    EXPECT_EQ(LeRegistros("A.dat"), (std::vector<REG_TESTE>{{1, 1, 0}, {2, 2, 0}, {30, 0, 0}, {40, 0, 0}, {50, 0, 0}}));
+}
+
+TEST_F(RegistrosFixos, GravarCustaUmaGravacaoDeDadosEUmaDeCabecalho) {
+    Cria("A.dat", ArquivoComCabecalho("A.dat", Bytes(Lista(3))));
+    TXVBanco<CXVFileTeste> banco("A.dat");
+    ASSERT_EQ(Abre(banco), S_OK);
+    for (XVUInt uiInicial : {0U, 2U}) {
+        SCOPED_TRACE(uiInicial);
+        m_Falhas.Limpa();
+        XVUInt uiPosicao = uiInicial;
+        ASSERT_EQ(banco->GravaColecao(uiPosicao, Lista(2, 77)), S_OK);
+        EXPECT_EQ(Conta(EOperacaoArquivo::eGrava), 2U);
+        EXPECT_EQ(m_Falhas.GetQuantidadeTotal(), 2U) << "no reopening, no reading";
+        EXPECT_EQ(Conta(EOperacaoArquivo::eConsulta), 0U);
+        ASSERT_EQ(banco->GravaColecao(uiPosicao, Lista(2, 77)), S_OK);
+        EXPECT_EQ(m_Falhas.GetQuantidadeTotal(), 2U) << "what does not differ is not written";
+    }
+    ASSERT_EQ(banco.xvDB.Finaliza(), S_OK);
+}
+
+TEST_F(RegistrosFixos, CarregarCustaUmaLeituraDaAreaDeDados) {
+    Cria(k_pszControle, Prefixado("A.dat"));
+    Cria("A.dat", ArquivoComCabecalho("A.dat", Bytes(Lista(5000))));
+    m_Falhas.SetFiltro([](const std::string& s) { return s.ends_with("A.dat"); });
+    m_Falhas.Limpa();
+    TXVBanco<CXVFileTeste> banco("A.dat");
+    ASSERT_EQ(Abre(banco), S_OK);
+    EXPECT_EQ(banco->GetQtdRegistros(), 5000U);
+    EXPECT_EQ(Conta(EOperacaoArquivo::eAbre), 1U);
+    EXPECT_EQ(Conta(EOperacaoArquivo::eLe), 4U) << "block A to recognise it, blocks A and B to validate, the payload";
+    EXPECT_EQ(Conta(EOperacaoArquivo::eGrava), 0U);
+    ASSERT_EQ(banco.xvDB.Finaliza(), S_OK);
+}
+
+TEST_F(RegistrosFixos, CrescimentoAtravessaOsBlocosDaMemoria) {
+    Cria("A.dat", ArquivoComCabecalho("A.dat", Bytes(Lista(3))));
+    TXVBanco<CXVFileTeste> banco("A.dat");
+    ASSERT_EQ(Abre(banco), S_OK);
+    std::vector<REG_TESTE> aEsperados = Lista(3);
+    for (const XVUInt ulQuantidade : {1U, 1020U, 2048U, 5U}) {
+        const std::vector<REG_TESTE> aNovos = Lista(ulQuantidade, ulQuantidade);
+        XVUInt uiPosicao = 0;
+        ASSERT_EQ(banco->GravaColecao(uiPosicao, aNovos), S_OK);
+        EXPECT_EQ(uiPosicao, aEsperados.size() + 1);
+        aEsperados.insert(aEsperados.end(), aNovos.begin(), aNovos.end());
+    }
+    std::vector<REG_TESTE> aLidos;
+    EXPECT_EQ(banco->LeColecao(1, aEsperados.size(), aLidos), S_OK);
+    EXPECT_EQ(aLidos, aEsperados);
+    aLidos.clear();
+    EXPECT_EQ(banco->LeColecao(1020, 1100, aLidos), S_OK);
+    EXPECT_EQ(aLidos, std::vector(aEsperados.begin() + 1019, aEsperados.begin() + 2119));
+    ASSERT_EQ(banco.xvDB.Finaliza(), S_OK);
+    EXPECT_EQ(LeRegistros("A.dat"), aEsperados);
+}
+
+TEST_F(RegistrosFixos, PrimeiraGravacaoEncontraRegistrosQueApareceramDepois) {
+    TXVBanco<CXVFileTeste> banco("A.dat");
+    const SChavesTeste chaves;
+    ASSERT_EQ(banco->IncluiIndex(&chaves, 0), S_OK);
+    ASSERT_EQ(Abre(banco), S_OK);
+    Cria("A.dat", ArquivoComCabecalho("A.dat", Bytes(Lista(2))));
+    XVUInt uiPosicao = 0;
+    EXPECT_EQ(banco->Grava(uiPosicao, {2, 0, 0}), E_XVCR_CHAVE_DE_INDEXACAO_REPETIDA) << "their keys count";
+    EXPECT_EQ(banco->Grava(uiPosicao, {7, 0, 0}), S_OK);
+    EXPECT_EQ(uiPosicao, 3U);
+    ASSERT_EQ(banco.xvDB.Finaliza(), S_OK);
+    EXPECT_EQ(LeRegistros("A.dat").size(), 3U);
+}
+
+TEST_F(RegistrosFixos, SubstituicaoSemTipo) {
+    TXVBanco<CXVFileTeste> banco("A.dat");
+    ASSERT_EQ(Abre(banco), S_OK);
+    IXVFileBase& rBase = banco.xvFile;
+    const std::vector<REG_TESTE> aRegistros = Lista(3);
+    XVUInt uiPosicao = 0;
+    EXPECT_EQ(rBase.SetArrayData(nullptr, 1), E_POINTER);
+    EXPECT_EQ(rBase.SetRegData(uiPosicao, nullptr), E_POINTER);
+    EXPECT_EQ(rBase.SetArrayData(aRegistros.data(), 3), S_OK);
+    uiPosicao = 2;
+    const REG_TESTE reg{20, 0, 0};
+    EXPECT_EQ(rBase.SetRegData(uiPosicao, &reg), S_OK);
+    EXPECT_EQ(banco->SetConteudo(Lista(1, 5)), S_OK);
+    ASSERT_EQ(banco.xvDB.Finaliza(), S_OK);
+    EXPECT_EQ(LeRegistros("A.dat"), (std::vector<REG_TESTE>{{1, 1, 5}, {20, 0, 0}, {3, 0, 0}}));
+}
+
+TEST_F(RegistrosFixos, ApagarDeixaOObjetoProntoEVazio) {
+    Cria("A.dat", ArquivoComCabecalho("A.dat", Bytes(Lista(2))));
+    TXVBanco<CXVFileTeste> banco("A.dat");
+    ASSERT_EQ(Abre(banco), S_OK);
+    EXPECT_EQ(banco->DeletaArquivo(), S_OK);
+    EXPECT_FALSE(Existe("A.dat"));
+    EXPECT_EQ(banco->GetQtdRegistros(), 0U);
+    XVUInt uiPosicao = 0;
+    EXPECT_EQ(banco->Grava(uiPosicao, {8, 0, 0}), S_OK);
+    ASSERT_EQ(banco.xvDB.Finaliza(), S_OK);
+    EXPECT_EQ(LeRegistros("A.dat"), (std::vector<REG_TESTE>{{8, 0, 0}}));
+}
+
+}  // namespace

@@ -1,0 +1,188 @@
+// Indexes: declaration, what a write may do to them, and the same answers whichever way they were built.
+#include <map>
+#include <random>
+
+#include "core/xvdatabase/XVIndice.h"
+#include "tests/xvdatabase/XVCabecalhoTeste.h"
+#include "tests/xvdatabase/XVCenarioBanco.h"
+
+namespace {
+
+class IndiceArquivo : public CXVCenarioBanco {
+  protected:
+    // Column 0 unique, column 1 with zero keys and repeats.
+    HRESULT Declara(CXVFileTeste& rFile) {
+        const HRESULT hr = rFile.IncluiIndex(&m_Chaves, 0);
+        return FAILED(hr) ? hr : rFile.IncluiIndex(&m_Chaves, 1, true, true);
+    }
+    static std::vector<XVUInt> Busca(const CXVFileTeste& rFile, XVUInt64 uiChave, XVUInt uiColuna) {
+        std::vector<XVUInt> lista{99};
+        EXPECT_EQ(rFile.ExisteIndex(uiChave, lista, uiColuna), S_OK);
+        return lista;
+    }
+    using L = std::vector<XVUInt>;
+    SChavesTeste m_Chaves;
+};
+
+TEST_F(IndiceArquivo, ColunasSaoDeclaradasEmOrdem) {
+    TXVBanco<CXVFileTeste> banco("A.dat");
+    EXPECT_EQ(banco->IncluiIndex(&m_Chaves, 1), E_XVCR_COLUNA_INDEXACAO_INVALIDA);
+    EXPECT_EQ(banco->IncluiIndex(&m_Chaves, 0), S_OK);
+    EXPECT_EQ(banco->IncluiIndex(&m_Chaves, 0), E_XVCR_COLUNA_INDEXACAO_INVALIDA);
+    L lista{1};
+    XVUInt uiPosicao = 7;
+    EXPECT_EQ(banco->ExisteIndex(XVUInt64{1}, lista, 1), E_XVCR_COLUNA_INDEXACAO_INVALIDA);
+    EXPECT_EQ(lista, L{});
+    EXPECT_EQ(banco->ExisteIndex(XVUInt64{1}, uiPosicao, 1), E_XVCR_COLUNA_INDEXACAO_INVALIDA);
+    EXPECT_EQ(uiPosicao, 0U);
+}
+
+TEST_F(IndiceArquivo, DadosExistentesSaoConferidosNaDeclaracaoENaInicializacao) {
+    Cria("Z.dat", ArquivoComCabecalho("Z.dat", Bytes({{0, 0, 0}})));
+    Cria("R.dat", ArquivoComCabecalho("R.dat", Bytes({{5, 0, 0}, {5, 0, 0}})));
+    for (const auto& [sNome, hr] :
+         {std::pair{"Z.dat", E_XVCR_INDEXACAO_COM_POSICAO_ZERO}, std::pair{"R.dat", E_XVCR_CHAVE_DE_INDEXACAO_REPETIDA}}) {
+        const std::string sAntes = Le(sNome);
+        TXVBanco<CXVFileTeste> antes(sNome);
+        ASSERT_EQ(Declara(antes.xvFile), S_OK);
+        EXPECT_EQ(Abre(antes), hr);
+        EXPECT_EQ(Le(sNome), sAntes);
+        TXVBanco<CXVFileTeste> depois(sNome);
+        ASSERT_EQ(Abre(depois), S_OK);
+        EXPECT_EQ(Declara(depois.xvFile), hr);
+        EXPECT_EQ(depois->IncluiIndex(&m_Chaves, 0, true, true), S_OK) << "a refused declaration leaves no column";
+        ASSERT_EQ(depois.xvDB.Finaliza(), S_OK);
+    }
+}
+
+TEST_F(IndiceArquivo, RecusasNaoGravamNada) {
+    TXVBanco<CXVFileTeste> banco("A.dat");
+    ASSERT_EQ(Declara(banco.xvFile), S_OK);
+    ASSERT_EQ(Abre(banco), S_OK);
+    XVUInt uiPosicao = 0;
+    EXPECT_EQ(banco->Grava(uiPosicao, {0, 0, 0}), E_XVCR_INDEXACAO_COM_POSICAO_ZERO);
+    EXPECT_FALSE(Existe("A.dat")) << "a refused first write creates no file";
+    const std::vector<REG_TESTE> aRegistros{{1, 0, 0}, {2, 0, 0}, {3, 7, 0}, {4, 7, 0}, {5, 7, 0}, {6, 8, 0}};
+    ASSERT_EQ(banco->GravaColecao(uiPosicao, aRegistros), S_OK);
+    const std::string sAntes = Le("A.dat");
+    const XVUInt64 uiDormidas = m_Relogio.GetQuantidadeDormidas();
+
+    const auto recusa = [&](XVUInt uiInicial, const std::vector<REG_TESTE>& lista, HRESULT hr) {
+        XVUInt uiAqui = uiInicial;
+        EXPECT_EQ(banco->GravaColecao(uiAqui, lista), hr);
+        EXPECT_EQ(uiAqui, uiInicial);
+        EXPECT_EQ(Le("A.dat"), sAntes);
+    };
+    recusa(0, {{9, 0, 0}, {0, 0, 0}}, E_XVCR_INDEXACAO_COM_POSICAO_ZERO);
+    recusa(0, {{3, 0, 0}}, E_XVCR_CHAVE_DE_INDEXACAO_REPETIDA);
+    recusa(0, {{9, 0, 0}, {9, 0, 0}}, E_XVCR_CHAVE_DE_INDEXACAO_REPETIDA);
+    recusa(6, {{5, 0, 0}}, E_XVCR_CHAVE_DE_INDEXACAO_REPETIDA);
+    recusa(5, {{6, 0, 0}, {5, 0, 0}}, E_XVCR_CHAVE_DE_INDEXACAO_REPETIDA);
+    EXPECT_EQ(m_Relogio.GetQuantidadeDormidas(), uiDormidas) << "a refusal is not tried again";
+    uiPosicao = 5;
+    EXPECT_EQ(banco->Grava(uiPosicao, {5, 8, 1}), S_OK) << "a record keeps its own key";
+    EXPECT_EQ(Busca(banco.xvFile, 7, 1), (L{3, 4}));
+    EXPECT_EQ(Busca(banco.xvFile, 8, 1), (L{5, 6})) << "ascending, though 6 came first";
+    EXPECT_EQ(Busca(banco.xvFile, 0, 1), L{}) << "zero keys are left out";
+    EXPECT_EQ(Busca(banco.xvFile, 1234, 0), L{});
+    ASSERT_EQ(banco.xvDB.Finaliza(), S_OK);
+}
+
+TEST_F(IndiceArquivo, LeituraEGravacaoPorChaveETexto) {
+    const std::string sChave = "PEDIDO-1";
+    const XVUInt64 uiCrc = CrcBitABit(sChave);
+    Cria("A.dat", ArquivoComCabecalho("A.dat", Bytes({{1, 0, 0}, {uiCrc, 0, 5}})));
+    TXVBanco<CXVFileTeste> banco("A.dat");
+    ASSERT_EQ(Declara(banco.xvFile), S_OK);
+    ASSERT_EQ(Abre(banco), S_OK);
+    XVUInt uiPosicao = 0;
+    EXPECT_EQ(banco->ExisteIndex(std::string_view(sChave), uiPosicao, 0), S_OK);
+    EXPECT_EQ(uiPosicao, 2U);
+    REG_TESTE reg{};
+    EXPECT_EQ(banco->LeIndex(uiCrc, &reg, 0), S_OK);
+    EXPECT_EQ(reg.ulValor, 5U);
+    EXPECT_EQ(banco->GravaIndex(uiCrc, {uiCrc, 0, 6}, 0), S_OK);
+    CXVCapturaTrace captura;
+    EXPECT_EQ(banco->LeIndex(77, &reg, 0), E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA);
+    EXPECT_EQ(banco->GravaIndex(77, {77, 0, 0}, 0), E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA) << "never appends";
+    EXPECT_EQ(banco->LeIndex(77, &reg, 9), E_XVCR_COLUNA_INDEXACAO_INVALIDA);
+    EXPECT_TRUE(captura.Contem("ExisteIndex(uiPosicaoIndex, uiPosicao, uiColunaIndexacao)"));
+    ASSERT_EQ(banco.xvDB.Finaliza(), S_OK);
+    EXPECT_EQ(LeRegistros("A.dat")[1].ulValor, 6U);
+}
+
+// Random writes against a plain model; then the index built anew from the file must answer the same.
+TEST_F(IndiceArquivo, ReconstruidoRespondeComoOIncremental) {
+    std::mt19937 gerador(20240315);
+    const auto sorteia = [&](XVUInt ulMaximo) { return static_cast<XVUInt>(gerador() % ulMaximo); };
+    TXVBanco<CXVFileTeste> banco("A.dat");
+    ASSERT_EQ(Declara(banco.xvFile), S_OK);
+    ASSERT_EQ(Abre(banco), S_OK);
+    std::vector<REG_TESTE> aModelo;
+    for (int i = 0; i < 3000; ++i) {
+        std::vector<REG_TESTE> aLote(1 + sorteia(3));
+        XVUInt uiPosicao = aModelo.empty() || sorteia(2) == 0 ? 0 : 1 + sorteia(static_cast<XVUInt>(aModelo.size()));
+        for (REG_TESTE& reg : aLote) reg = {1 + sorteia(4000), sorteia(6), static_cast<XVUInt>(i)};
+        const HRESULT hr = banco->GravaColecao(uiPosicao, aLote);
+        if (hr == E_XVCR_CHAVE_DE_INDEXACAO_REPETIDA) continue;
+        ASSERT_EQ(hr, S_OK);
+        for (std::size_t k = 0; k < aLote.size(); ++k) {
+            if (uiPosicao - 1 + k == aModelo.size()) aModelo.emplace_back();
+            aModelo[uiPosicao - 1 + k] = aLote[k];
+        }
+    }
+    ASSERT_GT(aModelo.size(), 1000U);
+    TXVBanco<CXVFileTeste> refeito("A.dat");
+    refeito.xvDB.SetSomenteLeituraSemBloqueio(true);
+    ASSERT_EQ(Declara(refeito.xvFile), S_OK);
+    ASSERT_EQ(Abre(refeito), S_OK);
+    std::map<std::pair<XVUInt64, XVUInt>, L> mapaEsperado;
+    for (std::size_t i = 0; i < aModelo.size(); ++i)
+        for (XVUInt uiColuna : {0U, 1U})
+            mapaEsperado[{m_Chaves.GetChaveIndex(aModelo[i], uiColuna), uiColuna}].push_back(static_cast<XVUInt>(i + 1));
+    for (XVUInt uiColuna : {0U, 1U}) {
+        for (XVUInt64 uiChave = 0; uiChave <= 4001; ++uiChave) {
+            const L esperada = uiChave == 0 ? L{} : mapaEsperado[{uiChave, uiColuna}];
+            ASSERT_EQ(Busca(banco.xvFile, uiChave, uiColuna), esperada) << uiChave;
+            ASSERT_EQ(Busca(refeito.xvFile, uiChave, uiColuna), esperada) << uiChave;
+        }
+    }
+    ASSERT_EQ(refeito.xvDB.Finaliza(), S_OK);
+    ASSERT_EQ(banco.xvDB.Finaliza(), S_OK);
+}
+
+// The map alone, with many keys in few slots, against the standard one.
+TEST(Indice, ComoUmMultimapaOrdenado) {
+    std::mt19937_64 gerador(7);
+    CXVIndice indice;
+    std::multimap<XVUInt64, XVUInt> modelo;
+    std::map<XVUInt, XVUInt64> mapaChaves;  // by position
+    EXPECT_EQ(indice.GetPrimeira(1), 0U);
+    indice.Remove(1, 1);
+    for (int i = 0; i < 60'000; ++i) {
+        const auto uiPosicao = static_cast<XVUInt>(1 + gerador() % 700);
+        const XVUInt64 uiChave = (1 + gerador() % 90) << (gerador() % 3 * 20);
+        if (const auto it = mapaChaves.find(uiPosicao); it != mapaChaves.end()) {
+            indice.Remove(uiChave == it->second ? uiChave + 1 : uiChave, uiPosicao);  // not held: nothing
+            indice.Remove(it->second, uiPosicao);
+            auto [itDe, itAte] = modelo.equal_range(it->second);
+            while (itDe->second != uiPosicao) ++itDe;
+            modelo.erase(itDe);
+            mapaChaves.erase(it);
+        } else {
+            indice.Reserva(1, uiPosicao);
+            indice.Inclui(uiChave, uiPosicao);
+            modelo.emplace(uiChave, uiPosicao);
+            mapaChaves[uiPosicao] = uiChave;
+        }
+        const auto [itDe, itAte] = modelo.equal_range(uiChave);
+        std::vector<XVUInt> aEsperadas;
+        for (auto it = itDe; it != itAte; ++it) aEsperadas.push_back(it->second);
+        std::sort(aEsperadas.begin(), aEsperadas.end());
+        std::vector<XVUInt> aObtidas;
+        for (XVUInt ui = indice.GetPrimeira(uiChave); ui != 0; ui = indice.GetProxima(ui)) aObtidas.push_back(ui);
+        ASSERT_EQ(aObtidas, aEsperadas) << "step " << i;
+    }
+}
+
+}  // namespace
