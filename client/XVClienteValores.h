@@ -14,19 +14,19 @@ using HResult = long;
 
 // Who calls, for which company. Fields left empty are filled in from the running process.
 struct SIdentificacao {
-    std::string sEmpresa;  // 1 to 47 characters of A-Z a-z 0-9 _ -
+    std::string sEmpresa{};  // 1 to 47 characters of A-Z a-z 0-9 _ -
     std::uint16_t usUsuario = 0;
     std::uint32_t ulNumeroSessao = 0;
     std::uint32_t ulNumeroChamador = 1;  // any number but 0
-    std::string sExecutavel;             // at most 47 bytes
-    std::string sModulo;                 // at most 47 bytes
-    std::string sIdentificacao;          // at most 63 bytes
+    std::string sExecutavel{};             // at most 47 bytes
+    std::string sModulo{};                 // at most 47 bytes
+    std::string sIdentificacao{};          // at most 63 bytes
 };
 
 struct SIntegracao {
-    std::string sRegistroJSON;
-    std::string sMensagemIntegracao;
-    std::string sJSONRetornoIntegracao;
+    std::string sRegistroJSON{};
+    std::string sMensagemIntegracao{};
+    std::string sJSONRetornoIntegracao{};
     std::uint64_t uiDmc = 0;
     std::uint64_t uiDmcIntegracaoOrigem = 0;
     std::uint64_t uiDmcMovimentoOrigem = 0;
@@ -49,8 +49,8 @@ struct SIntegracao {
 
 struct SStatusIntegracao {
     std::uint64_t uiDmc = 0;  // 0: named by key and system
-    std::string sMensagemIntegracao;
-    std::string sJSONRetornoIntegracao;
+    std::string sMensagemIntegracao{};
+    std::string sJSONRetornoIntegracao{};
     std::uint64_t uiChaveIntegracaoSistemaTerceiro = 0;
     std::uint32_t eStatusIntegracao = 0;
     std::uint32_t eSistemaIntegracao = 0;
@@ -64,10 +64,10 @@ struct SFiltroIntegracao {
     std::uint64_t uiInclusaoFinal = 0;
     std::uint64_t uiAlteracaoStatusInicial = 0;
     std::uint64_t uiAlteracaoStatusFinal = 0;
-    std::vector<std::uint32_t> listaTipoIntegracao;
-    std::vector<std::uint32_t> listaStatusIntegracao;
-    std::vector<std::uint32_t> listaSistemaIntegracao;
-    std::vector<std::uint32_t> listaTipoTransacao;
+    std::vector<std::uint32_t> listaTipoIntegracao{};
+    std::vector<std::uint32_t> listaStatusIntegracao{};
+    std::vector<std::uint32_t> listaSistemaIntegracao{};
+    std::vector<std::uint32_t> listaTipoTransacao{};
 };
 
 // Also the filter of the key map, which does not look at uiDmcOrigemIntegracao.
@@ -89,16 +89,16 @@ struct SDataHoraIntegracao {
 };
 
 struct SConsultaTerceiro {
-    std::string sChaveConsulta;
+    std::string sChaveConsulta{};
     std::uint32_t eTipoConsulta = 0;
     std::uint32_t ulPonteiroAuxiliar = 0;
     std::uint8_t ucTipoPonteiroAuxiliar = 0;
 };
 
 struct SRespostaConsulta {
-    std::string sMensagemRetorno;
-    std::string sJSONRetorno;
-    std::string sDocumentoRetorno;  // bytes of any kind
+    std::string sMensagemRetorno{};
+    std::string sJSONRetorno{};
+    std::string sDocumentoRetorno{};  // bytes of any kind
     std::uint32_t eStatusConsulta = 0;
 };
 
@@ -106,10 +106,10 @@ struct SUltimoErro {
     HResult hrErro = 0;  // 0: the component has had no failure
     std::uint32_t ulLinha = 0;
     std::uint64_t uiDataHora = 0;
-    std::string sNome;
-    std::string sFuncao;
-    std::string sFonte;
-    std::string sMensagem;  // a sentence for a person, in Portuguese
+    std::string sNome{};
+    std::string sFuncao{};
+    std::string sFonte{};
+    std::string sMensagem{};  // a sentence for a person, in Portuguese
 };
 
 }  // namespace XVCliente

@@ -1,13 +1,14 @@
 #include "suite/XVInicializador.h"
 
 #include "suite/XVBaseParaRotinas.h"
+#include "support/XVTextoAscii.h"
 
 namespace {
 
 // The object of the call in progress on this thread, when it works on the same company.
 const CXVProfilerEmpresa* GetChamada(std::string_view sEmpresa) {
     const CXVBaseParaRotinas* pBase = CXVBaseParaRotinas::GetAcessoDefault();
-    return pBase != nullptr && pBase->GetEmpresa() == sEmpresa ? pBase : nullptr;
+    return pBase != nullptr && XVIgualSemCaixa(pBase->GetEmpresa(), sEmpresa) ? pBase : nullptr;
 }
 
 }  // namespace

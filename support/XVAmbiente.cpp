@@ -31,14 +31,12 @@ bool EhNomeDispositivo(std::string_view sNome) {
     return s.size() == 4 && (s.starts_with("com") || s.starts_with("lpt")) && s[3] >= '1' && s[3] <= '9';
 }
 
-// 64-bit programs may be installed beside 32-bit ones: their own value goes first.
+// "Path" names the directory; an installation for 64-bit programs alone may have set "Path_x64" only.
 std::string LeDiretorio(const std::string& sChave) {
     IXVRegistro& rRegistro = XVPlataforma::Registro();
-    if constexpr (sizeof(void*) == 8) {
-        if (auto sDiretorio = rRegistro.LeTexto(sChave, "Path_x64"); sDiretorio && !sDiretorio->empty())
-            return *std::move(sDiretorio);
-    }
-    return rRegistro.LeTexto(sChave, "Path").value_or(std::string());
+    if (auto sDiretorio = rRegistro.LeTexto(sChave, "Path"); sDiretorio && !sDiretorio->empty())
+        return *std::move(sDiretorio);
+    return rRegistro.LeTexto(sChave, "Path_x64").value_or(std::string());
 }
 
 }  // namespace

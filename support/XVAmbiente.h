@@ -1,8 +1,8 @@
 // Modules, their registry keys and directories, and the rule for company codes.
 //
 // Data directory of a company: <module directory>/<company>/<abbreviation of the module>. The module
-// directory is the registry value "Path" of the module's key; 64-bit programs prefer "Path_x64" where it
-// is present.
+// directory is the registry value "Path" of the module's key, or "Path_x64" where it is absent or
+// empty.
 #pragma once
 
 #include <string>

@@ -13,6 +13,7 @@
 #include "core/xvdatabase/XVCodigosArquivo.h"
 #include "core/xvdatabase/XVDataBase.h"
 #include "core/xvdatabase/XVDataBaseUtil.h"
+#include "core/xvdatabase/XVMarcaAbertura.h"
 #include "platform/XVPlataforma.h"
 #include "support/XVCodigos.h"
 #include "support/XVProfiler.h"
@@ -46,11 +47,13 @@ class CXVDataBaseFacade : public TBase {
             return S_OK;
         }
         XV_CHECK(CriaDiretorio(sDiretorio));
-        m_pLoja = CRegistroLojas::Instancia().Busca(sDiretorio);
+        m_pLoja = CRegistroLojas::Instancia().Busca(ChaveDaLoja(sDiretorio));
         const std::lock_guard lock(m_pLoja->mutexAbertura);
         if (m_pLoja->uiObjetos == 0) {
-            XV_CHECK(ExecutaConversaoInterno());
-            XV_CHECK_TEXTO(m_pLoja->dataBase.Inicializa(this), "m_pDataBase->Inicializa(this)");
+            XV_CHECK_TEXTO(m_pLoja->marca.Abre(this, sDiretorio), "AbreMarca(sDiretorio)");
+            const HRESULT hr = AbreLoja();
+            if (FAILED(hr)) m_pLoja->marca.Fecha(true);  // nothing was recorded
+            XV_CHECK_TEXTO(hr, "AbreLoja()");
         }
         ++m_pLoja->uiObjetos;
         m_pDataBase = &m_pLoja->dataBase;
@@ -68,7 +71,15 @@ class CXVDataBaseFacade : public TBase {
             return S_OK;
         }
         pLoja->uiObjetos = 0;
-        XV_CHECK_TEXTO(pLoja->dataBase.Finaliza(), "m_pDataBase->Finaliza()");
+        const HRESULT hr = pLoja->dataBase.Finaliza();
+        pLoja->marca.Fecha(SUCCEEDED(hr));
+        XV_CHECK_TEXTO(hr, "m_pDataBase->Finaliza()");
+        return S_OK;
+    }
+
+    HRESULT AbreLoja() {
+        XV_CHECK(ExecutaConversaoInterno());
+        XV_CHECK_TEXTO(m_pLoja->dataBase.Inicializa(this), "m_pDataBase->Inicializa(this)");
         return S_OK;
     }
 
@@ -88,6 +99,7 @@ class CXVDataBaseFacade : public TBase {
   private:
     struct SLoja {
         TDataBase dataBase;
+        CXVMarcaAbertura marca;
         std::mutex mutexAbertura;
         std::mutex mutexAlteracao;
         std::size_t uiObjetos = 0;
@@ -113,6 +125,14 @@ class CXVDataBaseFacade : public TBase {
         std::mutex m_Mutex;
         std::map<std::string, std::weak_ptr<SLoja>> m_mapLojas;
     };
+
+    // Where names ignore case, two spellings of a company are one directory and so one store.
+    static std::string ChaveDaLoja(const std::string& sDiretorio) {
+        const std::string sDiretorioEmpresa = sDiretorio.substr(0, sDiretorio.find_last_of("/\\"));
+        std::string sNomeReal;
+        if (!XVPlataforma::SistemaArquivos().BuscaNomeReal(sDiretorioEmpresa, sNomeReal)) return sDiretorio;
+        return sDiretorioEmpresa.substr(0, sDiretorioEmpresa.size() - sNomeReal.size()) + sNomeReal;
+    }
 
     HRESULT CriaDiretorio(const std::string& sDiretorio) {
         const CXVErroArquivo erro = XVPlataforma::SistemaArquivos().CriaDiretorio(sDiretorio);

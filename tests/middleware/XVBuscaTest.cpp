@@ -54,7 +54,7 @@ TEST_F(CXVBuscaTest, EmptyFilterReturnsAllGroupedByDateAndOpensNoMember) {
     EXPECT_EQ(Busca({.tipos = {eXVSMiddleware_CadastroProduto}}).size(), 3U);
     EXPECT_GT(falhas.GetQuantidadeTotal(), 0U);
     falhas.Limpa();
-    EXPECT_EQ(Busca({.status = {eXVSMiddleware_Erro}, .tipos = {eXVSMiddleware_CadastroProduto}}), TListaDmc{});
+    EXPECT_EQ(Busca({.tipos = {eXVSMiddleware_CadastroProduto}, .status = {eXVSMiddleware_Erro}}), TListaDmc{});
     EXPECT_EQ(falhas.GetQuantidade(EOperacaoArquivo::eAbre), 0U) << "nothing passes the first level";
 }
 

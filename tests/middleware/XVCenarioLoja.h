@@ -40,7 +40,7 @@ struct SIntegracaoLida {
 // A filter whose lists stand in the object.
 struct SFiltroTeste {
     tagREG_CR_FILTRO_INTEGRACAO_MIDDLEWAREPS reg{};
-    std::vector<XVUInt> tipos, status, sistemas, transacoes;
+    std::vector<XVUInt> tipos{}, status{}, sistemas{}, transacoes{};
 };
 
 using TLoja = std::unique_ptr<CBaseMiddleware>;

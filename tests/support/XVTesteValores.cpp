@@ -121,10 +121,12 @@ TEST(Ambiente, DiretoriosVemDoRegistro) {
 
     bancada.m_registro.SetTexto(CAmbienteXV::GetChaveRegistro(XV_DF), "Path_x64", "/xv64\\");
     ASSERT_EQ(CAmbienteXV::GetDiretorioModulo(XV_DF, &sDiretorio), S_OK);
-    EXPECT_EQ(sDiretorio, sizeof(void*) == 8 ? "/xv64" : "/xv");
+    EXPECT_EQ(sDiretorio, "/xv");
 
-    bancada.m_registro.SetTexto(CAmbienteXV::GetChaveRegistro(XV_DF), "Path_x64", "");
     bancada.m_registro.Remove(CAmbienteXV::GetChaveRegistro(XV_DF), "Path");
+    ASSERT_EQ(CAmbienteXV::GetDiretorioModulo(XV_DF, &sDiretorio), S_OK);
+    EXPECT_EQ(sDiretorio, "/xv64");
+    bancada.m_registro.SetTexto(CAmbienteXV::GetChaveRegistro(XV_DF), "Path_x64", "");
     EXPECT_EQ(CAmbienteXV::GetDiretorioModulo(XV_DF, &sDiretorio), eBadPath);
     EXPECT_EQ(sDiretorio, "");
 }

@@ -1,0 +1,227 @@
+// The container, and the operations on files by name.
+#include "core/xvdatabase/XVDataBaseUtil.h"
+#include "core/xvdatabase/XVRegistroVersao.h"
+#include "tests/xvdatabase/XVCabecalhoTeste.h"
+#include "tests/xvdatabase/XVCenarioBanco.h"
+
+namespace {
+
+const REG_TESTE k_reg{1, 2, 3};
+
+// A file that tells when it is initialised and finalised.
+class CXVFileNarrador final : public IXVFileBase {
+  public:
+    CXVFileNarrador(std::string sNome, CXVDataBase& rDB, std::string& rDiario)
+        : m_sNome(std::move(sNome)), m_rDB(rDB), m_rDiario(rDiario) {
+        m_rDB.AddFile(this);
+    }
+    ~CXVFileNarrador() override { m_rDB.RemoveFile(this); }
+    const std::string& GetNomeArquivo() const override { return m_sNome; }
+    EModulo GetModulo() const override { return XV_DF; }
+    XVUInt64 GetTamanho() const override { return 0; }
+    HRESULT DeletaArquivo() override { return S_OK; }
+    void DesabilitaControleCriacaoArquivos() override { m_rDiario += "x" + m_sNome; }
+    HRESULT hrInicializa = S_OK;
+    HRESULT hrFinaliza = S_OK;
+
+  private:
+    HRESULT OnInicializa() override {
+        m_rDiario += "+" + m_sNome;
+        return hrInicializa;
+    }
+    HRESULT OnFinaliza() override {
+        m_rDiario += "-" + m_sNome;
+        return hrFinaliza;
+    }
+    std::string m_sNome;
+    CXVDataBase& m_rDB;
+    std::string& m_rDiario;
+};
+
+class Container : public CXVCenarioBanco {
+  protected:
+    std::string m_sDiario;
+    CXVDataBase m_xvDB{XV_DF};
+};
+class Utilitarios : public CXVCenarioBanco {
+  protected:
+    std::string Auditoria() const { return Le("XVLogGeral_202403.log"); }
+    void CriaBom(const std::string& sNome) { Cria(sNome, ArquivoComCabecalho(sNome, Bytes({k_reg}))); }
+};
+
+TEST_F(Container, ArquivosEntramESaemNaOrdemDosBytesDosNomes) {
+    CXVFileNarrador b("b", m_xvDB, m_sDiario);
+    CXVFileNarrador a("a", m_xvDB, m_sDiario);
+    {
+        CXVFileNarrador efemero("0", m_xvDB, m_sDiario);
+    }
+    m_xvDB.DesabilitaControleCriacaoArquivos();
+    CXVFileNarrador Z("Z", m_xvDB, m_sDiario);
+    EXPECT_EQ(m_xvDB.Inicializa(&m_Dono), S_OK);
+    EXPECT_EQ(m_xvDB.Inicializa(&m_Dono), S_OK) << "again: nothing";
+    EXPECT_EQ(m_xvDB.Finaliza(), S_OK);
+    EXPECT_EQ(m_xvDB.Finaliza(), S_OK);
+    EXPECT_EQ(m_sDiario, "xZ+Z+a+b-Z-a-b");
+}
+
+TEST_F(Container, PrimeiraFalhaAoInicializarLiberaOQueAbriu) {
+    CXVFileNarrador a("a", m_xvDB, m_sDiario);
+    CXVFileNarrador b("b", m_xvDB, m_sDiario);
+    CXVFileNarrador c("c", m_xvDB, m_sDiario);
+    b.hrInicializa = eHardIO;
+    CXVCapturaTrace captura;
+    EXPECT_EQ(m_xvDB.Inicializa(&m_Dono), eHardIO);
+    EXPECT_EQ(m_sDiario, "+a+b-b-a");
+    EXPECT_FALSE(m_xvDB.EstaInicializado());
+    EXPECT_TRUE(captura.Contem("file.second->Inicializa(this)"));
+}
+
+TEST_F(Container, FalhaAoFinalizarNaoDeixaNinguemAberto) {
+    CXVFileNarrador a("a", m_xvDB, m_sDiario);
+    CXVFileNarrador b("b", m_xvDB, m_sDiario);
+    ASSERT_EQ(m_xvDB.Inicializa(&m_Dono), S_OK);
+    a.hrFinaliza = eDiskFull;
+    b.hrFinaliza = eHardIO;
+    CXVCapturaTrace captura;
+    EXPECT_EQ(m_xvDB.Finaliza(), eDiskFull) << "the first code";
+    EXPECT_EQ(m_sDiario, "+a+b-a-b");
+    EXPECT_TRUE(captura.Contem("file.second->Finaliza()"));
+}
+
+TEST_F(Utilitarios, ApagarDeixaNaAuditoriaOTextoDoUsuario) {
+    for (const XVUShort usUsuario : {XVUShort{65535}, XVUShort{0}, XVUShort{7}}) {
+        CriaBom("A.dat");
+        const CXVDonoFixo dono("MATRIZ", usUsuario);
+        EXPECT_EQ(CXVDataBaseUtil::DeletaArquivo(&dono, XV_DF, "A.dat", CXVDataBaseUtil::eRemoveDoControle), S_OK);
+        EXPECT_FALSE(Existe("A.dat"));
+    }
+    const std::string s = Auditoria();
+    EXPECT_NE(s.find("\t65535\t99\t2\t21\t0\tArquivo \"A.dat\" removido durante a conversão da base de dados\n"),
+              std::string::npos) << s;
+    EXPECT_NE(s.find("\t0\t99\t2\t21\t0\tArquivo \"A.dat\" removido sem informação de usuário logado\n"),
+              std::string::npos) << s;
+    EXPECT_NE(s.find("\t7\t99\t2\t21\t0\tArquivo \"A.dat\" removido pelo usuário \""), std::string::npos) << s;
+    EXPECT_EQ(CXVDataBaseUtil::DeletaArquivo(&m_Dono, XV_DF, "A.dat", CXVDataBaseUtil::eRemoveDoControle), S_OK);
+    EXPECT_EQ(Auditoria(), s) << "an absent file is no error and leaves no entry";
+    CriaBom("A.dat");
+    EXPECT_EQ(CXVDataBaseUtil::DeletaArquivo(&m_Dono, k_eModuloSemAuditoria, "A.dat",
+                                             CXVDataBaseUtil::eRemoveDoControle), S_OK);
+    EXPECT_FALSE(Existe("A.dat"));
+    EXPECT_EQ(Auditoria(), s) << "the module without audit";
+}
+
+TEST_F(Utilitarios, AuditoriaQueFalhaNaoDesfazADelecao) {
+    CriaBom("A.dat");
+    m_Falhas.SetFiltro([](const std::string& s) { return s.find("XVLogGeral") != std::string::npos; });
+    m_Falhas.Programa({.bPermanente = true, .eCausa = ECausaArquivo::eAcessoNegado});
+    CXVCapturaTrace captura;
+    EXPECT_EQ(CXVDataBaseUtil::DeletaArquivo(&m_Dono, XV_DF, "A.dat", CXVDataBaseUtil::eRemoveDoControle), S_OK);
+    EXPECT_TRUE(captura.Contem("GetAcessoEmpresarial()->GravaLog(dadosLog)"));
+    EXPECT_FALSE(Existe("A.dat"));
+}
+
+TEST_F(Utilitarios, ApagarUmGrupoPegaSoOsMembros) {
+    for (const char* pszNome : {"G01.dat", "G02.dat", "G003.dat", "G0a.dat"}) CriaBom(pszNome);
+    EXPECT_EQ(CXVDataBaseUtil::DeletaArquivo(&m_Dono, XV_DF, "G??.dat", CXVDataBaseUtil::eRemoveDoControle), S_OK);
+    EXPECT_FALSE(Existe("G01.dat") || Existe("G02.dat"));
+    EXPECT_TRUE(Existe("G003.dat") && Existe("G0a.dat"));
+}
+
+TEST_F(Utilitarios, ApagarERenomearDesistemNaQuinquagesimaTentativaComMensagem) {
+    CriaBom("A.dat");
+    Cria("A.tra", ArquivoComCabecalho("A.dat", ""));
+    const std::string sAntes = Le("A.dat");
+    for (const bool bApaga : {true, false}) {
+        m_Falhas.Programa({.eOperacao = bApaga ? EOperacaoArquivo::eApaga : EOperacaoArquivo::eSubstitui,
+                           .bPermanente = true,
+                           .eCausa = ECausaArquivo::eViolacaoCompartilhamento,
+                           .ulErroSistema = 32});
+        const XVUInt64 uiDormidos = m_Relogio.GetMilissegundosDormidos();
+        CXVCapturaTrace captura;
+        EXPECT_EQ(bApaga ? CXVDataBaseUtil::DeletaArquivo(&m_Dono, XV_DF, "A.dat", CXVDataBaseUtil::eMantemNoControle)
+                         : CXVDataBaseUtil::RenomeiaArquivoTRA(&m_Dono, XV_DF, "A.dat", 2),
+                  bApaga ? E_XVCR_DELECAO_ARQUIVO : E_XVCR_RENOMEACAO_ARQUIVO);
+        EXPECT_EQ(m_Falhas.GetFalhasOcorridas(), 50U);
+        EXPECT_EQ(m_Relogio.GetMilissegundosDormidos() - uiDormidos, 490U);
+        ASSERT_FALSE(captura.GetFalhas().empty());
+        EXPECT_EQ(captura.GetFalhas().front().sMensagem,
+                  bApaga ? "Erro ao deletar arquivo " + PastaDados("A.dat") + " DW: 32."
+                         : "Erro ao renomear arquivo " + PastaDados("A.tra") + " DW: 32.");
+    }
+    EXPECT_EQ(Le("A.dat"), sAntes);
+    m_Falhas.Limpa();
+}
+
+TEST_F(Utilitarios, RenomearTrocaOArquivoECarimbaAVersao) {
+    CriaBom("A.dat");
+    Cria("A.tra", ArquivoComCabecalho("A.dat", Bytes({k_reg, k_reg})));
+    m_Arquivos.SetSomenteLeitura(PastaDados("A.tra"), true);
+    EXPECT_NE(CXVDataBaseUtil::RenomeiaArquivoTRA(&m_Dono, XV_DF, "A.dat", 2), S_OK);
+    EXPECT_TRUE(Existe("A.dat")) << "a read-only copy never counts as missing";
+    m_Arquivos.SetSomenteLeitura(PastaDados("A.dat"), false);
+    EXPECT_EQ(LeRegistros("A.dat").size(), 2U);
+
+    Cria("A.tra", Bytes({k_reg}));  // without header
+    EXPECT_EQ(CXVDataBaseUtil::RenomeiaArquivoTRA(&m_Dono, XV_DF, "A.dat", 3), S_OK);
+    EXPECT_FALSE(Existe("A.tra"));
+    EXPECT_EQ(Campo<XVUShort>(Le("A.dat"), 104), 3);
+    EXPECT_EQ(LeRegistros("A.dat"), std::vector{k_reg});
+    EXPECT_EQ(LeTextos(k_pszControle), std::vector<std::string>{"A.dat"});
+}
+
+TEST_F(Utilitarios, RenomearSemCopiaApagaOArquivoVivo) {
+    CriaBom("A.dat");
+    EXPECT_EQ(LeRegistros("A.dat").size(), 1U);  // lists it
+    const CXVDonoFixo conversao("MATRIZ", 65535);
+    EXPECT_EQ(CXVDataBaseUtil::RenomeiaArquivoTRA(&conversao, XV_DF, "A.dat", 2), S_OK);
+    EXPECT_FALSE(Existe("A.dat"));
+    EXPECT_FALSE(Existe(k_pszControle)) << "the last name took the list with it";
+    EXPECT_NE(Auditoria().find("durante a conversão"), std::string::npos);
+    EXPECT_EQ(Tenta<CXVFileTeste>("A.dat"), S_OK) << "gone and unlisted: an empty store";
+}
+
+TEST_F(Utilitarios, RenomearUmGrupo) {
+    for (const char* pszNome : {"G01.dat", "G02.dat", "G0x.dat"}) CriaBom(pszNome);
+    Cria("G01.tra", ArquivoComCabecalho("G01.dat", ""));
+    Cria("G0x.tra", "");
+    EXPECT_EQ(CXVDataBaseUtil::RenomeiaArquivoTRAGroupFile(&m_Dono, XV_DF, "G01.dat", 2),
+              E_XVCR_NOME_ARQUIVO_GROUP_INVALIDO);
+    EXPECT_EQ(CXVDataBaseUtil::RenomeiaArquivoTRAGroupFile(&m_Dono, XV_DF, "G??.dat", 2), S_OK);
+    EXPECT_EQ(LeRegistros("G01.dat").size(), 0U);
+    EXPECT_FALSE(Existe("G02.dat"));
+    EXPECT_TRUE(Existe("G0x.dat") && Existe("G0x.tra"));
+}
+
+TEST_F(Utilitarios, RegistroUnicoPorNome) {
+    const auto le = [&](REG_CR_MIDDLEWARE_VERSAO& reg) {
+        return CXVDataBaseUtil::LeSingleReg(&m_Dono, XV_DF, &reg, "V.dat");
+    };
+    REG_CR_MIDDLEWARE_VERSAO reg{9, {}};
+    const auto antes = m_Arquivos.Retrata();
+    EXPECT_EQ(le(reg), S_OK);
+    EXPECT_EQ(reg.usVersao, 0);
+    EXPECT_EQ(CXVSistemaArquivosMemoria::Diferenca(antes, m_Arquivos.Retrata()), "");
+    for (const XVUShort usVersao : {XVUShort{1}, XVUShort{2}, XVUShort{2}}) {
+        reg.usVersao = usVersao;
+        ASSERT_EQ(CXVDataBaseUtil::GravaSingleReg(&m_Dono, XV_DF, reg, "V.dat"), S_OK);
+        reg = {};
+        ASSERT_EQ(le(reg), S_OK);
+        EXPECT_EQ(reg.usVersao, usVersao);
+    }
+    const std::string sBom = Le("V.dat");
+    EXPECT_EQ(Campo<XVUInt64>(sBom, 80), 1U) << "one update: the third write changed nothing";
+    EXPECT_EQ(Tenta<CXVFileSingleReg<REG_CR_MIDDLEWARE_VERSAO>>("V.dat"), S_OK) << "a sound file to everybody";
+
+    Cria("V.dat", sBom + "x");
+    EXPECT_EQ(le(reg), E_XVCR_ARQUIVO_SINGLE_REG_NAO_TEM_TAMANHO_ESTRUTURA);
+    std::string sRuim = sBom;
+    sRuim[140] ^= 1;
+    Cria("V.dat", sRuim);
+    EXPECT_EQ(le(reg), E_XVCR_CRC_CABECALHO_NAO_CONFERE);
+    EXPECT_EQ(CXVDataBaseUtil::GravaSingleReg(&m_Dono, XV_DF, reg, "V.dat"), E_XVCR_CRC_CABECALHO_NAO_CONFERE);
+    EXPECT_EQ(Le("V.dat"), sRuim);
+    ASSERT_TRUE(m_Arquivos.Apaga(PastaDados("V.dat")).Ok());
+    EXPECT_EQ(le(reg), E_XVCR_INCONSISTENCIA_CONTROLE_CRIACAO_ARQUIVOS) << "listed and missing is not version 0";
+}
+
+}  // namespace
