@@ -99,7 +99,9 @@ TEST(Processos, ServidorSaiComOUltimoClienteEVoltaComOProximo) {
         EXPECT_EQ(Conta(cliente), static_cast<std::size_t>(i + 1));
         cliente.Desconecta();
         // The second time round without waiting: a creation beside a server that is ending.
-        if (i == 0) EXPECT_TRUE(XVProcessos::EsperaServidores(0, 10000));
+        if (i == 0) {
+            EXPECT_TRUE(XVProcessos::EsperaServidores(0, 10000));
+        }
     }
     EXPECT_TRUE(XVProcessos::EsperaServidores(0, 10000));
 }

@@ -38,7 +38,7 @@ const TListaDmc k_todas{XVChaveDmc(XVDma(2024, 3, 18), 1), XVChaveDmc(XVDma(2024
 
 TEST_F(CXVBuscaTest, EmptyStoreAnswersNothingToEveryQuestion) {
     EXPECT_EQ(Busca({}), TListaDmc{});
-    EXPECT_EQ(Busca({.reg = {.uiChaveIntegracaoSistemaTerceiroInicial = 5}, .sistemas = {Mercos}}), TListaDmc{});
+    EXPECT_EQ(Busca({.de = 5, .sistemas = {Mercos}}), TListaDmc{});
     EXPECT_EQ(Busca({.tipos = {1}}), TListaDmc{});
 }
 
@@ -67,9 +67,9 @@ TEST_F(CXVBuscaTest, EveryFieldNarrowsByItself) {
     EXPECT_EQ(Busca({.sistemas = {OfficialBank, Mercos}}), k_todas);
     EXPECT_EQ(Busca({.tipos = {eXVSMiddleware_CadastroProduto}}), mercos);
     EXPECT_EQ(Busca({.transacoes = {eXVSMiddleware_Alteracao, eXVSMiddleware_Exclusao}}), banco);
-    EXPECT_EQ(Busca({.reg = {.uiChaveIntegracaoSistemaTerceiroInicial = 191}}), (TListaDmc{Dmc(19, 2), Dmc(20, 1), Dmc(20, 2)}));
-    EXPECT_EQ(Busca({.reg = {.uiChaveIntegracaoSistemaTerceiroFinal = 181}}), (TListaDmc{Dmc(18, 1), Dmc(18, 2)}));
-    EXPECT_EQ(Busca({.reg = {.uiChaveIntegracaoSistemaTerceiroInicial = 181, .uiChaveIntegracaoSistemaTerceiroFinal = 190}}),
+    EXPECT_EQ(Busca({.de = 191}), (TListaDmc{Dmc(19, 2), Dmc(20, 1), Dmc(20, 2)}));
+    EXPECT_EQ(Busca({.ate = 181}), (TListaDmc{Dmc(18, 1), Dmc(18, 2)}));
+    EXPECT_EQ(Busca({.de = 181, .ate = 190}),
               (TListaDmc{Dmc(18, 2), Dmc(19, 1)}));
     EXPECT_EQ(Busca({.tipos = {eXVSMiddleware_CadastroProduto}, .transacoes = {eXVSMiddleware_Alteracao}}), TListaDmc{});
     EXPECT_EQ(Busca({.status = {77}}), TListaDmc{}) << "a value that nobody has";
@@ -79,31 +79,31 @@ TEST_F(CXVBuscaTest, DateAndTimeOfDayAreBoundedApart) {
     Povoa();  // 09:00 and 11:00 of each day
     const TListaDmc as11{Dmc(18, 2), Dmc(19, 2), Dmc(20, 2)};
     const TListaDmc as9{Dmc(18, 1), Dmc(19, 1), Dmc(20, 1)};
-    EXPECT_EQ(Busca({.reg = {.regDataHoraInicialInclusao = Hora(18, 10)}}), as11) << "09:00 of a later day stays out";
-    EXPECT_EQ(Busca({.reg = {.regDataHoraInicialInclusao = Hora(19, 0)}}), (TListaDmc(k_todas.begin() + 2, k_todas.end())));
-    EXPECT_EQ(Busca({.reg = {.regDataHoraFinalInclusao = Hora(20, 10)}}), as9);
-    EXPECT_EQ(Busca({.reg = {.regDataHoraFinalInclusao = Hora(18, 0)}}), (TListaDmc(k_todas.begin(), k_todas.begin() + 2)))
+    EXPECT_EQ(Busca({.incluidaDe = Hora(18, 10)}), as11) << "09:00 of a later day stays out";
+    EXPECT_EQ(Busca({.incluidaDe = Hora(19, 0)}), (TListaDmc(k_todas.begin() + 2, k_todas.end())));
+    EXPECT_EQ(Busca({.incluidaAte = Hora(20, 10)}), as9);
+    EXPECT_EQ(Busca({.incluidaAte = Hora(18, 0)}), (TListaDmc(k_todas.begin(), k_todas.begin() + 2)))
         << "a bound without time of day takes the whole day";
-    EXPECT_EQ(Busca({.reg = {.regDataHoraInicialInclusao = Hora(18, 11), .regDataHoraFinalInclusao = Hora(19, 11)}}),
+    EXPECT_EQ(Busca({.incluidaDe = Hora(18, 11), .incluidaAte = Hora(19, 11)}),
               (TListaDmc{Dmc(18, 2), Dmc(19, 2)})) << "bounds are inclusive";
-    EXPECT_EQ(Busca({.reg = {.regDataHoraInicialAlteracaoStatus = Hora(19, 10)}}), (TListaDmc{Dmc(19, 2), Dmc(20, 2)}));
-    EXPECT_EQ(Busca({.reg = {.regDataHoraFinalAlteracaoStatus = Hora(19, 10)}}), (TListaDmc{Dmc(18, 1), Dmc(19, 1)}));
+    EXPECT_EQ(Busca({.alteradaDe = Hora(19, 10)}), (TListaDmc{Dmc(19, 2), Dmc(20, 2)}));
+    EXPECT_EQ(Busca({.alteradaAte = Hora(19, 10)}), (TListaDmc{Dmc(18, 1), Dmc(19, 1)}));
 }
 
 TEST_F(CXVBuscaTest, KeyWithSystemsIsLookedUpDirectlyAndExactly) {
     Povoa();
     Inclui(201, Mercos, eXVSMiddleware_Erro, eXVSMiddleware_BuscaPedidos, eXVSMiddleware_Exclusao);
     Inclui(201, Mercos, eXVSMiddleware_Enviado, eXVSMiddleware_BuscaPedidos, eXVSMiddleware_Inclusao);
-    const SFiltroTeste filtro{.reg = {.uiChaveIntegracaoSistemaTerceiroInicial = 201, .uiChaveIntegracaoSistemaTerceiroFinal = 200},
+    const SFiltroTeste filtro{.de = 201, .ate = 200,
                               .sistemas = {Mercos, OfficialBank}};
     const TListaDmc esperada{Dmc(19, 3), Dmc(19, 4), Dmc(20, 2)};
     EXPECT_EQ(Busca(filtro), esperada) << "in the order of the systems; the upper bound is not asked";
     SFiltroTeste comNivel2 = filtro;
     comNivel2.transacoes = {eXVSMiddleware_Inclusao};
     EXPECT_EQ(Busca(comNivel2), (TListaDmc{Dmc(19, 4)}));
-    SFiltroTeste somenteFinal{.reg = {.uiChaveIntegracaoSistemaTerceiroFinal = 180}, .sistemas = {Mercos}};
+    SFiltroTeste somenteFinal{.ate = 180, .sistemas = {Mercos}};
     EXPECT_EQ(Busca(somenteFinal), (TListaDmc{Dmc(18, 1)})) << "an upper bound alone is no direct search";
-    SFiltroTeste repetido{.reg = {.uiChaveIntegracaoSistemaTerceiroInicial = 201}, .sistemas = {OfficialBank, OfficialBank}};
+    SFiltroTeste repetido{.de = 201, .sistemas = {OfficialBank, OfficialBank}};
     EXPECT_EQ(Busca(repetido), (TListaDmc{Dmc(20, 2)}));
 }
 
@@ -113,12 +113,12 @@ TEST_F(CXVBuscaTest, FailingMemberEndsTheSearchAndNoPartOfTheListRemains) {
     const std::string sArquivo = PastaDados("CRINTEGMID20240319.dat");
     m_Arquivos.CriaArquivo(sArquivo, m_Arquivos.LeConteudo(sArquivo)->substr(0, 300));
     m_pLoja = Abre();
-    SFiltroTeste filtro;
+    tagREG_CR_FILTRO_INTEGRACAO_MIDDLEWAREPS filtro{};
     XVUInt eTipo = eXVSMiddleware_CadastroProduto;
-    filtro.reg.ulQuantidadeTipoIntegracao = 1;
-    filtro.reg.pListaTipoIntegracao = &eTipo;
+    filtro.ulQuantidadeTipoIntegracao = 1;
+    filtro.pListaTipoIntegracao = &eTipo;
     _REG_DF_LISTA_XVDMCPS lista{};
-    EXPECT_EQ(m_pLoja->BuscaPonteiros(filtro.reg, &lista), E_XVCR_TAMANHO_ARQUIVO_NAO_CONFERE);
+    EXPECT_EQ(m_pLoja->BuscaPonteiros(filtro, &lista), E_XVCR_TAMANHO_ARQUIVO_NAO_CONFERE);
     EXPECT_EQ(lista.pLista, nullptr);
     EXPECT_TRUE(m_Captura.Contem("ValidaFiltroNivel2(dadosFiltro, uiChaveArquivoUltimo, listaDmc, listaPonteiros)"));
     EXPECT_EQ(m_Captura.GetFalhas().back().sFuncao, "CBaseMiddleware::BuscaPonteiros");
@@ -133,8 +133,8 @@ TEST_F(CXVBuscaTest, AnswersAreTheSameBeforeAndAfterARestart) {
     Inclui(7, OfficialBank, eXVSMiddleware_Erro, 3, 1);  // takes the key over
     const std::vector<SFiltroTeste> perguntas{{},
                                               {.tipos = {1, 2}},
-                                              {.reg = {.uiChaveIntegracaoSistemaTerceiroInicial = 5}, .sistemas = {Mercos}},
-                                              {.reg = {.uiChaveIntegracaoSistemaTerceiroInicial = 7}, .sistemas = {OfficialBank}}};
+                                              {.de = 5, .sistemas = {Mercos}},
+                                              {.de = 7, .sistemas = {OfficialBank}}};
     std::vector<TListaDmc> respostas;
     for (const auto& pergunta : perguntas) respostas.push_back(Busca(pergunta));
     ASSERT_EQ(m_pLoja->Finaliza(), S_OK);

@@ -56,7 +56,7 @@ struct SCabecalhoTeste {
     unsigned uiUsuario = 7;
     unsigned uiSessao = 99;
     std::string sEmpresa = "MATRIZ";
-    std::string sComputador;  // empty: this machine's
+    std::string sComputador{};  // empty: this machine's
 };
 // A header of 240 bytes for uiTamanhoDados bytes, all its date-times 15/03/2024 09:00:00.
 std::string XVCabecalhoDoTeste(const SCabecalhoTeste& rCabecalho, std::uint64_t uiTamanhoDados);

@@ -43,16 +43,23 @@ SIntegracaoLida XVLe(CBaseMiddleware& rLoja, REG_XVDMC regDmc, XVUInt64 ullFlags
 }
 
 TListaDmc XVBusca(CBaseMiddleware& rLoja, SFiltroTeste filtro) {
+    tagREG_CR_FILTRO_INTEGRACAO_MIDDLEWAREPS reg{};
+    reg.uiChaveIntegracaoSistemaTerceiroInicial = filtro.de;
+    reg.uiChaveIntegracaoSistemaTerceiroFinal = filtro.ate;
+    reg.regDataHoraInicialInclusao = filtro.incluidaDe;
+    reg.regDataHoraFinalInclusao = filtro.incluidaAte;
+    reg.regDataHoraInicialAlteracaoStatus = filtro.alteradaDe;
+    reg.regDataHoraFinalAlteracaoStatus = filtro.alteradaAte;
     const auto liga = [](std::vector<XVUInt>& lista, XVUInt& ulQuantidade, XVUInt*& pLista) {
         ulQuantidade = static_cast<XVUInt>(lista.size());
         pLista = lista.empty() ? nullptr : lista.data();
     };
-    liga(filtro.tipos, filtro.reg.ulQuantidadeTipoIntegracao, filtro.reg.pListaTipoIntegracao);
-    liga(filtro.status, filtro.reg.ulQuantidadeStatusIntegracao, filtro.reg.pListaStatusIntegracao);
-    liga(filtro.sistemas, filtro.reg.ulQuantidadeSistemaIntegracao, filtro.reg.pListaSistemaIntegracao);
-    liga(filtro.transacoes, filtro.reg.ulQuantidadeTipoTransacao, filtro.reg.pListaTipoTransacao);
+    liga(filtro.tipos, reg.ulQuantidadeTipoIntegracao, reg.pListaTipoIntegracao);
+    liga(filtro.status, reg.ulQuantidadeStatusIntegracao, reg.pListaStatusIntegracao);
+    liga(filtro.sistemas, reg.ulQuantidadeSistemaIntegracao, reg.pListaSistemaIntegracao);
+    liga(filtro.transacoes, reg.ulQuantidadeTipoTransacao, reg.pListaTipoTransacao);
     _REG_DF_LISTA_XVDMCPS regLista{};
-    EXPECT_EQ(rLoja.BuscaPonteiros(filtro.reg, &regLista), S_OK);
+    EXPECT_EQ(rLoja.BuscaPonteiros(reg, &regLista), S_OK);
     TListaDmc lista;
     for (XVUInt i = 0; i < regLista.ulQuantidade; ++i) lista.push_back(regLista.pLista[i].uiValor);
     EXPECT_EQ(regLista.pLista == nullptr, lista.empty());

@@ -37,9 +37,10 @@ struct SIntegracaoLida {
     std::string sJSON, sMensagem, sRetorno;
 };
 
-// A filter whose lists stand in the object.
+// What to search for.
 struct SFiltroTeste {
-    tagREG_CR_FILTRO_INTEGRACAO_MIDDLEWAREPS reg{};
+    XVUInt64 de = 0, ate = 0;  // external key
+    REG_XVDMAHMSUTC incluidaDe{}, incluidaAte{}, alteradaDe{}, alteradaAte{};
     std::vector<XVUInt> tipos{}, status{}, sistemas{}, transacoes{};
 };
 

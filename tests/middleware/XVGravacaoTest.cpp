@@ -210,7 +210,7 @@ TEST_F(CXVGravacaoTest, RecordersOnSeveralThreadsGetDifferentIntegrations) {
                 const REG_XVDMC regDmc = Grava(*m_pLoja, CXVIntegracaoTeste(7, OfficialBank).Textos(sTexto, sTexto, sTexto));
                 listas[i].push_back(regDmc.uiValor);
                 const SIntegracaoLida lida = XVLe(*m_pLoja, regDmc);
-                if (SUCCEEDED(lida.hr)) EXPECT_EQ(lida.sJSON, sTexto);
+                EXPECT_TRUE(FAILED(lida.hr) || lida.sJSON == sTexto);
             }
         });
     for (auto& rThread : threads) rThread.join();

@@ -14,7 +14,8 @@ class AberturaArquivo : public CXVCenarioBanco {
     }
     void CriaBom() { Cria("A.dat", ArquivoComCabecalho("A.dat", Bytes({k_reg}))); }
     void ProgramaAbertura(ECausaArquivo eCausa, bool bPermanente = true) {
-        m_Falhas.Programa({.eOperacao = EOperacaoArquivo::eAbre, .bPermanente = bPermanente, .eCausa = eCausa});
+        m_Falhas.Programa(
+            {.eOperacao = EOperacaoArquivo::eAbre, .bPermanente = bPermanente, .eCausa = eCausa});
     }
 };
 
@@ -136,11 +137,11 @@ TEST_F(AberturaArquivo, NomeEmOutraCaixaRecebeONomePedido) {
 }
 
 TEST_F(AberturaArquivo, CodigosFataisSaoExatamenteOsSete) {
-    for (const HRESULT hr : {eBadSeek, eEndOfFile, eHardIO, eFileNotFound, eBadPath, E_XVCR_INDEXACAO_COM_POSICAO_ZERO,
-                             E_XVCR_CHAVE_DE_INDEXACAO_REPETIDA})
+    for (const HRESULT hr : {eBadSeek, eEndOfFile, eHardIO, eFileNotFound, eBadPath,
+                             E_XVCR_INDEXACAO_COM_POSICAO_ZERO, E_XVCR_CHAVE_DE_INDEXACAO_REPETIDA})
         EXPECT_TRUE(CXVFileBase::EhUmaExcecaoFatal(hr)) << std::hex << hr;
-    for (const HRESULT hr : {S_OK, eTooManyOpenFiles, eAccessDenied, eXVReadOnly, eInvalidFile, eDirectoryFull,
-                             eSharingViolation, eLockViolation, eDiskFull, eXVGenericError,
+    for (const HRESULT hr : {S_OK, eTooManyOpenFiles, eAccessDenied, eXVReadOnly, eInvalidFile,
+                             eDirectoryFull, eSharingViolation, eLockViolation, eDiskFull, eXVGenericError,
                              E_XVCR_COLUNA_INDEXACAO_INVALIDA, E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA})
         EXPECT_FALSE(CXVFileBase::EhUmaExcecaoFatal(hr)) << std::hex << hr;
 }

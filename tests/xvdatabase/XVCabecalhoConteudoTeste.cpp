@@ -32,7 +32,8 @@ class CabecalhoConteudo : public CXVCenarioBanco {
 
 TEST_F(CabecalhoConteudo, TodosOsCamposDoArquivoNovoEDaPrimeiraGravacao) {
     TXVBanco<CXVFileTeste> banco("A.dat");
-    ASSERT_EQ(banco->AbreArquivo(eModoLeituraGravacaoCriacao), E_INVALIDARG) << "no company before Inicializa";
+    ASSERT_EQ(banco->AbreArquivo(eModoLeituraGravacaoCriacao), E_INVALIDARG)
+        << "no company before Inicializa";
     ASSERT_EQ(Abre(banco), S_OK);
     ASSERT_EQ(banco->AbreArquivo(eModoLeituraGravacaoCriacao), S_OK);
     const std::string sCriado = Le("A.dat");

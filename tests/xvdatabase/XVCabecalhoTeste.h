@@ -35,7 +35,9 @@ inline std::string CampoTexto(const std::string& sArquivo, std::size_t uiOffset,
     return sArquivo.substr(uiOffset, uiLargura).c_str();
 }
 
-inline void FechaCrc(std::string& sArquivo) { Poe(sArquivo, 232, CrcBitABit(sArquivo.substr(24, 208))); }
+inline void FechaCrc(std::string& sArquivo) {
+    Poe(sArquivo, 232, CrcBitABit(sArquivo.substr(24, 208)));
+}
 
 // Header and payload of a sound file of the company MATRIZ.
 inline std::string ArquivoComCabecalho(const std::string& sNome, const std::string& sDados) {

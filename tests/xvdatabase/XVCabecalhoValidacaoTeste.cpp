@@ -29,10 +29,14 @@ TEST_F(CabecalhoValidacao, CadaDanoTemSeuCodigoEFicaComoEstava) {
         if (bFechaCrc) FechaCrc(s);
         return s;
     };
-    EsperaRecusa(altera([](auto& s) { Poe<XVUInt64>(s, 64, 215); }), E_XVCR_TAMANHO_CABECALHO_NAO_CONFERE, "block size");
-    EsperaRecusa(altera([](auto& s) { s[130] ^= 1; }, false), E_XVCR_CRC_CABECALHO_NAO_CONFERE, "block B damaged");
-    EsperaRecusa(altera([](auto& s) { s[8] ^= 1; }, false), E_XVCR_CRC_CABECALHO_NAO_CONFERE, "block A damaged");
-    EsperaRecusa(altera([](auto& s) { Poe<XVUShort>(s, 0, 0); }, false), E_XVCR_CRC_CABECALHO_NAO_CONFERE, "version 0");
+    EsperaRecusa(altera([](auto& s) { Poe<XVUInt64>(s, 64, 215); }), E_XVCR_TAMANHO_CABECALHO_NAO_CONFERE,
+                 "block size");
+    EsperaRecusa(altera([](auto& s) { s[130] ^= 1; }, false), E_XVCR_CRC_CABECALHO_NAO_CONFERE,
+                 "block B damaged");
+    EsperaRecusa(altera([](auto& s) { s[8] ^= 1; }, false), E_XVCR_CRC_CABECALHO_NAO_CONFERE,
+                 "block A damaged");
+    EsperaRecusa(altera([](auto& s) { Poe<XVUShort>(s, 0, 0); }, false), E_XVCR_CRC_CABECALHO_NAO_CONFERE,
+                 "version 0");
     EsperaRecusa(sBom + "x", E_XVCR_TAMANHO_ARQUIVO_NAO_CONFERE, "appended to by another program");
     EsperaRecusa(sBom.substr(0, 250), E_XVCR_TAMANHO_ARQUIVO_NAO_CONFERE, "cut in the payload");
     EsperaRecusa(sBom.substr(0, 239), E_XVCR_TAMANHO_CABECALHO_NAO_CONFERE, "cut in the header");
@@ -41,7 +45,8 @@ TEST_F(CabecalhoValidacao, CadaDanoTemSeuCodigoEFicaComoEstava) {
                  E_XVCR_VERSAO_SISTEMA_INFERIOR_VERSAO_CRIACAO_CABECALHO, "created by a later engine");
     EsperaRecusa(altera([](auto& s) { Poe<XVUShort>(s, 108, 128); }),
                  E_XVCR_VERSAO_SISTEMA_INFERIOR_VERSAO_MODIFICACAO_ARQUIVO, "updated by a later engine");
-    EsperaRecusa(altera([](auto& s) { s[112] = 'B'; }), E_XVCR_NOME_ARQUIVO_NAO_CONFERE, "moved to another name");
+    EsperaRecusa(altera([](auto& s) { s[112] = 'B'; }), E_XVCR_NOME_ARQUIVO_NAO_CONFERE,
+                 "moved to another name");
     std::string sVersao2 = sBom;
     Poe<XVUShort>(sVersao2, 0, 2);
     Poe(sVersao2, 8, CrcBitABit(sVersao2.substr(0, 2)));
@@ -64,7 +69,8 @@ TEST_F(CabecalhoValidacao, OrdemDasValidacoes) {
 }
 
 TEST_F(CabecalhoValidacao, ConteudoRecusadoDepoisDoCabecalhoTambemFicaComoEstava) {
-    EsperaRecusa(ArquivoComCabecalho("A.dat", Bytes({k_reg}) + "x"), E_XVCR_ARQUIVO_NAO_EH_MOD_ESTRUTURA, "17 bytes");
+    EsperaRecusa(ArquivoComCabecalho("A.dat", Bytes({k_reg}) + "x"), E_XVCR_ARQUIVO_NAO_EH_MOD_ESTRUTURA,
+                 "17 bytes");
 }
 
 TEST_F(CabecalhoValidacao, CaixaDoNomeNaoImporta) {

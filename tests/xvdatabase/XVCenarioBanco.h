@@ -40,7 +40,8 @@ struct SChavesTeste {
 // A container with one file.
 template <class TArquivo>
 struct TXVBanco {
-    explicit TXVBanco(const std::string& sNome, EModulo eModulo = XV_DF) : xvDB(eModulo), xvFile(sNome, &xvDB) {}
+    explicit TXVBanco(const std::string& sNome, EModulo eModulo = XV_DF)
+        : xvDB(eModulo), xvFile(sNome, &xvDB) {}
     TArquivo* operator->() { return &xvFile; }
 
     CXVDataBase xvDB;
@@ -60,7 +61,9 @@ class CXVCenarioBanco : public CXVCenarioSuite {
     std::string Le(const std::string& sNome) const {
         return m_Arquivos.LeConteudo(PastaDados(sNome)).value_or("<ausente>");
     }
-    bool Existe(const std::string& sNome) const { return m_Arquivos.LeConteudo(PastaDados(sNome)).has_value(); }
+    bool Existe(const std::string& sNome) const {
+        return m_Arquivos.LeConteudo(PastaDados(sNome)).has_value();
+    }
     XVUInt64 Conta(EOperacaoArquivo eOperacao) const { return m_Falhas.GetQuantidade(eOperacao); }
 
     template <class TArquivo>

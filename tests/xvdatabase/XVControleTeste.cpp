@@ -113,9 +113,11 @@ TEST_F(Controle, FalhaNaRemocaoNaoDeixaCopia) {
     m_Falhas.SetFiltro([](const std::string& s) { return s.find("FILE_CTRL") != std::string::npos; });
     for (const EOperacaoArquivo eOperacao :
          {EOperacaoArquivo::eGrava, EOperacaoArquivo::eSincroniza, EOperacaoArquivo::eSubstitui}) {
-        m_Falhas.Programa({.eOperacao = eOperacao, .bPermanente = true, .eCausa = ECausaArquivo::eDiscoCheio});
+        m_Falhas.Programa(
+            {.eOperacao = eOperacao, .bPermanente = true, .eCausa = ECausaArquivo::eDiscoCheio});
         CXVCapturaTrace captura;
-        EXPECT_NE(CXVDataBaseUtil::DeletaArquivo(&m_Dono, XV_DF, "A.dat", CXVDataBaseUtil::eRemoveDoControle), S_OK);
+        EXPECT_NE(CXVDataBaseUtil::DeletaArquivo(&m_Dono, XV_DF, "A.dat", CXVDataBaseUtil::eRemoveDoControle),
+                  S_OK);
         EXPECT_TRUE(captura.Contem("xvFileNew.GravaColecao(uiPosicao, aRegistrosNew)") ||
                     captura.Contem("CXVDataBaseUtil::RenomeiaArquivoTRA(this, m_eModulo, "
                                    "XVDATABASE_NOME_ARQUIVO_CONTROLE_CRIACAO_ARQUIVOS)"));
@@ -131,8 +133,9 @@ TEST_F(Controle, MarcaDoDiretorioEEsperadaERecusadaComTexto) {
     ASSERT_TRUE(m_Arquivos.MarcaDiretorio(PastaDados(), "DFXXMARCA1", pMarca).Ok());
     CXVCapturaTrace captura;
     EXPECT_EQ(Tenta<CXVFileTeste>("A.dat"), eSharingViolation);
-    EXPECT_TRUE(captura.Contem("marca.Marca(sDiretorioMarca, IXVArqMarcaEnum::ControleCriacaoArquivosInMemory, "
-                               "GetUsuario(), CAmbienteXV::GetSiglaModulo(m_eModulo))"));
+    EXPECT_TRUE(
+        captura.Contem("marca.Marca(sDiretorioMarca, IXVArqMarcaEnum::ControleCriacaoArquivosInMemory, "
+                       "GetUsuario(), CAmbienteXV::GetSiglaModulo(m_eModulo))"));
     ASSERT_FALSE(captura.GetFalhas().empty());
     EXPECT_NE(captura.GetFalhas().front().sMensagem.find("iRetorno = "), std::string::npos);
     m_Relogio.SetAoDormir([&](XVUInt64) { pMarca.reset(); });

@@ -52,9 +52,7 @@ class Utilitarios : public CXVCenarioBanco {
 TEST_F(Container, ArquivosEntramESaemNaOrdemDosBytesDosNomes) {
     CXVFileNarrador b("b", m_xvDB, m_sDiario);
     CXVFileNarrador a("a", m_xvDB, m_sDiario);
-    {
-        CXVFileNarrador efemero("0", m_xvDB, m_sDiario);
-    }
+    { CXVFileNarrador efemero("0", m_xvDB, m_sDiario); }
     m_xvDB.DesabilitaControleCriacaoArquivos();
     CXVFileNarrador Z("Z", m_xvDB, m_sDiario);
     EXPECT_EQ(m_xvDB.Inicializa(&m_Dono), S_OK);
@@ -92,20 +90,27 @@ TEST_F(Utilitarios, ApagarDeixaNaAuditoriaOTextoDoUsuario) {
     for (const XVUShort usUsuario : {XVUShort{65535}, XVUShort{0}, XVUShort{7}}) {
         CriaBom("A.dat");
         const CXVDonoFixo dono("MATRIZ", usUsuario);
-        EXPECT_EQ(CXVDataBaseUtil::DeletaArquivo(&dono, XV_DF, "A.dat", CXVDataBaseUtil::eRemoveDoControle), S_OK);
+        EXPECT_EQ(CXVDataBaseUtil::DeletaArquivo(&dono, XV_DF, "A.dat", CXVDataBaseUtil::eRemoveDoControle),
+                  S_OK);
         EXPECT_FALSE(Existe("A.dat"));
     }
     const std::string s = Auditoria();
-    EXPECT_NE(s.find("\t65535\t99\t2\t21\t0\tArquivo \"A.dat\" removido durante a conversão da base de dados\n"),
-              std::string::npos) << s;
+    EXPECT_NE(
+        s.find("\t65535\t99\t2\t21\t0\tArquivo \"A.dat\" removido durante a conversão da base de dados\n"),
+        std::string::npos)
+        << s;
     EXPECT_NE(s.find("\t0\t99\t2\t21\t0\tArquivo \"A.dat\" removido sem informação de usuário logado\n"),
-              std::string::npos) << s;
-    EXPECT_NE(s.find("\t7\t99\t2\t21\t0\tArquivo \"A.dat\" removido pelo usuário \""), std::string::npos) << s;
-    EXPECT_EQ(CXVDataBaseUtil::DeletaArquivo(&m_Dono, XV_DF, "A.dat", CXVDataBaseUtil::eRemoveDoControle), S_OK);
+              std::string::npos)
+        << s;
+    EXPECT_NE(s.find("\t7\t99\t2\t21\t0\tArquivo \"A.dat\" removido pelo usuário \""), std::string::npos)
+        << s;
+    EXPECT_EQ(CXVDataBaseUtil::DeletaArquivo(&m_Dono, XV_DF, "A.dat", CXVDataBaseUtil::eRemoveDoControle),
+              S_OK);
     EXPECT_EQ(Auditoria(), s) << "an absent file is no error and leaves no entry";
     CriaBom("A.dat");
     EXPECT_EQ(CXVDataBaseUtil::DeletaArquivo(&m_Dono, k_eModuloSemAuditoria, "A.dat",
-                                             CXVDataBaseUtil::eRemoveDoControle), S_OK);
+                                             CXVDataBaseUtil::eRemoveDoControle),
+              S_OK);
     EXPECT_FALSE(Existe("A.dat"));
     EXPECT_EQ(Auditoria(), s) << "the module without audit";
 }
@@ -115,14 +120,16 @@ TEST_F(Utilitarios, AuditoriaQueFalhaNaoDesfazADelecao) {
     m_Falhas.SetFiltro([](const std::string& s) { return s.find("XVLogGeral") != std::string::npos; });
     m_Falhas.Programa({.bPermanente = true, .eCausa = ECausaArquivo::eAcessoNegado});
     CXVCapturaTrace captura;
-    EXPECT_EQ(CXVDataBaseUtil::DeletaArquivo(&m_Dono, XV_DF, "A.dat", CXVDataBaseUtil::eRemoveDoControle), S_OK);
+    EXPECT_EQ(CXVDataBaseUtil::DeletaArquivo(&m_Dono, XV_DF, "A.dat", CXVDataBaseUtil::eRemoveDoControle),
+              S_OK);
     EXPECT_TRUE(captura.Contem("GetAcessoEmpresarial()->GravaLog(dadosLog)"));
     EXPECT_FALSE(Existe("A.dat"));
 }
 
 TEST_F(Utilitarios, ApagarUmGrupoPegaSoOsMembros) {
     for (const char* pszNome : {"G01.dat", "G02.dat", "G003.dat", "G0a.dat"}) CriaBom(pszNome);
-    EXPECT_EQ(CXVDataBaseUtil::DeletaArquivo(&m_Dono, XV_DF, "G??.dat", CXVDataBaseUtil::eRemoveDoControle), S_OK);
+    EXPECT_EQ(CXVDataBaseUtil::DeletaArquivo(&m_Dono, XV_DF, "G??.dat", CXVDataBaseUtil::eRemoveDoControle),
+              S_OK);
     EXPECT_FALSE(Existe("G01.dat") || Existe("G02.dat"));
     EXPECT_TRUE(Existe("G003.dat") && Existe("G0a.dat"));
 }
@@ -138,7 +145,8 @@ TEST_F(Utilitarios, ApagarERenomearDesistemNaQuinquagesimaTentativaComMensagem) 
                            .ulErroSistema = 32});
         const XVUInt64 uiDormidos = m_Relogio.GetMilissegundosDormidos();
         CXVCapturaTrace captura;
-        EXPECT_EQ(bApaga ? CXVDataBaseUtil::DeletaArquivo(&m_Dono, XV_DF, "A.dat", CXVDataBaseUtil::eMantemNoControle)
+        EXPECT_EQ(bApaga ? CXVDataBaseUtil::DeletaArquivo(&m_Dono, XV_DF, "A.dat",
+                                                          CXVDataBaseUtil::eMantemNoControle)
                          : CXVDataBaseUtil::RenomeiaArquivoTRA(&m_Dono, XV_DF, "A.dat", 2),
                   bApaga ? E_XVCR_DELECAO_ARQUIVO : E_XVCR_RENOMEACAO_ARQUIVO);
         EXPECT_EQ(m_Falhas.GetFalhasOcorridas(), 50U);
@@ -210,7 +218,8 @@ TEST_F(Utilitarios, RegistroUnicoPorNome) {
     }
     const std::string sBom = Le("V.dat");
     EXPECT_EQ(Campo<XVUInt64>(sBom, 80), 1U) << "one update: the third write changed nothing";
-    EXPECT_EQ(Tenta<CXVFileSingleReg<REG_CR_MIDDLEWARE_VERSAO>>("V.dat"), S_OK) << "a sound file to everybody";
+    EXPECT_EQ(Tenta<CXVFileSingleReg<REG_CR_MIDDLEWARE_VERSAO>>("V.dat"), S_OK)
+        << "a sound file to everybody";
 
     Cria("V.dat", sBom + "x");
     EXPECT_EQ(le(reg), E_XVCR_ARQUIVO_SINGLE_REG_NAO_TEM_TAMANHO_ESTRUTURA);
@@ -218,10 +227,12 @@ TEST_F(Utilitarios, RegistroUnicoPorNome) {
     sRuim[140] ^= 1;
     Cria("V.dat", sRuim);
     EXPECT_EQ(le(reg), E_XVCR_CRC_CABECALHO_NAO_CONFERE);
-    EXPECT_EQ(CXVDataBaseUtil::GravaSingleReg(&m_Dono, XV_DF, reg, "V.dat"), E_XVCR_CRC_CABECALHO_NAO_CONFERE);
+    EXPECT_EQ(CXVDataBaseUtil::GravaSingleReg(&m_Dono, XV_DF, reg, "V.dat"),
+              E_XVCR_CRC_CABECALHO_NAO_CONFERE);
     EXPECT_EQ(Le("V.dat"), sRuim);
     ASSERT_TRUE(m_Arquivos.Apaga(PastaDados("V.dat")).Ok());
-    EXPECT_EQ(le(reg), E_XVCR_INCONSISTENCIA_CONTROLE_CRIACAO_ARQUIVOS) << "listed and missing is not version 0";
+    EXPECT_EQ(le(reg), E_XVCR_INCONSISTENCIA_CONTROLE_CRIACAO_ARQUIVOS)
+        << "listed and missing is not version 0";
 }
 
 }  // namespace

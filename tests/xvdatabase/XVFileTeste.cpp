@@ -39,7 +39,8 @@ TEST_F(RegistrosFixos, LeituraForaDosLimitesTemCodigoParaCadaCaso) {
     EXPECT_EQ(banco->LeColecao(2, 3, lista), E_XVCR_POSICAO_LEITURA_SUPERIOR_QUANTIDADE_ARQUIVO);
     EXPECT_EQ(banco->LeColecao(2, ~0ULL, lista), E_XVCR_POSICAO_LEITURA_SUPERIOR_QUANTIDADE_ARQUIVO);
     EXPECT_EQ(banco->LeColecao(2, 2, lista), S_OK);
-    EXPECT_EQ(lista, (std::vector<REG_TESTE>{{9, 9, 9}, {2, 2, 0}, {3, 0, 0}})) << "appended to what was there";
+    EXPECT_EQ(lista, (std::vector<REG_TESTE>{{9, 9, 9}, {2, 2, 0}, {3, 0, 0}}))
+        << "appended to what was there";
     EXPECT_EQ(banco->GetPtrRegistros(), nullptr) << "only for databases with direct access";
     ASSERT_EQ(banco.xvDB.Finaliza(), S_OK);
 }
@@ -87,7 +88,8 @@ TEST_F(RegistrosFixos, GravacaoPorPosicao) {
     EXPECT_EQ(banco->Le(4, &reg), S_OK);
     EXPECT_EQ(reg.uiChave, 40U);
     ASSERT_EQ(banco.xvDB.Finaliza(), S_OK);
-    EXPECT_EQ(LeRegistros("A.dat"), (std::vector<REG_TESTE>{{1, 1, 0}, {2, 2, 0}, {30, 0, 0}, {40, 0, 0}, {50, 0, 0}}));
+    EXPECT_EQ(LeRegistros("A.dat"),
+              (std::vector<REG_TESTE>{{1, 1, 0}, {2, 2, 0}, {30, 0, 0}, {40, 0, 0}, {50, 0, 0}}));
 }
 
 TEST_F(RegistrosFixos, GravarCustaUmaGravacaoDeDadosEUmaDeCabecalho) {
@@ -117,7 +119,8 @@ TEST_F(RegistrosFixos, CarregarCustaUmaLeituraDaAreaDeDados) {
     ASSERT_EQ(Abre(banco), S_OK);
     EXPECT_EQ(banco->GetQtdRegistros(), 5000U);
     EXPECT_EQ(Conta(EOperacaoArquivo::eAbre), 1U);
-    EXPECT_EQ(Conta(EOperacaoArquivo::eLe), 4U) << "block A to recognise it, blocks A and B to validate, the payload";
+    EXPECT_EQ(Conta(EOperacaoArquivo::eLe), 4U)
+        << "block A to recognise it, blocks A and B to validate, the payload";
     EXPECT_EQ(Conta(EOperacaoArquivo::eGrava), 0U);
     ASSERT_EQ(banco.xvDB.Finaliza(), S_OK);
 }

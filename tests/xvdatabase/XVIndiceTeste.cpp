@@ -40,8 +40,8 @@ TEST_F(IndiceArquivo, ColunasSaoDeclaradasEmOrdem) {
 TEST_F(IndiceArquivo, DadosExistentesSaoConferidosNaDeclaracaoENaInicializacao) {
     Cria("Z.dat", ArquivoComCabecalho("Z.dat", Bytes({{0, 0, 0}})));
     Cria("R.dat", ArquivoComCabecalho("R.dat", Bytes({{5, 0, 0}, {5, 0, 0}})));
-    for (const auto& [sNome, hr] :
-         {std::pair{"Z.dat", E_XVCR_INDEXACAO_COM_POSICAO_ZERO}, std::pair{"R.dat", E_XVCR_CHAVE_DE_INDEXACAO_REPETIDA}}) {
+    for (const auto& [sNome, hr] : {std::pair{"Z.dat", E_XVCR_INDEXACAO_COM_POSICAO_ZERO},
+                                    std::pair{"R.dat", E_XVCR_CHAVE_DE_INDEXACAO_REPETIDA}}) {
         const std::string sAntes = Le(sNome);
         TXVBanco<CXVFileTeste> antes(sNome);
         ASSERT_EQ(Declara(antes.xvFile), S_OK);
@@ -50,7 +50,8 @@ TEST_F(IndiceArquivo, DadosExistentesSaoConferidosNaDeclaracaoENaInicializacao) 
         TXVBanco<CXVFileTeste> depois(sNome);
         ASSERT_EQ(Abre(depois), S_OK);
         EXPECT_EQ(Declara(depois.xvFile), hr);
-        EXPECT_EQ(depois->IncluiIndex(&m_Chaves, 0, true, true), S_OK) << "a refused declaration leaves no column";
+        EXPECT_EQ(depois->IncluiIndex(&m_Chaves, 0, true, true), S_OK)
+            << "a refused declaration leaves no column";
         ASSERT_EQ(depois.xvDB.Finaliza(), S_OK);
     }
 }
@@ -121,7 +122,8 @@ TEST_F(IndiceArquivo, ReconstruidoRespondeComoOIncremental) {
     std::vector<REG_TESTE> aModelo;
     for (int i = 0; i < 3000; ++i) {
         std::vector<REG_TESTE> aLote(1 + sorteia(3));
-        XVUInt uiPosicao = aModelo.empty() || sorteia(2) == 0 ? 0 : 1 + sorteia(static_cast<XVUInt>(aModelo.size()));
+        XVUInt uiPosicao =
+            aModelo.empty() || sorteia(2) == 0 ? 0 : 1 + sorteia(static_cast<XVUInt>(aModelo.size()));
         for (REG_TESTE& reg : aLote) reg = {1 + sorteia(4000), sorteia(6), static_cast<XVUInt>(i)};
         const HRESULT hr = banco->GravaColecao(uiPosicao, aLote);
         if (hr == E_XVCR_CHAVE_DE_INDEXACAO_REPETIDA) continue;
@@ -139,7 +141,8 @@ TEST_F(IndiceArquivo, ReconstruidoRespondeComoOIncremental) {
     std::map<std::pair<XVUInt64, XVUInt>, L> mapaEsperado;
     for (std::size_t i = 0; i < aModelo.size(); ++i)
         for (XVUInt uiColuna : {0U, 1U})
-            mapaEsperado[{m_Chaves.GetChaveIndex(aModelo[i], uiColuna), uiColuna}].push_back(static_cast<XVUInt>(i + 1));
+            mapaEsperado[{m_Chaves.GetChaveIndex(aModelo[i], uiColuna), uiColuna}].push_back(
+                static_cast<XVUInt>(i + 1));
     for (XVUInt uiColuna : {0U, 1U}) {
         for (XVUInt64 uiChave = 0; uiChave <= 4001; ++uiChave) {
             const L esperada = uiChave == 0 ? L{} : mapaEsperado[{uiChave, uiColuna}];
@@ -180,7 +183,8 @@ TEST(Indice, ComoUmMultimapaOrdenado) {
         for (auto it = itDe; it != itAte; ++it) aEsperadas.push_back(it->second);
         std::sort(aEsperadas.begin(), aEsperadas.end());
         std::vector<XVUInt> aObtidas;
-        for (XVUInt ui = indice.GetPrimeira(uiChave); ui != 0; ui = indice.GetProxima(ui)) aObtidas.push_back(ui);
+        for (XVUInt ui = indice.GetPrimeira(uiChave); ui != 0; ui = indice.GetProxima(ui))
+            aObtidas.push_back(ui);
         ASSERT_EQ(aObtidas, aEsperadas) << "step " << i;
     }
 }

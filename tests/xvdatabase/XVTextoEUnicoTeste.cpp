@@ -50,7 +50,8 @@ TEST_F(ArquivoTexto, TextoMudadoEAnexadoEOAntigoFicaComoBytesMortos) {
     EXPECT_EQ(Le("A.dat").substr(240), Prefixado("um") + Prefixado("") + Prefixado("tres") + Prefixado("um") +
                                            Prefixado("") + Prefixado("trEs"));
     uiSegunda = 6;
-    EXPECT_EQ(banco->GravaColecao(uiSegunda, T{"trEs", "novo"}), S_OK) << "a run past the end is new as a whole";
+    EXPECT_EQ(banco->GravaColecao(uiSegunda, T{"trEs", "novo"}), S_OK)
+        << "a run past the end is new as a whole";
     EXPECT_EQ(uiSegunda, 7U);
     uiSegunda = 0;
     EXPECT_EQ(banco->Grava(uiSegunda, "um"), S_OK) << "position 0 always appends";
@@ -80,8 +81,9 @@ TEST_F(ArquivoTexto, NulNoMeioFicaGuardadoELidoAteEle) {
 TEST_F(ArquivoTexto, PrefixosDanificadosSaoRecusadosEOArquivoFicaComoEstava) {
     const std::string sBom = Prefixado("ok");
     for (const std::string& sDados :
-         {sBom + "x", sBom + "xx", sBom + "xxx", std::string("\x03\0\0\0ab", 6), sBom + std::string("\xFF\xFF\xFF\xFF", 4),
-          sBom + std::string("\xFC\xFF\xFF\xFFzzzz", 8), sBom + std::string("\x01\0\0\0", 4)}) {
+         {sBom + "x", sBom + "xx", sBom + "xxx", std::string("\x03\0\0\0ab", 6),
+          sBom + std::string("\xFF\xFF\xFF\xFF", 4), sBom + std::string("\xFC\xFF\xFF\xFFzzzz", 8),
+          sBom + std::string("\x01\0\0\0", 4)}) {
         SCOPED_TRACE(::testing::PrintToString(sDados));
         const std::string sArquivo = ArquivoComCabecalho("A.dat", sDados);
         Cria("A.dat", sArquivo);

@@ -1,6 +1,7 @@
 #include "tools/xvcr/XVAplicacao.h"
 
 #include <algorithm>
+#include <CLI/CLI.hpp>
 #include <new>
 
 #include "platform/XVAmbienteSO.h"
