@@ -110,8 +110,8 @@ TEST_F(CXVCompartilhamentoTest, StoreThatAnotherProcessHoldsIsRefusedAndLeavesNo
 }
 
 TEST_F(CXVCompartilhamentoTest, RecordingWritesDataAndHeaderOncePerFileAndOpensNothing) {
-    const TLoja pLoja = Abre();
-    REG_XVDMC regDmc = Grava(*pLoja, CXVIntegracaoTeste(1).Textos("{}", "m", "{}"));
+    TLoja pLoja = Abre();
+    Grava(*pLoja, CXVIntegracaoTeste(1).Textos("{}", "m", "{}"));
     CXVSistemaArquivosFalhas contador(m_Arquivos);
     std::map<std::string, int> operacoes;
     contador.SetFiltro([&](const std::string& s) {
@@ -129,6 +129,8 @@ TEST_F(CXVCompartilhamentoTest, RecordingWritesDataAndHeaderOncePerFileAndOpensN
     for (const char* pszNome : {"CRINTEGMID20240316.dat", "CRINTEGMIDJSON20240316.dat", "CRINTEGMIDMENS20240316.dat", "CRINTEGMIDJSONRET20240316.dat"})
         EXPECT_EQ(operacoes[pszNome], 2) << pszNome;
     EXPECT_LE(contador.GetQuantidade(EOperacaoArquivo::eGrava), 11U) << "and one log line";
+    contador.SetFiltro(nullptr);
+    pLoja.reset();
 }
 
 TEST_F(CXVCompartilhamentoTest, NoMoreThanTwoMembersOfAGroupStayOpen) {

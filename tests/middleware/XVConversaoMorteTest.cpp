@@ -54,7 +54,7 @@ TEST_P(CXVConversaoMorteTest, FailingOnceAtEveryFileOperation) {
         const bool bAtingida = falhas.GetFalhasOcorridas() != 0;
         falhas.Limpa();
         if (!bAtingida) break;
-        uiErros += FAILED(hr) ? 1 : 0;
+        if (FAILED(hr)) ++uiErros;
         CXVConversaoMiddleware conversao(nullptr);
         ASSERT_EQ(conversao.Inicializa(&m_Dono), S_OK);
         ASSERT_EQ(conversao.LeVersao(&usAntes), S_OK);

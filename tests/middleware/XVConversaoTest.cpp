@@ -40,10 +40,10 @@ INSTANTIATE_TEST_SUITE_P(Versoes, CXVConversaoTest, testing::Combine(testing::Ra
 using CXVConversaoCasosTest = CXVCenarioConversao;
 
 TEST_F(CXVConversaoCasosTest, EmptyMissingForeignAndLeftoverFilesAreNoObstacle) {
+    const auto vazio = m_Arquivos.Retrata();
     for (unsigned uiVersao = 0; uiVersao < 5; ++uiVersao) {
         const TArquivos antes = CXVFabricaBases(uiVersao, true).CriaComSujeira();
-        for (const auto& it : m_Arquivos.Retrata())
-            if (!it.first.ends_with('/')) ASSERT_TRUE(m_Arquivos.Apaga(it.first).Ok());
+        m_Arquivos.Restaura(vazio);
         Instala(antes);
         ASSERT_EQ(Converte(), S_OK) << uiVersao;
         const TArquivos esperados = CXVFabricaBases(uiVersao, true).DadosConvertidos(2, 3);
@@ -57,7 +57,9 @@ TEST_F(CXVConversaoCasosTest, EmptyMissingForeignAndLeftoverFilesAreNoObstacle) 
 }
 
 TEST_F(CXVConversaoCasosTest, BranchServesAsDatabaseIdWhenTheAccessSettingsSaySo) {
+    const auto vazio = m_Arquivos.Retrata();
     for (const XVUInt ulOpcoes : {0x10U, 0xFFU, 0xEFU, 0U}) {
+        m_Arquivos.Restaura(vazio);
         m_Registro.SetNumero(CAmbienteXV::GetChaveRegistro(k_eModuloBase), "AcessoServidores_1", ulOpcoes);
         const CXVFabricaBases fabrica(2, true);
         Instala(fabrica.Cria());

@@ -54,6 +54,12 @@ class FalhasGravacao : public CXVCenarioBanco {
         std::function<HRESULT()> fnExecuta;
         std::function<std::string()> fnEstado;
     };
+    // What a device that refused even the undoing may have left: a copy, or a file that is cut in its middle.
+    static bool EhRecusaDeResto(HRESULT hr) {
+        return hr == E_XVCR_ARQUIVO_CAB_ENCONTRADO || hr == E_XVCR_ARQUIVO_TRA_ENCONTRADO ||
+               hr == E_XVCR_CRC_CABECALHO_NAO_CONFERE ||
+               hr == E_XVCR_ARQUIVO_TEXTO_QUANTIDADE_CARACTERES_INVALIDA;
+    }
     void Varre(const SOperacao& rOperacao);
     void VarreComFalha(const SOperacao& rOperacao, SFalhaArquivo falha);
 
@@ -98,7 +104,9 @@ void FalhasGravacao::VarreComFalha(const SOperacao& rOperacao, SFalhaArquivo fal
         if (falha.bPermanente && sEstado.starts_with(k_pszRecusado)) continue;
         ASSERT_TRUE(sEstado == m_sAntes || sEstado == m_sDepois) << std::hex << hr << "\n"
                                                                  << ::testing::PrintToString(sEstado);
-        ASSERT_EQ(rOperacao.fnExecuta(), S_OK) << "the next valid operation works";
+        const HRESULT hrProxima = rOperacao.fnExecuta();
+        ASSERT_TRUE(hrProxima == S_OK || (falha.bPermanente && EhRecusaDeResto(hrProxima)))
+            << "the next valid operation works " << std::hex << hrProxima;
         ASSERT_EQ(m_Arquivos.GetQuantidadeAberta(), 0U);
     }
 }
