@@ -13,10 +13,20 @@ bool Contem(std::string_view sTexto, std::string_view sTrecho) {
     return sTexto.find(sTrecho) != std::string_view::npos;
 }
 
-// Whether sTexto contains any piece of a list separated by ';', ',' or blank; empty pieces match nothing.
+// Where the first piece of a list separated by ';', ',' or blank ends. The blank inside the name of a
+// template's function ("CXVFile<struct REG_X") separates nothing.
+std::size_t FimPrimeiroTrecho(std::string_view sLista) {
+    constexpr std::string_view k_sSeparadores = ";, ";
+    std::size_t uiFim = sLista.find_first_of(k_sSeparadores);
+    while (uiFim < sLista.size() && sLista[uiFim] == ' ' && sLista.substr(0, uiFim).ends_with("<struct"))
+        uiFim = sLista.find_first_of(k_sSeparadores, uiFim + 1);
+    return std::min(uiFim, sLista.size());
+}
+
+// Whether sTexto contains any piece of the list; empty pieces match nothing.
 bool ContemAlgum(std::string_view sTexto, std::string_view sLista) {
     while (!sLista.empty()) {
-        const std::size_t uiFim = std::min(sLista.find_first_of(";, "), sLista.size());
+        const std::size_t uiFim = FimPrimeiroTrecho(sLista);
         const std::string_view sTrecho = sLista.substr(0, uiFim);
         if (!sTrecho.empty() && Contem(sTexto, sTrecho)) return true;
         sLista.remove_prefix(std::min(uiFim + 1, sLista.size()));

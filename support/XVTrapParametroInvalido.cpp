@@ -1,5 +1,7 @@
 #include "support/XVTrapParametroInvalido.h"
 
+#include <utility>
+
 #include "platform/XVAmbienteSO.h"
 #include "platform/XVBibliotecaDinamica.h"
 #include "support/XVCodigos.h"
@@ -34,25 +36,39 @@ void ChamaTratamento(const SMetodoTrap& rMetodo, HRESULT hr, const std::string& 
            rMetodo.iLinha, 1, 0, XVAmbienteSO::GetCaminhoExecutavel().c_str(), sTexto.c_str());
 }
 
-[[noreturn]] void Dispara(HRESULT hr, const SParametroInvalido& rParametro) {
-    if (g_pTrapAtual != nullptr) {
-        const SMetodoTrap& rMetodo = g_pTrapAtual->GetMetodo();
-        const std::string sTexto = Texto(rParametro);
-        ChamaTratamento(rMetodo, hr, sTexto);
-        XVProfiler::RecordError(rMetodo.pDono, rMetodo.pszFuncao, rMetodo.pszFonte, rMetodo.iLinha, "%s",
-                                sTexto.c_str());
+void RegistraETrata(const SMetodoTrap& rMetodo, HRESULT hr, const SParametroInvalido& rParametro) {
+    const std::string sTexto = Texto(rParametro);
+    XVProfiler::RecordError(rMetodo.pDono, rMetodo.pszFuncao, rMetodo.pszFonte, rMetodo.iLinha, "%s",
+                            sTexto.c_str());
+    ChamaTratamento(rMetodo, hr, sTexto);
+}
+
+std::string ComoUtf8(const wchar_t* psz) {
+    return XVTextoDeLargo(psz);
+}
+std::string ComoUtf8(const char* psz) {
+    return psz != nullptr ? psz : "";
+}
+
+// Whatever the treatment does, the method ends with hr. The trap is disarmed meanwhile: a parameter that
+// the treatment itself passes wrongly ends the treatment instead of starting another.
+template <class TCaractere>
+[[noreturn]] void Dispara(HRESULT hr, const TCaractere* pszExpressao, const TCaractere* pszFuncao,
+                          const TCaractere* pszArquivo, unsigned uiLinha) {
+    if (XVTrapParametroInvalido* const pTrap = std::exchange(g_pTrapAtual, nullptr)) {
+        try {
+            RegistraETrata(pTrap->GetMetodo(), hr,
+                           {ComoUtf8(pszExpressao), ComoUtf8(pszFuncao), ComoUtf8(pszArquivo), uiLinha});
+        } catch (...) {  // the method's result is not the treatment's
+        }
+        g_pTrapAtual = pTrap;
     }
     throw static_cast<long>(hr);
 }
 
 void TrataRuntime(int iErrno, const wchar_t* pszExpressao, const wchar_t* pszFuncao,
                   const wchar_t* pszArquivo, unsigned uiLinha) {
-    Dispara(XVHResultDeErrno(iErrno),
-            {XVTextoDeLargo(pszExpressao), XVTextoDeLargo(pszFuncao), XVTextoDeLargo(pszArquivo), uiLinha});
-}
-
-std::string OuVazio(const char* psz) {
-    return psz != nullptr ? psz : "";
+    Dispara(XVHResultDeErrno(iErrno), pszExpressao, pszFuncao, pszArquivo, uiLinha);
 }
 
 }  // namespace
@@ -68,12 +84,10 @@ XVTrapParametroInvalido::~XVTrapParametroInvalido() {
 
 void XVParametroInvalido(const wchar_t* pszExpressao, const wchar_t* pszFuncao, const wchar_t* pszArquivo,
                          unsigned uiLinha) {
-    Dispara(XVHResultDoErrnoAtual(),
-            {XVTextoDeLargo(pszExpressao), XVTextoDeLargo(pszFuncao), XVTextoDeLargo(pszArquivo), uiLinha});
+    Dispara(XVHResultDoErrnoAtual(), pszExpressao, pszFuncao, pszArquivo, uiLinha);
 }
 
 void XVParametroInvalido(const char* pszExpressao, const char* pszFuncao, const char* pszArquivo,
                          unsigned uiLinha) {
-    Dispara(XVHResultDoErrnoAtual(),
-            {OuVazio(pszExpressao), OuVazio(pszFuncao), OuVazio(pszArquivo), uiLinha});
+    Dispara(XVHResultDoErrnoAtual(), pszExpressao, pszFuncao, pszArquivo, uiLinha);
 }

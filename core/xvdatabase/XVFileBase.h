@@ -66,6 +66,7 @@ class CXVFileBase : public IXVFileBase {
     bool GerenciarCabecalho() const;
     // The header that the file would have after a write that leaves uiTamanhoDados bytes of payload: the next
     // state of the one it has, or a new one.
+    // After ConfereCabecalho has succeeded.
     void ProximoCabecalho(REG_XVCABECALHO* pReg, XVUInt64 uiTamanhoDados);
 
     // Codes after which the file must not be tried again.

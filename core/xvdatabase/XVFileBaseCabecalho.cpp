@@ -42,7 +42,7 @@ XVUInt64 CXVFileBase::GetSeekCabecalho() {
 }
 
 void CXVFileBase::ProximoCabecalho(REG_XVCABECALHO* pReg, XVUInt64 uiTamanhoDados) {
-    if (GetSeekCabecalho() == 0 || FAILED(ConfereCabecalho())) {
+    if (GetSeekCabecalho() == 0) {
         XVCabecalho::Gera(*pReg, m_sNomeArquivo, *this, k_usVersaoArquivoInicial, uiTamanhoDados);
         return;
     }

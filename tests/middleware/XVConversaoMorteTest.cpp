@@ -14,7 +14,6 @@ class CXVConversaoMorteTest : public CXVCenarioConversao, public testing::WithPa
         EXPECT_EQ(Converte(), S_OK);
         m_fim = RetratoSemLogs();
     }
-    // The retries of an operation that failed once run out of nothing here: the clock does not really sleep.
     void ConfereFim(const std::string& sQuando) {
         ConfereSemRestos();
         EXPECT_EQ(m_Arquivos.Diferenca(m_fim, RetratoSemLogs()), "") << sQuando;
@@ -24,7 +23,7 @@ class CXVConversaoMorteTest : public CXVCenarioConversao, public testing::WithPa
 };
 
 TEST_P(CXVConversaoMorteTest, KilledAtEveryFileOperation) {
-    CXVSistemaArquivosMorte morte(m_Arquivos, CXVSistemaArquivosMorte::EContagem::eAlteracoes);
+    CXVSistemaArquivosMorte morte(m_Arquivos);
     const CXVGuardaSistemaArquivos guarda(morte);
     XVUInt64 uiOperacao = 1;
     for (bool bMorreu = true; bMorreu && !HasFailure(); ++uiOperacao) {

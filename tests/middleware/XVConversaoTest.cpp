@@ -86,7 +86,7 @@ TEST_F(CXVConversaoCasosTest, LaterVersionDamagedVersionAndVanishedVersionChange
     std::string sErrado = sVersao;
     sErrado[130] = 'x';
     EXPECT_EQ(recusa(sErrado), E_XVCR_CRC_CABECALHO_NAO_CONFERE);
-    EXPECT_EQ(recusa(sVersao.substr(0, 250)), E_XVCR_TAMANHO_ARQUIVO_NAO_CONFERE);
+    EXPECT_EQ(recusa(sVersao.substr(0, 250)), E_XVCR_ARQUIVO_SINGLE_REG_NAO_TEM_TAMANHO_ESTRUTURA);
     EXPECT_EQ(recusa(CXVBytes().U16(4).Zeros(13)), E_XVCR_ARQUIVO_SINGLE_REG_NAO_TEM_TAMANHO_ESTRUTURA);
     EXPECT_EQ(recusa(""), E_XVCR_ARQUIVO_SINGLE_REG_NAO_TEM_TAMANHO_ESTRUTURA);
     ASSERT_FALSE(m_Captura.GetFalhas().empty());

@@ -84,7 +84,10 @@ std::string XVExecutaRoteiro(const std::string& sDiretorio) {
     CXVRelogioFalso relogio;
     const CXVGuardaRegistro guardaRegistro(registro);
     const CXVGuardaRelogio guardaRelogio(relogio);
-    if (!Executa(relogio)) return {};
+    {
+        const CXVCapturaTrace captura;  // the error log names the process
+        if (!Executa(relogio)) return {};
+    }
     std::vector<std::string> linhas;
     const std::u8string sPasta(sDiretorio.begin(), sDiretorio.end());
     for (const auto& entrada : std::filesystem::directory_iterator(std::filesystem::path(sPasta) / "MATRIZ" / "DF")) {

@@ -139,6 +139,13 @@ TEST(Filtro, MotorDeArquivosESilenciosoAteSerPedido) {
     EXPECT_TRUE(passa("CXVFile<struct REG_X>::Grava"));
     EXPECT_FALSE(passa("CXVFile<struct REG_X>::Le"));
     EXPECT_TRUE(passa("CBaseMiddleware::LeIntegracao"));
+    // The blank of a template's name is part of the piece.
+    configuracao.sXVDataBase = "CXVFile<struct REG_CR_INDEX CXVTextFile";
+    EXPECT_TRUE(passa("CXVFile<struct REG_CR_INDEX_INTEGRACAO_V1>::Le"));
+    EXPECT_FALSE(passa("CXVFile<struct REG_CR_CHAVE_V1>::Le"));
+    EXPECT_TRUE(passa("CXVTextFile::Le"));
+    configuracao.sXVDataBase = "CXVFile<struct ";
+    EXPECT_FALSE(passa("CXVFile<struct_>::Le"));
     configuracao.sXVDataBase.clear();
     configuracao.bLogaTudoXVDataBase = true;
     EXPECT_TRUE(passa("CXVTextFile::Le"));

@@ -1,9 +1,10 @@
-// The row of the exception table that exists on Windows only.
+// What exists on Windows only: the exception of the COM support, and errno with the numbers of the table.
 #include <windows.h>
 
 #include <comdef.h>
 #include <gtest/gtest.h>
 
+#include "support/XVErrno.h"
 #include "support/XVExcecoes.h"
 
 TEST(Excecoes, ErroDoSuporteACom) {
@@ -14,4 +15,8 @@ TEST(Excecoes, ErroDoSuporteACom) {
         hr = XVTranslateThrownExceptionToHresult();
     }
     EXPECT_EQ(hr, static_cast<HRESULT>(0x800706BAL));
+}
+
+TEST(Errno, NomesDesteRuntimeTemOsNumerosDaTabela) {
+    for (int i = -1; i <= 150; ++i) EXPECT_EQ(XVHResultDeErrno(i), XVHResultDeErrnoWindows(i)) << i;
 }

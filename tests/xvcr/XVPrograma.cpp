@@ -4,8 +4,10 @@
 
 #include "tests/apoio/XVProcessoFilho.h"
 
-SExecucao XVPrograma::Xvcr(const std::vector<std::string>& listaArgumentos, const std::string& sEntrada) const {
-    std::vector<std::string> listaTudo{"--diretorio", m_Diretorio.GetCaminho(), "--empresa", "001", "--usuario", "7"};
+SExecucao XVPrograma::Xvcr(const std::vector<std::string>& listaArgumentos,
+                           const std::string& sEntrada) const {
+    std::vector<std::string> listaTudo{
+        "--diretorio", m_Diretorio.GetCaminho(), "--empresa", "001", "--usuario", "7"};
     listaTudo.insert(listaTudo.end(), listaArgumentos.begin(), listaArgumentos.end());
     return XVExecuta(XVProgramaVizinho("xvcr"), listaTudo, sEntrada);
 }
@@ -27,6 +29,7 @@ std::string XVPrograma::Grava(std::vector<std::string> listaOpcoes) const {
 std::vector<nlohmann::json> XVLinhasJson(const std::string& sTexto) {
     std::vector<nlohmann::json> listaLinhas;
     std::istringstream fluxo(sTexto);
-    for (std::string sLinha; std::getline(fluxo, sLinha);) listaLinhas.push_back(nlohmann::json::parse(sLinha));
+    for (std::string sLinha; std::getline(fluxo, sLinha);)
+        listaLinhas.push_back(nlohmann::json::parse(sLinha));
     return listaLinhas;
 }

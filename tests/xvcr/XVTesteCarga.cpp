@@ -31,7 +31,8 @@ class COperacoesFalsas : public IXVOperacoes {
     MOCK_METHOD(HRESULT, BuscaChaveRegistro, (const SChaveRegistro&, SChaveRegistro*), (override));
     MOCK_METHOD(HRESULT, GravaDataHora, (const SDataHoraIntegracao&), (override));
     MOCK_METHOD(HRESULT, BuscaDataHora, (const SDataHoraIntegracao&, SDataHoraIntegracao*), (override));
-    MOCK_METHOD(HRESULT, BuscaDadosSistemaTerceiro, (const SConsultaTerceiro&, SRespostaConsulta*), (override));
+    MOCK_METHOD(HRESULT, BuscaDadosSistemaTerceiro, (const SConsultaTerceiro&, SRespostaConsulta*),
+                (override));
 };
 
 const REG_XVDMC k_regDmc = REG_XVDMC::Cria(1, 15, REG_XVDMA::Cria(2026, 11, 21));
@@ -43,7 +44,8 @@ class Carga : public testing::Test {
 };
 
 TEST_F(Carga, LinhaSemDmcIncluiELinhaComDmcAltera) {
-    EXPECT_CALL(m_Operacoes, GravaIntegracao(testing::Pointee(REG_XVDMC{}), Field(&SIntegracao::ulPonteiroFilial, 3U)))
+    EXPECT_CALL(m_Operacoes,
+                GravaIntegracao(testing::Pointee(REG_XVDMC{}), Field(&SIntegracao::ulPonteiroFilial, 3U)))
         .WillOnce(DoAll(SetArgPointee<0>(k_regDmc), Return(S_OK)));
     SResultadoLinha resultado = m_Carga.Executa(R"({"ulPonteiroFilial":3})");
     EXPECT_EQ(resultado.sErro, "");
@@ -56,9 +58,9 @@ TEST_F(Carga, LinhaSemDmcIncluiELinhaComDmcAltera) {
 }
 
 TEST_F(Carga, OperacaoStatusGravaSoOStatus) {
-    EXPECT_CALL(m_Operacoes,
-                GravaStatusIntegracao(testing::AllOf(Field(&SStatusIntegracao::uiChaveIntegracaoSistemaTerceiro, 9U),
-                                                     Field(&SStatusIntegracao::sMensagemIntegracao, "ok"))))
+    EXPECT_CALL(m_Operacoes, GravaStatusIntegracao(testing::AllOf(
+                                 Field(&SStatusIntegracao::uiChaveIntegracaoSistemaTerceiro, 9U),
+                                 Field(&SStatusIntegracao::sMensagemIntegracao, "ok"))))
         .WillOnce(Return(S_OK));
     const SResultadoLinha resultado = m_Carga.Executa(
         R"({"operacao":"status","uiChaveIntegracaoSistemaTerceiro":9,"eSistemaIntegracao":16,)"

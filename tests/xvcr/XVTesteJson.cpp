@@ -9,7 +9,8 @@ SErroCampo Le(const std::string& sLinha, SIntegracao* pDados) {
     std::vector<SMembroJson> listaMembros;
     const std::string sErro = XVSeparaMembros(sLinha, &listaMembros);
     if (!sErro.empty()) return {"", sErro};
-    return XVRegistroJson::DeMembros(listaMembros, [](const SMembroJson&) { return false; }, pDados);
+    return XVRegistroJson::DeMembros(
+        listaMembros, [](const SMembroJson&) { return false; }, pDados);
 }
 
 std::string CampoErrado(const std::string& sLinha) {
@@ -89,15 +90,17 @@ TEST(RegistroJson, DizOCampoErrado) {
     EXPECT_EQ(CampoErrado(R"({"regDmc":"20260231-1-1"})"), "regDmc");
     EXPECT_EQ(CampoErrado(R"({"sDmc":"20261121-1-1","regDmc":"20261121-2-1"})"), "regDmc");
     EXPECT_EQ(CampoErrado(R"({"sDmc":"20261121-1-1","regDmc":"20261121-1-1"})"), "nenhum");
-    EXPECT_EQ(CampoErrado(R"({"regRegistroJSON":"a","regRegistroJSON_base64":"Zg=="})"), "regRegistroJSON_base64");
-    EXPECT_EQ(CampoErrado(R"({"cReconsultarIdTerceiros":true,"regDmc":null,"regMensagemIntegracao":null})"), "nenhum");
+    EXPECT_EQ(CampoErrado(R"({"regRegistroJSON":"a","regRegistroJSON_base64":"Zg=="})"),
+              "regRegistroJSON_base64");
+    EXPECT_EQ(CampoErrado(R"({"cReconsultarIdTerceiros":true,"regDmc":null,"regMensagemIntegracao":null})"),
+              "nenhum");
 }
 
 TEST(LinhaJson, RecusaOQueNaoEUmObjeto) {
     std::vector<SMembroJson> listaMembros;
     for (const char* pszLinha :
-         {"", "[1]", "12", "{", "{\"a\":1", "{\"a\":1}}", "{\"a\":}", "{'a':1}", "{\"a\":1,}", "{\"a\":\"\xff\"}",
-          "{\"a\":1e999}", "{\"a\":1}{\"b\":2}", "{\"a\":1,\"\\u0061\":2}"})
+         {"", "[1]", "12", "{", "{\"a\":1", "{\"a\":1}}", "{\"a\":}", "{'a':1}", "{\"a\":1,}",
+          "{\"a\":\"\xff\"}", "{\"a\":1e999}", "{\"a\":1}{\"b\":2}", "{\"a\":1,\"\\u0061\":2}"})
         EXPECT_NE(XVSeparaMembros(pszLinha, &listaMembros), "") << pszLinha;
     EXPECT_EQ(XVSeparaMembros("\xEF\xBB\xBF{ }", &listaMembros), "");
     EXPECT_TRUE(listaMembros.empty());

@@ -30,18 +30,22 @@ TEST_F(ProgramaBase, LeituraEnquantoOutroProcessoGrava) {
     EXPECT_EQ(operacoes.Finaliza(), S_OK);
 }
 
-TEST_F(ProgramaBase, LeituraNaoCriaNada) {
-    const SExecucao execucao = Xvcr({"--leitura", "busca", "--conta"});
-    EXPECT_FALSE(m_Diretorio.LeConteudo("001/DF/CRINDEXINTEG.dat").has_value());
-    EXPECT_FALSE(m_Diretorio.LeConteudo("001/DF/CRMIDDLEWAREVS.dat").has_value());
-    EXPECT_EQ(execucao.iSaida, 0) << execucao.sErro;
+TEST_F(ProgramaBase, BaseQueNaoHaNaoECriadaPorQuemSoOlha) {
+    for (const std::vector<std::string>& rComando :
+         {std::vector<std::string>{"--leitura", "busca"}, {"versao"}, {"converte", "--simula"}}) {
+        const SExecucao execucao = Xvcr(rComando);
+        EXPECT_EQ(execucao.iSaida, 1);
+        EXPECT_THAT(execucao.sErro, HasSubstr("0x80043EBF eBadPath"));
+        EXPECT_FALSE(std::filesystem::exists(m_Diretorio.Junta("001")));
+    }
 }
 
 TEST_F(ProgramaBase, VersaoEConversao) {
+    std::filesystem::create_directories(m_Diretorio.Junta("001/DF"));
     EXPECT_EQ(Json({"versao"}).at(0)["versao"], 0);
-    EXPECT_FALSE(m_Diretorio.LeConteudo("001/DF/CRMIDDLEWAREVS.dat").has_value()) << "asking changes nothing";
     const nlohmann::json simulada = Json({"converte", "--simula"}).back();
     EXPECT_EQ(simulada["versao"], 0);
+    EXPECT_FALSE(m_Diretorio.LeConteudo("001/DF/CRMIDDLEWAREVS.dat").has_value()) << "asking changes nothing";
     Grava({"--status", "Pendente"});
     const nlohmann::json atual = Json({"versao"}).at(0);
     EXPECT_EQ(atual["versao"], 5);
@@ -78,8 +82,8 @@ TEST_F(ProgramaBase, SistemaSemProvedorNaoGravaNada) {
     const SExecucao execucao =
         Xvcr({"consulta", "--tipo-consulta", "ConsultaPagamentoExtrato", "--chave-consulta", "[]"});
     EXPECT_NE(execucao.iSaida, 2) << execucao.sErro;
-    const SExecucao pendencia = Xvcr({"pendencia", "--origem", "20261121-7-2", "--sistema", "Mercos", "--tipo",
-                                      "CadastroProduto", "--transacao", "Inclusao"});
+    const SExecucao pendencia = Xvcr({"pendencia", "--origem", "20261121-7-2", "--sistema", "Mercos",
+                                      "--tipo", "CadastroProduto", "--transacao", "Inclusao"});
     EXPECT_EQ(pendencia.iSaida, 1);
     EXPECT_THAT(pendencia.sErro, HasSubstr("0x80004001 E_NOTIMPL"));
     EXPECT_EQ(Xvcr({"busca", "--conta"}).sSaida, "0\n");

@@ -15,17 +15,18 @@ class ProgramaBusca : public XVPrograma {
     std::vector<std::string> Dmcs(std::vector<std::string> listaFiltro) const {
         listaFiltro.insert(listaFiltro.begin(), "busca");
         std::vector<std::string> listaDmcs;
-        for (const nlohmann::json& rLinha : Json(std::move(listaFiltro))) listaDmcs.push_back(rLinha.value("sDmc", ""));
+        for (const nlohmann::json& rLinha : Json(std::move(listaFiltro)))
+            listaDmcs.push_back(rLinha.value("sDmc", ""));
         return listaDmcs;
     }
 };
 
 TEST_F(ProgramaBusca, CadaCampoDoFiltroRestringe) {
-    const std::string sUm = Grava({"--tipo", "BuscaPedidos", "--sistema", "Mercos", "--status", "Pendente", "--transacao",
-                                   "Inclusao", "--inclusao", "2026-11-01T10:00:00Z"});
-    const std::string sDois = Grava({"--tipo", "CadastroProduto", "--sistema", "OfficialBank", "--status", "Sucesso",
-                                     "--transacao", "Alteracao", "--chave", "500", "--inclusao", "2026-11-02T09:00:00Z",
-                                     "--alteracao-status", "2026-11-05T08:00:00Z"});
+    const std::string sUm = Grava({"--tipo", "BuscaPedidos", "--sistema", "Mercos", "--status", "Pendente",
+                                   "--transacao", "Inclusao", "--inclusao", "2026-11-01T10:00:00Z"});
+    const std::string sDois = Grava({"--tipo", "CadastroProduto", "--sistema", "OfficialBank", "--status",
+                                     "Sucesso", "--transacao", "Alteracao", "--chave", "500", "--inclusao",
+                                     "2026-11-02T09:00:00Z", "--alteracao-status", "2026-11-05T08:00:00Z"});
     EXPECT_THAT(Dmcs({}), ElementsAre(sUm, sDois));
     EXPECT_THAT(Dmcs({"--tipo", "BuscaPedidos"}), ElementsAre(sUm));
     EXPECT_THAT(Dmcs({"--status", "3"}), ElementsAre(sDois));
@@ -37,13 +38,16 @@ TEST_F(ProgramaBusca, CadaCampoDoFiltroRestringe) {
     EXPECT_THAT(Dmcs({"--chave-inicial", "1", "--chave-final", "499"}), ElementsAre());
     EXPECT_THAT(Dmcs({"--inclusao-de", "2026-11-02"}), ElementsAre(sDois));
     EXPECT_THAT(Dmcs({"--inclusao-ate", "2026-11-01"}), ElementsAre(sUm));
-    EXPECT_THAT(Dmcs({"--inclusao-de", "2026-11-01T10:00"}), ElementsAre(sUm)) << "the time of day counts by itself";
+    EXPECT_THAT(Dmcs({"--inclusao-de", "2026-11-01T10:00"}), ElementsAre(sUm))
+        << "the time of day counts by itself";
     EXPECT_THAT(Dmcs({"--alteracao-de", "2026-11-05", "--alteracao-ate", "2026-11-05"}), ElementsAre(sDois));
 }
 
 TEST_F(ProgramaBusca, FormasDoResultado) {
-    const std::string sUm = Grava({"--tipo", "BuscaPedidos", "--sistema", "Mercos", "--json-enviado", "{\"p\":1}"});
-    const std::string sDois = Grava({"--tipo", "BuscaPedidos", "--sistema", "Mercos", "--json-enviado", "{\"p\":2}"});
+    const std::string sUm =
+        Grava({"--tipo", "BuscaPedidos", "--sistema", "Mercos", "--json-enviado", "{\"p\":1}"});
+    const std::string sDois =
+        Grava({"--tipo", "BuscaPedidos", "--sistema", "Mercos", "--json-enviado", "{\"p\":2}"});
     const SExecucao tabela = Xvcr({"busca"});
     EXPECT_THAT(tabela.sSaida, HasSubstr("Inclusão"));
     EXPECT_THAT(tabela.sSaida, HasSubstr("2 integrações\n"));
@@ -60,8 +64,8 @@ TEST_F(ProgramaBusca, FormasDoResultado) {
 }
 
 TEST_F(ProgramaBusca, MapaDeChaves) {
-    const std::vector<std::string> listaNome{"--registro", "20261121-7-2", "--tipo", "CadastroProduto", "--sistema",
-                                             "Mercos"};
+    const std::vector<std::string> listaNome{"--registro",      "20261121-7-2", "--tipo",
+                                             "CadastroProduto", "--sistema",    "Mercos"};
     const auto mapa = [&](const char* pszComando, std::vector<std::string> listaMais) {
         std::vector<std::string> lista{"mapa", pszComando};
         lista.insert(lista.end(), listaNome.begin(), listaNome.end());
@@ -83,8 +87,8 @@ TEST_F(ProgramaBusca, MapaDeChaves) {
 }
 
 TEST_F(ProgramaBusca, DatasHorasPorSistemaTipoEData) {
-    const std::vector<std::string> listaNome{"--tipo", "BuscaPedidos", "--sistema", "Mercos", "--tipo-data",
-                                             "DataUltimaBusca"};
+    const std::vector<std::string> listaNome{"--tipo", "BuscaPedidos", "--sistema",
+                                             "Mercos", "--tipo-data",  "DataUltimaBusca"};
     std::vector<std::string> listaBusca{"datahora", "busca"};
     listaBusca.insert(listaBusca.end(), listaNome.begin(), listaNome.end());
     EXPECT_TRUE(Json(listaBusca).empty());

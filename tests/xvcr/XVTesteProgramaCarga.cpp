@@ -44,8 +44,8 @@ TEST_F(ProgramaCarga, ContinuaDepoisDoErro) {
 }
 
 TEST_F(ProgramaCarga, LinhasLongasTortasEDaBase) {
-    const std::string sEntrada = "{\"regRegistroJSON\":\"" + std::string(2000, 'x') + "\"}\n{\"a\":\xff}\n{\"sDmc\":\"" +
-                                 "20200101-9-1\"}\n{}";
+    const std::string sEntrada = "{\"regRegistroJSON\":\"" + std::string(2000, 'x') +
+                                 "\"}\n{\"a\":\xff}\n{\"sDmc\":\"" + "20200101-9-1\"}\n{}";
     const SExecucao execucao = Xvcr({"carrega", "-", "--continua", "--linha-maxima", "1000"}, sEntrada);
     EXPECT_EQ(execucao.iSaida, 1);
     EXPECT_THAT(execucao.sErro, HasSubstr("linha 1: mais de 1000 bytes"));
@@ -57,8 +57,8 @@ TEST_F(ProgramaCarga, LinhasLongasTortasEDaBase) {
 }
 
 TEST_F(ProgramaCarga, OQueSeLeSeCarregaDeNovo) {
-    const std::string sDmc = Grava({"--tipo", "BuscaPedidos", "--sistema", "Mercos", "--json-enviado", "{\"ç\":1}",
-                                    "--mensagem", "é", "--filial", "2"});
+    const std::string sDmc = Grava({"--tipo", "BuscaPedidos", "--sistema", "Mercos", "--status", "Pendente",
+                                    "--json-enviado", "{\"ç\":1}", "--mensagem", "é", "--filial", "2"});
     const SExecucao lida = Xvcr({"--json", "le", sDmc, "--todos"});
     const std::vector<nlohmann::json> gravadas = Json({"carrega", "-"}, lida.sSaida);
     EXPECT_EQ(gravadas.at(0)["sDmc"], sDmc) << "a line with a DMC updates";
@@ -67,7 +67,8 @@ TEST_F(ProgramaCarga, OQueSeLeSeCarregaDeNovo) {
 }
 
 TEST_F(ProgramaCarga, ExemplosCarregamInteiros) {
-    const std::vector<nlohmann::json> linhas = Json({"carrega", std::string(XV_EXEMPLOS) + "/integracoes.jsonl"});
+    const std::vector<nlohmann::json> linhas =
+        Json({"carrega", std::string(XV_EXEMPLOS) + "/integracoes.jsonl"});
     ASSERT_FALSE(linhas.empty());
     EXPECT_EQ(linhas.back()["erros"], 0);
     std::map<std::string, int> mapStatus;

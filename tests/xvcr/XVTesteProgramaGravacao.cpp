@@ -49,9 +49,9 @@ TEST_F(ProgramaGravacao, TextosPelaEntradaPadraoEArrobaLiteral) {
 }
 
 TEST_F(ProgramaGravacao, AlteracaoMantemOQueNaoFoiDado) {
-    const std::string sDmc = Grava({"--tipo", "BuscaPedidos", "--sistema", "mercos", "--status", "Pendente", "--filial",
-                                    "3", "--json-enviado", "{}", "--json-retorno", "[]", "--inclusao",
-                                    "2026-11-01T10:00:00Z"});
+    const std::string sDmc =
+        Grava({"--tipo", "BuscaPedidos", "--sistema", "mercos", "--status", "Pendente", "--filial", "3",
+               "--json-enviado", "{}", "--json-retorno", "[]", "--inclusao", "2026-11-01T10:00:00Z"});
     EXPECT_EQ(Xvcr({"grava", "--dmc", sDmc, "--status", "Sucesso", "--chave", "9001"}).sSaida, sDmc + "\n");
     nlohmann::json json = Json({"le", sDmc, "--todos"}).at(0);
     EXPECT_EQ(json["eStatusIntegracao"], "eXVSMiddleware_Sucesso");
@@ -70,12 +70,14 @@ TEST_F(ProgramaGravacao, AlteracaoMantemOQueNaoFoiDado) {
 }
 
 TEST_F(ProgramaGravacao, StatusPorDmcEPorChave) {
-    const std::string sDmc =
-        Grava({"--sistema", "OfficialBank", "--status", "Enviado", "--chave", "55", "--tipo", "CadastroProduto"});
+    const std::string sDmc = Grava(
+        {"--sistema", "OfficialBank", "--status", "Enviado", "--chave", "55", "--tipo", "CadastroProduto"});
     EXPECT_EQ(Xvcr({"status", "--dmc", sDmc, "--status", "Erro", "--mensagem", "CNPJ inválido"}).iSaida, 0);
     EXPECT_EQ(Json({"le", sDmc, "--mensagem"}).at(0)["regMensagemIntegracao"], "CNPJ inválido");
     EXPECT_EQ(
-        Xvcr({"status", "--chave", "55", "--sistema", "8", "--status", "Cancelado", "--json-retorno", "{}"}).iSaida, 0);
+        Xvcr({"status", "--chave", "55", "--sistema", "8", "--status", "Cancelado", "--json-retorno", "{}"})
+            .iSaida,
+        0);
     const nlohmann::json json = Json({"le", sDmc, "--todos"}).at(0);
     EXPECT_EQ(json["eStatusIntegracao"], "eXVSMiddleware_Cancelado");
     EXPECT_EQ(json["ulPonteiroUsuarioCancelamento"], 7);
@@ -94,7 +96,8 @@ TEST_F(ProgramaGravacao, FalhaDaBaseTrazCodigoNomeEExplicacao) {
     const SExecucao ausente = Xvcr({"status", "--chave", "404", "--sistema", "Mercos", "--status", "Erro"});
     EXPECT_EQ(ausente.iSaida, 1);
     EXPECT_THAT(ausente.sErro, StartsWith("xvcr: 0x81080AAA E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA: "));
-    EXPECT_EQ(Json({"le", sDmc}).at(0)["eStatusIntegracao"], "eXVSMiddleware_Pendente") << "nothing was changed";
+    EXPECT_EQ(Json({"le", sDmc}).at(0)["eStatusIntegracao"], "eXVSMiddleware_Pendente")
+        << "nothing was changed";
 
     const std::vector<nlohmann::json> lista = Json({"registro", "--codigo", "0x81080C67"});
     ASSERT_FALSE(lista.empty());

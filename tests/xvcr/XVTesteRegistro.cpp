@@ -10,9 +10,11 @@
 namespace {
 
 // Not all of the columns that the logs have, and not in their order: the names decide.
-const std::string k_sCabecalho = "Data\tHora\tTipo\tEmpresa\tUsuario\tSessao\tClasseFuncao\tArquivo\tLinha\tLog\tParameter1";
+const std::string k_sCabecalho =
+    "Data\tHora\tTipo\tEmpresa\tUsuario\tSessao\tClasseFuncao\tArquivo\tLinha\tLog\tParameter1";
 const std::string k_sErro =
-    "21/11/2026\t13:05:09\tERRO\tE001\tU007\tS00000042\tCBaseMiddleware::LeIntegracao\tArquivo = BaseMiddleware\t"
+    "21/11/2026\t13:05:09\tERRO\tE001\tU007\tS00000042\tCBaseMiddleware::LeIntegracao\tArquivo = "
+    "BaseMiddleware\t"
     "Linha = 120\tLog = hr = m_Index.LeIndex(a, &b)\thr = 0X81080AAA Não há";
 
 SLinhaRegistro Le(const std::string& sLinha) {
@@ -40,7 +42,8 @@ TEST(LinhaRegistro, LinhaEstranhaOuCortadaNaoDerruba) {
     SLinhaRegistro registro;
     for (const char* pszLinha : {"", "x", "\t\t\t", "21-11-2026\t13:05:09", "21/11/2026\t13:05"})
         EXPECT_FALSE(cabecalho.Le(pszLinha, &registro)) << pszLinha;
-    for (std::size_t i = 20; i < k_sErro.size(); ++i) EXPECT_TRUE(cabecalho.Le(k_sErro.substr(0, i), &registro));
+    for (std::size_t i = 20; i < k_sErro.size(); ++i)
+        EXPECT_TRUE(cabecalho.Le(k_sErro.substr(0, i), &registro));
     EXPECT_EQ(Le("21/11/2026\t13:05:09\tERRO\t\t\t\tf\t\t\tErro ao deletar arquivo x DW: 32.").sMensagem,
               "Erro ao deletar arquivo x DW: 32.");
 }
@@ -55,8 +58,10 @@ TEST(FiltroRegistro, CadaMembroRestringe) {
     EXPECT_TRUE(aceita([](SFiltroRegistro&) {}));
     EXPECT_TRUE(aceita([](SFiltroRegistro& f) { f.sFuncao = "leintegracao"; }));
     EXPECT_FALSE(aceita([](SFiltroRegistro& f) { f.sFuncao = "Grava"; }));
-    EXPECT_TRUE(aceita([](SFiltroRegistro& f) { EXPECT_EQ(SFiltroRegistro::LeCodigo("0x81080aaa", &f.sCodigo), ""); }));
-    EXPECT_FALSE(aceita([](SFiltroRegistro& f) { EXPECT_EQ(SFiltroRegistro::LeCodigo("5", &f.sCodigo), ""); }));
+    EXPECT_TRUE(aceita(
+        [](SFiltroRegistro& f) { EXPECT_EQ(SFiltroRegistro::LeCodigo("0x81080aaa", &f.sCodigo), ""); }));
+    EXPECT_FALSE(
+        aceita([](SFiltroRegistro& f) { EXPECT_EQ(SFiltroRegistro::LeCodigo("5", &f.sCodigo), ""); }));
     EXPECT_TRUE(aceita([](SFiltroRegistro& f) {
         EXPECT_EQ(SFiltroRegistro::LeCodigo("e_xvcr_posicao_de_indexacao_invalida", &f.sCodigo), "");
     }));
@@ -92,7 +97,8 @@ TEST(LeitoresRegistro, MesesEmOrdemEOQueChegaDepois) {
     EXPECT_EQ(listaMomentos, (std::vector<std::string>{"2026-10-20T01:02:03", "2026-11-21T13:05:09"}));
 
     listaMomentos.clear();
-    std::ofstream(diretorio.Junta("XVProfilerErros_Base_202611.log"), std::ios::app | std::ios::binary) << "\n";
+    std::ofstream(diretorio.Junta("XVProfilerErros_Base_202611.log"), std::ios::app | std::ios::binary)
+        << "\n";
     diretorio.CriaArquivo("XVProfilerErros_Base_202612.log",
                           k_sCabecalho + "\n01/12/2026\t00:00:00\tERRO\tE001\n");
     leitores.LeNovos(recebe);

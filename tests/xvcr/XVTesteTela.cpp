@@ -12,8 +12,8 @@ TEST(TextoTela, ReconheceUtf8) {
     for (const char* pszTexto : {"", "ação", "日本", "\xF0\x9F\x98\x80", "\xF4\x8F\xBF\xBF"})
         EXPECT_TRUE(XVTextoTela::EhUtf8(pszTexto)) << pszTexto;
     // Overlong, surrogate, beyond Unicode, cut off, lone continuation, Latin-1.
-    for (const char* pszTexto : {"\xC0\x80", "\xE0\x80\x80", "\xED\xA0\x80", "\xF4\x90\x80\x80", "\xE6\x97", "\x80",
-                                 "a\xE7\xE3o", "\xF0\x80\x80\x80", "\xFF"})
+    for (const char* pszTexto : {"\xC0\x80", "\xE0\x80\x80", "\xED\xA0\x80", "\xF4\x90\x80\x80", "\xE6\x97",
+                                 "\x80", "a\xE7\xE3o", "\xF0\x80\x80\x80", "\xFF"})
         EXPECT_FALSE(XVTextoTela::EhUtf8(pszTexto)) << XVTextoTela::Escapa(pszTexto, false);
 }
 
@@ -28,7 +28,11 @@ TEST(TextoTela, BytesGuardadosNaoComandamOTerminal) {
     EXPECT_EQ(XVTextoTela::Escapa("a\x1b[2Jb\x7f\xC2\x9B", false), "a\\x1B[2Jb\\x7F\\xC2\\x9B");
     EXPECT_EQ(XVTextoTela::Escapa("ç\xe7\n", false), "ç\\xE7\\x0A");
     EXPECT_EQ(XVTextoTela::Escapa("a\n\tb\r", true), "a\n\tb\\x0D");
-    EXPECT_EQ(XVTextoTela::Escapa("\xE2\x80\xAE" "abc", false), "\\xE2\\x80\\xAE" "abc");
+    EXPECT_EQ(XVTextoTela::Escapa("\xE2\x80\xAE"
+                                  "abc",
+                                  false),
+              "\\xE2\\x80\\xAE"
+              "abc");
 }
 
 TEST(Tabela, AlinhaPelaLarguraVista) {
@@ -37,7 +41,7 @@ TEST(Tabela, AlinhaPelaLarguraVista) {
     tabela.Inclui({"日本", "12345", "y\n"});
     EXPECT_EQ(tabela.Monta(),
               "Nome     Nº  Fim\n"
-              "----  -----  ------\n"
+              "----  -----  -----\n"
               "ação      7  x\n"
               "日本  12345  y\\x0A\n");
 }

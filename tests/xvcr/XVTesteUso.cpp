@@ -37,17 +37,19 @@ void EsperaErroDeUso(const std::vector<std::string>& listaArgumentos, const std:
 TEST(Uso, ErrosDaLinhaDeComandoEmPortugues) {
     EsperaErroDeUso({}, "xvcr: falta o comando");
     EsperaErroDeUso({"mapa"}, "falta o comando");
-    EsperaErroDeUso({"apaga"}, "argumento inesperado: apaga");
+    EsperaErroDeUso({"mapa", "apaga"}, "comando desconhecido: apaga");
+    EsperaErroDeUso({"apaga"}, "comando desconhecido: apaga");
     EsperaErroDeUso({"busca", "--nada"}, "argumento inesperado: --nada");
     EsperaErroDeUso({"status", "--dmc", "20261121-1-1"}, "falta --status");
     EsperaErroDeUso({"busca", "--tipo"}, "--tipo: falta o valor");
     EsperaErroDeUso({"grava", "--filial", "1", "--filial", "2"}, "--filial: dada mais de uma vez");
-    EsperaErroDeUso({"carrega", "x", "--para", "--continua"}, "--para não vale junto com --continua");
+    EsperaErroDeUso({"carrega", "x", "--para", "--continua"}, "--continua não vale junto com --para");
     EsperaErroDeUso({"le"}, "falta dmc");
 }
 
 TEST(Uso, ValoresImpossiveisDizemOQueSeEspera) {
-    EsperaErroDeUso({"grava", "--status", "Talvez"}, "--status: valor desconhecido; os aceitos são: NenhumStatus, Pendente");
+    EsperaErroDeUso({"grava", "--status", "Talvez"},
+                    "--status: valor desconhecido; os aceitos são: NenhumStatus, Pendente");
     EsperaErroDeUso({"busca", "--status", "Erro,Talvez"}, "--status: \"Talvez\": valor desconhecido");
     EsperaErroDeUso({"busca", "--inclusao-de", "ontem"}, "--inclusao-de: esperada uma data-hora ISO 8601");
     EsperaErroDeUso({"grava", "--dmc", "1-2-3"}, "--dmc: esperado um DMC");
@@ -59,7 +61,8 @@ TEST(Uso, ValoresImpossiveisDizemOQueSeEspera) {
 }
 
 TEST(Uso, CombinacoesQueNaoValem) {
-    EsperaErroDeUso({"--leitura", "--empresa", "001", "grava"}, "--leitura não vale para um comando que grava");
+    EsperaErroDeUso({"--leitura", "--empresa", "001", "grava"},
+                    "--leitura não vale para um comando que grava");
     EsperaErroDeUso({"--empresa", "..", "busca"}, "--empresa: \"..\" não é um código de empresa");
     EsperaErroDeUso({"--empresa", "COM1", "busca"}, "não é um código de empresa");
     EsperaErroDeUso({"busca", "--empresa="}, "falta a empresa");
@@ -75,8 +78,9 @@ TEST(Uso, AjudaDeCadaComandoTemExemplos) {
     const SFim geral = Executa({"--help"});
     EXPECT_EQ(geral.iSaida, 0);
     EXPECT_THAT(geral.sSaida, HasSubstr("Uso: xvcr"));
-    for (const char* pszComando : {"grava", "status", "le", "busca", "carrega", "mapa", "datahora", "pendencia",
-                                   "instantanea", "consulta", "converte", "versao", "registro"}) {
+    for (const char* pszComando :
+         {"grava", "status", "le", "busca", "carrega", "mapa", "datahora", "pendencia", "instantanea",
+          "consulta", "converte", "versao", "registro"}) {
         EXPECT_THAT(geral.sSaida, HasSubstr(pszComando));
         const SFim ajuda = Executa({pszComando, "--help"});
         EXPECT_EQ(ajuda.iSaida, 0) << pszComando;
@@ -97,11 +101,12 @@ TEST(Uso, FalhasForaDaBaseSaemComUm) {
 }
 
 TEST(Argumentos, ProtecaoSoTocaOQuePrecisa) {
-    const std::vector<std::string> listaEntrada{"grava", "--mensagem", "", "--json-enviado={}", "[1,2]", "--x=", "-",
-                                                "--dmc=1", "\x01z", "texto"};
+    const std::vector<std::string> listaEntrada{
+        "grava", "--mensagem", "", "--json-enviado={}", "[1,2]", "--x=", "-", "--dmc=1", "\x01z", "texto"};
     const std::vector<std::string> listaProtegida = XVProtegeArgumentos(listaEntrada);
-    EXPECT_EQ(listaProtegida, (std::vector<std::string>{"grava", "--mensagem", "\x01", "--json-enviado=\x01{}",
-                                                        "\x01[1,2]", "--x=\x01", "-", "--dmc=1", "\x01\x01z", "texto"}));
+    EXPECT_EQ(listaProtegida,
+              (std::vector<std::string>{"grava", "--mensagem", "\x01", "--json-enviado=\x01{}", "\x01[1,2]",
+                                        "--x=\x01", "-", "--dmc=1", "\x01\x01z", "texto"}));
     EXPECT_EQ(XVDesprotege("\x01[1,2]"), "[1,2]");
     EXPECT_EQ(XVDesprotege("\x01\x01z"), "\x01z");
     EXPECT_EQ(XVDesprotege("texto"), "texto");

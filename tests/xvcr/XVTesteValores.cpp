@@ -17,7 +17,8 @@ TEST(Enumeracoes, AceitaNomeInteiroCurtoENumero) {
     EXPECT_EQ(Enumeracao(EEnumeracao::eStatusIntegracao, "5"), eXVSMiddleware_Cancelado);
     EXPECT_EQ(Enumeracao(EEnumeracao::eSistemaIntegracao, "officialbank"), OfficialBank);
     EXPECT_EQ(Enumeracao(EEnumeracao::eSistemaIntegracao, "Nenhum"), Tipo_Nenhum);
-    EXPECT_EQ(Enumeracao(EEnumeracao::eTipoTransacao, "TipoTransacaoNenhum"), XVSMiddleware_TipoTransacaoNenhum);
+    EXPECT_EQ(Enumeracao(EEnumeracao::eTipoTransacao, "TipoTransacaoNenhum"),
+              XVSMiddleware_TipoTransacaoNenhum);
     EXPECT_EQ(Enumeracao(EEnumeracao::eTipoIntegracao, "MovimentoContasPagarRemessaOnline"), 17U);
 }
 
@@ -52,8 +53,8 @@ TEST(LeituraValor, DmcNasDuasFormas) {
     EXPECT_EQ(regDmc, regEsperado);
     EXPECT_EQ(XVLeituraValor::Le("0", &regDmc), "");
     EXPECT_TRUE(regDmc.EhNulo());
-    for (const char* pszTexto : {"", "20260230-1-1", "20261121-0-1", "20261121-1-4", "20261121-1", "abc",
-                                 "18446744073709551615"})
+    for (const char* pszTexto :
+         {"", "20260230-1-1", "20261121-0-1", "20261121-1-4", "20261121-1", "abc", "18446744073709551615"})
         EXPECT_NE(XVLeituraValor::Le(pszTexto, &regDmc), "") << pszTexto;
 }
 
@@ -67,7 +68,8 @@ TEST(LeituraValor, DataHoraIsoEmpacotadaENenhuma) {
     EXPECT_EQ(regDataHora, regEsperada);
     EXPECT_EQ(XVLeituraValor::Le("", &regDataHora), "");
     EXPECT_TRUE(regDataHora.EhNula());
-    for (const char* pszTexto : {"2026-02-30", "2026-11-21T24:00", "86400", "21/11/2026", "2026-11-21T13:05:09+01"})
+    for (const char* pszTexto :
+         {"2026-02-30", "2026-11-21T24:00", "86400", "21/11/2026", "2026-11-21T13:05:09+01"})
         EXPECT_NE(XVLeituraValor::Le(pszTexto, &regDataHora), "") << pszTexto;
 }
 

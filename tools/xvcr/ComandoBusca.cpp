@@ -24,13 +24,15 @@ void AdicionaFiltro(CLI::App& rComando, SFiltroIntegracao& rFiltro) {
                  &rFiltro.regDataHoraInicialInclusao);
     XVOpcaoValor(rComando, "--inclusao-ate", "DATA-HORA", "Incluída até esta data e esta hora do dia",
                  &rFiltro.regDataHoraFinalInclusao);
-    XVOpcaoValor(rComando, "--alteracao-de", "DATA-HORA", "Status mudado desta data e desta hora do dia em diante",
+    XVOpcaoValor(rComando, "--alteracao-de", "DATA-HORA",
+                 "Status mudado desta data e desta hora do dia em diante",
                  &rFiltro.regDataHoraInicialAlteracaoStatus);
     XVOpcaoValor(rComando, "--alteracao-ate", "DATA-HORA", "Status mudado até esta data e esta hora do dia",
                  &rFiltro.regDataHoraFinalAlteracaoStatus);
     XVOpcaoLista(rComando, "--tipo", "Tipos de integração", EEnumeracao::eTipoIntegracao,
                  &rFiltro.listaTipoIntegracao);
-    XVOpcaoLista(rComando, "--status", "Status", EEnumeracao::eStatusIntegracao, &rFiltro.listaStatusIntegracao);
+    XVOpcaoLista(rComando, "--status", "Status", EEnumeracao::eStatusIntegracao,
+                 &rFiltro.listaStatusIntegracao);
     XVOpcaoLista(rComando, "--sistema", "Sistemas externos", EEnumeracao::eSistemaIntegracao,
                  &rFiltro.listaSistemaIntegracao);
     XVOpcaoLista(rComando, "--transacao", "Tipos de transação", EEnumeracao::eTipoTransacao,
@@ -79,13 +81,13 @@ void Executa(const SBusca& rBusca, CXVContexto& rContexto) {
 
 void XVAdicionaBusca(CLI::App& rRaiz, CXVContexto& rContexto) {
     auto pBusca = std::make_shared<SBusca>();
-    CLI::App* pComando =
-        XVAdicionaComando(rRaiz, "busca", "Busca integrações",
-                          "  xvcr busca --status Pendente,Erro --sistema Mercos\n"
-                          "  xvcr busca --inclusao-de 2026-11-01 --inclusao-ate 2026-11-30 --conta\n"
-                          "  xvcr busca --chave-inicial 9001 --sistema OfficialBank --le --todos --json\n"
-                          "A data e a hora de um limite são comparadas em separado: --inclusao-de 2026-11-01T10:00\n"
-                          "deixa fora tudo o que foi incluído antes das 10:00, em qualquer dia.");
+    CLI::App* pComando = XVAdicionaComando(
+        rRaiz, "busca", "Busca integrações",
+        "  xvcr busca --status Pendente,Erro --sistema Mercos\n"
+        "  xvcr busca --inclusao-de 2026-11-01 --inclusao-ate 2026-11-30 --conta\n"
+        "  xvcr busca --chave-inicial 9001 --sistema OfficialBank --le --todos --json\n"
+        "A data e a hora de um limite são comparadas em separado: --inclusao-de 2026-11-01T10:00\n"
+        "deixa fora tudo o que foi incluído antes das 10:00, em qualquer dia.");
     AdicionaFiltro(*pComando, pBusca->filtro);
     pComando->add_flag("--le", pBusca->bLe, "Lê e mostra cada integração achada, como o comando le");
     pComando->add_flag("--conta", pBusca->bConta, "Mostra só a quantidade");

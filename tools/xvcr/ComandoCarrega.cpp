@@ -78,7 +78,8 @@ void MostraLinha(CXVSaida& rSaida, std::uint64_t uiLinha, const SResultadoLinha&
 void MostraContagem(CXVSaida& rSaida, const SContagem& rContagem) {
     const std::uint64_t uiErros = rContagem.uiLidas - rContagem.uiGravadas;
     if (rSaida.EhJson())
-        rSaida.LinhaJson(XVJson{{"lidas", rContagem.uiLidas}, {"gravadas", rContagem.uiGravadas}, {"erros", uiErros}});
+        rSaida.LinhaJson(
+            XVJson{{"lidas", rContagem.uiLidas}, {"gravadas", rContagem.uiGravadas}, {"erros", uiErros}});
     else
         rSaida.Linha(std::to_string(rContagem.uiLidas) + " lidas, " + std::to_string(rContagem.uiGravadas) +
                      " gravadas, " + std::to_string(uiErros) + " com erro");
@@ -134,12 +135,13 @@ void XVAdicionaCarrega(CLI::App& rRaiz, CXVContexto& rContexto) {
         "  {\"eTipoIntegracao\":\"BuscaPedidos\",\"eStatusIntegracao\":1,\"eSistemaIntegracao\":\"Mercos\",\n"
         "   \"regRegistroJSON\":{\"pedido\":9001}}\n"
         "Com regDmc a linha altera a integração; com \"operacao\":\"status\" grava só o status.");
-    XVOpcaoSimples(*pComando, "arquivo", "ARQUIVO|-", "Arquivo com um objeto JSON por linha; - é a entrada padrão",
-                   &pCarrega->sArquivo)
+    XVOpcaoSimples(*pComando, "arquivo", "ARQUIVO|-",
+                   "Arquivo com um objeto JSON por linha; - é a entrada padrão", &pCarrega->sArquivo)
         ->required();
     CLI::Option* pContinua =
         pComando->add_flag("--continua", pCarrega->bContinua, "Continua depois de uma linha com erro");
-    pComando->add_flag("--para", pCarrega->bPara, "Para na primeira linha com erro (padrão)")->excludes(pContinua);
+    pComando->add_flag("--para", pCarrega->bPara, "Para na primeira linha com erro (padrão)")
+        ->excludes(pContinua);
     XVOpcaoValor(*pComando, "--linha-maxima", "BYTES", "Tamanho máximo de uma linha (padrão: 256 MiB)",
                  &pCarrega->ulLinhaMaxima);
     XVDefineAcao(pComando, rContexto, [pCarrega, &rContexto] { Executa(*pCarrega, rContexto); });

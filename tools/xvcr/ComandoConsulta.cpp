@@ -45,10 +45,10 @@ void Executa(const SConsulta& rConsulta, CXVContexto& rContexto) {
 
 void XVAdicionaConsulta(CLI::App& rRaiz, CXVContexto& rContexto) {
     auto pConsulta = std::make_shared<SConsulta>();
-    CLI::App* pComando =
-        XVAdicionaComando(rRaiz, "consulta", "Consulta um sistema externo, sem gravar nada",
-                          "  xvcr consulta --tipo-consulta ConsultaCnpj --chave-consulta 11222333000181\n"
-                          "  xvcr consulta --tipo-consulta ConsultaBoleto --chave-consulta 9001 --documento boleto.pdf");
+    CLI::App* pComando = XVAdicionaComando(
+        rRaiz, "consulta", "Consulta um sistema externo, sem gravar nada",
+        "  xvcr consulta --tipo-consulta ConsultaCnpj --chave-consulta 11222333000181\n"
+        "  xvcr consulta --tipo-consulta ConsultaBoleto --chave-consulta 9001 --documento boleto.pdf");
     SConsultaTerceiro& rDados = pConsulta->consulta;
     XVOpcaoEnumeracao(*pComando, "--tipo-consulta", "O que é consultado", EEnumeracao::eTipoConsulta,
                       &rDados.eTipoConsulta)

@@ -25,8 +25,8 @@ void Simula(CXVConversaoMiddleware& rConversao, CXVSaida& rSaida) {
     rSaida.Linha("versão da base: " + std::to_string(usVersao));
     if (listaPassos.empty()) rSaida.Linha("nada a converter");
     for (const SPassoPrevisto& rPasso : listaPassos) {
-        rSaida.Linha("passo " + std::to_string(rPasso.usPasso) + ": " + std::to_string(rPasso.listaArquivos.size()) +
-                     " arquivo(s)");
+        rSaida.Linha("passo " + std::to_string(rPasso.usPasso) + ": " +
+                     std::to_string(rPasso.listaArquivos.size()) + " arquivo(s)");
         for (const SArquivoPrevisto& rArquivo : rPasso.listaArquivos)
             rSaida.Linha("  " + rArquivo.sNomeArquivo + "  " + std::to_string(rArquivo.uiTamanho) + " bytes");
     }
@@ -34,7 +34,8 @@ void Simula(CXVConversaoMiddleware& rConversao, CXVSaida& rSaida) {
 
 void Executa(bool bSimula, CXVContexto& rContexto) {
     if (rContexto.bServidor) XVErroDeUso("--servidor: a conversão é feita na própria base");
-    if (rContexto.acesso.bSomenteLeitura && !bSimula) XVErroDeUso("--leitura não vale para um comando que grava");
+    if (rContexto.acesso.bSomenteLeitura && !bSimula)
+        XVErroDeUso("--leitura não vale para um comando que grava");
     rContexto.CompletaAcesso();
     rContexto.ExigeEmpresa();
     const std::unique_ptr<CXVRegistroComDiretorio> pRegistro = XVRegistroDoAcesso(rContexto.acesso);

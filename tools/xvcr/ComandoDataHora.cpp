@@ -13,15 +13,16 @@ void AdicionaOpcoes(CLI::App& rComando, SDataHoraIntegracao& rDados) {
     XVOpcaoEnumeracao(rComando, "--sistema", "Sistema externo", EEnumeracao::eSistemaIntegracao,
                       &rDados.eSistemaIntegracao)
         ->required();
-    XVOpcaoEnumeracao(rComando, "--tipo-data", "Qual data", EEnumeracao::eTipoData, &rDados.eTipoData)->required();
+    XVOpcaoEnumeracao(rComando, "--tipo-data", "Qual data", EEnumeracao::eTipoData, &rDados.eTipoData)
+        ->required();
 }
 
 void AdicionaGrava(CLI::App& rDataHora, CXVContexto& rContexto) {
     auto pDados = std::make_shared<SDataHoraIntegracao>();
-    CLI::App* pComando =
-        XVAdicionaComando(rDataHora, "grava", "Grava uma data-hora (inclui ou altera)",
-                          "  xvcr datahora grava --tipo BuscaPedidos --sistema Mercos --tipo-data DataUltimaBusca \\\n"
-                          "       --data-hora 2026-11-21T13:05:09Z");
+    CLI::App* pComando = XVAdicionaComando(
+        rDataHora, "grava", "Grava uma data-hora (inclui ou altera)",
+        "  xvcr datahora grava --tipo BuscaPedidos --sistema Mercos --tipo-data DataUltimaBusca \\\n"
+        "       --data-hora 2026-11-21T13:05:09Z");
     AdicionaOpcoes(*pComando, *pDados);
     XVOpcaoValor(*pComando, "--data-hora", "DATA-HORA", "Data-hora em UTC", &pDados->regDataHora)->required();
     XVDefineAcao(pComando, rContexto, [pDados, &rContexto] {

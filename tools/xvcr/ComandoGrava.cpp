@@ -43,7 +43,8 @@ void XVAdicionaGrava(CLI::App& rRaiz, CXVContexto& rContexto) {
         "       --transacao Inclusao --json-enviado @pedido.json\n"
         "  xvcr grava --dmc 20261121-15-1 --status Sucesso --chave 9001\n"
         "O resultado é o DMC da integração. Com --dmc, os campos não dados ficam como estão.");
-    XVOpcaoValor(*pComando, "--dmc", "DMC", "Integração a alterar; sem ela, uma nova é incluída", &pGrava->regDmc);
+    XVOpcaoValor(*pComando, "--dmc", "DMC", "Integração a alterar; sem ela, uma nova é incluída",
+                 &pGrava->regDmc);
     pComando->add_flag("--substitui", pGrava->bSubstitui,
                        "Com --dmc: os campos não dados são gravados vazios em vez de mantidos");
     pGrava->opcoes.Adiciona(*pComando, true);

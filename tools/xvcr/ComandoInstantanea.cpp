@@ -33,7 +33,8 @@ void XVAdicionaInstantanea(CLI::App& rRaiz, CXVContexto& rContexto) {
     auto pInstantanea = std::make_shared<SInstantanea>();
     CLI::App* pComando = XVAdicionaComando(
         rRaiz, "instantanea", "Faz já a troca com o sistema externo e grava o resultado",
-        "  xvcr instantanea --tipo CadastroProduto --transacao Inclusao --sistema SimulacaoSistemaTerceiro \\\n"
+        "  xvcr instantanea --tipo CadastroProduto --transacao Inclusao --sistema SimulacaoSistemaTerceiro "
+        "\\\n"
         "       --integracao-origem 20261121-7-2\n"
         "  xvcr instantanea --dmc 20261121-15-1 --tipo CadastroProduto --transacao Alteracao\n"
         "O resultado é o DMC da última integração gravada.");

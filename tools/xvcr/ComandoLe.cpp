@@ -57,7 +57,8 @@ void XVAdicionaLe(CLI::App& rRaiz, CXVContexto& rContexto) {
                           "  xvcr le 20261121-15-1 --todos\n"
                           "  xvcr le 20261121-15-1 20261121-16-1 --json --mensagem\n"
                           "  xvcr busca --status Erro --dmcs | xvcr le - --todos --para-pasta erros");
-    pComando->add_option("dmc", pLe->listaArgumentos, "DMCs das integrações; - lê um por linha da entrada padrão")
+    pComando
+        ->add_option("dmc", pLe->listaArgumentos, "DMCs das integrações; - lê um por linha da entrada padrão")
         ->type_name("DMC...")
         ->required();
     pLe->opcoes.Adiciona(*pComando);

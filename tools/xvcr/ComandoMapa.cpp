@@ -33,9 +33,10 @@ void Mostra(CXVContexto& rContexto, const SChaveRegistro& rDados) {
 
 void AdicionaGrava(CLI::App& rMapa, CXVContexto& rContexto) {
     auto pDados = std::make_shared<SChaveRegistro>();
-    CLI::App* pComando = XVAdicionaComando(
-        rMapa, "grava", "Grava o id externo de um registro (inclui ou altera)",
-        "  xvcr mapa grava --registro 20261121-7-2 --chave-registro 5501 --tipo CadastroProduto --sistema Mercos");
+    CLI::App* pComando =
+        XVAdicionaComando(rMapa, "grava", "Grava o id externo de um registro (inclui ou altera)",
+                          "  xvcr mapa grava --registro 20261121-7-2 --chave-registro 5501 --tipo "
+                          "CadastroProduto --sistema Mercos");
     AdicionaOpcoes(*pComando, *pDados, true, true);
     XVDefineAcao(pComando, rContexto, [pDados, &rContexto] {
         XVConfere(rContexto.Abre(EUsoDaBase::eGravacao).GravaChaveRegistro(*pDados));
@@ -45,10 +46,10 @@ void AdicionaGrava(CLI::App& rMapa, CXVContexto& rContexto) {
 
 void AdicionaPendente(CLI::App& rMapa, CXVContexto& rContexto) {
     auto pDados = std::make_shared<SChaveRegistro>();
-    CLI::App* pComando =
-        XVAdicionaComando(rMapa, "pendente", "Inclui uma ligação sem id externo, se o registro não tem nenhuma",
-                          "  xvcr mapa pendente --registro 20261121-7-2 --tipo CadastroProduto --sistema Mercos\n"
-                          "O resultado é a ligação que ficou gravada, a que já havia ou a nova.");
+    CLI::App* pComando = XVAdicionaComando(
+        rMapa, "pendente", "Inclui uma ligação sem id externo, se o registro não tem nenhuma",
+        "  xvcr mapa pendente --registro 20261121-7-2 --tipo CadastroProduto --sistema Mercos\n"
+        "O resultado é a ligação que ficou gravada, a que já havia ou a nova.");
     AdicionaOpcoes(*pComando, *pDados, false, true);
     XVDefineAcao(pComando, rContexto, [pDados, &rContexto] {
         IXVOperacoes& rOperacoes = rContexto.Abre(EUsoDaBase::eGravacao);

@@ -17,7 +17,8 @@ struct SPendencia {
 void XVAdicionaPendencia(CLI::App& rRaiz, CXVContexto& rContexto) {
     auto pPendencia = std::make_shared<SPendencia>();
     CLI::App* pComando = XVAdicionaComando(
-        rRaiz, "pendencia", "Grava como pendentes as integrações que o sistema externo aponta para um registro",
+        rRaiz, "pendencia",
+        "Grava como pendentes as integrações que o sistema externo aponta para um registro",
         "  xvcr pendencia --origem 20261121-7-2 --tipo CadastroProduto --transacao Inclusao \\\n"
         "       --sistema SimulacaoSistemaTerceiro");
     XVOpcaoValor(*pComando, "--origem", "DMC", "Registro ou integração de origem", &pPendencia->regDmcOrigem)
@@ -26,7 +27,8 @@ void XVAdicionaPendencia(CLI::App& rRaiz, CXVContexto& rContexto) {
     XVDefineAcao(pComando, rContexto, [pPendencia, &rContexto] {
         SIntegracao dados;
         pPendencia->opcoes.Aplica(dados);
-        XVConfere(rContexto.Abre(EUsoDaBase::eGravacao).GravaPendenciaIntegracao(pPendencia->regDmcOrigem, dados));
+        XVConfere(
+            rContexto.Abre(EUsoDaBase::eGravacao).GravaPendenciaIntegracao(pPendencia->regDmcOrigem, dados));
         if (!rContexto.saida.EhJson()) rContexto.saida.Linha("pendências gravadas");
     });
 }

@@ -28,7 +28,8 @@ const SMensagemCodigo* MensagemDoCodigo(std::string_view sCodigo) {
     constexpr std::size_t k_uiPrefixo = 2;  // "0x"
     if (sCodigo.size() <= k_uiPrefixo) return nullptr;
     XVUInt ulCodigo = 0;
-    const auto lido = std::from_chars(sCodigo.data() + k_uiPrefixo, sCodigo.data() + sCodigo.size(), ulCodigo, 16);
+    const auto lido =
+        std::from_chars(sCodigo.data() + k_uiPrefixo, sCodigo.data() + sCodigo.size(), ulCodigo, 16);
     return lido.ec == std::errc() ? XVBuscaMensagem(XVHResult(ulCodigo)) : nullptr;
 }
 
@@ -147,16 +148,13 @@ void Executa(SRegistro& rPedido, CXVContexto& rContexto) {
 }
 
 void AdicionaFiltro(CLI::App& rComando, SFiltroRegistro& rFiltro) {
-    XVOpcao(rComando, "--de", "DATA-HORA", "Deste momento em diante (hora local)", [&rFiltro](std::string_view s) {
-        return SFiltroRegistro::LeMomento(s, false, &rFiltro.sDe);
-    });
-    XVOpcao(rComando, "--ate", "DATA-HORA", "Até este momento (hora local)", [&rFiltro](std::string_view s) {
-        return SFiltroRegistro::LeMomento(s, true, &rFiltro.sAte);
-    });
+    XVOpcao(rComando, "--de", "DATA-HORA", "Deste momento em diante (hora local)",
+            [&rFiltro](std::string_view s) { return SFiltroRegistro::LeMomento(s, false, &rFiltro.sDe); });
+    XVOpcao(rComando, "--ate", "DATA-HORA", "Até este momento (hora local)",
+            [&rFiltro](std::string_view s) { return SFiltroRegistro::LeMomento(s, true, &rFiltro.sAte); });
     XVOpcaoSimples(rComando, "--funcao", "TEXTO", "Parte do nome da função", &rFiltro.sFuncao);
-    XVOpcao(rComando, "--codigo", "CÓDIGO|NOME", "Código da falha", [&rFiltro](std::string_view s) {
-        return SFiltroRegistro::LeCodigo(s, &rFiltro.sCodigo);
-    });
+    XVOpcao(rComando, "--codigo", "CÓDIGO|NOME", "Código da falha",
+            [&rFiltro](std::string_view s) { return SFiltroRegistro::LeCodigo(s, &rFiltro.sCodigo); });
     XVOpcaoSimples(rComando, "--da-empresa", "CÓDIGO", "Empresa de quem registrou", &rFiltro.sEmpresa);
     const auto numero = [&](const char* pszNome, const char* pszDescricao, std::string* psValor) {
         XVOpcao(rComando, pszNome, "NÚMERO", pszDescricao, [psValor](std::string_view s) {
@@ -172,7 +170,8 @@ void AdicionaFiltro(CLI::App& rComando, SFiltroRegistro& rFiltro) {
 
 std::string LeAnoMes(std::string_view sTexto, std::string* psAnoMes) {
     XVUInt ulAnoMes = 0;
-    if (sTexto.size() != 6 || !XVLeituraValor::Le(sTexto, &ulAnoMes).empty()) return "esperado um mês: AAAAMM";
+    if (sTexto.size() != 6 || !XVLeituraValor::Le(sTexto, &ulAnoMes).empty())
+        return "esperado um mês: AAAAMM";
     *psAnoMes = sTexto;
     return {};
 }
@@ -181,20 +180,23 @@ std::string LeAnoMes(std::string_view sTexto, std::string* psAnoMes) {
 
 void XVAdicionaRegistro(CLI::App& rRaiz, CXVContexto& rContexto) {
     auto pPedido = std::make_shared<SRegistro>();
-    CLI::App* pComando =
-        XVAdicionaComando(rRaiz, "registro", "Mostra os registros de erros e de chamadas, decodificados",
-                          "  xvcr registro --empresa 001 --ultimos 20\n"
-                          "  xvcr registro --empresa 001 --codigo E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA --de 2026-11-21\n"
-                          "  xvcr registro --empresa 001 --segue --json\n"
-                          "Sem empresa, os registros dos programas, que ficam no diretório do módulo.");
+    CLI::App* pComando = XVAdicionaComando(
+        rRaiz, "registro", "Mostra os registros de erros e de chamadas, decodificados",
+        "  xvcr registro --empresa 001 --ultimos 20\n"
+        "  xvcr registro --empresa 001 --codigo E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA --de 2026-11-21\n"
+        "  xvcr registro --empresa 001 --segue --json\n"
+        "Sem empresa, os registros dos programas, que ficam no diretório do módulo.");
     SOrigemRegistro& rOrigem = pPedido->origem;
-    XVOpcaoSimples(*pComando, "--arquivo", "ARQUIVO", "Um arquivo de registro pelo caminho", &rOrigem.sArquivo);
+    XVOpcaoSimples(*pComando, "--arquivo", "ARQUIVO", "Um arquivo de registro pelo caminho",
+                   &rOrigem.sArquivo);
     XVOpcao(*pComando, "--mes", "AAAAMM", "Só o arquivo deste mês",
             [&rOrigem](std::string_view s) { return LeAnoMes(s, &rOrigem.sAnoMes); });
     pComando->add_flag("--perfil", rOrigem.bPerfil, "Entradas, saídas e criações de objetos em vez de erros");
     AdicionaFiltro(*pComando, pPedido->filtro);
-    XVOpcaoValor(*pComando, "--ultimos", "NÚMERO", "Só os últimos que há (padrão: todos)", &pPedido->ulUltimos);
-    pComando->add_flag("--segue", pPedido->bSegue, "Continua mostrando o que for registrado, até ser interrompido");
+    XVOpcaoValor(*pComando, "--ultimos", "NÚMERO", "Só os últimos que há (padrão: todos)",
+                 &pPedido->ulUltimos);
+    pComando->add_flag("--segue", pPedido->bSegue,
+                       "Continua mostrando o que for registrado, até ser interrompido");
     XVOpcaoValor(*pComando, "--por", "SEGUNDOS", "Com --segue: termina depois deste tempo", &pPedido->ulPor);
     XVDefineAcao(pComando, rContexto, [pPedido, &rContexto] { Executa(*pPedido, rContexto); });
 }

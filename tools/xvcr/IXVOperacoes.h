@@ -45,5 +45,6 @@ class IXVOperacoes {
     // Nothing found: success and a null regDataHora.
     virtual HRESULT BuscaDataHora(const SDataHoraIntegracao& rFiltro, SDataHoraIntegracao* pDados) = 0;
 
-    virtual HRESULT BuscaDadosSistemaTerceiro(const SConsultaTerceiro& rConsulta, SRespostaConsulta* pResposta) = 0;
+    virtual HRESULT BuscaDadosSistemaTerceiro(const SConsultaTerceiro& rConsulta,
+                                              SRespostaConsulta* pResposta) = 0;
 };

@@ -1,11 +1,11 @@
 #include "tools/xvcr/XVAplicacao.h"
 
 #include <algorithm>
-#include <CLI/CLI.hpp>
 #include <new>
 
 #include "platform/XVAmbienteSO.h"
 #include "tools/xvcr/XVComandos.h"
+#include "tools/xvcr/XVFormatoAjuda.h"
 #include "tools/xvcr/XVMensagensUso.h"
 #include "tools/xvcr/XVOpcoes.h"
 
@@ -13,42 +13,37 @@ namespace {
 
 constexpr XVUShort k_usMaiorUsuario = 65534;  // the one above stands for the conversion
 
+constexpr const char* k_szGrupoOpcoes = "Opções";
+
 void PoeEmPortugues(CLI::App& rRaiz) {
-    const auto pFormato = std::make_shared<CLI::Formatter>();
-    pFormato->label("Usage", "Uso");
-    pFormato->label("OPTIONS", "OPÇÕES");
-    pFormato->label("SUBCOMMAND", "COMANDO");
-    pFormato->label("SUBCOMMANDS", "COMANDO");
-    pFormato->label("Positionals", "Argumentos");
-    pFormato->label("REQUIRED", "(obrigatória)");
-    pFormato->label("Excludes", "não vale com");
-    pFormato->column_width(36);
-    rRaiz.formatter(pFormato);
+    rRaiz.formatter(std::make_shared<CXVFormatoAjuda>());
     rRaiz.set_help_flag("-h,--help", "Mostra esta ajuda");
-    rRaiz.get_help_ptr()->group("Opções");
-    rRaiz.option_defaults()->group("Opções");
+    rRaiz.get_help_ptr()->group(k_szGrupoOpcoes);
+    rRaiz.option_defaults()->group(k_szGrupoOpcoes);
 }
 
 void AdicionaOpcoesGlobais(CLI::App& rRaiz, CXVContexto& rContexto) {
     SAcesso& rAcesso = rContexto.acesso;
     rRaiz.option_defaults()->group("Opções gerais");
-    XVOpcaoSimples(rRaiz, "--diretorio", "PASTA", "Diretório do módulo (ou XVCR_DIRETORIO; padrão: o da instalação)",
-                   &rAcesso.sDiretorio);
+    XVOpcaoSimples(rRaiz, "--diretorio", "PASTA",
+                   "Diretório do módulo (ou XVCR_DIRETORIO; padrão: o da instalação)", &rAcesso.sDiretorio);
     XVOpcaoSimples(rRaiz, "--empresa", "CÓDIGO", "Código da empresa (ou XVCR_EMPRESA)", &rAcesso.sEmpresa);
-    XVOpcao(rRaiz, "--usuario", "NÚMERO", "Usuário, de 0 a 65534 (padrão: 0)", [&rAcesso](std::string_view s) {
-        XVUShort usUsuario = 0;
-        std::string sErro = XVLeituraValor::Le(s, &usUsuario);
-        if (sErro.empty() && usUsuario > k_usMaiorUsuario) sErro = "o usuário vai de 0 a 65534";
-        if (sErro.empty()) rAcesso.usUsuario = usUsuario;
-        return sErro;
-    });
+    XVOpcao(rRaiz, "--usuario", "NÚMERO", "Usuário, de 0 a 65534 (padrão: 0)",
+            [&rAcesso](std::string_view s) {
+                XVUShort usUsuario = 0;
+                std::string sErro = XVLeituraValor::Le(s, &usUsuario);
+                if (sErro.empty() && usUsuario > k_usMaiorUsuario) sErro = "o usuário vai de 0 a 65534";
+                if (sErro.empty()) rAcesso.usUsuario = usUsuario;
+                return sErro;
+            });
     XVOpcaoValor(rRaiz, "--sessao", "NÚMERO", "Número da sessão (padrão: 0)", &rAcesso.ulNumeroSessao);
     rRaiz.add_flag("--leitura", rAcesso.bSomenteLeitura,
                    "Só lê, sem bloquear: vale enquanto outro programa grava na mesma base");
-    rRaiz.add_flag("--servidor", rContexto.bServidor, "Usa o servidor do componente em vez de abrir a base aqui");
+    rRaiz.add_flag("--servidor", rContexto.bServidor,
+                   "Usa o servidor do componente em vez de abrir a base aqui");
     rRaiz.add_flag_callback(
         "--json", [&rContexto] { rContexto.saida.SetJson(true); }, "Resultado em linhas JSON");
-    rRaiz.option_defaults()->group("Opções");
+    rRaiz.option_defaults()->group(k_szGrupoOpcoes);
 }
 
 void AdicionaComandos(CLI::App& rRaiz, CXVContexto& rContexto) {
@@ -68,22 +63,21 @@ void AdicionaComandos(CLI::App& rRaiz, CXVContexto& rContexto) {
 }
 
 // True when there is something to run; otherwise *piSaida is how the program ends.
-bool LeArgumentos(CLI::App& rRaiz, const std::vector<std::string>& listaArgumentos, CXVSaida& rSaida, int* piSaida) {
+bool LeArgumentos(CLI::App& rRaiz, const std::vector<std::string>& listaArgumentos, CXVSaida& rSaida,
+                  int* piSaida) {
     try {
         std::vector<std::string> listaProtegida = XVProtegeArgumentos(listaArgumentos);
         std::reverse(listaProtegida.begin(), listaProtegida.end());
         rRaiz.parse(std::move(listaProtegida));
         return true;
     } catch (const CLI::CallForHelp&) {
-        const CLI::App* pComando = &rRaiz;
-        while (!pComando->get_subcommands().empty()) pComando = pComando->get_subcommands().front();
-        rSaida.Escreve(pComando->help("", CLI::AppFormatMode::Normal));
+        rSaida.Escreve(rRaiz.help());
         *piSaida = static_cast<int>(ESaida::eSucesso);
     } catch (const CLI::CallForVersion& rVersao) {
         rSaida.Linha(rVersao.what());
         *piSaida = static_cast<int>(ESaida::eSucesso);
     } catch (const CLI::ParseError& rErro) {
-        XVEscreveErro(XVDescreveErroDeUso(rErro));
+        XVEscreveErro(XVDescreveErroDeUso(rErro, rRaiz.remaining(true)));
         *piSaida = static_cast<int>(ESaida::eUso);
     }
     return false;
@@ -96,11 +90,13 @@ int Executa(const std::vector<std::string>& listaArgumentos) {
     raiz.allow_windows_style_options(false);
     raiz.fallthrough();
     raiz.require_subcommand(1);
-    raiz.set_version_flag("--version", "xvcr " + XVAmbienteSO::GetVersaoExecutavel(), "Mostra a versão do programa");
+    raiz.set_version_flag("--version", "xvcr " + XVAmbienteSO::GetVersaoExecutavel(),
+                          "Mostra a versão do programa");
     AdicionaOpcoesGlobais(raiz, contexto);
     AdicionaComandos(raiz, contexto);
-    raiz.footer("\"xvcr COMANDO --help\" mostra as opções e os exemplos de um comando.\n"
-                "Saída: 0 sucesso, 1 operação com falha, 2 linha de comando errada.");
+    raiz.footer(
+        "\"xvcr COMANDO --help\" mostra as opções e os exemplos de um comando.\n"
+        "Saída: 0 sucesso, 1 operação com falha, 2 linha de comando errada.");
 
     int iSaida = 0;
     if (LeArgumentos(raiz, listaArgumentos, contexto.saida, &iSaida)) {
@@ -118,7 +114,10 @@ CLI::App* XVAdicionaComando(CLI::App& rRaiz, const std::string& sNome, const std
                             const std::string& sExemplos) {
     CLI::App* pComando = rRaiz.add_subcommand(sNome, sDescricao);
     pComando->group("Comandos");
-    pComando->footer("Exemplos:\n" + sExemplos);
+    pComando->get_help_ptr()->group(k_szGrupoOpcoes);
+    pComando->footer(
+        "Exemplos:\n" + sExemplos +
+        "\nAs opções gerais (--empresa, --diretorio, --json e outras) estão em \"xvcr --help\".");
     return pComando;
 }
 

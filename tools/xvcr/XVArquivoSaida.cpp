@@ -12,7 +12,8 @@ void XVCriaPasta(const std::string& sPasta) {
     std::error_code erro;
     const std::filesystem::path caminho = XVCaminhoDeUtf8(sPasta);
     std::filesystem::create_directories(caminho, erro);
-    if (!std::filesystem::is_directory(caminho, erro)) XVFalha("não foi possível criar a pasta \"" + sPasta + "\"");
+    if (!std::filesystem::is_directory(caminho, erro))
+        XVFalha("não foi possível criar a pasta \"" + sPasta + "\"");
 }
 
 void XVGravaArquivo(const std::string& sCaminho, std::string_view sBytes) {

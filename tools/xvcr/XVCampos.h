@@ -12,7 +12,8 @@
 template <class T>
 struct TCampo {
     std::string_view sNome;
-    std::variant<std::string T::*, REG_XVDMC T::*, REG_XVDMAHMSUTC T::*, XVUInt64 T::*, XVUInt T::*, XVByte T::*>
+    std::variant<std::string T::*, REG_XVDMC T::*, REG_XVDMAHMSUTC T::*, XVUInt64 T::*, XVUInt T::*,
+                 XVByte T::*>
         membro;
     EEnumeracao eEnumeracao = EEnumeracao::eNenhuma;
 };

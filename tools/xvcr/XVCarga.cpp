@@ -7,7 +7,9 @@ namespace {
 
 using EOperacao = SResultadoLinha::EOperacao;
 
-bool EhOperacao(const SMembroJson& rMembro) { return rMembro.sNome == "operacao"; }
+bool EhOperacao(const SMembroJson& rMembro) {
+    return rMembro.sNome == "operacao";
+}
 
 bool BuscaOperacao(const std::vector<SMembroJson>& listaMembros, EOperacao* peOperacao) {
     for (const SMembroJson& rMembro : listaMembros) {

@@ -1,5 +1,5 @@
-// The commands of the program. Each function adds one command, with its options and help, to the command line;
-// the context must outlive it.
+// The commands of the program. Each function adds one command, with its options and help, to the command
+// line; the context must outlive it.
 #pragma once
 
 #include <CLI/App.hpp>

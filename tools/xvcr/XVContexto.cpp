@@ -8,7 +8,8 @@
 void CXVContexto::CompletaAcesso() {
     if (acesso.sDiretorio.empty())
         acesso.sDiretorio = XVAmbienteSO::GetVariavelAmbiente("XVCR_DIRETORIO").value_or("");
-    if (acesso.sEmpresa.empty()) acesso.sEmpresa = XVAmbienteSO::GetVariavelAmbiente("XVCR_EMPRESA").value_or("");
+    if (acesso.sEmpresa.empty())
+        acesso.sEmpresa = XVAmbienteSO::GetVariavelAmbiente("XVCR_EMPRESA").value_or("");
     // The store would create a mistyped directory.
     if (!acesso.sDiretorio.empty() &&
         XVPlataforma::SistemaArquivos().Existe(acesso.sDiretorio) != EExistencia::eDiretorio)
@@ -16,10 +17,12 @@ void CXVContexto::CompletaAcesso() {
 }
 
 void CXVContexto::ExigeEmpresa() const {
-    if (acesso.sEmpresa.empty()) XVErroDeUso("falta a empresa: use --empresa ou a variável de ambiente XVCR_EMPRESA");
+    if (acesso.sEmpresa.empty())
+        XVErroDeUso("falta a empresa: use --empresa ou a variável de ambiente XVCR_EMPRESA");
     if (!CAmbienteXV::EhEmpresaValida(acesso.sEmpresa))
-        XVErroDeUso("--empresa: \"" + acesso.sEmpresa +
-                    "\" não é um código de empresa (1 a 47 letras, dígitos, _ ou -, e não um nome de dispositivo)");
+        XVErroDeUso(
+            "--empresa: \"" + acesso.sEmpresa +
+            "\" não é um código de empresa (1 a 47 letras, dígitos, _ ou -, e não um nome de dispositivo)");
 }
 
 IXVOperacoes& CXVContexto::Abre(EUsoDaBase eUso) {

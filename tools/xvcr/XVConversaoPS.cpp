@@ -18,9 +18,13 @@ _REG_DF_TEXTOPS Vista(const std::string& sTexto) {
     return reg;
 }
 
-XVUInt Quantidade(const std::vector<XVUInt>& lista) { return static_cast<XVUInt>(lista.size()); }
+XVUInt Quantidade(const std::vector<XVUInt>& lista) {
+    return static_cast<XVUInt>(lista.size());
+}
 
-XVUInt* Vista(const std::vector<XVUInt>& lista) { return lista.empty() ? nullptr : SemConst(lista.data()); }
+XVUInt* Vista(const std::vector<XVUInt>& lista) {
+    return lista.empty() ? nullptr : SemConst(lista.data());
+}
 
 }  // namespace
 

@@ -13,7 +13,10 @@ struct SNome {
     std::string_view sNome;
 };
 
-#define XV_NOME(valor) SNome{valor, #valor}
+#define XV_NOME(valor) \
+    SNome {            \
+        valor, #valor  \
+    }
 
 constexpr SNome k_aTipoIntegracao[] = {
     XV_NOME(eXVSMiddleware_NenhumaIntegracao),
@@ -62,12 +65,9 @@ constexpr SNome k_aTipoData[] = {
 };
 
 constexpr SNome k_aTipoConsulta[] = {
-    XV_NOME(eXVSMiddleware_NenhumaConsulta),
-    XV_NOME(eXVSMiddleware_ConsultaCnpj),
-    XV_NOME(eXVSMiddleware_ConsultaBoleto),
-    XV_NOME(eXVSMiddleware_ConsultaPagamento),
-    XV_NOME(eXVSMiddleware_ConsultaPagamentoLote),
-    XV_NOME(eXVSMiddleware_ConsultaPagamentoComprovante),
+    XV_NOME(eXVSMiddleware_NenhumaConsulta),          XV_NOME(eXVSMiddleware_ConsultaCnpj),
+    XV_NOME(eXVSMiddleware_ConsultaBoleto),           XV_NOME(eXVSMiddleware_ConsultaPagamento),
+    XV_NOME(eXVSMiddleware_ConsultaPagamentoLote),    XV_NOME(eXVSMiddleware_ConsultaPagamentoComprovante),
     XV_NOME(eXVSMiddleware_ConsultaPagamentoExtrato),
 };
 
@@ -85,14 +85,22 @@ constexpr SNome k_aStatusConsulta[] = {
 
 std::span<const SNome> Tabela(EEnumeracao eEnumeracao) {
     switch (eEnumeracao) {
-        case EEnumeracao::eTipoIntegracao: return k_aTipoIntegracao;
-        case EEnumeracao::eStatusIntegracao: return k_aStatusIntegracao;
-        case EEnumeracao::eSistemaIntegracao: return k_aSistemaIntegracao;
-        case EEnumeracao::eTipoTransacao: return k_aTipoTransacao;
-        case EEnumeracao::eTipoData: return k_aTipoData;
-        case EEnumeracao::eTipoConsulta: return k_aTipoConsulta;
-        case EEnumeracao::eStatusConsulta: return k_aStatusConsulta;
-        case EEnumeracao::eNenhuma: break;
+        case EEnumeracao::eTipoIntegracao:
+            return k_aTipoIntegracao;
+        case EEnumeracao::eStatusIntegracao:
+            return k_aStatusIntegracao;
+        case EEnumeracao::eSistemaIntegracao:
+            return k_aSistemaIntegracao;
+        case EEnumeracao::eTipoTransacao:
+            return k_aTipoTransacao;
+        case EEnumeracao::eTipoData:
+            return k_aTipoData;
+        case EEnumeracao::eTipoConsulta:
+            return k_aTipoConsulta;
+        case EEnumeracao::eStatusConsulta:
+            return k_aStatusConsulta;
+        case EEnumeracao::eNenhuma:
+            break;
     }
     return {};
 }
@@ -124,9 +132,9 @@ bool Busca(EEnumeracao eEnumeracao, std::string_view sTexto, XVUInt* pulValor) {
     const auto [pszLido, erro] = std::from_chars(sTexto.data(), pszFim, ulNumero);
     const bool bNumero = erro == std::errc() && pszLido == pszFim;
     for (const SNome& rNome : Tabela(eEnumeracao)) {
-        const bool bIgual = bNumero ? rNome.ulValor == ulNumero
-                                    : XVIgualSemCaixa(rNome.sNome, sTexto) ||
-                                          XVIgualSemCaixa(Curto(rNome.sNome), sTexto);
+        const bool bIgual =
+            bNumero ? rNome.ulValor == ulNumero
+                    : XVIgualSemCaixa(rNome.sNome, sTexto) || XVIgualSemCaixa(Curto(rNome.sNome), sTexto);
         if (bIgual) {
             *pulValor = rNome.ulValor;
             return true;

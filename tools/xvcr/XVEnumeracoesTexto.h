@@ -1,4 +1,5 @@
-// Names of the enumerations of the records: as the enumerations spell them ("eXVSMiddleware_Pendente"), in short
+// Names of the enumerations of the records: as the enumerations spell them ("eXVSMiddleware_Pendente"), in
+// short
 // ("Pendente", any case) and as numbers.
 #pragma once
 

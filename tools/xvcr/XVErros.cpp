@@ -5,9 +5,13 @@
 #include "support/XVMensagens.h"
 #include "tools/xvcr/XVTextoTela.h"
 
-void XVFalha(std::string sMensagem) { throw CXVErro(ESaida::eFalha, std::move(sMensagem)); }
+void XVFalha(std::string sMensagem) {
+    throw CXVErro(ESaida::eFalha, std::move(sMensagem));
+}
 
-void XVErroDeUso(std::string sMensagem) { throw CXVErro(ESaida::eUso, std::move(sMensagem)); }
+void XVErroDeUso(std::string sMensagem) {
+    throw CXVErro(ESaida::eUso, std::move(sMensagem));
+}
 
 std::string XVCodigoHexadecimal(HRESULT hr) {
     char szCodigo[16];

@@ -5,5 +5,6 @@
 
 #include "tools/xvcr/IXVOperacoes.h"
 
-// bServidor: through the component's server; a program built without its client answers with a CXVErro of usage.
+// bServidor: through the component's server; a program built without its client answers with a CXVErro of
+// usage.
 std::unique_ptr<IXVOperacoes> XVCriaOperacoes(bool bServidor);

@@ -13,7 +13,8 @@ bool SFiltroRegistro::Aceita(const SLinhaRegistro& rRegistro) const {
     };
     if (!sDe.empty() && rRegistro.sDataHora < sDe) return false;
     if (!sAte.empty() && rRegistro.sDataHora > sAte) return false;
-    if (!sFuncao.empty() && XVEmMinusculas(rRegistro.sFuncao).find(XVEmMinusculas(sFuncao)) == std::string::npos)
+    if (!sFuncao.empty() &&
+        XVEmMinusculas(rRegistro.sFuncao).find(XVEmMinusculas(sFuncao)) == std::string::npos)
         return false;
     return igual(sCodigo, rRegistro.sCodigo) && igual(sEmpresa, rRegistro.sEmpresa) &&
            igual(sUsuario, rRegistro.sUsuario) && igual(sSessao, rRegistro.sSessao);
@@ -26,7 +27,8 @@ std::string SFiltroRegistro::LeMomento(std::string_view sTexto, bool bFim, std::
     std::string sMomento = regMomento.ToISO8601();
     sMomento.pop_back();
     // A day without time means all of it.
-    if (bFim && sTexto.find('T') == std::string_view::npos) sMomento.replace(sMomento.find('T'), 9, "T23:59:59");
+    if (bFim && sTexto.find('T') == std::string_view::npos)
+        sMomento.replace(sMomento.find('T'), 9, "T23:59:59");
     *psMomento = std::move(sMomento);
     return {};
 }

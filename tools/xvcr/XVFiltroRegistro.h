@@ -6,10 +6,10 @@
 #include "tools/xvcr/XVLinhaRegistro.h"
 
 struct SFiltroRegistro {
-    std::string sDe;   // local times as the log writes them, "2026-11-21T13:05:09"
+    std::string sDe;  // local times as the log writes them, "2026-11-21T13:05:09"
     std::string sAte;
-    std::string sFuncao;   // a part of the name, any case
-    std::string sCodigo;   // "0x81080AAA"
+    std::string sFuncao;  // a part of the name, any case
+    std::string sCodigo;  // "0x81080AAA"
     std::string sEmpresa;
     std::string sUsuario;
     std::string sSessao;

@@ -64,6 +64,7 @@ std::string XVLeTudo(IXVFonteBytes& rFonte, std::size_t uiLimite) {
         const std::size_t uiLidos = rFonte.Le(sTudo.data() + uiInicio, k_uiBloco);
         sTudo.resize(uiInicio + uiLidos);
         if (uiLidos == 0) return sTudo;
-        if (sTudo.size() > uiLimite) XVFalha("o texto passa do limite de " + std::to_string(uiLimite) + " bytes");
+        if (sTudo.size() > uiLimite)
+            XVFalha("o texto passa do limite de " + std::to_string(uiLimite) + " bytes");
     }
 }

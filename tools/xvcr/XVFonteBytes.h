@@ -7,8 +7,8 @@
 class IXVFonteBytes {
   public:
     virtual ~IXVFonteBytes() = default;
-    // Fills up to uiTamanho bytes and returns how many; 0 when nothing more is there now (a file that grows is
-    // read on by the next call). A failure is thrown as CXVErro.
+    // Fills up to uiTamanho bytes and returns how many; 0 when nothing more is there now (a file that grows
+    // is read on by the next call). A failure is thrown as CXVErro.
     virtual std::size_t Le(char* pDados, std::size_t uiTamanho) = 0;
     // Length in bytes where it is known, else 0.
     virtual std::uintmax_t GetTamanho() const { return 0; }

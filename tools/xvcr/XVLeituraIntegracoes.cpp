@@ -14,7 +14,8 @@ constexpr std::size_t k_uiPorLeitura = 64;
 // Calls fRecebe for each integration, reading a few at a time. A query of the external systems is made
 // once for the whole list, so the list then stays whole.
 template <class FRecebe>
-void LeTodas(CXVContexto& rContexto, const std::vector<REG_XVDMC>& lista, XVUInt64 uiFlags, FRecebe&& fRecebe) {
+void LeTodas(CXVContexto& rContexto, const std::vector<REG_XVDMC>& lista, XVUInt64 uiFlags,
+             FRecebe&& fRecebe) {
     IXVOperacoes& rOperacoes = rContexto.Abre(EUsoDaBase::eLeitura);
     if (lista.size() == 1) {
         SIntegracao dados;
@@ -54,7 +55,8 @@ std::string ArquivoDoTexto(const SIntegracao& rDados, const STextoLido& rTexto, 
     return sCaminho;
 }
 
-void MostraUma(CXVContexto& rContexto, const SIntegracao& rDados, XVUInt64 uiFlags, const std::string& sPasta) {
+void MostraUma(CXVContexto& rContexto, const SIntegracao& rDados, XVUInt64 uiFlags,
+               const std::string& sPasta) {
     constexpr const char* k_szArquivo = "_arquivo";
     XVJson json = XVRegistroJson::ParaJson(rDados, false);
     XVRegistroJson::XVListaPares listaPares = XVRegistroJson::ParaPares(rDados, false);
@@ -92,12 +94,14 @@ void SOpcoesLeitura::Adiciona(CLI::App& rComando) {
 }
 
 XVUInt64 SOpcoesLeitura::GetFlags() const {
-    if (bOperacaoPosterior && !bConsultaTerceiro) XVErroDeUso("--operacao-posterior só vale com --consulta-terceiro");
+    if (bOperacaoPosterior && !bConsultaTerceiro)
+        XVErroDeUso("--operacao-posterior só vale com --consulta-terceiro");
     XVUInt64 uiFlags = bTodos ? XVFlagLeitura::eTextos : 0;
     if (bRegistroJSON) uiFlags |= XVFlagLeitura::eRegistroJSON;
     if (bMensagem) uiFlags |= XVFlagLeitura::eMensagem;
     if (bJSONRetorno) uiFlags |= XVFlagLeitura::eJSONRetorno;
-    if (!sPasta.empty() && uiFlags == 0) XVErroDeUso("--para-pasta pede ao menos um texto (--todos, por exemplo)");
+    if (!sPasta.empty() && uiFlags == 0)
+        XVErroDeUso("--para-pasta pede ao menos um texto (--todos, por exemplo)");
     if (bConsultaTerceiro) uiFlags |= XVFlagLeitura::eConsultaTerceiro;
     if (bOperacaoPosterior) uiFlags |= XVFlagLeitura::eOperacaoPosterior;
     return uiFlags;

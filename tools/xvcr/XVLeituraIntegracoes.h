@@ -21,7 +21,8 @@ struct SOpcoesLeitura {
 };
 
 // Reads the integrations in their order and writes each as a record.
-void XVMostraIntegracoes(CXVContexto& rContexto, const std::vector<REG_XVDMC>& lista, const SOpcoesLeitura& rOpcoes);
+void XVMostraIntegracoes(CXVContexto& rContexto, const std::vector<REG_XVDMC>& lista,
+                         const SOpcoesLeitura& rOpcoes);
 
 // Reads the integrations in their order and writes them as the rows of one table.
 void XVTabelaIntegracoes(CXVContexto& rContexto, const std::vector<REG_XVDMC>& lista);

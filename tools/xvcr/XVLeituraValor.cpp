@@ -21,10 +21,18 @@ std::string LeNumero(std::string_view sTexto, T* pValor) {
 
 namespace XVLeituraValor {
 
-std::string Le(std::string_view sTexto, XVUInt64* puiValor) { return LeNumero(sTexto, puiValor); }
-std::string Le(std::string_view sTexto, XVUInt* pulValor) { return LeNumero(sTexto, pulValor); }
-std::string Le(std::string_view sTexto, XVUShort* pusValor) { return LeNumero(sTexto, pusValor); }
-std::string Le(std::string_view sTexto, XVByte* pucValor) { return LeNumero(sTexto, pucValor); }
+std::string Le(std::string_view sTexto, XVUInt64* puiValor) {
+    return LeNumero(sTexto, puiValor);
+}
+std::string Le(std::string_view sTexto, XVUInt* pulValor) {
+    return LeNumero(sTexto, pulValor);
+}
+std::string Le(std::string_view sTexto, XVUShort* pusValor) {
+    return LeNumero(sTexto, pusValor);
+}
+std::string Le(std::string_view sTexto, XVByte* pucValor) {
+    return LeNumero(sTexto, pucValor);
+}
 
 std::string Le(std::string_view sTexto, REG_XVDMC* pDmc) {
     REG_XVDMC regDmc;

@@ -7,7 +7,9 @@ namespace {
 
 constexpr std::string_view k_sBom = "\xEF\xBB\xBF";
 
-bool EhEspaco(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; }
+bool EhEspaco(char c) {
+    return c == ' ' || c == '\t' || c == '\r' || c == '\n';
+}
 
 std::size_t PulaEspacos(std::string_view s, std::size_t i) {
     while (i < s.size() && EhEspaco(s[i])) ++i;
@@ -52,17 +54,24 @@ std::string DescreveErro(std::string_view sLinha) {
 
 SMembroJson::ETipo SMembroJson::GetTipo() const {
     switch (sValor.front()) {
-        case '"': return ETipo::eTexto;
+        case '"':
+            return ETipo::eTexto;
         case '{':
-        case '[': return ETipo::eComposto;
+        case '[':
+            return ETipo::eComposto;
         case 't':
-        case 'f': return ETipo::eLogico;
-        case 'n': return ETipo::eNulo;
-        default: return ETipo::eNumero;
+        case 'f':
+            return ETipo::eLogico;
+        case 'n':
+            return ETipo::eNulo;
+        default:
+            return ETipo::eNumero;
     }
 }
 
-std::string SMembroJson::GetTexto() const { return nlohmann::json::parse(sValor).get<std::string>(); }
+std::string SMembroJson::GetTexto() const {
+    return nlohmann::json::parse(sValor).get<std::string>();
+}
 
 std::string SMembroJson::GetCompacto() const {
     std::string sCompacto;
@@ -94,7 +103,8 @@ std::string XVSeparaMembros(std::string_view sLinha, std::vector<SMembroJson>* p
         const std::size_t uiFimValor = PulaValor(sLinha, i);
         membro.sValor = sLinha.substr(i, uiFimValor - i);
         const auto bIgual = [&](const SMembroJson& rOutro) { return rOutro.sNome == membro.sNome; };
-        if (std::any_of(pLista->begin(), pLista->end(), bIgual)) return "campo \"" + membro.sNome + "\" repetido";
+        if (std::any_of(pLista->begin(), pLista->end(), bIgual))
+            return "campo \"" + membro.sNome + "\" repetido";
         pLista->push_back(std::move(membro));
         if (pLista->size() > 256) return "campos demais";
         i = PulaEspacos(sLinha, uiFimValor);

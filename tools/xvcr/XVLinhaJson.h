@@ -1,5 +1,5 @@
-// One JSON object taken apart into its members without changing a byte of their values: embedded documents keep
-// their numbers, escapes and order of keys.
+// One JSON object taken apart into its members without changing a byte of their values: embedded documents
+// keep their numbers, escapes and order of keys.
 #pragma once
 
 #include <string>

@@ -54,7 +54,9 @@ CXVCabecalhoRegistro::CXVCabecalhoRegistro(std::string_view sLinha) {
     for (const std::string_view sNome : Separa(sLinha)) m_listaNomes.emplace_back(sNome);
 }
 
-bool CXVCabecalhoRegistro::EhCabecalho(std::string_view sLinha) { return sLinha.starts_with("Data\tHora\t"); }
+bool CXVCabecalhoRegistro::EhCabecalho(std::string_view sLinha) {
+    return sLinha.starts_with("Data\tHora\t");
+}
 
 std::string_view CXVCabecalhoRegistro::Coluna(const std::vector<std::string_view>& listaCelulas,
                                               std::string_view sNome) const {

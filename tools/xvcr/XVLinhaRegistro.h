@@ -17,10 +17,10 @@ struct SLinhaRegistro {
     std::string sTipo;  // ENTROU, SAIU, COCREATE, ERRO
     std::string sArquivo;
     std::string sLinha;
-    std::string sExpressao;   // of a failed check
-    std::string sCodigo;      // "0x81080AAA", empty when the line holds none
-    std::string sMensagem;    // what stands beside the code, or the whole text of a line without check
-    std::string sDuracao;     // milliseconds, entry and exit records
+    std::string sExpressao;  // of a failed check
+    std::string sCodigo;     // "0x81080AAA", empty when the line holds none
+    std::string sMensagem;   // what stands beside the code, or the whole text of a line without check
+    std::string sDuracao;    // milliseconds, entry and exit records
     std::vector<std::string> listaParametros;  // "name = value"
 };
 

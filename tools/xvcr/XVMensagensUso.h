@@ -3,5 +3,7 @@
 
 #include <CLI/Error.hpp>
 #include <string>
+#include <vector>
 
-std::string XVDescreveErroDeUso(const CLI::ParseError& rErro);
+// listaSobras: arguments that belong to no command or option.
+std::string XVDescreveErroDeUso(const CLI::ParseError& rErro, const std::vector<std::string>& listaSobras);

@@ -20,7 +20,8 @@ std::vector<std::string> XVProtegeArgumentos(std::vector<std::string> listaArgum
             if (uiIgual == std::string::npos) continue;
             uiValor = uiIgual + 1;
         }
-        if (PrecisaMarca(std::string_view(rArgumento).substr(uiValor))) rArgumento.insert(uiValor, 1, k_cMarca);
+        if (PrecisaMarca(std::string_view(rArgumento).substr(uiValor)))
+            rArgumento.insert(uiValor, 1, k_cMarca);
     }
     return listaArgumentos;
 }

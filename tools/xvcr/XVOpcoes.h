@@ -9,8 +9,8 @@
 
 #include "tools/xvcr/XVLeituraValor.h"
 
-// Argument values that the command-line library would take for something of its own (empty ones, those that begin
-// with '[' or '{') go through it under a mark, which the options below take off again.
+// Argument values that the command-line library would take for something of its own (empty ones, those that
+// begin with '[' or '{') go through it under a mark, which the options below take off again.
 std::vector<std::string> XVProtegeArgumentos(std::vector<std::string> listaArgumentos);
 std::string XVDesprotege(const std::string& sArgumento);
 

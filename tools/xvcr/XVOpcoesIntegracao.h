@@ -26,15 +26,17 @@ class CXVOpcoesIntegracao {
     };
     template <auto membro>
     void Inclui(const CLI::Option* pOpcao) {
-        m_listaDadas.push_back(
-            {pOpcao, [](SIntegracao& rDestino, const SIntegracao& rOrigem) { rDestino.*membro = rOrigem.*membro; }});
+        m_listaDadas.push_back({pOpcao, [](SIntegracao& rDestino, const SIntegracao& rOrigem) {
+                                    rDestino.*membro = rOrigem.*membro;
+                                }});
     }
     template <auto membro>
     void Valor(CLI::App& rComando, const char* pszNome, const char* pszTipo, const char* pszDescricao);
     template <auto membro>
     void Texto(CLI::App& rComando, const char* pszNome, const char* pszDescricao);
     template <auto membro>
-    void Enumeracao(CLI::App& rComando, const char* pszNome, const char* pszDescricao, EEnumeracao eEnumeracao);
+    void Enumeracao(CLI::App& rComando, const char* pszNome, const char* pszDescricao,
+                    EEnumeracao eEnumeracao);
 
     SIntegracao m_Dados;
     std::vector<SDada> m_listaDadas;

@@ -19,7 +19,9 @@ struct TSaidaPS {
 
 }  // namespace
 
-CXVOperacoesLocais::~CXVOperacoesLocais() { XVIgnora(m_Base.Finaliza()); }
+CXVOperacoesLocais::~CXVOperacoesLocais() {
+    XVIgnora(m_Base.Finaliza());
+}
 
 HRESULT CXVOperacoesLocais::Inicializa(const SAcesso& rAcesso) {
     m_pRegistro = XVRegistroDoAcesso(rAcesso);
@@ -28,7 +30,9 @@ HRESULT CXVOperacoesLocais::Inicializa(const SAcesso& rAcesso) {
     return m_Base.Inicializa(&chamador);
 }
 
-HRESULT CXVOperacoesLocais::Finaliza() { return m_Base.Finaliza(); }
+HRESULT CXVOperacoesLocais::Finaliza() {
+    return m_Base.Finaliza();
+}
 
 HRESULT CXVOperacoesLocais::GravaIntegracao(REG_XVDMC* pDmc, const SIntegracao& rDados) {
     const tagREG_CR_INTEGRACAO_MIDDLEWAREPS reg = XVConversaoPS::ParaPS(rDados);

@@ -27,7 +27,8 @@ class CXVOperacoesLocais : public IXVOperacoes {
     HRESULT BuscaChaveRegistro(const SChaveRegistro& rFiltro, SChaveRegistro* pDados) override;
     HRESULT GravaDataHora(const SDataHoraIntegracao& rDados) override;
     HRESULT BuscaDataHora(const SDataHoraIntegracao& rFiltro, SDataHoraIntegracao* pDados) override;
-    HRESULT BuscaDadosSistemaTerceiro(const SConsultaTerceiro& rConsulta, SRespostaConsulta* pResposta) override;
+    HRESULT BuscaDadosSistemaTerceiro(const SConsultaTerceiro& rConsulta,
+                                      SRespostaConsulta* pResposta) override;
 
   private:
     std::unique_ptr<CXVRegistroComDiretorio> m_pRegistro;

@@ -1,5 +1,5 @@
-// The machine's configuration with another module directory, for as long as the object lives: what --diretorio
-// names is found by the store as if the installation had written it.
+// The machine's configuration with another module directory, for as long as the object lives: what
+// --diretorio names is found by the store as if the installation had written it.
 #pragma once
 
 #include <memory>

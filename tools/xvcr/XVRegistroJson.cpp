@@ -15,9 +15,12 @@ constexpr const char* k_szTipoErrado = "tipo de valor errado";
 template <class T>
 std::string LeNumero(const SMembroJson& rMembro, T* pValor) {
     switch (rMembro.GetTipo()) {
-        case ETipo::eNumero: return XVLeituraValor::Le(rMembro.sValor, pValor);
-        case ETipo::eTexto: return XVLeituraValor::Le(rMembro.GetTexto(), pValor);
-        default: return k_szTipoErrado;
+        case ETipo::eNumero:
+            return XVLeituraValor::Le(rMembro.sValor, pValor);
+        case ETipo::eTexto:
+            return XVLeituraValor::Le(rMembro.GetTexto(), pValor);
+        default:
+            return k_szTipoErrado;
     }
 }
 
@@ -55,16 +58,22 @@ void Inclui(XVJson& rJson, std::string_view sCampo, EEnumeracao eEnumeracao, XVU
         rJson[std::string(sCampo)] = sNome;
 }
 
-std::string ParaPessoa(const std::string& sTexto) { return XVTextoTela::Escapa(sTexto, true); }
+std::string ParaPessoa(const std::string& sTexto) {
+    return XVTextoTela::Escapa(sTexto, true);
+}
 
-std::string ParaPessoa(REG_XVDMC regDmc) { return regDmc.EhNulo() ? "-" : regDmc.ToString(); }
+std::string ParaPessoa(REG_XVDMC regDmc) {
+    return regDmc.EhNulo() ? "-" : regDmc.ToString();
+}
 
 std::string ParaPessoa(REG_XVDMAHMSUTC regDataHora) {
     if (regDataHora.EhNula()) return "-";
     return regDataHora.EhValida() ? regDataHora.ToISO8601() : std::to_string(regDataHora.uiValor);
 }
 
-std::string ParaPessoa(XVUInt64 uiValor) { return std::to_string(uiValor); }
+std::string ParaPessoa(XVUInt64 uiValor) {
+    return std::to_string(uiValor);
+}
 
 std::string ParaPessoa(EEnumeracao eEnumeracao, XVUInt ulValor) {
     return XVEnumeracoesTexto::GetNomeCurto(eEnumeracao, ulValor);
@@ -72,10 +81,17 @@ std::string ParaPessoa(EEnumeracao eEnumeracao, XVUInt ulValor) {
 
 std::string LeMembro(const SMembroJson& rMembro, std::string* psTexto) {
     switch (rMembro.GetTipo()) {
-        case ETipo::eTexto: *psTexto = rMembro.GetTexto(); break;
-        case ETipo::eComposto: *psTexto = rMembro.GetCompacto(); break;
-        case ETipo::eNulo: psTexto->clear(); break;
-        default: return k_szTipoErrado;
+        case ETipo::eTexto:
+            *psTexto = rMembro.GetTexto();
+            break;
+        case ETipo::eComposto:
+            *psTexto = rMembro.GetCompacto();
+            break;
+        case ETipo::eNulo:
+            psTexto->clear();
+            break;
+        default:
+            return k_szTipoErrado;
     }
     return XVConfereTexto(*psTexto);
 }
@@ -98,8 +114,12 @@ std::string LeMembro(const SMembroJson& rMembro, REG_XVDMAHMSUTC* pDataHora) {
     return {};
 }
 
-std::string LeMembro(const SMembroJson& rMembro, XVUInt64* puiValor) { return LeNumero(rMembro, puiValor); }
-std::string LeMembro(const SMembroJson& rMembro, XVUInt* pulValor) { return LeNumero(rMembro, pulValor); }
+std::string LeMembro(const SMembroJson& rMembro, XVUInt64* puiValor) {
+    return LeNumero(rMembro, puiValor);
+}
+std::string LeMembro(const SMembroJson& rMembro, XVUInt* pulValor) {
+    return LeNumero(rMembro, pulValor);
+}
 
 std::string LeMembro(const SMembroJson& rMembro, XVByte* pucValor) {
     if (rMembro.GetTipo() != ETipo::eLogico) return LeNumero(rMembro, pucValor);
@@ -109,9 +129,12 @@ std::string LeMembro(const SMembroJson& rMembro, XVByte* pucValor) {
 
 std::string LeMembro(const SMembroJson& rMembro, EEnumeracao eEnumeracao, XVUInt* pulValor) {
     switch (rMembro.GetTipo()) {
-        case ETipo::eNumero: return XVLeituraValor::Le(rMembro.sValor, eEnumeracao, pulValor);
-        case ETipo::eTexto: return XVLeituraValor::Le(rMembro.GetTexto(), eEnumeracao, pulValor);
-        default: return k_szTipoErrado;
+        case ETipo::eNumero:
+            return XVLeituraValor::Le(rMembro.sValor, eEnumeracao, pulValor);
+        case ETipo::eTexto:
+            return XVLeituraValor::Le(rMembro.GetTexto(), eEnumeracao, pulValor);
+        default:
+            return k_szTipoErrado;
     }
 }
 

@@ -1,7 +1,7 @@
 // Records to JSON and back, under the field names of the store's records.
 //
-// Written: keys, DMCs and external ids as decimal texts; date-times as ISO 8601, empty for none; enumerations by
-// name, by number where the value has none; texts as strings, and those that are not valid UTF-8 in base64
+// Written: keys, DMCs and external ids as decimal texts; date-times as ISO 8601, empty for none; enumerations
+// by name, by number where the value has none; texts as strings, and those that are not valid UTF-8 in base64
 // under "<field>_base64". The text form of "regDmc" stands beside it as "sDmc".
 // Read: the same forms, numbers for numbers, and an object or array for a text, which is kept without white
 // space but otherwise as it stands.
@@ -141,7 +141,8 @@ bool TemDmcIgual(const TCampo<T>& rCampo, const T& rUm, const T& rOutro) {
 // The members into the record; names for which fIgnora is true are left to the caller. The field and the
 // explanation of the first fault, or an empty explanation. "sDmc" stands for "regDmc"; both must agree.
 template <class T, class FIgnora>
-[[nodiscard]] SErroCampo DeMembros(const std::vector<SMembroJson>& listaMembros, FIgnora&& fIgnora, T* pDados) {
+[[nodiscard]] SErroCampo DeMembros(const std::vector<SMembroJson>& listaMembros, FIgnora&& fIgnora,
+                                   T* pDados) {
     std::vector<std::string_view> listaLidos;
     for (const SMembroJson& rMembro : listaMembros) {
         if (fIgnora(rMembro)) continue;

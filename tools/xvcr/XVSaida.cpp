@@ -21,16 +21,19 @@ void CXVSaida::Linha(std::string_view sTexto) {
     Escreve("\n");
 }
 
-void CXVSaida::LinhaJson(const XVJson& rJson) { Linha(rJson.dump()); }
+void CXVSaida::LinhaJson(const XVJson& rJson) {
+    Linha(rJson.dump());
+}
 
 void CXVSaida::Pares(const XVRegistroJson::XVListaPares& listaPares) {
     std::size_t uiLargura = 0;
-    for (const auto& [sNome, sValor] : listaPares) 
+    for (const auto& [sNome, sValor] : listaPares)
         uiLargura = std::max(uiLargura, XVTextoTela::GetLargura(sNome));
     for (const auto& [sNome, sValor] : listaPares) {
         const bool bVariasLinhas = sValor.find('\n') != std::string::npos;
         const std::string sEspacos(uiLargura - XVTextoTela::GetLargura(sNome) + 2, ' ');
-        Linha(bVariasLinhas ? sNome + ":\n" + sValor : sNome + ':' + (sValor.empty() ? "" : sEspacos + sValor));
+        Linha(bVariasLinhas ? sNome + ":\n" + sValor
+                            : sNome + ':' + (sValor.empty() ? "" : sEspacos + sValor));
     }
 }
 

@@ -5,7 +5,8 @@ void CXVSaidaConversao::OnInicioPasso(XVUShort usPasso, std::size_t uiQtdArquivo
     m_uiFeitosPasso = 0;
     m_uiRegistrosPasso = 0;
     if (!m_rSaida.EhJson())
-        m_rSaida.Linha("passo " + std::to_string(usPasso) + ": " + std::to_string(uiQtdArquivos) + " arquivo(s)");
+        m_rSaida.Linha("passo " + std::to_string(usPasso) + ": " + std::to_string(uiQtdArquivos) +
+                       " arquivo(s)");
     m_rSaida.Termina();
 }
 
@@ -14,10 +15,11 @@ void CXVSaidaConversao::OnArquivoConvertido(XVUShort usPasso, const std::string&
     ++m_uiFeitosPasso;
     m_uiRegistrosPasso += uiQtdRegistros;
     if (m_rSaida.EhJson())
-        m_rSaida.LinhaJson(XVJson{{"passo", usPasso}, {"arquivo", sNomeArquivo}, {"registros", uiQtdRegistros}});
+        m_rSaida.LinhaJson(
+            XVJson{{"passo", usPasso}, {"arquivo", sNomeArquivo}, {"registros", uiQtdRegistros}});
     else
-        m_rSaida.Linha("  " + std::to_string(m_uiFeitosPasso) + '/' + std::to_string(m_uiArquivosPasso) + "  " +
-                       sNomeArquivo + "  " + std::to_string(uiQtdRegistros) + " registros");
+        m_rSaida.Linha("  " + std::to_string(m_uiFeitosPasso) + '/' + std::to_string(m_uiArquivosPasso) +
+                       "  " + sNomeArquivo + "  " + std::to_string(uiQtdRegistros) + " registros");
     m_rSaida.Termina();
 }
 
@@ -26,8 +28,8 @@ void CXVSaidaConversao::OnFimPasso(XVUShort usPasso) {
     m_uiArquivos += m_uiFeitosPasso;
     m_uiRegistros += m_uiRegistrosPasso;
     if (!m_rSaida.EhJson())
-        m_rSaida.Linha("passo " + std::to_string(usPasso) + " concluído: " + std::to_string(m_uiRegistrosPasso) +
-                       " registros");
+        m_rSaida.Linha("passo " + std::to_string(usPasso) +
+                       " concluído: " + std::to_string(m_uiRegistrosPasso) + " registros");
     m_rSaida.Termina();
 }
 
@@ -42,7 +44,7 @@ void CXVSaidaConversao::Resume(XVUShort usVersao) {
         m_rSaida.Linha("a base já está na versão " + std::to_string(k_usVersaoAtualBase));
     } else {
         m_rSaida.Linha("convertida da versão " + std::to_string(usVersao) + " para a " +
-                       std::to_string(k_usVersaoAtualBase) + ": " + std::to_string(m_uiArquivos) + " arquivo(s), " +
-                       std::to_string(m_uiRegistros) + " registros");
+                       std::to_string(k_usVersaoAtualBase) + ": " + std::to_string(m_uiArquivos) +
+                       " arquivo(s), " + std::to_string(m_uiRegistros) + " registros");
     }
 }

@@ -9,7 +9,8 @@ class CXVSaidaConversao : public IXVObservadorConversao {
     explicit CXVSaidaConversao(CXVSaida& rSaida) : m_rSaida(rSaida) {}
 
     void OnInicioPasso(XVUShort usPasso, std::size_t uiQtdArquivos) override;
-    void OnArquivoConvertido(XVUShort usPasso, const std::string& sNomeArquivo, XVUInt64 uiQtdRegistros) override;
+    void OnArquivoConvertido(XVUShort usPasso, const std::string& sNomeArquivo,
+                             XVUInt64 uiQtdRegistros) override;
     void OnFimPasso(XVUShort usPasso) override;
 
     // The whole of it; usVersao: of the store before.

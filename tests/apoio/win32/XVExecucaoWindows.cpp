@@ -52,8 +52,8 @@ SExecucao XVExecuta(const std::string& sPrograma, const std::vector<std::string>
     for (const std::string& rArgumento : listaArgumentos) sComando += ' ' + Cita(rArgumento);
     std::wstring sLargo = Largo(sComando);
     PROCESS_INFORMATION informacao{};
-    const BOOL bCriado = CreateProcessW(nullptr, sLargo.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &inicio,
-                                        &informacao);
+    const BOOL bCriado = CreateProcessW(nullptr, sLargo.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr,
+                                        &inicio, &informacao);
     CloseHandle(inicio.hStdInput);
     CloseHandle(inicio.hStdOutput);
     CloseHandle(inicio.hStdError);
