@@ -112,12 +112,24 @@ HRESULT CBaseMiddleware::FiltraPorArquivo(const CXVDadosCR_FiltroIntegracaoMiddl
 HRESULT CBaseMiddleware::ValidaFiltroNivel2(const CXVDadosCR_FiltroIntegracaoMiddleware& dadosFiltro,
                                             XVUInt64 uiChaveArquivoAtual, const CListaDmc& listaDmc,
                                             CListaDmc& listaPonteiros) {
-    REG_CR_INTEGRACAO_MIDDLEWARE_V2 regIntegracao;
-    for (std::size_t idx = 0; idx < listaDmc.size(); ++idx) {
+    // Neighbours are read under one lock of the group: searches side by side would otherwise close each
+    // other's member at every record.
+    constexpr std::size_t k_uiPorLeitura = 4096;
+    std::vector<REG_CR_INTEGRACAO_MIDDLEWARE_V2> aRegistros;
+    for (std::size_t idx = 0; idx < listaDmc.size();) {
+        const XVUInt uiPosicao = listaDmc[idx].GetPonteiro();
+        std::size_t uiQtd = 1;
+        while (uiQtd < k_uiPorLeitura && idx + uiQtd < listaDmc.size() &&
+               listaDmc[idx + uiQtd].GetPonteiro() == XVUInt64{uiPosicao} + uiQtd)
+            ++uiQtd;
+        aRegistros.clear();
         // clang-format off
-        XV_CHECK(m_pDataBase->m_Integracao.Le(uiChaveArquivoAtual, listaDmc[idx].GetPonteiro(), &regIntegracao));
+        XV_CHECK_TEXTO(m_pDataBase->m_Integracao.LeColecao(uiChaveArquivoAtual, uiPosicao, uiQtd, aRegistros),
+                       "m_pDataBase->m_Integracao.Le(uiChaveArquivoAtual, listaDmc[idx].GetPonteiro(), &regIntegracao)");
         // clang-format on
-        if (PassaNivel2(dadosFiltro, regIntegracao)) listaPonteiros.push_back(listaDmc[idx]);
+        for (std::size_t k = 0; k < uiQtd; ++k)
+            if (PassaNivel2(dadosFiltro, aRegistros[k])) listaPonteiros.push_back(listaDmc[idx + k]);
+        idx += uiQtd;
     }
     return S_OK;
 }

@@ -75,8 +75,9 @@ HRESULT CBaseMiddleware::GravaIntegracaoInstantanea(REG_XVDMC* pDmcRegistroIndex
         if (EhItemIgnorado(rItem)) continue;
         REG_XVDMC regDmcItem = regDmcDoChamador;
         const HRESULT hr = TrocaItem(facade, rItem, regPS, &regDmcItem);
+        // What was recorded stays recorded, whatever the closing operation answers.
+        if (SUCCEEDED(hr) || !(regDmcItem == regDmcDoChamador)) *pDmcRegistroIndex = regDmcItem;
         if (FAILED(hr)) return hr;
-        *pDmcRegistroIndex = regDmcItem;
     }
     return S_OK;
 }

@@ -13,10 +13,10 @@ inline constexpr std::size_t k_uiMinimoPorThread = 1U << 16;
 // Sorts lista by menor; a list that is in order already is left alone. The number of threads is half of
 // the processors, and one when that is fewer than two or the list is short.
 template <class T, class TMenor>
-void XVOrdenaEmParalelo(std::vector<T>& lista, TMenor menor) {
+void XVOrdenaEmParalelo(std::vector<T>& lista, TMenor menor,
+                        std::size_t uiProcessadores = XVAmbienteSO::GetQuantidadeProcessadores()) {
     if (std::is_sorted(lista.begin(), lista.end(), menor)) return;
-    const std::size_t uiThreads = std::min<std::size_t>(XVAmbienteSO::GetQuantidadeProcessadores() / 2,
-                                                        lista.size() / k_uiMinimoPorThread);
+    const std::size_t uiThreads = std::min(uiProcessadores / 2, lista.size() / k_uiMinimoPorThread);
     if (uiThreads < 2) {
         std::sort(lista.begin(), lista.end(), menor);
         return;

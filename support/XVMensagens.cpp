@@ -159,12 +159,18 @@ constexpr SMensagemCodigo k_aMensagens[] = {
     {XVHResult(0x80070005U), "E_ACCESSDENIED",
      "O usuário do processo não tem permissão para a operação; verifique as permissões do "
      "diretório e do componente."},
+    {XVHResult(0x8007000DU), "ERROR_INVALID_DATA",
+     "Um documento da simulação não segue as regras; o log de erros diz qual documento e qual linha "
+     "ou campo."},
     {XVHResult(0x8007000EU), "E_OUTOFMEMORY",
      "Não há memória suficiente para a operação; feche outros programas ou peça menos "
      "registros de cada vez."},
     {XVHResult(0x80070057U), "E_INVALIDARG",
      "Um dos valores informados não é aceito (empresa, data, chave, enumeração ou tamanho de "
      "texto); corrija o valor e repita."},
+    {XVHResult(0x800705B4U), "ERROR_TIMEOUT",
+     "O sistema de terceiro não respondeu no tempo esperado; confira o que foi gravado e repita mais "
+     "tarde."},
     {XVHResult(0x800706BAU), "RPC_S_SERVER_UNAVAILABLE",
      "O servidor do componente não está no ar; repita a chamada e, se persistir, verifique o "
      "serviço e a rede."},

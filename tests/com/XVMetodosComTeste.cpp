@@ -1,6 +1,9 @@
 // Every method of the interface through the real proxy, with the sizes that clients use and those they do not.
 #include <gtest/gtest.h>
 
+#include <filesystem>
+#include <fstream>
+
 #include "support/XVDmc.h"
 #include "tests/com/XVAmbienteCom.h"
 #include "tests/com/XVProcessoTeste.h"
@@ -12,8 +15,9 @@ using namespace XVAmbienteCom;
 class CMetodosCom : public ::testing::Test {
   protected:
     static void SetUpTestSuite() {
+        s_sEmpresa = NovaEmpresa();
         s_pCliente = new XVCliente::CXVCliente;
-        ASSERT_EQ(s_pCliente->Conecta({.sEmpresa = NovaEmpresa(), .usUsuario = 7, .ulNumeroSessao = 42}), S_OK);
+        ASSERT_EQ(s_pCliente->Conecta({.sEmpresa = s_sEmpresa, .usUsuario = 7, .ulNumeroSessao = 42}), S_OK);
     }
     static void TearDownTestSuite() {
         delete s_pCliente;
@@ -32,9 +36,11 @@ class CMetodosCom : public ::testing::Test {
     }
 
     static XVCliente::CXVCliente* s_pCliente;
+    static std::string s_sEmpresa;
 };
 
 XVCliente::CXVCliente* CMetodosCom::s_pCliente = nullptr;
+std::string CMetodosCom::s_sEmpresa;
 
 std::string TextoGrande(std::size_t uiBytes) {
     std::string sTexto(uiBytes, ' ');
@@ -83,7 +89,9 @@ TEST_F(CMetodosCom, GravaAlteraELe) {
 }
 
 TEST_F(CMetodosCom, StatusPorDmcEPorChaveDoSistema) {
-    const std::uint64_t uiDmc = Grava(IntegracaoPendente("{}"));
+    auto dados = IntegracaoPendente("{}");
+    dados.uiChaveIntegracaoSistemaTerceiro = 6001;
+    const std::uint64_t uiDmc = Grava(dados);
     XVCliente::SStatusIntegracao status{.uiDmc = uiDmc, .sMensagemIntegracao = "enviado",
                                         .uiChaveIntegracaoSistemaTerceiro = 6001, .eStatusIntegracao = 2,
                                         .eSistemaIntegracao = 2};
@@ -148,20 +156,33 @@ TEST_F(CMetodosCom, MapaDeChavesEDataHora) {
     EXPECT_EQ(lida.uiDataHora, 0U);
 }
 
-// Exchange, pending items and query reach the built-in simulation; what their answers mean is its own affair,
-// but a system without provider says so and stores nothing.
+// The built-in simulation has nothing pending and answers the query that a rule document describes, with a
+// document of bytes of any kind; a system without provider says so and stores nothing.
 TEST_F(CMetodosCom, TrocaComSistemasTerceiros) {
     auto dados = IntegracaoPendente("{}");
-    dados.eSistemaIntegracao = 8;
     std::uint64_t uiDmc = 0;
-    EXPECT_EQ(Cliente().GravaIntegracaoInstantanea(&uiDmc, dados), E_NOTIMPL);
+    EXPECT_EQ(Cliente().GravaIntegracaoInstantanea(&uiDmc, dados), S_OK);
     EXPECT_EQ(uiDmc, 0U);
+    dados.eSistemaIntegracao = 8;
     dados.uiDmcMovimentoOrigem = REG_XVDMC::Cria(2, 9, REG_XVDMA::Cria(2026, 11, 21)).uiValor;
     EXPECT_EQ(Cliente().GravaPendenciaIntegracao(dados.uiDmcMovimentoOrigem, dados), E_NOTIMPL);
+
+    const XVCliente::SConsultaTerceiro consulta{.sChaveConsulta = "2026-000341", .eTipoConsulta = 5};
     XVCliente::SRespostaConsulta resposta;
-    EXPECT_EQ(Cliente().BuscaDadosSistemaTerceiro({.sChaveConsulta = "11222333000181", .eTipoConsulta = 1}, &resposta),
-              S_OK);
-    EXPECT_NE(resposta.eStatusConsulta, 0U);
+    EXPECT_EQ(Cliente().BuscaDadosSistemaTerceiro(consulta, &resposta), E_NOTIMPL);
+    const std::filesystem::path pasta = std::filesystem::path(DiretorioEmpresa(s_sEmpresa)) / "simulacao";
+    std::filesystem::create_directories(pasta / "regras");
+    std::filesystem::create_directories(pasta / "documentos");
+    const std::string sDocumento("%PDF\0\x01\xFF", 7);
+    std::ofstream(pasta / "documentos" / "comprovante.pdf", std::ios::binary) << sDocumento;
+    std::ofstream(pasta / "regras" / "10-comprovante.regra", std::ios::binary)
+        << "Operacao: BuscaDadosSistemaTerceiro\nConsulta: PagamentoComprovante\nChaveConsulta: 2026-000341\n"
+           "Mensagem: pago\nDocumento: comprovante.pdf\n\n{\"pago\":true}\n";
+    EXPECT_EQ(Cliente().BuscaDadosSistemaTerceiro(consulta, &resposta), S_OK);
+    EXPECT_EQ(resposta.eStatusConsulta, 1U);
+    EXPECT_EQ(resposta.sMensagemRetorno, "pago");
+    EXPECT_EQ(resposta.sJSONRetorno, "{\"pago\":true}");
+    EXPECT_EQ(resposta.sDocumentoRetorno, sDocumento);
 }
 
 TEST_F(CMetodosCom, UltimoErroEFuncaoGenerica) {

@@ -2,6 +2,7 @@
 
 #include <tlhelp32.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -118,6 +119,21 @@ void MataServidores() {
         ::WaitForSingleObject(hProcesso, 10000);
         ::CloseHandle(hProcesso);
     }
+}
+
+void PedeFimAosServidores() {
+    if (const HWND hJanela = ::FindWindowW(L"XVCR_Middleware", nullptr); hJanela != nullptr) {
+        ::PostMessageW(hJanela, WM_CLOSE, 0, 0);
+        return;
+    }
+    const std::vector<DWORD> lista = Servidores();
+    const HANDLE hFoto = ::CreateToolhelp32Snapshot(TH32CS_SNAPTHREAD, 0);
+    THREADENTRY32 entrada{};
+    entrada.dwSize = sizeof(entrada);
+    for (BOOL bTem = ::Thread32First(hFoto, &entrada); bTem != FALSE; bTem = ::Thread32Next(hFoto, &entrada))
+        if (std::find(lista.begin(), lista.end(), entrada.th32OwnerProcessID) != lista.end())
+            ::PostThreadMessageW(entrada.th32ThreadID, WM_QUIT, 0, 0);
+    ::CloseHandle(hFoto);
 }
 
 }  // namespace XVProcessos

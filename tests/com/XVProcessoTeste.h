@@ -40,5 +40,8 @@ std::vector<DWORD> Servidores();
 // Waits until exactly that many run.
 bool EsperaServidores(std::size_t uiQuantidade, DWORD ulMilissegundos);
 void MataServidores();
+// Asks them to end as the system does: WM_CLOSE to the hidden window or, where there is no display for
+// one, WM_QUIT to the thread that pumps.
+void PedeFimAosServidores();
 
 }  // namespace XVProcessos

@@ -27,7 +27,7 @@ int LinhasDoUsuario(const std::string& sEmpresa, const std::string& sUsuario) {
         if (rEntrada.path().filename().string().rfind("XVLogGeral_", 0) != 0) continue;
         std::ifstream arquivo{rEntrada.path(), std::ios::binary};
         for (std::string sLinha; std::getline(arquivo, sLinha);)
-            if (sLinha.find("\t" + sUsuario + "\t") != std::string::npos) ++iLinhas;
+            if (sLinha.find("\t" + sEmpresa + "\t" + sUsuario + "\t") != std::string::npos) ++iLinhas;
     }
     return iLinhas;
 }
@@ -79,14 +79,24 @@ TEST(Processos, QuatroClientesNumaEmpresaEEmDuas) {
     XVCliente::CXVCliente cliente;
     ASSERT_EQ(cliente.Conecta({.sEmpresa = asEmpresas[0]}), S_OK);
     EXPECT_EQ(Conta(cliente), 150U);
-    EXPECT_EQ(XVProcessos::Servidores().size(), 1U);
+    // Servers that were started beside the first one wait for a moment and leave.
+    EXPECT_TRUE(XVProcessos::EsperaServidores(1, 20000));
     XVCliente::CXVCliente outro;
     ASSERT_EQ(outro.Conecta({.sEmpresa = asEmpresas[1]}), S_OK);
     EXPECT_EQ(Conta(outro), 50U);
     // One store, four callers: each line of the log bears the one who called.
-    EXPECT_EQ(LinhasDoUsuario(asEmpresas[0], "U011"), 50);
-    EXPECT_EQ(LinhasDoUsuario(asEmpresas[0], "U012"), 25);
-    EXPECT_EQ(LinhasDoUsuario(asEmpresas[1], "U014"), 25);
+    EXPECT_EQ(LinhasDoUsuario(asEmpresas[0], "11"), 50);
+    EXPECT_EQ(LinhasDoUsuario(asEmpresas[0], "12"), 25);
+    EXPECT_EQ(LinhasDoUsuario(asEmpresas[1], "14"), 25);
+}
+
+TEST(Processos, ClienteDeExemplo) {
+    const auto construcao = std::filesystem::path(XVProcessos::ProgramaAtual()).parent_path() / ".." / "..";
+    const auto exemplo = (construcao / "examples" / "cliente" / "xv_exemplo_cliente.exe").lexically_normal();
+    const std::string sEmpresa = NovaEmpresa();
+    const CXVProcesso processo(exemplo.wstring(), Largo(sEmpresa));
+    EXPECT_EQ(processo.GetCodigo(), 0U) << processo.GetErros();
+    EXPECT_EQ(LinhasDoUsuario(sEmpresa, "7"), 2);
 }
 
 TEST(Processos, ServidorSaiComOUltimoClienteEVoltaComOProximo) {
@@ -178,9 +188,7 @@ TEST(Processos, FimPedidoFechaLojasComClientesConectados) {
     ASSERT_EQ(cliente.Conecta({.sEmpresa = sEmpresa}), S_OK);
     std::uint64_t uiDmc = 0;
     ASSERT_EQ(cliente.GravaIntegracao(&uiDmc, IntegracaoPendente("{}")), S_OK);
-    const HWND hJanela = ::FindWindowW(L"XVCR_Middleware", nullptr);
-    ASSERT_NE(hJanela, nullptr);
-    ::PostMessageW(hJanela, WM_CLOSE, 0, 0);
+    XVProcessos::PedeFimAosServidores();
     EXPECT_TRUE(XVProcessos::EsperaServidores(0, 10000));
     XVCliente::SIntegracao lida;
     EXPECT_EQ(cliente.LeIntegracao(uiDmc, 7, &lida), S_OK);  // a new server

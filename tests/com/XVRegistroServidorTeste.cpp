@@ -44,7 +44,8 @@ void ConfereRegistrado(HKEY hRaiz) {
     EXPECT_EQ(Le(hRaiz, k_sClasse + L"\\ProgID"), L"XVCR.Middleware.1");
     EXPECT_EQ(Le(hRaiz, k_sClasse, L"AppID"), L"{c99599a3-c061-4377-822d-8863ccb0fc7a}");
     EXPECT_EQ(Le(hRaiz, L"XVCR.Middleware\\CurVer"), L"XVCR.Middleware.1");
-    EXPECT_EQ(Le(hRaiz, L"Interface\\" + k_sInterface + L"\\ProxyStubClsid32"), k_sInterface);
+    EXPECT_EQ(::lstrcmpiW(Le(hRaiz, L"Interface\\" + k_sInterface + L"\\ProxyStubClsid32").c_str(),
+                          k_sInterface.c_str()), 0);
     EXPECT_NE(Le(hRaiz, L"CLSID\\" + k_sInterface + L"\\InProcServer32").find(L"XVCR_MiddlewarePS.dll"),
               std::wstring::npos);
 }

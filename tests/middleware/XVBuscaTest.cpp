@@ -1,7 +1,8 @@
 // Searching and reading.
-#include "tests/apoio/XVSistemaArquivosFalhas.h"
-#include "tests/middleware/XVCenarioLoja.h"
 #include "platform/XVAmbienteSO.h"
+#include "tests/apoio/XVSistemaArquivosFalhas.h"
+#include "middleware/XVOrdenacaoParalela.h"
+#include "tests/middleware/XVCenarioLoja.h"
 
 namespace {
 
@@ -13,9 +14,11 @@ class CXVBuscaTest : public CXVCenarioLoja {
     void Povoa() {
         for (const unsigned uiDia : {20U, 18U, 19U}) {
             SetDia(uiDia, 9);
-            Inclui(uiDia * 10, Mercos, eXVSMiddleware_Pendente, eXVSMiddleware_CadastroProduto, eXVSMiddleware_Inclusao);
+            Inclui(uiDia * 10, Mercos, eXVSMiddleware_Pendente, eXVSMiddleware_CadastroProduto,
+                   eXVSMiddleware_Inclusao);
             SetDia(uiDia, 11);
-            Inclui(uiDia * 10 + 1, OfficialBank, eXVSMiddleware_Sucesso, eXVSMiddleware_MovimentoContasReceberBoleto, eXVSMiddleware_Alteracao);
+            Inclui(uiDia * 10 + 1, OfficialBank, eXVSMiddleware_Sucesso,
+                   eXVSMiddleware_MovimentoContasReceberBoleto, eXVSMiddleware_Alteracao);
         }
     }
     void Inclui(XVUInt64 uiChave, XVUInt eSistema, XVUInt eStatus, XVUInt eTipo, XVUInt eTransacao) {
@@ -25,8 +28,12 @@ class CXVBuscaTest : public CXVCenarioLoja {
         integracao.reg.regDataHoraAlteracaoStatus = REG_XVDMAHMSUTC::Agora();
         Grava(*m_pLoja, integracao);
     }
-    static XVUInt64 Dmc(unsigned uiDia, unsigned uiPonteiro) { return XVChaveDmc(XVDma(2024, 3, uiDia), uiPonteiro); }
-    static REG_XVDMAHMSUTC Hora(unsigned uiDia, unsigned uiHora) { return {XVDataHora(XVDma(2024, 3, uiDia), uiHora)}; }
+    static XVUInt64 Dmc(unsigned uiDia, unsigned uiPonteiro) {
+        return XVChaveDmc(XVDma(2024, 3, uiDia), uiPonteiro);
+    }
+    static REG_XVDMAHMSUTC Hora(unsigned uiDia, unsigned uiHora) {
+        return {XVDataHora(XVDma(2024, 3, uiDia), uiHora)};
+    }
     TListaDmc Busca(SFiltroTeste filtro) { return XVBusca(*m_pLoja, std::move(filtro)); }
 
     TLoja m_pLoja;
@@ -49,12 +56,14 @@ TEST_F(CXVBuscaTest, EmptyFilterReturnsAllGroupedByDateAndOpensNoMember) {
     CXVSistemaArquivosFalhas falhas(m_Arquivos);
     const CXVGuardaSistemaArquivos guarda(falhas);
     EXPECT_EQ(Busca({}), k_todas);
-    EXPECT_EQ(Busca({.status = {eXVSMiddleware_Pendente}, .sistemas = {Mercos}}), (TListaDmc{Dmc(18, 1), Dmc(19, 1), Dmc(20, 1)}));
+    EXPECT_EQ(Busca({.status = {eXVSMiddleware_Pendente}, .sistemas = {Mercos}}),
+              (TListaDmc{Dmc(18, 1), Dmc(19, 1), Dmc(20, 1)}));
     EXPECT_EQ(falhas.GetQuantidadeTotal(), 0U) << "the index alone knows the answer";
     EXPECT_EQ(Busca({.tipos = {eXVSMiddleware_CadastroProduto}}).size(), 3U);
     EXPECT_GT(falhas.GetQuantidadeTotal(), 0U);
     falhas.Limpa();
-    EXPECT_EQ(Busca({.tipos = {eXVSMiddleware_CadastroProduto}, .status = {eXVSMiddleware_Erro}}), TListaDmc{});
+    EXPECT_EQ(Busca({.tipos = {eXVSMiddleware_CadastroProduto}, .status = {eXVSMiddleware_Erro}}),
+              TListaDmc{});
     EXPECT_EQ(falhas.GetQuantidade(EOperacaoArquivo::eAbre), 0U) << "nothing passes the first level";
 }
 
@@ -69,9 +78,9 @@ TEST_F(CXVBuscaTest, EveryFieldNarrowsByItself) {
     EXPECT_EQ(Busca({.transacoes = {eXVSMiddleware_Alteracao, eXVSMiddleware_Exclusao}}), banco);
     EXPECT_EQ(Busca({.de = 191}), (TListaDmc{Dmc(19, 2), Dmc(20, 1), Dmc(20, 2)}));
     EXPECT_EQ(Busca({.ate = 181}), (TListaDmc{Dmc(18, 1), Dmc(18, 2)}));
-    EXPECT_EQ(Busca({.de = 181, .ate = 190}),
-              (TListaDmc{Dmc(18, 2), Dmc(19, 1)}));
-    EXPECT_EQ(Busca({.tipos = {eXVSMiddleware_CadastroProduto}, .transacoes = {eXVSMiddleware_Alteracao}}), TListaDmc{});
+    EXPECT_EQ(Busca({.de = 181, .ate = 190}), (TListaDmc{Dmc(18, 2), Dmc(19, 1)}));
+    EXPECT_EQ(Busca({.tipos = {eXVSMiddleware_CadastroProduto}, .transacoes = {eXVSMiddleware_Alteracao}}),
+              TListaDmc{});
     EXPECT_EQ(Busca({.status = {77}}), TListaDmc{}) << "a value that nobody has";
 }
 
@@ -85,7 +94,8 @@ TEST_F(CXVBuscaTest, DateAndTimeOfDayAreBoundedApart) {
     EXPECT_EQ(Busca({.incluidaAte = Hora(18, 0)}), (TListaDmc(k_todas.begin(), k_todas.begin() + 2)))
         << "a bound without time of day takes the whole day";
     EXPECT_EQ(Busca({.incluidaDe = Hora(18, 11), .incluidaAte = Hora(19, 11)}),
-              (TListaDmc{Dmc(18, 2), Dmc(19, 2)})) << "bounds are inclusive";
+              (TListaDmc{Dmc(18, 2), Dmc(19, 2)}))
+        << "bounds are inclusive";
     EXPECT_EQ(Busca({.alteradaDe = Hora(19, 10)}), (TListaDmc{Dmc(19, 2), Dmc(20, 2)}));
     EXPECT_EQ(Busca({.alteradaAte = Hora(19, 10)}), (TListaDmc{Dmc(18, 1), Dmc(19, 1)}));
 }
@@ -94,8 +104,7 @@ TEST_F(CXVBuscaTest, KeyWithSystemsIsLookedUpDirectlyAndExactly) {
     Povoa();
     Inclui(201, Mercos, eXVSMiddleware_Erro, eXVSMiddleware_BuscaPedidos, eXVSMiddleware_Exclusao);
     Inclui(201, Mercos, eXVSMiddleware_Enviado, eXVSMiddleware_BuscaPedidos, eXVSMiddleware_Inclusao);
-    const SFiltroTeste filtro{.de = 201, .ate = 200,
-                              .sistemas = {Mercos, OfficialBank}};
+    const SFiltroTeste filtro{.de = 201, .ate = 200, .sistemas = {Mercos, OfficialBank}};
     const TListaDmc esperada{Dmc(19, 3), Dmc(19, 4), Dmc(20, 2)};
     EXPECT_EQ(Busca(filtro), esperada) << "in the order of the systems; the upper bound is not asked";
     SFiltroTeste comNivel2 = filtro;
@@ -120,7 +129,8 @@ TEST_F(CXVBuscaTest, FailingMemberEndsTheSearchAndNoPartOfTheListRemains) {
     _REG_DF_LISTA_XVDMCPS lista{};
     EXPECT_EQ(m_pLoja->BuscaPonteiros(filtro, &lista), E_XVCR_TAMANHO_ARQUIVO_NAO_CONFERE);
     EXPECT_EQ(lista.pLista, nullptr);
-    EXPECT_TRUE(m_Captura.Contem("ValidaFiltroNivel2(dadosFiltro, uiChaveArquivoUltimo, listaDmc, listaPonteiros)"));
+    EXPECT_TRUE(
+        m_Captura.Contem("ValidaFiltroNivel2(dadosFiltro, uiChaveArquivoUltimo, listaDmc, listaPonteiros)"));
     EXPECT_EQ(m_Captura.GetFalhas().back().sFuncao, "CBaseMiddleware::BuscaPonteiros");
     EXPECT_EQ(Busca({}), k_todas) << "the index still answers";
 }
@@ -131,10 +141,8 @@ TEST_F(CXVBuscaTest, AnswersAreTheSameBeforeAndAfterARestart) {
     Inclui(5, Mercos, eXVSMiddleware_Erro, 2, 1);
     Inclui(7, OfficialBank, eXVSMiddleware_Erro, 2, 1);
     Inclui(7, OfficialBank, eXVSMiddleware_Erro, 3, 1);  // takes the key over
-    const std::vector<SFiltroTeste> perguntas{{},
-                                              {.tipos = {1, 2}},
-                                              {.de = 5, .sistemas = {Mercos}},
-                                              {.de = 7, .sistemas = {OfficialBank}}};
+    const std::vector<SFiltroTeste> perguntas{
+        {}, {.tipos = {1, 2}}, {.de = 5, .sistemas = {Mercos}}, {.de = 7, .sistemas = {OfficialBank}}};
     std::vector<TListaDmc> respostas;
     for (const auto& pergunta : perguntas) respostas.push_back(Busca(pergunta));
     ASSERT_EQ(m_pLoja->Finaliza(), S_OK);
@@ -171,6 +179,19 @@ TEST_F(CXVBuscaTest, ReadingLoadsTheTextsThatAreAskedForAndAList) {
     EXPECT_EQ(m_pLoja->LeIntegracoes(lista, &ulQuantidade, &pRegs, 7), E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA);
     EXPECT_EQ(ulQuantidade, 0U);
     EXPECT_EQ(pRegs, nullptr);
+}
+
+TEST(XVOrdenacaoParalela, AnyNumberOfProcessorsSortsAlike) {
+    std::mt19937_64 sorteio(7);
+    std::vector<XVUInt64> lista(5 * k_uiMinimoPorThread + 7);
+    for (XVUInt64& ui : lista) ui = sorteio();
+    std::vector<XVUInt64> listaOrdenada = lista;
+    std::sort(listaOrdenada.begin(), listaOrdenada.end());
+    for (const std::size_t uiProcessadores : {1U, 4U, 6U, 10U}) {
+        std::vector<XVUInt64> listaTeste = lista;
+        XVOrdenaEmParalelo(listaTeste, std::less<>(), uiProcessadores);
+        EXPECT_EQ(listaTeste, listaOrdenada) << uiProcessadores;
+    }
 }
 
 }  // namespace

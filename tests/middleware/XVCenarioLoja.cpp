@@ -18,7 +18,8 @@ CXVIntegracaoTeste::CXVIntegracaoTeste(XVUInt64 uiChave, XVUInt eSistema, XVUInt
     reg.regDmcMovimentoOrigem = {XVChaveDmc(XVDma(2023, 1, 2), 5, 2)};
 }
 
-CXVIntegracaoTeste& CXVIntegracaoTeste::Textos(std::string sJSON, std::string sMensagem, std::string sRetorno) {
+CXVIntegracaoTeste& CXVIntegracaoTeste::Textos(std::string sJSON, std::string sMensagem,
+                                               std::string sRetorno) {
     m_sJSON = std::move(sJSON);
     m_sMensagem = std::move(sMensagem);
     m_sRetorno = std::move(sRetorno);

@@ -13,7 +13,8 @@ class CXVCompartilhamentoTest : public CXVCenarioLoja {
 
   private:
     static unsigned Numero(const std::string& s, std::size_t i) {
-        return s.size() < 240 ? 0U : static_cast<unsigned char>(s[i]) | static_cast<unsigned char>(s[i + 1]) << 8U;
+        return s.size() < 240 ? 0U
+                              : static_cast<unsigned char>(s[i]) | static_cast<unsigned char>(s[i + 1]) << 8U;
     }
 };
 
@@ -99,7 +100,12 @@ TEST_F(CXVCompartilhamentoTest, ViewingAnOlderOrLaterStoreIsRefusedAndAFreshOneI
 TEST_F(CXVCompartilhamentoTest, StoreThatAnotherProcessHoldsIsRefusedAndLeavesNothingOpen) {
     { Grava(*Abre(), CXVIntegracaoTeste(1)); }
     std::unique_ptr<IXVArquivo> pAlheio;
-    ASSERT_TRUE(m_Arquivos.Abre(PastaDados("CRINDEXINTEG.dat"), {EAcessoArquivo::eLeituraEscrita, ECompartilhamentoArquivo::eNegaEscrita, ECriacaoArquivo::eSomenteExistente}, pAlheio).Ok());
+    ASSERT_TRUE(m_Arquivos
+                    .Abre(PastaDados("CRINDEXINTEG.dat"),
+                          {EAcessoArquivo::eLeituraEscrita, ECompartilhamentoArquivo::eNegaEscrita,
+                           ECriacaoArquivo::eSomenteExistente},
+                          pAlheio)
+                    .Ok());
     CBaseMiddleware loja;
     EXPECT_EQ(loja.Inicializa(&m_Dono), eSharingViolation);
     EXPECT_EQ(m_Arquivos.GetQuantidadeAberta(), 1U);
@@ -125,8 +131,10 @@ TEST_F(CXVCompartilhamentoTest, RecordingWritesDataAndHeaderOncePerFileAndOpensN
     contador.Limpa();
     operacoes.clear();
     Grava(*pLoja, CXVIntegracaoTeste(3).Textos("{\"x\":1}", "mm", "{\"y\":2}"));
-    EXPECT_EQ(contador.GetQuantidadeTotal(), contador.GetQuantidade(EOperacaoArquivo::eGrava)) << "writes and nothing else";
-    for (const char* pszNome : {"CRINTEGMID20240316.dat", "CRINTEGMIDJSON20240316.dat", "CRINTEGMIDMENS20240316.dat", "CRINTEGMIDJSONRET20240316.dat"})
+    EXPECT_EQ(contador.GetQuantidadeTotal(), contador.GetQuantidade(EOperacaoArquivo::eGrava))
+        << "writes and nothing else";
+    for (const char* pszNome : {"CRINTEGMID20240316.dat", "CRINTEGMIDJSON20240316.dat",
+                                "CRINTEGMIDMENS20240316.dat", "CRINTEGMIDJSONRET20240316.dat"})
         EXPECT_EQ(operacoes[pszNome], 2) << pszNome;
     EXPECT_LE(contador.GetQuantidade(EOperacaoArquivo::eGrava), 11U) << "and one log line";
     contador.SetFiltro(nullptr);

@@ -38,7 +38,9 @@ TEST(CXVConversaoProcessoTest, KilledAgainAndAgainItStillEndsRight) {
     }
     std::vector<std::string> restos;
     for (const char* pszMascara : {"*.tra", "*.srk"}) {
-        ASSERT_TRUE(XVPlataforma::SistemaArquivosNativo().Lista(diretorio.Junta("MATRIZ/DF"), pszMascara, restos).Ok());
+        ASSERT_TRUE(XVPlataforma::SistemaArquivosNativo()
+                        .Lista(diretorio.Junta("MATRIZ/DF"), pszMascara, restos)
+                        .Ok());
         EXPECT_TRUE(restos.empty()) << restos.front();
     }
 }

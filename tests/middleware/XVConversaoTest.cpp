@@ -9,7 +9,8 @@
 
 namespace {
 
-class CXVConversaoTest : public CXVCenarioConversao, public testing::WithParamInterface<std::tuple<unsigned, bool>> {};
+class CXVConversaoTest : public CXVCenarioConversao,
+                         public testing::WithParamInterface<std::tuple<unsigned, bool>> {};
 
 TEST_P(CXVConversaoTest, EveryVersionWithAndWithoutHeadersEndsAtFiveWithItsRecords) {
     const auto [uiVersao, bCabecalho] = GetParam();
@@ -22,11 +23,13 @@ TEST_P(CXVConversaoTest, EveryVersionWithAndWithoutHeadersEndsAtFiveWithItsRecor
         const bool bIntocado = uiVersao == 4 && sNome.starts_with("CRINTEGMID");
         EXPECT_EQ(bIntocado && !bCabecalho ? Conteudo(sNome) : Dados(Conteudo(sNome)), sDados) << sNome;
     }
-    for (const char* pszNome : {"CRINDEXINTEG.dat", "CRINTEGMIDJSON20230501.dat", "CRINTEGMIDMENS20230501.dat", "CRINTEGMIDJSONRET20230501.dat"})
+    for (const char* pszNome : {"CRINDEXINTEG.dat", "CRINTEGMIDJSON20230501.dat",
+                                "CRINTEGMIDMENS20230501.dat", "CRINTEGMIDJSONRET20230501.dat"})
         EXPECT_EQ(Conteudo(pszNome), antes.at(pszNome)) << "needs no conversion: " << pszNome;
     if (uiVersao < 4) {
         const std::string sMembro = CXVFabricaBases::NomeMembro(1);
-        EXPECT_EQ(Conteudo(sMembro), XVArquivoDoTeste({sMembro, 0, 4, 65535, 99}, fabrica.DadosConvertidos()[sMembro]))
+        EXPECT_EQ(Conteudo(sMembro),
+                  XVArquivoDoTeste({sMembro, 0, 4, 65535, 99}, fabrica.DadosConvertidos()[sMembro]))
             << "stamped with the last step and the conversion's user";
     }
     ConfereSemRestos();
@@ -35,7 +38,8 @@ TEST_P(CXVConversaoTest, EveryVersionWithAndWithoutHeadersEndsAtFiveWithItsRecor
     EXPECT_EQ(m_Arquivos.Diferenca(retrato, RetratoSemLogs()), "") << "a second run has nothing to do";
 }
 
-INSTANTIATE_TEST_SUITE_P(Versoes, CXVConversaoTest, testing::Combine(testing::Range(0U, 5U), testing::Bool()));
+INSTANTIATE_TEST_SUITE_P(Versoes, CXVConversaoTest,
+                         testing::Combine(testing::Range(0U, 5U), testing::Bool()));
 
 using CXVConversaoCasosTest = CXVCenarioConversao;
 
@@ -48,9 +52,12 @@ TEST_F(CXVConversaoCasosTest, EmptyMissingForeignAndLeftoverFilesAreNoObstacle) 
         ASSERT_EQ(Converte(), S_OK) << uiVersao;
         const TArquivos esperados = CXVFabricaBases(uiVersao, true).DadosConvertidos(2, 3);
         for (const auto& [sNome, sDados] : esperados)
-            EXPECT_EQ(Dados(Conteudo(sNome)), sNome == "CRDTHRINTEG.dat" ? "<ausente>" : sDados) << uiVersao << sNome;
-        for (const char* pszNome : {"CRINTEGMID20230601.dat", "CRINTEGMID20230602.dat", "CRINTEGMIDJSONX1.dat", "CRINTEGMID2023060.dat",
-                                    "CRINTEGMID20230603.datx", "CRINTEGMIDMENS0101.dat", "CRINTEGMID20230502.cab"})
+            EXPECT_EQ(Dados(Conteudo(sNome)), sNome == "CRDTHRINTEG.dat" ? "<ausente>" : sDados)
+                << uiVersao << sNome;
+        for (const char* pszNome :
+             {"CRINTEGMID20230601.dat", "CRINTEGMID20230602.dat", "CRINTEGMIDJSONX1.dat",
+              "CRINTEGMID2023060.dat", "CRINTEGMID20230603.datx", "CRINTEGMIDMENS0101.dat",
+              "CRINTEGMID20230502.cab"})
             EXPECT_EQ(Conteudo(pszNome), antes.at(pszNome)) << uiVersao << pszNome;
         if (uiVersao < 4) ConfereSemRestos();
     }
@@ -65,7 +72,8 @@ TEST_F(CXVConversaoCasosTest, BranchServesAsDatabaseIdWhenTheAccessSettingsSaySo
         Instala(fabrica.Cria());
         ASSERT_EQ(Converte(), S_OK);
         const std::string sMembro = CXVFabricaBases::NomeMembro(2);
-        EXPECT_EQ(Dados(Conteudo(sMembro)), fabrica.DadosConvertidos(3, 4, (ulOpcoes & 0x10) != 0)[sMembro]) << ulOpcoes;
+        EXPECT_EQ(Dados(Conteudo(sMembro)), fabrica.DadosConvertidos(3, 4, (ulOpcoes & 0x10) != 0)[sMembro])
+            << ulOpcoes;
     }
 }
 
@@ -80,9 +88,11 @@ TEST_F(CXVConversaoCasosTest, LaterVersionDamagedVersionAndVanishedVersionChange
         EXPECT_EQ(m_Arquivos.Diferenca(retrato, m_Arquivos.Retrata()), "");
         return hr;
     };
-    EXPECT_EQ(recusa(XVArquivoDoTeste({"CRMIDDLEWAREVS.dat"}, CXVBytes().U16(6).Zeros(14).Str())), E_XVCR_VERSAO_BASE_SUPERIOR_VERSAO_SISTEMA);
+    EXPECT_EQ(recusa(XVArquivoDoTeste({"CRMIDDLEWAREVS.dat"}, CXVBytes().U16(6).Zeros(14).Str())),
+              E_XVCR_VERSAO_BASE_SUPERIOR_VERSAO_SISTEMA);
     EXPECT_TRUE(m_Captura.GetFalhas().empty()) << "a later version leaves no trace of the conversion";
-    EXPECT_EQ(recusa(XVArquivoDoTeste({"CRMIDDLEWAREVS.dat"}, CXVBytes().U16(65535).Zeros(14).Str())), E_XVCR_VERSAO_BASE_SUPERIOR_VERSAO_SISTEMA);
+    EXPECT_EQ(recusa(XVArquivoDoTeste({"CRMIDDLEWAREVS.dat"}, CXVBytes().U16(65535).Zeros(14).Str())),
+              E_XVCR_VERSAO_BASE_SUPERIOR_VERSAO_SISTEMA);
     std::string sErrado = sVersao;
     sErrado[130] = 'x';
     EXPECT_EQ(recusa(sErrado), E_XVCR_CRC_CABECALHO_NAO_CONFERE);
@@ -90,7 +100,8 @@ TEST_F(CXVConversaoCasosTest, LaterVersionDamagedVersionAndVanishedVersionChange
     EXPECT_EQ(recusa(CXVBytes().U16(4).Zeros(13)), E_XVCR_ARQUIVO_SINGLE_REG_NAO_TEM_TAMANHO_ESTRUTURA);
     EXPECT_EQ(recusa(""), E_XVCR_ARQUIVO_SINGLE_REG_NAO_TEM_TAMANHO_ESTRUTURA);
     ASSERT_FALSE(m_Captura.GetFalhas().empty());
-    EXPECT_EQ(m_Captura.GetFalhas().back().sExpressao, "CXVDataBaseUtil::LeSingleReg(this, XV_DF, &regVersao, \"CRMIDDLEWAREVS.dat\")");
+    EXPECT_EQ(m_Captura.GetFalhas().back().sExpressao,
+              "CXVDataBaseUtil::LeSingleReg(this, XV_DF, &regVersao, \"CRMIDDLEWAREVS.dat\")");
     EXPECT_EQ(m_Captura.GetFalhas().back().sFuncao, "CBaseMiddleware::ExecutaConversao");
 }
 
@@ -102,7 +113,8 @@ TEST_F(CXVConversaoCasosTest, VersionFileThatWasListedAndVanishedIsNoVersionZero
     EXPECT_EQ(Converte(), E_XVCR_INCONSISTENCIA_CONTROLE_CRIACAO_ARQUIVOS);
     EXPECT_EQ(m_Arquivos.Diferenca(retrato, RetratoSemLogs()), "");
     bool bNomeado = false;
-    for (const auto& falha : m_Captura.GetFalhas()) bNomeado |= falha.sMensagem.find("CRMIDDLEWAREVS.dat") != std::string::npos;
+    for (const auto& falha : m_Captura.GetFalhas())
+        bNomeado |= falha.sMensagem.find("CRMIDDLEWAREVS.dat") != std::string::npos;
     EXPECT_TRUE(bNomeado);
     XVUShort usVersao = 9;
     std::vector<SPassoPrevisto> passos;
@@ -120,7 +132,8 @@ TEST_F(CXVConversaoCasosTest, ListedFileThatVanishedIsRefusedByNameAtConversionA
         CBaseMiddleware loja;
         EXPECT_EQ(loja.Inicializa(&m_Dono), E_XVCR_INCONSISTENCIA_CONTROLE_CRIACAO_ARQUIVOS) << pszNome;
         bool bNomeado = false;
-        for (const auto& falha : m_Captura.GetFalhas()) bNomeado |= falha.sMensagem.find(pszNome) != std::string::npos;
+        for (const auto& falha : m_Captura.GetFalhas())
+            bNomeado |= falha.sMensagem.find(pszNome) != std::string::npos;
         EXPECT_TRUE(bNomeado) << pszNome;
         EXPECT_EQ(m_Arquivos.GetQuantidadeAberta(), 0U);
         m_Arquivos.CriaArquivo(PastaDados(pszNome), sBytes);
@@ -202,9 +215,11 @@ TEST_F(CXVConversaoCasosTest, DryRunChangesNothingAndSaysWhatTheRunThenDoes) {
     ASSERT_EQ(Converte(&observador), S_OK);
     std::vector<std::pair<XVUShort, std::string>> previstos;
     for (const auto& passo : passos)
-        for (const auto& arquivo : passo.listaArquivos) previstos.emplace_back(passo.usPasso, arquivo.sNomeArquivo);
+        for (const auto& arquivo : passo.listaArquivos)
+            previstos.emplace_back(passo.usPasso, arquivo.sNomeArquivo);
     EXPECT_EQ(previstos, observador.feitos);
-    EXPECT_EQ(observador.sDito, "[4:4 CRINTEGMID20230501.dat=3 CRINTEGMID20230502.dat=3][5:2 CRCHAVEREGTER.dat=24]");
+    EXPECT_EQ(observador.sDito,
+              "[4:4 CRINTEGMID20230501.dat=3 CRINTEGMID20230502.dat=3][5:2 CRCHAVEREGTER.dat=24]");
     ASSERT_EQ(conversao.Simula(&usVersao, &passos), S_OK);
     EXPECT_EQ(usVersao, 5U);
     EXPECT_TRUE(passos.empty());
@@ -217,7 +232,8 @@ TEST(CXVConversaoJuntosTest, TwoAtOnceConvertOnce) {
     const CXVGuardaRegistro guarda(registro);
     const CXVFabricaBases fabrica(0, true);
     ASSERT_TRUE(XVPlataforma::SistemaArquivosNativo().CriaDiretorio(diretorio.Junta("MATRIZ/DF")).Ok());
-    for (const auto& [sNome, sBytes] : fabrica.Cria(12, 20)) diretorio.CriaArquivo("MATRIZ/DF/" + sNome, sBytes);
+    for (const auto& [sNome, sBytes] : fabrica.Cria(12, 20))
+        diretorio.CriaArquivo("MATRIZ/DF/" + sNome, sBytes);
     std::vector<std::thread> threads;
     for (int i = 0; i < 3; ++i)
         threads.emplace_back([&] {

@@ -10,7 +10,9 @@ namespace {
 class CXVNarrador final : public IXVObservadorConversao {
   public:
     void OnInicioPasso(XVUShort usPasso, std::size_t) override { Diz("inicio", usPasso); }
-    void OnArquivoConvertido(XVUShort usPasso, const std::string&, XVUInt64) override { Diz("arquivo", usPasso); }
+    void OnArquivoConvertido(XVUShort usPasso, const std::string&, XVUInt64) override {
+        Diz("arquivo", usPasso);
+    }
     void OnFimPasso(XVUShort usPasso) override { Diz("passo", usPasso); }
 
   private:

@@ -32,8 +32,12 @@ TEST_F(CXVEntradaInvalidaTest, NoOperationRecordsAnImpossibleIntegration) {
         [](TReg& r) { r.regDmcIntegracaoOrigem = {XVChaveDmc(XVDma(2024, 13, 1), 1)}; },
         [](TReg& r) { r.regDmcMovimentoOrigem = {XVChaveDmc(k_uiHoje, 0)}; },
         [](TReg& r) { r.regDmcMovimentoOrigem = {XVChaveDmc(k_uiHoje, 1) | 1U << 5}; },
-        [](TReg& r) { r.regRegistroJSON = {5, 0, nullptr, 0}; },
-        [](TReg& r) { r.regMensagemIntegracao = {0xFFFFFFFF, 0, nullptr, 0}; },
+        [](TReg& r) {
+            r.regRegistroJSON = {5, 0, nullptr, 0};
+        },
+        [](TReg& r) {
+            r.regMensagemIntegracao = {0xFFFFFFFF, 0, nullptr, 0};
+        },
         [&](TReg& r) { r.regJSONRetornoIntegracao = XVTextoPS(sComNul); },
     };
     const auto retrato = m_Arquivos.Retrata();
@@ -58,7 +62,8 @@ TEST_F(CXVEntradaInvalidaTest, KeysThatCannotNameAnIntegrationAreRefused) {
     EXPECT_EQ(m_pLoja->GravaIntegracao(&m_regDmc, pReg), E_POINTER);
     EXPECT_EQ(m_pLoja->GravaIntegracaoInstantanea(nullptr, {}), E_POINTER);
     EXPECT_EQ(m_pLoja->LeIntegracao(m_regDmc, nullptr, 0), E_POINTER);
-    for (const XVUInt64 uiDmc : {XVChaveDmc(k_uiHoje, 0), XVChaveDmc(0, 1), XVChaveDmc(XVDma(2024, 2, 30), 1), ~XVUInt64{0}}) {
+    for (const XVUInt64 uiDmc :
+         {XVChaveDmc(k_uiHoje, 0), XVChaveDmc(0, 1), XVChaveDmc(XVDma(2024, 2, 30), 1), ~XVUInt64{0}}) {
         REG_XVDMC regDmc{uiDmc};
         EXPECT_EQ(m_pLoja->GravaIntegracao(&regDmc, CXVIntegracaoTeste(1).Ptr()), E_INVALIDARG) << uiDmc;
         tagREG_CR_STATUS_INTEGRACAO_MIDDLEWAREPS status{};
@@ -85,12 +90,13 @@ TEST_F(CXVEntradaInvalidaTest, StatusMapAndDateTimeRefuseWhatCannotBe) {
     EXPECT_EQ(m_pLoja->GravaStatusIntegracao(status), E_INVALIDARG);
 
     const tagREG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIROPS chave{1, {XVChaveDmc(k_uiHoje, 1, 2)}, 0, 6, 16, {}};
-    const std::vector<std::pair<std::function<void(tagREG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIROPS&)>, HRESULT>> chaves{
-        {[](auto& r) { r.regDmcRegistroTelvo = {3}; }, E_XVCR_CHAVE_REGISTRO_TELVO_ZERADA},
-        {[](auto& r) { r.regDmcRegistroTelvo = {XVChaveDmc(k_uiHoje, 0)}; }, E_INVALIDARG},
-        {[](auto& r) { r.regDmcOrigemIntegracao = {XVChaveDmc(XVDma(2024, 0, 1), 1)}; }, E_INVALIDARG},
-        {[](auto& r) { r.eTipoIntegracao = 18; }, E_INVALIDARG},
-        {[](auto& r) { r.eSistemaIntegracao = 32; }, E_INVALIDARG}};
+    const std::vector<
+        std::pair<std::function<void(tagREG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIROPS&)>, HRESULT>>
+        chaves{{[](auto& r) { r.regDmcRegistroTelvo = {3}; }, E_XVCR_CHAVE_REGISTRO_TELVO_ZERADA},
+               {[](auto& r) { r.regDmcRegistroTelvo = {XVChaveDmc(k_uiHoje, 0)}; }, E_INVALIDARG},
+               {[](auto& r) { r.regDmcOrigemIntegracao = {XVChaveDmc(XVDma(2024, 0, 1), 1)}; }, E_INVALIDARG},
+               {[](auto& r) { r.eTipoIntegracao = 18; }, E_INVALIDARG},
+               {[](auto& r) { r.eSistemaIntegracao = 32; }, E_INVALIDARG}};
     for (std::size_t i = 0; i < chaves.size(); ++i) {
         auto reg = chave;
         chaves[i].first(reg);
@@ -102,7 +108,8 @@ TEST_F(CXVEntradaInvalidaTest, StatusMapAndDateTimeRefuseWhatCannotBe) {
     EXPECT_EQ(m_pLoja->GravaDataHoraIntegracaoTerceiro({regAgora, 18, 2, 1, {}}), E_INVALIDARG);
     EXPECT_EQ(m_pLoja->GravaDataHoraIntegracaoTerceiro({regAgora, 9, 3, 1, {}}), E_INVALIDARG);
     EXPECT_EQ(m_pLoja->GravaDataHoraIntegracaoTerceiro({regAgora, 9, 2, 3, {}}), E_INVALIDARG);
-    EXPECT_EQ(m_pLoja->GravaDataHoraIntegracaoTerceiro({regAgora, 0, 0, 0, {}}), E_XVCR_INDEXACAO_COM_POSICAO_ZERO)
+    EXPECT_EQ(m_pLoja->GravaDataHoraIntegracaoTerceiro({regAgora, 0, 0, 0, {}}),
+              E_XVCR_INDEXACAO_COM_POSICAO_ZERO)
         << "a record without any key field could never be found";
     EXPECT_EQ(m_Arquivos.Diferenca(retrato, m_Arquivos.Retrata()), "");
 }
@@ -134,7 +141,8 @@ TEST_F(CXVEntradaInvalidaTest, CompanyTextThatIsNoFolderNameNeverBecomesAPath) {
         EXPECT_EQ(loja.Inicializa(&dono), E_INVALIDARG) << pszEmpresa;
         EXPECT_EQ(XVLe(loja, m_regDmc).hr, E_XVCR_COMPONENTE_NAO_INICIALIZADO);
         REG_XVDMC regDmc;
-        EXPECT_EQ(loja.GravaIntegracao(&regDmc, CXVIntegracaoTeste().Ptr()), E_XVCR_COMPONENTE_NAO_INICIALIZADO);
+        EXPECT_EQ(loja.GravaIntegracao(&regDmc, CXVIntegracaoTeste().Ptr()),
+                  E_XVCR_COMPONENTE_NAO_INICIALIZADO);
     }
     EXPECT_EQ(m_Arquivos.Diferenca(retrato, m_Arquivos.Retrata()), "");
 }

@@ -32,11 +32,20 @@ TEST_F(CXVEsquemaTest, RecordsTextsAndHeadersOfOneIntegrationStandWhereTheyBelon
                                .U64(XVDataHora(k_uiHoje, 12))
                                .U64(XVDataHora(XVDma(2024, 2, 29), 23, 59))
                                .U64(0x0102030405060708ULL)
-                               .U32(9).U32(1).U32(1).U32(1).U32(1).U32(11).U32(12).U32(13)
-                               .U8(1).U8(5).U32(0xA1B2C3D4).Zeros(10);
+                               .U32(9)
+                               .U32(1)
+                               .U32(1)
+                               .U32(1)
+                               .U32(1)
+                               .U32(11)
+                               .U32(12)
+                               .U32(13)
+                               .U8(1)
+                               .U8(5)
+                               .U32(0xA1B2C3D4)
+                               .Zeros(10);
     ASSERT_EQ(integ.Str().size(), 88U);
-    const CXVBytes index =
-        CXVBytes().U64(0x1122334455667788ULL).U64(XVChaveDmc(k_uiHoje, 1)).U32(16).U32(3);
+    const CXVBytes index = CXVBytes().U64(0x1122334455667788ULL).U64(XVChaveDmc(k_uiHoje, 1)).U32(16).U32(3);
     EXPECT_EQ(Conteudo("CRINTEGMID20240315.dat"),
               XVArquivoDoTeste({"CRINTEGMID20240315.dat", 1}, integ.Str()));
     EXPECT_EQ(Conteudo("CRINDEXINTEG.dat"), XVArquivoDoTeste({"CRINDEXINTEG.dat", 1}, index.Str()));
@@ -51,7 +60,8 @@ TEST_F(CXVEsquemaTest, RecordsTextsAndHeadersOfOneIntegrationStandWhereTheyBelon
 TEST_F(CXVEsquemaTest, KeyMapDateTimeAndVersionFilesHaveTheirLayouts) {
     TLoja pLoja = Abre();
     ASSERT_NE(pLoja, nullptr);
-    ASSERT_EQ(pLoja->GravaChaveRegistroTelvoParaTerceiro({77, {XVChaveDmc(k_uiHoje, 4, 2)}, 3, 6, 16, {}}), S_OK);
+    ASSERT_EQ(pLoja->GravaChaveRegistroTelvoParaTerceiro({77, {XVChaveDmc(k_uiHoje, 4, 2)}, 3, 6, 16, {}}),
+              S_OK);
     ASSERT_EQ(pLoja->GravaDataHoraIntegracaoTerceiro({{XVDataHora(k_uiHoje, 8)}, 9, 2, 1, {}}), S_OK);
     EXPECT_EQ(Dados(Conteudo("CRCHAVEREGTER.dat")),
               CXVBytes().U64(77).U64(XVChaveDmc(k_uiHoje, 4, 2)).U64(3).U32(6).U32(16).U64(0).Str());
@@ -91,10 +101,14 @@ TEST_F(CXVEsquemaTest, WithoutExternalKeyOrSystemThereIsNoKeyInColumnZero) {
     EXPECT_EQ(m_DataBase.GetChaveIndex(lista[1], 0), 0U);
     EXPECT_NE(m_DataBase.GetChaveIndex(lista[2], 0), m_DataBase.GetChaveIndex(lista[3], 0));
     std::vector<XVUInt> posicoes;
-    ASSERT_EQ(m_DataBase.m_IndexIntegracao.ExisteIndex(0, posicoes, eIndexacao_ChaveIntegracaoComSistemaTerceiro), S_OK);
+    ASSERT_EQ(
+        m_DataBase.m_IndexIntegracao.ExisteIndex(0, posicoes, eIndexacao_ChaveIntegracaoComSistemaTerceiro),
+        S_OK);
     EXPECT_TRUE(posicoes.empty());
     for (const auto& reg : lista) {
-        ASSERT_EQ(m_DataBase.m_IndexIntegracao.ExisteIndex(reg.regDmcIntegracao.uiValor, uiPosicao, eIndexacao_DMCIntegracao), S_OK);
+        ASSERT_EQ(m_DataBase.m_IndexIntegracao.ExisteIndex(reg.regDmcIntegracao.uiValor, uiPosicao,
+                                                           eIndexacao_DMCIntegracao),
+                  S_OK);
         EXPECT_EQ(uiPosicao, reg.regDmcIntegracao.GetPonteiro());
     }
     ASSERT_EQ(m_DataBase.m_IndexIntegracao.ExisteIndex(5, posicoes, eIndexacao_ChaveIntegracao), S_OK);
@@ -104,7 +118,8 @@ TEST_F(CXVEsquemaTest, WithoutExternalKeyOrSystemThereIsNoKeyInColumnZero) {
     EXPECT_EQ(m_DataBase.m_IndexIntegracao.Grava(uiPosicao, lista[0]), E_XVCR_CHAVE_DE_INDEXACAO_REPETIDA)
         << "one integration, one record";
     uiPosicao = 0;
-    EXPECT_EQ(m_DataBase.m_IndexIntegracao.Grava(uiPosicao, {7, {}, Mercos, 1}), E_XVCR_INDEXACAO_COM_POSICAO_ZERO);
+    EXPECT_EQ(m_DataBase.m_IndexIntegracao.Grava(uiPosicao, {7, {}, Mercos, 1}),
+              E_XVCR_INDEXACAO_COM_POSICAO_ZERO);
     EXPECT_EQ(m_DataBase.m_IndexIntegracao.GetQtdRegistros(), lista.size());
     EXPECT_EQ(m_DataBase.m_IndexIntegracao.ExisteIndex(5, posicoes, 3), E_XVCR_COLUNA_INDEXACAO_INVALIDA);
     EXPECT_EQ(m_DataBase.Finaliza(), S_OK);

@@ -18,8 +18,9 @@ constexpr unsigned k_uiDatas = 20;
 
 unsigned CXVFabricaBases::Renumerado(unsigned uiTipo) {
     // Spelled out: the table that the first users' data went through.
-    static const std::map<unsigned, unsigned> tabela{{5, 2},   {7, 3},   {8, 4},   {9, 5},   {10, 6},  {11, 7},  {12, 8},
-                                                     {13, 9},  {14, 10}, {15, 11}, {16, 12}, {17, 13}, {18, 14}, {19, 15}};
+    static const std::map<unsigned, unsigned> tabela{{5, 2},   {7, 3},   {8, 4},   {9, 5},   {10, 6},
+                                                     {11, 7},  {12, 8},  {13, 9},  {14, 10}, {15, 11},
+                                                     {16, 12}, {17, 13}, {18, 14}, {19, 15}};
     const auto it = tabela.find(uiTipo);
     return it == tabela.end() ? uiTipo : it->second;
 }
@@ -29,7 +30,8 @@ std::string CXVFabricaBases::NomeMembro(unsigned uiMembro) {
     return "CRINTEGMID" + std::to_string(uiChave) + ".dat";
 }
 
-std::string CXVFabricaBases::Integracao(const SRegistroAntigo& rReg, unsigned uiVersao, bool bFilialComoBase) {
+std::string CXVFabricaBases::Integracao(const SRegistroAntigo& rReg, unsigned uiVersao,
+                                        bool bFilialComoBase) {
     const unsigned n = rReg.uiNumero;
     CXVBytes bytes;
     bytes.U64(n == 0 ? 0 : XVChaveDmc(k_uiDia, n)).U64(XVChaveDmc(0, n + 1, 2));
@@ -66,7 +68,9 @@ std::string CXVFabricaBases::Arquivo(const std::string& sNome, const std::string
 
 TArquivos CXVFabricaBases::Cria(unsigned uiMembros, unsigned uiRegistros) const {
     TArquivos arquivos;
-    const auto inclui = [&](const std::string& sNome, const std::string& sDados) { arquivos[sNome] = Arquivo(sNome, sDados); };
+    const auto inclui = [&](const std::string& sNome, const std::string& sDados) {
+        arquivos[sNome] = Arquivo(sNome, sDados);
+    };
     std::string sIndex;
     for (unsigned m = 0; m < uiMembros; ++m) {
         inclui(NomeMembro(m), Repete(uiRegistros, [&](unsigned i) {
@@ -77,16 +81,24 @@ TArquivos CXVFabricaBases::Cria(unsigned uiMembros, unsigned uiRegistros) const 
         for (unsigned i = 0; i < uiRegistros; ++i)
             sIndex += CXVBytes()
                           .U64(m * uiRegistros + i + 1)
-                          .U64(XVChaveDmc(XVDma(static_cast<unsigned>(uiChave / 10000), static_cast<unsigned>(uiChave / 100 % 100),
-                                                static_cast<unsigned>(uiChave % 100)), i + 1))
-                          .U32(16).U32(1).Str();
+                          .U64(XVChaveDmc(XVDma(static_cast<unsigned>(uiChave / 10000),
+                                                static_cast<unsigned>(uiChave / 100 % 100),
+                                                static_cast<unsigned>(uiChave % 100)),
+                                          i + 1))
+                          .U32(16)
+                          .U32(1)
+                          .Str();
     }
     inclui("CRINTEGMIDJSON20230501.dat", CXVBytes().Texto("{}").Texto("{\"a\":1}"));
     inclui("CRINTEGMIDMENS20230501.dat", CXVBytes().Texto("ok"));
     inclui("CRINTEGMIDJSONRET20230501.dat", CXVBytes().Texto("{\"r\":1}"));
     inclui("CRINDEXINTEG.dat", sIndex);
-    inclui("CRCHAVEREGTER.dat", Repete(k_uiMapa, [&](unsigned i) { return Chave({Tipo(i), i}, m_uiVersao); }));
-    inclui("CRDTHRINTEG.dat", Repete(k_uiDatas, [&](unsigned i) { return DataHora({Tipo(i), i}, m_uiVersao); }));
+    inclui("CRCHAVEREGTER.dat", Repete(k_uiMapa, [&](unsigned i) {
+               return Chave({Tipo(i), i}, m_uiVersao);
+           }));
+    inclui("CRDTHRINTEG.dat", Repete(k_uiDatas, [&](unsigned i) {
+               return DataHora({Tipo(i), i}, m_uiVersao);
+           }));
     if (m_uiVersao > 0) inclui("CRMIDDLEWAREVS.dat", CXVBytes().U16(m_uiVersao).Zeros(14));
     return arquivos;
 }
@@ -106,7 +118,8 @@ TArquivos CXVFabricaBases::CriaComSujeira() const {
     return arquivos;
 }
 
-TArquivos CXVFabricaBases::DadosConvertidos(unsigned uiMembros, unsigned uiRegistros, bool bFilialComoBase) const {
+TArquivos CXVFabricaBases::DadosConvertidos(unsigned uiMembros, unsigned uiRegistros,
+                                            bool bFilialComoBase) const {
     TArquivos dados;
     const bool bFilial = bFilialComoBase && m_uiVersao < 3;
     for (unsigned m = 0; m < uiMembros; ++m)

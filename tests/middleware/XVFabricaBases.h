@@ -24,13 +24,15 @@ class CXVFabricaBases {
     // Empty and missing files, foreign names beside the group's, leftovers of a step that was given up.
     TArquivos CriaComSujeira() const;
     // Payloads (without header) of the converted files at version 5.
-    TArquivos DadosConvertidos(unsigned uiMembros = 3, unsigned uiRegistros = 4, bool bFilialComoBase = false) const;
+    TArquivos DadosConvertidos(unsigned uiMembros = 3, unsigned uiRegistros = 4,
+                               bool bFilialComoBase = false) const;
 
     static unsigned Renumerado(unsigned uiTipo);
     static std::string NomeMembro(unsigned uiMembro);
 
     // Payloads, by the version that reads them.
-    static std::string Integracao(const SRegistroAntigo& rReg, unsigned uiVersao, bool bFilialComoBase = false);
+    static std::string Integracao(const SRegistroAntigo& rReg, unsigned uiVersao,
+                                  bool bFilialComoBase = false);
     static std::string Chave(const SRegistroAntigo& rReg, unsigned uiVersao);
     static std::string DataHora(const SRegistroAntigo& rReg, unsigned uiVersao);
 

@@ -62,7 +62,8 @@ TEST_F(CXVGravacaoTest, BankKeyIsTakenOverByTheNewestAndOnlyThere) {
     EXPECT_EQ(QuantidadeIndex(), 5U) << "other systems number orders and products apart";
     EXPECT_EQ(XVLe(*m_pLoja, regPedido).hr, S_OK);
     ASSERT_EQ(m_pLoja->GravaStatusIntegracao(Status({}, 500, Mercos, eXVSMiddleware_Sucesso)), S_OK);
-    EXPECT_EQ(XVLe(*m_pLoja, regPedido).reg.eStatusIntegracao, eXVSMiddleware_Sucesso) << "the lowest position";
+    EXPECT_EQ(XVLe(*m_pLoja, regPedido).reg.eStatusIntegracao, eXVSMiddleware_Sucesso)
+        << "the lowest position";
     EXPECT_EQ(XVLe(*m_pLoja, regProduto).reg.eStatusIntegracao, eXVSMiddleware_Pendente);
 }
 
@@ -87,7 +88,8 @@ TEST_F(CXVGravacaoTest, UpdateReplacesEverythingButTwoTextsThatKeepTheirPlaceWhe
     EXPECT_EQ(lida.reg.uiChaveIntegracaoSistemaTerceiro, 2U);
     EXPECT_EQ(lida.reg.eSistemaIntegracao, OfficialBank);
     EXPECT_EQ(Dados(Conteudo("CRINTEGMIDJSON20240315.dat")), CXVBytes().Texto("{\"a\":1}").Str());
-    EXPECT_EQ(Dados(Conteudo("CRINTEGMIDMENS20240315.dat")), CXVBytes().Texto("enviado").Texto("outra").Str());
+    EXPECT_EQ(Dados(Conteudo("CRINTEGMIDMENS20240315.dat")),
+              CXVBytes().Texto("enviado").Texto("outra").Str());
 
     nova.Textos("{\"a\":1}", "outra", "{\"r\":1}");
     nova.reg.eStatusIntegracao = eXVSMiddleware_Sucesso;
@@ -102,7 +104,8 @@ TEST_F(CXVGravacaoTest, UpdateReplacesEverythingButTwoTextsThatKeepTheirPlaceWhe
 TEST_F(CXVGravacaoTest, UpdateWithoutExternalKeyOnlyWhilePendingInErrorOrCancelled) {
     REG_XVDMC regDmc = Grava(*m_pLoja, CXVIntegracaoTeste(1, Mercos, eXVSMiddleware_Enviado));
     const auto retrato = RetratoSemLogs();
-    for (const XVUInt eStatus : {eXVSMiddleware_NenhumStatus, eXVSMiddleware_Enviado, eXVSMiddleware_Sucesso}) {
+    for (const XVUInt eStatus :
+         {eXVSMiddleware_NenhumStatus, eXVSMiddleware_Enviado, eXVSMiddleware_Sucesso}) {
         EXPECT_EQ(m_pLoja->GravaIntegracao(&regDmc, CXVIntegracaoTeste(0, Mercos, eStatus).Ptr()),
                   E_XVCR_TENTATIVA_GRAVACAO_INTEGRACAO_COM_CHAVE_SISTEMA_TERCEIRO_ZERADA);
     }
@@ -141,17 +144,21 @@ TEST_F(CXVGravacaoTest, StatusThatNamesNothingIsRefusedByItsOwnCode) {
     using enum XVSMiddleware_StatusIntegracao;
     const REG_XVDMC regFora{XVChaveDmc(k_uiHoje, 7)};
     EXPECT_EQ(m_pLoja->GravaStatusIntegracao(Status(regFora, 0, 0, eXVSMiddleware_Erro)),
-              E_XVCR_TENTATIVA_LER_POSICAO_ZERO) << "empty index";
+              E_XVCR_TENTATIVA_LER_POSICAO_ZERO)
+        << "empty index";
     Grava(*m_pLoja, CXVIntegracaoTeste(42));
     const auto retrato = RetratoSemLogs();
-    EXPECT_EQ(m_pLoja->GravaStatusIntegracao(Status(regFora, 0, 0, eXVSMiddleware_Erro)), E_XVCR_TENTATIVA_LER_POSICAO_ZERO);
+    EXPECT_EQ(m_pLoja->GravaStatusIntegracao(Status(regFora, 0, 0, eXVSMiddleware_Erro)),
+              E_XVCR_TENTATIVA_LER_POSICAO_ZERO);
     EXPECT_TRUE(m_Captura.Contem("m_pDataBase->m_IndexIntegracao.Le(uiPosicaoIndex, &regIndex)"));
     EXPECT_EQ(m_pLoja->GravaStatusIntegracao(Status({}, 0, Mercos, eXVSMiddleware_Erro)),
               E_XVCR_INDEXACAO_CHAVE_INTEGRACAO_SISTEMA_TERCEIRO_ZERADA);
     EXPECT_EQ(m_pLoja->GravaStatusIntegracao(Status({}, 42, Tipo_Nenhum, eXVSMiddleware_Erro)),
               E_XVCR_INDEXACAO_CHAVE_INTEGRACAO_SISTEMA_TERCEIRO_ZERADA);
-    EXPECT_EQ(m_pLoja->GravaStatusIntegracao(Status({}, 42, OfficialBank, eXVSMiddleware_Erro)), E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA);
-    EXPECT_EQ(m_pLoja->GravaStatusIntegracao(Status({}, 43, Mercos, eXVSMiddleware_Erro)), E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA);
+    EXPECT_EQ(m_pLoja->GravaStatusIntegracao(Status({}, 42, OfficialBank, eXVSMiddleware_Erro)),
+              E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA);
+    EXPECT_EQ(m_pLoja->GravaStatusIntegracao(Status({}, 43, Mercos, eXVSMiddleware_Erro)),
+              E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA);
     EXPECT_EQ(m_Arquivos.Diferenca(retrato, RetratoSemLogs()), "");
 }
 
@@ -161,10 +168,13 @@ TEST_F(CXVGravacaoTest, EveryOperationLeavesItsLineInTheGeneralLogWithTheCallers
     const TLoja pOutro = Abre(31, "MATRIZ", 5);
     ASSERT_EQ(pOutro->GravaIntegracao(&regDmc, integracao.Ptr()), S_OK);
     ASSERT_EQ(m_pLoja->GravaStatusIntegracao(Status(regDmc, 0, 0, eXVSMiddleware_Erro)), S_OK);
-    const std::string sFim = " - DMCIntegracao: 20240315-1-1 - ChaveSistemaTerceiro: 18446744073709551615 - "
-                             "DMCMovimentoOrigem: 20230102-5-2\n";
+    const std::string sFim =
+        " - DMCIntegracao: 20240315-1-1 - ChaveSistemaTerceiro: 18446744073709551615 - "
+        "DMCMovimentoOrigem: 20230102-5-2\n";
     const std::string sLog = LogGeral();
-    EXPECT_NE(sLog.find("15/03/2024\t09:00:00\tMATRIZ\t7\t99\t1\t0\t0\tGravaInternalIntegracao" + sFim), std::string::npos) << sLog;
+    EXPECT_NE(sLog.find("15/03/2024\t09:00:00\tMATRIZ\t7\t99\t1\t0\t0\tGravaInternalIntegracao" + sFim),
+              std::string::npos)
+        << sLog;
     EXPECT_NE(sLog.find("\tMATRIZ\t31\t5\t3\t0\t0\tGravaIntegracao" + sFim), std::string::npos) << sLog;
     EXPECT_NE(sLog.find("\tMATRIZ\t7\t99\t3\t0\t0\tGravaStatusIntegracao" + sFim), std::string::npos) << sLog;
 }
@@ -186,10 +196,13 @@ TEST_F(CXVGravacaoTest, FullDiskIsToldNothingIsLostAndTheNextRecordingWorks) {
     const CXVGuardaSistemaArquivos guarda(falhas);
     m_Arquivos.LimitaEspaco(0);
     REG_XVDMC regDmc;
-    EXPECT_EQ(m_pLoja->GravaIntegracao(&regDmc, CXVIntegracaoTeste(2).Textos("{\"grande\":1}", "", "").Ptr()), eDiskFull);
+    EXPECT_EQ(m_pLoja->GravaIntegracao(&regDmc, CXVIntegracaoTeste(2).Textos("{\"grande\":1}", "", "").Ptr()),
+              eDiskFull);
     EXPECT_TRUE(regDmc.EhNulo());
     ASSERT_FALSE(m_Captura.GetFalhas().empty());
-    EXPECT_TRUE(m_Captura.Contem("m_pDataBase->m_JSONIntegracao.Grava(uiChaveNomeArquivo, regGrava.ulPonteiroJSONRegistro, CXVStringPS::RegToString(pregps->regRegistroJSON))"));
+    EXPECT_TRUE(m_Captura.Contem(
+        "m_pDataBase->m_JSONIntegracao.Grava(uiChaveNomeArquivo, regGrava.ulPonteiroJSONRegistro, "
+        "CXVStringPS::RegToString(pregps->regRegistroJSON))"));
     EXPECT_EQ(m_Captura.GetFalhas().back().sFuncao, "CBaseMiddleware::GravaIntegracao");
     EXPECT_EQ(Conteudo("CRINTEGMID20240315.dat"), sIntegracoes);
     EXPECT_EQ(Dados(Conteudo("CRINTEGMIDJSON20240315.dat")), CXVBytes().Texto("{}").Str());
@@ -207,7 +220,8 @@ TEST_F(CXVGravacaoTest, RecordersOnSeveralThreadsGetDifferentIntegrations) {
             const CXVCapturaTrace captura;
             for (std::size_t j = 0; j < k_uiPorThread; ++j) {
                 const auto sTexto = std::to_string(i * 1000 + j);
-                const REG_XVDMC regDmc = Grava(*m_pLoja, CXVIntegracaoTeste(7, OfficialBank).Textos(sTexto, sTexto, sTexto));
+                const REG_XVDMC regDmc =
+                    Grava(*m_pLoja, CXVIntegracaoTeste(7, OfficialBank).Textos(sTexto, sTexto, sTexto));
                 listas[i].push_back(regDmc.uiValor);
                 const SIntegracaoLida lida = XVLe(*m_pLoja, regDmc);
                 EXPECT_TRUE(FAILED(lida.hr) || lida.sJSON == sTexto);

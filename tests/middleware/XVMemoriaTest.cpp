@@ -30,7 +30,9 @@ void operator delete(void* p) noexcept {
     g_uiVivos -= *reinterpret_cast<std::size_t*>(pInicio);
     std::free(pInicio);
 }
-void operator delete(void* p, std::size_t) noexcept { operator delete(p); }
+void operator delete(void* p, std::size_t) noexcept {
+    operator delete(p);
+}
 
 namespace {
 
@@ -51,23 +53,24 @@ class CXVMemoriaTest : public testing::Test {
 };
 
 TEST_F(CXVMemoriaTest, ConversionHoldsOneMemberAtATime) {
-    constexpr unsigned k_uiRegistros = 20000;  // 1.6 MB a member
-    for (const auto& [sNome, sBytes] : CXVFabricaBases(0, true).Cria(12, k_uiRegistros))
+    constexpr unsigned k_uiRegistros = 8000;  // 640 KB a member
+    for (const auto& [sNome, sBytes] : CXVFabricaBases(0, true).Cria(10, k_uiRegistros))
         m_diretorio.CriaArquivo("MATRIZ/DF/" + sNome, sBytes);
     const std::size_t uiAntes = ZeraPico();
     CXVConversaoMiddleware conversao(nullptr);
     ASSERT_EQ(conversao.Inicializa(&m_dono), S_OK);
     ASSERT_EQ(conversao.ExecutaConversao(), S_OK);
-    EXPECT_LT(g_uiPico - uiAntes, std::size_t{2} * k_uiRegistros * 88 + (4U << 20));
+    EXPECT_LT(g_uiPico - uiAntes, std::size_t{2} * k_uiRegistros * 88 + (3U << 20));
 }
 
 TEST_F(CXVMemoriaTest, RecordingOnManyDaysKeepsTheIndexAndTwoMembersAGroup) {
     CBaseMiddleware loja;
     ASSERT_EQ(loja.Inicializa(&m_dono), S_OK);
     const std::string sTexto(2000, 'x');
-    constexpr unsigned k_uiPorDia = 200;
+    constexpr unsigned k_uiPorDia = 100;
     const auto grava = [&](unsigned uiDia) {
-        m_relogio.SetUTC({2024, static_cast<XVByte>(1 + uiDia / 28), static_cast<XVByte>(1 + uiDia % 28), 1, 0, 0});
+        m_relogio.SetUTC(
+            {2024, static_cast<XVByte>(1 + uiDia / 28), static_cast<XVByte>(1 + uiDia % 28), 1, 0, 0});
         for (unsigned i = 0; i < k_uiPorDia; ++i) {
             REG_XVDMC regDmc;
             CXVIntegracaoTeste integracao(uiDia * 1000 + i + 1);
@@ -76,9 +79,9 @@ TEST_F(CXVMemoriaTest, RecordingOnManyDaysKeepsTheIndexAndTwoMembersAGroup) {
     };
     for (unsigned uiDia = 0; uiDia < 3; ++uiDia) grava(uiDia);
     const std::size_t uiTresDias = ZeraPico();
-    for (unsigned uiDia = 3; uiDia < 33; ++uiDia) grava(uiDia);
-    // 30 days hold 24 MB of texts; per integration the index may keep its record and its keys.
-    EXPECT_LT(g_uiVivos.load(), uiTresDias + 30 * k_uiPorDia * 200U + (1U << 20));
+    for (unsigned uiDia = 3; uiDia < 23; ++uiDia) grava(uiDia);
+    // 20 days hold 8 MB of texts; per integration the index may keep its record and its keys.
+    EXPECT_LT(g_uiVivos.load(), uiTresDias + 20 * k_uiPorDia * 200U + (1U << 20));
 }
 
 }  // namespace

@@ -18,7 +18,8 @@ bool Inclui(CBaseMiddleware& rLoja, unsigned n, std::vector<REG_XVDMC>& lista) {
     integracao.reg.eTipoTransacao = n % 4;
     integracao.reg.uiBaseDadosTerceiro = n % 5;
     const std::string sTexto = "{\"pedido\":" + std::to_string(n) + ",\"cliente\":\"Padaria Três Irmãos\"}";
-    integracao.Textos(sTexto, n % 3 == 0 ? "" : "Situação " + std::to_string(n), n % 4 == 0 ? sTexto + sTexto : "");
+    integracao.Textos(sTexto, n % 3 == 0 ? "" : "Situação " + std::to_string(n),
+                      n % 4 == 0 ? sTexto + sTexto : "");
     REG_XVDMC regDmc;
     if (FAILED(rLoja.GravaIntegracao(&regDmc, integracao.Ptr()))) return false;
     lista.push_back(regDmc);
@@ -44,8 +45,10 @@ bool Altera(CBaseMiddleware& rLoja, unsigned n, const std::vector<REG_XVDMC>& li
 }
 
 bool Mapeia(CBaseMiddleware& rLoja, unsigned n) {
-    const tagREG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIROPS chave{n * 3, {XVChaveDmc(0, n % 9 + 1, 2)}, n % 2, 6, Mercos, {}};
-    const tagREG_CR_DATA_HORA_INTEGRACAO_TERCEIROPS dataHora{REG_XVDMAHMSUTC::Agora(), n % 4 + 1, OfficialBank, n % 2 + 1, {}};
+    const tagREG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIROPS chave{
+        n * 3, {XVChaveDmc(0, n % 9 + 1, 2)}, n % 2, 6, Mercos, {}};
+    const tagREG_CR_DATA_HORA_INTEGRACAO_TERCEIROPS dataHora{
+        REG_XVDMAHMSUTC::Agora(), n % 4 + 1, OfficialBank, n % 2 + 1, {}};
     return SUCCEEDED(n % 3 == 0 ? rLoja.GravaChaveRegistroTelvoParaTerceiroPendente(chave)
                                 : rLoja.GravaChaveRegistroTelvoParaTerceiro(chave)) &&
            SUCCEEDED(rLoja.GravaDataHoraIntegracaoTerceiro(dataHora));
@@ -68,7 +71,8 @@ bool Executa(CXVRelogioFalso& rRelogio) {
 }
 
 std::string SemComputador(std::string sBytes, const std::string& sNome) {
-    const bool bCabecalho = sNome.ends_with(".dat") && sNome != "XVDATABASE_FILE_CTRL.dat" && sBytes.size() >= 240;
+    const bool bCabecalho =
+        sNome.ends_with(".dat") && sNome != "XVDATABASE_FILE_CTRL.dat" && sBytes.size() >= 240;
     if (bCabecalho) {
         std::fill(sBytes.begin() + 184, sBytes.begin() + 216, '\0');
         std::fill(sBytes.begin() + 232, sBytes.begin() + 240, '\0');
@@ -90,7 +94,8 @@ std::string XVExecutaRoteiro(const std::string& sDiretorio) {
     }
     std::vector<std::string> linhas;
     const std::u8string sPasta(sDiretorio.begin(), sDiretorio.end());
-    for (const auto& entrada : std::filesystem::directory_iterator(std::filesystem::path(sPasta) / "MATRIZ" / "DF")) {
+    for (const auto& entrada :
+         std::filesystem::directory_iterator(std::filesystem::path(sPasta) / "MATRIZ" / "DF")) {
         std::ifstream arquivo(entrada.path(), std::ios::binary);
         std::ostringstream bytes;
         bytes << arquivo.rdbuf();

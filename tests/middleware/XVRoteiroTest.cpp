@@ -12,7 +12,8 @@
 namespace {
 
 TEST(CXVRoteiroTest, FilesAreTheSameNativelyAndOnWindows) {
-    const auto caminho = std::filesystem::path(XVProgramaVizinho("x")).parent_path() / "XVRoteiroEsperado.txt";
+    const auto caminho =
+        std::filesystem::path(XVProgramaVizinho("x")).parent_path() / "XVRoteiroEsperado.txt";
     std::ifstream arquivo(caminho, std::ios::binary);
     std::ostringstream esperado;
     esperado << arquivo.rdbuf();

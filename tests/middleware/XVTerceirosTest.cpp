@@ -23,7 +23,9 @@ class CXVTerceirosTest : public CXVCenarioLoja {
     void Pendente(const std::string& sNome, const std::string& sCampos, const std::string& sJSON) {
         CriaSimulacao("pendentes/" + sNome + ".pend", "Origem: " + k_sOrigem + "\n" + sCampos + "\n" + sJSON);
     }
-    void Regra(const std::string& sNome, const std::string& sTexto) { CriaSimulacao("regras/" + sNome + ".regra", sTexto); }
+    void Regra(const std::string& sNome, const std::string& sTexto) {
+        CriaSimulacao("regras/" + sNome + ".regra", sTexto);
+    }
 
     TLoja m_pLoja;
 };
@@ -31,7 +33,7 @@ class CXVTerceirosTest : public CXVCenarioLoja {
 TEST_F(CXVTerceirosTest, ItemsAreSentAtOnceEachFromTheCallersOwnRecord) {
     Pendente("1", "BaseDados: 7\nFilial: 4\nRegistro: 20240301-16-2\n", "{\"p\":1}");
     Pendente("2", "", "{\"p\":2}");
-    Pendente("3", "", "");               // skipped: nothing to send
+    Pendente("3", "", "");                // skipped: nothing to send
     Pendente("4", "Sistema: 0\n", "{}");  // skipped: no system
     REG_XVDMC regDmc;
     ASSERT_EQ(m_pLoja->GravaIntegracaoInstantanea(&regDmc, Pedido(eXVSMiddleware_Inclusao)), S_OK);
@@ -58,7 +60,8 @@ TEST_F(CXVTerceirosTest, ChangeAndDeletionUpdateTheIntegrationThatIsNamed) {
     Pendente("1", "", "{\"p\":1}");
     REG_XVDMC regDmc;
     ASSERT_EQ(m_pLoja->GravaIntegracaoInstantanea(&regDmc, Pedido(eXVSMiddleware_Inclusao)), S_OK);
-    CriaSimulacao("1.doc", "Status: Enviado\nMensagem: em análise\nOrigem: " + k_sOrigem + "\nTipo: BuscaPedidos\n\n{\"etapa\":2}");
+    CriaSimulacao("1.doc", "Status: Enviado\nMensagem: em análise\nOrigem: " + k_sOrigem +
+                               "\nTipo: BuscaPedidos\n\n{\"etapa\":2}");
     ASSERT_EQ(m_pLoja->GravaIntegracaoInstantanea(&regDmc, Pedido(eXVSMiddleware_Alteracao)), S_OK);
     SIntegracaoLida lida = XVLe(*m_pLoja, regDmc);
     EXPECT_EQ(lida.reg.eStatusIntegracao, eXVSMiddleware_Enviado);
@@ -70,13 +73,15 @@ TEST_F(CXVTerceirosTest, ChangeAndDeletionUpdateTheIntegrationThatIsNamed) {
 
     Regra("1", "Operacao: ExcluiDados\nStatus: Erro\nMensagem: em uso\n");
     ASSERT_EQ(m_pLoja->GravaIntegracaoInstantanea(&regDmc, Pedido(eXVSMiddleware_Exclusao)), S_OK);
-    EXPECT_EQ(XVLe(*m_pLoja, regDmc).reg.eStatusIntegracao, eXVSMiddleware_Enviado) << "a refused deletion changes nothing";
+    EXPECT_EQ(XVLe(*m_pLoja, regDmc).reg.eStatusIntegracao, eXVSMiddleware_Enviado)
+        << "a refused deletion changes nothing";
     Regra("1", "Operacao: ExcluiDados\nContem: outro\n");
     ASSERT_EQ(m_pLoja->GravaIntegracaoInstantanea(&regDmc, Pedido(eXVSMiddleware_Exclusao)), S_OK);
     EXPECT_EQ(XVLe(*m_pLoja, regDmc).reg.eStatusIntegracao, eXVSMiddleware_Cancelado);
     EXPECT_EQ(XVBusca(*m_pLoja).size(), 1U);
     REG_XVDMC regFora{XVChaveDmc(k_uiHoje, 9)};
-    EXPECT_EQ(m_pLoja->GravaIntegracaoInstantanea(&regFora, Pedido(eXVSMiddleware_Alteracao)), E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA);
+    EXPECT_EQ(m_pLoja->GravaIntegracaoInstantanea(&regFora, Pedido(eXVSMiddleware_Alteracao)),
+              E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA);
 }
 
 TEST_F(CXVTerceirosTest, ExchangeThatFailsEndsTheCallAndWhatWasRecordedStays) {
@@ -85,7 +90,8 @@ TEST_F(CXVTerceirosTest, ExchangeThatFailsEndsTheCallAndWhatWasRecordedStays) {
     Pendente("3", "", "{\"p\":3}");
     Regra("1", "Operacao: EnviaJson\nContem: \"p\":2\nResultado: 0x800706BA\n");
     REG_XVDMC regDmc;
-    EXPECT_EQ(m_pLoja->GravaIntegracaoInstantanea(&regDmc, Pedido(eXVSMiddleware_Inclusao)), XVHResult(0x800706BAU));
+    EXPECT_EQ(m_pLoja->GravaIntegracaoInstantanea(&regDmc, Pedido(eXVSMiddleware_Inclusao)),
+              XVHResult(0x800706BAU));
     EXPECT_EQ(regDmc.uiValor, XVChaveDmc(k_uiHoje, 1));
     EXPECT_EQ(XVBusca(*m_pLoja).size(), 1U);
     Regra("1", "Operacao: EnviaJson\nStatus: Erro\nMensagem: recusado\n");
@@ -93,12 +99,19 @@ TEST_F(CXVTerceirosTest, ExchangeThatFailsEndsTheCallAndWhatWasRecordedStays) {
     ASSERT_EQ(m_pLoja->GravaIntegracaoInstantanea(&regDmc, Pedido(eXVSMiddleware_Inclusao)), S_OK);
     EXPECT_EQ(XVLe(*m_pLoja, regDmc).reg.eStatusIntegracao, eXVSMiddleware_Erro) << "a refusal is a result";
     EXPECT_EQ(XVLe(*m_pLoja, regDmc).sMensagem, "recusado");
+    Regra("1", "Operacao: RealizaOperacaoPosterior\nResultado: 0x800706BA\n");
+    regDmc = {};
+    EXPECT_EQ(m_pLoja->GravaIntegracaoInstantanea(&regDmc, Pedido(eXVSMiddleware_Inclusao)),
+              XVHResult(0x800706BAU));
+    EXPECT_EQ(XVLe(*m_pLoja, regDmc).hr, S_OK) << "recorded, and its key is told";
 }
 
 TEST_F(CXVTerceirosTest, PendingItemsAreRecordedWithTheirMappingAndWithoutExchange) {
     Pendente("1", "BaseDados: 7\nReconsultar: 1\n", "{\"p\":1}");
     Pendente("2", "Sistema: 0\n", "{}");
-    Regra("1", "Operacao: AtualizaParametrosIntegracao\nNovoTipo: CadastroProduto\nNovaTransacao: Alteracao\nNovaFilial: 8\n");
+    Regra("1",
+          "Operacao: AtualizaParametrosIntegracao\nNovoTipo: CadastroProduto\nNovaTransacao: "
+          "Alteracao\nNovaFilial: 8\n");
     ASSERT_EQ(m_pLoja->GravaPendenciaIntegracao(k_regOrigem, Pedido(eXVSMiddleware_Inclusao)), S_OK);
     const REG_XVDMC regDmc{XVChaveDmc(k_uiHoje, 1)};
     const SIntegracaoLida lida = XVLe(*m_pLoja, regDmc);
@@ -112,7 +125,9 @@ TEST_F(CXVTerceirosTest, PendingItemsAreRecordedWithTheirMappingAndWithoutExchan
     EXPECT_EQ(lida.sJSON, "{\"p\":1}");
     EXPECT_EQ(LeSimulacao("1.doc"), "<ausente>") << "nothing was sent";
     tagREG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIROPS chave{};
-    ASSERT_EQ(m_pLoja->BuscaChaveRegistroTelvoParaTerceiro({0, k_regOrigem, 7, eXVSMiddleware_CadastroProduto, 2, {}}, &chave), S_OK);
+    ASSERT_EQ(m_pLoja->BuscaChaveRegistroTelvoParaTerceiro(
+                  {0, k_regOrigem, 7, eXVSMiddleware_CadastroProduto, 2, {}}, &chave),
+              S_OK);
     EXPECT_EQ(chave.regDmcOrigemIntegracao.uiValor, regDmc.uiValor);
     EXPECT_EQ(chave.uiChaveRegistroSistemaTerceiro, 0U);
     ASSERT_EQ(m_pLoja->GravaPendenciaIntegracao(k_regOrigem, Pedido(eXVSMiddleware_Inclusao)), S_OK);
@@ -145,7 +160,8 @@ TEST_F(CXVTerceirosTest, ReadingWithFlagsAsksTheExternalSystemAndStoresNothing) 
     EXPECT_EQ(consultada.hr, S_OK);
     EXPECT_EQ(consultada.reg.eStatusIntegracao, eXVSMiddleware_Cancelado);
     EXPECT_EQ(consultada.sMensagem, "desistiu");
-    EXPECT_EQ(XVLe(*m_pLoja, regDmc, 8 | 16).hr, XVHResult(0x80070005U)) << "flag 16 runs the closing operation";
+    EXPECT_EQ(XVLe(*m_pLoja, regDmc, 8 | 16).hr, XVHResult(0x80070005U))
+        << "flag 16 runs the closing operation";
     EXPECT_EQ(XVLe(*m_pLoja, regDmc, 16).hr, S_OK) << "which needs flag 8";
     EXPECT_EQ(XVLe(*m_pLoja, regDmc).reg.eStatusIntegracao, eXVSMiddleware_Sucesso);
     EXPECT_EQ(m_Arquivos.Diferenca(retrato, RetratoSemLogs()), "");
@@ -158,7 +174,9 @@ TEST_F(CXVTerceirosTest, DirectQueryAnswersByRulesAndOtherwiseNotAtAll) {
     consulta.eTipoConsulta = eXVSMiddleware_ConsultaPagamentoComprovante;
     tagREG_CR_STATUS_CONSULTA_SISTEMA_TERCEIROPS status{};
     EXPECT_EQ(m_pLoja->BuscaDadosSistemaTerceiro(consulta, &status), E_NOTIMPL);
-    Regra("1", "Operacao: BuscaDadosSistemaTerceiro\nConsulta: PagamentoComprovante\nChaveConsulta: 2026-000341\nDocumento: c.pdf\nMensagem: Pago\n\n{\"v\":1}");
+    Regra("1",
+          "Operacao: BuscaDadosSistemaTerceiro\nConsulta: PagamentoComprovante\nChaveConsulta: "
+          "2026-000341\nDocumento: c.pdf\nMensagem: Pago\n\n{\"v\":1}");
     CriaSimulacao("documentos/c.pdf", std::string("%PDF\0\1", 6));
     ASSERT_EQ(m_pLoja->BuscaDadosSistemaTerceiro(consulta, &status), S_OK);
     EXPECT_EQ(CXVStringPS::RegToString(status.regMensagemRetorno), "Pago");

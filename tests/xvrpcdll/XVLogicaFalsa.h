@@ -76,6 +76,7 @@ class CReferencia {
     CReferencia(const CReferencia&) = delete;
     CReferencia& operator=(const CReferencia&) = delete;
     TComponente* operator->() const { return m_p; }
+    TComponente& operator*() const { return *m_p; }
 
   private:
     TComponente* m_p;

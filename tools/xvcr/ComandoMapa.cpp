@@ -39,8 +39,11 @@ void AdicionaGrava(CLI::App& rMapa, CXVContexto& rContexto) {
                           "CadastroProduto --sistema Mercos");
     AdicionaOpcoes(*pComando, *pDados, true, true);
     XVDefineAcao(pComando, rContexto, [pDados, &rContexto] {
-        XVConfere(rContexto.Abre(EUsoDaBase::eGravacao).GravaChaveRegistro(*pDados));
-        rContexto.saida.Registro(*pDados);
+        IXVOperacoes& rOperacoes = rContexto.Abre(EUsoDaBase::eGravacao);
+        XVConfere(rOperacoes.GravaChaveRegistro(*pDados));
+        SChaveRegistro gravada;  // an origin that was not given stays as it was
+        XVConfere(rOperacoes.BuscaChaveRegistro(*pDados, &gravada));
+        Mostra(rContexto, gravada);
     });
 }
 

@@ -3,6 +3,7 @@
 #include <cstdio>
 
 #include "support/XVMensagens.h"
+#include "support/XVNomesHResult.h"
 #include "tools/xvcr/XVTextoTela.h"
 
 void XVFalha(std::string sMensagem) {
@@ -22,7 +23,14 @@ std::string XVCodigoHexadecimal(HRESULT hr) {
 std::string XVDescreveCodigo(HRESULT hr) {
     std::string sTexto = XVCodigoHexadecimal(hr);
     const SMensagemCodigo* pMensagem = XVBuscaMensagem(hr);
-    if (pMensagem == nullptr) return sTexto + ": código sem descrição.";
+    if (pMensagem == nullptr) {
+        const auto ulCodigo = static_cast<XVUInt>(hr);
+        const char* pszNome = XVNomesHResult::Busca(XVNomesHResult::k_listaHResult, ulCodigo);
+        if (pszNome == nullptr && ulCodigo >> 16 == 0x8007U)
+            pszNome = XVNomesHResult::Busca(XVNomesHResult::k_listaWin32, ulCodigo & 0xFFFFU);
+        if (pszNome != nullptr) sTexto += std::string(" ") + pszNome;
+        return sTexto + ": a operação falhou; veja o log de erros.";
+    }
     sTexto += ' ';
     sTexto += pMensagem->sNome;
     sTexto += ": ";

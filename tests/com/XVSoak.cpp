@@ -1,0 +1,92 @@
+// Soak: many calls of mixed methods on one component, and the server's memory at every tenth of the way.
+// Exit code 1 when a call fails or the memory of the second half grows past what its data explains.
+#include <windows.h>
+
+#include <psapi.h>
+
+#include <cstdio>
+#include <cstdlib>
+
+#include "client/XVCliente.h"
+#include "tests/com/XVAmbienteCom.h"
+#include "tests/com/XVProcessoTeste.h"
+
+namespace {
+
+// Every integration stays in the server's memory with its index entries: what one may take.
+constexpr std::size_t k_uiMemoriaPorIntegracao = 1024;
+constexpr std::size_t k_uiFolga = std::size_t{8} << 20;
+
+std::size_t MemoriaServidor() {
+    const auto lista = XVProcessos::Servidores();
+    if (lista.empty()) return 0;
+    const HANDLE hProcesso = ::OpenProcess(PROCESS_QUERY_INFORMATION | PROCESS_VM_READ, FALSE, lista.front());
+    PROCESS_MEMORY_COUNTERS contadores{};
+    ::GetProcessMemoryInfo(hProcesso, &contadores, sizeof(contadores));
+    ::CloseHandle(hProcesso);
+    return contadores.WorkingSetSize;
+}
+
+// One step of ten calls; only the first one adds an integration, once in a hundred steps.
+XVCliente::HResult Passo(XVCliente::CXVCliente& rCliente, int iPasso, std::uint64_t* puiDmc, int* piIntegracoes) {
+    auto dados = XVAmbienteCom::IntegracaoPendente("{\"passo\":" + std::to_string(iPasso) + "}");
+    XVCliente::HResult hr = 0;
+    if (iPasso % 100 == 0) {
+        *puiDmc = 0;
+        ++*piIntegracoes;
+    }
+    hr = rCliente.GravaIntegracao(puiDmc, dados);
+    XVCliente::SIntegracao lida;
+    for (int i = 0; i < 3 && hr >= 0; ++i) hr = rCliente.LeIntegracao(*puiDmc, 7, &lida);
+    std::vector<XVCliente::SIntegracao> lista;
+    if (hr >= 0) hr = rCliente.LeIntegracoes({*puiDmc, *puiDmc}, 7, &lista);
+    std::vector<std::uint64_t> achados;
+    if (hr >= 0) hr = rCliente.BuscaPonteiros({.listaStatusIntegracao = {1}, .listaTipoTransacao = {1}}, &achados);
+    XVCliente::SChaveRegistro chave{.uiChaveRegistroSistemaTerceiro = 5, .uiDmcRegistroTelvo = *puiDmc};
+    if (hr >= 0) hr = rCliente.GravaChaveRegistro(chave);
+    if (hr >= 0) hr = rCliente.BuscaChaveRegistro(chave, &chave);
+    // A refused call must leave nothing behind either.
+    if (hr >= 0 && rCliente.LeIntegracao(12345, 7, &lida) >= 0) hr = -1;
+    XVCliente::SUltimoErro erro;
+    if (hr >= 0) hr = rCliente.GetUltimoErro(&erro);
+    return hr;
+}
+
+int Executa(int iChamadas) {
+    XVCliente::CXVCliente cliente;
+    XVCliente::HResult hr = cliente.Conecta({.sEmpresa = "SOAK", .usUsuario = 7});
+    const int iPassos = iChamadas / 10;
+    std::size_t uiMeio = 0;
+    int iMeio = 0;
+    int iIntegracoes = 0;
+    std::uint64_t uiDmc = 0;
+    for (int i = 0; i < iPassos && hr >= 0; ++i) {
+        hr = Passo(cliente, i, &uiDmc, &iIntegracoes);
+        if (i % (iPassos / 10 + 1) == 0)
+            std::printf("%8d calls  %8zu KB  %6d integrations\n", i * 10, MemoriaServidor() / 1024, iIntegracoes);
+        if (i == iPassos / 2) {
+            uiMeio = MemoriaServidor();
+            iMeio = iIntegracoes;
+        }
+    }
+    const std::size_t uiFim = MemoriaServidor();
+    std::printf("%8d calls  %8zu KB  %6d integrations\n", iPassos * 10, uiFim / 1024, iIntegracoes);
+    if (hr < 0) {
+        std::printf("failed: 0x%08lX\n", static_cast<unsigned long>(hr));
+        return 1;
+    }
+    const auto uiPermitido =
+        uiMeio + static_cast<std::size_t>(iIntegracoes - iMeio) * k_uiMemoriaPorIntegracao + k_uiFolga;
+    std::printf(uiFim <= uiPermitido ? "level\n" : "memory grew\n");
+    return uiFim <= uiPermitido ? 0 : 1;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    const XVCliente::CApartamento apartamento;
+    if (!XVAmbienteCom::Prepara()) return 2;
+    const int iCodigo = Executa(argc > 1 ? std::atoi(argv[1]) : 100000);
+    XVAmbienteCom::Desfaz();
+    return iCodigo;
+}
