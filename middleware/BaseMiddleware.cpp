@@ -34,6 +34,14 @@ HRESULT CBaseMiddleware::ExecutaConversao() {
     return conversao.ExecutaConversao();
 }
 
+HRESULT CBaseMiddleware::RecusaVersaoPosterior() {
+    CXVConversaoMiddleware conversao(nullptr);
+    XV_CHECK(conversao.Inicializa(this));
+    XVUShort usVersao = 0;
+    XV_CHECK(conversao.LeVersao(&usVersao));
+    return usVersao > k_usVersaoAtualBase ? E_XVCR_VERSAO_BASE_SUPERIOR_VERSAO_SISTEMA : S_OK;
+}
+
 HRESULT CBaseMiddleware::ValidaVersaoSomenteLeitura() {
     CXVConversaoMiddleware conversao(nullptr);
     XV_CHECK(conversao.Inicializa(this));

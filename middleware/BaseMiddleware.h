@@ -87,6 +87,7 @@ class CBaseMiddleware : public CXVDataBaseFacade<CXVDataBase_CR_Middleware, CXVB
     HRESULT OnInicializa() override;
     HRESULT OnFinaliza() override;
     HRESULT ExecutaConversao() override;
+    HRESULT RecusaVersaoPosterior() override;
     HRESULT ValidaVersaoSomenteLeitura() override;
 
   private:

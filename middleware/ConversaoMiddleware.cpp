@@ -32,16 +32,6 @@ HRESULT CXVConversaoMiddleware::LeVersao(XVUShort* pusVersao) {
                       CXVDataBaseUtil::LeSingleReg(this, XV_DF, &regVersao, k_pszArquivoVersao),
                       "CXVDataBaseUtil::LeSingleReg(this, XV_DF, &regVersao, \"CRMIDDLEWAREVS.dat\")");
     *pusVersao = regVersao.usVersao;
-    if (regVersao.usVersao != 0) return S_OK;
-    std::string sPath;
-    XV_CHECK(MontaPath(k_pszArquivoVersao, &sPath));
-    CXVDataBaseControleCriacaoArquivos controle(XV_DF, k_pszArquivoVersao);
-    XV_CHECK(controle.Inicializa(this));
-    bool bListado = false;
-    XV_CHECK(controle.PossuiControleCriacaoArquivos(&bListado));
-    // The control's own check finds the file missing and names it.
-    if (bListado && XVPlataforma::SistemaArquivos().Existe(sPath) == EExistencia::eAusente)
-        XV_CHECK(controle.GerenciaControleCriacaoArquivos(EXVDataBase_ModoAbertura::eModoLeituraGravacao));
     return S_OK;
 }
 

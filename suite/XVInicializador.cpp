@@ -39,7 +39,13 @@ HRESULT CXVInicializador::Inicializa(const IXVDF_Profiler* pProfiler) {
     if (m_bInicializado) return S_OK;
     if (pProfiler == nullptr) return E_POINTER;
     SetProfiler(*pProfiler);
-    const HRESULT hr = OnInicializa();
+    HRESULT hr = S_OK;
+    try {
+        hr = OnInicializa();
+    } catch (...) {  // nothing stays open behind an object that counts as finalised
+        XVIgnora(OnFinaliza());
+        throw;
+    }
     if (FAILED(hr)) {
         XVIgnora(OnFinaliza());  // already reported; the first code is the one that tells
         return hr;

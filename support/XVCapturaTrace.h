@@ -1,5 +1,5 @@
-// Captures, for tests, the error records that the current thread writes while the object lives; the
-// records are written to the log as well unless bSomenteCaptura. Captures nest; the innermost receives.
+// Captures the newest error records that the current thread writes while the object lives; the records
+// are written to the log as well unless bSomenteCaptura. Captures nest; the innermost receives.
 #pragma once
 
 #include <string>
@@ -25,7 +25,8 @@ class CXVCapturaTrace {
 
     const std::vector<SFalhaCapturada>& GetFalhas() const { return m_listaFalhas; }
     bool Contem(const std::string& sExpressao) const;
-    void Inclui(SFalhaCapturada falha) { m_listaFalhas.push_back(static_cast<SFalhaCapturada&&>(falha)); }
+    // Beyond 4096 records the oldest half is dropped.
+    void Inclui(SFalhaCapturada falha);
     bool EhSomenteCaptura() const { return m_bSomenteCaptura; }
 
     static CXVCapturaTrace* GetAtual();  // of this thread, or null

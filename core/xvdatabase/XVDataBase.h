@@ -5,6 +5,7 @@
 // switches are set before Inicializa.
 #pragma once
 
+#include <atomic>
 #include <map>
 #include <string>
 
@@ -36,6 +37,10 @@ class CXVDataBase : public CXVBaseParaRotinas {
     void DesabilitaCabecalho() { m_bCabecalhoDesabilitado = true; }
     bool EhCabecalhoDesabilitado() const { return m_bCabecalhoDesabilitado; }
 
+    // A failed write could not be undone either: a file may be longer than its header says.
+    void AvisaGravacaoNaoDesfeita() { m_bGravacaoNaoDesfeita = true; }
+    bool TemGravacaoNaoDesfeita() const { return m_bGravacaoNaoDesfeita; }
+
   protected:
     HRESULT OnInicializa() override;
     HRESULT OnFinaliza() override;
@@ -47,4 +52,5 @@ class CXVDataBase : public CXVBaseParaRotinas {
     bool m_bAcessoDireto = false;
     bool m_bSomenteLeitura = false;
     bool m_bCabecalhoDesabilitado = false;
+    std::atomic<bool> m_bGravacaoNaoDesfeita = false;
 };

@@ -78,7 +78,10 @@ HRESULT CXVDataBaseControleCriacaoArquivos::GerenciaControleCriacaoArquivos(XVUI
             sPathArquivo.c_str());
         return E_XVCR_INCONSISTENCIA_CONTROLE_CRIACAO_ARQUIVOS;
     }
-    if (!bPossui && bExiste) XV_CHECK(CriaControleCriacaoArquivos());
+    // A directory of this name is refused by the opening; listed, it would be missed once it is removed.
+    if (!bPossui && bExiste &&
+        XVPlataforma::SistemaArquivos().Existe(sPathArquivo) != EExistencia::eDiretorio)
+        XV_CHECK(CriaControleCriacaoArquivos());
     return S_OK;
 }
 

@@ -32,6 +32,8 @@ class CXVDataBaseFacade : public TBase {
   protected:
     // Runs before the schema is opened by the first object of a company.
     virtual HRESULT ExecutaConversao() = 0;
+    // Refuses a store of a later version; changes nothing.
+    virtual HRESULT RecusaVersaoPosterior() = 0;
     // Read-only viewing: whether the files can be read as they are.
     virtual HRESULT ValidaVersaoSomenteLeitura() = 0;
 
@@ -50,6 +52,7 @@ class CXVDataBaseFacade : public TBase {
         m_pLoja = CRegistroLojas::Instancia().Busca(ChaveDaLoja(sDiretorio));
         const std::lock_guard lock(m_pLoja->mutexAbertura);
         if (m_pLoja->uiObjetos == 0) {
+            XV_CHECK(RecusaVersaoPosterior());  // before the mark, which may undo writes
             XV_CHECK_TEXTO(m_pLoja->marca.Abre(this, sDiretorio), "AbreMarca(sDiretorio)");
             const HRESULT hr = AbreLoja();
             if (FAILED(hr)) m_pLoja->marca.Fecha(true);  // nothing was recorded
@@ -72,7 +75,7 @@ class CXVDataBaseFacade : public TBase {
         }
         pLoja->uiObjetos = 0;
         const HRESULT hr = pLoja->dataBase.Finaliza();
-        pLoja->marca.Fecha(SUCCEEDED(hr));
+        pLoja->marca.Fecha(SUCCEEDED(hr) && !pLoja->dataBase.TemGravacaoNaoDesfeita());
         XV_CHECK_TEXTO(hr, "m_pDataBase->Finaliza()");
         return S_OK;
     }

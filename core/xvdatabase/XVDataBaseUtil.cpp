@@ -155,6 +155,7 @@ HRESULT CXVDataBaseUtil::RenomeiaArquivoUnico(const IXVDF_Profiler* pDono, EModu
     XV_CHECK_DONO(pDono, GetPathArquivo(eModulo, pDono->GetEmpresa(), sNomeArquivo, &sPathArquivo));
     const std::string sPathOrigem = XVNomeArquivo::TrocaExtensao(sPathArquivo, sExtensao);
     if (!Existe(sPathOrigem)) {
+        if (!Existe(sPathArquivo)) return S_OK;  // a listed file that vanished stays listed
         return DeletaArquivo(
             pDono, eModulo, sNomeArquivo,
             XVNomeArquivo::EhArquivoControle(sNomeArquivo) ? eMantemNoControle : eRemoveDoControle);

@@ -45,11 +45,9 @@ HRESULT CXVDataBaseUtil::LeSingleReg(const IXVDF_Profiler* pDono, EModulo eModul
     }
     CXVDataBaseControleCriacaoArquivos controle(eModulo, sNomeArquivo);
     XV_CHECK_DONO(pDono, controle.Inicializa(pDono));
-    bool bPossui = false;
-    XV_CHECK_DONO(pDono, controle.PossuiControleCriacaoArquivos(&bPossui));
-    if (bPossui)
-        XV_CHECK_TEXTO_DONO(pDono, E_XVCR_INCONSISTENCIA_CONTROLE_CRIACAO_ARQUIVOS,
-                            "E_XVCR_INCONSISTENCIA_CONTROLE_CRIACAO_ARQUIVOS");
+    // The control's own check names a listed file that is missing; for an unlisted one it does nothing.
+    XV_CHECK_DONO(pDono,
+                  controle.GerenciaControleCriacaoArquivos(EXVDataBase_ModoAbertura::eModoLeituraGravacao));
     return S_OK;
 }
 

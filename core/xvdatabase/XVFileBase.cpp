@@ -52,7 +52,7 @@ HRESULT CXVFileBase::OnInicializa() {
             XV_FALHA(E_XVCR_ARQUIVO_TRA_ENCONTRADO);
     }
     XV_CHECK(m_ControleCriacaoArquivos.Inicializa(this));
-    LimpaCabecalho();
+    FechaArquivo();
     return S_OK;
 }
 
@@ -99,8 +99,9 @@ HRESULT CXVFileBase::AbreArquivo(XVUInt eModoAbertura) {
     XV_CHECK(AbreComTentativas(sPath, eModoAbertura));
     m_eModoAbertura = eModoAbertura;
     HRESULT hr = LeTamanho();
+    const bool bCriado = !bExiste && m_uiTamanhoArquivo == 0;
     if (SUCCEEDED(hr) && eModoAbertura != eModoLeituraSemBloqueio) hr = GerenciaCabecalho();
-    if (FAILED(hr) && !bExiste) DesfazCriacao();
+    if (FAILED(hr) && bCriado) DesfazCriacao();
     XV_CHECK_TEXTO(hr, "GerenciaCabecalho()");
     return S_OK;
 }
@@ -227,7 +228,9 @@ void CXVFileBase::DesfazGravacao(XVUInt64 uiTamanhoAnterior, XVUInt64 uiOffset, 
     if (bDesfeito && uiTamanho > 0) bDesfeito = GravaDados(uiOffset, pAnteriores, uiTamanho).Ok();
     if (bDesfeito && m_bCabecalhoValidado)
         bDesfeito = GravaDados(k_uiTamanhoBlocoA, &m_regCabecalho.regB, sizeof(m_regCabecalho.regB)).Ok();
-    if (!bDesfeito) FechaArquivo();
+    if (bDesfeito) return;
+    FechaArquivo();
+    m_pDataBase->AvisaGravacaoNaoDesfeita();
 }
 
 void CXVFileBase::DesfazCriacao() {

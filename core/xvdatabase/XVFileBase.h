@@ -102,6 +102,21 @@ class CXVFileBase : public IXVFileBase {
     // Closes and deletes the file that a failed first write created.
     void DesfazCriacao();
 
+    // Opens for writing, creating the file, and loads what is found there; a file that could not be loaded
+    // does not stay open.
+    template <class TCarga>
+    HRESULT AbreECarrega(TCarga carga) {
+        try {
+            HRESULT hr = AbreArquivo(eModoLeituraGravacaoCriacao);
+            if (SUCCEEDED(hr)) hr = carga();
+            if (FAILED(hr)) FechaArquivo();
+            return hr;
+        } catch (...) {
+            FechaArquivo();
+            throw;
+        }
+    }
+
     // Runs tentativa until it succeeds, fails fatally, or has failed 50 times 10 ms apart; every failure is
     // recorded at rPonto.
     template <class TTentativa>

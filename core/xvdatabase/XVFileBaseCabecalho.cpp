@@ -76,6 +76,7 @@ HRESULT CXVFileBase::ProcuraCabecalho() {
 
 HRESULT CXVFileBase::GetAreaDados(XVUInt64* puiSeek, XVUInt64* puiTamanho) {
     XV_CHECK(ProcuraCabecalho());
+    if (!m_bCabecalhoPresente && ExisteArquivo()) XV_CHECK(ValidaAusenciaCabecalho());
     if (m_bCabecalhoPresente && m_regCabecalho.regA.usVersao != k_usVersaoCabecalho)
         XV_FALHA(E_XVCR_VERSAO_CABECALHO_SUPERIOR_VERSAO_SISTEMA);
     *puiSeek = GetSeekCabecalho();
@@ -98,7 +99,7 @@ HRESULT CXVFileBase::GerenciaCabecalho() {
 }
 
 HRESULT CXVFileBase::ConfereCabecalho() {
-    if (!ExisteArquivo()) return S_OK;
+    if (!ExisteArquivo() || m_bCabecalhoValidado) return S_OK;
     XV_CHECK(ProcuraCabecalho());
     if (m_bCabecalhoPresente) {
         XV_CHECK(ValidaCabecalho());
@@ -157,9 +158,12 @@ HRESULT CXVFileBase::CriaCabecalho() {
     if (m_bCriandoCabecalho) XV_FALHA(E_XVCR_CRC_CABECALHO_NAO_CONFERE);
     GeraDadosCabecalho();
     if (m_uiTamanhoArquivo > 0) {
-        m_bCriandoCabecalho = true;
+        struct SCriando {
+            bool& rbCriando;
+            ~SCriando() { rbCriando = false; }
+        };
+        const SCriando criando{m_bCriandoCabecalho = true};
         const HRESULT hr = CriaCabecalhoPorCopia();
-        m_bCriandoCabecalho = false;
         if (FAILED(hr) && !m_bCabecalhoValidado) LimpaCabecalho();
         return hr;
     }

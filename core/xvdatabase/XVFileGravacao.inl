@@ -3,6 +3,7 @@
 
 template <class T>
 HRESULT CXVFile<T>::Grava(XVUInt& uiPosicao, const T& reg) {
+    XV_ESCOPO({"m_sNomeArquivo", GetNomeArquivo()}, {"uiPosicao", XVUInt64{uiPosicao}});
     const std::span<const T> aRegistros(&reg, 1);
     XV_CHECK(GravaColecao(uiPosicao, aRegistros));
     return S_OK;
@@ -36,21 +37,21 @@ HRESULT CXVFile<T>::GravaColecao(XVUInt& uiPosicao, std::span<const T> aRegistro
 // The records that were overwritten are still in memory.
 template <class T>
 void CXVFile<T>::DesfazGravacaoRegistros(XVUInt uiPosicao, std::size_t uiQuantidade, XVUInt64 uiTamanhoArquivo) {
-    std::vector<T> aAnteriores;
-    if (uiPosicao != XVDATABASE_POSICAO_NOVO_REGISTRO)
-        m_aRegistros.CopiaPara(aAnteriores, uiPosicao - 1,
-                               std::min(uiQuantidade, m_aRegistros.size() - (uiPosicao - 1)));
-    const XVUInt64 uiOffset = aAnteriores.empty() ? 0 : GetSeekCabecalho() + (uiPosicao - XVUInt64{1}) * sizeof(T);
-    DesfazGravacao(uiTamanhoArquivo, uiOffset, aAnteriores.data(), aAnteriores.size() * sizeof(T));
+    DesfazGravacao(uiTamanhoArquivo);
+    if (uiPosicao == XVDATABASE_POSICAO_NOVO_REGISTRO || !ExisteArquivo()) return;
+    const XVUInt64 uiSeek = GetSeekCabecalho();
+    const std::size_t uiFim = std::min(uiPosicao - 1 + uiQuantidade, m_aRegistros.size());
+    for (std::size_t i = uiPosicao - 1; i < uiFim && ExisteArquivo(); ++i)
+        if (!GravaDados(uiSeek + i * sizeof(T), &m_aRegistros[i], sizeof(T)).Ok()) FechaArquivo();
 }
 
 // Creates the file, or takes over one that appeared since: its records and keys come first.
 template <class T>
 HRESULT CXVFile<T>::AbreParaGravacao() {
-    HRESULT hr = AbreArquivo(EXVDataBase_ModoAbertura::eModoLeituraGravacaoCriacao);
-    if (SUCCEEDED(hr)) hr = Carrega();
-    if (SUCCEEDED(hr)) hr = ConstroiIndices();
-    if (FAILED(hr)) FechaArquivo();
+    const HRESULT hr = AbreECarrega([this] {
+        const HRESULT hrCarga = Carrega();
+        return FAILED(hrCarga) ? hrCarga : ConstroiIndices();
+    });
     XV_CHECK_TEXTO(hr, "AbreArquivo(EXVDataBase_ModoAbertura::eModoLeituraGravacaoCriacao)");
     return S_OK;
 }

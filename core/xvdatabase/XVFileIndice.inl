@@ -5,6 +5,7 @@ template <class T>
 template <class TDataBase>
 HRESULT CXVFile<T>::IncluiIndex(const TDataBase* pDataBase, XVUInt uiColunaIndexacao, bool bPermiteChaveZerada,
                                 bool bPermiteChaveRepetida) {
+    XV_ESCOPO({"m_sNomeArquivo", GetNomeArquivo()}, {"uiColunaIndexacao", XVUInt64{uiColunaIndexacao}});
     const std::unique_lock lock(GetLock());
     if (uiColunaIndexacao != m_listaIndices.size()) XV_FALHA(E_XVCR_COLUNA_INDEXACAO_INVALIDA);
     const auto pfGetChaveIndex = [](const void* p, const T& reg, XVUInt uiColuna) {
@@ -86,6 +87,7 @@ bool CXVFile<T>::PodeManterChave(const SIndice& rIndice, XVUInt64 uiChave, XVUIn
 
 template <class T>
 HRESULT CXVFile<T>::ExisteIndex(XVUInt64 chave, std::vector<XVUInt>& listaPosicao, XVUInt uiColunaIndexacao) const {
+    XV_ESCOPO({"m_sNomeArquivo", GetNomeArquivo()}, {"uiColunaIndexacao", XVUInt64{uiColunaIndexacao}});
     const std::shared_lock lock(GetLock());
     listaPosicao.clear();
     if (uiColunaIndexacao >= m_listaIndices.size()) XV_FALHA(E_XVCR_COLUNA_INDEXACAO_INVALIDA);
@@ -97,6 +99,7 @@ HRESULT CXVFile<T>::ExisteIndex(XVUInt64 chave, std::vector<XVUInt>& listaPosica
 
 template <class T>
 HRESULT CXVFile<T>::ExisteIndex(XVUInt64 chave, XVUInt& uiPosicao, XVUInt uiColunaIndexacao) const {
+    XV_ESCOPO({"m_sNomeArquivo", GetNomeArquivo()}, {"uiColunaIndexacao", XVUInt64{uiColunaIndexacao}});
     const std::shared_lock lock(GetLock());
     uiPosicao = 0;
     if (uiColunaIndexacao >= m_listaIndices.size()) XV_FALHA(E_XVCR_COLUNA_INDEXACAO_INVALIDA);
@@ -106,6 +109,7 @@ HRESULT CXVFile<T>::ExisteIndex(XVUInt64 chave, XVUInt& uiPosicao, XVUInt uiColu
 
 template <class T>
 HRESULT CXVFile<T>::LeIndex(XVUInt64 uiPosicaoIndex, T* preg, XVUInt uiColunaIndexacao) const {
+    XV_ESCOPO({"m_sNomeArquivo", GetNomeArquivo()}, {"uiColunaIndexacao", XVUInt64{uiColunaIndexacao}});
     XVUInt uiPosicao = 0;
     XV_CHECK(ExisteIndex(uiPosicaoIndex, uiPosicao, uiColunaIndexacao));
     if (uiPosicao == 0) XV_FALHA(E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA);
@@ -115,6 +119,7 @@ HRESULT CXVFile<T>::LeIndex(XVUInt64 uiPosicaoIndex, T* preg, XVUInt uiColunaInd
 
 template <class T>
 HRESULT CXVFile<T>::GravaIndex(XVUInt64 uiPosicaoIndex, const T& reg, XVUInt uiColunaIndexacao) {
+    XV_ESCOPO({"m_sNomeArquivo", GetNomeArquivo()}, {"uiColunaIndexacao", XVUInt64{uiColunaIndexacao}});
     XVUInt uiPosicao = 0;
     XV_CHECK(ExisteIndex(uiPosicaoIndex, uiPosicao, uiColunaIndexacao));
     if (uiPosicao == 0) XV_FALHA(E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA);

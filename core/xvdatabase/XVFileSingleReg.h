@@ -98,14 +98,13 @@ class CXVFileSingleReg : public CXVFileBase {
 
     // Creates the file, or takes over one that appeared since.
     HRESULT AbreParaGravacao() {
-        HRESULT hr = AbreArquivo(EXVDataBase_ModoAbertura::eModoLeituraGravacaoCriacao);
-        if (SUCCEEDED(hr)) hr = Carrega(true);
-        if (FAILED(hr)) FechaArquivo();
+        const HRESULT hr = AbreECarrega([this] { return Carrega(true); });
         XV_CHECK_TEXTO(hr, "AbreArquivo(EXVDataBase_ModoAbertura::eModoLeituraGravacaoCriacao)");
         return S_OK;
     }
 
     HRESULT GravaRegistro(const T& reg) {
+        XV_ESCOPO({"m_sNomeArquivo", GetNomeArquivo()});
         if (const CXVErroArquivo erro = GravaDados(GetSeekCabecalho(), &reg, sizeof(reg)); !erro.Ok())
             XV_CHECK_TEXTO(CatchGravacao(&erro), "CatchGravacao(pEx)");
         XV_CHECK(AtualizaArquivo());

@@ -41,8 +41,9 @@ HRESULT CXVGroupFileBase::ProcuraMembros() {
     std::vector<std::pair<XVUInt64, std::string>> listaMembros;
     XV_CHECK(CXVDataBaseUtil::ListaMembros(this, m_eModulo, m_sNomeArquivo, &listaMembros));
     for (const auto& [uiChave, sNome] : listaMembros) {
+        std::unique_ptr<IXVFileBase> pNovo = NewFile(sNome, m_pDataBase);
         std::unique_ptr<IXVFileBase>& pXVFile = m_mapFiles[uiChave];
-        pXVFile = NewFile(sNome, m_pDataBase);
+        pXVFile = std::move(pNovo);
         if (m_bControleDesabilitado) pXVFile->DesabilitaControleCriacaoArquivos();
         if (!m_bAdiaInicializacao) XV_CHECK(pXVFile->Inicializa(this));
     }

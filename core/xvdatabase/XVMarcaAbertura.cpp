@@ -29,6 +29,7 @@ XVUInt64 TamanhoPeloCabecalho(IXVArquivo& rArquivo, XVUInt64 uiTamanho) {
     if (!XVCabecalho::AssinaturaConfere(reg.regA) || reg.regA.usVersao != k_usVersaoCabecalho ||
         reg.regB.uiTamanhoBloco != k_uiTamanhoBlocoB || !XVCabecalho::CrcConfere(reg.regB))
         return 0;
+    if (reg.regB.uiTamanhoDados > uiTamanho - sizeof(reg)) return 0;  // cut short: nothing to undo
     return k_uiTamanhoCabecalho + reg.regB.uiTamanhoDados;
 }
 
@@ -51,9 +52,18 @@ HRESULT CXVMarcaAbertura::AbreArquivoMarca(const IXVDF_Profiler* pDono, const st
 HRESULT CXVMarcaAbertura::Abre(const IXVDF_Profiler* pDono, const std::string& sDiretorio) {
     IXVSistemaArquivos& rSistema = XVPlataforma::SistemaArquivos();
     m_sPath = rSistema.Junta(sDiretorio, k_pszNomeMarca);
-    const bool bEncontrada = rSistema.Existe(m_sPath) != EExistencia::eAusente;
+    m_bPendente = false;
     XV_CHECK_DONO(pDono, AbreArquivoMarca(pDono, m_sPath, m_pArquivo));
-    if (!bEncontrada) return S_OK;
+    // Asked of the file in hand: while this opening waited, its holder may have closed cleanly or been
+    // killed.
+    XVUInt64 uiTamanho = 0;
+    CXVErroArquivo erro = m_pArquivo->GetTamanho(uiTamanho);
+    if (erro.Ok() && uiTamanho == 0) erro = m_pArquivo->Grava(0, "1", 1);
+    if (!erro.Ok()) {
+        Fecha(false);
+        XV_CHECK_TEXTO_DONO(pDono, XVCodigosArquivo::DeExcecao(erro.GetCausa()).hr, "MarcaAberta(m_sPath)");
+    }
+    if (uiTamanho == 0) return S_OK;
     const HRESULT hr = DesfazGravacoesInterrompidas(pDono, sDiretorio);
     if (FAILED(hr)) Fecha(false);
     XV_CHECK_TEXTO_DONO(pDono, hr, "DesfazGravacoesInterrompidas(pDono, sDiretorio)");
@@ -63,7 +73,7 @@ HRESULT CXVMarcaAbertura::Abre(const IXVDF_Profiler* pDono, const std::string& s
 void CXVMarcaAbertura::Fecha(bool bFechadaLimpa) {
     if (m_pArquivo == nullptr) return;
     m_pArquivo.reset();
-    if (bFechadaLimpa) XVPlataforma::SistemaArquivos().Apaga(m_sPath).Ignora();
+    if (bFechadaLimpa && !m_bPendente) XVPlataforma::SistemaArquivos().Apaga(m_sPath).Ignora();
 }
 
 HRESULT CXVMarcaAbertura::DesfazGravacoesInterrompidas(const IXVDF_Profiler* pDono,
@@ -79,10 +89,15 @@ HRESULT CXVMarcaAbertura::DesfazGravacoesInterrompidas(const IXVDF_Profiler* pDo
     return S_OK;
 }
 
-// A file that cannot be opened for writing now is left for its own opening to refuse.
+// A file that cannot be opened for writing now is left for its own opening to refuse; the mark then stays.
 CXVErroArquivo CXVMarcaAbertura::DesfazNoArquivo(const IXVDF_Profiler* pDono, const std::string& sPath) {
     std::unique_ptr<IXVArquivo> pArquivo;
-    if (!XVPlataforma::SistemaArquivos().Abre(sPath, k_aberturaExistente, pArquivo).Ok()) return {};
+    const CXVErroArquivo erroAbre =
+        XVPlataforma::SistemaArquivos().Abre(sPath, k_aberturaExistente, pArquivo);
+    if (!erroAbre.Ok()) {
+        m_bPendente |= erroAbre.GetCausa() != ECausaArquivo::eArquivoNaoEncontrado;
+        return {};
+    }
     XVUInt64 uiTamanho = 0;
     if (const CXVErroArquivo erro = pArquivo->GetTamanho(uiTamanho); !erro.Ok()) return erro;
     const XVUInt64 uiTamanhoCerto = TamanhoPeloCabecalho(*pArquivo, uiTamanho);

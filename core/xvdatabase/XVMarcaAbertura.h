@@ -5,7 +5,9 @@
 // closing it, and may have ended between the two writes that make up one (the data, then the header that
 // knows its length). Such a write was never reported as done; it is undone: what stands beyond the length
 // in a valid header is kept aside in "<file>.srk" and cut off. Without the mark a length that does not
-// fit its header is never touched.
+// fit its header is never touched. A file that could not be looked at keeps the mark for the next opening.
+//
+// The mark is empty until its holder has it; one byte long while a store is open under it.
 //
 // Thread rule: one object is used by one thread at a time.
 #pragma once
@@ -30,11 +32,12 @@ class CXVMarcaAbertura {
   private:
     static HRESULT AbreArquivoMarca(const IXVDF_Profiler* pDono, const std::string& sPath,
                                     std::unique_ptr<IXVArquivo>& pArquivo);
-    static HRESULT DesfazGravacoesInterrompidas(const IXVDF_Profiler* pDono, const std::string& sDiretorio);
-    static CXVErroArquivo DesfazNoArquivo(const IXVDF_Profiler* pDono, const std::string& sPath);
+    HRESULT DesfazGravacoesInterrompidas(const IXVDF_Profiler* pDono, const std::string& sDiretorio);
+    CXVErroArquivo DesfazNoArquivo(const IXVDF_Profiler* pDono, const std::string& sPath);
     static CXVErroArquivo GuardaSobra(IXVArquivo& rArquivo, const std::string& sPathSobra, XVUInt64 uiInicio,
                                       XVUInt64 uiFim);
 
     std::unique_ptr<IXVArquivo> m_pArquivo;
     std::string m_sPath;
+    bool m_bPendente = false;  // a file is still to be looked at
 };

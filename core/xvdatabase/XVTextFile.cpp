@@ -83,6 +83,7 @@ bool CXVTextFile::PrecisaGravar(XVUInt uiPosicao, std::span<const std::string_vi
 }
 
 HRESULT CXVTextFile::Grava(XVUInt& uiPosicao, std::string_view sTexto) {
+    XV_ESCOPO({"m_sNomeArquivo", GetNomeArquivo()}, {"uiPosicao", XVUInt64{uiPosicao}});
     const std::span<const std::string_view> aRegistros(&sTexto, 1);
     XV_CHECK(GravaColecao(uiPosicao, aRegistros));
     return S_OK;
@@ -119,9 +120,7 @@ HRESULT CXVTextFile::GravaColecao(XVUInt& uiPosicao, std::span<const std::string
 
 // Creates the file, or takes over one that appeared since: its texts come first.
 HRESULT CXVTextFile::AbreParaGravacao() {
-    HRESULT hr = AbreArquivo(EXVDataBase_ModoAbertura::eModoLeituraGravacaoCriacao);
-    if (SUCCEEDED(hr)) hr = Carrega();
-    if (FAILED(hr)) FechaArquivo();
+    const HRESULT hr = AbreECarrega([this] { return Carrega(); });
     XV_CHECK_TEXTO(hr, "AbreArquivo(EXVDataBase_ModoAbertura::eModoLeituraGravacaoCriacao)");
     return S_OK;
 }

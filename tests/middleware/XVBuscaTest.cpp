@@ -1,7 +1,10 @@
 // Searching and reading.
+#include <functional>
+#include <random>
+
+#include "middleware/XVOrdenacaoParalela.h"
 #include "platform/XVAmbienteSO.h"
 #include "tests/apoio/XVSistemaArquivosFalhas.h"
-#include "middleware/XVOrdenacaoParalela.h"
 #include "tests/middleware/XVCenarioLoja.h"
 
 namespace {

@@ -114,7 +114,8 @@ TEST_F(CXVConversaoCasosTest, VersionFileThatWasListedAndVanishedIsNoVersionZero
     EXPECT_EQ(m_Arquivos.Diferenca(retrato, RetratoSemLogs()), "");
     bool bNomeado = false;
     for (const auto& falha : m_Captura.GetFalhas())
-        bNomeado |= falha.sMensagem.find("CRMIDDLEWAREVS.dat") != std::string::npos;
+        bNomeado |= falha.sMensagem.starts_with("Arquivo controlado não encontrado: ") &&
+                    falha.sMensagem.find("CRMIDDLEWAREVS.dat") != std::string::npos;
     EXPECT_TRUE(bNomeado);
     XVUShort usVersao = 9;
     std::vector<SPassoPrevisto> passos;

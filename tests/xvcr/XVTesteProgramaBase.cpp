@@ -32,12 +32,13 @@ TEST_F(ProgramaBase, LeituraEnquantoOutroProcessoGrava) {
 
 TEST_F(ProgramaBase, BaseQueNaoHaNaoECriadaPorQuemSoOlha) {
     for (const std::vector<std::string>& rComando :
-         {std::vector<std::string>{"--leitura", "busca"}, {"versao"}, {"converte", "--simula"}}) {
+         {std::vector<std::string>{"--leitura", "busca"}, {"converte", "--simula"}}) {
         const SExecucao execucao = Xvcr(rComando);
         EXPECT_EQ(execucao.iSaida, 1);
         EXPECT_THAT(execucao.sErro, HasSubstr("0x80043EBF eBadPath"));
-        EXPECT_FALSE(std::filesystem::exists(m_Diretorio.Junta("001")));
     }
+    EXPECT_EQ(Json({"versao"}).at(0)["versao"], 0);
+    EXPECT_FALSE(std::filesystem::exists(m_Diretorio.Junta("001")));
 }
 
 TEST_F(ProgramaBase, VersaoEConversao) {
@@ -66,6 +67,21 @@ TEST_F(ProgramaBase, ArquivoDanificadoERecusadoEFicaComoEsta) {
     EXPECT_EQ(execucao.iSaida, 1);
     EXPECT_THAT(execucao.sErro, HasSubstr("xvcr: 0x8108"));
     EXPECT_EQ(m_Diretorio.LeConteudo(sIndice), sBytes);
+}
+
+TEST_F(ProgramaBase, ArquivoListadoQueSumiuEDitoPeloNome) {
+    for (const char* pszNome : {"CRINDEXINTEG.dat", "CRMIDDLEWAREVS.dat"}) {
+        Grava({"--status", "Pendente"});
+        Grava({"--status", "Pendente"});  // a file is listed when it is next opened
+        const std::string sArquivo = std::string("001/DF/") + pszNome;
+        const std::string sBytes = m_Diretorio.LeConteudo(sArquivo).value_or("");
+        std::filesystem::remove(m_Diretorio.Junta(sArquivo));
+        const SExecucao execucao = Xvcr({"busca"});
+        EXPECT_EQ(execucao.iSaida, 1);
+        EXPECT_THAT(execucao.sErro, HasSubstr("0x81080A50"));
+        EXPECT_THAT(execucao.sErro, HasSubstr(pszNome));
+        m_Diretorio.CriaArquivo(sArquivo, sBytes);
+    }
 }
 
 TEST_F(ProgramaBase, RegistroSegueOQueChega) {

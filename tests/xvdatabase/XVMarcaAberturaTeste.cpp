@@ -47,7 +47,7 @@ TEST_F(MarcaAbertura, DepoisDeProcessoMortoASobraEhGuardadaECortada) {
     Cria("B.dat", sCrcErrado);
     Cria("C.dat", sCurto);
     Cria("D.dat", "sem cabeçalho");
-    Cria(k_pszMarca, "");
+    Cria(k_pszMarca, "1");
     CXVCapturaTrace captura;
     CXVMarcaAbertura marca;
     ASSERT_EQ(marca.Abre(&m_Dono, PastaDados()), S_OK);
@@ -70,12 +70,52 @@ TEST_F(MarcaAbertura, SemMarcaUmComprimentoEstranhoFicaComoEsta) {
     EXPECT_EQ(Le("A.dat"), sComSobra);
 }
 
+// Whoever waited for the mark finds it as its holder left it, not as it was when the waiting began.
+TEST_F(MarcaAbertura, QuemEsperouVeComoOOutroTerminou) {
+    const std::string sCerto = ArquivoComCabecalho("A.dat", "12345678");
+    for (const bool bLimpo : {true, false}) {
+        CXVMarcaAbertura outra;
+        ASSERT_EQ(outra.Abre(&m_Dono, PastaDados()), S_OK);
+        Cria("A.dat", sCerto + "resto");
+        m_Relogio.SetAoDormir([&](XVUInt64) { outra.Fecha(bLimpo); });
+        CXVCapturaTrace captura;
+        CXVMarcaAbertura marca;
+        ASSERT_EQ(marca.Abre(&m_Dono, PastaDados()), S_OK);
+        m_Relogio.SetAoDormir({});
+        marca.Fecha(true);
+        EXPECT_EQ(Le("A.dat"), bLimpo ? sCerto + "resto" : sCerto);
+        EXPECT_FALSE(Existe(k_pszMarca));
+    }
+}
+
+TEST_F(MarcaAbertura, ArquivoQueNaoSePodeOlharGuardaAMarcaParaAProxima) {
+    const std::string sCerto = ArquivoComCabecalho("A.dat", "12345678");
+    Cria("A.dat", sCerto + "resto");
+    Cria(k_pszMarca, "1");
+    std::unique_ptr<IXVArquivo> pAlheio;
+    ASSERT_TRUE(m_Arquivos
+                    .Abre(PastaDados("A.dat"),
+                          {EAcessoArquivo::eLeitura, ECompartilhamentoArquivo::eNegaEscrita,
+                           ECriacaoArquivo::eSomenteExistente},
+                          pAlheio)
+                    .Ok());
+    CXVCapturaTrace captura;
+    CXVMarcaAbertura marca;
+    ASSERT_EQ(marca.Abre(&m_Dono, PastaDados()), S_OK);
+    marca.Fecha(true);
+    pAlheio.reset();
+    ASSERT_EQ(marca.Abre(&m_Dono, PastaDados()), S_OK);
+    marca.Fecha(true);
+    EXPECT_EQ(Le("A.dat"), sCerto);
+    EXPECT_FALSE(Existe(k_pszMarca));
+}
+
 // The tail is cut only after it was kept: a fault in between leaves the mark and the file for the next try.
 TEST_F(MarcaAbertura, FalhaAoGuardarASobraNaoPerdeNada) {
     const std::string sCerto = ArquivoComCabecalho("A.dat", "12345678");
     for (XVUInt64 n = 1;; ++n) {
         Cria("A.dat", sCerto + "resto");
-        Cria(k_pszMarca, "");
+        Cria(k_pszMarca, "1");
         m_Falhas.Programa(
             {.eOperacao = EOperacaoArquivo::eGrava, .uiNumero = n, .eCausa = ECausaArquivo::eDiscoCheio});
         CXVCapturaTrace captura;

@@ -7,6 +7,20 @@ namespace {
 using T = std::vector<std::string>;
 
 class ArquivoTexto : public CXVCenarioBanco {};
+
+// Memory that runs out after the file was loaded.
+class CXVTextFileSemMemoria : public CXVTextFile {
+  public:
+    using CXVTextFile::CXVTextFile;
+    bool m_bFalta = true;
+
+  protected:
+    HRESULT OnInicializa() override {
+        const HRESULT hr = CXVTextFile::OnInicializa();
+        if (m_bFalta) throw std::bad_alloc();
+        return hr;
+    }
+};
 class RegistroUnico : public CXVCenarioBanco {};
 
 TEST_F(ArquivoTexto, LeituraForaDosLimites) {
@@ -26,6 +40,19 @@ TEST_F(ArquivoTexto, LeituraForaDosLimites) {
     EXPECT_EQ(vazio->GravaColecao(uiPosicao, T{}), S_OK) << "empty: before the position is looked at";
     EXPECT_EQ(uiPosicao, 1U);
     ASSERT_EQ(vazio.xvDB.Finaliza(), S_OK);
+}
+
+TEST_F(ArquivoTexto, CargaSemMemoriaSoltaOArquivoEASeguinteMantemOCabecalho) {
+    Cria("A.dat", ArquivoComCabecalho("A.dat", Prefixado("um")));
+    TXVBanco<CXVTextFileSemMemoria> banco("A.dat");
+    EXPECT_THROW(XVIgnora(Abre(banco)), std::bad_alloc);
+    EXPECT_EQ(m_Arquivos.GetQuantidadeAberta(), 0U);
+    banco->m_bFalta = false;
+    ASSERT_EQ(Abre(banco), S_OK);
+    XVUInt uiPosicao = 0;
+    ASSERT_EQ(banco->Grava(uiPosicao, "dois"), S_OK);
+    ASSERT_EQ(banco.xvDB.Finaliza(), S_OK);
+    EXPECT_EQ(LeTextos("A.dat"), (T{"um", "dois"}));
 }
 
 TEST_F(ArquivoTexto, TextoMudadoEAnexadoEOAntigoFicaComoBytesMortos) {

@@ -61,6 +61,12 @@ class CComponenteReal : public ::testing::Test {
     CXVGuardaSistemaArquivos m_guardaSistema{m_sistema};
     CXVGuardaRegistro m_guardaRegistro{m_registro};
     CXVCapturaTrace m_captura;
+
+    void TearDown() override {
+        if (!HasFailure()) return;
+        for (const SFalhaCapturada& r : m_captura.GetFalhas())
+            ADD_FAILURE() << r.sFuncao << ": " << r.sExpressao << " = " << std::hex << r.hr;
+    }
 };
 
 }  // namespace

@@ -38,6 +38,6 @@ void Executa(CXVContexto& rContexto) {
 void XVAdicionaVersao(CLI::App& rRaiz, CXVContexto& rContexto) {
     CLI::App* pComando = XVAdicionaComando(rRaiz, "versao", "Mostra a versão da base, sem mudar nada",
                                            "  xvcr versao --empresa 001\n"
-                                           "Um diretório de empresa sem base tem versão 0.");
+                                           "Uma base que ainda não existe tem versão 0.");
     XVDefineAcao(pComando, rContexto, [&rContexto] { Executa(rContexto); });
 }

@@ -4,6 +4,7 @@
 #include <new>
 
 #include "platform/XVAmbienteSO.h"
+#include "support/XVCapturaTrace.h"
 #include "tools/xvcr/XVComandos.h"
 #include "tools/xvcr/XVFormatoAjuda.h"
 #include "tools/xvcr/XVMensagensUso.h"
@@ -126,6 +127,7 @@ void XVDefineAcao(CLI::App* pComando, CXVContexto& rContexto, std::function<void
 }
 
 int XVExecutaAplicacao(const std::vector<std::string>& listaArgumentos) {
+    const CXVCapturaTrace captura(false);  // for the names in messages
     try {
         return Executa(listaArgumentos);
     } catch (const CXVErro& rErro) {
