@@ -9,7 +9,8 @@ namespace XVCliente {
 namespace {
 
 constexpr HResult k_hrArgumento = static_cast<HResult>(0x80070057U);
-constexpr HResult k_hrNaoConectado = static_cast<HResult>(0x81080A04U);  // the component's own "not initialised"
+constexpr HResult k_hrNaoConectado =
+    static_cast<HResult>(0x81080A04U);  // the component's own "not initialised"
 
 // An array of integrations that COM allocated, with the texts of each.
 class CListaIntegracoes {
@@ -53,11 +54,17 @@ HResult CXVCliente::Conecta(const SIdentificacao& rIdentificacao) {
     return m_pConexao->Abre();
 }
 
-HResult CXVCliente::Reconecta() { return m_pConexao == nullptr ? k_hrNaoConectado : m_pConexao->Abre(); }
+HResult CXVCliente::Reconecta() {
+    return m_pConexao == nullptr ? k_hrNaoConectado : m_pConexao->Abre();
+}
 
-void CXVCliente::Desconecta() { m_pConexao.reset(); }
+void CXVCliente::Desconecta() {
+    m_pConexao.reset();
+}
 
-bool CXVCliente::EstaConectado() const { return m_pConexao != nullptr && m_pConexao->EstaAberta(); }
+bool CXVCliente::EstaConectado() const {
+    return m_pConexao != nullptr && m_pConexao->EstaAberta();
+}
 
 HResult CXVCliente::GravaIntegracao(std::uint64_t* puiDmc, const SIntegracao& rDados) {
     if (m_pConexao == nullptr) return k_hrNaoConectado;
@@ -99,8 +106,8 @@ HResult CXVCliente::GravaStatusIntegracao(const SStatusIntegracao& rDados) {
 HResult CXVCliente::LeIntegracao(std::uint64_t uiDmc, std::uint64_t uiFlags, SIntegracao* pDados) {
     if (m_pConexao == nullptr) return k_hrNaoConectado;
     TSaida<REG_CR_INTEGRACAO_MIDDLEWAREPS> saida;
-    const HResult hr =
-        m_pConexao->Executa(true, [&](IXVCR_Middleware& r) { return r.LeIntegracao(uiDmc, &saida, uiFlags); });
+    const HResult hr = m_pConexao->Executa(
+        true, [&](IXVCR_Middleware& r) { return r.LeIntegracao(uiDmc, &saida, uiFlags); });
     if (hr >= 0) *pDados = DeRegistro(saida.Get());
     return hr;
 }
@@ -138,8 +145,8 @@ HResult CXVCliente::BuscaPonteiros(const SFiltroIntegracao& rFiltro, std::vector
 HResult CXVCliente::GravaChaveRegistro(const SChaveRegistro& rDados) {
     if (m_pConexao == nullptr) return k_hrNaoConectado;
     const auto reg = ParaRegistro(rDados);
-    return m_pConexao->Executa(false,
-                               [&](IXVCR_Middleware& r) { return r.GravaChaveRegistroTelvoParaTerceiro(&reg); });
+    return m_pConexao->Executa(
+        false, [&](IXVCR_Middleware& r) { return r.GravaChaveRegistroTelvoParaTerceiro(&reg); });
 }
 
 HResult CXVCliente::GravaChaveRegistroPendente(const SChaveRegistro& rDados) {
@@ -176,18 +183,20 @@ HResult CXVCliente::BuscaDataHora(const SDataHoraIntegracao& rFiltro, SDataHoraI
     return hr;
 }
 
-HResult CXVCliente::BuscaDadosSistemaTerceiro(const SConsultaTerceiro& rConsulta, SRespostaConsulta* pResposta) {
+HResult CXVCliente::BuscaDadosSistemaTerceiro(const SConsultaTerceiro& rConsulta,
+                                              SRespostaConsulta* pResposta) {
     if (m_pConexao == nullptr) return k_hrNaoConectado;
     REG_CR_CONSULTA_SISTEMA_TERCEIROPS reg;
     if (!ParaRegistro(rConsulta, &reg)) return k_hrArgumento;
     TSaida<REG_CR_STATUS_CONSULTA_SISTEMA_TERCEIROPS> saida;
-    const HResult hr =
-        m_pConexao->Executa(true, [&](IXVCR_Middleware& r) { return r.BuscaDadosSistemaTerceiro(&reg, &saida); });
+    const HResult hr = m_pConexao->Executa(
+        true, [&](IXVCR_Middleware& r) { return r.BuscaDadosSistemaTerceiro(&reg, &saida); });
     if (hr >= 0) *pResposta = DeRegistro(saida.Get());
     return hr;
 }
 
-HResult CXVCliente::FuncaoGenerica(std::uint32_t ulFuncao, const std::string& sEntrada, std::string* psSaida) {
+HResult CXVCliente::FuncaoGenerica(std::uint32_t ulFuncao, const std::string& sEntrada,
+                                   std::string* psSaida) {
     if (m_pConexao == nullptr) return k_hrNaoConectado;
     _REG_DF_TEXTOPS texto;
     if (!ParaRegistro(sEntrada, &texto)) return k_hrArgumento;

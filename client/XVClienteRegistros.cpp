@@ -28,7 +28,9 @@ bool ParaLista(const std::vector<std::uint32_t>& lista, ULONG* pulQuantidade, UL
     return true;
 }
 
-std::string DeTexto(const _REG_DF_TEXTOPS& reg) { return DeBytes(reg.pTexto, reg.ulQtdBytes); }
+std::string DeTexto(const _REG_DF_TEXTOPS& reg) {
+    return DeBytes(reg.pTexto, reg.ulQtdBytes);
+}
 
 template <std::size_t N>
 std::string DeCampo(const byte (&aCampo)[N]) {
@@ -40,7 +42,8 @@ std::string DeCampo(const byte (&aCampo)[N]) {
 }  // namespace
 
 std::string DeBytes(const byte* pBytes, ULONG ulQuantidade) {
-    return pBytes == nullptr ? std::string() : std::string(reinterpret_cast<const char*>(pBytes), ulQuantidade);
+    return pBytes == nullptr ? std::string()
+                             : std::string(reinterpret_cast<const char*>(pBytes), ulQuantidade);
 }
 
 bool ParaRegistro(const std::string& sTexto, _REG_DF_TEXTOPS* pReg) {
@@ -94,7 +97,8 @@ bool ParaRegistro(const SFiltroIntegracao& rDados, REG_CR_FILTRO_INTEGRACAO_MIDD
     pReg->regDataHoraFinalInclusao.uiValor = rDados.uiInclusaoFinal;
     pReg->regDataHoraInicialAlteracaoStatus.uiValor = rDados.uiAlteracaoStatusInicial;
     pReg->regDataHoraFinalAlteracaoStatus.uiValor = rDados.uiAlteracaoStatusFinal;
-    return ParaLista(rDados.listaTipoIntegracao, &pReg->ulQuantidadeTipoIntegracao, &pReg->pListaTipoIntegracao) &&
+    return ParaLista(rDados.listaTipoIntegracao, &pReg->ulQuantidadeTipoIntegracao,
+                     &pReg->pListaTipoIntegracao) &&
            ParaLista(rDados.listaStatusIntegracao, &pReg->ulQuantidadeStatusIntegracao,
                      &pReg->pListaStatusIntegracao) &&
            ParaLista(rDados.listaSistemaIntegracao, &pReg->ulQuantidadeSistemaIntegracao,
@@ -175,8 +179,12 @@ SIntegracao DeRegistro(const REG_CR_INTEGRACAO_MIDDLEWAREPS& reg) {
 }
 
 SChaveRegistro DeRegistro(const REG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIROPS& reg) {
-    return {reg.uiChaveRegistroSistemaTerceiro, reg.regDmcRegistroTelvo.uiValor, reg.uiBaseDadosTerceiro,
-            reg.eTipoIntegracao,                reg.eSistemaIntegracao,          reg.regDmcOrigemIntegracao.uiValor};
+    return {reg.uiChaveRegistroSistemaTerceiro,
+            reg.regDmcRegistroTelvo.uiValor,
+            reg.uiBaseDadosTerceiro,
+            reg.eTipoIntegracao,
+            reg.eSistemaIntegracao,
+            reg.regDmcOrigemIntegracao.uiValor};
 }
 
 SDataHoraIntegracao DeRegistro(const REG_CR_DATA_HORA_INTEGRACAO_TERCEIROPS& reg) {
@@ -189,8 +197,13 @@ SRespostaConsulta DeRegistro(const REG_CR_STATUS_CONSULTA_SISTEMA_TERCEIROPS& re
 }
 
 SUltimoErro DeRegistro(const REG_DF_ULTIMO_ERROPS& reg) {
-    return {reg.hrErro,           reg.ulLinha,           reg.regDataHora,        DeCampo(reg.szNome),
-            DeCampo(reg.szFuncao), DeCampo(reg.szFonte), DeCampo(reg.szMensagem)};
+    return {reg.hrErro,
+            reg.ulLinha,
+            reg.regDataHora,
+            DeCampo(reg.szNome),
+            DeCampo(reg.szFuncao),
+            DeCampo(reg.szFonte),
+            DeCampo(reg.szMensagem)};
 }
 
 void Libera(REG_CR_INTEGRACAO_MIDDLEWAREPS& reg) {

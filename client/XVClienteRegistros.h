@@ -32,8 +32,12 @@ std::string DeBytes(const byte* pBytes, ULONG ulQuantidade);
 // Frees the buffers of a result.
 void Libera(REG_CR_INTEGRACAO_MIDDLEWAREPS& reg);
 void Libera(REG_CR_STATUS_CONSULTA_SISTEMA_TERCEIROPS& reg);
-inline void Libera(_REG_CR_LISTA_BYTESPS& reg) { ::CoTaskMemFree(reg.pListaBytes); }
-inline void Libera(_REG_DF_LISTA_XVDMCPS& reg) { ::CoTaskMemFree(reg.pLista); }
+inline void Libera(_REG_CR_LISTA_BYTESPS& reg) {
+    ::CoTaskMemFree(reg.pListaBytes);
+}
+inline void Libera(_REG_DF_LISTA_XVDMCPS& reg) {
+    ::CoTaskMemFree(reg.pLista);
+}
 
 // A result record whose buffers end with it, whatever happens on the way.
 template <class TRegistro>

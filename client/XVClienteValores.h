@@ -18,9 +18,9 @@ struct SIdentificacao {
     std::uint16_t usUsuario = 0;
     std::uint32_t ulNumeroSessao = 0;
     std::uint32_t ulNumeroChamador = 1;  // any number but 0
-    std::string sExecutavel{};             // at most 47 bytes
-    std::string sModulo{};                 // at most 47 bytes
-    std::string sIdentificacao{};          // at most 63 bytes
+    std::string sExecutavel{};           // at most 47 bytes
+    std::string sModulo{};               // at most 47 bytes
+    std::string sIdentificacao{};        // at most 63 bytes
 };
 
 struct SIntegracao {

@@ -19,7 +19,9 @@ constexpr DWORD k_ulEsperaTentativa = 150;  // milliseconds, times the number of
 constexpr std::uint16_t k_usVersaoRegistro = 127;
 constexpr byte k_cMarcaRegistro = 'B';
 
-constexpr HResult Codigo(std::uint32_t ulCodigo) { return static_cast<HResult>(ulCodigo); }
+constexpr HResult Codigo(std::uint32_t ulCodigo) {
+    return static_cast<HResult>(ulCodigo);
+}
 
 // Codes of a creation beside a server that is starting or ending.
 bool ValeTentarDeNovo(HResult hr) {
@@ -37,7 +39,8 @@ bool CopiaTexto(const std::string& sTexto, byte (&aCampo)[N]) {
 // File name of the running program, cut to its field.
 std::string NomePrograma() {
     char szCaminho[MAX_PATH * 2];
-    const DWORD ulTamanho = ::GetModuleFileNameA(nullptr, szCaminho, static_cast<DWORD>(std::size(szCaminho)));
+    const DWORD ulTamanho =
+        ::GetModuleFileNameA(nullptr, szCaminho, static_cast<DWORD>(std::size(szCaminho)));
     const std::string sCaminho(szCaminho, ulTamanho);
     return sCaminho.substr(sCaminho.find_last_of("\\/") + 1).substr(0, 47);
 }

@@ -197,11 +197,30 @@ HRESULT CXVConversaoMiddleware::ValidaVersaoAtual() {
     XVUShort usVersao = 0;
     const HRESULT hr = LeVersao(&usVersao);
     if (FAILED(hr)) return hr;
-    if (usVersao == k_usVersaoAtualBase) return S_OK;
+    if (usVersao == k_usVersaoAtualBase) {
+        XV_CHECK(ValidaArquivosUnicos());
+        return S_OK;
+    }
     if (usVersao > k_usVersaoAtualBase) XV_FALHA(E_XVCR_VERSAO_BASE_SUPERIOR_VERSAO_SISTEMA);
     std::string sPathIndex;
     XV_CHECK(MontaPath(k_pszArquivoIndexIntegracao, &sPathIndex));
     if (usVersao != 0 || XVPlataforma::SistemaArquivos().Existe(sPathIndex) != EExistencia::eAusente)
         XV_FALHA(E_XVCR_VERSAO_INCOMPATIVEL);
+    return S_OK;
+}
+
+// Viewing opens without the control's check: a listed file that is missing must not look like an empty one.
+// For an absent file the control's own check only reads.
+HRESULT CXVConversaoMiddleware::ValidaArquivosUnicos() {
+    for (const char* pszNome :
+         {k_pszArquivoIndexIntegracao, k_pszArquivoChaveRegistroParaTerceiro, k_pszArquivoDataHoraIntegracao}) {
+        std::string sPath;
+        XV_CHECK(MontaPath(pszNome, &sPath));
+        std::string sNomeReal;
+        if (CXVDataBaseUtil::ExistePath(sPath, &sNomeReal)) continue;
+        CXVDataBaseControleCriacaoArquivos controle(XV_DF, pszNome);
+        XV_CHECK(controle.Inicializa(this));
+        XV_CHECK(controle.GerenciaControleCriacaoArquivos(EXVDataBase_ModoAbertura::eModoLeituraGravacao));
+    }
     return S_OK;
 }

@@ -80,6 +80,8 @@ class CXVConversaoMiddleware : public CXVBaseParaRotinas {
     // Lists the version file in the creation control when an earlier run did not come to it.
     HRESULT ControlaArquivoVersao();
     HRESULT ConcluiPasso(XVUShort usPasso);
+    // A listed single file that is missing: E_XVCR_INCONSISTENCIA_CONTROLE_CRIACAO_ARQUIVOS.
+    HRESULT ValidaArquivosUnicos();
     HRESULT ConverteBaseV01();
     HRESULT ConverteBaseV02();
     HRESULT ConverteBaseV03();

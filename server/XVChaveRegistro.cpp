@@ -15,17 +15,18 @@ HRESULT CXVChaveRegistro::Abre(HKEY hRaiz, const std::wstring& sCaminho) {
 
 HRESULT CXVChaveRegistro::GravaTexto(const std::wstring& sValor, const std::wstring& sTexto) {
     const auto ulBytes = static_cast<DWORD>((sTexto.size() + 1) * sizeof(wchar_t));
-    return HRESULT_FROM_WIN32(static_cast<DWORD>(
-        ::RegSetValueExW(m_hChave, sValor.empty() ? nullptr : sValor.c_str(), 0, REG_SZ,
-                         reinterpret_cast<const BYTE*>(sTexto.c_str()), ulBytes)));
+    return HRESULT_FROM_WIN32(
+        static_cast<DWORD>(::RegSetValueExW(m_hChave, sValor.empty() ? nullptr : sValor.c_str(), 0, REG_SZ,
+                                            reinterpret_cast<const BYTE*>(sTexto.c_str()), ulBytes)));
 }
 
 HRESULT CXVChaveRegistro::LeTexto(const std::wstring& sValor, std::wstring* psTexto) const {
     psTexto->clear();
     wchar_t szTexto[MAX_PATH * 4];
     DWORD ulBytes = sizeof(szTexto);
-    const auto ulErro = static_cast<DWORD>(::RegGetValueW(
-        m_hChave, nullptr, sValor.empty() ? nullptr : sValor.c_str(), RRF_RT_REG_SZ, nullptr, szTexto, &ulBytes));
+    const auto ulErro =
+        static_cast<DWORD>(::RegGetValueW(m_hChave, nullptr, sValor.empty() ? nullptr : sValor.c_str(),
+                                          RRF_RT_REG_SZ, nullptr, szTexto, &ulBytes));
     if (ulErro != ERROR_SUCCESS) return HRESULT_FROM_WIN32(ulErro);
     *psTexto = szTexto;
     return S_OK;

@@ -30,7 +30,8 @@ HRESULT STDMETHODCALLTYPE CXVFabricaClasse::QueryInterface(REFIID riid, void** p
     return S_OK;
 }
 
-HRESULT STDMETHODCALLTYPE CXVFabricaClasse::CreateInstance(IUnknown* pExterno, REFIID riid, void** ppvObject) {
+HRESULT STDMETHODCALLTYPE CXVFabricaClasse::CreateInstance(IUnknown* pExterno, REFIID riid,
+                                                           void** ppvObject) {
     if (ppvObject == nullptr) return E_POINTER;
     *ppvObject = nullptr;
     if (pExterno != nullptr) return CLASS_E_NOAGGREGATION;
@@ -64,7 +65,9 @@ HRESULT CXVRegistroFabrica::Registra() {
                                    REGCLS_MULTIPLEUSE | REGCLS_SUSPENDED, &m_ulRegistro);
 }
 
-HRESULT CXVRegistroFabrica::Retoma() { return ::CoResumeClassObjects(); }
+HRESULT CXVRegistroFabrica::Retoma() {
+    return ::CoResumeClassObjects();
+}
 
 void CXVRegistroFabrica::Revoga() {
     if (m_ulRegistro != 0) ::CoRevokeClassObject(m_ulRegistro);

@@ -29,8 +29,8 @@ CXVJanelaSessao::CXVJanelaSessao() : m_hJanela(nullptr) {
     classe.hInstance = ::GetModuleHandleW(nullptr);
     classe.lpszClassName = k_pszClasseJanela;
     if (::RegisterClassW(&classe) != 0)
-        m_hJanela = ::CreateWindowExW(0, k_pszClasseJanela, k_pszClasseJanela, WS_POPUP, 0, 0, 0, 0, nullptr, nullptr,
-                                      classe.hInstance, nullptr);
+        m_hJanela = ::CreateWindowExW(0, k_pszClasseJanela, k_pszClasseJanela, WS_POPUP, 0, 0, 0, 0, nullptr,
+                                      nullptr, classe.hInstance, nullptr);
 }
 
 CXVJanelaSessao::~CXVJanelaSessao() {

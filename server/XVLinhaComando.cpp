@@ -18,9 +18,10 @@ constexpr SSwitch k_aSwitches[] = {
 };
 
 bool IgualSemCaixa(std::wstring_view sTexto, std::wstring_view sMinusculo) {
-    return std::equal(sTexto.begin(), sTexto.end(), sMinusculo.begin(), sMinusculo.end(), [](wchar_t a, wchar_t b) {
-        return (a >= L'A' && a <= L'Z' ? static_cast<wchar_t>(a - L'A' + L'a') : a) == b;
-    });
+    return std::equal(sTexto.begin(), sTexto.end(), sMinusculo.begin(), sMinusculo.end(),
+                      [](wchar_t a, wchar_t b) {
+                          return (a >= L'A' && a <= L'Z' ? static_cast<wchar_t>(a - L'A' + L'a') : a) == b;
+                      });
 }
 
 }  // namespace

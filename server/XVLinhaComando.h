@@ -5,8 +5,8 @@
 #include <vector>
 
 enum class EComandoServidor {
-    eServe,           // started by hand: serves until the last client leaves
-    eServeAtivado,    // started by COM for a client that is waiting: leaves by itself when none comes
+    eServe,         // started by hand: serves until the last client leaves
+    eServeAtivado,  // started by COM for a client that is waiting: leaves by itself when none comes
     eRegistra,
     eDesregistra,
     eRegistraUsuario,

@@ -30,14 +30,16 @@ void EscreveErro(const char* pszLinha) {
 int Relata(HRESULT hr, const char* pszPasso) {
     if (SUCCEEDED(hr)) return 0;
     char szLinha[512];
-    std::snprintf(szLinha, sizeof(szLinha), "XVCR_Middleware: não foi possível %s (código 0x%08lX).\n", pszPasso,
-                  static_cast<unsigned long>(hr));
+    std::snprintf(szLinha, sizeof(szLinha), "XVCR_Middleware: não foi possível %s (código 0x%08lX).\n",
+                  pszPasso, static_cast<unsigned long>(hr));
     EscreveErro(szLinha);
     XVProfiler::RecordError(nullptr, "XVCR_Middleware", "server/XVPrograma", __LINE__, "%s", szLinha);
     return static_cast<int>(hr);
 }
 
-int Relata(const SResultadoRegistro& rResultado) { return Relata(rResultado.hr, rResultado.sPasso.c_str()); }
+int Relata(const SResultadoRegistro& rResultado) {
+    return Relata(rResultado.hr, rResultado.sPasso.c_str());
+}
 
 int Executa(EComandoServidor eComando) {
     switch (eComando) {

@@ -35,7 +35,9 @@ std::wstring CaminhoExecutavel() {
     return sCaminho;
 }
 
-std::wstring NomeArquivo(const std::wstring& sCaminho) { return sCaminho.substr(sCaminho.find_last_of(L"\\/") + 1); }
+std::wstring NomeArquivo(const std::wstring& sCaminho) {
+    return sCaminho.substr(sCaminho.find_last_of(L"\\/") + 1);
+}
 
 std::wstring CaminhoProxy() {
     const std::wstring sExecutavel = CaminhoExecutavel();
@@ -64,8 +66,12 @@ std::vector<SEntrada> Entradas(const std::wstring& sExecutavel) {
 
 // The keys whose trees hold everything, entries of the proxy/stub library included.
 std::vector<std::wstring> Arvores() {
-    return {L"CLSID\\" + k_sClasse, L"AppID\\" + k_sAplicacao, L"AppID\\" + NomeArquivo(CaminhoExecutavel()),
-            k_sProgId,              k_sProgIdSemVersao,        L"Interface\\" + k_sInterface,
+    return {L"CLSID\\" + k_sClasse,
+            L"AppID\\" + k_sAplicacao,
+            L"AppID\\" + NomeArquivo(CaminhoExecutavel()),
+            k_sProgId,
+            k_sProgIdSemVersao,
+            L"Interface\\" + k_sInterface,
             L"CLSID\\" + k_sInterface};
 }
 
@@ -86,12 +92,14 @@ HRESULT ConfereEntrada(HKEY hClasses, const SEntrada& rEntrada) {
     HRESULT hr = chave.Abre(hClasses, rEntrada.sChave);
     if (SUCCEEDED(hr)) hr = chave.LeTexto(rEntrada.sValor, &sLido);
     if (FAILED(hr)) return hr;
-    return ::lstrcmpiW(sLido.c_str(), rEntrada.sTexto.c_str()) == 0 ? S_OK : HRESULT_FROM_WIN32(ERROR_INVALID_DATA);
+    return ::lstrcmpiW(sLido.c_str(), rEntrada.sTexto.c_str()) == 0 ? S_OK
+                                                                    : HRESULT_FROM_WIN32(ERROR_INVALID_DATA);
 }
 
 class CXVBibliotecaProxy {
   public:
-    CXVBibliotecaProxy() : m_hModulo(::LoadLibraryExW(CaminhoProxy().c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH)) {
+    CXVBibliotecaProxy()
+        : m_hModulo(::LoadLibraryExW(CaminhoProxy().c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH)) {
         m_hr = m_hModulo != nullptr ? S_OK : HRESULT_FROM_WIN32(::GetLastError());
     }
     ~CXVBibliotecaProxy() {
@@ -108,7 +116,8 @@ class CXVBibliotecaProxy {
         const auto pRegistra = reinterpret_cast<PRegistra>(
             reinterpret_cast<void (*)()>(::GetProcAddress(m_hModulo, "DllRegisterServer")));
         if (pRegistra == nullptr) return HRESULT_FROM_WIN32(ERROR_PROC_NOT_FOUND);
-        HRESULT hr = HRESULT_FROM_WIN32(static_cast<DWORD>(::RegOverridePredefKey(HKEY_CLASSES_ROOT, hClasses)));
+        HRESULT hr =
+            HRESULT_FROM_WIN32(static_cast<DWORD>(::RegOverridePredefKey(HKEY_CLASSES_ROOT, hClasses)));
         if (FAILED(hr)) return hr;
         hr = pRegistra();
         ::RegOverridePredefKey(HKEY_CLASSES_ROOT, nullptr);
@@ -156,9 +165,11 @@ SResultadoRegistro ApagaTudo(HKEY hClasses) {
 SResultadoRegistro XVRegistraClasse(EEscopoRegistro eEscopo) {
     // Before anything is written: a registration that stands is not given up for one that cannot succeed.
     const CXVBibliotecaProxy proxy;
-    if (FAILED(proxy.GetResultado())) return {proxy.GetResultado(), "carregar a biblioteca XVCR_MiddlewarePS.dll"};
+    if (FAILED(proxy.GetResultado()))
+        return {proxy.GetResultado(), "carregar a biblioteca XVCR_MiddlewarePS.dll"};
     CXVChaveRegistro classes;
-    if (const HRESULT hr = AbreClasses(eEscopo, &classes); FAILED(hr)) return {hr, "abrir as classes do registro"};
+    if (const HRESULT hr = AbreClasses(eEscopo, &classes); FAILED(hr))
+        return {hr, "abrir as classes do registro"};
     SResultadoRegistro resultado = GravaTudo(classes.Get(), proxy);
     if (FAILED(resultado.hr)) ApagaTudo(classes.Get());
     return resultado;
@@ -166,6 +177,7 @@ SResultadoRegistro XVRegistraClasse(EEscopoRegistro eEscopo) {
 
 SResultadoRegistro XVDesregistraClasse(EEscopoRegistro eEscopo) {
     CXVChaveRegistro classes;
-    if (const HRESULT hr = AbreClasses(eEscopo, &classes); FAILED(hr)) return {hr, "abrir as classes do registro"};
+    if (const HRESULT hr = AbreClasses(eEscopo, &classes); FAILED(hr))
+        return {hr, "abrir as classes do registro"};
     return ApagaTudo(classes.Get());
 }

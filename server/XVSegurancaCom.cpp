@@ -25,16 +25,18 @@ class CXVDescritorSeguranca {
   public:
     explicit CXVDescritorSeguranca(const wchar_t* pszTexto) {
         PSECURITY_DESCRIPTOR pRelativo = nullptr;
-        if (::ConvertStringSecurityDescriptorToSecurityDescriptorW(pszTexto, SDDL_REVISION_1, &pRelativo, nullptr) == 0)
+        if (::ConvertStringSecurityDescriptorToSecurityDescriptorW(pszTexto, SDDL_REVISION_1, &pRelativo,
+                                                                   nullptr) == 0)
             return;
         DWORD aulTamanhos[5]{};
-        ::MakeAbsoluteSD(pRelativo, nullptr, &aulTamanhos[0], nullptr, &aulTamanhos[1], nullptr, &aulTamanhos[2],
-                         nullptr, &aulTamanhos[3], nullptr, &aulTamanhos[4]);
+        ::MakeAbsoluteSD(pRelativo, nullptr, &aulTamanhos[0], nullptr, &aulTamanhos[1], nullptr,
+                         &aulTamanhos[2], nullptr, &aulTamanhos[3], nullptr, &aulTamanhos[4]);
         for (int i = 0; i < 5; ++i) m_aPartes[i].resize(aulTamanhos[i]);
-        m_bValido = ::MakeAbsoluteSD(pRelativo, m_aPartes[0].data(), &aulTamanhos[0],
-                                     reinterpret_cast<PACL>(m_aPartes[1].data()), &aulTamanhos[1],
-                                     reinterpret_cast<PACL>(m_aPartes[2].data()), &aulTamanhos[2],
-                                     m_aPartes[3].data(), &aulTamanhos[3], m_aPartes[4].data(), &aulTamanhos[4]) != 0;
+        m_bValido =
+            ::MakeAbsoluteSD(pRelativo, m_aPartes[0].data(), &aulTamanhos[0],
+                             reinterpret_cast<PACL>(m_aPartes[1].data()), &aulTamanhos[1],
+                             reinterpret_cast<PACL>(m_aPartes[2].data()), &aulTamanhos[2],
+                             m_aPartes[3].data(), &aulTamanhos[3], m_aPartes[4].data(), &aulTamanhos[4]) != 0;
         ::LocalFree(pRelativo);
     }
     PSECURITY_DESCRIPTOR Get() { return m_bValido ? m_aPartes[0].data() : nullptr; }
@@ -48,13 +50,15 @@ class CXVDescritorSeguranca {
 
 XVUInt XVNivelAutenticacaoDCOM() {
     if (Ligado("DesabilitaAutenticacaoDCOM")) return RPC_C_AUTHN_LEVEL_NONE;
-    return Ligado("DesabilitaEncriptacaoDCOM") ? RPC_C_AUTHN_LEVEL_PKT_INTEGRITY : RPC_C_AUTHN_LEVEL_PKT_PRIVACY;
+    return Ligado("DesabilitaEncriptacaoDCOM") ? RPC_C_AUTHN_LEVEL_PKT_INTEGRITY
+                                               : RPC_C_AUTHN_LEVEL_PKT_PRIVACY;
 }
 
 HRESULT XVInicializaSegurancaCom() {
     const XVUInt ulNivel = XVNivelAutenticacaoDCOM();
-    CXVDescritorSeguranca descritor(ulNivel == RPC_C_AUTHN_LEVEL_NONE ? k_pszAcessoAberto : k_pszAcessoAutenticado);
+    CXVDescritorSeguranca descritor(ulNivel == RPC_C_AUTHN_LEVEL_NONE ? k_pszAcessoAberto
+                                                                      : k_pszAcessoAutenticado);
     if (descritor.Get() == nullptr) return HRESULT_FROM_WIN32(::GetLastError());
-    return ::CoInitializeSecurity(descritor.Get(), -1, nullptr, nullptr, ulNivel, RPC_C_IMP_LEVEL_IDENTIFY, nullptr,
-                                  EOAC_NONE, nullptr);
+    return ::CoInitializeSecurity(descritor.Get(), -1, nullptr, nullptr, ulNivel, RPC_C_IMP_LEVEL_IDENTIFY,
+                                  nullptr, EOAC_NONE, nullptr);
 }

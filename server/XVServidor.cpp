@@ -10,8 +10,8 @@
 namespace {
 
 constexpr DWORD k_ulEsperaServidorAnterior = 3000;
-constexpr XVUInt k_ulEsperaPrimeiroCliente = 60;      // seconds
-constexpr XVUInt k_ulInatividadeMaxima = 8 * 60 * 60; // seconds
+constexpr XVUInt k_ulEsperaPrimeiroCliente = 60;          // seconds
+constexpr XVUInt k_ulInatividadeMaxima = 8 * 60 * 60;     // seconds
 constexpr XVUInt k_ulMaximoSegundos = 40 * 24 * 60 * 60;  // of a configured time: ticks wrap after 49 days
 constexpr DWORD k_ulIntervaloVerificacao = 1000;
 constexpr DWORD k_ulEsperaChamadasEmCurso = 30000;
@@ -83,7 +83,9 @@ void Atende(CXVRegistroFabrica& rRegistro, bool bAtivado) {
         if (ulInatividade != 0) rVida.DesconectaOciosos(ulInatividade);
         const bool bNinguemVeio =
             bAtivado && !rVida.TeveClientes() && XVPlataforma::Relogio().GetTicks() - ulInicio >= ulPrimeiro;
-        if ((ulEspera == WAIT_OBJECT_0 + 1 || bNinguemVeio) && !rVida.TemClientes() && PodeTerminar(rRegistro)) return;
+        if ((ulEspera == WAIT_OBJECT_0 + 1 || bNinguemVeio) && !rVida.TemClientes() &&
+            PodeTerminar(rRegistro))
+            return;
     }
 }
 

@@ -33,8 +33,9 @@ void MontaCaminho(const wchar_t* pszExtensao, wchar_t (&szCaminho)[MAX_PATH * 3]
     SYSTEMTIME agora;
     ::GetLocalTime(&agora);
     // wsprintfW writes at most 1024 characters, and what it writes here is shorter than the field.
-    ::wsprintfW(szCaminho, L"%s_%04u%02u%02u_%02u%02u%02u_%lu.%s", g_estado.szPrefixo, agora.wYear, agora.wMonth,
-                agora.wDay, agora.wHour, agora.wMinute, agora.wSecond, ::GetCurrentProcessId(), pszExtensao);
+    ::wsprintfW(szCaminho, L"%s_%04u%02u%02u_%02u%02u%02u_%lu.%s", g_estado.szPrefixo, agora.wYear,
+                agora.wMonth, agora.wDay, agora.wHour, agora.wMinute, agora.wSecond, ::GetCurrentProcessId(),
+                pszExtensao);
 }
 
 HANDLE CriaArquivo(const wchar_t* pszExtensao, wchar_t (&szCaminho)[MAX_PATH * 3]) {
@@ -89,7 +90,9 @@ bool EhFatal(DWORD ulCodigo) {
     }
 }
 
-LONG CALLBACK TrataNaoTratada(EXCEPTION_POINTERS* pExcecao) { Encerra(pExcecao); }
+LONG CALLBACK TrataNaoTratada(EXCEPTION_POINTERS* pExcecao) {
+    Encerra(pExcecao);
+}
 
 // The runtime of remote calls turns a fault inside a method into an answer and goes on. A fault in this
 // program's own code is never handled by it, so it is taken before that.
@@ -139,7 +142,9 @@ void MontaPrefixo(const std::wstring& sDiretorio) {
 namespace XVTratamentoCrash {
 
 bool EstaHabilitado() {
-    return XVPlataforma::Registro().LeNumero(k_sChaveRegistroSuite, "DesabilitaTratamentoAppCrash").value_or(0) == 0;
+    return XVPlataforma::Registro()
+               .LeNumero(k_sChaveRegistroSuite, "DesabilitaTratamentoAppCrash")
+               .value_or(0) == 0;
 }
 
 void Instala(const std::wstring& sDiretorio, bool bComMinidump) {

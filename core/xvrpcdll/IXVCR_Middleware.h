@@ -50,10 +50,10 @@ struct IXVCR_Middleware : public IUnknown {
     // 6 to 8. Operations that the suite's other components share; this one answers E_NOTIMPL.
     virtual HRESULT STDMETHODCALLTYPE FuncaoGenerica(XVUInt ulFuncao, const _REG_CR_LISTA_BYTESPS* pEntrada,
                                                      _REG_CR_LISTA_BYTESPS* pSaida) = 0;
-    virtual HRESULT STDMETHODCALLTYPE AlteracaoMultiplaCadastro(
-        XVUInt ulPonteiro, const _REG_CR_LISTA_BYTESPS* pListaAlteracoes) = 0;
-    virtual HRESULT STDMETHODCALLTYPE AlteracaoMultiplaMovimento(
-        XVUInt64 uiDmc, const _REG_CR_LISTA_BYTESPS* pListaAlteracoes) = 0;
+    virtual HRESULT STDMETHODCALLTYPE
+    AlteracaoMultiplaCadastro(XVUInt ulPonteiro, const _REG_CR_LISTA_BYTESPS* pListaAlteracoes) = 0;
+    virtual HRESULT STDMETHODCALLTYPE
+    AlteracaoMultiplaMovimento(XVUInt64 uiDmc, const _REG_CR_LISTA_BYTESPS* pListaAlteracoes) = 0;
     // 9. Initialises the component for the record's company, user and session; again: finalises first.
     virtual HRESULT STDMETHODCALLTYPE Inicializa_Padrao(const REG_DF_INICIALIZAPS* pRegInicializa) = 0;
 
@@ -61,34 +61,35 @@ struct IXVCR_Middleware : public IUnknown {
     virtual HRESULT STDMETHODCALLTYPE LeIntegracao(XVUInt64 uiDmc,
                                                    tagREG_CR_INTEGRACAO_MIDDLEWAREPS* pRegIntegracao,
                                                    XVUInt64 ullFlagLeitura) = 0;
-    virtual HRESULT STDMETHODCALLTYPE LeIntegracoes(const _REG_DF_LISTA_XVDMCPS* pListaDmc, XVUInt* pulQuantidade,
+    virtual HRESULT STDMETHODCALLTYPE LeIntegracoes(const _REG_DF_LISTA_XVDMCPS* pListaDmc,
+                                                    XVUInt* pulQuantidade,
                                                     tagREG_CR_INTEGRACAO_MIDDLEWAREPS** ppRegIntegracao,
                                                     XVUInt64 ullFlagLeitura) = 0;
     virtual HRESULT STDMETHODCALLTYPE GravaIntegracaoInstantanea(
         REG_XVDMC* pRegDmc, const tagREG_CR_INTEGRACAO_MIDDLEWAREPS* pRegIntegracao) = 0;
-    virtual HRESULT STDMETHODCALLTYPE GravaIntegracao(
-        REG_XVDMC* pRegDmc, const tagREG_CR_INTEGRACAO_MIDDLEWAREPS* pRegIntegracao) = 0;
+    virtual HRESULT STDMETHODCALLTYPE
+    GravaIntegracao(REG_XVDMC* pRegDmc, const tagREG_CR_INTEGRACAO_MIDDLEWAREPS* pRegIntegracao) = 0;
     virtual HRESULT STDMETHODCALLTYPE GravaPendenciaIntegracao(
         XVUInt64 uiDmcOrigem, const tagREG_CR_INTEGRACAO_MIDDLEWAREPS* pRegIntegracao) = 0;
-    virtual HRESULT STDMETHODCALLTYPE GravaStatusIntegracao(
-        const tagREG_CR_STATUS_INTEGRACAO_MIDDLEWAREPS* pRegStatus) = 0;
-    virtual HRESULT STDMETHODCALLTYPE BuscaPonteiros(const tagREG_CR_FILTRO_INTEGRACAO_MIDDLEWAREPS* pRegFiltro,
-                                                     _REG_DF_LISTA_XVDMCPS* pListaDmc) = 0;
-    virtual HRESULT STDMETHODCALLTYPE GravaChaveRegistroTelvoParaTerceiro(
-        const tagREG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIROPS* pReg) = 0;
+    virtual HRESULT STDMETHODCALLTYPE
+    GravaStatusIntegracao(const tagREG_CR_STATUS_INTEGRACAO_MIDDLEWAREPS* pRegStatus) = 0;
+    virtual HRESULT STDMETHODCALLTYPE BuscaPonteiros(
+        const tagREG_CR_FILTRO_INTEGRACAO_MIDDLEWAREPS* pRegFiltro, _REG_DF_LISTA_XVDMCPS* pListaDmc) = 0;
+    virtual HRESULT STDMETHODCALLTYPE
+    GravaChaveRegistroTelvoParaTerceiro(const tagREG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIROPS* pReg) = 0;
     virtual HRESULT STDMETHODCALLTYPE BuscaChaveRegistroTelvoParaTerceiro(
         const tagREG_CR_FILTRO_CHAVE_REGISTRO_TELVO_PARA_TERCEIROPS* pRegFiltro,
         tagREG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIROPS* pReg) = 0;
     virtual HRESULT STDMETHODCALLTYPE GravaChaveRegistroTelvoParaTerceiroPendente(
         const tagREG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIROPS* pReg) = 0;
-    virtual HRESULT STDMETHODCALLTYPE GravaDataHoraIntegracaoTerceiro(
-        const tagREG_CR_DATA_HORA_INTEGRACAO_TERCEIROPS* pReg) = 0;
-    virtual HRESULT STDMETHODCALLTYPE BuscaDataHoraIntegracaoTerceiro(
-        const tagREG_CR_FILTRO_DATA_HORA_INTEGRACAO_TERCEIROPS* pRegFiltro,
-        tagREG_CR_DATA_HORA_INTEGRACAO_TERCEIROPS* pReg) = 0;
-    virtual HRESULT STDMETHODCALLTYPE BuscaDadosSistemaTerceiro(
-        const tagREG_CR_CONSULTA_SISTEMA_TERCEIROPS* pRegConsulta,
-        tagREG_CR_STATUS_CONSULTA_SISTEMA_TERCEIROPS* pRegStatus) = 0;
+    virtual HRESULT STDMETHODCALLTYPE
+    GravaDataHoraIntegracaoTerceiro(const tagREG_CR_DATA_HORA_INTEGRACAO_TERCEIROPS* pReg) = 0;
+    virtual HRESULT STDMETHODCALLTYPE
+    BuscaDataHoraIntegracaoTerceiro(const tagREG_CR_FILTRO_DATA_HORA_INTEGRACAO_TERCEIROPS* pRegFiltro,
+                                    tagREG_CR_DATA_HORA_INTEGRACAO_TERCEIROPS* pReg) = 0;
+    virtual HRESULT STDMETHODCALLTYPE
+    BuscaDadosSistemaTerceiro(const tagREG_CR_CONSULTA_SISTEMA_TERCEIROPS* pRegConsulta,
+                              tagREG_CR_STATUS_CONSULTA_SISTEMA_TERCEIROPS* pRegStatus) = 0;
 
   protected:
     ~IXVCR_Middleware() = default;

@@ -26,11 +26,11 @@
 #include "core/xvrpcdll/XVRegistroInicializacao.h"
 #include "platform/XVAmbienteSO.h"
 #include "platform/XVCom.h"
+#include "suite/XVCR_BuffersPS.h"
 #include "support/XVCodigos.h"
 #include "support/XVExcecoes.h"
 #include "support/XVProfiler.h"
 #include "support/XVTrapParametroInvalido.h"
-#include "suite/XVCR_BuffersPS.h"
 
 template <class TInterface, class TLogica>
 class T_XVUnknown : public TInterface {
@@ -48,7 +48,9 @@ class T_XVUnknown : public TInterface {
     }
 
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID riid, void** ppvObject) override;
-    ULONG STDMETHODCALLTYPE AddRef() override { return m_ulReferencias.fetch_add(1, std::memory_order_relaxed) + 1; }
+    ULONG STDMETHODCALLTYPE AddRef() override {
+        return m_ulReferencias.fetch_add(1, std::memory_order_relaxed) + 1;
+    }
     ULONG STDMETHODCALLTYPE Release() override;
     // AddRef for who keeps no reference of its own but a list of live components: false when the object is
     // already ending. The list must hold it while this is called.
@@ -61,13 +63,15 @@ class T_XVUnknown : public TInterface {
     HRESULT STDMETHODCALLTYPE GetUltimoErro(REG_DF_ULTIMO_ERROPS* pRegUltimoErro) override;
     HRESULT STDMETHODCALLTYPE FuncaoGenerica(XVUInt ulFuncao, const _REG_CR_LISTA_BYTESPS* pEntrada,
                                              _REG_CR_LISTA_BYTESPS* pSaida) override;
-    HRESULT STDMETHODCALLTYPE AlteracaoMultiplaCadastro(XVUInt ulPonteiro,
-                                                        const _REG_CR_LISTA_BYTESPS* pListaAlteracoes) override;
-    HRESULT STDMETHODCALLTYPE AlteracaoMultiplaMovimento(XVUInt64 uiDmc,
-                                                         const _REG_CR_LISTA_BYTESPS* pListaAlteracoes) override;
+    HRESULT STDMETHODCALLTYPE
+    AlteracaoMultiplaCadastro(XVUInt ulPonteiro, const _REG_CR_LISTA_BYTESPS* pListaAlteracoes) override;
+    HRESULT STDMETHODCALLTYPE
+    AlteracaoMultiplaMovimento(XVUInt64 uiDmc, const _REG_CR_LISTA_BYTESPS* pListaAlteracoes) override;
     HRESULT STDMETHODCALLTYPE Inicializa_Padrao(const REG_DF_INICIALIZAPS* pRegInicializa) override;
 
-    static constexpr const char* XVNomeClasse() { return TXVNomeComponente<TInterface, TLogica>::k_aTexto.data(); }
+    static constexpr const char* XVNomeClasse() {
+        return TXVNomeComponente<TInterface, TLogica>::k_aTexto.data();
+    }
     static constexpr const char* XVNomeFonte() { return "core/xvrpcdll/T_XVUnknown"; }
 
   protected:
@@ -108,7 +112,7 @@ class T_XVUnknown : public TInterface {
 
     mutable std::mutex m_MutexLogica;  // guards the pointer alone
     std::shared_ptr<TLogica> m_pLogica;
-    mutable std::mutex m_MutexInicializacao;  // one initialisation at a time
+    mutable std::mutex m_MutexInicializacao;   // one initialisation at a time
     REG_DF_INICIALIZAPS m_regInicializacao{};  // all zero unless initialised
     CXVAtividadeComponente m_Atividade;
     std::atomic<ULONG> m_ulReferencias = 1;

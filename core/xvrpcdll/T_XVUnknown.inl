@@ -26,7 +26,8 @@ template <class TInterface, class TLogica>
 HRESULT STDMETHODCALLTYPE T_XVUnknown<TInterface, TLogica>::QueryInterface(REFIID riid, void** ppvObject) {
     if (ppvObject == nullptr) return E_POINTER;
     *ppvObject = nullptr;
-    if (!IsEqualGUID(riid, IID_IUnknown) && !IsEqualGUID(riid, TInterface::k_iidInterface)) return E_NOINTERFACE;
+    if (!IsEqualGUID(riid, IID_IUnknown) && !IsEqualGUID(riid, TInterface::k_iidInterface))
+        return E_NOINTERFACE;
     *ppvObject = static_cast<TInterface*>(this);
     AddRef();
     return S_OK;
@@ -43,7 +44,8 @@ template <class TInterface, class TLogica>
 bool T_XVUnknown<TInterface, TLogica>::TentaAddRef() {
     ULONG ulReferencias = m_ulReferencias.load(std::memory_order_relaxed);
     while (ulReferencias != 0)
-        if (m_ulReferencias.compare_exchange_weak(ulReferencias, ulReferencias + 1, std::memory_order_relaxed))
+        if (m_ulReferencias.compare_exchange_weak(ulReferencias, ulReferencias + 1,
+                                                  std::memory_order_relaxed))
             return true;
     return false;
 }
@@ -51,11 +53,11 @@ bool T_XVUnknown<TInterface, TLogica>::TentaAddRef() {
 template <class TInterface, class TLogica>
 template <class TCorpo>
 HRESULT T_XVUnknown<TInterface, TLogica>::ExecutaQuadro(const SMetodoInterface& rMetodo,
-                                                       const std::shared_ptr<TLogica>& pLogica,
-                                                       TCorpo&& fnCorpo) noexcept {
+                                                        const std::shared_ptr<TLogica>& pLogica,
+                                                        TCorpo&& fnCorpo) noexcept {
     XVPlataforma::Relogio().Dorme(0);
-    const XVTrapParametroInvalido trap({pLogica.get(), rMetodo.pszNomeCompleto, rMetodo.pszFonte, rMetodo.iLinha,
-                                        &CXVBaseParaRotinas::GetAcessoServidoresDefault});
+    const XVTrapParametroInvalido trap({pLogica.get(), rMetodo.pszNomeCompleto, rMetodo.pszFonte,
+                                        rMetodo.iLinha, &CXVBaseParaRotinas::GetAcessoServidoresDefault});
     const ProfilerScope escopo(pLogica.get(), rMetodo.pszClasse, rMetodo.pszFuncao, {{"hr", XVUInt64{0}}});
     const CXVBaseParaRotinas& rBase = *pLogica;
     std::optional<CXVAcessoDefault> acesso;
@@ -69,7 +71,7 @@ HRESULT T_XVUnknown<TInterface, TLogica>::ExecutaQuadro(const SMetodoInterface& 
 template <class TInterface, class TLogica>
 template <class TCorpo>
 HRESULT T_XVUnknown<TInterface, TLogica>::ExecutaCorpo(const SMetodoInterface& rMetodo, TLogica& rLogica,
-                                                      TCorpo&& fnCorpo) noexcept {
+                                                       TCorpo&& fnCorpo) noexcept {
     HRESULT hr = S_OK;
     try {
         hr = fnCorpo(rLogica);
@@ -100,7 +102,8 @@ HRESULT STDMETHODCALLTYPE T_XVUnknown<TInterface, TLogica>::EstaInicializado(XVL
 }
 
 template <class TInterface, class TLogica>
-HRESULT STDMETHODCALLTYPE T_XVUnknown<TInterface, TLogica>::GetUltimoErro(REG_DF_ULTIMO_ERROPS* pRegUltimoErro) {
+HRESULT STDMETHODCALLTYPE
+T_XVUnknown<TInterface, TLogica>::GetUltimoErro(REG_DF_ULTIMO_ERROPS* pRegUltimoErro) {
     const CXVAtividadeComponente::CChamada chamada(m_Atividade);
     XVPlataforma::Relogio().Dorme(0);
     if (pRegUltimoErro == nullptr) return E_POINTER;
@@ -111,9 +114,8 @@ HRESULT STDMETHODCALLTYPE T_XVUnknown<TInterface, TLogica>::GetUltimoErro(REG_DF
 }
 
 template <class TInterface, class TLogica>
-HRESULT STDMETHODCALLTYPE T_XVUnknown<TInterface, TLogica>::FuncaoGenerica(XVUInt ulFuncao,
-                                                                          const _REG_CR_LISTA_BYTESPS* pEntrada,
-                                                                          _REG_CR_LISTA_BYTESPS* pSaida) {
+HRESULT STDMETHODCALLTYPE T_XVUnknown<TInterface, TLogica>::FuncaoGenerica(
+    XVUInt ulFuncao, const _REG_CR_LISTA_BYTESPS* pEntrada, _REG_CR_LISTA_BYTESPS* pSaida) {
     XV_METODO_INTERFACE("FuncaoGenerica");
     if (pSaida != nullptr) *pSaida = {};
     return ExecutaMetodo(metodoXV, [&](TLogica& rLogica) {
@@ -144,7 +146,8 @@ HRESULT STDMETHODCALLTYPE T_XVUnknown<TInterface, TLogica>::AlteracaoMultiplaMov
     return ExecutaMetodo(metodoXV, [&](TLogica& rLogica) {
         const REG_XVDMC regDMC{uiDmc};
         std::span<const XVByte> listaAlteracoes;
-        const HRESULT hr = regDMC.EhValido() ? XVListaDeBytes(pListaAlteracoes, &listaAlteracoes) : E_INVALIDARG;
+        const HRESULT hr =
+            regDMC.EhValido() ? XVListaDeBytes(pListaAlteracoes, &listaAlteracoes) : E_INVALIDARG;
         return FAILED(hr) ? hr : rLogica.OnAlteracaoMultiplaMovimento(regDMC, listaAlteracoes);
     });
 }
@@ -178,8 +181,8 @@ HRESULT T_XVUnknown<TInterface, TLogica>::InicializaComRegistro(const REG_DF_INI
     m_regInicializacao = reg;
     const HRESULT hr = ExecutaQuadro(metodoXV, pLogica, [&](TLogica& rLogica) {
         CXVProfilerEmpresa chamador;
-        chamador.SetProfiler(CXVRegistroInicializacao::GetEmpresa(reg), CXVRegistroInicializacao::GetUsuario(reg),
-                             reg.ulNumeroSessao);
+        chamador.SetProfiler(CXVRegistroInicializacao::GetEmpresa(reg),
+                             CXVRegistroInicializacao::GetUsuario(reg), reg.ulNumeroSessao);
         return rLogica.Inicializa(&chamador);
     });
     if (FAILED(hr)) m_regInicializacao = {};
@@ -187,7 +190,8 @@ HRESULT T_XVUnknown<TInterface, TLogica>::InicializaComRegistro(const REG_DF_INI
 }
 
 template <class TInterface, class TLogica>
-HRESULT T_XVUnknown<TInterface, TLogica>::ValidaRegistro(const REG_DF_INICIALIZAPS& reg, TLogica& rLogica) const {
+HRESULT T_XVUnknown<TInterface, TLogica>::ValidaRegistro(const REG_DF_INICIALIZAPS& reg,
+                                                         TLogica& rLogica) const {
     // Lines under which support staff knows each refusal.
     constexpr int k_iLinhaVersao = 36;
     constexpr int k_iLinhaCRC = 45;
@@ -202,9 +206,12 @@ HRESULT T_XVUnknown<TInterface, TLogica>::ValidaRegistro(const REG_DF_INICIALIZA
     };
     if (!Reg::VersaoConfere(reg))
         return recusa(E_XVCR_VERSAO_INCOMPATIVEL, "E_XVCR_VERSAO_INCOMPATIVEL", k_iLinhaVersao);
-    if (XVPlataforma::Registro().LeNumero(k_sChaveRegistroSuite, "DesabilitaControleInicializacao").value_or(0) == 0) {
+    if (XVPlataforma::Registro()
+            .LeNumero(k_sChaveRegistroSuite, "DesabilitaControleInicializacao")
+            .value_or(0) == 0) {
         if (!Reg::CRCConfere(reg))
-            return recusa(E_XVCR_CRC_INICIALIZACAO_INVALIDO, "E_XVCR_CRC_INICIALIZACAO_INVALIDO", k_iLinhaCRC);
+            return recusa(E_XVCR_CRC_INICIALIZACAO_INVALIDO, "E_XVCR_CRC_INICIALIZACAO_INVALIDO",
+                          k_iLinhaCRC);
         if (!Reg::EstruturaConfere(reg))
             return recusa(E_XVCR_ESTRUTURA_INICIALIZACAO_INVALIDA, "E_XVCR_ESTRUTURA_INICIALIZACAO_INVALIDA",
                           k_iLinhaEstrutura);

@@ -9,7 +9,8 @@ HRESULT STDMETHODCALLTYPE T_XVCR_Middleware<TLogica>::LeIntegracao(
     const HRESULT hr = this->ExecutaMetodo(metodoXV, [&](TLogica& rLogica) {
         if (pRegIntegracao == nullptr) return E_POINTER;
         const REG_XVDMC regDmc{uiDmc};
-        return regDmc.EhValido() ? rLogica.LeIntegracao(regDmc, pRegIntegracao, ullFlagLeitura) : E_INVALIDARG;
+        return regDmc.EhValido() ? rLogica.LeIntegracao(regDmc, pRegIntegracao, ullFlagLeitura)
+                                 : E_INVALIDARG;
     });
     if (FAILED(hr) && pRegIntegracao != nullptr) {
         XVLiberaBuffers(pRegIntegracao);

@@ -2,7 +2,8 @@
 
 void XVRegistraFalhaMetodo(HRESULT hr, const char* pszExpressao, const SMetodoInterface& rMetodo,
                            CXVBaseParaRotinas& rBase) noexcept {
-    const SPontoFalha ponto{pszExpressao, rMetodo.pszClasse, rMetodo.pszFuncao, rMetodo.pszFonte, rMetodo.iLinha};
+    const SPontoFalha ponto{pszExpressao, rMetodo.pszClasse, rMetodo.pszFuncao, rMetodo.pszFonte,
+                            rMetodo.iLinha};
     XVIgnora(XVRegistraFalha(hr, ponto, &rBase));
     if (SUCCEEDED(hr)) return;
     try {

@@ -30,10 +30,13 @@ consteval std::array<char, N> XVCompoeTexto(std::initializer_list<std::string_vi
 
 // Declares, in a member function of a class that names itself (XV_CLASSE), the method's constant entry under
 // the identifier metodoXV, with the line given.
-#define XV_METODO_INTERFACE_LINHA(nome, linha)                                                                  \
-    static constexpr auto nomeCompletoXV =                                                                      \
-        XVCompoeTexto<std::string_view(XVNomeClasse()).size() + sizeof("::" nome)>({XVNomeClasse(), "::" nome}); \
-    static constexpr SMetodoInterface metodoXV{XVNomeClasse(), nome, nomeCompletoXV.data(), XVNomeFonte(), linha}
+#define XV_METODO_INTERFACE_LINHA(nome, linha)                                      \
+    static constexpr auto nomeCompletoXV =                                          \
+        XVCompoeTexto<std::string_view(XVNomeClasse()).size() + sizeof("::" nome)>( \
+            {XVNomeClasse(), "::" nome});                                           \
+    static constexpr SMetodoInterface metodoXV {                                    \
+        XVNomeClasse(), nome, nomeCompletoXV.data(), XVNomeFonte(), linha           \
+    }
 #define XV_METODO_INTERFACE(nome) XV_METODO_INTERFACE_LINHA(nome, __LINE__)
 
 // Failures of the run time after which the logic object's memory cannot be trusted.
@@ -50,7 +53,7 @@ void XVRegistraFalhaMetodo(HRESULT hr, const char* pszExpressao, const SMetodoIn
 template <class TInterface, class TLogica>
 struct TXVNomeComponente {
     static constexpr std::string_view k_sLogica = TLogica::XVNomeClasse();
-    static constexpr auto k_aTexto =
-        XVCompoeTexto<sizeof("T_XVUnknown<struct ,class >") + TInterface::k_sNomeInterface.size() + k_sLogica.size()>(
-            {"T_XVUnknown<struct ", TInterface::k_sNomeInterface, ",class ", k_sLogica, ">"});
+    static constexpr auto k_aTexto = XVCompoeTexto<sizeof("T_XVUnknown<struct ,class >") +
+                                                   TInterface::k_sNomeInterface.size() + k_sLogica.size()>(
+        {"T_XVUnknown<struct ", TInterface::k_sNomeInterface, ",class ", k_sLogica, ">"});
 };

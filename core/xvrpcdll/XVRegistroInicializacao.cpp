@@ -25,9 +25,13 @@ void Sela(REG_DF_INICIALIZAPS* pReg) {
     pReg->uiCRC = XVCrc64(pReg, k_uiBytesSelados);
 }
 
-bool VersaoConfere(const REG_DF_INICIALIZAPS& reg) { return reg.usVersao == k_usVersaoRegistroInicializacao; }
+bool VersaoConfere(const REG_DF_INICIALIZAPS& reg) {
+    return reg.usVersao == k_usVersaoRegistroInicializacao;
+}
 
-bool CRCConfere(const REG_DF_INICIALIZAPS& reg) { return XVCrc64(&reg, k_uiBytesSelados) == reg.uiCRC; }
+bool CRCConfere(const REG_DF_INICIALIZAPS& reg) {
+    return XVCrc64(&reg, k_uiBytesSelados) == reg.uiCRC;
+}
 
 bool EstruturaConfere(const REG_DF_INICIALIZAPS& reg) {
     return reg.ulNumeroChamador != 0 && reg.szExecutavel[0] != 0 && reg.szModulo[0] != 0 &&

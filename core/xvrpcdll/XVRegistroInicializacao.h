@@ -44,7 +44,11 @@ bool TextosTerminados(const REG_DF_INICIALIZAPS& reg);
 bool ChamadorAceito(const REG_DF_INICIALIZAPS& reg);
 
 // Precondition of both: TextosTerminados.
-inline std::string_view GetEmpresa(const REG_DF_INICIALIZAPS& reg) { return reg.szEmpresa; }
-inline XVUShort GetUsuario(const REG_DF_INICIALIZAPS& reg) { return static_cast<XVUShort>(reg.ulUsuario); }
+inline std::string_view GetEmpresa(const REG_DF_INICIALIZAPS& reg) {
+    return reg.szEmpresa;
+}
+inline XVUShort GetUsuario(const REG_DF_INICIALIZAPS& reg) {
+    return static_cast<XVUShort>(reg.ulUsuario);
+}
 
 }  // namespace CXVRegistroInicializacao

@@ -30,10 +30,14 @@ int main(int argc, char** argv) {
     integracao.eSistemaIntegracao = 2;  // the built-in simulation
     integracao.eTipoTransacao = 1;      // inclusion
     std::uint64_t uiDmc = 0;
-    if (hr = cliente.GravaIntegracao(&uiDmc, integracao); hr < 0) return Falha(cliente, "GravaIntegracao", hr);
+    if (hr = cliente.GravaIntegracao(&uiDmc, integracao); hr < 0)
+        return Falha(cliente, "GravaIntegracao", hr);
 
-    hr = cliente.GravaStatusIntegracao({.uiDmc = uiDmc, .sMensagemIntegracao = "aceito", .sJSONRetornoIntegracao = "{}",
-                                        .uiChaveIntegracaoSistemaTerceiro = 77, .eStatusIntegracao = 3,
+    hr = cliente.GravaStatusIntegracao({.uiDmc = uiDmc,
+                                        .sMensagemIntegracao = "aceito",
+                                        .sJSONRetornoIntegracao = "{}",
+                                        .uiChaveIntegracaoSistemaTerceiro = 77,
+                                        .eStatusIntegracao = 3,
                                         .eSistemaIntegracao = 2});
     if (hr < 0) return Falha(cliente, "GravaStatusIntegracao", hr);
 

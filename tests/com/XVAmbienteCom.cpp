@@ -17,7 +17,8 @@ constexpr const wchar_t* k_pszChaveModulo = L"SOFTWARE\\Velmora\\DF";
 class CChave {
   public:
     explicit CChave(const wchar_t* pszChave) {
-        ::RegCreateKeyExW(HKEY_LOCAL_MACHINE, pszChave, 0, nullptr, 0, k_ulAcesso, nullptr, &m_hChave, nullptr);
+        ::RegCreateKeyExW(HKEY_LOCAL_MACHINE, pszChave, 0, nullptr, 0, k_ulAcesso, nullptr, &m_hChave,
+                          nullptr);
     }
     ~CChave() { ::RegCloseKey(m_hChave); }
     CChave(const CChave&) = delete;
@@ -57,13 +58,18 @@ void Desfaz() {
     std::filesystem::remove_all(std::filesystem::path(g_sDiretorio), erro);
 }
 
-const std::string& DiretorioModulo() { return g_sDiretorio; }
+const std::string& DiretorioModulo() {
+    return g_sDiretorio;
+}
 
-std::string DiretorioEmpresa(const std::string& sEmpresa) { return g_sDiretorio + "\\" + sEmpresa + "\\DF"; }
+std::string DiretorioEmpresa(const std::string& sEmpresa) {
+    return g_sDiretorio + "\\" + sEmpresa + "\\DF";
+}
 
 void GravaValor(const wchar_t* pszValor, DWORD ulNumero) {
     const CChave chave(k_pszChaveSuite);
-    ::RegSetValueExW(chave.Get(), pszValor, 0, REG_DWORD, reinterpret_cast<const BYTE*>(&ulNumero), sizeof(ulNumero));
+    ::RegSetValueExW(chave.Get(), pszValor, 0, REG_DWORD, reinterpret_cast<const BYTE*>(&ulNumero),
+                     sizeof(ulNumero));
 }
 
 void ApagaValor(const wchar_t* pszValor) {

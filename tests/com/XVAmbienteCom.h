@@ -30,6 +30,8 @@ std::string NovaEmpresa();
 
 XVCliente::SIntegracao IntegracaoPendente(const std::string& sJSON);
 
-inline HRESULT Codigo(XVUInt ulCodigo) { return XVHResult(ulCodigo); }
+inline HRESULT Codigo(XVUInt ulCodigo) {
+    return XVHResult(ulCodigo);
+}
 
 }  // namespace XVAmbienteCom

@@ -20,8 +20,8 @@ int Falha(const char* pszPasso, XVCliente::HResult hr) {
 int Grava(const std::string& sEmpresa, int iQuantidade, int iUsuario) {
     const XVCliente::CApartamento apartamento;
     XVCliente::CXVCliente cliente;
-    XVCliente::HResult hr =
-        cliente.Conecta({.sEmpresa = sEmpresa, .usUsuario = static_cast<std::uint16_t>(iUsuario), .ulNumeroSessao = 1});
+    XVCliente::HResult hr = cliente.Conecta(
+        {.sEmpresa = sEmpresa, .usUsuario = static_cast<std::uint16_t>(iUsuario), .ulNumeroSessao = 1});
     if (hr < 0) return Falha("Conecta", hr);
     for (int i = 0; i < iQuantidade; ++i) {
         const auto dados = XVAmbienteCom::IntegracaoPendente("{\"usuario\":" + std::to_string(iUsuario) +

@@ -17,7 +17,8 @@ IXVCR_Middleware* Cria() {
     CLSID clsid;
     IXVCR_Middleware* p = nullptr;
     EXPECT_EQ(::CLSIDFromProgID(L"XVCR.Middleware.1", &clsid), S_OK);
-    EXPECT_EQ(::CoCreateInstance(clsid, nullptr, CLSCTX_LOCAL_SERVER, IID_IXVCR_Middleware, reinterpret_cast<void**>(&p)),
+    EXPECT_EQ(::CoCreateInstance(clsid, nullptr, CLSCTX_LOCAL_SERVER, IID_IXVCR_Middleware,
+                                 reinterpret_cast<void**>(&p)),
               S_OK);
     return p;
 }
@@ -69,7 +70,8 @@ TEST_F(CHostil, RegistrosDeInicializacao) {
     EXPECT_EQ(InicializaAlterado([](auto& r) { std::memset(r.szEmpresa, 'A', 48); }), Codigo(0x81080C19U));
     EXPECT_EQ(InicializaAlterado([](auto& r) { r.ulUsuario = 65535; }), E_INVALIDARG);
     for (const char* pszEmpresa : {"..", "..\\..", "C:\\X", "CON", ""})
-        EXPECT_EQ(InicializaAlterado([&](auto& r) { Poe(r.szEmpresa, pszEmpresa); }), E_INVALIDARG) << pszEmpresa;
+        EXPECT_EQ(InicializaAlterado([&](auto& r) { Poe(r.szEmpresa, pszEmpresa); }), E_INVALIDARG)
+            << pszEmpresa;
     EXPECT_EQ(::GetFileAttributesA((DiretorioModulo() + "\\HOSTIL").c_str()), INVALID_FILE_ATTRIBUTES);
     REG_CR_INTEGRACAO_MIDDLEWAREPS reg{};
     EXPECT_EQ(m_p->LeIntegracao(0, &reg, 0), Codigo(0x81080A04U));

@@ -1,4 +1,5 @@
-// Every method of the interface through the real proxy, with the sizes that clients use and those they do not.
+// Every method of the interface through the real proxy, with the sizes that clients use and those they do
+// not.
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -92,8 +93,10 @@ TEST_F(CMetodosCom, StatusPorDmcEPorChaveDoSistema) {
     auto dados = IntegracaoPendente("{}");
     dados.uiChaveIntegracaoSistemaTerceiro = 6001;
     const std::uint64_t uiDmc = Grava(dados);
-    XVCliente::SStatusIntegracao status{.uiDmc = uiDmc, .sMensagemIntegracao = "enviado",
-                                        .uiChaveIntegracaoSistemaTerceiro = 6001, .eStatusIntegracao = 2,
+    XVCliente::SStatusIntegracao status{.uiDmc = uiDmc,
+                                        .sMensagemIntegracao = "enviado",
+                                        .uiChaveIntegracaoSistemaTerceiro = 6001,
+                                        .eStatusIntegracao = 2,
                                         .eSistemaIntegracao = 2};
     EXPECT_EQ(Cliente().GravaStatusIntegracao(status), S_OK);
     status.uiDmc = 0;
@@ -114,8 +117,11 @@ TEST_F(CMetodosCom, BuscaPorListasEChaves) {
     dados.uiChaveIntegracaoSistemaTerceiro = 900002;
     const std::uint64_t uiSegunda = Grava(dados);
     std::vector<std::uint64_t> lista;
-    XVCliente::SFiltroIntegracao filtro{.uiChaveInicial = 900001, .uiChaveFinal = 900002, .listaTipoIntegracao = {1, 7},
-                                        .listaStatusIntegracao = {1}, .listaTipoTransacao = {1, 2, 3}};
+    XVCliente::SFiltroIntegracao filtro{.uiChaveInicial = 900001,
+                                        .uiChaveFinal = 900002,
+                                        .listaTipoIntegracao = {1, 7},
+                                        .listaStatusIntegracao = {1},
+                                        .listaTipoTransacao = {1, 2, 3}};
     EXPECT_EQ(Cliente().BuscaPonteiros(filtro, &lista), S_OK);
     EXPECT_EQ(lista, (std::vector<std::uint64_t>{uiPrimeira, uiSegunda}));
     filtro.listaTipoIntegracao = {8};
@@ -128,8 +134,11 @@ TEST_F(CMetodosCom, BuscaPorListasEChaves) {
 
 TEST_F(CMetodosCom, MapaDeChavesEDataHora) {
     const std::uint64_t uiRegistro = REG_XVDMC::Cria(2, 77, REG_XVDMA::Cria(2026, 1, 2)).uiValor;
-    const XVCliente::SChaveRegistro chave{.uiChaveRegistroSistemaTerceiro = 0, .uiDmcRegistroTelvo = uiRegistro,
-                                          .uiBaseDadosTerceiro = 5, .eTipoIntegracao = 6, .eSistemaIntegracao = 2};
+    const XVCliente::SChaveRegistro chave{.uiChaveRegistroSistemaTerceiro = 0,
+                                          .uiDmcRegistroTelvo = uiRegistro,
+                                          .uiBaseDadosTerceiro = 5,
+                                          .eTipoIntegracao = 6,
+                                          .eSistemaIntegracao = 2};
     EXPECT_EQ(Cliente().GravaChaveRegistroPendente(chave), S_OK);
     auto completa = chave;
     completa.uiChaveRegistroSistemaTerceiro = 4321;
@@ -144,8 +153,10 @@ TEST_F(CMetodosCom, MapaDeChavesEDataHora) {
     EXPECT_EQ(achada.uiDmcRegistroTelvo, 0U);
 
     const XVCliente::SDataHoraIntegracao dataHora{
-        .uiDataHora = REG_XVDMAHMSUTC::Cria(REG_XVDMA::Cria(2026, 11, 21), 3600).uiValor, .eTipoIntegracao = 9,
-        .eSistemaIntegracao = 2, .eTipoData = 1};
+        .uiDataHora = REG_XVDMAHMSUTC::Cria(REG_XVDMA::Cria(2026, 11, 21), 3600).uiValor,
+        .eTipoIntegracao = 9,
+        .eSistemaIntegracao = 2,
+        .eTipoData = 1};
     EXPECT_EQ(Cliente().GravaDataHora(dataHora), S_OK);
     XVCliente::SDataHoraIntegracao lida;
     EXPECT_EQ(Cliente().BuscaDataHora(dataHora, &lida), S_OK);
@@ -214,7 +225,8 @@ TEST_F(CMetodosCom, TextosDe20MBETextosVazios) {
 TEST_F(CMetodosCom, ListaDe100000ChavesETodosOsTamanhosPequenos) {
     const std::uint64_t uiDmc = Grava(IntegracaoPendente("{\"lista\":true}"));
     std::vector<XVCliente::SIntegracao> lista;
-    for (const std::size_t uiQuantidade : {std::size_t{0}, std::size_t{1}, std::size_t{5}, std::size_t{100}}) {
+    for (const std::size_t uiQuantidade :
+         {std::size_t{0}, std::size_t{1}, std::size_t{5}, std::size_t{100}}) {
         EXPECT_EQ(Cliente().LeIntegracoes(std::vector(uiQuantidade, uiDmc), 1, &lista), S_OK);
         ASSERT_EQ(lista.size(), uiQuantidade);
         for (const auto& rDados : lista) EXPECT_EQ(rDados.sRegistroJSON, "{\"lista\":true}");

@@ -39,7 +39,8 @@ CXVProcesso::CXVProcesso(const std::wstring& sPrograma, const std::wstring& sArg
 }
 
 CXVProcesso::CXVProcesso(CXVProcesso&& rOutro) noexcept
-    : m_informacao(std::exchange(rOutro.m_informacao, {})), m_sArquivoErros(std::move(rOutro.m_sArquivoErros)) {}
+    : m_informacao(std::exchange(rOutro.m_informacao, {})),
+      m_sArquivoErros(std::move(rOutro.m_sArquivoErros)) {}
 
 CXVProcesso::~CXVProcesso() {
     if (m_informacao.hProcess == nullptr) return;
@@ -55,7 +56,8 @@ bool CXVProcesso::Espera(DWORD ulMilissegundos) const {
 
 DWORD CXVProcesso::GetCodigo() const {
     DWORD ulCodigo = 0xFFFFFFFFU;
-    if (m_informacao.hProcess != nullptr && Espera(120000)) ::GetExitCodeProcess(m_informacao.hProcess, &ulCodigo);
+    if (m_informacao.hProcess != nullptr && Espera(120000))
+        ::GetExitCodeProcess(m_informacao.hProcess, &ulCodigo);
     return ulCodigo;
 }
 
@@ -73,17 +75,21 @@ namespace XVProcessos {
 
 std::wstring ProgramaAtual() {
     wchar_t szPrograma[MAX_PATH * 2];
-    const DWORD ulTamanho = ::GetModuleFileNameW(nullptr, szPrograma, static_cast<DWORD>(std::size(szPrograma)));
+    const DWORD ulTamanho =
+        ::GetModuleFileNameW(nullptr, szPrograma, static_cast<DWORD>(std::size(szPrograma)));
     return {szPrograma, ulTamanho};
 }
 
 // tests/com/<this program>, server/XVCR_Middleware.exe
 std::wstring ProgramaServidor() {
-    const std::filesystem::path construcao = std::filesystem::path(ProgramaAtual()).parent_path() / ".." / "..";
+    const std::filesystem::path construcao =
+        std::filesystem::path(ProgramaAtual()).parent_path() / ".." / "..";
     return (construcao / "server" / "XVCR_Middleware.exe").lexically_normal().make_preferred().wstring();
 }
 
-CXVProcesso Filho(const std::wstring& sArgumentos) { return {ProgramaAtual(), L"--filho " + sArgumentos}; }
+CXVProcesso Filho(const std::wstring& sArgumentos) {
+    return {ProgramaAtual(), L"--filho " + sArgumentos};
+}
 
 DWORD ExecutaServidor(const std::wstring& sSwitch, std::string* psErros) {
     const CXVProcesso processo(ProgramaServidor(), sSwitch);
@@ -97,8 +103,10 @@ std::vector<DWORD> Servidores() {
     const HANDLE hFoto = ::CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0);
     PROCESSENTRY32W entrada{};
     entrada.dwSize = sizeof(entrada);
-    for (BOOL bTem = ::Process32FirstW(hFoto, &entrada); bTem != FALSE; bTem = ::Process32NextW(hFoto, &entrada))
-        if (::lstrcmpiW(entrada.szExeFile, L"XVCR_Middleware.exe") == 0) lista.push_back(entrada.th32ProcessID);
+    for (BOOL bTem = ::Process32FirstW(hFoto, &entrada); bTem != FALSE;
+         bTem = ::Process32NextW(hFoto, &entrada))
+        if (::lstrcmpiW(entrada.szExeFile, L"XVCR_Middleware.exe") == 0)
+            lista.push_back(entrada.th32ProcessID);
     ::CloseHandle(hFoto);
     return lista;
 }

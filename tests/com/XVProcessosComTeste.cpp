@@ -12,7 +12,9 @@ namespace {
 
 using namespace XVAmbienteCom;
 
-std::wstring Largo(const std::string& sTexto) { return {sTexto.begin(), sTexto.end()}; }
+std::wstring Largo(const std::string& sTexto) {
+    return {sTexto.begin(), sTexto.end()};
+}
 
 std::size_t Conta(XVCliente::CXVCliente& rCliente) {
     std::vector<std::uint64_t> lista;
@@ -56,7 +58,9 @@ class CClientePreso {
 
 class CValorDoRegistro {
   public:
-    CValorDoRegistro(const wchar_t* pszValor, DWORD ulNumero) : m_pszValor(pszValor) { GravaValor(pszValor, ulNumero); }
+    CValorDoRegistro(const wchar_t* pszValor, DWORD ulNumero) : m_pszValor(pszValor) {
+        GravaValor(pszValor, ulNumero);
+    }
     ~CValorDoRegistro() { ApagaValor(m_pszValor); }
     CValorDoRegistro(const CValorDoRegistro&) = delete;
     CValorDoRegistro& operator=(const CValorDoRegistro&) = delete;

@@ -30,10 +30,10 @@ std::wstring Le(HKEY hRaiz, const std::wstring& sChave, const std::wstring& sVal
 // What is left of the component in a scope's classes.
 std::vector<std::wstring> Restos(HKEY hRaiz) {
     std::vector<std::wstring> lista;
-    for (const std::wstring& sChave :
-         {k_sClasse, L"CLSID\\" + k_sInterface, L"Interface\\" + k_sInterface,
-          std::wstring(L"AppID\\{c99599a3-c061-4377-822d-8863ccb0fc7a}"), std::wstring(L"AppID\\XVCR_Middleware.exe"),
-          std::wstring(L"XVCR.Middleware"), std::wstring(L"XVCR.Middleware.1")})
+    for (const std::wstring& sChave : {k_sClasse, L"CLSID\\" + k_sInterface, L"Interface\\" + k_sInterface,
+                                       std::wstring(L"AppID\\{c99599a3-c061-4377-822d-8863ccb0fc7a}"),
+                                       std::wstring(L"AppID\\XVCR_Middleware.exe"),
+                                       std::wstring(L"XVCR.Middleware"), std::wstring(L"XVCR.Middleware.1")})
         if (CXVChaveRegistro::Existe(hRaiz, L"Software\\Classes\\" + sChave)) lista.push_back(sChave);
     return lista;
 }
@@ -45,7 +45,8 @@ void ConfereRegistrado(HKEY hRaiz) {
     EXPECT_EQ(Le(hRaiz, k_sClasse, L"AppID"), L"{c99599a3-c061-4377-822d-8863ccb0fc7a}");
     EXPECT_EQ(Le(hRaiz, L"XVCR.Middleware\\CurVer"), L"XVCR.Middleware.1");
     EXPECT_EQ(::lstrcmpiW(Le(hRaiz, L"Interface\\" + k_sInterface + L"\\ProxyStubClsid32").c_str(),
-                          k_sInterface.c_str()), 0);
+                          k_sInterface.c_str()),
+              0);
     EXPECT_NE(Le(hRaiz, L"CLSID\\" + k_sInterface + L"\\InProcServer32").find(L"XVCR_MiddlewarePS.dll"),
               std::wstring::npos);
 }
@@ -106,7 +107,8 @@ TEST(RegistroServidor, RecursoDeVersao) {
     wchar_t* pszTexto = nullptr;
     UINT uiTamanho = 0;
     ASSERT_NE(::VerQueryValueW(dados.data(), L"\\StringFileInfo\\041604B0\\FileDescription",
-                               reinterpret_cast<void**>(&pszTexto), &uiTamanho), 0);
+                               reinterpret_cast<void**>(&pszTexto), &uiTamanho),
+              0);
     EXPECT_STREQ(pszTexto, L"Componente de integrações");
 }
 

@@ -28,7 +28,8 @@ std::size_t MemoriaServidor() {
 }
 
 // One step of ten calls; only the first one adds an integration, once in a hundred steps.
-XVCliente::HResult Passo(XVCliente::CXVCliente& rCliente, int iPasso, std::uint64_t* puiDmc, int* piIntegracoes) {
+XVCliente::HResult Passo(XVCliente::CXVCliente& rCliente, int iPasso, std::uint64_t* puiDmc,
+                         int* piIntegracoes) {
     auto dados = XVAmbienteCom::IntegracaoPendente("{\"passo\":" + std::to_string(iPasso) + "}");
     XVCliente::HResult hr = 0;
     if (iPasso % 100 == 0) {
@@ -41,7 +42,8 @@ XVCliente::HResult Passo(XVCliente::CXVCliente& rCliente, int iPasso, std::uint6
     std::vector<XVCliente::SIntegracao> lista;
     if (hr >= 0) hr = rCliente.LeIntegracoes({*puiDmc, *puiDmc}, 7, &lista);
     std::vector<std::uint64_t> achados;
-    if (hr >= 0) hr = rCliente.BuscaPonteiros({.listaStatusIntegracao = {1}, .listaTipoTransacao = {1}}, &achados);
+    if (hr >= 0)
+        hr = rCliente.BuscaPonteiros({.listaStatusIntegracao = {1}, .listaTipoTransacao = {1}}, &achados);
     XVCliente::SChaveRegistro chave{.uiChaveRegistroSistemaTerceiro = 5, .uiDmcRegistroTelvo = *puiDmc};
     if (hr >= 0) hr = rCliente.GravaChaveRegistro(chave);
     if (hr >= 0) hr = rCliente.BuscaChaveRegistro(chave, &chave);
@@ -63,7 +65,8 @@ int Executa(int iChamadas) {
     for (int i = 0; i < iPassos && hr >= 0; ++i) {
         hr = Passo(cliente, i, &uiDmc, &iIntegracoes);
         if (i % (iPassos / 10 + 1) == 0)
-            std::printf("%8d calls  %8zu KB  %6d integrations\n", i * 10, MemoriaServidor() / 1024, iIntegracoes);
+            std::printf("%8d calls  %8zu KB  %6d integrations\n", i * 10, MemoriaServidor() / 1024,
+                        iIntegracoes);
         if (i == iPassos / 2) {
             uiMeio = MemoriaServidor();
             iMeio = iIntegracoes;

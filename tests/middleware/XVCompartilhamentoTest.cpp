@@ -13,8 +13,8 @@ class CXVCompartilhamentoTest : public CXVCenarioLoja {
 
   private:
     static unsigned Numero(const std::string& s, std::size_t i) {
-        return s.size() < 240 ? 0U
-                              : static_cast<unsigned char>(s[i]) | static_cast<unsigned char>(s[i + 1]) << 8U;
+        const auto byte = [&](std::size_t n) { return unsigned{static_cast<unsigned char>(s[n])}; };
+        return s.size() < 240 ? 0U : byte(i) | byte(i + 1) << 8U;
     }
 };
 

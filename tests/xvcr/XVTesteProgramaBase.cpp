@@ -80,6 +80,7 @@ TEST_F(ProgramaBase, ArquivoListadoQueSumiuEDitoPeloNome) {
         EXPECT_EQ(execucao.iSaida, 1);
         EXPECT_THAT(execucao.sErro, HasSubstr("0x81080A50"));
         EXPECT_THAT(execucao.sErro, HasSubstr(pszNome));
+        EXPECT_EQ(Xvcr({"--leitura", "busca"}).iSaida, 1) << "a viewer does not take it for an empty file";
         m_Diretorio.CriaArquivo(sArquivo, sBytes);
     }
 }

@@ -18,20 +18,25 @@ class CInicializacao : public ::testing::Test {
     SControleLogica m_controle;
     CXVCapturaTrace m_captura;
 
-    static REG_DF_INICIALIZAPS Altera(const std::function<void(REG_DF_INICIALIZAPS&)>& fnAltera, bool bSela = true) {
+    static REG_DF_INICIALIZAPS Altera(const std::function<void(REG_DF_INICIALIZAPS&)>& fnAltera,
+                                      bool bSela = true) {
         REG_DF_INICIALIZAPS reg = RegistroValido();
         fnAltera(reg);
         if (bSela) reg.uiCRC = XVCrc64(&reg, offsetof(REG_DF_INICIALIZAPS, uiCRC));
         return reg;
     }
-    void DesligaControle() { m_registro.SetNumero(k_sChaveRegistroSuite, "DesabilitaControleInicializacao", 1); }
+    void DesligaControle() {
+        m_registro.SetNumero(k_sChaveRegistroSuite, "DesabilitaControleInicializacao", 1);
+    }
 };
 
 bool MesmosBytes(const REG_DF_INICIALIZAPS& a, const REG_DF_INICIALIZAPS& b) {
     return std::memcmp(&a, &b, sizeof(a)) == 0;
 }
 
-bool TudoZero(const REG_DF_INICIALIZAPS& reg) { return MesmosBytes(reg, REG_DF_INICIALIZAPS{}); }
+bool TudoZero(const REG_DF_INICIALIZAPS& reg) {
+    return MesmosBytes(reg, REG_DF_INICIALIZAPS{});
+}
 
 }  // namespace
 
@@ -84,7 +89,8 @@ TEST_F(CInicializacao, RecusaNaOrdemComCodigoELinhaDeCadaFalta) {
         EXPECT_EQ(rFalha.sExpressao, rCaso.pszExpressao);
         EXPECT_EQ(rFalha.iLinha, rCaso.iLinha);
         EXPECT_EQ(rFalha.sFonte, "core/xvrpcdll/T_XVUnknown");
-        EXPECT_EQ(rFalha.sFuncao, "T_XVUnknown<struct IXVCR_Middleware,class CLogicaFalsa>::Inicializa_Padrao");
+        EXPECT_EQ(rFalha.sFuncao,
+                  "T_XVUnknown<struct IXVCR_Middleware,class CLogicaFalsa>::Inicializa_Padrao");
         REG_DF_ULTIMO_ERROPS regErro;
         EXPECT_EQ(p->GetUltimoErro(&regErro), S_OK);
         EXPECT_EQ(regErro.hrErro, rCaso.hr);
@@ -94,7 +100,8 @@ TEST_F(CInicializacao, RecusaNaOrdemComCodigoELinhaDeCadaFalta) {
 
 TEST_F(CInicializacao, ControleDesligadoDispensaSeloEMarcaMasNaoAVersao) {
     DesligaControle();
-    const REG_DF_INICIALIZAPS regSemSelo = Altera([](auto& r) { r.cMarca = 0, r.ulNumeroChamador = 0, r.uiCRC = 5; }, false);
+    const REG_DF_INICIALIZAPS regSemSelo =
+        Altera([](auto& r) { r.cMarca = 0, r.ulNumeroChamador = 0, r.uiCRC = 5; }, false);
     const CReferencia<CComponenteFalso> p;
     EXPECT_EQ(p->Inicializa_Padrao(&regSemSelo), S_OK);
     const REG_DF_INICIALIZAPS regVersao = Altera([](auto& r) { r.usVersao = 126; });

@@ -6,9 +6,15 @@ namespace {
 SControleLogica* g_pControle = nullptr;
 }
 
-SControleLogica::SControleLogica() { g_pControle = this; }
-SControleLogica::~SControleLogica() { g_pControle = nullptr; }
-SControleLogica& SControleLogica::Atual() { return *g_pControle; }
+SControleLogica::SControleLogica() {
+    g_pControle = this;
+}
+SControleLogica::~SControleLogica() {
+    g_pControle = nullptr;
+}
+SControleLogica& SControleLogica::Atual() {
+    return *g_pControle;
+}
 
 CLogicaFalsa::CLogicaFalsa() {
     if (SControleLogica::Atual().bConstrucaoLanca) throw std::bad_alloc();
@@ -20,7 +26,9 @@ CLogicaFalsa::~CLogicaFalsa() {
     --SControleLogica::Atual().iVivas;
 }
 
-HRESULT CLogicaFalsa::OnInicializa() { return SControleLogica::Atual().hrInicializa; }
+HRESULT CLogicaFalsa::OnInicializa() {
+    return SControleLogica::Atual().hrInicializa;
+}
 
 HRESULT CLogicaFalsa::OnFinaliza() {
     ++SControleLogica::Atual().iFinalizacoes;
@@ -51,7 +59,8 @@ HRESULT CLogicaFalsa::LeIntegracoes(const _REG_DF_LISTA_XVDMCPS& rLista, XVUInt*
     return Opera();
 }
 
-HRESULT CLogicaFalsa::BuscaPonteiros(const tagREG_CR_FILTRO_INTEGRACAO_MIDDLEWAREPS&, _REG_DF_LISTA_XVDMCPS* pLista) {
+HRESULT CLogicaFalsa::BuscaPonteiros(const tagREG_CR_FILTRO_INTEGRACAO_MIDDLEWAREPS&,
+                                     _REG_DF_LISTA_XVDMCPS* pLista) {
     XVIgnora(XVListaToReg({REG_XVDMC{1}, REG_XVDMC{2}}, pLista));
     return Opera();
 }
@@ -63,7 +72,8 @@ HRESULT CLogicaFalsa::BuscaDadosSistemaTerceiro(const tagREG_CR_CONSULTA_SISTEMA
     return Opera();
 }
 
-HRESULT CLogicaFalsa::OnFuncaoGenerica(XVUInt ulFuncao, std::span<const XVByte> entrada, std::vector<XVByte>& saida) {
+HRESULT CLogicaFalsa::OnFuncaoGenerica(XVUInt ulFuncao, std::span<const XVByte> entrada,
+                                       std::vector<XVByte>& saida) {
     saida.assign(entrada.rbegin(), entrada.rend());
     saida.push_back(static_cast<XVByte>(ulFuncao));
     return Opera();

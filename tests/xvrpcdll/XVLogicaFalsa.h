@@ -40,21 +40,25 @@ class CLogicaFalsa : public CXVBaseParaRotinas, public CXVOperacoesGenericas {
     HRESULT GravaChaveRegistroTelvoParaTerceiro(const tagREG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIROPS&) {
         return Opera();
     }
-    HRESULT GravaChaveRegistroTelvoParaTerceiroPendente(const tagREG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIROPS&) {
+    HRESULT GravaChaveRegistroTelvoParaTerceiroPendente(
+        const tagREG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIROPS&) {
         return Opera();
     }
     HRESULT BuscaChaveRegistroTelvoParaTerceiro(const tagREG_CR_FILTRO_CHAVE_REGISTRO_TELVO_PARA_TERCEIROPS&,
                                                 tagREG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIROPS*) {
         return Opera();
     }
-    HRESULT GravaDataHoraIntegracaoTerceiro(const tagREG_CR_DATA_HORA_INTEGRACAO_TERCEIROPS&) { return Opera(); }
+    HRESULT GravaDataHoraIntegracaoTerceiro(const tagREG_CR_DATA_HORA_INTEGRACAO_TERCEIROPS&) {
+        return Opera();
+    }
     HRESULT BuscaDataHoraIntegracaoTerceiro(const tagREG_CR_FILTRO_DATA_HORA_INTEGRACAO_TERCEIROPS&,
                                             tagREG_CR_DATA_HORA_INTEGRACAO_TERCEIROPS*) {
         return Opera();
     }
     HRESULT BuscaDadosSistemaTerceiro(const tagREG_CR_CONSULTA_SISTEMA_TERCEIROPS&,
                                       tagREG_CR_STATUS_CONSULTA_SISTEMA_TERCEIROPS* pReg);
-    HRESULT OnFuncaoGenerica(XVUInt ulFuncao, std::span<const XVByte> entrada, std::vector<XVByte>& saida) override;
+    HRESULT OnFuncaoGenerica(XVUInt ulFuncao, std::span<const XVByte> entrada,
+                             std::vector<XVByte>& saida) override;
     HRESULT OnAlteracaoMultiplaCadastro(XVUInt, std::span<const XVByte>) override { return Opera(); }
 
   protected:

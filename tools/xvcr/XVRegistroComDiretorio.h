@@ -20,7 +20,7 @@ class CXVRegistroComDiretorio : public IXVRegistro {
     CXVRegistroComDiretorio& operator=(const CXVRegistroComDiretorio&) = delete;
 
     std::optional<std::string> LeTexto(std::string_view sChave, std::string_view sValor) override {
-        // The 64-bit value goes before "Path" and must not win over it.
+        // Both values, whichever the machine prefers.
         if (sChave == m_sChave && (sValor == "Path" || sValor == "Path_x64")) return m_sDiretorio;
         return m_pAnterior->LeTexto(sChave, sValor);
     }

@@ -58,8 +58,12 @@ SIntegracao DeCliente(XVCliente::SIntegracao&& r) {
 }
 
 XVCliente::SChaveRegistro ParaCliente(const SChaveRegistro& r) {
-    return {r.uiChaveRegistroSistemaTerceiro, r.regDmcRegistroTelvo.uiValor, r.uiBaseDadosTerceiro,
-            r.eTipoIntegracao,                r.eSistemaIntegracao,          r.regDmcOrigemIntegracao.uiValor};
+    return {r.uiChaveRegistroSistemaTerceiro,
+            r.regDmcRegistroTelvo.uiValor,
+            r.uiBaseDadosTerceiro,
+            r.eTipoIntegracao,
+            r.eSistemaIntegracao,
+            r.regDmcOrigemIntegracao.uiValor};
 }
 
 XVCliente::SDataHoraIntegracao ParaCliente(const SDataHoraIntegracao& r) {
@@ -67,18 +71,24 @@ XVCliente::SDataHoraIntegracao ParaCliente(const SDataHoraIntegracao& r) {
 }
 
 XVCliente::SFiltroIntegracao ParaCliente(const SFiltroIntegracao& r) {
-    return {r.uiChaveIntegracaoSistemaTerceiroInicial, r.uiChaveIntegracaoSistemaTerceiroFinal,
-            r.regDataHoraInicialInclusao.uiValor,      r.regDataHoraFinalInclusao.uiValor,
-            r.regDataHoraInicialAlteracaoStatus.uiValor, r.regDataHoraFinalAlteracaoStatus.uiValor,
-            r.listaTipoIntegracao,                     r.listaStatusIntegracao,
-            r.listaSistemaIntegracao,                  r.listaTipoTransacao};
+    return {r.uiChaveIntegracaoSistemaTerceiroInicial,
+            r.uiChaveIntegracaoSistemaTerceiroFinal,
+            r.regDataHoraInicialInclusao.uiValor,
+            r.regDataHoraFinalInclusao.uiValor,
+            r.regDataHoraInicialAlteracaoStatus.uiValor,
+            r.regDataHoraFinalAlteracaoStatus.uiValor,
+            r.listaTipoIntegracao,
+            r.listaStatusIntegracao,
+            r.listaSistemaIntegracao,
+            r.listaTipoTransacao};
 }
 
 class CXVOperacoesServidor final : public IXVOperacoes {
   public:
     HRESULT Inicializa(const SAcesso& rAcesso) override {
         if (!rAcesso.sDiretorio.empty())
-            XVErroDeUso("--diretorio não vale com --servidor: o servidor usa o diretório configurado na máquina");
+            XVErroDeUso(
+                "--diretorio não vale com --servidor: o servidor usa o diretório configurado na máquina");
         if (m_Apartamento.GetResultado() < 0) return m_Apartamento.GetResultado();
         return m_Cliente.Conecta({.sEmpresa = rAcesso.sEmpresa,
                                   .usUsuario = rAcesso.usUsuario,
@@ -99,9 +109,9 @@ class CXVOperacoesServidor final : public IXVOperacoes {
         return m_Cliente.GravaPendenciaIntegracao(regDmcOrigem.uiValor, ParaCliente(rDados));
     }
     HRESULT GravaStatusIntegracao(const SStatusIntegracao& r) override {
-        return m_Cliente.GravaStatusIntegracao({r.regDmc.uiValor, r.sMensagemIntegracao, r.sJSONRetornoIntegracao,
-                                                r.uiChaveIntegracaoSistemaTerceiro, r.eStatusIntegracao,
-                                                r.eSistemaIntegracao});
+        return m_Cliente.GravaStatusIntegracao({r.regDmc.uiValor, r.sMensagemIntegracao,
+                                                r.sJSONRetornoIntegracao, r.uiChaveIntegracaoSistemaTerceiro,
+                                                r.eStatusIntegracao, r.eSistemaIntegracao});
     }
 
     HRESULT LeIntegracao(REG_XVDMC regDmc, XVUInt64 uiFlags, SIntegracao* pDados) override {
@@ -141,8 +151,12 @@ class CXVOperacoesServidor final : public IXVOperacoes {
         XVCliente::SChaveRegistro r;
         const HRESULT hr = m_Cliente.BuscaChaveRegistro(ParaCliente(rFiltro), &r);
         if (SUCCEEDED(hr))
-            *pDados = {r.uiChaveRegistroSistemaTerceiro, {r.uiDmcRegistroTelvo}, r.uiBaseDadosTerceiro,
-                       r.eTipoIntegracao,                r.eSistemaIntegracao,   {r.uiDmcOrigemIntegracao}};
+            *pDados = {r.uiChaveRegistroSistemaTerceiro,
+                       {r.uiDmcRegistroTelvo},
+                       r.uiBaseDadosTerceiro,
+                       r.eTipoIntegracao,
+                       r.eSistemaIntegracao,
+                       {r.uiDmcOrigemIntegracao}};
         return hr;
     }
 
@@ -156,15 +170,16 @@ class CXVOperacoesServidor final : public IXVOperacoes {
         return hr;
     }
 
-    HRESULT BuscaDadosSistemaTerceiro(const SConsultaTerceiro& rConsulta, SRespostaConsulta* pResposta) override {
+    HRESULT BuscaDadosSistemaTerceiro(const SConsultaTerceiro& rConsulta,
+                                      SRespostaConsulta* pResposta) override {
         XVCliente::SRespostaConsulta r;
         const HRESULT hr = m_Cliente.BuscaDadosSistemaTerceiro(
             {rConsulta.sChaveConsulta, rConsulta.eTipoConsulta, rConsulta.ulPonteiroAuxiliar,
              rConsulta.ucTipoPonteiroAuxiliar},
             &r);
         if (SUCCEEDED(hr))
-            *pResposta = {std::move(r.sMensagemRetorno), std::move(r.sJSONRetorno), std::move(r.sDocumentoRetorno),
-                          r.eStatusConsulta};
+            *pResposta = {std::move(r.sMensagemRetorno), std::move(r.sJSONRetorno),
+                          std::move(r.sDocumentoRetorno), r.eStatusConsulta};
         return hr;
     }
 
@@ -175,4 +190,6 @@ class CXVOperacoesServidor final : public IXVOperacoes {
 
 }  // namespace
 
-std::unique_ptr<IXVOperacoes> XVCriaOperacoesServidor() { return std::make_unique<CXVOperacoesServidor>(); }
+std::unique_ptr<IXVOperacoes> XVCriaOperacoesServidor() {
+    return std::make_unique<CXVOperacoesServidor>();
+}
