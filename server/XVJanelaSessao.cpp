@@ -11,7 +11,11 @@ LRESULT CALLBACK Procedimento(HWND hJanela, UINT uiMensagem, WPARAM wParam, LPAR
         case WM_QUERYENDSESSION:
             return TRUE;
         case WM_ENDSESSION:
-            if (wParam != FALSE) CXVVidaServidor::Get().PedeFim();
+            if (wParam != FALSE) {
+                CXVVidaServidor::Get().PedeFim();
+                // Here: the system may end the process as soon as this message is answered.
+                CXVVidaServidor::Get().Encerra();
+            }
             return 0;
         case WM_CLOSE:
             CXVVidaServidor::Get().PedeFim();

@@ -14,7 +14,6 @@ constexpr XVUInt k_ulEsperaPrimeiroCliente = 60;          // seconds
 constexpr XVUInt k_ulInatividadeMaxima = 8 * 60 * 60;     // seconds
 constexpr XVUInt k_ulMaximoSegundos = 40 * 24 * 60 * 60;  // of a configured time: ticks wrap after 49 days
 constexpr DWORD k_ulIntervaloVerificacao = 1000;
-constexpr DWORD k_ulEsperaChamadasEmCurso = 30000;
 
 // A time of the registry, given in seconds, in milliseconds.
 XVUInt LeTempo(const char* pszValor, XVUInt ulPadraoSegundos) {
@@ -83,20 +82,14 @@ void Atende(CXVRegistroFabrica& rRegistro, bool bAtivado) {
         if (ulInatividade != 0) rVida.DesconectaOciosos(ulInatividade);
         const bool bNinguemVeio =
             bAtivado && !rVida.TeveClientes() && XVPlataforma::Relogio().GetTicks() - ulInicio >= ulPrimeiro;
-        if ((ulEspera == WAIT_OBJECT_0 + 1 || bNinguemVeio) && !rVida.TemClientes() &&
-            PodeTerminar(rRegistro))
+        const bool bTodosSairam = ulEspera == WAIT_OBJECT_0 + 1;
+        // The system suspended the class when the last one left; who came meanwhile keeps the server, for
+        // all others too.
+        if (bTodosSairam && rVida.TemClientes())
+            XVIgnora(rRegistro.Retoma());
+        else if ((bTodosSairam || bNinguemVeio) && PodeTerminar(rRegistro))
             return;
     }
-}
-
-// Cuts off the clients that are left and waits for calls that are still inside: their components end with
-// them and close their stores.
-void EncerraComponentes() {
-    CXVVidaServidor& rVida = CXVVidaServidor::Get();
-    rVida.DesconectaOciosos(0);
-    const XVUInt ulInicio = XVPlataforma::Relogio().GetTicks();
-    while (rVida.TemClientes() && XVPlataforma::Relogio().GetTicks() - ulInicio < k_ulEsperaChamadasEmCurso)
-        ::WaitForSingleObject(rVida.GetEventoSemClientes(), 100);
 }
 
 }  // namespace
@@ -122,6 +115,6 @@ SFimServidor XVExecutaServidor(bool bAtivado) {
     if (const HRESULT hr = registro.Retoma(); FAILED(hr)) return {hr, "abrir o servidor aos clientes"};
     Atende(registro, bAtivado);
     registro.Revoga();
-    EncerraComponentes();
+    CXVVidaServidor::Get().Encerra();
     return {};
 }

@@ -25,7 +25,7 @@ struct SEstado {
     PGravaMinidump pGravaMinidump = nullptr;
     const void* pInicioModulo = nullptr;
     const void* pFimModulo = nullptr;
-    std::atomic<bool> bTratando = false;
+    std::atomic<DWORD> ulThreadTratando = 0;  // 0: none
 };
 SEstado g_estado;
 
@@ -64,12 +64,15 @@ void GravaRelatorio(EXCEPTION_POINTERS* pExcecao) {
     ::CloseHandle(hArquivo);
 }
 
-// The first thread to crash reports; others wait for the end of the process.
+// The first thread to crash reports; others wait for the end of the process. A fault of the report itself
+// (a broken stack, say) ends the process at once: waiting for itself it would never end.
 [[noreturn]] void Encerra(EXCEPTION_POINTERS* pExcecao) {
-    if (g_estado.bTratando.exchange(true)) {
+    DWORD ulTratando = 0;
+    if (g_estado.ulThreadTratando.compare_exchange_strong(ulTratando, ::GetCurrentThreadId())) {
+        if (!GravaMinidump(pExcecao)) GravaRelatorio(pExcecao);
+    } else if (ulTratando != ::GetCurrentThreadId()) {
         for (;;) ::Sleep(INFINITE);
     }
-    if (!GravaMinidump(pExcecao)) GravaRelatorio(pExcecao);
     ::TerminateProcess(::GetCurrentProcess(), pExcecao->ExceptionRecord->ExceptionCode);
     std::abort();
 }

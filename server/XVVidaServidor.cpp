@@ -13,14 +13,17 @@ CXVVidaServidor::CXVVidaServidor()
     : m_hSemClientes(::CreateEventW(nullptr, FALSE, FALSE, nullptr)),
       m_hFim(::CreateEventW(nullptr, TRUE, FALSE, nullptr)) {}
 
-// The process reference calls stop activations in the instant the count falls to 0.
+// The process reference calls suspend the class in the instant their count falls to 0. Both counts move
+// together, so that every suspension is followed by the event.
 void CXVVidaServidor::Entra() {
+    const std::lock_guard trava(m_Mutex);
     ::CoAddRefServerProcess();
     m_bTeveClientes = true;
     ++m_lClientes;
 }
 
 void CXVVidaServidor::Sai() {
+    const std::lock_guard trava(m_Mutex);
     ::CoReleaseServerProcess();
     if (--m_lClientes == 0) ::SetEvent(m_hSemClientes);
 }
@@ -36,12 +39,11 @@ void CXVVidaServidor::Retira(CXVCR_Middleware* pComponente) {
 }
 
 std::vector<CXVCR_Middleware*> CXVVidaServidor::TomaOciosos(XVUInt ulLimite) {
-    const XVUInt ulAgora = XVPlataforma::Relogio().GetTicks();
     std::vector<CXVCR_Middleware*> lista;
     const std::lock_guard trava(m_Mutex);
     lista.reserve(m_listaComponentes.size());
     for (CXVCR_Middleware* pComponente : m_listaComponentes)
-        if (pComponente->GetAtividade().GetOciosidade(ulAgora) >= ulLimite && pComponente->TentaAddRef())
+        if (pComponente->GetAtividade().GetOciosidade() >= ulLimite && pComponente->TentaAddRef())
             lista.push_back(pComponente);
     return lista;
 }
@@ -53,4 +55,17 @@ std::size_t CXVVidaServidor::DesconectaOciosos(XVUInt ulLimite) {
         pComponente->Release();
     }
     return lista.size();
+}
+
+void CXVVidaServidor::Encerra() {
+    constexpr XVUInt k_ulEsperaChamadasEmCurso = 30000;
+    constexpr XVUInt k_ulOciosidadeNoFim = 1000;
+    const XVUInt ulInicio = XVPlataforma::Relogio().GetTicks();
+    // Once: a component with a call inside stays listed until the call ends and must not be cut off twice.
+    if (!m_bEncerrando.exchange(true)) DesconectaOciosos(0);
+    while (TemClientes() && XVPlataforma::Relogio().GetTicks() - ulInicio < k_ulEsperaChamadasEmCurso) {
+        ::WaitForSingleObject(m_hSemClientes, 100);
+        // A component that was still being created had no client to cut off before.
+        DesconectaOciosos(k_ulOciosidadeNoFim);
+    }
 }

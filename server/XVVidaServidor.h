@@ -35,15 +35,20 @@ class CXVVidaServidor {
     // components when 0): what no client holds any more ends, store and all. Returns how many.
     std::size_t DesconectaOciosos(XVUInt ulLimite);
 
+    // Cuts off the clients that are left and waits for calls that are still inside: their components end
+    // with them and close their stores. Main thread.
+    void Encerra();
+
   private:
     CXVVidaServidor();
     // With a reference each; components that are already ending are left out.
     std::vector<CXVCR_Middleware*> TomaOciosos(XVUInt ulLimite);
 
-    std::mutex m_Mutex;  // guards the list
+    std::mutex m_Mutex;  // guards the list and the steps of the counts
     std::vector<CXVCR_Middleware*> m_listaComponentes;
     std::atomic<long> m_lClientes = 0;
     std::atomic<bool> m_bTeveClientes = false;
+    std::atomic<bool> m_bEncerrando = false;
     HANDLE m_hSemClientes;
     HANDLE m_hFim;
 };

@@ -161,7 +161,14 @@ T_XVUnknown<TInterface, TLogica>::Inicializa_Padrao(const REG_DF_INICIALIZAPS* p
     const std::lock_guard trava(m_MutexInicializacao);
     std::shared_ptr<TLogica> pLogica = TomaLogica();
     if (pLogica == nullptr) return FAILED(m_hrConstruct) ? m_hrConstruct : E_XVCR_COMPONENTE_NAO_INICIALIZADO;
-    const HRESULT hr = ValidaRegistro(reg, *pLogica);
+    HRESULT hr = S_OK;
+    try {
+        hr = ValidaRegistro(reg, *pLogica);
+    } catch (...) {
+        XV_METODO_INTERFACE("Inicializa_Padrao");
+        hr = XVTranslateThrownExceptionToHresult();
+        XVRegistraFalhaMetodo(hr, "XVTranslateThrownExceptionToHresult()", metodoXV, *pLogica);
+    }
     if (FAILED(hr)) return hr;
     if (pLogica->EstaInicializado()) {
         // The old logic object ends with its last call; from here on calls find the new one, uninitialised.

@@ -18,7 +18,7 @@ class CXVAtividadeComponente {
         }
         ~CChamada() {
             m_rAtividade.m_ulFimUltimaChamada.store(XVPlataforma::Relogio().GetTicks(),
-                                                    std::memory_order_relaxed);
+                                                    std::memory_order_release);
             m_rAtividade.m_uiChamadas.fetch_sub(1, std::memory_order_release);
         }
         CChamada(const CChamada&) = delete;
@@ -29,9 +29,11 @@ class CXVAtividadeComponente {
     };
 
     // Milliseconds since the last call ended (since construction when there was none); 0 while one is inside.
-    XVUInt GetOciosidade(XVUInt ulTicksAgora) const {
+    XVUInt GetOciosidade() const {
         if (m_uiChamadas.load(std::memory_order_acquire) != 0) return 0;
-        return ulTicksAgora - m_ulFimUltimaChamada.load(std::memory_order_relaxed);
+        // The clock is read last: a call that ended after the reading would seem idle for 49 days.
+        const XVUInt ulFim = m_ulFimUltimaChamada.load(std::memory_order_acquire);
+        return XVPlataforma::Relogio().GetTicks() - ulFim;
     }
 
   private:

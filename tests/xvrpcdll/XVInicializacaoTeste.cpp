@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <new>
 
 #include "support/XVCapturaTrace.h"
 #include "support/XVCrc64.h"
@@ -125,6 +126,25 @@ TEST_F(CInicializacao, TextosSemTerminadorSaoSempreRecusados) {
             EXPECT_EQ(p->Inicializa_Padrao(&reg), E_XVCR_ESTRUTURA_INICIALIZACAO_INVALIDA);
         }
     }
+}
+
+// Also what is thrown before the frame begins stays inside.
+TEST_F(CInicializacao, RegistroDoSistemaQueLancaViraCodigo) {
+    class CRegistroSemMemoria final : public IXVRegistro {
+        std::optional<std::string> LeTexto(std::string_view, std::string_view) override { return {}; }
+        std::optional<XVUInt> LeNumero(std::string_view, std::string_view) override {
+            throw std::bad_alloc();
+        }
+    };
+    const REG_DF_INICIALIZAPS reg = RegistroValido();
+    const CReferencia<CComponenteFalso> p;
+    {
+        CRegistroSemMemoria registro;
+        const CXVGuardaRegistro guarda(registro);
+        EXPECT_EQ(p->Inicializa_Padrao(&reg), E_XV_BAD_ALLOC);
+    }
+    EXPECT_TRUE(TudoZero(p->GetRegistroInicializacao()));
+    EXPECT_EQ(p->Inicializa_Padrao(&reg), S_OK);
 }
 
 TEST_F(CInicializacao, UsuarioDaConversaoEEmpresaQueNaoEhNomeSaoRecusados) {

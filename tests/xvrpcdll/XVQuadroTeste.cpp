@@ -247,12 +247,12 @@ TEST_F(CQuadro, OciosidadeContaDoFimDaUltimaChamada) {
     const CXVGuardaRelogio guarda(relogio);
     m_controle.fnOperacao = [&] {
         relogio.Avanca(5000);
-        EXPECT_EQ(m_p->GetAtividade().GetOciosidade(relogio.GetTicks()), 0U);
+        EXPECT_EQ(m_p->GetAtividade().GetOciosidade(), 0U);
         return S_OK;
     };
     EXPECT_EQ(Chama(), S_OK);
     relogio.Avanca(700);
-    EXPECT_EQ(m_p->GetAtividade().GetOciosidade(relogio.GetTicks()), 700U);
+    EXPECT_EQ(m_p->GetAtividade().GetOciosidade(), 700U);
 }
 
 TEST_F(CQuadro, InterfacesEContagemDeReferencias) {

@@ -80,9 +80,12 @@ std::string ParaPessoa(const SLinhaRegistro& rRegistro) {
     AnexaColuna(sLinha, rRegistro.sCodigo.empty() ? "-" : rRegistro.sCodigo, 10);
     AnexaColuna(sLinha, rRegistro.sFuncao, 44);
     if (!rRegistro.sArquivo.empty()) AnexaColuna(sLinha, rRegistro.sArquivo + ':' + rRegistro.sLinha, 26);
-    if (const SMensagemCodigo* pMensagem = MensagemDoCodigo(rRegistro.sCodigo); pMensagem != nullptr)
-        AnexaColuna(sLinha, std::string(pMensagem->sNome), 0);
-    if (!rRegistro.sExpressao.empty()) AnexaColuna(sLinha, rRegistro.sExpressao, 0);
+    const SMensagemCodigo* pMensagem = MensagemDoCodigo(rRegistro.sCodigo);
+    const std::string_view sNome = pMensagem == nullptr ? std::string_view() : pMensagem->sNome;
+    if (!sNome.empty()) AnexaColuna(sLinha, std::string(sNome), 0);
+    // A code that a function decides on itself has only its own name as expression.
+    if (!rRegistro.sExpressao.empty() && rRegistro.sExpressao != sNome)
+        AnexaColuna(sLinha, rRegistro.sExpressao, 0);
     if (rRegistro.sCodigo.empty()) AnexaColuna(sLinha, rRegistro.sMensagem, 0);
     if (!rRegistro.sDuracao.empty()) {
         AnexaColuna(sLinha, rRegistro.sDuracao + " ms", 0);

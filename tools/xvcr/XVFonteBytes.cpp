@@ -33,8 +33,13 @@ class CXVFonteArquivo : public IXVFonteBytes {
 
     std::size_t Le(char* pDados, std::size_t uiTamanho) override {
         m_Arquivo.clear();
+        // Some runtimes remember the end of a file until it is positioned anew, though it has grown since.
+        if (m_bFim) m_Arquivo.seekg(m_iPosicao);
+        m_Arquivo.clear();
         m_Arquivo.read(pDados, static_cast<std::streamsize>(uiTamanho));
         if (m_Arquivo.bad()) XVFalha("não foi possível ler o arquivo \"" + m_sNome + "\"");
+        m_iPosicao += m_Arquivo.gcount();
+        m_bFim = m_Arquivo.gcount() == 0;
         return static_cast<std::size_t>(m_Arquivo.gcount());
     }
     std::uintmax_t GetTamanho() const override { return m_uiTamanho; }
@@ -43,6 +48,8 @@ class CXVFonteArquivo : public IXVFonteBytes {
     std::string m_sNome;
     std::ifstream m_Arquivo;
     std::uintmax_t m_uiTamanho = 0;
+    std::streamoff m_iPosicao = 0;
+    bool m_bFim = false;
 };
 
 }  // namespace
