@@ -78,9 +78,15 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pDados, std::size_t ui
     const std::string sConteudo(reinterpret_cast<const char*>(pDados) + 1, uiTamanho - 1);
     bancada.PoeArquivo(k_pszNome, sConteudo);
     switch (pDados[0] % 3) {
-        case 0: Exercita<CArquivoRegistros>(bancada, sConteudo); break;
-        case 1: Exercita<CXVTextFile>(bancada, sConteudo); break;
-        default: ExercitaVersao(bancada); break;
+        case 0:
+            Exercita<CArquivoRegistros>(bancada, sConteudo);
+            break;
+        case 1:
+            Exercita<CXVTextFile>(bancada, sConteudo);
+            break;
+        default:
+            ExercitaVersao(bancada);
+            break;
     }
     XV_EXIGE(bancada.GetDisco().GetQuantidadeAberta() == 0);
     return 0;

@@ -26,7 +26,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pDados, std::size_t ui
     while (uiTamanho >= 3) {
         const std::size_t uiNome = pDados[0] % std::size(k_apszNomes);
         const std::size_t uiPedaco = std::min<std::size_t>(pDados[1] | pDados[2] << 8, uiTamanho - 3);
-        bancada.PoeArquivo(k_apszNomes[uiNome], std::string(reinterpret_cast<const char*>(pDados) + 3, uiPedaco));
+        bancada.PoeArquivo(k_apszNomes[uiNome],
+                           std::string(reinterpret_cast<const char*>(pDados) + 3, uiPedaco));
         pDados += 3 + uiPedaco;
         uiTamanho -= 3 + uiPedaco;
     }

@@ -3,11 +3,11 @@
 #include <cstdint>
 #include <string>
 
+#include "fuzz/XVBancadaFuzz.h"
 #include "platform/XVRegistroTexto.h"
 #include "suite/simulacao/XVDocumentoSimulacao.h"
 #include "support/XVDmc.h"
 #include "support/XVPerfilPrivado.h"
-#include "fuzz/XVBancadaFuzz.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pDados, std::size_t uiTamanho) {
     const std::string_view sTexto(reinterpret_cast<const char*>(pDados), uiTamanho);

@@ -42,7 +42,7 @@ class CXVBancadaFuzz {
 };
 
 // A broken invariant ends the run as a crash would.
-#define XV_EXIGE(condicao)          \
-    do {                            \
+#define XV_EXIGE(condicao)                 \
+    do {                                   \
         if (!(condicao)) __builtin_trap(); \
     } while (false)

@@ -28,9 +28,15 @@ CBytes Muda(CBytes bytes, std::mt19937& rSorteio) {
     for (std::size_t i = 0, n = 1 + sorteia(4); i < n && !bytes.empty(); ++i) {
         const std::size_t uiLugar = sorteia(bytes.size());
         switch (sorteia(4)) {
-            case 0: bytes[uiLugar] = static_cast<std::uint8_t>(rSorteio()); break;
-            case 1: bytes[uiLugar] ^= static_cast<std::uint8_t>(1U << sorteia(8)); break;
-            case 2: bytes.resize(uiLugar); break;
+            case 0:
+                bytes[uiLugar] = static_cast<std::uint8_t>(rSorteio());
+                break;
+            case 1:
+                bytes[uiLugar] ^= static_cast<std::uint8_t>(1U << sorteia(8));
+                break;
+            case 2:
+                bytes.resize(uiLugar);
+                break;
             default: {
                 const CBytes pedaco(bytes.begin() + static_cast<std::ptrdiff_t>(uiLugar), bytes.end());
                 bytes.insert(bytes.end(), pedaco.begin(), pedaco.end());

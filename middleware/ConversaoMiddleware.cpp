@@ -212,8 +212,8 @@ HRESULT CXVConversaoMiddleware::ValidaVersaoAtual() {
 // Viewing opens without the control's check: a listed file that is missing must not look like an empty one.
 // For an absent file the control's own check only reads.
 HRESULT CXVConversaoMiddleware::ValidaArquivosUnicos() {
-    for (const char* pszNome :
-         {k_pszArquivoIndexIntegracao, k_pszArquivoChaveRegistroParaTerceiro, k_pszArquivoDataHoraIntegracao}) {
+    for (const char* pszNome : {k_pszArquivoIndexIntegracao, k_pszArquivoChaveRegistroParaTerceiro,
+                                k_pszArquivoDataHoraIntegracao}) {
         std::string sPath;
         XV_CHECK(MontaPath(pszNome, &sPath));
         std::string sNomeReal;

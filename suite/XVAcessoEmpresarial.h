@@ -19,9 +19,9 @@ enum class DFSLOG_Servico : XVUInt {
 
 // One audit record of the suite.
 struct CXVDadosDF_Log {
-    XVUInt64 uiChave = 0;      // the caller's key value
-    XVUInt ulTipoRegistro = 0; // 21: database file
-    XVUInt ulServico = 0;      // DFSLOG_Servico as a number
+    XVUInt64 uiChave = 0;       // the caller's key value
+    XVUInt ulTipoRegistro = 0;  // 21: database file
+    XVUInt ulServico = 0;       // DFSLOG_Servico as a number
     std::string sTexto;
 };
 

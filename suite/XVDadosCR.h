@@ -35,7 +35,8 @@ class CXVDadosCR_IntegracaoMiddleware {
 
     // Copies fields and texts. E_INVALIDARG for a text record that is not valid; then nothing is changed.
     HRESULT CopiarDe(const tagREG_CR_INTEGRACAO_MIDDLEWAREPS& reg);
-    // Fills an output record; its texts are new buffers owned by the caller. On failure *pReg holds no buffer.
+    // Fills an output record; its texts are new buffers owned by the caller. On failure *pReg holds no
+    // buffer.
     HRESULT CopiarParaPS(tagREG_CR_INTEGRACAO_MIDDLEWAREPS* pReg) const;
     // The same fields with the texts as views into this object (no buffer is allocated); valid while this
     // object lives unchanged.
@@ -45,8 +46,8 @@ class CXVDadosCR_IntegracaoMiddleware {
 // One pending item that a provider reports for a record of the suite.
 class CXVDadosCR_PendenciaIntegracaoSistema {
   public:
-    std::string sJSON;        // empty: the item is skipped
-    REG_XVDMC regDmcOrigem;   // the suite's record that the item carries
+    std::string sJSON;       // empty: the item is skipped
+    REG_XVDMC regDmcOrigem;  // the suite's record that the item carries
     XVUInt64 uiBaseDadosTerceiro = 0;
     XVUInt64 uiChaveRegistroSistemaTerceiro = 0;
     XVUInt eSistemaIntegracao = 0;  // 0: the item is skipped

@@ -43,9 +43,11 @@ class CXVInicializador : public TXVBase, public CXVProfilerEmpresa {
     CXVInicializador& operator=(const CXVInicializador&) = delete;
 
     // Takes the caller's company, user and session and runs OnInicializa. Already initialised: S_OK, nothing
-    // done. A failing OnInicializa is followed by OnFinaliza, so that what it opened is released; its code is returned.
+    // done. A failing OnInicializa is followed by OnFinaliza, so that what it opened is released; its code is
+    // returned.
     HRESULT Inicializa(const IXVDF_Profiler* pProfiler);
-    // Runs OnFinaliza; not initialised: S_OK, nothing done. The object counts as finalised whatever is returned.
+    // Runs OnFinaliza; not initialised: S_OK, nothing done. The object counts as finalised whatever is
+    // returned.
     HRESULT Finaliza();
     bool EstaInicializado() const { return m_bInicializado; }
 

@@ -30,13 +30,14 @@ class CXVMiddlewareIntegracaoSistemas {
 
     static HRESULT EnviaJsonIntegracaoSistemasTerceiros(CXVDadosCR_IntegracaoMiddleware& rDados,
                                                         const IXVDF_Profiler* pDono);
-    // pParametros may be null; when given it receives the parameters of the integration as the system answered.
+    // pParametros may be null; when given it receives the parameters of the integration as the system
+    // answered.
     static HRESULT BuscaDadosIntegracaoSistemasTerceiros(CXVDadosCR_IntegracaoMiddleware& rDados,
                                                          CXVDadosCR_ParametrosIntegracao* pParametros,
                                                          const IXVDF_Profiler* pDono);
     // One query per integration, in list order; the first failure ends it.
-    static HRESULT BuscaDadosIntegracaoSistemasTerceiros(std::vector<CXVDadosCR_IntegracaoMiddleware>& listaDados,
-                                                         const IXVDF_Profiler* pDono);
+    static HRESULT BuscaDadosIntegracaoSistemasTerceiros(
+        std::vector<CXVDadosCR_IntegracaoMiddleware>& listaDados, const IXVDF_Profiler* pDono);
     static HRESULT ExcluiDadosIntegracaoSistemasTerceiros(CXVDadosCR_IntegracaoMiddleware& rDados,
                                                           const IXVDF_Profiler* pDono);
 };

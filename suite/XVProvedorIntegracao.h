@@ -8,8 +8,8 @@
 #include <memory>
 #include <vector>
 
-#include "support/IXVDF_Profiler.h"
 #include "suite/XVDadosCR.h"
+#include "support/IXVDF_Profiler.h"
 
 class IXVProvedorIntegracao {
   public:
@@ -18,14 +18,16 @@ class IXVProvedorIntegracao {
     virtual XVUInt GetSistema() const = 0;  // XVSMiddleware_SistemaIntegracao
 
     // Before and after an exchange. The first may complete the data.
-    virtual HRESULT RealizaOperacaoAnterior(const IXVDF_Profiler& rDono, CXVDadosCR_IntegracaoMiddleware& rDados) = 0;
+    virtual HRESULT RealizaOperacaoAnterior(const IXVDF_Profiler& rDono,
+                                            CXVDadosCR_IntegracaoMiddleware& rDados) = 0;
     virtual HRESULT RealizaOperacaoPosterior(const IXVDF_Profiler& rDono,
                                              const CXVDadosCR_ParametrosIntegracao& rParametros) = 0;
     // May change type, transaction, branch, origin and external key of a pending item before it is recorded.
     virtual HRESULT AtualizaParametrosIntegracao(const IXVDF_Profiler& rDono,
                                                  CXVDadosCR_ParametrosIntegracao& rParametros) = 0;
     // Appends the pending items of the record named by the parameters.
-    virtual HRESULT BuscaIntegracoes(const IXVDF_Profiler& rDono, const CXVDadosCR_ParametrosIntegracao& rParametros,
+    virtual HRESULT BuscaIntegracoes(const IXVDF_Profiler& rDono,
+                                     const CXVDadosCR_ParametrosIntegracao& rParametros,
                                      std::vector<CXVDadosCR_PendenciaIntegracaoSistema>& listaDados) = 0;
 
     // The exchange: send, query again, delete. A result of the external system (accepted, refused) is told by

@@ -1,12 +1,12 @@
 /* Binary interface of a provider library "XVProvedor<number of the system>" (docs/providers.md). Plain C, so
  * that any compiler can make one: natural alignment, little-endian, the platform's C calling convention.
  *
- * The library exports XVProvedorObtem. The table it fills must stay valid until the process ends; the library is
- * never unloaded. Functions may be called from several threads at once and must let no exception out.
+ * The library exports XVProvedorObtem. The table it fills must stay valid until the process ends; the library
+ * is never unloaded. Functions may be called from several threads at once and must let no exception out.
  *
  * Ownership: XVProvedorTexto is lent for the call only, never terminated, and never freed by the receiver.
- * XVProvedorBuffer is allocated by the library and given back through its own pfnLibera exactly once, after the
- * call, whatever the call returned; a buffer that was not filled stays as it came (all zero).
+ * XVProvedorBuffer is allocated by the library and given back through its own pfnLibera exactly once, after
+ * the call, whatever the call returned; a buffer that was not filled stays as it came (all zero).
  *
  * Results are HRESULTs; E_NOTIMPL (0x80004001) means that the system does not offer the operation. A function
  * pointer may be null with the same meaning, pfnLibera excepted.
@@ -76,8 +76,8 @@ typedef struct XVProvedorDados {
 
 typedef struct XVProvedorParametros {
     uint32_t ulTamanho;
-    uint32_t eTipoIntegracao;                /* * (AtualizaParametrosIntegracao only, so all below) */
-    uint64_t uiDmcOrigem;                    /* * */
+    uint32_t eTipoIntegracao; /* * (AtualizaParametrosIntegracao only, so all below) */
+    uint64_t uiDmcOrigem;     /* * */
     uint64_t uiDmcIntegracao;
     uint64_t uiChaveRegistroSistemaTerceiro; /* * */
     uint64_t uiBaseDadosTerceiro;
@@ -144,9 +144,11 @@ typedef struct XVProvedorTabela {
     int32_t (*pfnAtualizaParametrosIntegracao)(void* pContexto, const XVProvedorDono* pDono,
                                                XVProvedorParametros* pParametros);
     int32_t (*pfnBuscaIntegracoes)(void* pContexto, const XVProvedorDono* pDono,
-                                   const XVProvedorParametros* pParametros, XVProvedorListaPendencias* pLista);
+                                   const XVProvedorParametros* pParametros,
+                                   XVProvedorListaPendencias* pLista);
     int32_t (*pfnBuscaDadosSistemaTerceiro)(void* pContexto, const XVProvedorDono* pDono,
-                                            const XVProvedorConsulta* pConsulta, XVProvedorStatusConsulta* pStatus);
+                                            const XVProvedorConsulta* pConsulta,
+                                            XVProvedorStatusConsulta* pStatus);
 } XVProvedorTabela;
 
 /* Exported by the library. ulVersao and pTabela->ulTamanho say what the caller knows; a library that needs

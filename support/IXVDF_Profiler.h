@@ -9,7 +9,7 @@
 class IXVDF_Profiler {
   public:
     virtual ~IXVDF_Profiler() = default;
-    virtual std::string_view GetEmpresa() const = 0;    // company code; valid while the object lives
-    virtual XVUShort GetUsuario() const = 0;            // user code; 65535 is the conversion
-    virtual XVUInt GetNumeroSessao() const = 0;         // session number
+    virtual std::string_view GetEmpresa() const = 0;  // company code; valid while the object lives
+    virtual XVUShort GetUsuario() const = 0;          // user code; 65535 is the conversion
+    virtual XVUInt GetNumeroSessao() const = 0;       // session number
 };

@@ -38,7 +38,8 @@ bool TiraTraco(std::string_view& sTexto) {
 
 bool REG_XVDMC::EhValido() const {
     if (EhNulo()) return true;
-    return (uiValor & k_uiBitsReservados) == 0 && GetPonteiro() > 0 && (GetDma().EhNula() || GetDma().EhValida());
+    return (uiValor & k_uiBitsReservados) == 0 && GetPonteiro() > 0 &&
+           (GetDma().EhNula() || GetDma().EhValida());
 }
 
 std::string REG_XVDMC::ToString() const {

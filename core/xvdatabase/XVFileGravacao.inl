@@ -27,8 +27,8 @@ HRESULT CXVFile<T>::GravaColecao(XVUInt& uiPosicao, std::span<const T> aRegistro
 
     static constexpr SPontoFalha k_ponto = XV_PONTO_FALHA("GravaRegistros(uiPosicao, aRegistros)");
     const XVUInt64 uiTamanhoArquivo = GetTamanho();
-    const HRESULT hr =
-        ExecutaComTentativas(k_ponto, [&] { return GravaRegistros(uiPosicao, aRegistros, uiTamanhoArquivo); });
+    const HRESULT hr = ExecutaComTentativas(
+        k_ponto, [&] { return GravaRegistros(uiPosicao, aRegistros, uiTamanhoArquivo); });
     if (FAILED(hr) && hr != E_XVCR_INDEXACAO_COM_POSICAO_ZERO && hr != E_XVCR_CHAVE_DE_INDEXACAO_REPETIDA)
         DesfazGravacaoRegistros(uiPosicao, aRegistros.size(), uiTamanhoArquivo);
     return hr;
@@ -36,7 +36,8 @@ HRESULT CXVFile<T>::GravaColecao(XVUInt& uiPosicao, std::span<const T> aRegistro
 
 // The records that were overwritten are still in memory.
 template <class T>
-void CXVFile<T>::DesfazGravacaoRegistros(XVUInt uiPosicao, std::size_t uiQuantidade, XVUInt64 uiTamanhoArquivo) {
+void CXVFile<T>::DesfazGravacaoRegistros(XVUInt uiPosicao, std::size_t uiQuantidade,
+                                         XVUInt64 uiTamanhoArquivo) {
     DesfazGravacao(uiTamanhoArquivo);
     if (uiPosicao == XVDATABASE_POSICAO_NOVO_REGISTRO || !ExisteArquivo()) return;
     const XVUInt64 uiSeek = GetSeekCabecalho();
@@ -67,7 +68,8 @@ bool CXVFile<T>::PrecisaGravar(XVUInt uiPosicao, std::span<const T> aRegistros) 
 // One attempt. uiTamanhoArquivo is the file's length before the first attempt: every attempt of an append
 // writes there again.
 template <class T>
-HRESULT CXVFile<T>::GravaRegistros(XVUInt& uiPosicao, std::span<const T> aRegistros, XVUInt64 uiTamanhoArquivo) {
+HRESULT CXVFile<T>::GravaRegistros(XVUInt& uiPosicao, std::span<const T> aRegistros,
+                                   XVUInt64 uiTamanhoArquivo) {
     XV_CHECK(ValidaIndices(uiPosicao, aRegistros));
     const XVUInt64 uiSeek = GetSeekCabecalho();
     const bool bNovo = uiPosicao == XVDATABASE_POSICAO_NOVO_REGISTRO;
@@ -77,7 +79,8 @@ HRESULT CXVFile<T>::GravaRegistros(XVUInt& uiPosicao, std::span<const T> aRegist
     const auto uiPrimeiraPosicao = static_cast<XVUInt>(uiPrimeira);
     PreparaMemoria(uiPrimeiraPosicao, aRegistros.size());
 
-    if (const CXVErroArquivo erro = GravaDados(uiOffset, aRegistros.data(), aRegistros.size_bytes()); !erro.Ok())
+    if (const CXVErroArquivo erro = GravaDados(uiOffset, aRegistros.data(), aRegistros.size_bytes());
+        !erro.Ok())
         XV_CHECK_TEXTO(CatchGravacao(&erro), "CatchGravacao(pEx)");
     XV_CHECK(AtualizaArquivo());
     AtualizaMemoria(uiPrimeiraPosicao, aRegistros);

@@ -3,15 +3,16 @@
 
 template <class T>
 template <class TDataBase>
-HRESULT CXVFile<T>::IncluiIndex(const TDataBase* pDataBase, XVUInt uiColunaIndexacao, bool bPermiteChaveZerada,
-                                bool bPermiteChaveRepetida) {
+HRESULT CXVFile<T>::IncluiIndex(const TDataBase* pDataBase, XVUInt uiColunaIndexacao,
+                                bool bPermiteChaveZerada, bool bPermiteChaveRepetida) {
     XV_ESCOPO({"m_sNomeArquivo", GetNomeArquivo()}, {"uiColunaIndexacao", XVUInt64{uiColunaIndexacao}});
     const std::unique_lock lock(GetLock());
     if (uiColunaIndexacao != m_listaIndices.size()) XV_FALHA(E_XVCR_COLUNA_INDEXACAO_INVALIDA);
     const auto pfGetChaveIndex = [](const void* p, const T& reg, XVUInt uiColuna) {
         return static_cast<const TDataBase*>(p)->GetChaveIndex(reg, uiColuna);
     };
-    m_listaIndices.push_back({pDataBase, pfGetChaveIndex, bPermiteChaveZerada, bPermiteChaveRepetida, {}, {}, {}});
+    m_listaIndices.push_back(
+        {pDataBase, pfGetChaveIndex, bPermiteChaveZerada, bPermiteChaveRepetida, {}, {}, {}});
     const HRESULT hr = AtualizaIndexDoArquivo(m_listaIndices.back(), uiColunaIndexacao);
     if (FAILED(hr)) m_listaIndices.pop_back();
     XV_CHECK_TEXTO(hr, "AtualizaIndex(XVDATABASE_POSICAO_NOVO_REGISTRO, m_aRegistros, uiColunaIndexacao)");
@@ -48,8 +49,9 @@ HRESULT CXVFile<T>::AtualizaIndexDoArquivo(SIndice& rIndice, std::size_t uiColun
 template <class T>
 HRESULT CXVFile<T>::ValidaIndices(XVUInt uiPosicao, std::span<const T> aRegistros) {
     for (std::size_t idx = 0; idx < m_listaIndices.size(); ++idx)
-        XV_CHECK_TEXTO(ValidaIndex(uiPosicao, aRegistros, idx),
-                       "ValidaIndex(uiPosicao, aRegistros, idx, listaSetIndexOrdernar[idx], listaIndexGerados[idx])");
+        XV_CHECK_TEXTO(
+            ValidaIndex(uiPosicao, aRegistros, idx),
+            "ValidaIndex(uiPosicao, aRegistros, idx, listaSetIndexOrdernar[idx], listaIndexGerados[idx])");
     return S_OK;
 }
 
@@ -68,7 +70,8 @@ HRESULT CXVFile<T>::ValidaIndex(XVUInt uiPosicao, std::span<const T> aRegistros,
         }
         if (rIndice.bPermiteChaveRepetida) continue;
         const XVUInt uiPosicaoRegistro = uiPosicao == 0 ? 0 : static_cast<XVUInt>(uiPosicao + i);
-        if (!PodeManterChave(rIndice, uiChave, uiPosicaoRegistro)) XV_FALHA(E_XVCR_CHAVE_DE_INDEXACAO_REPETIDA);
+        if (!PodeManterChave(rIndice, uiChave, uiPosicaoRegistro))
+            XV_FALHA(E_XVCR_CHAVE_DE_INDEXACAO_REPETIDA);
         rIndice.setIndexOrdenar.push_back(uiChave);
     }
     std::sort(rIndice.setIndexOrdenar.begin(), rIndice.setIndexOrdenar.end());
@@ -86,13 +89,15 @@ bool CXVFile<T>::PodeManterChave(const SIndice& rIndice, XVUInt64 uiChave, XVUIn
 }
 
 template <class T>
-HRESULT CXVFile<T>::ExisteIndex(XVUInt64 chave, std::vector<XVUInt>& listaPosicao, XVUInt uiColunaIndexacao) const {
+HRESULT CXVFile<T>::ExisteIndex(XVUInt64 chave, std::vector<XVUInt>& listaPosicao,
+                                XVUInt uiColunaIndexacao) const {
     XV_ESCOPO({"m_sNomeArquivo", GetNomeArquivo()}, {"uiColunaIndexacao", XVUInt64{uiColunaIndexacao}});
     const std::shared_lock lock(GetLock());
     listaPosicao.clear();
     if (uiColunaIndexacao >= m_listaIndices.size()) XV_FALHA(E_XVCR_COLUNA_INDEXACAO_INVALIDA);
     const CXVIndice& rIndice = m_listaIndices[uiColunaIndexacao].indice;
-    for (XVUInt uiPosicao = rIndice.GetPrimeira(chave); uiPosicao != 0; uiPosicao = rIndice.GetProxima(uiPosicao))
+    for (XVUInt uiPosicao = rIndice.GetPrimeira(chave); uiPosicao != 0;
+         uiPosicao = rIndice.GetProxima(uiPosicao))
         listaPosicao.push_back(uiPosicao);
     return S_OK;
 }

@@ -33,7 +33,8 @@ HRESULT CXVFile<T>::Carrega() {
     TXVArrayRegistros<T> aRegistros;
     T* pBase = aRegistros.PreparaBase(static_cast<std::size_t>(uiTamanhoDados / sizeof(T)));
     if (uiTamanhoDados > 0) {
-        if (const CXVErroArquivo erro = LeDados(uiSeek, pBase, static_cast<std::size_t>(uiTamanhoDados)); !erro.Ok())
+        if (const CXVErroArquivo erro = LeDados(uiSeek, pBase, static_cast<std::size_t>(uiTamanhoDados));
+            !erro.Ok())
             XV_CHECK_TEXTO(CatchInicializacao(&erro), "CatchInicializacao(pEx)");
     }
     m_aRegistros = std::move(aRegistros);
@@ -68,7 +69,8 @@ HRESULT CXVFile<T>::LeColecao(XVUInt uiPosicao, XVUInt64 uiQtd, std::vector<T>& 
     if (uiPosicao == 0 || uiQtd == 0) XV_FALHA(E_XVCR_INCONSISTENCIA_CHAVE_QUANTIDADE);
     if (!ExisteArquivo()) XV_FALHA(E_XVCR_ARQUIVO_NAO_EXISTE);
     if (uiPosicao > m_aRegistros.size()) XV_FALHA(E_XVCR_POSICAO_LEITURA_SUPERIOR_QUANTIDADE_ARQUIVO);
-    if (uiQtd > m_aRegistros.size() - (uiPosicao - 1)) XV_FALHA(E_XVCR_POSICAO_LEITURA_SUPERIOR_QUANTIDADE_ARQUIVO);
+    if (uiQtd > m_aRegistros.size() - (uiPosicao - 1))
+        XV_FALHA(E_XVCR_POSICAO_LEITURA_SUPERIOR_QUANTIDADE_ARQUIVO);
     m_aRegistros.CopiaPara(aRegistros, uiPosicao - 1, static_cast<std::size_t>(uiQtd));
     return S_OK;
 }
