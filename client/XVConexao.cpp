@@ -6,6 +6,7 @@
 
 #include "core/xvrpcdll/XVCR_MiddlewareGuids.h"
 #include "support/XVCrc64.h"
+#include "support/XVProfiler.h"
 
 #define XV_LARGO_INTERNO(x) L##x
 #define XV_LARGO(x) XV_LARGO_INTERNO(x)
@@ -18,6 +19,23 @@ constexpr unsigned k_uiTentativas = 8;
 constexpr DWORD k_ulEsperaTentativa = 150;  // milliseconds, times the number of the attempt
 constexpr std::uint16_t k_usVersaoRegistro = 127;
 constexpr byte k_cMarcaRegistro = 'B';
+
+constexpr const char* k_pszProgID = "XVCR.Middleware.1";
+constexpr const char* k_pszModuloServidor = "XVCR_Middleware.exe";
+
+// In whose name an object-creation record is written.
+class CXVDonoDoRegistro final : public IXVDF_Profiler {
+  public:
+    explicit CXVDonoDoRegistro(const REG_DF_INICIALIZAPS& reg) : m_reg(reg) {}
+    std::string_view GetEmpresa() const override {
+        return reinterpret_cast<const char*>(m_reg.szEmpresa);  // terminated: CopiaTexto leaves a zero
+    }
+    XVUShort GetUsuario() const override { return static_cast<XVUShort>(m_reg.ulUsuario); }
+    XVUInt GetNumeroSessao() const override { return static_cast<XVUInt>(m_reg.ulNumeroSessao); }
+
+  private:
+    const REG_DF_INICIALIZAPS& m_reg;
+};
 
 constexpr HResult Codigo(std::uint32_t ulCodigo) {
     return static_cast<HResult>(ulCodigo);
@@ -98,6 +116,9 @@ HResult CXVCliente::CConexao::Tenta() {
     if (hr < 0) return hr;
     hr = ::CoCreateInstance(clsid, nullptr, CLSCTX_LOCAL_SERVER, IID_IXVCR_Middleware,
                             reinterpret_cast<void**>(&m_pComponente));
+    const CXVDonoDoRegistro dono(m_reg);
+    XVProfiler::RecordCoCreate(&dono, "XVCliente::CXVCliente::CConexao::Tenta", k_pszProgID,
+                               k_pszModuloServidor, hr);
     if (hr >= 0) hr = m_pComponente->Inicializa_Padrao(&m_reg);
     if (hr < 0) Fecha();
     return hr;

@@ -8,6 +8,7 @@
 #include "platform/XVAmbienteSO.h"
 #include "platform/XVPlataforma.h"
 #include "support/XVCrc64.h"
+#include "support/XVTextoAscii.h"
 
 namespace {
 
@@ -45,7 +46,7 @@ const std::string& NomeComputador() {
 template <std::size_t N>
 void AtualizaCampo(char (&szAtual)[N], char (&szAnterior)[N], REG_XVDATAHORA_CABECALHO& regAlteracao,
                    std::string_view sNovo, const REG_XVDATAHORA_CABECALHO& regAgora) {
-    if (XVNomeArquivo::IgualSemCaixa(Texto(szAtual), Final(sNovo, N - 1))) return;
+    if (XVIgualSemCaixa(Texto(szAtual), Final(sNovo, N - 1))) return;
     std::memcpy(szAnterior, szAtual, N);
     Preenche(szAtual, sNovo);
     regAlteracao = regAgora;
@@ -106,8 +107,7 @@ void Atualiza(REG_XVCABECALHO_B& regB, const IXVDF_Profiler& rDono, XVUInt64 uiT
 }
 
 bool NomeConfere(const REG_XVCABECALHO_B& regB, std::string_view sNomeArquivo) {
-    return XVNomeArquivo::IgualSemCaixa(Texto(regB.szNomeArquivo),
-                                        Final(sNomeArquivo, sizeof(regB.szNomeArquivo) - 1));
+    return XVIgualSemCaixa(Texto(regB.szNomeArquivo), Final(sNomeArquivo, sizeof(regB.szNomeArquivo) - 1));
 }
 
 }  // namespace XVCabecalho

@@ -13,6 +13,7 @@
 #include "platform/XVPlataforma.h"
 #include "support/XVCodigos.h"
 #include "support/XVProfiler.h"
+#include "support/XVTextoAscii.h"
 
 namespace {
 
@@ -41,7 +42,7 @@ class CXVDataBaseControle : public CXVDataBase {
 
 bool ContemNome(const CXVTextFile::CColecao& rColecao, std::string_view sNome) {
     for (std::size_t i = 0; i < rColecao.size(); ++i)
-        if (XVNomeArquivo::IgualSemCaixa(rColecao[i].GetTexto(), sNome)) return true;
+        if (XVIgualSemCaixa(rColecao[i].GetTexto(), sNome)) return true;
     return false;
 }
 
@@ -141,7 +142,7 @@ HRESULT CXVDataBaseControleCriacaoArquivos::GravaListaSemArquivo(CXVImagemArquiv
     XV_CHECK(xvDB.Inicializa(this));
     const CXVTextFile::CColecao& aRegistros = *xvDB.GetArquivo().GetPtrRegistros();
     for (std::size_t i = 0; i < aRegistros.size(); ++i)
-        if (!XVNomeArquivo::IgualSemCaixa(aRegistros[i].GetTexto(), m_sNomeArquivo))
+        if (!XVIgualSemCaixa(aRegistros[i].GetTexto(), m_sNomeArquivo))
             aRegistrosNew.emplace_back(aRegistros[i].GetTexto());
     XV_CHECK(xvDB.Finaliza());
     if (aRegistrosNew.empty()) return S_OK;

@@ -3,27 +3,21 @@
 #include <algorithm>
 #include <charconv>
 
-namespace {
+#include "support/XVTextoAscii.h"
 
-constexpr char Minuscula(char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
+namespace {
 
 // '?' in the pattern stands for any one character; case is ignored.
 bool CasaComPadrao(std::string_view sNome, std::string_view sPadrao) {
-    return std::equal(
-        sNome.begin(), sNome.end(), sPadrao.begin(), sPadrao.end(),
-        [](char cNome, char cPadrao) { return cPadrao == '?' || Minuscula(cNome) == Minuscula(cPadrao); });
+    return std::equal(sNome.begin(), sNome.end(), sPadrao.begin(), sPadrao.end(),
+                      [](char cNome, char cPadrao) {
+                          return cPadrao == '?' || XVMinuscula(cNome) == XVMinuscula(cPadrao);
+                      });
 }
 
 }  // namespace
 
 namespace XVNomeArquivo {
-
-bool IgualSemCaixa(std::string_view s1, std::string_view s2) {
-    return std::equal(s1.begin(), s1.end(), s2.begin(), s2.end(),
-                      [](char c1, char c2) { return Minuscula(c1) == Minuscula(c2); });
-}
 
 std::string_view GetExtensao(std::string_view sNome) {
     const std::size_t uiPonto = sNome.rfind('.');
@@ -45,12 +39,12 @@ std::string TrocaExtensao(std::string_view sNome, std::string_view sExtensao) {
 
 bool EhCopiaTransitoria(std::string_view sNome) {
     const std::string_view sExtensao = GetExtensao(sNome);
-    return IgualSemCaixa(sExtensao, "cab") || IgualSemCaixa(sExtensao, "srk") ||
-           IgualSemCaixa(sExtensao, "tra");
+    return XVIgualSemCaixa(sExtensao, "cab") || XVIgualSemCaixa(sExtensao, "srk") ||
+           XVIgualSemCaixa(sExtensao, "tra");
 }
 
 bool EhArquivoControle(std::string_view sNome) {
-    return IgualSemCaixa(sNome, XVDATABASE_NOME_ARQUIVO_CONTROLE_CRIACAO_ARQUIVOS);
+    return XVIgualSemCaixa(sNome, XVDATABASE_NOME_ARQUIVO_CONTROLE_CRIACAO_ARQUIVOS);
 }
 
 std::optional<XVUInt64> NomeParaChave(std::string_view sNome, std::string_view sPadrao) {

@@ -1,4 +1,4 @@
-// Names of database files: comparison without regard to case, extensions, exempt names, and the pattern
+// Names of database files: extensions, exempt names, and the pattern
 // of group files with its key.
 #pragma once
 
@@ -12,9 +12,6 @@ inline constexpr std::string_view XVDATABASE_NOME_ARQUIVO_CONTROLE_CRIACAO_ARQUI
     "XVDATABASE_FILE_CTRL.dat";
 
 namespace XVNomeArquivo {
-
-// ASCII letters only; other bytes must be equal.
-bool IgualSemCaixa(std::string_view s1, std::string_view s2);
 
 // The text after the last '.', or empty.
 std::string_view GetExtensao(std::string_view sNome);

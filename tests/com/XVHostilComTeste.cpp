@@ -105,8 +105,12 @@ TEST_F(CHostil, ContagensSemPonteiroEPonteirosNulos) {
     const _REG_CR_LISTA_BYTESPS bytes{9, 0, nullptr, 0};
     EXPECT_EQ(m_p->AlteracaoMultiplaCadastro(1, &bytes), E_INVALIDARG);
     EXPECT_EQ(m_p->AlteracaoMultiplaMovimento(0, &bytes), E_INVALIDARG);
-    // A record that is not there at all does not even leave the client.
-    EXPECT_EQ(m_p->GravaIntegracao(&dmc, nullptr), Codigo(0x800706F4U));
+    EXPECT_EQ(m_p->GravaIntegracao(&dmc, nullptr), E_POINTER);
+    EXPECT_EQ(m_p->BuscaPonteiros(nullptr, &achados), E_POINTER);
+    EXPECT_EQ(m_p->LeIntegracoes(nullptr, &ulQuantidade, &pLista, 0), E_POINTER);
+    // Where there is nothing to carry, the call does not even leave the client.
+    EXPECT_EQ(m_p->GravaIntegracao(nullptr, &reg), Codigo(0x800706F4U));
+    EXPECT_EQ(m_p->Inicializa(nullptr), Codigo(0x800706F4U));
 }
 
 TEST_F(CHostil, ValoresImpossiveisNaoGravamNada) {

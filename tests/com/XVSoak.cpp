@@ -15,7 +15,7 @@ namespace {
 
 // Every integration stays in the server's memory with its index entries: what one may take.
 constexpr std::size_t k_uiMemoriaPorIntegracao = 1024;
-constexpr std::size_t k_uiFolga = std::size_t{8} << 20;
+constexpr std::size_t k_uiFolga = std::size_t{3} << 19;  // of the allocator; 30 bytes a call would exceed it
 
 std::size_t MemoriaServidor() {
     const auto lista = XVProcessos::Servidores();
