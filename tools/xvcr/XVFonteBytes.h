@@ -1,6 +1,7 @@
 // Where bytes come from: a file or the standard input.
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <string>
 
