@@ -41,7 +41,7 @@ HRESULT CBaseMiddleware::AlteraIntegracao(REG_XVDMC regDmc, const tagREG_CR_INTE
     XVUInt uiPosicao = regDmc.GetPonteiro();
     REG_CR_INTEGRACAO_MIDDLEWARE_V2 regLeitura;
     XV_CHECK_EM("GravaIntegracao", m_pDataBase->m_Integracao.Le(uiChaveNomeArquivo, uiPosicao, &regLeitura));
-    // Of the three texts two are replaced where they stand; the returned JSON is a new one or none.
+    // Two texts keep their pointers unless they changed; the returned JSON is a new one or none.
     XVUInt ulPonteiroJSON = regLeitura.ulPonteiroJSONRegistro;
     XVUInt ulPonteiroMensagem = regLeitura.ulPonteiroMensagemRetorno;
     XVUInt ulPonteiroJSONRetorno = 0;
