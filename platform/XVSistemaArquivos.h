@@ -16,6 +16,7 @@
 #include <vector>
 
 #include "platform/XVErroArquivo.h"
+#include "platform/XVVista.h"
 
 enum class EAcessoArquivo : std::uint8_t {
     eLeitura,
@@ -59,8 +60,15 @@ class IXVArquivo {
     // Cuts or extends (with zeros) the file to uiTamanho bytes; only in eLeituraEscrita.
     virtual CXVErroArquivo SetTamanho(XVUInt64 uiTamanho) = 0;
 
-    // Returns after the written bytes have reached the device.
+    // Returns after the written bytes, those of views included, have reached the device.
     virtual CXVErroArquivo Sincroniza() = 0;
+
+    // A view of the first uiTamanho bytes, which the file must hold already, with blocks of the device behind
+    // them; only in eLeituraEscrita or eLeitura, and writable only in the former. Where the system or the
+    // place of the file offers no mapping that is safe (a network, a device that copies on writing) the
+    // view works by calls. The file must outlive its view, and is not made shorter while one exists. On
+    // failure pVista is null.
+    virtual CXVErroArquivo Mapeia(XVUInt64 uiTamanho, std::unique_ptr<IXVVista>& pVista);
 };
 
 // An exclusive mark on a directory; destroying it, or the end of the process in any way, lifts it.
@@ -108,6 +116,9 @@ class IXVSistemaArquivos {
     // Creates the directory and the missing ones above it; success when it is there already. A file in
     // the way: eCaminhoInvalido.
     virtual CXVErroArquivo CriaDiretorio(const std::string& sDiretorio) = 0;
+
+    // Returns after the entries of the directory (files created, deleted, renamed) have reached the device.
+    virtual CXVErroArquivo SincronizaDiretorio(const std::string& sDiretorio) = 0;
 
     // Marks the directory under the name sMarca for as long as pMarca lives. Held by anyone else, in this
     // process or another: eViolacaoCompartilhamento at once. sMarca is a plain name (anything else:

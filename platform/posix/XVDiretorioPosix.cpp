@@ -7,6 +7,7 @@
 #include "platform/XVCaminho.h"
 #include "platform/XVCriaDiretorios.h"
 #include "platform/XVMascara.h"
+#include "platform/posix/XVDescritorPosix.h"
 #include "platform/posix/XVErroPosix.h"
 #include "platform/posix/XVSistemaArquivosPosix.h"
 
@@ -83,6 +84,15 @@ bool CXVSistemaArquivosPosix::BuscaNomeReal(const std::string& sCaminho, std::st
         }
     }
     return false;
+}
+
+CXVErroArquivo CXVSistemaArquivosPosix::SincronizaDiretorio(const std::string& sDiretorio) {
+    const CXVDescritor descritor(
+        XVRepeteInterrompida([&] { return open(sDiretorio.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); }));
+    if (!descritor.EhValido() || XVRepeteInterrompida([&] { return fsync(descritor.Get()); }) != 0) {
+        return XVErroPosix::DeErrno(errno);
+    }
+    return {};
 }
 
 CXVErroArquivo CXVSistemaArquivosPosix::CriaDiretorio(const std::string& sDiretorio) {

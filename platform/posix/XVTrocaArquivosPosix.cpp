@@ -5,6 +5,7 @@
 #include <cstdio>
 
 #include "platform/XVCaminho.h"
+#include "platform/XVPlataforma.h"
 #include "platform/posix/XVCompartilhamentoPosix.h"
 #include "platform/posix/XVDescritorPosix.h"
 #include "platform/posix/XVErroPosix.h"
@@ -72,15 +73,6 @@ CXVErroArquivo ReservaAmbos(const std::string& sOrigem, SArquivoReservado& rOrig
     return bOrigemPrimeiro ? Reserva(sDestino, rDestino, bMudou) : Reserva(sOrigem, rOrigem, bMudou);
 }
 
-CXVErroArquivo SincronizaDiretorio(const std::string& sDiretorio) {
-    const CXVDescritor descritor(
-        XVRepeteInterrompida([&] { return open(sDiretorio.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); }));
-    if (!descritor.EhValido() || XVRepeteInterrompida([&] { return fsync(descritor.Get()); }) != 0) {
-        return XVErroPosix::DeErrno(errno);
-    }
-    return {};
-}
-
 // Moves; an absent destination must still be absent (EEXIST otherwise).
 int Move(const std::string& sOrigem, const std::string& sDestino, bool bDestinoAusente) {
     if (bDestinoAusente) {
@@ -104,11 +96,12 @@ CXVErroArquivo MoveDuravel(const std::string& sOrigem, int iOrigem, const std::s
     }
     const std::string sDiretorioOrigem = XVCaminho::Separa(sOrigem, "/").sDiretorio;
     const std::string sDiretorioDestino = XVCaminho::Separa(sDestino, "/").sDiretorio;
-    const CXVErroArquivo erro = SincronizaDiretorio(sDiretorioDestino);
+    IXVSistemaArquivos& rSistema = XVPlataforma::SistemaArquivosNativo();
+    const CXVErroArquivo erro = rSistema.SincronizaDiretorio(sDiretorioDestino);
     if (!erro.Ok() || sDiretorioOrigem == sDiretorioDestino) {
         return erro;
     }
-    return SincronizaDiretorio(sDiretorioOrigem);
+    return rSistema.SincronizaDiretorio(sDiretorioOrigem);
 }
 
 // One attempt at the move; bMudou: someone changed one of the names meanwhile.

@@ -114,6 +114,14 @@ bool CXVSistemaArquivosWindows::BuscaNomeReal(const std::string& sCaminho, std::
     return true;
 }
 
+// Entries of a directory have no flush of their own here: the file system keeps its names in a journal, and
+// a file's own flush brings its entry along.
+CXVErroArquivo CXVSistemaArquivosWindows::SincronizaDiretorio(const std::string& sDiretorio) {
+    return Existe(sDiretorio) == EExistencia::eDiretorio
+               ? CXVErroArquivo()
+               : CXVErroArquivo(ECausaArquivo::eCaminhoInvalido, ERROR_PATH_NOT_FOUND);
+}
+
 CXVErroArquivo CXVSistemaArquivosWindows::CriaDiretorio(const std::string& sDiretorio) {
     return XVCriaDiretorios(sDiretorio, XVCaminhoWindows::k_pszSeparadores, CriaUm);
 }

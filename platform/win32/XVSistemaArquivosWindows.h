@@ -15,6 +15,7 @@ class CXVSistemaArquivosWindows final : public IXVSistemaArquivos {
     CXVErroArquivo Lista(const std::string& sDiretorio, const std::string& sMascara,
                          std::vector<std::string>& listaNomes) override;
     CXVErroArquivo CriaDiretorio(const std::string& sDiretorio) override;
+    CXVErroArquivo SincronizaDiretorio(const std::string& sDiretorio) override;
     CXVErroArquivo MarcaDiretorio(const std::string& sDiretorio, const std::string& sMarca,
                                   std::unique_ptr<IXVMarcaDiretorio>& pMarca) override;
     std::string Junta(std::string_view sDiretorio, std::string_view sNome) const override;

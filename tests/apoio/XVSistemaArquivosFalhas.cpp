@@ -161,6 +161,11 @@ CXVErroArquivo CXVSistemaArquivosFalhas::CriaDiretorio(const std::string& sDiret
     return falha ? Erro(*falha) : m_rInterno.CriaDiretorio(sDiretorio);
 }
 
+CXVErroArquivo CXVSistemaArquivosFalhas::SincronizaDiretorio(const std::string& sDiretorio) {
+    const auto falha = m_pPlano->Registra(EOperacaoArquivo::eSincroniza, sDiretorio);
+    return falha ? Erro(*falha) : m_rInterno.SincronizaDiretorio(sDiretorio);
+}
+
 CXVErroArquivo CXVSistemaArquivosFalhas::MarcaDiretorio(const std::string& sDiretorio,
                                                         const std::string& sMarca,
                                                         std::unique_ptr<IXVMarcaDiretorio>& pMarca) {

@@ -224,6 +224,12 @@ CXVErroArquivo CXVSistemaArquivosMemoria::CriaDiretorio(const std::string& sDire
     return m_pEstado->CriaDiretorios(Normaliza(sDiretorio));
 }
 
+CXVErroArquivo CXVSistemaArquivosMemoria::SincronizaDiretorio(const std::string& sDiretorio) {
+    const std::lock_guard trava(m_pEstado->mutex);
+    return m_pEstado->EhDiretorio(Normaliza(sDiretorio)) ? CXVErroArquivo()
+                                                         : Erro(ECausaArquivo::eCaminhoInvalido);
+}
+
 CXVErroArquivo CXVSistemaArquivosMemoria::MarcaDiretorio(const std::string& sDiretorio,
                                                          const std::string& sMarca,
                                                          std::unique_ptr<IXVMarcaDiretorio>& pMarca) {

@@ -227,6 +227,10 @@ CXVErroArquivo CXVSistemaArquivosMorte::CriaDiretorio(const std::string& sDireto
     return m_pProcesso->Opera(true, k_erroMorto, [&] { return m_rInterno.CriaDiretorio(sDiretorio); });
 }
 
+CXVErroArquivo CXVSistemaArquivosMorte::SincronizaDiretorio(const std::string& sDiretorio) {
+    return m_pProcesso->Opera(false, k_erroMorto, [&] { return m_rInterno.SincronizaDiretorio(sDiretorio); });
+}
+
 CXVErroArquivo CXVSistemaArquivosMorte::MarcaDiretorio(const std::string& sDiretorio,
                                                        const std::string& sMarca,
                                                        std::unique_ptr<IXVMarcaDiretorio>& pMarca) {
