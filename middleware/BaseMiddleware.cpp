@@ -49,18 +49,23 @@ HRESULT CBaseMiddleware::ValidaVersaoSomenteLeitura() {
     return S_OK;
 }
 
-// A log line that cannot be written after the data was is recorded and not returned.
-void CBaseMiddleware::GravaLinhaLogGeral(const char* pszOperacao, DFSLOG_Servico eServico,
-                                         REG_XVDMC regDmcIntegracao, XVUInt64 uiChaveSistemaTerceiro,
-                                         REG_XVDMC regDmcMovimentoOrigem) {
-    char szTexto[256];
-    const int iTamanho =
-        std::snprintf(szTexto, sizeof(szTexto),
-                      "%s - DMCIntegracao: %s - ChaveSistemaTerceiro: %" PRIu64 " - DMCMovimentoOrigem: %s\n",
-                      pszOperacao, regDmcIntegracao.ToString().c_str(), uiChaveSistemaTerceiro,
-                      regDmcMovimentoOrigem.ToString().c_str());
-    const std::string_view sTexto(szTexto, std::min(static_cast<std::size_t>(iTamanho), sizeof(szTexto) - 1));
-    const HRESULT hr = GetAcessoEmpresarial()->GravaLogGeral(eServico, sTexto);
+// The operation took place: a line that cannot be written is recorded in the error log and nothing more.
+void CBaseMiddleware::GravaLinhaLogGeral(const char* pszOperacao, REG_XVDMC regDmcIntegracao,
+                                         XVUInt64 uiChaveSistemaTerceiro,
+                                         REG_XVDMC regDmcMovimentoOrigem) noexcept {
+    HRESULT hr = E_OUTOFMEMORY;
+    try {
+        char szTexto[256];
+        const int iTamanho =
+            std::snprintf(szTexto, sizeof(szTexto),
+                          "%s - DMCIntegracao: %s - ChaveSistemaTerceiro: %" PRIu64 " - DMCMovimentoOrigem: %s\n",
+                          pszOperacao, regDmcIntegracao.ToString().c_str(), uiChaveSistemaTerceiro,
+                          regDmcMovimentoOrigem.ToString().c_str());
+        const std::string_view sTexto(szTexto, std::min(static_cast<std::size_t>(iTamanho), sizeof(szTexto) - 1));
+        hr = GetAcessoEmpresarial()->GravaLogGeral(DFSLOG_Servico::eDFSLOG_Inclusao, sTexto);
+    } catch (...) {
+        hr = E_OUTOFMEMORY;
+    }
     if (FAILED(hr)) XV_REGISTRA(hr, "GetAcessoEmpresarial()->GravaLogGeral(eServico, sTexto)");
 }
 

@@ -1,7 +1,7 @@
 // The integration store's operations: record, update, read and search integrations of one company.
 //
 // All results are HRESULTs; a failure has left one line per failing step in the error log. The first
-// failing step ends an operation; what it had written before stays. Thread rule: after Inicializa every
+// failing step ends an operation, which then has changed nothing, in no file and not in memory. Thread rule: after Inicializa every
 // operation may be called from any thread; operations that change the store are serialised per store,
 // reads run beside them. Output records own their buffers (XVLiberaBuffers).
 #pragma once
@@ -98,11 +98,23 @@ class CBaseMiddleware : public CXVDataBaseFacade<CXVDataBase_CR_Middleware, CXVB
     HRESULT ValidaAcessoGravacao() const;
     HRESULT ValidaRegistro(const tagREG_CR_INTEGRACAO_MIDDLEWAREPS& reg) const;
     static REG_CR_INTEGRACAO_MIDDLEWARE_V2 MontaRegistro(const tagREG_CR_INTEGRACAO_MIDDLEWAREPS& reg);
-    void GravaLinhaLogGeral(const char* pszOperacao, DFSLOG_Servico eServico, REG_XVDMC regDmcIntegracao,
-                            XVUInt64 uiChaveSistemaTerceiro, REG_XVDMC regDmcMovimentoOrigem);
+    void GravaLinhaLogGeral(const char* pszOperacao, REG_XVDMC regDmcIntegracao, XVUInt64 uiChaveSistemaTerceiro,
+                            REG_XVDMC regDmcMovimentoOrigem) noexcept;
 
-    // Recording. The lock of changes is held.
-    HRESULT AlteraIntegracao(REG_XVDMC regDmc, const tagREG_CR_INTEGRACAO_MIDDLEWAREPS* pregps);
+    // Recording: what an operation is to write. The lock of changes is held. S_FALSE: the operation must be alone.
+    HRESULT PreparaAlteracao(CXVOperacao& operacao, REG_XVDMC regDmc,
+                             const tagREG_CR_INTEGRACAO_MIDDLEWAREPS& regps);
+    HRESULT PreparaInclusao(CXVOperacao& operacao, const tagREG_CR_INTEGRACAO_MIDDLEWAREPS& regps,
+                            REG_XVDMC* pRegDmc);
+    HRESULT PreparaStatus(CXVOperacao& operacao, const tagREG_CR_STATUS_INTEGRACAO_MIDDLEWAREPS& regStatus,
+                          REG_CR_INDEX_INTEGRACAO_V1 regIndex, XVUInt uiPosicaoIndex,
+                          REG_XVDMC* pRegDmcMovimentoOrigem);
+    HRESULT PreparaChaveRegistro(CXVOperacao& operacao, REG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIRO_V2 reg);
+    HRESULT PreparaChaveRegistroPendente(CXVOperacao& operacao,
+                                         const tagREG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIROPS& regPS);
+    // The texts that an operation is about to add to; the message always.
+    HRESULT ConfereTextosDoDia(XVUInt64 uiChaveNomeArquivo, bool bJSON, bool bJSONRetorno);
+    HRESULT ValidaPosicaoLivre(REG_XVDMC regDmc);
     HRESULT BuscaPosicaoIndexSistemaTerceiro(const tagREG_CR_INTEGRACAO_MIDDLEWAREPS* pregps,
                                              XVUInt& uiPosicao, REG_XVDMC regDmcIntegracao);
     // First index record with this key and system; uiPosicao 0: none.
@@ -110,8 +122,6 @@ class CBaseMiddleware : public CXVDataBaseFacade<CXVDataBase_CR_Middleware, CXVB
                                          REG_CR_INDEX_INTEGRACAO_V1* pregIndex, XVUInt& uiPosicao);
     HRESULT LocalizaIndexDoStatus(const tagREG_CR_STATUS_INTEGRACAO_MIDDLEWAREPS& regStatus,
                                   REG_CR_INDEX_INTEGRACAO_V1* pregIndex, XVUInt& uiPosicaoIndex);
-    HRESULT AplicaStatus(const tagREG_CR_STATUS_INTEGRACAO_MIDDLEWAREPS& regStatus,
-                         REG_CR_INDEX_INTEGRACAO_V1 regIndex, XVUInt uiPosicaoIndex);
 
     // Exchange with external systems. No lock is held.
     HRESULT GetListaDadosIntegracaoPendente(const tagREG_CR_INTEGRACAO_MIDDLEWAREPS& regPS,
@@ -125,6 +135,7 @@ class CBaseMiddleware : public CXVDataBaseFacade<CXVDataBase_CR_Middleware, CXVB
 
     // Reading.
     HRESULT LeDados(REG_XVDMC regDmc, CXVDadosCR_IntegracaoMiddleware* pDados, XVUInt64 ullFlagLeitura);
+    HRESULT LeRegistros(REG_XVDMC regDmc, CXVDadosCR_IntegracaoMiddleware* pDados, XVUInt64 ullFlagLeitura);
     HRESULT LeTextos(XVUInt64 uiChaveNomeArquivo, const REG_CR_INTEGRACAO_MIDDLEWARE_V2& reg,
                      CXVDadosCR_IntegracaoMiddleware* pDados, XVUInt64 ullFlagLeitura);
     HRESULT CompletaComSistemaTerceiro(CXVDadosCR_IntegracaoMiddleware& rDados, bool bOperacaoPosterior);

@@ -1,6 +1,7 @@
 // CBaseMiddleware: the map between keys of the suite and of external systems, and the date-times of the
 // exchanges. The CRC keys of both indexes may collide: every candidate's fields are compared.
 #include "middleware/BaseMiddleware.h"
+#include "middleware/XVCheckOperacao.h"
 #include "middleware/XVValidacaoIntegracao.h"
 
 namespace {
@@ -59,17 +60,21 @@ HRESULT CBaseMiddleware::GravaChaveRegistroTelvoParaTerceiro(const tagREG_CR_CHA
     XV_CHECK(ValidaTipoIntegracao(regPS.eTipoIntegracao));
     XV_CHECK(ValidaSistemaIntegracao(regPS.eSistemaIntegracao));
     const CXVAcessoDefault acesso(this);
-    const auto bloqueio = BloqueiaAlteracao();
-    REG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIRO_V2 reg = DePS(regPS);
+    return ExecutaOperacao(EFila::eSozinha, 0, [&](CXVOperacao& operacao) { return PreparaChaveRegistro(operacao, DePS(regPS)); });
+}
+
+HRESULT CBaseMiddleware::PreparaChaveRegistro(CXVOperacao& operacao, REG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIRO_V2 reg) {
     XVUInt uiPonteiro = 0;
-    XV_CHECK(GetPonteiroIndexChaveRegistroParaTerceiro(reg, uiPonteiro));
-    if (uiPonteiro != 0 && regPS.regDmcOrigemIntegracao.EhNulo()) {
+    XV_CHECK_EM("GravaChaveRegistroTelvoParaTerceiro", GetPonteiroIndexChaveRegistroParaTerceiro(reg, uiPonteiro));
+    const REG_XVDMC regDmcOrigemIntegracao = reg.regDmcOrigemIntegracao;
+    if (uiPonteiro != 0 && regDmcOrigemIntegracao.EhNulo()) {
         // An update that names no origin does not clear the one that is known.
         REG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIRO_V2 regChaveRegistroTelvoAtual;
-        XV_CHECK(m_pDataBase->m_ChaveRegistroParaTerceiro.Le(uiPonteiro, &regChaveRegistroTelvoAtual));
+        XV_CHECK_EM("GravaChaveRegistroTelvoParaTerceiro", m_pDataBase->m_ChaveRegistroParaTerceiro.Le(uiPonteiro, &regChaveRegistroTelvoAtual));
         reg.regDmcOrigemIntegracao = regChaveRegistroTelvoAtual.regDmcOrigemIntegracao;
     }
-    XV_CHECK(m_pDataBase->m_ChaveRegistroParaTerceiro.Grava(uiPonteiro, reg));
+    XV_PREPARA_EM(operacao, "GravaChaveRegistroTelvoParaTerceiro", m_pDataBase->m_ChaveRegistroParaTerceiro.Prepara(operacao, uiPonteiro, reg),
+                  "m_pDataBase->m_ChaveRegistroParaTerceiro.Grava(uiPonteiro, reg)");
     return S_OK;
 }
 
@@ -83,20 +88,23 @@ HRESULT CBaseMiddleware::GravaChaveRegistroTelvoParaTerceiroPendente(const tagRE
     XV_CHECK(ValidaTipoIntegracao(regPS.eTipoIntegracao));
     XV_CHECK(ValidaSistemaIntegracao(regPS.eSistemaIntegracao));
     const CXVAcessoDefault acesso(this);
-    const auto bloqueio = BloqueiaAlteracao();
+    return ExecutaOperacao(EFila::eSozinha, 0, [&](CXVOperacao& operacao) { return PreparaChaveRegistroPendente(operacao, regPS); });
+}
+
+HRESULT CBaseMiddleware::PreparaChaveRegistroPendente(CXVOperacao& operacao, const tagREG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIROPS& regPS) {
     tagREG_CR_FILTRO_CHAVE_REGISTRO_TELVO_PARA_TERCEIROPS regFiltroPS{};
     regFiltroPS.regDmcRegistroTelvo = regPS.regDmcRegistroTelvo;
     regFiltroPS.uiBaseDadosTerceiro = regPS.uiBaseDadosTerceiro;
     regFiltroPS.eTipoIntegracao = regPS.eTipoIntegracao;
     regFiltroPS.eSistemaIntegracao = regPS.eSistemaIntegracao;
     tagREG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIROPS regRetornoFiltro;
-    XV_CHECK_TEXTO(BuscaChaveRegistroTelvoParaTerceiro(regFiltroPS, &regRetornoFiltro),
-                   "BuscaChaveRegistroTelvoParaTerceiro(regFiltroPS, &regRetornoFiltro)");
+    XV_CHECK_EM("GravaChaveRegistroTelvoParaTerceiroPendente", BuscaChaveRegistroTelvoParaTerceiro(regFiltroPS, &regRetornoFiltro));
     if (!regRetornoFiltro.regDmcRegistroTelvo.EhNulo()) return S_OK;
     REG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIRO_V2 reg = DePS(regPS);
     reg.uiChaveRegistroSistemaTerceiro = 0;
     XVUInt uiPonteiro = XVDATABASE_POSICAO_NOVO_REGISTRO;
-    XV_CHECK(m_pDataBase->m_ChaveRegistroParaTerceiro.Grava(uiPonteiro, reg));
+    XV_PREPARA_EM(operacao, "GravaChaveRegistroTelvoParaTerceiroPendente", m_pDataBase->m_ChaveRegistroParaTerceiro.Prepara(operacao, uiPonteiro, reg),
+                  "m_pDataBase->m_ChaveRegistroParaTerceiro.Grava(uiPonteiro, reg)");
     return S_OK;
 }
 
@@ -160,12 +168,14 @@ HRESULT CBaseMiddleware::GravaDataHoraIntegracaoTerceiro(const tagREG_CR_DATA_HO
     XV_CHECK(ValidaSistemaIntegracao(regPS.eSistemaIntegracao));
     XV_CHECK(ValidaTipoData(regPS.eTipoData));
     const CXVAcessoDefault acesso(this);
-    const auto bloqueio = BloqueiaAlteracao();
-    const REG_CR_DATA_HORA_INTEGRACAO_TERCEIRO_V1 reg{regPS.regDataHora, regPS.eTipoIntegracao, regPS.eSistemaIntegracao, regPS.eTipoData, {}};
-    XVUInt uiPonteiro = 0;
-    XV_CHECK(GetPonteiroIndexDataHoraIntegracao(reg, uiPonteiro));
-    XV_CHECK(m_pDataBase->m_DataHoraIntegracao.Grava(uiPonteiro, reg));
-    return S_OK;
+    return ExecutaOperacao(EFila::eSozinha, 0, [&](CXVOperacao& operacao) {
+        const REG_CR_DATA_HORA_INTEGRACAO_TERCEIRO_V1 reg{regPS.regDataHora, regPS.eTipoIntegracao, regPS.eSistemaIntegracao, regPS.eTipoData, {}};
+        XVUInt uiPonteiro = 0;
+        XV_CHECK_EM("GravaDataHoraIntegracaoTerceiro", GetPonteiroIndexDataHoraIntegracao(reg, uiPonteiro));
+        XV_PREPARA_EM(operacao, "GravaDataHoraIntegracaoTerceiro", m_pDataBase->m_DataHoraIntegracao.Prepara(operacao, uiPonteiro, reg),
+                      "m_pDataBase->m_DataHoraIntegracao.Grava(uiPonteiro, reg)");
+        return S_OK;
+    });
 }
 
 HRESULT CBaseMiddleware::BuscaDataHoraIntegracaoTerceiro(const tagREG_CR_FILTRO_DATA_HORA_INTEGRACAO_TERCEIROPS& regFiltroPS,

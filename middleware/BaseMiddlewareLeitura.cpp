@@ -28,6 +28,11 @@ HRESULT CBaseMiddleware::LeIntegracao(REG_XVDMC regDmc, tagREG_CR_INTEGRACAO_MID
 
 HRESULT CBaseMiddleware::LeDados(REG_XVDMC regDmc, CXVDadosCR_IntegracaoMiddleware* pDados,
                                  XVUInt64 ullFlagLeitura) {
+    return LeDeUmMomento([&] { return LeRegistros(regDmc, pDados, ullFlagLeitura); });
+}
+
+HRESULT CBaseMiddleware::LeRegistros(REG_XVDMC regDmc, CXVDadosCR_IntegracaoMiddleware* pDados,
+                                     XVUInt64 ullFlagLeitura) {
     REG_CR_INDEX_INTEGRACAO_V1 regIndex;
     // clang-format off
     XV_CHECK_EM("LeIntegracao", m_pDataBase->m_IndexIntegracao.LeIndex(CXVDataBase_CR_Middleware::GetChaveIndex(regDmc), &regIndex, EColuna_Indexacao_Middleware::eIndexacao_DMCIntegracao));

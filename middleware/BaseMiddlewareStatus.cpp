@@ -16,11 +16,24 @@ HRESULT CBaseMiddleware::GravaStatusIntegracao(tagREG_CR_STATUS_INTEGRACAO_MIDDL
     XV_CHECK(ValidaStatusIntegracao(regStatusIntegracaoPS.eStatusIntegracao));
     XV_CHECK(ValidaSistemaIntegracao(regStatusIntegracaoPS.eSistemaIntegracao));
     const CXVAcessoDefault acesso(this);
-    const auto bloqueio = BloqueiaAlteracao();
-    REG_CR_INDEX_INTEGRACAO_V1 regIndex;
-    XVUInt uiPosicaoIndex = 0;
-    const HRESULT hr = LocalizaIndexDoStatus(regStatusIntegracaoPS, &regIndex, uiPosicaoIndex);
-    return FAILED(hr) ? hr : AplicaStatus(regStatusIntegracaoPS, regIndex, uiPosicaoIndex);
+    REG_XVDMC regDmc;
+    REG_XVDMC regDmcMovimentoOrigem;
+    XVUInt64 uiChaveSistemaTerceiro = 0;
+    const XVUInt64 uiChave = CXVDataBase_CR_Middleware::GetChaveIndex(regStatusIntegracaoPS.regDmc);
+    const HRESULT hr = ExecutaOperacao(EFila::eComOutras, uiChave, [&](CXVOperacao& operacao) {
+        REG_CR_INDEX_INTEGRACAO_V1 regIndex;
+        XVUInt uiPosicaoIndex = 0;
+        const HRESULT hrLocaliza = LocalizaIndexDoStatus(regStatusIntegracaoPS, &regIndex, uiPosicaoIndex);
+        if (FAILED(hrLocaliza)) return hrLocaliza;
+        regDmc = regIndex.regDmcIntegracao;
+        uiChaveSistemaTerceiro = regIndex.uiChaveIntegracaoSistemaTerceiro;
+        if (TemNaFila(CXVDataBase_CR_Middleware::GetChaveIndex(regDmc))) return S_FALSE;
+        operacao.SetChave(CXVDataBase_CR_Middleware::GetChaveIndex(regDmc));
+        return PreparaStatus(operacao, regStatusIntegracaoPS, regIndex, uiPosicaoIndex, &regDmcMovimentoOrigem);
+    });
+    if (FAILED(hr)) return hr;
+    GravaLinhaLogGeral("GravaStatusIntegracao", regDmc, uiChaveSistemaTerceiro, regDmcMovimentoOrigem);
+    return S_OK;
 }
 
 HRESULT CBaseMiddleware::LocalizaIndexDoStatus(const tagREG_CR_STATUS_INTEGRACAO_MIDDLEWAREPS& regStatus,
@@ -42,32 +55,34 @@ HRESULT CBaseMiddleware::LocalizaIndexDoStatus(const tagREG_CR_STATUS_INTEGRACAO
     return S_OK;
 }
 
-HRESULT CBaseMiddleware::AplicaStatus(const tagREG_CR_STATUS_INTEGRACAO_MIDDLEWAREPS& regStatus,
-                                      REG_CR_INDEX_INTEGRACAO_V1 regIndex, XVUInt uiPosicaoIndex) {
+HRESULT CBaseMiddleware::PreparaStatus(CXVOperacao& operacao, const tagREG_CR_STATUS_INTEGRACAO_MIDDLEWAREPS& regStatus,
+                                       REG_CR_INDEX_INTEGRACAO_V1 regIndex, XVUInt uiPosicaoIndex, REG_XVDMC* pRegDmcMovimentoOrigem) {
     const REG_XVDMC regDmc = regIndex.regDmcIntegracao;
     const XVUInt64 uiChaveNomeArquivo = regDmc.GetDma().ToChave();
     XVUInt uiPosicao = regDmc.GetPonteiro();
     REG_CR_INTEGRACAO_MIDDLEWARE_V2 regIntegracao;
     XV_CHECK_EM("GravaStatusIntegracao", m_pDataBase->m_Integracao.Le(uiChaveNomeArquivo, uiPosicao, &regIntegracao));
+    const bool bTemJSONRetorno = regStatus.regJSONRetornoIntegracao.ulQtdBytes != 0;
+    XV_CHECK_EM("GravaStatusIntegracao", ConfereTextosDoDia(uiChaveNomeArquivo, false, bTemJSONRetorno));
+    *pRegDmcMovimentoOrigem = regIntegracao.regDmcMovimentoOrigem;
     regIntegracao.regDataHoraAlteracaoStatus = REG_XVDMAHMSUTC::Agora();
     if (regStatus.eStatusIntegracao == eXVSMiddleware_Cancelado)
         regIntegracao.ulPonteiroUsuarioCancelamento = GetUsuario();
-
     regIndex.eStatusIntegracao = regStatus.eStatusIntegracao;
-    XV_CHECK_EM("GravaStatusIntegracao", m_pDataBase->m_IndexIntegracao.Grava(uiPosicaoIndex, regIndex));
-    GravaLinhaLogGeral("GravaStatusIntegracao", DFSLOG_Servico::eDFSLOG_Alteracao, regDmc,
-                       regIndex.uiChaveIntegracaoSistemaTerceiro, regIntegracao.regDmcMovimentoOrigem);
 
     XVUInt ulPonteiroJSONRetorno = regIntegracao.ulPonteiroJSONRetornoIntegracao;
     XVUInt ulPonteiroMensagem = regIntegracao.ulPonteiroMensagemRetorno;
-    if (regStatus.regJSONRetornoIntegracao.ulQtdBytes != 0)
-        XV_CHECK_TEXTO_EM("GravaStatusIntegracao", m_pDataBase->m_JSONRetornoIntegracao.Grava(uiChaveNomeArquivo, ulPonteiroJSONRetorno, CXVStringPS::RegToString(regStatus.regJSONRetornoIntegracao)),
-                       "m_pDataBase->m_JSONRetornoIntegracao.Grava(uiChaveNomeArquivo, regIntegracao.ulPonteiroJSONRetornoIntegracao, CXVStringPS::RegToString(regStatusIntegracaoPS.regJSONRetornoIntegracao))");
-    XV_CHECK_TEXTO_EM("GravaStatusIntegracao", m_pDataBase->m_MensagemIntegracao.Grava(uiChaveNomeArquivo, ulPonteiroMensagem, CXVStringPS::RegToString(regStatus.regMensagemIntegracao)),
-                   "m_pDataBase->m_MensagemIntegracao.Grava(uiChaveNomeArquivo, regIntegracao.ulPonteiroMensagemRetorno, CXVStringPS::RegToString(regStatusIntegracaoPS.regMensagemIntegracao))");
+    if (bTemJSONRetorno)
+        XV_PREPARA_EM(operacao, "GravaStatusIntegracao", m_pDataBase->m_JSONRetornoIntegracao.Prepara(operacao, uiChaveNomeArquivo, ulPonteiroJSONRetorno, CXVStringPS::RegToString(regStatus.regJSONRetornoIntegracao)),
+                      "m_pDataBase->m_JSONRetornoIntegracao.Grava(uiChaveNomeArquivo, regIntegracao.ulPonteiroJSONRetornoIntegracao, CXVStringPS::RegToString(regStatusIntegracaoPS.regJSONRetornoIntegracao))");
+    XV_PREPARA_EM(operacao, "GravaStatusIntegracao", m_pDataBase->m_MensagemIntegracao.Prepara(operacao, uiChaveNomeArquivo, ulPonteiroMensagem, CXVStringPS::RegToString(regStatus.regMensagemIntegracao)),
+                  "m_pDataBase->m_MensagemIntegracao.Grava(uiChaveNomeArquivo, regIntegracao.ulPonteiroMensagemRetorno, CXVStringPS::RegToString(regStatusIntegracaoPS.regMensagemIntegracao))");
     regIntegracao.ulPonteiroJSONRetornoIntegracao = ulPonteiroJSONRetorno;
     regIntegracao.ulPonteiroMensagemRetorno = ulPonteiroMensagem;
-    XV_CHECK_EM("GravaStatusIntegracao", m_pDataBase->m_Integracao.Grava(uiChaveNomeArquivo, uiPosicao, regIntegracao));
+    XV_PREPARA_EM(operacao, "GravaStatusIntegracao", m_pDataBase->m_Integracao.Prepara(operacao, uiChaveNomeArquivo, uiPosicao, regIntegracao),
+                  "m_pDataBase->m_Integracao.Grava(uiChaveNomeArquivo, uiPosicao, regIntegracao)");
+    XV_PREPARA_EM(operacao, "GravaStatusIntegracao", m_pDataBase->m_IndexIntegracao.Prepara(operacao, uiPosicaoIndex, regIndex),
+                  "m_pDataBase->m_IndexIntegracao.Grava(uiPosicaoIndex, regIndex)");
     return S_OK;
 }
 // clang-format on

@@ -1,5 +1,10 @@
 #include "middleware/XVDataBase_CR_Middleware.h"
 
+#include <algorithm>
+
+#include "core/xvdatabase/XVNomeArquivo.h"
+#include "support/XVProfiler.h"
+
 namespace {
 
 // One CRC over the bytes of the fields, in memory order.
@@ -45,10 +50,61 @@ HRESULT CXVDataBase_CR_Middleware::OnInicializa() {
 
 HRESULT CXVDataBase_CR_Middleware::OnFinaliza() {
     XV_ESCOPO();
+    m_mapaDias.clear();
     m_IndexIntegracao.RemoveDeclaracoesIndex();
     m_ChaveRegistroParaTerceiro.RemoveDeclaracoesIndex();
     m_DataHoraIntegracao.RemoveDeclaracoesIndex();
     XV_CHECK_TEXTO(CXVDataBase::OnFinaliza(), "__super::OnFinaliza()");
+    return S_OK;
+}
+
+bool CXVDataBase_CR_Middleware::EstaDiaAberto(XVUInt64 uiChaveNomeArquivo) const {
+    return m_Integracao.TemArquivoAberto(uiChaveNomeArquivo) && m_JSONIntegracao.TemArquivoAberto(uiChaveNomeArquivo) &&
+           m_MensagemIntegracao.TemArquivoAberto(uiChaveNomeArquivo) &&
+           m_JSONRetornoIntegracao.TemArquivoAberto(uiChaveNomeArquivo);
+}
+
+CXVGroupTextFileDynamic& CXVDataBase_CR_Middleware::GetGrupo(ETexto eTexto) {
+    if (eTexto == ETexto::eJSON) return m_JSONIntegracao;
+    return eTexto == ETexto::eMensagem ? m_MensagemIntegracao : m_JSONRetornoIntegracao;
+}
+
+HRESULT CXVDataBase_CR_Middleware::LeMaioresPonteiros(XVUInt64 uiChaveNomeArquivo, SDia* pDia) {
+    if (!m_Integracao.TemMembro(uiChaveNomeArquivo)) return S_OK;
+    XVUInt64 uiQuantidade = 0;
+    XV_CHECK(m_Integracao.GetQtdRegistros(uiChaveNomeArquivo, &uiQuantidade));
+    std::vector<REG_CR_INTEGRACAO_MIDDLEWARE_V2> aRegistros;
+    if (uiQuantidade > 0) XV_CHECK(m_Integracao.LeColecao(uiChaveNomeArquivo, 1, uiQuantidade, aRegistros));
+    for (const REG_CR_INTEGRACAO_MIDDLEWARE_V2& reg : aRegistros) {
+        const std::array<XVUInt, k_uiTextos> aulPonteiros{reg.ulPonteiroJSONRegistro, reg.ulPonteiroMensagemRetorno,
+                                                          reg.ulPonteiroJSONRetornoIntegracao};
+        for (std::size_t i = 0; i < k_uiTextos; ++i) pDia->aulMaior[i] = std::max(pDia->aulMaior[i], aulPonteiros[i]);
+    }
+    return S_OK;
+}
+
+HRESULT CXVDataBase_CR_Middleware::ConfereTextos(XVUInt64 uiChaveNomeArquivo, ETexto eTexto) {
+    const auto uiTexto = static_cast<std::size_t>(eTexto);
+    auto it = m_mapaDias.find(uiChaveNomeArquivo);
+    if (it == m_mapaDias.end()) {
+        SDia dia;
+        XV_CHECK(LeMaioresPonteiros(uiChaveNomeArquivo, &dia));
+        it = m_mapaDias.emplace(uiChaveNomeArquivo, dia).first;
+    }
+    if (it->second.abConferido[uiTexto]) return S_OK;
+    CXVGroupTextFileDynamic& rGrupo = GetGrupo(eTexto);
+    XVUInt64 uiQuantidade = 0;
+    if (rGrupo.TemMembro(uiChaveNomeArquivo)) XV_CHECK(rGrupo.GetQtdRegistros(uiChaveNomeArquivo, &uiQuantidade));
+    if (it->second.aulMaior[uiTexto] > uiQuantidade) {
+        XVProfiler::RecordError(
+            this, "CXVDataBase_CR_Middleware::ConfereTextos", XVNomeFonte(), __LINE__,
+            "Arquivo recusado para gravação: %s\tUm registro de %s aponta o texto %u; textos no arquivo: %llu",
+            XVNomeArquivo::ChaveParaNome(uiChaveNomeArquivo, rGrupo.GetNomeArquivo()).c_str(),
+            XVNomeArquivo::ChaveParaNome(uiChaveNomeArquivo, m_Integracao.GetNomeArquivo()).c_str(),
+            it->second.aulMaior[uiTexto], static_cast<unsigned long long>(uiQuantidade));
+        return E_XVCR_INCONSISTENCIA_CONTROLE_CRIACAO_ARQUIVOS;
+    }
+    it->second.abConferido[uiTexto] = true;
     return S_OK;
 }
 

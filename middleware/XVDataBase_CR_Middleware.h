@@ -1,6 +1,9 @@
 // Schema of the integration store: its files, the indexes over them and the key of every index.
 #pragma once
 
+#include <array>
+#include <map>
+
 #include "core/xvdatabase/XVFile.h"
 #include "core/xvdatabase/XVGroupFileDynamic.h"
 #include "core/xvdatabase/XVGroupTextFileDynamic.h"
@@ -45,6 +48,15 @@ class CXVDataBase_CR_Middleware : public CXVDataBase {
     static XVUInt64 GetChaveIndexSistemaTerceiro(XVUInt64 uiChaveIntegracaoSistemaTerceiro,
                                                  XVUInt eSistemaIntegracao);
 
+    // Whether the four files of a day are there and open.
+    bool EstaDiaAberto(XVUInt64 uiChaveNomeArquivo) const;
+    // The texts of an integration, each in a group of its own.
+    enum class ETexto : std::uint8_t { eJSON, eMensagem, eJSONRetorno, eQuantidade };
+    // Before a text is recorded in a day: no record of the day names a text that the day's file does not hold, or
+    // the new one would answer for an old integration. E_XVCR_INCONSISTENCIA_CONTROLE_CRIACAO_ARQUIVOS; the
+    // error log names both files. Each file is looked at once. The lock of changes is held.
+    HRESULT ConfereTextos(XVUInt64 uiChaveNomeArquivo, ETexto eTexto);
+
     // Every group keeps at most this many members open.
     static constexpr std::size_t k_uiLimiteAbertos = 2;
 
@@ -59,4 +71,16 @@ class CXVDataBase_CR_Middleware : public CXVDataBase {
   protected:
     HRESULT OnInicializa() override;
     HRESULT OnFinaliza() override;
+
+  private:
+    static constexpr std::size_t k_uiTextos = static_cast<std::size_t>(ETexto::eQuantidade);
+    // Highest text position that the records of a day name, and whether the files were found to hold it.
+    struct SDia {
+        std::array<XVUInt, k_uiTextos> aulMaior{};
+        std::array<bool, k_uiTextos> abConferido{};
+    };
+    HRESULT LeMaioresPonteiros(XVUInt64 uiChaveNomeArquivo, SDia* pDia);
+    CXVGroupTextFileDynamic& GetGrupo(ETexto eTexto);
+
+    std::map<XVUInt64, SDia> m_mapaDias;
 };

@@ -61,6 +61,14 @@ bool AssinaturaConfere(const REG_XVCABECALHO_A& regA) {
            XVCrc64(&regA.uiCrcVersao, sizeof(regA.uiCrcVersao)) == regA.uiCrcDoCrc;
 }
 
+REG_XVCABECALHO_A BlocoA() {
+    REG_XVCABECALHO_A regA{};
+    regA.usVersao = k_usVersaoCabecalho;
+    regA.uiCrcVersao = XVCrc64(&regA.usVersao, sizeof(regA.usVersao));
+    regA.uiCrcDoCrc = XVCrc64(&regA.uiCrcVersao, sizeof(regA.uiCrcVersao));
+    return regA;
+}
+
 bool CrcConfere(const REG_XVCABECALHO_B& regB) {
     return XVCrc64(&regB, k_uiBytesDoCrcB) == regB.uiCrc;
 }
@@ -68,9 +76,7 @@ bool CrcConfere(const REG_XVCABECALHO_B& regB) {
 void Gera(REG_XVCABECALHO& reg, std::string_view sNomeArquivo, const IXVDF_Profiler& rDono,
           XVUShort usVersaoArquivo, XVUInt64 uiTamanhoDados) {
     std::memset(&reg, 0, sizeof(reg));
-    reg.regA.usVersao = k_usVersaoCabecalho;
-    reg.regA.uiCrcVersao = XVCrc64(&reg.regA.usVersao, sizeof(reg.regA.usVersao));
-    reg.regA.uiCrcDoCrc = XVCrc64(&reg.regA.uiCrcVersao, sizeof(reg.regA.uiCrcVersao));
+    reg.regA = BlocoA();
 
     REG_XVCABECALHO_B& regB = reg.regB;
     regB.regUltimaAtualizacao = regB.regCriacao = regB.regSegundaCriacao = Agora();
@@ -103,6 +109,10 @@ void Atualiza(REG_XVCABECALHO_B& regB, const IXVDF_Profiler& rDono, XVUInt64 uiT
                   regAgora);
     AtualizaCampo(regB.szComputador, regB.szComputadorAnterior, regB.regAlteracaoComputador, NomeComputador(),
                   regAgora);
+    Sela(regB);
+}
+
+void Sela(REG_XVCABECALHO_B& regB) {
     regB.uiCrc = XVCrc64(&regB, k_uiBytesDoCrcB);
 }
 

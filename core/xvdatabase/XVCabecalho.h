@@ -95,6 +95,10 @@ void Gera(REG_XVCABECALHO& reg, std::string_view sNomeArquivo, const IXVDF_Profi
           XVUShort usVersaoArquivo, XVUInt64 uiTamanhoDados);
 // Brings block B up to date for a payload of uiTamanhoDados bytes, written now by rDono.
 void Atualiza(REG_XVCABECALHO_B& regB, const IXVDF_Profiler& rDono, XVUInt64 uiTamanhoDados);
+// Recomputes the CRC after a field was set.
+void Sela(REG_XVCABECALHO_B& regB);
+// Block A as every file of this version has it.
+REG_XVCABECALHO_A BlocoA();
 
 // The file-name field against a name: last 23 characters, case ignored.
 bool NomeConfere(const REG_XVCABECALHO_B& regB, std::string_view sNomeArquivo);

@@ -12,6 +12,8 @@
 #include "core/xvdatabase/IXVFileBase.h"
 #include "suite/XVBaseParaRotinas.h"
 
+class CXVDiario;
+
 class CXVDataBase : public CXVBaseParaRotinas {
   public:
     XV_CLASSE("CXVDataBase", "XVDataBase")
@@ -37,9 +39,18 @@ class CXVDataBase : public CXVBaseParaRotinas {
     void DesabilitaCabecalho() { m_bCabecalhoDesabilitado = true; }
     bool EhCabecalhoDesabilitado() const { return m_bCabecalhoDesabilitado; }
 
-    // A failed write could not be undone either: a file may be longer than its header says.
-    void AvisaGravacaoNaoDesfeita() { m_bGravacaoNaoDesfeita = true; }
-    bool TemGravacaoNaoDesfeita() const { return m_bGravacaoNaoDesfeita; }
+    // The journal of the data directory, where it is open for writing; otherwise null. Known after Inicializa.
+    CXVDiario* GetDiario() const { return m_pDiario; }
+
+    // Around the moment in which the memory of several files passes from before an operation to after it.
+    void IniciaPublicacao() { m_uiIniciadas.fetch_add(1, std::memory_order_acq_rel); }
+    void TerminaPublicacao() { m_uiTerminadas.fetch_add(1, std::memory_order_release); }
+    // Reads that begin and end with the same number, and began with no publication under way, saw one moment.
+    XVUInt64 GetPublicacoesTerminadas() const { return m_uiTerminadas.load(std::memory_order_acquire); }
+    XVUInt64 GetPublicacoesIniciadas() const {
+        std::atomic_thread_fence(std::memory_order_acquire);
+        return m_uiIniciadas.load(std::memory_order_relaxed);
+    }
 
   protected:
     HRESULT OnInicializa() override;
@@ -52,5 +63,7 @@ class CXVDataBase : public CXVBaseParaRotinas {
     bool m_bAcessoDireto = false;
     bool m_bSomenteLeitura = false;
     bool m_bCabecalhoDesabilitado = false;
-    std::atomic<bool> m_bGravacaoNaoDesfeita = false;
+    CXVDiario* m_pDiario = nullptr;
+    std::atomic<XVUInt64> m_uiIniciadas = 0;
+    std::atomic<XVUInt64> m_uiTerminadas = 0;
 };

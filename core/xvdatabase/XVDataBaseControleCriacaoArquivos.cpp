@@ -6,6 +6,7 @@
 #include "core/xvdatabase/XVCodigosArquivo.h"
 #include "core/xvdatabase/XVDataBase.h"
 #include "core/xvdatabase/XVDataBaseUtil.h"
+#include "core/xvdatabase/XVDiario.h"
 #include "core/xvdatabase/XVImagemArquivo.h"
 #include "core/xvdatabase/XVModoAbertura.h"
 #include "core/xvdatabase/XVNomeArquivo.h"
@@ -117,7 +118,12 @@ HRESULT CXVDataBaseControleCriacaoArquivos::RemoveControleCriacaoArquivos() {
     if (!bPossui) return S_OK;
     std::unique_ptr<IXVMarcaDiretorio> marca;
     XV_CHECK(ExecutaMarcaDiretorio(marca));
-    CXVImagemArquivo xvFileNew(m_eModulo, XVNomeArquivo::TrocaExtensao(k_sNomeControle, "tra"));
+    std::string sDiretorio;
+    XV_CHECK(CXVDataBaseUtil::GetPathDados(m_eModulo, GetEmpresa(), &sDiretorio));
+    const std::string sNomeTra = XVNomeArquivo::TrocaExtensao(k_sNomeControle, "tra");
+    CXVCopiaProtegida copia(CXVDiario::Busca(sDiretorio));
+    XV_CHECK(copia.Inicia(this, sNomeTra));
+    CXVImagemArquivo xvFileNew(m_eModulo, sNomeTra);
     XV_CHECK(xvFileNew.Inicializa(this));
     XV_CHECK(GravaListaSemArquivo(xvFileNew));
     XV_CHECK_TEXTO(

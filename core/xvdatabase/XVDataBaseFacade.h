@@ -2,7 +2,8 @@
 // open store among all logic objects of the same company in the process. The last one to go closes it.
 //
 // Thread rule: Inicializa and Finaliza of one object are not called concurrently; of different objects
-// they may be. Operations that change the store hold BloqueiaAlteracao for their whole run; reads do not.
+// they may be. Operations that change the store go through ExecutaOperacao; reads run
+// beside them.
 #pragma once
 
 #include <map>
@@ -13,7 +14,8 @@
 #include "core/xvdatabase/XVCodigosArquivo.h"
 #include "core/xvdatabase/XVDataBase.h"
 #include "core/xvdatabase/XVDataBaseUtil.h"
-#include "core/xvdatabase/XVMarcaAbertura.h"
+#include "core/xvdatabase/XVDiario.h"
+#include "core/xvdatabase/XVOperacao.h"
 #include "platform/XVPlataforma.h"
 #include "support/XVCodigos.h"
 #include "support/XVProfiler.h"
@@ -49,13 +51,13 @@ class CXVDataBaseFacade : public TBase {
             return S_OK;
         }
         XV_CHECK(CriaDiretorio(sDiretorio));
-        m_pLoja = CRegistroLojas::Instancia().Busca(ChaveDaLoja(sDiretorio));
+        m_pLoja = CRegistroLojas::Instancia().Busca(CXVDiario::ChaveDoDiretorio(sDiretorio));
         const std::lock_guard lock(m_pLoja->mutexAbertura);
         if (m_pLoja->uiObjetos == 0) {
-            XV_CHECK(RecusaVersaoPosterior());  // before the mark, which may undo writes
-            XV_CHECK_TEXTO(m_pLoja->marca.Abre(this, sDiretorio), "AbreMarca(sDiretorio)");
+            XV_CHECK(RecusaVersaoPosterior());  // before the journal, which may conclude an operation
+            XV_CHECK(m_pLoja->diario.Abre(this, m_pLoja->dataBase.GetModulo(), sDiretorio));
             const HRESULT hr = AbreLoja();
-            if (FAILED(hr)) m_pLoja->marca.Fecha(true);  // nothing was recorded
+            if (FAILED(hr)) XVIgnora(m_pLoja->diario.Fecha(this));
             XV_CHECK_TEXTO(hr, "AbreLoja()");
         }
         ++m_pLoja->uiObjetos;
@@ -75,8 +77,9 @@ class CXVDataBaseFacade : public TBase {
         }
         pLoja->uiObjetos = 0;
         const HRESULT hr = pLoja->dataBase.Finaliza();
-        pLoja->marca.Fecha(SUCCEEDED(hr) && !pLoja->dataBase.TemGravacaoNaoDesfeita());
+        const HRESULT hrDiario = pLoja->diario.Fecha(this);
         XV_CHECK_TEXTO(hr, "m_pDataBase->Finaliza()");
+        XV_CHECK_TEXTO(hrDiario, "diario.Fecha(this)");
         return S_OK;
     }
 
@@ -91,10 +94,52 @@ class CXVDataBaseFacade : public TBase {
         return S_OK;
     }
 
-    // Held by every operation that changes the store. Null store: E_XVCR_COMPONENTE_NAO_INICIALIZADO is the
-    // caller's answer.
-    [[nodiscard]] std::unique_lock<std::mutex> BloqueiaAlteracao() const {
-        return std::unique_lock(m_pLoja->mutexAlteracao);
+    // Whether an operation may be prepared while others wait for the device.
+    enum class EFila : std::uint8_t {
+        eComOutras,  // it depends on nothing that they change but, perhaps, on what its key names
+        eSozinha,    // it decides by what others may be changing
+    };
+
+    // Carries out one operation that changes the store. prepara(CXVOperacao&) prepares its writes under the
+    // lock of changes; its failure ends the operation. It may give the operation a key; S_FALSE: it must be
+    // alone.
+    template <class TPrepara>
+    HRESULT ExecutaOperacao(EFila eFila, XVUInt64 uiChave, TPrepara prepara) {
+        CXVDiario& rDiario = m_pLoja->diario;
+        while (true) {
+            std::unique_lock bloqueio(m_pLoja->mutexAlteracao);
+            if (eFila == EFila::eSozinha ? rDiario.TemFila() : rDiario.TemNaFila(uiChave))
+                rDiario.EsvaziaFila(bloqueio);
+            CXVOperacao operacao(m_pDataBase);
+            operacao.SetChave(uiChave);
+            HRESULT hr = prepara(operacao);
+            if (FAILED(hr)) return hr;
+            if (hr == S_OK && eFila == EFila::eSozinha) return operacao.Executa();
+            bool bRefaz = hr == S_FALSE;
+            if (!bRefaz) hr = rDiario.Executa(operacao, bloqueio, &bRefaz);
+            if (!bRefaz) return hr;
+            eFila = EFila::eSozinha;
+        }
+    }
+    bool TemFila() const { return m_pLoja->diario.TemFila(); }
+    bool TemNaFila(XVUInt64 uiChave) const { return m_pLoja->diario.TemNaFila(uiChave); }
+
+    // Runs leitura so that it sees memory at one moment, not in the middle of an operation's publication.
+    // It may run more than once.
+    template <class TLeitura>
+    HRESULT LeDeUmMomento(TLeitura leitura) {
+        constexpr int k_iTentativas = 8;
+        for (int i = 0; i < k_iTentativas; ++i) {
+            const XVUInt64 uiMomento = m_pDataBase->GetPublicacoesTerminadas();
+            if (m_pDataBase->GetPublicacoesIniciadas() != uiMomento) {
+                XVPlataforma::Relogio().Dorme(0);
+                continue;
+            }
+            const HRESULT hr = leitura();
+            if (m_pDataBase->GetPublicacoesIniciadas() == uiMomento) return hr;
+        }
+        const std::lock_guard bloqueio(m_pLoja->mutexAlteracao);  // writers wait this once
+        return leitura();
     }
 
     TDataBase* m_pDataBase = nullptr;
@@ -102,7 +147,7 @@ class CXVDataBaseFacade : public TBase {
   private:
     struct SLoja {
         TDataBase dataBase;
-        CXVMarcaAbertura marca;
+        CXVDiario diario;
         std::mutex mutexAbertura;
         std::mutex mutexAlteracao;
         std::size_t uiObjetos = 0;
@@ -128,14 +173,6 @@ class CXVDataBaseFacade : public TBase {
         std::mutex m_Mutex;
         std::map<std::string, std::weak_ptr<SLoja>> m_mapLojas;
     };
-
-    // Where names ignore case, two spellings of a company are one directory and so one store.
-    static std::string ChaveDaLoja(const std::string& sDiretorio) {
-        const std::string sDiretorioEmpresa = sDiretorio.substr(0, sDiretorio.find_last_of("/\\"));
-        std::string sNomeReal;
-        if (!XVPlataforma::SistemaArquivos().BuscaNomeReal(sDiretorioEmpresa, sNomeReal)) return sDiretorio;
-        return sDiretorioEmpresa.substr(0, sDiretorioEmpresa.size() - sNomeReal.size()) + sNomeReal;
-    }
 
     HRESULT CriaDiretorio(const std::string& sDiretorio) {
         const CXVErroArquivo erro = XVPlataforma::SistemaArquivos().CriaDiretorio(sDiretorio);

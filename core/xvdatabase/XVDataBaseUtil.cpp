@@ -5,6 +5,7 @@
 #include "core/xvdatabase/XVCodigosArquivo.h"
 #include "core/xvdatabase/XVDataBase.h"
 #include "core/xvdatabase/XVDataBaseControleCriacaoArquivos.h"
+#include "core/xvdatabase/XVDiario.h"
 #include "core/xvdatabase/XVFileBase.h"
 #include "core/xvdatabase/XVNomeArquivo.h"
 #include "platform/XVAmbienteSO.h"
@@ -86,7 +87,14 @@ HRESULT CXVDataBaseUtil::ListaMembros(const IXVDF_Profiler* pDono, EModulo eModu
     return S_OK;
 }
 
+// Before a file goes or is replaced: what the journal knows of it ends here.
+HRESULT CXVDataBaseUtil::EncerraNoDiario(const IXVDF_Profiler* pDono, const std::string& sPathArquivo) {
+    CXVDiario* pDiario = CXVDiario::Busca(sPathArquivo.substr(0, sPathArquivo.find_last_of("/\\")));
+    return pDiario == nullptr ? S_OK : pDiario->PontoSeguro(pDono);
+}
+
 HRESULT CXVDataBaseUtil::DeletaPath(const IXVDF_Profiler* pDono, const std::string& sPathArquivo) {
+    XV_CHECK_DONO(pDono, EncerraNoDiario(pDono, sPathArquivo));
     const CXVErroArquivo erro = Tenta([&] { return XVPlataforma::SistemaArquivos().Apaga(sPathArquivo); });
     if (erro.Ok() || !Existe(sPathArquivo)) return S_OK;
     XVProfiler::RecordError(pDono, "CXVDataBaseUtil::DeletaArquivo", XVNomeFonte(), __LINE__,
@@ -139,6 +147,7 @@ HRESULT CXVDataBaseUtil::DeletaArquivo(const IXVDF_Profiler* pDono, EModulo eMod
 
 HRESULT CXVDataBaseUtil::MovePath(const IXVDF_Profiler* pDono, const std::string& sPathOrigem,
                                   const std::string& sPathArquivo) {
+    XV_CHECK_DONO(pDono, EncerraNoDiario(pDono, sPathArquivo));
     const CXVErroArquivo erro =
         Tenta([&] { return XVPlataforma::SistemaArquivos().Substitui(sPathOrigem, sPathArquivo); });
     if (erro.Ok()) return S_OK;

@@ -70,6 +70,7 @@ class CXVDataBaseUtil {
   private:
     static HRESULT DeletaArquivoUnico(const IXVDF_Profiler* pDono, EModulo eModulo,
                                       const std::string& sNomeArquivo, EControleDelecao eControle);
+    static HRESULT EncerraNoDiario(const IXVDF_Profiler* pDono, const std::string& sPathArquivo);
     static HRESULT DeletaPath(const IXVDF_Profiler* pDono, const std::string& sPathArquivo);
     static HRESULT GravaAuditoria(const IXVDF_Profiler* pDono, const std::string& sNomeArquivo);
     static HRESULT RenomeiaArquivoUnico(const IXVDF_Profiler* pDono, EModulo eModulo,

@@ -1,8 +1,8 @@
 // A file of fixed-size records of one layout, kept whole in memory, with any number of in-memory indexes.
 //
 // Positions are 1-based; 0 as a write position appends. Reads are served from memory under the shared
-// lock; writes go to disk first, then to memory and indexes, under the exclusive lock for the whole
-// operation including its retries. Thread rule: any thread after Inicializa.
+// lock, which a write holds alone only while it changes memory and indexes, after the disk. Thread rule: any
+// thread after Inicializa.
 // Limit: 4,294,967,295 records a file.
 #pragma once
 
@@ -44,6 +44,15 @@ class CXVFile : public CXVFileBase {
     HRESULT Grava(XVUInt& uiPosicao, const T& reg);
     HRESULT GravaColecao(XVUInt& uiPosicao, std::span<const T> aRegistros);
 
+    // The same writes as part of an operation: checked and prepared, nothing is changed. out: the position
+    // that the operation will use. Records that wait for another operation are not written over.
+    HRESULT Prepara(CXVOperacao& rOperacao, XVUInt& uiPosicao, const T& reg) {
+        return PreparaColecao(rOperacao, uiPosicao, std::span<const T>(&reg, 1));
+    }
+    HRESULT PreparaColecao(CXVOperacao& rOperacao, XVUInt& uiPosicao, std::span<const T> aRegistros);
+    // The position that the next new record gets.
+    XVUInt64 GetProximaPosicao();
+
     XVUInt64 GetQtdRegistros() const;
     // The whole array, for a database with direct access; otherwise null.
     const TXVArrayRegistros<T>* GetPtrRegistros() const {
@@ -79,6 +88,7 @@ class CXVFile : public CXVFileBase {
     // Read or overwrite the record that holds the key; E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA when none does.
     HRESULT LeIndex(XVUInt64 uiPosicaoIndex, T* preg, XVUInt uiColunaIndexacao) const;
     HRESULT GravaIndex(XVUInt64 uiPosicaoIndex, const T& reg, XVUInt uiColunaIndexacao);
+    HRESULT PreparaIndex(CXVOperacao& rOperacao, XVUInt64 uiPosicaoIndex, const T& reg, XVUInt uiColunaIndexacao);
 
   protected:
     HRESULT OnInicializa() override;
@@ -91,8 +101,7 @@ class CXVFile : public CXVFileBase {
         bool bPermiteChaveZerada;
         bool bPermiteChaveRepetida;
         CXVIndice indice;
-        // Working lists of a write, kept for their memory: keys in record order, and the same sorted.
-        std::vector<XVUInt64> listaIndexGerados;
+        // Keys of the write that is being checked, sorted; kept for its memory.
         std::vector<XVUInt64> setIndexOrdenar;
 
         XVUInt64 GetChave(const T& reg, std::size_t uiColuna) const {
@@ -100,20 +109,25 @@ class CXVFile : public CXVFileBase {
         }
     };
 
+    // A prepared write: the records, those that they overwrite, and the keys of every index.
+    class CPreparados;
+
     HRESULT Carrega();
     HRESULT ConstroiIndices();
     HRESULT AbreParaGravacao();
-    HRESULT GravaRegistros(XVUInt& uiPosicao, std::span<const T> aRegistros, XVUInt64 uiTamanhoArquivo);
-    void DesfazGravacaoRegistros(XVUInt uiPosicao, std::size_t uiQuantidade, XVUInt64 uiTamanhoArquivo);
-    HRESULT ValidaIndices(XVUInt uiPosicao, std::span<const T> aRegistros);
-    HRESULT ValidaIndex(XVUInt uiPosicao, std::span<const T> aRegistros, std::size_t idx);
+    HRESULT ValidaPosicao(XVUInt uiPosicao) const;
+    CPreparados& GetPreparados();
+    HRESULT ValidaIndices(XVUInt uiPosicao, std::span<const T> aRegistros, std::vector<XVUInt64>& aChaves);
+    HRESULT ValidaIndex(XVUInt uiPosicao, std::span<const T> aRegistros, std::size_t idx,
+                        std::vector<XVUInt64>& aChaves);
     bool PodeManterChave(const SIndice& rIndice, XVUInt64 uiChave, XVUInt uiPosicaoRegistro) const;
     HRESULT AtualizaIndexDoArquivo(SIndice& rIndice, std::size_t uiColuna);
     void PreparaMemoria(XVUInt uiPosicao, std::size_t uiQuantidade);
-    void AtualizaMemoria(XVUInt uiPosicao, std::span<const T> aRegistros);
+    void AtualizaMemoria(const CPreparados& rPreparados);
 
     TXVArrayRegistros<T> m_aRegistros;
     std::vector<SIndice> m_listaIndices;
+    std::vector<std::unique_ptr<CPreparados>> m_listaPreparados;  // used again and again
 };
 
 #include "core/xvdatabase/XVFileGravacao.inl"

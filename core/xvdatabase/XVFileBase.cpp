@@ -5,6 +5,7 @@
 #include "core/xvdatabase/XVCodigosArquivo.h"
 #include "core/xvdatabase/XVDataBase.h"
 #include "core/xvdatabase/XVDataBaseUtil.h"
+#include "core/xvdatabase/XVDiario.h"
 #include "core/xvdatabase/XVNomeArquivo.h"
 #include "platform/XVPlataforma.h"
 #include "support/XVCodigos.h"
@@ -58,9 +59,9 @@ HRESULT CXVFileBase::OnInicializa() {
 
 HRESULT CXVFileBase::OnFinaliza() {
     XV_ESCOPO({"m_sNomeArquivo", m_sNomeArquivo});
-    // A file that was refused stays byte for byte as found.
-    const HRESULT hrAtualiza = EstaInicializado() ? AtualizaArquivo() : S_OK;
-    if (FAILED(hrAtualiza)) DesfazGravacao(m_uiTamanhoArquivo);
+    // A file that was not changed, or was refused, stays byte for byte as found.
+    const HRESULT hrAtualiza = EstaInicializado() && m_bAlterado ? AtualizaArquivo() : S_OK;
+    if (CXVDiario* pDiario = m_pDataBase->GetDiario()) pDiario->EsqueceArquivo(*this);
     FechaArquivo();
     const HRESULT hrControle = m_ControleCriacaoArquivos.Finaliza();
     XV_CHECK_TEXTO(hrAtualiza, "AtualizaArquivo()");
@@ -96,8 +97,10 @@ HRESULT CXVFileBase::AbreArquivo(XVUInt eModoAbertura) {
         if (eModoAbertura != eModoLeituraGravacao || !rSistema.Substitui(sPathReal, sPath).Ok())
             sPath = sPathReal;
     }
-    XV_CHECK(AbreComTentativas(sPath, eModoAbertura));
+    XV_CHECK(AbreComTentativas(sPath, eModoAbertura, m_pArquivo));
     m_eModoAbertura = eModoAbertura;
+    if (CXVDiario* pDiario = m_pDataBase->GetDiario(); pDiario != nullptr && EstaAbertoParaGravacao())
+        pDiario->LembraArquivo(*this);
     HRESULT hr = LeTamanho();
     const bool bCriado = !bExiste && m_uiTamanhoArquivo == 0;
     if (SUCCEEDED(hr) && eModoAbertura != eModoLeituraSemBloqueio) hr = GerenciaCabecalho();
@@ -106,12 +109,13 @@ HRESULT CXVFileBase::AbreArquivo(XVUInt eModoAbertura) {
     return S_OK;
 }
 
-HRESULT CXVFileBase::AbreComTentativas(const std::string& sPath, XVUInt eModoAbertura) {
+HRESULT CXVFileBase::AbreComTentativas(const std::string& sPath, XVUInt eModoAbertura,
+                                       std::unique_ptr<IXVArquivo>& pArquivo) {
     IXVSistemaArquivos& rSistema = XVPlataforma::SistemaArquivos();
     const SAberturaArquivo abertura = AberturaDoModo(eModoAbertura);
     SCodigoArquivo codigo{eXVGenericError, "eXVGenericError"};
     for (int i = 1; i <= k_iTentativasAbertura; ++i) {
-        const CXVErroArquivo erro = rSistema.Abre(sPath, abertura, m_pArquivo);
+        const CXVErroArquivo erro = rSistema.Abre(sPath, abertura, pArquivo);
         if (erro.Ok()) return S_OK;
         codigo = XVCodigosArquivo::DeAberturaImediata(erro.GetCausa());
         if (codigo.pszNome != nullptr) break;
@@ -137,6 +141,7 @@ HRESULT CXVFileBase::LeTamanho() {
 
 void CXVFileBase::FechaArquivo() {
     m_eModoAbertura = eModoFechado;
+    m_bAlterado = false;
     m_uiTamanhoArquivo = 0;
     LimpaCabecalho();
     m_pArquivo.reset();
@@ -158,12 +163,6 @@ bool CXVFileBase::EstaAbertoParaGravacao() const {
     return m_eModoAbertura == eModoLeituraGravacao || m_eModoAbertura == eModoLeituraGravacaoCriacao;
 }
 
-HRESULT CXVFileBase::AtualizaArquivo() {
-    if (!EstaAbertoParaGravacao()) return S_OK;
-    XV_CHECK(AtualizaCabecalho());
-    return S_OK;
-}
-
 HRESULT CXVFileBase::GravaVersaoArquivo(XVUShort usVersaoArquivo) {
     XV_ESCOPO({"m_sNomeArquivo", m_sNomeArquivo}, {"usVersaoArquivo", XVUInt64{usVersaoArquivo}});
     if (!GerenciarCabecalho()) return S_OK;
@@ -174,13 +173,13 @@ HRESULT CXVFileBase::GravaVersaoArquivo(XVUShort usVersaoArquivo) {
         XV_CHECK_TEXTO(hrAbre, "AbreArquivo(EXVDataBase_ModoAbertura::eModoLeituraGravacaoCriacao)");
     }
     if (m_regCabecalho.regB.usVersaoArquivo == usVersaoArquivo) return S_OK;
-    const XVUShort usVersaoAnterior = std::exchange(m_regCabecalho.regB.usVersaoArquivo, usVersaoArquivo);
-    const HRESULT hr = AtualizaArquivo();
-    if (FAILED(hr)) {
-        m_regCabecalho.regB.usVersaoArquivo = usVersaoAnterior;
-        DesfazGravacao(m_uiTamanhoArquivo);
+    CXVOperacao operacao(m_pDataBase);
+    XV_CHECK(PreparaCabecalho(operacao));
+    if (CXVGravacaoPreparada* pCabecalho = m_pCabecalhoPreparado.get(); !operacao.EhVazia()) {
+        pCabecalho->m_gravacao.regDepois.usVersaoArquivo = usVersaoArquivo;
+        XVCabecalho::Sela(pCabecalho->m_gravacao.regDepois);
     }
-    XV_CHECK_TEXTO(hr, "AtualizaArquivo()");
+    XV_CHECK_TEXTO(operacao.Executa(), "AtualizaArquivo()");
     return S_OK;
 }
 
@@ -212,25 +211,6 @@ HRESULT CXVFileBase::ValidaGravacao() {
 
 CXVErroArquivo CXVFileBase::LeDados(XVUInt64 uiOffset, void* pDados, std::size_t uiTamanho) {
     return m_pArquivo->Le(uiOffset, pDados, uiTamanho);
-}
-
-CXVErroArquivo CXVFileBase::GravaDados(XVUInt64 uiOffset, const void* pDados, std::size_t uiTamanho) {
-    const CXVErroArquivo erro = m_pArquivo->Grava(uiOffset, pDados, uiTamanho);
-    if (erro.Ok() && uiOffset + uiTamanho > m_uiTamanhoArquivo) m_uiTamanhoArquivo = uiOffset + uiTamanho;
-    return erro;
-}
-
-void CXVFileBase::DesfazGravacao(XVUInt64 uiTamanhoAnterior, XVUInt64 uiOffset, const void* pAnteriores,
-                                 std::size_t uiTamanho) {
-    if (!ExisteArquivo()) return;
-    bool bDesfeito = m_pArquivo->SetTamanho(uiTamanhoAnterior).Ok();
-    if (bDesfeito) m_uiTamanhoArquivo = uiTamanhoAnterior;
-    if (bDesfeito && uiTamanho > 0) bDesfeito = GravaDados(uiOffset, pAnteriores, uiTamanho).Ok();
-    if (bDesfeito && m_bCabecalhoValidado)
-        bDesfeito = GravaDados(k_uiTamanhoBlocoA, &m_regCabecalho.regB, sizeof(m_regCabecalho.regB)).Ok();
-    if (bDesfeito) return;
-    FechaArquivo();
-    m_pDataBase->AvisaGravacaoNaoDesfeita();
 }
 
 void CXVFileBase::DesfazCriacao() {

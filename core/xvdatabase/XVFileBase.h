@@ -8,6 +8,7 @@
 
 #include <atomic>
 #include <memory>
+#include <mutex>
 #include <shared_mutex>
 #include <string>
 
@@ -15,7 +16,9 @@
 #include "core/xvdatabase/XVCabecalho.h"
 #include "core/xvdatabase/XVDataBaseControleCriacaoArquivos.h"
 #include "core/xvdatabase/XVModoAbertura.h"
+#include "core/xvdatabase/XVOperacao.h"
 #include "platform/XVSistemaArquivos.h"
+#include "support/XVTravaLeitores.h"
 
 class CXVDataBase;
 
@@ -48,8 +51,10 @@ class CXVFileBase : public IXVFileBase {
         m_ControleCriacaoArquivos.DesabilitaControleCriacaoArquivos();
     }
 
-    // Rewrites the header's information block when the file is open for writing.
+    // Rewrites the header's information block when the file is open for writing and has one.
     HRESULT AtualizaArquivo();
+    // Adds that rewriting to an operation.
+    HRESULT PreparaCabecalho(CXVOperacao& rOperacao);
     // Stamps the header's file version; nothing is written when it stands there already.
     HRESULT GravaVersaoArquivo(XVUShort usVersaoArquivo);
     // File version of the header in memory (0: no header).
@@ -68,6 +73,20 @@ class CXVFileBase : public IXVFileBase {
     // state of the one it has, or a new one.
     // After ConfereCabecalho has succeeded.
     void ProximoCabecalho(REG_XVCABECALHO* pReg, XVUInt64 uiTamanhoDados);
+
+    // Carry a prepared write out and take it back; for CXVOperacao. EscreveGravacao tries up to 50 times
+    // 10 ms apart and records each failure. DesfazGravacao gives the file its length, its bytes and its header
+    // back, or deletes a file that the write made; it may be called again after a failure.
+    HRESULT EscreveGravacao(const CXVGravacaoPreparada& rGravacao);
+    CXVErroArquivo DesfazGravacao(const SGravacao& rGravacao);
+    // Whether writes are prepared that are not over: the file must stay open.
+    bool TemPreparadas() const { return GetPreparadas() != 0; }
+    XVUInt GetPreparadas() const { return m_ulPreparadas.load(std::memory_order_acquire); }
+    // Returns after what was written has reached the device.
+    CXVErroArquivo Sincroniza() { return m_pArquivo == nullptr ? CXVErroArquivo() : m_pArquivo->Sincroniza(); }
+    // Whether the journal knows that the file was written to since all were flushed; the journal's own.
+    bool EstaMarcadoNoDiario() const { return m_bMarcadoNoDiario; }
+    void SetMarcadoNoDiario(bool bMarcado) { m_bMarcadoNoDiario = bMarcado; }
 
     // Codes after which the file must not be tried again.
     static bool EhUmaExcecaoFatal(HRESULT hr);
@@ -91,15 +110,24 @@ class CXVFileBase : public IXVFileBase {
     // eXVReadOnly for a write on a file that is open read-only without locking.
     HRESULT ValidaGravacao();
 
-    // Positional transfer at an offset of the file (header included).
+    // Reads at an offset of the file (header included).
     CXVErroArquivo LeDados(XVUInt64 uiOffset, void* pDados, std::size_t uiTamanho);
-    CXVErroArquivo GravaDados(XVUInt64 uiOffset, const void* pDados, std::size_t uiTamanho);
 
-    // Undoes what failed attempts of a write left behind: the file gets back its length, the bytes that were
-    // overwritten and its header; where that fails too it is closed.
-    void DesfazGravacao(XVUInt64 uiTamanhoAnterior, XVUInt64 uiOffset = 0, const void* pAnteriores = nullptr,
-                        std::size_t uiTamanho = 0);
-    // Closes and deletes the file that a failed first write created.
+    // Fills in where a write of uiNovos bytes goes and what header follows from it: at uiOffset of the
+    // payload, over the uiAntigos bytes that stand there. The state is the one after all writes that are
+    // prepared already. Must be followed by Devolve. E_OUTOFMEMORY: the operation takes no further write.
+    HRESULT PreparaGravacao(CXVOperacao& rOperacao, CXVGravacaoPreparada& rGravacao, XVUInt64 uiOffsetDados,
+                            std::span<const std::byte> aNovos, std::span<const std::byte> aAntigos);
+    // The end of a prepared write.
+    void DevolveGravacao() { m_ulPreparadas.fetch_sub(1, std::memory_order_release); }
+    // Bytes of payload after all prepared writes.
+    XVUInt64 GetTamanhoDadosPrevisto();
+    // Whether the directory holds no file of this name (any more).
+    bool EstaAusente() const;
+    // Serialises writers of this file that belong to no operation of a store.
+    std::mutex& GetMutexGravacao() { return m_mutexGravacao; }
+
+    // Closes and deletes the file that a failed opening created.
     void DesfazCriacao();
 
     // Opens for writing, creating the file, and loads what is found there; a file that could not be loaded
@@ -133,14 +161,20 @@ class CXVFileBase : public IXVFileBase {
 
     CXVDataBase* GetDataBase() const { return m_pDataBase; }
     // The file's reader/writer lock.
-    std::shared_mutex& GetLock() const { return m_Lock; }
+    CXVTravaLeitores& GetLock() const { return m_Lock; }
 
   private:
     static constexpr int k_iTentativasGravacao = 50;
 
     static void EsperaEntreTentativas();
     bool EstaAbertoParaGravacao() const;
-    HRESULT AbreComTentativas(const std::string& sPath, XVUInt eModoAbertura);
+    HRESULT AbreComTentativas(const std::string& sPath, XVUInt eModoAbertura,
+                              std::unique_ptr<IXVArquivo>& pArquivo);
+    HRESULT TentaGravacao(const CXVGravacaoPreparada& rGravacao);
+    HRESULT CriaArquivo(const SGravacao& rGravacao);
+    CXVErroArquivo DesfazArquivoCriado();
+    void IniciaPrevisao();
+    class CXVCabecalhoPreparado;
     HRESULT MontaPath();
     HRESULT LeTamanho();
 
@@ -148,11 +182,12 @@ class CXVFileBase : public IXVFileBase {
     HRESULT GerenciaCabecalho();
     HRESULT CriaCabecalho();
     HRESULT CriaCabecalhoPorCopia();
+    HRESULT GravaCabecalhoNovo();
     void GeraDadosCabecalho();
     HRESULT ValidaCabecalho();
     HRESULT ValidaCabecalhoV01();
     HRESULT ValidaAusenciaCabecalho();
-    HRESULT AtualizaCabecalho();
+    HRESULT AtualizaCabecalho(const REG_XVCABECALHO_B& regB);
     void LimpaCabecalho();
 
     CXVDataBase* m_pDataBase;
@@ -170,7 +205,16 @@ class CXVFileBase : public IXVFileBase {
     bool m_bCabecalhoPresente = false;
     bool m_bCabecalhoValidado = false;  // validated or created in this opening: may be rewritten
     bool m_bCriandoCabecalho = false;
+    bool m_bAlterado = false;  // written to in this opening
+    bool m_bMarcadoNoDiario = false;
     REG_XVCABECALHO m_regCabecalho{};
 
-    mutable std::shared_mutex m_Lock;
+    // What the file will be after the writes that are prepared; valid while there are any.
+    std::atomic<XVUInt> m_ulPreparadas = 0;
+    XVUInt64 m_uiTamanhoPrevisto = 0;
+    REG_XVCABECALHO_B m_regPrevisto{};
+    std::unique_ptr<CXVGravacaoPreparada> m_pCabecalhoPreparado;
+
+    std::mutex m_mutexGravacao;
+    mutable CXVTravaLeitores m_Lock;
 };

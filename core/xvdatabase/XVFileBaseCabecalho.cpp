@@ -5,6 +5,7 @@
 
 #include "core/xvdatabase/XVDataBase.h"
 #include "core/xvdatabase/XVDataBaseUtil.h"
+#include "core/xvdatabase/XVDiario.h"
 #include "core/xvdatabase/XVFileBase.h"
 #include "core/xvdatabase/XVImagemArquivo.h"
 #include "core/xvdatabase/XVNomeArquivo.h"
@@ -167,11 +168,9 @@ HRESULT CXVFileBase::CriaCabecalho() {
         if (FAILED(hr) && !m_bCabecalhoValidado) LimpaCabecalho();
         return hr;
     }
-    if (const CXVErroArquivo erro = GravaDados(0, &m_regCabecalho, sizeof(m_regCabecalho)); !erro.Ok()) {
-        LimpaCabecalho();
-        if (m_pArquivo->SetTamanho(0).Ok()) m_uiTamanhoArquivo = 0;
-        XV_CHECK_TEXTO(CatchGravacao(&erro), "CatchGravacao(pEx)");
-    }
+    const HRESULT hr = GravaCabecalhoNovo();
+    if (FAILED(hr)) LimpaCabecalho();
+    XV_CHECK_TEXTO(hr, "CatchGravacao(pEx)");
     m_bCabecalhoValidado = true;
     return S_OK;
 }
@@ -184,6 +183,8 @@ HRESULT CXVFileBase::CriaCabecalhoPorCopia() {
         EExistencia::eAusente)
         XV_FALHA(E_XVCR_ARQUIVO_CAB_ENCONTRADO);
 
+    CXVCopiaProtegida copia(m_pDataBase->GetDiario());
+    XV_CHECK(copia.Inicia(this, sNomeCab));
     CXVImagemArquivo xvFileDestino(m_eModulo, sNomeCab);
     XV_CHECK(xvFileDestino.Inicializa(this));
     XV_CHECK(xvFileDestino.AbreArquivo());
@@ -206,14 +207,9 @@ HRESULT CXVFileBase::CriaCabecalhoPorCopia() {
     return S_OK;
 }
 
-HRESULT CXVFileBase::AtualizaCabecalho() {
-    if (!m_bCabecalhoValidado) return S_OK;  // no header managed here, or one that must stay as found
-    const REG_XVCABECALHO_B regAnterior = m_regCabecalho.regB;
-    XVCabecalho::Atualiza(m_regCabecalho.regB, *this, m_uiTamanhoArquivo - k_uiTamanhoCabecalho);
-    const CXVErroArquivo erro =
-        GravaDados(k_uiTamanhoBlocoA, &m_regCabecalho.regB, sizeof(m_regCabecalho.regB));
-    if (erro.Ok()) return S_OK;
-    m_regCabecalho.regB = regAnterior;
-    XV_CHECK_TEXTO(CatchGravacao(&erro), "CatchGravacao(pEx)");
+HRESULT CXVFileBase::AtualizaCabecalho(const REG_XVCABECALHO_B& regB) {
+    const CXVErroArquivo erro = m_pArquivo->Grava(k_uiTamanhoBlocoA, &regB, sizeof(regB));
+    if (!erro.Ok()) XV_CHECK_TEXTO(CatchGravacao(&erro), "CatchGravacao(pEx)");
+    m_regCabecalho.regB = regB;
     return S_OK;
 }

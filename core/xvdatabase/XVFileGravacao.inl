@@ -10,43 +10,102 @@ HRESULT CXVFile<T>::Grava(XVUInt& uiPosicao, const T& reg) {
 }
 
 template <class T>
+class CXVFile<T>::CPreparados final : public CXVGravacaoPreparada {
+  public:
+    static constexpr const char* XVNomeClasse() { return CXVFile::XVNomeClasse(); }
+    static constexpr const char* XVNomeFonte() { return CXVFile::XVNomeFonte(); }
+
+    explicit CPreparados(CXVFile& rFile) : m_rFile(rFile) {}
+
+    CXVFileBase& GetArquivo() const override { return m_rFile; }
+    const SPontosGravacao& GetPontos() const override {
+        static constexpr SPontosGravacao k_pontos =
+            XV_PONTOS_GRAVACAO("GravaColecao", "GravaRegistros", "GravaRegistros(uiPosicao, aRegistros)");
+        return k_pontos;
+    }
+    void Publica() noexcept override { m_rFile.AtualizaMemoria(*this); }
+    void Devolve() noexcept override {
+        m_bEmUso = false;
+        m_rFile.DevolveGravacao();
+    }
+
+    XVUInt m_uiPosicao = 0;  // of the first record
+    std::vector<T> m_aNovos;
+    std::vector<T> m_aAntigos;
+    std::vector<XVUInt64> m_aChaves;
+    bool m_bEmUso = false;
+
+  private:
+    CXVFile& m_rFile;
+};
+
+template <class T>
 HRESULT CXVFile<T>::GravaColecao(XVUInt& uiPosicao, std::span<const T> aRegistros) {
     XV_ESCOPO({"m_sNomeArquivo", GetNomeArquivo()}, {"uiPosicao", XVUInt64{uiPosicao}},
               {"aRegistros.size()", XVUInt64{aRegistros.size()}});
-    if (aRegistros.empty()) return S_OK;
-    const std::unique_lock lock(GetLock());
-    XV_CHECK(ValidaGravacao());
-    if (uiPosicao > m_aRegistros.size()) XV_FALHA(E_XVCR_POSICAO_GRAVACAO_SUPERIOR_QUANTIDADE_ARQUIVO);
-    if (!ExisteArquivo()) {
-        XV_CHECK(ValidaIndices(uiPosicao, aRegistros));  // a refused write creates no file
-        XV_CHECK(AbreParaGravacao());
-        // The file may have been found with other records than those that this object knew of.
-        if (uiPosicao > m_aRegistros.size()) XV_FALHA(E_XVCR_POSICAO_GRAVACAO_SUPERIOR_QUANTIDADE_ARQUIVO);
-    }
-    if (!PrecisaGravar(uiPosicao, aRegistros)) return S_OK;
-
-    static constexpr SPontoFalha k_ponto = XV_PONTO_FALHA("GravaRegistros(uiPosicao, aRegistros)");
-    const XVUInt64 uiTamanhoArquivo = GetTamanho();
-    const HRESULT hr = ExecutaComTentativas(
-        k_ponto, [&] { return GravaRegistros(uiPosicao, aRegistros, uiTamanhoArquivo); });
-    if (FAILED(hr) && hr != E_XVCR_INDEXACAO_COM_POSICAO_ZERO && hr != E_XVCR_CHAVE_DE_INDEXACAO_REPETIDA)
-        DesfazGravacaoRegistros(uiPosicao, aRegistros.size(), uiTamanhoArquivo);
+    const std::lock_guard gravacao(GetMutexGravacao());
+    CXVOperacao operacao(GetDataBase());
+    XVUInt uiPosicaoNova = uiPosicao;
+    HRESULT hr = PreparaColecao(operacao, uiPosicaoNova, aRegistros);
+    if (SUCCEEDED(hr)) hr = operacao.Executa();
+    if (SUCCEEDED(hr)) uiPosicao = uiPosicaoNova;
     return hr;
 }
 
-// The records that were overwritten are still in memory.
 template <class T>
-void CXVFile<T>::DesfazGravacaoRegistros(XVUInt uiPosicao, std::size_t uiQuantidade,
-                                         XVUInt64 uiTamanhoArquivo) {
-    DesfazGravacao(uiTamanhoArquivo);
-    if (uiPosicao == XVDATABASE_POSICAO_NOVO_REGISTRO || !ExisteArquivo()) return;
-    const XVUInt64 uiSeek = GetSeekCabecalho();
-    const std::size_t uiFim = std::min(uiPosicao - 1 + uiQuantidade, m_aRegistros.size());
-    for (std::size_t i = uiPosicao - 1; i < uiFim && ExisteArquivo(); ++i)
-        if (!GravaDados(uiSeek + i * sizeof(T), &m_aRegistros[i], sizeof(T)).Ok()) FechaArquivo();
+HRESULT CXVFile<T>::ValidaPosicao(XVUInt uiPosicao) const {
+    return uiPosicao > m_aRegistros.size() ? E_XVCR_POSICAO_GRAVACAO_SUPERIOR_QUANTIDADE_ARQUIVO : S_OK;
 }
 
-// Creates the file, or takes over one that appeared since: its records and keys come first.
+template <class T>
+HRESULT CXVFile<T>::PreparaColecao(CXVOperacao& rOperacao, XVUInt& uiPosicao, std::span<const T> aRegistros) {
+    if (aRegistros.empty()) return S_OK;
+    const std::unique_lock lock(GetLock());
+    XV_CHECK(ValidaGravacao());
+    XV_CHECK_TEXTO(ValidaPosicao(uiPosicao), "E_XVCR_POSICAO_GRAVACAO_SUPERIOR_QUANTIDADE_ARQUIVO");
+    CPreparados& rPreparados = GetPreparados();
+    XV_CHECK(ValidaIndices(uiPosicao, aRegistros, rPreparados.m_aChaves));  // a refused write creates no file
+    if (!ExisteArquivo() && !EstaAusente()) {
+        XV_CHECK(AbreParaGravacao());
+        // The file was found with other records than those that this object knew of.
+        XV_CHECK_TEXTO(ValidaPosicao(uiPosicao), "E_XVCR_POSICAO_GRAVACAO_SUPERIOR_QUANTIDADE_ARQUIVO");
+        XV_CHECK(ValidaIndices(uiPosicao, aRegistros, rPreparados.m_aChaves));
+    }
+    if (!PrecisaGravar(uiPosicao, aRegistros)) return S_OK;
+
+    const bool bNovo = uiPosicao == XVDATABASE_POSICAO_NOVO_REGISTRO;
+    const XVUInt64 uiPrimeira = bNovo ? GetTamanhoDadosPrevisto() / sizeof(T) + 1 : uiPosicao;
+    if (uiPrimeira + aRegistros.size() - 1 > k_uiMaximoRegistros) XV_FALHA(eDirectoryFull);
+    rPreparados.m_uiPosicao = static_cast<XVUInt>(uiPrimeira);
+    rPreparados.m_aNovos.assign(aRegistros.begin(), aRegistros.end());
+    rPreparados.m_aAntigos.clear();
+    for (std::size_t i = 0; !bNovo && i < aRegistros.size() && uiPosicao - 1 + i < m_aRegistros.size(); ++i)
+        rPreparados.m_aAntigos.push_back(m_aRegistros[uiPosicao - 1 + i]);
+    PreparaMemoria(rPreparados.m_uiPosicao, aRegistros.size());
+    XV_CHECK(PreparaGravacao(rOperacao, rPreparados, (uiPrimeira - 1) * sizeof(T),
+                             std::as_bytes(std::span<const T>(rPreparados.m_aNovos)),
+                             std::as_bytes(std::span<const T>(rPreparados.m_aAntigos))));
+    rPreparados.m_bEmUso = true;
+    uiPosicao = rPreparados.m_uiPosicao;
+    return S_OK;
+}
+
+// One that no operation holds.
+template <class T>
+typename CXVFile<T>::CPreparados& CXVFile<T>::GetPreparados() {
+    for (const auto& p : m_listaPreparados)
+        if (!p->m_bEmUso) return *p;
+    m_listaPreparados.push_back(std::make_unique<CPreparados>(*this));
+    return *m_listaPreparados.back();
+}
+
+template <class T>
+XVUInt64 CXVFile<T>::GetProximaPosicao() {
+    const std::unique_lock lock(GetLock());
+    return GetTamanhoDadosPrevisto() / sizeof(T) + 1;
+}
+
+// Takes over a file that appeared since: its records and keys come first.
 template <class T>
 HRESULT CXVFile<T>::AbreParaGravacao() {
     const HRESULT hr = AbreECarrega([this] {
@@ -65,54 +124,37 @@ bool CXVFile<T>::PrecisaGravar(XVUInt uiPosicao, std::span<const T> aRegistros) 
     return false;
 }
 
-// One attempt. uiTamanhoArquivo is the file's length before the first attempt: every attempt of an append
-// writes there again.
-template <class T>
-HRESULT CXVFile<T>::GravaRegistros(XVUInt& uiPosicao, std::span<const T> aRegistros,
-                                   XVUInt64 uiTamanhoArquivo) {
-    XV_CHECK(ValidaIndices(uiPosicao, aRegistros));
-    const XVUInt64 uiSeek = GetSeekCabecalho();
-    const bool bNovo = uiPosicao == XVDATABASE_POSICAO_NOVO_REGISTRO;
-    const XVUInt64 uiOffset = bNovo ? uiTamanhoArquivo : uiSeek + (uiPosicao - XVUInt64{1}) * sizeof(T);
-    const XVUInt64 uiPrimeira = bNovo ? (uiTamanhoArquivo - uiSeek) / sizeof(T) + 1 : uiPosicao;
-    if (uiPrimeira + aRegistros.size() - 1 > k_uiMaximoRegistros) XV_FALHA(eDirectoryFull);
-    const auto uiPrimeiraPosicao = static_cast<XVUInt>(uiPrimeira);
-    PreparaMemoria(uiPrimeiraPosicao, aRegistros.size());
-
-    if (const CXVErroArquivo erro = GravaDados(uiOffset, aRegistros.data(), aRegistros.size_bytes());
-        !erro.Ok())
-        XV_CHECK_TEXTO(CatchGravacao(&erro), "CatchGravacao(pEx)");
-    XV_CHECK(AtualizaArquivo());
-    AtualizaMemoria(uiPrimeiraPosicao, aRegistros);
-    uiPosicao = uiPrimeiraPosicao;
-    return S_OK;
-}
-
-// What can fail for lack of memory fails here, before the disk is touched.
+// What can fail for lack of memory fails here, for this write and those that wait before it.
 template <class T>
 void CXVFile<T>::PreparaMemoria(XVUInt uiPosicao, std::size_t uiQuantidade) {
     const auto uiUltima = static_cast<XVUInt>(uiPosicao + uiQuantidade - 1);
-    if (uiUltima > m_aRegistros.size()) m_aRegistros.Reserva(uiUltima - m_aRegistros.size());
-    for (SIndice& rIndice : m_listaIndices) rIndice.indice.Reserva(uiQuantidade, uiUltima);
+    std::size_t uiChaves = uiQuantidade + GetPreparadas();
+    if (uiUltima > m_aRegistros.size()) {
+        m_aRegistros.Reserva(uiUltima - m_aRegistros.size());
+        uiChaves += uiUltima - m_aRegistros.size();
+    }
+    for (SIndice& rIndice : m_listaIndices) rIndice.indice.Reserva(uiChaves, uiUltima);
 }
 
 template <class T>
-void CXVFile<T>::AtualizaMemoria(XVUInt uiPosicao, std::span<const T> aRegistros) {
-    for (std::size_t i = 0; i < aRegistros.size(); ++i) {
-        const auto uiAtual = static_cast<XVUInt>(uiPosicao + i);
+void CXVFile<T>::AtualizaMemoria(const CPreparados& rPreparados) {
+    const std::unique_lock lock(GetLock());
+    const std::size_t uiQuantidade = rPreparados.m_aNovos.size();
+    for (std::size_t i = 0; i < uiQuantidade; ++i) {
+        const auto uiAtual = static_cast<XVUInt>(rPreparados.m_uiPosicao + i);
         const bool bExistia = uiAtual <= m_aRegistros.size();
         for (std::size_t idx = 0; idx < m_listaIndices.size(); ++idx) {
             SIndice& rIndice = m_listaIndices[idx];
-            const XVUInt64 uiChaveNova = rIndice.listaIndexGerados[i];
+            const XVUInt64 uiChaveNova = rPreparados.m_aChaves[idx * uiQuantidade + i];
             const XVUInt64 uiChaveAntiga = bExistia ? rIndice.GetChave(m_aRegistros[uiAtual - 1], idx) : 0;
             if (uiChaveAntiga == uiChaveNova) continue;
             if (uiChaveAntiga != 0) rIndice.indice.Remove(uiChaveAntiga, uiAtual);
             if (uiChaveNova != 0) rIndice.indice.Inclui(uiChaveNova, uiAtual);
         }
         if (bExistia)
-            m_aRegistros[uiAtual - 1] = aRegistros[i];
+            m_aRegistros[uiAtual - 1] = rPreparados.m_aNovos[i];
         else
-            m_aRegistros.Inclui(aRegistros[i]);
+            m_aRegistros.Inclui(rPreparados.m_aNovos[i]);
     }
 }
 

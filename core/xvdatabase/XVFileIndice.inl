@@ -12,7 +12,7 @@ HRESULT CXVFile<T>::IncluiIndex(const TDataBase* pDataBase, XVUInt uiColunaIndex
         return static_cast<const TDataBase*>(p)->GetChaveIndex(reg, uiColuna);
     };
     m_listaIndices.push_back(
-        {pDataBase, pfGetChaveIndex, bPermiteChaveZerada, bPermiteChaveRepetida, {}, {}, {}});
+        {pDataBase, pfGetChaveIndex, bPermiteChaveZerada, bPermiteChaveRepetida, {}, {}});
     const HRESULT hr = AtualizaIndexDoArquivo(m_listaIndices.back(), uiColunaIndexacao);
     if (FAILED(hr)) m_listaIndices.pop_back();
     XV_CHECK_TEXTO(hr, "AtualizaIndex(XVDATABASE_POSICAO_NOVO_REGISTRO, m_aRegistros, uiColunaIndexacao)");
@@ -45,25 +45,28 @@ HRESULT CXVFile<T>::AtualizaIndexDoArquivo(SIndice& rIndice, std::size_t uiColun
     return S_OK;
 }
 
-// Checks a proposed write against every index, before any byte is written.
+// Checks a proposed write against every index, before any byte is written. aChaves: the keys, one column after
+// the other, each in record order.
 template <class T>
-HRESULT CXVFile<T>::ValidaIndices(XVUInt uiPosicao, std::span<const T> aRegistros) {
+HRESULT CXVFile<T>::ValidaIndices(XVUInt uiPosicao, std::span<const T> aRegistros,
+                                  std::vector<XVUInt64>& aChaves) {
+    aChaves.clear();
     for (std::size_t idx = 0; idx < m_listaIndices.size(); ++idx)
         XV_CHECK_TEXTO(
-            ValidaIndex(uiPosicao, aRegistros, idx),
+            ValidaIndex(uiPosicao, aRegistros, idx, aChaves),
             "ValidaIndex(uiPosicao, aRegistros, idx, listaSetIndexOrdernar[idx], listaIndexGerados[idx])");
     return S_OK;
 }
 
-// Checks a proposed write against one index and leaves its keys in listaIndexGerados.
+// Checks a proposed write against one index and adds its keys to aChaves.
 template <class T>
-HRESULT CXVFile<T>::ValidaIndex(XVUInt uiPosicao, std::span<const T> aRegistros, std::size_t idx) {
+HRESULT CXVFile<T>::ValidaIndex(XVUInt uiPosicao, std::span<const T> aRegistros, std::size_t idx,
+                                std::vector<XVUInt64>& aChaves) {
     SIndice& rIndice = m_listaIndices[idx];
     rIndice.setIndexOrdenar.clear();
-    rIndice.listaIndexGerados.resize(aRegistros.size());
     for (std::size_t i = 0; i < aRegistros.size(); ++i) {
         const XVUInt64 uiChave = rIndice.GetChave(aRegistros[i], idx);
-        rIndice.listaIndexGerados[i] = uiChave;
+        aChaves.push_back(uiChave);
         if (uiChave == 0) {
             if (!rIndice.bPermiteChaveZerada) XV_FALHA(E_XVCR_INDEXACAO_COM_POSICAO_ZERO);
             continue;
@@ -129,5 +132,15 @@ HRESULT CXVFile<T>::GravaIndex(XVUInt64 uiPosicaoIndex, const T& reg, XVUInt uiC
     XV_CHECK(ExisteIndex(uiPosicaoIndex, uiPosicao, uiColunaIndexacao));
     if (uiPosicao == 0) XV_FALHA(E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA);
     XV_CHECK(Grava(uiPosicao, reg));
+    return S_OK;
+}
+
+template <class T>
+HRESULT CXVFile<T>::PreparaIndex(CXVOperacao& rOperacao, XVUInt64 uiPosicaoIndex, const T& reg,
+                                 XVUInt uiColunaIndexacao) {
+    XVUInt uiPosicao = 0;
+    XV_CHECK(ExisteIndex(uiPosicaoIndex, uiPosicao, uiColunaIndexacao));
+    if (uiPosicao == 0) XV_FALHA(E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA);
+    XV_PREPARA(rOperacao, Prepara(rOperacao, uiPosicao, reg), "Grava(uiPosicao, reg)");
     return S_OK;
 }

@@ -1,7 +1,7 @@
 // A file that holds exactly one record, kept in memory.
 //
-// Thread rule: any thread after Inicializa; reads share the file's lock, a write holds it for the whole
-// operation including its retries.
+// Thread rule: any thread after Inicializa; reads share the file's lock, a write holds it alone only
+// while it changes memory.
 #pragma once
 
 #include <cstring>
@@ -34,20 +34,10 @@ class CXVFileSingleReg : public CXVFileBase {
     // Writes the record if it differs from the stored one; creates the file.
     HRESULT Grava(const T& reg) {
         XV_ESCOPO({"m_sNomeArquivo", GetNomeArquivo()});
-        const std::unique_lock lock(GetLock());
-        XV_CHECK(ValidaGravacao());
-        if (!ExisteArquivo()) XV_CHECK(AbreParaGravacao());
-        const XVUInt64 uiTamanhoArquivo = GetTamanho();
-        const bool bPrimeira = uiTamanhoArquivo == GetSeekCabecalho();
-        if (!bPrimeira && !PrecisaGravar(reg)) return S_OK;
-        static constexpr SPontoFalha k_ponto = XV_PONTO_FALHA("GravaRegistro(reg)");
-        const HRESULT hr = ExecutaComTentativas(k_ponto, [&] { return GravaRegistro(reg); });
-        if (SUCCEEDED(hr)) return S_OK;
-        if (bPrimeira)
-            DesfazCriacao();  // without its record the file could not be loaded again
-        else
-            DesfazGravacao(uiTamanhoArquivo, GetSeekCabecalho(), &m_reg, sizeof(m_reg));
-        return hr;
+        const std::lock_guard gravacao(GetMutexGravacao());
+        CXVOperacao operacao(GetDataBase());
+        const HRESULT hr = Prepara(operacao, reg);
+        return FAILED(hr) ? hr : operacao.Executa();
     }
 
     bool PrecisaGravar(const T& reg) const {
@@ -103,12 +93,43 @@ class CXVFileSingleReg : public CXVFileBase {
         return S_OK;
     }
 
-    HRESULT GravaRegistro(const T& reg) {
-        XV_ESCOPO({"m_sNomeArquivo", GetNomeArquivo()});
-        if (const CXVErroArquivo erro = GravaDados(GetSeekCabecalho(), &reg, sizeof(reg)); !erro.Ok())
-            XV_CHECK_TEXTO(CatchGravacao(&erro), "CatchGravacao(pEx)");
-        XV_CHECK(AtualizaArquivo());
-        m_reg = reg;
+    // The write of the record as part of an operation.
+    class CPreparado final : public CXVGravacaoPreparada {
+      public:
+        static constexpr const char* XVNomeClasse() { return CXVFileSingleReg::XVNomeClasse(); }
+        static constexpr const char* XVNomeFonte() { return CXVFileSingleReg::XVNomeFonte(); }
+
+        explicit CPreparado(CXVFileSingleReg& rFile) : m_rFile(rFile) {}
+        CXVFileBase& GetArquivo() const override { return m_rFile; }
+        const SPontosGravacao& GetPontos() const override {
+            static constexpr SPontosGravacao k_pontos =
+                XV_PONTOS_GRAVACAO("Grava", "GravaRegistro", "GravaRegistro(reg)");
+            return k_pontos;
+        }
+        void Publica() noexcept override {
+            const std::unique_lock lock(m_rFile.GetLock());
+            m_rFile.m_reg = m_regNovo;
+        }
+        void Devolve() noexcept override { m_rFile.DevolveGravacao(); }
+
+        T m_regNovo{};
+        T m_regAntigo{};
+
+      private:
+        CXVFileSingleReg& m_rFile;
+    };
+
+    HRESULT Prepara(CXVOperacao& rOperacao, const T& reg) {
+        const std::unique_lock lock(GetLock());
+        XV_CHECK(ValidaGravacao());
+        if (!ExisteArquivo() && !EstaAusente()) XV_CHECK(AbreParaGravacao());
+        const bool bPrimeira = GetTamanhoDadosPrevisto() == 0;
+        if (!bPrimeira && !PrecisaGravar(reg)) return S_OK;
+        m_preparado.m_regNovo = reg;
+        m_preparado.m_regAntigo = m_reg;
+        const auto aAntigos = std::as_bytes(std::span(&m_preparado.m_regAntigo, bPrimeira ? 0 : 1));
+        XV_CHECK(PreparaGravacao(rOperacao, m_preparado, 0, std::as_bytes(std::span(&m_preparado.m_regNovo, 1)),
+                                 aAntigos));
         return S_OK;
     }
 
@@ -121,4 +142,5 @@ class CXVFileSingleReg : public CXVFileBase {
     }
 
     T m_reg{};
+    CPreparado m_preparado{*this};
 };

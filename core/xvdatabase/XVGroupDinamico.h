@@ -1,13 +1,15 @@
 // The part that both kinds of dynamic groups share: members are opened on demand and at most m_uiLimite
 // of them are open at once; opening one more closes the one opened first.
 //
-// TNomes gives the class name and source unit for traces. Thread rule: the group's lock is held exclusive
-// by every operation, for a read may open and close members.
+// TNomes gives the class name and source unit for traces. Thread rule: whoever uses a member that is open shares
+// the group's lock; opening and closing members holds it alone. A member with a prepared write is not
+// closed.
 #pragma once
 
 #include <algorithm>
 #include <deque>
 #include <mutex>
+#include <shared_mutex>
 
 #include "core/xvdatabase/XVDataBase.h"
 #include "core/xvdatabase/XVFileBase.h"
@@ -32,11 +34,25 @@ class TXVGroupDinamico : public CXVGroupFileBase {
 
     HRESULT GetQtdRegistros(XVUInt64 uiChaveNomeArquivo, XVUInt64* puiQuantidade) override {
         *puiQuantidade = 0;
+        return NoMembro(uiChaveNomeArquivo, [&](TMembro& rMembro) {
+            *puiQuantidade = rMembro.GetQtdRegistros();
+            return S_OK;
+        });
+    }
+
+    // Whether the key's member is open and holds a file.
+    bool TemArquivoAberto(XVUInt64 uiChaveNomeArquivo) const {
+        const std::shared_lock lock(GetLock());
+        const TMembro* pMembro = BuscaAberto(uiChaveNomeArquivo);
+        return pMembro != nullptr && pMembro->ExisteArquivo();
+    }
+
+    void EsqueceMembroSemArquivo(XVUInt64 uiChaveNomeArquivo) noexcept override {
         const std::unique_lock lock(GetLock());
-        TMembro* pXVFileInterface = nullptr;
-        XV_CHECK(GetXVFile(uiChaveNomeArquivo, pXVFileInterface));
-        *puiQuantidade = pXVFileInterface->GetQtdRegistros();
-        return S_OK;
+        const auto it = GetMapa().find(uiChaveNomeArquivo);
+        if (it == GetMapa().end()) return;
+        const auto* pMembro = static_cast<TMembro*>(it->second.get());
+        if (!pMembro->ExisteArquivo() && !pMembro->TemPreparadas()) EsqueceMembro(uiChaveNomeArquivo);
     }
 
   protected:
@@ -49,6 +65,19 @@ class TXVGroupDinamico : public CXVGroupFileBase {
         return static_cast<const TMembro&>(rMembro).GetQtdRegistros();
     }
 
+    // Runs operacao on the loaded member of a key.
+    template <class TOperacao>
+    HRESULT NoMembro(XVUInt64 uiChaveNomeArquivo, TOperacao operacao) {
+        {
+            const std::shared_lock lock(GetLock());
+            if (TMembro* pAberto = BuscaAberto(uiChaveNomeArquivo)) return operacao(*pAberto);
+        }
+        const std::unique_lock lock(GetLock());
+        TMembro* pXVFileInterface = nullptr;
+        XV_CHECK(GetXVFile(uiChaveNomeArquivo, pXVFileInterface));
+        return operacao(*pXVFileInterface);
+    }
+
     // The member of a key, loaded. The order of the queue is that of opening, not of use. A member that does
     // not initialise leaves the queue, so that the next call tries again.
     HRESULT GetXVFile(XVUInt64 uiChaveNomeArquivo, TMembro*& pMembro) {
@@ -57,12 +86,7 @@ class TXVGroupDinamico : public CXVGroupFileBase {
         XV_CHECK(LookupMapFiles(uiChaveNomeArquivo, pXVFileInterface));
         auto* pXVFile = static_cast<TMembro*>(pXVFileInterface);
         if (std::find(m_filaAbertos.begin(), m_filaAbertos.end(), pXVFile) == m_filaAbertos.end()) {
-            if (!m_filaAbertos.empty() && m_filaAbertos.size() >= m_uiLimite) {
-                TMembro* pFirstFile = m_filaAbertos.front();
-                m_filaAbertos.pop_front();
-                if (const HRESULT hr = pFirstFile->Finaliza(); FAILED(hr))
-                    XV_REGISTRA(hr, "pFirstFile->Finaliza()");
-            }
+            if (!m_filaAbertos.empty() && m_filaAbertos.size() >= m_uiLimite) FechaMaisAntigo();
             const HRESULT hr = pXVFileInterface->Inicializa(this);
             if (SUCCEEDED(hr)) m_filaAbertos.push_back(pXVFile);
             XV_CHECK_TEXTO(hr, "pXVFileInterface->Inicializa(this)");
@@ -71,31 +95,79 @@ class TXVGroupDinamico : public CXVGroupFileBase {
         return S_OK;
     }
 
-    // The write: finds or creates the member. A new member that no byte reached is forgotten again.
+    // Prepares a write in the member of a key, which is made when there is none.
     template <class TColecao>
-    HRESULT GravaNoMembro(XVUInt64 uiChaveNomeArquivo, XVUInt& uiPosicao, const TColecao& aRegistros) {
+    HRESULT PreparaNoMembro(CXVOperacao& rOperacao, XVUInt64 uiChaveNomeArquivo, XVUInt& uiPosicao,
+                            const TColecao& aRegistros) {
+        {
+            const std::shared_lock lock(GetLock());
+            if (TMembro* pXVFile = BuscaAberto(uiChaveNomeArquivo)) {
+                XV_PREPARA(rOperacao, pXVFile->PreparaColecao(rOperacao, uiPosicao, aRegistros),
+                           "pXVFile->GravaColecao(uiPosicao, aRegistros)");
+                return S_OK;
+            }
+        }
         const std::unique_lock lock(GetLock());
         IXVFileBase* pXVFileInterface = nullptr;
         XV_CHECK(LookupMapFiles(uiChaveNomeArquivo, pXVFileInterface, false));
-        const bool bNovo = pXVFileInterface == nullptr;
-        if (bNovo) {
-            auto pXVFile = CriaMembro(uiChaveNomeArquivo);
-            XV_CHECK(pXVFile->Inicializa(this));
-            GetMapa()[uiChaveNomeArquivo] = std::move(pXVFile);
+        if (pXVFileInterface == nullptr) {
+            auto pNovo = CriaMembro(uiChaveNomeArquivo);
+            XV_CHECK_TEXTO(pNovo->Inicializa(this), "pXVFile->Inicializa(this)");
+            GetMapa()[uiChaveNomeArquivo] = std::move(pNovo);
         }
-        TMembro* pXVFile = nullptr;
-        HRESULT hr = GetXVFile(uiChaveNomeArquivo, pXVFile);
-        if (SUCCEEDED(hr)) {
-            hr = pXVFile->GravaColecao(uiPosicao, aRegistros);
-            if (FAILED(hr) && bNovo && !pXVFile->ExisteArquivo()) EsqueceMembro(uiChaveNomeArquivo);
-            XV_CHECK_TEXTO(hr, "pXVFile->GravaColecao(uiPosicao, aRegistros)");
-            return S_OK;
-        }
-        XV_CHECK_TEXTO(hr, "GetXVFile(uiChaveNomeArquivo, pXVFileInterface)");
+        const HRESULT hr = PreparaNoMembroDoMapa(rOperacao, uiChaveNomeArquivo, uiPosicao, aRegistros);
+        const auto* pMembro = static_cast<const TMembro*>(GetMapa().find(uiChaveNomeArquivo)->second.get());
+        if (FAILED(hr) && !pMembro->ExisteArquivo() && !pMembro->TemPreparadas()) EsqueceMembro(uiChaveNomeArquivo);
+        return hr;
+    }
+
+    // The write on its own.
+    template <class TColecao>
+    HRESULT GravaNoMembro(XVUInt64 uiChaveNomeArquivo, XVUInt& uiPosicao, const TColecao& aRegistros) {
+        const std::lock_guard gravacao(m_mutexGravacao);
+        CXVOperacao operacao(GetDataBase());
+        XVUInt uiPosicaoNova = uiPosicao;
+        HRESULT hr = PreparaNoMembro(operacao, uiChaveNomeArquivo, uiPosicaoNova, aRegistros);
+        if (SUCCEEDED(hr)) hr = operacao.Executa();
+        if (SUCCEEDED(hr)) uiPosicao = uiPosicaoNova;
         return hr;
     }
 
   private:
+    TMembro* BuscaAberto(XVUInt64 uiChaveNomeArquivo) const {
+        const auto it = GetMapa().find(uiChaveNomeArquivo);
+        if (it == GetMapa().end()) return nullptr;
+        auto* pMembro = static_cast<TMembro*>(it->second.get());
+        const bool bAberto = std::find(m_filaAbertos.begin(), m_filaAbertos.end(), pMembro) != m_filaAbertos.end();
+        return bAberto ? pMembro : nullptr;
+    }
+
+    template <class TColecao>
+    HRESULT PreparaNoMembroDoMapa(CXVOperacao& rOperacao, XVUInt64 uiChaveNomeArquivo, XVUInt& uiPosicao,
+                                  const TColecao& aRegistros) {
+        TMembro* pXVFile = nullptr;
+        XV_CHECK_TEXTO(GetXVFile(uiChaveNomeArquivo, pXVFile), "GetXVFile(uiChaveNomeArquivo, pXVFileInterface)");
+        const std::size_t uiPrimeira = rOperacao.GetQuantidade();
+        XV_PREPARA(rOperacao, pXVFile->PreparaColecao(rOperacao, uiPosicao, aRegistros),
+                   "pXVFile->GravaColecao(uiPosicao, aRegistros)");
+        if (rOperacao.GetQuantidade() > uiPrimeira && !pXVFile->ExisteArquivo()) {
+            CXVGravacaoPreparada& rParte = *rOperacao.GetPartes().back();
+            rParte.m_pGrupo = this;
+            rParte.m_uiChaveGrupo = uiChaveNomeArquivo;
+        }
+        return S_OK;
+    }
+
+    // Where every open member has a prepared write, none is closed: one more stays open for a while.
+    void FechaMaisAntigo() {
+        const auto it = std::find_if(m_filaAbertos.begin(), m_filaAbertos.end(),
+                                     [](const TMembro* p) { return !p->TemPreparadas(); });
+        if (it == m_filaAbertos.end()) return;
+        TMembro* pFirstFile = *it;
+        m_filaAbertos.erase(it);
+        if (const HRESULT hr = pFirstFile->Finaliza(); FAILED(hr)) XV_REGISTRA(hr, "pFirstFile->Finaliza()");
+    }
+
     void EsqueceMembro(XVUInt64 uiChaveNomeArquivo) {
         const auto it = GetMapa().find(uiChaveNomeArquivo);
         std::erase(m_filaAbertos, static_cast<TMembro*>(it->second.get()));
@@ -105,4 +177,5 @@ class TXVGroupDinamico : public CXVGroupFileBase {
 
     std::deque<TMembro*> m_filaAbertos;
     std::size_t m_uiLimite;
+    std::mutex m_mutexGravacao;  // writes that belong to no operation of a store
 };

@@ -10,6 +10,7 @@
 #include <string>
 
 #include "core/xvdatabase/IXVFileBase.h"
+#include "support/XVTravaLeitores.h"
 
 class CXVDataBase;
 
@@ -29,6 +30,14 @@ class CXVGroupFileBase : public IXVFileBase {
     // Records of the key's member. E_XVCR_ARQUIVO_GROUP_NAO_ENCONTRADO: no member.
     virtual HRESULT GetQtdRegistros(XVUInt64 uiChaveNomeArquivo, XVUInt64* puiQuantidade);
 
+    // Whether a file of this key is known.
+    bool TemMembro(XVUInt64 uiChaveNomeArquivo) const {
+        const std::shared_lock lock(m_Lock);
+        return m_mapFiles.contains(uiChaveNomeArquivo);
+    }
+    // Forgets a member that was made for a write which did not take place.
+    virtual void EsqueceMembroSemArquivo(XVUInt64 uiChaveNomeArquivo) noexcept = 0;
+
     // A new member object for a file name; the caller owns it.
     virtual std::unique_ptr<IXVFileBase> NewFile(const std::string& sNomeArquivo, CXVDataBase* pDataBase) = 0;
 
@@ -47,15 +56,17 @@ class CXVGroupFileBase : public IXVFileBase {
 
     void AdiaInicializacaoMembros() { m_bAdiaInicializacao = true; }
     std::unique_ptr<IXVFileBase> CriaMembro(XVUInt64 uiChaveNomeArquivo);
-    std::shared_mutex& GetLock() const { return m_Lock; }
+    CXVTravaLeitores& GetLock() const { return m_Lock; }
+    CXVDataBase* GetDataBase() const { return m_pDataBase; }
     std::map<XVUInt64, std::unique_ptr<IXVFileBase>>& GetMapa() { return m_mapFiles; }
+    const std::map<XVUInt64, std::unique_ptr<IXVFileBase>>& GetMapa() const { return m_mapFiles; }
 
   private:
     HRESULT ProcuraMembros();
 
     std::string m_sNomeArquivo;
     EModulo m_eModulo;
-    mutable std::shared_mutex m_Lock;
+    mutable CXVTravaLeitores m_Lock;
     std::map<XVUInt64, std::unique_ptr<IXVFileBase>> m_mapFiles;
     bool m_bAdiaInicializacao = false;
     bool m_bControleDesabilitado = false;

@@ -16,8 +16,6 @@ struct SNomesGroupFileDynamic {
 template <class T>
 class CXVGroupFileDynamic : public TXVGroupDinamico<CXVFile<T>, SNomesGroupFileDynamic<T>> {
     using CBase = TXVGroupDinamico<CXVFile<T>, SNomesGroupFileDynamic<T>>;
-    using CBase::GetLock;
-    using CBase::GetXVFile;
     using CBase::XVNomeClasse;
     using CBase::XVNomeFonte;
 
@@ -26,22 +24,25 @@ class CXVGroupFileDynamic : public TXVGroupDinamico<CXVFile<T>, SNomesGroupFileD
 
     // As the member's operations. E_XVCR_ARQUIVO_GROUP_NAO_ENCONTRADO: the key has no member.
     HRESULT Le(XVUInt64 uiChaveNomeArquivo, XVUInt uiPosicao, T* preg) {
-        const std::unique_lock lock(GetLock());
-        CXVFile<T>* pXVFileInterface = nullptr;
-        XV_CHECK(GetXVFile(uiChaveNomeArquivo, pXVFileInterface));
-        CXVFile<T>* pXVFile = pXVFileInterface;
-        XV_CHECK(pXVFile->Le(uiPosicao, preg));
-        return S_OK;
+        return this->NoMembro(uiChaveNomeArquivo, [&](CXVFile<T>& rMembro) {
+            XV_CHECK_TEXTO(rMembro.Le(uiPosicao, preg), "pXVFile->Le(uiPosicao, preg)");
+            return S_OK;
+        });
     }
 
     HRESULT LeColecao(XVUInt64 uiChaveNomeArquivo, XVUInt uiPosicao, XVUInt64 uiQuantidade,
                       std::vector<T>& aRegistros) {
-        const std::unique_lock lock(GetLock());
-        CXVFile<T>* pXVFileInterface = nullptr;
-        XV_CHECK(GetXVFile(uiChaveNomeArquivo, pXVFileInterface));
-        CXVFile<T>* pXVFile = pXVFileInterface;
-        XV_CHECK(pXVFile->LeColecao(uiPosicao, uiQuantidade, aRegistros));
-        return S_OK;
+        return this->NoMembro(uiChaveNomeArquivo, [&](CXVFile<T>& rMembro) {
+            XV_CHECK_TEXTO(rMembro.LeColecao(uiPosicao, uiQuantidade, aRegistros),
+                           "pXVFile->LeColecao(uiPosicao, uiQuantidade, aRegistros)");
+            return S_OK;
+        });
+    }
+
+    // A record as part of an operation; out: the position that it will use.
+    HRESULT Prepara(CXVOperacao& rOperacao, XVUInt64 uiChaveNomeArquivo, XVUInt& uiPosicao, const T& reg) {
+        const std::span<const T> aRegistros(&reg, 1);
+        return this->PreparaNoMembro(rOperacao, uiChaveNomeArquivo, uiPosicao, aRegistros);
     }
 
     // The key's member is created by its first write.

@@ -1,13 +1,17 @@
 #include "core/xvdatabase/XVGroupTextFileDynamic.h"
 
 HRESULT CXVGroupTextFileDynamic::Le(XVUInt64 uiChaveNomeArquivo, XVUInt uiPosicao, std::string* psTexto) {
-    const std::unique_lock lock(GetLock());
-    CXVTextFile* pXVFileInterface = nullptr;
     psTexto->clear();
-    XV_CHECK(GetXVFile(uiChaveNomeArquivo, pXVFileInterface));
-    CXVTextFile* pXVFile = pXVFileInterface;
-    XV_CHECK_TEXTO(pXVFile->Le(uiPosicao, *psTexto), "pXVFile->Le(uiPosicao, psTexto)");
-    return S_OK;
+    return NoMembro(uiChaveNomeArquivo, [&](CXVTextFile& rMembro) {
+        XV_CHECK_TEXTO(rMembro.Le(uiPosicao, *psTexto), "pXVFile->Le(uiPosicao, psTexto)");
+        return S_OK;
+    });
+}
+
+HRESULT CXVGroupTextFileDynamic::Prepara(CXVOperacao& rOperacao, XVUInt64 uiChaveNomeArquivo, XVUInt& uiPosicao,
+                                         std::string_view sTexto) {
+    const std::span<const std::string_view> aRegistros(&sTexto, 1);
+    return PreparaNoMembro(rOperacao, uiChaveNomeArquivo, uiPosicao, aRegistros);
 }
 
 HRESULT CXVGroupTextFileDynamic::Grava(XVUInt64 uiChaveNomeArquivo, XVUInt& uiPosicao,

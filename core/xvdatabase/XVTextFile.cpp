@@ -13,6 +13,43 @@ constexpr std::size_t k_uiTamanhoPrefixo = sizeof(XVUInt);
 constexpr std::size_t k_uiMaximoTextos = 0xFFFFFFFFU;
 }  // namespace
 
+class CXVTextFile::CPreparados final : public CXVGravacaoPreparada {
+  public:
+    XV_CLASSE("CXVTextFile", "core/xvdatabase/XVTextFile")
+
+    explicit CPreparados(CXVTextFile& rFile) : m_rFile(rFile) {}
+
+    CXVFileBase& GetArquivo() const override { return m_rFile; }
+    const SPontosGravacao& GetPontos() const override {
+        static constexpr SPontosGravacao k_pontos =
+            XV_PONTOS_GRAVACAO("GravaColecao", "GravaRegistros", "GravaRegistros(uiPosicao, aRegistros)");
+        return k_pontos;
+    }
+    void Publica() noexcept override { m_rFile.AtualizaMemoria(*this); }
+    void Devolve() noexcept override {
+        m_pDados.reset();
+        m_bEmUso = false;
+        {
+            const std::unique_lock lock(m_rFile.GetLock());
+            m_rFile.m_uiTextosPreparados -= m_uiTextos;
+        }
+        m_rFile.DevolveGravacao();
+    }
+
+    std::unique_ptr<char[]> m_pDados;
+    std::size_t m_uiTamanho = 0;  // bytes
+    std::size_t m_uiTextos = 0;
+    XVUInt64 m_uiOffsetDados = 0;  // in the payload
+    bool m_bEmUso = false;
+
+  private:
+    CXVTextFile& m_rFile;
+};
+
+CXVTextFile::CXVTextFile(std::string sNomeArquivo, CXVDataBase* pDataBase, ERegistroArquivo eRegistro)
+    : CXVFileBase(std::move(sNomeArquivo), pDataBase, eRegistro) {}
+CXVTextFile::~CXVTextFile() = default;
+
 HRESULT CXVTextFile::OnInicializa() {
     XV_ESCOPO({"m_sNomeArquivo", GetNomeArquivo()});
     XV_CHECK_TEXTO(CXVFileBase::OnInicializa(), "__super::OnInicializa()");
@@ -97,28 +134,45 @@ HRESULT CXVTextFile::GravaColecao(XVUInt& uiPosicao, const std::vector<std::stri
 HRESULT CXVTextFile::GravaColecao(XVUInt& uiPosicao, std::span<const std::string_view> aRegistros) {
     XV_ESCOPO({"m_sNomeArquivo", GetNomeArquivo()}, {"uiPosicao", XVUInt64{uiPosicao}},
               {"aRegistros.size()", XVUInt64{aRegistros.size()}});
+    const std::lock_guard gravacao(GetMutexGravacao());
+    CXVOperacao operacao(GetDataBase());
+    XVUInt uiPosicaoNova = uiPosicao;
+    HRESULT hr = PreparaColecao(operacao, uiPosicaoNova, aRegistros);
+    if (SUCCEEDED(hr)) hr = operacao.Executa();
+    if (SUCCEEDED(hr)) uiPosicao = uiPosicaoNova;
+    return hr;
+}
+
+HRESULT CXVTextFile::PreparaColecao(CXVOperacao& rOperacao, XVUInt& uiPosicao,
+                                    std::span<const std::string_view> aRegistros) {
     if (aRegistros.empty()) return S_OK;
     const std::unique_lock lock(GetLock());
     XV_CHECK(ValidaGravacao());
     if (uiPosicao > m_colecao.size()) XV_FALHA(E_XVCR_POSICAO_GRAVACAO_SUPERIOR_QUANTIDADE_ARQUIVO);
-    if (!ExisteArquivo()) XV_CHECK(AbreParaGravacao());
+    if (!ExisteArquivo() && !EstaAusente()) XV_CHECK(AbreParaGravacao());
     if (!PrecisaGravar(uiPosicao, aRegistros)) return S_OK;
-    XVUInt uiPosicaoNova = 0;
-    SBloco bloco;
-    XV_CHECK(MontaBloco(aRegistros, &bloco));
-    static constexpr SPontoFalha k_ponto = XV_PONTO_FALHA("GravaRegistros(uiPosicao, aRegistros)");
-    const XVUInt64 uiTamanhoArquivo = GetTamanho();
-    const HRESULT hr = ExecutaComTentativas(
-        k_ponto, [&] { return GravaRegistros(uiPosicaoNova, aRegistros, bloco, uiTamanhoArquivo); });
-    if (FAILED(hr)) {
-        DesfazGravacao(uiTamanhoArquivo);
-        return hr;
-    }
-    uiPosicao = uiPosicaoNova;
+    CPreparados& rPreparados = GetPreparados();
+    XV_CHECK(MontaBloco(aRegistros, &rPreparados));
+    m_colecao.Reserva(m_uiTextosPreparados + aRegistros.size());
+    if (m_listaBlocos.size() + GetPreparadas() + 1 > m_listaBlocos.capacity())
+        m_listaBlocos.reserve((m_listaBlocos.size() + GetPreparadas()) * 2 + 16);
+    rPreparados.m_uiOffsetDados = GetTamanhoDadosPrevisto();
+    XV_CHECK(PreparaGravacao(rOperacao, rPreparados, rPreparados.m_uiOffsetDados,
+                             std::as_bytes(std::span(rPreparados.m_pDados.get(), rPreparados.m_uiTamanho)), {}));
+    rPreparados.m_bEmUso = true;
+    uiPosicao = static_cast<XVUInt>(m_colecao.size() + m_uiTextosPreparados + 1);
+    m_uiTextosPreparados += aRegistros.size();
     return S_OK;
 }
 
-// Creates the file, or takes over one that appeared since: its texts come first.
+CXVTextFile::CPreparados& CXVTextFile::GetPreparados() {
+    for (const auto& p : m_listaPreparados)
+        if (!p->m_bEmUso) return *p;
+    m_listaPreparados.push_back(std::make_unique<CPreparados>(*this));
+    return *m_listaPreparados.back();
+}
+
+// Takes over a file that appeared since: its texts come first.
 HRESULT CXVTextFile::AbreParaGravacao() {
     const HRESULT hr = AbreECarrega([this] { return Carrega(); });
     XV_CHECK_TEXTO(hr, "AbreArquivo(EXVDataBase_ModoAbertura::eModoLeituraGravacaoCriacao)");
@@ -127,15 +181,16 @@ HRESULT CXVTextFile::AbreParaGravacao() {
 
 // Prefixes and texts one after the other: the run reaches the disk in one write and the same block then
 // holds the texts in memory.
-HRESULT CXVTextFile::MontaBloco(std::span<const std::string_view> aRegistros, SBloco* pBloco) {
-    if (aRegistros.size() > k_uiMaximoTextos - m_colecao.size()) XV_FALHA(eDirectoryFull);
-    pBloco->uiTamanho = 0;
+HRESULT CXVTextFile::MontaBloco(std::span<const std::string_view> aRegistros, CPreparados* pPreparados) {
+    if (aRegistros.size() > k_uiMaximoTextos - m_colecao.size() - m_uiTextosPreparados) XV_FALHA(eDirectoryFull);
+    pPreparados->m_uiTamanho = 0;
+    pPreparados->m_uiTextos = aRegistros.size();
     for (const std::string_view sTexto : aRegistros) {
         if (sTexto.size() > 0xFFFFFFFFU) XV_FALHA(E_XVCR_ARQUIVO_TEXTO_QUANTIDADE_CARACTERES_INVALIDA);
-        pBloco->uiTamanho += k_uiTamanhoPrefixo + sTexto.size();
+        pPreparados->m_uiTamanho += k_uiTamanhoPrefixo + sTexto.size();
     }
-    pBloco->pDados.reset(new char[pBloco->uiTamanho]);
-    char* p = pBloco->pDados.get();
+    pPreparados->m_pDados.reset(new char[pPreparados->m_uiTamanho]);
+    char* p = pPreparados->m_pDados.get();
     for (const std::string_view sTexto : aRegistros) {
         const auto ulTamanho = static_cast<XVUInt>(sTexto.size());
         std::memcpy(p, &ulTamanho, k_uiTamanhoPrefixo);
@@ -145,40 +200,18 @@ HRESULT CXVTextFile::MontaBloco(std::span<const std::string_view> aRegistros, SB
     return S_OK;
 }
 
-HRESULT CXVTextFile::GravaRegistros(XVUInt& uiPosicao, std::span<const std::string_view> aRegistros,
-                                    SBloco& bloco, XVUInt64 uiTamanhoArquivo) {
-    // What can fail for lack of memory fails before the disk is touched.
-    m_colecao.Reserva(aRegistros.size());
-    if (m_listaBlocos.size() == m_listaBlocos.capacity())
-        m_listaBlocos.reserve(m_listaBlocos.size() * 2 + 16);
-    const XVUInt64 uiOffset =
-        uiPosicao == 0 ? uiTamanhoArquivo : GetSeekCabecalho() + m_colecao[uiPosicao - 1].uiOffsetDados;
-    if (const CXVErroArquivo erro = GravaDados(uiOffset, bloco.pDados.get(), bloco.uiTamanho); !erro.Ok())
-        XV_CHECK_TEXTO(CatchGravacao(&erro), "CatchGravacao(pEx)");
-    XV_CHECK(AtualizaArquivo());
-    m_listaBlocos.push_back(std::move(bloco.pDados));
-    AtualizaMemoria(uiPosicao, aRegistros, uiOffset - GetSeekCabecalho());
-    return S_OK;
-}
-
-// Overwritten entries keep their offsets: only runs of equal lengths may be overwritten.
-void CXVTextFile::AtualizaMemoria(XVUInt& uiPosicao, std::span<const std::string_view> aRegistros,
-                                  XVUInt64 uiOffsetDados) {
+void CXVTextFile::AtualizaMemoria(CPreparados& rPreparados) {
+    const std::unique_lock lock(GetLock());
+    m_listaBlocos.push_back(std::move(rPreparados.m_pDados));
     const char* pTexto = m_listaBlocos.back().get();
-    const std::size_t uiPrimeira = uiPosicao == 0 ? m_colecao.size() : uiPosicao - 1;
-    for (std::size_t k = 0; k < aRegistros.size(); ++k) {
-        const auto ulTamanho = static_cast<XVUInt>(aRegistros[k].size());
-        SEntrada entrada{uiOffsetDados, pTexto + k_uiTamanhoPrefixo, ulTamanho};
+    XVUInt64 uiOffsetDados = rPreparados.m_uiOffsetDados;
+    for (std::size_t k = 0; k < rPreparados.m_uiTextos; ++k) {
+        XVUInt ulTamanho = 0;
+        std::memcpy(&ulTamanho, pTexto, k_uiTamanhoPrefixo);
+        m_colecao.Inclui({uiOffsetDados, pTexto + k_uiTamanhoPrefixo, ulTamanho});
         pTexto += k_uiTamanhoPrefixo + ulTamanho;
         uiOffsetDados += k_uiTamanhoPrefixo + ulTamanho;
-        if (uiPrimeira + k < m_colecao.size()) {
-            entrada.uiOffsetDados = m_colecao[uiPrimeira + k].uiOffsetDados;
-            m_colecao[uiPrimeira + k] = entrada;
-        } else {
-            m_colecao.Inclui(entrada);
-        }
     }
-    uiPosicao = static_cast<XVUInt>(uiPrimeira + 1);
 }
 
 XVUInt64 CXVTextFile::GetQtdRegistros() const {

@@ -2,7 +2,7 @@
 //
 // A changed text is never rewritten in place: the new one is appended and the old bytes stay behind,
 // unreferenced; the file only grows. Texts are bytes, never converted. Thread rule: any thread after
-// Inicializa; reads share the file's lock, writes hold it for the whole operation including retries.
+// Inicializa; reads share the file's lock, a write holds it alone only while it changes memory.
 // Limits: 4,294,967,295 texts a file and as many bytes a text.
 #pragma once
 
@@ -20,7 +20,10 @@ class CXVTextFile : public CXVFileBase {
   public:
     XV_CLASSE("CXVTextFile", "core/xvdatabase/XVTextFile")
 
-    using CXVFileBase::CXVFileBase;
+    // pDataBase must outlive the file.
+    CXVTextFile(std::string sNomeArquivo, CXVDataBase* pDataBase,
+                ERegistroArquivo eRegistro = ERegistroArquivo::eNoContainer);
+    ~CXVTextFile() override;
 
     // One text: the offset of its length prefix from the first byte after the header, and its bytes, which
     // live in blocks owned by the file.
@@ -43,6 +46,13 @@ class CXVTextFile : public CXVFileBase {
     HRESULT GravaColecao(XVUInt& uiPosicao, std::span<const std::string_view> aRegistros);
     HRESULT GravaColecao(XVUInt& uiPosicao, const std::vector<std::string>& aRegistros);
 
+    // The same as part of an operation: checked and prepared, nothing is changed. out: the position that the
+    // operation will use.
+    HRESULT Prepara(CXVOperacao& rOperacao, XVUInt& uiPosicao, std::string_view sTexto) {
+        return PreparaColecao(rOperacao, uiPosicao, std::span<const std::string_view>(&sTexto, 1));
+    }
+    HRESULT PreparaColecao(CXVOperacao& rOperacao, XVUInt& uiPosicao, std::span<const std::string_view> aRegistros);
+
     bool PrecisaGravar(XVUInt uiPosicao, std::span<const std::string_view> aRegistros) const;
     XVUInt64 GetQtdRegistros() const;
     // The collection, for a database with direct access; otherwise null.
@@ -52,25 +62,19 @@ class CXVTextFile : public CXVFileBase {
     HRESULT OnInicializa() override;
     HRESULT OnFinaliza() override;
 
-    // A run of texts as it lies on disk.
-    struct SBloco {
-        std::unique_ptr<char[]> pDados;
-        std::size_t uiTamanho = 0;
-    };
-    HRESULT MontaBloco(std::span<const std::string_view> aRegistros, SBloco* pBloco);
-    // The raw writer, under the exclusive lock. Position 0 appends at uiTamanhoArquivo, the file's length
-    // before the first attempt; another position overwrites from there, which is only safe for runs of equal
-    // lengths.
-    HRESULT GravaRegistros(XVUInt& uiPosicao, std::span<const std::string_view> aRegistros, SBloco& bloco,
-                           XVUInt64 uiTamanhoArquivo);
-
   private:
+    // A prepared write: a run of texts as it lies on disk, which then holds the texts in memory.
+    class CPreparados;
+
     HRESULT Carrega();
     HRESULT AbreParaGravacao();
     HRESULT InterpretaDados(const char* pDados, XVUInt64 uiTamanho);
-    void AtualizaMemoria(XVUInt& uiPosicao, std::span<const std::string_view> aRegistros,
-                         XVUInt64 uiOffsetDados);
+    CPreparados& GetPreparados();
+    HRESULT MontaBloco(std::span<const std::string_view> aRegistros, CPreparados* pPreparados);
+    void AtualizaMemoria(CPreparados& rPreparados);
 
     CColecao m_colecao;
     std::vector<std::unique_ptr<char[]>> m_listaBlocos;  // where the texts live
+    std::vector<std::unique_ptr<CPreparados>> m_listaPreparados;  // used again and again
+    std::size_t m_uiTextosPreparados = 0;
 };

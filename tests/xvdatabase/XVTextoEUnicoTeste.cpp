@@ -130,30 +130,6 @@ TEST_F(ArquivoTexto, PrimeiraGravacaoEncontraTextosQueApareceramDepois) {
     EXPECT_EQ(LeTextos("A.dat"), (T{"alheio", "meu"}));
 }
 
-// The raw writer, which no public operation uses to overwrite.
-class CXVTextFileAberto : public CXVTextFile {
-  public:
-    using CXVTextFile::CXVTextFile;
-    HRESULT Sobrepoe(XVUInt uiPosicao, std::string_view sTexto) {
-        const std::span<const std::string_view> aRegistros(&sTexto, 1);
-        SBloco bloco;
-        const HRESULT hr = MontaBloco(aRegistros, &bloco);
-        return FAILED(hr) ? hr : GravaRegistros(uiPosicao, aRegistros, bloco, GetTamanho());
-    }
-};
-
-TEST_F(ArquivoTexto, EscritorCruSobrepoeNoLugar) {
-    Cria("A.dat", ArquivoComCabecalho("A.dat", Prefixado("um") + Prefixado("dois") + Prefixado("tres")));
-    TXVBanco<CXVTextFileAberto> banco("A.dat");
-    ASSERT_EQ(Abre(banco), S_OK);
-    EXPECT_EQ(banco->Sobrepoe(2, "DOIS"), S_OK);
-    std::string sTexto;
-    EXPECT_EQ(banco->Le(2, sTexto), S_OK);
-    EXPECT_EQ(sTexto, "DOIS");
-    ASSERT_EQ(banco.xvDB.Finaliza(), S_OK);
-    EXPECT_EQ(LeTextos("A.dat"), (T{"um", "DOIS", "tres"}));
-}
-
 TEST_F(RegistroUnico, AusenteEZeroEAPrimeiraGravacaoSempreCria) {
     TXVBanco<CXVFileUnico> banco("V.dat");
     ASSERT_EQ(Abre(banco), S_OK);

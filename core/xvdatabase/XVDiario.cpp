@@ -1,0 +1,224 @@
+// CXVDiario: opening, closing, and the copies beside files.
+#include "core/xvdatabase/XVDiario.h"
+
+#include <atomic>
+
+#include "core/xvdatabase/XVCodigosArquivo.h"
+#include "core/xvdatabase/XVFileBase.h"
+#include "core/xvdatabase/XVReconstrucao.h"
+#include "platform/XVAmbienteSO.h"
+#include "platform/XVPlataforma.h"
+#include "support/XVCodigos.h"
+#include "support/XVProfiler.h"
+#include "support/XVSoma64.h"
+
+namespace {
+
+constexpr int k_iTentativas = 500;
+constexpr XVUInt k_ulEsperaTentativa = 10;  // ms
+constexpr SAberturaArquivo k_abertura{EAcessoArquivo::eLeituraEscrita, ECompartilhamentoArquivo::eNegaEscrita,
+                                      ECriacaoArquivo::eCriaSeAusente};
+
+// The open journals of the process.
+struct SRegistroDiarios {
+    std::mutex mutex;
+    std::map<std::string, CXVDiario*> mapa;
+};
+SRegistroDiarios& Diarios() {
+    static SRegistroDiarios registro;
+    return registro;
+}
+
+// Another number than that of any journal that the file may have held before.
+XVUInt64 NovaSessao() {
+    static std::atomic<XVUInt64> uiAberturas = 0;
+    const SDataHora dh = XVPlataforma::Relogio().AgoraUTC();
+    const XVUInt64 aPartes[] = {++uiAberturas,
+                                XVAmbienteSO::GetIdProcesso(),
+                                XVPlataforma::Relogio().GetTicks(),
+                                (XVUInt64{dh.usAno} << 40) | (XVUInt64{dh.ucMes} << 32) | (XVUInt64{dh.ucDia} << 24) |
+                                    (XVUInt64{dh.ucHora} << 16) | (XVUInt64{dh.ucMinuto} << 8) | dh.ucSegundo};
+    return XVSoma64(aPartes, sizeof(aPartes)) | 1;
+}
+
+bool EhDiscoCheio(const CXVErroArquivo& rErro) {
+    return rErro.GetCausa() == ECausaArquivo::eDiscoCheio || rErro.GetCausa() == ECausaArquivo::eDiretorioCheio;
+}
+
+}  // namespace
+
+CXVDiario::~CXVDiario() {
+    Desregistra();
+    m_pendente.Termina();
+}
+
+CXVDiario* CXVDiario::Busca(const std::string& sDiretorio) {
+    SRegistroDiarios& rDiarios = Diarios();
+    {
+        const std::lock_guard lock(rDiarios.mutex);
+        if (rDiarios.mapa.empty()) return nullptr;
+    }
+    const std::string sChave = ChaveDoDiretorio(sDiretorio);
+    const std::lock_guard lock(rDiarios.mutex);
+    const auto it = rDiarios.mapa.find(sChave);
+    return it == rDiarios.mapa.end() ? nullptr : it->second;
+}
+
+// The company's directory is the last but one component: its spelling is the caller's.
+std::string CXVDiario::ChaveDoDiretorio(const std::string& sDiretorio) {
+    const std::size_t uiModulo = sDiretorio.find_last_of("/\\");
+    if (uiModulo == std::string::npos) return sDiretorio;
+    const std::string sDiretorioEmpresa = sDiretorio.substr(0, uiModulo);
+    std::string sNomeReal;
+    if (!XVPlataforma::SistemaArquivos().BuscaNomeReal(sDiretorioEmpresa, sNomeReal)) return sDiretorio;
+    return sDiretorioEmpresa.substr(0, sDiretorioEmpresa.size() - sNomeReal.size()) + sNomeReal +
+           sDiretorio.substr(uiModulo);
+}
+
+void CXVDiario::Desregistra() {
+    const std::lock_guard lock(Diarios().mutex);
+    const auto it = Diarios().mapa.find(m_sChave);
+    if (it != Diarios().mapa.end() && it->second == this) Diarios().mapa.erase(it);
+}
+
+HRESULT CXVDiario::Codigo(const CXVErroArquivo& rErro, const char* pszExpressao) const {
+    const HRESULT hr = XVCodigosArquivo::DeExcecao(rErro.GetCausa()).hr;
+    return CheckHr(hr, pszExpressao, "CXVDiario::Executa", XVNomeFonte(), __LINE__, nullptr);
+}
+
+HRESULT CXVDiario::Abre(const IXVDF_Profiler* pDono, EModulo eModulo, const std::string& sDiretorio) {
+    m_sDiretorio = sDiretorio;
+    m_sPath = XVPlataforma::SistemaArquivos().Junta(sDiretorio, k_pszNomeDiario);
+    XV_CHECK_DONO(pDono, AbreArquivo(pDono));
+    const HRESULT hr = Reconstroi(pDono);
+    if (FAILED(hr)) m_pArquivo.reset();
+    XV_CHECK_TEXTO_DONO(pDono, hr, "Reconstroi(pDono)");
+    LeDurabilidade(pDono, eModulo);
+    m_uiSegura = 0;
+    m_bAberto = true;
+    m_sChave = ChaveDoDiretorio(sDiretorio);
+    const std::lock_guard lock(Diarios().mutex);
+    Diarios().mapa[m_sChave] = this;
+    return S_OK;
+}
+
+HRESULT CXVDiario::AbreArquivo(const IXVDF_Profiler* pDono) {
+    CXVErroArquivo erro;
+    for (int i = 1; i <= k_iTentativas; ++i) {
+        erro = XVPlataforma::SistemaArquivos().Abre(m_sPath, k_abertura, m_pArquivo);
+        if (erro.GetCausa() != ECausaArquivo::eViolacaoCompartilhamento) break;
+        if (i < k_iTentativas) XVPlataforma::Relogio().Dorme(k_ulEsperaTentativa);
+    }
+    // Without space for a name the store is still there to be read; its files deny a second writer.
+    if (!erro.Ok() && !EhDiscoCheio(erro))
+        XV_CHECK_TEXTO_DONO(pDono, XVCodigosArquivo::DeExcecao(erro.GetCausa()).hr, "AbreArquivo(m_sPath)");
+    return S_OK;
+}
+
+HRESULT CXVDiario::Reconstroi(const IXVDF_Profiler* pDono) {
+    if (m_pArquivo == nullptr) return S_OK;
+    CXVReconstrucao reconstrucao;
+    XV_CHECK_DONO(pDono, reconstrucao.Le(pDono, m_sDiretorio, *m_pArquivo));
+    XV_CHECK_DONO(pDono, reconstrucao.Confere(pDono));
+    XV_CHECK_DONO(pDono, reconstrucao.Aplica(pDono));
+    // What follows changes files in ways that the old entries do not know.
+    const CXVErroArquivo erro = CXVDiarioAnel::Invalida(*m_pArquivo);
+    if (!erro.Ok()) XV_CHECK_TEXTO_DONO(pDono, XVCodigosArquivo::DeExcecao(erro.GetCausa()).hr, "Invalida(*m_pArquivo)");
+    return S_OK;
+}
+
+void CXVDiario::LeDurabilidade(const IXVDF_Profiler* pDono, EModulo eModulo) {
+    const XVUInt ulDurabilidade =
+        XVPlataforma::Registro().LeNumero(CAmbienteXV::GetChaveRegistro(eModulo), "Durabilidade").value_or(0);
+    m_bDuravel = ulDurabilidade != 0;
+    if (ulDurabilidade > 1)
+        XVProfiler::RecordError(pDono, "CXVDiario::Abre", XVNomeFonte(), __LINE__,
+                                "Valor desconhecido no registro: Durabilidade = %u; vale 1", ulDurabilidade);
+}
+
+// The file's space is taken by the first operation, not by opening: a full disk can still be looked at.
+HRESULT CXVDiario::GarantePronto() {
+    if (m_anel.EstaPronto()) return S_OK;
+    CXVErroArquivo erro;
+    if (m_pArquivo == nullptr) erro = XVPlataforma::SistemaArquivos().Abre(m_sPath, k_abertura, m_pArquivo);
+    if (erro.Ok()) erro = m_anel.Prepara(*m_pArquivo, NovaSessao());
+    if (erro.Ok() && m_bDuravel) {
+        erro = m_pArquivo->Sincroniza();
+        if (erro.Ok()) erro = XVPlataforma::SistemaArquivos().SincronizaDiretorio(m_sDiretorio);
+    }
+    if (erro.Ok()) return S_OK;
+    m_anel.Fecha();
+    return Codigo(erro, "m_anel.Prepara(*m_pArquivo, NovaSessao())");
+}
+
+HRESULT CXVDiario::Fecha(const IXVDF_Profiler* pDono) {
+    if (!m_bAberto) return S_OK;
+    CXVOperacao resolvida(nullptr);
+    HRESULT hr = ResolvePendente(resolvida);
+    CXVErroArquivo erro;
+    if (SUCCEEDED(hr)) erro = SincronizaAlterados();
+    m_bAberto = false;
+    Desregistra();
+    m_anel.Fecha();
+    m_pendente.Termina();
+    m_uiPendente = 0;
+    m_mapAlterados.clear();
+    // From here on the entries stand for nothing, whether the file goes or not.
+    const bool bConcluido = SUCCEEDED(hr) && erro.Ok();
+    if (bConcluido && m_pArquivo != nullptr) erro = CXVDiarioAnel::Invalida(*m_pArquivo);
+    m_pArquivo.reset();
+    if (bConcluido && erro.Ok()) XVPlataforma::SistemaArquivos().Apaga(m_sPath).Ignora();
+    if (!erro.Ok()) hr = XVCodigosArquivo::DeExcecao(erro.GetCausa()).hr;
+    XV_CHECK_TEXTO_DONO(pDono, hr, "SincronizaAlterados()");
+    return S_OK;
+}
+
+HRESULT CXVDiario::IniciaCopia(const IXVDF_Profiler* pDono, const std::string& sNomeCopia, XVUInt64* puiNumero) {
+    *puiNumero = 0;
+    CXVOperacao resolvida(nullptr);
+    const std::lock_guard lock(m_Mutex);
+    if (!m_bAberto) return S_OK;
+    XV_CHECK_DONO(pDono, GarantePronto());
+    XV_CHECK_DONO(pDono, ResolvePendente(resolvida));
+    CXVErroArquivo erro = SincronizaAlterados();
+    if (erro.Ok()) erro = DispensaSeguras();
+    m_anel.IniciaEntrada(ETipoEntrada::eCopia);
+    m_anel.IncluiParte(sNomeCopia, SGravacao{});
+    XVUInt64 uiNumero = 0;
+    if (erro.Ok()) erro = m_anel.GravaEntrada(uiNumero);
+    if (erro.Ok() && m_bDuravel) erro = m_pArquivo->Sincroniza();
+    if (!erro.Ok()) XV_CHECK_TEXTO_DONO(pDono, XVCodigosArquivo::DeExcecao(erro.GetCausa()).hr, "IniciaCopia(sNomeCopia)");
+    *puiNumero = uiNumero;
+    return S_OK;
+}
+
+void CXVDiario::TerminaCopia(XVUInt64 uiNumero) {
+    const std::lock_guard lock(m_Mutex);
+    if (m_bAberto) m_anel.MarcaEstado(uiNumero, EEstadoEntrada::eNula).Ignora();
+}
+
+HRESULT CXVDiario::PontoSeguro(const IXVDF_Profiler* pDono) {
+    CXVOperacao resolvida(nullptr);
+    const std::lock_guard lock(m_Mutex);
+    if (!m_bAberto || !m_anel.EstaPronto()) return S_OK;
+    XV_CHECK_DONO(pDono, ResolvePendente(resolvida));
+    CXVErroArquivo erro = SincronizaAlterados();
+    if (erro.Ok()) erro = DispensaSeguras();
+    if (!erro.Ok()) XV_CHECK_TEXTO_DONO(pDono, XVCodigosArquivo::DeExcecao(erro.GetCausa()).hr, "PontoSeguro()");
+    return S_OK;
+}
+
+void CXVDiario::LembraArquivo(CXVFileBase& rFile) {
+    const std::lock_guard lock(m_Mutex);
+    const auto it = m_mapAlterados.find(rFile.GetNomeArquivo());
+    if (it == m_mapAlterados.end()) return;
+    it->second = &rFile;
+    rFile.SetMarcadoNoDiario(true);
+}
+
+void CXVDiario::EsqueceArquivo(CXVFileBase& rFile) {
+    const std::lock_guard lock(m_Mutex);
+    rFile.SetMarcadoNoDiario(false);
+    const auto it = m_mapAlterados.find(rFile.GetNomeArquivo());
+    if (it != m_mapAlterados.end()) it->second = nullptr;
+}

@@ -1,0 +1,201 @@
+#include "core/xvdatabase/XVDiarioAnel.h"
+
+#include <algorithm>
+#include <atomic>
+#include <cstring>
+
+#include "support/XVSoma64.h"
+
+namespace {
+
+constexpr XVUInt64 k_uiTamanhoUsual = 1U << 20;
+std::atomic<XVUInt64> g_uiTamanhoAnel = k_uiTamanhoUsual;
+
+bool Sobrepoem(XVUInt64 uiInicio1, XVUInt64 uiTamanho1, XVUInt64 uiInicio2, XVUInt64 uiTamanho2) {
+    return uiInicio1 < uiInicio2 + uiTamanho2 && uiInicio2 < uiInicio1 + uiTamanho1;
+}
+
+}  // namespace
+
+void CXVDiarioAnel::SetTamanhoAnel(XVUInt64 uiTamanho) {
+    g_uiTamanhoAnel = uiTamanho;
+}
+
+// Zeros first, then the words, the head last: a file that its maker did not finish has no head.
+CXVErroArquivo CXVDiarioAnel::Prepara(IXVArquivo& rArquivo, XVUInt64 uiSessao) {
+    Fecha();
+    const XVUInt64 uiTamanhoAnel = g_uiTamanhoAnel;
+    const XVUInt64 uiTotal = k_uiTamanhoPaginaDiario + uiTamanhoAnel;
+    XVUInt64 uiTamanho = 0;
+    CXVErroArquivo erro = rArquivo.GetTamanho(uiTamanho);
+    if (erro.Ok()) {
+        // Written, not only lengthened: a place without a block could not be filled on a full disk. What is
+        // there of another session may stay.
+        const std::vector<std::byte> aZeros(
+            static_cast<std::size_t>(uiTamanho >= uiTotal ? k_uiTamanhoPaginaDiario : uiTotal));
+        erro = rArquivo.Grava(0, aZeros.data(), aZeros.size());
+    }
+    if (!erro.Ok()) return erro;
+    m_pArquivo = &rArquivo;
+    m_uiTamanhoAnel = uiTamanhoAnel;
+    m_uiSessao = uiSessao;
+    REG_XVDIARIO_CABECALHO reg{k_uiAssinaturaDiario, uiSessao, uiTamanhoAnel, 0};
+    reg.uiSoma = XVSoma64(&reg, offsetof(REG_XVDIARIO_CABECALHO, uiSoma));
+    std::unique_ptr<IXVVista> pVista;
+    erro = rArquivo.Mapeia(uiTotal, pVista);
+    if (erro.Ok()) erro = pVista->GravaPalavra(k_uiOffsetPrimeira, m_uiPrimeira);
+    if (erro.Ok()) erro = pVista->Grava(0, &reg, sizeof(reg));
+    if (erro.Ok()) m_pVista = std::move(pVista);
+    return erro;
+}
+
+void CXVDiarioAnel::Fecha() {
+    m_pVista.reset();
+    m_pArquivo = nullptr;
+    m_uiUltima = 0;
+    m_uiPrimeira = 1;
+    m_uiProximo = k_uiTamanhoPaginaDiario;
+    m_listaVivas.clear();
+}
+
+CXVErroArquivo CXVDiarioAnel::Invalida(IXVArquivo& rArquivo) {
+    constexpr REG_XVDIARIO_CABECALHO k_regVazio{};
+    XVUInt64 uiTamanho = 0;
+    CXVErroArquivo erro = rArquivo.GetTamanho(uiTamanho);
+    if (!erro.Ok() || uiTamanho < k_uiTamanhoPaginaDiario) return erro;
+    erro = rArquivo.Grava(0, &k_regVazio, sizeof(k_regVazio));
+    return erro.Ok() ? rArquivo.Sincroniza() : erro;
+}
+
+void CXVDiarioAnel::Anexa(const void* pDados, std::size_t uiTamanho) {
+    const auto* p = static_cast<const std::byte*>(pDados);
+    m_aEntrada.insert(m_aEntrada.end(), p, p + uiTamanho);
+    m_aEntrada.resize(XVAlinha(m_aEntrada.size(), 8));
+}
+
+void CXVDiarioAnel::IniciaEntrada(ETipoEntrada eTipo) {
+    REG_XVDIARIO_ENTRADA reg{};
+    reg.uiAssinatura = k_uiAssinaturaEntrada;
+    reg.uiSessao = m_uiSessao;
+    reg.uiNumero = m_uiUltima + 1;
+    reg.eTipo = eTipo;
+    m_aEntrada.clear();
+    Anexa(&reg, sizeof(reg));
+}
+
+void CXVDiarioAnel::IncluiParte(std::string_view sNomeArquivo, const SGravacao& g) {
+    const std::size_t uiInicio = m_aEntrada.size();
+    REG_XVDIARIO_PARTE reg{};
+    reg.uiOffset = g.uiOffset;
+    reg.uiTamanhoAntes = g.uiTamanhoAntes;
+    reg.uiTamanhoDepois = g.uiTamanhoDepois;
+    reg.uiNovos = g.uiNovos;
+    reg.uiAntigos = g.uiAntigos;
+    reg.usTamanhoNome = static_cast<XVUShort>(sNomeArquivo.size());
+    if (g.bCria) reg.ucMarcas |= k_ucParteCria;
+    if (g.bTemCabecalho) reg.ucMarcas |= k_ucParteCabecalho;
+    Anexa(&reg, sizeof(reg));
+    Anexa(sNomeArquivo.data(), sNomeArquivo.size());
+    if (g.bTemCabecalho) {
+        Anexa(&g.regAntes, sizeof(g.regAntes));
+        Anexa(&g.regDepois, sizeof(g.regDepois));
+    }
+    Anexa(g.pNovos, g.uiNovos);
+    Anexa(g.pAntigos, g.uiAntigos);
+    reg.uiTamanhoParte = m_aEntrada.size() - uiInicio;
+    std::memcpy(m_aEntrada.data() + uiInicio, &reg.uiTamanhoParte, sizeof(reg.uiTamanhoParte));
+    auto* pEntrada = reinterpret_cast<REG_XVDIARIO_ENTRADA*>(m_aEntrada.data());
+    ++pEntrada->ulPartes;
+}
+
+// The place of the next entry. The entries lie in the order of their age behind each other, but for one that
+// did not fit the ring.
+CXVDiarioAnel::SLugar CXVDiarioAnel::Planeja() const {
+    const XVUInt64 uiTamanho = XVAlinha(m_aEntrada.size(), k_uiAlinhamentoEntrada);
+    SLugar lugar;
+    XVUInt64 uiPulado = 0;  // bytes at the end of the ring that stay behind
+    if (uiTamanho > m_uiTamanhoAnel / 2) {
+        lugar.uiOffset = GetFimAnel();
+    } else if (m_uiProximo + uiTamanho > GetFimAnel()) {
+        lugar.uiOffset = k_uiTamanhoPaginaDiario;
+        uiPulado = GetFimAnel() - m_uiProximo;
+    } else {
+        lugar.uiOffset = m_uiProximo;
+    }
+    for (std::size_t i = 0; i < m_listaVivas.size() && i <= lugar.uiSubstituidas + 1; ++i) {
+        const SViva& rViva = m_listaVivas[i];
+        if (Sobrepoem(lugar.uiOffset, uiTamanho, rViva.uiOffset, rViva.uiTamanho) ||
+            Sobrepoem(m_uiProximo, uiPulado, rViva.uiOffset, rViva.uiTamanho))
+            lugar.uiSubstituidas = i + 1;
+    }
+    return lugar;
+}
+
+XVUInt64 CXVDiarioAnel::GetSubstituida() const {
+    const std::size_t uiSubstituidas = Planeja().uiSubstituidas;
+    return uiSubstituidas == 0 ? 0 : m_listaVivas[uiSubstituidas - 1].uiNumero;
+}
+
+CXVErroArquivo CXVDiarioAnel::Dispensa(XVUInt64 uiNumero) {
+    if (uiNumero >= m_uiPrimeira) {
+        const CXVErroArquivo erro = m_pVista->GravaPalavra(k_uiOffsetPrimeira, uiNumero + 1);
+        if (!erro.Ok()) return erro;
+        m_uiPrimeira = uiNumero + 1;
+    }
+    while (!m_listaVivas.empty() && m_listaVivas.front().uiNumero <= uiNumero) m_listaVivas.pop_front();
+    return {};
+}
+
+CXVErroArquivo CXVDiarioAnel::GravaBytes(XVUInt64 uiOffset) {
+    if (uiOffset == GetFimAnel()) return m_pArquivo->Grava(uiOffset, m_aEntrada.data(), m_aEntrada.size());
+    return m_pVista->Grava(uiOffset, m_aEntrada.data(), m_aEntrada.size());
+}
+
+CXVErroArquivo CXVDiarioAnel::GravaEntrada(XVUInt64& uiNumero) {
+    const SLugar lugar = Planeja();
+    const XVUInt64 uiTamanho = XVAlinha(m_aEntrada.size(), k_uiAlinhamentoEntrada);
+    if (lugar.uiSubstituidas > 0) {
+        const CXVErroArquivo erro = Dispensa(m_listaVivas[lugar.uiSubstituidas - 1].uiNumero);
+        if (!erro.Ok()) return erro;
+    }
+    uiNumero = m_uiUltima + 1;
+    m_listaVivas.push_back({uiNumero, lugar.uiOffset, uiTamanho});
+    auto* pEntrada = reinterpret_cast<REG_XVDIARIO_ENTRADA*>(m_aEntrada.data());
+    pEntrada->uiTamanho = m_aEntrada.size();
+    pEntrada->uiSoma = XVSoma64(m_aEntrada.data(), m_aEntrada.size());
+    pEntrada->uiEstado = XVEstadoEntrada(uiNumero, EEstadoEntrada::eRefazer);
+    const CXVErroArquivo erro = GravaBytes(lugar.uiOffset);
+    if (!erro.Ok()) {
+        m_listaVivas.pop_back();
+        // Should all of it have been written in spite of the error, it is no entry all the same.
+        m_aEntrada.assign(sizeof(REG_XVDIARIO_ENTRADA), std::byte{0});
+        GravaBytes(lugar.uiOffset).Ignora();
+        return erro;
+    }
+    m_uiUltima = uiNumero;
+    if (lugar.uiOffset != GetFimAnel()) m_uiProximo = lugar.uiOffset + uiTamanho;
+    return {};
+}
+
+const CXVDiarioAnel::SViva* CXVDiarioAnel::Busca(XVUInt64 uiNumero) const {
+    const auto it = std::find_if(m_listaVivas.rbegin(), m_listaVivas.rend(),
+                                 [uiNumero](const SViva& viva) { return viva.uiNumero == uiNumero; });
+    return it == m_listaVivas.rend() ? nullptr : &*it;
+}
+
+CXVErroArquivo CXVDiarioAnel::MarcaEstado(XVUInt64 uiNumero, EEstadoEntrada eEstado) {
+    const SViva* pViva = Busca(uiNumero);
+    if (pViva == nullptr) return {};
+    const XVUInt64 uiOffset = pViva->uiOffset + offsetof(REG_XVDIARIO_ENTRADA, uiEstado);
+    const XVUInt64 uiEstado = XVEstadoEntrada(uiNumero, eEstado);
+    if (pViva->uiOffset == GetFimAnel()) return m_pArquivo->Grava(uiOffset, &uiEstado, sizeof(uiEstado));
+    return m_pVista->GravaPalavra(uiOffset, uiEstado);
+}
+
+CXVErroArquivo CXVDiarioAnel::MarcaEmCurso(XVUInt64 uiNumero) {
+    return m_pVista->GravaPalavra(k_uiOffsetSequencia, uiNumero * 2 - 1);
+}
+
+CXVErroArquivo CXVDiarioAnel::MarcaConcluida(XVUInt64 uiNumero) {
+    return m_pVista->GravaPalavra(k_uiOffsetSequencia, uiNumero * 2);
+}

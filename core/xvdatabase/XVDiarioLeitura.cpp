@@ -1,0 +1,143 @@
+#include "core/xvdatabase/XVDiarioLeitura.h"
+
+#include <algorithm>
+#include <cstring>
+#include <string>
+
+#include "core/xvdatabase/XVNomeArquivo.h"
+#include "platform/XVCaminho.h"
+#include "support/XVSoma64.h"
+
+namespace {
+
+// No journal of ours comes near: the ring and one operation with its texts.
+constexpr XVUInt64 k_uiTamanhoMaximo = 64ULL << 30;
+
+// Takes uiTamanho bytes and their filler off the front; false when they are not there.
+bool Tira(std::string_view& rsResto, XVUInt64 uiTamanho, std::string_view* psParte) {
+    if (uiTamanho > rsResto.size()) return false;
+    const std::size_t uiCheio = XVAlinha(static_cast<std::size_t>(uiTamanho), 8);
+    if (uiCheio > rsResto.size()) return false;
+    *psParte = rsResto.substr(0, static_cast<std::size_t>(uiTamanho));
+    rsResto.remove_prefix(uiCheio);
+    return true;
+}
+
+bool EhNomeDeArquivo(std::string_view sNome) {
+    return XVCaminho::EhNomeSimples(sNome) && sNome.find('.') != std::string_view::npos;
+}
+
+// Offsets and lengths that an operation can have: no gap between the file and what is written.
+bool EhPossivel(const SParteLida& rParte) {
+    const XVUInt64 uiFim = rParte.uiOffset + rParte.sNovos.size();
+    return uiFim >= rParte.uiOffset && rParte.uiOffset <= rParte.uiTamanhoAntes &&
+           rParte.uiTamanhoDepois == std::max(rParte.uiTamanhoAntes, uiFim) &&
+           rParte.sAntigos.size() == std::min<XVUInt64>(rParte.sNovos.size(),
+                                                        rParte.uiTamanhoAntes - rParte.uiOffset);
+}
+
+bool InterpretaParte(std::string_view sParte, SParteLida* pParte) {
+    std::string_view sReg;
+    REG_XVDIARIO_PARTE reg;
+    if (!Tira(sParte, sizeof(reg), &sReg)) return false;
+    std::memcpy(&reg, sReg.data(), sizeof(reg));
+    if (!Tira(sParte, reg.usTamanhoNome, &pParte->sNome) || !EhNomeDeArquivo(pParte->sNome)) return false;
+    if ((reg.ucMarcas & k_ucParteCabecalho) != 0) {
+        std::string_view sAntes;
+        std::string_view sDepois;
+        if (!Tira(sParte, sizeof(REG_XVCABECALHO_B), &sAntes) || !Tira(sParte, sizeof(REG_XVCABECALHO_B), &sDepois))
+            return false;
+        pParte->pAntes = reinterpret_cast<const REG_XVCABECALHO_B*>(sAntes.data());
+        pParte->pDepois = reinterpret_cast<const REG_XVCABECALHO_B*>(sDepois.data());
+    }
+    if (!Tira(sParte, reg.uiNovos, &pParte->sNovos) || !Tira(sParte, reg.uiAntigos, &pParte->sAntigos)) return false;
+    pParte->uiOffset = reg.uiOffset;
+    pParte->uiTamanhoAntes = reg.uiTamanhoAntes;
+    pParte->uiTamanhoDepois = reg.uiTamanhoDepois;
+    pParte->bCria = (reg.ucMarcas & k_ucParteCria) != 0;
+    return sParte.empty() && EhPossivel(*pParte);
+}
+
+}  // namespace
+
+CXVErroArquivo CXVDiarioLeitura::Le(IXVArquivo& rArquivo) {
+    XVUInt64 uiTamanho = 0;
+    CXVErroArquivo erro = rArquivo.GetTamanho(uiTamanho);
+    if (!erro.Ok() || uiTamanho < k_uiTamanhoPaginaDiario || uiTamanho > k_uiTamanhoMaximo) return erro;
+    m_sBytes.resize(static_cast<std::size_t>(uiTamanho));
+    erro = rArquivo.Le(0, m_sBytes.data(), m_sBytes.size());
+    if (erro.Ok()) Interpreta();
+    return erro;
+}
+
+template <class T>
+T CXVDiarioLeitura::Palavra(std::size_t uiOffset) const {
+    T valor;
+    std::memcpy(&valor, m_sBytes.data() + uiOffset, sizeof(valor));
+    return valor;
+}
+
+void CXVDiarioLeitura::Interpreta() {
+    const auto reg = Palavra<REG_XVDIARIO_CABECALHO>(0);
+    if (reg.uiAssinatura != k_uiAssinaturaDiario ||
+        reg.uiSoma != XVSoma64(&reg, offsetof(REG_XVDIARIO_CABECALHO, uiSoma)) ||
+        reg.uiTamanhoAnel > m_sBytes.size() - k_uiTamanhoPaginaDiario)
+        return;
+    m_uiSessao = reg.uiSessao;
+    const auto uiFimAnel = static_cast<std::size_t>(k_uiTamanhoPaginaDiario + reg.uiTamanhoAnel);
+    for (std::size_t i = k_uiTamanhoPaginaDiario; i < uiFimAnel; i += k_uiAlinhamentoEntrada) Examina(i, uiFimAnel);
+    Examina(uiFimAnel, m_sBytes.size());
+    Encadeia(Palavra<XVUInt64>(static_cast<std::size_t>(k_uiOffsetPrimeira)));
+}
+
+// Whether an entry of this session begins here, and whether it is complete.
+void CXVDiarioLeitura::Examina(std::size_t uiOffset, std::size_t uiFim) {
+    if (uiFim < uiOffset + sizeof(REG_XVDIARIO_ENTRADA)) return;
+    auto reg = Palavra<REG_XVDIARIO_ENTRADA>(uiOffset);
+    if (reg.uiAssinatura != k_uiAssinaturaEntrada || reg.uiSessao != m_uiSessao) return;
+    const XVUInt64 uiSoma = reg.uiSoma;
+    const XVUInt64 uiEstado = reg.uiEstado;
+    SEntradaLida entrada;
+    entrada.uiNumero = reg.uiNumero;
+    entrada.eTipo = reg.eTipo;
+    bool bCompleta = false;
+    if (reg.uiTamanho >= sizeof(reg) && reg.uiTamanho <= uiFim - uiOffset) {
+        reg.uiSoma = reg.uiEstado = 0;
+        std::string sEntrada = m_sBytes.substr(uiOffset, static_cast<std::size_t>(reg.uiTamanho));
+        std::memcpy(sEntrada.data(), &reg, sizeof(reg));
+        bCompleta = uiSoma == XVSoma64(sEntrada.data(), sEntrada.size()) &&
+                    InterpretaPartes(std::string_view(m_sBytes).substr(uiOffset + sizeof(reg), sEntrada.size() - sizeof(reg)),
+                                     reg.ulPartes, &entrada);
+    }
+    if (!bCompleta) {
+        m_uiMaiorInacabada = std::max(m_uiMaiorInacabada, entrada.uiNumero);
+        return;
+    }
+    if (uiEstado == XVEstadoEntrada(entrada.uiNumero, EEstadoEntrada::eDesfazer))
+        entrada.eEstado = EEstadoEntrada::eDesfazer;
+    if (uiEstado == XVEstadoEntrada(entrada.uiNumero, EEstadoEntrada::eNula)) entrada.eEstado = EEstadoEntrada::eNula;
+    m_listaEntradas.push_back(std::move(entrada));
+}
+
+bool CXVDiarioLeitura::InterpretaPartes(std::string_view sPartes, XVUInt ulPartes, SEntradaLida* pEntrada) {
+    for (XVUInt i = 0; i < ulPartes; ++i) {
+        XVUInt64 uiTamanho = 0;
+        if (sPartes.size() < sizeof(uiTamanho)) return false;
+        std::memcpy(&uiTamanho, sPartes.data(), sizeof(uiTamanho));
+        std::string_view sParte;
+        SParteLida parte;
+        if (uiTamanho % 8 != 0 || !Tira(sPartes, uiTamanho, &sParte) || !InterpretaParte(sParte, &parte)) return false;
+        pEntrada->listaPartes.push_back(parte);
+    }
+    return sPartes.empty();
+}
+
+// Keeps the needed entries in order, and sees whether all are there.
+void CXVDiarioLeitura::Encadeia(XVUInt64 uiPrimeira) {
+    std::erase_if(m_listaEntradas, [uiPrimeira](const SEntradaLida& e) { return e.uiNumero < uiPrimeira; });
+    std::sort(m_listaEntradas.begin(), m_listaEntradas.end(),
+              [](const SEntradaLida& e1, const SEntradaLida& e2) { return e1.uiNumero < e2.uiNumero; });
+    XVUInt64 uiEsperada = uiPrimeira;
+    for (const SEntradaLida& rEntrada : m_listaEntradas) m_bLacuna |= rEntrada.uiNumero != uiEsperada++;
+    m_bInacabada = m_uiMaiorInacabada == uiEsperada;
+}

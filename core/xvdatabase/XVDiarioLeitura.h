@@ -1,0 +1,59 @@
+// The operation journal as the next opening, or a viewer, finds it: bytes that may be torn, foreign or made
+// up. Nothing is believed that its checksum and its bounds do not carry.
+#pragma once
+
+#include <memory>
+#include <string_view>
+#include <vector>
+
+#include "core/xvdatabase/XVDiarioFormato.h"
+#include "platform/XVSistemaArquivos.h"
+
+// One write of one file. The texts and bytes lie in the journal's own copy.
+struct SParteLida {
+    std::string_view sNome;
+    XVUInt64 uiOffset = 0;
+    XVUInt64 uiTamanhoAntes = 0;
+    XVUInt64 uiTamanhoDepois = 0;
+    std::string_view sNovos;
+    std::string_view sAntigos;
+    bool bCria = false;
+    const REG_XVCABECALHO_B* pAntes = nullptr;  // null: the header is not kept up
+    const REG_XVCABECALHO_B* pDepois = nullptr;
+};
+
+struct SEntradaLida {
+    XVUInt64 uiNumero = 0;
+    ETipoEntrada eTipo = ETipoEntrada::eGravacao;
+    EEstadoEntrada eEstado = EEstadoEntrada::eRefazer;
+    std::vector<SParteLida> listaPartes;
+};
+
+class CXVDiarioLeitura {
+  public:
+    // Reads the journal of an open file. Bytes that are no journal: no entries, and no failure.
+    CXVErroArquivo Le(IXVArquivo& rArquivo);
+
+    // The entries that are still needed, oldest first.
+    const std::vector<SEntradaLida>& GetEntradas() const { return m_listaEntradas; }
+    // An entry that is needed is not there: the device lost it.
+    bool TemLacuna() const { return m_bLacuna; }
+    // The last entry was not finished: its operation had not begun.
+    bool TemInacabada() const { return m_bInacabada; }
+    XVUInt64 GetSessao() const { return m_uiSessao; }
+
+  private:
+    void Interpreta();
+    void Examina(std::size_t uiOffset, std::size_t uiFim);
+    void Encadeia(XVUInt64 uiPrimeira);
+    static bool InterpretaPartes(std::string_view sPartes, XVUInt ulPartes, SEntradaLida* pEntrada);
+    template <class T>
+    T Palavra(std::size_t uiOffset) const;
+
+    std::string m_sBytes;
+    std::vector<SEntradaLida> m_listaEntradas;
+    XVUInt64 m_uiSessao = 0;
+    XVUInt64 m_uiMaiorInacabada = 0;
+    bool m_bLacuna = false;
+    bool m_bInacabada = false;
+};

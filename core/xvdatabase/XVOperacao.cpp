@@ -1,0 +1,92 @@
+#include "core/xvdatabase/XVOperacao.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "core/xvdatabase/XVDataBase.h"
+#include "core/xvdatabase/XVDiario.h"
+#include "core/xvdatabase/XVFileBase.h"
+#include "core/xvdatabase/XVGroupFileBase.h"
+
+namespace {
+
+bool Aumenta(const CXVGravacaoPreparada* p) {
+    return p->m_gravacao.bCria || p->m_gravacao.uiTamanhoDepois > p->m_gravacao.uiTamanhoAntes;
+}
+
+}  // namespace
+
+void CXVOperacao::Anota(std::size_t uiPrimeira, const SPontoFalha& rPonto) {
+    for (std::size_t i = uiPrimeira; i < m_uiPartes; ++i) {
+        CXVGravacaoPreparada& rParte = *m_aPartes[i];
+        if (rParte.m_uiPontos < CXVGravacaoPreparada::k_uiPontos)
+            rParte.m_aPontos[rParte.m_uiPontos++] = &rPonto;
+    }
+}
+
+HRESULT CXVOperacao::Executa() {
+    if (EhVazia()) return S_OK;
+    if (CXVDiario* pDiario = m_pDataBase->GetDiario()) return pDiario->Executa(*this);
+    const HRESULT hr = Escreve();
+    if (SUCCEEDED(hr)) {
+        Publica();
+    } else if (!Desfaz().Ok()) {
+        // Nobody is left to finish the undoing: what is on disk must not be used further.
+        for (CXVGravacaoPreparada* p : GetPartes()) p->GetArquivo().FechaArquivo();
+    }
+    Termina();
+    return hr;
+}
+
+// What appends may meet a full disk, and is then taken back by giving a length back; what overwrites needs no
+// space. So it comes last.
+HRESULT CXVOperacao::Escreve() {
+    const auto itFim = std::copy_if(m_aPartes.begin(), m_aPartes.begin() + m_uiPartes, m_aOrdem.begin(), Aumenta);
+    std::copy_if(m_aPartes.begin(), m_aPartes.begin() + m_uiPartes, itFim,
+                 [](const CXVGravacaoPreparada* p) { return !Aumenta(p); });
+    for (m_uiEscritas = 0; m_uiEscritas < m_uiPartes;) {
+        CXVGravacaoPreparada& rParte = *m_aOrdem[m_uiEscritas++];
+        const HRESULT hr = rParte.GetArquivo().EscreveGravacao(rParte);
+        if (SUCCEEDED(hr)) continue;
+        for (std::size_t i = 0; i < rParte.m_uiPontos; ++i)
+            XVIgnora(XVRegistraFalha(hr, *rParte.m_aPontos[i], &rParte.GetArquivo()));
+        return hr;
+    }
+    return S_OK;
+}
+
+CXVErroArquivo CXVOperacao::Desfaz() {
+    for (; m_uiEscritas > 0; --m_uiEscritas) {
+        const CXVGravacaoPreparada& rParte = *m_aOrdem[m_uiEscritas - 1];
+        const CXVErroArquivo erro = rParte.GetArquivo().DesfazGravacao(rParte.m_gravacao);
+        if (!erro.Ok()) return erro;
+    }
+    return {};
+}
+
+void CXVOperacao::Publica() noexcept {
+    m_pDataBase->IniciaPublicacao();
+    for (CXVGravacaoPreparada* p : GetPartes()) p->Publica();
+    m_pDataBase->TerminaPublicacao();
+}
+
+void CXVOperacao::Termina() noexcept {
+    for (CXVGravacaoPreparada* p : GetPartes()) {
+        CXVGroupFileBase* pGrupo = p->m_pGrupo;
+        const XVUInt64 uiChave = p->m_uiChaveGrupo;
+        p->m_uiPontos = 0;
+        p->m_pGrupo = nullptr;
+        p->Devolve();
+        if (pGrupo != nullptr) pGrupo->EsqueceMembroSemArquivo(uiChave);
+    }
+    m_uiPartes = 0;
+    m_uiEscritas = 0;
+}
+
+void CXVOperacao::Assume(CXVOperacao& rOutra) noexcept {
+    m_pDataBase = rOutra.m_pDataBase;
+    m_aPartes = rOutra.m_aPartes;
+    m_aOrdem = rOutra.m_aOrdem;
+    m_uiPartes = std::exchange(rOutra.m_uiPartes, 0);
+    m_uiEscritas = std::exchange(rOutra.m_uiEscritas, 0);
+}

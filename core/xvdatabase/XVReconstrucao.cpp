@@ -1,0 +1,286 @@
+#include "core/xvdatabase/XVReconstrucao.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "core/xvdatabase/XVCodigosArquivo.h"
+#include "core/xvdatabase/XVNomeArquivo.h"
+#include "platform/XVPlataforma.h"
+#include "support/XVCodigos.h"
+#include "support/XVProfiler.h"
+
+namespace {
+
+constexpr SAberturaArquivo k_aberturaLeitura{EAcessoArquivo::eLeitura, ECompartilhamentoArquivo::eNegaNada,
+                                             ECriacaoArquivo::eSomenteExistente};
+
+SAberturaArquivo AberturaEscrita(bool bCria) {
+    return {EAcessoArquivo::eLeituraEscrita, ECompartilhamentoArquivo::eNegaEscrita,
+            bCria ? ECriacaoArquivo::eCriaSeAusente : ECriacaoArquivo::eSomenteExistente};
+}
+
+// A header that was being replaced by the next one when its writer died: bytes of one and of the other.
+bool EhMistura(const REG_XVCABECALHO_B& reg, const void* p1, const void* p2) {
+    const auto* p = reinterpret_cast<const unsigned char*>(&reg);
+    const auto* a = static_cast<const unsigned char*>(p1);
+    const auto* b = static_cast<const unsigned char*>(p2);
+    for (std::size_t i = 0; i < sizeof(reg); ++i)
+        if (p[i] != a[i] && p[i] != b[i]) return false;
+    return true;
+}
+
+}  // namespace
+
+std::string CXVReconstrucao::Path(const std::string& sNome) const {
+    return XVPlataforma::SistemaArquivos().Junta(m_sDiretorio, sNome);
+}
+
+HRESULT CXVReconstrucao::RecusaArquivo(const IXVDF_Profiler* pDono, const std::string& sNome,
+                                       const char* pszMotivo) const {
+    XVProfiler::RecordError(pDono, "CXVReconstrucao::Confere", XVNomeFonte(), __LINE__,
+                            "Arquivo recusado: %s\tDiário de operações: %s", Path(sNome).c_str(), pszMotivo);
+    return E_XVCR_INCONSISTENCIA_CONTROLE_CRIACAO_ARQUIVOS;
+}
+
+HRESULT CXVReconstrucao::Le(const IXVDF_Profiler* pDono, const std::string& sDiretorio, IXVArquivo& rDiario) {
+    m_sDiretorio = sDiretorio;
+    if (const CXVErroArquivo erro = m_diario.Le(rDiario); !erro.Ok())
+        XV_CHECK_TEXTO_DONO(pDono, XVCodigosArquivo::DeExcecao(erro.GetCausa()).hr, "m_diario.Le(rDiario)");
+    if (m_diario.TemLacuna())
+        return RecusaArquivo(pDono, k_pszNomeDiario,
+                             "faltam operações que o equipamento perdeu; os arquivos podem estar incompletos");
+    return Monta(pDono);
+}
+
+// An entry that is undone is the last one that counts: no operation begins before that is over.
+HRESULT CXVReconstrucao::Monta(const IXVDF_Profiler* pDono) {
+    const auto& rEntradas = m_diario.GetEntradas();
+    const auto itUltima = std::find_if(rEntradas.rbegin(), rEntradas.rend(), [](const SEntradaLida& e) {
+        return e.eEstado != EEstadoEntrada::eNula;
+    });
+    for (const SEntradaLida& rEntrada : rEntradas) {
+        const bool bUltima = itUltima != rEntradas.rend() && &rEntrada == &*itUltima;
+        const bool bDesfaz = rEntrada.eEstado == EEstadoEntrada::eDesfazer;
+        if (rEntrada.eEstado == EEstadoEntrada::eNula || (bDesfaz && !bUltima)) continue;
+        if (rEntrada.eTipo == ETipoEntrada::eCopia) {
+            for (const SParteLida& rParte : rEntrada.listaPartes) m_listaCopias.emplace_back(rParte.sNome);
+            continue;
+        }
+        m_bDesfaz |= bDesfaz;
+        for (const SParteLida& rParte : rEntrada.listaPartes)
+            if (!Inclui(rParte, bDesfaz))
+                return RecusaArquivo(pDono, std::string(rParte.sNome), "as operações não se seguem umas às outras");
+    }
+    return S_OK;
+}
+
+bool CXVReconstrucao::Inclui(const SParteLida& rParte, bool bDesfaz) {
+    const auto [it, bNovo] = m_mapaArquivos.try_emplace(std::string(rParte.sNome));
+    SArquivo& rArquivo = it->second;
+    if (bNovo) {
+        rArquivo.bExistia = !rParte.bCria;
+        rArquivo.uiTamanhoMenor = rParte.bCria ? 0 : rParte.uiTamanhoAntes;
+        if (rParte.pAntes != nullptr) rArquivo.listaCabecalhos.push_back(rParte.pAntes);
+    } else if (rParte.bCria || rParte.uiTamanhoAntes != rArquivo.uiTamanhoFinal ||
+               (rParte.pAntes != nullptr && rArquivo.pCabecalhoFinal != nullptr &&
+                std::memcmp(rParte.pAntes, rArquivo.pCabecalhoFinal, sizeof(*rParte.pAntes)) != 0)) {
+        return false;
+    }
+    rArquivo.listaPartes.push_back(&rParte);
+    rArquivo.uiTamanhoMaior = std::max(rArquivo.uiTamanhoMaior, rParte.uiTamanhoDepois);
+    if (rParte.pDepois != nullptr) {
+        rArquivo.listaCabecalhos.push_back(rParte.pDepois);
+        rArquivo.pCabecalhoFinal = bDesfaz ? rParte.pAntes : rParte.pDepois;
+    }
+    rArquivo.uiTamanhoFinal = bDesfaz ? rParte.uiTamanhoAntes : rParte.uiTamanhoDepois;
+    rArquivo.bApaga = bDesfaz && rParte.bCria;
+    Mescla(rArquivo.mapaFinal, rParte.uiOffset, bDesfaz ? rParte.sAntigos : rParte.sNovos);
+    return true;
+}
+
+// Newer bytes take the place of what older ranges say of them.
+void CXVReconstrucao::Mescla(std::map<XVUInt64, std::string>& rMapa, XVUInt64 uiOffset, std::string_view sBytes) {
+    if (sBytes.empty()) return;
+    const XVUInt64 uiFim = uiOffset + sBytes.size();
+    auto it = rMapa.lower_bound(uiOffset);
+    if (it != rMapa.begin() && std::prev(it)->first + std::prev(it)->second.size() > uiOffset) --it;
+    while (it != rMapa.end() && it->first < uiFim) {
+        const XVUInt64 uiInicioVelho = it->first;
+        const std::string sVelho = std::move(it->second);
+        it = rMapa.erase(it);
+        if (uiInicioVelho < uiOffset) rMapa[uiInicioVelho] = sVelho.substr(0, uiOffset - uiInicioVelho);
+        if (uiInicioVelho + sVelho.size() > uiFim) it = rMapa.emplace(uiFim, sVelho.substr(uiFim - uiInicioVelho)).first;
+    }
+    rMapa[uiOffset] = sBytes;
+}
+
+HRESULT CXVReconstrucao::Confere(const IXVDF_Profiler* pDono) {
+    for (const auto& [sNome, rArquivo] : m_mapaArquivos) {
+        const HRESULT hr = ConfereArquivo(pDono, sNome, rArquivo);
+        if (FAILED(hr)) return hr;
+    }
+    return S_OK;
+}
+
+HRESULT CXVReconstrucao::ConfereArquivo(const IXVDF_Profiler* pDono, const std::string& sNome,
+                                        const SArquivo& rArquivo) {
+    std::unique_ptr<IXVArquivo> pFile;
+    CXVErroArquivo erro = XVPlataforma::SistemaArquivos().Abre(Path(sNome), k_aberturaLeitura, pFile);
+    if (erro.GetCausa() == ECausaArquivo::eArquivoNaoEncontrado)
+        return rArquivo.bExistia ? RecusaArquivo(pDono, sNome, "o arquivo não existe mais") : S_OK;
+    XVUInt64 uiTamanho = 0;
+    bool bCabecalho = true;
+    bool bSobrescritos = true;
+    if (erro.Ok()) erro = pFile->GetTamanho(uiTamanho);
+    if (erro.Ok() && (uiTamanho < rArquivo.uiTamanhoMenor || uiTamanho > rArquivo.uiTamanhoMaior))
+        return RecusaArquivo(pDono, sNome, "o tamanho não é o de nenhuma das operações");
+    if (erro.Ok()) erro = ConfereCabecalho(*pFile, uiTamanho, rArquivo, &bCabecalho);
+    if (erro.Ok()) erro = ConfereSobrescritos(*pFile, uiTamanho, rArquivo, &bSobrescritos);
+    if (!erro.Ok()) {
+        XVIgnora(RecusaArquivo(pDono, sNome, "o arquivo não pôde ser lido"));
+        XV_CHECK_TEXTO_DONO(pDono, XVCodigosArquivo::DeExcecao(erro.GetCausa()).hr, "ConfereArquivo(sNome)");
+    }
+    if (!bCabecalho) return RecusaArquivo(pDono, sNome, "o cabeçalho não é o de nenhuma das operações");
+    if (!bSobrescritos) return RecusaArquivo(pDono, sNome, "os registros não são os de nenhuma das operações");
+    return S_OK;
+}
+
+CXVErroArquivo CXVReconstrucao::ConfereCabecalho(IXVArquivo& rFile, XVUInt64 uiTamanho, const SArquivo& rArquivo,
+                                                 bool* pbOk) {
+    *pbOk = true;
+    const auto& rLista = rArquivo.listaCabecalhos;
+    if (rLista.empty()) return {};
+    REG_XVCABECALHO reg{};
+    if (rArquivo.bExistia && uiTamanho < sizeof(reg)) {
+        *pbOk = false;
+        return {};
+    }
+    const CXVErroArquivo erro = rFile.Le(0, &reg, static_cast<std::size_t>(std::min<XVUInt64>(uiTamanho, sizeof(reg))));
+    if (!erro.Ok()) return erro;
+    // The first header of a file that an operation made may not have come, or in part.
+    const REG_XVCABECALHO_B regVazio{};
+    *pbOk = !rArquivo.bExistia && EhMistura(reg.regB, &regVazio, rLista.front());
+    for (std::size_t i = 0; i < rLista.size() && !*pbOk; ++i)
+        *pbOk = EhMistura(reg.regB, rLista[i], rLista[std::min(i + 1, rLista.size() - 1)]);
+    return {};
+}
+
+// Each overwritten byte must be what one of the operations wrote there, or what stood there before.
+CXVErroArquivo CXVReconstrucao::ConfereSobrescritos(IXVArquivo& rFile, XVUInt64 uiTamanho, const SArquivo& rArquivo,
+                                                    bool* pbOk) {
+    *pbOk = true;
+    for (const SParteLida* pParte : rArquivo.listaPartes) {
+        if (pParte->sAntigos.empty()) continue;
+        std::string sDisco(pParte->sAntigos.size(), '\0');
+        if (pParte->uiOffset + sDisco.size() > uiTamanho) continue;  // cut short: all of it is written again
+        const CXVErroArquivo erro = rFile.Le(pParte->uiOffset, sDisco.data(), sDisco.size());
+        if (!erro.Ok()) return erro;
+        for (std::size_t i = 0; i < sDisco.size() && *pbOk; ++i) {
+            const XVUInt64 uiOffset = pParte->uiOffset + i;
+            *pbOk = std::any_of(rArquivo.listaPartes.begin(), rArquivo.listaPartes.end(), [&](const SParteLida* p) {
+                const XVUInt64 uiIndice = uiOffset - p->uiOffset;
+                return uiOffset >= p->uiOffset &&
+                       ((uiIndice < p->sNovos.size() && p->sNovos[uiIndice] == sDisco[i]) ||
+                        (uiIndice < p->sAntigos.size() && p->sAntigos[uiIndice] == sDisco[i]));
+            });
+        }
+    }
+    return {};
+}
+
+HRESULT CXVReconstrucao::Aplica(const IXVDF_Profiler* pDono) {
+    std::string sAlterados;
+    CXVErroArquivo erro;
+    for (auto it = m_mapaArquivos.begin(); erro.Ok() && it != m_mapaArquivos.end(); ++it) {
+        bool bAlterou = false;
+        erro = AplicaArquivo(it->first, it->second, &bAlterou);
+        if (bAlterou) sAlterados += ' ' + it->first;
+    }
+    std::string sCopias;
+    for (auto it = m_listaCopias.begin(); erro.Ok() && it != m_listaCopias.end(); ++it) {
+        bool bApagada = false;
+        if (XVNomeArquivo::EhCopiaTransitoria(*it)) erro = ApagaArquivo(*it, &bApagada);
+        if (bApagada) sCopias += ' ' + *it;
+    }
+    if (erro.Ok() && !(sAlterados.empty() && sCopias.empty())) erro = XVPlataforma::SistemaArquivos().SincronizaDiretorio(m_sDiretorio);
+    if (!erro.Ok())
+        XV_CHECK_TEXTO_DONO(pDono, XVCodigosArquivo::DeExcecao(erro.GetCausa()).hr, "AplicaArquivo(sNome)");
+    if (!sAlterados.empty())
+        XVProfiler::RecordError(pDono, "CXVReconstrucao::Aplica", XVNomeFonte(), __LINE__,
+                                "Operação interrompida %s: %s\tArquivos:%s", m_bDesfaz ? "desfeita" : "concluída",
+                                m_sDiretorio.c_str(), sAlterados.c_str());
+    if (m_diario.TemInacabada())
+        XVProfiler::RecordError(pDono, "CXVReconstrucao::Aplica", XVNomeFonte(), __LINE__,
+                                "Operação interrompida descartada antes de começar: %s", m_sDiretorio.c_str());
+    if (!sCopias.empty())
+        XVProfiler::RecordError(pDono, "CXVReconstrucao::Aplica", XVNomeFonte(), __LINE__,
+                                "Cópia transitória interrompida removida: %s\tArquivos:%s", m_sDiretorio.c_str(),
+                                sCopias.c_str());
+    return S_OK;
+}
+
+CXVErroArquivo CXVReconstrucao::ApagaArquivo(const std::string& sNome, bool* pbAlterou) {
+    const CXVErroArquivo erro = XVPlataforma::SistemaArquivos().Apaga(Path(sNome));
+    *pbAlterou = erro.Ok();
+    return erro.GetCausa() == ECausaArquivo::eArquivoNaoEncontrado ? CXVErroArquivo() : erro;
+}
+
+CXVErroArquivo CXVReconstrucao::AplicaArquivo(const std::string& sNome, const SArquivo& rArquivo, bool* pbAlterou) {
+    if (rArquivo.bApaga) return ApagaArquivo(sNome, pbAlterou);
+    std::unique_ptr<IXVArquivo> pFile;
+    CXVErroArquivo erro = XVPlataforma::SistemaArquivos().Abre(Path(sNome), AberturaEscrita(!rArquivo.bExistia), pFile);
+    XVUInt64 uiTamanho = 0;
+    if (erro.Ok()) erro = pFile->GetTamanho(uiTamanho);
+    if (erro.Ok()) erro = AplicaBytes(*pFile, uiTamanho, rArquivo, pbAlterou);
+    if (erro.Ok()) erro = pFile->GetTamanho(uiTamanho);
+    if (erro.Ok() && uiTamanho != rArquivo.uiTamanhoFinal) {
+        *pbAlterou = true;
+        erro = pFile->SetTamanho(rArquivo.uiTamanhoFinal);
+    }
+    return erro.Ok() && *pbAlterou ? pFile->Sincroniza() : erro;
+}
+
+// Only what differs is written. Data first: a header is the last thing to come.
+CXVErroArquivo CXVReconstrucao::AplicaBytes(IXVArquivo& rFile, XVUInt64 uiTamanho, const SArquivo& rArquivo,
+                                            bool* pbAlterou) {
+    std::string sDisco;
+    const auto grava = [&](XVUInt64 uiOffset, std::string_view sBytes) -> CXVErroArquivo {
+        if (uiOffset + sBytes.size() <= uiTamanho) {
+            sDisco.resize(sBytes.size());
+            const CXVErroArquivo erro = rFile.Le(uiOffset, sDisco.data(), sDisco.size());
+            if (!erro.Ok() || sDisco == sBytes) return erro;
+        }
+        *pbAlterou = true;
+        return rFile.Grava(uiOffset, sBytes.data(), sBytes.size());
+    };
+    for (const auto& [uiOffset, sBytes] : rArquivo.mapaFinal)
+        if (const CXVErroArquivo erro = grava(uiOffset, sBytes); !erro.Ok()) return erro;
+    if (rArquivo.pCabecalhoFinal == nullptr) return {};
+    REG_XVCABECALHO reg{XVCabecalho::BlocoA(), *rArquivo.pCabecalhoFinal};
+    const std::string_view sCabecalho(reinterpret_cast<const char*>(&reg), sizeof(reg));
+    return rArquivo.bExistia ? grava(k_uiTamanhoBlocoA, sCabecalho.substr(k_uiTamanhoBlocoA)) : grava(0, sCabecalho);
+}
+
+bool CXVReconstrucao::BuscaTamanho(const std::string& sNomeArquivo, XVUInt64* puiTamanho) const {
+    const auto it = m_mapaArquivos.find(sNomeArquivo);
+    if (it == m_mapaArquivos.end()) return false;
+    *puiTamanho = it->second.bApaga ? 0 : it->second.uiTamanhoFinal;
+    return true;
+}
+
+void CXVReconstrucao::Sobrepoe(const std::string& sNomeArquivo, XVUInt64 uiOffset, void* pDados,
+                               std::size_t uiTamanho) const {
+    const auto it = m_mapaArquivos.find(sNomeArquivo);
+    if (it == m_mapaArquivos.end()) return;
+    const auto copia = [&](XVUInt64 uiInicio, std::string_view sBytes) {
+        const XVUInt64 uiDe = std::max(uiInicio, uiOffset);
+        const XVUInt64 uiAte = std::min(uiInicio + sBytes.size(), uiOffset + uiTamanho);
+        if (uiDe < uiAte)
+            std::memcpy(static_cast<char*>(pDados) + (uiDe - uiOffset), sBytes.data() + (uiDe - uiInicio),
+                        static_cast<std::size_t>(uiAte - uiDe));
+    };
+    for (const auto& [uiInicio, sBytes] : it->second.mapaFinal) copia(uiInicio, sBytes);
+    if (it->second.pCabecalhoFinal == nullptr) return;
+    const REG_XVCABECALHO reg{XVCabecalho::BlocoA(), *it->second.pCabecalhoFinal};
+    copia(0, std::string_view(reinterpret_cast<const char*>(&reg), sizeof(reg)));
+}
