@@ -16,6 +16,7 @@
 #include "core/xvdatabase/XVDataBaseControleCriacaoArquivos.h"
 #include "core/xvdatabase/XVModoAbertura.h"
 #include "platform/XVSistemaArquivos.h"
+#include "support/XVArquivoRecusado.h"
 
 class CXVDataBase;
 
@@ -84,6 +85,9 @@ class CXVFileBase : public IXVFileBase {
     HRESULT CatchGravacao(const CXVErroArquivo* pEx);
     HRESULT CatchInicializacao(const CXVErroArquivo* pEx);
 
+    // Where hr is a failure: notes this file as the one that was refused. Returns hr unchanged.
+    HRESULT Recusa(HRESULT hr) const noexcept { return XVArquivoRecusado::Anota(hr, m_sPathArquivo, this); }
+
     // The diagnostic line of a failed read by position.
     void RegistraFalhaLeitura(HRESULT hr, XVUInt uiPosicao, std::size_t uiTamanhoRegistro,
                               XVUInt64 uiQtdRegistros) const;
@@ -108,7 +112,7 @@ class CXVFileBase : public IXVFileBase {
     HRESULT AbreECarrega(TCarga carga) {
         try {
             HRESULT hr = AbreArquivo(eModoLeituraGravacaoCriacao);
-            if (SUCCEEDED(hr)) hr = carga();
+            if (SUCCEEDED(hr)) hr = Recusa(carga());
             if (FAILED(hr)) FechaArquivo();
             return hr;
         } catch (...) {
@@ -128,7 +132,7 @@ class CXVFileBase : public IXVFileBase {
             EsperaEntreTentativas();
             hr = tentativa();
         }
-        return hr;
+        return Recusa(hr);
     }
 
     CXVDataBase* GetDataBase() const { return m_pDataBase; }

@@ -7,6 +7,7 @@
 #include "core/xvdatabase/XVCodigosArquivo.h"
 #include "core/xvdatabase/XVNomeArquivo.h"
 #include "platform/XVPlataforma.h"
+#include "support/XVArquivoRecusado.h"
 #include "support/XVCodigos.h"
 #include "support/XVProfiler.h"
 
@@ -44,8 +45,9 @@ HRESULT CXVMarcaAbertura::AbreArquivoMarca(const IXVDF_Profiler* pDono, const st
         if (i < k_iTentativas) XVPlataforma::Relogio().Dorme(k_ulEsperaTentativa);
     }
     if (!erro.Ok())
-        XV_CHECK_TEXTO_DONO(pDono, XVCodigosArquivo::DeExcecao(erro.GetCausa()).hr,
-                            "AbreArquivoMarca(sPath)");
+        XV_CHECK_TEXTO_DONO(
+            pDono, XVArquivoRecusado::Anota(XVCodigosArquivo::DeExcecao(erro.GetCausa()).hr, sPath, pDono),
+            "AbreArquivoMarca(sPath)");
     return S_OK;
 }
 
