@@ -33,8 +33,9 @@ class CXVTravaLeitores {
 
     void lock_shared() {
         // The number only decides who goes first; the lock proper keeps readers and writers apart.
-        if (m_ulEscritores.load(std::memory_order_relaxed) != 0) [[unlikely]]
+        if (m_ulEscritores.load(std::memory_order_relaxed) != 0) [[unlikely]] {
             const std::lock_guard fila(m_mutexFila);
+        }
         m_Lock.lock_shared();
     }
     bool try_lock_shared() {
