@@ -17,6 +17,7 @@
 #include "core/xvdatabase/XVModoAbertura.h"
 #include "platform/XVSistemaArquivos.h"
 #include "support/XVArquivoRecusado.h"
+#include "support/XVCodigos.h"
 
 class CXVDataBase;
 
@@ -132,7 +133,10 @@ class CXVFileBase : public IXVFileBase {
             EsperaEntreTentativas();
             hr = tentativa();
         }
-        return Recusa(hr);
+        // A key that an index does not accept refuses the write, not the file.
+        const bool bChave =
+            hr == E_XVCR_INDEXACAO_COM_POSICAO_ZERO || hr == E_XVCR_CHAVE_DE_INDEXACAO_REPETIDA;
+        return bChave ? hr : Recusa(hr);
     }
 
     CXVDataBase* GetDataBase() const { return m_pDataBase; }
