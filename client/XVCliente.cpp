@@ -209,7 +209,13 @@ HResult CXVCliente::FuncaoGenerica(std::uint32_t ulFuncao, const std::string& sE
 }
 
 HResult CXVCliente::GetUltimoErro(SUltimoErro* pErro) {
-    if (!EstaConectado()) return k_hrNaoConectado;
+    if (m_pConexao == nullptr) return k_hrNaoConectado;
+    if (!EstaConectado()) {
+        // The component went with its refusal; its last error did not.
+        if (m_pConexao->GetRecusa().hrErro == 0) return k_hrNaoConectado;
+        *pErro = DeRegistro(m_pConexao->GetRecusa());
+        return 0;
+    }
     REG_DF_ULTIMO_ERROPS reg{};
     // Never connects again: a new component has no last error.
     const HResult hr = m_pConexao->Executa(false, [&](IXVCR_Middleware& r) { return r.GetUltimoErro(&reg); });

@@ -80,6 +80,8 @@ class CXVCliente {
     HResult BuscaDadosSistemaTerceiro(const SConsultaTerceiro& rConsulta, SRespostaConsulta* pResposta);
 
     HResult FuncaoGenerica(std::uint32_t ulFuncao, const std::string& sEntrada, std::string* psSaida);
+    // Of the component in hand or, after a Conecta or Reconecta that failed, of the one that refused to
+    // initialise.
     HResult GetUltimoErro(SUltimoErro* pErro);
 
   private:

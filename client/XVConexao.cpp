@@ -119,7 +119,10 @@ HResult CXVCliente::CConexao::Tenta() {
     const CXVDonoDoRegistro dono(m_reg);
     XVProfiler::RecordCoCreate(&dono, "XVCliente::CXVCliente::CConexao::Tenta", k_pszProgID,
                                k_pszModuloServidor, hr);
+    m_regRecusa = {};
     if (hr >= 0) hr = m_pComponente->Inicializa_Padrao(&m_reg);
+    if (hr < 0 && m_pComponente != nullptr && m_pComponente->GetUltimoErro(&m_regRecusa) < 0)
+        m_regRecusa = {};  // the server has gone
     if (hr < 0) Fecha();
     return hr;
 }

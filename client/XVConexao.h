@@ -20,6 +20,8 @@ class CXVCliente::CConexao {
     HResult Abre();
     void Fecha();
     bool EstaAberta() const { return m_pComponente != nullptr; }
+    // What the component said of its own refusal to initialise; hrErro 0: it did not refuse.
+    const REG_DF_ULTIMO_ERROPS& GetRecusa() const { return m_regRecusa; }
 
     // Calls fnChamada(IXVCR_Middleware&), connected again first where the server had gone. bRepetivel: a
     // call that only reads is repeated once when the server goes away under it.
@@ -39,6 +41,7 @@ class CXVCliente::CConexao {
     HResult Tenta();
 
     REG_DF_INICIALIZAPS m_reg;
+    REG_DF_ULTIMO_ERROPS m_regRecusa{};
     IXVCR_Middleware* m_pComponente = nullptr;
 };
 

@@ -39,7 +39,7 @@ HRESULT CBaseMiddleware::RecusaVersaoPosterior() {
     XV_CHECK(conversao.Inicializa(this));
     XVUShort usVersao = 0;
     XV_CHECK(conversao.LeVersao(&usVersao));
-    return usVersao > k_usVersaoAtualBase ? E_XVCR_VERSAO_BASE_SUPERIOR_VERSAO_SISTEMA : S_OK;
+    return conversao.RecusaVersaoPosterior(usVersao);
 }
 
 HRESULT CBaseMiddleware::ValidaVersaoSomenteLeitura() {

@@ -1,7 +1,6 @@
 // CBaseMiddleware: recording and updating integrations.
 #include "middleware/BaseMiddleware.h"
 #include "middleware/XVCheckOperacao.h"
-#include "core/xvdatabase/XVNomeArquivo.h"
 #include "middleware/XVValidacaoIntegracao.h"
 
 // The text of a check is its trace text: such lines are not broken.
@@ -139,10 +138,9 @@ HRESULT CBaseMiddleware::ValidaPosicaoLivre(REG_XVDMC regDmc) {
     XV_CHECK(m_pDataBase->m_IndexIntegracao.ExisteIndex(CXVDataBase_CR_Middleware::GetChaveIndex(regDmc), uiPosicaoIndex, EColuna_Indexacao_Middleware::eIndexacao_DMCIntegracao));
     if (uiPosicaoIndex == 0) return S_OK;
     XVProfiler::RecordError(this, "CBaseMiddleware::GravaInternalIntegracao", XVNomeFonte(), __LINE__,
-                            "Arquivo recusado para gravação: %s\tA posição %u já é a do registro %u de %s",
-                            XVNomeArquivo::ChaveParaNome(regDmc.GetDma().ToChave(), k_pszArquivoIntegracao).c_str(),
-                            regDmc.GetPonteiro(), uiPosicaoIndex, k_pszArquivoIndexIntegracao);
-    return E_XVCR_INCONSISTENCIA_CONTROLE_CRIACAO_ARQUIVOS;
+                            "A posição %u já é a do registro %u de %s", regDmc.GetPonteiro(), uiPosicaoIndex,
+                            k_pszArquivoIndexIntegracao);
+    return m_pDataBase->RecusaMembro(regDmc.GetDma().ToChave(), k_pszArquivoIntegracao);
 }
 
 // OfficialBank alone reuses the index record of an earlier integration with the same key; every other

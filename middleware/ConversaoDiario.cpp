@@ -11,6 +11,7 @@
 #include "core/xvdatabase/XVImagemArquivo.h"
 #include "middleware/ConversaoMiddleware.h"
 #include "platform/XVPlataforma.h"
+#include "support/XVArquivoRecusado.h"
 #include "support/XVCrc64.h"
 
 namespace {
@@ -97,7 +98,8 @@ HRESULT CXVConversaoMiddleware::LeDiario(XVUShort usPasso, CListaNomes* plistaNo
         if (!sDiario.empty()) erro = pArquivo->Le(0, sDiario.data(), sDiario.size());
     }
     if (!erro.Ok())
-        XV_CHECK_TEXTO(XVCodigosArquivo::DeExcecao(erro.GetCausa()).hr, "LeDiario(usPasso, plistaNomes)");
+        XV_CHECK_TEXTO(XVArquivoRecusado::Anota(XVCodigosArquivo::DeExcecao(erro.GetCausa()).hr, sPath, this),
+                       "LeDiario(usPasso, plistaNomes)");
     // A name that is no file of the step makes it none of ours.
     *pbValido = Interpreta(sDiario, usPasso, plistaNomes) &&
                 std::all_of(plistaNomes->begin(), plistaNomes->end(),
@@ -112,6 +114,7 @@ HRESULT CXVConversaoMiddleware::RemoveDiario() {
     const CXVErroArquivo erro = XVPlataforma::SistemaArquivos().Apaga(sPath);
     // Another process may have been faster.
     if (erro.Ok() || erro.GetCausa() == ECausaArquivo::eArquivoNaoEncontrado) return S_OK;
-    XV_CHECK_TEXTO(XVCodigosArquivo::DeExcecao(erro.GetCausa()).hr, "Apaga(sPath)");
+    XV_CHECK_TEXTO(XVArquivoRecusado::Anota(XVCodigosArquivo::DeExcecao(erro.GetCausa()).hr, sPath, this),
+                   "Apaga(sPath)");
     return S_OK;
 }

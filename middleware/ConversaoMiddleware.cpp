@@ -10,6 +10,7 @@
 #include "middleware/XVCheckOperacao.h"
 #include "middleware/XVDataBase_CR_Middleware.h"
 #include "platform/XVPlataforma.h"
+#include "support/XVArquivoRecusado.h"
 #include "support/XVCodigos.h"
 #include "support/XVProfiler.h"
 
@@ -35,6 +36,17 @@ HRESULT CXVConversaoMiddleware::LeVersao(XVUShort* pusVersao) {
     return S_OK;
 }
 
+HRESULT CXVConversaoMiddleware::Recusa(HRESULT hr, const std::string& sNome) {
+    std::string sPath;
+    XV_CHECK(MontaPath(sNome, &sPath));
+    return XVArquivoRecusado::Anota(hr, sPath, this);
+}
+
+HRESULT CXVConversaoMiddleware::RecusaVersaoPosterior(XVUShort usVersao) {
+    if (usVersao <= k_usVersaoAtualBase) return S_OK;
+    return Recusa(E_XVCR_VERSAO_BASE_SUPERIOR_VERSAO_SISTEMA, k_pszArquivoVersao);
+}
+
 HRESULT CXVConversaoMiddleware::MarcaConversao(std::unique_ptr<IXVMarcaDiretorio>& marca) {
     std::string sDiretorio;
     XV_CHECK(CXVDataBaseUtil::GetPathDados(XV_DF, GetEmpresa(), &sDiretorio));
@@ -45,7 +57,8 @@ HRESULT CXVConversaoMiddleware::MarcaConversao(std::unique_ptr<IXVMarcaDiretorio
         if (i < k_iTentativasMarca) XVPlataforma::Relogio().Dorme(k_ulEsperaTentativa);
     }
     if (!erro.Ok())
-        XV_CHECK_TEXTO(XVCodigosArquivo::DeExcecao(erro.GetCausa()).hr, "MarcaDiretorio(sDiretorio, marca)");
+        XV_CHECK_TEXTO(Recusa(XVCodigosArquivo::DeExcecao(erro.GetCausa()).hr, k_pszMarcaConversao),
+                       "MarcaDiretorio(sDiretorio, marca)");
     return S_OK;
 }
 
@@ -62,7 +75,7 @@ HRESULT CXVConversaoMiddleware::ExecutaConversao() {
     XVUShort usVersao = 0;
     HRESULT hr = LeVersao(&usVersao);
     if (FAILED(hr)) return hr;
-    if (usVersao > k_usVersaoAtualBase) return E_XVCR_VERSAO_BASE_SUPERIOR_VERSAO_SISTEMA;
+    if (FAILED(hr = RecusaVersaoPosterior(usVersao))) return hr;
     XV_CHECK(ControlaArquivoVersao());
     if (usVersao == k_usVersaoAtualBase) {
         XV_CHECK(RemoveDiario());  // of a conversion that ended between its last version record and this
@@ -128,7 +141,9 @@ HRESULT CXVConversaoMiddleware::RemoveCopias(const CListaNomes& listaNomes) {
         if (XVPlataforma::SistemaArquivos().Existe(sPath) == EExistencia::eAusente) continue;
         const CXVErroArquivo erro = XVPlataforma::SistemaArquivos().Apaga(sPath);
         if (!erro.Ok())
-            XV_CHECK_TEXTO(XVCodigosArquivo::DeExcecao(erro.GetCausa()).hr, "RemoveCopias(listaNomes)");
+            XV_CHECK_TEXTO(
+                XVArquivoRecusado::Anota(XVCodigosArquivo::DeExcecao(erro.GetCausa()).hr, sPath, this),
+                "RemoveCopias(listaNomes)");
     }
     return S_OK;
 }
@@ -166,7 +181,8 @@ HRESULT CXVConversaoMiddleware::TamanhoDados(const std::string& sPath, XVUInt64*
     const bool bCabe = erro.Ok() && *puiTamanho >= k_uiTamanhoCabecalho;
     if (bCabe) erro = pArquivo->Le(0, &regA, sizeof(regA));
     if (!erro.Ok())
-        XV_CHECK_TEXTO(XVCodigosArquivo::DeExcecao(erro.GetCausa()).hr, "TamanhoDados(sPath, &uiTamanho)");
+        XV_CHECK_TEXTO(XVArquivoRecusado::Anota(XVCodigosArquivo::DeExcecao(erro.GetCausa()).hr, sPath, this),
+                       "TamanhoDados(sPath, &uiTamanho)");
     if (bCabe && XVCabecalho::AssinaturaConfere(regA)) *puiTamanho -= k_uiTamanhoCabecalho;
     return S_OK;
 }
@@ -175,7 +191,7 @@ HRESULT CXVConversaoMiddleware::Simula(XVUShort* pusVersao, std::vector<SPassoPr
     plistaPassos->clear();
     HRESULT hr = LeVersao(pusVersao);
     if (FAILED(hr)) return hr;
-    if (*pusVersao > k_usVersaoAtualBase) return E_XVCR_VERSAO_BASE_SUPERIOR_VERSAO_SISTEMA;
+    if (FAILED(hr = RecusaVersaoPosterior(*pusVersao))) return hr;
     for (auto usPasso = static_cast<XVUShort>(*pusVersao + 1); usPasso <= k_usVersaoAtualBase; ++usPasso) {
         SPassoPrevisto passo;
         passo.usPasso = usPasso;
@@ -201,11 +217,11 @@ HRESULT CXVConversaoMiddleware::ValidaVersaoAtual() {
         XV_CHECK(ValidaArquivosUnicos());
         return S_OK;
     }
-    if (usVersao > k_usVersaoAtualBase) XV_FALHA(E_XVCR_VERSAO_BASE_SUPERIOR_VERSAO_SISTEMA);
+    XV_CHECK_TEXTO(RecusaVersaoPosterior(usVersao), "E_XVCR_VERSAO_BASE_SUPERIOR_VERSAO_SISTEMA");
     std::string sPathIndex;
     XV_CHECK(MontaPath(k_pszArquivoIndexIntegracao, &sPathIndex));
     if (usVersao != 0 || XVPlataforma::SistemaArquivos().Existe(sPathIndex) != EExistencia::eAusente)
-        XV_FALHA(E_XVCR_VERSAO_INCOMPATIVEL);
+        XV_CHECK_TEXTO(Recusa(E_XVCR_VERSAO_INCOMPATIVEL, k_pszArquivoVersao), "E_XVCR_VERSAO_INCOMPATIVEL");
     return S_OK;
 }
 

@@ -56,6 +56,10 @@ class CXVConversaoMiddleware : public CXVBaseParaRotinas {
     // the creation control and missing: E_XVCR_INCONSISTENCIA_CONTROLE_CRIACAO_ARQUIVOS, for its absence is
     // no version 0.
     HRESULT LeVersao(XVUShort* pusVersao);
+    // A version later than the system's: E_XVCR_VERSAO_BASE_SUPERIOR_VERSAO_SISTEMA, the version file
+    // refused.
+    HRESULT RecusaVersaoPosterior(XVUShort usVersao);
+
     // What ExecutaConversao would do: per step the files that it would rewrite. Changes nothing.
     HRESULT Simula(XVUShort* pusVersao, std::vector<SPassoPrevisto>* plistaPassos);
     // For viewing: S_OK when the files are of the current version or there are none.
@@ -102,6 +106,8 @@ class CXVConversaoMiddleware : public CXVBaseParaRotinas {
     HRESULT ConcluiTroca(XVUShort usPasso, const CListaNomes& listaNomes);
     HRESULT TamanhoDados(const std::string& sPath, XVUInt64* puiTamanho);
 
+    // Notes the file sNome as the one that was refused with hr; hr unchanged.
+    HRESULT Recusa(HRESULT hr, const std::string& sNome);
     HRESULT MontaPath(const std::string& sNome, std::string* psPath);
     HRESULT GravaDiario(XVUShort usPasso, const CListaNomes& listaNomes);
     // False: no journal, or one that is torn or of another step.

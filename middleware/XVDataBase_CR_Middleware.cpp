@@ -2,7 +2,9 @@
 
 #include <algorithm>
 
+#include "core/xvdatabase/XVDataBaseUtil.h"
 #include "core/xvdatabase/XVNomeArquivo.h"
+#include "support/XVArquivoRecusado.h"
 #include "support/XVProfiler.h"
 
 namespace {
@@ -64,6 +66,13 @@ bool CXVDataBase_CR_Middleware::EstaDiaAberto(XVUInt64 uiChaveNomeArquivo) const
            m_JSONRetornoIntegracao.TemArquivoAberto(uiChaveNomeArquivo);
 }
 
+HRESULT CXVDataBase_CR_Middleware::RecusaMembro(XVUInt64 uiChaveNomeArquivo, const std::string& sPadrao) const {
+    const std::string sNome = XVNomeArquivo::ChaveParaNome(uiChaveNomeArquivo, sPadrao);
+    std::string sPath;
+    if (FAILED(CXVDataBaseUtil::GetPathArquivo(GetModulo(), GetEmpresa(), sNome, &sPath))) sPath = sNome;
+    return XVArquivoRecusado::Anota(E_XVCR_INCONSISTENCIA_CONTROLE_CRIACAO_ARQUIVOS, sPath, this);
+}
+
 CXVGroupTextFileDynamic& CXVDataBase_CR_Middleware::GetGrupo(ETexto eTexto) {
     if (eTexto == ETexto::eJSON) return m_JSONIntegracao;
     return eTexto == ETexto::eMensagem ? m_MensagemIntegracao : m_JSONRetornoIntegracao;
@@ -96,13 +105,11 @@ HRESULT CXVDataBase_CR_Middleware::ConfereTextos(XVUInt64 uiChaveNomeArquivo, ET
     XVUInt64 uiQuantidade = 0;
     if (rGrupo.TemMembro(uiChaveNomeArquivo)) XV_CHECK(rGrupo.GetQtdRegistros(uiChaveNomeArquivo, &uiQuantidade));
     if (it->second.aulMaior[uiTexto] > uiQuantidade) {
-        XVProfiler::RecordError(
-            this, "CXVDataBase_CR_Middleware::ConfereTextos", XVNomeFonte(), __LINE__,
-            "Arquivo recusado para gravação: %s\tUm registro de %s aponta o texto %u; textos no arquivo: %llu",
-            XVNomeArquivo::ChaveParaNome(uiChaveNomeArquivo, rGrupo.GetNomeArquivo()).c_str(),
-            XVNomeArquivo::ChaveParaNome(uiChaveNomeArquivo, m_Integracao.GetNomeArquivo()).c_str(),
-            it->second.aulMaior[uiTexto], static_cast<unsigned long long>(uiQuantidade));
-        return E_XVCR_INCONSISTENCIA_CONTROLE_CRIACAO_ARQUIVOS;
+        XVProfiler::RecordError(this, "CXVDataBase_CR_Middleware::ConfereTextos", XVNomeFonte(), __LINE__,
+                                "Um registro de %s aponta o texto %u; textos no arquivo: %llu",
+                                XVNomeArquivo::ChaveParaNome(uiChaveNomeArquivo, m_Integracao.GetNomeArquivo()).c_str(),
+                                it->second.aulMaior[uiTexto], static_cast<unsigned long long>(uiQuantidade));
+        return RecusaMembro(uiChaveNomeArquivo, rGrupo.GetNomeArquivo());
     }
     it->second.abConferido[uiTexto] = true;
     return S_OK;

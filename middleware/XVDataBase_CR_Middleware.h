@@ -57,6 +57,9 @@ class CXVDataBase_CR_Middleware : public CXVDataBase {
     // error log names both files. Each file is looked at once. The lock of changes is held.
     HRESULT ConfereTextos(XVUInt64 uiChaveNomeArquivo, ETexto eTexto);
 
+    // Records that a day's file of a group contradicts another file, and yields the code for it.
+    HRESULT RecusaMembro(XVUInt64 uiChaveNomeArquivo, const std::string& sPadrao) const;
+
     // Every group keeps at most this many members open.
     static constexpr std::size_t k_uiLimiteAbertos = 2;
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "support/XVArquivoRecusado.h"
 #include "support/XVData.h"
 #include "support/XVMensagens.h"
 
@@ -28,7 +29,8 @@ void CXVUltimoErro::Registra(HRESULT hr, std::string_view sFuncao, std::string_v
     reg.regDataHora = REG_XVDMAHMSUTC::Agora().uiValor;
     if (const SMensagemCodigo* pMensagem = XVBuscaMensagem(hr); pMensagem != nullptr) {
         CopiaTexto(reg.szNome, pMensagem->sNome);
-        CopiaTexto(reg.szMensagem, pMensagem->sDescricao);
+        CopiaTexto(reg.szMensagem,
+                   XVArquivoRecusado::Mensagem(pMensagem->sDescricao, hr, sizeof(reg.szMensagem) - 1));
     }
     CopiaTexto(reg.szFuncao, sFuncao);
     CopiaTexto(reg.szFonte, sFonte);

@@ -22,6 +22,7 @@ static_assert(sizeof(REG_DF_ULTIMO_ERROPS) == 480);
 // Thread rule: any thread.
 class CXVUltimoErro {
   public:
+    // The sentence of the code, with the file that this thread's operation was refused for, if any.
     void Registra(HRESULT hr, std::string_view sFuncao, std::string_view sFonte, XVUInt ulLinha);
     void Limpa();
     void CopiaPara(REG_DF_ULTIMO_ERROPS* pReg) const;

@@ -12,6 +12,7 @@
 #include "core/xvdatabase/XVNomeArquivo.h"
 #include "core/xvdatabase/XVTextFile.h"
 #include "platform/XVPlataforma.h"
+#include "support/XVArquivoRecusado.h"
 #include "support/XVCodigos.h"
 #include "support/XVProfiler.h"
 #include "support/XVTextoAscii.h"
@@ -78,7 +79,7 @@ HRESULT CXVDataBaseControleCriacaoArquivos::GerenciaControleCriacaoArquivos(XVUI
             __LINE__,
             "Arquivo controlado não encontrado: %s\tE_XVCR_INCONSISTENCIA_CONTROLE_CRIACAO_ARQUIVOS",
             sPathArquivo.c_str());
-        return E_XVCR_INCONSISTENCIA_CONTROLE_CRIACAO_ARQUIVOS;
+        return XVArquivoRecusado::Anota(E_XVCR_INCONSISTENCIA_CONTROLE_CRIACAO_ARQUIVOS, sPathArquivo, this);
     }
     // A directory of this name is refused by the opening; listed, it would be missed once it is removed.
     if (!bPossui && bExiste &&
@@ -141,7 +142,8 @@ HRESULT CXVDataBaseControleCriacaoArquivos::GravaListaSemArquivo(CXVImagemArquiv
     const std::string sNomeTra = XVNomeArquivo::TrocaExtensao(k_sNomeControle, "tra");
     XV_CHECK(CXVDataBaseUtil::GetPathArquivo(m_eModulo, GetEmpresa(), sNomeTra, &sPathTra));
     if (XVPlataforma::SistemaArquivos().Existe(sPathTra) != EExistencia::eAusente)
-        XV_FALHA(E_XVCR_ARQUIVO_TRA_ENCONTRADO);
+        XV_CHECK_TEXTO(XVArquivoRecusado::Anota(E_XVCR_ARQUIVO_TRA_ENCONTRADO, sPathTra, this),
+                       "E_XVCR_ARQUIVO_TRA_ENCONTRADO");
 
     std::vector<std::string> aRegistrosNew;
     CXVDataBaseControle xvDB(m_eModulo, k_sNomeControle, CXVDataBaseControle::EUso::eLeitura);
@@ -187,6 +189,8 @@ HRESULT CXVDataBaseControleCriacaoArquivos::ExecutaMarcaDiretorio(std::unique_pt
                             __LINE__, "%s\t%s = %d\tHR = %#X\tDescrição = marca do diretório %s recusada",
                             sMarca.c_str(), "iRetorno", static_cast<int>(erro.GetErroSistema()),
                             static_cast<unsigned>(hr), sDiretorioMarca.c_str());
+    XVIgnora(
+        XVArquivoRecusado::Anota(hr, XVPlataforma::SistemaArquivos().Junta(sDiretorioMarca, sMarca), this));
     XV_CHECK_TEXTO(
         hr,
         "marca.Marca(sDiretorioMarca, IXVArqMarcaEnum::ControleCriacaoArquivosInMemory, GetUsuario(), "

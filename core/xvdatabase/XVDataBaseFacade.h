@@ -17,6 +17,7 @@
 #include "core/xvdatabase/XVDiario.h"
 #include "core/xvdatabase/XVOperacao.h"
 #include "platform/XVPlataforma.h"
+#include "support/XVArquivoRecusado.h"
 #include "support/XVCodigos.h"
 #include "support/XVProfiler.h"
 
@@ -176,7 +177,10 @@ class CXVDataBaseFacade : public TBase {
 
     HRESULT CriaDiretorio(const std::string& sDiretorio) {
         const CXVErroArquivo erro = XVPlataforma::SistemaArquivos().CriaDiretorio(sDiretorio);
-        if (!erro.Ok()) XV_CHECK(XVCodigosArquivo::DeExcecao(erro.GetCausa()).hr);
+        if (!erro.Ok())
+            XV_CHECK_TEXTO(
+                XVArquivoRecusado::Anota(XVCodigosArquivo::DeExcecao(erro.GetCausa()).hr, sDiretorio, this),
+                "XVCodigosArquivo::DeExcecao(erro.GetCausa()).hr");
         return S_OK;
     }
 

@@ -10,6 +10,7 @@
 #include "core/xvdatabase/XVNomeArquivo.h"
 #include "platform/XVAmbienteSO.h"
 #include "platform/XVPlataforma.h"
+#include "support/XVArquivoRecusado.h"
 #include "support/XVCodigos.h"
 #include "support/XVProfiler.h"
 
@@ -78,8 +79,10 @@ HRESULT CXVDataBaseUtil::ListaMembros(const IXVDF_Profiler* pDono, EModulo eModu
     std::vector<std::string> listaNomes;
     const CXVErroArquivo erro = XVPlataforma::SistemaArquivos().Lista(sDiretorio, sMascara, listaNomes);
     if (!erro.Ok())
-        XV_CHECK_TEXTO_DONO(pDono, XVCodigosArquivo::DeExcecao(erro.GetCausa()).hr,
-                            "Lista(sPathArquivo, listaNomes)");
+        XV_CHECK_TEXTO_DONO(
+            pDono,
+            XVArquivoRecusado::Anota(XVCodigosArquivo::DeExcecao(erro.GetCausa()).hr, sDiretorio, pDono),
+            "Lista(sPathArquivo, listaNomes)");
     for (std::string& sNome : listaNomes)
         if (const auto uiChave = XVNomeArquivo::NomeParaChave(sNome, sPadrao))
             plistaMembros->emplace_back(*uiChave, std::move(sNome));
@@ -100,7 +103,7 @@ HRESULT CXVDataBaseUtil::DeletaPath(const IXVDF_Profiler* pDono, const std::stri
     XVProfiler::RecordError(pDono, "CXVDataBaseUtil::DeletaArquivo", XVNomeFonte(), __LINE__,
                             "Erro ao deletar arquivo %s DW: %d.", sPathArquivo.c_str(),
                             static_cast<int>(erro.GetErroSistema()));
-    return E_XVCR_DELECAO_ARQUIVO;
+    return XVArquivoRecusado::Anota(E_XVCR_DELECAO_ARQUIVO, sPathArquivo, pDono);
 }
 
 HRESULT CXVDataBaseUtil::GravaAuditoria(const IXVDF_Profiler* pDono, const std::string& sNomeArquivo) {
@@ -154,7 +157,7 @@ HRESULT CXVDataBaseUtil::MovePath(const IXVDF_Profiler* pDono, const std::string
     XVProfiler::RecordError(pDono, "CXVDataBaseUtil::RenomeiaArquivoEXT", XVNomeFonte(), __LINE__,
                             "Erro ao renomear arquivo %s DW: %d.", sPathOrigem.c_str(),
                             static_cast<int>(erro.GetErroSistema()));
-    return E_XVCR_RENOMEACAO_ARQUIVO;
+    return XVArquivoRecusado::Anota(E_XVCR_RENOMEACAO_ARQUIVO, sPathOrigem, pDono);
 }
 
 HRESULT CXVDataBaseUtil::RenomeiaArquivoUnico(const IXVDF_Profiler* pDono, EModulo eModulo,

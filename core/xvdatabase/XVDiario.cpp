@@ -8,6 +8,7 @@
 #include "core/xvdatabase/XVReconstrucao.h"
 #include "platform/XVAmbienteSO.h"
 #include "platform/XVPlataforma.h"
+#include "support/XVArquivoRecusado.h"
 #include "support/XVCodigos.h"
 #include "support/XVProfiler.h"
 #include "support/XVSoma64.h"
@@ -111,7 +112,9 @@ HRESULT CXVDiario::AbreArquivo(const IXVDF_Profiler* pDono) {
     }
     // Without space for a name the store is still there to be read; its files deny a second writer.
     if (!erro.Ok() && !EhDiscoCheio(erro))
-        XV_CHECK_TEXTO_DONO(pDono, XVCodigosArquivo::DeExcecao(erro.GetCausa()).hr, "AbreArquivo(m_sPath)");
+        XV_CHECK_TEXTO_DONO(
+            pDono, XVArquivoRecusado::Anota(XVCodigosArquivo::DeExcecao(erro.GetCausa()).hr, m_sPath, pDono),
+            "AbreArquivo(m_sPath)");
     return S_OK;
 }
 

@@ -50,7 +50,8 @@ HRESULT CXVFileBase::OnInicializa() {
         !XVNomeArquivo::EhCopiaTransitoria(m_sNomeArquivo)) {
         const std::string sPathTra = XVNomeArquivo::TrocaExtensao(m_sPathArquivo, "tra");
         if (XVPlataforma::SistemaArquivos().Existe(sPathTra) != EExistencia::eAusente)
-            XV_FALHA(E_XVCR_ARQUIVO_TRA_ENCONTRADO);
+            XV_CHECK_TEXTO(XVArquivoRecusado::Anota(E_XVCR_ARQUIVO_TRA_ENCONTRADO, sPathTra, this),
+                           "E_XVCR_ARQUIVO_TRA_ENCONTRADO");
     }
     XV_CHECK(m_ControleCriacaoArquivos.Inicializa(this));
     FechaArquivo();
@@ -105,7 +106,7 @@ HRESULT CXVFileBase::AbreArquivo(XVUInt eModoAbertura) {
     const bool bCriado = !bExiste && m_uiTamanhoArquivo == 0;
     if (SUCCEEDED(hr) && eModoAbertura != eModoLeituraSemBloqueio) hr = GerenciaCabecalho();
     if (FAILED(hr) && bCriado) DesfazCriacao();
-    XV_CHECK_TEXTO(hr, "GerenciaCabecalho()");
+    XV_CHECK_TEXTO(Recusa(hr), "GerenciaCabecalho()");
     return S_OK;
 }
 
@@ -125,7 +126,8 @@ HRESULT CXVFileBase::AbreComTentativas(const std::string& sPath, XVUInt eModoAbe
         }
         codigo = XVCodigosArquivo::DeAberturaFinal(erro.GetCausa(), rSistema.EhSomenteLeitura(sPath));
     }
-    return CheckHr(codigo.hr, codigo.pszNome, "CXVFileBase::AbreArquivo", XVNomeFonte(), __LINE__, this);
+    return Recusa(
+        CheckHr(codigo.hr, codigo.pszNome, "CXVFileBase::AbreArquivo", XVNomeFonte(), __LINE__, this));
 }
 
 // A file whose length is not known is of no use to anyone: it is closed.

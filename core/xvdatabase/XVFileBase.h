@@ -18,6 +18,8 @@
 #include "core/xvdatabase/XVModoAbertura.h"
 #include "core/xvdatabase/XVOperacao.h"
 #include "platform/XVSistemaArquivos.h"
+#include "support/XVArquivoRecusado.h"
+#include "support/XVCodigos.h"
 #include "support/XVTravaLeitores.h"
 
 class CXVDataBase;
@@ -103,6 +105,9 @@ class CXVFileBase : public IXVFileBase {
     HRESULT CatchGravacao(const CXVErroArquivo* pEx);
     HRESULT CatchInicializacao(const CXVErroArquivo* pEx);
 
+    // Where hr is a failure: notes this file as the one that was refused. Returns hr unchanged.
+    HRESULT Recusa(HRESULT hr) const noexcept { return XVArquivoRecusado::Anota(hr, m_sPathArquivo, this); }
+
     // The diagnostic line of a failed read by position.
     void RegistraFalhaLeitura(HRESULT hr, XVUInt uiPosicao, std::size_t uiTamanhoRegistro,
                               XVUInt64 uiQtdRegistros) const;
@@ -136,7 +141,7 @@ class CXVFileBase : public IXVFileBase {
     HRESULT AbreECarrega(TCarga carga) {
         try {
             HRESULT hr = AbreArquivo(eModoLeituraGravacaoCriacao);
-            if (SUCCEEDED(hr)) hr = carga();
+            if (SUCCEEDED(hr)) hr = Recusa(carga());
             if (FAILED(hr)) FechaArquivo();
             return hr;
         } catch (...) {
@@ -156,7 +161,10 @@ class CXVFileBase : public IXVFileBase {
             EsperaEntreTentativas();
             hr = tentativa();
         }
-        return hr;
+        // A key that an index does not accept refuses the write, not the file.
+        const bool bChave =
+            hr == E_XVCR_INDEXACAO_COM_POSICAO_ZERO || hr == E_XVCR_CHAVE_DE_INDEXACAO_REPETIDA;
+        return bChave ? hr : Recusa(hr);
     }
 
     CXVDataBase* GetDataBase() const { return m_pDataBase; }

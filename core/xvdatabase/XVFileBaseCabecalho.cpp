@@ -101,12 +101,12 @@ HRESULT CXVFileBase::GerenciaCabecalho() {
 
 HRESULT CXVFileBase::ConfereCabecalho() {
     if (!ExisteArquivo() || m_bCabecalhoValidado) return S_OK;
-    XV_CHECK(ProcuraCabecalho());
+    XV_CHECK_TEXTO(Recusa(ProcuraCabecalho()), "ProcuraCabecalho()");
     if (m_bCabecalhoPresente) {
-        XV_CHECK(ValidaCabecalho());
+        XV_CHECK_TEXTO(Recusa(ValidaCabecalho()), "ValidaCabecalho()");
         return S_OK;
     }
-    XV_CHECK(ValidaAusenciaCabecalho());
+    XV_CHECK_TEXTO(Recusa(ValidaAusenciaCabecalho()), "ValidaAusenciaCabecalho()");
     return S_OK;
 }
 
@@ -179,9 +179,10 @@ HRESULT CXVFileBase::CriaCabecalho() {
 HRESULT CXVFileBase::CriaCabecalhoPorCopia() {
     const XVUInt eModoAbertura = m_eModoAbertura;
     const std::string sNomeCab = XVNomeArquivo::TrocaExtensao(m_sNomeArquivo, "cab");
-    if (XVPlataforma::SistemaArquivos().Existe(XVNomeArquivo::TrocaExtensao(m_sPathArquivo, "cab")) !=
-        EExistencia::eAusente)
-        XV_FALHA(E_XVCR_ARQUIVO_CAB_ENCONTRADO);
+    const std::string sPathCab = XVNomeArquivo::TrocaExtensao(m_sPathArquivo, "cab");
+    if (XVPlataforma::SistemaArquivos().Existe(sPathCab) != EExistencia::eAusente)
+        XV_CHECK_TEXTO(XVArquivoRecusado::Anota(E_XVCR_ARQUIVO_CAB_ENCONTRADO, sPathCab, this),
+                       "E_XVCR_ARQUIVO_CAB_ENCONTRADO");
 
     CXVCopiaProtegida copia(m_pDataBase->GetDiario());
     XV_CHECK(copia.Inicia(this, sNomeCab));

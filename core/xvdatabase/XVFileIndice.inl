@@ -15,7 +15,8 @@ HRESULT CXVFile<T>::IncluiIndex(const TDataBase* pDataBase, XVUInt uiColunaIndex
         {pDataBase, pfGetChaveIndex, bPermiteChaveZerada, bPermiteChaveRepetida, {}, {}});
     const HRESULT hr = AtualizaIndexDoArquivo(m_listaIndices.back(), uiColunaIndexacao);
     if (FAILED(hr)) m_listaIndices.pop_back();
-    XV_CHECK_TEXTO(hr, "AtualizaIndex(XVDATABASE_POSICAO_NOVO_REGISTRO, m_aRegistros, uiColunaIndexacao)");
+    XV_CHECK_TEXTO(Recusa(hr),
+                   "AtualizaIndex(XVDATABASE_POSICAO_NOVO_REGISTRO, m_aRegistros, uiColunaIndexacao)");
     return S_OK;
 }
 

@@ -7,8 +7,8 @@ HRESULT CXVFile<T>::OnInicializa() {
     XV_CHECK_TEXTO(CXVFileBase::OnInicializa(), "__super::OnInicializa()");
     m_aRegistros.Limpa();
     XV_CHECK(AbreArquivo());
-    XV_CHECK(Carrega());
-    XV_CHECK(ConstroiIndices());
+    XV_CHECK_TEXTO(Recusa(Carrega()), "Carrega()");
+    XV_CHECK_TEXTO(Recusa(ConstroiIndices()), "ConstroiIndices()");
     return S_OK;
 }
 

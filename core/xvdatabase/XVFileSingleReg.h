@@ -61,7 +61,7 @@ class CXVFileSingleReg : public CXVFileBase {
         XV_CHECK_TEXTO(CXVFileBase::OnInicializa(), "__super::OnInicializa()");
         XV_CHECK(AbreArquivo());
         if (!ExisteArquivo()) return S_OK;
-        XV_CHECK(Carrega(false));
+        XV_CHECK_TEXTO(Recusa(Carrega(false)), "Carrega(false)");
         return S_OK;
     }
 

@@ -9,6 +9,7 @@
 #include "core/xvdatabase/XVDataBaseUtil.h"
 #include "core/xvdatabase/XVNomeArquivo.h"
 #include "platform/XVPlataforma.h"
+#include "support/XVArquivoRecusado.h"
 #include "support/XVCodigos.h"
 #include "support/XVProfiler.h"
 
@@ -73,7 +74,12 @@ HRESULT CXVGroupFileBase::LookupMapFiles(XVUInt64 uiChaveNomeArquivo, IXVFileBas
                                          bool bObrigatorio) {
     const auto it = m_mapFiles.find(uiChaveNomeArquivo);
     pXVFileInterface = it == m_mapFiles.end() ? nullptr : it->second.get();
-    return pXVFileInterface == nullptr && bObrigatorio ? E_XVCR_ARQUIVO_GROUP_NAO_ENCONTRADO : S_OK;
+    if (pXVFileInterface != nullptr || !bObrigatorio) return S_OK;
+    std::string sPathArquivo;
+    XV_CHECK(CXVDataBaseUtil::GetPathArquivo(m_eModulo, GetEmpresa(),
+                                             XVNomeArquivo::ChaveParaNome(uiChaveNomeArquivo, m_sNomeArquivo),
+                                             &sPathArquivo));
+    return XVArquivoRecusado::Anota(E_XVCR_ARQUIVO_GROUP_NAO_ENCONTRADO, sPathArquivo, this);
 }
 
 std::unique_ptr<IXVFileBase> CXVGroupFileBase::CriaMembro(XVUInt64 uiChaveNomeArquivo) {

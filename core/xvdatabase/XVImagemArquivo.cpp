@@ -3,6 +3,7 @@
 #include "core/xvdatabase/XVCodigosArquivo.h"
 #include "core/xvdatabase/XVDataBaseUtil.h"
 #include "platform/XVPlataforma.h"
+#include "support/XVArquivoRecusado.h"
 
 namespace {
 constexpr std::size_t k_uiTamanhoBuffer = 1U << 20;
@@ -23,7 +24,8 @@ HRESULT CXVImagemArquivo::OnFinaliza() {
 
 HRESULT CXVImagemArquivo::Falha(const CXVErroArquivo& rErro, const char* pszOperacao) {
     const SCodigoArquivo codigo = XVCodigosArquivo::DeExcecao(rErro.GetCausa());
-    return CheckHr(codigo.hr, pszOperacao, XVNomeClasse(), XVNomeFonte(), __LINE__, this);
+    return XVArquivoRecusado::Anota(
+        CheckHr(codigo.hr, pszOperacao, XVNomeClasse(), XVNomeFonte(), __LINE__, this), m_sPathArquivo, this);
 }
 
 HRESULT CXVImagemArquivo::AbreArquivo() {

@@ -6,6 +6,7 @@
 #include "core/xvdatabase/XVCodigosArquivo.h"
 #include "core/xvdatabase/XVNomeArquivo.h"
 #include "platform/XVPlataforma.h"
+#include "support/XVArquivoRecusado.h"
 #include "support/XVCodigos.h"
 #include "support/XVProfiler.h"
 
@@ -38,8 +39,8 @@ std::string CXVReconstrucao::Path(const std::string& sNome) const {
 HRESULT CXVReconstrucao::RecusaArquivo(const IXVDF_Profiler* pDono, const std::string& sNome,
                                        const char* pszMotivo) const {
     XVProfiler::RecordError(pDono, "CXVReconstrucao::Confere", XVNomeFonte(), __LINE__,
-                            "Arquivo recusado: %s\tDiário de operações: %s", Path(sNome).c_str(), pszMotivo);
-    return E_XVCR_INCONSISTENCIA_CONTROLE_CRIACAO_ARQUIVOS;
+                            "O diário de operações não confere: %s\t%s", sNome.c_str(), pszMotivo);
+    return XVArquivoRecusado::Anota(E_XVCR_INCONSISTENCIA_CONTROLE_CRIACAO_ARQUIVOS, Path(sNome), pDono);
 }
 
 HRESULT CXVReconstrucao::Le(const IXVDF_Profiler* pDono, const std::string& sDiretorio, IXVArquivo& rDiario) {
@@ -137,8 +138,8 @@ HRESULT CXVReconstrucao::ConfereArquivo(const IXVDF_Profiler* pDono, const std::
     if (erro.Ok()) erro = ConfereCabecalho(*pFile, uiTamanho, rArquivo, &bCabecalho);
     if (erro.Ok()) erro = ConfereSobrescritos(*pFile, uiTamanho, rArquivo, &bSobrescritos);
     if (!erro.Ok()) {
-        XVIgnora(RecusaArquivo(pDono, sNome, "o arquivo não pôde ser lido"));
-        XV_CHECK_TEXTO_DONO(pDono, XVCodigosArquivo::DeExcecao(erro.GetCausa()).hr, "ConfereArquivo(sNome)");
+        const HRESULT hr = XVCodigosArquivo::DeExcecao(erro.GetCausa()).hr;
+        XV_CHECK_TEXTO_DONO(pDono, XVArquivoRecusado::Anota(hr, Path(sNome), pDono), "ConfereArquivo(sNome)");
     }
     if (!bCabecalho) return RecusaArquivo(pDono, sNome, "o cabeçalho não é o de nenhuma das operações");
     if (!bSobrescritos) return RecusaArquivo(pDono, sNome, "os registros não são os de nenhuma das operações");

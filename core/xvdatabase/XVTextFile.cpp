@@ -54,7 +54,7 @@ HRESULT CXVTextFile::OnInicializa() {
     XV_ESCOPO({"m_sNomeArquivo", GetNomeArquivo()});
     XV_CHECK_TEXTO(CXVFileBase::OnInicializa(), "__super::OnInicializa()");
     XV_CHECK(AbreArquivo());
-    XV_CHECK(Carrega());
+    XV_CHECK_TEXTO(Recusa(Carrega()), "Carrega()");
     return S_OK;
 }
 

@@ -27,6 +27,7 @@
 #include "platform/XVAmbienteSO.h"
 #include "platform/XVCom.h"
 #include "suite/XVCR_BuffersPS.h"
+#include "support/XVArquivoRecusado.h"
 #include "support/XVCodigos.h"
 #include "support/XVExcecoes.h"
 #include "support/XVProfiler.h"

@@ -72,6 +72,7 @@ template <class TInterface, class TLogica>
 template <class TCorpo>
 HRESULT T_XVUnknown<TInterface, TLogica>::ExecutaCorpo(const SMetodoInterface& rMetodo, TLogica& rLogica,
                                                        TCorpo&& fnCorpo) noexcept {
+    const CXVArquivosRecusados recusados;
     HRESULT hr = S_OK;
     try {
         hr = fnCorpo(rLogica);

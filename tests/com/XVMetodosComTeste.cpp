@@ -210,6 +210,25 @@ TEST_F(CMetodosCom, UltimoErroEFuncaoGenerica) {
     EXPECT_FALSE(erro.sMensagem.empty());
 }
 
+// The component that refused is gone; what it said of its refusal is not.
+TEST_F(CMetodosCom, RecusaDaLojaDizOArquivoAoCliente) {
+    const std::string sEmpresa = NovaEmpresa();
+    const std::filesystem::path pasta = DiretorioEmpresa(sEmpresa);
+    std::filesystem::create_directories(pasta);
+    std::ofstream(pasta / "XVDATABASE_FILE_CTRL.dat", std::ios::binary) << "abc";
+    XVCliente::CXVCliente cliente;
+    XVCliente::SUltimoErro erro;
+    EXPECT_EQ(cliente.Conecta({.sEmpresa = sEmpresa, .usUsuario = 7}), Codigo(0x81080C5EU));
+    ASSERT_EQ(cliente.GetUltimoErro(&erro), S_OK);
+    EXPECT_EQ(erro.hrErro, Codigo(0x81080C5EU));
+    EXPECT_TRUE(erro.sMensagem.ends_with("XVDATABASE_FILE_CTRL.dat")) << erro.sMensagem;
+
+    std::filesystem::remove(pasta / "XVDATABASE_FILE_CTRL.dat");
+    EXPECT_EQ(cliente.Reconecta(), S_OK);
+    ASSERT_EQ(cliente.GetUltimoErro(&erro), S_OK);
+    EXPECT_EQ(erro.hrErro, 0) << "of the component in hand";
+}
+
 TEST_F(CMetodosCom, TextosDe20MBETextosVazios) {
     auto dados = IntegracaoPendente(TextoGrande(20 << 20));
     dados.sMensagemIntegracao = TextoGrande((20 << 20) + 1);

@@ -90,7 +90,9 @@ TEST_F(CXVConversaoCasosTest, LaterVersionDamagedVersionAndVanishedVersionChange
     };
     EXPECT_EQ(recusa(XVArquivoDoTeste({"CRMIDDLEWAREVS.dat"}, CXVBytes().U16(6).Zeros(14).Str())),
               E_XVCR_VERSAO_BASE_SUPERIOR_VERSAO_SISTEMA);
-    EXPECT_TRUE(m_Captura.GetFalhas().empty()) << "a later version leaves no trace of the conversion";
+    ASSERT_EQ(m_Captura.GetFalhas().size(), 1U) << "a later version leaves no trace of the conversion";
+    EXPECT_EQ(m_Captura.GetFalhas()[0].sMensagem,
+              "Arquivo recusado: " + PastaDados("CRMIDDLEWAREVS.dat") + "\thr = 0X810809C7");
     EXPECT_EQ(recusa(XVArquivoDoTeste({"CRMIDDLEWAREVS.dat"}, CXVBytes().U16(65535).Zeros(14).Str())),
               E_XVCR_VERSAO_BASE_SUPERIOR_VERSAO_SISTEMA);
     std::string sErrado = sVersao;

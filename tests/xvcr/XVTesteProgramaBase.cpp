@@ -5,7 +5,9 @@
 
 namespace {
 
+using testing::EndsWith;
 using testing::HasSubstr;
+using testing::StartsWith;
 
 class ProgramaBase : public XVPrograma {};
 
@@ -67,6 +69,39 @@ TEST_F(ProgramaBase, ArquivoDanificadoERecusadoEFicaComoEsta) {
     EXPECT_EQ(execucao.iSaida, 1);
     EXPECT_THAT(execucao.sErro, HasSubstr("xvcr: 0x8108"));
     EXPECT_EQ(m_Diretorio.LeConteudo(sIndice), sBytes);
+}
+
+TEST_F(ProgramaBase, ArquivoDeUmDiaDanificadoEDitoComSuaData) {
+    const std::string sDmc = Grava({"--status", "Pendente", "--tipo", "BuscaPedidos"});
+    const std::string sDia = sDmc.substr(0, 8);
+    const std::string sArquivo = "001/DF/CRINTEGMID" + sDia + ".dat";
+    std::string sBytes = m_Diretorio.LeConteudo(sArquivo).value_or("");
+    ASSERT_GT(sBytes.size(), 240U);
+    sBytes[130] = static_cast<char>(sBytes[130] ^ 1);
+    m_Diretorio.CriaArquivo(sArquivo, sBytes);
+    const std::string sFim = " Arquivo: " + m_Diretorio.Junta(sArquivo) + " (dia " + sDia.substr(6) + "/" +
+                             sDia.substr(4, 2) + "/" + sDia.substr(0, 4) + ")\n";
+    for (const std::vector<std::string>& rComando :
+         {std::vector<std::string>{"le", sDmc}, {"busca", "--tipo", "BuscaPedidos"}, {"busca", "--le"}}) {
+        const SExecucao execucao = Xvcr(rComando);
+        EXPECT_EQ(execucao.iSaida, 1) << rComando[0];
+        EXPECT_THAT(execucao.sErro, StartsWith("xvcr: 0x81080A3F"));
+        EXPECT_THAT(execucao.sErro, EndsWith(sFim));
+    }
+    EXPECT_EQ(m_Diretorio.LeConteudo(sArquivo), sBytes);
+    // Of a load the line that met the file names it, the one that did not names none.
+    const SExecucao carga =
+        Xvcr({"--json", "carrega", "-", "--continua"},
+             R"({"operacao":"status","sDmc":")" + sDmc +
+                 R"(","eStatusIntegracao":"Erro"})"
+                 "\n"
+                 R"({"operacao":"status","sDmc":"20200101-1-1","eStatusIntegracao":"Erro"})"
+                 "\n");
+    const std::vector<nlohmann::json> listaLinhas = XVLinhasJson(carga.sSaida);
+    ASSERT_EQ(listaLinhas.size(), 3U) << carga.sSaida << carga.sErro;
+    EXPECT_THAT(listaLinhas[0].value("erro", ""), HasSubstr(sFim.substr(0, sFim.size() - 1)));
+    EXPECT_EQ(listaLinhas[1].value("erro", "").find("Arquivo:"), std::string::npos);
+    EXPECT_NE(listaLinhas[1].value("erro", ""), "");
 }
 
 TEST_F(ProgramaBase, ArquivoListadoQueSumiuEDitoPeloNome) {

@@ -45,7 +45,9 @@ TEST_F(IndiceArquivo, DadosExistentesSaoConferidosNaDeclaracaoENaInicializacao) 
         const std::string sAntes = Le(sNome);
         TXVBanco<CXVFileTeste> antes(sNome);
         ASSERT_EQ(Declara(antes.xvFile), S_OK);
+        const CXVArquivosRecusados recusados;
         EXPECT_EQ(Abre(antes), hr);
+        EXPECT_EQ(recusados.GetPath(hr), PastaDados(sNome));
         EXPECT_EQ(Le(sNome), sAntes);
         TXVBanco<CXVFileTeste> depois(sNome);
         ASSERT_EQ(Abre(depois), S_OK);
@@ -70,7 +72,9 @@ TEST_F(IndiceArquivo, RecusasNaoGravamNada) {
 
     const auto recusa = [&](XVUInt uiInicial, const std::vector<REG_TESTE>& lista, HRESULT hr) {
         XVUInt uiAqui = uiInicial;
+        const CXVArquivosRecusados recusados;
         EXPECT_EQ(banco->GravaColecao(uiAqui, lista), hr);
+        EXPECT_EQ(recusados.GetPath(hr), "") << "the write is refused, not the file";
         EXPECT_EQ(uiAqui, uiInicial);
         EXPECT_EQ(Le("A.dat"), sAntes);
     };

@@ -4,7 +4,7 @@
 #include <new>
 
 #include "platform/XVAmbienteSO.h"
-#include "support/XVCapturaTrace.h"
+#include "support/XVArquivoRecusado.h"
 #include "tools/xvcr/XVComandos.h"
 #include "tools/xvcr/XVFormatoAjuda.h"
 #include "tools/xvcr/XVMensagensUso.h"
@@ -127,7 +127,7 @@ void XVDefineAcao(CLI::App* pComando, CXVContexto& rContexto, std::function<void
 }
 
 int XVExecutaAplicacao(const std::vector<std::string>& listaArgumentos) {
-    const CXVCapturaTrace captura(false);  // for the names in messages
+    const CXVArquivosRecusados recusados;  // for the names in messages
     try {
         return Executa(listaArgumentos);
     } catch (const CXVErro& rErro) {

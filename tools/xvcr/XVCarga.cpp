@@ -1,5 +1,6 @@
 #include "tools/xvcr/XVCarga.h"
 
+#include "support/XVArquivoRecusado.h"
 #include "tools/xvcr/XVErros.h"
 #include "tools/xvcr/XVRegistroJson.h"
 
@@ -33,6 +34,7 @@ bool LeDados(const std::vector<SMembroJson>& listaMembros, T* pDados, SResultado
 }  // namespace
 
 SResultadoLinha CXVCarga::Executa(const std::string& sLinha) {
+    const CXVArquivosRecusados recusados;  // of this line alone
     SResultadoLinha resultado;
     std::vector<SMembroJson> listaMembros;
     resultado.sErro = XVSeparaMembros(sLinha, &listaMembros);
@@ -53,6 +55,6 @@ SResultadoLinha CXVCarga::Executa(const std::string& sLinha) {
         resultado.regDmc = dados.regDmc;
         resultado.hr = m_rOperacoes.GravaIntegracao(&resultado.regDmc, dados);
     }
-    if (FAILED(resultado.hr)) resultado.sErro = XVDescreveCodigo(resultado.hr);
+    if (FAILED(resultado.hr)) resultado.sErro = XVDescreveFalha(resultado.hr);
     return resultado;
 }

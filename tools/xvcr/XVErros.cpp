@@ -2,30 +2,10 @@
 
 #include <cstdio>
 
-#include "support/XVCapturaTrace.h"
-#include "support/XVCodigos.h"
+#include "support/XVArquivoRecusado.h"
 #include "support/XVMensagens.h"
 #include "support/XVNomesHResult.h"
 #include "tools/xvcr/XVTextoTela.h"
-
-namespace {
-
-// Path of the listed file that was missed, as the error record tells it; empty where the record was not
-// written by this thread (a server's).
-std::string ArquivoAusente() {
-    constexpr std::string_view k_sInicio = "Arquivo controlado não encontrado: ";
-    const CXVCapturaTrace* pCaptura = CXVCapturaTrace::GetAtual();
-    if (pCaptura == nullptr) return {};
-    const auto& rFalhas = pCaptura->GetFalhas();
-    for (auto it = rFalhas.rbegin(); it != rFalhas.rend(); ++it) {
-        if (!it->sMensagem.starts_with(k_sInicio)) continue;
-        const std::string sPath = it->sMensagem.substr(k_sInicio.size());
-        return sPath.substr(0, sPath.find('\t'));
-    }
-    return {};
-}
-
-}  // namespace
 
 void XVFalha(std::string sMensagem) {
     throw CXVErro(ESaida::eFalha, std::move(sMensagem));
@@ -59,12 +39,13 @@ std::string XVDescreveCodigo(HRESULT hr) {
     return sTexto;
 }
 
+std::string XVDescreveFalha(HRESULT hr) {
+    return XVArquivoRecusado::Mensagem(XVDescreveCodigo(hr), hr);
+}
+
 void XVConfere(HRESULT hr) {
     if (SUCCEEDED(hr)) return;
-    std::string sTexto = XVDescreveCodigo(hr);
-    if (hr == E_XVCR_INCONSISTENCIA_CONTROLE_CRIACAO_ARQUIVOS)
-        if (const std::string sPath = ArquivoAusente(); !sPath.empty()) sTexto += " Arquivo: " + sPath;
-    XVFalha(std::move(sTexto));
+    XVFalha(XVDescreveFalha(hr));
 }
 
 void XVEscreveErro(const std::string& sMensagem) {

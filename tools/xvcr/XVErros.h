@@ -29,6 +29,8 @@ class CXVErro : public std::exception {
 // "0x81080AAA E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA: <Portuguese sentence>".
 std::string XVDescreveCodigo(HRESULT hr);
 std::string XVCodigoHexadecimal(HRESULT hr);
+// The same, with the file that the failed operation of this thread was refused for, if any.
+std::string XVDescreveFalha(HRESULT hr);
 
 // Throws the failure of hr, if it is one.
 void XVConfere(HRESULT hr);

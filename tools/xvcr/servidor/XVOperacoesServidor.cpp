@@ -1,5 +1,6 @@
 // The store behind the component's server: every operation goes through a client of its interface.
 #include "client/XVCliente.h"
+#include "support/XVArquivoRecusado.h"
 #include "tools/xvcr/XVErros.h"
 #include "tools/xvcr/XVFabricaOperacoes.h"
 
@@ -90,9 +91,9 @@ class CXVOperacoesServidor final : public IXVOperacoes {
             XVErroDeUso(
                 "--diretorio não vale com --servidor: o servidor usa o diretório configurado na máquina");
         if (m_Apartamento.GetResultado() < 0) return m_Apartamento.GetResultado();
-        return m_Cliente.Conecta({.sEmpresa = rAcesso.sEmpresa,
-                                  .usUsuario = rAcesso.usUsuario,
-                                  .ulNumeroSessao = rAcesso.ulNumeroSessao});
+        return Explica(m_Cliente.Conecta({.sEmpresa = rAcesso.sEmpresa,
+                                          .usUsuario = rAcesso.usUsuario,
+                                          .ulNumeroSessao = rAcesso.ulNumeroSessao}));
     }
     HRESULT Finaliza() override {
         m_Cliente.Desconecta();
@@ -100,23 +101,23 @@ class CXVOperacoesServidor final : public IXVOperacoes {
     }
 
     HRESULT GravaIntegracao(REG_XVDMC* pDmc, const SIntegracao& rDados) override {
-        return m_Cliente.GravaIntegracao(&pDmc->uiValor, ParaCliente(rDados));
+        return Explica(m_Cliente.GravaIntegracao(&pDmc->uiValor, ParaCliente(rDados)));
     }
     HRESULT GravaIntegracaoInstantanea(REG_XVDMC* pDmc, const SIntegracao& rDados) override {
-        return m_Cliente.GravaIntegracaoInstantanea(&pDmc->uiValor, ParaCliente(rDados));
+        return Explica(m_Cliente.GravaIntegracaoInstantanea(&pDmc->uiValor, ParaCliente(rDados)));
     }
     HRESULT GravaPendenciaIntegracao(REG_XVDMC regDmcOrigem, const SIntegracao& rDados) override {
-        return m_Cliente.GravaPendenciaIntegracao(regDmcOrigem.uiValor, ParaCliente(rDados));
+        return Explica(m_Cliente.GravaPendenciaIntegracao(regDmcOrigem.uiValor, ParaCliente(rDados)));
     }
     HRESULT GravaStatusIntegracao(const SStatusIntegracao& r) override {
-        return m_Cliente.GravaStatusIntegracao({r.regDmc.uiValor, r.sMensagemIntegracao,
-                                                r.sJSONRetornoIntegracao, r.uiChaveIntegracaoSistemaTerceiro,
-                                                r.eStatusIntegracao, r.eSistemaIntegracao});
+        return Explica(m_Cliente.GravaStatusIntegracao(
+            {r.regDmc.uiValor, r.sMensagemIntegracao, r.sJSONRetornoIntegracao,
+             r.uiChaveIntegracaoSistemaTerceiro, r.eStatusIntegracao, r.eSistemaIntegracao}));
     }
 
     HRESULT LeIntegracao(REG_XVDMC regDmc, XVUInt64 uiFlags, SIntegracao* pDados) override {
         XVCliente::SIntegracao dados;
-        const HRESULT hr = m_Cliente.LeIntegracao(regDmc.uiValor, uiFlags, &dados);
+        const HRESULT hr = Explica(m_Cliente.LeIntegracao(regDmc.uiValor, uiFlags, &dados));
         if (SUCCEEDED(hr)) *pDados = DeCliente(std::move(dados));
         return hr;
     }
@@ -126,7 +127,7 @@ class CXVOperacoesServidor final : public IXVOperacoes {
         listaDmc.reserve(lista.size());
         for (const REG_XVDMC regDmc : lista) listaDmc.push_back(regDmc.uiValor);
         std::vector<XVCliente::SIntegracao> listaDados;
-        const HRESULT hr = m_Cliente.LeIntegracoes(listaDmc, uiFlags, &listaDados);
+        const HRESULT hr = Explica(m_Cliente.LeIntegracoes(listaDmc, uiFlags, &listaDados));
         if (FAILED(hr)) return hr;
         pLista->clear();
         for (XVCliente::SIntegracao& rDados : listaDados) pLista->push_back(DeCliente(std::move(rDados)));
@@ -134,7 +135,7 @@ class CXVOperacoesServidor final : public IXVOperacoes {
     }
     HRESULT BuscaPonteiros(const SFiltroIntegracao& rFiltro, std::vector<REG_XVDMC>* pLista) override {
         std::vector<std::uint64_t> listaDmc;
-        const HRESULT hr = m_Cliente.BuscaPonteiros(ParaCliente(rFiltro), &listaDmc);
+        const HRESULT hr = Explica(m_Cliente.BuscaPonteiros(ParaCliente(rFiltro), &listaDmc));
         if (FAILED(hr)) return hr;
         pLista->clear();
         for (const std::uint64_t uiDmc : listaDmc) pLista->push_back({uiDmc});
@@ -142,14 +143,14 @@ class CXVOperacoesServidor final : public IXVOperacoes {
     }
 
     HRESULT GravaChaveRegistro(const SChaveRegistro& rDados) override {
-        return m_Cliente.GravaChaveRegistro(ParaCliente(rDados));
+        return Explica(m_Cliente.GravaChaveRegistro(ParaCliente(rDados)));
     }
     HRESULT GravaChaveRegistroPendente(const SChaveRegistro& rDados) override {
-        return m_Cliente.GravaChaveRegistroPendente(ParaCliente(rDados));
+        return Explica(m_Cliente.GravaChaveRegistroPendente(ParaCliente(rDados)));
     }
     HRESULT BuscaChaveRegistro(const SChaveRegistro& rFiltro, SChaveRegistro* pDados) override {
         XVCliente::SChaveRegistro r;
-        const HRESULT hr = m_Cliente.BuscaChaveRegistro(ParaCliente(rFiltro), &r);
+        const HRESULT hr = Explica(m_Cliente.BuscaChaveRegistro(ParaCliente(rFiltro), &r));
         if (SUCCEEDED(hr))
             *pDados = {r.uiChaveRegistroSistemaTerceiro,
                        {r.uiDmcRegistroTelvo},
@@ -161,11 +162,11 @@ class CXVOperacoesServidor final : public IXVOperacoes {
     }
 
     HRESULT GravaDataHora(const SDataHoraIntegracao& rDados) override {
-        return m_Cliente.GravaDataHora(ParaCliente(rDados));
+        return Explica(m_Cliente.GravaDataHora(ParaCliente(rDados)));
     }
     HRESULT BuscaDataHora(const SDataHoraIntegracao& rFiltro, SDataHoraIntegracao* pDados) override {
         XVCliente::SDataHoraIntegracao r;
-        const HRESULT hr = m_Cliente.BuscaDataHora(ParaCliente(rFiltro), &r);
+        const HRESULT hr = Explica(m_Cliente.BuscaDataHora(ParaCliente(rFiltro), &r));
         if (SUCCEEDED(hr)) *pDados = {{r.uiDataHora}, r.eTipoIntegracao, r.eSistemaIntegracao, r.eTipoData};
         return hr;
     }
@@ -173,10 +174,10 @@ class CXVOperacoesServidor final : public IXVOperacoes {
     HRESULT BuscaDadosSistemaTerceiro(const SConsultaTerceiro& rConsulta,
                                       SRespostaConsulta* pResposta) override {
         XVCliente::SRespostaConsulta r;
-        const HRESULT hr = m_Cliente.BuscaDadosSistemaTerceiro(
+        const HRESULT hr = Explica(m_Cliente.BuscaDadosSistemaTerceiro(
             {rConsulta.sChaveConsulta, rConsulta.eTipoConsulta, rConsulta.ulPonteiroAuxiliar,
              rConsulta.ucTipoPonteiroAuxiliar},
-            &r);
+            &r));
         if (SUCCEEDED(hr))
             *pResposta = {std::move(r.sMensagemRetorno), std::move(r.sJSONRetorno),
                           std::move(r.sDocumentoRetorno), r.eStatusConsulta};
@@ -184,6 +185,17 @@ class CXVOperacoesServidor final : public IXVOperacoes {
     }
 
   private:
+    // The file that the server refused, as its last error names it, goes with the code.
+    HRESULT Explica(HRESULT hr) {
+        CXVArquivosRecusados* pRecusados = CXVArquivosRecusados::GetAtual();
+        XVCliente::SUltimoErro erro;
+        if (SUCCEEDED(hr) || pRecusados == nullptr || m_Cliente.GetUltimoErro(&erro) < 0 || erro.hrErro != hr)
+            return hr;
+        const std::string_view sPath = XVArquivoRecusado::PathDaMensagem(erro.sMensagem);
+        if (!sPath.empty()) pRecusados->Inclui(hr, sPath);
+        return hr;
+    }
+
     XVCliente::CApartamento m_Apartamento;
     XVCliente::CXVCliente m_Cliente;
 };

@@ -1,0 +1,335 @@
+// Every refused file is named wherever the failure is told: in the error log, in the component's last error
+// and in the message of the command-line program, with its date for the file of a day.
+#include <gmock/gmock.h>
+
+#include <functional>
+
+#include "core/xvrpcdll/XVComponenteMiddleware.h"
+#include "support/XVCapturaTrace.h"
+#include "tests/apoio/XVGuardasPlataforma.h"
+#include "tests/apoio/XVRegistroFalso.h"
+#include "tests/apoio/XVRelogioFalso.h"
+#include "tests/apoio/XVSistemaArquivosFalhas.h"
+#include "tests/apoio/XVSistemaArquivosMemoria.h"
+#include "tests/xvdatabase/XVCabecalhoTeste.h"
+#include "tests/xvrpcdll/XVLogicaFalsa.h"
+#include "tools/xvcr/XVErros.h"
+#include "tools/xvcr/XVOperacoesLocais.h"
+
+namespace {
+
+using testing::EndsWith;
+using testing::StartsWith;
+
+constexpr const char* k_pszIndice = "CRINDEXINTEG.dat";
+constexpr const char* k_pszDia = "CRINTEGMID20240315.dat";
+constexpr const char* k_pszJSONDia = "CRINTEGMIDJSON20240315.dat";
+constexpr const char* k_pszVersao = "CRMIDDLEWAREVS.dat";
+constexpr const char* k_pszControle = "XVDATABASE_FILE_CTRL.dat";
+
+enum class EUso { eAbre, eLe, eBusca, eGrava };
+
+// A store of the company "UM" with one integration of 2024-03-15, put back before every case.
+class Recusa : public testing::Test {
+  protected:
+    struct SCaso {
+        const char* pszCaso;
+        const char* pszArquivo;  // the one that must be named
+        HRESULT hr;
+        EUso eUso;
+        std::function<void()> fnEstraga;
+    };
+
+    Recusa() {
+        m_Registro.SetTexto(CAmbienteXV::GetChaveRegistro(XV_DF), "Path", "/dados");
+        CXVOperacoesLocais operacoes;
+        SIntegracao dados;
+        dados.sRegistroJSON = "{}";
+        dados.eTipoIntegracao = eXVSMiddleware_BuscaPedidos;
+        dados.eStatusIntegracao = eXVSMiddleware_Pendente;
+        dados.eSistemaIntegracao = SimulacaoSistemaTerceiro;
+        dados.eTipoTransacao = eXVSMiddleware_Inclusao;
+        EXPECT_EQ(operacoes.Inicializa(m_Acesso), S_OK);
+        EXPECT_EQ(operacoes.GravaIntegracao(&m_Dmc, dados), S_OK);
+        EXPECT_EQ(operacoes.Finaliza(), S_OK);
+        // A file is listed when it is next opened.
+        EXPECT_EQ(operacoes.Inicializa(m_Acesso), S_OK);
+        SIntegracao lida;
+        EXPECT_EQ(operacoes.LeIntegracao(m_Dmc, 7, &lida), S_OK);
+        EXPECT_EQ(operacoes.Finaliza(), S_OK);
+        m_Sa = m_Arquivos.Retrata();
+        m_Captura.emplace();
+    }
+
+    static std::string Caminho(const std::string& sNome) {
+        return sNome.empty() ? "/dados/UM/DF" : "/dados/UM/DF/" + sNome;
+    }
+    std::string Le(const std::string& sNome) const {
+        return m_Arquivos.LeConteudo(Caminho(sNome)).value_or("<ausente>");
+    }
+    void Cria(const std::string& sNome, std::string sConteudo) {
+        m_Arquivos.CriaArquivo(Caminho(sNome), std::move(sConteudo));
+    }
+    void Apaga(const std::string& sNome) { ASSERT_TRUE(m_Arquivos.Apaga(Caminho(sNome)).Ok()); }
+    // A damage of the file's bytes; bFecha: sealed again, as another program's file would be.
+    std::function<void()> Altera(const char* pszNome, std::function<void(std::string&)> fn,
+                                 bool bFecha = true) {
+        return [this, pszNome, fn = std::move(fn), bFecha] {
+            std::string s = Le(pszNome);
+            fn(s);
+            if (bFecha) FechaCrc(s);
+            Cria(pszNome, std::move(s));
+        };
+    }
+    // The payload replaced; the header goes with it.
+    std::function<void()> Conteudo(const char* pszNome, const std::string& sDados) {
+        return Altera(pszNome, [sDados](std::string& s) {
+            s = s.substr(0, 240) + sDados;
+            Poe<XVUInt64>(s, 72, sDados.size());
+        });
+    }
+    // The operation on this file fails from now on.
+    std::function<void()> Impede(EOperacaoArquivo eOperacao, const char* pszNome, ECausaArquivo eCausa) {
+        return [this, eOperacao, sPath = Caminho(pszNome), eCausa] {
+            m_Falhas.SetFiltro([sPath](const std::string& s) { return s == sPath; });
+            m_Falhas.Programa({.eOperacao = eOperacao, .bPermanente = true, .eCausa = eCausa});
+        };
+    }
+    std::function<void()> PoeDiretorio(const char* pszNome) {
+        return [this, pszNome] {
+            Apaga(pszNome);
+            Cria(std::string(pszNome) + "/x", "");
+        };
+    }
+
+    void Restaura(const SCaso& rCaso) {
+        m_Falhas.Limpa();
+        m_Arquivos.Restaura(m_Sa);
+        m_Captura.emplace();
+        rCaso.fnEstraga();
+    }
+
+    HRESULT UsaComponente(IXVCR_Middleware& r, EUso eUso) const {
+        REG_DF_INICIALIZAPS regInicializa = RegistroValido();
+        std::memset(regInicializa.szEmpresa, 0, sizeof(regInicializa.szEmpresa));
+        std::memcpy(regInicializa.szEmpresa, "UM", 2);
+        CXVRegistroInicializacao::Sela(&regInicializa);
+        HRESULT hr = r.Inicializa_Padrao(&regInicializa);
+        if (FAILED(hr) || eUso == EUso::eAbre) return hr;
+        tagREG_CR_INTEGRACAO_MIDDLEWAREPS reg{};
+        if (eUso == EUso::eLe) {
+            hr = r.LeIntegracao(m_Dmc.uiValor, &reg, 7);
+            XVLiberaBuffers(&reg);
+        } else if (eUso == EUso::eBusca) {
+            tagREG_CR_FILTRO_INTEGRACAO_MIDDLEWAREPS filtro{};
+            XVUInt eTipo = eXVSMiddleware_BuscaPedidos;
+            filtro.ulQuantidadeTipoIntegracao = 1;
+            filtro.pListaTipoIntegracao = &eTipo;
+            _REG_DF_LISTA_XVDMCPS lista{};
+            hr = r.BuscaPonteiros(&filtro, &lista);
+            XVLiberaBuffers(&lista);
+        } else {
+            reg.eTipoIntegracao = eXVSMiddleware_BuscaPedidos;
+            reg.eStatusIntegracao = eXVSMiddleware_Pendente;
+            reg.eSistemaIntegracao = SimulacaoSistemaTerceiro;
+            reg.eTipoTransacao = eXVSMiddleware_Inclusao;
+            REG_XVDMC dmc;
+            hr = r.GravaIntegracao(&dmc, &reg);
+        }
+        return hr;
+    }
+    HRESULT UsaOperacoes(IXVOperacoes& r, EUso eUso) const {
+        const HRESULT hr = r.Inicializa(m_Acesso);
+        if (FAILED(hr) || eUso == EUso::eAbre) return hr;
+        SIntegracao dados;
+        dados.eTipoIntegracao = eXVSMiddleware_BuscaPedidos;
+        if (eUso == EUso::eLe) return r.LeIntegracao(m_Dmc, 7, &dados);
+        if (eUso == EUso::eGrava) {
+            REG_XVDMC dmc;
+            dados.eSistemaIntegracao = SimulacaoSistemaTerceiro;
+            return r.GravaIntegracao(&dmc, dados);
+        }
+        SFiltroIntegracao filtro;
+        filtro.listaTipoIntegracao = {eXVSMiddleware_BuscaPedidos};
+        std::vector<REG_XVDMC> lista;
+        return r.BuscaPonteiros(filtro, &lista);
+    }
+
+    void Confere(const SCaso& rCaso) {
+        SCOPED_TRACE(rCaso.pszCaso);
+        std::string sArquivo = Caminho(rCaso.pszArquivo);
+        if (sArquivo.find("20240315") != std::string::npos) sArquivo += " (dia 15/03/2024)";
+        Restaura(rCaso);
+        {
+            const CReferencia<CXVCR_Middleware> p;
+            EXPECT_EQ(UsaComponente(*p, rCaso.eUso), rCaso.hr);
+            REG_DF_ULTIMO_ERROPS reg;
+            EXPECT_EQ(p->GetUltimoErro(&reg), S_OK);
+            EXPECT_EQ(reg.hrErro, rCaso.hr);
+            EXPECT_THAT(std::string(reg.szMensagem), EndsWith(" Arquivo: " + sArquivo));
+        }
+        EXPECT_TRUE(NoLog("Arquivo recusado: " + sArquivo + "\t"));
+        Restaura(rCaso);
+        const CXVArquivosRecusados recusados;
+        CXVOperacoesLocais operacoes;
+        try {
+            XVConfere(UsaOperacoes(operacoes, rCaso.eUso));
+            ADD_FAILURE() << "not refused";
+        } catch (const CXVErro& rErro) {
+            EXPECT_THAT(rErro.what(), StartsWith(XVCodigoHexadecimal(rCaso.hr)));
+            EXPECT_THAT(rErro.what(), EndsWith(" Arquivo: " + sArquivo));
+        }
+    }
+    bool NoLog(const std::string& sInicio) const {
+        for (const SFalhaCapturada& r : m_Captura->GetFalhas())
+            if (r.sMensagem.starts_with(sInicio)) return true;
+        return false;
+    }
+
+    CXVSistemaArquivosMemoria m_Arquivos;
+    CXVSistemaArquivosFalhas m_Falhas{m_Arquivos};
+    CXVRegistroFalso m_Registro;
+    CXVRelogioFalso m_Relogio;
+    CXVGuardaSistemaArquivos m_GuardaSistema{m_Falhas};
+    CXVGuardaRegistro m_GuardaRegistro{m_Registro};
+    CXVGuardaRelogio m_GuardaRelogio{m_Relogio};
+    SAcesso m_Acesso{.sDiretorio = "", .sEmpresa = "UM", .usUsuario = 7};
+    REG_XVDMC m_Dmc;
+    CXVSistemaArquivosMemoria::TRetrato m_Sa;
+    std::optional<CXVCapturaTrace> m_Captura;
+};
+
+TEST_F(Recusa, CabecalhoDanificadoDeCadaForma) {
+    const SCaso aCasos[] = {
+        {"block size", k_pszIndice, E_XVCR_TAMANHO_CABECALHO_NAO_CONFERE, EUso::eAbre,
+         Altera(k_pszIndice, [](auto& s) { Poe<XVUInt64>(s, 64, 215); })},
+        {"block B", k_pszIndice, E_XVCR_CRC_CABECALHO_NAO_CONFERE, EUso::eAbre,
+         Altera(
+             k_pszIndice, [](auto& s) { s[130] ^= 1; }, false)},
+        {"block A", k_pszIndice, E_XVCR_CRC_CABECALHO_NAO_CONFERE, EUso::eAbre,
+         Altera(
+             k_pszIndice, [](auto& s) { s[8] ^= 1; }, false)},
+        {"appended to", k_pszIndice, E_XVCR_TAMANHO_ARQUIVO_NAO_CONFERE, EUso::eAbre,
+         [this] { Cria(k_pszIndice, Le(k_pszIndice).substr(0, 250)); }},
+        {"cut in the header", k_pszIndice, E_XVCR_TAMANHO_CABECALHO_NAO_CONFERE, EUso::eAbre,
+         [this] { Cria(k_pszIndice, Le(k_pszIndice).substr(0, 100)); }},
+        {"created by a later engine", k_pszIndice, E_XVCR_VERSAO_SISTEMA_INFERIOR_VERSAO_CRIACAO_CABECALHO,
+         EUso::eAbre, Altera(k_pszIndice, [](auto& s) { Poe<XVUShort>(s, 106, 128); })},
+        {"updated by a later engine", k_pszIndice, E_XVCR_VERSAO_SISTEMA_INFERIOR_VERSAO_MODIFICACAO_ARQUIVO,
+         EUso::eAbre, Altera(k_pszIndice, [](auto& s) { Poe<XVUShort>(s, 108, 128); })},
+        {"another file's", k_pszIndice, E_XVCR_NOME_ARQUIVO_NAO_CONFERE, EUso::eAbre,
+         Altera(k_pszIndice, [](auto& s) { s[112] = 'X'; })},
+        {"header version 2", k_pszIndice, E_XVCR_VERSAO_CABECALHO_SUPERIOR_VERSAO_SISTEMA, EUso::eAbre,
+         Altera(k_pszIndice,
+                [](auto& s) {
+                    Poe<XVUShort>(s, 0, 2);
+                    Poe(s, 8, CrcBitABit(s.substr(0, 2)));
+                    Poe(s, 16, CrcBitABit(s.substr(8, 8)));
+                })},
+        {"version file", k_pszVersao, E_XVCR_CRC_CABECALHO_NAO_CONFERE, EUso::eAbre,
+         Altera(
+             k_pszVersao, [](auto& s) { s[130] ^= 1; }, false)},
+        {"a day read", k_pszDia, E_XVCR_CRC_CABECALHO_NAO_CONFERE, EUso::eLe,
+         Altera(
+             k_pszDia, [](auto& s) { s[130] ^= 1; }, false)},
+        {"a day searched", k_pszDia, E_XVCR_CRC_CABECALHO_NAO_CONFERE, EUso::eBusca,
+         Altera(
+             k_pszDia, [](auto& s) { s[130] ^= 1; }, false)},
+        {"a day written to", k_pszDia, E_XVCR_CRC_CABECALHO_NAO_CONFERE, EUso::eGrava,
+         Altera(
+             k_pszDia, [](auto& s) { s[130] ^= 1; }, false)},
+        {"a day's texts", k_pszJSONDia, E_XVCR_NOME_ARQUIVO_NAO_CONFERE, EUso::eLe,
+         Altera(k_pszJSONDia, [](auto& s) { s[112] = 'X'; })},
+    };
+    for (const SCaso& rCaso : aCasos) Confere(rCaso);
+}
+
+TEST_F(Recusa, ConteudoQueNaoServe) {
+    const SCaso aCasos[] = {
+        {"record size", k_pszIndice, E_XVCR_ARQUIVO_NAO_EH_MOD_ESTRUTURA, EUso::eAbre,
+         Conteudo(k_pszIndice, "12345")},
+        {"record size of a day", k_pszDia, E_XVCR_ARQUIVO_NAO_EH_MOD_ESTRUTURA, EUso::eLe,
+         Conteudo(k_pszDia, "12345")},
+        {"text chain", k_pszJSONDia, E_XVCR_ARQUIVO_TEXTO_QUANTIDADE_CARACTERES_INVALIDA, EUso::eLe,
+         Conteudo(k_pszJSONDia, std::string("\xFF\0\0\0x", 5))},
+        {"single record", k_pszVersao, E_XVCR_ARQUIVO_SINGLE_REG_NAO_TEM_TAMANHO_ESTRUTURA, EUso::eAbre,
+         Conteudo(k_pszVersao, "abc")},
+        {"later version", k_pszVersao, E_XVCR_VERSAO_BASE_SUPERIOR_VERSAO_SISTEMA, EUso::eAbre,
+         Altera(k_pszVersao, [](auto& s) { Poe<XVUShort>(s, 240, 9); })},
+        {"control list", k_pszControle, E_XVCR_ARQUIVO_TEXTO_QUANTIDADE_CARACTERES_INVALIDA, EUso::eAbre,
+         [this] { Cria(k_pszControle, "abc"); }},
+        {"repeated key", k_pszIndice, E_XVCR_CHAVE_DE_INDEXACAO_REPETIDA, EUso::eAbre,
+         [this] {
+             const std::string sDados = Le(k_pszIndice).substr(240);
+             Conteudo(k_pszIndice, sDados + sDados)();
+         }},
+    };
+    for (const SCaso& rCaso : aCasos) Confere(rCaso);
+}
+
+TEST_F(Recusa, ArquivoAusenteOuSobra) {
+    const SCaso aCasos[] = {
+        {"listed and missing", k_pszIndice, E_XVCR_INCONSISTENCIA_CONTROLE_CRIACAO_ARQUIVOS, EUso::eAbre,
+         [this] { Apaga(k_pszIndice); }},
+        {"version listed and missing", k_pszVersao, E_XVCR_INCONSISTENCIA_CONTROLE_CRIACAO_ARQUIVOS,
+         EUso::eAbre, [this] { Apaga(k_pszVersao); }},
+        {"a day read", k_pszDia, E_XVCR_ARQUIVO_GROUP_NAO_ENCONTRADO, EUso::eLe, [this] { Apaga(k_pszDia); }},
+        {"a day written to", k_pszDia, E_XVCR_INCONSISTENCIA_CONTROLE_CRIACAO_ARQUIVOS, EUso::eGrava,
+         [this] { Apaga(k_pszDia); }},
+        {".tra", "CRINDEXINTEG.tra", E_XVCR_ARQUIVO_TRA_ENCONTRADO, EUso::eAbre,
+         [this] { Cria("CRINDEXINTEG.tra", "x"); }},
+        {".tra of a day", "CRINTEGMID20240315.tra", E_XVCR_ARQUIVO_TRA_ENCONTRADO, EUso::eLe,
+         [this] { Cria("CRINTEGMID20240315.tra", "x"); }},
+        {".cab", "CRINDEXINTEG.cab", E_XVCR_ARQUIVO_CAB_ENCONTRADO, EUso::eAbre,
+         [this] {
+             Cria(k_pszIndice, Le(k_pszIndice).substr(240));
+             Cria("CRINDEXINTEG.cab", "x");
+         }},
+    };
+    for (const SCaso& rCaso : aCasos) Confere(rCaso);
+}
+
+TEST_F(Recusa, SistemaQueNega) {
+    constexpr auto eAbre = EOperacaoArquivo::eAbre;
+    const SCaso aCasos[] = {
+        {"no access", k_pszIndice, eAccessDenied, EUso::eAbre,
+         Impede(eAbre, k_pszIndice, ECausaArquivo::eAcessoNegado)},
+        {"in use", k_pszDia, eSharingViolation, EUso::eLe,
+         Impede(eAbre, k_pszDia, ECausaArquivo::eViolacaoCompartilhamento)},
+        {"full disk", k_pszIndice, eDiskFull, EUso::eAbre,
+         Impede(eAbre, k_pszIndice, ECausaArquivo::eDiscoCheio)},
+        {"read error", k_pszDia, eHardIO, EUso::eBusca,
+         Impede(EOperacaoArquivo::eLe, k_pszDia, ECausaArquivo::eErroFisico)},
+        {"length unknown", k_pszDia, eHardIO, EUso::eLe,
+         Impede(EOperacaoArquivo::eGetTamanho, k_pszDia, ECausaArquivo::eErroFisico)},
+        {"full disk at a write", k_pszDia, eDiskFull, EUso::eGrava,
+         Impede(EOperacaoArquivo::eGrava, k_pszDia, ECausaArquivo::eDiscoCheio)},
+        {"read-only", k_pszDia, eXVReadOnly, EUso::eLe,
+         [this] { m_Arquivos.SetSomenteLeitura(Caminho(k_pszDia), true); }},
+        {"a directory in its place", k_pszIndice, eAccessDenied, EUso::eAbre, PoeDiretorio(k_pszIndice)},
+        {"the data directory not made", "", eAccessDenied, EUso::eAbre,
+         Impede(EOperacaoArquivo::eCriaDiretorio, "", ECausaArquivo::eAcessoNegado)},
+        {"the data directory not listed", "", eAccessDenied, EUso::eAbre,
+         Impede(EOperacaoArquivo::eLista, "", ECausaArquivo::eAcessoNegado)},
+        {"control list", k_pszControle, eAccessDenied, EUso::eAbre,
+         Impede(eAbre, k_pszControle, ECausaArquivo::eAcessoNegado)},
+    };
+    for (const SCaso& rCaso : aCasos) Confere(rCaso);
+}
+
+// A failure that is no file's must not bear the name of the one before.
+TEST_F(Recusa, FalhaSeguinteNaoHerdaOArquivo) {
+    const CReferencia<CXVCR_Middleware> p;
+    ASSERT_EQ(UsaComponente(*p, EUso::eAbre), S_OK);
+    Altera(
+        k_pszDia, [](auto& s) { s[130] ^= 1; }, false)();
+    tagREG_CR_INTEGRACAO_MIDDLEWAREPS reg{};
+    REG_DF_ULTIMO_ERROPS regErro;
+    EXPECT_EQ(p->LeIntegracao(m_Dmc.uiValor, &reg, 7), E_XVCR_CRC_CABECALHO_NAO_CONFERE);
+    EXPECT_EQ(p->LeIntegracao(m_Dmc.uiValor + (1U << 14), &reg, 7), E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA);
+    EXPECT_EQ(p->GetUltimoErro(&regErro), S_OK);
+    EXPECT_EQ(regErro.hrErro, E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA);
+    EXPECT_EQ(std::string(regErro.szMensagem).find("Arquivo:"), std::string::npos);
+}
+
+}  // namespace
