@@ -110,14 +110,14 @@ class TXVGroupDinamico : public CXVGroupFileBase {
         const std::unique_lock lock(GetLock());
         IXVFileBase* pXVFileInterface = nullptr;
         XV_CHECK(LookupMapFiles(uiChaveNomeArquivo, pXVFileInterface, false));
-        if (pXVFileInterface == nullptr) {
+        const bool bNovo = pXVFileInterface == nullptr;
+        if (bNovo) {
             auto pNovo = CriaMembro(uiChaveNomeArquivo);
             XV_CHECK_TEXTO(pNovo->Inicializa(this), "pXVFile->Inicializa(this)");
             GetMapa()[uiChaveNomeArquivo] = std::move(pNovo);
         }
         const HRESULT hr = PreparaNoMembroDoMapa(rOperacao, uiChaveNomeArquivo, uiPosicao, aRegistros);
-        const auto* pMembro = static_cast<const TMembro*>(GetMapa().find(uiChaveNomeArquivo)->second.get());
-        if (FAILED(hr) && !pMembro->ExisteArquivo() && !pMembro->TemPreparadas()) EsqueceMembro(uiChaveNomeArquivo);
+        if (FAILED(hr) && bNovo) EsqueceMembro(uiChaveNomeArquivo);
         return hr;
     }
 

@@ -175,8 +175,8 @@ TEST_F(CXVGravacaoTest, EveryOperationLeavesItsLineInTheGeneralLogWithTheCallers
     EXPECT_NE(sLog.find("15/03/2024\t09:00:00\tMATRIZ\t7\t99\t1\t0\t0\tGravaInternalIntegracao" + sFim),
               std::string::npos)
         << sLog;
-    EXPECT_NE(sLog.find("\tMATRIZ\t31\t5\t3\t0\t0\tGravaIntegracao" + sFim), std::string::npos) << sLog;
-    EXPECT_NE(sLog.find("\tMATRIZ\t7\t99\t3\t0\t0\tGravaStatusIntegracao" + sFim), std::string::npos) << sLog;
+    EXPECT_NE(sLog.find("\tMATRIZ\t31\t5\t1\t0\t0\tGravaIntegracao" + sFim), std::string::npos) << sLog;
+    EXPECT_NE(sLog.find("\tMATRIZ\t7\t99\t1\t0\t0\tGravaStatusIntegracao" + sFim), std::string::npos) << sLog;
 }
 
 TEST_F(CXVGravacaoTest, LogThatCannotBeWrittenDoesNotUndoWhatWasRecorded) {

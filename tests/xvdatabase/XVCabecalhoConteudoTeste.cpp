@@ -141,12 +141,18 @@ TEST_F(CabecalhoConteudo, VersaoDoArquivoEGravadaUmaVez) {
     EXPECT_EQ(LeRegistros("A.dat"), std::vector{k_reg});
 }
 
-TEST_F(CabecalhoConteudo, FinalizarAtualizaOCabecalhoEmModoDeGravacao) {
-    Cria("A.dat", ArquivoComCabecalho("A.dat", ""));
-    TXVBanco<CXVFileTeste> banco("A.dat");
-    ASSERT_EQ(Abre(banco), S_OK);
-    ASSERT_EQ(banco.xvDB.Finaliza(), S_OK);
-    EXPECT_EQ(Campo<XVUInt64>(Le("A.dat"), 80), 1U);
+TEST_F(CabecalhoConteudo, FinalizarAtualizaOCabecalhoSomenteDoArquivoAlterado) {
+    for (const bool bAltera : {false, true}) {
+        const std::string sAntes = ArquivoComCabecalho("A.dat", "");
+        Cria("A.dat", sAntes);
+        TXVBanco<CXVFileTeste> banco("A.dat");
+        ASSERT_EQ(Abre(banco), S_OK);
+        XVUInt uiPosicao = 0;
+        if (bAltera) ASSERT_EQ(banco->Grava(uiPosicao, {1, 2, 3}), S_OK);
+        ASSERT_EQ(banco.xvDB.Finaliza(), S_OK);
+        EXPECT_EQ(Campo<XVUInt64>(Le("A.dat"), 80), bAltera ? 2U : 0U);
+        EXPECT_EQ(Le("A.dat") == sAntes, !bAltera);
+    }
 }
 
 }  // namespace
