@@ -132,7 +132,7 @@ TEST_F(AberturaArquivo, NomeEmOutraCaixaRecebeONomePedido) {
     Cria("a.DAT", ArquivoComCabecalho("A.dat", Bytes({k_reg})));
     EXPECT_EQ(LeRegistros("A.dat"), std::vector{k_reg});
     std::string sNomeReal;
-    ASSERT_TRUE(m_Arquivos.BuscaNomeReal(PastaDados("A.dat"), sNomeReal));
+    ASSERT_TRUE(m_Arquivos.BuscaNomeReal(PastaDados("A.dat"), sNomeReal).Ok());
     EXPECT_EQ(sNomeReal, "A.dat");
 }
 
