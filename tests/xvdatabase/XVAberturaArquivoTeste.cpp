@@ -70,15 +70,6 @@ TEST_F(AberturaArquivo, SomenteLeituraNaoPassaPorBancoVazio) {
     EXPECT_EQ(Tenta<CXVFileTeste>("A.dat"), eXVReadOnly);
 }
 
-TEST_F(AberturaArquivo, SistemaQueNaoDizSeExisteNaoPassaPorBancoVazio) {
-    CriaBom();
-    m_Falhas.Programa({.eOperacao = EOperacaoArquivo::eConsulta, .bPermanente = true});
-    TXVBanco<CXVFileTeste> banco("A.dat");
-    ASSERT_EQ(Abre(banco), S_OK);
-    EXPECT_EQ(banco->GetQtdRegistros(), 1U);
-    ASSERT_EQ(banco.xvDB.Finaliza(), S_OK);
-}
-
 TEST_F(AberturaArquivo, DoisObjetosExcluemSeAteQueOPrimeiroFeche) {
     CriaBom();
     TXVBanco<CXVFileTeste> um("A.dat");
