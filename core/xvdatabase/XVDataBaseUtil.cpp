@@ -74,7 +74,8 @@ HRESULT CXVDataBaseUtil::ExistePath(const IXVDF_Profiler* pDono, const std::stri
     *pbExiste = false;
     if (erro.GetCausa() != ECausaArquivo::eArquivoNaoEncontrado &&
         erro.GetCausa() != ECausaArquivo::eCaminhoInvalido)
-        return XVArquivoRecusado::Anota(XVCodigosArquivo::DeExcecao(erro.GetCausa()).hr, sPathArquivo, pDono);
+        return XVArquivoRecusado::Anota(XVCodigosArquivo::DeAberturaFinal(erro.GetCausa(), false).hr,
+                                        sPathArquivo, pDono);
     // Under another name of its own that the system knows a file by, it is there too.
     *psNomeReal = sPathArquivo.substr(sPathArquivo.find_last_of("/\\") + 1);
     return Existe(pDono, sPathArquivo, pbExiste);

@@ -1,6 +1,7 @@
 // A file system that does not tell whether a file exists: whatever is under way is refused by its own code,
 // and nothing is taken for absent, or for there, on a guess. Every question of every operation is refused
 // once.
+#include <algorithm>
 #include <functional>
 
 #include "core/xvdatabase/XVDataBaseUtil.h"
@@ -36,10 +37,17 @@ class SemAcesso : public CXVCenarioBanco {
             bRecusou = m_Falhas.GetFalhasOcorridas() != 0;
             m_Falhas.Limpa();
             EXPECT_EQ(hr, bRecusou ? eAccessDenied : S_OK);
-            EXPECT_EQ(captura.Contem("Sem acesso para saber se o arquivo " + PastaDados("")), bRecusou);
+            EXPECT_EQ(NomeiaOArquivo(captura), bRecusou);
             EXPECT_TRUE(fnEstado());
         }
-        EXPECT_GT(uiNumero, 2U) << "nothing was asked";
+        EXPECT_GT(uiNumero, 1U) << "nothing was asked";
+    }
+
+    bool NomeiaOArquivo(const CXVCapturaTrace& rCaptura) const {
+        const auto& listaFalhas = rCaptura.GetFalhas();
+        return std::any_of(listaFalhas.begin(), listaFalhas.end(), [this](const SFalhaCapturada& rFalha) {
+            return rFalha.sMensagem.starts_with("Arquivo recusado: " + PastaDados(""));
+        });
     }
 
     HRESULT LeUmRegistro(XVUInt64 uiEsperados) {
@@ -63,7 +71,7 @@ TEST_F(SemAcesso, AbrirNaoTomaUmaBasePorVazia) {
             Cria(k_pszControle, Prefixado("A.dat"));
         },
         [&] { return LeUmRegistro(1); },
-        [&] { return Le("A.dat") == m_sVivo && Le(k_pszControle) == Prefixado("A.dat"); });
+        [&] { return Le("A.dat").ends_with(Bytes({k_reg})) && Le(k_pszControle) == Prefixado("A.dat"); });
 }
 
 TEST_F(SemAcesso, AbrirUmArquivoSemCabecalhoGuardaOsDados) {
