@@ -1,7 +1,6 @@
 #include "platform/win32/XVVistaWindows.h"
 
 #include <algorithm>
-#include <array>
 #include <limits>
 #include <string>
 
@@ -44,23 +43,27 @@ void CXVVistasDoArquivo::Exclui(const CXVVistaWindows* pVista) {
 namespace XVVistaWindows {
 namespace {
 
-constexpr std::size_t k_uiNomeVolume = 49;              // characters of \\?\Volume{guid}\ .
+constexpr DWORD k_ulCaminhoMaximo = 32768;              // characters
 constexpr DWORD k_ulBlocosCompartilhados = 0x08000000;  // FILE_SUPPORTS_BLOCK_REFCOUNTING
+
+// Root of the volume on which the file lies, whatever way led to it; empty on failure.
+std::wstring VolumeDe(HANDLE hArquivo) {
+    std::wstring sCaminho(k_ulCaminhoMaximo, L'\0');
+    const DWORD ulTamanho =
+        GetFinalPathNameByHandleW(hArquivo, sCaminho.data(), k_ulCaminhoMaximo, VOLUME_NAME_DOS);
+    std::wstring sVolume(k_ulCaminhoMaximo, L'\0');
+    if (ulTamanho == 0 || ulTamanho >= k_ulCaminhoMaximo ||
+        !GetVolumePathNameW(sCaminho.c_str(), sVolume.data(), k_ulCaminhoMaximo)) {
+        return {};
+    }
+    return sVolume.c_str();
+}
 
 // A page that cannot be read or written ends the process. So only volumes that do not go away (neither a
 // network nor a medium that can be taken out) and that write a block in its place.
 bool TemLugarFixo(HANDLE hArquivo) {
-    std::wstring sCaminho(MAX_PATH, L'\0');
-    DWORD ulTamanho = GetFinalPathNameByHandleW(hArquivo, sCaminho.data(), MAX_PATH, VOLUME_NAME_GUID);
-    if (ulTamanho >= MAX_PATH) {
-        sCaminho.resize(ulTamanho);
-        ulTamanho = GetFinalPathNameByHandleW(hArquivo, sCaminho.data(), ulTamanho, VOLUME_NAME_GUID);
-    }
-    if (ulTamanho < k_uiNomeVolume || ulTamanho >= sCaminho.size()) {
-        return false;
-    }
-    const std::wstring sVolume = sCaminho.substr(0, k_uiNomeVolume);
-    const UINT uiTipo = GetDriveTypeW(sVolume.c_str());
+    const std::wstring sVolume = VolumeDe(hArquivo);
+    const UINT uiTipo = sVolume.empty() ? DRIVE_UNKNOWN : GetDriveTypeW(sVolume.c_str());
     DWORD ulRecursos = 0;
     return (uiTipo == DRIVE_FIXED || uiTipo == DRIVE_RAMDISK) &&
            GetVolumeInformationW(sVolume.c_str(), nullptr, 0, nullptr, nullptr, &ulRecursos, nullptr, 0) &&

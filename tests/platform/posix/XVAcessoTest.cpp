@@ -86,6 +86,17 @@ TEST_F(CXVAcessoTest, ONomeQueNaoSePodeVerNaoEstaNemAusenteNemPresente) {
         EXPECT_EQ(m_rSistema.SincronizaDiretorio(Caminho("fechado")).GetCausa(),
                   ECausaArquivo::eAcessoNegado);
     }
+    // Read but not entered: the names can be seen, and whether they are files, or still there, cannot.
+    Modo("fechado", 0744);
+    {
+        const CXVUsuarioSemDireitos usuario;
+        if (geteuid() == 0) {  // its owner may enter
+            for (const std::string sNome : {"fechado/A.dat", "fechado/nada.dat"}) {
+                EXPECT_EQ(m_rSistema.Existe(Caminho(sNome)), EExistencia::eSemAcesso) << sNome;
+                EXPECT_EQ(BuscaNomeReal(sNome), ECausaArquivo::eAcessoNegado) << sNome;
+            }
+        }
+    }
     // Entered but not read: what is asked for by its exact name can be seen, another spelling cannot.
     Modo("fechado", 0711);
     Modo("fechado/A.dat", 0600);
@@ -244,15 +255,22 @@ TEST_F(CXVAcessoTest, VistaPassaPelaMemoriaOndeECertoQueNaoDerrubaOProcesso) {
         const std::string sMapas(std::istreambuf_iterator<char>(mapas), {});
         return sMapas.find(sCaminho) != std::string::npos;
     };
-    for (const bool bBlocos : {true, false}) {
+    // Half of the file has blocks; how much of which half is mapped.
+    struct SCaso {
+        XVUInt64 uiOffsetDados;
+        XVUInt64 uiVista;
+        bool bMapeado;
+    };
+    constexpr std::size_t k_uiMetade = 1 << 15;
+    for (const SCaso& rCaso : {SCaso{0, k_uiMetade, true}, SCaso{0, 2 * k_uiMetade, false},
+                               SCaso{k_uiMetade, k_uiMetade, false}}) {
         ASSERT_TRUE(m_rSistema.Abre(sCaminho, k_criacao, m_pArquivo).Ok());
-        ASSERT_TRUE(m_pArquivo->SetTamanho(0).Ok());
-        ASSERT_TRUE(m_pArquivo->SetTamanho(1 << 16).Ok());
-        const std::string sBytes(1 << 15, 'x');
-        ASSERT_TRUE(m_pArquivo->Grava(0, sBytes.data(), sBytes.size()).Ok());
+        ASSERT_TRUE(m_pArquivo->SetTamanho(2 * k_uiMetade).Ok());
+        const std::string sBytes(k_uiMetade, 'x');
+        ASSERT_TRUE(m_pArquivo->Grava(rCaso.uiOffsetDados, sBytes.data(), sBytes.size()).Ok());
         std::unique_ptr<IXVVista> pVista;
-        EXPECT_TRUE(m_pArquivo->Mapeia(bBlocos ? 1 << 15 : 1 << 16, pVista).Ok());
-        EXPECT_EQ(fnMapeado(), bBlocos);
+        EXPECT_TRUE(m_pArquivo->Mapeia(rCaso.uiVista, pVista).Ok());
+        EXPECT_EQ(fnMapeado(), rCaso.bMapeado) << rCaso.uiOffsetDados << ' ' << rCaso.uiVista;
         pVista.reset();
         EXPECT_FALSE(fnMapeado());
         m_pArquivo.reset();
