@@ -85,7 +85,9 @@ HRESULT CXVConversaoMiddleware::LeDiario(XVUShort usPasso, CListaNomes* plistaNo
     *pbValido = false;
     std::string sPath;
     XV_CHECK(MontaPath(k_pszArquivoDiario, &sPath));
-    if (XVPlataforma::SistemaArquivos().Existe(sPath) == EExistencia::eAusente) return S_OK;
+    bool bExiste = false;
+    XV_CHECK(CXVDataBaseUtil::Existe(this, sPath, &bExiste));
+    if (!bExiste) return S_OK;
     constexpr SAberturaArquivo k_abertura{EAcessoArquivo::eLeitura, ECompartilhamentoArquivo::eNegaEscrita,
                                           ECriacaoArquivo::eSomenteExistente};
     std::unique_ptr<IXVArquivo> pArquivo;
@@ -110,7 +112,9 @@ HRESULT CXVConversaoMiddleware::LeDiario(XVUShort usPasso, CListaNomes* plistaNo
 HRESULT CXVConversaoMiddleware::RemoveDiario() {
     std::string sPath;
     XV_CHECK(MontaPath(k_pszArquivoDiario, &sPath));
-    if (XVPlataforma::SistemaArquivos().Existe(sPath) == EExistencia::eAusente) return S_OK;
+    bool bExiste = false;
+    XV_CHECK(CXVDataBaseUtil::Existe(this, sPath, &bExiste));
+    if (!bExiste) return S_OK;
     const CXVErroArquivo erro = XVPlataforma::SistemaArquivos().Apaga(sPath);
     // Another process may have been faster.
     if (erro.Ok() || erro.GetCausa() == ECausaArquivo::eArquivoNaoEncontrado) return S_OK;

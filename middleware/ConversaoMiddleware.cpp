@@ -138,7 +138,9 @@ HRESULT CXVConversaoMiddleware::RemoveCopias(const CListaNomes& listaNomes) {
     for (const std::string& sNome : listaNomes) {
         std::string sPath;
         XV_CHECK(MontaPath(XVNomeArquivo::TrocaExtensao(sNome, "tra"), &sPath));
-        if (XVPlataforma::SistemaArquivos().Existe(sPath) == EExistencia::eAusente) continue;
+        bool bExiste = false;
+        XV_CHECK(CXVDataBaseUtil::Existe(this, sPath, &bExiste));
+        if (!bExiste) continue;
         const CXVErroArquivo erro = XVPlataforma::SistemaArquivos().Apaga(sPath);
         if (!erro.Ok())
             XV_CHECK_TEXTO(
@@ -153,7 +155,9 @@ HRESULT CXVConversaoMiddleware::ConcluiTroca(XVUShort usPasso, const CListaNomes
     for (const std::string& sNome : listaNomes) {
         std::string sPath;
         XV_CHECK(MontaPath(XVNomeArquivo::TrocaExtensao(sNome, "tra"), &sPath));
-        if (XVPlataforma::SistemaArquivos().Existe(sPath) != EExistencia::eAusente) {
+        bool bExiste = false;
+        XV_CHECK(CXVDataBaseUtil::Existe(this, sPath, &bExiste));
+        if (bExiste) {
             XV_CHECK_TEXTO(CXVDataBaseUtil::RenomeiaArquivoTRA(this, XV_DF, sNome, usPasso),
                            "CXVDataBaseUtil::RenomeiaArquivoTRA(this, XV_DF, name)");
             continue;
@@ -171,7 +175,9 @@ HRESULT CXVConversaoMiddleware::MontaPath(const std::string& sNome, std::string*
 // Bytes after the header, 0 for an absent file; nothing is changed, whatever state the file is in.
 HRESULT CXVConversaoMiddleware::TamanhoDados(const std::string& sPath, XVUInt64* puiTamanho) {
     *puiTamanho = 0;
-    if (XVPlataforma::SistemaArquivos().Existe(sPath) == EExistencia::eAusente) return S_OK;
+    bool bExiste = false;
+    XV_CHECK(CXVDataBaseUtil::Existe(this, sPath, &bExiste));
+    if (!bExiste) return S_OK;
     constexpr SAberturaArquivo k_abertura{EAcessoArquivo::eLeitura, ECompartilhamentoArquivo::eNegaNada,
                                           ECriacaoArquivo::eSomenteExistente};
     std::unique_ptr<IXVArquivo> pArquivo;
@@ -220,7 +226,9 @@ HRESULT CXVConversaoMiddleware::ValidaVersaoAtual() {
     XV_CHECK_TEXTO(RecusaVersaoPosterior(usVersao), "E_XVCR_VERSAO_BASE_SUPERIOR_VERSAO_SISTEMA");
     std::string sPathIndex;
     XV_CHECK(MontaPath(k_pszArquivoIndexIntegracao, &sPathIndex));
-    if (usVersao != 0 || XVPlataforma::SistemaArquivos().Existe(sPathIndex) != EExistencia::eAusente)
+    bool bExiste = false;
+    XV_CHECK(CXVDataBaseUtil::Existe(this, sPathIndex, &bExiste));
+    if (usVersao != 0 || bExiste)
         XV_CHECK_TEXTO(Recusa(E_XVCR_VERSAO_INCOMPATIVEL, k_pszArquivoVersao), "E_XVCR_VERSAO_INCOMPATIVEL");
     return S_OK;
 }
@@ -233,7 +241,9 @@ HRESULT CXVConversaoMiddleware::ValidaArquivosUnicos() {
         std::string sPath;
         XV_CHECK(MontaPath(pszNome, &sPath));
         std::string sNomeReal;
-        if (CXVDataBaseUtil::ExistePath(sPath, &sNomeReal)) continue;
+        bool bExiste = false;
+        XV_CHECK(CXVDataBaseUtil::ExistePath(this, sPath, &bExiste, &sNomeReal));
+        if (bExiste) continue;
         CXVDataBaseControleCriacaoArquivos controle(XV_DF, pszNome);
         XV_CHECK(controle.Inicializa(this));
         XV_CHECK(controle.GerenciaControleCriacaoArquivos(EXVDataBase_ModoAbertura::eModoLeituraGravacao));

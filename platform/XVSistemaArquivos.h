@@ -6,6 +6,13 @@
 // file and every other opening's access is allowed by its share mode; otherwise the cause is
 // eViolacaoCompartilhamento. Deleting or replacing a file that anyone has open fails with that cause too.
 //
+// A symbolic link may stand anywhere above a file and may be read through, but is never written through: an
+// opening that writes or creates, a deletion and a replacement whose last component is a link are
+// eAcessoNegado. Who can put a link into a directory must not choose what the program overwrites.
+//
+// Files and directories are created for their owner and group only (0660 and 0770 before the umask, where
+// the system has such permissions).
+//
 // Thread rule: a file system may be called from any thread at any time. An open file may be used by
 // several threads for reading; a writer must be alone (the engine's file locks see to that).
 #pragma once
@@ -60,14 +67,16 @@ class IXVArquivo {
     // Cuts or extends (with zeros) the file to uiTamanho bytes; only in eLeituraEscrita.
     virtual CXVErroArquivo SetTamanho(XVUInt64 uiTamanho) = 0;
 
-    // Returns after the written bytes, those of views included, have reached the device.
+    // Returns after the written bytes, those of views included, and the length have reached the device.
+    // After a failure it is unknown which have, and a later success says nothing about them.
     virtual CXVErroArquivo Sincroniza() = 0;
 
-    // A view of the first uiTamanho bytes, which the file must hold already, with blocks of the device behind
-    // them; only in eLeituraEscrita or eLeitura, and writable only in the former. Where the system or the
-    // place of the file offers no mapping that is safe (a network, a device that copies on writing) the
-    // view works by calls. The file must outlive its view, and is not made shorter while one exists. On
-    // failure pVista is null.
+    // A view of the first uiTamanho bytes, which the file must hold already; only in eLeituraEscrita or
+    // eLeitura, and writable only in the former. Where the system or the place of the file offers no
+    // mapping that is safe (a network, a device that copies on writing, bytes without a block of the device
+    // behind them) the view works by calls. The file must outlive its view and is not made shorter while
+    // one exists, by this opening (eViolacaoCompartilhamento where it would do harm) or by anyone with
+    // whom it shares writing. On failure pVista is null.
     virtual CXVErroArquivo Mapeia(XVUInt64 uiTamanho, std::unique_ptr<IXVVista>& pVista);
 };
 
@@ -77,7 +86,12 @@ class IXVMarcaDiretorio {
     virtual ~IXVMarcaDiretorio() = default;
 };
 
-enum class EExistencia : std::uint8_t { eAusente, eArquivo, eDiretorio };
+enum class EExistencia : std::uint8_t {
+    eAusente,    // true absence, and nothing less
+    eArquivo,    // whatever is no directory, a link without a target included
+    eDiretorio,  // a link to a directory is one
+    eSemAcesso,  // the system does not tell: no permission to look, or a device that does not answer
+};
 
 class IXVSistemaArquivos {
   public:
@@ -89,15 +103,15 @@ class IXVSistemaArquivos {
                                 std::unique_ptr<IXVArquivo>& pArquivo) = 0;
 
     // What the directory holds under this name, whatever its attributes and whether it could be opened.
-    // Only true absence is eAusente: where the system refuses to tell, the name counts as a file.
     virtual EExistencia Existe(const std::string& sCaminho) = 0;
 
     // Whether the file exists and has the read-only attribute (no write permission for anyone).
     virtual bool EhSomenteLeitura(const std::string& sCaminho) = 0;
 
     // Finds the entry of the path's directory whose name equals the path's last component without regard
-    // to case (an exact match wins). True and the name as it stands on disk, or false and an empty name.
-    virtual bool BuscaNomeReal(const std::string& sCaminho, std::string& sNomeReal) = 0;
+    // to case (an exact match wins), as it stands on disk. None: eArquivoNaoEncontrado; no directory:
+    // eCaminhoInvalido; a directory that may not be looked into: eAcessoNegado. On failure the name is empty.
+    virtual CXVErroArquivo BuscaNomeReal(const std::string& sCaminho, std::string& sNomeReal) = 0;
 
     // Deletes one file. A file that anyone has open: eViolacaoCompartilhamento. Read-only: eAcessoNegado.
     virtual CXVErroArquivo Apaga(const std::string& sCaminho) = 0;

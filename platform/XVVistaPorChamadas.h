@@ -15,10 +15,6 @@ class CXVVistaPorChamadas final : public IXVVista {
     CXVErroArquivo GravaPalavra(XVUInt64 uiOffset, XVUInt64 uiPalavra) override;
 
   private:
-    bool Cabe(XVUInt64 uiOffset, std::size_t uiTamanho) const {
-        return uiOffset <= m_uiTamanho && uiTamanho <= m_uiTamanho - uiOffset;
-    }
-
     IXVArquivo& m_rArquivo;
     XVUInt64 m_uiTamanho;
 };

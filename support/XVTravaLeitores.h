@@ -34,7 +34,7 @@ class CXVTravaLeitores {
     void lock_shared() {
         // The number only decides who goes first; the lock proper keeps readers and writers apart.
         if (m_ulEscritores.load(std::memory_order_relaxed) != 0) [[unlikely]] {
-            const std::lock_guard fila(m_mutexFila);
+            const std::lock_guard fila(m_mutexFila);  // behind the writer, and no longer than that
         }
         m_Lock.lock_shared();
     }

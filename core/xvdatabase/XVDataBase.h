@@ -39,7 +39,8 @@ class CXVDataBase : public CXVBaseParaRotinas {
     void DesabilitaCabecalho() { m_bCabecalhoDesabilitado = true; }
     bool EhCabecalhoDesabilitado() const { return m_bCabecalhoDesabilitado; }
 
-    // The journal of the data directory, where it is open for writing; otherwise null. Known after Inicializa.
+    // The journal of the data directory, where it is open for writing; otherwise null. Known after
+    // Inicializa.
     CXVDiario* GetDiario() const { return m_pDiario; }
 
     // Around the moment in which the memory of several files passes from before an operation to after it.

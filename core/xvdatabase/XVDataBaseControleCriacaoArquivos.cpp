@@ -72,7 +72,8 @@ HRESULT CXVDataBaseControleCriacaoArquivos::GerenciaControleCriacaoArquivos(XVUI
     std::string sPathArquivo;
     XV_CHECK(CXVDataBaseUtil::GetPathArquivo(m_eModulo, GetEmpresa(), m_sNomeArquivo.c_str(), &sPathArquivo));
     std::string sNomeReal;
-    const bool bExiste = CXVDataBaseUtil::ExistePath(sPathArquivo, &sNomeReal);
+    bool bExiste = false;
+    XV_CHECK(CXVDataBaseUtil::ExistePath(this, sPathArquivo, &bExiste, &sNomeReal));
     if (bPossui && !bExiste) {
         XVProfiler::RecordError(
             this, "CXVDataBaseControleCriacaoArquivos::GerenciaControleCriacaoArquivos", XVNomeFonte(),
@@ -82,8 +83,7 @@ HRESULT CXVDataBaseControleCriacaoArquivos::GerenciaControleCriacaoArquivos(XVUI
         return XVArquivoRecusado::Anota(E_XVCR_INCONSISTENCIA_CONTROLE_CRIACAO_ARQUIVOS, sPathArquivo, this);
     }
     // A directory of this name is refused by the opening; listed, it would be missed once it is removed.
-    if (!bPossui && bExiste &&
-        XVPlataforma::SistemaArquivos().Existe(sPathArquivo) != EExistencia::eDiretorio)
+    if (!bPossui && bExiste && XVPlataforma::SistemaArquivos().Existe(sPathArquivo) == EExistencia::eArquivo)
         XV_CHECK(CriaControleCriacaoArquivos());
     return S_OK;
 }
@@ -141,7 +141,9 @@ HRESULT CXVDataBaseControleCriacaoArquivos::GravaListaSemArquivo(CXVImagemArquiv
     std::string sPathTra;
     const std::string sNomeTra = XVNomeArquivo::TrocaExtensao(k_sNomeControle, "tra");
     XV_CHECK(CXVDataBaseUtil::GetPathArquivo(m_eModulo, GetEmpresa(), sNomeTra, &sPathTra));
-    if (XVPlataforma::SistemaArquivos().Existe(sPathTra) != EExistencia::eAusente)
+    bool bExiste = false;
+    XV_CHECK(CXVDataBaseUtil::Existe(this, sPathTra, &bExiste));
+    if (bExiste)
         XV_CHECK_TEXTO(XVArquivoRecusado::Anota(E_XVCR_ARQUIVO_TRA_ENCONTRADO, sPathTra, this),
                        "E_XVCR_ARQUIVO_TRA_ENCONTRADO");
 

@@ -31,10 +31,6 @@ CXVErroArquivo Tenta(TOperacao operacao) {
     return erro;
 }
 
-bool Existe(const std::string& sPath) {
-    return XVPlataforma::SistemaArquivos().Existe(sPath) != EExistencia::eAusente;
-}
-
 std::string TextoAuditoria(const IXVDF_Profiler& rDono, const std::string& sNomeArquivo) {
     const std::string sInicio = "Arquivo \"" + sNomeArquivo + "\" removido ";
     switch (rDono.GetUsuario()) {
@@ -62,10 +58,27 @@ HRESULT CXVDataBaseUtil::GetPathArquivo(EModulo eModulo, std::string_view sEmpre
     return hr;
 }
 
-bool CXVDataBaseUtil::ExistePath(const std::string& sPathArquivo, std::string* psNomeReal) {
-    if (XVPlataforma::SistemaArquivos().BuscaNomeReal(sPathArquivo, *psNomeReal)) return true;
+HRESULT CXVDataBaseUtil::Existe(const IXVDF_Profiler* pDono, const std::string& sPath, bool* pbExiste) {
+    *pbExiste = false;
+    const EExistencia eExistencia = XVPlataforma::SistemaArquivos().Existe(sPath);
+    if (eExistencia == EExistencia::eSemAcesso) return XVArquivoRecusado::Anota(eAccessDenied, sPath, pDono);
+    *pbExiste = eExistencia != EExistencia::eAusente;
+    return S_OK;
+}
+
+HRESULT CXVDataBaseUtil::ExistePath(const IXVDF_Profiler* pDono, const std::string& sPathArquivo,
+                                    bool* pbExiste, std::string* psNomeReal) {
+    *pbExiste = true;
+    const CXVErroArquivo erro = XVPlataforma::SistemaArquivos().BuscaNomeReal(sPathArquivo, *psNomeReal);
+    if (erro.Ok()) return S_OK;
+    *pbExiste = false;
+    if (erro.GetCausa() != ECausaArquivo::eArquivoNaoEncontrado &&
+        erro.GetCausa() != ECausaArquivo::eCaminhoInvalido)
+        return XVArquivoRecusado::Anota(XVCodigosArquivo::DeAberturaFinal(erro.GetCausa(), false).hr,
+                                        sPathArquivo, pDono);
+    // Under another name of its own that the system knows a file by, it is there too.
     *psNomeReal = sPathArquivo.substr(sPathArquivo.find_last_of("/\\") + 1);
-    return Existe(sPathArquivo);
+    return Existe(pDono, sPathArquivo, pbExiste);
 }
 
 HRESULT CXVDataBaseUtil::ListaMembros(const IXVDF_Profiler* pDono, EModulo eModulo,
@@ -99,7 +112,8 @@ HRESULT CXVDataBaseUtil::EncerraNoDiario(const IXVDF_Profiler* pDono, const std:
 HRESULT CXVDataBaseUtil::DeletaPath(const IXVDF_Profiler* pDono, const std::string& sPathArquivo) {
     XV_CHECK_DONO(pDono, EncerraNoDiario(pDono, sPathArquivo));
     const CXVErroArquivo erro = Tenta([&] { return XVPlataforma::SistemaArquivos().Apaga(sPathArquivo); });
-    if (erro.Ok() || !Existe(sPathArquivo)) return S_OK;
+    if (erro.Ok() || XVPlataforma::SistemaArquivos().Existe(sPathArquivo) == EExistencia::eAusente)
+        return S_OK;
     XVProfiler::RecordError(pDono, "CXVDataBaseUtil::DeletaArquivo", XVNomeFonte(), __LINE__,
                             "Erro ao deletar arquivo %s DW: %d.", sPathArquivo.c_str(),
                             static_cast<int>(erro.GetErroSistema()));
@@ -129,7 +143,9 @@ HRESULT CXVDataBaseUtil::DeletaArquivoUnico(const IXVDF_Profiler* pDono, EModulo
         XV_CHECK_DONO(pDono, controle.Inicializa(pDono));
         XV_CHECK_DONO(pDono, controle.RemoveControleCriacaoArquivos());
     }
-    if (!Existe(sPathArquivo)) return S_OK;
+    bool bExiste = false;
+    XV_CHECK_DONO(pDono, Existe(pDono, sPathArquivo, &bExiste));
+    if (!bExiste) return S_OK;
     XV_CHECK_DONO(pDono, DeletaPath(pDono, sPathArquivo));
     // The file is gone whatever becomes of the entry: its failure is recorded and no more.
     if (eModulo != k_eModuloSemAuditoria) XVIgnora(GravaAuditoria(pDono, sNomeArquivo));
@@ -166,8 +182,11 @@ HRESULT CXVDataBaseUtil::RenomeiaArquivoUnico(const IXVDF_Profiler* pDono, EModu
     std::string sPathArquivo;
     XV_CHECK_DONO(pDono, GetPathArquivo(eModulo, pDono->GetEmpresa(), sNomeArquivo, &sPathArquivo));
     const std::string sPathOrigem = XVNomeArquivo::TrocaExtensao(sPathArquivo, sExtensao);
-    if (!Existe(sPathOrigem)) {
-        if (!Existe(sPathArquivo)) return S_OK;  // a listed file that vanished stays listed
+    bool bExiste = false;
+    XV_CHECK_DONO(pDono, Existe(pDono, sPathOrigem, &bExiste));
+    if (!bExiste) {
+        XV_CHECK_DONO(pDono, Existe(pDono, sPathArquivo, &bExiste));
+        if (!bExiste) return S_OK;  // a listed file that vanished stays listed
         return DeletaArquivo(
             pDono, eModulo, sNomeArquivo,
             XVNomeArquivo::EhArquivoControle(sNomeArquivo) ? eMantemNoControle : eRemoveDoControle);

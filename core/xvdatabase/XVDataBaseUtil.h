@@ -28,10 +28,13 @@ class CXVDataBaseUtil {
                                   std::string* psPathArquivo);
     static HRESULT GetPathDados(EModulo eModulo, std::string_view sEmpresa, std::string* psDiretorio);
 
-    // Whether the directory holds a file of this path, read-only or not; *psNomeReal is its name as it stands
-    // there. Where the system refuses to tell, the file counts as held: a store must never be taken for an
-    // empty one.
-    static bool ExistePath(const std::string& sPathArquivo, std::string* psNomeReal);
+    // Whether the directory holds something under this path, read-only or not. Where the system does not
+    // tell, neither answer would be right, one would take a store for an empty one, the other for a whole
+    // one: the result is eAccessDenied, or the code of another cause, and the error log names the path.
+    static HRESULT Existe(const IXVDF_Profiler* pDono, const std::string& sPath, bool* pbExiste);
+    // The same without regard to case; *psNomeReal is the name as it stands in the directory.
+    static HRESULT ExistePath(const IXVDF_Profiler* pDono, const std::string& sPathArquivo, bool* pbExiste,
+                              std::string* psNomeReal);
 
     // Deletes the file, or every member of a group pattern; an absent file is no error. Each deletion leaves
     // one entry in the general log. E_XVCR_DELECAO_ARQUIVO after 50 attempts.

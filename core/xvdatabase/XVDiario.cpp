@@ -34,16 +34,16 @@ SRegistroDiarios& Diarios() {
 XVUInt64 NovaSessao() {
     static std::atomic<XVUInt64> uiAberturas = 0;
     const SDataHora dh = XVPlataforma::Relogio().AgoraUTC();
-    const XVUInt64 aPartes[] = {++uiAberturas,
-                                XVAmbienteSO::GetIdProcesso(),
-                                XVPlataforma::Relogio().GetTicks(),
-                                (XVUInt64{dh.usAno} << 40) | (XVUInt64{dh.ucMes} << 32) | (XVUInt64{dh.ucDia} << 24) |
-                                    (XVUInt64{dh.ucHora} << 16) | (XVUInt64{dh.ucMinuto} << 8) | dh.ucSegundo};
+    const XVUInt64 aPartes[] = {
+        ++uiAberturas, XVAmbienteSO::GetIdProcesso(), XVPlataforma::Relogio().GetTicks(),
+        (XVUInt64{dh.usAno} << 40) | (XVUInt64{dh.ucMes} << 32) | (XVUInt64{dh.ucDia} << 24) |
+            (XVUInt64{dh.ucHora} << 16) | (XVUInt64{dh.ucMinuto} << 8) | dh.ucSegundo};
     return XVSoma64(aPartes, sizeof(aPartes)) | 1;
 }
 
 bool EhDiscoCheio(const CXVErroArquivo& rErro) {
-    return rErro.GetCausa() == ECausaArquivo::eDiscoCheio || rErro.GetCausa() == ECausaArquivo::eDiretorioCheio;
+    return rErro.GetCausa() == ECausaArquivo::eDiscoCheio ||
+           rErro.GetCausa() == ECausaArquivo::eDiretorioCheio;
 }
 
 }  // namespace
@@ -71,7 +71,7 @@ std::string CXVDiario::ChaveDoDiretorio(const std::string& sDiretorio) {
     if (uiModulo == std::string::npos) return sDiretorio;
     const std::string sDiretorioEmpresa = sDiretorio.substr(0, uiModulo);
     std::string sNomeReal;
-    if (!XVPlataforma::SistemaArquivos().BuscaNomeReal(sDiretorioEmpresa, sNomeReal)) return sDiretorio;
+    if (!XVPlataforma::SistemaArquivos().BuscaNomeReal(sDiretorioEmpresa, sNomeReal).Ok()) return sDiretorio;
     return sDiretorioEmpresa.substr(0, sDiretorioEmpresa.size() - sNomeReal.size()) + sNomeReal +
            sDiretorio.substr(uiModulo);
 }
@@ -126,7 +126,8 @@ HRESULT CXVDiario::Reconstroi(const IXVDF_Profiler* pDono) {
     XV_CHECK_DONO(pDono, reconstrucao.Aplica(pDono));
     // What follows changes files in ways that the old entries do not know.
     const CXVErroArquivo erro = CXVDiarioAnel::Invalida(*m_pArquivo);
-    if (!erro.Ok()) XV_CHECK_TEXTO_DONO(pDono, XVCodigosArquivo::DeExcecao(erro.GetCausa()).hr, "Invalida(*m_pArquivo)");
+    if (!erro.Ok())
+        XV_CHECK_TEXTO_DONO(pDono, XVCodigosArquivo::DeExcecao(erro.GetCausa()).hr, "Invalida(*m_pArquivo)");
     return S_OK;
 }
 
@@ -176,7 +177,8 @@ HRESULT CXVDiario::Fecha(const IXVDF_Profiler* pDono) {
     return S_OK;
 }
 
-HRESULT CXVDiario::IniciaCopia(const IXVDF_Profiler* pDono, const std::string& sNomeCopia, XVUInt64* puiNumero) {
+HRESULT CXVDiario::IniciaCopia(const IXVDF_Profiler* pDono, const std::string& sNomeCopia,
+                               XVUInt64* puiNumero) {
     *puiNumero = 0;
     CXVOperacao resolvida(nullptr);
     const std::lock_guard lock(m_Mutex);
@@ -190,7 +192,9 @@ HRESULT CXVDiario::IniciaCopia(const IXVDF_Profiler* pDono, const std::string& s
     XVUInt64 uiNumero = 0;
     if (erro.Ok()) erro = m_anel.GravaEntrada(uiNumero);
     if (erro.Ok() && m_bDuravel) erro = m_pArquivo->Sincroniza();
-    if (!erro.Ok()) XV_CHECK_TEXTO_DONO(pDono, XVCodigosArquivo::DeExcecao(erro.GetCausa()).hr, "IniciaCopia(sNomeCopia)");
+    if (!erro.Ok())
+        XV_CHECK_TEXTO_DONO(pDono, XVCodigosArquivo::DeExcecao(erro.GetCausa()).hr,
+                            "IniciaCopia(sNomeCopia)");
     *puiNumero = uiNumero;
     return S_OK;
 }
@@ -207,7 +211,8 @@ HRESULT CXVDiario::PontoSeguro(const IXVDF_Profiler* pDono) {
     XV_CHECK_DONO(pDono, ResolvePendente(resolvida));
     CXVErroArquivo erro = SincronizaAlterados();
     if (erro.Ok()) erro = DispensaSeguras();
-    if (!erro.Ok()) XV_CHECK_TEXTO_DONO(pDono, XVCodigosArquivo::DeExcecao(erro.GetCausa()).hr, "PontoSeguro()");
+    if (!erro.Ok())
+        XV_CHECK_TEXTO_DONO(pDono, XVCodigosArquivo::DeExcecao(erro.GetCausa()).hr, "PontoSeguro()");
     return S_OK;
 }
 

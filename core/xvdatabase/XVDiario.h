@@ -5,12 +5,12 @@
 // opening finds the entry complete and concludes it, or not complete and nothing begun. A failing
 // operation is undone; the entry says so first. With Durabilidade 1 the entry has reached the device before
 // the first file is touched: one flush for one operation, and one for all that wait for it at the same time;
-// the files are flushed before the place of their entries is used again. Closing flushes the files and deletes the
-// journal. docs/durability.md says why this is enough.
+// the files are flushed before the place of their entries is used again. Closing flushes the files and
+// deletes the journal. docs/durability.md says why this is enough.
 //
-// The file is held for reading and writing, and denied to other writers, as long as the object is open; viewers may read
-// it. Thread rule: any thread, but Abre and Fecha, which are called by one thread at a time. The journal's
-// own lock is taken after a group's or a file's and never the other way round.
+// The file is held for reading and writing, and denied to other writers, as long as the object is open;
+// viewers may read it. Thread rule: any thread, but Abre and Fecha, which are called by one thread at a time.
+// The journal's own lock is taken after a group's or a file's and never the other way round.
 #pragma once
 
 #include <map>
@@ -50,9 +50,9 @@ class CXVDiario {
 
     // Carries an operation out now.
     HRESULT Executa(CXVOperacao& rOperacao);
-    // The same for callers that prepare under one lock, which is released while the device works: others prepare their
-    // operations meanwhile and share the flush. bloqueio is not held afterwards. *pbRefaz: an operation before
-    // it failed and it was prepared in vain; to be prepared again.
+    // The same for callers that prepare under one lock, which is released while the device works: others
+    // prepare their operations meanwhile and share the flush. bloqueio is not held afterwards. *pbRefaz: an
+    // operation before it failed and it was prepared in vain; to be prepared again.
     HRESULT Executa(CXVOperacao& rOperacao, std::unique_lock<std::mutex>& bloqueio, bool* pbRefaz);
     // Operations that are prepared and not yet carried out; those of one key (0: none).
     bool TemFila() const;
@@ -105,9 +105,9 @@ class CXVDiario {
     void DescarregaFila(std::unique_lock<std::mutex>& bloqueio);
     void ConcluiFila(std::size_t uiQuantidade, const CXVErroArquivo& rErroDescarga);
 
-    mutable std::mutex m_Mutex;  // the ring, the files of an operation while they are written, the queue
-    std::mutex m_mutexDescarga;  // one flush at a time; taken before the callers' lock and m_Mutex
-    std::vector<SNaFila*> m_fila;  // oldest first
+    mutable std::mutex m_Mutex;      // the ring, the files of an operation while they are written, the queue
+    std::mutex m_mutexDescarga;      // one flush at a time; taken before the callers' lock and m_Mutex
+    std::vector<SNaFila*> m_fila;    // oldest first
     SNaFila* m_pAnuladas = nullptr;  // given up, not yet given back to their files
 
     std::string m_sDiretorio;

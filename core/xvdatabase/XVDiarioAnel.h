@@ -70,6 +70,6 @@ class CXVDiarioAnel {
     XVUInt64 m_uiUltima = 0;
     XVUInt64 m_uiPrimeira = 1;
     XVUInt64 m_uiProximo = k_uiTamanhoPaginaDiario;
-    std::deque<SViva> m_listaVivas;      // oldest first
-    std::vector<std::byte> m_aEntrada;   // kept for its memory
+    std::deque<SViva> m_listaVivas;     // oldest first
+    std::vector<std::byte> m_aEntrada;  // kept for its memory
 };

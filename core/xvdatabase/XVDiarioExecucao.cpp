@@ -19,7 +19,8 @@ void CXVDiario::MarcaAlterado(CXVFileBase& rFile) {
 
 // A file that nobody has open any more is flushed through an opening of its own.
 CXVErroArquivo CXVDiario::SincronizaAlterados() {
-    constexpr SAberturaArquivo k_abertura{EAcessoArquivo::eLeituraEscrita, ECompartilhamentoArquivo::eNegaNada,
+    constexpr SAberturaArquivo k_abertura{EAcessoArquivo::eLeituraEscrita,
+                                          ECompartilhamentoArquivo::eNegaNada,
                                           ECriacaoArquivo::eSomenteExistente};
     if (m_mapAlterados.empty()) return {};
     IXVSistemaArquivos& rSistema = XVPlataforma::SistemaArquivos();
@@ -190,8 +191,8 @@ void CXVDiario::EsvaziaFila(std::unique_lock<std::mutex>& bloqueio) {
     while (TemFila()) DescarregaFila(bloqueio);  // nobody adds to it: the callers' lock is held
 }
 
-// One flush for all that are waiting; those that come while the device works wait for the next. bloqueio, held
-// or not, is held afterwards.
+// One flush for all that are waiting; those that come while the device works wait for the next. bloqueio,
+// held or not, is held afterwards.
 void CXVDiario::DescarregaFila(std::unique_lock<std::mutex>& bloqueio) {
     std::size_t uiQuantidade = 0;
     {
@@ -241,5 +242,6 @@ void CXVDiario::AnulaFila() {
 
 // Before anybody prepares again: their files must not count with them any more.
 void CXVDiario::DevolveAnuladas() {
-    for (; m_pAnuladas != nullptr; m_pAnuladas = m_pAnuladas->pProximaAnulada) m_pAnuladas->pOperacao->Termina();
+    for (; m_pAnuladas != nullptr; m_pAnuladas = m_pAnuladas->pProximaAnulada)
+        m_pAnuladas->pOperacao->Termina();
 }

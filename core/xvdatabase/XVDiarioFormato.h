@@ -47,10 +47,10 @@ enum class ETipoEntrada : XVUInt {
 struct REG_XVDIARIO_ENTRADA {
     XVUInt64 uiAssinatura;
     XVUInt64 uiSessao;
-    XVUInt64 uiNumero;    // 1, 2, 3 ... in a session
-    XVUInt64 uiTamanho;   // bytes of the entry from its first byte, parts included
-    XVUInt64 uiSoma;      // XVSoma64 of the entry with this field and the next as zero
-    XVUInt64 uiEstado;    // uiNumero * 4 + EEstadoEntrada; rewritten in one piece
+    XVUInt64 uiNumero;   // 1, 2, 3 ... in a session
+    XVUInt64 uiTamanho;  // bytes of the entry from its first byte, parts included
+    XVUInt64 uiSoma;     // XVSoma64 of the entry with this field and the next as zero
+    XVUInt64 uiEstado;   // uiNumero * 4 + EEstadoEntrada; rewritten in one piece
     ETipoEntrada eTipo;
     XVUInt ulPartes;
     XVUInt64 uiZero;
@@ -61,12 +61,12 @@ static_assert(offsetof(REG_XVDIARIO_ENTRADA, uiEstado) % 8 == 0);
 // One write of one file; follow, each filled up to a multiple of 8: the name, block B of the header before
 // and after (with k_ucParteCabecalho), the new bytes, the bytes that they overwrite.
 struct REG_XVDIARIO_PARTE {
-    XVUInt64 uiTamanhoParte;   // bytes, this record and its fillers included
-    XVUInt64 uiOffset;         // in the file, header included
-    XVUInt64 uiTamanhoAntes;   // length of the file
+    XVUInt64 uiTamanhoParte;  // bytes, this record and its fillers included
+    XVUInt64 uiOffset;        // in the file, header included
+    XVUInt64 uiTamanhoAntes;  // length of the file
     XVUInt64 uiTamanhoDepois;
-    XVUInt64 uiNovos;          // number of new bytes
-    XVUInt64 uiAntigos;        // number of overwritten bytes, uiNovos at the most
+    XVUInt64 uiNovos;    // number of new bytes
+    XVUInt64 uiAntigos;  // number of overwritten bytes, uiNovos at the most
     XVUShort usTamanhoNome;
     XVByte ucMarcas;
     XVByte aZero[5];

@@ -32,8 +32,8 @@ bool EhPossivel(const SParteLida& rParte) {
     const XVUInt64 uiFim = rParte.uiOffset + rParte.sNovos.size();
     return uiFim >= rParte.uiOffset && rParte.uiOffset <= rParte.uiTamanhoAntes &&
            rParte.uiTamanhoDepois == std::max(rParte.uiTamanhoAntes, uiFim) &&
-           rParte.sAntigos.size() == std::min<XVUInt64>(rParte.sNovos.size(),
-                                                        rParte.uiTamanhoAntes - rParte.uiOffset);
+           rParte.sAntigos.size() ==
+               std::min<XVUInt64>(rParte.sNovos.size(), rParte.uiTamanhoAntes - rParte.uiOffset);
 }
 
 bool InterpretaParte(std::string_view sParte, SParteLida* pParte) {
@@ -45,12 +45,14 @@ bool InterpretaParte(std::string_view sParte, SParteLida* pParte) {
     if ((reg.ucMarcas & k_ucParteCabecalho) != 0) {
         std::string_view sAntes;
         std::string_view sDepois;
-        if (!Tira(sParte, sizeof(REG_XVCABECALHO_B), &sAntes) || !Tira(sParte, sizeof(REG_XVCABECALHO_B), &sDepois))
+        if (!Tira(sParte, sizeof(REG_XVCABECALHO_B), &sAntes) ||
+            !Tira(sParte, sizeof(REG_XVCABECALHO_B), &sDepois))
             return false;
         pParte->pAntes = reinterpret_cast<const REG_XVCABECALHO_B*>(sAntes.data());
         pParte->pDepois = reinterpret_cast<const REG_XVCABECALHO_B*>(sDepois.data());
     }
-    if (!Tira(sParte, reg.uiNovos, &pParte->sNovos) || !Tira(sParte, reg.uiAntigos, &pParte->sAntigos)) return false;
+    if (!Tira(sParte, reg.uiNovos, &pParte->sNovos) || !Tira(sParte, reg.uiAntigos, &pParte->sAntigos))
+        return false;
     pParte->uiOffset = reg.uiOffset;
     pParte->uiTamanhoAntes = reg.uiTamanhoAntes;
     pParte->uiTamanhoDepois = reg.uiTamanhoDepois;
@@ -85,7 +87,8 @@ void CXVDiarioLeitura::Interpreta() {
         return;
     m_uiSessao = reg.uiSessao;
     const auto uiFimAnel = static_cast<std::size_t>(k_uiTamanhoPaginaDiario + reg.uiTamanhoAnel);
-    for (std::size_t i = k_uiTamanhoPaginaDiario; i < uiFimAnel; i += k_uiAlinhamentoEntrada) Examina(i, uiFimAnel);
+    for (std::size_t i = k_uiTamanhoPaginaDiario; i < uiFimAnel; i += k_uiAlinhamentoEntrada)
+        Examina(i, uiFimAnel);
     Examina(uiFimAnel, m_sBytes.size());
     Encadeia(Palavra<XVUInt64>(static_cast<std::size_t>(k_uiOffsetPrimeira)));
 }
@@ -106,7 +109,8 @@ void CXVDiarioLeitura::Examina(std::size_t uiOffset, std::size_t uiFim) {
         std::string sEntrada = m_sBytes.substr(uiOffset, static_cast<std::size_t>(reg.uiTamanho));
         std::memcpy(sEntrada.data(), &reg, sizeof(reg));
         bCompleta = uiSoma == XVSoma64(sEntrada.data(), sEntrada.size()) &&
-                    InterpretaPartes(std::string_view(m_sBytes).substr(uiOffset + sizeof(reg), sEntrada.size() - sizeof(reg)),
+                    InterpretaPartes(std::string_view(m_sBytes).substr(uiOffset + sizeof(reg),
+                                                                       sEntrada.size() - sizeof(reg)),
                                      reg.ulPartes, &entrada);
     }
     if (!bCompleta) {
@@ -115,7 +119,8 @@ void CXVDiarioLeitura::Examina(std::size_t uiOffset, std::size_t uiFim) {
     }
     if (uiEstado == XVEstadoEntrada(entrada.uiNumero, EEstadoEntrada::eDesfazer))
         entrada.eEstado = EEstadoEntrada::eDesfazer;
-    if (uiEstado == XVEstadoEntrada(entrada.uiNumero, EEstadoEntrada::eNula)) entrada.eEstado = EEstadoEntrada::eNula;
+    if (uiEstado == XVEstadoEntrada(entrada.uiNumero, EEstadoEntrada::eNula))
+        entrada.eEstado = EEstadoEntrada::eNula;
     m_listaEntradas.push_back(std::move(entrada));
 }
 
@@ -126,7 +131,8 @@ bool CXVDiarioLeitura::InterpretaPartes(std::string_view sPartes, XVUInt ulParte
         std::memcpy(&uiTamanho, sPartes.data(), sizeof(uiTamanho));
         std::string_view sParte;
         SParteLida parte;
-        if (uiTamanho % 8 != 0 || !Tira(sPartes, uiTamanho, &sParte) || !InterpretaParte(sParte, &parte)) return false;
+        if (uiTamanho % 8 != 0 || !Tira(sPartes, uiTamanho, &sParte) || !InterpretaParte(sParte, &parte))
+            return false;
         pEntrada->listaPartes.push_back(parte);
     }
     return sPartes.empty();

@@ -88,7 +88,8 @@ class CXVFile : public CXVFileBase {
     // Read or overwrite the record that holds the key; E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA when none does.
     HRESULT LeIndex(XVUInt64 uiPosicaoIndex, T* preg, XVUInt uiColunaIndexacao) const;
     HRESULT GravaIndex(XVUInt64 uiPosicaoIndex, const T& reg, XVUInt uiColunaIndexacao);
-    HRESULT PreparaIndex(CXVOperacao& rOperacao, XVUInt64 uiPosicaoIndex, const T& reg, XVUInt uiColunaIndexacao);
+    HRESULT PreparaIndex(CXVOperacao& rOperacao, XVUInt64 uiPosicaoIndex, const T& reg,
+                         XVUInt uiColunaIndexacao);
 
   protected:
     HRESULT OnInicializa() override;

@@ -49,7 +49,9 @@ HRESULT CXVFileBase::OnInicializa() {
     if (!XVNomeArquivo::EhArquivoControle(m_sNomeArquivo) &&
         !XVNomeArquivo::EhCopiaTransitoria(m_sNomeArquivo)) {
         const std::string sPathTra = XVNomeArquivo::TrocaExtensao(m_sPathArquivo, "tra");
-        if (XVPlataforma::SistemaArquivos().Existe(sPathTra) != EExistencia::eAusente)
+        bool bExiste = false;
+        XV_CHECK(CXVDataBaseUtil::Existe(this, sPathTra, &bExiste));
+        if (bExiste)
             XV_CHECK_TEXTO(XVArquivoRecusado::Anota(E_XVCR_ARQUIVO_TRA_ENCONTRADO, sPathTra, this),
                            "E_XVCR_ARQUIVO_TRA_ENCONTRADO");
     }
@@ -88,7 +90,8 @@ HRESULT CXVFileBase::AbreArquivo(XVUInt eModoAbertura) {
 
     IXVSistemaArquivos& rSistema = XVPlataforma::SistemaArquivos();
     std::string sNomeReal;
-    const bool bExiste = CXVDataBaseUtil::ExistePath(m_sPathArquivo, &sNomeReal);
+    bool bExiste = false;
+    XV_CHECK(CXVDataBaseUtil::ExistePath(this, m_sPathArquivo, &bExiste, &sNomeReal));
     XV_CHECK(m_ControleCriacaoArquivos.GerenciaControleCriacaoArquivos(eModoAbertura));
     if (!bExiste && eModoAbertura != eModoLeituraGravacaoCriacao) return S_OK;
 

@@ -77,15 +77,17 @@ class CXVFileBase : public IXVFileBase {
     void ProximoCabecalho(REG_XVCABECALHO* pReg, XVUInt64 uiTamanhoDados);
 
     // Carry a prepared write out and take it back; for CXVOperacao. EscreveGravacao tries up to 50 times
-    // 10 ms apart and records each failure. DesfazGravacao gives the file its length, its bytes and its header
-    // back, or deletes a file that the write made; it may be called again after a failure.
+    // 10 ms apart and records each failure. DesfazGravacao gives the file its length, its bytes and its
+    // header back, or deletes a file that the write made; it may be called again after a failure.
     HRESULT EscreveGravacao(const CXVGravacaoPreparada& rGravacao);
     CXVErroArquivo DesfazGravacao(const SGravacao& rGravacao);
     // Whether writes are prepared that are not over: the file must stay open.
     bool TemPreparadas() const { return GetPreparadas() != 0; }
     XVUInt GetPreparadas() const { return m_ulPreparadas.load(std::memory_order_acquire); }
     // Returns after what was written has reached the device.
-    CXVErroArquivo Sincroniza() { return m_pArquivo == nullptr ? CXVErroArquivo() : m_pArquivo->Sincroniza(); }
+    CXVErroArquivo Sincroniza() {
+        return m_pArquivo == nullptr ? CXVErroArquivo() : m_pArquivo->Sincroniza();
+    }
     // Whether the journal knows that the file was written to since all were flushed; the journal's own.
     bool EstaMarcadoNoDiario() const { return m_bMarcadoNoDiario; }
     void SetMarcadoNoDiario(bool bMarcado) { m_bMarcadoNoDiario = bMarcado; }

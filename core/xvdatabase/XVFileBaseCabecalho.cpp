@@ -180,7 +180,9 @@ HRESULT CXVFileBase::CriaCabecalhoPorCopia() {
     const XVUInt eModoAbertura = m_eModoAbertura;
     const std::string sNomeCab = XVNomeArquivo::TrocaExtensao(m_sNomeArquivo, "cab");
     const std::string sPathCab = XVNomeArquivo::TrocaExtensao(m_sPathArquivo, "cab");
-    if (XVPlataforma::SistemaArquivos().Existe(sPathCab) != EExistencia::eAusente)
+    bool bExiste = false;
+    XV_CHECK(CXVDataBaseUtil::Existe(this, sPathCab, &bExiste));
+    if (bExiste)
         XV_CHECK_TEXTO(XVArquivoRecusado::Anota(E_XVCR_ARQUIVO_CAB_ENCONTRADO, sPathCab, this),
                        "E_XVCR_ARQUIVO_CAB_ENCONTRADO");
 

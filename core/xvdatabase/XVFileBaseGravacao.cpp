@@ -19,7 +19,8 @@ class CXVFileBase::CXVCabecalhoPreparado final : public CXVGravacaoPreparada {
 
     CXVFileBase& GetArquivo() const override { return m_rFile; }
     const SPontosGravacao& GetPontos() const override {
-        static constexpr SPontosGravacao k_pontos = XV_PONTOS_GRAVACAO("AtualizaArquivo", "AtualizaCabecalho", "AtualizaCabecalho()");
+        static constexpr SPontosGravacao k_pontos =
+            XV_PONTOS_GRAVACAO("AtualizaArquivo", "AtualizaCabecalho", "AtualizaCabecalho()");
         return k_pontos;
     }
     void Publica() noexcept override {}
@@ -42,9 +43,11 @@ XVUInt64 CXVFileBase::GetTamanhoDadosPrevisto() {
     return m_uiTamanhoPrevisto - GetSeekCabecalho();
 }
 
+// Where it cannot be known it is not absent: the opening that follows refuses.
 bool CXVFileBase::EstaAusente() const {
+    bool bExiste = false;
     std::string sNomeReal;
-    return !CXVDataBaseUtil::ExistePath(m_sPathArquivo, &sNomeReal);
+    return SUCCEEDED(CXVDataBaseUtil::ExistePath(this, m_sPathArquivo, &bExiste, &sNomeReal)) && !bExiste;
 }
 
 HRESULT CXVFileBase::PreparaGravacao(CXVOperacao& rOperacao, CXVGravacaoPreparada& rGravacao,
@@ -98,7 +101,8 @@ HRESULT CXVFileBase::TentaGravacao(const CXVGravacaoPreparada& rGravacao) {
     if (!ExisteArquivo()) XV_FALHA(eInvalidFile);
     if (g.uiNovos > 0) {
         const CXVErroArquivo erro = m_pArquivo->Grava(g.uiOffset, g.pNovos, g.uiNovos);
-        if (!erro.Ok()) return XVRegistraFalha(CatchGravacao(&erro), rGravacao.GetPontos().catchGravacao, this);
+        if (!erro.Ok())
+            return XVRegistraFalha(CatchGravacao(&erro), rGravacao.GetPontos().catchGravacao, this);
     }
     if (g.bTemCabecalho) {
         const HRESULT hr = AtualizaCabecalho(g.regDepois);
@@ -161,7 +165,8 @@ CXVErroArquivo CXVFileBase::DesfazArquivoCriado() {
 
 HRESULT CXVFileBase::PreparaCabecalho(CXVOperacao& rOperacao) {
     if (!EstaAbertoParaGravacao() || !m_bCabecalhoValidado) return S_OK;
-    if (m_pCabecalhoPreparado == nullptr) m_pCabecalhoPreparado = std::make_unique<CXVCabecalhoPreparado>(*this);
+    if (m_pCabecalhoPreparado == nullptr)
+        m_pCabecalhoPreparado = std::make_unique<CXVCabecalhoPreparado>(*this);
     XV_CHECK(PreparaGravacao(rOperacao, *m_pCabecalhoPreparado, 0, {}, {}));
     return S_OK;
 }
@@ -177,7 +182,8 @@ HRESULT CXVFileBase::AtualizaArquivo() {
 // header, and no content either.
 HRESULT CXVFileBase::GravaCabecalhoNovo() {
     CXVOperacao operacao(m_pDataBase);
-    if (m_pCabecalhoPreparado == nullptr) m_pCabecalhoPreparado = std::make_unique<CXVCabecalhoPreparado>(*this);
+    if (m_pCabecalhoPreparado == nullptr)
+        m_pCabecalhoPreparado = std::make_unique<CXVCabecalhoPreparado>(*this);
     const auto aCabecalho = std::as_bytes(std::span(&m_regCabecalho, 1));
     // Until it stands there the file has no header to keep up, and its payload begins at 0.
     m_bCabecalhoPresente = false;

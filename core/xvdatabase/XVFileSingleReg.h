@@ -128,8 +128,8 @@ class CXVFileSingleReg : public CXVFileBase {
         m_preparado.m_regNovo = reg;
         m_preparado.m_regAntigo = m_reg;
         const auto aAntigos = std::as_bytes(std::span(&m_preparado.m_regAntigo, bPrimeira ? 0 : 1));
-        XV_CHECK(PreparaGravacao(rOperacao, m_preparado, 0, std::as_bytes(std::span(&m_preparado.m_regNovo, 1)),
-                                 aAntigos));
+        XV_CHECK(PreparaGravacao(rOperacao, m_preparado, 0,
+                                 std::as_bytes(std::span(&m_preparado.m_regNovo, 1)), aAntigos));
         return S_OK;
     }
 

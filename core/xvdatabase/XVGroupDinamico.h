@@ -1,8 +1,8 @@
 // The part that both kinds of dynamic groups share: members are opened on demand and at most m_uiLimite
 // of them are open at once; opening one more closes the one opened first.
 //
-// TNomes gives the class name and source unit for traces. Thread rule: whoever uses a member that is open shares
-// the group's lock; opening and closing members holds it alone. A member with a prepared write is not
+// TNomes gives the class name and source unit for traces. Thread rule: whoever uses a member that is open
+// shares the group's lock; opening and closing members holds it alone. A member with a prepared write is not
 // closed.
 #pragma once
 
@@ -138,7 +138,8 @@ class TXVGroupDinamico : public CXVGroupFileBase {
         const auto it = GetMapa().find(uiChaveNomeArquivo);
         if (it == GetMapa().end()) return nullptr;
         auto* pMembro = static_cast<TMembro*>(it->second.get());
-        const bool bAberto = std::find(m_filaAbertos.begin(), m_filaAbertos.end(), pMembro) != m_filaAbertos.end();
+        const bool bAberto =
+            std::find(m_filaAbertos.begin(), m_filaAbertos.end(), pMembro) != m_filaAbertos.end();
         return bAberto ? pMembro : nullptr;
     }
 
@@ -146,7 +147,8 @@ class TXVGroupDinamico : public CXVGroupFileBase {
     HRESULT PreparaNoMembroDoMapa(CXVOperacao& rOperacao, XVUInt64 uiChaveNomeArquivo, XVUInt& uiPosicao,
                                   const TColecao& aRegistros) {
         TMembro* pXVFile = nullptr;
-        XV_CHECK_TEXTO(GetXVFile(uiChaveNomeArquivo, pXVFile), "GetXVFile(uiChaveNomeArquivo, pXVFileInterface)");
+        XV_CHECK_TEXTO(GetXVFile(uiChaveNomeArquivo, pXVFile),
+                       "GetXVFile(uiChaveNomeArquivo, pXVFileInterface)");
         const std::size_t uiPrimeira = rOperacao.GetQuantidade();
         XV_PREPARA(rOperacao, pXVFile->PreparaColecao(rOperacao, uiPosicao, aRegistros),
                    "pXVFile->GravaColecao(uiPosicao, aRegistros)");

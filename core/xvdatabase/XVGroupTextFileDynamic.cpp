@@ -8,8 +8,8 @@ HRESULT CXVGroupTextFileDynamic::Le(XVUInt64 uiChaveNomeArquivo, XVUInt uiPosica
     });
 }
 
-HRESULT CXVGroupTextFileDynamic::Prepara(CXVOperacao& rOperacao, XVUInt64 uiChaveNomeArquivo, XVUInt& uiPosicao,
-                                         std::string_view sTexto) {
+HRESULT CXVGroupTextFileDynamic::Prepara(CXVOperacao& rOperacao, XVUInt64 uiChaveNomeArquivo,
+                                         XVUInt& uiPosicao, std::string_view sTexto) {
     const std::span<const std::string_view> aRegistros(&sTexto, 1);
     return PreparaNoMembro(rOperacao, uiChaveNomeArquivo, uiPosicao, aRegistros);
 }

@@ -19,7 +19,8 @@ class CXVGroupTextFileDynamic : public TXVGroupDinamico<CXVTextFile, SNomesGroup
     // As the member's operations. E_XVCR_ARQUIVO_GROUP_NAO_ENCONTRADO: the key has no member.
     HRESULT Le(XVUInt64 uiChaveNomeArquivo, XVUInt uiPosicao, std::string* psTexto);
     // A text as part of an operation; out: the position that it will have.
-    HRESULT Prepara(CXVOperacao& rOperacao, XVUInt64 uiChaveNomeArquivo, XVUInt& uiPosicao, std::string_view sTexto);
+    HRESULT Prepara(CXVOperacao& rOperacao, XVUInt64 uiChaveNomeArquivo, XVUInt& uiPosicao,
+                    std::string_view sTexto);
     // The key's member is created by its first write.
     HRESULT Grava(XVUInt64 uiChaveNomeArquivo, XVUInt& uiPosicao, std::string_view sTexto);
     HRESULT GravaColecao(XVUInt64 uiChaveNomeArquivo, XVUInt& uiPosicao,

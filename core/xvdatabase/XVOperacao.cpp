@@ -41,7 +41,8 @@ HRESULT CXVOperacao::Executa() {
 // What appends may meet a full disk, and is then taken back by giving a length back; what overwrites needs no
 // space. So it comes last.
 HRESULT CXVOperacao::Escreve() {
-    const auto itFim = std::copy_if(m_aPartes.begin(), m_aPartes.begin() + m_uiPartes, m_aOrdem.begin(), Aumenta);
+    const auto itFim =
+        std::copy_if(m_aPartes.begin(), m_aPartes.begin() + m_uiPartes, m_aOrdem.begin(), Aumenta);
     std::copy_if(m_aPartes.begin(), m_aPartes.begin() + m_uiPartes, itFim,
                  [](const CXVGravacaoPreparada* p) { return !Aumenta(p); });
     for (m_uiEscritas = 0; m_uiEscritas < m_uiPartes;) {

@@ -44,13 +44,13 @@ struct SPontosGravacao {
     SPontoFalha abre;           // making the file
 };
 // Inside a class: the attempt is called pszTentativa by its caller funcao.
-#define XV_PONTOS_GRAVACAO(funcao, funcaoTentativa, pszTentativa)                                  \
-    SPontosGravacao {                                                                              \
-        {"CatchGravacao(pEx)", XVNomeClasse(), funcaoTentativa, XVNomeFonte(), __LINE__},          \
-            {"AtualizaArquivo()", XVNomeClasse(), funcaoTentativa, XVNomeFonte(), __LINE__},       \
-            {pszTentativa, XVNomeClasse(), funcao, XVNomeFonte(), __LINE__},                       \
-            {"AbreArquivo(EXVDataBase_ModoAbertura::eModoLeituraGravacaoCriacao)", XVNomeClasse(), \
-             funcao, XVNomeFonte(), __LINE__},                                                     \
+#define XV_PONTOS_GRAVACAO(funcao, funcaoTentativa, pszTentativa)                                          \
+    SPontosGravacao {                                                                                      \
+        {"CatchGravacao(pEx)", XVNomeClasse(), funcaoTentativa, XVNomeFonte(), __LINE__},                  \
+            {"AtualizaArquivo()", XVNomeClasse(), funcaoTentativa, XVNomeFonte(), __LINE__},               \
+            {pszTentativa, XVNomeClasse(), funcao, XVNomeFonte(), __LINE__},                               \
+            {"AbreArquivo(EXVDataBase_ModoAbertura::eModoLeituraGravacaoCriacao)", XVNomeClasse(), funcao, \
+             XVNomeFonte(), __LINE__},                                                                     \
     }
 
 // One prepared write. Belongs to its file, which keeps it for the next operation; the bytes that it points to
@@ -93,7 +93,8 @@ class CXVOperacao {
     bool EhVazia() const { return m_uiPartes == 0; }
     std::size_t GetQuantidade() const { return m_uiPartes; }
     std::span<CXVGravacaoPreparada* const> GetPartes() const { return {m_aPartes.data(), m_uiPartes}; }
-    // What the operation changes, for those that are prepared while it waits; 0: nothing that others may touch.
+    // What the operation changes, for those that are prepared while it waits; 0: nothing that others may
+    // touch.
     void SetChave(XVUInt64 uiChave) { m_uiChave = uiChave; }
     XVUInt64 GetChave() const { return m_uiChave; }
     // Adds a caller's place to the writes from uiPrimeira on.
@@ -124,14 +125,14 @@ class CXVOperacao {
 };
 
 // Prepares a write under the text that a failure of it shows, now or when it is executed.
-#define XV_PREPARA_EM(operacao, funcao, chamada, texto)                                                   \
-    do {                                                                                                  \
-        static constexpr SPontoFalha pontoXV{texto, XVNomeClasse(), funcao, XVNomeFonte(), __LINE__};     \
-        const std::size_t uiPrimeiraXV = (operacao).GetQuantidade();                                      \
-        const HRESULT hrXV = (chamada);                                                                   \
-        if (FAILED(hrXV)) [[unlikely]]                                                                    \
-            return XVRegistraFalha(hrXV, pontoXV, this);                                                  \
-        (operacao).Anota(uiPrimeiraXV, pontoXV);                                                          \
+#define XV_PREPARA_EM(operacao, funcao, chamada, texto)                                               \
+    do {                                                                                              \
+        static constexpr SPontoFalha pontoXV{texto, XVNomeClasse(), funcao, XVNomeFonte(), __LINE__}; \
+        const std::size_t uiPrimeiraXV = (operacao).GetQuantidade();                                  \
+        const HRESULT hrXV = (chamada);                                                               \
+        if (FAILED(hrXV)) [[unlikely]]                                                                \
+            return XVRegistraFalha(hrXV, pontoXV, this);                                              \
+        (operacao).Anota(uiPrimeiraXV, pontoXV);                                                      \
     } while (false)
 #define XV_PREPARA(operacao, chamada, texto) \
     XV_PREPARA_EM(operacao, static_cast<const char*>(__func__), chamada, texto)

@@ -48,8 +48,9 @@ HRESULT CXVReconstrucao::Le(const IXVDF_Profiler* pDono, const std::string& sDir
     if (const CXVErroArquivo erro = m_diario.Le(rDiario); !erro.Ok())
         XV_CHECK_TEXTO_DONO(pDono, XVCodigosArquivo::DeExcecao(erro.GetCausa()).hr, "m_diario.Le(rDiario)");
     if (m_diario.TemLacuna())
-        return RecusaArquivo(pDono, k_pszNomeDiario,
-                             "faltam operações que o equipamento perdeu; os arquivos podem estar incompletos");
+        return RecusaArquivo(
+            pDono, k_pszNomeDiario,
+            "faltam operações que o equipamento perdeu; os arquivos podem estar incompletos");
     return Monta(pDono);
 }
 
@@ -70,7 +71,8 @@ HRESULT CXVReconstrucao::Monta(const IXVDF_Profiler* pDono) {
         m_bDesfaz |= bDesfaz;
         for (const SParteLida& rParte : rEntrada.listaPartes)
             if (!Inclui(rParte, bDesfaz))
-                return RecusaArquivo(pDono, std::string(rParte.sNome), "as operações não se seguem umas às outras");
+                return RecusaArquivo(pDono, std::string(rParte.sNome),
+                                     "as operações não se seguem umas às outras");
     }
     return S_OK;
 }
@@ -100,7 +102,8 @@ bool CXVReconstrucao::Inclui(const SParteLida& rParte, bool bDesfaz) {
 }
 
 // Newer bytes take the place of what older ranges say of them.
-void CXVReconstrucao::Mescla(std::map<XVUInt64, std::string>& rMapa, XVUInt64 uiOffset, std::string_view sBytes) {
+void CXVReconstrucao::Mescla(std::map<XVUInt64, std::string>& rMapa, XVUInt64 uiOffset,
+                             std::string_view sBytes) {
     if (sBytes.empty()) return;
     const XVUInt64 uiFim = uiOffset + sBytes.size();
     auto it = rMapa.lower_bound(uiOffset);
@@ -110,7 +113,8 @@ void CXVReconstrucao::Mescla(std::map<XVUInt64, std::string>& rMapa, XVUInt64 ui
         const std::string sVelho = std::move(it->second);
         it = rMapa.erase(it);
         if (uiInicioVelho < uiOffset) rMapa[uiInicioVelho] = sVelho.substr(0, uiOffset - uiInicioVelho);
-        if (uiInicioVelho + sVelho.size() > uiFim) it = rMapa.emplace(uiFim, sVelho.substr(uiFim - uiInicioVelho)).first;
+        if (uiInicioVelho + sVelho.size() > uiFim)
+            it = rMapa.emplace(uiFim, sVelho.substr(uiFim - uiInicioVelho)).first;
     }
     rMapa[uiOffset] = sBytes;
 }
@@ -142,12 +146,13 @@ HRESULT CXVReconstrucao::ConfereArquivo(const IXVDF_Profiler* pDono, const std::
         XV_CHECK_TEXTO_DONO(pDono, XVArquivoRecusado::Anota(hr, Path(sNome), pDono), "ConfereArquivo(sNome)");
     }
     if (!bCabecalho) return RecusaArquivo(pDono, sNome, "o cabeçalho não é o de nenhuma das operações");
-    if (!bSobrescritos) return RecusaArquivo(pDono, sNome, "os registros não são os de nenhuma das operações");
+    if (!bSobrescritos)
+        return RecusaArquivo(pDono, sNome, "os registros não são os de nenhuma das operações");
     return S_OK;
 }
 
-CXVErroArquivo CXVReconstrucao::ConfereCabecalho(IXVArquivo& rFile, XVUInt64 uiTamanho, const SArquivo& rArquivo,
-                                                 bool* pbOk) {
+CXVErroArquivo CXVReconstrucao::ConfereCabecalho(IXVArquivo& rFile, XVUInt64 uiTamanho,
+                                                 const SArquivo& rArquivo, bool* pbOk) {
     *pbOk = true;
     const auto& rLista = rArquivo.listaCabecalhos;
     if (rLista.empty()) return {};
@@ -156,7 +161,8 @@ CXVErroArquivo CXVReconstrucao::ConfereCabecalho(IXVArquivo& rFile, XVUInt64 uiT
         *pbOk = false;
         return {};
     }
-    const CXVErroArquivo erro = rFile.Le(0, &reg, static_cast<std::size_t>(std::min<XVUInt64>(uiTamanho, sizeof(reg))));
+    const CXVErroArquivo erro =
+        rFile.Le(0, &reg, static_cast<std::size_t>(std::min<XVUInt64>(uiTamanho, sizeof(reg))));
     if (!erro.Ok()) return erro;
     // The first header of a file that an operation made may not have come, or in part.
     const REG_XVCABECALHO_B regVazio{};
@@ -167,8 +173,8 @@ CXVErroArquivo CXVReconstrucao::ConfereCabecalho(IXVArquivo& rFile, XVUInt64 uiT
 }
 
 // Each overwritten byte must be what one of the operations wrote there, or what stood there before.
-CXVErroArquivo CXVReconstrucao::ConfereSobrescritos(IXVArquivo& rFile, XVUInt64 uiTamanho, const SArquivo& rArquivo,
-                                                    bool* pbOk) {
+CXVErroArquivo CXVReconstrucao::ConfereSobrescritos(IXVArquivo& rFile, XVUInt64 uiTamanho,
+                                                    const SArquivo& rArquivo, bool* pbOk) {
     *pbOk = true;
     for (const SParteLida* pParte : rArquivo.listaPartes) {
         if (pParte->sAntigos.empty()) continue;
@@ -178,12 +184,13 @@ CXVErroArquivo CXVReconstrucao::ConfereSobrescritos(IXVArquivo& rFile, XVUInt64 
         if (!erro.Ok()) return erro;
         for (std::size_t i = 0; i < sDisco.size() && *pbOk; ++i) {
             const XVUInt64 uiOffset = pParte->uiOffset + i;
-            *pbOk = std::any_of(rArquivo.listaPartes.begin(), rArquivo.listaPartes.end(), [&](const SParteLida* p) {
-                const XVUInt64 uiIndice = uiOffset - p->uiOffset;
-                return uiOffset >= p->uiOffset &&
-                       ((uiIndice < p->sNovos.size() && p->sNovos[uiIndice] == sDisco[i]) ||
-                        (uiIndice < p->sAntigos.size() && p->sAntigos[uiIndice] == sDisco[i]));
-            });
+            *pbOk = std::any_of(
+                rArquivo.listaPartes.begin(), rArquivo.listaPartes.end(), [&](const SParteLida* p) {
+                    const XVUInt64 uiIndice = uiOffset - p->uiOffset;
+                    return uiOffset >= p->uiOffset &&
+                           ((uiIndice < p->sNovos.size() && p->sNovos[uiIndice] == sDisco[i]) ||
+                            (uiIndice < p->sAntigos.size() && p->sAntigos[uiIndice] == sDisco[i]));
+                });
         }
     }
     return {};
@@ -203,20 +210,23 @@ HRESULT CXVReconstrucao::Aplica(const IXVDF_Profiler* pDono) {
         if (XVNomeArquivo::EhCopiaTransitoria(*it)) erro = ApagaArquivo(*it, &bApagada);
         if (bApagada) sCopias += ' ' + *it;
     }
-    if (erro.Ok() && !(sAlterados.empty() && sCopias.empty())) erro = XVPlataforma::SistemaArquivos().SincronizaDiretorio(m_sDiretorio);
+    if (erro.Ok() && !(sAlterados.empty() && sCopias.empty()))
+        erro = XVPlataforma::SistemaArquivos().SincronizaDiretorio(m_sDiretorio);
     if (!erro.Ok())
         XV_CHECK_TEXTO_DONO(pDono, XVCodigosArquivo::DeExcecao(erro.GetCausa()).hr, "AplicaArquivo(sNome)");
     if (!sAlterados.empty())
         XVProfiler::RecordError(pDono, "CXVReconstrucao::Aplica", XVNomeFonte(), __LINE__,
-                                "Operação interrompida %s: %s\tArquivos:%s", m_bDesfaz ? "desfeita" : "concluída",
-                                m_sDiretorio.c_str(), sAlterados.c_str());
+                                "Operação interrompida %s: %s\tArquivos:%s",
+                                m_bDesfaz ? "desfeita" : "concluída", m_sDiretorio.c_str(),
+                                sAlterados.c_str());
     if (m_diario.TemInacabada())
         XVProfiler::RecordError(pDono, "CXVReconstrucao::Aplica", XVNomeFonte(), __LINE__,
-                                "Operação interrompida descartada antes de começar: %s", m_sDiretorio.c_str());
+                                "Operação interrompida descartada antes de começar: %s",
+                                m_sDiretorio.c_str());
     if (!sCopias.empty())
         XVProfiler::RecordError(pDono, "CXVReconstrucao::Aplica", XVNomeFonte(), __LINE__,
-                                "Cópia transitória interrompida removida: %s\tArquivos:%s", m_sDiretorio.c_str(),
-                                sCopias.c_str());
+                                "Cópia transitória interrompida removida: %s\tArquivos:%s",
+                                m_sDiretorio.c_str(), sCopias.c_str());
     return S_OK;
 }
 
@@ -226,10 +236,12 @@ CXVErroArquivo CXVReconstrucao::ApagaArquivo(const std::string& sNome, bool* pbA
     return erro.GetCausa() == ECausaArquivo::eArquivoNaoEncontrado ? CXVErroArquivo() : erro;
 }
 
-CXVErroArquivo CXVReconstrucao::AplicaArquivo(const std::string& sNome, const SArquivo& rArquivo, bool* pbAlterou) {
+CXVErroArquivo CXVReconstrucao::AplicaArquivo(const std::string& sNome, const SArquivo& rArquivo,
+                                              bool* pbAlterou) {
     if (rArquivo.bApaga) return ApagaArquivo(sNome, pbAlterou);
     std::unique_ptr<IXVArquivo> pFile;
-    CXVErroArquivo erro = XVPlataforma::SistemaArquivos().Abre(Path(sNome), AberturaEscrita(!rArquivo.bExistia), pFile);
+    CXVErroArquivo erro =
+        XVPlataforma::SistemaArquivos().Abre(Path(sNome), AberturaEscrita(!rArquivo.bExistia), pFile);
     XVUInt64 uiTamanho = 0;
     if (erro.Ok()) erro = pFile->GetTamanho(uiTamanho);
     if (erro.Ok()) erro = AplicaBytes(*pFile, uiTamanho, rArquivo, pbAlterou);
@@ -259,7 +271,8 @@ CXVErroArquivo CXVReconstrucao::AplicaBytes(IXVArquivo& rFile, XVUInt64 uiTamanh
     if (rArquivo.pCabecalhoFinal == nullptr) return {};
     REG_XVCABECALHO reg{XVCabecalho::BlocoA(), *rArquivo.pCabecalhoFinal};
     const std::string_view sCabecalho(reinterpret_cast<const char*>(&reg), sizeof(reg));
-    return rArquivo.bExistia ? grava(k_uiTamanhoBlocoA, sCabecalho.substr(k_uiTamanhoBlocoA)) : grava(0, sCabecalho);
+    return rArquivo.bExistia ? grava(k_uiTamanhoBlocoA, sCabecalho.substr(k_uiTamanhoBlocoA))
+                             : grava(0, sCabecalho);
 }
 
 bool CXVReconstrucao::BuscaTamanho(const std::string& sNomeArquivo, XVUInt64* puiTamanho) const {

@@ -33,7 +33,8 @@ class CXVReconstrucao {
     // For viewing. The length that a file is to have; false: the entries do not speak of it.
     bool BuscaTamanho(const std::string& sNomeArquivo, XVUInt64* puiTamanho) const;
     // Lays what the file is to hold over uiTamanho bytes read at uiOffset.
-    void Sobrepoe(const std::string& sNomeArquivo, XVUInt64 uiOffset, void* pDados, std::size_t uiTamanho) const;
+    void Sobrepoe(const std::string& sNomeArquivo, XVUInt64 uiOffset, void* pDados,
+                  std::size_t uiTamanho) const;
 
   private:
     struct SArquivo {
@@ -54,11 +55,13 @@ class CXVReconstrucao {
     HRESULT RecusaArquivo(const IXVDF_Profiler* pDono, const std::string& sNome, const char* pszMotivo) const;
 
     HRESULT ConfereArquivo(const IXVDF_Profiler* pDono, const std::string& sNome, const SArquivo& rArquivo);
-    static CXVErroArquivo ConfereCabecalho(IXVArquivo& rFile, XVUInt64 uiTamanho, const SArquivo& rArquivo, bool* pbOk);
+    static CXVErroArquivo ConfereCabecalho(IXVArquivo& rFile, XVUInt64 uiTamanho, const SArquivo& rArquivo,
+                                           bool* pbOk);
     static CXVErroArquivo ConfereSobrescritos(IXVArquivo& rFile, XVUInt64 uiTamanho, const SArquivo& rArquivo,
                                               bool* pbOk);
     CXVErroArquivo AplicaArquivo(const std::string& sNome, const SArquivo& rArquivo, bool* pbAlterou);
-    CXVErroArquivo AplicaBytes(IXVArquivo& rFile, XVUInt64 uiTamanho, const SArquivo& rArquivo, bool* pbAlterou);
+    CXVErroArquivo AplicaBytes(IXVArquivo& rFile, XVUInt64 uiTamanho, const SArquivo& rArquivo,
+                               bool* pbAlterou);
     CXVErroArquivo ApagaArquivo(const std::string& sNome, bool* pbAlterou);
     std::string Path(const std::string& sNome) const;
 

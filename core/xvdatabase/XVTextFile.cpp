@@ -158,7 +158,8 @@ HRESULT CXVTextFile::PreparaColecao(CXVOperacao& rOperacao, XVUInt& uiPosicao,
         m_listaBlocos.reserve((m_listaBlocos.size() + GetPreparadas()) * 2 + 16);
     rPreparados.m_uiOffsetDados = GetTamanhoDadosPrevisto();
     XV_CHECK(PreparaGravacao(rOperacao, rPreparados, rPreparados.m_uiOffsetDados,
-                             std::as_bytes(std::span(rPreparados.m_pDados.get(), rPreparados.m_uiTamanho)), {}));
+                             std::as_bytes(std::span(rPreparados.m_pDados.get(), rPreparados.m_uiTamanho)),
+                             {}));
     rPreparados.m_bEmUso = true;
     uiPosicao = static_cast<XVUInt>(m_colecao.size() + m_uiTextosPreparados + 1);
     m_uiTextosPreparados += aRegistros.size();
@@ -182,7 +183,8 @@ HRESULT CXVTextFile::AbreParaGravacao() {
 // Prefixes and texts one after the other: the run reaches the disk in one write and the same block then
 // holds the texts in memory.
 HRESULT CXVTextFile::MontaBloco(std::span<const std::string_view> aRegistros, CPreparados* pPreparados) {
-    if (aRegistros.size() > k_uiMaximoTextos - m_colecao.size() - m_uiTextosPreparados) XV_FALHA(eDirectoryFull);
+    if (aRegistros.size() > k_uiMaximoTextos - m_colecao.size() - m_uiTextosPreparados)
+        XV_FALHA(eDirectoryFull);
     pPreparados->m_uiTamanho = 0;
     pPreparados->m_uiTextos = aRegistros.size();
     for (const std::string_view sTexto : aRegistros) {

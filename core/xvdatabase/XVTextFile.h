@@ -51,7 +51,8 @@ class CXVTextFile : public CXVFileBase {
     HRESULT Prepara(CXVOperacao& rOperacao, XVUInt& uiPosicao, std::string_view sTexto) {
         return PreparaColecao(rOperacao, uiPosicao, std::span<const std::string_view>(&sTexto, 1));
     }
-    HRESULT PreparaColecao(CXVOperacao& rOperacao, XVUInt& uiPosicao, std::span<const std::string_view> aRegistros);
+    HRESULT PreparaColecao(CXVOperacao& rOperacao, XVUInt& uiPosicao,
+                           std::span<const std::string_view> aRegistros);
 
     bool PrecisaGravar(XVUInt uiPosicao, std::span<const std::string_view> aRegistros) const;
     XVUInt64 GetQtdRegistros() const;
@@ -74,7 +75,7 @@ class CXVTextFile : public CXVFileBase {
     void AtualizaMemoria(CPreparados& rPreparados);
 
     CColecao m_colecao;
-    std::vector<std::unique_ptr<char[]>> m_listaBlocos;  // where the texts live
+    std::vector<std::unique_ptr<char[]>> m_listaBlocos;           // where the texts live
     std::vector<std::unique_ptr<CPreparados>> m_listaPreparados;  // used again and again
     std::size_t m_uiTextosPreparados = 0;
 };

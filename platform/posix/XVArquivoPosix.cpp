@@ -5,6 +5,7 @@
 #include <limits>
 
 #include "platform/posix/XVErroPosix.h"
+#include "platform/posix/XVVistaPosix.h"
 
 namespace {
 
@@ -90,6 +91,9 @@ CXVErroArquivo CXVArquivoPosix::SetTamanho(XVUInt64 uiTamanho) {
     if (!CabeNoArquivo(uiTamanho, 0)) {
         return k_erroOffset;
     }
+    if (EncurtariaVista(uiTamanho)) {
+        return {ECausaArquivo::eViolacaoCompartilhamento, 0};
+    }
     if (XVRepeteInterrompida([&] { return ftruncate(m_descritor.Get(), static_cast<off_t>(uiTamanho)); }) !=
         0) {
         // Some file systems call a length beyond their limit an invalid argument.
@@ -98,12 +102,29 @@ CXVErroArquivo CXVArquivoPosix::SetTamanho(XVUInt64 uiTamanho) {
     return {};
 }
 
+// Touching a page of a view that lies behind the end of its file ends the process.
+bool CXVArquivoPosix::EncurtariaVista(XVUInt64 uiTamanho) {
+    XVUInt64 uiAtual = 0;
+    return m_ulVistas.load() > 0 && (!GetTamanho(uiAtual).Ok() || uiTamanho < uiAtual);
+}
+
+// Content, length and where the blocks are; the times of the file, which this leaves out, cost a second
+// write. Pages that were written through a mapping are pages of the file like any other.
 CXVErroArquivo CXVArquivoPosix::Sincroniza() {
     if (m_eAcesso == EAcessoArquivo::eLeitura) {
         return {};
     }
-    if (XVRepeteInterrompida([&] { return fsync(m_descritor.Get()); }) != 0) {
+    if (XVRepeteInterrompida([&] { return fdatasync(m_descritor.Get()); }) != 0) {
         return XVErroPosix::DeErrno(errno);
     }
     return {};
+}
+
+CXVErroArquivo CXVArquivoPosix::Mapeia(XVUInt64 uiTamanho, std::unique_ptr<IXVVista>& pVista) {
+    pVista.reset();
+    if (m_eAcesso != EAcessoArquivo::eAnexacao) {
+        pVista = XVVistaPosix::Mapeia(m_descritor.Get(), uiTamanho, m_eAcesso == EAcessoArquivo::eLeitura,
+                                      m_ulVistas);
+    }
+    return pVista ? CXVErroArquivo() : IXVArquivo::Mapeia(uiTamanho, pVista);
 }

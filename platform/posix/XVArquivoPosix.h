@@ -1,6 +1,8 @@
 // An open file over a descriptor.
 #pragma once
 
+#include <atomic>
+
 #include "platform/XVSistemaArquivos.h"
 #include "platform/posix/XVDescritorPosix.h"
 
@@ -14,8 +16,12 @@ class CXVArquivoPosix final : public IXVArquivo {
     CXVErroArquivo GetTamanho(XVUInt64& uiTamanho) override;
     CXVErroArquivo SetTamanho(XVUInt64 uiTamanho) override;
     CXVErroArquivo Sincroniza() override;
+    CXVErroArquivo Mapeia(XVUInt64 uiTamanho, std::unique_ptr<IXVVista>& pVista) override;
 
   private:
+    bool EncurtariaVista(XVUInt64 uiTamanho);
+
+    std::atomic<unsigned> m_ulVistas = 0;  // through memory; those by calls are of no concern here
     CXVDescritor m_descritor;
     EAcessoArquivo m_eAcesso;
 };

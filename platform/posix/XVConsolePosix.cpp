@@ -1,10 +1,17 @@
+#include <fcntl.h>
 #include <unistd.h>
 
 #include "platform/XVConsole.h"
 
 namespace XVConsole {
 
-void Prepara() {}
+// A standard stream that the caller closed keeps its number from any file that is opened later, and fails as
+// before: /dev/null is opened the wrong way round.
+void Prepara() {
+    for (const int iFluxo : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
+        if (::fcntl(iFluxo, F_GETFD) == -1)
+            static_cast<void>(::open("/dev/null", iFluxo == STDIN_FILENO ? O_WRONLY : O_RDONLY));
+}
 
 std::vector<std::string> GetArgumentos(int iQuantidade, const char* const* ppszArgumentos) {
     if (iQuantidade < 1) return {};

@@ -1,9 +1,11 @@
 // A file descriptor that closes itself, and calls repeated when a signal interrupts them.
 #pragma once
 
+#include <sys/types.h>
 #include <unistd.h>
 #include <cerrno>
 
+#include <string>
 #include <utility>
 
 class CXVDescritor {
@@ -21,6 +23,8 @@ class CXVDescritor {
 
     bool EhValido() const { return m_iDescritor >= 0; }
     int Get() const { return m_iDescritor; }
+    // Hands the descriptor over: whoever gets it closes it.
+    int Solta() { return std::exchange(m_iDescritor, -1); }
     void Fecha() {
         if (m_iDescritor >= 0) {
             // Never repeated after EINTR: the number is free already and may belong to another thread.
@@ -41,3 +45,8 @@ auto XVRepeteInterrompida(TChamada fnChamada) {
     } while (resultado == -1 && errno == EINTR);
     return resultado;
 }
+
+// Opens a path; no child process inherits it. Invalid on failure, with errno set. The number is never that of
+// a standard stream: in a process that was started with one closed, what anything prints to it would go into
+// the file.
+CXVDescritor XVAbreDescritor(const std::string& sCaminho, int iOpcoes, mode_t modo = 0);

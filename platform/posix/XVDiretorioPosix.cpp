@@ -18,6 +18,21 @@ struct SFechaDiretorio {
 };
 using CXVDiretorioAberto = std::unique_ptr<DIR, SFechaDiretorio>;
 
+// Null on failure, with errno set.
+CXVDiretorioAberto AbreDiretorio(const std::string& sDiretorio) {
+    CXVDescritor descritor = XVAbreDescritor(sDiretorio, O_RDONLY | O_DIRECTORY | O_NONBLOCK);
+    CXVDiretorioAberto pDiretorio(descritor.EhValido() ? fdopendir(descritor.Get()) : nullptr);
+    if (pDiretorio) {
+        descritor.Solta();
+    }
+    return pDiretorio;
+}
+
+CXVErroArquivo ErroDiretorio() {
+    return errno == ENOENT ? CXVErroArquivo(ECausaArquivo::eCaminhoInvalido, ENOENT)
+                           : XVErroPosix::DeErrno(errno);
+}
+
 bool EhDiretorio(DIR* pDiretorio, const dirent& rEntrada) {
     if (rEntrada.d_type != DT_UNKNOWN && rEntrada.d_type != DT_LNK) {
         return rEntrada.d_type == DT_DIR;
@@ -27,7 +42,7 @@ bool EhDiretorio(DIR* pDiretorio, const dirent& rEntrada) {
 }
 
 CXVErroArquivo CriaUm(const std::string& sDiretorio) {
-    if (mkdir(sDiretorio.c_str(), S_IRWXU | S_IRWXG | S_IRWXO) == 0) {
+    if (mkdir(sDiretorio.c_str(), S_IRWXU | S_IRWXG) == 0) {
         return {};
     }
     const int iErrno = errno;
@@ -46,10 +61,9 @@ CXVErroArquivo CXVSistemaArquivosPosix::Lista(const std::string& sDiretorio, con
     if (!XVCaminho::PodeNomearDiretorio(sDiretorio)) {
         return {ECausaArquivo::eCaminhoInvalido, 0};
     }
-    const CXVDiretorioAberto pDiretorio(opendir(sDiretorio.c_str()));
+    const CXVDiretorioAberto pDiretorio = AbreDiretorio(sDiretorio);
     if (!pDiretorio) {
-        return errno == ENOENT ? CXVErroArquivo(ECausaArquivo::eCaminhoInvalido, ENOENT)
-                               : XVErroPosix::DeErrno(errno);
+        return ErroDiretorio();
     }
     errno = 0;
     while (const dirent* pEntrada = readdir(pDiretorio.get())) {
@@ -65,31 +79,40 @@ CXVErroArquivo CXVSistemaArquivosPosix::Lista(const std::string& sDiretorio, con
     return {};
 }
 
-bool CXVSistemaArquivosPosix::BuscaNomeReal(const std::string& sCaminho, std::string& sNomeReal) {
+CXVErroArquivo CXVSistemaArquivosPosix::BuscaNomeReal(const std::string& sCaminho, std::string& sNomeReal) {
     sNomeReal.clear();
     const XVCaminho::SPartes partes = XVCaminho::Separa(sCaminho, "/");
     if (!XVCaminho::EhNomeSimples(partes.sNome) || !XVCaminho::PodeNomearDiretorio(sCaminho)) {
-        return false;
+        return {ECausaArquivo::eArquivoNaoEncontrado, 0};
     }
     struct stat estado;
     if (lstat(sCaminho.c_str(), &estado) == 0) {
         sNomeReal = partes.sNome;
-        return true;
+        return {};
     }
-    const CXVDiretorioAberto pDiretorio(opendir(partes.sDiretorio.c_str()));
-    while (const dirent* pEntrada = pDiretorio ? readdir(pDiretorio.get()) : nullptr) {
+    if (errno != ENOENT) {
+        return XVErroPosix::DeErrno(errno);
+    }
+    const CXVDiretorioAberto pDiretorio = AbreDiretorio(partes.sDiretorio);
+    if (!pDiretorio) {
+        return ErroDiretorio();
+    }
+    errno = 0;
+    while (const dirent* pEntrada = readdir(pDiretorio.get())) {
         if (XVMascara::NomesIguais(pEntrada->d_name, partes.sNome)) {
             sNomeReal = pEntrada->d_name;
-            return true;
+            return {};
         }
     }
-    return false;
+    return XVErroPosix::DeErrno(errno == 0 ? ENOENT : errno);
 }
 
 CXVErroArquivo CXVSistemaArquivosPosix::SincronizaDiretorio(const std::string& sDiretorio) {
-    const CXVDescritor descritor(
-        XVRepeteInterrompida([&] { return open(sDiretorio.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); }));
-    if (!descritor.EhValido() || XVRepeteInterrompida([&] { return fsync(descritor.Get()); }) != 0) {
+    const CXVDescritor descritor = XVAbreDescritor(sDiretorio, O_RDONLY | O_DIRECTORY | O_NONBLOCK);
+    if (!descritor.EhValido()) {
+        return ErroDiretorio();
+    }
+    if (XVRepeteInterrompida([&] { return fsync(descritor.Get()); }) != 0) {
         return XVErroPosix::DeErrno(errno);
     }
     return {};

@@ -58,12 +58,13 @@ CXVErroArquivo DeErrno(int iErrno) {
     return {CausaDeErrno(iErrno), static_cast<XVUInt>(iErrno)};
 }
 
-CXVErroArquivo DeErrno(int iErrno, const std::string& sCaminho) {
-    if (iErrno == ENOENT) {
-        struct stat estado;
-        if (stat(XVCaminho::Separa(sCaminho, "/").sDiretorio.c_str(), &estado) != 0) {
-            return {ECausaArquivo::eCaminhoInvalido, ENOENT};
-        }
+CXVErroArquivo DeErrnoCaminho(int iErrno, const std::string& sCaminho) {
+    struct stat estado;
+    if (iErrno == ENOENT && stat(XVCaminho::Separa(sCaminho, "/").sDiretorio.c_str(), &estado) != 0) {
+        return {ECausaArquivo::eCaminhoInvalido, ENOENT};
+    }
+    if (iErrno == ELOOP && lstat(sCaminho.c_str(), &estado) == 0) {
+        return {ECausaArquivo::eAcessoNegado, ELOOP};
     }
     return DeErrno(iErrno);
 }

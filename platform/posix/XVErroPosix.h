@@ -9,8 +9,9 @@ namespace XVErroPosix {
 
 CXVErroArquivo DeErrno(int iErrno);
 
-// Tells an absent file from an absent directory when iErrno is ENOENT.
-CXVErroArquivo DeErrno(int iErrno, const std::string& sCaminho);
+// An operation on a path: tells an absent file from an absent directory, and a link that is not followed from
+// a path that leads in circles.
+CXVErroArquivo DeErrnoCaminho(int iErrno, const std::string& sCaminho);
 
 // A write or a change of length that would have ended at uiFim: beyond the process's limit the space is
 // what lacks, beyond the file system's the offset is what is wrong.

@@ -33,13 +33,12 @@ class CXVMarcaDiretorioPosix final : public IXVMarcaDiretorio {
 };
 
 CXVErroArquivo AbreMarca(const std::string& sCaminho, CXVDescritor& rDescritor) {
-    constexpr int k_iOpcoes = O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY;
-    constexpr mode_t k_modo = S_IRUSR | S_IWUSR | S_IRGRP | S_IWGRP | S_IROTH | S_IWOTH;
-    rDescritor =
-        CXVDescritor(XVRepeteInterrompida([&] { return open(sCaminho.c_str(), k_iOpcoes, k_modo); }));
+    constexpr int k_iOpcoes = O_RDWR | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY;
+    constexpr mode_t k_modo = S_IRUSR | S_IWUSR | S_IRGRP | S_IWGRP;
+    rDescritor = XVAbreDescritor(sCaminho, k_iOpcoes, k_modo);
     if (!rDescritor.EhValido()) {
         return errno == ENOENT ? CXVErroArquivo(ECausaArquivo::eCaminhoInvalido, ENOENT)
-                               : XVErroPosix::DeErrno(errno);
+                               : XVErroPosix::DeErrnoCaminho(errno, sCaminho);
     }
     struct stat estado;
     if (fstat(rDescritor.Get(), &estado) != 0) {

@@ -12,12 +12,19 @@
 namespace {
 
 constexpr mode_t k_modoEscrita = S_IWUSR | S_IWGRP | S_IWOTH;
-constexpr mode_t k_modoCriacao = S_IRUSR | S_IWUSR | S_IRGRP | S_IWGRP | S_IROTH | S_IWOTH;
+constexpr mode_t k_modoCriacao = S_IRUSR | S_IWUSR | S_IRGRP | S_IWGRP;
+
+// Creating counts: the target of a link would come to be in a place of the link's choice.
+bool PodeAlterar(const SAberturaArquivo& rAbertura) {
+    return rAbertura.eAcesso != EAcessoArquivo::eLeitura ||
+           rAbertura.eCriacao != ECriacaoArquivo::eSomenteExistente;
+}
 
 int OpcoesDe(const SAberturaArquivo& rAbertura) {
     // The marks of the share modes need a descriptor that can read. Without O_NONBLOCK a pipe would
     // block the opening.
-    int iOpcoes = O_CLOEXEC | O_NONBLOCK | O_NOCTTY;
+    int iOpcoes = O_NONBLOCK | O_NOCTTY;
+    iOpcoes |= PodeAlterar(rAbertura) ? O_NOFOLLOW : 0;
     iOpcoes |= rAbertura.eAcesso == EAcessoArquivo::eLeitura ? O_RDONLY : O_RDWR;
     iOpcoes |= rAbertura.eAcesso == EAcessoArquivo::eAnexacao ? O_APPEND : 0;
     iOpcoes |= rAbertura.eCriacao == ECriacaoArquivo::eCriaSeAusente ? O_CREAT : 0;
@@ -54,10 +61,9 @@ CXVErroArquivo CXVSistemaArquivosPosix::Abre(const std::string& sCaminho, const 
     const int iOpcoes = OpcoesDe(rAbertura);
     // Repeated only when another process deleted or replaced the file between the opening and the gate.
     while (true) {
-        CXVDescritor descritor(
-            XVRepeteInterrompida([&] { return open(sCaminho.c_str(), iOpcoes, k_modoCriacao); }));
+        CXVDescritor descritor = XVAbreDescritor(sCaminho, iOpcoes, k_modoCriacao);
         if (!descritor.EhValido()) {
-            return XVErroPosix::DeErrno(errno, sCaminho);
+            return XVErroPosix::DeErrnoCaminho(errno, sCaminho);
         }
         CXVErroArquivo erro = ConfereTipo(descritor.Get(), rAbertura.eAcesso != EAcessoArquivo::eLeitura);
         if (!erro.Ok()) {
@@ -88,7 +94,7 @@ EExistencia CXVSistemaArquivosPosix::Existe(const std::string& sCaminho) {
     struct stat estado;
     if (lstat(sCaminho.c_str(), &estado) != 0) {
         const bool bAusente = errno == ENOENT || errno == ENOTDIR || errno == ENAMETOOLONG;
-        return bAusente ? EExistencia::eAusente : EExistencia::eArquivo;
+        return bAusente ? EExistencia::eAusente : EExistencia::eSemAcesso;
     }
     if (S_ISLNK(estado.st_mode)) {
         struct stat alvo;

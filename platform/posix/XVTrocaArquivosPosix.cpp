@@ -20,10 +20,9 @@ struct SArquivoReservado {
 };
 
 CXVErroArquivo AbreParaReserva(const std::string& sCaminho, SArquivoReservado& rArquivo) {
-    rArquivo.descritor = CXVDescritor(XVRepeteInterrompida(
-        [&] { return open(sCaminho.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY); }));
+    rArquivo.descritor = XVAbreDescritor(sCaminho, O_RDONLY | O_NONBLOCK | O_NOCTTY | O_NOFOLLOW);
     if (!rArquivo.descritor.EhValido()) {
-        return XVErroPosix::DeErrno(errno, sCaminho);
+        return XVErroPosix::DeErrnoCaminho(errno, sCaminho);
     }
     if (fstat(rArquivo.descritor.Get(), &rArquivo.estado) != 0) {
         return XVErroPosix::DeErrno(errno);
@@ -92,7 +91,7 @@ CXVErroArquivo MoveDuravel(const std::string& sOrigem, int iOrigem, const std::s
     }
     if (Move(sOrigem, sDestino, bDestinoAusente) != 0) {
         bMudou = errno == EEXIST;
-        return bMudou ? CXVErroArquivo() : XVErroPosix::DeErrno(errno, sDestino);
+        return bMudou ? CXVErroArquivo() : XVErroPosix::DeErrnoCaminho(errno, sDestino);
     }
     const std::string sDiretorioOrigem = XVCaminho::Separa(sOrigem, "/").sDiretorio;
     const std::string sDiretorioDestino = XVCaminho::Separa(sDestino, "/").sDiretorio;
@@ -152,7 +151,8 @@ CXVErroArquivo CXVSistemaArquivosPosix::Apaga(const std::string& sCaminho) {
             return erro;
         }
         if (!bMudou) {
-            return unlink(sCaminho.c_str()) == 0 ? CXVErroArquivo() : XVErroPosix::DeErrno(errno, sCaminho);
+            return unlink(sCaminho.c_str()) == 0 ? CXVErroArquivo()
+                                                 : XVErroPosix::DeErrnoCaminho(errno, sCaminho);
         }
     }
 }

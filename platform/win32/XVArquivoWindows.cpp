@@ -140,5 +140,18 @@ CXVErroArquivo CXVArquivoWindows::Sincroniza() {
     if (m_eAcesso == EAcessoArquivo::eLeitura) {
         return {};
     }
+    const CXVErroArquivo erro = m_vistas.Descarrega();
+    if (!erro.Ok()) {
+        return erro;
+    }
     return FlushFileBuffers(m_handle.Get()) ? CXVErroArquivo() : XVErroWindows::DeUltimo();
+}
+
+CXVErroArquivo CXVArquivoWindows::Mapeia(XVUInt64 uiTamanho, std::unique_ptr<IXVVista>& pVista) {
+    pVista.reset();
+    if (m_eAcesso != EAcessoArquivo::eAnexacao) {
+        pVista = XVVistaWindows::Mapeia(m_handle.Get(), uiTamanho, m_eAcesso == EAcessoArquivo::eLeitura,
+                                        m_vistas);
+    }
+    return pVista ? CXVErroArquivo() : IXVArquivo::Mapeia(uiTamanho, pVista);
 }

@@ -2,6 +2,7 @@
 #include "platform/XVCaminho.h"
 #include "platform/XVCriaDiretorios.h"
 #include "platform/XVMascara.h"
+#include "platform/win32/XVBuscaWindows.h"
 #include "platform/win32/XVCaminhoWindows.h"
 #include "platform/win32/XVErroWindows.h"
 #include "platform/win32/XVHandleWindows.h"
@@ -9,29 +10,6 @@
 #include "platform/win32/XVTextoWindows.h"
 
 namespace {
-
-class CXVBuscaArquivos {
-  public:
-    explicit CXVBuscaArquivos(const std::wstring& sMascara)
-        : m_hBusca(FindFirstFileExW(sMascara.c_str(), FindExInfoBasic, &m_dados, FindExSearchNameMatch,
-                                    nullptr, FIND_FIRST_EX_LARGE_FETCH)) {}
-    ~CXVBuscaArquivos() {
-        if (Achou()) {
-            FindClose(m_hBusca);
-        }
-    }
-    CXVBuscaArquivos(const CXVBuscaArquivos&) = delete;
-    CXVBuscaArquivos& operator=(const CXVBuscaArquivos&) = delete;
-
-    bool Achou() const { return m_hBusca != INVALID_HANDLE_VALUE; }
-    bool Proximo() { return FindNextFileW(m_hBusca, &m_dados) != FALSE; }
-    std::wstring_view GetNome() const { return m_dados.cFileName; }
-    bool EhDiretorio() const { return (m_dados.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0; }
-
-  private:
-    WIN32_FIND_DATAW m_dados{};
-    HANDLE m_hBusca;
-};
 
 CXVErroArquivo CriaUm(const std::string& sDiretorio) {
     std::wstring sLargo;
@@ -66,7 +44,11 @@ class CXVMarcaDiretorioWindows final : public IXVMarcaDiretorio {
 CXVErroArquivo CXVSistemaArquivosWindows::Lista(const std::string& sDiretorio, const std::string& sMascara,
                                                 std::vector<std::string>& listaNomes) {
     listaNomes.clear();
-    if (Existe(sDiretorio) != EExistencia::eDiretorio) {
+    const EExistencia eExistencia = Existe(sDiretorio);
+    if (eExistencia == EExistencia::eSemAcesso) {
+        return XVErroWindows::De(ERROR_ACCESS_DENIED);
+    }
+    if (eExistencia != EExistencia::eDiretorio) {
         return XVErroWindows::De(ERROR_PATH_NOT_FOUND);
     }
     std::wstring sTodos;
@@ -94,24 +76,26 @@ CXVErroArquivo CXVSistemaArquivosWindows::Lista(const std::string& sDiretorio, c
     return {};
 }
 
-bool CXVSistemaArquivosWindows::BuscaNomeReal(const std::string& sCaminho, std::string& sNomeReal) {
+CXVErroArquivo CXVSistemaArquivosWindows::BuscaNomeReal(const std::string& sCaminho, std::string& sNomeReal) {
     sNomeReal.clear();
     const std::string sNome = XVCaminho::Separa(sCaminho, XVCaminhoWindows::k_pszSeparadores).sNome;
     std::wstring sLargo;
     std::wstring sNomeLargo;
     if (!XVCaminho::EhNomeSimples(sNome) || !XVCaminhoWindows::Converte(sCaminho, sLargo).Ok() ||
         !XVTextoWindows::ParaLargo(sNome, sNomeLargo)) {
-        return false;
+        return {ECausaArquivo::eArquivoNaoEncontrado, 0};
     }
     const CXVBuscaArquivos busca(sLargo);
+    if (!busca.Achou()) {
+        return XVErroWindows::DeUltimo();
+    }
     // A short name finds a file too, but is not its name.
-    if (!busca.Achou() ||
-        CompareStringOrdinal(busca.GetNome().data(), static_cast<int>(busca.GetNome().size()),
+    if (CompareStringOrdinal(busca.GetNome().data(), static_cast<int>(busca.GetNome().size()),
                              sNomeLargo.data(), static_cast<int>(sNomeLargo.size()), TRUE) != CSTR_EQUAL) {
-        return false;
+        return {ECausaArquivo::eArquivoNaoEncontrado, 0};
     }
     sNomeReal = XVTextoWindows::ParaUtf8(busca.GetNome());
-    return true;
+    return {};
 }
 
 // Entries of a directory have no flush of their own here: the file system keeps its names in a journal, and

@@ -15,7 +15,10 @@ class CXVHandleArquivo {
     }
     CXVHandleArquivo(CXVHandleArquivo&& rOutro) noexcept
         : m_hArquivo(std::exchange(rOutro.m_hArquivo, INVALID_HANDLE_VALUE)) {}
-    CXVHandleArquivo& operator=(CXVHandleArquivo&&) = delete;
+    CXVHandleArquivo& operator=(CXVHandleArquivo&& rOutro) noexcept {
+        std::swap(m_hArquivo, rOutro.m_hArquivo);  // the other closes what this one held
+        return *this;
+    }
 
     bool EhValido() const { return m_hArquivo != INVALID_HANDLE_VALUE; }
     HANDLE Get() const { return m_hArquivo; }

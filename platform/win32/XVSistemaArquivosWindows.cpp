@@ -3,6 +3,7 @@
 #include "platform/XVCaminho.h"
 #include "platform/XVPlataforma.h"
 #include "platform/win32/XVArquivoWindows.h"
+#include "platform/win32/XVBuscaWindows.h"
 #include "platform/win32/XVCaminhoWindows.h"
 #include "platform/win32/XVErroWindows.h"
 
@@ -41,13 +42,46 @@ bool TemAtributoSomenteLeitura(const std::wstring& sCaminho) {
            (ulAtributos & FILE_ATTRIBUTE_READONLY) != 0;
 }
 
+// The last flag keeps a pipe's server, should the path name one, from acting as this user.
+CXVHandleArquivo AbreHandle(const std::wstring& sCaminho, const SAberturaArquivo& rAbertura, DWORD ulOpcoes) {
+    const DWORD ulCriacao =
+        rAbertura.eCriacao == ECriacaoArquivo::eCriaSeAusente ? OPEN_ALWAYS : OPEN_EXISTING;
+    return CXVHandleArquivo(
+        CreateFileW(sCaminho.c_str(), AcessoDe(rAbertura.eAcesso),
+                    CompartilhamentoDe(rAbertura.eCompartilhamento), nullptr, ulCriacao,
+                    FILE_ATTRIBUTE_NORMAL | SECURITY_SQOS_PRESENT | SECURITY_ANONYMOUS | ulOpcoes, nullptr));
+}
+
+// An opening that may change something never goes through a link. Other points of the kind (of a store that
+// keeps contents elsewhere or once) belong to the file and are opened as such.
+CXVErroArquivo AbreSemElo(const std::wstring& sCaminho, const SAberturaArquivo& rAbertura,
+                          CXVHandleArquivo& rHandle) {
+    rHandle = AbreHandle(sCaminho, rAbertura, FILE_FLAG_OPEN_REPARSE_POINT);
+    if (!rHandle.EhValido()) {
+        return XVErroWindows::DeUltimo();
+    }
+    FILE_ATTRIBUTE_TAG_INFO atributos{};
+    if (!GetFileInformationByHandleEx(rHandle.Get(), FileAttributeTagInfo, &atributos, sizeof(atributos))) {
+        return XVErroWindows::DeUltimo();
+    }
+    if ((atributos.FileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) == 0) {
+        return {};
+    }
+    if (atributos.ReparseTag == IO_REPARSE_TAG_SYMLINK) {
+        return XVErroWindows::De(ERROR_ACCESS_DENIED);
+    }
+    rHandle = CXVHandleArquivo();
+    rHandle = AbreHandle(sCaminho, rAbertura, 0);
+    return rHandle.EhValido() ? CXVErroArquivo() : XVErroWindows::DeUltimo();
+}
+
 }  // namespace
 
 CXVErroArquivo CXVSistemaArquivosWindows::Abre(const std::string& sCaminho, const SAberturaArquivo& rAbertura,
                                                std::unique_ptr<IXVArquivo>& pArquivo) {
     pArquivo.reset();
     std::wstring sLargo;
-    const CXVErroArquivo erro = XVCaminhoWindows::ConverteArquivo(sCaminho, sLargo);
+    CXVErroArquivo erro = XVCaminhoWindows::ConverteArquivo(sCaminho, sLargo);
     if (!erro.Ok()) {
         return erro;
     }
@@ -55,14 +89,16 @@ CXVErroArquivo CXVSistemaArquivosWindows::Abre(const std::string& sCaminho, cons
     if (rAbertura.eAcesso != EAcessoArquivo::eLeitura && TemAtributoSomenteLeitura(sLargo)) {
         return XVErroWindows::De(ERROR_ACCESS_DENIED);
     }
-    const DWORD ulCriacao =
-        rAbertura.eCriacao == ECriacaoArquivo::eCriaSeAusente ? OPEN_ALWAYS : OPEN_EXISTING;
-    // The last flag keeps a pipe's server, should the path name one, from acting as this user.
-    CXVHandleArquivo handle(CreateFileW(
-        sLargo.c_str(), AcessoDe(rAbertura.eAcesso), CompartilhamentoDe(rAbertura.eCompartilhamento), nullptr,
-        ulCriacao, FILE_ATTRIBUTE_NORMAL | SECURITY_SQOS_PRESENT | SECURITY_ANONYMOUS, nullptr));
-    if (!handle.EhValido()) {
-        return XVErroWindows::DeUltimo();
+    CXVHandleArquivo handle;
+    if (rAbertura.eAcesso == EAcessoArquivo::eLeitura &&
+        rAbertura.eCriacao == ECriacaoArquivo::eSomenteExistente) {
+        handle = AbreHandle(sLargo, rAbertura, 0);
+        erro = handle.EhValido() ? CXVErroArquivo() : XVErroWindows::DeUltimo();
+    } else {
+        erro = AbreSemElo(sLargo, rAbertura, handle);
+    }
+    if (!erro.Ok()) {
+        return erro;
     }
     if (GetFileType(handle.Get()) != FILE_TYPE_DISK) {
         return {ECausaArquivo::eArquivoInvalido, 0};
@@ -77,13 +113,21 @@ EExistencia CXVSistemaArquivosWindows::Existe(const std::string& sCaminho) {
         return EExistencia::eAusente;
     }
     const DWORD ulAtributos = GetFileAttributesW(sLargo.c_str());
-    if (ulAtributos == INVALID_FILE_ATTRIBUTES) {
-        const ECausaArquivo eCausa = XVErroWindows::DeUltimo().GetCausa();
-        const bool bAusente =
-            eCausa == ECausaArquivo::eArquivoNaoEncontrado || eCausa == ECausaArquivo::eCaminhoInvalido;
-        return bAusente ? EExistencia::eAusente : EExistencia::eArquivo;
+    if (ulAtributos != INVALID_FILE_ATTRIBUTES) {
+        return (ulAtributos & FILE_ATTRIBUTE_DIRECTORY) != 0 ? EExistencia::eDiretorio
+                                                             : EExistencia::eArquivo;
     }
-    return (ulAtributos & FILE_ATTRIBUTE_DIRECTORY) != 0 ? EExistencia::eDiretorio : EExistencia::eArquivo;
+    const ECausaArquivo eCausa = XVErroWindows::DeUltimo().GetCausa();
+    if (eCausa == ECausaArquivo::eArquivoNaoEncontrado || eCausa == ECausaArquivo::eCaminhoInvalido) {
+        return EExistencia::eAusente;
+    }
+    // A file that may not be opened even for its attributes, or whose deletion is under way, still has its
+    // entry.
+    const CXVBuscaArquivos busca(sLargo);
+    if (!busca.Achou()) {
+        return EExistencia::eSemAcesso;
+    }
+    return busca.EhDiretorio() ? EExistencia::eDiretorio : EExistencia::eArquivo;
 }
 
 bool CXVSistemaArquivosWindows::EhSomenteLeitura(const std::string& sCaminho) {

@@ -1,4 +1,5 @@
 // Deleting and replacing files of which nobody holds an opening.
+#include "platform/win32/XVBuscaWindows.h"
 #include "platform/win32/XVCaminhoWindows.h"
 #include "platform/win32/XVErroWindows.h"
 #include "platform/win32/XVHandleWindows.h"
@@ -8,14 +9,15 @@ namespace {
 
 constexpr DWORD k_ulCompartilhaTudo = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
 
-// Attributes of a file, or why it is none.
+// Attributes of a file, or why it is none that may be deleted or replaced.
 CXVErroArquivo LeAtributos(const std::wstring& sCaminho, DWORD& ulAtributos) {
     ulAtributos = GetFileAttributesW(sCaminho.c_str());
     if (ulAtributos == INVALID_FILE_ATTRIBUTES) {
         return XVErroWindows::DeUltimo();
     }
-    return (ulAtributos & FILE_ATTRIBUTE_DIRECTORY) != 0 ? XVErroWindows::De(ERROR_ACCESS_DENIED)
-                                                         : CXVErroArquivo();
+    const bool bElo = (ulAtributos & FILE_ATTRIBUTE_REPARSE_POINT) != 0 && CXVBuscaArquivos(sCaminho).EhElo();
+    return bElo || (ulAtributos & FILE_ATTRIBUTE_DIRECTORY) != 0 ? XVErroWindows::De(ERROR_ACCESS_DENIED)
+                                                                 : CXVErroArquivo();
 }
 
 // Replacing a file that is open is refused as "access denied"; this finds out what was meant.

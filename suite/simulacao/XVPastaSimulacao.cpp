@@ -165,10 +165,14 @@ HRESULT CXVPastaSimulacao::EmiteChave(XVUInt64* puiChave) const {
                                 [&] { return rSistema.MarcaDiretorio(m_sPasta, "contador", pMarca); })));
     XVUInt64 uiChave = 0;
     XV_CHECK_DONO(&m_rDono, LeContador(&uiChave));
+    EExistencia eExistencia = EExistencia::eAusente;
     do {
         if (uiChave == std::numeric_limits<XVUInt64>::max()) return Recusa(k_pszContador, "chaves esgotadas");
         ++uiChave;
-    } while (rSistema.Existe(Caminho("", NomeDocumento(uiChave))) != EExistencia::eAusente);
+        eExistencia = rSistema.Existe(Caminho("", NomeDocumento(uiChave)));
+        if (eExistencia == EExistencia::eSemAcesso)
+            XV_CHECK_DONO(&m_rDono, XVCodigoArquivo({ECausaArquivo::eAcessoNegado, 0}));
+    } while (eExistencia != EExistencia::eAusente);
     CXVDocumentoSimulacao contador;
     contador.Inclui("Ultima", uiChave);
     XV_CHECK_DONO(&m_rDono, Grava(k_pszContador, contador));

@@ -125,7 +125,7 @@ CXVErroArquivo CXVSistemaArquivosFalhas::Abre(const std::string& sCaminho, const
 
 EExistencia CXVSistemaArquivosFalhas::Existe(const std::string& sCaminho) {
     const auto falha = m_pPlano->Registra(EOperacaoArquivo::eConsulta, sCaminho);
-    return falha ? EExistencia::eArquivo : m_rInterno.Existe(sCaminho);
+    return falha ? EExistencia::eSemAcesso : m_rInterno.Existe(sCaminho);
 }
 
 bool CXVSistemaArquivosFalhas::EhSomenteLeitura(const std::string& sCaminho) {
@@ -133,10 +133,11 @@ bool CXVSistemaArquivosFalhas::EhSomenteLeitura(const std::string& sCaminho) {
     return !falha && m_rInterno.EhSomenteLeitura(sCaminho);
 }
 
-bool CXVSistemaArquivosFalhas::BuscaNomeReal(const std::string& sCaminho, std::string& sNomeReal) {
+CXVErroArquivo CXVSistemaArquivosFalhas::BuscaNomeReal(const std::string& sCaminho, std::string& sNomeReal) {
     sNomeReal.clear();
     const auto falha = m_pPlano->Registra(EOperacaoArquivo::eConsulta, sCaminho);
-    return !falha && m_rInterno.BuscaNomeReal(sCaminho, sNomeReal);
+    return falha ? CXVErroArquivo(ECausaArquivo::eAcessoNegado, 0)
+                 : m_rInterno.BuscaNomeReal(sCaminho, sNomeReal);
 }
 
 CXVErroArquivo CXVSistemaArquivosFalhas::Apaga(const std::string& sCaminho) {

@@ -24,13 +24,13 @@ enum class EOperacaoArquivo : std::uint8_t {
     eCriaDiretorio,
     eLista,
     eMarca,
-    eConsulta,  // Existe, EhSomenteLeitura, BuscaNomeReal: no result to fail with, see SFalhaArquivo
+    eConsulta,  // Existe, EhSomenteLeitura, BuscaNomeReal: see SFalhaArquivo
     eQuantidade
 };
 
 struct SFalhaArquivo {
-    // Nothing: any operation but eConsulta. A failing eConsulta answers as a system that refuses to tell:
-    // the name is held, it is not read-only, it is not found.
+    // Nothing: any operation but eConsulta. A failing eConsulta answers as a system that refuses to tell: no
+    // access, whatever eCausa says, and not read-only.
     std::optional<EOperacaoArquivo> eOperacao = std::nullopt;
     XVUInt64 uiNumero = 1;     // 1 is the next call
     bool bPermanente = false;  // that call and every one of the kind after it
@@ -82,7 +82,7 @@ class CXVSistemaArquivosFalhas final : public IXVSistemaArquivos {
                         std::unique_ptr<IXVArquivo>& pArquivo) override;
     EExistencia Existe(const std::string& sCaminho) override;
     bool EhSomenteLeitura(const std::string& sCaminho) override;
-    bool BuscaNomeReal(const std::string& sCaminho, std::string& sNomeReal) override;
+    CXVErroArquivo BuscaNomeReal(const std::string& sCaminho, std::string& sNomeReal) override;
     CXVErroArquivo Apaga(const std::string& sCaminho) override;
     CXVErroArquivo Substitui(const std::string& sOrigem, const std::string& sDestino) override;
     CXVErroArquivo Lista(const std::string& sDiretorio, const std::string& sMascara,

@@ -137,16 +137,16 @@ bool CXVSistemaArquivosMemoria::EhSomenteLeitura(const std::string& sCaminho) {
     return pEntrada != nullptr && pEntrada->pArquivo && pEntrada->pArquivo->bSomenteLeitura;
 }
 
-bool CXVSistemaArquivosMemoria::BuscaNomeReal(const std::string& sCaminho, std::string& sNomeReal) {
+CXVErroArquivo CXVSistemaArquivosMemoria::BuscaNomeReal(const std::string& sCaminho, std::string& sNomeReal) {
     sNomeReal.clear();
     const std::lock_guard trava(m_pEstado->mutex);
     const std::string sNormal = Normaliza(sCaminho);
     const SEstado::SEntrada* pEntrada = m_pEstado->Busca(sNormal);
     if (pEntrada == nullptr || !XVCaminho::EhNomeSimples(NomeDe(sNormal))) {
-        return false;
+        return Erro(ECausaArquivo::eArquivoNaoEncontrado);
     }
     sNomeReal = NomeDe(pEntrada->sNormal);
-    return true;
+    return {};
 }
 
 CXVErroArquivo CXVSistemaArquivosMemoria::Apaga(const std::string& sCaminho) {

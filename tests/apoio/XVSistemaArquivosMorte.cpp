@@ -203,9 +203,10 @@ bool CXVSistemaArquivosMorte::EhSomenteLeitura(const std::string& sCaminho) {
     return m_pProcesso->Opera(false, false, [&] { return m_rInterno.EhSomenteLeitura(sCaminho); });
 }
 
-bool CXVSistemaArquivosMorte::BuscaNomeReal(const std::string& sCaminho, std::string& sNomeReal) {
+CXVErroArquivo CXVSistemaArquivosMorte::BuscaNomeReal(const std::string& sCaminho, std::string& sNomeReal) {
     sNomeReal.clear();
-    return m_pProcesso->Opera(false, false, [&] { return m_rInterno.BuscaNomeReal(sCaminho, sNomeReal); });
+    return m_pProcesso->Opera(false, k_erroMorto,
+                              [&] { return m_rInterno.BuscaNomeReal(sCaminho, sNomeReal); });
 }
 
 CXVErroArquivo CXVSistemaArquivosMorte::Apaga(const std::string& sCaminho) {

@@ -1,5 +1,6 @@
 // A conversion killed, or failing once, at any file operation and run again ends with the bytes of one
 // that was left in peace.
+#include "support/XVCodigos.h"
 #include "tests/apoio/XVSistemaArquivosFalhas.h"
 #include "tests/apoio/XVSistemaArquivosMorte.h"
 #include "tests/middleware/XVCenarioConversao.h"
@@ -63,6 +64,26 @@ TEST_P(CXVConversaoMorteTest, FailingOnceAtEveryFileOperation) {
         ConfereFim("operation " + std::to_string(uiOperacao));
     }
     EXPECT_GT(uiErros, 10U);
+}
+
+// A file system that does not tell once whether a file exists: no guess, and the next conversion does it all.
+TEST_P(CXVConversaoMorteTest, CadaPerguntaSobreUmArquivoSemRespostaUmaVez) {
+    CXVSistemaArquivosFalhas falhas(m_Arquivos);
+    falhas.SetFiltro([this](const std::string& s) { return s.starts_with(PastaDados("")); });
+    const CXVGuardaSistemaArquivos guarda(falhas);
+    XVUInt64 uiPergunta = 1;
+    for (; !HasFailure(); ++uiPergunta) {
+        m_Arquivos.Restaura(m_inicio);
+        falhas.Programa({.eOperacao = EOperacaoArquivo::eConsulta, .uiNumero = uiPergunta});
+        const HRESULT hr = Converte();
+        const bool bAtingida = falhas.GetFalhasOcorridas() != 0;
+        falhas.Limpa();
+        EXPECT_EQ(hr, bAtingida ? eAccessDenied : S_OK) << uiPergunta;
+        if (!bAtingida) break;
+        EXPECT_EQ(Converte(), S_OK) << uiPergunta;
+        ConfereFim("question " + std::to_string(uiPergunta));
+    }
+    EXPECT_GT(uiPergunta, 5U);
 }
 
 INSTANTIATE_TEST_SUITE_P(Versoes, CXVConversaoMorteTest, testing::Range(0U, 5U));

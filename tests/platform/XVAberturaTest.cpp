@@ -115,7 +115,7 @@ TEST_P(CXVSistemaArquivosTest, TextsThatCanBeNoPathAreRefusedEverywhere) {
         EXPECT_EQ(Sistema().Apaga(sCaminho).GetCausa(), ECausaArquivo::eCaminhoInvalido);
         EXPECT_EQ(Sistema().Existe(sCaminho), EExistencia::eAusente);
         std::string sNome;
-        EXPECT_FALSE(Sistema().BuscaNomeReal(sCaminho, sNome));
+        EXPECT_FALSE(Sistema().BuscaNomeReal(sCaminho, sNome).Ok());
     }
     EXPECT_EQ(Sistema().CriaDiretorio("").GetCausa(), ECausaArquivo::eCaminhoInvalido);
     EXPECT_EQ(Sistema().CriaDiretorio(Caminho(std::string("a\0b", 3))).GetCausa(),
@@ -157,7 +157,7 @@ TEST_P(CXVSistemaArquivosTest, NamesOutsideAsciiAndLongPathsWork) {
     const std::string sNome = "integra\xC3\xA7\xC3\xA3o \xE2\x82\xAC.dat";
     Cria(sNome, "x");
     std::string sReal;
-    EXPECT_TRUE(Sistema().BuscaNomeReal(Caminho(sNome), sReal));
+    EXPECT_TRUE(Sistema().BuscaNomeReal(Caminho(sNome), sReal).Ok());
     EXPECT_EQ(sReal, sNome);
     std::string sFundo = "d";
     for (int i = 0; i < 8; ++i) {

@@ -12,13 +12,13 @@ using TNomes = std::vector<std::string>;
 TEST_P(CXVSistemaArquivosTest, TheRealNameIsFoundWithoutRegardToCase) {
     Cria("CRIndexInteg.dat", "x");
     std::string sNome;
-    EXPECT_TRUE(Sistema().BuscaNomeReal(Caminho("CRINDEXINTEG.DAT"), sNome));
+    EXPECT_TRUE(Sistema().BuscaNomeReal(Caminho("CRINDEXINTEG.DAT"), sNome).Ok());
     EXPECT_EQ(sNome, "CRIndexInteg.dat");
-    EXPECT_TRUE(Sistema().BuscaNomeReal(Caminho("CRIndexInteg.dat"), sNome));
+    EXPECT_TRUE(Sistema().BuscaNomeReal(Caminho("CRIndexInteg.dat"), sNome).Ok());
     EXPECT_EQ(sNome, "CRIndexInteg.dat");
     for (const char* pszAusente : {"CRIndexInteg.da", "CRIndexInteg.*", "CRIndexInteg.da?", "CRINDE~1.DAT",
                                    "..", "nao/CRIndexInteg.dat"}) {
-        EXPECT_FALSE(Sistema().BuscaNomeReal(Caminho(pszAusente), sNome)) << pszAusente;
+        EXPECT_FALSE(Sistema().BuscaNomeReal(Caminho(pszAusente), sNome).Ok()) << pszAusente;
         EXPECT_EQ(sNome, "");
     }
 }

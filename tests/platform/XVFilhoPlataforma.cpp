@@ -2,7 +2,10 @@
 // and then holds what it got until its input ends.
 //
 //   abre <path> <access> <share>   marca <directory> <name>   anexa <path> <letter> <lines>
+//   herda <directory>   prints how many descriptors in the directory it was started with instead
+#include <algorithm>
 #include <cstdlib>
+#include <filesystem>
 #include <iostream>
 #include <string>
 
@@ -43,6 +46,17 @@ int Anexa(char** apszArgumentos) {
     return Responde(erro);
 }
 
+int Herda(const std::string& sDiretorio) {
+    const std::filesystem::directory_iterator descritores("/proc/self/fd");
+    std::cout << std::count_if(begin(descritores), end(descritores), [&](const auto& rEntrada) {
+        std::error_code erro;
+        return std::filesystem::read_symlink(rEntrada.path(), erro).string().starts_with(sDiretorio);
+    }) << std::endl;
+    std::string sLinha;
+    std::getline(std::cin, sLinha);
+    return 0;
+}
+
 }  // namespace
 
 int main(int iQuantidade, char** apszArgumentos) {
@@ -55,6 +69,9 @@ int main(int iQuantidade, char** apszArgumentos) {
     }
     if (sAcao == "anexa" && iQuantidade == 5) {
         return Anexa(apszArgumentos + 2);
+    }
+    if (sAcao == "herda" && iQuantidade == 3) {
+        return Herda(apszArgumentos[2]);
     }
     return 2;
 }

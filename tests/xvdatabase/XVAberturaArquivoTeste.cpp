@@ -70,15 +70,6 @@ TEST_F(AberturaArquivo, SomenteLeituraNaoPassaPorBancoVazio) {
     EXPECT_EQ(Tenta<CXVFileTeste>("A.dat"), eXVReadOnly);
 }
 
-TEST_F(AberturaArquivo, SistemaQueNaoDizSeExisteNaoPassaPorBancoVazio) {
-    CriaBom();
-    m_Falhas.Programa({.eOperacao = EOperacaoArquivo::eConsulta, .bPermanente = true});
-    TXVBanco<CXVFileTeste> banco("A.dat");
-    ASSERT_EQ(Abre(banco), S_OK);
-    EXPECT_EQ(banco->GetQtdRegistros(), 1U);
-    ASSERT_EQ(banco.xvDB.Finaliza(), S_OK);
-}
-
 TEST_F(AberturaArquivo, DoisObjetosExcluemSeAteQueOPrimeiroFeche) {
     CriaBom();
     TXVBanco<CXVFileTeste> um("A.dat");
@@ -132,7 +123,7 @@ TEST_F(AberturaArquivo, NomeEmOutraCaixaRecebeONomePedido) {
     Cria("a.DAT", ArquivoComCabecalho("A.dat", Bytes({k_reg})));
     EXPECT_EQ(LeRegistros("A.dat"), std::vector{k_reg});
     std::string sNomeReal;
-    ASSERT_TRUE(m_Arquivos.BuscaNomeReal(PastaDados("A.dat"), sNomeReal));
+    ASSERT_TRUE(m_Arquivos.BuscaNomeReal(PastaDados("A.dat"), sNomeReal).Ok());
     EXPECT_EQ(sNomeReal, "A.dat");
 }
 

@@ -3,6 +3,7 @@
 #include "platform/XVAmbienteSO.h"
 #include "platform/XVPlataforma.h"
 #include "support/XVAmbiente.h"
+#include "support/XVCodigos.h"
 #include "tools/xvcr/XVFabricaOperacoes.h"
 
 void CXVContexto::CompletaAcesso() {
@@ -11,8 +12,11 @@ void CXVContexto::CompletaAcesso() {
     if (acesso.sEmpresa.empty())
         acesso.sEmpresa = XVAmbienteSO::GetVariavelAmbiente("XVCR_EMPRESA").value_or("");
     // The store would create a mistyped directory.
-    if (!acesso.sDiretorio.empty() &&
-        XVPlataforma::SistemaArquivos().Existe(acesso.sDiretorio) != EExistencia::eDiretorio)
+    if (acesso.sDiretorio.empty()) return;
+    const EExistencia eExistencia = XVPlataforma::SistemaArquivos().Existe(acesso.sDiretorio);
+    if (eExistencia == EExistencia::eSemAcesso)
+        XVFalha(XVDescreveCodigo(eAccessDenied) + " Diretório do módulo: " + acesso.sDiretorio);
+    if (eExistencia != EExistencia::eDiretorio)
         XVFalha("o diretório do módulo \"" + acesso.sDiretorio + "\" não existe");
 }
 

@@ -1,0 +1,60 @@
+#include "platform/XVVistaMapeada.h"
+
+#include <atomic>
+#include <cstring>
+
+namespace {
+
+constexpr CXVErroArquivo k_erroAcesso(ECausaArquivo::eAcessoNegado, 0);
+constexpr CXVErroArquivo k_erroOffset(ECausaArquivo::ePosicionamentoInvalido, 0);
+
+// Readers of other processes meet the same memory, so nothing but the processor's own instruction will do.
+using TPalavra = std::atomic_ref<XVUInt64>;
+static_assert(TPalavra::is_always_lock_free && TPalavra::required_alignment <= sizeof(XVUInt64));
+
+}  // namespace
+
+CXVErroArquivo CXVVistaMapeada::Le(XVUInt64 uiOffset, void* pDados, std::size_t uiTamanho) {
+    if (!Cabe(uiOffset, uiTamanho, m_uiTamanho)) {
+        return k_erroOffset;
+    }
+    if (uiTamanho > 0) {
+        std::memcpy(pDados, m_pInicio + uiOffset, uiTamanho);
+    }
+    return {};
+}
+
+CXVErroArquivo CXVVistaMapeada::Grava(XVUInt64 uiOffset, const void* pDados, std::size_t uiTamanho) {
+    if (m_bSomenteLeitura) {
+        return k_erroAcesso;
+    }
+    if (!Cabe(uiOffset, uiTamanho, m_uiTamanho)) {
+        return k_erroOffset;
+    }
+    if (uiTamanho > 0) {
+        std::memcpy(m_pInicio + uiOffset, pDados, uiTamanho);
+    }
+    return {};
+}
+
+CXVErroArquivo CXVVistaMapeada::LePalavra(XVUInt64 uiOffset, XVUInt64& uiPalavra) {
+    uiPalavra = 0;
+    if (!CabePalavra(uiOffset, m_uiTamanho)) {
+        return k_erroOffset;
+    }
+    XVUInt64& rPalavra = *reinterpret_cast<XVUInt64*>(m_pInicio + uiOffset);
+    uiPalavra = TPalavra(rPalavra).load(std::memory_order_acquire);
+    return {};
+}
+
+CXVErroArquivo CXVVistaMapeada::GravaPalavra(XVUInt64 uiOffset, XVUInt64 uiPalavra) {
+    if (m_bSomenteLeitura) {
+        return k_erroAcesso;
+    }
+    if (!CabePalavra(uiOffset, m_uiTamanho)) {
+        return k_erroOffset;
+    }
+    XVUInt64& rPalavra = *reinterpret_cast<XVUInt64*>(m_pInicio + uiOffset);
+    TPalavra(rPalavra).store(uiPalavra, std::memory_order_release);
+    return {};
+}

@@ -1,0 +1,85 @@
+#include "platform/posix/XVVistaPosix.h"
+
+#include <linux/magic.h>
+#include <sys/mman.h>
+#include <sys/stat.h>
+#include <sys/vfs.h>
+#include <unistd.h>
+#include <algorithm>
+#include <cerrno>
+#include <iterator>
+#include <limits>
+
+#include "platform/XVVistaMapeada.h"
+
+namespace XVVistaPosix {
+namespace {
+
+constexpr XVUInt64 k_uiBloco = 512;  // bytes; the unit of st_blocks
+
+class CXVVistaPosix final : public CXVVistaMapeada {
+  public:
+    CXVVistaPosix(void* pInicio, std::size_t uiTamanho, bool bSomenteLeitura,
+                  std::atomic<unsigned>& rulVistas)
+        : CXVVistaMapeada(pInicio, uiTamanho, bSomenteLeitura), m_rulVistas(rulVistas) {
+        ++m_rulVistas;
+    }
+    ~CXVVistaPosix() override {
+        munmap(GetInicio(), GetTamanho());
+        --m_rulVistas;
+    }
+
+  private:
+    std::atomic<unsigned>& m_rulVistas;
+};
+
+// A store through a mapping cannot fail: where it needs a block and the device has none the process dies. So
+// only file systems that write a block in its place, and keep their pages with the calls of every process.
+// One that copies on writing may need a new block for an old byte, after a backup that shares blocks even
+// where the copy is not its habit; one over another (overlay) or over a network promises neither.
+bool TemLugarFixo(int iDescritor) {
+    constexpr decltype(std::declval<struct statfs>().f_type) k_aTipos[] = {EXT4_SUPER_MAGIC, TMPFS_MAGIC};
+    struct statfs sistema;
+    return fstatfs(iDescritor, &sistema) == 0 &&
+           std::find(std::begin(k_aTipos), std::end(k_aTipos), sistema.f_type) != std::end(k_aTipos);
+}
+
+// Whether the file holds the bytes, with blocks behind them. Not every file system knows its holes, but all
+// count their blocks.
+bool TemBlocos(int iDescritor, XVUInt64 uiTamanho) {
+    struct stat estado;
+    if (fstat(iDescritor, &estado) != 0 || static_cast<XVUInt64>(estado.st_size) < uiTamanho ||
+        static_cast<XVUInt64>(estado.st_blocks) * k_uiBloco < uiTamanho) {
+        return false;
+    }
+    const off_t iBuraco = lseek(iDescritor, 0, SEEK_HOLE);
+    return iBuraco >= 0 && static_cast<XVUInt64>(iBuraco) >= uiTamanho;
+}
+
+// Brings the pages in, so that a device that cannot read them says so here and not by a signal.
+bool TrazPaginas(void* pInicio, std::size_t uiTamanho) {
+    return madvise(pInicio, uiTamanho, MADV_POPULATE_READ) == 0 || errno == EINVAL;  // an older kernel
+}
+
+}  // namespace
+
+std::unique_ptr<IXVVista> Mapeia(int iDescritor, XVUInt64 uiTamanho, bool bSomenteLeitura,
+                                 std::atomic<unsigned>& rulVistas) {
+    if (uiTamanho == 0 || uiTamanho > std::numeric_limits<std::size_t>::max() / 2 ||
+        !TemLugarFixo(iDescritor) || !TemBlocos(iDescritor, uiTamanho)) {
+        return nullptr;
+    }
+    const std::size_t uiMapeados = static_cast<std::size_t>(uiTamanho);
+    const int iProtecao = bSomenteLeitura ? PROT_READ : PROT_READ | PROT_WRITE;
+    void* pInicio = mmap(nullptr, uiMapeados, iProtecao, MAP_SHARED, iDescritor, 0);
+    if (pInicio == MAP_FAILED) {
+        return nullptr;
+    }
+    if (!TrazPaginas(pInicio, uiMapeados)) {
+        munmap(pInicio, uiMapeados);
+        return nullptr;
+    }
+    return std::make_unique<CXVVistaPosix>(pInicio, uiMapeados, bSomenteLeitura, rulVistas);
+}
+
+}  // namespace XVVistaPosix

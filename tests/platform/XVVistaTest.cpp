@@ -1,0 +1,122 @@
+// Views of open files: the same bytes as the calls, by whatever means.
+#include <algorithm>
+
+#include "tests/platform/XVCenarioSistemaArquivos.h"
+
+namespace {
+
+constexpr std::size_t k_uiTamanho = 3 * 4096 + 16;  // the last page is not full
+constexpr SAberturaArquivo k_aberturaVizinha{EAcessoArquivo::eLeitura, ECompartilhamentoArquivo::eNegaNada,
+                                             ECriacaoArquivo::eSomenteExistente};
+
+std::unique_ptr<IXVVista> Mapeia(IXVArquivo& rArquivo, XVUInt64 uiTamanho) {
+    std::unique_ptr<IXVVista> pVista;
+    EXPECT_TRUE(rArquivo.Mapeia(uiTamanho, pVista).Ok());
+    return pVista;
+}
+
+template <class TFonte>
+std::string Le(TFonte& rFonte, XVUInt64 uiOffset, std::size_t uiTamanho) {
+    std::string sLido(uiTamanho, '?');
+    EXPECT_TRUE(rFonte.Le(uiOffset, sLido.data(), uiTamanho).Ok());
+    return sLido;
+}
+
+std::string Padrao() {
+    std::string sPadrao(k_uiTamanho, '\0');
+    for (std::size_t i = 0; i < sPadrao.size(); ++i) {
+        sPadrao[i] = static_cast<char>('a' + i % 23);
+    }
+    return sPadrao;
+}
+
+}  // namespace
+
+TEST_P(CXVSistemaArquivosTest, VistaEChamadasVeemOsMesmosBytesEOsDeixamNoArquivo) {
+    std::string sEsperado = Padrao();
+    Cria("v.srk", sEsperado);
+    {
+        const std::unique_ptr<IXVArquivo> pArquivo = AbreBem("v.srk", k_aberturaEscrita);
+        const std::unique_ptr<IXVArquivo> pLeitor = AbreBem("v.srk", k_aberturaVizinha);
+        const std::unique_ptr<IXVVista> pVista = Mapeia(*pArquivo, k_uiTamanho);
+        const std::unique_ptr<IXVVista> pVistaLeitor = Mapeia(*pLeitor, k_uiTamanho);
+        const auto fnConfere = [&](const std::string& sQuando) {
+            EXPECT_TRUE(Le(*pVista, 0, k_uiTamanho) == sEsperado) << sQuando;
+            EXPECT_TRUE(Le(*pVistaLeitor, 0, k_uiTamanho) == sEsperado) << sQuando;
+            EXPECT_TRUE(Le(*pArquivo, 0, k_uiTamanho) == sEsperado) << sQuando;
+            EXPECT_TRUE(Le(*pLeitor, 0, k_uiTamanho) == sEsperado) << sQuando;
+        };
+        fnConfere("found");
+        ASSERT_TRUE(pVista->Grava(4094, "WXYZ", 4).Ok());  // over the edge of a page
+        sEsperado.replace(4094, 4, "WXYZ");
+        fnConfere("written through the view");
+        ASSERT_TRUE(pArquivo->Grava(k_uiTamanho - 3, "123", 3).Ok());
+        sEsperado.replace(k_uiTamanho - 3, 3, "123");
+        fnConfere("written by a call");
+        constexpr XVUInt64 k_uiPalavra = 0x0123456789ABCDEF;
+        ASSERT_TRUE(pVista->GravaPalavra(8, k_uiPalavra).Ok());
+        sEsperado.replace(8, 8, reinterpret_cast<const char*>(&k_uiPalavra), 8);
+        fnConfere("a word");
+        XVUInt64 uiLida = 0;
+        ASSERT_TRUE(pVistaLeitor->LePalavra(8, uiLida).Ok());
+        EXPECT_EQ(uiLida, k_uiPalavra);
+        EXPECT_TRUE(pArquivo->Sincroniza().Ok());
+    }
+    EXPECT_TRUE(Conteudo("v.srk") == sEsperado);
+}
+
+TEST_P(CXVSistemaArquivosTest, VistaRecusaOQueFicaForaDela) {
+    Cria("v.srk", Padrao());
+    const std::unique_ptr<IXVArquivo> pArquivo = AbreBem("v.srk", k_aberturaEscrita);
+    const std::unique_ptr<IXVVista> pVista = Mapeia(*pArquivo, 64);  // the file goes on behind it
+    char cByte = 0;
+    XVUInt64 uiPalavra = 1;
+    EXPECT_TRUE(pVista->Le(64, &cByte, 0).Ok());
+    EXPECT_TRUE(pVista->Le(63, &cByte, 1).Ok());
+    EXPECT_TRUE(pVista->LePalavra(56, uiPalavra).Ok());
+    for (const XVUInt64 uiOffset : {XVUInt64{64}, XVUInt64{65}, ~XVUInt64{0}}) {
+        EXPECT_EQ(pVista->Le(uiOffset, &cByte, 1).GetCausa(), ECausaArquivo::ePosicionamentoInvalido);
+        EXPECT_EQ(pVista->Grava(uiOffset, &cByte, 1).GetCausa(), ECausaArquivo::ePosicionamentoInvalido);
+    }
+    std::string sBytes(65, 'x');
+    EXPECT_EQ(pVista->Grava(0, sBytes.data(), 65).GetCausa(), ECausaArquivo::ePosicionamentoInvalido);
+    EXPECT_EQ(pVista->Grava(60, sBytes.data(), ~std::size_t{0}).GetCausa(),
+              ECausaArquivo::ePosicionamentoInvalido);
+    // A word that would not be whole, in the view or in the processor.
+    for (const XVUInt64 uiOffset : {XVUInt64{64}, XVUInt64{57}, XVUInt64{4}, ~XVUInt64{7}}) {
+        EXPECT_EQ(pVista->LePalavra(uiOffset, uiPalavra).GetCausa(), ECausaArquivo::ePosicionamentoInvalido);
+        EXPECT_EQ(pVista->GravaPalavra(uiOffset, 0).GetCausa(), ECausaArquivo::ePosicionamentoInvalido);
+    }
+    EXPECT_TRUE(Le(*pArquivo, 0, k_uiTamanho) == Padrao()) << "a refusal writes nothing";
+}
+
+TEST_P(CXVSistemaArquivosTest, VistaDeAberturaDeLeituraNaoGrava) {
+    Cria("v.srk", Padrao());
+    const std::unique_ptr<IXVArquivo> pArquivo = AbreBem("v.srk", k_aberturaLeitura);
+    const std::unique_ptr<IXVVista> pVista = Mapeia(*pArquivo, k_uiTamanho);
+    EXPECT_EQ(pVista->Grava(0, "x", 1).GetCausa(), ECausaArquivo::eAcessoNegado);
+    EXPECT_EQ(pVista->GravaPalavra(0, 1).GetCausa(), ECausaArquivo::eAcessoNegado);
+    EXPECT_TRUE(Le(*pVista, 0, k_uiTamanho) == Padrao());
+}
+
+// Whatever the means, a file that is shorter than its view ends in a result and never in a signal.
+TEST_P(CXVSistemaArquivosTest, ArquivoMenorQueSuaVistaNaoDerrubaNinguem) {
+    Cria("v.srk", Padrao());
+    const std::unique_ptr<IXVArquivo> pArquivo = AbreBem("v.srk", k_aberturaEscrita);
+    char cByte = 0;
+    {
+        const std::unique_ptr<IXVVista> pVista = Mapeia(*pArquivo, k_uiTamanho);
+        const CXVErroArquivo erro = pArquivo->SetTamanho(16);
+        if (erro.Ok()) {
+            EXPECT_EQ(pVista->Le(k_uiTamanho - 1, &cByte, 1).GetCausa(), ECausaArquivo::eFimDeArquivo);
+        } else {
+            EXPECT_EQ(erro.GetCausa(), ECausaArquivo::eViolacaoCompartilhamento);
+            EXPECT_TRUE(Le(*pVista, 0, k_uiTamanho) == Padrao());
+        }
+        EXPECT_TRUE(pArquivo->SetTamanho(k_uiTamanho + 100).Ok()) << "it may grow";
+    }
+    EXPECT_TRUE(pArquivo->SetTamanho(16).Ok()) << "the view is gone";
+    const std::unique_ptr<IXVVista> pVista = Mapeia(*pArquivo, k_uiTamanho);
+    EXPECT_EQ(pVista->Le(k_uiTamanho - 1, &cByte, 1).GetCausa(), ECausaArquivo::eFimDeArquivo);
+    EXPECT_EQ(Le(*pVista, 0, 16), Padrao().substr(0, 16));
+}

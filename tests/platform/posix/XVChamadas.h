@@ -1,0 +1,73 @@
+// Calls of the operating system that this program puts itself in front of: while a CXVChamadas lives every
+// one is recorded in its order, and can be made to fail, to move fewer bytes, or to come too late.
+// Thread rule: one thread, and one object at a time.
+#pragma once
+
+#include <sys/types.h>
+
+#include <array>
+#include <functional>
+#include <string>
+#include <vector>
+
+enum class EChamada : unsigned char {
+    eOpen,
+    ePread,
+    ePwrite,
+    eWrite,
+    eFtruncate,
+    eDescarrega,  // fsync, fdatasync
+    eFlock,       // without the unlocking
+    eRename,      // rename, renameat2
+    eReaddir,
+    eClose,
+    eNanosleep,  // never sleeps while recorded
+    eQuantidade
+};
+
+struct SChamada {
+    EChamada eChamada;
+    ino_t uiArquivo = 0;      // of the descriptor, where the call has one
+    long lNanossegundos = 0;  // of eNanosleep
+    bool operator==(const SChamada&) const = default;
+};
+
+class CXVChamadas {
+  public:
+    CXVChamadas();
+    ~CXVChamadas();
+    CXVChamadas(const CXVChamadas&) = delete;
+    CXVChamadas& operator=(const CXVChamadas&) = delete;
+
+    // Once ulAntes calls of the kind have passed, ulVezes of them answer iErrno and do nothing (eClose:
+    // closes).
+    void Falha(EChamada eChamada, int iErrno, unsigned ulVezes = 1, unsigned ulAntes = 0);
+    // fn runs before the next call of the kind, once; what it calls itself is recorded too.
+    void Antes(EChamada eChamada, std::function<void()> fn);
+    // No transfer moves more than uiBytes.
+    void LimitaTransferencias(std::size_t uiBytes);
+
+    std::size_t Conta(EChamada eChamada) const;
+    // The recorded calls of the kinds, oldest first.
+    std::vector<SChamada> Filtra(const std::vector<EChamada>& listaChamadas) const;
+    void Esquece() { m_listaChamadas.clear(); }
+
+    // For the calls themselves. Errno of the failure, or 0.
+    static int Passa(const SChamada& rChamada);
+    static std::size_t Corta(std::size_t uiBytes);
+    static bool EstaVivo();
+
+  private:
+    struct SPlano {
+        int iErrno = 0;
+        unsigned ulVezes = 0;
+        unsigned ulAntes = 0;
+        std::function<void()> fnAntes;
+    };
+    int Registra(const SChamada& rChamada);
+    SPlano& Plano(EChamada eChamada) { return m_aPlanos[static_cast<std::size_t>(eChamada)]; }
+
+    std::array<SPlano, static_cast<std::size_t>(EChamada::eQuantidade)> m_aPlanos;
+    std::vector<SChamada> m_listaChamadas;
+    std::size_t m_uiMaximo = ~std::size_t{0};
+};
