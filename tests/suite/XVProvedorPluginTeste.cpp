@@ -131,6 +131,30 @@ TEST_F(ProvedorPluginTeste, OperacaoOpcionalAusenteESucessoESistemaSemProvedorEE
     EXPECT_EQ(CXVTroca::ExcluiDadosIntegracaoSistemasTerceiros(dados, &m_Dono), E_INVALIDARG);
 }
 
+TEST_F(ProvedorPluginTeste, ParametrosDaTrocaSaoOsDosDadosRespondidos) {
+    CriaSimulacao("501.doc", "Status: Sucesso\nChaveRegistro: 502\n\n{}");
+    CXVDadosCR_IntegracaoMiddleware dados;
+    dados.eSistemaIntegracao = SimulacaoSistemaTerceiro;
+    dados.uiChaveIntegracaoSistemaTerceiro = 501;
+    dados.regDmc = {503U << 14};
+    dados.regDmcIntegracaoOrigem = {504U << 14};
+    dados.regDmcMovimentoOrigem = {505U << 14};
+    dados.uiBaseDadosTerceiro = 506;
+    dados.eTipoIntegracao = 7;
+    dados.eTipoTransacao = 3;
+    dados.ulPonteiroFilial = 508;
+    dados.ulPonteiroAuxiliar = 509;
+    dados.ucTipoPonteiroAuxiliar = 51;
+    CXVDadosCR_ParametrosIntegracao p;
+    ASSERT_EQ(CXVMiddlewareIntegracaoSistemas::BuscaDadosIntegracaoSistemasTerceiros(dados, &p, &m_Dono),
+              S_OK);
+    EXPECT_EQ((std::vector<XVUInt64>{p.regDmcOrigem.uiValor >> 14, p.regDmcIntegracao.uiValor >> 14,
+                                     p.uiChaveRegistroSistemaTerceiro, p.uiBaseDadosTerceiro,
+                                     p.eTipoIntegracao, p.eSistemaIntegracao, p.eTipoTransacao,
+                                     p.ulPonteiroFilial, p.ulPonteiroAuxiliar, p.ucTipoPonteiroAuxiliar}),
+              (std::vector<XVUInt64>{505, 503, 502, 506, 7, 2, 3, 508, 509, 51}));
+}
+
 TEST_F(ProvedorPluginTeste, TabelaQueNaoCabeNaInterfaceERecusadaComOMotivo) {
     std::string sMotivo;
     const auto pfnObtem = m_Biblioteca.GetFuncao<PFXVProvedorObtem>(XVPROVEDOR_FUNCAO);

@@ -1,5 +1,8 @@
 // Pending items recorded without exchange: what the provider is asked, and the whole integration and mapping
 // that result.
+#include <tuple>
+
+#include "suite/XVProvedorAdaptador.h"
 #include "tests/middleware/troca/XVCenarioTroca.h"
 
 namespace {
@@ -78,8 +81,11 @@ TEST_F(CXVPendenciaTest, ItemQueNaoCabeNaoEGravado) {
     m_rGravador.listaItens[0].uiOrigem = 0;  // no mapping without a record of the suite
     EXPECT_EQ(GravaPendencia(), E_XVCR_CHAVE_REGISTRO_TELVO_ZERADA);
     m_rGravador.listaItens = {Item()};
-    m_rGravador.mapParametros["Atualiza"] = {0, true, 18, 1, 1, k_uiTrocada, 1};
-    EXPECT_TRUE(FAILED(GravaPendencia()));
+    for (const auto& [eTipo, eTransacao, uiOrigem] :
+         {std::tuple{18U, 1U, k_uiTrocada}, {1U, 4U, k_uiTrocada}, {1U, 1U, XVUInt64{1U << 14 | 4}}}) {
+        m_rGravador.mapParametros["Atualiza"] = {0, true, eTipo, eTransacao, 1, uiOrigem, 1};
+        EXPECT_EQ(GravaPendencia(), CXVProvedorAdaptador::k_hrRespostaInvalida);
+    }
     EXPECT_TRUE(XVBusca(*m_pLoja).empty());
     EXPECT_EQ(Conteudo("CRCHAVEREGTER.dat"), "<ausente>");
 }

@@ -1,4 +1,6 @@
 // A provider library that offers nothing, for the system and with the answer that its build names.
+#include <cstdint>
+
 #include "suite/XVProvedorPlugin.h"
 
 extern "C" {

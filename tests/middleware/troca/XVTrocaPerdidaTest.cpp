@@ -73,6 +73,8 @@ TEST_F(CXVTrocaPerdidaTest, ItemAnteriorFicaGravadoEOSeguinteNaoETrocado) {
     REG_XVDMC regDmc;
     EXPECT_TRUE(FAILED(Troca(eXVSMiddleware_Inclusao, &regDmc)));
     m_Falhas.Limpa();
+    m_pLoja.reset();
+    m_pLoja = Abre();
     EXPECT_EQ(Chamadas("EnviaJson"), 2U);
     EXPECT_EQ(LinhasPerdidas().size(), 1U);
     EXPECT_EQ(regDmc.uiValor, XVChaveDmc(k_uiHoje, 1)) << "the one that is recorded";
