@@ -148,6 +148,7 @@ TEST_F(CXVTrocaPerdidaTest, FaltaDeMemoriaDepoisDaTrocaNaoACala) {
         } catch (const std::bad_alloc&) {
         }
         const bool bOcorreu = XVFalhaMemoria::Termina();
+        ASSERT_EQ(Chamadas("EnviaJson"), uiFalha) << "one exchange a round";
         bool bDita = false;
         for (const SFalhaCapturada& rFalha : captura.GetFalhas())
             bDita |= rFalha.sMensagem.find("chave 401, origem 20240301-16-2") != std::string::npos;

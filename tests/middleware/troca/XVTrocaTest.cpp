@@ -184,7 +184,7 @@ TEST_F(CXVTrocaTest, LeituraDeListaConsultaCadaIntegracaoEmOrdem) {
             XVLiberaBuffers(&pRegs[i]);
         }
         XVAmbienteSO::LiberaSaida(pRegs);
-        EXPECT_EQ(Chamadas("BuscaDados"), bConsulta ? 2U : 0U);
+        ASSERT_EQ(Chamadas("BuscaDados"), bConsulta ? 2U : 0U);
         EXPECT_EQ(Chamadas("Anterior"), bConsulta ? 2U : 0U);
         EXPECT_EQ(Chamadas("Posterior"), ullFlags == (7 | 8 | 16) ? 2U : 0U);
         if (bConsulta) {
