@@ -39,12 +39,17 @@ class CBaseMiddleware : public CXVDataBaseFacade<CXVDataBase_CR_Middleware, CXVB
     HRESULT GravaInternalIntegracao(REG_XVDMC* pRegDmc, const tagREG_CR_INTEGRACAO_MIDDLEWAREPS* pregps);
 
     // Performs the exchange at once for every pending item of the record and records the results. *pDmc in:
-    // the integration to change or delete (null for inclusions); out: the last integration recorded.
-    // E_NOTIMPL: a system without provider; then nothing is stored.
+    // the integration to change or delete (null for inclusions); out: the last integration recorded. A system
+    // in the record restricts the exchange to what its provider has pending.
+    // Refused before anything is exchanged: E_NOTIMPL, a system without provider; E_INVALIDARG, a system, an
+    // origin or a clock that cannot be recorded; the code of reading the integration that *pDmc names. The
+    // first item that fails ends the call; items already recorded stay, and an exchange that was made and not
+    // recorded is told in the error log with system, key and origin.
     HRESULT GravaIntegracaoInstantanea(REG_XVDMC* pDmcRegistroIndex,
                                        tagREG_CR_INTEGRACAO_MIDDLEWAREPS regIntegracaoPS);
 
-    // Records every pending item of the origin as a pending integration, without exchange.
+    // Records every pending item of the origin as a pending integration, without exchange. Refused as above
+    // before anything is recorded.
     HRESULT GravaPendenciaIntegracao(REG_XVDMC regDmcIntegracaoOrigem,
                                      tagREG_CR_INTEGRACAO_MIDDLEWAREPS regIntegracaoPS);
 
@@ -124,12 +129,16 @@ class CBaseMiddleware : public CXVDataBaseFacade<CXVDataBase_CR_Middleware, CXVB
                                   REG_CR_INDEX_INTEGRACAO_V1* pregIndex, XVUInt& uiPosicaoIndex);
 
     // Exchange with external systems. No lock is held.
+    // The items that have something to send and somebody to send it to; S_OK: each could be recorded.
     HRESULT GetListaDadosIntegracaoPendente(const tagREG_CR_INTEGRACAO_MIDDLEWAREPS& regPS,
                                             CListaPendencias& listaDados);
-    HRESULT ValidaProvedores(const CListaPendencias& listaDados) const;
+    HRESULT ValidaItens(const CListaPendencias& listaDados) const;
+    HRESULT ValidaDestino(REG_XVDMC regDmc, XVUInt eTipoTransacao);
+    HRESULT ValidaArquivoDoDia(CXVGroupFileBase& rGrupo, XVUInt64 uiChaveNomeArquivo);
     HRESULT TrocaItem(CXVMiddlewareFacade& facade, const CXVDadosCR_PendenciaIntegracaoSistema& rItem,
                       const tagREG_CR_INTEGRACAO_MIDDLEWAREPS& regPS, REG_XVDMC* pDmc);
     HRESULT ExecutaTransacao(CXVDadosCR_IntegracaoMiddleware& rDados, REG_XVDMC* pDmc);
+    void CompletaRespostaSemChave(CXVDadosCR_IntegracaoMiddleware& rDados, XVUInt64 uiChaveAnterior) const;
     HRESULT GravaItemPendente(CXVMiddlewareFacade& facade, const CXVDadosCR_PendenciaIntegracaoSistema& rItem,
                               const tagREG_CR_INTEGRACAO_MIDDLEWAREPS& regPS);
 

@@ -17,9 +17,7 @@ HRESULT CBaseMiddleware::GravaIntegracao(REG_XVDMC* pRegDmc, const tagREG_CR_INT
     XV_CHECK(ValidaAcessoGravacao());
     XV_CHECK(ValidaDmcIntegracao(*pRegDmc));
     XV_CHECK(ValidaRegistro(*pregps));
-    const XVUInt eStatus = pregps->eStatusIntegracao;
-    if (pregps->uiChaveIntegracaoSistemaTerceiro == 0 && eStatus != eXVSMiddleware_Pendente &&
-        eStatus != eXVSMiddleware_Erro && eStatus != eXVSMiddleware_Cancelado)
+    if (pregps->uiChaveIntegracaoSistemaTerceiro == 0 && !AdmiteChaveZerada(pregps->eStatusIntegracao))
         XV_FALHA(E_XVCR_TENTATIVA_GRAVACAO_INTEGRACAO_COM_CHAVE_SISTEMA_TERCEIRO_ZERADA);
     const CXVAcessoDefault acesso(this);
     const REG_XVDMC regDmc = *pRegDmc;

@@ -1,47 +1,69 @@
 // CBaseMiddleware: the exchange with external systems. The store's lock is taken only by the recording
-// of each result, never while a provider works.
+// of each result, never while a provider works. What would keep a result from being recorded is looked for
+// before the first item is exchanged, for an exchange cannot be taken back.
+#include <initializer_list>
+
+#include "core/xvdatabase/XVDataBaseUtil.h"
+#include "core/xvdatabase/XVNomeArquivo.h"
 #include "middleware/BaseMiddleware.h"
 #include "middleware/XVCheckOperacao.h"
+#include "middleware/XVItemTroca.h"
+#include "middleware/XVTrocaEmCurso.h"
 #include "middleware/XVValidacaoIntegracao.h"
-
-namespace {
-
-bool EhItemIgnorado(const CXVDadosCR_PendenciaIntegracaoSistema& rItem) {
-    return rItem.sJSON.empty() || rItem.eSistemaIntegracao == Tipo_Nenhum;
-}
-
-CXVDadosCR_ParametrosIntegracao MontaParametros(const tagREG_CR_INTEGRACAO_MIDDLEWAREPS& regPS) {
-    CXVDadosCR_ParametrosIntegracao dados;
-    dados.regDmcOrigem = regPS.regDmcIntegracaoOrigem;
-    dados.regDmcIntegracao = regPS.regDmc;
-    dados.uiChaveRegistroSistemaTerceiro = regPS.uiChaveRegistroSistemaTerceiro;
-    dados.uiBaseDadosTerceiro = regPS.uiBaseDadosTerceiro;
-    dados.eTipoIntegracao = regPS.eTipoIntegracao;
-    dados.eSistemaIntegracao = regPS.eSistemaIntegracao;
-    dados.eTipoTransacao = regPS.eTipoTransacao;
-    dados.ulPonteiroFilial = regPS.ulPonteiroFilial;
-    dados.ulPonteiroAuxiliar = regPS.ulPonteiroAuxiliar;
-    dados.ucTipoPonteiroAuxiliar = regPS.ucTipoPonteiroAuxiliar;
-    return dados;
-}
-
-}  // namespace
+#include "support/XVProfiler.h"
 
 HRESULT CBaseMiddleware::GetListaDadosIntegracaoPendente(const tagREG_CR_INTEGRACAO_MIDDLEWAREPS& regPS,
                                                          CListaPendencias& listaDados) {
     CXVMiddlewareFacade facade;
     XV_CHECK(facade.Inicializa(this));
-    const CXVDadosCR_ParametrosIntegracao dadosParametrosIntegracao = MontaParametros(regPS);
+    const CXVDadosCR_ParametrosIntegracao dadosParametrosIntegracao = XVItemTroca::MontaParametros(regPS);
     XV_CHECK(facade.BuscaIntegracoes(dadosParametrosIntegracao, listaDados));
-    XV_CHECK(ValidaProvedores(listaDados));
+    std::erase_if(listaDados, XVItemTroca::EhIgnorado);
+    XV_CHECK(ValidaItens(listaDados));
     return S_OK;
 }
 
-// All systems are asked for before the first item is exchanged or stored.
-HRESULT CBaseMiddleware::ValidaProvedores(const CListaPendencias& listaDados) const {
-    for (const auto& rItem : listaDados)
-        if (!EhItemIgnorado(rItem) && CXVProvedores::Busca(rItem.eSistemaIntegracao) == nullptr)
-            XV_FALHA(E_NOTIMPL);
+// All items are looked at before the first one is exchanged or stored.
+HRESULT CBaseMiddleware::ValidaItens(const CListaPendencias& listaDados) const {
+    using namespace XVValidacaoIntegracao;
+    if (listaDados.empty()) return S_OK;
+    XV_CHECK(ValidaRelogio());
+    for (const auto& rItem : listaDados) {
+        if (CXVProvedores::Busca(rItem.eSistemaIntegracao) == nullptr) XV_FALHA(E_NOTIMPL);
+        XV_CHECK(ValidaSistemaIntegracao(rItem.eSistemaIntegracao));
+        XV_CHECK(ValidaDmc(rItem.regDmcOrigem));
+    }
+    return S_OK;
+}
+
+// The integration that the results go to must be whole: key, record and texts are read, for the update
+// rewrites them all. A new integration goes to the day's files; those that exist must open.
+HRESULT CBaseMiddleware::ValidaDestino(REG_XVDMC regDmc, XVUInt eTipoTransacao) {
+    if (!regDmc.EhNulo()) {
+        CXVDadosCR_IntegracaoMiddleware dadosAtuais;
+        XV_CHECK_EM("GravaIntegracaoInstantanea",
+                    LeDados(regDmc, &dadosAtuais, k_ullLeJSON | k_ullLeMensagem | k_ullLeJSONRetorno));
+    }
+    if (eTipoTransacao == eXVSMiddleware_Inclusao || regDmc.EhNulo()) {
+        const XVUInt64 uiChaveNomeArquivo = REG_XVDMAHMSUTC::Agora().GetDma().ToChave();
+        for (CXVGroupFileBase* pGrupo : std::initializer_list<CXVGroupFileBase*>{
+                 &m_pDataBase->m_Integracao, &m_pDataBase->m_JSONIntegracao,
+                 &m_pDataBase->m_MensagemIntegracao, &m_pDataBase->m_JSONRetornoIntegracao})
+            XV_CHECK_EM("GravaIntegracaoInstantanea", ValidaArquivoDoDia(*pGrupo, uiChaveNomeArquivo));
+    }
+    return S_OK;
+}
+
+HRESULT CBaseMiddleware::ValidaArquivoDoDia(CXVGroupFileBase& rGrupo, XVUInt64 uiChaveNomeArquivo) {
+    std::string sPath;
+    XV_CHECK_EM("GravaIntegracaoInstantanea",
+                CXVDataBaseUtil::GetPathArquivo(
+                    rGrupo.GetModulo(), GetEmpresa(),
+                    XVNomeArquivo::ChaveParaNome(uiChaveNomeArquivo, rGrupo.GetNomeArquivo()), &sPath));
+    std::string sNomeReal;
+    if (!CXVDataBaseUtil::ExistePath(sPath, &sNomeReal)) return S_OK;
+    XVUInt64 uiQuantidade = 0;
+    XV_CHECK_EM("GravaIntegracaoInstantanea", rGrupo.GetQtdRegistros(uiChaveNomeArquivo, &uiQuantidade));
     return S_OK;
 }
 
@@ -59,6 +81,7 @@ HRESULT CBaseMiddleware::GravaIntegracaoInstantanea(REG_XVDMC* pDmcRegistroIndex
     regPS.eTipoIntegracao = regIntegracaoPS.eTipoIntegracao;
     regPS.regDmcIntegracaoOrigem = regIntegracaoPS.regDmcIntegracaoOrigem;
     regPS.eTipoTransacao = regIntegracaoPS.eTipoTransacao;
+    regPS.eSistemaIntegracao = regIntegracaoPS.eSistemaIntegracao;  // only whose pending items are asked for
     regPS.ulPonteiroFilial = regIntegracaoPS.ulPonteiroFilial;
     regPS.ulPonteiroAuxiliar = regIntegracaoPS.ulPonteiroAuxiliar;
     regPS.ucTipoPonteiroAuxiliar = regIntegracaoPS.ucTipoPonteiroAuxiliar;
@@ -68,13 +91,15 @@ HRESULT CBaseMiddleware::GravaIntegracaoInstantanea(REG_XVDMC* pDmcRegistroIndex
 
     CListaPendencias listaDados;
     XV_CHECK(GetListaDadosIntegracaoPendente(regPS, listaDados));
+    if (listaDados.empty()) return S_OK;
+    const REG_XVDMC regDmcDoChamador = *pDmcRegistroIndex;
+    HRESULT hr = ValidaDestino(regDmcDoChamador, regPS.eTipoTransacao);
+    if (FAILED(hr)) return hr;
     CXVMiddlewareFacade facade;
     XV_CHECK(facade.Inicializa(this));
-    const REG_XVDMC regDmcDoChamador = *pDmcRegistroIndex;
     for (const auto& rItem : listaDados) {
-        if (EhItemIgnorado(rItem)) continue;
         REG_XVDMC regDmcItem = regDmcDoChamador;
-        const HRESULT hr = TrocaItem(facade, rItem, regPS, &regDmcItem);
+        hr = TrocaItem(facade, rItem, regPS, &regDmcItem);
         // What was recorded stays recorded, whatever the closing operation answers.
         if (SUCCEEDED(hr) || !(regDmcItem == regDmcDoChamador)) *pDmcRegistroIndex = regDmcItem;
         if (FAILED(hr)) return hr;
@@ -95,20 +120,23 @@ HRESULT CBaseMiddleware::TrocaItem(CXVMiddlewareFacade& facade,
     dadosIntegreacaoMidleware.uiBaseDadosTerceiro = rItem.uiBaseDadosTerceiro;
     dadosIntegreacaoMidleware.uiChaveRegistroSistemaTerceiro = rItem.uiChaveRegistroSistemaTerceiro;
     if (!pDmc->EhNulo()) {
-        // The external system knows an existing integration by its own key.
+        // The external system knows an existing integration by its own key; to another system that key would
+        // name somebody else's document.
         REG_CR_INDEX_INTEGRACAO_V1 regIndex;
         // clang-format off
         XV_CHECK_EM("GravaIntegracaoInstantanea", m_pDataBase->m_IndexIntegracao.LeIndex(CXVDataBase_CR_Middleware::GetChaveIndex(*pDmc), &regIndex, EColuna_Indexacao_Middleware::eIndexacao_DMCIntegracao));
         // clang-format on
-        dadosIntegreacaoMidleware.uiChaveIntegracaoSistemaTerceiro =
-            regIndex.uiChaveIntegracaoSistemaTerceiro;
+        if (regIndex.eSistemaIntegracao == rItem.eSistemaIntegracao)
+            dadosIntegreacaoMidleware.uiChaveIntegracaoSistemaTerceiro =
+                regIndex.uiChaveIntegracaoSistemaTerceiro;
     }
     XV_CHECK_EM("GravaIntegracaoInstantanea", facade.RealizaOperacaoAnterior(dadosIntegreacaoMidleware));
+    XV_CHECK_EM("GravaIntegracaoInstantanea", ValidaRegistro(dadosIntegreacaoMidleware.ComoRegistro()));
     const HRESULT hr = ExecutaTransacao(dadosIntegreacaoMidleware, pDmc);
     if (FAILED(hr)) return hr;
 
     CXVDadosCR_ParametrosIntegracao dadosParametrosIntegracao =
-        MontaParametros(dadosIntegreacaoMidleware.ComoRegistro());
+        XVItemTroca::MontaParametros(dadosIntegreacaoMidleware.ComoRegistro());
     dadosParametrosIntegracao.regDmcOrigem = rItem.regDmcOrigem;
     dadosParametrosIntegracao.regDmcIntegracao = *pDmc;
     XV_CHECK_EM("GravaIntegracaoInstantanea", facade.RealizaOperacaoPosterior(dadosParametrosIntegracao));
@@ -117,110 +145,64 @@ HRESULT CBaseMiddleware::TrocaItem(CXVMiddlewareFacade& facade,
 
 HRESULT CBaseMiddleware::ExecutaTransacao(CXVDadosCR_IntegracaoMiddleware& dados,
                                           REG_XVDMC* pDmcRegistroIndex) {
+    const XVUInt eTransacao = dados.eTipoTransacao;
+    if (eTransacao == XVSMiddleware_TipoTransacaoNenhum ||
+        (eTransacao == eXVSMiddleware_Alteracao && pDmcRegistroIndex->EhNulo()))
+        return S_OK;
+    CXVTrocaEmCurso troca(this, dados, *pDmcRegistroIndex);
+    const XVUInt64 uiChaveAnterior = dados.uiChaveIntegracaoSistemaTerceiro;
     tagREG_CR_INTEGRACAO_MIDDLEWAREPS regPS{};
-    switch (dados.eTipoTransacao) {
+    // clang-format off
+    switch (eTransacao) {
         case eXVSMiddleware_Inclusao:
-            XV_CHECK_EM("GravaIntegracaoInstantanea",
-                        CXVMiddlewareIntegracaoSistemas::EnviaJsonIntegracaoSistemasTerceiros(dados, this));
+            XV_CHECK_TEXTO_EM("GravaIntegracaoInstantanea", troca.Responde(CXVMiddlewareIntegracaoSistemas::EnviaJsonIntegracaoSistemasTerceiros(dados, this)),
+                              "CXVMiddlewareIntegracaoSistemas::EnviaJsonIntegracaoSistemasTerceiros(dados, this)");
             regPS = dados.ComoRegistro();
-            XV_CHECK_EM("GravaIntegracaoInstantanea", GravaInternalIntegracao(pDmcRegistroIndex, &regPS));
+            XV_CHECK_TEXTO_EM("GravaIntegracaoInstantanea", troca.Grava(GravaInternalIntegracao(pDmcRegistroIndex, &regPS)),
+                              "GravaInternalIntegracao(pDmcRegistroIndex, &regPS)");
             break;
         case eXVSMiddleware_Alteracao:
-            if (pDmcRegistroIndex->EhNulo()) break;
-            XV_CHECK_EM(
-                "GravaIntegracaoInstantanea",
-                CXVMiddlewareIntegracaoSistemas::BuscaDadosIntegracaoSistemasTerceiros(dados, nullptr, this));
+            XV_CHECK_TEXTO_EM("GravaIntegracaoInstantanea", troca.Responde(CXVMiddlewareIntegracaoSistemas::BuscaDadosIntegracaoSistemasTerceiros(dados, nullptr, this)),
+                              "CXVMiddlewareIntegracaoSistemas::BuscaDadosIntegracaoSistemasTerceiros(dados, nullptr, this)");
+            CompletaRespostaSemChave(dados, uiChaveAnterior);
             regPS = dados.ComoRegistro();
-            XV_CHECK_EM("GravaIntegracaoInstantanea", GravaIntegracao(pDmcRegistroIndex, &regPS));
+            XV_CHECK_TEXTO_EM("GravaIntegracaoInstantanea", troca.Grava(GravaIntegracao(pDmcRegistroIndex, &regPS)),
+                              "GravaIntegracao(pDmcRegistroIndex, &regPS)");
             break;
         case eXVSMiddleware_Exclusao:
-            XV_CHECK_EM("GravaIntegracaoInstantanea",
-                        CXVMiddlewareIntegracaoSistemas::ExcluiDadosIntegracaoSistemasTerceiros(dados, this));
-            if (dados.eStatusIntegracao != eXVSMiddleware_Cancelado) break;
+            XV_CHECK_TEXTO_EM("GravaIntegracaoInstantanea", troca.Responde(CXVMiddlewareIntegracaoSistemas::ExcluiDadosIntegracaoSistemasTerceiros(dados, this)),
+                              "CXVMiddlewareIntegracaoSistemas::ExcluiDadosIntegracaoSistemasTerceiros(dados, this)");
+            if (dados.eStatusIntegracao != eXVSMiddleware_Cancelado) {
+                troca.ExclusaoSemConfirmacao();
+                break;
+            }
             regPS = dados.ComoRegistro();
-            XV_CHECK_EM("GravaIntegracaoInstantanea", GravaIntegracao(pDmcRegistroIndex, &regPS));
+            XV_CHECK_TEXTO_EM("GravaIntegracaoInstantanea", troca.Grava(GravaIntegracao(pDmcRegistroIndex, &regPS)),
+                              "GravaIntegracao(pDmcRegistroIndex, &regPS)");
             break;
         default:
             break;
     }
+    // clang-format on
     return S_OK;
 }
 
-HRESULT CBaseMiddleware::GravaPendenciaIntegracao(REG_XVDMC regDmcIntegracaoOrigem,
-                                                  tagREG_CR_INTEGRACAO_MIDDLEWAREPS regIntegracaoPS) {
-    XV_ESCOPO({"regDmcIntegracaoOrigem", regDmcIntegracaoOrigem.uiValor});
-    XV_CHECK(ValidaAcessoGravacao());
-    XV_CHECK(XVValidacaoIntegracao::ValidaDmc(regDmcIntegracaoOrigem));
-    XV_CHECK(ValidaRegistro(regIntegracaoPS));
-    const CXVAcessoDefault acesso(this);
-    tagREG_CR_INTEGRACAO_MIDDLEWAREPS regPS = regIntegracaoPS;
-    regPS.regDmcIntegracaoOrigem = regDmcIntegracaoOrigem;
-    regPS.regRegistroJSON = regPS.regMensagemIntegracao = regPS.regJSONRetornoIntegracao = {};
-    regPS.uiChaveIntegracaoSistemaTerceiro = 0;
-    CListaPendencias listaDados;
-    XV_CHECK(GetListaDadosIntegracaoPendente(regPS, listaDados));
-    CXVMiddlewareFacade facade;
-    XV_CHECK(facade.Inicializa(this));
-    for (const auto& rItem : listaDados) {
-        if (EhItemIgnorado(rItem)) continue;
-        const HRESULT hr = GravaItemPendente(facade, rItem, regPS);
-        if (FAILED(hr)) return hr;
-    }
-    return S_OK;
-}
-
-HRESULT CBaseMiddleware::GravaItemPendente(CXVMiddlewareFacade& facade,
-                                           const CXVDadosCR_PendenciaIntegracaoSistema& rItem,
-                                           const tagREG_CR_INTEGRACAO_MIDDLEWAREPS& regBase) {
-    CXVDadosCR_IntegracaoMiddleware dados;
-    XV_CHECK_EM("GravaPendenciaIntegracao", dados.CopiarDe(regBase));
-    dados.eStatusIntegracao = eXVSMiddleware_Pendente;
-    dados.regDmcMovimentoOrigem = rItem.regDmcOrigem;
-    dados.eSistemaIntegracao = rItem.eSistemaIntegracao;
-    dados.sRegistroJSON = rItem.sJSON;
-    dados.cReconsultarIdTerceiros = rItem.cReconsultarIdTerceiros;
-    dados.uiBaseDadosTerceiro = rItem.uiBaseDadosTerceiro;
-    if (rItem.ulPonteiroFilial != 0) dados.ulPonteiroFilial = rItem.ulPonteiroFilial;
-    dados.uiChaveRegistroSistemaTerceiro = rItem.uiChaveRegistroSistemaTerceiro;
-
-    CXVDadosCR_ParametrosIntegracao dadosParamentrosIntegracao = MontaParametros(dados.ComoRegistro());
-    dadosParamentrosIntegracao.regDmcOrigem = rItem.regDmcOrigem;
-    XV_CHECK_EM("GravaPendenciaIntegracao", facade.AtualizaParametrosIntegracao(dadosParamentrosIntegracao));
-    dados.eTipoIntegracao = dadosParamentrosIntegracao.eTipoIntegracao;
-    dados.eTipoTransacao = dadosParamentrosIntegracao.eTipoTransacao;
-    dados.ulPonteiroFilial = dadosParamentrosIntegracao.ulPonteiroFilial;
-    dados.regDmcMovimentoOrigem = dadosParamentrosIntegracao.regDmcOrigem;
-    dados.uiChaveRegistroSistemaTerceiro = dadosParamentrosIntegracao.uiChaveRegistroSistemaTerceiro;
-
-    REG_XVDMC regDmc;
-    const tagREG_CR_INTEGRACAO_MIDDLEWAREPS regPS = dados.ComoRegistro();
-    XV_CHECK_EM("GravaPendenciaIntegracao", GravaInternalIntegracao(&regDmc, &regPS));
-    tagREG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIROPS regPSChave{};
-    regPSChave.regDmcRegistroTelvo = dados.regDmcMovimentoOrigem;
-    regPSChave.uiBaseDadosTerceiro = dados.uiBaseDadosTerceiro;
-    regPSChave.eTipoIntegracao = dados.eTipoIntegracao;
-    regPSChave.eSistemaIntegracao = dados.eSistemaIntegracao;
-    regPSChave.regDmcOrigemIntegracao = regDmc;
-    XV_CHECK_EM("GravaPendenciaIntegracao", GravaChaveRegistroTelvoParaTerceiroPendente(regPSChave));
-    return S_OK;
-}
-
-HRESULT CBaseMiddleware::BuscaDadosSistemaTerceiro(
-    const tagREG_CR_CONSULTA_SISTEMA_TERCEIROPS& regConsultaPS,
-    tagREG_CR_STATUS_CONSULTA_SISTEMA_TERCEIROPS* pRegStatusPS) {
-    XV_ESCOPO({"eTipoConsulta", XVUInt64{regConsultaPS.eTipoConsulta}});
-    if (pRegStatusPS == nullptr) XV_FALHA(E_POINTER);
-    *pRegStatusPS = {};
-    XV_CHECK(ValidaAcesso());
-    XV_CHECK(XVValidacaoIntegracao::ValidaTipoConsulta(regConsultaPS.eTipoConsulta));
-    const CXVAcessoDefault acesso(this);
-    CXVDadosCR_ConsultaSistemaTerceiro dadosConsultaSistemaTerceiro;
-    XV_CHECK(dadosConsultaSistemaTerceiro.CopiarDe(regConsultaPS));
-    CXVDadosCR_StatusConsultaSistemaTerceiro dadosStatusConsultaSistemaTerceiro;
-    CXVMiddlewareFacade facade;
-    XV_CHECK(facade.Inicializa(this));
-    XV_CHECK(
-        facade.BuscaDadosSistemaTerceiro(dadosConsultaSistemaTerceiro, dadosStatusConsultaSistemaTerceiro));
-    XV_CHECK(dadosStatusConsultaSistemaTerceiro.CopiarParaPS(pRegStatusPS));
-    return S_OK;
+// A status that needs a key, answered without one, does not say that the document lost it: the key that is
+// known stays. Where none is known the answer contradicts itself and is recorded as an error that says so.
+void CBaseMiddleware::CompletaRespostaSemChave(CXVDadosCR_IntegracaoMiddleware& dados,
+                                               XVUInt64 uiChaveAnterior) const {
+    if (dados.uiChaveIntegracaoSistemaTerceiro != 0 ||
+        XVValidacaoIntegracao::AdmiteChaveZerada(dados.eStatusIntegracao))
+        return;
+    dados.uiChaveIntegracaoSistemaTerceiro = uiChaveAnterior;
+    if (uiChaveAnterior != 0) return;
+    const std::string sAviso = "O sistema externo respondeu a situação " +
+                               std::to_string(dados.eStatusIntegracao) + " sem informar a chave.";
+    XVProfiler::RecordError(this, "CBaseMiddleware::GravaIntegracaoInstantanea", XVNomeFonte(), __LINE__,
+                            "%s Sistema %u, origem %s; gravada como erro", sAviso.c_str(),
+                            static_cast<unsigned>(dados.eSistemaIntegracao),
+                            dados.regDmcMovimentoOrigem.ToString().c_str());
+    dados.sMensagemIntegracao =
+        dados.sMensagemIntegracao.empty() ? sAviso : sAviso + " " + dados.sMensagemIntegracao;
+    dados.eStatusIntegracao = eXVSMiddleware_Erro;
 }

@@ -1,4 +1,5 @@
-// Distrust of what comes from outside: every check answers S_OK or E_INVALIDARG and touches nothing.
+// Distrust of what comes from outside: every check answers S_OK or E_INVALIDARG and touches nothing; and the
+// rule of the missing key.
 #pragma once
 
 #include "suite/XVCR_BuffersPS.h"
@@ -34,6 +35,11 @@ constexpr HRESULT ValidaTipoConsulta(XVUInt eTipoConsulta) {
 inline HRESULT ValidaDataHora(REG_XVDMAHMSUTC regDataHora) {
     return ResultadoDe(regDataHora.EhValida());
 }
+// The clock of a record that is written now.
+inline HRESULT ValidaRelogio() {
+    const REG_XVDMAHMSUTC regAgora = REG_XVDMAHMSUTC::Agora();
+    return ResultadoDe(!regAgora.EhNula() && regAgora.EhValida());
+}
 inline HRESULT ValidaDmc(REG_XVDMC regDmc) {
     return ResultadoDe(regDmc.EhValido());
 }
@@ -42,6 +48,12 @@ inline HRESULT ValidaDmcIntegracao(REG_XVDMC regDmc) {
 }
 inline HRESULT ValidaTexto(const _REG_DF_TEXTOPS& regTexto) {
     return ResultadoDe(CXVStringPS::EhValido(regTexto));
+}
+
+// Whether an existing integration may lose or lack its external key in this status.
+constexpr bool AdmiteChaveZerada(XVUInt eStatusIntegracao) {
+    return eStatusIntegracao == eXVSMiddleware_Pendente || eStatusIntegracao == eXVSMiddleware_Erro ||
+           eStatusIntegracao == eXVSMiddleware_Cancelado;
 }
 
 }  // namespace XVValidacaoIntegracao

@@ -15,6 +15,9 @@ class CXVBibliotecaDinamica {
     CXVBibliotecaDinamica& operator=(const CXVBibliotecaDinamica&) = delete;
 
     bool EstaCarregada() const { return m_hBiblioteca != nullptr; }
+    // Why a library that lies in the program's directory was not loaded, as the system says it; empty when it
+    // was loaded, or when it is absent.
+    const std::string& GetMotivoFalha() const { return m_sMotivoFalha; }
 
     // The exported function, or null.
     template <class TFuncao>
@@ -26,4 +29,5 @@ class CXVBibliotecaDinamica {
     using PFuncaoGenerica = void (*)();
     PFuncaoGenerica GetEndereco(const char* pszNome) const;
     void* m_hBiblioteca = nullptr;
+    std::string m_sMotivoFalha;
 };

@@ -9,6 +9,11 @@ HRESULT BuscaProvedor(XVUInt eSistema, IXVProvedorIntegracao** ppProvedor) {
     return *ppProvedor != nullptr ? S_OK : E_NOTIMPL;
 }
 
+// An operation that a provider does not offer has nothing to do there.
+HRESULT SeOferecida(HRESULT hr) {
+    return hr == E_NOTIMPL ? S_OK : hr;
+}
+
 HRESULT ValidaConsulta(const CXVDadosCR_ConsultaSistemaTerceiro& rConsulta) {
     const bool bValida = rConsulta.eTipoConsulta != eXVSMiddleware_NenhumaConsulta &&
                          rConsulta.eTipoConsulta < eXVSMiddleware_QuantidadeTipoConsulta;
@@ -19,8 +24,8 @@ HRESULT ValidaConsulta(const CXVDadosCR_ConsultaSistemaTerceiro& rConsulta) {
 HRESULT BuscaEmTodos(const IXVDF_Profiler& rDono, const CXVDadosCR_ParametrosIntegracao& rParametros,
                      std::vector<CXVDadosCR_PendenciaIntegracaoSistema>& listaDados) {
     for (IXVProvedorIntegracao* pProvedor : CXVProvedores::Lista()) {
-        const HRESULT hr = pProvedor->BuscaIntegracoes(rDono, rParametros, listaDados);
-        if (FAILED(hr) && hr != E_NOTIMPL) return hr;
+        const HRESULT hr = SeOferecida(pProvedor->BuscaIntegracoes(rDono, rParametros, listaDados));
+        if (FAILED(hr)) return hr;
     }
     return S_OK;
 }
@@ -41,21 +46,24 @@ HRESULT ConsultaProvedores(const IXVDF_Profiler& rDono, const CXVDadosCR_Consult
 HRESULT CXVMiddlewareFacade::RealizaOperacaoAnterior(CXVDadosCR_IntegracaoMiddleware& rDados) {
     IXVProvedorIntegracao* pProvedor = nullptr;
     XV_CHECK(BuscaProvedor(rDados.eSistemaIntegracao, &pProvedor));
-    XV_CHECK(pProvedor->RealizaOperacaoAnterior(*this, rDados));
+    XV_CHECK_TEXTO(SeOferecida(pProvedor->RealizaOperacaoAnterior(*this, rDados)),
+                   "pProvedor->RealizaOperacaoAnterior(*this, rDados)");
     return S_OK;
 }
 
 HRESULT CXVMiddlewareFacade::RealizaOperacaoPosterior(const CXVDadosCR_ParametrosIntegracao& rParametros) {
     IXVProvedorIntegracao* pProvedor = nullptr;
     XV_CHECK(BuscaProvedor(rParametros.eSistemaIntegracao, &pProvedor));
-    XV_CHECK(pProvedor->RealizaOperacaoPosterior(*this, rParametros));
+    XV_CHECK_TEXTO(SeOferecida(pProvedor->RealizaOperacaoPosterior(*this, rParametros)),
+                   "pProvedor->RealizaOperacaoPosterior(*this, rParametros)");
     return S_OK;
 }
 
 HRESULT CXVMiddlewareFacade::AtualizaParametrosIntegracao(CXVDadosCR_ParametrosIntegracao& rParametros) {
     IXVProvedorIntegracao* pProvedor = nullptr;
     XV_CHECK(BuscaProvedor(rParametros.eSistemaIntegracao, &pProvedor));
-    XV_CHECK(pProvedor->AtualizaParametrosIntegracao(*this, rParametros));
+    XV_CHECK_TEXTO(SeOferecida(pProvedor->AtualizaParametrosIntegracao(*this, rParametros)),
+                   "pProvedor->AtualizaParametrosIntegracao(*this, rParametros)");
     return S_OK;
 }
 
@@ -66,7 +74,8 @@ HRESULT CXVMiddlewareFacade::BuscaIntegracoes(
     if (rParametros.eSistemaIntegracao != Tipo_Nenhum) {
         IXVProvedorIntegracao* pProvedor = nullptr;
         XV_CHECK(BuscaProvedor(rParametros.eSistemaIntegracao, &pProvedor));
-        XV_CHECK(pProvedor->BuscaIntegracoes(*this, rParametros, listaDados));
+        XV_CHECK_TEXTO(SeOferecida(pProvedor->BuscaIntegracoes(*this, rParametros, listaDados)),
+                       "pProvedor->BuscaIntegracoes(*this, rParametros, listaDados)");
         return S_OK;
     }
     XV_CHECK(BuscaEmTodos(*this, rParametros, listaDados));

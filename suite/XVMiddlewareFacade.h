@@ -1,5 +1,7 @@
 // The store's door to the external systems. Where a system has no provider the operations that need one
-// answer E_NOTIMPL. Thread rule: one object is used by one thread.
+// answer E_NOTIMPL. What happens around an exchange is optional: a provider that does not offer it has
+// nothing to do. The exchange itself and direct queries are not. Positive results of providers are successes.
+// Thread rule: one object is used by one thread.
 #pragma once
 
 #include <vector>
@@ -23,7 +25,8 @@ class CXVMiddlewareFacade : public CXVInicializador {
                                       CXVDadosCR_StatusConsultaSistemaTerceiro& rStatus);
 };
 
-// The exchange itself. The system is the one that the data names.
+// The exchange itself. The system is the one that the data names; E_NOTIMPL: it has no provider, or one that
+// does not offer this exchange, and nothing was sent.
 class CXVMiddlewareIntegracaoSistemas {
   public:
     XV_CLASSE("CXVMiddlewareIntegracaoSistemas", "XVMiddlewareIntegracaoSistemas")

@@ -1,8 +1,11 @@
 #include "suite/XVProvedorAdaptador.h"
 
+#include <cstdio>
 #include <cstring>
 #include <limits>
 #include <utility>
+
+#include "suite/XVRespostaPerdida.h"
 
 namespace {
 
@@ -96,9 +99,16 @@ class CXVBufferDoPlugin {
     const XVProvedorBuffer& m_rBuffer;
 };
 
-bool EhTabelaValida(const XVProvedorTabela& rTabela, XVUInt eSistema) {
-    return rTabela.ulTamanho == sizeof(XVProvedorTabela) && rTabela.ulVersao == XVPROVEDOR_VERSAO &&
-           rTabela.eSistema == eSistema && rTabela.pfnLibera != nullptr;
+// What keeps a library from being used; empty: nothing.
+std::string MotivoDaRecusa(const XVProvedorTabela& rTabela, XVUInt eSistema) {
+    if (rTabela.ulTamanho != sizeof(XVProvedorTabela))
+        return "tabela de " + std::to_string(rTabela.ulTamanho) + " bytes em vez de " +
+               std::to_string(sizeof(XVProvedorTabela));
+    if (rTabela.ulVersao != XVPROVEDOR_VERSAO)
+        return "tabela da versão " + std::to_string(rTabela.ulVersao) + " em vez de " +
+               std::to_string(XVPROVEDOR_VERSAO);
+    if (rTabela.eSistema != eSistema) return "serve o sistema " + std::to_string(rTabela.eSistema);
+    return rTabela.pfnLibera == nullptr ? "tabela sem pfnLibera" : std::string();
 }
 
 // What a library may answer: a success counts as S_OK.
@@ -123,13 +133,22 @@ HRESULT CopiaPendencia(const XVProvedorTabela& rTabela, const XVProvedorPendenci
 
 }  // namespace
 
-std::unique_ptr<IXVProvedorIntegracao> CXVProvedorAdaptador::Cria(PFXVProvedorObtem pfnObtem,
-                                                                  XVUInt eSistema) {
+std::unique_ptr<IXVProvedorIntegracao> CXVProvedorAdaptador::Cria(PFXVProvedorObtem pfnObtem, XVUInt eSistema,
+                                                                  std::string* psMotivo) {
+    *psMotivo = "não exporta " XVPROVEDOR_FUNCAO;
     if (pfnObtem == nullptr) return nullptr;
     XVProvedorTabela tabela{};
     tabela.ulTamanho = sizeof(tabela);
     tabela.ulVersao = XVPROVEDOR_VERSAO;
-    if (pfnObtem(XVPROVEDOR_VERSAO, &tabela) < 0 || !EhTabelaValida(tabela, eSistema)) return nullptr;
+    if (const std::int32_t iResultado = pfnObtem(XVPROVEDOR_VERSAO, &tabela); iResultado < 0) {
+        char szMotivo[64];
+        std::snprintf(szMotivo, sizeof(szMotivo), XVPROVEDOR_FUNCAO " respondeu 0x%08X",
+                      static_cast<unsigned>(iResultado));
+        *psMotivo = szMotivo;
+        return nullptr;
+    }
+    *psMotivo = MotivoDaRecusa(tabela, eSistema);
+    if (!psMotivo->empty()) return nullptr;
     return std::unique_ptr<IXVProvedorIntegracao>(new CXVProvedorAdaptador(tabela));
 }
 
@@ -138,17 +157,26 @@ HRESULT CXVProvedorAdaptador::Executa(PFXVProvedorDados pfnOperacao, const IXVDF
     if (pfnOperacao == nullptr) return E_NOTIMPL;
     const XVProvedorDono dono = ComoDono(rDono);
     XVProvedorDados reg = ComoDados(rDados);
+    CXVRespostaPerdida perdida(rDono, rDados, reg);
     const HRESULT hr = Codigo(pfnOperacao(m_Tabela.pContexto, &dono, &reg));
     const CXVBufferDoPlugin json(m_Tabela, reg.bufRegistroJSON);
     const CXVBufferDoPlugin mensagem(m_Tabela, reg.bufMensagemIntegracao);
     const CXVBufferDoPlugin jsonRetorno(m_Tabela, reg.bufJSONRetornoIntegracao);
-    if (FAILED(hr)) return hr;
-    if (!json.EhValido(true) || !mensagem.EhValido(true) || !jsonRetorno.EhValido(true) ||
-        reg.eStatusIntegracao >= eXVSMiddleware_QuantidadeStatusIntegracao)
-        return k_hrRespostaInvalida;
-    json.Aplica(rDados.sRegistroJSON);
-    mensagem.Aplica(rDados.sMensagemIntegracao);
-    jsonRetorno.Aplica(rDados.sJSONRetornoIntegracao);
+    if (FAILED(hr)) return perdida.Falhou(hr);
+    if (!json.EhValido(true) || !mensagem.EhValido(true) || !jsonRetorno.EhValido(true))
+        return perdida.Recusada("texto inválido", k_hrRespostaInvalida);
+    if (reg.eStatusIntegracao >= eXVSMiddleware_QuantidadeStatusIntegracao)
+        return perdida.Recusada("situação inválida", k_hrRespostaInvalida);
+    std::string sJSON = rDados.sRegistroJSON;
+    std::string sMensagem = rDados.sMensagemIntegracao;
+    std::string sJSONRetorno = rDados.sJSONRetornoIntegracao;
+    json.Aplica(sJSON);
+    mensagem.Aplica(sMensagem);
+    jsonRetorno.Aplica(sJSONRetorno);
+    perdida.Aproveitada();
+    rDados.sRegistroJSON = std::move(sJSON);
+    rDados.sMensagemIntegracao = std::move(sMensagem);
+    rDados.sJSONRetornoIntegracao = std::move(sJSONRetorno);
     rDados.uiChaveIntegracaoSistemaTerceiro = reg.uiChaveIntegracaoSistemaTerceiro;
     rDados.uiChaveRegistroSistemaTerceiro = reg.uiChaveRegistroSistemaTerceiro;
     rDados.uiBaseDadosTerceiro = reg.uiBaseDadosTerceiro;

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <memory>
+#include <string>
 
 #include "suite/XVProvedorIntegracao.h"
 #include "suite/XVProvedorPlugin.h"
@@ -13,9 +14,10 @@ class CXVProvedorAdaptador final : public IXVProvedorIntegracao {
     // range, NUL in a text. Nothing of such an answer is used.
     static constexpr HRESULT k_hrRespostaInvalida = XVHResult(0x8000FFFFU);  // E_UNEXPECTED
 
-    // Asks the library's exported function for its table; null when version, sizes, system or required
-    // functions do not fit.
-    static std::unique_ptr<IXVProvedorIntegracao> Cria(PFXVProvedorObtem pfnObtem, XVUInt eSistema);
+    // Asks the library's exported function (null: it exports none) for its table; null when version, sizes,
+    // system or required functions do not fit, and then *psMotivo says what.
+    static std::unique_ptr<IXVProvedorIntegracao> Cria(PFXVProvedorObtem pfnObtem, XVUInt eSistema,
+                                                       std::string* psMotivo);
 
     XVUInt GetSistema() const override { return m_Tabela.eSistema; }
     HRESULT RealizaOperacaoAnterior(const IXVDF_Profiler& rDono,

@@ -17,7 +17,7 @@ class IXVProvedorIntegracao {
 
     virtual XVUInt GetSistema() const = 0;  // XVSMiddleware_SistemaIntegracao
 
-    // Before and after an exchange. The first may complete the data.
+    // Before and after an exchange; E_NOTIMPL: there is nothing to do. The first may complete the data.
     virtual HRESULT RealizaOperacaoAnterior(const IXVDF_Profiler& rDono,
                                             CXVDadosCR_IntegracaoMiddleware& rDados) = 0;
     virtual HRESULT RealizaOperacaoPosterior(const IXVDF_Profiler& rDono,
@@ -31,7 +31,8 @@ class IXVProvedorIntegracao {
                                      std::vector<CXVDadosCR_PendenciaIntegracaoSistema>& listaDados) = 0;
 
     // The exchange: send, query again, delete. A result of the external system (accepted, refused) is told by
-    // status, message, returned JSON and key in rDados; an exchange that did not take place by the code.
+    // status, message, returned JSON and key in rDados; an exchange that did not take place by the code, of
+    // which E_NOTIMPL alone promises that nothing was sent.
     virtual HRESULT EnviaJson(const IXVDF_Profiler& rDono, CXVDadosCR_IntegracaoMiddleware& rDados) = 0;
     virtual HRESULT BuscaDados(const IXVDF_Profiler& rDono, CXVDadosCR_IntegracaoMiddleware& rDados) = 0;
     virtual HRESULT ExcluiDados(const IXVDF_Profiler& rDono, CXVDadosCR_IntegracaoMiddleware& rDados) = 0;

@@ -8,8 +8,10 @@
  * XVProvedorBuffer is allocated by the library and given back through its own pfnLibera exactly once, after
  * the call, whatever the call returned; a buffer that was not filled stays as it came (all zero).
  *
- * Results are HRESULTs; E_NOTIMPL (0x80004001) means that the system does not offer the operation. A function
- * pointer may be null with the same meaning, pfnLibera excepted.
+ * Results are HRESULTs; positive ones are successes. E_NOTIMPL (0x80004001) means that the system does not
+ * offer the operation and that nothing was done. A function pointer may be null with the same meaning,
+ * pfnLibera excepted. Not offering what surrounds an exchange (before, after, parameters, pending items) is
+ * no failure.
  */
 #ifndef XVPROVEDORPLUGIN_H
 #define XVPROVEDORPLUGIN_H

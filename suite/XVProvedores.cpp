@@ -28,6 +28,7 @@ class CXVRegistroProvedores {
     }
 
   private:
+    // An absent library is a system without provider; one that is there and cannot be used is told.
     void Carrega(XVUInt eSistema) {
         if (eSistema == SimulacaoSistemaTerceiro) {
             m_lista.push_back(std::make_unique<CXVProvedorSimulacao>());
@@ -35,13 +36,16 @@ class CXVRegistroProvedores {
         }
         auto pBiblioteca =
             std::make_unique<CXVBibliotecaDinamica>("XVProvedor" + std::to_string(eSistema) + ".dll");
-        if (!pBiblioteca->EstaCarregada()) return;
-        auto pProvedor = CXVProvedorAdaptador::Cria(
-            pBiblioteca->GetFuncao<PFXVProvedorObtem>(XVPROVEDOR_FUNCAO), eSistema);
+        std::string sMotivo = pBiblioteca->GetMotivoFalha();
+        std::unique_ptr<IXVProvedorIntegracao> pProvedor;
+        if (pBiblioteca->EstaCarregada())
+            pProvedor = CXVProvedorAdaptador::Cria(
+                pBiblioteca->GetFuncao<PFXVProvedorObtem>(XVPROVEDOR_FUNCAO), eSistema, &sMotivo);
         if (pProvedor == nullptr) {
-            XVProfiler::RecordError(nullptr, "CXVProvedores::Carrega", "suite/XVProvedores", __LINE__,
-                                    "Biblioteca XVProvedor%u recusada: interface incompatível",
-                                    static_cast<unsigned>(eSistema));
+            if (!sMotivo.empty())
+                XVProfiler::RecordError(nullptr, "CXVProvedores::Carrega", "suite/XVProvedores", __LINE__,
+                                        "Biblioteca XVProvedor%u não utilizada: %s",
+                                        static_cast<unsigned>(eSistema), sMotivo.c_str());
             return;
         }
         m_listaBibliotecas.push_back(std::move(pBiblioteca));

@@ -1,4 +1,5 @@
 #include <dlfcn.h>
+#include <sys/stat.h>
 
 #include "platform/XVAmbienteSO.h"
 #include "platform/XVBibliotecaDinamica.h"
@@ -19,6 +20,16 @@ std::string NomeLocal(const std::string& sNome) {
 
 void* Carrega(const std::string& sCaminho) {
     return dlopen(sCaminho.c_str(), RTLD_NOW | RTLD_LOCAL);
+}
+
+// What the loader said of its last failure; empty when nothing is there to load.
+std::string MotivoSePresente(const std::string& sCaminho) {
+    const char* pszMotivo = dlerror();
+    struct stat estado {};
+    if (lstat(sCaminho.c_str(), &estado) != 0) {
+        return {};
+    }
+    return pszMotivo != nullptr ? pszMotivo : "?";
 }
 
 // Whether a name without directory would also be looked for in directories that are not absolute.
@@ -49,7 +60,11 @@ CXVBibliotecaDinamica::CXVBibliotecaDinamica(const std::string& sNome) {
     const std::string sLocal = NomeLocal(sNome);
     for (const std::string& sCandidato : {sLocal, "lib" + sLocal}) {
         if (m_hBiblioteca == nullptr && !sDiretorio.empty()) {
-            m_hBiblioteca = Carrega(XVCaminho::Junta(sDiretorio, sCandidato, '/', "/"));
+            const std::string sCaminho = XVCaminho::Junta(sDiretorio, sCandidato, '/', "/");
+            m_hBiblioteca = Carrega(sCaminho);
+            if (m_hBiblioteca == nullptr && m_sMotivoFalha.empty()) {
+                m_sMotivoFalha = MotivoSePresente(sCaminho);
+            }
         }
     }
     const bool bSistema = !BuscaPassaPeloDiretorioCorrente();
@@ -57,6 +72,9 @@ CXVBibliotecaDinamica::CXVBibliotecaDinamica(const std::string& sNome) {
         if (m_hBiblioteca == nullptr && bSistema) {
             m_hBiblioteca = Carrega(sCandidato);
         }
+    }
+    if (m_hBiblioteca != nullptr) {
+        m_sMotivoFalha.clear();
     }
 }
 

@@ -109,12 +109,20 @@ TEST_F(ProvedorPluginTeste, ConsultaVaiAoPrimeiroProvedorQueAConhece) {
     }
 }
 
-TEST_F(ProvedorPluginTeste, OperacaoAusenteESistemaSemProvedorSaoENotimpl) {
+TEST_F(ProvedorPluginTeste, OperacaoOpcionalAusenteESucessoESistemaSemProvedorEENotimpl) {
     CXVDadosCR_IntegracaoMiddleware dados;
     dados.eSistemaIntegracao = Mercos;
-    EXPECT_EQ(m_Facade.RealizaOperacaoAnterior(dados), E_NOTIMPL);
-    dados.eSistemaIntegracao = OfficialBank;
+    CXVDadosCR_ParametrosIntegracao parametros;
+    parametros.eSistemaIntegracao = Mercos;
+    EXPECT_EQ(m_Facade.RealizaOperacaoAnterior(dados), S_OK);
+    EXPECT_EQ(m_Facade.RealizaOperacaoPosterior(parametros), S_OK);
     using CXVTroca = CXVMiddlewareIntegracaoSistemas;
+    EXPECT_EQ(CXVTroca::ExcluiDadosIntegracaoSistemasTerceiros(dados, &m_Dono), E_NOTIMPL)
+        << "the exchange itself is not optional";
+    dados.eSistemaIntegracao = parametros.eSistemaIntegracao = OfficialBank;
+    EXPECT_EQ(m_Facade.RealizaOperacaoAnterior(dados), E_NOTIMPL);
+    EXPECT_EQ(m_Facade.RealizaOperacaoPosterior(parametros), E_NOTIMPL);
+    EXPECT_EQ(m_Facade.AtualizaParametrosIntegracao(parametros), E_NOTIMPL);
     EXPECT_EQ(CXVTroca::EnviaJsonIntegracaoSistemasTerceiros(dados, &m_Dono), E_NOTIMPL);
     EXPECT_EQ(CXVTroca::BuscaDadosIntegracaoSistemasTerceiros(dados, nullptr, &m_Dono), E_NOTIMPL);
     EXPECT_EQ(CXVTroca::ExcluiDadosIntegracaoSistemasTerceiros(dados, &m_Dono), E_NOTIMPL);
@@ -123,23 +131,69 @@ TEST_F(ProvedorPluginTeste, OperacaoAusenteESistemaSemProvedorSaoENotimpl) {
     EXPECT_EQ(CXVTroca::ExcluiDadosIntegracaoSistemasTerceiros(dados, &m_Dono), E_INVALIDARG);
 }
 
-TEST_F(ProvedorPluginTeste, TabelaQueNaoCabeNaInterfaceERecusada) {
-    EXPECT_EQ(CXVProvedorAdaptador::Cria(nullptr, 16), nullptr);
+TEST_F(ProvedorPluginTeste, ParametrosDaTrocaSaoOsDosDadosRespondidos) {
+    CriaSimulacao("501.doc", "Status: Sucesso\nChaveRegistro: 502\n\n{}");
+    CXVDadosCR_IntegracaoMiddleware dados;
+    dados.eSistemaIntegracao = SimulacaoSistemaTerceiro;
+    dados.uiChaveIntegracaoSistemaTerceiro = 501;
+    dados.regDmc = {503U << 14};
+    dados.regDmcIntegracaoOrigem = {504U << 14};
+    dados.regDmcMovimentoOrigem = {505U << 14};
+    dados.uiBaseDadosTerceiro = 506;
+    dados.eTipoIntegracao = 7;
+    dados.eTipoTransacao = 3;
+    dados.ulPonteiroFilial = 508;
+    dados.ulPonteiroAuxiliar = 509;
+    dados.ucTipoPonteiroAuxiliar = 51;
+    CXVDadosCR_ParametrosIntegracao p;
+    ASSERT_EQ(CXVMiddlewareIntegracaoSistemas::BuscaDadosIntegracaoSistemasTerceiros(dados, &p, &m_Dono),
+              S_OK);
+    EXPECT_EQ((std::vector<XVUInt64>{p.regDmcOrigem.uiValor >> 14, p.regDmcIntegracao.uiValor >> 14,
+                                     p.uiChaveRegistroSistemaTerceiro, p.uiBaseDadosTerceiro,
+                                     p.eTipoIntegracao, p.eSistemaIntegracao, p.eTipoTransacao,
+                                     p.ulPonteiroFilial, p.ulPonteiroAuxiliar, p.ucTipoPonteiroAuxiliar}),
+              (std::vector<XVUInt64>{505, 503, 502, 506, 7, 2, 3, 508, 509, 51}));
+}
+
+TEST_F(ProvedorPluginTeste, TabelaQueNaoCabeNaInterfaceERecusadaComOMotivo) {
+    std::string sMotivo;
     const auto pfnObtem = m_Biblioteca.GetFuncao<PFXVProvedorObtem>(XVPROVEDOR_FUNCAO);
-    EXPECT_NE(CXVProvedorAdaptador::Cria(pfnObtem, 16), nullptr);
-    EXPECT_EQ(CXVProvedorAdaptador::Cria(pfnObtem, 8), nullptr) << "a library that serves another system";
+    EXPECT_NE(CXVProvedorAdaptador::Cria(pfnObtem, 16, &sMotivo), nullptr);
+    EXPECT_EQ(sMotivo, "");
     const PFXVProvedorObtem pfnSemLibera = [](uint32_t, XVProvedorTabela* p) -> int32_t {
         p->eSistema = 16;
-        return 0;
+        return 1;
     };
-    EXPECT_EQ(CXVProvedorAdaptador::Cria(pfnSemLibera, 16), nullptr);
     const PFXVProvedorObtem pfnOutroTamanho = [](uint32_t, XVProvedorTabela* p) -> int32_t {
         p->eSistema = 16;
-        p->ulTamanho -= 8;
+        p->ulTamanho = 8;
         p->pfnLibera = [](void*, void*) {};
         return 0;
     };
-    EXPECT_EQ(CXVProvedorAdaptador::Cria(pfnOutroTamanho, 16), nullptr);
+    const PFXVProvedorObtem pfnOutraVersao = [](uint32_t, XVProvedorTabela* p) -> int32_t {
+        p->eSistema = 16;
+        p->ulVersao = 2;
+        p->pfnLibera = [](void*, void*) {};
+        return 0;
+    };
+    const PFXVProvedorObtem pfnFalha = [](uint32_t, XVProvedorTabela*) {
+        return static_cast<int32_t>(0x80070005U);
+    };
+    const struct {
+        PFXVProvedorObtem pfnObtem;
+        XVUInt eSistema;
+        std::string sMotivo;
+    } aCasos[] = {
+        {nullptr, 16, "não exporta XVProvedorObtem"},
+        {pfnObtem, 8, "serve o sistema 16"},
+        {pfnSemLibera, 16, "tabela sem pfnLibera"},
+        {pfnOutroTamanho, 16, "tabela de 8 bytes em vez de " + std::to_string(sizeof(XVProvedorTabela))},
+        {pfnOutraVersao, 16, "tabela da versão 2 em vez de 1"},
+        {pfnFalha, 16, "XVProvedorObtem respondeu 0x80070005"}};
+    for (const auto& rCaso : aCasos) {
+        EXPECT_EQ(CXVProvedorAdaptador::Cria(rCaso.pfnObtem, rCaso.eSistema, &sMotivo), nullptr);
+        EXPECT_EQ(sMotivo, rCaso.sMotivo);
+    }
 }
 
 }  // namespace

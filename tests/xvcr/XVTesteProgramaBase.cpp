@@ -134,10 +134,15 @@ TEST_F(ProgramaBase, SistemaSemProvedorNaoGravaNada) {
     const SExecucao execucao =
         Xvcr({"consulta", "--tipo-consulta", "ConsultaPagamentoExtrato", "--chave-consulta", "[]"});
     EXPECT_NE(execucao.iSaida, 2) << execucao.sErro;
-    const SExecucao pendencia = Xvcr({"pendencia", "--origem", "20261121-7-2", "--sistema", "Mercos",
-                                      "--tipo", "CadastroProduto", "--transacao", "Inclusao"});
-    EXPECT_EQ(pendencia.iSaida, 1);
-    EXPECT_THAT(pendencia.sErro, HasSubstr("0x80004001 E_NOTIMPL"));
+    const std::vector<std::vector<std::string>> listaComandos{{"pendencia", "--origem"},
+                                                              {"instantanea", "--integracao-origem"}};
+    for (std::vector<std::string> listaArgumentos : listaComandos) {
+        listaArgumentos.insert(listaArgumentos.end(), {"20261121-7-2", "--sistema", "Mercos", "--tipo",
+                                                       "CadastroProduto", "--transacao", "Inclusao"});
+        const SExecucao semProvedor = Xvcr(listaArgumentos);
+        EXPECT_EQ(semProvedor.iSaida, 1);
+        EXPECT_THAT(semProvedor.sErro, HasSubstr("0x80004001 E_NOTIMPL"));
+    }
     EXPECT_EQ(Xvcr({"busca", "--conta"}).sSaida, "0\n");
 }
 
