@@ -56,12 +56,13 @@ void CBaseMiddleware::GravaLinhaLogGeral(const char* pszOperacao, REG_XVDMC regD
     HRESULT hr = E_OUTOFMEMORY;
     try {
         char szTexto[256];
-        const int iTamanho =
-            std::snprintf(szTexto, sizeof(szTexto),
-                          "%s - DMCIntegracao: %s - ChaveSistemaTerceiro: %" PRIu64 " - DMCMovimentoOrigem: %s\n",
-                          pszOperacao, regDmcIntegracao.ToString().c_str(), uiChaveSistemaTerceiro,
-                          regDmcMovimentoOrigem.ToString().c_str());
-        const std::string_view sTexto(szTexto, std::min(static_cast<std::size_t>(iTamanho), sizeof(szTexto) - 1));
+        const int iTamanho = std::snprintf(szTexto, sizeof(szTexto),
+                                           "%s - DMCIntegracao: %s - ChaveSistemaTerceiro: %" PRIu64
+                                           " - DMCMovimentoOrigem: %s\n",
+                                           pszOperacao, regDmcIntegracao.ToString().c_str(),
+                                           uiChaveSistemaTerceiro, regDmcMovimentoOrigem.ToString().c_str());
+        const std::string_view sTexto(szTexto,
+                                      std::min(static_cast<std::size_t>(iTamanho), sizeof(szTexto) - 1));
         hr = GetAcessoEmpresarial()->GravaLogGeral(DFSLOG_Servico::eDFSLOG_Inclusao, sTexto);
     } catch (...) {
         hr = E_OUTOFMEMORY;

@@ -1,9 +1,9 @@
 // The integration store's operations: record, update, read and search integrations of one company.
 //
 // All results are HRESULTs; a failure has left one line per failing step in the error log. The first
-// failing step ends an operation, which then has changed nothing, in no file and not in memory. Thread rule: after Inicializa every
-// operation may be called from any thread; operations that change the store are serialised per store,
-// reads run beside them. Output records own their buffers (XVLiberaBuffers).
+// failing step ends an operation, which then has changed nothing, in no file and not in memory. Thread rule:
+// after Inicializa every operation may be called from any thread; operations that change the store are
+// serialised per store, reads run beside them. Output records own their buffers (XVLiberaBuffers).
 #pragma once
 
 #include <vector>
@@ -103,10 +103,11 @@ class CBaseMiddleware : public CXVDataBaseFacade<CXVDataBase_CR_Middleware, CXVB
     HRESULT ValidaAcessoGravacao() const;
     HRESULT ValidaRegistro(const tagREG_CR_INTEGRACAO_MIDDLEWAREPS& reg) const;
     static REG_CR_INTEGRACAO_MIDDLEWARE_V2 MontaRegistro(const tagREG_CR_INTEGRACAO_MIDDLEWAREPS& reg);
-    void GravaLinhaLogGeral(const char* pszOperacao, REG_XVDMC regDmcIntegracao, XVUInt64 uiChaveSistemaTerceiro,
-                            REG_XVDMC regDmcMovimentoOrigem) noexcept;
+    void GravaLinhaLogGeral(const char* pszOperacao, REG_XVDMC regDmcIntegracao,
+                            XVUInt64 uiChaveSistemaTerceiro, REG_XVDMC regDmcMovimentoOrigem) noexcept;
 
-    // Recording: what an operation is to write. The lock of changes is held. S_FALSE: the operation must be alone.
+    // Recording: what an operation is to write. The lock of changes is held. S_FALSE: the operation must be
+    // alone.
     HRESULT PreparaAlteracao(CXVOperacao& operacao, REG_XVDMC regDmc,
                              const tagREG_CR_INTEGRACAO_MIDDLEWAREPS& regps);
     HRESULT PreparaInclusao(CXVOperacao& operacao, const tagREG_CR_INTEGRACAO_MIDDLEWAREPS& regps,

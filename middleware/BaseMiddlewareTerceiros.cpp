@@ -61,7 +61,9 @@ HRESULT CBaseMiddleware::ValidaArquivoDoDia(CXVGroupFileBase& rGrupo, XVUInt64 u
                     rGrupo.GetModulo(), GetEmpresa(),
                     XVNomeArquivo::ChaveParaNome(uiChaveNomeArquivo, rGrupo.GetNomeArquivo()), &sPath));
     std::string sNomeReal;
-    if (!CXVDataBaseUtil::ExistePath(sPath, &sNomeReal)) return S_OK;
+    bool bExiste = false;
+    XV_CHECK_EM("GravaIntegracaoInstantanea", CXVDataBaseUtil::ExistePath(this, sPath, &bExiste, &sNomeReal));
+    if (!bExiste) return S_OK;
     XVUInt64 uiQuantidade = 0;
     XV_CHECK_EM("GravaIntegracaoInstantanea", rGrupo.GetQtdRegistros(uiChaveNomeArquivo, &uiQuantidade));
     return S_OK;

@@ -1,15 +1,12 @@
-// CXVConversaoMiddleware: the journal of a conversion step.
-//
-// u64 signature, u16 step, u16 zero, u32 number of names, then each name as u32 length and bytes, then the
-// CRC-64 of everything before it. All integers little-endian.
-#include <algorithm>
+#include "middleware/ConversaoDiario.h"
+
 #include <cstring>
 #include <memory>
 
 #include "core/xvdatabase/XVCodigosArquivo.h"
 #include "core/xvdatabase/XVDataBaseUtil.h"
+#include "core/xvdatabase/XVFileBase.h"
 #include "core/xvdatabase/XVImagemArquivo.h"
-#include "middleware/ConversaoMiddleware.h"
 #include "platform/XVPlataforma.h"
 #include "support/XVArquivoRecusado.h"
 #include "support/XVCrc64.h"
@@ -17,7 +14,9 @@
 namespace {
 
 constexpr const char* k_pszArquivoDiario = "CRMIDDLEWARECV.srk";
-constexpr XVUInt64 k_uiAssinatura = 0x31305643524B5653ULL;
+constexpr const char* k_pszArquivoDiarioNovo = "CRMIDDLEWARECVN.srk";
+constexpr XVUInt64 k_uiAssinatura = 0x32305643524B5653ULL;          // "SVKRCV02"
+constexpr XVUInt64 k_uiAssinaturaSemSomas = 0x31305643524B5653ULL;  // "SVKRCV01"
 // A step converts one file a day at the most: a larger journal is none of ours.
 constexpr XVUInt64 k_uiTamanhoMaximo = 64ULL << 20;
 
@@ -35,90 +34,155 @@ bool Tira(std::string_view& sDiario, T* pValor) {
     return true;
 }
 
-bool Interpreta(std::string_view sDiario, XVUShort usPassoEsperado, std::vector<std::string>* plistaNomes) {
-    if (sDiario.size() < sizeof(XVUInt64)) return false;
-    std::string_view sCrc = sDiario.substr(sDiario.size() - sizeof(XVUInt64));
-    sDiario.remove_suffix(sizeof(XVUInt64));
-    XVUInt64 uiCrc = 0;
-    if (!Tira(sCrc, &uiCrc) || uiCrc != XVCrc64(sDiario.data(), sDiario.size())) return false;
-    XVUInt64 uiAssinatura = 0;
-    XVUShort usPasso = 0;
-    XVUShort usZero = 0;
-    XVUInt ulQuantidade = 0;
-    if (!Tira(sDiario, &uiAssinatura) || uiAssinatura != k_uiAssinatura || !Tira(sDiario, &usPasso) ||
-        usPasso != usPassoEsperado || !Tira(sDiario, &usZero) || !Tira(sDiario, &ulQuantidade))
-        return false;
-    for (XVUInt i = 0; i < ulQuantidade; ++i) {
-        XVUInt ulTamanho = 0;
-        if (!Tira(sDiario, &ulTamanho) || ulTamanho > sDiario.size()) return false;
-        plistaNomes->emplace_back(sDiario.substr(0, ulTamanho));
-        sDiario.remove_prefix(ulTamanho);
-    }
-    return sDiario.empty();
+bool TiraNome(std::string_view& sDiario, std::string* psNome) {
+    XVUInt ulTamanho = 0;
+    if (!Tira(sDiario, &ulTamanho) || ulTamanho > sDiario.size()) return false;
+    psNome->assign(sDiario.substr(0, ulTamanho));
+    sDiario.remove_prefix(ulTamanho);
+    return true;
+}
+
+bool TiraSoma(std::string_view& sDiario, SSomaArquivo* pSoma) {
+    return Tira(sDiario, &pSoma->uiTamanho) && Tira(sDiario, &pSoma->uiCrcInicio) &&
+           Tira(sDiario, &pSoma->uiCrcResto);
+}
+
+void AnexaSoma(std::string& sDiario, const SSomaArquivo& rSoma) {
+    Anexa(sDiario, rSoma.uiTamanho);
+    Anexa(sDiario, rSoma.uiCrcInicio);
+    Anexa(sDiario, rSoma.uiCrcResto);
+}
+
+// Earlier programs wrote the journal in place: one that was cut off is shorter than the least that its
+// own bytes announce, and its step had exchanged nothing yet.
+bool EhComecoSemSomas(std::string_view sDiario) {
+    std::string sAssinatura;
+    Anexa(sAssinatura, k_uiAssinaturaSemSomas);
+    return std::string_view(sAssinatura).starts_with(sDiario.substr(0, sAssinatura.size()));
 }
 
 }  // namespace
 
-HRESULT CXVConversaoMiddleware::GravaDiario(XVUShort usPasso, const CListaNomes& listaNomes) {
+HRESULT CXVDiarioConversao::MontaPath(const char* pszNome, std::string* psPath) {
+    XV_CHECK(CXVDataBaseUtil::GetPathArquivo(XV_DF, GetEmpresa(), pszNome, psPath));
+    return S_OK;
+}
+
+// Yields eInterrompido when the bytes end before the last announced name does.
+CXVDiarioConversao::ELeitura CXVDiarioConversao::InterpretaEntradas(std::string_view sEntradas,
+                                                                    XVUInt ulQuantidade) {
+    for (XVUInt i = 0; i < ulQuantidade; ++i) {
+        SEntradaDiario entrada;
+        if (!TiraNome(sEntradas, &entrada.sNome)) return ELeitura::eInterrompido;
+        if (m_bTemSomas && (!TiraSoma(sEntradas, &entrada.antigo) || !TiraSoma(sEntradas, &entrada.novo)))
+            return ELeitura::eInterrompido;
+        m_listaEntradas.push_back(std::move(entrada));
+    }
+    if (sEntradas.size() < sizeof(XVUInt64)) return ELeitura::eInterrompido;
+    return sEntradas.size() == sizeof(XVUInt64) ? ELeitura::eValido : ELeitura::eInvalido;
+}
+
+CXVDiarioConversao::ELeitura CXVDiarioConversao::Interpreta(std::string_view sDiario, XVUShort* pusPasso) {
+    const std::string_view sTodo = sDiario;
+    XVUInt64 uiAssinatura = 0;
+    XVUShort usZero = 0;
+    XVUInt ulQuantidade = 0;
+    if (!Tira(sDiario, &uiAssinatura))
+        return EhComecoSemSomas(sTodo) ? ELeitura::eInterrompido : ELeitura::eInvalido;
+    if (uiAssinatura != k_uiAssinatura && uiAssinatura != k_uiAssinaturaSemSomas) return ELeitura::eInvalido;
+    m_bTemSomas = uiAssinatura == k_uiAssinatura;
+    ELeitura eLeitura = ELeitura::eInterrompido;
+    if (Tira(sDiario, pusPasso) && Tira(sDiario, &usZero) && Tira(sDiario, &ulQuantidade))
+        eLeitura = InterpretaEntradas(sDiario, ulQuantidade);
+    // A journal with sums comes into being by a move, whole.
+    if (eLeitura == ELeitura::eInterrompido && m_bTemSomas) return ELeitura::eInvalido;
+    if (eLeitura != ELeitura::eValido) return eLeitura;
+    XVUInt64 uiCrc = 0;
+    const std::size_t uiTamanho = sTodo.size() - sizeof(uiCrc);
+    std::memcpy(&uiCrc, sTodo.data() + uiTamanho, sizeof(uiCrc));
+    return usZero == 0 && uiCrc == XVCrc64(sTodo.data(), uiTamanho) ? ELeitura::eValido : ELeitura::eInvalido;
+}
+
+HRESULT CXVDiarioConversao::LeBytes(const std::string& sPath, std::string* psDiario) {
+    std::unique_ptr<IXVArquivo> pArquivo;
+    XV_CHECK(XVConversaoArquivo::Abre(this, sPath, &pArquivo));
+    XVUInt64 uiTamanho = 0;
+    CXVErroArquivo erro = pArquivo == nullptr ? CXVErroArquivo(ECausaArquivo::eArquivoNaoEncontrado, 0)
+                                              : pArquivo->GetTamanho(uiTamanho);
+    if (erro.Ok() && uiTamanho > k_uiTamanhoMaximo)
+        return XVConversaoArquivo::Recusa(this, sPath, "Diário da conversão grande demais");
+    if (erro.Ok()) {
+        psDiario->resize(static_cast<std::size_t>(uiTamanho));
+        if (!psDiario->empty()) erro = pArquivo->Le(0, psDiario->data(), psDiario->size());
+    }
+    if (!erro.Ok())
+        XV_CHECK_TEXTO(XVArquivoRecusado::Anota(XVCodigosArquivo::DeExcecao(erro.GetCausa()).hr, sPath, this),
+                       "LeBytes(sPath, psDiario)");
+    return S_OK;
+}
+
+HRESULT CXVDiarioConversao::Le(XVUShort usPasso) {
+    m_listaEntradas.clear();
+    m_bEmCurso = false;
+    m_bTemSomas = true;
+    std::string sPath;
+    XV_CHECK(MontaPath(k_pszArquivoDiario, &sPath));
+    if (XVPlataforma::SistemaArquivos().Existe(sPath) == EExistencia::eAusente) return S_OK;
+    std::string sDiario;
+    XV_CHECK(LeBytes(sPath, &sDiario));
+    XVUShort usPassoDiario = 0;
+    const ELeitura eLeitura = Interpreta(sDiario, &usPassoDiario);
+    const bool bPassou = eLeitura == ELeitura::eValido && usPassoDiario < usPasso;
+    if (eLeitura == ELeitura::eInvalido || (eLeitura == ELeitura::eValido && usPassoDiario > usPasso))
+        XV_CHECK(XVConversaoArquivo::Recusa(this, sPath, "Diário da conversão danificado ou de outro passo"));
+    m_bEmCurso = eLeitura == ELeitura::eValido && !bPassou;
+    if (!m_bEmCurso) m_listaEntradas.clear();
+    // Without sums the stamps in the headers are all the proof there is.
+    const bool bSomas = eLeitura == ELeitura::eValido && m_bTemSomas;
+    if (!bSomas && !bPassou && CXVFileBase::CabecalhoDesabilitadoNaMaquina())
+        XV_CHECK(
+            XVConversaoArquivo::Recusa(this, sPath, "Diário da conversão sem somas e cabeçalhos desligados"));
+    return S_OK;
+}
+
+HRESULT CXVDiarioConversao::Grava(XVUShort usPasso) {
     std::string sDiario;
     Anexa(sDiario, k_uiAssinatura);
     Anexa(sDiario, usPasso);
     Anexa(sDiario, XVUShort{0});
-    Anexa(sDiario, static_cast<XVUInt>(listaNomes.size()));
-    for (const std::string& sNome : listaNomes) {
-        Anexa(sDiario, static_cast<XVUInt>(sNome.size()));
-        sDiario += sNome;
+    Anexa(sDiario, static_cast<XVUInt>(m_listaEntradas.size()));
+    for (const SEntradaDiario& rEntrada : m_listaEntradas) {
+        Anexa(sDiario, static_cast<XVUInt>(rEntrada.sNome.size()));
+        sDiario += rEntrada.sNome;
+        AnexaSoma(sDiario, rEntrada.antigo);
+        AnexaSoma(sDiario, rEntrada.novo);
     }
     Anexa(sDiario, XVCrc64(sDiario.data(), sDiario.size()));
 
-    CXVImagemArquivo xvDiario(XV_DF, k_pszArquivoDiario);
+    std::string sPath;
+    std::string sPathNovo;
+    XV_CHECK(MontaPath(k_pszArquivoDiario, &sPath));
+    XV_CHECK(MontaPath(k_pszArquivoDiarioNovo, &sPathNovo));
+    CXVImagemArquivo xvDiario(XV_DF, k_pszArquivoDiarioNovo);
     XV_CHECK(xvDiario.Inicializa(this));
     XV_CHECK(xvDiario.AbreArquivo());
     XV_CHECK(xvDiario.Grava(sDiario.data(), sDiario.size()));
     XV_CHECK(xvDiario.Conclui());
+    XV_CHECK(CXVDataBaseUtil::MovePath(this, sPathNovo, sPath));
     xvDiario.Libera();
     return S_OK;
 }
 
-HRESULT CXVConversaoMiddleware::LeDiario(XVUShort usPasso, CListaNomes* plistaNomes, bool* pbValido) {
-    plistaNomes->clear();
-    *pbValido = false;
-    std::string sPath;
-    XV_CHECK(MontaPath(k_pszArquivoDiario, &sPath));
-    bool bExiste = false;
-    XV_CHECK(CXVDataBaseUtil::Existe(this, sPath, &bExiste));
-    if (!bExiste) return S_OK;
-    constexpr SAberturaArquivo k_abertura{EAcessoArquivo::eLeitura, ECompartilhamentoArquivo::eNegaEscrita,
-                                          ECriacaoArquivo::eSomenteExistente};
-    std::unique_ptr<IXVArquivo> pArquivo;
-    XVUInt64 uiTamanho = 0;
-    CXVErroArquivo erro = XVPlataforma::SistemaArquivos().Abre(sPath, k_abertura, pArquivo);
-    if (erro.Ok()) erro = pArquivo->GetTamanho(uiTamanho);
-    std::string sDiario;
-    if (erro.Ok() && uiTamanho <= k_uiTamanhoMaximo) {
-        sDiario.resize(static_cast<std::size_t>(uiTamanho));
-        if (!sDiario.empty()) erro = pArquivo->Le(0, sDiario.data(), sDiario.size());
-    }
-    if (!erro.Ok())
+HRESULT CXVDiarioConversao::Remove() {
+    for (const char* pszNome : {k_pszArquivoDiario, k_pszArquivoDiarioNovo}) {
+        std::string sPath;
+        XV_CHECK(MontaPath(pszNome, &sPath));
+        if (XVPlataforma::SistemaArquivos().Existe(sPath) == EExistencia::eAusente) continue;
+        const CXVErroArquivo erro = XVPlataforma::SistemaArquivos().Apaga(sPath);
+        // Another process may have been faster.
+        if (erro.Ok() || erro.GetCausa() == ECausaArquivo::eArquivoNaoEncontrado) continue;
         XV_CHECK_TEXTO(XVArquivoRecusado::Anota(XVCodigosArquivo::DeExcecao(erro.GetCausa()).hr, sPath, this),
-                       "LeDiario(usPasso, plistaNomes)");
-    // A name that is no file of the step makes it none of ours.
-    *pbValido = Interpreta(sDiario, usPasso, plistaNomes) &&
-                std::all_of(plistaNomes->begin(), plistaNomes->end(),
-                            [usPasso](const std::string& sNome) { return EhArquivoDoPasso(usPasso, sNome); });
-    return S_OK;
-}
-
-HRESULT CXVConversaoMiddleware::RemoveDiario() {
-    std::string sPath;
-    XV_CHECK(MontaPath(k_pszArquivoDiario, &sPath));
-    bool bExiste = false;
-    XV_CHECK(CXVDataBaseUtil::Existe(this, sPath, &bExiste));
-    if (!bExiste) return S_OK;
-    const CXVErroArquivo erro = XVPlataforma::SistemaArquivos().Apaga(sPath);
-    // Another process may have been faster.
-    if (erro.Ok() || erro.GetCausa() == ECausaArquivo::eArquivoNaoEncontrado) return S_OK;
-    XV_CHECK_TEXTO(XVArquivoRecusado::Anota(XVCodigosArquivo::DeExcecao(erro.GetCausa()).hr, sPath, this),
-                   "Apaga(sPath)");
+                       "Apaga(sPath)");
+    }
     return S_OK;
 }

@@ -1,18 +1,22 @@
 // CXVConversaoMiddleware: which steps run, and the order of writing, moving and stamping in each.
 #include "middleware/ConversaoMiddleware.h"
 
-#include "core/xvdatabase/XVCabecalho.h"
+#include <algorithm>
+#include <iterator>
+
 #include "core/xvdatabase/XVCodigosArquivo.h"
 #include "core/xvdatabase/XVDataBaseUtil.h"
 #include "core/xvdatabase/XVModoAbertura.h"
 #include "core/xvdatabase/XVNomeArquivo.h"
 #include "core/xvdatabase/XVRegistroVersao.h"
+#include "middleware/ConversaoIndicios.h"
 #include "middleware/XVCheckOperacao.h"
 #include "middleware/XVDataBase_CR_Middleware.h"
 #include "platform/XVPlataforma.h"
 #include "support/XVArquivoRecusado.h"
 #include "support/XVCodigos.h"
 #include "support/XVProfiler.h"
+#include "support/XVTextoAscii.h"
 
 namespace {
 constexpr const char* k_pszMarcaConversao = "DFXXMARCA2";
@@ -27,12 +31,23 @@ HRESULT CXVConversaoMiddleware::OnInicializa() {
 }
 
 HRESULT CXVConversaoMiddleware::LeVersao(XVUShort* pusVersao) {
+    bool bTemDados = false;
+    return LeVersao(pusVersao, &bTemDados);
+}
+
+HRESULT CXVConversaoMiddleware::LeVersao(XVUShort* pusVersao, bool* pbTemDados) {
     *pusVersao = 0;
+    *pbTemDados = true;
     REG_CR_MIDDLEWARE_VERSAO regVersao;
     XV_CHECK_TEXTO_EM("ExecutaConversao",
                       CXVDataBaseUtil::LeSingleReg(this, XV_DF, &regVersao, k_pszArquivoVersao),
                       "CXVDataBaseUtil::LeSingleReg(this, XV_DF, &regVersao, \"CRMIDDLEWAREVS.dat\")");
     *pusVersao = regVersao.usVersao;
+    if (regVersao.usVersao != 0) return S_OK;
+    CXVIndiciosVersao indicios;
+    XV_CHECK_EM("ExecutaConversao", indicios.Inicializa(this));
+    XV_CHECK_EM("ExecutaConversao", indicios.ConfereVersaoZero());
+    *pbTemDados = indicios.TemDados();
     return S_OK;
 }
 
@@ -86,6 +101,7 @@ HRESULT CXVConversaoMiddleware::ExecutaConversao() {
     // Another process may have converted while this one waited.
     hr = LeVersao(&usVersao);
     if (FAILED(hr)) return hr;
+    if (usVersao < k_usVersaoAtualBase) XV_CHECK(ConfereArquivosControlados());
 
     if (usVersao < 1) XV_CHECK(ConverteBaseV01());
     if (usVersao < 1 && FAILED(hr = ConcluiPasso(1))) return hr;
@@ -112,6 +128,13 @@ HRESULT CXVConversaoMiddleware::ConcluiPasso(XVUShort usPasso) {
     return S_OK;
 }
 
+HRESULT CXVConversaoMiddleware::RemoveDiario() {
+    CXVDiarioConversao diario;
+    XV_CHECK(diario.Inicializa(this));
+    XV_CHECK(diario.Remove());
+    return S_OK;
+}
+
 HRESULT CXVConversaoMiddleware::ListaArquivosDoPasso(XVUShort usPasso, CListaNomes* plistaNomes) {
     plistaNomes->clear();
     if (usPasso == 2) {
@@ -126,70 +149,8 @@ HRESULT CXVConversaoMiddleware::ListaArquivosDoPasso(XVUShort usPasso, CListaNom
     return S_OK;
 }
 
-bool CXVConversaoMiddleware::EhArquivoDoPasso(XVUShort usPasso, const std::string& sNome) {
-    if (usPasso == 2) return sNome == k_pszArquivoChaveRegistroParaTerceiro;
-    if (usPasso == 5)
-        return sNome == k_pszArquivoDataHoraIntegracao || sNome == k_pszArquivoChaveRegistroParaTerceiro;
-    return XVNomeArquivo::NomeParaChave(sNome, k_pszArquivoIntegracao).has_value();
-}
-
-// Copies left by a step that did not come to its journal; the live files were not touched yet.
-HRESULT CXVConversaoMiddleware::RemoveCopias(const CListaNomes& listaNomes) {
-    for (const std::string& sNome : listaNomes) {
-        std::string sPath;
-        XV_CHECK(MontaPath(XVNomeArquivo::TrocaExtensao(sNome, "tra"), &sPath));
-        bool bExiste = false;
-        XV_CHECK(CXVDataBaseUtil::Existe(this, sPath, &bExiste));
-        if (!bExiste) continue;
-        const CXVErroArquivo erro = XVPlataforma::SistemaArquivos().Apaga(sPath);
-        if (!erro.Ok())
-            XV_CHECK_TEXTO(
-                XVArquivoRecusado::Anota(XVCodigosArquivo::DeExcecao(erro.GetCausa()).hr, sPath, this),
-                "RemoveCopias(listaNomes)");
-    }
-    return S_OK;
-}
-
-// The copies that still stand beside their files take their place; the others have done so already.
-HRESULT CXVConversaoMiddleware::ConcluiTroca(XVUShort usPasso, const CListaNomes& listaNomes) {
-    for (const std::string& sNome : listaNomes) {
-        std::string sPath;
-        XV_CHECK(MontaPath(XVNomeArquivo::TrocaExtensao(sNome, "tra"), &sPath));
-        bool bExiste = false;
-        XV_CHECK(CXVDataBaseUtil::Existe(this, sPath, &bExiste));
-        if (bExiste) {
-            XV_CHECK_TEXTO(CXVDataBaseUtil::RenomeiaArquivoTRA(this, XV_DF, sNome, usPasso),
-                           "CXVDataBaseUtil::RenomeiaArquivoTRA(this, XV_DF, name)");
-            continue;
-        }
-        XV_CHECK(CXVDataBaseUtil::ConcluiRenomeacao(this, XV_DF, sNome, usPasso));
-    }
-    return S_OK;
-}
-
 HRESULT CXVConversaoMiddleware::MontaPath(const std::string& sNome, std::string* psPath) {
     XV_CHECK(CXVDataBaseUtil::GetPathArquivo(XV_DF, GetEmpresa(), sNome, psPath));
-    return S_OK;
-}
-
-// Bytes after the header, 0 for an absent file; nothing is changed, whatever state the file is in.
-HRESULT CXVConversaoMiddleware::TamanhoDados(const std::string& sPath, XVUInt64* puiTamanho) {
-    *puiTamanho = 0;
-    bool bExiste = false;
-    XV_CHECK(CXVDataBaseUtil::Existe(this, sPath, &bExiste));
-    if (!bExiste) return S_OK;
-    constexpr SAberturaArquivo k_abertura{EAcessoArquivo::eLeitura, ECompartilhamentoArquivo::eNegaNada,
-                                          ECriacaoArquivo::eSomenteExistente};
-    std::unique_ptr<IXVArquivo> pArquivo;
-    CXVErroArquivo erro = XVPlataforma::SistemaArquivos().Abre(sPath, k_abertura, pArquivo);
-    if (erro.Ok()) erro = pArquivo->GetTamanho(*puiTamanho);
-    REG_XVCABECALHO_A regA;
-    const bool bCabe = erro.Ok() && *puiTamanho >= k_uiTamanhoCabecalho;
-    if (bCabe) erro = pArquivo->Le(0, &regA, sizeof(regA));
-    if (!erro.Ok())
-        XV_CHECK_TEXTO(XVArquivoRecusado::Anota(XVCodigosArquivo::DeExcecao(erro.GetCausa()).hr, sPath, this),
-                       "TamanhoDados(sPath, &uiTamanho)");
-    if (bCabe && XVCabecalho::AssinaturaConfere(regA)) *puiTamanho -= k_uiTamanhoCabecalho;
     return S_OK;
 }
 
@@ -198,6 +159,7 @@ HRESULT CXVConversaoMiddleware::Simula(XVUShort* pusVersao, std::vector<SPassoPr
     HRESULT hr = LeVersao(pusVersao);
     if (FAILED(hr)) return hr;
     if (FAILED(hr = RecusaVersaoPosterior(*pusVersao))) return hr;
+    if (*pusVersao < k_usVersaoAtualBase) XV_CHECK(ConfereArquivosControlados());
     for (auto usPasso = static_cast<XVUShort>(*pusVersao + 1); usPasso <= k_usVersaoAtualBase; ++usPasso) {
         SPassoPrevisto passo;
         passo.usPasso = usPasso;
@@ -206,9 +168,10 @@ HRESULT CXVConversaoMiddleware::Simula(XVUShort* pusVersao, std::vector<SPassoPr
         for (std::string& sNome : listaNomes) {
             std::string sPath;
             XV_CHECK(MontaPath(sNome, &sPath));
-            XVUInt64 uiTamanho = 0;
-            XV_CHECK(TamanhoDados(sPath, &uiTamanho));
-            if (uiTamanho != 0) passo.listaArquivos.push_back({std::move(sNome), uiTamanho});
+            SArquivoConversao arquivo;
+            XV_CHECK(XVConversaoArquivo::Descreve(this, sPath, sNome, &arquivo));
+            if (arquivo.PrecisaDoPasso(usPasso))
+                passo.listaArquivos.push_back({std::move(sNome), arquivo.uiTamanhoDados});
         }
         plistaPassos->push_back(std::move(passo));
     }
@@ -217,7 +180,8 @@ HRESULT CXVConversaoMiddleware::Simula(XVUShort* pusVersao, std::vector<SPassoPr
 
 HRESULT CXVConversaoMiddleware::ValidaVersaoAtual() {
     XVUShort usVersao = 0;
-    const HRESULT hr = LeVersao(&usVersao);
+    bool bTemDados = false;
+    const HRESULT hr = LeVersao(&usVersao, &bTemDados);
     if (FAILED(hr)) return hr;
     if (usVersao == k_usVersaoAtualBase) {
         XV_CHECK(ValidaArquivosUnicos());
@@ -228,16 +192,14 @@ HRESULT CXVConversaoMiddleware::ValidaVersaoAtual() {
     XV_CHECK(MontaPath(k_pszArquivoIndexIntegracao, &sPathIndex));
     bool bExiste = false;
     XV_CHECK(CXVDataBaseUtil::Existe(this, sPathIndex, &bExiste));
-    if (usVersao != 0 || bExiste)
+    if (usVersao != 0 || bTemDados || bExiste)
         XV_CHECK_TEXTO(Recusa(E_XVCR_VERSAO_INCOMPATIVEL, k_pszArquivoVersao), "E_XVCR_VERSAO_INCOMPATIVEL");
     return S_OK;
 }
 
 // Viewing opens without the control's check: a listed file that is missing must not look like an empty one.
-// For an absent file the control's own check only reads.
 HRESULT CXVConversaoMiddleware::ValidaArquivosUnicos() {
-    for (const char* pszNome : {k_pszArquivoIndexIntegracao, k_pszArquivoChaveRegistroParaTerceiro,
-                                k_pszArquivoDataHoraIntegracao}) {
+    for (const char* pszNome : k_apszArquivosUnicos) {
         std::string sPath;
         XV_CHECK(MontaPath(pszNome, &sPath));
         std::string sNomeReal;
@@ -246,7 +208,37 @@ HRESULT CXVConversaoMiddleware::ValidaArquivosUnicos() {
         if (bExiste) continue;
         CXVDataBaseControleCriacaoArquivos controle(XV_DF, pszNome);
         XV_CHECK(controle.Inicializa(this));
-        XV_CHECK(controle.GerenciaControleCriacaoArquivos(EXVDataBase_ModoAbertura::eModoLeituraGravacao));
+        XV_CHECK(controle.ConfereArquivoControlado());
     }
     return S_OK;
+}
+
+// A step only sees the members that the directory holds: one that is listed and gone would be missed by
+// nobody once the version has moved on.
+HRESULT CXVConversaoMiddleware::ConfereArquivosControlados() {
+    CXVDataBaseControleCriacaoArquivos controle(
+        XV_DF, std::string(XVDATABASE_NOME_ARQUIVO_CONTROLE_CRIACAO_ARQUIVOS));
+    XV_CHECK(controle.Inicializa(this));
+    CListaNomes listaNomes;
+    XV_CHECK(controle.LeNomesControlados(&listaNomes));
+    for (const std::string& sNome : listaNomes) {
+        if (!EhArquivoDoEsquema(sNome)) continue;
+        std::string sPath;
+        XV_CHECK(MontaPath(sNome, &sPath));
+        std::string sNomeReal;
+        bool bExiste = false;
+        XV_CHECK(CXVDataBaseUtil::ExistePath(this, sPath, &bExiste, &sNomeReal));
+        if (!bExiste)
+            return XVConversaoArquivo::Recusa(this, sPath, "Arquivo controlado não encontrado");
+    }
+    return S_OK;
+}
+
+bool CXVConversaoMiddleware::EhArquivoDoEsquema(const std::string& sNome) {
+    const auto ehEle = [&sNome](const char* pszNome) { return XVIgualSemCaixa(sNome, pszNome); };
+    const auto ehMembro = [&sNome](const char* pszPadrao) {
+        return XVNomeArquivo::NomeParaChave(sNome, pszPadrao).has_value();
+    };
+    return std::any_of(std::begin(k_apszArquivosUnicos), std::end(k_apszArquivosUnicos), ehEle) ||
+           std::any_of(std::begin(k_apszGrupos), std::end(k_apszGrupos), ehMembro);
 }

@@ -1,10 +1,12 @@
 // Conversion of databases of earlier versions to the current one, step by step.
 //
-// A step first writes every converted file as a ".tra" copy, then a journal that names them
-// ("CRMIDDLEWARECV.srk"), then moves the copies onto the live files, then writes the version record and
-// deletes the journal. Killed anywhere and run again it ends with the same bytes: without a valid journal
-// the live files are untouched and the step starts over; with one only the moves are finished. A mark on
-// the directory keeps two processes from converting at once. docs/formats.md describes the journal.
+// A step first writes every converted file as a ".tra" copy, then a journal that names them with their
+// lengths and checksums ("CRMIDDLEWARECV.srk"), then moves the copies onto the live files, then writes the
+// version record and deletes the journal. Killed anywhere and run again it ends with the same bytes: without
+// a journal the live files are untouched and the step starts over; with one only the moves are finished,
+// after every file was found to be the one that the journal means. A file that carries the step's stamp is
+// not converted again. A mark on the directory keeps two processes from converting at once.
+// docs/formats.md describes the journal.
 //
 // Thread rule: one object is used by one thread.
 #pragma once
@@ -13,10 +15,13 @@
 #include <string>
 #include <vector>
 
+#include "middleware/ConversaoDiario.h"
 #include "platform/XVSistemaArquivos.h"
 #include "suite/XVBaseParaRotinas.h"
 
 class CXVImagemArquivo;
+template <class T>
+class TXVArrayRegistros;
 
 inline constexpr XVUShort k_usVersaoAtualBase = 5;
 
@@ -49,12 +54,15 @@ class CXVConversaoMiddleware : public CXVBaseParaRotinas {
 
     // Brings the database of the caller's company to version 5. A later version:
     // E_XVCR_VERSAO_BASE_SUPERIOR_VERSAO_SISTEMA, nothing changed. The first failure ends the conversion; the
-    // version stays at the last complete step.
+    // version stays at the last complete step. A file of the schema that the creation control lists and the
+    // directory does not hold, or one that does not fit the journal of an interrupted step:
+    // E_XVCR_INCONSISTENCIA_CONTROLE_CRIACAO_ARQUIVOS, nothing converted or moved, the file named in the
+    // error log.
     HRESULT ExecutaConversao();
 
     // Version of the database on disk (0: no version file). Changes nothing. A version file that is listed in
-    // the creation control and missing: E_XVCR_INCONSISTENCIA_CONTROLE_CRIACAO_ARQUIVOS, for its absence is
-    // no version 0.
+    // the creation control and missing, or missing beside data files that contradict version 0:
+    // E_XVCR_INCONSISTENCIA_CONTROLE_CRIACAO_ARQUIVOS, for its absence is no version 0.
     HRESULT LeVersao(XVUShort* pusVersao);
     // A version later than the system's: E_XVCR_VERSAO_BASE_SUPERIOR_VERSAO_SISTEMA, the version file
     // refused.
@@ -80,19 +88,31 @@ class CXVConversaoMiddleware : public CXVBaseParaRotinas {
         const char* pszRenomeia;
     };
 
+    // As LeVersao; *pbTemDados is false when there is neither version file nor data.
+    HRESULT LeVersao(XVUShort* pusVersao, bool* pbTemDados);
     HRESULT MarcaConversao(std::unique_ptr<IXVMarcaDiretorio>& marca);
     // Lists the version file in the creation control when an earlier run did not come to it.
     HRESULT ControlaArquivoVersao();
     HRESULT ConcluiPasso(XVUShort usPasso);
     // A listed single file that is missing: E_XVCR_INCONSISTENCIA_CONTROLE_CRIACAO_ARQUIVOS.
     HRESULT ValidaArquivosUnicos();
+    // A listed file of the schema that is missing: the same.
+    HRESULT ConfereArquivosControlados();
+    static bool EhArquivoDoEsquema(const std::string& sNome);
     HRESULT ConverteBaseV01();
     HRESULT ConverteBaseV02();
     HRESULT ConverteBaseV03();
     HRESULT ConverteBaseV04();
     HRESULT ConverteBaseV05();
     template <class TAntigo, class TNovo, class TConverte>
-    HRESULT ConverteArquivo(const std::string& sNomeArquivo, const STextosPasso& rTextos, TConverte converte);
+    HRESULT ConverteArquivo(const std::string& sNomeArquivo, const STextosPasso& rTextos,
+                            SEntradaDiario* pEntrada, TConverte converte);
+    template <class TAntigo, class TNovo, class TConverte>
+    HRESULT GravaCopia(const std::string& sNomeArquivo, XVUShort usPasso,
+                       const TXVArrayRegistros<TAntigo>& rRegistros, TConverte converte);
+    template <class TConverteArquivo>
+    HRESULT ConverteTodos(XVUShort usPasso, CXVDiarioConversao& rDiario, TConverteArquivo converteArquivo);
+    HRESULT SomaEntrada(const std::string& sNomeArquivo, SEntradaDiario* pEntrada);
     template <class TNovo>
     HRESULT GravaCabecalhoDaCopia(CXVImagemArquivo& rCopia, const std::string& sNomeArquivo, XVUShort usPasso,
                                   std::size_t uiQtdRegistros);
@@ -103,16 +123,22 @@ class CXVConversaoMiddleware : public CXVBaseParaRotinas {
     HRESULT ListaArquivosDoPasso(XVUShort usPasso, CListaNomes* plistaNomes);
     static bool EhArquivoDoPasso(XVUShort usPasso, const std::string& sNome);
     HRESULT RemoveCopias(const CListaNomes& listaNomes);
-    HRESULT ConcluiTroca(XVUShort usPasso, const CListaNomes& listaNomes);
-    HRESULT TamanhoDados(const std::string& sPath, XVUInt64* puiTamanho);
+    HRESULT RemoveDiario();
+    HRESULT ConcluiTroca(XVUShort usPasso, const CXVDiarioConversao& rDiario);
+
+    // Before an interrupted exchange goes on. What does not fit:
+    // E_XVCR_INCONSISTENCIA_CONTROLE_CRIACAO_ARQUIVOS.
+    HRESULT ConfereTroca(XVUShort usPasso, const CXVDiarioConversao& rDiario);
+    HRESULT ConfereSomas(const SEntradaDiario& rEntrada, const std::string& sPath,
+                         const std::string& sPathCopia);
+    HRESULT ConfereCarimbos(XVUShort usPasso, const std::string& sNome, const std::string& sPath,
+                            const std::string& sPathCopia);
+    HRESULT ConfereForaDoDiario(XVUShort usPasso, const CListaNomes& listaConvertidos);
 
     // Notes the file sNome as the one that was refused with hr; hr unchanged.
     HRESULT Recusa(HRESULT hr, const std::string& sNome);
     HRESULT MontaPath(const std::string& sNome, std::string* psPath);
-    HRESULT GravaDiario(XVUShort usPasso, const CListaNomes& listaNomes);
-    // False: no journal, or one that is torn or of another step.
-    HRESULT LeDiario(XVUShort usPasso, CListaNomes* plistaNomes, bool* pbValido);
-    HRESULT RemoveDiario();
+    HRESULT MontaPaths(const std::string& sNome, std::string* psPath, std::string* psPathCopia);
 
     IXVObservadorConversao* m_pObservador;
 };

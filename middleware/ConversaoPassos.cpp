@@ -6,6 +6,7 @@
 #include "core/xvdatabase/XVNomeArquivo.h"
 #include "middleware/ConversaoMiddleware.h"
 #include "middleware/XVDataBase_CR_Middleware.h"
+#include "support/XVArquivoRecusado.h"
 
 namespace {
 
@@ -59,6 +60,13 @@ class TXVDataBaseConversao : public CXVDataBase {
     CXVFile<T> m_xvFile;
 };
 
+template <class T>
+bool SaoPlausiveis(const TXVArrayRegistros<T>& rRegistros) {
+    for (std::size_t i = 0; i < rRegistros.size(); ++i)
+        if (!TXVPlausibilidade<T>::EhPlausivel(rRegistros[i])) return false;
+    return true;
+}
+
 }  // namespace
 
 HRESULT CXVConversaoMiddleware::Registra(HRESULT hr, const char* pszExpressao, const STextosPasso& rTextos) {
@@ -78,33 +86,82 @@ HRESULT CXVConversaoMiddleware::GravaCabecalhoDaCopia(CXVImagemArquivo& rCopia,
     return rCopia.Grava(&regCabecalho, sizeof(regCabecalho));
 }
 
-// One file: the old one loaded, the converted records written as a complete image of the new one.
 template <class TAntigo, class TNovo, class TConverte>
-HRESULT CXVConversaoMiddleware::ConverteArquivo(const std::string& sNomeArquivo, const STextosPasso& rTextos,
-                                                TConverte converte) {
-    TXVDataBaseConversao<TAntigo> xvDB(sNomeArquivo);
-    HRESULT hr = Registra(xvDB.Inicializa(this), "xvDB.Inicializa(this)", rTextos);
-    if (FAILED(hr)) return hr;
-    CXVFile<TAntigo>& fileDAT = xvDB.GetArquivo();
-    hr = Registra(fileDAT.ConfereCabecalho(), rTextos.pszLe, rTextos);
-    if (FAILED(hr)) return hr;
-    const TXVArrayRegistros<TAntigo>& aRegistros = *fileDAT.GetPtrRegistros();
-    if (aRegistros.empty()) return S_FALSE;
-
+HRESULT CXVConversaoMiddleware::GravaCopia(const std::string& sNomeArquivo, XVUShort usPasso,
+                                           const TXVArrayRegistros<TAntigo>& rRegistros, TConverte converte) {
     CXVImagemArquivo fileTRA(XV_DF, XVNomeArquivo::TrocaExtensao(sNomeArquivo, "tra"));
-    hr = fileTRA.Inicializa(this);
+    HRESULT hr = fileTRA.Inicializa(this);
     if (SUCCEEDED(hr)) hr = fileTRA.AbreArquivo();
-    if (SUCCEEDED(hr))
-        hr = GravaCabecalhoDaCopia<TNovo>(fileTRA, sNomeArquivo, rTextos.usPasso, aRegistros.size());
-    for (std::size_t i = 0; i < aRegistros.size() && SUCCEEDED(hr); ++i) {
-        const TNovo regNovo = converte(aRegistros[i]);
+    if (SUCCEEDED(hr)) hr = GravaCabecalhoDaCopia<TNovo>(fileTRA, sNomeArquivo, usPasso, rRegistros.size());
+    for (std::size_t i = 0; i < rRegistros.size() && SUCCEEDED(hr); ++i) {
+        const TNovo regNovo = converte(rRegistros[i]);
         hr = fileTRA.Grava(&regNovo, sizeof(regNovo));
     }
     if (SUCCEEDED(hr)) hr = fileTRA.Conclui();
+    if (SUCCEEDED(hr)) fileTRA.Libera();
+    return hr;
+}
+
+// One file: the old one loaded, the converted records written as a complete image of the new one. S_FALSE
+// for a file with nothing to convert. The sums are taken while writers are still denied.
+template <class TAntigo, class TNovo, class TConverte>
+HRESULT CXVConversaoMiddleware::ConverteArquivo(const std::string& sNomeArquivo, const STextosPasso& rTextos,
+                                                SEntradaDiario* pEntrada, TConverte converte) {
+    std::string sPath;
+    XV_CHECK(MontaPath(sNomeArquivo, &sPath));
+    SArquivoConversao arquivo;
+    HRESULT hr =
+        Registra(XVConversaoArquivo::Descreve(this, sPath, sNomeArquivo, &arquivo), rTextos.pszLe, rTextos);
+    if (FAILED(hr)) return hr;
+    if (arquivo.uiTamanhoDados != 0 && !arquivo.PrecisaDoPasso(rTextos.usPasso)) return S_FALSE;
+
+    TXVDataBaseConversao<TAntigo> xvDB(sNomeArquivo);
+    hr = Registra(xvDB.Inicializa(this), "xvDB.Inicializa(this)", rTextos);
+    if (FAILED(hr)) return hr;
+    CXVFile<TAntigo>& fileDAT = xvDB.GetArquivo();
+    const TXVArrayRegistros<TAntigo>& aRegistros = *fileDAT.GetPtrRegistros();
+    hr = fileDAT.ConfereCabecalho();
+    // The copy gets a header, which a file without one must deserve.
+    if (SUCCEEDED(hr) && !fileDAT.PossuiCabecalho() && !SaoPlausiveis(aRegistros))
+        hr = XVArquivoRecusado::Anota(E_XVCR_CRC_CABECALHO_NAO_CONFERE, sPath, this);
+    if (FAILED(hr)) return Registra(hr, rTextos.pszLe, rTextos);
+    if (aRegistros.empty()) return S_FALSE;
+
+    hr = GravaCopia<TAntigo, TNovo>(sNomeArquivo, rTextos.usPasso, aRegistros, converte);
+    if (SUCCEEDED(hr)) hr = SomaEntrada(sNomeArquivo, pEntrada);
     if (FAILED(hr)) return Registra(hr, rTextos.pszGrava, rTextos);
-    fileTRA.Libera();
     if (m_pObservador != nullptr)
         m_pObservador->OnArquivoConvertido(rTextos.usPasso, sNomeArquivo, aRegistros.size());
+    return S_OK;
+}
+
+HRESULT CXVConversaoMiddleware::SomaEntrada(const std::string& sNomeArquivo, SEntradaDiario* pEntrada) {
+    pEntrada->sNome = sNomeArquivo;
+    std::string sPath;
+    std::string sPathCopia;
+    XV_CHECK(MontaPaths(sNomeArquivo, &sPath, &sPathCopia));
+    XV_CHECK(XVConversaoArquivo::Soma(this, sPath, &pEntrada->antigo));
+    XV_CHECK(XVConversaoArquivo::Soma(this, sPathCopia, &pEntrada->novo));
+    return S_OK;
+}
+
+template <class TConverteArquivo>
+HRESULT CXVConversaoMiddleware::ConverteTodos(XVUShort usPasso, CXVDiarioConversao& rDiario,
+                                              TConverteArquivo converteArquivo) {
+    CListaNomes listaNomes;
+    XV_CHECK(ListaArquivosDoPasso(usPasso, &listaNomes));
+    XV_CHECK(RemoveCopias(listaNomes));
+    if (m_pObservador != nullptr) m_pObservador->OnInicioPasso(usPasso, listaNomes.size());
+    for (const std::string& sNome : listaNomes) {
+        SEntradaDiario entrada;
+        const HRESULT hr = converteArquivo(sNome, &entrada);
+        if (FAILED(hr)) {
+            XVIgnora(RemoveCopias(listaNomes));
+            return hr;
+        }
+        if (hr == S_OK) rDiario.Inclui(std::move(entrada));
+    }
+    if (!rDiario.GetEntradas().empty()) XV_CHECK(rDiario.Grava(usPasso));
     return S_OK;
 }
 
@@ -113,26 +170,18 @@ template <class TConverteArquivo>
 HRESULT CXVConversaoMiddleware::ConverteArquivos(const STextosPasso& rTextos,
                                                  TConverteArquivo converteArquivo) {
     const XVUShort usPasso = rTextos.usPasso;
-    CListaNomes listaConvertidos;
-    bool bDiarioValido = false;
-    XV_CHECK(LeDiario(usPasso, &listaConvertidos, &bDiarioValido));
-    if (!bDiarioValido) {
-        XV_CHECK(RemoveDiario());
-        listaConvertidos.clear();
-        CListaNomes listaNomes;
-        XV_CHECK(ListaArquivosDoPasso(usPasso, &listaNomes));
-        XV_CHECK(RemoveCopias(listaNomes));
-        if (m_pObservador != nullptr) m_pObservador->OnInicioPasso(usPasso, listaNomes.size());
-        for (const std::string& sNome : listaNomes) {
-            const HRESULT hr = converteArquivo(sNome);
-            if (FAILED(hr)) return hr;
-            if (hr == S_OK) listaConvertidos.push_back(sNome);
-        }
-        if (!listaConvertidos.empty()) XV_CHECK(GravaDiario(usPasso, listaConvertidos));
-    } else if (m_pObservador != nullptr) {
-        m_pObservador->OnInicioPasso(usPasso, listaConvertidos.size());
+    CXVDiarioConversao diario;
+    XV_CHECK(diario.Inicializa(this));
+    XV_CHECK(diario.Le(usPasso));
+    if (!diario.EstaEmCurso()) {
+        XV_CHECK(diario.Remove());
+        const HRESULT hr = ConverteTodos(usPasso, diario, converteArquivo);
+        if (FAILED(hr)) return hr;
+    } else {
+        XV_CHECK(ConfereTroca(usPasso, diario));
+        if (m_pObservador != nullptr) m_pObservador->OnInicioPasso(usPasso, diario.GetEntradas().size());
     }
-    return Registra(ConcluiTroca(usPasso, listaConvertidos), rTextos.pszRenomeia, rTextos);
+    return Registra(ConcluiTroca(usPasso, diario), rTextos.pszRenomeia, rTextos);
 }
 
 namespace {
@@ -151,8 +200,8 @@ HRESULT CXVConversaoMiddleware::ConverteBaseV01() {
     XV_ESCOPO();
     using TReg = REG_CR_INTEGRACAO_MIDDLEWARE_V1;
     constexpr STextosPasso textos{1, "ConverteBaseV01", k_pszLeGrupo, k_pszGravaGrupo, k_pszRenomeiaGrupo};
-    return ConverteArquivos(textos, [&](const std::string& sNome) {
-        return ConverteArquivo<TReg, TReg>(sNome, textos, [](const TReg& reg) { return reg; });
+    return ConverteArquivos(textos, [&](const std::string& sNome, SEntradaDiario* pEntrada) {
+        return ConverteArquivo<TReg, TReg>(sNome, textos, pEntrada, [](const TReg& reg) { return reg; });
     });
 }
 
@@ -172,8 +221,8 @@ HRESULT CXVConversaoMiddleware::ConverteBaseV02() {
                 reg.eSistemaIntegracao,
                 {}};
     };
-    return ConverteArquivos(textos, [&](const std::string& sNome) {
-        return ConverteArquivo<TAntigo, TNovo>(sNome, textos, converte);
+    return ConverteArquivos(textos, [&](const std::string& sNome, SEntradaDiario* pEntrada) {
+        return ConverteArquivo<TAntigo, TNovo>(sNome, textos, pEntrada, converte);
     });
 }
 
@@ -184,8 +233,8 @@ HRESULT CXVConversaoMiddleware::ConverteBaseV03() {
     constexpr STextosPasso textos{3, "ConverteBaseV03", k_pszLeGrupo, k_pszGravaGrupo, k_pszRenomeiaGrupo};
     const bool bFilialComoBase = UsaFilialComoBaseDadosTerceiro();
     const auto converte = [bFilialComoBase](const TAntigo& reg) { return ParaV2(reg, bFilialComoBase); };
-    return ConverteArquivos(textos, [&](const std::string& sNome) {
-        return ConverteArquivo<TAntigo, TNovo>(sNome, textos, converte);
+    return ConverteArquivos(textos, [&](const std::string& sNome, SEntradaDiario* pEntrada) {
+        return ConverteArquivo<TAntigo, TNovo>(sNome, textos, pEntrada, converte);
     });
 }
 
@@ -196,8 +245,8 @@ HRESULT CXVConversaoMiddleware::ConverteBaseV04() {
         4, "ConverteBaseV04",
         "fileIntegracaoDAT.LeColecao(uiChave, uiPosicaoInicial, iQtdRegistros, listaIntegracaoOld)",
         k_pszGravaGrupo, k_pszRenomeiaGrupo};
-    return ConverteArquivos(textos, [&](const std::string& sNome) {
-        return ConverteArquivo<TReg, TReg>(sNome, textos, RenumeraRegistro<TReg>);
+    return ConverteArquivos(textos, [&](const std::string& sNome, SEntradaDiario* pEntrada) {
+        return ConverteArquivo<TReg, TReg>(sNome, textos, pEntrada, RenumeraRegistro<TReg>);
     });
 }
 
@@ -214,9 +263,10 @@ HRESULT CXVConversaoMiddleware::ConverteBaseV05() {
         5, "ConverteBaseV05",
         "fileChaveTerceiroDAT.LeColecao(uiPosicaoInicial, iQtdRegistros, listaChaveTerceiroOld)",
         "fileChaveTerceiroTRA.GravaColecao(uiPosicao, listaChaveTerceiro)", textosDataHora.pszRenomeia};
-    return ConverteArquivos(textosDataHora, [&](const std::string& sNome) {
+    return ConverteArquivos(textosDataHora, [&](const std::string& sNome, SEntradaDiario* pEntrada) {
         return sNome == k_pszArquivoDataHoraIntegracao
-                   ? ConverteArquivo<TDataHora, TDataHora>(sNome, textosDataHora, RenumeraRegistro<TDataHora>)
-                   : ConverteArquivo<TChave, TChave>(sNome, textosChave, RenumeraRegistro<TChave>);
+                   ? ConverteArquivo<TDataHora, TDataHora>(sNome, textosDataHora, pEntrada,
+                                                           RenumeraRegistro<TDataHora>)
+                   : ConverteArquivo<TChave, TChave>(sNome, textosChave, pEntrada, RenumeraRegistro<TChave>);
     });
 }

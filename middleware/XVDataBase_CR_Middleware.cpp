@@ -61,12 +61,14 @@ HRESULT CXVDataBase_CR_Middleware::OnFinaliza() {
 }
 
 bool CXVDataBase_CR_Middleware::EstaDiaAberto(XVUInt64 uiChaveNomeArquivo) const {
-    return m_Integracao.TemArquivoAberto(uiChaveNomeArquivo) && m_JSONIntegracao.TemArquivoAberto(uiChaveNomeArquivo) &&
+    return m_Integracao.TemArquivoAberto(uiChaveNomeArquivo) &&
+           m_JSONIntegracao.TemArquivoAberto(uiChaveNomeArquivo) &&
            m_MensagemIntegracao.TemArquivoAberto(uiChaveNomeArquivo) &&
            m_JSONRetornoIntegracao.TemArquivoAberto(uiChaveNomeArquivo);
 }
 
-HRESULT CXVDataBase_CR_Middleware::RecusaMembro(XVUInt64 uiChaveNomeArquivo, const std::string& sPadrao) const {
+HRESULT CXVDataBase_CR_Middleware::RecusaMembro(XVUInt64 uiChaveNomeArquivo,
+                                                const std::string& sPadrao) const {
     const std::string sNome = XVNomeArquivo::ChaveParaNome(uiChaveNomeArquivo, sPadrao);
     std::string sPath;
     if (FAILED(CXVDataBaseUtil::GetPathArquivo(GetModulo(), GetEmpresa(), sNome, &sPath))) sPath = sNome;
@@ -85,9 +87,10 @@ HRESULT CXVDataBase_CR_Middleware::LeMaioresPonteiros(XVUInt64 uiChaveNomeArquiv
     std::vector<REG_CR_INTEGRACAO_MIDDLEWARE_V2> aRegistros;
     if (uiQuantidade > 0) XV_CHECK(m_Integracao.LeColecao(uiChaveNomeArquivo, 1, uiQuantidade, aRegistros));
     for (const REG_CR_INTEGRACAO_MIDDLEWARE_V2& reg : aRegistros) {
-        const std::array<XVUInt, k_uiTextos> aulPonteiros{reg.ulPonteiroJSONRegistro, reg.ulPonteiroMensagemRetorno,
-                                                          reg.ulPonteiroJSONRetornoIntegracao};
-        for (std::size_t i = 0; i < k_uiTextos; ++i) pDia->aulMaior[i] = std::max(pDia->aulMaior[i], aulPonteiros[i]);
+        const std::array<XVUInt, k_uiTextos> aulPonteiros{
+            reg.ulPonteiroJSONRegistro, reg.ulPonteiroMensagemRetorno, reg.ulPonteiroJSONRetornoIntegracao};
+        for (std::size_t i = 0; i < k_uiTextos; ++i)
+            pDia->aulMaior[i] = std::max(pDia->aulMaior[i], aulPonteiros[i]);
     }
     return S_OK;
 }
@@ -103,12 +106,14 @@ HRESULT CXVDataBase_CR_Middleware::ConfereTextos(XVUInt64 uiChaveNomeArquivo, ET
     if (it->second.abConferido[uiTexto]) return S_OK;
     CXVGroupTextFileDynamic& rGrupo = GetGrupo(eTexto);
     XVUInt64 uiQuantidade = 0;
-    if (rGrupo.TemMembro(uiChaveNomeArquivo)) XV_CHECK(rGrupo.GetQtdRegistros(uiChaveNomeArquivo, &uiQuantidade));
+    if (rGrupo.TemMembro(uiChaveNomeArquivo))
+        XV_CHECK(rGrupo.GetQtdRegistros(uiChaveNomeArquivo, &uiQuantidade));
     if (it->second.aulMaior[uiTexto] > uiQuantidade) {
-        XVProfiler::RecordError(this, "CXVDataBase_CR_Middleware::ConfereTextos", XVNomeFonte(), __LINE__,
-                                "Um registro de %s aponta o texto %u; textos no arquivo: %llu",
-                                XVNomeArquivo::ChaveParaNome(uiChaveNomeArquivo, m_Integracao.GetNomeArquivo()).c_str(),
-                                it->second.aulMaior[uiTexto], static_cast<unsigned long long>(uiQuantidade));
+        XVProfiler::RecordError(
+            this, "CXVDataBase_CR_Middleware::ConfereTextos", XVNomeFonte(), __LINE__,
+            "Um registro de %s aponta o texto %u; textos no arquivo: %llu",
+            XVNomeArquivo::ChaveParaNome(uiChaveNomeArquivo, m_Integracao.GetNomeArquivo()).c_str(),
+            it->second.aulMaior[uiTexto], static_cast<unsigned long long>(uiQuantidade));
         return RecusaMembro(uiChaveNomeArquivo, rGrupo.GetNomeArquivo());
     }
     it->second.abConferido[uiTexto] = true;

@@ -18,6 +18,13 @@ inline constexpr const char* k_pszArquivoChaveRegistroParaTerceiro = "CRCHAVEREG
 inline constexpr const char* k_pszArquivoDataHoraIntegracao = "CRDTHRINTEG.dat";
 inline constexpr const char* k_pszArquivoVersao = "CRMIDDLEWAREVS.dat";
 
+// The schema's data files, the version file apart.
+inline constexpr const char* k_apszArquivosUnicos[] = {
+    k_pszArquivoIndexIntegracao, k_pszArquivoChaveRegistroParaTerceiro, k_pszArquivoDataHoraIntegracao};
+inline constexpr const char* k_apszGrupos[] = {k_pszArquivoIntegracao, k_pszArquivoJSONIntegracao,
+                                               k_pszArquivoMensagemIntegracao,
+                                               k_pszArquivoJSONRetornoIntegracao};
+
 enum EColuna_Indexacao_Middleware : XVUInt {
     eIndexacao_ChaveIntegracaoComSistemaTerceiro = 0,
     eIndexacao_DMCIntegracao = 1,
@@ -52,9 +59,10 @@ class CXVDataBase_CR_Middleware : public CXVDataBase {
     bool EstaDiaAberto(XVUInt64 uiChaveNomeArquivo) const;
     // The texts of an integration, each in a group of its own.
     enum class ETexto : std::uint8_t { eJSON, eMensagem, eJSONRetorno, eQuantidade };
-    // Before a text is recorded in a day: no record of the day names a text that the day's file does not hold, or
-    // the new one would answer for an old integration. E_XVCR_INCONSISTENCIA_CONTROLE_CRIACAO_ARQUIVOS; the
-    // error log names both files. Each file is looked at once. The lock of changes is held.
+    // Before a text is recorded in a day: no record of the day names a text that the day's file does not
+    // hold, or the new one would answer for an old integration.
+    // E_XVCR_INCONSISTENCIA_CONTROLE_CRIACAO_ARQUIVOS; the error log names both files. Each file is looked at
+    // once. The lock of changes is held.
     HRESULT ConfereTextos(XVUInt64 uiChaveNomeArquivo, ETexto eTexto);
 
     // Records that a day's file of a group contradicts another file, and yields the code for it.

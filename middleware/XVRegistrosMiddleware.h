@@ -4,6 +4,7 @@
 
 #include <cstddef>
 
+#include "core/xvdatabase/XVConteudo.h"
 #include "support/XVCheck.h"
 #include "support/XVDmc.h"
 
@@ -137,3 +138,55 @@ inline constexpr std::string_view k_sNomeRegistro<REG_CR_CHAVE_REGISTRO_TELVO_PA
 template <>
 inline constexpr std::string_view k_sNomeRegistro<REG_CR_DATA_HORA_INTEGRACAO_TERCEIRO_V1> =
     "REG_CR_DATA_HORA_INTEGRACAO_TERCEIRO_V1";
+
+// Dates of the calendar, seconds of a day, reserved bits zero, a pointer where a record is named. Numbers
+// and enumerations are open to later programs and prove nothing.
+template <>
+struct TXVPlausibilidade<REG_CR_INDEX_INTEGRACAO_V1> {
+    static bool EhPlausivel(const REG_CR_INDEX_INTEGRACAO_V1& reg) {
+        return REG_XVDMC(reg.regDmcIntegracao).EhDeIntegracao();
+    }
+};
+
+// The first four fields, which both layouts of the integration record begin with.
+template <class TReg>
+bool XVEhIntegracaoPlausivel(const TReg& reg) {
+    return REG_XVDMC(reg.regDmcIntegracaoOrigem).EhValido() &&
+           REG_XVDMC(reg.regDmcMovimentoOrigem).EhValido() &&
+           REG_XVDMAHMSUTC(reg.regDataHoraInclusao).EhValida() &&
+           REG_XVDMAHMSUTC(reg.regDataHoraAlteracaoStatus).EhValida();
+}
+template <>
+struct TXVPlausibilidade<REG_CR_INTEGRACAO_MIDDLEWARE_V1> {
+    static bool EhPlausivel(const REG_CR_INTEGRACAO_MIDDLEWARE_V1& reg) {
+        return XVEhIntegracaoPlausivel(reg);
+    }
+};
+template <>
+struct TXVPlausibilidade<REG_CR_INTEGRACAO_MIDDLEWARE_V2> {
+    static bool EhPlausivel(const REG_CR_INTEGRACAO_MIDDLEWARE_V2& reg) {
+        return XVEhIntegracaoPlausivel(reg);
+    }
+};
+
+inline bool XVNomeiaRegistro(REG_XVDMC regDmc) {
+    return regDmc.EhValido() && !regDmc.EhNulo();
+}
+template <>
+struct TXVPlausibilidade<REG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIRO_V1> {
+    static bool EhPlausivel(const REG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIRO_V1& reg) {
+        return XVNomeiaRegistro(reg.regDmcRegistroTelvo);
+    }
+};
+template <>
+struct TXVPlausibilidade<REG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIRO_V2> {
+    static bool EhPlausivel(const REG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIRO_V2& reg) {
+        return XVNomeiaRegistro(reg.regDmcRegistroTelvo) && REG_XVDMC(reg.regDmcOrigemIntegracao).EhValido();
+    }
+};
+template <>
+struct TXVPlausibilidade<REG_CR_DATA_HORA_INTEGRACAO_TERCEIRO_V1> {
+    static bool EhPlausivel(const REG_CR_DATA_HORA_INTEGRACAO_TERCEIRO_V1& reg) {
+        return REG_XVDMAHMSUTC(reg.regDataHora).EhValida();
+    }
+};

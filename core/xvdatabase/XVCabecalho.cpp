@@ -13,6 +13,11 @@
 namespace {
 
 constexpr std::size_t k_uiBytesDoCrcB = offsetof(REG_XVCABECALHO_B, uiCrc);
+constexpr std::size_t k_uiOffsetTamanhoBloco =
+    k_uiTamanhoBlocoA + offsetof(REG_XVCABECALHO_B, uiTamanhoBloco);
+constexpr std::size_t k_uiOffsetNome = k_uiTamanhoBlocoA + offsetof(REG_XVCABECALHO_B, szNomeArquivo);
+// Fewer equal bytes are chance: seven of the signature are zero.
+constexpr std::ptrdiff_t k_iBytesDaAssinatura = 16;
 
 REG_XVDATAHORA_CABECALHO Agora() {
     const SDataHora dh = XVPlataforma::Relogio().AgoraLocal();
@@ -52,11 +57,39 @@ void AtualizaCampo(char (&szAtual)[N], char (&szAnterior)[N], REG_XVDATAHORA_CAB
     regAlteracao = regAgora;
 }
 
+bool TemAssinatura(std::span<const XVByte> aInicio) {
+    const REG_XVCABECALHO_A regA = XVCabecalho::BlocoA();
+    const auto* pAssinatura = reinterpret_cast<const XVByte*>(&regA);
+    std::ptrdiff_t iIguais = 0;
+    for (std::size_t i = 0; i < std::min(aInicio.size(), sizeof(regA)); ++i)
+        iIguais += aInicio[i] == pAssinatura[i] ? 1 : 0;
+    return iIguais >= k_iBytesDaAssinatura;
+}
+
+bool TemTamanhoDeBloco(std::span<const XVByte> aInicio) {
+    XVUInt64 uiTamanhoBloco = 0;
+    if (aInicio.size() < k_uiOffsetTamanhoBloco + sizeof(uiTamanhoBloco)) return false;
+    std::memcpy(&uiTamanhoBloco, aInicio.data() + k_uiOffsetTamanhoBloco, sizeof(uiTamanhoBloco));
+    return uiTamanhoBloco == k_uiTamanhoBlocoB;
+}
+
+bool TemNome(std::span<const XVByte> aInicio, std::string_view sNomeArquivo) {
+    const std::string_view sNome = Final(sNomeArquivo, sizeof(REG_XVCABECALHO_B::szNomeArquivo) - 1);
+    if (sNome.empty() || aInicio.size() < k_uiOffsetNome + sNome.size()) return false;
+    return XVIgualSemCaixa({reinterpret_cast<const char*>(aInicio.data()) + k_uiOffsetNome, sNome.size()},
+                           sNome);
+}
+
 }  // namespace
 
 namespace XVCabecalho {
 
 bool AssinaturaConfere(const REG_XVCABECALHO_A& regA) {
+    // Version 1 is one signature, its zero bytes included; what later ones keep there is theirs to say.
+    if (regA.usVersao == k_usVersaoCabecalho) {
+        const REG_XVCABECALHO_A regEsperado = BlocoA();
+        return std::memcmp(&regA, &regEsperado, sizeof(regA)) == 0;
+    }
     return regA.usVersao != 0 && XVCrc64(&regA.usVersao, sizeof(regA.usVersao)) == regA.uiCrcVersao &&
            XVCrc64(&regA.uiCrcVersao, sizeof(regA.uiCrcVersao)) == regA.uiCrcDoCrc;
 }
@@ -114,6 +147,18 @@ void Atualiza(REG_XVCABECALHO_B& regB, const IXVDF_Profiler& rDono, XVUInt64 uiT
 
 void Sela(REG_XVCABECALHO_B& regB) {
     regB.uiCrc = XVCrc64(&regB, k_uiBytesDoCrcB);
+}
+
+bool EhReconhecivel(std::span<const XVByte> aInicio, std::string_view sNomeArquivo) {
+    return TemAssinatura(aInicio) || TemTamanhoDeBloco(aInicio) || TemNome(aInicio, sNomeArquivo);
+}
+
+bool EhIntegro(const REG_XVCABECALHO& reg, std::string_view sNomeArquivo, XVUInt64 uiTamanhoArquivo) {
+    return AssinaturaConfere(reg.regA) && reg.regA.usVersao == k_usVersaoCabecalho &&
+           reg.regB.uiTamanhoBloco == k_uiTamanhoBlocoB && CrcConfere(reg.regB) &&
+           uiTamanhoArquivo >= k_uiTamanhoCabecalho &&
+           reg.regB.uiTamanhoDados == uiTamanhoArquivo - k_uiTamanhoCabecalho &&
+           NomeConfere(reg.regB, sNomeArquivo);
 }
 
 bool NomeConfere(const REG_XVCABECALHO_B& regB, std::string_view sNomeArquivo) {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstddef>
+#include <span>
 #include <string_view>
 
 #include "platform/XVRelogio.h"
@@ -85,7 +86,7 @@ inline constexpr XVUShort k_usVersaoSistema = 127;
 
 namespace XVCabecalho {
 
-// Block A holds: version not 0 and both CRCs right.
+// Block A holds: version not 0 and both CRCs right; in version 1 every byte of it.
 bool AssinaturaConfere(const REG_XVCABECALHO_A& regA);
 // Block B's CRC over its first 208 bytes is right.
 bool CrcConfere(const REG_XVCABECALHO_B& regB);
@@ -99,6 +100,13 @@ void Atualiza(REG_XVCABECALHO_B& regB, const IXVDF_Profiler& rDono, XVUInt64 uiT
 void Sela(REG_XVCABECALHO_B& regB);
 // Block A as every file of this version has it.
 REG_XVCABECALHO_A BlocoA();
+
+// Whether the first bytes of a file, at most 240 of them, are what is left of a header, its signature
+// whole or not: 16 of the 24 signature bytes are right, or the size of block B stands in its place, or the
+// file's own name does. A file of records or texts has none of the three.
+bool EhReconhecivel(std::span<const XVByte> aInicio, std::string_view sNomeArquivo);
+// Whether a header holds as a whole for a file of this length and name; the engine versions are not asked.
+bool EhIntegro(const REG_XVCABECALHO& reg, std::string_view sNomeArquivo, XVUInt64 uiTamanhoArquivo);
 
 // The file-name field against a name: last 23 characters, case ignored.
 bool NomeConfere(const REG_XVCABECALHO_B& regB, std::string_view sNomeArquivo);

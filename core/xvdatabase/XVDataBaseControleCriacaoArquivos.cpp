@@ -96,6 +96,23 @@ HRESULT CXVDataBaseControleCriacaoArquivos::PossuiControleCriacaoArquivos(bool* 
     return S_OK;
 }
 
+// Of a name that is on the list already the opening's check changes nothing.
+HRESULT CXVDataBaseControleCriacaoArquivos::ConfereArquivoControlado() {
+    bool bPossui = false;
+    XV_CHECK(PossuiControleCriacaoArquivos(&bPossui));
+    if (bPossui) XV_CHECK(GerenciaControleCriacaoArquivos(eModoLeituraGravacao));
+    return S_OK;
+}
+
+HRESULT CXVDataBaseControleCriacaoArquivos::LeNomesControlados(std::vector<std::string>* plistaNomes) {
+    plistaNomes->clear();
+    CXVDataBaseControle xvDB(m_eModulo, k_sNomeControle, CXVDataBaseControle::EUso::eLeitura);
+    XV_CHECK(xvDB.Inicializa(this));
+    const CXVTextFile::CColecao& rColecao = *xvDB.GetArquivo().GetPtrRegistros();
+    for (std::size_t i = 0; i < rColecao.size(); ++i) plistaNomes->emplace_back(rColecao[i].GetTexto());
+    return S_OK;
+}
+
 HRESULT CXVDataBaseControleCriacaoArquivos::CriaControleCriacaoArquivos() {
     XV_ESCOPO({"m_sNomeArquivo", m_sNomeArquivo});
     std::unique_ptr<IXVMarcaDiretorio> marca;

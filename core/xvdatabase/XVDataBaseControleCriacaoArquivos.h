@@ -27,6 +27,11 @@ class CXVDataBaseControleCriacaoArquivos : public CXVInicializador {
     // control disabled a listed file leaves the list.
     HRESULT GerenciaControleCriacaoArquivos(XVUInt eModoAbertura);
     HRESULT PossuiControleCriacaoArquivos(bool* pbPossui);
+    // For readers: a file that is listed and missing is E_XVCR_INCONSISTENCIA_CONTROLE_CRIACAO_ARQUIVOS.
+    // Changes nothing, even when the file comes to the directory meanwhile.
+    HRESULT ConfereArquivoControlado();
+    // All names under control, in the order in which they came; changes nothing.
+    HRESULT LeNomesControlados(std::vector<std::string>* plistaNomes);
     HRESULT CriaControleCriacaoArquivos();
     HRESULT RemoveControleCriacaoArquivos();
     void DesabilitaControleCriacaoArquivos() { m_bDesabilitado = true; }

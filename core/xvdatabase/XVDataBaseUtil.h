@@ -54,6 +54,9 @@ class CXVDataBaseUtil {
     // nothing.
     static HRESULT ConcluiRenomeacao(const IXVDF_Profiler* pDono, EModulo eModulo,
                                      const std::string& sNomeArquivo, XVUShort usVersaoArquivo);
+    // Only a move onto a path, replacing what is there, tried 50 times: E_XVCR_RENOMEACAO_ARQUIVO.
+    static HRESULT MovePath(const IXVDF_Profiler* pDono, const std::string& sPathOrigem,
+                            const std::string& sPathArquivo);
     // Only the move of the ".cab" copy: the caller has the header and the control in hand.
     static HRESULT RenomeiaArquivoCAB(const IXVDF_Profiler* pDono, EModulo eModulo,
                                       const std::string& sNomeArquivo);
@@ -79,6 +82,4 @@ class CXVDataBaseUtil {
     static HRESULT RenomeiaArquivoUnico(const IXVDF_Profiler* pDono, EModulo eModulo,
                                         const std::string& sNomeArquivo, std::string_view sExtensao,
                                         XVUShort usVersaoArquivo);
-    static HRESULT MovePath(const IXVDF_Profiler* pDono, const std::string& sPathOrigem,
-                            const std::string& sPathArquivo);
 };

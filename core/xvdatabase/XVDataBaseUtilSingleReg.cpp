@@ -45,9 +45,7 @@ HRESULT CXVDataBaseUtil::LeSingleReg(const IXVDF_Profiler* pDono, EModulo eModul
     }
     CXVDataBaseControleCriacaoArquivos controle(eModulo, sNomeArquivo);
     XV_CHECK_DONO(pDono, controle.Inicializa(pDono));
-    // The control's own check names a listed file that is missing; for an unlisted one it does nothing.
-    XV_CHECK_DONO(pDono,
-                  controle.GerenciaControleCriacaoArquivos(EXVDataBase_ModoAbertura::eModoLeituraGravacao));
+    XV_CHECK_DONO(pDono, controle.ConfereArquivoControlado());
     return S_OK;
 }
 

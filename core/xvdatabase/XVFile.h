@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "core/xvdatabase/XVArrayRegistros.h"
+#include "core/xvdatabase/XVConteudo.h"
 #include "core/xvdatabase/XVDataBase.h"
 #include "core/xvdatabase/XVFileBase.h"
 #include "core/xvdatabase/XVIndice.h"
@@ -94,6 +95,7 @@ class CXVFile : public CXVFileBase {
   protected:
     HRESULT OnInicializa() override;
     HRESULT OnFinaliza() override;
+    CXVErroArquivo ConfereConteudo(XVUInt64 uiTamanho, bool* pbIntegro) override;
 
   private:
     struct SIndice {

@@ -66,9 +66,13 @@ class CXVFileBase : public IXVFileBase {
     XVUInt64 GetSeekCabecalho();
     bool PossuiCabecalho();
     // Validates the header of an open file in any mode, without changing the file; a file without header is
-    // accepted unless its header is there and damaged.
+    // accepted unless its header is there and damaged. With headers off on the machine: S_OK.
     HRESULT ConfereCabecalho();
 
+    // The machine-wide switch: nothing is concluded from what headers say, none is added or updated. What
+    // stays is the question where a payload begins: after a header where the file has one, and a file with
+    // the remains of one is refused.
+    static bool CabecalhoDesabilitadoNaMaquina();
     // Whether this file has, or would get, a header.
     bool GerenciarCabecalho() const;
     // The header that the file would have after a write that leaves uiTamanhoDados bytes of payload: the next
@@ -102,6 +106,13 @@ class CXVFileBase : public IXVFileBase {
     // Where the payload of the open file lies. A header that cannot be read, is cut off or is of a later
     // version is its code: it must never be taken for records.
     HRESULT GetAreaDados(XVUInt64* puiSeek, XVUInt64* puiTamanho);
+
+    // Whether the open file, of uiTamanho bytes and without a header, holds sound content of its kind from
+    // its first byte on; only then it gets a header. Only reads. The base knows no kind: any content will do.
+    virtual CXVErroArquivo ConfereConteudo(XVUInt64 /*uiTamanho*/, bool* pbIntegro) {
+        *pbIntegro = true;
+        return {};
+    }
 
     // Record the cause of a failed file operation under its name and yield its code.
     HRESULT CatchGravacao(const CXVErroArquivo* pEx);
@@ -197,6 +208,7 @@ class CXVFileBase : public IXVFileBase {
     HRESULT ValidaCabecalho();
     HRESULT ValidaCabecalhoV01();
     HRESULT ValidaAusenciaCabecalho();
+    HRESULT ValidaConteudoSemCabecalho();
     HRESULT AtualizaCabecalho(const REG_XVCABECALHO_B& regB);
     void LimpaCabecalho();
 

@@ -1,5 +1,6 @@
 // The header operations of CXVFileBase.
 #include <algorithm>
+#include <array>
 #include <cstring>
 #include <vector>
 
@@ -13,17 +14,13 @@
 #include "support/XVCodigos.h"
 #include "support/XVProfiler.h"
 
-namespace {
-
-// The machine-wide switch, read once per process.
-bool CabecalhoDesabilitadoNaMaquina() {
+// Read once per process.
+bool CXVFileBase::CabecalhoDesabilitadoNaMaquina() {
     static const bool bDesabilitado = XVPlataforma::Registro()
                                           .LeNumero(k_sChaveRegistroSuite, "XVDataBase_DesabilitaCabecalho")
                                           .value_or(0) != 0;
     return bDesabilitado;
 }
-
-}  // namespace
 
 void CXVFileBase::LimpaCabecalho() {
     m_bCabecalhoProcurado = false;
@@ -52,7 +49,7 @@ void CXVFileBase::ProximoCabecalho(REG_XVCABECALHO* pReg, XVUInt64 uiTamanhoDado
 }
 
 XVUShort CXVFileBase::GetVersaoArquivo() {
-    if (GetSeekCabecalho() == 0) return 0;
+    if (CabecalhoDesabilitadoNaMaquina() || GetSeekCabecalho() == 0) return 0;
     if (!m_bCabecalhoValidado && FAILED(ConfereCabecalho())) return 0;
     return m_regCabecalho.regB.usVersaoArquivo;
 }
@@ -95,12 +92,13 @@ HRESULT CXVFileBase::GerenciaCabecalho() {
         return S_OK;
     }
     XV_CHECK(ValidaAusenciaCabecalho());
+    XV_CHECK(ValidaConteudoSemCabecalho());
     XV_CHECK(CriaCabecalho());
     return S_OK;
 }
 
 HRESULT CXVFileBase::ConfereCabecalho() {
-    if (!ExisteArquivo() || m_bCabecalhoValidado) return S_OK;
+    if (!ExisteArquivo() || m_bCabecalhoValidado || CabecalhoDesabilitadoNaMaquina()) return S_OK;
     XV_CHECK_TEXTO(Recusa(ProcuraCabecalho()), "ProcuraCabecalho()");
     if (m_bCabecalhoPresente) {
         XV_CHECK_TEXTO(Recusa(ValidaCabecalho()), "ValidaCabecalho()");
@@ -136,15 +134,27 @@ HRESULT CXVFileBase::ValidaCabecalhoV01() {
     return S_OK;
 }
 
-// A file whose signature block is damaged but whose information block still holds is refused: a second
-// header in front of it would make its first header look like records.
+// What is left of a header is no record: a second header in front of it would make it one, and nobody
+// can tell where the payload of such a file begins.
 HRESULT CXVFileBase::ValidaAusenciaCabecalho() {
-    if (m_uiTamanhoArquivo < k_uiTamanhoCabecalho || XVNomeArquivo::EhIsento(m_sNomeArquivo)) return S_OK;
-    REG_XVCABECALHO_B regB;
-    if (const CXVErroArquivo erro = LeDados(k_uiTamanhoBlocoA, &regB, sizeof(regB)); !erro.Ok())
+    if (XVNomeArquivo::EhIsento(m_sNomeArquivo)) return S_OK;
+    std::array<XVByte, k_uiTamanhoCabecalho> aInicio;
+    const auto uiTamanho = static_cast<std::size_t>(std::min<XVUInt64>(m_uiTamanhoArquivo, aInicio.size()));
+    if (uiTamanho == 0) return S_OK;
+    if (const CXVErroArquivo erro = LeDados(0, aInicio.data(), uiTamanho); !erro.Ok())
         XV_CHECK_TEXTO(CatchInicializacao(&erro), "CatchInicializacao(pEx)");
-    if (regB.uiTamanhoBloco == k_uiTamanhoBlocoB && XVCabecalho::CrcConfere(regB))
+    if (XVCabecalho::EhReconhecivel({aInicio.data(), uiTamanho}, m_sNomeArquivo))
         XV_FALHA(E_XVCR_CRC_CABECALHO_NAO_CONFERE);
+    return S_OK;
+}
+
+// A header would vouch from now on for whatever it is put in front of.
+HRESULT CXVFileBase::ValidaConteudoSemCabecalho() {
+    if (m_uiTamanhoArquivo == 0) return S_OK;
+    bool bIntegro = false;
+    if (const CXVErroArquivo erro = ConfereConteudo(m_uiTamanhoArquivo, &bIntegro); !erro.Ok())
+        XV_CHECK_TEXTO(CatchInicializacao(&erro), "CatchInicializacao(pEx)");
+    if (!bIntegro) XV_FALHA(E_XVCR_CRC_CABECALHO_NAO_CONFERE);
     return S_OK;
 }
 

@@ -42,6 +42,15 @@ HRESULT CXVFile<T>::Carrega() {
 }
 
 template <class T>
+CXVErroArquivo CXVFile<T>::ConfereConteudo(XVUInt64 uiTamanho, bool* pbIntegro) {
+    *pbIntegro = false;
+    if (uiTamanho / sizeof(T) > k_uiMaximoRegistros) return {};
+    return XVConfereRegistros<T>(uiTamanho, pbIntegro, [this](XVUInt64 uiOffset, void* p, std::size_t n) {
+        return LeDados(uiOffset, p, n);
+    });
+}
+
+template <class T>
 HRESULT CXVFile<T>::Le(XVUInt uiPosicao, T* preg) const {
     XV_ESCOPO({"m_sNomeArquivo", GetNomeArquivo()}, {"uiPosicao", XVUInt64{uiPosicao}});
     const std::shared_lock lock(GetLock());

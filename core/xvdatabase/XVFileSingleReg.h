@@ -71,6 +71,11 @@ class CXVFileSingleReg : public CXVFileBase {
         return S_OK;
     }
 
+    CXVErroArquivo ConfereConteudo(XVUInt64 uiTamanho, bool* pbIntegro) override {
+        *pbIntegro = uiTamanho == sizeof(T);
+        return {};
+    }
+
   private:
     // bAceitaVazio: a file just created has no record yet.
     HRESULT Carrega(bool bAceitaVazio) {

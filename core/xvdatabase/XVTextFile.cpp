@@ -4,6 +4,7 @@
 #include <mutex>
 #include <shared_mutex>
 
+#include "core/xvdatabase/XVConteudo.h"
 #include "core/xvdatabase/XVDataBase.h"
 #include "support/XVCodigos.h"
 #include "support/XVProfiler.h"
@@ -98,6 +99,12 @@ HRESULT CXVTextFile::InterpretaDados(const char* pDados, XVUInt64 uiTamanho) {
         uiOffset += k_uiTamanhoPrefixo + ulTexto;
     }
     return S_OK;
+}
+
+CXVErroArquivo CXVTextFile::ConfereConteudo(XVUInt64 uiTamanho, bool* pbIntegro) {
+    return XVConfereTextos(uiTamanho, pbIntegro, [this](XVUInt64 uiOffset, void* p, std::size_t n) {
+        return LeDados(uiOffset, p, n);
+    });
 }
 
 HRESULT CXVTextFile::Le(XVUInt uiPosicao, std::string& sTexto) const {

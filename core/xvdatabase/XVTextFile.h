@@ -62,6 +62,7 @@ class CXVTextFile : public CXVFileBase {
   protected:
     HRESULT OnInicializa() override;
     HRESULT OnFinaliza() override;
+    CXVErroArquivo ConfereConteudo(XVUInt64 uiTamanho, bool* pbIntegro) override;
 
   private:
     // A prepared write: a run of texts as it lies on disk, which then holds the texts in memory.

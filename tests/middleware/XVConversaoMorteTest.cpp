@@ -1,5 +1,6 @@
 // A conversion killed, or failing once, at any file operation and run again ends with the bytes of one
 // that was left in peace.
+#include "middleware/BaseMiddleware.h"
 #include "support/XVCodigos.h"
 #include "tests/apoio/XVSistemaArquivosFalhas.h"
 #include "tests/apoio/XVSistemaArquivosMorte.h"
@@ -15,31 +16,82 @@ class CXVConversaoMorteTest : public CXVCenarioConversao, public testing::WithPa
         EXPECT_EQ(Converte(), S_OK);
         m_fim = RetratoSemLogs();
     }
+    // Dies at every operation that is counted, now and then once more on the way back; the number of them.
+    XVUInt64 Varre(CXVSistemaArquivosMorte& rMorte, bool bGravaMetade) {
+        XVUInt64 uiOperacao = 1;
+        for (bool bMorreu = true; bMorreu && !HasFailure(); ++uiOperacao) {
+            m_Arquivos.Restaura(m_inicio);
+            rMorte.Nasce(uiOperacao, bGravaMetade);
+            bMorreu = rMorte.Executa([&] { EXPECT_EQ(Converte(), S_OK); });
+            if (bMorreu && uiOperacao % 5 == 0) {
+                rMorte.Nasce(uiOperacao / 3 + 1, bGravaMetade);
+                rMorte.Executa([&] { EXPECT_EQ(Converte(), S_OK); });
+            }
+            rMorte.Nasce(0);
+            if (!ControleInteiro()) continue;
+            EXPECT_FALSE(rMorte.Executa([&] { EXPECT_EQ(Converte(), S_OK); }));
+            ConfereFim("operation " + std::to_string(uiOperacao));
+        }
+        return uiOperacao;
+    }
+    // A name that was half listed is no matter of the conversion: whoever lists names puts it in order.
+    bool ControleInteiro() const {
+        std::string s = Conteudo("XVDATABASE_FILE_CTRL.dat");
+        if (s == "<ausente>") return true;
+        while (s.size() >= 4) {
+            const std::size_t uiNome = static_cast<unsigned char>(s[0]);
+            if (4 + uiNome > s.size()) return false;
+            s.erase(0, 4 + uiNome);
+        }
+        return s.empty();
+    }
     void ConfereFim(const std::string& sQuando) {
         ConfereSemRestos();
         EXPECT_EQ(m_Arquivos.Diferenca(m_fim, RetratoSemLogs()), "") << sQuando;
     }
 
+    const CXVSistemaArquivosMemoria::TRetrato m_vazio = m_Arquivos.Retrata();
     CXVSistemaArquivosMemoria::TRetrato m_inicio, m_fim;
 };
 
 TEST_P(CXVConversaoMorteTest, KilledAtEveryFileOperation) {
     CXVSistemaArquivosMorte morte(m_Arquivos);
     const CXVGuardaSistemaArquivos guarda(morte);
-    XVUInt64 uiOperacao = 1;
-    for (bool bMorreu = true; bMorreu && !HasFailure(); ++uiOperacao) {
+    EXPECT_GT(Varre(morte, false), 20U) << "the sweep must have met the conversion";
+}
+
+// Every write leaves the first half of its bytes: copies, the journal, the version record.
+TEST_P(CXVConversaoMorteTest, MortaComCadaGravacaoPelaMetade) {
+    CXVSistemaArquivosMorte morte(m_Arquivos, CXVSistemaArquivosMorte::EContagem::eAlteracoes);
+    const CXVGuardaSistemaArquivos guarda(morte);
+    EXPECT_GT(Varre(morte, true), 10U);
+}
+
+// Old files without header carry no stamp. Opening the store afterwards is all that is needed.
+TEST_P(CXVConversaoMorteTest, MortaEmQualquerPontoALojaAbreSozinha) {
+    m_Arquivos.Restaura(m_vazio);
+    Instala(CXVFabricaBases(GetParam(), false).Cria(2, 3));
+    m_inicio = m_Arquivos.Retrata();
+    CXVSistemaArquivosMorte morte(m_Arquivos, CXVSistemaArquivosMorte::EContagem::eAlteracoes);
+    const CXVGuardaSistemaArquivos guarda(morte);
+    bool bMorreu = true;
+    for (XVUInt64 uiOperacao = 1; bMorreu && !HasFailure(); ++uiOperacao) {
         m_Arquivos.Restaura(m_inicio);
-        morte.Nasce(uiOperacao);
+        morte.Nasce(uiOperacao, uiOperacao % 2 == 0);
         bMorreu = morte.Executa([&] { EXPECT_EQ(Converte(), S_OK); });
-        if (bMorreu && uiOperacao % 5 == 0) {  // killed once more on the way back
-            morte.Nasce(uiOperacao / 3 + 1);
-            morte.Executa([&] { EXPECT_EQ(Converte(), S_OK); });
-        }
         morte.Nasce(0);
-        EXPECT_FALSE(morte.Executa([&] { EXPECT_EQ(Converte(), S_OK); }));
-        ConfereFim("operation " + std::to_string(uiOperacao));
+        if (!ControleInteiro()) continue;
+        CBaseMiddleware loja;
+        ASSERT_EQ(loja.Inicializa(&m_Dono), S_OK) << uiOperacao;
+        tagREG_CR_INTEGRACAO_MIDDLEWAREPS reg{};
+        EXPECT_EQ(loja.LeIntegracao({XVChaveDmc(XVDma(2023, 5, 2), 3)}, &reg, 0), S_OK) << uiOperacao;
+        EXPECT_EQ(loja.Finaliza(), S_OK);
+        for (const auto& [sNome, sDados] : CXVFabricaBases(GetParam(), false).DadosConvertidos(2, 3)) {
+            // A day that no step rewrites gets its header when it is first opened.
+            const std::string sConteudo = Conteudo(sNome);
+            EXPECT_TRUE(sConteudo == sDados || Dados(sConteudo) == sDados) << uiOperacao << sNome;
+        }
     }
-    EXPECT_GT(uiOperacao, 20U) << "the sweep must have met the conversion";
 }
 
 TEST_P(CXVConversaoMorteTest, FailingOnceAtEveryFileOperation) {
