@@ -1,0 +1,101 @@
+#include "tests/middleware/XVCenarioVarredura.h"
+
+#include <cstdlib>
+
+bool XVVarreduraCompleta() {
+    const char* psz = std::getenv("XV_VARREDURA");
+    return psz != nullptr && std::string_view(psz) == "completa";
+}
+
+void CXVCenarioVarredura::SetUp() {
+    CriaInicial();
+    m_inicial = m_Arquivos.Retrata();
+    m_esperado.antes = Executa(false, false);
+    m_esperado.depois = Executa(true, false);
+    m_esperado.antesEProxima = Executa(false, true);
+    m_esperado.depoisEProxima = Executa(true, true);
+    ASSERT_FALSE(m_esperado.antesEProxima == m_esperado.antes);
+}
+
+void CXVCenarioVarredura::CriaInicial() {
+    if (GetParam().eInicial == ELojaInicial::eAusente) return;
+    const TLoja pLoja = Abre();
+    ASSERT_NE(pLoja, nullptr);
+    ASSERT_TRUE(XVPovoaLoja(*pLoja, [&](unsigned uiDia) { SetDia(uiDia); }));
+    ASSERT_EQ(pLoja->Finaliza(), S_OK);
+    if (GetParam().eInicial == ELojaInicial::eSemCabecalho) TiraCabecalhos();
+}
+
+void CXVCenarioVarredura::TiraCabecalhos() {
+    for (const auto& [sCaminho, rArquivo] : m_Arquivos.Retrata())
+        if (sCaminho.ends_with(".dat") && !sCaminho.ends_with("XVDATABASE_FILE_CTRL.dat"))
+            m_Arquivos.CriaArquivo(sCaminho, rArquivo.sConteudo.substr(240));
+}
+
+TRetratoLoja CXVCenarioVarredura::Executa(bool bOperacao, bool bProxima) {
+    Prepara();
+    const TLoja pLoja = Abre();
+    if (pLoja == nullptr) return {};
+    if (bOperacao) {
+        EXPECT_EQ(Opera(*pLoja), S_OK);
+    }
+    if (bProxima) {
+        EXPECT_EQ(GravaProxima(*pLoja), S_OK);
+    }
+    TRetratoLoja retrato = XVRetrataLoja(*pLoja);
+    EXPECT_EQ(pLoja->Finaliza(), S_OK);
+    for (const auto& [sCaminho, rArquivo] : RetratoSemLogs()) m_nomesEmRepouso.insert(sCaminho);
+    return retrato;
+}
+
+void CXVCenarioVarredura::Prepara() {
+    m_Arquivos.Restaura(m_inicial);
+    SetDia(GetParam().uiDia);
+}
+
+HRESULT CXVCenarioVarredura::GravaProxima(CBaseMiddleware& rLoja) {
+    SetDia(GetParam().uiDia, 13);
+    CXVIntegracaoTeste integracao(9000, Mercos, eXVSMiddleware_Enviado);
+    integracao.Textos("{\"proxima\":1}", "proxima", "{}");
+    REG_XVDMC regDmc;
+    return rLoja.GravaIntegracao(&regDmc, integracao.Ptr());
+}
+
+TRetratoLoja CXVCenarioVarredura::RetrataParaConsulta() {
+    CBaseMiddleware loja;
+    loja.SetSomenteLeitura(true);
+    const HRESULT hr = loja.Inicializa(&m_Dono);
+    if (FAILED(hr)) return {{"consulta", "recusada " + std::to_string(static_cast<unsigned>(hr))}};
+    return XVRetrataLoja(loja);
+}
+
+TRetratoLoja CXVCenarioVarredura::RetrataReaberta() {
+    const TLoja pLoja = Abre();
+    if (pLoja == nullptr) return {{"abertura", "recusada"}};
+    TRetratoLoja retrato = XVRetrataLoja(*pLoja);
+    EXPECT_EQ(pLoja->Finaliza(), S_OK);
+    EXPECT_EQ(m_Arquivos.GetQuantidadeAberta(), 0U);
+    ConfereArquivosEmRepouso();
+    return retrato;
+}
+
+void CXVCenarioVarredura::ConfereArquivosEmRepouso() {
+    for (const auto& [sCaminho, rArquivo] : RetratoSemLogs())
+        EXPECT_TRUE(m_nomesEmRepouso.contains(sCaminho)) << sCaminho << " is a leftover";
+}
+
+testing::AssertionResult CXVCenarioVarredura::Igual(const TRetratoLoja& rEsperado,
+                                                    const TRetratoLoja& rObtido) {
+    if (rEsperado == rObtido) return testing::AssertionSuccess();
+    return testing::AssertionFailure() << XVDiferenca(rEsperado, rObtido);
+}
+
+testing::AssertionResult CXVCenarioVarredura::AntesOuDepois(const TRetratoLoja& rAntes,
+                                                            const TRetratoLoja& rDepois, bool bDepois,
+                                                            const TRetratoLoja& rObtido) {
+    if (rObtido == rDepois || (!bDepois && rObtido == rAntes)) return testing::AssertionSuccess();
+    if (bDepois) return testing::AssertionFailure() << "was acknowledged\n" << XVDiferenca(rDepois, rObtido);
+    return testing::AssertionFailure() << "neither before\n"
+                                       << XVDiferenca(rAntes, rObtido) << "nor after\n"
+                                       << XVDiferenca(rDepois, rObtido);
+}
