@@ -1,5 +1,6 @@
 #include "tests/middleware/XVCenarioVarredura.h"
 
+#include <algorithm>
 #include <cstdlib>
 
 bool XVVarreduraCompleta() {
@@ -90,10 +91,21 @@ testing::AssertionResult CXVCenarioVarredura::Igual(const TRetratoLoja& rEsperad
     return testing::AssertionFailure() << XVDiferenca(rEsperado, rObtido);
 }
 
+bool CXVCenarioVarredura::Confere(const TRetratoLoja& rEsperado, const TRetratoLoja& rObtido,
+                                  ERecusa eRecusa) {
+    if (eRecusa == ERecusa::eFalha) return rEsperado == rObtido;
+    return std::all_of(rObtido.begin(), rObtido.end(), [&](const auto& it) {
+        const auto itEsperado = rEsperado.find(it.first);
+        return it.second.starts_with(k_pszRecusa) ||
+               (itEsperado != rEsperado.end() && itEsperado->second == it.second);
+    });
+}
+
 testing::AssertionResult CXVCenarioVarredura::AntesOuDepois(const TRetratoLoja& rAntes,
                                                             const TRetratoLoja& rDepois, bool bDepois,
-                                                            const TRetratoLoja& rObtido) {
-    if (rObtido == rDepois || (!bDepois && rObtido == rAntes)) return testing::AssertionSuccess();
+                                                            const TRetratoLoja& rObtido, ERecusa eRecusa) {
+    if (Confere(rDepois, rObtido, eRecusa) || (!bDepois && Confere(rAntes, rObtido, eRecusa)))
+        return testing::AssertionSuccess();
     if (bDepois) return testing::AssertionFailure() << "was acknowledged\n" << XVDiferenca(rDepois, rObtido);
     return testing::AssertionFailure() << "neither before\n"
                                        << XVDiferenca(rAntes, rObtido) << "nor after\n"

@@ -41,9 +41,13 @@ class CXVCenarioVarredura : public CXVCenarioLoja, public testing::WithParamInte
     void ConfereArquivosEmRepouso();
 
     static testing::AssertionResult Igual(const TRetratoLoja& rEsperado, const TRetratoLoja& rObtido);
+    // Whether a question that is answered by a code may stand for its answer: an object whose device refused
+    // even the undoing may say so, and must not show anything else.
+    enum class ERecusa : std::uint8_t { eFalha, eAceita };
     // Before or after; bDepois: only after.
     static testing::AssertionResult AntesOuDepois(const TRetratoLoja& rAntes, const TRetratoLoja& rDepois,
-                                                  bool bDepois, const TRetratoLoja& rObtido);
+                                                  bool bDepois, const TRetratoLoja& rObtido,
+                                                  ERecusa eRecusa = ERecusa::eFalha);
 
     SEsperado m_esperado;
     CXVSistemaArquivosMemoria::TRetrato m_inicial;
@@ -51,6 +55,7 @@ class CXVCenarioVarredura : public CXVCenarioLoja, public testing::WithParamInte
   private:
     void CriaInicial();
     void TiraCabecalhos();
+    static bool Confere(const TRetratoLoja& rEsperado, const TRetratoLoja& rObtido, ERecusa eRecusa);
     TRetratoLoja Executa(bool bOperacao, bool bProxima);
 
     std::set<std::string> m_nomesEmRepouso;

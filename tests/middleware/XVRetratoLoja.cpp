@@ -12,7 +12,7 @@ namespace {
 
 std::string Codigo(HRESULT hr) {
     std::ostringstream s;
-    s << "hr " << std::hex << static_cast<unsigned>(hr);
+    s << k_pszRecusa << std::hex << static_cast<unsigned>(hr);
     return s.str();
 }
 

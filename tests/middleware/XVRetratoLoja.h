@@ -7,8 +7,9 @@
 
 #include "middleware/BaseMiddleware.h"
 
-// Question -> answer. A question that fails is answered by its code.
+// Question -> answer. A question that fails is answered by k_pszRecusa and its code.
 using TRetratoLoja = std::map<std::string, std::string>;
+inline constexpr const char* k_pszRecusa = "hr ";
 
 // What the tests store in the key map and the date-times: the questions range over all of it.
 inline constexpr unsigned k_uiRegistrosMapa = 8;  // pointers 1 to 8 of the suite's records
