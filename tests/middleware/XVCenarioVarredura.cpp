@@ -66,15 +66,16 @@ TRetratoLoja CXVCenarioVarredura::RetrataParaConsulta() {
     CBaseMiddleware loja;
     loja.SetSomenteLeitura(true);
     const HRESULT hr = loja.Inicializa(&m_Dono);
-    if (FAILED(hr)) return {{"consulta", "recusada " + std::to_string(static_cast<unsigned>(hr))}};
+    if (FAILED(hr)) return XVRetratoRecusado(hr);
     return XVRetrataLoja(loja);
 }
 
 TRetratoLoja CXVCenarioVarredura::RetrataReaberta() {
-    const TLoja pLoja = Abre();
-    if (pLoja == nullptr) return {{"abertura", "recusada"}};
-    TRetratoLoja retrato = XVRetrataLoja(*pLoja);
-    EXPECT_EQ(pLoja->Finaliza(), S_OK);
+    CBaseMiddleware loja;
+    const HRESULT hr = loja.Inicializa(&m_Dono);
+    if (FAILED(hr)) return XVRetratoRecusado(hr);
+    TRetratoLoja retrato = XVRetrataLoja(loja);
+    EXPECT_EQ(loja.Finaliza(), S_OK);
     EXPECT_EQ(m_Arquivos.GetQuantidadeAberta(), 0U);
     ConfereArquivosEmRepouso();
     return retrato;

@@ -48,6 +48,8 @@ struct SValores {
     std::set<XVUInt64> inclusoes, alteracoes;
 };
 
+constexpr const char* k_pszPerguntaAbertura = "abertura";
+
 class CXVRetratista {
   public:
     CXVRetratista(CBaseMiddleware& rLoja, TRetratoLoja& rRetrato) : m_rLoja(rLoja), m_rRetrato(rRetrato) {}
@@ -140,6 +142,10 @@ REG_XVDMC XVRegistroMapa(unsigned uiPonteiro) {
     return {XVChaveDmc(0, uiPonteiro, 2)};
 }
 
+TRetratoLoja XVRetratoRecusado(HRESULT hr) {
+    return {{k_pszPerguntaAbertura, "the opening was refused, " + Codigo(hr)}};
+}
+
 TRetratoLoja XVRetrataLoja(CBaseMiddleware& rLoja) {
     TRetratoLoja retrato;
     CXVRetratista retratista(rLoja, retrato);
@@ -162,6 +168,7 @@ std::string XVDiferenca(const TRetratoLoja& rEsperado, const TRetratoLoja& rObti
         if (sDiferenca.size() < 2000)
             sDiferenca += sPergunta + "\n  expected " + sEsperada + "\n  shown    " + sObtida + '\n';
     };
+    if (const auto it = rObtido.find(k_pszPerguntaAbertura); it != rObtido.end()) return it->second + '\n';
     for (const auto& [sPergunta, sResposta] : rEsperado) {
         const auto it = rObtido.find(sPergunta);
         if (it == rObtido.end())

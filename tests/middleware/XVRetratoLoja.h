@@ -25,6 +25,9 @@ REG_XVDMC XVRegistroMapa(unsigned uiPonteiro);
 // by record and by external id, and the date-times.
 TRetratoLoja XVRetrataLoja(CBaseMiddleware& rLoja);
 
+// The picture of a store that did not open: equal to no other.
+TRetratoLoja XVRetratoRecusado(HRESULT hr);
+
 // One integration as the picture shows it.
 std::string XVRetrataIntegracao(CBaseMiddleware& rLoja, REG_XVDMC regDmc);
 

@@ -135,6 +135,7 @@ TEST_P(CXVVarreduraFalhasLoja, EmProcessoQueReabre) {
         };
         if (GetParam().eInicial == ELojaInicial::eComum) confere(RetrataParaConsulta(), "a viewer");
         confere(RetrataReaberta(), "reopened");
+        if (HasFailure()) return bHouveFalha;
         const TLoja pLoja = Abre();
         if (pLoja != nullptr) {
             EXPECT_EQ(GravaProxima(*pLoja), S_OK);

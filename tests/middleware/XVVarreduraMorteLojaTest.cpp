@@ -46,6 +46,7 @@ class CXVVarreduraMorteLoja : public CXVCenarioVarredura {
     void ConferePorAbertura(bool bReconhecida) {
         const TRetratoLoja reaberta = RetrataReaberta();
         EXPECT_TRUE(AntesOuDepois(m_esperado.antes, m_esperado.depois, bReconhecida, reaberta)) << "reopened";
+        if (HasFailure()) return;
         const TLoja pLoja = Abre();
         ASSERT_NE(pLoja, nullptr);
         EXPECT_EQ(GravaProxima(*pLoja), S_OK) << "the next operation";
