@@ -86,6 +86,18 @@ void CXVCenarioVarredura::ConfereArquivosEmRepouso() {
         EXPECT_TRUE(m_nomesEmRepouso.contains(sCaminho)) << sCaminho << " is a leftover";
 }
 
+void CXVCenarioVarredura::ConfereContinuacao(CBaseMiddleware& rLoja, bool bFeita) {
+    const TRetratoLoja vivo = XVRetrataLoja(rLoja);
+    ASSERT_TRUE(Igual(bFeita ? m_esperado.depois : m_esperado.antes, vivo)) << "the same object";
+    ASSERT_TRUE(Igual(vivo, RetrataParaConsulta())) << "a viewer";
+    ASSERT_EQ(GravaProxima(rLoja), S_OK) << "the next operation";
+    const TRetratoLoja& rProximo = bFeita ? m_esperado.depoisEProxima : m_esperado.antesEProxima;
+    ASSERT_TRUE(Igual(rProximo, XVRetrataLoja(rLoja))) << "after the next operation";
+    ASSERT_EQ(rLoja.Finaliza(), S_OK);
+    ASSERT_TRUE(Igual(rProximo, RetrataParaConsulta())) << "a viewer of the closed store";
+    ASSERT_TRUE(Igual(rProximo, RetrataReaberta())) << "reopened";
+}
+
 testing::AssertionResult CXVCenarioVarredura::Igual(const TRetratoLoja& rEsperado,
                                                     const TRetratoLoja& rObtido) {
     if (rEsperado == rObtido) return testing::AssertionSuccess();

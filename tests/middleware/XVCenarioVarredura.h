@@ -40,6 +40,10 @@ class CXVCenarioVarredura : public CXVCenarioLoja, public testing::WithParamInte
     // The files of a store at rest: those of a run without mishap, and no others.
     void ConfereArquivosEmRepouso();
 
+    // After a mishap that is over: the object shows the operation whole (bFeita) or nothing of it, its files
+    // show the same to a viewer, the next operation works, and so it is found when it is opened again.
+    void ConfereContinuacao(CBaseMiddleware& rLoja, bool bFeita);
+
     static testing::AssertionResult Igual(const TRetratoLoja& rEsperado, const TRetratoLoja& rObtido);
     // Whether a question that is answered by a code may stand for its answer: an object whose device refused
     // even the undoing may say so, and must not show anything else.
