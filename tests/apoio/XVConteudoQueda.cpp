@@ -31,6 +31,23 @@ void CXVConteudoQueda::Aplica(const SAlteracao& rAlteracao, std::size_t uiDe, st
     rDestino.replace(rAlteracao.uiOffset + uiDe, uiAte - uiDe, rAlteracao.sBytes, uiDe, uiAte - uiDe);
 }
 
+// The parts of a write that fnChega lets reach the device; a shorter length takes away whole sectors alike.
+template <class TChega>
+void CXVConteudoQueda::AplicaPorSetor(const SAlteracao& rAlteracao, std::string& rDestino, TChega fnChega) {
+    const bool bTamanho = rAlteracao.sBytes.empty();
+    const std::size_t uiFim = bTamanho ? rDestino.size() : rAlteracao.uiOffset + rAlteracao.sBytes.size();
+    for (std::size_t ui = rAlteracao.uiOffset; ui < uiFim;) {
+        const std::size_t uiProximo = std::min(uiFim, (ui / k_uiSetor + 1) * k_uiSetor);
+        if (fnChega(ui)) {
+            if (bTamanho)
+                rDestino.replace(ui, uiProximo - ui, uiProximo - ui, '\0');
+            else
+                Aplica(rAlteracao, ui - rAlteracao.uiOffset, uiProximo - rAlteracao.uiOffset, rDestino);
+        }
+        ui = uiProximo;
+    }
+}
+
 std::string CXVConteudoQueda::Sobrevive(CXVSorteio& rSorteio) const {
     if (m_listaPendentes.empty()) return m_sAtual;
     switch (rSorteio.Ate(8)) {
@@ -71,20 +88,15 @@ std::string CXVConteudoQueda::EmOrdem(CXVSorteio& rSorteio) const {
 
 // Each sector as it stood at a moment of its own, and the length at another.
 std::string CXVConteudoQueda::PorSetor(CXVSorteio& rSorteio) const {
-    std::vector<std::string> listaMomentos{m_sNoDispositivo};
-    std::size_t uiMaior = m_sNoDispositivo.size();
-    for (const SAlteracao& rAlteracao : m_listaPendentes) {
-        listaMomentos.push_back(listaMomentos.back());
-        Aplica(rAlteracao, 0, rAlteracao.sBytes.size(), listaMomentos.back());
-        uiMaior = std::max(uiMaior, listaMomentos.back().size());
-    }
-    std::string sBytes(uiMaior, '\0');
-    for (std::size_t ui = 0; ui < uiMaior; ui += k_uiSetor) {
-        const std::string& rMomento = listaMomentos[rSorteio.Ate(listaMomentos.size())];
-        if (ui < rMomento.size())
-            sBytes.replace(ui, std::min(k_uiSetor, rMomento.size() - ui), rMomento, ui,
-                           std::min(k_uiSetor, rMomento.size() - ui));
-    }
+    std::vector<std::size_t> listaMomentos;  // by sector: the changes that it has seen
+    const auto viu = [&](std::size_t uiOffset, std::size_t uiAlteracao) {
+        while (listaMomentos.size() <= uiOffset / k_uiSetor)
+            listaMomentos.push_back(rSorteio.Ate(m_listaPendentes.size() + 1));
+        return listaMomentos[uiOffset / k_uiSetor] > uiAlteracao;
+    };
+    std::string sBytes = m_sNoDispositivo;
+    for (std::size_t i = 0; i < m_listaPendentes.size(); ++i)
+        AplicaPorSetor(m_listaPendentes[i], sBytes, [&](std::size_t uiOffset) { return viu(uiOffset, i); });
     sBytes.resize(TamanhoSorteado(rSorteio));
     return sBytes;
 }
@@ -95,13 +107,8 @@ std::string CXVConteudoQueda::Subconjunto(CXVSorteio& rSorteio) const {
     for (const SAlteracao& rAlteracao : m_listaPendentes) {
         if (rSorteio.Acontece(1, 2)) continue;
         const bool bRasgada = rSorteio.Acontece(1, 2);
-        const std::size_t uiFim = rAlteracao.uiOffset + rAlteracao.sBytes.size();
-        for (std::size_t ui = rAlteracao.uiOffset; ui < uiFim;) {
-            const std::size_t uiProximo = std::min(uiFim, (ui / k_uiSetor + 1) * k_uiSetor);
-            if (!bRasgada || rSorteio.Acontece(1, 2))
-                Aplica(rAlteracao, ui - rAlteracao.uiOffset, uiProximo - rAlteracao.uiOffset, sBytes);
-            ui = uiProximo;
-        }
+        AplicaPorSetor(rAlteracao, sBytes,
+                       [&](std::size_t /*uiOffset*/) { return !bRasgada || rSorteio.Acontece(1, 2); });
     }
     sBytes.resize(TamanhoSorteado(rSorteio));
     return sBytes;

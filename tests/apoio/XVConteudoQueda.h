@@ -31,6 +31,8 @@ class CXVConteudoQueda {
 
     static void Aplica(const SAlteracao& rAlteracao, std::size_t uiDe, std::size_t uiAte,
                        std::string& rDestino);
+    template <class TChega>
+    static void AplicaPorSetor(const SAlteracao& rAlteracao, std::string& rDestino, TChega fnChega);
     std::string EmOrdem(CXVSorteio& rSorteio) const;
     std::string PorSetor(CXVSorteio& rSorteio) const;
     std::string Subconjunto(CXVSorteio& rSorteio) const;

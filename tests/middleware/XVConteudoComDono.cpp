@@ -51,29 +51,28 @@ bool XVEhDataHoraDaChave(REG_XVDMAHMSUTC reg, XVUInt eTipo, XVUInt eSistema, XVU
     return reg.GetSegundos() % 1000 == IdentidadeDaChave(eTipo, eSistema, eData);
 }
 
-std::string XVTextoComDono(unsigned uiDono, char cTipo, CXVSorteio& rSorteio) {
-    static constexpr std::size_t k_aLimites[] = {1, 40, 600, 3001};
-    const std::size_t uiTamanho = rSorteio.Ate(k_aLimites[rSorteio.Ate(4)]);
+std::string XVTextoComDono(unsigned uiDono, char cTipo, CXVSorteio& rSorteio, std::size_t uiMaior) {
+    const std::size_t aLimites[] = {1, 40, 600, uiMaior + 1};
+    const std::size_t uiTamanho = rSorteio.Ate(aLimites[rSorteio.Ate(4)]);
     const std::string sMarca = Marca(uiDono, cTipo);
     std::string sTexto;
     while (sTexto.size() < uiTamanho) {
         if (sTexto.size() % k_uiTrecho == 0) sTexto += sMarca;
-        char c = static_cast<char>(1 + rSorteio.Ate(255));
-        if (c == '[') c = '(';  // marks alone begin with it
-        sTexto += c;
+        const char c = static_cast<char>(1 + rSorteio.Ate(255));
+        sTexto += c == '[' ? '(' : c;  // marks alone begin with it
     }
     return sTexto;
 }
 
-CXVIntegracaoTeste XVIntegracaoComDono(unsigned uiDono, XVUInt eSistema, XVUInt eStatus,
-                                       CXVSorteio& rSorteio) {
+CXVIntegracaoTeste XVIntegracaoComDono(unsigned uiDono, XVUInt eSistema, XVUInt eStatus, CXVSorteio& rSorteio,
+                                       std::size_t uiMaior) {
     CXVIntegracaoTeste integracao(eSistema == OfficialBank ? 500 : 1000 + uiDono, eSistema, eStatus);
     integracao.reg.uiBaseDadosTerceiro = uiDono;
     integracao.reg.ulPonteiroFilial = uiDono;
     integracao.reg.ulPonteiroUsuarioInclusao = uiDono;
-    std::string sJSON = XVTextoComDono(uiDono, k_cDonoJSON, rSorteio);
-    std::string sMensagem = XVTextoComDono(uiDono, k_cDonoMensagem, rSorteio);
-    std::string sRetorno = XVTextoComDono(uiDono, k_cDonoRetorno, rSorteio);
+    std::string sJSON = XVTextoComDono(uiDono, k_cDonoJSON, rSorteio, uiMaior);
+    std::string sMensagem = XVTextoComDono(uiDono, k_cDonoMensagem, rSorteio, uiMaior);
+    std::string sRetorno = XVTextoComDono(uiDono, k_cDonoRetorno, rSorteio, uiMaior);
     integracao.Textos(std::move(sJSON), std::move(sMensagem), std::move(sRetorno));
     return integracao;
 }

@@ -12,12 +12,15 @@ inline constexpr char k_cDonoJSON = 'J';
 inline constexpr char k_cDonoMensagem = 'M';
 inline constexpr char k_cDonoRetorno = 'R';
 
-// A text of 0 to 3000 bytes of any value but NUL, with a mark "[nnnnnnnX]" in each 64 of them.
-std::string XVTextoComDono(unsigned uiDono, char cTipo, CXVSorteio& rSorteio);
+inline constexpr std::size_t k_uiMaiorTexto = 3000;
+
+// A text of 0 to uiMaior bytes of any value but NUL, with a mark "[nnnnnnnX]" in each 64 of them.
+std::string XVTextoComDono(unsigned uiDono, char cTipo, CXVSorteio& rSorteio,
+                           std::size_t uiMaior = k_uiMaiorTexto);
 
 // An input record all of whose fields and texts belong to uiDono. OfficialBank ones share one external key.
-CXVIntegracaoTeste XVIntegracaoComDono(unsigned uiDono, XVUInt eSistema, XVUInt eStatus,
-                                       CXVSorteio& rSorteio);
+CXVIntegracaoTeste XVIntegracaoComDono(unsigned uiDono, XVUInt eSistema, XVUInt eStatus, CXVSorteio& rSorteio,
+                                       std::size_t uiMaior = k_uiMaiorTexto);
 
 // What in an integration that was read belongs to somebody else; empty: nothing. Bytes that belong to nobody
 // (zeros that a device left) are no fault here.

@@ -61,6 +61,13 @@ std::string CXVExameQueda::ComDurabilidade() {
 }
 
 std::string CXVExameQueda::SemDurabilidade() {
+    {
+        CBaseMiddleware consulta;
+        consulta.SetSomenteLeitura(true);
+        std::string sFalha = FAILED(Inicializa(consulta)) ? "" : ConfereDonos(consulta);
+        if (!sFalha.empty()) return "a viewer: " + sFalha;
+        m_mapaLidas.clear();  // the opening may put in order what a viewer saw
+    }
     CBaseMiddleware loja;
     {
         const CXVCapturaTrace captura;

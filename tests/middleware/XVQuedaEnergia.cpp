@@ -5,7 +5,7 @@
 #include "support/XVCapturaTrace.h"
 #include "tests/apoio/XVSistemaArquivosQueda.h"
 #include "tests/middleware/XVExameQueda.h"
-#include "tests/middleware/XVRoteiroQueda.h"
+#include "tests/middleware/XVRoteiroAleatorio.h"
 
 namespace {
 
@@ -100,7 +100,7 @@ class CXVExecucaoQueda {
     }
 
     CXVSistemaArquivosMemoria m_arquivos;
-    CXVRoteiroQueda m_roteiro;
+    CXVRoteiroAleatorio m_roteiro;
     CXVSistemaArquivosQueda m_dispositivo;
     std::vector<SCorte> m_listaCortes;
     std::vector<TRetratoLoja> m_listaRetratos;  // after each step

@@ -1,4 +1,4 @@
-#include "tests/middleware/XVRoteiroQueda.h"
+#include "tests/middleware/XVRoteiroAleatorio.h"
 
 #include <algorithm>
 
@@ -6,18 +6,18 @@ namespace {
 constexpr XVUInt64 k_uiDiaMs = 24ULL * 3600 * 1000;
 }
 
-CXVRoteiroQueda::CXVRoteiroQueda(XVUInt64 uiSemente, CXVRelogioFalso& rRelogio)
-    : m_sorteio(uiSemente), m_rRelogio(rRelogio), m_uiPassos(6 + m_sorteio.Ate(18)) {
+CXVRoteiroAleatorio::CXVRoteiroAleatorio(XVUInt64 uiSemente, CXVRelogioFalso& rRelogio, std::size_t uiMaior)
+    : m_sorteio(uiSemente), m_rRelogio(rRelogio), m_uiPassos(6 + m_sorteio.Ate(18)), m_uiMaior(uiMaior) {
     m_rRelogio.SetUTC({2024, 3, 15, 12, 0, 0});
 }
 
-bool CXVRoteiroQueda::Abre() {
+bool CXVRoteiroAleatorio::Abre() {
     m_pLoja = std::make_unique<CBaseMiddleware>();
     const CXVDonoFixo dono("MATRIZ");
     return m_pLoja->Inicializa(&dono) == S_OK;
 }
 
-bool CXVRoteiroQueda::Passo() {
+bool CXVRoteiroAleatorio::Passo() {
     const std::size_t uiSorte = m_sorteio.Ate(100);
     if (uiSorte < 40 || m_listaVivas.empty()) return SUCCEEDED(Inclui());
     if (uiSorte < 56) return SUCCEEDED(Altera());
@@ -29,16 +29,17 @@ bool CXVRoteiroQueda::Passo() {
     return SUCCEEDED(Inclui());
 }
 
-HRESULT CXVRoteiroQueda::Reabre() {
+HRESULT CXVRoteiroAleatorio::Reabre() {
     const HRESULT hr = m_pLoja->Finaliza();
     return FAILED(hr) ? hr : Abre() ? S_OK : E_FAIL;
 }
 
-HRESULT CXVRoteiroQueda::Inclui() {
+HRESULT CXVRoteiroAleatorio::Inclui() {
     m_rRelogio.Avanca(1000);
     const unsigned uiDono = ++m_uiDonos;
     const XVUInt eSistema = m_sorteio.Acontece(1, 5) ? OfficialBank : Mercos;
-    CXVIntegracaoTeste integracao = XVIntegracaoComDono(uiDono, eSistema, eXVSMiddleware_Enviado, m_sorteio);
+    CXVIntegracaoTeste integracao =
+        XVIntegracaoComDono(uiDono, eSistema, eXVSMiddleware_Enviado, m_sorteio, m_uiMaior);
     REG_XVDMC regDmc;
     const HRESULT hr = m_pLoja->GravaIntegracao(&regDmc, integracao.Ptr());
     if (FAILED(hr)) return hr;
@@ -51,26 +52,26 @@ HRESULT CXVRoteiroQueda::Inclui() {
     return hr;
 }
 
-CXVRoteiroQueda::SSorteada CXVRoteiroQueda::Sorteia() {
+CXVRoteiroAleatorio::SSorteada CXVRoteiroAleatorio::Sorteia() {
     const REG_XVDMC regDmc = m_listaVivas[m_sorteio.Ate(m_listaVivas.size())];
     return {regDmc, m_mapaDonos.at(regDmc.uiValor)};
 }
 
-HRESULT CXVRoteiroQueda::Altera() {
+HRESULT CXVRoteiroAleatorio::Altera() {
     m_rRelogio.Avanca(1000);
     auto [regDmc, uiDono] = Sorteia();
     const auto eStatus = static_cast<XVUInt>(1 + m_sorteio.Ate(5));
     const XVUInt eSistema = regDmc == m_regBanco ? OfficialBank : Mercos;
-    CXVIntegracaoTeste integracao = XVIntegracaoComDono(uiDono, eSistema, eStatus, m_sorteio);
+    CXVIntegracaoTeste integracao = XVIntegracaoComDono(uiDono, eSistema, eStatus, m_sorteio, m_uiMaior);
     return m_pLoja->GravaIntegracao(&regDmc, integracao.Ptr());
 }
 
-HRESULT CXVRoteiroQueda::Status() {
+HRESULT CXVRoteiroAleatorio::Status() {
     m_rRelogio.Avanca(1000);
     auto [regDmc, uiDono] = Sorteia();
     const bool bPorChave = m_sorteio.Acontece(1, 2) && !(regDmc == m_regBanco);
-    const std::string sMensagem = XVTextoComDono(uiDono, k_cDonoMensagem, m_sorteio);
-    const std::string sRetorno = XVTextoComDono(uiDono, k_cDonoRetorno, m_sorteio);
+    const std::string sMensagem = XVTextoComDono(uiDono, k_cDonoMensagem, m_sorteio, m_uiMaior);
+    const std::string sRetorno = XVTextoComDono(uiDono, k_cDonoRetorno, m_sorteio, m_uiMaior);
     tagREG_CR_STATUS_INTEGRACAO_MIDDLEWAREPS reg{};
     if (!bPorChave) reg.regDmc = regDmc;
     reg.uiChaveIntegracaoSistemaTerceiro = bPorChave ? 1000 + uiDono : 0;
@@ -81,7 +82,7 @@ HRESULT CXVRoteiroQueda::Status() {
     return m_pLoja->GravaStatusIntegracao(reg);
 }
 
-HRESULT CXVRoteiroQueda::Mapeia() {
+HRESULT CXVRoteiroAleatorio::Mapeia() {
     const auto uiRegistro = static_cast<unsigned>(1 + m_sorteio.Ate(k_uiRegistrosMapa));
     const XVUInt64 uiId = XVIdDoRegistro(uiRegistro, ++m_uiVersao);
     const tagREG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIROPS reg{
@@ -90,7 +91,7 @@ HRESULT CXVRoteiroQueda::Mapeia() {
                                     : m_pLoja->GravaChaveRegistroTelvoParaTerceiro(reg);
 }
 
-HRESULT CXVRoteiroQueda::DataHora() {
+HRESULT CXVRoteiroAleatorio::DataHora() {
     const XVUInt eTipo = k_aTiposDataHora[m_sorteio.Ate(2)];
     const XVUInt eSistema = m_sorteio.Acontece(1, 2) ? Mercos : OfficialBank;
     const auto eData = static_cast<XVUInt>(1 + m_sorteio.Ate(2));

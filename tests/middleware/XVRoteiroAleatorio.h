@@ -8,9 +8,9 @@
 #include "tests/middleware/XVConteudoComDono.h"
 #include "tests/middleware/XVRetratoLoja.h"
 
-class CXVRoteiroQueda {
+class CXVRoteiroAleatorio {
   public:
-    CXVRoteiroQueda(XVUInt64 uiSemente, CXVRelogioFalso& rRelogio);
+    CXVRoteiroAleatorio(XVUInt64 uiSemente, CXVRelogioFalso& rRelogio, std::size_t uiMaior = k_uiMaiorTexto);
 
     // Steps after the first, which opens the store.
     std::size_t GetQuantidade() const { return m_uiPassos; }
@@ -41,6 +41,7 @@ class CXVRoteiroQueda {
     CXVSorteio m_sorteio;
     CXVRelogioFalso& m_rRelogio;
     std::size_t m_uiPassos;
+    std::size_t m_uiMaior;  // bytes of a text
     TLoja m_pLoja;
     std::map<XVUInt64, unsigned> m_mapaDonos;
     std::vector<REG_XVDMC> m_listaVivas;
