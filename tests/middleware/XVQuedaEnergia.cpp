@@ -3,6 +3,7 @@
 #include <vector>
 
 #include "support/XVCapturaTrace.h"
+#include "tests/apoio/XVSistemaArquivosFalhas.h"
 #include "tests/apoio/XVSistemaArquivosQueda.h"
 #include "tests/middleware/XVExameQueda.h"
 #include "tests/middleware/XVRoteiroAleatorio.h"
@@ -43,12 +44,20 @@ class CXVAmbienteQueda {
     CXVCapturaTrace m_captura;  // refusals are expected
 };
 
-// One script, cut at several moments of its single run.
+// One script, cut at several moments of its single run. In every other script the device also refuses one
+// write: what a failed operation leaves behind must not hurt after a power failure either.
 class CXVExecucaoQueda {
   public:
     CXVExecucaoQueda(XVUInt64 uiRoteiro, CXVRelogioFalso& rRelogio)
-        : m_roteiro(uiRoteiro, rRelogio), m_dispositivo(m_arquivos) {
+        : m_roteiro(uiRoteiro, rRelogio), m_dispositivo(m_arquivos), m_falhas(m_dispositivo) {
         m_arquivos.CriaDiretorio(k_pszDiretorio).Ignora();
+        if (uiRoteiro % 2 == 0) return;
+        CXVSorteio sorteio(uiRoteiro);
+        m_uiPassoComFalha = 1 + sorteio.Ate(m_roteiro.GetQuantidade());
+        m_falha = {.eOperacao = EOperacaoArquivo::eGrava,
+                   .uiNumero = 1 + sorteio.Ate(16),
+                   .eCausa = ECausaArquivo::eErroFisico,
+                   .bGravaMetade = sorteio.Acontece(1, 2)};
     }
 
     // What the state's number says. Drawn before anything runs: no other state has a part in it.
@@ -60,15 +69,12 @@ class CXVExecucaoQueda {
         corte.uiAlteracao = 1 + sorteio.Ate(corte.uiPasso == 0 ? 40 : 24);
         m_listaCortes.push_back(std::move(corte));
     }
-    // False: a step failed without any mishap.
+    // False: a step failed without a fault, or the store did not open after one.
     bool Executa() {
-        const CXVGuardaSistemaArquivos guarda(m_dispositivo);
+        const CXVGuardaSistemaArquivos guarda(m_falhas);
         bool bOk = Passa(0, [&] { return m_roteiro.Abre(); });
-        m_listaRetratos.push_back(m_roteiro.Retrata());
-        for (std::size_t ui = 1; bOk && ui <= m_roteiro.GetQuantidade(); ++ui) {
+        for (std::size_t ui = 1; bOk && ui <= m_roteiro.GetQuantidade(); ++ui)
             bOk = Passa(ui, [&] { return m_roteiro.Passo(); });
-            if (bOk) m_listaRetratos.push_back(m_roteiro.Retrata());
-        }
         m_roteiro.Fecha();
         return bOk;
     }
@@ -84,10 +90,16 @@ class CXVExecucaoQueda {
     bool Passa(std::size_t uiPasso, TFn fn) {
         std::size_t uiAlteracao = 0;
         m_dispositivo.SetAoAlterar([&] { Corta(uiPasso, ++uiAlteracao, false); });
+        if (uiPasso != 0 && uiPasso == m_uiPassoComFalha) m_falhas.Programa(m_falha);
         const bool bOk = fn();
+        const bool bHouveFalha = m_falhas.GetFalhasOcorridas() != 0;
+        m_falhas.Limpa();
         m_dispositivo.SetAoAlterar(nullptr);
+        // Closing under a fault leaves the store closed; it opens again when the fault is over.
+        if (!bOk && (!bHouveFalha || (!m_roteiro.EstaAberto() && !m_roteiro.Abre()))) return false;
         Corta(uiPasso, 0, true);
-        return bOk;
+        m_listaRetratos.push_back(m_roteiro.Retrata());
+        return true;
     }
     void Corta(std::size_t uiPasso, std::size_t uiAlteracao, bool bReconhecida) {
         for (SCorte& rCorte : m_listaCortes) {
@@ -102,6 +114,9 @@ class CXVExecucaoQueda {
     CXVSistemaArquivosMemoria m_arquivos;
     CXVRoteiroAleatorio m_roteiro;
     CXVSistemaArquivosQueda m_dispositivo;
+    CXVSistemaArquivosFalhas m_falhas;
+    SFalhaArquivo m_falha;
+    std::size_t m_uiPassoComFalha = 0;  // 0: none
     std::vector<SCorte> m_listaCortes;
     std::vector<TRetratoLoja> m_listaRetratos;  // after each step
 };
@@ -124,7 +139,7 @@ SContagemQueda XVExaminaQuedas(
         for (; ui < uiPrimeiro + uiQuantidade && ui / k_uiEstadosPorRoteiro == uiRoteiro; ++ui)
             execucao.Marca(ui);
         if (!execucao.Executa()) {
-            falha(ui - 1, "the script failed without any mishap");
+            falha(ui - 1, "a step failed without a fault, or the store did not open after one");
             continue;
         }
         for (const SCorte& rCorte : execucao.GetCortes()) {

@@ -20,6 +20,7 @@ class CXVRoteiroAleatorio {
     bool Passo();
     // Objects of one process share an open store: whoever looks at another device closes this one first.
     void Fecha() { m_pLoja.reset(); }
+    bool EstaAberto() const { return m_pLoja != nullptr && m_pLoja->EstaInicializado(); }
     TRetratoLoja Retrata() { return XVRetrataLoja(*m_pLoja); }
     // Whose each integration is, by its key.
     const std::map<XVUInt64, unsigned>& GetDonos() const { return m_mapaDonos; }
