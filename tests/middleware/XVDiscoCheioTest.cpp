@@ -13,11 +13,11 @@ class CXVDiscoCheio : public CXVCenarioLoja {
         m_retrato = XVRetrataLoja(*pLoja);
         EXPECT_EQ(pLoja->Finaliza(), S_OK);
     }
-    // What is there fits, and nothing more.
-    void Enche() {
+    // What is there fits, and only so much more.
+    void Enche(XVUInt64 uiLivres = 0) {
         XVUInt64 uiOcupado = 0;
         for (const auto& [sCaminho, rArquivo] : m_Arquivos.Retrata()) uiOcupado += rArquivo.sConteudo.size();
-        m_Arquivos.LimitaEspaco(uiOcupado);
+        m_Arquivos.LimitaEspaco(uiOcupado + uiLivres);
     }
     HRESULT Inclui(CBaseMiddleware& rLoja, XVUInt64 uiChave) {
         CXVIntegracaoTeste integracao(uiChave);
@@ -88,33 +88,54 @@ TEST_F(CXVDiscoCheio, AbreBuscaELeTambemQuandoOJornalNaoPodeSerCriado) {
     EXPECT_EQ(Inclui(*pLoja, 78), S_OK);
 }
 
-// However much space there is, an operation takes place whole or not at all.
+// However much space there is, an operation takes place whole or not at all. The journal has its place
+// already: what is scarce is the place of the files.
 TEST_F(CXVDiscoCheio, CadaQuantidadeDeBytesLivres) {
     const auto inicial = m_Arquivos.Retrata();
     const XVUInt64 uiSalto = XVVarreduraCompleta() ? 1 : 13;
     bool bCoube = false;
     for (XVUInt64 uiLivres = 0; !bCoube; uiLivres += uiSalto) {
         SCOPED_TRACE(uiLivres);
-        ASSERT_LT(uiLivres, 1U << 20);
+        ASSERT_LT(uiLivres, 10000U);
         m_Arquivos.LimitaEspaco(std::nullopt);
         m_Arquivos.Restaura(inicial);
+        SetDia(15);
         const TLoja pLoja = Abre();
-        ASSERT_NE(pLoja, nullptr);
-        XVUInt64 uiOcupado = 0;
-        for (const auto& [sCaminho, rArquivo] : m_Arquivos.Retrata()) uiOcupado += rArquivo.sConteudo.size();
-        m_Arquivos.LimitaEspaco(uiOcupado + uiLivres);
+        ASSERT_EQ(Inclui(*pLoja, 77), S_OK);
+        const TRetratoLoja antes = XVRetrataLoja(*pLoja);
+        Enche(uiLivres);
         SetDia(16);
         const HRESULT hr = Inclui(*pLoja, 78);
         bCoube = SUCCEEDED(hr);
-        const TRetratoLoja retrato = XVRetrataLoja(*pLoja);
+        const TRetratoLoja depois = XVRetrataLoja(*pLoja);
         if (!bCoube) {
             ASSERT_EQ(hr, eDiskFull);
-            ASSERT_EQ(XVDiferenca(m_retrato, retrato), "");
+            ASSERT_EQ(XVDiferenca(antes, depois), "");
         }
         ASSERT_EQ(pLoja->Finaliza(), S_OK);
         const TLoja pReaberta = Abre();
         ASSERT_NE(pReaberta, nullptr);
-        ASSERT_EQ(Diferenca(retrato, *pReaberta), "");
+        ASSERT_EQ(Diferenca(depois, *pReaberta), "");
+    }
+}
+
+// The first write after an opening takes the place of the journal, which may come to its end half-way.
+TEST_F(CXVDiscoCheio, EspacoQueNaoBastaParaOJornal) {
+    for (const XVUInt64 uiLivres : {1U, 32U, 4095U, 4096U, 4200U, 20000U}) {
+        SCOPED_TRACE(uiLivres);
+        m_Arquivos.LimitaEspaco(std::nullopt);
+        const TLoja pLoja = Abre();
+        ASSERT_NE(pLoja, nullptr);
+        const TRetratoLoja antes = XVRetrataLoja(*pLoja);
+        Enche(uiLivres);
+        EXPECT_EQ(Inclui(*pLoja, 77), eDiskFull);
+        EXPECT_EQ(Diferenca(antes, *pLoja), "");
+        EXPECT_EQ(pLoja->Finaliza(), S_OK);
+        const TLoja pReaberta = Abre();
+        ASSERT_NE(pReaberta, nullptr);
+        EXPECT_EQ(Diferenca(antes, *pReaberta), "");
+        m_Arquivos.LimitaEspaco(std::nullopt);
+        EXPECT_EQ(Inclui(*pReaberta, 78), S_OK);
     }
 }
 
