@@ -1,6 +1,7 @@
 #include "tests/apoio/XVSistemaArquivosQueda.h"
 
 #include <algorithm>
+#include <mutex>
 
 #include "platform/XVMascara.h"
 #include "tests/apoio/XVConteudoQueda.h"
@@ -27,11 +28,15 @@ struct CXVSistemaArquivosQueda::SDispositivo {
             return listaPendentes.empty() ? pNoDispositivo : listaPendentes.back();
         }
     };
+    mutable std::mutex mutex;  // guards everything but fnAoAlterar
     std::map<std::string, SNome> mapaNomes;
-    std::function<void()> fnAoAlterar;
+    TAoAlterar fnAoAlterar;
 
-    void AoAlterar() const {
-        if (fnAoAlterar) fnAoAlterar();
+    // Tells of the operation and holds it off from all others while it goes on.
+    [[nodiscard]] std::unique_lock<std::mutex> AoAlterar(const std::string& sCaminho,
+                                                         EAlteracao eAlteracao = EAlteracao::eMuda) const {
+        if (fnAoAlterar) fnAoAlterar(sCaminho, eAlteracao);
+        return std::unique_lock(mutex);
     }
     TConteudo Atual(const std::string& sCaminho) {
         const auto it = mapaNomes.find(Chave(sCaminho));
@@ -61,17 +66,18 @@ using SDispositivo = CXVSistemaArquivosQueda::SDispositivo;
 class CXVArquivoQueda final : public IXVArquivo {
   public:
     CXVArquivoQueda(std::unique_ptr<IXVArquivo> pInterno, std::shared_ptr<SDispositivo> pDispositivo,
-                    TConteudo pConteudo, bool bAnexacao)
+                    TConteudo pConteudo, std::string sCaminho, bool bAnexacao)
         : m_pInterno(std::move(pInterno)),
           m_pDispositivo(std::move(pDispositivo)),
           m_pConteudo(std::move(pConteudo)),
+          m_sCaminho(std::move(sCaminho)),
           m_bAnexacao(bAnexacao) {}
 
     CXVErroArquivo Le(XVUInt64 uiOffset, void* pDados, std::size_t uiTamanho) override {
         return m_pInterno->Le(uiOffset, pDados, uiTamanho);
     }
     CXVErroArquivo Grava(XVUInt64 uiOffset, const void* pDados, std::size_t uiTamanho) override {
-        m_pDispositivo->AoAlterar();
+        const auto trava = m_pDispositivo->AoAlterar(m_sCaminho);
         if (m_bAnexacao) uiOffset = m_pConteudo->GetAtual().size();
         const CXVErroArquivo erro = m_pInterno->Grava(uiOffset, pDados, uiTamanho);
         if (erro.Ok()) m_pConteudo->Grava(static_cast<std::size_t>(uiOffset), pDados, uiTamanho);
@@ -79,13 +85,14 @@ class CXVArquivoQueda final : public IXVArquivo {
     }
     CXVErroArquivo GetTamanho(XVUInt64& uiTamanho) override { return m_pInterno->GetTamanho(uiTamanho); }
     CXVErroArquivo SetTamanho(XVUInt64 uiTamanho) override {
-        m_pDispositivo->AoAlterar();
+        const auto trava = m_pDispositivo->AoAlterar(m_sCaminho);
         const CXVErroArquivo erro = m_pInterno->SetTamanho(uiTamanho);
         if (erro.Ok()) m_pConteudo->SetTamanho(static_cast<std::size_t>(uiTamanho));
         return erro;
     }
     CXVErroArquivo Sincroniza() override {
-        m_pDispositivo->AoAlterar();
+        const auto trava =
+            m_pDispositivo->AoAlterar(m_sCaminho, CXVSistemaArquivosQueda::EAlteracao::eSincroniza);
         m_pConteudo->Sincroniza();
         return {};
     }
@@ -94,6 +101,7 @@ class CXVArquivoQueda final : public IXVArquivo {
     std::unique_ptr<IXVArquivo> m_pInterno;
     std::shared_ptr<SDispositivo> m_pDispositivo;
     TConteudo m_pConteudo;
+    std::string m_sCaminho;
     bool m_bAnexacao;
 };
 
@@ -112,12 +120,13 @@ CXVSistemaArquivosQueda::CXVSistemaArquivosQueda(CXVSistemaArquivosMemoria& rInt
 }
 CXVSistemaArquivosQueda::~CXVSistemaArquivosQueda() = default;
 
-void CXVSistemaArquivosQueda::SetAoAlterar(std::function<void()> fnAoAlterar) {
+void CXVSistemaArquivosQueda::SetAoAlterar(TAoAlterar fnAoAlterar) {
     m_pDispositivo->fnAoAlterar = std::move(fnAoAlterar);
 }
 
 CXVSistemaArquivosQueda::TRetrato CXVSistemaArquivosQueda::Corta(XVUInt64 uiSemente) const {
     CXVSorteio sorteio(uiSemente);
+    const std::lock_guard trava(m_pDispositivo->mutex);
     TRetrato retrato = m_rInterno.Retrata();
     std::erase_if(retrato, [](const auto& it) { return it.first.back() != '/'; });
     for (const auto& [sChave, rNome] : m_pDispositivo->mapaNomes) {
@@ -132,8 +141,11 @@ CXVSistemaArquivosQueda::TRetrato CXVSistemaArquivosQueda::Corta(XVUInt64 uiSeme
 CXVErroArquivo CXVSistemaArquivosQueda::Abre(const std::string& sCaminho, const SAberturaArquivo& rAbertura,
                                              std::unique_ptr<IXVArquivo>& pArquivo) {
     pArquivo.reset();
+    const bool bCria = rAbertura.eCriacao == ECriacaoArquivo::eCriaSeAusente &&
+                       m_rInterno.Existe(sCaminho) == EExistencia::eAusente;
+    std::unique_lock trava =
+        bCria ? m_pDispositivo->AoAlterar(sCaminho) : std::unique_lock(m_pDispositivo->mutex);
     TConteudo pConteudo = m_pDispositivo->Atual(sCaminho);
-    if (!pConteudo && rAbertura.eCriacao == ECriacaoArquivo::eCriaSeAusente) m_pDispositivo->AoAlterar();
     std::unique_ptr<IXVArquivo> pInterno;
     const CXVErroArquivo erro = m_rInterno.Abre(sCaminho, rAbertura, pInterno);
     if (!erro.Ok()) return erro;
@@ -142,7 +154,7 @@ CXVErroArquivo CXVSistemaArquivosQueda::Abre(const std::string& sCaminho, const 
         m_pDispositivo->Nomeia(sCaminho, pConteudo);
     }
     pArquivo = std::make_unique<CXVArquivoQueda>(std::move(pInterno), m_pDispositivo, std::move(pConteudo),
-                                                 rAbertura.eAcesso == EAcessoArquivo::eAnexacao);
+                                                 sCaminho, rAbertura.eAcesso == EAcessoArquivo::eAnexacao);
     return {};
 }
 
@@ -157,14 +169,14 @@ bool CXVSistemaArquivosQueda::BuscaNomeReal(const std::string& sCaminho, std::st
 }
 
 CXVErroArquivo CXVSistemaArquivosQueda::Apaga(const std::string& sCaminho) {
-    m_pDispositivo->AoAlterar();
+    const auto trava = m_pDispositivo->AoAlterar(sCaminho);
     const CXVErroArquivo erro = m_rInterno.Apaga(sCaminho);
     if (erro.Ok()) m_pDispositivo->Nomeia(sCaminho, nullptr);
     return erro;
 }
 
 CXVErroArquivo CXVSistemaArquivosQueda::Substitui(const std::string& sOrigem, const std::string& sDestino) {
-    m_pDispositivo->AoAlterar();
+    const auto trava = m_pDispositivo->AoAlterar(sDestino);
     const CXVErroArquivo erro = m_rInterno.Substitui(sOrigem, sDestino);
     if (!erro.Ok()) return erro;
     const TConteudo pConteudo = m_pDispositivo->Atual(sOrigem);
@@ -186,7 +198,7 @@ CXVErroArquivo CXVSistemaArquivosQueda::CriaDiretorio(const std::string& sDireto
 }
 
 CXVErroArquivo CXVSistemaArquivosQueda::SincronizaDiretorio(const std::string& sDiretorio) {
-    m_pDispositivo->AoAlterar();
+    const auto trava = m_pDispositivo->AoAlterar(sDiretorio, EAlteracao::eSincroniza);
     m_pDispositivo->SincronizaNomes(sDiretorio);
     return {};
 }

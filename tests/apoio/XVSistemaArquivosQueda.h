@@ -5,7 +5,7 @@
 // SincronizaDiretorio; Substitui brings the moved file and its directory there. Of everything later a power
 // failure leaves any part: writes in any subset, cut short or torn at multiples of 512 bytes; lengths without
 // their bytes (zeros) and bytes without their length (gone); created and deleted names or not. Directories
-// are on the device once they are created. Thread rule: one thread at a time.
+// are on the device once they are created. Thread rule: any thread.
 #pragma once
 
 #include <functional>
@@ -27,8 +27,11 @@ class CXVSistemaArquivosQueda final : public IXVSistemaArquivos {
     // One of the trees that a power failure at this moment may leave, chosen by the seed.
     TRetrato Corta(XVUInt64 uiSemente) const;
 
-    // Runs before each operation that changes something or brings it to the device; null: nothing.
-    void SetAoAlterar(std::function<void()> fnAoAlterar);
+    enum class EAlteracao : std::uint8_t { eMuda, eSincroniza };
+    // Runs, in the calling thread and without any lock, before each operation that changes something or
+    // brings it to the device; null: nothing. Not to be set while another thread uses the file system.
+    using TAoAlterar = std::function<void(const std::string& sCaminho, EAlteracao eAlteracao)>;
+    void SetAoAlterar(TAoAlterar fnAoAlterar);
 
     CXVErroArquivo Abre(const std::string& sCaminho, const SAberturaArquivo& rAbertura,
                         std::unique_ptr<IXVArquivo>& pArquivo) override;

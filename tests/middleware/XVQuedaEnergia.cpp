@@ -89,7 +89,10 @@ class CXVExecucaoQueda {
     template <class TFn>
     bool Passa(std::size_t uiPasso, TFn fn) {
         std::size_t uiAlteracao = 0;
-        m_dispositivo.SetAoAlterar([&] { Corta(uiPasso, ++uiAlteracao, false); });
+        m_dispositivo.SetAoAlterar(
+            [&](const std::string& /*sCaminho*/, CXVSistemaArquivosQueda::EAlteracao /*e*/) {
+                Corta(uiPasso, ++uiAlteracao, false);
+            });
         if (uiPasso != 0 && uiPasso == m_uiPassoComFalha) m_falhas.Programa(m_falha);
         const bool bOk = fn();
         const bool bHouveFalha = m_falhas.GetFalhasOcorridas() != 0;
