@@ -17,19 +17,23 @@ void PrintTo(const SCasoMorte& rCaso, std::ostream* pSaida) {
 class CXVMorteRoteiro : public CXVCenarioLoja, public testing::WithParamInterface<SCasoMorte> {
   protected:
     CXVMorteRoteiro()
-        : m_morte(m_Arquivos, CXVSistemaArquivosMorte::EContagem::eAlteracoes), m_guarda(m_morte) {
+        : m_morte(m_Arquivos, CXVSistemaArquivosMorte::EContagem::eAlteracoes,
+                  CXVSistemaArquivosMorte::EMorte::eCala),
+          m_guarda(m_morte) {
         m_inicial = m_Arquivos.Retrata();
     }
 
-    // Runs the script; after step ui (0: the opening) calls fnDepois.
+    // Runs the script; after each step that was over before the process died (0: the opening) calls fnDepois.
     template <class TFn>
-    static void Executa(CXVRoteiroAleatorio& rRoteiro, TFn fnDepois) {
-        ASSERT_TRUE(rRoteiro.Abre());
-        fnDepois();
-        for (std::size_t ui = 1; ui <= rRoteiro.GetQuantidade(); ++ui) {
-            ASSERT_TRUE(rRoteiro.Passo());
-            fnDepois();
-        }
+    void Executa(CXVRoteiroAleatorio& rRoteiro, TFn fnDepois) {
+        const auto passa = [&](bool bOk) {
+            EXPECT_TRUE(bOk || m_morte.EstaMorto());
+            if (bOk && !m_morte.EstaMorto()) fnDepois();
+            return bOk && !m_morte.EstaMorto();
+        };
+        bool bVivo = passa(rRoteiro.Abre());
+        for (std::size_t ui = 1; bVivo && ui <= rRoteiro.GetQuantidade(); ++ui)
+            bVivo = passa(rRoteiro.Passo());
         rRoteiro.Fecha();
     }
     // The pictures after each step, and the changes that the script makes.

@@ -9,7 +9,9 @@ namespace {
 class CXVVarreduraMorteLoja : public CXVCenarioVarredura {
   protected:
     CXVVarreduraMorteLoja()
-        : m_Morte(m_Arquivos, CXVSistemaArquivosMorte::EContagem::eAlteracoes), m_Guarda(m_Morte) {
+        : m_Morte(m_Arquivos, CXVSistemaArquivosMorte::EContagem::eAlteracoes,
+                  CXVSistemaArquivosMorte::EMorte::eCala),
+          m_Guarda(m_Morte) {
         m_Morte.Nasce(0);
     }
 
