@@ -17,8 +17,8 @@ class CXVSistemaArquivosMorte::CXVProcesso {
     using TArquivos = std::list<std::unique_ptr<IXVArquivo>>;
     using TMarcas = std::list<std::unique_ptr<IXVMarcaDiretorio>>;
 
-    CXVProcesso(EContagem eContagem, XVUInt64 uiOperacao, bool bGravaMetade)
-        : m_eContagem(eContagem), m_uiOperacao(uiOperacao), m_bGravaMetade(bGravaMetade) {}
+    CXVProcesso(EContagem eContagem, EMorte eMorte, XVUInt64 uiOperacao, bool bGravaMetade)
+        : m_eContagem(eContagem), m_eMorte(eMorte), m_uiOperacao(uiOperacao), m_bGravaMetade(bGravaMetade) {}
 
     // Runs fn, or is dead: throws, or gives the quiet failure. fnMorte runs at the moment of death only.
     template <class TResultado, class TFn>
@@ -37,7 +37,7 @@ class CXVSistemaArquivosMorte::CXVProcesso {
         if (!m_bMorto) {
             return fn();
         }
-        const bool bCalado = m_bEnterrado || std::uncaught_exceptions() > 0;
+        const bool bCalado = m_eMorte == EMorte::eCala || m_bEnterrado || std::uncaught_exceptions() > 0;
         trava.unlock();
         if (!bCalado) {
             throw SProcessoMorto();
@@ -87,6 +87,7 @@ class CXVSistemaArquivosMorte::CXVProcesso {
 
     std::mutex m_mutex;
     const EContagem m_eContagem;
+    const EMorte m_eMorte;
     const XVUInt64 m_uiOperacao;
     const bool m_bGravaMetade;
     XVUInt64 m_uiQuantidade = 0;
@@ -148,14 +149,15 @@ class CXVMarcaMorte final : public IXVMarcaDiretorio {
 
 }  // namespace
 
-CXVSistemaArquivosMorte::CXVSistemaArquivosMorte(IXVSistemaArquivos& rInterno, EContagem eContagem)
-    : m_rInterno(rInterno), m_eContagem(eContagem) {
+CXVSistemaArquivosMorte::CXVSistemaArquivosMorte(IXVSistemaArquivos& rInterno, EContagem eContagem,
+                                                 EMorte eMorte)
+    : m_rInterno(rInterno), m_eContagem(eContagem), m_eMorte(eMorte) {
     Nasce(0);
 }
 CXVSistemaArquivosMorte::~CXVSistemaArquivosMorte() = default;
 
 void CXVSistemaArquivosMorte::Nasce(XVUInt64 uiOperacao, bool bGravaMetade) {
-    m_pProcesso = std::make_shared<CXVProcesso>(m_eContagem, uiOperacao, bGravaMetade);
+    m_pProcesso = std::make_shared<CXVProcesso>(m_eContagem, m_eMorte, uiOperacao, bGravaMetade);
 }
 
 bool CXVSistemaArquivosMorte::Executa(const std::function<void()>& fn) {

@@ -2,9 +2,9 @@
 // after it have no effect on the file system underneath, and everything that was open is released at
 // once. What is on disk then is what a new process would find.
 //
-// The dying operation and those after it throw SProcessoMorto. While an exception is on its way, and once
-// Executa has returned, they fail quietly instead, so that the destructors of what is left of the dead
-// process can run. Thread rule: any thread, but the dying one must be inside Executa.
+// The dying operation and those after it throw SProcessoMorto, or fail quietly (EMorte). While an exception
+// is on its way, and once Executa has returned, they fail quietly instead, so that the destructors of what is
+// left of the dead process can run. Thread rule: any thread, but the dying one must be inside Executa.
 #pragma once
 
 #include <functional>
@@ -26,7 +26,14 @@ class CXVSistemaArquivosMorte final : public IXVSistemaArquivos {
                       // deletions, moves, directories, marks
     };
 
-    explicit CXVSistemaArquivosMorte(IXVSistemaArquivos& rInterno, EContagem eContagem = EContagem::eTodas);
+    enum class EMorte : std::uint8_t {
+        eLanca,  // throws: the code behind the death does not run
+        eCala,   // fails quietly: it runs to its end and nothing of it has an effect; also where nothing may
+                 // throw
+    };
+
+    explicit CXVSistemaArquivosMorte(IXVSistemaArquivos& rInterno, EContagem eContagem = EContagem::eTodas,
+                                     EMorte eMorte = EMorte::eLanca);
     ~CXVSistemaArquivosMorte() override;
 
     // A new process that dies at operation uiOperacao (1 is the first one; 0: lives and counts). With
@@ -55,5 +62,6 @@ class CXVSistemaArquivosMorte final : public IXVSistemaArquivos {
   private:
     IXVSistemaArquivos& m_rInterno;
     EContagem m_eContagem;
+    EMorte m_eMorte;
     std::shared_ptr<CXVProcesso> m_pProcesso;
 };

@@ -43,7 +43,7 @@ SIntegracaoLida XVLe(CBaseMiddleware& rLoja, REG_XVDMC regDmc, XVUInt64 ullFlags
     return lida;
 }
 
-TListaDmc XVBusca(CBaseMiddleware& rLoja, SFiltroTeste filtro) {
+SBuscaFeita XVBuscaComCodigo(CBaseMiddleware& rLoja, SFiltroTeste filtro) {
     tagREG_CR_FILTRO_INTEGRACAO_MIDDLEWAREPS reg{};
     reg.uiChaveIntegracaoSistemaTerceiroInicial = filtro.de;
     reg.uiChaveIntegracaoSistemaTerceiroFinal = filtro.ate;
@@ -60,12 +60,18 @@ TListaDmc XVBusca(CBaseMiddleware& rLoja, SFiltroTeste filtro) {
     liga(filtro.sistemas, reg.ulQuantidadeSistemaIntegracao, reg.pListaSistemaIntegracao);
     liga(filtro.transacoes, reg.ulQuantidadeTipoTransacao, reg.pListaTipoTransacao);
     _REG_DF_LISTA_XVDMCPS regLista{};
-    EXPECT_EQ(rLoja.BuscaPonteiros(reg, &regLista), S_OK);
-    TListaDmc lista;
-    for (XVUInt i = 0; i < regLista.ulQuantidade; ++i) lista.push_back(regLista.pLista[i].uiValor);
-    EXPECT_EQ(regLista.pLista == nullptr, lista.empty());
+    SBuscaFeita feita;
+    feita.hr = rLoja.BuscaPonteiros(reg, &regLista);
+    for (XVUInt i = 0; i < regLista.ulQuantidade; ++i) feita.lista.push_back(regLista.pLista[i].uiValor);
+    EXPECT_EQ(regLista.pLista == nullptr, feita.lista.empty());
     XVLiberaBuffers(&regLista);
-    return lista;
+    return feita;
+}
+
+TListaDmc XVBusca(CBaseMiddleware& rLoja, SFiltroTeste filtro) {
+    const SBuscaFeita feita = XVBuscaComCodigo(rLoja, std::move(filtro));
+    EXPECT_EQ(feita.hr, S_OK);
+    return feita.lista;
 }
 
 TLoja CXVCenarioLoja::Abre(XVUShort usUsuario, const std::string& sEmpresa, XVUInt ulSessao) const {

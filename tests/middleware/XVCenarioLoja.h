@@ -48,6 +48,11 @@ using TLoja = std::unique_ptr<CBaseMiddleware>;
 using TListaDmc = std::vector<XVUInt64>;
 
 SIntegracaoLida XVLe(CBaseMiddleware& rLoja, REG_XVDMC regDmc, XVUInt64 ullFlags = 7);
+struct SBuscaFeita {
+    HRESULT hr = S_OK;
+    TListaDmc lista;
+};
+SBuscaFeita XVBuscaComCodigo(CBaseMiddleware& rLoja, SFiltroTeste filtro);
 // The keys found; a failure is a failure of the test.
 TListaDmc XVBusca(CBaseMiddleware& rLoja, SFiltroTeste filtro = {});
 

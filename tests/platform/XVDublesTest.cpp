@@ -1,6 +1,7 @@
 // The test doubles themselves: a double that did not fail when told to would let every test pass.
 #include <gtest/gtest.h>
 
+#include <set>
 #include <thread>
 
 #include "tests/apoio/XVGuardasPlataforma.h"
@@ -9,6 +10,7 @@
 #include "tests/apoio/XVSistemaArquivosFalhas.h"
 #include "tests/apoio/XVSistemaArquivosMemoria.h"
 #include "tests/apoio/XVSistemaArquivosMorte.h"
+#include "tests/apoio/XVSistemaArquivosQueda.h"
 
 namespace {
 
@@ -186,4 +188,63 @@ TEST_F(CXVDublesTest, GuardsPutTheInstancesBack) {
     EXPECT_EQ(&XVPlataforma::SistemaArquivos(), &XVPlataforma::SistemaArquivosNativo());
     EXPECT_EQ(&XVPlataforma::Relogio(), &XVPlataforma::RelogioNativo());
     EXPECT_EQ(&XVPlataforma::Registro(), &XVPlataforma::RegistroNativo());
+}
+
+namespace {
+
+// All that a hundred power failures leave of a file: its contents, and "<ausente>" where its name was lost.
+std::set<std::string> Sobras(const CXVSistemaArquivosQueda& rDispositivo, const std::string& sCaminho) {
+    std::set<std::string> sobras;
+    for (XVUInt64 uiSemente = 1; uiSemente <= 100; ++uiSemente) {
+        const auto retrato = rDispositivo.Corta(uiSemente);
+        const auto it = retrato.find(sCaminho);
+        sobras.insert(it == retrato.end() ? "<ausente>" : it->second.sConteudo);
+    }
+    return sobras;
+}
+
+}  // namespace
+
+TEST_F(CXVDublesTest, OQueFoiSincronizadoSobreviveAQuedaEONomeSoComODiretorio) {
+    m_memoria.CriaArquivo("/d/antigo", "antes");
+    CXVSistemaArquivosQueda dispositivo(m_memoria);
+    EXPECT_EQ(Sobras(dispositivo, "/d/antigo"), std::set<std::string>{"antes"});
+    ASSERT_TRUE(GravaAbcd(dispositivo, "/d/a").Ok());
+    EXPECT_EQ(Sobras(dispositivo, "/d/a"), (std::set<std::string>{"abcd", "<ausente>"}));
+    ASSERT_TRUE(dispositivo.SincronizaDiretorio("/d").Ok());
+    EXPECT_EQ(Sobras(dispositivo, "/d/a"), std::set<std::string>{"abcd"});
+    ASSERT_TRUE(dispositivo.Apaga("/d/a").Ok());
+    EXPECT_EQ(Sobras(dispositivo, "/d/a"), (std::set<std::string>{"abcd", "<ausente>"}));
+    ASSERT_TRUE(GravaAbcd(dispositivo, "/d/novo").Ok());
+    ASSERT_TRUE(dispositivo.Substitui("/d/novo", "/d/antigo").Ok());
+    EXPECT_EQ(Sobras(dispositivo, "/d/antigo"), std::set<std::string>{"abcd"}) << "a move is durable";
+    EXPECT_EQ(Sobras(dispositivo, "/d/novo"), std::set<std::string>{"<ausente>"});
+}
+
+TEST_F(CXVDublesTest, OQueNaoFoiSincronizadoSobreviveEmQualquerParteDeSetoresInteiros) {
+    m_memoria.CriaArquivo("/d/a", std::string(700, 'v'));
+    CXVSistemaArquivosQueda dispositivo(m_memoria);
+    std::unique_ptr<IXVArquivo> pArquivo;
+    ASSERT_TRUE(dispositivo.Abre("/d/a", k_escrita, pArquivo).Ok());
+    const std::string sNovo(1000, 'n');
+    ASSERT_TRUE(pArquivo->Grava(100, sNovo.data(), sNovo.size()).Ok());
+    const std::set<std::string> sobras = Sobras(dispositivo, "/d/a");
+    const auto sobra = [](std::size_t uiNovos1, std::size_t uiNovos2, std::size_t uiTamanho) {
+        std::string s = std::string(700, 'v') + std::string(400, '\0');
+        s.replace(100, uiNovos1, uiNovos1, 'n');
+        s.replace(512, uiNovos2, uiNovos2, 'n');
+        s.resize(uiTamanho);
+        return s;
+    };
+    EXPECT_TRUE(sobras.contains(sobra(0, 0, 700))) << "nothing of it";
+    EXPECT_TRUE(sobras.contains(sobra(412, 588, 1100))) << "all of it";
+    EXPECT_TRUE(sobras.contains(sobra(412, 0, 700))) << "cut short";
+    EXPECT_TRUE(sobras.contains(sobra(0, 0, 1100))) << "the length without the bytes";
+    EXPECT_TRUE(sobras.contains(sobra(412, 188, 700))) << "the bytes without the length";
+    for (const std::string& sSobra : sobras) {
+        ASSERT_TRUE(sSobra.size() == 700 || sSobra.size() == 1100 || sSobra.size() == 1024);
+        EXPECT_EQ(sSobra.substr(0, 100), std::string(100, 'v'));
+        EXPECT_TRUE(sSobra.substr(100, 412) == std::string(412, 'n') ||
+                    sSobra.substr(100, 412) == std::string(412, 'v'));
+    }
 }
