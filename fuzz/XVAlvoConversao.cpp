@@ -25,7 +25,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pDados, std::size_t ui
     // Each piece: a byte that names the file, two bytes of length, then the content.
     while (uiTamanho >= 3) {
         const std::size_t uiNome = pDados[0] % std::size(k_apszNomes);
-        const std::size_t uiPedaco = std::min<std::size_t>(pDados[1] | pDados[2] << 8, uiTamanho - 3);
+        const std::size_t uiPedido = pDados[1] + 256U * pDados[2];
+        const std::size_t uiPedaco = std::min(uiPedido, uiTamanho - 3);
         bancada.PoeArquivo(k_apszNomes[uiNome],
                            std::string(reinterpret_cast<const char*>(pDados) + 3, uiPedaco));
         pDados += 3 + uiPedaco;
