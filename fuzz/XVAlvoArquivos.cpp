@@ -7,6 +7,7 @@
 #include "core/xvdatabase/XVRegistroVersao.h"
 #include "core/xvdatabase/XVTextFile.h"
 #include "fuzz/XVBancadaFuzz.h"
+#include "fuzz/XVCabecalhoReparado.h"
 #include "middleware/XVRegistrosMiddleware.h"
 
 namespace {
@@ -75,7 +76,10 @@ void ExercitaVersao(CXVBancadaFuzz& rBancada) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pDados, std::size_t uiTamanho) {
     if (uiTamanho == 0) return 0;
     CXVBancadaFuzz bancada;
-    const std::string sConteudo(reinterpret_cast<const char*>(pDados) + 1, uiTamanho - 1);
+    std::string sConteudo(reinterpret_cast<const char*>(pDados) + 1, uiTamanho - 1);
+    // The first byte chooses the kind of file and how far its header is put right.
+    XVReparaCabecalho(sConteudo, static_cast<EReparo>(pDados[0] / 3 % static_cast<int>(EReparo::eQuantidade)),
+                      k_pszNome);
     bancada.PoeArquivo(k_pszNome, sConteudo);
     switch (pDados[0] % 3) {
         case 0:

@@ -3,6 +3,7 @@
 #include <cstdint>
 
 #include "fuzz/XVBancadaFuzz.h"
+#include "fuzz/XVCabecalhoReparado.h"
 #include "middleware/ConversaoMiddleware.h"
 
 namespace {
@@ -22,12 +23,17 @@ HRESULT Converte(CXVBancadaFuzz& rBancada) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pDados, std::size_t uiTamanho) {
     CXVBancadaFuzz bancada;
-    // Each piece: a byte that names the file, two bytes of length, then the content.
+    // Each piece: a byte that names the file and how far its header is put right, two bytes of length, then
+    // the content.
     while (uiTamanho >= 3) {
         const std::size_t uiNome = pDados[0] % std::size(k_apszNomes);
-        const std::size_t uiPedaco = std::min<std::size_t>(pDados[1] | pDados[2] << 8, uiTamanho - 3);
-        bancada.PoeArquivo(k_apszNomes[uiNome],
-                           std::string(reinterpret_cast<const char*>(pDados) + 3, uiPedaco));
+        const std::size_t uiPedido = pDados[1] + 256U * pDados[2];
+        const std::size_t uiPedaco = std::min(uiPedido, uiTamanho - 3);
+        std::string sConteudo(reinterpret_cast<const char*>(pDados) + 3, uiPedaco);
+        const std::size_t uiReparo =
+            pDados[0] / std::size(k_apszNomes) % static_cast<std::size_t>(EReparo::eQuantidade);
+        XVReparaCabecalho(sConteudo, static_cast<EReparo>(uiReparo), k_apszNomes[uiNome]);
+        bancada.PoeArquivo(k_apszNomes[uiNome], std::move(sConteudo));
         pDados += 3 + uiPedaco;
         uiTamanho -= 3 + uiPedaco;
     }

@@ -2,6 +2,7 @@
 // with one module directory.
 #pragma once
 
+#include <cstdio>
 #include <string>
 
 #include "suite/XVInicializador.h"
@@ -22,6 +23,8 @@ class CXVBancadaFuzz {
     }
 
     CXVSistemaArquivosMemoria& GetDisco() { return m_disco; }
+    const CXVSistemaArquivosMemoria& GetDisco() const { return m_disco; }
+    CXVRelogioFalso& GetRelogio() { return m_relogio; }
     const CXVProfilerEmpresa& GetPerfil() const { return m_perfil; }
     void PoeArquivo(const std::string& sNome, std::string sConteudo) {
         m_disco.CriaArquivo(k_pszPasta + sNome, std::move(sConteudo));
@@ -41,8 +44,11 @@ class CXVBancadaFuzz {
     CXVProfilerEmpresa m_perfil;
 };
 
-// A broken invariant ends the run as a crash would.
-#define XV_EXIGE(condicao)                 \
-    do {                                   \
-        if (!(condicao)) __builtin_trap(); \
+// A broken invariant says which and ends the run as a crash would.
+#define XV_EXIGE(condicao)                                                      \
+    do {                                                                        \
+        if (!(condicao)) {                                                      \
+            std::fprintf(stderr, "%s:%d: %s\n", __FILE__, __LINE__, #condicao); \
+            __builtin_trap();                                                   \
+        }                                                                       \
     } while (false)

@@ -22,6 +22,7 @@ class CXVGanchoParametroInvalido {
 
   private:
     using PFuncaoGenerica = void (*)();
-    PFuncaoGenerica m_pAnterior = nullptr;
-    PTratadorParametroInvalido m_pTratadorAnterior = nullptr;
+    // Systems without such a runtime keep nothing.
+    [[maybe_unused]] PFuncaoGenerica m_pAnterior = nullptr;
+    [[maybe_unused]] PTratadorParametroInvalido m_pTratadorAnterior = nullptr;
 };

@@ -13,5 +13,5 @@ class CXVPreservaUltimoErro {
 
   private:
     int m_iErrno;
-    XVUInt m_ulErroSistema = 0;
+    [[maybe_unused]] XVUInt m_ulErroSistema = 0;  // where there is one beside errno
 };

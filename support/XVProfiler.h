@@ -54,7 +54,9 @@ XVUInt64 GetRegistrosPerdidos();
 // Writes one error record (always, whatever log.ini says): pszFuncao and pszFonte as the trace spells them.
 void RecordError(const IXVDF_Profiler* pDono, const char* pszFuncao, const char* pszFonte, int iLinha,
                  const char* pszFormato, ...) noexcept
-#if defined(__GNUC__)
+#if defined(__clang__)
+    __attribute__((format(printf, 5, 6)))
+#elif defined(__GNUC__)
     __attribute__((format(gnu_printf, 5, 6)))
 #endif
     ;

@@ -1,0 +1,23 @@
+// A sound store to put foreign files beside: two days, texts, a mapping and a date-time, closed in order.
+#pragma once
+
+#include <map>
+#include <memory>
+#include <string>
+
+#include "fuzz/XVBancadaFuzz.h"
+#include "middleware/BaseMiddleware.h"
+
+class CXVLojaSa {
+  public:
+    // Puts the store's files on the bench's disk; they are made once for the process.
+    static void Poe(CXVBancadaFuzz& rBancada);
+    // Opens the store; null when it is refused.
+    static std::unique_ptr<CBaseMiddleware> Abre(CXVBancadaFuzz& rBancada);
+    // Its integrations are there, whole and in order; nothing else is.
+    static bool Confere(CBaseMiddleware& rLoja);
+    // A new integration is taken and read back.
+    static bool Grava(CBaseMiddleware& rLoja);
+    // The data files of the bench's disk: all "dat" but the control file.
+    static std::map<std::string, std::string> Dados(const CXVBancadaFuzz& rBancada);
+};
