@@ -52,10 +52,12 @@ class CXVTrocaRecusadaTest : public CXVCenarioTroca {
         EXPECT_EQ(m_Arquivos.Diferenca(retrato, Retrato()), "");
         EXPECT_TRUE(LinhasPerdidas().empty());
     }
-    // The list of names is put in order by whoever opens a file that was laid there by hand.
+    // The list of names is put in order, through the journal, by whoever opens a file that was laid there by
+    // hand.
     CXVSistemaArquivosMemoria::TRetrato Retrato() const {
         auto retrato = RetratoSemLogs();
         retrato.erase(PastaDados("XVDATABASE_FILE_CTRL.dat"));
+        retrato.erase(PastaDados("XVDATABASE_ABERTA.srk"));
         return retrato;
     }
     void EsperaRecusa(HRESULT hrEsperado, XVUInt eTransacao = eXVSMiddleware_Inclusao,
