@@ -145,7 +145,7 @@ HRESULT CXVDiario::GarantePronto() {
     if (m_anel.EstaPronto()) return S_OK;
     CXVErroArquivo erro;
     if (m_pArquivo == nullptr) erro = XVPlataforma::SistemaArquivos().Abre(m_sPath, k_abertura, m_pArquivo);
-    if (erro.Ok()) erro = m_anel.Prepara(*m_pArquivo, NovaSessao());
+    if (erro.Ok()) erro = m_anel.Prepara(*m_pArquivo, NovaSessao(), !m_bDuravel);
     if (erro.Ok() && m_bDuravel) {
         erro = m_pArquivo->Sincroniza();
         if (erro.Ok()) erro = XVPlataforma::SistemaArquivos().SincronizaDiretorio(m_sDiretorio);

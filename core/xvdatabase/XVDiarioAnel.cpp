@@ -4,6 +4,7 @@
 #include <atomic>
 #include <cstring>
 
+#include "platform/XVVistaPorChamadas.h"
 #include "support/XVSoma64.h"
 
 namespace {
@@ -22,7 +23,7 @@ void CXVDiarioAnel::SetTamanhoAnel(XVUInt64 uiTamanho) {
 }
 
 // Zeros first, then the words, the head last: a file that its maker did not finish has no head.
-CXVErroArquivo CXVDiarioAnel::Prepara(IXVArquivo& rArquivo, XVUInt64 uiSessao) {
+CXVErroArquivo CXVDiarioAnel::Prepara(IXVArquivo& rArquivo, XVUInt64 uiSessao, bool bMapeia) {
     Fecha();
     const XVUInt64 uiTamanhoAnel = g_uiTamanhoAnel;
     const XVUInt64 uiTotal = k_uiTamanhoPaginaDiario + uiTamanhoAnel;
@@ -42,7 +43,10 @@ CXVErroArquivo CXVDiarioAnel::Prepara(IXVArquivo& rArquivo, XVUInt64 uiSessao) {
     REG_XVDIARIO_CABECALHO reg{k_uiAssinaturaDiario, uiSessao, uiTamanhoAnel, 0};
     reg.uiSoma = XVSoma64(&reg, offsetof(REG_XVDIARIO_CABECALHO, uiSoma));
     std::unique_ptr<IXVVista> pVista;
-    erro = rArquivo.Mapeia(uiTotal, pVista);
+    if (bMapeia)
+        erro = rArquivo.Mapeia(uiTotal, pVista);
+    else
+        pVista = std::make_unique<CXVVistaPorChamadas>(rArquivo, uiTotal);
     if (erro.Ok()) erro = pVista->GravaPalavra(k_uiOffsetPrimeira, m_uiPrimeira);
     if (erro.Ok()) erro = pVista->Grava(0, &reg, sizeof(reg));
     if (erro.Ok()) m_pVista = std::move(pVista);

@@ -21,8 +21,10 @@ class CXVDiarioAnel {
     static void SetTamanhoAnel(XVUInt64 uiTamanho);
 
     // Makes the file a journal of a new session, with device blocks behind every byte of the ring. rArquivo
-    // must outlive the object or Fecha.
-    CXVErroArquivo Prepara(IXVArquivo& rArquivo, XVUInt64 uiSessao);
+    // must outlive the object or Fecha. bMapeia: through memory where that is possible, which is right while
+    // nothing is flushed; a flush of bytes that were stored through a mapping takes three times as long as one of
+    // bytes that were written by a call.
+    CXVErroArquivo Prepara(IXVArquivo& rArquivo, XVUInt64 uiSessao, bool bMapeia);
     bool EstaPronto() const { return m_pVista != nullptr; }
     void Fecha();
     // Makes the entries of a journal file nobody's, on the device. A file too short to be one: nothing.

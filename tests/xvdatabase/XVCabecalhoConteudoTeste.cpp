@@ -148,7 +148,8 @@ TEST_F(CabecalhoConteudo, FinalizarAtualizaOCabecalhoSomenteDoArquivoAlterado) {
         TXVBanco<CXVFileTeste> banco("A.dat");
         ASSERT_EQ(Abre(banco), S_OK);
         XVUInt uiPosicao = 0;
-        if (bAltera) ASSERT_EQ(banco->Grava(uiPosicao, {1, 2, 3}), S_OK);
+        const std::vector<REG_TESTE> aRegistros(bAltera ? 1 : 0, {1, 2, 3});
+        ASSERT_EQ(banco->GravaColecao(uiPosicao, aRegistros), S_OK);
         ASSERT_EQ(banco.xvDB.Finaliza(), S_OK);
         EXPECT_EQ(Campo<XVUInt64>(Le("A.dat"), 80), bAltera ? 2U : 0U);
         EXPECT_EQ(Le("A.dat") == sAntes, !bAltera);
