@@ -118,8 +118,9 @@ TEST_P(CXVConversaoMorteTest, FailingOnceAtEveryFileOperation) {
     EXPECT_GT(uiErros, 10U);
 }
 
-// A file system that does not tell once whether a file exists: no guess, and the next conversion does it all.
-TEST_P(CXVConversaoMorteTest, CadaPerguntaSobreUmArquivoSemRespostaUmaVez) {
+// A file system that from some question on does not tell whether a file exists: no guess, and the next
+// conversion does it all.
+TEST_P(CXVConversaoMorteTest, PerguntasSobreArquivosSemRespostaAPartirDeCadaUma) {
     CXVSistemaArquivosFalhas falhas(m_Arquivos);
     falhas.SetFiltro([this](const std::string& s) {
         return s.starts_with(PastaDados("")) &&
@@ -130,7 +131,8 @@ TEST_P(CXVConversaoMorteTest, CadaPerguntaSobreUmArquivoSemRespostaUmaVez) {
     XVUInt64 uiPergunta = 1;
     for (; !HasFailure(); ++uiPergunta) {
         m_Arquivos.Restaura(m_inicio);
-        falhas.Programa({.eOperacao = EOperacaoArquivo::eConsulta, .uiNumero = uiPergunta});
+        falhas.Programa(
+            {.eOperacao = EOperacaoArquivo::eConsulta, .uiNumero = uiPergunta, .bPermanente = true});
         const HRESULT hr = Converte();
         const bool bAtingida = falhas.GetFalhasOcorridas() != 0;
         falhas.Limpa();
