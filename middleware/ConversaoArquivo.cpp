@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "core/xvdatabase/XVCodigosArquivo.h"
+#include "core/xvdatabase/XVDataBaseUtil.h"
 #include "core/xvdatabase/XVFileBase.h"
 #include "platform/XVPlataforma.h"
 #include "support/XVArquivoRecusado.h"
@@ -64,7 +65,9 @@ namespace XVConversaoArquivo {
 
 HRESULT Abre(const IXVDF_Profiler* pDono, const std::string& sPath, std::unique_ptr<IXVArquivo>* ppArquivo) {
     ppArquivo->reset();
-    if (XVPlataforma::SistemaArquivos().Existe(sPath) == EExistencia::eAusente) return S_OK;
+    bool bExiste = false;
+    const HRESULT hr = CXVDataBaseUtil::Existe(pDono, sPath, &bExiste);
+    if (FAILED(hr) || !bExiste) return hr;
     constexpr SAberturaArquivo k_abertura{EAcessoArquivo::eLeitura, ECompartilhamentoArquivo::eNegaNada,
                                           ECriacaoArquivo::eSomenteExistente};
     return Codigo(XVPlataforma::SistemaArquivos().Abre(sPath, k_abertura, *ppArquivo), sPath, pDono);

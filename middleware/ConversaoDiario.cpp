@@ -127,7 +127,9 @@ HRESULT CXVDiarioConversao::Le(XVUShort usPasso) {
     m_bTemSomas = true;
     std::string sPath;
     XV_CHECK(MontaPath(k_pszArquivoDiario, &sPath));
-    if (XVPlataforma::SistemaArquivos().Existe(sPath) == EExistencia::eAusente) return S_OK;
+    bool bExiste = false;
+    XV_CHECK(CXVDataBaseUtil::Existe(this, sPath, &bExiste));
+    if (!bExiste) return S_OK;
     std::string sDiario;
     XV_CHECK(LeBytes(sPath, &sDiario));
     XVUShort usPassoDiario = 0;
@@ -177,7 +179,9 @@ HRESULT CXVDiarioConversao::Remove() {
     for (const char* pszNome : {k_pszArquivoDiario, k_pszArquivoDiarioNovo}) {
         std::string sPath;
         XV_CHECK(MontaPath(pszNome, &sPath));
-        if (XVPlataforma::SistemaArquivos().Existe(sPath) == EExistencia::eAusente) continue;
+        bool bExiste = false;
+        XV_CHECK(CXVDataBaseUtil::Existe(this, sPath, &bExiste));
+        if (!bExiste) continue;
         const CXVErroArquivo erro = XVPlataforma::SistemaArquivos().Apaga(sPath);
         // Another process may have been faster.
         if (erro.Ok() || erro.GetCausa() == ECausaArquivo::eArquivoNaoEncontrado) continue;

@@ -73,7 +73,9 @@ HRESULT CXVIndiciosVersao::ConfereVersaoZero() {
     m_bPrimeiroLeiaute = false;
     std::string sDiretorio;
     XV_CHECK(CXVDataBaseUtil::GetPathDados(XV_DF, GetEmpresa(), &sDiretorio));
-    if (XVPlataforma::SistemaArquivos().Existe(sDiretorio) == EExistencia::eAusente) return S_OK;
+    bool bExiste = false;
+    XV_CHECK(CXVDataBaseUtil::Existe(this, sDiretorio, &bExiste));
+    if (!bExiste) return S_OK;
     for (const char* pszNome : k_apszArquivosUnicos) XV_CHECK(ConfereArquivo(pszNome));
     for (const char* pszPadrao : k_apszGrupos) XV_CHECK(ConfereGrupo(pszPadrao));
     if (!m_bTemDados || m_bPrimeiroLeiaute) return S_OK;
@@ -82,7 +84,8 @@ HRESULT CXVIndiciosVersao::ConfereVersaoZero() {
     XV_CHECK(CXVDataBaseUtil::GetPathArquivo(XV_DF, GetEmpresa(), k_pszArquivoVersao, &sPathVersao));
     XV_CHECK(CXVDataBaseUtil::GetPathArquivo(
         XV_DF, GetEmpresa(), XVDATABASE_NOME_ARQUIVO_CONTROLE_CRIACAO_ARQUIVOS, &sPathControle));
-    if (XVPlataforma::SistemaArquivos().Existe(sPathControle) == EExistencia::eAusente)
+    XV_CHECK(CXVDataBaseUtil::Existe(this, sPathControle, &bExiste));
+    if (!bExiste)
         XV_CHECK(XVConversaoArquivo::Recusa(this, sPathVersao,
                                             "Arquivo de versão e controle ausentes numa base com dados"));
     return S_OK;

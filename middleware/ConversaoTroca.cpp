@@ -30,7 +30,9 @@ HRESULT CXVConversaoMiddleware::RemoveCopias(const CListaNomes& listaNomes) {
         std::string sPath;
         std::string sPathCopia;
         XV_CHECK(MontaPaths(sNome, &sPath, &sPathCopia));
-        if (XVPlataforma::SistemaArquivos().Existe(sPathCopia) == EExistencia::eAusente) continue;
+        bool bExiste = false;
+        XV_CHECK(CXVDataBaseUtil::Existe(this, sPathCopia, &bExiste));
+        if (!bExiste) continue;
         const CXVErroArquivo erro = XVPlataforma::SistemaArquivos().Apaga(sPathCopia);
         if (!erro.Ok())
             XV_CHECK_TEXTO(
@@ -65,7 +67,8 @@ HRESULT CXVConversaoMiddleware::ConfereTroca(XVUShort usPasso, const CXVDiarioCo
 // the file is that copy.
 HRESULT CXVConversaoMiddleware::ConfereSomas(const SEntradaDiario& rEntrada, const std::string& sPath,
                                              const std::string& sPathCopia) {
-    const bool bTemCopia = XVPlataforma::SistemaArquivos().Existe(sPathCopia) != EExistencia::eAusente;
+    bool bTemCopia = false;
+    XV_CHECK(CXVDataBaseUtil::Existe(this, sPathCopia, &bTemCopia));
     SSomaArquivo somaVivo;
     XV_CHECK(XVConversaoArquivo::Soma(this, sPath, &somaVivo));
     if (somaVivo != (bTemCopia ? rEntrada.antigo : rEntrada.novo))
@@ -123,7 +126,9 @@ HRESULT CXVConversaoMiddleware::ConcluiTroca(XVUShort usPasso, const CXVDiarioCo
         std::string sPath;
         std::string sPathCopia;
         XV_CHECK(MontaPaths(sNome, &sPath, &sPathCopia));
-        if (XVPlataforma::SistemaArquivos().Existe(sPathCopia) != EExistencia::eAusente) {
+        bool bExiste = false;
+        XV_CHECK(CXVDataBaseUtil::Existe(this, sPathCopia, &bExiste));
+        if (bExiste) {
             XV_CHECK_TEXTO(CXVDataBaseUtil::RenomeiaArquivoTRA(this, XV_DF, sNome, usPasso),
                            "CXVDataBaseUtil::RenomeiaArquivoTRA(this, XV_DF, name)");
             continue;

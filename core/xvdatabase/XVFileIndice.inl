@@ -46,8 +46,8 @@ HRESULT CXVFile<T>::AtualizaIndexDoArquivo(SIndice& rIndice, std::size_t uiColun
     return S_OK;
 }
 
-// Checks a proposed write against every index, before any byte is written. aChaves: the keys, one column after
-// the other, each in record order.
+// Checks a proposed write against every index, before any byte is written. aChaves: the keys, one column
+// after the other, each in record order.
 template <class T>
 HRESULT CXVFile<T>::ValidaIndices(XVUInt uiPosicao, std::span<const T> aRegistros,
                                   std::vector<XVUInt64>& aChaves) {

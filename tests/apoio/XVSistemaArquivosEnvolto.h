@@ -63,7 +63,7 @@ class TXVSistemaArquivosEnvolto final : public IXVSistemaArquivos {
         const TGuarda guarda;
         return m_rInterno.EhSomenteLeitura(sCaminho);
     }
-    bool BuscaNomeReal(const std::string& sCaminho, std::string& sNomeReal) override {
+    CXVErroArquivo BuscaNomeReal(const std::string& sCaminho, std::string& sNomeReal) override {
         const TGuarda guarda;
         return m_rInterno.BuscaNomeReal(sCaminho, sNomeReal);
     }

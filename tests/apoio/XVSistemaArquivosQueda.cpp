@@ -164,7 +164,7 @@ EExistencia CXVSistemaArquivosQueda::Existe(const std::string& sCaminho) {
 bool CXVSistemaArquivosQueda::EhSomenteLeitura(const std::string& sCaminho) {
     return m_rInterno.EhSomenteLeitura(sCaminho);
 }
-bool CXVSistemaArquivosQueda::BuscaNomeReal(const std::string& sCaminho, std::string& sNomeReal) {
+CXVErroArquivo CXVSistemaArquivosQueda::BuscaNomeReal(const std::string& sCaminho, std::string& sNomeReal) {
     return m_rInterno.BuscaNomeReal(sCaminho, sNomeReal);
 }
 

@@ -37,7 +37,7 @@ class CXVSistemaArquivosQueda final : public IXVSistemaArquivos {
                         std::unique_ptr<IXVArquivo>& pArquivo) override;
     EExistencia Existe(const std::string& sCaminho) override;
     bool EhSomenteLeitura(const std::string& sCaminho) override;
-    bool BuscaNomeReal(const std::string& sCaminho, std::string& sNomeReal) override;
+    CXVErroArquivo BuscaNomeReal(const std::string& sCaminho, std::string& sNomeReal) override;
     CXVErroArquivo Apaga(const std::string& sCaminho) override;
     CXVErroArquivo Substitui(const std::string& sOrigem, const std::string& sDestino) override;
     CXVErroArquivo Lista(const std::string& sDiretorio, const std::string& sMascara,
