@@ -228,8 +228,7 @@ HRESULT CXVConversaoMiddleware::ConfereArquivosControlados() {
         std::string sNomeReal;
         bool bExiste = false;
         XV_CHECK(CXVDataBaseUtil::ExistePath(this, sPath, &bExiste, &sNomeReal));
-        if (!bExiste)
-            return XVConversaoArquivo::Recusa(this, sPath, "Arquivo controlado não encontrado");
+        if (!bExiste) return XVConversaoArquivo::Recusa(this, sPath, "Arquivo controlado não encontrado");
     }
     return S_OK;
 }
