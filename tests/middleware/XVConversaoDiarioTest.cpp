@@ -80,6 +80,10 @@ class CXVConversaoDiarioTest : public CXVCenarioConversao {
 
 TEST_F(CXVConversaoDiarioTest, DeixadaEmPazTermina) {
     EsperaConclusao("untouched", [] {});
+    // A journal that did not come to its name has served nobody.
+    Poe("CRMIDDLEWARECVN.srk", "SVKRCV02");
+    EXPECT_EQ(Converte(), S_OK);
+    EXPECT_EQ(m_Arquivos.Diferenca(m_fim, RetratoSemLogs()), "");
 }
 
 TEST_F(CXVConversaoDiarioTest, CopiaQueNaoEADoDiarioNaoEMovida) {
@@ -142,6 +146,11 @@ TEST_F(CXVConversaoDiarioTest, DiarioDeOutroPassoOuDeOutrosArquivosERecusado) {
     const std::string sEntradas = sBom.substr(16, sBom.size() - 24);
     EXPECT_EQ(sBom, Diario(4, sEntradas, 3, "SVKRCV02")) << "the bytes are those of the description";
     EsperaRecusa(k_pszDiario, "a later step", [&] { Poe(k_pszDiario, Diario(5, sEntradas, 3, "SVKRCV02")); });
+    EsperaRecusa(k_pszDiario, "reserved bytes", [&] {
+        std::string s = sBom.substr(0, sBom.size() - 8);
+        s[10] = 1;
+        Poe(k_pszDiario, CXVBytes().Junta(s).U64(XVCrcDoTeste(s)));
+    });
     EsperaRecusa(k_pszDiario, "more names than there are",
                  [&] { Poe(k_pszDiario, Diario(4, sEntradas, 4, "SVKRCV02")); });
     EsperaRecusa(k_pszDiario, "fewer", [&] { Poe(k_pszDiario, Diario(4, sEntradas, 2, "SVKRCV02")); });

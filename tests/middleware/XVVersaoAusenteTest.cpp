@@ -73,6 +73,13 @@ TEST_F(CXVVersaoAusenteTest, CarimboDePassoPosteriorContradizAVersaoZero) {
             Recomeca(alterada);
             EsperaRecusa(sNome, sNome + std::to_string(uiCarimbo));
         }
+    // A stamp in a header that does not hold says nothing: the damage is the reason, not the version.
+    const std::string sMembro = CXVFabricaBases::NomeMembro(1);
+    TArquivos danificada = base;
+    danificada[sMembro] = XVArquivoDoTeste({sMembro, 3, 5}, Dados(base.at(sMembro)));
+    danificada[sMembro][130] ^= 1;
+    Recomeca(danificada);
+    EXPECT_EQ(Converte(), E_XVCR_CRC_CABECALHO_NAO_CONFERE);
 }
 
 TEST_F(CXVVersaoAusenteTest, VersaoEControleAusentesNaoProvamNada) {
@@ -85,6 +92,10 @@ TEST_F(CXVVersaoAusenteTest, VersaoEControleAusentesNaoProvamNada) {
         Recomeca({{pszNome, sBytes}, {k_pszControle, CXVBytes().Texto(pszNome)}});
         EXPECT_EQ(Converte(), S_OK) << pszNome;
     }
+    // Records that are possible in either layout show neither.
+    const std::string sMembro = CXVFabricaBases::NomeMembro(0);
+    Recomeca({{sMembro, XVArquivoDoTeste({sMembro}, std::string(880, '\0'))}});
+    EsperaRecusa(k_pszVersao, "zero records");
     // Once converted, emptied of both: refused, not converted once more.
     Recomeca(CXVFabricaBases(0, true).Cria());
     ASSERT_EQ(Converte(), S_OK);
@@ -183,6 +194,7 @@ TEST_F(CXVVersaoAusenteTest, CadaPassoRespeitaOsCarimbos) {
     Recomeca(base);
     EXPECT_EQ(Converte(), E_XVCR_CRC_CABECALHO_NAO_CONFERE);
     EXPECT_EQ(Conteudo(sMembro), base[sMembro]);
+    ConfereSemRestos();
 }
 
 // Files without header: what no program of this system can have written gets none, in the layout of the
