@@ -1,6 +1,7 @@
 // CXVDiario: opening, closing, and the copies beside files.
 #include "core/xvdatabase/XVDiario.h"
 
+#include <algorithm>
 #include <atomic>
 
 #include "core/xvdatabase/XVCodigosArquivo.h"
@@ -44,6 +45,12 @@ XVUInt64 NovaSessao() {
 bool EhDiscoCheio(const CXVErroArquivo& rErro) {
     return rErro.GetCausa() == ECausaArquivo::eDiscoCheio ||
            rErro.GetCausa() == ECausaArquivo::eDiretorioCheio;
+}
+
+bool Envolve(const CXVOperacao& rOperacao, const CXVFileBase& rFile) {
+    const auto partes = rOperacao.GetPartes();
+    return std::any_of(partes.begin(), partes.end(),
+                       [&rFile](const CXVGravacaoPreparada* p) { return &p->GetArquivo() == &rFile; });
 }
 
 }  // namespace
@@ -224,8 +231,17 @@ void CXVDiario::LembraArquivo(CXVFileBase& rFile) {
     rFile.SetMarcadoNoDiario(true);
 }
 
+// An operation whose undoing failed points to its files: when the first of them goes it is tried once more
+// and then given up. Its entry stays for the next opening; nothing more is written before that.
 void CXVDiario::EsqueceArquivo(CXVFileBase& rFile) {
+    CXVOperacao abandonada(nullptr);  // ends when the lock is released
     const std::lock_guard lock(m_Mutex);
+    if (m_uiPendente != 0 && Envolve(m_pendente, rFile)) {
+        if (TentaDesfazer(m_pendente, m_uiPendente).Ok()) m_uiPendente = 0;
+        for (CXVGravacaoPreparada* p : m_pendente.GetPartes())
+            p->m_pGrupo = nullptr;  // goes with its members
+        abandonada.Assume(m_pendente);
+    }
     rFile.SetMarcadoNoDiario(false);
     const auto it = m_mapAlterados.find(rFile.GetNomeArquivo());
     if (it != m_mapAlterados.end()) it->second = nullptr;

@@ -134,6 +134,7 @@ CXVErroArquivo CXVDiario::TentaDesfazer(CXVOperacao& rOperacao, XVUInt64 uiNumer
 // rResolvida takes the operation that is over; it ends when the lock is released.
 HRESULT CXVDiario::ResolvePendente(CXVOperacao& rResolvida) {
     if (m_uiPendente == 0) return S_OK;
+    if (m_pendente.EhVazia()) return Codigo({ECausaArquivo::eArquivoInvalido, 0}, "ResolvePendente(resolvida)");
     const CXVErroArquivo erro = TentaDesfazer(m_pendente, m_uiPendente);
     if (!erro.Ok()) return Codigo(erro, "TentaDesfazer(m_pendente, m_uiPendente)");
     m_uiPendente = 0;
