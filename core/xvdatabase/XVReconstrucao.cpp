@@ -184,6 +184,9 @@ CXVErroArquivo CXVReconstrucao::ConfereSobrescritos(IXVArquivo& rFile, XVUInt64 
         if (!erro.Ok()) return erro;
         for (std::size_t i = 0; i < sDisco.size() && *pbOk; ++i) {
             const XVUInt64 uiOffset = pParte->uiOffset + i;
+            // What the operations appended may not have reached the device, though the length has: zeros,
+            // then.
+            if (uiOffset >= rArquivo.uiTamanhoMenor) break;
             *pbOk = std::any_of(
                 rArquivo.listaPartes.begin(), rArquivo.listaPartes.end(), [&](const SParteLida* p) {
                     const XVUInt64 uiIndice = uiOffset - p->uiOffset;
