@@ -13,13 +13,14 @@ HRESULT Inicializa(CBaseMiddleware& rLoja) {
     return rLoja.Inicializa(&dono);
 }
 
-// Whether an error record since the capture began names a file of the store.
-bool NomeiaArquivo(const CXVCapturaTrace& rCaptura) {
-    return std::any_of(
-        rCaptura.GetFalhas().begin(), rCaptura.GetFalhas().end(), [](const SFalhaCapturada& rFalha) {
-            const std::string sTudo = rFalha.sExpressao + rFalha.sMensagem;
-            return sTudo.find(".dat") != std::string::npos || sTudo.find(".srk") != std::string::npos;
-        });
+// The newest error record since the capture began that names a file of the store; empty: none does.
+std::string NomeiaArquivo(const CXVCapturaTrace& rCaptura) {
+    const auto& rFalhas = rCaptura.GetFalhas();
+    const auto it = std::find_if(rFalhas.rbegin(), rFalhas.rend(), [](const SFalhaCapturada& rFalha) {
+        const std::string sTudo = rFalha.sExpressao + rFalha.sMensagem;
+        return sTudo.find(".dat") != std::string::npos || sTudo.find(".srk") != std::string::npos;
+    });
+    return it == rFalhas.rend() ? "" : it->sExpressao + ' ' + it->sMensagem;
 }
 
 std::string Codigo(const char* pszQuem, HRESULT hr) {
@@ -53,7 +54,9 @@ std::string CXVExameQueda::ComDurabilidade() {
     std::string sFalha = ConferePorConsulta();
     if (!sFalha.empty()) return sFalha;
     CBaseMiddleware loja;
-    if (const HRESULT hr = Inicializa(loja); FAILED(hr)) return Codigo("opening", hr);
+    const CXVCapturaTrace captura;
+    if (const HRESULT hr = Inicializa(loja); FAILED(hr))
+        return Codigo("opening", hr) + NomeiaArquivo(captura);
     sFalha = Compara("the opened store", XVRetrataLoja(loja));
     if (sFalha.empty()) sFalha = Nova(loja, k_uiPrimeiroNovo);
     if (sFalha.empty() && m_mapaNovas.empty()) sFalha = "nothing can be recorded any more";
@@ -73,7 +76,7 @@ std::string CXVExameQueda::SemDurabilidade() {
         const CXVCapturaTrace captura;
         if (FAILED(Inicializa(loja))) {
             m_bRecusada = true;
-            return NomeiaArquivo(captura) ? "" : "refused without a file's name";
+            return NomeiaArquivo(captura).empty() ? "refused without a file's name" : "";
         }
     }
     std::string sFalha = ConfereDonos(loja);
