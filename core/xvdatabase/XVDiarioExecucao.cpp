@@ -100,6 +100,8 @@ HRESULT CXVDiario::Conclui(CXVOperacao& rOperacao, XVUInt64 uiNumero, bool bDaFi
     if (const CXVErroArquivo erro = m_anel.MarcaEmCurso(uiNumero); !erro.Ok()) {
         if (bDaFila) AnulaFila();
         m_anel.MarcaEstado(uiNumero, EEstadoEntrada::eNula).Ignora();
+        // Rare, and worth a flush whatever the durability: an operation that failed must not come back.
+        m_pArquivo->Sincroniza().Ignora();
         return Codigo(erro, "m_anel.MarcaEmCurso(uiNumero)");
     }
     const HRESULT hr = rOperacao.Escreve();
@@ -123,7 +125,8 @@ void CXVDiario::Desfaz(CXVOperacao& rOperacao, XVUInt64 uiNumero) {
 // when all bytes are back where a power failure cannot lose them.
 CXVErroArquivo CXVDiario::TentaDesfazer(CXVOperacao& rOperacao, XVUInt64 uiNumero) {
     CXVErroArquivo erro = m_anel.MarcaEstado(uiNumero, EEstadoEntrada::eDesfazer);
-    if (erro.Ok() && m_bDuravel) erro = m_pArquivo->Sincroniza();
+    // Rare, and worth a flush whatever the durability: an operation that failed must not come back.
+    if (erro.Ok()) erro = m_pArquivo->Sincroniza();
     if (erro.Ok()) erro = rOperacao.Desfaz();
     if (erro.Ok() && m_bDuravel) erro = SincronizaAlterados();
     if (erro.Ok()) erro = m_anel.MarcaEstado(uiNumero, EEstadoEntrada::eNula);
@@ -134,7 +137,8 @@ CXVErroArquivo CXVDiario::TentaDesfazer(CXVOperacao& rOperacao, XVUInt64 uiNumer
 // rResolvida takes the operation that is over; it ends when the lock is released.
 HRESULT CXVDiario::ResolvePendente(CXVOperacao& rResolvida) {
     if (m_uiPendente == 0) return S_OK;
-    if (m_pendente.EhVazia()) return Codigo({ECausaArquivo::eArquivoInvalido, 0}, "ResolvePendente(resolvida)");
+    if (m_pendente.EhVazia())
+        return Codigo({ECausaArquivo::eArquivoInvalido, 0}, "ResolvePendente(resolvida)");
     const CXVErroArquivo erro = TentaDesfazer(m_pendente, m_uiPendente);
     if (!erro.Ok()) return Codigo(erro, "TentaDesfazer(m_pendente, m_uiPendente)");
     m_uiPendente = 0;
