@@ -107,7 +107,10 @@ class CXVExecucaoQueda {
     void Corta(std::size_t uiPasso, std::size_t uiAlteracao, bool bReconhecida) {
         for (SCorte& rCorte : m_listaCortes) {
             if (rCorte.bFeito || rCorte.uiPasso != uiPasso) continue;
-            if (!bReconhecida && rCorte.uiAlteracao != uiAlteracao) continue;
+            // Until the step with the fault is over its operation may still take place: no picture shows
+            // that.
+            const bool bNaHora = uiPasso != m_uiPassoComFalha && rCorte.uiAlteracao == uiAlteracao;
+            if (!bReconhecida && !bNaHora) continue;
             rCorte.bFeito = true;
             rCorte.bReconhecida = bReconhecida;
             rCorte.disco = m_dispositivo.Corta(rCorte.uiEstado);
