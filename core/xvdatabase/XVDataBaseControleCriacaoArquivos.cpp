@@ -83,8 +83,15 @@ HRESULT CXVDataBaseControleCriacaoArquivos::GerenciaControleCriacaoArquivos(XVUI
         return XVArquivoRecusado::Anota(E_XVCR_INCONSISTENCIA_CONTROLE_CRIACAO_ARQUIVOS, sPathArquivo, this);
     }
     // A directory of this name is refused by the opening; listed, it would be missed once it is removed.
-    if (!bPossui && bExiste && XVPlataforma::SistemaArquivos().Existe(sPathArquivo) == EExistencia::eArquivo)
-        XV_CHECK(CriaControleCriacaoArquivos());
+    if (!bPossui && bExiste && XVPlataforma::SistemaArquivos().Existe(sPathArquivo) == EExistencia::eArquivo) {
+        const HRESULT hr = CriaControleCriacaoArquivos();
+        // A full disk can be read all the same; the next opening lists the file.
+        if (hr == eDiskFull) {
+            XV_REGISTRA(hr, "CriaControleCriacaoArquivos()");
+            return S_OK;
+        }
+        XV_CHECK_TEXTO(hr, "CriaControleCriacaoArquivos()");
+    }
     return S_OK;
 }
 

@@ -113,7 +113,8 @@ class CXVDataBaseFacade : public TBase {
                 rDiario.EsvaziaFila(bloqueio);
             CXVOperacao operacao(m_pDataBase);
             operacao.SetChave(uiChave);
-            HRESULT hr = prepara(operacao);
+            HRESULT hr = operacao.Inicia();
+            if (SUCCEEDED(hr)) hr = prepara(operacao);
             if (FAILED(hr)) return hr;
             if (hr == S_OK && eFila == EFila::eSozinha) return operacao.Executa();
             bool bRefaz = hr == S_FALSE;
@@ -147,8 +148,17 @@ class CXVDataBaseFacade : public TBase {
 
   private:
     struct SLoja {
-        TDataBase dataBase;
+        SLoja() = default;
+        SLoja(const SLoja&) = delete;
+        SLoja& operator=(const SLoja&) = delete;
+        // The files use the journal until the last of them is closed.
+        ~SLoja() {
+            XVIgnora(dataBase.Finaliza());
+            XVIgnora(diario.Fecha(nullptr));
+        }
+
         CXVDiario diario;
+        TDataBase dataBase;
         std::mutex mutexAbertura;
         std::mutex mutexAlteracao;
         std::size_t uiObjetos = 0;

@@ -166,14 +166,15 @@ HRESULT CXVDiario::Fecha(const IXVDF_Profiler* pDono) {
     if (!m_bAberto) return S_OK;
     CXVOperacao resolvida(nullptr);
     HRESULT hr = ResolvePendente(resolvida);
-    CXVErroArquivo erro;
-    if (SUCCEEDED(hr)) erro = SincronizaAlterados();
+    CXVErroArquivo erro = ApagaCopias();
+    if (erro.Ok() && SUCCEEDED(hr)) erro = SincronizaAlterados();
     m_bAberto = false;
     Desregistra();
     m_anel.Fecha();
     m_pendente.Termina();
     m_uiPendente = 0;
     m_mapAlterados.clear();
+    m_mapCopias.clear();
     // From here on the entries stand for nothing, whether the file goes or not.
     const bool bConcluido = SUCCEEDED(hr) && erro.Ok();
     if (bConcluido && m_pArquivo != nullptr) erro = CXVDiarioAnel::Invalida(*m_pArquivo);
@@ -192,7 +193,8 @@ HRESULT CXVDiario::IniciaCopia(const IXVDF_Profiler* pDono, const std::string& s
     if (!m_bAberto) return S_OK;
     XV_CHECK_DONO(pDono, GarantePronto());
     XV_CHECK_DONO(pDono, ResolvePendente(resolvida));
-    CXVErroArquivo erro = SincronizaAlterados();
+    CXVErroArquivo erro = ApagaCopias();
+    if (erro.Ok()) erro = SincronizaAlterados();
     if (erro.Ok()) erro = DispensaSeguras();
     m_anel.IniciaEntrada(ETipoEntrada::eCopia);
     m_anel.IncluiParte(sNomeCopia, SGravacao{});
@@ -206,9 +208,22 @@ HRESULT CXVDiario::IniciaCopia(const IXVDF_Profiler* pDono, const std::string& s
     return S_OK;
 }
 
-void CXVDiario::TerminaCopia(XVUInt64 uiNumero) {
+void CXVDiario::TerminaCopia(XVUInt64 uiNumero, const std::string& sNomeCopia) {
     const std::lock_guard lock(m_Mutex);
-    if (m_bAberto) m_anel.MarcaEstado(uiNumero, EEstadoEntrada::eNula).Ignora();
+    if (!m_bAberto) return;
+    m_mapCopias.emplace(uiNumero, sNomeCopia);
+    ApagaCopias().Ignora();
+}
+
+CXVErroArquivo CXVDiario::ApagaCopias() {
+    IXVSistemaArquivos& rSistema = XVPlataforma::SistemaArquivos();
+    for (auto it = m_mapCopias.begin(); it != m_mapCopias.end(); it = m_mapCopias.erase(it)) {
+        const std::string sPath = rSistema.Junta(m_sDiretorio, it->second);
+        if (rSistema.Existe(sPath) != EExistencia::eAusente)
+            if (const CXVErroArquivo erro = rSistema.Apaga(sPath); !erro.Ok()) return erro;
+        m_anel.MarcaEstado(it->first, EEstadoEntrada::eNula).Ignora();
+    }
+    return {};
 }
 
 HRESULT CXVDiario::PontoSeguro(const IXVDF_Profiler* pDono) {
@@ -232,16 +247,18 @@ void CXVDiario::LembraArquivo(CXVFileBase& rFile) {
 }
 
 // An operation whose undoing failed points to its files: when the first of them goes it is tried once more
-// and then given up. Its entry stays for the next opening; nothing more is written before that.
-void CXVDiario::EsqueceArquivo(CXVFileBase& rFile) {
+// and then given up.
+void CXVDiario::LargaPendente(const CXVFileBase& rFile) {
     CXVOperacao abandonada(nullptr);  // ends when the lock is released
     const std::lock_guard lock(m_Mutex);
-    if (m_uiPendente != 0 && Envolve(m_pendente, rFile)) {
-        if (TentaDesfazer(m_pendente, m_uiPendente).Ok()) m_uiPendente = 0;
-        for (CXVGravacaoPreparada* p : m_pendente.GetPartes())
-            p->m_pGrupo = nullptr;  // goes with its members
-        abandonada.Assume(m_pendente);
-    }
+    if (m_uiPendente == 0 || !Envolve(m_pendente, rFile)) return;
+    if (TentaDesfazer(m_pendente, m_uiPendente).Ok()) m_uiPendente = 0;
+    for (CXVGravacaoPreparada* p : m_pendente.GetPartes()) p->m_pGrupo = nullptr;  // goes with its members
+    abandonada.Assume(m_pendente);
+}
+
+void CXVDiario::EsqueceArquivo(CXVFileBase& rFile) {
+    const std::lock_guard lock(m_Mutex);
     rFile.SetMarcadoNoDiario(false);
     const auto it = m_mapAlterados.find(rFile.GetNomeArquivo());
     if (it != m_mapAlterados.end()) it->second = nullptr;

@@ -48,6 +48,11 @@ class CXVDiario {
     // opening, and the code says why.
     HRESULT Fecha(const IXVDF_Profiler* pDono);
 
+    // Takes back what is left of an operation whose undoing failed. The code of what still fails.
+    HRESULT ConcluiPendente();
+    // The same when a file is about to close; what still fails then is left to the next opening, and nothing
+    // more is written before it.
+    void LargaPendente(const CXVFileBase& rFile);
     // Carries an operation out now.
     HRESULT Executa(CXVOperacao& rOperacao);
     // The same for callers that prepare under one lock, which is released while the device works: others
@@ -63,7 +68,9 @@ class CXVDiario {
     // Around the replacement of a file by a copy that is written beside it: killed in between, the next
     // opening deletes the copy. What was written to files before reaches the device first.
     HRESULT IniciaCopia(const IXVDF_Profiler* pDono, const std::string& sNomeCopia, XVUInt64* puiNumero);
-    void TerminaCopia(XVUInt64 uiNumero);
+    // The copy has taken the file's place, or is gone. One that could not be deleted is tried again later, at
+    // last by the next opening.
+    void TerminaCopia(XVUInt64 uiNumero, const std::string& sNomeCopia);
     // Everything written so far reaches the device, and the journal forgets it: before a file is deleted.
     HRESULT PontoSeguro(const IXVDF_Profiler* pDono);
 
@@ -96,6 +103,7 @@ class CXVDiario {
     HRESULT ResolvePendente(CXVOperacao& rResolvida);
     void AnulaFila();
     void DevolveAnuladas();
+    CXVErroArquivo ApagaCopias();
     CXVErroArquivo SincronizaAlterados();
     CXVErroArquivo DispensaSeguras();
     XVUInt64 GetUltimaAplicada() const;
@@ -122,6 +130,9 @@ class CXVDiario {
     // Written to since the last flush of all: by name; null when no object has the file open.
     std::map<std::string, CXVFileBase*> m_mapAlterados;
 
+    // Copies that are still there though nobody wants them, by the number of their entry.
+    std::map<XVUInt64, std::string> m_mapCopias;
+
     // An operation whose undoing failed; the next one tries again first.
     CXVOperacao m_pendente{nullptr};
     XVUInt64 m_uiPendente = 0;
@@ -132,15 +143,17 @@ class CXVCopiaProtegida {
   public:
     explicit CXVCopiaProtegida(CXVDiario* pDiario) : m_pDiario(pDiario) {}
     ~CXVCopiaProtegida() {
-        if (m_uiNumero != 0) m_pDiario->TerminaCopia(m_uiNumero);
+        if (m_uiNumero != 0) m_pDiario->TerminaCopia(m_uiNumero, m_sNomeCopia);
     }
     CXVCopiaProtegida(const CXVCopiaProtegida&) = delete;
     CXVCopiaProtegida& operator=(const CXVCopiaProtegida&) = delete;
     HRESULT Inicia(const IXVDF_Profiler* pDono, const std::string& sNomeCopia) {
+        m_sNomeCopia = sNomeCopia;
         return m_pDiario == nullptr ? S_OK : m_pDiario->IniciaCopia(pDono, sNomeCopia, &m_uiNumero);
     }
 
   private:
     CXVDiario* m_pDiario;
+    std::string m_sNomeCopia;
     XVUInt64 m_uiNumero = 0;
 };

@@ -49,7 +49,8 @@ CXVErroArquivo CXVDiario::SincronizaAlterados() {
 // Written, and on the device before the place of an entry that it gives up is used: an opening must never
 // look for an entry that is not there any more.
 CXVErroArquivo CXVDiario::DispensaSeguras() {
-    const CXVErroArquivo erro = m_anel.Dispensa(m_uiSegura);
+    const XVUInt64 uiAteCopia = m_mapCopias.empty() ? m_uiSegura : m_mapCopias.begin()->first - 1;
+    const CXVErroArquivo erro = m_anel.Dispensa(std::min(m_uiSegura, uiAteCopia));
     return erro.Ok() && m_bDuravel ? m_pArquivo->Sincroniza() : erro;
 }
 
@@ -62,7 +63,8 @@ HRESULT CXVDiario::RegistraEntrada(CXVOperacao& rOperacao, XVUInt64* puiNumero) 
         MarcaAlterado(p->GetArquivo());
         m_anel.IncluiParte(p->GetArquivo().GetNomeArquivo(), p->m_gravacao);
     }
-    CXVErroArquivo erro;
+    CXVErroArquivo erro = ApagaCopias();
+    if (!erro.Ok()) return Codigo(erro, "ApagaCopias()");
     const XVUInt64 uiSubstituida = m_anel.GetSubstituida();
     if (uiSubstituida > GetUltimaAplicada()) return S_FALSE;
     if (m_bDuravel && uiSubstituida > m_uiSegura) {
@@ -132,6 +134,12 @@ CXVErroArquivo CXVDiario::TentaDesfazer(CXVOperacao& rOperacao, XVUInt64 uiNumer
     if (erro.Ok()) erro = m_anel.MarcaEstado(uiNumero, EEstadoEntrada::eNula);
     if (erro.Ok()) m_anel.MarcaConcluida(uiNumero).Ignora();
     return erro;
+}
+
+HRESULT CXVDiario::ConcluiPendente() {
+    CXVOperacao resolvida(nullptr);
+    const std::lock_guard lock(m_Mutex);
+    return ResolvePendente(resolvida);
 }
 
 // rResolvida takes the operation that is over; it ends when the lock is released.

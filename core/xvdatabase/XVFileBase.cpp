@@ -62,9 +62,11 @@ HRESULT CXVFileBase::OnInicializa() {
 
 HRESULT CXVFileBase::OnFinaliza() {
     XV_ESCOPO({"m_sNomeArquivo", m_sNomeArquivo});
+    CXVDiario* pDiario = m_pDataBase->GetDiario();
+    if (pDiario != nullptr) pDiario->LargaPendente(*this);
     // A file that was not changed, or was refused, stays byte for byte as found.
     const HRESULT hrAtualiza = EstaInicializado() && m_bAlterado ? AtualizaArquivo() : S_OK;
-    if (CXVDiario* pDiario = m_pDataBase->GetDiario()) pDiario->EsqueceArquivo(*this);
+    if (pDiario != nullptr) pDiario->EsqueceArquivo(*this);
     FechaArquivo();
     const HRESULT hrControle = m_ControleCriacaoArquivos.Finaliza();
     XV_CHECK_TEXTO(hrAtualiza, "AtualizaArquivo()");

@@ -93,7 +93,13 @@ HRESULT CXVFileBase::GerenciaCabecalho() {
     }
     XV_CHECK(ValidaAusenciaCabecalho());
     XV_CHECK(ValidaConteudoSemCabecalho());
-    XV_CHECK(CriaCabecalho());
+    const HRESULT hr = CriaCabecalho();
+    // A full disk can be read all the same: the file stays without header until the next opening.
+    if (hr == eDiskFull && ExisteArquivo() && m_eModoAbertura == eModoLeituraGravacao) {
+        XV_REGISTRA(hr, "CriaCabecalho()");
+        return S_OK;
+    }
+    XV_CHECK_TEXTO(hr, "CriaCabecalho()");
     return S_OK;
 }
 

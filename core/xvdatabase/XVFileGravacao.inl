@@ -46,7 +46,8 @@ HRESULT CXVFile<T>::GravaColecao(XVUInt& uiPosicao, std::span<const T> aRegistro
     const std::lock_guard gravacao(GetMutexGravacao());
     CXVOperacao operacao(GetDataBase());
     XVUInt uiPosicaoNova = uiPosicao;
-    HRESULT hr = PreparaColecao(operacao, uiPosicaoNova, aRegistros);
+    HRESULT hr = operacao.Inicia();
+    if (SUCCEEDED(hr)) hr = PreparaColecao(operacao, uiPosicaoNova, aRegistros);
     if (SUCCEEDED(hr)) hr = operacao.Executa();
     if (SUCCEEDED(hr)) uiPosicao = uiPosicaoNova;
     return hr;

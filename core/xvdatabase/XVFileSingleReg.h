@@ -36,7 +36,8 @@ class CXVFileSingleReg : public CXVFileBase {
         XV_ESCOPO({"m_sNomeArquivo", GetNomeArquivo()});
         const std::lock_guard gravacao(GetMutexGravacao());
         CXVOperacao operacao(GetDataBase());
-        const HRESULT hr = Prepara(operacao, reg);
+        HRESULT hr = operacao.Inicia();
+        if (SUCCEEDED(hr)) hr = Prepara(operacao, reg);
         return FAILED(hr) ? hr : operacao.Executa();
     }
 

@@ -127,7 +127,8 @@ class TXVGroupDinamico : public CXVGroupFileBase {
         const std::lock_guard gravacao(m_mutexGravacao);
         CXVOperacao operacao(GetDataBase());
         XVUInt uiPosicaoNova = uiPosicao;
-        HRESULT hr = PreparaNoMembro(operacao, uiChaveNomeArquivo, uiPosicaoNova, aRegistros);
+        HRESULT hr = operacao.Inicia();
+        if (SUCCEEDED(hr)) hr = PreparaNoMembro(operacao, uiChaveNomeArquivo, uiPosicaoNova, aRegistros);
         if (SUCCEEDED(hr)) hr = operacao.Executa();
         if (SUCCEEDED(hr)) uiPosicao = uiPosicaoNova;
         return hr;

@@ -24,6 +24,11 @@ void CXVOperacao::Anota(std::size_t uiPrimeira, const SPontoFalha& rPonto) {
     }
 }
 
+HRESULT CXVOperacao::Inicia() {
+    CXVDiario* pDiario = m_pDataBase->GetDiario();
+    return pDiario == nullptr ? S_OK : pDiario->ConcluiPendente();
+}
+
 HRESULT CXVOperacao::Executa() {
     if (EhVazia()) return S_OK;
     if (CXVDiario* pDiario = m_pDataBase->GetDiario()) return pDiario->Executa(*this);

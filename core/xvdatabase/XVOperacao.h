@@ -87,6 +87,9 @@ class CXVOperacao {
     CXVOperacao(const CXVOperacao&) = delete;
     CXVOperacao& operator=(const CXVOperacao&) = delete;
 
+    // Before the first write is prepared: what an earlier operation left to be undone is undone, or nothing
+    // can be prepared and its code is returned. No lock of a file or group is held.
+    HRESULT Inicia();
     // Adds a prepared write; not more than k_uiPartes.
     void Inclui(CXVGravacaoPreparada& rGravacao) { m_aPartes[m_uiPartes++] = &rGravacao; }
     bool EstaCheia() const { return m_uiPartes == k_uiPartes; }

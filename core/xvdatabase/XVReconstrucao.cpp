@@ -164,11 +164,15 @@ CXVErroArquivo CXVReconstrucao::ConfereCabecalho(IXVArquivo& rFile, XVUInt64 uiT
     const CXVErroArquivo erro =
         rFile.Le(0, &reg, static_cast<std::size_t>(std::min<XVUInt64>(uiTamanho, sizeof(reg))));
     if (!erro.Ok()) return erro;
-    // The first header of a file that an operation made may not have come, or in part.
+    // One of them, or two of them in part: the next one that was being written, or the last one by a conclusion that
+    // was interrupted in its turn. Before the first header of a file that an operation made there are zeros.
     const REG_XVCABECALHO_B regVazio{};
-    *pbOk = !rArquivo.bExistia && EhMistura(reg.regB, &regVazio, rLista.front());
+    const REG_XVCABECALHO_B* pFinal = rArquivo.pCabecalhoFinal;
+    *pbOk = false;
     for (std::size_t i = 0; i < rLista.size() && !*pbOk; ++i)
-        *pbOk = EhMistura(reg.regB, rLista[i], rLista[std::min(i + 1, rLista.size() - 1)]);
+        *pbOk = EhMistura(reg.regB, rLista[i], rLista[std::min(i + 1, rLista.size() - 1)]) ||
+                EhMistura(reg.regB, rLista[i], pFinal) ||
+                (!rArquivo.bExistia && EhMistura(reg.regB, &regVazio, rLista[i]));
     return {};
 }
 

@@ -144,7 +144,8 @@ HRESULT CXVTextFile::GravaColecao(XVUInt& uiPosicao, std::span<const std::string
     const std::lock_guard gravacao(GetMutexGravacao());
     CXVOperacao operacao(GetDataBase());
     XVUInt uiPosicaoNova = uiPosicao;
-    HRESULT hr = PreparaColecao(operacao, uiPosicaoNova, aRegistros);
+    HRESULT hr = operacao.Inicia();
+    if (SUCCEEDED(hr)) hr = PreparaColecao(operacao, uiPosicaoNova, aRegistros);
     if (SUCCEEDED(hr)) hr = operacao.Executa();
     if (SUCCEEDED(hr)) uiPosicao = uiPosicaoNova;
     return hr;
