@@ -52,6 +52,49 @@ bool ConfereUma(CBaseMiddleware& rLoja, REG_XVDMC regDmc, unsigned uiQual) {
 
 }  // namespace
 
+namespace {
+
+// The disk before and after a status, seen while the store is open.
+struct SMorte {
+    CXVSistemaArquivosMemoria::TRetrato antes, depois;
+};
+
+SMorte FazMorte() {
+    CXVBancadaFuzz bancada;
+    CXVLojaSa::Poe(bancada);
+    const auto pLoja = CXVLojaSa::Abre(bancada);
+    // Opens the day's files, so that the two pictures differ by the operation alone.
+    XV_EXIGE(CXVLojaSa::Confere(*pLoja));
+    SMorte morte;
+    std::string sMensagem = "aceito";
+    tagREG_CR_STATUS_INTEGRACAO_MIDDLEWAREPS reg{};
+    reg.uiChaveIntegracaoSistemaTerceiro = 100;
+    reg.eSistemaIntegracao = Mercos;
+    for (const XVUInt eStatus : {eXVSMiddleware_Enviado, eXVSMiddleware_Sucesso}) {
+        sMensagem += '!';
+        reg.eStatusIntegracao = eStatus;
+        reg.regMensagemIntegracao.ulQtdBytes = static_cast<XVUInt>(sMensagem.size());
+        reg.regMensagemIntegracao.pTexto = reinterpret_cast<XVByte*>(sMensagem.data());
+        morte.antes = bancada.GetDisco().Retrata();
+        XV_EXIGE(SUCCEEDED(pLoja->GravaStatusIntegracao(reg)));
+    }
+    morte.depois = bancada.GetDisco().Retrata();
+    return morte;
+}
+
+}  // namespace
+
+void CXVLojaSa::PoeMorta(CXVBancadaFuzz& rBancada, unsigned uiJaGravados) {
+    static const SMorte s_morte = FazMorte();
+    auto retrato = s_morte.depois;
+    for (auto& [sNome, arquivo] : retrato) {
+        if (!sNome.ends_with(".dat")) continue;
+        if ((uiJaGravados & 1) == 0) arquivo = s_morte.antes.at(sNome);
+        uiJaGravados >>= 1;
+    }
+    rBancada.GetDisco().Restaura(retrato);
+}
+
 void CXVLojaSa::Poe(CXVBancadaFuzz& rBancada) {
     static const auto s_retrato = Faz();
     rBancada.GetDisco().Restaura(s_retrato);
@@ -68,6 +111,18 @@ bool CXVLojaSa::Confere(CBaseMiddleware& rLoja) {
     for (unsigned i = 0; bIgual && i < k_uiIntegracoes; ++i) bIgual = ConfereUma(rLoja, lista.pLista[i], i);
     XVLiberaBuffers(&lista);
     return bIgual;
+}
+
+bool CXVLojaSa::ConfereConcluida(CBaseMiddleware& rLoja) {
+    _REG_DF_LISTA_XVDMCPS lista{};
+    tagREG_CR_INTEGRACAO_MIDDLEWAREPS reg{};
+    const bool bConcluida = rLoja.BuscaPonteiros({}, &lista) == S_OK && lista.ulQuantidade > 0 &&
+                            rLoja.LeIntegracao(lista.pLista[0], &reg, k_ullLeMensagem) == S_OK &&
+                            reg.eStatusIntegracao == eXVSMiddleware_Sucesso &&
+                            CXVStringPS::RegToString(reg.regMensagemIntegracao) == "aceito!!";
+    XVLiberaBuffers(&lista);
+    XVLiberaBuffers(&reg);
+    return bConcluida;
 }
 
 bool CXVLojaSa::Grava(CBaseMiddleware& rLoja) {

@@ -16,8 +16,13 @@ class CXVLojaSa {
     static std::unique_ptr<CBaseMiddleware> Abre(CXVBancadaFuzz& rBancada);
     // Its integrations are there, whole and in order; nothing else is.
     static bool Confere(CBaseMiddleware& rLoja);
+    // The operation of PoeMorta took place in every file.
+    static bool ConfereConcluida(CBaseMiddleware& rLoja);
     // A new integration is taken and read back.
     static bool Grava(CBaseMiddleware& rLoja);
+    // Puts a store whose process died in the middle of an operation: the journal names it, and each data file
+    // has it (bit of uiJaGravados by the order of names) or does not.
+    static void PoeMorta(CXVBancadaFuzz& rBancada, unsigned uiJaGravados);
     // The data files of the bench's disk: all "dat" but the control file.
     static std::map<std::string, std::string> Dados(const CXVBancadaFuzz& rBancada);
 };

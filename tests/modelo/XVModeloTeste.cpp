@@ -61,7 +61,7 @@ TEST_F(CModelo, QuatroThreadsNumaLojaCadaUmaComOSeuModelo) {
                 const CXVCapturaTrace captura;
                 passos[i]->SetAgora(regAgora);
                 erros[i] = passos[i]->ConfereTudo(*pLoja);
-                for (XVUInt64 n = 0; n < m_uiPassos / (k_uiThreads * k_uiFases) && erros[i].empty(); ++n)
+                for (XVUInt64 n = 0; n < m_uiPassos / k_uiFases && erros[i].empty(); ++n)
                     erros[i] = passos[i]->Passo(*pLoja);
             });
         for (std::thread& rThread : threads) rThread.join();
