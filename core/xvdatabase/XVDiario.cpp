@@ -198,8 +198,11 @@ HRESULT CXVDiario::IniciaCopia(const IXVDF_Profiler* pDono, const std::string& s
     if (erro.Ok()) erro = DispensaSeguras();
     m_anel.IniciaEntrada(ETipoEntrada::eCopia);
     m_anel.IncluiParte(sNomeCopia, SGravacao{});
-    XVUInt64 uiNumero = 0;
+    XVUInt64 uiNumero = m_anel.GetUltima() + 1;
+    const SCopia copia{XVPlataforma::SistemaArquivos().Junta(m_sDiretorio, sNomeCopia)};
+    m_mapCopias.emplace(uiNumero, copia);  // memory may run out: before the entry is written
     if (erro.Ok()) erro = m_anel.GravaEntrada(uiNumero);
+    if (!erro.Ok()) m_mapCopias.erase(m_anel.GetUltima() + 1);
     if (erro.Ok() && m_bDuravel) erro = m_pArquivo->Sincroniza();
     if (!erro.Ok())
         XV_CHECK_TEXTO_DONO(pDono, XVCodigosArquivo::DeExcecao(erro.GetCausa()).hr,
@@ -208,20 +211,25 @@ HRESULT CXVDiario::IniciaCopia(const IXVDF_Profiler* pDono, const std::string& s
     return S_OK;
 }
 
-void CXVDiario::TerminaCopia(XVUInt64 uiNumero, const std::string& sNomeCopia) {
+void CXVDiario::TerminaCopia(XVUInt64 uiNumero) noexcept {
     const std::lock_guard lock(m_Mutex);
-    if (!m_bAberto) return;
-    m_mapCopias.emplace(uiNumero, sNomeCopia);
+    const auto it = m_mapCopias.find(uiNumero);
+    if (it == m_mapCopias.end()) return;
+    it->second.bEmCurso = false;
     ApagaCopias().Ignora();
 }
 
 CXVErroArquivo CXVDiario::ApagaCopias() {
     IXVSistemaArquivos& rSistema = XVPlataforma::SistemaArquivos();
-    for (auto it = m_mapCopias.begin(); it != m_mapCopias.end(); it = m_mapCopias.erase(it)) {
-        const std::string sPath = rSistema.Junta(m_sDiretorio, it->second);
-        if (rSistema.Existe(sPath) != EExistencia::eAusente)
-            if (const CXVErroArquivo erro = rSistema.Apaga(sPath); !erro.Ok()) return erro;
+    for (auto it = m_mapCopias.begin(); it != m_mapCopias.end();) {
+        if (it->second.bEmCurso) {
+            ++it;
+            continue;
+        }
+        if (rSistema.Existe(it->second.sPath) != EExistencia::eAusente)
+            if (const CXVErroArquivo erro = rSistema.Apaga(it->second.sPath); !erro.Ok()) return erro;
         m_anel.MarcaEstado(it->first, EEstadoEntrada::eNula).Ignora();
+        it = m_mapCopias.erase(it);
     }
     return {};
 }
@@ -251,14 +259,20 @@ void CXVDiario::LembraArquivo(CXVFileBase& rFile) {
 void CXVDiario::LargaPendente(const CXVFileBase& rFile) {
     CXVOperacao abandonada(nullptr);  // ends when the lock is released
     const std::lock_guard lock(m_Mutex);
+    AbandonaPendente(rFile, abandonada);
+}
+
+void CXVDiario::AbandonaPendente(const CXVFileBase& rFile, CXVOperacao& rAbandonada) {
     if (m_uiPendente == 0 || !Envolve(m_pendente, rFile)) return;
     if (TentaDesfazer(m_pendente, m_uiPendente).Ok()) m_uiPendente = 0;
     for (CXVGravacaoPreparada* p : m_pendente.GetPartes()) p->m_pGrupo = nullptr;  // goes with its members
-    abandonada.Assume(m_pendente);
+    rAbandonada.Assume(m_pendente);
 }
 
 void CXVDiario::EsqueceArquivo(CXVFileBase& rFile) {
+    CXVOperacao abandonada(nullptr);
     const std::lock_guard lock(m_Mutex);
+    AbandonaPendente(rFile, abandonada);
     rFile.SetMarcadoNoDiario(false);
     const auto it = m_mapAlterados.find(rFile.GetNomeArquivo());
     if (it != m_mapAlterados.end()) it->second = nullptr;

@@ -50,8 +50,8 @@ class CXVDiario {
 
     // Takes back what is left of an operation whose undoing failed. The code of what still fails.
     HRESULT ConcluiPendente();
-    // The same when a file is about to close; what still fails then is left to the next opening, and nothing
-    // more is written before it.
+    // The same before the last write of a file that is about to close; what still fails then is left to the next
+    // opening, and nothing more is written before it.
     void LargaPendente(const CXVFileBase& rFile);
     // Carries an operation out now.
     HRESULT Executa(CXVOperacao& rOperacao);
@@ -70,7 +70,7 @@ class CXVDiario {
     HRESULT IniciaCopia(const IXVDF_Profiler* pDono, const std::string& sNomeCopia, XVUInt64* puiNumero);
     // The copy has taken the file's place, or is gone. One that could not be deleted is tried again later, at
     // last by the next opening.
-    void TerminaCopia(XVUInt64 uiNumero, const std::string& sNomeCopia);
+    void TerminaCopia(XVUInt64 uiNumero) noexcept;
     // Everything written so far reaches the device, and the journal forgets it: before a file is deleted.
     HRESULT PontoSeguro(const IXVDF_Profiler* pDono);
 
@@ -103,6 +103,7 @@ class CXVDiario {
     HRESULT ResolvePendente(CXVOperacao& rResolvida);
     void AnulaFila();
     void DevolveAnuladas();
+    void AbandonaPendente(const CXVFileBase& rFile, CXVOperacao& rAbandonada);
     CXVErroArquivo ApagaCopias();
     CXVErroArquivo SincronizaAlterados();
     CXVErroArquivo DispensaSeguras();
@@ -130,8 +131,13 @@ class CXVDiario {
     // Written to since the last flush of all: by name; null when no object has the file open.
     std::map<std::string, CXVFileBase*> m_mapAlterados;
 
-    // Copies that are still there though nobody wants them, by the number of their entry.
-    std::map<XVUInt64, std::string> m_mapCopias;
+    // Copies that are being made, and those that are still there though nobody wants them, by the number of
+    // their entry.
+    struct SCopia {
+        std::string sPath;
+        bool bEmCurso = true;
+    };
+    std::map<XVUInt64, SCopia> m_mapCopias;
 
     // An operation whose undoing failed; the next one tries again first.
     CXVOperacao m_pendente{nullptr};
@@ -143,17 +149,15 @@ class CXVCopiaProtegida {
   public:
     explicit CXVCopiaProtegida(CXVDiario* pDiario) : m_pDiario(pDiario) {}
     ~CXVCopiaProtegida() {
-        if (m_uiNumero != 0) m_pDiario->TerminaCopia(m_uiNumero, m_sNomeCopia);
+        if (m_uiNumero != 0) m_pDiario->TerminaCopia(m_uiNumero);
     }
     CXVCopiaProtegida(const CXVCopiaProtegida&) = delete;
     CXVCopiaProtegida& operator=(const CXVCopiaProtegida&) = delete;
     HRESULT Inicia(const IXVDF_Profiler* pDono, const std::string& sNomeCopia) {
-        m_sNomeCopia = sNomeCopia;
         return m_pDiario == nullptr ? S_OK : m_pDiario->IniciaCopia(pDono, sNomeCopia, &m_uiNumero);
     }
 
   private:
     CXVDiario* m_pDiario;
-    std::string m_sNomeCopia;
     XVUInt64 m_uiNumero = 0;
 };

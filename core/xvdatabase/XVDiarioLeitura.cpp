@@ -10,8 +10,7 @@
 
 namespace {
 
-// No journal of ours comes near: the ring and one operation with its texts.
-constexpr XVUInt64 k_uiTamanhoMaximo = 64ULL << 30;
+constexpr XVUInt64 k_uiTamanhoMaximoAnel = 1U << 30;
 
 // Takes uiTamanho bytes and their filler off the front; false when they are not there.
 bool Tira(std::string_view& rsResto, XVUInt64 uiTamanho, std::string_view* psParte) {
@@ -65,11 +64,33 @@ bool InterpretaParte(std::string_view sParte, SParteLida* pParte) {
 CXVErroArquivo CXVDiarioLeitura::Le(IXVArquivo& rArquivo) {
     XVUInt64 uiTamanho = 0;
     CXVErroArquivo erro = rArquivo.GetTamanho(uiTamanho);
-    if (!erro.Ok() || uiTamanho < k_uiTamanhoPaginaDiario || uiTamanho > k_uiTamanhoMaximo) return erro;
-    m_sBytes.resize(static_cast<std::size_t>(uiTamanho));
-    erro = rArquivo.Le(0, m_sBytes.data(), m_sBytes.size());
-    if (erro.Ok()) Interpreta();
+    if (!erro.Ok() || uiTamanho < k_uiTamanhoPaginaDiario) return erro;
+    erro = LeAte(rArquivo, k_uiTamanhoPaginaDiario);
+    const auto reg = erro.Ok() ? Palavra<REG_XVDIARIO_CABECALHO>(0) : REG_XVDIARIO_CABECALHO{};
+    if (reg.uiAssinatura != k_uiAssinaturaDiario ||
+        reg.uiSoma != XVSoma64(&reg, offsetof(REG_XVDIARIO_CABECALHO, uiSoma)) ||
+        reg.uiTamanhoAnel > k_uiTamanhoMaximoAnel || reg.uiTamanhoAnel > uiTamanho - k_uiTamanhoPaginaDiario)
+        return erro;
+    m_uiSessao = reg.uiSessao;
+    const XVUInt64 uiFimAnel = k_uiTamanhoPaginaDiario + reg.uiTamanhoAnel;
+    erro = LeAte(rArquivo, uiFimAnel);
+    // Behind the ring there is one entry, or what is left of one; its length is believed as far as the file goes.
+    if (erro.Ok() && uiTamanho >= uiFimAnel + sizeof(REG_XVDIARIO_ENTRADA)) {
+        erro = LeAte(rArquivo, uiFimAnel + sizeof(REG_XVDIARIO_ENTRADA));
+        const auto regLonga = erro.Ok() ? Palavra<REG_XVDIARIO_ENTRADA>(static_cast<std::size_t>(uiFimAnel))
+                                        : REG_XVDIARIO_ENTRADA{};
+        if (regLonga.uiSessao == m_uiSessao && regLonga.uiTamanho <= uiTamanho - uiFimAnel)
+            erro = LeAte(rArquivo, std::max(uiFimAnel + regLonga.uiTamanho, XVUInt64{m_sBytes.size()}));
+    }
+    if (erro.Ok()) Interpreta(static_cast<std::size_t>(uiFimAnel));
     return erro;
+}
+
+// Reads on, up to a length of the file.
+CXVErroArquivo CXVDiarioLeitura::LeAte(IXVArquivo& rArquivo, XVUInt64 uiFim) {
+    const std::size_t uiInicio = m_sBytes.size();
+    m_sBytes.resize(static_cast<std::size_t>(uiFim));
+    return rArquivo.Le(uiInicio, m_sBytes.data() + uiInicio, m_sBytes.size() - uiInicio);
 }
 
 template <class T>
@@ -79,14 +100,7 @@ T CXVDiarioLeitura::Palavra(std::size_t uiOffset) const {
     return valor;
 }
 
-void CXVDiarioLeitura::Interpreta() {
-    const auto reg = Palavra<REG_XVDIARIO_CABECALHO>(0);
-    if (reg.uiAssinatura != k_uiAssinaturaDiario ||
-        reg.uiSoma != XVSoma64(&reg, offsetof(REG_XVDIARIO_CABECALHO, uiSoma)) ||
-        reg.uiTamanhoAnel > m_sBytes.size() - k_uiTamanhoPaginaDiario)
-        return;
-    m_uiSessao = reg.uiSessao;
-    const auto uiFimAnel = static_cast<std::size_t>(k_uiTamanhoPaginaDiario + reg.uiTamanhoAnel);
+void CXVDiarioLeitura::Interpreta(std::size_t uiFimAnel) {
     for (std::size_t i = k_uiTamanhoPaginaDiario; i < uiFimAnel; i += k_uiAlinhamentoEntrada)
         Examina(i, uiFimAnel);
     Examina(uiFimAnel, m_sBytes.size());

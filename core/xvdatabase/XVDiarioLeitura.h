@@ -43,7 +43,8 @@ class CXVDiarioLeitura {
     XVUInt64 GetSessao() const { return m_uiSessao; }
 
   private:
-    void Interpreta();
+    CXVErroArquivo LeAte(IXVArquivo& rArquivo, XVUInt64 uiFim);
+    void Interpreta(std::size_t uiFimAnel);
     void Examina(std::size_t uiOffset, std::size_t uiFim);
     void Encadeia(XVUInt64 uiPrimeira);
     static bool InterpretaPartes(std::string_view sPartes, XVUInt ulPartes, SEntradaLida* pEntrada);

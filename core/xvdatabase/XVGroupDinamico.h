@@ -47,12 +47,14 @@ class TXVGroupDinamico : public CXVGroupFileBase {
         return pMembro != nullptr && pMembro->ExisteArquivo();
     }
 
-    void EsqueceMembroSemArquivo(XVUInt64 uiChaveNomeArquivo) noexcept override {
+    // Under the lock of the group: given back, an open member may be closed, and has no file then either.
+    void DevolveNoMembroNovo(CXVGravacaoPreparada& rGravacao) noexcept override {
         const std::unique_lock lock(GetLock());
-        const auto it = GetMapa().find(uiChaveNomeArquivo);
-        if (it == GetMapa().end()) return;
-        const auto* pMembro = static_cast<TMembro*>(it->second.get());
-        if (!pMembro->ExisteArquivo() && !pMembro->TemPreparadas()) EsqueceMembro(uiChaveNomeArquivo);
+        const XVUInt64 uiChaveNomeArquivo = rGravacao.m_uiChaveGrupo;
+        const CXVFileBase& rFile = rGravacao.GetArquivo();
+        const bool bEsquece = !rFile.ExisteArquivo() && rFile.GetPreparadas() == 1;
+        rGravacao.Devolve();
+        if (bEsquece) EsqueceMembro(uiChaveNomeArquivo);
     }
 
   protected:

@@ -13,6 +13,7 @@
 #include "support/XVTravaLeitores.h"
 
 class CXVDataBase;
+class CXVGravacaoPreparada;
 
 class CXVGroupFileBase : public IXVFileBase {
   public:
@@ -35,8 +36,8 @@ class CXVGroupFileBase : public IXVFileBase {
         const std::shared_lock lock(m_Lock);
         return m_mapFiles.contains(uiChaveNomeArquivo);
     }
-    // Forgets a member that was made for a write which did not take place.
-    virtual void EsqueceMembroSemArquivo(XVUInt64 uiChaveNomeArquivo) noexcept = 0;
+    // The end of the write that a member was made for. Did it not take place, the member is forgotten.
+    virtual void DevolveNoMembroNovo(CXVGravacaoPreparada& rGravacao) noexcept = 0;
 
     // A new member object for a file name; the caller owns it.
     virtual std::unique_ptr<IXVFileBase> NewFile(const std::string& sNomeArquivo, CXVDataBase* pDataBase) = 0;

@@ -79,11 +79,12 @@ void CXVOperacao::Publica() noexcept {
 void CXVOperacao::Termina() noexcept {
     for (CXVGravacaoPreparada* p : GetPartes()) {
         CXVGroupFileBase* pGrupo = p->m_pGrupo;
-        const XVUInt64 uiChave = p->m_uiChaveGrupo;
         p->m_uiPontos = 0;
         p->m_pGrupo = nullptr;
-        p->Devolve();
-        if (pGrupo != nullptr) pGrupo->EsqueceMembroSemArquivo(uiChave);
+        if (pGrupo != nullptr)
+            pGrupo->DevolveNoMembroNovo(*p);
+        else
+            p->Devolve();
     }
     m_uiPartes = 0;
     m_uiEscritas = 0;
