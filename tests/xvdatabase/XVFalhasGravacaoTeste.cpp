@@ -119,7 +119,11 @@ TEST_F(FalhasGravacao, MembroNovoDeGrupo) {
 TEST_F(FalhasGravacao, ListagemNoControle) {
     Cria(k_pszControle, Prefixado("outro.dat"));
     Cria("A.dat", ArquivoComCabecalho("A.dat", ""));
-    Varre({[&] { return UsaRegistros([](CXVFileTeste&) { return S_OK; }); },
+    // A full disk postpones the listing to the next opening and nothing else.
+    Varre({[&] {
+               const HRESULT hr = UsaRegistros([](CXVFileTeste&) { return S_OK; });
+               return SUCCEEDED(hr) && Estado(k_pszControle) == Prefixado("outro.dat") ? eDiskFull : hr;
+           },
            [&] {
                const std::string s = Estado(k_pszControle);
                const bool bInteiro =
