@@ -1,7 +1,7 @@
 // What the operation journal costs, and what a recording that has reached the device costs beside SQLite. All
-// ways of recording take turns within one run, block by block, so that what else the machine does meets all of
-// them alike; the figures are medians and minima over the rounds.
-// Options: --rodadas=N --operacoes=N (of a block that waits for no device) --so=PART (of the name) --json=FILE
+// ways of recording take turns within one run, block by block, so that what else the machine does meets all
+// of them alike; the figures are medians and minima over the rounds. Options: --rodadas=N --operacoes=N (of a
+// block that waits for no device) --so=PART (of the name) --json=FILE
 // --pasta=DIRECTORY (of the disk to measure; the system's place for temporary files)
 #include <algorithm>
 #include <chrono>
@@ -97,8 +97,8 @@ double Quociente(double d1, double d2) {
 }
 
 constexpr SMeta k_aMetas[] = {
-    {"cost of the journal, Durabilidade 0", "operacao-com-diario", "operacao-sem-diario", Diferenca, 1.0, true,
-     "us"},
+    {"cost of the journal, Durabilidade 0", "operacao-com-diario", "operacao-sem-diario", Diferenca, 1.0,
+     true, "us"},
     {"Durabilidade 1 to SQLite, time, one caller", "loja-1", "sqlite", Quociente, 0.65, true, ""},
     {"Durabilidade 1 to SQLite, rate, 8 callers", "sqlite-threads", "loja-1-threads", Quociente, 3.0, false,
      ""},
@@ -158,9 +158,10 @@ bool GravaJson(const std::string& sCaminho, const std::vector<SVarianteDiario>& 
     std::fprintf(pArquivo.get(), "\n], \"goals\": [");
     pszSeparador = "\n";
     for (const SResultado& r : rResultados) {
-        std::fprintf(pArquivo.get(), "%s  {\"name\": \"%s\", \"median\": %.3f, \"minima\": %.3f, \"%s\": %.2f}",
-                     pszSeparador, r.pMeta->pszNome, r.dMediana, r.dMinimos,
-                     r.pMeta->bNoMaximo ? "at_most" : "at_least", r.pMeta->dMeta);
+        std::fprintf(pArquivo.get(),
+                     "%s  {\"name\": \"%s\", \"median\": %.3f, \"minima\": %.3f, \"%s\": %.2f}", pszSeparador,
+                     r.pMeta->pszNome, r.dMediana, r.dMinimos, r.pMeta->bNoMaximo ? "at_most" : "at_least",
+                     r.pMeta->dMeta);
         pszSeparador = ",\n";
     }
     return std::fprintf(pArquivo.get(), "\n]}\n") > 0;

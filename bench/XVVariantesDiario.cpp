@@ -151,17 +151,19 @@ auto BlocoEsquema(CXVAmbienteDiario& rAmbiente, const char* pszEmpresa, bool bDi
 }
 
 auto BlocoLoja(CXVAmbienteDiario& rAmbiente, const char* pszEmpresa, XVUInt ulDurabilidade) {
-    return [p = std::make_shared<CXVLojaDiario>(rAmbiente, pszEmpresa, ulDurabilidade)](unsigned uiOperacoes) {
-        for (unsigned i = 0; i < uiOperacoes; ++i) p->Grava(p->ProximoNumero());
-    };
+    return
+        [p = std::make_shared<CXVLojaDiario>(rAmbiente, pszEmpresa, ulDurabilidade)](unsigned uiOperacoes) {
+            for (unsigned i = 0; i < uiOperacoes; ++i) p->Grava(p->ProximoNumero());
+        };
 }
 
 auto BlocoLojaThreads(CXVAmbienteDiario& rAmbiente, const char* pszEmpresa, XVUInt ulDurabilidade) {
-    return [p = std::make_shared<CXVLojaDiario>(rAmbiente, pszEmpresa, ulDurabilidade)](unsigned uiOperacoes) {
-        EmThreads(uiOperacoes, [&p](unsigned, unsigned uiMinhas) {
-            for (unsigned i = 0; i < uiMinhas; ++i) p->Grava(p->ProximoNumero());
-        });
-    };
+    return
+        [p = std::make_shared<CXVLojaDiario>(rAmbiente, pszEmpresa, ulDurabilidade)](unsigned uiOperacoes) {
+            EmThreads(uiOperacoes, [&p](unsigned, unsigned uiMinhas) {
+                for (unsigned i = 0; i < uiMinhas; ++i) p->Grava(p->ProximoNumero());
+            });
+        };
 }
 
 auto BlocoSqlite(const CXVAmbienteDiario& rAmbiente) {

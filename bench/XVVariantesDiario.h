@@ -12,7 +12,7 @@ inline constexpr unsigned k_uiThreadsBench = 8;
 struct SVarianteDiario {
     const char* pszNome;
     const char* pszDescricao;
-    unsigned uiOperacoes;                  // in one block
+    unsigned uiOperacoes;                   // in one block
     std::function<void(unsigned)> fnBloco;  // carries out that many
     std::vector<double> listaUs{};          // microseconds an operation, one for each round
 };
