@@ -5,10 +5,15 @@
 #pragma once
 
 #include <array>
+#include <bit>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 
 namespace XVCrcInterno {
+// Eight bytes are taken in one load, the first of them lowest.
+static_assert(std::endian::native == std::endian::little);
+
 // Slicing-by-8 tables: entry [k][b] is byte b followed by k zero bytes.
 consteval std::array<std::array<std::uint64_t, 256>, 8> GeraTabelas() {
     std::array<std::array<std::uint64_t, 256>, 8> aTabelas{};
@@ -29,11 +34,14 @@ inline std::uint64_t XVCrc64(const void* pDados, std::size_t uiTamanho, std::uin
     const auto* p = static_cast<const unsigned char*>(pDados);
     const auto& t = XVCrcInterno::k_aTabelas;
     std::uint64_t uiCrc = uiInicial;
-    for (; uiTamanho >= 8; uiTamanho -= 8, p += 8) {
-        std::uint64_t uiBloco = uiCrc;
-        for (unsigned i = 0; i < 8; ++i) uiBloco ^= static_cast<std::uint64_t>(p[i]) << (8 * i);
-        uiCrc = 0;
-        for (unsigned i = 0; i < 8; ++i) uiCrc ^= t[7 - i][(uiBloco >> (8 * i)) & 0xFF];
+    for (; uiTamanho >= sizeof(std::uint64_t);
+         uiTamanho -= sizeof(std::uint64_t), p += sizeof(std::uint64_t)) {
+        std::uint64_t uiBloco = 0;
+        std::memcpy(&uiBloco, p, sizeof(uiBloco));
+        uiBloco ^= uiCrc;
+        uiCrc = t[7][uiBloco & 0xFF] ^ t[6][(uiBloco >> 8) & 0xFF] ^ t[5][(uiBloco >> 16) & 0xFF] ^
+                t[4][(uiBloco >> 24) & 0xFF] ^ t[3][(uiBloco >> 32) & 0xFF] ^ t[2][(uiBloco >> 40) & 0xFF] ^
+                t[1][(uiBloco >> 48) & 0xFF] ^ t[0][uiBloco >> 56];
     }
     for (; uiTamanho > 0; --uiTamanho, ++p) uiCrc = (uiCrc >> 8) ^ t[0][(uiCrc ^ *p) & 0xFF];
     return uiCrc;

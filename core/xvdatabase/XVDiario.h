@@ -13,6 +13,7 @@
 // The journal's own lock is taken after a group's or a file's and never the other way round.
 #pragma once
 
+#include <condition_variable>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -50,8 +51,8 @@ class CXVDiario {
 
     // Takes back what is left of an operation whose undoing failed. The code of what still fails.
     HRESULT ConcluiPendente();
-    // The same before the last write of a file that is about to close; what still fails then is left to the next
-    // opening, and nothing more is written before it.
+    // The same before the last write of a file that is about to close; what still fails then is left to the
+    // next opening, and nothing more is written before it.
     void LargaPendente(const CXVFileBase& rFile);
     // Carries an operation out now.
     HRESULT Executa(CXVOperacao& rOperacao);
@@ -83,9 +84,9 @@ class CXVDiario {
         CXVOperacao* pOperacao;
         XVUInt64 uiNumero = 0;
         HRESULT hr = S_OK;
-        bool bTerminada = false;
         bool bRefaz = false;
-        SNaFila* pProximaAnulada = nullptr;
+        bool bTerminada = false;  // its caller may go on
+        SNaFila* pProxima = nullptr;
     };
 
     HRESULT AbreArquivo(const IXVDF_Profiler* pDono);
@@ -103,6 +104,7 @@ class CXVDiario {
     HRESULT ResolvePendente(CXVOperacao& rResolvida);
     void AnulaFila();
     void DevolveAnuladas();
+    void Devolve(SNaFila& rNaFila);
     void AbandonaPendente(const CXVFileBase& rFile, CXVOperacao& rAbandonada);
     CXVErroArquivo ApagaCopias();
     CXVErroArquivo SincronizaAlterados();
@@ -111,13 +113,23 @@ class CXVDiario {
     void MarcaAlterado(CXVFileBase& rFile);
     void Desregistra();
 
+    // The turn to flush; false: pNaFila (or null) was over before it came. Whoever has it passes it on.
+    bool EsperaVez(const SNaFila* pNaFila);
+    void PassaVez() noexcept;
+    struct SPassaVez {
+        void operator()(CXVDiario* pDiario) const noexcept { pDiario->PassaVez(); }
+    };
+    using CVez = std::unique_ptr<CXVDiario, SPassaVez>;
     void DescarregaFila(std::unique_lock<std::mutex>& bloqueio);
     void ConcluiFila(std::size_t uiQuantidade, const CXVErroArquivo& rErroDescarga);
 
-    mutable std::mutex m_Mutex;      // the ring, the files of an operation while they are written, the queue
-    std::mutex m_mutexDescarga;      // one flush at a time; taken before the callers' lock and m_Mutex
-    std::vector<SNaFila*> m_fila;    // oldest first
-    SNaFila* m_pAnuladas = nullptr;  // given up, not yet given back to their files
+    mutable std::mutex m_Mutex;  // the ring, the files of an operation while they are written, the queue
+    std::mutex m_mutexVez;       // of the turn and of what is over; no other lock is taken under it
+    std::condition_variable m_avisaVez;
+    bool m_bDescarregando = false;
+    std::vector<SNaFila*> m_fila;      // oldest first
+    SNaFila* m_pAnuladas = nullptr;    // given up, not yet given back to their files
+    SNaFila* m_pTerminadas = nullptr;  // by whoever has the turn; their callers go on when it is passed on
 
     std::string m_sDiretorio;
     std::string m_sChave;

@@ -1,5 +1,6 @@
 // CXVDiario: operations carried out, one by one or together.
 #include <algorithm>
+#include <utility>
 
 #include "core/xvdatabase/XVCodigosArquivo.h"
 #include "core/xvdatabase/XVDiario.h"
@@ -188,8 +189,8 @@ HRESULT CXVDiario::Executa(CXVOperacao& rOperacao, std::unique_lock<std::mutex>&
         m_fila.push_back(&naFila);
     }
     bloqueio.unlock();
-    const std::lock_guard lockDescarga(m_mutexDescarga);
-    if (!naFila.bTerminada) {
+    if (EsperaVez(&naFila)) {
+        const CVez vez(this);
         DescarregaFila(bloqueio);
         bloqueio.unlock();
     }
@@ -199,9 +200,32 @@ HRESULT CXVDiario::Executa(CXVOperacao& rOperacao, std::unique_lock<std::mutex>&
 
 void CXVDiario::EsvaziaFila(std::unique_lock<std::mutex>& bloqueio) {
     bloqueio.unlock();
-    const std::lock_guard lockDescarga(m_mutexDescarga);
+    EsperaVez(nullptr);
+    const CVez vez(this);
     DescarregaFila(bloqueio);
     while (TemFila()) DescarregaFila(bloqueio);  // nobody adds to it: the callers' lock is held
+}
+
+// Those whose operations are over must not wait for the flush of the next ones: they are the ones who come to
+// share the one after it.
+bool CXVDiario::EsperaVez(const SNaFila* pNaFila) {
+    std::unique_lock lock(m_mutexVez);
+    const auto terminou = [pNaFila] { return pNaFila != nullptr && pNaFila->bTerminada; };
+    m_avisaVez.wait(lock, [&] { return !m_bDescarregando || terminou(); });
+    if (terminou()) return false;
+    m_bDescarregando = true;
+    return true;
+}
+
+// Every access to what is over is before this: it lies on the stacks of the callers.
+void CXVDiario::PassaVez() noexcept {
+    {
+        const std::lock_guard lock(m_mutexVez);
+        for (; m_pTerminadas != nullptr; m_pTerminadas = m_pTerminadas->pProxima)
+            m_pTerminadas->bTerminada = true;
+        m_bDescarregando = false;
+    }
+    m_avisaVez.notify_all();
 }
 
 // One flush for all that are waiting; those that come while the device works wait for the next. bloqueio,
@@ -220,7 +244,7 @@ void CXVDiario::DescarregaFila(std::unique_lock<std::mutex>& bloqueio) {
 
 void CXVDiario::ConcluiFila(std::size_t uiQuantidade, const CXVErroArquivo& rErroDescarga) {
     for (; uiQuantidade > 0; --uiQuantidade) {
-        CXVOperacao* pTerminada = nullptr;
+        SNaFila* pTerminada = nullptr;
         {
             const std::lock_guard lock(m_Mutex);
             if (m_fila.empty()) break;  // given up behind one that failed
@@ -229,13 +253,11 @@ void CXVDiario::ConcluiFila(std::size_t uiQuantidade, const CXVErroArquivo& rErr
                 AnulaFila();
                 break;
             }
-            SNaFila* p = m_fila.front();
+            pTerminada = m_fila.front();
             m_fila.erase(m_fila.begin());
-            p->hr = Conclui(*p->pOperacao, p->uiNumero, true);
-            p->bTerminada = true;
-            pTerminada = p->pOperacao;
+            pTerminada->hr = Conclui(*pTerminada->pOperacao, pTerminada->uiNumero, true);
         }
-        pTerminada->Termina();  // outside of the lock: a group may have to forget a member
+        Devolve(*pTerminada);  // outside of the lock: a group may have to forget a member
     }
     DevolveAnuladas();
 }
@@ -247,14 +269,17 @@ void CXVDiario::AnulaFila() {
         m_fila.pop_back();
         m_anel.MarcaEstado(p->uiNumero, EEstadoEntrada::eNula).Ignora();
         p->bRefaz = SUCCEEDED(p->hr);
-        p->bTerminada = true;
-        p->pProximaAnulada = m_pAnuladas;
+        p->pProxima = m_pAnuladas;
         m_pAnuladas = p;
     }
 }
 
 // Before anybody prepares again: their files must not count with them any more.
 void CXVDiario::DevolveAnuladas() {
-    for (; m_pAnuladas != nullptr; m_pAnuladas = m_pAnuladas->pProximaAnulada)
-        m_pAnuladas->pOperacao->Termina();
+    while (m_pAnuladas != nullptr) Devolve(*std::exchange(m_pAnuladas, m_pAnuladas->pProxima));
+}
+
+void CXVDiario::Devolve(SNaFila& rNaFila) {
+    rNaFila.pOperacao->Termina();
+    rNaFila.pProxima = std::exchange(m_pTerminadas, &rNaFila);
 }
