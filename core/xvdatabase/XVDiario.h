@@ -50,8 +50,8 @@ class CXVDiario {
 
     // Takes back what is left of an operation whose undoing failed. The code of what still fails.
     HRESULT ConcluiPendente();
-    // The same before the last write of a file that is about to close; what still fails then is left to the next
-    // opening, and nothing more is written before it.
+    // The same before the last write of a file that is about to close; what still fails then is left to the
+    // next opening, and nothing more is written before it.
     void LargaPendente(const CXVFileBase& rFile);
     // Carries an operation out now.
     HRESULT Executa(CXVOperacao& rOperacao);
