@@ -83,7 +83,8 @@ HRESULT CXVDataBaseControleCriacaoArquivos::GerenciaControleCriacaoArquivos(XVUI
         return XVArquivoRecusado::Anota(E_XVCR_INCONSISTENCIA_CONTROLE_CRIACAO_ARQUIVOS, sPathArquivo, this);
     }
     // A directory of this name is refused by the opening; listed, it would be missed once it is removed.
-    if (!bPossui && bExiste && XVPlataforma::SistemaArquivos().Existe(sPathArquivo) == EExistencia::eArquivo) {
+    if (!bPossui && bExiste &&
+        XVPlataforma::SistemaArquivos().Existe(sPathArquivo) == EExistencia::eArquivo) {
         const HRESULT hr = CriaControleCriacaoArquivos();
         // A full disk can be read all the same; the next opening lists the file.
         if (hr == eDiskFull) {

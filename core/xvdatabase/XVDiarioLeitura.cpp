@@ -74,7 +74,8 @@ CXVErroArquivo CXVDiarioLeitura::Le(IXVArquivo& rArquivo) {
     m_uiSessao = reg.uiSessao;
     const XVUInt64 uiFimAnel = k_uiTamanhoPaginaDiario + reg.uiTamanhoAnel;
     erro = LeAte(rArquivo, uiFimAnel);
-    // Behind the ring there is one entry, or what is left of one; its length is believed as far as the file goes.
+    // Behind the ring there is one entry, or what is left of one; its length is believed as far as the file
+    // goes.
     if (erro.Ok() && uiTamanho >= uiFimAnel + sizeof(REG_XVDIARIO_ENTRADA)) {
         erro = LeAte(rArquivo, uiFimAnel + sizeof(REG_XVDIARIO_ENTRADA));
         const auto regLonga = erro.Ok() ? Palavra<REG_XVDIARIO_ENTRADA>(static_cast<std::size_t>(uiFimAnel))

@@ -164,8 +164,9 @@ CXVErroArquivo CXVReconstrucao::ConfereCabecalho(IXVArquivo& rFile, XVUInt64 uiT
     const CXVErroArquivo erro =
         rFile.Le(0, &reg, static_cast<std::size_t>(std::min<XVUInt64>(uiTamanho, sizeof(reg))));
     if (!erro.Ok()) return erro;
-    // One of them, or two of them in part: the next one that was being written, or the last one by a conclusion that
-    // was interrupted in its turn. Before the first header of a file that an operation made there are zeros.
+    // One of them, or two of them in part: the next one that was being written, or the last one by a
+    // conclusion that was interrupted in its turn. Before the first header of a file that an operation made
+    // there are zeros.
     const REG_XVCABECALHO_B regVazio{};
     const REG_XVCABECALHO_B* pFinal = rArquivo.pCabecalhoFinal;
     *pbOk = false;

@@ -18,10 +18,10 @@ HRESULT XVListaDeBytes(const _REG_CR_LISTA_BYTESPS* pReg, std::span<const XVByte
 HRESULT XVListaDeDmc(const _REG_DF_LISTA_XVDMCPS* pReg) {
     if (pReg == nullptr) return E_POINTER;
     if (pReg->ulQuantidade == 0) return S_OK;
-    // The answer has one record for every key: its size is the one that must not overflow.
-    constexpr std::size_t k_uiMaximo =
-        std::numeric_limits<std::ptrdiff_t>::max() / sizeof(tagREG_CR_INTEGRACAO_MIDDLEWAREPS);
-    return pReg->pLista == nullptr || pReg->ulQuantidade > k_uiMaximo ? E_INVALIDARG : S_OK;
+    // The answer has one record for every key: the size of no answer overflows.
+    static_assert(std::numeric_limits<XVUInt>::max() <=
+                  std::numeric_limits<std::ptrdiff_t>::max() / sizeof(tagREG_CR_INTEGRACAO_MIDDLEWAREPS));
+    return pReg->pLista == nullptr ? E_INVALIDARG : S_OK;
 }
 
 HRESULT XVListaDeBytesToReg(std::span<const XVByte> lista, _REG_CR_LISTA_BYTESPS* pReg) {
