@@ -95,6 +95,8 @@ class CXVDiario {
     void LeDurabilidade(const IXVDF_Profiler* pDono, EModulo eModulo);
     HRESULT Codigo(const CXVErroArquivo& rErro, const char* pszExpressao) const;
 
+    HRESULT Enfileira(SNaFila& rNaFila);
+
     // The lock is held.
     HRESULT RegistraEntrada(CXVOperacao& rOperacao, XVUInt64* puiNumero);
     // bDaFila: what waits was prepared on top of it.

@@ -8,6 +8,11 @@
 #include "platform/XVPlataforma.h"
 #include "support/XVCodigos.h"
 
+namespace {
+constexpr int k_iTentativas = 50;
+constexpr XVUInt k_ulEsperaTentativa = 10;  // ms
+}  // namespace
+
 XVUInt64 CXVDiario::GetUltimaAplicada() const {
     return m_fila.empty() ? m_anel.GetUltima() : m_fila.front()->uiNumero - 1;
 }
@@ -31,7 +36,13 @@ CXVErroArquivo CXVDiario::SincronizaAlterados() {
             erro = pFile->Sincroniza();
         } else {
             std::unique_ptr<IXVArquivo> pArquivo;
-            erro = rSistema.Abre(rSistema.Junta(m_sDiretorio, sNome), k_abertura, pArquivo);
+            const std::string sPath = rSistema.Junta(m_sDiretorio, sNome);
+            erro = rSistema.Abre(sPath, k_abertura, pArquivo);
+            // A backup may be reading the file.
+            for (int i = 1; i < k_iTentativas && erro.GetCausa() == ECausaArquivo::eViolacaoCompartilhamento; ++i) {
+                XVPlataforma::Relogio().Dorme(k_ulEsperaTentativa);
+                erro = rSistema.Abre(sPath, k_abertura, pArquivo);
+            }
             if (erro.Ok())
                 erro = pArquivo->Sincroniza();
             else if (erro.GetCausa() == ECausaArquivo::eArquivoNaoEncontrado)
@@ -167,6 +178,16 @@ bool CXVDiario::TemNaFila(XVUInt64 uiChave) const {
            });
 }
 
+HRESULT CXVDiario::Enfileira(SNaFila& rNaFila) {
+    CXVOperacao resolvida(nullptr);
+    const std::lock_guard lock(m_Mutex);
+    HRESULT hr = ResolvePendente(resolvida);
+    m_fila.reserve(m_fila.size() + 1);  // memory may run out: before the entry is written
+    if (SUCCEEDED(hr)) hr = RegistraEntrada(*rNaFila.pOperacao, &rNaFila.uiNumero);
+    if (hr == S_OK) m_fila.push_back(&rNaFila);
+    return hr;
+}
+
 HRESULT CXVDiario::Executa(CXVOperacao& rOperacao, std::unique_lock<std::mutex>& bloqueio, bool* pbRefaz) {
     *pbRefaz = false;
     if (!m_bDuravel || rOperacao.EhVazia()) {
@@ -175,20 +196,11 @@ HRESULT CXVDiario::Executa(CXVOperacao& rOperacao, std::unique_lock<std::mutex>&
         return hr;
     }
     SNaFila naFila{&rOperacao};
-    {
-        CXVOperacao resolvida(nullptr);
-        const std::lock_guard lock(m_Mutex);
-        HRESULT hr = ResolvePendente(resolvida);
-        m_fila.reserve(m_fila.size() + 1);  // memory may run out: before the entry is written
-        if (SUCCEEDED(hr)) hr = RegistraEntrada(rOperacao, &naFila.uiNumero);
-        *pbRefaz = hr == S_FALSE;
-        if (FAILED(hr) || *pbRefaz) {
-            bloqueio.unlock();
-            return hr;
-        }
-        m_fila.push_back(&naFila);
-    }
+    const HRESULT hr = Enfileira(naFila);
+    *pbRefaz = hr == S_FALSE;
+    if (hr != S_OK) rOperacao.Termina();  // before anybody prepares again
     bloqueio.unlock();
+    if (hr != S_OK) return hr;
     if (EsperaVez(&naFila)) {
         const CVez vez(this);
         DescarregaFila(bloqueio);

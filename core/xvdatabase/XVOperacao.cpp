@@ -1,6 +1,7 @@
 #include "core/xvdatabase/XVOperacao.h"
 
 #include <algorithm>
+#include <exception>
 #include <utility>
 
 #include "core/xvdatabase/XVDataBase.h"
@@ -12,6 +13,24 @@ namespace {
 
 bool Aumenta(const CXVGravacaoPreparada* p) {
     return p->m_gravacao.bCria || p->m_gravacao.uiTamanhoDepois > p->m_gravacao.uiTamanhoAntes;
+}
+
+// Memory may run out while a file is made: the operation is undone then like after any other failure.
+HRESULT EscreveSemExcecao(const CXVGravacaoPreparada& rParte) {
+    try {
+        return rParte.GetArquivo().EscreveGravacao(rParte);
+    } catch (const std::exception&) {
+        return E_OUTOFMEMORY;
+    }
+}
+
+// What cannot be undone for lack of memory is undone later.
+CXVErroArquivo DesfazSemExcecao(const CXVGravacaoPreparada& rParte) {
+    try {
+        return rParte.GetArquivo().DesfazGravacao(rParte.m_gravacao);
+    } catch (const std::exception&) {
+        return {ECausaArquivo::eGenerica, 0};
+    }
 }
 
 }  // namespace
@@ -52,7 +71,7 @@ HRESULT CXVOperacao::Escreve() {
                  [](const CXVGravacaoPreparada* p) { return !Aumenta(p); });
     for (m_uiEscritas = 0; m_uiEscritas < m_uiPartes;) {
         CXVGravacaoPreparada& rParte = *m_aOrdem[m_uiEscritas++];
-        const HRESULT hr = rParte.GetArquivo().EscreveGravacao(rParte);
+        const HRESULT hr = EscreveSemExcecao(rParte);
         if (SUCCEEDED(hr)) continue;
         for (std::size_t i = 0; i < rParte.m_uiPontos; ++i)
             XVIgnora(XVRegistraFalha(hr, *rParte.m_aPontos[i], &rParte.GetArquivo()));
@@ -64,7 +83,7 @@ HRESULT CXVOperacao::Escreve() {
 CXVErroArquivo CXVOperacao::Desfaz() {
     for (; m_uiEscritas > 0; --m_uiEscritas) {
         const CXVGravacaoPreparada& rParte = *m_aOrdem[m_uiEscritas - 1];
-        const CXVErroArquivo erro = rParte.GetArquivo().DesfazGravacao(rParte.m_gravacao);
+        const CXVErroArquivo erro = DesfazSemExcecao(rParte);
         if (!erro.Ok()) return erro;
     }
     return {};
