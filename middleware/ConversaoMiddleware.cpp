@@ -196,7 +196,7 @@ HRESULT CXVConversaoMiddleware::ValidaVersaoAtual() {
     std::string sPathDiario;
     XV_CHECK(MontaPath(k_pszNomeDiario, &sPathDiario));
     XV_CHECK(CXVDataBaseUtil::Existe(this, sPathDiario, &bEmCriacao));
-    if (bTemDados || bExiste || (usVersao != 0 && !bEmCriacao))
+    if (bExiste || (usVersao == 0 ? bTemDados : !bEmCriacao))
         XV_CHECK_TEXTO(Recusa(E_XVCR_VERSAO_INCOMPATIVEL, k_pszArquivoVersao), "E_XVCR_VERSAO_INCOMPATIVEL");
     return S_OK;
 }
