@@ -45,6 +45,18 @@ HRESULT CBaseMiddleware::RecusaVersaoPosterior() {
 HRESULT CBaseMiddleware::ValidaVersaoSomenteLeitura() {
     CXVConversaoMiddleware conversao(nullptr);
     XV_CHECK(conversao.Inicializa(this));
+    // A new store passes through the versions while it is made: a writer that lives is about to end that.
+    constexpr int k_iEsperas = 100;
+    constexpr XVUInt k_ulEspera = 10;  // ms
+    HRESULT hr = E_XVCR_VERSAO_INCOMPATIVEL;
+    for (int i = 0; i < k_iEsperas && hr == E_XVCR_VERSAO_INCOMPATIVEL && TemEscritor(); ++i) {
+        {
+            const CXVCapturaTrace captura;
+            hr = conversao.ValidaVersaoAtual();
+        }
+        if (hr == E_XVCR_VERSAO_INCOMPATIVEL) XVPlataforma::Relogio().Dorme(k_ulEspera);
+    }
+    if (SUCCEEDED(hr)) return S_OK;
     XV_CHECK(conversao.ValidaVersaoAtual());
     return S_OK;
 }

@@ -160,6 +160,10 @@ class CBaseMiddleware : public CXVDataBaseFacade<CXVDataBase_CR_Middleware, CXVB
                                CListaDmc& listaPonteiros);
     HRESULT BuscaRegistroIndexComChaveSistema(const CXVDadosCR_FiltroIntegracaoMiddleware& dadosFiltro,
                                               CListaDmc& listaPonteiros);
+    HRESULT ConfirmaAchadas(const CXVDadosCR_FiltroIntegracaoMiddleware& dadosFiltro,
+                            CListaDmc& listaPonteiros);
+    HRESULT PassaNaVista(const CXVDadosCR_FiltroIntegracaoMiddleware& dadosFiltro, REG_XVDMC regDmc,
+                         bool* pbPassa);
     HRESULT FiltraPorArquivo(const CXVDadosCR_FiltroIntegracaoMiddleware& dadosFiltro,
                              const CListaDmc& listaOrdenada, CListaDmc& listaPonteiros);
 

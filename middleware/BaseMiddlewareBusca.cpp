@@ -63,7 +63,9 @@ HRESULT CBaseMiddleware::BuscaPonteiros(const tagREG_CR_FILTRO_INTEGRACAO_MIDDLE
     CXVDadosCR_FiltroIntegracaoMiddleware dadosFiltro;
     XV_CHECK(dadosFiltro.CopiarDe(rFiltroPS));
     CListaDmc listaPonteiros;
-    XV_CHECK(ValidaFiltroNivel1(dadosFiltro, listaPonteiros));
+    const HRESULT hr = LeSemEscritas([&] { return ValidaFiltroNivel1(dadosFiltro, listaPonteiros); });
+    XV_CHECK_TEXTO(hr, "ValidaFiltroNivel1(dadosFiltro, listaPonteiros)");
+    if (hr == S_FALSE && TemNivel2(dadosFiltro)) XV_CHECK(ConfirmaAchadas(dadosFiltro, listaPonteiros));
     XV_CHECK(XVListaToReg(listaPonteiros, pRegListaPonteirosPS));
     return S_OK;
 }
@@ -91,6 +93,57 @@ HRESULT CBaseMiddleware::ValidaFiltroNivel1(const CXVDadosCR_FiltroIntegracaoMid
         return S_OK;
     }
     return FiltraPorArquivo(dadosFiltro, listaDmc, listaPonteiros);
+}
+
+// Of each integration found the index record and the record are read again, in one moment: a viewer may have
+// tested one from before an operation and the other from after it.
+HRESULT CBaseMiddleware::ConfirmaAchadas(const CXVDadosCR_FiltroIntegracaoMiddleware& dadosFiltro,
+                                         CListaDmc& listaPonteiros) {
+    constexpr std::size_t k_uiPorMomento = 256;
+    CListaDmc listaConfirmadas;
+    for (std::size_t idx = 0; idx < listaPonteiros.size();) {
+        CListaDmc listaParte;
+        std::size_t uiQtd = k_uiPorMomento;
+        std::size_t uiLidas = 0;
+        const HRESULT hr = LeDeUmMomento([&] {
+            listaParte.clear();
+            const std::size_t uiAte = std::min(idx + uiQtd, listaPonteiros.size());
+            uiQtd = std::max<std::size_t>(uiQtd / 2, 1);  // beside a busy writer moments are short
+            for (std::size_t k = idx; k < uiAte; ++k) {
+                bool bPassa = false;
+                XV_CHECK_EM("ConfirmaAchadas", PassaNaVista(dadosFiltro, listaPonteiros[k], &bPassa));
+                if (bPassa) listaParte.push_back(listaPonteiros[k]);
+            }
+            uiLidas = uiAte - idx;
+            return S_OK;
+        });
+        XV_CHECK_TEXTO(hr, "PassaNaVista(dadosFiltro, regDmc, &bPassa)");
+        idx += uiLidas;
+        listaConfirmadas.insert(listaConfirmadas.end(), listaParte.begin(), listaParte.end());
+    }
+    listaPonteiros = std::move(listaConfirmadas);
+    return S_OK;
+}
+
+HRESULT CBaseMiddleware::PassaNaVista(const CXVDadosCR_FiltroIntegracaoMiddleware& dadosFiltro,
+                                      REG_XVDMC regDmc, bool* pbPassa) {
+    *pbPassa = false;
+    const XVUInt64 uiChave = dadosFiltro.GetChaveIntegracaoSistemaTerceiroInicial();
+    const XVUInt64 uiChaveIndex = CXVDataBase_CR_Middleware::GetChaveIndex(regDmc);
+    XVUInt uiPosicao = 0;
+    XV_CHECK(m_pDataBase->m_IndexIntegracao.ExisteIndex(uiChaveIndex, uiPosicao, eIndexacao_DMCIntegracao));
+    if (uiPosicao == 0) return S_OK;  // its index record has passed to a newer integration
+    REG_CR_INDEX_INTEGRACAO_V1 regIndex;
+    XV_CHECK(m_pDataBase->m_IndexIntegracao.Le(uiPosicao, &regIndex));
+    const bool bDireta = uiChave != 0 && dadosFiltro.GetQuantidadeSistemaIntegracao() != 0;
+    const bool bNivel1 = bDireta ? regIndex.uiChaveIntegracaoSistemaTerceiro == uiChave &&
+                                       dadosFiltro.FindSistemaIntegracao(regIndex.eSistemaIntegracao)
+                                 : PassaNivel1(dadosFiltro, regIndex);
+    if (!bNivel1 || !(regIndex.regDmcIntegracao == regDmc)) return S_OK;
+    REG_CR_INTEGRACAO_MIDDLEWARE_V2 reg;
+    XV_CHECK(m_pDataBase->m_Integracao.Le(regDmc.GetDma().ToChave(), regDmc.GetPonteiro(), &reg));
+    *pbPassa = PassaNivel2(dadosFiltro, reg);
+    return S_OK;
 }
 
 HRESULT CBaseMiddleware::FiltraPorArquivo(const CXVDadosCR_FiltroIntegracaoMiddleware& dadosFiltro,

@@ -124,21 +124,24 @@ HRESULT CBaseMiddleware::BuscaChaveRegistroTelvoParaTerceiro(const tagREG_CR_FIL
     const XVUInt uiColunasIndex = regFiltro.uiChaveRegistroSistemaTerceiro != 0 ? eIndexacao_SistemaTipoIntegracaoIDTerceiro
                                                                                : eIndexacao_SistemaTipoIntegracaoChaveTelvo;
     const XVUInt64 uiChaveIndex = m_pDataBase->GetChaveIndex(regFiltro, uiColunasIndex);
-    std::vector<XVUInt> listaPonteiros;
-    XV_CHECK(m_pDataBase->m_ChaveRegistroParaTerceiro.ExisteIndex(uiChaveIndex, listaPonteiros, uiColunasIndex));
-    for (const XVUInt uiPonteiro : listaPonteiros) {
-        REG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIRO_V2 reg;
-        XV_CHECK(m_pDataBase->m_ChaveRegistroParaTerceiro.Le(uiPonteiro, &reg));
-        const REG_XVDMC regDmcRegistroTelvo = reg.regDmcRegistroTelvo;
-        if ((regFiltroPS.regDmcRegistroTelvo.EhNulo() || regDmcRegistroTelvo == regFiltroPS.regDmcRegistroTelvo) &&
-            (regFiltroPS.uiChaveRegistroSistemaTerceiro == 0 || reg.uiChaveRegistroSistemaTerceiro == regFiltroPS.uiChaveRegistroSistemaTerceiro) &&
-            reg.eSistemaIntegracao == regFiltroPS.eSistemaIntegracao && reg.eTipoIntegracao == regFiltroPS.eTipoIntegracao &&
-            reg.uiBaseDadosTerceiro == regFiltroPS.uiBaseDadosTerceiro) {
-            *pRegRetornoFiltro = ParaPS(reg);
-            return S_OK;
+    return LeDeUmMomento([&] {
+        *pRegRetornoFiltro = {};
+        std::vector<XVUInt> listaPonteiros;
+        XV_CHECK_EM("BuscaChaveRegistroTelvoParaTerceiro", m_pDataBase->m_ChaveRegistroParaTerceiro.ExisteIndex(uiChaveIndex, listaPonteiros, uiColunasIndex));
+        for (const XVUInt uiPonteiro : listaPonteiros) {
+            REG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIRO_V2 reg;
+            XV_CHECK_EM("BuscaChaveRegistroTelvoParaTerceiro", m_pDataBase->m_ChaveRegistroParaTerceiro.Le(uiPonteiro, &reg));
+            const REG_XVDMC regDmcRegistroTelvo = reg.regDmcRegistroTelvo;
+            if ((regFiltroPS.regDmcRegistroTelvo.EhNulo() || regDmcRegistroTelvo == regFiltroPS.regDmcRegistroTelvo) &&
+                (regFiltroPS.uiChaveRegistroSistemaTerceiro == 0 || reg.uiChaveRegistroSistemaTerceiro == regFiltroPS.uiChaveRegistroSistemaTerceiro) &&
+                reg.eSistemaIntegracao == regFiltroPS.eSistemaIntegracao && reg.eTipoIntegracao == regFiltroPS.eTipoIntegracao &&
+                reg.uiBaseDadosTerceiro == regFiltroPS.uiBaseDadosTerceiro) {
+                *pRegRetornoFiltro = ParaPS(reg);
+                return S_OK;
+            }
         }
-    }
-    return S_OK;
+        return S_OK;
+    });
 }
 
 HRESULT CBaseMiddleware::GetPonteiroIndexDataHoraIntegracao(const REG_CR_DATA_HORA_INTEGRACAO_TERCEIRO_V1& reg, XVUInt& uiPonteiro) {
@@ -186,12 +189,15 @@ HRESULT CBaseMiddleware::BuscaDataHoraIntegracaoTerceiro(const tagREG_CR_FILTRO_
     XV_CHECK(ValidaAcesso());
     const CXVAcessoDefault acesso(this);
     const REG_CR_DATA_HORA_INTEGRACAO_TERCEIRO_V1 regFiltro{{}, regFiltroPS.eTipoIntegracao, regFiltroPS.eSistemaIntegracao, regFiltroPS.eTipoData, {}};
-    XVUInt uiPonteiro = 0;
-    XV_CHECK(GetPonteiroIndexDataHoraIntegracao(regFiltro, uiPonteiro));
-    if (uiPonteiro == 0) return S_OK;
-    REG_CR_DATA_HORA_INTEGRACAO_TERCEIRO_V1 reg;
-    XV_CHECK(m_pDataBase->m_DataHoraIntegracao.Le(uiPonteiro, &reg));
-    *pRegRetorno = {reg.regDataHora, reg.eTipoIntegracao, reg.eSistemaIntegracao, reg.eTipoData, {}};
-    return S_OK;
+    return LeDeUmMomento([&] {
+        *pRegRetorno = {};
+        XVUInt uiPonteiro = 0;
+        XV_CHECK_EM("BuscaDataHoraIntegracaoTerceiro", GetPonteiroIndexDataHoraIntegracao(regFiltro, uiPonteiro));
+        if (uiPonteiro == 0) return S_OK;
+        REG_CR_DATA_HORA_INTEGRACAO_TERCEIRO_V1 reg;
+        XV_CHECK_EM("BuscaDataHoraIntegracaoTerceiro", m_pDataBase->m_DataHoraIntegracao.Le(uiPonteiro, &reg));
+        *pRegRetorno = {reg.regDataHora, reg.eTipoIntegracao, reg.eSistemaIntegracao, reg.eTipoData, {}};
+        return S_OK;
+    });
 }
 // clang-format on

@@ -28,7 +28,10 @@ HRESULT CBaseMiddleware::LeIntegracao(REG_XVDMC regDmc, tagREG_CR_INTEGRACAO_MID
 
 HRESULT CBaseMiddleware::LeDados(REG_XVDMC regDmc, CXVDadosCR_IntegracaoMiddleware* pDados,
                                  XVUInt64 ullFlagLeitura) {
-    return LeDeUmMomento([&] { return LeRegistros(regDmc, pDados, ullFlagLeitura); });
+    return LeDeUmMomento([&] {
+        *pDados = {};
+        return LeRegistros(regDmc, pDados, ullFlagLeitura);
+    });
 }
 
 HRESULT CBaseMiddleware::LeRegistros(REG_XVDMC regDmc, CXVDadosCR_IntegracaoMiddleware* pDados,

@@ -6,6 +6,7 @@
 
 #include "core/xvdatabase/XVCodigosArquivo.h"
 #include "core/xvdatabase/XVDataBaseUtil.h"
+#include "core/xvdatabase/XVDiarioFormato.h"
 #include "core/xvdatabase/XVModoAbertura.h"
 #include "core/xvdatabase/XVNomeArquivo.h"
 #include "core/xvdatabase/XVRegistroVersao.h"
@@ -188,12 +189,37 @@ HRESULT CXVConversaoMiddleware::ValidaVersaoAtual() {
         return S_OK;
     }
     XV_CHECK_TEXTO(RecusaVersaoPosterior(usVersao), "E_XVCR_VERSAO_BASE_SUPERIOR_VERSAO_SISTEMA");
-    std::string sPathIndex;
-    XV_CHECK(MontaPath(k_pszArquivoIndexIntegracao, &sPathIndex));
     bool bExiste = false;
-    XV_CHECK(CXVDataBaseUtil::Existe(this, sPathIndex, &bExiste));
-    if (usVersao != 0 || bTemDados || bExiste)
+    XV_CHECK(TemArquivosDeDados(&bExiste));
+    // A new store passes through the versions while it is made; whoever makes it has, or had, it open.
+    bool bEmCriacao = false;
+    std::string sPathDiario;
+    XV_CHECK(MontaPath(k_pszNomeDiario, &sPathDiario));
+    XV_CHECK(CXVDataBaseUtil::Existe(this, sPathDiario, &bEmCriacao));
+    if (bExiste || (usVersao == 0 ? bTemDados : !bEmCriacao))
         XV_CHECK_TEXTO(Recusa(E_XVCR_VERSAO_INCOMPATIVEL, k_pszArquivoVersao), "E_XVCR_VERSAO_INCOMPATIVEL");
+    return S_OK;
+}
+
+HRESULT CXVConversaoMiddleware::TemArquivosDeDados(bool* pbTem) {
+    *pbTem = false;
+    for (const char* pszNome : k_apszArquivosUnicos) {
+        std::string sPath;
+        XV_CHECK(MontaPath(pszNome, &sPath));
+        XV_CHECK(CXVDataBaseUtil::Existe(this, sPath, pbTem));
+        if (*pbTem) return S_OK;
+    }
+    std::string sDiretorio;
+    XV_CHECK(CXVDataBaseUtil::GetPathDados(XV_DF, GetEmpresa(), &sDiretorio));
+    bool bHaDiretorio = false;
+    XV_CHECK(CXVDataBaseUtil::Existe(this, sDiretorio, &bHaDiretorio));
+    if (!bHaDiretorio) return S_OK;
+    for (const char* pszPadrao : k_apszGrupos) {
+        std::vector<std::pair<XVUInt64, std::string>> listaMembros;
+        XV_CHECK(CXVDataBaseUtil::ListaMembros(this, XV_DF, pszPadrao, &listaMembros));
+        *pbTem = !listaMembros.empty();
+        if (*pbTem) return S_OK;
+    }
     return S_OK;
 }
 

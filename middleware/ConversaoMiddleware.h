@@ -95,6 +95,7 @@ class CXVConversaoMiddleware : public CXVBaseParaRotinas {
     HRESULT ControlaArquivoVersao();
     HRESULT ConcluiPasso(XVUShort usPasso);
     // A listed single file that is missing: E_XVCR_INCONSISTENCIA_CONTROLE_CRIACAO_ARQUIVOS.
+    HRESULT TemArquivosDeDados(bool* pbTem);
     HRESULT ValidaArquivosUnicos();
     // A listed file of the schema that is missing: the same.
     HRESULT ConfereArquivosControlados();

@@ -26,6 +26,7 @@ XVUInt CXVProfilerEmpresa::GetNumeroSessao() const {
 void CXVProfilerEmpresa::SetProfiler(const IXVDF_Profiler& rProfiler) {
     // Read before writing: rProfiler may be this very object.
     const std::string sEmpresa(rProfiler.GetEmpresa());
+    m_bConsulta = rProfiler.EhConsulta();
     SetProfiler(sEmpresa, rProfiler.GetUsuario(), rProfiler.GetNumeroSessao());
 }
 

@@ -22,6 +22,7 @@ class CXVProfilerEmpresa : public IXVDF_Profiler {
     std::string_view GetEmpresa() const override { return m_sEmpresa; }
     XVUShort GetUsuario() const override;
     XVUInt GetNumeroSessao() const override;
+    bool EhConsulta() const override { return m_bConsulta; }
 
     // User and session of this very object, whatever the call in progress.
     XVUShort GetUsuarioProprio() const { return m_usUsuario; }
@@ -34,6 +35,7 @@ class CXVProfilerEmpresa : public IXVDF_Profiler {
     std::string m_sEmpresa;
     XVUShort m_usUsuario = 0;
     XVUInt m_ulNumeroSessao = 0;
+    bool m_bConsulta = false;
 };
 
 class CXVInicializador : public TXVBase, public CXVProfilerEmpresa {

@@ -12,4 +12,6 @@ class IXVDF_Profiler {
     virtual std::string_view GetEmpresa() const = 0;  // company code; valid while the object lives
     virtual XVUShort GetUsuario() const = 0;          // user code; 65535 is the conversion
     virtual XVUInt GetNumeroSessao() const = 0;       // session number
+    // Whether the object only looks at the company's directory, where it must not write anything then.
+    virtual bool EhConsulta() const { return false; }
 };

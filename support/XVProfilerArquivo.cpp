@@ -53,8 +53,10 @@ std::string GetCaminho(const SConfiguracaoTrace& rConfiguracao, const SProfilerR
     if (rDiretorio.empty()) return {};
     const IXVSistemaArquivos& rSistema = XVPlataforma::SistemaArquivos();
     if (rRegistro.eTipo != ETipoRegistro::eErro) return rSistema.Junta(rDiretorio, "XVProfiler.log");
-    // A company text that could not name a directory leaves its records with the programs'.
-    if (rRegistro.pDono != nullptr && CAmbienteXV::EhEmpresaValida(rRegistro.pDono->GetEmpresa()))
+    // A company text that could not name a directory leaves its records with the programs', and so does who
+    // must not write into it.
+    if (rRegistro.pDono != nullptr && !rRegistro.pDono->EhConsulta() &&
+        CAmbienteXV::EhEmpresaValida(rRegistro.pDono->GetEmpresa()))
         return rSistema.Junta(
             CAmbienteXV::MontaPathDados(k_eModuloBase, rDiretorio, rRegistro.pDono->GetEmpresa()),
             NomeMensal("XVProfilerErros_Base_", rRegistro.dataHora));

@@ -1,6 +1,7 @@
 #include "core/xvdatabase/XVDataBase.h"
 
 #include "core/xvdatabase/XVDiario.h"
+#include "core/xvdatabase/XVVisao.h"
 
 HRESULT IXVFileBase::SetArrayData(const void* /*pDados*/, XVUInt64 /*uiQuantidade*/) {
     return E_NOTIMPL;
@@ -23,6 +24,7 @@ HRESULT CXVDataBase::OnInicializa() {
     XV_CHECK_TEXTO(CXVBaseParaRotinas::OnInicializa(), "__super::OnInicializa()");
     std::string sDiretorio;
     m_pDiario = nullptr;
+    m_pVisao = m_bSomenteLeitura ? CXVVisao::GetAtual() : nullptr;
     if (!m_bSomenteLeitura && SUCCEEDED(CAmbienteXV::GetPathDados(m_eModulo, GetEmpresa(), &sDiretorio)))
         m_pDiario = CXVDiario::Busca(sDiretorio);
     for (const auto& file : m_mapFiles) XV_CHECK(file.second->Inicializa(this));

@@ -13,6 +13,7 @@
 #include "suite/XVBaseParaRotinas.h"
 
 class CXVDiario;
+class CXVVisao;
 
 class CXVDataBase : public CXVBaseParaRotinas {
   public:
@@ -43,6 +44,10 @@ class CXVDataBase : public CXVBaseParaRotinas {
     // Inicializa.
     CXVDiario* GetDiario() const { return m_pDiario; }
 
+    // The view that the database looks through, where it is opened for viewing in one; otherwise null. Known
+    // after Inicializa.
+    CXVVisao* GetVisao() const { return m_pVisao; }
+
     // Around the moment in which the memory of several files passes from before an operation to after it.
     void IniciaPublicacao() { m_uiIniciadas.fetch_add(1, std::memory_order_acq_rel); }
     void TerminaPublicacao() { m_uiTerminadas.fetch_add(1, std::memory_order_release); }
@@ -65,6 +70,7 @@ class CXVDataBase : public CXVBaseParaRotinas {
     bool m_bSomenteLeitura = false;
     bool m_bCabecalhoDesabilitado = false;
     CXVDiario* m_pDiario = nullptr;
+    CXVVisao* m_pVisao = nullptr;
     std::atomic<XVUInt64> m_uiIniciadas = 0;
     std::atomic<XVUInt64> m_uiTerminadas = 0;
 };

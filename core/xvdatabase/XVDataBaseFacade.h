@@ -16,6 +16,7 @@
 #include "core/xvdatabase/XVDataBaseUtil.h"
 #include "core/xvdatabase/XVDiario.h"
 #include "core/xvdatabase/XVOperacao.h"
+#include "core/xvdatabase/XVVisao.h"
 #include "platform/XVPlataforma.h"
 #include "support/XVArquivoRecusado.h"
 #include "support/XVCodigos.h"
@@ -26,11 +27,13 @@ class CXVDataBaseFacade : public TBase {
   public:
     XV_CLASSE("CXVDataBaseFacade", "XVDataBaseFacade")
 
-    // Before Inicializa: open the files read-only without locking, convert nothing, create nothing and refuse
-    // every write. Usable while another process has the store open for writing; the object then has a store
-    // of its own, as it was on disk at that moment.
+    // Before Inicializa: open the store for viewing. Nothing is written, converted or created, in the error
+    // log of the company's directory either, and every write is refused. Another process may have the store
+    // open for writing, or have died doing so: every call sees whole operations, those that were over when it
+    // began included.
     void SetSomenteLeitura(bool bSomenteLeitura) { m_bSomenteLeitura = bSomenteLeitura; }
     bool EhSomenteLeitura() const { return m_bSomenteLeitura; }
+    bool EhConsulta() const override { return m_bSomenteLeitura; }
 
   protected:
     // Runs before the schema is opened by the first object of a company.
@@ -44,8 +47,10 @@ class CXVDataBaseFacade : public TBase {
         std::string sDiretorio;
         XV_CHECK(CXVDataBaseUtil::GetPathDados(XV_DF, this->GetEmpresa(), &sDiretorio));
         if (m_bSomenteLeitura) {
-            XV_CHECK(ValidaVersaoSomenteLeitura());
             m_pLoja = std::make_shared<SLoja>();
+            m_pLoja->pVisao = std::make_unique<CXVVisao>(sDiretorio);
+            const CXVVisao::CUso uso(m_pLoja->pVisao.get());
+            XV_CHECK(ValidaVersaoSomenteLeitura());
             m_pLoja->dataBase.SetSomenteLeituraSemBloqueio(true);
             XV_CHECK_TEXTO(m_pLoja->dataBase.Inicializa(this), "m_pDataBase->Inicializa(this)");
             m_pDataBase = &m_pLoja->dataBase;
@@ -127,9 +132,10 @@ class CXVDataBaseFacade : public TBase {
     bool TemNaFila(XVUInt64 uiChave) const { return m_pLoja->diario.TemNaFila(uiChave); }
 
     // Runs leitura so that it sees memory at one moment, not in the middle of an operation's publication.
-    // It may run more than once.
+    // It may run more than once. A viewer sees the disk so.
     template <class TLeitura>
     HRESULT LeDeUmMomento(TLeitura leitura) {
+        if (m_pLoja->pVisao != nullptr) return m_pLoja->pVisao->DeUmMomento(leitura);
         constexpr int k_iTentativas = 8;
         for (int i = 0; i < k_iTentativas; ++i) {
             const XVUInt64 uiMomento = m_pDataBase->GetPublicacoesTerminadas();
@@ -142,6 +148,15 @@ class CXVDataBaseFacade : public TBase {
         }
         const std::lock_guard bloqueio(m_pLoja->mutexAlteracao);  // writers wait this once
         return leitura();
+    }
+    // Viewing: whether somebody has the store open for writing.
+    bool TemEscritor() const { return m_pLoja->pVisao != nullptr && m_pLoja->pVisao->TemEscritor(); }
+    // For a long reading: whether nobody has written since it began. S_FALSE of a viewer: what it found is to
+    // be confirmed piece by piece.
+    template <class TLeitura>
+    HRESULT LeSemEscritas(TLeitura leitura) {
+        if (m_pLoja->pVisao == nullptr) return leitura();
+        return m_pLoja->pVisao->SemEscritas(leitura);
     }
 
     TDataBase* m_pDataBase = nullptr;
@@ -157,6 +172,7 @@ class CXVDataBaseFacade : public TBase {
             XVIgnora(diario.Fecha(nullptr));
         }
 
+        std::unique_ptr<CXVVisao> pVisao;  // of a viewer
         CXVDiario diario;
         TDataBase dataBase;
         std::mutex mutexAbertura;

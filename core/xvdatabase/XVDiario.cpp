@@ -130,9 +130,14 @@ HRESULT CXVDiario::Reconstroi(const IXVDF_Profiler* pDono) {
     CXVReconstrucao reconstrucao;
     XV_CHECK_DONO(pDono, reconstrucao.Le(pDono, m_sDiretorio, *m_pArquivo));
     XV_CHECK_DONO(pDono, reconstrucao.Confere(pDono));
+    CXVErroArquivo erro;
+    if (!reconstrucao.EhVazia()) erro = CXVDiarioAnel::MarcaConclusao(*m_pArquivo);
+    if (!erro.Ok())
+        XV_CHECK_TEXTO_DONO(pDono, XVCodigosArquivo::DeExcecao(erro.GetCausa()).hr,
+                            "MarcaConclusao(*m_pArquivo)");
     XV_CHECK_DONO(pDono, reconstrucao.Aplica(pDono));
     // What follows changes files in ways that the old entries do not know.
-    const CXVErroArquivo erro = CXVDiarioAnel::Invalida(*m_pArquivo);
+    erro = CXVDiarioAnel::Invalida(*m_pArquivo);
     if (!erro.Ok())
         XV_CHECK_TEXTO_DONO(pDono, XVCodigosArquivo::DeExcecao(erro.GetCausa()).hr, "Invalida(*m_pArquivo)");
     return S_OK;

@@ -29,6 +29,10 @@ class CXVDiarioAnel {
     void Fecha();
     // Makes the entries of a journal file nobody's, on the device. A file too short to be one: nothing.
     static CXVErroArquivo Invalida(IXVArquivo& rArquivo);
+    // Says to viewers that an opening is about to conclude what the entries say.
+    static CXVErroArquivo MarcaConclusao(IXVArquivo& rArquivo) {
+        return rArquivo.Grava(k_uiOffsetSequencia, &k_uiPalavraConclusao, sizeof(k_uiPalavraConclusao));
+    }
 
     // An entry is put together first: nothing is written, memory may run out.
     void IniciaEntrada(ETipoEntrada eTipo);

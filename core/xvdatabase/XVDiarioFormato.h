@@ -18,6 +18,8 @@ inline constexpr XVUInt64 k_uiTamanhoPaginaDiario = 4096;
 // Two words, each rewritten in one piece, in a sector beside the head's.
 // Twice the number of the last operation; one less while it is being written to its files.
 inline constexpr XVUInt64 k_uiOffsetSequencia = 512;
+// The word while an opening concludes what a writer that died has left.
+inline constexpr XVUInt64 k_uiPalavraConclusao = ~XVUInt64{0};
 // Number of the oldest entry that is still needed: it and all after it must be there.
 inline constexpr XVUInt64 k_uiOffsetPrimeira = 520;
 inline constexpr std::size_t k_uiAlinhamentoEntrada = 64;

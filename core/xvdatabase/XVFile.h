@@ -13,6 +13,7 @@
 #include <span>
 #include <vector>
 
+#include "core/xvdatabase/XVArquivoVisto.h"
 #include "core/xvdatabase/XVArrayRegistros.h"
 #include "core/xvdatabase/XVConteudo.h"
 #include "core/xvdatabase/XVDataBase.h"
@@ -115,6 +116,18 @@ class CXVFile : public CXVFileBase {
     // A prepared write: the records, those that they overwrite, and the keys of every index.
     class CPreparados;
 
+    HRESULT AtualizaVista() const;
+    HRESULT IniciaVista();
+    HRESULT CarregaVista(XVUInt64 uiChamada);
+    HRESULT LeVisto(XVUInt uiPosicao, T* preg) const;
+    HRESULT LeColecaoVista(XVUInt uiPosicao, XVUInt64 uiQtd, std::vector<T>& aRegistros) const;
+    bool LeIndexVisto(XVUInt64 uiChave, T* preg, XVUInt uiColunaIndexacao) const;
+    XVUInt64 GetQtdVista() const;
+    static XVUInt64 GetQtdNaArea(const SAreaVista& rArea) {
+        return rArea.bExiste ? (rArea.uiTamanho - rArea.uiSeek) / sizeof(T) : 0;
+    }
+    bool EhVista() const { return GetDataBase()->GetVisao() != nullptr; }
+
     HRESULT Carrega();
     HRESULT ConstroiIndices();
     HRESULT AbreParaGravacao();
@@ -129,6 +142,7 @@ class CXVFile : public CXVFileBase {
     void AtualizaMemoria(const CPreparados& rPreparados);
 
     TXVArrayRegistros<T> m_aRegistros;
+    SVistaCarregada m_vista;
     std::vector<SIndice> m_listaIndices;
     std::vector<std::unique_ptr<CPreparados>> m_listaPreparados;  // used again and again
 };
@@ -136,3 +150,4 @@ class CXVFile : public CXVFileBase {
 #include "core/xvdatabase/XVFileGravacao.inl"
 #include "core/xvdatabase/XVFileIndice.inl"
 #include "core/xvdatabase/XVFileLeitura.inl"
+#include "core/xvdatabase/XVFileVisao.inl"

@@ -89,6 +89,7 @@ HRESULT CXVFileBase::AbreArquivo(XVUInt eModoAbertura) {
     if (eModoAbertura == m_eModoAbertura) return S_OK;
     FechaArquivo();
     XV_CHECK(MontaPath());
+    if (CXVVisao* pVisao = m_pDataBase->GetVisao()) return AbreVisto(*pVisao);
 
     IXVSistemaArquivos& rSistema = XVPlataforma::SistemaArquivos();
     std::string sNomeReal;
@@ -119,9 +120,13 @@ HRESULT CXVFileBase::AbreComTentativas(const std::string& sPath, XVUInt eModoAbe
                                        std::unique_ptr<IXVArquivo>& pArquivo) {
     IXVSistemaArquivos& rSistema = XVPlataforma::SistemaArquivos();
     const SAberturaArquivo abertura = AberturaDoModo(eModoAbertura);
+    return TentaAbrir(sPath, [&] { return rSistema.Abre(sPath, abertura, pArquivo); });
+}
+
+HRESULT CXVFileBase::TentaAbrir(const std::string& sPath, const std::function<CXVErroArquivo()>& abre) {
     SCodigoArquivo codigo{eXVGenericError, "eXVGenericError"};
     for (int i = 1; i <= k_iTentativasAbertura; ++i) {
-        const CXVErroArquivo erro = rSistema.Abre(sPath, abertura, pArquivo);
+        const CXVErroArquivo erro = abre();
         if (erro.Ok()) return S_OK;
         codigo = XVCodigosArquivo::DeAberturaImediata(erro.GetCausa());
         if (codigo.pszNome != nullptr) break;
@@ -129,7 +134,8 @@ HRESULT CXVFileBase::AbreComTentativas(const std::string& sPath, XVUInt eModoAbe
             EsperaEntreTentativas();
             continue;
         }
-        codigo = XVCodigosArquivo::DeAberturaFinal(erro.GetCausa(), rSistema.EhSomenteLeitura(sPath));
+        codigo = XVCodigosArquivo::DeAberturaFinal(erro.GetCausa(),
+                                                   XVPlataforma::SistemaArquivos().EhSomenteLeitura(sPath));
     }
     return Recusa(
         CheckHr(codigo.hr, codigo.pszNome, "CXVFileBase::AbreArquivo", XVNomeFonte(), __LINE__, this));
@@ -152,6 +158,7 @@ void CXVFileBase::FechaArquivo() {
     m_uiTamanhoArquivo = 0;
     LimpaCabecalho();
     m_pArquivo.reset();
+    m_pVisto = nullptr;
 }
 
 HRESULT CXVFileBase::DeletaArquivo() {

@@ -7,6 +7,7 @@
 #pragma once
 
 #include <atomic>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <shared_mutex>
@@ -16,12 +17,14 @@
 #include "core/xvdatabase/XVCabecalho.h"
 #include "core/xvdatabase/XVDataBaseControleCriacaoArquivos.h"
 #include "core/xvdatabase/XVModoAbertura.h"
+#include "core/xvdatabase/XVMomento.h"
 #include "core/xvdatabase/XVOperacao.h"
 #include "platform/XVSistemaArquivos.h"
 #include "support/XVArquivoRecusado.h"
 #include "support/XVCodigos.h"
 #include "support/XVTravaLeitores.h"
 
+class CXVArquivoVisto;
 class CXVDataBase;
 
 // Whether a file enters the container's map; members of groups do not.
@@ -131,6 +134,23 @@ class CXVFileBase : public IXVFileBase {
     // Reads at an offset of the file (header included).
     CXVErroArquivo LeDados(XVUInt64 uiOffset, void* pDados, std::size_t uiTamanho);
 
+    // The same; where the file is viewed in pieces of whole units of uiUnidade bytes, each of one moment.
+    CXVErroArquivo LeDadosEmPedacos(XVUInt64 uiOffset, void* pDados, std::size_t uiTamanho,
+                                    std::size_t uiUnidade);
+    // The open file, where it is viewed; otherwise null.
+    CXVArquivoVisto* GetVisto() const { return m_pVisto; }
+    bool EhAvulso() const { return m_eRegistro == ERegistroArquivo::eAvulso; }
+    // Of which moment and which call what a viewer has in memory is.
+    struct SVistaCarregada {
+        SMarcaDiario marca;
+        SAreaVista area;
+        XVUInt64 uiChamada = 0;
+
+        // Whether nobody has written in between.
+        bool EhIgual(const SVistaCarregada& rOutra) const;
+    };
+    CXVErroArquivo LeVistaAtual(SVistaCarregada* pVista) const;
+
     // Fills in where a write of uiNovos bytes goes and what header follows from it: at uiOffset of the
     // payload, over the uiAntigos bytes that stand there. The state is the one after all writes that are
     // prepared already. Must be followed by Devolve. E_OUTOFMEMORY: the operation takes no further write.
@@ -189,6 +209,8 @@ class CXVFileBase : public IXVFileBase {
 
     static void EsperaEntreTentativas();
     bool EstaAbertoParaGravacao() const;
+    HRESULT TentaAbrir(const std::string& sPath, const std::function<CXVErroArquivo()>& abre);
+    HRESULT AbreVisto(CXVVisao& rVisao);
     HRESULT AbreComTentativas(const std::string& sPath, XVUInt eModoAbertura,
                               std::unique_ptr<IXVArquivo>& pArquivo);
     HRESULT TentaGravacao(const CXVGravacaoPreparada& rGravacao);
@@ -214,6 +236,7 @@ class CXVFileBase : public IXVFileBase {
 
     CXVDataBase* m_pDataBase;
     std::unique_ptr<IXVArquivo> m_pArquivo;
+    CXVArquivoVisto* m_pVisto = nullptr;
     XVUInt m_eModoAbertura = eModoFechado;
     std::string m_sNomeArquivo;
     EModulo m_eModulo;

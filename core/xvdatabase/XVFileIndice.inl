@@ -96,6 +96,7 @@ template <class T>
 HRESULT CXVFile<T>::ExisteIndex(XVUInt64 chave, std::vector<XVUInt>& listaPosicao,
                                 XVUInt uiColunaIndexacao) const {
     XV_ESCOPO({"m_sNomeArquivo", GetNomeArquivo()}, {"uiColunaIndexacao", XVUInt64{uiColunaIndexacao}});
+    XV_CHECK(AtualizaVista());
     const std::shared_lock lock(GetLock());
     listaPosicao.clear();
     if (uiColunaIndexacao >= m_listaIndices.size()) XV_FALHA(E_XVCR_COLUNA_INDEXACAO_INVALIDA);
@@ -109,6 +110,7 @@ HRESULT CXVFile<T>::ExisteIndex(XVUInt64 chave, std::vector<XVUInt>& listaPosica
 template <class T>
 HRESULT CXVFile<T>::ExisteIndex(XVUInt64 chave, XVUInt& uiPosicao, XVUInt uiColunaIndexacao) const {
     XV_ESCOPO({"m_sNomeArquivo", GetNomeArquivo()}, {"uiColunaIndexacao", XVUInt64{uiColunaIndexacao}});
+    XV_CHECK(AtualizaVista());
     const std::shared_lock lock(GetLock());
     uiPosicao = 0;
     if (uiColunaIndexacao >= m_listaIndices.size()) XV_FALHA(E_XVCR_COLUNA_INDEXACAO_INVALIDA);
@@ -119,6 +121,7 @@ HRESULT CXVFile<T>::ExisteIndex(XVUInt64 chave, XVUInt& uiPosicao, XVUInt uiColu
 template <class T>
 HRESULT CXVFile<T>::LeIndex(XVUInt64 uiPosicaoIndex, T* preg, XVUInt uiColunaIndexacao) const {
     XV_ESCOPO({"m_sNomeArquivo", GetNomeArquivo()}, {"uiColunaIndexacao", XVUInt64{uiColunaIndexacao}});
+    if (EhVista() && LeIndexVisto(uiPosicaoIndex, preg, uiColunaIndexacao)) return S_OK;
     XVUInt uiPosicao = 0;
     XV_CHECK(ExisteIndex(uiPosicaoIndex, uiPosicao, uiColunaIndexacao));
     if (uiPosicao == 0) XV_FALHA(E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA);

@@ -6,6 +6,7 @@ HRESULT CXVFile<T>::OnInicializa() {
     XV_ESCOPO({"m_sNomeArquivo", GetNomeArquivo()});
     XV_CHECK_TEXTO(CXVFileBase::OnInicializa(), "__super::OnInicializa()");
     m_aRegistros.Limpa();
+    XV_CHECK(IniciaVista());
     XV_CHECK(AbreArquivo());
     XV_CHECK_TEXTO(Recusa(Carrega()), "Carrega()");
     XV_CHECK_TEXTO(Recusa(ConstroiIndices()), "ConstroiIndices()");
@@ -30,10 +31,12 @@ HRESULT CXVFile<T>::Carrega() {
     XV_CHECK(GetAreaDados(&uiSeek, &uiTamanhoDados));
     if (uiTamanhoDados % sizeof(T) != 0 || uiTamanhoDados / sizeof(T) > k_uiMaximoRegistros)
         XV_FALHA(E_XVCR_ARQUIVO_NAO_EH_MOD_ESTRUTURA);
+    if (EhVista() && EhAvulso()) return S_OK;  // read by position; no index asks for all
     TXVArrayRegistros<T> aRegistros;
     T* pBase = aRegistros.PreparaBase(static_cast<std::size_t>(uiTamanhoDados / sizeof(T)));
     if (uiTamanhoDados > 0) {
-        if (const CXVErroArquivo erro = LeDados(uiSeek, pBase, static_cast<std::size_t>(uiTamanhoDados));
+        if (const CXVErroArquivo erro =
+                LeDadosEmPedacos(uiSeek, pBase, static_cast<std::size_t>(uiTamanhoDados), sizeof(T));
             !erro.Ok())
             XV_CHECK_TEXTO(CatchInicializacao(&erro), "CatchInicializacao(pEx)");
     }
@@ -57,7 +60,10 @@ HRESULT CXVFile<T>::Le(XVUInt uiPosicao, T* preg) const {
     HRESULT hr = S_OK;
     if (uiPosicao == 0)
         hr = E_XVCR_TENTATIVA_LER_POSICAO_ZERO;
-    else if (!ExisteArquivo())
+    else if (EhVista()) [[unlikely]] {
+        hr = LeVisto(uiPosicao, preg);
+        if (SUCCEEDED(hr)) return hr;
+    } else if (!ExisteArquivo())
         hr = E_XVCR_ARQUIVO_NAO_EXISTE;
     else if (uiPosicao > m_aRegistros.size())
         hr = E_XVCR_POSICAO_LEITURA_SUPERIOR_QUANTIDADE_ARQUIVO;
@@ -76,6 +82,11 @@ HRESULT CXVFile<T>::LeColecao(XVUInt uiPosicao, XVUInt64 uiQtd, std::vector<T>& 
     const std::shared_lock lock(GetLock());
     if (uiPosicao == 0 && uiQtd == 0) return S_OK;
     if (uiPosicao == 0 || uiQtd == 0) XV_FALHA(E_XVCR_INCONSISTENCIA_CHAVE_QUANTIDADE);
+    if (EhVista()) {
+        XV_CHECK_TEXTO(LeColecaoVista(uiPosicao, uiQtd, aRegistros),
+                       "LeColecao(uiPosicao, uiQtd, aRegistros)");
+        return S_OK;
+    }
     if (!ExisteArquivo()) XV_FALHA(E_XVCR_ARQUIVO_NAO_EXISTE);
     if (uiPosicao > m_aRegistros.size()) XV_FALHA(E_XVCR_POSICAO_LEITURA_SUPERIOR_QUANTIDADE_ARQUIVO);
     if (uiQtd > m_aRegistros.size() - (uiPosicao - 1))
@@ -87,5 +98,5 @@ HRESULT CXVFile<T>::LeColecao(XVUInt uiPosicao, XVUInt64 uiQtd, std::vector<T>& 
 template <class T>
 XVUInt64 CXVFile<T>::GetQtdRegistros() const {
     const std::shared_lock lock(GetLock());
-    return m_aRegistros.size();
+    return EhVista() ? GetQtdVista() : m_aRegistros.size();
 }

@@ -89,6 +89,7 @@ class TXVGroupDinamico : public CXVGroupFileBase {
         auto* pXVFile = static_cast<TMembro*>(pXVFileInterface);
         if (std::find(m_filaAbertos.begin(), m_filaAbertos.end(), pXVFile) == m_filaAbertos.end()) {
             if (!m_filaAbertos.empty() && m_filaAbertos.size() >= m_uiLimite) FechaMaisAntigo();
+            const CXVMomento::CAtivo suspende(nullptr);  // of the moments of its loading
             const HRESULT hr = pXVFileInterface->Inicializa(this);
             if (SUCCEEDED(hr)) m_filaAbertos.push_back(pXVFile);
             XV_CHECK_TEXTO(hr, "pXVFileInterface->Inicializa(this)");

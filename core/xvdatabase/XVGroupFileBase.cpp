@@ -4,6 +4,7 @@
 #include <utility>
 #include <vector>
 
+#include "core/xvdatabase/XVArquivoVisto.h"
 #include "core/xvdatabase/XVCodigosArquivo.h"
 #include "core/xvdatabase/XVDataBase.h"
 #include "core/xvdatabase/XVDataBaseUtil.h"
@@ -75,11 +76,27 @@ HRESULT CXVGroupFileBase::LookupMapFiles(XVUInt64 uiChaveNomeArquivo, IXVFileBas
     const auto it = m_mapFiles.find(uiChaveNomeArquivo);
     pXVFileInterface = it == m_mapFiles.end() ? nullptr : it->second.get();
     if (pXVFileInterface != nullptr || !bObrigatorio) return S_OK;
+    if (m_pDataBase->GetVisao() != nullptr) XV_CHECK(ProcuraMembroNovo(uiChaveNomeArquivo, pXVFileInterface));
+    if (pXVFileInterface != nullptr) return S_OK;
     std::string sPathArquivo;
     XV_CHECK(CXVDataBaseUtil::GetPathArquivo(m_eModulo, GetEmpresa(),
                                              XVNomeArquivo::ChaveParaNome(uiChaveNomeArquivo, m_sNomeArquivo),
                                              &sPathArquivo));
     return XVArquivoRecusado::Anota(E_XVCR_ARQUIVO_GROUP_NAO_ENCONTRADO, sPathArquivo, this);
+}
+
+// A member that somebody has made since a viewer looked into the directory.
+HRESULT CXVGroupFileBase::ProcuraMembroNovo(XVUInt64 uiChaveNomeArquivo, IXVFileBase*& pXVFileInterface) {
+    const CXVArquivoVisto arquivo(*m_pDataBase->GetVisao(),
+                                  XVNomeArquivo::ChaveParaNome(uiChaveNomeArquivo, m_sNomeArquivo));
+    SAreaVista area;
+    if (const CXVErroArquivo erro = arquivo.GetArea(&area); !erro.Ok())
+        XV_CHECK_TEXTO(XVCodigosArquivo::DeExcecao(erro.GetCausa()).hr, "arquivo.GetArea(&area)");
+    if (!area.bExiste) return S_OK;
+    std::unique_ptr<IXVFileBase>& pNovo = m_mapFiles[uiChaveNomeArquivo];
+    pNovo = CriaMembro(uiChaveNomeArquivo);
+    pXVFileInterface = pNovo.get();
+    return S_OK;
 }
 
 std::unique_ptr<IXVFileBase> CXVGroupFileBase::CriaMembro(XVUInt64 uiChaveNomeArquivo) {

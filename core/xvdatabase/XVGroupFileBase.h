@@ -64,6 +64,7 @@ class CXVGroupFileBase : public IXVFileBase {
 
   private:
     HRESULT ProcuraMembros();
+    HRESULT ProcuraMembroNovo(XVUInt64 uiChaveNomeArquivo, IXVFileBase*& pXVFileInterface);
 
     std::string m_sNomeArquivo;
     EModulo m_eModulo;

@@ -282,27 +282,3 @@ CXVErroArquivo CXVReconstrucao::AplicaBytes(IXVArquivo& rFile, XVUInt64 uiTamanh
     return rArquivo.bExistia ? grava(k_uiTamanhoBlocoA, sCabecalho.substr(k_uiTamanhoBlocoA))
                              : grava(0, sCabecalho);
 }
-
-bool CXVReconstrucao::BuscaTamanho(const std::string& sNomeArquivo, XVUInt64* puiTamanho) const {
-    const auto it = m_mapaArquivos.find(sNomeArquivo);
-    if (it == m_mapaArquivos.end()) return false;
-    *puiTamanho = it->second.bApaga ? 0 : it->second.uiTamanhoFinal;
-    return true;
-}
-
-void CXVReconstrucao::Sobrepoe(const std::string& sNomeArquivo, XVUInt64 uiOffset, void* pDados,
-                               std::size_t uiTamanho) const {
-    const auto it = m_mapaArquivos.find(sNomeArquivo);
-    if (it == m_mapaArquivos.end()) return;
-    const auto copia = [&](XVUInt64 uiInicio, std::string_view sBytes) {
-        const XVUInt64 uiDe = std::max(uiInicio, uiOffset);
-        const XVUInt64 uiAte = std::min(uiInicio + sBytes.size(), uiOffset + uiTamanho);
-        if (uiDe < uiAte)
-            std::memcpy(static_cast<char*>(pDados) + (uiDe - uiOffset), sBytes.data() + (uiDe - uiInicio),
-                        static_cast<std::size_t>(uiAte - uiDe));
-    };
-    for (const auto& [uiInicio, sBytes] : it->second.mapaFinal) copia(uiInicio, sBytes);
-    if (it->second.pCabecalhoFinal == nullptr) return;
-    const REG_XVCABECALHO reg{XVCabecalho::BlocoA(), *it->second.pCabecalhoFinal};
-    copia(0, std::string_view(reinterpret_cast<const char*>(&reg), sizeof(reg)));
-}

@@ -23,6 +23,8 @@ class CXVReconstrucao {
     // entries that are needed are missing, or contradict each other; the error log names what.
     HRESULT Le(const IXVDF_Profiler* pDono, const std::string& sDiretorio, IXVArquivo& rDiario);
 
+    // Whether the entries speak of no file.
+    bool EhVazia() const { return m_mapaArquivos.empty(); }
     // Whether every file is in a state that the entries explain. The same code when one is not; the error log
     // names it.
     HRESULT Confere(const IXVDF_Profiler* pDono);
@@ -30,7 +32,12 @@ class CXVReconstrucao {
     // May be interrupted anywhere and done again. After Confere.
     HRESULT Aplica(const IXVDF_Profiler* pDono);
 
-    // For viewing. The length that a file is to have; false: the entries do not speak of it.
+    // For viewing. Instead of Le: the files as they were before the operation of this number, which is in
+    // flight; where all of it stands in the files already, or nothing of it any more, as they are.
+    CXVErroArquivo LeDesfeita(const std::string& sDiretorio, IXVArquivo& rDiario, XVUInt64 uiNumero);
+    // The length that a file is to have, and whether it is to be there; false: the entries do not speak of
+    // it.
+    bool BuscaExistencia(const std::string& sNomeArquivo, bool* pbExiste) const;
     bool BuscaTamanho(const std::string& sNomeArquivo, XVUInt64* puiTamanho) const;
     // Lays what the file is to hold over uiTamanho bytes read at uiOffset.
     void Sobrepoe(const std::string& sNomeArquivo, XVUInt64 uiOffset, void* pDados,
@@ -63,6 +70,8 @@ class CXVReconstrucao {
     CXVErroArquivo AplicaBytes(IXVArquivo& rFile, XVUInt64 uiTamanho, const SArquivo& rArquivo,
                                bool* pbAlterou);
     CXVErroArquivo ApagaArquivo(const std::string& sNome, bool* pbAlterou);
+    bool EstaEscrita(const SEntradaLida& rEntrada) const;
+    bool EstaEscrita(const SParteLida& rParte) const;
     std::string Path(const std::string& sNome) const;
 
     std::string m_sDiretorio;

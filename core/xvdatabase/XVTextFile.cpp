@@ -81,12 +81,13 @@ HRESULT CXVTextFile::Carrega() {
     m_colecao.Limpa();
     m_listaBlocos.clear();
     m_listaBlocos.push_back(std::move(pDados));
-    XV_CHECK(InterpretaDados(m_listaBlocos.back().get(), uiTamanho));
+    XV_CHECK(InterpretaDados(m_listaBlocos.back().get(), 0, uiTamanho));
+    m_uiFimCarregado = uiTamanho;
     return S_OK;
 }
 
-// Walks the prefixes; the texts stay where they were read.
-HRESULT CXVTextFile::InterpretaDados(const char* pDados, XVUInt64 uiTamanho) {
+// Walks the prefixes from uiInicio of the payload on; the texts stay where they were read.
+HRESULT CXVTextFile::InterpretaDados(const char* pDados, XVUInt64 uiInicio, XVUInt64 uiTamanho) {
     XVUInt64 uiOffset = 0;
     while (uiOffset < uiTamanho) {
         if (uiTamanho - uiOffset < k_uiTamanhoPrefixo)
@@ -95,7 +96,7 @@ HRESULT CXVTextFile::InterpretaDados(const char* pDados, XVUInt64 uiTamanho) {
         std::memcpy(&ulTexto, pDados + uiOffset, k_uiTamanhoPrefixo);
         if (ulTexto > uiTamanho - uiOffset - k_uiTamanhoPrefixo)
             XV_FALHA(E_XVCR_ARQUIVO_TEXTO_QUANTIDADE_CARACTERES_INVALIDA);
-        m_colecao.Inclui({uiOffset, pDados + uiOffset + k_uiTamanhoPrefixo, ulTexto});
+        m_colecao.Inclui({uiInicio + uiOffset, pDados + uiOffset + k_uiTamanhoPrefixo, ulTexto});
         uiOffset += k_uiTamanhoPrefixo + ulTexto;
     }
     return S_OK;
@@ -111,6 +112,10 @@ HRESULT CXVTextFile::Le(XVUInt uiPosicao, std::string& sTexto) const {
     XV_ESCOPO({"m_sNomeArquivo", GetNomeArquivo()}, {"uiPosicao", XVUInt64{uiPosicao}});
     sTexto.clear();
     if (uiPosicao == 0) XV_FALHA(E_XVCR_TENTATIVA_LER_POSICAO_ZERO);
+    if (GetDataBase()->GetVisao() != nullptr && uiPosicao > GetQtdRegistros()) {
+        XV_CHECK_TEXTO(LeVisto(uiPosicao, sTexto), "Le(uiPosicao, sTexto)");
+        return S_OK;
+    }
     const std::shared_lock lock(GetLock());
     if (!ExisteArquivo()) XV_FALHA(E_XVCR_ARQUIVO_NAO_EXISTE);
     if (uiPosicao > m_colecao.size()) XV_FALHA(E_XVCR_POSICAO_LEITURA_SUPERIOR_QUANTIDADE_ARQUIVO);

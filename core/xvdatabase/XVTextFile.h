@@ -69,8 +69,10 @@ class CXVTextFile : public CXVFileBase {
     class CPreparados;
 
     HRESULT Carrega();
+    HRESULT LeVisto(XVUInt uiPosicao, std::string& sTexto) const;
+    HRESULT CarregaNovos();
     HRESULT AbreParaGravacao();
-    HRESULT InterpretaDados(const char* pDados, XVUInt64 uiTamanho);
+    HRESULT InterpretaDados(const char* pDados, XVUInt64 uiInicio, XVUInt64 uiTamanho);
     CPreparados& GetPreparados();
     HRESULT MontaBloco(std::span<const std::string_view> aRegistros, CPreparados* pPreparados);
     void AtualizaMemoria(CPreparados& rPreparados);
@@ -79,4 +81,5 @@ class CXVTextFile : public CXVFileBase {
     std::vector<std::unique_ptr<char[]>> m_listaBlocos;           // where the texts live
     std::vector<std::unique_ptr<CPreparados>> m_listaPreparados;  // used again and again
     std::size_t m_uiTextosPreparados = 0;
+    XVUInt64 m_uiFimCarregado = 0;  // bytes of payload that a viewer has in memory
 };

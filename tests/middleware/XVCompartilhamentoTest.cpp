@@ -51,7 +51,7 @@ TEST_F(CXVCompartilhamentoTest, CompaniesSideBySideDoNotSeeEachOther) {
     EXPECT_EQ(Dados(m_Arquivos.LeConteudo("/telvo/FILIAL-1/DF/CRINDEXINTEG.dat").value_or("")).size(), 48U);
 }
 
-TEST_F(CXVCompartilhamentoTest, ViewerBesideAWriterSeesTheDiskOfItsOpeningAndChangesNothing) {
+TEST_F(CXVCompartilhamentoTest, ViewerBesideAWriterSeesWhatItRecordsAndChangesNothing) {
     const TLoja pEscritor = Abre();
     const REG_XVDMC regDmc = Grava(*pEscritor, CXVIntegracaoTeste(1).Textos("{}", "m", "{}"));
     const auto retrato = m_Arquivos.Retrata();
@@ -71,7 +71,7 @@ TEST_F(CXVCompartilhamentoTest, ViewerBesideAWriterSeesTheDiskOfItsOpeningAndCha
     EXPECT_EQ(visor.GravaPendenciaIntegracao(regDmc, {}), eXVReadOnly);
     EXPECT_EQ(m_Arquivos.Diferenca(retrato, m_Arquivos.Retrata()), "");
     Grava(*pEscritor, CXVIntegracaoTeste(2));
-    EXPECT_EQ(XVBusca(visor).size(), 1U);
+    EXPECT_EQ(XVBusca(visor).size(), 2U);
     EXPECT_EQ(visor.Finaliza(), S_OK);
     EXPECT_EQ(m_Arquivos.Diferenca(retrato, m_Arquivos.Retrata()).empty(), false);
 }

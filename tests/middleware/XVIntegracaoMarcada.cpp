@@ -117,7 +117,10 @@ HRESULT GravaStatus(CBaseMiddleware& rLoja, REG_XVDMC regDmc, XVUInt64 uiVersao)
 }
 
 std::string Confere(CBaseMiddleware& rLoja, const SIntegracaoMarcada& rEsperada) {
-    const SIntegracaoLida lida = XVLe(rLoja, rEsperada.regDmc);
+    return Confere(XVLe(rLoja, rEsperada.regDmc), rEsperada);
+}
+
+std::string Confere(const SIntegracaoLida& lida, const SIntegracaoMarcada& rEsperada) {
     CComparacao comparacao;
     comparacao.Numero("hr", static_cast<XVUInt>(lida.hr), 0);
     if (lida.hr != S_OK) return comparacao.Str();

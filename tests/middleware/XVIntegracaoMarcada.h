@@ -42,5 +42,7 @@ constexpr XVUInt64 Numero(XVUInt64 uiChave) {
 
 // Reads the integration and compares every field; empty when all is as expected, otherwise what differs.
 std::string Confere(CBaseMiddleware& rLoja, const SIntegracaoMarcada& rEsperada);
+// The same of what was read already.
+std::string Confere(const SIntegracaoLida& lida, const SIntegracaoMarcada& rEsperada);
 
 }  // namespace XVIntegracaoMarcada

@@ -40,8 +40,6 @@ class CXVVarreduraMorteLoja : public CXVCenarioVarredura {
     }
 
     void ConferePorConsulta(bool bReconhecida) {
-        // A store in the making, or one without headers, need not be ready for a viewer.
-        if (GetParam().eInicial != ELojaInicial::eComum) return;
         EXPECT_TRUE(AntesOuDepois(m_esperado.antes, m_esperado.depois, bReconhecida, RetrataParaConsulta()))
             << "a viewer before the store is opened again";
     }

@@ -35,6 +35,8 @@ IXVOperacoes& CXVContexto::Abre(EUsoDaBase eUso) {
         XVErroDeUso("--leitura não vale para um comando que grava");
     CompletaAcesso();
     ExigeEmpresa();
+    // What only reads leaves the store as it is, and works beside whoever writes.
+    if (eUso == EUsoDaBase::eLeitura && !bServidor) acesso.bSomenteLeitura = true;
     std::unique_ptr<IXVOperacoes> pOperacoes = XVCriaOperacoes(bServidor);
     XVConfere(pOperacoes->Inicializa(acesso));
     m_pOperacoes = std::move(pOperacoes);

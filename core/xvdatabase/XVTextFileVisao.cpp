@@ -1,0 +1,88 @@
+// CXVTextFile: viewing. Texts are only ever appended: those in memory stay true, and what a writer has added
+// since is found behind them.
+#include <cstring>
+#include <mutex>
+
+#include "core/xvdatabase/XVArquivoVisto.h"
+#include "core/xvdatabase/XVDataBase.h"
+#include "core/xvdatabase/XVTextFile.h"
+#include "support/XVCodigos.h"
+#include "support/XVProfiler.h"
+
+namespace {
+
+// More than this behind the texts in memory is loaded, not read for one text.
+constexpr XVUInt64 k_uiMaiorResto = 256U << 10;
+
+// The text uiIndice (0 is the first) of a run as it lies on disk.
+bool BuscaTexto(std::string_view sResto, XVUInt64 uiIndice, std::string& sTexto) {
+    XVUInt ulTexto = 0;
+    while (sResto.size() >= sizeof(ulTexto)) {
+        std::memcpy(&ulTexto, sResto.data(), sizeof(ulTexto));
+        sResto.remove_prefix(sizeof(ulTexto));
+        if (ulTexto > sResto.size()) return false;
+        if (uiIndice-- == 0) {
+            sTexto = sResto.substr(0, std::min(sResto.find('\0'), std::size_t{ulTexto}));
+            return true;
+        }
+        sResto.remove_prefix(ulTexto);
+    }
+    return false;
+}
+
+}  // namespace
+
+HRESULT CXVTextFile::CarregaNovos() {
+    const CXVMomento::CAtivo suspende(nullptr);
+    const std::unique_lock lock(GetLock());
+    CXVArquivoVisto arquivo(*GetDataBase()->GetVisao(), GetNomeArquivo());
+    SAreaVista area;
+    CXVErroArquivo erro = arquivo.GetArea(&area);
+    const XVUInt64 uiInicio = area.uiSeek + m_uiFimCarregado;
+    if (erro.Ok() && area.uiTamanho <= uiInicio) return S_OK;
+    const auto uiNovos = static_cast<std::size_t>(area.uiTamanho - uiInicio);
+    if (erro.Ok()) {
+        m_listaBlocos.emplace_back(new char[uiNovos]);
+        erro = arquivo.Le(uiInicio, m_listaBlocos.back().get(), uiNovos);
+    }
+    if (!erro.Ok()) XV_CHECK_TEXTO(CatchInicializacao(&erro), "CatchInicializacao(pEx)");
+    XV_CHECK_TEXTO(Recusa(InterpretaDados(m_listaBlocos.back().get(), m_uiFimCarregado, uiNovos)),
+                   "InterpretaDados(m_listaBlocos.back().get(), m_uiFimCarregado, uiNovos)");
+    m_uiFimCarregado += uiNovos;
+    return S_OK;
+}
+
+// A text behind those in memory: read in the moment of the record that names it.
+HRESULT CXVTextFile::LeVisto(XVUInt uiPosicao, std::string& sTexto) const {
+    for (int i = 0; i < 2; ++i) {
+        std::string sResto;
+        XVUInt64 uiResto = 0;
+        XVUInt64 uiQtd = 0;
+        const CXVErroArquivo erro = GetDataBase()->GetVisao()->NoMomento([&](CXVMomento& rMomento) {
+            const std::shared_lock lock(GetLock());
+            uiQtd = m_colecao.size();
+            SAreaVista area;
+            CXVErroArquivo erroLe = rMomento.GetArea(GetNomeArquivo(), &area);
+            const XVUInt64 uiInicio = area.uiSeek + m_uiFimCarregado;
+            uiResto = area.uiTamanho > uiInicio ? area.uiTamanho - uiInicio : 0;
+            sResto.resize(uiResto > k_uiMaiorResto ? 0 : static_cast<std::size_t>(uiResto));
+            if (erroLe.Ok() && !sResto.empty())
+                erroLe = rMomento.Le(GetNomeArquivo(), uiInicio, sResto.data(), sResto.size());
+            return erroLe;
+        });
+        if (!erro.Ok())
+            XV_CHECK_TEXTO(const_cast<CXVTextFile*>(this)->CatchInicializacao(&erro),
+                           "CatchInicializacao(pEx)");
+        if (uiPosicao > uiQtd && BuscaTexto(sResto, uiPosicao - uiQtd - 1, sTexto)) return S_OK;
+        if (uiResto <= k_uiMaiorResto && uiPosicao > uiQtd) break;
+        // What a viewer keeps in memory is a copy of the disk: adding to it changes nothing.
+        XV_CHECK(const_cast<CXVTextFile*>(this)->CarregaNovos());
+        const std::shared_lock lock(GetLock());
+        if (uiPosicao <= m_colecao.size()) {
+            const std::string_view sGuardado = m_colecao[uiPosicao - 1].GetTexto();
+            sTexto = sGuardado.substr(0, sGuardado.find('\0'));
+            return S_OK;
+        }
+    }
+    XV_FALHA(E_XVCR_POSICAO_LEITURA_SUPERIOR_QUANTIDADE_ARQUIVO);
+}

@@ -1,0 +1,194 @@
+// Viewing: beside a writer that never rests, without a byte to spare, on a medium that cannot be written, and
+// of files that say where they end.
+#include <atomic>
+#include <thread>
+
+#include "core/xvdatabase/XVDiarioFormato.h"
+#include "tests/apoio/XVSistemaArquivosMorte.h"
+#include "tests/middleware/XVCenarioLoja.h"
+#include "tests/middleware/XVIntegracaoMarcada.h"
+#include "tests/middleware/XVRetratoLoja.h"
+
+namespace {
+
+class CXVVisaoTeste : public CXVCenarioLoja {
+  protected:
+    TLoja AbreVisor() const {
+        auto pVisor = std::make_unique<CBaseMiddleware>();
+        pVisor->SetSomenteLeitura(true);
+        EXPECT_EQ(pVisor->Inicializa(&m_Dono), S_OK);
+        return pVisor;
+    }
+};
+
+// Every field and text of what was read belongs to one and the same version.
+std::string ConfereVersaoUnica(const SIntegracaoLida& rLida, XVUInt64* puiVersao) {
+    const XVUInt64 uiChave = rLida.reg.uiChaveIntegracaoSistemaTerceiro;
+    *puiVersao = uiChave & 0xFFFFFF;
+    SIntegracaoMarcada esperada =
+        XVIntegracaoMarcada::Nova(XVIntegracaoMarcada::Numero(uiChave), *puiVersao);
+    esperada.regDmc = rLida.reg.regDmc;
+    esperada.uiAlteracao = rLida.reg.regDataHoraAlteracaoStatus.uiValor;
+    return XVIntegracaoMarcada::Confere(rLida, esperada);
+}
+
+TEST_F(CXVVisaoTeste, IntegracoesSaoDeUmMomentoAoLadoDeQuemNaoPara) {
+    constexpr XVUInt64 k_uiIntegracoes = 3;
+    constexpr int k_iRodadas = 300;
+    const TLoja pEscritor = Abre();
+    std::vector<REG_XVDMC> listaDmc(k_uiIntegracoes);
+    for (XVUInt64 n = 0; n < k_uiIntegracoes; ++n)
+        ASSERT_EQ(XVIntegracaoMarcada::GravaNova(*pEscritor, n + 1, 1, &listaDmc[n]), S_OK);
+    const TLoja pVisor = AbreVisor();
+    std::atomic<bool> bFim = false;
+    std::atomic<XVUInt64> uiGravadas = 0;
+    std::thread escritor([&] {
+        const CXVCapturaTrace captura;
+        for (XVUInt64 v = 2; !bFim && v < 100000; ++v) {
+            const std::size_t n = static_cast<std::size_t>(v % k_uiIntegracoes);
+            if (FAILED(XVIntegracaoMarcada::GravaAlterada(*pEscritor, listaDmc[n], n + 1, v))) break;
+            if (v % 16 == 0) {
+                REG_XVDMC regNova;
+                if (FAILED(XVIntegracaoMarcada::GravaNova(*pEscritor, 100 + v, v, &regNova))) break;
+            }
+            uiGravadas = v;
+        }
+    });
+    XVUInt64 aUltima[k_uiIntegracoes] = {};
+    for (int i = 0; i < k_iRodadas && !HasFailure(); ++i) {
+        const std::size_t n = static_cast<std::size_t>(i) % k_uiIntegracoes;
+        const XVUInt64 uiAntes = uiGravadas;
+        XVUInt64 uiVersao = 0;
+        const SIntegracaoLida lida = XVLe(*pVisor, listaDmc[n]);
+        ASSERT_EQ(ConfereVersaoUnica(lida, &uiVersao), "") << "round " << i;
+        EXPECT_GE(uiVersao, aUltima[n]) << "an older version than was seen before";
+        EXPECT_GE(uiVersao + k_uiIntegracoes, uiAntes) << "older than what was over when the call began";
+        aUltima[n] = uiVersao;
+        if (i % 10 != 0) continue;
+        const TListaDmc achadas = XVBusca(*pVisor, {.tipos = {1, 2, 3}});
+        for (const XVUInt64 uiDmc : achadas)
+            ASSERT_EQ(ConfereVersaoUnica(XVLe(*pVisor, {uiDmc}), &uiVersao), "") << "round " << i;
+        ASSERT_GE(XVBusca(*AbreVisor()).size(), k_uiIntegracoes);
+        while (uiGravadas < uiAntes + 4) std::this_thread::yield();
+    }
+    bFim = true;
+    escritor.join();
+    EXPECT_GT(uiGravadas, 100U) << "the writer worked meanwhile";
+}
+
+TEST_F(CXVVisaoTeste, NadaEhEscritoNemComErro) {
+    REG_XVDMC regDmc;
+    {
+        const TLoja pLoja = Abre();
+        regDmc = Grava(*pLoja, CXVIntegracaoTeste(1).Textos("{}", "m", "{}"));
+    }
+    CXVSistemaArquivosMorte contador(m_Arquivos, CXVSistemaArquivosMorte::EContagem::eAlteracoes);
+    const CXVGuardaSistemaArquivos guarda(contador);
+    contador.Nasce(0);
+    const auto antes = m_Arquivos.Retrata();
+    {
+        const TLoja pVisor = AbreVisor();
+        const TRetratoLoja retrato = XVRetrataLoja(*pVisor);
+        EXPECT_EQ(XVLe(*pVisor, regDmc).sJSON, "{}");
+        EXPECT_EQ(contador.GetQuantidade(), 0U) << "operations that can change something";
+        const CXVCapturaTrace escreve(false);  // and to the log
+        EXPECT_EQ(XVLe(*pVisor, {XVChaveDmc(k_uiHoje, 77)}).hr, E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA);
+        EXPECT_FALSE(escreve.GetFalhas().empty());
+    }
+    bool bNosProgramas = false;
+    for (const auto& [sCaminho, rArquivo] : m_Arquivos.Retrata()) {
+        const auto it = antes.find(sCaminho);
+        if (it != antes.end() && it->second == rArquivo) continue;
+        EXPECT_NE(sCaminho.find("XVProfilerErros_Pgms_"), std::string::npos) << sCaminho << " has changed";
+        bNosProgramas = true;
+    }
+    EXPECT_TRUE(bNosProgramas);
+}
+
+TEST_F(CXVVisaoTeste, SemUmByteLivreTudoSeLe) {
+    const TLoja pEscritor = Abre();
+    const REG_XVDMC regDmc = Grava(*pEscritor, CXVIntegracaoTeste(1).Textos("{}", "m", "{}"));
+    m_Arquivos.LimitaEspaco(0);
+    const TLoja pVisor = AbreVisor();
+    EXPECT_EQ(XVLe(*pVisor, regDmc).sMensagem, "m");
+    CXVIntegracaoTeste outra(2);
+    REG_XVDMC regOutra;
+    EXPECT_EQ(pEscritor->GravaIntegracao(&regOutra, outra.Textos("{}", "n", "{}").Ptr()), eDiskFull);
+    EXPECT_EQ(XVBusca(*pVisor), (TListaDmc{regDmc.uiValor}));
+    EXPECT_EQ(XVBusca(*AbreVisor()), (TListaDmc{regDmc.uiValor}));
+    m_Arquivos.LimitaEspaco(std::nullopt);
+}
+
+TEST_F(CXVVisaoTeste, ArquivoAcabaOndeOCabecalhoDiz) {
+    {
+        const TLoja pLoja = Abre();
+        Grava(*pLoja, CXVIntegracaoTeste(1).Textos("{}", "m", "{}"));
+    }
+    const TRetratoLoja esperado = XVRetrataLoja(*AbreVisor());
+    for (const char* pszNome : {"CRINDEXINTEG.dat", "CRINTEGMID20240315.dat", "CRINTEGMIDJSON20240315.dat",
+                                "CRINTEGMIDMENS20240315.dat"}) {
+        SCOPED_TRACE(pszNome);
+        const std::string sAntes = Conteudo(pszNome);
+        for (const std::size_t uiSobra : {std::size_t{1}, std::size_t{24}, std::size_t{100}}) {
+            m_Arquivos.CriaArquivo(PastaDados(pszNome), sAntes + std::string(uiSobra, '\xFF'));
+            EXPECT_EQ(XVDiferenca(esperado, XVRetrataLoja(*AbreVisor())), "");
+        }
+        m_Arquivos.CriaArquivo(PastaDados(pszNome), sAntes);
+    }
+}
+
+TEST_F(CXVVisaoTeste, VisorAntigoVeODiaNovoEOQueEraDeOutroMomento) {
+    const TLoja pVisor = AbreVisor();  // of a directory without a store
+    EXPECT_TRUE(XVBusca(*pVisor).empty());
+    REG_XVDMC regPrimeira;
+    {
+        const TLoja pEscritor = Abre();
+        regPrimeira = Grava(*pEscritor, CXVIntegracaoTeste(1).Textos("{}", "m", "{}"));
+        EXPECT_EQ(XVLe(*pVisor, regPrimeira).sMensagem, "m");
+    }
+    EXPECT_EQ(XVBusca(*pVisor), (TListaDmc{regPrimeira.uiValor})) << "nobody has it open any more";
+    {
+        const TLoja pEscritor = Abre();
+        SetDia(16);
+        const REG_XVDMC regOutra = Grava(*pEscritor, CXVIntegracaoTeste(2).Textos("{\"b\":1}", "n", "{}"));
+        EXPECT_EQ(XVLe(*pVisor, regOutra).sJSON, "{\"b\":1}") << "a day's first file";
+        EXPECT_EQ(pEscritor->GravaChaveRegistroTelvoParaTerceiro({500, XVRegistroMapa(1), 0, k_eTipoMapa,
+                                                                  Mercos, {}}),
+                  S_OK);
+        EXPECT_EQ(XVBusca(*pVisor, {.de = 2, .sistemas = {Mercos}}), (TListaDmc{regOutra.uiValor}));
+        EXPECT_EQ(XVDiferenca(XVRetrataLoja(*pEscritor), XVRetrataLoja(*pVisor)), "");
+        SetDia(15, 13);
+        const std::string sGrande(300000, 'g');
+        const REG_XVDMC regGrande = Grava(*pEscritor, CXVIntegracaoTeste(3).Textos(sGrande, "g", sGrande));
+        EXPECT_EQ(XVLe(*pVisor, regGrande).sRetorno, sGrande) << "behind the texts in memory";
+        EXPECT_EQ(XVLe(*pVisor, regPrimeira).sMensagem, "m");
+    }
+    EXPECT_EQ(XVDiferenca(XVRetrataLoja(*AbreVisor()), XVRetrataLoja(*pVisor)), "");
+    EXPECT_EQ(m_Arquivos.GetQuantidadeAberta(), 0U) << "a viewer at rest holds no file";
+}
+
+TEST_F(CXVVisaoTeste, DiarioQueNaoExplicaOsArquivosNaoMudaOQueSeVe) {
+    REG_XVDMC regDmc;
+    std::string sDiario;
+    {
+        const TLoja pLoja = Abre();
+        regDmc = Grava(*pLoja, CXVIntegracaoTeste(1).Textos("{}", "m", "{}"));
+        sDiario = Conteudo(k_pszNomeDiario);
+        Grava(*pLoja, CXVIntegracaoTeste(2).Textos("{}", "n", "{}"));
+        Grava(*pLoja, CXVIntegracaoTeste(3).Textos("{}", "o", "{}"));
+    }
+    const TRetratoLoja esperado = XVRetrataLoja(*AbreVisor());
+    ASSERT_GT(sDiario.size(), k_uiTamanhoPaginaDiario);
+    // Of an earlier time; cut short in every part of its head; of noise.
+    std::vector<std::string> lista{sDiario, std::string(sDiario.size(), '\xA5')};
+    for (const std::size_t ui : {std::size_t{0}, std::size_t{31}, std::size_t{519}, std::size_t{520},
+                                 std::size_t{4095}, std::size_t{4096}, sDiario.size() - 1})
+        lista.push_back(sDiario.substr(0, ui));
+    for (const std::string& sConteudo : lista) {
+        m_Arquivos.CriaArquivo(PastaDados(k_pszNomeDiario), sConteudo);
+        EXPECT_EQ(XVDiferenca(esperado, XVRetrataLoja(*AbreVisor())), "") << sConteudo.size();
+        EXPECT_EQ(Conteudo(k_pszNomeDiario), sConteudo);
+    }
+}
+
+}  // namespace
