@@ -1,8 +1,10 @@
 // What the operation journal costs, and what a recording that has reached the device costs beside SQLite. All
 // ways of recording take turns within one run, block by block, so that what else the machine does meets all
-// of them alike; the figures are medians and minima over the rounds. Options: --rodadas=N --operacoes=N (of a
-// block that waits for no device) --so=PART (of the name) --json=FILE
-// --pasta=DIRECTORY (of the disk to measure; the system's place for temporary files)
+// of them alike; the figures are medians and minima over the rounds.
+//
+// Options: --rodadas=N (rounds), --operacoes=N (of a block that waits for no device), --aquecimento=N (before
+// the first round), --so=PART (of the name), --json=FILE, --pasta=DIRECTORY (of the disk to measure;
+// otherwise the system's place for temporary files).
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
@@ -37,7 +39,10 @@ SOpcoes LeOpcoes(int iArgumentos, char** ppArgumentos) {
         if (s.starts_with("--rodadas="))
             opcoes.uiRodadas = uiValor;
         else if (s.starts_with("--operacoes="))
-            opcoes.tamanhos = {uiValor, std::max(1U, uiValor / 2), std::max(k_uiThreadsBench, uiValor * 2)};
+            opcoes.tamanhos = {uiValor, std::max(1U, uiValor / 2),
+                               std::max(1U, uiValor / 4) * k_uiThreadsBench, opcoes.tamanhos.uiAquecimento};
+        else if (s.starts_with("--aquecimento="))
+            opcoes.tamanhos.uiAquecimento = uiValor;
         else if (s.starts_with("--so="))
             opcoes.sFiltro = sValor;
         else if (s.starts_with("--json="))
@@ -52,16 +57,17 @@ SOpcoes LeOpcoes(int iArgumentos, char** ppArgumentos) {
 }
 
 double Mede(const SVarianteDiario& rVariante) {
-    const auto inicio = std::chrono::steady_clock::now();
+    using TRelogio = std::chrono::steady_clock;
+    const TRelogio::time_point inicio = TRelogio::now();
     rVariante.fnBloco(rVariante.uiOperacoes);
-    const std::chrono::duration<double, std::micro> duracao = std::chrono::steady_clock::now() - inicio;
+    const std::chrono::duration<double, std::micro> duracao = TRelogio::now() - inicio;
     return duracao.count() / rVariante.uiOperacoes;
 }
 
-// The first block of each makes its files and warms up; it does not count. No variant always goes first.
-void MedeTodas(std::vector<SVarianteDiario>& rLista, unsigned uiRodadas) {
-    for (const SVarianteDiario& rVariante : rLista) Mede(rVariante);
-    for (unsigned uiRodada = 0; uiRodada < uiRodadas; ++uiRodada) {
+// What makes the files and warms up does not count. No variant always goes first.
+void MedeTodas(std::vector<SVarianteDiario>& rLista, const SOpcoes& rOpcoes) {
+    for (const SVarianteDiario& rVariante : rLista) rVariante.fnBloco(rOpcoes.tamanhos.uiAquecimento);
+    for (unsigned uiRodada = 0; uiRodada < rOpcoes.uiRodadas; ++uiRodada) {
         for (std::size_t i = 0; i < rLista.size(); ++i) {
             SVarianteDiario& rVariante = rLista[(i + uiRodada) % rLista.size()];
             rVariante.listaUs.push_back(Mede(rVariante));
@@ -172,7 +178,9 @@ bool GravaJson(const std::string& sCaminho, const std::vector<SVarianteDiario>& 
 int main(int argc, char** argv) {
     const SOpcoes opcoes = LeOpcoes(argc, argv);
     if (!opcoes.bValidas) {
-        std::fprintf(stderr, "options: --rodadas=N --operacoes=N --so=PART --json=FILE --pasta=DIRECTORY\n");
+        std::fprintf(stderr,
+                     "options: --rodadas=N --operacoes=N --aquecimento=N --so=PART "
+                     "--json=FILE --pasta=DIRECTORY\n");
         return 2;
     }
     if (!k_bOtimizado) {
@@ -185,7 +193,7 @@ int main(int argc, char** argv) {
         std::fprintf(stderr, "nothing is called %s\n", opcoes.sFiltro.c_str());
         return 2;
     }
-    MedeTodas(lista, opcoes.uiRodadas);
+    MedeTodas(lista, opcoes);
     const std::vector<SResultado> listaResultados = Compara(lista);
     Imprime(lista, listaResultados);
     if (!opcoes.sJson.empty() && !GravaJson(opcoes.sJson, lista, listaResultados)) {

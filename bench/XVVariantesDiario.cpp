@@ -107,17 +107,17 @@ class CXVArquivosBench {
                   "Abre");
         m_aBytes.resize(1U << 20);
         for (const auto& p : m_listaArquivos) Exige(p->Grava(0, m_aBytes.data(), m_aBytes.size()), "Grava");
-        m_uiOffset = m_aBytes.size();
+        m_listaFins.assign(uiArquivos, m_aBytes.size());
     }
 
     // The ten writes of one recording: payload at the end, header over the one that stands there.
     void GravaCinco() {
         constexpr std::size_t k_auiTamanhos[] = {1504, 84, 604, 88, 24};
         for (std::size_t i = 0; i < std::size(k_auiTamanhos); ++i) {
-            Exige(m_listaArquivos[i]->Grava(m_uiOffset, m_aBytes.data(), k_auiTamanhos[i]), "Grava");
+            Exige(m_listaArquivos[i]->Grava(m_listaFins[i], m_aBytes.data(), k_auiTamanhos[i]), "Grava");
             Exige(m_listaArquivos[i]->Grava(24, m_aBytes.data(), 216), "Grava");
+            m_listaFins[i] += k_auiTamanhos[i];
         }
-        m_uiOffset += k_auiTamanhos[0];
     }
 
     // One entry into a file whose length does not change, and to the device.
@@ -133,7 +133,8 @@ class CXVArquivosBench {
                                                  ECriacaoArquivo::eCriaSeAusente};
     std::vector<std::unique_ptr<IXVArquivo>> m_listaArquivos;
     std::vector<std::byte> m_aBytes;
-    XVUInt64 m_uiOffset = 0;
+    std::vector<XVUInt64> m_listaFins;
+    XVUInt64 m_uiOffset = 0;  // of the entry
 };
 
 // fn(thread, number of operations) in all threads.

@@ -18,11 +18,12 @@ struct SVarianteDiario {
 };
 
 // How many operations a block has: of those that wait for no device, of those that wait, by one caller and by
-// all threads.
+// all threads. Before the first block come as many as the journal's ring takes and more: its pages are met.
 struct STamanhosBloco {
     unsigned uiSemEspera = 200;
     unsigned uiComEspera = 100;
     unsigned uiComThreads = 400;
+    unsigned uiAquecimento = 400;
 };
 
 // Those whose name contains sFiltro; each has opened its store. rAmbiente must outlive them.

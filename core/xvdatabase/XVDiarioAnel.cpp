@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <atomic>
 #include <cstring>
+#include <utility>
 
 #include "platform/XVVistaPorChamadas.h"
 #include "support/XVSoma64.h"
@@ -14,6 +15,20 @@ std::atomic<XVUInt64> g_uiTamanhoAnel = k_uiTamanhoUsual;
 
 bool Sobrepoem(XVUInt64 uiInicio1, XVUInt64 uiTamanho1, XVUInt64 uiInicio2, XVUInt64 uiTamanho2) {
     return uiInicio1 < uiInicio2 + uiTamanho2 && uiInicio2 < uiInicio1 + uiTamanho1;
+}
+
+// With the filler that the parts of an entry have.
+std::size_t Cheio(std::size_t uiTamanho) {
+    return XVAlinha(uiTamanho, 8);
+}
+
+// Copies with a filler of zeros; gives where the next goes.
+std::byte* Copia(std::byte* pDestino, const void* pDados, std::size_t uiTamanho) {
+    if (uiTamanho == 0) return pDestino;
+    std::byte* pFim = pDestino + Cheio(uiTamanho);
+    std::memset(pDestino + uiTamanho, 0, static_cast<std::size_t>(pFim - pDestino) - uiTamanho);
+    std::memcpy(pDestino, pDados, uiTamanho);
+    return pFim;
 }
 
 }  // namespace
@@ -71,10 +86,11 @@ CXVErroArquivo CXVDiarioAnel::Invalida(IXVArquivo& rArquivo) {
     return erro.Ok() ? rArquivo.Sincroniza() : erro;
 }
 
-void CXVDiarioAnel::Anexa(const void* pDados, std::size_t uiTamanho) {
-    const auto* p = static_cast<const std::byte*>(pDados);
-    m_aEntrada.insert(m_aEntrada.end(), p, p + uiTamanho);
-    m_aEntrada.resize(XVAlinha(m_aEntrada.size(), 8));
+// Room for uiTamanho more bytes of the entry, a multiple of 8; what stands there is to be written over.
+std::byte* CXVDiarioAnel::Estende(std::size_t uiTamanho) {
+    const std::size_t uiFim = m_uiTamanhoEntrada + uiTamanho;
+    if (uiFim > m_aEntrada.size()) m_aEntrada.resize(std::max(uiFim, m_aEntrada.size() * 2));
+    return m_aEntrada.data() + std::exchange(m_uiTamanhoEntrada, uiFim);
 }
 
 void CXVDiarioAnel::IniciaEntrada(ETipoEntrada eTipo) {
@@ -83,13 +99,16 @@ void CXVDiarioAnel::IniciaEntrada(ETipoEntrada eTipo) {
     reg.uiSessao = m_uiSessao;
     reg.uiNumero = m_uiUltima + 1;
     reg.eTipo = eTipo;
-    m_aEntrada.clear();
-    Anexa(&reg, sizeof(reg));
+    m_uiTamanhoEntrada = 0;
+    Copia(Estende(sizeof(reg)), &reg, sizeof(reg));
 }
 
 void CXVDiarioAnel::IncluiParte(std::string_view sNomeArquivo, const SGravacao& g) {
-    const std::size_t uiInicio = m_aEntrada.size();
+    const std::size_t uiCabecalhos =
+        g.bTemCabecalho ? Cheio(sizeof(g.regAntes)) + Cheio(sizeof(g.regDepois)) : 0;
     REG_XVDIARIO_PARTE reg{};
+    reg.uiTamanhoParte =
+        sizeof(reg) + Cheio(sNomeArquivo.size()) + uiCabecalhos + Cheio(g.uiNovos) + Cheio(g.uiAntigos);
     reg.uiOffset = g.uiOffset;
     reg.uiTamanhoAntes = g.uiTamanhoAntes;
     reg.uiTamanhoDepois = g.uiTamanhoDepois;
@@ -98,24 +117,22 @@ void CXVDiarioAnel::IncluiParte(std::string_view sNomeArquivo, const SGravacao& 
     reg.usTamanhoNome = static_cast<XVUShort>(sNomeArquivo.size());
     if (g.bCria) reg.ucMarcas |= k_ucParteCria;
     if (g.bTemCabecalho) reg.ucMarcas |= k_ucParteCabecalho;
-    Anexa(&reg, sizeof(reg));
-    Anexa(sNomeArquivo.data(), sNomeArquivo.size());
+    std::byte* p = Estende(static_cast<std::size_t>(reg.uiTamanhoParte));
+    p = Copia(p, &reg, sizeof(reg));
+    p = Copia(p, sNomeArquivo.data(), sNomeArquivo.size());
     if (g.bTemCabecalho) {
-        Anexa(&g.regAntes, sizeof(g.regAntes));
-        Anexa(&g.regDepois, sizeof(g.regDepois));
+        p = Copia(p, &g.regAntes, sizeof(g.regAntes));
+        p = Copia(p, &g.regDepois, sizeof(g.regDepois));
     }
-    Anexa(g.pNovos, g.uiNovos);
-    Anexa(g.pAntigos, g.uiAntigos);
-    reg.uiTamanhoParte = m_aEntrada.size() - uiInicio;
-    std::memcpy(m_aEntrada.data() + uiInicio, &reg.uiTamanhoParte, sizeof(reg.uiTamanhoParte));
-    auto* pEntrada = reinterpret_cast<REG_XVDIARIO_ENTRADA*>(m_aEntrada.data());
-    ++pEntrada->ulPartes;
+    p = Copia(p, g.pNovos, g.uiNovos);
+    Copia(p, g.pAntigos, g.uiAntigos);
+    ++reinterpret_cast<REG_XVDIARIO_ENTRADA*>(m_aEntrada.data())->ulPartes;
 }
 
 // The place of the next entry. The entries lie in the order of their age behind each other, but for one that
 // did not fit the ring.
 CXVDiarioAnel::SLugar CXVDiarioAnel::Planeja() const {
-    const XVUInt64 uiTamanho = XVAlinha(m_aEntrada.size(), k_uiAlinhamentoEntrada);
+    const XVUInt64 uiTamanho = XVAlinha(m_uiTamanhoEntrada, k_uiAlinhamentoEntrada);
     SLugar lugar;
     XVUInt64 uiPulado = 0;  // bytes at the end of the ring that stay behind
     if (uiTamanho > m_uiTamanhoAnel / 2) {
@@ -151,13 +168,13 @@ CXVErroArquivo CXVDiarioAnel::Dispensa(XVUInt64 uiNumero) {
 }
 
 CXVErroArquivo CXVDiarioAnel::GravaBytes(XVUInt64 uiOffset) {
-    if (uiOffset == GetFimAnel()) return m_pArquivo->Grava(uiOffset, m_aEntrada.data(), m_aEntrada.size());
-    return m_pVista->Grava(uiOffset, m_aEntrada.data(), m_aEntrada.size());
+    if (uiOffset == GetFimAnel()) return m_pArquivo->Grava(uiOffset, m_aEntrada.data(), m_uiTamanhoEntrada);
+    return m_pVista->Grava(uiOffset, m_aEntrada.data(), m_uiTamanhoEntrada);
 }
 
 CXVErroArquivo CXVDiarioAnel::GravaEntrada(XVUInt64& uiNumero) {
     const SLugar lugar = Planeja();
-    const XVUInt64 uiTamanho = XVAlinha(m_aEntrada.size(), k_uiAlinhamentoEntrada);
+    const XVUInt64 uiTamanho = XVAlinha(m_uiTamanhoEntrada, k_uiAlinhamentoEntrada);
     if (lugar.uiSubstituidas > 0) {
         const CXVErroArquivo erro = Dispensa(m_listaVivas[lugar.uiSubstituidas - 1].uiNumero);
         if (!erro.Ok()) return erro;
@@ -165,14 +182,15 @@ CXVErroArquivo CXVDiarioAnel::GravaEntrada(XVUInt64& uiNumero) {
     uiNumero = m_uiUltima + 1;
     m_listaVivas.push_back({uiNumero, lugar.uiOffset, uiTamanho});
     auto* pEntrada = reinterpret_cast<REG_XVDIARIO_ENTRADA*>(m_aEntrada.data());
-    pEntrada->uiTamanho = m_aEntrada.size();
-    pEntrada->uiSoma = XVSoma64(m_aEntrada.data(), m_aEntrada.size());
+    pEntrada->uiTamanho = m_uiTamanhoEntrada;
+    pEntrada->uiSoma = XVSoma64(m_aEntrada.data(), m_uiTamanhoEntrada);
     pEntrada->uiEstado = XVEstadoEntrada(uiNumero, EEstadoEntrada::eRefazer);
     const CXVErroArquivo erro = GravaBytes(lugar.uiOffset);
     if (!erro.Ok()) {
         m_listaVivas.pop_back();
         // Should all of it have been written in spite of the error, it is no entry all the same.
-        m_aEntrada.assign(sizeof(REG_XVDIARIO_ENTRADA), std::byte{0});
+        std::memset(m_aEntrada.data(), 0, sizeof(REG_XVDIARIO_ENTRADA));
+        m_uiTamanhoEntrada = sizeof(REG_XVDIARIO_ENTRADA);
         GravaBytes(lugar.uiOffset).Ignora();
         return erro;
     }

@@ -65,7 +65,7 @@ class CXVDiarioAnel {
 
     SLugar Planeja() const;
     XVUInt64 GetFimAnel() const { return k_uiTamanhoPaginaDiario + m_uiTamanhoAnel; }
-    void Anexa(const void* pDados, std::size_t uiTamanho);
+    std::byte* Estende(std::size_t uiTamanho);
     CXVErroArquivo GravaBytes(XVUInt64 uiOffset);
     const SViva* Busca(XVUInt64 uiNumero) const;
 
@@ -77,5 +77,6 @@ class CXVDiarioAnel {
     XVUInt64 m_uiPrimeira = 1;
     XVUInt64 m_uiProximo = k_uiTamanhoPaginaDiario;
     std::deque<SViva> m_listaVivas;     // oldest first
-    std::vector<std::byte> m_aEntrada;  // kept for its memory
+    std::vector<std::byte> m_aEntrada;  // kept for its memory; the entry is at its front
+    std::size_t m_uiTamanhoEntrada = 0;
 };
