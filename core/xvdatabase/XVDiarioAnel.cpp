@@ -133,9 +133,10 @@ void CXVDiarioAnel::IncluiParte(std::string_view sNomeArquivo, const SGravacao& 
 // did not fit the ring.
 CXVDiarioAnel::SLugar CXVDiarioAnel::Planeja() const {
     const XVUInt64 uiTamanho = XVAlinha(m_uiTamanhoEntrada, k_uiAlinhamentoEntrada);
+    const bool bLonga = uiTamanho > m_uiTamanhoAnel / 2;
     SLugar lugar;
     XVUInt64 uiPulado = 0;  // bytes at the end of the ring that stay behind
-    if (uiTamanho > m_uiTamanhoAnel / 2) {
+    if (bLonga) {
         lugar.uiOffset = GetFimAnel();
     } else if (m_uiProximo + uiTamanho > GetFimAnel()) {
         lugar.uiOffset = k_uiTamanhoPaginaDiario;
@@ -143,7 +144,8 @@ CXVDiarioAnel::SLugar CXVDiarioAnel::Planeja() const {
     } else {
         lugar.uiOffset = m_uiProximo;
     }
-    for (std::size_t i = 0; i < m_listaVivas.size() && i <= lugar.uiSubstituidas + 1; ++i) {
+    // In the ring the oldest lie ahead, at most one that did not fit among them; that one may be of any age.
+    for (std::size_t i = 0; i < m_listaVivas.size() && (bLonga || i <= lugar.uiSubstituidas + 1); ++i) {
         const SViva& rViva = m_listaVivas[i];
         if (Sobrepoem(lugar.uiOffset, uiTamanho, rViva.uiOffset, rViva.uiTamanho) ||
             Sobrepoem(m_uiProximo, uiPulado, rViva.uiOffset, rViva.uiTamanho))

@@ -1,5 +1,6 @@
 // CXVDiario: operations carried out, one by one or together.
 #include <algorithm>
+#include <exception>
 #include <utility>
 
 #include "core/xvdatabase/XVCodigosArquivo.h"
@@ -142,7 +143,11 @@ CXVErroArquivo CXVDiario::TentaDesfazer(CXVOperacao& rOperacao, XVUInt64 uiNumer
     // Rare, and worth a flush whatever the durability: an operation that failed must not come back.
     if (erro.Ok()) erro = m_pArquivo->Sincroniza();
     if (erro.Ok()) erro = rOperacao.Desfaz();
-    if (erro.Ok() && m_bDuravel) erro = SincronizaAlterados();
+    try {
+        if (erro.Ok() && m_bDuravel) erro = SincronizaAlterados();
+    } catch (const std::exception&) {  // out of memory: tried again later
+        erro = {ECausaArquivo::eGenerica, 0};
+    }
     if (erro.Ok()) erro = m_anel.MarcaEstado(uiNumero, EEstadoEntrada::eNula);
     if (erro.Ok()) m_anel.MarcaConcluida(uiNumero).Ignora();
     return erro;
