@@ -22,8 +22,8 @@ class CXVDiarioAnel {
 
     // Makes the file a journal of a new session, with device blocks behind every byte of the ring. rArquivo
     // must outlive the object or Fecha. bMapeia: through memory where that is possible, which is right while
-    // nothing is flushed; a flush of bytes that were stored through a mapping takes three times as long as one of
-    // bytes that were written by a call.
+    // nothing is flushed; a flush of bytes that were stored through a mapping takes three times as long as
+    // one of bytes that were written by a call.
     CXVErroArquivo Prepara(IXVArquivo& rArquivo, XVUInt64 uiSessao, bool bMapeia);
     bool EstaPronto() const { return m_pVista != nullptr; }
     void Fecha();
