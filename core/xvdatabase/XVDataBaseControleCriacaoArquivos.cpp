@@ -147,6 +147,14 @@ HRESULT CXVDataBaseControleCriacaoArquivos::RemoveControleCriacaoArquivos() {
     std::string sDiretorio;
     XV_CHECK(CXVDataBaseUtil::GetPathDados(m_eModulo, GetEmpresa(), &sDiretorio));
     const std::string sNomeTra = XVNomeArquivo::TrocaExtensao(k_sNomeControle, "tra");
+    const std::string sPathTra = XVPlataforma::SistemaArquivos().Junta(sDiretorio, sNomeTra);
+    bool bExiste = false;
+    XV_CHECK(CXVDataBaseUtil::Existe(this, sPathTra, &bExiste));
+    if (bExiste)
+        XV_CHECK_TEXTO(XVArquivoRecusado::Anota(E_XVCR_ARQUIVO_TRA_ENCONTRADO, sPathTra, this),
+                       "E_XVCR_ARQUIVO_TRA_ENCONTRADO");
+
+    // From here on one of this name is ours, and is deleted when it is not needed.
     CXVCopiaProtegida copia(CXVDiario::Busca(sDiretorio));
     XV_CHECK(copia.Inicia(this, sNomeTra));
     CXVImagemArquivo xvFileNew(m_eModulo, sNomeTra);
@@ -163,15 +171,6 @@ HRESULT CXVDataBaseControleCriacaoArquivos::RemoveControleCriacaoArquivos() {
 // Under the mark: the ".tra" of the control file with every name but this one. No name left: no ".tra",
 // and the rename then deletes the control file.
 HRESULT CXVDataBaseControleCriacaoArquivos::GravaListaSemArquivo(CXVImagemArquivo& xvFileNew) {
-    std::string sPathTra;
-    const std::string sNomeTra = XVNomeArquivo::TrocaExtensao(k_sNomeControle, "tra");
-    XV_CHECK(CXVDataBaseUtil::GetPathArquivo(m_eModulo, GetEmpresa(), sNomeTra, &sPathTra));
-    bool bExiste = false;
-    XV_CHECK(CXVDataBaseUtil::Existe(this, sPathTra, &bExiste));
-    if (bExiste)
-        XV_CHECK_TEXTO(XVArquivoRecusado::Anota(E_XVCR_ARQUIVO_TRA_ENCONTRADO, sPathTra, this),
-                       "E_XVCR_ARQUIVO_TRA_ENCONTRADO");
-
     std::vector<std::string> aRegistrosNew;
     CXVDataBaseControle xvDB(m_eModulo, k_sNomeControle, CXVDataBaseControle::EUso::eLeitura);
     XV_CHECK(xvDB.Inicializa(this));

@@ -3,6 +3,8 @@
 
 #include <algorithm>
 #include <atomic>
+#include <exception>
+#include <random>
 
 #include "core/xvdatabase/XVCodigosArquivo.h"
 #include "core/xvdatabase/XVFileBase.h"
@@ -31,12 +33,23 @@ SRegistroDiarios& Diarios() {
     return registro;
 }
 
-// Another number than that of any journal that the file may have held before.
+// What cannot be guessed; 0 where the system has none.
+XVUInt64 Acaso() {
+    try {
+        std::random_device dispositivo;
+        return (XVUInt64{dispositivo()} << 32) | dispositivo();
+    } catch (const std::exception&) {
+        return 0;
+    }
+}
+
+// Another number than that of any journal that the file may have held before, and none that a client could
+// put into a text to make it look like an entry.
 XVUInt64 NovaSessao() {
     static std::atomic<XVUInt64> uiAberturas = 0;
     const SDataHora dh = XVPlataforma::Relogio().AgoraUTC();
     const XVUInt64 aPartes[] = {
-        ++uiAberturas, XVAmbienteSO::GetIdProcesso(), XVPlataforma::Relogio().GetTicks(),
+        Acaso(), ++uiAberturas, XVAmbienteSO::GetIdProcesso(), XVPlataforma::Relogio().GetTicks(),
         (XVUInt64{dh.usAno} << 40) | (XVUInt64{dh.ucMes} << 32) | (XVUInt64{dh.ucDia} << 24) |
             (XVUInt64{dh.ucHora} << 16) | (XVUInt64{dh.ucMinuto} << 8) | dh.ucSegundo};
     return XVSoma64(aPartes, sizeof(aPartes)) | 1;
@@ -102,7 +115,7 @@ HRESULT CXVDiario::Abre(const IXVDF_Profiler* pDono, EModulo eModulo, const std:
     if (FAILED(hr)) m_pArquivo.reset();
     XV_CHECK_TEXTO_DONO(pDono, hr, "Reconstroi(pDono)");
     LeDurabilidade(pDono, eModulo);
-    m_uiSegura = 0;
+    m_uiSegura = m_uiDispensada = 0;
     m_bAberto = true;
     m_sChave = ChaveDoDiretorio(sDiretorio);
     const std::lock_guard lock(Diarios().mutex);
@@ -204,11 +217,17 @@ HRESULT CXVDiario::IniciaCopia(const IXVDF_Profiler* pDono, const std::string& s
     m_anel.IniciaEntrada(ETipoEntrada::eCopia);
     m_anel.IncluiParte(sNomeCopia, SGravacao{});
     XVUInt64 uiNumero = m_anel.GetUltima() + 1;
-    const SCopia copia{XVPlataforma::SistemaArquivos().Junta(m_sDiretorio, sNomeCopia)};
+    const SCopia copia{sNomeCopia, XVPlataforma::SistemaArquivos().Junta(m_sDiretorio, sNomeCopia), uiNumero};
     m_mapCopias.emplace(uiNumero, copia);  // memory may run out: before the entry is written
     if (erro.Ok()) erro = m_anel.GravaEntrada(uiNumero);
     if (!erro.Ok()) m_mapCopias.erase(m_anel.GetUltima() + 1);
-    if (erro.Ok() && m_bDuravel) erro = m_pArquivo->Sincroniza();
+    if (erro.Ok() && m_bDuravel) {
+        erro = m_pArquivo->Sincroniza();
+        if (!erro.Ok()) {  // nobody makes the copy: one of this name will be somebody else's
+            m_mapCopias.erase(uiNumero);
+            m_anel.MarcaEstado(uiNumero, EEstadoEntrada::eNula).Ignora();
+        }
+    }
     if (!erro.Ok())
         XV_CHECK_TEXTO_DONO(pDono, XVCodigosArquivo::DeExcecao(erro.GetCausa()).hr,
                             "IniciaCopia(sNomeCopia)");
@@ -233,7 +252,7 @@ CXVErroArquivo CXVDiario::ApagaCopias() {
         }
         if (rSistema.Existe(it->second.sPath) != EExistencia::eAusente)
             if (const CXVErroArquivo erro = rSistema.Apaga(it->second.sPath); !erro.Ok()) return erro;
-        m_anel.MarcaEstado(it->first, EEstadoEntrada::eNula).Ignora();
+        m_anel.MarcaEstado(it->second.uiEntrada, EEstadoEntrada::eNula).Ignora();
         it = m_mapCopias.erase(it);
     }
     return {};

@@ -111,6 +111,11 @@ class CXVDiario {
     CXVErroArquivo ApagaCopias();
     CXVErroArquivo SincronizaAlterados();
     CXVErroArquivo DispensaSeguras();
+    CXVErroArquivo DispensaAte(XVUInt64 uiAte);
+    CXVErroArquivo RegravaCopias();
+    bool SubstituiCopia() const;
+    XVUInt64 PrimeiraDeCopia() const;
+    void MontaEntrada(CXVOperacao& rOperacao);
     XVUInt64 GetUltimaAplicada() const;
     void MarcaAlterado(CXVFileBase& rFile);
     void Desregistra();
@@ -140,15 +145,18 @@ class CXVDiario {
     CXVDiarioAnel m_anel;
     bool m_bAberto = false;
     bool m_bDuravel = false;
-    XVUInt64 m_uiSegura = 0;  // up to this entry everything is in the files on the device
+    XVUInt64 m_uiSegura = 0;      // up to this entry everything is in the files on the device
+    XVUInt64 m_uiDispensada = 0;  // up to this entry the device knows that none is needed
 
     // Written to since the last flush of all: by name; null when no object has the file open.
     std::map<std::string, CXVFileBase*> m_mapAlterados;
 
     // Copies that are being made, and those that are still there though nobody wants them, by the number of
-    // their entry.
+    // their first entry.
     struct SCopia {
+        std::string sNome;
         std::string sPath;
+        XVUInt64 uiEntrada;  // the one that stands for it now
         bool bEmCurso = true;
     };
     std::map<XVUInt64, SCopia> m_mapCopias;

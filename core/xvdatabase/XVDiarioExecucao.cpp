@@ -62,8 +62,46 @@ CXVErroArquivo CXVDiario::SincronizaAlterados() {
 // Written, and on the device before the place of an entry that it gives up is used: an opening must never
 // look for an entry that is not there any more.
 CXVErroArquivo CXVDiario::DispensaSeguras() {
-    const XVUInt64 uiAteCopia = m_mapCopias.empty() ? m_uiSegura : m_mapCopias.begin()->first - 1;
-    const CXVErroArquivo erro = m_anel.Dispensa(std::min(m_uiSegura, uiAteCopia));
+    return DispensaAte(std::min(m_uiSegura, PrimeiraDeCopia() - 1));
+}
+
+CXVErroArquivo CXVDiario::DispensaAte(XVUInt64 uiAte) {
+    CXVErroArquivo erro = m_anel.Dispensa(uiAte);
+    if (erro.Ok() && m_bDuravel) erro = m_pArquivo->Sincroniza();
+    if (erro.Ok()) m_uiDispensada = uiAte;
+    return erro;
+}
+
+void CXVDiario::MontaEntrada(CXVOperacao& rOperacao) {
+    m_anel.IniciaEntrada(ETipoEntrada::eGravacao);
+    for (const CXVGravacaoPreparada* p : rOperacao.GetPartes()) {
+        MarcaAlterado(p->GetArquivo());
+        m_anel.IncluiParte(p->GetArquivo().GetNomeArquivo(), p->m_gravacao);
+    }
+}
+
+// Whether the entry put together would take the place of one that still protects a copy.
+bool CXVDiario::SubstituiCopia() const {
+    return !m_mapCopias.empty() && PrimeiraDeCopia() <= m_anel.GetSubstituida();
+}
+
+XVUInt64 CXVDiario::PrimeiraDeCopia() const {
+    XVUInt64 uiPrimeira = ~XVUInt64{0};
+    for (const auto& [uiNumero, rCopia] : m_mapCopias) uiPrimeira = std::min(uiPrimeira, rCopia.uiEntrada);
+    return uiPrimeira;
+}
+
+// The ring has gone round while a copy is being made: its entry is written again, as the newest.
+CXVErroArquivo CXVDiario::RegravaCopias() {
+    CXVErroArquivo erro = SincronizaAlterados();
+    if (erro.Ok()) erro = DispensaAte(m_anel.GetUltima());
+    for (auto it = m_mapCopias.begin(); erro.Ok() && it != m_mapCopias.end(); ++it) {
+        m_anel.IniciaEntrada(ETipoEntrada::eCopia);
+        m_anel.IncluiParte(it->second.sNome, SGravacao{});
+        XVUInt64 uiNumero = 0;
+        erro = m_anel.GravaEntrada(uiNumero);
+        if (erro.Ok()) it->second.uiEntrada = uiNumero;
+    }
     return erro.Ok() && m_bDuravel ? m_pArquivo->Sincroniza() : erro;
 }
 
@@ -71,16 +109,18 @@ CXVErroArquivo CXVDiario::DispensaSeguras() {
 HRESULT CXVDiario::RegistraEntrada(CXVOperacao& rOperacao, XVUInt64* puiNumero) {
     const HRESULT hr = GarantePronto();
     if (FAILED(hr)) return hr;
-    m_anel.IniciaEntrada(ETipoEntrada::eGravacao);
-    for (const CXVGravacaoPreparada* p : rOperacao.GetPartes()) {
-        MarcaAlterado(p->GetArquivo());
-        m_anel.IncluiParte(p->GetArquivo().GetNomeArquivo(), p->m_gravacao);
-    }
     CXVErroArquivo erro = ApagaCopias();
     if (!erro.Ok()) return Codigo(erro, "ApagaCopias()");
+    MontaEntrada(rOperacao);
+    while (SubstituiCopia()) {
+        if (!m_fila.empty()) return S_FALSE;
+        erro = RegravaCopias();
+        if (!erro.Ok()) return Codigo(erro, "RegravaCopias()");
+        MontaEntrada(rOperacao);
+    }
     const XVUInt64 uiSubstituida = m_anel.GetSubstituida();
     if (uiSubstituida > GetUltimaAplicada()) return S_FALSE;
-    if (m_bDuravel && uiSubstituida > m_uiSegura) {
+    if (m_bDuravel && uiSubstituida > m_uiDispensada) {
         erro = SincronizaAlterados();
         if (erro.Ok()) erro = DispensaSeguras();
         if (erro.Ok())
@@ -101,7 +141,7 @@ HRESULT CXVDiario::Executa(CXVOperacao& rOperacao) {
         if (hr == S_FALSE) hr = eDiskFull;
         if (SUCCEEDED(hr) && m_bDuravel)
             if (const CXVErroArquivo erro = m_pArquivo->Sincroniza(); !erro.Ok()) {
-                m_anel.MarcaEstado(uiNumero, EEstadoEntrada::eNula).Ignora();
+                Desfaz(rOperacao, uiNumero);
                 hr = Codigo(erro, "m_pArquivo->Sincroniza()");
             }
         if (SUCCEEDED(hr)) hr = Conclui(rOperacao, uiNumero, false);
@@ -114,9 +154,7 @@ HRESULT CXVDiario::Executa(CXVOperacao& rOperacao) {
 HRESULT CXVDiario::Conclui(CXVOperacao& rOperacao, XVUInt64 uiNumero, bool bDaFila) {
     if (const CXVErroArquivo erro = m_anel.MarcaEmCurso(uiNumero); !erro.Ok()) {
         if (bDaFila) AnulaFila();
-        m_anel.MarcaEstado(uiNumero, EEstadoEntrada::eNula).Ignora();
-        // Rare, and worth a flush whatever the durability: an operation that failed must not come back.
-        m_pArquivo->Sincroniza().Ignora();
+        Desfaz(rOperacao, uiNumero);  // of the files nothing; of the journal the entry
         return Codigo(erro, "m_anel.MarcaEmCurso(uiNumero)");
     }
     const HRESULT hr = rOperacao.Escreve();

@@ -102,17 +102,18 @@ T CXVDiarioLeitura::Palavra(std::size_t uiOffset) const {
 }
 
 void CXVDiarioLeitura::Interpreta(std::size_t uiFimAnel) {
-    for (std::size_t i = k_uiTamanhoPaginaDiario; i < uiFimAnel; i += k_uiAlinhamentoEntrada)
-        Examina(i, uiFimAnel);
+    for (std::size_t i = k_uiTamanhoPaginaDiario; i < uiFimAnel;) i += Examina(i, uiFimAnel);
     Examina(uiFimAnel, m_sBytes.size());
     Encadeia(Palavra<XVUInt64>(static_cast<std::size_t>(k_uiOffsetPrimeira)));
 }
 
-// Whether an entry of this session begins here, and whether it is complete.
-void CXVDiarioLeitura::Examina(std::size_t uiOffset, std::size_t uiFim) {
-    if (uiFim < uiOffset + sizeof(REG_XVDIARIO_ENTRADA)) return;
+// Whether an entry of this session begins here, and whether it is complete. Gives the distance to the next
+// place where one may begin: what lies inside of a complete one is data, whatever it looks like.
+std::size_t CXVDiarioLeitura::Examina(std::size_t uiOffset, std::size_t uiFim) {
+    if (uiFim < uiOffset + sizeof(REG_XVDIARIO_ENTRADA)) return k_uiAlinhamentoEntrada;
     auto reg = Palavra<REG_XVDIARIO_ENTRADA>(uiOffset);
-    if (reg.uiAssinatura != k_uiAssinaturaEntrada || reg.uiSessao != m_uiSessao) return;
+    if (reg.uiAssinatura != k_uiAssinaturaEntrada || reg.uiSessao != m_uiSessao)
+        return k_uiAlinhamentoEntrada;
     const XVUInt64 uiSoma = reg.uiSoma;
     const XVUInt64 uiEstado = reg.uiEstado;
     SEntradaLida entrada;
@@ -130,13 +131,14 @@ void CXVDiarioLeitura::Examina(std::size_t uiOffset, std::size_t uiFim) {
     }
     if (!bCompleta) {
         m_uiMaiorInacabada = std::max(m_uiMaiorInacabada, entrada.uiNumero);
-        return;
+        return k_uiAlinhamentoEntrada;
     }
     if (uiEstado == XVEstadoEntrada(entrada.uiNumero, EEstadoEntrada::eDesfazer))
         entrada.eEstado = EEstadoEntrada::eDesfazer;
     if (uiEstado == XVEstadoEntrada(entrada.uiNumero, EEstadoEntrada::eNula))
         entrada.eEstado = EEstadoEntrada::eNula;
     m_listaEntradas.push_back(std::move(entrada));
+    return XVAlinha(static_cast<std::size_t>(reg.uiTamanho), k_uiAlinhamentoEntrada);
 }
 
 bool CXVDiarioLeitura::InterpretaPartes(std::string_view sPartes, XVUInt ulPartes, SEntradaLida* pEntrada) {

@@ -45,7 +45,7 @@ class CXVDiarioLeitura {
   private:
     CXVErroArquivo LeAte(IXVArquivo& rArquivo, XVUInt64 uiFim);
     void Interpreta(std::size_t uiFimAnel);
-    void Examina(std::size_t uiOffset, std::size_t uiFim);
+    std::size_t Examina(std::size_t uiOffset, std::size_t uiFim);
     void Encadeia(XVUInt64 uiPrimeira);
     static bool InterpretaPartes(std::string_view sPartes, XVUInt ulPartes, SEntradaLida* pEntrada);
     template <class T>

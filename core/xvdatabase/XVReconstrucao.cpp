@@ -135,19 +135,18 @@ HRESULT CXVReconstrucao::ConfereArquivo(const IXVDF_Profiler* pDono, const std::
         return rArquivo.bExistia ? RecusaArquivo(pDono, sNome, "o arquivo não existe mais") : S_OK;
     XVUInt64 uiTamanho = 0;
     bool bCabecalho = true;
-    bool bSobrescritos = true;
+    bool bBytes = true;
     if (erro.Ok()) erro = pFile->GetTamanho(uiTamanho);
     if (erro.Ok() && (uiTamanho < rArquivo.uiTamanhoMenor || uiTamanho > rArquivo.uiTamanhoMaior))
         return RecusaArquivo(pDono, sNome, "o tamanho não é o de nenhuma das operações");
     if (erro.Ok()) erro = ConfereCabecalho(*pFile, uiTamanho, rArquivo, &bCabecalho);
-    if (erro.Ok()) erro = ConfereSobrescritos(*pFile, uiTamanho, rArquivo, &bSobrescritos);
+    if (erro.Ok()) erro = ConfereBytes(*pFile, uiTamanho, rArquivo, &bBytes);
     if (!erro.Ok()) {
         const HRESULT hr = XVCodigosArquivo::DeExcecao(erro.GetCausa()).hr;
         XV_CHECK_TEXTO_DONO(pDono, XVArquivoRecusado::Anota(hr, Path(sNome), pDono), "ConfereArquivo(sNome)");
     }
     if (!bCabecalho) return RecusaArquivo(pDono, sNome, "o cabeçalho não é o de nenhuma das operações");
-    if (!bSobrescritos)
-        return RecusaArquivo(pDono, sNome, "os registros não são os de nenhuma das operações");
+    if (!bBytes) return RecusaArquivo(pDono, sNome, "os registros não são os de nenhuma das operações");
     return S_OK;
 }
 
@@ -177,29 +176,30 @@ CXVErroArquivo CXVReconstrucao::ConfereCabecalho(IXVArquivo& rFile, XVUInt64 uiT
     return {};
 }
 
-// Each overwritten byte must be what one of the operations wrote there, or what stood there before.
-CXVErroArquivo CXVReconstrucao::ConfereSobrescritos(IXVArquivo& rFile, XVUInt64 uiTamanho,
-                                                    const SArquivo& rArquivo, bool* pbOk) {
+// Each byte must be what one of the operations wrote there, or what stood there before. What they appended
+// may not have reached the device, though the length has: zeros, then.
+bool CXVReconstrucao::Explica(const SArquivo& rArquivo, XVUInt64 uiOffset, char cDisco) {
+    if (uiOffset >= rArquivo.uiTamanhoMenor && cDisco == '\0') return true;
+    return std::any_of(rArquivo.listaPartes.begin(), rArquivo.listaPartes.end(), [&](const SParteLida* p) {
+        const XVUInt64 uiIndice = uiOffset - p->uiOffset;
+        return uiOffset >= p->uiOffset &&
+               ((uiIndice < p->sNovos.size() && p->sNovos[uiIndice] == cDisco) ||
+                (uiIndice < p->sAntigos.size() && p->sAntigos[uiIndice] == cDisco));
+    });
+}
+
+CXVErroArquivo CXVReconstrucao::ConfereBytes(IXVArquivo& rFile, XVUInt64 uiTamanho, const SArquivo& rArquivo,
+                                             bool* pbOk) {
     *pbOk = true;
     for (const SParteLida* pParte : rArquivo.listaPartes) {
-        if (pParte->sAntigos.empty()) continue;
-        std::string sDisco(pParte->sAntigos.size(), '\0');
-        if (pParte->uiOffset + sDisco.size() > uiTamanho) continue;  // cut short: all of it is written again
+        if (pParte->uiOffset >= uiTamanho) continue;
+        std::string sDisco(
+            static_cast<std::size_t>(std::min<XVUInt64>(pParte->sNovos.size(), uiTamanho - pParte->uiOffset)),
+            '\0');
         const CXVErroArquivo erro = rFile.Le(pParte->uiOffset, sDisco.data(), sDisco.size());
         if (!erro.Ok()) return erro;
-        for (std::size_t i = 0; i < sDisco.size() && *pbOk; ++i) {
-            const XVUInt64 uiOffset = pParte->uiOffset + i;
-            // What the operations appended may not have reached the device, though the length has: zeros,
-            // then.
-            if (uiOffset >= rArquivo.uiTamanhoMenor) break;
-            *pbOk = std::any_of(
-                rArquivo.listaPartes.begin(), rArquivo.listaPartes.end(), [&](const SParteLida* p) {
-                    const XVUInt64 uiIndice = uiOffset - p->uiOffset;
-                    return uiOffset >= p->uiOffset &&
-                           ((uiIndice < p->sNovos.size() && p->sNovos[uiIndice] == sDisco[i]) ||
-                            (uiIndice < p->sAntigos.size() && p->sAntigos[uiIndice] == sDisco[i]));
-                });
-        }
+        for (std::size_t i = 0; i < sDisco.size() && *pbOk; ++i)
+            *pbOk = sDisco[i] == pParte->sNovos[i] || Explica(rArquivo, pParte->uiOffset + i, sDisco[i]);
     }
     return {};
 }

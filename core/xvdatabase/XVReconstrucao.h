@@ -2,7 +2,7 @@
 // in, and the one that it is to have. Concluding the operations writes it; viewing only lays it over what is
 // read.
 //
-// A file whose length, header or overwritten bytes are none of those states is another one than the journal
+// A file whose length, header or bytes are none of those states is another one than the journal
 // speaks of: nothing is touched then, in no file. Thread rule: one object is used by one thread at a time.
 #pragma once
 
@@ -64,8 +64,9 @@ class CXVReconstrucao {
     HRESULT ConfereArquivo(const IXVDF_Profiler* pDono, const std::string& sNome, const SArquivo& rArquivo);
     static CXVErroArquivo ConfereCabecalho(IXVArquivo& rFile, XVUInt64 uiTamanho, const SArquivo& rArquivo,
                                            bool* pbOk);
-    static CXVErroArquivo ConfereSobrescritos(IXVArquivo& rFile, XVUInt64 uiTamanho, const SArquivo& rArquivo,
-                                              bool* pbOk);
+    static bool Explica(const SArquivo& rArquivo, XVUInt64 uiOffset, char cDisco);
+    static CXVErroArquivo ConfereBytes(IXVArquivo& rFile, XVUInt64 uiTamanho, const SArquivo& rArquivo,
+                                       bool* pbOk);
     CXVErroArquivo AplicaArquivo(const std::string& sNome, const SArquivo& rArquivo, bool* pbAlterou);
     CXVErroArquivo AplicaBytes(IXVArquivo& rFile, XVUInt64 uiTamanho, const SArquivo& rArquivo,
                                bool* pbAlterou);
