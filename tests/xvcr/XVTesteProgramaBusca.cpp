@@ -1,6 +1,10 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <map>
 
 #include "tests/xvcr/XVPrograma.h"
 
@@ -97,6 +101,43 @@ TEST_F(ProgramaBusca, DatasHorasPorSistemaTipoEData) {
     listaGrava.insert(listaGrava.end(), listaNome.begin(), listaNome.end());
     EXPECT_EQ(Xvcr(listaGrava).iSaida, 0);
     EXPECT_EQ(Json(listaBusca).at(0)["regDataHora"], "2026-11-21T13:05:09Z");
+}
+
+// Names, bytes and times of everything below a directory.
+std::map<std::string, std::string> Retrata(const std::filesystem::path& rDiretorio) {
+    std::map<std::string, std::string> retrato;
+    for (const auto& it : std::filesystem::recursive_directory_iterator(rDiretorio)) {
+        std::ifstream entrada(it.path(), std::ios::binary);
+        std::string s((std::istreambuf_iterator<char>(entrada)), std::istreambuf_iterator<char>());
+        s += '@' + std::to_string(it.last_write_time().time_since_epoch().count());
+        retrato[it.path().string()] = it.is_directory() ? s.substr(s.rfind('@')) : s;
+    }
+    return retrato;
+}
+
+TEST_F(ProgramaBusca, QuemSoLeDeixaCadaByteDoDiretorioDaEmpresaComoEstava) {
+    const std::string sDmc = Grava({"--tipo", "BuscaPedidos", "--sistema", "Mercos", "--json-enviado", "{}"});
+    std::filesystem::path diretorio;
+    for (const auto& it : std::filesystem::directory_iterator(m_Diretorio.GetCaminho()))
+        if (it.is_directory()) diretorio = it.path();
+    ASSERT_FALSE(diretorio.empty());
+    const auto antes = Retrata(diretorio);
+    ASSERT_GT(antes.size(), 5U);
+    const std::vector<std::vector<std::string>> listaComandos{
+        {"busca"},
+        {"busca", "--le"},
+        {"busca", "--inclusao-de", "2020-01-01"},
+        {"le", sDmc},
+        {"le", "20200101-1-1"},  // is not there: an error, which goes to another log
+        {"mapa", "busca", "--tipo", "CadastroProduto", "--sistema", "Mercos", "--id", "7"},
+        {"versao"},
+        {"registro"}};
+    for (const auto& rComando : listaComandos) {
+        Xvcr(rComando);
+        EXPECT_EQ(Retrata(diretorio), antes) << testing::PrintToString(rComando);
+    }
+    EXPECT_NE(Xvcr({"le", "20200101-1-1"}).iCodigo, 0);
+    EXPECT_EQ(Xvcr({"busca", "--conta"}).sSaida, "1\n");
 }
 
 }  // namespace
