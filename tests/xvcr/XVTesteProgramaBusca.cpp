@@ -136,7 +136,7 @@ TEST_F(ProgramaBusca, QuemSoLeDeixaCadaByteDoDiretorioDaEmpresaComoEstava) {
         Xvcr(rComando);
         EXPECT_EQ(Retrata(diretorio), antes) << testing::PrintToString(rComando);
     }
-    EXPECT_NE(Xvcr({"le", "20200101-1-1"}).iCodigo, 0);
+    EXPECT_NE(Xvcr({"le", "20200101-1-1"}).iSaida, 0);
     EXPECT_EQ(Xvcr({"busca", "--conta"}).sSaida, "1\n");
 }
 
