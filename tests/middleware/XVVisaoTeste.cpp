@@ -4,6 +4,7 @@
 #include <thread>
 
 #include "core/xvdatabase/XVDiarioFormato.h"
+#include "tests/apoio/XVGanchoArquivos.h"
 #include "tests/apoio/XVSistemaArquivosMorte.h"
 #include "tests/middleware/XVCenarioLoja.h"
 #include "tests/middleware/XVIntegracaoMarcada.h"
@@ -74,6 +75,35 @@ TEST_F(CXVVisaoTeste, IntegracoesSaoDeUmMomentoAoLadoDeQuemNaoPara) {
     bFim = true;
     escritor.join();
     EXPECT_GT(uiGravadas, 100U) << "the writer worked meanwhile";
+}
+
+// Without a thread: the writer works between any two file operations of the viewer.
+TEST_F(CXVVisaoTeste, OperacaoInteiraNoMeioDaLeitura) {
+    TLoja pEscritor = Abre();
+    REG_XVDMC regDmc;
+    ASSERT_EQ(XVIntegracaoMarcada::GravaNova(*pEscritor, 1, 1, &regDmc), S_OK);
+    const TLoja pVisor = AbreVisor();
+    CXVSistemaArquivosGancho gancho(m_Arquivos);
+    const CXVGuardaSistemaArquivos guarda(gancho);
+    XVUInt64 uiVersao = 1;
+    for (const bool bAberta : {true, false}) {  // the store stays open, or is opened and closed
+        if (!bAberta) pEscritor.reset();
+        bool bAcabou = false;
+        for (unsigned uiOnde = 1; !bAcabou; ++uiOnde) {
+            ASSERT_LT(uiOnde, 300U);
+            unsigned uiOperacoes = 0;
+            const CXVGanchoArquivos depois([&] {
+                if (++uiOperacoes != uiOnde) return;
+                if (!bAberta) pEscritor = Abre();
+                EXPECT_EQ(XVIntegracaoMarcada::GravaAlterada(*pEscritor, regDmc, 1, ++uiVersao), S_OK);
+                if (!bAberta) pEscritor.reset();
+            });
+            XVUInt64 uiLida = 0;
+            EXPECT_EQ(ConfereVersaoUnica(XVLe(*pVisor, regDmc), &uiLida), "") << "operation " << uiOnde;
+            EXPECT_GE(uiLida + 1, uiVersao);
+            bAcabou = uiOperacoes < uiOnde;
+        }
+    }
 }
 
 TEST_F(CXVVisaoTeste, NadaEhEscritoNemComErro) {
