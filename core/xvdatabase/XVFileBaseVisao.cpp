@@ -10,11 +10,18 @@ HRESULT CXVFileBase::AbreVisto(CXVVisao& rVisao) {
     XV_CHECK_TEXTO(TentaAbrir(m_sPathArquivo, [&] { return pVisto->GetArea(&area); }),
                    "AbreComTentativas(sPath, eModoAbertura, m_pArquivo)");
     if (!area.bExiste) return S_OK;
-    m_uiTamanhoArquivo = area.uiTamanho;
     m_pVisto = pVisto.get();
     m_pArquivo = std::move(pVisto);
     m_eModoAbertura = eModoLeituraSemBloqueio;
-    return S_OK;
+    // Length and header of one moment; a damaged file is refused to a viewer as to everybody.
+    return rVisao.DeUmMomento([&] {
+        LimpaCabecalho();
+        if (const CXVErroArquivo erro = m_pVisto->GetArea(&area); !erro.Ok())
+            XV_CHECK_TEXTO(CatchInicializacao(&erro), "CatchInicializacao(pEx)");
+        m_uiTamanhoArquivo = area.uiTamanho;
+        if (GerenciarCabecalho()) XV_CHECK(ConfereCabecalho());
+        return S_OK;
+    });
 }
 
 CXVErroArquivo CXVFileBase::LeDadosEmPedacos(XVUInt64 uiOffset, void* pDados, std::size_t uiTamanho,

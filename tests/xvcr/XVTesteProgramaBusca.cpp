@@ -107,10 +107,12 @@ TEST_F(ProgramaBusca, DatasHorasPorSistemaTipoEData) {
 std::map<std::string, std::string> Retrata(const std::filesystem::path& rDiretorio) {
     std::map<std::string, std::string> retrato;
     for (const auto& it : std::filesystem::recursive_directory_iterator(rDiretorio)) {
-        std::ifstream entrada(it.path(), std::ios::binary);
-        std::string s((std::istreambuf_iterator<char>(entrada)), std::istreambuf_iterator<char>());
-        s += '@' + std::to_string(it.last_write_time().time_since_epoch().count());
-        retrato[it.path().string()] = it.is_directory() ? s.substr(s.rfind('@')) : s;
+        std::string& rs = retrato[it.path().string()];
+        if (!it.is_directory()) {
+            std::ifstream entrada(it.path(), std::ios::binary);
+            rs.assign(std::istreambuf_iterator<char>(entrada), std::istreambuf_iterator<char>());
+        }
+        rs += '@' + std::to_string(it.last_write_time().time_since_epoch().count());
     }
     return retrato;
 }
