@@ -26,8 +26,7 @@ class CXVVisaoTeste : public CXVCenarioLoja {
 std::string ConfereVersaoUnica(const SIntegracaoLida& rLida, XVUInt64* puiVersao) {
     const XVUInt64 uiChave = rLida.reg.uiChaveIntegracaoSistemaTerceiro;
     *puiVersao = uiChave & 0xFFFFFF;
-    SIntegracaoMarcada esperada =
-        XVIntegracaoMarcada::Nova(XVIntegracaoMarcada::Numero(uiChave), *puiVersao);
+    SIntegracaoMarcada esperada = XVIntegracaoMarcada::Nova(XVIntegracaoMarcada::Numero(uiChave), *puiVersao);
     esperada.regDmc = rLida.reg.regDmc;
     esperada.uiAlteracao = rLida.reg.regDataHoraAlteracaoStatus.uiValor;
     return XVIntegracaoMarcada::Confere(rLida, esperada);
@@ -182,8 +181,8 @@ TEST_F(CXVVisaoTeste, VisorAntigoVeODiaNovoEOQueEraDeOutroMomento) {
         SetDia(16);
         const REG_XVDMC regOutra = Grava(*pEscritor, CXVIntegracaoTeste(2).Textos("{\"b\":1}", "n", "{}"));
         EXPECT_EQ(XVLe(*pVisor, regOutra).sJSON, "{\"b\":1}") << "a day's first file";
-        EXPECT_EQ(pEscritor->GravaChaveRegistroTelvoParaTerceiro({500, XVRegistroMapa(1), 0, k_eTipoMapa,
-                                                                  Mercos, {}}),
+        EXPECT_EQ(pEscritor->GravaChaveRegistroTelvoParaTerceiro(
+                      {500, XVRegistroMapa(1), 0, k_eTipoMapa, Mercos, {}}),
                   S_OK);
         EXPECT_EQ(XVBusca(*pVisor, {.de = 2, .sistemas = {Mercos}}), (TListaDmc{regOutra.uiValor}));
         EXPECT_EQ(XVDiferenca(XVRetrataLoja(*pEscritor), XVRetrataLoja(*pVisor)), "");
