@@ -40,11 +40,6 @@ HRESULT CXVGroupFileBase::ProcuraMembros() {
         "CXVDataBaseUtil::GetPathArquivo(m_eModulo, GetEmpresa(), "
         "m_sNomeArquivo.Left(m_sNomeArquivo.Find('?')), "
         "&sPathArquivo)");
-    if (m_pDataBase->GetVisao() != nullptr) {  // a store that was never opened for writing has no directory
-        bool bExiste = false;
-        XV_CHECK(CXVDataBaseUtil::Existe(this, m_pDataBase->GetVisao()->GetDiretorio(), &bExiste));
-        if (!bExiste) return S_OK;
-    }
     std::vector<std::pair<XVUInt64, std::string>> listaMembros;
     XV_CHECK(CXVDataBaseUtil::ListaMembros(this, m_eModulo, m_sNomeArquivo, &listaMembros));
     for (const auto& [uiChave, sNome] : listaMembros) {

@@ -23,6 +23,12 @@ class ProgramaBusca : public XVPrograma {
             listaDmcs.push_back(rLinha.value("sDmc", ""));
         return listaDmcs;
     }
+    void GravaDataHora(const std::string& sTipoData) const {
+        EXPECT_EQ(Xvcr({"datahora", "grava", "--data-hora", "2026-11-21T13:05:09Z", "--tipo", "BuscaPedidos",
+                        "--sistema", "Mercos", "--tipo-data", sTipoData})
+                      .iSaida,
+                  0);
+    }
 };
 
 TEST_F(ProgramaBusca, CadaCampoDoFiltroRestringe) {
@@ -76,6 +82,7 @@ TEST_F(ProgramaBusca, MapaDeChaves) {
         lista.insert(lista.end(), listaMais.begin(), listaMais.end());
         return Json(lista);
     };
+    GravaDataHora("DataProximaRequisicao");  // makes the store
     EXPECT_TRUE(mapa("busca", {}).empty());
     EXPECT_EQ(mapa("pendente", {}).at(0)["uiChaveRegistroSistemaTerceiro"], "0");
     mapa("grava", {"--chave-registro", "5501", "--origem", "20261121-1-1"});
@@ -95,11 +102,10 @@ TEST_F(ProgramaBusca, DatasHorasPorSistemaTipoEData) {
                                              "Mercos", "--tipo-data",  "DataUltimaBusca"};
     std::vector<std::string> listaBusca{"datahora", "busca"};
     listaBusca.insert(listaBusca.end(), listaNome.begin(), listaNome.end());
-    EXPECT_TRUE(Json(listaBusca).empty());
+    GravaDataHora("DataProximaRequisicao");
+    EXPECT_TRUE(Json(listaBusca).empty()) << "another kind";
     EXPECT_EQ(Xvcr(listaBusca).sSaida, "nenhuma data-hora encontrada\n");
-    std::vector<std::string> listaGrava{"datahora", "grava", "--data-hora", "2026-11-21T13:05:09Z"};
-    listaGrava.insert(listaGrava.end(), listaNome.begin(), listaNome.end());
-    EXPECT_EQ(Xvcr(listaGrava).iSaida, 0);
+    GravaDataHora("DataUltimaBusca");
     EXPECT_EQ(Json(listaBusca).at(0)["regDataHora"], "2026-11-21T13:05:09Z");
 }
 
