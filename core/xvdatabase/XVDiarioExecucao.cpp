@@ -40,7 +40,8 @@ CXVErroArquivo CXVDiario::SincronizaAlterados() {
             const std::string sPath = rSistema.Junta(m_sDiretorio, sNome);
             erro = rSistema.Abre(sPath, k_abertura, pArquivo);
             // A backup may be reading the file.
-            for (int i = 1; i < k_iTentativas && erro.GetCausa() == ECausaArquivo::eViolacaoCompartilhamento; ++i) {
+            for (int i = 1; i < k_iTentativas && erro.GetCausa() == ECausaArquivo::eViolacaoCompartilhamento;
+                 ++i) {
                 XVPlataforma::Relogio().Dorme(k_ulEsperaTentativa);
                 erro = rSistema.Abre(sPath, k_abertura, pArquivo);
             }

@@ -252,6 +252,7 @@ class CXVFileBase : public IXVFileBase {
     bool m_bCriandoCabecalho = false;
     bool m_bAlterado = false;  // written to in this opening
     bool m_bMarcadoNoDiario = false;
+    bool m_bCriado = false;  // by the write in progress
     REG_XVCABECALHO m_regCabecalho{};
 
     // What the file will be after the writes that are prepared; valid while there are any.

@@ -57,6 +57,7 @@ HRESULT CXVFileBase::PreparaGravacao(CXVOperacao& rOperacao, CXVGravacaoPreparad
     IniciaPrevisao();
     SGravacao& g = rGravacao.m_gravacao;
     g.bCria = !ExisteArquivo();
+    if (g.bCria) m_bCriado = false;
     g.bTemCabecalho = g.bCria ? GerenciarCabecalho() : m_bCabecalhoValidado;
     XVUInt64 uiSeek = GetSeekCabecalho();
     if (g.bCria) {
@@ -131,6 +132,7 @@ HRESULT CXVFileBase::CriaArquivo(const SGravacao& g) {
         XV_CHECK_TEXTO(CatchGravacao(&erro), "CatchGravacao(pEx)");
     }
     const std::unique_lock lock(GetLock());
+    m_bCriado = true;
     m_pArquivo = std::move(pArquivo);
     m_eModoAbertura = eModoLeituraGravacaoCriacao;
     m_uiTamanhoArquivo = g.uiTamanhoAntes;
@@ -154,13 +156,17 @@ CXVErroArquivo CXVFileBase::DesfazGravacao(const SGravacao& g) {
     return {};
 }
 
+// Only a file that this write made: one that had appeared meanwhile is somebody else's.
 CXVErroArquivo CXVFileBase::DesfazArquivoCriado() {
+    if (!m_bCriado) return {};
     {
         const std::unique_lock lock(GetLock());
         FechaArquivo();
     }
     const CXVErroArquivo erro = XVPlataforma::SistemaArquivos().Apaga(m_sPathArquivo);
-    return erro.GetCausa() == ECausaArquivo::eArquivoNaoEncontrado ? CXVErroArquivo() : erro;
+    if (!erro.Ok() && erro.GetCausa() != ECausaArquivo::eArquivoNaoEncontrado) return erro;
+    m_bCriado = false;
+    return {};
 }
 
 HRESULT CXVFileBase::PreparaCabecalho(CXVOperacao& rOperacao) {

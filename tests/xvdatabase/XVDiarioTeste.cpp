@@ -1,6 +1,11 @@
 // The journal of a directory that is open for writing: its bytes, its ring, what it flushes and when.
 #include <algorithm>
+#include <array>
+#include <atomic>
+#include <functional>
+#include <mutex>
 #include <optional>
+#include <thread>
 
 #include "core/xvdatabase/XVDataBaseUtil.h"
 #include "core/xvdatabase/XVDiario.h"
@@ -228,6 +233,33 @@ TEST_F(Diario, FechamentoDescarregaOsArquivosEEntaoApagaODiario) {
     }
 }
 
+// The device has the files and their names before the entries stop counting.
+TEST_F(Diario, ConclusaoChegaAoDispositivoAntesQueODiarioAEsqueca) {
+    {
+        SBancoDuplo banco;
+        ASSERT_EQ(banco.Abre(m_Dono, PastaDados()), S_OK);
+        ASSERT_EQ(banco.Grava(0, {1, 0, 0}, "a"), S_OK);
+        auto morte = Morre();
+        ASSERT_EQ(banco.Fecha(m_Dono), S_OK);
+        morte.erase(PastaDados("T.dat"));
+        m_Arquivos.Restaura(morte);
+        Cria("A.dat", Le("A.dat").substr(0, 250));
+    }
+    const CXVCapturaTrace captura;
+    m_listaPassos.clear();
+    CXVDiario diario;
+    ASSERT_EQ(AbreDiario(diario), S_OK);
+    const std::string sDiretorio = PastaDados().substr(PastaDados().find_last_of('/') + 1);
+    for (const std::string sNome : {"A.dat", "T.dat"}) {
+        ASSERT_NE(Ultimo("+" + sNome), 0U);
+        EXPECT_LT(Ultimo("+" + sNome), Ultimo("=" + sNome)) << sNome;
+        EXPECT_LT(Ultimo("=" + sNome), Primeiro("+" + std::string(k_pszNomeDiario))) << sNome;
+        EXPECT_LT(Ultimo("+" + sNome), Ultimo("=" + sDiretorio)) << sNome;
+    }
+    EXPECT_LT(Ultimo("=" + sDiretorio), Primeiro("+" + std::string(k_pszNomeDiario)));
+    EXPECT_EQ(diario.Fecha(&m_Dono), S_OK);
+}
+
 TEST_F(Diario, FechamentoQueFalhaDeixaODiarioAoProximo) {
     SBancoDuplo banco;
     ASSERT_EQ(banco.Abre(m_Dono, PastaDados()), S_OK);
@@ -268,27 +300,32 @@ TEST_F(Diario, SegundoEscritorERecusadoComONomeDoDiario) {
 // Texts of all sizes through a ring that holds a few of them: at every moment the journal brings files that
 // are one operation behind to where they were.
 TEST_F(Diario, AnelQueDaVoltasConcluiSempreAUltima) {
-    CXVDiarioAnel::SetTamanhoAnel(4096);
-    std::vector<CXVSistemaArquivosMemoria::TRetrato> retratos;
-    std::vector<std::string> textos;
-    {
-        SBancoDuplo banco;
-        ASSERT_EQ(banco.Abre(m_Dono, PastaDados()), S_OK);
-        for (std::size_t i = 0; i < 60; ++i) {
-            textos.emplace_back(i * 389 % 2300, static_cast<char>('a' + i % 26));
-            ASSERT_EQ(banco.Grava(i % 3 == 0 ? 0 : 1, {i, 0, 0}, textos.back()), S_OK);
-            retratos.push_back(Morre());
+    const auto inicial = m_Arquivos.Retrata();
+    for (const XVUInt64 uiAnel : {4096U, 8192U}) {
+        SCOPED_TRACE(uiAnel);
+        m_Arquivos.Restaura(inicial);
+        CXVDiarioAnel::SetTamanhoAnel(uiAnel);
+        std::vector<CXVSistemaArquivosMemoria::TRetrato> retratos;
+        {
+            SBancoDuplo banco;
+            ASSERT_EQ(banco.Abre(m_Dono, PastaDados()), S_OK);
+            for (std::size_t i = 0; i < 90; ++i) {
+                const std::size_t uiTamanho = i < 40 ? i * 389 % 2300 : (i % 4 == 1 ? 5000 : i * 37 % 300);
+                const std::string sTexto(uiTamanho, static_cast<char>('a' + i % 26));
+                ASSERT_EQ(banco.Grava(i % 3 == 0 ? 0 : 1, {i, 0, 0}, sTexto), S_OK);
+                retratos.push_back(Morre());
+            }
+            ASSERT_EQ(banco.Fecha(m_Dono), S_OK);
         }
-        ASSERT_EQ(banco.Fecha(m_Dono), S_OK);
-    }
-    for (std::size_t i = 1; i < retratos.size(); ++i) {
-        SCOPED_TRACE(i);
-        auto atrasado = retratos[i - 1];
-        atrasado[PastaDados(k_pszNomeDiario)] = retratos[i][PastaDados(k_pszNomeDiario)];
-        const CXVCapturaTrace captura;
-        ASSERT_EQ(Reabre(atrasado), S_OK);
-        for (const char* psz : {"A.dat", "T.dat"})
-            ASSERT_EQ(Le(psz), retratos[i].at(PastaDados(psz)).sConteudo);
+        for (std::size_t i = 1; i < retratos.size(); ++i) {
+            SCOPED_TRACE(i);
+            auto atrasado = retratos[i - 1];
+            atrasado[PastaDados(k_pszNomeDiario)] = retratos[i][PastaDados(k_pszNomeDiario)];
+            const CXVCapturaTrace captura;
+            ASSERT_EQ(Reabre(atrasado), S_OK);
+            for (const char* psz : {"A.dat", "T.dat"})
+                ASSERT_EQ(Le(psz), retratos[i].at(PastaDados(psz)).sConteudo);
+        }
     }
 }
 
@@ -297,7 +334,7 @@ TEST_F(Diario, QuedaDeEnergiaComAnelPequenoNadaPerdeESempreAbre) {
     CXVDiarioAnel::SetTamanhoAnel(4096);
     SetDurabilidade(1);
     const auto inicial = m_Arquivos.Retrata();
-    for (XVUInt64 uiSemente = 1; uiSemente <= 250; ++uiSemente) {
+    for (XVUInt64 uiSemente = 1; uiSemente <= 1500; ++uiSemente) {
         SCOPED_TRACE(uiSemente);
         m_Arquivos.Restaura(inicial);
         CXVSistemaArquivosQueda queda(m_Arquivos);
@@ -319,7 +356,8 @@ TEST_F(Diario, QuedaDeEnergiaComAnelPequenoNadaPerdeESempreAbre) {
             SBancoDuplo banco;
             ASSERT_EQ(banco.Abre(m_Dono, PastaDados()), S_OK);
             for (std::size_t i = 0; i < 40 && !corte; ++i) {
-                const std::string sTexto((i * 389 + uiSemente * 31) % 2300, static_cast<char>('a' + i % 26));
+                const std::string sTexto((i * 389 + uiSemente * 31) % (uiSemente % 2 == 0 ? 2300 : 600),
+                                         static_cast<char>('a' + i % 26));
                 const bool bFalha = i % 5 == 3;
                 falhas.SetFiltro([](const std::string& s) { return s.ends_with("A.dat"); });
                 if (bFalha) falhas.Programa({.eOperacao = EOperacaoArquivo::eGrava});
@@ -385,6 +423,59 @@ TEST_F(Diario, FalhasDoDiarioNaoDeixamOperacaoQueVolta) {
     }
 }
 
+// Half of a write has reached the file: all files are byte for byte what they were, on disk and for readers.
+TEST_F(Diario, OperacaoQueFalhaDeixaTudoComoEstava) {
+    for (const bool bTemTextos : {false, true}) {
+        Cria("A.dat", ArquivoComCabecalho("A.dat", Bytes({{1, 2, 3}})));
+        m_Arquivos.Apaga(PastaDados("T.dat")).Ignora();
+        if (bTemTextos) Cria("T.dat", ArquivoComCabecalho("T.dat", Prefixado("ja havia")));
+        m_Arquivos.Apaga(PastaDados(k_pszControle)).Ignora();
+        SBancoDuplo banco;
+        ASSERT_EQ(banco.Abre(m_Dono, PastaDados()), S_OK);
+        const CXVCapturaTrace captura;
+        m_FalhasQueda.SetFiltro([](const std::string& s) { return s.ends_with(".dat"); });
+        bool bHouveFalha = true;
+        for (XVUInt64 uiNumero = 1; bHouveFalha; ++uiNumero) {
+            SCOPED_TRACE(uiNumero);
+            ASSERT_LT(uiNumero, 20U);
+            const std::string sA = Le("A.dat");
+            const std::string sT = Le("T.dat");
+            m_FalhasQueda.Programa(
+                {.eOperacao = EOperacaoArquivo::eGrava, .uiNumero = uiNumero, .bGravaMetade = true});
+            const HRESULT hr = banco.Grava(1, {7, 8, 9}, "um texto que e longo");
+            bHouveFalha = m_FalhasQueda.GetFalhasOcorridas() > 0;
+            m_FalhasQueda.Limpa();
+            ASSERT_EQ(hr, bHouveFalha ? eHardIO : S_OK);
+            if (!bHouveFalha) break;
+            ASSERT_EQ(Le("A.dat"), sA);
+            ASSERT_EQ(Le("T.dat"), sT);
+            REG_TESTE reg{};
+            ASSERT_EQ(banco.a.Le(1, &reg), S_OK);
+            ASSERT_EQ(reg, (REG_TESTE{1, 2, 3}));
+            ASSERT_EQ(banco.t.GetQtdRegistros(), bTemTextos ? 1U : 0U);
+        }
+        ASSERT_EQ(banco.Fecha(m_Dono), S_OK);
+    }
+}
+
+// A file that somebody made since the operation was prepared is not ours, neither to write nor to delete.
+TEST_F(Diario, ArquivoQueSurgiuNoMeioNaoETocado) {
+    SBancoDuplo banco;
+    ASSERT_EQ(banco.Abre(m_Dono, PastaDados()), S_OK);
+    m_fnAoAlterar = [&](const std::string& sCaminho, CXVSistemaArquivosQueda::EAlteracao) {
+        if (sCaminho.ends_with(k_pszNomeDiario) && !Existe("T.dat")) Cria("T.dat", "alheio");
+    };
+    const CXVCapturaTrace captura;
+    EXPECT_EQ(banco.Grava(0, {1, 0, 0}, "meu"), eSharingViolation);
+    m_fnAoAlterar = nullptr;
+    EXPECT_EQ(Le("T.dat"), "alheio");
+    EXPECT_FALSE(Existe("A.dat"));
+    const auto morte = Morre();
+    XVIgnora(banco.Fecha(m_Dono));
+    ASSERT_EQ(Reabre(morte), S_OK);
+    EXPECT_EQ(Le("T.dat"), "alheio");
+}
+
 // What the journal knows of a file ends before the file goes: an opening never looks for it again.
 TEST_F(Diario, ArquivoSoSaiQuandoNenhumaEntradaPrecisaDele) {
     for (const XVUInt ulDurabilidade : {0U, 1U}) {
@@ -421,6 +512,7 @@ TEST_F(Diario, CopiaSaiNaAberturaSoEnquantoEstavaSendoFeita) {
         SCOPED_TRACE(static_cast<int>(eFim));
         m_Arquivos.Restaura(inicial);
         SetDurabilidade(1);
+        CXVDiarioAnel::SetTamanhoAnel(4096);
         const CXVCapturaTrace captura;
         CXVSistemaArquivosMemoria::TRetrato morte;
         {
@@ -441,6 +533,8 @@ TEST_F(Diario, CopiaSaiNaAberturaSoEnquantoEstavaSendoFeita) {
                 EXPECT_FALSE(Existe("C.cab"));
                 Cria("C.cab", "alheia");
             }
+            for (XVUInt i = 0; i < 8; ++i) ASSERT_EQ(banco.Grava(1, {i, 9, 9}, "b"), S_OK);
+            EXPECT_TRUE(Existe("C.cab"));
             morte = Morre();
             ASSERT_EQ(banco.Fecha(m_Dono), S_OK);
         }
@@ -467,6 +561,7 @@ TEST_F(Diario, CopiaDemoradaContinuaProtegida) {
             ASSERT_EQ(banco.Grava(0, {i, 0, 0}, std::string(i * 97 % 2300, 't')), S_OK);
             mortes.push_back(Morre());
         }
+        EXPECT_TRUE(Existe("C.cab"));
         banco.diario.TerminaCopia(uiCopia);
         EXPECT_FALSE(Existe("C.cab"));
         mortes.push_back(Morre());
@@ -511,6 +606,170 @@ TEST_F(Diario, TextoQuePareceEntradaEApenasTexto) {
     ASSERT_EQ(Reabre(morte), S_OK);
     EXPECT_FALSE(Existe("MAL.dat"));
     EXPECT_EQ(Le("T.dat").substr(240), Prefixado("a") + Prefixado(sTexto));
+}
+
+// Three files, one for each caller, so that what one prepares depends on nothing that waits.
+struct SBancoFila {
+    SBancoFila() : xvDB(XV_DF), aFiles{{{"A.dat", &xvDB}, {"B.dat", &xvDB}, {"C.dat", &xvDB}}} {}
+    HRESULT Abre(const IXVDF_Profiler& rDono, const std::string& sDiretorio) {
+        const HRESULT hr = diario.Abre(&rDono, XV_DF, sDiretorio);
+        return FAILED(hr) ? hr : xvDB.Inicializa(&rDono);
+    }
+    HRESULT Fecha(const IXVDF_Profiler& rDono) {
+        const HRESULT hr = xvDB.Finaliza();
+        const HRESULT hrDiario = diario.Fecha(&rDono);
+        return FAILED(hr) ? hr : hrDiario;
+    }
+    // As a store does: prepared under the callers' lock, again when it was in vain.
+    HRESULT Grava(std::size_t uiFile, std::string_view sTexto, XVUInt64 uiChave) {
+        while (true) {
+            std::unique_lock bloqueio(mutexAlteracao);
+            CXVOperacao operacao(&xvDB);
+            operacao.SetChave(uiChave);
+            HRESULT hr = operacao.Inicia();
+            XVUInt uiPosicao = 0;
+            if (SUCCEEDED(hr))
+                hr =
+                    aFiles[uiFile].PreparaColecao(operacao, uiPosicao, std::vector<std::string_view>{sTexto});
+            if (FAILED(hr)) return hr;
+            bool bRefaz = false;
+            hr = diario.Executa(operacao, bloqueio, &bRefaz);
+            if (!bRefaz) return hr;
+            ++ulRefeitas;
+        }
+    }
+
+    CXVDiario diario;
+    CXVDataBase xvDB;
+    std::array<CXVTextFile, 3> aFiles;
+    std::mutex mutexAlteracao;
+    std::atomic<XVUInt> ulRefeitas = 0;
+};
+
+// While the device flushes for the first caller two more come and wait.
+class FilaDoDiario : public Diario {
+  protected:
+    void SetUp() override {
+        SetDurabilidade(1);
+        ASSERT_EQ(m_banco.Abre(m_Dono, PastaDados()), S_OK);
+        for (std::size_t i = 0; i < 3; ++i) ASSERT_EQ(m_banco.Grava(i, "antes", i + 1), S_OK);
+        m_listaPassos.clear();
+    }
+    // aoDescarregar: at each flush of the journal after the first, with its number.
+    void GravamJuntos(const std::function<void(int)>& fnAoDescarregar = nullptr) {
+        int iDescargas = 0;
+        m_fnAoAlterar = [&](const std::string& sCaminho, CXVSistemaArquivosQueda::EAlteracao e) {
+            if (e != CXVSistemaArquivosQueda::EAlteracao::eSincroniza || !sCaminho.ends_with(k_pszNomeDiario))
+                return;
+            if (++iDescargas > 1) {
+                if (fnAoDescarregar) fnAoDescarregar(iDescargas);
+                return;
+            }
+            for (std::size_t i = 1; i < 3; ++i)
+                m_fios.emplace_back([this, i] {
+                    const CXVCapturaTrace captura;
+                    m_aCodigos[i] = m_banco.Grava(m_bNoMesmoArquivo ? 0 : i, "depois", i + 1);
+                });
+            while (!m_banco.diario.TemNaFila(2) || !m_banco.diario.TemNaFila(3)) std::this_thread::yield();
+            EXPECT_TRUE(m_banco.diario.TemFila());
+            EXPECT_FALSE(m_banco.diario.TemNaFila(4));
+        };
+        const CXVCapturaTrace captura;
+        m_aCodigos[0] = m_banco.Grava(0, "depois", 1);
+        for (std::thread& rFio : m_fios) rFio.join();
+        m_fnAoAlterar = nullptr;
+        EXPECT_FALSE(m_banco.diario.TemFila());
+    }
+    // What was recorded, now and by whoever finds the store after a death.
+    void Confere(const std::array<bool, 3>& rGravados) {
+        const auto morte = Morre();
+        ASSERT_EQ(m_banco.Fecha(m_Dono), S_OK);
+        const auto depois = Morre();
+        for (const auto& rRetrato : {depois, morte})
+            ASSERT_NO_FATAL_FAILURE(ConfereRetrato(rRetrato, rGravados));
+    }
+    void ConfereRetrato(const CXVSistemaArquivosMemoria::TRetrato& rRetrato,
+                        const std::array<bool, 3>& rGravados) {
+        const CXVCapturaTrace captura;
+        ASSERT_EQ(Reabre(rRetrato), S_OK);
+        for (std::size_t i = 0; i < 3; ++i) {
+            std::vector<std::string> esperados{"antes"};
+            if (rGravados[i]) esperados.emplace_back("depois");
+            ASSERT_EQ(LeTextos(std::string(1, static_cast<char>('A' + i)) + ".dat"), esperados);
+        }
+    }
+
+    SBancoFila m_banco;
+    bool m_bNoMesmoArquivo = false;
+    std::vector<std::thread> m_fios;
+    std::array<HRESULT, 3> m_aCodigos{E_FAIL, E_FAIL, E_FAIL};
+};
+
+TEST_F(FilaDoDiario, QuemEsperaJuntoDivideADescarga) {
+    GravamJuntos();
+    EXPECT_EQ(m_aCodigos, (std::array<HRESULT, 3>{S_OK, S_OK, S_OK}));
+    EXPECT_EQ(Conta("=" + std::string(k_pszNomeDiario)), 2) << "one for the first, one for both others";
+    EXPECT_EQ(m_banco.ulRefeitas, 0U);
+    EXPECT_EQ(Campo<XVUInt64>(LeDiario(), 512) % 2, 0U);
+    Confere({true, true, true});
+}
+
+TEST_F(FilaDoDiario, QuemAnexaAoMesmoArquivoContaComQuemEspera) {
+    m_bNoMesmoArquivo = true;
+    GravamJuntos();
+    EXPECT_EQ(m_aCodigos, (std::array<HRESULT, 3>{S_OK, S_OK, S_OK}));
+    const auto morte = Morre();
+    ASSERT_EQ(m_banco.Fecha(m_Dono), S_OK);
+    ASSERT_EQ(Reabre(morte), S_OK);
+    EXPECT_EQ(LeTextos("A.dat"), (std::vector<std::string>{"antes", "depois", "depois", "depois"}));
+}
+
+// What was prepared on top of an operation that failed is prepared again, and its entries count for nothing.
+TEST_F(FilaDoDiario, AtrasDeUmaQueFalhaTudoSePreparaDeNovo) {
+    m_FalhasQueda.SetFiltro([](const std::string& s) { return s.ends_with("A.dat"); });
+    m_FalhasQueda.Programa({.eOperacao = EOperacaoArquivo::eGrava});
+    std::optional<CXVSistemaArquivosMemoria::TRetrato> morte;
+    GravamJuntos([&](int iDescarga) {
+        if (iDescarga == 2) morte = Morre();  // the first one is marked as to be undone
+    });
+    m_FalhasQueda.Limpa();
+    EXPECT_EQ(m_aCodigos, (std::array<HRESULT, 3>{eHardIO, S_OK, S_OK}));
+    EXPECT_EQ(m_banco.ulRefeitas, 2U);
+    Confere({false, true, true});
+    ASSERT_TRUE(morte.has_value());
+    ConfereRetrato(*morte, {false, false, false});
+}
+
+TEST_F(FilaDoDiario, DescargaQueFalhaFalhaParaTodosQueADividem) {
+    m_FalhasQueda.SetFiltro([](const std::string& s) { return s.ends_with(k_pszNomeDiario); });
+    m_FalhasQueda.Programa({.eOperacao = EOperacaoArquivo::eSincroniza, .uiNumero = 2});
+    GravamJuntos();
+    m_FalhasQueda.Limpa();
+    EXPECT_EQ(m_aCodigos, (std::array<HRESULT, 3>{S_OK, eHardIO, eHardIO}));
+    EXPECT_EQ(m_banco.ulRefeitas, 0U);
+    Confere({true, false, false});
+}
+
+// Emptied by somebody who must be alone: those that waited are carried out, and the lock is held again.
+TEST_F(FilaDoDiario, QuemPrecisaEstarSozinhoEsvaziaAFila) {
+    std::unique_lock<std::mutex> bloqueio;
+    std::array<XVUInt64, 2> auiTamanhos{};
+    const auto fnSozinho = [&] {
+        bloqueio = std::unique_lock(m_banco.mutexAlteracao);
+        m_banco.diario.EsvaziaFila(bloqueio);
+        auiTamanhos = {m_banco.aFiles[1].GetQtdRegistros(), m_banco.aFiles[2].GetQtdRegistros()};
+        EXPECT_TRUE(bloqueio.owns_lock());
+        EXPECT_FALSE(m_banco.diario.TemFila());
+        bloqueio.unlock();
+    };
+    std::thread sozinho;
+    m_fnAoAlterar = nullptr;
+    GravamJuntos([&](int iDescarga) {
+        if (iDescarga == 2) sozinho = std::thread(fnSozinho);
+    });
+    sozinho.join();
+    EXPECT_EQ(auiTamanhos, (std::array<XVUInt64, 2>{2, 2}));
+    Confere({true, true, true});
 }
 
 }  // namespace

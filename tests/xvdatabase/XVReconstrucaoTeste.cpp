@@ -159,6 +159,9 @@ TEST_F(Reconstrucao, ArquivoQueODiarioNaoExplicaFicaComoEstaETodosOsOutros) {
     FechaCrc(sOutroCabecalho);
     std::string sOutroRegistro = k_sA0;
     PoeTexto(sOutroRegistro, 252, "c?ef");
+    std::string sRegistroZerado = k_sA0;
+    PoeTexto(sRegistroZerado, 252, std::string(4, '\0'));
+    const std::string sCabecalhoZerado = k_sA0.substr(0, 24) + std::string(216, '\0') + k_sA0.substr(240);
     std::string sOutroAnexado = k_sA1;
     PoeTexto(sOutroAnexado, 256, "gh?j");
     const struct {
@@ -172,6 +175,8 @@ TEST_F(Reconstrucao, ArquivoQueODiarioNaoExplicaFicaComoEstaETodosOsOutros) {
         {"longer", k_sA1 + "k", "", "A.dat"},
         {"another header", sOutroCabecalho, "", "A.dat"},
         {"another record", sOutroRegistro, "", "A.dat"},
+        {"a record of zeros", sRegistroZerado, "", "A.dat"},
+        {"a header of zeros", sCabecalhoZerado, "", "A.dat"},
         {"other appended bytes", sOutroAnexado, "", "A.dat"},
         {"another new file", k_sA0, Versao("B.dat", "", 9), "B.dat"},
         {"longer new file", k_sA0, k_sB1 + "!", "B.dat"},
@@ -199,9 +204,26 @@ TEST_F(Reconstrucao, SemCabecalhoContamOsBytes) {
     EsperaRecusa(DiarioBytes(k_uiSessao, {EntradaBytes(k_uiSessao, {1, {anexa}, k_ulDesfazer})}), "C.dat");
 }
 
+// Ranges that lie in, across and over each other: the newest byte counts, and none is lost.
+TEST_F(Reconstrucao, FaixasQueSeSobrepoem) {
+    const std::vector<SParteBytes> partes = {{"C.dat", 2, 2, 10, "cdefghij", ""},
+                                             {"C.dat", 4, 10, 10, "EF", "ef"},
+                                             {"C.dat", 1, 10, 10, "BC", "bc"},
+                                             {"C.dat", 3, 10, 10, "dEFG", "dEFg"},
+                                             {"C.dat", 8, 10, 12, "IJKL", "ij"}};
+    std::vector<std::string> entradas;
+    for (const SParteBytes& p : partes)
+        entradas.push_back(EntradaBytes(k_uiSessao, {entradas.size() + 1, {p}}));
+    for (const char* pszComeco : {"ab", "abcd", "abcdefghij", "aBCdEFGhIJKL", "abCdeFghi"}) {
+        Poe("C.dat", pszComeco);
+        ASSERT_EQ(Abre(DiarioBytes(k_uiSessao, entradas)), S_OK) << pszComeco;
+        EXPECT_EQ(Tem("C.dat"), "aBCdEFGhIJKL") << pszComeco;
+    }
+}
+
 TEST_F(Reconstrucao, EntradasQueFaltamOuNaoSeSeguemSaoRecusadas) {
     Poe("A.dat", k_sA0);
-    SParteBytes cria = AnexaA();
+    SParteBytes cria = SobrepoeA();
     cria.bCria = true;
     SParteBytes outroCabecalho = SobrepoeA();
     outroCabecalho.sBlocoAntes = Bloco(k_sA0);
@@ -257,6 +279,26 @@ TEST_F(Reconstrucao, OQueNaoEDiarioNaoFazMal) {
         EXPECT_TRUE(captura.GetFalhas().empty());
         EXPECT_FALSE(Existe(k_pszNomeDiario));
     }
+}
+
+// What was concluded counts no more, whatever happens to the files before the next operation.
+TEST_F(Reconstrucao, ConcluidasNaoSeConcluemDeNovo) {
+    Poe("A.dat", k_sA0);
+    Cria(k_pszNomeDiario, DiarioBytes(k_uiSessao, {Entrada1(), Entrada2()}));
+    const CXVCapturaTrace captura;
+    CXVSistemaArquivosMemoria::TRetrato morte;
+    {
+        CXVDiario diario;
+        ASSERT_EQ(diario.Abre(&m_Dono, XV_DF, PastaDados()), S_OK);
+        morte = m_Arquivos.Retrata();
+        ASSERT_EQ(diario.Fecha(&m_Dono), S_OK);
+    }
+    morte.erase(PastaDados("A.dat"));
+    m_Arquivos.Restaura(morte);
+    CXVDiario diario;
+    EXPECT_EQ(diario.Abre(&m_Dono, XV_DF, PastaDados()), S_OK);
+    EXPECT_EQ(diario.Fecha(&m_Dono), S_OK);
+    EXPECT_FALSE(Existe("A.dat"));
 }
 
 TEST_F(Reconstrucao, PalavraDaPrimeiraDispensaAsDeAntes) {
@@ -325,7 +367,15 @@ TEST_F(Reconstrucao, CamposImpossiveisNaoSaoEntrada) {
         const CXVCapturaTrace captura;
         ASSERT_EQ(Abre(DiarioBytes(k_uiSessao, {Entrada1(), s})), S_OK);
         EXPECT_EQ(Tem("A.dat"), k_sA1);
+        EXPECT_TRUE(TemMensagem(captura, "descartada"));
     }
+    const SParteBytes alemDoFim{"C.dat",          ~XVUInt64{0} - 2, ~XVUInt64{0} - 2,
+                                ~XVUInt64{0} - 2, "12345678",       ""};
+    Poe("A.dat", k_sA0);
+    const CXVCapturaTrace capturaFim;
+    ASSERT_EQ(Abre(DiarioBytes(k_uiSessao, {EntradaBytes(k_uiSessao, {1, {alemDoFim}})})), S_OK)
+        << "its end overflows";
+    EXPECT_TRUE(TemMensagem(capturaFim, "descartada"));
     for (const char* pszNome : {"../A.dat", "/A.dat", "sub/A.dat", "..\\A.dat", "..", ".", "A", "C:A.dat"}) {
         SCOPED_TRACE(pszNome);
         SParteBytes fora{pszNome, 0, 0, 4, "mal!", "", true};
