@@ -309,8 +309,10 @@ TEST_F(Diario, AnelQueDaVoltasConcluiSempreAUltima) {
         {
             SBancoDuplo banco;
             ASSERT_EQ(banco.Abre(m_Dono, PastaDados()), S_OK);
-            for (std::size_t i = 0; i < 90; ++i) {
-                const std::size_t uiTamanho = i < 40 ? i * 389 % 2300 : (i % 4 == 1 ? 5000 : i * 37 % 300);
+            for (std::size_t i = 0; i < 160; ++i) {
+                std::size_t uiTamanho = i < 40 ? i * 389 % 2300 : i * 37 % 300;
+                if (i >= 40 && i % 7 == 3) uiTamanho = 2700;
+                if (i >= 40 && i % 11 == 5) uiTamanho = 5000;
                 const std::string sTexto(uiTamanho, static_cast<char>('a' + i % 26));
                 ASSERT_EQ(banco.Grava(i % 3 == 0 ? 0 : 1, {i, 0, 0}, sTexto), S_OK);
                 retratos.push_back(Morre());
@@ -462,8 +464,10 @@ TEST_F(Diario, OperacaoQueFalhaDeixaTudoComoEstava) {
 TEST_F(Diario, ArquivoQueSurgiuNoMeioNaoETocado) {
     SBancoDuplo banco;
     ASSERT_EQ(banco.Abre(m_Dono, PastaDados()), S_OK);
+    bool bSurgiu = false;
     m_fnAoAlterar = [&](const std::string& sCaminho, CXVSistemaArquivosQueda::EAlteracao) {
-        if (sCaminho.ends_with(k_pszNomeDiario) && !Existe("T.dat")) Cria("T.dat", "alheio");
+        if (sCaminho.ends_with(k_pszNomeDiario) && !bSurgiu) Cria("T.dat", "alheio");
+        bSurgiu = true;
     };
     const CXVCapturaTrace captura;
     EXPECT_EQ(banco.Grava(0, {1, 0, 0}, "meu"), eSharingViolation);
@@ -533,7 +537,10 @@ TEST_F(Diario, CopiaSaiNaAberturaSoEnquantoEstavaSendoFeita) {
                 EXPECT_FALSE(Existe("C.cab"));
                 Cria("C.cab", "alheia");
             }
-            for (XVUInt i = 0; i < 8; ++i) ASSERT_EQ(banco.Grava(1, {i, 9, 9}, "b"), S_OK);
+            // Of a copy that was never begun nothing stays in the ring.
+            for (XVUInt i = 0; eFim == EFim::eInicioFalhou && i < 8; ++i)
+                ASSERT_EQ(banco.Grava(1, {i, 9, 9}, "b"), S_OK);
+            ASSERT_EQ(banco.diario.PontoSeguro(&m_Dono), S_OK);
             EXPECT_TRUE(Existe("C.cab"));
             morte = Morre();
             ASSERT_EQ(banco.Fecha(m_Dono), S_OK);
@@ -565,7 +572,11 @@ TEST_F(Diario, CopiaDemoradaContinuaProtegida) {
         banco.diario.TerminaCopia(uiCopia);
         EXPECT_FALSE(Existe("C.cab"));
         mortes.push_back(Morre());
+        Cria("C.cab", "alheia");
+        const auto comAlheia = Morre();
         ASSERT_EQ(banco.Fecha(m_Dono), S_OK);
+        ASSERT_EQ(Reabre(comAlheia), S_OK);
+        EXPECT_TRUE(Existe("C.cab")) << "no entry speaks of it any more";
         for (const auto& rMorte : mortes) {
             ASSERT_EQ(Reabre(rMorte), S_OK);
             ASSERT_FALSE(Existe("C.cab"));
@@ -722,6 +733,18 @@ TEST_F(FilaDoDiario, QuemAnexaAoMesmoArquivoContaComQuemEspera) {
     ASSERT_EQ(m_banco.Fecha(m_Dono), S_OK);
     ASSERT_EQ(Reabre(morte), S_OK);
     EXPECT_EQ(LeTextos("A.dat"), (std::vector<std::string>{"antes", "depois", "depois", "depois"}));
+}
+
+// A safe point in between: what waits is in the journal alone, and stays needed.
+TEST_F(FilaDoDiario, PontoSeguroNaoDispensaQuemEspera) {
+    XVUInt64 uiPrimeira = 0;
+    GravamJuntos([&](int iDescarga) {
+        if (iDescarga != 2) return;
+        EXPECT_EQ(m_banco.diario.PontoSeguro(&m_Dono), S_OK);
+        uiPrimeira = Campo<XVUInt64>(LeDiario(), 520);
+    });
+    EXPECT_EQ(uiPrimeira, 5U) << "four are over, two wait";
+    Confere({true, true, true});
 }
 
 // What was prepared on top of an operation that failed is prepared again, and its entries count for nothing.
