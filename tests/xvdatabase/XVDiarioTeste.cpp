@@ -538,7 +538,7 @@ TEST_F(Diario, CopiaSaiNaAberturaSoEnquantoEstavaSendoFeita) {
                 Cria("C.cab", "alheia");
             }
             // Of a copy that was never begun nothing stays in the ring.
-            for (XVUInt i = 0; eFim == EFim::eInicioFalhou && i < 8; ++i)
+            for (XVUInt i = 0; i < (eFim == EFim::eInicioFalhou ? 8U : 1U); ++i)
                 ASSERT_EQ(banco.Grava(1, {i, 9, 9}, "b"), S_OK);
             ASSERT_EQ(banco.diario.PontoSeguro(&m_Dono), S_OK);
             EXPECT_TRUE(Existe("C.cab"));
