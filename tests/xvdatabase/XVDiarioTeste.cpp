@@ -252,11 +252,13 @@ TEST_F(Diario, ConclusaoChegaAoDispositivoAntesQueODiarioAEsqueca) {
     const std::string sDiretorio = PastaDados().substr(PastaDados().find_last_of('/') + 1);
     for (const std::string sNome : {"A.dat", "T.dat"}) {
         ASSERT_NE(Ultimo("+" + sNome), 0U);
+        EXPECT_LT(Primeiro("+" + std::string(k_pszNomeDiario)), Primeiro("+" + sNome))
+            << "viewers learn of it first";
         EXPECT_LT(Ultimo("+" + sNome), Ultimo("=" + sNome)) << sNome;
-        EXPECT_LT(Ultimo("=" + sNome), Primeiro("+" + std::string(k_pszNomeDiario))) << sNome;
+        EXPECT_LT(Ultimo("=" + sNome), Ultimo("+" + std::string(k_pszNomeDiario))) << sNome;
         EXPECT_LT(Ultimo("+" + sNome), Ultimo("=" + sDiretorio)) << sNome;
     }
-    EXPECT_LT(Ultimo("=" + sDiretorio), Primeiro("+" + std::string(k_pszNomeDiario)));
+    EXPECT_LT(Ultimo("=" + sDiretorio), Ultimo("+" + std::string(k_pszNomeDiario)));
     EXPECT_EQ(diario.Fecha(&m_Dono), S_OK);
 }
 
