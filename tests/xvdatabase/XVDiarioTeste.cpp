@@ -252,11 +252,13 @@ TEST_F(Diario, ConclusaoChegaAoDispositivoAntesQueODiarioAEsqueca) {
     const std::string sDiretorio = PastaDados().substr(PastaDados().find_last_of('/') + 1);
     for (const std::string sNome : {"A.dat", "T.dat"}) {
         ASSERT_NE(Ultimo("+" + sNome), 0U);
+        EXPECT_LT(Primeiro("+" + std::string(k_pszNomeDiario)), Primeiro("+" + sNome))
+            << "viewers learn of it first";
         EXPECT_LT(Ultimo("+" + sNome), Ultimo("=" + sNome)) << sNome;
-        EXPECT_LT(Ultimo("=" + sNome), Primeiro("+" + std::string(k_pszNomeDiario))) << sNome;
+        EXPECT_LT(Ultimo("=" + sNome), Ultimo("+" + std::string(k_pszNomeDiario))) << sNome;
         EXPECT_LT(Ultimo("+" + sNome), Ultimo("=" + sDiretorio)) << sNome;
     }
-    EXPECT_LT(Ultimo("=" + sDiretorio), Primeiro("+" + std::string(k_pszNomeDiario)));
+    EXPECT_LT(Ultimo("=" + sDiretorio), Ultimo("+" + std::string(k_pszNomeDiario)));
     EXPECT_EQ(diario.Fecha(&m_Dono), S_OK);
 }
 
@@ -309,8 +311,10 @@ TEST_F(Diario, AnelQueDaVoltasConcluiSempreAUltima) {
         {
             SBancoDuplo banco;
             ASSERT_EQ(banco.Abre(m_Dono, PastaDados()), S_OK);
-            for (std::size_t i = 0; i < 90; ++i) {
-                const std::size_t uiTamanho = i < 40 ? i * 389 % 2300 : (i % 4 == 1 ? 5000 : i * 37 % 300);
+            for (std::size_t i = 0; i < 160; ++i) {
+                std::size_t uiTamanho = i < 40 ? i * 389 % 2300 : i * 37 % 300;
+                if (i >= 40 && i % 7 == 3) uiTamanho = 2700;
+                if (i >= 40 && i % 11 == 5) uiTamanho = 5000;
                 const std::string sTexto(uiTamanho, static_cast<char>('a' + i % 26));
                 ASSERT_EQ(banco.Grava(i % 3 == 0 ? 0 : 1, {i, 0, 0}, sTexto), S_OK);
                 retratos.push_back(Morre());
@@ -462,8 +466,10 @@ TEST_F(Diario, OperacaoQueFalhaDeixaTudoComoEstava) {
 TEST_F(Diario, ArquivoQueSurgiuNoMeioNaoETocado) {
     SBancoDuplo banco;
     ASSERT_EQ(banco.Abre(m_Dono, PastaDados()), S_OK);
+    bool bSurgiu = false;
     m_fnAoAlterar = [&](const std::string& sCaminho, CXVSistemaArquivosQueda::EAlteracao) {
-        if (sCaminho.ends_with(k_pszNomeDiario) && !Existe("T.dat")) Cria("T.dat", "alheio");
+        if (sCaminho.ends_with(k_pszNomeDiario) && !bSurgiu) Cria("T.dat", "alheio");
+        bSurgiu = true;
     };
     const CXVCapturaTrace captura;
     EXPECT_EQ(banco.Grava(0, {1, 0, 0}, "meu"), eSharingViolation);
@@ -533,7 +539,10 @@ TEST_F(Diario, CopiaSaiNaAberturaSoEnquantoEstavaSendoFeita) {
                 EXPECT_FALSE(Existe("C.cab"));
                 Cria("C.cab", "alheia");
             }
-            for (XVUInt i = 0; i < 8; ++i) ASSERT_EQ(banco.Grava(1, {i, 9, 9}, "b"), S_OK);
+            // Of a copy that was never begun nothing stays in the ring.
+            for (XVUInt i = 0; i < (eFim == EFim::eInicioFalhou ? 8U : 1U); ++i)
+                ASSERT_EQ(banco.Grava(1, {i, 9, 9}, "b"), S_OK);
+            ASSERT_EQ(banco.diario.PontoSeguro(&m_Dono), S_OK);
             EXPECT_TRUE(Existe("C.cab"));
             morte = Morre();
             ASSERT_EQ(banco.Fecha(m_Dono), S_OK);
@@ -565,7 +574,11 @@ TEST_F(Diario, CopiaDemoradaContinuaProtegida) {
         banco.diario.TerminaCopia(uiCopia);
         EXPECT_FALSE(Existe("C.cab"));
         mortes.push_back(Morre());
+        Cria("C.cab", "alheia");
+        const auto comAlheia = Morre();
         ASSERT_EQ(banco.Fecha(m_Dono), S_OK);
+        ASSERT_EQ(Reabre(comAlheia), S_OK);
+        EXPECT_TRUE(Existe("C.cab")) << "no entry speaks of it any more";
         for (const auto& rMorte : mortes) {
             ASSERT_EQ(Reabre(rMorte), S_OK);
             ASSERT_FALSE(Existe("C.cab"));
@@ -722,6 +735,18 @@ TEST_F(FilaDoDiario, QuemAnexaAoMesmoArquivoContaComQuemEspera) {
     ASSERT_EQ(m_banco.Fecha(m_Dono), S_OK);
     ASSERT_EQ(Reabre(morte), S_OK);
     EXPECT_EQ(LeTextos("A.dat"), (std::vector<std::string>{"antes", "depois", "depois", "depois"}));
+}
+
+// A safe point in between: what waits is in the journal alone, and stays needed.
+TEST_F(FilaDoDiario, PontoSeguroNaoDispensaQuemEspera) {
+    XVUInt64 uiPrimeira = 0;
+    GravamJuntos([&](int iDescarga) {
+        if (iDescarga != 2) return;
+        EXPECT_EQ(m_banco.diario.PontoSeguro(&m_Dono), S_OK);
+        uiPrimeira = Campo<XVUInt64>(LeDiario(), 520);
+    });
+    EXPECT_EQ(uiPrimeira, 5U) << "four are over, two wait";
+    Confere({true, true, true});
 }
 
 // What was prepared on top of an operation that failed is prepared again, and its entries count for nothing.
