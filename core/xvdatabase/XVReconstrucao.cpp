@@ -54,21 +54,17 @@ HRESULT CXVReconstrucao::Le(const IXVDF_Profiler* pDono, const std::string& sDir
     return Monta(pDono);
 }
 
-// An entry that is undone is the last one that counts: no operation begins before that is over.
+// An entry to undo counts where it stands, not only at the end: its mark may have stayed when the one that
+// takes it out could not be written, and those after it began from what stood before it.
 HRESULT CXVReconstrucao::Monta(const IXVDF_Profiler* pDono) {
-    const auto& rEntradas = m_diario.GetEntradas();
-    const auto itUltima = std::find_if(rEntradas.rbegin(), rEntradas.rend(), [](const SEntradaLida& e) {
-        return e.eEstado != EEstadoEntrada::eNula;
-    });
-    for (const SEntradaLida& rEntrada : rEntradas) {
-        const bool bUltima = itUltima != rEntradas.rend() && &rEntrada == &*itUltima;
+    for (const SEntradaLida& rEntrada : m_diario.GetEntradas()) {
+        if (rEntrada.eEstado == EEstadoEntrada::eNula) continue;
         const bool bDesfaz = rEntrada.eEstado == EEstadoEntrada::eDesfazer;
-        if (rEntrada.eEstado == EEstadoEntrada::eNula || (bDesfaz && !bUltima)) continue;
         if (rEntrada.eTipo == ETipoEntrada::eCopia) {
             for (const SParteLida& rParte : rEntrada.listaPartes) m_listaCopias.emplace_back(rParte.sNome);
             continue;
         }
-        m_bDesfaz |= bDesfaz;
+        m_bDesfaz = bDesfaz;
         for (const SParteLida& rParte : rEntrada.listaPartes)
             if (!Inclui(rParte, bDesfaz))
                 return RecusaArquivo(pDono, std::string(rParte.sNome),
@@ -83,12 +79,16 @@ bool CXVReconstrucao::Inclui(const SParteLida& rParte, bool bDesfaz) {
     if (bNovo) {
         rArquivo.bExistia = !rParte.bCria;
         rArquivo.uiTamanhoMenor = rParte.bCria ? 0 : rParte.uiTamanhoAntes;
-        if (rParte.pAntes != nullptr) rArquivo.listaCabecalhos.push_back(rParte.pAntes);
-    } else if (rParte.bCria || rParte.uiTamanhoAntes != rArquivo.uiTamanhoFinal ||
-               (rParte.pAntes != nullptr && rArquivo.pCabecalhoFinal != nullptr &&
-                std::memcmp(rParte.pAntes, rArquivo.pCabecalhoFinal, sizeof(*rParte.pAntes)) != 0)) {
+    } else if (rParte.bCria != rArquivo.bApaga) {
         return false;
     }
+    // A file that was made, undone and made again begins a second time.
+    const bool bComeca = bNovo || rParte.bCria;
+    if (!bComeca && (rParte.uiTamanhoAntes != rArquivo.uiTamanhoFinal ||
+                     (rParte.pAntes != nullptr && rArquivo.pCabecalhoFinal != nullptr &&
+                      std::memcmp(rParte.pAntes, rArquivo.pCabecalhoFinal, sizeof(*rParte.pAntes)) != 0)))
+        return false;
+    if (bComeca && rParte.pAntes != nullptr) rArquivo.listaCabecalhos.push_back(rParte.pAntes);
     rArquivo.listaPartes.push_back(&rParte);
     rArquivo.uiTamanhoMaior = std::max(rArquivo.uiTamanhoMaior, rParte.uiTamanhoDepois);
     if (rParte.pDepois != nullptr) {

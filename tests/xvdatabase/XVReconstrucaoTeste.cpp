@@ -124,6 +124,39 @@ TEST_F(Reconstrucao, CadaEntradaConformeSeuEstadoDeQualquerPontoDaEscrita) {
     }
 }
 
+// The mark that takes an undone entry out may not have been written: the next one begins where it began.
+TEST_F(Reconstrucao, EntradaDesfeitaNoMeioDasOutras) {
+    const std::string sA9 = Versao("A.dat", "0123456789abcdefgh", 1);
+    const std::string sB9 = Versao("B.dat", "nunca", 1);
+    const SParteBytes anexaA9{"A.dat", 256, 256, 258, "gh", "", false, Bloco(k_sA0), Bloco(sA9)};
+    const SParteBytes criaB9{"B.dat", 240, 240, 245, "nunca", "", true, Bloco(k_sB0), Bloco(sB9)};
+    const auto entrada = [](XVUInt64 uiNumero, const std::vector<SParteBytes>& partes, XVUInt ulEstado) {
+        return EntradaBytes(k_uiSessao, {uiNumero, partes, ulEstado});
+    };
+    const std::string sDiario = DiarioBytes(
+        k_uiSessao, {entrada(1, {anexaA9, criaB9}, k_ulDesfazer),
+                     entrada(2, {AnexaA(), CriaB()}, k_ulRefazer), entrada(3, {SobrepoeA()}, k_ulRefazer)});
+    const std::vector<std::pair<std::string, std::string>> achados = {
+        {k_sA0, ""}, {sA9, sB9}, {k_sA1, k_sB1}, {k_sA2, k_sB1}, {k_sA0 + "g", sB9.substr(0, 100)}};
+    for (const auto& [sA, sB] : achados) {
+        SCOPED_TRACE(sA.size());
+        Poe("A.dat", sA);
+        Poe("B.dat", sB);
+        const CXVCapturaTrace captura;
+        ASSERT_EQ(Abre(sDiario), S_OK);
+        EXPECT_EQ(Tem("A.dat"), k_sA2);
+        EXPECT_EQ(Tem("B.dat"), k_sB1);
+        EXPECT_EQ(TemMensagem(captura, "concluída"), sA != k_sA2);
+        EXPECT_FALSE(TemMensagem(captura, "desfeita"));
+    }
+    // What was undone is not there to be changed.
+    Poe("A.dat", k_sA0);
+    const SParteBytes sobreB9{"B.dat", 240, 245, 245, "sempr", "nunca", false, Bloco(sB9), Bloco(k_sB1)};
+    EsperaRecusa(
+        DiarioBytes(k_uiSessao, {entrada(1, {criaB9}, k_ulDesfazer), entrada(2, {sobreB9}, k_ulRefazer)}),
+        "B.dat");
+}
+
 // A conclusion that is interrupted in its turn is concluded by the next one.
 TEST_F(Reconstrucao, ConclusaoInterrompidaSeConcluiDepois) {
     for (const XVUInt ulEstado2 : {k_ulRefazer, k_ulDesfazer}) {
