@@ -120,6 +120,7 @@ HRESULT CXVFileBase::CriaArquivo(const SGravacao& g) {
     XVUInt64 uiTamanho = 0;
     CXVErroArquivo erro = pArquivo->GetTamanho(uiTamanho);
     if (erro.Ok() && uiTamanho != 0) XV_FALHA(eSharingViolation);  // somebody else's since it was prepared
+    m_bCriado = erro.Ok();
     REG_XVCABECALHO reg;
     if (erro.Ok() && g.bTemCabecalho) {
         reg.regA = XVCabecalho::BlocoA();
@@ -128,11 +129,10 @@ HRESULT CXVFileBase::CriaArquivo(const SGravacao& g) {
     }
     if (!erro.Ok()) {
         pArquivo.reset();
-        XVPlataforma::SistemaArquivos().Apaga(m_sPathArquivo).Ignora();
+        DesfazArquivoCriado().Ignora();  // or by the undoing
         XV_CHECK_TEXTO(CatchGravacao(&erro), "CatchGravacao(pEx)");
     }
     const std::unique_lock lock(GetLock());
-    m_bCriado = true;
     m_pArquivo = std::move(pArquivo);
     m_eModoAbertura = eModoLeituraGravacaoCriacao;
     m_uiTamanhoArquivo = g.uiTamanhoAntes;
@@ -156,14 +156,25 @@ CXVErroArquivo CXVFileBase::DesfazGravacao(const SGravacao& g) {
     return {};
 }
 
-// Only a file that this write made: one that had appeared meanwhile is somebody else's.
+// Only a file that this write made: one that had appeared meanwhile is somebody else's. Where its length
+// could not be asked for, it is this write's as long as it is empty.
 CXVErroArquivo CXVFileBase::DesfazArquivoCriado() {
-    if (!m_bCriado) return {};
     {
         const std::unique_lock lock(GetLock());
         FechaArquivo();
     }
-    const CXVErroArquivo erro = XVPlataforma::SistemaArquivos().Apaga(m_sPathArquivo);
+    IXVSistemaArquivos& rSistema = XVPlataforma::SistemaArquivos();
+    XVUInt64 uiTamanho = 0;
+    CXVErroArquivo erro;
+    if (!m_bCriado) {
+        std::unique_ptr<IXVArquivo> pArquivo;
+        erro = rSistema.Abre(m_sPathArquivo,
+                             {EAcessoArquivo::eLeitura, ECompartilhamentoArquivo::eNegaNada,
+                              ECriacaoArquivo::eSomenteExistente},
+                             pArquivo);
+        if (erro.Ok()) erro = pArquivo->GetTamanho(uiTamanho);
+    }
+    if (erro.Ok() && uiTamanho == 0) erro = rSistema.Apaga(m_sPathArquivo);
     if (!erro.Ok() && erro.GetCausa() != ECausaArquivo::eArquivoNaoEncontrado) return erro;
     m_bCriado = false;
     return {};
