@@ -52,7 +52,7 @@ class Diario : public CXVCenarioBanco {
         return hr;
     }
     // How often a step was taken since the last call.
-    long Conta(const std::string& sPasso) const {
+    std::ptrdiff_t Conta(const std::string& sPasso) const {
         return std::count(m_listaPassos.begin(), m_listaPassos.end(), sPasso);
     }
     std::size_t Ultimo(const std::string& sPasso) const {
