@@ -128,9 +128,12 @@ HRESULT CXVDataBaseControleCriacaoArquivos::CriaControleCriacaoArquivos() {
     bool bPossui = false;
     XV_CHECK(PossuiControleCriacaoArquivos(&bPossui));
     if (bPossui) return S_OK;
-    CXVDataBaseControle xvDB(m_eModulo, k_sNomeControle, CXVDataBaseControle::EUso::eEscrita);
-    XV_CHECK(xvDB.Inicializa(this));
-    CXVTextFile& xvTextFile = xvDB.GetArquivo();
+    // Not on the stack: its locks would come to lie where those of an earlier one lay, and a lock order that
+    // is checked by address would mix them up.
+    const auto pDB = std::make_unique<CXVDataBaseControle>(m_eModulo, k_sNomeControle,
+                                                           CXVDataBaseControle::EUso::eEscrita);
+    XV_CHECK(pDB->Inicializa(this));
+    CXVTextFile& xvTextFile = pDB->GetArquivo();
     XVUInt uiPosicao = 0;
     XV_CHECK(xvTextFile.Grava(uiPosicao, m_sNomeArquivo.c_str()));
     return S_OK;
