@@ -1,7 +1,8 @@
 // A write beside readers in a loop waits for the reads that are under way, not for those that come after it.
 //
 // Counted in reads and not in time, and judged by a quantile: a machine that gives the writer no processor
-// for a while spoils many writes; readers that pass a writer pass every one. The reads are long, so that most of their time is spent under a lock.
+// for a while spoils many writes; readers that pass a writer pass every one. The reads are long, so that most
+// of their time is spent under a lock.
 #include <algorithm>
 #include <atomic>
 #include <thread>
