@@ -79,8 +79,9 @@ TEST_F(ProgramaBase, ArquivoDeUmDiaDanificadoEDitoComSuaData) {
     ASSERT_GT(sBytes.size(), 240U);
     sBytes[130] = static_cast<char>(sBytes[130] ^ 1);
     m_Diretorio.CriaArquivo(sArquivo, sBytes);
-    const std::string sFim = " Arquivo: " + m_Diretorio.Junta(sArquivo) + " (dia " + sDia.substr(6) + "/" +
-                             sDia.substr(4, 2) + "/" + sDia.substr(0, 4) + ")\n";
+    const std::string sPath = std::filesystem::path(m_Diretorio.Junta(sArquivo)).make_preferred().string();
+    const std::string sFim = " Arquivo: " + sPath + " (dia " + sDia.substr(6) + "/" + sDia.substr(4, 2) +
+                             "/" + sDia.substr(0, 4) + ")\n";
     for (const std::vector<std::string>& rComando :
          {std::vector<std::string>{"le", sDmc}, {"busca", "--tipo", "BuscaPedidos"}, {"busca", "--le"}}) {
         const SExecucao execucao = Xvcr(rComando);

@@ -1,0 +1,100 @@
+// Copies that are written beside a file, and the deletion of files.
+#include "core/xvdatabase/XVDataBaseUtil.h"
+#include "tests/xvdatabase/XVCenarioDiario.h"
+
+namespace {
+
+class DiarioCopia : public CXVCenarioDiario {};
+
+TEST_F(DiarioCopia, CopiaSaiNaAberturaSoEnquantoEstavaSendoFeita) {
+    const auto inicial = m_Arquivos.Retrata();
+    enum class EFim { eEmCurso, eTerminada, eInicioFalhou };
+    for (const EFim eFim : {EFim::eEmCurso, EFim::eTerminada, EFim::eInicioFalhou}) {
+        SCOPED_TRACE(static_cast<int>(eFim));
+        m_Arquivos.Restaura(inicial);
+        SetDurabilidade(1);
+        CXVDiarioAnel::SetTamanhoAnel(4096);
+        const CXVCapturaTrace captura;
+        CXVSistemaArquivosMemoria::TRetrato morte;
+        {
+            SBancoDuplo banco;
+            ASSERT_EQ(banco.Abre(m_Dono, PastaDados()), S_OK);
+            ASSERT_EQ(banco.Grava(0, {1, 0, 0}, "a"), S_OK);
+            XVUInt64 uiCopia = 0;
+            if (eFim == EFim::eInicioFalhou) {
+                m_FalhasQueda.SetFiltro([](const std::string& s) { return s.ends_with(k_pszNomeDiario); });
+                m_FalhasQueda.Programa({.eOperacao = EOperacaoArquivo::eSincroniza, .uiNumero = 2});
+            }
+            ASSERT_EQ(banco.diario.IniciaCopia(&m_Dono, "C.cab", &uiCopia),
+                      eFim == EFim::eInicioFalhou ? eHardIO : S_OK);
+            m_FalhasQueda.Limpa();
+            Cria("C.cab", "metade");
+            if (eFim == EFim::eTerminada) {
+                banco.diario.TerminaCopia(uiCopia);
+                EXPECT_FALSE(Existe("C.cab"));
+                Cria("C.cab", "alheia");
+            }
+            // Of a copy that was never begun nothing stays in the ring.
+            for (XVUInt i = 0; i < (eFim == EFim::eInicioFalhou ? 8U : 1U); ++i)
+                ASSERT_EQ(banco.Grava(1, {i, 9, 9}, "b"), S_OK);
+            ASSERT_EQ(banco.diario.PontoSeguro(&m_Dono), S_OK);
+            EXPECT_TRUE(Existe("C.cab"));
+            morte = Morre();
+            ASSERT_EQ(banco.Fecha(m_Dono), S_OK);
+        }
+        ASSERT_EQ(Reabre(morte), S_OK);
+        EXPECT_EQ(Existe("C.cab"), eFim != EFim::eEmCurso);
+        m_Arquivos.Apaga(PastaDados("C.cab")).Ignora();
+    }
+}
+
+// Its entry must outlive the operations of others, however often the ring goes round meanwhile.
+TEST_F(DiarioCopia, CopiaDemoradaContinuaProtegida) {
+    CXVDiarioAnel::SetTamanhoAnel(4096);
+    for (const XVUInt ulDurabilidade : {0U, 1U}) {
+        SCOPED_TRACE(ulDurabilidade);
+        SetDurabilidade(ulDurabilidade);
+        const CXVCapturaTrace captura;
+        SBancoDuplo banco;
+        ASSERT_EQ(banco.Abre(m_Dono, PastaDados()), S_OK);
+        XVUInt64 uiCopia = 0;
+        ASSERT_EQ(banco.diario.IniciaCopia(&m_Dono, "C.cab", &uiCopia), S_OK);
+        Cria("C.cab", "metade");
+        std::vector<CXVSistemaArquivosMemoria::TRetrato> mortes;
+        for (XVUInt i = 0; i < 30; ++i) {
+            ASSERT_EQ(banco.Grava(0, {i, 0, 0}, std::string(i * 97 % 2300, 't')), S_OK);
+            mortes.push_back(Morre());
+        }
+        EXPECT_TRUE(Existe("C.cab"));
+        banco.diario.TerminaCopia(uiCopia);
+        EXPECT_FALSE(Existe("C.cab"));
+        mortes.push_back(Morre());
+        Cria("C.cab", "alheia");
+        const auto comAlheia = Morre();
+        ASSERT_EQ(banco.Fecha(m_Dono), S_OK);
+        ASSERT_EQ(Reabre(comAlheia), S_OK);
+        EXPECT_TRUE(Existe("C.cab")) << "no entry speaks of it any more";
+        for (const auto& rMorte : mortes) {
+            ASSERT_EQ(Reabre(rMorte), S_OK);
+            ASSERT_FALSE(Existe("C.cab"));
+        }
+        m_Arquivos.Apaga(PastaDados("A.dat")).Ignora();
+        m_Arquivos.Apaga(PastaDados("T.dat")).Ignora();
+    }
+}
+
+// A copy that was there before is somebody's; beginning one of our own must not make it ours.
+TEST_F(DiarioCopia, CopiaAlheiaDoControleNaoSai) {
+    Cria("XVDATABASE_FILE_CTRL.dat", Prefixado("A.dat") + Prefixado("B.dat"));
+    Cria("XVDATABASE_FILE_CTRL.tra", "alheia");
+    Cria("B.dat", "b");
+    const CXVCapturaTrace captura;
+    CXVDiario diario;
+    ASSERT_EQ(AbreDiario(diario), S_OK);
+    EXPECT_EQ(CXVDataBaseUtil::DeletaArquivo(&m_Dono, XV_DF, "B.dat", CXVDataBaseUtil::eRemoveDoControle),
+              E_XVCR_ARQUIVO_TRA_ENCONTRADO);
+    EXPECT_EQ(diario.Fecha(&m_Dono), S_OK);
+    EXPECT_EQ(Le("XVDATABASE_FILE_CTRL.tra"), "alheia");
+}
+
+}  // namespace

@@ -1,0 +1,135 @@
+// Operations that fail, and what the journal leaves of them.
+#include "core/xvdatabase/XVDataBaseUtil.h"
+#include "tests/xvdatabase/XVCenarioDiario.h"
+
+namespace {
+
+class DiarioDesfaz : public CXVCenarioDiario {};
+
+// An operation that failed stays away, and the one after it stays, whatever of the journal failed and
+// whenever the process dies.
+TEST_F(DiarioDesfaz, FalhasDoDiarioNaoDeixamOperacaoQueVolta) {
+    const auto inicial = m_Arquivos.Retrata();
+    for (const XVUInt ulDurabilidade : {0U, 1U}) {
+        SetDurabilidade(ulDurabilidade);
+        for (const bool bPermanente : {false, true}) {
+            bool bHouveFalha = true;
+            for (XVUInt64 uiNumero = 1; bHouveFalha; ++uiNumero) {
+                SCOPED_TRACE(testing::Message() << ulDurabilidade << bPermanente << uiNumero);
+                ASSERT_LT(uiNumero, 60U);
+                m_Arquivos.Restaura(inicial);
+                const CXVCapturaTrace captura;
+                CXVSistemaArquivosMemoria::TRetrato depois, morte;
+                HRESULT hr = S_OK;
+                {
+                    SBancoDuplo banco;
+                    ASSERT_EQ(banco.Abre(m_Dono, PastaDados()), S_OK);
+                    ASSERT_EQ(banco.Grava(0, {1, 0, 0}, "primeiro"), S_OK);
+                    m_FalhasQueda.SetFiltro(
+                        [](const std::string& s) { return s.ends_with(k_pszNomeDiario); });
+                    m_FalhasQueda.Programa({.uiNumero = uiNumero, .bPermanente = bPermanente});
+                    hr = banco.Grava(1, {2, 0, 0}, "que falha");
+                    bHouveFalha = m_FalhasQueda.GetFalhasOcorridas() > 0;
+                    m_FalhasQueda.Limpa();
+                    ASSERT_EQ(banco.Grava(1, {3, 0, 0}, "seguinte"), S_OK);
+                    morte = Morre();
+                    ASSERT_EQ(banco.Fecha(m_Dono), S_OK);
+                    depois = Morre();
+                }
+                for (const auto& rRetrato : {depois, morte}) {
+                    ASSERT_EQ(Reabre(rRetrato), S_OK);
+                    std::vector<std::string> esperados{"primeiro", "que falha", "seguinte"};
+                    if (FAILED(hr)) esperados.erase(esperados.begin() + 1);
+                    ASSERT_EQ(LeTextos("T.dat"), esperados);
+                    ASSERT_EQ(LeRegistros("A.dat"), (std::vector<REG_TESTE>{{3, 0, 0}}));
+                }
+            }
+        }
+    }
+}
+
+// Half of a write has reached the file: all files are byte for byte what they were, on disk and for readers.
+TEST_F(DiarioDesfaz, OperacaoQueFalhaDeixaTudoComoEstava) {
+    for (const bool bTemTextos : {false, true}) {
+        Cria("A.dat", ArquivoComCabecalho("A.dat", Bytes({{1, 2, 3}})));
+        m_Arquivos.Apaga(PastaDados("T.dat")).Ignora();
+        if (bTemTextos) Cria("T.dat", ArquivoComCabecalho("T.dat", Prefixado("ja havia")));
+        m_Arquivos.Apaga(PastaDados(k_pszControle)).Ignora();
+        SBancoDuplo banco;
+        ASSERT_EQ(banco.Abre(m_Dono, PastaDados()), S_OK);
+        const CXVCapturaTrace captura;
+        m_FalhasQueda.SetFiltro([](const std::string& s) { return s.ends_with(".dat"); });
+        bool bHouveFalha = true;
+        for (XVUInt64 uiNumero = 1; bHouveFalha; ++uiNumero) {
+            SCOPED_TRACE(uiNumero);
+            ASSERT_LT(uiNumero, 20U);
+            const std::string sA = Le("A.dat");
+            const std::string sT = Le("T.dat");
+            m_FalhasQueda.Programa(
+                {.eOperacao = EOperacaoArquivo::eGrava, .uiNumero = uiNumero, .bGravaMetade = true});
+            const HRESULT hr = banco.Grava(1, {7, 8, 9}, "um texto que e longo");
+            bHouveFalha = m_FalhasQueda.GetFalhasOcorridas() > 0;
+            m_FalhasQueda.Limpa();
+            ASSERT_EQ(hr, bHouveFalha ? eHardIO : S_OK);
+            if (!bHouveFalha) break;
+            ASSERT_EQ(Le("A.dat"), sA);
+            ASSERT_EQ(Le("T.dat"), sT);
+            REG_TESTE reg{};
+            ASSERT_EQ(banco.a.Le(1, &reg), S_OK);
+            ASSERT_EQ(reg, (REG_TESTE{1, 2, 3}));
+            ASSERT_EQ(banco.t.GetQtdRegistros(), bTemTextos ? 1U : 0U);
+        }
+        ASSERT_EQ(banco.Fecha(m_Dono), S_OK);
+    }
+}
+
+// A file that somebody made since the operation was prepared is not ours, neither to write nor to delete.
+TEST_F(DiarioDesfaz, ArquivoQueSurgiuNoMeioNaoETocado) {
+    SBancoDuplo banco;
+    ASSERT_EQ(banco.Abre(m_Dono, PastaDados()), S_OK);
+    bool bSurgiu = false;
+    m_fnAoAlterar = [&](const std::string& sCaminho, CXVSistemaArquivosQueda::EAlteracao) {
+        if (sCaminho.ends_with(k_pszNomeDiario) && !bSurgiu) Cria("T.dat", "alheio");
+        bSurgiu = true;
+    };
+    const CXVCapturaTrace captura;
+    EXPECT_EQ(banco.Grava(0, {1, 0, 0}, "meu"), eSharingViolation);
+    m_fnAoAlterar = nullptr;
+    EXPECT_EQ(Le("T.dat"), "alheio");
+    EXPECT_FALSE(Existe("A.dat"));
+    const auto morte = Morre();
+    XVIgnora(banco.Fecha(m_Dono));
+    ASSERT_EQ(Reabre(morte), S_OK);
+    EXPECT_EQ(Le("T.dat"), "alheio");
+}
+
+// What the journal knows of a file ends before the file goes: an opening never looks for it again.
+TEST_F(DiarioDesfaz, ArquivoSoSaiQuandoNenhumaEntradaPrecisaDele) {
+    for (const XVUInt ulDurabilidade : {0U, 1U}) {
+        SetDurabilidade(ulDurabilidade);
+        Cria("X.dat", "x");
+        SBancoDuplo banco;
+        ASSERT_EQ(banco.Abre(m_Dono, PastaDados()), S_OK);
+        ASSERT_EQ(banco.Grava(0, {1, 0, 0}, "a"), S_OK);
+        m_listaPassos.clear();
+        ASSERT_EQ(CXVDataBaseUtil::DeletaArquivo(&m_Dono, XV_DF, "X.dat", CXVDataBaseUtil::eMantemNoControle),
+                  S_OK);
+        const std::size_t uiSaida = Ultimo("+X.dat");
+        ASSERT_NE(uiSaida, 0U);
+        for (const char* psz : {"=A.dat", "=T.dat", "+XVDATABASE_ABERTA.srk"}) {
+            EXPECT_NE(Ultimo(psz), 0U) << psz;
+            EXPECT_LT(Ultimo(psz), uiSaida) << psz;
+        }
+        if (ulDurabilidade == 1) {
+            EXPECT_LT(Ultimo("+XVDATABASE_ABERTA.srk"), Ultimo("=XVDATABASE_ABERTA.srk"));
+        }
+        EXPECT_EQ(Campo<XVUInt64>(LeDiario(), 520), 2U);
+        auto morte = Morre();
+        morte.erase(PastaDados("T.dat"));
+        ASSERT_EQ(banco.Fecha(m_Dono), S_OK);
+        EXPECT_EQ(Reabre(morte), S_OK) << "it has nothing to say of files any more";
+        m_Arquivos.Apaga(PastaDados("A.dat")).Ignora();
+    }
+}
+
+}  // namespace

@@ -1,0 +1,188 @@
+// Callers that wait for the device at the same time.
+#include <array>
+#include <atomic>
+#include <functional>
+#include <optional>
+#include <thread>
+
+#include "tests/xvdatabase/XVCenarioDiario.h"
+
+namespace {
+
+// Three files, one for each caller, so that what one prepares depends on nothing that waits.
+struct SBancoFila {
+    SBancoFila() : xvDB(XV_DF), aFiles{{{"A.dat", &xvDB}, {"B.dat", &xvDB}, {"C.dat", &xvDB}}} {}
+    HRESULT Abre(const IXVDF_Profiler& rDono, const std::string& sDiretorio) {
+        const HRESULT hr = diario.Abre(&rDono, XV_DF, sDiretorio);
+        return FAILED(hr) ? hr : xvDB.Inicializa(&rDono);
+    }
+    HRESULT Fecha(const IXVDF_Profiler& rDono) {
+        const HRESULT hr = xvDB.Finaliza();
+        const HRESULT hrDiario = diario.Fecha(&rDono);
+        return FAILED(hr) ? hr : hrDiario;
+    }
+    // As a store does: prepared under the callers' lock, again when it was in vain.
+    HRESULT Grava(std::size_t uiFile, std::string_view sTexto, XVUInt64 uiChave) {
+        while (true) {
+            std::unique_lock bloqueio(mutexAlteracao);
+            CXVOperacao operacao(&xvDB);
+            operacao.SetChave(uiChave);
+            HRESULT hr = operacao.Inicia();
+            XVUInt uiPosicao = 0;
+            if (SUCCEEDED(hr))
+                hr =
+                    aFiles[uiFile].PreparaColecao(operacao, uiPosicao, std::vector<std::string_view>{sTexto});
+            if (FAILED(hr)) return hr;
+            bool bRefaz = false;
+            hr = diario.Executa(operacao, bloqueio, &bRefaz);
+            if (!bRefaz) return hr;
+            ++ulRefeitas;
+        }
+    }
+
+    CXVDiario diario;
+    CXVDataBase xvDB;
+    std::array<CXVTextFile, 3> aFiles;
+    std::mutex mutexAlteracao;
+    std::atomic<XVUInt> ulRefeitas = 0;
+};
+
+// While the device flushes for the first caller two more come and wait.
+class FilaDoDiario : public CXVCenarioDiario {
+  protected:
+    void SetUp() override {
+        SetDurabilidade(1);
+        ASSERT_EQ(m_banco.Abre(m_Dono, PastaDados()), S_OK);
+        for (std::size_t i = 0; i < 3; ++i) ASSERT_EQ(m_banco.Grava(i, "antes", i + 1), S_OK);
+        m_listaPassos.clear();
+    }
+    // aoDescarregar: at each flush of the journal after the first, with its number.
+    void GravamJuntos(const std::function<void(int)>& fnAoDescarregar = nullptr) {
+        int iDescargas = 0;
+        m_fnAoAlterar = [&](const std::string& sCaminho, CXVSistemaArquivosQueda::EAlteracao e) {
+            if (e != CXVSistemaArquivosQueda::EAlteracao::eSincroniza || !sCaminho.ends_with(k_pszNomeDiario))
+                return;
+            if (++iDescargas > 1) {
+                if (fnAoDescarregar) fnAoDescarregar(iDescargas);
+                return;
+            }
+            for (std::size_t i = 1; i < 3; ++i)
+                m_fios.emplace_back([this, i] {
+                    const CXVCapturaTrace captura;
+                    m_aCodigos[i] = m_banco.Grava(m_bNoMesmoArquivo ? 0 : i, "depois", i + 1);
+                });
+            while (!m_banco.diario.TemNaFila(2) || !m_banco.diario.TemNaFila(3)) std::this_thread::yield();
+            EXPECT_TRUE(m_banco.diario.TemFila());
+            EXPECT_FALSE(m_banco.diario.TemNaFila(4));
+        };
+        const CXVCapturaTrace captura;
+        m_aCodigos[0] = m_banco.Grava(0, "depois", 1);
+        for (std::thread& rFio : m_fios) rFio.join();
+        m_fnAoAlterar = nullptr;
+        EXPECT_FALSE(m_banco.diario.TemFila());
+    }
+    // What was recorded, now and by whoever finds the store after a death.
+    void Confere(const std::array<bool, 3>& rGravados) {
+        const auto morte = Morre();
+        ASSERT_EQ(m_banco.Fecha(m_Dono), S_OK);
+        const auto depois = Morre();
+        for (const auto& rRetrato : {depois, morte})
+            ASSERT_NO_FATAL_FAILURE(ConfereRetrato(rRetrato, rGravados));
+    }
+    void ConfereRetrato(const CXVSistemaArquivosMemoria::TRetrato& rRetrato,
+                        const std::array<bool, 3>& rGravados) {
+        const CXVCapturaTrace captura;
+        ASSERT_EQ(Reabre(rRetrato), S_OK);
+        for (std::size_t i = 0; i < 3; ++i) {
+            std::vector<std::string> esperados{"antes"};
+            if (rGravados[i]) esperados.emplace_back("depois");
+            ASSERT_EQ(LeTextos(std::string(1, static_cast<char>('A' + i)) + ".dat"), esperados);
+        }
+    }
+
+    SBancoFila m_banco;
+    bool m_bNoMesmoArquivo = false;
+    std::vector<std::thread> m_fios;
+    std::array<HRESULT, 3> m_aCodigos{E_FAIL, E_FAIL, E_FAIL};
+};
+
+TEST_F(FilaDoDiario, QuemEsperaJuntoDivideADescarga) {
+    GravamJuntos();
+    EXPECT_EQ(m_aCodigos, (std::array<HRESULT, 3>{S_OK, S_OK, S_OK}));
+    EXPECT_EQ(Conta("=" + std::string(k_pszNomeDiario)), 2) << "one for the first, one for both others";
+    EXPECT_EQ(m_banco.ulRefeitas, 0U);
+    EXPECT_EQ(Campo<XVUInt64>(LeDiario(), 512) % 2, 0U);
+    Confere({true, true, true});
+}
+
+TEST_F(FilaDoDiario, QuemAnexaAoMesmoArquivoContaComQuemEspera) {
+    m_bNoMesmoArquivo = true;
+    GravamJuntos();
+    EXPECT_EQ(m_aCodigos, (std::array<HRESULT, 3>{S_OK, S_OK, S_OK}));
+    const auto morte = Morre();
+    ASSERT_EQ(m_banco.Fecha(m_Dono), S_OK);
+    ASSERT_EQ(Reabre(morte), S_OK);
+    EXPECT_EQ(LeTextos("A.dat"), (std::vector<std::string>{"antes", "depois", "depois", "depois"}));
+}
+
+// A safe point in between: what waits is in the journal alone, and stays needed.
+TEST_F(FilaDoDiario, PontoSeguroNaoDispensaQuemEspera) {
+    XVUInt64 uiPrimeira = 0;
+    GravamJuntos([&](int iDescarga) {
+        if (iDescarga != 2) return;
+        EXPECT_EQ(m_banco.diario.PontoSeguro(&m_Dono), S_OK);
+        uiPrimeira = Campo<XVUInt64>(LeDiario(), 520);
+    });
+    EXPECT_EQ(uiPrimeira, 5U) << "four are over, two wait";
+    Confere({true, true, true});
+}
+
+// What was prepared on top of an operation that failed is prepared again, and its entries count for nothing.
+TEST_F(FilaDoDiario, AtrasDeUmaQueFalhaTudoSePreparaDeNovo) {
+    m_FalhasQueda.SetFiltro([](const std::string& s) { return s.ends_with("A.dat"); });
+    m_FalhasQueda.Programa({.eOperacao = EOperacaoArquivo::eGrava});
+    std::optional<CXVSistemaArquivosMemoria::TRetrato> morte;
+    GravamJuntos([&](int iDescarga) {
+        if (iDescarga == 2) morte = Morre();  // the first one is marked as to be undone
+    });
+    m_FalhasQueda.Limpa();
+    EXPECT_EQ(m_aCodigos, (std::array<HRESULT, 3>{eHardIO, S_OK, S_OK}));
+    EXPECT_EQ(m_banco.ulRefeitas, 2U);
+    Confere({false, true, true});
+    ASSERT_TRUE(morte.has_value());
+    ConfereRetrato(*morte, {false, false, false});
+}
+
+TEST_F(FilaDoDiario, DescargaQueFalhaFalhaParaTodosQueADividem) {
+    m_FalhasQueda.SetFiltro([](const std::string& s) { return s.ends_with(k_pszNomeDiario); });
+    m_FalhasQueda.Programa({.eOperacao = EOperacaoArquivo::eSincroniza, .uiNumero = 2});
+    GravamJuntos();
+    m_FalhasQueda.Limpa();
+    EXPECT_EQ(m_aCodigos, (std::array<HRESULT, 3>{S_OK, eHardIO, eHardIO}));
+    EXPECT_EQ(m_banco.ulRefeitas, 0U);
+    Confere({true, false, false});
+}
+
+// Emptied by somebody who must be alone: those that waited are carried out, and the lock is held again.
+TEST_F(FilaDoDiario, QuemPrecisaEstarSozinhoEsvaziaAFila) {
+    std::unique_lock<std::mutex> bloqueio;
+    std::array<XVUInt64, 2> auiTamanhos{};
+    const auto fnSozinho = [&] {
+        bloqueio = std::unique_lock(m_banco.mutexAlteracao);
+        m_banco.diario.EsvaziaFila(bloqueio);
+        auiTamanhos = {m_banco.aFiles[1].GetQtdRegistros(), m_banco.aFiles[2].GetQtdRegistros()};
+        EXPECT_TRUE(bloqueio.owns_lock());
+        EXPECT_FALSE(m_banco.diario.TemFila());
+        bloqueio.unlock();
+    };
+    std::thread sozinho;
+    m_fnAoAlterar = nullptr;
+    GravamJuntos([&](int iDescarga) {
+        if (iDescarga == 2) sozinho = std::thread(fnSozinho);
+    });
+    sozinho.join();
+    EXPECT_EQ(auiTamanhos, (std::array<XVUInt64, 2>{2, 2}));
+    Confere({true, true, true});
+}
+
+}  // namespace
