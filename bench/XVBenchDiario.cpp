@@ -11,7 +11,7 @@
 #include <cstdlib>
 #include <string_view>
 
-#include "bench/XVVariantesDiario.h"
+#include "bench/XVBenchVariantesDiario.h"
 
 #if defined(__OPTIMIZE__) && defined(NDEBUG)
 constexpr bool k_bOtimizado = true;

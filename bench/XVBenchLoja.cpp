@@ -6,8 +6,8 @@
 #include <cstdlib>
 #include <random>
 
-#include "bench/XVLojaBench.h"
-#include "suite/XVCR_BuffersPS.h"
+#include "bench/XVBenchCenarioLoja.h"
+#include "contract/XVCR_BuffersPS.h"
 
 namespace {
 

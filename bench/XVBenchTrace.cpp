@@ -8,8 +8,8 @@
 #include "platform/XVAmbienteSO.h"
 #include "platform/XVPlataforma.h"
 #include "support/XVAmbiente.h"
-#include "support/XVCheck.h"
-#include "support/XVProfiler.h"
+#include "support/trace/XVCheck.h"
+#include "support/trace/XVProfiler.h"
 
 namespace {
 

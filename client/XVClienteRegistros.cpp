@@ -7,7 +7,7 @@
 // The generated records' layout is the one that the component promises.
 #define XV_TAMANHO(registro, tamanho) static_assert(sizeof(registro) == (tamanho));
 #define XV_OFFSET(registro, campo, posicao) static_assert(offsetof(registro, campo) == (posicao));
-#include "core/xvrpcdll/XVCR_LayoutRegistros.inc"
+#include "contract/XVCR_LayoutRegistros.inc"
 #undef XV_TAMANHO
 #undef XV_OFFSET
 

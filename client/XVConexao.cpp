@@ -4,9 +4,9 @@
 #include <cstring>
 #include <iterator>
 
-#include "core/xvrpcdll/XVCR_MiddlewareGuids.h"
-#include "support/XVCrc64.h"
-#include "support/XVProfiler.h"
+#include "contract/XVCR_MiddlewareGuids.h"
+#include "support/trace/XVProfiler.h"
+#include "support/values/XVCrc64.h"
 
 #define XV_LARGO_INTERNO(x) L##x
 #define XV_LARGO(x) XV_LARGO_INTERNO(x)

@@ -4,8 +4,8 @@
 #include <string>
 
 #include "fuzz/XVBancadaFuzz.h"
-#include "tools/xvcr/XVCarga.h"
 #include "tools/xvcr/XVOperacoesLocais.h"
+#include "tools/xvcr/commands/XVCarga.h"
 
 namespace {
 

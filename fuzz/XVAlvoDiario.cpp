@@ -7,7 +7,7 @@
 
 #include "core/xvdatabase/XVDiarioFormato.h"
 #include "fuzz/XVLojaSa.h"
-#include "support/XVSoma64.h"
+#include "support/values/XVSoma64.h"
 
 namespace {
 

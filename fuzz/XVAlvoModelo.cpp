@@ -3,7 +3,7 @@
 #include <cstdio>
 
 #include "fuzz/XVLojaSa.h"
-#include "tests/modelo/XVPassosModelo.h"
+#include "tests/model/XVPassosModelo.h"
 
 namespace {
 

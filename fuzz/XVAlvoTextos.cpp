@@ -5,9 +5,9 @@
 
 #include "fuzz/XVBancadaFuzz.h"
 #include "platform/XVRegistroTexto.h"
-#include "suite/simulacao/XVDocumentoSimulacao.h"
-#include "support/XVDmc.h"
-#include "support/XVPerfilPrivado.h"
+#include "suite/simulation/XVDocumentoSimulacao.h"
+#include "support/trace/XVPerfilPrivado.h"
+#include "support/values/XVDmc.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pDados, std::size_t uiTamanho) {
     const std::string_view sTexto(reinterpret_cast<const char*>(pDados), uiTamanho);

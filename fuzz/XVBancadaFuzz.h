@@ -6,11 +6,11 @@
 #include <string>
 
 #include "suite/XVInicializador.h"
-#include "support/XVCapturaTrace.h"
-#include "tests/apoio/XVGuardasPlataforma.h"
-#include "tests/apoio/XVRegistroFalso.h"
-#include "tests/apoio/XVRelogioFalso.h"
-#include "tests/apoio/XVSistemaArquivosMemoria.h"
+#include "support/trace/XVCapturaTrace.h"
+#include "tests/harness/XVGuardasPlataforma.h"
+#include "tests/harness/XVRegistroFalso.h"
+#include "tests/harness/XVRelogioFalso.h"
+#include "tests/harness/XVSistemaArquivosMemoria.h"
 
 class CXVBancadaFuzz {
   public:

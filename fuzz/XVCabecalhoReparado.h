@@ -6,7 +6,7 @@
 #include <string>
 
 #include "core/xvdatabase/XVCabecalho.h"
-#include "support/XVCrc64.h"
+#include "support/values/XVCrc64.h"
 
 enum class EReparo {
     eNenhum,

@@ -1,7 +1,7 @@
 #include "fuzz/XVLojaSa.h"
 
-#include "suite/XVCR_BuffersPS.h"
-#include "suite/XVCR_Enumeracoes.h"
+#include "contract/XVCR_BuffersPS.h"
+#include "contract/XVCR_Enumeracoes.h"
 
 namespace {
 

@@ -8,11 +8,11 @@
 
 #include <vector>
 
+#include "contract/XVCR_RegistrosPS.h"
+#include "contract/XVDadosCR.h"
 #include "core/xvdatabase/XVDataBaseFacade.h"
 #include "middleware/XVDataBase_CR_Middleware.h"
 #include "middleware/XVOperacoesGenericas.h"
-#include "suite/XVCR_RegistrosPS.h"
-#include "suite/XVDadosCR.h"
 #include "suite/XVMiddlewareFacade.h"
 
 class IXVObservadorConversao;

@@ -2,10 +2,10 @@
 // opened together and only for integrations that pass.
 #include <algorithm>
 
+#include "contract/XVCR_BuffersPS.h"
 #include "middleware/BaseMiddleware.h"
 #include "middleware/XVCheckOperacao.h"
 #include "middleware/XVOrdenacaoParalela.h"
-#include "suite/XVCR_BuffersPS.h"
 
 namespace {
 

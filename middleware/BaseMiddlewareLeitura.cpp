@@ -1,10 +1,10 @@
 // CBaseMiddleware: reading integrations by DMC.
 #include <limits>
 
+#include "contract/XVCR_BuffersPS.h"
 #include "middleware/BaseMiddleware.h"
 #include "middleware/XVCheckOperacao.h"
 #include "platform/XVAmbienteSO.h"
-#include "suite/XVCR_BuffersPS.h"
 
 HRESULT CBaseMiddleware::LeIntegracao(REG_XVDMC regDmc, tagREG_CR_INTEGRACAO_MIDDLEWAREPS* pRegIntegracaoPS,
                                       XVUInt64 ullFlagLeitura) {

@@ -10,7 +10,7 @@
 #include "middleware/XVItemTroca.h"
 #include "middleware/XVTrocaEmCurso.h"
 #include "middleware/XVValidacaoIntegracao.h"
-#include "support/XVProfiler.h"
+#include "support/trace/XVProfiler.h"
 
 HRESULT CBaseMiddleware::GetListaDadosIntegracaoPendente(const tagREG_CR_INTEGRACAO_MIDDLEWAREPS& regPS,
                                                          CListaPendencias& listaDados) {

@@ -6,7 +6,7 @@
 #include <string>
 
 #include "platform/XVSistemaArquivos.h"
-#include "support/IXVDF_Profiler.h"
+#include "support/trace/IXVDF_Profiler.h"
 
 // Length and checksums of a whole file, its header included: CRC-64 of what stands before the place of the
 // header's own CRC, and of the rest. Two, for bytes with their own CRC behind them leave no mark in a CRC of

@@ -3,13 +3,13 @@
 #include <cstring>
 #include <memory>
 
-#include "core/xvdatabase/XVCodigosArquivo.h"
 #include "core/xvdatabase/XVDataBaseUtil.h"
 #include "core/xvdatabase/XVFileBase.h"
 #include "core/xvdatabase/XVImagemArquivo.h"
 #include "platform/XVPlataforma.h"
-#include "support/XVArquivoRecusado.h"
-#include "support/XVCrc64.h"
+#include "support/codes/XVCodigosArquivo.h"
+#include "support/trace/XVArquivoRecusado.h"
+#include "support/values/XVCrc64.h"
 
 namespace {
 

@@ -4,12 +4,12 @@
 #include <vector>
 
 #include "core/xvdatabase/XVCabecalho.h"
-#include "core/xvdatabase/XVCodigosArquivo.h"
 #include "core/xvdatabase/XVDataBaseUtil.h"
 #include "core/xvdatabase/XVNomeArquivo.h"
 #include "middleware/XVDataBase_CR_Middleware.h"
 #include "platform/XVPlataforma.h"
-#include "support/XVArquivoRecusado.h"
+#include "support/codes/XVCodigosArquivo.h"
+#include "support/trace/XVArquivoRecusado.h"
 
 template <class T>
 HRESULT CXVIndiciosVersao::SaoPossiveis(const std::string& sPath, const SArquivoConversao& rArquivo,

@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <iterator>
 
-#include "core/xvdatabase/XVCodigosArquivo.h"
+#include "contract/XVRegistroInicializacao.h"
 #include "core/xvdatabase/XVDataBaseUtil.h"
 #include "core/xvdatabase/XVDiarioFormato.h"
 #include "core/xvdatabase/XVModoAbertura.h"
@@ -14,10 +14,11 @@
 #include "middleware/XVCheckOperacao.h"
 #include "middleware/XVDataBase_CR_Middleware.h"
 #include "platform/XVPlataforma.h"
-#include "support/XVArquivoRecusado.h"
-#include "support/XVCodigos.h"
-#include "support/XVProfiler.h"
-#include "support/XVTextoAscii.h"
+#include "support/codes/XVCodigos.h"
+#include "support/codes/XVCodigosArquivo.h"
+#include "support/trace/XVArquivoRecusado.h"
+#include "support/trace/XVProfiler.h"
+#include "support/values/XVTextoAscii.h"
 
 namespace {
 constexpr const char* k_pszMarcaConversao = "DFXXMARCA2";

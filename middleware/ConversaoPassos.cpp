@@ -6,7 +6,7 @@
 #include "core/xvdatabase/XVNomeArquivo.h"
 #include "middleware/ConversaoMiddleware.h"
 #include "middleware/XVDataBase_CR_Middleware.h"
-#include "support/XVArquivoRecusado.h"
+#include "support/trace/XVArquivoRecusado.h"
 
 namespace {
 

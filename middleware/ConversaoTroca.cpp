@@ -2,13 +2,13 @@
 // an exchange that was interrupted goes on.
 #include <algorithm>
 
-#include "core/xvdatabase/XVCodigosArquivo.h"
 #include "core/xvdatabase/XVDataBaseUtil.h"
 #include "core/xvdatabase/XVNomeArquivo.h"
 #include "middleware/ConversaoMiddleware.h"
 #include "middleware/XVDataBase_CR_Middleware.h"
 #include "platform/XVPlataforma.h"
-#include "support/XVArquivoRecusado.h"
+#include "support/codes/XVCodigosArquivo.h"
+#include "support/trace/XVArquivoRecusado.h"
 
 bool CXVConversaoMiddleware::EhArquivoDoPasso(XVUShort usPasso, const std::string& sNome) {
     if (usPasso == 2) return sNome == k_pszArquivoChaveRegistroParaTerceiro;

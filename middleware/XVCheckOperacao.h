@@ -2,7 +2,7 @@
 // the one that its documentation and the people who read the log know.
 #pragma once
 
-#include "support/XVCheck.h"
+#include "support/trace/XVCheck.h"
 
 #define XV_CHECK_TEXTO_EM(funcao, chamada, texto)                                                         \
     do {                                                                                                  \

@@ -4,8 +4,8 @@
 
 #include "core/xvdatabase/XVDataBaseUtil.h"
 #include "core/xvdatabase/XVNomeArquivo.h"
-#include "support/XVArquivoRecusado.h"
-#include "support/XVProfiler.h"
+#include "support/trace/XVArquivoRecusado.h"
+#include "support/trace/XVProfiler.h"
 
 namespace {
 

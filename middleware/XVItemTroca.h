@@ -1,7 +1,7 @@
 // What the operations of the exchange share: which pending items count, and a record as parameters.
 #pragma once
 
-#include "suite/XVDadosCR.h"
+#include "contract/XVDadosCR.h"
 
 namespace XVItemTroca {
 

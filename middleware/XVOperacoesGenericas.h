@@ -6,7 +6,7 @@
 #include <span>
 #include <vector>
 
-#include "support/XVDmc.h"
+#include "support/values/XVDmc.h"
 
 class CXVOperacoesGenericas {
   public:

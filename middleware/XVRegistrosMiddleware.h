@@ -5,8 +5,8 @@
 #include <cstddef>
 
 #include "core/xvdatabase/XVConteudo.h"
-#include "support/XVCheck.h"
-#include "support/XVDmc.h"
+#include "support/trace/XVCheck.h"
+#include "support/values/XVDmc.h"
 
 #pragma pack(push, 1)
 

@@ -3,7 +3,7 @@
 #include <cinttypes>
 #include <cstdio>
 
-#include "support/XVProfiler.h"
+#include "support/trace/XVProfiler.h"
 
 namespace {
 

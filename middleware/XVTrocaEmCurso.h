@@ -8,8 +8,8 @@
 #include <memory>
 #include <string>
 
-#include "suite/XVDadosCR.h"
-#include "support/IXVDF_Profiler.h"
+#include "contract/XVDadosCR.h"
+#include "support/trace/IXVDF_Profiler.h"
 
 class CXVTrocaEmCurso {
   public:

@@ -2,9 +2,9 @@
 // rule of the missing key.
 #pragma once
 
-#include "suite/XVCR_BuffersPS.h"
-#include "suite/XVCR_Enumeracoes.h"
-#include "suite/XVCR_RegistrosPS.h"
+#include "contract/XVCR_BuffersPS.h"
+#include "contract/XVCR_Enumeracoes.h"
+#include "contract/XVCR_RegistrosPS.h"
 
 namespace XVValidacaoIntegracao {
 

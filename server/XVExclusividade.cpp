@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "core/xvrpcdll/XVCR_MiddlewareGuids.h"
+#include "contract/XVCR_MiddlewareGuids.h"
 
 namespace {
 

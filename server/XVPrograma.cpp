@@ -11,7 +11,7 @@
 #include "server/XVServidor.h"
 #include "server/XVTratamentoCrash.h"
 #include "support/XVAmbiente.h"
-#include "support/XVProfiler.h"
+#include "support/trace/XVProfiler.h"
 
 namespace {
 

@@ -4,7 +4,7 @@
 
 #include <vector>
 
-#include "core/xvrpcdll/XVCR_MiddlewareGuids.h"
+#include "contract/XVCR_MiddlewareGuids.h"
 #include "server/XVChaveRegistro.h"
 
 #define XV_LARGO_INTERNO(x) L##x

@@ -3,8 +3,8 @@
 #include <cstdio>
 
 #include "platform/XVPlataforma.h"
-#include "suite/XVCodigoArquivo.h"
 #include "support/XVAmbiente.h"
+#include "support/codes/XVCodigosArquivo.h"
 
 namespace {
 

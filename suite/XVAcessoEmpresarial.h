@@ -8,8 +8,8 @@
 #include <string_view>
 
 #include "platform/XVSistemaArquivos.h"
-#include "support/IXVDF_Profiler.h"
-#include "support/XVCheck.h"
+#include "support/trace/IXVDF_Profiler.h"
+#include "support/trace/XVCheck.h"
 
 enum class DFSLOG_Servico : XVUInt {
     eDFSLOG_Inclusao = 1,

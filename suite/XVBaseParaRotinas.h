@@ -8,8 +8,6 @@
 #include "suite/XVInicializador.h"
 #include "suite/XVUltimoErro.h"
 
-inline constexpr XVUShort k_usUsuarioConversao = 65535;
-
 class CXVBaseParaRotinas : public CXVInicializador {
   public:
     XV_CLASSE("CXVBaseParaRotinas", "XVBaseParaRotinas")

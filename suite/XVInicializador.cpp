@@ -1,7 +1,7 @@
 #include "suite/XVInicializador.h"
 
 #include "suite/XVBaseParaRotinas.h"
-#include "support/XVTextoAscii.h"
+#include "support/values/XVTextoAscii.h"
 
 namespace {
 

@@ -7,8 +7,8 @@
 #include <atomic>
 #include <string>
 
-#include "support/IXVDF_Profiler.h"
-#include "support/XVCheck.h"
+#include "support/trace/IXVDF_Profiler.h"
+#include "support/trace/XVCheck.h"
 
 class TXVBase {
   public:

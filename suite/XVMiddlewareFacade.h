@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "suite/XVInicializador.h"
-#include "suite/XVProvedorIntegracao.h"
+#include "suite/providers/XVProvedorIntegracao.h"
 
 class CXVMiddlewareFacade : public CXVInicializador {
   public:

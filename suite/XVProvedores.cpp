@@ -2,9 +2,9 @@
 #include <string>
 
 #include "platform/XVBibliotecaDinamica.h"
-#include "suite/XVProvedorAdaptador.h"
-#include "suite/simulacao/XVProvedorSimulacao.h"
-#include "support/XVProfiler.h"
+#include "suite/providers/XVProvedorAdaptador.h"
+#include "suite/simulation/XVProvedorSimulacao.h"
+#include "support/trace/XVProfiler.h"
 
 namespace {
 

@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <cstring>
 
-#include "support/XVArquivoRecusado.h"
-#include "support/XVData.h"
-#include "support/XVMensagens.h"
+#include "support/messages/XVMensagens.h"
+#include "support/trace/XVArquivoRecusado.h"
+#include "support/values/XVData.h"
 
 namespace {
 

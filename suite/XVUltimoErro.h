@@ -4,20 +4,7 @@
 #include <mutex>
 #include <string_view>
 
-#include "platform/XVTipos.h"
-
-// Layout of the record that crosses the interface (natural alignment, 480 bytes). Texts are UTF-8, cut to
-// their field at a character boundary and always terminated.
-struct REG_DF_ULTIMO_ERROPS {
-    HRESULT hrErro;        // 0 when no error has occurred
-    XVUInt ulLinha;        // source line of the failed step
-    XVUInt64 regDataHora;  // REG_XVDMAHMSUTC of the failure
-    char szNome[80];       // symbolic name of the code
-    char szFuncao[96];     // function that failed
-    char szFonte[40];      // its source unit
-    char szMensagem[248];  // sentence for a person
-};
-static_assert(sizeof(REG_DF_ULTIMO_ERROPS) == 480);
+#include "contract/XVCR_RegistrosPS.h"
 
 // Thread rule: any thread.
 class CXVUltimoErro {

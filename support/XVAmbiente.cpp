@@ -3,8 +3,8 @@
 #include <array>
 
 #include "platform/XVPlataforma.h"
-#include "support/XVCodigos.h"
-#include "support/XVTextoAscii.h"
+#include "support/codes/XVCodigos.h"
+#include "support/values/XVTextoAscii.h"
 
 namespace {
 

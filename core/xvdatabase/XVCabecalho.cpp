@@ -7,8 +7,8 @@
 #include "core/xvdatabase/XVNomeArquivo.h"
 #include "platform/XVAmbienteSO.h"
 #include "platform/XVPlataforma.h"
-#include "support/XVCrc64.h"
-#include "support/XVTextoAscii.h"
+#include "support/values/XVCrc64.h"
+#include "support/values/XVTextoAscii.h"
 
 namespace {
 

@@ -7,7 +7,7 @@
 #include <string_view>
 
 #include "platform/XVRelogio.h"
-#include "support/IXVDF_Profiler.h"
+#include "support/trace/IXVDF_Profiler.h"
 
 #pragma pack(push, 1)
 

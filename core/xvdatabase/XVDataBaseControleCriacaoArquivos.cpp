@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include "core/xvdatabase/XVCabecalho.h"
-#include "core/xvdatabase/XVCodigosArquivo.h"
 #include "core/xvdatabase/XVDataBase.h"
 #include "core/xvdatabase/XVDataBaseUtil.h"
 #include "core/xvdatabase/XVDiario.h"
@@ -12,10 +11,11 @@
 #include "core/xvdatabase/XVNomeArquivo.h"
 #include "core/xvdatabase/XVTextFile.h"
 #include "platform/XVPlataforma.h"
-#include "support/XVArquivoRecusado.h"
-#include "support/XVCodigos.h"
-#include "support/XVProfiler.h"
-#include "support/XVTextoAscii.h"
+#include "support/codes/XVCodigos.h"
+#include "support/codes/XVCodigosArquivo.h"
+#include "support/trace/XVArquivoRecusado.h"
+#include "support/trace/XVProfiler.h"
+#include "support/values/XVTextoAscii.h"
 
 namespace {
 

@@ -11,16 +11,16 @@
 #include <mutex>
 #include <string>
 
-#include "core/xvdatabase/XVCodigosArquivo.h"
 #include "core/xvdatabase/XVDataBase.h"
 #include "core/xvdatabase/XVDataBaseUtil.h"
 #include "core/xvdatabase/XVDiario.h"
 #include "core/xvdatabase/XVOperacao.h"
 #include "core/xvdatabase/XVVisao.h"
 #include "platform/XVPlataforma.h"
-#include "support/XVArquivoRecusado.h"
-#include "support/XVCodigos.h"
-#include "support/XVProfiler.h"
+#include "support/codes/XVCodigos.h"
+#include "support/codes/XVCodigosArquivo.h"
+#include "support/trace/XVArquivoRecusado.h"
+#include "support/trace/XVProfiler.h"
 
 template <class TDataBase, class TBase>
 class CXVDataBaseFacade : public TBase {

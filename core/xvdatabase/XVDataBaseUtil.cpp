@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "core/xvdatabase/XVCodigosArquivo.h"
+#include "contract/XVRegistroInicializacao.h"
 #include "core/xvdatabase/XVDataBase.h"
 #include "core/xvdatabase/XVDataBaseControleCriacaoArquivos.h"
 #include "core/xvdatabase/XVDiario.h"
@@ -10,9 +10,10 @@
 #include "core/xvdatabase/XVNomeArquivo.h"
 #include "platform/XVAmbienteSO.h"
 #include "platform/XVPlataforma.h"
-#include "support/XVArquivoRecusado.h"
-#include "support/XVCodigos.h"
-#include "support/XVProfiler.h"
+#include "support/codes/XVCodigos.h"
+#include "support/codes/XVCodigosArquivo.h"
+#include "support/trace/XVArquivoRecusado.h"
+#include "support/trace/XVProfiler.h"
 
 namespace {
 

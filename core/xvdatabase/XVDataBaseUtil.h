@@ -10,9 +10,9 @@
 #include <utility>
 #include <vector>
 
-#include "support/IXVDF_Profiler.h"
 #include "support/XVAmbiente.h"
-#include "support/XVCheck.h"
+#include "support/trace/IXVDF_Profiler.h"
+#include "support/trace/XVCheck.h"
 
 struct REG_CR_MIDDLEWARE_VERSAO;
 

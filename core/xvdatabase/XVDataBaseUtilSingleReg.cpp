@@ -6,7 +6,7 @@
 #include "core/xvdatabase/XVImagemArquivo.h"
 #include "core/xvdatabase/XVNomeArquivo.h"
 #include "core/xvdatabase/XVRegistroVersao.h"
-#include "support/XVCodigos.h"
+#include "support/codes/XVCodigos.h"
 
 namespace {
 

@@ -6,15 +6,15 @@
 #include <exception>
 #include <random>
 
-#include "core/xvdatabase/XVCodigosArquivo.h"
 #include "core/xvdatabase/XVFileBase.h"
 #include "core/xvdatabase/XVReconstrucao.h"
 #include "platform/XVAmbienteSO.h"
 #include "platform/XVPlataforma.h"
-#include "support/XVArquivoRecusado.h"
-#include "support/XVCodigos.h"
-#include "support/XVProfiler.h"
-#include "support/XVSoma64.h"
+#include "support/codes/XVCodigos.h"
+#include "support/codes/XVCodigosArquivo.h"
+#include "support/trace/XVArquivoRecusado.h"
+#include "support/trace/XVProfiler.h"
+#include "support/values/XVSoma64.h"
 
 namespace {
 

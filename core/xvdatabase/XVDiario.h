@@ -22,7 +22,7 @@
 
 #include "core/xvdatabase/XVDiarioAnel.h"
 #include "support/XVAmbiente.h"
-#include "support/XVCheck.h"
+#include "support/trace/XVCheck.h"
 
 class CXVFileBase;
 

@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "platform/XVVistaPorChamadas.h"
-#include "support/XVSoma64.h"
+#include "support/values/XVSoma64.h"
 
 namespace {
 

@@ -3,11 +3,11 @@
 #include <exception>
 #include <utility>
 
-#include "core/xvdatabase/XVCodigosArquivo.h"
 #include "core/xvdatabase/XVDiario.h"
 #include "core/xvdatabase/XVFileBase.h"
 #include "platform/XVPlataforma.h"
-#include "support/XVCodigos.h"
+#include "support/codes/XVCodigos.h"
+#include "support/codes/XVCodigosArquivo.h"
 
 namespace {
 constexpr int k_iTentativas = 50;

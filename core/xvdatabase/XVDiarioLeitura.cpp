@@ -6,7 +6,7 @@
 
 #include "core/xvdatabase/XVNomeArquivo.h"
 #include "platform/XVCaminho.h"
-#include "support/XVSoma64.h"
+#include "support/values/XVSoma64.h"
 
 namespace {
 

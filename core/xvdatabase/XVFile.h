@@ -19,9 +19,9 @@
 #include "core/xvdatabase/XVDataBase.h"
 #include "core/xvdatabase/XVFileBase.h"
 #include "core/xvdatabase/XVIndice.h"
-#include "support/XVCodigos.h"
-#include "support/XVCrc64.h"
-#include "support/XVProfiler.h"
+#include "support/codes/XVCodigos.h"
+#include "support/trace/XVProfiler.h"
+#include "support/values/XVCrc64.h"
 
 inline constexpr XVUInt XVDATABASE_POSICAO_NOVO_REGISTRO = 0;
 inline constexpr XVUInt64 k_uiMaximoRegistros = 0xFFFFFFFFU;

@@ -2,15 +2,15 @@
 
 #include <utility>
 
-#include "core/xvdatabase/XVCodigosArquivo.h"
 #include "core/xvdatabase/XVDataBase.h"
 #include "core/xvdatabase/XVDataBaseUtil.h"
 #include "core/xvdatabase/XVDiario.h"
 #include "core/xvdatabase/XVNomeArquivo.h"
 #include "platform/XVPlataforma.h"
-#include "support/XVCodigos.h"
-#include "support/XVMensagens.h"
-#include "support/XVProfiler.h"
+#include "support/codes/XVCodigos.h"
+#include "support/codes/XVCodigosArquivo.h"
+#include "support/messages/XVMensagens.h"
+#include "support/trace/XVProfiler.h"
 
 namespace {
 

@@ -20,9 +20,9 @@
 #include "core/xvdatabase/XVMomento.h"
 #include "core/xvdatabase/XVOperacao.h"
 #include "platform/XVSistemaArquivos.h"
-#include "support/XVArquivoRecusado.h"
-#include "support/XVCodigos.h"
-#include "support/XVTravaLeitores.h"
+#include "platform/XVTravaLeitores.h"
+#include "support/codes/XVCodigos.h"
+#include "support/trace/XVArquivoRecusado.h"
 
 class CXVArquivoVisto;
 class CXVDataBase;

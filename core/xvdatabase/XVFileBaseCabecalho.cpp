@@ -11,8 +11,8 @@
 #include "core/xvdatabase/XVImagemArquivo.h"
 #include "core/xvdatabase/XVNomeArquivo.h"
 #include "platform/XVPlataforma.h"
-#include "support/XVCodigos.h"
-#include "support/XVProfiler.h"
+#include "support/codes/XVCodigos.h"
+#include "support/trace/XVProfiler.h"
 
 // Read once per process.
 bool CXVFileBase::CabecalhoDesabilitadoNaMaquina() {

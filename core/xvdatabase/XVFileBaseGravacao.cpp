@@ -1,14 +1,14 @@
 // The writes of CXVFileBase: prepared, carried out, taken back.
 #include <utility>
 
-#include "core/xvdatabase/XVCodigosArquivo.h"
 #include "core/xvdatabase/XVDataBase.h"
 #include "core/xvdatabase/XVDataBaseUtil.h"
 #include "core/xvdatabase/XVDiario.h"
 #include "core/xvdatabase/XVFileBase.h"
 #include "platform/XVPlataforma.h"
-#include "support/XVCodigos.h"
-#include "support/XVProfiler.h"
+#include "support/codes/XVCodigos.h"
+#include "support/codes/XVCodigosArquivo.h"
+#include "support/trace/XVProfiler.h"
 
 // A write of header bytes alone. One for each file, made when it is first needed.
 class CXVFileBase::CXVCabecalhoPreparado final : public CXVGravacaoPreparada {

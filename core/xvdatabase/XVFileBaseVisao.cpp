@@ -2,7 +2,7 @@
 #include "core/xvdatabase/XVArquivoVisto.h"
 #include "core/xvdatabase/XVDataBase.h"
 #include "core/xvdatabase/XVFileBase.h"
-#include "support/XVProfiler.h"
+#include "support/trace/XVProfiler.h"
 
 HRESULT CXVFileBase::AbreVisto(CXVVisao& rVisao) {
     auto pVisto = std::make_unique<CXVArquivoVisto>(rVisao, m_sNomeArquivo);

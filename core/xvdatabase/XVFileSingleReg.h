@@ -10,8 +10,8 @@
 #include <type_traits>
 
 #include "core/xvdatabase/XVFileBase.h"
-#include "support/XVCodigos.h"
-#include "support/XVProfiler.h"
+#include "support/codes/XVCodigos.h"
+#include "support/trace/XVProfiler.h"
 
 template <class T>
 class CXVFileSingleReg : public CXVFileBase {

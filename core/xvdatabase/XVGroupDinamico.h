@@ -14,8 +14,8 @@
 #include "core/xvdatabase/XVDataBase.h"
 #include "core/xvdatabase/XVFileBase.h"
 #include "core/xvdatabase/XVGroupFileBase.h"
-#include "support/XVCodigos.h"
-#include "support/XVProfiler.h"
+#include "support/codes/XVCodigos.h"
+#include "support/trace/XVProfiler.h"
 
 template <class TMembro, class TNomes>
 class TXVGroupDinamico : public CXVGroupFileBase {

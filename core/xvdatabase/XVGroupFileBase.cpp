@@ -5,14 +5,14 @@
 #include <vector>
 
 #include "core/xvdatabase/XVArquivoVisto.h"
-#include "core/xvdatabase/XVCodigosArquivo.h"
 #include "core/xvdatabase/XVDataBase.h"
 #include "core/xvdatabase/XVDataBaseUtil.h"
 #include "core/xvdatabase/XVNomeArquivo.h"
 #include "platform/XVPlataforma.h"
-#include "support/XVArquivoRecusado.h"
-#include "support/XVCodigos.h"
-#include "support/XVProfiler.h"
+#include "support/codes/XVCodigos.h"
+#include "support/codes/XVCodigosArquivo.h"
+#include "support/trace/XVArquivoRecusado.h"
+#include "support/trace/XVProfiler.h"
 
 CXVGroupFileBase::CXVGroupFileBase(std::string sNomeArquivo, CXVDataBase* pDataBase)
     : m_sNomeArquivo(std::move(sNomeArquivo)), m_eModulo(pDataBase->GetModulo()), m_pDataBase(pDataBase) {

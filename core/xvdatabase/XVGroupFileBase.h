@@ -10,7 +10,7 @@
 #include <string>
 
 #include "core/xvdatabase/IXVFileBase.h"
-#include "support/XVTravaLeitores.h"
+#include "platform/XVTravaLeitores.h"
 
 class CXVDataBase;
 class CXVGravacaoPreparada;

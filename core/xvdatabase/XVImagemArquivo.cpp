@@ -1,9 +1,9 @@
 #include "core/xvdatabase/XVImagemArquivo.h"
 
-#include "core/xvdatabase/XVCodigosArquivo.h"
 #include "core/xvdatabase/XVDataBaseUtil.h"
 #include "platform/XVPlataforma.h"
-#include "support/XVArquivoRecusado.h"
+#include "support/codes/XVCodigosArquivo.h"
+#include "support/trace/XVArquivoRecusado.h"
 
 namespace {
 constexpr std::size_t k_uiTamanhoBuffer = 1U << 20;

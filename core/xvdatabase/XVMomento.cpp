@@ -8,7 +8,7 @@
 #include "core/xvdatabase/XVNomeArquivo.h"
 #include "core/xvdatabase/XVVisao.h"
 #include "platform/XVPlataforma.h"
-#include "support/XVSoma64.h"
+#include "support/values/XVSoma64.h"
 
 namespace {
 

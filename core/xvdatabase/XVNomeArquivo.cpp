@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <charconv>
 
-#include "support/XVTextoAscii.h"
+#include "support/values/XVTextoAscii.h"
 
 namespace {
 

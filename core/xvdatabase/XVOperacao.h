@@ -15,7 +15,7 @@
 
 #include "core/xvdatabase/XVCabecalho.h"
 #include "platform/XVErroArquivo.h"
-#include "support/XVCheck.h"
+#include "support/trace/XVCheck.h"
 
 class CXVDataBase;
 class CXVFileBase;

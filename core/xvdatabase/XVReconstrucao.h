@@ -12,8 +12,8 @@
 #include <vector>
 
 #include "core/xvdatabase/XVDiarioLeitura.h"
-#include "support/IXVDF_Profiler.h"
-#include "support/XVCheck.h"
+#include "support/trace/IXVDF_Profiler.h"
+#include "support/trace/XVCheck.h"
 
 class CXVReconstrucao {
   public:

@@ -3,7 +3,7 @@
 
 #include <string_view>
 
-#include "support/XVCheck.h"
+#include "support/trace/XVCheck.h"
 
 #pragma pack(push, 1)
 struct REG_CR_MIDDLEWARE_VERSAO {

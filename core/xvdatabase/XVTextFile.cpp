@@ -6,8 +6,8 @@
 
 #include "core/xvdatabase/XVConteudo.h"
 #include "core/xvdatabase/XVDataBase.h"
-#include "support/XVCodigos.h"
-#include "support/XVProfiler.h"
+#include "support/codes/XVCodigos.h"
+#include "support/trace/XVProfiler.h"
 
 namespace {
 constexpr std::size_t k_uiTamanhoPrefixo = sizeof(XVUInt);

@@ -6,8 +6,8 @@
 #include "core/xvdatabase/XVArquivoVisto.h"
 #include "core/xvdatabase/XVDataBase.h"
 #include "core/xvdatabase/XVTextFile.h"
-#include "support/XVCodigos.h"
-#include "support/XVProfiler.h"
+#include "support/codes/XVCodigos.h"
+#include "support/trace/XVProfiler.h"
 
 namespace {
 

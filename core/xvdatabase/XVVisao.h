@@ -20,8 +20,8 @@
 
 #include "core/xvdatabase/XVMomento.h"
 #include "core/xvdatabase/XVReconstrucao.h"
-#include "support/XVCapturaTrace.h"
-#include "support/XVCodigos.h"
+#include "support/codes/XVCodigos.h"
+#include "support/trace/XVCapturaTrace.h"
 
 class CXVVisao {
   public:

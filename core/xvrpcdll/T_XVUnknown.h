@@ -20,18 +20,18 @@
 #include <span>
 #include <vector>
 
+#include "contract/XVCR_BuffersPS.h"
+#include "contract/XVRegistroInicializacao.h"
 #include "core/xvrpcdll/XVAtividadeComponente.h"
 #include "core/xvrpcdll/XVListasPS.h"
 #include "core/xvrpcdll/XVQuadroMetodo.h"
-#include "core/xvrpcdll/XVRegistroInicializacao.h"
 #include "platform/XVAmbienteSO.h"
 #include "platform/XVCom.h"
-#include "suite/XVCR_BuffersPS.h"
-#include "support/XVArquivoRecusado.h"
-#include "support/XVCodigos.h"
-#include "support/XVExcecoes.h"
-#include "support/XVProfiler.h"
-#include "support/XVTrapParametroInvalido.h"
+#include "support/codes/XVCodigos.h"
+#include "support/faults/XVExcecoes.h"
+#include "support/faults/XVTrapParametroInvalido.h"
+#include "support/trace/XVArquivoRecusado.h"
+#include "support/trace/XVProfiler.h"
 
 template <class TInterface, class TLogica>
 class T_XVUnknown : public TInterface {

@@ -6,7 +6,7 @@
 // itself is CXVCR_Middleware.
 #pragma once
 
-#include "core/xvrpcdll/IXVCR_Middleware.h"
+#include "contract/IXVCR_Middleware.h"
 #include "core/xvrpcdll/T_XVUnknown.h"
 #include "core/xvrpcdll/XVListasPS.h"
 

@@ -3,8 +3,8 @@
 #include <cstring>
 #include <limits>
 
+#include "contract/XVCR_BuffersPS.h"
 #include "platform/XVAmbienteSO.h"
-#include "suite/XVCR_BuffersPS.h"
 
 HRESULT XVListaDeBytes(const _REG_CR_LISTA_BYTESPS* pReg, std::span<const XVByte>* pLista) {
     *pLista = {};

@@ -4,7 +4,7 @@
 #include <span>
 #include <vector>
 
-#include "suite/XVCR_RegistrosPS.h"
+#include "contract/XVCR_RegistrosPS.h"
 
 // The list's elements; valid while the record's buffer lives. No record: E_POINTER. A count above 0
 // with a null pointer, or more bytes than can be addressed: E_INVALIDARG.

@@ -5,7 +5,7 @@
 #include <functional>
 
 #include "client/XVConexao.h"
-#include "support/XVCrc64.h"
+#include "support/values/XVCrc64.h"
 #include "tests/com/XVAmbienteCom.h"
 #include "tests/com/XVProcessoTeste.h"
 

@@ -5,7 +5,7 @@
 #include <filesystem>
 #include <fstream>
 
-#include "support/XVDmc.h"
+#include "support/values/XVDmc.h"
 #include "tests/com/XVAmbienteCom.h"
 #include "tests/com/XVProcessoTeste.h"
 

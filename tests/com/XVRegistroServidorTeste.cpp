@@ -5,14 +5,14 @@
 
 #include <filesystem>
 
-#include "core/xvrpcdll/XVCR_MiddlewareGuids.h"
+#include "contract/XVCR_MiddlewareGuids.h"
 #include "server/XVChaveRegistro.h"
 #include "server/XVLinhaComando.h"
 #include "server/XVSegurancaCom.h"
-#include "tests/apoio/XVGuardasPlataforma.h"
-#include "tests/apoio/XVRegistroFalso.h"
 #include "tests/com/XVAmbienteCom.h"
 #include "tests/com/XVProcessoTeste.h"
+#include "tests/harness/XVGuardasPlataforma.h"
+#include "tests/harness/XVRegistroFalso.h"
 
 namespace {
 

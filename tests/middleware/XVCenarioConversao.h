@@ -2,7 +2,7 @@
 #pragma once
 
 #include "middleware/ConversaoMiddleware.h"
-#include "support/XVCapturaTrace.h"
+#include "support/trace/XVCapturaTrace.h"
 #include "tests/middleware/XVFabricaBases.h"
 #include "tests/suite/XVCenarioSuite.h"
 

@@ -6,9 +6,9 @@
 #include <string>
 #include <vector>
 
+#include "contract/XVCR_BuffersPS.h"
 #include "middleware/BaseMiddleware.h"
-#include "suite/XVCR_BuffersPS.h"
-#include "support/XVCapturaTrace.h"
+#include "support/trace/XVCapturaTrace.h"
 #include "tests/middleware/XVBytesBase.h"
 #include "tests/suite/XVCenarioSuite.h"
 

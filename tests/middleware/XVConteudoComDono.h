@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "tests/apoio/XVSorteio.h"
+#include "tests/harness/XVSorteio.h"
 #include "tests/middleware/XVCenarioLoja.h"
 
 // The three texts of an integration.

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "support/XVCapturaTrace.h"
+#include "support/trace/XVCapturaTrace.h"
 
 namespace {
 

@@ -14,8 +14,8 @@
 #include <sstream>
 
 #include "platform/XVPlataforma.h"
-#include "tests/apoio/XVDiretorioTeste.h"
-#include "tests/apoio/XVProcessoFilho.h"
+#include "tests/harness/XVDiretorioTeste.h"
+#include "tests/harness/XVProcessoFilho.h"
 #include "tests/middleware/XVIntegracaoMarcada.h"
 #include "tests/middleware/XVProtocoloMorte.h"
 

@@ -2,9 +2,9 @@
 
 #include <vector>
 
-#include "support/XVCapturaTrace.h"
-#include "tests/apoio/XVSistemaArquivosFalhas.h"
-#include "tests/apoio/XVSistemaArquivosQueda.h"
+#include "support/trace/XVCapturaTrace.h"
+#include "tests/harness/XVSistemaArquivosFalhas.h"
+#include "tests/harness/XVSistemaArquivosQueda.h"
 #include "tests/middleware/XVExameQueda.h"
 #include "tests/middleware/XVRoteiroAleatorio.h"
 

@@ -4,7 +4,7 @@
 #include <sstream>
 #include <vector>
 
-#include "suite/XVCR_BuffersPS.h"
+#include "contract/XVCR_BuffersPS.h"
 #include "tests/middleware/XVBytesBase.h"
 #include "tests/middleware/XVCenarioLoja.h"
 

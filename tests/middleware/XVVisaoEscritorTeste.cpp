@@ -1,7 +1,7 @@
 // Viewers in the middle of a writer's work: after each of its changes to the files, from the opening to the
 // closing, one that opens then and one that has been open all the time show the store before the operation or
 // after it.
-#include "tests/apoio/XVGanchoArquivos.h"
+#include "tests/harness/XVGanchoArquivos.h"
 #include "tests/middleware/XVCenarioVarredura.h"
 
 namespace {

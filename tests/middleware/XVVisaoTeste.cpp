@@ -4,8 +4,8 @@
 #include <thread>
 
 #include "core/xvdatabase/XVDiarioFormato.h"
-#include "tests/apoio/XVGanchoArquivos.h"
-#include "tests/apoio/XVSistemaArquivosMorte.h"
+#include "tests/harness/XVGanchoArquivos.h"
+#include "tests/harness/XVSistemaArquivosMorte.h"
 #include "tests/middleware/XVCenarioLoja.h"
 #include "tests/middleware/XVIntegracaoMarcada.h"
 #include "tests/middleware/XVRetratoLoja.h"

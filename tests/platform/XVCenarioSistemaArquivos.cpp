@@ -4,10 +4,10 @@
 #include <stdexcept>
 
 #include "platform/XVPlataforma.h"
-#include "tests/apoio/XVDiretorioTeste.h"
-#include "tests/apoio/XVSistemaArquivosFalhas.h"
-#include "tests/apoio/XVSistemaArquivosMemoria.h"
-#include "tests/apoio/XVSistemaArquivosMorte.h"
+#include "tests/harness/XVDiretorioTeste.h"
+#include "tests/harness/XVSistemaArquivosFalhas.h"
+#include "tests/harness/XVSistemaArquivosMemoria.h"
+#include "tests/harness/XVSistemaArquivosMorte.h"
 
 namespace {
 

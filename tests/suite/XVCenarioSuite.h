@@ -7,10 +7,10 @@
 
 #include "suite/XVBaseParaRotinas.h"
 #include "support/XVAmbiente.h"
-#include "tests/apoio/XVGuardasPlataforma.h"
-#include "tests/apoio/XVRegistroFalso.h"
-#include "tests/apoio/XVRelogioFalso.h"
-#include "tests/apoio/XVSistemaArquivosMemoria.h"
+#include "tests/harness/XVGuardasPlataforma.h"
+#include "tests/harness/XVRegistroFalso.h"
+#include "tests/harness/XVRelogioFalso.h"
+#include "tests/harness/XVSistemaArquivosMemoria.h"
 
 // Company, user and session without any life of their own.
 class CXVDonoFixo final : public IXVDF_Profiler {

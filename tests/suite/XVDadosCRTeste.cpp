@@ -3,8 +3,8 @@
 
 #include <cstring>
 
-#include "suite/XVCR_BuffersPS.h"
-#include "suite/XVDadosCR.h"
+#include "contract/XVCR_BuffersPS.h"
+#include "contract/XVDadosCR.h"
 
 namespace {
 

@@ -2,7 +2,7 @@
 // with the place.
 #include <gtest/gtest.h>
 
-#include "suite/simulacao/XVDocumentoExterno.h"
+#include "suite/simulation/XVDocumentoExterno.h"
 
 namespace {
 

@@ -3,9 +3,9 @@
 #include <thread>
 #include <vector>
 
-#include "support/XVCodigos.h"
-#include "tests/apoio/XVDiretorioTeste.h"
-#include "tests/apoio/XVSistemaArquivosFalhas.h"
+#include "support/codes/XVCodigos.h"
+#include "tests/harness/XVDiretorioTeste.h"
+#include "tests/harness/XVSistemaArquivosFalhas.h"
 #include "tests/suite/XVCenarioSuite.h"
 
 namespace {

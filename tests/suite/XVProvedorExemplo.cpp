@@ -4,7 +4,7 @@
 #include <cstring>
 #include <string_view>
 
-#include "suite/XVProvedorPlugin.h"
+#include "suite/providers/XVProvedorPlugin.h"
 
 namespace {
 

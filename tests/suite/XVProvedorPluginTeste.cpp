@@ -1,8 +1,8 @@
 // Providers in libraries: found beside the program, believed in nothing, and no buffer of theirs lost.
 #include "platform/XVBibliotecaDinamica.h"
 #include "suite/XVMiddlewareFacade.h"
-#include "suite/XVProvedorAdaptador.h"
-#include "support/XVCapturaTrace.h"
+#include "suite/providers/XVProvedorAdaptador.h"
+#include "support/trace/XVCapturaTrace.h"
 #include "tests/suite/XVCenarioSuite.h"
 
 namespace {

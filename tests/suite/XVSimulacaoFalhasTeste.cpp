@@ -1,10 +1,10 @@
 // The simulated system on a failing disk and with hostile documents: an error, nothing lost, nothing held.
 #include "suite/XVMiddlewareFacade.h"
-#include "suite/simulacao/XVPastaSimulacao.h"
-#include "support/XVCapturaTrace.h"
-#include "support/XVCodigos.h"
-#include "tests/apoio/XVSistemaArquivosFalhas.h"
-#include "tests/apoio/XVSistemaArquivosMorte.h"
+#include "suite/simulation/XVPastaSimulacao.h"
+#include "support/codes/XVCodigos.h"
+#include "support/trace/XVCapturaTrace.h"
+#include "tests/harness/XVSistemaArquivosFalhas.h"
+#include "tests/harness/XVSistemaArquivosMorte.h"
 #include "tests/suite/XVCenarioSuite.h"
 
 namespace {

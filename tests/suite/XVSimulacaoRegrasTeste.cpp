@@ -1,8 +1,8 @@
 // The simulated system told by documents: rules, pending items, queries.
 #include "suite/XVMiddlewareFacade.h"
-#include "suite/simulacao/XVPastaSimulacao.h"
-#include "support/XVCapturaTrace.h"
-#include "support/XVCodigos.h"
+#include "suite/simulation/XVPastaSimulacao.h"
+#include "support/codes/XVCodigos.h"
+#include "support/trace/XVCapturaTrace.h"
 #include "tests/suite/XVCenarioSuite.h"
 
 namespace {

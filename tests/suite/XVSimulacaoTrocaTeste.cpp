@@ -3,8 +3,8 @@
 #include <thread>
 
 #include "suite/XVMiddlewareFacade.h"
-#include "support/XVCapturaTrace.h"
-#include "tests/apoio/XVDiretorioTeste.h"
+#include "support/trace/XVCapturaTrace.h"
+#include "tests/harness/XVDiretorioTeste.h"
 #include "tests/suite/XVCenarioSuite.h"
 
 namespace {

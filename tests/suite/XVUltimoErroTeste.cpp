@@ -5,8 +5,8 @@
 #include <string>
 
 #include "suite/XVUltimoErro.h"
-#include "support/XVCodigos.h"
-#include "support/XVMensagens.h"
+#include "support/codes/XVCodigos.h"
+#include "support/messages/XVMensagens.h"
 
 namespace {
 

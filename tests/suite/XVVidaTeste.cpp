@@ -1,7 +1,7 @@
 // Life of objects: initialisation and its failures, who an object speaks for, registry settings.
 #include <thread>
 
-#include "support/XVCapturaTrace.h"
+#include "support/trace/XVCapturaTrace.h"
 #include "tests/suite/XVCenarioSuite.h"
 
 namespace {

@@ -8,13 +8,13 @@
 #include <string>
 #include <vector>
 
-#include "support/IXVDF_Profiler.h"
 #include "support/XVAmbiente.h"
-#include "support/XVProfiler.h"
-#include "tests/apoio/XVGuardasPlataforma.h"
-#include "tests/apoio/XVRegistroFalso.h"
-#include "tests/apoio/XVRelogioFalso.h"
-#include "tests/apoio/XVSistemaArquivosMemoria.h"
+#include "support/trace/IXVDF_Profiler.h"
+#include "support/trace/XVProfiler.h"
+#include "tests/harness/XVGuardasPlataforma.h"
+#include "tests/harness/XVRegistroFalso.h"
+#include "tests/harness/XVRelogioFalso.h"
+#include "tests/harness/XVSistemaArquivosMemoria.h"
 
 // The whole text matches the regular expression.
 MATCHER_P(CasaCom, sPadrao, "") {

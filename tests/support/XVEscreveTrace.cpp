@@ -7,10 +7,10 @@
 #include <vector>
 
 #include "support/XVAmbiente.h"
-#include "support/XVCheck.h"
-#include "support/XVProfiler.h"
-#include "tests/apoio/XVGuardasPlataforma.h"
-#include "tests/apoio/XVRegistroFalso.h"
+#include "support/trace/XVCheck.h"
+#include "support/trace/XVProfiler.h"
+#include "tests/harness/XVGuardasPlataforma.h"
+#include "tests/harness/XVRegistroFalso.h"
 
 int main(int iArgumentos, char** apszArgumentos) {
     if (iArgumentos != 5) return 2;

@@ -1,7 +1,7 @@
 // A treatment library that writes down its last call.
 #include <cstdio>
 
-#include "support/XVMens.h"
+#include "support/faults/XVMens.h"
 
 namespace {
 char g_szChamada[4096] = "";

@@ -2,7 +2,7 @@
 
 #include <sstream>
 
-#include "tests/apoio/XVProcessoFilho.h"
+#include "tests/harness/XVProcessoFilho.h"
 
 SExecucao XVPrograma::Xvcr(const std::vector<std::string>& listaArgumentos,
                            const std::string& sEntrada) const {

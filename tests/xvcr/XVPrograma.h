@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "tests/apoio/XVDiretorioTeste.h"
-#include "tests/apoio/XVExecucao.h"
+#include "tests/harness/XVDiretorioTeste.h"
+#include "tests/harness/XVExecucao.h"
 
 class XVPrograma : public testing::Test {
   protected:

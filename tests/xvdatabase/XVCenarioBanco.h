@@ -11,9 +11,9 @@
 #include "core/xvdatabase/XVFileSingleReg.h"
 #include "core/xvdatabase/XVNomeArquivo.h"
 #include "core/xvdatabase/XVTextFile.h"
-#include "support/XVCapturaTrace.h"
-#include "support/XVCodigos.h"
-#include "tests/apoio/XVSistemaArquivosFalhas.h"
+#include "support/codes/XVCodigos.h"
+#include "support/trace/XVCapturaTrace.h"
+#include "tests/harness/XVSistemaArquivosFalhas.h"
 #include "tests/suite/XVCenarioSuite.h"
 
 struct REG_TESTE {

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "core/xvdatabase/XVDiario.h"
-#include "tests/apoio/XVSistemaArquivosQueda.h"
+#include "tests/harness/XVSistemaArquivosQueda.h"
 #include "tests/xvdatabase/XVCenarioBanco.h"
 #include "tests/xvdatabase/XVDiarioBytes.h"
 

@@ -1,7 +1,7 @@
 // The journal of a directory that is open for writing: its bytes, what it flushes and when.
 #include <optional>
 
-#include "support/XVArquivoRecusado.h"
+#include "support/trace/XVArquivoRecusado.h"
 #include "tests/xvdatabase/XVCenarioDiario.h"
 
 namespace {

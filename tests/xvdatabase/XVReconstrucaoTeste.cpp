@@ -1,7 +1,7 @@
 // What an opening makes of a journal that this file puts together from the documented layout.
 #include "core/xvdatabase/XVDiario.h"
 #include "core/xvdatabase/XVReconstrucao.h"
-#include "support/XVArquivoRecusado.h"
+#include "support/trace/XVArquivoRecusado.h"
 #include "tests/xvdatabase/XVCenarioBanco.h"
 #include "tests/xvdatabase/XVDiarioBytes.h"
 

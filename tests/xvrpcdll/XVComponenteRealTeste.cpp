@@ -6,10 +6,10 @@
 
 #include "core/xvrpcdll/XVComponenteMiddleware.h"
 #include "support/XVAmbiente.h"
-#include "support/XVCapturaTrace.h"
-#include "tests/apoio/XVGuardasPlataforma.h"
-#include "tests/apoio/XVRegistroFalso.h"
-#include "tests/apoio/XVSistemaArquivosMemoria.h"
+#include "support/trace/XVCapturaTrace.h"
+#include "tests/harness/XVGuardasPlataforma.h"
+#include "tests/harness/XVRegistroFalso.h"
+#include "tests/harness/XVSistemaArquivosMemoria.h"
 #include "tests/xvrpcdll/XVLogicaFalsa.h"
 
 namespace {

@@ -4,10 +4,10 @@
 #include <functional>
 #include <new>
 
-#include "support/XVCapturaTrace.h"
-#include "support/XVCrc64.h"
-#include "tests/apoio/XVGuardasPlataforma.h"
-#include "tests/apoio/XVRegistroFalso.h"
+#include "support/trace/XVCapturaTrace.h"
+#include "support/values/XVCrc64.h"
+#include "tests/harness/XVGuardasPlataforma.h"
+#include "tests/harness/XVRegistroFalso.h"
 #include "tests/xvrpcdll/XVLogicaFalsa.h"
 
 namespace {

@@ -3,7 +3,7 @@
 
 #include <cstring>
 
-#include "support/XVCapturaTrace.h"
+#include "support/trace/XVCapturaTrace.h"
 #include "tests/xvrpcdll/XVLogicaFalsa.h"
 
 namespace {

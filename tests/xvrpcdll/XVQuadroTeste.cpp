@@ -6,11 +6,11 @@
 #include <stdexcept>
 #include <thread>
 
-#include "support/XVCapturaTrace.h"
-#include "support/XVExcecoes.h"
-#include "tests/apoio/XVGuardasPlataforma.h"
-#include "tests/apoio/XVRegistroFalso.h"
-#include "tests/apoio/XVRelogioFalso.h"
+#include "support/faults/XVExcecoes.h"
+#include "support/trace/XVCapturaTrace.h"
+#include "tests/harness/XVGuardasPlataforma.h"
+#include "tests/harness/XVRegistroFalso.h"
+#include "tests/harness/XVRelogioFalso.h"
 #include "tests/xvrpcdll/XVLogicaFalsa.h"
 
 namespace {

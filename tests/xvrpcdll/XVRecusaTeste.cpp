@@ -5,16 +5,16 @@
 #include <functional>
 
 #include "core/xvrpcdll/XVComponenteMiddleware.h"
-#include "support/XVCapturaTrace.h"
-#include "tests/apoio/XVGuardasPlataforma.h"
-#include "tests/apoio/XVRegistroFalso.h"
-#include "tests/apoio/XVRelogioFalso.h"
-#include "tests/apoio/XVSistemaArquivosFalhas.h"
-#include "tests/apoio/XVSistemaArquivosMemoria.h"
+#include "support/trace/XVCapturaTrace.h"
+#include "tests/harness/XVGuardasPlataforma.h"
+#include "tests/harness/XVRegistroFalso.h"
+#include "tests/harness/XVRelogioFalso.h"
+#include "tests/harness/XVSistemaArquivosFalhas.h"
+#include "tests/harness/XVSistemaArquivosMemoria.h"
 #include "tests/xvdatabase/XVCabecalhoTeste.h"
 #include "tests/xvrpcdll/XVLogicaFalsa.h"
-#include "tools/xvcr/XVErros.h"
 #include "tools/xvcr/XVOperacoesLocais.h"
+#include "tools/xvcr/text/XVErros.h"
 
 namespace {
 

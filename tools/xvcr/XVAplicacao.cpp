@@ -4,11 +4,11 @@
 #include <new>
 
 #include "platform/XVAmbienteSO.h"
-#include "support/XVArquivoRecusado.h"
-#include "tools/xvcr/XVComandos.h"
+#include "support/trace/XVArquivoRecusado.h"
 #include "tools/xvcr/XVFormatoAjuda.h"
 #include "tools/xvcr/XVMensagensUso.h"
-#include "tools/xvcr/XVOpcoes.h"
+#include "tools/xvcr/commands/XVComandos.h"
+#include "tools/xvcr/commands/XVOpcoes.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 #include "tools/xvcr/XVConversaoPS.h"
 
-#include "suite/XVCR_BuffersPS.h"
+#include "contract/XVCR_BuffersPS.h"
 
 namespace {
 

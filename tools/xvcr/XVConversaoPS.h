@@ -4,7 +4,7 @@
 
 #include <vector>
 
-#include "suite/XVCR_RegistrosPS.h"
+#include "contract/XVCR_RegistrosPS.h"
 #include "tools/xvcr/XVValores.h"
 
 namespace XVConversaoPS {

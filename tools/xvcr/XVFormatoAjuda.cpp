@@ -1,6 +1,6 @@
 #include "tools/xvcr/XVFormatoAjuda.h"
 
-#include "tools/xvcr/XVTextoTela.h"
+#include "tools/xvcr/text/XVTextoTela.h"
 
 CXVFormatoAjuda::CXVFormatoAjuda() {
     label("Usage", "Uso");

@@ -1,9 +1,9 @@
 #include "tools/xvcr/XVOperacoesLocais.h"
 
+#include "contract/XVCR_BuffersPS.h"
 #include "platform/XVAmbienteSO.h"
-#include "suite/XVCR_BuffersPS.h"
-#include "tools/xvcr/XVChamador.h"
 #include "tools/xvcr/XVConversaoPS.h"
+#include "tools/xvcr/commands/XVChamador.h"
 
 namespace {
 

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "support/XVDmc.h"
+#include "support/values/XVDmc.h"
 
 struct SIntegracao {
     std::string sRegistroJSON;

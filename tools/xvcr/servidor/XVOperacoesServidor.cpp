@@ -1,8 +1,8 @@
 // The store behind the component's server: every operation goes through a client of its interface.
 #include "client/XVCliente.h"
-#include "support/XVArquivoRecusado.h"
-#include "tools/xvcr/XVErros.h"
+#include "support/trace/XVArquivoRecusado.h"
 #include "tools/xvcr/XVFabricaOperacoes.h"
+#include "tools/xvcr/text/XVErros.h"
 
 namespace {
 

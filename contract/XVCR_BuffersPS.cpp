@@ -1,0 +1,83 @@
+#include "contract/XVCR_BuffersPS.h"
+
+#include <cstring>
+#include <limits>
+
+#include "platform/XVAmbienteSO.h"
+
+namespace {
+
+void LiberaBuffer(void* pBuffer) {
+    if (pBuffer != nullptr) XVAmbienteSO::LiberaSaida(pBuffer);
+}
+
+}  // namespace
+
+namespace CXVStringPS {
+
+bool EhValido(const _REG_DF_TEXTOPS& reg) {
+    if (reg.ulQtdBytes == 0) return true;
+    return reg.pTexto != nullptr && std::memchr(reg.pTexto, 0, reg.ulQtdBytes) == nullptr;
+}
+
+std::string_view RegToString(const _REG_DF_TEXTOPS& reg) {
+    if (reg.ulQtdBytes == 0 || reg.pTexto == nullptr) return {};
+    return {reinterpret_cast<const char*>(reg.pTexto), reg.ulQtdBytes};
+}
+
+HRESULT StringToReg(std::string_view sTexto, _REG_DF_TEXTOPS* pReg) {
+    if (pReg == nullptr) return E_POINTER;
+    *pReg = {};
+    if (sTexto.empty()) return S_OK;
+    if (sTexto.size() > std::numeric_limits<XVUInt>::max()) return E_INVALIDARG;
+    void* pBuffer = XVAmbienteSO::AlocaSaida(sTexto.size());
+    if (pBuffer == nullptr) return E_OUTOFMEMORY;
+    std::memcpy(pBuffer, sTexto.data(), sTexto.size());
+    pReg->ulQtdBytes = static_cast<XVUInt>(sTexto.size());
+    pReg->pTexto = static_cast<XVByte*>(pBuffer);
+    return S_OK;
+}
+
+void Libera(_REG_DF_TEXTOPS* pReg) {
+    if (pReg == nullptr) return;
+    LiberaBuffer(pReg->pTexto);
+    *pReg = {};
+}
+
+}  // namespace CXVStringPS
+
+void XVLiberaBuffers(tagREG_CR_INTEGRACAO_MIDDLEWAREPS* pReg) {
+    if (pReg == nullptr) return;
+    CXVStringPS::Libera(&pReg->regRegistroJSON);
+    CXVStringPS::Libera(&pReg->regMensagemIntegracao);
+    CXVStringPS::Libera(&pReg->regJSONRetornoIntegracao);
+}
+
+void XVLiberaBuffers(_REG_DF_LISTA_XVDMCPS* pReg) {
+    if (pReg == nullptr) return;
+    LiberaBuffer(pReg->pLista);
+    *pReg = {};
+}
+
+void XVLiberaBuffers(tagREG_CR_STATUS_CONSULTA_SISTEMA_TERCEIROPS* pReg) {
+    if (pReg == nullptr) return;
+    CXVStringPS::Libera(&pReg->regMensagemRetorno);
+    CXVStringPS::Libera(&pReg->regJSONRetorno);
+    LiberaBuffer(pReg->pDocumentoRetorno);
+    pReg->pDocumentoRetorno = nullptr;
+    pReg->ulTamanhoDocumentoRetorno = 0;
+}
+
+HRESULT XVListaToReg(const std::vector<REG_XVDMC>& lista, _REG_DF_LISTA_XVDMCPS* pReg) {
+    if (pReg == nullptr) return E_POINTER;
+    *pReg = {};
+    if (lista.empty()) return S_OK;
+    if (lista.size() > std::numeric_limits<XVUInt>::max()) return E_INVALIDARG;
+    const std::size_t uiBytes = lista.size() * sizeof(REG_XVDMC);
+    void* pBuffer = XVAmbienteSO::AlocaSaida(uiBytes);
+    if (pBuffer == nullptr) return E_OUTOFMEMORY;
+    std::memcpy(pBuffer, lista.data(), uiBytes);
+    pReg->ulQuantidade = static_cast<XVUInt>(lista.size());
+    pReg->pLista = static_cast<REG_XVDMC*>(pBuffer);
+    return S_OK;
+}

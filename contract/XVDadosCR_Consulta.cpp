@@ -1,0 +1,36 @@
+#include <cstring>
+#include <limits>
+
+#include "contract/XVCR_BuffersPS.h"
+#include "contract/XVDadosCR.h"
+#include "platform/XVAmbienteSO.h"
+
+HRESULT CXVDadosCR_ConsultaSistemaTerceiro::CopiarDe(const tagREG_CR_CONSULTA_SISTEMA_TERCEIROPS& reg) {
+    if (!CXVStringPS::EhValido(reg.regChaveConsulta)) return E_INVALIDARG;
+    sChaveConsulta.assign(CXVStringPS::RegToString(reg.regChaveConsulta));
+    eTipoConsulta = reg.eTipoConsulta;
+    ulPonteiroAuxiliar = reg.ulPonteiroAuxiliar;
+    ucTipoPonteiroAuxiliar = reg.ucTipoPonteiroAuxiliar;
+    return S_OK;
+}
+
+HRESULT CXVDadosCR_StatusConsultaSistemaTerceiro::CopiarParaPS(
+    tagREG_CR_STATUS_CONSULTA_SISTEMA_TERCEIROPS* pReg) const {
+    if (pReg == nullptr) return E_POINTER;
+    *pReg = {};
+    if (sDocumentoRetorno.size() > std::numeric_limits<XVUInt>::max()) return E_INVALIDARG;
+    pReg->eStatusConsulta = eStatusConsulta;
+    HRESULT hr = CXVStringPS::StringToReg(sMensagemRetorno, &pReg->regMensagemRetorno);
+    if (SUCCEEDED(hr)) hr = CXVStringPS::StringToReg(sJSONRetorno, &pReg->regJSONRetorno);
+    if (SUCCEEDED(hr) && !sDocumentoRetorno.empty()) {
+        pReg->pDocumentoRetorno = static_cast<XVByte*>(XVAmbienteSO::AlocaSaida(sDocumentoRetorno.size()));
+        if (pReg->pDocumentoRetorno == nullptr) {
+            hr = E_OUTOFMEMORY;
+        } else {
+            std::memcpy(pReg->pDocumentoRetorno, sDocumentoRetorno.data(), sDocumentoRetorno.size());
+            pReg->ulTamanhoDocumentoRetorno = static_cast<XVUInt>(sDocumentoRetorno.size());
+        }
+    }
+    if (FAILED(hr)) XVLiberaBuffers(pReg);
+    return hr;
+}

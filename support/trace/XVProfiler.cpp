@@ -1,0 +1,101 @@
+#include "support/trace/XVProfiler.h"
+
+#include <cstdarg>
+#include <cstdio>
+
+#include "platform/XVAmbienteSO.h"
+#include "support/trace/XVProfilerConfig.h"
+#include "support/trace/XVProfilerErro.h"
+#include "support/trace/XVProfilerFiltro.h"
+#include "support/trace/XVProfilerGuarda.h"
+#include "support/trace/XVProfilerSaida.h"
+
+constinit thread_local bool CXVGuardaRegistro::s_bGravando = false;
+
+namespace {
+
+std::string Formata(const char* pszFormato, std::va_list argumentos) {
+    std::va_list copia;
+    va_copy(copia, argumentos);
+    char szCurto[512];
+    const int iTamanho = std::vsnprintf(szCurto, sizeof szCurto, pszFormato, copia);
+    va_end(copia);
+    if (iTamanho < 0) return {};
+    const auto uiTamanho = static_cast<std::size_t>(iTamanho);
+    if (uiTamanho < sizeof szCurto) return std::string(szCurto, uiTamanho);
+    std::string sTexto(uiTamanho, '\0');
+    std::vsnprintf(sTexto.data(), uiTamanho + 1, pszFormato, argumentos);
+    return sTexto;
+}
+
+std::string Hexadecimal(HRESULT hr) {
+    char szTexto[16];
+    std::snprintf(szTexto, sizeof szTexto, "0x%08X", static_cast<unsigned>(hr));
+    return szTexto;
+}
+
+}  // namespace
+
+namespace XVProfiler {
+
+namespace Interno {
+
+void VerificaRecarga() noexcept {
+    if (!XVProfilerConfig::EstaVencida()) return;
+    const CXVGuardaRegistro guarda;
+    if (!guarda.Obtida()) return;
+    try {
+        XVProfilerConfig::GetAtual();
+    } catch (...) {  // out of memory: the configuration stays as it is
+    }
+}
+
+}  // namespace Interno
+
+void RecarregaConfiguracao() noexcept {
+    const CXVGuardaRegistro guarda;
+    if (!guarda.Obtida()) return;
+    try {
+        XVProfilerConfig::Recarrega();
+    } catch (...) {  // as above
+    }
+}
+
+XVUInt64 GetRegistrosPerdidos() {
+    return XVProfilerSaida::GetPerdidos();
+}
+
+void RecordError(const IXVDF_Profiler* pDono, const char* pszFuncao, const char* pszFonte, int iLinha,
+                 const char* pszFormato, ...) noexcept {
+    const CXVGuardaRegistro guarda;
+    if (!guarda.Obtida()) return;
+    std::va_list argumentos;
+    va_start(argumentos, pszFormato);
+    try {
+        XVProfilerErro::Grava({pDono, pszFuncao, pszFonte, iLinha, 0, {}}, Formata(pszFormato, argumentos));
+    } catch (...) {  // recording never fails outward
+    }
+    va_end(argumentos);
+}
+
+void RecordCoCreate(const IXVDF_Profiler* pDono, const char* pszFuncao, std::string_view sProgID,
+                    std::string_view sModulo, HRESULT hrResultado) noexcept {
+    const CXVGuardaRegistro guarda;
+    if (!guarda.Obtida()) return;
+    try {
+        const auto pConfiguracao = XVProfilerConfig::GetAtual();
+        if (!pConfiguracao->bCoCreateInstance ||
+            !XVProfilerFiltro::DeveLogarProcesso(*pConfiguracao, XVProfilerRegistro::GetNomeProcesso()))
+            return;
+        SProfilerRegistro registro(ETipoRegistro::eCriacaoObjeto, pDono);
+        registro.sClasseFuncao = pszFuncao;
+        registro.sGuid = XVAmbienteSO::NovoGuid();
+        registro.listaParametros = {{"ProgID", std::string(sProgID)},
+                                    {"Modulo", std::string(sModulo)},
+                                    {"Resultado", Hexadecimal(hrResultado)}};
+        XVProfilerSaida::Escreve(*pConfiguracao, registro);
+    } catch (...) {  // recording never fails outward
+    }
+}
+
+}  // namespace XVProfiler

@@ -1,0 +1,56 @@
+#include "support/trace/XVProfilerErro.h"
+
+#include "platform/XVAmbienteSO.h"
+#include "support/trace/XVCapturaTrace.h"
+#include "support/trace/XVProfilerConfig.h"
+#include "support/trace/XVProfilerSaida.h"
+
+namespace {
+
+struct SVersoes {
+    std::string sExecutavel = XVAmbienteSO::GetVersaoExecutavel();
+    std::string sSistema = XVAmbienteSO::GetVersaoSistema();
+};
+
+// Found once, under the lock of the static's initialisation; never freed.
+const SVersoes& Versoes() {
+    static const SVersoes& s_rVersoes = *new SVersoes;
+    return s_rVersoes;
+}
+
+// Whether the record still has to go to the file.
+bool Captura(const SErroTrace& rErro, const std::string& sMensagem) {
+    CXVCapturaTrace* pCaptura = CXVCapturaTrace::GetAtual();
+    if (pCaptura == nullptr) return true;
+    pCaptura->Inclui(
+        {rErro.hr, std::string(rErro.sExpressao), rErro.sFuncao, rErro.pszFonte, rErro.iLinha, sMensagem});
+    return !pCaptura->EhSomenteCaptura();
+}
+
+}  // namespace
+
+namespace XVProfilerErro {
+
+void Grava(const SErroTrace& rErro, const std::string& sMensagem) {
+    if (!Captura(rErro, sMensagem)) return;
+    const auto pConfiguracao = XVProfilerConfig::GetAtual();
+    SProfilerRegistro registro(ETipoRegistro::eErro, rErro.pDono);
+    registro.uiMemoriaFim = registro.uiMemoriaInicio = XVAmbienteSO::GetMemoriaPrivadaProcesso();
+    registro.sClasseFuncao = rErro.sFuncao;
+    registro.sGuid = XVAmbienteSO::NovoGuid();
+    registro.listaParametros = {{"VersaoTelvo", Versoes().sExecutavel},
+                                {"VersaoSO", Versoes().sSistema},
+                                {"Arquivo", rErro.pszFonte},
+                                {"Linha", std::to_string(rErro.iLinha)},
+                                {"Log", sMensagem}};
+    XVProfilerSaida::Escreve(*pConfiguracao, registro);
+}
+
+std::string NomeCompleto(std::string_view sClasse, std::string_view sFuncao) {
+    std::string sNome(sClasse);
+    if (!sNome.empty()) sNome += "::";
+    sNome += sFuncao;
+    return sNome;
+}
+
+}  // namespace XVProfilerErro

@@ -1,0 +1,158 @@
+// One store of a company in the process, several companies, viewing beside a writer; and what it costs.
+#include <map>
+
+#include "tests/harness/XVSistemaArquivosFalhas.h"
+#include "tests/middleware/XVCenarioLoja.h"
+
+namespace {
+
+class CXVCompartilhamentoTest : public CXVCenarioLoja {
+  protected:
+    static unsigned Usuario(const std::string& sConteudo) { return Numero(sConteudo, 100); }
+    static unsigned Sessao(const std::string& sConteudo) { return Numero(sConteudo, 88); }
+
+  private:
+    static unsigned Numero(const std::string& s, std::size_t i) {
+        const auto byte = [&](std::size_t n) { return unsigned{static_cast<unsigned char>(s[n])}; };
+        return s.size() < 240 ? 0U : byte(i) | byte(i + 1) << 8U;
+    }
+};
+
+TEST_F(CXVCompartilhamentoTest, ObjectsOfACompanyShareTheStoreAndStampTheirOwnUser) {
+    TLoja pUm = Abre(11, "MATRIZ", 101);
+    TLoja pDois = Abre(12, "MATRIZ", 102);
+    const REG_XVDMC regDmc = Grava(*pUm, CXVIntegracaoTeste(1));
+    EXPECT_EQ(Usuario(Conteudo("CRINDEXINTEG.dat")), 11U);
+    EXPECT_EQ(XVLe(*pDois, regDmc).hr, S_OK) << "seen at once";
+    Grava(*pDois, CXVIntegracaoTeste(2));
+    EXPECT_EQ(Usuario(Conteudo("CRINDEXINTEG.dat")), 12U);
+    EXPECT_EQ(Sessao(Conteudo("CRINTEGMID20240315.dat")), 102U);
+    pUm.reset();
+    EXPECT_GT(m_Arquivos.GetQuantidadeAberta(), 0U) << "the other one still works";
+    Grava(*pDois, CXVIntegracaoTeste(3));
+    EXPECT_EQ(Usuario(Conteudo("CRINTEGMIDJSON20240315.dat")), 12U);
+    EXPECT_EQ(pDois->Finaliza(), S_OK);
+    EXPECT_EQ(m_Arquivos.GetQuantidadeAberta(), 0U) << "the last one closes";
+    EXPECT_EQ(XVLe(*pDois, regDmc).hr, E_XVCR_COMPONENTE_NAO_INICIALIZADO);
+    EXPECT_EQ(pDois->Finaliza(), S_OK);
+    const TLoja pTres = Abre();
+    EXPECT_EQ(XVBusca(*pTres).size(), 3U);
+}
+
+TEST_F(CXVCompartilhamentoTest, CompaniesSideBySideDoNotSeeEachOther) {
+    const TLoja pMatriz = Abre();
+    const TLoja pFilial = Abre(8, "FILIAL-1");
+    const REG_XVDMC regDmc = Grava(*pMatriz, CXVIntegracaoTeste(1));
+    EXPECT_EQ(XVLe(*pFilial, regDmc).hr, E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA);
+    Grava(*pFilial, CXVIntegracaoTeste(2));
+    Grava(*pFilial, CXVIntegracaoTeste(3));
+    EXPECT_EQ(XVBusca(*pMatriz).size(), 1U);
+    EXPECT_EQ(XVBusca(*pFilial).size(), 2U);
+    EXPECT_EQ(Dados(m_Arquivos.LeConteudo("/telvo/FILIAL-1/DF/CRINDEXINTEG.dat").value_or("")).size(), 48U);
+}
+
+TEST_F(CXVCompartilhamentoTest, ViewerBesideAWriterSeesWhatItRecordsAndChangesNothing) {
+    const TLoja pEscritor = Abre();
+    const REG_XVDMC regDmc = Grava(*pEscritor, CXVIntegracaoTeste(1).Textos("{}", "m", "{}"));
+    const auto retrato = m_Arquivos.Retrata();
+    CBaseMiddleware visor;
+    visor.SetSomenteLeitura(true);
+    ASSERT_EQ(visor.Inicializa(&m_Dono), S_OK);
+    EXPECT_EQ(XVLe(visor, regDmc).sJSON, "{}");
+    EXPECT_EQ(XVBusca(visor), (TListaDmc{regDmc.uiValor}));
+    REG_XVDMC regNova;
+    EXPECT_EQ(visor.GravaIntegracao(&regNova, CXVIntegracaoTeste().Ptr()), eXVReadOnly);
+    EXPECT_EQ(visor.GravaChaveRegistroTelvoParaTerceiro({1, regDmc, 0, 6, 16, {}}), eXVReadOnly);
+    EXPECT_EQ(visor.GravaDataHoraIntegracaoTerceiro({{}, 9, 2, 1, {}}), eXVReadOnly);
+    tagREG_CR_STATUS_INTEGRACAO_MIDDLEWAREPS status{};
+    status.regDmc = regDmc;
+    EXPECT_EQ(visor.GravaStatusIntegracao(status), eXVReadOnly);
+    EXPECT_EQ(visor.GravaIntegracaoInstantanea(&regNova, {}), eXVReadOnly);
+    EXPECT_EQ(visor.GravaPendenciaIntegracao(regDmc, {}), eXVReadOnly);
+    EXPECT_EQ(m_Arquivos.Diferenca(retrato, m_Arquivos.Retrata()), "");
+    Grava(*pEscritor, CXVIntegracaoTeste(2));
+    EXPECT_EQ(XVBusca(visor).size(), 2U);
+    EXPECT_EQ(visor.Finaliza(), S_OK);
+    EXPECT_EQ(m_Arquivos.Diferenca(retrato, m_Arquivos.Retrata()).empty(), false);
+}
+
+TEST_F(CXVCompartilhamentoTest, ViewingAnOlderOrLaterStoreIsRefusedAndAFreshOneIsEmpty) {
+    const auto visita = [&] {
+        CBaseMiddleware visor;
+        visor.SetSomenteLeitura(true);
+        return visor.Inicializa(&m_Dono);
+    };
+    const auto retrato = m_Arquivos.Retrata();
+    EXPECT_EQ(visita(), S_OK);
+    EXPECT_EQ(m_Arquivos.Diferenca(retrato, m_Arquivos.Retrata()), "");
+    const auto versao = [&](unsigned ui) {
+        m_Arquivos.CriaArquivo(PastaDados("CRMIDDLEWAREVS.dat"),
+                               XVArquivoDoTeste({"CRMIDDLEWAREVS.dat"}, CXVBytes().U16(ui).Zeros(14).Str()));
+    };
+    versao(3);
+    EXPECT_EQ(visita(), E_XVCR_VERSAO_INCOMPATIVEL);
+    versao(6);
+    EXPECT_EQ(visita(), E_XVCR_VERSAO_BASE_SUPERIOR_VERSAO_SISTEMA);
+    versao(5);
+    EXPECT_EQ(visita(), S_OK);
+}
+
+TEST_F(CXVCompartilhamentoTest, StoreThatAnotherProcessHoldsIsRefusedAndLeavesNothingOpen) {
+    { Grava(*Abre(), CXVIntegracaoTeste(1)); }
+    std::unique_ptr<IXVArquivo> pAlheio;
+    ASSERT_TRUE(m_Arquivos
+                    .Abre(PastaDados("CRINDEXINTEG.dat"),
+                          {EAcessoArquivo::eLeituraEscrita, ECompartilhamentoArquivo::eNegaEscrita,
+                           ECriacaoArquivo::eSomenteExistente},
+                          pAlheio)
+                    .Ok());
+    CBaseMiddleware loja;
+    EXPECT_EQ(loja.Inicializa(&m_Dono), eSharingViolation);
+    EXPECT_EQ(m_Arquivos.GetQuantidadeAberta(), 1U);
+    EXPECT_TRUE(m_Captura.Contem("m_pDataBase->Inicializa(this)"));
+    pAlheio.reset();
+    EXPECT_EQ(loja.Inicializa(&m_Dono), S_OK) << "the same object, once the other one has gone";
+    EXPECT_EQ(XVBusca(loja).size(), 1U);
+}
+
+TEST_F(CXVCompartilhamentoTest, RecordingWritesDataAndHeaderOncePerFileAndOpensNothing) {
+    TLoja pLoja = Abre();
+    Grava(*pLoja, CXVIntegracaoTeste(1).Textos("{}", "m", "{}"));
+    CXVSistemaArquivosFalhas contador(m_Arquivos);
+    std::map<std::string, int> operacoes;
+    contador.SetFiltro([&](const std::string& s) {
+        ++operacoes[s.substr(s.find_last_of('/') + 1)];
+        return true;
+    });
+    const CXVGuardaSistemaArquivos guarda(contador);
+    // Files opened before the guard are not counted: a new day opens all five members through it.
+    SetDia(16);
+    Grava(*pLoja, CXVIntegracaoTeste(2).Textos("{}", "m", "{}"));
+    contador.Limpa();
+    operacoes.clear();
+    Grava(*pLoja, CXVIntegracaoTeste(3).Textos("{\"x\":1}", "mm", "{\"y\":2}"));
+    EXPECT_EQ(contador.GetQuantidadeTotal(), contador.GetQuantidade(EOperacaoArquivo::eGrava))
+        << "writes and nothing else";
+    for (const char* pszNome : {"CRINTEGMID20240316.dat", "CRINTEGMIDJSON20240316.dat",
+                                "CRINTEGMIDMENS20240316.dat", "CRINTEGMIDJSONRET20240316.dat"})
+        EXPECT_EQ(operacoes[pszNome], 2) << pszNome;
+    EXPECT_LE(contador.GetQuantidade(EOperacaoArquivo::eGrava), 11U) << "and one log line";
+    contador.SetFiltro(nullptr);
+    pLoja.reset();
+}
+
+TEST_F(CXVCompartilhamentoTest, NoMoreThanTwoMembersOfAGroupStayOpen) {
+    const TLoja pLoja = Abre();
+    for (unsigned uiDia = 1; uiDia <= 12; ++uiDia) {
+        SetDia(uiDia);
+        Grava(*pLoja, CXVIntegracaoTeste(uiDia).Textos("{}", "m", "{}"));
+    }
+    // Four groups of two, the index, the general log and the mark of the open store.
+    constexpr std::size_t k_uiMaximo = 4 * 2 + 3;
+    EXPECT_LE(m_Arquivos.GetQuantidadeAberta(), k_uiMaximo);
+    for (unsigned uiDia = 12; uiDia >= 1; --uiDia)
+        EXPECT_EQ(XVLe(*pLoja, {XVChaveDmc(XVDma(2024, 3, uiDia), 1)}).sJSON, "{}");
+    EXPECT_LE(m_Arquivos.GetQuantidadeAberta(), k_uiMaximo);
+}
+
+}  // namespace

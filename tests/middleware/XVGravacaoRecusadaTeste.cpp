@@ -1,0 +1,171 @@
+// What must hold before anything of an operation is prepared: a free position, texts that are there, a clock
+// that can be recorded. A refused operation writes nothing at all and names the file.
+#include "support/trace/XVArquivoRecusado.h"
+#include "tests/harness/XVSistemaArquivosFalhas.h"
+#include "tests/middleware/XVCenarioLoja.h"
+
+namespace {
+
+constexpr auto k_hrInconsistente = E_XVCR_INCONSISTENCIA_CONTROLE_CRIACAO_ARQUIVOS;
+
+class GravacaoRecusada : public CXVCenarioLoja {
+  protected:
+    GravacaoRecusada() {
+        m_pLoja = Abre();
+        m_regDmc = Grava(*m_pLoja, Integracao(1));
+        m_regSegunda = Grava(*m_pLoja, Integracao(2));
+    }
+    static CXVIntegracaoTeste Integracao(XVUInt64 uiChave) {
+        return CXVIntegracaoTeste(uiChave, Mercos, eXVSMiddleware_Enviado)
+            .Textos("{\"j\":1}", "mensagem", "{\"r\":1}");
+    }
+    HRESULT Status(XVUInt eStatus, const std::string& sRetorno) {
+        const std::string sMensagem = "status";
+        tagREG_CR_STATUS_INTEGRACAO_MIDDLEWAREPS reg{};
+        reg.regDmc = m_regDmc;
+        reg.eSistemaIntegracao = Mercos;
+        reg.eStatusIntegracao = eStatus;
+        reg.regMensagemIntegracao = XVTextoPS(sMensagem);
+        reg.regJSONRetornoIntegracao = XVTextoPS(sRetorno);
+        return m_pLoja->GravaStatusIntegracao(reg);
+    }
+    HRESULT Inclui() {
+        REG_XVDMC regNova;
+        return m_pLoja->GravaIntegracao(&regNova, Integracao(3).Ptr());
+    }
+    HRESULT Altera(const std::string& sRetorno) {
+        CXVIntegracaoTeste nova(4, Mercos, eXVSMiddleware_Enviado);
+        nova.Textos("{\"outro\":1}", "outra", sRetorno);
+        REG_XVDMC regDmc = m_regDmc;
+        return m_pLoja->GravaIntegracao(&regDmc, nova.Ptr());
+    }
+    // The whole tree stays, the general log in it. Apart: the journal, and the list of names, which grows
+    // when files of a day are opened.
+    CXVSistemaArquivosMemoria::TRetrato Retrato() const {
+        auto retrato = m_Arquivos.Retrata();
+        retrato.erase(PastaDados("XVDATABASE_ABERTA.srk"));
+        retrato.erase(PastaDados("XVDATABASE_FILE_CTRL.dat"));
+        return retrato;
+    }
+    template <class TOperacao>
+    void EsperaRecusa(HRESULT hr, const std::string& sNome, const std::string& sMensagem,
+                      TOperacao operacao) {
+        const auto antes = Retrato();
+        const CXVCapturaTrace captura;
+        const CXVArquivosRecusados recusados;
+        EXPECT_EQ(operacao(), hr);
+        EXPECT_EQ(CXVSistemaArquivosMemoria::Diferenca(antes, Retrato()), "");
+        EXPECT_EQ(recusados.GetPath(hr), sNome.empty() ? "" : PastaDados(sNome));
+        bool bDito = sMensagem.empty();
+        for (const SFalhaCapturada& rFalha : captura.GetFalhas())
+            bDito |= rFalha.sMensagem.find(sMensagem) != std::string::npos;
+        EXPECT_TRUE(bDito) << sMensagem;
+    }
+    void Reabre() {
+        m_pLoja = Abre();
+        ASSERT_NE(m_pLoja, nullptr);
+    }
+
+    TLoja m_pLoja;
+    REG_XVDMC m_regDmc, m_regSegunda;
+};
+
+// The day's file lost a record that the index knows: the key must not come to name another one.
+TEST_F(GravacaoRecusada, PosicaoQueOIndiceJaConhece) {
+    ASSERT_EQ(m_pLoja->Finaliza(), S_OK);
+    const std::string sDia = "CRINTEGMID20240315.dat";
+    // As of a day with one record: its file from before the second was recorded.
+    std::string s = Conteudo(sDia).substr(0, 240 + 88);
+    const XVUInt64 uiTamanho = 88;
+    s.replace(72, 8, reinterpret_cast<const char*>(&uiTamanho), 8);
+    const XVUInt64 uiCrc = XVCrc64(s.data() + 24, 208, 0);
+    s.replace(232, 8, reinterpret_cast<const char*>(&uiCrc), 8);
+    m_Arquivos.CriaArquivo(PastaDados(sDia), s);
+    Reabre();
+    EsperaRecusa(k_hrInconsistente, sDia, "CRINDEXINTEG.dat", [&] { return Inclui(); });
+    EsperaRecusa(k_hrInconsistente, sDia, "A posição 2 já é a do registro 2", [&] { return Inclui(); });
+    EXPECT_EQ(XVLe(*m_pLoja, m_regDmc).hr, S_OK);
+    SetDia(16);
+    EXPECT_EQ(Inclui(), S_OK) << "another day";
+}
+
+// A text file that lost its last text: a new one would be read under the record that points there.
+TEST_F(GravacaoRecusada, RegistroQueApontaTextoQueNaoHa) {
+    ASSERT_EQ(m_pLoja->Finaliza(), S_OK);
+    const auto inteira = m_Arquivos.Retrata();
+    const struct {
+        const char* pszArquivo;
+        std::size_t uiTexto;  // bytes of the last text with its length
+        bool bStatusSemRetorno, bAlteracaoSemRetorno;
+    } aCasos[] = {{"CRINTEGMIDJSON20240315.dat", 11, true, false},
+                  {"CRINTEGMIDMENS20240315.dat", 12, false, false},
+                  {"CRINTEGMIDJSONRET20240315.dat", 11, true, true}};
+    for (const auto& rCaso : aCasos) {
+        SCOPED_TRACE(rCaso.pszArquivo);
+        m_Arquivos.Restaura(inteira);
+        std::string s = Conteudo(rCaso.pszArquivo);
+        s.resize(s.size() - rCaso.uiTexto);
+        const XVUInt64 uiTamanho = s.size() - 240;
+        s.replace(72, 8, reinterpret_cast<const char*>(&uiTamanho), 8);
+        const XVUInt64 uiCrc = XVCrc64(s.data() + 24, 208, 0);
+        s.replace(232, 8, reinterpret_cast<const char*>(&uiCrc), 8);
+        m_Arquivos.CriaArquivo(PastaDados(rCaso.pszArquivo), s);
+        Reabre();
+        const std::string sDito =
+            "Um registro de CRINTEGMID20240315.dat aponta o texto 2; textos no arquivo: 1";
+        EsperaRecusa(k_hrInconsistente, rCaso.pszArquivo, sDito, [&] { return Inclui(); });
+        EsperaRecusa(k_hrInconsistente, rCaso.pszArquivo, sDito, [&] { return Altera("{\"r\":2}"); });
+        if (std::string(rCaso.pszArquivo).find("JSON2") == std::string::npos)
+            EsperaRecusa(k_hrInconsistente, rCaso.pszArquivo, sDito,
+                         [&] { return Status(eXVSMiddleware_Sucesso, "{\"r\":2}"); });
+        if (rCaso.bStatusSemRetorno) {
+            EXPECT_EQ(Status(eXVSMiddleware_Sucesso, ""), S_OK) << "it writes none of these texts";
+        }
+        if (rCaso.bAlteracaoSemRetorno) {
+            EXPECT_EQ(Altera(""), S_OK);
+        }
+        ASSERT_EQ(m_pLoja->Finaliza(), S_OK);
+    }
+}
+
+TEST_F(GravacaoRecusada, RelogioQueNaoSePodeGravar) {
+    for (const XVUShort usAno : {XVUShort{1847}, XVUShort{2360}}) {
+        SCOPED_TRACE(usAno);
+        m_Relogio.SetUTC({usAno, 12, 31, 12, 0, 0});
+        EsperaRecusa(static_cast<HRESULT>(0x80070057), "", "", [&] { return Inclui(); });
+        EXPECT_EQ(XVLe(*m_pLoja, m_regDmc).hr, S_OK);
+    }
+    for (const XVUShort usAno : {XVUShort{1848}, XVUShort{2359}}) {
+        m_Relogio.SetUTC({usAno, 12, 31, 12, 0, 0});
+        EXPECT_EQ(Inclui(), S_OK) << usAno;
+    }
+}
+
+// Whatever step of an operation fails, its line in the general log is not written; when it took place, it is,
+// once.
+TEST_F(GravacaoRecusada, LinhaDoLogGeralSoDeOperacaoQueHouve) {
+    CXVSistemaArquivosFalhas falhas(m_Arquivos);
+    falhas.SetFiltro([](const std::string& s) { return s.ends_with(".dat") || s.ends_with(".srk"); });
+    const CXVGuardaSistemaArquivos guarda(falhas);
+    ASSERT_EQ(m_pLoja->Finaliza(), S_OK);
+    Reabre();
+    const std::function<HRESULT()> aOperacoes[] = {
+        [&] { return Inclui(); }, [&] { return Altera("{\"n\":1}"); },
+        [&] { return Status(eXVSMiddleware_Sucesso, "{\"s\":1}"); }};
+    for (const auto& fnOperacao : aOperacoes) {
+        bool bHouveFalha = true;
+        for (XVUInt64 uiNumero = 1; bHouveFalha; ++uiNumero) {
+            ASSERT_LT(uiNumero, 100U);
+            const std::string sAntes = LogGeral();
+            falhas.Programa({.eOperacao = EOperacaoArquivo::eGrava, .uiNumero = uiNumero});
+            const HRESULT hr = fnOperacao();
+            bHouveFalha = falhas.GetFalhasOcorridas() > 0;
+            falhas.Limpa();
+            const std::string sNovas = LogGeral().substr(sAntes.size());
+            ASSERT_EQ(std::count(sNovas.begin(), sNovas.end(), '\n'), SUCCEEDED(hr) ? 1 : 0) << uiNumero;
+        }
+    }
+    ASSERT_EQ(m_pLoja->Finaliza(), S_OK);
+}
+
+}  // namespace

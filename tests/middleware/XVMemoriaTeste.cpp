@@ -1,0 +1,87 @@
+// What the store keeps in memory, by the bytes that operator new has given out.
+#include <atomic>
+#include <cstdlib>
+#include <new>
+
+#include "middleware/ConversaoMiddleware.h"
+#include "tests/harness/XVDiretorioTeste.h"
+#include "tests/middleware/XVCenarioLoja.h"
+#include "tests/middleware/XVFabricaBases.h"
+
+namespace {
+std::atomic<std::size_t> g_uiVivos{0};
+std::atomic<std::size_t> g_uiPico{0};
+constexpr std::size_t k_uiPrefixo = 32;  // keeps the strictest alignment of operator new
+}  // namespace
+
+void* operator new(std::size_t uiTamanho) {
+    auto* p = static_cast<char*>(std::malloc(uiTamanho + k_uiPrefixo));
+    if (p == nullptr) throw std::bad_alloc();
+    *reinterpret_cast<std::size_t*>(p) = uiTamanho;
+    const std::size_t uiVivos = g_uiVivos += uiTamanho;
+    std::size_t uiPico = g_uiPico;
+    while (uiVivos > uiPico && !g_uiPico.compare_exchange_weak(uiPico, uiVivos)) {
+    }
+    return p + k_uiPrefixo;
+}
+void operator delete(void* p) noexcept {
+    if (p == nullptr) return;
+    char* pInicio = static_cast<char*>(p) - k_uiPrefixo;
+    g_uiVivos -= *reinterpret_cast<std::size_t*>(pInicio);
+    std::free(pInicio);
+}
+void operator delete(void* p, std::size_t) noexcept {
+    operator delete(p);
+}
+
+namespace {
+
+class CXVMemoriaTest : public testing::Test {
+  protected:
+    CXVMemoriaTest() : m_guardaRegistro(m_registro), m_guardaRelogio(m_relogio) {
+        m_registro.SetTexto(CAmbienteXV::GetChaveRegistro(XV_DF), "Path", m_diretorio.GetCaminho());
+        EXPECT_TRUE(XVPlataforma::SistemaArquivosNativo().CriaDiretorio(m_diretorio.Junta("MATRIZ/DF")).Ok());
+    }
+    static std::size_t ZeraPico() { return g_uiPico = g_uiVivos.load(); }
+
+    CXVDiretorioTeste m_diretorio;
+    CXVRegistroFalso m_registro;
+    CXVRelogioFalso m_relogio;
+    CXVGuardaRegistro m_guardaRegistro;
+    CXVGuardaRelogio m_guardaRelogio;
+    CXVDonoFixo m_dono{"MATRIZ"};
+};
+
+TEST_F(CXVMemoriaTest, ConversionHoldsOneMemberAtATime) {
+    constexpr unsigned k_uiRegistros = 8000;  // 640 KB a member
+    for (const auto& [sNome, sBytes] : CXVFabricaBases(0, true).Cria(10, k_uiRegistros))
+        m_diretorio.CriaArquivo("MATRIZ/DF/" + sNome, sBytes);
+    const std::size_t uiAntes = ZeraPico();
+    CXVConversaoMiddleware conversao(nullptr);
+    ASSERT_EQ(conversao.Inicializa(&m_dono), S_OK);
+    ASSERT_EQ(conversao.ExecutaConversao(), S_OK);
+    EXPECT_LT(g_uiPico - uiAntes, std::size_t{2} * k_uiRegistros * 88 + (3U << 20));
+}
+
+TEST_F(CXVMemoriaTest, RecordingOnManyDaysKeepsTheIndexAndTwoMembersAGroup) {
+    CBaseMiddleware loja;
+    ASSERT_EQ(loja.Inicializa(&m_dono), S_OK);
+    const std::string sTexto(2000, 'x');
+    constexpr unsigned k_uiPorDia = 100;
+    const auto grava = [&](unsigned uiDia) {
+        m_relogio.SetUTC(
+            {2024, static_cast<XVByte>(1 + uiDia / 28), static_cast<XVByte>(1 + uiDia % 28), 1, 0, 0});
+        for (unsigned i = 0; i < k_uiPorDia; ++i) {
+            REG_XVDMC regDmc;
+            CXVIntegracaoTeste integracao(uiDia * 1000 + i + 1);
+            ASSERT_EQ(loja.GravaIntegracao(&regDmc, integracao.Textos(sTexto, "m", sTexto).Ptr()), S_OK);
+        }
+    };
+    for (unsigned uiDia = 0; uiDia < 3; ++uiDia) grava(uiDia);
+    const std::size_t uiTresDias = ZeraPico();
+    for (unsigned uiDia = 3; uiDia < 23; ++uiDia) grava(uiDia);
+    // 20 days hold 8 MB of texts; per integration the index may keep its record and its keys.
+    EXPECT_LT(g_uiVivos.load(), uiTresDias + 20 * k_uiPorDia * 200U + (1U << 20));
+}
+
+}  // namespace

@@ -1,0 +1,121 @@
+// Every operation that changes the store, with its opening and closing, in a process that dies at each of its
+// changes to the files; then the opening after it, dying as well. Whoever looks without opening for writing,
+// and whoever opens, finds the operation whole or absent, and present when it was acknowledged.
+#include "tests/harness/XVSistemaArquivosMorte.h"
+#include "tests/middleware/XVCenarioVarredura.h"
+
+namespace {
+
+class CXVVarreduraMorteLoja : public CXVCenarioVarredura {
+  protected:
+    CXVVarreduraMorteLoja()
+        : m_Morte(m_Arquivos, CXVSistemaArquivosMorte::EContagem::eAlteracoes,
+                  CXVSistemaArquivosMorte::EMorte::eCala),
+          m_Guarda(m_Morte) {
+        m_Morte.Nasce(0);
+    }
+
+    // Opens, operates, closes, and dies at its change uiMorte. True: it died.
+    bool OperaEMorre(XVUInt64 uiMorte, bool bGravaMetade, bool& bReconhecida) {
+        bReconhecida = false;
+        m_Morte.Nasce(uiMorte, bGravaMetade);
+        const bool bMorreu = m_Morte.Executa([&] {
+            CBaseMiddleware loja;
+            if (FAILED(loja.Inicializa(&m_Dono))) return;
+            bReconhecida = SUCCEEDED(Opera(loja)) && !m_Morte.EstaMorto();
+            XVIgnora(loja.Finaliza());
+        });
+        m_Morte.Nasce(0);
+        return bMorreu;
+    }
+    bool AbreEMorre(XVUInt64 uiMorte, bool bGravaMetade) {
+        m_Morte.Nasce(uiMorte, bGravaMetade);
+        const bool bMorreu = m_Morte.Executa([&] {
+            CBaseMiddleware loja;
+            XVIgnora(loja.Inicializa(&m_Dono));
+            XVIgnora(loja.Finaliza());
+        });
+        m_Morte.Nasce(0);
+        return bMorreu;
+    }
+
+    void ConferePorConsulta(bool bReconhecida) {
+        EXPECT_TRUE(AntesOuDepois(m_esperado.antes, m_esperado.depois, bReconhecida, RetrataParaConsulta()))
+            << "a viewer before the store is opened again";
+    }
+    void ConferePorAbertura(bool bReconhecida) {
+        const TRetratoLoja reaberta = RetrataReaberta();
+        EXPECT_TRUE(AntesOuDepois(m_esperado.antes, m_esperado.depois, bReconhecida, reaberta)) << "reopened";
+        if (HasFailure()) return;
+        const TLoja pLoja = Abre();
+        ASSERT_NE(pLoja, nullptr);
+        EXPECT_EQ(GravaProxima(*pLoja), S_OK) << "the next operation";
+        EXPECT_TRUE(
+            Igual(reaberta == m_esperado.depois ? m_esperado.depoisEProxima : m_esperado.antesEProxima,
+                  XVRetrataLoja(*pLoja)));
+    }
+    // From the bytes that the first death left.
+    void ConfereSegundaMorte(const CXVSistemaArquivosMemoria::TRetrato& rMorta, bool bReconhecida,
+                             XVUInt64 uiSegunda) {
+        for (const bool bGravaMetade : {false, true}) {
+            SCOPED_TRACE("and at change " + std::to_string(uiSegunda) + " of the opening after it" +
+                         (bGravaMetade ? ", half written" : ""));
+            m_Arquivos.Restaura(rMorta);
+            if (!AbreEMorre(uiSegunda, bGravaMetade)) return;
+            ConferePorConsulta(bReconhecida);
+            ConferePorAbertura(bReconhecida);
+        }
+    }
+    // Changes that an opening after this death makes; 0 dies nowhere.
+    XVUInt64 ContaAbertura() {
+        m_Morte.Nasce(0);
+        m_Morte.Executa([&] { XVIgnora(CBaseMiddleware().Inicializa(&m_Dono)); });
+        const XVUInt64 uiQuantidade = m_Morte.GetQuantidade();
+        m_Morte.Nasce(0);
+        return uiQuantidade;
+    }
+    void ConfereMorta(XVUInt64 uiMorte, bool bReconhecida) {
+        const auto morta = m_Arquivos.Retrata();
+        ConferePorConsulta(bReconhecida);
+        ConferePorAbertura(bReconhecida);
+        m_Arquivos.Restaura(morta);
+        const XVUInt64 uiAbertura = ContaAbertura();
+        if (XVVarreduraCompleta()) {
+            for (XVUInt64 ui = 1; ui <= uiAbertura && !HasFailure(); ++ui)
+                ConfereSegundaMorte(morta, bReconhecida, ui);
+        } else if (uiAbertura != 0) {
+            ConfereSegundaMorte(morta, bReconhecida, uiMorte % uiAbertura + 1);
+        }
+    }
+
+    CXVSistemaArquivosMorte m_Morte;
+    CXVGuardaSistemaArquivos m_Guarda;
+};
+
+TEST_P(CXVVarreduraMorteLoja, EmCadaAlteracaoDosArquivos) {
+    const XVUInt64 uiSalto = XVVarreduraCompleta() ? 1 : 3;
+    XVUInt64 uiMorte = 1;
+    for (bool bMorreu = true; bMorreu && !HasFailure(); uiMorte += uiSalto) {
+        for (const bool bGravaMetade : {false, true}) {
+            SCOPED_TRACE("died at change " + std::to_string(uiMorte) +
+                         (bGravaMetade ? ", half written" : ""));
+            ASSERT_LT(uiMorte, 1000U);
+            Prepara();
+            bool bReconhecida = false;
+            bMorreu = OperaEMorre(uiMorte, bGravaMetade, bReconhecida);
+            if (!bMorreu) {
+                EXPECT_TRUE(bReconhecida);
+                break;
+            }
+            EXPECT_EQ(m_Arquivos.GetQuantidadeAberta(), 0U);
+            ConfereMorta(uiMorte, bReconhecida);
+            if (HasFailure()) return;
+        }
+    }
+    EXPECT_GT(uiMorte, 3U) << "the sweep must have met the operation";
+}
+
+INSTANTIATE_TEST_SUITE_P(Operacoes, CXVVarreduraMorteLoja, testing::ValuesIn(XVOperacoesLoja()),
+                         [](const auto& rInfo) { return std::string(rInfo.param.pszNome); });
+
+}  // namespace

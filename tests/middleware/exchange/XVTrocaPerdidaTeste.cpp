@@ -1,0 +1,167 @@
+// Exchanges that took place and could not be recorded: each can be found in the error log.
+#include <cstdio>
+#include <new>
+
+#include "suite/providers/XVProvedorAdaptador.h"
+#include "tests/harness/XVSistemaArquivosFalhas.h"
+#include "tests/middleware/exchange/XVCenarioTroca.h"
+#include "tests/middleware/exchange/XVFalhaMemoria.h"
+
+namespace {
+
+class CXVTrocaPerdidaTest : public CXVCenarioTroca {
+  protected:
+    CXVTrocaPerdidaTest() : m_Guarda((m_pLoja.reset(), m_Falhas)) { m_pLoja = Abre(); }
+    ~CXVTrocaPerdidaTest() override {
+        m_Falhas.Limpa();
+        m_pLoja.reset();
+    }
+
+    bool Contem(const std::string& sTrecho) const {
+        for (const SFalhaCapturada& rFalha : m_Captura.GetFalhas())
+            if (rFalha.sMensagem.find(sTrecho) != std::string::npos) return true;
+        return false;
+    }
+
+    CXVSistemaArquivosFalhas m_Falhas{m_Arquivos};
+    CXVGuardaSistemaArquivos m_Guarda;
+};
+
+TEST_F(CXVTrocaPerdidaTest, GravacaoQueFalhaDepoisDaTrocaFicaNoLogDeErros) {
+    const struct {
+        XVUInt eTransacao;
+        const char* pszOperacao;
+        XVUInt eStatus;
+    } aCasos[] = {{eXVSMiddleware_Inclusao, "EnviaJson", eXVSMiddleware_Sucesso},
+                  {eXVSMiddleware_Alteracao, "BuscaDados", eXVSMiddleware_Sucesso},
+                  {eXVSMiddleware_Exclusao, "ExcluiDados", eXVSMiddleware_Cancelado}};
+    m_rGravador.listaItens = {Item()};
+    m_rGravador.fnDepoisDaTroca = [this] {
+        m_Falhas.Programa({.eOperacao = EOperacaoArquivo::eGrava, .bPermanente = true});
+    };
+    std::size_t uiLinhas = 0;
+    for (const auto& rCaso : aCasos) {
+        SCOPED_TRACE(rCaso.pszOperacao);
+        m_rGravador.mapDados[rCaso.pszOperacao] = Resposta(400, rCaso.eStatus);
+        REG_XVDMC regDmc;
+        if (rCaso.eTransacao != eXVSMiddleware_Inclusao) regDmc = GravaAnterior(71, eXVSMiddleware_Enviado);
+        const std::string sDmc = regDmc.ToString();
+        const HRESULT hr = Troca(rCaso.eTransacao, &regDmc);
+        EXPECT_TRUE(FAILED(hr));
+        EXPECT_EQ(regDmc.ToString(), sDmc);
+        EXPECT_EQ(Chamadas("Posterior"), 0U);
+        ASSERT_EQ(LinhasPerdidas().size(), ++uiLinhas);
+        char szFim[16];
+        std::snprintf(szFim, sizeof(szFim), "0x%08X", static_cast<unsigned>(hr));
+        EXPECT_EQ(LinhasPerdidas().back(),
+                  "Troca com o sistema externo feita e não gravada: sistema 16, chave 401, origem " +
+                      std::string(k_pszMovimento) + ", integração " + sDmc + ", transação " +
+                      std::to_string(rCaso.eTransacao) + ", situação " + std::to_string(rCaso.eStatus) +
+                      ", resultado " + szFim);
+        m_Falhas.Limpa();
+        m_pLoja.reset();
+        m_pLoja = Abre();
+    }
+}
+
+TEST_F(CXVTrocaPerdidaTest, ItemAnteriorFicaGravadoEOSeguinteNaoETrocado) {
+    m_rGravador.listaItens = {Item("1"), Item("2"), Item("3")};
+    m_rGravador.fnDepoisDaTroca = [this] {
+        if (Chamadas("EnviaJson") == 2)
+            m_Falhas.Programa({.eOperacao = EOperacaoArquivo::eGrava, .bPermanente = true});
+    };
+    REG_XVDMC regDmc;
+    EXPECT_TRUE(FAILED(Troca(eXVSMiddleware_Inclusao, &regDmc)));
+    m_Falhas.Limpa();
+    m_pLoja.reset();
+    m_pLoja = Abre();
+    EXPECT_EQ(Chamadas("EnviaJson"), 2U);
+    EXPECT_EQ(LinhasPerdidas().size(), 1U);
+    EXPECT_EQ(regDmc.uiValor, XVChaveDmc(k_uiHoje, 1)) << "the one that is recorded";
+    EXPECT_EQ(XVLe(*m_pLoja, regDmc).sJSON, "1");
+}
+
+TEST_F(CXVTrocaPerdidaTest, RespostaQueNaoSeAproveitaDizAChaveQueTrouxe) {
+    const struct {
+        std::int32_t iResultado;
+        bool bMuda;
+        XVUInt eStatus;
+        HRESULT hrEsperado;
+        const char* pszLoja;      // what the store tells; null: nothing
+        const char* pszResposta;  // what is told of the answer; null: nothing
+    } aCasos[] = {
+        {static_cast<std::int32_t>(0x800705B4U), false, 0, XVHResult(0x800705B4U),
+         "talvez feita e não gravada: sistema 16, chave 0, origem 20240301-16-2", nullptr},
+        {static_cast<std::int32_t>(0x800705B4U), true, 2, XVHResult(0x800705B4U), "resultado 0x800705B4",
+         "não aproveitada (falha com chave): chave 401, origem 20240301-16-2, situação 2"},
+        {0, true, 6, CXVProvedorAdaptador::k_hrRespostaInvalida, "resultado 0x8000FFFF",
+         "não aproveitada (situação inválida): chave 401, origem 20240301-16-2, situação 6"},
+        {static_cast<std::int32_t>(E_NOTIMPL), false, 0, E_NOTIMPL, nullptr, nullptr}};
+    m_rGravador.listaItens = {Item(), Item()};
+    for (const auto& rCaso : aCasos) {
+        SCOPED_TRACE(testing::Message() << rCaso.hrEsperado << " " << rCaso.bMuda);
+        const CXVCapturaTrace captura;
+        m_rGravador.listaChamadas.clear();
+        m_rGravador.mapDados["EnviaJson"] = Resposta(400, rCaso.eStatus);
+        m_rGravador.mapDados["EnviaJson"].bMuda = rCaso.bMuda;
+        m_rGravador.mapDados["EnviaJson"].iResultado = rCaso.iResultado;
+        REG_XVDMC regDmc;
+        EXPECT_EQ(Troca(eXVSMiddleware_Inclusao, &regDmc), rCaso.hrEsperado);
+        EXPECT_EQ(Chamadas("EnviaJson"), 1U);
+        std::string sLoja;
+        std::string sResposta;
+        for (const SFalhaCapturada& rFalha : captura.GetFalhas()) {
+            if (rFalha.sMensagem.starts_with("Troca com")) sLoja += rFalha.sMensagem;
+            if (rFalha.sMensagem.starts_with("Resposta do provedor")) sResposta += rFalha.sMensagem;
+        }
+        if (rCaso.pszLoja == nullptr)
+            EXPECT_EQ(sLoja, "");
+        else
+            EXPECT_NE(sLoja.find(rCaso.pszLoja), std::string::npos) << sLoja;
+        if (rCaso.pszResposta == nullptr)
+            EXPECT_EQ(sResposta, "");
+        else
+            EXPECT_NE(sResposta.find(rCaso.pszResposta), std::string::npos) << sResposta;
+    }
+    EXPECT_TRUE(XVBusca(*m_pLoja).empty());
+}
+
+// Every allocation between the library's answer and the end of the call fails once: the exchange is recorded
+// or told, whichever it is.
+TEST_F(CXVTrocaPerdidaTest, FaltaDeMemoriaDepoisDaTrocaNaoACala) {
+    for (unsigned uiFalha = 1;; ++uiFalha) {
+        SCOPED_TRACE(uiFalha);
+        CXVSistemaArquivosMemoria arquivos;
+        const CXVGuardaSistemaArquivos guarda(arquivos);
+        ASSERT_TRUE(arquivos.CriaDiretorio(PastaDados()).Ok());
+        const TLoja pLoja = Abre();
+        const CXVCapturaTrace captura;
+        m_rGravador.listaItens = {Item()};
+        m_rGravador.mapDados["EnviaJson"] = Resposta(400, eXVSMiddleware_Sucesso);
+        m_rGravador.mapDados["EnviaJson"].sJSON.assign(100, 'j');
+        m_rGravador.listaChamadas.reserve(m_rGravador.listaChamadas.size() + 8);
+        m_rGravador.fnDepoisDaTroca = [uiFalha] { XVFalhaMemoria::Programa(uiFalha); };
+        REG_XVDMC regDmc;
+        HRESULT hr = E_OUTOFMEMORY;
+        try {
+            hr = pLoja->GravaIntegracaoInstantanea(&regDmc, Pedido(eXVSMiddleware_Inclusao));
+        } catch (const std::bad_alloc&) {
+        }
+        const bool bOcorreu = XVFalhaMemoria::Termina();
+        ASSERT_EQ(Chamadas("EnviaJson"), uiFalha) << "one exchange a round";
+        bool bDita = false;
+        for (const SFalhaCapturada& rFalha : captura.GetFalhas())
+            bDita |= rFalha.sMensagem.find("chave 401, origem 20240301-16-2") != std::string::npos;
+        if (SUCCEEDED(hr) || !regDmc.EhNulo())
+            EXPECT_EQ(XVLe(*pLoja, regDmc).reg.uiChaveIntegracaoSistemaTerceiro, 401U);
+        else
+            EXPECT_TRUE(bDita);
+        if (!bOcorreu) {
+            EXPECT_EQ(hr, S_OK);
+            EXPECT_GT(uiFalha, 20U) << "allocations were really met";
+            break;
+        }
+    }
+}
+
+}  // namespace

@@ -1,0 +1,243 @@
+// What a provider is handed and what of its answers is recorded or given back, whole records at a time.
+#include "platform/XVAmbienteSO.h"
+#include "tests/middleware/exchange/XVCenarioTroca.h"
+
+namespace {
+
+class CXVTrocaTest : public CXVCenarioTroca {
+  protected:
+    using TLinhas = std::vector<std::string>;
+
+    std::string Pergunta(XVUInt eTransacao, XVUInt64 uiDmc) const {
+        XVProvedorParametros reg{};
+        reg.eTipoIntegracao = eXVSMiddleware_BuscaPedidos;
+        reg.uiDmcOrigem = k_uiOrigem;
+        reg.uiDmcIntegracao = uiDmc;
+        reg.eSistemaIntegracao = Mercos;
+        reg.eTipoTransacao = eTransacao;
+        reg.ulPonteiroFilial = 3;
+        reg.ulPonteiroAuxiliar = 21;
+        reg.ucTipoPonteiroAuxiliar = 22;
+        return Parametros("BuscaIntegracoes", reg);
+    }
+    // One exchange of the only item: what the library was asked, and what it leaves to be recorded.
+    SDadosTeste EsperaTroca(XVUInt eTransacao, const std::string& sOperacao, XVUInt64 uiDmcAntes,
+                            XVUInt64 uiChaveAntes, XVUInt64 uiDmcDepois) {
+        SDadosTeste dados = Preparado(eTransacao);
+        dados.reg.uiDmc = uiDmcAntes;
+        dados.reg.uiChaveIntegracaoSistemaTerceiro = uiChaveAntes;
+        TLinhas listaEsperada{Pergunta(eTransacao, uiDmcAntes), dados.Chamada("Anterior")};
+        Aplica(m_rGravador.mapDados["Anterior"], &dados);
+        listaEsperada.push_back(dados.Chamada(sOperacao));
+        Aplica(m_rGravador.mapDados[sOperacao], &dados);
+        listaEsperada.push_back(Parametros("Posterior", ParametrosDe(dados, uiDmcDepois)));
+        EXPECT_EQ(m_rGravador.listaChamadas, listaEsperada);
+        EXPECT_EQ(LinhasPerdidas(), TLinhas());
+        dados.reg.uiDmc = uiDmcDepois;
+        dados.reg.uiChaveRegistroSistemaTerceiro = 0;  // has no place in the store
+        return dados;
+    }
+};
+
+TEST_F(CXVTrocaTest, InclusaoEntregaOItemEGravaTudoOQueFoiRespondido) {
+    m_rGravador.listaItens = {Item()};
+    m_rGravador.mapDados["Anterior"] = Resposta(200, eXVSMiddleware_Pendente);
+    m_rGravador.mapDados["EnviaJson"] = Resposta(400, eXVSMiddleware_Enviado);
+    REG_XVDMC regDmc;
+    ASSERT_EQ(Troca(eXVSMiddleware_Inclusao, &regDmc), S_OK);
+    EXPECT_EQ(regDmc.uiValor, XVChaveDmc(k_uiHoje, 1));
+    const SDadosTeste dados = EsperaTroca(eXVSMiddleware_Inclusao, "EnviaJson", 0, 0, regDmc.uiValor);
+    EXPECT_EQ(Le(*m_pLoja, regDmc), dados.Integracao());
+}
+
+TEST_F(CXVTrocaTest, AlteracaoEntregaAChaveConhecidaETrazOCarimboDaTroca) {
+    REG_XVDMC regDmc = GravaAnterior(71, eXVSMiddleware_Sucesso);
+    m_rGravador.listaItens = {Item()};
+    m_rGravador.mapDados["Anterior"] = Resposta(200, eXVSMiddleware_Pendente);
+    m_rGravador.mapDados["BuscaDados"] = Resposta(400, eXVSMiddleware_Enviado);
+    const REG_XVDMC regAntes = regDmc;
+    ASSERT_EQ(Troca(eXVSMiddleware_Alteracao, &regDmc), S_OK);
+    EXPECT_EQ(regDmc, regAntes);
+    SDadosTeste dados =
+        EsperaTroca(eXVSMiddleware_Alteracao, "BuscaDados", regDmc.uiValor, 71, regDmc.uiValor);
+    dados.reg.uiDataHoraAlteracaoStatus = k_uiAgora;
+    EXPECT_EQ(Le(*m_pLoja, regDmc), dados.Integracao());
+}
+
+TEST_F(CXVTrocaTest, ExclusaoConfirmadaEGravadaEANaoConfirmadaSoFicaNoLog) {
+    REG_XVDMC regDmc = GravaAnterior(71, eXVSMiddleware_Sucesso);
+    m_rGravador.listaItens = {Item()};
+    m_rGravador.mapDados["Anterior"] = Resposta(200, eXVSMiddleware_Pendente);
+    m_rGravador.mapDados["ExcluiDados"] = Resposta(400, eXVSMiddleware_Cancelado);
+    ASSERT_EQ(Troca(eXVSMiddleware_Exclusao, &regDmc), S_OK);
+    SDadosTeste dados =
+        EsperaTroca(eXVSMiddleware_Exclusao, "ExcluiDados", regDmc.uiValor, 71, regDmc.uiValor);
+    dados.reg.uiDataHoraAlteracaoStatus = k_uiAgora;
+    EXPECT_EQ(Le(*m_pLoja, regDmc), dados.Integracao());
+
+    m_rGravador.mapDados["ExcluiDados"] = Resposta(500, eXVSMiddleware_Enviado);
+    ASSERT_EQ(Troca(eXVSMiddleware_Exclusao, &regDmc), S_OK);
+    EXPECT_EQ(Le(*m_pLoja, regDmc), dados.Integracao());
+    ASSERT_EQ(LinhasPerdidas().size(), 1U);
+    EXPECT_NE(LinhasPerdidas()[0].find("chave 501, origem 20240301-16-2, integração 20240313-1-1"),
+              std::string::npos)
+        << LinhasPerdidas()[0];
+}
+
+TEST_F(CXVTrocaTest, ChaveDeOutroSistemaNaoEEntregue) {
+    REG_XVDMC regDmc = Grava(*m_pLoja, CXVIntegracaoTeste(71, OfficialBank, eXVSMiddleware_Sucesso));
+    m_rGravador.listaItens = {Item()};
+    m_rGravador.mapDados["ExcluiDados"].bMuda = false;
+    ASSERT_EQ(Troca(eXVSMiddleware_Exclusao, &regDmc), S_OK);
+    ASSERT_EQ(Chamadas("ExcluiDados"), 1U);
+    EXPECT_NE(m_rGravador.listaChamadas[2].find(" chave=0 "), std::string::npos);
+}
+
+TEST_F(CXVTrocaTest, RespostaSemChaveMantemAChaveConhecidaOuEGravadaComoErro) {
+    const struct {
+        XVUInt64 uiConhecida;
+        XVUInt eRespondido, eGravado;
+        XVUInt64 uiGravada;
+    } aCasos[] = {{71, eXVSMiddleware_Sucesso, eXVSMiddleware_Sucesso, 71},
+                  {71, eXVSMiddleware_Enviado, eXVSMiddleware_Enviado, 71},
+                  {71, eXVSMiddleware_Erro, eXVSMiddleware_Erro, 0},
+                  {71, eXVSMiddleware_Pendente, eXVSMiddleware_Pendente, 0},
+                  {71, eXVSMiddleware_Cancelado, eXVSMiddleware_Cancelado, 0},
+                  {0, eXVSMiddleware_Sucesso, eXVSMiddleware_Erro, 0},
+                  {0, eXVSMiddleware_Enviado, eXVSMiddleware_Erro, 0}};
+    m_rGravador.listaItens = {Item()};
+    for (const auto& rCaso : aCasos) {
+        SCOPED_TRACE(testing::Message() << rCaso.uiConhecida << " " << rCaso.eRespondido);
+        REG_XVDMC regDmc = GravaAnterior(rCaso.uiConhecida, eXVSMiddleware_Pendente);
+        m_rGravador.mapDados["BuscaDados"] = Resposta(400, rCaso.eRespondido);
+        m_rGravador.mapDados["BuscaDados"].uiChave = 0;
+        ASSERT_EQ(Troca(eXVSMiddleware_Alteracao, &regDmc), S_OK);
+        const SIntegracaoLida lida = XVLe(*m_pLoja, regDmc);
+        EXPECT_EQ(lida.reg.uiChaveIntegracaoSistemaTerceiro, rCaso.uiGravada);
+        EXPECT_EQ(lida.reg.eStatusIntegracao, rCaso.eGravado);
+        EXPECT_EQ(lida.sRetorno, "retorno 400") << "the answer itself stays as it came";
+        const std::string sAviso = "O sistema externo respondeu a situação " +
+                                   std::to_string(rCaso.eRespondido) + " sem informar a chave. ";
+        EXPECT_EQ(lida.sMensagem, (rCaso.eGravado == rCaso.eRespondido ? "" : sAviso) + "mensagem 400");
+    }
+}
+
+TEST_F(CXVTrocaTest, LeituraConsultaOSistemaESoFechaComOsDoisPedidos) {
+    const REG_XVDMC regDmc = GravaAnterior(71, eXVSMiddleware_Sucesso);
+    const std::string sGravada = Le(*m_pLoja, regDmc);
+    m_rGravador.mapDados["BuscaDados"] = Resposta(200, eXVSMiddleware_Enviado);
+    m_rGravador.mapDados["Anterior"] = Resposta(400, eXVSMiddleware_Erro);
+    for (const XVUInt64 ullFlags : {XVUInt64{7}, XVUInt64{7 | 16}}) {
+        EXPECT_EQ(Le(*m_pLoja, regDmc, ullFlags), sGravada);
+        EXPECT_EQ(m_rGravador.listaChamadas, TLinhas());
+    }
+    SDadosTeste dados;
+    dados.sJSON = "json velho";
+    dados.sMensagem = "mensagem velha";
+    dados.sRetorno = "retorno velho";
+    dados.reg.uiDmc = regDmc.uiValor;
+    dados.reg.uiDmcIntegracaoOrigem = XVChaveDmc(XVDma(2024, 3, 1), 18, 2);
+    dados.reg.uiDmcMovimentoOrigem = XVChaveDmc(XVDma(2023, 1, 2), 5, 2);
+    dados.reg.uiDataHoraInclusao = XVDataHora(XVDma(2024, 3, 13), 8);
+    dados.reg.uiChaveIntegracaoSistemaTerceiro = 71;
+    dados.reg.eTipoIntegracao = eXVSMiddleware_BuscaPedidos;
+    dados.reg.eStatusIntegracao = eXVSMiddleware_Sucesso;
+    dados.reg.eSistemaIntegracao = Mercos;
+    dados.reg.eTipoTransacao = eXVSMiddleware_Inclusao;
+    dados.uiUsuarioInclusao = 33;
+    TLinhas listaEsperada{dados.Chamada("BuscaDados")};
+    Aplica(m_rGravador.mapDados["BuscaDados"], &dados);
+    listaEsperada.push_back(dados.Chamada("Anterior"));
+    Aplica(m_rGravador.mapDados["Anterior"], &dados);
+    EXPECT_EQ(Le(*m_pLoja, regDmc, 7 | 8), dados.Integracao());
+    EXPECT_EQ(m_rGravador.listaChamadas, listaEsperada);
+
+    XVProvedorParametros reg = ParametrosDe(dados, regDmc.uiValor);
+    reg.uiChaveRegistroSistemaTerceiro =
+        0;  // the closing operation of a reading is not told, nor the auxiliary
+    reg.ulPonteiroAuxiliar = reg.ucTipoPonteiroAuxiliar = 0;
+    listaEsperada.push_back(Parametros("Posterior", reg));
+    m_rGravador.listaChamadas.clear();
+    EXPECT_EQ(Le(*m_pLoja, regDmc, 7 | 8 | 16), dados.Integracao());
+    EXPECT_EQ(m_rGravador.listaChamadas, listaEsperada);
+    EXPECT_EQ(Le(*m_pLoja, regDmc), sGravada) << "nothing was recorded";
+}
+
+TEST_F(CXVTrocaTest, LeituraDeListaConsultaCadaIntegracaoEmOrdem) {
+    const REG_XVDMC aDmc[] = {GravaAnterior(71, eXVSMiddleware_Sucesso),
+                              GravaAnterior(72, eXVSMiddleware_Enviado)};
+    m_rGravador.mapDados["BuscaDados"] = Resposta(200, eXVSMiddleware_Erro);
+    _REG_DF_LISTA_XVDMCPS lista{2, 0, const_cast<REG_XVDMC*>(aDmc), 0};
+    for (const XVUInt64 ullFlags : {XVUInt64{7}, XVUInt64{7 | 16}, XVUInt64{7 | 8}, XVUInt64{7 | 8 | 16}}) {
+        SCOPED_TRACE(ullFlags);
+        const bool bConsulta = (ullFlags & 8) != 0;
+        m_rGravador.listaChamadas.clear();
+        XVUInt ulQuantidade = 0;
+        tagREG_CR_INTEGRACAO_MIDDLEWAREPS* pRegs = nullptr;
+        ASSERT_EQ(m_pLoja->LeIntegracoes(lista, &ulQuantidade, &pRegs, ullFlags), S_OK);
+        ASSERT_EQ(ulQuantidade, 2U);
+        for (unsigned i = 0; i < 2; ++i) {
+            EXPECT_EQ(pRegs[i].regDmc, aDmc[i]);
+            EXPECT_EQ(pRegs[i].uiChaveIntegracaoSistemaTerceiro, bConsulta ? 201U : 71U + i);
+            EXPECT_EQ(CXVStringPS::RegToString(pRegs[i].regJSONRetornoIntegracao),
+                      bConsulta ? "retorno 200" : "retorno velho");
+            XVLiberaBuffers(&pRegs[i]);
+        }
+        XVAmbienteSO::LiberaSaida(pRegs);
+        ASSERT_EQ(Chamadas("BuscaDados"), bConsulta ? 2U : 0U);
+        EXPECT_EQ(Chamadas("Anterior"), bConsulta ? 2U : 0U);
+        EXPECT_EQ(Chamadas("Posterior"), ullFlags == (7 | 8 | 16) ? 2U : 0U);
+        if (bConsulta) {
+            EXPECT_NE(m_rGravador.listaChamadas[0].find(" chave=71 "), std::string::npos);
+            EXPECT_NE(m_rGravador.listaChamadas[1].find(" chave=72 "), std::string::npos);
+        }
+    }
+}
+
+TEST_F(CXVTrocaTest, ConsultaDiretaEntregaERecebeTodosOsCampos) {
+    const std::string sChave = "2024-000341";
+    tagREG_CR_CONSULTA_SISTEMA_TERCEIROPS consulta{};
+    consulta.regChaveConsulta = XVTextoPS(sChave);
+    consulta.eTipoConsulta = eXVSMiddleware_ConsultaPagamentoExtrato;
+    consulta.ulPonteiroAuxiliar = 21;
+    consulta.ucTipoPonteiroAuxiliar = 22;
+    m_rGravador.consulta = {1, eXVSMiddleware_ConsultaNaoAutorizada, "mensagem", "{}",
+                            std::string("a\0b", 3)};
+    tagREG_CR_STATUS_CONSULTA_SISTEMA_TERCEIROPS status{};
+    ASSERT_EQ(m_pLoja->BuscaDadosSistemaTerceiro(consulta, &status), S_OK);
+    EXPECT_EQ(m_rGravador.listaChamadas,
+              TLinhas{"Consulta MATRIZ/7/99 tipo=6 chave=[2024-000341] auxiliar=21 tipoAuxiliar=22"});
+    EXPECT_EQ(CXVStringPS::RegToString(status.regMensagemRetorno), "mensagem");
+    EXPECT_EQ(CXVStringPS::RegToString(status.regJSONRetorno), "{}");
+    EXPECT_EQ(status.eStatusConsulta, eXVSMiddleware_ConsultaNaoAutorizada);
+    ASSERT_EQ(status.ulTamanhoDocumentoRetorno, 3U);
+    EXPECT_EQ(std::string(reinterpret_cast<const char*>(status.pDocumentoRetorno), 3),
+              std::string("a\0b", 3));
+    XVLiberaBuffers(&status);
+    m_rGravador.consulta.iResultado = static_cast<std::int32_t>(E_NOTIMPL);
+    EXPECT_EQ(m_pLoja->BuscaDadosSistemaTerceiro(consulta, &status), E_NOTIMPL);
+}
+
+// S_FALSE and its like are no failures, whoever answers them.
+TEST_F(CXVTrocaTest, ResultadosPositivosSaoSucesso) {
+    m_rGravador.listaItens = {Item()};
+    m_rGravador.iResultadoLista = 1;
+    for (const char* pszOperacao : {"Anterior", "EnviaJson", "BuscaDados", "ExcluiDados"})
+        m_rGravador.mapDados[pszOperacao].iResultado = 0x00040001;
+    m_rGravador.mapDados["EnviaJson"] = Resposta(400, eXVSMiddleware_Sucesso);
+    m_rGravador.mapDados["EnviaJson"].iResultado = 1;
+    m_rGravador.mapDados["ExcluiDados"] = Resposta(500, eXVSMiddleware_Cancelado);
+    m_rGravador.mapDados["ExcluiDados"].iResultado = 1;
+    m_rGravador.mapParametros["Posterior"].iResultado = 1;
+    m_rGravador.mapParametros["Atualiza"].iResultado = 1;
+    REG_XVDMC regDmc;
+    ASSERT_EQ(Troca(eXVSMiddleware_Inclusao, &regDmc), S_OK);
+    EXPECT_EQ(XVLe(*m_pLoja, regDmc).reg.uiChaveIntegracaoSistemaTerceiro, 401U);
+    EXPECT_EQ(XVLe(*m_pLoja, regDmc, 7 | 8 | 16).hr, S_OK);
+    ASSERT_EQ(Troca(eXVSMiddleware_Exclusao, &regDmc), S_OK);
+    EXPECT_EQ(XVLe(*m_pLoja, regDmc).reg.eStatusIntegracao, eXVSMiddleware_Cancelado);
+    EXPECT_EQ(m_pLoja->GravaPendenciaIntegracao({k_uiOrigem}, Pedido(eXVSMiddleware_Inclusao)), S_OK);
+    EXPECT_EQ(XVBusca(*m_pLoja).size(), 2U);
+}
+
+}  // namespace

@@ -1,0 +1,108 @@
+// What the operation journal asks of the operating system for each recording: nothing where nothing is
+// flushed, one flush before the first file where it is.
+#include <sys/stat.h>
+
+#include <algorithm>
+
+#include "core/xvdatabase/XVDiarioFormato.h"
+#include "platform/XVPlataforma.h"
+#include "tests/harness/XVDiretorioTeste.h"
+#include "tests/middleware/XVCenarioLoja.h"
+#include "tests/platform/posix/XVChamadas.h"
+
+namespace {
+
+// A store on a real disk with the files of the day in place.
+class CXVChamadasDiario : public testing::Test {
+  protected:
+    static constexpr std::size_t k_uiArquivos = 5;  // index, record and three texts: payload and header each
+
+    TLoja Abre(XVUInt ulDurabilidade) {
+        m_Registro.SetTexto(CAmbienteXV::GetChaveRegistro(XV_DF), "Path", m_diretorio.GetCaminho());
+        m_Registro.SetNumero(CAmbienteXV::GetChaveRegistro(XV_DF), "Durabilidade", ulDurabilidade);
+        auto pLoja = std::make_unique<CBaseMiddleware>();
+        EXPECT_EQ(pLoja->Inicializa(&m_dono), S_OK);
+        Grava(*pLoja, 1);
+        struct stat estado {};
+        EXPECT_EQ(stat(m_diretorio.Junta(std::string("MATRIZ/DF/") + k_pszNomeDiario).c_str(), &estado), 0);
+        m_uiDiario = estado.st_ino;
+        return pLoja;
+    }
+
+    static void Grava(CBaseMiddleware& rLoja, std::size_t uiVezes) {
+        CXVIntegracaoTeste integracao(77, Mercos, eXVSMiddleware_Enviado);
+        integracao.Textos(std::string(1500, 'j'), std::string(80, 'm'), std::string(600, 'r'));
+        for (std::size_t i = 0; i < uiVezes; ++i) {
+            REG_XVDMC regDmc;
+            ASSERT_EQ(rLoja.GravaIntegracao(&regDmc, integracao.Ptr()), S_OK);
+        }
+    }
+
+    CXVDiretorioTeste m_diretorio;
+    CXVRegistroFalso m_Registro;
+    CXVRelogioFalso m_Relogio;
+    CXVGuardaRegistro m_GuardaRegistro{m_Registro};
+    CXVGuardaRelogio m_GuardaRelogio{m_Relogio};
+    CXVCapturaTrace m_captura;
+    CXVDonoFixo m_dono{"MATRIZ"};
+    ino_t m_uiDiario = 0;
+};
+
+}  // namespace
+
+TEST_F(CXVChamadasDiario, SemDescargaODiarioNaoFazChamadaNenhuma) {
+    const TLoja pLoja = Abre(0);
+    constexpr std::size_t k_uiVezes = 300;  // more than the ring holds
+    CXVChamadas chamadas;
+    Grava(*pLoja, k_uiVezes);
+    EXPECT_EQ(chamadas.Conta(EChamada::ePwrite), k_uiVezes * k_uiArquivos * 2);
+    EXPECT_EQ(chamadas.Conta(EChamada::eWrite), k_uiVezes) << "the general log";
+    EXPECT_EQ(chamadas.Filtra({EChamada::eOpen, EChamada::ePread, EChamada::eFtruncate, EChamada::eDescarrega,
+                               EChamada::eFlock, EChamada::eRename, EChamada::eReaddir, EChamada::eClose,
+                               EChamada::eNanosleep}),
+              std::vector<SChamada>{});
+    for (const SChamada& rChamada : chamadas.Filtra({EChamada::ePwrite}))
+        ASSERT_NE(rChamada.uiArquivo, m_uiDiario);
+}
+
+// Entry, flush, number in progress, five files, number of the last one.
+TEST_F(CXVChamadasDiario, ComDescargaODiarioChegaAoDispositivoAntesDosArquivos) {
+    const TLoja pLoja = Abre(1);
+    constexpr std::size_t k_uiVezes = 20;
+    CXVChamadas chamadas;
+    Grava(*pLoja, k_uiVezes);
+    std::string sEsperada;
+    for (std::size_t i = 0; i < k_uiVezes; ++i) sEsperada += "jSj" + std::string(k_uiArquivos * 2, 'a') + "j";
+    std::string sFeita;
+    for (const SChamada& rChamada : chamadas.Filtra({EChamada::ePwrite, EChamada::eDescarrega})) {
+        const bool bDiario = rChamada.uiArquivo == m_uiDiario;
+        if (rChamada.eChamada == EChamada::eDescarrega)
+            sFeita += bDiario ? 'S' : 's';
+        else
+            sFeita += bDiario ? 'j' : 'a';
+    }
+    EXPECT_EQ(sFeita, sEsperada);
+}
+
+// The files are flushed before the place of their entries is used again, all of them and once.
+TEST_F(CXVChamadasDiario, ArquivosSaoDescarregadosAntesDeSeuLugarNoAnelSerUsado) {
+    const TLoja pLoja = Abre(1);
+    std::size_t uiVolta = 0;
+    for (std::size_t i = 0; i < 500 && uiVolta == 0; ++i) {
+        CXVChamadas chamadas;
+        Grava(*pLoja, 1);
+        const std::vector<SChamada> listaDescargas = chamadas.Filtra({EChamada::eDescarrega});
+        if (listaDescargas.size() == 1) continue;
+        uiVolta = i;
+        std::vector<ino_t> listaArquivos;
+        for (const SChamada& rChamada : listaDescargas)
+            if (rChamada.uiArquivo != m_uiDiario) listaArquivos.push_back(rChamada.uiArquivo);
+        // Five files and their directory, then how far back entries are needed, then the entry.
+        EXPECT_EQ(listaArquivos.size(), k_uiArquivos + 1);
+        std::sort(listaArquivos.begin(), listaArquivos.end());
+        EXPECT_EQ(std::unique(listaArquivos.begin(), listaArquivos.end()), listaArquivos.end());
+        EXPECT_EQ(listaDescargas.size(), k_uiArquivos + 3);
+        EXPECT_EQ(listaDescargas.back().uiArquivo, m_uiDiario);
+    }
+    EXPECT_GT(uiVolta, 100U) << "the ring holds some two hundred";
+}

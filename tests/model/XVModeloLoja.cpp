@@ -1,0 +1,220 @@
+#include "tests/model/XVModeloLoja.h"
+
+#include <algorithm>
+
+#include "support/codes/XVCodigos.h"
+
+namespace {
+
+constexpr XVUInt k_ulTipos = 18;
+constexpr XVUInt k_ulStatus = 6;
+constexpr XVUInt k_ulTransacoes = 4;
+constexpr XVUInt k_ulTiposData = 3;
+
+bool SistemaExiste(XVUInt eSistema) {
+    return eSistema == 0 || eSistema == 2 || eSistema == 8 || eSistema == 16;
+}
+
+bool Contem(const std::vector<XVUInt>& lista, XVUInt e) {
+    return lista.empty() || std::count(lista.begin(), lista.end(), e) > 0;
+}
+
+// The day and the time of day are compared apart; a bound of midnight asks for the day alone.
+bool Entre(REG_XVDMAHMSUTC reg, REG_XVDMAHMSUTC regDe, REG_XVDMAHMSUTC regAte) {
+    const auto dia = [](REG_XVDMAHMSUTC r) { return r.uiValor >> 32; };
+    const auto hora = [](REG_XVDMAHMSUTC r) { return r.uiValor & 0xFFFFFFFFU; };
+    const bool bDepois =
+        regDe.uiValor == 0 || (dia(reg) >= dia(regDe) && (hora(regDe) == 0 || hora(reg) >= hora(regDe)));
+    const bool bAntes =
+        regAte.uiValor == 0 || (dia(reg) <= dia(regAte) && (hora(regAte) == 0 || hora(reg) <= hora(regAte)));
+    return bDepois && bAntes;
+}
+
+}  // namespace
+
+HRESULT CXVModeloLoja::PodeIncluir(const SIntegracaoModelo& rEntrada) {
+    const auto& reg = rEntrada.reg;
+    const bool bValida = reg.eTipoIntegracao < k_ulTipos && reg.eStatusIntegracao < k_ulStatus &&
+                         reg.eTipoTransacao < k_ulTransacoes && SistemaExiste(reg.eSistemaIntegracao);
+    return bValida ? S_OK : E_INVALIDARG;
+}
+
+REG_XVDMC CXVModeloLoja::ProximoDmc() const {
+    const XVUInt64 uiDia = m_regAgora.uiValor >> 32;
+    const auto it = m_mapaPosicoes.find(static_cast<XVUInt>(uiDia));
+    const XVUInt64 uiPosicao = it == m_mapaPosicoes.end() ? 1 : it->second + 1U;
+    return {uiDia << 46 | uiPosicao << 14 | 1};
+}
+
+void CXVModeloLoja::Inclui(REG_XVDMC regDmc, const SIntegracaoModelo& rEntrada) {
+    SIntegracaoModelo nova = rEntrada;
+    nova.reg.regDmc = regDmc;
+    if (nova.reg.regDataHoraInclusao.uiValor == 0) nova.reg.regDataHoraInclusao = m_regAgora;
+    ++m_mapaPosicoes[static_cast<XVUInt>(m_regAgora.uiValor >> 32)];
+    m_listaDmcs.push_back(regDmc);
+    const bool bBanco = nova.reg.eSistemaIntegracao == OfficialBank;
+    SIntegracaoModelo* pAnterior =
+        bBanco ? LocalizaPorChave(nova.reg.uiChaveIntegracaoSistemaTerceiro, OfficialBank) : nullptr;
+    if (pAnterior != nullptr)
+        *pAnterior = nova;
+    else
+        m_listaIndex.push_back(nova);
+}
+
+SIntegracaoModelo* CXVModeloLoja::Localiza(REG_XVDMC regDmc) {
+    const auto it = std::find_if(m_listaIndex.begin(), m_listaIndex.end(),
+                                 [&](const auto& r) { return r.reg.regDmc.uiValor == regDmc.uiValor; });
+    return it == m_listaIndex.end() ? nullptr : &*it;
+}
+
+const SIntegracaoModelo* CXVModeloLoja::Le(REG_XVDMC regDmc) const {
+    return const_cast<CXVModeloLoja*>(this)->Localiza(regDmc);
+}
+
+// The first of several; key 0 and system 0 name nothing.
+SIntegracaoModelo* CXVModeloLoja::LocalizaPorChave(XVUInt64 uiChave, XVUInt eSistema) {
+    if (uiChave == 0 || eSistema == 0) return nullptr;
+    const auto it = std::find_if(m_listaIndex.begin(), m_listaIndex.end(), [&](const auto& r) {
+        return r.reg.uiChaveIntegracaoSistemaTerceiro == uiChave && r.reg.eSistemaIntegracao == eSistema;
+    });
+    return it == m_listaIndex.end() ? nullptr : &*it;
+}
+
+HRESULT CXVModeloLoja::Altera(REG_XVDMC regDmc, const SIntegracaoModelo& rEntrada) {
+    if (const HRESULT hr = PodeIncluir(rEntrada); FAILED(hr)) return hr;
+    const XVUInt eStatus = rEntrada.reg.eStatusIntegracao;
+    if (rEntrada.reg.uiChaveIntegracaoSistemaTerceiro == 0 && eStatus != eXVSMiddleware_Pendente &&
+        eStatus != eXVSMiddleware_Erro && eStatus != eXVSMiddleware_Cancelado)
+        return E_XVCR_TENTATIVA_GRAVACAO_INTEGRACAO_COM_CHAVE_SISTEMA_TERCEIRO_ZERADA;
+    SIntegracaoModelo* pIntegracao = Localiza(regDmc);
+    if (pIntegracao == nullptr) return E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA;
+    const bool bMudouStatus = pIntegracao->reg.eStatusIntegracao != eStatus;
+    *pIntegracao = rEntrada;
+    pIntegracao->reg.regDmc = regDmc;
+    if (bMudouStatus) pIntegracao->reg.regDataHoraAlteracaoStatus = m_regAgora;
+    return S_OK;
+}
+
+HRESULT CXVModeloLoja::GravaStatus(const SStatusModelo& rStatus, XVUShort usUsuario) {
+    if (rStatus.eStatus >= k_ulStatus || !SistemaExiste(rStatus.eSistema)) return E_INVALIDARG;
+    SIntegracaoModelo* pIntegracao = nullptr;
+    if (!rStatus.regDmc.EhNulo()) {
+        pIntegracao = Localiza(rStatus.regDmc);
+        if (pIntegracao == nullptr) return E_XVCR_TENTATIVA_LER_POSICAO_ZERO;
+    } else {
+        if (rStatus.uiChave == 0 || rStatus.eSistema == 0)
+            return E_XVCR_INDEXACAO_CHAVE_INTEGRACAO_SISTEMA_TERCEIRO_ZERADA;
+        pIntegracao = LocalizaPorChave(rStatus.uiChave, rStatus.eSistema);
+        if (pIntegracao == nullptr) return E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA;
+    }
+    auto& reg = pIntegracao->reg;
+    reg.eStatusIntegracao = rStatus.eStatus;
+    reg.regDataHoraAlteracaoStatus = m_regAgora;
+    if (rStatus.eStatus == eXVSMiddleware_Cancelado) reg.ulPonteiroUsuarioCancelamento = usUsuario;
+    pIntegracao->sMensagem = rStatus.sMensagem;
+    if (!rStatus.sRetorno.empty()) pIntegracao->sRetorno = rStatus.sRetorno;
+    return S_OK;
+}
+
+bool CXVModeloLoja::PassaNivel2(const SFiltroModelo& rFiltro, const SIntegracaoModelo& rIntegracao) {
+    const auto& reg = rIntegracao.reg;
+    return Contem(rFiltro.listaTipos, reg.eTipoIntegracao) &&
+           Contem(rFiltro.listaTransacoes, reg.eTipoTransacao) &&
+           Entre(reg.regDataHoraInclusao, rFiltro.regInclusaoDe, rFiltro.regInclusaoAte) &&
+           Entre(reg.regDataHoraAlteracaoStatus, rFiltro.regAlteracaoDe, rFiltro.regAlteracaoAte);
+}
+
+std::vector<XVUInt64> CXVModeloLoja::Busca(const SFiltroModelo& rFiltro) const {
+    std::vector<XVUInt64> lista;
+    if (rFiltro.uiChaveInicial != 0 && !rFiltro.listaSistemas.empty()) {
+        // One key in some systems: neither status nor upper bound is asked; in the order of the systems.
+        for (const XVUInt eSistema : rFiltro.listaSistemas)
+            for (const auto& r : m_listaIndex)
+                if (eSistema != 0 && r.reg.uiChaveIntegracaoSistemaTerceiro == rFiltro.uiChaveInicial &&
+                    r.reg.eSistemaIntegracao == eSistema && PassaNivel2(rFiltro, r))
+                    lista.push_back(r.reg.regDmc.uiValor);
+        return lista;
+    }
+    for (const auto& r : m_listaIndex) {
+        const XVUInt64 uiChave = r.reg.uiChaveIntegracaoSistemaTerceiro;
+        if (Contem(rFiltro.listaStatus, r.reg.eStatusIntegracao) &&
+            Contem(rFiltro.listaSistemas, r.reg.eSistemaIntegracao) && uiChave >= rFiltro.uiChaveInicial &&
+            (rFiltro.uiChaveFinal == 0 || uiChave <= rFiltro.uiChaveFinal) && PassaNivel2(rFiltro, r))
+            lista.push_back(r.reg.regDmc.uiValor);
+    }
+    std::sort(lista.begin(), lista.end());
+    return lista;
+}
+
+CXVModeloLoja::TChave* CXVModeloLoja::LocalizaChave(const TChave& rChave) {
+    const auto it = std::find_if(m_listaChaves.begin(), m_listaChaves.end(), [&](const TChave& r) {
+        return r.regDmcRegistroTelvo.uiValor == rChave.regDmcRegistroTelvo.uiValor &&
+               r.uiBaseDadosTerceiro == rChave.uiBaseDadosTerceiro &&
+               r.eTipoIntegracao == rChave.eTipoIntegracao &&
+               r.eSistemaIntegracao == rChave.eSistemaIntegracao;
+    });
+    return it == m_listaChaves.end() ? nullptr : &*it;
+}
+
+HRESULT CXVModeloLoja::GravaChave(const TChave& rChave) {
+    if (rChave.regDmcRegistroTelvo.EhNulo()) return E_XVCR_CHAVE_REGISTRO_TELVO_ZERADA;
+    if (rChave.eTipoIntegracao >= k_ulTipos || !SistemaExiste(rChave.eSistemaIntegracao)) return E_INVALIDARG;
+    TChave* pAtual = LocalizaChave(rChave);
+    if (pAtual == nullptr) {
+        m_listaChaves.push_back(rChave);
+        return S_OK;
+    }
+    const REG_XVDMC regOrigem = pAtual->regDmcOrigemIntegracao;
+    *pAtual = rChave;
+    if (rChave.regDmcOrigemIntegracao.EhNulo()) pAtual->regDmcOrigemIntegracao = regOrigem;
+    return S_OK;
+}
+
+HRESULT CXVModeloLoja::GravaChavePendente(const TChave& rChave) {
+    if (rChave.regDmcRegistroTelvo.EhNulo()) return E_XVCR_CHAVE_REGISTRO_TELVO_ZERADA;
+    if (rChave.eTipoIntegracao >= k_ulTipos || !SistemaExiste(rChave.eSistemaIntegracao)) return E_INVALIDARG;
+    if (LocalizaChave(rChave) != nullptr) return S_OK;
+    m_listaChaves.push_back(rChave);
+    m_listaChaves.back().uiChaveRegistroSistemaTerceiro = 0;
+    return S_OK;
+}
+
+CXVModeloLoja::TChave CXVModeloLoja::BuscaChave(const TChave& rFiltro) const {
+    const XVUInt64 uiId = rFiltro.uiChaveRegistroSistemaTerceiro;
+    for (const TChave& r : m_listaChaves) {
+        const bool bRegistro = r.regDmcRegistroTelvo.uiValor == rFiltro.regDmcRegistroTelvo.uiValor;
+        const bool bAchou = uiId == 0 ? bRegistro
+                                      : r.uiChaveRegistroSistemaTerceiro == uiId &&
+                                            (bRegistro || rFiltro.regDmcRegistroTelvo.EhNulo());
+        if (bAchou && r.uiBaseDadosTerceiro == rFiltro.uiBaseDadosTerceiro &&
+            r.eTipoIntegracao == rFiltro.eTipoIntegracao &&
+            r.eSistemaIntegracao == rFiltro.eSistemaIntegracao)
+            return r;
+    }
+    return {};
+}
+
+HRESULT CXVModeloLoja::GravaDataHora(const TDataHora& rDataHora) {
+    if (rDataHora.eTipoIntegracao >= k_ulTipos || rDataHora.eTipoData >= k_ulTiposData ||
+        !SistemaExiste(rDataHora.eSistemaIntegracao))
+        return E_INVALIDARG;
+    // Nothing of nothing: a key without any bit is none.
+    if (rDataHora.eTipoIntegracao == 0 && rDataHora.eTipoData == 0 && rDataHora.eSistemaIntegracao == 0)
+        return E_XVCR_INDEXACAO_COM_POSICAO_ZERO;
+    for (TDataHora& r : m_listaDatasHoras)
+        if (r.eTipoIntegracao == rDataHora.eTipoIntegracao &&
+            r.eSistemaIntegracao == rDataHora.eSistemaIntegracao && r.eTipoData == rDataHora.eTipoData) {
+            r.regDataHora = rDataHora.regDataHora;
+            return S_OK;
+        }
+    m_listaDatasHoras.push_back(rDataHora);
+    return S_OK;
+}
+
+CXVModeloLoja::TDataHora CXVModeloLoja::BuscaDataHora(const TDataHora& rFiltro) const {
+    for (const TDataHora& r : m_listaDatasHoras)
+        if (r.eTipoIntegracao == rFiltro.eTipoIntegracao &&
+            r.eSistemaIntegracao == rFiltro.eSistemaIntegracao && r.eTipoData == rFiltro.eTipoData)
+            return r;
+    return {};
+}

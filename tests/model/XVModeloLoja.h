@@ -1,0 +1,70 @@
+// What a store must answer, kept in plain containers and written from the rules alone: no file, no index, no
+// code of the store. Thread rule: one thread.
+#pragma once
+
+#include <map>
+#include <string>
+#include <vector>
+
+#include "contract/XVCR_Enumeracoes.h"
+#include "contract/XVCR_RegistrosPS.h"
+
+// An integration with its texts; the text fields of reg are not used.
+struct SIntegracaoModelo {
+    tagREG_CR_INTEGRACAO_MIDDLEWAREPS reg{};
+    std::string sJSON, sMensagem, sRetorno;
+};
+
+struct SStatusModelo {
+    REG_XVDMC regDmc{};
+    XVUInt64 uiChave = 0;
+    XVUInt eSistema = 0;
+    XVUInt eStatus = 0;
+    std::string sMensagem, sRetorno;
+};
+
+struct SFiltroModelo {
+    XVUInt64 uiChaveInicial = 0, uiChaveFinal = 0;
+    REG_XVDMAHMSUTC regInclusaoDe{}, regInclusaoAte{}, regAlteracaoDe{}, regAlteracaoAte{};
+    std::vector<XVUInt> listaTipos{}, listaStatus{}, listaSistemas{}, listaTransacoes{};
+};
+
+class CXVModeloLoja {
+  public:
+    using TChave = tagREG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIROPS;
+    using TDataHora = tagREG_CR_DATA_HORA_INTEGRACAO_TERCEIROPS;
+
+    void SetAgora(REG_XVDMAHMSUTC regAgora) { m_regAgora = regAgora; }
+
+    // Whether a new integration would be taken, and the DMC it gets when nobody else records on that day.
+    static HRESULT PodeIncluir(const SIntegracaoModelo& rEntrada);
+    REG_XVDMC ProximoDmc() const;
+    void Inclui(REG_XVDMC regDmc, const SIntegracaoModelo& rEntrada);
+    HRESULT Altera(REG_XVDMC regDmc, const SIntegracaoModelo& rEntrada);
+    HRESULT GravaStatus(const SStatusModelo& rStatus, XVUShort usUsuario);
+    // Null: no such integration.
+    const SIntegracaoModelo* Le(REG_XVDMC regDmc) const;
+    std::vector<XVUInt64> Busca(const SFiltroModelo& rFiltro) const;
+    // Every DMC that was ever given, those taken over included.
+    const std::vector<REG_XVDMC>& GetDmcs() const { return m_listaDmcs; }
+
+    HRESULT GravaChave(const TChave& rChave);
+    HRESULT GravaChavePendente(const TChave& rChave);
+    // All zero when nothing is found. uiChaveRegistroSistemaTerceiro 0 and a null record match nothing.
+    TChave BuscaChave(const TChave& rFiltro) const;
+    HRESULT GravaDataHora(const TDataHora& rDataHora);
+    TDataHora BuscaDataHora(const TDataHora& rFiltro) const;
+
+  private:
+    SIntegracaoModelo* Localiza(REG_XVDMC regDmc);
+    SIntegracaoModelo* LocalizaPorChave(XVUInt64 uiChave, XVUInt eSistema);
+    TChave* LocalizaChave(const TChave& rChave);
+    static bool PassaNivel2(const SFiltroModelo& rFiltro, const SIntegracaoModelo& rIntegracao);
+
+    REG_XVDMAHMSUTC m_regAgora{};
+    std::vector<SIntegracaoModelo> m_listaIndex;  // in the order of the index
+    std::map<XVUInt, XVUInt> m_mapaPosicoes;      // integrations recorded by date
+    std::vector<REG_XVDMC> m_listaDmcs;
+    std::vector<TChave> m_listaChaves;
+    std::vector<TDataHora> m_listaDatasHoras;
+};

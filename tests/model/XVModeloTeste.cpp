@@ -1,0 +1,74 @@
+// Random operations of the whole store with reopenings against the model; by one worker and by four at once.
+//
+// XV_MODELO_SEMENTE: seed (1), printed by a failing run; XV_MODELO_PASSOS: operations of the run (2000).
+#include <cstdlib>
+#include <thread>
+
+#include "tests/middleware/XVCenarioLoja.h"
+#include "tests/model/XVPassosModelo.h"
+
+namespace {
+
+XVUInt64 DoAmbiente(const char* pszNome, XVUInt64 uiPadrao) {
+    const char* pszValor = std::getenv(pszNome);
+    return pszValor == nullptr ? uiPadrao : std::strtoull(pszValor, nullptr, 10);
+}
+
+class CModelo : public CXVCenarioLoja {
+  protected:
+    const XVUInt64 m_uiSemente = DoAmbiente("XV_MODELO_SEMENTE", 1);
+    const XVUInt64 m_uiPassos = DoAmbiente("XV_MODELO_PASSOS", 2000);
+    CXVDiasModelo m_Dias{m_Relogio};
+};
+
+TEST_F(CModelo, OperacoesAoAcasoRespondemComoOModelo) {
+    CXVDecisoesSemente decisoes(m_uiSemente);
+    CXVPassosModelo passos(decisoes, {});
+    passos.SetAgora(m_Dias.Sorteia(decisoes));
+    TLoja pLoja = Abre();
+    for (XVUInt64 i = 0; i < m_uiPassos; ++i) {
+        if (decisoes.Escolhe(20) == 0) passos.SetAgora(m_Dias.Sorteia(decisoes));
+        if (decisoes.Escolhe(150) == 0) {
+            ASSERT_EQ(pLoja->Finaliza(), S_OK);
+            ASSERT_EQ(m_Arquivos.GetQuantidadeAberta(), 0U);
+            pLoja = Abre();
+            ASSERT_EQ(passos.ConfereTudo(*pLoja), "")
+                << "after a reopening, step " << i << ", seed " << m_uiSemente;
+        }
+        ASSERT_EQ(passos.Passo(*pLoja), "") << "step " << i << ", seed " << m_uiSemente;
+    }
+    EXPECT_EQ(passos.ConfereTudo(*pLoja), "") << "seed " << m_uiSemente;
+}
+
+TEST_F(CModelo, QuatroThreadsNumaLojaCadaUmaComOSeuModelo) {
+    constexpr unsigned k_uiThreads = 4;
+    constexpr unsigned k_uiFases = 4;
+    CXVDecisoesSemente decisoesDias(m_uiSemente);
+    std::vector<std::unique_ptr<CXVDecisoesSemente>> decisoes;
+    std::vector<std::unique_ptr<CXVPassosModelo>> passos;
+    for (unsigned i = 0; i < k_uiThreads; ++i) {
+        decisoes.push_back(std::make_unique<CXVDecisoesSemente>(m_uiSemente * k_uiThreads + i));
+        passos.push_back(std::make_unique<CXVPassosModelo>(*decisoes[i], SParteModelo{i, k_uiThreads}));
+    }
+    // The day changes between two phases, when nobody works.
+    for (unsigned uiFase = 0; uiFase < k_uiFases; ++uiFase) {
+        const REG_XVDMAHMSUTC regAgora = m_Dias.Sorteia(decisoesDias);
+        const TLoja pLoja = Abre();
+        std::vector<std::string> erros(k_uiThreads);
+        std::vector<std::thread> threads;
+        for (unsigned i = 0; i < k_uiThreads; ++i)
+            threads.emplace_back([&, i] {
+                const CXVCapturaTrace captura;
+                passos[i]->SetAgora(regAgora);
+                erros[i] = passos[i]->ConfereTudo(*pLoja);
+                for (XVUInt64 n = 0; n < m_uiPassos / k_uiFases && erros[i].empty(); ++n)
+                    erros[i] = passos[i]->Passo(*pLoja);
+            });
+        for (std::thread& rThread : threads) rThread.join();
+        for (unsigned i = 0; i < k_uiThreads; ++i)
+            ASSERT_EQ(erros[i], "") << "thread " << i << ", phase " << uiFase << ", seed " << m_uiSemente;
+        ASSERT_EQ(pLoja->Finaliza(), S_OK);
+    }
+}
+
+}  // namespace

@@ -1,0 +1,440 @@
+#include "tests/model/XVPassosModelo.h"
+
+#include <algorithm>
+#include <set>
+#include <sstream>
+
+#include "contract/XVCR_BuffersPS.h"
+#include "platform/XVAmbienteSO.h"
+
+namespace {
+
+constexpr XVUInt k_aSistemas[] = {Mercos, OfficialBank, SimulacaoSistemaTerceiro, Tipo_Nenhum};
+constexpr XVUInt64 k_uiDia = 101040;  // a day of 2045 in the form of dates: any will do
+
+_REG_DF_TEXTOPS Vista(const std::string& sTexto) {
+    _REG_DF_TEXTOPS reg{};
+    reg.ulQtdBytes = static_cast<XVUInt>(sTexto.size());
+    if (!sTexto.empty()) reg.pTexto = reinterpret_cast<XVByte*>(const_cast<char*>(sTexto.data()));
+    return reg;
+}
+
+// The record for the interface; views of the texts of rIntegracao.
+tagREG_CR_INTEGRACAO_MIDDLEWAREPS ParaPS(const SIntegracaoModelo& rIntegracao) {
+    tagREG_CR_INTEGRACAO_MIDDLEWAREPS reg = rIntegracao.reg;
+    reg.regRegistroJSON = Vista(rIntegracao.sJSON);
+    reg.regMensagemIntegracao = Vista(rIntegracao.sMensagem);
+    reg.regJSONRetornoIntegracao = Vista(rIntegracao.sRetorno);
+    return reg;
+}
+
+// Takes an output record over and frees its buffers.
+SIntegracaoModelo DePS(tagREG_CR_INTEGRACAO_MIDDLEWAREPS& reg) {
+    SIntegracaoModelo integracao{reg, std::string(CXVStringPS::RegToString(reg.regRegistroJSON)),
+                                 std::string(CXVStringPS::RegToString(reg.regMensagemIntegracao)),
+                                 std::string(CXVStringPS::RegToString(reg.regJSONRetornoIntegracao))};
+    XVLiberaBuffers(&reg);
+    return integracao;
+}
+
+template <class T>
+std::string Compara(const char* pszCampo, const T& obtido, const T& esperado) {
+    if (obtido == esperado) return {};
+    std::ostringstream saida;
+    saida << pszCampo << ": " << obtido << ", expected " << esperado;
+    return saida.str();
+}
+
+std::string ComparaResultado(const char* pszOperacao, HRESULT hr, HRESULT hrEsperado) {
+    if (hr == hrEsperado) return {};
+    std::ostringstream saida;
+    saida << std::hex << pszOperacao << ": " << static_cast<XVUInt>(hr) << ", expected "
+          << static_cast<XVUInt>(hrEsperado);
+    return saida.str();
+}
+
+std::string Compara(const SIntegracaoModelo& rLida, const SIntegracaoModelo& rEsperada, XVUInt64 ullFlags) {
+    const auto& a = rLida.reg;
+    const auto& b = rEsperada.reg;
+    const std::string sNada;
+    for (const std::string& sErro :
+         {Compara("DMC", a.regDmc.uiValor, b.regDmc.uiValor),
+          Compara("origem", a.regDmcIntegracaoOrigem.uiValor, b.regDmcIntegracaoOrigem.uiValor),
+          Compara("movimento", a.regDmcMovimentoOrigem.uiValor, b.regDmcMovimentoOrigem.uiValor),
+          Compara("inclusao", a.regDataHoraInclusao.uiValor, b.regDataHoraInclusao.uiValor),
+          Compara("alteracao", a.regDataHoraAlteracaoStatus.uiValor, b.regDataHoraAlteracaoStatus.uiValor),
+          Compara("chave", a.uiChaveIntegracaoSistemaTerceiro, b.uiChaveIntegracaoSistemaTerceiro),
+          Compara("base", a.uiBaseDadosTerceiro, b.uiBaseDadosTerceiro),
+          Compara("tipo", a.eTipoIntegracao, b.eTipoIntegracao),
+          Compara("status", a.eStatusIntegracao, b.eStatusIntegracao),
+          Compara("sistema", a.eSistemaIntegracao, b.eSistemaIntegracao),
+          Compara("transacao", a.eTipoTransacao, b.eTipoTransacao),
+          Compara("filial", a.ulPonteiroFilial, b.ulPonteiroFilial),
+          Compara("usuario", a.ulPonteiroUsuarioInclusao, b.ulPonteiroUsuarioInclusao),
+          Compara("cancelador", a.ulPonteiroUsuarioCancelamento, b.ulPonteiroUsuarioCancelamento),
+          Compara("auxiliar", a.ulPonteiroAuxiliar, b.ulPonteiroAuxiliar),
+          Compara("reconsulta", +a.cReconsultarIdTerceiros, +b.cReconsultarIdTerceiros),
+          Compara("tipo auxiliar", +a.ucTipoPonteiroAuxiliar, +b.ucTipoPonteiroAuxiliar),
+          Compara("JSON", rLida.sJSON, (ullFlags & k_ullLeJSON) != 0 ? rEsperada.sJSON : sNada),
+          Compara("mensagem", rLida.sMensagem,
+                  (ullFlags & k_ullLeMensagem) != 0 ? rEsperada.sMensagem : sNada),
+          Compara("retorno", rLida.sRetorno,
+                  (ullFlags & k_ullLeJSONRetorno) != 0 ? rEsperada.sRetorno : sNada)})
+        if (!sErro.empty()) return "integration " + b.regDmc.ToString() + ", " + sErro;
+    return {};
+}
+
+}  // namespace
+
+REG_XVDMAHMSUTC CXVDiasModelo::Sorteia(IXVDecisoes& rDecisoes) {
+    const auto uiDia = 10 + rDecisoes.Escolhe(5);
+    const auto uiHora = rDecisoes.Escolhe(24);
+    const auto uiSegundo = rDecisoes.Escolhe(3);
+    m_rRelogio.SetUTC({2024, 3, static_cast<XVByte>(uiDia), static_cast<XVByte>(uiHora), 0,
+                       static_cast<XVByte>(uiSegundo)});
+    return {((2024ULL - 1848) << 9 | 3 << 5 | uiDia) << 32 | (uiHora * 3600 + uiSegundo)};
+}
+
+XVUInt CXVPassosModelo::Enumeracao(XVUInt ulQuantidade) {
+    // Now and then the first value that is not one.
+    return Escolhe(60) == 0 ? ulQuantidade : static_cast<XVUInt>(Escolhe(ulQuantidade));
+}
+
+XVUInt CXVPassosModelo::SorteiaSistema() {
+    return Escolhe(60) == 0 ? 4 : k_aSistemas[Escolhe(std::size(k_aSistemas))];
+}
+
+XVUInt64 CXVPassosModelo::SorteiaChaveExterna() {
+    const XVUInt64 ui = Escolhe(9);
+    return ui == 0 ? 0 : ui * m_parte.uiQuantas + m_parte.uiQual;
+}
+
+REG_XVDMAHMSUTC CXVPassosModelo::SorteiaDataHora() {
+    if (Escolhe(3) == 0) return {};
+    const XVUInt64 uiDia = (2024ULL - 1848) << 9 | 3 << 5 | (9 + Escolhe(7));
+    return {uiDia << 32 | (Escolhe(2) == 0 ? 0 : Escolhe(24) * 3600)};
+}
+
+std::string CXVPassosModelo::SorteiaTexto() {
+    const XVUInt64 uiTipo = Escolhe(8);
+    if (uiTipo == 0) return {};
+    if (uiTipo == 1) return "repetido";  // equal to an earlier one
+    const std::size_t uiTamanho = uiTipo == 2 ? Escolhe(5000) : Escolhe(60);
+    return std::to_string(++m_uiTextos) + std::string(uiTamanho, static_cast<char>('a' + uiTipo));
+}
+
+REG_XVDMC CXVPassosModelo::SorteiaDmc() {
+    const auto& lista = m_modelo.GetDmcs();
+    const XVUInt64 uiQual = Escolhe(lista.size() + 1);
+    if (uiQual < lista.size()) return lista[uiQual];
+    // One that was never given: a position or a kind that nobody has.
+    return Escolhe(2) == 0 || lista.empty() ? REG_XVDMC{k_uiDia << 46 | 7ULL << 14 | 1}
+                                            : REG_XVDMC{lista.back().uiValor ^ 3};
+}
+
+SIntegracaoModelo CXVPassosModelo::SorteiaIntegracao() {
+    SIntegracaoModelo integracao;
+    auto& reg = integracao.reg;
+    const XVUInt64 uiMarca = 1 + Escolhe(1000);
+    reg.regDmcIntegracaoOrigem = Escolhe(3) == 0 ? REG_XVDMC{} : REG_XVDMC{k_uiDia << 46 | uiMarca << 14 | 1};
+    reg.regDmcMovimentoOrigem = {k_uiDia << 46 | (uiMarca + 1) << 14 | 2};
+    reg.regDataHoraInclusao = SorteiaDataHora();
+    reg.regDataHoraAlteracaoStatus = SorteiaDataHora();
+    reg.uiChaveIntegracaoSistemaTerceiro = SorteiaChaveExterna();
+    reg.uiBaseDadosTerceiro = uiMarca + 2;
+    reg.eTipoIntegracao = Enumeracao(18);
+    reg.eStatusIntegracao = Enumeracao(6);
+    reg.eSistemaIntegracao = SorteiaSistema();
+    reg.eTipoTransacao = Enumeracao(4);
+    reg.ulPonteiroFilial = static_cast<XVUInt>(uiMarca + 3);
+    reg.ulPonteiroUsuarioInclusao = static_cast<XVUInt>(uiMarca + 4);
+    reg.ulPonteiroUsuarioCancelamento = static_cast<XVUInt>(uiMarca + 5);
+    reg.ulPonteiroAuxiliar = static_cast<XVUInt>(uiMarca + 6);
+    reg.cReconsultarIdTerceiros = static_cast<XVByte>(uiMarca & 1);
+    reg.ucTipoPonteiroAuxiliar = static_cast<XVByte>(uiMarca + 7);
+    integracao.sJSON = SorteiaTexto();
+    integracao.sMensagem = SorteiaTexto();
+    integracao.sRetorno = SorteiaTexto();
+    return integracao;
+}
+
+std::string CXVPassosModelo::Passo(CBaseMiddleware& rLoja) {
+    switch (Escolhe(20)) {
+        case 0:
+        case 1:
+        case 2:
+        case 3:
+            return Inclui(rLoja);
+        case 4:
+        case 5:
+        case 6:
+            return Altera(rLoja);
+        case 7:
+        case 8:
+        case 9:
+            return GravaStatus(rLoja);
+        case 10:
+            return LeLista(rLoja);
+        case 11:
+        case 12:
+        case 13:
+            return Busca(rLoja);
+        case 14:
+        case 15:
+            return GravaChave(rLoja);
+        case 16:
+            return BuscaChave(rLoja);
+        case 17:
+            return GravaDataHora(rLoja);
+        case 18:
+            return Escolhe(4) == 0 ? RecusaTroca(rLoja) : BuscaDataHora(rLoja);
+        default:
+            return Le(rLoja);
+    }
+}
+
+std::string CXVPassosModelo::Inclui(CBaseMiddleware& rLoja) {
+    const SIntegracaoModelo integracao = SorteiaIntegracao();
+    const auto reg = ParaPS(integracao);
+    REG_XVDMC regDmc;
+    const HRESULT hr = rLoja.GravaIntegracao(&regDmc, &reg);
+    if (const auto s = ComparaResultado("new", hr, CXVModeloLoja::PodeIncluir(integracao)); !s.empty())
+        return s;
+    if (FAILED(hr)) return Compara("DMC of a refused one", regDmc.uiValor, XVUInt64{0});
+    const XVUInt64 uiEsperado = m_modelo.ProximoDmc().uiValor;
+    // Beside others the position is anybody's; the day is not.
+    if (m_parte.uiQuantas == 1 ? regDmc.uiValor != uiEsperado : regDmc.uiValor >> 46 != uiEsperado >> 46)
+        return Compara("DMC of a new one", regDmc.uiValor, uiEsperado);
+    m_modelo.Inclui(regDmc, integracao);
+    return ConfereUma(rLoja, regDmc, 7);
+}
+
+std::string CXVPassosModelo::Altera(CBaseMiddleware& rLoja) {
+    REG_XVDMC regDmc = SorteiaDmc();
+    const SIntegracaoModelo integracao = SorteiaIntegracao();
+    const auto reg = ParaPS(integracao);
+    const HRESULT hr = rLoja.GravaIntegracao(&regDmc, &reg);
+    if (const auto s = ComparaResultado("update", hr, m_modelo.Altera(regDmc, integracao)); !s.empty())
+        return s;
+    return ConfereUma(rLoja, regDmc, 7);
+}
+
+std::string CXVPassosModelo::GravaStatus(CBaseMiddleware& rLoja) {
+    SStatusModelo status;
+    if (Escolhe(3) != 0) status.regDmc = SorteiaDmc();
+    status.uiChave = SorteiaChaveExterna();
+    status.eSistema = SorteiaSistema();
+    status.eStatus = Enumeracao(6);
+    status.sMensagem = SorteiaTexto();
+    status.sRetorno = SorteiaTexto();
+    tagREG_CR_STATUS_INTEGRACAO_MIDDLEWAREPS reg{};
+    reg.regDmc = status.regDmc;
+    reg.regMensagemIntegracao = Vista(status.sMensagem);
+    reg.regJSONRetornoIntegracao = Vista(status.sRetorno);
+    reg.uiChaveIntegracaoSistemaTerceiro = status.uiChave;
+    reg.eStatusIntegracao = status.eStatus;
+    reg.eSistemaIntegracao = status.eSistema;
+    const HRESULT hr = rLoja.GravaStatusIntegracao(reg);
+    const auto s = ComparaResultado("status", hr, m_modelo.GravaStatus(status, rLoja.GetUsuarioProprio()));
+    if (!s.empty() || status.regDmc.EhNulo()) return s;
+    return ConfereUma(rLoja, status.regDmc, 7);
+}
+
+std::string CXVPassosModelo::ConfereUma(CBaseMiddleware& rLoja, REG_XVDMC regDmc, XVUInt64 ullFlags) {
+    tagREG_CR_INTEGRACAO_MIDDLEWAREPS reg{};
+    const HRESULT hr = rLoja.LeIntegracao(regDmc, &reg, ullFlags);
+    const SIntegracaoModelo lida = DePS(reg);
+    const SIntegracaoModelo* pEsperada = m_modelo.Le(regDmc);
+    if (pEsperada == nullptr) return ComparaResultado("read", hr, E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA);
+    if (const auto s = ComparaResultado("read", hr, S_OK); !s.empty()) return s;
+    return Compara(lida, *pEsperada, ullFlags);
+}
+
+std::string CXVPassosModelo::Le(CBaseMiddleware& rLoja) {
+    const REG_XVDMC regDmc = SorteiaDmc();
+    return ConfereUma(rLoja, regDmc, Escolhe(8));
+}
+
+std::string CXVPassosModelo::LeLista(CBaseMiddleware& rLoja) {
+    std::vector<REG_XVDMC> dmcs;
+    for (XVUInt64 i = Escolhe(6); i > 0; --i) dmcs.push_back(SorteiaDmc());
+    const bool bTodas =
+        std::all_of(dmcs.begin(), dmcs.end(), [&](REG_XVDMC r) { return m_modelo.Le(r) != nullptr; });
+    const _REG_DF_LISTA_XVDMCPS lista{static_cast<XVUInt>(dmcs.size()), 0, dmcs.data(), 0};
+    XVUInt ulQuantidade = 0;
+    tagREG_CR_INTEGRACAO_MIDDLEWAREPS* pRegs = nullptr;
+    const HRESULT hr = rLoja.LeIntegracoes(lista, &ulQuantidade, &pRegs, 7);
+    std::string sErro = ComparaResultado("list", hr, bTodas ? S_OK : E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA);
+    if (sErro.empty())
+        sErro = Compara("list count", std::size_t{ulQuantidade}, bTodas ? dmcs.size() : std::size_t{0});
+    for (XVUInt i = 0; i < ulQuantidade; ++i) {
+        const SIntegracaoModelo lida = DePS(pRegs[i]);
+        if (sErro.empty()) sErro = Compara(lida, *m_modelo.Le(dmcs[i]), 7);
+    }
+    XVAmbienteSO::LiberaSaida(pRegs);
+    return sErro;
+}
+
+SFiltroModelo CXVPassosModelo::SorteiaFiltro() {
+    const auto lista = [&](XVUInt ulQuantidade) {
+        std::set<XVUInt> conjunto;
+        if (Escolhe(3) == 0)
+            for (XVUInt64 i = 1 + Escolhe(3); i > 0; --i) conjunto.insert(Enumeracao(ulQuantidade));
+        return std::vector<XVUInt>(conjunto.begin(), conjunto.end());
+    };
+    SFiltroModelo filtro;
+    if (Escolhe(3) == 0) filtro.uiChaveInicial = SorteiaChaveExterna();
+    if (Escolhe(3) == 0) filtro.uiChaveFinal = SorteiaChaveExterna();
+    if (Escolhe(4) == 0) filtro.regInclusaoDe = SorteiaDataHora();
+    if (Escolhe(4) == 0) filtro.regInclusaoAte = SorteiaDataHora();
+    if (Escolhe(4) == 0) filtro.regAlteracaoDe = SorteiaDataHora();
+    if (Escolhe(4) == 0) filtro.regAlteracaoAte = SorteiaDataHora();
+    filtro.listaTipos = lista(18);
+    filtro.listaStatus = lista(6);
+    filtro.listaTransacoes = lista(4);
+    for (const XVUInt eSistema : k_aSistemas)
+        if (Escolhe(6) == 0) filtro.listaSistemas.push_back(eSistema);
+    return filtro;
+}
+
+std::string CXVPassosModelo::Busca(CBaseMiddleware& rLoja) {
+    return ConfereBusca(rLoja, SorteiaFiltro());
+}
+
+std::string CXVPassosModelo::ConfereBusca(CBaseMiddleware& rLoja, const SFiltroModelo& rFiltro) {
+    SFiltroModelo f = rFiltro;
+    const auto ponteiro = [](std::vector<XVUInt>& lista) { return lista.empty() ? nullptr : lista.data(); };
+    const auto quantidade = [](const std::vector<XVUInt>& lista) {
+        return static_cast<XVUInt>(lista.size());
+    };
+    const tagREG_CR_FILTRO_INTEGRACAO_MIDDLEWAREPS reg{f.uiChaveInicial,
+                                                       f.uiChaveFinal,
+                                                       f.regInclusaoDe,
+                                                       f.regInclusaoAte,
+                                                       f.regAlteracaoDe,
+                                                       f.regAlteracaoAte,
+                                                       quantidade(f.listaTipos),
+                                                       quantidade(f.listaStatus),
+                                                       quantidade(f.listaSistemas),
+                                                       quantidade(f.listaTransacoes),
+                                                       ponteiro(f.listaTipos),
+                                                       ponteiro(f.listaStatus),
+                                                       ponteiro(f.listaSistemas),
+                                                       ponteiro(f.listaTransacoes)};
+    _REG_DF_LISTA_XVDMCPS lista{};
+    const HRESULT hr = rLoja.BuscaPonteiros(reg, &lista);
+    // Those of other workers are not compared.
+    std::set<XVUInt64> conjuntoProprias;
+    for (const REG_XVDMC regDmc : m_modelo.GetDmcs()) conjuntoProprias.insert(regDmc.uiValor);
+    std::vector<XVUInt64> achadas;
+    for (XVUInt i = 0; i < lista.ulQuantidade; ++i)
+        if (m_parte.uiQuantas == 1 || conjuntoProprias.contains(lista.pLista[i].uiValor))
+            achadas.push_back(lista.pLista[i].uiValor);
+    XVLiberaBuffers(&lista);
+    if (const auto s = ComparaResultado("search", hr, S_OK); !s.empty()) return s;
+    const std::vector<XVUInt64> esperadas = m_modelo.Busca(rFiltro);
+    if (achadas == esperadas) return {};
+    return "search: " + std::to_string(achadas.size()) + " found, expected " +
+           std::to_string(esperadas.size()) + " or another order";
+}
+
+CXVModeloLoja::TChave CXVPassosModelo::SorteiaChave() {
+    const XVUInt64 uiRegistro = Escolhe(6);
+    const XVUInt64 uiProprio = uiRegistro * m_parte.uiQuantas + m_parte.uiQual;
+    CXVModeloLoja::TChave chave{};
+    if (uiRegistro != 0) chave.regDmcRegistroTelvo = {uiProprio << 14 | 2};
+    chave.uiBaseDadosTerceiro = Escolhe(2);
+    chave.eTipoIntegracao = Escolhe(60) == 0 ? 18 : 6 + static_cast<XVUInt>(Escolhe(2));
+    chave.eSistemaIntegracao = SorteiaSistema();
+    if (Escolhe(2) == 0) chave.regDmcOrigemIntegracao = {k_uiDia << 46 | (1 + Escolhe(50)) << 14 | 1};
+    chave.uiChaveRegistroSistemaTerceiro = SorteiaChaveExterna();
+    return chave;
+}
+
+std::string CXVPassosModelo::GravaChave(CBaseMiddleware& rLoja) {
+    const auto chave = SorteiaChave();
+    if (Escolhe(3) == 0)
+        return ComparaResultado("pending map", rLoja.GravaChaveRegistroTelvoParaTerceiroPendente(chave),
+                                m_modelo.GravaChavePendente(chave));
+    return ComparaResultado("map", rLoja.GravaChaveRegistroTelvoParaTerceiro(chave),
+                            m_modelo.GravaChave(chave));
+}
+
+std::string CXVPassosModelo::BuscaChave(CBaseMiddleware& rLoja) {
+    auto filtro = SorteiaChave();
+    if (Escolhe(3) == 0) filtro.regDmcRegistroTelvo = {};
+    CXVModeloLoja::TChave achada{};
+    const HRESULT hr = rLoja.BuscaChaveRegistroTelvoParaTerceiro({filtro.uiChaveRegistroSistemaTerceiro,
+                                                                  filtro.regDmcRegistroTelvo,
+                                                                  filtro.uiBaseDadosTerceiro,
+                                                                  filtro.eTipoIntegracao,
+                                                                  filtro.eSistemaIntegracao,
+                                                                  {}},
+                                                                 &achada);
+    const auto esperada = m_modelo.BuscaChave(filtro);
+    for (const std::string& s :
+         {ComparaResultado("map search", hr, S_OK),
+          Compara("map id", achada.uiChaveRegistroSistemaTerceiro, esperada.uiChaveRegistroSistemaTerceiro),
+          Compara("map record", achada.regDmcRegistroTelvo.uiValor, esperada.regDmcRegistroTelvo.uiValor),
+          Compara("map database", achada.uiBaseDadosTerceiro, esperada.uiBaseDadosTerceiro),
+          Compara("map type", achada.eTipoIntegracao, esperada.eTipoIntegracao),
+          Compara("map system", achada.eSistemaIntegracao, esperada.eSistemaIntegracao),
+          Compara("map origin", achada.regDmcOrigemIntegracao.uiValor,
+                  esperada.regDmcOrigemIntegracao.uiValor)})
+        if (!s.empty()) return s;
+    return {};
+}
+
+std::string CXVPassosModelo::GravaDataHora(CBaseMiddleware& rLoja) {
+    // The types are shared out among the workers.
+    const XVUInt ulTipo = static_cast<XVUInt>(Escolhe(4) * m_parte.uiQuantas + m_parte.uiQual);
+    const CXVModeloLoja::TDataHora dataHora{
+        SorteiaDataHora(), Escolhe(60) == 0 ? 18 : ulTipo, SorteiaSistema(), Enumeracao(3), {}};
+    return ComparaResultado("date-time", rLoja.GravaDataHoraIntegracaoTerceiro(dataHora),
+                            m_modelo.GravaDataHora(dataHora));
+}
+
+std::string CXVPassosModelo::BuscaDataHora(CBaseMiddleware& rLoja) {
+    const XVUInt ulTipo = static_cast<XVUInt>(Escolhe(4) * m_parte.uiQuantas + m_parte.uiQual);
+    const CXVModeloLoja::TDataHora filtro{{}, ulTipo, SorteiaSistema(), Enumeracao(3), {}};
+    CXVModeloLoja::TDataHora achada{};
+    const HRESULT hr = rLoja.BuscaDataHoraIntegracaoTerceiro(
+        {{}, filtro.eTipoIntegracao, filtro.eSistemaIntegracao, filtro.eTipoData}, &achada);
+    const auto esperada = m_modelo.BuscaDataHora(filtro);
+    for (const std::string& s :
+         {ComparaResultado("date-time search", hr, S_OK),
+          Compara("date-time", achada.regDataHora.uiValor, esperada.regDataHora.uiValor),
+          Compara("date-time type", achada.eTipoIntegracao, esperada.eTipoIntegracao),
+          Compara("date-time system", achada.eSistemaIntegracao, esperada.eSistemaIntegracao),
+          Compara("date-time kind", achada.eTipoData, esperada.eTipoData)})
+        if (!s.empty()) return s;
+    return {};
+}
+
+// Without anything pending at the external system an exchange changes nothing.
+std::string CXVPassosModelo::RecusaTroca(CBaseMiddleware& rLoja) {
+    SIntegracaoModelo integracao = SorteiaIntegracao();
+    integracao.reg.eSistemaIntegracao = SimulacaoSistemaTerceiro;
+    const HRESULT hrEsperado = CXVModeloLoja::PodeIncluir(integracao);
+    const auto reg = ParaPS(integracao);
+    REG_XVDMC regDmc;
+    if (const auto s =
+            ComparaResultado("instant", rLoja.GravaIntegracaoInstantanea(&regDmc, reg), hrEsperado);
+        !s.empty())
+        return s;
+    if (!regDmc.EhNulo()) return "an exchange of nothing recorded something";
+    return ComparaResultado(
+        "pending", rLoja.GravaPendenciaIntegracao(integracao.reg.regDmcMovimentoOrigem, reg), hrEsperado);
+}
+
+std::string CXVPassosModelo::ConfereTudo(CBaseMiddleware& rLoja) {
+    for (const REG_XVDMC regDmc : m_modelo.GetDmcs())
+        if (const auto s = ConfereUma(rLoja, regDmc, 7); !s.empty()) return s;
+    if (const auto s = ConfereBusca(rLoja, {}); !s.empty()) return s;
+    for (int i = 0; i < 20; ++i) {
+        if (const auto s = Busca(rLoja); !s.empty()) return s;
+        if (const auto s = BuscaChave(rLoja); !s.empty()) return s;
+        if (const auto s = BuscaDataHora(rLoja); !s.empty()) return s;
+    }
+    return {};
+}

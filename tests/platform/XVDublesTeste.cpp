@@ -1,0 +1,250 @@
+// The test doubles themselves: a double that did not fail when told to would let every test pass.
+#include <gtest/gtest.h>
+
+#include <set>
+#include <thread>
+
+#include "tests/harness/XVGuardasPlataforma.h"
+#include "tests/harness/XVRegistroFalso.h"
+#include "tests/harness/XVRelogioFalso.h"
+#include "tests/harness/XVSistemaArquivosFalhas.h"
+#include "tests/harness/XVSistemaArquivosMemoria.h"
+#include "tests/harness/XVSistemaArquivosMorte.h"
+#include "tests/harness/XVSistemaArquivosQueda.h"
+
+namespace {
+
+constexpr SAberturaArquivo k_escrita{EAcessoArquivo::eLeituraEscrita, ECompartilhamentoArquivo::eNegaEscrita,
+                                     ECriacaoArquivo::eCriaSeAusente};
+
+// Three operations: opens, writes "abcd", synchronises. The first failure ends it.
+CXVErroArquivo GravaAbcd(IXVSistemaArquivos& rSistema, const std::string& sCaminho) {
+    std::unique_ptr<IXVArquivo> pArquivo;
+    CXVErroArquivo erro = rSistema.Abre(sCaminho, k_escrita, pArquivo);
+    if (erro.Ok()) {
+        erro = pArquivo->Grava(0, "abcd", 4);
+    }
+    return erro.Ok() ? pArquivo->Sincroniza() : erro;
+}
+
+class CXVDublesTest : public testing::Test {
+  protected:
+    CXVSistemaArquivosMemoria m_memoria;
+};
+
+}  // namespace
+
+TEST_F(CXVDublesTest, AFullDiskTakesWhatFitsAndFreesWhatIsDeleted) {
+    m_memoria.CriaArquivo("/outro", "12345");
+    m_memoria.LimitaEspaco(8);
+    EXPECT_EQ(GravaAbcd(m_memoria, "/a").GetCausa(), ECausaArquivo::eDiscoCheio);
+    EXPECT_EQ(m_memoria.LeConteudo("/a"), "abc");
+    EXPECT_TRUE(m_memoria.Apaga("/outro").Ok());
+    EXPECT_TRUE(GravaAbcd(m_memoria, "/a").Ok());
+    std::unique_ptr<IXVArquivo> pArquivo;
+    ASSERT_TRUE(m_memoria.Abre("/a", k_escrita, pArquivo).Ok());
+    EXPECT_EQ(pArquivo->SetTamanho(9).GetCausa(), ECausaArquivo::eDiscoCheio);
+    EXPECT_EQ(m_memoria.LeConteudo("/a"), "abcd");
+}
+
+TEST_F(CXVDublesTest, APictureOfTheTreeShowsEveryDifference) {
+    m_memoria.CriaArquivo("/d/a", "abc");
+    m_memoria.CriaArquivo("/d/b", "xyz");
+    const CXVSistemaArquivosMemoria::TRetrato antes = m_memoria.Retrata();
+    EXPECT_EQ(CXVSistemaArquivosMemoria::Diferenca(antes, m_memoria.Retrata()), "");
+    m_memoria.CriaArquivo("/d/a", "abX");
+    m_memoria.SetSomenteLeitura("/d/b", true);
+    m_memoria.CriaArquivo("/d/c", "");
+    const std::string sDiferenca = CXVSistemaArquivosMemoria::Diferenca(antes, m_memoria.Retrata());
+    EXPECT_NE(sDiferenca.find("/d/a: 3 and 3 bytes, equal up to 2"), std::string::npos) << sDiferenca;
+    EXPECT_NE(sDiferenca.find("/d/b"), std::string::npos) << sDiferenca;
+    EXPECT_NE(sDiferenca.find("/d/c: unexpected"), std::string::npos) << sDiferenca;
+    m_memoria.Restaura(antes);
+    EXPECT_EQ(CXVSistemaArquivosMemoria::Diferenca(antes, m_memoria.Retrata()), "");
+}
+
+TEST_F(CXVDublesTest, TheNthOperationFailsOnceOrForGood) {
+    CXVSistemaArquivosFalhas falhas(m_memoria);
+    EXPECT_TRUE(GravaAbcd(falhas, "/a").Ok());
+    EXPECT_EQ(falhas.GetQuantidadeTotal(), 3U);
+    EXPECT_EQ(falhas.GetQuantidade(EOperacaoArquivo::eGrava), 1U);
+    for (const bool bPermanente : {false, true}) {
+        falhas.Programa({.eOperacao = EOperacaoArquivo::eGrava,
+                         .uiNumero = 2,
+                         .bPermanente = bPermanente,
+                         .eCausa = ECausaArquivo::eDiscoCheio,
+                         .ulErroSistema = 28});
+        EXPECT_TRUE(GravaAbcd(falhas, "/a").Ok());
+        const CXVErroArquivo erro = GravaAbcd(falhas, "/a");
+        EXPECT_EQ(erro.GetCausa(), ECausaArquivo::eDiscoCheio);
+        EXPECT_EQ(erro.GetErroSistema(), 28U);
+        EXPECT_EQ(GravaAbcd(falhas, "/a").Ok(), !bPermanente);
+        EXPECT_EQ(falhas.GetFalhasOcorridas(), bPermanente ? 2U : 1U);
+    }
+    EXPECT_EQ(m_memoria.GetQuantidadeAberta(), 0U);
+}
+
+TEST_F(CXVDublesTest, AFaultOfAnyKindReachesEveryOperationAndAFilterSpares) {
+    CXVSistemaArquivosFalhas falhas(m_memoria);
+    for (XVUInt64 uiNumero = 1; uiNumero <= 4; ++uiNumero) {
+        falhas.Programa({.uiNumero = uiNumero});
+        EXPECT_EQ(GravaAbcd(falhas, "/a").Ok(), uiNumero > 3) << uiNumero;
+    }
+    falhas.SetFiltro([](const std::string& sCaminho) { return !sCaminho.ends_with(".log"); });
+    falhas.Programa({.bPermanente = true});
+    EXPECT_TRUE(GravaAbcd(falhas, "/a.log").Ok());
+    EXPECT_FALSE(GravaAbcd(falhas, "/a").Ok());
+}
+
+TEST_F(CXVDublesTest, AShortWriteLeavesTheFirstHalf) {
+    CXVSistemaArquivosFalhas falhas(m_memoria);
+    falhas.Programa({.eOperacao = EOperacaoArquivo::eGrava, .bGravaMetade = true});
+    EXPECT_FALSE(GravaAbcd(falhas, "/a").Ok());
+    EXPECT_EQ(m_memoria.LeConteudo("/a"), "ab");
+}
+
+TEST_F(CXVDublesTest, ADeadProcessChangesNothingMoreAndHoldsNothing) {
+    CXVSistemaArquivosMorte morte(m_memoria);
+    std::unique_ptr<IXVArquivo> pSobrevivente;
+    std::unique_ptr<IXVMarcaDiretorio> pMarca;
+    morte.Nasce(5);
+    EXPECT_TRUE(morte.Executa([&] {
+        EXPECT_TRUE(morte.MarcaDiretorio("/", "M", pMarca).Ok());
+        EXPECT_TRUE(morte.Abre("/a", k_escrita, pSobrevivente).Ok());
+        EXPECT_TRUE(pSobrevivente->Grava(0, "ab", 2).Ok());
+        GravaAbcd(morte, "/b").Ignora();
+        ADD_FAILURE() << "outlived its death";
+    }));
+    EXPECT_TRUE(morte.EstaMorto());
+    EXPECT_EQ(m_memoria.GetQuantidadeAberta(), 0U);
+    EXPECT_EQ(m_memoria.LeConteudo("/a"), "ab");
+    EXPECT_EQ(m_memoria.LeConteudo("/b"), "");
+    EXPECT_FALSE(pSobrevivente->Grava(2, "cd", 2).Ok());
+    EXPECT_FALSE(morte.Apaga("/a").Ok());
+    EXPECT_EQ(m_memoria.LeConteudo("/a"), "ab");
+}
+
+TEST_F(CXVDublesTest, DestructorsOfADyingProcessMayUseTheFileSystem) {
+    struct SQueFecha {
+        IXVSistemaArquivos& rSistema;
+        ~SQueFecha() { EXPECT_FALSE(rSistema.Apaga("/a").Ok()); }
+    };
+    m_memoria.CriaArquivo("/a", "x");
+    CXVSistemaArquivosMorte morte(m_memoria);
+    morte.Nasce(1);
+    EXPECT_TRUE(morte.Executa([&] {
+        const SQueFecha queFecha{morte};
+        GravaAbcd(morte, "/b").Ignora();
+    }));
+    EXPECT_EQ(m_memoria.LeConteudo("/a"), "x");
+}
+
+TEST_F(CXVDublesTest, DeathMayFallInTheMiddleOfAWriteAndCountOnlyChanges) {
+    CXVSistemaArquivosMorte morte(m_memoria, CXVSistemaArquivosMorte::EContagem::eAlteracoes);
+    morte.Nasce(0);
+    EXPECT_FALSE(morte.Executa([&] {
+        GravaAbcd(morte, "/a").Ignora();
+        morte.Existe("/a");
+    }));
+    EXPECT_EQ(morte.GetQuantidade(), 2U);
+    morte.Nasce(2, true);
+    EXPECT_TRUE(morte.Executa([&] { GravaAbcd(morte, "/b").Ignora(); }));
+    EXPECT_EQ(m_memoria.LeConteudo("/b"), "ab");
+}
+
+TEST_F(CXVDublesTest, AFalseClockMovesOnlyWhenToldOrAsleep) {
+    CXVRelogioFalso relogio;
+    relogio.SetUTC({2024, 2, 28, 23, 59, 59});
+    XVUInt64 uiVista = 0;
+    relogio.SetAoDormir([&](XVUInt64 uiDormidas) { uiVista = uiDormidas; });
+    const XVUInt ulTicks = relogio.GetTicks();
+    relogio.Dorme(400);
+    relogio.Dorme(600);
+    EXPECT_EQ(relogio.AgoraUTC(), (SDataHora{2024, 2, 29, 0, 0, 0}));
+    EXPECT_EQ(relogio.AgoraLocal(), (SDataHora{2024, 2, 28, 21, 0, 0}));
+    EXPECT_EQ(relogio.GetTicks() - ulTicks, 1000U);
+    EXPECT_EQ(relogio.GetQuantidadeDormidas(), 2U);
+    EXPECT_EQ(relogio.GetMilissegundosDormidos(), 1000U);
+    EXPECT_EQ(uiVista, 2U);
+}
+
+TEST_F(CXVDublesTest, GuardsPutTheInstancesBack) {
+    CXVRelogioFalso relogio;
+    CXVRegistroFalso registro;
+    {
+        const CXVGuardaSistemaArquivos guardaSistema(m_memoria);
+        const CXVGuardaRelogio guardaRelogio(relogio);
+        const CXVGuardaRegistro guardaRegistro(registro);
+        EXPECT_EQ(&XVPlataforma::SistemaArquivos(), &m_memoria);
+        {
+            CXVSistemaArquivosFalhas falhas(m_memoria);
+            const CXVGuardaSistemaArquivos guardaInterna(falhas);
+            EXPECT_EQ(&XVPlataforma::SistemaArquivos(), &falhas);
+        }
+        EXPECT_EQ(&XVPlataforma::SistemaArquivos(), &m_memoria);
+        EXPECT_EQ(&XVPlataforma::Relogio(), &relogio);
+        EXPECT_EQ(&XVPlataforma::Registro(), &registro);
+    }
+    EXPECT_EQ(&XVPlataforma::SistemaArquivos(), &XVPlataforma::SistemaArquivosNativo());
+    EXPECT_EQ(&XVPlataforma::Relogio(), &XVPlataforma::RelogioNativo());
+    EXPECT_EQ(&XVPlataforma::Registro(), &XVPlataforma::RegistroNativo());
+}
+
+namespace {
+
+// All that a hundred power failures leave of a file: its contents, and "<ausente>" where its name was lost.
+std::set<std::string> Sobras(const CXVSistemaArquivosQueda& rDispositivo, const std::string& sCaminho) {
+    std::set<std::string> sobras;
+    for (XVUInt64 uiSemente = 1; uiSemente <= 100; ++uiSemente) {
+        const auto retrato = rDispositivo.Corta(uiSemente);
+        const auto it = retrato.find(sCaminho);
+        sobras.insert(it == retrato.end() ? "<ausente>" : it->second.sConteudo);
+    }
+    return sobras;
+}
+
+}  // namespace
+
+TEST_F(CXVDublesTest, OQueFoiSincronizadoSobreviveAQuedaEONomeSoComODiretorio) {
+    m_memoria.CriaArquivo("/d/antigo", "antes");
+    CXVSistemaArquivosQueda dispositivo(m_memoria);
+    EXPECT_EQ(Sobras(dispositivo, "/d/antigo"), std::set<std::string>{"antes"});
+    ASSERT_TRUE(GravaAbcd(dispositivo, "/d/a").Ok());
+    EXPECT_EQ(Sobras(dispositivo, "/d/a"), (std::set<std::string>{"abcd", "<ausente>"}));
+    ASSERT_TRUE(dispositivo.SincronizaDiretorio("/d").Ok());
+    EXPECT_EQ(Sobras(dispositivo, "/d/a"), std::set<std::string>{"abcd"});
+    ASSERT_TRUE(dispositivo.Apaga("/d/a").Ok());
+    EXPECT_EQ(Sobras(dispositivo, "/d/a"), (std::set<std::string>{"abcd", "<ausente>"}));
+    ASSERT_TRUE(GravaAbcd(dispositivo, "/d/novo").Ok());
+    ASSERT_TRUE(dispositivo.Substitui("/d/novo", "/d/antigo").Ok());
+    EXPECT_EQ(Sobras(dispositivo, "/d/antigo"), std::set<std::string>{"abcd"}) << "a move is durable";
+    EXPECT_EQ(Sobras(dispositivo, "/d/novo"), std::set<std::string>{"<ausente>"});
+}
+
+TEST_F(CXVDublesTest, OQueNaoFoiSincronizadoSobreviveEmQualquerParteDeSetoresInteiros) {
+    m_memoria.CriaArquivo("/d/a", std::string(700, 'v'));
+    CXVSistemaArquivosQueda dispositivo(m_memoria);
+    std::unique_ptr<IXVArquivo> pArquivo;
+    ASSERT_TRUE(dispositivo.Abre("/d/a", k_escrita, pArquivo).Ok());
+    const std::string sNovo(1000, 'n');
+    ASSERT_TRUE(pArquivo->Grava(100, sNovo.data(), sNovo.size()).Ok());
+    const std::set<std::string> sobras = Sobras(dispositivo, "/d/a");
+    const auto sobra = [](std::size_t uiNovos1, std::size_t uiNovos2, std::size_t uiTamanho) {
+        std::string s = std::string(700, 'v') + std::string(400, '\0');
+        s.replace(100, uiNovos1, uiNovos1, 'n');
+        s.replace(512, uiNovos2, uiNovos2, 'n');
+        s.resize(uiTamanho);
+        return s;
+    };
+    EXPECT_TRUE(sobras.contains(sobra(0, 0, 700))) << "nothing of it";
+    EXPECT_TRUE(sobras.contains(sobra(412, 588, 1100))) << "all of it";
+    EXPECT_TRUE(sobras.contains(sobra(412, 0, 700))) << "cut short";
+    EXPECT_TRUE(sobras.contains(sobra(0, 0, 1100))) << "the length without the bytes";
+    EXPECT_TRUE(sobras.contains(sobra(412, 188, 700))) << "the bytes without the length";
+    for (const std::string& sSobra : sobras) {
+        ASSERT_TRUE(sSobra.size() == 700 || sSobra.size() == 1100 || sSobra.size() == 1024);
+        EXPECT_EQ(sSobra.substr(0, 100), std::string(100, 'v'));
+        EXPECT_TRUE(sSobra.substr(100, 412) == std::string(412, 'n') ||
+                    sSobra.substr(100, 412) == std::string(412, 'v'));
+    }
+}

@@ -1,0 +1,279 @@
+// Rights, links and descriptors, as only POSIX systems have them.
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <fstream>
+
+#include "platform/XVPlataforma.h"
+#include "platform/posix/XVDescritorPosix.h"
+#include "tests/harness/XVDiretorioTeste.h"
+#include "tests/harness/XVProcessoFilho.h"
+#include "tests/harness/posix/XVUsuarioSemDireitos.h"
+
+namespace {
+
+constexpr SAberturaArquivo k_leitura{EAcessoArquivo::eLeitura, ECompartilhamentoArquivo::eNegaNada,
+                                     ECriacaoArquivo::eSomenteExistente};
+constexpr SAberturaArquivo k_escrita{EAcessoArquivo::eLeituraEscrita, ECompartilhamentoArquivo::eNegaEscrita,
+                                     ECriacaoArquivo::eSomenteExistente};
+constexpr SAberturaArquivo k_criacao{EAcessoArquivo::eLeituraEscrita, ECompartilhamentoArquivo::eNegaEscrita,
+                                     ECriacaoArquivo::eCriaSeAusente};
+constexpr SAberturaArquivo k_leituraCriacao{EAcessoArquivo::eLeitura, ECompartilhamentoArquivo::eNegaNada,
+                                            ECriacaoArquivo::eCriaSeAusente};
+constexpr SAberturaArquivo k_anexacao{EAcessoArquivo::eAnexacao, ECompartilhamentoArquivo::eNegaNada,
+                                      ECriacaoArquivo::eCriaSeAusente};
+
+class CXVAcessoTest : public testing::Test {
+  protected:
+    std::string Caminho(const std::string& sNome) const { return m_diretorio.Junta(sNome); }
+    ECausaArquivo Abre(const std::string& sNome, const SAberturaArquivo& rAbertura) {
+        return m_rSistema.Abre(Caminho(sNome), rAbertura, m_pArquivo).GetCausa();
+    }
+    ECausaArquivo Apaga(const std::string& sNome) { return m_rSistema.Apaga(Caminho(sNome)).GetCausa(); }
+    ECausaArquivo Substitui(const std::string& sOrigem, const std::string& sDestino) {
+        return m_rSistema.Substitui(Caminho(sOrigem), Caminho(sDestino)).GetCausa();
+    }
+    ECausaArquivo BuscaNomeReal(const std::string& sNome) {
+        return m_rSistema.BuscaNomeReal(Caminho(sNome), m_sNomeReal).GetCausa();
+    }
+    ECausaArquivo Marca(const std::string& sNome) {
+        return m_rSistema.MarcaDiretorio(m_diretorio.GetCaminho(), sNome, m_pMarca).GetCausa();
+    }
+    void Modo(const std::string& sNome, mode_t modo) const {
+        ASSERT_EQ(chmod(Caminho(sNome).c_str(), modo), 0);
+    }
+    mode_t LeModo(const std::string& sNome) const {
+        struct stat estado {};
+        return stat(Caminho(sNome).c_str(), &estado) == 0 ? estado.st_mode & 07777U : 0;
+    }
+    void Elo(const std::string& sAlvo, const std::string& sNome) const {
+        ASSERT_EQ(symlink(sAlvo.c_str(), Caminho(sNome).c_str()), 0);
+    }
+
+    IXVSistemaArquivos& m_rSistema = XVPlataforma::SistemaArquivosNativo();
+    CXVDiretorioTeste m_diretorio;
+    std::unique_ptr<IXVArquivo> m_pArquivo;
+    std::unique_ptr<IXVMarcaDiretorio> m_pMarca;
+    std::string m_sNomeReal;
+};
+
+}  // namespace
+
+TEST_F(CXVAcessoTest, ONomeQueNaoSePodeVerNaoEstaNemAusenteNemPresente) {
+    ASSERT_TRUE(m_rSistema.CriaDiretorio(Caminho("fechado")).Ok());
+    m_diretorio.CriaArquivo("fechado/A.dat", "x");
+    m_diretorio.CriaArquivo("fora.dat", "y");
+    Modo("", 0755);
+    Modo("fechado", 0000);
+    {
+        const CXVUsuarioSemDireitos usuario;
+        for (const std::string sNome : {"fechado/A.dat", "fechado/nada.dat"}) {
+            EXPECT_EQ(m_rSistema.Existe(Caminho(sNome)), EExistencia::eSemAcesso) << sNome;
+            EXPECT_EQ(BuscaNomeReal(sNome), ECausaArquivo::eAcessoNegado) << sNome;
+            EXPECT_EQ(Abre(sNome, k_leitura), ECausaArquivo::eAcessoNegado) << sNome;
+            EXPECT_EQ(Abre(sNome, k_criacao), ECausaArquivo::eAcessoNegado) << sNome;
+            EXPECT_EQ(Apaga(sNome), ECausaArquivo::eAcessoNegado) << sNome;
+            EXPECT_EQ(Substitui("fora.dat", sNome), ECausaArquivo::eAcessoNegado) << sNome;
+        }
+        EXPECT_EQ(m_rSistema.Existe(Caminho("fechado")), EExistencia::eDiretorio);
+        EXPECT_EQ(m_rSistema.CriaDiretorio(Caminho("fechado/sub")).GetCausa(), ECausaArquivo::eAcessoNegado);
+        std::vector<std::string> listaNomes;
+        EXPECT_EQ(m_rSistema.Lista(Caminho("fechado"), "*", listaNomes).GetCausa(),
+                  ECausaArquivo::eAcessoNegado);
+        EXPECT_EQ(m_rSistema.SincronizaDiretorio(Caminho("fechado")).GetCausa(),
+                  ECausaArquivo::eAcessoNegado);
+    }
+    // Read but not entered: the names can be seen, and whether they are files, or still there, cannot.
+    Modo("fechado", 0744);
+    {
+        const CXVUsuarioSemDireitos usuario;
+        if (geteuid() == 0) {  // its owner may enter
+            for (const std::string sNome : {"fechado/A.dat", "fechado/nada.dat"}) {
+                EXPECT_EQ(m_rSistema.Existe(Caminho(sNome)), EExistencia::eSemAcesso) << sNome;
+                EXPECT_EQ(BuscaNomeReal(sNome), ECausaArquivo::eAcessoNegado) << sNome;
+            }
+        }
+    }
+    // Entered but not read: what is asked for by its exact name can be seen, another spelling cannot.
+    Modo("fechado", 0711);
+    Modo("fechado/A.dat", 0600);
+    {
+        const CXVUsuarioSemDireitos usuario;
+        EXPECT_EQ(BuscaNomeReal("fechado/A.dat"), ECausaArquivo::eNenhuma);
+        EXPECT_EQ(m_rSistema.Existe(Caminho("fechado/A.dat")), EExistencia::eArquivo);
+        EXPECT_EQ(m_rSistema.Existe(Caminho("fechado/a.dat")), EExistencia::eAusente);
+        if (geteuid() == 0) {  // its owner may read the directory and the file
+            EXPECT_EQ(BuscaNomeReal("fechado/a.dat"), ECausaArquivo::eAcessoNegado);
+            EXPECT_EQ(Abre("fechado/A.dat", k_leitura), ECausaArquivo::eAcessoNegado);
+        }
+    }
+    Modo("fechado", 0700);
+    EXPECT_EQ(m_diretorio.LeConteudo("fechado/A.dat"), "x");
+    EXPECT_EQ(m_diretorio.LeConteudo("fora.dat"), "y");
+}
+
+TEST_F(CXVAcessoTest, OQueSeCriaEDoDonoEDoGrupo) {
+    const mode_t anterior = umask(0);
+    EXPECT_TRUE(m_rSistema.CriaDiretorio(Caminho("x/y")).Ok());
+    EXPECT_EQ(Abre("x/a.dat", k_criacao), ECausaArquivo::eNenhuma);
+    EXPECT_EQ(Abre("log", k_anexacao), ECausaArquivo::eNenhuma);
+    EXPECT_EQ(Marca("M"), ECausaArquivo::eNenhuma);
+    umask(anterior);
+    EXPECT_EQ(LeModo("x"), 0770U);
+    EXPECT_EQ(LeModo("x/y"), 0770U);
+    EXPECT_EQ(LeModo("x/a.dat"), 0660U);
+    EXPECT_EQ(LeModo("log"), 0660U);
+    EXPECT_EQ(LeModo("M"), 0660U);
+}
+
+TEST_F(CXVAcessoTest, EloSimbolicoSoServeParaLer) {
+    m_diretorio.CriaArquivo("alvo", "alvo");
+    m_diretorio.CriaArquivo("novo", "novo");
+    Elo("alvo", "elo");
+    Elo("nasceria", "pendente");
+    for (const std::string sNome : {"elo", "pendente"}) {
+        for (const SAberturaArquivo& rAbertura : {k_escrita, k_criacao, k_leituraCriacao, k_anexacao}) {
+            EXPECT_EQ(Abre(sNome, rAbertura), ECausaArquivo::eAcessoNegado) << sNome;
+        }
+        EXPECT_EQ(Apaga(sNome), ECausaArquivo::eAcessoNegado) << sNome;
+        EXPECT_EQ(Substitui("novo", sNome), ECausaArquivo::eAcessoNegado) << sNome;
+        EXPECT_EQ(Substitui(sNome, "outro"), ECausaArquivo::eAcessoNegado) << sNome;
+        EXPECT_EQ(Marca(sNome), ECausaArquivo::eAcessoNegado) << sNome;
+    }
+    EXPECT_EQ(m_diretorio.LeConteudo("alvo"), "alvo");
+    EXPECT_EQ(m_diretorio.LeConteudo("novo"), "novo");
+    EXPECT_EQ(m_rSistema.Existe(Caminho("nasceria")), EExistencia::eAusente);
+    ASSERT_EQ(Abre("elo", k_leitura), ECausaArquivo::eNenhuma);
+    std::string sLido(4, '?');
+    EXPECT_TRUE(m_pArquivo->Le(0, sLido.data(), sLido.size()).Ok());
+    EXPECT_EQ(sLido, "alvo");
+}
+
+TEST_F(CXVAcessoTest, EloParaDiretorioEDiretorioEPassaAcimaDoArquivo) {
+    ASSERT_TRUE(m_rSistema.CriaDiretorio(Caminho("longe")).Ok());
+    Elo("longe", "dados");
+    EXPECT_EQ(m_rSistema.Existe(Caminho("dados")), EExistencia::eDiretorio);
+    std::vector<std::string> listaNomes;
+    EXPECT_TRUE(m_rSistema.Lista(m_diretorio.GetCaminho(), "*", listaNomes).Ok());
+    EXPECT_TRUE(listaNomes.empty()) << "directories are no files, by whatever way";
+    EXPECT_TRUE(m_rSistema.CriaDiretorio(Caminho("dados")).Ok());
+    EXPECT_EQ(Abre("dados/a.dat", k_criacao), ECausaArquivo::eNenhuma);
+    m_pArquivo.reset();
+    EXPECT_EQ(Substitui("dados/a.dat", "dados/b.dat"), ECausaArquivo::eNenhuma);
+    EXPECT_EQ(m_diretorio.LeConteudo("longe/b.dat"), "");
+    EXPECT_EQ(Apaga("dados/b.dat"), ECausaArquivo::eNenhuma);
+}
+
+TEST_F(CXVAcessoTest, EloEmCirculoEstaPresenteENaoLevaALugarNenhum) {
+    Elo("circulo", "circulo");
+    EXPECT_EQ(m_rSistema.Existe(Caminho("circulo")), EExistencia::eArquivo);
+    EXPECT_EQ(m_rSistema.Existe(Caminho("circulo/a.dat")), EExistencia::eSemAcesso);
+    EXPECT_EQ(BuscaNomeReal("circulo"), ECausaArquivo::eNenhuma);
+    EXPECT_EQ(Abre("circulo", k_leitura), ECausaArquivo::eAcessoNegado);
+    EXPECT_EQ(Abre("circulo/a.dat", k_criacao), ECausaArquivo::eCaminhoInvalido);
+}
+
+TEST_F(CXVAcessoTest, NomesQueSoDiferemNaCaixaSaoDoisArquivos) {
+    m_diretorio.CriaArquivo("A.dat", "maiuscula");
+    m_diretorio.CriaArquivo("a.dat", "minuscula");
+    for (const std::string sNome : {"A.dat", "a.dat"}) {
+        EXPECT_EQ(BuscaNomeReal(sNome), ECausaArquivo::eNenhuma);
+        EXPECT_EQ(m_sNomeReal, sNome) << "an exact match goes first";
+    }
+    EXPECT_EQ(BuscaNomeReal("a.DAT"), ECausaArquivo::eNenhuma);
+    EXPECT_TRUE(m_sNomeReal == "A.dat" || m_sNomeReal == "a.dat");
+    EXPECT_EQ(BuscaNomeReal("b.dat"), ECausaArquivo::eArquivoNaoEncontrado);
+    EXPECT_EQ(m_sNomeReal, "");
+    EXPECT_EQ(BuscaNomeReal("nao/a.dat"), ECausaArquivo::eCaminhoInvalido);
+}
+
+// A process without standard streams whose data files took their numbers would print into them.
+TEST_F(CXVAcessoTest, ArquivoNuncaTomaONumeroDeUmFluxoPadrao) {
+    m_diretorio.CriaArquivo("a.dat", "dados");
+    const pid_t iFilho = fork();
+    if (iFilho == 0) {
+        for (const int iFluxo : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+            close(iFluxo);
+        }
+        std::unique_ptr<IXVArquivo> pLeitor;
+        const bool bAbertos = Abre("a.dat", k_escrita) == ECausaArquivo::eNenhuma &&
+                              m_rSistema.Abre(Caminho("a.dat"), k_leitura, pLeitor).Ok() &&
+                              Marca("M") == ECausaArquivo::eNenhuma;
+        bool bLivres = true;
+        for (const int iFluxo : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+            bLivres = bLivres && write(iFluxo, "erro", 4) == -1 && errno == EBADF;
+        }
+        // The share marks and the lock moved along with the descriptor.
+        std::unique_ptr<IXVMarcaDiretorio> pOutra;
+        const bool bMarcados = Apaga("a.dat") == ECausaArquivo::eViolacaoCompartilhamento &&
+                               !m_rSistema.MarcaDiretorio(m_diretorio.GetCaminho(), "M", pOutra).Ok();
+        bool bProprios = true;
+        for (int iDescritor = STDERR_FILENO + 1; iDescritor < 64; ++iDescritor) {
+            char szAlvo[4096];
+            const std::string sEntrada = "/proc/self/fd/" + std::to_string(iDescritor);
+            const ssize_t iTamanho = readlink(sEntrada.c_str(), szAlvo, sizeof(szAlvo));
+            if (iTamanho > 0 && std::string_view(szAlvo, static_cast<std::size_t>(iTamanho))
+                                    .starts_with(m_diretorio.GetCaminho())) {
+                bProprios = bProprios && (fcntl(iDescritor, F_GETFD) & FD_CLOEXEC) != 0;
+            }
+        }
+        _exit((bAbertos ? 0 : 1) + (bLivres ? 0 : 2) + (bMarcados ? 0 : 4) + (bProprios ? 0 : 8));
+    }
+    int iEstado = -1;
+    ASSERT_EQ(waitpid(iFilho, &iEstado, 0), iFilho);
+    EXPECT_TRUE(WIFEXITED(iEstado) && WEXITSTATUS(iEstado) == 0) << iEstado;
+    EXPECT_EQ(m_diretorio.LeConteudo("a.dat"), "dados");
+}
+
+TEST_F(CXVAcessoTest, ProcessoFilhoNaoHerdaNada) {
+    m_diretorio.CriaArquivo("a.dat", std::string(4096, 'x'));
+    ASSERT_EQ(Abre("a.dat", k_escrita), ECausaArquivo::eNenhuma);
+    std::unique_ptr<IXVVista> pVista;
+    ASSERT_TRUE(m_pArquivo->Mapeia(4096, pVista).Ok());
+    ASSERT_EQ(Marca("M"), ECausaArquivo::eNenhuma);
+    CXVProcessoFilho filho(XVProgramaVizinho("xv_filho_plataforma"), {"herda", m_diretorio.GetCaminho()});
+    EXPECT_EQ(filho.LeLinha(), "0") << "descriptors in the directory";
+    pVista.reset();
+    m_pArquivo.reset();
+    m_pMarca.reset();
+    EXPECT_EQ(Apaga("a.dat"), ECausaArquivo::eNenhuma) << "while the child lives";
+    EXPECT_EQ(Marca("M"), ECausaArquivo::eNenhuma);
+    filho.FechaEntrada();
+    EXPECT_EQ(filho.EsperaFim(), 0);
+}
+
+// On a device in memory, which has what a mapping needs, the view is one; over bytes without blocks, whose
+// writing could end the process, and over none it is not.
+TEST_F(CXVAcessoTest, VistaPassaPelaMemoriaOndeECertoQueNaoDerrubaOProcesso) {
+    const std::string sCaminho =
+        "/dev/shm/" + std::filesystem::path(m_diretorio.GetCaminho()).filename().string();
+    const auto fnMapeado = [&] {
+        std::ifstream mapas("/proc/self/maps");
+        const std::string sMapas(std::istreambuf_iterator<char>(mapas), {});
+        return sMapas.find(sCaminho) != std::string::npos;
+    };
+    // Half of the file has blocks; how much of which half is mapped.
+    struct SCaso {
+        XVUInt64 uiOffsetDados;
+        XVUInt64 uiVista;
+        bool bMapeado;
+    };
+    constexpr std::size_t k_uiMetade = 1 << 15;
+    for (const SCaso& rCaso : {SCaso{0, k_uiMetade, true}, SCaso{0, 2 * k_uiMetade, false},
+                               SCaso{k_uiMetade, k_uiMetade, false}}) {
+        ASSERT_TRUE(m_rSistema.Abre(sCaminho, k_criacao, m_pArquivo).Ok());
+        ASSERT_TRUE(m_pArquivo->SetTamanho(2 * k_uiMetade).Ok());
+        const std::string sBytes(k_uiMetade, 'x');
+        ASSERT_TRUE(m_pArquivo->Grava(rCaso.uiOffsetDados, sBytes.data(), sBytes.size()).Ok());
+        std::unique_ptr<IXVVista> pVista;
+        EXPECT_TRUE(m_pArquivo->Mapeia(rCaso.uiVista, pVista).Ok());
+        EXPECT_EQ(fnMapeado(), rCaso.bMapeado) << rCaso.uiOffsetDados << ' ' << rCaso.uiVista;
+        pVista.reset();
+        EXPECT_FALSE(fnMapeado());
+        m_pArquivo.reset();
+        EXPECT_TRUE(m_rSistema.Apaga(sCaminho).Ok());
+    }
+}

@@ -1,0 +1,308 @@
+// What the seam asks of the operating system, in which order, and what it makes of every answer.
+#include "tests/platform/posix/XVChamadas.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+
+#include "platform/XVPlataforma.h"
+#include "tests/harness/XVDiretorioTeste.h"
+
+namespace {
+
+constexpr SAberturaArquivo k_leitura{EAcessoArquivo::eLeitura, ECompartilhamentoArquivo::eNegaNada,
+                                     ECriacaoArquivo::eSomenteExistente};
+constexpr SAberturaArquivo k_escrita{EAcessoArquivo::eLeituraEscrita, ECompartilhamentoArquivo::eNegaEscrita,
+                                     ECriacaoArquivo::eCriaSeAusente};
+constexpr SAberturaArquivo k_anexacao{EAcessoArquivo::eAnexacao, ECompartilhamentoArquivo::eNegaNada,
+                                      ECriacaoArquivo::eCriaSeAusente};
+
+class CXVChamadasTest : public testing::Test {
+  protected:
+    std::string Caminho(const std::string& sNome) const { return m_diretorio.Junta(sNome); }
+    std::string Conteudo(const std::string& sNome) const {
+        return m_diretorio.LeConteudo(sNome).value_or("<ausente>");
+    }
+    ino_t Numero(const std::string& sNome) const {
+        struct stat estado {};
+        return stat(Caminho(sNome).c_str(), &estado) == 0 ? estado.st_ino : 0;
+    }
+    ECausaArquivo Abre(const std::string& sNome, const SAberturaArquivo& rAbertura) {
+        return m_rSistema.Abre(Caminho(sNome), rAbertura, m_pArquivo).GetCausa();
+    }
+    ECausaArquivo Substitui(const std::string& sOrigem, const std::string& sDestino) {
+        return m_rSistema.Substitui(Caminho(sOrigem), Caminho(sDestino)).GetCausa();
+    }
+    // The file of this name goes, and another one, which somebody holds open, takes its place.
+    void PoeOutroNoLugar(const std::string& sNome) {
+        m_diretorio.CriaArquivo("outro", "alheio");
+        std::rename(Caminho("outro").c_str(), Caminho(sNome).c_str());
+        EXPECT_TRUE(m_rSistema.Abre(Caminho(sNome), k_leitura, m_pAlheio).Ok());
+    }
+
+    IXVSistemaArquivos& m_rSistema = XVPlataforma::SistemaArquivosNativo();
+    CXVDiretorioTeste m_diretorio;
+    std::unique_ptr<IXVArquivo> m_pArquivo;
+    std::unique_ptr<IXVArquivo> m_pAlheio;
+};
+
+using TChamadas = std::vector<SChamada>;
+
+}  // namespace
+
+TEST_F(CXVChamadasTest, SincronizarDescarregaOArquivoUmaVez) {
+    for (const SAberturaArquivo& rAbertura : {k_escrita, k_anexacao}) {
+        ASSERT_EQ(Abre("a.dat", rAbertura), ECausaArquivo::eNenhuma);
+        ASSERT_TRUE(m_pArquivo->Grava(0, "x", 1).Ok());
+        CXVChamadas chamadas;
+        EXPECT_TRUE(m_pArquivo->Sincroniza().Ok());
+        EXPECT_EQ(chamadas.Filtra({EChamada::eDescarrega}),
+                  (TChamadas{{EChamada::eDescarrega, Numero("a.dat")}}));
+        chamadas.Falha(EChamada::eDescarrega, EINTR, 2);
+        chamadas.Esquece();
+        EXPECT_TRUE(m_pArquivo->Sincroniza().Ok());
+        EXPECT_EQ(chamadas.Conta(EChamada::eDescarrega), 3U);
+        // Repeated, it would say that all is well: the pages count as written by then.
+        chamadas.Falha(EChamada::eDescarrega, EIO);
+        chamadas.Esquece();
+        EXPECT_EQ(m_pArquivo->Sincroniza().GetCausa(), ECausaArquivo::eErroFisico);
+        EXPECT_EQ(chamadas.Conta(EChamada::eDescarrega), 1U);
+        m_pArquivo.reset();
+    }
+    CXVChamadas chamadas;
+    EXPECT_TRUE(m_rSistema.SincronizaDiretorio(m_diretorio.GetCaminho()).Ok());
+    EXPECT_EQ(chamadas.Filtra({EChamada::eDescarrega}), (TChamadas{{EChamada::eDescarrega, Numero("")}}));
+    chamadas.Falha(EChamada::eDescarrega, EIO);
+    EXPECT_EQ(m_rSistema.SincronizaDiretorio(m_diretorio.GetCaminho()).GetCausa(),
+              ECausaArquivo::eErroFisico);
+}
+
+TEST_F(CXVChamadasTest, SubstituirDescarregaOConteudoAntesEOsDiretoriosDepois) {
+    ASSERT_TRUE(m_rSistema.CriaDiretorio(Caminho("sub")).Ok());
+    // The second time the destination is there.
+    for (const std::string sDestino : {"a.dat", "a.dat", "sub/a.dat", "sub/a.dat"}) {
+        const bool bOutroDiretorio = sDestino.starts_with("sub/");
+        m_diretorio.CriaArquivo("a.tra", "novo");
+        TChamadas lista{{EChamada::eDescarrega, Numero("a.tra")},
+                        {EChamada::eRename},
+                        {EChamada::eDescarrega, Numero(bOutroDiretorio ? "sub" : "")}};
+        if (bOutroDiretorio) {
+            lista.push_back({EChamada::eDescarrega, Numero("")});
+        }
+        CXVChamadas chamadas;
+        EXPECT_EQ(Substitui("a.tra", sDestino), ECausaArquivo::eNenhuma);
+        EXPECT_EQ(chamadas.Filtra({EChamada::eDescarrega, EChamada::eRename}), lista);
+        EXPECT_EQ(Conteudo(sDestino), "novo");
+    }
+    // Every flush that fails is told; before the move it stops it.
+    for (const unsigned ulPassam : {0U, 1U, 2U}) {
+        m_diretorio.CriaArquivo("a.tra", "novo");
+        m_diretorio.CriaArquivo("sub/a.dat", "antigo");
+        CXVChamadas chamadas;
+        chamadas.Falha(EChamada::eDescarrega, EIO, 1, ulPassam);
+        EXPECT_EQ(Substitui("a.tra", "sub/a.dat"), ECausaArquivo::eErroFisico) << ulPassam;
+        EXPECT_EQ(Conteudo("sub/a.dat"), ulPassam == 0 ? "antigo" : "novo");
+        EXPECT_EQ(chamadas.Conta(EChamada::eRename), ulPassam == 0 ? 0U : 1U);
+    }
+    m_diretorio.CriaArquivo("a.tra", "outro");
+    CXVChamadas chamadas;
+    chamadas.Falha(EChamada::eRename, ENOSPC);
+    EXPECT_EQ(Substitui("a.tra", "a.dat"), ECausaArquivo::eDiscoCheio);
+    EXPECT_EQ(Conteudo("a.tra") + Conteudo("a.dat"), "outronovo");
+}
+
+TEST_F(CXVChamadasTest, SubstituirNaoPisaEmArquivoQueApareceuNoDestino) {
+    m_diretorio.CriaArquivo("a.tra", "novo");
+    CXVChamadas chamadas;
+    chamadas.Antes(EChamada::eRename, [this] { PoeOutroNoLugar("a.dat"); });
+    EXPECT_EQ(Substitui("a.tra", "a.dat"), ECausaArquivo::eViolacaoCompartilhamento);
+    EXPECT_EQ(Conteudo("a.dat"), "alheio");
+    EXPECT_EQ(Conteudo("a.tra"), "novo");
+    m_pAlheio.reset();
+    EXPECT_EQ(Substitui("a.tra", "a.dat"), ECausaArquivo::eNenhuma);
+    EXPECT_EQ(Conteudo("a.dat"), "novo");
+    // Where the file system cannot promise an absent destination the move is still made.
+    for (const int iErrno : {EINVAL, ENOSYS}) {
+        chamadas.Falha(EChamada::eRename, iErrno);
+        EXPECT_EQ(Substitui("a.dat", "b.dat"), ECausaArquivo::eNenhuma);
+        EXPECT_EQ(Substitui("b.dat", "a.dat"), ECausaArquivo::eNenhuma);
+    }
+}
+
+TEST_F(CXVChamadasTest, NomeQueMudaDeArquivoAntesDoPortaoEVistoDeNovo) {
+    CXVChamadas chamadas;
+    const auto fnPrepara = [&](EChamada eChamada) {
+        m_pAlheio.reset();
+        m_diretorio.CriaArquivo("a.dat", "meu");
+        m_diretorio.CriaArquivo("a.tra", "novo");
+        chamadas.Antes(eChamada, [this] { PoeOutroNoLugar("a.dat"); });
+    };
+    fnPrepara(EChamada::eFlock);
+    EXPECT_EQ(m_rSistema.Apaga(Caminho("a.dat")).GetCausa(), ECausaArquivo::eViolacaoCompartilhamento);
+    EXPECT_EQ(Conteudo("a.dat"), "alheio");
+    fnPrepara(EChamada::eFlock);
+    EXPECT_EQ(Substitui("a.tra", "a.dat"), ECausaArquivo::eViolacaoCompartilhamento);
+    EXPECT_EQ(Conteudo("a.dat"), "alheio");
+    fnPrepara(EChamada::eFlock);
+    ASSERT_EQ(Abre("a.dat", k_leitura), ECausaArquivo::eNenhuma);
+    std::string sLido(6, '?');
+    EXPECT_TRUE(m_pArquivo->Le(0, sLido.data(), sLido.size()).Ok());
+    EXPECT_EQ(sLido, "alheio") << "not a file that nobody can find any more";
+}
+
+TEST_F(CXVChamadasTest, MarcaNuncaTemDoisDonos) {
+    std::unique_ptr<IXVMarcaDiretorio> pMarca;
+    std::unique_ptr<IXVMarcaDiretorio> pAlheia;
+    const auto fnMarca = [this](std::unique_ptr<IXVMarcaDiretorio>& rpMarca) {
+        return m_rSistema.MarcaDiretorio(m_diretorio.GetCaminho(), "M", rpMarca).GetCausa();
+    };
+    // The holder goes, and another comes, between the opening of the mark and its lock.
+    ASSERT_EQ(fnMarca(pAlheia), ECausaArquivo::eNenhuma);
+    CXVChamadas chamadas;
+    chamadas.Antes(EChamada::eFlock, [&] {
+        pAlheia.reset();
+        EXPECT_EQ(fnMarca(pAlheia), ECausaArquivo::eNenhuma);
+    });
+    EXPECT_EQ(fnMarca(pMarca), ECausaArquivo::eViolacaoCompartilhamento);
+    pAlheia.reset();
+    // A mark that was removed by hand and made anew by another is not the first holder's to remove.
+    ASSERT_EQ(fnMarca(pMarca), ECausaArquivo::eNenhuma);
+    ASSERT_EQ(unlink(Caminho("M").c_str()), 0);
+    ASSERT_EQ(fnMarca(pAlheia), ECausaArquivo::eNenhuma);
+    pMarca.reset();
+    EXPECT_NE(Numero("M"), 0U);
+    EXPECT_EQ(fnMarca(pMarca), ECausaArquivo::eViolacaoCompartilhamento);
+}
+
+// Two moves that cross would otherwise wait for each other for ever.
+TEST_F(CXVChamadasTest, PortoesDeDoisArquivosTemUmaSoOrdem) {
+    m_diretorio.CriaArquivo("a.dat", "a");
+    m_diretorio.CriaArquivo("b.dat", "b");
+    const auto fnOrdem = [this](const std::string& sOrigem, const std::string& sDestino) {
+        CXVChamadas chamadas;
+        chamadas.Falha(EChamada::eRename, EIO);
+        EXPECT_EQ(Substitui(sOrigem, sDestino), ECausaArquivo::eErroFisico);
+        return chamadas.Filtra({EChamada::eFlock});
+    };
+    const TChamadas listaIda = fnOrdem("a.dat", "b.dat");
+    EXPECT_EQ(listaIda.size(), 2U);
+    EXPECT_EQ(fnOrdem("b.dat", "a.dat"), listaIda);
+}
+
+TEST_F(CXVChamadasTest, ChamadaInterrompidaERepetida) {
+    ASSERT_EQ(Abre("a.dat", k_escrita), ECausaArquivo::eNenhuma);
+    CXVChamadas chamadas;
+    char cByte = 0;
+    chamadas.Falha(EChamada::ePwrite, EINTR, 2);
+    EXPECT_TRUE(m_pArquivo->Grava(0, "x", 1).Ok());
+    chamadas.Falha(EChamada::ePread, EINTR, 2);
+    EXPECT_TRUE(m_pArquivo->Le(0, &cByte, 1).Ok());
+    chamadas.Falha(EChamada::eFtruncate, EINTR, 2);
+    EXPECT_TRUE(m_pArquivo->SetTamanho(2).Ok());
+    m_pArquivo.reset();
+    chamadas.Falha(EChamada::eOpen, EINTR, 2);
+    chamadas.Falha(EChamada::eFlock, EINTR, 2);
+    EXPECT_EQ(Abre("a.dat", k_anexacao), ECausaArquivo::eNenhuma);
+    chamadas.Falha(EChamada::eWrite, EINTR, 2);
+    EXPECT_TRUE(m_pArquivo->Grava(0, "y", 1).Ok());
+    EXPECT_EQ(Conteudo("a.dat"), std::string("x\0y", 3));
+    // But for one: the number is free by then, and another's at once.
+    chamadas.Esquece();
+    chamadas.Falha(EChamada::eClose, EINTR);
+    m_pArquivo.reset();
+    EXPECT_EQ(chamadas.Conta(EChamada::eClose), 1U);
+    chamadas.Falha(EChamada::eNanosleep, EINTR);
+    XVPlataforma::RelogioNativo().Dorme(3003);
+    const TChamadas lista = chamadas.Filtra({EChamada::eNanosleep});
+    ASSERT_EQ(lista.size(), 2U);
+    EXPECT_EQ(lista[0].lNanossegundos, 3003000000L);
+    EXPECT_EQ(lista[1].lNanossegundos, 1001000000L) << "the rest";
+}
+
+TEST_F(CXVChamadasTest, TransferenciaCurtaContinua) {
+    std::string sDados;
+    for (int i = 0; i < 100; ++i) {
+        sDados += static_cast<char>('!' + i % 90);
+    }
+    CXVChamadas chamadas;
+    chamadas.LimitaTransferencias(7);
+    ASSERT_EQ(Abre("a.dat", k_escrita), ECausaArquivo::eNenhuma);
+    EXPECT_TRUE(m_pArquivo->Grava(3, sDados.data(), sDados.size()).Ok());
+    EXPECT_EQ(chamadas.Conta(EChamada::ePwrite), 15U);
+    std::string sLido(sDados.size(), '?');
+    EXPECT_TRUE(m_pArquivo->Le(3, sLido.data(), sLido.size()).Ok());
+    EXPECT_EQ(sLido, sDados);
+    chamadas.Falha(EChamada::ePwrite, ENOSPC, 1, 2);
+    EXPECT_EQ(m_pArquivo->Grava(3, sDados.data(), sDados.size()).GetCausa(), ECausaArquivo::eDiscoCheio);
+    chamadas.Falha(EChamada::ePread, EIO, 1, 2);
+    EXPECT_EQ(m_pArquivo->Le(3, sLido.data(), sLido.size()).GetCausa(), ECausaArquivo::eErroFisico);
+    m_pArquivo.reset();
+    ASSERT_EQ(Abre("log", k_anexacao), ECausaArquivo::eNenhuma);
+    EXPECT_TRUE(m_pArquivo->Grava(0, sDados.data(), sDados.size()).Ok());
+    EXPECT_EQ(Conteudo("log"), sDados);
+}
+
+TEST_F(CXVChamadasTest, CadaErroDoSistemaTemSuaCausa) {
+    struct SCaso {
+        int iErrno;
+        ECausaArquivo eCausa;
+    };
+    constexpr SCaso k_aCasos[] = {
+        {ENOENT, ECausaArquivo::eArquivoNaoEncontrado},
+        {ENOTDIR, ECausaArquivo::eCaminhoInvalido},
+        {ENAMETOOLONG, ECausaArquivo::eCaminhoInvalido},
+        {ELOOP, ECausaArquivo::eCaminhoInvalido},
+        {EILSEQ, ECausaArquivo::eCaminhoInvalido},
+        {EMFILE, ECausaArquivo::eMuitosArquivosAbertos},
+        {ENFILE, ECausaArquivo::eMuitosArquivosAbertos},
+        {EACCES, ECausaArquivo::eAcessoNegado},
+        {EPERM, ECausaArquivo::eAcessoNegado},
+        {EROFS, ECausaArquivo::eAcessoNegado},
+        {EISDIR, ECausaArquivo::eAcessoNegado},
+        {EBADF, ECausaArquivo::eArquivoInvalido},
+        {ENXIO, ECausaArquivo::eArquivoInvalido},
+        {ENODEV, ECausaArquivo::eArquivoInvalido},
+        {EMLINK, ECausaArquivo::eDiretorioCheio},
+        {ESPIPE, ECausaArquivo::ePosicionamentoInvalido},
+        {EFBIG, ECausaArquivo::ePosicionamentoInvalido},
+        {EOVERFLOW, ECausaArquivo::ePosicionamentoInvalido},
+        {EIO, ECausaArquivo::eErroFisico},
+        {ETXTBSY, ECausaArquivo::eViolacaoCompartilhamento},
+        {EBUSY, ECausaArquivo::eViolacaoCompartilhamento},
+        {EAGAIN, ECausaArquivo::eViolacaoBloqueio},
+        {EDEADLK, ECausaArquivo::eViolacaoBloqueio},
+        {ENOSPC, ECausaArquivo::eDiscoCheio},
+        {EDQUOT, ECausaArquivo::eDiscoCheio},
+        {EINVAL, ECausaArquivo::eGenerica},
+    };
+    for (const SCaso& rCaso : k_aCasos) {
+        CXVChamadas chamadas;
+        chamadas.Falha(EChamada::eOpen, rCaso.iErrno);
+        const CXVErroArquivo erro = m_rSistema.Abre(Caminho("a.dat"), k_escrita, m_pArquivo);
+        EXPECT_EQ(static_cast<int>(erro.GetCausa()), static_cast<int>(rCaso.eCausa)) << rCaso.iErrno;
+        EXPECT_EQ(erro.GetErroSistema(), static_cast<XVUInt>(rCaso.iErrno));
+        EXPECT_EQ(m_pArquivo, nullptr);
+    }
+}
+
+TEST_F(CXVChamadasTest, BuscaQueNaoPodeOlharNaoDizAusente) {
+    m_diretorio.CriaArquivo("INDEX.DAT", "x");
+    std::string sNome = "sobra";
+    std::vector<std::string> listaNomes;
+    CXVChamadas chamadas;
+    for (const EChamada eChamada : {EChamada::eOpen, EChamada::eReaddir}) {
+        const int iErrno = eChamada == EChamada::eOpen ? EMFILE : EIO;
+        const ECausaArquivo eCausa =
+            eChamada == EChamada::eOpen ? ECausaArquivo::eMuitosArquivosAbertos : ECausaArquivo::eErroFisico;
+        chamadas.Falha(eChamada, iErrno);
+        EXPECT_EQ(m_rSistema.BuscaNomeReal(Caminho("index.dat"), sNome).GetCausa(), eCausa);
+        EXPECT_EQ(sNome, "");
+        chamadas.Falha(eChamada, iErrno);
+        EXPECT_EQ(m_rSistema.Lista(m_diretorio.GetCaminho(), "*", listaNomes).GetCausa(), eCausa);
+        EXPECT_TRUE(listaNomes.empty());
+    }
+}

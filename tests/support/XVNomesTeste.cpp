@@ -1,0 +1,91 @@
+// Names of HRESULTs and sentences of messages.
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <iterator>
+#include <regex>
+
+#include "support/codes/XVCodigos.h"
+#include "support/messages/XVMensagens.h"
+#include "support/names/XVNomesHResult.h"
+#include "support/trace/XVDescricaoHResult.h"
+#include "tests/support/XVBancadaTrace.h"
+
+using namespace XVDescricaoHResult;
+
+TEST(Nomes, SeveridadeEFacility) {
+    EXPECT_STREQ(GetDescricao_SEVERITY(E_FAIL), "SEVERITY_ERROR");
+    EXPECT_STREQ(GetDescricao_SEVERITY(S_OK), "SEVERITY_SUCCESS");
+    EXPECT_STREQ(GetNomeSeverity(2), "Desconhecido ou novo código de SEVERITY");
+    EXPECT_STREQ(GetDescricao_FACILITY(E_FAIL), "FACILITY_NULL");
+    EXPECT_STREQ(GetDescricao_FACILITY(E_INVALIDARG), "FACILITY_WIN32");
+    EXPECT_STREQ(GetDescricao_FACILITY(eBadPath), "FACILITY_ITF");
+    EXPECT_STREQ(GetNomeFacility(82), "FACILITY_XPS");
+    EXPECT_STREQ(GetNomeFacility(0x1FFF), "Desconhecido ou novo código de FACILITY");
+    EXPECT_STREQ(GetDescricao_FACILITY(XVHResult(0xE0070001U)),
+                 "FACILITY_WIN32");  // reserved bits are no facility
+    EXPECT_GE(XVNomesHResult::k_listaFacility.size(), 85U);
+}
+
+TEST(Nomes, CodigosWin32EHResultsInteiros) {
+    EXPECT_STREQ(GetNomeCodigoWin32(0), "ERROR_SUCCESS");
+    EXPECT_STREQ(GetNomeCodigoWin32(1), "ERROR_INVALID_FUNCTION");
+    EXPECT_STREQ(GetNomeCodigoWin32(2), "ERROR_FILE_NOT_FOUND");
+    EXPECT_STREQ(GetNomeCodigoWin32(1706), "RPC_S_INVALID_ENDPOINT_FORMAT");
+    EXPECT_STREQ(GetNomeCodigoWin32(0xFFFF), "");
+    EXPECT_GE(XVNomesHResult::k_listaWin32.size(), 670U);
+    const struct {
+        XVUInt ulCodigo;
+        const char* pszNome;
+    } aCasos[] = {{0x8000FFFFU, "E_UNEXPECTED"},
+                  {0x80004001U, "E_NOTIMPL"},
+                  {0x8007000EU, "E_OUTOFMEMORY"},
+                  {0x80070057U, "E_INVALIDARG"},
+                  {0x80004002U, "E_NOINTERFACE"},
+                  {0x80004003U, "E_POINTER"},
+                  {0x80004004U, "E_ABORT"},
+                  {0x80004005U, "E_FAIL"},
+                  {0x80004006U, "CO_E_INIT_TLS"},
+                  {0x8001FFFFU, "RPC_E_UNEXPECTED"},
+                  {0x80040100U, "DRAGDROP_E_NOTREGISTERED"},
+                  {0, "S_OK"},
+                  {0x81080A04U, ""}};
+    for (const auto& r : aCasos) EXPECT_STREQ(GetNomeHRESULT(XVHResult(r.ulCodigo)), r.pszNome);
+    EXPECT_GE(XVNomesHResult::k_listaHResult.size(), 390U);
+}
+
+TEST(Nomes, TabelasEmOrdemEstritaParaABusca) {
+    for (const auto lista :
+         {XVNomesHResult::k_listaFacility, XVNomesHResult::k_listaWin32, XVNomesHResult::k_listaHResult})
+        for (std::size_t i = 1; i < lista.size(); ++i)
+            ASSERT_LT(lista[i - 1].ulCodigo, lista[i].ulCodigo) << lista[i].pszNome;
+}
+
+TEST(Mensagens, TodoCodigoDoSistemaTemNomeESentenca) {
+    std::ifstream arquivo(XV_CABECALHO_CODIGOS);
+    ASSERT_TRUE(arquivo);
+    const std::string sTexto((std::istreambuf_iterator<char>(arquivo)), {});
+    const std::regex padrao(R"(HRESULT (\w+)\s*=\s*XVHResult\(0x([0-9A-Fa-f]{8})U\))");
+    int iCodigos = 0;
+    for (std::sregex_iterator it(sTexto.begin(), sTexto.end(), padrao), fim; it != fim; ++it, ++iCodigos) {
+        const SMensagemCodigo* p =
+            XVBuscaMensagem(XVHResult(static_cast<XVUInt>(std::stoul((*it)[2], nullptr, 16))));
+        ASSERT_NE(p, nullptr) << (*it)[1];
+        EXPECT_TRUE((*it)[1] == "E_XV_ERRNO_PRIMEIRO" || p->sNome == (*it)[1].str()) << p->sNome;
+        EXPECT_GT(p->sDescricao.size(), 30U);
+        EXPECT_EQ(p->sDescricao.back(), '.');
+    }
+    EXPECT_GE(iCodigos, 55);
+    for (XVUInt ul = 0x8004EADCU; ul <= 0x8004EB02U; ++ul) EXPECT_NE(XVBuscaMensagem(XVHResult(ul)), nullptr);
+    for (const XVUInt ul : {0x80004001U, 0x80004003U, 0x80004005U, 0x8007000EU, 0x80070057U, 0x800706BAU,
+                            0x800706BEU, 0x80040154U})
+        EXPECT_NE(XVBuscaMensagem(XVHResult(ul)), nullptr);
+    EXPECT_EQ(XVBuscaMensagem(S_OK), nullptr);
+    EXPECT_EQ(XVBuscaMensagem(XVHResult(0x8004EB03U)), nullptr);
+}
+
+TEST(Mensagens, SemABibliotecaOsTextosFicamVazios) {
+    const CXVBancadaTrace bancada;
+    EXPECT_EQ(GetMensagem(E_XVCR_ARQUIVO_NAO_EXISTE), "");
+    EXPECT_STREQ(GetDescricao_CODE(E_INVALIDARG), "");  // nobody says that the facility is not the suite's
+}

@@ -1,0 +1,48 @@
+// The trap hooked to the universal C runtime of Windows, called as a library of the process would.
+#include <windows.h>
+
+#include <gtest/gtest.h>
+
+#include <thread>
+
+#include "support/faults/XVExcecoes.h"
+#include "support/faults/XVTrapParametroInvalido.h"
+#include "support/trace/XVCapturaTrace.h"
+
+namespace {
+
+using PStrcpy = int(__cdecl*)(char*, std::size_t, const char*);
+
+PStrcpy StrcpyDoRuntime() {
+    const HMODULE hModulo = ::GetModuleHandleW(L"ucrtbase.dll");
+    return reinterpret_cast<PStrcpy>(reinterpret_cast<void (*)()>(::GetProcAddress(hModulo, "strcpy_s")));
+}
+
+HRESULT CopiaParaNulo() {
+    try {
+        const XVTrapParametroInvalido trap(
+            {nullptr, "CXVCR_Middleware::LeIntegracao", "XVCR_Middleware", 7, nullptr});
+        StrcpyDoRuntime()(nullptr, 1, "x");
+        return S_OK;
+    } catch (...) {
+        return XVTranslateThrownExceptionToHresult();
+    }
+}
+
+}  // namespace
+
+TEST(TrapRuntime, ParametroRecusadoPeloRuntimeSaiComoHResultDoErrno) {
+    ASSERT_TRUE(CXVGanchoParametroInvalido::TemRuntime());
+    CXVCapturaTrace captura;
+    EXPECT_EQ(CopiaParaNulo(), XVHResult(0x8004EAF0U));
+    ASSERT_EQ(captura.GetFalhas().size(), 1U);
+    EXPECT_EQ(captura.GetFalhas()[0].iLinha, 7);
+}
+
+TEST(TrapRuntime, CadaThreadTemOSeu) {
+    std::thread outra([] {
+        for (int i = 0; i < 10; ++i) EXPECT_EQ(CopiaParaNulo(), XVHResult(0x8004EAF0U));
+    });
+    for (int i = 0; i < 10; ++i) EXPECT_EQ(CopiaParaNulo(), XVHResult(0x8004EAF0U));
+    outra.join();
+}

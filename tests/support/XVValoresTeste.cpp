@@ -1,0 +1,132 @@
+// CRC-64, dates, date-times, keys, and the rules for directories and company codes.
+#include <gtest/gtest.h>
+
+#include <limits>
+
+#include "support/XVAmbiente.h"
+#include "support/codes/XVCodigos.h"
+#include "support/values/XVCrc64.h"
+#include "support/values/XVDmc.h"
+#include "tests/support/XVBancadaTrace.h"
+
+TEST(Crc64, ConfereComODefinidoEContinuaDoAnterior) {
+    EXPECT_EQ(XVCrc64("123456789", 9), 0x2B9C7EE4E2780C8AULL);
+    EXPECT_EQ(XVCrc64("", 0), 0U);
+    const std::string sTexto = "um texto de mais de oito bytes, para as tabelas todas";
+    const auto crcBitABit = [](std::string_view s) {
+        std::uint64_t uiCrc = 0;
+        for (const char c : s) {
+            uiCrc ^= static_cast<unsigned char>(c);
+            for (int i = 0; i < 8; ++i) uiCrc = (uiCrc >> 1) ^ ((uiCrc & 1) != 0 ? 0xC96C5795D7870F42ULL : 0);
+        }
+        return uiCrc;
+    };
+    for (std::size_t i = 0; i <= sTexto.size(); ++i) {
+        const std::uint64_t uiInicio = XVCrc64(sTexto.data(), i);
+        EXPECT_EQ(uiInicio, crcBitABit(std::string_view(sTexto).substr(0, i))) << i;
+        EXPECT_EQ(XVCrc64(sTexto.data() + i, sTexto.size() - i, uiInicio), crcBitABit(sTexto)) << i;
+    }
+}
+
+TEST(Data, ValeSomenteODiaDoCalendario) {
+    EXPECT_TRUE(REG_XVDMA::Cria(2024, 2, 29).EhValida());
+    EXPECT_FALSE(REG_XVDMA::Cria(2023, 2, 29).EhValida());
+    EXPECT_FALSE(REG_XVDMA::Cria(2100, 2, 29).EhValida());
+    EXPECT_FALSE(REG_XVDMA::Cria(2023, 13, 1).EhValida());
+    EXPECT_FALSE(REG_XVDMA::Cria(2023, 4, 0).EhValida());
+    EXPECT_FALSE(REG_XVDMA().EhValida());
+    EXPECT_FALSE(REG_XVDMA(REG_XVDMA::Cria(2023, 4, 1).GetValor() | 1U << 18).EhValida());
+    EXPECT_EQ(REG_XVDMA::Cria(2026, 11, 21).ToChave(), 20261121U);
+    EXPECT_EQ(REG_XVDMA().ToChave(), 0U);
+}
+
+TEST(DataHora, TextoISO8601VaiEVolta) {
+    const REG_XVDMAHMSUTC dataHora = REG_XVDMAHMSUTC::De({2026, 11, 21, 13, 5, 9});
+    EXPECT_EQ(dataHora.ToISO8601(), "2026-11-21T13:05:09Z");
+    EXPECT_EQ(dataHora.GetSegundos(), 13U * 3600 + 5 * 60 + 9);
+    REG_XVDMAHMSUTC lida;
+    for (const char* psz : {"2026-11-21T13:05:09Z", "2026-11-21T13:05:09"}) {
+        ASSERT_TRUE(REG_XVDMAHMSUTC::DeISO8601(psz, &lida)) << psz;
+        EXPECT_EQ(lida, dataHora);
+    }
+    ASSERT_TRUE(REG_XVDMAHMSUTC::DeISO8601("2026-11-21T13:05Z", &lida));
+    EXPECT_EQ(lida.ToISO8601(), "2026-11-21T13:05:00Z");
+    ASSERT_TRUE(REG_XVDMAHMSUTC::DeISO8601("2026-11-21", &lida));
+    EXPECT_EQ(lida.GetSegundos(), 0U);
+    EXPECT_EQ(REG_XVDMAHMSUTC().ToISO8601(), "");
+}
+
+TEST(DataHora, TextoEstranhoERecusadoSemMudarOValor) {
+    REG_XVDMAHMSUTC lida = REG_XVDMAHMSUTC::De({2020, 1, 1, 0, 0, 0});
+    const REG_XVDMAHMSUTC antes = lida;
+    for (const char* psz :
+         {"", "2026", "2026-11", "2026-02-30", "2026-13-01", "1847-12-31", "2360-01-01", "2026-11-21T",
+          "2026-11-21T24:00", "2026-11-21T10:60", "2026-11-21T10:00:60", "2026-11-21T10", "2026-11-21 10:00",
+          "2026-11-21T10:00ZZ", "2026-1-1", "+026-11-21", "2026-11-21T10:00:0"})
+        EXPECT_FALSE(REG_XVDMAHMSUTC::DeISO8601(psz, &lida)) << psz;
+    EXPECT_EQ(lida, antes);
+    EXPECT_FALSE(REG_XVDMAHMSUTC::Cria(REG_XVDMA::Cria(2026, 1, 1), 86400).EhValida());
+    EXPECT_TRUE(REG_XVDMAHMSUTC::Cria(REG_XVDMA::Cria(2026, 1, 1), 86399).EhValida());
+}
+
+TEST(Dmc, CamposTextoEValidade) {
+    const REG_XVDMC dmc = REG_XVDMC::Cria(1, 0xFFFFFFFFU, REG_XVDMA::Cria(2359, 12, 31));
+    EXPECT_EQ(dmc.GetTipo(), 1U);
+    EXPECT_EQ(dmc.GetPonteiro(), 0xFFFFFFFFU);
+    EXPECT_EQ(dmc.GetDma(), REG_XVDMA::Cria(2359, 12, 31));
+    EXPECT_TRUE(dmc.EhValido());
+    EXPECT_EQ(dmc.ToString(), "23591231-4294967295-1");
+    for (const REG_XVDMC& r : {dmc, REG_XVDMC::Cria(3, 15, REG_XVDMA::Cria(2026, 11, 21)), REG_XVDMC{},
+                               REG_XVDMC{1U << 2}, REG_XVDMC{std::numeric_limits<XVUInt64>::max()}}) {
+        REG_XVDMC lido;
+        ASSERT_TRUE(REG_XVDMC::DeString(r.ToString(), &lido)) << r.ToString();
+        EXPECT_EQ(lido.EhNulo() ? XVUInt64{0} : lido.uiValor, r.EhNulo() ? XVUInt64{0} : r.uiValor);
+    }
+    EXPECT_TRUE(REG_XVDMC{2}.EhNulo());
+    EXPECT_FALSE((REG_XVDMC{dmc.uiValor | 4U}).EhValido());
+    EXPECT_FALSE(REG_XVDMC::Cria(1, 0, REG_XVDMA::Cria(2026, 1, 1)).EhValido());
+    EXPECT_FALSE(REG_XVDMC::Cria(1, 5, REG_XVDMA::Cria(2026, 2, 30)).EhValido());
+}
+
+TEST(Dmc, TextoEstranhoERecusadoSemMudarOValor) {
+    REG_XVDMC dmc{77};
+    for (const char* psz : {"", "-", "20261121", "20261121-", "20261121-0-1", "20261121-1-4", "20261121-1-",
+                            "x", "20260230-1-1", "20261121-4294967296-1", "20261121-1-1-1",
+                            "18446744073709551616", "-5", "20261121--1-1", "120261121-1-1", " 5"}) {
+        if (std::string_view(psz) == "20261121") continue;  // a decimal value
+        EXPECT_FALSE(REG_XVDMC::DeString(psz, &dmc)) << psz;
+    }
+    EXPECT_EQ(dmc.uiValor, 77U);
+}
+
+TEST(Ambiente, EmpresaNuncaSaiDoDiretorio) {
+    for (const char* psz :
+         {"A", "Acme_01-x", "COM0", "COM10", "CONTA", "01234567890123456789012345678901234567890123456"})
+        EXPECT_TRUE(CAmbienteXV::EhEmpresaValida(psz)) << psz;
+    for (const char* psz : {"", "..", ".", "a/b", "a\\b", "a b", "ação", "CON", "nul", "Aux", "prn", "com1",
+                            "LPT9", "a.b", "C:", "012345678901234567890123456789012345678901234567"})
+        EXPECT_FALSE(CAmbienteXV::EhEmpresaValida(psz)) << psz;
+    EXPECT_FALSE(CAmbienteXV::EhEmpresaValida(std::string_view("A\0B", 3)));
+}
+
+TEST(Ambiente, DiretoriosVemDoRegistro) {
+    CXVBancadaTrace bancada;
+    std::string sDiretorio;
+    ASSERT_EQ(CAmbienteXV::GetPathDados(XV_DF, "ACME", &sDiretorio), S_OK);
+    EXPECT_EQ(sDiretorio, "/xv/ACME/DF");
+    EXPECT_EQ(CAmbienteXV::GetPathDados(k_eModuloSemAuditoria, "ACME", &sDiretorio), S_OK);
+    EXPECT_EQ(sDiretorio, "/xv/ACME/DF");
+    EXPECT_EQ(CAmbienteXV::GetPathDados(XV_DF, "../x", &sDiretorio), E_INVALIDARG);
+    EXPECT_EQ(sDiretorio, "");
+
+    bancada.m_registro.SetTexto(CAmbienteXV::GetChaveRegistro(XV_DF), "Path_x64", "/xv64\\");
+    ASSERT_EQ(CAmbienteXV::GetDiretorioModulo(XV_DF, &sDiretorio), S_OK);
+    EXPECT_EQ(sDiretorio, "/xv");
+
+    bancada.m_registro.Remove(CAmbienteXV::GetChaveRegistro(XV_DF), "Path");
+    ASSERT_EQ(CAmbienteXV::GetDiretorioModulo(XV_DF, &sDiretorio), S_OK);
+    EXPECT_EQ(sDiretorio, "/xv64");
+    bancada.m_registro.SetTexto(CAmbienteXV::GetChaveRegistro(XV_DF), "Path_x64", "");
+    EXPECT_EQ(CAmbienteXV::GetDiretorioModulo(XV_DF, &sDiretorio), eBadPath);
+    EXPECT_EQ(sDiretorio, "");
+}

@@ -1,0 +1,97 @@
+// busca: integrations by what is known of them.
+#include <memory>
+
+#include "tools/xvcr/commands/XVComandos.h"
+#include "tools/xvcr/commands/XVLeituraIntegracoes.h"
+#include "tools/xvcr/commands/XVOpcoes.h"
+
+namespace {
+
+struct SBusca {
+    SFiltroIntegracao filtro;
+    SOpcoesLeitura opcoes;
+    bool bLe = false;
+    bool bConta = false;
+    bool bDmcs = false;
+};
+
+void AdicionaFiltro(CLI::App& rComando, SFiltroIntegracao& rFiltro) {
+    XVOpcaoValor(rComando, "--chave-inicial", "NÚMERO", "Menor chave externa; com --sistema, a chave exata",
+                 &rFiltro.uiChaveIntegracaoSistemaTerceiroInicial);
+    XVOpcaoValor(rComando, "--chave-final", "NÚMERO", "Maior chave externa",
+                 &rFiltro.uiChaveIntegracaoSistemaTerceiroFinal);
+    XVOpcaoValor(rComando, "--inclusao-de", "DATA-HORA", "Incluída desta data e desta hora do dia em diante",
+                 &rFiltro.regDataHoraInicialInclusao);
+    XVOpcaoValor(rComando, "--inclusao-ate", "DATA-HORA", "Incluída até esta data e esta hora do dia",
+                 &rFiltro.regDataHoraFinalInclusao);
+    XVOpcaoValor(rComando, "--alteracao-de", "DATA-HORA",
+                 "Status mudado desta data e desta hora do dia em diante",
+                 &rFiltro.regDataHoraInicialAlteracaoStatus);
+    XVOpcaoValor(rComando, "--alteracao-ate", "DATA-HORA", "Status mudado até esta data e esta hora do dia",
+                 &rFiltro.regDataHoraFinalAlteracaoStatus);
+    XVOpcaoLista(rComando, "--tipo", "Tipos de integração", EEnumeracao::eTipoIntegracao,
+                 &rFiltro.listaTipoIntegracao);
+    XVOpcaoLista(rComando, "--status", "Status", EEnumeracao::eStatusIntegracao,
+                 &rFiltro.listaStatusIntegracao);
+    XVOpcaoLista(rComando, "--sistema", "Sistemas externos", EEnumeracao::eSistemaIntegracao,
+                 &rFiltro.listaSistemaIntegracao);
+    XVOpcaoLista(rComando, "--transacao", "Tipos de transação", EEnumeracao::eTipoTransacao,
+                 &rFiltro.listaTipoTransacao);
+}
+
+void MostraDmcs(CXVSaida& rSaida, const std::vector<REG_XVDMC>& lista) {
+    for (const REG_XVDMC regDmc : lista) {
+        if (!rSaida.EhJson()) {
+            rSaida.Linha(regDmc.ToString());
+            continue;
+        }
+        XVJson json = XVJson::object();
+        XVRegistroJson::Inclui(json, "regDmc", regDmc);
+        rSaida.LinhaJson(json);
+    }
+}
+
+void MostraQuantidade(CXVSaida& rSaida, std::size_t uiQuantidade) {
+    if (rSaida.EhJson())
+        rSaida.LinhaJson(XVJson{{"ulQuantidade", uiQuantidade}});
+    else
+        rSaida.Linha(std::to_string(uiQuantidade));
+}
+
+void Executa(const SBusca& rBusca, CXVContexto& rContexto) {
+    const bool bLe = rBusca.bLe || rBusca.opcoes.GetFlags() != 0;
+    if (int{bLe} + int{rBusca.bConta} + int{rBusca.bDmcs} > 1)
+        XVErroDeUso("--conta, --dmcs e a leitura das integrações excluem-se");
+    CXVSaida& rSaida = rContexto.saida;
+    std::vector<REG_XVDMC> lista;
+    XVConfere(rContexto.Abre(EUsoDaBase::eLeitura).BuscaPonteiros(rBusca.filtro, &lista));
+    if (rBusca.bConta) {
+        MostraQuantidade(rSaida, lista.size());
+    } else if (bLe) {
+        XVMostraIntegracoes(rContexto, lista, rBusca.opcoes);
+    } else if (rBusca.bDmcs || rSaida.EhJson()) {
+        MostraDmcs(rSaida, lista);
+    } else {
+        XVTabelaIntegracoes(rContexto, lista);
+        rSaida.Linha(std::to_string(lista.size()) + (lista.size() == 1 ? " integração" : " integrações"));
+    }
+}
+
+}  // namespace
+
+void XVAdicionaBusca(CLI::App& rRaiz, CXVContexto& rContexto) {
+    auto pBusca = std::make_shared<SBusca>();
+    CLI::App* pComando = XVAdicionaComando(
+        rRaiz, "busca", "Busca integrações",
+        "  xvcr busca --status Pendente,Erro --sistema Mercos\n"
+        "  xvcr busca --inclusao-de 2026-11-01 --inclusao-ate 2026-11-30 --conta\n"
+        "  xvcr busca --chave-inicial 9001 --sistema OfficialBank --le --todos --json\n"
+        "A data e a hora de um limite são comparadas em separado: --inclusao-de 2026-11-01T10:00\n"
+        "deixa fora tudo o que foi incluído antes das 10:00, em qualquer dia.");
+    AdicionaFiltro(*pComando, pBusca->filtro);
+    pComando->add_flag("--le", pBusca->bLe, "Lê e mostra cada integração achada, como o comando le");
+    pComando->add_flag("--conta", pBusca->bConta, "Mostra só a quantidade");
+    pComando->add_flag("--dmcs", pBusca->bDmcs, "Mostra só os DMCs, um por linha");
+    pBusca->opcoes.Adiciona(*pComando);
+    XVDefineAcao(pComando, rContexto, [pBusca, &rContexto] { Executa(*pBusca, rContexto); });
+}

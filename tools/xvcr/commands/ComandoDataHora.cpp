@@ -1,0 +1,60 @@
+// datahora: when an external system was last searched, and when it may be asked again.
+#include <memory>
+
+#include "tools/xvcr/commands/XVComandos.h"
+#include "tools/xvcr/commands/XVOpcoes.h"
+
+namespace {
+
+void AdicionaOpcoes(CLI::App& rComando, SDataHoraIntegracao& rDados) {
+    XVOpcaoEnumeracao(rComando, "--tipo", "Tipo de integração", EEnumeracao::eTipoIntegracao,
+                      &rDados.eTipoIntegracao)
+        ->required();
+    XVOpcaoEnumeracao(rComando, "--sistema", "Sistema externo", EEnumeracao::eSistemaIntegracao,
+                      &rDados.eSistemaIntegracao)
+        ->required();
+    XVOpcaoEnumeracao(rComando, "--tipo-data", "Qual data", EEnumeracao::eTipoData, &rDados.eTipoData)
+        ->required();
+}
+
+void AdicionaGrava(CLI::App& rDataHora, CXVContexto& rContexto) {
+    auto pDados = std::make_shared<SDataHoraIntegracao>();
+    CLI::App* pComando = XVAdicionaComando(
+        rDataHora, "grava", "Grava uma data-hora (inclui ou altera)",
+        "  xvcr datahora grava --tipo BuscaPedidos --sistema Mercos --tipo-data DataUltimaBusca \\\n"
+        "       --data-hora 2026-11-21T13:05:09Z");
+    AdicionaOpcoes(*pComando, *pDados);
+    XVOpcaoValor(*pComando, "--data-hora", "DATA-HORA", "Data-hora em UTC", &pDados->regDataHora)->required();
+    XVDefineAcao(pComando, rContexto, [pDados, &rContexto] {
+        XVConfere(rContexto.Abre(EUsoDaBase::eGravacao).GravaDataHora(*pDados));
+        rContexto.saida.Registro(*pDados);
+    });
+}
+
+void AdicionaBusca(CLI::App& rDataHora, CXVContexto& rContexto) {
+    auto pFiltro = std::make_shared<SDataHoraIntegracao>();
+    CLI::App* pComando = XVAdicionaComando(
+        rDataHora, "busca", "Busca uma data-hora",
+        "  xvcr datahora busca --tipo BuscaPedidos --sistema Mercos --tipo-data DataUltimaBusca\n"
+        "Nada encontrado não é erro: com --json, nenhuma linha sai.");
+    AdicionaOpcoes(*pComando, *pFiltro);
+    XVDefineAcao(pComando, rContexto, [pFiltro, &rContexto] {
+        SDataHoraIntegracao achada;
+        XVConfere(rContexto.Abre(EUsoDaBase::eLeitura).BuscaDataHora(*pFiltro, &achada));
+        if (!achada.regDataHora.EhNula())
+            rContexto.saida.Registro(achada);
+        else if (!rContexto.saida.EhJson())
+            rContexto.saida.Linha("nenhuma data-hora encontrada");
+    });
+}
+
+}  // namespace
+
+void XVAdicionaDataHora(CLI::App& rRaiz, CXVContexto& rContexto) {
+    CLI::App* pDataHora =
+        XVAdicionaComando(rRaiz, "datahora", "Datas-horas de busca e de requisição por sistema externo",
+                          "  xvcr datahora busca --help");
+    pDataHora->require_subcommand(1);
+    AdicionaGrava(*pDataHora, rContexto);
+    AdicionaBusca(*pDataHora, rContexto);
+}

@@ -1,0 +1,52 @@
+// grava: a new integration, or changes to one that exists.
+#include <memory>
+
+#include "tools/xvcr/commands/XVComandos.h"
+#include "tools/xvcr/commands/XVOpcoes.h"
+#include "tools/xvcr/commands/XVOpcoesIntegracao.h"
+
+namespace {
+
+struct SGrava {
+    REG_XVDMC regDmc;
+    bool bSubstitui = false;
+    CXVOpcoesIntegracao opcoes;
+};
+
+void Executa(const SGrava& rGrava, CXVContexto& rContexto) {
+    if (rGrava.bSubstitui && rGrava.regDmc.EhNulo()) XVErroDeUso("--substitui só vale com --dmc");
+    IXVOperacoes& rOperacoes = rContexto.Abre(EUsoDaBase::eGravacao);
+    SIntegracao dados;
+    // An update replaces the whole record, so what was not given is taken from the record as it stands.
+    if (!rGrava.regDmc.EhNulo() && !rGrava.bSubstitui)
+        XVConfere(rOperacoes.LeIntegracao(rGrava.regDmc, XVFlagLeitura::eTextos, &dados));
+    rGrava.opcoes.Aplica(dados);
+
+    REG_XVDMC regDmc = rGrava.regDmc;
+    XVConfere(rOperacoes.GravaIntegracao(&regDmc, dados));
+    if (rContexto.saida.EhJson()) {
+        XVJson json = XVJson::object();
+        XVRegistroJson::Inclui(json, "regDmc", regDmc);
+        rContexto.saida.LinhaJson(json);
+    } else {
+        rContexto.saida.Linha(regDmc.ToString());
+    }
+}
+
+}  // namespace
+
+void XVAdicionaGrava(CLI::App& rRaiz, CXVContexto& rContexto) {
+    auto pGrava = std::make_shared<SGrava>();
+    CLI::App* pComando = XVAdicionaComando(
+        rRaiz, "grava", "Grava uma integração nova ou altera uma existente",
+        "  xvcr grava --tipo BuscaPedidos --sistema Mercos --status Pendente \\\n"
+        "       --transacao Inclusao --json-enviado @pedido.json\n"
+        "  xvcr grava --dmc 20261121-15-1 --status Sucesso --chave 9001\n"
+        "O resultado é o DMC da integração. Com --dmc, os campos não dados ficam como estão.");
+    XVOpcaoValor(*pComando, "--dmc", "DMC", "Integração a alterar; sem ela, uma nova é incluída",
+                 &pGrava->regDmc);
+    pComando->add_flag("--substitui", pGrava->bSubstitui,
+                       "Com --dmc: os campos não dados são gravados vazios em vez de mantidos");
+    pGrava->opcoes.Adiciona(*pComando, true);
+    XVDefineAcao(pComando, rContexto, [pGrava, &rContexto] { Executa(*pGrava, rContexto); });
+}

@@ -1,0 +1,92 @@
+// mapa: which id an external system gave to a record.
+#include <memory>
+
+#include "tools/xvcr/commands/XVComandos.h"
+#include "tools/xvcr/commands/XVOpcoes.h"
+
+namespace {
+
+void AdicionaOpcoes(CLI::App& rComando, SChaveRegistro& rDados, bool bChave, bool bOrigem) {
+    XVOpcaoValor(rComando, "--registro", "DMC", "Registro do sistema", &rDados.regDmcRegistroTelvo);
+    if (bChave)
+        XVOpcaoValor(rComando, "--chave-registro", "NÚMERO", "Id do registro no sistema externo",
+                     &rDados.uiChaveRegistroSistemaTerceiro);
+    XVOpcaoValor(rComando, "--base-dados", "NÚMERO", "Base de dados do sistema externo",
+                 &rDados.uiBaseDadosTerceiro);
+    XVOpcaoEnumeracao(rComando, "--tipo", "Tipo de integração", EEnumeracao::eTipoIntegracao,
+                      &rDados.eTipoIntegracao)
+        ->required();
+    XVOpcaoEnumeracao(rComando, "--sistema", "Sistema externo", EEnumeracao::eSistemaIntegracao,
+                      &rDados.eSistemaIntegracao)
+        ->required();
+    if (bOrigem)
+        XVOpcaoValor(rComando, "--origem", "DMC", "Integração que produziu a ligação",
+                     &rDados.regDmcOrigemIntegracao);
+}
+
+void Mostra(CXVContexto& rContexto, const SChaveRegistro& rDados) {
+    if (!rDados.regDmcRegistroTelvo.EhNulo())
+        rContexto.saida.Registro(rDados);
+    else if (!rContexto.saida.EhJson())
+        rContexto.saida.Linha("nenhuma ligação encontrada");
+}
+
+void AdicionaGrava(CLI::App& rMapa, CXVContexto& rContexto) {
+    auto pDados = std::make_shared<SChaveRegistro>();
+    CLI::App* pComando =
+        XVAdicionaComando(rMapa, "grava", "Grava o id externo de um registro (inclui ou altera)",
+                          "  xvcr mapa grava --registro 20261121-7-2 --chave-registro 5501 --tipo "
+                          "CadastroProduto --sistema Mercos");
+    AdicionaOpcoes(*pComando, *pDados, true, true);
+    XVDefineAcao(pComando, rContexto, [pDados, &rContexto] {
+        IXVOperacoes& rOperacoes = rContexto.Abre(EUsoDaBase::eGravacao);
+        XVConfere(rOperacoes.GravaChaveRegistro(*pDados));
+        SChaveRegistro gravada;  // an origin that was not given stays as it was
+        XVConfere(rOperacoes.BuscaChaveRegistro(*pDados, &gravada));
+        Mostra(rContexto, gravada);
+    });
+}
+
+void AdicionaPendente(CLI::App& rMapa, CXVContexto& rContexto) {
+    auto pDados = std::make_shared<SChaveRegistro>();
+    CLI::App* pComando = XVAdicionaComando(
+        rMapa, "pendente", "Inclui uma ligação sem id externo, se o registro não tem nenhuma",
+        "  xvcr mapa pendente --registro 20261121-7-2 --tipo CadastroProduto --sistema Mercos\n"
+        "O resultado é a ligação que ficou gravada, a que já havia ou a nova.");
+    AdicionaOpcoes(*pComando, *pDados, false, true);
+    XVDefineAcao(pComando, rContexto, [pDados, &rContexto] {
+        IXVOperacoes& rOperacoes = rContexto.Abre(EUsoDaBase::eGravacao);
+        XVConfere(rOperacoes.GravaChaveRegistroPendente(*pDados));
+        SChaveRegistro gravado;
+        XVConfere(rOperacoes.BuscaChaveRegistro(*pDados, &gravado));
+        Mostra(rContexto, gravado);
+    });
+}
+
+void AdicionaBusca(CLI::App& rMapa, CXVContexto& rContexto) {
+    auto pFiltro = std::make_shared<SChaveRegistro>();
+    CLI::App* pComando = XVAdicionaComando(
+        rMapa, "busca", "Busca uma ligação pelo registro ou pelo id externo",
+        "  xvcr mapa busca --registro 20261121-7-2 --tipo CadastroProduto --sistema Mercos\n"
+        "  xvcr mapa busca --chave-registro 5501 --tipo CadastroProduto --sistema Mercos --json\n"
+        "Nada encontrado não é erro: com --json, nenhuma linha sai.");
+    AdicionaOpcoes(*pComando, *pFiltro, true, false);
+    XVDefineAcao(pComando, rContexto, [pFiltro, &rContexto] {
+        if (pFiltro->regDmcRegistroTelvo.EhNulo() && pFiltro->uiChaveRegistroSistemaTerceiro == 0)
+            XVErroDeUso("a busca pede --registro ou --chave-registro");
+        SChaveRegistro achado;
+        XVConfere(rContexto.Abre(EUsoDaBase::eLeitura).BuscaChaveRegistro(*pFiltro, &achado));
+        Mostra(rContexto, achado);
+    });
+}
+
+}  // namespace
+
+void XVAdicionaMapa(CLI::App& rRaiz, CXVContexto& rContexto) {
+    CLI::App* pMapa = XVAdicionaComando(rRaiz, "mapa", "Ligações entre registros do sistema e ids externos",
+                                        "  xvcr mapa grava --help");
+    pMapa->require_subcommand(1);
+    AdicionaGrava(*pMapa, rContexto);
+    AdicionaPendente(*pMapa, rContexto);
+    AdicionaBusca(*pMapa, rContexto);
+}

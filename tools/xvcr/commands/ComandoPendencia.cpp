@@ -1,0 +1,34 @@
+// pendencia: the pending items of a record become pending integrations.
+#include <memory>
+
+#include "tools/xvcr/commands/XVComandos.h"
+#include "tools/xvcr/commands/XVOpcoes.h"
+#include "tools/xvcr/commands/XVOpcoesIntegracao.h"
+
+namespace {
+
+struct SPendencia {
+    REG_XVDMC regDmcOrigem;
+    CXVOpcoesIntegracao opcoes;
+};
+
+}  // namespace
+
+void XVAdicionaPendencia(CLI::App& rRaiz, CXVContexto& rContexto) {
+    auto pPendencia = std::make_shared<SPendencia>();
+    CLI::App* pComando = XVAdicionaComando(
+        rRaiz, "pendencia",
+        "Grava como pendentes as integrações que o sistema externo aponta para um registro",
+        "  xvcr pendencia --origem 20261121-7-2 --tipo CadastroProduto --transacao Inclusao \\\n"
+        "       --sistema SimulacaoSistemaTerceiro");
+    XVOpcaoValor(*pComando, "--origem", "DMC", "Registro ou integração de origem", &pPendencia->regDmcOrigem)
+        ->required();
+    pPendencia->opcoes.Adiciona(*pComando, false);
+    XVDefineAcao(pComando, rContexto, [pPendencia, &rContexto] {
+        SIntegracao dados;
+        pPendencia->opcoes.Aplica(dados);
+        XVConfere(
+            rContexto.Abre(EUsoDaBase::eGravacao).GravaPendenciaIntegracao(pPendencia->regDmcOrigem, dados));
+        if (!rContexto.saida.EhJson()) rContexto.saida.Linha("pendências gravadas");
+    });
+}

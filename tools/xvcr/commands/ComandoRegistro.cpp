@@ -1,0 +1,205 @@
+// registro: the trace logs, decoded.
+#include <charconv>
+#include <deque>
+#include <memory>
+
+#include "platform/XVPlataforma.h"
+#include "support/XVAmbiente.h"
+#include "support/messages/XVMensagens.h"
+#include "tools/xvcr/commands/XVComandos.h"
+#include "tools/xvcr/commands/XVOpcoes.h"
+#include "tools/xvcr/logs/XVArquivosRegistro.h"
+#include "tools/xvcr/logs/XVFiltroRegistro.h"
+#include "tools/xvcr/text/XVTextoTela.h"
+
+namespace {
+
+constexpr XVUInt k_ulEntreLeituras = 250;  // milliseconds
+
+struct SRegistro {
+    SOrigemRegistro origem;
+    SFiltroRegistro filtro;
+    bool bSegue = false;
+    XVUInt ulPor = 0;      // seconds that --segue lasts; 0: until it is interrupted
+    XVUInt ulUltimos = 0;  // 0: all
+};
+
+const SMensagemCodigo* MensagemDoCodigo(std::string_view sCodigo) {
+    constexpr std::size_t k_uiPrefixo = 2;  // "0x"
+    if (sCodigo.size() <= k_uiPrefixo) return nullptr;
+    XVUInt ulCodigo = 0;
+    const auto lido =
+        std::from_chars(sCodigo.data() + k_uiPrefixo, sCodigo.data() + sCodigo.size(), ulCodigo, 16);
+    return lido.ec == std::errc() ? XVBuscaMensagem(XVHResult(ulCodigo)) : nullptr;
+}
+
+XVJson ParaJson(const SLinhaRegistro& rRegistro) {
+    XVJson json = XVJson::object();
+    const auto inclui = [&](const char* pszNome, const std::string& sValor) {
+        if (!sValor.empty()) XVRegistroJson::Inclui(json, pszNome, sValor);
+    };
+    inclui("DataHora", rRegistro.sDataHora);
+    inclui("Tipo", rRegistro.sTipo);
+    inclui("Empresa", rRegistro.sEmpresa);
+    inclui("Usuario", rRegistro.sUsuario);
+    inclui("Sessao", rRegistro.sSessao);
+    inclui("Processo", rRegistro.sProcesso);
+    inclui("UsuarioLocal", rRegistro.sUsuarioLocal);
+    inclui("ThreadID", rRegistro.sThread);
+    inclui("ClasseFuncao", rRegistro.sFuncao);
+    inclui("Arquivo", rRegistro.sArquivo);
+    inclui("Linha", rRegistro.sLinha);
+    inclui("Codigo", rRegistro.sCodigo);
+    if (const SMensagemCodigo* pMensagem = MensagemDoCodigo(rRegistro.sCodigo); pMensagem != nullptr)
+        inclui("Nome", std::string(pMensagem->sNome));
+    inclui("Expressao", rRegistro.sExpressao);
+    inclui("Mensagem", rRegistro.sMensagem);
+    inclui("Duracao", rRegistro.sDuracao);
+    for (const std::string& rParametro : rRegistro.listaParametros) {
+        XVJson texto = XVTextoTela::Escapa(rParametro, false);
+        json["Parametros"].push_back(std::move(texto));
+    }
+    return json;
+}
+
+void AnexaColuna(std::string& sLinha, const std::string& sValor, std::size_t uiLargura) {
+    const std::string sCelula = XVTextoTela::Escapa(sValor, false);
+    const std::size_t uiTamanho = XVTextoTela::GetLargura(sCelula);
+    sLinha += sCelula;
+    sLinha.append(uiTamanho < uiLargura ? uiLargura - uiTamanho : 0, ' ');
+    sLinha += "  ";
+}
+
+// Columns of a fixed least width, so that records can be shown as they come.
+std::string ParaPessoa(const SLinhaRegistro& rRegistro) {
+    std::string sLinha;
+    AnexaColuna(sLinha, rRegistro.sDataHora, 19);
+    AnexaColuna(sLinha, rRegistro.sTipo, 8);
+    AnexaColuna(sLinha, rRegistro.sEmpresa.empty() ? "-" : rRegistro.sEmpresa, 6);
+    AnexaColuna(sLinha, "u" + rRegistro.sUsuario + "/s" + rRegistro.sSessao, 9);
+    AnexaColuna(sLinha, rRegistro.sCodigo.empty() ? "-" : rRegistro.sCodigo, 10);
+    AnexaColuna(sLinha, rRegistro.sFuncao, 44);
+    if (!rRegistro.sArquivo.empty()) AnexaColuna(sLinha, rRegistro.sArquivo + ':' + rRegistro.sLinha, 26);
+    const SMensagemCodigo* pMensagem = MensagemDoCodigo(rRegistro.sCodigo);
+    const std::string_view sNome = pMensagem == nullptr ? std::string_view() : pMensagem->sNome;
+    if (!sNome.empty()) AnexaColuna(sLinha, std::string(sNome), 0);
+    // A code that a function decides on itself has only its own name as expression.
+    if (!rRegistro.sExpressao.empty() && rRegistro.sExpressao != sNome)
+        AnexaColuna(sLinha, rRegistro.sExpressao, 0);
+    if (rRegistro.sCodigo.empty()) AnexaColuna(sLinha, rRegistro.sMensagem, 0);
+    if (!rRegistro.sDuracao.empty()) {
+        AnexaColuna(sLinha, rRegistro.sDuracao + " ms", 0);
+        for (const std::string& rParametro : rRegistro.listaParametros) AnexaColuna(sLinha, rParametro, 0);
+    }
+    sLinha.resize(sLinha.find_last_not_of(' ') + 1);
+    return sLinha;
+}
+
+// What is there now; only the last ones where a number of them is asked for.
+void MostraExistentes(const SRegistro& rPedido, CXVLeitoresRegistro& rLeitores, CXVSaida& rSaida,
+                      const std::function<void(const SLinhaRegistro&)>& fMostra) {
+    std::deque<SLinhaRegistro> listaUltimos;
+    rLeitores.LeNovos([&](SLinhaRegistro& rRegistro) {
+        if (!rPedido.filtro.Aceita(rRegistro)) return;
+        if (rPedido.ulUltimos == 0) {
+            fMostra(rRegistro);
+            return;
+        }
+        listaUltimos.push_back(std::move(rRegistro));
+        if (listaUltimos.size() > rPedido.ulUltimos) listaUltimos.pop_front();
+    });
+    for (const SLinhaRegistro& rRegistro : listaUltimos) fMostra(rRegistro);
+    rSaida.Termina();
+}
+
+void Segue(const SRegistro& rPedido, CXVLeitoresRegistro& rLeitores, CXVSaida& rSaida,
+           const std::function<void(const SLinhaRegistro&)>& fMostra) {
+    IXVRelogio& rRelogio = XVPlataforma::Relogio();
+    const XVUInt ulInicio = rRelogio.GetTicks();
+    while (rPedido.ulPor == 0 || rRelogio.GetTicks() - ulInicio < rPedido.ulPor * 1000U) {
+        rRelogio.Dorme(k_ulEntreLeituras);
+        rLeitores.LeNovos([&](const SLinhaRegistro& rRegistro) {
+            if (rPedido.filtro.Aceita(rRegistro)) fMostra(rRegistro);
+        });
+        rSaida.Termina();
+    }
+}
+
+// The company's own log, or the programs' where no company is given.
+std::string DiretorioDosRegistros(CXVContexto& rContexto, bool bPerfil) {
+    rContexto.CompletaAcesso();
+    std::string sDiretorio = rContexto.acesso.sDiretorio;
+    if (sDiretorio.empty()) XVConfere(CAmbienteXV::GetDiretorioModulo(k_eModuloBase, &sDiretorio));
+    if (bPerfil || rContexto.acesso.sEmpresa.empty()) return sDiretorio;
+    rContexto.ExigeEmpresa();
+    return CAmbienteXV::MontaPathDados(k_eModuloBase, sDiretorio, rContexto.acesso.sEmpresa);
+}
+
+void Executa(SRegistro& rPedido, CXVContexto& rContexto) {
+    if (rPedido.origem.sArquivo.empty())
+        rPedido.origem.sDiretorio = DiretorioDosRegistros(rContexto, rPedido.origem.bPerfil);
+    CXVSaida& rSaida = rContexto.saida;
+    const auto fMostra = [&](const SLinhaRegistro& rRegistro) {
+        if (rSaida.EhJson())
+            rSaida.LinhaJson(ParaJson(rRegistro));
+        else
+            rSaida.Linha(ParaPessoa(rRegistro));
+    };
+    CXVLeitoresRegistro leitores(rPedido.origem);
+    MostraExistentes(rPedido, leitores, rSaida, fMostra);
+    if (rPedido.bSegue) Segue(rPedido, leitores, rSaida, fMostra);
+}
+
+void AdicionaFiltro(CLI::App& rComando, SFiltroRegistro& rFiltro) {
+    XVOpcao(rComando, "--de", "DATA-HORA", "Deste momento em diante (hora local)",
+            [&rFiltro](std::string_view s) { return SFiltroRegistro::LeMomento(s, false, &rFiltro.sDe); });
+    XVOpcao(rComando, "--ate", "DATA-HORA", "Até este momento (hora local)",
+            [&rFiltro](std::string_view s) { return SFiltroRegistro::LeMomento(s, true, &rFiltro.sAte); });
+    XVOpcaoSimples(rComando, "--funcao", "TEXTO", "Parte do nome da função", &rFiltro.sFuncao);
+    XVOpcao(rComando, "--codigo", "CÓDIGO|NOME", "Código da falha",
+            [&rFiltro](std::string_view s) { return SFiltroRegistro::LeCodigo(s, &rFiltro.sCodigo); });
+    XVOpcaoSimples(rComando, "--da-empresa", "CÓDIGO", "Empresa de quem registrou", &rFiltro.sEmpresa);
+    const auto numero = [&](const char* pszNome, const char* pszDescricao, std::string* psValor) {
+        XVOpcao(rComando, pszNome, "NÚMERO", pszDescricao, [psValor](std::string_view s) {
+            XVUInt ulNumero = 0;
+            std::string sErro = XVLeituraValor::Le(s, &ulNumero);
+            if (sErro.empty()) *psValor = std::to_string(ulNumero);
+            return sErro;
+        });
+    };
+    numero("--do-usuario", "Usuário de quem registrou", &rFiltro.sUsuario);
+    numero("--da-sessao", "Sessão de quem registrou", &rFiltro.sSessao);
+}
+
+std::string LeAnoMes(std::string_view sTexto, std::string* psAnoMes) {
+    XVUInt ulAnoMes = 0;
+    if (sTexto.size() != 6 || !XVLeituraValor::Le(sTexto, &ulAnoMes).empty())
+        return "esperado um mês: AAAAMM";
+    *psAnoMes = sTexto;
+    return {};
+}
+
+}  // namespace
+
+void XVAdicionaRegistro(CLI::App& rRaiz, CXVContexto& rContexto) {
+    auto pPedido = std::make_shared<SRegistro>();
+    CLI::App* pComando = XVAdicionaComando(
+        rRaiz, "registro", "Mostra os registros de erros e de chamadas, decodificados",
+        "  xvcr registro --empresa 001 --ultimos 20\n"
+        "  xvcr registro --empresa 001 --codigo E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA --de 2026-11-21\n"
+        "  xvcr registro --empresa 001 --segue --json\n"
+        "Sem empresa, os registros dos programas, que ficam no diretório do módulo.");
+    SOrigemRegistro& rOrigem = pPedido->origem;
+    XVOpcaoSimples(*pComando, "--arquivo", "ARQUIVO", "Um arquivo de registro pelo caminho",
+                   &rOrigem.sArquivo);
+    XVOpcao(*pComando, "--mes", "AAAAMM", "Só o arquivo deste mês",
+            [&rOrigem](std::string_view s) { return LeAnoMes(s, &rOrigem.sAnoMes); });
+    pComando->add_flag("--perfil", rOrigem.bPerfil, "Entradas, saídas e criações de objetos em vez de erros");
+    AdicionaFiltro(*pComando, pPedido->filtro);
+    XVOpcaoValor(*pComando, "--ultimos", "NÚMERO", "Só os últimos que há (padrão: todos)",
+                 &pPedido->ulUltimos);
+    pComando->add_flag("--segue", pPedido->bSegue,
+                       "Continua mostrando o que for registrado, até ser interrompido");
+    XVOpcaoValor(*pComando, "--por", "SEGUNDOS", "Com --segue: termina depois deste tempo", &pPedido->ulPor);
+    XVDefineAcao(pComando, rContexto, [pPedido, &rContexto] { Executa(*pPedido, rContexto); });
+}

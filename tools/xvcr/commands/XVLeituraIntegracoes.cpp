@@ -1,0 +1,142 @@
+#include "tools/xvcr/commands/XVLeituraIntegracoes.h"
+
+#include <algorithm>
+
+#include "tools/xvcr/commands/XVOpcoes.h"
+#include "tools/xvcr/output/XVTabela.h"
+#include "tools/xvcr/text/XVArquivoSaida.h"
+
+namespace {
+
+// Integrations in memory at a time; their texts may be large.
+constexpr std::size_t k_uiPorLeitura = 64;
+
+// Calls fRecebe for each integration, reading a few at a time. A query of the external systems is made
+// once for the whole list, so the list then stays whole.
+template <class FRecebe>
+void LeTodas(CXVContexto& rContexto, const std::vector<REG_XVDMC>& lista, XVUInt64 uiFlags,
+             FRecebe&& fRecebe) {
+    IXVOperacoes& rOperacoes = rContexto.Abre(EUsoDaBase::eLeitura);
+    if (lista.size() == 1) {
+        SIntegracao dados;
+        XVConfere(rOperacoes.LeIntegracao(lista.front(), uiFlags, &dados));
+        fRecebe(dados);
+        return;
+    }
+    const bool bInteira = (uiFlags & XVFlagLeitura::eConsultaTerceiro) != 0;
+    const std::size_t uiPorLeitura = bInteira ? lista.size() : k_uiPorLeitura;
+    for (std::size_t i = 0; i < lista.size(); i += uiPorLeitura) {
+        const std::size_t uiFim = std::min(lista.size(), i + uiPorLeitura);
+        const std::vector<REG_XVDMC> parte(lista.begin() + static_cast<std::ptrdiff_t>(i),
+                                           lista.begin() + static_cast<std::ptrdiff_t>(uiFim));
+        std::vector<SIntegracao> listaDados;
+        XVConfere(rOperacoes.LeIntegracoes(parte, uiFlags, &listaDados));
+        for (const SIntegracao& rDados : listaDados) fRecebe(rDados);
+    }
+}
+
+struct STextoLido {
+    const char* pszCampo;
+    std::string SIntegracao::*pMembro;
+    XVUInt64 uiFlag;
+    const char* pszFimNome;  // of the file that receives it
+};
+
+constexpr STextoLido k_aTextos[] = {
+    {"regRegistroJSON", &SIntegracao::sRegistroJSON, XVFlagLeitura::eRegistroJSON, ".enviado.json"},
+    {"regMensagemIntegracao", &SIntegracao::sMensagemIntegracao, XVFlagLeitura::eMensagem, ".mensagem.txt"},
+    {"regJSONRetornoIntegracao", &SIntegracao::sJSONRetornoIntegracao, XVFlagLeitura::eJSONRetorno,
+     ".retorno.json"},
+};
+
+std::string ArquivoDoTexto(const SIntegracao& rDados, const STextoLido& rTexto, const std::string& sPasta) {
+    const std::string sCaminho = XVJuntaCaminho(sPasta, rDados.regDmc.ToString() + rTexto.pszFimNome);
+    XVGravaArquivo(sCaminho, rDados.*rTexto.pMembro);
+    return sCaminho;
+}
+
+void MostraUma(CXVContexto& rContexto, const SIntegracao& rDados, XVUInt64 uiFlags,
+               const std::string& sPasta) {
+    constexpr const char* k_szArquivo = "_arquivo";
+    XVJson json = XVRegistroJson::ParaJson(rDados, false);
+    XVRegistroJson::XVListaPares listaPares = XVRegistroJson::ParaPares(rDados, false);
+    for (const STextoLido& rTexto : k_aTextos) {
+        if ((uiFlags & rTexto.uiFlag) == 0) continue;
+        if (!sPasta.empty()) {
+            const std::string sCaminho = ArquivoDoTexto(rDados, rTexto, sPasta);
+            json[std::string(rTexto.pszCampo) + k_szArquivo] = sCaminho;
+            listaPares.emplace_back(std::string(rTexto.pszCampo) + k_szArquivo, sCaminho);
+        } else if (rContexto.saida.EhJson()) {
+            XVRegistroJson::Inclui(json, rTexto.pszCampo, rDados.*rTexto.pMembro);
+        } else {
+            listaPares.emplace_back(rTexto.pszCampo, XVRegistroJson::ParaPessoa(rDados.*rTexto.pMembro));
+        }
+    }
+    if (rContexto.saida.EhJson())
+        rContexto.saida.LinhaJson(json);
+    else
+        rContexto.saida.Pares(listaPares);
+}
+
+}  // namespace
+
+void SOpcoesLeitura::Adiciona(CLI::App& rComando) {
+    rComando.add_flag("--json-enviado", bRegistroJSON, "Lê o JSON enviado");
+    rComando.add_flag("--mensagem", bMensagem, "Lê a mensagem de retorno");
+    rComando.add_flag("--json-retorno", bJSONRetorno, "Lê o JSON devolvido");
+    rComando.add_flag("--todos", bTodos, "Lê os três textos");
+    rComando.add_flag("--consulta-terceiro", bConsultaTerceiro,
+                      "Consulta de novo os dados da integração no sistema externo");
+    rComando.add_flag("--operacao-posterior", bOperacaoPosterior,
+                      "Com --consulta-terceiro: faz também a operação que encerra a consulta");
+    XVOpcaoSimples(rComando, "--para-pasta", "PASTA",
+                   "Grava cada texto lido num arquivo desta pasta em vez de mostrá-lo", &sPasta);
+}
+
+XVUInt64 SOpcoesLeitura::GetFlags() const {
+    if (bOperacaoPosterior && !bConsultaTerceiro)
+        XVErroDeUso("--operacao-posterior só vale com --consulta-terceiro");
+    XVUInt64 uiFlags = bTodos ? XVFlagLeitura::eTextos : 0;
+    if (bRegistroJSON) uiFlags |= XVFlagLeitura::eRegistroJSON;
+    if (bMensagem) uiFlags |= XVFlagLeitura::eMensagem;
+    if (bJSONRetorno) uiFlags |= XVFlagLeitura::eJSONRetorno;
+    if (!sPasta.empty() && uiFlags == 0)
+        XVErroDeUso("--para-pasta pede ao menos um texto (--todos, por exemplo)");
+    if (bConsultaTerceiro) uiFlags |= XVFlagLeitura::eConsultaTerceiro;
+    if (bOperacaoPosterior) uiFlags |= XVFlagLeitura::eOperacaoPosterior;
+    return uiFlags;
+}
+
+void XVMostraIntegracoes(CXVContexto& rContexto, const std::vector<REG_XVDMC>& lista,
+                         const SOpcoesLeitura& rOpcoes) {
+    const XVUInt64 uiFlags = rOpcoes.GetFlags();
+    if (!rOpcoes.sPasta.empty()) XVCriaPasta(rOpcoes.sPasta);
+    bool bPrimeira = true;
+    LeTodas(rContexto, lista, uiFlags, [&](const SIntegracao& rDados) {
+        if (!bPrimeira && !rContexto.saida.EhJson()) rContexto.saida.Linha("");
+        bPrimeira = false;
+        MostraUma(rContexto, rDados, uiFlags, rOpcoes.sPasta);
+    });
+}
+
+void XVTabelaIntegracoes(CXVContexto& rContexto, const std::vector<REG_XVDMC>& lista) {
+    CXVTabela tabela({{"DMC"},
+                      {"Inclusão"},
+                      {"Tipo"},
+                      {"Transação"},
+                      {"Sistema"},
+                      {"Status"},
+                      {"Chave externa", CXVTabela::EAlinhamento::eDireita},
+                      {"Movimento de origem"}});
+    LeTodas(rContexto, lista, 0, [&](const SIntegracao& rDados) {
+        using XVRegistroJson::ParaPessoa;
+        tabela.Inclui({ParaPessoa(rDados.regDmc), ParaPessoa(rDados.regDataHoraInclusao),
+                       ParaPessoa(EEnumeracao::eTipoIntegracao, rDados.eTipoIntegracao),
+                       ParaPessoa(EEnumeracao::eTipoTransacao, rDados.eTipoTransacao),
+                       ParaPessoa(EEnumeracao::eSistemaIntegracao, rDados.eSistemaIntegracao),
+                       ParaPessoa(EEnumeracao::eStatusIntegracao, rDados.eStatusIntegracao),
+                       ParaPessoa(rDados.uiChaveIntegracaoSistemaTerceiro),
+                       ParaPessoa(rDados.regDmcMovimentoOrigem)});
+    });
+    rContexto.saida.Escreve(tabela.Monta());
+}

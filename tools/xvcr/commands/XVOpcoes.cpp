@@ -1,0 +1,82 @@
+#include "tools/xvcr/commands/XVOpcoes.h"
+
+#include "tools/xvcr/text/XVTextoEntrada.h"
+
+namespace {
+
+constexpr char k_cMarca = '\x01';
+
+bool PrecisaMarca(std::string_view sValor) {
+    return sValor.empty() || sValor.front() == '[' || sValor.front() == '{' || sValor.front() == k_cMarca;
+}
+
+}  // namespace
+
+std::vector<std::string> XVProtegeArgumentos(std::vector<std::string> listaArgumentos) {
+    for (std::string& rArgumento : listaArgumentos) {
+        std::size_t uiValor = 0;
+        if (rArgumento.starts_with('-')) {
+            const std::size_t uiIgual = rArgumento.find('=');
+            if (uiIgual == std::string::npos) continue;
+            uiValor = uiIgual + 1;
+        }
+        if (PrecisaMarca(std::string_view(rArgumento).substr(uiValor)))
+            rArgumento.insert(uiValor, 1, k_cMarca);
+    }
+    return listaArgumentos;
+}
+
+std::string XVDesprotege(const std::string& sArgumento) {
+    return sArgumento.starts_with(k_cMarca) ? sArgumento.substr(1) : sArgumento;
+}
+
+CLI::Option* XVOpcao(CLI::App& rComando, const std::string& sNome, const std::string& sTipo,
+                     const std::string& sDescricao, FLeOpcao fLe) {
+    const auto fRecebe = [sNome, fLe = std::move(fLe)](const std::string& sArgumento) {
+        const std::string sErro = fLe(XVDesprotege(sArgumento));
+        if (!sErro.empty()) throw CLI::ValidationError(sNome, sErro);
+    };
+    return rComando.add_option_function<std::string>(sNome, fRecebe, sDescricao)
+        ->type_name(sTipo)
+        ->allow_extra_args(false);
+}
+
+CLI::Option* XVOpcaoSimples(CLI::App& rComando, const std::string& sNome, const std::string& sTipo,
+                            const std::string& sDescricao, std::string* psValor) {
+    return XVOpcao(rComando, sNome, sTipo, sDescricao, [psValor](std::string_view s) {
+        *psValor = s;
+        return std::string();
+    });
+}
+
+CLI::Option* XVOpcaoTexto(CLI::App& rComando, const std::string& sNome, const std::string& sDescricao,
+                          std::string* psValor) {
+    return XVOpcao(rComando, sNome, "TEXTO|@ARQUIVO|-", sDescricao, [psValor](std::string_view s) {
+        *psValor = XVLeTextoEntrada(s);
+        return XVConfereTexto(*psValor);
+    });
+}
+
+CLI::Option* XVOpcaoEnumeracao(CLI::App& rComando, const std::string& sNome, const std::string& sDescricao,
+                               EEnumeracao eEnumeracao, XVUInt* pulValor) {
+    return XVOpcao(rComando, sNome, "NOME|NÚMERO", sDescricao, [eEnumeracao, pulValor](std::string_view s) {
+        return XVLeituraValor::Le(s, eEnumeracao, pulValor);
+    });
+}
+
+CLI::Option* XVOpcaoLista(CLI::App& rComando, const std::string& sNome, const std::string& sDescricao,
+                          EEnumeracao eEnumeracao, std::vector<XVUInt>* pLista) {
+    const auto fRecebe = [sNome, eEnumeracao, pLista](const std::vector<std::string>& listaArgumentos) {
+        for (const std::string& rArgumento : listaArgumentos) {
+            for (const std::string& rNome : CLI::detail::split(XVDesprotege(rArgumento), ',')) {
+                XVUInt ulValor = 0;
+                const std::string sErro = XVLeituraValor::Le(rNome, eEnumeracao, &ulValor);
+                if (!sErro.empty()) throw CLI::ValidationError(sNome, "\"" + rNome + "\": " + sErro);
+                pLista->push_back(ulValor);
+            }
+        }
+    };
+    return rComando.add_option_function<std::vector<std::string>>(sNome, fRecebe, sDescricao)
+        ->type_name("NOME[,NOME...]")
+        ->allow_extra_args(false);
+}

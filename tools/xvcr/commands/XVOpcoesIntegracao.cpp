@@ -1,0 +1,62 @@
+#include "tools/xvcr/commands/XVOpcoesIntegracao.h"
+
+#include "tools/xvcr/commands/XVOpcoes.h"
+
+template <auto membro>
+void CXVOpcoesIntegracao::Valor(CLI::App& rComando, const char* pszNome, const char* pszTipo,
+                                const char* pszDescricao) {
+    Inclui<membro>(XVOpcaoValor(rComando, pszNome, pszTipo, pszDescricao, &(m_Dados.*membro)));
+}
+
+template <auto membro>
+void CXVOpcoesIntegracao::Texto(CLI::App& rComando, const char* pszNome, const char* pszDescricao) {
+    Inclui<membro>(XVOpcaoTexto(rComando, pszNome, pszDescricao, &(m_Dados.*membro)));
+}
+
+template <auto membro>
+void CXVOpcoesIntegracao::Enumeracao(CLI::App& rComando, const char* pszNome, const char* pszDescricao,
+                                     EEnumeracao eEnumeracao) {
+    Inclui<membro>(XVOpcaoEnumeracao(rComando, pszNome, pszDescricao, eEnumeracao, &(m_Dados.*membro)));
+}
+
+void CXVOpcoesIntegracao::Adiciona(CLI::App& rComando, bool bTextos) {
+    using S = SIntegracao;
+    constexpr const char* k_szNumero = "NÚMERO";
+    if (bTextos) {
+        Texto<&S::sRegistroJSON>(rComando, "--json-enviado", "JSON enviado ao sistema externo");
+        Texto<&S::sMensagemIntegracao>(rComando, "--mensagem", "Mensagem de retorno");
+        Texto<&S::sJSONRetornoIntegracao>(rComando, "--json-retorno", "JSON devolvido pelo sistema externo");
+    }
+    Enumeracao<&S::eTipoIntegracao>(rComando, "--tipo", "Tipo de integração", EEnumeracao::eTipoIntegracao);
+    Enumeracao<&S::eStatusIntegracao>(rComando, "--status", "Status da integração",
+                                      EEnumeracao::eStatusIntegracao);
+    Enumeracao<&S::eSistemaIntegracao>(rComando, "--sistema", "Sistema externo",
+                                       EEnumeracao::eSistemaIntegracao);
+    Enumeracao<&S::eTipoTransacao>(rComando, "--transacao", "Tipo de transação", EEnumeracao::eTipoTransacao);
+    Valor<&S::uiChaveIntegracaoSistemaTerceiro>(rComando, "--chave", k_szNumero,
+                                                "Chave da integração no sistema externo");
+    Valor<&S::uiChaveRegistroSistemaTerceiro>(rComando, "--chave-registro", k_szNumero,
+                                              "Chave do registro no sistema externo");
+    Valor<&S::uiBaseDadosTerceiro>(rComando, "--base-dados", k_szNumero, "Base de dados do sistema externo");
+    Valor<&S::regDmcIntegracaoOrigem>(rComando, "--integracao-origem", "DMC",
+                                      "Integração que deu origem a esta");
+    Valor<&S::regDmcMovimentoOrigem>(rComando, "--movimento-origem", "DMC",
+                                     "Registro do sistema que é integrado");
+    Valor<&S::regDataHoraInclusao>(rComando, "--inclusao", "DATA-HORA",
+                                   "Data-hora de inclusão em UTC (padrão: agora)");
+    Valor<&S::regDataHoraAlteracaoStatus>(rComando, "--alteracao-status", "DATA-HORA",
+                                          "Data-hora da última mudança de status em UTC");
+    Valor<&S::ulPonteiroFilial>(rComando, "--filial", k_szNumero, "Ponteiro da filial");
+    Valor<&S::ulPonteiroUsuarioInclusao>(rComando, "--usuario-inclusao", k_szNumero, "Usuário que incluiu");
+    Valor<&S::ulPonteiroUsuarioCancelamento>(rComando, "--usuario-cancelamento", k_szNumero,
+                                             "Usuário que cancelou");
+    Valor<&S::ulPonteiroAuxiliar>(rComando, "--auxiliar", k_szNumero, "Ponteiro auxiliar");
+    Valor<&S::ucTipoPonteiroAuxiliar>(rComando, "--tipo-auxiliar", k_szNumero, "Tipo do ponteiro auxiliar");
+    Valor<&S::cReconsultarIdTerceiros>(rComando, "--reconsultar", "0|1",
+                                       "Consultar de novo os ids do sistema externo");
+}
+
+void CXVOpcoesIntegracao::Aplica(SIntegracao& rDados) const {
+    for (const SDada& rDada : m_listaDadas)
+        if (rDada.pOpcao->count() > 0) rDada.pfCopia(rDados, m_Dados);
+}

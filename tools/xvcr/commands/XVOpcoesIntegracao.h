@@ -1,0 +1,43 @@
+// The options that fill an integration record, one for each field a person may give.
+#pragma once
+
+#include <CLI/App.hpp>
+#include <vector>
+
+#include "tools/xvcr/XVValores.h"
+#include "tools/xvcr/text/XVEnumeracoesTexto.h"
+
+class CXVOpcoesIntegracao {
+  public:
+    CXVOpcoesIntegracao() = default;
+    CXVOpcoesIntegracao(const CXVOpcoesIntegracao&) = delete;
+    CXVOpcoesIntegracao& operator=(const CXVOpcoesIntegracao&) = delete;
+
+    // Adds the options; this object must outlive the command. Texts only where bTextos.
+    void Adiciona(CLI::App& rComando, bool bTextos);
+
+    // The fields that were given, over those of rDados.
+    void Aplica(SIntegracao& rDados) const;
+
+  private:
+    struct SDada {
+        const CLI::Option* pOpcao;
+        void (*pfCopia)(SIntegracao& rDestino, const SIntegracao& rOrigem);
+    };
+    template <auto membro>
+    void Inclui(const CLI::Option* pOpcao) {
+        m_listaDadas.push_back({pOpcao, [](SIntegracao& rDestino, const SIntegracao& rOrigem) {
+                                    rDestino.*membro = rOrigem.*membro;
+                                }});
+    }
+    template <auto membro>
+    void Valor(CLI::App& rComando, const char* pszNome, const char* pszTipo, const char* pszDescricao);
+    template <auto membro>
+    void Texto(CLI::App& rComando, const char* pszNome, const char* pszDescricao);
+    template <auto membro>
+    void Enumeracao(CLI::App& rComando, const char* pszNome, const char* pszDescricao,
+                    EEnumeracao eEnumeracao);
+
+    SIntegracao m_Dados;
+    std::vector<SDada> m_listaDadas;
+};

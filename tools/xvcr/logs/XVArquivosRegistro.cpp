@@ -1,0 +1,48 @@
+#include "tools/xvcr/logs/XVArquivosRegistro.h"
+
+#include <algorithm>
+
+#include "platform/XVPlataforma.h"
+#include "tools/xvcr/text/XVErros.h"
+
+namespace {
+
+constexpr std::size_t k_uiLimiteLinha = 1024U * 1024U;  // bytes; a record is far below
+
+// "202611" of "XVProfilerErros_Base_202611.log".
+std::string_view AnoMes(std::string_view sNome) {
+    constexpr std::size_t k_uiFim = sizeof("202611.log") - 1;
+    return sNome.size() < k_uiFim ? std::string_view() : sNome.substr(sNome.size() - k_uiFim, 6);
+}
+
+}  // namespace
+
+std::vector<std::string> SOrigemRegistro::Lista() const {
+    if (!sArquivo.empty()) return {sArquivo};
+    const IXVSistemaArquivos& rSistema = XVPlataforma::SistemaArquivos();
+    std::vector<std::string> listaNomes;
+    const std::string sMascara = bPerfil ? "XVProfiler.log" : "XVProfilerErros_*_??????.log";
+    if (!XVPlataforma::SistemaArquivos().Lista(sDiretorio, sMascara, listaNomes).Ok())
+        XVFalha("não foi possível listar o diretório \"" + sDiretorio + "\"");
+    if (!sAnoMes.empty() && !bPerfil)
+        std::erase_if(listaNomes, [&](const std::string& rNome) { return AnoMes(rNome) != sAnoMes; });
+    std::sort(listaNomes.begin(), listaNomes.end());
+    for (std::string& rNome : listaNomes) rNome = rSistema.Junta(sDiretorio, rNome);
+    return listaNomes;
+}
+
+CXVLeitorRegistro::CXVLeitorRegistro(const std::string& sArquivo)
+    : m_pFonte(XVAbreFonte(sArquivo)), m_Leitor(*m_pFonte, k_uiLimiteLinha, true) {}
+
+bool CXVLeitorRegistro::Proximo(SLinhaRegistro* pRegistro) {
+    std::string sLinha;
+    for (;;) {
+        const CXVLeitorLinhas::EResultado eResultado = m_Leitor.Proxima(&sLinha);
+        if (eResultado == CXVLeitorLinhas::EResultado::eFim) return false;
+        if (eResultado == CXVLeitorLinhas::EResultado::eLonga) continue;
+        if (CXVCabecalhoRegistro::EhCabecalho(sLinha))
+            m_Cabecalho.emplace(sLinha);
+        else if (m_Cabecalho.has_value() && m_Cabecalho->Le(sLinha, pRegistro))
+            return true;
+    }
+}

@@ -1,0 +1,57 @@
+// The trace logs of an installation: which files there are, and reading them while they grow.
+#pragma once
+
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "tools/xvcr/logs/XVLinhaRegistro.h"
+#include "tools/xvcr/text/XVLeitorLinhas.h"
+
+// Where to look: the monthly error logs of a directory, or its log of entries and exits.
+struct SOrigemRegistro {
+    std::string sDiretorio;
+    std::string sArquivo;  // one file by its path; then nothing else counts
+    std::string sAnoMes;   // "202611"; empty: all months
+    bool bPerfil = false;  // entries, exits and object creations instead of errors
+
+    // The files in the order of their months. A directory that cannot be listed is thrown as CXVErro.
+    std::vector<std::string> Lista() const;
+};
+
+// One log, read line by line as it grows.
+class CXVLeitorRegistro {
+  public:
+    explicit CXVLeitorRegistro(const std::string& sArquivo);
+
+    // The next record that is there now; lines that are none are passed over.
+    bool Proximo(SLinhaRegistro* pRegistro);
+
+  private:
+    std::unique_ptr<IXVFonteBytes> m_pFonte;
+    CXVLeitorLinhas m_Leitor;
+    std::optional<CXVCabecalhoRegistro> m_Cabecalho;
+};
+
+// All logs of an origin, those included that appear later.
+class CXVLeitoresRegistro {
+  public:
+    explicit CXVLeitoresRegistro(SOrigemRegistro origem) : m_Origem(std::move(origem)) {}
+
+    // Calls fRecebe for each record that has come since the last call.
+    template <class FRecebe>
+    void LeNovos(FRecebe&& fRecebe) {
+        for (const std::string& rArquivo : m_Origem.Lista()) {
+            auto pLeitor = m_mapLeitores.find(rArquivo);
+            if (pLeitor == m_mapLeitores.end()) pLeitor = m_mapLeitores.try_emplace(rArquivo, rArquivo).first;
+            SLinhaRegistro registro;
+            while (pLeitor->second.Proximo(&registro)) fRecebe(registro);
+        }
+    }
+
+  private:
+    SOrigemRegistro m_Origem;
+    std::map<std::string, CXVLeitorRegistro> m_mapLeitores;
+};

@@ -1,0 +1,50 @@
+#include "tools/xvcr/logs/XVFiltroRegistro.h"
+
+#include <charconv>
+
+#include "support/messages/XVMensagens.h"
+#include "support/values/XVData.h"
+#include "support/values/XVTextoAscii.h"
+#include "tools/xvcr/text/XVErros.h"
+
+bool SFiltroRegistro::Aceita(const SLinhaRegistro& rRegistro) const {
+    const auto igual = [](const std::string& sFiltro, const std::string& sValor) {
+        return sFiltro.empty() || XVIgualSemCaixa(sFiltro, sValor);
+    };
+    if (!sDe.empty() && rRegistro.sDataHora < sDe) return false;
+    if (!sAte.empty() && rRegistro.sDataHora > sAte) return false;
+    if (!sFuncao.empty() &&
+        XVEmMinusculas(rRegistro.sFuncao).find(XVEmMinusculas(sFuncao)) == std::string::npos)
+        return false;
+    return igual(sCodigo, rRegistro.sCodigo) && igual(sEmpresa, rRegistro.sEmpresa) &&
+           igual(sUsuario, rRegistro.sUsuario) && igual(sSessao, rRegistro.sSessao);
+}
+
+std::string SFiltroRegistro::LeMomento(std::string_view sTexto, bool bFim, std::string* psMomento) {
+    REG_XVDMAHMSUTC regMomento;
+    if (sTexto.ends_with('Z') || !REG_XVDMAHMSUTC::DeISO8601(sTexto, &regMomento))
+        return "esperada uma data-hora local, sem Z: 2026-11-21 ou 2026-11-21T13:05:09";
+    std::string sMomento = regMomento.ToISO8601();
+    sMomento.pop_back();
+    // A day without time means all of it.
+    if (bFim && sTexto.find('T') == std::string_view::npos)
+        sMomento.replace(sMomento.find('T'), 9, "T23:59:59");
+    *psMomento = std::move(sMomento);
+    return {};
+}
+
+std::string SFiltroRegistro::LeCodigo(std::string_view sTexto, std::string* psCodigo) {
+    const bool bHexadecimal = sTexto.starts_with("0x") || sTexto.starts_with("0X");
+    const std::string_view sDigitos = bHexadecimal ? sTexto.substr(2) : sTexto;
+    const char* pszFim = sDigitos.data() + sDigitos.size();
+    XVUInt ulCodigo = 0;
+    const auto [pszLido, erro] = std::from_chars(sDigitos.data(), pszFim, ulCodigo, bHexadecimal ? 16 : 10);
+    if (erro == std::errc() && pszLido == pszFim) {
+        *psCodigo = XVCodigoHexadecimal(XVHResult(ulCodigo));
+        return {};
+    }
+    const SMensagemCodigo* pMensagem = XVBuscaMensagemPorNome(sTexto);
+    if (pMensagem == nullptr) return "esperado um código (0x81080AAA) ou o nome simbólico de um";
+    *psCodigo = XVCodigoHexadecimal(pMensagem->hr);
+    return {};
+}
