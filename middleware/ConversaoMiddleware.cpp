@@ -13,7 +13,7 @@
 #include "middleware/ConversaoIndicios.h"
 #include "middleware/XVCheckOperacao.h"
 #include "middleware/XVDataBase_CR_Middleware.h"
-#include "platform/XVPlataforma.h"
+#include "platform/XVTentativas.h"
 #include "support/codes/XVCodigos.h"
 #include "support/codes/XVCodigosArquivo.h"
 #include "support/trace/XVArquivoRecusado.h"
@@ -22,8 +22,6 @@
 
 namespace {
 constexpr const char* k_pszMarcaConversao = "DFXXMARCA2";
-constexpr int k_iTentativasMarca = 500;
-constexpr XVUInt k_ulEsperaTentativa = 10;  // ms
 }  // namespace
 
 HRESULT CXVConversaoMiddleware::OnInicializa() {
@@ -67,12 +65,7 @@ HRESULT CXVConversaoMiddleware::RecusaVersaoPosterior(XVUShort usVersao) {
 HRESULT CXVConversaoMiddleware::MarcaConversao(std::unique_ptr<IXVMarcaDiretorio>& marca) {
     std::string sDiretorio;
     XV_CHECK(CXVDataBaseUtil::GetPathDados(XV_DF, GetEmpresa(), &sDiretorio));
-    CXVErroArquivo erro;
-    for (int i = 1; i <= k_iTentativasMarca; ++i) {
-        erro = XVPlataforma::SistemaArquivos().MarcaDiretorio(sDiretorio, k_pszMarcaConversao, marca);
-        if (erro.GetCausa() != ECausaArquivo::eViolacaoCompartilhamento) break;
-        if (i < k_iTentativasMarca) XVPlataforma::Relogio().Dorme(k_ulEsperaTentativa);
-    }
+    const CXVErroArquivo erro = XVTentaMarca(k_iTentativasLongas, sDiretorio, k_pszMarcaConversao, marca);
     if (!erro.Ok())
         XV_CHECK_TEXTO(Recusa(XVCodigosArquivo::DeExcecao(erro.GetCausa()).hr, k_pszMarcaConversao),
                        "MarcaDiretorio(sDiretorio, marca)");

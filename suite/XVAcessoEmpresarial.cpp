@@ -2,7 +2,7 @@
 
 #include <cstdio>
 
-#include "platform/XVPlataforma.h"
+#include "platform/XVTentativas.h"
 #include "support/XVAmbiente.h"
 #include "support/codes/XVCodigosArquivo.h"
 
@@ -10,10 +10,6 @@ namespace {
 
 constexpr std::string_view k_sCabecalho =
     "Data\tHora\tEmpresa\tUsuario\tSessao\tServico\tTipoRegistro\tChave\tTexto\n";
-
-// Another process creating or reading the file holds it only for a moment.
-constexpr int k_iTentativas = 50;
-constexpr XVUInt k_ulEspera = 10;  // ms
 
 std::string_view SemFimDeLinha(std::string_view sTexto) {
     if (sTexto.ends_with('\n')) sTexto.remove_suffix(1);
@@ -27,14 +23,10 @@ void AnexaColuna(std::string& sLinha, std::string_view sValor) {
 
 CXVErroArquivo AbreLog(const std::string& sCaminho, ECriacaoArquivo eCriacao,
                        std::unique_ptr<IXVArquivo>& pArquivo) {
-    CXVErroArquivo erro;
-    for (int i = 0; i < k_iTentativas; ++i) {
-        if (i != 0) XVPlataforma::Relogio().Dorme(k_ulEspera);
-        erro = XVPlataforma::SistemaArquivos().Abre(
+    return XVTentaEnquantoOcupado(k_iTentativasCurtas, [&] {
+        return XVPlataforma::SistemaArquivos().Abre(
             sCaminho, {EAcessoArquivo::eAnexacao, ECompartilhamentoArquivo::eNegaNada, eCriacao}, pArquivo);
-        if (erro.GetCausa() != ECausaArquivo::eViolacaoCompartilhamento) break;
-    }
-    return erro;
+    });
 }
 
 // A write that failed may have left a part of its line: the next one then starts on a line of its own.
@@ -51,16 +43,11 @@ CXVErroArquivo GravaLinha(IXVArquivo& rArquivo, std::string_view sLinha, bool* p
 // line, the others wait until it stands there.
 CXVErroArquivo CriaLog(const std::string& sDiretorio, const std::string& sNome, bool* pbLinhaPartida,
                        std::unique_ptr<IXVArquivo>& pArquivo) {
-    IXVSistemaArquivos& rSistema = XVPlataforma::SistemaArquivos();
     std::unique_ptr<IXVMarcaDiretorio> pMarca;
-    CXVErroArquivo erro;
-    for (int i = 0; i < k_iTentativas; ++i) {
-        if (i != 0) XVPlataforma::Relogio().Dorme(k_ulEspera);
-        erro = rSistema.MarcaDiretorio(sDiretorio, "loggeral", pMarca);
-        if (erro.GetCausa() != ECausaArquivo::eViolacaoCompartilhamento) break;
-    }
+    CXVErroArquivo erro = XVTentaMarca(k_iTentativasCurtas, sDiretorio, "loggeral", pMarca);
     if (!erro.Ok()) return erro;
-    erro = AbreLog(rSistema.Junta(sDiretorio, sNome), ECriacaoArquivo::eCriaSeAusente, pArquivo);
+    erro = AbreLog(XVPlataforma::SistemaArquivos().Junta(sDiretorio, sNome), ECriacaoArquivo::eCriaSeAusente,
+                   pArquivo);
     if (!erro.Ok()) return erro;
     XVUInt64 uiTamanho = 0;
     erro = pArquivo->GetTamanho(uiTamanho);

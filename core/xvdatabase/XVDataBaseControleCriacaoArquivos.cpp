@@ -10,7 +10,7 @@
 #include "core/xvdatabase/XVModoAbertura.h"
 #include "core/xvdatabase/XVNomeArquivo.h"
 #include "core/xvdatabase/XVTextFile.h"
-#include "platform/XVPlataforma.h"
+#include "platform/XVTentativas.h"
 #include "support/codes/XVCodigos.h"
 #include "support/codes/XVCodigosArquivo.h"
 #include "support/trace/XVArquivoRecusado.h"
@@ -18,9 +18,6 @@
 #include "support/values/XVTextoAscii.h"
 
 namespace {
-
-constexpr int k_iTentativasMarca = 500;
-constexpr XVUInt k_ulEsperaTentativa = 10;  // ms
 
 const std::string k_sNomeControle(XVDATABASE_NOME_ARQUIVO_CONTROLE_CRIACAO_ARQUIVOS);
 
@@ -162,29 +159,33 @@ HRESULT CXVDataBaseControleCriacaoArquivos::RemoveControleCriacaoArquivos() {
     XV_CHECK(copia.Inicia(this, sNomeTra));
     CXVImagemArquivo xvFileNew(m_eModulo, sNomeTra);
     XV_CHECK(xvFileNew.Inicializa(this));
-    XV_CHECK(GravaListaSemArquivo(xvFileNew));
-    XV_CHECK_TEXTO(
-        CXVDataBaseUtil::RenomeiaArquivoTRA(this, m_eModulo, k_sNomeControle, k_usVersaoArquivoInicial),
-        "CXVDataBaseUtil::RenomeiaArquivoTRA(this, m_eModulo, "
-        "XVDATABASE_NOME_ARQUIVO_CONTROLE_CRIACAO_ARQUIVOS)");
+    std::vector<std::string> aRegistrosNew;
+    XV_CHECK(LeOutrosNomes(&aRegistrosNew));
+    if (!aRegistrosNew.empty())
+        XV_CHECK_TEXTO(GravaLista(xvFileNew, aRegistrosNew),
+                       "xvFileNew.GravaColecao(uiPosicao, aRegistrosNew)");
+    XV_CHECK_TEXTO(SubstituiLista(sPathTra, aRegistrosNew.empty()),
+                   "CXVDataBaseUtil::RenomeiaArquivoTRA(this, m_eModulo, "
+                   "XVDATABASE_NOME_ARQUIVO_CONTROLE_CRIACAO_ARQUIVOS)");
     xvFileNew.Libera();
     return S_OK;
 }
 
-// Under the mark: the ".tra" of the control file with every name but this one. No name left: no ".tra",
-// and the rename then deletes the control file.
-HRESULT CXVDataBaseControleCriacaoArquivos::GravaListaSemArquivo(CXVImagemArquivo& xvFileNew) {
-    std::vector<std::string> aRegistrosNew;
-    CXVDataBaseControle xvDB(m_eModulo, k_sNomeControle, CXVDataBaseControle::EUso::eLeitura);
-    XV_CHECK(xvDB.Inicializa(this));
-    const CXVTextFile::CColecao& aRegistros = *xvDB.GetArquivo().GetPtrRegistros();
-    for (std::size_t i = 0; i < aRegistros.size(); ++i)
-        if (!XVIgualSemCaixa(aRegistros[i].GetTexto(), m_sNomeArquivo))
-            aRegistrosNew.emplace_back(aRegistros[i].GetTexto());
-    XV_CHECK(xvDB.Finaliza());
-    if (aRegistrosNew.empty()) return S_OK;
-    XV_CHECK_TEXTO(GravaLista(xvFileNew, aRegistrosNew), "xvFileNew.GravaColecao(uiPosicao, aRegistrosNew)");
+// Under the mark: every name of the list but this one.
+HRESULT CXVDataBaseControleCriacaoArquivos::LeOutrosNomes(std::vector<std::string>* plistaNomes) {
+    XV_CHECK(LeNomesControlados(plistaNomes));
+    std::erase_if(*plistaNomes,
+                  [this](const std::string& sNome) { return XVIgualSemCaixa(sNome, m_sNomeArquivo); });
     return S_OK;
+}
+
+// The shorter list takes the place of the control file; a list without names is no file at all. Nothing
+// follows the move: the control file has no header, and is under nobody's control.
+HRESULT CXVDataBaseControleCriacaoArquivos::SubstituiLista(const std::string& sPathTra, bool bVazia) {
+    if (bVazia) return CXVDataBaseUtil::DeletaSemControle(this, m_eModulo, k_sNomeControle);
+    std::string sPathControle;
+    XV_CHECK(CXVDataBaseUtil::GetPathArquivo(m_eModulo, GetEmpresa(), k_sNomeControle, &sPathControle));
+    return CXVDataBaseUtil::MovePath(this, sPathTra, sPathControle);
 }
 
 // The list must have reached the device before it takes the place of the old one.
@@ -206,12 +207,7 @@ HRESULT CXVDataBaseControleCriacaoArquivos::ExecutaMarcaDiretorio(std::unique_pt
                    "CXVDataBaseUtil::GetPathDados(m_eModulo, GetEmpresa(), sDiretorioMarca)");
     const std::string sMarca = std::string(CAmbienteXV::GetSiglaModulo(m_eModulo)) + "XXMARCA" +
                                std::to_string(static_cast<unsigned>(ControleCriacaoArquivosInMemory));
-    CXVErroArquivo erro;
-    for (int i = 1; i <= k_iTentativasMarca; ++i) {
-        erro = XVPlataforma::SistemaArquivos().MarcaDiretorio(sDiretorioMarca, sMarca, marca);
-        if (erro.GetCausa() != ECausaArquivo::eViolacaoCompartilhamento) break;
-        if (i < k_iTentativasMarca) XVPlataforma::Relogio().Dorme(k_ulEsperaTentativa);
-    }
+    const CXVErroArquivo erro = XVTentaMarca(k_iTentativasLongas, sDiretorioMarca, sMarca, marca);
     if (erro.Ok()) return S_OK;
     const HRESULT hr = XVCodigosArquivo::DeExcecao(erro.GetCausa()).hr;
     XVProfiler::RecordError(this, "CXVDataBaseControleCriacaoArquivos::ExecutaMarcaDiretorio", XVNomeFonte(),

@@ -1,6 +1,10 @@
 // File-creation control of one database file: the list, kept in the data directory's control file, of
 // the files that were brought under control, and the check at open that a listed file is present.
 //
+// The list is itself a database file of texts, read and written through CXVTextFile, whose base asks a
+// control of its own at every opening. This recursion is part of what the list is, and it ends at once: the
+// control file's own name is exempt from control (XVNomeArquivo::EhIsento).
+//
 // Thread rule: as its file. Updates of the control file are exclusive between threads and processes
 // through a mark on the directory.
 #pragma once
@@ -42,7 +46,8 @@ class CXVDataBaseControleCriacaoArquivos : public CXVInicializador {
 
   private:
     HRESULT ExecutaMarcaDiretorio(std::unique_ptr<IXVMarcaDiretorio>& marca);
-    HRESULT GravaListaSemArquivo(CXVImagemArquivo& xvFileNew);
+    HRESULT LeOutrosNomes(std::vector<std::string>* plistaNomes);
+    HRESULT SubstituiLista(const std::string& sPathTra, bool bVazia);
     HRESULT GravaLista(CXVImagemArquivo& xvFileNew, const std::vector<std::string>& aRegistrosNew);
 
     EModulo m_eModulo;

@@ -1,15 +1,14 @@
+// CXVDataBaseUtil, lowest floor: paths, names, moves and deletions. Knows neither control nor files.
 #include "core/xvdatabase/XVDataBaseUtil.h"
 
 #include <algorithm>
 
 #include "contract/XVRegistroInicializacao.h"
-#include "core/xvdatabase/XVDataBase.h"
-#include "core/xvdatabase/XVDataBaseControleCriacaoArquivos.h"
 #include "core/xvdatabase/XVDiario.h"
-#include "core/xvdatabase/XVFileBase.h"
 #include "core/xvdatabase/XVNomeArquivo.h"
 #include "platform/XVAmbienteSO.h"
-#include "platform/XVPlataforma.h"
+#include "platform/XVTentativas.h"
+#include "suite/XVBaseParaRotinas.h"
 #include "support/codes/XVCodigos.h"
 #include "support/codes/XVCodigosArquivo.h"
 #include "support/trace/XVArquivoRecusado.h"
@@ -17,19 +16,12 @@
 
 namespace {
 
-constexpr int k_iTentativas = 50;
-constexpr XVUInt k_ulEsperaTentativa = 10;  // ms
 constexpr XVUInt k_ulTipoRegistroArquivo = 21;
 
-// Runs operacao until it succeeds, at most 50 times 10 ms apart; the last error otherwise.
+// A deletion and a move are tried again whatever is in the way.
 template <class TOperacao>
 CXVErroArquivo Tenta(TOperacao operacao) {
-    CXVErroArquivo erro = operacao();
-    for (int i = 1; i < k_iTentativas && !erro.Ok(); ++i) {
-        XVPlataforma::Relogio().Dorme(k_ulEsperaTentativa);
-        erro = operacao();
-    }
-    return erro;
+    return XVTenta(k_iTentativasCurtas, operacao, [](const CXVErroArquivo& rErro) { return !rErro.Ok(); });
 }
 
 std::string TextoAuditoria(const IXVDF_Profiler& rDono, const std::string& sNomeArquivo) {
@@ -133,35 +125,16 @@ HRESULT CXVDataBaseUtil::GravaAuditoria(const IXVDF_Profiler* pDono, const std::
     return S_OK;
 }
 
-// The entry leaves the control before the file goes: a crash in between leaves an unlisted file, which
-// the next opening lists again; the other order would leave a listed file missing.
-HRESULT CXVDataBaseUtil::DeletaArquivoUnico(const IXVDF_Profiler* pDono, EModulo eModulo,
-                                            const std::string& sNomeArquivo, EControleDelecao eControle) {
+HRESULT CXVDataBaseUtil::DeletaSemControle(const IXVDF_Profiler* pDono, EModulo eModulo,
+                                           const std::string& sNomeArquivo) {
     std::string sPathArquivo;
     XV_CHECK_DONO(pDono, GetPathArquivo(eModulo, pDono->GetEmpresa(), sNomeArquivo, &sPathArquivo));
-    if (eControle == eRemoveDoControle) {
-        CXVDataBaseControleCriacaoArquivos controle(eModulo, sNomeArquivo);
-        XV_CHECK_DONO(pDono, controle.Inicializa(pDono));
-        XV_CHECK_DONO(pDono, controle.RemoveControleCriacaoArquivos());
-    }
     bool bExiste = false;
     XV_CHECK_DONO(pDono, Existe(pDono, sPathArquivo, &bExiste));
     if (!bExiste) return S_OK;
     XV_CHECK_DONO(pDono, DeletaPath(pDono, sPathArquivo));
     // The file is gone whatever becomes of the entry: its failure is recorded and no more.
     if (eModulo != k_eModuloSemAuditoria) XVIgnora(GravaAuditoria(pDono, sNomeArquivo));
-    return S_OK;
-}
-
-HRESULT CXVDataBaseUtil::DeletaArquivo(const IXVDF_Profiler* pDono, EModulo eModulo,
-                                       const std::string& sNomeArquivo, EControleDelecao eControle) {
-    XV_ESCOPO_DONO(pDono, {"sNomeArquivo", sNomeArquivo});
-    if (!XVNomeArquivo::EhPadraoGrupo(sNomeArquivo))
-        return DeletaArquivoUnico(pDono, eModulo, sNomeArquivo, eControle);
-    std::vector<std::pair<XVUInt64, std::string>> listaMembros;
-    XV_CHECK_DONO(pDono, ListaMembros(pDono, eModulo, sNomeArquivo, &listaMembros));
-    for (const auto& membro : listaMembros)
-        XV_CHECK_DONO(pDono, DeletaArquivoUnico(pDono, eModulo, membro.second, eControle));
     return S_OK;
 }
 
@@ -175,68 +148,6 @@ HRESULT CXVDataBaseUtil::MovePath(const IXVDF_Profiler* pDono, const std::string
                             "Erro ao renomear arquivo %s DW: %d.", sPathOrigem.c_str(),
                             static_cast<int>(erro.GetErroSistema()));
     return XVArquivoRecusado::Anota(E_XVCR_RENOMEACAO_ARQUIVO, sPathOrigem, pDono);
-}
-
-HRESULT CXVDataBaseUtil::RenomeiaArquivoUnico(const IXVDF_Profiler* pDono, EModulo eModulo,
-                                              const std::string& sNomeArquivo, std::string_view sExtensao,
-                                              XVUShort usVersaoArquivo) {
-    std::string sPathArquivo;
-    XV_CHECK_DONO(pDono, GetPathArquivo(eModulo, pDono->GetEmpresa(), sNomeArquivo, &sPathArquivo));
-    const std::string sPathOrigem = XVNomeArquivo::TrocaExtensao(sPathArquivo, sExtensao);
-    bool bExiste = false;
-    XV_CHECK_DONO(pDono, Existe(pDono, sPathOrigem, &bExiste));
-    if (!bExiste) {
-        XV_CHECK_DONO(pDono, Existe(pDono, sPathArquivo, &bExiste));
-        if (!bExiste) return S_OK;  // a listed file that vanished stays listed
-        return DeletaArquivo(
-            pDono, eModulo, sNomeArquivo,
-            XVNomeArquivo::EhArquivoControle(sNomeArquivo) ? eMantemNoControle : eRemoveDoControle);
-    }
-    XV_CHECK_DONO(pDono, MovePath(pDono, sPathOrigem, sPathArquivo));
-    XV_CHECK_DONO(pDono, ConcluiRenomeacao(pDono, eModulo, sNomeArquivo, usVersaoArquivo));
-    return S_OK;
-}
-
-HRESULT CXVDataBaseUtil::ConcluiRenomeacao(const IXVDF_Profiler* pDono, EModulo eModulo,
-                                           const std::string& sNomeArquivo, XVUShort usVersaoArquivo) {
-    CXVDataBaseControleCriacaoArquivos controle(eModulo, sNomeArquivo);
-    XV_CHECK_DONO(pDono, controle.Inicializa(pDono));
-    XV_CHECK_DONO(pDono,
-                  controle.GerenciaControleCriacaoArquivos(EXVDataBase_ModoAbertura::eModoLeituraGravacao));
-
-    CXVDataBase xvDB(eModulo);
-    CXVFileBase xvFile(sNomeArquivo, &xvDB);
-    XV_CHECK_DONO(pDono, xvDB.Inicializa(pDono));
-    const HRESULT hr = xvFile.GravaVersaoArquivo(usVersaoArquivo);
-    xvFile.FechaArquivo();  // finalising an open file would rewrite the header that was just written
-    XVIgnora(xvDB.Finaliza());
-    XV_CHECK_TEXTO_DONO(pDono, hr, "xvFile.GravaVersaoArquivo(usVersaoArquivo)");
-    return S_OK;
-}
-
-HRESULT CXVDataBaseUtil::RenomeiaArquivoEXT(const IXVDF_Profiler* pDono, EModulo eModulo,
-                                            const std::string& sNomeArquivo, std::string_view sExtensao,
-                                            XVUShort usVersaoArquivo) {
-    XV_ESCOPO_DONO(pDono, {"sNomeArquivo", sNomeArquivo}, {"sExtensao", sExtensao});
-    if (!XVNomeArquivo::EhPadraoGrupo(sNomeArquivo))
-        return RenomeiaArquivoUnico(pDono, eModulo, sNomeArquivo, sExtensao, usVersaoArquivo);
-    std::vector<std::pair<XVUInt64, std::string>> listaMembros;
-    XV_CHECK_DONO(pDono, ListaMembros(pDono, eModulo, sNomeArquivo, &listaMembros));
-    for (const auto& membro : listaMembros)
-        XV_CHECK_DONO(pDono, RenomeiaArquivoUnico(pDono, eModulo, membro.second, sExtensao, usVersaoArquivo));
-    return S_OK;
-}
-
-HRESULT CXVDataBaseUtil::RenomeiaArquivoTRA(const IXVDF_Profiler* pDono, EModulo eModulo,
-                                            const std::string& sNomeArquivo, XVUShort usVersaoArquivo) {
-    return RenomeiaArquivoEXT(pDono, eModulo, sNomeArquivo, "tra", usVersaoArquivo);
-}
-
-HRESULT CXVDataBaseUtil::RenomeiaArquivoTRAGroupFile(const IXVDF_Profiler* pDono, EModulo eModulo,
-                                                     const std::string& sPadrao, XVUShort usVersaoArquivo) {
-    if (!XVNomeArquivo::EhPadraoGrupo(sPadrao))
-        XV_CHECK_TEXTO_DONO(pDono, E_XVCR_NOME_ARQUIVO_GROUP_INVALIDO, "E_XVCR_NOME_ARQUIVO_GROUP_INVALIDO");
-    return RenomeiaArquivoEXT(pDono, eModulo, sPadrao, "tra", usVersaoArquivo);
 }
 
 HRESULT CXVDataBaseUtil::RenomeiaArquivoCAB(const IXVDF_Profiler* pDono, EModulo eModulo,

@@ -1,6 +1,11 @@
 // Operations on database files by name: path, deletion with its audit entry, the replacement of a live
 // file by its converted copy, and single records read and written without a schema.
 //
+// The class is built in floors, each in a source of its own, and none calls a floor above it: paths, moves
+// and deletions of what stands under a path (XVDataBaseUtil.cpp) <- images of files <- creation control <-
+// deletion with its control (XVDataBaseUtilDelecao.cpp) <- file base <- renaming
+// (XVDataBaseUtilRenomeacao.cpp) and single records (XVDataBaseUtilSingleReg.cpp).
+//
 // The first argument names in whose company, user and session the operation runs. Thread rule: any
 // thread; the utilities take no lock, bounded retries (50, 10 ms apart) absorb short holds by others.
 #pragma once
@@ -40,6 +45,11 @@ class CXVDataBaseUtil {
     // one entry in the general log. E_XVCR_DELECAO_ARQUIVO after 50 attempts.
     static HRESULT DeletaArquivo(const IXVDF_Profiler* pDono, EModulo eModulo,
                                  const std::string& sNomeArquivo, EControleDelecao eControle);
+
+    // One file, whatever the creation control says of it; an absent file is no error. For the control itself,
+    // which stands below the deletion of what it lists.
+    static HRESULT DeletaSemControle(const IXVDF_Profiler* pDono, EModulo eModulo,
+                                     const std::string& sNomeArquivo);
 
     // Replaces sNomeArquivo by its sibling with extension sExtensao and stamps usVersaoArquivo into its
     // header. Without a sibling the live file is deleted. A name holding '?' means every member of the group.

@@ -1,4 +1,4 @@
-// CXVDiario: opening, closing, and the copies beside files.
+// CXVDiario: opening, closing, and the files that it knows.
 #include "core/xvdatabase/XVDiario.h"
 
 #include <algorithm>
@@ -9,7 +9,7 @@
 #include "core/xvdatabase/XVFileBase.h"
 #include "core/xvdatabase/XVReconstrucao.h"
 #include "platform/XVAmbienteSO.h"
-#include "platform/XVPlataforma.h"
+#include "platform/XVTentativas.h"
 #include "support/codes/XVCodigos.h"
 #include "support/codes/XVCodigosArquivo.h"
 #include "support/trace/XVArquivoRecusado.h"
@@ -18,8 +18,6 @@
 
 namespace {
 
-constexpr int k_iTentativas = 500;
-constexpr XVUInt k_ulEsperaTentativa = 10;  // ms
 constexpr SAberturaArquivo k_abertura{EAcessoArquivo::eLeituraEscrita, ECompartilhamentoArquivo::eNegaEscrita,
                                       ECriacaoArquivo::eCriaSeAusente};
 
@@ -124,12 +122,9 @@ HRESULT CXVDiario::Abre(const IXVDF_Profiler* pDono, EModulo eModulo, const std:
 }
 
 HRESULT CXVDiario::AbreArquivo(const IXVDF_Profiler* pDono) {
-    CXVErroArquivo erro;
-    for (int i = 1; i <= k_iTentativas; ++i) {
-        erro = XVPlataforma::SistemaArquivos().Abre(m_sPath, k_abertura, m_pArquivo);
-        if (erro.GetCausa() != ECausaArquivo::eViolacaoCompartilhamento) break;
-        if (i < k_iTentativas) XVPlataforma::Relogio().Dorme(k_ulEsperaTentativa);
-    }
+    const CXVErroArquivo erro = XVTentaEnquantoOcupado(k_iTentativasLongas, [this] {
+        return XVPlataforma::SistemaArquivos().Abre(m_sPath, k_abertura, m_pArquivo);
+    });
     // Without space for a name the store is still there to be read; its files deny a second writer.
     if (!erro.Ok() && !EhDiscoCheio(erro))
         XV_CHECK_TEXTO_DONO(
@@ -201,61 +196,6 @@ HRESULT CXVDiario::Fecha(const IXVDF_Profiler* pDono) {
     if (!erro.Ok()) hr = XVCodigosArquivo::DeExcecao(erro.GetCausa()).hr;
     XV_CHECK_TEXTO_DONO(pDono, hr, "SincronizaAlterados()");
     return S_OK;
-}
-
-HRESULT CXVDiario::IniciaCopia(const IXVDF_Profiler* pDono, const std::string& sNomeCopia,
-                               XVUInt64* puiNumero) {
-    *puiNumero = 0;
-    CXVOperacao resolvida(nullptr);
-    const std::lock_guard lock(m_Mutex);
-    if (!m_bAberto) return S_OK;
-    XV_CHECK_DONO(pDono, GarantePronto());
-    XV_CHECK_DONO(pDono, ResolvePendente(resolvida));
-    CXVErroArquivo erro = ApagaCopias();
-    if (erro.Ok()) erro = SincronizaAlterados();
-    if (erro.Ok()) erro = DispensaSeguras();
-    m_anel.IniciaEntrada(ETipoEntrada::eCopia);
-    m_anel.IncluiParte(sNomeCopia, SGravacao{});
-    XVUInt64 uiNumero = m_anel.GetUltima() + 1;
-    const SCopia copia{sNomeCopia, XVPlataforma::SistemaArquivos().Junta(m_sDiretorio, sNomeCopia), uiNumero};
-    m_mapCopias.emplace(uiNumero, copia);  // memory may run out: before the entry is written
-    if (erro.Ok()) erro = m_anel.GravaEntrada(uiNumero);
-    if (!erro.Ok()) m_mapCopias.erase(m_anel.GetUltima() + 1);
-    if (erro.Ok() && m_bDuravel) {
-        erro = m_pArquivo->Sincroniza();
-        if (!erro.Ok()) {  // nobody makes the copy: one of this name will be somebody else's
-            m_mapCopias.erase(uiNumero);
-            m_anel.MarcaEstado(uiNumero, EEstadoEntrada::eNula).Ignora();
-        }
-    }
-    if (!erro.Ok())
-        XV_CHECK_TEXTO_DONO(pDono, XVCodigosArquivo::DeExcecao(erro.GetCausa()).hr,
-                            "IniciaCopia(sNomeCopia)");
-    *puiNumero = uiNumero;
-    return S_OK;
-}
-
-void CXVDiario::TerminaCopia(XVUInt64 uiNumero) noexcept {
-    const std::lock_guard lock(m_Mutex);
-    const auto it = m_mapCopias.find(uiNumero);
-    if (it == m_mapCopias.end()) return;
-    it->second.bEmCurso = false;
-    ApagaCopias().Ignora();
-}
-
-CXVErroArquivo CXVDiario::ApagaCopias() {
-    IXVSistemaArquivos& rSistema = XVPlataforma::SistemaArquivos();
-    for (auto it = m_mapCopias.begin(); it != m_mapCopias.end();) {
-        if (it->second.bEmCurso) {
-            ++it;
-            continue;
-        }
-        if (rSistema.Existe(it->second.sPath) != EExistencia::eAusente)
-            if (const CXVErroArquivo erro = rSistema.Apaga(it->second.sPath); !erro.Ok()) return erro;
-        m_anel.MarcaEstado(it->second.uiEntrada, EEstadoEntrada::eNula).Ignora();
-        it = m_mapCopias.erase(it);
-    }
-    return {};
 }
 
 HRESULT CXVDiario::PontoSeguro(const IXVDF_Profiler* pDono) {

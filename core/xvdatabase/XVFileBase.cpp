@@ -14,9 +14,6 @@
 
 namespace {
 
-constexpr int k_iTentativasAbertura = 500;
-constexpr XVUInt k_ulEsperaTentativa = 10;  // ms
-
 SAberturaArquivo AberturaDoModo(XVUInt eModoAbertura) {
     if (eModoAbertura == eModoLeituraSemBloqueio)
         return {EAcessoArquivo::eLeitura, ECompartilhamentoArquivo::eNegaNada,
@@ -118,25 +115,20 @@ HRESULT CXVFileBase::AbreArquivo(XVUInt eModoAbertura) {
 
 HRESULT CXVFileBase::AbreComTentativas(const std::string& sPath, XVUInt eModoAbertura,
                                        std::unique_ptr<IXVArquivo>& pArquivo) {
-    IXVSistemaArquivos& rSistema = XVPlataforma::SistemaArquivos();
     const SAberturaArquivo abertura = AberturaDoModo(eModoAbertura);
-    return TentaAbrir(sPath, [&] { return rSistema.Abre(sPath, abertura, pArquivo); });
+    return TentaAbrir(sPath, [&] { return XVPlataforma::SistemaArquivos().Abre(sPath, abertura, pArquivo); });
 }
 
+// Causes that have a code at once are not waited for.
 HRESULT CXVFileBase::TentaAbrir(const std::string& sPath, const std::function<CXVErroArquivo()>& abre) {
-    SCodigoArquivo codigo{eXVGenericError, "eXVGenericError"};
-    for (int i = 1; i <= k_iTentativasAbertura; ++i) {
-        const CXVErroArquivo erro = abre();
-        if (erro.Ok()) return S_OK;
-        codigo = XVCodigosArquivo::DeAberturaImediata(erro.GetCausa());
-        if (codigo.pszNome != nullptr) break;
-        if (i < k_iTentativasAbertura) {
-            EsperaEntreTentativas();
-            continue;
-        }
+    const CXVErroArquivo erro = XVTenta(k_iTentativasLongas, abre, [](const CXVErroArquivo& rErro) {
+        return !rErro.Ok() && XVCodigosArquivo::DeAberturaImediata(rErro.GetCausa()).pszNome == nullptr;
+    });
+    if (erro.Ok()) return S_OK;
+    SCodigoArquivo codigo = XVCodigosArquivo::DeAberturaImediata(erro.GetCausa());
+    if (codigo.pszNome == nullptr)
         codigo = XVCodigosArquivo::DeAberturaFinal(erro.GetCausa(),
                                                    XVPlataforma::SistemaArquivos().EhSomenteLeitura(sPath));
-    }
     return Recusa(
         CheckHr(codigo.hr, codigo.pszNome, "CXVFileBase::AbreArquivo", XVNomeFonte(), __LINE__, this));
 }
@@ -235,8 +227,4 @@ void CXVFileBase::DesfazCriacao() {
 bool CXVFileBase::EhUmaExcecaoFatal(HRESULT hr) {
     return hr == eBadSeek || hr == eEndOfFile || hr == eHardIO || hr == eFileNotFound || hr == eBadPath ||
            hr == E_XVCR_INDEXACAO_COM_POSICAO_ZERO || hr == E_XVCR_CHAVE_DE_INDEXACAO_REPETIDA;
-}
-
-void CXVFileBase::EsperaEntreTentativas() {
-    XVPlataforma::Relogio().Dorme(k_ulEsperaTentativa);
 }

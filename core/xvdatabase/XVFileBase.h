@@ -20,6 +20,7 @@
 #include "core/xvdatabase/XVMomento.h"
 #include "core/xvdatabase/XVOperacao.h"
 #include "platform/XVSistemaArquivos.h"
+#include "platform/XVTentativas.h"
 #include "platform/XVTravaLeitores.h"
 #include "support/codes/XVCodigos.h"
 #include "support/trace/XVArquivoRecusado.h"
@@ -187,13 +188,14 @@ class CXVFileBase : public IXVFileBase {
     // recorded at rPonto.
     template <class TTentativa>
     HRESULT ExecutaComTentativas(const SPontoFalha& rPonto, TTentativa tentativa) {
-        HRESULT hr = tentativa();
-        for (int i = 1; FAILED(hr); ++i) {
-            XVIgnora(XVRegistraFalha(hr, rPonto, this));
-            if (i == k_iTentativasGravacao || EhUmaExcecaoFatal(hr)) break;
-            EsperaEntreTentativas();
-            hr = tentativa();
-        }
+        const auto tentaERegistra = [&] {
+            const HRESULT hrTentativa = tentativa();
+            if (FAILED(hrTentativa)) XVIgnora(XVRegistraFalha(hrTentativa, rPonto, this));
+            return hrTentativa;
+        };
+        const HRESULT hr = XVTenta(k_iTentativasCurtas, tentaERegistra,
+                                   [](HRESULT hrT) { return FAILED(hrT) && !EhUmaExcecaoFatal(hrT); });
+        if (SUCCEEDED(hr)) return hr;
         // A key that an index does not accept refuses the write, not the file.
         const bool bChave =
             hr == E_XVCR_INDEXACAO_COM_POSICAO_ZERO || hr == E_XVCR_CHAVE_DE_INDEXACAO_REPETIDA;
@@ -205,9 +207,6 @@ class CXVFileBase : public IXVFileBase {
     CXVTravaLeitores& GetLock() const { return m_Lock; }
 
   private:
-    static constexpr int k_iTentativasGravacao = 50;
-
-    static void EsperaEntreTentativas();
     bool EstaAbertoParaGravacao() const;
     HRESULT TentaAbrir(const std::string& sPath, const std::function<CXVErroArquivo()>& abre);
     HRESULT AbreVisto(CXVVisao& rVisao);

@@ -1,0 +1,135 @@
+// CXVDiario: the queue of callers that share a flush.
+#include <algorithm>
+#include <utility>
+
+#include "core/xvdatabase/XVDiario.h"
+
+bool CXVDiario::TemFila() const {
+    const std::lock_guard lock(m_Mutex);
+    return !m_fila.empty();
+}
+
+bool CXVDiario::TemNaFila(XVUInt64 uiChave) const {
+    const std::lock_guard lock(m_Mutex);
+    return uiChave != 0 && std::any_of(m_fila.begin(), m_fila.end(), [uiChave](const SNaFila* p) {
+               return p->pOperacao->GetChave() == uiChave;
+           });
+}
+
+HRESULT CXVDiario::Enfileira(SNaFila& rNaFila) {
+    CXVOperacao resolvida(nullptr);
+    const std::lock_guard lock(m_Mutex);
+    HRESULT hr = ResolvePendente(resolvida);
+    m_fila.reserve(m_fila.size() + 1);  // memory may run out: before the entry is written
+    if (SUCCEEDED(hr)) hr = RegistraEntrada(*rNaFila.pOperacao, &rNaFila.uiNumero);
+    if (hr == S_OK) m_fila.push_back(&rNaFila);
+    return hr;
+}
+
+HRESULT CXVDiario::Executa(CXVOperacao& rOperacao, std::unique_lock<std::mutex>& bloqueio, bool* pbRefaz) {
+    *pbRefaz = false;
+    if (!m_bDuravel || rOperacao.EhVazia()) {
+        const HRESULT hr = rOperacao.EhVazia() ? S_OK : Executa(rOperacao);
+        bloqueio.unlock();
+        return hr;
+    }
+    SNaFila naFila{&rOperacao};
+    const HRESULT hr = Enfileira(naFila);
+    *pbRefaz = hr == S_FALSE;
+    if (hr != S_OK) rOperacao.Termina();  // before anybody prepares again
+    bloqueio.unlock();
+    if (hr != S_OK) return hr;
+    if (EsperaVez(&naFila)) {
+        const CVez vez(this);
+        DescarregaFila(bloqueio);
+        bloqueio.unlock();
+    }
+    *pbRefaz = naFila.bRefaz;
+    return naFila.hr;
+}
+
+void CXVDiario::EsvaziaFila(std::unique_lock<std::mutex>& bloqueio) {
+    bloqueio.unlock();
+    EsperaVez(nullptr);
+    const CVez vez(this);
+    DescarregaFila(bloqueio);
+    while (TemFila()) DescarregaFila(bloqueio);  // nobody adds to it: the callers' lock is held
+}
+
+// Those whose operations are over must not wait for the flush of the next ones: they are the ones who come to
+// share the one after it.
+bool CXVDiario::EsperaVez(const SNaFila* pNaFila) {
+    std::unique_lock lock(m_mutexVez);
+    const auto terminou = [pNaFila] { return pNaFila != nullptr && pNaFila->bTerminada; };
+    m_avisaVez.wait(lock, [&] { return !m_bDescarregando || terminou(); });
+    if (terminou()) return false;
+    m_bDescarregando = true;
+    return true;
+}
+
+// Every access to what is over is before this: it lies on the stacks of the callers.
+void CXVDiario::PassaVez() noexcept {
+    {
+        const std::lock_guard lock(m_mutexVez);
+        for (; m_pTerminadas != nullptr; m_pTerminadas = m_pTerminadas->pProxima)
+            m_pTerminadas->bTerminada = true;
+        m_bDescarregando = false;
+    }
+    m_avisaVez.notify_all();
+}
+
+// One flush for all that are waiting; those that come while the device works wait for the next. bloqueio,
+// held or not, is held afterwards.
+void CXVDiario::DescarregaFila(std::unique_lock<std::mutex>& bloqueio) {
+    std::size_t uiQuantidade = 0;
+    {
+        const std::lock_guard lock(m_Mutex);
+        uiQuantidade = m_fila.size();
+    }
+    CXVErroArquivo erro;
+    if (uiQuantidade > 0) erro = m_pArquivo->Sincroniza();
+    if (!bloqueio.owns_lock()) bloqueio.lock();
+    if (uiQuantidade > 0) ConcluiFila(uiQuantidade, erro);
+}
+
+void CXVDiario::ConcluiFila(std::size_t uiQuantidade, const CXVErroArquivo& rErroDescarga) {
+    for (; uiQuantidade > 0; --uiQuantidade) {
+        SNaFila* pTerminada = nullptr;
+        {
+            const std::lock_guard lock(m_Mutex);
+            if (m_fila.empty()) break;  // given up behind one that failed
+            if (!rErroDescarga.Ok()) {
+                for (SNaFila* p : m_fila) p->hr = Codigo(rErroDescarga, "m_pArquivo->Sincroniza()");
+                AnulaFila();
+                break;
+            }
+            pTerminada = m_fila.front();
+            m_fila.erase(m_fila.begin());
+            pTerminada->hr = Conclui(*pTerminada->pOperacao, pTerminada->uiNumero, true);
+        }
+        Devolve(*pTerminada);  // outside of the lock: a group may have to forget a member
+    }
+    DevolveAnuladas();
+}
+
+// What was prepared on top of an operation that did not take place is worth nothing; the newest goes first.
+void CXVDiario::AnulaFila() {
+    while (!m_fila.empty()) {
+        SNaFila* p = m_fila.back();
+        m_fila.pop_back();
+        m_anel.MarcaEstado(p->uiNumero, EEstadoEntrada::eNula).Ignora();
+        p->bRefaz = SUCCEEDED(p->hr);
+        p->pProxima = m_pAnuladas;
+        m_pAnuladas = p;
+    }
+}
+
+// Before anybody prepares again: their files must not count with them any more.
+void CXVDiario::DevolveAnuladas() {
+    while (m_pAnuladas != nullptr) Devolve(*std::exchange(m_pAnuladas, m_pAnuladas->pProxima));
+}
+
+void CXVDiario::Devolve(SNaFila& rNaFila) {
+    rNaFila.pOperacao->Termina();
+    rNaFila.pProxima = std::exchange(m_pTerminadas, &rNaFila);
+}
