@@ -31,4 +31,4 @@ class CXVGanchoArquivos {
     static inline bool s_bDentro = false;
 };
 
-using CXVSistemaArquivosGancho = TXVSistemaArquivosEnvolto<CXVGanchoArquivos::SGuarda>;
+using CXVSistemaArquivosGancho = TXVSistemaArquivosEnvolto<TXVVigiaGuarda<CXVGanchoArquivos::SGuarda>>;

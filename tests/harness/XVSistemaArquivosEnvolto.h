@@ -1,4 +1,5 @@
-// A file system that passes every operation on to another one, with a TGuarda alive meanwhile.
+// A file system over another one. Every operation, those of the files that it opened too, passes through a
+// watcher, which performs it, refuses it, or does something around it. The watcher outlives the files.
 #pragma once
 
 #include <memory>
@@ -7,97 +8,196 @@
 
 #include "platform/XVSistemaArquivos.h"
 
-template <class TGuarda>
-class TXVArquivoEnvolto final : public IXVArquivo {
-  public:
-    explicit TXVArquivoEnvolto(std::unique_ptr<IXVArquivo> pInterno) : m_pInterno(std::move(pInterno)) {}
-    ~TXVArquivoEnvolto() override {
-        const TGuarda guarda;
-        m_pInterno.reset();
+enum class EOperacaoArquivo : std::uint8_t {
+    eAbre,
+    eLe,
+    eGrava,
+    eGetTamanho,
+    eSetTamanho,
+    eSincroniza,
+    eApaga,
+    eSubstitui,
+    eCriaDiretorio,
+    eLista,
+    eMarca,
+    eConsulta,  // Existe, EhSomenteLeitura, BuscaNomeReal
+    eQuantidade
+};
+
+struct SOperacaoArquivo {
+    EOperacaoArquivo eOperacao;
+    const std::string& sCaminho;  // of a move: where it goes
+    bool bAltera = false;  // can change something: openings that may create, writes, lengths, deletions,
+                           // moves, directories, marks
+};
+
+// What an opened file or a mark holds of the file system beneath; the watcher may let it go earlier.
+struct SAberto {
+    std::unique_ptr<IXVArquivo> pArquivo;
+    std::unique_ptr<IXVMarcaDiretorio> pMarca;
+    void Solta() {
+        pArquivo.reset();
+        pMarca.reset();
     }
-    TXVArquivoEnvolto(const TXVArquivoEnvolto&) = delete;
-    TXVArquivoEnvolto& operator=(const TXVArquivoEnvolto&) = delete;
+};
+
+// A watcher that keeps a TGuarda alive during each operation, and no more.
+template <class TGuarda>
+class TXVVigiaGuarda {
+  public:
+    // fnFaz performs the operation, fnMetade the first half of a write.
+    template <class TFaz, class TMetade>
+    CXVErroArquivo Opera(const SOperacaoArquivo&, TFaz fnFaz, TMetade) {
+        [[maybe_unused]] const TGuarda guarda{};
+        return fnFaz();
+    }
+    void Abriu(const std::shared_ptr<SAberto>&) {}
+    void Fecha(SAberto& rAberto) {
+        [[maybe_unused]] const TGuarda guarda{};
+        rAberto.Solta();
+    }
+};
+
+template <class TVigia>
+class TXVAberto {
+  public:
+    TXVAberto(std::shared_ptr<TVigia> pVigia, SAberto aberto)
+        : m_pVigia(std::move(pVigia)), m_pAberto(std::make_shared<SAberto>(std::move(aberto))) {
+        m_pVigia->Abriu(m_pAberto);
+    }
+    ~TXVAberto() { m_pVigia->Fecha(*m_pAberto); }
+    TXVAberto(const TXVAberto&) = delete;
+    TXVAberto& operator=(const TXVAberto&) = delete;
+
+  protected:
+    std::shared_ptr<TVigia> m_pVigia;
+    std::shared_ptr<SAberto> m_pAberto;
+};
+
+template <class TVigia>
+class TXVMarcaEnvolta final : public IXVMarcaDiretorio, private TXVAberto<TVigia> {
+  public:
+    using TXVAberto<TVigia>::TXVAberto;
+};
+
+template <class TVigia>
+class TXVArquivoEnvolto final : public IXVArquivo, private TXVAberto<TVigia> {
+  public:
+    TXVArquivoEnvolto(std::shared_ptr<TVigia> pVigia, SAberto aberto, std::string sCaminho)
+        : TXVAberto<TVigia>(std::move(pVigia), std::move(aberto)), m_sCaminho(std::move(sCaminho)) {}
 
     CXVErroArquivo Le(XVUInt64 uiOffset, void* pDados, std::size_t uiTamanho) override {
-        const TGuarda guarda;
-        return m_pInterno->Le(uiOffset, pDados, uiTamanho);
+        return Opera(EOperacaoArquivo::eLe, false, [&] { return Interno().Le(uiOffset, pDados, uiTamanho); });
     }
     CXVErroArquivo Grava(XVUInt64 uiOffset, const void* pDados, std::size_t uiTamanho) override {
-        const TGuarda guarda;
-        return m_pInterno->Grava(uiOffset, pDados, uiTamanho);
+        return this->m_pVigia->Opera(
+            {EOperacaoArquivo::eGrava, m_sCaminho, true},
+            [&] { return Interno().Grava(uiOffset, pDados, uiTamanho); },
+            [&] { Interno().Grava(uiOffset, pDados, uiTamanho / 2).Ignora(); });
     }
     CXVErroArquivo GetTamanho(XVUInt64& uiTamanho) override {
-        const TGuarda guarda;
-        return m_pInterno->GetTamanho(uiTamanho);
+        uiTamanho = 0;
+        return Opera(EOperacaoArquivo::eGetTamanho, false, [&] { return Interno().GetTamanho(uiTamanho); });
     }
     CXVErroArquivo SetTamanho(XVUInt64 uiTamanho) override {
-        const TGuarda guarda;
-        return m_pInterno->SetTamanho(uiTamanho);
+        return Opera(EOperacaoArquivo::eSetTamanho, true, [&] { return Interno().SetTamanho(uiTamanho); });
     }
     CXVErroArquivo Sincroniza() override {
-        const TGuarda guarda;
-        return m_pInterno->Sincroniza();
+        return Opera(EOperacaoArquivo::eSincroniza, false, [&] { return Interno().Sincroniza(); });
     }
 
   private:
-    std::unique_ptr<IXVArquivo> m_pInterno;
+    IXVArquivo& Interno() { return *this->m_pAberto->pArquivo; }
+    template <class TFaz>
+    CXVErroArquivo Opera(EOperacaoArquivo eOperacao, bool bAltera, TFaz fnFaz) {
+        return this->m_pVigia->Opera({eOperacao, m_sCaminho, bAltera}, fnFaz, [] {});
+    }
+
+    std::string m_sCaminho;
 };
 
-template <class TGuarda>
-class TXVSistemaArquivosEnvolto final : public IXVSistemaArquivos {
+template <class TVigia>
+class TXVSistemaArquivosEnvolto : public IXVSistemaArquivos {
   public:
-    explicit TXVSistemaArquivosEnvolto(IXVSistemaArquivos& rInterno) : m_rInterno(rInterno) {}
+    explicit TXVSistemaArquivosEnvolto(IXVSistemaArquivos& rInterno,
+                                       std::shared_ptr<TVigia> pVigia = std::make_shared<TVigia>())
+        : m_rInterno(rInterno), m_pVigia(std::move(pVigia)) {}
 
     CXVErroArquivo Abre(const std::string& sCaminho, const SAberturaArquivo& rAbertura,
                         std::unique_ptr<IXVArquivo>& pArquivo) override {
-        const TGuarda guarda;
-        const CXVErroArquivo erro = m_rInterno.Abre(sCaminho, rAbertura, pArquivo);
-        if (erro.Ok()) pArquivo = std::make_unique<TXVArquivoEnvolto<TGuarda>>(std::move(pArquivo));
-        return erro;
+        pArquivo.reset();
+        const bool bAltera = rAbertura.eCriacao == ECriacaoArquivo::eCriaSeAusente;
+        return Opera(EOperacaoArquivo::eAbre, sCaminho, bAltera, [&] {
+            SAberto aberto;
+            const CXVErroArquivo erro = m_rInterno.Abre(sCaminho, rAbertura, aberto.pArquivo);
+            if (erro.Ok())
+                pArquivo = std::make_unique<TXVArquivoEnvolto<TVigia>>(m_pVigia, std::move(aberto), sCaminho);
+            return erro;
+        });
     }
     EExistencia Existe(const std::string& sCaminho) override {
-        const TGuarda guarda;
-        return m_rInterno.Existe(sCaminho);
+        EExistencia eExistencia = EExistencia::eSemAcesso;
+        Opera(EOperacaoArquivo::eConsulta, sCaminho, false, [&] {
+            eExistencia = m_rInterno.Existe(sCaminho);
+            return CXVErroArquivo();
+        }).Ignora();
+        return eExistencia;
     }
     bool EhSomenteLeitura(const std::string& sCaminho) override {
-        const TGuarda guarda;
-        return m_rInterno.EhSomenteLeitura(sCaminho);
+        bool bSomenteLeitura = false;
+        Opera(EOperacaoArquivo::eConsulta, sCaminho, false, [&] {
+            bSomenteLeitura = m_rInterno.EhSomenteLeitura(sCaminho);
+            return CXVErroArquivo();
+        }).Ignora();
+        return bSomenteLeitura;
     }
     CXVErroArquivo BuscaNomeReal(const std::string& sCaminho, std::string& sNomeReal) override {
-        const TGuarda guarda;
-        return m_rInterno.BuscaNomeReal(sCaminho, sNomeReal);
+        sNomeReal.clear();
+        return Opera(EOperacaoArquivo::eConsulta, sCaminho, false,
+                     [&] { return m_rInterno.BuscaNomeReal(sCaminho, sNomeReal); });
     }
     CXVErroArquivo Apaga(const std::string& sCaminho) override {
-        const TGuarda guarda;
-        return m_rInterno.Apaga(sCaminho);
+        return Opera(EOperacaoArquivo::eApaga, sCaminho, true, [&] { return m_rInterno.Apaga(sCaminho); });
     }
     CXVErroArquivo Substitui(const std::string& sOrigem, const std::string& sDestino) override {
-        const TGuarda guarda;
-        return m_rInterno.Substitui(sOrigem, sDestino);
+        return Opera(EOperacaoArquivo::eSubstitui, sDestino, true,
+                     [&] { return m_rInterno.Substitui(sOrigem, sDestino); });
     }
     CXVErroArquivo Lista(const std::string& sDiretorio, const std::string& sMascara,
                          std::vector<std::string>& listaNomes) override {
-        const TGuarda guarda;
-        return m_rInterno.Lista(sDiretorio, sMascara, listaNomes);
+        listaNomes.clear();
+        return Opera(EOperacaoArquivo::eLista, sDiretorio, false,
+                     [&] { return m_rInterno.Lista(sDiretorio, sMascara, listaNomes); });
     }
     CXVErroArquivo CriaDiretorio(const std::string& sDiretorio) override {
-        const TGuarda guarda;
-        return m_rInterno.CriaDiretorio(sDiretorio);
+        return Opera(EOperacaoArquivo::eCriaDiretorio, sDiretorio, true,
+                     [&] { return m_rInterno.CriaDiretorio(sDiretorio); });
     }
     CXVErroArquivo SincronizaDiretorio(const std::string& sDiretorio) override {
-        const TGuarda guarda;
-        return m_rInterno.SincronizaDiretorio(sDiretorio);
+        return Opera(EOperacaoArquivo::eSincroniza, sDiretorio, false,
+                     [&] { return m_rInterno.SincronizaDiretorio(sDiretorio); });
     }
     CXVErroArquivo MarcaDiretorio(const std::string& sDiretorio, const std::string& sMarca,
                                   std::unique_ptr<IXVMarcaDiretorio>& pMarca) override {
-        const TGuarda guarda;
-        return m_rInterno.MarcaDiretorio(sDiretorio, sMarca, pMarca);
+        pMarca.reset();
+        return Opera(EOperacaoArquivo::eMarca, Junta(sDiretorio, sMarca), true, [&] {
+            SAberto aberto;
+            const CXVErroArquivo erro = m_rInterno.MarcaDiretorio(sDiretorio, sMarca, aberto.pMarca);
+            if (erro.Ok()) pMarca = std::make_unique<TXVMarcaEnvolta<TVigia>>(m_pVigia, std::move(aberto));
+            return erro;
+        });
     }
     std::string Junta(std::string_view sDiretorio, std::string_view sNome) const override {
-        const TGuarda guarda;
         return m_rInterno.Junta(sDiretorio, sNome);
     }
 
-  private:
+  protected:
     IXVSistemaArquivos& m_rInterno;
+    std::shared_ptr<TVigia> m_pVigia;
+
+  private:
+    template <class TFaz>
+    CXVErroArquivo Opera(EOperacaoArquivo eOperacao, const std::string& sCaminho, bool bAltera, TFaz fnFaz) {
+        return m_pVigia->Opera({eOperacao, sCaminho, bAltera}, fnFaz, [] {});
+    }
 };

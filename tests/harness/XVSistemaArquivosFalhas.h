@@ -5,28 +5,10 @@
 
 #include <array>
 #include <functional>
-#include <memory>
 #include <mutex>
 #include <optional>
-#include <string>
 
-#include "platform/XVSistemaArquivos.h"
-
-enum class EOperacaoArquivo : std::uint8_t {
-    eAbre,
-    eLe,
-    eGrava,
-    eGetTamanho,
-    eSetTamanho,
-    eSincroniza,
-    eApaga,
-    eSubstitui,
-    eCriaDiretorio,
-    eLista,
-    eMarca,
-    eConsulta,  // Existe, EhSomenteLeitura, BuscaNomeReal: see SFalhaArquivo
-    eQuantidade
-};
+#include "tests/harness/XVSistemaArquivosEnvolto.h"
 
 struct SFalhaArquivo {
     // Nothing: any operation but eConsulta. A failing eConsulta answers as a system that refuses to tell: no
@@ -51,10 +33,21 @@ class CXVPlanoFalhas {
     XVUInt64 GetQuantidadeTotal() const;
     XVUInt64 GetFalhasOcorridas() const;
 
-    // Counts one operation; the fault it meets, or nothing.
-    std::optional<SFalhaArquivo> Registra(EOperacaoArquivo eOperacao, const std::string& sCaminho);
+    template <class TFaz, class TMetade>
+    CXVErroArquivo Opera(const SOperacaoArquivo& rOperacao, TFaz fnFaz, TMetade fnMetade) {
+        const auto falha = Registra(rOperacao);
+        if (!falha) return fnFaz();
+        if (falha->bGravaMetade) fnMetade();
+        if (rOperacao.eOperacao == EOperacaoArquivo::eConsulta) return {ECausaArquivo::eAcessoNegado, 0};
+        return {falha->eCausa, falha->ulErroSistema};
+    }
+    void Abriu(const std::shared_ptr<SAberto>&) {}
+    void Fecha(SAberto& rAberto) { rAberto.Solta(); }
 
   private:
+    // Counts one operation; the fault it meets, or nothing.
+    std::optional<SFalhaArquivo> Registra(const SOperacaoArquivo& rOperacao);
+
     mutable std::mutex m_mutex;
     std::array<XVUInt64, static_cast<std::size_t>(EOperacaoArquivo::eQuantidade)> m_aQuantidades{};
     std::optional<SFalhaArquivo> m_falha;
@@ -63,37 +56,17 @@ class CXVPlanoFalhas {
     TFiltro m_fnFiltro;
 };
 
-class CXVSistemaArquivosFalhas final : public IXVSistemaArquivos {
+class CXVSistemaArquivosFalhas final : public TXVSistemaArquivosEnvolto<CXVPlanoFalhas> {
   public:
-    explicit CXVSistemaArquivosFalhas(IXVSistemaArquivos& rInterno)
-        : m_rInterno(rInterno), m_pPlano(std::make_shared<CXVPlanoFalhas>()) {}
+    explicit CXVSistemaArquivosFalhas(IXVSistemaArquivos& rInterno) : TXVSistemaArquivosEnvolto(rInterno) {}
 
     // Sets one fault up, in place of the one before, and starts all counts at zero.
-    void Programa(const SFalhaArquivo& rFalha) { m_pPlano->Programa(rFalha); }
+    void Programa(const SFalhaArquivo& rFalha) { m_pVigia->Programa(rFalha); }
     // No fault; counts at zero.
-    void Limpa() { m_pPlano->Limpa(); }
+    void Limpa() { m_pVigia->Limpa(); }
     // Operations on a path for which fnFiltro is false are neither counted nor failed.
-    void SetFiltro(CXVPlanoFalhas::TFiltro fnFiltro) { m_pPlano->SetFiltro(std::move(fnFiltro)); }
-    XVUInt64 GetQuantidade(EOperacaoArquivo eOperacao) const { return m_pPlano->GetQuantidade(eOperacao); }
-    XVUInt64 GetQuantidadeTotal() const { return m_pPlano->GetQuantidadeTotal(); }  // without eConsulta
-    XVUInt64 GetFalhasOcorridas() const { return m_pPlano->GetFalhasOcorridas(); }
-
-    CXVErroArquivo Abre(const std::string& sCaminho, const SAberturaArquivo& rAbertura,
-                        std::unique_ptr<IXVArquivo>& pArquivo) override;
-    EExistencia Existe(const std::string& sCaminho) override;
-    bool EhSomenteLeitura(const std::string& sCaminho) override;
-    CXVErroArquivo BuscaNomeReal(const std::string& sCaminho, std::string& sNomeReal) override;
-    CXVErroArquivo Apaga(const std::string& sCaminho) override;
-    CXVErroArquivo Substitui(const std::string& sOrigem, const std::string& sDestino) override;
-    CXVErroArquivo Lista(const std::string& sDiretorio, const std::string& sMascara,
-                         std::vector<std::string>& listaNomes) override;
-    CXVErroArquivo CriaDiretorio(const std::string& sDiretorio) override;
-    CXVErroArquivo SincronizaDiretorio(const std::string& sDiretorio) override;
-    CXVErroArquivo MarcaDiretorio(const std::string& sDiretorio, const std::string& sMarca,
-                                  std::unique_ptr<IXVMarcaDiretorio>& pMarca) override;
-    std::string Junta(std::string_view sDiretorio, std::string_view sNome) const override;
-
-  private:
-    IXVSistemaArquivos& m_rInterno;
-    std::shared_ptr<CXVPlanoFalhas> m_pPlano;
+    void SetFiltro(CXVPlanoFalhas::TFiltro fnFiltro) { m_pVigia->SetFiltro(std::move(fnFiltro)); }
+    XVUInt64 GetQuantidade(EOperacaoArquivo eOperacao) const { return m_pVigia->GetQuantidade(eOperacao); }
+    XVUInt64 GetQuantidadeTotal() const { return m_pVigia->GetQuantidadeTotal(); }  // without eConsulta
+    XVUInt64 GetFalhasOcorridas() const { return m_pVigia->GetFalhasOcorridas(); }
 };

@@ -112,8 +112,10 @@ std::string DiretorioDe(const std::string& sCaminho) {
 }  // namespace
 
 CXVSistemaArquivosQueda::CXVSistemaArquivosQueda(CXVSistemaArquivosMemoria& rInterno)
-    : m_rInterno(rInterno), m_pDispositivo(std::make_shared<SDispositivo>()) {
-    for (const auto& [sCaminho, rArquivo] : m_rInterno.Retrata())
+    : TXVSistemaArquivosEnvolto(rInterno),
+      m_rMemoria(rInterno),
+      m_pDispositivo(std::make_shared<SDispositivo>()) {
+    for (const auto& [sCaminho, rArquivo] : m_rMemoria.Retrata())
         if (sCaminho.back() != '/')
             m_pDispositivo->mapaNomes[Chave(sCaminho)] = {
                 sCaminho, std::make_shared<CXVConteudoQueda>(rArquivo.sConteudo), {}};
@@ -127,7 +129,7 @@ void CXVSistemaArquivosQueda::SetAoAlterar(TAoAlterar fnAoAlterar) {
 CXVSistemaArquivosQueda::TRetrato CXVSistemaArquivosQueda::Corta(XVUInt64 uiSemente) const {
     CXVSorteio sorteio(uiSemente);
     const std::lock_guard trava(m_pDispositivo->mutex);
-    TRetrato retrato = m_rInterno.Retrata();
+    TRetrato retrato = m_rMemoria.Retrata();
     std::erase_if(retrato, [](const auto& it) { return it.first.back() != '/'; });
     for (const auto& [sChave, rNome] : m_pDispositivo->mapaNomes) {
         const std::size_t uiMomento = sorteio.Ate(rNome.listaPendentes.size() + 1);
@@ -158,16 +160,6 @@ CXVErroArquivo CXVSistemaArquivosQueda::Abre(const std::string& sCaminho, const 
     return {};
 }
 
-EExistencia CXVSistemaArquivosQueda::Existe(const std::string& sCaminho) {
-    return m_rInterno.Existe(sCaminho);
-}
-bool CXVSistemaArquivosQueda::EhSomenteLeitura(const std::string& sCaminho) {
-    return m_rInterno.EhSomenteLeitura(sCaminho);
-}
-CXVErroArquivo CXVSistemaArquivosQueda::BuscaNomeReal(const std::string& sCaminho, std::string& sNomeReal) {
-    return m_rInterno.BuscaNomeReal(sCaminho, sNomeReal);
-}
-
 CXVErroArquivo CXVSistemaArquivosQueda::Apaga(const std::string& sCaminho) {
     const auto trava = m_pDispositivo->AoAlterar(sCaminho);
     const CXVErroArquivo erro = m_rInterno.Apaga(sCaminho);
@@ -188,27 +180,8 @@ CXVErroArquivo CXVSistemaArquivosQueda::Substitui(const std::string& sOrigem, co
     return {};
 }
 
-CXVErroArquivo CXVSistemaArquivosQueda::Lista(const std::string& sDiretorio, const std::string& sMascara,
-                                              std::vector<std::string>& listaNomes) {
-    return m_rInterno.Lista(sDiretorio, sMascara, listaNomes);
-}
-
-CXVErroArquivo CXVSistemaArquivosQueda::CriaDiretorio(const std::string& sDiretorio) {
-    return m_rInterno.CriaDiretorio(sDiretorio);
-}
-
 CXVErroArquivo CXVSistemaArquivosQueda::SincronizaDiretorio(const std::string& sDiretorio) {
     const auto trava = m_pDispositivo->AoAlterar(sDiretorio, EAlteracao::eSincroniza);
     m_pDispositivo->SincronizaNomes(sDiretorio);
     return {};
-}
-
-CXVErroArquivo CXVSistemaArquivosQueda::MarcaDiretorio(const std::string& sDiretorio,
-                                                       const std::string& sMarca,
-                                                       std::unique_ptr<IXVMarcaDiretorio>& pMarca) {
-    return m_rInterno.MarcaDiretorio(sDiretorio, sMarca, pMarca);
-}
-
-std::string CXVSistemaArquivosQueda::Junta(std::string_view sDiretorio, std::string_view sNome) const {
-    return m_rInterno.Junta(sDiretorio, sNome);
 }

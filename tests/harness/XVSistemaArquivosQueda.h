@@ -13,9 +13,12 @@
 #include <memory>
 #include <string>
 
+#include "tests/harness/XVSistemaArquivosEnvolto.h"
 #include "tests/harness/XVSistemaArquivosMemoria.h"
 
-class CXVSistemaArquivosQueda final : public IXVSistemaArquivos {
+struct SVigiaNenhuma {};
+
+class CXVSistemaArquivosQueda final : public TXVSistemaArquivosEnvolto<TXVVigiaGuarda<SVigiaNenhuma>> {
   public:
     using TRetrato = CXVSistemaArquivosMemoria::TRetrato;
     struct SDispositivo;
@@ -35,20 +38,11 @@ class CXVSistemaArquivosQueda final : public IXVSistemaArquivos {
 
     CXVErroArquivo Abre(const std::string& sCaminho, const SAberturaArquivo& rAbertura,
                         std::unique_ptr<IXVArquivo>& pArquivo) override;
-    EExistencia Existe(const std::string& sCaminho) override;
-    bool EhSomenteLeitura(const std::string& sCaminho) override;
-    CXVErroArquivo BuscaNomeReal(const std::string& sCaminho, std::string& sNomeReal) override;
     CXVErroArquivo Apaga(const std::string& sCaminho) override;
     CXVErroArquivo Substitui(const std::string& sOrigem, const std::string& sDestino) override;
-    CXVErroArquivo Lista(const std::string& sDiretorio, const std::string& sMascara,
-                         std::vector<std::string>& listaNomes) override;
-    CXVErroArquivo CriaDiretorio(const std::string& sDiretorio) override;
     CXVErroArquivo SincronizaDiretorio(const std::string& sDiretorio) override;
-    CXVErroArquivo MarcaDiretorio(const std::string& sDiretorio, const std::string& sMarca,
-                                  std::unique_ptr<IXVMarcaDiretorio>& pMarca) override;
-    std::string Junta(std::string_view sDiretorio, std::string_view sNome) const override;
 
   private:
-    CXVSistemaArquivosMemoria& m_rInterno;
+    CXVSistemaArquivosMemoria& m_rMemoria;
     std::shared_ptr<SDispositivo> m_pDispositivo;
 };

@@ -13,15 +13,6 @@ CXVBytes& CXVBytes::Campo(std::string_view sTexto, std::size_t uiLargura) {
     return Zeros(uiLargura - sTexto.size());
 }
 
-std::uint64_t XVCrcDoTeste(std::string_view sBytes) {
-    std::uint64_t uiCrc = 0;
-    for (const char c : sBytes) {
-        uiCrc ^= static_cast<unsigned char>(c);
-        for (int i = 0; i < 8; ++i) uiCrc = (uiCrc >> 1) ^ (uiCrc & 1 ? 0xC96C5795D7870F42ULL : 0);
-    }
-    return uiCrc;
-}
-
 std::string XVCabecalhoDoTeste(const SCabecalhoTeste& rCabecalho, std::uint64_t uiTamanhoDados) {
     const CXVBytes dataHora = CXVBytes().U8(15).U8(3).U16(2024).U8(9).U8(0).U8(0).U8(0);
     CXVBytes blocoB;
@@ -32,15 +23,15 @@ std::string XVCabecalhoDoTeste(const SCabecalhoTeste& rCabecalho, std::uint64_t 
     const std::string sComputador =
         rCabecalho.sComputador.empty() ? XVAmbienteSO::GetNomeComputador() : rCabecalho.sComputador;
     blocoB.Campo(sComputador.substr(0, 15), 16).Zeros(16).Zeros(16);
-    blocoB.U64(XVCrcDoTeste(blocoB.Str()));
+    blocoB.U64(CrcBitABit(blocoB.Str()));
 
     const CXVBytes versao = CXVBytes().U16(1);
-    const CXVBytes crcVersao = CXVBytes().U64(XVCrcDoTeste(versao.Str()));
+    const CXVBytes crcVersao = CXVBytes().U64(CrcBitABit(versao.Str()));
     return CXVBytes()
         .U16(1)
         .Zeros(6)
         .Junta(crcVersao.Str())
-        .U64(XVCrcDoTeste(crcVersao.Str()))
+        .U64(CrcBitABit(crcVersao.Str()))
         .Junta(blocoB.Str());
 }
 

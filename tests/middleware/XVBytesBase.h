@@ -6,6 +6,8 @@
 #include <string>
 #include <string_view>
 
+#include "tests/harness/XVCrcBitABit.h"
+
 // A growing run of little-endian fields.
 class CXVBytes {
   public:
@@ -34,9 +36,6 @@ class CXVBytes {
 
     std::string m_sBytes;
 };
-
-// CRC-64, bit by bit: reflected polynomial 0xC96C5795D7870F42, from 0, no final inversion.
-std::uint64_t XVCrcDoTeste(std::string_view sBytes);
 
 // Packed date, date-time and key of a record.
 constexpr std::uint64_t XVDma(unsigned uiAno, unsigned uiMes, unsigned uiDia) {

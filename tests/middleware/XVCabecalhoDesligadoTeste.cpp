@@ -113,7 +113,7 @@ TEST_F(CXVCabecalhoDesligadoTest, DiarioSemSomasERecusado) {
     Poe("XVDATABASE_FILE_CTRL.dat", CXVBytes().Texto("CRMIDDLEWAREVS.dat"));
     CXVBytes diario;
     diario.Junta("SVKRCV01").U16(4).U16(0).U32(1).Texto(CXVFabricaBases::NomeMembro(0));
-    diario.U64(XVCrcDoTeste(diario.Str()));
+    diario.U64(CrcBitABit(diario.Str()));
     for (const std::size_t uiTamanho : {diario.Str().size(), std::size_t{20}, std::size_t{0}}) {
         Poe("CRMIDDLEWARECV.srk", diario.Str().substr(0, uiTamanho));
         const auto antes = RetratoSemLogs();

@@ -18,7 +18,7 @@ std::string Diario(unsigned uiPasso, const std::string& sEntradas, std::uint32_t
                    const char* pszAssinatura) {
     CXVBytes diario;
     diario.Junta(pszAssinatura).U16(uiPasso).U16(0).U32(uiQuantidade).Junta(sEntradas);
-    return diario.U64(XVCrcDoTeste(diario.Str()));
+    return diario.U64(CrcBitABit(diario.Str()));
 }
 
 class CXVConversaoDiarioTest : public CXVCenarioConversao {
@@ -149,7 +149,7 @@ TEST_F(CXVConversaoDiarioTest, DiarioDeOutroPassoOuDeOutrosArquivosERecusado) {
     EsperaRecusa(k_pszDiario, "reserved bytes", [&] {
         std::string s = sBom.substr(0, sBom.size() - 8);
         s[10] = 1;
-        Poe(k_pszDiario, CXVBytes().Junta(s).U64(XVCrcDoTeste(s)));
+        Poe(k_pszDiario, CXVBytes().Junta(s).U64(CrcBitABit(s)));
     });
     EsperaRecusa(k_pszDiario, "more names than there are",
                  [&] { Poe(k_pszDiario, Diario(4, sEntradas, 4, "SVKRCV02")); });

@@ -62,7 +62,7 @@ TEST_P(CXVConversaoMorteTest, KilledAtEveryFileOperation) {
 
 // Every write leaves the first half of its bytes: copies, the journal, the version record.
 TEST_P(CXVConversaoMorteTest, MortaComCadaGravacaoPelaMetade) {
-    CXVSistemaArquivosMorte morte(m_Arquivos, CXVSistemaArquivosMorte::EContagem::eAlteracoes);
+    CXVSistemaArquivosMorte morte(m_Arquivos, EContagem::eAlteracoes);
     const CXVGuardaSistemaArquivos guarda(morte);
     EXPECT_GT(Varre(morte, true), 10U);
 }
@@ -72,7 +72,7 @@ TEST_P(CXVConversaoMorteTest, MortaEmQualquerPontoALojaAbreSozinha) {
     m_Arquivos.Restaura(m_vazio);
     Instala(CXVFabricaBases(GetParam(), false).Cria(2, 3));
     m_inicio = m_Arquivos.Retrata();
-    CXVSistemaArquivosMorte morte(m_Arquivos, CXVSistemaArquivosMorte::EContagem::eAlteracoes);
+    CXVSistemaArquivosMorte morte(m_Arquivos, EContagem::eAlteracoes);
     const CXVGuardaSistemaArquivos guarda(morte);
     bool bMorreu = true;
     for (XVUInt64 uiOperacao = 1; bMorreu && !HasFailure(); ++uiOperacao) {

@@ -63,20 +63,6 @@ TEST_F(CXVConversaoCasosTest, EmptyMissingForeignAndLeftoverFilesAreNoObstacle) 
     }
 }
 
-TEST_F(CXVConversaoCasosTest, BranchServesAsDatabaseIdWhenTheAccessSettingsSaySo) {
-    const auto vazio = m_Arquivos.Retrata();
-    for (const XVUInt ulOpcoes : {0x10U, 0xFFU, 0xEFU, 0U}) {
-        m_Arquivos.Restaura(vazio);
-        m_Registro.SetNumero(CAmbienteXV::GetChaveRegistro(k_eModuloBase), "AcessoServidores_1", ulOpcoes);
-        const CXVFabricaBases fabrica(2, true);
-        Instala(fabrica.Cria());
-        ASSERT_EQ(Converte(), S_OK);
-        const std::string sMembro = CXVFabricaBases::NomeMembro(2);
-        EXPECT_EQ(Dados(Conteudo(sMembro)), fabrica.DadosConvertidos(3, 4, (ulOpcoes & 0x10) != 0)[sMembro])
-            << ulOpcoes;
-    }
-}
-
 TEST_F(CXVConversaoCasosTest, LaterVersionDamagedVersionAndVanishedVersionChangeNothing) {
     TArquivos base = CXVFabricaBases(4, true).Cria();
     const std::string sVersao = base["CRMIDDLEWAREVS.dat"];
@@ -105,25 +91,6 @@ TEST_F(CXVConversaoCasosTest, LaterVersionDamagedVersionAndVanishedVersionChange
     EXPECT_EQ(m_Captura.GetFalhas().back().sExpressao,
               "CXVDataBaseUtil::LeSingleReg(this, XV_DF, &regVersao, \"CRMIDDLEWAREVS.dat\")");
     EXPECT_EQ(m_Captura.GetFalhas().back().sFuncao, "CBaseMiddleware::ExecutaConversao");
-}
-
-TEST_F(CXVConversaoCasosTest, VersionFileThatWasListedAndVanishedIsNoVersionZero) {
-    Instala(CXVFabricaBases(2, true).Cria());
-    ASSERT_EQ(Converte(), S_OK);
-    ASSERT_TRUE(m_Arquivos.Apaga(PastaDados("CRMIDDLEWAREVS.dat")).Ok());
-    const auto retrato = RetratoSemLogs();
-    EXPECT_EQ(Converte(), E_XVCR_INCONSISTENCIA_CONTROLE_CRIACAO_ARQUIVOS);
-    EXPECT_EQ(m_Arquivos.Diferenca(retrato, RetratoSemLogs()), "");
-    bool bNomeado = false;
-    for (const auto& falha : m_Captura.GetFalhas())
-        bNomeado |= falha.sMensagem.starts_with("Arquivo controlado não encontrado: ") &&
-                    falha.sMensagem.find("CRMIDDLEWAREVS.dat") != std::string::npos;
-    EXPECT_TRUE(bNomeado);
-    XVUShort usVersao = 9;
-    std::vector<SPassoPrevisto> passos;
-    CXVConversaoMiddleware conversao(nullptr);
-    ASSERT_EQ(conversao.Inicializa(&m_Dono), S_OK);
-    EXPECT_EQ(conversao.Simula(&usVersao, &passos), E_XVCR_INCONSISTENCIA_CONTROLE_CRIACAO_ARQUIVOS);
 }
 
 TEST_F(CXVConversaoCasosTest, ListedFileThatVanishedIsRefusedByNameAtConversionAndAtOpening) {
@@ -174,19 +141,6 @@ TEST_F(CXVConversaoCasosTest, FreshDirectoryOpensAtVersionFiveWithoutLeftovers) 
     for (const auto& it : m_Arquivos.Retrata())
         if (!it.first.ends_with('/')) nomes.push_back(it.first.substr(it.first.find_last_of('/') + 1));
     EXPECT_EQ(nomes, (std::vector<std::string>{"CRMIDDLEWAREVS.dat", "XVDATABASE_FILE_CTRL.dat"}));
-}
-
-TEST_F(CXVConversaoCasosTest, ConvertedStoreAnswersUnderTheOldKeys) {
-    Instala(CXVFabricaBases(0, false).Cria());
-    CBaseMiddleware loja;
-    ASSERT_EQ(loja.Inicializa(&m_Dono), S_OK);
-    tagREG_CR_INTEGRACAO_MIDDLEWAREPS reg{};
-    ASSERT_EQ(loja.LeIntegracao({XVChaveDmc(XVDma(2023, 5, 2), 2)}, &reg, 0), S_OK);
-    EXPECT_EQ(reg.eTipoIntegracao, 2U) << "record 5 was of old type 5";
-    EXPECT_EQ(reg.ulPonteiroFilial, 45U);
-    EXPECT_EQ(reg.uiChaveIntegracaoSistemaTerceiro, 6U);
-    ASSERT_EQ(loja.LeIntegracao({XVChaveDmc(XVDma(2023, 5, 2), 3)}, &reg, 0), S_OK);
-    EXPECT_EQ(reg.eTipoIntegracao, 6U) << "old 6 stays";
 }
 
 // What the observer was told, as one line.

@@ -71,18 +71,16 @@ TEST_F(CXVEsquemaTest, KeyMapDateTimeAndVersionFilesHaveTheirLayouts) {
 }
 
 TEST_F(CXVEsquemaTest, IndexKeysAreTheCrcOfTheirFields) {
-    EXPECT_EQ(XVCrcDoTeste("123456789"), 0x2B9C7EE4E2780C8AULL) << "the test's own CRC";
     const REG_CR_INDEX_INTEGRACAO_V1 index{4711, {XVChaveDmc(k_uiHoje, 9)}, OfficialBank, 1};
-    EXPECT_EQ(m_DataBase.GetChaveIndex(index, 0), XVCrcDoTeste(CXVBytes().U64(4711).U32(8).U32(0).Str()));
+    EXPECT_EQ(m_DataBase.GetChaveIndex(index, 0), CrcBitABit(CXVBytes().U64(4711).U32(8).U32(0).Str()));
     EXPECT_EQ(m_DataBase.GetChaveIndex(index, 1), XVChaveDmc(k_uiHoje, 9));
     EXPECT_EQ(m_DataBase.GetChaveIndex(index, 2), 4711U);
     const REG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIRO_V2 chave{77, {XVChaveDmc(k_uiHoje, 4, 2)}, 3, 6, 16, {1}};
     EXPECT_EQ(m_DataBase.GetChaveIndex(chave, 0),
-              XVCrcDoTeste(CXVBytes().U32(16).U32(6).U64(XVChaveDmc(k_uiHoje, 4, 2)).U64(3).Str()));
-    EXPECT_EQ(m_DataBase.GetChaveIndex(chave, 1),
-              XVCrcDoTeste(CXVBytes().U32(16).U32(6).U64(77).U64(3).Str()));
+              CrcBitABit(CXVBytes().U32(16).U32(6).U64(XVChaveDmc(k_uiHoje, 4, 2)).U64(3).Str()));
+    EXPECT_EQ(m_DataBase.GetChaveIndex(chave, 1), CrcBitABit(CXVBytes().U32(16).U32(6).U64(77).U64(3).Str()));
     const REG_CR_DATA_HORA_INTEGRACAO_TERCEIRO_V1 dataHora{{1}, 9, 2, 1, {}};
-    EXPECT_EQ(m_DataBase.GetChaveIndex(dataHora, 0), XVCrcDoTeste(CXVBytes().U32(2).U32(9).U32(1).Str()));
+    EXPECT_EQ(m_DataBase.GetChaveIndex(dataHora, 0), CrcBitABit(CXVBytes().U32(2).U32(9).U32(1).Str()));
     EXPECT_EQ(m_DataBase.GetChaveIndex(index, 3), 0U);
     EXPECT_EQ(m_DataBase.GetChaveIndex(chave, 2), 0U);
     EXPECT_EQ(m_DataBase.GetChaveIndex(dataHora, 1), 0U);

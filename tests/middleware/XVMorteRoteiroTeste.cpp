@@ -16,10 +16,7 @@ void PrintTo(const SCasoMorte& rCaso, std::ostream* pSaida) {
 
 class CXVMorteRoteiro : public CXVCenarioLoja, public testing::WithParamInterface<SCasoMorte> {
   protected:
-    CXVMorteRoteiro()
-        : m_morte(m_Arquivos, CXVSistemaArquivosMorte::EContagem::eAlteracoes,
-                  CXVSistemaArquivosMorte::EMorte::eCala),
-          m_guarda(m_morte) {
+    CXVMorteRoteiro() : m_morte(m_Arquivos, EContagem::eAlteracoes, EMorte::eCala), m_guarda(m_morte) {
         m_inicial = m_Arquivos.Retrata();
     }
 

@@ -19,7 +19,7 @@ std::string Codigo(HRESULT hr) {
 // A text of any bytes, in a form that can be shown: short ones whole, of long ones the length and a checksum.
 std::string Texto(const std::string& sTexto) {
     std::ostringstream s;
-    s << sTexto.size() << ':' << std::hex << XVCrcDoTeste(sTexto);
+    s << sTexto.size() << ':' << std::hex << CrcBitABit(sTexto);
     if (sTexto.size() <= 24) s << ':' << sTexto;
     return s.str();
 }

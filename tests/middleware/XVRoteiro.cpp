@@ -102,7 +102,7 @@ std::string XVExecutaRoteiro(const std::string& sDiretorio) {
         const std::string sNome = entrada.path().filename().string();
         char szLinha[128];
         std::snprintf(szLinha, sizeof(szLinha), "%s %zu %016llx\n", sNome.c_str(), bytes.str().size(),
-                      static_cast<unsigned long long>(XVCrcDoTeste(SemComputador(bytes.str(), sNome))));
+                      static_cast<unsigned long long>(CrcBitABit(SemComputador(bytes.str(), sNome))));
         linhas.emplace_back(szLinha);
     }
     std::sort(linhas.begin(), linhas.end());

@@ -38,7 +38,7 @@ class CXVVarreduraAlocacao : public CXVCenarioVarredura {
     }
 
     // The allocations of the device in memory have no counterpart in a real one.
-    TXVSistemaArquivosEnvolto<XVRecusaAlocacao::CSuspensa> m_envolto;
+    TXVSistemaArquivosEnvolto<TXVVigiaGuarda<XVRecusaAlocacao::CSuspensa>> m_envolto;
     CXVGuardaSistemaArquivos m_guarda;
     bool m_bRecusada = false;  // in the case run last
 };

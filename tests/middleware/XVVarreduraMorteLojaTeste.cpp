@@ -8,10 +8,7 @@ namespace {
 
 class CXVVarreduraMorteLoja : public CXVCenarioVarredura {
   protected:
-    CXVVarreduraMorteLoja()
-        : m_Morte(m_Arquivos, CXVSistemaArquivosMorte::EContagem::eAlteracoes,
-                  CXVSistemaArquivosMorte::EMorte::eCala),
-          m_Guarda(m_Morte) {
+    CXVVarreduraMorteLoja() : m_Morte(m_Arquivos, EContagem::eAlteracoes, EMorte::eCala), m_Guarda(m_Morte) {
         m_Morte.Nasce(0);
     }
 

@@ -159,7 +159,6 @@ TEST_F(CXVVersaoAusenteTest, ArquivoListadoAusenteParaAConversaoPeloNome) {
         for (const auto& it : base)
             lista.Texto(it.first == "CRINTEGMID20230502.dat" ? "crintegmid20230502.DAT" : it.first);
         for (const auto& it : base) {
-            if (it.first == k_pszVersao) continue;
             Recomeca(base);
             m_Arquivos.CriaArquivo(PastaDados(k_pszControle), lista);
             ASSERT_TRUE(m_Arquivos.Apaga(PastaDados(it.first)).Ok());

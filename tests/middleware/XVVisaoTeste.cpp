@@ -111,7 +111,7 @@ TEST_F(CXVVisaoTeste, NadaEhEscritoNemComErro) {
         const TLoja pLoja = Abre();
         regDmc = Grava(*pLoja, CXVIntegracaoTeste(1).Textos("{}", "m", "{}"));
     }
-    CXVSistemaArquivosMorte contador(m_Arquivos, CXVSistemaArquivosMorte::EContagem::eAlteracoes);
+    CXVSistemaArquivosMorte contador(m_Arquivos, EContagem::eAlteracoes);
     const CXVGuardaSistemaArquivos guarda(contador);
     contador.Nasce(0);
     const auto antes = m_Arquivos.Retrata();

@@ -5,9 +5,8 @@
 
 #include "platform/XVPlataforma.h"
 #include "tests/harness/XVDiretorioTeste.h"
-#include "tests/harness/XVSistemaArquivosFalhas.h"
+#include "tests/harness/XVSistemaArquivosEnvolto.h"
 #include "tests/harness/XVSistemaArquivosMemoria.h"
-#include "tests/harness/XVSistemaArquivosMorte.h"
 
 namespace {
 
@@ -36,46 +35,33 @@ class CXVCenarioMemoria final : public IXVCenario {
     CXVSistemaArquivosMemoria m_memoria;
 };
 
-template <class TInvolucro>
-class TXVCenarioEnvolvido final : public IXVCenario {
+// The file system that all doubles of the tests are made of, with nothing to watch for.
+class CXVCenarioEnvolto final : public IXVCenario {
   public:
-    explicit TXVCenarioEnvolvido(std::unique_ptr<IXVCenario> pInterno)
-        : m_pInterno(std::move(pInterno)), m_involucro(m_pInterno->Sistema()) {}
-    IXVSistemaArquivos& Sistema() override { return m_involucro; }
-    std::string Diretorio() override { return m_pInterno->Diretorio(); }
+    IXVSistemaArquivos& Sistema() override { return m_envolto; }
+    std::string Diretorio() override { return m_interno.Diretorio(); }
     void SetSomenteLeitura(const std::string& sNome, bool bSomenteLeitura) override {
-        m_pInterno->SetSomenteLeitura(sNome, bSomenteLeitura);
+        m_interno.SetSomenteLeitura(sNome, bSomenteLeitura);
     }
 
   private:
-    std::unique_ptr<IXVCenario> m_pInterno;
-    TInvolucro m_involucro;
+    struct SNada {};
+
+    CXVCenarioMemoria m_interno;
+    TXVSistemaArquivosEnvolto<TXVVigiaGuarda<SNada>> m_envolto{m_interno.Sistema()};
 };
 
 std::string NomeDoCenario(const testing::TestParamInfo<ECenario>& rInfo) {
-    constexpr const char* k_apszNomes[] = {"Native", "Memory", "FaultsOnMemory", "FaultsOnNative",
-                                           "DeathOnMemory"};
+    constexpr const char* k_apszNomes[] = {"Native", "Memory", "Forwarding"};
     return k_apszNomes[static_cast<int>(rInfo.param)];
 }
 
 }  // namespace
 
 std::unique_ptr<IXVCenario> XVCriaCenario(ECenario eCenario) {
-    using CXVCenarioFalhas = TXVCenarioEnvolvido<CXVSistemaArquivosFalhas>;
-    using CXVCenarioMorte = TXVCenarioEnvolvido<CXVSistemaArquivosMorte>;
-    switch (eCenario) {
-        case ECenario::eNativo:
-            return std::make_unique<CXVCenarioNativo>();
-        case ECenario::eMemoria:
-            return std::make_unique<CXVCenarioMemoria>();
-        case ECenario::eFalhasSobreMemoria:
-            return std::make_unique<CXVCenarioFalhas>(std::make_unique<CXVCenarioMemoria>());
-        case ECenario::eFalhasSobreNativo:
-            return std::make_unique<CXVCenarioFalhas>(std::make_unique<CXVCenarioNativo>());
-        case ECenario::eMorteSobreMemoria:
-            return std::make_unique<CXVCenarioMorte>(std::make_unique<CXVCenarioMemoria>());
-    }
-    return nullptr;
+    if (eCenario == ECenario::eNativo) return std::make_unique<CXVCenarioNativo>();
+    if (eCenario == ECenario::eMemoria) return std::make_unique<CXVCenarioMemoria>();
+    return std::make_unique<CXVCenarioEnvolto>();
 }
 
 ECausaArquivo CXVSistemaArquivosTest::Abre(const std::string& sNome, const SAberturaArquivo& rAbertura,
@@ -113,6 +99,5 @@ void PrintTo(ECausaArquivo eCausa, std::ostream* pSaida) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Cenarios, CXVSistemaArquivosTest,
-                         testing::Values(ECenario::eNativo, ECenario::eMemoria, ECenario::eFalhasSobreMemoria,
-                                         ECenario::eFalhasSobreNativo, ECenario::eMorteSobreMemoria),
+                         testing::Values(ECenario::eNativo, ECenario::eMemoria, ECenario::eEnvolto),
                          NomeDoCenario);

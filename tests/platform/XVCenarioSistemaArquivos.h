@@ -8,7 +8,7 @@
 
 #include "platform/XVSistemaArquivos.h"
 
-enum class ECenario { eNativo, eMemoria, eFalhasSobreMemoria, eFalhasSobreNativo, eMorteSobreMemoria };
+enum class ECenario { eNativo, eMemoria, eEnvolto };
 
 // One implementation with an empty directory of its own.
 class IXVCenario {

@@ -65,7 +65,7 @@ TEST_F(SimulacaoFalhasTeste, ProcessoMortoEntreDoisPassosNaoDeixaMeioDocumento) 
         ASSERT_LT(uiMorte, 200U);
         m_Arquivos.Restaura({});
         ASSERT_TRUE(m_Arquivos.CriaDiretorio(PastaDados()).Ok());
-        CXVSistemaArquivosMorte morte(m_Arquivos, CXVSistemaArquivosMorte::EContagem::eAlteracoes);
+        CXVSistemaArquivosMorte morte(m_Arquivos, EContagem::eAlteracoes);
         {
             const CXVGuardaSistemaArquivos guarda(morte);
             morte.Nasce(uiMorte, true);

@@ -54,13 +54,6 @@ TEST(Nomes, CodigosWin32EHResultsInteiros) {
     EXPECT_GE(XVNomesHResult::k_listaHResult.size(), 390U);
 }
 
-TEST(Nomes, TabelasEmOrdemEstritaParaABusca) {
-    for (const auto lista :
-         {XVNomesHResult::k_listaFacility, XVNomesHResult::k_listaWin32, XVNomesHResult::k_listaHResult})
-        for (std::size_t i = 1; i < lista.size(); ++i)
-            ASSERT_LT(lista[i - 1].ulCodigo, lista[i].ulCodigo) << lista[i].pszNome;
-}
-
 TEST(Mensagens, TodoCodigoDoSistemaTemNomeESentenca) {
     std::ifstream arquivo(XV_CABECALHO_CODIGOS);
     ASSERT_TRUE(arquivo);

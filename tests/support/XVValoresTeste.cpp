@@ -7,24 +7,17 @@
 #include "support/codes/XVCodigos.h"
 #include "support/values/XVCrc64.h"
 #include "support/values/XVDmc.h"
+#include "tests/harness/XVCrcBitABit.h"
 #include "tests/support/XVBancadaTrace.h"
 
 TEST(Crc64, ConfereComODefinidoEContinuaDoAnterior) {
     EXPECT_EQ(XVCrc64("123456789", 9), 0x2B9C7EE4E2780C8AULL);
     EXPECT_EQ(XVCrc64("", 0), 0U);
     const std::string sTexto = "um texto de mais de oito bytes, para as tabelas todas";
-    const auto crcBitABit = [](std::string_view s) {
-        std::uint64_t uiCrc = 0;
-        for (const char c : s) {
-            uiCrc ^= static_cast<unsigned char>(c);
-            for (int i = 0; i < 8; ++i) uiCrc = (uiCrc >> 1) ^ ((uiCrc & 1) != 0 ? 0xC96C5795D7870F42ULL : 0);
-        }
-        return uiCrc;
-    };
     for (std::size_t i = 0; i <= sTexto.size(); ++i) {
         const std::uint64_t uiInicio = XVCrc64(sTexto.data(), i);
-        EXPECT_EQ(uiInicio, crcBitABit(std::string_view(sTexto).substr(0, i))) << i;
-        EXPECT_EQ(XVCrc64(sTexto.data() + i, sTexto.size() - i, uiInicio), crcBitABit(sTexto)) << i;
+        EXPECT_EQ(uiInicio, CrcBitABit(std::string_view(sTexto).substr(0, i))) << i;
+        EXPECT_EQ(XVCrc64(sTexto.data() + i, sTexto.size() - i, uiInicio), CrcBitABit(sTexto)) << i;
     }
 }
 

@@ -111,12 +111,6 @@ TEST_F(AberturaArquivo, ModosEReabertura) {
     EXPECT_EQ(banco->GetSeekCabecalho(), 0U);
     EXPECT_EQ(banco->GetTamanho(), 0U);
     ASSERT_EQ(banco.xvDB.Finaliza(), S_OK);
-
-    EXPECT_STREQ(ModoAberturaToString(0), "Invalido");
-    EXPECT_STREQ(ModoAberturaToString(0x2022), "LeituraGravacao");
-    EXPECT_STREQ(ModoAberturaToString(0x2040), "LeituraSemBloqueio");
-    EXPECT_STREQ(ModoAberturaToString(0x3022), "LeituraGravacaoCriacao");
-    EXPECT_STREQ(ModoAberturaToString(1), "Desconhecido");
 }
 
 TEST_F(AberturaArquivo, NomeEmOutraCaixaRecebeONomePedido) {
@@ -125,16 +119,6 @@ TEST_F(AberturaArquivo, NomeEmOutraCaixaRecebeONomePedido) {
     std::string sNomeReal;
     ASSERT_TRUE(m_Arquivos.BuscaNomeReal(PastaDados("A.dat"), sNomeReal).Ok());
     EXPECT_EQ(sNomeReal, "A.dat");
-}
-
-TEST_F(AberturaArquivo, CodigosFataisSaoExatamenteOsSete) {
-    for (const HRESULT hr : {eBadSeek, eEndOfFile, eHardIO, eFileNotFound, eBadPath,
-                             E_XVCR_INDEXACAO_COM_POSICAO_ZERO, E_XVCR_CHAVE_DE_INDEXACAO_REPETIDA})
-        EXPECT_TRUE(CXVFileBase::EhUmaExcecaoFatal(hr)) << std::hex << hr;
-    for (const HRESULT hr : {S_OK, eTooManyOpenFiles, eAccessDenied, eXVReadOnly, eInvalidFile,
-                             eDirectoryFull, eSharingViolation, eLockViolation, eDiskFull, eXVGenericError,
-                             E_XVCR_COLUNA_INDEXACAO_INVALIDA, E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA})
-        EXPECT_FALSE(CXVFileBase::EhUmaExcecaoFatal(hr)) << std::hex << hr;
 }
 
 }  // namespace

@@ -4,16 +4,7 @@
 #include <cstring>
 #include <string>
 
-#include "platform/XVTipos.h"
-
-inline XVUInt64 CrcBitABit(const std::string& s) {
-    XVUInt64 uiCrc = 0;
-    for (const char c : s) {
-        uiCrc ^= static_cast<unsigned char>(c);
-        for (int i = 0; i < 8; ++i) uiCrc = (uiCrc >> 1) ^ ((uiCrc & 1) != 0 ? 0xC96C5795D7870F42ULL : 0ULL);
-    }
-    return uiCrc;
-}
+#include "tests/harness/XVCrcBitABit.h"
 
 template <class T>
 T Campo(const std::string& sArquivo, std::size_t uiOffset) {

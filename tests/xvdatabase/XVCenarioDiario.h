@@ -66,9 +66,8 @@ class CXVCenarioDiario : public CXVCenarioBanco {
     CXVSistemaArquivosQueda::TAoAlterar m_fnAoAlterar;
 };
 
-// Two files in one container and the journal around them.
-struct SBancoDuplo {
-    SBancoDuplo() : xvDB(XV_DF), a("A.dat", &xvDB), t("T.dat", &xvDB) {}
+// A container and the journal around it.
+struct SBancoComDiario {
     HRESULT Abre(const IXVDF_Profiler& rDono, const std::string& sDiretorio) {
         const HRESULT hr = diario.Abre(&rDono, XV_DF, sDiretorio);
         return FAILED(hr) ? hr : xvDB.Inicializa(&rDono);
@@ -78,6 +77,13 @@ struct SBancoDuplo {
         const HRESULT hrDiario = diario.Fecha(&rDono);
         return FAILED(hr) ? hr : hrDiario;
     }
+
+    CXVDiario diario;
+    CXVDataBase xvDB{XV_DF};
+};
+
+// With two files.
+struct SBancoDuplo : SBancoComDiario {
     // A record and a text in one operation; the record's position is overwritten or, with 0, appended.
     HRESULT Grava(XVUInt uiPosicao, const REG_TESTE& reg, const std::string& sTexto) {
         CXVOperacao operacao(&xvDB);
@@ -94,8 +100,6 @@ struct SBancoDuplo {
         return hr;
     }
 
-    CXVDiario diario;
-    CXVDataBase xvDB;
-    CXVFileTeste a;
-    CXVTextFile t;
+    CXVFileTeste a{"A.dat", &xvDB};
+    CXVTextFile t{"T.dat", &xvDB};
 };

@@ -10,17 +10,7 @@
 namespace {
 
 // Three files, one for each caller, so that what one prepares depends on nothing that waits.
-struct SBancoFila {
-    SBancoFila() : xvDB(XV_DF), aFiles{{{"A.dat", &xvDB}, {"B.dat", &xvDB}, {"C.dat", &xvDB}}} {}
-    HRESULT Abre(const IXVDF_Profiler& rDono, const std::string& sDiretorio) {
-        const HRESULT hr = diario.Abre(&rDono, XV_DF, sDiretorio);
-        return FAILED(hr) ? hr : xvDB.Inicializa(&rDono);
-    }
-    HRESULT Fecha(const IXVDF_Profiler& rDono) {
-        const HRESULT hr = xvDB.Finaliza();
-        const HRESULT hrDiario = diario.Fecha(&rDono);
-        return FAILED(hr) ? hr : hrDiario;
-    }
+struct SBancoFila : SBancoComDiario {
     // As a store does: prepared under the callers' lock, again when it was in vain.
     HRESULT Grava(std::size_t uiFile, std::string_view sTexto, XVUInt64 uiChave) {
         while (true) {
@@ -40,9 +30,7 @@ struct SBancoFila {
         }
     }
 
-    CXVDiario diario;
-    CXVDataBase xvDB;
-    std::array<CXVTextFile, 3> aFiles;
+    std::array<CXVTextFile, 3> aFiles{{{"A.dat", &xvDB}, {"B.dat", &xvDB}, {"C.dat", &xvDB}}};
     std::mutex mutexAlteracao;
     std::atomic<XVUInt> ulRefeitas = 0;
 };

@@ -4,8 +4,8 @@
 
 #include "suite/providers/XVProvedorAdaptador.h"
 #include "tests/harness/XVSistemaArquivosFalhas.h"
+#include "tests/middleware/XVRecusaAlocacao.h"
 #include "tests/middleware/exchange/XVCenarioTroca.h"
-#include "tests/middleware/exchange/XVFalhaMemoria.h"
 
 namespace {
 
@@ -129,8 +129,8 @@ TEST_F(CXVTrocaPerdidaTest, RespostaQueNaoSeAproveitaDizAChaveQueTrouxe) {
 // Every allocation between the library's answer and the end of the call fails once: the exchange is recorded
 // or told, whichever it is.
 TEST_F(CXVTrocaPerdidaTest, FaltaDeMemoriaDepoisDaTrocaNaoACala) {
-    for (unsigned uiFalha = 1;; ++uiFalha) {
-        SCOPED_TRACE(uiFalha);
+    for (long iFalha = 1;; ++iFalha) {
+        SCOPED_TRACE(iFalha);
         CXVSistemaArquivosMemoria arquivos;
         const CXVGuardaSistemaArquivos guarda(arquivos);
         ASSERT_TRUE(arquivos.CriaDiretorio(PastaDados()).Ok());
@@ -140,15 +140,16 @@ TEST_F(CXVTrocaPerdidaTest, FaltaDeMemoriaDepoisDaTrocaNaoACala) {
         m_rGravador.mapDados["EnviaJson"] = Resposta(400, eXVSMiddleware_Sucesso);
         m_rGravador.mapDados["EnviaJson"].sJSON.assign(100, 'j');
         m_rGravador.listaChamadas.reserve(m_rGravador.listaChamadas.size() + 8);
-        m_rGravador.fnDepoisDaTroca = [uiFalha] { XVFalhaMemoria::Programa(uiFalha); };
+        m_rGravador.fnDepoisDaTroca = [iFalha] { XVRecusaAlocacao::Programa(iFalha); };
         REG_XVDMC regDmc;
         HRESULT hr = E_OUTOFMEMORY;
         try {
             hr = pLoja->GravaIntegracaoInstantanea(&regDmc, Pedido(eXVSMiddleware_Inclusao));
         } catch (const std::bad_alloc&) {
         }
-        const bool bOcorreu = XVFalhaMemoria::Termina();
-        ASSERT_EQ(Chamadas("EnviaJson"), uiFalha) << "one exchange a round";
+        const bool bOcorreu = XVRecusaAlocacao::Ocorreu();
+        XVRecusaAlocacao::Programa(0);
+        ASSERT_EQ(Chamadas("EnviaJson"), static_cast<unsigned>(iFalha)) << "one exchange a round";
         bool bDita = false;
         for (const SFalhaCapturada& rFalha : captura.GetFalhas())
             bDita |= rFalha.sMensagem.find("chave 401, origem 20240301-16-2") != std::string::npos;
@@ -158,7 +159,7 @@ TEST_F(CXVTrocaPerdidaTest, FaltaDeMemoriaDepoisDaTrocaNaoACala) {
             EXPECT_TRUE(bDita);
         if (!bOcorreu) {
             EXPECT_EQ(hr, S_OK);
-            EXPECT_GT(uiFalha, 20U) << "allocations were really met";
+            EXPECT_GT(iFalha, 20) << "allocations were really met";
             break;
         }
     }

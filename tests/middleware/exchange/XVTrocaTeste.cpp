@@ -21,8 +21,14 @@ class CXVTrocaTest : public CXVCenarioTroca {
         return Parametros("BuscaIntegracoes", reg);
     }
     // One exchange of the only item: what the library was asked, and what it leaves to be recorded.
-    SDadosTeste EsperaTroca(XVUInt eTransacao, const std::string& sOperacao, XVUInt64 uiDmcAntes,
-                            XVUInt64 uiChaveAntes, XVUInt64 uiDmcDepois) {
+    SDadosTeste TrocaItem(XVUInt eTransacao, const std::string& sOperacao, XVUInt eRespondido,
+                          REG_XVDMC* pRegDmc, XVUInt64 uiChaveAntes) {
+        const XVUInt64 uiDmcAntes = pRegDmc->uiValor;
+        m_rGravador.listaItens = {Item()};
+        m_rGravador.mapDados["Anterior"] = Resposta(200, eXVSMiddleware_Pendente);
+        m_rGravador.mapDados[sOperacao] = Resposta(400, eRespondido);
+        EXPECT_EQ(Troca(eTransacao, pRegDmc), S_OK);
+        const XVUInt64 uiDmcDepois = pRegDmc->uiValor;
         SDadosTeste dados = Preparado(eTransacao);
         dados.reg.uiDmc = uiDmcAntes;
         dados.reg.uiChaveIntegracaoSistemaTerceiro = uiChaveAntes;
@@ -40,44 +46,38 @@ class CXVTrocaTest : public CXVCenarioTroca {
 };
 
 TEST_F(CXVTrocaTest, InclusaoEntregaOItemEGravaTudoOQueFoiRespondido) {
-    m_rGravador.listaItens = {Item()};
-    m_rGravador.mapDados["Anterior"] = Resposta(200, eXVSMiddleware_Pendente);
-    m_rGravador.mapDados["EnviaJson"] = Resposta(400, eXVSMiddleware_Enviado);
     REG_XVDMC regDmc;
-    ASSERT_EQ(Troca(eXVSMiddleware_Inclusao, &regDmc), S_OK);
+    const SDadosTeste dados =
+        TrocaItem(eXVSMiddleware_Inclusao, "EnviaJson", eXVSMiddleware_Enviado, &regDmc, 0);
     EXPECT_EQ(regDmc.uiValor, XVChaveDmc(k_uiHoje, 1));
-    const SDadosTeste dados = EsperaTroca(eXVSMiddleware_Inclusao, "EnviaJson", 0, 0, regDmc.uiValor);
     EXPECT_EQ(Le(*m_pLoja, regDmc), dados.Integracao());
 }
 
-TEST_F(CXVTrocaTest, AlteracaoEntregaAChaveConhecidaETrazOCarimboDaTroca) {
-    REG_XVDMC regDmc = GravaAnterior(71, eXVSMiddleware_Sucesso);
-    m_rGravador.listaItens = {Item()};
-    m_rGravador.mapDados["Anterior"] = Resposta(200, eXVSMiddleware_Pendente);
-    m_rGravador.mapDados["BuscaDados"] = Resposta(400, eXVSMiddleware_Enviado);
-    const REG_XVDMC regAntes = regDmc;
-    ASSERT_EQ(Troca(eXVSMiddleware_Alteracao, &regDmc), S_OK);
-    EXPECT_EQ(regDmc, regAntes);
-    SDadosTeste dados =
-        EsperaTroca(eXVSMiddleware_Alteracao, "BuscaDados", regDmc.uiValor, 71, regDmc.uiValor);
-    dados.reg.uiDataHoraAlteracaoStatus = k_uiAgora;
-    EXPECT_EQ(Le(*m_pLoja, regDmc), dados.Integracao());
+TEST_F(CXVTrocaTest, AlteracaoEExclusaoEntregamAChaveConhecidaETrazemOCarimboDaTroca) {
+    const struct {
+        XVUInt eTransacao;
+        const char* pszOperacao;
+        XVUInt eRespondido;
+    } aCasos[] = {{eXVSMiddleware_Alteracao, "BuscaDados", eXVSMiddleware_Enviado},
+                  {eXVSMiddleware_Exclusao, "ExcluiDados", eXVSMiddleware_Cancelado}};
+    for (const auto& rCaso : aCasos) {
+        m_rGravador.listaChamadas.clear();
+        const REG_XVDMC regAntes = GravaAnterior(71, eXVSMiddleware_Sucesso);
+        REG_XVDMC regDmc = regAntes;
+        SDadosTeste dados = TrocaItem(rCaso.eTransacao, rCaso.pszOperacao, rCaso.eRespondido, &regDmc, 71);
+        EXPECT_EQ(regDmc, regAntes);
+        dados.reg.uiDataHoraAlteracaoStatus = k_uiAgora;
+        EXPECT_EQ(Le(*m_pLoja, regDmc), dados.Integracao());
+    }
 }
 
-TEST_F(CXVTrocaTest, ExclusaoConfirmadaEGravadaEANaoConfirmadaSoFicaNoLog) {
+TEST_F(CXVTrocaTest, ExclusaoNaoConfirmadaSoFicaNoLog) {
     REG_XVDMC regDmc = GravaAnterior(71, eXVSMiddleware_Sucesso);
+    const std::string sAntes = Le(*m_pLoja, regDmc);
     m_rGravador.listaItens = {Item()};
-    m_rGravador.mapDados["Anterior"] = Resposta(200, eXVSMiddleware_Pendente);
-    m_rGravador.mapDados["ExcluiDados"] = Resposta(400, eXVSMiddleware_Cancelado);
-    ASSERT_EQ(Troca(eXVSMiddleware_Exclusao, &regDmc), S_OK);
-    SDadosTeste dados =
-        EsperaTroca(eXVSMiddleware_Exclusao, "ExcluiDados", regDmc.uiValor, 71, regDmc.uiValor);
-    dados.reg.uiDataHoraAlteracaoStatus = k_uiAgora;
-    EXPECT_EQ(Le(*m_pLoja, regDmc), dados.Integracao());
-
     m_rGravador.mapDados["ExcluiDados"] = Resposta(500, eXVSMiddleware_Enviado);
     ASSERT_EQ(Troca(eXVSMiddleware_Exclusao, &regDmc), S_OK);
-    EXPECT_EQ(Le(*m_pLoja, regDmc), dados.Integracao());
+    EXPECT_EQ(Le(*m_pLoja, regDmc), sAntes);
     ASSERT_EQ(LinhasPerdidas().size(), 1U);
     EXPECT_NE(LinhasPerdidas()[0].find("chave 501, origem 20240301-16-2, integração 20240313-1-1"),
               std::string::npos)
