@@ -1,5 +1,5 @@
-// The component's interface as the component itself implements it: the same slots, in the same order and
-// with the same binary shapes, as the interface definition in server/, over the component's own records.
+// The component's interface as the component implements it and the client calls it: the same slots, in the
+// same order and with the same binary shapes, as XVCR_Middleware.idl, over the system's own records.
 //
 // Every output is cleared on entry. Buffers in outputs come from XVAmbienteSO::AlocaSaida and belong to
 // the caller. No exception leaves a slot. Thread rule: any thread.

@@ -25,6 +25,16 @@ std::string_view RegToString(const _REG_DF_TEXTOPS& reg) {
     return {reinterpret_cast<const char*>(reg.pTexto), reg.ulQtdBytes};
 }
 
+_REG_DF_TEXTOPS Vista(std::string_view sTexto) {
+    _REG_DF_TEXTOPS reg{};
+    if (sTexto.empty()) return reg;
+    const bool bCabe = sTexto.size() <= std::numeric_limits<XVUInt>::max();
+    reg.ulQtdBytes = bCabe ? static_cast<XVUInt>(sTexto.size()) : std::numeric_limits<XVUInt>::max();
+    // Only read through a record that goes in; the pointer is not const because outputs share the layout.
+    if (bCabe) reg.pTexto = reinterpret_cast<XVByte*>(const_cast<char*>(sTexto.data()));
+    return reg;
+}
+
 HRESULT StringToReg(std::string_view sTexto, _REG_DF_TEXTOPS* pReg) {
     if (pReg == nullptr) return E_POINTER;
     *pReg = {};
@@ -59,6 +69,12 @@ void XVLiberaBuffers(_REG_DF_LISTA_XVDMCPS* pReg) {
     *pReg = {};
 }
 
+void XVLiberaBuffers(_REG_CR_LISTA_BYTESPS* pReg) {
+    if (pReg == nullptr) return;
+    LiberaBuffer(pReg->pListaBytes);
+    *pReg = {};
+}
+
 void XVLiberaBuffers(tagREG_CR_STATUS_CONSULTA_SISTEMA_TERCEIROPS* pReg) {
     if (pReg == nullptr) return;
     CXVStringPS::Libera(&pReg->regMensagemRetorno);
@@ -66,6 +82,14 @@ void XVLiberaBuffers(tagREG_CR_STATUS_CONSULTA_SISTEMA_TERCEIROPS* pReg) {
     LiberaBuffer(pReg->pDocumentoRetorno);
     pReg->pDocumentoRetorno = nullptr;
     pReg->ulTamanhoDocumentoRetorno = 0;
+}
+
+_REG_DF_LISTA_XVDMCPS XVVista(const std::vector<REG_XVDMC>& lista) {
+    _REG_DF_LISTA_XVDMCPS reg{};
+    const bool bCabe = lista.size() <= std::numeric_limits<XVUInt>::max();
+    reg.ulQuantidade = bCabe ? static_cast<XVUInt>(lista.size()) : std::numeric_limits<XVUInt>::max();
+    if (bCabe && !lista.empty()) reg.pLista = const_cast<REG_XVDMC*>(lista.data());
+    return reg;
 }
 
 HRESULT XVListaToReg(const std::vector<REG_XVDMC>& lista, _REG_DF_LISTA_XVDMCPS* pReg) {

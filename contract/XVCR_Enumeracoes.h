@@ -81,9 +81,11 @@ enum XVSMiddleware_StatusConsulta : XVUInt {
     eXVSMiddleware_QuantidadeStatusConsulta = 7,
 };
 
-// Bits of ullFlagLeitura.
+// Bits of ullFlagLeitura: the JSON sent, the message, the JSON returned, all three; a new query of the
+// external system; with it, the operation that closes that query.
 inline constexpr XVUInt64 k_ullLeJSON = 1;
 inline constexpr XVUInt64 k_ullLeMensagem = 2;
 inline constexpr XVUInt64 k_ullLeJSONRetorno = 4;
+inline constexpr XVUInt64 k_ullLeTextos = k_ullLeJSON | k_ullLeMensagem | k_ullLeJSONRetorno;
 inline constexpr XVUInt64 k_ullConsultaSistemaTerceiro = 8;
 inline constexpr XVUInt64 k_ullOperacaoPosterior = 16;

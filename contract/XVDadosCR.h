@@ -1,5 +1,11 @@
 // Data classes of integrations, filters, parameters and queries, with their copies from and to the
-// interface records. They own their texts.
+// interface records: the values that everything besides the component's boundary works with, the client and
+// its programs included. They own their texts, which are bytes (UTF-8 where they are texts at all) and never
+// converted on the way. Keys and date-times that are none are 0, as is every field that was not set.
+//
+// ComoRegistro gives a record for a call: its texts and lists are views into the value, nothing is copied or
+// allocated, and the record holds while the value lives unchanged. CopiarDe takes a record over, CopiarParaPS
+// makes an output record whose buffers are new and belong to the caller.
 #pragma once
 
 #include <string>
@@ -11,26 +17,26 @@
 // One integration with its three texts.
 class CXVDadosCR_IntegracaoMiddleware {
   public:
-    std::string sRegistroJSON;
-    std::string sMensagemIntegracao;
-    std::string sJSONRetornoIntegracao;
-    REG_XVDMC regDmc;
-    REG_XVDMC regDmcIntegracaoOrigem;
-    REG_XVDMC regDmcMovimentoOrigem;
-    REG_XVDMAHMSUTC regDataHoraInclusao;
-    REG_XVDMAHMSUTC regDataHoraAlteracaoStatus;
-    XVUInt64 uiChaveIntegracaoSistemaTerceiro = 0;
-    XVUInt64 uiChaveRegistroSistemaTerceiro = 0;
-    XVUInt64 uiBaseDadosTerceiro = 0;
-    XVUInt eTipoIntegracao = 0;
-    XVUInt eStatusIntegracao = 0;
-    XVUInt eSistemaIntegracao = 0;
-    XVUInt eTipoTransacao = 0;
-    XVUInt ulPonteiroFilial = 0;
+    std::string sRegistroJSON{};           // what was sent
+    std::string sMensagemIntegracao{};     // what came of it, for a person
+    std::string sJSONRetornoIntegracao{};  // what was returned
+    REG_XVDMC regDmc{};                    // its own key
+    REG_XVDMC regDmcIntegracaoOrigem{};    // the integration that it derives from
+    REG_XVDMC regDmcMovimentoOrigem{};     // the suite's record that is exchanged
+    REG_XVDMAHMSUTC regDataHoraInclusao{};
+    REG_XVDMAHMSUTC regDataHoraAlteracaoStatus{};
+    XVUInt64 uiChaveIntegracaoSistemaTerceiro = 0;  // the integration's key in the external system
+    XVUInt64 uiChaveRegistroSistemaTerceiro = 0;    // the record's key in the external system
+    XVUInt64 uiBaseDadosTerceiro = 0;               // the external system's database
+    XVUInt eTipoIntegracao = 0;                     // XVSMiddleware_TipoIntegracao
+    XVUInt eStatusIntegracao = 0;                   // XVSMiddleware_StatusIntegracao
+    XVUInt eSistemaIntegracao = 0;                  // XVSMiddleware_SistemaIntegracao
+    XVUInt eTipoTransacao = 0;                      // XVSMiddleware_TipoTransacao
+    XVUInt ulPonteiroFilial = 0;                    // branch
     XVUInt ulPonteiroUsuarioInclusao = 0;
     XVUInt ulPonteiroUsuarioCancelamento = 0;
     XVUInt ulPonteiroAuxiliar = 0;
-    XVByte cReconsultarIdTerceiros = 0;
+    XVByte cReconsultarIdTerceiros = 0;  // 1: the external ids are to be asked for again
     XVByte ucTipoPonteiroAuxiliar = 0;
 
     // Copies fields and texts. E_INVALIDARG for a text record that is not valid; then nothing is changed.
@@ -38,9 +44,20 @@ class CXVDadosCR_IntegracaoMiddleware {
     // Fills an output record; its texts are new buffers owned by the caller. On failure *pReg holds no
     // buffer.
     HRESULT CopiarParaPS(tagREG_CR_INTEGRACAO_MIDDLEWAREPS* pReg) const;
-    // The same fields with the texts as views into this object (no buffer is allocated); valid while this
-    // object lives unchanged.
-    tagREG_CR_INTEGRACAO_MIDDLEWAREPS ComoRegistro();
+    tagREG_CR_INTEGRACAO_MIDDLEWAREPS ComoRegistro() const;
+};
+
+// A new status of an integration with what the external system answered.
+class CXVDadosCR_StatusIntegracaoMiddleware {
+  public:
+    REG_XVDMC regDmc{};  // none: named by key and system
+    std::string sMensagemIntegracao{};
+    std::string sJSONRetornoIntegracao{};
+    XVUInt64 uiChaveIntegracaoSistemaTerceiro = 0;
+    XVUInt eStatusIntegracao = 0;
+    XVUInt eSistemaIntegracao = 0;
+
+    tagREG_CR_STATUS_INTEGRACAO_MIDDLEWAREPS ComoRegistro() const;
 };
 
 // One pending item that a provider reports for a record of the suite.
@@ -69,58 +86,101 @@ class CXVDadosCR_ParametrosIntegracao {
     XVByte ucTipoPonteiroAuxiliar = 0;
 };
 
+// What a search asks for. Bounds of 0 and empty lists restrict nothing.
 class CXVDadosCR_FiltroIntegracaoMiddleware {
   public:
-    // E_INVALIDARG: a count above 0 with a null pointer, or a date-time that is none.
-    HRESULT CopiarDe(const tagREG_CR_FILTRO_INTEGRACAO_MIDDLEWAREPS& reg);
+    XVUInt64 uiChaveIntegracaoSistemaTerceiroInicial = 0;
+    XVUInt64 uiChaveIntegracaoSistemaTerceiroFinal = 0;
+    // The date and the time of day of a bound are compared separately; seconds 0 compare the date alone.
+    REG_XVDMAHMSUTC regDataHoraInicialInclusao{};
+    REG_XVDMAHMSUTC regDataHoraFinalInclusao{};
+    REG_XVDMAHMSUTC regDataHoraInicialAlteracaoStatus{};
+    REG_XVDMAHMSUTC regDataHoraFinalAlteracaoStatus{};
+    std::vector<XVUInt> listaTipoIntegracao{};
+    std::vector<XVUInt> listaStatusIntegracao{};
+    std::vector<XVUInt> listaSistemaIntegracao{};
+    std::vector<XVUInt> listaTipoTransacao{};
 
-    XVUInt64 GetChaveIntegracaoSistemaTerceiroInicial() const { return m_uiChaveInicial; }
-    XVUInt64 GetChaveIntegracaoSistemaTerceiroFinal() const { return m_uiChaveFinal; }
-    REG_XVDMAHMSUTC GetDataHoraInicialInclusao() const { return m_regInicialInclusao; }
-    REG_XVDMAHMSUTC GetDataHoraFinalInclusao() const { return m_regFinalInclusao; }
-    REG_XVDMAHMSUTC GetDataHoraInicialAlteracaoStatus() const { return m_regInicialAlteracao; }
-    REG_XVDMAHMSUTC GetDataHoraFinalAlteracaoStatus() const { return m_regFinalAlteracao; }
-    std::size_t GetQuantidadeTipoIntegracao() const { return m_listaTipo.size(); }
-    std::size_t GetQuantidadeStatusIntegracao() const { return m_listaStatus.size(); }
-    std::size_t GetQuantidadeSistemaIntegracao() const { return m_listaSistema.size(); }
-    std::size_t GetQuantidadeTipoTransacao() const { return m_listaTransacao.size(); }
-    bool FindTipoIntegracao(XVUInt e) const { return Find(m_listaTipo, e); }
-    bool FindStatusIntegracao(XVUInt e) const { return Find(m_listaStatus, e); }
-    bool FindSistemaIntegracao(XVUInt e) const { return Find(m_listaSistema, e); }
-    bool FindTipoTransacao(XVUInt e) const { return Find(m_listaTransacao, e); }
-    const std::vector<XVUInt>& GetListaSistemaIntegracao() const { return m_listaSistema; }
+    // E_INVALIDARG: a count above 0 with a null pointer, or a date-time that is none; then nothing is
+    // changed.
+    HRESULT CopiarDe(const tagREG_CR_FILTRO_INTEGRACAO_MIDDLEWAREPS& reg);
+    tagREG_CR_FILTRO_INTEGRACAO_MIDDLEWAREPS ComoRegistro() const;
+
+    XVUInt64 GetChaveIntegracaoSistemaTerceiroInicial() const {
+        return uiChaveIntegracaoSistemaTerceiroInicial;
+    }
+    XVUInt64 GetChaveIntegracaoSistemaTerceiroFinal() const { return uiChaveIntegracaoSistemaTerceiroFinal; }
+    REG_XVDMAHMSUTC GetDataHoraInicialInclusao() const { return regDataHoraInicialInclusao; }
+    REG_XVDMAHMSUTC GetDataHoraFinalInclusao() const { return regDataHoraFinalInclusao; }
+    REG_XVDMAHMSUTC GetDataHoraInicialAlteracaoStatus() const { return regDataHoraInicialAlteracaoStatus; }
+    REG_XVDMAHMSUTC GetDataHoraFinalAlteracaoStatus() const { return regDataHoraFinalAlteracaoStatus; }
+    std::size_t GetQuantidadeTipoIntegracao() const { return listaTipoIntegracao.size(); }
+    std::size_t GetQuantidadeStatusIntegracao() const { return listaStatusIntegracao.size(); }
+    std::size_t GetQuantidadeSistemaIntegracao() const { return listaSistemaIntegracao.size(); }
+    std::size_t GetQuantidadeTipoTransacao() const { return listaTipoTransacao.size(); }
+    bool FindTipoIntegracao(XVUInt e) const { return Find(listaTipoIntegracao, e); }
+    bool FindStatusIntegracao(XVUInt e) const { return Find(listaStatusIntegracao, e); }
+    bool FindSistemaIntegracao(XVUInt e) const { return Find(listaSistemaIntegracao, e); }
+    bool FindTipoTransacao(XVUInt e) const { return Find(listaTipoTransacao, e); }
+    const std::vector<XVUInt>& GetListaSistemaIntegracao() const { return listaSistemaIntegracao; }
 
   private:
     static bool Find(const std::vector<XVUInt>& lista, XVUInt e);
-
-    XVUInt64 m_uiChaveInicial = 0;
-    XVUInt64 m_uiChaveFinal = 0;
-    REG_XVDMAHMSUTC m_regInicialInclusao;
-    REG_XVDMAHMSUTC m_regFinalInclusao;
-    REG_XVDMAHMSUTC m_regInicialAlteracao;
-    REG_XVDMAHMSUTC m_regFinalAlteracao;
-    std::vector<XVUInt> m_listaTipo;
-    std::vector<XVUInt> m_listaStatus;
-    std::vector<XVUInt> m_listaSistema;
-    std::vector<XVUInt> m_listaTransacao;
 };
 
+// Which id an external system gave to a record of the suite. Also what the key map is searched by: then the
+// origin is not looked at.
+class CXVDadosCR_ChaveRegistroTelvoParaTerceiro {
+  public:
+    XVUInt64 uiChaveRegistroSistemaTerceiro = 0;
+    REG_XVDMC regDmcRegistroTelvo{};
+    XVUInt64 uiBaseDadosTerceiro = 0;
+    XVUInt eTipoIntegracao = 0;
+    XVUInt eSistemaIntegracao = 0;
+    REG_XVDMC regDmcOrigemIntegracao{};  // the integration that produced the link
+
+    void CopiarDe(const tagREG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIROPS& reg);
+    tagREG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIROPS ComoRegistro() const;
+    tagREG_CR_FILTRO_CHAVE_REGISTRO_TELVO_PARA_TERCEIROPS ComoFiltro() const;
+};
+
+// A date-time of a system, type of integration and kind. Also what it is searched by: then the date-time is
+// not looked at.
+class CXVDadosCR_DataHoraIntegracaoTerceiro {
+  public:
+    REG_XVDMAHMSUTC regDataHora{};
+    XVUInt eTipoIntegracao = 0;
+    XVUInt eSistemaIntegracao = 0;
+    XVUInt eTipoData = 0;  // XVSMiddleware_TipoData
+
+    void CopiarDe(const tagREG_CR_DATA_HORA_INTEGRACAO_TERCEIROPS& reg);
+    tagREG_CR_DATA_HORA_INTEGRACAO_TERCEIROPS ComoRegistro() const;
+    tagREG_CR_FILTRO_DATA_HORA_INTEGRACAO_TERCEIROPS ComoFiltro() const;
+};
+
+// A query of an external system that leaves nothing in the store.
 class CXVDadosCR_ConsultaSistemaTerceiro {
   public:
-    std::string sChaveConsulta;
-    XVUInt eTipoConsulta = 0;
+    std::string sChaveConsulta{};
+    XVUInt eTipoConsulta = 0;  // XVSMiddleware_TipoConsulta
     XVUInt ulPonteiroAuxiliar = 0;
     XVByte ucTipoPonteiroAuxiliar = 0;
 
+    // E_INVALIDARG for a text record that is not valid; then nothing is changed.
     HRESULT CopiarDe(const tagREG_CR_CONSULTA_SISTEMA_TERCEIROPS& reg);
+    tagREG_CR_CONSULTA_SISTEMA_TERCEIROPS ComoRegistro() const;
 };
 
+// Its answer.
 class CXVDadosCR_StatusConsultaSistemaTerceiro {
   public:
-    std::string sMensagemRetorno;
-    std::string sJSONRetorno;
-    std::string sDocumentoRetorno;  // raw bytes
-    XVUInt eStatusConsulta = 0;
+    std::string sMensagemRetorno{};
+    std::string sJSONRetorno{};
+    std::string sDocumentoRetorno{};  // bytes of any kind
+    XVUInt eStatusConsulta = 0;       // XVSMiddleware_StatusConsulta
 
+    // E_INVALIDARG for a text or document that is not valid; then nothing is changed.
+    HRESULT CopiarDe(const tagREG_CR_STATUS_CONSULTA_SISTEMA_TERCEIROPS& reg);
+    // As that of the integration.
     HRESULT CopiarParaPS(tagREG_CR_STATUS_CONSULTA_SISTEMA_TERCEIROPS* pReg) const;
 };

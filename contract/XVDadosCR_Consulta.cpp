@@ -14,6 +14,29 @@ HRESULT CXVDadosCR_ConsultaSistemaTerceiro::CopiarDe(const tagREG_CR_CONSULTA_SI
     return S_OK;
 }
 
+tagREG_CR_CONSULTA_SISTEMA_TERCEIROPS CXVDadosCR_ConsultaSistemaTerceiro::ComoRegistro() const {
+    return {.regChaveConsulta = CXVStringPS::Vista(sChaveConsulta),
+            .eTipoConsulta = eTipoConsulta,
+            .ulPonteiroAuxiliar = ulPonteiroAuxiliar,
+            .cFiller = {},
+            .ucTipoPonteiroAuxiliar = ucTipoPonteiroAuxiliar};
+}
+
+HRESULT CXVDadosCR_StatusConsultaSistemaTerceiro::CopiarDe(
+    const tagREG_CR_STATUS_CONSULTA_SISTEMA_TERCEIROPS& reg) {
+    if (!CXVStringPS::EhValido(reg.regMensagemRetorno) || !CXVStringPS::EhValido(reg.regJSONRetorno) ||
+        (reg.ulTamanhoDocumentoRetorno != 0 && reg.pDocumentoRetorno == nullptr))
+        return E_INVALIDARG;
+    sMensagemRetorno.assign(CXVStringPS::RegToString(reg.regMensagemRetorno));
+    sJSONRetorno.assign(CXVStringPS::RegToString(reg.regJSONRetorno));
+    sDocumentoRetorno.clear();
+    if (reg.ulTamanhoDocumentoRetorno != 0)
+        sDocumentoRetorno.assign(reinterpret_cast<const char*>(reg.pDocumentoRetorno),
+                                 reg.ulTamanhoDocumentoRetorno);
+    eStatusConsulta = reg.eStatusConsulta;
+    return S_OK;
+}
+
 HRESULT CXVDadosCR_StatusConsultaSistemaTerceiro::CopiarParaPS(
     tagREG_CR_STATUS_CONSULTA_SISTEMA_TERCEIROPS* pReg) const {
     if (pReg == nullptr) return E_POINTER;

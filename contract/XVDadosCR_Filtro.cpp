@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <limits>
 
 #include "contract/XVDadosCR.h"
 
@@ -13,6 +14,14 @@ std::vector<XVUInt> Lista(XVUInt ulQuantidade, const XVUInt* pLista) {
     return {pLista, pLista + ulQuantidade};
 }
 
+// A list over lista itself; one that no record can count is refused by every reader.
+void Vista(const std::vector<XVUInt>& lista, XVUInt* pulQuantidade, XVUInt** ppLista) {
+    const bool bCabe = lista.size() <= std::numeric_limits<XVUInt>::max();
+    *pulQuantidade = bCabe ? static_cast<XVUInt>(lista.size()) : std::numeric_limits<XVUInt>::max();
+    // Only read through a record that goes in.
+    *ppLista = bCabe && !lista.empty() ? const_cast<XVUInt*>(lista.data()) : nullptr;
+}
+
 }  // namespace
 
 HRESULT CXVDadosCR_FiltroIntegracaoMiddleware::CopiarDe(const tagREG_CR_FILTRO_INTEGRACAO_MIDDLEWAREPS& reg) {
@@ -25,17 +34,32 @@ HRESULT CXVDadosCR_FiltroIntegracaoMiddleware::CopiarDe(const tagREG_CR_FILTRO_I
          {reg.regDataHoraInicialInclusao, reg.regDataHoraFinalInclusao, reg.regDataHoraInicialAlteracaoStatus,
           reg.regDataHoraFinalAlteracaoStatus})
         if (!rDataHora.EhValida()) return E_INVALIDARG;
-    m_uiChaveInicial = reg.uiChaveIntegracaoSistemaTerceiroInicial;
-    m_uiChaveFinal = reg.uiChaveIntegracaoSistemaTerceiroFinal;
-    m_regInicialInclusao = reg.regDataHoraInicialInclusao;
-    m_regFinalInclusao = reg.regDataHoraFinalInclusao;
-    m_regInicialAlteracao = reg.regDataHoraInicialAlteracaoStatus;
-    m_regFinalAlteracao = reg.regDataHoraFinalAlteracaoStatus;
-    m_listaTipo = Lista(reg.ulQuantidadeTipoIntegracao, reg.pListaTipoIntegracao);
-    m_listaStatus = Lista(reg.ulQuantidadeStatusIntegracao, reg.pListaStatusIntegracao);
-    m_listaSistema = Lista(reg.ulQuantidadeSistemaIntegracao, reg.pListaSistemaIntegracao);
-    m_listaTransacao = Lista(reg.ulQuantidadeTipoTransacao, reg.pListaTipoTransacao);
+    uiChaveIntegracaoSistemaTerceiroInicial = reg.uiChaveIntegracaoSistemaTerceiroInicial;
+    uiChaveIntegracaoSistemaTerceiroFinal = reg.uiChaveIntegracaoSistemaTerceiroFinal;
+    regDataHoraInicialInclusao = reg.regDataHoraInicialInclusao;
+    regDataHoraFinalInclusao = reg.regDataHoraFinalInclusao;
+    regDataHoraInicialAlteracaoStatus = reg.regDataHoraInicialAlteracaoStatus;
+    regDataHoraFinalAlteracaoStatus = reg.regDataHoraFinalAlteracaoStatus;
+    listaTipoIntegracao = Lista(reg.ulQuantidadeTipoIntegracao, reg.pListaTipoIntegracao);
+    listaStatusIntegracao = Lista(reg.ulQuantidadeStatusIntegracao, reg.pListaStatusIntegracao);
+    listaSistemaIntegracao = Lista(reg.ulQuantidadeSistemaIntegracao, reg.pListaSistemaIntegracao);
+    listaTipoTransacao = Lista(reg.ulQuantidadeTipoTransacao, reg.pListaTipoTransacao);
     return S_OK;
+}
+
+tagREG_CR_FILTRO_INTEGRACAO_MIDDLEWAREPS CXVDadosCR_FiltroIntegracaoMiddleware::ComoRegistro() const {
+    tagREG_CR_FILTRO_INTEGRACAO_MIDDLEWAREPS reg{};
+    reg.uiChaveIntegracaoSistemaTerceiroInicial = uiChaveIntegracaoSistemaTerceiroInicial;
+    reg.uiChaveIntegracaoSistemaTerceiroFinal = uiChaveIntegracaoSistemaTerceiroFinal;
+    reg.regDataHoraInicialInclusao = regDataHoraInicialInclusao;
+    reg.regDataHoraFinalInclusao = regDataHoraFinalInclusao;
+    reg.regDataHoraInicialAlteracaoStatus = regDataHoraInicialAlteracaoStatus;
+    reg.regDataHoraFinalAlteracaoStatus = regDataHoraFinalAlteracaoStatus;
+    Vista(listaTipoIntegracao, &reg.ulQuantidadeTipoIntegracao, &reg.pListaTipoIntegracao);
+    Vista(listaStatusIntegracao, &reg.ulQuantidadeStatusIntegracao, &reg.pListaStatusIntegracao);
+    Vista(listaSistemaIntegracao, &reg.ulQuantidadeSistemaIntegracao, &reg.pListaSistemaIntegracao);
+    Vista(listaTipoTransacao, &reg.ulQuantidadeTipoTransacao, &reg.pListaTipoTransacao);
+    return reg;
 }
 
 bool CXVDadosCR_FiltroIntegracaoMiddleware::Find(const std::vector<XVUInt>& lista, XVUInt e) {

@@ -26,14 +26,6 @@ void CopiaCampos(TDestino& rDestino, const TOrigem& rOrigem) {
     rDestino.ucTipoPonteiroAuxiliar = rOrigem.ucTipoPonteiroAuxiliar;
 }
 
-_REG_DF_TEXTOPS Vista(std::string& sTexto) {
-    _REG_DF_TEXTOPS reg{};
-    if (sTexto.empty()) return reg;
-    reg.ulQtdBytes = static_cast<XVUInt>(sTexto.size());
-    reg.pTexto = reinterpret_cast<XVByte*>(sTexto.data());
-    return reg;
-}
-
 }  // namespace
 
 HRESULT CXVDadosCR_IntegracaoMiddleware::CopiarDe(const tagREG_CR_INTEGRACAO_MIDDLEWAREPS& reg) {
@@ -62,11 +54,21 @@ HRESULT CXVDadosCR_IntegracaoMiddleware::CopiarParaPS(tagREG_CR_INTEGRACAO_MIDDL
     return hr;
 }
 
-tagREG_CR_INTEGRACAO_MIDDLEWAREPS CXVDadosCR_IntegracaoMiddleware::ComoRegistro() {
+tagREG_CR_INTEGRACAO_MIDDLEWAREPS CXVDadosCR_IntegracaoMiddleware::ComoRegistro() const {
     tagREG_CR_INTEGRACAO_MIDDLEWAREPS reg{};
     CopiaCampos(reg, *this);
-    reg.regRegistroJSON = Vista(sRegistroJSON);
-    reg.regMensagemIntegracao = Vista(sMensagemIntegracao);
-    reg.regJSONRetornoIntegracao = Vista(sJSONRetornoIntegracao);
+    reg.regRegistroJSON = CXVStringPS::Vista(sRegistroJSON);
+    reg.regMensagemIntegracao = CXVStringPS::Vista(sMensagemIntegracao);
+    reg.regJSONRetornoIntegracao = CXVStringPS::Vista(sJSONRetornoIntegracao);
     return reg;
+}
+
+tagREG_CR_STATUS_INTEGRACAO_MIDDLEWAREPS CXVDadosCR_StatusIntegracaoMiddleware::ComoRegistro() const {
+    return {.regDmc = regDmc,
+            .regMensagemIntegracao = CXVStringPS::Vista(sMensagemIntegracao),
+            .regJSONRetornoIntegracao = CXVStringPS::Vista(sJSONRetornoIntegracao),
+            .uiChaveIntegracaoSistemaTerceiro = uiChaveIntegracaoSistemaTerceiro,
+            .eStatusIntegracao = eStatusIntegracao,
+            .eSistemaIntegracao = eSistemaIntegracao,
+            .cFiller = {}};
 }

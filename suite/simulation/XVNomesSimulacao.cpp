@@ -1,68 +1,42 @@
 #include "suite/simulation/XVNomesSimulacao.h"
 
-#include "contract/XVCR_Enumeracoes.h"
+#include "contract/XVEnumeracoesTexto.h"
+
+namespace {
+
+// The short names of the enumeration but "none", without what every one of them begins with.
+std::vector<SNomeValor> Nomes(EEnumeracao eEnumeracao, std::string_view sInicio = {}) {
+    std::vector<SNomeValor> lista;
+    for (const SNomeEnumeracao& rNome : XVEnumeracoesTexto::GetNomes(eEnumeracao))
+        if (rNome.ulValor != 0) lista.push_back({rNome.GetCurto().substr(sInicio.size()), rNome.ulValor});
+    return lista;
+}
+
+constexpr std::string_view k_sConsulta = "Consulta";
+
+}  // namespace
 
 const std::vector<SNomeValor>& XVNomesSimulacao::TipoIntegracao() {
-    static const std::vector<SNomeValor> s_lista{
-        {"CadastroHistorico", eXVSMiddleware_CadastroHistorico},
-        {"CadastroTerceiros", eXVSMiddleware_CadastroTerceiros},
-        {"MovimentoContasReceberBoleto", eXVSMiddleware_MovimentoContasReceberBoleto},
-        {"CadastroFormaPagamento", eXVSMiddleware_CadastroFormaPagamento},
-        {"CadastroCondicaoPagamento", eXVSMiddleware_CadastroCondicaoPagamento},
-        {"CadastroProduto", eXVSMiddleware_CadastroProduto},
-        {"CadastroTabelaPreco", eXVSMiddleware_CadastroTabelaPreco},
-        {"EnvioSaldoEstoque", eXVSMiddleware_EnvioSaldoEstoque},
-        {"BuscaPedidos", eXVSMiddleware_BuscaPedidos},
-        {"CadastroCategoriasProduto", eXVSMiddleware_CadastroCategoriasProduto},
-        {"CadastroStatusPedidos", eXVSMiddleware_CadastroStatusPedidos},
-        {"CadastroItensTabelaPreco", eXVSMiddleware_CadastroItensTabelaPreco},
-        {"CadastroRedeClientes", eXVSMiddleware_CadastroRedeClientes},
-        {"CadastroTransportadoras", eXVSMiddleware_CadastroTransportadoras},
-        {"BuscaUsuarios", eXVSMiddleware_BuscaUsuarios},
-        {"MovimentoContasReceberBoletoLote", eXVSMiddleware_MovimentoContasReceberBoletoLote},
-        {"MovimentoContasPagarRemessaOnline", eXVSMiddleware_MovimentoContasPagarRemessaOnline},
-    };
+    static const std::vector<SNomeValor> s_lista = Nomes(EEnumeracao::eTipoIntegracao);
     return s_lista;
 }
 
 const std::vector<SNomeValor>& XVNomesSimulacao::TipoTransacao() {
-    static const std::vector<SNomeValor> s_lista{
-        {"Inclusao", eXVSMiddleware_Inclusao},
-        {"Alteracao", eXVSMiddleware_Alteracao},
-        {"Exclusao", eXVSMiddleware_Exclusao},
-    };
+    static const std::vector<SNomeValor> s_lista = Nomes(EEnumeracao::eTipoTransacao);
     return s_lista;
 }
 
 const std::vector<SNomeValor>& XVNomesSimulacao::StatusIntegracao() {
-    static const std::vector<SNomeValor> s_lista{
-        {"Pendente", eXVSMiddleware_Pendente},   {"Enviado", eXVSMiddleware_Enviado},
-        {"Sucesso", eXVSMiddleware_Sucesso},     {"Erro", eXVSMiddleware_Erro},
-        {"Cancelado", eXVSMiddleware_Cancelado},
-    };
+    static const std::vector<SNomeValor> s_lista = Nomes(EEnumeracao::eStatusIntegracao);
     return s_lista;
 }
 
 const std::vector<SNomeValor>& XVNomesSimulacao::TipoConsulta() {
-    static const std::vector<SNomeValor> s_lista{
-        {"Cnpj", eXVSMiddleware_ConsultaCnpj},
-        {"Boleto", eXVSMiddleware_ConsultaBoleto},
-        {"Pagamento", eXVSMiddleware_ConsultaPagamento},
-        {"PagamentoLote", eXVSMiddleware_ConsultaPagamentoLote},
-        {"PagamentoComprovante", eXVSMiddleware_ConsultaPagamentoComprovante},
-        {"PagamentoExtrato", eXVSMiddleware_ConsultaPagamentoExtrato},
-    };
+    static const std::vector<SNomeValor> s_lista = Nomes(EEnumeracao::eTipoConsulta, k_sConsulta);
     return s_lista;
 }
 
 const std::vector<SNomeValor>& XVNomesSimulacao::StatusConsulta() {
-    static const std::vector<SNomeValor> s_lista{
-        {"Sucesso", eXVSMiddleware_ConsultaSucesso},
-        {"Erro", eXVSMiddleware_ConsultaErro},
-        {"PagamentoNecessario", eXVSMiddleware_ConsultaPagamentoNecessario},
-        {"NaoAutorizada", eXVSMiddleware_ConsultaNaoAutorizada},
-        {"TempoEsgotado", eXVSMiddleware_ConsultaTempoEsgotado},
-        {"DadosNaoEncontrados", eXVSMiddleware_ConsultaDadosNaoEncontrados},
-    };
+    static const std::vector<SNomeValor> s_lista = Nomes(EEnumeracao::eStatusConsulta, k_sConsulta);
     return s_lista;
 }

@@ -143,4 +143,69 @@ TEST(DadosCRTeste, RespostaDaConsultaLevaBytesComNulEListaVaziaNaoTemBuffer) {
     EXPECT_EQ(lista.ulQuantidade, 0U);
 }
 
+// What a client hands over is a view: nothing is copied, and every field is there.
+TEST(DadosCRTeste, VistasDosValoresLevamTodosOsCampos) {
+    const REG_XVDMC dmc = REG_XVDMC::Cria(2, 7, REG_XVDMA::Cria(2024, 3, 15));
+    const CXVDadosCR_StatusIntegracaoMiddleware status{dmc, "feito", "{}", 5, 3, 16};
+    const tagREG_CR_STATUS_INTEGRACAO_MIDDLEWAREPS regStatus = status.ComoRegistro();
+    EXPECT_EQ(regStatus.regDmc, dmc);
+    EXPECT_EQ(static_cast<const void*>(regStatus.regMensagemIntegracao.pTexto),
+              status.sMensagemIntegracao.data());
+    EXPECT_EQ(CXVStringPS::RegToString(regStatus.regJSONRetornoIntegracao), "{}");
+    EXPECT_EQ(regStatus.uiChaveIntegracaoSistemaTerceiro, 5U);
+    EXPECT_EQ(regStatus.eStatusIntegracao, 3U);
+    EXPECT_EQ(regStatus.eSistemaIntegracao, 16U);
+
+    const REG_XVDMAHMSUTC dataHora = REG_XVDMAHMSUTC::Cria(REG_XVDMA::Cria(2024, 2, 29), 1);
+    const CXVDadosCR_FiltroIntegracaoMiddleware filtro{
+        1, 2, dataHora, {}, {dataHora.uiValor + 1}, dataHora, {1, 2}, {3}, {8, 16}, {}};
+    CXVDadosCR_FiltroIntegracaoMiddleware volta;
+    volta.listaTipoTransacao = {9};
+    ASSERT_EQ(volta.CopiarDe(filtro.ComoRegistro()), S_OK);
+    EXPECT_EQ(volta.uiChaveIntegracaoSistemaTerceiroInicial, 1U);
+    EXPECT_EQ(volta.uiChaveIntegracaoSistemaTerceiroFinal, 2U);
+    EXPECT_EQ(volta.regDataHoraInicialInclusao, dataHora);
+    EXPECT_TRUE(volta.regDataHoraFinalInclusao.EhNula());
+    EXPECT_EQ(volta.regDataHoraInicialAlteracaoStatus.uiValor, dataHora.uiValor + 1);
+    EXPECT_EQ(volta.regDataHoraFinalAlteracaoStatus, dataHora);
+    EXPECT_EQ(volta.listaTipoIntegracao, (std::vector<XVUInt>{1, 2}));
+    EXPECT_EQ(volta.listaStatusIntegracao, std::vector<XVUInt>{3});
+    EXPECT_EQ(volta.listaSistemaIntegracao, (std::vector<XVUInt>{8, 16}));
+    EXPECT_TRUE(volta.listaTipoTransacao.empty());
+
+    const CXVDadosCR_ChaveRegistroTelvoParaTerceiro chave{1, dmc, 2, 3, 16, {dmc.uiValor + 1}};
+    CXVDadosCR_ChaveRegistroTelvoParaTerceiro outra;
+    outra.CopiarDe(chave.ComoRegistro());
+    const tagREG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIROPS regChave = chave.ComoRegistro();
+    const tagREG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIROPS regOutra = outra.ComoRegistro();
+    EXPECT_EQ(std::memcmp(&regChave, &regOutra, sizeof(regChave)), 0);
+    const auto regFiltro = chave.ComoFiltro();
+    EXPECT_EQ(std::memcmp(&regChave, &regFiltro, offsetof(decltype(regFiltro), cFiller)), 0);
+    EXPECT_EQ(regChave.regDmcOrigemIntegracao.uiValor, dmc.uiValor + 1);
+}
+
+// No test has such a text: the view counts its bytes and does not look at them.
+TEST(DadosCRTeste, TextoQueNenhumRegistroContaDaUmRegistroRecusado) {
+    const char szTexto[] = "x";
+    const _REG_DF_TEXTOPS reg = CXVStringPS::Vista({szTexto, std::size_t{1} << 32});
+    EXPECT_EQ(reg.pTexto, nullptr);
+    EXPECT_FALSE(CXVStringPS::EhValido(reg));
+    EXPECT_TRUE(CXVStringPS::EhValido(CXVStringPS::Vista({szTexto, 1})));
+}
+
+TEST(DadosCRTeste, RespostaComDocumentoQueFaltaERecusada) {
+    CXVDadosCR_StatusConsultaSistemaTerceiro dados;
+    dados.sDocumentoRetorno = "antes";
+    tagREG_CR_STATUS_CONSULTA_SISTEMA_TERCEIROPS reg{};
+    reg.ulTamanhoDocumentoRetorno = 3;
+    EXPECT_EQ(dados.CopiarDe(reg), E_INVALIDARG);
+    EXPECT_EQ(dados.sDocumentoRetorno, "antes");
+    XVByte aDocumento[] = {'a', 0, 'b'};
+    reg.pDocumentoRetorno = aDocumento;
+    reg.eStatusConsulta = 4;
+    EXPECT_EQ(dados.CopiarDe(reg), S_OK);
+    EXPECT_EQ(dados.sDocumentoRetorno, std::string("a\0b", 3));
+    EXPECT_EQ(dados.eStatusConsulta, 4U);
+}
+
 }  // namespace

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "tools/xvcr/XVValores.h"
-#include "tools/xvcr/text/XVEnumeracoesTexto.h"
+#include "contract/XVEnumeracoesTexto.h"
 
 class CXVOpcoesIntegracao {
   public:

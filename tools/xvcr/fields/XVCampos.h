@@ -7,7 +7,7 @@
 #include <variant>
 
 #include "tools/xvcr/XVValores.h"
-#include "tools/xvcr/text/XVEnumeracoesTexto.h"
+#include "contract/XVEnumeracoesTexto.h"
 
 template <class T>
 struct TCampo {

@@ -6,7 +6,7 @@
 #include <string_view>
 
 #include "support/values/XVDmc.h"
-#include "tools/xvcr/text/XVEnumeracoesTexto.h"
+#include "contract/XVEnumeracoesTexto.h"
 
 namespace XVLeituraValor {
 

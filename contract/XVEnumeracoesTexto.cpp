@@ -1,24 +1,19 @@
-#include "tools/xvcr/text/XVEnumeracoesTexto.h"
+#include "contract/XVEnumeracoesTexto.h"
 
+#include <array>
 #include <charconv>
-#include <span>
 
 #include "contract/XVCR_Enumeracoes.h"
 #include "support/values/XVTextoAscii.h"
 
 namespace {
 
-struct SNome {
-    XVUInt ulValor;
-    std::string_view sNome;
-};
-
 #define XV_NOME(valor) \
-    SNome {            \
+    SNomeEnumeracao {  \
         valor, #valor  \
     }
 
-constexpr SNome k_aTipoIntegracao[] = {
+constexpr SNomeEnumeracao k_aTipoIntegracao[] = {
     XV_NOME(eXVSMiddleware_NenhumaIntegracao),
     XV_NOME(eXVSMiddleware_CadastroHistorico),
     XV_NOME(eXVSMiddleware_CadastroTerceiros),
@@ -39,39 +34,39 @@ constexpr SNome k_aTipoIntegracao[] = {
     XV_NOME(eXVSMiddleware_MovimentoContasPagarRemessaOnline),
 };
 
-constexpr SNome k_aStatusIntegracao[] = {
+constexpr SNomeEnumeracao k_aStatusIntegracao[] = {
     XV_NOME(eXVSMiddleware_NenhumStatus), XV_NOME(eXVSMiddleware_Pendente), XV_NOME(eXVSMiddleware_Enviado),
     XV_NOME(eXVSMiddleware_Sucesso),      XV_NOME(eXVSMiddleware_Erro),     XV_NOME(eXVSMiddleware_Cancelado),
 };
 
-constexpr SNome k_aSistemaIntegracao[] = {
+constexpr SNomeEnumeracao k_aSistemaIntegracao[] = {
     XV_NOME(Tipo_Nenhum),
     XV_NOME(SimulacaoSistemaTerceiro),
     XV_NOME(OfficialBank),
     XV_NOME(Mercos),
 };
 
-constexpr SNome k_aTipoTransacao[] = {
+constexpr SNomeEnumeracao k_aTipoTransacao[] = {
     XV_NOME(XVSMiddleware_TipoTransacaoNenhum),
     XV_NOME(eXVSMiddleware_Inclusao),
     XV_NOME(eXVSMiddleware_Alteracao),
     XV_NOME(eXVSMiddleware_Exclusao),
 };
 
-constexpr SNome k_aTipoData[] = {
+constexpr SNomeEnumeracao k_aTipoData[] = {
     XV_NOME(XVSMiddleware_DataNenhum),
     XV_NOME(eXVSMiddleware_DataUltimaBusca),
     XV_NOME(eXVSMiddleware_DataProximaRequisicao),
 };
 
-constexpr SNome k_aTipoConsulta[] = {
+constexpr SNomeEnumeracao k_aTipoConsulta[] = {
     XV_NOME(eXVSMiddleware_NenhumaConsulta),          XV_NOME(eXVSMiddleware_ConsultaCnpj),
     XV_NOME(eXVSMiddleware_ConsultaBoleto),           XV_NOME(eXVSMiddleware_ConsultaPagamento),
     XV_NOME(eXVSMiddleware_ConsultaPagamentoLote),    XV_NOME(eXVSMiddleware_ConsultaPagamentoComprovante),
     XV_NOME(eXVSMiddleware_ConsultaPagamentoExtrato),
 };
 
-constexpr SNome k_aStatusConsulta[] = {
+constexpr SNomeEnumeracao k_aStatusConsulta[] = {
     XV_NOME(eXVSMiddleware_NenhumStatusConsulta),
     XV_NOME(eXVSMiddleware_ConsultaSucesso),
     XV_NOME(eXVSMiddleware_ConsultaErro),
@@ -83,7 +78,19 @@ constexpr SNome k_aStatusConsulta[] = {
 
 #undef XV_NOME
 
-std::span<const SNome> Tabela(EEnumeracao eEnumeracao) {
+// A value added to a counted list must get its name here.
+static_assert(std::size(k_aTipoIntegracao) == eXVSMiddleware_QuantidadeTipoIntegracao);
+static_assert(std::size(k_aStatusIntegracao) == eXVSMiddleware_QuantidadeStatusIntegracao);
+static_assert(std::size(k_aTipoTransacao) == eXVSMiddleware_QuantidadeTipoTransacao);
+static_assert(std::size(k_aTipoData) == eXVSMiddleware_QuantidadeTipoDataIntegracaoTerceiro);
+static_assert(std::size(k_aTipoConsulta) == eXVSMiddleware_QuantidadeTipoConsulta);
+static_assert(std::size(k_aStatusConsulta) == eXVSMiddleware_QuantidadeStatusConsulta);
+
+}  // namespace
+
+namespace XVEnumeracoesTexto {
+
+std::span<const SNomeEnumeracao> GetNomes(EEnumeracao eEnumeracao) {
     switch (eEnumeracao) {
         case EEnumeracao::eTipoIntegracao:
             return k_aTipoIntegracao;
@@ -105,25 +112,16 @@ std::span<const SNome> Tabela(EEnumeracao eEnumeracao) {
     return {};
 }
 
-// What follows the enumeration's own prefix ("eXVSMiddleware_", "XVSMiddleware_", "Tipo_").
-std::string_view Curto(std::string_view sNome) {
-    const std::size_t uiSublinhado = sNome.find('_');
-    return uiSublinhado == std::string_view::npos ? sNome : sNome.substr(uiSublinhado + 1);
-}
-
-}  // namespace
-
-namespace XVEnumeracoesTexto {
-
 std::string_view GetNome(EEnumeracao eEnumeracao, XVUInt ulValor) {
-    for (const SNome& rNome : Tabela(eEnumeracao))
+    for (const SNomeEnumeracao& rNome : GetNomes(eEnumeracao))
         if (rNome.ulValor == ulValor) return rNome.sNome;
     return {};
 }
 
 std::string GetNomeCurto(EEnumeracao eEnumeracao, XVUInt ulValor) {
-    const std::string_view sNome = GetNome(eEnumeracao, ulValor);
-    return sNome.empty() ? std::to_string(ulValor) : std::string(Curto(sNome));
+    for (const SNomeEnumeracao& rNome : GetNomes(eEnumeracao))
+        if (rNome.ulValor == ulValor) return std::string(rNome.GetCurto());
+    return std::to_string(ulValor);
 }
 
 bool Busca(EEnumeracao eEnumeracao, std::string_view sTexto, XVUInt* pulValor) {
@@ -131,10 +129,10 @@ bool Busca(EEnumeracao eEnumeracao, std::string_view sTexto, XVUInt* pulValor) {
     const char* pszFim = sTexto.data() + sTexto.size();
     const auto [pszLido, erro] = std::from_chars(sTexto.data(), pszFim, ulNumero);
     const bool bNumero = erro == std::errc() && pszLido == pszFim;
-    for (const SNome& rNome : Tabela(eEnumeracao)) {
+    for (const SNomeEnumeracao& rNome : GetNomes(eEnumeracao)) {
         const bool bIgual =
             bNumero ? rNome.ulValor == ulNumero
-                    : XVIgualSemCaixa(rNome.sNome, sTexto) || XVIgualSemCaixa(Curto(rNome.sNome), sTexto);
+                    : XVIgualSemCaixa(rNome.sNome, sTexto) || XVIgualSemCaixa(rNome.GetCurto(), sTexto);
         if (bIgual) {
             *pulValor = rNome.ulValor;
             return true;
@@ -145,9 +143,9 @@ bool Busca(EEnumeracao eEnumeracao, std::string_view sTexto, XVUInt* pulValor) {
 
 std::string GetLista(EEnumeracao eEnumeracao) {
     std::string sLista;
-    for (const SNome& rNome : Tabela(eEnumeracao)) {
+    for (const SNomeEnumeracao& rNome : GetNomes(eEnumeracao)) {
         if (!sLista.empty()) sLista += ", ";
-        sLista += Curto(rNome.sNome);
+        sLista += rNome.GetCurto();
     }
     return sLista;
 }
