@@ -29,7 +29,7 @@ HRESULT CBaseMiddleware::OnFinaliza() {
 }
 
 HRESULT CBaseMiddleware::ExecutaConversao() {
-    CXVConversaoMiddleware conversao(m_pObservadorConversao);
+    CXVConversaoMiddleware conversao(nullptr);
     XV_CHECK(conversao.Inicializa(this));
     return conversao.ExecutaConversao();
 }

@@ -15,8 +15,6 @@
 #include "middleware/XVOperacoesGenericas.h"
 #include "suite/XVMiddlewareFacade.h"
 
-class IXVObservadorConversao;
-
 class CBaseMiddleware : public CXVDataBaseFacade<CXVDataBase_CR_Middleware, CXVBaseParaRotinas>,
                         public CXVOperacoesGenericas {
   public:
@@ -24,9 +22,6 @@ class CBaseMiddleware : public CXVDataBaseFacade<CXVDataBase_CR_Middleware, CXVB
 
     CBaseMiddleware() = default;
     ~CBaseMiddleware() override;
-
-    // Told of every step of a conversion that Inicializa runs; null: nobody. Must outlive the object.
-    void SetObservadorConversao(IXVObservadorConversao* pObservador) { m_pObservadorConversao = pObservador; }
 
     // Records an integration: a null DMC (or pointer content) means a new one, whose DMC is returned in
     // *pRegDmc; otherwise the named integration is updated.
@@ -172,6 +167,4 @@ class CBaseMiddleware : public CXVDataBaseFacade<CXVDataBase_CR_Middleware, CXVB
                                                       XVUInt& uiPonteiro);
     HRESULT GetPonteiroIndexDataHoraIntegracao(const REG_CR_DATA_HORA_INTEGRACAO_TERCEIRO_V1& reg,
                                                XVUInt& uiPonteiro);
-
-    IXVObservadorConversao* m_pObservadorConversao = nullptr;
 };

@@ -17,7 +17,8 @@ constexpr const char* k_pszArquivoDiario = "CRMIDDLEWARECV.srk";
 constexpr const char* k_pszArquivoDiarioNovo = "CRMIDDLEWARECVN.srk";
 constexpr XVUInt64 k_uiAssinatura = 0x32305643524B5653ULL;          // "SVKRCV02"
 constexpr XVUInt64 k_uiAssinaturaSemSomas = 0x31305643524B5653ULL;  // "SVKRCV01"
-// A step converts one file a day at the most: a larger journal is none of ours.
+// A step converts at most one file for each day, which makes some hundred bytes a file: a journal larger than
+// this was not written by a conversion, and is refused before it is read into memory.
 constexpr XVUInt64 k_uiTamanhoMaximo = 64ULL << 20;
 
 template <class T>
@@ -94,7 +95,8 @@ CXVDiarioConversao::ELeitura CXVDiarioConversao::Interpreta(std::string_view sDi
     ELeitura eLeitura = ELeitura::eInterrompido;
     if (Tira(sDiario, pusPasso) && Tira(sDiario, &usZero) && Tira(sDiario, &ulQuantidade))
         eLeitura = InterpretaEntradas(sDiario, ulQuantidade);
-    // A journal with sums comes into being by a move, whole.
+    // A journal with sums is moved into its place whole: one that ends too early was not interrupted but
+    // damaged.
     if (eLeitura == ELeitura::eInterrompido && m_bTemSomas) return ELeitura::eInvalido;
     if (eLeitura != ELeitura::eValido) return eLeitura;
     XVUInt64 uiCrc = 0;
@@ -139,7 +141,8 @@ HRESULT CXVDiarioConversao::Le(XVUShort usPasso) {
         XV_CHECK(XVConversaoArquivo::Recusa(this, sPath, "Diário da conversão danificado ou de outro passo"));
     m_bEmCurso = eLeitura == ELeitura::eValido && !bPassou;
     if (!m_bEmCurso) m_listaEntradas.clear();
-    // Without sums the stamps in the headers are all the proof there is.
+    // In a journal without sums only the stamps in the headers prove which file is which, and they count for
+    // nothing while headers are switched off.
     const bool bSomas = eLeitura == ELeitura::eValido && m_bTemSomas;
     if (!bSomas && !bPassou && CXVFileBase::CabecalhoDesabilitadoNaMaquina())
         XV_CHECK(

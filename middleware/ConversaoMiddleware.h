@@ -88,16 +88,18 @@ class CXVConversaoMiddleware : public CXVBaseParaRotinas {
         const char* pszRenomeia;
     };
 
-    // As LeVersao; *pbTemDados is false when there is neither version file nor data.
+    // As the public LeVersao. *pbTemDados becomes false when there is neither a version file nor any data:
+    // then the database is a new one, which needs no conversion.
     HRESULT LeVersao(XVUShort* pusVersao, bool* pbTemDados);
     HRESULT MarcaConversao(std::unique_ptr<IXVMarcaDiretorio>& marca);
-    // Lists the version file in the creation control when an earlier run did not come to it.
+    // Lists the version file in the creation control, in case an earlier run died between making it and that.
     HRESULT ControlaArquivoVersao();
     HRESULT ConcluiPasso(XVUShort usPasso);
-    // A listed single file that is missing: E_XVCR_INCONSISTENCIA_CONTROLE_CRIACAO_ARQUIVOS.
     HRESULT TemArquivosDeDados(bool* pbTem);
+    // E_XVCR_INCONSISTENCIA_CONTROLE_CRIACAO_ARQUIVOS: a single file is listed in the creation control and
+    // missing.
     HRESULT ValidaArquivosUnicos();
-    // A listed file of the schema that is missing: the same.
+    // The same code for any file of the schema, members of groups included.
     HRESULT ConfereArquivosControlados();
     static bool EhArquivoDoEsquema(const std::string& sNome);
     HRESULT ConverteBaseV01();
@@ -127,8 +129,8 @@ class CXVConversaoMiddleware : public CXVBaseParaRotinas {
     HRESULT RemoveDiario();
     HRESULT ConcluiTroca(XVUShort usPasso, const CXVDiarioConversao& rDiario);
 
-    // Before an interrupted exchange goes on. What does not fit:
-    // E_XVCR_INCONSISTENCIA_CONTROLE_CRIACAO_ARQUIVOS.
+    // These check every file before an interrupted exchange goes on. A file that is not the one that the
+    // journal means is E_XVCR_INCONSISTENCIA_CONTROLE_CRIACAO_ARQUIVOS, and nothing is moved.
     HRESULT ConfereTroca(XVUShort usPasso, const CXVDiarioConversao& rDiario);
     HRESULT ConfereSomas(const SEntradaDiario& rEntrada, const std::string& sPath,
                          const std::string& sPathCopia);
@@ -136,7 +138,7 @@ class CXVConversaoMiddleware : public CXVBaseParaRotinas {
                             const std::string& sPathCopia);
     HRESULT ConfereForaDoDiario(XVUShort usPasso, const CListaNomes& listaConvertidos);
 
-    // Notes the file sNome as the one that was refused with hr; hr unchanged.
+    // Notes the file sNome as the one that was refused with hr, and returns hr unchanged.
     HRESULT Recusa(HRESULT hr, const std::string& sNome);
     HRESULT MontaPath(const std::string& sNome, std::string* psPath);
     HRESULT MontaPaths(const std::string& sNome, std::string* psPath, std::string* psPathCopia);

@@ -23,7 +23,7 @@
 #include <vector>
 
 #include "platform/XVErroArquivo.h"
-#include "platform/XVVista.h"
+#include "platform/XVJanela.h"
 
 enum class EAcessoArquivo : std::uint8_t {
     eLeitura,
@@ -67,17 +67,17 @@ class IXVArquivo {
     // Cuts or extends (with zeros) the file to uiTamanho bytes; only in eLeituraEscrita.
     virtual CXVErroArquivo SetTamanho(XVUInt64 uiTamanho) = 0;
 
-    // Returns after the written bytes, those of views included, and the length have reached the device.
+    // Returns after the written bytes, those of windows included, and the length have reached the device.
     // After a failure it is unknown which have, and a later success says nothing about them.
     virtual CXVErroArquivo Sincroniza() = 0;
 
-    // A view of the first uiTamanho bytes, which the file must hold already; only in eLeituraEscrita or
-    // eLeitura, and writable only in the former. Where the system or the place of the file offers no
-    // mapping that is safe (a network, a device that copies on writing, bytes without a block of the device
-    // behind them) the view works by calls. The file must outlive its view and is not made shorter while
+    // A window on the first uiTamanho bytes, which the file must hold already; only in eLeituraEscrita. Where
+    // the system or the place of the file offers no mapping that is safe (a network, a device that copies on
+    // writing, bytes without a block of the device behind them) the window works by calls, and what those
+    // answer is its answer. The file must outlive its window and is not made shorter while
     // one exists, by this opening (eViolacaoCompartilhamento where it would do harm) or by anyone with
-    // whom it shares writing. On failure pVista is null.
-    virtual CXVErroArquivo Mapeia(XVUInt64 uiTamanho, std::unique_ptr<IXVVista>& pVista);
+    // whom it shares writing. On failure pJanela is null.
+    virtual CXVErroArquivo AbreJanela(XVUInt64 uiTamanho, std::unique_ptr<IXVJanela>& pJanela);
 };
 
 // An exclusive mark on a directory; destroying it, or the end of the process in any way, lifts it.

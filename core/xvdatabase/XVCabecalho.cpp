@@ -16,7 +16,8 @@ constexpr std::size_t k_uiBytesDoCrcB = offsetof(REG_XVCABECALHO_B, uiCrc);
 constexpr std::size_t k_uiOffsetTamanhoBloco =
     k_uiTamanhoBlocoA + offsetof(REG_XVCABECALHO_B, uiTamanhoBloco);
 constexpr std::size_t k_uiOffsetNome = k_uiTamanhoBlocoA + offsetof(REG_XVCABECALHO_B, szNomeArquivo);
-// Fewer equal bytes are chance: seven of the signature are zero.
+// Seven bytes of the signature are zero, as many bytes of a record are: fewer equal bytes than this may be
+// chance.
 constexpr std::ptrdiff_t k_iBytesDaAssinatura = 16;
 
 REG_XVDATAHORA_CABECALHO Agora() {

@@ -40,18 +40,20 @@ class CXVDataBase : public CXVBaseParaRotinas {
     void DesabilitaCabecalho() { m_bCabecalhoDesabilitado = true; }
     bool EhCabecalhoDesabilitado() const { return m_bCabecalhoDesabilitado; }
 
-    // The journal of the data directory, where it is open for writing; otherwise null. Known after
-    // Inicializa.
+    // The journal through which the files are written, when this process has the data directory open for
+    // writing; otherwise null, and the files are written directly. Known after Inicializa.
     CXVDiario* GetDiario() const { return m_pDiario; }
 
-    // The view that the database looks through, where it is opened for viewing in one; otherwise null. Known
-    // after Inicializa.
+    // The view through which a database that only looks on reads its files; null when it reads them directly
+    // or writes. Known after Inicializa.
     CXVVisao* GetVisao() const { return m_pVisao; }
 
-    // Around the moment in which the memory of several files passes from before an operation to after it.
+    // Enclose the moment in which the memory of several files passes from the state before an operation to
+    // the state after it.
     void IniciaPublicacao() { m_uiIniciadas.fetch_add(1, std::memory_order_acq_rel); }
     void TerminaPublicacao() { m_uiTerminadas.fetch_add(1, std::memory_order_release); }
-    // Reads that begin and end with the same number, and began with no publication under way, saw one moment.
+    // A reader notes the number of ended publications, which has to equal that of begun ones, and reads. When
+    // the number of begun ones is still the same afterwards, it saw one moment.
     XVUInt64 GetPublicacoesTerminadas() const { return m_uiTerminadas.load(std::memory_order_acquire); }
     XVUInt64 GetPublicacoesIniciadas() const {
         std::atomic_thread_fence(std::memory_order_acquire);

@@ -79,11 +79,12 @@ HRESULT CXVDataBaseControleCriacaoArquivos::GerenciaControleCriacaoArquivos(XVUI
             sPathArquivo.c_str());
         return XVArquivoRecusado::Anota(E_XVCR_INCONSISTENCIA_CONTROLE_CRIACAO_ARQUIVOS, sPathArquivo, this);
     }
-    // A directory of this name is refused by the opening; listed, it would be missed once it is removed.
+    // Only a file is listed. A directory of this name is refused by the opening that follows; were it listed,
+    // its removal would later look like the loss of a file.
     if (!bPossui && bExiste &&
         XVPlataforma::SistemaArquivos().Existe(sPathArquivo) == EExistencia::eArquivo) {
         const HRESULT hr = CriaControleCriacaoArquivos();
-        // A full disk can be read all the same; the next opening lists the file.
+        // A store on a full disk has to be readable all the same: the next opening lists the file.
         if (hr == eDiskFull) {
             XV_REGISTRA(hr, "CriaControleCriacaoArquivos()");
             return S_OK;
@@ -101,7 +102,8 @@ HRESULT CXVDataBaseControleCriacaoArquivos::PossuiControleCriacaoArquivos(bool* 
     return S_OK;
 }
 
-// Of a name that is on the list already the opening's check changes nothing.
+// The opening's check may add a name to the list. It runs here only for a name that is on the list already,
+// where it changes nothing and only finds out whether the file is missing.
 HRESULT CXVDataBaseControleCriacaoArquivos::ConfereArquivoControlado() {
     bool bPossui = false;
     XV_CHECK(PossuiControleCriacaoArquivos(&bPossui));
@@ -125,8 +127,9 @@ HRESULT CXVDataBaseControleCriacaoArquivos::CriaControleCriacaoArquivos() {
     bool bPossui = false;
     XV_CHECK(PossuiControleCriacaoArquivos(&bPossui));
     if (bPossui) return S_OK;
-    // Not on the stack: its locks would come to lie where those of an earlier one lay, and a lock order that
-    // is checked by address would mix them up.
+    // On the heap, because a tool that checks the order of locks knows a lock by its address: on the stack
+    // the locks of this database would lie where those of the one before it lay, and the tool would take the
+    // two for one.
     const auto pDB = std::make_unique<CXVDataBaseControle>(m_eModulo, k_sNomeControle,
                                                            CXVDataBaseControle::EUso::eEscrita);
     XV_CHECK(pDB->Inicializa(this));
@@ -154,7 +157,7 @@ HRESULT CXVDataBaseControleCriacaoArquivos::RemoveControleCriacaoArquivos() {
         XV_CHECK_TEXTO(XVArquivoRecusado::Anota(E_XVCR_ARQUIVO_TRA_ENCONTRADO, sPathTra, this),
                        "E_XVCR_ARQUIVO_TRA_ENCONTRADO");
 
-    // From here on one of this name is ours, and is deleted when it is not needed.
+    // From here on a ".tra" of this name is our own: whoever does not need it any more deletes it.
     CXVCopiaProtegida copia(CXVDiario::Busca(sDiretorio));
     XV_CHECK(copia.Inicia(this, sNomeTra));
     CXVImagemArquivo xvFileNew(m_eModulo, sNomeTra);
@@ -188,7 +191,7 @@ HRESULT CXVDataBaseControleCriacaoArquivos::SubstituiLista(const std::string& sP
     return CXVDataBaseUtil::MovePath(this, sPathTra, sPathControle);
 }
 
-// The list must have reached the device before it takes the place of the old one.
+// Returns when the list has reached the device: only then may it take the place of the old one.
 HRESULT CXVDataBaseControleCriacaoArquivos::GravaLista(CXVImagemArquivo& xvFileNew,
                                                        const std::vector<std::string>& aRegistrosNew) {
     XV_CHECK(xvFileNew.AbreArquivo());

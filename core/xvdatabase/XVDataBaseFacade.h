@@ -27,10 +27,10 @@ class CXVDataBaseFacade : public TBase {
   public:
     XV_CLASSE("CXVDataBaseFacade", "XVDataBaseFacade")
 
-    // Before Inicializa: open the store for viewing. Nothing is written, converted or created, in the error
-    // log of the company's directory either, and every write is refused. Another process may have the store
-    // open for writing, or have died doing so: every call sees whole operations, those that were over when it
-    // began included.
+    // Opens the store for viewing; to be called before Inicializa. Every write is refused, and nothing is
+    // written, converted or created on disk, the error log of the company's directory included. Another
+    // process may have the store open for writing, or may have died while it had: a call sees only whole
+    // operations, and all that were over when it began.
     void SetSomenteLeitura(bool bSomenteLeitura) { m_bSomenteLeitura = bSomenteLeitura; }
     bool EhSomenteLeitura() const { return m_bSomenteLeitura; }
     bool EhConsulta() const override { return m_bSomenteLeitura; }
@@ -102,13 +102,15 @@ class CXVDataBaseFacade : public TBase {
 
     // Whether an operation may be prepared while others wait for the device.
     enum class EFila : std::uint8_t {
-        eComOutras,  // it depends on nothing that they change but, perhaps, on what its key names
-        eSozinha,    // it decides by what others may be changing
+        eComOutras,  // Of what the waiting ones change it can only depend on what its key names.
+        eSozinha,    // It decides by things that any of the waiting ones may be changing.
     };
 
     // Carries out one operation that changes the store. prepara(CXVOperacao&) prepares its writes under the
-    // lock of changes; its failure ends the operation. It may give the operation a key; S_FALSE: it must be
-    // alone.
+    // lock of changes, and may give the operation a key. When prepara fails, its code is the result and
+    // nothing has changed. When it answers S_FALSE, the operation turned out to need the store for itself: it
+    // is prepared again once nobody waits. prepara may therefore run more than once, and each run starts from
+    // nothing.
     template <class TPrepara>
     HRESULT ExecutaOperacao(EFila eFila, XVUInt64 uiChave, TPrepara prepara) {
         CXVDiario& rDiario = m_pLoja->diario;
@@ -131,8 +133,9 @@ class CXVDataBaseFacade : public TBase {
     bool TemFila() const { return m_pLoja->diario.TemFila(); }
     bool TemNaFila(XVUInt64 uiChave) const { return m_pLoja->diario.TemNaFila(uiChave); }
 
-    // Runs leitura so that it sees memory at one moment, not in the middle of an operation's publication.
-    // It may run more than once. A viewer sees the disk so.
+    // Runs leitura so that all that it reads is of one moment and not of the middle of an operation that is
+    // just reaching memory; a viewer, which reads the disk, sees one moment of the disk. leitura may run more
+    // than once, because an operation that ends beside it makes what it read worthless.
     template <class TLeitura>
     HRESULT LeDeUmMomento(TLeitura leitura) {
         if (m_pLoja->pVisao != nullptr) return m_pLoja->pVisao->DeUmMomento(leitura);
@@ -149,10 +152,10 @@ class CXVDataBaseFacade : public TBase {
         const std::lock_guard bloqueio(m_pLoja->mutexAlteracao);  // writers wait this once
         return leitura();
     }
-    // Viewing: whether somebody has the store open for writing.
+    // Whether somebody has the store open for writing; only a viewer asks, to others the answer is no.
     bool TemEscritor() const { return m_pLoja->pVisao != nullptr && m_pLoja->pVisao->TemEscritor(); }
-    // For a long reading: whether nobody has written since it began. S_FALSE of a viewer: what it found is to
-    // be confirmed piece by piece.
+    // Runs a reading that is too long to be of one moment. S_FALSE, which only a viewer gets: somebody may
+    // have written meanwhile, so the caller has to confirm what it found, piece by piece.
     template <class TLeitura>
     HRESULT LeSemEscritas(TLeitura leitura) {
         if (m_pLoja->pVisao == nullptr) return leitura();
@@ -166,7 +169,7 @@ class CXVDataBaseFacade : public TBase {
         SLoja() = default;
         SLoja(const SLoja&) = delete;
         SLoja& operator=(const SLoja&) = delete;
-        // The files use the journal until the last of them is closed.
+        // The files write through the journal until the last of them is closed, so it closes after them.
         ~SLoja() {
             XVIgnora(dataBase.Finaliza());
             XVIgnora(diario.Fecha(nullptr));

@@ -186,6 +186,7 @@ HRESULT CXVDiario::Fecha(const IXVDF_Profiler* pDono) {
     m_anel.Fecha();
     m_pendente.Termina();
     m_uiPendente = 0;
+    m_listaAnular.clear();
     m_mapAlterados.clear();
     m_mapCopias.clear();
     // From here on the entries stand for nothing, whether the file goes or not.

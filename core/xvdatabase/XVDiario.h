@@ -105,6 +105,7 @@ class CXVDiario {
     CXVErroArquivo TentaDesfazer(CXVOperacao& rOperacao, XVUInt64 uiNumero);
     HRESULT ResolvePendente(CXVOperacao& rResolvida);
     void AnulaFila();
+    CXVErroArquivo MarcaAnuladas();
     void DevolveAnuladas();
     void Devolve(SNaFila& rNaFila);
     void AbandonaPendente(const CXVFileBase& rFile, CXVOperacao& rAbandonada);
@@ -164,6 +165,9 @@ class CXVDiario {
     // An operation whose undoing failed; the next one tries again first.
     CXVOperacao m_pendente{nullptr};
     XVUInt64 m_uiPendente = 0;
+    // Entries of operations that were given up, oldest first, of which the device may not know that they are
+    // void. They are newer than m_uiPendente. Nothing is recorded before it knows.
+    std::vector<XVUInt64> m_listaAnular;
 };
 
 // Holds IniciaCopia for a scope. Without a journal it does nothing.

@@ -5,7 +5,7 @@
 #include <cstring>
 #include <utility>
 
-#include "platform/XVVistaPorChamadas.h"
+#include "platform/XVJanelaPorChamadas.h"
 #include "support/values/XVSoma64.h"
 
 namespace {
@@ -57,19 +57,19 @@ CXVErroArquivo CXVDiarioAnel::Prepara(IXVArquivo& rArquivo, XVUInt64 uiSessao, b
     m_uiSessao = uiSessao;
     REG_XVDIARIO_CABECALHO reg{k_uiAssinaturaDiario, uiSessao, uiTamanhoAnel, 0};
     reg.uiSoma = XVSoma64(&reg, offsetof(REG_XVDIARIO_CABECALHO, uiSoma));
-    std::unique_ptr<IXVVista> pVista;
+    std::unique_ptr<IXVJanela> pJanela;
     if (bMapeia)
-        erro = rArquivo.Mapeia(uiTotal, pVista);
+        erro = rArquivo.AbreJanela(uiTotal, pJanela);
     else
-        pVista = std::make_unique<CXVVistaPorChamadas>(rArquivo, uiTotal);
-    if (erro.Ok()) erro = pVista->GravaPalavra(k_uiOffsetPrimeira, m_uiPrimeira);
-    if (erro.Ok()) erro = pVista->Grava(0, &reg, sizeof(reg));
-    if (erro.Ok()) m_pVista = std::move(pVista);
+        pJanela = std::make_unique<CXVJanelaPorChamadas>(rArquivo, uiTotal);
+    if (erro.Ok()) erro = pJanela->GravaPalavra(k_uiOffsetPrimeira, m_uiPrimeira);
+    if (erro.Ok()) erro = pJanela->Grava(0, &reg, sizeof(reg));
+    if (erro.Ok()) m_pJanela = std::move(pJanela);
     return erro;
 }
 
 void CXVDiarioAnel::Fecha() {
-    m_pVista.reset();
+    m_pJanela.reset();
     m_pArquivo = nullptr;
     m_uiUltima = 0;
     m_uiPrimeira = 1;
@@ -161,7 +161,7 @@ XVUInt64 CXVDiarioAnel::GetSubstituida() const {
 
 CXVErroArquivo CXVDiarioAnel::Dispensa(XVUInt64 uiNumero) {
     if (uiNumero >= m_uiPrimeira) {
-        const CXVErroArquivo erro = m_pVista->GravaPalavra(k_uiOffsetPrimeira, uiNumero + 1);
+        const CXVErroArquivo erro = m_pJanela->GravaPalavra(k_uiOffsetPrimeira, uiNumero + 1);
         if (!erro.Ok()) return erro;
         m_uiPrimeira = uiNumero + 1;
     }
@@ -171,7 +171,7 @@ CXVErroArquivo CXVDiarioAnel::Dispensa(XVUInt64 uiNumero) {
 
 CXVErroArquivo CXVDiarioAnel::GravaBytes(XVUInt64 uiOffset) {
     if (uiOffset == GetFimAnel()) return m_pArquivo->Grava(uiOffset, m_aEntrada.data(), m_uiTamanhoEntrada);
-    return m_pVista->Grava(uiOffset, m_aEntrada.data(), m_uiTamanhoEntrada);
+    return m_pJanela->Grava(uiOffset, m_aEntrada.data(), m_uiTamanhoEntrada);
 }
 
 CXVErroArquivo CXVDiarioAnel::GravaEntrada(XVUInt64& uiNumero) {
@@ -213,13 +213,13 @@ CXVErroArquivo CXVDiarioAnel::MarcaEstado(XVUInt64 uiNumero, EEstadoEntrada eEst
     const XVUInt64 uiOffset = pViva->uiOffset + offsetof(REG_XVDIARIO_ENTRADA, uiEstado);
     const XVUInt64 uiEstado = XVEstadoEntrada(uiNumero, eEstado);
     if (pViva->uiOffset == GetFimAnel()) return m_pArquivo->Grava(uiOffset, &uiEstado, sizeof(uiEstado));
-    return m_pVista->GravaPalavra(uiOffset, uiEstado);
+    return m_pJanela->GravaPalavra(uiOffset, uiEstado);
 }
 
 CXVErroArquivo CXVDiarioAnel::MarcaEmCurso(XVUInt64 uiNumero) {
-    return m_pVista->GravaPalavra(k_uiOffsetSequencia, uiNumero * 2 - 1);
+    return m_pJanela->GravaPalavra(k_uiOffsetSequencia, uiNumero * 2 - 1);
 }
 
 CXVErroArquivo CXVDiarioAnel::MarcaConcluida(XVUInt64 uiNumero) {
-    return m_pVista->GravaPalavra(k_uiOffsetSequencia, uiNumero * 2);
+    return m_pJanela->GravaPalavra(k_uiOffsetSequencia, uiNumero * 2);
 }

@@ -25,7 +25,7 @@ class CXVDiarioAnel {
     // nothing is flushed; a flush of bytes that were stored through a mapping takes three times as long as
     // one of bytes that were written by a call.
     CXVErroArquivo Prepara(IXVArquivo& rArquivo, XVUInt64 uiSessao, bool bMapeia);
-    bool EstaPronto() const { return m_pVista != nullptr; }
+    bool EstaPronto() const { return m_pJanela != nullptr; }
     void Fecha();
     // Makes the entries of a journal file nobody's, on the device. A file too short to be one: nothing.
     static CXVErroArquivo Invalida(IXVArquivo& rArquivo);
@@ -70,7 +70,7 @@ class CXVDiarioAnel {
     const SViva* Busca(XVUInt64 uiNumero) const;
 
     IXVArquivo* m_pArquivo = nullptr;
-    std::unique_ptr<IXVVista> m_pVista;
+    std::unique_ptr<IXVJanela> m_pJanela;
     XVUInt64 m_uiTamanhoAnel = 0;
     XVUInt64 m_uiSessao = 0;
     XVUInt64 m_uiUltima = 0;

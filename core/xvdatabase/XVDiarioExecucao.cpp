@@ -144,9 +144,11 @@ void CXVDiario::Desfaz(CXVOperacao& rOperacao, XVUInt64 uiNumero) {
 }
 
 // The entry says that it is to be undone before the first byte is taken back, and that it is nothing any more
-// when all bytes are back where a power failure cannot lose them.
+// when all bytes are back where a power failure cannot lose them. Entries that were prepared on top of it are
+// void before that: without it they would not follow from anything.
 CXVErroArquivo CXVDiario::TentaDesfazer(CXVOperacao& rOperacao, XVUInt64 uiNumero) {
-    CXVErroArquivo erro = m_anel.MarcaEstado(uiNumero, EEstadoEntrada::eDesfazer);
+    CXVErroArquivo erro = MarcaAnuladas();
+    if (erro.Ok()) erro = m_anel.MarcaEstado(uiNumero, EEstadoEntrada::eDesfazer);
     // Rare, and worth a flush whatever the durability: an operation that failed must not come back.
     if (erro.Ok()) erro = m_pArquivo->Sincroniza();
     if (erro.Ok()) erro = rOperacao.Desfaz();
@@ -168,6 +170,7 @@ HRESULT CXVDiario::ConcluiPendente() {
 
 // rResolvida takes the operation that is over; it ends when the lock is released.
 HRESULT CXVDiario::ResolvePendente(CXVOperacao& rResolvida) {
+    if (const CXVErroArquivo erro = MarcaAnuladas(); !erro.Ok()) return Codigo(erro, "MarcaAnuladas()");
     if (m_uiPendente == 0) return S_OK;
     if (m_pendente.EhVazia())
         return Codigo({ECausaArquivo::eArquivoInvalido, 0}, "ResolvePendente(resolvida)");

@@ -20,7 +20,9 @@ HRESULT CXVDiario::Enfileira(SNaFila& rNaFila) {
     CXVOperacao resolvida(nullptr);
     const std::lock_guard lock(m_Mutex);
     HRESULT hr = ResolvePendente(resolvida);
-    m_fila.reserve(m_fila.size() + 1);  // memory may run out: before the entry is written
+    // Memory may run out: before the entry is written.
+    m_fila.reserve(m_fila.size() + 1);
+    m_listaAnular.reserve(m_fila.size() + 1);
     if (SUCCEEDED(hr)) hr = RegistraEntrada(*rNaFila.pOperacao, &rNaFila.uiNumero);
     if (hr == S_OK) m_fila.push_back(&rNaFila);
     return hr;
@@ -112,16 +114,28 @@ void CXVDiario::ConcluiFila(std::size_t uiQuantidade, const CXVErroArquivo& rErr
     DevolveAnuladas();
 }
 
-// What was prepared on top of an operation that did not take place is worth nothing; the newest goes first.
+// What was prepared on top of an operation that did not take place is worth nothing. What cannot be marked so
+// now is marked before anything else is recorded.
 void CXVDiario::AnulaFila() {
-    while (!m_fila.empty()) {
+    for (const SNaFila* p : m_fila) m_listaAnular.push_back(p->uiNumero);
+    for (; !m_fila.empty(); m_fila.pop_back()) {
         SNaFila* p = m_fila.back();
-        m_fila.pop_back();
-        m_anel.MarcaEstado(p->uiNumero, EEstadoEntrada::eNula).Ignora();
         p->bRefaz = SUCCEEDED(p->hr);
-        p->pProxima = m_pAnuladas;
-        m_pAnuladas = p;
+        p->pProxima = std::exchange(m_pAnuladas, p);
     }
+    MarcaAnuladas().Ignora();
+}
+
+// The newest first, and each on the device before the one below it: a power failure in between must not leave
+// an entry without the one that it was prepared on top of. Rare, and worth the flushes.
+CXVErroArquivo CXVDiario::MarcaAnuladas() {
+    while (!m_listaAnular.empty()) {
+        CXVErroArquivo erro = m_anel.MarcaEstado(m_listaAnular.back(), EEstadoEntrada::eNula);
+        if (erro.Ok()) erro = m_pArquivo->Sincroniza();
+        if (!erro.Ok()) return erro;
+        m_listaAnular.pop_back();
+    }
+    return {};
 }
 
 // Before anybody prepares again: their files must not count with them any more.

@@ -12,6 +12,10 @@ namespace {
 
 constexpr XVUInt64 k_uiTamanhoMaximoAnel = 1U << 30;
 
+// In a journal that a writer left, a byte lies in one entry, and in few of those that a power failure tore:
+// sums over more than so many times the file's bytes are taken of a made-up one only.
+constexpr XVUInt64 k_uiSomasPorByte = 16;
+
 // Takes uiTamanho bytes and their filler off the front; false when they are not there.
 bool Tira(std::string_view& rsResto, XVUInt64 uiTamanho, std::string_view* psParte) {
     if (uiTamanho > rsResto.size()) return false;
@@ -111,37 +115,50 @@ void CXVDiarioLeitura::Interpreta(std::size_t uiFimAnel) {
 // place where one may begin: what lies inside of a complete one is data, whatever it looks like.
 std::size_t CXVDiarioLeitura::Examina(std::size_t uiOffset, std::size_t uiFim) {
     if (uiFim < uiOffset + sizeof(REG_XVDIARIO_ENTRADA)) return k_uiAlinhamentoEntrada;
-    auto reg = Palavra<REG_XVDIARIO_ENTRADA>(uiOffset);
+    const auto reg = Palavra<REG_XVDIARIO_ENTRADA>(uiOffset);
     if (reg.uiAssinatura != k_uiAssinaturaEntrada || reg.uiSessao != m_uiSessao)
         return k_uiAlinhamentoEntrada;
-    const XVUInt64 uiSoma = reg.uiSoma;
-    const XVUInt64 uiEstado = reg.uiEstado;
     SEntradaLida entrada;
     entrada.uiNumero = reg.uiNumero;
     entrada.eTipo = reg.eTipo;
-    bool bCompleta = false;
-    if (reg.uiTamanho >= sizeof(reg) && reg.uiTamanho <= uiFim - uiOffset) {
-        reg.uiSoma = reg.uiEstado = 0;
-        std::string sEntrada = m_sBytes.substr(uiOffset, static_cast<std::size_t>(reg.uiTamanho));
-        std::memcpy(sEntrada.data(), &reg, sizeof(reg));
-        bCompleta = uiSoma == XVSoma64(sEntrada.data(), sEntrada.size()) &&
-                    InterpretaPartes(std::string_view(m_sBytes).substr(uiOffset + sizeof(reg),
-                                                                       sEntrada.size() - sizeof(reg)),
-                                     reg.ulPartes, &entrada);
-    }
+    for (const EEstadoEntrada e :
+         {EEstadoEntrada::eRefazer, EEstadoEntrada::eDesfazer, EEstadoEntrada::eNula})
+        if (reg.uiEstado == XVEstadoEntrada(reg.uiNumero, e)) entrada.eEstado = e;
+    const bool bCompleta =
+        reg.uiTamanho >= sizeof(reg) && reg.uiTamanho <= uiFim - uiOffset && SomaConfere(uiOffset, reg) &&
+        InterpretaPartes(std::string_view(m_sBytes).substr(uiOffset, static_cast<std::size_t>(reg.uiTamanho)),
+                         reg.ulPartes, &entrada);
     if (!bCompleta) {
         m_uiMaiorInacabada = std::max(m_uiMaiorInacabada, entrada.uiNumero);
         return k_uiAlinhamentoEntrada;
     }
-    if (uiEstado == XVEstadoEntrada(entrada.uiNumero, EEstadoEntrada::eDesfazer))
-        entrada.eEstado = EEstadoEntrada::eDesfazer;
-    if (uiEstado == XVEstadoEntrada(entrada.uiNumero, EEstadoEntrada::eNula))
-        entrada.eEstado = EEstadoEntrada::eNula;
     m_listaEntradas.push_back(std::move(entrada));
     return XVAlinha(static_cast<std::size_t>(reg.uiTamanho), k_uiAlinhamentoEntrada);
 }
 
-bool CXVDiarioLeitura::InterpretaPartes(std::string_view sPartes, XVUInt ulPartes, SEntradaLida* pEntrada) {
+// The sum takes two fields as zero: they are zero in the journal's copy while it is taken.
+bool CXVDiarioLeitura::SomaConfere(std::size_t uiOffset, const REG_XVDIARIO_ENTRADA& reg) {
+    m_uiSomados += reg.uiTamanho;
+    if (m_uiSomados > k_uiSomasPorByte * m_sBytes.size()) {
+        m_bLacuna = true;
+        return false;
+    }
+    REG_XVDIARIO_ENTRADA regSomado = reg;
+    regSomado.uiSoma = regSomado.uiEstado = 0;
+    char* pEntrada = m_sBytes.data() + uiOffset;
+    std::memcpy(pEntrada, &regSomado, sizeof(regSomado));
+    const XVUInt64 uiSoma = XVSoma64(pEntrada, static_cast<std::size_t>(reg.uiTamanho));
+    std::memcpy(pEntrada, &reg, sizeof(reg));
+    return uiSoma == reg.uiSoma;
+}
+
+bool CXVDiarioLeitura::TemEstadoDesconhecido() const {
+    return std::any_of(m_listaEntradas.begin(), m_listaEntradas.end(),
+                       [](const SEntradaLida& rEntrada) { return !rEntrada.eEstado.has_value(); });
+}
+
+bool CXVDiarioLeitura::InterpretaPartes(std::string_view sEntrada, XVUInt ulPartes, SEntradaLida* pEntrada) {
+    std::string_view sPartes = sEntrada.substr(sizeof(REG_XVDIARIO_ENTRADA));
     for (XVUInt i = 0; i < ulPartes; ++i) {
         XVUInt64 uiTamanho = 0;
         if (sPartes.size() < sizeof(uiTamanho)) return false;

@@ -3,6 +3,8 @@
 #pragma once
 
 #include <memory>
+#include <optional>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -25,7 +27,7 @@ struct SParteLida {
 struct SEntradaLida {
     XVUInt64 uiNumero = 0;
     ETipoEntrada eTipo = ETipoEntrada::eGravacao;
-    EEstadoEntrada eEstado = EEstadoEntrada::eRefazer;
+    std::optional<EEstadoEntrada> eEstado;  // nothing: a word that no writer leaves
     std::vector<SParteLida> listaPartes;
 };
 
@@ -38,16 +40,18 @@ class CXVDiarioLeitura {
     const std::vector<SEntradaLida>& GetEntradas() const { return m_listaEntradas; }
     // An entry that is needed is not there: the device lost it.
     bool TemLacuna() const { return m_bLacuna; }
+    // An entry that is needed does not say what became of its operation.
+    bool TemEstadoDesconhecido() const;
     // The last entry was not finished: its operation had not begun.
     bool TemInacabada() const { return m_bInacabada; }
-    XVUInt64 GetSessao() const { return m_uiSessao; }
 
   private:
     CXVErroArquivo LeAte(IXVArquivo& rArquivo, XVUInt64 uiFim);
     void Interpreta(std::size_t uiFimAnel);
     std::size_t Examina(std::size_t uiOffset, std::size_t uiFim);
+    bool SomaConfere(std::size_t uiOffset, const REG_XVDIARIO_ENTRADA& reg);
     void Encadeia(XVUInt64 uiPrimeira);
-    static bool InterpretaPartes(std::string_view sPartes, XVUInt ulPartes, SEntradaLida* pEntrada);
+    static bool InterpretaPartes(std::string_view sEntrada, XVUInt ulPartes, SEntradaLida* pEntrada);
     template <class T>
     T Palavra(std::size_t uiOffset) const;
 
@@ -55,6 +59,7 @@ class CXVDiarioLeitura {
     std::vector<SEntradaLida> m_listaEntradas;
     XVUInt64 m_uiSessao = 0;
     XVUInt64 m_uiMaiorInacabada = 0;
+    XVUInt64 m_uiSomados = 0;  // bytes of which sums were taken
     bool m_bLacuna = false;
     bool m_bInacabada = false;
 };

@@ -52,8 +52,6 @@ class CXVFile : public CXVFileBase {
         return PreparaColecao(rOperacao, uiPosicao, std::span<const T>(&reg, 1));
     }
     HRESULT PreparaColecao(CXVOperacao& rOperacao, XVUInt& uiPosicao, std::span<const T> aRegistros);
-    // The position that the next new record gets.
-    XVUInt64 GetProximaPosicao();
 
     XVUInt64 GetQtdRegistros() const;
     // The whole array, for a database with direct access; otherwise null.
@@ -87,7 +85,8 @@ class CXVFile : public CXVFileBase {
         return ExisteIndex(XVCrc64(chave.data(), chave.size()), uiPosicao, uiColunaIndexacao);
     }
 
-    // Read or overwrite the record that holds the key; E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA when none does.
+    // Read, overwrite, or prepare the overwriting of the record that holds the key uiPosicaoIndex, the lowest
+    // one when several do. E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA: none does, and nothing is appended.
     HRESULT LeIndex(XVUInt64 uiPosicaoIndex, T* preg, XVUInt uiColunaIndexacao) const;
     HRESULT GravaIndex(XVUInt64 uiPosicaoIndex, const T& reg, XVUInt uiColunaIndexacao);
     HRESULT PreparaIndex(CXVOperacao& rOperacao, XVUInt64 uiPosicaoIndex, const T& reg,
@@ -105,7 +104,7 @@ class CXVFile : public CXVFileBase {
         bool bPermiteChaveZerada;
         bool bPermiteChaveRepetida;
         CXVIndice indice;
-        // Keys of the write that is being checked, sorted; kept for its memory.
+        // The keys of the write that is being checked, sorted. Kept here so that a write needs no new memory.
         std::vector<XVUInt64> setIndexOrdenar;
 
         XVUInt64 GetChave(const T& reg, std::size_t uiColuna) const {
@@ -132,7 +131,6 @@ class CXVFile : public CXVFileBase {
     HRESULT ConstroiIndices();
     HRESULT AbreParaGravacao();
     HRESULT ValidaPosicao(XVUInt uiPosicao) const;
-    CPreparados& GetPreparados();
     HRESULT ValidaIndices(XVUInt uiPosicao, std::span<const T> aRegistros, std::vector<XVUInt64>& aChaves);
     HRESULT ValidaIndex(XVUInt uiPosicao, std::span<const T> aRegistros, std::size_t idx,
                         std::vector<XVUInt64>& aChaves);

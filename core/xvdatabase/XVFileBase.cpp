@@ -181,9 +181,10 @@ HRESULT CXVFileBase::GravaVersaoArquivo(XVUShort usVersaoArquivo) {
     if (m_regCabecalho.regB.usVersaoArquivo == usVersaoArquivo) return S_OK;
     CXVOperacao operacao(m_pDataBase);
     XV_CHECK(PreparaCabecalho(operacao));
-    if (CXVGravacaoPreparada* pCabecalho = m_pCabecalhoPreparado.get(); !operacao.EhVazia()) {
-        pCabecalho->m_gravacao.regDepois.usVersaoArquivo = usVersaoArquivo;
-        XVCabecalho::Sela(pCabecalho->m_gravacao.regDepois);
+    if (!operacao.EhVazia()) {
+        REG_XVCABECALHO_B& regDepois = CabecalhoPreparado().m_gravacao.regDepois;
+        regDepois.usVersaoArquivo = usVersaoArquivo;
+        XVCabecalho::Sela(regDepois);
     }
     XV_CHECK_TEXTO(operacao.Executa(), "AtualizaArquivo()");
     return S_OK;

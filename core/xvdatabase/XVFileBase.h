@@ -12,6 +12,7 @@
 #include <mutex>
 #include <shared_mutex>
 #include <string>
+#include <vector>
 
 #include "core/xvdatabase/IXVFileBase.h"
 #include "core/xvdatabase/XVCabecalho.h"
@@ -44,13 +45,13 @@ class CXVFileBase : public IXVFileBase {
     EModulo GetModulo() const override { return m_eModulo; }
     XVUInt64 GetTamanho() const override { return m_uiTamanhoArquivo; }
 
-    // Opens or reopens the file. Absent and not created by the mode: S_OK, the file stays closed. A failing
-    // validation of the header leaves the file open and its code is returned; nothing rewrites that header.
+    // Opens or reopens the file. When it is absent and the mode does not create it, the result is S_OK and
+    // the file stays closed. When its header does not pass validation, the code says why; the file is open
+    // then, and nothing rewrites that header.
     HRESULT AbreArquivo(XVUInt eModoAbertura = eModoLeituraGravacao);
     void FechaArquivo();
     // Whether the file is open; does not look at the disk.
     bool ExisteArquivo() const { return m_pArquivo != nullptr; }
-    XVUInt GetModoAbertura() const { return m_eModoAbertura; }
 
     HRESULT DeletaArquivo() override;
     void DesabilitaControleCriacaoArquivos() override {
@@ -63,8 +64,6 @@ class CXVFileBase : public IXVFileBase {
     HRESULT PreparaCabecalho(CXVOperacao& rOperacao);
     // Stamps the header's file version; nothing is written when it stands there already.
     HRESULT GravaVersaoArquivo(XVUShort usVersaoArquivo);
-    // File version of the header in memory (0: no header).
-    XVUShort GetVersaoArquivo();
 
     // Where the payload begins: 240 or 0.
     XVUInt64 GetSeekCabecalho();
@@ -73,15 +72,16 @@ class CXVFileBase : public IXVFileBase {
     // accepted unless its header is there and damaged. With headers off on the machine: S_OK.
     HRESULT ConfereCabecalho();
 
-    // The machine-wide switch: nothing is concluded from what headers say, none is added or updated. What
-    // stays is the question where a payload begins: after a header where the file has one, and a file with
-    // the remains of one is refused.
+    // A machine-wide switch that takes headers out of use. While it is on, nothing is concluded from what a
+    // header says, and none is added or updated. It must still be known where the payload begins, which is
+    // behind the header in a file that has one. A file with the remains of one is refused, for there nobody
+    // can tell.
     static bool CabecalhoDesabilitadoNaMaquina();
     // Whether this file has, or would get, a header.
     bool GerenciarCabecalho() const;
     // The header that the file would have after a write that leaves uiTamanhoDados bytes of payload: the next
-    // state of the one it has, or a new one.
-    // After ConfereCabecalho has succeeded.
+    // state of the header that it has, or else a new one. Only after ConfereCabecalho has succeeded, because
+    // the next state of a damaged header would vouch for the damage.
     void ProximoCabecalho(REG_XVCABECALHO* pReg, XVUInt64 uiTamanhoDados);
 
     // Carry a prepared write out and take it back; for CXVOperacao. EscreveGravacao tries up to 50 times
@@ -89,14 +89,15 @@ class CXVFileBase : public IXVFileBase {
     // header back, or deletes a file that the write made; it may be called again after a failure.
     HRESULT EscreveGravacao(const CXVGravacaoPreparada& rGravacao);
     CXVErroArquivo DesfazGravacao(const SGravacao& rGravacao);
-    // Whether writes are prepared that are not over: the file must stay open.
+    // Whether writes are prepared that are not over. The file must stay open until they are.
     bool TemPreparadas() const { return GetPreparadas() != 0; }
     XVUInt GetPreparadas() const { return m_ulPreparadas.load(std::memory_order_acquire); }
     // Returns after what was written has reached the device.
     CXVErroArquivo Sincroniza() {
         return m_pArquivo == nullptr ? CXVErroArquivo() : m_pArquivo->Sincroniza();
     }
-    // Whether the journal knows that the file was written to since all were flushed; the journal's own.
+    // The journal's own note at the file: whether it counts the file among those that were written to since
+    // it last flushed all of them.
     bool EstaMarcadoNoDiario() const { return m_bMarcadoNoDiario; }
     void SetMarcadoNoDiario(bool bMarcado) { m_bMarcadoNoDiario = bMarcado; }
 
@@ -125,7 +126,8 @@ class CXVFileBase : public IXVFileBase {
     // Where hr is a failure: notes this file as the one that was refused. Returns hr unchanged.
     HRESULT Recusa(HRESULT hr) const noexcept { return XVArquivoRecusado::Anota(hr, m_sPathArquivo, this); }
 
-    // The diagnostic line of a failed read by position.
+    // Writes the line of the error log that shows a failed read by position with what was asked and what the
+    // file holds.
     void RegistraFalhaLeitura(HRESULT hr, XVUInt uiPosicao, std::size_t uiTamanhoRegistro,
                               XVUInt64 uiQtdRegistros) const;
 
@@ -135,13 +137,13 @@ class CXVFileBase : public IXVFileBase {
     // Reads at an offset of the file (header included).
     CXVErroArquivo LeDados(XVUInt64 uiOffset, void* pDados, std::size_t uiTamanho);
 
-    // The same; where the file is viewed in pieces of whole units of uiUnidade bytes, each of one moment.
+    // Reads the same bytes. A viewer beside a busy writer could wait long for one moment that is still there
+    // at the end of a long reading, so it reads in pieces of whole units of uiUnidade bytes, each piece of
+    // one moment.
     CXVErroArquivo LeDadosEmPedacos(XVUInt64 uiOffset, void* pDados, std::size_t uiTamanho,
                                     std::size_t uiUnidade);
-    // The open file, where it is viewed; otherwise null.
-    CXVArquivoVisto* GetVisto() const { return m_pVisto; }
     bool EhAvulso() const { return m_eRegistro == ERegistroArquivo::eAvulso; }
-    // Of which moment and which call what a viewer has in memory is.
+    // What a viewer remembers of the moment, and of the call, in which it loaded what it has in memory.
     struct SVistaCarregada {
         SMarcaDiario marca;
         SAreaVista area;
@@ -152,16 +154,29 @@ class CXVFileBase : public IXVFileBase {
     };
     CXVErroArquivo LeVistaAtual(SVistaCarregada* pVista) const;
 
-    // Fills in where a write of uiNovos bytes goes and what header follows from it: at uiOffset of the
-    // payload, over the uiAntigos bytes that stand there. The state is the one after all writes that are
-    // prepared already. Must be followed by Devolve. E_OUTOFMEMORY: the operation takes no further write.
+    // Adds a write to an operation: aNovos goes to uiOffsetDados of the payload, over aAntigos, which stands
+    // there. Fills in the place in the file and the header that follows, both as all writes that are prepared
+    // already will leave them. E_OUTOFMEMORY: the operation takes no further write. Every success must be
+    // followed by rGravacao.Devolve.
     HRESULT PreparaGravacao(CXVOperacao& rOperacao, CXVGravacaoPreparada& rGravacao, XVUInt64 uiOffsetDados,
                             std::span<const std::byte> aNovos, std::span<const std::byte> aAntigos);
     // The end of a prepared write.
-    void DevolveGravacao() { m_ulPreparadas.fetch_sub(1, std::memory_order_release); }
+    void DevolveGravacao(CXVGravacaoPreparada& rGravacao) {
+        rGravacao.m_bEmUso = false;
+        m_ulPreparadas.fetch_sub(1, std::memory_order_release);
+    }
+    // An object of rLista in which no write is prepared; made for rFile when every one is taken. The objects
+    // are used again and again, for the memory that they hold.
+    template <class TPreparada, class TFile>
+    static TPreparada& PreparadaLivre(std::vector<std::unique_ptr<TPreparada>>& rLista, TFile& rFile) {
+        for (const auto& p : rLista)
+            if (!p->m_bEmUso) return *p;
+        rLista.push_back(std::make_unique<TPreparada>(rFile));
+        return *rLista.back();
+    }
     // Bytes of payload after all prepared writes.
     XVUInt64 GetTamanhoDadosPrevisto();
-    // Whether the directory holds no file of this name (any more).
+    // Whether the directory holds no file of this name, or none any more.
     bool EstaAusente() const;
     // Serialises writers of this file that belong to no operation of a store.
     std::mutex& GetMutexGravacao() { return m_mutexGravacao; }
@@ -216,6 +231,7 @@ class CXVFileBase : public IXVFileBase {
     HRESULT CriaArquivo(const SGravacao& rGravacao);
     CXVErroArquivo DesfazArquivoCriado();
     void IniciaPrevisao();
+    CXVGravacaoPreparada& CabecalhoPreparado();
     class CXVCabecalhoPreparado;
     HRESULT MontaPath();
     HRESULT LeTamanho();
@@ -251,7 +267,7 @@ class CXVFileBase : public IXVFileBase {
     bool m_bCriandoCabecalho = false;
     bool m_bAlterado = false;  // written to in this opening
     bool m_bMarcadoNoDiario = false;
-    bool m_bCriado = false;  // by the write in progress
+    bool m_bCriado = false;  // the write in progress has made the file
     REG_XVCABECALHO m_regCabecalho{};
 
     // What the file will be after the writes that are prepared; valid while there are any.

@@ -48,17 +48,12 @@ void CXVFileBase::ProximoCabecalho(REG_XVCABECALHO* pReg, XVUInt64 uiTamanhoDado
     XVCabecalho::Atualiza(pReg->regB, *this, uiTamanhoDados);
 }
 
-XVUShort CXVFileBase::GetVersaoArquivo() {
-    if (CabecalhoDesabilitadoNaMaquina() || GetSeekCabecalho() == 0) return 0;
-    if (!m_bCabecalhoValidado && FAILED(ConfereCabecalho())) return 0;
-    return m_regCabecalho.regB.usVersaoArquivo;
-}
-
 bool CXVFileBase::PossuiCabecalho() {
     return SUCCEEDED(ProcuraCabecalho()) && m_bCabecalhoPresente;
 }
 
-// Works the answer of PossuiCabecalho out once. A failed read leaves it open: the next question reads again.
+// Finds out once whether the open file has a header. A read that fails decides nothing: whoever asks next
+// reads again.
 HRESULT CXVFileBase::ProcuraCabecalho() {
     if (m_bCabecalhoProcurado) return S_OK;
     if (!XVNomeArquivo::EhIsento(m_sNomeArquivo) && ExisteArquivo() &&
@@ -140,8 +135,8 @@ HRESULT CXVFileBase::ValidaCabecalhoV01() {
     return S_OK;
 }
 
-// What is left of a header is no record: a second header in front of it would make it one, and nobody
-// can tell where the payload of such a file begins.
+// A file may hold the remains of a header that was cut or overwritten. Nobody can tell where the payload of
+// such a file begins, and a new header in front would turn the remains into records.
 HRESULT CXVFileBase::ValidaAusenciaCabecalho() {
     if (XVNomeArquivo::EhIsento(m_sNomeArquivo)) return S_OK;
     std::array<XVByte, k_uiTamanhoCabecalho> aInicio;
@@ -154,7 +149,7 @@ HRESULT CXVFileBase::ValidaAusenciaCabecalho() {
     return S_OK;
 }
 
-// A header would vouch from now on for whatever it is put in front of.
+// A header vouches from now on for what it is put in front of, so the content has to deserve it.
 HRESULT CXVFileBase::ValidaConteudoSemCabecalho() {
     if (m_uiTamanhoArquivo == 0) return S_OK;
     bool bIntegro = false;

@@ -13,18 +13,12 @@
 // A write of header bytes alone. One for each file, made when it is first needed.
 class CXVFileBase::CXVCabecalhoPreparado final : public CXVGravacaoPreparada {
   public:
-    XV_CLASSE("CXVFileBase", "XVFileBase")
-
     explicit CXVCabecalhoPreparado(CXVFileBase& rFile) : m_rFile(rFile) {}
 
     CXVFileBase& GetArquivo() const override { return m_rFile; }
-    const SPontosGravacao& GetPontos() const override {
-        static constexpr SPontosGravacao k_pontos =
-            XV_PONTOS_GRAVACAO("AtualizaArquivo", "AtualizaCabecalho", "AtualizaCabecalho()");
-        return k_pontos;
-    }
+    XV_PONTOS_GRAVACAO("AtualizaArquivo", "AtualizaCabecalho", "AtualizaCabecalho()")
     void Publica() noexcept override {}
-    void Devolve() noexcept override { m_rFile.DevolveGravacao(); }
+    void Devolve() noexcept override { m_rFile.DevolveGravacao(*this); }
 
   private:
     CXVFileBase& m_rFile;
@@ -43,7 +37,8 @@ XVUInt64 CXVFileBase::GetTamanhoDadosPrevisto() {
     return m_uiTamanhoPrevisto - GetSeekCabecalho();
 }
 
-// Where it cannot be known it is not absent: the opening that follows refuses.
+// When the system does not tell, the file is not taken for absent: the opening that follows then says why it
+// cannot be used.
 bool CXVFileBase::EstaAusente() const {
     bool bExiste = false;
     std::string sNomeReal;
@@ -80,6 +75,7 @@ HRESULT CXVFileBase::PreparaGravacao(CXVOperacao& rOperacao, CXVGravacaoPreparad
         g.regDepois = m_regPrevisto;
     }
     m_uiTamanhoPrevisto = g.uiTamanhoDepois;
+    rGravacao.m_bEmUso = true;
     m_ulPreparadas.fetch_add(1, std::memory_order_relaxed);
     rOperacao.Inclui(rGravacao);
     return S_OK;
@@ -113,7 +109,8 @@ HRESULT CXVFileBase::TentaGravacao(const CXVGravacaoPreparada& rGravacao) {
     return S_OK;
 }
 
-// Readers learn of the file when it holds its header.
+// The file becomes this object's open file only when it holds its header, so that readers never see it
+// without.
 HRESULT CXVFileBase::CriaArquivo(const SGravacao& g) {
     std::unique_ptr<IXVArquivo> pArquivo;
     XV_CHECK(AbreComTentativas(m_sPathArquivo, eModoLeituraGravacaoCriacao, pArquivo));
@@ -129,7 +126,7 @@ HRESULT CXVFileBase::CriaArquivo(const SGravacao& g) {
     }
     if (!erro.Ok()) {
         pArquivo.reset();
-        DesfazArquivoCriado().Ignora();  // or by the undoing
+        DesfazArquivoCriado().Ignora();  // what fails here is done when the operation is undone
         XV_CHECK_TEXTO(CatchGravacao(&erro), "CatchGravacao(pEx)");
     }
     const std::unique_lock lock(GetLock());
@@ -180,11 +177,15 @@ CXVErroArquivo CXVFileBase::DesfazArquivoCriado() {
     return {};
 }
 
-HRESULT CXVFileBase::PreparaCabecalho(CXVOperacao& rOperacao) {
-    if (!EstaAbertoParaGravacao() || !m_bCabecalhoValidado) return S_OK;
+CXVGravacaoPreparada& CXVFileBase::CabecalhoPreparado() {
     if (m_pCabecalhoPreparado == nullptr)
         m_pCabecalhoPreparado = std::make_unique<CXVCabecalhoPreparado>(*this);
-    XV_CHECK(PreparaGravacao(rOperacao, *m_pCabecalhoPreparado, 0, {}, {}));
+    return *m_pCabecalhoPreparado;
+}
+
+HRESULT CXVFileBase::PreparaCabecalho(CXVOperacao& rOperacao) {
+    if (!EstaAbertoParaGravacao() || !m_bCabecalhoValidado) return S_OK;
+    XV_CHECK(PreparaGravacao(rOperacao, CabecalhoPreparado(), 0, {}, {}));
     return S_OK;
 }
 
@@ -199,12 +200,10 @@ HRESULT CXVFileBase::AtualizaArquivo() {
 // header, and no content either.
 HRESULT CXVFileBase::GravaCabecalhoNovo() {
     CXVOperacao operacao(m_pDataBase);
-    if (m_pCabecalhoPreparado == nullptr)
-        m_pCabecalhoPreparado = std::make_unique<CXVCabecalhoPreparado>(*this);
     const auto aCabecalho = std::as_bytes(std::span(&m_regCabecalho, 1));
     // Until it stands there the file has no header to keep up, and its payload begins at 0.
     m_bCabecalhoPresente = false;
-    XV_CHECK(PreparaGravacao(operacao, *m_pCabecalhoPreparado, 0, aCabecalho, {}));
+    XV_CHECK(PreparaGravacao(operacao, CabecalhoPreparado(), 0, aCabecalho, {}));
     XV_CHECK_TEXTO(operacao.Executa(), "CatchGravacao(pEx)");
     m_bCabecalhoPresente = true;
     return S_OK;

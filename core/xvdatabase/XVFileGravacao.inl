@@ -12,28 +12,17 @@ HRESULT CXVFile<T>::Grava(XVUInt& uiPosicao, const T& reg) {
 template <class T>
 class CXVFile<T>::CPreparados final : public CXVGravacaoPreparada {
   public:
-    static constexpr const char* XVNomeClasse() { return CXVFile::XVNomeClasse(); }
-    static constexpr const char* XVNomeFonte() { return CXVFile::XVNomeFonte(); }
-
     explicit CPreparados(CXVFile& rFile) : m_rFile(rFile) {}
 
     CXVFileBase& GetArquivo() const override { return m_rFile; }
-    const SPontosGravacao& GetPontos() const override {
-        static constexpr SPontosGravacao k_pontos =
-            XV_PONTOS_GRAVACAO("GravaColecao", "GravaRegistros", "GravaRegistros(uiPosicao, aRegistros)");
-        return k_pontos;
-    }
+    XV_PONTOS_GRAVACAO("GravaColecao", "GravaRegistros", "GravaRegistros(uiPosicao, aRegistros)")
     void Publica() noexcept override { m_rFile.AtualizaMemoria(*this); }
-    void Devolve() noexcept override {
-        m_bEmUso = false;
-        m_rFile.DevolveGravacao();
-    }
+    void Devolve() noexcept override { m_rFile.DevolveGravacao(*this); }
 
     XVUInt m_uiPosicao = 0;  // of the first record
     std::vector<T> m_aNovos;
     std::vector<T> m_aAntigos;
     std::vector<XVUInt64> m_aChaves;
-    bool m_bEmUso = false;
 
   private:
     CXVFile& m_rFile;
@@ -43,14 +32,10 @@ template <class T>
 HRESULT CXVFile<T>::GravaColecao(XVUInt& uiPosicao, std::span<const T> aRegistros) {
     XV_ESCOPO({"m_sNomeArquivo", GetNomeArquivo()}, {"uiPosicao", XVUInt64{uiPosicao}},
               {"aRegistros.size()", XVUInt64{aRegistros.size()}});
-    const std::lock_guard gravacao(GetMutexGravacao());
-    CXVOperacao operacao(GetDataBase());
-    XVUInt uiPosicaoNova = uiPosicao;
-    HRESULT hr = operacao.Inicia();
-    if (SUCCEEDED(hr)) hr = PreparaColecao(operacao, uiPosicaoNova, aRegistros);
-    if (SUCCEEDED(hr)) hr = operacao.Executa();
-    if (SUCCEEDED(hr)) uiPosicao = uiPosicaoNova;
-    return hr;
+    return CXVOperacao::ExecutaSozinha(GetDataBase(), GetMutexGravacao(), uiPosicao,
+                                       [&](CXVOperacao& rOperacao, XVUInt& uiPosicaoNova) {
+                                           return PreparaColecao(rOperacao, uiPosicaoNova, aRegistros);
+                                       });
 }
 
 template <class T>
@@ -64,7 +49,7 @@ HRESULT CXVFile<T>::PreparaColecao(CXVOperacao& rOperacao, XVUInt& uiPosicao, st
     const std::unique_lock lock(GetLock());
     XV_CHECK(ValidaGravacao());
     XV_CHECK_TEXTO(ValidaPosicao(uiPosicao), "E_XVCR_POSICAO_GRAVACAO_SUPERIOR_QUANTIDADE_ARQUIVO");
-    CPreparados& rPreparados = GetPreparados();
+    CPreparados& rPreparados = PreparadaLivre(m_listaPreparados, *this);
     XV_CHECK(ValidaIndices(uiPosicao, aRegistros, rPreparados.m_aChaves));  // a refused write creates no file
     if (!ExisteArquivo() && !EstaAusente()) {
         XV_CHECK(AbreParaGravacao());
@@ -86,24 +71,8 @@ HRESULT CXVFile<T>::PreparaColecao(CXVOperacao& rOperacao, XVUInt& uiPosicao, st
     XV_CHECK(PreparaGravacao(rOperacao, rPreparados, (uiPrimeira - 1) * sizeof(T),
                              std::as_bytes(std::span<const T>(rPreparados.m_aNovos)),
                              std::as_bytes(std::span<const T>(rPreparados.m_aAntigos))));
-    rPreparados.m_bEmUso = true;
     uiPosicao = rPreparados.m_uiPosicao;
     return S_OK;
-}
-
-// One that no operation holds.
-template <class T>
-typename CXVFile<T>::CPreparados& CXVFile<T>::GetPreparados() {
-    for (const auto& p : m_listaPreparados)
-        if (!p->m_bEmUso) return *p;
-    m_listaPreparados.push_back(std::make_unique<CPreparados>(*this));
-    return *m_listaPreparados.back();
-}
-
-template <class T>
-XVUInt64 CXVFile<T>::GetProximaPosicao() {
-    const std::unique_lock lock(GetLock());
-    return GetTamanhoDadosPrevisto() / sizeof(T) + 1;
 }
 
 // Takes over a file that appeared since: its records and keys come first.

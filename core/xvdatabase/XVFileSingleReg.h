@@ -34,11 +34,10 @@ class CXVFileSingleReg : public CXVFileBase {
     // Writes the record if it differs from the stored one; creates the file.
     HRESULT Grava(const T& reg) {
         XV_ESCOPO({"m_sNomeArquivo", GetNomeArquivo()});
-        const std::lock_guard gravacao(GetMutexGravacao());
-        CXVOperacao operacao(GetDataBase());
-        HRESULT hr = operacao.Inicia();
-        if (SUCCEEDED(hr)) hr = Prepara(operacao, reg);
-        return FAILED(hr) ? hr : operacao.Executa();
+        XVUInt uiPosicao = 0;  // the record has no other place
+        return CXVOperacao::ExecutaSozinha(
+            GetDataBase(), GetMutexGravacao(), uiPosicao,
+            [&](CXVOperacao& rOperacao, XVUInt&) { return Prepara(rOperacao, reg); });
     }
 
     bool PrecisaGravar(const T& reg) const {
@@ -102,21 +101,14 @@ class CXVFileSingleReg : public CXVFileBase {
     // The write of the record as part of an operation.
     class CPreparado final : public CXVGravacaoPreparada {
       public:
-        static constexpr const char* XVNomeClasse() { return CXVFileSingleReg::XVNomeClasse(); }
-        static constexpr const char* XVNomeFonte() { return CXVFileSingleReg::XVNomeFonte(); }
-
         explicit CPreparado(CXVFileSingleReg& rFile) : m_rFile(rFile) {}
         CXVFileBase& GetArquivo() const override { return m_rFile; }
-        const SPontosGravacao& GetPontos() const override {
-            static constexpr SPontosGravacao k_pontos =
-                XV_PONTOS_GRAVACAO("Grava", "GravaRegistro", "GravaRegistro(reg)");
-            return k_pontos;
-        }
+        XV_PONTOS_GRAVACAO("Grava", "GravaRegistro", "GravaRegistro(reg)")
         void Publica() noexcept override {
             const std::unique_lock lock(m_rFile.GetLock());
             m_rFile.m_reg = m_regNovo;
         }
-        void Devolve() noexcept override { m_rFile.DevolveGravacao(); }
+        void Devolve() noexcept override { m_rFile.DevolveGravacao(*this); }
 
         T m_regNovo{};
         T m_regAntigo{};

@@ -47,7 +47,8 @@ class TXVGroupDinamico : public CXVGroupFileBase {
         return pMembro != nullptr && pMembro->ExisteArquivo();
     }
 
-    // Under the lock of the group: given back, an open member may be closed, and has no file then either.
+    // To be asked under the lock of the group: without it an open member may be closed meanwhile, and a
+    // closed one has no file either.
     void DevolveNoMembroNovo(CXVGravacaoPreparada& rGravacao) noexcept override {
         const std::unique_lock lock(GetLock());
         const XVUInt64 uiChaveNomeArquivo = rGravacao.m_uiChaveGrupo;
@@ -89,7 +90,8 @@ class TXVGroupDinamico : public CXVGroupFileBase {
         auto* pXVFile = static_cast<TMembro*>(pXVFileInterface);
         if (std::find(m_filaAbertos.begin(), m_filaAbertos.end(), pXVFile) == m_filaAbertos.end()) {
             if (!m_filaAbertos.empty() && m_filaAbertos.size() >= m_uiLimite) FechaMaisAntigo();
-            const CXVMomento::CAtivo suspende(nullptr);  // of the moments of its loading
+            // A viewer loads a member in moments of its own: the moment of the call would not last so long.
+            const CXVMomento::CAtivo suspende(nullptr);
             const HRESULT hr = pXVFileInterface->Inicializa(this);
             if (SUCCEEDED(hr)) m_filaAbertos.push_back(pXVFile);
             XV_CHECK_TEXTO(hr, "pXVFileInterface->Inicializa(this)");
@@ -124,17 +126,13 @@ class TXVGroupDinamico : public CXVGroupFileBase {
         return hr;
     }
 
-    // The write on its own.
+    // The same as an operation of its own.
     template <class TColecao>
     HRESULT GravaNoMembro(XVUInt64 uiChaveNomeArquivo, XVUInt& uiPosicao, const TColecao& aRegistros) {
-        const std::lock_guard gravacao(m_mutexGravacao);
-        CXVOperacao operacao(GetDataBase());
-        XVUInt uiPosicaoNova = uiPosicao;
-        HRESULT hr = operacao.Inicia();
-        if (SUCCEEDED(hr)) hr = PreparaNoMembro(operacao, uiChaveNomeArquivo, uiPosicaoNova, aRegistros);
-        if (SUCCEEDED(hr)) hr = operacao.Executa();
-        if (SUCCEEDED(hr)) uiPosicao = uiPosicaoNova;
-        return hr;
+        return CXVOperacao::ExecutaSozinha(
+            GetDataBase(), m_mutexGravacao, uiPosicao, [&](CXVOperacao& rOperacao, XVUInt& uiPosicaoNova) {
+                return PreparaNoMembro(rOperacao, uiChaveNomeArquivo, uiPosicaoNova, aRegistros);
+            });
     }
 
   private:
@@ -164,7 +162,8 @@ class TXVGroupDinamico : public CXVGroupFileBase {
         return S_OK;
     }
 
-    // Where every open member has a prepared write, none is closed: one more stays open for a while.
+    // A member with a prepared write must stay open. When all of them have one, none is closed, and one more
+    // than the limit stays open for a while.
     void FechaMaisAntigo() {
         const auto it = std::find_if(m_filaAbertos.begin(), m_filaAbertos.end(),
                                      [](const TMembro* p) { return !p->TemPreparadas(); });

@@ -36,7 +36,8 @@ class CXVGroupFileBase : public IXVFileBase {
         const std::shared_lock lock(m_Lock);
         return m_mapFiles.contains(uiChaveNomeArquivo);
     }
-    // The end of the write that a member was made for. Did it not take place, the member is forgotten.
+    // The end of the write that a member was made for. If it did not take place, the member is forgotten: a
+    // group knows only members that have a file.
     virtual void DevolveNoMembroNovo(CXVGravacaoPreparada& rGravacao) noexcept = 0;
 
     // A new member object for a file name; the caller owns it.

@@ -7,7 +7,8 @@ namespace {
 
 constexpr std::size_t k_uiMinimoEntradas = 64;
 
-// Keys are often structured (dates in high bits, counters in middle bits): every bit must reach the slot.
+// Keys are often structured, with dates in the high bits and counters in the middle ones. Every bit of the
+// key must have a say in the slot, or such keys would crowd into few of them.
 constexpr XVUInt64 Espalha(XVUInt64 ui) {
     ui ^= ui >> 33;
     ui *= 0xFF51AFD7ED558CCDULL;

@@ -17,9 +17,10 @@ constexpr SAberturaArquivo k_abertura{EAcessoArquivo::eLeitura, ECompartilhament
 constexpr SAberturaArquivo k_aberturaProva{EAcessoArquivo::eLeitura, ECompartilhamentoArquivo::eNegaEscrita,
                                            ECriacaoArquivo::eSomenteExistente};
 
-// Attempts in vain after which the files are opened anew: one may have been replaced.
+// After so many attempts in vain the files are opened anew: one of them may have been replaced by another.
 constexpr int k_iTentativasPorAbertura = 16;
-// Looks at a journal whose word says that an operation is being written: at all, and at the same one.
+// How often a journal is looked at again while its word says that an operation is being written: in all, and
+// while it is the same operation.
 constexpr int k_iEsperas = 200;
 constexpr int k_iEsperasDaMesma = 20;
 

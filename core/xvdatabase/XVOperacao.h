@@ -11,6 +11,7 @@
 #pragma once
 
 #include <array>
+#include <mutex>
 #include <span>
 
 #include "core/xvdatabase/XVCabecalho.h"
@@ -43,14 +44,17 @@ struct SPontosGravacao {
     SPontoFalha tentativa;      // the attempt
     SPontoFalha abre;           // making the file
 };
-// Inside a class: the attempt is called pszTentativa by its caller funcao.
+// Answers CXVGravacaoPreparada::GetPontos in a class that is nested in a file's: the failures carry the names
+// of the file's class and source. The attempt is called pszTentativa by its caller funcao.
 #define XV_PONTOS_GRAVACAO(funcao, funcaoTentativa, pszTentativa)                                          \
-    SPontosGravacao {                                                                                      \
-        {"CatchGravacao(pEx)", XVNomeClasse(), funcaoTentativa, XVNomeFonte(), __LINE__},                  \
+    const SPontosGravacao& GetPontos() const override {                                                    \
+        static constexpr SPontosGravacao pontosXV{                                                         \
+            {"CatchGravacao(pEx)", XVNomeClasse(), funcaoTentativa, XVNomeFonte(), __LINE__},              \
             {"AtualizaArquivo()", XVNomeClasse(), funcaoTentativa, XVNomeFonte(), __LINE__},               \
             {pszTentativa, XVNomeClasse(), funcao, XVNomeFonte(), __LINE__},                               \
             {"AbreArquivo(EXVDataBase_ModoAbertura::eModoLeituraGravacaoCriacao)", XVNomeClasse(), funcao, \
-             XVNomeFonte(), __LINE__},                                                                     \
+             XVNomeFonte(), __LINE__}};                                                                    \
+        return pontosXV;                                                                                   \
     }
 
 // One prepared write. Belongs to its file, which keeps it for the next operation; the bytes that it points to
@@ -72,6 +76,8 @@ class CXVGravacaoPreparada {
     static constexpr std::size_t k_uiPontos = 4;
     std::array<const SPontoFalha*, k_uiPontos> m_aPontos{};
     std::size_t m_uiPontos = 0;
+    // Between its preparation and Devolve; outside of it the file may prepare another write in this object.
+    bool m_bEmUso = false;
     // The group that made its member for this write; it forgets the member when there is no write.
     CXVGroupFileBase* m_pGrupo = nullptr;
     XVUInt64 m_uiChaveGrupo = 0;
@@ -105,6 +111,22 @@ class CXVOperacao {
 
     // Writes what was prepared, at once. The first failing step's code; then nothing has changed.
     HRESULT Executa();
+
+    // An operation of one write that belongs to no operation of a store: prepara(CXVOperacao&, XVUInt&)
+    // prepares it. mutexGravacao keeps such writers of one file or group apart. uiPosicao in: where the
+    // caller wants the write; out: where it went, unchanged when it did not take place.
+    template <class TPrepara>
+    static HRESULT ExecutaSozinha(CXVDataBase* pDataBase, std::mutex& mutexGravacao, XVUInt& uiPosicao,
+                                  TPrepara prepara) {
+        const std::lock_guard gravacao(mutexGravacao);
+        CXVOperacao operacao(pDataBase);
+        XVUInt uiPosicaoNova = uiPosicao;
+        HRESULT hr = operacao.Inicia();
+        if (SUCCEEDED(hr)) hr = prepara(operacao, uiPosicaoNova);
+        if (SUCCEEDED(hr)) hr = operacao.Executa();
+        if (SUCCEEDED(hr)) uiPosicao = uiPosicaoNova;
+        return hr;
+    }
 
     // The rest is for whoever carries the operation out. Everything to disk, up to the first failure, which
     // is recorded.

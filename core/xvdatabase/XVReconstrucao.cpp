@@ -51,6 +51,9 @@ HRESULT CXVReconstrucao::Le(const IXVDF_Profiler* pDono, const std::string& sDir
         return RecusaArquivo(
             pDono, k_pszNomeDiario,
             "faltam operações que o equipamento perdeu; os arquivos podem estar incompletos");
+    if (m_diario.TemEstadoDesconhecido())
+        return RecusaArquivo(pDono, k_pszNomeDiario,
+                             "não se sabe se uma das operações deve ser concluída ou desfeita");
     return Monta(pDono);
 }
 
@@ -59,14 +62,13 @@ HRESULT CXVReconstrucao::Le(const IXVDF_Profiler* pDono, const std::string& sDir
 HRESULT CXVReconstrucao::Monta(const IXVDF_Profiler* pDono) {
     for (const SEntradaLida& rEntrada : m_diario.GetEntradas()) {
         if (rEntrada.eEstado == EEstadoEntrada::eNula) continue;
-        const bool bDesfaz = rEntrada.eEstado == EEstadoEntrada::eDesfazer;
         if (rEntrada.eTipo == ETipoEntrada::eCopia) {
             for (const SParteLida& rParte : rEntrada.listaPartes) m_listaCopias.emplace_back(rParte.sNome);
             continue;
         }
-        m_bDesfaz = bDesfaz;
+        m_bDesfaz = rEntrada.eEstado == EEstadoEntrada::eDesfazer;
         for (const SParteLida& rParte : rEntrada.listaPartes)
-            if (!Inclui(rParte, bDesfaz))
+            if (!Inclui(rParte, m_bDesfaz))
                 return RecusaArquivo(pDono, std::string(rParte.sNome),
                                      "as operações não se seguem umas às outras");
     }

@@ -15,6 +15,7 @@ CXVErroArquivo CXVReconstrucao::LeDesfeita(const std::string& sDiretorio, IXVArq
         return e.uiNumero == uiNumero && e.eTipo == ETipoEntrada::eGravacao;
     });
     if (it == rEntradas.end() || it->eEstado == EEstadoEntrada::eNula || EstaEscrita(*it)) return {};
+    if (!it->eEstado.has_value()) return {ECausaArquivo::eArquivoInvalido, 0};
     for (const SParteLida& rParte : it->listaPartes)
         if (!Inclui(rParte, true)) return {ECausaArquivo::eArquivoInvalido, 0};
     return {};

@@ -16,32 +16,24 @@ constexpr std::size_t k_uiMaximoTextos = 0xFFFFFFFFU;
 
 class CXVTextFile::CPreparados final : public CXVGravacaoPreparada {
   public:
-    XV_CLASSE("CXVTextFile", "core/xvdatabase/XVTextFile")
-
     explicit CPreparados(CXVTextFile& rFile) : m_rFile(rFile) {}
 
     CXVFileBase& GetArquivo() const override { return m_rFile; }
-    const SPontosGravacao& GetPontos() const override {
-        static constexpr SPontosGravacao k_pontos =
-            XV_PONTOS_GRAVACAO("GravaColecao", "GravaRegistros", "GravaRegistros(uiPosicao, aRegistros)");
-        return k_pontos;
-    }
+    XV_PONTOS_GRAVACAO("GravaColecao", "GravaRegistros", "GravaRegistros(uiPosicao, aRegistros)")
     void Publica() noexcept override { m_rFile.AtualizaMemoria(*this); }
     void Devolve() noexcept override {
         m_pDados.reset();
-        m_bEmUso = false;
         {
             const std::unique_lock lock(m_rFile.GetLock());
             m_rFile.m_uiTextosPreparados -= m_uiTextos;
         }
-        m_rFile.DevolveGravacao();
+        m_rFile.DevolveGravacao(*this);
     }
 
     std::unique_ptr<char[]> m_pDados;
     std::size_t m_uiTamanho = 0;  // bytes
     std::size_t m_uiTextos = 0;
     XVUInt64 m_uiOffsetDados = 0;  // in the payload
-    bool m_bEmUso = false;
 
   private:
     CXVTextFile& m_rFile;
@@ -146,14 +138,10 @@ HRESULT CXVTextFile::GravaColecao(XVUInt& uiPosicao, const std::vector<std::stri
 HRESULT CXVTextFile::GravaColecao(XVUInt& uiPosicao, std::span<const std::string_view> aRegistros) {
     XV_ESCOPO({"m_sNomeArquivo", GetNomeArquivo()}, {"uiPosicao", XVUInt64{uiPosicao}},
               {"aRegistros.size()", XVUInt64{aRegistros.size()}});
-    const std::lock_guard gravacao(GetMutexGravacao());
-    CXVOperacao operacao(GetDataBase());
-    XVUInt uiPosicaoNova = uiPosicao;
-    HRESULT hr = operacao.Inicia();
-    if (SUCCEEDED(hr)) hr = PreparaColecao(operacao, uiPosicaoNova, aRegistros);
-    if (SUCCEEDED(hr)) hr = operacao.Executa();
-    if (SUCCEEDED(hr)) uiPosicao = uiPosicaoNova;
-    return hr;
+    return CXVOperacao::ExecutaSozinha(GetDataBase(), GetMutexGravacao(), uiPosicao,
+                                       [&](CXVOperacao& rOperacao, XVUInt& uiPosicaoNova) {
+                                           return PreparaColecao(rOperacao, uiPosicaoNova, aRegistros);
+                                       });
 }
 
 HRESULT CXVTextFile::PreparaColecao(CXVOperacao& rOperacao, XVUInt& uiPosicao,
@@ -164,7 +152,7 @@ HRESULT CXVTextFile::PreparaColecao(CXVOperacao& rOperacao, XVUInt& uiPosicao,
     if (uiPosicao > m_colecao.size()) XV_FALHA(E_XVCR_POSICAO_GRAVACAO_SUPERIOR_QUANTIDADE_ARQUIVO);
     if (!ExisteArquivo() && !EstaAusente()) XV_CHECK(AbreParaGravacao());
     if (!PrecisaGravar(uiPosicao, aRegistros)) return S_OK;
-    CPreparados& rPreparados = GetPreparados();
+    CPreparados& rPreparados = PreparadaLivre(m_listaPreparados, *this);
     XV_CHECK(MontaBloco(aRegistros, &rPreparados));
     m_colecao.Reserva(m_uiTextosPreparados + aRegistros.size());
     if (m_listaBlocos.size() + GetPreparadas() + 1 > m_listaBlocos.capacity())
@@ -173,17 +161,9 @@ HRESULT CXVTextFile::PreparaColecao(CXVOperacao& rOperacao, XVUInt& uiPosicao,
     XV_CHECK(PreparaGravacao(rOperacao, rPreparados, rPreparados.m_uiOffsetDados,
                              std::as_bytes(std::span(rPreparados.m_pDados.get(), rPreparados.m_uiTamanho)),
                              {}));
-    rPreparados.m_bEmUso = true;
     uiPosicao = static_cast<XVUInt>(m_colecao.size() + m_uiTextosPreparados + 1);
     m_uiTextosPreparados += aRegistros.size();
     return S_OK;
-}
-
-CXVTextFile::CPreparados& CXVTextFile::GetPreparados() {
-    for (const auto& p : m_listaPreparados)
-        if (!p->m_bEmUso) return *p;
-    m_listaPreparados.push_back(std::make_unique<CPreparados>(*this));
-    return *m_listaPreparados.back();
 }
 
 // Takes over a file that appeared since: its texts come first.

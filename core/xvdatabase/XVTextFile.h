@@ -73,7 +73,6 @@ class CXVTextFile : public CXVFileBase {
     HRESULT CarregaNovos();
     HRESULT AbreParaGravacao();
     HRESULT InterpretaDados(const char* pDados, XVUInt64 uiInicio, XVUInt64 uiTamanho);
-    CPreparados& GetPreparados();
     HRESULT MontaBloco(std::span<const std::string_view> aRegistros, CPreparados* pPreparados);
     void AtualizaMemoria(CPreparados& rPreparados);
 

@@ -5,7 +5,7 @@
 #include <limits>
 
 #include "platform/posix/XVErroPosix.h"
-#include "platform/posix/XVVistaPosix.h"
+#include "platform/posix/XVJanelaPosix.h"
 
 namespace {
 
@@ -91,7 +91,7 @@ CXVErroArquivo CXVArquivoPosix::SetTamanho(XVUInt64 uiTamanho) {
     if (!CabeNoArquivo(uiTamanho, 0)) {
         return k_erroOffset;
     }
-    if (EncurtariaVista(uiTamanho)) {
+    if (EncurtariaJanela(uiTamanho)) {
         return {ECausaArquivo::eViolacaoCompartilhamento, 0};
     }
     if (XVRepeteInterrompida([&] { return ftruncate(m_descritor.Get(), static_cast<off_t>(uiTamanho)); }) !=
@@ -102,10 +102,10 @@ CXVErroArquivo CXVArquivoPosix::SetTamanho(XVUInt64 uiTamanho) {
     return {};
 }
 
-// Touching a page of a view that lies behind the end of its file ends the process.
-bool CXVArquivoPosix::EncurtariaVista(XVUInt64 uiTamanho) {
+// Touching a page of a window that lies behind the end of its file ends the process.
+bool CXVArquivoPosix::EncurtariaJanela(XVUInt64 uiTamanho) {
     XVUInt64 uiAtual = 0;
-    return m_ulVistas.load() > 0 && (!GetTamanho(uiAtual).Ok() || uiTamanho < uiAtual);
+    return m_ulJanelas.load() > 0 && (!GetTamanho(uiAtual).Ok() || uiTamanho < uiAtual);
 }
 
 // Content, length and where the blocks are; the times of the file, which this leaves out, cost a second
@@ -120,11 +120,10 @@ CXVErroArquivo CXVArquivoPosix::Sincroniza() {
     return {};
 }
 
-CXVErroArquivo CXVArquivoPosix::Mapeia(XVUInt64 uiTamanho, std::unique_ptr<IXVVista>& pVista) {
-    pVista.reset();
-    if (m_eAcesso != EAcessoArquivo::eAnexacao) {
-        pVista = XVVistaPosix::Mapeia(m_descritor.Get(), uiTamanho, m_eAcesso == EAcessoArquivo::eLeitura,
-                                      m_ulVistas);
+CXVErroArquivo CXVArquivoPosix::AbreJanela(XVUInt64 uiTamanho, std::unique_ptr<IXVJanela>& pJanela) {
+    pJanela.reset();
+    if (m_eAcesso == EAcessoArquivo::eLeituraEscrita) {
+        pJanela = XVJanelaPosix::AbreJanela(m_descritor.Get(), uiTamanho, m_ulJanelas);
     }
-    return pVista ? CXVErroArquivo() : IXVArquivo::Mapeia(uiTamanho, pVista);
+    return pJanela ? CXVErroArquivo() : IXVArquivo::AbreJanela(uiTamanho, pJanela);
 }

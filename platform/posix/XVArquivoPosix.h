@@ -16,12 +16,12 @@ class CXVArquivoPosix final : public IXVArquivo {
     CXVErroArquivo GetTamanho(XVUInt64& uiTamanho) override;
     CXVErroArquivo SetTamanho(XVUInt64 uiTamanho) override;
     CXVErroArquivo Sincroniza() override;
-    CXVErroArquivo Mapeia(XVUInt64 uiTamanho, std::unique_ptr<IXVVista>& pVista) override;
+    CXVErroArquivo AbreJanela(XVUInt64 uiTamanho, std::unique_ptr<IXVJanela>& pJanela) override;
 
   private:
-    bool EncurtariaVista(XVUInt64 uiTamanho);
+    bool EncurtariaJanela(XVUInt64 uiTamanho);
 
-    std::atomic<unsigned> m_ulVistas = 0;  // through memory; those by calls are of no concern here
+    std::atomic<unsigned> m_ulJanelas = 0;  // through memory; those by calls are of no concern here
     CXVDescritor m_descritor;
     EAcessoArquivo m_eAcesso;
 };

@@ -140,18 +140,17 @@ CXVErroArquivo CXVArquivoWindows::Sincroniza() {
     if (m_eAcesso == EAcessoArquivo::eLeitura) {
         return {};
     }
-    const CXVErroArquivo erro = m_vistas.Descarrega();
+    const CXVErroArquivo erro = m_janelas.Descarrega();
     if (!erro.Ok()) {
         return erro;
     }
     return FlushFileBuffers(m_handle.Get()) ? CXVErroArquivo() : XVErroWindows::DeUltimo();
 }
 
-CXVErroArquivo CXVArquivoWindows::Mapeia(XVUInt64 uiTamanho, std::unique_ptr<IXVVista>& pVista) {
-    pVista.reset();
-    if (m_eAcesso != EAcessoArquivo::eAnexacao) {
-        pVista = XVVistaWindows::Mapeia(m_handle.Get(), uiTamanho, m_eAcesso == EAcessoArquivo::eLeitura,
-                                        m_vistas);
+CXVErroArquivo CXVArquivoWindows::AbreJanela(XVUInt64 uiTamanho, std::unique_ptr<IXVJanela>& pJanela) {
+    pJanela.reset();
+    if (m_eAcesso == EAcessoArquivo::eLeituraEscrita) {
+        pJanela = XVJanelaWindows::AbreJanela(m_handle.Get(), uiTamanho, m_janelas);
     }
-    return pVista ? CXVErroArquivo() : IXVArquivo::Mapeia(uiTamanho, pVista);
+    return pJanela ? CXVErroArquivo() : IXVArquivo::AbreJanela(uiTamanho, pJanela);
 }

@@ -3,7 +3,7 @@
 
 #include "platform/XVSistemaArquivos.h"
 #include "platform/win32/XVHandleWindows.h"
-#include "platform/win32/XVVistaWindows.h"
+#include "platform/win32/XVJanelaWindows.h"
 
 class CXVArquivoWindows final : public IXVArquivo {
   public:
@@ -15,12 +15,12 @@ class CXVArquivoWindows final : public IXVArquivo {
     CXVErroArquivo GetTamanho(XVUInt64& uiTamanho) override;
     CXVErroArquivo SetTamanho(XVUInt64 uiTamanho) override;
     CXVErroArquivo Sincroniza() override;
-    CXVErroArquivo Mapeia(XVUInt64 uiTamanho, std::unique_ptr<IXVVista>& pVista) override;
+    CXVErroArquivo AbreJanela(XVUInt64 uiTamanho, std::unique_ptr<IXVJanela>& pJanela) override;
 
   private:
     CXVErroArquivo GravaEm(XVUInt64 uiOffset, const void* pDados, std::size_t uiTamanho);
 
-    CXVVistasDoArquivo m_vistas;
+    CXVJanelasDoArquivo m_janelas;
     CXVHandleArquivo m_handle;
     EAcessoArquivo m_eAcesso;
 };

@@ -2,68 +2,66 @@
 
 #include <windows.h>
 
+#include <algorithm>
+#include <iterator>
+
 namespace XVErroWindows {
 namespace {
 
 constexpr DWORD k_ulCotaExcedida = 1295;  // ERROR_DISK_QUOTA_EXCEEDED, which not every header names
 
+struct SCausa {
+    DWORD ulErro;
+    ECausaArquivo eCausa;
+};
+constexpr SCausa k_aCausas[] = {
+    {ERROR_FILE_NOT_FOUND, ECausaArquivo::eArquivoNaoEncontrado},
+    {ERROR_PATH_NOT_FOUND, ECausaArquivo::eCaminhoInvalido},
+    {ERROR_INVALID_DRIVE, ECausaArquivo::eCaminhoInvalido},
+    {ERROR_BAD_NETPATH, ECausaArquivo::eCaminhoInvalido},
+    {ERROR_BAD_NET_NAME, ECausaArquivo::eCaminhoInvalido},
+    {ERROR_BAD_PATHNAME, ECausaArquivo::eCaminhoInvalido},
+    {ERROR_INVALID_NAME, ECausaArquivo::eCaminhoInvalido},
+    {ERROR_FILENAME_EXCED_RANGE, ECausaArquivo::eCaminhoInvalido},
+    {ERROR_DIRECTORY, ECausaArquivo::eCaminhoInvalido},
+    {ERROR_TOO_MANY_OPEN_FILES, ECausaArquivo::eMuitosArquivosAbertos},
+    {ERROR_SHARING_BUFFER_EXCEEDED, ECausaArquivo::eMuitosArquivosAbertos},
+    {ERROR_ACCESS_DENIED, ECausaArquivo::eAcessoNegado},
+    {ERROR_NETWORK_ACCESS_DENIED, ECausaArquivo::eAcessoNegado},
+    {ERROR_WRITE_PROTECT, ECausaArquivo::eAcessoNegado},
+    {ERROR_PRIVILEGE_NOT_HELD, ECausaArquivo::eAcessoNegado},
+    {ERROR_INVALID_HANDLE, ECausaArquivo::eArquivoInvalido},
+    {ERROR_CANNOT_MAKE, ECausaArquivo::eDiretorioCheio},
+    {ERROR_SEEK, ECausaArquivo::ePosicionamentoInvalido},
+    {ERROR_NEGATIVE_SEEK, ECausaArquivo::ePosicionamentoInvalido},
+    {ERROR_FILE_TOO_LARGE, ECausaArquivo::ePosicionamentoInvalido},
+    {ERROR_CRC, ECausaArquivo::eErroFisico},
+    {ERROR_SECTOR_NOT_FOUND, ECausaArquivo::eErroFisico},
+    {ERROR_WRITE_FAULT, ECausaArquivo::eErroFisico},
+    {ERROR_READ_FAULT, ECausaArquivo::eErroFisico},
+    {ERROR_GEN_FAILURE, ECausaArquivo::eErroFisico},
+    {ERROR_NOT_READY, ECausaArquivo::eErroFisico},
+    {ERROR_IO_DEVICE, ECausaArquivo::eErroFisico},
+    {ERROR_DISK_OPERATION_FAILED, ECausaArquivo::eErroFisico},
+    {ERROR_FILE_CORRUPT, ECausaArquivo::eErroFisico},
+    {ERROR_DISK_CORRUPT, ECausaArquivo::eErroFisico},
+    {ERROR_SHARING_VIOLATION, ECausaArquivo::eViolacaoCompartilhamento},
+    {ERROR_DELETE_PENDING,
+     ECausaArquivo::eViolacaoCompartilhamento},  // the last handle of a deleted file is about to close
+    {ERROR_USER_MAPPED_FILE, ECausaArquivo::eViolacaoCompartilhamento},  // a scanner maps the file
+    {ERROR_LOCK_VIOLATION, ECausaArquivo::eViolacaoBloqueio},
+    {ERROR_LOCKED, ECausaArquivo::eViolacaoBloqueio},
+    {ERROR_DRIVE_LOCKED, ECausaArquivo::eViolacaoBloqueio},
+    {ERROR_DISK_FULL, ECausaArquivo::eDiscoCheio},
+    {ERROR_HANDLE_DISK_FULL, ECausaArquivo::eDiscoCheio},
+    {k_ulCotaExcedida, ECausaArquivo::eDiscoCheio},
+    {ERROR_HANDLE_EOF, ECausaArquivo::eFimDeArquivo},
+};
+
 ECausaArquivo CausaDe(DWORD ulErro) {
-    switch (ulErro) {
-        case ERROR_FILE_NOT_FOUND:
-            return ECausaArquivo::eArquivoNaoEncontrado;
-        case ERROR_PATH_NOT_FOUND:
-        case ERROR_INVALID_DRIVE:
-        case ERROR_BAD_NETPATH:
-        case ERROR_BAD_NET_NAME:
-        case ERROR_BAD_PATHNAME:
-        case ERROR_INVALID_NAME:
-        case ERROR_FILENAME_EXCED_RANGE:
-        case ERROR_DIRECTORY:
-            return ECausaArquivo::eCaminhoInvalido;
-        case ERROR_TOO_MANY_OPEN_FILES:
-        case ERROR_SHARING_BUFFER_EXCEEDED:
-            return ECausaArquivo::eMuitosArquivosAbertos;
-        case ERROR_ACCESS_DENIED:
-        case ERROR_NETWORK_ACCESS_DENIED:
-        case ERROR_WRITE_PROTECT:
-        case ERROR_PRIVILEGE_NOT_HELD:
-            return ECausaArquivo::eAcessoNegado;
-        case ERROR_INVALID_HANDLE:
-            return ECausaArquivo::eArquivoInvalido;
-        case ERROR_CANNOT_MAKE:
-            return ECausaArquivo::eDiretorioCheio;
-        case ERROR_SEEK:
-        case ERROR_NEGATIVE_SEEK:
-        case ERROR_FILE_TOO_LARGE:
-            return ECausaArquivo::ePosicionamentoInvalido;
-        case ERROR_CRC:
-        case ERROR_SECTOR_NOT_FOUND:
-        case ERROR_WRITE_FAULT:
-        case ERROR_READ_FAULT:
-        case ERROR_GEN_FAILURE:
-        case ERROR_NOT_READY:
-        case ERROR_IO_DEVICE:
-        case ERROR_DISK_OPERATION_FAILED:
-        case ERROR_FILE_CORRUPT:
-        case ERROR_DISK_CORRUPT:
-            return ECausaArquivo::eErroFisico;
-        case ERROR_SHARING_VIOLATION:
-        case ERROR_DELETE_PENDING:    // the last handle of a deleted file is about to close
-        case ERROR_USER_MAPPED_FILE:  // a scanner maps the file
-            return ECausaArquivo::eViolacaoCompartilhamento;
-        case ERROR_LOCK_VIOLATION:
-        case ERROR_LOCKED:
-        case ERROR_DRIVE_LOCKED:
-            return ECausaArquivo::eViolacaoBloqueio;
-        case ERROR_DISK_FULL:
-        case ERROR_HANDLE_DISK_FULL:
-        case k_ulCotaExcedida:
-            return ECausaArquivo::eDiscoCheio;
-        case ERROR_HANDLE_EOF:
-            return ECausaArquivo::eFimDeArquivo;
-        default:
-            return ECausaArquivo::eGenerica;
-    }
+    const auto* pCausa = std::find_if(std::begin(k_aCausas), std::end(k_aCausas),
+                                      [ulErro](const SCausa& rCausa) { return rCausa.ulErro == ulErro; });
+    return pCausa == std::end(k_aCausas) ? ECausaArquivo::eGenerica : pCausa->eCausa;
 }
 
 }  // namespace

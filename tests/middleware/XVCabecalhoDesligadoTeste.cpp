@@ -40,7 +40,6 @@ TEST_F(CXVCabecalhoDesligadoTest, NadaDoBlocoDeInformacoesImportaEElePermaneceCo
             TXVBancoDesligado<CXVTextFile> banco("A.dat");
             ASSERT_EQ(banco.xvDB.Inicializa(&m_Dono), S_OK);
             EXPECT_EQ(banco.xvFile.ConfereCabecalho(), S_OK);
-            EXPECT_EQ(banco.xvFile.GetVersaoArquivo(), 0U);
             EXPECT_EQ(banco.xvFile.GravaVersaoArquivo(9), S_OK);
             std::string sLido;
             EXPECT_EQ(banco.xvFile.Le(1, sLido), S_OK);

@@ -92,20 +92,17 @@ TEST_F(AberturaArquivo, ModosEReabertura) {
     TXVBanco<CXVFileTeste> banco("A.dat");
     ASSERT_EQ(Abre(banco), S_OK);
     EXPECT_FALSE(banco->ExisteArquivo()) << "absent and not created: no error";
-    EXPECT_EQ(banco->GetModoAbertura(), XVUInt{eModoFechado});
     EXPECT_EQ(banco->AbreArquivo(eModoLeituraSemBloqueio), S_OK);
     EXPECT_FALSE(banco->ExisteArquivo());
     EXPECT_FALSE(Existe("A.dat"));
 
     EXPECT_EQ(banco->AbreArquivo(eModoLeituraGravacaoCriacao), S_OK);
-    EXPECT_EQ(banco->GetModoAbertura(), 0x3022U);
     EXPECT_EQ(banco->GetSeekCabecalho(), 240U);
     m_Falhas.Limpa();
     EXPECT_EQ(banco->AbreArquivo(eModoLeituraGravacaoCriacao), S_OK);
     EXPECT_EQ(m_Falhas.GetQuantidadeTotal(), 0U) << "the mode in force changes nothing";
     EXPECT_EQ(banco->AbreArquivo(eModoLeituraSemBloqueio), S_OK);
     EXPECT_EQ(Conta(EOperacaoArquivo::eLe), 0U) << "no header is looked for";
-    EXPECT_EQ(banco->GetModoAbertura(), 0x2040U);
     EXPECT_EQ(banco->GetSeekCabecalho(), 240U) << "until it is asked";
     banco->FechaArquivo();
     EXPECT_EQ(banco->GetSeekCabecalho(), 0U);

@@ -135,7 +135,6 @@ TEST_F(CabecalhoConteudo, VersaoDoArquivoEGravadaUmaVez) {
     EXPECT_EQ(banco->GravaVersaoArquivo(3), S_OK);
     EXPECT_EQ(Conta(EOperacaoArquivo::eGrava), 1U);
     EXPECT_EQ(Campo<XVUShort>(Le("A.dat"), 104), 3);
-    EXPECT_EQ(banco->GetVersaoArquivo(), 3);
     EXPECT_EQ(LeRegistros("B.dat").size(), 0U);
     ASSERT_EQ(banco.xvDB.Finaliza(), S_OK);
     EXPECT_EQ(LeRegistros("A.dat"), std::vector{k_reg});

@@ -129,16 +129,42 @@ TEST_F(FilaDoDiario, PontoSeguroNaoDispensaQuemEspera) {
 TEST_F(FilaDoDiario, AtrasDeUmaQueFalhaTudoSePreparaDeNovo) {
     m_FalhasQueda.SetFiltro([](const std::string& s) { return s.ends_with("A.dat"); });
     m_FalhasQueda.Programa({.eOperacao = EOperacaoArquivo::eGrava});
-    std::optional<CXVSistemaArquivosMemoria::TRetrato> morte;
+    // Dead while the newest is given up, while the next one is, and while the first is marked as to be
+    // undone: what is left always follows from what is there.
+    std::vector<CXVSistemaArquivosMemoria::TRetrato> mortes;
     GravamJuntos([&](int iDescarga) {
-        if (iDescarga == 2) morte = Morre();  // the first one is marked as to be undone
+        if (iDescarga <= 4) mortes.push_back(Morre());
     });
     m_FalhasQueda.Limpa();
     EXPECT_EQ(m_aCodigos, (std::array<HRESULT, 3>{eHardIO, S_OK, S_OK}));
     EXPECT_EQ(m_banco.ulRefeitas, 2U);
     Confere({false, true, true});
-    ASSERT_TRUE(morte.has_value());
-    ConfereRetrato(*morte, {false, false, false});
+    ASSERT_EQ(mortes.size(), 3U);
+    ASSERT_NO_FATAL_FAILURE(ConfereRetrato(mortes[0], {true, true, false}));
+    ASSERT_NO_FATAL_FAILURE(ConfereRetrato(mortes[1], {true, false, false}));
+    ASSERT_NO_FATAL_FAILURE(ConfereRetrato(mortes[2], {false, false, false}));
+}
+
+// Entries that cannot be marked as void hold everything up: what came behind them would not fit the files
+// that an opening makes of them.
+TEST_F(FilaDoDiario, EnquantoNaoSeAnulaNadaMaisSeGrava) {
+    bool bFalha = false;
+    m_FalhasQueda.SetFiltro([&bFalha](const std::string& s) {
+        bFalha = bFalha || s.ends_with("A.dat");
+        return bFalha && (s.ends_with("A.dat") || s.ends_with(k_pszNomeDiario));
+    });
+    m_FalhasQueda.Programa({.eOperacao = EOperacaoArquivo::eGrava, .bPermanente = true});
+    GravamJuntos();
+    EXPECT_EQ(m_aCodigos, (std::array<HRESULT, 3>{eHardIO, eHardIO, eHardIO}));
+    const auto morte = Morre();
+    {
+        const CXVCapturaTrace captura;
+        EXPECT_EQ(m_banco.Grava(1, "recusada", 2), eHardIO);
+    }
+    m_FalhasQueda.Limpa();
+    EXPECT_EQ(m_banco.Grava(1, "depois", 2), S_OK) << "the device works again";
+    Confere({false, true, false});
+    ConfereRetrato(morte, {true, true, true});
 }
 
 TEST_F(FilaDoDiario, DescargaQueFalhaFalhaParaTodosQueADividem) {

@@ -275,6 +275,35 @@ TEST_F(Reconstrucao, EntradasQueFaltamOuNaoSeSeguemSaoRecusadas) {
     EsperaRecusa(DiarioBytes(k_uiSessao, {sPrimeira, Entrada2()}), k_pszNomeDiario);
 }
 
+// Neither concluded nor undone nor void: whatever were done with the files would be a guess.
+TEST_F(Reconstrucao, EstadoQueNinguemEscreveERecusadoOndeEPreciso) {
+    for (const XVUInt64 uiEstado : {XVUInt64{0}, XVUInt64{4}, XVUInt64{11}, XVUInt64{12}, ~XVUInt64{0}}) {
+        SCOPED_TRACE(uiEstado);
+        Poe("A.dat", k_sA1);
+        Poe("B.dat", k_sB1);
+        std::string sSegunda = Entrada2();
+        ::Poe<XVUInt64>(sSegunda, 40, uiEstado);
+        EsperaRecusa(DiarioBytes(k_uiSessao, {Entrada1(), sSegunda}), k_pszNomeDiario);
+        ASSERT_EQ(Abre(DiarioBytes(k_uiSessao, {Entrada1(), sSegunda}, 3)), S_OK) << "nobody needs it";
+        EXPECT_EQ(Tem("A.dat"), k_sA1);
+    }
+}
+
+// Beginnings of entries everywhere, each as long as the rest of the ring: no death leaves such a journal, and
+// to take all their sums would take the square of its length.
+TEST_F(Reconstrucao, DiarioFeitoSoDeComecosERecusadoSemSomarTudo) {
+    Poe("A.dat", k_sA0);
+    constexpr std::size_t k_uiAnel = 1 << 16;
+    std::string s = DiarioBytes(k_uiSessao, {}, 1, k_uiAnel);
+    for (std::size_t i = 4096; i < s.size(); i += 64) {
+        s.replace(i, 8, "ENTRADA1");
+        ::Poe<XVUInt64>(s, i + 8, k_uiSessao);
+        ::Poe<XVUInt64>(s, i + 16, 1);
+        ::Poe<XVUInt64>(s, i + 24, s.size() - i);
+    }
+    EsperaRecusa(s, k_pszNomeDiario);
+}
+
 // Nothing of the journal counts: the opening works and changes no file.
 TEST_F(Reconstrucao, OQueNaoEDiarioNaoFazMal) {
     Poe("A.dat", k_sA0);

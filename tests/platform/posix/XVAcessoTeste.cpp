@@ -231,12 +231,12 @@ TEST_F(CXVAcessoTest, ArquivoNuncaTomaONumeroDeUmFluxoPadrao) {
 TEST_F(CXVAcessoTest, ProcessoFilhoNaoHerdaNada) {
     m_diretorio.CriaArquivo("a.dat", std::string(4096, 'x'));
     ASSERT_EQ(Abre("a.dat", k_escrita), ECausaArquivo::eNenhuma);
-    std::unique_ptr<IXVVista> pVista;
-    ASSERT_TRUE(m_pArquivo->Mapeia(4096, pVista).Ok());
+    std::unique_ptr<IXVJanela> pJanela;
+    ASSERT_TRUE(m_pArquivo->AbreJanela(4096, pJanela).Ok());
     ASSERT_EQ(Marca("M"), ECausaArquivo::eNenhuma);
     CXVProcessoFilho filho(XVProgramaVizinho("xv_filho_plataforma"), {"herda", m_diretorio.GetCaminho()});
     EXPECT_EQ(filho.LeLinha(), "0") << "descriptors in the directory";
-    pVista.reset();
+    pJanela.reset();
     m_pArquivo.reset();
     m_pMarca.reset();
     EXPECT_EQ(Apaga("a.dat"), ECausaArquivo::eNenhuma) << "while the child lives";
@@ -245,9 +245,9 @@ TEST_F(CXVAcessoTest, ProcessoFilhoNaoHerdaNada) {
     EXPECT_EQ(filho.EsperaFim(), 0);
 }
 
-// On a device in memory, which has what a mapping needs, the view is one; over bytes without blocks, whose
+// On a device in memory, which has what a mapping needs, the window is one; over bytes without blocks, whose
 // writing could end the process, and over none it is not.
-TEST_F(CXVAcessoTest, VistaPassaPelaMemoriaOndeECertoQueNaoDerrubaOProcesso) {
+TEST_F(CXVAcessoTest, JanelaPassaPelaMemoriaOndeECertoQueNaoDerrubaOProcesso) {
     const std::string sCaminho =
         "/dev/shm/" + std::filesystem::path(m_diretorio.GetCaminho()).filename().string();
     const auto fnMapeado = [&] {
@@ -258,7 +258,7 @@ TEST_F(CXVAcessoTest, VistaPassaPelaMemoriaOndeECertoQueNaoDerrubaOProcesso) {
     // Half of the file has blocks; how much of which half is mapped.
     struct SCaso {
         XVUInt64 uiOffsetDados;
-        XVUInt64 uiVista;
+        XVUInt64 uiJanela;
         bool bMapeado;
     };
     constexpr std::size_t k_uiMetade = 1 << 15;
@@ -268,10 +268,10 @@ TEST_F(CXVAcessoTest, VistaPassaPelaMemoriaOndeECertoQueNaoDerrubaOProcesso) {
         ASSERT_TRUE(m_pArquivo->SetTamanho(2 * k_uiMetade).Ok());
         const std::string sBytes(k_uiMetade, 'x');
         ASSERT_TRUE(m_pArquivo->Grava(rCaso.uiOffsetDados, sBytes.data(), sBytes.size()).Ok());
-        std::unique_ptr<IXVVista> pVista;
-        EXPECT_TRUE(m_pArquivo->Mapeia(rCaso.uiVista, pVista).Ok());
-        EXPECT_EQ(fnMapeado(), rCaso.bMapeado) << rCaso.uiOffsetDados << ' ' << rCaso.uiVista;
-        pVista.reset();
+        std::unique_ptr<IXVJanela> pJanela;
+        EXPECT_TRUE(m_pArquivo->AbreJanela(rCaso.uiJanela, pJanela).Ok());
+        EXPECT_EQ(fnMapeado(), rCaso.bMapeado) << rCaso.uiOffsetDados << ' ' << rCaso.uiJanela;
+        pJanela.reset();
         EXPECT_FALSE(fnMapeado());
         m_pArquivo.reset();
         EXPECT_TRUE(m_rSistema.Apaga(sCaminho).Ok());

@@ -1,4 +1,4 @@
-#include "platform/posix/XVVistaPosix.h"
+#include "platform/posix/XVJanelaPosix.h"
 
 #include <linux/magic.h>
 #include <sys/mman.h>
@@ -10,27 +10,26 @@
 #include <iterator>
 #include <limits>
 
-#include "platform/XVVistaMapeada.h"
+#include "platform/XVJanelaMemoria.h"
 
-namespace XVVistaPosix {
+namespace XVJanelaPosix {
 namespace {
 
 constexpr XVUInt64 k_uiBloco = 512;  // bytes; the unit of st_blocks
 
-class CXVVistaPosix final : public CXVVistaMapeada {
+class CXVJanelaPosix final : public CXVJanelaMemoria {
   public:
-    CXVVistaPosix(void* pInicio, std::size_t uiTamanho, bool bSomenteLeitura,
-                  std::atomic<unsigned>& rulVistas)
-        : CXVVistaMapeada(pInicio, uiTamanho, bSomenteLeitura), m_rulVistas(rulVistas) {
-        ++m_rulVistas;
+    CXVJanelaPosix(void* pInicio, std::size_t uiTamanho, std::atomic<unsigned>& rulJanelas)
+        : CXVJanelaMemoria(pInicio, uiTamanho), m_rulJanelas(rulJanelas) {
+        ++m_rulJanelas;
     }
-    ~CXVVistaPosix() override {
+    ~CXVJanelaPosix() override {
         munmap(GetInicio(), GetTamanho());
-        --m_rulVistas;
+        --m_rulJanelas;
     }
 
   private:
-    std::atomic<unsigned>& m_rulVistas;
+    std::atomic<unsigned>& m_rulJanelas;
 };
 
 // A store through a mapping cannot fail: where it needs a block and the device has none the process dies. So
@@ -63,15 +62,13 @@ bool TrazPaginas(void* pInicio, std::size_t uiTamanho) {
 
 }  // namespace
 
-std::unique_ptr<IXVVista> Mapeia(int iDescritor, XVUInt64 uiTamanho, bool bSomenteLeitura,
-                                 std::atomic<unsigned>& rulVistas) {
+std::unique_ptr<IXVJanela> AbreJanela(int iDescritor, XVUInt64 uiTamanho, std::atomic<unsigned>& rulJanelas) {
     if (uiTamanho == 0 || uiTamanho > std::numeric_limits<std::size_t>::max() / 2 ||
         !TemLugarFixo(iDescritor) || !TemBlocos(iDescritor, uiTamanho)) {
         return nullptr;
     }
     const std::size_t uiMapeados = static_cast<std::size_t>(uiTamanho);
-    const int iProtecao = bSomenteLeitura ? PROT_READ : PROT_READ | PROT_WRITE;
-    void* pInicio = mmap(nullptr, uiMapeados, iProtecao, MAP_SHARED, iDescritor, 0);
+    void* pInicio = mmap(nullptr, uiMapeados, PROT_READ | PROT_WRITE, MAP_SHARED, iDescritor, 0);
     if (pInicio == MAP_FAILED) {
         return nullptr;
     }
@@ -79,7 +76,7 @@ std::unique_ptr<IXVVista> Mapeia(int iDescritor, XVUInt64 uiTamanho, bool bSomen
         munmap(pInicio, uiMapeados);
         return nullptr;
     }
-    return std::make_unique<CXVVistaPosix>(pInicio, uiMapeados, bSomenteLeitura, rulVistas);
+    return std::make_unique<CXVJanelaPosix>(pInicio, uiMapeados, rulJanelas);
 }
 
-}  // namespace XVVistaPosix
+}  // namespace XVJanelaPosix

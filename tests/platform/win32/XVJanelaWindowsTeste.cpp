@@ -1,13 +1,13 @@
-// What only holds for views through memory.
+// What only holds for windows through memory.
 #include <gtest/gtest.h>
 #include <windows.h>
 
 #include "platform/XVPlataforma.h"
 #include "tests/harness/XVDiretorioTeste.h"
 
-// The system refuses to shorten a file that is mapped, and only then: so the view of a file on a fixed disk
+// The system refuses to shorten a file that is mapped, and only then: so the window on a file on a fixed disk
 // is one, and ends with its object.
-TEST(CXVVistaWindowsTest, VistaDeDiscoFixoPassaPelaMemoria) {
+TEST(CXVJanelaWindowsTest, JanelaDeDiscoFixoPassaPelaMemoria) {
     const CXVDiretorioTeste diretorio;
     const std::string sRaiz = diretorio.GetCaminho().substr(0, 3);
     ASSERT_EQ(GetDriveTypeA(sRaiz.c_str()), UINT{DRIVE_FIXED}) << sRaiz;
@@ -19,17 +19,17 @@ TEST(CXVVistaWindowsTest, VistaDeDiscoFixoPassaPelaMemoria) {
                            ECriacaoArquivo::eSomenteExistente},
                           pArquivo)
                     .Ok());
-    std::unique_ptr<IXVVista> pVista;
-    ASSERT_TRUE(pArquivo->Mapeia(1 << 16, pVista).Ok());
+    std::unique_ptr<IXVJanela> pJanela;
+    ASSERT_TRUE(pArquivo->AbreJanela(1 << 16, pJanela).Ok());
     EXPECT_EQ(pArquivo->SetTamanho(1).GetCausa(), ECausaArquivo::eViolacaoCompartilhamento);
-    EXPECT_TRUE(pVista->Grava(0, "abc", 3).Ok());
+    EXPECT_TRUE(pJanela->Grava(0, "abc", 3).Ok());
     EXPECT_TRUE(pArquivo->Sincroniza().Ok());
-    pVista.reset();
+    pJanela.reset();
     EXPECT_TRUE(pArquivo->SetTamanho(3).Ok());
-    EXPECT_TRUE(pArquivo->Sincroniza().Ok()) << "of views that are gone nothing is left to flush";
+    EXPECT_TRUE(pArquivo->Sincroniza().Ok()) << "of windows that are gone nothing is left to flush";
     // Longer than the file: a mapping would make the file longer.
-    ASSERT_TRUE(pArquivo->Mapeia(1 << 16, pVista).Ok());
-    pVista.reset();
+    ASSERT_TRUE(pArquivo->AbreJanela(1 << 16, pJanela).Ok());
+    pJanela.reset();
     pArquivo.reset();
     EXPECT_EQ(diretorio.LeConteudo("v.srk"), "abc");
 }

@@ -1,4 +1,4 @@
-#include "platform/win32/XVVistaWindows.h"
+#include "platform/win32/XVJanelaWindows.h"
 
 #include <algorithm>
 #include <limits>
@@ -6,41 +6,41 @@
 
 #include "platform/win32/XVErroWindows.h"
 
-class CXVVistaWindows final : public CXVVistaMapeada {
+class CXVJanelaWindows final : public CXVJanelaMemoria {
   public:
-    CXVVistaWindows(void* pInicio, std::size_t uiTamanho, bool bSomenteLeitura, CXVVistasDoArquivo& rVistas)
-        : CXVVistaMapeada(pInicio, uiTamanho, bSomenteLeitura), m_rVistas(rVistas) {
-        m_rVistas.Inclui(this);
+    CXVJanelaWindows(void* pInicio, std::size_t uiTamanho, CXVJanelasDoArquivo& rJanelas)
+        : CXVJanelaMemoria(pInicio, uiTamanho), m_rJanelas(rJanelas) {
+        m_rJanelas.Inclui(this);
     }
-    ~CXVVistaWindows() override {
-        m_rVistas.Exclui(this);
+    ~CXVJanelaWindows() override {
+        m_rJanelas.Exclui(this);
         UnmapViewOfFile(GetInicio());
     }
 
     bool Descarrega() const { return FlushViewOfFile(GetInicio(), GetTamanho()) != FALSE; }
 
   private:
-    CXVVistasDoArquivo& m_rVistas;
+    CXVJanelasDoArquivo& m_rJanelas;
 };
 
-CXVErroArquivo CXVVistasDoArquivo::Descarrega() {
+CXVErroArquivo CXVJanelasDoArquivo::Descarrega() {
     const std::lock_guard trava(m_mutex);
-    const bool bTodas = std::all_of(m_listaVistas.begin(), m_listaVistas.end(),
-                                    [](const CXVVistaWindows* pVista) { return pVista->Descarrega(); });
+    const bool bTodas = std::all_of(m_listaJanelas.begin(), m_listaJanelas.end(),
+                                    [](const CXVJanelaWindows* pJanela) { return pJanela->Descarrega(); });
     return bTodas ? CXVErroArquivo() : XVErroWindows::DeUltimo();
 }
 
-void CXVVistasDoArquivo::Inclui(const CXVVistaWindows* pVista) {
+void CXVJanelasDoArquivo::Inclui(const CXVJanelaWindows* pJanela) {
     const std::lock_guard trava(m_mutex);
-    m_listaVistas.push_back(pVista);
+    m_listaJanelas.push_back(pJanela);
 }
 
-void CXVVistasDoArquivo::Exclui(const CXVVistaWindows* pVista) {
+void CXVJanelasDoArquivo::Exclui(const CXVJanelaWindows* pJanela) {
     const std::lock_guard trava(m_mutex);
-    std::erase(m_listaVistas, pVista);
+    std::erase(m_listaJanelas, pJanela);
 }
 
-namespace XVVistaWindows {
+namespace XVJanelaWindows {
 namespace {
 
 constexpr DWORD k_ulCaminhoMaximo = 32768;              // characters
@@ -83,26 +83,24 @@ bool TemBlocos(HANDLE hArquivo, XVUInt64 uiTamanho) {
 
 }  // namespace
 
-std::unique_ptr<IXVVista> Mapeia(HANDLE hArquivo, XVUInt64 uiTamanho, bool bSomenteLeitura,
-                                 CXVVistasDoArquivo& rVistas) {
+std::unique_ptr<IXVJanela> AbreJanela(HANDLE hArquivo, XVUInt64 uiTamanho, CXVJanelasDoArquivo& rJanelas) {
     if (uiTamanho == 0 || uiTamanho > std::numeric_limits<std::size_t>::max() / 2 ||
         !TemLugarFixo(hArquivo) || !TemBlocos(hArquivo, uiTamanho)) {
         return nullptr;
     }
     const HANDLE hMapa =
-        CreateFileMappingW(hArquivo, nullptr, bSomenteLeitura ? PAGE_READONLY : PAGE_READWRITE,
-                           static_cast<DWORD>(uiTamanho >> 32), static_cast<DWORD>(uiTamanho), nullptr);
+        CreateFileMappingW(hArquivo, nullptr, PAGE_READWRITE, static_cast<DWORD>(uiTamanho >> 32),
+                           static_cast<DWORD>(uiTamanho), nullptr);
     if (hMapa == nullptr) {
         return nullptr;
     }
     const std::size_t uiMapeados = static_cast<std::size_t>(uiTamanho);
-    void* pInicio = MapViewOfFile(hMapa, bSomenteLeitura ? FILE_MAP_READ : FILE_MAP_READ | FILE_MAP_WRITE, 0,
-                                  0, uiMapeados);
-    CloseHandle(hMapa);  // the view keeps the mapping
+    void* pInicio = MapViewOfFile(hMapa, FILE_MAP_READ | FILE_MAP_WRITE, 0, 0, uiMapeados);
+    CloseHandle(hMapa);  // the window keeps the mapping
     if (pInicio == nullptr) {
         return nullptr;
     }
-    return std::make_unique<CXVVistaWindows>(pInicio, uiMapeados, bSomenteLeitura, rVistas);
+    return std::make_unique<CXVJanelaWindows>(pInicio, uiMapeados, rJanelas);
 }
 
-}  // namespace XVVistaWindows
+}  // namespace XVJanelaWindows

@@ -1,0 +1,33 @@
+#include "platform/XVJanelaMemoria.h"
+
+#include <atomic>
+#include <cstring>
+
+namespace {
+
+constexpr CXVErroArquivo k_erroOffset(ECausaArquivo::ePosicionamentoInvalido, 0);
+
+// Readers of other processes meet the same memory, so nothing but the processor's own instruction will do.
+using TPalavra = std::atomic_ref<XVUInt64>;
+static_assert(TPalavra::is_always_lock_free && TPalavra::required_alignment <= sizeof(XVUInt64));
+
+}  // namespace
+
+CXVErroArquivo CXVJanelaMemoria::Grava(XVUInt64 uiOffset, const void* pDados, std::size_t uiTamanho) {
+    if (!Cabe(uiOffset, uiTamanho, m_uiTamanho)) {
+        return k_erroOffset;
+    }
+    if (uiTamanho > 0) {
+        std::memcpy(m_pInicio + uiOffset, pDados, uiTamanho);
+    }
+    return {};
+}
+
+CXVErroArquivo CXVJanelaMemoria::GravaPalavra(XVUInt64 uiOffset, XVUInt64 uiPalavra) {
+    if (!CabePalavra(uiOffset, m_uiTamanho)) {
+        return k_erroOffset;
+    }
+    XVUInt64& rPalavra = *reinterpret_cast<XVUInt64*>(m_pInicio + uiOffset);
+    TPalavra(rPalavra).store(uiPalavra, std::memory_order_release);
+    return {};
+}
