@@ -1,225 +1,203 @@
 #include "client/XVCliente.h"
 
-#include <limits>
-
 #include "client/XVConexao.h"
+#include "contract/XVCR_BuffersPS.h"
+#include "core/xvrpcdll/XVListasPS.h"
+#include "support/codes/XVCodigos.h"
 
 namespace XVCliente {
 
 namespace {
 
-constexpr HResult k_hrArgumento = static_cast<HResult>(0x80070057U);
-constexpr HResult k_hrNaoConectado =
-    static_cast<HResult>(0x81080A04U);  // the component's own "not initialised"
+// A result record whose buffers end with it, whatever happens on the way.
+template <class TRegistro>
+struct TSaida {
+    TSaida() = default;
+    ~TSaida() { XVLiberaBuffers(&reg); }
+    TSaida(const TSaida&) = delete;
+    TSaida& operator=(const TSaida&) = delete;
 
-// An array of integrations that COM allocated, with the texts of each.
-class CListaIntegracoes {
-  public:
-    CListaIntegracoes() = default;
-    ~CListaIntegracoes() {
-        for (ULONG i = 0; m_pLista != nullptr && i < m_ulQuantidade; ++i) Libera(m_pLista[i]);
-        ::CoTaskMemFree(m_pLista);
-    }
-    CListaIntegracoes(const CListaIntegracoes&) = delete;
-    CListaIntegracoes& operator=(const CListaIntegracoes&) = delete;
-
-    ULONG m_ulQuantidade = 0;
-    REG_CR_INTEGRACAO_MIDDLEWAREPS* m_pLista = nullptr;
+    TRegistro reg{};
 };
 
-bool ParaRegistro(const std::vector<std::uint64_t>& lista, _REG_DF_LISTA_XVDMCPS* pReg) {
-    static_assert(sizeof(REG_XVDMC) == sizeof(std::uint64_t));
-    *pReg = {};
-    if (lista.size() > std::numeric_limits<ULONG>::max()) return false;
-    pReg->ulQuantidade = static_cast<ULONG>(lista.size());
-    if (!lista.empty()) pReg->pLista = reinterpret_cast<REG_XVDMC*>(const_cast<std::uint64_t*>(lista.data()));
-    return true;
-}
+// The same of an array of integrations.
+struct SSaidaIntegracoes {
+    SSaidaIntegracoes() = default;
+    ~SSaidaIntegracoes() { XVLiberaIntegracoes(&ulQuantidade, &pLista); }
+    SSaidaIntegracoes(const SSaidaIntegracoes&) = delete;
+    SSaidaIntegracoes& operator=(const SSaidaIntegracoes&) = delete;
+
+    XVUInt ulQuantidade = 0;
+    tagREG_CR_INTEGRACAO_MIDDLEWAREPS* pLista = nullptr;
+};
 
 }  // namespace
 
-CApartamento::CApartamento() : m_hr(::CoInitializeEx(nullptr, COINIT_MULTITHREADED)) {}
-CApartamento::~CApartamento() {
-    if (m_hr >= 0) ::CoUninitialize();
+bool ServidorFoiEmbora(HRESULT hr) {
+    switch (static_cast<XVUInt>(hr)) {
+        case 0x800706BAU:  // server unavailable
+        case 0x800706BEU:  // call failed
+        case 0x800706BFU:  // call failed and did not execute
+        case 0x80010007U:  // server died
+        case 0x80010012U:  // server died, the call did not execute
+        case 0x80010108U:  // disconnected from its clients
+        case 0x800401FDU:  // object not connected
+        case 0x80080008U:  // server stopping
+            return true;
+        default:
+            return false;
+    }
 }
 
 CXVCliente::CXVCliente() = default;
 CXVCliente::~CXVCliente() = default;
 
-HResult CXVCliente::Conecta(const SIdentificacao& rIdentificacao) {
-    Desconecta();
-    REG_DF_INICIALIZAPS reg;
-    if (!MontaRegistroInicializacao(rIdentificacao, &reg)) return k_hrArgumento;
-    m_pConexao = std::make_unique<CConexao>(reg);
-    return m_pConexao->Abre();
+HRESULT CXVCliente::Reconecta() {
+    return m_pConexao == nullptr ? E_XVCR_COMPONENTE_NAO_INICIALIZADO : m_pConexao->Abre();
 }
 
-HResult CXVCliente::Reconecta() {
-    return m_pConexao == nullptr ? k_hrNaoConectado : m_pConexao->Abre();
-}
-
-void CXVCliente::Desconecta() {
+HRESULT CXVCliente::Desconecta() {
+    if (m_pConexao == nullptr) return S_OK;
+    const HRESULT hr = m_pConexao->Fecha();
     m_pConexao.reset();
+    return hr;
 }
 
 bool CXVCliente::EstaConectado() const {
     return m_pConexao != nullptr && m_pConexao->EstaAberta();
 }
 
-HResult CXVCliente::GravaIntegracao(std::uint64_t* puiDmc, const SIntegracao& rDados) {
-    if (m_pConexao == nullptr) return k_hrNaoConectado;
-    REG_CR_INTEGRACAO_MIDDLEWAREPS reg;
-    if (!ParaRegistro(rDados, &reg)) return k_hrArgumento;
-    REG_XVDMC regDmc{*puiDmc};
-    const HResult hr =
-        m_pConexao->Executa(false, [&](IXVCR_Middleware& r) { return r.GravaIntegracao(&regDmc, &reg); });
-    *puiDmc = regDmc.uiValor;
-    return hr;
+template <class TChamada>
+HRESULT CXVCliente::Executa(bool bRepetivel, TChamada&& fnChamada) {
+    if (m_pConexao == nullptr) return E_XVCR_COMPONENTE_NAO_INICIALIZADO;
+    return m_pConexao->Executa(bRepetivel, fnChamada);
 }
 
-HResult CXVCliente::GravaIntegracaoInstantanea(std::uint64_t* puiDmc, const SIntegracao& rDados) {
-    if (m_pConexao == nullptr) return k_hrNaoConectado;
-    REG_CR_INTEGRACAO_MIDDLEWAREPS reg;
-    if (!ParaRegistro(rDados, &reg)) return k_hrArgumento;
-    REG_XVDMC regDmc{*puiDmc};
-    const HResult hr = m_pConexao->Executa(
-        false, [&](IXVCR_Middleware& r) { return r.GravaIntegracaoInstantanea(&regDmc, &reg); });
-    *puiDmc = regDmc.uiValor;
-    return hr;
+HRESULT CXVCliente::GravaIntegracao(REG_XVDMC* pDmc, const CXVDadosCR_IntegracaoMiddleware& rDados) {
+    const auto reg = rDados.ComoRegistro();
+    return Executa(false, [&](IXVCR_Middleware& r) { return r.GravaIntegracao(pDmc, &reg); });
 }
 
-HResult CXVCliente::GravaPendenciaIntegracao(std::uint64_t uiDmcOrigem, const SIntegracao& rDados) {
-    if (m_pConexao == nullptr) return k_hrNaoConectado;
-    REG_CR_INTEGRACAO_MIDDLEWAREPS reg;
-    if (!ParaRegistro(rDados, &reg)) return k_hrArgumento;
-    return m_pConexao->Executa(
-        false, [&](IXVCR_Middleware& r) { return r.GravaPendenciaIntegracao(uiDmcOrigem, &reg); });
+HRESULT CXVCliente::GravaIntegracaoInstantanea(REG_XVDMC* pDmc,
+                                               const CXVDadosCR_IntegracaoMiddleware& rDados) {
+    const auto reg = rDados.ComoRegistro();
+    return Executa(false, [&](IXVCR_Middleware& r) { return r.GravaIntegracaoInstantanea(pDmc, &reg); });
 }
 
-HResult CXVCliente::GravaStatusIntegracao(const SStatusIntegracao& rDados) {
-    if (m_pConexao == nullptr) return k_hrNaoConectado;
-    REG_CR_STATUS_INTEGRACAO_MIDDLEWAREPS reg;
-    if (!ParaRegistro(rDados, &reg)) return k_hrArgumento;
-    return m_pConexao->Executa(false, [&](IXVCR_Middleware& r) { return r.GravaStatusIntegracao(&reg); });
+HRESULT CXVCliente::GravaPendenciaIntegracao(REG_XVDMC regDmcOrigem,
+                                             const CXVDadosCR_IntegracaoMiddleware& rDados) {
+    const auto reg = rDados.ComoRegistro();
+    return Executa(
+        false, [&](IXVCR_Middleware& r) { return r.GravaPendenciaIntegracao(regDmcOrigem.uiValor, &reg); });
 }
 
-HResult CXVCliente::LeIntegracao(std::uint64_t uiDmc, std::uint64_t uiFlags, SIntegracao* pDados) {
-    if (m_pConexao == nullptr) return k_hrNaoConectado;
-    TSaida<REG_CR_INTEGRACAO_MIDDLEWAREPS> saida;
-    const HResult hr = m_pConexao->Executa(
-        true, [&](IXVCR_Middleware& r) { return r.LeIntegracao(uiDmc, &saida, uiFlags); });
-    if (hr >= 0) *pDados = DeRegistro(saida.Get());
-    return hr;
+HRESULT CXVCliente::GravaStatusIntegracao(const CXVDadosCR_StatusIntegracaoMiddleware& rDados) {
+    const auto reg = rDados.ComoRegistro();
+    return Executa(false, [&](IXVCR_Middleware& r) { return r.GravaStatusIntegracao(&reg); });
 }
 
-HResult CXVCliente::LeIntegracoes(const std::vector<std::uint64_t>& listaDmc, std::uint64_t uiFlags,
-                                  std::vector<SIntegracao>* pLista) {
-    if (m_pConexao == nullptr) return k_hrNaoConectado;
-    _REG_DF_LISTA_XVDMCPS regLista;
-    if (!ParaRegistro(listaDmc, &regLista)) return k_hrArgumento;
-    CListaIntegracoes saida;
-    const HResult hr = m_pConexao->Executa(true, [&](IXVCR_Middleware& r) {
-        return r.LeIntegracoes(&regLista, &saida.m_ulQuantidade, &saida.m_pLista, uiFlags);
+HRESULT CXVCliente::LeIntegracao(REG_XVDMC regDmc, XVUInt64 ullFlags,
+                                 CXVDadosCR_IntegracaoMiddleware* pDados) {
+    TSaida<tagREG_CR_INTEGRACAO_MIDDLEWAREPS> saida;
+    const HRESULT hr = Executa(
+        true, [&](IXVCR_Middleware& r) { return r.LeIntegracao(regDmc.uiValor, &saida.reg, ullFlags); });
+    return FAILED(hr) ? hr : pDados->CopiarDe(saida.reg);
+}
+
+HRESULT CXVCliente::LeIntegracoes(const std::vector<REG_XVDMC>& listaDmc, XVUInt64 ullFlags,
+                                  std::vector<CXVDadosCR_IntegracaoMiddleware>* pLista) {
+    const _REG_DF_LISTA_XVDMCPS regLista = XVVista(listaDmc);
+    SSaidaIntegracoes saida;
+    HRESULT hr = Executa(true, [&](IXVCR_Middleware& r) {
+        return r.LeIntegracoes(&regLista, &saida.ulQuantidade, &saida.pLista, ullFlags);
     });
-    if (hr < 0) return hr;
-    pLista->clear();
-    pLista->reserve(saida.m_ulQuantidade);
-    for (ULONG i = 0; i < saida.m_ulQuantidade; ++i) pLista->push_back(DeRegistro(saida.m_pLista[i]));
+    if (FAILED(hr)) return hr;
+    std::vector<CXVDadosCR_IntegracaoMiddleware> lista(saida.ulQuantidade);
+    for (XVUInt i = 0; SUCCEEDED(hr) && i < saida.ulQuantidade; ++i) hr = lista[i].CopiarDe(saida.pLista[i]);
+    if (SUCCEEDED(hr)) *pLista = std::move(lista);
     return hr;
 }
 
-HResult CXVCliente::BuscaPonteiros(const SFiltroIntegracao& rFiltro, std::vector<std::uint64_t>* pLista) {
-    if (m_pConexao == nullptr) return k_hrNaoConectado;
-    REG_CR_FILTRO_INTEGRACAO_MIDDLEWAREPS reg;
-    if (!ParaRegistro(rFiltro, &reg)) return k_hrArgumento;
+HRESULT CXVCliente::BuscaPonteiros(const CXVDadosCR_FiltroIntegracaoMiddleware& rFiltro,
+                                   std::vector<REG_XVDMC>* pLista) {
+    const auto reg = rFiltro.ComoRegistro();
     TSaida<_REG_DF_LISTA_XVDMCPS> saida;
-    const HResult hr =
-        m_pConexao->Executa(true, [&](IXVCR_Middleware& r) { return r.BuscaPonteiros(&reg, &saida); });
-    if (hr < 0) return hr;
-    pLista->clear();
-    pLista->reserve(saida.Get().ulQuantidade);
-    for (ULONG i = 0; i < saida.Get().ulQuantidade; ++i) pLista->push_back(saida.Get().pLista[i].uiValor);
+    const HRESULT hr = Executa(true, [&](IXVCR_Middleware& r) { return r.BuscaPonteiros(&reg, &saida.reg); });
+    if (SUCCEEDED(hr)) pLista->assign(saida.reg.pLista, saida.reg.pLista + saida.reg.ulQuantidade);
     return hr;
 }
 
-HResult CXVCliente::GravaChaveRegistro(const SChaveRegistro& rDados) {
-    if (m_pConexao == nullptr) return k_hrNaoConectado;
-    const auto reg = ParaRegistro(rDados);
-    return m_pConexao->Executa(
-        false, [&](IXVCR_Middleware& r) { return r.GravaChaveRegistroTelvoParaTerceiro(&reg); });
+HRESULT CXVCliente::GravaChaveRegistro(const CXVDadosCR_ChaveRegistroTelvoParaTerceiro& rDados) {
+    const auto reg = rDados.ComoRegistro();
+    return Executa(false, [&](IXVCR_Middleware& r) { return r.GravaChaveRegistroTelvoParaTerceiro(&reg); });
 }
 
-HResult CXVCliente::GravaChaveRegistroPendente(const SChaveRegistro& rDados) {
-    if (m_pConexao == nullptr) return k_hrNaoConectado;
-    const auto reg = ParaRegistro(rDados);
-    return m_pConexao->Executa(
-        false, [&](IXVCR_Middleware& r) { return r.GravaChaveRegistroTelvoParaTerceiroPendente(&reg); });
+HRESULT CXVCliente::GravaChaveRegistroPendente(const CXVDadosCR_ChaveRegistroTelvoParaTerceiro& rDados) {
+    const auto reg = rDados.ComoRegistro();
+    return Executa(false,
+                   [&](IXVCR_Middleware& r) { return r.GravaChaveRegistroTelvoParaTerceiroPendente(&reg); });
 }
 
-HResult CXVCliente::BuscaChaveRegistro(const SChaveRegistro& rFiltro, SChaveRegistro* pDados) {
-    if (m_pConexao == nullptr) return k_hrNaoConectado;
-    const auto reg = ParaFiltro(rFiltro);
-    REG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIROPS regAchado{};
-    const HResult hr = m_pConexao->Executa(
-        true, [&](IXVCR_Middleware& r) { return r.BuscaChaveRegistroTelvoParaTerceiro(&reg, &regAchado); });
-    if (hr >= 0) *pDados = DeRegistro(regAchado);
+HRESULT CXVCliente::BuscaChaveRegistro(const CXVDadosCR_ChaveRegistroTelvoParaTerceiro& rFiltro,
+                                       CXVDadosCR_ChaveRegistroTelvoParaTerceiro* pDados) {
+    const auto regFiltro = rFiltro.ComoFiltro();
+    tagREG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIROPS reg{};
+    const HRESULT hr = Executa(
+        true, [&](IXVCR_Middleware& r) { return r.BuscaChaveRegistroTelvoParaTerceiro(&regFiltro, &reg); });
+    if (SUCCEEDED(hr)) pDados->CopiarDe(reg);
     return hr;
 }
 
-HResult CXVCliente::GravaDataHora(const SDataHoraIntegracao& rDados) {
-    if (m_pConexao == nullptr) return k_hrNaoConectado;
-    const auto reg = ParaRegistro(rDados);
-    return m_pConexao->Executa(false,
-                               [&](IXVCR_Middleware& r) { return r.GravaDataHoraIntegracaoTerceiro(&reg); });
+HRESULT CXVCliente::GravaDataHora(const CXVDadosCR_DataHoraIntegracaoTerceiro& rDados) {
+    const auto reg = rDados.ComoRegistro();
+    return Executa(false, [&](IXVCR_Middleware& r) { return r.GravaDataHoraIntegracaoTerceiro(&reg); });
 }
 
-HResult CXVCliente::BuscaDataHora(const SDataHoraIntegracao& rFiltro, SDataHoraIntegracao* pDados) {
-    if (m_pConexao == nullptr) return k_hrNaoConectado;
-    const auto reg = ParaFiltro(rFiltro);
-    REG_CR_DATA_HORA_INTEGRACAO_TERCEIROPS regAchado{};
-    const HResult hr = m_pConexao->Executa(
-        true, [&](IXVCR_Middleware& r) { return r.BuscaDataHoraIntegracaoTerceiro(&reg, &regAchado); });
-    if (hr >= 0) *pDados = DeRegistro(regAchado);
+HRESULT CXVCliente::BuscaDataHora(const CXVDadosCR_DataHoraIntegracaoTerceiro& rFiltro,
+                                  CXVDadosCR_DataHoraIntegracaoTerceiro* pDados) {
+    const auto regFiltro = rFiltro.ComoFiltro();
+    tagREG_CR_DATA_HORA_INTEGRACAO_TERCEIROPS reg{};
+    const HRESULT hr = Executa(
+        true, [&](IXVCR_Middleware& r) { return r.BuscaDataHoraIntegracaoTerceiro(&regFiltro, &reg); });
+    if (SUCCEEDED(hr)) pDados->CopiarDe(reg);
     return hr;
 }
 
-HResult CXVCliente::BuscaDadosSistemaTerceiro(const SConsultaTerceiro& rConsulta,
-                                              SRespostaConsulta* pResposta) {
-    if (m_pConexao == nullptr) return k_hrNaoConectado;
-    REG_CR_CONSULTA_SISTEMA_TERCEIROPS reg;
-    if (!ParaRegistro(rConsulta, &reg)) return k_hrArgumento;
-    TSaida<REG_CR_STATUS_CONSULTA_SISTEMA_TERCEIROPS> saida;
-    const HResult hr = m_pConexao->Executa(
-        true, [&](IXVCR_Middleware& r) { return r.BuscaDadosSistemaTerceiro(&reg, &saida); });
-    if (hr >= 0) *pResposta = DeRegistro(saida.Get());
-    return hr;
+HRESULT CXVCliente::BuscaDadosSistemaTerceiro(const CXVDadosCR_ConsultaSistemaTerceiro& rConsulta,
+                                              CXVDadosCR_StatusConsultaSistemaTerceiro* pResposta) {
+    const auto reg = rConsulta.ComoRegistro();
+    TSaida<tagREG_CR_STATUS_CONSULTA_SISTEMA_TERCEIROPS> saida;
+    const HRESULT hr =
+        Executa(true, [&](IXVCR_Middleware& r) { return r.BuscaDadosSistemaTerceiro(&reg, &saida.reg); });
+    return FAILED(hr) ? hr : pResposta->CopiarDe(saida.reg);
 }
 
-HResult CXVCliente::FuncaoGenerica(std::uint32_t ulFuncao, const std::string& sEntrada,
-                                   std::string* psSaida) {
-    if (m_pConexao == nullptr) return k_hrNaoConectado;
-    _REG_DF_TEXTOPS texto;
-    if (!ParaRegistro(sEntrada, &texto)) return k_hrArgumento;
+HRESULT CXVCliente::FuncaoGenerica(XVUInt ulFuncao, const std::string& sEntrada, std::string* psSaida) {
+    const _REG_DF_TEXTOPS texto = CXVStringPS::Vista(sEntrada);
     const _REG_CR_LISTA_BYTESPS entrada{texto.ulQtdBytes, 0, texto.pTexto, 0};
     TSaida<_REG_CR_LISTA_BYTESPS> saida;
-    const HResult hr = m_pConexao->Executa(
-        false, [&](IXVCR_Middleware& r) { return r.FuncaoGenerica(ulFuncao, &entrada, &saida); });
-    if (hr >= 0) *psSaida = DeBytes(saida.Get().pListaBytes, saida.Get().ulQtdBytes);
+    const HRESULT hr =
+        Executa(false, [&](IXVCR_Middleware& r) { return r.FuncaoGenerica(ulFuncao, &entrada, &saida.reg); });
+    if (FAILED(hr)) return hr;
+    psSaida->clear();
+    if (saida.reg.ulQtdBytes != 0)
+        psSaida->assign(reinterpret_cast<const char*>(saida.reg.pListaBytes), saida.reg.ulQtdBytes);
     return hr;
 }
 
-HResult CXVCliente::GetUltimoErro(SUltimoErro* pErro) {
-    if (m_pConexao == nullptr) return k_hrNaoConectado;
-    if (!EstaConectado()) {
-        // The component went with its refusal; its last error did not.
-        if (m_pConexao->GetRecusa().hrErro == 0) return k_hrNaoConectado;
-        *pErro = DeRegistro(m_pConexao->GetRecusa());
-        return 0;
-    }
+HRESULT CXVCliente::GetUltimoErro(SUltimoErro* pErro) {
     REG_DF_ULTIMO_ERROPS reg{};
-    // Never connects again: a new component has no last error.
-    const HResult hr = m_pConexao->Executa(false, [&](IXVCR_Middleware& r) { return r.GetUltimoErro(&reg); });
-    if (hr >= 0) *pErro = DeRegistro(reg);
+    if (m_pConexao == nullptr) return E_XVCR_COMPONENTE_NAO_INICIALIZADO;
+    const HRESULT hr = m_pConexao->GetUltimoErro(&reg);
+    if (FAILED(hr)) return hr;
+    if (!EstaConectado() && reg.hrErro == 0) return E_XVCR_COMPONENTE_NAO_INICIALIZADO;
+    *pErro = {.hrErro = reg.hrErro,
+              .ulLinha = reg.ulLinha,
+              .regDataHora = {reg.regDataHora},
+              .sNome = std::string(TextoDoCampo(reg.szNome)),
+              .sFuncao = std::string(TextoDoCampo(reg.szFuncao)),
+              .sFonte = std::string(TextoDoCampo(reg.szFonte)),
+              .sMensagem = std::string(TextoDoCampo(reg.szMensagem))};
     return hr;
 }
 

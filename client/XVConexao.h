@@ -1,44 +1,66 @@
-// One component in the server, created and initialised, and the rules for getting another one.
+// A component of a caller's own, initialised, and the rules for getting another one; the doors by which it is
+// had are derived from it.
 #pragma once
 
+#include <algorithm>
+#include <string_view>
+
 #include "client/XVCliente.h"
-#include "client/XVClienteRegistros.h"
+#include "contract/IXVCR_Middleware.h"
+#include "support/trace/XVCheck.h"
 
 namespace XVCliente {
 
 // Builds the initialisation record of the caller and seals it. False: a text does not fit its field.
 bool MontaRegistroInicializacao(const SIdentificacao& rIdentificacao, REG_DF_INICIALIZAPS* pReg);
 
+// The text of a record's field; a record that came from outside may lack its end.
+template <std::size_t N>
+std::string_view TextoDoCampo(const char (&szCampo)[N]) {
+    return {szCampo, static_cast<std::size_t>(std::find(szCampo, szCampo + N, '\0') - szCampo)};
+}
+
 class CXVCliente::CConexao {
   public:
     explicit CConexao(const REG_DF_INICIALIZAPS& reg) : m_reg(reg) {}
-    ~CConexao() { Fecha(); }
+    virtual ~CConexao() { Larga(); }
     CConexao(const CConexao&) = delete;
     CConexao& operator=(const CConexao&) = delete;
 
-    // Creates and initialises, trying again while a server is ending.
-    HResult Abre();
-    void Fecha();
+    // A new component, created and initialised; the one in hand goes first.
+    virtual HRESULT Abre();
+    // What the component says of its end; it goes in any case.
+    HRESULT Fecha();
     bool EstaAberta() const { return m_pComponente != nullptr; }
-    // What the component said of its own refusal to initialise; hrErro 0: it did not refuse.
-    const REG_DF_ULTIMO_ERROPS& GetRecusa() const { return m_regRecusa; }
+    // Of the component in hand, or else what the last one said of its own refusal to initialise (hrErro 0: it
+    // did not refuse).
+    HRESULT GetUltimoErro(REG_DF_ULTIMO_ERROPS* pReg);
 
     // Calls fnChamada(IXVCR_Middleware&), connected again first where the server had gone. bRepetivel: a
     // call that only reads is repeated once when the server goes away under it.
     template <class TChamada>
-    HResult Executa(bool bRepetivel, TChamada&& fnChamada) {
-        HResult hr = S_OK;
+    HRESULT Executa(bool bRepetivel, TChamada&& fnChamada) {
+        HRESULT hr = S_OK;
         for (int i = 0; i < (bRepetivel ? 2 : 1); ++i) {
-            if (m_pComponente == nullptr && (hr = Abre()) < 0) return hr;
+            if (m_pComponente == nullptr && FAILED(hr = Abre())) return hr;
             hr = fnChamada(*m_pComponente);
+            if (FAILED(hr)) OnFalha(hr);
             if (!ServidorFoiEmbora(hr)) return hr;
-            Fecha();
+            Larga();
         }
         return hr;
     }
 
+  protected:
+    // A component that is not yet initialised. On failure *ppComponente stays null.
+    virtual HRESULT Cria(IXVCR_Middleware** ppComponente) = 0;
+    // Ends the component's work before it is released.
+    virtual HRESULT Encerra() { return S_OK; }
+    // A call or an opening ended with hr.
+    virtual void OnFalha(HRESULT) {}
+
   private:
-    HResult Tenta();
+    void Larga();
 
     REG_DF_INICIALIZAPS m_reg;
     REG_DF_ULTIMO_ERROPS m_regRecusa{};

@@ -4,20 +4,18 @@
 #include <string>
 
 #include "fuzz/XVBancadaFuzz.h"
-#include "tools/xvcr/XVOperacoesLocais.h"
 #include "tools/xvcr/commands/XVCarga.h"
 
 namespace {
 
-constexpr XVUInt64 k_uiTextos = 7;
-const SAcesso k_acesso{{}, "E1", 1, 2, false};
+const XVCliente::SIdentificacao k_identificacao{.sEmpresa = "E1", .usUsuario = 1, .ulNumeroSessao = 2};
 
-std::vector<REG_XVDMC> Todas(IXVOperacoes& rOperacoes) {
+std::vector<REG_XVDMC> Todas(XVCliente::CXVCliente& rCliente) {
     std::vector<REG_XVDMC> lista;
-    XV_EXIGE(SUCCEEDED(rOperacoes.BuscaPonteiros({}, &lista)));
+    XV_EXIGE(SUCCEEDED(rCliente.BuscaPonteiros({}, &lista)));
     for (const REG_XVDMC regDmc : lista) {
-        SIntegracao dados;
-        XV_EXIGE(SUCCEEDED(rOperacoes.LeIntegracao(regDmc, k_uiTextos, &dados)));
+        CXVDadosCR_IntegracaoMiddleware dados;
+        XV_EXIGE(SUCCEEDED(rCliente.LeIntegracao(regDmc, k_ullLeTextos, &dados)));
     }
     return lista;
 }
@@ -29,26 +27,26 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pDados, std::size_t ui
     CXVBancadaFuzz bancada;
     std::vector<REG_XVDMC> antes;
     {
-        CXVOperacoesLocais operacoes;
-        XV_EXIGE(SUCCEEDED(operacoes.Inicializa(k_acesso)));
-        CXVCarga carga(operacoes);
+        XVCliente::CXVCliente cliente;
+        XV_EXIGE(SUCCEEDED(cliente.ConectaLocal(k_identificacao, {})));
+        CXVCarga carga(cliente);
         for (std::size_t uiInicio = 0; uiInicio < sTudo.size();) {
             const std::size_t uiFim = std::min(sTudo.find('\n', uiInicio), sTudo.size());
             const SResultadoLinha resultado =
                 carga.Executa(std::string(sTudo.substr(uiInicio, uiFim - uiInicio)));
             if (resultado.sErro.empty() && resultado.eOperacao == SResultadoLinha::EOperacao::eIntegracao) {
-                SIntegracao dados;
-                XV_EXIGE(SUCCEEDED(operacoes.LeIntegracao(resultado.regDmc, k_uiTextos, &dados)));
+                CXVDadosCR_IntegracaoMiddleware dados;
+                XV_EXIGE(SUCCEEDED(cliente.LeIntegracao(resultado.regDmc, k_ullLeTextos, &dados)));
             }
             uiInicio = uiFim + 1;
         }
-        antes = Todas(operacoes);
-        XV_EXIGE(SUCCEEDED(operacoes.Finaliza()));
+        antes = Todas(cliente);
+        XV_EXIGE(SUCCEEDED(cliente.Desconecta()));
     }
-    CXVOperacoesLocais operacoes;
-    XV_EXIGE(SUCCEEDED(operacoes.Inicializa(k_acesso)));
-    XV_EXIGE(Todas(operacoes) == antes);
-    XV_EXIGE(SUCCEEDED(operacoes.Finaliza()));
+    XVCliente::CXVCliente cliente;
+    XV_EXIGE(SUCCEEDED(cliente.ConectaLocal(k_identificacao, {})));
+    XV_EXIGE(Todas(cliente) == antes);
+    XV_EXIGE(SUCCEEDED(cliente.Desconecta()));
     XV_EXIGE(bancada.GetDisco().GetQuantidadeAberta() == 0);
     return 0;
 }

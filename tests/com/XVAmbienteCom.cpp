@@ -1,6 +1,5 @@
 #include "tests/com/XVAmbienteCom.h"
 
-#include <atomic>
 #include <filesystem>
 
 #include "platform/win32/XVTextoWindows.h"
@@ -62,10 +61,6 @@ const std::string& DiretorioModulo() {
     return g_sDiretorio;
 }
 
-std::string DiretorioEmpresa(const std::string& sEmpresa) {
-    return g_sDiretorio + "\\" + sEmpresa + "\\DF";
-}
-
 void GravaValor(const wchar_t* pszValor, DWORD ulNumero) {
     const CChave chave(k_pszChaveSuite);
     ::RegSetValueExW(chave.Get(), pszValor, 0, REG_DWORD, reinterpret_cast<const BYTE*>(&ulNumero),
@@ -84,19 +79,16 @@ void EsqueceServidorMorto() {
     CXVProcesso(std::wstring(szSistema) + L"\\net.exe", L"stop rpcss").GetCodigo();
 }
 
-std::string NovaEmpresa() {
-    static std::atomic<int> s_iNumero = 0;
-    return "COM" + std::to_string(100 + s_iNumero++);
-}
-
-XVCliente::SIntegracao IntegracaoPendente(const std::string& sJSON) {
-    XVCliente::SIntegracao dados;
-    dados.sRegistroJSON = sJSON;
-    dados.eTipoIntegracao = 9;
-    dados.eStatusIntegracao = 1;
-    dados.eSistemaIntegracao = 2;
-    dados.eTipoTransacao = 1;
-    return dados;
-}
-
 }  // namespace XVAmbienteCom
+
+namespace XVPortaTeste {
+
+HRESULT Conecta(XVCliente::CXVCliente& rCliente, const XVCliente::SIdentificacao& rIdentificacao) {
+    return rCliente.Conecta(rIdentificacao);
+}
+
+std::string DiretorioEmpresa(const std::string& sEmpresa) {
+    return g_sDiretorio + "\\" + sEmpresa + "\\DF";
+}
+
+}  // namespace XVPortaTeste

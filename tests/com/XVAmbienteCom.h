@@ -6,8 +6,8 @@
 
 #include <string>
 
-#include "client/XVCliente.h"
 #include "platform/XVTipos.h"
+#include "tests/client/XVPortaTeste.h"
 
 namespace XVAmbienteCom {
 
@@ -16,7 +16,9 @@ bool Prepara();
 void Desfaz();
 
 const std::string& DiretorioModulo();
-std::string DiretorioEmpresa(const std::string& sEmpresa);
+using XVPortaTeste::DiretorioEmpresa;
+using XVPortaTeste::IntegracaoPendente;
+using XVPortaTeste::NovaEmpresa;
 
 // A value under the suite's root key, taken back by Apaga. Seen by servers that start afterwards.
 void GravaValor(const wchar_t* pszValor, DWORD ulNumero);
@@ -24,11 +26,6 @@ void ApagaValor(const wchar_t* pszValor);
 
 // After a server was killed: some systems keep offering it until their COM service is started anew.
 void EsqueceServidorMorto();
-
-// A company no other test uses.
-std::string NovaEmpresa();
-
-XVCliente::SIntegracao IntegracaoPendente(const std::string& sJSON);
 
 inline HRESULT Codigo(XVUInt ulCodigo) {
     return XVHResult(ulCodigo);

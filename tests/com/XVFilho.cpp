@@ -12,7 +12,7 @@
 
 namespace {
 
-int Falha(const char* pszPasso, XVCliente::HResult hr) {
+int Falha(const char* pszPasso, HRESULT hr) {
     std::fprintf(stderr, "%s: 0x%08lX\n", pszPasso, static_cast<unsigned long>(hr));
     return 1;
 }
@@ -20,16 +20,16 @@ int Falha(const char* pszPasso, XVCliente::HResult hr) {
 int Grava(const std::string& sEmpresa, int iQuantidade, int iUsuario) {
     const XVCliente::CApartamento apartamento;
     XVCliente::CXVCliente cliente;
-    XVCliente::HResult hr = cliente.Conecta(
+    HRESULT hr = cliente.Conecta(
         {.sEmpresa = sEmpresa, .usUsuario = static_cast<std::uint16_t>(iUsuario), .ulNumeroSessao = 1});
     if (hr < 0) return Falha("Conecta", hr);
     for (int i = 0; i < iQuantidade; ++i) {
         const auto dados = XVAmbienteCom::IntegracaoPendente("{\"usuario\":" + std::to_string(iUsuario) +
                                                              ",\"n\":" + std::to_string(i) + "}");
-        std::uint64_t uiDmc = 0;
-        if (hr = cliente.GravaIntegracao(&uiDmc, dados); hr < 0) return Falha("GravaIntegracao", hr);
-        XVCliente::SIntegracao lida;
-        if (hr = cliente.LeIntegracao(uiDmc, 7, &lida); hr < 0) return Falha("LeIntegracao", hr);
+        REG_XVDMC regDmc;
+        if (hr = cliente.GravaIntegracao(&regDmc, dados); hr < 0) return Falha("GravaIntegracao", hr);
+        CXVDadosCR_IntegracaoMiddleware lida;
+        if (hr = cliente.LeIntegracao(regDmc, 7, &lida); hr < 0) return Falha("LeIntegracao", hr);
         if (lida.sRegistroJSON != dados.sRegistroJSON) return Falha("texto lido", 1);
     }
     return 0;
@@ -38,15 +38,15 @@ int Grava(const std::string& sEmpresa, int iQuantidade, int iUsuario) {
 int Prende(const std::string& sEmpresa, const std::wstring& sEvento, bool bChama) {
     const XVCliente::CApartamento apartamento;
     XVCliente::CXVCliente cliente;
-    const XVCliente::HResult hr = cliente.Conecta({.sEmpresa = sEmpresa, .usUsuario = 9});
+    const HRESULT hr = cliente.Conecta({.sEmpresa = sEmpresa, .usUsuario = 9});
     if (hr < 0) return Falha("Conecta", hr);
     const HANDLE hEvento = ::OpenEventW(EVENT_MODIFY_STATE, FALSE, sEvento.c_str());
     ::SetEvent(hEvento);
     const auto dados = XVAmbienteCom::IntegracaoPendente(std::string(4 << 20, 'x'));
     for (;;) {
         if (!bChama) ::Sleep(INFINITE);
-        std::uint64_t uiDmc = 0;
-        if (cliente.GravaIntegracao(&uiDmc, dados) < 0) return 1;
+        REG_XVDMC regDmc;
+        if (cliente.GravaIntegracao(&regDmc, dados) < 0) return 1;
     }
 }
 

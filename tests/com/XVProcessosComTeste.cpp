@@ -17,7 +17,7 @@ std::wstring Largo(const std::string& sTexto) {
 }
 
 std::size_t Conta(XVCliente::CXVCliente& rCliente) {
-    std::vector<std::uint64_t> lista;
+    std::vector<REG_XVDMC> lista;
     EXPECT_EQ(rCliente.BuscaPonteiros({}, &lista), S_OK);
     return lista.size();
 }
@@ -108,8 +108,8 @@ TEST(Processos, ServidorSaiComOUltimoClienteEVoltaComOProximo) {
     for (int i = 0; i < 3; ++i) {
         XVCliente::CXVCliente cliente;
         ASSERT_EQ(cliente.Conecta({.sEmpresa = sEmpresa}), S_OK);
-        std::uint64_t uiDmc = 0;
-        EXPECT_EQ(cliente.GravaIntegracao(&uiDmc, IntegracaoPendente("{}")), S_OK);
+        REG_XVDMC regDmc;
+        EXPECT_EQ(cliente.GravaIntegracao(&regDmc, IntegracaoPendente("{}")), S_OK);
         EXPECT_EQ(Conta(cliente), static_cast<std::size_t>(i + 1));
         cliente.Desconecta();
         // The second time round without waiting: a creation beside a server that is ending.
@@ -154,10 +154,10 @@ TEST(Processos, ClientesMortosEntreChamadasENoMeioDeUma) {
             ASSERT_TRUE(preso.EstaDentro());
             ::Sleep(200);
             preso.Mata();
-            std::uint64_t uiDmc = 0;
-            EXPECT_EQ(cliente.GravaIntegracao(&uiDmc, IntegracaoPendente("{\"vivo\":1}")), S_OK);
-            XVCliente::SIntegracao lida;
-            EXPECT_EQ(cliente.LeIntegracao(uiDmc, 7, &lida), S_OK);
+            REG_XVDMC regDmc;
+            EXPECT_EQ(cliente.GravaIntegracao(&regDmc, IntegracaoPendente("{\"vivo\":1}")), S_OK);
+            CXVDadosCR_IntegracaoMiddleware lida;
+            EXPECT_EQ(cliente.LeIntegracao(regDmc, 7, &lida), S_OK);
             EXPECT_EQ(lida.sRegistroJSON, "{\"vivo\":1}");
         }
         uiAntes = Conta(cliente);
@@ -172,16 +172,16 @@ TEST(Processos, ServidorMortoDaCodigoClaroEOProximoAbreALoja) {
     const std::string sEmpresa = NovaEmpresa();
     XVCliente::CXVCliente cliente;
     ASSERT_EQ(cliente.Conecta({.sEmpresa = sEmpresa}), S_OK);
-    std::uint64_t uiDmc = 0;
-    ASSERT_EQ(cliente.GravaIntegracao(&uiDmc, IntegracaoPendente("{\"antes\":1}")), S_OK);
+    REG_XVDMC regDmc;
+    ASSERT_EQ(cliente.GravaIntegracao(&regDmc, IntegracaoPendente("{\"antes\":1}")), S_OK);
     XVProcessos::MataServidores();
-    std::uint64_t uiPerdida = 0;
-    const HRESULT hr = cliente.GravaIntegracao(&uiPerdida, IntegracaoPendente("{}"));
+    REG_XVDMC regPerdida;
+    const HRESULT hr = cliente.GravaIntegracao(&regPerdida, IntegracaoPendente("{}"));
     EXPECT_TRUE(XVCliente::ServidorFoiEmbora(hr)) << std::hex << hr;
     EXPECT_FALSE(cliente.EstaConectado());
     EsqueceServidorMorto();
-    XVCliente::SIntegracao lida;
-    EXPECT_EQ(cliente.LeIntegracao(uiDmc, 7, &lida), S_OK);  // connects again by itself
+    CXVDadosCR_IntegracaoMiddleware lida;
+    EXPECT_EQ(cliente.LeIntegracao(regDmc, 7, &lida), S_OK);  // connects again by itself
     EXPECT_EQ(lida.sRegistroJSON, "{\"antes\":1}");
     EXPECT_TRUE(cliente.EstaConectado());
 }
@@ -190,11 +190,11 @@ TEST(Processos, FimPedidoFechaLojasComClientesConectados) {
     const std::string sEmpresa = NovaEmpresa();
     XVCliente::CXVCliente cliente;
     ASSERT_EQ(cliente.Conecta({.sEmpresa = sEmpresa}), S_OK);
-    std::uint64_t uiDmc = 0;
-    ASSERT_EQ(cliente.GravaIntegracao(&uiDmc, IntegracaoPendente("{}")), S_OK);
+    REG_XVDMC regDmc;
+    ASSERT_EQ(cliente.GravaIntegracao(&regDmc, IntegracaoPendente("{}")), S_OK);
     XVProcessos::PedeFimAosServidores();
     EXPECT_TRUE(XVProcessos::EsperaServidores(0, 10000));
-    XVCliente::SIntegracao lida;
-    EXPECT_EQ(cliente.LeIntegracao(uiDmc, 7, &lida), S_OK);  // a new server
+    CXVDadosCR_IntegracaoMiddleware lida;
+    EXPECT_EQ(cliente.LeIntegracao(regDmc, 7, &lida), S_OK);  // a new server
     EXPECT_EQ(lida.sRegistroJSON, "{}");
 }

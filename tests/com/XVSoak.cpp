@@ -28,23 +28,23 @@ std::size_t MemoriaServidor() {
 }
 
 // One step of ten calls; only the first one adds an integration, once in a hundred steps.
-XVCliente::HResult Passo(XVCliente::CXVCliente& rCliente, int iPasso, std::uint64_t* puiDmc,
-                         int* piIntegracoes) {
+HRESULT Passo(XVCliente::CXVCliente& rCliente, int iPasso, REG_XVDMC* pDmc, int* piIntegracoes) {
     auto dados = XVAmbienteCom::IntegracaoPendente("{\"passo\":" + std::to_string(iPasso) + "}");
-    XVCliente::HResult hr = 0;
+    HRESULT hr = 0;
     if (iPasso % 100 == 0) {
-        *puiDmc = 0;
+        *pDmc = {};
         ++*piIntegracoes;
     }
-    hr = rCliente.GravaIntegracao(puiDmc, dados);
-    XVCliente::SIntegracao lida;
-    for (int i = 0; i < 3 && hr >= 0; ++i) hr = rCliente.LeIntegracao(*puiDmc, 7, &lida);
-    std::vector<XVCliente::SIntegracao> lista;
-    if (hr >= 0) hr = rCliente.LeIntegracoes({*puiDmc, *puiDmc}, 7, &lista);
-    std::vector<std::uint64_t> achados;
+    hr = rCliente.GravaIntegracao(pDmc, dados);
+    CXVDadosCR_IntegracaoMiddleware lida;
+    for (int i = 0; i < 3 && hr >= 0; ++i) hr = rCliente.LeIntegracao(*pDmc, 7, &lida);
+    std::vector<CXVDadosCR_IntegracaoMiddleware> lista;
+    if (hr >= 0) hr = rCliente.LeIntegracoes({*pDmc, *pDmc}, 7, &lista);
+    std::vector<REG_XVDMC> achados;
     if (hr >= 0)
         hr = rCliente.BuscaPonteiros({.listaStatusIntegracao = {1}, .listaTipoTransacao = {1}}, &achados);
-    XVCliente::SChaveRegistro chave{.uiChaveRegistroSistemaTerceiro = 5, .uiDmcRegistroTelvo = *puiDmc};
+    CXVDadosCR_ChaveRegistroTelvoParaTerceiro chave{.uiChaveRegistroSistemaTerceiro = 5,
+                                                    .regDmcRegistroTelvo = *pDmc};
     if (hr >= 0) hr = rCliente.GravaChaveRegistro(chave);
     if (hr >= 0) hr = rCliente.BuscaChaveRegistro(chave, &chave);
     // A refused call must leave nothing behind either.
@@ -56,14 +56,14 @@ XVCliente::HResult Passo(XVCliente::CXVCliente& rCliente, int iPasso, std::uint6
 
 int Executa(int iChamadas) {
     XVCliente::CXVCliente cliente;
-    XVCliente::HResult hr = cliente.Conecta({.sEmpresa = "SOAK", .usUsuario = 7});
+    HRESULT hr = cliente.Conecta({.sEmpresa = "SOAK", .usUsuario = 7});
     const int iPassos = iChamadas / 10;
     std::size_t uiMeio = 0;
     int iMeio = 0;
     int iIntegracoes = 0;
-    std::uint64_t uiDmc = 0;
+    REG_XVDMC regDmc;
     for (int i = 0; i < iPassos && hr >= 0; ++i) {
-        hr = Passo(cliente, i, &uiDmc, &iIntegracoes);
+        hr = Passo(cliente, i, &regDmc, &iIntegracoes);
         if (i % (iPassos / 10 + 1) == 0)
             std::printf("%8d calls  %8zu KB  %6d integrations\n", i * 10, MemoriaServidor() / 1024,
                         iIntegracoes);

@@ -5,7 +5,7 @@
 
 namespace {
 
-SErroCampo Le(const std::string& sLinha, SIntegracao* pDados) {
+SErroCampo Le(const std::string& sLinha, CXVDadosCR_IntegracaoMiddleware* pDados) {
     std::vector<SMembroJson> listaMembros;
     const std::string sErro = XVSeparaMembros(sLinha, &listaMembros);
     if (!sErro.empty()) return {"", sErro};
@@ -14,13 +14,13 @@ SErroCampo Le(const std::string& sLinha, SIntegracao* pDados) {
 }
 
 std::string CampoErrado(const std::string& sLinha) {
-    SIntegracao dados;
+    CXVDadosCR_IntegracaoMiddleware dados;
     const SErroCampo erro = Le(sLinha, &dados);
     return erro.sMensagem.empty() ? "nenhum" : erro.sCampo;
 }
 
-SIntegracao IntegracaoCompleta() {
-    SIntegracao dados;
+CXVDadosCR_IntegracaoMiddleware IntegracaoCompleta() {
+    CXVDadosCR_IntegracaoMiddleware dados;
     dados.sRegistroJSON = "{\"descrição\":\"ação\"}";
     dados.sMensagemIntegracao = "linha 1\nlinha \"2\"\t\x01";
     dados.sJSONRetornoIntegracao = "\xff\xfe bytes";
@@ -45,14 +45,14 @@ SIntegracao IntegracaoCompleta() {
 }
 
 TEST(RegistroJson, OQueSaiVoltaIgual) {
-    const SIntegracao dados = IntegracaoCompleta();
+    const CXVDadosCR_IntegracaoMiddleware dados = IntegracaoCompleta();
     const XVJson json = XVRegistroJson::ParaJson(dados);
     EXPECT_EQ(json["regDmc"], std::to_string(dados.regDmc.uiValor));
     EXPECT_EQ(json["sDmc"], "20261121-15-1");
     EXPECT_EQ(json["eStatusIntegracao"], "eXVSMiddleware_Sucesso");
     EXPECT_EQ(json["regDataHoraAlteracaoStatus"], "");
     EXPECT_FALSE(json.contains("regJSONRetornoIntegracao"));
-    SIntegracao volta;
+    CXVDadosCR_IntegracaoMiddleware volta;
     const SErroCampo erro = Le(json.dump(), &volta);
     ASSERT_EQ(erro.sMensagem, "") << erro.sCampo;
     EXPECT_EQ(XVRegistroJson::ParaJson(volta), json);
@@ -61,7 +61,7 @@ TEST(RegistroJson, OQueSaiVoltaIgual) {
 }
 
 TEST(RegistroJson, JsonEmbutidoFicaComoEstaMenosOsEspacos) {
-    SIntegracao dados;
+    CXVDadosCR_IntegracaoMiddleware dados;
     const SErroCampo erro = Le(
         R"( { "regRegistroJSON" : { "z" : 1.50 , "a" : [ 1e2, 12345678901234567890123, "é \" , \\" ] , "a2": "\u00e9" } ,)"
         R"( "regMensagemIntegracao":"texto \u00e9 \ud83d\ude00","regJSONRetornoIntegracao":[ ] } )",
@@ -108,7 +108,7 @@ TEST(LinhaJson, RecusaOQueNaoEUmObjeto) {
 
 TEST(LinhaJson, AninhamentoFundoNaoEsgotaAPilha) {
     const std::string sFundo = std::string(1000000, '[') + std::string(1000000, ']');
-    SIntegracao dados;
+    CXVDadosCR_IntegracaoMiddleware dados;
     EXPECT_EQ(Le("{\"regRegistroJSON\":" + sFundo + "}", &dados).sMensagem, "");
     EXPECT_EQ(dados.sRegistroJSON, sFundo);
     EXPECT_NE(Le("{\"regRegistroJSON\":" + sFundo, &dados).sMensagem, "");

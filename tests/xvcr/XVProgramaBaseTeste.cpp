@@ -1,7 +1,7 @@
 #include <gmock/gmock.h>
 
+#include "client/XVCliente.h"
 #include "tests/xvcr/XVPrograma.h"
-#include "tools/xvcr/XVOperacoesLocais.h"
 
 namespace {
 
@@ -12,24 +12,21 @@ using testing::StartsWith;
 class ProgramaBase : public XVPrograma {};
 
 TEST_F(ProgramaBase, LeituraEnquantoOutroProcessoGrava) {
-    CXVOperacoesLocais operacoes;
-    SAcesso acesso;
-    acesso.sDiretorio = m_Diretorio.GetCaminho();
-    acesso.sEmpresa = "001";
-    ASSERT_EQ(operacoes.Inicializa(acesso), S_OK);
-    SIntegracao dados;
+    XVCliente::CXVCliente cliente;
+    ASSERT_EQ(cliente.ConectaLocal({.sEmpresa = "001"}, {.sDiretorio = m_Diretorio.GetCaminho()}), S_OK);
+    CXVDadosCR_IntegracaoMiddleware dados;
     dados.sRegistroJSON = "{\"primeira\":1}";
     REG_XVDMC regPrimeira;
-    ASSERT_EQ(operacoes.GravaIntegracao(&regPrimeira, dados), S_OK);
+    ASSERT_EQ(cliente.GravaIntegracao(&regPrimeira, dados), S_OK);
 
     const nlohmann::json json = Json({"--leitura", "le", regPrimeira.ToString(), "--todos"}).at(0);
     EXPECT_EQ(json["regRegistroJSON"], dados.sRegistroJSON);
     EXPECT_EQ(Xvcr({"--leitura", "busca", "--conta"}).sSaida, "1\n");
 
     REG_XVDMC regSegunda;
-    EXPECT_EQ(operacoes.GravaIntegracao(&regSegunda, dados), S_OK) << "the viewer must not be in the way";
+    EXPECT_EQ(cliente.GravaIntegracao(&regSegunda, dados), S_OK) << "the viewer must not be in the way";
     EXPECT_EQ(Xvcr({"--leitura", "busca", "--conta"}).sSaida, "2\n");
-    EXPECT_EQ(operacoes.Finaliza(), S_OK);
+    EXPECT_EQ(cliente.Desconecta(), S_OK);
 }
 
 TEST_F(ProgramaBase, BaseQueNaoHaNaoECriadaPorQuemSoOlha) {

@@ -4,6 +4,7 @@
 
 #include <functional>
 
+#include "client/XVCliente.h"
 #include "core/xvrpcdll/XVComponenteMiddleware.h"
 #include "support/trace/XVCapturaTrace.h"
 #include "tests/harness/XVGuardasPlataforma.h"
@@ -13,7 +14,6 @@
 #include "tests/harness/XVSistemaArquivosMemoria.h"
 #include "tests/xvdatabase/XVCabecalhoTeste.h"
 #include "tests/xvrpcdll/XVLogicaFalsa.h"
-#include "tools/xvcr/XVOperacoesLocais.h"
 #include "tools/xvcr/text/XVErros.h"
 
 namespace {
@@ -42,21 +42,21 @@ class Recusa : public testing::Test {
 
     Recusa() {
         m_Registro.SetTexto(CAmbienteXV::GetChaveRegistro(XV_DF), "Path", "/dados");
-        CXVOperacoesLocais operacoes;
-        SIntegracao dados;
+        XVCliente::CXVCliente cliente;
+        CXVDadosCR_IntegracaoMiddleware dados;
         dados.sRegistroJSON = "{}";
         dados.eTipoIntegracao = eXVSMiddleware_BuscaPedidos;
         dados.eStatusIntegracao = eXVSMiddleware_Pendente;
         dados.eSistemaIntegracao = SimulacaoSistemaTerceiro;
         dados.eTipoTransacao = eXVSMiddleware_Inclusao;
-        EXPECT_EQ(operacoes.Inicializa(m_Acesso), S_OK);
-        EXPECT_EQ(operacoes.GravaIntegracao(&m_Dmc, dados), S_OK);
-        EXPECT_EQ(operacoes.Finaliza(), S_OK);
+        EXPECT_EQ(cliente.ConectaLocal(m_Identificacao, {}), S_OK);
+        EXPECT_EQ(cliente.GravaIntegracao(&m_Dmc, dados), S_OK);
+        EXPECT_EQ(cliente.Desconecta(), S_OK);
         // A file is listed when it is next opened.
-        EXPECT_EQ(operacoes.Inicializa(m_Acesso), S_OK);
-        SIntegracao lida;
-        EXPECT_EQ(operacoes.LeIntegracao(m_Dmc, 7, &lida), S_OK);
-        EXPECT_EQ(operacoes.Finaliza(), S_OK);
+        EXPECT_EQ(cliente.ConectaLocal(m_Identificacao, {}), S_OK);
+        CXVDadosCR_IntegracaoMiddleware lida;
+        EXPECT_EQ(cliente.LeIntegracao(m_Dmc, 7, &lida), S_OK);
+        EXPECT_EQ(cliente.Desconecta(), S_OK);
         m_Sa = m_Arquivos.Retrata();
         m_Captura.emplace();
     }
@@ -138,10 +138,10 @@ class Recusa : public testing::Test {
         }
         return hr;
     }
-    HRESULT UsaOperacoes(IXVOperacoes& r, EUso eUso) const {
-        const HRESULT hr = r.Inicializa(m_Acesso);
+    HRESULT UsaCliente(XVCliente::CXVCliente& r, EUso eUso) const {
+        const HRESULT hr = r.ConectaLocal(m_Identificacao, {});
         if (FAILED(hr) || eUso == EUso::eAbre) return hr;
-        SIntegracao dados;
+        CXVDadosCR_IntegracaoMiddleware dados;
         dados.eTipoIntegracao = eXVSMiddleware_BuscaPedidos;
         if (eUso == EUso::eLe) return r.LeIntegracao(m_Dmc, 7, &dados);
         if (eUso == EUso::eGrava) {
@@ -149,7 +149,7 @@ class Recusa : public testing::Test {
             dados.eSistemaIntegracao = SimulacaoSistemaTerceiro;
             return r.GravaIntegracao(&dmc, dados);
         }
-        SFiltroIntegracao filtro;
+        CXVDadosCR_FiltroIntegracaoMiddleware filtro;
         filtro.listaTipoIntegracao = {eXVSMiddleware_BuscaPedidos};
         std::vector<REG_XVDMC> lista;
         return r.BuscaPonteiros(filtro, &lista);
@@ -171,12 +171,12 @@ class Recusa : public testing::Test {
         EXPECT_TRUE(NoLog("Arquivo recusado: " + sArquivo + "\t"));
         Restaura(rCaso);
         const CXVArquivosRecusados recusados;
-        CXVOperacoesLocais operacoes;
+        XVCliente::CXVCliente cliente;
         try {
-            XVConfere(UsaOperacoes(operacoes, rCaso.eUso));
+            XVConfere(UsaCliente(cliente, rCaso.eUso));
             ADD_FAILURE() << "not refused";
         } catch (const CXVErro& rErro) {
-            EXPECT_THAT(rErro.what(), StartsWith(XVCodigoHexadecimal(rCaso.hr)));
+            EXPECT_THAT(rErro.what(), StartsWith(XVCliente::CodigoEmTexto(rCaso.hr)));
             EXPECT_THAT(rErro.what(), EndsWith(" Arquivo: " + sArquivo));
         }
     }
@@ -193,7 +193,7 @@ class Recusa : public testing::Test {
     CXVGuardaSistemaArquivos m_GuardaSistema{m_Falhas};
     CXVGuardaRegistro m_GuardaRegistro{m_Registro};
     CXVGuardaRelogio m_GuardaRelogio{m_Relogio};
-    SAcesso m_Acesso{.sDiretorio = "", .sEmpresa = "UM", .usUsuario = 7};
+    const XVCliente::SIdentificacao m_Identificacao{.sEmpresa = "UM", .usUsuario = 7};
     REG_XVDMC m_Dmc;
     CXVSistemaArquivosMemoria::TRetrato m_Sa;
     std::optional<CXVCapturaTrace> m_Captura;

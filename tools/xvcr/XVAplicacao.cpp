@@ -14,8 +14,6 @@ namespace {
 
 constexpr XVUShort k_usMaiorUsuario = 65534;  // the one above stands for the conversion
 
-constexpr const char* k_szGrupoOpcoes = "Opções";
-
 void PoeEmPortugues(CLI::App& rRaiz) {
     rRaiz.formatter(std::make_shared<CXVFormatoAjuda>());
     rRaiz.set_help_flag("-h,--help", "Mostra esta ajuda");
@@ -24,21 +22,23 @@ void PoeEmPortugues(CLI::App& rRaiz) {
 }
 
 void AdicionaOpcoesGlobais(CLI::App& rRaiz, CXVContexto& rContexto) {
-    SAcesso& rAcesso = rContexto.acesso;
     rRaiz.option_defaults()->group("Opções gerais");
     XVOpcaoSimples(rRaiz, "--diretorio", "PASTA",
-                   "Diretório do módulo (ou XVCR_DIRETORIO; padrão: o da instalação)", &rAcesso.sDiretorio);
-    XVOpcaoSimples(rRaiz, "--empresa", "CÓDIGO", "Código da empresa (ou XVCR_EMPRESA)", &rAcesso.sEmpresa);
+                   "Diretório do módulo (ou XVCR_DIRETORIO; padrão: o da instalação)",
+                   &rContexto.loja.sDiretorio);
+    XVOpcaoSimples(rRaiz, "--empresa", "CÓDIGO", "Código da empresa (ou XVCR_EMPRESA)",
+                   &rContexto.identificacao.sEmpresa);
     XVOpcao(rRaiz, "--usuario", "NÚMERO", "Usuário, de 0 a 65534 (padrão: 0)",
-            [&rAcesso](std::string_view s) {
+            [&rContexto](std::string_view s) {
                 XVUShort usUsuario = 0;
                 std::string sErro = XVLeituraValor::Le(s, &usUsuario);
                 if (sErro.empty() && usUsuario > k_usMaiorUsuario) sErro = "o usuário vai de 0 a 65534";
-                if (sErro.empty()) rAcesso.usUsuario = usUsuario;
+                if (sErro.empty()) rContexto.identificacao.usUsuario = usUsuario;
                 return sErro;
             });
-    XVOpcaoValor(rRaiz, "--sessao", "NÚMERO", "Número da sessão (padrão: 0)", &rAcesso.ulNumeroSessao);
-    rRaiz.add_flag("--leitura", rAcesso.bSomenteLeitura,
+    XVOpcaoValor(rRaiz, "--sessao", "NÚMERO", "Número da sessão (padrão: 0)",
+                 &rContexto.identificacao.ulNumeroSessao);
+    rRaiz.add_flag("--leitura", rContexto.loja.bSomenteLeitura,
                    "Só lê, sem bloquear: vale enquanto outro programa grava na mesma base");
     rRaiz.add_flag("--servidor", rContexto.bServidor,
                    "Usa o servidor do componente em vez de abrir a base aqui");
@@ -110,21 +110,6 @@ int Executa(const std::vector<std::string>& listaArgumentos) {
 }
 
 }  // namespace
-
-CLI::App* XVAdicionaComando(CLI::App& rRaiz, const std::string& sNome, const std::string& sDescricao,
-                            const std::string& sExemplos) {
-    CLI::App* pComando = rRaiz.add_subcommand(sNome, sDescricao);
-    pComando->group("Comandos");
-    pComando->get_help_ptr()->group(k_szGrupoOpcoes);
-    pComando->footer(
-        "Exemplos:\n" + sExemplos +
-        "\nAs opções gerais (--empresa, --diretorio, --json e outras) estão em \"xvcr --help\".");
-    return pComando;
-}
-
-void XVDefineAcao(CLI::App* pComando, CXVContexto& rContexto, std::function<void()> fAcao) {
-    pComando->callback([&rContexto, fAcao = std::move(fAcao)] { rContexto.fAcao = fAcao; });
-}
 
 int XVExecutaAplicacao(const std::vector<std::string>& listaArgumentos) {
     const CXVArquivosRecusados recusados;  // for the names in messages

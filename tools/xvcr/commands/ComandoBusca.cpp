@@ -8,14 +8,14 @@
 namespace {
 
 struct SBusca {
-    SFiltroIntegracao filtro;
+    CXVDadosCR_FiltroIntegracaoMiddleware filtro;
     SOpcoesLeitura opcoes;
     bool bLe = false;
     bool bConta = false;
     bool bDmcs = false;
 };
 
-void AdicionaFiltro(CLI::App& rComando, SFiltroIntegracao& rFiltro) {
+void AdicionaFiltro(CLI::App& rComando, CXVDadosCR_FiltroIntegracaoMiddleware& rFiltro) {
     XVOpcaoValor(rComando, "--chave-inicial", "NÚMERO", "Menor chave externa; com --sistema, a chave exata",
                  &rFiltro.uiChaveIntegracaoSistemaTerceiroInicial);
     XVOpcaoValor(rComando, "--chave-final", "NÚMERO", "Maior chave externa",

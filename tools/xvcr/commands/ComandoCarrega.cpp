@@ -66,7 +66,7 @@ void MostraLinha(CXVSaida& rSaida, std::uint64_t uiLinha, const SResultadoLinha&
     json["linha"] = uiLinha;
     json["operacao"] = bStatus ? "status" : "integracao";
     const bool bChegouABase = rResultado.sErro.empty() || FAILED(rResultado.hr);
-    if (bChegouABase) json["hr"] = XVCodigoHexadecimal(rResultado.hr);
+    if (bChegouABase) json["hr"] = XVCliente::CodigoEmTexto(rResultado.hr);
     XVRegistroJson::Inclui(json, "regDmc", rResultado.regDmc);
     if (!rResultado.sErro.empty()) {
         if (!rResultado.sCampo.empty()) XVRegistroJson::Inclui(json, "campo", rResultado.sCampo);

@@ -9,12 +9,12 @@
 namespace {
 
 struct SConsulta {
-    SConsultaTerceiro consulta;
+    CXVDadosCR_ConsultaSistemaTerceiro consulta;
     std::string sArquivo;  // of the document; empty: the document goes into the output
 };
 
 void Executa(const SConsulta& rConsulta, CXVContexto& rContexto) {
-    SRespostaConsulta resposta;
+    CXVDadosCR_StatusConsultaSistemaTerceiro resposta;
     XVConfere(rContexto.Abre(EUsoDaBase::eLeitura).BuscaDadosSistemaTerceiro(rConsulta.consulta, &resposta));
     const std::size_t uiTamanho = resposta.sDocumentoRetorno.size();
     if (!rConsulta.sArquivo.empty()) {
@@ -49,7 +49,7 @@ void XVAdicionaConsulta(CLI::App& rRaiz, CXVContexto& rContexto) {
         rRaiz, "consulta", "Consulta um sistema externo, sem gravar nada",
         "  xvcr consulta --tipo-consulta ConsultaCnpj --chave-consulta 11222333000181\n"
         "  xvcr consulta --tipo-consulta ConsultaBoleto --chave-consulta 9001 --documento boleto.pdf");
-    SConsultaTerceiro& rDados = pConsulta->consulta;
+    CXVDadosCR_ConsultaSistemaTerceiro& rDados = pConsulta->consulta;
     XVOpcaoEnumeracao(*pComando, "--tipo-consulta", "O que é consultado", EEnumeracao::eTipoConsulta,
                       &rDados.eTipoConsulta)
         ->required();

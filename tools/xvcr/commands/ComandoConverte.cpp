@@ -1,9 +1,9 @@
 // converte: brings a store of an earlier version to the current one.
 #include <memory>
 
+#include "client/XVChamador.h"
+#include "client/XVRegistroComDiretorio.h"
 #include "middleware/ConversaoMiddleware.h"
-#include "tools/xvcr/XVRegistroComDiretorio.h"
-#include "tools/xvcr/commands/XVChamador.h"
 #include "tools/xvcr/commands/XVComandos.h"
 #include "tools/xvcr/commands/XVSaidaConversao.h"
 
@@ -34,12 +34,12 @@ void Simula(CXVConversaoMiddleware& rConversao, CXVSaida& rSaida) {
 
 void Executa(bool bSimula, CXVContexto& rContexto) {
     if (rContexto.bServidor) XVErroDeUso("--servidor: a conversão é feita na própria base");
-    if (rContexto.acesso.bSomenteLeitura && !bSimula)
+    if (rContexto.loja.bSomenteLeitura && !bSimula)
         XVErroDeUso("--leitura não vale para um comando que grava");
     rContexto.CompletaAcesso();
     rContexto.ExigeEmpresa();
-    const std::unique_ptr<CXVRegistroComDiretorio> pRegistro = XVRegistroDoAcesso(rContexto.acesso);
-    const CXVChamador chamador(rContexto.acesso);
+    const CXVUsoDoDiretorio diretorio(rContexto.loja.sDiretorio);
+    const CXVChamador chamador(rContexto.identificacao);
     CXVSaidaConversao observador(rContexto.saida);
     CXVConversaoMiddleware conversao(&observador);
     XVConfere(conversao.Inicializa(&chamador));

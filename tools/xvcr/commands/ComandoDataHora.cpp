@@ -6,7 +6,7 @@
 
 namespace {
 
-void AdicionaOpcoes(CLI::App& rComando, SDataHoraIntegracao& rDados) {
+void AdicionaOpcoes(CLI::App& rComando, CXVDadosCR_DataHoraIntegracaoTerceiro& rDados) {
     XVOpcaoEnumeracao(rComando, "--tipo", "Tipo de integração", EEnumeracao::eTipoIntegracao,
                       &rDados.eTipoIntegracao)
         ->required();
@@ -18,7 +18,7 @@ void AdicionaOpcoes(CLI::App& rComando, SDataHoraIntegracao& rDados) {
 }
 
 void AdicionaGrava(CLI::App& rDataHora, CXVContexto& rContexto) {
-    auto pDados = std::make_shared<SDataHoraIntegracao>();
+    auto pDados = std::make_shared<CXVDadosCR_DataHoraIntegracaoTerceiro>();
     CLI::App* pComando = XVAdicionaComando(
         rDataHora, "grava", "Grava uma data-hora (inclui ou altera)",
         "  xvcr datahora grava --tipo BuscaPedidos --sistema Mercos --tipo-data DataUltimaBusca \\\n"
@@ -32,14 +32,14 @@ void AdicionaGrava(CLI::App& rDataHora, CXVContexto& rContexto) {
 }
 
 void AdicionaBusca(CLI::App& rDataHora, CXVContexto& rContexto) {
-    auto pFiltro = std::make_shared<SDataHoraIntegracao>();
+    auto pFiltro = std::make_shared<CXVDadosCR_DataHoraIntegracaoTerceiro>();
     CLI::App* pComando = XVAdicionaComando(
         rDataHora, "busca", "Busca uma data-hora",
         "  xvcr datahora busca --tipo BuscaPedidos --sistema Mercos --tipo-data DataUltimaBusca\n"
         "Nada encontrado não é erro: com --json, nenhuma linha sai.");
     AdicionaOpcoes(*pComando, *pFiltro);
     XVDefineAcao(pComando, rContexto, [pFiltro, &rContexto] {
-        SDataHoraIntegracao achada;
+        CXVDadosCR_DataHoraIntegracaoTerceiro achada;
         XVConfere(rContexto.Abre(EUsoDaBase::eLeitura).BuscaDataHora(*pFiltro, &achada));
         if (!achada.regDataHora.EhNula())
             rContexto.saida.Registro(achada);

@@ -15,15 +15,15 @@ struct SGrava {
 
 void Executa(const SGrava& rGrava, CXVContexto& rContexto) {
     if (rGrava.bSubstitui && rGrava.regDmc.EhNulo()) XVErroDeUso("--substitui só vale com --dmc");
-    IXVOperacoes& rOperacoes = rContexto.Abre(EUsoDaBase::eGravacao);
-    SIntegracao dados;
+    XVCliente::CXVCliente& rCliente = rContexto.Abre(EUsoDaBase::eGravacao);
+    CXVDadosCR_IntegracaoMiddleware dados;
     // An update replaces the whole record, so what was not given is taken from the record as it stands.
     if (!rGrava.regDmc.EhNulo() && !rGrava.bSubstitui)
-        XVConfere(rOperacoes.LeIntegracao(rGrava.regDmc, XVFlagLeitura::eTextos, &dados));
+        XVConfere(rCliente.LeIntegracao(rGrava.regDmc, k_ullLeTextos, &dados));
     rGrava.opcoes.Aplica(dados);
 
     REG_XVDMC regDmc = rGrava.regDmc;
-    XVConfere(rOperacoes.GravaIntegracao(&regDmc, dados));
+    XVConfere(rCliente.GravaIntegracao(&regDmc, dados));
     if (rContexto.saida.EhJson()) {
         XVJson json = XVJson::object();
         XVRegistroJson::Inclui(json, "regDmc", regDmc);

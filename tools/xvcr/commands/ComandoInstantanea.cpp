@@ -13,7 +13,7 @@ struct SInstantanea {
 };
 
 void Executa(const SInstantanea& rInstantanea, CXVContexto& rContexto) {
-    SIntegracao dados;
+    CXVDadosCR_IntegracaoMiddleware dados;
     rInstantanea.opcoes.Aplica(dados);
     REG_XVDMC regDmc = rInstantanea.regDmc;
     XVConfere(rContexto.Abre(EUsoDaBase::eGravacao).GravaIntegracaoInstantanea(&regDmc, dados));

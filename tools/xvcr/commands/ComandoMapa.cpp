@@ -6,7 +6,8 @@
 
 namespace {
 
-void AdicionaOpcoes(CLI::App& rComando, SChaveRegistro& rDados, bool bChave, bool bOrigem) {
+void AdicionaOpcoes(CLI::App& rComando, CXVDadosCR_ChaveRegistroTelvoParaTerceiro& rDados, bool bChave,
+                    bool bOrigem) {
     XVOpcaoValor(rComando, "--registro", "DMC", "Registro do sistema", &rDados.regDmcRegistroTelvo);
     if (bChave)
         XVOpcaoValor(rComando, "--chave-registro", "NÚMERO", "Id do registro no sistema externo",
@@ -24,7 +25,7 @@ void AdicionaOpcoes(CLI::App& rComando, SChaveRegistro& rDados, bool bChave, boo
                      &rDados.regDmcOrigemIntegracao);
 }
 
-void Mostra(CXVContexto& rContexto, const SChaveRegistro& rDados) {
+void Mostra(CXVContexto& rContexto, const CXVDadosCR_ChaveRegistroTelvoParaTerceiro& rDados) {
     if (!rDados.regDmcRegistroTelvo.EhNulo())
         rContexto.saida.Registro(rDados);
     else if (!rContexto.saida.EhJson())
@@ -32,39 +33,39 @@ void Mostra(CXVContexto& rContexto, const SChaveRegistro& rDados) {
 }
 
 void AdicionaGrava(CLI::App& rMapa, CXVContexto& rContexto) {
-    auto pDados = std::make_shared<SChaveRegistro>();
+    auto pDados = std::make_shared<CXVDadosCR_ChaveRegistroTelvoParaTerceiro>();
     CLI::App* pComando =
         XVAdicionaComando(rMapa, "grava", "Grava o id externo de um registro (inclui ou altera)",
                           "  xvcr mapa grava --registro 20261121-7-2 --chave-registro 5501 --tipo "
                           "CadastroProduto --sistema Mercos");
     AdicionaOpcoes(*pComando, *pDados, true, true);
     XVDefineAcao(pComando, rContexto, [pDados, &rContexto] {
-        IXVOperacoes& rOperacoes = rContexto.Abre(EUsoDaBase::eGravacao);
-        XVConfere(rOperacoes.GravaChaveRegistro(*pDados));
-        SChaveRegistro gravada;  // an origin that was not given stays as it was
-        XVConfere(rOperacoes.BuscaChaveRegistro(*pDados, &gravada));
+        XVCliente::CXVCliente& rCliente = rContexto.Abre(EUsoDaBase::eGravacao);
+        XVConfere(rCliente.GravaChaveRegistro(*pDados));
+        CXVDadosCR_ChaveRegistroTelvoParaTerceiro gravada;  // an origin that was not given stays as it was
+        XVConfere(rCliente.BuscaChaveRegistro(*pDados, &gravada));
         Mostra(rContexto, gravada);
     });
 }
 
 void AdicionaPendente(CLI::App& rMapa, CXVContexto& rContexto) {
-    auto pDados = std::make_shared<SChaveRegistro>();
+    auto pDados = std::make_shared<CXVDadosCR_ChaveRegistroTelvoParaTerceiro>();
     CLI::App* pComando = XVAdicionaComando(
         rMapa, "pendente", "Inclui uma ligação sem id externo, se o registro não tem nenhuma",
         "  xvcr mapa pendente --registro 20261121-7-2 --tipo CadastroProduto --sistema Mercos\n"
         "O resultado é a ligação que ficou gravada, a que já havia ou a nova.");
     AdicionaOpcoes(*pComando, *pDados, false, true);
     XVDefineAcao(pComando, rContexto, [pDados, &rContexto] {
-        IXVOperacoes& rOperacoes = rContexto.Abre(EUsoDaBase::eGravacao);
-        XVConfere(rOperacoes.GravaChaveRegistroPendente(*pDados));
-        SChaveRegistro gravado;
-        XVConfere(rOperacoes.BuscaChaveRegistro(*pDados, &gravado));
+        XVCliente::CXVCliente& rCliente = rContexto.Abre(EUsoDaBase::eGravacao);
+        XVConfere(rCliente.GravaChaveRegistroPendente(*pDados));
+        CXVDadosCR_ChaveRegistroTelvoParaTerceiro gravado;
+        XVConfere(rCliente.BuscaChaveRegistro(*pDados, &gravado));
         Mostra(rContexto, gravado);
     });
 }
 
 void AdicionaBusca(CLI::App& rMapa, CXVContexto& rContexto) {
-    auto pFiltro = std::make_shared<SChaveRegistro>();
+    auto pFiltro = std::make_shared<CXVDadosCR_ChaveRegistroTelvoParaTerceiro>();
     CLI::App* pComando = XVAdicionaComando(
         rMapa, "busca", "Busca uma ligação pelo registro ou pelo id externo",
         "  xvcr mapa busca --registro 20261121-7-2 --tipo CadastroProduto --sistema Mercos\n"
@@ -74,7 +75,7 @@ void AdicionaBusca(CLI::App& rMapa, CXVContexto& rContexto) {
     XVDefineAcao(pComando, rContexto, [pFiltro, &rContexto] {
         if (pFiltro->regDmcRegistroTelvo.EhNulo() && pFiltro->uiChaveRegistroSistemaTerceiro == 0)
             XVErroDeUso("a busca pede --registro ou --chave-registro");
-        SChaveRegistro achado;
+        CXVDadosCR_ChaveRegistroTelvoParaTerceiro achado;
         XVConfere(rContexto.Abre(EUsoDaBase::eLeitura).BuscaChaveRegistro(*pFiltro, &achado));
         Mostra(rContexto, achado);
     });

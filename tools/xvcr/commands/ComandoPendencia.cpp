@@ -25,7 +25,7 @@ void XVAdicionaPendencia(CLI::App& rRaiz, CXVContexto& rContexto) {
         ->required();
     pPendencia->opcoes.Adiciona(*pComando, false);
     XVDefineAcao(pComando, rContexto, [pPendencia, &rContexto] {
-        SIntegracao dados;
+        CXVDadosCR_IntegracaoMiddleware dados;
         pPendencia->opcoes.Aplica(dados);
         XVConfere(
             rContexto.Abre(EUsoDaBase::eGravacao).GravaPendenciaIntegracao(pPendencia->regDmcOrigem, dados));

@@ -128,11 +128,11 @@ void Segue(const SRegistro& rPedido, CXVLeitoresRegistro& rLeitores, CXVSaida& r
 // The company's own log, or the programs' where no company is given.
 std::string DiretorioDosRegistros(CXVContexto& rContexto, bool bPerfil) {
     rContexto.CompletaAcesso();
-    std::string sDiretorio = rContexto.acesso.sDiretorio;
+    std::string sDiretorio = rContexto.loja.sDiretorio;
     if (sDiretorio.empty()) XVConfere(CAmbienteXV::GetDiretorioModulo(k_eModuloBase, &sDiretorio));
-    if (bPerfil || rContexto.acesso.sEmpresa.empty()) return sDiretorio;
+    if (bPerfil || rContexto.identificacao.sEmpresa.empty()) return sDiretorio;
     rContexto.ExigeEmpresa();
-    return CAmbienteXV::MontaPathDados(k_eModuloBase, sDiretorio, rContexto.acesso.sEmpresa);
+    return CAmbienteXV::MontaPathDados(k_eModuloBase, sDiretorio, rContexto.identificacao.sEmpresa);
 }
 
 void Executa(SRegistro& rPedido, CXVContexto& rContexto) {

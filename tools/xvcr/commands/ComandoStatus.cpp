@@ -5,7 +5,7 @@
 #include "tools/xvcr/commands/XVOpcoes.h"
 
 void XVAdicionaStatus(CLI::App& rRaiz, CXVContexto& rContexto) {
-    auto pDados = std::make_shared<SStatusIntegracao>();
+    auto pDados = std::make_shared<CXVDadosCR_StatusIntegracaoMiddleware>();
     CLI::App* pComando = XVAdicionaComando(
         rRaiz, "status", "Grava o status e os textos de retorno de uma integração",
         "  xvcr status --dmc 20261121-15-1 --status Erro --mensagem \"CNPJ inválido\"\n"

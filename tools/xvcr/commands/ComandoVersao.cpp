@@ -1,9 +1,7 @@
 // versao: the version of a store on disk and the one of this program.
-#include <memory>
-
+#include "client/XVChamador.h"
+#include "client/XVRegistroComDiretorio.h"
 #include "middleware/ConversaoMiddleware.h"
-#include "tools/xvcr/XVRegistroComDiretorio.h"
-#include "tools/xvcr/commands/XVChamador.h"
 #include "tools/xvcr/commands/XVComandos.h"
 
 namespace {
@@ -17,8 +15,8 @@ void Executa(CXVContexto& rContexto) {
     if (rContexto.bServidor) XVErroDeUso("--servidor: a versão é lida na própria base");
     rContexto.CompletaAcesso();
     rContexto.ExigeEmpresa();
-    const std::unique_ptr<CXVRegistroComDiretorio> pRegistro = XVRegistroDoAcesso(rContexto.acesso);
-    const CXVChamador chamador(rContexto.acesso);
+    const CXVUsoDoDiretorio diretorio(rContexto.loja.sDiretorio);
+    const CXVChamador chamador(rContexto.identificacao);
     CXVConversaoMiddleware conversao(nullptr);
     XVUShort usVersao = 0;
     XVConfere(conversao.Inicializa(&chamador));

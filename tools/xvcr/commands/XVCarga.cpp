@@ -45,15 +45,15 @@ SResultadoLinha CXVCarga::Executa(const std::string& sLinha) {
         return resultado;
     }
     if (resultado.eOperacao == EOperacao::eStatus) {
-        SStatusIntegracao dados;
+        CXVDadosCR_StatusIntegracaoMiddleware dados;
         if (!LeDados(listaMembros, &dados, &resultado)) return resultado;
         resultado.regDmc = dados.regDmc;
-        resultado.hr = m_rOperacoes.GravaStatusIntegracao(dados);
+        resultado.hr = m_rCliente.GravaStatusIntegracao(dados);
     } else {
-        SIntegracao dados;
+        CXVDadosCR_IntegracaoMiddleware dados;
         if (!LeDados(listaMembros, &dados, &resultado)) return resultado;
         resultado.regDmc = dados.regDmc;
-        resultado.hr = m_rOperacoes.GravaIntegracao(&resultado.regDmc, dados);
+        resultado.hr = m_rCliente.GravaIntegracao(&resultado.regDmc, dados);
     }
     if (FAILED(resultado.hr)) resultado.sErro = XVDescreveFalha(resultado.hr);
     return resultado;

@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "tools/xvcr/IXVOperacoes.h"
+#include "client/XVCliente.h"
 
 struct SResultadoLinha {
     enum class EOperacao { eIntegracao, eStatus };
@@ -16,11 +16,11 @@ struct SResultadoLinha {
 
 class CXVCarga {
   public:
-    explicit CXVCarga(IXVOperacoes& rOperacoes) : m_rOperacoes(rOperacoes) {}
+    explicit CXVCarga(XVCliente::CXVCliente& rCliente) : m_rCliente(rCliente) {}
 
     // "operacao" (absent: "integracao") chooses the record that the other names belong to.
     SResultadoLinha Executa(const std::string& sLinha);
 
   private:
-    IXVOperacoes& m_rOperacoes;
+    XVCliente::CXVCliente& m_rCliente;
 };

@@ -20,6 +20,9 @@ void XVAdicionaConverte(CLI::App& rRaiz, CXVContexto& rContexto);
 void XVAdicionaVersao(CLI::App& rRaiz, CXVContexto& rContexto);
 void XVAdicionaRegistro(CLI::App& rRaiz, CXVContexto& rContexto);
 
+// The group of the help that a command's own options stand in.
+inline constexpr const char* k_szGrupoOpcoes = "Opções";
+
 // Adds a command to rRaiz: what it is, and examples for its help.
 CLI::App* XVAdicionaComando(CLI::App& rRaiz, const std::string& sNome, const std::string& sDescricao,
                             const std::string& sExemplos);

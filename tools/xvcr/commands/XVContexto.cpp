@@ -4,47 +4,53 @@
 #include "platform/XVPlataforma.h"
 #include "support/XVAmbiente.h"
 #include "support/codes/XVCodigos.h"
-#include "tools/xvcr/XVFabricaOperacoes.h"
 
 void CXVContexto::CompletaAcesso() {
-    if (acesso.sDiretorio.empty())
-        acesso.sDiretorio = XVAmbienteSO::GetVariavelAmbiente("XVCR_DIRETORIO").value_or("");
-    if (acesso.sEmpresa.empty())
-        acesso.sEmpresa = XVAmbienteSO::GetVariavelAmbiente("XVCR_EMPRESA").value_or("");
+    if (loja.sDiretorio.empty())
+        loja.sDiretorio = XVAmbienteSO::GetVariavelAmbiente("XVCR_DIRETORIO").value_or("");
+    if (identificacao.sEmpresa.empty())
+        identificacao.sEmpresa = XVAmbienteSO::GetVariavelAmbiente("XVCR_EMPRESA").value_or("");
     // The store would create a mistyped directory.
-    if (acesso.sDiretorio.empty()) return;
-    const EExistencia eExistencia = XVPlataforma::SistemaArquivos().Existe(acesso.sDiretorio);
+    if (loja.sDiretorio.empty()) return;
+    const EExistencia eExistencia = XVPlataforma::SistemaArquivos().Existe(loja.sDiretorio);
     if (eExistencia == EExistencia::eSemAcesso)
-        XVFalha(XVDescreveCodigo(eAccessDenied) + " Diretório do módulo: " + acesso.sDiretorio);
+        XVFalha(XVCliente::DescreveCodigo(eAccessDenied) + " Diretório do módulo: " + loja.sDiretorio);
     if (eExistencia != EExistencia::eDiretorio)
-        XVFalha("o diretório do módulo \"" + acesso.sDiretorio + "\" não existe");
+        XVFalha("o diretório do módulo \"" + loja.sDiretorio + "\" não existe");
 }
 
 void CXVContexto::ExigeEmpresa() const {
-    if (acesso.sEmpresa.empty())
+    if (identificacao.sEmpresa.empty())
         XVErroDeUso("falta a empresa: use --empresa ou a variável de ambiente XVCR_EMPRESA");
-    if (!CAmbienteXV::EhEmpresaValida(acesso.sEmpresa))
+    if (!CAmbienteXV::EhEmpresaValida(identificacao.sEmpresa))
         XVErroDeUso(
-            "--empresa: \"" + acesso.sEmpresa +
+            "--empresa: \"" + identificacao.sEmpresa +
             "\" não é um código de empresa (1 a 47 letras, dígitos, _ ou -, e não um nome de dispositivo)");
 }
 
-IXVOperacoes& CXVContexto::Abre(EUsoDaBase eUso) {
-    if (m_pOperacoes != nullptr) return *m_pOperacoes;
-    if (eUso == EUsoDaBase::eGravacao && acesso.bSomenteLeitura)
+HRESULT CXVContexto::Conecta() {
+    if (!bServidor) return m_Cliente.ConectaLocal(identificacao, loja);
+    if (!XVCliente::TemServidor())
+        XVErroDeUso("--servidor: este programa foi feito sem o cliente do servidor");
+    if (!loja.sDiretorio.empty())
+        XVErroDeUso("--diretorio não vale com --servidor: o servidor usa o diretório configurado na máquina");
+    m_Apartamento.emplace();
+    const HRESULT hr = m_Apartamento->GetResultado();
+    return FAILED(hr) ? hr : m_Cliente.Conecta(identificacao);
+}
+
+XVCliente::CXVCliente& CXVContexto::Abre(EUsoDaBase eUso) {
+    if (m_Cliente.EstaConectado()) return m_Cliente;
+    if (eUso == EUsoDaBase::eGravacao && loja.bSomenteLeitura)
         XVErroDeUso("--leitura não vale para um comando que grava");
     CompletaAcesso();
     ExigeEmpresa();
     // What only reads leaves the store as it is, and works beside whoever writes.
-    if (eUso == EUsoDaBase::eLeitura && !bServidor) acesso.bSomenteLeitura = true;
-    std::unique_ptr<IXVOperacoes> pOperacoes = XVCriaOperacoes(bServidor);
-    XVConfere(pOperacoes->Inicializa(acesso));
-    m_pOperacoes = std::move(pOperacoes);
-    return *m_pOperacoes;
+    if (eUso == EUsoDaBase::eLeitura && !bServidor) loja.bSomenteLeitura = true;
+    XVConfere(Conecta());
+    return m_Cliente;
 }
 
 void CXVContexto::Fecha() {
-    if (m_pOperacoes == nullptr) return;
-    const std::unique_ptr<IXVOperacoes> pOperacoes = std::move(m_pOperacoes);
-    XVConfere(pOperacoes->Finaliza());
+    XVConfere(m_Cliente.Desconecta());
 }

@@ -1,10 +1,10 @@
-// What the commands share: who asks for what, where results go, and the open store.
+// What the commands share: who asks for what, where results go, and the client of the store.
 #pragma once
 
 #include <functional>
-#include <memory>
+#include <optional>
 
-#include "tools/xvcr/IXVOperacoes.h"
+#include "client/XVCliente.h"
 #include "tools/xvcr/output/XVSaida.h"
 #include "tools/xvcr/text/XVErros.h"
 
@@ -12,21 +12,25 @@ enum class EUsoDaBase : bool { eLeitura, eGravacao };
 
 class CXVContexto {
   public:
-    SAcesso acesso;
-    bool bServidor = false;
+    XVCliente::SIdentificacao identificacao;
+    XVCliente::SLojaLocal loja;
+    bool bServidor = false;  // by the server instead of the store's files
     CXVSaida saida;
     // What the command line asked for, set while it is read and run afterwards.
     std::function<void()> fAcao;
     ESaida eSaida = ESaida::eSucesso;  // of an action that ended without exception
 
-    // The store of the options, opened at the first call. A failure is thrown as CXVErro.
-    IXVOperacoes& Abre(EUsoDaBase eUso);
+    // The client, connected by the door of the options at the first call. A failure is thrown as CXVErro.
+    XVCliente::CXVCliente& Abre(EUsoDaBase eUso);
     // Directory and company from the options or the environment, without opening anything.
     void CompletaAcesso();
     void ExigeEmpresa() const;
-    // Closes the store; a failure is thrown as CXVErro.
+    // Disconnects; a failure of closing the store is thrown as CXVErro.
     void Fecha();
 
   private:
-    std::unique_ptr<IXVOperacoes> m_pOperacoes;
+    HRESULT Conecta();
+
+    std::optional<XVCliente::CApartamento> m_Apartamento;  // where the server is used
+    XVCliente::CXVCliente m_Cliente;
 };

@@ -16,46 +16,48 @@ constexpr std::size_t k_uiPorLeitura = 64;
 template <class FRecebe>
 void LeTodas(CXVContexto& rContexto, const std::vector<REG_XVDMC>& lista, XVUInt64 uiFlags,
              FRecebe&& fRecebe) {
-    IXVOperacoes& rOperacoes = rContexto.Abre(EUsoDaBase::eLeitura);
+    XVCliente::CXVCliente& rCliente = rContexto.Abre(EUsoDaBase::eLeitura);
     if (lista.size() == 1) {
-        SIntegracao dados;
-        XVConfere(rOperacoes.LeIntegracao(lista.front(), uiFlags, &dados));
+        CXVDadosCR_IntegracaoMiddleware dados;
+        XVConfere(rCliente.LeIntegracao(lista.front(), uiFlags, &dados));
         fRecebe(dados);
         return;
     }
-    const bool bInteira = (uiFlags & XVFlagLeitura::eConsultaTerceiro) != 0;
+    const bool bInteira = (uiFlags & k_ullConsultaSistemaTerceiro) != 0;
     const std::size_t uiPorLeitura = bInteira ? lista.size() : k_uiPorLeitura;
     for (std::size_t i = 0; i < lista.size(); i += uiPorLeitura) {
         const std::size_t uiFim = std::min(lista.size(), i + uiPorLeitura);
         const std::vector<REG_XVDMC> parte(lista.begin() + static_cast<std::ptrdiff_t>(i),
                                            lista.begin() + static_cast<std::ptrdiff_t>(uiFim));
-        std::vector<SIntegracao> listaDados;
-        XVConfere(rOperacoes.LeIntegracoes(parte, uiFlags, &listaDados));
-        for (const SIntegracao& rDados : listaDados) fRecebe(rDados);
+        std::vector<CXVDadosCR_IntegracaoMiddleware> listaDados;
+        XVConfere(rCliente.LeIntegracoes(parte, uiFlags, &listaDados));
+        for (const CXVDadosCR_IntegracaoMiddleware& rDados : listaDados) fRecebe(rDados);
     }
 }
 
 struct STextoLido {
     const char* pszCampo;
-    std::string SIntegracao::*pMembro;
+    std::string CXVDadosCR_IntegracaoMiddleware::*pMembro;
     XVUInt64 uiFlag;
     const char* pszFimNome;  // of the file that receives it
 };
 
 constexpr STextoLido k_aTextos[] = {
-    {"regRegistroJSON", &SIntegracao::sRegistroJSON, XVFlagLeitura::eRegistroJSON, ".enviado.json"},
-    {"regMensagemIntegracao", &SIntegracao::sMensagemIntegracao, XVFlagLeitura::eMensagem, ".mensagem.txt"},
-    {"regJSONRetornoIntegracao", &SIntegracao::sJSONRetornoIntegracao, XVFlagLeitura::eJSONRetorno,
+    {"regRegistroJSON", &CXVDadosCR_IntegracaoMiddleware::sRegistroJSON, k_ullLeJSON, ".enviado.json"},
+    {"regMensagemIntegracao", &CXVDadosCR_IntegracaoMiddleware::sMensagemIntegracao, k_ullLeMensagem,
+     ".mensagem.txt"},
+    {"regJSONRetornoIntegracao", &CXVDadosCR_IntegracaoMiddleware::sJSONRetornoIntegracao, k_ullLeJSONRetorno,
      ".retorno.json"},
 };
 
-std::string ArquivoDoTexto(const SIntegracao& rDados, const STextoLido& rTexto, const std::string& sPasta) {
+std::string ArquivoDoTexto(const CXVDadosCR_IntegracaoMiddleware& rDados, const STextoLido& rTexto,
+                           const std::string& sPasta) {
     const std::string sCaminho = XVJuntaCaminho(sPasta, rDados.regDmc.ToString() + rTexto.pszFimNome);
     XVGravaArquivo(sCaminho, rDados.*rTexto.pMembro);
     return sCaminho;
 }
 
-void MostraUma(CXVContexto& rContexto, const SIntegracao& rDados, XVUInt64 uiFlags,
+void MostraUma(CXVContexto& rContexto, const CXVDadosCR_IntegracaoMiddleware& rDados, XVUInt64 uiFlags,
                const std::string& sPasta) {
     constexpr const char* k_szArquivo = "_arquivo";
     XVJson json = XVRegistroJson::ParaJson(rDados, false);
@@ -96,14 +98,14 @@ void SOpcoesLeitura::Adiciona(CLI::App& rComando) {
 XVUInt64 SOpcoesLeitura::GetFlags() const {
     if (bOperacaoPosterior && !bConsultaTerceiro)
         XVErroDeUso("--operacao-posterior só vale com --consulta-terceiro");
-    XVUInt64 uiFlags = bTodos ? XVFlagLeitura::eTextos : 0;
-    if (bRegistroJSON) uiFlags |= XVFlagLeitura::eRegistroJSON;
-    if (bMensagem) uiFlags |= XVFlagLeitura::eMensagem;
-    if (bJSONRetorno) uiFlags |= XVFlagLeitura::eJSONRetorno;
+    XVUInt64 uiFlags = bTodos ? k_ullLeTextos : 0;
+    if (bRegistroJSON) uiFlags |= k_ullLeJSON;
+    if (bMensagem) uiFlags |= k_ullLeMensagem;
+    if (bJSONRetorno) uiFlags |= k_ullLeJSONRetorno;
     if (!sPasta.empty() && uiFlags == 0)
         XVErroDeUso("--para-pasta pede ao menos um texto (--todos, por exemplo)");
-    if (bConsultaTerceiro) uiFlags |= XVFlagLeitura::eConsultaTerceiro;
-    if (bOperacaoPosterior) uiFlags |= XVFlagLeitura::eOperacaoPosterior;
+    if (bConsultaTerceiro) uiFlags |= k_ullConsultaSistemaTerceiro;
+    if (bOperacaoPosterior) uiFlags |= k_ullOperacaoPosterior;
     return uiFlags;
 }
 
@@ -112,7 +114,7 @@ void XVMostraIntegracoes(CXVContexto& rContexto, const std::vector<REG_XVDMC>& l
     const XVUInt64 uiFlags = rOpcoes.GetFlags();
     if (!rOpcoes.sPasta.empty()) XVCriaPasta(rOpcoes.sPasta);
     bool bPrimeira = true;
-    LeTodas(rContexto, lista, uiFlags, [&](const SIntegracao& rDados) {
+    LeTodas(rContexto, lista, uiFlags, [&](const CXVDadosCR_IntegracaoMiddleware& rDados) {
         if (!bPrimeira && !rContexto.saida.EhJson()) rContexto.saida.Linha("");
         bPrimeira = false;
         MostraUma(rContexto, rDados, uiFlags, rOpcoes.sPasta);
@@ -128,7 +130,7 @@ void XVTabelaIntegracoes(CXVContexto& rContexto, const std::vector<REG_XVDMC>& l
                       {"Status"},
                       {"Chave externa", CXVTabela::EAlinhamento::eDireita},
                       {"Movimento de origem"}});
-    LeTodas(rContexto, lista, 0, [&](const SIntegracao& rDados) {
+    LeTodas(rContexto, lista, 0, [&](const CXVDadosCR_IntegracaoMiddleware& rDados) {
         using XVRegistroJson::ParaPessoa;
         tabela.Inclui({ParaPessoa(rDados.regDmc), ParaPessoa(rDados.regDataHoraInclusao),
                        ParaPessoa(EEnumeracao::eTipoIntegracao, rDados.eTipoIntegracao),

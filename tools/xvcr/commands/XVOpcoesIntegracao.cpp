@@ -20,7 +20,7 @@ void CXVOpcoesIntegracao::Enumeracao(CLI::App& rComando, const char* pszNome, co
 }
 
 void CXVOpcoesIntegracao::Adiciona(CLI::App& rComando, bool bTextos) {
-    using S = SIntegracao;
+    using S = CXVDadosCR_IntegracaoMiddleware;
     constexpr const char* k_szNumero = "NÚMERO";
     if (bTextos) {
         Texto<&S::sRegistroJSON>(rComando, "--json-enviado", "JSON enviado ao sistema externo");
@@ -56,7 +56,7 @@ void CXVOpcoesIntegracao::Adiciona(CLI::App& rComando, bool bTextos) {
                                        "Consultar de novo os ids do sistema externo");
 }
 
-void CXVOpcoesIntegracao::Aplica(SIntegracao& rDados) const {
+void CXVOpcoesIntegracao::Aplica(CXVDadosCR_IntegracaoMiddleware& rDados) const {
     for (const SDada& rDada : m_listaDadas)
         if (rDada.pOpcao->count() > 0) rDada.pfCopia(rDados, m_Dados);
 }

@@ -4,7 +4,7 @@
 #include <CLI/App.hpp>
 #include <vector>
 
-#include "tools/xvcr/XVValores.h"
+#include "contract/XVDadosCR.h"
 #include "contract/XVEnumeracoesTexto.h"
 
 class CXVOpcoesIntegracao {
@@ -17,16 +17,18 @@ class CXVOpcoesIntegracao {
     void Adiciona(CLI::App& rComando, bool bTextos);
 
     // The fields that were given, over those of rDados.
-    void Aplica(SIntegracao& rDados) const;
+    void Aplica(CXVDadosCR_IntegracaoMiddleware& rDados) const;
 
   private:
     struct SDada {
         const CLI::Option* pOpcao;
-        void (*pfCopia)(SIntegracao& rDestino, const SIntegracao& rOrigem);
+        void (*pfCopia)(CXVDadosCR_IntegracaoMiddleware& rDestino,
+                        const CXVDadosCR_IntegracaoMiddleware& rOrigem);
     };
     template <auto membro>
     void Inclui(const CLI::Option* pOpcao) {
-        m_listaDadas.push_back({pOpcao, [](SIntegracao& rDestino, const SIntegracao& rOrigem) {
+        m_listaDadas.push_back({pOpcao, [](CXVDadosCR_IntegracaoMiddleware& rDestino,
+                                           const CXVDadosCR_IntegracaoMiddleware& rOrigem) {
                                     rDestino.*membro = rOrigem.*membro;
                                 }});
     }
@@ -38,6 +40,6 @@ class CXVOpcoesIntegracao {
     void Enumeracao(CLI::App& rComando, const char* pszNome, const char* pszDescricao,
                     EEnumeracao eEnumeracao);
 
-    SIntegracao m_Dados;
+    CXVDadosCR_IntegracaoMiddleware m_Dados;
     std::vector<SDada> m_listaDadas;
 };

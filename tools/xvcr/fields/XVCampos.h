@@ -6,7 +6,7 @@
 #include <string_view>
 #include <variant>
 
-#include "tools/xvcr/XVValores.h"
+#include "contract/XVDadosCR.h"
 #include "contract/XVEnumeracoesTexto.h"
 
 template <class T>
@@ -22,8 +22,8 @@ template <class T>
 struct TCampos;
 
 template <>
-struct TCampos<SIntegracao> {
-    using S = SIntegracao;
+struct TCampos<CXVDadosCR_IntegracaoMiddleware> {
+    using S = CXVDadosCR_IntegracaoMiddleware;
     using C = TCampo<S>;
     static constexpr std::array k_aLista{
         C{"regRegistroJSON", &S::sRegistroJSON},
@@ -51,8 +51,8 @@ struct TCampos<SIntegracao> {
 };
 
 template <>
-struct TCampos<SStatusIntegracao> {
-    using S = SStatusIntegracao;
+struct TCampos<CXVDadosCR_StatusIntegracaoMiddleware> {
+    using S = CXVDadosCR_StatusIntegracaoMiddleware;
     using C = TCampo<S>;
     static constexpr std::array k_aLista{
         C{"regDmc", &S::regDmc},
@@ -65,8 +65,8 @@ struct TCampos<SStatusIntegracao> {
 };
 
 template <>
-struct TCampos<SChaveRegistro> {
-    using S = SChaveRegistro;
+struct TCampos<CXVDadosCR_ChaveRegistroTelvoParaTerceiro> {
+    using S = CXVDadosCR_ChaveRegistroTelvoParaTerceiro;
     using C = TCampo<S>;
     static constexpr std::array k_aLista{
         C{"uiChaveRegistroSistemaTerceiro", &S::uiChaveRegistroSistemaTerceiro},
@@ -79,8 +79,8 @@ struct TCampos<SChaveRegistro> {
 };
 
 template <>
-struct TCampos<SDataHoraIntegracao> {
-    using S = SDataHoraIntegracao;
+struct TCampos<CXVDadosCR_DataHoraIntegracaoTerceiro> {
+    using S = CXVDadosCR_DataHoraIntegracaoTerceiro;
     using C = TCampo<S>;
     static constexpr std::array k_aLista{
         C{"regDataHora", &S::regDataHora},
@@ -91,8 +91,8 @@ struct TCampos<SDataHoraIntegracao> {
 };
 
 template <>
-struct TCampos<SRespostaConsulta> {
-    using S = SRespostaConsulta;
+struct TCampos<CXVDadosCR_StatusConsultaSistemaTerceiro> {
+    using S = CXVDadosCR_StatusConsultaSistemaTerceiro;
     using C = TCampo<S>;
     static constexpr std::array k_aLista{
         C{"regMensagemRetorno", &S::sMensagemRetorno},

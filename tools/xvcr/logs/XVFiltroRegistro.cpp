@@ -2,10 +2,10 @@
 
 #include <charconv>
 
+#include "client/XVClienteCodigos.h"
 #include "support/messages/XVMensagens.h"
 #include "support/values/XVData.h"
 #include "support/values/XVTextoAscii.h"
-#include "tools/xvcr/text/XVErros.h"
 
 bool SFiltroRegistro::Aceita(const SLinhaRegistro& rRegistro) const {
     const auto igual = [](const std::string& sFiltro, const std::string& sValor) {
@@ -40,11 +40,11 @@ std::string SFiltroRegistro::LeCodigo(std::string_view sTexto, std::string* psCo
     XVUInt ulCodigo = 0;
     const auto [pszLido, erro] = std::from_chars(sDigitos.data(), pszFim, ulCodigo, bHexadecimal ? 16 : 10);
     if (erro == std::errc() && pszLido == pszFim) {
-        *psCodigo = XVCodigoHexadecimal(XVHResult(ulCodigo));
+        *psCodigo = XVCliente::CodigoEmTexto(XVHResult(ulCodigo));
         return {};
     }
     const SMensagemCodigo* pMensagem = XVBuscaMensagemPorNome(sTexto);
     if (pMensagem == nullptr) return "esperado um código (0x81080AAA) ou o nome simbólico de um";
-    *psCodigo = XVCodigoHexadecimal(pMensagem->hr);
+    *psCodigo = XVCliente::CodigoEmTexto(pMensagem->hr);
     return {};
 }

@@ -26,10 +26,8 @@ class CXVErro : public std::exception {
 [[noreturn]] void XVFalha(std::string sMensagem);
 [[noreturn]] void XVErroDeUso(std::string sMensagem);
 
-// "0x81080AAA E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA: <Portuguese sentence>".
-std::string XVDescreveCodigo(HRESULT hr);
-std::string XVCodigoHexadecimal(HRESULT hr);
-// The same, with the file that the failed operation of this thread was refused for, if any.
+// What hr is (XVCliente::DescreveCodigo), with the file that the failed operation of this thread was refused
+// for, if any.
 std::string XVDescreveFalha(HRESULT hr);
 
 // Throws the failure of hr, if it is one.

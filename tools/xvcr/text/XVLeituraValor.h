@@ -5,8 +5,8 @@
 #include <string>
 #include <string_view>
 
-#include "support/values/XVDmc.h"
 #include "contract/XVEnumeracoesTexto.h"
+#include "support/values/XVDmc.h"
 
 namespace XVLeituraValor {
 

@@ -1,0 +1,145 @@
+// The door to a component in this process, and what is this door's alone: the directory that it names,
+// viewing beside whoever writes, and how a store closes.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+
+#include "client/XVConexao.h"
+#include "support/XVAmbiente.h"
+#include "support/codes/XVCodigos.h"
+#include "tests/client/XVPortaTeste.h"
+#include "tests/harness/XVDiretorioTeste.h"
+#include "tests/harness/XVGuardasPlataforma.h"
+#include "tests/harness/XVRegistroFalso.h"
+#include "tests/harness/XVSistemaArquivosFalhas.h"
+#include "tests/harness/XVSistemaArquivosMemoria.h"
+
+namespace {
+
+using namespace XVPortaTeste;
+
+const std::string& DiretorioModulo() {
+    static const CXVDiretorioTeste s_diretorio;
+    static const std::string s_sCaminho = s_diretorio.GetCaminho();
+    return s_sCaminho;
+}
+
+XVCliente::SLojaLocal Loja(bool bSomenteLeitura = false) {
+    return {.sDiretorio = DiretorioModulo(), .bSomenteLeitura = bSomenteLeitura};
+}
+
+std::size_t Conta(XVCliente::CXVCliente& rCliente) {
+    std::vector<REG_XVDMC> lista;
+    EXPECT_EQ(rCliente.BuscaPonteiros({}, &lista), S_OK);
+    return lista.size();
+}
+
+}  // namespace
+
+namespace XVPortaTeste {
+
+HRESULT Conecta(XVCliente::CXVCliente& rCliente, const XVCliente::SIdentificacao& rIdentificacao) {
+    return rCliente.ConectaLocal(rIdentificacao, Loja());
+}
+
+std::string DiretorioEmpresa(const std::string& sEmpresa) {
+    return DiretorioModulo() + "/" + sEmpresa + "/DF";
+}
+
+}  // namespace XVPortaTeste
+
+TEST(PortaLocal, QuemSoOlhaVeOQueOutroGravaENaoGravaNada) {
+    const std::string sEmpresa = NovaEmpresa();
+    XVCliente::CXVCliente consulta;
+    ASSERT_EQ(consulta.ConectaLocal({.sEmpresa = sEmpresa}, Loja(true)), eBadPath) << "nothing to view";
+    EXPECT_FALSE(std::filesystem::exists(DiretorioEmpresa(sEmpresa)));
+    XVCliente::CXVCliente cliente;
+    ASSERT_EQ(Conecta(cliente, {.sEmpresa = sEmpresa}), S_OK);
+    const auto dados = IntegracaoPendente("{\"n\":1}");
+    REG_XVDMC regDmc;
+    ASSERT_EQ(cliente.GravaIntegracao(&regDmc, dados), S_OK);
+
+    ASSERT_EQ(consulta.Reconecta(), S_OK) << "by the same door";
+    EXPECT_EQ(Conta(consulta), 1U);
+    REG_XVDMC regOutra;
+    EXPECT_EQ(consulta.GravaIntegracao(&regOutra, dados), eXVReadOnly);
+    EXPECT_EQ(cliente.GravaIntegracao(&regOutra, dados), S_OK) << "the viewer must not be in the way";
+    EXPECT_EQ(Conta(consulta), 2U);
+    CXVDadosCR_IntegracaoMiddleware lida;
+    EXPECT_EQ(consulta.LeIntegracao(regOutra, k_ullLeTextos, &lida), S_OK);
+    EXPECT_EQ(lida.sRegistroJSON, dados.sRegistroJSON);
+}
+
+TEST(PortaLocal, OutroDiretorioSoDepoisDeDesconectar) {
+    const CXVDiretorioTeste outro;
+    const XVCliente::SLojaLocal loja{.sDiretorio = outro.GetCaminho()};
+    const std::string sEmpresa = NovaEmpresa();
+    XVCliente::CXVCliente primeiro;
+    XVCliente::CXVCliente segundo;
+    ASSERT_EQ(Conecta(primeiro, {.sEmpresa = sEmpresa}), S_OK);
+    ASSERT_EQ(segundo.ConectaLocal({.sEmpresa = sEmpresa}, loja), E_INVALIDARG);
+    EXPECT_FALSE(segundo.EstaConectado());
+    EXPECT_FALSE(std::filesystem::exists(outro.Junta(sEmpresa)));
+    // A second client of the same store shares it.
+    ASSERT_EQ(Conecta(segundo, {.sEmpresa = sEmpresa}), S_OK);
+    REG_XVDMC regDmc;
+    EXPECT_EQ(primeiro.GravaIntegracao(&regDmc, IntegracaoPendente("{}")), S_OK);
+    EXPECT_EQ(Conta(segundo), 1U);
+    EXPECT_EQ(primeiro.Desconecta(), S_OK);
+    EXPECT_EQ(Conta(segundo), 1U);
+
+    ASSERT_EQ(segundo.ConectaLocal({.sEmpresa = sEmpresa}, loja), S_OK);
+    EXPECT_EQ(Conta(segundo), 0U);
+    EXPECT_TRUE(std::filesystem::exists(outro.Junta(sEmpresa)));
+}
+
+TEST(PortaLocal, IdentificacaoImpossivelNaoAbreNada) {
+    XVCliente::CXVCliente cliente;
+    for (const XVCliente::SIdentificacao& r : {XVCliente::SIdentificacao{.sEmpresa = std::string(48, 'A')},
+                                               {.sEmpresa = "../X"},
+                                               {.sEmpresa = ""},
+                                               {.sEmpresa = std::string("A\0B", 3)},
+                                               {.sEmpresa = "A", .usUsuario = 65535},
+                                               {.sEmpresa = "A", .sModulo = std::string(48, 'm')}}) {
+        EXPECT_EQ(Conecta(cliente, r), E_INVALIDARG) << r.sEmpresa;
+        EXPECT_FALSE(cliente.EstaConectado());
+    }
+    EXPECT_EQ(Conecta(cliente, {.sEmpresa = "A", .ulNumeroChamador = 0}),
+              E_XVCR_ESTRUTURA_INICIALIZACAO_INVALIDA);
+    EXPECT_FALSE(std::filesystem::exists(DiretorioModulo() + "/A"));
+    EXPECT_EQ(cliente.Desconecta(), S_OK);
+    REG_XVDMC regDmc;
+    EXPECT_EQ(cliente.GravaIntegracao(&regDmc, {}), E_XVCR_COMPONENTE_NAO_INICIALIZADO);
+}
+
+TEST(PortaLocal, RegistroDeInicializacaoSaiSeladoEDizQuemChama) {
+    REG_DF_INICIALIZAPS reg;
+    ASSERT_TRUE(XVCliente::MontaRegistroInicializacao(
+        {.sEmpresa = "UM", .usUsuario = 7, .ulNumeroSessao = 42, .sModulo = "meu"}, &reg));
+    EXPECT_TRUE(CXVRegistroInicializacao::VersaoConfere(reg) && CXVRegistroInicializacao::CRCConfere(reg));
+    EXPECT_TRUE(CXVRegistroInicializacao::EstruturaConfere(reg));
+    EXPECT_EQ(CXVRegistroInicializacao::GetEmpresa(reg), "UM");
+    EXPECT_EQ(CXVRegistroInicializacao::GetUsuario(reg), 7);
+    EXPECT_EQ(std::string(reg.szModulo), "meu");
+    EXPECT_EQ(std::string(reg.szExecutavel).rfind("xv_teste_", 0), 0U) << reg.szExecutavel;
+}
+
+// A store whose closing fails says so; there is no later operation that could.
+TEST(PortaLocal, FalhaAoFecharChegaAQuemDesconecta) {
+    CXVSistemaArquivosMemoria arquivos;
+    CXVSistemaArquivosFalhas falhas(arquivos);
+    CXVRegistroFalso registro;
+    registro.SetTexto(CAmbienteXV::GetChaveRegistro(XV_DF), "Path", "/dados");
+    const CXVGuardaSistemaArquivos guardaSistema(falhas);
+    const CXVGuardaRegistro guardaRegistro(registro);
+    XVCliente::CXVCliente cliente;
+    ASSERT_EQ(cliente.ConectaLocal({.sEmpresa = "UM"}, {}), S_OK);
+    REG_XVDMC regDmc;
+    ASSERT_EQ(cliente.GravaIntegracao(&regDmc, IntegracaoPendente("{}")), S_OK);
+    falhas.Programa(
+        {.eOperacao = EOperacaoArquivo::eGrava, .bPermanente = true, .eCausa = ECausaArquivo::eDiscoCheio});
+    EXPECT_TRUE(FAILED(cliente.Desconecta()));
+    EXPECT_FALSE(cliente.EstaConectado());
+    EXPECT_EQ(arquivos.GetQuantidadeAberta(), 0U);
+}
