@@ -5,6 +5,7 @@
 
 #include "core/xvdatabase/XVDataBaseUtil.h"
 #include "core/xvdatabase/XVFileBase.h"
+#include "platform/XVAberturaConsulta.h"
 #include "platform/XVPlataforma.h"
 #include "support/codes/XVCodigos.h"
 #include "support/codes/XVCodigosArquivo.h"
@@ -68,9 +69,7 @@ HRESULT Abre(const IXVDF_Profiler* pDono, const std::string& sPath, std::unique_
     bool bExiste = false;
     const HRESULT hr = CXVDataBaseUtil::Existe(pDono, sPath, &bExiste);
     if (FAILED(hr) || !bExiste) return hr;
-    constexpr SAberturaArquivo k_abertura{EAcessoArquivo::eLeitura, ECompartilhamentoArquivo::eNegaNada,
-                                          ECriacaoArquivo::eSomenteExistente};
-    return Codigo(XVPlataforma::SistemaArquivos().Abre(sPath, k_abertura, *ppArquivo), sPath, pDono);
+    return Codigo(XVPlataforma::SistemaArquivos().Abre(sPath, k_aberturaConsulta, *ppArquivo), sPath, pDono);
 }
 
 HRESULT Descreve(const IXVDF_Profiler* pDono, const std::string& sPath, std::string_view sNome,

@@ -5,6 +5,16 @@
 #include "platform/XVPlataforma.h"
 #include "support/codes/XVCodigosArquivo.h"
 
+namespace {
+
+// Puts the entry of a copy together; it is not written yet.
+void MontaCopia(CXVDiarioAnel& rAnel, const std::string& sNomeCopia) {
+    rAnel.IniciaEntrada(ETipoEntrada::eCopia);
+    rAnel.IncluiParte(sNomeCopia, SGravacao{});
+}
+
+}  // namespace
+
 HRESULT CXVDiario::IniciaCopia(const IXVDF_Profiler* pDono, const std::string& sNomeCopia,
                                XVUInt64* puiNumero) {
     *puiNumero = 0;
@@ -16,8 +26,10 @@ HRESULT CXVDiario::IniciaCopia(const IXVDF_Profiler* pDono, const std::string& s
     CXVErroArquivo erro = ApagaCopias();
     if (erro.Ok()) erro = SincronizaAlterados();
     if (erro.Ok()) erro = DispensaSeguras();
-    m_anel.IniciaEntrada(ETipoEntrada::eCopia);
-    m_anel.IncluiParte(sNomeCopia, SGravacao{});
+    MontaCopia(m_anel, sNomeCopia);
+    // The entry may not take the place of one that protects another copy, nor of an operation that waits.
+    if (erro.Ok() && (SubstituiCopia() || m_anel.GetSubstituida() > GetUltimaAplicada()))
+        erro = {ECausaArquivo::eDiscoCheio, 0};
     XVUInt64 uiNumero = m_anel.GetUltima() + 1;
     const SCopia copia{sNomeCopia, XVPlataforma::SistemaArquivos().Junta(m_sDiretorio, sNomeCopia), uiNumero};
     m_mapCopias.emplace(uiNumero, copia);  // memory may run out: before the entry is written
@@ -76,8 +88,7 @@ CXVErroArquivo CXVDiario::RegravaCopias() {
     CXVErroArquivo erro = SincronizaAlterados();
     if (erro.Ok()) erro = DispensaAte(m_anel.GetUltima());
     for (auto it = m_mapCopias.begin(); erro.Ok() && it != m_mapCopias.end(); ++it) {
-        m_anel.IniciaEntrada(ETipoEntrada::eCopia);
-        m_anel.IncluiParte(it->second.sNome, SGravacao{});
+        MontaCopia(m_anel, it->second.sNome);
         XVUInt64 uiNumero = 0;
         erro = m_anel.GravaEntrada(uiNumero);
         if (erro.Ok()) it->second.uiEntrada = uiNumero;

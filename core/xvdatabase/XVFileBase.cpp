@@ -6,6 +6,7 @@
 #include "core/xvdatabase/XVDataBaseUtil.h"
 #include "core/xvdatabase/XVDiario.h"
 #include "core/xvdatabase/XVNomeArquivo.h"
+#include "platform/XVAberturaConsulta.h"
 #include "platform/XVPlataforma.h"
 #include "support/codes/XVCodigos.h"
 #include "support/codes/XVCodigosArquivo.h"
@@ -15,9 +16,7 @@
 namespace {
 
 SAberturaArquivo AberturaDoModo(XVUInt eModoAbertura) {
-    if (eModoAbertura == eModoLeituraSemBloqueio)
-        return {EAcessoArquivo::eLeitura, ECompartilhamentoArquivo::eNegaNada,
-                ECriacaoArquivo::eSomenteExistente};
+    if (eModoAbertura == eModoLeituraSemBloqueio) return k_aberturaConsulta;
     return {EAcessoArquivo::eLeituraEscrita, ECompartilhamentoArquivo::eNegaEscrita,
             eModoAbertura == eModoLeituraGravacaoCriacao ? ECriacaoArquivo::eCriaSeAusente
                                                          : ECriacaoArquivo::eSomenteExistente};

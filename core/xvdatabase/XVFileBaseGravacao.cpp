@@ -5,6 +5,7 @@
 #include "core/xvdatabase/XVDataBaseUtil.h"
 #include "core/xvdatabase/XVDiario.h"
 #include "core/xvdatabase/XVFileBase.h"
+#include "platform/XVAberturaConsulta.h"
 #include "platform/XVPlataforma.h"
 #include "support/codes/XVCodigos.h"
 #include "support/codes/XVCodigosArquivo.h"
@@ -165,10 +166,7 @@ CXVErroArquivo CXVFileBase::DesfazArquivoCriado() {
     CXVErroArquivo erro;
     if (!m_bCriado) {
         std::unique_ptr<IXVArquivo> pArquivo;
-        erro = rSistema.Abre(m_sPathArquivo,
-                             {EAcessoArquivo::eLeitura, ECompartilhamentoArquivo::eNegaNada,
-                              ECriacaoArquivo::eSomenteExistente},
-                             pArquivo);
+        erro = rSistema.Abre(m_sPathArquivo, k_aberturaConsulta, pArquivo);
         if (erro.Ok()) erro = pArquivo->GetTamanho(uiTamanho);
     }
     if (erro.Ok() && uiTamanho == 0) erro = rSistema.Apaga(m_sPathArquivo);

@@ -7,13 +7,12 @@
 #include "core/xvdatabase/XVFileBase.h"
 #include "core/xvdatabase/XVNomeArquivo.h"
 #include "core/xvdatabase/XVVisao.h"
+#include "platform/XVAberturaConsulta.h"
 #include "platform/XVPlataforma.h"
 #include "support/values/XVSoma64.h"
 
 namespace {
 
-constexpr SAberturaArquivo k_abertura{EAcessoArquivo::eLeitura, ECompartilhamentoArquivo::eNegaNada,
-                                      ECriacaoArquivo::eSomenteExistente};
 constexpr SAberturaArquivo k_aberturaProva{EAcessoArquivo::eLeitura, ECompartilhamentoArquivo::eNegaEscrita,
                                            ECriacaoArquivo::eSomenteExistente};
 
@@ -64,8 +63,8 @@ CXVErroArquivo CXVMomento::LeMarca(SMarcaDiario* pMarca) {
     *pMarca = {};
     if (m_pDiario == nullptr) {
         IXVSistemaArquivos& rSistema = XVPlataforma::SistemaArquivos();
-        const CXVErroArquivo erro =
-            rSistema.Abre(rSistema.Junta(m_rVisao.GetDiretorio(), k_pszNomeDiario), k_abertura, m_pDiario);
+        const CXVErroArquivo erro = rSistema.Abre(rSistema.Junta(m_rVisao.GetDiretorio(), k_pszNomeDiario),
+                                                  k_aberturaConsulta, m_pDiario);
         if (EhAusente(erro)) return {};
         if (!erro.Ok()) return erro;
     }
@@ -140,12 +139,12 @@ CXVErroArquivo CXVMomento::AbreVisto(const std::string& sNomeArquivo, SVisto** p
     if (!bNovo) return {};
     IXVSistemaArquivos& rSistema = XVPlataforma::SistemaArquivos();
     const std::string sPath = rSistema.Junta(m_rVisao.GetDiretorio(), sNomeArquivo);
-    CXVErroArquivo erro = rSistema.Abre(sPath, k_abertura, it->second.pArquivo);
+    CXVErroArquivo erro = rSistema.Abre(sPath, k_aberturaConsulta, it->second.pArquivo);
     if (EhAusente(erro)) {  // or spelled differently
         std::string sNomeReal;
         erro = rSistema.BuscaNomeReal(sPath, sNomeReal);
         if (erro.Ok())
-            erro = rSistema.Abre(rSistema.Junta(m_rVisao.GetDiretorio(), sNomeReal), k_abertura,
+            erro = rSistema.Abre(rSistema.Junta(m_rVisao.GetDiretorio(), sNomeReal), k_aberturaConsulta,
                                  it->second.pArquivo);
         if (EhAusente(erro)) return {};
     }

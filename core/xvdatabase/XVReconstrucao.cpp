@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "core/xvdatabase/XVNomeArquivo.h"
+#include "platform/XVAberturaConsulta.h"
 #include "platform/XVPlataforma.h"
 #include "support/codes/XVCodigos.h"
 #include "support/codes/XVCodigosArquivo.h"
@@ -11,9 +12,6 @@
 #include "support/trace/XVProfiler.h"
 
 namespace {
-
-constexpr SAberturaArquivo k_aberturaLeitura{EAcessoArquivo::eLeitura, ECompartilhamentoArquivo::eNegaNada,
-                                             ECriacaoArquivo::eSomenteExistente};
 
 SAberturaArquivo AberturaEscrita(bool bCria) {
     return {EAcessoArquivo::eLeituraEscrita, ECompartilhamentoArquivo::eNegaEscrita,
@@ -132,7 +130,7 @@ HRESULT CXVReconstrucao::Confere(const IXVDF_Profiler* pDono) {
 HRESULT CXVReconstrucao::ConfereArquivo(const IXVDF_Profiler* pDono, const std::string& sNome,
                                         const SArquivo& rArquivo) {
     std::unique_ptr<IXVArquivo> pFile;
-    CXVErroArquivo erro = XVPlataforma::SistemaArquivos().Abre(Path(sNome), k_aberturaLeitura, pFile);
+    CXVErroArquivo erro = XVPlataforma::SistemaArquivos().Abre(Path(sNome), k_aberturaConsulta, pFile);
     if (erro.GetCausa() == ECausaArquivo::eArquivoNaoEncontrado)
         return rArquivo.bExistia ? RecusaArquivo(pDono, sNome, "o arquivo não existe mais") : S_OK;
     XVUInt64 uiTamanho = 0;

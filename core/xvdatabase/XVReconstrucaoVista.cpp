@@ -3,6 +3,7 @@
 #include <cstring>
 
 #include "core/xvdatabase/XVReconstrucao.h"
+#include "platform/XVAberturaConsulta.h"
 #include "platform/XVPlataforma.h"
 
 CXVErroArquivo CXVReconstrucao::LeDesfeita(const std::string& sDiretorio, IXVArquivo& rDiario,
@@ -28,10 +29,10 @@ bool CXVReconstrucao::EstaEscrita(const SEntradaLida& rEntrada) const {
 }
 
 bool CXVReconstrucao::EstaEscrita(const SParteLida& rParte) const {
-    constexpr SAberturaArquivo k_abertura{EAcessoArquivo::eLeitura, ECompartilhamentoArquivo::eNegaNada,
-                                          ECriacaoArquivo::eSomenteExistente};
     std::unique_ptr<IXVArquivo> pFile;
-    if (!XVPlataforma::SistemaArquivos().Abre(Path(std::string(rParte.sNome)), k_abertura, pFile).Ok())
+    if (!XVPlataforma::SistemaArquivos()
+             .Abre(Path(std::string(rParte.sNome)), k_aberturaConsulta, pFile)
+             .Ok())
         return false;
     XVUInt64 uiTamanho = 0;
     if (!pFile->GetTamanho(uiTamanho).Ok() || uiTamanho != rParte.uiTamanhoDepois) return false;

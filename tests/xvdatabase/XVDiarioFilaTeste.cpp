@@ -57,14 +57,15 @@ class FilaDoDiario : public CXVCenarioDiario {
             for (std::size_t i = 1; i < 3; ++i)
                 m_fios.emplace_back([this, i] {
                     const CXVCapturaTrace captura;
-                    m_aCodigos[i] = m_banco.Grava(m_bNoMesmoArquivo ? 0 : i, "depois", i + 1);
+                    m_aCodigos[i] = m_banco.Grava(m_bNoMesmoArquivo ? 0 : i, m_aTextos[i], i + 1);
                 });
             while (!m_banco.diario.TemNaFila(2) || !m_banco.diario.TemNaFila(3)) std::this_thread::yield();
             EXPECT_TRUE(m_banco.diario.TemFila());
             EXPECT_FALSE(m_banco.diario.TemNaFila(4));
+            if (m_fnComTodosNaFila) m_fnComTodosNaFila();
         };
         const CXVCapturaTrace captura;
-        m_aCodigos[0] = m_banco.Grava(0, "depois", 1);
+        m_aCodigos[0] = m_banco.Grava(0, m_aTextos[0], 1);
         for (std::thread& rFio : m_fios) rFio.join();
         m_fnAoAlterar = nullptr;
         EXPECT_FALSE(m_banco.diario.TemFila());
@@ -83,13 +84,15 @@ class FilaDoDiario : public CXVCenarioDiario {
         ASSERT_EQ(Reabre(rRetrato), S_OK);
         for (std::size_t i = 0; i < 3; ++i) {
             std::vector<std::string> esperados{"antes"};
-            if (rGravados[i]) esperados.emplace_back("depois");
+            if (rGravados[i]) esperados.push_back(m_aTextos[i]);
             ASSERT_EQ(LeTextos(std::string(1, static_cast<char>('A' + i)) + ".dat"), esperados);
         }
     }
 
     SBancoFila m_banco;
     bool m_bNoMesmoArquivo = false;
+    std::array<std::string, 3> m_aTextos{"depois", "depois", "depois"};
+    std::function<void()> m_fnComTodosNaFila;
     std::vector<std::thread> m_fios;
     std::array<HRESULT, 3> m_aCodigos{E_FAIL, E_FAIL, E_FAIL};
 };
@@ -175,6 +178,33 @@ TEST_F(FilaDoDiario, DescargaQueFalhaFalhaParaTodosQueADividem) {
     EXPECT_EQ(m_aCodigos, (std::array<HRESULT, 3>{S_OK, eHardIO, eHardIO}));
     EXPECT_EQ(m_banco.ulRefeitas, 0U);
     Confere({true, false, false});
+}
+
+class FilaEmAnelPequeno : public FilaDoDiario {
+  protected:
+    void SetUp() override {
+        CXVDiarioAnel::SetTamanhoAnel(4096);
+        FilaDoDiario::SetUp();
+    }
+};
+
+// The ring is full of what waits: an entry for a copy would take the place of the oldest.
+TEST_F(FilaEmAnelPequeno, CopiaNaoTomaOLugarDeQuemEspera) {
+    m_aTextos = {std::string(588, 'a'), std::string(588, 'b'), std::string(1100, 'c')};
+    HRESULT hrCopia = S_OK;
+    XVUInt64 uiCopia = 1;
+    XVUInt64 uiPrimeira = 0;
+    m_fnComTodosNaFila = [&] {
+        const CXVCapturaTrace captura;
+        hrCopia = m_banco.diario.IniciaCopia(&m_Dono, "X.tra", &uiCopia);
+        uiPrimeira = Campo<XVUInt64>(LeDiario(), 520);
+    };
+    GravamJuntos();
+    EXPECT_EQ(hrCopia, eDiskFull);
+    EXPECT_EQ(uiCopia, 0U);
+    EXPECT_EQ(uiPrimeira, 4U) << "three are over, three wait";
+    EXPECT_EQ(m_aCodigos, (std::array<HRESULT, 3>{S_OK, S_OK, S_OK}));
+    Confere({true, true, true});
 }
 
 // Emptied by somebody who must be alone: those that waited are carried out, and the lock is held again.

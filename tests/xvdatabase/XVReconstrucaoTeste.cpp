@@ -438,6 +438,9 @@ TEST_F(Reconstrucao, CamposImpossiveisNaoSaoEntrada) {
     ASSERT_EQ(Abre(DiarioBytes(k_uiSessao, {EntradaBytes(k_uiSessao, {1, {alemDoFim}})})), S_OK)
         << "its end overflows";
     EXPECT_TRUE(TemMensagem(capturaFim, "descartada"));
+}
+
+TEST_F(Reconstrucao, NomesQueLevamParaForaNaoSaoEntrada) {
     for (const char* pszNome : {"../A.dat", "/A.dat", "sub/A.dat", "..\\A.dat", "..", ".", "A", "C:A.dat"}) {
         SCOPED_TRACE(pszNome);
         SParteBytes fora{pszNome, 0, 0, 4, "mal!", "", true};

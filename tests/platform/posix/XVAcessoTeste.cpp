@@ -60,13 +60,25 @@ class CXVAcessoTest : public testing::Test {
     std::string m_sNomeReal;
 };
 
+// A directory with one file, which is what it was however the directory was closed.
+class CXVDiretorioFechadoTest : public CXVAcessoTest {
+  protected:
+    void SetUp() override {
+        ASSERT_TRUE(m_rSistema.CriaDiretorio(Caminho("fechado")).Ok());
+        m_diretorio.CriaArquivo("fechado/A.dat", "x");
+        m_diretorio.CriaArquivo("fora.dat", "y");
+        Modo("", 0755);
+    }
+    void TearDown() override {
+        Modo("fechado", 0700);
+        EXPECT_EQ(m_diretorio.LeConteudo("fechado/A.dat"), "x");
+        EXPECT_EQ(m_diretorio.LeConteudo("fora.dat"), "y");
+    }
+};
+
 }  // namespace
 
-TEST_F(CXVAcessoTest, ONomeQueNaoSePodeVerNaoEstaNemAusenteNemPresente) {
-    ASSERT_TRUE(m_rSistema.CriaDiretorio(Caminho("fechado")).Ok());
-    m_diretorio.CriaArquivo("fechado/A.dat", "x");
-    m_diretorio.CriaArquivo("fora.dat", "y");
-    Modo("", 0755);
+TEST_F(CXVDiretorioFechadoTest, ONomeQueNaoSePodeVerNaoEstaNemAusenteNemPresente) {
     Modo("fechado", 0000);
     {
         const CXVUsuarioSemDireitos usuario;
@@ -86,7 +98,10 @@ TEST_F(CXVAcessoTest, ONomeQueNaoSePodeVerNaoEstaNemAusenteNemPresente) {
         EXPECT_EQ(m_rSistema.SincronizaDiretorio(Caminho("fechado")).GetCausa(),
                   ECausaArquivo::eAcessoNegado);
     }
-    // Read but not entered: the names can be seen, and whether they are files, or still there, cannot.
+}
+
+// The names can be seen, and whether they are files, or still there, cannot.
+TEST_F(CXVDiretorioFechadoTest, LidoMasNaoAtravessadoNaoDizOQueTem) {
     Modo("fechado", 0744);
     {
         const CXVUsuarioSemDireitos usuario;
@@ -97,7 +112,10 @@ TEST_F(CXVAcessoTest, ONomeQueNaoSePodeVerNaoEstaNemAusenteNemPresente) {
             }
         }
     }
-    // Entered but not read: what is asked for by its exact name can be seen, another spelling cannot.
+}
+
+// What is asked for by its exact name can be seen, another spelling cannot.
+TEST_F(CXVDiretorioFechadoTest, AtravessadoMasNaoLidoMostraONomeExato) {
     Modo("fechado", 0711);
     Modo("fechado/A.dat", 0600);
     {
@@ -110,9 +128,6 @@ TEST_F(CXVAcessoTest, ONomeQueNaoSePodeVerNaoEstaNemAusenteNemPresente) {
             EXPECT_EQ(Abre("fechado/A.dat", k_leitura), ECausaArquivo::eAcessoNegado);
         }
     }
-    Modo("fechado", 0700);
-    EXPECT_EQ(m_diretorio.LeConteudo("fechado/A.dat"), "x");
-    EXPECT_EQ(m_diretorio.LeConteudo("fora.dat"), "y");
 }
 
 TEST_F(CXVAcessoTest, OQueSeCriaEDoDonoEDoGrupo) {
