@@ -6,8 +6,6 @@
 namespace {
 
 constexpr std::size_t k_uiTamanho = 3 * 4096 + 16;  // the last page is not full
-constexpr SAberturaArquivo k_aberturaVizinha{EAcessoArquivo::eLeitura, ECompartilhamentoArquivo::eNegaNada,
-                                             ECriacaoArquivo::eSomenteExistente};
 
 std::unique_ptr<IXVVista> Mapeia(IXVArquivo& rArquivo, XVUInt64 uiTamanho) {
     std::unique_ptr<IXVVista> pVista;
@@ -37,7 +35,7 @@ TEST_P(CXVSistemaArquivosTest, VistaEChamadasVeemOsMesmosBytesEOsDeixamNoArquivo
     Cria("v.srk", sEsperado);
     {
         const std::unique_ptr<IXVArquivo> pArquivo = AbreBem("v.srk", k_aberturaEscrita);
-        const std::unique_ptr<IXVArquivo> pLeitor = AbreBem("v.srk", k_aberturaVizinha);
+        const std::unique_ptr<IXVArquivo> pLeitor = AbreBem("v.srk", k_aberturaLeitura);
         const std::unique_ptr<IXVVista> pVista = Mapeia(*pArquivo, k_uiTamanho);
         const std::unique_ptr<IXVVista> pVistaLeitor = Mapeia(*pLeitor, k_uiTamanho);
         const auto fnConfere = [&](const std::string& sQuando) {

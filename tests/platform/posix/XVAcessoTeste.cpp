@@ -86,6 +86,15 @@ TEST_F(CXVAcessoTest, ONomeQueNaoSePodeVerNaoEstaNemAusenteNemPresente) {
         EXPECT_EQ(m_rSistema.SincronizaDiretorio(Caminho("fechado")).GetCausa(),
                   ECausaArquivo::eAcessoNegado);
     }
+    Modo("fechado", 0700);
+    EXPECT_EQ(m_diretorio.LeConteudo("fechado/A.dat"), "x");
+    EXPECT_EQ(m_diretorio.LeConteudo("fora.dat"), "y");
+}
+
+TEST_F(CXVAcessoTest, ODiretorioMeioFechadoSoRespondeOQueDeixaVer) {
+    ASSERT_TRUE(m_rSistema.CriaDiretorio(Caminho("fechado")).Ok());
+    m_diretorio.CriaArquivo("fechado/A.dat", "x");
+    Modo("", 0755);
     // Read but not entered: the names can be seen, and whether they are files, or still there, cannot.
     Modo("fechado", 0744);
     {
@@ -112,7 +121,6 @@ TEST_F(CXVAcessoTest, ONomeQueNaoSePodeVerNaoEstaNemAusenteNemPresente) {
     }
     Modo("fechado", 0700);
     EXPECT_EQ(m_diretorio.LeConteudo("fechado/A.dat"), "x");
-    EXPECT_EQ(m_diretorio.LeConteudo("fora.dat"), "y");
 }
 
 TEST_F(CXVAcessoTest, OQueSeCriaEDoDonoEDoGrupo) {
