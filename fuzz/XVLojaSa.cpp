@@ -1,7 +1,6 @@
 #include "fuzz/XVLojaSa.h"
 
-#include "contract/XVCR_BuffersPS.h"
-#include "contract/XVCR_Enumeracoes.h"
+#include "tests/middleware/XVCenarioLoja.h"
 
 namespace {
 
@@ -11,17 +10,10 @@ std::string Texto(unsigned uiQual) {
     return "{\"pedido\":" + std::to_string(uiQual) + '}';
 }
 
-tagREG_CR_INTEGRACAO_MIDDLEWAREPS Integracao(unsigned uiQual, const std::string& sTexto) {
-    tagREG_CR_INTEGRACAO_MIDDLEWAREPS reg{};
-    reg.uiChaveIntegracaoSistemaTerceiro = 100 + uiQual;
-    reg.eTipoIntegracao = eXVSMiddleware_BuscaPedidos;
-    reg.eStatusIntegracao = eXVSMiddleware_Pendente;
-    reg.eSistemaIntegracao = Mercos;
-    reg.eTipoTransacao = eXVSMiddleware_Inclusao;
-    reg.ulPonteiroFilial = uiQual;
-    reg.regRegistroJSON.ulQtdBytes = static_cast<XVUInt>(sTexto.size());
-    reg.regRegistroJSON.pTexto = reinterpret_cast<XVByte*>(const_cast<char*>(sTexto.data()));
-    return reg;
+CXVIntegracaoTeste Integracao(unsigned uiQual) {
+    CXVIntegracaoTeste integracao(100 + uiQual);
+    integracao.reg.ulPonteiroFilial = uiQual;
+    return integracao.Textos(Texto(uiQual), "", "");
 }
 
 CXVSistemaArquivosMemoria::TRetrato Faz() {
@@ -29,10 +21,8 @@ CXVSistemaArquivosMemoria::TRetrato Faz() {
     const auto pLoja = CXVLojaSa::Abre(bancada);
     for (unsigned i = 0; i < k_uiIntegracoes; ++i) {
         if (i == k_uiIntegracoes / 2) bancada.GetRelogio().SetUTC({2024, 3, 16, 12, 0, 0});
-        const std::string sTexto = Texto(i);
-        const auto reg = Integracao(i, sTexto);
         REG_XVDMC regDmc;
-        XV_EXIGE(SUCCEEDED(pLoja->GravaIntegracao(&regDmc, &reg)));
+        XV_EXIGE(SUCCEEDED(pLoja->GravaIntegracao(&regDmc, Integracao(i).Ptr())));
     }
     XV_EXIGE(SUCCEEDED(pLoja->GravaChaveRegistroTelvoParaTerceiro({7, {5ULL << 14 | 2}, 1, 6, Mercos, {}})));
     XV_EXIGE(SUCCEEDED(pLoja->GravaDataHoraIntegracaoTerceiro({{}, 9, Mercos, 1, {}})));
@@ -41,18 +31,10 @@ CXVSistemaArquivosMemoria::TRetrato Faz() {
 }
 
 bool ConfereUma(CBaseMiddleware& rLoja, REG_XVDMC regDmc, unsigned uiQual) {
-    tagREG_CR_INTEGRACAO_MIDDLEWAREPS reg{};
-    const HRESULT hr = rLoja.LeIntegracao(regDmc, &reg, k_ullLeJSON);
-    const bool bIgual = hr == S_OK && reg.ulPonteiroFilial == uiQual &&
-                        reg.uiChaveIntegracaoSistemaTerceiro == 100 + uiQual &&
-                        CXVStringPS::RegToString(reg.regRegistroJSON) == Texto(uiQual);
-    XVLiberaBuffers(&reg);
-    return bIgual;
+    const SIntegracaoLida lida = XVLe(rLoja, regDmc, k_ullLeJSON);
+    return lida.hr == S_OK && lida.reg.ulPonteiroFilial == uiQual &&
+           lida.reg.uiChaveIntegracaoSistemaTerceiro == 100 + uiQual && lida.sJSON == Texto(uiQual);
 }
-
-}  // namespace
-
-namespace {
 
 // The disk before and after a status, seen while the store is open.
 struct SMorte {
@@ -73,8 +55,7 @@ SMorte FazMorte() {
     for (const XVUInt eStatus : {eXVSMiddleware_Enviado, eXVSMiddleware_Sucesso}) {
         sMensagem += '!';
         reg.eStatusIntegracao = eStatus;
-        reg.regMensagemIntegracao.ulQtdBytes = static_cast<XVUInt>(sMensagem.size());
-        reg.regMensagemIntegracao.pTexto = reinterpret_cast<XVByte*>(sMensagem.data());
+        reg.regMensagemIntegracao = XVTextoPS(sMensagem);
         morte.antes = bancada.GetDisco().Retrata();
         XV_EXIGE(SUCCEEDED(pLoja->GravaStatusIntegracao(reg)));
     }
@@ -106,30 +87,24 @@ std::unique_ptr<CBaseMiddleware> CXVLojaSa::Abre(CXVBancadaFuzz& rBancada) {
 }
 
 bool CXVLojaSa::Confere(CBaseMiddleware& rLoja) {
-    _REG_DF_LISTA_XVDMCPS lista{};
-    bool bIgual = rLoja.BuscaPonteiros({}, &lista) == S_OK && lista.ulQuantidade == k_uiIntegracoes;
-    for (unsigned i = 0; bIgual && i < k_uiIntegracoes; ++i) bIgual = ConfereUma(rLoja, lista.pLista[i], i);
-    XVLiberaBuffers(&lista);
+    const SBuscaFeita feita = XVBuscaComCodigo(rLoja, {});
+    bool bIgual = feita.hr == S_OK && feita.lista.size() == k_uiIntegracoes;
+    for (unsigned i = 0; bIgual && i < k_uiIntegracoes; ++i) bIgual = ConfereUma(rLoja, {feita.lista[i]}, i);
     return bIgual;
 }
 
 bool CXVLojaSa::ConfereConcluida(CBaseMiddleware& rLoja) {
-    _REG_DF_LISTA_XVDMCPS lista{};
-    tagREG_CR_INTEGRACAO_MIDDLEWAREPS reg{};
-    const bool bConcluida = rLoja.BuscaPonteiros({}, &lista) == S_OK && lista.ulQuantidade > 0 &&
-                            rLoja.LeIntegracao(lista.pLista[0], &reg, k_ullLeMensagem) == S_OK &&
-                            reg.eStatusIntegracao == eXVSMiddleware_Sucesso &&
-                            CXVStringPS::RegToString(reg.regMensagemIntegracao) == "aceito!!";
-    XVLiberaBuffers(&lista);
-    XVLiberaBuffers(&reg);
-    return bConcluida;
+    const SBuscaFeita feita = XVBuscaComCodigo(rLoja, {});
+    if (feita.hr != S_OK || feita.lista.empty()) return false;
+    const SIntegracaoLida lida = XVLe(rLoja, {feita.lista[0]}, k_ullLeMensagem);
+    return lida.hr == S_OK && lida.reg.eStatusIntegracao == eXVSMiddleware_Sucesso &&
+           lida.sMensagem == "aceito!!";
 }
 
 bool CXVLojaSa::Grava(CBaseMiddleware& rLoja) {
-    const std::string sTexto = Texto(k_uiIntegracoes);
-    const auto reg = Integracao(k_uiIntegracoes, sTexto);
     REG_XVDMC regDmc;
-    return rLoja.GravaIntegracao(&regDmc, &reg) == S_OK && ConfereUma(rLoja, regDmc, k_uiIntegracoes);
+    return rLoja.GravaIntegracao(&regDmc, Integracao(k_uiIntegracoes).Ptr()) == S_OK &&
+           ConfereUma(rLoja, regDmc, k_uiIntegracoes);
 }
 
 std::map<std::string, std::string> CXVLojaSa::Dados(const CXVBancadaFuzz& rBancada) {

@@ -33,13 +33,21 @@ const tagREG_CR_INTEGRACAO_MIDDLEWAREPS* CXVIntegracaoTeste::Ptr() {
     return &reg;
 }
 
-SIntegracaoLida XVLe(CBaseMiddleware& rLoja, REG_XVDMC regDmc, XVUInt64 ullFlags) {
+SIntegracaoLida XVToma(tagREG_CR_INTEGRACAO_MIDDLEWAREPS& reg) {
     SIntegracaoLida lida;
-    lida.hr = rLoja.LeIntegracao(regDmc, &lida.reg, ullFlags);
-    lida.sJSON = CXVStringPS::RegToString(lida.reg.regRegistroJSON);
-    lida.sMensagem = CXVStringPS::RegToString(lida.reg.regMensagemIntegracao);
-    lida.sRetorno = CXVStringPS::RegToString(lida.reg.regJSONRetornoIntegracao);
-    XVLiberaBuffers(&lida.reg);
+    lida.reg = reg;
+    lida.sJSON = CXVStringPS::RegToString(reg.regRegistroJSON);
+    lida.sMensagem = CXVStringPS::RegToString(reg.regMensagemIntegracao);
+    lida.sRetorno = CXVStringPS::RegToString(reg.regJSONRetornoIntegracao);
+    XVLiberaBuffers(&reg);
+    return lida;
+}
+
+SIntegracaoLida XVLe(CBaseMiddleware& rLoja, REG_XVDMC regDmc, XVUInt64 ullFlags) {
+    tagREG_CR_INTEGRACAO_MIDDLEWAREPS reg{};
+    const HRESULT hr = rLoja.LeIntegracao(regDmc, &reg, ullFlags);
+    SIntegracaoLida lida = XVToma(reg);
+    lida.hr = hr;
     return lida;
 }
 

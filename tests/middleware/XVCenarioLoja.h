@@ -47,6 +47,8 @@ struct SFiltroTeste {
 using TLoja = std::unique_ptr<CBaseMiddleware>;
 using TListaDmc = std::vector<XVUInt64>;
 
+// An output record with its texts; its buffers are freed.
+SIntegracaoLida XVToma(tagREG_CR_INTEGRACAO_MIDDLEWAREPS& reg);
 SIntegracaoLida XVLe(CBaseMiddleware& rLoja, REG_XVDMC regDmc, XVUInt64 ullFlags = 7);
 struct SBuscaFeita {
     HRESULT hr = S_OK;

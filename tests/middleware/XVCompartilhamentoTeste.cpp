@@ -1,7 +1,4 @@
-// One store of a company in the process, several companies, viewing beside a writer; and what it costs.
-#include <map>
-
-#include "tests/harness/XVSistemaArquivosFalhas.h"
+// One store of a company in the process, several companies, viewing beside a writer.
 #include "tests/middleware/XVCenarioLoja.h"
 
 namespace {
@@ -37,18 +34,6 @@ TEST_F(CXVCompartilhamentoTest, ObjectsOfACompanyShareTheStoreAndStampTheirOwnUs
     EXPECT_EQ(pDois->Finaliza(), S_OK);
     const TLoja pTres = Abre();
     EXPECT_EQ(XVBusca(*pTres).size(), 3U);
-}
-
-TEST_F(CXVCompartilhamentoTest, CompaniesSideBySideDoNotSeeEachOther) {
-    const TLoja pMatriz = Abre();
-    const TLoja pFilial = Abre(8, "FILIAL-1");
-    const REG_XVDMC regDmc = Grava(*pMatriz, CXVIntegracaoTeste(1));
-    EXPECT_EQ(XVLe(*pFilial, regDmc).hr, E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA);
-    Grava(*pFilial, CXVIntegracaoTeste(2));
-    Grava(*pFilial, CXVIntegracaoTeste(3));
-    EXPECT_EQ(XVBusca(*pMatriz).size(), 1U);
-    EXPECT_EQ(XVBusca(*pFilial).size(), 2U);
-    EXPECT_EQ(Dados(m_Arquivos.LeConteudo("/telvo/FILIAL-1/DF/CRINDEXINTEG.dat").value_or("")).size(), 48U);
 }
 
 TEST_F(CXVCompartilhamentoTest, ViewerBesideAWriterSeesWhatItRecordsAndChangesNothing) {
@@ -113,46 +98,6 @@ TEST_F(CXVCompartilhamentoTest, StoreThatAnotherProcessHoldsIsRefusedAndLeavesNo
     pAlheio.reset();
     EXPECT_EQ(loja.Inicializa(&m_Dono), S_OK) << "the same object, once the other one has gone";
     EXPECT_EQ(XVBusca(loja).size(), 1U);
-}
-
-TEST_F(CXVCompartilhamentoTest, RecordingWritesDataAndHeaderOncePerFileAndOpensNothing) {
-    TLoja pLoja = Abre();
-    Grava(*pLoja, CXVIntegracaoTeste(1).Textos("{}", "m", "{}"));
-    CXVSistemaArquivosFalhas contador(m_Arquivos);
-    std::map<std::string, int> operacoes;
-    contador.SetFiltro([&](const std::string& s) {
-        ++operacoes[s.substr(s.find_last_of('/') + 1)];
-        return true;
-    });
-    const CXVGuardaSistemaArquivos guarda(contador);
-    // Files opened before the guard are not counted: a new day opens all five members through it.
-    SetDia(16);
-    Grava(*pLoja, CXVIntegracaoTeste(2).Textos("{}", "m", "{}"));
-    contador.Limpa();
-    operacoes.clear();
-    Grava(*pLoja, CXVIntegracaoTeste(3).Textos("{\"x\":1}", "mm", "{\"y\":2}"));
-    EXPECT_EQ(contador.GetQuantidadeTotal(), contador.GetQuantidade(EOperacaoArquivo::eGrava))
-        << "writes and nothing else";
-    for (const char* pszNome : {"CRINTEGMID20240316.dat", "CRINTEGMIDJSON20240316.dat",
-                                "CRINTEGMIDMENS20240316.dat", "CRINTEGMIDJSONRET20240316.dat"})
-        EXPECT_EQ(operacoes[pszNome], 2) << pszNome;
-    EXPECT_LE(contador.GetQuantidade(EOperacaoArquivo::eGrava), 11U) << "and one log line";
-    contador.SetFiltro(nullptr);
-    pLoja.reset();
-}
-
-TEST_F(CXVCompartilhamentoTest, NoMoreThanTwoMembersOfAGroupStayOpen) {
-    const TLoja pLoja = Abre();
-    for (unsigned uiDia = 1; uiDia <= 12; ++uiDia) {
-        SetDia(uiDia);
-        Grava(*pLoja, CXVIntegracaoTeste(uiDia).Textos("{}", "m", "{}"));
-    }
-    // Four groups of two, the index, the general log and the mark of the open store.
-    constexpr std::size_t k_uiMaximo = 4 * 2 + 3;
-    EXPECT_LE(m_Arquivos.GetQuantidadeAberta(), k_uiMaximo);
-    for (unsigned uiDia = 12; uiDia >= 1; --uiDia)
-        EXPECT_EQ(XVLe(*pLoja, {XVChaveDmc(XVDma(2024, 3, uiDia), 1)}).sJSON, "{}");
-    EXPECT_LE(m_Arquivos.GetQuantidadeAberta(), k_uiMaximo);
 }
 
 }  // namespace

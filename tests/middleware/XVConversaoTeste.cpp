@@ -1,9 +1,9 @@
 // Databases of earlier versions and what the conversion makes of them.
-#include <thread>
 
 #include "core/xvdatabase/XVDataBaseUtil.h"
 #include "middleware/BaseMiddleware.h"
 #include "tests/harness/XVDiretorioTeste.h"
+#include "tests/harness/XVEmThreads.h"
 #include "tests/harness/XVSistemaArquivosFalhas.h"
 #include "tests/middleware/XVCenarioConversao.h"
 
@@ -191,16 +191,13 @@ TEST(CXVConversaoJuntosTest, TwoAtOnceConvertOnce) {
     ASSERT_TRUE(XVPlataforma::SistemaArquivosNativo().CriaDiretorio(diretorio.Junta("MATRIZ/DF")).Ok());
     for (const auto& [sNome, sBytes] : fabrica.Cria(12, 20))
         diretorio.CriaArquivo("MATRIZ/DF/" + sNome, sBytes);
-    std::vector<std::thread> threads;
-    for (int i = 0; i < 3; ++i)
-        threads.emplace_back([&] {
-            const CXVCapturaTrace captura;
-            const CXVDonoFixo dono("MATRIZ");
-            CXVConversaoMiddleware conversao(nullptr);
-            EXPECT_EQ(conversao.Inicializa(&dono), S_OK);
-            EXPECT_EQ(conversao.ExecutaConversao(), S_OK);
-        });
-    for (auto& rThread : threads) rThread.join();
+    XVEmThreads(3, [&](unsigned) {
+        const CXVCapturaTrace captura;
+        const CXVDonoFixo dono("MATRIZ");
+        CXVConversaoMiddleware conversao(nullptr);
+        EXPECT_EQ(conversao.Inicializa(&dono), S_OK);
+        EXPECT_EQ(conversao.ExecutaConversao(), S_OK);
+    });
     for (const auto& [sNome, sDados] : fabrica.DadosConvertidos(12, 20))
         EXPECT_EQ(diretorio.LeConteudo("MATRIZ/DF/" + sNome).value_or("").substr(240), sDados) << sNome;
 }

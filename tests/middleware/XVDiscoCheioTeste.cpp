@@ -31,46 +31,6 @@ class CXVDiscoCheio : public CXVCenarioLoja {
     TRetratoLoja m_retrato;
 };
 
-TEST_F(CXVDiscoCheio, AbreBuscaELeSemUmByteLivreERecusaAPrimeiraGravacao) {
-    Enche();
-    const TLoja pLoja = Abre();
-    ASSERT_NE(pLoja, nullptr);
-    EXPECT_EQ(Diferenca(m_retrato, *pLoja), "");
-    const std::string sLogAntes = LogGeral();
-    EXPECT_EQ(Inclui(*pLoja, 77), eDiskFull);
-    EXPECT_EQ(Diferenca(m_retrato, *pLoja), "");
-    EXPECT_EQ(LogGeral(), sLogAntes);
-
-    m_Arquivos.LimitaEspaco(std::nullopt);
-    ASSERT_EQ(Inclui(*pLoja, 78), S_OK);
-    EXPECT_EQ(XVBusca(*pLoja, {.de = 78, .ate = 78}).size(), 1U);
-    const TRetratoLoja retrato = XVRetrataLoja(*pLoja);
-    EXPECT_EQ(pLoja->Finaliza(), S_OK);
-    const TLoja pReaberta = Abre();
-    ASSERT_NE(pReaberta, nullptr);
-    EXPECT_EQ(Diferenca(retrato, *pReaberta), "");
-}
-
-TEST_F(CXVDiscoCheio, EncheEntreDuasGravacoesEVoltaATerEspaco) {
-    const TLoja pLoja = Abre();
-    ASSERT_EQ(Inclui(*pLoja, 77), S_OK);
-    const TRetratoLoja retrato = XVRetrataLoja(*pLoja);
-    Enche();
-    SetDia(16);
-    EXPECT_EQ(Inclui(*pLoja, 78), eDiskFull) << "the first one of a day";
-    SetDia(15);
-    EXPECT_EQ(Inclui(*pLoja, 79), eDiskFull);
-    EXPECT_EQ(Diferenca(retrato, *pLoja), "");
-    EXPECT_EQ(pLoja->Finaliza(), S_OK);
-
-    const TLoja pReaberta = Abre();
-    ASSERT_NE(pReaberta, nullptr);
-    EXPECT_EQ(Diferenca(retrato, *pReaberta), "");
-    m_Arquivos.LimitaEspaco(std::nullopt);
-    SetDia(16);
-    EXPECT_EQ(Inclui(*pReaberta, 80), S_OK);
-}
-
 // Not even a name can be created: there is no journal, and so nothing is recorded.
 TEST_F(CXVDiscoCheio, AbreBuscaELeTambemQuandoOJornalNaoPodeSerCriado) {
     CXVSistemaArquivosFalhas falhas(m_Arquivos);
@@ -120,16 +80,25 @@ TEST_F(CXVDiscoCheio, CadaQuantidadeDeBytesLivres) {
 }
 
 // The first write after an opening takes the place of the journal, which may come to its end half-way.
-TEST_F(CXVDiscoCheio, EspacoQueNaoBastaParaOJornal) {
-    for (const XVUInt64 uiLivres : {1U, 32U, 4095U, 4096U, 4200U, 20000U}) {
+TEST_F(CXVDiscoCheio, AbreBuscaELeSemEspacoERecusaAPrimeiraGravacao) {
+    for (const XVUInt64 uiLivres : {0U, 1U, 32U, 4095U, 4096U, 4200U, 20000U}) {
         SCOPED_TRACE(uiLivres);
         m_Arquivos.LimitaEspaco(std::nullopt);
+        TRetratoLoja antes;
+        {
+            const TLoja pLoja = Abre();
+            ASSERT_NE(pLoja, nullptr);
+            antes = XVRetrataLoja(*pLoja);
+            ASSERT_EQ(pLoja->Finaliza(), S_OK);
+        }
+        Enche(uiLivres);
         const TLoja pLoja = Abre();
         ASSERT_NE(pLoja, nullptr);
-        const TRetratoLoja antes = XVRetrataLoja(*pLoja);
-        Enche(uiLivres);
+        EXPECT_EQ(Diferenca(antes, *pLoja), "");
+        const std::string sLogAntes = LogGeral();
         EXPECT_EQ(Inclui(*pLoja, 77), eDiskFull);
         EXPECT_EQ(Diferenca(antes, *pLoja), "");
+        EXPECT_EQ(LogGeral(), sLogAntes);
         EXPECT_EQ(pLoja->Finaliza(), S_OK);
         const TLoja pReaberta = Abre();
         ASSERT_NE(pReaberta, nullptr);

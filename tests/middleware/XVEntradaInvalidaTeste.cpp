@@ -132,19 +132,4 @@ TEST_F(CXVEntradaInvalidaTest, ListsWithACountAndNoPointerAreRefusedAndOutputsCl
     EXPECT_EQ(m_pLoja->BuscaDadosSistemaTerceiro({}, &consulta), E_INVALIDARG);
 }
 
-TEST_F(CXVEntradaInvalidaTest, CompanyTextThatIsNoFolderNameNeverBecomesAPath) {
-    const auto retrato = m_Arquivos.Retrata();
-    for (const char* pszEmpresa : {"", "..", "A/B", "A\\B", "CON", "lpt1", "MATRIZ ", "AÇO", "A.B",
-                                   "0123456789012345678901234567890123456789012345678"}) {
-        CBaseMiddleware loja;
-        const CXVDonoFixo dono(pszEmpresa);
-        EXPECT_EQ(loja.Inicializa(&dono), E_INVALIDARG) << pszEmpresa;
-        EXPECT_EQ(XVLe(loja, m_regDmc).hr, E_XVCR_COMPONENTE_NAO_INICIALIZADO);
-        REG_XVDMC regDmc;
-        EXPECT_EQ(loja.GravaIntegracao(&regDmc, CXVIntegracaoTeste().Ptr()),
-                  E_XVCR_COMPONENTE_NAO_INICIALIZADO);
-    }
-    EXPECT_EQ(m_Arquivos.Diferenca(retrato, m_Arquivos.Retrata()), "");
-}
-
 }  // namespace

@@ -1,6 +1,7 @@
-// Recording, updating, statuses.
-#include <thread>
+// Recording: where texts lie, what is told in the general log, several threads. What a store then answers is
+// compared with a model elsewhere.
 
+#include "tests/harness/XVEmThreads.h"
 #include "tests/harness/XVSistemaArquivosFalhas.h"
 #include "tests/middleware/XVCenarioLoja.h"
 
@@ -10,61 +11,26 @@ class CXVGravacaoTest : public CXVCenarioLoja {
   protected:
     CXVGravacaoTest() : m_pLoja(Abre()) {}
 
-    tagREG_CR_STATUS_INTEGRACAO_MIDDLEWAREPS Status(REG_XVDMC regDmc, XVUInt64 uiChave, XVUInt eSistema,
-                                                    XVUInt eStatus) {
+    tagREG_CR_STATUS_INTEGRACAO_MIDDLEWAREPS Status(REG_XVDMC regDmc, XVUInt eStatus) {
         tagREG_CR_STATUS_INTEGRACAO_MIDDLEWAREPS reg{};
         reg.regDmc = regDmc;
-        reg.uiChaveIntegracaoSistemaTerceiro = uiChave;
-        reg.eSistemaIntegracao = eSistema;
         reg.eStatusIntegracao = eStatus;
         reg.regMensagemIntegracao = XVTextoPS(m_sMensagem);
         return reg;
     }
-    std::size_t QuantidadeIndex() const { return Dados(Conteudo("CRINDEXINTEG.dat")).size() / 24; }
+    std::size_t Registros(const char* pszArquivo, std::size_t uiTamanho) const {
+        return Dados(Conteudo(pszArquivo)).size() / uiTamanho;
+    }
 
     std::string m_sMensagem = "recebido";
     TLoja m_pLoja;
 };
-
-TEST_F(CXVGravacaoTest, NewOnesOfADayTakeAscendingPositionsAndTheGivenInclusionStays) {
-    CXVIntegracaoTeste integracao;
-    integracao.reg.regDataHoraInclusao = {XVDataHora(XVDma(2020, 1, 1), 1)};
-    EXPECT_EQ(Grava(*m_pLoja, integracao).uiValor, XVChaveDmc(k_uiHoje, 1));
-    REG_XVDMC regDmc;
-    ASSERT_EQ(m_pLoja->GravaInternalIntegracao(&regDmc, CXVIntegracaoTeste().Ptr()), S_OK);
-    EXPECT_EQ(regDmc.uiValor, XVChaveDmc(k_uiHoje, 2));
-    SetDia(16);
-    const REG_XVDMC regAmanha = Grava(*m_pLoja, CXVIntegracaoTeste());
-    EXPECT_EQ(regAmanha.uiValor, XVChaveDmc(XVDma(2024, 3, 16), 1)) << "each date has its own files";
-    EXPECT_EQ(XVLe(*m_pLoja, {XVChaveDmc(k_uiHoje, 1)}).reg.regDataHoraInclusao.uiValor,
-              XVDataHora(XVDma(2020, 1, 1), 1));
-    EXPECT_EQ(XVLe(*m_pLoja, regAmanha).reg.regDataHoraInclusao.uiValor, XVDataHora(XVDma(2024, 3, 16), 12));
-}
 
 TEST_F(CXVGravacaoTest, DateAndStampComeFromOneReadingOfUtcEvenWhenLocalTimeIsAnotherDay) {
     m_Relogio.SetUTC({2024, 3, 16, 1, 30, 0});  // 22:30 of the 15th, local time
     const REG_XVDMC regDmc = Grava(*m_pLoja, CXVIntegracaoTeste());
     EXPECT_EQ(regDmc.GetDma().ToChave(), 20240316U);
     EXPECT_EQ(XVLe(*m_pLoja, regDmc).reg.regDataHoraInclusao.uiValor, XVDataHora(XVDma(2024, 3, 16), 1, 30));
-}
-
-TEST_F(CXVGravacaoTest, BankKeyIsTakenOverByTheNewestAndOnlyThere) {
-    const REG_XVDMC regPrimeira = Grava(*m_pLoja, CXVIntegracaoTeste(500, OfficialBank));
-    const REG_XVDMC regSegunda = Grava(*m_pLoja, CXVIntegracaoTeste(500, OfficialBank));
-    EXPECT_EQ(QuantidadeIndex(), 1U);
-    EXPECT_EQ(XVLe(*m_pLoja, regPrimeira).hr, E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA);
-    EXPECT_EQ(XVLe(*m_pLoja, regSegunda).hr, S_OK);
-    Grava(*m_pLoja, CXVIntegracaoTeste(0, OfficialBank));
-    Grava(*m_pLoja, CXVIntegracaoTeste(0, OfficialBank));
-    EXPECT_EQ(QuantidadeIndex(), 3U) << "without a key there is nothing to take over";
-    const REG_XVDMC regPedido = Grava(*m_pLoja, CXVIntegracaoTeste(500, Mercos));
-    const REG_XVDMC regProduto = Grava(*m_pLoja, CXVIntegracaoTeste(500, Mercos));
-    EXPECT_EQ(QuantidadeIndex(), 5U) << "other systems number orders and products apart";
-    EXPECT_EQ(XVLe(*m_pLoja, regPedido).hr, S_OK);
-    ASSERT_EQ(m_pLoja->GravaStatusIntegracao(Status({}, 500, Mercos, eXVSMiddleware_Sucesso)), S_OK);
-    EXPECT_EQ(XVLe(*m_pLoja, regPedido).reg.eStatusIntegracao, eXVSMiddleware_Sucesso)
-        << "the lowest position";
-    EXPECT_EQ(XVLe(*m_pLoja, regProduto).reg.eStatusIntegracao, eXVSMiddleware_Pendente);
 }
 
 TEST_F(CXVGravacaoTest, UpdateReplacesEverythingButTwoTextsThatKeepTheirPlaceWhenEqual) {
@@ -101,73 +67,14 @@ TEST_F(CXVGravacaoTest, UpdateReplacesEverythingButTwoTextsThatKeepTheirPlaceWhe
         << "a returned JSON of an update is always appended";
 }
 
-TEST_F(CXVGravacaoTest, UpdateWithoutExternalKeyOnlyWhilePendingInErrorOrCancelled) {
-    REG_XVDMC regDmc = Grava(*m_pLoja, CXVIntegracaoTeste(1, Mercos, eXVSMiddleware_Enviado));
-    const auto retrato = RetratoSemLogs();
-    for (const XVUInt eStatus :
-         {eXVSMiddleware_NenhumStatus, eXVSMiddleware_Enviado, eXVSMiddleware_Sucesso}) {
-        EXPECT_EQ(m_pLoja->GravaIntegracao(&regDmc, CXVIntegracaoTeste(0, Mercos, eStatus).Ptr()),
-                  E_XVCR_TENTATIVA_GRAVACAO_INTEGRACAO_COM_CHAVE_SISTEMA_TERCEIRO_ZERADA);
-    }
-    EXPECT_EQ(m_Arquivos.Diferenca(retrato, RetratoSemLogs()), "");
-    for (const XVUInt eStatus : {eXVSMiddleware_Pendente, eXVSMiddleware_Erro, eXVSMiddleware_Cancelado})
-        EXPECT_EQ(m_pLoja->GravaIntegracao(&regDmc, CXVIntegracaoTeste(0, Mercos, eStatus).Ptr()), S_OK);
-    REG_XVDMC regAusente{XVChaveDmc(k_uiHoje, 2)};
-    EXPECT_EQ(m_pLoja->GravaIntegracao(&regAusente, CXVIntegracaoTeste(1).Ptr()),
-              E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA);
-}
-
-TEST_F(CXVGravacaoTest, StatusByDmcAndByKeyStampsNowAndNamesTheCanceller) {
-    CXVIntegracaoTeste integracao(42, Mercos, eXVSMiddleware_Enviado);
-    const REG_XVDMC regDmc = Grava(*m_pLoja, integracao.Textos("{}", "m", "{\"r\":0}"));
-    SetDia(17, 8);
-    ASSERT_EQ(m_pLoja->GravaStatusIntegracao(Status(regDmc, 0, 0, eXVSMiddleware_Enviado)), S_OK);
-    SIntegracaoLida lida = XVLe(*m_pLoja, regDmc);
-    EXPECT_EQ(lida.reg.regDataHoraAlteracaoStatus.uiValor, XVDataHora(XVDma(2024, 3, 17), 8)) << "always now";
-    EXPECT_EQ(lida.sMensagem, "recebido");
-    EXPECT_EQ(lida.sRetorno, "{\"r\":0}") << "no returned JSON given: the old one stays";
-    EXPECT_EQ(lida.reg.ulPonteiroUsuarioCancelamento, 0U);
-    EXPECT_EQ(lida.reg.uiChaveIntegracaoSistemaTerceiro, 42U) << "a status changes neither key nor system";
-
-    const std::string sRetorno = "{\"r\":2}";
-    auto status = Status({}, 42, Mercos, eXVSMiddleware_Cancelado);
-    status.regJSONRetornoIntegracao = XVTextoPS(sRetorno);
-    const TLoja pOutro = Abre(31, "MATRIZ", 5);
-    ASSERT_EQ(pOutro->GravaStatusIntegracao(status), S_OK);
-    lida = XVLe(*m_pLoja, regDmc);
-    EXPECT_EQ(lida.reg.eStatusIntegracao, eXVSMiddleware_Cancelado);
-    EXPECT_EQ(lida.reg.ulPonteiroUsuarioCancelamento, 31U) << "the user of the call";
-    EXPECT_EQ(lida.sRetorno, sRetorno);
-}
-
-TEST_F(CXVGravacaoTest, StatusThatNamesNothingIsRefusedByItsOwnCode) {
-    using enum XVSMiddleware_StatusIntegracao;
-    const REG_XVDMC regFora{XVChaveDmc(k_uiHoje, 7)};
-    EXPECT_EQ(m_pLoja->GravaStatusIntegracao(Status(regFora, 0, 0, eXVSMiddleware_Erro)),
-              E_XVCR_TENTATIVA_LER_POSICAO_ZERO)
-        << "empty index";
-    Grava(*m_pLoja, CXVIntegracaoTeste(42));
-    const auto retrato = RetratoSemLogs();
-    EXPECT_EQ(m_pLoja->GravaStatusIntegracao(Status(regFora, 0, 0, eXVSMiddleware_Erro)),
-              E_XVCR_TENTATIVA_LER_POSICAO_ZERO);
-    EXPECT_TRUE(m_Captura.Contem("m_pDataBase->m_IndexIntegracao.Le(uiPosicaoIndex, &regIndex)"));
-    EXPECT_EQ(m_pLoja->GravaStatusIntegracao(Status({}, 0, Mercos, eXVSMiddleware_Erro)),
-              E_XVCR_INDEXACAO_CHAVE_INTEGRACAO_SISTEMA_TERCEIRO_ZERADA);
-    EXPECT_EQ(m_pLoja->GravaStatusIntegracao(Status({}, 42, Tipo_Nenhum, eXVSMiddleware_Erro)),
-              E_XVCR_INDEXACAO_CHAVE_INTEGRACAO_SISTEMA_TERCEIRO_ZERADA);
-    EXPECT_EQ(m_pLoja->GravaStatusIntegracao(Status({}, 42, OfficialBank, eXVSMiddleware_Erro)),
-              E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA);
-    EXPECT_EQ(m_pLoja->GravaStatusIntegracao(Status({}, 43, Mercos, eXVSMiddleware_Erro)),
-              E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA);
-    EXPECT_EQ(m_Arquivos.Diferenca(retrato, RetratoSemLogs()), "");
-}
-
 TEST_F(CXVGravacaoTest, EveryOperationLeavesItsLineInTheGeneralLogWithTheCallersUser) {
     CXVIntegracaoTeste integracao(18446744073709551615ULL);
     REG_XVDMC regDmc = Grava(*m_pLoja, integracao);
     const TLoja pOutro = Abre(31, "MATRIZ", 5);
     ASSERT_EQ(pOutro->GravaIntegracao(&regDmc, integracao.Ptr()), S_OK);
-    ASSERT_EQ(m_pLoja->GravaStatusIntegracao(Status(regDmc, 0, 0, eXVSMiddleware_Erro)), S_OK);
+    ASSERT_EQ(m_pLoja->GravaStatusIntegracao(Status(regDmc, eXVSMiddleware_Erro)), S_OK);
+    ASSERT_EQ(pOutro->GravaStatusIntegracao(Status(regDmc, eXVSMiddleware_Cancelado)), S_OK);
+    EXPECT_EQ(XVLe(*m_pLoja, regDmc).reg.ulPonteiroUsuarioCancelamento, 31U) << "the user of the call";
     const std::string sFim =
         " - DMCIntegracao: 20240315-1-1 - ChaveSistemaTerceiro: 18446744073709551615 - "
         "DMCMovimentoOrigem: 20230102-5-2\n";
@@ -189,50 +96,44 @@ TEST_F(CXVGravacaoTest, LogThatCannotBeWrittenDoesNotUndoWhatWasRecorded) {
     EXPECT_TRUE(m_Captura.Contem("GetAcessoEmpresarial()->GravaLogGeral(eServico, sTexto)"));
 }
 
-TEST_F(CXVGravacaoTest, FullDiskIsToldNothingIsLostAndTheNextRecordingWorks) {
-    Grava(*m_pLoja, CXVIntegracaoTeste(1).Textos("{}", "m", ""));
-    const std::string sIntegracoes = Conteudo("CRINTEGMID20240315.dat");
-    CXVSistemaArquivosFalhas falhas(m_Arquivos);
-    const CXVGuardaSistemaArquivos guarda(falhas);
-    m_Arquivos.LimitaEspaco(0);
-    REG_XVDMC regDmc;
-    EXPECT_EQ(m_pLoja->GravaIntegracao(&regDmc, CXVIntegracaoTeste(2).Textos("{\"grande\":1}", "", "").Ptr()),
-              eDiskFull);
-    EXPECT_TRUE(regDmc.EhNulo());
-    ASSERT_FALSE(m_Captura.GetFalhas().empty());
-    EXPECT_TRUE(m_Captura.Contem(
-        "m_pDataBase->m_JSONIntegracao.Grava(uiChaveNomeArquivo, regGrava.ulPonteiroJSONRegistro, "
-        "CXVStringPS::RegToString(pregps->regRegistroJSON))"));
-    EXPECT_EQ(m_Captura.GetFalhas().back().sFuncao, "CBaseMiddleware::GravaIntegracao");
-    EXPECT_EQ(Conteudo("CRINTEGMID20240315.dat"), sIntegracoes);
-    EXPECT_EQ(Dados(Conteudo("CRINTEGMIDJSON20240315.dat")), CXVBytes().Texto("{}").Str());
-    m_Arquivos.LimitaEspaco(std::nullopt);
-    EXPECT_EQ(Grava(*m_pLoja, CXVIntegracaoTeste(2)).GetPonteiro(), 2U);
-}
-
 TEST_F(CXVGravacaoTest, RecordersOnSeveralThreadsGetDifferentIntegrations) {
-    constexpr std::size_t k_uiThreads = 4;
+    constexpr unsigned k_uiThreads = 4;
     constexpr std::size_t k_uiPorThread = 50;
     std::vector<TListaDmc> listas(k_uiThreads);
-    std::vector<std::thread> threads;
-    for (std::size_t i = 0; i < k_uiThreads; ++i)
-        threads.emplace_back([&, i] {
-            const CXVCapturaTrace captura;
-            for (std::size_t j = 0; j < k_uiPorThread; ++j) {
-                const auto sTexto = std::to_string(i * 1000 + j);
-                const REG_XVDMC regDmc =
-                    Grava(*m_pLoja, CXVIntegracaoTeste(7, OfficialBank).Textos(sTexto, sTexto, sTexto));
-                listas[i].push_back(regDmc.uiValor);
-                const SIntegracaoLida lida = XVLe(*m_pLoja, regDmc);
-                EXPECT_TRUE(FAILED(lida.hr) || lida.sJSON == sTexto);
-            }
-        });
-    for (auto& rThread : threads) rThread.join();
+    XVEmThreads(k_uiThreads, [&](std::size_t i) {
+        const CXVCapturaTrace captura;
+        for (std::size_t j = 0; j < k_uiPorThread; ++j) {
+            const auto sTexto = std::to_string(i * 1000 + j);
+            const REG_XVDMC regDmc =
+                Grava(*m_pLoja, CXVIntegracaoTeste(7, OfficialBank).Textos(sTexto, sTexto, sTexto));
+            listas[i].push_back(regDmc.uiValor);
+            const SIntegracaoLida lida = XVLe(*m_pLoja, regDmc);
+            EXPECT_TRUE(FAILED(lida.hr) || lida.sJSON == sTexto);
+        }
+    });
     TListaDmc todas;
     for (const auto& lista : listas) todas.insert(todas.end(), lista.begin(), lista.end());
     std::sort(todas.begin(), todas.end());
     EXPECT_EQ(std::adjacent_find(todas.begin(), todas.end()), todas.end());
-    EXPECT_EQ(QuantidadeIndex(), 1U) << "one bank key, one index record";
+    EXPECT_EQ(Registros("CRINDEXINTEG.dat", 24), 1U) << "one bank key, one index record";
+}
+
+TEST_F(CXVGravacaoTest, MappingsAndDateTimesOfOneKeyRecordedAtOnceLeaveOneRecord) {
+    XVEmThreads(4, [&](unsigned i) {
+        const TLoja pPropria = Abre(static_cast<XVUShort>(i + 1));
+        for (unsigned j = 1; j < 25; ++j) {
+            const tagREG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIROPS chave{
+                i * 100 + j + 1, {XVChaveDmc(0, j, 2)}, 1, 6, Mercos, {}};
+            EXPECT_EQ(i % 2 == 0 ? pPropria->GravaChaveRegistroTelvoParaTerceiro(chave)
+                                 : pPropria->GravaChaveRegistroTelvoParaTerceiroPendente(chave),
+                      S_OK);
+            EXPECT_EQ(
+                pPropria->GravaDataHoraIntegracaoTerceiro({{XVDataHora(k_uiHoje, i)}, j % 18, Mercos, 1, {}}),
+                S_OK);
+        }
+    });
+    EXPECT_EQ(Registros("CRCHAVEREGTER.dat", 40), 24U);
+    EXPECT_EQ(Registros("CRDTHRINTEG.dat", 32), 18U);
 }
 
 }  // namespace

@@ -18,7 +18,6 @@ struct SOperacaoLoja {
     ELojaInicial eInicial;
     unsigned uiDia;  // of March 2024, when it takes place
     std::function<HRESULT(CBaseMiddleware&)> fnExecuta;
-    bool bLogGeral = true;  // has a line in the general log
 };
 
 const std::vector<SOperacaoLoja>& XVOperacoesLoja();

@@ -4,6 +4,7 @@
 #include <array>
 #include <chrono>
 #include <condition_variable>
+#include <functional>
 #include <thread>
 
 #include "tests/harness/XVSistemaArquivosFalhas.h"
@@ -36,6 +37,7 @@ class CXVQuedaGrupo : public CXVCenarioLoja {
         std::array<bool, k_uiChamadores> aReconhecidas{};  // when it was cut
         CXVSistemaArquivosMemoria::TRetrato disco;
     };
+    class CXVFila;
     SRodada Roda(std::size_t uiCorte, const SFalhaArquivo* pFalha);
 
     static HRESULT Grava(CBaseMiddleware& rLoja, std::size_t uiChamador, REG_XVDMC* pDmc) {
@@ -49,6 +51,53 @@ class CXVQuedaGrupo : public CXVCenarioLoja {
     CXVSistemaArquivosMemoria::TRetrato m_inicial;
 };
 
+// The callers: 0 in this thread, and the others while the device works for it.
+class CXVQuedaGrupo::CXVFila {
+  public:
+    explicit CXVFila(std::function<void(std::size_t)> fnOpera) : m_fnOpera(std::move(fnOpera)) {}
+
+    std::mutex& GetMutex() { return m_mutex; }
+    bool TodosVieram() const { return m_fios.size() == k_uiChamadores - 1; }
+    void Executa() {
+        Opera(0);
+        for (std::thread& fio : m_fios) fio.join();
+    }
+    // At a change of the journal. For the first flush of caller 0: starts the others and waits until each has
+    // written or is done; true.
+    bool EsperaTodos(std::unique_lock<std::mutex>& rTrava, EAlteracao eAlteracao) {
+        if (s_uiChamador != 0) {
+            Chegou(s_uiChamador);
+            return false;
+        }
+        if (eAlteracao != EAlteracao::eSincroniza || !m_fios.empty()) return false;
+        for (std::size_t ui = 1; ui < k_uiChamadores; ++ui) m_fios.emplace_back([this, ui] { Opera(ui); });
+        m_avisa.wait_for(rTrava, k_esperaMaxima, [this] {
+            return std::count(m_aNaFila.begin(), m_aNaFila.end(), true) + 1 == k_uiChamadores;
+        });
+        return true;
+    }
+
+  private:
+    void Opera(std::size_t uiChamador) {
+        const CXVCapturaTrace captura;  // records are captured thread by thread
+        s_uiChamador = uiChamador;
+        m_fnOpera(uiChamador);
+        const std::lock_guard trava(m_mutex);
+        Chegou(uiChamador);
+    }
+    void Chegou(std::size_t uiChamador) {
+        m_aNaFila[uiChamador] = true;
+        m_avisa.notify_all();
+    }
+
+    static inline thread_local std::size_t s_uiChamador = 0;
+    std::function<void(std::size_t)> m_fnOpera;
+    std::mutex m_mutex;
+    std::condition_variable m_avisa;
+    std::array<bool, k_uiChamadores> m_aNaFila{};
+    std::vector<std::thread> m_fios;
+};
+
 CXVQuedaGrupo::SRodada CXVQuedaGrupo::Roda(std::size_t uiCorte, const SFalhaArquivo* pFalha) {
     m_Arquivos.Restaura(m_inicial);
     CXVSistemaArquivosQueda dispositivo(m_Arquivos);
@@ -60,47 +109,28 @@ CXVQuedaGrupo::SRodada CXVQuedaGrupo::Roda(std::size_t uiCorte, const SFalhaArqu
     REG_XVDMC regPrimeira;
     if (pLoja == nullptr || FAILED(Grava(*pLoja, 99, &regPrimeira))) return rodada;
 
-    std::mutex mutex;
-    std::condition_variable avisa;
-    std::size_t uiAlteracoes = 0;
     std::array<bool, k_uiChamadores> aReconhecidas{};
-    std::array<bool, k_uiChamadores> aNaFila{};
-    std::vector<std::thread> fios;
-    thread_local std::size_t s_uiChamador = 0;
-    const auto opera = [&](std::size_t uiChamador) {
-        const CXVCapturaTrace captura;  // records are captured thread by thread
-        s_uiChamador = uiChamador;
+    std::size_t uiAlteracoes = 0;
+    CXVFila fila([&](std::size_t uiChamador) {
         const HRESULT hr = Grava(*pLoja, uiChamador, &rodada.aDmcs[uiChamador]);
-        const std::lock_guard trava(mutex);
+        const std::lock_guard trava(fila.GetMutex());
         rodada.aResultados[uiChamador] = hr;
         aReconhecidas[uiChamador] = SUCCEEDED(hr);
-        aNaFila[uiChamador] = true;
-        avisa.notify_all();
-    };
+    });
     dispositivo.SetAoAlterar([&](const std::string& sCaminho, EAlteracao eAlteracao) {
-        std::unique_lock trava(mutex);
+        std::unique_lock trava(fila.GetMutex());
         if (++uiAlteracoes == uiCorte) {
             rodada.bCortada = true;
             rodada.aReconhecidas = aReconhecidas;
             rodada.disco = dispositivo.Corta(uiCorte);
         }
-        if (!sCaminho.ends_with(".srk")) return;
-        if (s_uiChamador != 0) {
-            aNaFila[s_uiChamador] = true;
-            avisa.notify_all();
-        } else if (eAlteracao == EAlteracao::eSincroniza && fios.empty()) {
-            for (std::size_t ui = 1; ui < k_uiChamadores; ++ui) fios.emplace_back(opera, ui);
-            avisa.wait_for(trava, k_esperaMaxima, [&] {
-                return std::count(aNaFila.begin(), aNaFila.end(), true) + 1 == k_uiChamadores;
-            });
-            if (pFalha != nullptr) falhas.Programa(*pFalha);
-        }
+        if (sCaminho.ends_with(".srk") && fila.EsperaTodos(trava, eAlteracao) && pFalha != nullptr)
+            falhas.Programa(*pFalha);
     });
-    opera(0);
-    for (std::thread& fio : fios) fio.join();
+    fila.Executa();
     falhas.Limpa();
     dispositivo.SetAoAlterar(nullptr);
-    EXPECT_EQ(fios.size(), k_uiChamadores - 1) << "a durable operation flushes the journal";
+    EXPECT_TRUE(fila.TodosVieram()) << "a durable operation flushes the journal";
     for (std::size_t ui = 0; ui < k_uiChamadores; ++ui)
         if (SUCCEEDED(rodada.aResultados[ui]))
             rodada.aRetratos[ui] = XVRetrataIntegracao(*pLoja, rodada.aDmcs[ui]);

@@ -6,7 +6,6 @@
 
 #include "contract/XVCR_BuffersPS.h"
 #include "tests/middleware/XVBytesBase.h"
-#include "tests/middleware/XVCenarioLoja.h"
 
 namespace {
 
@@ -21,23 +20,6 @@ std::string Texto(const std::string& sTexto) {
     std::ostringstream s;
     s << sTexto.size() << ':' << std::hex << CrcBitABit(sTexto);
     if (sTexto.size() <= 24) s << ':' << sTexto;
-    return s.str();
-}
-
-std::string Campos(const SIntegracaoLida& rLida) {
-    const tagREG_CR_INTEGRACAO_MIDDLEWAREPS& reg = rLida.reg;
-    std::ostringstream s;
-    s << std::hex << "dmc " << reg.regDmc.uiValor << " origem " << reg.regDmcIntegracaoOrigem.uiValor
-      << " movimento " << reg.regDmcMovimentoOrigem.uiValor << " inclusao " << reg.regDataHoraInclusao.uiValor
-      << " alteracao " << reg.regDataHoraAlteracaoStatus.uiValor << std::dec << " chave "
-      << reg.uiChaveIntegracaoSistemaTerceiro << " registro " << reg.uiChaveRegistroSistemaTerceiro
-      << " base " << reg.uiBaseDadosTerceiro << " tipo " << reg.eTipoIntegracao << " status "
-      << reg.eStatusIntegracao << " sistema " << reg.eSistemaIntegracao << " transacao " << reg.eTipoTransacao
-      << " filial " << reg.ulPonteiroFilial << " usuarios " << reg.ulPonteiroUsuarioInclusao << ' '
-      << reg.ulPonteiroUsuarioCancelamento << " auxiliar " << reg.ulPonteiroAuxiliar << ' '
-      << unsigned{reg.ucTipoPonteiroAuxiliar} << " reconsultar " << unsigned{reg.cReconsultarIdTerceiros}
-      << " json " << Texto(rLida.sJSON) << " mensagem " << Texto(rLida.sMensagem) << " retorno "
-      << Texto(rLida.sRetorno);
     return s.str();
 }
 
@@ -57,7 +39,7 @@ class CXVRetratista {
     void Integracoes() {
         for (const REG_XVDMC regDmc : Busca("todas", {})) {
             const SIntegracaoLida lida = XVLe(m_rLoja, regDmc);
-            m_rRetrato["integracao " + regDmc.ToString()] = FAILED(lida.hr) ? Codigo(lida.hr) : Campos(lida);
+            m_rRetrato["integracao " + regDmc.ToString()] = XVDescreveIntegracao(lida);
             if (FAILED(lida.hr)) continue;
             m_valores.tipos.insert(lida.reg.eTipoIntegracao);
             m_valores.transacoes.insert(lida.reg.eTipoTransacao);
@@ -138,6 +120,24 @@ class CXVRetratista {
 
 }  // namespace
 
+std::string XVDescreveIntegracao(const SIntegracaoLida& rLida) {
+    if (FAILED(rLida.hr)) return Codigo(rLida.hr);
+    const tagREG_CR_INTEGRACAO_MIDDLEWAREPS& reg = rLida.reg;
+    std::ostringstream s;
+    s << std::hex << "dmc " << reg.regDmc.uiValor << " origem " << reg.regDmcIntegracaoOrigem.uiValor
+      << " movimento " << reg.regDmcMovimentoOrigem.uiValor << " inclusao " << reg.regDataHoraInclusao.uiValor
+      << " alteracao " << reg.regDataHoraAlteracaoStatus.uiValor << std::dec << " chave "
+      << reg.uiChaveIntegracaoSistemaTerceiro << " registro " << reg.uiChaveRegistroSistemaTerceiro
+      << " base " << reg.uiBaseDadosTerceiro << " tipo " << reg.eTipoIntegracao << " status "
+      << reg.eStatusIntegracao << " sistema " << reg.eSistemaIntegracao << " transacao " << reg.eTipoTransacao
+      << " filial " << reg.ulPonteiroFilial << " usuarios " << reg.ulPonteiroUsuarioInclusao << ' '
+      << reg.ulPonteiroUsuarioCancelamento << " auxiliar " << reg.ulPonteiroAuxiliar << ' '
+      << unsigned{reg.ucTipoPonteiroAuxiliar} << " reconsultar " << unsigned{reg.cReconsultarIdTerceiros}
+      << " json " << Texto(rLida.sJSON) << " mensagem " << Texto(rLida.sMensagem) << " retorno "
+      << Texto(rLida.sRetorno);
+    return s.str();
+}
+
 REG_XVDMC XVRegistroMapa(unsigned uiPonteiro) {
     return {XVChaveDmc(0, uiPonteiro, 2)};
 }
@@ -157,8 +157,7 @@ TRetratoLoja XVRetrataLoja(CBaseMiddleware& rLoja) {
 }
 
 std::string XVRetrataIntegracao(CBaseMiddleware& rLoja, REG_XVDMC regDmc) {
-    const SIntegracaoLida lida = XVLe(rLoja, regDmc);
-    return FAILED(lida.hr) ? Codigo(lida.hr) : Campos(lida);
+    return XVDescreveIntegracao(XVLe(rLoja, regDmc));
 }
 
 std::string XVDiferenca(const TRetratoLoja& rEsperado, const TRetratoLoja& rObtido) {

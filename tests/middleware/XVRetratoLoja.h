@@ -5,7 +5,7 @@
 #include <map>
 #include <string>
 
-#include "middleware/BaseMiddleware.h"
+#include "tests/middleware/XVCenarioLoja.h"
 
 // Question -> answer. A question that fails is answered by k_pszRecusa and its code.
 using TRetratoLoja = std::map<std::string, std::string>;
@@ -28,7 +28,8 @@ TRetratoLoja XVRetrataLoja(CBaseMiddleware& rLoja);
 // The picture of a store that did not open: equal to no other.
 TRetratoLoja XVRetratoRecusado(HRESULT hr);
 
-// One integration as the picture shows it.
+// One integration as the picture shows it: every field and text, or the code of the failure.
+std::string XVDescreveIntegracao(const SIntegracaoLida& rLida);
 std::string XVRetrataIntegracao(CBaseMiddleware& rLoja, REG_XVDMC regDmc);
 
 // The first answers that differ; empty when none does.

@@ -1,4 +1,4 @@
-// Viewing: beside a writer that never rests, without a byte to spare, on a medium that cannot be written, and
+// Viewing: beside a writer that never rests, on a medium that cannot be written, and
 // of files that say where they end.
 #include <atomic>
 #include <thread>
@@ -21,16 +21,6 @@ class CXVVisaoTeste : public CXVCenarioLoja {
         return pVisor;
     }
 };
-
-// Every field and text of what was read belongs to one and the same version.
-std::string ConfereVersaoUnica(const SIntegracaoLida& rLida, XVUInt64* puiVersao) {
-    const XVUInt64 uiChave = rLida.reg.uiChaveIntegracaoSistemaTerceiro;
-    *puiVersao = uiChave & 0xFFFFFF;
-    SIntegracaoMarcada esperada = XVIntegracaoMarcada::Nova(XVIntegracaoMarcada::Numero(uiChave), *puiVersao);
-    esperada.regDmc = rLida.reg.regDmc;
-    esperada.uiAlteracao = rLida.reg.regDataHoraAlteracaoStatus.uiValor;
-    return XVIntegracaoMarcada::Confere(rLida, esperada);
-}
 
 TEST_F(CXVVisaoTeste, IntegracoesSaoDeUmMomentoAoLadoDeQuemNaoPara) {
     constexpr XVUInt64 k_uiIntegracoes = 3;
@@ -60,14 +50,14 @@ TEST_F(CXVVisaoTeste, IntegracoesSaoDeUmMomentoAoLadoDeQuemNaoPara) {
         const XVUInt64 uiAntes = uiGravadas;
         XVUInt64 uiVersao = 0;
         const SIntegracaoLida lida = XVLe(*pVisor, listaDmc[n]);
-        ASSERT_EQ(ConfereVersaoUnica(lida, &uiVersao), "") << "round " << i;
+        ASSERT_EQ(XVIntegracaoMarcada::Confere(lida, &uiVersao), "") << "round " << i;
         EXPECT_GE(uiVersao, aUltima[n]) << "an older version than was seen before";
         EXPECT_GE(uiVersao + k_uiIntegracoes, uiAntes) << "older than what was over when the call began";
         aUltima[n] = uiVersao;
         if (i % 10 != 0) continue;
         const TListaDmc achadas = XVBusca(*pVisor, {.tipos = {1, 2, 3}});
         for (const XVUInt64 uiDmc : achadas)
-            ASSERT_EQ(ConfereVersaoUnica(XVLe(*pVisor, {uiDmc}), &uiVersao), "") << "round " << i;
+            ASSERT_EQ(XVIntegracaoMarcada::Confere(XVLe(*pVisor, {uiDmc}), &uiVersao), "") << "round " << i;
         ASSERT_GE(XVBusca(*AbreVisor()).size(), k_uiIntegracoes);
         while (uiGravadas < uiAntes + 4) std::this_thread::yield();
     }
@@ -98,7 +88,8 @@ TEST_F(CXVVisaoTeste, OperacaoInteiraNoMeioDaLeitura) {
                 if (!bAberta) pEscritor.reset();
             });
             XVUInt64 uiLida = 0;
-            EXPECT_EQ(ConfereVersaoUnica(XVLe(*pVisor, regDmc), &uiLida), "") << "operation " << uiOnde;
+            EXPECT_EQ(XVIntegracaoMarcada::Confere(XVLe(*pVisor, regDmc), &uiLida), "")
+                << "operation " << uiOnde;
             EXPECT_GE(uiLida + 1, uiVersao);
             bAcabou = uiOperacoes < uiOnde;
         }
@@ -132,20 +123,6 @@ TEST_F(CXVVisaoTeste, NadaEhEscritoNemComErro) {
         bNosProgramas = true;
     }
     EXPECT_TRUE(bNosProgramas);
-}
-
-TEST_F(CXVVisaoTeste, SemUmByteLivreTudoSeLe) {
-    const TLoja pEscritor = Abre();
-    const REG_XVDMC regDmc = Grava(*pEscritor, CXVIntegracaoTeste(1).Textos("{}", "m", "{}"));
-    m_Arquivos.LimitaEspaco(0);
-    const TLoja pVisor = AbreVisor();
-    EXPECT_EQ(XVLe(*pVisor, regDmc).sMensagem, "m");
-    CXVIntegracaoTeste outra(2);
-    REG_XVDMC regOutra;
-    EXPECT_EQ(pEscritor->GravaIntegracao(&regOutra, outra.Textos("{}", "n", "{}").Ptr()), eDiskFull);
-    EXPECT_EQ(XVBusca(*pVisor), (TListaDmc{regDmc.uiValor}));
-    EXPECT_EQ(XVBusca(*AbreVisor()), (TListaDmc{regDmc.uiValor}));
-    m_Arquivos.LimitaEspaco(std::nullopt);
 }
 
 TEST_F(CXVVisaoTeste, ArquivoAcabaOndeOCabecalhoDiz) {

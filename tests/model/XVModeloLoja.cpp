@@ -32,7 +32,7 @@ bool Entre(REG_XVDMAHMSUTC reg, REG_XVDMAHMSUTC regDe, REG_XVDMAHMSUTC regAte) {
 
 }  // namespace
 
-HRESULT CXVModeloLoja::PodeIncluir(const SIntegracaoModelo& rEntrada) {
+HRESULT CXVModeloLoja::PodeIncluir(const SIntegracaoLida& rEntrada) {
     const auto& reg = rEntrada.reg;
     const bool bValida = reg.eTipoIntegracao < k_ulTipos && reg.eStatusIntegracao < k_ulStatus &&
                          reg.eTipoTransacao < k_ulTransacoes && SistemaExiste(reg.eSistemaIntegracao);
@@ -46,14 +46,14 @@ REG_XVDMC CXVModeloLoja::ProximoDmc() const {
     return {uiDia << 46 | uiPosicao << 14 | 1};
 }
 
-void CXVModeloLoja::Inclui(REG_XVDMC regDmc, const SIntegracaoModelo& rEntrada) {
-    SIntegracaoModelo nova = rEntrada;
+void CXVModeloLoja::Inclui(REG_XVDMC regDmc, const SIntegracaoLida& rEntrada) {
+    SIntegracaoLida nova = rEntrada;
     nova.reg.regDmc = regDmc;
     if (nova.reg.regDataHoraInclusao.uiValor == 0) nova.reg.regDataHoraInclusao = m_regAgora;
     ++m_mapaPosicoes[static_cast<XVUInt>(m_regAgora.uiValor >> 32)];
     m_listaDmcs.push_back(regDmc);
     const bool bBanco = nova.reg.eSistemaIntegracao == OfficialBank;
-    SIntegracaoModelo* pAnterior =
+    SIntegracaoLida* pAnterior =
         bBanco ? LocalizaPorChave(nova.reg.uiChaveIntegracaoSistemaTerceiro, OfficialBank) : nullptr;
     if (pAnterior != nullptr)
         *pAnterior = nova;
@@ -61,18 +61,18 @@ void CXVModeloLoja::Inclui(REG_XVDMC regDmc, const SIntegracaoModelo& rEntrada) 
         m_listaIndex.push_back(nova);
 }
 
-SIntegracaoModelo* CXVModeloLoja::Localiza(REG_XVDMC regDmc) {
+SIntegracaoLida* CXVModeloLoja::Localiza(REG_XVDMC regDmc) {
     const auto it = std::find_if(m_listaIndex.begin(), m_listaIndex.end(),
                                  [&](const auto& r) { return r.reg.regDmc.uiValor == regDmc.uiValor; });
     return it == m_listaIndex.end() ? nullptr : &*it;
 }
 
-const SIntegracaoModelo* CXVModeloLoja::Le(REG_XVDMC regDmc) const {
+const SIntegracaoLida* CXVModeloLoja::Le(REG_XVDMC regDmc) const {
     return const_cast<CXVModeloLoja*>(this)->Localiza(regDmc);
 }
 
 // The first of several; key 0 and system 0 name nothing.
-SIntegracaoModelo* CXVModeloLoja::LocalizaPorChave(XVUInt64 uiChave, XVUInt eSistema) {
+SIntegracaoLida* CXVModeloLoja::LocalizaPorChave(XVUInt64 uiChave, XVUInt eSistema) {
     if (uiChave == 0 || eSistema == 0) return nullptr;
     const auto it = std::find_if(m_listaIndex.begin(), m_listaIndex.end(), [&](const auto& r) {
         return r.reg.uiChaveIntegracaoSistemaTerceiro == uiChave && r.reg.eSistemaIntegracao == eSistema;
@@ -80,13 +80,13 @@ SIntegracaoModelo* CXVModeloLoja::LocalizaPorChave(XVUInt64 uiChave, XVUInt eSis
     return it == m_listaIndex.end() ? nullptr : &*it;
 }
 
-HRESULT CXVModeloLoja::Altera(REG_XVDMC regDmc, const SIntegracaoModelo& rEntrada) {
+HRESULT CXVModeloLoja::Altera(REG_XVDMC regDmc, const SIntegracaoLida& rEntrada) {
     if (const HRESULT hr = PodeIncluir(rEntrada); FAILED(hr)) return hr;
     const XVUInt eStatus = rEntrada.reg.eStatusIntegracao;
     if (rEntrada.reg.uiChaveIntegracaoSistemaTerceiro == 0 && eStatus != eXVSMiddleware_Pendente &&
         eStatus != eXVSMiddleware_Erro && eStatus != eXVSMiddleware_Cancelado)
         return E_XVCR_TENTATIVA_GRAVACAO_INTEGRACAO_COM_CHAVE_SISTEMA_TERCEIRO_ZERADA;
-    SIntegracaoModelo* pIntegracao = Localiza(regDmc);
+    SIntegracaoLida* pIntegracao = Localiza(regDmc);
     if (pIntegracao == nullptr) return E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA;
     const bool bMudouStatus = pIntegracao->reg.eStatusIntegracao != eStatus;
     *pIntegracao = rEntrada;
@@ -97,7 +97,7 @@ HRESULT CXVModeloLoja::Altera(REG_XVDMC regDmc, const SIntegracaoModelo& rEntrad
 
 HRESULT CXVModeloLoja::GravaStatus(const SStatusModelo& rStatus, XVUShort usUsuario) {
     if (rStatus.eStatus >= k_ulStatus || !SistemaExiste(rStatus.eSistema)) return E_INVALIDARG;
-    SIntegracaoModelo* pIntegracao = nullptr;
+    SIntegracaoLida* pIntegracao = nullptr;
     if (!rStatus.regDmc.EhNulo()) {
         pIntegracao = Localiza(rStatus.regDmc);
         if (pIntegracao == nullptr) return E_XVCR_TENTATIVA_LER_POSICAO_ZERO;
@@ -116,30 +116,29 @@ HRESULT CXVModeloLoja::GravaStatus(const SStatusModelo& rStatus, XVUShort usUsua
     return S_OK;
 }
 
-bool CXVModeloLoja::PassaNivel2(const SFiltroModelo& rFiltro, const SIntegracaoModelo& rIntegracao) {
+bool CXVModeloLoja::PassaNivel2(const SFiltroTeste& rFiltro, const SIntegracaoLida& rIntegracao) {
     const auto& reg = rIntegracao.reg;
-    return Contem(rFiltro.listaTipos, reg.eTipoIntegracao) &&
-           Contem(rFiltro.listaTransacoes, reg.eTipoTransacao) &&
-           Entre(reg.regDataHoraInclusao, rFiltro.regInclusaoDe, rFiltro.regInclusaoAte) &&
-           Entre(reg.regDataHoraAlteracaoStatus, rFiltro.regAlteracaoDe, rFiltro.regAlteracaoAte);
+    return Contem(rFiltro.tipos, reg.eTipoIntegracao) && Contem(rFiltro.transacoes, reg.eTipoTransacao) &&
+           Entre(reg.regDataHoraInclusao, rFiltro.incluidaDe, rFiltro.incluidaAte) &&
+           Entre(reg.regDataHoraAlteracaoStatus, rFiltro.alteradaDe, rFiltro.alteradaAte);
 }
 
-std::vector<XVUInt64> CXVModeloLoja::Busca(const SFiltroModelo& rFiltro) const {
+std::vector<XVUInt64> CXVModeloLoja::Busca(const SFiltroTeste& rFiltro) const {
     std::vector<XVUInt64> lista;
-    if (rFiltro.uiChaveInicial != 0 && !rFiltro.listaSistemas.empty()) {
+    if (rFiltro.de != 0 && !rFiltro.sistemas.empty()) {
         // One key in some systems: neither status nor upper bound is asked; in the order of the systems.
-        for (const XVUInt eSistema : rFiltro.listaSistemas)
+        for (const XVUInt eSistema : rFiltro.sistemas)
             for (const auto& r : m_listaIndex)
-                if (eSistema != 0 && r.reg.uiChaveIntegracaoSistemaTerceiro == rFiltro.uiChaveInicial &&
+                if (eSistema != 0 && r.reg.uiChaveIntegracaoSistemaTerceiro == rFiltro.de &&
                     r.reg.eSistemaIntegracao == eSistema && PassaNivel2(rFiltro, r))
                     lista.push_back(r.reg.regDmc.uiValor);
         return lista;
     }
     for (const auto& r : m_listaIndex) {
         const XVUInt64 uiChave = r.reg.uiChaveIntegracaoSistemaTerceiro;
-        if (Contem(rFiltro.listaStatus, r.reg.eStatusIntegracao) &&
-            Contem(rFiltro.listaSistemas, r.reg.eSistemaIntegracao) && uiChave >= rFiltro.uiChaveInicial &&
-            (rFiltro.uiChaveFinal == 0 || uiChave <= rFiltro.uiChaveFinal) && PassaNivel2(rFiltro, r))
+        if (Contem(rFiltro.status, r.reg.eStatusIntegracao) &&
+            Contem(rFiltro.sistemas, r.reg.eSistemaIntegracao) && uiChave >= rFiltro.de &&
+            (rFiltro.ate == 0 || uiChave <= rFiltro.ate) && PassaNivel2(rFiltro, r))
             lista.push_back(r.reg.regDmc.uiValor);
     }
     std::sort(lista.begin(), lista.end());

@@ -6,14 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "contract/XVCR_Enumeracoes.h"
-#include "contract/XVCR_RegistrosPS.h"
-
-// An integration with its texts; the text fields of reg are not used.
-struct SIntegracaoModelo {
-    tagREG_CR_INTEGRACAO_MIDDLEWAREPS reg{};
-    std::string sJSON, sMensagem, sRetorno;
-};
+#include "tests/middleware/XVCenarioLoja.h"
 
 struct SStatusModelo {
     REG_XVDMC regDmc{};
@@ -21,12 +14,6 @@ struct SStatusModelo {
     XVUInt eSistema = 0;
     XVUInt eStatus = 0;
     std::string sMensagem, sRetorno;
-};
-
-struct SFiltroModelo {
-    XVUInt64 uiChaveInicial = 0, uiChaveFinal = 0;
-    REG_XVDMAHMSUTC regInclusaoDe{}, regInclusaoAte{}, regAlteracaoDe{}, regAlteracaoAte{};
-    std::vector<XVUInt> listaTipos{}, listaStatus{}, listaSistemas{}, listaTransacoes{};
 };
 
 class CXVModeloLoja {
@@ -37,14 +24,14 @@ class CXVModeloLoja {
     void SetAgora(REG_XVDMAHMSUTC regAgora) { m_regAgora = regAgora; }
 
     // Whether a new integration would be taken, and the DMC it gets when nobody else records on that day.
-    static HRESULT PodeIncluir(const SIntegracaoModelo& rEntrada);
+    static HRESULT PodeIncluir(const SIntegracaoLida& rEntrada);
     REG_XVDMC ProximoDmc() const;
-    void Inclui(REG_XVDMC regDmc, const SIntegracaoModelo& rEntrada);
-    HRESULT Altera(REG_XVDMC regDmc, const SIntegracaoModelo& rEntrada);
+    void Inclui(REG_XVDMC regDmc, const SIntegracaoLida& rEntrada);
+    HRESULT Altera(REG_XVDMC regDmc, const SIntegracaoLida& rEntrada);
     HRESULT GravaStatus(const SStatusModelo& rStatus, XVUShort usUsuario);
     // Null: no such integration.
-    const SIntegracaoModelo* Le(REG_XVDMC regDmc) const;
-    std::vector<XVUInt64> Busca(const SFiltroModelo& rFiltro) const;
+    const SIntegracaoLida* Le(REG_XVDMC regDmc) const;
+    std::vector<XVUInt64> Busca(const SFiltroTeste& rFiltro) const;
     // Every DMC that was ever given, those taken over included.
     const std::vector<REG_XVDMC>& GetDmcs() const { return m_listaDmcs; }
 
@@ -56,14 +43,14 @@ class CXVModeloLoja {
     TDataHora BuscaDataHora(const TDataHora& rFiltro) const;
 
   private:
-    SIntegracaoModelo* Localiza(REG_XVDMC regDmc);
-    SIntegracaoModelo* LocalizaPorChave(XVUInt64 uiChave, XVUInt eSistema);
+    SIntegracaoLida* Localiza(REG_XVDMC regDmc);
+    SIntegracaoLida* LocalizaPorChave(XVUInt64 uiChave, XVUInt eSistema);
     TChave* LocalizaChave(const TChave& rChave);
-    static bool PassaNivel2(const SFiltroModelo& rFiltro, const SIntegracaoModelo& rIntegracao);
+    static bool PassaNivel2(const SFiltroTeste& rFiltro, const SIntegracaoLida& rIntegracao);
 
     REG_XVDMAHMSUTC m_regAgora{};
-    std::vector<SIntegracaoModelo> m_listaIndex;  // in the order of the index
-    std::map<XVUInt, XVUInt> m_mapaPosicoes;      // integrations recorded by date
+    std::vector<SIntegracaoLida> m_listaIndex;  // in the order of the index
+    std::map<XVUInt, XVUInt> m_mapaPosicoes;    // integrations recorded by date
     std::vector<REG_XVDMC> m_listaDmcs;
     std::vector<TChave> m_listaChaves;
     std::vector<TDataHora> m_listaDatasHoras;

@@ -2,9 +2,8 @@
 //
 // XV_MODELO_SEMENTE: seed (1), printed by a failing run; XV_MODELO_PASSOS: operations of the run (2000).
 #include <cstdlib>
-#include <thread>
 
-#include "tests/middleware/XVCenarioLoja.h"
+#include "tests/harness/XVEmThreads.h"
 #include "tests/model/XVPassosModelo.h"
 
 namespace {
@@ -55,16 +54,13 @@ TEST_F(CModelo, QuatroThreadsNumaLojaCadaUmaComOSeuModelo) {
         const REG_XVDMAHMSUTC regAgora = m_Dias.Sorteia(decisoesDias);
         const TLoja pLoja = Abre();
         std::vector<std::string> erros(k_uiThreads);
-        std::vector<std::thread> threads;
-        for (unsigned i = 0; i < k_uiThreads; ++i)
-            threads.emplace_back([&, i] {
-                const CXVCapturaTrace captura;
-                passos[i]->SetAgora(regAgora);
-                erros[i] = passos[i]->ConfereTudo(*pLoja);
-                for (XVUInt64 n = 0; n < m_uiPassos / k_uiFases && erros[i].empty(); ++n)
-                    erros[i] = passos[i]->Passo(*pLoja);
-            });
-        for (std::thread& rThread : threads) rThread.join();
+        XVEmThreads(k_uiThreads, [&](unsigned i) {
+            const CXVCapturaTrace captura;
+            passos[i]->SetAgora(regAgora);
+            erros[i] = passos[i]->ConfereTudo(*pLoja);
+            for (XVUInt64 n = 0; n < m_uiPassos / k_uiFases && erros[i].empty(); ++n)
+                erros[i] = passos[i]->Passo(*pLoja);
+        });
         for (unsigned i = 0; i < k_uiThreads; ++i)
             ASSERT_EQ(erros[i], "") << "thread " << i << ", phase " << uiFase << ", seed " << m_uiSemente;
         ASSERT_EQ(pLoja->Finaliza(), S_OK);

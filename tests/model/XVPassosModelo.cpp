@@ -4,37 +4,21 @@
 #include <set>
 #include <sstream>
 
-#include "contract/XVCR_BuffersPS.h"
 #include "platform/XVAmbienteSO.h"
+#include "tests/middleware/XVRetratoLoja.h"
 
 namespace {
 
 constexpr XVUInt k_aSistemas[] = {Mercos, OfficialBank, SimulacaoSistemaTerceiro, Tipo_Nenhum};
 constexpr XVUInt64 k_uiDia = 101040;  // a day of 2045 in the form of dates: any will do
 
-_REG_DF_TEXTOPS Vista(const std::string& sTexto) {
-    _REG_DF_TEXTOPS reg{};
-    reg.ulQtdBytes = static_cast<XVUInt>(sTexto.size());
-    if (!sTexto.empty()) reg.pTexto = reinterpret_cast<XVByte*>(const_cast<char*>(sTexto.data()));
-    return reg;
-}
-
 // The record for the interface; views of the texts of rIntegracao.
-tagREG_CR_INTEGRACAO_MIDDLEWAREPS ParaPS(const SIntegracaoModelo& rIntegracao) {
+tagREG_CR_INTEGRACAO_MIDDLEWAREPS ParaPS(const SIntegracaoLida& rIntegracao) {
     tagREG_CR_INTEGRACAO_MIDDLEWAREPS reg = rIntegracao.reg;
-    reg.regRegistroJSON = Vista(rIntegracao.sJSON);
-    reg.regMensagemIntegracao = Vista(rIntegracao.sMensagem);
-    reg.regJSONRetornoIntegracao = Vista(rIntegracao.sRetorno);
+    reg.regRegistroJSON = XVTextoPS(rIntegracao.sJSON);
+    reg.regMensagemIntegracao = XVTextoPS(rIntegracao.sMensagem);
+    reg.regJSONRetornoIntegracao = XVTextoPS(rIntegracao.sRetorno);
     return reg;
-}
-
-// Takes an output record over and frees its buffers.
-SIntegracaoModelo DePS(tagREG_CR_INTEGRACAO_MIDDLEWAREPS& reg) {
-    SIntegracaoModelo integracao{reg, std::string(CXVStringPS::RegToString(reg.regRegistroJSON)),
-                                 std::string(CXVStringPS::RegToString(reg.regMensagemIntegracao)),
-                                 std::string(CXVStringPS::RegToString(reg.regJSONRetornoIntegracao))};
-    XVLiberaBuffers(&reg);
-    return integracao;
 }
 
 template <class T>
@@ -53,35 +37,11 @@ std::string ComparaResultado(const char* pszOperacao, HRESULT hr, HRESULT hrEspe
     return saida.str();
 }
 
-std::string Compara(const SIntegracaoModelo& rLida, const SIntegracaoModelo& rEsperada, XVUInt64 ullFlags) {
-    const auto& a = rLida.reg;
-    const auto& b = rEsperada.reg;
-    const std::string sNada;
-    for (const std::string& sErro :
-         {Compara("DMC", a.regDmc.uiValor, b.regDmc.uiValor),
-          Compara("origem", a.regDmcIntegracaoOrigem.uiValor, b.regDmcIntegracaoOrigem.uiValor),
-          Compara("movimento", a.regDmcMovimentoOrigem.uiValor, b.regDmcMovimentoOrigem.uiValor),
-          Compara("inclusao", a.regDataHoraInclusao.uiValor, b.regDataHoraInclusao.uiValor),
-          Compara("alteracao", a.regDataHoraAlteracaoStatus.uiValor, b.regDataHoraAlteracaoStatus.uiValor),
-          Compara("chave", a.uiChaveIntegracaoSistemaTerceiro, b.uiChaveIntegracaoSistemaTerceiro),
-          Compara("base", a.uiBaseDadosTerceiro, b.uiBaseDadosTerceiro),
-          Compara("tipo", a.eTipoIntegracao, b.eTipoIntegracao),
-          Compara("status", a.eStatusIntegracao, b.eStatusIntegracao),
-          Compara("sistema", a.eSistemaIntegracao, b.eSistemaIntegracao),
-          Compara("transacao", a.eTipoTransacao, b.eTipoTransacao),
-          Compara("filial", a.ulPonteiroFilial, b.ulPonteiroFilial),
-          Compara("usuario", a.ulPonteiroUsuarioInclusao, b.ulPonteiroUsuarioInclusao),
-          Compara("cancelador", a.ulPonteiroUsuarioCancelamento, b.ulPonteiroUsuarioCancelamento),
-          Compara("auxiliar", a.ulPonteiroAuxiliar, b.ulPonteiroAuxiliar),
-          Compara("reconsulta", +a.cReconsultarIdTerceiros, +b.cReconsultarIdTerceiros),
-          Compara("tipo auxiliar", +a.ucTipoPonteiroAuxiliar, +b.ucTipoPonteiroAuxiliar),
-          Compara("JSON", rLida.sJSON, (ullFlags & k_ullLeJSON) != 0 ? rEsperada.sJSON : sNada),
-          Compara("mensagem", rLida.sMensagem,
-                  (ullFlags & k_ullLeMensagem) != 0 ? rEsperada.sMensagem : sNada),
-          Compara("retorno", rLida.sRetorno,
-                  (ullFlags & k_ullLeJSONRetorno) != 0 ? rEsperada.sRetorno : sNada)})
-        if (!sErro.empty()) return "integration " + b.regDmc.ToString() + ", " + sErro;
-    return {};
+std::string Compara(const SIntegracaoLida& rLida, SIntegracaoLida esperada, XVUInt64 ullFlags) {
+    if ((ullFlags & k_ullLeJSON) == 0) esperada.sJSON.clear();
+    if ((ullFlags & k_ullLeMensagem) == 0) esperada.sMensagem.clear();
+    if ((ullFlags & k_ullLeJSONRetorno) == 0) esperada.sRetorno.clear();
+    return Compara("read", XVDescreveIntegracao(rLida), XVDescreveIntegracao(esperada));
 }
 
 }  // namespace
@@ -132,8 +92,8 @@ REG_XVDMC CXVPassosModelo::SorteiaDmc() {
                                             : REG_XVDMC{lista.back().uiValor ^ 3};
 }
 
-SIntegracaoModelo CXVPassosModelo::SorteiaIntegracao() {
-    SIntegracaoModelo integracao;
+SIntegracaoLida CXVPassosModelo::SorteiaIntegracao() {
+    SIntegracaoLida integracao;
     auto& reg = integracao.reg;
     const XVUInt64 uiMarca = 1 + Escolhe(1000);
     reg.regDmcIntegracaoOrigem = Escolhe(3) == 0 ? REG_XVDMC{} : REG_XVDMC{k_uiDia << 46 | uiMarca << 14 | 1};
@@ -159,42 +119,25 @@ SIntegracaoModelo CXVPassosModelo::SorteiaIntegracao() {
 }
 
 std::string CXVPassosModelo::Passo(CBaseMiddleware& rLoja) {
-    switch (Escolhe(20)) {
-        case 0:
-        case 1:
-        case 2:
-        case 3:
-            return Inclui(rLoja);
-        case 4:
-        case 5:
-        case 6:
-            return Altera(rLoja);
-        case 7:
-        case 8:
-        case 9:
-            return GravaStatus(rLoja);
-        case 10:
-            return LeLista(rLoja);
-        case 11:
-        case 12:
-        case 13:
-            return Busca(rLoja);
-        case 14:
-        case 15:
-            return GravaChave(rLoja);
-        case 16:
-            return BuscaChave(rLoja);
-        case 17:
-            return GravaDataHora(rLoja);
-        case 18:
-            return Escolhe(4) == 0 ? RecusaTroca(rLoja) : BuscaDataHora(rLoja);
-        default:
-            return Le(rLoja);
-    }
+    using TPasso = std::string (CXVPassosModelo::*)(CBaseMiddleware&);
+    using P = CXVPassosModelo;
+    constexpr std::pair<unsigned, TPasso> k_aPassos[] = {
+        // how often of twenty
+        {4, &P::Inclui},        {3, &P::Altera},     {3, &P::GravaStatus}, {1, &P::LeLista},
+        {3, &P::Busca},         {2, &P::GravaChave}, {1, &P::BuscaChave},  {1, &P::GravaDataHora},
+        {1, &P::BuscaOuRecusa}, {1, &P::Le}};
+    XVUInt64 uiSorte = Escolhe(20);
+    const auto* pPasso = k_aPassos;
+    for (; uiSorte >= pPasso->first; ++pPasso) uiSorte -= pPasso->first;
+    return (this->*pPasso->second)(rLoja);
+}
+
+std::string CXVPassosModelo::BuscaOuRecusa(CBaseMiddleware& rLoja) {
+    return Escolhe(4) == 0 ? RecusaTroca(rLoja) : BuscaDataHora(rLoja);
 }
 
 std::string CXVPassosModelo::Inclui(CBaseMiddleware& rLoja) {
-    const SIntegracaoModelo integracao = SorteiaIntegracao();
+    const SIntegracaoLida integracao = SorteiaIntegracao();
     const auto reg = ParaPS(integracao);
     REG_XVDMC regDmc;
     const HRESULT hr = rLoja.GravaIntegracao(&regDmc, &reg);
@@ -211,7 +154,7 @@ std::string CXVPassosModelo::Inclui(CBaseMiddleware& rLoja) {
 
 std::string CXVPassosModelo::Altera(CBaseMiddleware& rLoja) {
     REG_XVDMC regDmc = SorteiaDmc();
-    const SIntegracaoModelo integracao = SorteiaIntegracao();
+    const SIntegracaoLida integracao = SorteiaIntegracao();
     const auto reg = ParaPS(integracao);
     const HRESULT hr = rLoja.GravaIntegracao(&regDmc, &reg);
     if (const auto s = ComparaResultado("update", hr, m_modelo.Altera(regDmc, integracao)); !s.empty())
@@ -229,8 +172,8 @@ std::string CXVPassosModelo::GravaStatus(CBaseMiddleware& rLoja) {
     status.sRetorno = SorteiaTexto();
     tagREG_CR_STATUS_INTEGRACAO_MIDDLEWAREPS reg{};
     reg.regDmc = status.regDmc;
-    reg.regMensagemIntegracao = Vista(status.sMensagem);
-    reg.regJSONRetornoIntegracao = Vista(status.sRetorno);
+    reg.regMensagemIntegracao = XVTextoPS(status.sMensagem);
+    reg.regJSONRetornoIntegracao = XVTextoPS(status.sRetorno);
     reg.uiChaveIntegracaoSistemaTerceiro = status.uiChave;
     reg.eStatusIntegracao = status.eStatus;
     reg.eSistemaIntegracao = status.eSistema;
@@ -241,12 +184,9 @@ std::string CXVPassosModelo::GravaStatus(CBaseMiddleware& rLoja) {
 }
 
 std::string CXVPassosModelo::ConfereUma(CBaseMiddleware& rLoja, REG_XVDMC regDmc, XVUInt64 ullFlags) {
-    tagREG_CR_INTEGRACAO_MIDDLEWAREPS reg{};
-    const HRESULT hr = rLoja.LeIntegracao(regDmc, &reg, ullFlags);
-    const SIntegracaoModelo lida = DePS(reg);
-    const SIntegracaoModelo* pEsperada = m_modelo.Le(regDmc);
-    if (pEsperada == nullptr) return ComparaResultado("read", hr, E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA);
-    if (const auto s = ComparaResultado("read", hr, S_OK); !s.empty()) return s;
+    const SIntegracaoLida lida = XVLe(rLoja, regDmc, ullFlags);
+    const SIntegracaoLida* pEsperada = m_modelo.Le(regDmc);
+    if (pEsperada == nullptr) return ComparaResultado("read", lida.hr, E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA);
     return Compara(lida, *pEsperada, ullFlags);
 }
 
@@ -268,32 +208,32 @@ std::string CXVPassosModelo::LeLista(CBaseMiddleware& rLoja) {
     if (sErro.empty())
         sErro = Compara("list count", std::size_t{ulQuantidade}, bTodas ? dmcs.size() : std::size_t{0});
     for (XVUInt i = 0; i < ulQuantidade; ++i) {
-        const SIntegracaoModelo lida = DePS(pRegs[i]);
+        const SIntegracaoLida lida = XVToma(pRegs[i]);
         if (sErro.empty()) sErro = Compara(lida, *m_modelo.Le(dmcs[i]), 7);
     }
     XVAmbienteSO::LiberaSaida(pRegs);
     return sErro;
 }
 
-SFiltroModelo CXVPassosModelo::SorteiaFiltro() {
+SFiltroTeste CXVPassosModelo::SorteiaFiltro() {
     const auto lista = [&](XVUInt ulQuantidade) {
         std::set<XVUInt> conjunto;
         if (Escolhe(3) == 0)
             for (XVUInt64 i = 1 + Escolhe(3); i > 0; --i) conjunto.insert(Enumeracao(ulQuantidade));
         return std::vector<XVUInt>(conjunto.begin(), conjunto.end());
     };
-    SFiltroModelo filtro;
-    if (Escolhe(3) == 0) filtro.uiChaveInicial = SorteiaChaveExterna();
-    if (Escolhe(3) == 0) filtro.uiChaveFinal = SorteiaChaveExterna();
-    if (Escolhe(4) == 0) filtro.regInclusaoDe = SorteiaDataHora();
-    if (Escolhe(4) == 0) filtro.regInclusaoAte = SorteiaDataHora();
-    if (Escolhe(4) == 0) filtro.regAlteracaoDe = SorteiaDataHora();
-    if (Escolhe(4) == 0) filtro.regAlteracaoAte = SorteiaDataHora();
-    filtro.listaTipos = lista(18);
-    filtro.listaStatus = lista(6);
-    filtro.listaTransacoes = lista(4);
+    SFiltroTeste filtro;
+    if (Escolhe(3) == 0) filtro.de = SorteiaChaveExterna();
+    if (Escolhe(3) == 0) filtro.ate = SorteiaChaveExterna();
+    if (Escolhe(4) == 0) filtro.incluidaDe = SorteiaDataHora();
+    if (Escolhe(4) == 0) filtro.incluidaAte = SorteiaDataHora();
+    if (Escolhe(4) == 0) filtro.alteradaDe = SorteiaDataHora();
+    if (Escolhe(4) == 0) filtro.alteradaAte = SorteiaDataHora();
+    filtro.tipos = lista(18);
+    filtro.status = lista(6);
+    filtro.transacoes = lista(4);
     for (const XVUInt eSistema : k_aSistemas)
-        if (Escolhe(6) == 0) filtro.listaSistemas.push_back(eSistema);
+        if (Escolhe(6) == 0) filtro.sistemas.push_back(eSistema);
     return filtro;
 }
 
@@ -301,37 +241,15 @@ std::string CXVPassosModelo::Busca(CBaseMiddleware& rLoja) {
     return ConfereBusca(rLoja, SorteiaFiltro());
 }
 
-std::string CXVPassosModelo::ConfereBusca(CBaseMiddleware& rLoja, const SFiltroModelo& rFiltro) {
-    SFiltroModelo f = rFiltro;
-    const auto ponteiro = [](std::vector<XVUInt>& lista) { return lista.empty() ? nullptr : lista.data(); };
-    const auto quantidade = [](const std::vector<XVUInt>& lista) {
-        return static_cast<XVUInt>(lista.size());
-    };
-    const tagREG_CR_FILTRO_INTEGRACAO_MIDDLEWAREPS reg{f.uiChaveInicial,
-                                                       f.uiChaveFinal,
-                                                       f.regInclusaoDe,
-                                                       f.regInclusaoAte,
-                                                       f.regAlteracaoDe,
-                                                       f.regAlteracaoAte,
-                                                       quantidade(f.listaTipos),
-                                                       quantidade(f.listaStatus),
-                                                       quantidade(f.listaSistemas),
-                                                       quantidade(f.listaTransacoes),
-                                                       ponteiro(f.listaTipos),
-                                                       ponteiro(f.listaStatus),
-                                                       ponteiro(f.listaSistemas),
-                                                       ponteiro(f.listaTransacoes)};
-    _REG_DF_LISTA_XVDMCPS lista{};
-    const HRESULT hr = rLoja.BuscaPonteiros(reg, &lista);
-    // Those of other workers are not compared.
-    std::set<XVUInt64> conjuntoProprias;
-    for (const REG_XVDMC regDmc : m_modelo.GetDmcs()) conjuntoProprias.insert(regDmc.uiValor);
-    std::vector<XVUInt64> achadas;
-    for (XVUInt i = 0; i < lista.ulQuantidade; ++i)
-        if (m_parte.uiQuantas == 1 || conjuntoProprias.contains(lista.pLista[i].uiValor))
-            achadas.push_back(lista.pLista[i].uiValor);
-    XVLiberaBuffers(&lista);
-    if (const auto s = ComparaResultado("search", hr, S_OK); !s.empty()) return s;
+std::string CXVPassosModelo::ConfereBusca(CBaseMiddleware& rLoja, const SFiltroTeste& rFiltro) {
+    SBuscaFeita feita = XVBuscaComCodigo(rLoja, rFiltro);
+    if (const auto s = ComparaResultado("search", feita.hr, S_OK); !s.empty()) return s;
+    TListaDmc& achadas = feita.lista;
+    if (m_parte.uiQuantas != 1) {  // those of other workers are not compared
+        std::set<XVUInt64> conjuntoProprias;
+        for (const REG_XVDMC regDmc : m_modelo.GetDmcs()) conjuntoProprias.insert(regDmc.uiValor);
+        std::erase_if(achadas, [&](XVUInt64 uiDmc) { return !conjuntoProprias.contains(uiDmc); });
+    }
     const std::vector<XVUInt64> esperadas = m_modelo.Busca(rFiltro);
     if (achadas == esperadas) return {};
     return "search: " + std::to_string(achadas.size()) + " found, expected " +
@@ -413,7 +331,7 @@ std::string CXVPassosModelo::BuscaDataHora(CBaseMiddleware& rLoja) {
 
 // Without anything pending at the external system an exchange changes nothing.
 std::string CXVPassosModelo::RecusaTroca(CBaseMiddleware& rLoja) {
-    SIntegracaoModelo integracao = SorteiaIntegracao();
+    SIntegracaoLida integracao = SorteiaIntegracao();
     integracao.reg.eSistemaIntegracao = SimulacaoSistemaTerceiro;
     const HRESULT hrEsperado = CXVModeloLoja::PodeIncluir(integracao);
     const auto reg = ParaPS(integracao);

@@ -53,13 +53,14 @@ class CXVPassosModelo {
     std::string BuscaChave(CBaseMiddleware& rLoja);
     std::string GravaDataHora(CBaseMiddleware& rLoja);
     std::string BuscaDataHora(CBaseMiddleware& rLoja);
+    std::string BuscaOuRecusa(CBaseMiddleware& rLoja);
     std::string RecusaTroca(CBaseMiddleware& rLoja);
 
     std::string ConfereUma(CBaseMiddleware& rLoja, REG_XVDMC regDmc, XVUInt64 ullFlags);
-    std::string ConfereBusca(CBaseMiddleware& rLoja, const SFiltroModelo& rFiltro);
+    std::string ConfereBusca(CBaseMiddleware& rLoja, const SFiltroTeste& rFiltro);
 
-    SIntegracaoModelo SorteiaIntegracao();
-    SFiltroModelo SorteiaFiltro();
+    SIntegracaoLida SorteiaIntegracao();
+    SFiltroTeste SorteiaFiltro();
     CXVModeloLoja::TChave SorteiaChave();
     REG_XVDMC SorteiaDmc();
     std::string SorteiaTexto();

@@ -7,21 +7,12 @@
 
 #include "platform/XVPlataforma.h"
 #include "tests/harness/XVDiretorioTeste.h"
+#include "tests/harness/XVEmThreads.h"
 
 namespace {
 
 class CXVConcorrenciaTest : public testing::Test {
   protected:
-    template <class TFn>
-    static void EmThreads(int iQuantidade, TFn fn) {
-        std::vector<std::thread> listaThreads;
-        for (int i = 0; i < iQuantidade; ++i) {
-            listaThreads.emplace_back(fn, i);
-        }
-        for (std::thread& rThread : listaThreads) {
-            rThread.join();
-        }
-    }
     static bool EhPassageiro(ECausaArquivo eCausa) {
         // On some systems a name whose deletion is under way is refused as such.
         return eCausa == ECausaArquivo::eViolacaoCompartilhamento || eCausa == ECausaArquivo::eAcessoNegado;
@@ -40,7 +31,7 @@ TEST_F(CXVConcorrenciaTest, ExclusiveOpeningsNeverOverlap) {
     const std::string sCaminho = m_diretorio.Junta("a.dat");
     std::atomic<int> iDentro{0};
     std::atomic<int> iEntradas{0};
-    EmThreads(4, [&](int) {
+    XVEmThreads(4, [&](unsigned) {
         for (int i = 0; i < 100; ++i) {
             std::unique_ptr<IXVArquivo> pArquivo;
             const CXVErroArquivo erro = m_rSistema.Abre(sCaminho, k_exclusiva, pArquivo);
@@ -59,7 +50,7 @@ TEST_F(CXVConcorrenciaTest, ExclusiveOpeningsNeverOverlap) {
 
 TEST_F(CXVConcorrenciaTest, AnOpenedFileIsNeverOneThatWasDeleted) {
     const std::string sCaminho = m_diretorio.Junta("a.dat");
-    EmThreads(4, [&](int iThread) {
+    XVEmThreads(4, [&](unsigned iThread) {
         for (int i = 0; i < 100; ++i) {
             if (iThread % 2 == 0) {
                 const ECausaArquivo eCausa = m_rSistema.Apaga(sCaminho).GetCausa();
@@ -85,7 +76,7 @@ TEST_F(CXVConcorrenciaTest, CrossingMovesEndAndLoseNoContent) {
     for (int iRodada = 0; iRodada < 20; ++iRodada) {
         m_diretorio.CriaArquivo("1.dat", "um");
         m_diretorio.CriaArquivo("2.dat", "dois");
-        EmThreads(2, [&](int iThread) {
+        XVEmThreads(2, [&](unsigned iThread) {
             const CXVErroArquivo erro =
                 iThread == 0 ? m_rSistema.Substitui(sNome1, sNome2) : m_rSistema.Substitui(sNome2, sNome1);
             EXPECT_TRUE(erro.Ok() || EhPassageiro(erro.GetCausa()) ||
@@ -104,7 +95,7 @@ TEST_F(CXVConcorrenciaTest, CrossingMovesEndAndLoseNoContent) {
 
 TEST_F(CXVConcorrenciaTest, OneOfManyGetsTheMark) {
     std::atomic<int> iDentro{0};
-    EmThreads(4, [&](int) {
+    XVEmThreads(4, [&](unsigned) {
         for (int i = 0; i < 100; ++i) {
             std::unique_ptr<IXVMarcaDiretorio> pMarca;
             const CXVErroArquivo erro = m_rSistema.MarcaDiretorio(m_diretorio.GetCaminho(), "M", pMarca);

@@ -1,8 +1,7 @@
 // Contents of open files: positional reading and writing, lengths, appending.
 #include <algorithm>
-#include <thread>
-#include <vector>
 
+#include "tests/harness/XVEmThreads.h"
 #include "tests/platform/XVCenarioSistemaArquivos.h"
 
 namespace {
@@ -90,19 +89,13 @@ TEST_P(CXVSistemaArquivosTest, AnOpenFileDoesOnlyWhatItsAccessAllows) {
 TEST_P(CXVSistemaArquivosTest, AppendsOfManyThreadsNeitherOverwriteNorTear) {
     constexpr int k_iThreads = 4;
     constexpr int k_iLinhas = 100;
-    std::vector<std::thread> listaThreads;
-    for (int iThread = 0; iThread < k_iThreads; ++iThread) {
-        listaThreads.emplace_back([&, iThread] {
-            const std::string sLinha = std::string(99, static_cast<char>('a' + iThread)) + '\n';
-            const std::unique_ptr<IXVArquivo> pArquivo = AbreBem("log", k_aberturaAnexacao);
-            for (int i = 0; i < k_iLinhas; ++i) {
-                EXPECT_TRUE(pArquivo->Grava(0, sLinha.data(), sLinha.size()).Ok());
-            }
-        });
-    }
-    for (std::thread& rThread : listaThreads) {
-        rThread.join();
-    }
+    XVEmThreads(k_iThreads, [&](unsigned iThread) {
+        const std::string sLinha = std::string(99, static_cast<char>('a' + iThread)) + '\n';
+        const std::unique_ptr<IXVArquivo> pArquivo = AbreBem("log", k_aberturaAnexacao);
+        for (int i = 0; i < k_iLinhas; ++i) {
+            EXPECT_TRUE(pArquivo->Grava(0, sLinha.data(), sLinha.size()).Ok());
+        }
+    });
     const std::string sConteudo = Conteudo("log");
     ASSERT_EQ(sConteudo.size(), std::size_t{k_iThreads * k_iLinhas * 100});
     for (std::size_t uiInicio = 0; uiInicio < sConteudo.size(); uiInicio += 100) {
@@ -122,18 +115,12 @@ TEST_P(CXVSistemaArquivosTest, SeveralThreadsReadOneOpenFile) {
     }
     Cria("a.dat", sConteudo);
     const std::unique_ptr<IXVArquivo> pArquivo = AbreBem("a.dat", k_aberturaLeitura);
-    std::vector<std::thread> listaThreads;
-    for (std::size_t uiThread = 0; uiThread < 4; ++uiThread) {
-        listaThreads.emplace_back([&, uiThread] {
-            std::string sLido;
-            for (std::size_t i = 0; i < 200; ++i) {
-                const std::size_t uiOffset = (uiThread * 977 + i * 13) % 4000;
-                EXPECT_EQ(Le(*pArquivo, uiOffset, 64, sLido), ECausaArquivo::eNenhuma);
-                EXPECT_EQ(sLido, sConteudo.substr(uiOffset, 64));
-            }
-        });
-    }
-    for (std::thread& rThread : listaThreads) {
-        rThread.join();
-    }
+    XVEmThreads(4, [&](std::size_t uiThread) {
+        std::string sLido;
+        for (std::size_t i = 0; i < 200; ++i) {
+            const std::size_t uiOffset = (uiThread * 977 + i * 13) % 4000;
+            EXPECT_EQ(Le(*pArquivo, uiOffset, 64, sLido), ECausaArquivo::eNenhuma);
+            EXPECT_EQ(sLido, sConteudo.substr(uiOffset, 64));
+        }
+    });
 }

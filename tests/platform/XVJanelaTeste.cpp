@@ -6,8 +6,6 @@
 namespace {
 
 constexpr std::size_t k_uiTamanho = 3 * 4096 + 16;  // the last page is not full
-constexpr SAberturaArquivo k_aberturaVizinha{EAcessoArquivo::eLeitura, ECompartilhamentoArquivo::eNegaNada,
-                                             ECriacaoArquivo::eSomenteExistente};
 
 std::unique_ptr<IXVJanela> AbreJanela(IXVArquivo& rArquivo, XVUInt64 uiTamanho) {
     std::unique_ptr<IXVJanela> pJanela;
@@ -37,7 +35,7 @@ TEST_P(CXVSistemaArquivosTest, JanelaEChamadasGravamNosMesmosBytes) {
     Cria("v.srk", sEsperado);
     {
         const std::unique_ptr<IXVArquivo> pArquivo = AbreBem("v.srk", k_aberturaEscrita);
-        const std::unique_ptr<IXVArquivo> pLeitor = AbreBem("v.srk", k_aberturaVizinha);
+        const std::unique_ptr<IXVArquivo> pLeitor = AbreBem("v.srk", k_aberturaLeitura);
         const std::unique_ptr<IXVJanela> pJanela = AbreJanela(*pArquivo, k_uiTamanho);
         const auto fnConfere = [&](const std::string& sQuando) {
             EXPECT_TRUE(Le(*pArquivo, 0, k_uiTamanho) == sEsperado) << sQuando;

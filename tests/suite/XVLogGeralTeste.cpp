@@ -1,10 +1,10 @@
 // The general log: one line for each record, whatever the text, the month, the thread or the fault.
 #include <algorithm>
-#include <thread>
 #include <vector>
 
 #include "support/codes/XVCodigos.h"
 #include "tests/harness/XVDiretorioTeste.h"
+#include "tests/harness/XVEmThreads.h"
 #include "tests/harness/XVSistemaArquivosFalhas.h"
 #include "tests/suite/XVCenarioSuite.h"
 
@@ -101,14 +101,11 @@ TEST(LogGeralDiscoTeste, MuitasThreadsEObjetosNaoMisturamLinhasNemRepetemOCabeca
     ASSERT_EQ(CAmbienteXV::GetPathDados(XV_DF, "MATRIZ", &sDados), S_OK);
     ASSERT_TRUE(XVPlataforma::SistemaArquivos().CriaDiretorio(sDados).Ok());
     const std::string sTexto(300, 'x');
-    std::vector<std::thread> listaThreads;
-    for (int i = 0; i < 4; ++i)
-        listaThreads.emplace_back([&] {
-            CXVAcessoEmpresarial acesso(&dono);
-            for (int j = 0; j < 50; ++j)
-                EXPECT_EQ(acesso.GravaLogGeral(DFSLOG_Servico::eDFSLOG_Inclusao, sTexto), S_OK);
-        });
-    for (std::thread& rThread : listaThreads) rThread.join();
+    XVEmThreads(4, [&](unsigned) {
+        CXVAcessoEmpresarial acesso(&dono);
+        for (int j = 0; j < 50; ++j)
+            EXPECT_EQ(acesso.GravaLogGeral(DFSLOG_Servico::eDFSLOG_Inclusao, sTexto), S_OK);
+    });
     std::vector<std::string> listaNomes;
     ASSERT_TRUE(XVPlataforma::SistemaArquivos().Lista(sDados, "XVLogGeral_*.log", listaNomes).Ok());
     std::size_t uiLinhas = 0;

@@ -56,21 +56,6 @@ std::int32_t EnviaJson(void*, const XVProvedorDono* pDono, XVProvedorDados* pDad
     return 0;
 }
 
-std::int32_t AtualizaParametros(void*, const XVProvedorDono*, XVProvedorParametros* pParametros) {
-    if (pParametros->eTipoIntegracao == 17) {
-        pParametros->eTipoIntegracao = 18;
-        return 0;
-    }
-    if (pParametros->eTipoIntegracao == 16) {
-        pParametros->uiDmcOrigem = 1U << 14 | 4;  // a bit that no key has
-        return 0;
-    }
-    pParametros->eTipoIntegracao = 6;
-    pParametros->ulPonteiroFilial = 77;
-    pParametros->eSistemaIntegracao = 2;  // not its to change
-    return 0;
-}
-
 std::int32_t BuscaIntegracoes(void*, const XVProvedorDono*, const XVProvedorParametros* pParametros,
                               XVProvedorListaPendencias* pLista) {
     if (pParametros->ulPonteiroAuxiliar == 0) return 0;
@@ -90,15 +75,6 @@ std::int32_t BuscaIntegracoes(void*, const XVProvedorDono*, const XVProvedorPara
     return 0;
 }
 
-std::int32_t Consulta(void*, const XVProvedorDono*, const XVProvedorConsulta* pConsulta,
-                      XVProvedorStatusConsulta* pStatus) {
-    if (pConsulta->eTipoConsulta != 6) return Falha(0x80004001U);
-    pStatus->eStatusConsulta = 1;
-    Preenche(&pStatus->bufMensagemRetorno, Vista(pConsulta->sChaveConsulta));
-    Preenche(&pStatus->bufDocumentoRetorno, std::string_view("\0\1", 2));
-    return 0;
-}
-
 }  // namespace
 
 extern "C" {
@@ -115,9 +91,7 @@ std::int32_t XVProvedorObtem(std::uint32_t ulVersao, XVProvedorTabela* pTabela) 
     pTabela->eSistema = 16;
     pTabela->pfnLibera = Libera;
     pTabela->pfnEnviaJson = EnviaJson;
-    pTabela->pfnAtualizaParametrosIntegracao = AtualizaParametros;
     pTabela->pfnBuscaIntegracoes = BuscaIntegracoes;
-    pTabela->pfnBuscaDadosSistemaTerceiro = Consulta;
     return 0;
 }
 

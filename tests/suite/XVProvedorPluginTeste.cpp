@@ -55,23 +55,6 @@ TEST_F(ProvedorPluginTeste, RespostaDesonestaOuFalhaNaoMudaNada) {
     }
 }
 
-TEST_F(ProvedorPluginTeste, ParametrosSoMudamNoQueCabeENoQueVale) {
-    CXVDadosCR_ParametrosIntegracao parametros;
-    parametros.eSistemaIntegracao = Mercos;
-    parametros.eTipoIntegracao = 1;
-    EXPECT_EQ(m_Facade.AtualizaParametrosIntegracao(parametros), S_OK);
-    EXPECT_EQ(parametros.eTipoIntegracao, 6U);
-    EXPECT_EQ(parametros.ulPonteiroFilial, 77U);
-    EXPECT_EQ(parametros.eSistemaIntegracao, Mercos);
-    for (const XVUInt eTipo : {16U, 17U}) {
-        parametros.eTipoIntegracao = eTipo;
-        EXPECT_EQ(m_Facade.AtualizaParametrosIntegracao(parametros),
-                  CXVProvedorAdaptador::k_hrRespostaInvalida);
-        EXPECT_EQ(parametros.eTipoIntegracao, eTipo);
-        EXPECT_TRUE(parametros.regDmcOrigem.EhNulo());
-    }
-}
-
 TEST_F(ProvedorPluginTeste, ListaDePendenciasEConferidaItemAItem) {
     CXVDadosCR_ParametrosIntegracao parametros;
     parametros.eSistemaIntegracao = Mercos;
@@ -88,24 +71,6 @@ TEST_F(ProvedorPluginTeste, ListaDePendenciasEConferidaItemAItem) {
         parametros.ulPonteiroAuxiliar = ulDesonesta;
         EXPECT_EQ(m_Facade.BuscaIntegracoes(parametros, lista), CXVProvedorAdaptador::k_hrRespostaInvalida);
         EXPECT_TRUE(lista.empty());
-    }
-}
-
-TEST_F(ProvedorPluginTeste, ConsultaVaiAoPrimeiroProvedorQueAConhece) {
-    CXVDadosCR_ConsultaSistemaTerceiro consulta;
-    consulta.sChaveConsulta = "2024-03";
-    consulta.eTipoConsulta = eXVSMiddleware_ConsultaPagamentoExtrato;
-    CXVDadosCR_StatusConsultaSistemaTerceiro status;
-    status.sJSONRetorno = "velho";
-    ASSERT_EQ(m_Facade.BuscaDadosSistemaTerceiro(consulta, status), S_OK);
-    EXPECT_EQ(status.sMensagemRetorno, "2024-03");
-    EXPECT_EQ(status.sDocumentoRetorno, std::string("\0\1", 2));
-    EXPECT_EQ(status.sJSONRetorno, "");
-    consulta.eTipoConsulta = eXVSMiddleware_ConsultaCnpj;
-    EXPECT_EQ(m_Facade.BuscaDadosSistemaTerceiro(consulta, status), E_NOTIMPL);
-    for (const XVUInt eTipo : {0U, 7U}) {
-        consulta.eTipoConsulta = eTipo;
-        EXPECT_EQ(m_Facade.BuscaDadosSistemaTerceiro(consulta, status), E_INVALIDARG);
     }
 }
 
@@ -129,30 +94,6 @@ TEST_F(ProvedorPluginTeste, OperacaoOpcionalAusenteESucessoESistemaSemProvedorEE
     dados.eSistemaIntegracao = Tipo_Nenhum;
     EXPECT_EQ(m_Facade.RealizaOperacaoAnterior(dados), E_INVALIDARG);
     EXPECT_EQ(CXVTroca::ExcluiDadosIntegracaoSistemasTerceiros(dados, &m_Dono), E_INVALIDARG);
-}
-
-TEST_F(ProvedorPluginTeste, ParametrosDaTrocaSaoOsDosDadosRespondidos) {
-    CriaSimulacao("501.doc", "Status: Sucesso\nChaveRegistro: 502\n\n{}");
-    CXVDadosCR_IntegracaoMiddleware dados;
-    dados.eSistemaIntegracao = SimulacaoSistemaTerceiro;
-    dados.uiChaveIntegracaoSistemaTerceiro = 501;
-    dados.regDmc = {503U << 14};
-    dados.regDmcIntegracaoOrigem = {504U << 14};
-    dados.regDmcMovimentoOrigem = {505U << 14};
-    dados.uiBaseDadosTerceiro = 506;
-    dados.eTipoIntegracao = 7;
-    dados.eTipoTransacao = 3;
-    dados.ulPonteiroFilial = 508;
-    dados.ulPonteiroAuxiliar = 509;
-    dados.ucTipoPonteiroAuxiliar = 51;
-    CXVDadosCR_ParametrosIntegracao p;
-    ASSERT_EQ(CXVMiddlewareIntegracaoSistemas::BuscaDadosIntegracaoSistemasTerceiros(dados, &p, &m_Dono),
-              S_OK);
-    EXPECT_EQ((std::vector<XVUInt64>{p.regDmcOrigem.uiValor >> 14, p.regDmcIntegracao.uiValor >> 14,
-                                     p.uiChaveRegistroSistemaTerceiro, p.uiBaseDadosTerceiro,
-                                     p.eTipoIntegracao, p.eSistemaIntegracao, p.eTipoTransacao,
-                                     p.ulPonteiroFilial, p.ulPonteiroAuxiliar, p.ucTipoPonteiroAuxiliar}),
-              (std::vector<XVUInt64>{505, 503, 502, 506, 7, 2, 3, 508, 509, 51}));
 }
 
 TEST_F(ProvedorPluginTeste, TabelaQueNaoCabeNaInterfaceERecusadaComOMotivo) {

@@ -1,10 +1,10 @@
 // The simulated system without rules: it keeps what it is sent under keys of its own and answers by it.
 #include <set>
-#include <thread>
 
 #include "suite/XVMiddlewareFacade.h"
 #include "support/trace/XVCapturaTrace.h"
 #include "tests/harness/XVDiretorioTeste.h"
+#include "tests/harness/XVEmThreads.h"
 #include "tests/suite/XVCenarioSuite.h"
 
 namespace {
@@ -129,16 +129,13 @@ TEST(SimulacaoDiscoTeste, ChavesDeMuitasThreadsNaoSeRepetemNemFaltam) {
     constexpr int k_iThreads = 4;
     constexpr int k_iEnvios = 10;
     std::vector<XVUInt64> aChaves(k_iThreads * k_iEnvios);
-    std::vector<std::thread> listaThreads;
-    for (std::size_t i = 0; i < k_iThreads; ++i)
-        listaThreads.emplace_back([&, i] {
-            for (std::size_t j = 0; j < k_iEnvios; ++j) {
-                auto dados = Dados(1);
-                EXPECT_EQ(CXVTroca::EnviaJsonIntegracaoSistemasTerceiros(dados, &dono), S_OK);
-                aChaves[i * k_iEnvios + j] = dados.uiChaveIntegracaoSistemaTerceiro;
-            }
-        });
-    for (std::thread& rThread : listaThreads) rThread.join();
+    XVEmThreads(k_iThreads, [&](std::size_t i) {
+        for (std::size_t j = 0; j < k_iEnvios; ++j) {
+            auto dados = Dados(1);
+            EXPECT_EQ(CXVTroca::EnviaJsonIntegracaoSistemasTerceiros(dados, &dono), S_OK);
+            aChaves[i * k_iEnvios + j] = dados.uiChaveIntegracaoSistemaTerceiro;
+        }
+    });
     const std::set<XVUInt64> conjunto(aChaves.begin(), aChaves.end());
     EXPECT_EQ(conjunto.size(), aChaves.size());
     EXPECT_EQ(*conjunto.rbegin(), aChaves.size());

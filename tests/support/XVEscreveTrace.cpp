@@ -3,12 +3,11 @@
 #include <cstdio>
 #include <cstdlib>
 #include <string>
-#include <thread>
-#include <vector>
 
 #include "support/XVAmbiente.h"
 #include "support/trace/XVCheck.h"
 #include "support/trace/XVProfiler.h"
+#include "tests/harness/XVEmThreads.h"
 #include "tests/harness/XVGuardasPlataforma.h"
 #include "tests/harness/XVRegistroFalso.h"
 
@@ -18,19 +17,14 @@ int main(int iArgumentos, char** apszArgumentos) {
     registro.SetTexto(CAmbienteXV::GetChaveRegistro(XV_DF), "Path", apszArgumentos[1]);
     const CXVGuardaRegistro guarda(registro);
     const std::string sNome = apszArgumentos[2];
-    const int iThreads = std::atoi(apszArgumentos[3]);
     const int iRegistros = std::atoi(apszArgumentos[4]);
-    std::vector<std::thread> listaThreads;
-    for (int iThread = 0; iThread < iThreads; ++iThread)
-        listaThreads.emplace_back([&, iThread] {
-            for (int i = 0; i < iRegistros; ++i) {
-                const std::string sExpressao =
-                    sNome + '/' + std::to_string(iThread) + '/' + std::to_string(i);
-                CheckHr(E_FAIL, sExpressao.c_str(), "CEscreve::Escreve", "tests/support/XVEscreveTrace", i,
-                        nullptr);
-            }
-        });
-    for (std::thread& rThread : listaThreads) rThread.join();
+    XVEmThreads(static_cast<unsigned>(std::atoi(apszArgumentos[3])), [&](unsigned iThread) {
+        for (int i = 0; i < iRegistros; ++i) {
+            const std::string sExpressao = sNome + '/' + std::to_string(iThread) + '/' + std::to_string(i);
+            CheckHr(E_FAIL, sExpressao.c_str(), "CEscreve::Escreve", "tests/support/XVEscreveTrace", i,
+                    nullptr);
+        }
+    });
     std::printf("%llu\n", static_cast<unsigned long long>(XVProfiler::GetRegistrosPerdidos()));
     return 0;
 }

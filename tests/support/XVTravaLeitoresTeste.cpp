@@ -4,10 +4,7 @@
 #include <algorithm>
 #include <array>
 #include <atomic>
-#include <chrono>
-#include <mutex>
 #include <shared_mutex>
-#include <string>
 #include <thread>
 #include <vector>
 
@@ -17,17 +14,6 @@
 namespace {
 
 constexpr int k_iLeitores = 4;
-
-// Yields until fn holds; false after a time that no working lock needs.
-template <class TFn>
-bool EsperaAte(TFn fn) {
-    const auto limite = std::chrono::steady_clock::now() + std::chrono::seconds(30);
-    while (!fn()) {
-        if (std::chrono::steady_clock::now() > limite) return false;
-        std::this_thread::yield();
-    }
-    return true;
-}
 
 TEST(TravaLeitores, QuemPodeEstarComQuem) {
     CXVTravaLeitores trava;
@@ -60,34 +46,45 @@ TEST(TravaLeitores, QuemPodeEstarComQuem) {
     EXPECT_TRUE(fnTenta(true) && fnTenta(false));
 }
 
+// One reader holds the lock, others come again and again beside it: once the writer waits they wait behind
+// it, and with the first reader gone the writer is the next. Without priority they never stop coming.
 TEST(TravaLeitores, EscritorQueEsperaVaiAntesDosLeitoresSeguintes) {
+    constexpr XVUInt64 k_uiMaximo = 2'000'000;  // of each reader: it gets here only if nothing stops it
     CXVTravaLeitores trava;
-    std::mutex mutexOrdem;
-    std::string sOrdem;
-    const auto fnEntrou = [&](char cQuem) {
-        const std::lock_guard lock(mutexOrdem);
-        sOrdem += cQuem;
-    };
-    std::shared_lock primeiro(trava);
+    std::atomic<bool> bGravou = false;
+    std::atomic<XVUInt64> uiPassaram = 0;
+    std::atomic<int> iDesistencias = 0;
+    trava.lock_shared();
     std::thread escritor([&] {
         const std::unique_lock lock(trava);
-        fnEntrou('E');
+        bGravou = true;
     });
-    const bool bFechou = EsperaAte([&] {
-        const bool bEntrou = trava.try_lock_shared();
-        if (bEntrou) trava.unlock_shared();
-        return !bEntrou;
-    });
-    EXPECT_TRUE(bFechou) << "the writer that waits keeps no reader out";
-    std::thread leitor([&] {
-        const std::shared_lock lock(trava);
-        fnEntrou('L');
-    });
-    for (int i = 0; i < 1000; ++i) std::this_thread::yield();  // time for a reader that does not wait
-    primeiro.unlock();
+    XVUInt64 uiTentativas = 0;  // until the writer is there, and not for ever
+    for (; uiTentativas < k_uiMaximo && trava.try_lock_shared(); ++uiTentativas) {
+        trava.unlock_shared();
+        std::this_thread::yield();
+    }
+    EXPECT_LT(uiTentativas, k_uiMaximo) << "whoever does not wait passes the writer";
+    std::vector<std::thread> listaLeitores;
+    for (int i = 0; i < k_iLeitores; ++i)
+        listaLeitores.emplace_back([&] {
+            XVUInt64 uiVezes = 0;
+            for (bool bDepois = false; !bDepois && uiVezes < k_uiMaximo; ++uiVezes, ++uiPassaram) {
+                const std::shared_lock lock(trava);
+                bDepois = bGravou;
+            }
+            if (uiVezes == k_uiMaximo) ++iDesistencias;
+        });
+    // They have stopped when nothing more happens while this thread gives way again and again.
+    for (XVUInt64 uiVistas = 1, uiParado = 0; uiParado < 1000 && iDesistencias == 0; ++uiParado) {
+        if (uiVistas != uiPassaram) uiParado = 0;
+        uiVistas = uiPassaram;
+        for (int i = 0; i < 20; ++i) std::this_thread::yield();
+    }
+    trava.unlock_shared();
     escritor.join();
-    leitor.join();
-    EXPECT_EQ(sOrdem, "EL");
+    for (std::thread& rThread : listaLeitores) rThread.join();
+    EXPECT_EQ(iDesistencias, 0) << "the writer that waits keeps no reader out";
 }
 
 // What the lock protects is plain memory: a hole in it shows as values that differ, and to a tool that

@@ -2,6 +2,7 @@
 #include <thread>
 
 #include "core/xvdatabase/XVDataBaseUtil.h"
+#include "tests/harness/XVEmThreads.h"
 #include "tests/xvdatabase/XVCabecalhoTeste.h"
 #include "tests/xvdatabase/XVCenarioBanco.h"
 
@@ -160,13 +161,10 @@ TEST_F(Controle, DoisFiosAoMesmoTempoListamCadaNomeUmaVez) {
     m_Relogio.SetAoDormir([](XVUInt64) {
         for (int i = 0; i < 1000; ++i) std::this_thread::yield();
     });
-    std::vector<std::thread> listaFios;
-    for (int i = 0; i < k_iFios; ++i)
-        listaFios.emplace_back([&, i] {
-            EXPECT_EQ(Tenta<CXVFileTeste>("F" + std::to_string(i) + ".dat"), S_OK);
-            EXPECT_EQ(Tenta<CXVFileTeste>("comum.dat"), S_OK);
-        });
-    for (std::thread& rFio : listaFios) rFio.join();
+    XVEmThreads(k_iFios, [&](unsigned i) {
+        EXPECT_EQ(Tenta<CXVFileTeste>("F" + std::to_string(i) + ".dat"), S_OK);
+        EXPECT_EQ(Tenta<CXVFileTeste>("comum.dat"), S_OK);
+    });
     T listados = Listados();
     std::sort(listados.begin(), listados.end());
     EXPECT_EQ(listados, (T{"F0.dat", "F1.dat", "F2.dat", "F3.dat", "comum.dat"}));

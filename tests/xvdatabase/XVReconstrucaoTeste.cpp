@@ -431,6 +431,9 @@ TEST_F(Reconstrucao, CamposImpossiveisNaoSaoEntrada) {
         EXPECT_EQ(Tem("A.dat"), k_sA1);
         EXPECT_TRUE(TemMensagem(captura, "descartada"));
     }
+}
+
+TEST_F(Reconstrucao, FimENomesQueLevamParaForaNaoSaoEntrada) {
     const SParteBytes alemDoFim{"C.dat",          ~XVUInt64{0} - 2, ~XVUInt64{0} - 2,
                                 ~XVUInt64{0} - 2, "12345678",       ""};
     Poe("A.dat", k_sA0);

@@ -2,11 +2,10 @@
 // caller, and nothing left open when the last one goes.
 #include <gtest/gtest.h>
 
-#include <thread>
-
 #include "core/xvrpcdll/XVComponenteMiddleware.h"
 #include "support/XVAmbiente.h"
 #include "support/trace/XVCapturaTrace.h"
+#include "tests/harness/XVEmThreads.h"
 #include "tests/harness/XVGuardasPlataforma.h"
 #include "tests/harness/XVRegistroFalso.h"
 #include "tests/harness/XVSistemaArquivosMemoria.h"
@@ -121,17 +120,14 @@ TEST_F(CComponenteReal, DiretorioQueFaltaNaoDeixaNadaAberto) {
 TEST_F(CComponenteReal, ChamadasAoMesmoTempoDeVariosComponentes) {
     const CReferencia<CXVCR_Middleware> p;
     ASSERT_EQ(Inicializa(*p, "UM", 1), S_OK);
-    std::vector<std::thread> lista;
-    for (XVUInt i = 0; i < 4; ++i)
-        lista.emplace_back([i] {
-            for (int n = 0; n < 5; ++n) {
-                const CReferencia<CXVCR_Middleware> q;
-                ASSERT_EQ(Inicializa(*q, "UM", 20 + i), S_OK);
-                Grava(*q);
-                Conta(*q);
-            }
-        });
-    for (std::thread& rThread : lista) rThread.join();
+    XVEmThreads(4, [](XVUInt i) {
+        for (int n = 0; n < 5; ++n) {
+            const CReferencia<CXVCR_Middleware> q;
+            ASSERT_EQ(Inicializa(*q, "UM", 20 + i), S_OK);
+            Grava(*q);
+            Conta(*q);
+        }
+    });
     EXPECT_EQ(Conta(*p), 20U);
     for (const char* pszUsuario : {"20", "21", "22", "23"}) EXPECT_EQ(LinhasDoUsuario("UM", pszUsuario), 5U);
 }

@@ -1,0 +1,25 @@
+// The machine around the store of a process that is killed: its module directory, its durability, and a clock
+// that only the script moves. The process and the test that kills it stand on the same one.
+#pragma once
+
+#include "tests/middleware/XVRoteiroAleatorio.h"
+
+class CXVMaquinaMorte {
+  public:
+    explicit CXVMaquinaMorte(const std::string& sDiretorio, XVUInt ulDurabilidade = 0) {
+        m_registro.SetTexto(CAmbienteXV::GetChaveRegistro(XV_DF), "Path", sDiretorio);
+        m_registro.SetNumero(CAmbienteXV::GetChaveRegistro(XV_DF), "Durabilidade", ulDurabilidade);
+    }
+    // Some scripts have texts that make a journal of any small size go round, and operations that do not fit
+    // into it.
+    CXVRoteiroAleatorio Roteiro(XVUInt64 uiSemente) {
+        return {uiSemente, m_relogio, uiSemente % 8 == 0 ? std::size_t{600'000} : k_uiMaiorTexto};
+    }
+
+  private:
+    CXVRegistroFalso m_registro;
+    CXVRelogioFalso m_relogio;
+    CXVGuardaRegistro m_guardaRegistro{m_registro};
+    CXVGuardaRelogio m_guardaRelogio{m_relogio};
+    CXVCapturaTrace m_captura;
+};
