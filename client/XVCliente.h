@@ -20,7 +20,7 @@
 // not be null. A failed operation has changed nothing in the store. Common to all operations: 0x81080A04, not
 // connected, or the component is dead after a failure of its run time (connect again); 0x80070057, an
 // impossible value or a text with a NUL byte or of 4 GiB and more; 0x80043Exx and 0x80043Fxx, a failed file
-// operation; 0x80043EF5, a recording operation of a connection for viewing only.
+// operation; 0x80043ED1, a recording operation of a connection for viewing only.
 //
 // When the server goes away (ServidorFoiEmbora), the operation in progress answers the code and the next
 // one connects again by itself. Operations that only read are repeated once in that case, so that they see
@@ -76,7 +76,8 @@ struct SIdentificacao {
 // Which files ConectaLocal works on.
 struct SLojaLocal {
     // The module directory, which holds the companies' directories; empty: the one of the machine's
-    // configuration. One module directory at a time is in force in a process.
+    // configuration. One module directory at a time is in force in a process, until the last client that
+    // named it disconnects, a client whose connection failed included.
     std::string sDiretorio{};
     // For viewing, without locking: nothing is recorded, converted, created or logged, and every operation
     // that would is refused.
@@ -157,8 +158,8 @@ class CXVCliente {
     HRESULT GravaChaveRegistro(const CXVDadosCR_ChaveRegistroTelvoParaTerceiro& rDados);
     // Adds a link without external id unless the record has one. 0x81080CEB: no key of the record.
     HRESULT GravaChaveRegistroPendente(const CXVDadosCR_ChaveRegistroTelvoParaTerceiro& rDados);
-    // Finds a link by the record or, where it is none, by the external id. Nothing found: success and
-    // regDmcRegistroTelvo none.
+    // Finds the link of a record, of an external id, or of both; database, type and system must be those of
+    // the link. Nothing found: success and regDmcRegistroTelvo none.
     HRESULT BuscaChaveRegistro(const CXVDadosCR_ChaveRegistroTelvoParaTerceiro& rFiltro,
                                CXVDadosCR_ChaveRegistroTelvoParaTerceiro* pDados);
 

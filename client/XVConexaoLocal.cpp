@@ -26,6 +26,9 @@ class T_XVComponenteLocal final : public T_XVCR_Middleware<TLogica> {
         XV_METODO_INTERFACE("Finaliza");
         return this->ExecutaMetodo(metodoXV, [](TLogica& rLogica) { return rLogica.Finaliza(); });
     }
+
+  protected:
+    void CedeVez() const override {}
 };
 
 }  // namespace

@@ -32,7 +32,7 @@ std::optional<std::string> CXVRegistroComDiretorio::LeTexto(std::string_view sCh
     // Both values, whichever the machine prefers.
     const bool bDiretorio = sChave == m_sChave && (sValor == "Path" || sValor == "Path_x64");
     const std::lock_guard trava(m_Mutex);
-    if (bDiretorio && m_uiUsos > 0) return m_sDiretorio;
+    if (bDiretorio && m_uiUsos > 0 && !m_sDiretorio.empty()) return m_sDiretorio;
     return m_pAnterior->LeTexto(sChave, sValor);
 }
 

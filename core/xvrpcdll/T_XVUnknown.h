@@ -27,6 +27,7 @@
 #include "core/xvrpcdll/XVQuadroMetodo.h"
 #include "platform/XVAmbienteSO.h"
 #include "platform/XVCom.h"
+#include "platform/XVPlataforma.h"
 #include "support/codes/XVCodigos.h"
 #include "support/faults/XVExcecoes.h"
 #include "support/faults/XVTrapParametroInvalido.h"
@@ -78,6 +79,10 @@ class T_XVUnknown : public TInterface {
   protected:
     // Released, never deleted from outside.
     virtual ~T_XVUnknown();
+
+    // Before each call: a server lets others pass first. A component in its only caller's own process has
+    // nobody to wait for, and on a busy machine the turn may take long to come back.
+    virtual void CedeVez() const { XVPlataforma::Relogio().Dorme(0); }
 
     // The frame of an interface method. fnCorpo(TLogica&) runs the operation and returns its HRESULT.
     template <class TCorpo>

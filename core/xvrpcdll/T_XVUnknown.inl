@@ -55,7 +55,7 @@ template <class TCorpo>
 HRESULT T_XVUnknown<TInterface, TLogica>::ExecutaQuadro(const SMetodoInterface& rMetodo,
                                                         const std::shared_ptr<TLogica>& pLogica,
                                                         TCorpo&& fnCorpo) noexcept {
-    XVPlataforma::Relogio().Dorme(0);
+    CedeVez();
     const XVTrapParametroInvalido trap({pLogica.get(), rMetodo.pszNomeCompleto, rMetodo.pszFonte,
                                         rMetodo.iLinha, &CXVBaseParaRotinas::GetAcessoServidoresDefault});
     const ProfilerScope escopo(pLogica.get(), rMetodo.pszClasse, rMetodo.pszFuncao, {{"hr", XVUInt64{0}}});
@@ -96,7 +96,7 @@ void T_XVUnknown<TInterface, TLogica>::DescartaLogica(const std::shared_ptr<TLog
 template <class TInterface, class TLogica>
 HRESULT STDMETHODCALLTYPE T_XVUnknown<TInterface, TLogica>::EstaInicializado(XVLongPS* plInicializado) {
     const CXVAtividadeComponente::CChamada chamada(m_Atividade);
-    XVPlataforma::Relogio().Dorme(0);
+    CedeVez();
     if (plInicializado == nullptr) return E_POINTER;
     *plInicializado = 1;
     return S_OK;
@@ -106,7 +106,7 @@ template <class TInterface, class TLogica>
 HRESULT STDMETHODCALLTYPE
 T_XVUnknown<TInterface, TLogica>::GetUltimoErro(REG_DF_ULTIMO_ERROPS* pRegUltimoErro) {
     const CXVAtividadeComponente::CChamada chamada(m_Atividade);
-    XVPlataforma::Relogio().Dorme(0);
+    CedeVez();
     if (pRegUltimoErro == nullptr) return E_POINTER;
     *pRegUltimoErro = {};
     if (const std::shared_ptr<TLogica> pLogica = TomaLogica(); pLogica != nullptr)

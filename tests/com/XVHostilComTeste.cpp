@@ -1,10 +1,14 @@
 // What a broken or hostile client sends through the raw interface: a code comes back, and the server goes on.
 #include <gtest/gtest.h>
+#include <windows.h>
+
+#include <objbase.h>
 
 #include <cstring>
 #include <functional>
 
 #include "client/XVConexao.h"
+#include "contract/XVCR_BuffersPS.h"
 #include "support/values/XVCrc64.h"
 #include "tests/com/XVAmbienteCom.h"
 #include "tests/com/XVProcessoTeste.h"
@@ -17,7 +21,7 @@ IXVCR_Middleware* Cria() {
     CLSID clsid;
     IXVCR_Middleware* p = nullptr;
     EXPECT_EQ(::CLSIDFromProgID(L"XVCR.Middleware.1", &clsid), S_OK);
-    EXPECT_EQ(::CoCreateInstance(clsid, nullptr, CLSCTX_LOCAL_SERVER, IID_IXVCR_Middleware,
+    EXPECT_EQ(::CoCreateInstance(clsid, nullptr, CLSCTX_LOCAL_SERVER, IXVCR_Middleware::k_iidInterface,
                                  reinterpret_cast<void**>(&p)),
               S_OK);
     return p;
@@ -33,7 +37,7 @@ class CHostil : public ::testing::Test {
     // Whatever the test did: the same server still answers.
     void TearDown() override {
         if (m_p == nullptr) return;
-        long lInicializado = 0;
+        XVLongPS lInicializado = 0;
         EXPECT_EQ(m_p->EstaInicializado(&lInicializado), S_OK);
         EXPECT_EQ(lInicializado, 1);
         EXPECT_EQ(XVProcessos::Servidores(), m_listaServidores);
@@ -56,7 +60,7 @@ class CHostil : public ::testing::Test {
 };
 
 template <std::size_t N>
-void Poe(byte (&aCampo)[N], const char* pszTexto) {
+void Poe(char (&aCampo)[N], const char* pszTexto) {
     std::memset(aCampo, 0, N);
     std::memcpy(aCampo, pszTexto, std::strlen(pszTexto));
 }
@@ -73,14 +77,14 @@ TEST_F(CHostil, RegistrosDeInicializacao) {
         EXPECT_EQ(InicializaAlterado([&](auto& r) { Poe(r.szEmpresa, pszEmpresa); }), E_INVALIDARG)
             << pszEmpresa;
     EXPECT_EQ(::GetFileAttributesA((DiretorioModulo() + "\\HOSTIL").c_str()), INVALID_FILE_ATTRIBUTES);
-    REG_CR_INTEGRACAO_MIDDLEWAREPS reg{};
+    tagREG_CR_INTEGRACAO_MIDDLEWAREPS reg{};
     EXPECT_EQ(m_p->LeIntegracao(0, &reg, 0), Codigo(0x81080A04U));
 }
 
 TEST_F(CHostil, ContagensSemPonteiroEPonteirosNulos) {
     const REG_DF_INICIALIZAPS regInicializa = Registro(NovaEmpresa());
     ASSERT_EQ(m_p->Inicializa_Padrao(&regInicializa), S_OK);
-    REG_CR_INTEGRACAO_MIDDLEWAREPS reg{};
+    tagREG_CR_INTEGRACAO_MIDDLEWAREPS reg{};
     reg.eTipoIntegracao = 9;
     reg.eStatusIntegracao = 1;
     reg.eSistemaIntegracao = 2;
@@ -94,11 +98,11 @@ TEST_F(CHostil, ContagensSemPonteiroEPonteirosNulos) {
     EXPECT_EQ(dmc.uiValor, 0U);
 
     const _REG_DF_LISTA_XVDMCPS lista{100, 0, nullptr, 0};
-    ULONG ulQuantidade = 7;
-    REG_CR_INTEGRACAO_MIDDLEWAREPS* pLista = nullptr;
+    XVUInt ulQuantidade = 7;
+    tagREG_CR_INTEGRACAO_MIDDLEWAREPS* pLista = nullptr;
     EXPECT_EQ(m_p->LeIntegracoes(&lista, &ulQuantidade, &pLista, 0), E_INVALIDARG);
     EXPECT_EQ(pLista, nullptr);
-    REG_CR_FILTRO_INTEGRACAO_MIDDLEWAREPS filtro{};
+    tagREG_CR_FILTRO_INTEGRACAO_MIDDLEWAREPS filtro{};
     filtro.ulQuantidadeStatusIntegracao = 3;
     _REG_DF_LISTA_XVDMCPS achados{};
     EXPECT_EQ(m_p->BuscaPonteiros(&filtro, &achados), E_INVALIDARG);
@@ -116,14 +120,14 @@ TEST_F(CHostil, ContagensSemPonteiroEPonteirosNulos) {
 TEST_F(CHostil, ValoresImpossiveisNaoGravamNada) {
     const REG_DF_INICIALIZAPS regInicializa = Registro(NovaEmpresa());
     ASSERT_EQ(m_p->Inicializa_Padrao(&regInicializa), S_OK);
-    REG_CR_INTEGRACAO_MIDDLEWAREPS regBoa{};
+    tagREG_CR_INTEGRACAO_MIDDLEWAREPS regBoa{};
     regBoa.eTipoIntegracao = 9;
     regBoa.eStatusIntegracao = 1;
     regBoa.eSistemaIntegracao = 2;
     regBoa.eTipoTransacao = 1;
     REG_XVDMC dmc{0};
-    const auto grava = [&](const std::function<void(REG_CR_INTEGRACAO_MIDDLEWAREPS&)>& fnAltera) {
-        REG_CR_INTEGRACAO_MIDDLEWAREPS reg = regBoa;
+    const auto grava = [&](const std::function<void(tagREG_CR_INTEGRACAO_MIDDLEWAREPS&)>& fnAltera) {
+        tagREG_CR_INTEGRACAO_MIDDLEWAREPS reg = regBoa;
         fnAltera(reg);
         dmc.uiValor = 0;
         return m_p->GravaIntegracao(&dmc, &reg);
@@ -134,16 +138,16 @@ TEST_F(CHostil, ValoresImpossiveisNaoGravamNada) {
     EXPECT_LT(grava([](auto& r) { r.regDataHoraInclusao.uiValor = ~0ULL; }), 0);
     dmc.uiValor = ~0ULL;
     EXPECT_EQ(m_p->GravaIntegracao(&dmc, &regBoa), E_INVALIDARG);
-    REG_CR_FILTRO_INTEGRACAO_MIDDLEWAREPS filtro{};
+    tagREG_CR_FILTRO_INTEGRACAO_MIDDLEWAREPS filtro{};
     _REG_DF_LISTA_XVDMCPS achados{};
     EXPECT_EQ(m_p->BuscaPonteiros(&filtro, &achados), S_OK);
     EXPECT_EQ(achados.ulQuantidade, 0U);
 
     ASSERT_EQ(grava([](auto&) {}), S_OK);
-    REG_CR_INTEGRACAO_MIDDLEWAREPS lida{};
+    tagREG_CR_INTEGRACAO_MIDDLEWAREPS lida{};
     // All flags at once ask for an exchange with the simulation as well.
     EXPECT_EQ(m_p->LeIntegracao(dmc.uiValor, &lida, ~0ULL), S_OK);
     EXPECT_EQ(lida.regDmc.uiValor, dmc.uiValor);
-    XVCliente::Libera(lida);
+    XVLiberaBuffers(&lida);
     EXPECT_EQ(m_p->LeIntegracao(~0ULL, &lida, 7), E_INVALIDARG);
 }

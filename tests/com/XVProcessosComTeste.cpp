@@ -96,7 +96,7 @@ TEST(Processos, QuatroClientesNumaEmpresaEEmDuas) {
 
 TEST(Processos, ClienteDeExemplo) {
     const auto construcao = std::filesystem::path(XVProcessos::ProgramaAtual()).parent_path() / ".." / "..";
-    const auto exemplo = (construcao / "examples" / "cliente" / "xv_exemplo_cliente.exe").lexically_normal();
+    const auto exemplo = (construcao / "examples" / "client" / "xv_exemplo_cliente.exe").lexically_normal();
     const std::string sEmpresa = NovaEmpresa();
     const CXVProcesso processo(exemplo.wstring(), Largo(sEmpresa));
     EXPECT_EQ(processo.GetCodigo(), 0U) << processo.GetErros();

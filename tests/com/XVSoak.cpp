@@ -48,7 +48,7 @@ HRESULT Passo(XVCliente::CXVCliente& rCliente, int iPasso, REG_XVDMC* pDmc, int*
     if (hr >= 0) hr = rCliente.GravaChaveRegistro(chave);
     if (hr >= 0) hr = rCliente.BuscaChaveRegistro(chave, &chave);
     // A refused call must leave nothing behind either.
-    if (hr >= 0 && rCliente.LeIntegracao(12345, 7, &lida) >= 0) hr = -1;
+    if (hr >= 0 && rCliente.LeIntegracao({12345}, 7, &lida) >= 0) hr = -1;
     XVCliente::SUltimoErro erro;
     if (hr >= 0) hr = rCliente.GetUltimoErro(&erro);
     return hr;

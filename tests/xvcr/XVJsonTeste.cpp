@@ -62,10 +62,11 @@ TEST(RegistroJson, OQueSaiVoltaIgual) {
 
 TEST(RegistroJson, JsonEmbutidoFicaComoEstaMenosOsEspacos) {
     CXVDadosCR_IntegracaoMiddleware dados;
-    const SErroCampo erro = Le(
-        R"( { "regRegistroJSON" : { "z" : 1.50 , "a" : [ 1e2, 12345678901234567890123, "é \" , \\" ] , "a2": "\u00e9" } ,)"
-        R"( "regMensagemIntegracao":"texto \u00e9 \ud83d\ude00","regJSONRetornoIntegracao":[ ] } )",
-        &dados);
+    const SErroCampo erro =
+        Le(R"( { "regRegistroJSON" : { "z" : 1.50 , "a" : [ 1e2, 12345678901234567890123, )"
+           R"("é \" , \\" ] , "a2": "\u00e9" } ,)"
+           R"( "regMensagemIntegracao":"texto \u00e9 \ud83d\ude00","regJSONRetornoIntegracao":[ ] } )",
+           &dados);
     ASSERT_EQ(erro.sMensagem, "");
     EXPECT_EQ(dados.sRegistroJSON,
               R"({"z":1.50,"a":[1e2,12345678901234567890123,"é \" , \\"],"a2":"\u00e9"})");
