@@ -11,7 +11,7 @@
 namespace {
 
 TArquivos LePasta(const std::string& sVersao) {
-    const auto pasta = std::filesystem::path(XVProgramaVizinho("x")).parent_path() / "dourados" / sVersao;
+    const auto pasta = std::filesystem::path(XVProgramaVizinho("x")).parent_path() / "golden" / sVersao;
     TArquivos arquivos;
     for (const auto& entrada : std::filesystem::directory_iterator(pasta)) {
         std::ifstream arquivo(entrada.path(), std::ios::binary);
