@@ -51,12 +51,12 @@ bool ContemNome(const CXVTextFile::CColecao& rColecao, std::string_view sNome) {
 }  // namespace
 
 HRESULT CXVDataBaseControleCriacaoArquivos::OnInicializa() {
-    XV_CHECK_TEXTO(CXVInicializador::OnInicializa(), "__super::OnInicializa()");
+    XV_CHECK_SUPER(CXVInicializador, OnInicializa());
     return S_OK;
 }
 
 HRESULT CXVDataBaseControleCriacaoArquivos::OnFinaliza() {
-    XV_CHECK_TEXTO(CXVInicializador::OnFinaliza(), "__super::OnFinaliza()");
+    XV_CHECK_SUPER(CXVInicializador, OnFinaliza());
     return S_OK;
 }
 
@@ -85,13 +85,9 @@ HRESULT CXVDataBaseControleCriacaoArquivos::GerenciaControleCriacaoArquivos(XVUI
     // A directory of this name is refused by the opening; listed, it would be missed once it is removed.
     if (!bPossui && bExiste &&
         XVPlataforma::SistemaArquivos().Existe(sPathArquivo) == EExistencia::eArquivo) {
-        const HRESULT hr = CriaControleCriacaoArquivos();
+        const HRESULT hr = XV_REGISTRA(CriaControleCriacaoArquivos());
         // A full disk can be read all the same; the next opening lists the file.
-        if (hr == eDiskFull) {
-            XV_REGISTRA(hr, "CriaControleCriacaoArquivos()");
-            return S_OK;
-        }
-        XV_CHECK_TEXTO(hr, "CriaControleCriacaoArquivos()");
+        if (FAILED(hr) && hr != eDiskFull) return hr;
     }
     return S_OK;
 }
@@ -153,9 +149,7 @@ HRESULT CXVDataBaseControleCriacaoArquivos::RemoveControleCriacaoArquivos() {
     const std::string sPathTra = XVPlataforma::SistemaArquivos().Junta(sDiretorio, sNomeTra);
     bool bExiste = false;
     XV_CHECK(CXVDataBaseUtil::Existe(this, sPathTra, &bExiste));
-    if (bExiste)
-        XV_CHECK_TEXTO(XVArquivoRecusado::Anota(E_XVCR_ARQUIVO_TRA_ENCONTRADO, sPathTra, this),
-                       "E_XVCR_ARQUIVO_TRA_ENCONTRADO");
+    if (bExiste) XV_CHECK(XVArquivoRecusado::Anota(E_XVCR_ARQUIVO_TRA_ENCONTRADO, sPathTra, this));
 
     // From here on one of this name is ours, and is deleted when it is not needed.
     CXVCopiaProtegida copia(CXVDiario::Busca(sDiretorio));
@@ -163,6 +157,7 @@ HRESULT CXVDataBaseControleCriacaoArquivos::RemoveControleCriacaoArquivos() {
     CXVImagemArquivo xvFileNew(m_eModulo, sNomeTra);
     XV_CHECK(xvFileNew.Inicializa(this));
     XV_CHECK(GravaListaSemArquivo(xvFileNew));
+    // The name of the constant is part of a text that the readers of the log know.
     XV_CHECK_TEXTO(
         CXVDataBaseUtil::RenomeiaArquivoTRA(this, m_eModulo, k_sNomeControle, k_usVersaoArquivoInicial),
         "CXVDataBaseUtil::RenomeiaArquivoTRA(this, m_eModulo, "
@@ -183,6 +178,7 @@ HRESULT CXVDataBaseControleCriacaoArquivos::GravaListaSemArquivo(CXVImagemArquiv
             aRegistrosNew.emplace_back(aRegistros[i].GetTexto());
     XV_CHECK(xvDB.Finaliza());
     if (aRegistrosNew.empty()) return S_OK;
+    // The list is an image of the text file that it becomes, and is known as one that is written.
     XV_CHECK_TEXTO(GravaLista(xvFileNew, aRegistrosNew), "xvFileNew.GravaColecao(uiPosicao, aRegistrosNew)");
     return S_OK;
 }
@@ -202,6 +198,7 @@ HRESULT CXVDataBaseControleCriacaoArquivos::GravaLista(CXVImagemArquivo& xvFileN
 
 HRESULT CXVDataBaseControleCriacaoArquivos::ExecutaMarcaDiretorio(std::unique_ptr<IXVMarcaDiretorio>& marca) {
     std::string sDiretorioMarca;
+    // Readers of the log know the call with its output passed by reference.
     XV_CHECK_TEXTO(CXVDataBaseUtil::GetPathDados(m_eModulo, GetEmpresa(), &sDiretorioMarca),
                    "CXVDataBaseUtil::GetPathDados(m_eModulo, GetEmpresa(), sDiretorioMarca)");
     const std::string sMarca = std::string(CAmbienteXV::GetSiglaModulo(m_eModulo)) + "XXMARCA" +
@@ -220,6 +217,7 @@ HRESULT CXVDataBaseControleCriacaoArquivos::ExecutaMarcaDiretorio(std::unique_pt
                             static_cast<unsigned>(hr), sDiretorioMarca.c_str());
     XVIgnora(
         XVArquivoRecusado::Anota(hr, XVPlataforma::SistemaArquivos().Junta(sDiretorioMarca, sMarca), this));
+    // The mark is placed by the file system; readers of the log know the suite's own object.
     XV_CHECK_TEXTO(
         hr,
         "marca.Marca(sDiretorioMarca, IXVArqMarcaEnum::ControleCriacaoArquivosInMemory, GetUsuario(), "

@@ -93,10 +93,8 @@ HRESULT CXVDataBaseUtil::ListaMembros(const IXVDF_Profiler* pDono, EModulo eModu
     std::vector<std::string> listaNomes;
     const CXVErroArquivo erro = XVPlataforma::SistemaArquivos().Lista(sDiretorio, sMascara, listaNomes);
     if (!erro.Ok())
-        XV_CHECK_TEXTO_DONO(
-            pDono,
-            XVArquivoRecusado::Anota(XVCodigosArquivo::DeExcecao(erro.GetCausa()).hr, sDiretorio, pDono),
-            "Lista(sPathArquivo, listaNomes)");
+        XV_CHECK_DONO(pDono,
+                      XVArquivoRecusado::Anota(XVCodigosArquivo::CodigoDeExcecao(erro), sDiretorio, pDono));
     for (std::string& sNome : listaNomes)
         if (const auto uiChave = XVNomeArquivo::NomeParaChave(sNome, sPadrao))
             plistaMembros->emplace_back(*uiChave, std::move(sNome));
@@ -128,8 +126,7 @@ HRESULT CXVDataBaseUtil::GravaAuditoria(const IXVDF_Profiler* pDono, const std::
     dadosLog.ulTipoRegistro = k_ulTipoRegistroArquivo;
     dadosLog.ulServico = static_cast<XVUInt>(DFSLOG_Servico::eDFSLOG_Exclusao);
     dadosLog.sTexto = TextoAuditoria(*pDono, sNomeArquivo);
-    XV_CHECK_TEXTO_DONO(pDono, base.GetAcessoEmpresarial()->GravaLog(dadosLog),
-                        "GetAcessoEmpresarial()->GravaLog(dadosLog)");
+    XV_CHECK_DONO(pDono, base.GetAcessoEmpresarial()->GravaLog(dadosLog));
     return S_OK;
 }
 
@@ -207,11 +204,10 @@ HRESULT CXVDataBaseUtil::ConcluiRenomeacao(const IXVDF_Profiler* pDono, EModulo 
     CXVDataBase xvDB(eModulo);
     CXVFileBase xvFile(sNomeArquivo, &xvDB);
     XV_CHECK_DONO(pDono, xvDB.Inicializa(pDono));
-    const HRESULT hr = xvFile.GravaVersaoArquivo(usVersaoArquivo);
+    const HRESULT hr = XV_REGISTRA_DONO(pDono, xvFile.GravaVersaoArquivo(usVersaoArquivo));
     xvFile.FechaArquivo();  // finalising an open file would rewrite the header that was just written
     XVIgnora(xvDB.Finaliza());
-    XV_CHECK_TEXTO_DONO(pDono, hr, "xvFile.GravaVersaoArquivo(usVersaoArquivo)");
-    return S_OK;
+    return hr;
 }
 
 HRESULT CXVDataBaseUtil::RenomeiaArquivoEXT(const IXVDF_Profiler* pDono, EModulo eModulo,
@@ -234,8 +230,7 @@ HRESULT CXVDataBaseUtil::RenomeiaArquivoTRA(const IXVDF_Profiler* pDono, EModulo
 
 HRESULT CXVDataBaseUtil::RenomeiaArquivoTRAGroupFile(const IXVDF_Profiler* pDono, EModulo eModulo,
                                                      const std::string& sPadrao, XVUShort usVersaoArquivo) {
-    if (!XVNomeArquivo::EhPadraoGrupo(sPadrao))
-        XV_CHECK_TEXTO_DONO(pDono, E_XVCR_NOME_ARQUIVO_GROUP_INVALIDO, "E_XVCR_NOME_ARQUIVO_GROUP_INVALIDO");
+    if (!XVNomeArquivo::EhPadraoGrupo(sPadrao)) XV_CHECK_DONO(pDono, E_XVCR_NOME_ARQUIVO_GROUP_INVALIDO);
     return RenomeiaArquivoEXT(pDono, eModulo, sPadrao, "tra", usVersaoArquivo);
 }
 

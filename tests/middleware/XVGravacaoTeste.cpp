@@ -150,7 +150,7 @@ TEST_F(CXVGravacaoTest, StatusThatNamesNothingIsRefusedByItsOwnCode) {
     const auto retrato = RetratoSemLogs();
     EXPECT_EQ(m_pLoja->GravaStatusIntegracao(Status(regFora, 0, 0, eXVSMiddleware_Erro)),
               E_XVCR_TENTATIVA_LER_POSICAO_ZERO);
-    EXPECT_TRUE(m_Captura.Contem("m_pDataBase->m_IndexIntegracao.Le(uiPosicaoIndex, &regIndex)"));
+    EXPECT_TRUE(m_Captura.Contem("m_pDataBase->m_IndexIntegracao.Le(uiPosicaoIndex, pregIndex)"));
     EXPECT_EQ(m_pLoja->GravaStatusIntegracao(Status({}, 0, Mercos, eXVSMiddleware_Erro)),
               E_XVCR_INDEXACAO_CHAVE_INTEGRACAO_SISTEMA_TERCEIRO_ZERADA);
     EXPECT_EQ(m_pLoja->GravaStatusIntegracao(Status({}, 42, Tipo_Nenhum, eXVSMiddleware_Erro)),

@@ -158,17 +158,6 @@ TEST_F(CQuadro, ExcecoesViramSeusCodigos) {
     EXPECT_EQ(ChamaComResultado(S_OK), S_OK);
 }
 
-TEST_F(CQuadro, ParametroInvalidoDentroDaOperacaoTerminaAChamada) {
-    Inicializa();
-    m_controle.fnOperacao = []() -> HRESULT {
-        XV_EXIGE(1 == 2);
-        return S_OK;
-    };
-    const HRESULT hr = Chama();
-    EXPECT_EQ(static_cast<XVUInt>(hr), 0x8004EAF0U);  // EINVAL
-    EXPECT_TRUE(m_captura.Contem("XVTranslateThrownExceptionToHresult()"));
-}
-
 TEST_F(CQuadro, SoAFaixaFatalMataOComponente) {
     for (const XVUInt ulVivo : {0x8004EAC4U, 0x8004EADCU, 0x8004EE46U, 0x8004EE48U, 0x80004005U}) {
         CReferencia<CComponenteFalso> p;
