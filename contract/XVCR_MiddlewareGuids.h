@@ -17,4 +17,8 @@
 #define XV_TEXTO_UUID_INTERNO(x) #x
 #define XV_TEXTO_UUID(x) XV_TEXTO_UUID_INTERNO(x)
 
+/* A text of this file in wide characters: XV_LARGO(XV_PROGID_MIDDLEWARE). */
+#define XV_LARGO_INTERNO(x) L##x
+#define XV_LARGO(x) XV_LARGO_INTERNO(x)
+
 #endif

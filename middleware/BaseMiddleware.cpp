@@ -12,7 +12,7 @@ CBaseMiddleware::~CBaseMiddleware() {
 
 HRESULT CBaseMiddleware::OnInicializa() {
     XV_ESCOPO();
-    XV_CHECK_TEXTO(CXVBaseParaRotinas::OnInicializa(), "__super::OnInicializa()");
+    XV_CHECK_SUPER(CXVBaseParaRotinas, OnInicializa());
     const CXVAcessoDefault acesso(this);
     XV_CHECK(XVDataBaseInicializa());
     return S_OK;
@@ -21,11 +21,9 @@ HRESULT CBaseMiddleware::OnInicializa() {
 HRESULT CBaseMiddleware::OnFinaliza() {
     XV_ESCOPO();
     const CXVAcessoDefault acesso(this);
-    const HRESULT hr = XVDataBaseFinaliza();
-    const HRESULT hrBase = CXVBaseParaRotinas::OnFinaliza();
-    XV_CHECK_TEXTO(hr, "XVDataBaseFinaliza()");
-    XV_CHECK_TEXTO(hrBase, "__super::OnFinaliza()");
-    return S_OK;
+    const HRESULT hr = XV_REGISTRA(XVDataBaseFinaliza());
+    const HRESULT hrBase = XV_REGISTRA_SUPER(CXVBaseParaRotinas, OnFinaliza());
+    return XVPrimeiraFalha(hr, hrBase);
 }
 
 HRESULT CBaseMiddleware::ExecutaConversao() {
@@ -45,7 +43,8 @@ HRESULT CBaseMiddleware::RecusaVersaoPosterior() {
 HRESULT CBaseMiddleware::ValidaVersaoSomenteLeitura() {
     CXVConversaoMiddleware conversao(nullptr);
     XV_CHECK(conversao.Inicializa(this));
-    // A new store passes through the versions while it is made: a writer that lives is about to end that.
+    // A writer that makes a new store writes each version in turn. As long as such a writer lives, an earlier
+    // version on disk is about to become the current one, and is worth waiting for.
     constexpr int k_iEsperas = 100;
     constexpr XVUInt k_ulEspera = 10;  // ms
     HRESULT hr = E_XVCR_VERSAO_INCOMPATIVEL;
@@ -61,11 +60,11 @@ HRESULT CBaseMiddleware::ValidaVersaoSomenteLeitura() {
     return S_OK;
 }
 
-// The operation took place: a line that cannot be written is recorded in the error log and nothing more.
+// The operation has taken place by now: a line that cannot be written must not make it look like a failure,
+// so it is recorded in the error log and nothing more.
 void CBaseMiddleware::GravaLinhaLogGeral(const char* pszOperacao, REG_XVDMC regDmcIntegracao,
                                          XVUInt64 uiChaveSistemaTerceiro,
                                          REG_XVDMC regDmcMovimentoOrigem) noexcept {
-    HRESULT hr = E_OUTOFMEMORY;
     try {
         char szTexto[256];
         const int iTamanho = std::snprintf(szTexto, sizeof(szTexto),
@@ -75,11 +74,11 @@ void CBaseMiddleware::GravaLinhaLogGeral(const char* pszOperacao, REG_XVDMC regD
                                            uiChaveSistemaTerceiro, regDmcMovimentoOrigem.ToString().c_str());
         const std::string_view sTexto(szTexto,
                                       std::min(static_cast<std::size_t>(iTamanho), sizeof(szTexto) - 1));
-        hr = GetAcessoEmpresarial()->GravaLogGeral(DFSLOG_Servico::eDFSLOG_Inclusao, sTexto);
+        constexpr DFSLOG_Servico eServico = DFSLOG_Servico::eDFSLOG_Inclusao;
+        XVIgnora(XV_REGISTRA(GetAcessoEmpresarial()->GravaLogGeral(eServico, sTexto)));
     } catch (...) {
-        hr = E_OUTOFMEMORY;
+        XVIgnora(XV_REGISTRA(E_OUTOFMEMORY));
     }
-    if (FAILED(hr)) XV_REGISTRA(hr, "GetAcessoEmpresarial()->GravaLogGeral(eServico, sTexto)");
 }
 
 HRESULT CBaseMiddleware::ValidaAcesso() const {

@@ -104,8 +104,8 @@ class CBaseMiddleware : public CXVDataBaseFacade<CXVDataBase_CR_Middleware, CXVB
     // Recording: what an operation is to write. The lock of changes is held. S_FALSE: the operation must be
     // alone.
     HRESULT PreparaAlteracao(CXVOperacao& operacao, REG_XVDMC regDmc,
-                             const tagREG_CR_INTEGRACAO_MIDDLEWAREPS& regps);
-    HRESULT PreparaInclusao(CXVOperacao& operacao, const tagREG_CR_INTEGRACAO_MIDDLEWAREPS& regps,
+                             const tagREG_CR_INTEGRACAO_MIDDLEWAREPS* pregps);
+    HRESULT PreparaInclusao(CXVOperacao& operacao, const tagREG_CR_INTEGRACAO_MIDDLEWAREPS* pregps,
                             REG_XVDMC* pRegDmc);
     HRESULT PreparaStatus(CXVOperacao& operacao, const tagREG_CR_STATUS_INTEGRACAO_MIDDLEWAREPS& regStatus,
                           REG_CR_INDEX_INTEGRACAO_V1 regIndex, XVUInt uiPosicaoIndex,

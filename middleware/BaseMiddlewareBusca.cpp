@@ -4,7 +4,6 @@
 
 #include "contract/XVCR_BuffersPS.h"
 #include "middleware/BaseMiddleware.h"
-#include "middleware/XVCheckOperacao.h"
 #include "middleware/XVOrdenacaoParalela.h"
 
 namespace {
@@ -63,8 +62,11 @@ HRESULT CBaseMiddleware::BuscaPonteiros(const tagREG_CR_FILTRO_INTEGRACAO_MIDDLE
     CXVDadosCR_FiltroIntegracaoMiddleware dadosFiltro;
     XV_CHECK(dadosFiltro.CopiarDe(rFiltroPS));
     CListaDmc listaPonteiros;
-    const HRESULT hr = LeSemEscritas([&] { return ValidaFiltroNivel1(dadosFiltro, listaPonteiros); });
-    XV_CHECK_TEXTO(hr, "ValidaFiltroNivel1(dadosFiltro, listaPonteiros)");
+    const HRESULT hr = LeSemEscritas([&] {
+        XV_CHECK_EM("BuscaPonteiros", ValidaFiltroNivel1(dadosFiltro, listaPonteiros));
+        return S_OK;
+    });
+    if (FAILED(hr)) return hr;
     if (hr == S_FALSE && TemNivel2(dadosFiltro)) XV_CHECK(ConfirmaAchadas(dadosFiltro, listaPonteiros));
     XV_CHECK(XVListaToReg(listaPonteiros, pRegListaPonteirosPS));
     return S_OK;
@@ -95,8 +97,8 @@ HRESULT CBaseMiddleware::ValidaFiltroNivel1(const CXVDadosCR_FiltroIntegracaoMid
     return FiltraPorArquivo(dadosFiltro, listaDmc, listaPonteiros);
 }
 
-// Of each integration found the index record and the record are read again, in one moment: a viewer may have
-// tested one from before an operation and the other from after it.
+// A viewer reads the disk while a writer changes it, so it may have tested an index record from before an
+// operation and the record itself from after it. Both are read again here, in one moment, and tested again.
 HRESULT CBaseMiddleware::ConfirmaAchadas(const CXVDadosCR_FiltroIntegracaoMiddleware& dadosFiltro,
                                          CListaDmc& listaPonteiros) {
     constexpr std::size_t k_uiPorMomento = 256;
@@ -108,7 +110,8 @@ HRESULT CBaseMiddleware::ConfirmaAchadas(const CXVDadosCR_FiltroIntegracaoMiddle
         const HRESULT hr = LeDeUmMomento([&] {
             listaParte.clear();
             const std::size_t uiAte = std::min(idx + uiQtd, listaPonteiros.size());
-            uiQtd = std::max<std::size_t>(uiQtd / 2, 1);  // beside a busy writer moments are short
+            // A busy writer leaves only short moments: each attempt reads half as much as the one before.
+            uiQtd = std::max<std::size_t>(uiQtd / 2, 1);
             for (std::size_t k = idx; k < uiAte; ++k) {
                 bool bPassa = false;
                 XV_CHECK_EM("ConfirmaAchadas", PassaNaVista(dadosFiltro, listaPonteiros[k], &bPassa));
@@ -117,7 +120,7 @@ HRESULT CBaseMiddleware::ConfirmaAchadas(const CXVDadosCR_FiltroIntegracaoMiddle
             uiLidas = uiAte - idx;
             return S_OK;
         });
-        XV_CHECK_TEXTO(hr, "PassaNaVista(dadosFiltro, regDmc, &bPassa)");
+        if (FAILED(hr)) return hr;
         idx += uiLidas;
         listaConfirmadas.insert(listaConfirmadas.end(), listaParte.begin(), listaParte.end());
     }
@@ -132,7 +135,8 @@ HRESULT CBaseMiddleware::PassaNaVista(const CXVDadosCR_FiltroIntegracaoMiddlewar
     const XVUInt64 uiChaveIndex = CXVDataBase_CR_Middleware::GetChaveIndex(regDmc);
     XVUInt uiPosicao = 0;
     XV_CHECK(m_pDataBase->m_IndexIntegracao.ExisteIndex(uiChaveIndex, uiPosicao, eIndexacao_DMCIntegracao));
-    if (uiPosicao == 0) return S_OK;  // its index record has passed to a newer integration
+    // Without an entry in the index, the index record has passed to a newer integration with the same key.
+    if (uiPosicao == 0) return S_OK;
     REG_CR_INDEX_INTEGRACAO_V1 regIndex;
     XV_CHECK(m_pDataBase->m_IndexIntegracao.Le(uiPosicao, &regIndex));
     const bool bDireta = uiChave != 0 && dadosFiltro.GetQuantidadeSistemaIntegracao() != 0;
@@ -176,10 +180,7 @@ HRESULT CBaseMiddleware::ValidaFiltroNivel2(const CXVDadosCR_FiltroIntegracaoMid
                listaDmc[idx + uiQtd].GetPonteiro() == XVUInt64{uiPosicao} + uiQtd)
             ++uiQtd;
         aRegistros.clear();
-        // clang-format off
-        XV_CHECK_TEXTO(m_pDataBase->m_Integracao.LeColecao(uiChaveArquivoAtual, uiPosicao, uiQtd, aRegistros),
-                       "m_pDataBase->m_Integracao.Le(uiChaveArquivoAtual, listaDmc[idx].GetPonteiro(), &regIntegracao)");
-        // clang-format on
+        XV_CHECK(m_pDataBase->m_Integracao.LeColecao(uiChaveArquivoAtual, uiPosicao, uiQtd, aRegistros));
         for (std::size_t k = 0; k < uiQtd; ++k)
             if (PassaNivel2(dadosFiltro, aRegistros[k])) listaPonteiros.push_back(listaDmc[idx + k]);
         idx += uiQtd;
@@ -187,7 +188,8 @@ HRESULT CBaseMiddleware::ValidaFiltroNivel2(const CXVDadosCR_FiltroIntegracaoMid
     return S_OK;
 }
 
-// Direct path: the lower key bound is the key itself; status and upper bound are not asked.
+// A filter with a key and systems asks for that one key in each of the systems: the lower bound is the key
+// itself, and neither the status nor the upper bound is looked at.
 HRESULT CBaseMiddleware::BuscaRegistroIndexComChaveSistema(
     const CXVDadosCR_FiltroIntegracaoMiddleware& dadosFiltro, CListaDmc& listaPonteiros) {
     const XVUInt64 uiChave = dadosFiltro.GetChaveIntegracaoSistemaTerceiroInicial();
@@ -196,9 +198,9 @@ HRESULT CBaseMiddleware::BuscaRegistroIndexComChaveSistema(
     for (const XVUInt eSistema : dadosFiltro.GetListaSistemaIntegracao()) {
         const XVUInt64 uiChaveIndex =
             CXVDataBase_CR_Middleware::GetChaveIndexSistemaTerceiro(uiChave, eSistema);
-        // clang-format off
-        XV_CHECK(m_pDataBase->m_IndexIntegracao.ExisteIndex(uiChaveIndex, listaPosicao, EColuna_Indexacao_Middleware::eIndexacao_ChaveIntegracaoComSistemaTerceiro));
-        // clang-format on
+        XV_CHECK(m_pDataBase->m_IndexIntegracao.ExisteIndex(
+            uiChaveIndex, listaPosicao,
+            EColuna_Indexacao_Middleware::eIndexacao_ChaveIntegracaoComSistemaTerceiro));
         for (const XVUInt uiPosicao : listaPosicao) {
             REG_CR_INDEX_INTEGRACAO_V1 regIndex;
             XV_CHECK(m_pDataBase->m_IndexIntegracao.Le(uiPosicao, &regIndex));

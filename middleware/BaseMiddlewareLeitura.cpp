@@ -3,7 +3,6 @@
 
 #include "contract/XVCR_BuffersPS.h"
 #include "middleware/BaseMiddleware.h"
-#include "middleware/XVCheckOperacao.h"
 #include "platform/XVAmbienteSO.h"
 
 HRESULT CBaseMiddleware::LeIntegracao(REG_XVDMC regDmc, tagREG_CR_INTEGRACAO_MIDDLEWAREPS* pRegIntegracaoPS,
@@ -37,10 +36,10 @@ HRESULT CBaseMiddleware::LeDados(REG_XVDMC regDmc, CXVDadosCR_IntegracaoMiddlewa
 HRESULT CBaseMiddleware::LeRegistros(REG_XVDMC regDmc, CXVDadosCR_IntegracaoMiddleware* pDados,
                                      XVUInt64 ullFlagLeitura) {
     REG_CR_INDEX_INTEGRACAO_V1 regIndex;
-    // clang-format off
-    XV_CHECK_EM("LeIntegracao", m_pDataBase->m_IndexIntegracao.LeIndex(CXVDataBase_CR_Middleware::GetChaveIndex(regDmc), &regIndex, EColuna_Indexacao_Middleware::eIndexacao_DMCIntegracao));
-    // clang-format on
-    // The record may have passed to a newer integration between the look-up and the read.
+    XV_CHECK_EM("LeIntegracao", m_pDataBase->m_IndexIntegracao.LeIndex(
+                                    CXVDataBase_CR_Middleware::GetChaveIndex(regDmc), &regIndex,
+                                    EColuna_Indexacao_Middleware::eIndexacao_DMCIntegracao));
+    // Between the look-up and the read, the index record may have passed to a newer integration with its key.
     if (!(regIndex.regDmcIntegracao == regDmc))
         XV_FALHA_EM("LeIntegracao", E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA);
     const XVUInt64 uiChaveNomeArquivo = regDmc.GetDma().ToChave();
@@ -71,14 +70,16 @@ HRESULT CBaseMiddleware::LeTextos(XVUInt64 uiChaveNomeArquivo, const REG_CR_INTE
     std::string& sJSON = pDados->sRegistroJSON;
     std::string& sMensagem = pDados->sMensagemIntegracao;
     std::string& sJSONRetornoIntegracao = pDados->sJSONRetornoIntegracao;
-    // clang-format off
     if ((ullFlagLeitura & k_ullLeJSON) != 0 && reg.ulPonteiroJSONRegistro != 0)
-        XV_CHECK_EM("LeIntegracao", m_pDataBase->m_JSONIntegracao.Le(uiChaveNomeArquivo, reg.ulPonteiroJSONRegistro, &sJSON));
+        XV_CHECK_EM("LeIntegracao",
+                    m_pDataBase->m_JSONIntegracao.Le(uiChaveNomeArquivo, reg.ulPonteiroJSONRegistro, &sJSON));
     if ((ullFlagLeitura & k_ullLeMensagem) != 0 && reg.ulPonteiroMensagemRetorno != 0)
-        XV_CHECK_EM("LeIntegracao", m_pDataBase->m_MensagemIntegracao.Le(uiChaveNomeArquivo, reg.ulPonteiroMensagemRetorno, &sMensagem));
+        XV_CHECK_EM("LeIntegracao", m_pDataBase->m_MensagemIntegracao.Le(
+                                        uiChaveNomeArquivo, reg.ulPonteiroMensagemRetorno, &sMensagem));
     if ((ullFlagLeitura & k_ullLeJSONRetorno) != 0 && reg.ulPonteiroJSONRetornoIntegracao != 0)
-        XV_CHECK_EM("LeIntegracao", m_pDataBase->m_JSONRetornoIntegracao.Le(uiChaveNomeArquivo, reg.ulPonteiroJSONRetornoIntegracao, &sJSONRetornoIntegracao));
-    // clang-format on
+        XV_CHECK_EM("LeIntegracao",
+                    m_pDataBase->m_JSONRetornoIntegracao.Le(
+                        uiChaveNomeArquivo, reg.ulPonteiroJSONRetornoIntegracao, &sJSONRetornoIntegracao));
     return S_OK;
 }
 
@@ -105,13 +106,10 @@ HRESULT CBaseMiddleware::LeDadosDaLista(const _REG_DF_LISTA_XVDMCPS& rListaPS,
                                         XVUInt64 ullFlagLeitura) {
     listaDadosIntegracao.resize(rListaPS.ulQuantidade);
     for (XVUInt i = 0; i < rListaPS.ulQuantidade; ++i)
-        XV_CHECK_TEXTO_EM("LeIntegracoes",
-                          LeDados(rListaPS.pLista[i], &listaDadosIntegracao[i], ullFlagLeitura),
-                          "LeIntegracao(regDmc, pRegIntegracaoPS, ullFlagLeitura)");
+        XV_CHECK_EM("LeIntegracoes", LeDados(rListaPS.pLista[i], &listaDadosIntegracao[i], ullFlagLeitura));
     if ((ullFlagLeitura & k_ullConsultaSistemaTerceiro) == 0) return S_OK;
-    // clang-format off
-    XV_CHECK_EM("LeIntegracoes", CXVMiddlewareIntegracaoSistemas::BuscaDadosIntegracaoSistemasTerceiros(listaDadosIntegracao, this));
-    // clang-format on
+    XV_CHECK_EM("LeIntegracoes", CXVMiddlewareIntegracaoSistemas::BuscaDadosIntegracaoSistemasTerceiros(
+                                     listaDadosIntegracao, this));
     for (CXVDadosCR_IntegracaoMiddleware& dadosIntegracao : listaDadosIntegracao) {
         const HRESULT hr =
             CompletaComSistemaTerceiro(dadosIntegracao, (ullFlagLeitura & k_ullOperacaoPosterior) != 0);
@@ -143,13 +141,13 @@ HRESULT CBaseMiddleware::LeIntegracoes(const _REG_DF_LISTA_XVDMCPS& rListaPS, XV
     if (pRegs == nullptr) XV_FALHA(E_OUTOFMEMORY);
     std::fill_n(pRegs, listaDadosIntegracao.size(), tagREG_CR_INTEGRACAO_MIDDLEWAREPS{});
     for (std::size_t i = 0; i < listaDadosIntegracao.size() && SUCCEEDED(hr); ++i) {
-        hr = listaDadosIntegracao[i].CopiarParaPS(&pRegs[i]);
+        hr = XV_REGISTRA(listaDadosIntegracao[i].CopiarParaPS(&pRegs[i]));
         listaDadosIntegracao[i] = {};  // its texts now stand in the output
     }
     if (FAILED(hr)) {
         for (std::size_t i = 0; i < listaDadosIntegracao.size(); ++i) XVLiberaBuffers(&pRegs[i]);
         XVAmbienteSO::LiberaSaida(pRegs);
-        XV_CHECK_TEXTO(hr, "dadosIntegracao.CopiarParaPS(pRegIntegracaoPS)");
+        return hr;
     }
     *pulQuantidade = rListaPS.ulQuantidade;
     *ppRegIntegracaoPS = pRegs;

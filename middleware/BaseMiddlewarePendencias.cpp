@@ -1,7 +1,6 @@
 // CBaseMiddleware: what is asked of external systems without an exchange: the pending items of a record,
 // which are recorded as such, and direct queries.
 #include "middleware/BaseMiddleware.h"
-#include "middleware/XVCheckOperacao.h"
 #include "middleware/XVItemTroca.h"
 #include "middleware/XVValidacaoIntegracao.h"
 
@@ -33,13 +32,8 @@ HRESULT CBaseMiddleware::GravaItemPendente(CXVMiddlewareFacade& facade,
     CXVDadosCR_IntegracaoMiddleware dados;
     XV_CHECK_EM("GravaPendenciaIntegracao", dados.CopiarDe(regBase));
     dados.eStatusIntegracao = eXVSMiddleware_Pendente;
-    dados.regDmcMovimentoOrigem = rItem.regDmcOrigem;
-    dados.eSistemaIntegracao = rItem.eSistemaIntegracao;
-    dados.sRegistroJSON = rItem.sJSON;
     dados.cReconsultarIdTerceiros = rItem.cReconsultarIdTerceiros;
-    dados.uiBaseDadosTerceiro = rItem.uiBaseDadosTerceiro;
-    if (rItem.ulPonteiroFilial != 0) dados.ulPonteiroFilial = rItem.ulPonteiroFilial;
-    dados.uiChaveRegistroSistemaTerceiro = rItem.uiChaveRegistroSistemaTerceiro;
+    XVItemTroca::CopiaItem(rItem, &dados);
 
     CXVDadosCR_ParametrosIntegracao dadosParamentrosIntegracao =
         XVItemTroca::MontaParametros(dados.ComoRegistro());
@@ -51,7 +45,8 @@ HRESULT CBaseMiddleware::GravaItemPendente(CXVMiddlewareFacade& facade,
     dados.regDmcMovimentoOrigem = dadosParamentrosIntegracao.regDmcOrigem;
     dados.uiChaveRegistroSistemaTerceiro = dadosParamentrosIntegracao.uiChaveRegistroSistemaTerceiro;
 
-    // Without a record of the suite there is no key-map entry, and then no integration either.
+    // An entry of the key map belongs to a record of the suite. Without such a record there is nothing to
+    // map, and the integration would never be found again; so neither is recorded.
     if (dados.regDmcMovimentoOrigem.EhNulo())
         XV_FALHA_EM("GravaPendenciaIntegracao", E_XVCR_CHAVE_REGISTRO_TELVO_ZERADA);
     REG_XVDMC regDmc;

@@ -1,12 +1,9 @@
 // CBaseMiddleware: the status that an external system returned.
 #include "middleware/BaseMiddleware.h"
-#include "middleware/XVCheckOperacao.h"
 #include "middleware/XVValidacaoIntegracao.h"
 
-// The text of a check is its trace text: such lines are not broken.
-// clang-format off
-
-HRESULT CBaseMiddleware::GravaStatusIntegracao(tagREG_CR_STATUS_INTEGRACAO_MIDDLEWAREPS regStatusIntegracaoPS) {
+HRESULT CBaseMiddleware::GravaStatusIntegracao(
+    tagREG_CR_STATUS_INTEGRACAO_MIDDLEWAREPS regStatusIntegracaoPS) {
     XV_ESCOPO({"regDmc", regStatusIntegracaoPS.regDmc.uiValor});
     using namespace XVValidacaoIntegracao;
     XV_CHECK(ValidaAcessoGravacao());
@@ -29,7 +26,8 @@ HRESULT CBaseMiddleware::GravaStatusIntegracao(tagREG_CR_STATUS_INTEGRACAO_MIDDL
         uiChaveSistemaTerceiro = regIndex.uiChaveIntegracaoSistemaTerceiro;
         if (TemNaFila(CXVDataBase_CR_Middleware::GetChaveIndex(regDmc))) return S_FALSE;
         operacao.SetChave(CXVDataBase_CR_Middleware::GetChaveIndex(regDmc));
-        return PreparaStatus(operacao, regStatusIntegracaoPS, regIndex, uiPosicaoIndex, &regDmcMovimentoOrigem);
+        return PreparaStatus(operacao, regStatusIntegracaoPS, regIndex, uiPosicaoIndex,
+                             &regDmcMovimentoOrigem);
     });
     if (FAILED(hr)) return hr;
     GravaLinhaLogGeral("GravaStatusIntegracao", regDmc, uiChaveSistemaTerceiro, regDmcMovimentoOrigem);
@@ -37,31 +35,40 @@ HRESULT CBaseMiddleware::GravaStatusIntegracao(tagREG_CR_STATUS_INTEGRACAO_MIDDL
 }
 
 HRESULT CBaseMiddleware::LocalizaIndexDoStatus(const tagREG_CR_STATUS_INTEGRACAO_MIDDLEWAREPS& regStatus,
-                                               REG_CR_INDEX_INTEGRACAO_V1* pregIndex, XVUInt& uiPosicaoIndex) {
+                                               REG_CR_INDEX_INTEGRACAO_V1* pregIndex,
+                                               XVUInt& uiPosicaoIndex) {
     if (!regStatus.regDmc.EhNulo()) {
-        // Not found: position 0, and the read answers its position-zero error.
+        // A key that the index does not hold leaves position 0, for which the read answers the code that
+        // callers know for an unknown integration.
         const XVUInt64 uiChaveIndex = CXVDataBase_CR_Middleware::GetChaveIndex(regStatus.regDmc);
-        XV_CHECK_EM("GravaStatusIntegracao", m_pDataBase->m_IndexIntegracao.ExisteIndex(uiChaveIndex, uiPosicaoIndex, EColuna_Indexacao_Middleware::eIndexacao_DMCIntegracao));
-        XV_CHECK_TEXTO_EM("GravaStatusIntegracao", m_pDataBase->m_IndexIntegracao.Le(uiPosicaoIndex, pregIndex),
-                       "m_pDataBase->m_IndexIntegracao.Le(uiPosicaoIndex, &regIndex)");
+        XV_CHECK_EM("GravaStatusIntegracao", m_pDataBase->m_IndexIntegracao.ExisteIndex(
+                                                 uiChaveIndex, uiPosicaoIndex,
+                                                 EColuna_Indexacao_Middleware::eIndexacao_DMCIntegracao));
+        XV_CHECK_EM("GravaStatusIntegracao", m_pDataBase->m_IndexIntegracao.Le(uiPosicaoIndex, pregIndex));
         return S_OK;
     }
     if (CXVDataBase_CR_Middleware::GetChaveIndexSistemaTerceiro(regStatus.uiChaveIntegracaoSistemaTerceiro,
                                                                 regStatus.eSistemaIntegracao) == 0)
         XV_FALHA_EM("GravaStatusIntegracao", E_XVCR_INDEXACAO_CHAVE_INTEGRACAO_SISTEMA_TERCEIRO_ZERADA);
-    XV_CHECK_EM("GravaStatusIntegracao", LocalizaIndexSistemaTerceiro(regStatus.uiChaveIntegracaoSistemaTerceiro, regStatus.eSistemaIntegracao,
-                                          pregIndex, uiPosicaoIndex));
+    XV_CHECK_EM("GravaStatusIntegracao",
+                LocalizaIndexSistemaTerceiro(regStatus.uiChaveIntegracaoSistemaTerceiro,
+                                             regStatus.eSistemaIntegracao, pregIndex, uiPosicaoIndex));
     if (uiPosicaoIndex == 0) XV_FALHA_EM("GravaStatusIntegracao", E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA);
     return S_OK;
 }
 
-HRESULT CBaseMiddleware::PreparaStatus(CXVOperacao& operacao, const tagREG_CR_STATUS_INTEGRACAO_MIDDLEWAREPS& regStatus,
-                                       REG_CR_INDEX_INTEGRACAO_V1 regIndex, XVUInt uiPosicaoIndex, REG_XVDMC* pRegDmcMovimentoOrigem) {
+HRESULT CBaseMiddleware::PreparaStatus(CXVOperacao& operacao,
+                                       const tagREG_CR_STATUS_INTEGRACAO_MIDDLEWAREPS& regStatus,
+                                       REG_CR_INDEX_INTEGRACAO_V1 regIndex, XVUInt uiPosicaoIndex,
+                                       REG_XVDMC* pRegDmcMovimentoOrigem) {
     const REG_XVDMC regDmc = regIndex.regDmcIntegracao;
     const XVUInt64 uiChaveNomeArquivo = regDmc.GetDma().ToChave();
     XVUInt uiPosicao = regDmc.GetPonteiro();
-    REG_CR_INTEGRACAO_MIDDLEWARE_V2 regIntegracao;
-    XV_CHECK_EM("GravaStatusIntegracao", m_pDataBase->m_Integracao.Le(uiChaveNomeArquivo, uiPosicao, &regIntegracao));
+    // The record is packed. Aligned as a whole, it has its text positions aligned too, which are handed out
+    // by reference.
+    alignas(XVUInt) REG_CR_INTEGRACAO_MIDDLEWARE_V2 regIntegracao;
+    XV_CHECK_EM("GravaStatusIntegracao",
+                m_pDataBase->m_Integracao.Le(uiChaveNomeArquivo, uiPosicao, &regIntegracao));
     const bool bTemJSONRetorno = regStatus.regJSONRetornoIntegracao.ulQtdBytes != 0;
     XV_CHECK_EM("GravaStatusIntegracao", ConfereTextosDoDia(uiChaveNomeArquivo, false, bTemJSONRetorno));
     *pRegDmcMovimentoOrigem = regIntegracao.regDmcMovimentoOrigem;
@@ -70,19 +77,15 @@ HRESULT CBaseMiddleware::PreparaStatus(CXVOperacao& operacao, const tagREG_CR_ST
         regIntegracao.ulPonteiroUsuarioCancelamento = GetUsuario();
     regIndex.eStatusIntegracao = regStatus.eStatusIntegracao;
 
-    XVUInt ulPonteiroJSONRetorno = regIntegracao.ulPonteiroJSONRetornoIntegracao;
-    XVUInt ulPonteiroMensagem = regIntegracao.ulPonteiroMensagemRetorno;
     if (bTemJSONRetorno)
-        XV_PREPARA_EM(operacao, "GravaStatusIntegracao", m_pDataBase->m_JSONRetornoIntegracao.Prepara(operacao, uiChaveNomeArquivo, ulPonteiroJSONRetorno, CXVStringPS::RegToString(regStatus.regJSONRetornoIntegracao)),
-                      "m_pDataBase->m_JSONRetornoIntegracao.Grava(uiChaveNomeArquivo, regIntegracao.ulPonteiroJSONRetornoIntegracao, CXVStringPS::RegToString(regStatusIntegracaoPS.regJSONRetornoIntegracao))");
-    XV_PREPARA_EM(operacao, "GravaStatusIntegracao", m_pDataBase->m_MensagemIntegracao.Prepara(operacao, uiChaveNomeArquivo, ulPonteiroMensagem, CXVStringPS::RegToString(regStatus.regMensagemIntegracao)),
-                  "m_pDataBase->m_MensagemIntegracao.Grava(uiChaveNomeArquivo, regIntegracao.ulPonteiroMensagemRetorno, CXVStringPS::RegToString(regStatusIntegracaoPS.regMensagemIntegracao))");
-    regIntegracao.ulPonteiroJSONRetornoIntegracao = ulPonteiroJSONRetorno;
-    regIntegracao.ulPonteiroMensagemRetorno = ulPonteiroMensagem;
-    XV_PREPARA_EM(operacao, "GravaStatusIntegracao", m_pDataBase->m_Integracao.Prepara(operacao, uiChaveNomeArquivo, uiPosicao, regIntegracao),
-                  "m_pDataBase->m_Integracao.Grava(uiChaveNomeArquivo, uiPosicao, regIntegracao)");
-    XV_PREPARA_EM(operacao, "GravaStatusIntegracao", m_pDataBase->m_IndexIntegracao.Prepara(operacao, uiPosicaoIndex, regIndex),
-                  "m_pDataBase->m_IndexIntegracao.Grava(uiPosicaoIndex, regIndex)");
+        XV_GRAVA_EM(operacao, "GravaStatusIntegracao", m_pDataBase->m_JSONRetornoIntegracao,
+                    uiChaveNomeArquivo, regIntegracao.ulPonteiroJSONRetornoIntegracao,
+                    CXVStringPS::RegToString(regStatus.regJSONRetornoIntegracao));
+    XV_GRAVA_EM(operacao, "GravaStatusIntegracao", m_pDataBase->m_MensagemIntegracao, uiChaveNomeArquivo,
+                regIntegracao.ulPonteiroMensagemRetorno,
+                CXVStringPS::RegToString(regStatus.regMensagemIntegracao));
+    XV_GRAVA_EM(operacao, "GravaStatusIntegracao", m_pDataBase->m_Integracao, uiChaveNomeArquivo, uiPosicao,
+                regIntegracao);
+    XV_GRAVA_EM(operacao, "GravaStatusIntegracao", m_pDataBase->m_IndexIntegracao, uiPosicaoIndex, regIndex);
     return S_OK;
 }
-// clang-format on

@@ -6,7 +6,6 @@
 #include "core/xvdatabase/XVDataBaseUtil.h"
 #include "core/xvdatabase/XVNomeArquivo.h"
 #include "middleware/BaseMiddleware.h"
-#include "middleware/XVCheckOperacao.h"
 #include "middleware/XVItemTroca.h"
 #include "middleware/XVTrocaEmCurso.h"
 #include "middleware/XVValidacaoIntegracao.h"
@@ -115,19 +114,15 @@ HRESULT CBaseMiddleware::TrocaItem(CXVMiddlewareFacade& facade,
                                    const tagREG_CR_INTEGRACAO_MIDDLEWAREPS& regPS, REG_XVDMC* pDmc) {
     CXVDadosCR_IntegracaoMiddleware dadosIntegreacaoMidleware;
     XV_CHECK_EM("GravaIntegracaoInstantanea", dadosIntegreacaoMidleware.CopiarDe(regPS));
-    dadosIntegreacaoMidleware.eSistemaIntegracao = rItem.eSistemaIntegracao;
-    dadosIntegreacaoMidleware.regDmcMovimentoOrigem = rItem.regDmcOrigem;
-    dadosIntegreacaoMidleware.sRegistroJSON = rItem.sJSON;
-    if (rItem.ulPonteiroFilial != 0) dadosIntegreacaoMidleware.ulPonteiroFilial = rItem.ulPonteiroFilial;
-    dadosIntegreacaoMidleware.uiBaseDadosTerceiro = rItem.uiBaseDadosTerceiro;
-    dadosIntegreacaoMidleware.uiChaveRegistroSistemaTerceiro = rItem.uiChaveRegistroSistemaTerceiro;
+    XVItemTroca::CopiaItem(rItem, &dadosIntegreacaoMidleware);
     if (!pDmc->EhNulo()) {
         // The external system knows an existing integration by its own key; to another system that key would
         // name somebody else's document.
         REG_CR_INDEX_INTEGRACAO_V1 regIndex;
-        // clang-format off
-        XV_CHECK_EM("GravaIntegracaoInstantanea", m_pDataBase->m_IndexIntegracao.LeIndex(CXVDataBase_CR_Middleware::GetChaveIndex(*pDmc), &regIndex, EColuna_Indexacao_Middleware::eIndexacao_DMCIntegracao));
-        // clang-format on
+        XV_CHECK_EM(
+            "GravaIntegracaoInstantanea",
+            m_pDataBase->m_IndexIntegracao.LeIndex(CXVDataBase_CR_Middleware::GetChaveIndex(*pDmc), &regIndex,
+                                                   EColuna_Indexacao_Middleware::eIndexacao_DMCIntegracao));
         if (regIndex.eSistemaIntegracao == rItem.eSistemaIntegracao)
             dadosIntegreacaoMidleware.uiChaveIntegracaoSistemaTerceiro =
                 regIndex.uiChaveIntegracaoSistemaTerceiro;
@@ -154,38 +149,40 @@ HRESULT CBaseMiddleware::ExecutaTransacao(CXVDadosCR_IntegracaoMiddleware& dados
     CXVTrocaEmCurso troca(this, dados, *pDmcRegistroIndex);
     const XVUInt64 uiChaveAnterior = dados.uiChaveIntegracaoSistemaTerceiro;
     tagREG_CR_INTEGRACAO_MIDDLEWAREPS regPS{};
-    // clang-format off
     switch (eTransacao) {
         case eXVSMiddleware_Inclusao:
-            XV_CHECK_TEXTO_EM("GravaIntegracaoInstantanea", troca.Responde(CXVMiddlewareIntegracaoSistemas::EnviaJsonIntegracaoSistemasTerceiros(dados, this)),
-                              "CXVMiddlewareIntegracaoSistemas::EnviaJsonIntegracaoSistemasTerceiros(dados, this)");
+            XV_CHECK_EM("GravaIntegracaoInstantanea",
+                        troca.Responde(CXVMiddlewareIntegracaoSistemas::EnviaJsonIntegracaoSistemasTerceiros(
+                            dados, this)));
             regPS = dados.ComoRegistro();
-            XV_CHECK_TEXTO_EM("GravaIntegracaoInstantanea", troca.Grava(GravaInternalIntegracao(pDmcRegistroIndex, &regPS)),
-                              "GravaInternalIntegracao(pDmcRegistroIndex, &regPS)");
+            XV_CHECK_EM("GravaIntegracaoInstantanea",
+                        troca.Grava(GravaInternalIntegracao(pDmcRegistroIndex, &regPS)));
             break;
         case eXVSMiddleware_Alteracao:
-            XV_CHECK_TEXTO_EM("GravaIntegracaoInstantanea", troca.Responde(CXVMiddlewareIntegracaoSistemas::BuscaDadosIntegracaoSistemasTerceiros(dados, nullptr, this)),
-                              "CXVMiddlewareIntegracaoSistemas::BuscaDadosIntegracaoSistemasTerceiros(dados, nullptr, this)");
+            XV_CHECK_EM("GravaIntegracaoInstantanea",
+                        troca.Responde(CXVMiddlewareIntegracaoSistemas::BuscaDadosIntegracaoSistemasTerceiros(
+                            dados, nullptr, this)));
             CompletaRespostaSemChave(dados, uiChaveAnterior);
             regPS = dados.ComoRegistro();
-            XV_CHECK_TEXTO_EM("GravaIntegracaoInstantanea", troca.Grava(GravaIntegracao(pDmcRegistroIndex, &regPS)),
-                              "GravaIntegracao(pDmcRegistroIndex, &regPS)");
+            XV_CHECK_EM("GravaIntegracaoInstantanea",
+                        troca.Grava(GravaIntegracao(pDmcRegistroIndex, &regPS)));
             break;
         case eXVSMiddleware_Exclusao:
-            XV_CHECK_TEXTO_EM("GravaIntegracaoInstantanea", troca.Responde(CXVMiddlewareIntegracaoSistemas::ExcluiDadosIntegracaoSistemasTerceiros(dados, this)),
-                              "CXVMiddlewareIntegracaoSistemas::ExcluiDadosIntegracaoSistemasTerceiros(dados, this)");
+            XV_CHECK_EM(
+                "GravaIntegracaoInstantanea",
+                troca.Responde(
+                    CXVMiddlewareIntegracaoSistemas::ExcluiDadosIntegracaoSistemasTerceiros(dados, this)));
             if (dados.eStatusIntegracao != eXVSMiddleware_Cancelado) {
                 troca.ExclusaoSemConfirmacao();
                 break;
             }
             regPS = dados.ComoRegistro();
-            XV_CHECK_TEXTO_EM("GravaIntegracaoInstantanea", troca.Grava(GravaIntegracao(pDmcRegistroIndex, &regPS)),
-                              "GravaIntegracao(pDmcRegistroIndex, &regPS)");
+            XV_CHECK_EM("GravaIntegracaoInstantanea",
+                        troca.Grava(GravaIntegracao(pDmcRegistroIndex, &regPS)));
             break;
         default:
             break;
     }
-    // clang-format on
     return S_OK;
 }
 

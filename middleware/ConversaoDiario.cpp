@@ -117,9 +117,7 @@ HRESULT CXVDiarioConversao::LeBytes(const std::string& sPath, std::string* psDia
         psDiario->resize(static_cast<std::size_t>(uiTamanho));
         if (!psDiario->empty()) erro = pArquivo->Le(0, psDiario->data(), psDiario->size());
     }
-    if (!erro.Ok())
-        XV_CHECK_TEXTO(XVArquivoRecusado::Anota(XVCodigosArquivo::DeExcecao(erro.GetCausa()).hr, sPath, this),
-                       "LeBytes(sPath, psDiario)");
+    if (!erro.Ok()) XV_CHECK(XVArquivoRecusado::Anota(XVCodigosArquivo::CodigoDeExcecao(erro), sPath, this));
     return S_OK;
 }
 
@@ -188,8 +186,7 @@ HRESULT CXVDiarioConversao::Remove() {
         const CXVErroArquivo erro = XVPlataforma::SistemaArquivos().Apaga(sPath);
         // Another process may have been faster.
         if (erro.Ok() || erro.GetCausa() == ECausaArquivo::eArquivoNaoEncontrado) continue;
-        XV_CHECK_TEXTO(XVArquivoRecusado::Anota(XVCodigosArquivo::DeExcecao(erro.GetCausa()).hr, sPath, this),
-                       "Apaga(sPath)");
+        XV_CHECK(XVArquivoRecusado::Anota(XVCodigosArquivo::CodigoDeExcecao(erro), sPath, this));
     }
     return S_OK;
 }

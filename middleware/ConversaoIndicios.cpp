@@ -22,9 +22,7 @@ HRESULT CXVIndiciosVersao::SaoPossiveis(const std::string& sPath, const SArquivo
         rArquivo.uiTamanhoDados, pbPossiveis, [&](XVUInt64 uiOffset, void* pDados, std::size_t uiTamanho) {
             return pArquivo->Le(rArquivo.uiSeek + uiOffset, pDados, uiTamanho);
         });
-    if (!erro.Ok())
-        XV_CHECK_TEXTO(XVArquivoRecusado::Anota(XVCodigosArquivo::DeExcecao(erro.GetCausa()).hr, sPath, this),
-                       "XVConfereRegistros(sPath)");
+    if (!erro.Ok()) XV_CHECK(XVArquivoRecusado::Anota(XVCodigosArquivo::CodigoDeExcecao(erro), sPath, this));
     return S_OK;
 }
 

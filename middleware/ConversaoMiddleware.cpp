@@ -11,7 +11,6 @@
 #include "core/xvdatabase/XVNomeArquivo.h"
 #include "core/xvdatabase/XVRegistroVersao.h"
 #include "middleware/ConversaoIndicios.h"
-#include "middleware/XVCheckOperacao.h"
 #include "middleware/XVDataBase_CR_Middleware.h"
 #include "platform/XVTentativas.h"
 #include "support/codes/XVCodigos.h"
@@ -25,7 +24,7 @@ constexpr const char* k_pszMarcaConversao = "DFXXMARCA2";
 }  // namespace
 
 HRESULT CXVConversaoMiddleware::OnInicializa() {
-    XV_CHECK_TEXTO(CXVBaseParaRotinas::OnInicializa(), "__super::OnInicializa()");
+    XV_CHECK_SUPER(CXVBaseParaRotinas, OnInicializa());
     SetProfiler(GetEmpresa(), k_usUsuarioConversao, GetNumeroSessaoProprio());
     return S_OK;
 }
@@ -39,9 +38,10 @@ HRESULT CXVConversaoMiddleware::LeVersao(XVUShort* pusVersao, bool* pbTemDados) 
     *pusVersao = 0;
     *pbTemDados = true;
     REG_CR_MIDDLEWARE_VERSAO regVersao;
-    XV_CHECK_TEXTO_EM("ExecutaConversao",
-                      CXVDataBaseUtil::LeSingleReg(this, XV_DF, &regVersao, k_pszArquivoVersao),
-                      "CXVDataBaseUtil::LeSingleReg(this, XV_DF, &regVersao, \"CRMIDDLEWAREVS.dat\")");
+    // The log names the file, so the call does.
+    static_assert(std::string_view(k_pszArquivoVersao) == "CRMIDDLEWAREVS.dat");
+    XV_CHECK_EM("ExecutaConversao",
+                CXVDataBaseUtil::LeSingleReg(this, XV_DF, &regVersao, "CRMIDDLEWAREVS.dat"));
     *pusVersao = regVersao.usVersao;
     if (regVersao.usVersao != 0) return S_OK;
     CXVIndiciosVersao indicios;
@@ -66,9 +66,7 @@ HRESULT CXVConversaoMiddleware::MarcaConversao(std::unique_ptr<IXVMarcaDiretorio
     std::string sDiretorio;
     XV_CHECK(CXVDataBaseUtil::GetPathDados(XV_DF, GetEmpresa(), &sDiretorio));
     const CXVErroArquivo erro = XVTentaMarca(k_iTentativasLongas, sDiretorio, k_pszMarcaConversao, marca);
-    if (!erro.Ok())
-        XV_CHECK_TEXTO(Recusa(XVCodigosArquivo::DeExcecao(erro.GetCausa()).hr, k_pszMarcaConversao),
-                       "MarcaDiretorio(sDiretorio, marca)");
+    if (!erro.Ok()) XV_CHECK(Recusa(XVCodigosArquivo::CodigoDeExcecao(erro), k_pszMarcaConversao));
     return S_OK;
 }
 
@@ -115,9 +113,8 @@ HRESULT CXVConversaoMiddleware::ExecutaConversao() {
 HRESULT CXVConversaoMiddleware::ConcluiPasso(XVUShort usPasso) {
     REG_CR_MIDDLEWARE_VERSAO regVersao{};
     regVersao.usVersao = usPasso;
-    XV_CHECK_TEXTO_EM("ExecutaConversao",
-                      CXVDataBaseUtil::GravaSingleReg(this, XV_DF, regVersao, k_pszArquivoVersao),
-                      "CXVDataBaseUtil::GravaSingleReg(this, XV_DF, regVersao, \"CRMIDDLEWAREVS.dat\")");
+    XV_CHECK_EM("ExecutaConversao",
+                CXVDataBaseUtil::GravaSingleReg(this, XV_DF, regVersao, "CRMIDDLEWAREVS.dat"));
     XV_CHECK_EM("ExecutaConversao", RemoveDiario());
     if (m_pObservador != nullptr) m_pObservador->OnFimPasso(usPasso);
     return S_OK;
@@ -182,7 +179,7 @@ HRESULT CXVConversaoMiddleware::ValidaVersaoAtual() {
         XV_CHECK(ValidaArquivosUnicos());
         return S_OK;
     }
-    XV_CHECK_TEXTO(RecusaVersaoPosterior(usVersao), "E_XVCR_VERSAO_BASE_SUPERIOR_VERSAO_SISTEMA");
+    XV_CHECK(RecusaVersaoPosterior(usVersao));
     bool bExiste = false;
     XV_CHECK(TemArquivosDeDados(&bExiste));
     // A new store passes through the versions while it is made; whoever makes it has, or had, it open.
@@ -191,7 +188,7 @@ HRESULT CXVConversaoMiddleware::ValidaVersaoAtual() {
     XV_CHECK(MontaPath(k_pszNomeDiario, &sPathDiario));
     XV_CHECK(CXVDataBaseUtil::Existe(this, sPathDiario, &bEmCriacao));
     if (bExiste || (usVersao == 0 ? bTemDados : !bEmCriacao))
-        XV_CHECK_TEXTO(Recusa(E_XVCR_VERSAO_INCOMPATIVEL, k_pszArquivoVersao), "E_XVCR_VERSAO_INCOMPATIVEL");
+        XV_CHECK(Recusa(E_XVCR_VERSAO_INCOMPATIVEL, k_pszArquivoVersao));
     return S_OK;
 }
 

@@ -35,9 +35,7 @@ HRESULT CXVConversaoMiddleware::RemoveCopias(const CListaNomes& listaNomes) {
         if (!bExiste) continue;
         const CXVErroArquivo erro = XVPlataforma::SistemaArquivos().Apaga(sPathCopia);
         if (!erro.Ok())
-            XV_CHECK_TEXTO(
-                XVArquivoRecusado::Anota(XVCodigosArquivo::DeExcecao(erro.GetCausa()).hr, sPathCopia, this),
-                "RemoveCopias(listaNomes)");
+            XV_CHECK(XVArquivoRecusado::Anota(XVCodigosArquivo::CodigoDeExcecao(erro), sPathCopia, this));
     }
     return S_OK;
 }
@@ -129,8 +127,7 @@ HRESULT CXVConversaoMiddleware::ConcluiTroca(XVUShort usPasso, const CXVDiarioCo
         bool bExiste = false;
         XV_CHECK(CXVDataBaseUtil::Existe(this, sPathCopia, &bExiste));
         if (bExiste) {
-            XV_CHECK_TEXTO(CXVDataBaseUtil::RenomeiaArquivoTRA(this, XV_DF, sNome, usPasso),
-                           "CXVDataBaseUtil::RenomeiaArquivoTRA(this, XV_DF, name)");
+            XV_CHECK(CXVDataBaseUtil::RenomeiaArquivoTRA(this, XV_DF, sNome, usPasso));
             continue;
         }
         XV_CHECK(CXVDataBaseUtil::ConcluiRenomeacao(this, XV_DF, sNome, usPasso));

@@ -35,18 +35,33 @@ CXVDataBase_CR_Middleware::~CXVDataBase_CR_Middleware() {
 
 HRESULT CXVDataBase_CR_Middleware::OnInicializa() {
     XV_ESCOPO();
-    XV_CHECK_TEXTO(CXVDataBase::OnInicializa(), "__super::OnInicializa()");
+    XV_CHECK_SUPER(CXVDataBase, OnInicializa());
+    // The readers of the log know the blanks of these texts, which the formatter would take away.
+    using EColuna = EColuna_Indexacao_Middleware;
     // Repeats are allowed: external systems number orders, products and customers apart, so one key and
     // system may belong to several integrations.
-    // clang-format off
-    XV_CHECK_TEXTO(m_IndexIntegracao.IncluiIndex(this, EColuna_Indexacao_Middleware::eIndexacao_ChaveIntegracaoComSistemaTerceiro, true, true),
-                   "m_IndexIntegracao.IncluiIndex(this, EColuna_Indexacao_Middleware::eIndexacao_ChaveIntegracaoComSistemaTerceiro, true )");
-    XV_CHECK(m_IndexIntegracao.IncluiIndex(this, EColuna_Indexacao_Middleware::eIndexacao_DMCIntegracao ));
-    XV_CHECK(m_IndexIntegracao.IncluiIndex(this, EColuna_Indexacao_Middleware::eIndexacao_ChaveIntegracao , true, true));
-    XV_CHECK(m_ChaveRegistroParaTerceiro.IncluiIndex(this, EColuna_Indexacao_ChaveRegistroParaTerceiro::eIndexacao_SistemaTipoIntegracaoChaveTelvo, false, true));
-    XV_CHECK(m_ChaveRegistroParaTerceiro.IncluiIndex(this, EColuna_Indexacao_ChaveRegistroParaTerceiro::eIndexacao_SistemaTipoIntegracaoIDTerceiro, false, true));
-    XV_CHECK(m_DataHoraIntegracao .IncluiIndex(this, EColuna_Indexacao_DataHoraIntegracao::eIndexacao_SistemaTipoIntegracaoTipoData , false, true));
-    // clang-format on
+    XV_CHECK_TEXTO(m_IndexIntegracao.IncluiIndex(this, EColuna::eIndexacao_ChaveIntegracaoComSistemaTerceiro,
+                                                 true, true),
+                   "m_IndexIntegracao.IncluiIndex(this, "
+                   "EColuna_Indexacao_Middleware::eIndexacao_ChaveIntegracaoComSistemaTerceiro, true )");
+    XV_CHECK_TEXTO(m_IndexIntegracao.IncluiIndex(this, EColuna::eIndexacao_DMCIntegracao),
+                   "m_IndexIntegracao.IncluiIndex(this, "
+                   "EColuna_Indexacao_Middleware::eIndexacao_DMCIntegracao )");
+    XV_CHECK_TEXTO(m_IndexIntegracao.IncluiIndex(this, EColuna::eIndexacao_ChaveIntegracao, true, true),
+                   "m_IndexIntegracao.IncluiIndex(this, "
+                   "EColuna_Indexacao_Middleware::eIndexacao_ChaveIntegracao , true, true)");
+    XV_CHECK(m_ChaveRegistroParaTerceiro.IncluiIndex(
+        this, EColuna_Indexacao_ChaveRegistroParaTerceiro::eIndexacao_SistemaTipoIntegracaoChaveTelvo, false,
+        true));
+    XV_CHECK(m_ChaveRegistroParaTerceiro.IncluiIndex(
+        this, EColuna_Indexacao_ChaveRegistroParaTerceiro::eIndexacao_SistemaTipoIntegracaoIDTerceiro, false,
+        true));
+    XV_CHECK_TEXTO(
+        m_DataHoraIntegracao.IncluiIndex(
+            this, EColuna_Indexacao_DataHoraIntegracao::eIndexacao_SistemaTipoIntegracaoTipoData, false,
+            true),
+        "m_DataHoraIntegracao .IncluiIndex(this, "
+        "EColuna_Indexacao_DataHoraIntegracao::eIndexacao_SistemaTipoIntegracaoTipoData , false, true)");
     return S_OK;
 }
 
@@ -56,7 +71,7 @@ HRESULT CXVDataBase_CR_Middleware::OnFinaliza() {
     m_IndexIntegracao.RemoveDeclaracoesIndex();
     m_ChaveRegistroParaTerceiro.RemoveDeclaracoesIndex();
     m_DataHoraIntegracao.RemoveDeclaracoesIndex();
-    XV_CHECK_TEXTO(CXVDataBase::OnFinaliza(), "__super::OnFinaliza()");
+    XV_CHECK_SUPER(CXVDataBase, OnFinaliza());
     return S_OK;
 }
 

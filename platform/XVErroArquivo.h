@@ -30,6 +30,9 @@ class [[nodiscard]] CXVErroArquivo {
     constexpr bool Ok() const { return m_eCausa == ECausaArquivo::eNenhuma; }
     constexpr ECausaArquivo GetCausa() const { return m_eCausa; }
     constexpr XVUInt GetErroSistema() const { return m_ulErroSistema; }
+    // The failure itself; null when there is none.
+    constexpr const CXVErroArquivo* GetFalha() const& { return Ok() ? nullptr : this; }
+    const CXVErroArquivo* GetFalha() const&& = delete;
 
     // For a failure that is dropped on purpose.
     constexpr void Ignora() const {}

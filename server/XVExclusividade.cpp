@@ -6,15 +6,12 @@
 
 namespace {
 
-// Another user of the session may run a server of their own under their own name.
+// The user's name is part of the mutex's name, because another user of the same session may run a server too.
 std::wstring NomeMutex() {
     wchar_t szUsuario[257] = L"";
     DWORD ulTamanho = 257;
     ::GetUserNameW(szUsuario, &ulTamanho);
-    std::wstring sNome = L"Local\\XVCR_Middleware_";
-    for (const char c : XV_TEXTO_UUID(XV_UUID_CLASSE_MIDDLEWARE))
-        if (c != '\0') sNome += static_cast<wchar_t>(c);
-    sNome += L'_';
+    std::wstring sNome = L"Local\\XVCR_Middleware_" XV_LARGO(XV_TEXTO_UUID(XV_UUID_CLASSE_MIDDLEWARE)) L"_";
     for (const wchar_t* p = szUsuario; *p != L'\0'; ++p) sNome += *p == L'\\' ? L'_' : *p;
     return sNome;
 }

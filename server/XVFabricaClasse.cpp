@@ -4,8 +4,9 @@
 
 namespace {
 
-// Holds the process from before the component is built until after it is destroyed, store included:
-// the first base class is constructed first and destroyed last.
+// Keeps the process alive from before a component is built until after it is destroyed and its store is
+// closed. It is the first base class of the component that is served, and so constructed first and destroyed
+// last.
 class CXVPresencaCliente {
   protected:
     CXVPresencaCliente() { CXVVidaServidor::Get().Entra(); }
@@ -35,15 +36,13 @@ HRESULT STDMETHODCALLTYPE CXVFabricaClasse::CreateInstance(IUnknown* pExterno, R
     if (ppvObject == nullptr) return E_POINTER;
     *ppvObject = nullptr;
     if (pExterno != nullptr) return CLASS_E_NOAGGREGATION;
-    try {
+    return XVNaFronteira([&] {
         CXVCR_Middleware* pComponente = new CXVComponenteServido;
         HRESULT hr = pComponente->GetResultadoConstrucao();
         if (SUCCEEDED(hr)) hr = pComponente->QueryInterface(riid, ppvObject);
         pComponente->Release();
         return hr;
-    } catch (...) {
-        return XVTranslateThrownExceptionToHresult();
-    }
+    });
 }
 
 HRESULT STDMETHODCALLTYPE CXVFabricaClasse::LockServer(BOOL bTrava) {

@@ -15,7 +15,8 @@ class CXVFabricaClasse final : public IClassFactory {
     HRESULT STDMETHODCALLTYPE LockServer(BOOL bTrava) override;
 
   private:
-    // Counted apart from the components: a client that unlocks more than it locked harms nobody.
+    // Locks are counted apart from components, so that a client that unlocks more than it locked does not
+    // take away the reference that a component holds on the process.
     std::atomic<long> m_lTravas = 0;
 };
 

@@ -13,7 +13,8 @@ LRESULT CALLBACK Procedimento(HWND hJanela, UINT uiMensagem, WPARAM wParam, LPAR
         case WM_ENDSESSION:
             if (wParam != FALSE) {
                 CXVVidaServidor::Get().PedeFim();
-                // Here: the system may end the process as soon as this message is answered.
+                // The stores are closed inside this message, because the system may end the process as soon
+                // as the message is answered.
                 CXVVidaServidor::Get().Encerra();
             }
             return 0;

@@ -19,7 +19,8 @@ constexpr const char* k_pszUso =
     "XVCR_Middleware: argumento desconhecido. Use /RegServer, /UnregServer, /RegServerPerUser ou "
     "/UnregServerPerUser, ou nenhum para servir.\n";
 
-// One line on the standard error, which a program without console has only where its caller gave one.
+// Writes one line to the standard error output. This is a program without a console, so it has such an output
+// only when whoever started it passed one on; otherwise nothing is written.
 void EscreveErro(const char* pszLinha) {
     const HANDLE hErro = ::GetStdHandle(STD_ERROR_HANDLE);
     if (hErro == nullptr || hErro == INVALID_HANDLE_VALUE) return;

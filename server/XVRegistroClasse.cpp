@@ -7,8 +7,6 @@
 #include "contract/XVCR_MiddlewareGuids.h"
 #include "server/XVChaveRegistro.h"
 
-#define XV_LARGO_INTERNO(x) L##x
-#define XV_LARGO(x) XV_LARGO_INTERNO(x)
 #define XV_GUID_LARGO(x) (L"{" XV_LARGO(XV_TEXTO_UUID(x)) L"}")
 
 namespace {
@@ -44,7 +42,8 @@ std::wstring CaminhoProxy() {
     return sExecutavel.substr(0, sExecutavel.find_last_of(L"\\/") + 1) + k_pszProxy;
 }
 
-// Quoted: an unquoted path with a blank may start another program.
+// The path of the program is quoted, because the system would start another program for an unquoted path that
+// has a blank in it.
 std::vector<SEntrada> Entradas(const std::wstring& sExecutavel) {
     const std::wstring sChaveClasse = L"CLSID\\" + k_sClasse;
     return {
@@ -64,7 +63,8 @@ std::vector<SEntrada> Entradas(const std::wstring& sExecutavel) {
     };
 }
 
-// The keys whose trees hold everything, entries of the proxy/stub library included.
+// The keys under which everything stands that a registration writes, the entries of the proxy/stub library
+// included: whoever removes these trees has removed all of it.
 std::vector<std::wstring> Arvores() {
     return {L"CLSID\\" + k_sClasse,
             L"AppID\\" + k_sAplicacao,
@@ -163,7 +163,8 @@ SResultadoRegistro ApagaTudo(HKEY hClasses) {
 }  // namespace
 
 SResultadoRegistro XVRegistraClasse(EEscopoRegistro eEscopo) {
-    // Before anything is written: a registration that stands is not given up for one that cannot succeed.
+    // The library is loaded before anything is written: where it cannot be loaded the registration cannot
+    // succeed, and one that already stands is not given up for it.
     const CXVBibliotecaProxy proxy;
     if (FAILED(proxy.GetResultado()))
         return {proxy.GetResultado(), "carregar a biblioteca XVCR_MiddlewarePS.dll"};

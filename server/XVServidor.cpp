@@ -83,8 +83,8 @@ void Atende(CXVRegistroFabrica& rRegistro, bool bAtivado) {
         const bool bNinguemVeio =
             bAtivado && !rVida.TeveClientes() && XVPlataforma::Relogio().GetTicks() - ulInicio >= ulPrimeiro;
         const bool bTodosSairam = ulEspera == WAIT_OBJECT_0 + 1;
-        // The system suspended the class when the last one left; who came meanwhile keeps the server, for
-        // all others too.
+        // COM suspended the class when the last client left. A client that came in before that keeps the
+        // server running, so the class is offered again to everybody else.
         if (bTodosSairam && rVida.TemClientes())
             XVIgnora(rRegistro.Retoma());
         else if ((bTodosSairam || bNinguemVeio) && PodeTerminar(rRegistro))
@@ -95,23 +95,25 @@ void Atende(CXVRegistroFabrica& rRegistro, bool bAtivado) {
 }  // namespace
 
 SFimServidor XVExecutaServidor(bool bAtivado) {
-    // First: until the server before has closed its stores nothing of this one may open them.
+    // This is the first step because a server that ran before may still be closing its stores: until it has
+    // ended, nothing in this process may open them.
     CXVExclusividade exclusividade;
     if (!exclusividade.Toma(k_ulEsperaServidorAnterior)) {
-        // Started by COM beside a server that is well: that one serves the client.
+        // COM started this process although another server is running: the client is served by that one.
         if (bAtivado) return {};
         return {HRESULT_FROM_WIN32(ERROR_ALREADY_EXISTS), "iniciar o servidor: já há outro em execução"};
     }
     const CXVApartamento apartamento;
     if (FAILED(apartamento.GetResultado())) return {apartamento.GetResultado(), "iniciar o COM"};
-    // Before the first call can fault.
+    // COM would otherwise swallow a fault inside a call and go on with a process that cannot be trusted; so
+    // it is told before the first call can come in.
     NaoEngoleExcecoes();
-    // Before anything is marshalled: afterwards the system has chosen for itself.
+    // The security of the process can be set only before anything is marshalled; COM then chooses by itself.
     if (const HRESULT hr = XVInicializaSegurancaCom(); FAILED(hr)) return {hr, "definir a segurança do COM"};
     const CXVJanelaSessao janela;
     CXVRegistroFabrica registro;
     if (const HRESULT hr = registro.Registra(); FAILED(hr)) return {hr, "oferecer a classe do componente"};
-    // Last: from here on clients come in.
+    // This is the last step because clients come in from here on, and find everything in place.
     if (const HRESULT hr = registro.Retoma(); FAILED(hr)) return {hr, "abrir o servidor aos clientes"};
     Atende(registro, bAtivado);
     registro.Revoga();

@@ -13,8 +13,8 @@ CXVVidaServidor::CXVVidaServidor()
     : m_hSemClientes(::CreateEventW(nullptr, FALSE, FALSE, nullptr)),
       m_hFim(::CreateEventW(nullptr, TRUE, FALSE, nullptr)) {}
 
-// The process reference calls suspend the class in the instant their count falls to 0. Both counts move
-// together, so that every suspension is followed by the event.
+// COM's own count of references to the process suspends the class in the instant it falls to 0. It moves
+// together with the count of clients, under one lock, so that every suspension is followed by the event.
 void CXVVidaServidor::Entra() {
     const std::lock_guard trava(m_Mutex);
     ::CoAddRefServerProcess();
@@ -61,11 +61,12 @@ void CXVVidaServidor::Encerra() {
     constexpr XVUInt k_ulEsperaChamadasEmCurso = 30000;
     constexpr XVUInt k_ulOciosidadeNoFim = 1000;
     const XVUInt ulInicio = XVPlataforma::Relogio().GetTicks();
-    // Once: a component with a call inside stays listed until the call ends and must not be cut off twice.
+    // All components are cut off once only: one with a call inside stays in the list until the call ends, and
+    // must not be cut off a second time.
     if (!m_bEncerrando.exchange(true)) DesconectaOciosos(0);
     while (TemClientes() && XVPlataforma::Relogio().GetTicks() - ulInicio < k_ulEsperaChamadasEmCurso) {
         ::WaitForSingleObject(m_hSemClientes, 100);
-        // A component that was still being created had no client to cut off before.
+        // A component that was still being created a moment ago had no client then, and has one now.
         DesconectaOciosos(k_ulOciosidadeNoFim);
     }
 }

@@ -27,12 +27,14 @@ class CXVVidaServidor {
     HANDLE GetEventoFim() const { return m_hFim; }
     void PedeFim() { ::SetEvent(m_hFim); }
 
-    // Live components. A component is taken off before its destruction begins to be seen.
+    // The list of live components. A component leaves the list as the first step of its destruction, so that
+    // whoever holds the lock of the list never finds one that is half destroyed.
     void Inclui(CXVCR_Middleware* pComponente);
     void Retira(CXVCR_Middleware* pComponente);
 
-    // Cuts off the clients of components that nobody has called for ulLimite milliseconds (of all
-    // components when 0): what no client holds any more ends, store and all. Returns how many.
+    // Cuts off the clients of components that nobody has called for ulLimite milliseconds; 0 means all
+    // components. A component that no client holds any more ends, and closes its store when it is the last
+    // one there. Returns the number of components.
     std::size_t DesconectaOciosos(XVUInt ulLimite);
 
     // Cuts off the clients that are left and waits for calls that are still inside: their components end
@@ -41,7 +43,8 @@ class CXVVidaServidor {
 
   private:
     CXVVidaServidor();
-    // With a reference each; components that are already ending are left out.
+    // The components that nobody has called for ulLimite milliseconds, each with a reference that the caller
+    // gives back; components whose destruction has begun are left out.
     std::vector<CXVCR_Middleware*> TomaOciosos(XVUInt ulLimite);
 
     std::mutex m_Mutex;  // guards the list and the steps of the counts

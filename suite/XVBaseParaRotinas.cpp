@@ -42,13 +42,13 @@ bool CXVBaseParaRotinas::UsaFilialComoBaseDadosTerceiro() const {
 }
 
 HRESULT CXVBaseParaRotinas::OnInicializa() {
-    XV_CHECK_TEXTO(CXVInicializador::OnInicializa(), "__super::OnInicializa()");
+    XV_CHECK_SUPER(CXVInicializador, OnInicializa());
     XV_CHECK(ValidaEmpresa(GetEmpresa()));
     return S_OK;
 }
 
 HRESULT CXVBaseParaRotinas::OnFinaliza() {
     m_AcessoEmpresarial.Fecha();
-    XV_CHECK_TEXTO(CXVInicializador::OnFinaliza(), "__super::OnFinaliza()");
+    XV_CHECK_SUPER(CXVInicializador, OnFinaliza());
     return S_OK;
 }

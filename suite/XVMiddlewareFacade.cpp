@@ -46,24 +46,21 @@ HRESULT ConsultaProvedores(const IXVDF_Profiler& rDono, const CXVDadosCR_Consult
 HRESULT CXVMiddlewareFacade::RealizaOperacaoAnterior(CXVDadosCR_IntegracaoMiddleware& rDados) {
     IXVProvedorIntegracao* pProvedor = nullptr;
     XV_CHECK(BuscaProvedor(rDados.eSistemaIntegracao, &pProvedor));
-    XV_CHECK_TEXTO(SeOferecida(pProvedor->RealizaOperacaoAnterior(*this, rDados)),
-                   "pProvedor->RealizaOperacaoAnterior(*this, rDados)");
+    XV_CHECK(SeOferecida(pProvedor->RealizaOperacaoAnterior(*this, rDados)));
     return S_OK;
 }
 
 HRESULT CXVMiddlewareFacade::RealizaOperacaoPosterior(const CXVDadosCR_ParametrosIntegracao& rParametros) {
     IXVProvedorIntegracao* pProvedor = nullptr;
     XV_CHECK(BuscaProvedor(rParametros.eSistemaIntegracao, &pProvedor));
-    XV_CHECK_TEXTO(SeOferecida(pProvedor->RealizaOperacaoPosterior(*this, rParametros)),
-                   "pProvedor->RealizaOperacaoPosterior(*this, rParametros)");
+    XV_CHECK(SeOferecida(pProvedor->RealizaOperacaoPosterior(*this, rParametros)));
     return S_OK;
 }
 
 HRESULT CXVMiddlewareFacade::AtualizaParametrosIntegracao(CXVDadosCR_ParametrosIntegracao& rParametros) {
     IXVProvedorIntegracao* pProvedor = nullptr;
     XV_CHECK(BuscaProvedor(rParametros.eSistemaIntegracao, &pProvedor));
-    XV_CHECK_TEXTO(SeOferecida(pProvedor->AtualizaParametrosIntegracao(*this, rParametros)),
-                   "pProvedor->AtualizaParametrosIntegracao(*this, rParametros)");
+    XV_CHECK(SeOferecida(pProvedor->AtualizaParametrosIntegracao(*this, rParametros)));
     return S_OK;
 }
 
@@ -74,8 +71,7 @@ HRESULT CXVMiddlewareFacade::BuscaIntegracoes(
     if (rParametros.eSistemaIntegracao != Tipo_Nenhum) {
         IXVProvedorIntegracao* pProvedor = nullptr;
         XV_CHECK(BuscaProvedor(rParametros.eSistemaIntegracao, &pProvedor));
-        XV_CHECK_TEXTO(SeOferecida(pProvedor->BuscaIntegracoes(*this, rParametros, listaDados)),
-                       "pProvedor->BuscaIntegracoes(*this, rParametros, listaDados)");
+        XV_CHECK(SeOferecida(pProvedor->BuscaIntegracoes(*this, rParametros, listaDados)));
         return S_OK;
     }
     XV_CHECK(BuscaEmTodos(*this, rParametros, listaDados));

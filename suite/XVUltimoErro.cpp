@@ -1,11 +1,11 @@
 #include "suite/XVUltimoErro.h"
 
-#include <algorithm>
 #include <cstring>
 
 #include "support/messages/XVMensagens.h"
 #include "support/trace/XVArquivoRecusado.h"
 #include "support/values/XVData.h"
+#include "support/values/XVTextoUtf8.h"
 
 namespace {
 
@@ -13,9 +13,7 @@ namespace {
 template <std::size_t N>
 void CopiaTexto(char (&szDestino)[N], std::string_view sTexto) {
     sTexto = sTexto.substr(0, sTexto.find('\0'));
-    std::size_t uiTamanho = std::min(sTexto.size(), N - 1);
-    if (uiTamanho < sTexto.size())
-        while (uiTamanho > 0 && (static_cast<unsigned char>(sTexto[uiTamanho]) & 0xC0U) == 0x80U) --uiTamanho;
+    const std::size_t uiTamanho = XVCorteUtf8(sTexto, N - 1);
     std::memcpy(szDestino, sTexto.data(), uiTamanho);
     std::memset(szDestino + uiTamanho, 0, N - uiTamanho);
 }

@@ -21,7 +21,7 @@ void CXVDataBase::RemoveFile(IXVFileBase* pFile) {
 }
 
 HRESULT CXVDataBase::OnInicializa() {
-    XV_CHECK_TEXTO(CXVBaseParaRotinas::OnInicializa(), "__super::OnInicializa()");
+    XV_CHECK_SUPER(CXVBaseParaRotinas, OnInicializa());
     std::string sDiretorio;
     m_pDiario = nullptr;
     m_pVisao = m_bSomenteLeitura ? CXVVisao::GetAtual() : nullptr;
@@ -36,13 +36,9 @@ HRESULT CXVDataBase::OnInicializa() {
 HRESULT CXVDataBase::OnFinaliza() {
     HRESULT hrPrimeira = S_OK;
     for (const auto& file : m_mapFiles) {
-        const HRESULT hr = file.second->Finaliza();
-        if (SUCCEEDED(hr)) continue;
-        XV_REGISTRA(hr, "file.second->Finaliza()");
-        if (SUCCEEDED(hrPrimeira)) hrPrimeira = hr;
+        const HRESULT hr = XV_REGISTRA(file.second->Finaliza());
+        hrPrimeira = XVPrimeiraFalha(hrPrimeira, hr);
     }
-    const HRESULT hr = CXVBaseParaRotinas::OnFinaliza();
-    if (FAILED(hrPrimeira)) return hrPrimeira;
-    XV_CHECK_TEXTO(hr, "__super::OnFinaliza()");
-    return S_OK;
+    const HRESULT hrBase = XV_REGISTRA_SUPER(CXVBaseParaRotinas, OnFinaliza());
+    return XVPrimeiraFalha(hrPrimeira, hrBase);
 }

@@ -48,12 +48,12 @@ bool ContemNome(const CXVTextFile::CColecao& rColecao, std::string_view sNome) {
 }  // namespace
 
 HRESULT CXVDataBaseControleCriacaoArquivos::OnInicializa() {
-    XV_CHECK_TEXTO(CXVInicializador::OnInicializa(), "__super::OnInicializa()");
+    XV_CHECK_SUPER(CXVInicializador, OnInicializa());
     return S_OK;
 }
 
 HRESULT CXVDataBaseControleCriacaoArquivos::OnFinaliza() {
-    XV_CHECK_TEXTO(CXVInicializador::OnFinaliza(), "__super::OnFinaliza()");
+    XV_CHECK_SUPER(CXVInicializador, OnFinaliza());
     return S_OK;
 }
 
@@ -83,13 +83,9 @@ HRESULT CXVDataBaseControleCriacaoArquivos::GerenciaControleCriacaoArquivos(XVUI
     // its removal would later look like the loss of a file.
     if (!bPossui && bExiste &&
         XVPlataforma::SistemaArquivos().Existe(sPathArquivo) == EExistencia::eArquivo) {
-        const HRESULT hr = CriaControleCriacaoArquivos();
         // A store on a full disk has to be readable all the same: the next opening lists the file.
-        if (hr == eDiskFull) {
-            XV_REGISTRA(hr, "CriaControleCriacaoArquivos()");
-            return S_OK;
-        }
-        XV_CHECK_TEXTO(hr, "CriaControleCriacaoArquivos()");
+        const HRESULT hr = XV_REGISTRA(CriaControleCriacaoArquivos());
+        if (FAILED(hr) && hr != eDiskFull) return hr;
     }
     return S_OK;
 }
@@ -153,9 +149,7 @@ HRESULT CXVDataBaseControleCriacaoArquivos::RemoveControleCriacaoArquivos() {
     const std::string sPathTra = XVPlataforma::SistemaArquivos().Junta(sDiretorio, sNomeTra);
     bool bExiste = false;
     XV_CHECK(CXVDataBaseUtil::Existe(this, sPathTra, &bExiste));
-    if (bExiste)
-        XV_CHECK_TEXTO(XVArquivoRecusado::Anota(E_XVCR_ARQUIVO_TRA_ENCONTRADO, sPathTra, this),
-                       "E_XVCR_ARQUIVO_TRA_ENCONTRADO");
+    if (bExiste) XV_CHECK(XVArquivoRecusado::Anota(E_XVCR_ARQUIVO_TRA_ENCONTRADO, sPathTra, this));
 
     // From here on a ".tra" of this name is our own: whoever does not need it any more deletes it.
     CXVCopiaProtegida copia(CXVDiario::Busca(sDiretorio));
@@ -164,9 +158,11 @@ HRESULT CXVDataBaseControleCriacaoArquivos::RemoveControleCriacaoArquivos() {
     XV_CHECK(xvFileNew.Inicializa(this));
     std::vector<std::string> aRegistrosNew;
     XV_CHECK(LeOutrosNomes(&aRegistrosNew));
+    // The list is an image of the text file that it becomes, and is known as one that is written.
     if (!aRegistrosNew.empty())
         XV_CHECK_TEXTO(GravaLista(xvFileNew, aRegistrosNew),
                        "xvFileNew.GravaColecao(uiPosicao, aRegistrosNew)");
+    // The name of the constant is part of a text that the readers of the log know.
     XV_CHECK_TEXTO(SubstituiLista(sPathTra, aRegistrosNew.empty()),
                    "CXVDataBaseUtil::RenomeiaArquivoTRA(this, m_eModulo, "
                    "XVDATABASE_NOME_ARQUIVO_CONTROLE_CRIACAO_ARQUIVOS)");
@@ -206,6 +202,7 @@ HRESULT CXVDataBaseControleCriacaoArquivos::GravaLista(CXVImagemArquivo& xvFileN
 
 HRESULT CXVDataBaseControleCriacaoArquivos::ExecutaMarcaDiretorio(std::unique_ptr<IXVMarcaDiretorio>& marca) {
     std::string sDiretorioMarca;
+    // Readers of the log know the call with its output passed by reference.
     XV_CHECK_TEXTO(CXVDataBaseUtil::GetPathDados(m_eModulo, GetEmpresa(), &sDiretorioMarca),
                    "CXVDataBaseUtil::GetPathDados(m_eModulo, GetEmpresa(), sDiretorioMarca)");
     const std::string sMarca = std::string(CAmbienteXV::GetSiglaModulo(m_eModulo)) + "XXMARCA" +
@@ -219,6 +216,7 @@ HRESULT CXVDataBaseControleCriacaoArquivos::ExecutaMarcaDiretorio(std::unique_pt
                             static_cast<unsigned>(hr), sDiretorioMarca.c_str());
     XVIgnora(
         XVArquivoRecusado::Anota(hr, XVPlataforma::SistemaArquivos().Junta(sDiretorioMarca, sMarca), this));
+    // The mark is placed by the file system; readers of the log know the suite's own object.
     XV_CHECK_TEXTO(
         hr,
         "marca.Marca(sDiretorioMarca, IXVArqMarcaEnum::ControleCriacaoArquivosInMemory, GetUsuario(), "

@@ -52,7 +52,7 @@ class CXVDataBaseFacade : public TBase {
             const CXVVisao::CUso uso(m_pLoja->pVisao.get());
             XV_CHECK(ValidaVersaoSomenteLeitura());
             m_pLoja->dataBase.SetSomenteLeituraSemBloqueio(true);
-            XV_CHECK_TEXTO(m_pLoja->dataBase.Inicializa(this), "m_pDataBase->Inicializa(this)");
+            XV_CHECK(m_pLoja->dataBase.Inicializa(this));
             m_pDataBase = &m_pLoja->dataBase;
             return S_OK;
         }
@@ -62,9 +62,11 @@ class CXVDataBaseFacade : public TBase {
         if (m_pLoja->uiObjetos == 0) {
             XV_CHECK(RecusaVersaoPosterior());  // before the journal, which may conclude an operation
             XV_CHECK(m_pLoja->diario.Abre(this, m_pLoja->dataBase.GetModulo(), sDiretorio));
-            const HRESULT hr = AbreLoja();
-            if (FAILED(hr)) XVIgnora(m_pLoja->diario.Fecha(this));
-            XV_CHECK_TEXTO(hr, "AbreLoja()");
+            const HRESULT hr = XV_REGISTRA(AbreLoja());
+            if (FAILED(hr)) {
+                XVIgnora(m_pLoja->diario.Fecha(this));
+                return hr;
+            }
         }
         ++m_pLoja->uiObjetos;
         m_pDataBase = &m_pLoja->dataBase;
@@ -82,16 +84,14 @@ class CXVDataBaseFacade : public TBase {
             return S_OK;
         }
         pLoja->uiObjetos = 0;
-        const HRESULT hr = pLoja->dataBase.Finaliza();
-        const HRESULT hrDiario = pLoja->diario.Fecha(this);
-        XV_CHECK_TEXTO(hr, "m_pDataBase->Finaliza()");
-        XV_CHECK_TEXTO(hrDiario, "diario.Fecha(this)");
-        return S_OK;
+        const HRESULT hr = XV_REGISTRA(pLoja->dataBase.Finaliza());
+        const HRESULT hrDiario = XV_REGISTRA(pLoja->diario.Fecha(this));
+        return XVPrimeiraFalha(hr, hrDiario);
     }
 
     HRESULT AbreLoja() {
         XV_CHECK(ExecutaConversaoInterno());
-        XV_CHECK_TEXTO(m_pLoja->dataBase.Inicializa(this), "m_pDataBase->Inicializa(this)");
+        XV_CHECK(m_pLoja->dataBase.Inicializa(this));
         return S_OK;
     }
 
@@ -207,9 +207,7 @@ class CXVDataBaseFacade : public TBase {
     HRESULT CriaDiretorio(const std::string& sDiretorio) {
         const CXVErroArquivo erro = XVPlataforma::SistemaArquivos().CriaDiretorio(sDiretorio);
         if (!erro.Ok())
-            XV_CHECK_TEXTO(
-                XVArquivoRecusado::Anota(XVCodigosArquivo::DeExcecao(erro.GetCausa()).hr, sDiretorio, this),
-                "XVCodigosArquivo::DeExcecao(erro.GetCausa()).hr");
+            XV_CHECK(XVArquivoRecusado::Anota(XVCodigosArquivo::CodigoDeExcecao(erro), sDiretorio, this));
         return S_OK;
     }
 

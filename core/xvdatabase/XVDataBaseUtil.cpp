@@ -85,10 +85,8 @@ HRESULT CXVDataBaseUtil::ListaMembros(const IXVDF_Profiler* pDono, EModulo eModu
     std::vector<std::string> listaNomes;
     const CXVErroArquivo erro = XVPlataforma::SistemaArquivos().Lista(sDiretorio, sMascara, listaNomes);
     if (!erro.Ok())
-        XV_CHECK_TEXTO_DONO(
-            pDono,
-            XVArquivoRecusado::Anota(XVCodigosArquivo::DeExcecao(erro.GetCausa()).hr, sDiretorio, pDono),
-            "Lista(sPathArquivo, listaNomes)");
+        XV_CHECK_DONO(pDono,
+                      XVArquivoRecusado::Anota(XVCodigosArquivo::CodigoDeExcecao(erro), sDiretorio, pDono));
     for (std::string& sNome : listaNomes)
         if (const auto uiChave = XVNomeArquivo::NomeParaChave(sNome, sPadrao))
             plistaMembros->emplace_back(*uiChave, std::move(sNome));
@@ -120,8 +118,7 @@ HRESULT CXVDataBaseUtil::GravaAuditoria(const IXVDF_Profiler* pDono, const std::
     dadosLog.ulTipoRegistro = k_ulTipoRegistroArquivo;
     dadosLog.ulServico = static_cast<XVUInt>(DFSLOG_Servico::eDFSLOG_Exclusao);
     dadosLog.sTexto = TextoAuditoria(*pDono, sNomeArquivo);
-    XV_CHECK_TEXTO_DONO(pDono, base.GetAcessoEmpresarial()->GravaLog(dadosLog),
-                        "GetAcessoEmpresarial()->GravaLog(dadosLog)");
+    XV_CHECK_DONO(pDono, base.GetAcessoEmpresarial()->GravaLog(dadosLog));
     return S_OK;
 }
 

@@ -36,11 +36,10 @@ HRESULT CXVDataBaseUtil::ConcluiRenomeacao(const IXVDF_Profiler* pDono, EModulo 
     CXVDataBase xvDB(eModulo);
     CXVFileBase xvFile(sNomeArquivo, &xvDB);
     XV_CHECK_DONO(pDono, xvDB.Inicializa(pDono));
-    const HRESULT hr = xvFile.GravaVersaoArquivo(usVersaoArquivo);
+    const HRESULT hr = XV_REGISTRA_DONO(pDono, xvFile.GravaVersaoArquivo(usVersaoArquivo));
     xvFile.FechaArquivo();  // finalising an open file would rewrite the header that was just written
     XVIgnora(xvDB.Finaliza());
-    XV_CHECK_TEXTO_DONO(pDono, hr, "xvFile.GravaVersaoArquivo(usVersaoArquivo)");
-    return S_OK;
+    return hr;
 }
 
 HRESULT CXVDataBaseUtil::RenomeiaArquivoEXT(const IXVDF_Profiler* pDono, EModulo eModulo,
@@ -63,7 +62,6 @@ HRESULT CXVDataBaseUtil::RenomeiaArquivoTRA(const IXVDF_Profiler* pDono, EModulo
 
 HRESULT CXVDataBaseUtil::RenomeiaArquivoTRAGroupFile(const IXVDF_Profiler* pDono, EModulo eModulo,
                                                      const std::string& sPadrao, XVUShort usVersaoArquivo) {
-    if (!XVNomeArquivo::EhPadraoGrupo(sPadrao))
-        XV_CHECK_TEXTO_DONO(pDono, E_XVCR_NOME_ARQUIVO_GROUP_INVALIDO, "E_XVCR_NOME_ARQUIVO_GROUP_INVALIDO");
+    if (!XVNomeArquivo::EhPadraoGrupo(sPadrao)) XV_CHECK_DONO(pDono, E_XVCR_NOME_ARQUIVO_GROUP_INVALIDO);
     return RenomeiaArquivoEXT(pDono, eModulo, sPadrao, "tra", usVersaoArquivo);
 }

@@ -22,7 +22,7 @@ class CXVDataBaseSingleReg : public CXVDataBase {
     ~CXVDataBaseSingleReg() override { XVIgnora(Finaliza()); }
 
     HRESULT Abre(const IXVDF_Profiler* pDono) {
-        XV_CHECK_TEXTO(Inicializa(pDono), "xvDB.Inicializa(this)");
+        XV_CHECK(Inicializa(pDono));
         XV_CHECK(m_xvFile.ConfereCabecalho());
         return S_OK;
     }

@@ -109,9 +109,11 @@ HRESULT CXVDiario::Abre(const IXVDF_Profiler* pDono, EModulo eModulo, const std:
     m_sDiretorio = sDiretorio;
     m_sPath = XVPlataforma::SistemaArquivos().Junta(sDiretorio, k_pszNomeDiario);
     XV_CHECK_DONO(pDono, AbreArquivo(pDono));
-    const HRESULT hr = Reconstroi(pDono);
-    if (FAILED(hr)) m_pArquivo.reset();
-    XV_CHECK_TEXTO_DONO(pDono, hr, "Reconstroi(pDono)");
+    const HRESULT hr = XV_REGISTRA_DONO(pDono, Reconstroi(pDono));
+    if (FAILED(hr)) {
+        m_pArquivo.reset();
+        return hr;
+    }
     LeDurabilidade(pDono, eModulo);
     m_uiSegura = m_uiDispensada = 0;
     m_bAberto = true;
@@ -127,9 +129,8 @@ HRESULT CXVDiario::AbreArquivo(const IXVDF_Profiler* pDono) {
     });
     // Without space for a name the store is still there to be read; its files deny a second writer.
     if (!erro.Ok() && !EhDiscoCheio(erro))
-        XV_CHECK_TEXTO_DONO(
-            pDono, XVArquivoRecusado::Anota(XVCodigosArquivo::DeExcecao(erro.GetCausa()).hr, m_sPath, pDono),
-            "AbreArquivo(m_sPath)");
+        XV_CHECK_DONO(pDono,
+                      XVArquivoRecusado::Anota(XVCodigosArquivo::CodigoDeExcecao(erro), m_sPath, pDono));
     return S_OK;
 }
 
@@ -138,16 +139,11 @@ HRESULT CXVDiario::Reconstroi(const IXVDF_Profiler* pDono) {
     CXVReconstrucao reconstrucao;
     XV_CHECK_DONO(pDono, reconstrucao.Le(pDono, m_sDiretorio, *m_pArquivo));
     XV_CHECK_DONO(pDono, reconstrucao.Confere(pDono));
-    CXVErroArquivo erro;
-    if (!reconstrucao.EhVazia()) erro = CXVDiarioAnel::MarcaConclusao(*m_pArquivo);
-    if (!erro.Ok())
-        XV_CHECK_TEXTO_DONO(pDono, XVCodigosArquivo::DeExcecao(erro.GetCausa()).hr,
-                            "MarcaConclusao(*m_pArquivo)");
+    if (!reconstrucao.EhVazia())
+        XV_CHECK_DONO(pDono, XVCodigosArquivo::CodigoDeExcecao(CXVDiarioAnel::MarcaConclusao(*m_pArquivo)));
     XV_CHECK_DONO(pDono, reconstrucao.Aplica(pDono));
     // What follows changes files in ways that the old entries do not know.
-    erro = CXVDiarioAnel::Invalida(*m_pArquivo);
-    if (!erro.Ok())
-        XV_CHECK_TEXTO_DONO(pDono, XVCodigosArquivo::DeExcecao(erro.GetCausa()).hr, "Invalida(*m_pArquivo)");
+    XV_CHECK_DONO(pDono, XVCodigosArquivo::CodigoDeExcecao(CXVDiarioAnel::Invalida(*m_pArquivo)));
     return S_OK;
 }
 
@@ -178,7 +174,7 @@ HRESULT CXVDiario::GarantePronto() {
 HRESULT CXVDiario::Fecha(const IXVDF_Profiler* pDono) {
     if (!m_bAberto) return S_OK;
     CXVOperacao resolvida(nullptr);
-    HRESULT hr = ResolvePendente(resolvida);
+    const HRESULT hr = XV_REGISTRA_DONO(pDono, ResolvePendente(resolvida));
     CXVErroArquivo erro = ApagaCopias();
     if (erro.Ok() && SUCCEEDED(hr)) erro = SincronizaAlterados();
     m_bAberto = false;
@@ -194,9 +190,8 @@ HRESULT CXVDiario::Fecha(const IXVDF_Profiler* pDono) {
     if (bConcluido && m_pArquivo != nullptr) erro = CXVDiarioAnel::Invalida(*m_pArquivo);
     m_pArquivo.reset();
     if (bConcluido && erro.Ok()) XVPlataforma::SistemaArquivos().Apaga(m_sPath).Ignora();
-    if (!erro.Ok()) hr = XVCodigosArquivo::DeExcecao(erro.GetCausa()).hr;
-    XV_CHECK_TEXTO_DONO(pDono, hr, "SincronizaAlterados()");
-    return S_OK;
+    XV_CHECK_DONO(pDono, XVCodigosArquivo::CodigoDeExcecao(erro));
+    return hr;
 }
 
 HRESULT CXVDiario::PontoSeguro(const IXVDF_Profiler* pDono) {
@@ -206,8 +201,7 @@ HRESULT CXVDiario::PontoSeguro(const IXVDF_Profiler* pDono) {
     XV_CHECK_DONO(pDono, ResolvePendente(resolvida));
     CXVErroArquivo erro = SincronizaAlterados();
     if (erro.Ok()) erro = DispensaSeguras();
-    if (!erro.Ok())
-        XV_CHECK_TEXTO_DONO(pDono, XVCodigosArquivo::DeExcecao(erro.GetCausa()).hr, "PontoSeguro()");
+    XV_CHECK_DONO(pDono, XVCodigosArquivo::CodigoDeExcecao(erro));
     return S_OK;
 }
 

@@ -42,9 +42,7 @@ HRESULT CXVDiario::IniciaCopia(const IXVDF_Profiler* pDono, const std::string& s
             m_anel.MarcaEstado(uiNumero, EEstadoEntrada::eNula).Ignora();
         }
     }
-    if (!erro.Ok())
-        XV_CHECK_TEXTO_DONO(pDono, XVCodigosArquivo::DeExcecao(erro.GetCausa()).hr,
-                            "IniciaCopia(sNomeCopia)");
+    XV_CHECK_DONO(pDono, XVCodigosArquivo::CodigoDeExcecao(erro));
     *puiNumero = uiNumero;
     return S_OK;
 }

@@ -39,7 +39,7 @@ CXVFileBase::~CXVFileBase() {
 
 HRESULT CXVFileBase::OnInicializa() {
     XV_ESCOPO({"m_sNomeArquivo", m_sNomeArquivo});
-    XV_CHECK_TEXTO(IXVFileBase::OnInicializa(), "__super::OnInicializa()");
+    XV_CHECK_SUPER(IXVFileBase, OnInicializa());
     m_sPathArquivo.clear();
     XV_CHECK(MontaPath());
     if (!XVNomeArquivo::EhArquivoControle(m_sNomeArquivo) &&
@@ -47,9 +47,7 @@ HRESULT CXVFileBase::OnInicializa() {
         const std::string sPathTra = XVNomeArquivo::TrocaExtensao(m_sPathArquivo, "tra");
         bool bExiste = false;
         XV_CHECK(CXVDataBaseUtil::Existe(this, sPathTra, &bExiste));
-        if (bExiste)
-            XV_CHECK_TEXTO(XVArquivoRecusado::Anota(E_XVCR_ARQUIVO_TRA_ENCONTRADO, sPathTra, this),
-                           "E_XVCR_ARQUIVO_TRA_ENCONTRADO");
+        if (bExiste) XV_CHECK(XVArquivoRecusado::Anota(E_XVCR_ARQUIVO_TRA_ENCONTRADO, sPathTra, this));
     }
     XV_CHECK(m_ControleCriacaoArquivos.Inicializa(this));
     FechaArquivo();
@@ -61,13 +59,12 @@ HRESULT CXVFileBase::OnFinaliza() {
     CXVDiario* pDiario = m_pDataBase->GetDiario();
     if (pDiario != nullptr) pDiario->LargaPendente(*this);
     // A file that was not changed, or was refused, stays byte for byte as found.
-    const HRESULT hrAtualiza = EstaInicializado() && m_bAlterado ? AtualizaArquivo() : S_OK;
+    const HRESULT hrAtualiza = EstaInicializado() && m_bAlterado ? XV_REGISTRA(AtualizaArquivo()) : S_OK;
     if (pDiario != nullptr) pDiario->EsqueceArquivo(*this);
     FechaArquivo();
-    const HRESULT hrControle = m_ControleCriacaoArquivos.Finaliza();
-    XV_CHECK_TEXTO(hrAtualiza, "AtualizaArquivo()");
-    XV_CHECK_TEXTO(hrControle, "m_ControleCriacaoArquivos.Finaliza()");
-    XV_CHECK_TEXTO(IXVFileBase::OnFinaliza(), "__super::OnFinaliza()");
+    const HRESULT hrControle = XV_REGISTRA(m_ControleCriacaoArquivos.Finaliza());
+    if (const HRESULT hr = XVPrimeiraFalha(hrAtualiza, hrControle); FAILED(hr)) return hr;
+    XV_CHECK_SUPER(IXVFileBase, OnFinaliza());
     return S_OK;
 }
 
@@ -106,10 +103,9 @@ HRESULT CXVFileBase::AbreArquivo(XVUInt eModoAbertura) {
         pDiario->LembraArquivo(*this);
     HRESULT hr = LeTamanho();
     const bool bCriado = !bExiste && m_uiTamanhoArquivo == 0;
-    if (SUCCEEDED(hr) && eModoAbertura != eModoLeituraSemBloqueio) hr = GerenciaCabecalho();
+    if (SUCCEEDED(hr) && eModoAbertura != eModoLeituraSemBloqueio) hr = XV_REGISTRA(GerenciaCabecalho());
     if (FAILED(hr) && bCriado) DesfazCriacao();
-    XV_CHECK_TEXTO(Recusa(hr), "GerenciaCabecalho()");
-    return S_OK;
+    return Recusa(hr);
 }
 
 HRESULT CXVFileBase::AbreComTentativas(const std::string& sPath, XVUInt eModoAbertura,
@@ -135,9 +131,10 @@ HRESULT CXVFileBase::TentaAbrir(const std::string& sPath, const std::function<CX
 // A file whose length is not known is of no use to anyone: it is closed.
 HRESULT CXVFileBase::LeTamanho() {
     XVUInt64 uiTamanho = 0;
-    if (const CXVErroArquivo erro = m_pArquivo->GetTamanho(uiTamanho); !erro.Ok()) {
+    const CXVErroArquivo erro = m_pArquivo->GetTamanho(uiTamanho);
+    if (const CXVErroArquivo* pEx = erro.GetFalha()) {
         FechaArquivo();
-        XV_CHECK_TEXTO(CatchInicializacao(&erro), "CatchInicializacao(pEx)");
+        XV_CHECK(CatchInicializacao(pEx));
     }
     m_uiTamanhoArquivo = uiTamanho;
     return S_OK;
@@ -173,9 +170,12 @@ HRESULT CXVFileBase::GravaVersaoArquivo(XVUShort usVersaoArquivo) {
     if (!GerenciarCabecalho()) return S_OK;
     XV_CHECK(ValidaGravacao());
     if (!EstaAbertoParaGravacao()) {
-        const HRESULT hrAbre = AbreArquivo(EXVDataBase_ModoAbertura::eModoLeituraGravacaoCriacao);
-        if (FAILED(hrAbre)) FechaArquivo();
-        XV_CHECK_TEXTO(hrAbre, "AbreArquivo(EXVDataBase_ModoAbertura::eModoLeituraGravacaoCriacao)");
+        const HRESULT hrAbre =
+            XV_REGISTRA(AbreArquivo(EXVDataBase_ModoAbertura::eModoLeituraGravacaoCriacao));
+        if (FAILED(hrAbre)) {
+            FechaArquivo();
+            return hrAbre;
+        }
     }
     if (m_regCabecalho.regB.usVersaoArquivo == usVersaoArquivo) return S_OK;
     CXVOperacao operacao(m_pDataBase);
@@ -185,16 +185,16 @@ HRESULT CXVFileBase::GravaVersaoArquivo(XVUShort usVersaoArquivo) {
         regDepois.usVersaoArquivo = usVersaoArquivo;
         XVCabecalho::Sela(regDepois);
     }
-    XV_CHECK_TEXTO(operacao.Executa(), "AtualizaArquivo()");
+    XV_CHECK(operacao.Executa());
     return S_OK;
 }
 
-HRESULT CXVFileBase::CatchGravacao(const CXVErroArquivo* pEx) {
+HRESULT CXVFileBase::CatchGravacao(const CXVErroArquivo* pEx) const {
     const SCodigoArquivo codigo = XVCodigosArquivo::DeExcecao(pEx->GetCausa());
     return CheckHr(codigo.hr, codigo.pszNome, "CXVFileBase::CatchGravacao", XVNomeFonte(), __LINE__, this);
 }
 
-HRESULT CXVFileBase::CatchInicializacao(const CXVErroArquivo* pEx) {
+HRESULT CXVFileBase::CatchInicializacao(const CXVErroArquivo* pEx) const {
     const SCodigoArquivo codigo = XVCodigosArquivo::DeExcecao(pEx->GetCausa());
     return CheckHr(codigo.hr, codigo.pszNome, "CXVFileBase::CatchInicializacao", XVNomeFonte(), __LINE__,
                    this);

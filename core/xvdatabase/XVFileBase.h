@@ -120,8 +120,8 @@ class CXVFileBase : public IXVFileBase {
     }
 
     // Record the cause of a failed file operation under its name and yield its code.
-    HRESULT CatchGravacao(const CXVErroArquivo* pEx);
-    HRESULT CatchInicializacao(const CXVErroArquivo* pEx);
+    HRESULT CatchGravacao(const CXVErroArquivo* pEx) const;
+    HRESULT CatchInicializacao(const CXVErroArquivo* pEx) const;
 
     // Where hr is a failure: notes this file as the one that was refused. Returns hr unchanged.
     HRESULT Recusa(HRESULT hr) const noexcept { return XVArquivoRecusado::Anota(hr, m_sPathArquivo, this); }
@@ -189,7 +189,7 @@ class CXVFileBase : public IXVFileBase {
     template <class TCarga>
     HRESULT AbreECarrega(TCarga carga) {
         try {
-            HRESULT hr = AbreArquivo(eModoLeituraGravacaoCriacao);
+            HRESULT hr = XV_REGISTRA(AbreArquivo(EXVDataBase_ModoAbertura::eModoLeituraGravacaoCriacao));
             if (SUCCEEDED(hr)) hr = Recusa(carga());
             if (FAILED(hr)) FechaArquivo();
             return hr;

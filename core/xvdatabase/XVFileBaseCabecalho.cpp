@@ -59,8 +59,8 @@ HRESULT CXVFileBase::ProcuraCabecalho() {
     if (!XVNomeArquivo::EhIsento(m_sNomeArquivo) && ExisteArquivo() &&
         m_uiTamanhoArquivo >= k_uiTamanhoBlocoA) {
         if (const CXVErroArquivo erro = LeDados(0, &m_regCabecalho.regA, sizeof(m_regCabecalho.regA));
-            !erro.Ok())
-            XV_CHECK_TEXTO(CatchInicializacao(&erro), "CatchInicializacao(pEx)");
+            const CXVErroArquivo* pEx = erro.GetFalha())
+            XV_CHECK(CatchInicializacao(pEx));
         m_bCabecalhoPresente = XVCabecalho::AssinaturaConfere(m_regCabecalho.regA);
     }
     m_bCabecalhoProcurado = true;
@@ -88,30 +88,27 @@ HRESULT CXVFileBase::GerenciaCabecalho() {
     }
     XV_CHECK(ValidaAusenciaCabecalho());
     XV_CHECK(ValidaConteudoSemCabecalho());
-    const HRESULT hr = CriaCabecalho();
+    const HRESULT hr = XV_REGISTRA(CriaCabecalho());
     // A full disk can be read all the same: the file stays without header until the next opening.
-    if (hr == eDiskFull && ExisteArquivo() && m_eModoAbertura == eModoLeituraGravacao) {
-        XV_REGISTRA(hr, "CriaCabecalho()");
-        return S_OK;
-    }
-    XV_CHECK_TEXTO(hr, "CriaCabecalho()");
-    return S_OK;
+    if (hr == eDiskFull && ExisteArquivo() && m_eModoAbertura == eModoLeituraGravacao) return S_OK;
+    return hr;
 }
 
 HRESULT CXVFileBase::ConfereCabecalho() {
     if (!ExisteArquivo() || m_bCabecalhoValidado || CabecalhoDesabilitadoNaMaquina()) return S_OK;
-    XV_CHECK_TEXTO(Recusa(ProcuraCabecalho()), "ProcuraCabecalho()");
+    XV_CHECK(Recusa(ProcuraCabecalho()));
     if (m_bCabecalhoPresente) {
-        XV_CHECK_TEXTO(Recusa(ValidaCabecalho()), "ValidaCabecalho()");
+        XV_CHECK(Recusa(ValidaCabecalho()));
         return S_OK;
     }
-    XV_CHECK_TEXTO(Recusa(ValidaAusenciaCabecalho()), "ValidaAusenciaCabecalho()");
+    XV_CHECK(Recusa(ValidaAusenciaCabecalho()));
     return S_OK;
 }
 
 HRESULT CXVFileBase::ValidaCabecalho() {
-    if (const CXVErroArquivo erro = LeDados(0, &m_regCabecalho.regA, sizeof(m_regCabecalho.regA)); !erro.Ok())
-        XV_CHECK_TEXTO(CatchInicializacao(&erro), "CatchInicializacao(pEx)");
+    if (const CXVErroArquivo erro = LeDados(0, &m_regCabecalho.regA, sizeof(m_regCabecalho.regA));
+        const CXVErroArquivo* pEx = erro.GetFalha())
+        XV_CHECK(CatchInicializacao(pEx));
     if (m_regCabecalho.regA.usVersao != k_usVersaoCabecalho)
         XV_FALHA(E_XVCR_VERSAO_CABECALHO_SUPERIOR_VERSAO_SISTEMA);
     XV_CHECK(ValidaCabecalhoV01());
@@ -121,8 +118,9 @@ HRESULT CXVFileBase::ValidaCabecalho() {
 HRESULT CXVFileBase::ValidaCabecalhoV01() {
     REG_XVCABECALHO_B& regB = m_regCabecalho.regB;
     if (m_uiTamanhoArquivo < k_uiTamanhoCabecalho) XV_FALHA(E_XVCR_TAMANHO_CABECALHO_NAO_CONFERE);
-    if (const CXVErroArquivo erro = LeDados(k_uiTamanhoBlocoA, &regB, sizeof(regB)); !erro.Ok())
-        XV_CHECK_TEXTO(CatchInicializacao(&erro), "CatchInicializacao(pEx)");
+    if (const CXVErroArquivo erro = LeDados(k_uiTamanhoBlocoA, &regB, sizeof(regB));
+        const CXVErroArquivo* pEx = erro.GetFalha())
+        XV_CHECK(CatchInicializacao(pEx));
     if (regB.uiTamanhoBloco != k_uiTamanhoBlocoB) XV_FALHA(E_XVCR_TAMANHO_CABECALHO_NAO_CONFERE);
     if (!XVCabecalho::CrcConfere(regB)) XV_FALHA(E_XVCR_CRC_CABECALHO_NAO_CONFERE);
     if (regB.uiTamanhoDados != m_uiTamanhoArquivo - k_uiTamanhoCabecalho)
@@ -142,8 +140,9 @@ HRESULT CXVFileBase::ValidaAusenciaCabecalho() {
     std::array<XVByte, k_uiTamanhoCabecalho> aInicio;
     const auto uiTamanho = static_cast<std::size_t>(std::min<XVUInt64>(m_uiTamanhoArquivo, aInicio.size()));
     if (uiTamanho == 0) return S_OK;
-    if (const CXVErroArquivo erro = LeDados(0, aInicio.data(), uiTamanho); !erro.Ok())
-        XV_CHECK_TEXTO(CatchInicializacao(&erro), "CatchInicializacao(pEx)");
+    if (const CXVErroArquivo erro = LeDados(0, aInicio.data(), uiTamanho);
+        const CXVErroArquivo* pEx = erro.GetFalha())
+        XV_CHECK(CatchInicializacao(pEx));
     if (XVCabecalho::EhReconhecivel({aInicio.data(), uiTamanho}, m_sNomeArquivo))
         XV_FALHA(E_XVCR_CRC_CABECALHO_NAO_CONFERE);
     return S_OK;
@@ -153,8 +152,9 @@ HRESULT CXVFileBase::ValidaAusenciaCabecalho() {
 HRESULT CXVFileBase::ValidaConteudoSemCabecalho() {
     if (m_uiTamanhoArquivo == 0) return S_OK;
     bool bIntegro = false;
-    if (const CXVErroArquivo erro = ConfereConteudo(m_uiTamanhoArquivo, &bIntegro); !erro.Ok())
-        XV_CHECK_TEXTO(CatchInicializacao(&erro), "CatchInicializacao(pEx)");
+    if (const CXVErroArquivo erro = ConfereConteudo(m_uiTamanhoArquivo, &bIntegro);
+        const CXVErroArquivo* pEx = erro.GetFalha())
+        XV_CHECK(CatchInicializacao(pEx));
     if (!bIntegro) XV_FALHA(E_XVCR_CRC_CABECALHO_NAO_CONFERE);
     return S_OK;
 }
@@ -179,9 +179,11 @@ HRESULT CXVFileBase::CriaCabecalho() {
         if (FAILED(hr) && !m_bCabecalhoValidado) LimpaCabecalho();
         return hr;
     }
-    const HRESULT hr = GravaCabecalhoNovo();
-    if (FAILED(hr)) LimpaCabecalho();
-    XV_CHECK_TEXTO(hr, "CatchGravacao(pEx)");
+    const HRESULT hr = XV_REGISTRA(GravaCabecalhoNovo());
+    if (FAILED(hr)) {
+        LimpaCabecalho();
+        return hr;
+    }
     m_bCabecalhoValidado = true;
     return S_OK;
 }
@@ -193,9 +195,7 @@ HRESULT CXVFileBase::CriaCabecalhoPorCopia() {
     const std::string sPathCab = XVNomeArquivo::TrocaExtensao(m_sPathArquivo, "cab");
     bool bExiste = false;
     XV_CHECK(CXVDataBaseUtil::Existe(this, sPathCab, &bExiste));
-    if (bExiste)
-        XV_CHECK_TEXTO(XVArquivoRecusado::Anota(E_XVCR_ARQUIVO_CAB_ENCONTRADO, sPathCab, this),
-                       "E_XVCR_ARQUIVO_CAB_ENCONTRADO");
+    if (bExiste) XV_CHECK(XVArquivoRecusado::Anota(E_XVCR_ARQUIVO_CAB_ENCONTRADO, sPathCab, this));
 
     CXVCopiaProtegida copia(m_pDataBase->GetDiario());
     XV_CHECK(copia.Inicia(this, sNomeCab));
@@ -208,22 +208,22 @@ HRESULT CXVFileBase::CriaCabecalhoPorCopia() {
     std::vector<char> aPedaco;
     for (XVUInt64 uiOffset = 0; uiOffset < uiTamanho; uiOffset += aPedaco.size()) {
         aPedaco.resize(static_cast<std::size_t>(std::min(k_uiPedaco, uiTamanho - uiOffset)));
-        if (const CXVErroArquivo erro = LeDados(uiOffset, aPedaco.data(), aPedaco.size()); !erro.Ok())
-            XV_CHECK_TEXTO(CatchGravacao(&erro), "CatchGravacao(pEx)");
+        if (const CXVErroArquivo erro = LeDados(uiOffset, aPedaco.data(), aPedaco.size());
+            const CXVErroArquivo* pEx = erro.GetFalha())
+            XV_CHECK(CatchGravacao(pEx));
         XV_CHECK(xvFileDestino.Grava(aPedaco.data(), aPedaco.size()));
     }
     XV_CHECK(xvFileDestino.Conclui());
     FechaArquivo();
-    const HRESULT hrRenomeia = CXVDataBaseUtil::RenomeiaArquivoCAB(this, m_eModulo, m_sNomeArquivo);
-    XV_CHECK_TEXTO(hrRenomeia, "CXVDataBaseUtil::RenomeiaArquivoCAB(this, m_eModulo, m_sNomeArquivo)");
+    XV_CHECK(CXVDataBaseUtil::RenomeiaArquivoCAB(this, m_eModulo, m_sNomeArquivo));
     xvFileDestino.Libera();
-    XV_CHECK_TEXTO(AbreArquivo(eModoAbertura), "AbreArquivo()");
+    XV_CHECK(AbreArquivo(eModoAbertura));
     return S_OK;
 }
 
 HRESULT CXVFileBase::AtualizaCabecalho(const REG_XVCABECALHO_B& regB) {
     const CXVErroArquivo erro = m_pArquivo->Grava(k_uiTamanhoBlocoA, &regB, sizeof(regB));
-    if (!erro.Ok()) XV_CHECK_TEXTO(CatchGravacao(&erro), "CatchGravacao(pEx)");
+    if (const CXVErroArquivo* pEx = erro.GetFalha()) XV_CHECK(CatchGravacao(pEx));
     m_regCabecalho.regB = regB;
     return S_OK;
 }

@@ -125,10 +125,10 @@ HRESULT CXVFileBase::CriaArquivo(const SGravacao& g) {
         reg.regB = g.regAntes;
         erro = pArquivo->Grava(0, &reg, sizeof(reg));
     }
-    if (!erro.Ok()) {
+    if (const CXVErroArquivo* pEx = erro.GetFalha()) {
         pArquivo.reset();
         DesfazArquivoCriado().Ignora();  // what fails here is done when the operation is undone
-        XV_CHECK_TEXTO(CatchGravacao(&erro), "CatchGravacao(pEx)");
+        XV_CHECK(CatchGravacao(pEx));
     }
     const std::unique_lock lock(GetLock());
     m_pArquivo = std::move(pArquivo);
@@ -190,7 +190,7 @@ HRESULT CXVFileBase::PreparaCabecalho(CXVOperacao& rOperacao) {
 HRESULT CXVFileBase::AtualizaArquivo() {
     CXVOperacao operacao(m_pDataBase);
     XV_CHECK(PreparaCabecalho(operacao));
-    XV_CHECK_TEXTO(operacao.Executa(), "AtualizaCabecalho()");
+    XV_CHECK(operacao.Executa());
     return S_OK;
 }
 
@@ -202,7 +202,7 @@ HRESULT CXVFileBase::GravaCabecalhoNovo() {
     // Until it stands there the file has no header to keep up, and its payload begins at 0.
     m_bCabecalhoPresente = false;
     XV_CHECK(PreparaGravacao(operacao, CabecalhoPreparado(), 0, aCabecalho, {}));
-    XV_CHECK_TEXTO(operacao.Executa(), "CatchGravacao(pEx)");
+    XV_CHECK(operacao.Executa());
     m_bCabecalhoPresente = true;
     return S_OK;
 }

@@ -7,8 +7,7 @@
 HRESULT CXVFileBase::AbreVisto(CXVVisao& rVisao) {
     auto pVisto = std::make_unique<CXVArquivoVisto>(rVisao, m_sNomeArquivo);
     SAreaVista area;
-    XV_CHECK_TEXTO(TentaAbrir(m_sPathArquivo, [&] { return pVisto->GetArea(&area); }),
-                   "AbreComTentativas(sPath, eModoAbertura, m_pArquivo)");
+    XV_CHECK(TentaAbrir(m_sPathArquivo, [&] { return pVisto->GetArea(&area); }));
     if (!area.bExiste) return S_OK;
     m_pVisto = pVisto.get();
     m_pArquivo = std::move(pVisto);
@@ -16,8 +15,8 @@ HRESULT CXVFileBase::AbreVisto(CXVVisao& rVisao) {
     // Length and header of one moment; a damaged file is refused to a viewer as to everybody.
     return rVisao.DeUmMomento([&] {
         LimpaCabecalho();
-        if (const CXVErroArquivo erro = m_pVisto->GetArea(&area); !erro.Ok())
-            XV_CHECK_TEXTO(CatchInicializacao(&erro), "CatchInicializacao(pEx)");
+        if (const CXVErroArquivo erro = m_pVisto->GetArea(&area); const CXVErroArquivo* pEx = erro.GetFalha())
+            XV_CHECK(CatchInicializacao(pEx));
         m_uiTamanhoArquivo = area.uiTamanho;
         if (GerenciarCabecalho()) XV_CHECK(ConfereCabecalho());
         return S_OK;

@@ -48,13 +48,13 @@ HRESULT CXVFile<T>::PreparaColecao(CXVOperacao& rOperacao, XVUInt& uiPosicao, st
     if (aRegistros.empty()) return S_OK;
     const std::unique_lock lock(GetLock());
     XV_CHECK(ValidaGravacao());
-    XV_CHECK_TEXTO(ValidaPosicao(uiPosicao), "E_XVCR_POSICAO_GRAVACAO_SUPERIOR_QUANTIDADE_ARQUIVO");
+    XV_CHECK(ValidaPosicao(uiPosicao));
     CPreparados& rPreparados = PreparadaLivre(m_listaPreparados, *this);
     XV_CHECK(ValidaIndices(uiPosicao, aRegistros, rPreparados.m_aChaves));  // a refused write creates no file
     if (!ExisteArquivo() && !EstaAusente()) {
         XV_CHECK(AbreParaGravacao());
         // The file was found with other records than those that this object knew of.
-        XV_CHECK_TEXTO(ValidaPosicao(uiPosicao), "E_XVCR_POSICAO_GRAVACAO_SUPERIOR_QUANTIDADE_ARQUIVO");
+        XV_CHECK(ValidaPosicao(uiPosicao));
         XV_CHECK(ValidaIndices(uiPosicao, aRegistros, rPreparados.m_aChaves));
     }
     if (!PrecisaGravar(uiPosicao, aRegistros)) return S_OK;
@@ -78,12 +78,10 @@ HRESULT CXVFile<T>::PreparaColecao(CXVOperacao& rOperacao, XVUInt& uiPosicao, st
 // Takes over a file that appeared since: its records and keys come first.
 template <class T>
 HRESULT CXVFile<T>::AbreParaGravacao() {
-    const HRESULT hr = AbreECarrega([this] {
+    return AbreECarrega([this] {
         const HRESULT hrCarga = Carrega();
         return FAILED(hrCarga) ? hrCarga : ConstroiIndices();
     });
-    XV_CHECK_TEXTO(hr, "AbreArquivo(EXVDataBase_ModoAbertura::eModoLeituraGravacaoCriacao)");
-    return S_OK;
 }
 
 template <class T>

@@ -13,18 +13,15 @@ HRESULT CXVFile<T>::IncluiIndex(const TDataBase* pDataBase, XVUInt uiColunaIndex
     };
     m_listaIndices.push_back(
         {pDataBase, pfGetChaveIndex, bPermiteChaveZerada, bPermiteChaveRepetida, {}, {}});
-    const HRESULT hr = AtualizaIndexDoArquivo(m_listaIndices.back(), uiColunaIndexacao);
+    const HRESULT hr = XV_REGISTRA(AtualizaIndexDoArquivo(m_listaIndices.back(), uiColunaIndexacao));
     if (FAILED(hr)) m_listaIndices.pop_back();
-    XV_CHECK_TEXTO(Recusa(hr),
-                   "AtualizaIndex(XVDATABASE_POSICAO_NOVO_REGISTRO, m_aRegistros, uiColunaIndexacao)");
-    return S_OK;
+    return Recusa(hr);
 }
 
 template <class T>
 HRESULT CXVFile<T>::ConstroiIndices() {
     for (std::size_t idx = 0; idx < m_listaIndices.size(); ++idx)
-        XV_CHECK_TEXTO(AtualizaIndexDoArquivo(m_listaIndices[idx], idx),
-                       "AtualizaIndex(XVDATABASE_POSICAO_NOVO_REGISTRO, m_aRegistros, uiColunaIndexacao)");
+        XV_CHECK(AtualizaIndexDoArquivo(m_listaIndices[idx], idx));
     return S_OK;
 }
 
@@ -53,9 +50,7 @@ HRESULT CXVFile<T>::ValidaIndices(XVUInt uiPosicao, std::span<const T> aRegistro
                                   std::vector<XVUInt64>& aChaves) {
     aChaves.clear();
     for (std::size_t idx = 0; idx < m_listaIndices.size(); ++idx)
-        XV_CHECK_TEXTO(
-            ValidaIndex(uiPosicao, aRegistros, idx, aChaves),
-            "ValidaIndex(uiPosicao, aRegistros, idx, listaSetIndexOrdernar[idx], listaIndexGerados[idx])");
+        XV_CHECK(ValidaIndex(uiPosicao, aRegistros, idx, aChaves));
     return S_OK;
 }
 
@@ -145,6 +140,6 @@ HRESULT CXVFile<T>::PreparaIndex(CXVOperacao& rOperacao, XVUInt64 uiPosicaoIndex
     XVUInt uiPosicao = 0;
     XV_CHECK(ExisteIndex(uiPosicaoIndex, uiPosicao, uiColunaIndexacao));
     if (uiPosicao == 0) XV_FALHA(E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA);
-    XV_PREPARA(rOperacao, Prepara(rOperacao, uiPosicao, reg), "Grava(uiPosicao, reg)");
+    XV_PREPARA(rOperacao, Prepara(rOperacao, uiPosicao, reg));
     return S_OK;
 }

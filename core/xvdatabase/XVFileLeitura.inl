@@ -4,12 +4,12 @@
 template <class T>
 HRESULT CXVFile<T>::OnInicializa() {
     XV_ESCOPO({"m_sNomeArquivo", GetNomeArquivo()});
-    XV_CHECK_TEXTO(CXVFileBase::OnInicializa(), "__super::OnInicializa()");
+    XV_CHECK_SUPER(CXVFileBase, OnInicializa());
     m_aRegistros.Limpa();
     XV_CHECK(IniciaVista());
     XV_CHECK(AbreArquivo());
-    XV_CHECK_TEXTO(Recusa(Carrega()), "Carrega()");
-    XV_CHECK_TEXTO(Recusa(ConstroiIndices()), "ConstroiIndices()");
+    XV_CHECK(Recusa(Carrega()));
+    XV_CHECK(Recusa(ConstroiIndices()));
     return S_OK;
 }
 
@@ -18,7 +18,7 @@ HRESULT CXVFile<T>::OnFinaliza() {
     XV_ESCOPO({"m_sNomeArquivo", GetNomeArquivo()});
     m_aRegistros.Limpa();
     for (SIndice& rIndice : m_listaIndices) rIndice.indice.Limpa();
-    XV_CHECK_TEXTO(CXVFileBase::OnFinaliza(), "__super::OnFinaliza()");
+    XV_CHECK_SUPER(CXVFileBase, OnFinaliza());
     return S_OK;
 }
 
@@ -37,8 +37,8 @@ HRESULT CXVFile<T>::Carrega() {
     if (uiTamanhoDados > 0) {
         if (const CXVErroArquivo erro =
                 LeDadosEmPedacos(uiSeek, pBase, static_cast<std::size_t>(uiTamanhoDados), sizeof(T));
-            !erro.Ok())
-            XV_CHECK_TEXTO(CatchInicializacao(&erro), "CatchInicializacao(pEx)");
+            const CXVErroArquivo* pEx = erro.GetFalha())
+            XV_CHECK(CatchInicializacao(pEx));
     }
     m_aRegistros = std::move(aRegistros);
     return S_OK;
@@ -72,6 +72,7 @@ HRESULT CXVFile<T>::Le(XVUInt uiPosicao, T* preg) const {
         return S_OK;
     }
     RegistraFalhaLeitura(hr, uiPosicao, sizeof(T), m_aRegistros.size());
+    // The failure is that of this very call.
     XV_CHECK_TEXTO(hr, "Le(uiPosicao, preg)");
     return hr;
 }
@@ -83,8 +84,7 @@ HRESULT CXVFile<T>::LeColecao(XVUInt uiPosicao, XVUInt64 uiQtd, std::vector<T>& 
     if (uiPosicao == 0 && uiQtd == 0) return S_OK;
     if (uiPosicao == 0 || uiQtd == 0) XV_FALHA(E_XVCR_INCONSISTENCIA_CHAVE_QUANTIDADE);
     if (EhVista()) {
-        XV_CHECK_TEXTO(LeColecaoVista(uiPosicao, uiQtd, aRegistros),
-                       "LeColecao(uiPosicao, uiQtd, aRegistros)");
+        XV_CHECK(LeColecaoVista(uiPosicao, uiQtd, aRegistros));
         return S_OK;
     }
     if (!ExisteArquivo()) XV_FALHA(E_XVCR_ARQUIVO_NAO_EXISTE);

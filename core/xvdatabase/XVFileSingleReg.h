@@ -58,16 +58,16 @@ class CXVFileSingleReg : public CXVFileBase {
     HRESULT OnInicializa() override {
         XV_ESCOPO({"m_sNomeArquivo", GetNomeArquivo()});
         std::memset(&m_reg, 0, sizeof(m_reg));
-        XV_CHECK_TEXTO(CXVFileBase::OnInicializa(), "__super::OnInicializa()");
+        XV_CHECK_SUPER(CXVFileBase, OnInicializa());
         XV_CHECK(AbreArquivo());
         if (!ExisteArquivo()) return S_OK;
-        XV_CHECK_TEXTO(Recusa(Carrega(false)), "Carrega(false)");
+        XV_CHECK(Recusa(Carrega(false)));
         return S_OK;
     }
 
     HRESULT OnFinaliza() override {
         XV_ESCOPO({"m_sNomeArquivo", GetNomeArquivo()});
-        XV_CHECK_TEXTO(CXVFileBase::OnFinaliza(), "__super::OnFinaliza()");
+        XV_CHECK_SUPER(CXVFileBase, OnFinaliza());
         return S_OK;
     }
 
@@ -85,17 +85,16 @@ class CXVFileSingleReg : public CXVFileBase {
         if (uiTamanho == 0 && bAceitaVazio) return S_OK;
         if (uiTamanho != sizeof(T)) XV_FALHA(E_XVCR_ARQUIVO_SINGLE_REG_NAO_TEM_TAMANHO_ESTRUTURA);
         T reg;
-        if (const CXVErroArquivo erro = LeDados(uiSeek, &reg, sizeof(reg)); !erro.Ok())
-            XV_CHECK_TEXTO(CatchInicializacao(&erro), "CatchInicializacao(pEx)");
+        if (const CXVErroArquivo erro = LeDados(uiSeek, &reg, sizeof(reg));
+            const CXVErroArquivo* pEx = erro.GetFalha())
+            XV_CHECK(CatchInicializacao(pEx));
         m_reg = reg;
         return S_OK;
     }
 
     // Creates the file, or takes over one that appeared since.
     HRESULT AbreParaGravacao() {
-        const HRESULT hr = AbreECarrega([this] { return Carrega(true); });
-        XV_CHECK_TEXTO(hr, "AbreArquivo(EXVDataBase_ModoAbertura::eModoLeituraGravacaoCriacao)");
-        return S_OK;
+        return AbreECarrega([this] { return Carrega(true); });
     }
 
     // The write of the record as part of an operation.

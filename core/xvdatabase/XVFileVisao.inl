@@ -6,8 +6,8 @@
 template <class T>
 HRESULT CXVFile<T>::IniciaVista() {
     if (!EhVista()) return S_OK;
-    if (const CXVErroArquivo erro = LeVistaAtual(&m_vista); !erro.Ok())
-        XV_CHECK_TEXTO(CatchInicializacao(&erro), "CatchInicializacao(pEx)");
+    if (const CXVErroArquivo erro = LeVistaAtual(&m_vista); const CXVErroArquivo* pEx = erro.GetFalha())
+        XV_CHECK(CatchInicializacao(pEx));
     return S_OK;
 }
 
@@ -21,8 +21,8 @@ HRESULT CXVFile<T>::CarregaVista(XVUInt64 uiChamada) {
     XV_CHECK(IniciaVista());
     m_vista.uiChamada = uiChamada;
     XV_CHECK(AbreArquivo());
-    XV_CHECK_TEXTO(Recusa(Carrega()), "Carrega()");
-    XV_CHECK_TEXTO(Recusa(ConstroiIndices()), "ConstroiIndices()");
+    XV_CHECK(Recusa(Carrega()));
+    XV_CHECK(Recusa(ConstroiIndices()));
     return S_OK;
 }
 
@@ -32,7 +32,7 @@ HRESULT CXVFile<T>::AtualizaVista() const {
     if (!EhVista()) return S_OK;
     SVistaCarregada atual;
     const CXVErroArquivo erro = LeVistaAtual(&atual);
-    if (!erro.Ok()) return const_cast<CXVFile*>(this)->CatchInicializacao(&erro);
+    if (const CXVErroArquivo* pEx = erro.GetFalha()) return CatchInicializacao(pEx);
     {
         const std::shared_lock lock(GetLock());
         const bool bMesmaChamada = atual.uiChamada != 0 && atual.uiChamada == m_vista.uiChamada;
@@ -52,7 +52,7 @@ HRESULT CXVFile<T>::LeVisto(XVUInt uiPosicao, T* preg) const {
                                  sizeof(T));
         return erroLe;
     });
-    if (!erro.Ok()) return const_cast<CXVFile*>(this)->CatchInicializacao(&erro);
+    if (const CXVErroArquivo* pEx = erro.GetFalha()) return CatchInicializacao(pEx);
     if (!area.bExiste) return E_XVCR_ARQUIVO_NAO_EXISTE;
     return uiPosicao <= GetQtdNaArea(area) ? S_OK : E_XVCR_POSICAO_LEITURA_SUPERIOR_QUANTIDADE_ARQUIVO;
 }
@@ -74,8 +74,7 @@ HRESULT CXVFile<T>::LeColecaoVista(XVUInt uiPosicao, XVUInt64 uiQtd, std::vector
                                    sizeof(T));
         if (!erro.Ok()) aRegistros.resize(uiAntes);
     }
-    if (!erro.Ok())
-        XV_CHECK_TEXTO(const_cast<CXVFile*>(this)->CatchInicializacao(&erro), "CatchInicializacao(pEx)");
+    if (const CXVErroArquivo* pEx = erro.GetFalha()) XV_CHECK(CatchInicializacao(pEx));
     return S_OK;
 }
 

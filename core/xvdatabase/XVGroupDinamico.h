@@ -34,8 +34,8 @@ class TXVGroupDinamico : public CXVGroupFileBase {
 
     HRESULT GetQtdRegistros(XVUInt64 uiChaveNomeArquivo, XVUInt64* puiQuantidade) override {
         *puiQuantidade = 0;
-        return NoMembro(uiChaveNomeArquivo, [&](TMembro& rMembro) {
-            *puiQuantidade = rMembro.GetQtdRegistros();
+        return NoMembro(uiChaveNomeArquivo, [&](TMembro* pXVFile) {
+            *puiQuantidade = pXVFile->GetQtdRegistros();
             return S_OK;
         });
     }
@@ -73,12 +73,12 @@ class TXVGroupDinamico : public CXVGroupFileBase {
     HRESULT NoMembro(XVUInt64 uiChaveNomeArquivo, TOperacao operacao) {
         {
             const std::shared_lock lock(GetLock());
-            if (TMembro* pAberto = BuscaAberto(uiChaveNomeArquivo)) return operacao(*pAberto);
+            if (TMembro* pAberto = BuscaAberto(uiChaveNomeArquivo)) return operacao(pAberto);
         }
         const std::unique_lock lock(GetLock());
         TMembro* pXVFileInterface = nullptr;
         XV_CHECK(GetXVFile(uiChaveNomeArquivo, pXVFileInterface));
-        return operacao(*pXVFileInterface);
+        return operacao(pXVFileInterface);
     }
 
     // The member of a key, loaded. The order of the queue is that of opening, not of use. A member that does
@@ -92,9 +92,8 @@ class TXVGroupDinamico : public CXVGroupFileBase {
             if (!m_filaAbertos.empty() && m_filaAbertos.size() >= m_uiLimite) FechaMaisAntigo();
             // A viewer loads a member in moments of its own: the moment of the call would not last so long.
             const CXVMomento::CAtivo suspende(nullptr);
-            const HRESULT hr = pXVFileInterface->Inicializa(this);
-            if (SUCCEEDED(hr)) m_filaAbertos.push_back(pXVFile);
-            XV_CHECK_TEXTO(hr, "pXVFileInterface->Inicializa(this)");
+            XV_CHECK(pXVFileInterface->Inicializa(this));
+            m_filaAbertos.push_back(pXVFile);
         }
         pMembro = pXVFile;
         return S_OK;
@@ -107,8 +106,7 @@ class TXVGroupDinamico : public CXVGroupFileBase {
         {
             const std::shared_lock lock(GetLock());
             if (TMembro* pXVFile = BuscaAberto(uiChaveNomeArquivo)) {
-                XV_PREPARA(rOperacao, pXVFile->PreparaColecao(rOperacao, uiPosicao, aRegistros),
-                           "pXVFile->GravaColecao(uiPosicao, aRegistros)");
+                XV_PREPARA(rOperacao, pXVFile->PreparaColecao(rOperacao, uiPosicao, aRegistros));
                 return S_OK;
             }
         }
@@ -117,9 +115,9 @@ class TXVGroupDinamico : public CXVGroupFileBase {
         XV_CHECK(LookupMapFiles(uiChaveNomeArquivo, pXVFileInterface, false));
         const bool bNovo = pXVFileInterface == nullptr;
         if (bNovo) {
-            auto pNovo = CriaMembro(uiChaveNomeArquivo);
-            XV_CHECK_TEXTO(pNovo->Inicializa(this), "pXVFile->Inicializa(this)");
-            GetMapa()[uiChaveNomeArquivo] = std::move(pNovo);
+            auto pXVFile = CriaMembro(uiChaveNomeArquivo);
+            XV_CHECK(pXVFile->Inicializa(this));
+            GetMapa()[uiChaveNomeArquivo] = std::move(pXVFile);
         }
         const HRESULT hr = PreparaNoMembroDoMapa(rOperacao, uiChaveNomeArquivo, uiPosicao, aRegistros);
         if (FAILED(hr) && bNovo) EsqueceMembro(uiChaveNomeArquivo);
@@ -148,13 +146,11 @@ class TXVGroupDinamico : public CXVGroupFileBase {
     template <class TColecao>
     HRESULT PreparaNoMembroDoMapa(CXVOperacao& rOperacao, XVUInt64 uiChaveNomeArquivo, XVUInt& uiPosicao,
                                   const TColecao& aRegistros) {
-        TMembro* pXVFile = nullptr;
-        XV_CHECK_TEXTO(GetXVFile(uiChaveNomeArquivo, pXVFile),
-                       "GetXVFile(uiChaveNomeArquivo, pXVFileInterface)");
+        TMembro* pXVFileInterface = nullptr;
+        XV_CHECK(GetXVFile(uiChaveNomeArquivo, pXVFileInterface));
         const std::size_t uiPrimeira = rOperacao.GetQuantidade();
-        XV_PREPARA(rOperacao, pXVFile->PreparaColecao(rOperacao, uiPosicao, aRegistros),
-                   "pXVFile->GravaColecao(uiPosicao, aRegistros)");
-        if (rOperacao.GetQuantidade() > uiPrimeira && !pXVFile->ExisteArquivo()) {
+        XV_PREPARA(rOperacao, pXVFileInterface->PreparaColecao(rOperacao, uiPosicao, aRegistros));
+        if (rOperacao.GetQuantidade() > uiPrimeira && !pXVFileInterface->ExisteArquivo()) {
             CXVGravacaoPreparada& rParte = *rOperacao.GetPartes().back();
             rParte.m_pGrupo = this;
             rParte.m_uiChaveGrupo = uiChaveNomeArquivo;
@@ -170,7 +166,7 @@ class TXVGroupDinamico : public CXVGroupFileBase {
         if (it == m_filaAbertos.end()) return;
         TMembro* pFirstFile = *it;
         m_filaAbertos.erase(it);
-        if (const HRESULT hr = pFirstFile->Finaliza(); FAILED(hr)) XV_REGISTRA(hr, "pFirstFile->Finaliza()");
+        XVIgnora(XV_REGISTRA(pFirstFile->Finaliza()));
     }
 
     void EsqueceMembro(XVUInt64 uiChaveNomeArquivo) {

@@ -25,7 +25,7 @@ CXVGroupFileBase::~CXVGroupFileBase() {
 
 HRESULT CXVGroupFileBase::OnInicializa() {
     XV_ESCOPO({"m_sNomeArquivo", m_sNomeArquivo});
-    XV_CHECK_TEXTO(IXVFileBase::OnInicializa(), "__super::OnInicializa()");
+    XV_CHECK_SUPER(IXVFileBase, OnInicializa());
     if (!XVNomeArquivo::EhPadraoGrupo(m_sNomeArquivo)) XV_FALHA(E_XVCR_NOME_ARQUIVO_GROUP_INVALIDO);
     const std::unique_lock lock(m_Lock);
     XV_CHECK(ProcuraMembros());
@@ -34,12 +34,12 @@ HRESULT CXVGroupFileBase::OnInicializa() {
 
 HRESULT CXVGroupFileBase::ProcuraMembros() {
     std::string sPathArquivo;
+    // Readers of the log know the call in the spelling of another string class.
     XV_CHECK_TEXTO(
         CXVDataBaseUtil::GetPathArquivo(m_eModulo, GetEmpresa(),
                                         m_sNomeArquivo.substr(0, m_sNomeArquivo.find('?')), &sPathArquivo),
         "CXVDataBaseUtil::GetPathArquivo(m_eModulo, GetEmpresa(), "
-        "m_sNomeArquivo.Left(m_sNomeArquivo.Find('?')), "
-        "&sPathArquivo)");
+        "m_sNomeArquivo.Left(m_sNomeArquivo.Find('?')), &sPathArquivo)");
     std::vector<std::pair<XVUInt64, std::string>> listaMembros;
     XV_CHECK(CXVDataBaseUtil::ListaMembros(this, m_eModulo, m_sNomeArquivo, &listaMembros));
     for (const auto& [uiChave, sNome] : listaMembros) {
@@ -58,17 +58,13 @@ HRESULT CXVGroupFileBase::OnFinaliza() {
     {
         const std::unique_lock lock(m_Lock);
         for (const auto& it : m_mapFiles) {
-            const HRESULT hr = it.second->Finaliza();
-            if (SUCCEEDED(hr)) continue;
-            XV_REGISTRA(hr, "it.second->Finaliza()");
-            if (SUCCEEDED(hrPrimeira)) hrPrimeira = hr;
+            const HRESULT hr = XV_REGISTRA(it.second->Finaliza());
+            hrPrimeira = XVPrimeiraFalha(hrPrimeira, hr);
         }
         EsqueceMembros();
     }
-    const HRESULT hr = IXVFileBase::OnFinaliza();
-    if (FAILED(hrPrimeira)) return hrPrimeira;
-    XV_CHECK_TEXTO(hr, "__super::OnFinaliza()");
-    return S_OK;
+    const HRESULT hrBase = XV_REGISTRA_SUPER(IXVFileBase, OnFinaliza());
+    return XVPrimeiraFalha(hrPrimeira, hrBase);
 }
 
 HRESULT CXVGroupFileBase::LookupMapFiles(XVUInt64 uiChaveNomeArquivo, IXVFileBase*& pXVFileInterface,
@@ -90,8 +86,7 @@ HRESULT CXVGroupFileBase::ProcuraMembroNovo(XVUInt64 uiChaveNomeArquivo, IXVFile
     const CXVArquivoVisto arquivo(*m_pDataBase->GetVisao(),
                                   XVNomeArquivo::ChaveParaNome(uiChaveNomeArquivo, m_sNomeArquivo));
     SAreaVista area;
-    if (const CXVErroArquivo erro = arquivo.GetArea(&area); !erro.Ok())
-        XV_CHECK_TEXTO(XVCodigosArquivo::DeExcecao(erro.GetCausa()).hr, "arquivo.GetArea(&area)");
+    XV_CHECK(XVCodigosArquivo::CodigoDeExcecao(arquivo.GetArea(&area)));
     if (!area.bExiste) return S_OK;
     std::unique_ptr<IXVFileBase>& pNovo = m_mapFiles[uiChaveNomeArquivo];
     pNovo = CriaMembro(uiChaveNomeArquivo);

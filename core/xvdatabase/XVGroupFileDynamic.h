@@ -24,17 +24,16 @@ class CXVGroupFileDynamic : public TXVGroupDinamico<CXVFile<T>, SNomesGroupFileD
 
     // As the member's operations. E_XVCR_ARQUIVO_GROUP_NAO_ENCONTRADO: the key has no member.
     HRESULT Le(XVUInt64 uiChaveNomeArquivo, XVUInt uiPosicao, T* preg) {
-        return this->NoMembro(uiChaveNomeArquivo, [&](CXVFile<T>& rMembro) {
-            XV_CHECK_TEXTO(rMembro.Le(uiPosicao, preg), "pXVFile->Le(uiPosicao, preg)");
+        return this->NoMembro(uiChaveNomeArquivo, [&](CXVFile<T>* pXVFile) {
+            XV_CHECK_EM("Le", pXVFile->Le(uiPosicao, preg));
             return S_OK;
         });
     }
 
     HRESULT LeColecao(XVUInt64 uiChaveNomeArquivo, XVUInt uiPosicao, XVUInt64 uiQuantidade,
                       std::vector<T>& aRegistros) {
-        return this->NoMembro(uiChaveNomeArquivo, [&](CXVFile<T>& rMembro) {
-            XV_CHECK_TEXTO(rMembro.LeColecao(uiPosicao, uiQuantidade, aRegistros),
-                           "pXVFile->LeColecao(uiPosicao, uiQuantidade, aRegistros)");
+        return this->NoMembro(uiChaveNomeArquivo, [&](CXVFile<T>* pXVFile) {
+            XV_CHECK_EM("LeColecao", pXVFile->LeColecao(uiPosicao, uiQuantidade, aRegistros));
             return S_OK;
         });
     }

@@ -2,8 +2,8 @@
 
 HRESULT CXVGroupTextFileDynamic::Le(XVUInt64 uiChaveNomeArquivo, XVUInt uiPosicao, std::string* psTexto) {
     psTexto->clear();
-    return NoMembro(uiChaveNomeArquivo, [&](CXVTextFile& rMembro) {
-        XV_CHECK_TEXTO(rMembro.Le(uiPosicao, *psTexto), "pXVFile->Le(uiPosicao, psTexto)");
+    return NoMembro(uiChaveNomeArquivo, [&](CXVTextFile* pXVFile) {
+        XV_CHECK_EM("Le", pXVFile->Le(uiPosicao, psTexto));
         return S_OK;
     });
 }

@@ -149,15 +149,21 @@ class CXVOperacao {
     std::size_t m_uiEscritas = 0;  // writes begun and not taken back, in that order
 };
 
-// Prepares a write under the text that a failure of it shows, now or when it is executed.
-#define XV_PREPARA_EM(operacao, funcao, chamada, texto)                                               \
-    do {                                                                                              \
-        static constexpr SPontoFalha pontoXV{texto, XVNomeClasse(), funcao, XVNomeFonte(), __LINE__}; \
-        const std::size_t uiPrimeiraXV = (operacao).GetQuantidade();                                  \
-        const HRESULT hrXV = (chamada);                                                               \
-        if (FAILED(hrXV)) [[unlikely]]                                                                \
-            return XVRegistraFalha(hrXV, pontoXV, this);                                              \
-        (operacao).Anota(uiPrimeiraXV, pontoXV);                                                      \
+// Prepares a write; a failure of it, now or when it is executed, is recorded under the text of the call. Of
+// the forms that end in EM see XVCheck.h.
+#define XV_PREPARA_COMPLETO(operacao, funcao, chamada, texto)                        \
+    do {                                                                             \
+        static constexpr TXVTextoDeCodigo textoXV(texto);                            \
+        static constexpr SPontoFalha pontoXV = XV_PONTO_FALHA(funcao, textoXV.m_sz); \
+        const std::size_t uiPrimeiraXV = (operacao).GetQuantidade();                 \
+        const HRESULT hrXV = (chamada);                                              \
+        if (FAILED(hrXV)) [[unlikely]]                                               \
+            return XVRegistraFalha(hrXV, pontoXV, this);                             \
+        (operacao).Anota(uiPrimeiraXV, pontoXV);                                     \
     } while (false)
-#define XV_PREPARA(operacao, chamada, texto) \
-    XV_PREPARA_EM(operacao, static_cast<const char*>(__func__), chamada, texto)
+#define XV_PREPARA(operacao, chamada) XV_PREPARA_COMPLETO(operacao, XV_FUNCAO_ATUAL, chamada, #chamada)
+#define XV_PREPARA_EM(operacao, funcao, chamada) XV_PREPARA_COMPLETO(operacao, funcao, chamada, #chamada)
+// arquivo.Prepara(operacao, ...), recorded as the write that it stands for: arquivo.Grava(...).
+#define XV_GRAVA_EM(operacao, funcao, arquivo, ...)                                   \
+    XV_PREPARA_COMPLETO(operacao, funcao, (arquivo).Prepara((operacao), __VA_ARGS__), \
+                        #arquivo ".Grava(" #__VA_ARGS__ ")")

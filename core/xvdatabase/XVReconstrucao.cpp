@@ -43,8 +43,7 @@ HRESULT CXVReconstrucao::RecusaArquivo(const IXVDF_Profiler* pDono, const std::s
 
 HRESULT CXVReconstrucao::Le(const IXVDF_Profiler* pDono, const std::string& sDiretorio, IXVArquivo& rDiario) {
     m_sDiretorio = sDiretorio;
-    if (const CXVErroArquivo erro = m_diario.Le(rDiario); !erro.Ok())
-        XV_CHECK_TEXTO_DONO(pDono, XVCodigosArquivo::DeExcecao(erro.GetCausa()).hr, "m_diario.Le(rDiario)");
+    XV_CHECK_DONO(pDono, XVCodigosArquivo::CodigoDeExcecao(m_diario.Le(rDiario)));
     if (m_diario.TemLacuna())
         return RecusaArquivo(
             pDono, k_pszNomeDiario,
@@ -141,10 +140,9 @@ HRESULT CXVReconstrucao::ConfereArquivo(const IXVDF_Profiler* pDono, const std::
         return RecusaArquivo(pDono, sNome, "o tamanho não é o de nenhuma das operações");
     if (erro.Ok()) erro = ConfereCabecalho(*pFile, uiTamanho, rArquivo, &bCabecalho);
     if (erro.Ok()) erro = ConfereBytes(*pFile, uiTamanho, rArquivo, &bBytes);
-    if (!erro.Ok()) {
-        const HRESULT hr = XVCodigosArquivo::DeExcecao(erro.GetCausa()).hr;
-        XV_CHECK_TEXTO_DONO(pDono, XVArquivoRecusado::Anota(hr, Path(sNome), pDono), "ConfereArquivo(sNome)");
-    }
+    if (!erro.Ok())
+        XV_CHECK_DONO(pDono,
+                      XVArquivoRecusado::Anota(XVCodigosArquivo::CodigoDeExcecao(erro), Path(sNome), pDono));
     if (!bCabecalho) return RecusaArquivo(pDono, sNome, "o cabeçalho não é o de nenhuma das operações");
     if (!bBytes) return RecusaArquivo(pDono, sNome, "os registros não são os de nenhuma das operações");
     return S_OK;
@@ -220,8 +218,7 @@ HRESULT CXVReconstrucao::Aplica(const IXVDF_Profiler* pDono) {
     }
     if (erro.Ok() && !(sAlterados.empty() && sCopias.empty()))
         erro = XVPlataforma::SistemaArquivos().SincronizaDiretorio(m_sDiretorio);
-    if (!erro.Ok())
-        XV_CHECK_TEXTO_DONO(pDono, XVCodigosArquivo::DeExcecao(erro.GetCausa()).hr, "AplicaArquivo(sNome)");
+    XV_CHECK_DONO(pDono, XVCodigosArquivo::CodigoDeExcecao(erro));
     if (!sAlterados.empty())
         XVProfiler::RecordError(pDono, "CXVReconstrucao::Aplica", XVNomeFonte(), __LINE__,
                                 "Operação interrompida %s: %s\tArquivos:%s",

@@ -45,9 +45,9 @@ CXVTextFile::~CXVTextFile() = default;
 
 HRESULT CXVTextFile::OnInicializa() {
     XV_ESCOPO({"m_sNomeArquivo", GetNomeArquivo()});
-    XV_CHECK_TEXTO(CXVFileBase::OnInicializa(), "__super::OnInicializa()");
+    XV_CHECK_SUPER(CXVFileBase, OnInicializa());
     XV_CHECK(AbreArquivo());
-    XV_CHECK_TEXTO(Recusa(Carrega()), "Carrega()");
+    XV_CHECK(Recusa(Carrega()));
     return S_OK;
 }
 
@@ -55,7 +55,7 @@ HRESULT CXVTextFile::OnFinaliza() {
     XV_ESCOPO({"m_sNomeArquivo", GetNomeArquivo()});
     m_colecao.Limpa();
     m_listaBlocos.clear();
-    XV_CHECK_TEXTO(CXVFileBase::OnFinaliza(), "__super::OnFinaliza()");
+    XV_CHECK_SUPER(CXVFileBase, OnFinaliza());
     return S_OK;
 }
 
@@ -67,8 +67,8 @@ HRESULT CXVTextFile::Carrega() {
     if (uiTamanho > 0) {
         pDados.reset(new char[static_cast<std::size_t>(uiTamanho)]);
         if (const CXVErroArquivo erro = LeDados(uiSeek, pDados.get(), static_cast<std::size_t>(uiTamanho));
-            !erro.Ok())
-            XV_CHECK_TEXTO(CatchInicializacao(&erro), "CatchInicializacao(pEx)");
+            const CXVErroArquivo* pEx = erro.GetFalha())
+            XV_CHECK(CatchInicializacao(pEx));
     }
     m_colecao.Limpa();
     m_listaBlocos.clear();
@@ -105,7 +105,7 @@ HRESULT CXVTextFile::Le(XVUInt uiPosicao, std::string& sTexto) const {
     sTexto.clear();
     if (uiPosicao == 0) XV_FALHA(E_XVCR_TENTATIVA_LER_POSICAO_ZERO);
     if (GetDataBase()->GetVisao() != nullptr && uiPosicao > GetQtdRegistros()) {
-        XV_CHECK_TEXTO(LeVisto(uiPosicao, sTexto), "Le(uiPosicao, sTexto)");
+        XV_CHECK(LeVisto(uiPosicao, sTexto));
         return S_OK;
     }
     const std::shared_lock lock(GetLock());
@@ -168,9 +168,7 @@ HRESULT CXVTextFile::PreparaColecao(CXVOperacao& rOperacao, XVUInt& uiPosicao,
 
 // Takes over a file that appeared since: its texts come first.
 HRESULT CXVTextFile::AbreParaGravacao() {
-    const HRESULT hr = AbreECarrega([this] { return Carrega(); });
-    XV_CHECK_TEXTO(hr, "AbreArquivo(EXVDataBase_ModoAbertura::eModoLeituraGravacaoCriacao)");
-    return S_OK;
+    return AbreECarrega([this] { return Carrega(); });
 }
 
 // Prefixes and texts one after the other: the run reaches the disk in one write and the same block then

@@ -39,6 +39,7 @@ class CXVTextFile : public CXVFileBase {
     // Copies a text up to its first NUL byte. E_XVCR_TENTATIVA_LER_POSICAO_ZERO, E_XVCR_ARQUIVO_NAO_EXISTE,
     // E_XVCR_POSICAO_LEITURA_SUPERIOR_QUANTIDADE_ARQUIVO; then the text is empty.
     HRESULT Le(XVUInt uiPosicao, std::string& sTexto) const;
+    HRESULT Le(XVUInt uiPosicao, std::string* psTexto) const { return Le(uiPosicao, *psTexto); }
 
     // Store one text, or a run of texts that belong together. uiPosicao in: the run's present position or 0;
     // out: where it stands now. An unchanged run is not written and keeps its position.

@@ -45,9 +45,8 @@ HRESULT CXVTextFile::CarregaNovos() {
         m_listaBlocos.emplace_back(new char[uiNovos]);
         erro = arquivo.Le(uiInicio, m_listaBlocos.back().get(), uiNovos);
     }
-    if (!erro.Ok()) XV_CHECK_TEXTO(CatchInicializacao(&erro), "CatchInicializacao(pEx)");
-    XV_CHECK_TEXTO(Recusa(InterpretaDados(m_listaBlocos.back().get(), m_uiFimCarregado, uiNovos)),
-                   "InterpretaDados(m_listaBlocos.back().get(), m_uiFimCarregado, uiNovos)");
+    if (const CXVErroArquivo* pEx = erro.GetFalha()) XV_CHECK(CatchInicializacao(pEx));
+    XV_CHECK(Recusa(InterpretaDados(m_listaBlocos.back().get(), m_uiFimCarregado, uiNovos)));
     m_uiFimCarregado += uiNovos;
     return S_OK;
 }
@@ -70,9 +69,7 @@ HRESULT CXVTextFile::LeVisto(XVUInt uiPosicao, std::string& sTexto) const {
                 erroLe = rMomento.Le(GetNomeArquivo(), uiInicio, sResto.data(), sResto.size());
             return erroLe;
         });
-        if (!erro.Ok())
-            XV_CHECK_TEXTO(const_cast<CXVTextFile*>(this)->CatchInicializacao(&erro),
-                           "CatchInicializacao(pEx)");
+        if (const CXVErroArquivo* pEx = erro.GetFalha()) XV_CHECK(CatchInicializacao(pEx));
         if (uiPosicao > uiQtd && BuscaTexto(sResto, uiPosicao - uiQtd - 1, sTexto)) return S_OK;
         if (uiResto <= k_uiMaiorResto && uiPosicao > uiQtd) break;
         // What a viewer keeps in memory is a copy of the disk: adding to it changes nothing.

@@ -2,12 +2,10 @@
 
 template <class TInterface, class TLogica>
 HRESULT T_XVUnknown<TInterface, TLogica>::ConstroiLogica() noexcept {
-    try {
+    return XVNaFronteira([this] {
         TrocaLogica(std::make_shared<TLogica>());
         return S_OK;
-    } catch (...) {
-        return XVTranslateThrownExceptionToHresult();
-    }
+    });
 }
 
 template <class TInterface, class TLogica>
@@ -56,8 +54,8 @@ HRESULT T_XVUnknown<TInterface, TLogica>::ExecutaQuadro(const SMetodoInterface& 
                                                         const std::shared_ptr<TLogica>& pLogica,
                                                         TCorpo&& fnCorpo) noexcept {
     CedeVez();
-    const XVTrapParametroInvalido trap({pLogica.get(), rMetodo.pszNomeCompleto, rMetodo.pszFonte,
-                                        rMetodo.iLinha, &CXVBaseParaRotinas::GetAcessoServidoresDefault});
+    const XVTrapParametroInvalido trap({pLogica.get(), rMetodo.pszNomeCompleto, rMetodo.fonte, rMetodo.iLinha,
+                                        &CXVBaseParaRotinas::GetAcessoServidoresDefault});
     const ProfilerScope escopo(pLogica.get(), rMetodo.pszClasse, rMetodo.pszFuncao, {{"hr", XVUInt64{0}}});
     const CXVBaseParaRotinas& rBase = *pLogica;
     std::optional<CXVAcessoDefault> acesso;
@@ -73,16 +71,16 @@ template <class TCorpo>
 HRESULT T_XVUnknown<TInterface, TLogica>::ExecutaCorpo(const SMetodoInterface& rMetodo, TLogica& rLogica,
                                                        TCorpo&& fnCorpo) noexcept {
     const CXVArquivosRecusados recusados;
-    HRESULT hr = S_OK;
-    try {
-        hr = fnCorpo(rLogica);
-        if (FAILED(hr)) [[unlikely]]
-            XVRegistraFalhaMetodo(hr, "pfInSEHFuncao()", rMetodo, rLogica);
-    } catch (...) {
-        hr = XVTranslateThrownExceptionToHresult();
-        XVRegistraFalhaMetodo(hr, "XVTranslateThrownExceptionToHresult()", rMetodo, rLogica);
-    }
-    return hr;
+    return XVNaFronteira(
+        [&] {
+            const HRESULT hr = fnCorpo(rLogica);
+            if (FAILED(hr)) [[unlikely]]
+                XVRegistraFalhaMetodo(hr, "pfInSEHFuncao()", rMetodo, rLogica);
+            return hr;
+        },
+        [&](HRESULT hr) {
+            XVRegistraFalhaMetodo(hr, "XVTranslateThrownExceptionToHresult()", rMetodo, rLogica);
+        });
 }
 
 // A component that was initialised anew meanwhile keeps its new logic object.
@@ -162,14 +160,12 @@ T_XVUnknown<TInterface, TLogica>::Inicializa_Padrao(const REG_DF_INICIALIZAPS* p
     const std::lock_guard trava(m_MutexInicializacao);
     std::shared_ptr<TLogica> pLogica = TomaLogica();
     if (pLogica == nullptr) return FAILED(m_hrConstruct) ? m_hrConstruct : E_XVCR_COMPONENTE_NAO_INICIALIZADO;
-    HRESULT hr = S_OK;
-    try {
-        hr = ValidaRegistro(reg, *pLogica);
-    } catch (...) {
-        XV_METODO_INTERFACE("Inicializa_Padrao");
-        hr = XVTranslateThrownExceptionToHresult();
-        XVRegistraFalhaMetodo(hr, "XVTranslateThrownExceptionToHresult()", metodoXV, *pLogica);
-    }
+    const HRESULT hr = XVNaFronteira(
+        [&] { return ValidaRegistro(reg, *pLogica); },
+        [&](HRESULT hrExcecao) {
+            XV_METODO_INTERFACE("Inicializa_Padrao");
+            XVRegistraFalhaMetodo(hrExcecao, "XVTranslateThrownExceptionToHresult()", metodoXV, *pLogica);
+        });
     if (FAILED(hr)) return hr;
     if (pLogica->EstaInicializado()) {
         // The old logic object ends with its last call; from here on calls find the new one, uninitialised.
@@ -206,28 +202,25 @@ HRESULT T_XVUnknown<TInterface, TLogica>::ValidaRegistro(const REG_DF_INICIALIZA
     constexpr int k_iLinhaEstrutura = 62;
     namespace Reg = CXVRegistroInicializacao;
     XV_METODO_INTERFACE("Inicializa_Padrao");
-    const auto recusa = [&](HRESULT hr, const char* pszCodigo, int iLinha) {
+    const auto naLinha = [&](int iLinha) {
         SMetodoInterface metodo = metodoXV;
         metodo.iLinha = iLinha;
-        XVRegistraFalhaMetodo(hr, pszCodigo, metodo, rLogica);
-        return hr;
+        return metodo;
     };
     if (!Reg::VersaoConfere(reg))
-        return recusa(E_XVCR_VERSAO_INCOMPATIVEL, "E_XVCR_VERSAO_INCOMPATIVEL", k_iLinhaVersao);
+        return XV_FALHA_METODO(E_XVCR_VERSAO_INCOMPATIVEL, naLinha(k_iLinhaVersao), rLogica);
     if (XVPlataforma::Registro()
             .LeNumero(k_sChaveRegistroSuite, "DesabilitaControleInicializacao")
             .value_or(0) == 0) {
         if (!Reg::CRCConfere(reg))
-            return recusa(E_XVCR_CRC_INICIALIZACAO_INVALIDO, "E_XVCR_CRC_INICIALIZACAO_INVALIDO",
-                          k_iLinhaCRC);
+            return XV_FALHA_METODO(E_XVCR_CRC_INICIALIZACAO_INVALIDO, naLinha(k_iLinhaCRC), rLogica);
         if (!Reg::EstruturaConfere(reg))
-            return recusa(E_XVCR_ESTRUTURA_INICIALIZACAO_INVALIDA, "E_XVCR_ESTRUTURA_INICIALIZACAO_INVALIDA",
-                          k_iLinhaEstrutura);
+            return XV_FALHA_METODO(E_XVCR_ESTRUTURA_INICIALIZACAO_INVALIDA, naLinha(k_iLinhaEstrutura),
+                                   rLogica);
     }
     // These hold even where the control is switched off: the texts are about to be read and name a directory.
     if (!Reg::TextosTerminados(reg))
-        return recusa(E_XVCR_ESTRUTURA_INICIALIZACAO_INVALIDA, "E_XVCR_ESTRUTURA_INICIALIZACAO_INVALIDA",
-                      k_iLinhaEstrutura);
-    if (!Reg::ChamadorAceito(reg)) return recusa(E_INVALIDARG, "ChamadorAceito(reg)", __LINE__);
+        return XV_FALHA_METODO(E_XVCR_ESTRUTURA_INICIALIZACAO_INVALIDA, naLinha(k_iLinhaEstrutura), rLogica);
+    if (!Reg::ChamadorAceito(reg)) return XV_FALHA_METODO(E_INVALIDARG, metodoXV, rLogica);
     return S_OK;
 }

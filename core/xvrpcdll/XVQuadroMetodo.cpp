@@ -1,14 +1,17 @@
 #include "core/xvrpcdll/XVQuadroMetodo.h"
 
+#include "support/faults/XVExcecoes.h"
+
 void XVRegistraFalhaMetodo(HRESULT hr, const char* pszExpressao, const SMetodoInterface& rMetodo,
                            CXVBaseParaRotinas& rBase) noexcept {
-    const SPontoFalha ponto{pszExpressao, rMetodo.pszClasse, rMetodo.pszFuncao, rMetodo.pszFonte,
+    const SPontoFalha ponto{pszExpressao, rMetodo.pszClasse, rMetodo.pszFuncao, rMetodo.fonte,
                             rMetodo.iLinha};
     XVIgnora(XVRegistraFalha(hr, ponto, &rBase));
     if (SUCCEEDED(hr)) return;
-    try {
-        rBase.GetUltimoErro().Registra(hr, rMetodo.pszNomeCompleto, rMetodo.pszFonte,
+    // The caller has the code, whatever becomes of its description.
+    XVIgnora(XVNaFronteira([&] {
+        rBase.GetUltimoErro().Registra(hr, rMetodo.pszNomeCompleto, rMetodo.fonte.pszUnidade,
                                        static_cast<XVUInt>(rMetodo.iLinha));
-    } catch (...) {  // the caller still has the code
-    }
+        return S_OK;
+    }));
 }

@@ -14,7 +14,7 @@ struct SMetodoInterface {
     const char* pszClasse;  // without "::"
     const char* pszFuncao;
     const char* pszNomeCompleto;  // "Classe::Funcao"
-    const char* pszFonte;
+    SFonteTrace fonte;
     int iLinha;
 };
 
@@ -48,6 +48,9 @@ constexpr bool XVEhResultadoFatal(HRESULT hr) {
 // Records a failed call in the error log and as the component's last error. rBase: in whose name.
 void XVRegistraFalhaMetodo(HRESULT hr, const char* pszExpressao, const SMetodoInterface& rMetodo,
                            CXVBaseParaRotinas& rBase) noexcept;
+
+// The result hr, recorded as that of a failed call under the text of its own name.
+#define XV_FALHA_METODO(hr, metodo, base) (XVRegistraFalhaMetodo((hr), #hr, (metodo), (base)), (hr))
 
 // "T_XVUnknown<struct IInterface,class CLogica>", composed at compile time.
 template <class TInterface, class TLogica>

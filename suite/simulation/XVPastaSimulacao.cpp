@@ -136,13 +136,13 @@ HRESULT CXVPastaSimulacao::LeCampos(std::string_view sNome, CXVDocumentoSimulaca
 HRESULT CXVPastaSimulacao::Grava(std::string_view sNome, const CXVDocumentoSimulacao& rDocumento) const {
     IXVSistemaArquivos& rSistema = XVPlataforma::SistemaArquivos();
     const std::string sTemporario = Caminho("", NomeTemporario());
-    HRESULT hr = GravaArquivo(sTemporario, rDocumento.Monta());
+    HRESULT hr = XV_REGISTRA_DONO(&m_rDono, GravaArquivo(sTemporario, rDocumento.Monta()));
     if (SUCCEEDED(hr))
-        hr = XVCodigoArquivo(
-            ComTentativas([&] { return rSistema.Substitui(sTemporario, Caminho("", sNome)); }));
+        hr = XV_REGISTRA_DONO(&m_rDono, XVCodigoArquivo(ComTentativas([&] {
+            return rSistema.Substitui(sTemporario, Caminho("", sNome));
+        })));
     if (FAILED(hr)) rSistema.Apaga(sTemporario).Ignora();
-    XV_CHECK_TEXTO_DONO(&m_rDono, hr, "Grava(sNome, rDocumento)");
-    return S_OK;
+    return hr;
 }
 
 HRESULT CXVPastaSimulacao::LeContador(XVUInt64* puiChave) const {

@@ -257,9 +257,9 @@ HRESULT CXVProvedorSimulacao::Localiza(const IXVDF_Profiler& rDono, const CXVPas
     if (uiChave == 0) return S_OK;
     const std::string sNome = CXVPastaSimulacao::NomeDocumento(uiChave);
     CXVDocumentoSimulacao documento;
-    const HRESULT hr = rPasta.Le("", sNome, &documento);
-    if (hr == eFileNotFound || hr == eBadPath) return S_OK;
-    XV_CHECK_TEXTO_DONO(&rDono, hr, "rPasta.Le(sNome, &documento)");
+    const HRESULT hrLeDocumento = rPasta.Le("", sNome, &documento);
+    if (hrLeDocumento == eFileNotFound || hrLeDocumento == eBadPath) return S_OK;
+    XV_CHECK_DONO(&rDono, hrLeDocumento);
     std::string sErro;
     if (!pDocumento->Interpreta(documento, true, &sErro)) return rPasta.Recusa(sNome, sErro);
     *puiChave = uiChave;

@@ -61,6 +61,10 @@ SCodigoArquivo DeExcecao(ECausaArquivo eCausa) {
     return De(Contem(k_aOutras, eCausa) ? ECausaArquivo::eGenerica : eCausa);
 }
 
+HRESULT CodigoDeExcecao(const CXVErroArquivo& rErro) {
+    return rErro.Ok() ? S_OK : DeExcecao(rErro.GetCausa()).hr;
+}
+
 SCodigoArquivo DeAberturaImediata(ECausaArquivo eCausa) {
     constexpr ECausaArquivo k_aImediatas[] = {
         ECausaArquivo::eCaminhoInvalido, ECausaArquivo::eArquivoInvalido, ECausaArquivo::eDiretorioCheio};

@@ -14,6 +14,8 @@ namespace XVCodigosArquivo {
 SCodigoArquivo De(ECausaArquivo eCausa);
 // While reading or writing an open file, where only some causes can occur; others are eXVGenericError.
 SCodigoArquivo DeExcecao(ECausaArquivo eCausa);
+// The same of an operation's result; S_OK for success.
+HRESULT CodigoDeExcecao(const CXVErroArquivo& rErro);
 // A failed opening: causes that end it at once; null name: try again.
 SCodigoArquivo DeAberturaImediata(ECausaArquivo eCausa);
 // A failed opening after the last attempt.

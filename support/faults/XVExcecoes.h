@@ -67,3 +67,20 @@ class CXVExceptionEx {
 // The HRESULT of the exception in flight. Precondition: called inside a catch handler. A CException caught
 // by pointer has ended its life afterwards.
 HRESULT XVTranslateThrownExceptionToHresult() noexcept;
+
+// The boundary that no exception passes, which every way into this process from outside has: runs operacao,
+// and what it throws becomes the HRESULT. fnExcecao(hr) is told of an exception and may not throw itself.
+template <class TOperacao, class TExcecao>
+HRESULT XVNaFronteira(TOperacao&& operacao, TExcecao&& fnExcecao) noexcept {
+    try {
+        return operacao();
+    } catch (...) {
+        const HRESULT hr = XVTranslateThrownExceptionToHresult();
+        fnExcecao(hr);
+        return hr;
+    }
+}
+template <class TOperacao>
+HRESULT XVNaFronteira(TOperacao&& operacao) noexcept {
+    return XVNaFronteira(operacao, [](HRESULT) {});
+}

@@ -32,33 +32,26 @@ void ChamaTratamento(const SMetodoTrap& rMetodo, HRESULT hr, const std::string& 
     const auto pTrata = biblioteca.GetFuncao<PFuncaoXVTrataErro>(k_pszXVTrataErroExported);
     if (pTrata == nullptr) return;
     const std::string sServidor = rMetodo.pGetServidor != nullptr ? rMetodo.pGetServidor() : std::string();
-    pTrata(E_XVCR_PARAMETRO_INVALIDO_RUNTIME, hr, 0x7FFFFFFF, sServidor.c_str(), rMetodo.pszFonte,
+    pTrata(E_XVCR_PARAMETRO_INVALIDO_RUNTIME, hr, 0x7FFFFFFF, sServidor.c_str(), rMetodo.fonte.pszUnidade,
            rMetodo.iLinha, 1, 0, XVAmbienteSO::GetCaminhoExecutavel().c_str(), sTexto.c_str());
 }
 
 void RegistraETrata(const SMetodoTrap& rMetodo, HRESULT hr, const SParametroInvalido& rParametro) {
     const std::string sTexto = Texto(rParametro);
-    XVProfiler::RecordError(rMetodo.pDono, rMetodo.pszFuncao, rMetodo.pszFonte, rMetodo.iLinha, "%s",
+    XVProfiler::RecordError(rMetodo.pDono, rMetodo.pszFuncao, rMetodo.fonte, rMetodo.iLinha, "%s",
                             sTexto.c_str());
     ChamaTratamento(rMetodo, hr, sTexto);
 }
 
-std::string ComoUtf8(const wchar_t* psz) {
-    return XVTextoDeLargo(psz);
-}
-std::string ComoUtf8(const char* psz) {
-    return psz != nullptr ? psz : "";
-}
-
 // Whatever the treatment does, the method ends with hr. The trap is disarmed meanwhile: a parameter that
 // the treatment itself passes wrongly ends the treatment instead of starting another.
-template <class TCaractere>
-[[noreturn]] void Dispara(HRESULT hr, const TCaractere* pszExpressao, const TCaractere* pszFuncao,
-                          const TCaractere* pszArquivo, unsigned uiLinha) {
+[[noreturn]] void Dispara(HRESULT hr, const wchar_t* pszExpressao, const wchar_t* pszFuncao,
+                          const wchar_t* pszArquivo, unsigned uiLinha) {
     if (XVTrapParametroInvalido* const pTrap = std::exchange(g_pTrapAtual, nullptr)) {
         try {
             RegistraETrata(pTrap->GetMetodo(), hr,
-                           {ComoUtf8(pszExpressao), ComoUtf8(pszFuncao), ComoUtf8(pszArquivo), uiLinha});
+                           {XVTextoDeLargo(pszExpressao), XVTextoDeLargo(pszFuncao),
+                            XVTextoDeLargo(pszArquivo), uiLinha});
         } catch (...) {  // the method's result is not the treatment's
         }
         g_pTrapAtual = pTrap;
@@ -83,11 +76,6 @@ XVTrapParametroInvalido::~XVTrapParametroInvalido() {
 }
 
 void XVParametroInvalido(const wchar_t* pszExpressao, const wchar_t* pszFuncao, const wchar_t* pszArquivo,
-                         unsigned uiLinha) {
-    Dispara(XVHResultDoErrnoAtual(), pszExpressao, pszFuncao, pszArquivo, uiLinha);
-}
-
-void XVParametroInvalido(const char* pszExpressao, const char* pszFuncao, const char* pszArquivo,
                          unsigned uiLinha) {
     Dispara(XVHResultDoErrnoAtual(), pszExpressao, pszFuncao, pszArquivo, uiLinha);
 }

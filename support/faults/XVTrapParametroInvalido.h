@@ -1,21 +1,21 @@
 // The invalid-parameter trap of an interface method: while it lives, a parameter refused by the C runtime
-// (where the runtime offers the hook) or by XV_EXIGE ends the method with the HRESULT of errno.
+// (where the runtime offers the hook) or by XVParametroInvalido ends the method with the HRESULT of errno.
 //
 // The trap calls the treatment library "XVMens" when there is one, leaves an error record and throws the
 // HRESULT as a long, which XVTranslateThrownExceptionToHresult turns back. Traps of one thread nest.
 #pragma once
 
-#include <cerrno>
 #include <string>
 
 #include "platform/XVGanchoParametroInvalido.h"
 #include "support/trace/IXVDF_Profiler.h"
+#include "support/trace/XVFonteTrace.h"
 
 // The method that installs the trap. The texts live as long as it.
 struct SMetodoTrap {
     const IXVDF_Profiler* pDono = nullptr;  // of the error record, may be null
     const char* pszFuncao = "";             // full name of the method
-    const char* pszFonte = "";              // its source unit
+    SFonteTrace fonte = "";                 // its source unit
     int iLinha = 0;
     std::string (*pGetServidor)() = nullptr;  // name of the default server; null: none
 };
@@ -39,14 +39,3 @@ class XVTrapParametroInvalido {
 // may be null.
 [[noreturn]] void XVParametroInvalido(const wchar_t* pszExpressao, const wchar_t* pszFuncao,
                                       const wchar_t* pszArquivo, unsigned uiLinha);
-[[noreturn]] void XVParametroInvalido(const char* pszExpressao, const char* pszFuncao, const char* pszArquivo,
-                                      unsigned uiLinha);
-
-// A condition on parameters that every path must meet: springs the trap with EINVAL when it does not.
-#define XV_EXIGE(condicao)                                                                          \
-    do {                                                                                            \
-        if (!(condicao)) [[unlikely]] {                                                             \
-            errno = EINVAL;                                                                         \
-            XVParametroInvalido(#condicao, static_cast<const char*>(__func__), __FILE__, __LINE__); \
-        }                                                                                           \
-    } while (false)

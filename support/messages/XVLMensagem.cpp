@@ -5,19 +5,12 @@
 #include <type_traits>
 
 #include "support/messages/XVMensagens.h"
+#include "support/values/XVTextoUtf8.h"
 
 namespace {
 
 // Facility of the component's own codes (0x8108....).
 constexpr XVUInt k_ulFacilitySuite = 0x108;
-
-// Length of the longest start of sTexto of at most uiMaximo bytes that ends between two characters.
-std::size_t CorteUtf8(std::string_view sTexto, std::size_t uiMaximo) {
-    if (sTexto.size() <= uiMaximo) return sTexto.size();
-    std::size_t uiCorte = uiMaximo;
-    while (uiCorte > 0 && (static_cast<unsigned char>(sTexto[uiCorte]) & 0xC0U) == 0x80U) --uiCorte;
-    return uiCorte;
-}
 
 }  // namespace
 
@@ -30,7 +23,7 @@ XVUInt XVGetDescricaoHRESULT(HRESULT hr, char* pszTexto, XVUInt ulTamanho) {
     const SMensagemCodigo* pMensagem = XVBuscaMensagem(hr);
     const std::string_view sTexto = pMensagem != nullptr ? pMensagem->sDescricao : std::string_view();
     if (pszTexto == nullptr || ulTamanho == 0) return static_cast<XVUInt>(sTexto.size());
-    const std::size_t uiCopia = CorteUtf8(sTexto, ulTamanho - 1);
+    const std::size_t uiCopia = XVCorteUtf8(sTexto, ulTamanho - 1);
     sTexto.copy(pszTexto, uiCopia);
     pszTexto[uiCopia] = '\0';
     return static_cast<XVUInt>(uiCopia);

@@ -29,14 +29,11 @@ std::string MontaMensagem(HRESULT hr, const char* pszExpressao) {
 
 // Precondition: hr is a failure.
 void Registra(HRESULT hr, const SPontoFalha& rPonto, const IXVDF_Profiler* pDono) noexcept {
-    const CXVGuardaRegistro guarda;
-    if (!guarda.Obtida()) return;
-    try {
+    XVGravaSemFalhar([&] {
         XVProfilerErro::Grava({pDono, XVProfilerErro::NomeCompleto(rPonto.pszClasse, rPonto.pszFuncao),
-                               rPonto.pszFonte, rPonto.iLinha, hr, rPonto.pszExpressao},
+                               rPonto.fonte, rPonto.iLinha, hr, rPonto.pszExpressao},
                               MontaMensagem(hr, rPonto.pszExpressao));
-    } catch (...) {  // recording never fails outward
-    }
+    });
 }
 
 }  // namespace
@@ -46,7 +43,7 @@ HRESULT XVRegistraFalha(HRESULT hr, const SPontoFalha& rPonto, const IXVDF_Profi
     return hr;
 }
 
-HRESULT CheckHr(HRESULT hr, const char* pszExpressao, const char* pszFuncao, const char* pszFonte, int iLinha,
+HRESULT CheckHr(HRESULT hr, const char* pszExpressao, const char* pszFuncao, SFonteTrace fonte, int iLinha,
                 const IXVDF_Profiler* pDono) noexcept {
-    return XVRegistraFalha(hr, {pszExpressao, "", pszFuncao, pszFonte, iLinha}, pDono);
+    return XVRegistraFalha(hr, {pszExpressao, "", pszFuncao, fonte, iLinha}, pDono);
 }

@@ -42,47 +42,32 @@ namespace Interno {
 
 void VerificaRecarga() noexcept {
     if (!XVProfilerConfig::EstaVencida()) return;
-    const CXVGuardaRegistro guarda;
-    if (!guarda.Obtida()) return;
-    try {
-        XVProfilerConfig::GetAtual();
-    } catch (...) {  // out of memory: the configuration stays as it is
-    }
+    XVGravaSemFalhar([&] { XVProfilerConfig::GetAtual(); });
 }
 
 }  // namespace Interno
 
 void RecarregaConfiguracao() noexcept {
-    const CXVGuardaRegistro guarda;
-    if (!guarda.Obtida()) return;
-    try {
-        XVProfilerConfig::Recarrega();
-    } catch (...) {  // as above
-    }
+    XVGravaSemFalhar([&] { XVProfilerConfig::Recarrega(); });
 }
 
 XVUInt64 GetRegistrosPerdidos() {
     return XVProfilerSaida::GetPerdidos();
 }
 
-void RecordError(const IXVDF_Profiler* pDono, const char* pszFuncao, const char* pszFonte, int iLinha,
+void RecordError(const IXVDF_Profiler* pDono, const char* pszFuncao, SFonteTrace fonte, int iLinha,
                  const char* pszFormato, ...) noexcept {
-    const CXVGuardaRegistro guarda;
-    if (!guarda.Obtida()) return;
     std::va_list argumentos;
     va_start(argumentos, pszFormato);
-    try {
-        XVProfilerErro::Grava({pDono, pszFuncao, pszFonte, iLinha, 0, {}}, Formata(pszFormato, argumentos));
-    } catch (...) {  // recording never fails outward
-    }
+    XVGravaSemFalhar([&] {
+        XVProfilerErro::Grava({pDono, pszFuncao, fonte, iLinha, 0, {}}, Formata(pszFormato, argumentos));
+    });
     va_end(argumentos);
 }
 
 void RecordCoCreate(const IXVDF_Profiler* pDono, const char* pszFuncao, std::string_view sProgID,
                     std::string_view sModulo, HRESULT hrResultado) noexcept {
-    const CXVGuardaRegistro guarda;
-    if (!guarda.Obtida()) return;
-    try {
+    XVGravaSemFalhar([&] {
         const auto pConfiguracao = XVProfilerConfig::GetAtual();
         if (!pConfiguracao->bCoCreateInstance ||
             !XVProfilerFiltro::DeveLogarProcesso(*pConfiguracao, XVProfilerRegistro::GetNomeProcesso()))
@@ -94,8 +79,7 @@ void RecordCoCreate(const IXVDF_Profiler* pDono, const char* pszFuncao, std::str
                                     {"Modulo", std::string(sModulo)},
                                     {"Resultado", Hexadecimal(hrResultado)}};
         XVProfilerSaida::Escreve(*pConfiguracao, registro);
-    } catch (...) {  // recording never fails outward
-    }
+    });
 }
 
 }  // namespace XVProfiler

@@ -12,6 +12,7 @@
 #include "platform/XVAmostraRelogio.h"
 #include "platform/XVTipos.h"
 #include "support/trace/IXVDF_Profiler.h"
+#include "support/trace/XVFonteTrace.h"
 
 // A named parameter of a scope: a text or an unsigned number, formatted only when a record is written.
 // A text must live as long as the scope.
@@ -51,8 +52,9 @@ void RecarregaConfiguracao() noexcept;
 // Records of this process that were dropped because their file could not be opened or written.
 XVUInt64 GetRegistrosPerdidos();
 
-// Writes one error record (always, whatever log.ini says): pszFuncao and pszFonte as the trace spells them.
-void RecordError(const IXVDF_Profiler* pDono, const char* pszFuncao, const char* pszFonte, int iLinha,
+// Writes one error record (always, whatever log.ini says): pszFuncao, fonte and iLinha as the trace
+// spells them.
+void RecordError(const IXVDF_Profiler* pDono, const char* pszFuncao, SFonteTrace fonte, int iLinha,
                  const char* pszFormato, ...) noexcept
 #if defined(__clang__)
     __attribute__((format(printf, 5, 6)))

@@ -22,8 +22,8 @@ const SVersoes& Versoes() {
 bool Captura(const SErroTrace& rErro, const std::string& sMensagem) {
     CXVCapturaTrace* pCaptura = CXVCapturaTrace::GetAtual();
     if (pCaptura == nullptr) return true;
-    pCaptura->Inclui(
-        {rErro.hr, std::string(rErro.sExpressao), rErro.sFuncao, rErro.pszFonte, rErro.iLinha, sMensagem});
+    pCaptura->Inclui({rErro.hr, std::string(rErro.sExpressao), rErro.sFuncao, rErro.fonte.pszUnidade,
+                      rErro.iLinha, sMensagem});
     return !pCaptura->EhSomenteCaptura();
 }
 
@@ -38,9 +38,11 @@ void Grava(const SErroTrace& rErro, const std::string& sMensagem) {
     registro.uiMemoriaFim = registro.uiMemoriaInicio = XVAmbienteSO::GetMemoriaPrivadaProcesso();
     registro.sClasseFuncao = rErro.sFuncao;
     registro.sGuid = XVAmbienteSO::NovoGuid();
+    registro.sArquivoFonte = rErro.fonte.pszArquivo;
+    registro.iLinhaFonte = rErro.fonte.iLinha;
     registro.listaParametros = {{"VersaoTelvo", Versoes().sExecutavel},
                                 {"VersaoSO", Versoes().sSistema},
-                                {"Arquivo", rErro.pszFonte},
+                                {"Arquivo", rErro.fonte.pszUnidade},
                                 {"Linha", std::to_string(rErro.iLinha)},
                                 {"Log", sMensagem}};
     XVProfilerSaida::Escreve(*pConfiguracao, registro);

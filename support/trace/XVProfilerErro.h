@@ -6,11 +6,12 @@
 
 #include "platform/XVTipos.h"
 #include "support/trace/IXVDF_Profiler.h"
+#include "support/trace/XVFonteTrace.h"
 
 struct SErroTrace {
     const IXVDF_Profiler* pDono = nullptr;
     std::string sFuncao;  // full name
-    const char* pszFonte = "";
+    SFonteTrace fonte;
     int iLinha = 0;
     HRESULT hr = 0;               // of a check
     std::string_view sExpressao;  // of a check

@@ -31,9 +31,7 @@ struct ProfilerScope::SRegistroEscopo {
 
 void ProfilerScope::Entra(const IXVDF_Profiler* pDono, const char* pszClasse, const char* pszFuncao,
                           std::initializer_list<SParametroTrace> listaParametros) noexcept {
-    const CXVGuardaRegistro guarda;
-    if (!guarda.Obtida()) return;
-    try {
+    XVGravaSemFalhar([&] {
         const auto pConfiguracao = XVProfilerConfig::GetAtual();
         if (!pConfiguracao->bEntrada && !pConfiguracao->bSaida) return;
         std::string sFuncao = XVProfilerErro::NomeCompleto(pszClasse, pszFuncao);
@@ -50,15 +48,12 @@ void ProfilerScope::Entra(const IXVDF_Profiler* pDono, const char* pszClasse, co
         rRegistro.uiMemoriaFim = rRegistro.uiMemoriaInicio;
         if (pConfiguracao->bEntrada) XVProfilerSaida::Escreve(*pConfiguracao, rRegistro);
         if (pConfiguracao->bSaida) m_pRegistro = pEscopo.release();
-    } catch (...) {  // recording never fails outward
-    }
+    });
 }
 
 void ProfilerScope::Sai() noexcept {
     const std::unique_ptr<SRegistroEscopo> pEscopo(std::exchange(m_pRegistro, nullptr));
-    const CXVGuardaRegistro guarda;
-    if (!guarda.Obtida()) return;
-    try {
+    XVGravaSemFalhar([&] {
         const auto pConfiguracao = XVProfilerConfig::GetAtual();
         SProfilerRegistro& rRegistro = pEscopo->registro;
         if (!pConfiguracao->bSaida || !PassaFiltros(*pConfiguracao, rRegistro.sClasseFuncao)) return;
@@ -67,6 +62,5 @@ void ProfilerScope::Sai() noexcept {
         if (pConfiguracao->bPerformance) rRegistro.ulTicksFim = XVPlataforma::Relogio().GetTicks();
         if (pConfiguracao->bMemory) rRegistro.uiMemoriaFim = XVAmbienteSO::GetMemoriaPrivadaProcesso();
         XVProfilerSaida::Escreve(*pConfiguracao, rRegistro);
-    } catch (...) {  // recording never fails outward
-    }
+    });
 }

@@ -1,5 +1,5 @@
-// Marks that this thread is writing a record, so that a failure on the way is not recorded in turn, and
-// keeps the thread's last system error meanwhile.
+// The boundary of recording: what writes a record runs behind it. It marks that this thread is writing one,
+// so that a failure on the way is not recorded in turn, and keeps the thread's last system error.
 #pragma once
 
 #include "platform/XVUltimoErroSistema.h"
@@ -21,3 +21,15 @@ class CXVGuardaRegistro {
     CXVPreservaUltimoErro m_ultimoErro;
     bool m_bObtida;
 };
+
+// Runs gravacao unless this thread is inside another one. Recording never fails outward: an exception, which
+// is a lack of memory, costs the record and nothing else.
+template <class TGravacao>
+void XVGravaSemFalhar(TGravacao gravacao) noexcept {
+    const CXVGuardaRegistro guarda;
+    if (!guarda.Obtida()) return;
+    try {
+        gravacao();
+    } catch (...) {  // see above
+    }
+}

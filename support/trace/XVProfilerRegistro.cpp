@@ -21,8 +21,9 @@ constexpr std::string_view k_sCabecalhoProfiler = "Duracao\tDeltaMemoria";
 constexpr std::string_view k_sCabecalhoErro = "VersaoTelvo\tVersaoSO\tArquivo\tLinha\tLog";
 
 constexpr std::size_t k_uiMaximoParametros = 9;
-// Columns between the thread id and the type that stay empty: UsuarioDominio to the second Filler.
-constexpr std::size_t k_uiColunasVagas = 8;
+// Columns that stay empty: UsuarioDominio, Aplicativo and ModuleName; WTS and the two called Filler.
+constexpr std::size_t k_uiVagasAntesDaFonte = 3;
+constexpr std::size_t k_uiVagasDepoisDaFonte = 3;
 
 std::size_t ContaTabs(std::string_view sTexto) {
     return static_cast<std::size_t>(std::count(sTexto.begin(), sTexto.end(), '\t'));
@@ -119,7 +120,13 @@ void CamposSessao(CLinha& rLinha, const SProfilerRegistro& rRegistro) {
     donos();
     rLinha.CampoFormatado("T%08u", static_cast<unsigned>(XVAmbienteSO::GetIdThread()));
     donos();
-    for (std::size_t i = 0; i < k_uiColunasVagas; ++i) rLinha.Campo({});
+}
+
+void CamposFonte(CLinha& rLinha, const SProfilerRegistro& rRegistro) {
+    for (std::size_t i = 0; i < k_uiVagasAntesDaFonte; ++i) rLinha.Campo({});
+    rLinha.Campo(rRegistro.sArquivoFonte);
+    rLinha.Campo(rRegistro.sArquivoFonte.empty() ? std::string() : std::to_string(rRegistro.iLinhaFonte));
+    for (std::size_t i = 0; i < k_uiVagasDepoisDaFonte; ++i) rLinha.Campo({});
 }
 
 void CamposComuns(CLinha& rLinha, const SProfilerRegistro& rRegistro) {
@@ -131,6 +138,7 @@ void CamposComuns(CLinha& rLinha, const SProfilerRegistro& rRegistro) {
         .Campo(rRegistro.sClasseFuncao)
         .Campo(rRegistro.sGuid);
     CamposSessao(rLinha, rRegistro);
+    CamposFonte(rLinha, rRegistro);
     const XVAmbienteSO::SMemoriaMaquina memoria = XVAmbienteSO::GetMemoriaMaquina();
     rLinha.Campo(PalavraTipo(rRegistro.eTipo))
         .CampoFormatado("%" PRIu64, memoria.uiDisponivel)

@@ -22,6 +22,8 @@ struct SProfilerRegistro {
     std::string_view sProcesso;
     std::string_view sUsuarioLocal;
     std::string sClasseFuncao;
+    std::string_view sArquivoFonte;  // of an error; constant data
+    int iLinhaFonte = 0;
     std::string sGuid;  // empty: entry and exit are not paired
     std::vector<std::pair<std::string_view, std::string>> listaParametros;  // the first nine are written
     XVUInt ulTicksInicio = 0;                                               // milliseconds, wrapping

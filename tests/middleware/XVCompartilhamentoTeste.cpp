@@ -94,7 +94,7 @@ TEST_F(CXVCompartilhamentoTest, StoreThatAnotherProcessHoldsIsRefusedAndLeavesNo
     CBaseMiddleware loja;
     EXPECT_EQ(loja.Inicializa(&m_Dono), eSharingViolation);
     EXPECT_EQ(m_Arquivos.GetQuantidadeAberta(), 1U);
-    EXPECT_TRUE(m_Captura.Contem("m_pDataBase->Inicializa(this)"));
+    EXPECT_TRUE(m_Captura.Contem("m_pLoja->dataBase.Inicializa(this)"));
     pAlheio.reset();
     EXPECT_EQ(loja.Inicializa(&m_Dono), S_OK) << "the same object, once the other one has gone";
     EXPECT_EQ(XVBusca(loja).size(), 1U);

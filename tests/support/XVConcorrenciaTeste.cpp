@@ -18,6 +18,7 @@ constexpr int k_iProcessos = 4;
 constexpr int k_iThreads = 8;
 constexpr int k_iRegistros = 25;
 constexpr std::size_t k_uiColunasErro = 39;
+constexpr std::size_t k_uiColunaArquivoFonte = 16;
 constexpr std::size_t k_uiColunaLog = 29;
 
 std::string Comando(const CXVDiretorioTeste& rDiretorio, int iProcesso) {
@@ -60,6 +61,7 @@ TEST(Concorrencia, NenhumaLinhaCortadaNenhumaPerdidaUmCabecalho) {
         for (std::size_t i = 1; i < linhas.size(); ++i) {
             ASSERT_EQ(linhas[i].size(), k_uiColunasErro);
             EXPECT_NE(linhas[i][0], "Data");
+            EXPECT_EQ(linhas[i][k_uiColunaArquivoFonte], "tests/support/XVEscreveTrace.cpp");
             expressoes.insert(linhas[i][k_uiColunaLog]);
         }
         uiLinhas += linhas.size() - 1;

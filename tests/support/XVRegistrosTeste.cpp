@@ -40,14 +40,28 @@ class CModelo : public CDonoTeste {
     }
     HRESULT Grava(HRESULT uiPosicao) {
         XV_ESCOPO({"uiPosicao", XVUInt64{12}}, {"sTexto", "valor"});
+        m_iLinhaGrava = __LINE__ + 1;
         XV_CHECK(Conta(uiPosicao));
         return S_OK;
+    }
+    enum class EPrimeira : std::uint8_t { eDaPrimeiraVez };
+    HRESULT ContaAPartirDe(EPrimeira, HRESULT hr, HRESULT) { return Conta(hr); }
+    HRESULT GravaDois(HRESULT uiPosicaoDoRegistroQueSeGrava) {
+        XV_CHECK(ContaAPartirDe(EPrimeira::eDaPrimeiraVez, uiPosicaoDoRegistroQueSeGrava,
+                                uiPosicaoDoRegistroQueSeGrava));
+        return S_OK;
+    }
+    HRESULT Fecha(HRESULT hrPrimeiro, HRESULT hrSegundo) {
+        const HRESULT hr = XV_REGISTRA(Conta(hrPrimeiro));
+        const HRESULT hrBase = XV_REGISTRA_SUPER(CModelo, Conta(hrSegundo));
+        return XVPrimeiraFalha(hr, hrBase);
     }
     HRESULT Recusa() {
         XV_FALHA(E_XVCR_ARQUIVO_NAO_EXISTE);
         return S_OK;
     }
     int m_iChamadas = 0;
+    int m_iLinhaGrava = 0;
 };
 using CModeloTeste = CModelo<REG_TESTE_V1>;
 
@@ -75,6 +89,30 @@ TEST(Check, AvaliaUmaVezERegistraExpressaoFuncaoFonteELinha) {
     EXPECT_GT(rFalha.iLinha, 0);
     EXPECT_EQ(modelo.Recusa(), E_XVCR_ARQUIVO_NAO_EXISTE);
     EXPECT_TRUE(captura.Contem("E_XVCR_ARQUIVO_NAO_EXISTE"));
+}
+
+TEST(Check, OTextoDeVariasLinhasEhODeUma) {
+    constexpr TXVTextoDeCodigo k_texto("m.Le( a, b ->c( \" ( d ) \" ), e[ 0 ] .f, x - > y < z )");
+    EXPECT_STREQ(k_texto.m_sz, "m.Le(a, b->c(\" ( d ) \"), e[0].f, x - > y < z)");
+    CModeloTeste modelo;
+    CXVCapturaTrace captura;
+    EXPECT_EQ(modelo.GravaDois(E_FAIL), E_FAIL);
+    EXPECT_TRUE(
+        captura.Contem("ContaAPartirDe(EPrimeira::eDaPrimeiraVez, uiPosicaoDoRegistroQueSeGrava, "
+                       "uiPosicaoDoRegistroQueSeGrava)"));
+}
+
+TEST(Check, OQueSegueARegistraEContinua) {
+    CModeloTeste modelo;
+    CXVCapturaTrace captura;
+    EXPECT_EQ(modelo.Fecha(E_FAIL, E_POINTER), E_FAIL);
+    ASSERT_EQ(captura.GetFalhas().size(), 2U);
+    EXPECT_EQ(captura.GetFalhas()[0].sExpressao, "Conta(hrPrimeiro)");
+    EXPECT_EQ(captura.GetFalhas()[1].sExpressao, "__super::Conta(hrSegundo)");
+    EXPECT_EQ(captura.GetFalhas()[1].sFuncao, "CModelo<struct REG_TESTE_V1>::Fecha");
+    EXPECT_EQ(modelo.Fecha(S_OK, E_POINTER), E_POINTER);
+    EXPECT_EQ(modelo.Fecha(S_OK, S_OK), S_OK);
+    EXPECT_EQ(captura.GetFalhas().size(), 3U);
 }
 
 TEST(Check, MensagemDecodificaOHResult) {
@@ -124,7 +162,9 @@ TEST(RegistroErro, LinhaTemTodasAsColunasDoCabecalho) {
     EXPECT_THAT(std::vector(r.begin() + 6, r.begin() + 9), ElementsAre("EACME", "U007", "S00000042"));
     EXPECT_EQ(r[9][0], 'T');
     EXPECT_THAT(std::vector(r.begin() + 10, r.begin() + 13), ElementsAre("EACME", "U007", "S00000042"));
-    for (std::size_t i = 13; i < k_uiColunaTipo; ++i) EXPECT_EQ(r[i], "") << i;
+    const std::string sLinhaFonte = std::to_string(modelo.m_iLinhaGrava);
+    EXPECT_THAT(std::vector(r.begin() + 13, r.begin() + k_uiColunaTipo),
+                ElementsAre("", "", "", "tests/support/XVRegistrosTeste.cpp", sLinhaFonte, "", "", ""));
     EXPECT_EQ(r[k_uiColunaTipo], "ERRO");
     for (std::size_t i = 22; i < 25; ++i) EXPECT_THAT(r[i], CasaCom("[0-9]+")) << i;
     EXPECT_THAT(r[25], CasaCom("VersaoTelvo = .*"));

@@ -122,7 +122,7 @@ TEST_F(Utilitarios, AuditoriaQueFalhaNaoDesfazADelecao) {
     CXVCapturaTrace captura;
     EXPECT_EQ(CXVDataBaseUtil::DeletaArquivo(&m_Dono, XV_DF, "A.dat", CXVDataBaseUtil::eRemoveDoControle),
               S_OK);
-    EXPECT_TRUE(captura.Contem("GetAcessoEmpresarial()->GravaLog(dadosLog)"));
+    EXPECT_TRUE(captura.Contem("base.GetAcessoEmpresarial()->GravaLog(dadosLog)"));
     EXPECT_FALSE(Existe("A.dat"));
 }
 
