@@ -15,7 +15,8 @@ std::string CodigoEmTexto(HRESULT hr);
 // for one that has none.
 std::string_view NomeDoCodigo(HRESULT hr);
 
-// What a code of the component or of a file operation means: one sentence in Portuguese; empty for others.
+// What a code of the component or a common one of the system means: one sentence in Portuguese; empty for
+// others.
 std::string_view FraseDoCodigo(HRESULT hr);
 
 // All three for a message: "0x81080AAA E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA: <sentence>". Where there is no

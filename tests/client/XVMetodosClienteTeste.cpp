@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <fstream>
 
+#include "support/trace/XVArquivoRecusado.h"
 #include "tests/client/XVPortaTeste.h"
 
 namespace {
@@ -214,9 +215,12 @@ TEST_F(CMetodosCliente, RecusaDaLojaDizOArquivoAoCliente) {
     const std::filesystem::path pasta = DiretorioEmpresa(sEmpresa);
     std::filesystem::create_directories(pasta);
     std::ofstream(pasta / "XVDATABASE_FILE_CTRL.dat", std::ios::binary) << "abc";
+    const CXVArquivosRecusados recusados;
     XVCliente::CXVCliente cliente;
     XVCliente::SUltimoErro erro;
     EXPECT_EQ(Conecta(cliente, {.sEmpresa = sEmpresa, .usUsuario = 7}), XVHResult(0x81080C5EU));
+    EXPECT_TRUE(recusados.GetPath(XVHResult(0x81080C5EU)).ends_with("XVDATABASE_FILE_CTRL.dat"))
+        << "noted for this thread, wherever the component is";
     ASSERT_EQ(cliente.GetUltimoErro(&erro), S_OK);
     EXPECT_EQ(erro.hrErro, XVHResult(0x81080C5EU));
     EXPECT_TRUE(erro.sMensagem.ends_with("XVDATABASE_FILE_CTRL.dat")) << erro.sMensagem;
