@@ -8,9 +8,6 @@
 #include "support/trace/XVProfiler.h"
 #include "support/values/XVCrc64.h"
 
-#define XV_LARGO_INTERNO(x) L##x
-#define XV_LARGO(x) XV_LARGO_INTERNO(x)
-
 namespace XVCliente {
 
 namespace {
