@@ -85,13 +85,13 @@ CXVAmbienteDiario::CXVAmbienteDiario(const std::string& sPasta)
         sPasta.empty() ? std::filesystem::temp_directory_path() : std::filesystem::path(sPasta);
     m_pasta = raiz / ("xvbench-" + XVAmbienteSO::NovoGuid());
     std::filesystem::create_directories(m_pasta);
-    XVPlataforma::TrocaRegistro(this);
+    XVPlataforma::TrocaRegistry(this);
     XVPlataforma::TrocaSistemaArquivos(m_pSemLogGeral.get());
 }
 
 CXVAmbienteDiario::~CXVAmbienteDiario() {
     XVPlataforma::TrocaSistemaArquivos(nullptr);
-    XVPlataforma::TrocaRegistro(nullptr);
+    XVPlataforma::TrocaRegistry(nullptr);
     std::error_code erro;
     std::filesystem::remove_all(m_pasta, erro);
 }

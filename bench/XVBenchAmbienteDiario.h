@@ -20,7 +20,7 @@ class CXVDonoBench final : public IXVDF_Profiler {
     std::string m_sEmpresa;
 };
 
-class CXVAmbienteDiario final : public IXVRegistro {
+class CXVAmbienteDiario final : public IXVRegistry {
   public:
     // sPasta: where the fresh directory is made; empty: the system's place for temporary files.
     explicit CXVAmbienteDiario(const std::string& sPasta);

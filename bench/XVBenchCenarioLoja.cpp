@@ -51,14 +51,14 @@ CXVAmbienteBench::CXVAmbienteBench(const SOpcoesBench& rOpcoes) : m_opcoes(rOpco
         m_bRemove = true;
     }
     std::filesystem::create_directories(m_pasta / "BENCH" / "DF");
-    XVPlataforma::TrocaRegistro(this);
+    XVPlataforma::TrocaRegistry(this);
     XVPlataforma::TrocaRelogio(this);
     s_pInstancia = this;
 }
 
 CXVAmbienteBench::~CXVAmbienteBench() {
     XVPlataforma::TrocaRelogio(nullptr);
-    XVPlataforma::TrocaRegistro(nullptr);
+    XVPlataforma::TrocaRegistry(nullptr);
     std::error_code erro;
     if (m_bRemove) std::filesystem::remove_all(m_pasta, erro);
 }

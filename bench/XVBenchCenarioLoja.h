@@ -15,7 +15,7 @@ struct SOpcoesBench {
     std::string sPasta;   // empty: a fresh one of the temporary directory, removed at the end
 };
 
-class CXVAmbienteBench final : public IXVRegistro, public IXVRelogio, public IXVDF_Profiler {
+class CXVAmbienteBench final : public IXVRegistry, public IXVRelogio, public IXVDF_Profiler {
   public:
     explicit CXVAmbienteBench(const SOpcoesBench& rOpcoes);
     ~CXVAmbienteBench() override;

@@ -14,21 +14,21 @@
 namespace {
 
 // The module directory of the benchmark: a fresh one of the local disk.
-class CRegistroBench final : public IXVRegistro {
+class CRegistryBench final : public IXVRegistry {
   public:
-    CRegistroBench()
+    CRegistryBench()
         : m_diretorio(std::filesystem::temp_directory_path() / ("xvbench-" + XVAmbienteSO::NovoGuid())) {
         std::filesystem::create_directories(m_diretorio);
-        XVPlataforma::TrocaRegistro(this);
+        XVPlataforma::TrocaRegistry(this);
         XVProfiler::RecarregaConfiguracao();
     }
-    ~CRegistroBench() override {
-        XVPlataforma::TrocaRegistro(nullptr);
+    ~CRegistryBench() override {
+        XVPlataforma::TrocaRegistry(nullptr);
         std::error_code erro;
         std::filesystem::remove_all(m_diretorio, erro);
     }
-    CRegistroBench(const CRegistroBench&) = delete;
-    CRegistroBench& operator=(const CRegistroBench&) = delete;
+    CRegistryBench(const CRegistryBench&) = delete;
+    CRegistryBench& operator=(const CRegistryBench&) = delete;
     std::optional<std::string> LeTexto(std::string_view, std::string_view sValor) override {
         return sValor == "Path" ? std::optional(m_diretorio.string()) : std::nullopt;
     }
@@ -39,7 +39,7 @@ class CRegistroBench final : public IXVRegistro {
 };
 
 void PreparaDiretorio() {
-    static CRegistroBench s_registro;
+    static CRegistryBench s_registro;
 }
 
 class CClasseBench : public IXVDF_Profiler {

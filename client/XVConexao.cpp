@@ -42,7 +42,7 @@ bool MontaRegistroInicializacao(const SIdentificacao& rIdentificacao, REG_DF_INI
                         CopiaTexto(Ou(rIdentificacao.sModulo, sPrograma), pReg->szModulo) &&
                         CopiaTexto(Ou(rIdentificacao.sIdentificacao, sPrograma), pReg->szIdentificacao) &&
                         CopiaTexto(sUsuario, pReg->szUsuarioLocal);
-    CXVRegistroInicializacao::Sela(pReg);
+    XVRegistroInicializacao::Sela(pReg);
     return bCoube;
 }
 

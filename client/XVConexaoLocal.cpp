@@ -3,7 +3,7 @@
 #include <functional>
 
 #include "client/XVConexao.h"
-#include "client/XVRegistroComDiretorio.h"
+#include "client/XVRegistryComDiretorio.h"
 #include "core/xvrpcdll/XVComponenteMiddleware.h"
 
 namespace XVCliente {

@@ -17,7 +17,7 @@ bool Terminado(const char (&szTexto)[N]) {
 
 }  // namespace
 
-namespace CXVRegistroInicializacao {
+namespace XVRegistroInicializacao {
 
 void Sela(REG_DF_INICIALIZAPS* pReg) {
     pReg->usVersao = k_usVersaoRegistroInicializacao;
@@ -47,4 +47,4 @@ bool ChamadorAceito(const REG_DF_INICIALIZAPS& reg) {
     return GetUsuario(reg) != k_usUsuarioConversao && CAmbienteXV::EhEmpresaValida(GetEmpresa(reg));
 }
 
-}  // namespace CXVRegistroInicializacao
+}  // namespace XVRegistroInicializacao

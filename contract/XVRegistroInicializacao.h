@@ -30,7 +30,7 @@ inline constexpr char k_cMarcaRegistroInicializacao = 'B';
 // The user that conversions work as; no client may be it.
 inline constexpr XVUShort k_usUsuarioConversao = 65535;
 
-namespace CXVRegistroInicializacao {
+namespace XVRegistroInicializacao {
 
 // Writes version, marker and, last, the CRC. Every other field must be set before.
 void Sela(REG_DF_INICIALIZAPS* pReg);
@@ -52,4 +52,4 @@ inline XVUShort GetUsuario(const REG_DF_INICIALIZAPS& reg) {
     return static_cast<XVUShort>(reg.ulUsuario);
 }
 
-}  // namespace CXVRegistroInicializacao
+}  // namespace XVRegistroInicializacao

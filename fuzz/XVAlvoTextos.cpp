@@ -4,7 +4,7 @@
 #include <string>
 
 #include "fuzz/XVBancadaFuzz.h"
-#include "platform/XVRegistroTexto.h"
+#include "platform/XVRegistryTexto.h"
 #include "suite/simulation/XVDocumentoSimulacao.h"
 #include "support/trace/XVPerfilPrivado.h"
 #include "support/values/XVDmc.h"
@@ -15,7 +15,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pDados, std::size_t ui
     const CXVPerfilPrivado perfil(sTexto);
     static_cast<void>(perfil.LeTexto("Log", "Processos"));
     static_cast<void>(perfil.LeInteiro("Log", "TimeoutConfig", 600));
-    static_cast<void>(CXVRegistroTexto::ConverteNumero(std::string(sTexto.substr(0, 40))));
+    static_cast<void>(CXVRegistryTexto::ConverteNumero(std::string(sTexto.substr(0, 40))));
 
     CXVDocumentoSimulacao documento;
     std::string sErro;

@@ -8,7 +8,7 @@
 #include "suite/XVInicializador.h"
 #include "support/trace/XVCapturaTrace.h"
 #include "tests/harness/XVGuardasPlataforma.h"
-#include "tests/harness/XVRegistroFalso.h"
+#include "tests/harness/XVRegistryFalso.h"
 #include "tests/harness/XVRelogioFalso.h"
 #include "tests/harness/XVSistemaArquivosMemoria.h"
 
@@ -36,10 +36,10 @@ class CXVBancadaFuzz {
   private:
     CXVSistemaArquivosMemoria m_disco;
     CXVRelogioFalso m_relogio;
-    CXVRegistroFalso m_registro;
+    CXVRegistryFalso m_registro;
     CXVGuardaSistemaArquivos m_guardaDisco{m_disco};
     CXVGuardaRelogio m_guardaRelogio{m_relogio};
-    CXVGuardaRegistro m_guardaRegistro{m_registro};
+    CXVGuardaRegistry m_guardaRegistro{m_registro};
     CXVCapturaTrace m_captura;
     CXVProfilerEmpresa m_perfil;
 };

@@ -28,7 +28,7 @@ HRESULT CBaseMiddleware::ValidaItens(const CListaPendencias& listaDados) const {
     if (listaDados.empty()) return S_OK;
     XV_CHECK(ValidaRelogio());
     for (const auto& rItem : listaDados) {
-        if (CXVProvedores::Busca(rItem.eSistemaIntegracao) == nullptr) XV_FALHA(E_NOTIMPL);
+        if (XVProvedores::Busca(rItem.eSistemaIntegracao) == nullptr) XV_FALHA(E_NOTIMPL);
         XV_CHECK(ValidaSistemaIntegracao(rItem.eSistemaIntegracao));
         XV_CHECK(ValidaDmc(rItem.regDmcOrigem));
     }

@@ -13,7 +13,7 @@
 
 class CXVTrocaEmCurso {
   public:
-    // Everything that the line needs is made ready here, before anything is sent.
+    // Everything that the line needs is made ready here, because after the exchange memory may be short.
     CXVTrocaEmCurso(const IXVDF_Profiler* pDono, const CXVDadosCR_IntegracaoMiddleware& rDados,
                     REG_XVDMC regDmc);
     ~CXVTrocaEmCurso();
@@ -25,7 +25,8 @@ class CXVTrocaEmCurso {
     HRESULT Responde(HRESULT hr);
     // What recording the result gave; handed back unchanged.
     HRESULT Grava(HRESULT hr);
-    // The system was asked to delete and did not say that it did: by definition this is not recorded.
+    // The system was asked to delete and did not say that it did. An integration is recorded as cancelled
+    // only when the system says so; the line of the error log is then all that is left of the exchange.
     void ExclusaoSemConfirmacao() { m_pszMotivo = "exclusão não confirmada"; }
 
   private:

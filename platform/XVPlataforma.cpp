@@ -28,7 +28,7 @@ struct TVigente {
 
 constinit TVigente<IXVSistemaArquivos> g_sistemaArquivos;
 constinit TVigente<IXVRelogio> g_relogio;
-constinit TVigente<IXVRegistro> g_registro;
+constinit TVigente<IXVRegistry> g_registro;
 
 }  // namespace
 
@@ -38,8 +38,8 @@ IXVSistemaArquivos& SistemaArquivos() {
 IXVRelogio& Relogio() {
     return g_relogio.Get(RelogioNativo);
 }
-IXVRegistro& Registro() {
-    return g_registro.Get(RegistroNativo);
+IXVRegistry& Registry() {
+    return g_registro.Get(RegistryNativo);
 }
 
 IXVSistemaArquivos* TrocaSistemaArquivos(IXVSistemaArquivos* p) {
@@ -48,8 +48,8 @@ IXVSistemaArquivos* TrocaSistemaArquivos(IXVSistemaArquivos* p) {
 IXVRelogio* TrocaRelogio(IXVRelogio* p) {
     return g_relogio.Troca(p, RelogioNativo);
 }
-IXVRegistro* TrocaRegistro(IXVRegistro* p) {
-    return g_registro.Troca(p, RegistroNativo);
+IXVRegistry* TrocaRegistry(IXVRegistry* p) {
+    return g_registro.Troca(p, RegistryNativo);
 }
 
 }  // namespace XVPlataforma

@@ -2,7 +2,7 @@
 // tests exchange them, before the threads that use them start, and put them back.
 #pragma once
 
-#include "platform/XVRegistro.h"
+#include "platform/XVRegistry.h"
 #include "platform/XVRelogio.h"
 #include "platform/XVSistemaArquivos.h"
 
@@ -10,16 +10,16 @@ namespace XVPlataforma {
 
 IXVSistemaArquivos& SistemaArquivos();
 IXVRelogio& Relogio();
-IXVRegistro& Registro();
+IXVRegistry& Registry();
 
 // The operating system's own instances, whatever is in force.
 IXVSistemaArquivos& SistemaArquivosNativo();
 IXVRelogio& RelogioNativo();
-IXVRegistro& RegistroNativo();
+IXVRegistry& RegistryNativo();
 
 // Puts p in force (null: the native one) and returns what was in force before.
 IXVSistemaArquivos* TrocaSistemaArquivos(IXVSistemaArquivos* p);
 IXVRelogio* TrocaRelogio(IXVRelogio* p);
-IXVRegistro* TrocaRegistro(IXVRegistro* p);
+IXVRegistry* TrocaRegistry(IXVRegistry* p);
 
 }  // namespace XVPlataforma

@@ -59,16 +59,16 @@ HRESULT STDMETHODCALLTYPE CXVFabricaClasse::LockServer(BOOL bTrava) {
     return S_OK;
 }
 
-HRESULT CXVRegistroFabrica::Registra() {
+HRESULT CXVInscricaoFabrica::Registra() {
     return ::CoRegisterClassObject(k_clsidMiddleware, &m_Fabrica, CLSCTX_LOCAL_SERVER,
                                    REGCLS_MULTIPLEUSE | REGCLS_SUSPENDED, &m_ulRegistro);
 }
 
-HRESULT CXVRegistroFabrica::Retoma() {
+HRESULT CXVInscricaoFabrica::Retoma() {
     return ::CoResumeClassObjects();
 }
 
-void CXVRegistroFabrica::Revoga() {
+void CXVInscricaoFabrica::Revoga() {
     if (m_ulRegistro != 0) ::CoRevokeClassObject(m_ulRegistro);
     m_ulRegistro = 0;
 }

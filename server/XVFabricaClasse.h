@@ -24,12 +24,12 @@ XV_INTERFACE_COM_FIM
 
 // The registration of the class factory: suspended until Retoma, so that no client comes in before
 // everything is ready; withdrawn with the object.
-class CXVRegistroFabrica {
+class CXVInscricaoFabrica {
   public:
-    CXVRegistroFabrica() = default;
-    ~CXVRegistroFabrica() { Revoga(); }
-    CXVRegistroFabrica(const CXVRegistroFabrica&) = delete;
-    CXVRegistroFabrica& operator=(const CXVRegistroFabrica&) = delete;
+    CXVInscricaoFabrica() = default;
+    ~CXVInscricaoFabrica() { Revoga(); }
+    CXVInscricaoFabrica(const CXVInscricaoFabrica&) = delete;
+    CXVInscricaoFabrica& operator=(const CXVInscricaoFabrica&) = delete;
 
     HRESULT Registra();
     HRESULT Retoma();

@@ -6,8 +6,8 @@
 #include <cstdio>
 
 #include "platform/win32/XVTextoWindows.h"
+#include "server/XVInscricaoClasse.h"
 #include "server/XVLinhaComando.h"
-#include "server/XVRegistroClasse.h"
 #include "server/XVServidor.h"
 #include "server/XVTratamentoCrash.h"
 #include "support/XVAmbiente.h"
@@ -45,11 +45,11 @@ int Relata(const SResultadoRegistro& rResultado) {
 int Executa(EComandoServidor eComando) {
     switch (eComando) {
         case EComandoServidor::eRegistra:
-            return Relata(XVRegistraClasse(EEscopoRegistro::eMaquina));
+            return Relata(XVInscreveClasse(EEscopoRegistro::eMaquina));
         case EComandoServidor::eDesregistra:
             return Relata(XVDesregistraClasse(EEscopoRegistro::eMaquina));
         case EComandoServidor::eRegistraUsuario:
-            return Relata(XVRegistraClasse(EEscopoRegistro::eUsuario));
+            return Relata(XVInscreveClasse(EEscopoRegistro::eUsuario));
         case EComandoServidor::eDesregistraUsuario:
             return Relata(XVDesregistraClasse(EEscopoRegistro::eUsuario));
         case EComandoServidor::eServe:

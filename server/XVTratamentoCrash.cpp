@@ -145,7 +145,7 @@ void MontaPrefixo(const std::wstring& sDiretorio) {
 namespace XVTratamentoCrash {
 
 bool EstaHabilitado() {
-    return XVPlataforma::Registro()
+    return XVPlataforma::Registry()
                .LeNumero(k_sChaveRegistroSuite, "DesabilitaTratamentoAppCrash")
                .value_or(0) == 0;
 }

@@ -30,14 +30,14 @@ void CXVBaseParaRotinas::SetAcessoDefault(const CXVBaseParaRotinas* pBase) {
 }
 
 std::string CXVBaseParaRotinas::GetAcessoServidoresDefault() {
-    return XVPlataforma::Registro()
-        .LeTexto(CAmbienteXV::GetChaveRegistro(k_eModuloBase), "AcessoServidoresDefault")
+    return XVPlataforma::Registry()
+        .LeTexto(CAmbienteXV::GetChaveRegistry(k_eModuloBase), "AcessoServidoresDefault")
         .value_or(std::string());
 }
 
 bool CXVBaseParaRotinas::UsaFilialComoBaseDadosTerceiro() const {
     const auto ulValor =
-        XVPlataforma::Registro().LeNumero(CAmbienteXV::GetChaveRegistro(k_eModuloBase), "AcessoServidores_1");
+        XVPlataforma::Registry().LeNumero(CAmbienteXV::GetChaveRegistry(k_eModuloBase), "AcessoServidores_1");
     return (ulValor.value_or(0) & k_ulFilialComoBaseDados) != 0;
 }
 

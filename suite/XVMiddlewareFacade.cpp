@@ -5,7 +5,7 @@ namespace {
 // E_INVALIDARG: no system named. E_NOTIMPL: the system has no provider here.
 HRESULT BuscaProvedor(XVUInt eSistema, IXVProvedorIntegracao** ppProvedor) {
     if (eSistema == Tipo_Nenhum) return E_INVALIDARG;
-    *ppProvedor = CXVProvedores::Busca(eSistema);
+    *ppProvedor = XVProvedores::Busca(eSistema);
     return *ppProvedor != nullptr ? S_OK : E_NOTIMPL;
 }
 
@@ -23,7 +23,7 @@ HRESULT ValidaConsulta(const CXVDadosCR_ConsultaSistemaTerceiro& rConsulta) {
 // A system that keeps no pending items has none to add.
 HRESULT BuscaEmTodos(const IXVDF_Profiler& rDono, const CXVDadosCR_ParametrosIntegracao& rParametros,
                      std::vector<CXVDadosCR_PendenciaIntegracaoSistema>& listaDados) {
-    for (IXVProvedorIntegracao* pProvedor : CXVProvedores::Lista()) {
+    for (IXVProvedorIntegracao* pProvedor : XVProvedores::Lista()) {
         const HRESULT hr = SeOferecida(pProvedor->BuscaIntegracoes(rDono, rParametros, listaDados));
         if (FAILED(hr)) return hr;
     }
@@ -32,7 +32,7 @@ HRESULT BuscaEmTodos(const IXVDF_Profiler& rDono, const CXVDadosCR_ParametrosInt
 
 HRESULT ConsultaProvedores(const IXVDF_Profiler& rDono, const CXVDadosCR_ConsultaSistemaTerceiro& rConsulta,
                            CXVDadosCR_StatusConsultaSistemaTerceiro& rStatus) {
-    for (IXVProvedorIntegracao* pProvedor : CXVProvedores::Lista()) {
+    for (IXVProvedorIntegracao* pProvedor : XVProvedores::Lista()) {
         rStatus = {};
         const HRESULT hr = pProvedor->BuscaDadosSistemaTerceiro(rDono, rConsulta, rStatus);
         if (hr != E_NOTIMPL) return hr;

@@ -8,7 +8,7 @@ using POperacao = HRESULT (IXVProvedorIntegracao::*)(const IXVDF_Profiler&, CXVD
 HRESULT Executa(POperacao pOperacao, CXVDadosCR_IntegracaoMiddleware& rDados, const IXVDF_Profiler* pDono) {
     if (pDono == nullptr) return E_POINTER;
     if (rDados.eSistemaIntegracao == Tipo_Nenhum) return E_INVALIDARG;
-    IXVProvedorIntegracao* pProvedor = CXVProvedores::Busca(rDados.eSistemaIntegracao);
+    IXVProvedorIntegracao* pProvedor = XVProvedores::Busca(rDados.eSistemaIntegracao);
     return pProvedor != nullptr ? (pProvedor->*pOperacao)(*pDono, rDados) : E_NOTIMPL;
 }
 

@@ -9,9 +9,9 @@
 namespace {
 
 // Systems are single bits of 32, so the libraries that may exist are known by name.
-class CXVRegistroProvedores {
+class CXVListaProvedores {
   public:
-    CXVRegistroProvedores() {
+    CXVListaProvedores() {
         for (unsigned uiBit = 0; uiBit < 32; ++uiBit) Carrega(XVUInt{1} << uiBit);
     }
 
@@ -43,7 +43,7 @@ class CXVRegistroProvedores {
                 pBiblioteca->GetFuncao<PFXVProvedorObtem>(XVPROVEDOR_FUNCAO), eSistema, &sMotivo);
         if (pProvedor == nullptr) {
             if (!sMotivo.empty())
-                XVProfiler::RecordError(nullptr, "CXVProvedores::Carrega", "suite/XVProvedores", __LINE__,
+                XVProfiler::RecordError(nullptr, "XVProvedores::Carrega", "suite/XVProvedores", __LINE__,
                                         "Biblioteca XVProvedor%u não utilizada: %s",
                                         static_cast<unsigned>(eSistema), sMotivo.c_str());
             return;
@@ -57,17 +57,17 @@ class CXVRegistroProvedores {
 };
 
 // Never destroyed: calls may still be under way while the process ends.
-const CXVRegistroProvedores& GetRegistro() {
-    static const CXVRegistroProvedores& rRegistro = *new CXVRegistroProvedores;
+const CXVListaProvedores& GetProvedores() {
+    static const CXVListaProvedores& rRegistro = *new CXVListaProvedores;
     return rRegistro;
 }
 
 }  // namespace
 
-IXVProvedorIntegracao* CXVProvedores::Busca(XVUInt eSistema) {
-    return GetRegistro().Busca(eSistema);
+IXVProvedorIntegracao* XVProvedores::Busca(XVUInt eSistema) {
+    return GetProvedores().Busca(eSistema);
 }
 
-std::vector<IXVProvedorIntegracao*> CXVProvedores::Lista() {
-    return GetRegistro().Lista();
+std::vector<IXVProvedorIntegracao*> XVProvedores::Lista() {
+    return GetProvedores().Lista();
 }

@@ -33,7 +33,7 @@ bool EhNomeDispositivo(std::string_view sNome) {
 
 // "Path" names the directory; an installation for 64-bit programs alone may have set "Path_x64" only.
 std::string LeDiretorio(const std::string& sChave) {
-    IXVRegistro& rRegistro = XVPlataforma::Registro();
+    IXVRegistry& rRegistro = XVPlataforma::Registry();
     if (auto sDiretorio = rRegistro.LeTexto(sChave, "Path"); sDiretorio && !sDiretorio->empty())
         return *std::move(sDiretorio);
     return rRegistro.LeTexto(sChave, "Path_x64").value_or(std::string());
@@ -49,7 +49,7 @@ std::string_view GetSiglaModulo(EModulo eModulo) {
     return k_sSiglaModuloBase;
 }
 
-std::string GetChaveRegistro(EModulo eModulo) {
+std::string GetChaveRegistry(EModulo eModulo) {
     std::string sChave(k_sChaveRegistroSuite);
     sChave += '\\';
     sChave += GetSiglaModulo(eModulo);
@@ -57,7 +57,7 @@ std::string GetChaveRegistro(EModulo eModulo) {
 }
 
 HRESULT GetDiretorioModulo(EModulo eModulo, std::string* psDiretorio) {
-    *psDiretorio = LeDiretorio(GetChaveRegistro(eModulo));
+    *psDiretorio = LeDiretorio(GetChaveRegistry(eModulo));
     // A root directory keeps its separator.
     while (psDiretorio->size() > 1 && (psDiretorio->back() == '\\' || psDiretorio->back() == '/'))
         psDiretorio->pop_back();

@@ -23,7 +23,7 @@ namespace CAmbienteXV {
 std::string_view GetSiglaModulo(EModulo eModulo);
 
 // Registry key of the module below HKEY_LOCAL_MACHINE.
-std::string GetChaveRegistro(EModulo eModulo);
+std::string GetChaveRegistry(EModulo eModulo);
 
 // The module directory, without trailing separator. Absent or empty value: eBadPath and an empty text.
 HRESULT GetDiretorioModulo(EModulo eModulo, std::string* psDiretorio);

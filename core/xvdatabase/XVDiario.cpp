@@ -149,7 +149,7 @@ HRESULT CXVDiario::Reconstroi(const IXVDF_Profiler* pDono) {
 
 void CXVDiario::LeDurabilidade(const IXVDF_Profiler* pDono, EModulo eModulo) {
     const XVUInt ulDurabilidade =
-        XVPlataforma::Registro().LeNumero(CAmbienteXV::GetChaveRegistro(eModulo), "Durabilidade").value_or(0);
+        XVPlataforma::Registry().LeNumero(CAmbienteXV::GetChaveRegistry(eModulo), "Durabilidade").value_or(0);
     m_bDuravel = ulDurabilidade != 0;
     if (ulDurabilidade > 1)
         XVProfiler::RecordError(pDono, "CXVDiario::Abre", XVNomeFonte(), __LINE__,

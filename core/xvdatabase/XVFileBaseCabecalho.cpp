@@ -16,7 +16,7 @@
 
 // Read once per process.
 bool CXVFileBase::CabecalhoDesabilitadoNaMaquina() {
-    static const bool bDesabilitado = XVPlataforma::Registro()
+    static const bool bDesabilitado = XVPlataforma::Registry()
                                           .LeNumero(k_sChaveRegistroSuite, "XVDataBase_DesabilitaCabecalho")
                                           .value_or(0) != 0;
     return bDesabilitado;

@@ -185,8 +185,8 @@ HRESULT T_XVUnknown<TInterface, TLogica>::InicializaComRegistro(const REG_DF_INI
     m_regInicializacao = reg;
     const HRESULT hr = ExecutaQuadro(metodoXV, pLogica, [&](TLogica& rLogica) {
         CXVProfilerEmpresa chamador;
-        chamador.SetProfiler(CXVRegistroInicializacao::GetEmpresa(reg),
-                             CXVRegistroInicializacao::GetUsuario(reg), reg.ulNumeroSessao);
+        chamador.SetProfiler(XVRegistroInicializacao::GetEmpresa(reg),
+                             XVRegistroInicializacao::GetUsuario(reg), reg.ulNumeroSessao);
         return rLogica.Inicializa(&chamador);
     });
     if (FAILED(hr)) m_regInicializacao = {};
@@ -200,7 +200,7 @@ HRESULT T_XVUnknown<TInterface, TLogica>::ValidaRegistro(const REG_DF_INICIALIZA
     constexpr int k_iLinhaVersao = 36;
     constexpr int k_iLinhaCRC = 45;
     constexpr int k_iLinhaEstrutura = 62;
-    namespace Reg = CXVRegistroInicializacao;
+    namespace Reg = XVRegistroInicializacao;
     XV_METODO_INTERFACE("Inicializa_Padrao");
     const auto naLinha = [&](int iLinha) {
         SMetodoInterface metodo = metodoXV;
@@ -209,7 +209,7 @@ HRESULT T_XVUnknown<TInterface, TLogica>::ValidaRegistro(const REG_DF_INICIALIZA
     };
     if (!Reg::VersaoConfere(reg))
         return XV_FALHA_METODO(E_XVCR_VERSAO_INCOMPATIVEL, naLinha(k_iLinhaVersao), rLogica);
-    if (XVPlataforma::Registro()
+    if (XVPlataforma::Registry()
             .LeNumero(k_sChaveRegistroSuite, "DesabilitaControleInicializacao")
             .value_or(0) == 0) {
         if (!Reg::CRCConfere(reg))

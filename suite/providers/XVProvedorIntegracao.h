@@ -45,9 +45,9 @@ class IXVProvedorIntegracao {
 
 // The installed providers: the built-in simulation, and for each other system the library
 // "XVProvedor<number of the system>" when it lies in the program's directory. Loaded once per process.
-namespace CXVProvedores {
+namespace XVProvedores {
 // The provider of a system, or null. Valid until the process ends.
 IXVProvedorIntegracao* Busca(XVUInt eSistema);
 // All providers in ascending order of their system.
 std::vector<IXVProvedorIntegracao*> Lista();
-}  // namespace CXVProvedores
+}  // namespace XVProvedores

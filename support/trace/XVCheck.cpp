@@ -5,7 +5,7 @@
 #include "support/trace/XVDescricaoHResult.h"
 #include "support/trace/XVProfilerErro.h"
 #include "support/trace/XVProfilerGuarda.h"
-#include "support/trace/XVProfilerRegistro.h"
+#include "support/trace/XVProfilerLinha.h"
 
 namespace {
 
@@ -15,10 +15,10 @@ std::string MontaMensagem(HRESULT hr, const char* pszExpressao) {
         return std::snprintf(
             pszDestino, uiTamanho,
             "%s\t%s = %#X %s\tSEVERITY = %d %s\tFACILITY = %d %s\tCODE = %d %s\tDescrição = %s",
-            ("hr = " + XVProfilerRegistro::Saneia(pszExpressao)).c_str(), "hr", static_cast<unsigned>(hr),
-            XVProfilerRegistro::Saneia(descricao.sMensagem).c_str(), descricao.iSeverity,
-            descricao.pszSeverity, descricao.iFacility, descricao.pszFacility, descricao.iCode,
-            descricao.pszCode, descricao.pszNome);
+            ("hr = " + XVProfilerLinha::Saneia(pszExpressao)).c_str(), "hr", static_cast<unsigned>(hr),
+            XVProfilerLinha::Saneia(descricao.sMensagem).c_str(), descricao.iSeverity, descricao.pszSeverity,
+            descricao.iFacility, descricao.pszFacility, descricao.iCode, descricao.pszCode,
+            descricao.pszNome);
     };
     const int iTamanho = formata(nullptr, 0);
     if (iTamanho < 0) return {};

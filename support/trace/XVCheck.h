@@ -40,11 +40,10 @@ XV_CAMINHO_FRIO HRESULT XVRegistraFalha(HRESULT hr, const SPontoFalha& rPonto,
 HRESULT CheckHr(HRESULT hr, const char* pszExpressao, const char* pszFuncao, SFonteTrace fonte, int iLinha,
                 const IXVDF_Profiler* pDono) noexcept;
 
-// Records hr, when it is a failure, at the place that fnPonto makes, and returns it unchanged.
-template <class TPonto>
-[[nodiscard]] inline HRESULT XVRegistraSeFalha(HRESULT hr, const TPonto& fnPonto,
-                                               const IXVDF_Profiler* pDono) {
-    return FAILED(hr) ? XVRegistraFalha(hr, fnPonto(), pDono) : hr;
+// Returns hr; a failure is first handed to fnRegistra, which returns it unchanged.
+template <class TRegistra>
+[[nodiscard]] inline HRESULT XVRegistraSeFalha(HRESULT hr, const TRegistra& fnRegistra) {
+    return FAILED(hr) ? fnRegistra(hr) : hr;
 }
 
 // Inside a class: the name of the class in traces and its source unit.
@@ -126,17 +125,16 @@ struct TXVTextoDeCodigo {
 #define XV_FALHA_EM(funcao, hr) XV_CHECK_COMPLETO(this, funcao, hr, TXVTextoDeCodigo(#hr))
 
 #define XV_REGISTRA_COMPLETO(dono, chamada, texto)                                                    \
-    XVRegistraSeFalha((chamada),                                                                      \
-                      [pszFuncaoXV = XV_FUNCAO_ATUAL] {                                               \
-                          static constexpr TXVTextoDeCodigo textoXV(texto);                           \
-                          return XV_PONTO_FALHA(pszFuncaoXV, static_cast<const char*>(textoXV.m_sz)); \
-                      },                                                                              \
-                      (dono))
+    XVRegistraSeFalha((chamada), [pszFuncaoXV = XV_FUNCAO_ATUAL,                                      \
+                                  pDonoXV = static_cast<const IXVDF_Profiler*>(dono)](HRESULT hrXV) { \
+        constexpr TXVTextoDeCodigo textoXV(texto);                                                    \
+        const char* pszTextoXV = textoXV.m_sz;                                                        \
+        return XVRegistraFalha(hrXV, XV_PONTO_FALHA(pszFuncaoXV, pszTextoXV), pDonoXV);               \
+    })
 // An expression: evaluates the call, records its failure and is its result, for a function that has something
 // to do before it returns it.
 #define XV_REGISTRA(chamada) XV_REGISTRA_COMPLETO(this, chamada, #chamada)
 #define XV_REGISTRA_DONO(dono, chamada) XV_REGISTRA_COMPLETO(dono, chamada, #chamada)
-
 #define XV_REGISTRA_SUPER(base, chamada) XV_REGISTRA_COMPLETO(this, base::chamada, "__super::" #chamada)
 
 // Of two steps that are both carried out: the first failure is the result.

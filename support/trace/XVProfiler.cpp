@@ -10,7 +10,7 @@
 #include "support/trace/XVProfilerGuarda.h"
 #include "support/trace/XVProfilerSaida.h"
 
-constinit thread_local bool CXVGuardaRegistro::s_bGravando = false;
+constinit thread_local bool CXVGuardaRegistry::s_bGravando = false;
 
 namespace {
 
@@ -70,7 +70,7 @@ void RecordCoCreate(const IXVDF_Profiler* pDono, const char* pszFuncao, std::str
     XVGravaSemFalhar([&] {
         const auto pConfiguracao = XVProfilerConfig::GetAtual();
         if (!pConfiguracao->bCoCreateInstance ||
-            !XVProfilerFiltro::DeveLogarProcesso(*pConfiguracao, XVProfilerRegistro::GetNomeProcesso()))
+            !XVProfilerFiltro::DeveLogarProcesso(*pConfiguracao, XVProfilerLinha::GetNomeProcesso()))
             return;
         SProfilerRegistro registro(ETipoRegistro::eCriacaoObjeto, pDono);
         registro.sClasseFuncao = pszFuncao;

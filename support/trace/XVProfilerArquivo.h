@@ -5,7 +5,7 @@
 #include <string_view>
 
 #include "support/trace/XVProfilerConfig.h"
-#include "support/trace/XVProfilerRegistro.h"
+#include "support/trace/XVProfilerLinha.h"
 
 namespace XVProfilerArquivo {
 

@@ -13,7 +13,7 @@
 namespace {
 
 bool PassaFiltros(const SConfiguracaoTrace& rConfiguracao, std::string_view sFuncao) {
-    return XVProfilerFiltro::DeveLogarProcesso(rConfiguracao, XVProfilerRegistro::GetNomeProcesso()) &&
+    return XVProfilerFiltro::DeveLogarProcesso(rConfiguracao, XVProfilerLinha::GetNomeProcesso()) &&
            XVProfilerFiltro::DeveLogarXVDataBase(rConfiguracao, sFuncao);
 }
 

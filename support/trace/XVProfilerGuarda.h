@@ -4,14 +4,14 @@
 
 #include "platform/XVUltimoErroSistema.h"
 
-class CXVGuardaRegistro {
+class CXVGuardaRegistry {
   public:
-    CXVGuardaRegistro() noexcept : m_bObtida(!s_bGravando) { s_bGravando = true; }
-    ~CXVGuardaRegistro() {
+    CXVGuardaRegistry() noexcept : m_bObtida(!s_bGravando) { s_bGravando = true; }
+    ~CXVGuardaRegistry() {
         if (m_bObtida) s_bGravando = false;
     }
-    CXVGuardaRegistro(const CXVGuardaRegistro&) = delete;
-    CXVGuardaRegistro& operator=(const CXVGuardaRegistro&) = delete;
+    CXVGuardaRegistry(const CXVGuardaRegistry&) = delete;
+    CXVGuardaRegistry& operator=(const CXVGuardaRegistry&) = delete;
 
     // False inside another guard of the same thread.
     bool Obtida() const { return m_bObtida; }
@@ -26,7 +26,7 @@ class CXVGuardaRegistro {
 // is a lack of memory, costs the record and nothing else.
 template <class TGravacao>
 void XVGravaSemFalhar(TGravacao gravacao) noexcept {
-    const CXVGuardaRegistro guarda;
+    const CXVGuardaRegistry guarda;
     if (!guarda.Obtida()) return;
     try {
         gravacao();

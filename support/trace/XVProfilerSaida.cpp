@@ -10,8 +10,8 @@ namespace XVProfilerSaida {
 
 void Escreve(const SConfiguracaoTrace& rConfiguracao, const SProfilerRegistro& rRegistro) {
     const bool bEscrito = XVProfilerArquivo::Anexa(XVProfilerArquivo::GetCaminho(rConfiguracao, rRegistro),
-                                                   XVProfilerRegistro::GetCabecalho(rRegistro.eTipo),
-                                                   XVProfilerRegistro::MontaLinha(rRegistro));
+                                                   XVProfilerLinha::GetCabecalho(rRegistro.eTipo),
+                                                   XVProfilerLinha::MontaLinha(rRegistro));
     if (!bEscrito) g_uiPerdidos.fetch_add(1, std::memory_order_relaxed);
 }
 

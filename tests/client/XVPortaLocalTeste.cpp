@@ -11,7 +11,7 @@
 #include "tests/client/XVPortaTeste.h"
 #include "tests/harness/XVDiretorioTeste.h"
 #include "tests/harness/XVGuardasPlataforma.h"
-#include "tests/harness/XVRegistroFalso.h"
+#include "tests/harness/XVRegistryFalso.h"
 #include "tests/harness/XVSistemaArquivosFalhas.h"
 #include "tests/harness/XVSistemaArquivosMemoria.h"
 
@@ -117,10 +117,10 @@ TEST(PortaLocal, RegistroDeInicializacaoSaiSeladoEDizQuemChama) {
     REG_DF_INICIALIZAPS reg;
     ASSERT_TRUE(XVCliente::MontaRegistroInicializacao(
         {.sEmpresa = "UM", .usUsuario = 7, .ulNumeroSessao = 42, .sModulo = "meu"}, &reg));
-    EXPECT_TRUE(CXVRegistroInicializacao::VersaoConfere(reg) && CXVRegistroInicializacao::CRCConfere(reg));
-    EXPECT_TRUE(CXVRegistroInicializacao::EstruturaConfere(reg));
-    EXPECT_EQ(CXVRegistroInicializacao::GetEmpresa(reg), "UM");
-    EXPECT_EQ(CXVRegistroInicializacao::GetUsuario(reg), 7);
+    EXPECT_TRUE(XVRegistroInicializacao::VersaoConfere(reg) && XVRegistroInicializacao::CRCConfere(reg));
+    EXPECT_TRUE(XVRegistroInicializacao::EstruturaConfere(reg));
+    EXPECT_EQ(XVRegistroInicializacao::GetEmpresa(reg), "UM");
+    EXPECT_EQ(XVRegistroInicializacao::GetUsuario(reg), 7);
     EXPECT_EQ(std::string(reg.szModulo), "meu");
     EXPECT_EQ(std::string(reg.szExecutavel).rfind("xv_teste_", 0), 0U) << reg.szExecutavel;
 }
@@ -129,10 +129,10 @@ TEST(PortaLocal, RegistroDeInicializacaoSaiSeladoEDizQuemChama) {
 TEST(PortaLocal, FalhaAoFecharChegaAQuemDesconecta) {
     CXVSistemaArquivosMemoria arquivos;
     CXVSistemaArquivosFalhas falhas(arquivos);
-    CXVRegistroFalso registro;
-    registro.SetTexto(CAmbienteXV::GetChaveRegistro(XV_DF), "Path", "/dados");
+    CXVRegistryFalso registro;
+    registro.SetTexto(CAmbienteXV::GetChaveRegistry(XV_DF), "Path", "/dados");
     const CXVGuardaSistemaArquivos guardaSistema(falhas);
-    const CXVGuardaRegistro guardaRegistro(registro);
+    const CXVGuardaRegistry guardaRegistro(registro);
     XVCliente::CXVCliente cliente;
     ASSERT_EQ(cliente.ConectaLocal({.sEmpresa = "UM"}, {}), S_OK);
     REG_XVDMC regDmc;

@@ -17,4 +17,4 @@ class TXVGuardaPlataforma {
 
 using CXVGuardaSistemaArquivos = TXVGuardaPlataforma<IXVSistemaArquivos, XVPlataforma::TrocaSistemaArquivos>;
 using CXVGuardaRelogio = TXVGuardaPlataforma<IXVRelogio, XVPlataforma::TrocaRelogio>;
-using CXVGuardaRegistro = TXVGuardaPlataforma<IXVRegistro, XVPlataforma::TrocaRegistro>;
+using CXVGuardaRegistry = TXVGuardaPlataforma<IXVRegistry, XVPlataforma::TrocaRegistry>;

@@ -8,9 +8,9 @@
 
 namespace {
 
-class CXVBuscaTest : public CXVCenarioLoja {
+class CXVBuscaTeste : public CXVCenarioLoja {
   protected:
-    CXVBuscaTest() : m_pLoja(Abre()) {}
+    CXVBuscaTeste() : m_pLoja(Abre()) {}
 
     // Three days, two integrations each, recorded in mixed order of days: keys 10, 20, 30 ...
     void Povoa() {
@@ -42,7 +42,7 @@ const TListaDmc k_todas{XVChaveDmc(XVDma(2024, 3, 18), 1), XVChaveDmc(XVDma(2024
                         XVChaveDmc(XVDma(2024, 3, 19), 1), XVChaveDmc(XVDma(2024, 3, 19), 2),
                         XVChaveDmc(XVDma(2024, 3, 20), 1), XVChaveDmc(XVDma(2024, 3, 20), 2)};
 
-TEST_F(CXVBuscaTest, EmptyFilterReturnsAllGroupedByDateAndOpensNoMember) {
+TEST_F(CXVBuscaTeste, FiltroVazioDevolveTudoPorDataSemAbrirMembro) {
     Povoa();
     m_pLoja.reset();
     m_pLoja = Abre();
@@ -60,7 +60,7 @@ TEST_F(CXVBuscaTest, EmptyFilterReturnsAllGroupedByDateAndOpensNoMember) {
     EXPECT_EQ(falhas.GetQuantidade(EOperacaoArquivo::eAbre), 0U) << "nothing passes the first level";
 }
 
-TEST_F(CXVBuscaTest, FailingMemberEndsTheSearchAndNoPartOfTheListRemains) {
+TEST_F(CXVBuscaTeste, MembroQueFalhaEncerraABuscaSemListaParcial) {
     Povoa();
     m_pLoja.reset();
     const std::string sArquivo = PastaDados("CRINTEGMID20240319.dat");
@@ -79,7 +79,7 @@ TEST_F(CXVBuscaTest, FailingMemberEndsTheSearchAndNoPartOfTheListRemains) {
     EXPECT_EQ(Busca({}), k_todas) << "the index still answers";
 }
 
-TEST(XVOrdenacaoParalela, AnyNumberOfProcessorsSortsAlike) {
+TEST(XVOrdenacaoParalela, QualquerNumeroDeProcessadoresOrdenaIgual) {
     std::mt19937_64 sorteio(7);
     std::vector<XVUInt64> lista(5 * k_uiMinimoPorThread + 7);
     for (XVUInt64& ui : lista) ui = sorteio();

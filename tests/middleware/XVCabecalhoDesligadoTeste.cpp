@@ -18,9 +18,9 @@ struct TXVBancoDesligado {
     TArquivo xvFile;
 };
 
-class CXVCabecalhoDesligadoTest : public CXVCenarioConversao {
+class CXVCabecalhoDesligadoTeste : public CXVCenarioConversao {
   protected:
-    CXVCabecalhoDesligadoTest() {
+    CXVCabecalhoDesligadoTeste() {
         m_Registro.SetNumero(k_sChaveRegistroSuite, "XVDataBase_DesabilitaCabecalho", 1);
     }
     void Poe(const std::string& sNome, const std::string& sBytes) {
@@ -28,7 +28,7 @@ class CXVCabecalhoDesligadoTest : public CXVCenarioConversao {
     }
 };
 
-TEST_F(CXVCabecalhoDesligadoTest, NadaDoBlocoDeInformacoesImportaEElePermaneceComoEstava) {
+TEST_F(CXVCabecalhoDesligadoTeste, NadaDoBlocoDeInformacoesImportaEElePermaneceComoEstava) {
     const std::string sDados = CXVBytes().Texto("um");
     const std::string sBom = XVArquivoDoTeste({"A.dat", 3, 4}, sDados);
     for (std::size_t i = 24; i < 240; ++i) {
@@ -52,7 +52,7 @@ TEST_F(CXVCabecalhoDesligadoTest, NadaDoBlocoDeInformacoesImportaEElePermaneceCo
     }
 }
 
-TEST_F(CXVCabecalhoDesligadoTest, ArquivoSemCabecalhoFicaSemEleEAssinaturaDanificadaERecusada) {
+TEST_F(CXVCabecalhoDesligadoTeste, ArquivoSemCabecalhoFicaSemEleEAssinaturaDanificadaERecusada) {
     for (const std::string& s : {std::string(), CXVBytes().Texto("um").Str()}) {
         Poe("A.dat", s);
         {
@@ -74,7 +74,7 @@ TEST_F(CXVCabecalhoDesligadoTest, ArquivoSemCabecalhoFicaSemEleEAssinaturaDanifi
     }
 }
 
-TEST_F(CXVCabecalhoDesligadoTest, ConversaoNaoConcluiNadaDosCarimbosNemDosCabecalhos) {
+TEST_F(CXVCabecalhoDesligadoTeste, ConversaoNaoConcluiNadaDosCarimbosNemDosCabecalhos) {
     const auto vazio = m_Arquivos.Retrata();
     for (unsigned uiCaso = 0; uiCaso < 10; ++uiCaso) {
         const unsigned uiVersao = uiCaso / 2;
@@ -98,7 +98,7 @@ TEST_F(CXVCabecalhoDesligadoTest, ConversaoNaoConcluiNadaDosCarimbosNemDosCabeca
     }
 }
 
-TEST_F(CXVCabecalhoDesligadoTest, RegistrosDeLeiautePosteriorContradizemAVersaoZeroMesmoAssim) {
+TEST_F(CXVCabecalhoDesligadoTeste, RegistrosDeLeiautePosteriorContradizemAVersaoZeroMesmoAssim) {
     TArquivos base = CXVFabricaBases(5, true).Cria();
     base.erase("CRMIDDLEWAREVS.dat");
     Instala(base);
@@ -107,7 +107,7 @@ TEST_F(CXVCabecalhoDesligadoTest, RegistrosDeLeiautePosteriorContradizemAVersaoZ
 }
 
 // Without stamps a journal that only names files proves nothing, and neither does one that was cut off.
-TEST_F(CXVCabecalhoDesligadoTest, DiarioSemSomasERecusado) {
+TEST_F(CXVCabecalhoDesligadoTeste, DiarioSemSomasERecusado) {
     Instala(CXVFabricaBases(3, true).Cria());
     Poe("XVDATABASE_FILE_CTRL.dat", CXVBytes().Texto("CRMIDDLEWAREVS.dat"));
     CXVBytes diario;

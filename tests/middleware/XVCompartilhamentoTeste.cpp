@@ -3,7 +3,7 @@
 
 namespace {
 
-class CXVCompartilhamentoTest : public CXVCenarioLoja {
+class CXVCompartilhamentoTeste : public CXVCenarioLoja {
   protected:
     static unsigned Usuario(const std::string& sConteudo) { return Numero(sConteudo, 100); }
     static unsigned Sessao(const std::string& sConteudo) { return Numero(sConteudo, 88); }
@@ -15,7 +15,7 @@ class CXVCompartilhamentoTest : public CXVCenarioLoja {
     }
 };
 
-TEST_F(CXVCompartilhamentoTest, ObjectsOfACompanyShareTheStoreAndStampTheirOwnUser) {
+TEST_F(CXVCompartilhamentoTeste, ObjetosDaEmpresaDividemABaseECarimbamSeuUsuario) {
     TLoja pUm = Abre(11, "MATRIZ", 101);
     TLoja pDois = Abre(12, "MATRIZ", 102);
     const REG_XVDMC regDmc = Grava(*pUm, CXVIntegracaoTeste(1));
@@ -36,7 +36,7 @@ TEST_F(CXVCompartilhamentoTest, ObjectsOfACompanyShareTheStoreAndStampTheirOwnUs
     EXPECT_EQ(XVBusca(*pTres).size(), 3U);
 }
 
-TEST_F(CXVCompartilhamentoTest, ViewerBesideAWriterSeesWhatItRecordsAndChangesNothing) {
+TEST_F(CXVCompartilhamentoTeste, VisorAoLadoDeQuemGravaVeENadaMuda) {
     const TLoja pEscritor = Abre();
     const REG_XVDMC regDmc = Grava(*pEscritor, CXVIntegracaoTeste(1).Textos("{}", "m", "{}"));
     const auto retrato = m_Arquivos.Retrata();
@@ -61,7 +61,7 @@ TEST_F(CXVCompartilhamentoTest, ViewerBesideAWriterSeesWhatItRecordsAndChangesNo
     EXPECT_EQ(m_Arquivos.Diferenca(retrato, m_Arquivos.Retrata()).empty(), false);
 }
 
-TEST_F(CXVCompartilhamentoTest, ViewingAnOlderOrLaterStoreIsRefusedAndAFreshOneIsEmpty) {
+TEST_F(CXVCompartilhamentoTeste, VistaDeOutraVersaoERecusadaEADeBaseNovaEVazia) {
     const auto visita = [&] {
         CBaseMiddleware visor;
         visor.SetSomenteLeitura(true);
@@ -82,7 +82,7 @@ TEST_F(CXVCompartilhamentoTest, ViewingAnOlderOrLaterStoreIsRefusedAndAFreshOneI
     EXPECT_EQ(visita(), S_OK);
 }
 
-TEST_F(CXVCompartilhamentoTest, StoreThatAnotherProcessHoldsIsRefusedAndLeavesNothingOpen) {
+TEST_F(CXVCompartilhamentoTeste, BaseDeOutroProcessoERecusadaENadaFicaAberto) {
     { Grava(*Abre(), CXVIntegracaoTeste(1)); }
     std::unique_ptr<IXVArquivo> pAlheio;
     ASSERT_TRUE(m_Arquivos

@@ -20,7 +20,7 @@ std::string ComTipo(std::string sRegistro, std::size_t uiOffset, std::uint32_t u
     return sRegistro.replace(uiOffset, 4, CXVBytes().U32(uiTipo).Str());
 }
 
-class CXVConversaoCamposTest : public CXVCenarioConversao {
+class CXVConversaoCamposTeste : public CXVCenarioConversao {
   protected:
     // Converts a store of version uiVersao with one file (with header, as the last step left it) and gives
     // the payload that it has then.
@@ -35,10 +35,10 @@ class CXVConversaoCamposTest : public CXVCenarioConversao {
     }
 };
 
-TEST_F(CXVConversaoCamposTest, PassosTresEQuatroLevamCadaCampoAoSeuLugarEDeixamOEnchimento) {
+TEST_F(CXVConversaoCamposTeste, PassosTresEQuatroLevamCadaCampoAoSeuLugarEDeixamOEnchimento) {
     for (const XVUInt ulOpcoes : {0U, 0xEFU, 0x10U, 0xFFU}) {
         const bool bFilial = (ulOpcoes & 0x10) != 0;  // the branch serves as the database's id
-        m_Registro.SetNumero(CAmbienteXV::GetChaveRegistro(k_eModuloBase), "AcessoServidores_1", ulOpcoes);
+        m_Registro.SetNumero(CAmbienteXV::GetChaveRegistry(k_eModuloBase), "AcessoServidores_1", ulOpcoes);
         const std::string sAntigo = ComTipo(Padrao(80), 32, 12);
         const std::string sNovo =
             sAntigo.substr(0, 32) +
@@ -48,25 +48,25 @@ TEST_F(CXVConversaoCamposTest, PassosTresEQuatroLevamCadaCampoAoSeuLugarEDeixamO
     }
 }
 
-TEST_F(CXVConversaoCamposTest, PassoQuatroMudaSoOTipo) {
+TEST_F(CXVConversaoCamposTeste, PassoQuatroMudaSoOTipo) {
     EXPECT_EQ(Converte1(3, k_pszMembro, ComTipo(Padrao(88), 40, 19)), ComTipo(Padrao(88), 40, 15));
 }
 
-TEST_F(CXVConversaoCamposTest, PassoDoisAcrescentaBaseEOrigemVazias) {
+TEST_F(CXVConversaoCamposTeste, PassoDoisAcrescentaBaseEOrigemVazias) {
     const std::string sAntigo = ComTipo(Padrao(24), 16, 7);
     EXPECT_EQ(Converte1(1, k_pszMapa, sAntigo), sAntigo.substr(0, 16) + std::string(8, '\0') +
                                                     CXVBytes().U32(3).Str() + sAntigo.substr(20, 4) +
                                                     std::string(8, '\0'));
 }
 
-TEST_F(CXVConversaoCamposTest, PassoCincoMudaSoOTipoNosDoisArquivos) {
+TEST_F(CXVConversaoCamposTeste, PassoCincoMudaSoOTipoNosDoisArquivos) {
     EXPECT_EQ(Converte1(4, k_pszMapa, ComTipo(Padrao(40), 24, 5)), ComTipo(Padrao(40), 24, 2));
     EXPECT_EQ(Converte1(4, k_pszDatas, ComTipo(Padrao(32), 8, 7)), ComTipo(Padrao(32), 8, 3));
     EXPECT_EQ(Converte1(4, k_pszMembro, Padrao(88)), Padrao(88)) << "no file of this step";
 }
 
 // The whole table, and numbers that only look like one of it in their low bytes.
-TEST_F(CXVConversaoCamposTest, TiposSaoComparadosPorInteiro) {
+TEST_F(CXVConversaoCamposTeste, TiposSaoComparadosPorInteiro) {
     std::string sAntigos;
     std::string sNovos;
     const auto inclui = [&](std::uint32_t uiTipo, std::uint32_t uiNovo) {
@@ -80,7 +80,7 @@ TEST_F(CXVConversaoCamposTest, TiposSaoComparadosPorInteiro) {
 }
 
 // Three members and both single files: a copy and the journal count only once they are on the device.
-TEST_F(CXVConversaoCamposTest, CopiasEDiarioChegamAoDispositivoAntesDaTroca) {
+TEST_F(CXVConversaoCamposTeste, CopiasEDiarioChegamAoDispositivoAntesDaTroca) {
     CXVSistemaArquivosFalhas falhas(m_Arquivos);
     const CXVGuardaSistemaArquivos guarda(falhas);
     for (const unsigned uiVersao : {3U, 4U}) {

@@ -21,9 +21,9 @@ std::string Diario(unsigned uiPasso, const std::string& sEntradas, std::uint32_t
     return diario.U64(CrcBitABit(diario.Str()));
 }
 
-class CXVConversaoDiarioTest : public CXVCenarioConversao {
+class CXVConversaoDiarioTeste : public CXVCenarioConversao {
   protected:
-    CXVConversaoDiarioTest() {
+    CXVConversaoDiarioTeste() {
         Instala(m_fabrica.Cria(3, 4));
         m_antes = m_Arquivos.Retrata();
         EXPECT_EQ(Converte(), S_OK);
@@ -78,7 +78,7 @@ class CXVConversaoDiarioTest : public CXVCenarioConversao {
     CXVSistemaArquivosMemoria::TRetrato m_antes, m_meio, m_fim;
 };
 
-TEST_F(CXVConversaoDiarioTest, DeixadaEmPazTermina) {
+TEST_F(CXVConversaoDiarioTeste, DeixadaEmPazTermina) {
     EsperaConclusao("untouched", [] {});
     // A journal that did not come to its name has served nobody.
     Poe("CRMIDDLEWARECVN.srk", "SVKRCV02");
@@ -86,7 +86,7 @@ TEST_F(CXVConversaoDiarioTest, DeixadaEmPazTermina) {
     EXPECT_EQ(m_Arquivos.Diferenca(m_fim, RetratoSemLogs()), "");
 }
 
-TEST_F(CXVConversaoDiarioTest, CopiaQueNaoEADoDiarioNaoEMovida) {
+TEST_F(CXVConversaoDiarioTeste, CopiaQueNaoEADoDiarioNaoEMovida) {
     const std::string sCopia = Copia(Membro(1));
     const std::string sBoa = Conteudo(sCopia);
     EsperaRecusa(sCopia, "truncated", [&] { Poe(sCopia, sBoa.substr(0, sBoa.size() - 88)); });
@@ -107,7 +107,7 @@ TEST_F(CXVConversaoDiarioTest, CopiaQueNaoEADoDiarioNaoEMovida) {
     EsperaRecusa(Membro(0), "one that came back", [&] { Poe(Copia(Membro(0)), sBoa); });
 }
 
-TEST_F(CXVConversaoDiarioTest, ArquivoVivoQueNaoEODoDiarioNaoESubstituido) {
+TEST_F(CXVConversaoDiarioTeste, ArquivoVivoQueNaoEODoDiarioNaoESubstituido) {
     EsperaRecusa(Membro(1), "written to meanwhile", [&] {
         const std::string sDados = Dados(Antigo(1));
         Poe(Membro(1), XVArquivoDoTeste({Membro(1), 4}, sDados + sDados.substr(0, 88)));
@@ -123,7 +123,7 @@ TEST_F(CXVConversaoDiarioTest, ArquivoVivoQueNaoEODoDiarioNaoESubstituido) {
                  [&] { Poe(sNovo, XVArquivoDoTeste({sNovo}, Dados(Antigo(1)))); });
 }
 
-TEST_F(CXVConversaoDiarioTest, DiarioAlteradoEmQualquerByteOuComprimentoERecusado) {
+TEST_F(CXVConversaoDiarioTeste, DiarioAlteradoEmQualquerByteOuComprimentoERecusado) {
     const std::string sBom = Conteudo(k_pszDiario);
     ASSERT_GT(sBom.size(), 150U);
     for (std::size_t i = 0; i < sBom.size() && !HasFailure(); ++i)
@@ -141,7 +141,7 @@ TEST_F(CXVConversaoDiarioTest, DiarioAlteradoEmQualquerByteOuComprimentoERecusad
 }
 
 // Checksum right, content wrong: what another program or another store's journal would look like.
-TEST_F(CXVConversaoDiarioTest, DiarioDeOutroPassoOuDeOutrosArquivosERecusado) {
+TEST_F(CXVConversaoDiarioTeste, DiarioDeOutroPassoOuDeOutrosArquivosERecusado) {
     const std::string sBom = Conteudo(k_pszDiario);
     const std::string sEntradas = sBom.substr(16, sBom.size() - 24);
     EXPECT_EQ(sBom, Diario(4, sEntradas, 3, "SVKRCV02")) << "the bytes are those of the description";
@@ -167,7 +167,7 @@ TEST_F(CXVConversaoDiarioTest, DiarioDeOutroPassoOuDeOutrosArquivosERecusado) {
 }
 
 // Moved files carry the step's stamp: they are not converted again whatever became of the journal.
-TEST_F(CXVConversaoDiarioTest, SemDiarioOsCarimbosImpedemASegundaConversao) {
+TEST_F(CXVConversaoDiarioTeste, SemDiarioOsCarimbosImpedemASegundaConversao) {
     EsperaConclusao("journal gone", [&] { Apaga(k_pszDiario); });
     EsperaConclusao("journal and copies gone", [&] {
         Apaga(k_pszDiario);
@@ -180,7 +180,7 @@ TEST_F(CXVConversaoDiarioTest, SemDiarioOsCarimbosImpedemASegundaConversao) {
 }
 
 // Journals of earlier programs name the files and no more.
-TEST_F(CXVConversaoDiarioTest, DiarioSemSomasSoValeComOsCarimbos) {
+TEST_F(CXVConversaoDiarioTeste, DiarioSemSomasSoValeComOsCarimbos) {
     CXVBytes nomes;
     for (unsigned i = 0; i < 3; ++i) nomes.Texto(Membro(i));
     const std::string sDiario = Diario(4, nomes, 3, "SVKRCV01");

@@ -8,9 +8,9 @@
 
 namespace {
 
-class CXVConversaoMorteTest : public CXVCenarioConversao, public testing::WithParamInterface<unsigned> {
+class CXVConversaoMorteTeste : public CXVCenarioConversao, public testing::WithParamInterface<unsigned> {
   protected:
-    CXVConversaoMorteTest() {
+    CXVConversaoMorteTeste() {
         Instala(CXVFabricaBases(GetParam(), GetParam() % 2 == 1).Cria(2, 3));
         m_inicio = m_Arquivos.Retrata();
         EXPECT_EQ(Converte(), S_OK);
@@ -54,21 +54,21 @@ class CXVConversaoMorteTest : public CXVCenarioConversao, public testing::WithPa
     CXVSistemaArquivosMemoria::TRetrato m_inicio, m_fim;
 };
 
-TEST_P(CXVConversaoMorteTest, KilledAtEveryFileOperation) {
+TEST_P(CXVConversaoMorteTeste, MortaEmCadaOperacaoDeArquivo) {
     CXVSistemaArquivosMorte morte(m_Arquivos);
     const CXVGuardaSistemaArquivos guarda(morte);
     EXPECT_GT(Varre(morte, false), 20U) << "the sweep must have met the conversion";
 }
 
 // Every write leaves the first half of its bytes: copies, the journal, the version record.
-TEST_P(CXVConversaoMorteTest, MortaComCadaGravacaoPelaMetade) {
+TEST_P(CXVConversaoMorteTeste, MortaComCadaGravacaoPelaMetade) {
     CXVSistemaArquivosMorte morte(m_Arquivos, EContagem::eAlteracoes);
     const CXVGuardaSistemaArquivos guarda(morte);
     EXPECT_GT(Varre(morte, true), 10U);
 }
 
 // Old files without header carry no stamp. Opening the store afterwards is all that is needed.
-TEST_P(CXVConversaoMorteTest, MortaEmQualquerPontoALojaAbreSozinha) {
+TEST_P(CXVConversaoMorteTeste, MortaEmQualquerPontoALojaAbreSozinha) {
     m_Arquivos.Restaura(m_vazio);
     Instala(CXVFabricaBases(GetParam(), false).Cria(2, 3));
     m_inicio = m_Arquivos.Retrata();
@@ -94,7 +94,7 @@ TEST_P(CXVConversaoMorteTest, MortaEmQualquerPontoALojaAbreSozinha) {
     }
 }
 
-TEST_P(CXVConversaoMorteTest, FailingOnceAtEveryFileOperation) {
+TEST_P(CXVConversaoMorteTeste, FalhaUmaVezEmCadaOperacaoDeArquivo) {
     CXVSistemaArquivosFalhas falhas(m_Arquivos);
     const CXVGuardaSistemaArquivos guarda(falhas);
     XVUInt64 uiErros = 0;
@@ -120,7 +120,7 @@ TEST_P(CXVConversaoMorteTest, FailingOnceAtEveryFileOperation) {
 
 // A file system that from some question on does not tell whether a file exists: no guess, and the next
 // conversion does it all.
-TEST_P(CXVConversaoMorteTest, PerguntasSobreArquivosSemRespostaAPartirDeCadaUma) {
+TEST_P(CXVConversaoMorteTeste, PerguntasSobreArquivosSemRespostaAPartirDeCadaUma) {
     CXVSistemaArquivosFalhas falhas(m_Arquivos);
     falhas.SetFiltro([this](const std::string& s) {
         return s.starts_with(PastaDados("")) &&
@@ -147,6 +147,6 @@ TEST_P(CXVConversaoMorteTest, PerguntasSobreArquivosSemRespostaAPartirDeCadaUma)
     EXPECT_GT(uiPergunta, 5U);
 }
 
-INSTANTIATE_TEST_SUITE_P(Versoes, CXVConversaoMorteTest, testing::Range(0U, 5U));
+INSTANTIATE_TEST_SUITE_P(Versoes, CXVConversaoMorteTeste, testing::Range(0U, 5U));
 
 }  // namespace

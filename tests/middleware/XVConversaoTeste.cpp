@@ -9,10 +9,10 @@
 
 namespace {
 
-class CXVConversaoTest : public CXVCenarioConversao,
-                         public testing::WithParamInterface<std::tuple<unsigned, bool>> {};
+class CXVConversaoTeste : public CXVCenarioConversao,
+                          public testing::WithParamInterface<std::tuple<unsigned, bool>> {};
 
-TEST_P(CXVConversaoTest, EveryVersionWithAndWithoutHeadersEndsAtFiveWithItsRecords) {
+TEST_P(CXVConversaoTeste, CadaVersaoComESemCabecalhosTerminaNaCincoComSeusRegistros) {
     const auto [uiVersao, bCabecalho] = GetParam();
     const CXVFabricaBases fabrica(uiVersao, bCabecalho);
     const TArquivos antes = fabrica.Cria();
@@ -38,12 +38,12 @@ TEST_P(CXVConversaoTest, EveryVersionWithAndWithoutHeadersEndsAtFiveWithItsRecor
     EXPECT_EQ(m_Arquivos.Diferenca(retrato, RetratoSemLogs()), "") << "a second run has nothing to do";
 }
 
-INSTANTIATE_TEST_SUITE_P(Versoes, CXVConversaoTest,
+INSTANTIATE_TEST_SUITE_P(Versoes, CXVConversaoTeste,
                          testing::Combine(testing::Range(0U, 5U), testing::Bool()));
 
-using CXVConversaoCasosTest = CXVCenarioConversao;
+using CXVConversaoCasosTeste = CXVCenarioConversao;
 
-TEST_F(CXVConversaoCasosTest, EmptyMissingForeignAndLeftoverFilesAreNoObstacle) {
+TEST_F(CXVConversaoCasosTeste, ArquivosVaziosAusentesAlheiosESobrasNaoImpedem) {
     const auto vazio = m_Arquivos.Retrata();
     for (unsigned uiVersao = 0; uiVersao < 5; ++uiVersao) {
         const TArquivos antes = CXVFabricaBases(uiVersao, true).CriaComSujeira();
@@ -63,7 +63,7 @@ TEST_F(CXVConversaoCasosTest, EmptyMissingForeignAndLeftoverFilesAreNoObstacle) 
     }
 }
 
-TEST_F(CXVConversaoCasosTest, LaterVersionDamagedVersionAndVanishedVersionChangeNothing) {
+TEST_F(CXVConversaoCasosTeste, VersaoPosteriorDanificadaOuSumidaNadaMuda) {
     TArquivos base = CXVFabricaBases(4, true).Cria();
     const std::string sVersao = base["CRMIDDLEWAREVS.dat"];
     const auto recusa = [&](const std::string& sArquivo) {
@@ -93,7 +93,7 @@ TEST_F(CXVConversaoCasosTest, LaterVersionDamagedVersionAndVanishedVersionChange
     EXPECT_EQ(m_Captura.GetFalhas().back().sFuncao, "CBaseMiddleware::ExecutaConversao");
 }
 
-TEST_F(CXVConversaoCasosTest, ListedFileThatVanishedIsRefusedByNameAtConversionAndAtOpening) {
+TEST_F(CXVConversaoCasosTeste, ArquivoListadoQueSumiuERecusadoPeloNomeNaConversaoENaAbertura) {
     Instala(CXVFabricaBases(4, true).Cria());
     ASSERT_EQ(Converte(), S_OK);
     for (const char* pszNome : {"CRCHAVEREGTER.dat", "CRDTHRINTEG.dat"}) {
@@ -112,7 +112,7 @@ TEST_F(CXVConversaoCasosTest, ListedFileThatVanishedIsRefusedByNameAtConversionA
     EXPECT_EQ(loja.Inicializa(&m_Dono), S_OK);
 }
 
-TEST_F(CXVConversaoCasosTest, DamagedRecordFileEndsTheStepWithItsNameAndEverythingAsItWas) {
+TEST_F(CXVConversaoCasosTeste, ArquivoDanificadoEncerraOPassoPeloNomeETudoFicaComoEstava) {
     TArquivos base = CXVFabricaBases(2, true).Cria();
     const std::string sMembro = CXVFabricaBases::NomeMembro(1);
     const std::string sBom = base[sMembro];
@@ -131,7 +131,7 @@ TEST_F(CXVConversaoCasosTest, DamagedRecordFileEndsTheStepWithItsNameAndEverythi
     ConfereSemRestos();
 }
 
-TEST_F(CXVConversaoCasosTest, FreshDirectoryOpensAtVersionFiveWithoutLeftovers) {
+TEST_F(CXVConversaoCasosTeste, DiretorioNovoAbreNaVersaoCincoSemSobras) {
     CBaseMiddleware loja;
     ASSERT_EQ(loja.Inicializa(&m_Dono), S_OK);
     EXPECT_EQ(Dados(Conteudo("CRMIDDLEWAREVS.dat")), CXVBytes().U16(5).Zeros(14).Str());
@@ -158,7 +158,7 @@ class CXVObservador final : public IXVObservadorConversao {
     std::vector<std::pair<XVUShort, std::string>> feitos;
 };
 
-TEST_F(CXVConversaoCasosTest, DryRunChangesNothingAndSaysWhatTheRunThenDoes) {
+TEST_F(CXVConversaoCasosTeste, SimulacaoNadaMudaEDizOQueAConversaoFaz) {
     Instala(CXVFabricaBases(3, true).CriaComSujeira());
     const auto retrato = m_Arquivos.Retrata();
     CXVConversaoMiddleware conversao(nullptr);
@@ -182,11 +182,11 @@ TEST_F(CXVConversaoCasosTest, DryRunChangesNothingAndSaysWhatTheRunThenDoes) {
     EXPECT_TRUE(passos.empty());
 }
 
-TEST(CXVConversaoJuntosTest, TwoAtOnceConvertOnce) {
+TEST(CXVConversaoJuntosTeste, DuasJuntasConvertemUmaVez) {
     const CXVDiretorioTeste diretorio;
-    CXVRegistroFalso registro;
-    registro.SetTexto(CAmbienteXV::GetChaveRegistro(XV_DF), "Path", diretorio.GetCaminho());
-    const CXVGuardaRegistro guarda(registro);
+    CXVRegistryFalso registro;
+    registro.SetTexto(CAmbienteXV::GetChaveRegistry(XV_DF), "Path", diretorio.GetCaminho());
+    const CXVGuardaRegistry guarda(registro);
     const CXVFabricaBases fabrica(0, true);
     ASSERT_TRUE(XVPlataforma::SistemaArquivosNativo().CriaDiretorio(diretorio.Junta("MATRIZ/DF")).Ok());
     for (const auto& [sNome, sBytes] : fabrica.Cria(12, 20))

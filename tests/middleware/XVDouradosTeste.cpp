@@ -22,9 +22,9 @@ TArquivos LePasta(const std::string& sVersao) {
     return arquivos;
 }
 
-class CXVDouradosTest : public CXVCenarioConversao, public testing::WithParamInterface<std::string> {};
+class CXVDouradosTeste : public CXVCenarioConversao, public testing::WithParamInterface<std::string> {};
 
-TEST_P(CXVDouradosTest, OpensConvertsAndAnswers) {
+TEST_P(CXVDouradosTeste, AbreConverteEResponde) {
     const TArquivos antes = LePasta(GetParam());
     const TArquivos esperados = LePasta("v5");
     ASSERT_GT(antes.size(), 5U);
@@ -48,6 +48,6 @@ TEST_P(CXVDouradosTest, OpensConvertsAndAnswers) {
     EXPECT_EQ(chave.regDmcRegistroTelvo.uiValor, XVChaveDmc(0, 72, 2)) << "old 10 is found under 6";
 }
 
-INSTANTIATE_TEST_SUITE_P(Versoes, CXVDouradosTest, testing::Values("v0", "v1", "v2", "v3", "v4"));
+INSTANTIATE_TEST_SUITE_P(Versoes, CXVDouradosTeste, testing::Values("v0", "v1", "v2", "v3", "v4"));
 
 }  // namespace

@@ -5,9 +5,9 @@
 
 namespace {
 
-class CXVEntradaInvalidaTest : public CXVCenarioLoja {
+class CXVEntradaInvalidaTeste : public CXVCenarioLoja {
   protected:
-    CXVEntradaInvalidaTest() : m_pLoja(Abre()) {
+    CXVEntradaInvalidaTeste() : m_pLoja(Abre()) {
         m_regDmc = Grava(*m_pLoja, CXVIntegracaoTeste(1).Textos("{}", "m", "{}"));
     }
 
@@ -18,7 +18,7 @@ class CXVEntradaInvalidaTest : public CXVCenarioLoja {
 using TDefeito = std::function<void(tagREG_CR_INTEGRACAO_MIDDLEWAREPS&)>;
 using TReg = tagREG_CR_INTEGRACAO_MIDDLEWAREPS;
 
-TEST_F(CXVEntradaInvalidaTest, NoOperationRecordsAnImpossibleIntegration) {
+TEST_F(CXVEntradaInvalidaTeste, NenhumaOperacaoGravaIntegracaoImpossivel) {
     std::string sComNul("a\0b", 3);
     const std::vector<TDefeito> defeitos{
         [](TReg& r) { r.eTipoIntegracao = eXVSMiddleware_QuantidadeTipoIntegracao; },
@@ -55,7 +55,7 @@ TEST_F(CXVEntradaInvalidaTest, NoOperationRecordsAnImpossibleIntegration) {
     EXPECT_EQ(Grava(*m_pLoja, CXVIntegracaoTeste(2)).GetPonteiro(), 2U);
 }
 
-TEST_F(CXVEntradaInvalidaTest, KeysThatCannotNameAnIntegrationAreRefused) {
+TEST_F(CXVEntradaInvalidaTeste, ChavesQueNaoNomeiamIntegracaoSaoRecusadas) {
     const auto retrato = m_Arquivos.Retrata();
     const tagREG_CR_INTEGRACAO_MIDDLEWAREPS* pReg = nullptr;
     EXPECT_EQ(m_pLoja->GravaIntegracao(nullptr, CXVIntegracaoTeste().Ptr()), E_POINTER);
@@ -76,7 +76,7 @@ TEST_F(CXVEntradaInvalidaTest, KeysThatCannotNameAnIntegrationAreRefused) {
     EXPECT_EQ(m_Arquivos.Diferenca(retrato, m_Arquivos.Retrata()), "");
 }
 
-TEST_F(CXVEntradaInvalidaTest, StatusMapAndDateTimeRefuseWhatCannotBe) {
+TEST_F(CXVEntradaInvalidaTeste, StatusMapaEDataHoraRecusamOImpossivel) {
     const auto retrato = m_Arquivos.Retrata();
     tagREG_CR_STATUS_INTEGRACAO_MIDDLEWAREPS status{};
     status.regDmc = m_regDmc;
@@ -114,7 +114,7 @@ TEST_F(CXVEntradaInvalidaTest, StatusMapAndDateTimeRefuseWhatCannotBe) {
     EXPECT_EQ(m_Arquivos.Diferenca(retrato, m_Arquivos.Retrata()), "");
 }
 
-TEST_F(CXVEntradaInvalidaTest, ListsWithACountAndNoPointerAreRefusedAndOutputsCleared) {
+TEST_F(CXVEntradaInvalidaTeste, ListasComQuantidadeESemPonteiroSaoRecusadas) {
     tagREG_CR_FILTRO_INTEGRACAO_MIDDLEWAREPS filtro{};
     filtro.ulQuantidadeStatusIntegracao = 2;
     REG_XVDMC regLixo{1};

@@ -3,9 +3,9 @@
 
 namespace {
 
-using CXVEsquemaTest = CXVCenarioLoja;
+using CXVEsquemaTeste = CXVCenarioLoja;
 
-TEST_F(CXVEsquemaTest, RecordsTextsAndHeadersOfOneIntegrationStandWhereTheyBelong) {
+TEST_F(CXVEsquemaTeste, RegistrosTextosECabecalhosDeUmaIntegracaoFicamNoSeuLugar) {
     TLoja pLoja = Abre();
     ASSERT_NE(pLoja, nullptr);
     CXVIntegracaoTeste integracao(0x1122334455667788ULL, Mercos, eXVSMiddleware_Sucesso);
@@ -54,7 +54,7 @@ TEST_F(CXVEsquemaTest, RecordsTextsAndHeadersOfOneIntegrationStandWhereTheyBelon
               XVArquivoDoTeste({"CRINTEGMIDJSONRET20240315.dat", 1}, CXVBytes().Texto("{\"id\":9}").Str()));
 }
 
-TEST_F(CXVEsquemaTest, KeyMapDateTimeAndVersionFilesHaveTheirLayouts) {
+TEST_F(CXVEsquemaTeste, MapaDataHoraEVersaoTemSeusLeiautes) {
     TLoja pLoja = Abre();
     ASSERT_NE(pLoja, nullptr);
     ASSERT_EQ(pLoja->GravaChaveRegistroTelvoParaTerceiro({77, {XVChaveDmc(k_uiHoje, 4, 2)}, 3, 6, 16, {}}),

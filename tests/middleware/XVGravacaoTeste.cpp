@@ -7,9 +7,9 @@
 
 namespace {
 
-class CXVGravacaoTest : public CXVCenarioLoja {
+class CXVGravacaoTeste : public CXVCenarioLoja {
   protected:
-    CXVGravacaoTest() : m_pLoja(Abre()) {}
+    CXVGravacaoTeste() : m_pLoja(Abre()) {}
 
     tagREG_CR_STATUS_INTEGRACAO_MIDDLEWAREPS Status(REG_XVDMC regDmc, XVUInt eStatus) {
         tagREG_CR_STATUS_INTEGRACAO_MIDDLEWAREPS reg{};
@@ -26,14 +26,14 @@ class CXVGravacaoTest : public CXVCenarioLoja {
     TLoja m_pLoja;
 };
 
-TEST_F(CXVGravacaoTest, DateAndStampComeFromOneReadingOfUtcEvenWhenLocalTimeIsAnotherDay) {
+TEST_F(CXVGravacaoTeste, DataECarimboVemDeUmaLeituraDeUtcMesmoEmOutroDiaLocal) {
     m_Relogio.SetUTC({2024, 3, 16, 1, 30, 0});  // 22:30 of the 15th, local time
     const REG_XVDMC regDmc = Grava(*m_pLoja, CXVIntegracaoTeste());
     EXPECT_EQ(regDmc.GetDma().ToChave(), 20240316U);
     EXPECT_EQ(XVLe(*m_pLoja, regDmc).reg.regDataHoraInclusao.uiValor, XVDataHora(XVDma(2024, 3, 16), 1, 30));
 }
 
-TEST_F(CXVGravacaoTest, UpdateReplacesEverythingButTwoTextsThatKeepTheirPlaceWhenEqual) {
+TEST_F(CXVGravacaoTeste, AlteracaoTrocaTudoMenosDoisTextosIguais) {
     CXVIntegracaoTeste integracao(1, Mercos, eXVSMiddleware_Enviado);
     integracao.Textos("{\"a\":1}", "enviado", "{\"r\":1}");
     integracao.reg.ulPonteiroFilial = 9;
@@ -67,7 +67,7 @@ TEST_F(CXVGravacaoTest, UpdateReplacesEverythingButTwoTextsThatKeepTheirPlaceWhe
         << "a returned JSON of an update is always appended";
 }
 
-TEST_F(CXVGravacaoTest, EveryOperationLeavesItsLineInTheGeneralLogWithTheCallersUser) {
+TEST_F(CXVGravacaoTeste, CadaOperacaoDeixaSuaLinhaNoLogGeralComOUsuario) {
     CXVIntegracaoTeste integracao(18446744073709551615ULL);
     REG_XVDMC regDmc = Grava(*m_pLoja, integracao);
     const TLoja pOutro = Abre(31, "MATRIZ", 5);
@@ -86,7 +86,7 @@ TEST_F(CXVGravacaoTest, EveryOperationLeavesItsLineInTheGeneralLogWithTheCallers
     EXPECT_NE(sLog.find("\tMATRIZ\t7\t99\t1\t0\t0\tGravaStatusIntegracao" + sFim), std::string::npos) << sLog;
 }
 
-TEST_F(CXVGravacaoTest, LogThatCannotBeWrittenDoesNotUndoWhatWasRecorded) {
+TEST_F(CXVGravacaoTeste, LogQueNaoSeGravaNaoDesfazOQueFoiGravado) {
     CXVSistemaArquivosFalhas falhas(m_Arquivos);
     falhas.SetFiltro([](const std::string& s) { return s.ends_with(".log"); });
     const CXVGuardaSistemaArquivos guarda(falhas);
@@ -96,7 +96,7 @@ TEST_F(CXVGravacaoTest, LogThatCannotBeWrittenDoesNotUndoWhatWasRecorded) {
     EXPECT_TRUE(m_Captura.Contem("GetAcessoEmpresarial()->GravaLogGeral(eServico, sTexto)"));
 }
 
-TEST_F(CXVGravacaoTest, RecordersOnSeveralThreadsGetDifferentIntegrations) {
+TEST_F(CXVGravacaoTeste, GravadoresEmVariosFiosTemIntegracoesDiferentes) {
     constexpr unsigned k_uiThreads = 4;
     constexpr std::size_t k_uiPorThread = 50;
     std::vector<TListaDmc> listas(k_uiThreads);
@@ -118,7 +118,7 @@ TEST_F(CXVGravacaoTest, RecordersOnSeveralThreadsGetDifferentIntegrations) {
     EXPECT_EQ(Registros("CRINDEXINTEG.dat", 24), 1U) << "one bank key, one index record";
 }
 
-TEST_F(CXVGravacaoTest, MappingsAndDateTimesOfOneKeyRecordedAtOnceLeaveOneRecord) {
+TEST_F(CXVGravacaoTeste, MappingsAndDateTimesOfOneKeyRecordedAtOnceLeaveOneRecord) {
     XVEmThreads(4, [&](unsigned i) {
         const TLoja pPropria = Abre(static_cast<XVUShort>(i + 1));
         for (unsigned j = 1; j < 25; ++j) {

@@ -36,23 +36,23 @@ void operator delete(void* p, std::size_t) noexcept {
 
 namespace {
 
-class CXVMemoriaTest : public testing::Test {
+class CXVMemoriaTeste : public testing::Test {
   protected:
-    CXVMemoriaTest() : m_guardaRegistro(m_registro), m_guardaRelogio(m_relogio) {
-        m_registro.SetTexto(CAmbienteXV::GetChaveRegistro(XV_DF), "Path", m_diretorio.GetCaminho());
+    CXVMemoriaTeste() : m_guardaRegistro(m_registro), m_guardaRelogio(m_relogio) {
+        m_registro.SetTexto(CAmbienteXV::GetChaveRegistry(XV_DF), "Path", m_diretorio.GetCaminho());
         EXPECT_TRUE(XVPlataforma::SistemaArquivosNativo().CriaDiretorio(m_diretorio.Junta("MATRIZ/DF")).Ok());
     }
     static std::size_t ZeraPico() { return g_uiPico = g_uiVivos.load(); }
 
     CXVDiretorioTeste m_diretorio;
-    CXVRegistroFalso m_registro;
+    CXVRegistryFalso m_registro;
     CXVRelogioFalso m_relogio;
-    CXVGuardaRegistro m_guardaRegistro;
+    CXVGuardaRegistry m_guardaRegistro;
     CXVGuardaRelogio m_guardaRelogio;
     CXVDonoFixo m_dono{"MATRIZ"};
 };
 
-TEST_F(CXVMemoriaTest, ConversionHoldsOneMemberAtATime) {
+TEST_F(CXVMemoriaTeste, ConversaoTemUmMembroPorVez) {
     constexpr unsigned k_uiRegistros = 8000;  // 640 KB a member
     for (const auto& [sNome, sBytes] : CXVFabricaBases(0, true).Cria(10, k_uiRegistros))
         m_diretorio.CriaArquivo("MATRIZ/DF/" + sNome, sBytes);
@@ -63,7 +63,7 @@ TEST_F(CXVMemoriaTest, ConversionHoldsOneMemberAtATime) {
     EXPECT_LT(g_uiPico - uiAntes, std::size_t{2} * k_uiRegistros * 88 + (3U << 20));
 }
 
-TEST_F(CXVMemoriaTest, RecordingOnManyDaysKeepsTheIndexAndTwoMembersAGroup) {
+TEST_F(CXVMemoriaTeste, GravarEmMuitosDiasGuardaOIndiceEDoisMembrosPorGrupo) {
     CBaseMiddleware loja;
     ASSERT_EQ(loja.Inicializa(&m_dono), S_OK);
     const std::string sTexto(2000, 'x');

@@ -30,7 +30,7 @@ class CXVAmbienteQueda {
   public:
     explicit CXVAmbienteQueda(EDurabilidade eDurabilidade)
         : m_guardaRelogio(m_relogio), m_guardaRegistro(m_registro) {
-        const std::string sChave = CAmbienteXV::GetChaveRegistro(XV_DF);
+        const std::string sChave = CAmbienteXV::GetChaveRegistry(XV_DF);
         m_registro.SetTexto(sChave, "Path", "/telvo");
         m_registro.SetNumero(sChave, "Durabilidade", static_cast<XVUInt>(eDurabilidade));
     }
@@ -38,9 +38,9 @@ class CXVAmbienteQueda {
 
   private:
     CXVRelogioFalso m_relogio;
-    CXVRegistroFalso m_registro;
+    CXVRegistryFalso m_registro;
     CXVGuardaRelogio m_guardaRelogio;
-    CXVGuardaRegistro m_guardaRegistro;
+    CXVGuardaRegistry m_guardaRegistro;
     CXVCapturaTrace m_captura;  // refusals are expected
 };
 

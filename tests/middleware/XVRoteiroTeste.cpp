@@ -11,7 +11,7 @@
 
 namespace {
 
-TEST(CXVRoteiroTest, FilesAreTheSameNativelyAndOnWindows) {
+TEST(CXVRoteiroTeste, ArquivosSaoOsMesmosNativamenteENoWindows) {
     const auto caminho =
         std::filesystem::path(XVProgramaVizinho("x")).parent_path() / "XVRoteiroEsperado.txt";
     std::ifstream arquivo(caminho, std::ios::binary);

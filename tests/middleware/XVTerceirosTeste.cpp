@@ -7,9 +7,9 @@ namespace {
 const std::string k_sOrigem = "20240301-15-2";
 const REG_XVDMC k_regOrigem{XVChaveDmc(XVDma(2024, 3, 1), 15, 2)};
 
-class CXVTerceirosTest : public CXVCenarioLoja {
+class CXVTerceirosTeste : public CXVCenarioLoja {
   protected:
-    CXVTerceirosTest() : m_pLoja(Abre()) {}
+    CXVTerceirosTeste() : m_pLoja(Abre()) {}
 
     static tagREG_CR_INTEGRACAO_MIDDLEWAREPS Pedido(XVUInt eTransacao) {
         tagREG_CR_INTEGRACAO_MIDDLEWAREPS reg{};
@@ -31,7 +31,7 @@ class CXVTerceirosTest : public CXVCenarioLoja {
     TLoja m_pLoja;
 };
 
-TEST_F(CXVTerceirosTest, ItemsAreSentAtOnceEachFromTheCallersOwnRecord) {
+TEST_F(CXVTerceirosTeste, ItensSaoEnviadosJuntosCadaUmDoRegistroDoChamador) {
     Pendente("1", "BaseDados: 7\nFilial: 4\nRegistro: 20240301-16-2\n", "{\"p\":1}");
     Pendente("2", "", "{\"p\":2}");
     Pendente("3", "", "");                // skipped: nothing to send
@@ -57,7 +57,7 @@ TEST_F(CXVTerceirosTest, ItemsAreSentAtOnceEachFromTheCallersOwnRecord) {
     EXPECT_EQ(XVBusca(*m_pLoja).size(), 2U);
 }
 
-TEST_F(CXVTerceirosTest, ChangeAndDeletionUpdateTheIntegrationThatIsNamed) {
+TEST_F(CXVTerceirosTeste, AlteracaoEExclusaoAtualizamAIntegracaoNomeada) {
     Pendente("1", "", "{\"p\":1}");
     REG_XVDMC regDmc;
     ASSERT_EQ(m_pLoja->GravaIntegracaoInstantanea(&regDmc, Pedido(eXVSMiddleware_Inclusao)), S_OK);

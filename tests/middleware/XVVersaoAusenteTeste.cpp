@@ -9,7 +9,7 @@ namespace {
 constexpr const char* k_pszVersao = "CRMIDDLEWAREVS.dat";
 constexpr const char* k_pszControle = "XVDATABASE_FILE_CTRL.dat";
 
-class CXVVersaoAusenteTest : public CXVCenarioConversao {
+class CXVVersaoAusenteTeste : public CXVCenarioConversao {
   protected:
     void Recomeca(const TArquivos& rArquivos) {
         m_Arquivos.Restaura(m_vazio);
@@ -48,7 +48,7 @@ class CXVVersaoAusenteTest : public CXVCenarioConversao {
 };
 
 // Up to version 2 the days' files are in the first layout; from 2 on the key map is not.
-TEST_F(CXVVersaoAusenteTest, RegistrosDeLeiautePosteriorContradizemAVersaoZero) {
+TEST_F(CXVVersaoAusenteTeste, RegistrosDeLeiautePosteriorContradizemAVersaoZero) {
     for (const bool bCabecalho : {false, true})
         for (const bool bControle : {false, true})
             for (unsigned uiVersao = 2; uiVersao <= 5; ++uiVersao) {
@@ -64,7 +64,7 @@ TEST_F(CXVVersaoAusenteTest, RegistrosDeLeiautePosteriorContradizemAVersaoZero) 
             }
 }
 
-TEST_F(CXVVersaoAusenteTest, CarimboDePassoPosteriorContradizAVersaoZero) {
+TEST_F(CXVVersaoAusenteTeste, CarimboDePassoPosteriorContradizAVersaoZero) {
     const TArquivos base = SemVersao(0, true);
     for (const auto& [sNome, sBytes] : base)
         for (const unsigned uiCarimbo : {2U, 5U, 6U}) {
@@ -82,7 +82,7 @@ TEST_F(CXVVersaoAusenteTest, CarimboDePassoPosteriorContradizAVersaoZero) {
     EXPECT_EQ(Converte(), E_XVCR_CRC_CABECALHO_NAO_CONFERE);
 }
 
-TEST_F(CXVVersaoAusenteTest, VersaoEControleAusentesNaoProvamNada) {
+TEST_F(CXVVersaoAusenteTeste, VersaoEControleAusentesNaoProvamNada) {
     // Date-times, index and texts look alike in every version.
     for (const char* pszNome : {"CRDTHRINTEG.dat", "CRINDEXINTEG.dat", "CRINTEGMIDJSON20230501.dat"}) {
         const std::string sBytes = SemVersao(0, true)[pszNome];
@@ -104,7 +104,7 @@ TEST_F(CXVVersaoAusenteTest, VersaoEControleAusentesNaoProvamNada) {
     EsperaRecusa("CRCHAVEREGTER.dat", "converted and emptied");
 }
 
-TEST_F(CXVVersaoAusenteTest, VersaoZeroDeVerdadeConverteEADiretorioSemDadosServe) {
+TEST_F(CXVVersaoAusenteTeste, VersaoZeroDeVerdadeConverteEADiretorioSemDadosServe) {
     for (const bool bCabecalho : {false, true}) {
         Recomeca(SemVersao(0, bCabecalho));
         EXPECT_EQ(Converte(), S_OK);
@@ -120,7 +120,7 @@ TEST_F(CXVVersaoAusenteTest, VersaoZeroDeVerdadeConverteEADiretorioSemDadosServe
     EXPECT_EQ(Converte(), S_OK) << "nothing in it";
 }
 
-TEST_F(CXVVersaoAusenteTest, VistaNaoMostraBaseDeVersaoAnteriorComoVazia) {
+TEST_F(CXVVersaoAusenteTeste, VistaNaoMostraBaseDeVersaoAnteriorComoVazia) {
     TArquivos base = SemVersao(0, true);
     base.erase("CRINDEXINTEG.dat");
     Recomeca(base);
@@ -129,7 +129,7 @@ TEST_F(CXVVersaoAusenteTest, VistaNaoMostraBaseDeVersaoAnteriorComoVazia) {
     EXPECT_EQ(loja.Inicializa(&m_Dono), E_XVCR_VERSAO_INCOMPATIVEL);
 }
 
-TEST_F(CXVVersaoAusenteTest, VistaRecusaArquivoUnicoListadoEAusenteSemMudarNada) {
+TEST_F(CXVVersaoAusenteTeste, VistaRecusaArquivoUnicoListadoEAusenteSemMudarNada) {
     Recomeca(CXVFabricaBases(0, true).Cria());
     ASSERT_EQ(Converte(), S_OK);
     const auto inteira = m_Arquivos.Retrata();
@@ -152,7 +152,7 @@ TEST_F(CXVVersaoAusenteTest, VistaRecusaArquivoUnicoListadoEAusenteSemMudarNada)
     }
 }
 
-TEST_F(CXVVersaoAusenteTest, ArquivoListadoAusenteParaAConversaoPeloNome) {
+TEST_F(CXVVersaoAusenteTeste, ArquivoListadoAusenteParaAConversaoPeloNome) {
     for (unsigned uiVersao = 0; uiVersao < 5; ++uiVersao) {
         const TArquivos base = CXVFabricaBases(uiVersao, true).Cria();
         CXVBytes lista;
@@ -172,7 +172,7 @@ TEST_F(CXVVersaoAusenteTest, ArquivoListadoAusenteParaAConversaoPeloNome) {
 }
 
 // A file that carries the step's stamp or a later one has been through it; one before has not.
-TEST_F(CXVVersaoAusenteTest, CadaPassoRespeitaOsCarimbos) {
+TEST_F(CXVVersaoAusenteTeste, CadaPassoRespeitaOsCarimbos) {
     const auto converte = [&](unsigned uiVersao, const std::string& sNome, unsigned uiCarimbo) {
         TArquivos base = CXVFabricaBases(uiVersao, true).Cria();
         base[sNome] = XVArquivoDoTeste({sNome, 3, uiCarimbo}, Dados(base[sNome]));
@@ -198,7 +198,7 @@ TEST_F(CXVVersaoAusenteTest, CadaPassoRespeitaOsCarimbos) {
 
 // Files without header: what no program of this system can have written gets none, in the layout of the
 // store's version.
-class CXVConteudoImpossivelTest : public CXVVersaoAusenteTest {
+class CXVConteudoImpossivelTeste : public CXVVersaoAusenteTeste {
   protected:
     // uiOffset in the second record of the file.
     void Estraga(const std::string& sNome, std::size_t uiTamanho, std::size_t uiOffset,
@@ -218,7 +218,7 @@ class CXVConteudoImpossivelTest : public CXVVersaoAusenteTest {
     }
 };
 
-TEST_F(CXVConteudoImpossivelTest, DatasEPonteirosDeCadaLeiaute) {
+TEST_F(CXVConteudoImpossivelTeste, DatasEPonteirosDeCadaLeiaute) {
     const CXVBytes dia = CXVBytes().U64(XVChaveDmc(XVDma(2023, 2, 30), 1));  // no day of the calendar
     const CXVBytes reservado = CXVBytes().U64(XVChaveDmc(XVDma(2023, 5, 1), 1) | 0x40);
     const CXVBytes semPonteiro = CXVBytes().U64(XVChaveDmc(XVDma(2023, 5, 1), 0));

@@ -33,7 +33,7 @@ std::string Descreve(const SAberturaArquivo& r1, const SAberturaArquivo& r2) {
 
 }  // namespace
 
-TEST_P(CXVSistemaArquivosTest, EveryPairOfOpeningsFollowsTheShareRule) {
+TEST_P(CXVSistemaArquivosTeste, CadaParDeAberturasSegueARegraDeCompartilhamento) {
     Cria("a.dat", "x");
     ParaCadaAbertura([&](const SAberturaArquivo& rPrimeira) {
         ParaCadaAbertura([&](const SAberturaArquivo& rSegunda) {
@@ -48,7 +48,7 @@ TEST_P(CXVSistemaArquivosTest, EveryPairOfOpeningsFollowsTheShareRule) {
     });
 }
 
-TEST_P(CXVSistemaArquivosTest, ClosingFreesOnlyTheOwnOpening) {
+TEST_P(CXVSistemaArquivosTeste, FecharLiberaSoAPropriaAbertura) {
     Cria("a.dat", "x");
     std::unique_ptr<IXVArquivo> pLeitor1 = AbreBem("a.dat", k_aberturaLeitura);
     std::unique_ptr<IXVArquivo> pLeitor2 = AbreBem("a.dat", k_aberturaLeitura);
@@ -62,7 +62,7 @@ TEST_P(CXVSistemaArquivosTest, ClosingFreesOnlyTheOwnOpening) {
     EXPECT_EQ(Abre("a.dat", exclusiva, pExclusivo), ECausaArquivo::eNenhuma);
 }
 
-TEST_P(CXVSistemaArquivosTest, AFailedOpeningLeavesNoTrace) {
+TEST_P(CXVSistemaArquivosTeste, AberturaQueFalhaNaoDeixaVestigio) {
     Cria("a.dat", "x");
     {
         const std::unique_ptr<IXVArquivo> pEscritor = AbreBem("a.dat", k_aberturaEscrita);
@@ -72,7 +72,7 @@ TEST_P(CXVSistemaArquivosTest, AFailedOpeningLeavesNoTrace) {
     EXPECT_TRUE(Sistema().Apaga(Caminho("a.dat")).Ok());
 }
 
-TEST_P(CXVSistemaArquivosTest, CreatesOnlyWhenAskedAndNeverTruncates) {
+TEST_P(CXVSistemaArquivosTeste, CriaSoQuandoPedidoENuncaTrunca) {
     for (const EAcessoArquivo eAcesso : k_aAcessos) {
         const std::string sNome = "novo" + std::to_string(static_cast<int>(eAcesso));
         SAberturaArquivo abertura{eAcesso, ECompartilhamentoArquivo::eNegaEscrita,
@@ -91,7 +91,7 @@ TEST_P(CXVSistemaArquivosTest, CreatesOnlyWhenAskedAndNeverTruncates) {
     }
 }
 
-TEST_P(CXVSistemaArquivosTest, MissingFileMissingDirectoryAndDirectoryAreToldApart) {
+TEST_P(CXVSistemaArquivosTeste, ArquivoAusenteDiretorioAusenteEDiretorioSeDistinguem) {
     Cria("a.dat", "x");
     ASSERT_TRUE(Sistema().CriaDiretorio(Caminho("sub")).Ok());
     std::unique_ptr<IXVArquivo> pArquivo;
@@ -106,7 +106,7 @@ TEST_P(CXVSistemaArquivosTest, MissingFileMissingDirectoryAndDirectoryAreToldApa
     EXPECT_EQ(Sistema().Apaga(Caminho("sub")).GetCausa(), ECausaArquivo::eAcessoNegado);
 }
 
-TEST_P(CXVSistemaArquivosTest, TextsThatCanBeNoPathAreRefusedEverywhere) {
+TEST_P(CXVSistemaArquivosTeste, TextosQueNaoSaoCaminhoSaoRecusadosEmTudo) {
     std::unique_ptr<IXVArquivo> pArquivo;
     for (const std::string& sCaminho :
          {std::string(), Caminho(std::string("a\0b", 3)), Caminho("a.dat") + "/"}) {
@@ -122,7 +122,7 @@ TEST_P(CXVSistemaArquivosTest, TextsThatCanBeNoPathAreRefusedEverywhere) {
               ECausaArquivo::eCaminhoInvalido);
 }
 
-TEST_P(CXVSistemaArquivosTest, AReadOnlyFileExistsAndOpensForReadingOnly) {
+TEST_P(CXVSistemaArquivosTeste, ArquivoSoDeLeituraExisteEAbreSoParaLer) {
     Cria("a.dat", "x");
     EXPECT_FALSE(Sistema().EhSomenteLeitura(Caminho("a.dat")));
     SetSomenteLeitura("a.dat");
@@ -140,7 +140,7 @@ TEST_P(CXVSistemaArquivosTest, AReadOnlyFileExistsAndOpensForReadingOnly) {
     EXPECT_EQ(Conteudo("a.dat"), "x");
 }
 
-TEST_P(CXVSistemaArquivosTest, ExistenceTellsFilesFromDirectories) {
+TEST_P(CXVSistemaArquivosTeste, ExistenciaDistingueArquivosDeDiretorios) {
     Cria("a.dat", "x");
     const std::unique_ptr<IXVArquivo> pExclusivo = AbreBem(
         "a.dat",
@@ -153,7 +153,7 @@ TEST_P(CXVSistemaArquivosTest, ExistenceTellsFilesFromDirectories) {
     EXPECT_FALSE(Sistema().EhSomenteLeitura(Caminho("b.dat")));
 }
 
-TEST_P(CXVSistemaArquivosTest, NamesOutsideAsciiAndLongPathsWork) {
+TEST_P(CXVSistemaArquivosTeste, NomesForaDoAsciiECaminhosLongosServem) {
     const std::string sNome = "integra\xC3\xA7\xC3\xA3o \xE2\x82\xAC.dat";
     Cria(sNome, "x");
     std::string sReal;

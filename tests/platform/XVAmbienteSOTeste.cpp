@@ -9,7 +9,7 @@
 #include "platform/XVBibliotecaDinamica.h"
 #include "platform/XVPlataforma.h"
 
-TEST(CXVAmbienteSOTest, FactsHaveTheFormTheyPromise) {
+TEST(CXVAmbienteSOTeste, FatosTemAFormaPrometida) {
     const std::regex versao("[0-9]+\\.[0-9]+\\.[0-9]+\\.[0-9]+");
     EXPECT_TRUE(std::regex_match(XVAmbienteSO::GetVersaoExecutavel(), versao));
     EXPECT_TRUE(std::regex_match(XVAmbienteSO::GetVersaoSistema(), versao))
@@ -30,7 +30,7 @@ TEST(CXVAmbienteSOTest, FactsHaveTheFormTheyPromise) {
     EXPECT_NE(XVAmbienteSO::GetVariavelAmbiente("PATH"), std::nullopt);
 }
 
-TEST(CXVAmbienteSOTest, ThreadsHaveTheirOwnNumbers) {
+TEST(CXVAmbienteSOTeste, FiosTemSeusNumeros) {
     const XVUInt ulPrincipal = XVAmbienteSO::GetIdThread();
     XVUInt ulOutra = 0;
     std::thread([&] { ulOutra = XVAmbienteSO::GetIdThread(); }).join();
@@ -39,7 +39,7 @@ TEST(CXVAmbienteSOTest, ThreadsHaveTheirOwnNumbers) {
     EXPECT_EQ(XVAmbienteSO::GetIdThread(), ulPrincipal);
 }
 
-TEST(CXVAmbienteSOTest, GuidsAreWellFormedAndDiffer) {
+TEST(CXVAmbienteSOTeste, GuidsSaoBemFormadosEDiferem) {
     const std::regex guid("[0-9A-F]{8}-[0-9A-F]{4}-[0-9A-F]{4}-[0-9A-F]{4}-[0-9A-F]{12}");
     std::set<std::string> conjunto;
     for (int i = 0; i < 50; ++i) {
@@ -50,7 +50,7 @@ TEST(CXVAmbienteSOTest, GuidsAreWellFormedAndDiffer) {
     EXPECT_EQ(conjunto.size(), 50U);
 }
 
-TEST(CXVAmbienteSOTest, OutputBuffersAreWritableAndEmptyOnesNull) {
+TEST(CXVAmbienteSOTeste, SaidasPodemSerEscritasEVaziasSaoNulas) {
     EXPECT_EQ(XVAmbienteSO::AlocaSaida(0), nullptr);
     XVAmbienteSO::LiberaSaida(nullptr);
     void* pBuffer = XVAmbienteSO::AlocaSaida(1000);
@@ -59,7 +59,7 @@ TEST(CXVAmbienteSOTest, OutputBuffersAreWritableAndEmptyOnesNull) {
     XVAmbienteSO::LiberaSaida(pBuffer);
 }
 
-TEST(CXVRelogioTest, TheNativeClockIsPlausibleAndMoves) {
+TEST(CXVRelogioTeste, RelogioNativoEPlausivelEAnda) {
     IXVRelogio& rRelogio = XVPlataforma::RelogioNativo();
     const SDataHora agora = rRelogio.AgoraUTC();
     EXPECT_GE(agora.usAno, 2024);
@@ -71,7 +71,7 @@ TEST(CXVRelogioTest, TheNativeClockIsPlausibleAndMoves) {
     EXPECT_LT(rRelogio.GetTicks() - ulAntes, 10000U);
 }
 
-TEST(CXVBibliotecaDinamicaTest, NothingIsLoadedThroughADirectoryOrUnderAnUnknownName) {
+TEST(CXVBibliotecaDinamicaTeste, NadaSeCarregaPorDiretorioOuNomeDesconhecido) {
     for (const char* pszNome :
          {"", "..", "../x.dll", "/tmp/x.dll", "C:\\x.dll", "C:x.dll", "xv_nao_existe.dll"}) {
         const CXVBibliotecaDinamica biblioteca(pszNome);
@@ -80,7 +80,7 @@ TEST(CXVBibliotecaDinamicaTest, NothingIsLoadedThroughADirectoryOrUnderAnUnknown
     }
 }
 
-TEST(CXVBibliotecaDinamicaTest, ALibraryBesideTheProgramIsFoundByItsPlainName) {
+TEST(CXVBibliotecaDinamicaTeste, BibliotecaAoLadoDoProgramaEAchadaPeloNome) {
     const CXVBibliotecaDinamica biblioteca("xv_biblioteca_teste.dll");
     ASSERT_TRUE(biblioteca.EstaCarregada());
     const auto pfnSoma = biblioteca.GetFuncao<int (*)(int, int)>("XVSomaTeste");

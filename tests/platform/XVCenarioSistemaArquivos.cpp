@@ -64,15 +64,15 @@ std::unique_ptr<IXVCenario> XVCriaCenario(ECenario eCenario) {
     return std::make_unique<CXVCenarioEnvolto>();
 }
 
-ECausaArquivo CXVSistemaArquivosTest::Abre(const std::string& sNome, const SAberturaArquivo& rAbertura,
-                                           std::unique_ptr<IXVArquivo>& pArquivo) {
+ECausaArquivo CXVSistemaArquivosTeste::Abre(const std::string& sNome, const SAberturaArquivo& rAbertura,
+                                            std::unique_ptr<IXVArquivo>& pArquivo) {
     const CXVErroArquivo erro = Sistema().Abre(Caminho(sNome), rAbertura, pArquivo);
     EXPECT_EQ(erro.Ok(), pArquivo != nullptr);
     return erro.GetCausa();
 }
 
-std::unique_ptr<IXVArquivo> CXVSistemaArquivosTest::AbreBem(const std::string& sNome,
-                                                            const SAberturaArquivo& rAbertura) {
+std::unique_ptr<IXVArquivo> CXVSistemaArquivosTeste::AbreBem(const std::string& sNome,
+                                                             const SAberturaArquivo& rAbertura) {
     std::unique_ptr<IXVArquivo> pArquivo;
     if (Abre(sNome, rAbertura, pArquivo) != ECausaArquivo::eNenhuma) {
         throw std::runtime_error("cannot open " + sNome);
@@ -80,12 +80,12 @@ std::unique_ptr<IXVArquivo> CXVSistemaArquivosTest::AbreBem(const std::string& s
     return pArquivo;
 }
 
-void CXVSistemaArquivosTest::Cria(const std::string& sNome, const std::string& sConteudo) {
+void CXVSistemaArquivosTeste::Cria(const std::string& sNome, const std::string& sConteudo) {
     const std::unique_ptr<IXVArquivo> pArquivo = AbreBem(sNome, k_aberturaEscrita);
     ASSERT_TRUE(pArquivo->Grava(0, sConteudo.data(), sConteudo.size()).Ok());
 }
 
-std::string CXVSistemaArquivosTest::Conteudo(const std::string& sNome) {
+std::string CXVSistemaArquivosTeste::Conteudo(const std::string& sNome) {
     const std::unique_ptr<IXVArquivo> pArquivo = AbreBem(sNome, k_aberturaLeitura);
     XVUInt64 uiTamanho = 0;
     EXPECT_TRUE(pArquivo->GetTamanho(uiTamanho).Ok());
@@ -98,6 +98,6 @@ void PrintTo(ECausaArquivo eCausa, std::ostream* pSaida) {
     *pSaida << "cause " << static_cast<int>(eCausa);
 }
 
-INSTANTIATE_TEST_SUITE_P(Cenarios, CXVSistemaArquivosTest,
+INSTANTIATE_TEST_SUITE_P(Cenarios, CXVSistemaArquivosTeste,
                          testing::Values(ECenario::eNativo, ECenario::eMemoria, ECenario::eEnvolto),
                          NomeDoCenario);

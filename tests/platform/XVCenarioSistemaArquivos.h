@@ -25,7 +25,7 @@ inline constexpr SAberturaArquivo k_aberturaLeitura{
 inline constexpr SAberturaArquivo k_aberturaEscrita{
     EAcessoArquivo::eLeituraEscrita, ECompartilhamentoArquivo::eNegaEscrita, ECriacaoArquivo::eCriaSeAusente};
 
-class CXVSistemaArquivosTest : public testing::TestWithParam<ECenario> {
+class CXVSistemaArquivosTeste : public testing::TestWithParam<ECenario> {
   protected:
     IXVSistemaArquivos& Sistema() { return m_pCenario->Sistema(); }
     std::string Caminho(const std::string& sNome) { return Sistema().Junta(m_pCenario->Diretorio(), sNome); }

@@ -11,7 +11,7 @@
 
 namespace {
 
-class CXVConcorrenciaTest : public testing::Test {
+class CXVConcorrenciaTeste : public testing::Test {
   protected:
     static bool EhPassageiro(ECausaArquivo eCausa) {
         // On some systems a name whose deletion is under way is refused as such.
@@ -27,7 +27,7 @@ constexpr SAberturaArquivo k_exclusiva{EAcessoArquivo::eLeituraEscrita, ECompart
 
 }  // namespace
 
-TEST_F(CXVConcorrenciaTest, ExclusiveOpeningsNeverOverlap) {
+TEST_F(CXVConcorrenciaTeste, AberturasExclusivasNuncaSeSobrepoem) {
     const std::string sCaminho = m_diretorio.Junta("a.dat");
     std::atomic<int> iDentro{0};
     std::atomic<int> iEntradas{0};
@@ -48,7 +48,7 @@ TEST_F(CXVConcorrenciaTest, ExclusiveOpeningsNeverOverlap) {
     EXPECT_GT(iEntradas.load(), 0);
 }
 
-TEST_F(CXVConcorrenciaTest, AnOpenedFileIsNeverOneThatWasDeleted) {
+TEST_F(CXVConcorrenciaTeste, ArquivoAbertoNuncaEUmApagado) {
     const std::string sCaminho = m_diretorio.Junta("a.dat");
     XVEmThreads(4, [&](unsigned iThread) {
         for (int i = 0; i < 100; ++i) {
@@ -70,7 +70,7 @@ TEST_F(CXVConcorrenciaTest, AnOpenedFileIsNeverOneThatWasDeleted) {
     });
 }
 
-TEST_F(CXVConcorrenciaTest, CrossingMovesEndAndLoseNoContent) {
+TEST_F(CXVConcorrenciaTeste, MovimentosCruzadosTerminamENadaPerdem) {
     const std::string sNome1 = m_diretorio.Junta("1.dat");
     const std::string sNome2 = m_diretorio.Junta("2.dat");
     for (int iRodada = 0; iRodada < 20; ++iRodada) {
@@ -93,7 +93,7 @@ TEST_F(CXVConcorrenciaTest, CrossingMovesEndAndLoseNoContent) {
     }
 }
 
-TEST_F(CXVConcorrenciaTest, OneOfManyGetsTheMark) {
+TEST_F(CXVConcorrenciaTeste, UmDeMuitosFicaComAMarca) {
     std::atomic<int> iDentro{0};
     XVEmThreads(4, [&](unsigned) {
         for (int i = 0; i < 100; ++i) {

@@ -16,7 +16,7 @@ ECausaArquivo Le(IXVArquivo& rArquivo, XVUInt64 uiOffset, std::size_t uiTamanho,
 
 }  // namespace
 
-TEST_P(CXVSistemaArquivosTest, ReadsAndWritesAtAnyPosition) {
+TEST_P(CXVSistemaArquivosTeste, LeEGravaEmQualquerPosicao) {
     const std::unique_ptr<IXVArquivo> pArquivo = AbreBem("a.dat", k_aberturaEscrita);
     EXPECT_TRUE(pArquivo->Grava(0, "abcdef", 6).Ok());
     EXPECT_TRUE(pArquivo->Grava(2, "XY", 2).Ok());
@@ -29,7 +29,7 @@ TEST_P(CXVSistemaArquivosTest, ReadsAndWritesAtAnyPosition) {
     EXPECT_TRUE(pArquivo->Sincroniza().Ok());
 }
 
-TEST_P(CXVSistemaArquivosTest, ReadingPastTheEndIsEndOfFile) {
+TEST_P(CXVSistemaArquivosTeste, LerAlemDoFimEFimDeArquivo) {
     Cria("a.dat", "abc");
     const std::unique_ptr<IXVArquivo> pArquivo = AbreBem("a.dat", k_aberturaLeitura);
     std::string sLido;
@@ -39,7 +39,7 @@ TEST_P(CXVSistemaArquivosTest, ReadingPastTheEndIsEndOfFile) {
     EXPECT_EQ(Le(*pArquivo, 3, 0, sLido), ECausaArquivo::eNenhuma);
 }
 
-TEST_P(CXVSistemaArquivosTest, PositionsThatNoFileCanHaveAreRefusedUnharmed) {
+TEST_P(CXVSistemaArquivosTeste, PosicoesImpossiveisSaoRecusadasSemDano) {
     Cria("a.dat", "abc");
     const std::unique_ptr<IXVArquivo> pArquivo = AbreBem("a.dat", k_aberturaEscrita);
     std::string sLido;
@@ -51,7 +51,7 @@ TEST_P(CXVSistemaArquivosTest, PositionsThatNoFileCanHaveAreRefusedUnharmed) {
     EXPECT_EQ(Conteudo("a.dat"), "abc");
 }
 
-TEST_P(CXVSistemaArquivosTest, TheLengthIsCutAndExtendedWithZeros) {
+TEST_P(CXVSistemaArquivosTeste, ComprimentoECortadoEEstendidoComZeros) {
     const std::unique_ptr<IXVArquivo> pArquivo = AbreBem("a.dat", k_aberturaEscrita);
     ASSERT_TRUE(pArquivo->Grava(0, "abcdef", 6).Ok());
     ASSERT_TRUE(pArquivo->SetTamanho(3).Ok());
@@ -64,7 +64,7 @@ TEST_P(CXVSistemaArquivosTest, TheLengthIsCutAndExtendedWithZeros) {
     EXPECT_EQ(sLido, std::string("abc\0\0", 5));
 }
 
-TEST_P(CXVSistemaArquivosTest, AnOpenFileDoesOnlyWhatItsAccessAllows) {
+TEST_P(CXVSistemaArquivosTeste, ArquivoAbertoSoFazOQueSeuAcessoPermite) {
     Cria("a.dat", "abc");
     std::string sLido;
     {
@@ -86,7 +86,7 @@ TEST_P(CXVSistemaArquivosTest, AnOpenFileDoesOnlyWhatItsAccessAllows) {
     EXPECT_EQ(Conteudo("a.dat"), "abcdef");
 }
 
-TEST_P(CXVSistemaArquivosTest, AppendsOfManyThreadsNeitherOverwriteNorTear) {
+TEST_P(CXVSistemaArquivosTeste, AnexosDeMuitosFiosNaoSeSobrepoemNemSePartem) {
     constexpr int k_iThreads = 4;
     constexpr int k_iLinhas = 100;
     XVEmThreads(k_iThreads, [&](unsigned iThread) {
@@ -108,7 +108,7 @@ TEST_P(CXVSistemaArquivosTest, AppendsOfManyThreadsNeitherOverwriteNorTear) {
     }
 }
 
-TEST_P(CXVSistemaArquivosTest, SeveralThreadsReadOneOpenFile) {
+TEST_P(CXVSistemaArquivosTeste, VariosFiosLeemUmArquivoAberto) {
     std::string sConteudo;
     for (int i = 0; i < 4096; ++i) {
         sConteudo += static_cast<char>(i % 251);

@@ -9,7 +9,7 @@ using TNomes = std::vector<std::string>;
 
 }  // namespace
 
-TEST_P(CXVSistemaArquivosTest, TheRealNameIsFoundWithoutRegardToCase) {
+TEST_P(CXVSistemaArquivosTeste, NomeRealEAchadoSemOlharACaixa) {
     Cria("CRIndexInteg.dat", "x");
     std::string sNome;
     EXPECT_TRUE(Sistema().BuscaNomeReal(Caminho("CRINDEXINTEG.DAT"), sNome).Ok());
@@ -23,7 +23,7 @@ TEST_P(CXVSistemaArquivosTest, TheRealNameIsFoundWithoutRegardToCase) {
     }
 }
 
-TEST_P(CXVSistemaArquivosTest, AFileThatAnyoneHasOpenIsNeitherDeletedNorReplaced) {
+TEST_P(CXVSistemaArquivosTeste, ArquivoAbertoPorAlguemNaoEApagadoNemSubstituido) {
     Cria("a.dat", "aaa");
     Cria("b.dat", "bbb");
     for (const EAcessoArquivo eAcesso :
@@ -44,7 +44,7 @@ TEST_P(CXVSistemaArquivosTest, AFileThatAnyoneHasOpenIsNeitherDeletedNorReplaced
     EXPECT_EQ(Sistema().Existe(Caminho("a.dat")), EExistencia::eAusente);
 }
 
-TEST_P(CXVSistemaArquivosTest, ReplacingMovesTheContentInOneStep) {
+TEST_P(CXVSistemaArquivosTeste, SubstituirMoveOConteudoDeUmaVez) {
     Cria("a.tra", "novo");
     Cria("a.dat", "conteudo antigo");
     EXPECT_TRUE(Sistema().Substitui(Caminho("a.tra"), Caminho("a.dat")).Ok());
@@ -57,7 +57,7 @@ TEST_P(CXVSistemaArquivosTest, ReplacingMovesTheContentInOneStep) {
     EXPECT_EQ(Conteudo("sub/b.dat"), "novo");
 }
 
-TEST_P(CXVSistemaArquivosTest, ReplacingTellsWhatStandsInItsWay) {
+TEST_P(CXVSistemaArquivosTeste, SubstituirDizOQueImpede) {
     Cria("a.tra", "novo");
     Cria("a.dat", "antigo");
     ASSERT_TRUE(Sistema().CriaDiretorio(Caminho("sub")).Ok());
@@ -78,7 +78,7 @@ TEST_P(CXVSistemaArquivosTest, ReplacingTellsWhatStandsInItsWay) {
     EXPECT_TRUE(Sistema().EhSomenteLeitura(Caminho("b.dat")));
 }
 
-TEST_P(CXVSistemaArquivosTest, AMoveMayChangeOnlyTheCaseOfAName) {
+TEST_P(CXVSistemaArquivosTeste, MoverPodeMudarSoACaixaDoNome) {
     Cria("a.DAT", "x");
     EXPECT_TRUE(Sistema().Substitui(Caminho("a.DAT"), Caminho("a.dat")).Ok());
     TNomes listaNomes;
@@ -92,7 +92,7 @@ TEST_P(CXVSistemaArquivosTest, AMoveMayChangeOnlyTheCaseOfAName) {
     EXPECT_EQ(Conteudo("a.dat"), "x");
 }
 
-TEST_P(CXVSistemaArquivosTest, ListsTheFilesThatMatchTheWholeMask) {
+TEST_P(CXVSistemaArquivosTeste, ListaOsArquivosDaMascaraInteira) {
     for (const char* pszNome : {"CRINTEGMID20240101.dat", "crintegmid20240102.DAT",
                                 "CRINTEGMIDJSON20240101.dat", "a.datx", "a.dat.tra", "semextensao"}) {
         Cria(pszNome, "");
@@ -117,7 +117,7 @@ TEST_P(CXVSistemaArquivosTest, ListsTheFilesThatMatchTheWholeMask) {
     EXPECT_EQ(listaNomes, TNomes{});
 }
 
-TEST_P(CXVSistemaArquivosTest, CreatesDirectoriesWithThoseAbove) {
+TEST_P(CXVSistemaArquivosTeste, CriaDiretoriosComOsDeCima) {
     EXPECT_TRUE(Sistema().CriaDiretorio(Caminho("x/y/z")).Ok());
     EXPECT_EQ(Sistema().Existe(Caminho("x/y/z")), EExistencia::eDiretorio);
     EXPECT_TRUE(Sistema().CriaDiretorio(Caminho("x/y/z")).Ok());
@@ -128,7 +128,7 @@ TEST_P(CXVSistemaArquivosTest, CreatesDirectoriesWithThoseAbove) {
     EXPECT_EQ(Conteudo("a.dat"), "x");
 }
 
-TEST_P(CXVSistemaArquivosTest, AMarkIsExclusiveUntilItIsReleased) {
+TEST_P(CXVSistemaArquivosTeste, MarcaEExclusivaAteSerLiberada) {
     std::unique_ptr<IXVMarcaDiretorio> pMarca;
     std::unique_ptr<IXVMarcaDiretorio> pOutra;
     const auto fnMarca = [&](const std::string& sMarca, std::unique_ptr<IXVMarcaDiretorio>& rpMarca) {
@@ -152,7 +152,7 @@ TEST_P(CXVSistemaArquivosTest, AMarkIsExclusiveUntilItIsReleased) {
     }
 }
 
-TEST_P(CXVSistemaArquivosTest, JoiningPutsExactlyOneSeparator) {
+TEST_P(CXVSistemaArquivosTeste, JuntarPoeUmSeparadorSo) {
     const std::string sSimples = Sistema().Junta("d", "n");
     ASSERT_EQ(sSimples.size(), 3U);
     EXPECT_EQ(Sistema().Junta("d/", "n"), sSimples);

@@ -23,14 +23,14 @@ CXVErroArquivo GravaAbcd(IXVSistemaArquivos& rSistema, const std::string& sCamin
     return erro.Ok() ? pArquivo->Sincroniza() : erro;
 }
 
-class CXVDublesTest : public testing::Test {
+class CXVDublesTeste : public testing::Test {
   protected:
     CXVSistemaArquivosMemoria m_memoria;
 };
 
 }  // namespace
 
-TEST_F(CXVDublesTest, AFullDiskTakesWhatFitsAndFreesWhatIsDeleted) {
+TEST_F(CXVDublesTeste, DiscoCheioTomaOQueCabeELiberaOApagado) {
     m_memoria.CriaArquivo("/outro", "12345");
     m_memoria.LimitaEspaco(8);
     EXPECT_EQ(GravaAbcd(m_memoria, "/a").GetCausa(), ECausaArquivo::eDiscoCheio);
@@ -43,7 +43,7 @@ TEST_F(CXVDublesTest, AFullDiskTakesWhatFitsAndFreesWhatIsDeleted) {
     EXPECT_EQ(m_memoria.LeConteudo("/a"), "abcd");
 }
 
-TEST_F(CXVDublesTest, TheNthOperationOfAKindOrOfAnyFailsOnceOrForGood) {
+TEST_F(CXVDublesTeste, TheNthOperationOfAKindOrOfAnyFailsOnceOrForGood) {
     CXVSistemaArquivosFalhas falhas(m_memoria);
     EXPECT_TRUE(GravaAbcd(falhas, "/a").Ok());
     EXPECT_EQ(falhas.GetQuantidadeTotal(), 3U);
@@ -74,7 +74,7 @@ TEST_F(CXVDublesTest, TheNthOperationOfAKindOrOfAnyFailsOnceOrForGood) {
     EXPECT_EQ(m_memoria.GetQuantidadeAberta(), 0U);
 }
 
-TEST_F(CXVDublesTest, ADeadProcessChangesNothingMoreAndHoldsNothing) {
+TEST_F(CXVDublesTeste, ProcessoMortoNadaMaisMudaNemSegura) {
     CXVSistemaArquivosMorte morte(m_memoria);
     std::unique_ptr<IXVArquivo> pSobrevivente;
     std::unique_ptr<IXVMarcaDiretorio> pMarca;
@@ -101,7 +101,7 @@ TEST_F(CXVDublesTest, ADeadProcessChangesNothingMoreAndHoldsNothing) {
     EXPECT_EQ(m_memoria.LeConteudo("/a"), "ab");
 }
 
-TEST_F(CXVDublesTest, DeathMayFallInTheMiddleOfAWriteAndCountOnlyChanges) {
+TEST_F(CXVDublesTeste, MortePodeCairNoMeioDeUmaGravacaoEContarSoMudancas) {
     CXVSistemaArquivosMorte morte(m_memoria, EContagem::eAlteracoes);
     morte.Nasce(0);
     EXPECT_FALSE(morte.Executa([&] {
@@ -129,7 +129,7 @@ std::set<std::string> Sobras(const CXVSistemaArquivosQueda& rDispositivo, const 
 
 }  // namespace
 
-TEST_F(CXVDublesTest, OQueFoiSincronizadoSobreviveAQuedaEONomeSoComODiretorio) {
+TEST_F(CXVDublesTeste, OQueFoiSincronizadoSobreviveAQuedaEONomeSoComODiretorio) {
     m_memoria.CriaArquivo("/d/antigo", "antes");
     CXVSistemaArquivosQueda dispositivo(m_memoria);
     EXPECT_EQ(Sobras(dispositivo, "/d/antigo"), std::set<std::string>{"antes"});
@@ -145,7 +145,7 @@ TEST_F(CXVDublesTest, OQueFoiSincronizadoSobreviveAQuedaEONomeSoComODiretorio) {
     EXPECT_EQ(Sobras(dispositivo, "/d/novo"), std::set<std::string>{"<ausente>"});
 }
 
-TEST_F(CXVDublesTest, OQueNaoFoiSincronizadoSobreviveEmQualquerParteDeSetoresInteiros) {
+TEST_F(CXVDublesTeste, OQueNaoFoiSincronizadoSobreviveEmQualquerParteDeSetoresInteiros) {
     m_memoria.CriaArquivo("/d/a", std::string(700, 'v'));
     CXVSistemaArquivosQueda dispositivo(m_memoria);
     std::unique_ptr<IXVArquivo> pArquivo;

@@ -9,7 +9,7 @@
 
 namespace {
 
-class CXVEntreProcessosTest : public testing::Test {
+class CXVEntreProcessosTeste : public testing::Test {
   protected:
     using TFilho = std::unique_ptr<CXVProcessoFilho>;
 
@@ -46,7 +46,7 @@ using EComp = ECompartilhamentoArquivo;
 
 }  // namespace
 
-TEST_F(CXVEntreProcessosTest, ShareModesHoldAgainstAnotherProcessUntilItIsKilled) {
+TEST_F(CXVEntreProcessosTeste, CompartilhamentoValeContraOutroProcessoAteSuaMorte) {
     m_diretorio.CriaArquivo("a.dat", "x");
     const TFilho pEscritor = FilhoQueAbre(EAcesso::eLeituraEscrita, EComp::eNegaEscrita);
     ASSERT_EQ(Causa(*pEscritor), ECausaArquivo::eNenhuma);
@@ -60,7 +60,7 @@ TEST_F(CXVEntreProcessosTest, ShareModesHoldAgainstAnotherProcessUntilItIsKilled
     EXPECT_TRUE(m_rSistema.Apaga(m_diretorio.Junta("a.dat")).Ok());
 }
 
-TEST_F(CXVEntreProcessosTest, TheOwnOpeningIsSeenByAnotherProcess) {
+TEST_F(CXVEntreProcessosTeste, AberturaPropriaEVistaPorOutroProcesso) {
     m_diretorio.CriaArquivo("a.dat", "x");
     std::unique_ptr<IXVArquivo> pArquivo;
     ASSERT_TRUE(m_rSistema
@@ -75,7 +75,7 @@ TEST_F(CXVEntreProcessosTest, TheOwnOpeningIsSeenByAnotherProcess) {
     EXPECT_EQ(Causa(*FilhoQueAbre(EAcesso::eAnexacao, EComp::eNegaNada)), ECausaArquivo::eNenhuma);
 }
 
-TEST_F(CXVEntreProcessosTest, AMarkIsExclusiveAndEndsWithItsProcess) {
+TEST_F(CXVEntreProcessosTeste, MarcaEExclusivaETerminaComSeuProcesso) {
     std::unique_ptr<IXVMarcaDiretorio> pMarca;
     for (const bool bMata : {true, false}) {
         const TFilho pFilho = Filho({"marca", m_diretorio.GetCaminho(), "DFXXMARCA1"});
@@ -95,7 +95,7 @@ TEST_F(CXVEntreProcessosTest, AMarkIsExclusiveAndEndsWithItsProcess) {
     }
 }
 
-TEST_F(CXVEntreProcessosTest, AppendsOfSeveralProcessesNeitherOverwriteNorTear) {
+TEST_F(CXVEntreProcessosTeste, AnexosDeVariosProcessosNaoSeSobrepoemNemSePartem) {
     constexpr int k_iLinhas = 50;
     std::vector<TFilho> listaFilhos;
     for (const char* pszLetra : {"a", "b", "c"}) {

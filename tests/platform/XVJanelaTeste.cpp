@@ -30,7 +30,7 @@ std::string Padrao() {
 
 }  // namespace
 
-TEST_P(CXVSistemaArquivosTest, JanelaEChamadasGravamNosMesmosBytes) {
+TEST_P(CXVSistemaArquivosTeste, JanelaEChamadasGravamNosMesmosBytes) {
     std::string sEsperado = Padrao();
     Cria("v.srk", sEsperado);
     {
@@ -57,7 +57,7 @@ TEST_P(CXVSistemaArquivosTest, JanelaEChamadasGravamNosMesmosBytes) {
     EXPECT_TRUE(Conteudo("v.srk") == sEsperado);
 }
 
-TEST_P(CXVSistemaArquivosTest, JanelaRecusaOQueFicaForaDela) {
+TEST_P(CXVSistemaArquivosTeste, JanelaRecusaOQueFicaForaDela) {
     Cria("v.srk", Padrao());
     const std::unique_ptr<IXVArquivo> pArquivo = AbreBem("v.srk", k_aberturaEscrita);
     const std::unique_ptr<IXVJanela> pJanela = AbreJanela(*pArquivo, 64);  // the file goes on behind it
@@ -77,7 +77,7 @@ TEST_P(CXVSistemaArquivosTest, JanelaRecusaOQueFicaForaDela) {
     EXPECT_TRUE(Le(*pArquivo, 0, k_uiTamanho) == Padrao()) << "a refusal writes nothing";
 }
 
-TEST_P(CXVSistemaArquivosTest, JanelaDeAberturaDeLeituraNaoGrava) {
+TEST_P(CXVSistemaArquivosTeste, JanelaDeAberturaDeLeituraNaoGrava) {
     Cria("v.srk", Padrao());
     const std::unique_ptr<IXVArquivo> pArquivo = AbreBem("v.srk", k_aberturaLeitura);
     const std::unique_ptr<IXVJanela> pJanela = AbreJanela(*pArquivo, k_uiTamanho);
@@ -87,7 +87,7 @@ TEST_P(CXVSistemaArquivosTest, JanelaDeAberturaDeLeituraNaoGrava) {
 }
 
 // Whatever the means, a file that is shorter than its window ends in a result and never in a signal.
-TEST_P(CXVSistemaArquivosTest, ArquivoMenorQueSuaJanelaNaoDerrubaNinguem) {
+TEST_P(CXVSistemaArquivosTeste, ArquivoMenorQueSuaJanelaNaoDerrubaNinguem) {
     Cria("v.srk", Padrao());
     const std::unique_ptr<IXVArquivo> pArquivo = AbreBem("v.srk", k_aberturaEscrita);
     {

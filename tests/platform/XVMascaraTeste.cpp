@@ -5,7 +5,7 @@
 #include "platform/XVCaminho.h"
 #include "platform/XVMascara.h"
 
-TEST(CXVMascaraTest, MatchesTheWholeNameIgnoringCase) {
+TEST(CXVMascaraTeste, CasaONomeInteiroSemOlharACaixa) {
     const auto fn = XVMascara::Confere;
     EXPECT_TRUE(fn("*.dat", "A.DAT"));
     EXPECT_TRUE(fn("crinteg????????.dat", "CRINTEG20240101.dat"));
@@ -23,7 +23,7 @@ TEST(CXVMascaraTest, MatchesTheWholeNameIgnoringCase) {
     EXPECT_FALSE(fn("*a", "ab"));
 }
 
-TEST(CXVMascaraTest, AHostileMaskCostsNoMoreThanTheProductOfTheLengths) {
+TEST(CXVMascaraTeste, MascaraHostilNaoCustaMaisQueOProdutoDosComprimentos) {
     std::string sMascara;
     for (int i = 0; i < 200; ++i) {
         sMascara += "*a";
@@ -31,7 +31,7 @@ TEST(CXVMascaraTest, AHostileMaskCostsNoMoreThanTheProductOfTheLengths) {
     EXPECT_FALSE(XVMascara::Confere(sMascara + "b", std::string(5000, 'a')));
 }
 
-TEST(CXVCaminhoTest, SplitsPathsKeepingRoots) {
+TEST(CXVCaminhoTeste, SeparaCaminhosGuardandoRaizes) {
     const auto fn = [](const char* pszCaminho) {
         const XVCaminho::SPartes partes = XVCaminho::Separa(pszCaminho, "/\\");
         return partes.sDiretorio + "|" + partes.sNome;

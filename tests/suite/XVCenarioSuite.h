@@ -8,7 +8,7 @@
 #include "suite/XVBaseParaRotinas.h"
 #include "support/XVAmbiente.h"
 #include "tests/harness/XVGuardasPlataforma.h"
-#include "tests/harness/XVRegistroFalso.h"
+#include "tests/harness/XVRegistryFalso.h"
 #include "tests/harness/XVRelogioFalso.h"
 #include "tests/harness/XVSistemaArquivosMemoria.h"
 
@@ -31,7 +31,7 @@ class CXVCenarioSuite : public ::testing::Test {
   protected:
     CXVCenarioSuite()
         : m_GuardaArquivos(m_Arquivos), m_GuardaRelogio(m_Relogio), m_GuardaRegistro(m_Registro) {
-        m_Registro.SetTexto(CAmbienteXV::GetChaveRegistro(XV_DF), "Path", "/telvo");
+        m_Registro.SetTexto(CAmbienteXV::GetChaveRegistry(XV_DF), "Path", "/telvo");
         EXPECT_TRUE(m_Arquivos.CriaDiretorio(PastaDados()).Ok());
     }
 
@@ -50,9 +50,9 @@ class CXVCenarioSuite : public ::testing::Test {
 
     CXVSistemaArquivosMemoria m_Arquivos;
     CXVRelogioFalso m_Relogio;
-    CXVRegistroFalso m_Registro;
+    CXVRegistryFalso m_Registro;
     CXVGuardaSistemaArquivos m_GuardaArquivos;
     CXVGuardaRelogio m_GuardaRelogio;
-    CXVGuardaRegistro m_GuardaRegistro;
+    CXVGuardaRegistry m_GuardaRegistro;
     CXVDonoFixo m_Dono{"MATRIZ"};
 };

@@ -93,9 +93,9 @@ TEST_F(LogGeralTeste, CadaFalhaDoDiscoVoltaComoCodigoEALinhaSeguinteEntraInteira
 
 TEST(LogGeralDiscoTeste, MuitasThreadsEObjetosNaoMisturamLinhasNemRepetemOCabecalho) {
     const CXVDiretorioTeste diretorio;
-    CXVRegistroFalso registro;
-    registro.SetTexto(CAmbienteXV::GetChaveRegistro(XV_DF), "Path", diretorio.GetCaminho());
-    const CXVGuardaRegistro guarda(registro);
+    CXVRegistryFalso registro;
+    registro.SetTexto(CAmbienteXV::GetChaveRegistry(XV_DF), "Path", diretorio.GetCaminho());
+    const CXVGuardaRegistry guarda(registro);
     const CXVDonoFixo dono("MATRIZ");
     std::string sDados;
     ASSERT_EQ(CAmbienteXV::GetPathDados(XV_DF, "MATRIZ", &sDados), S_OK);

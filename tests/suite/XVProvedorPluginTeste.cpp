@@ -31,8 +31,8 @@ class ProvedorPluginTeste : public CXVCenarioSuite {
 };
 
 TEST_F(ProvedorPluginTeste, BibliotecaAoLadoDoProgramaEUsada) {
-    EXPECT_NE(CXVProvedores::Busca(Mercos), nullptr);
-    EXPECT_EQ(CXVProvedores::Busca(OfficialBank), nullptr);
+    EXPECT_NE(XVProvedores::Busca(Mercos), nullptr);
+    EXPECT_EQ(XVProvedores::Busca(OfficialBank), nullptr);
     CXVDadosCR_IntegracaoMiddleware dados;
     ASSERT_EQ(Envia("ok", &dados), S_OK);
     EXPECT_EQ(dados.uiChaveIntegracaoSistemaTerceiro, 1007U);

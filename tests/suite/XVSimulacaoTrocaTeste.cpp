@@ -122,9 +122,9 @@ TEST_F(SimulacaoTrocaTeste, ListaEConsultadaEmOrdemAteAPrimeiraFalha) {
 
 TEST(SimulacaoDiscoTeste, ChavesDeMuitasThreadsNaoSeRepetemNemFaltam) {
     const CXVDiretorioTeste diretorio;
-    CXVRegistroFalso registro;
-    registro.SetTexto(CAmbienteXV::GetChaveRegistro(XV_DF), "Path", diretorio.GetCaminho());
-    const CXVGuardaRegistro guarda(registro);
+    CXVRegistryFalso registro;
+    registro.SetTexto(CAmbienteXV::GetChaveRegistry(XV_DF), "Path", diretorio.GetCaminho());
+    const CXVGuardaRegistry guarda(registro);
     const CXVDonoFixo dono("MATRIZ");
     constexpr int k_iThreads = 4;
     constexpr int k_iEnvios = 10;

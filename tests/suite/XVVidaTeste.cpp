@@ -102,7 +102,7 @@ TEST_F(VidaTeste, ObjetoDestruidoDeixaDeSerOAcessoDaThread) {
 
 TEST_F(VidaTeste, ConfiguracaoDosServidoresVemDoRegistro) {
     const CXVBaseParaRotinas base;
-    const std::string sChave = CAmbienteXV::GetChaveRegistro(k_eModuloBase);
+    const std::string sChave = CAmbienteXV::GetChaveRegistry(k_eModuloBase);
     EXPECT_FALSE(base.UsaFilialComoBaseDadosTerceiro());
     EXPECT_EQ(CXVBaseParaRotinas::GetAcessoServidoresDefault(), "");
     m_Registro.SetNumero(sChave, "AcessoServidores_1", 0xEF);

@@ -12,7 +12,7 @@
 #include "support/trace/IXVDF_Profiler.h"
 #include "support/trace/XVProfiler.h"
 #include "tests/harness/XVGuardasPlataforma.h"
-#include "tests/harness/XVRegistroFalso.h"
+#include "tests/harness/XVRegistryFalso.h"
 #include "tests/harness/XVRelogioFalso.h"
 #include "tests/harness/XVSistemaArquivosMemoria.h"
 
@@ -35,7 +35,7 @@ class CDonoTeste : public IXVDF_Profiler {
 class CXVBancadaTrace {
   public:
     CXVBancadaTrace() {
-        m_registro.SetTexto(CAmbienteXV::GetChaveRegistro(XV_DF), "Path", "/xv/");
+        m_registro.SetTexto(CAmbienteXV::GetChaveRegistry(XV_DF), "Path", "/xv/");
         m_sistema.CriaDiretorio("/xv/ACME/DF").Ignora();
         m_relogio.SetUTC({2023, 7, 4, 15, 30, 9});
         XVProfiler::RecarregaConfiguracao();
@@ -72,12 +72,12 @@ class CXVBancadaTrace {
 
     CXVSistemaArquivosMemoria m_sistema;
     CXVRelogioFalso m_relogio;
-    CXVRegistroFalso m_registro;
+    CXVRegistryFalso m_registro;
 
   private:
     CXVGuardaSistemaArquivos m_guardaSistema{m_sistema};
     CXVGuardaRelogio m_guardaRelogio{m_relogio};
-    CXVGuardaRegistro m_guardaRegistro{m_registro};
+    CXVGuardaRegistry m_guardaRegistro{m_registro};
 };
 
 inline constexpr const char* k_pszLogBase = "/xv/ACME/DF/XVProfilerErros_Base_202307.log";

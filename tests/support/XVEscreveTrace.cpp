@@ -9,13 +9,13 @@
 #include "support/trace/XVProfiler.h"
 #include "tests/harness/XVEmThreads.h"
 #include "tests/harness/XVGuardasPlataforma.h"
-#include "tests/harness/XVRegistroFalso.h"
+#include "tests/harness/XVRegistryFalso.h"
 
 int main(int iArgumentos, char** apszArgumentos) {
     if (iArgumentos != 5) return 2;
-    CXVRegistroFalso registro;
-    registro.SetTexto(CAmbienteXV::GetChaveRegistro(XV_DF), "Path", apszArgumentos[1]);
-    const CXVGuardaRegistro guarda(registro);
+    CXVRegistryFalso registro;
+    registro.SetTexto(CAmbienteXV::GetChaveRegistry(XV_DF), "Path", apszArgumentos[1]);
+    const CXVGuardaRegistry guarda(registro);
     const std::string sNome = apszArgumentos[2];
     const int iRegistros = std::atoi(apszArgumentos[4]);
     XVEmThreads(static_cast<unsigned>(std::atoi(apszArgumentos[3])), [&](unsigned iThread) {

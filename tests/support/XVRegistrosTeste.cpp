@@ -9,7 +9,7 @@
 #include "support/trace/XVCapturaTrace.h"
 #include "support/trace/XVCheck.h"
 #include "support/trace/XVProfilerArquivo.h"
-#include "support/trace/XVProfilerRegistro.h"
+#include "support/trace/XVProfilerLinha.h"
 #include "tests/harness/XVDiretorioTeste.h"
 #include "tests/harness/XVSistemaArquivosFalhas.h"
 #include "tests/support/XVBancadaTrace.h"
@@ -155,7 +155,7 @@ TEST(RegistroErro, LinhaTemTodasAsColunasDoCabecalho) {
     const auto& r = linhas[1];
     EXPECT_EQ(r[0], "04/07/2023");
     EXPECT_EQ(r[1], "12:30:09");
-    EXPECT_EQ(r[2], XVProfilerRegistro::GetNomeProcesso());
+    EXPECT_EQ(r[2], XVProfilerLinha::GetNomeProcesso());
     EXPECT_EQ(r[4], "CModelo<struct REG_TESTE_V1>::Grava");
     EXPECT_THAT(r[5], CasaCom("[0-9A-F-]+"));
     EXPECT_EQ(r[5].size(), 36U);
@@ -345,7 +345,7 @@ TEST(CriacaoObjeto, RegistraProgIDModuloEResultado) {
 namespace {
 
 // A file system that itself reports failures, as a faulty seam would.
-class CSistemaQueRegistra final : public IXVRegistro {
+class CSistemaQueRegistra final : public IXVRegistry {
   public:
     std::optional<std::string> LeTexto(std::string_view, std::string_view) override {
         ++m_iLeituras;
@@ -362,7 +362,7 @@ class CSistemaQueRegistra final : public IXVRegistro {
 TEST(Recursao, FalhaAoRegistrarNaoERegistrada) {
     CXVBancadaTrace bancada;
     CSistemaQueRegistra registro;
-    const CXVGuardaRegistro guarda(registro);
+    const CXVGuardaRegistry guarda(registro);
     CXVCapturaTrace captura(false);
     bancada.m_relogio.Avanca(600001);
     EXPECT_EQ(CheckHr(E_FAIL, "de fora", "F", "f", 1, nullptr), E_FAIL);
@@ -373,9 +373,9 @@ TEST(Recursao, FalhaAoRegistrarNaoERegistrada) {
 
 TEST(UltimoErro, RegistrarNaoMudaOErroDoChamador) {
     const CXVDiretorioTeste diretorio;
-    CXVRegistroFalso registro;
-    registro.SetTexto(CAmbienteXV::GetChaveRegistro(XV_DF), "Path", diretorio.Junta("inexistente"));
-    const CXVGuardaRegistro guarda(registro);
+    CXVRegistryFalso registro;
+    registro.SetTexto(CAmbienteXV::GetChaveRegistry(XV_DF), "Path", diretorio.Junta("inexistente"));
+    const CXVGuardaRegistry guarda(registro);
     XVProfiler::RecarregaConfiguracao();
     const XVUInt64 uiPerdidos = XVProfiler::GetRegistrosPerdidos();
     errno = EDOM;

@@ -5,7 +5,7 @@
 #include "support/XVAmbiente.h"
 #include "support/codes/XVCodigos.h"
 #include "tests/harness/XVGuardasPlataforma.h"
-#include "tests/harness/XVRegistroFalso.h"
+#include "tests/harness/XVRegistryFalso.h"
 #include "tests/harness/XVSistemaArquivosMemoria.h"
 #include "tools/xvcr/commands/XVCarga.h"
 
@@ -16,7 +16,7 @@ using testing::HasSubstr;
 class Carga : public testing::Test {
   protected:
     Carga() {
-        m_Registro.SetTexto(CAmbienteXV::GetChaveRegistro(XV_DF), "Path", "/dados");
+        m_Registro.SetTexto(CAmbienteXV::GetChaveRegistry(XV_DF), "Path", "/dados");
         EXPECT_EQ(m_Cliente.ConectaLocal({.sEmpresa = "001"}, {}), S_OK);
     }
 
@@ -32,9 +32,9 @@ class Carga : public testing::Test {
     }
 
     CXVSistemaArquivosMemoria m_Arquivos;
-    CXVRegistroFalso m_Registro;
+    CXVRegistryFalso m_Registro;
     CXVGuardaSistemaArquivos m_GuardaSistema{m_Arquivos};
-    CXVGuardaRegistro m_GuardaRegistro{m_Registro};
+    CXVGuardaRegistry m_GuardaRegistro{m_Registro};
     XVCliente::CXVCliente m_Cliente;
     CXVCarga m_Carga{m_Cliente};
 };

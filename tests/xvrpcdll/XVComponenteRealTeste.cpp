@@ -7,7 +7,7 @@
 #include "support/trace/XVCapturaTrace.h"
 #include "tests/harness/XVEmThreads.h"
 #include "tests/harness/XVGuardasPlataforma.h"
-#include "tests/harness/XVRegistroFalso.h"
+#include "tests/harness/XVRegistryFalso.h"
 #include "tests/harness/XVSistemaArquivosMemoria.h"
 #include "tests/xvrpcdll/XVLogicaFalsa.h"
 
@@ -15,14 +15,14 @@ namespace {
 
 class CComponenteReal : public ::testing::Test {
   protected:
-    CComponenteReal() { m_registro.SetTexto(CAmbienteXV::GetChaveRegistro(XV_DF), "Path", "/dados"); }
+    CComponenteReal() { m_registro.SetTexto(CAmbienteXV::GetChaveRegistry(XV_DF), "Path", "/dados"); }
 
     static HRESULT Inicializa(IXVCR_Middleware& rComponente, const char* pszEmpresa, XVUInt ulUsuario) {
         REG_DF_INICIALIZAPS reg = RegistroValido();
         std::memset(reg.szEmpresa, 0, sizeof(reg.szEmpresa));
         std::memcpy(reg.szEmpresa, pszEmpresa, std::strlen(pszEmpresa));
         reg.ulUsuario = ulUsuario;
-        CXVRegistroInicializacao::Sela(&reg);
+        XVRegistroInicializacao::Sela(&reg);
         return rComponente.Inicializa_Padrao(&reg);
     }
     static REG_XVDMC Grava(IXVCR_Middleware& rComponente) {
@@ -56,9 +56,9 @@ class CComponenteReal : public ::testing::Test {
     }
 
     CXVSistemaArquivosMemoria m_sistema;
-    CXVRegistroFalso m_registro;
+    CXVRegistryFalso m_registro;
     CXVGuardaSistemaArquivos m_guardaSistema{m_sistema};
-    CXVGuardaRegistro m_guardaRegistro{m_registro};
+    CXVGuardaRegistry m_guardaRegistro{m_registro};
     CXVCapturaTrace m_captura;
 
     void TearDown() override {
@@ -110,7 +110,7 @@ TEST_F(CComponenteReal, InicializarDeNovoTrocaDeEmpresaEFechaAAnterior) {
 }
 
 TEST_F(CComponenteReal, DiretorioQueFaltaNaoDeixaNadaAberto) {
-    m_registro.Remove(CAmbienteXV::GetChaveRegistro(XV_DF), "Path");
+    m_registro.Remove(CAmbienteXV::GetChaveRegistry(XV_DF), "Path");
     const CReferencia<CXVCR_Middleware> p;
     EXPECT_EQ(Inicializa(*p, "UM", 11), eBadPath);
     EXPECT_EQ(m_sistema.GetQuantidadeAberta(), 0U);

@@ -7,15 +7,15 @@
 #include "support/trace/XVCapturaTrace.h"
 #include "support/values/XVCrc64.h"
 #include "tests/harness/XVGuardasPlataforma.h"
-#include "tests/harness/XVRegistroFalso.h"
+#include "tests/harness/XVRegistryFalso.h"
 #include "tests/xvrpcdll/XVLogicaFalsa.h"
 
 namespace {
 
 class CInicializacao : public ::testing::Test {
   protected:
-    CXVRegistroFalso m_registro;
-    CXVGuardaRegistro m_guarda{m_registro};
+    CXVRegistryFalso m_registro;
+    CXVGuardaRegistry m_guarda{m_registro};
     SControleLogica m_controle;
     CXVCapturaTrace m_captura;
 
@@ -130,7 +130,7 @@ TEST_F(CInicializacao, TextosSemTerminadorSaoSempreRecusados) {
 
 // Also what is thrown before the frame begins stays inside.
 TEST_F(CInicializacao, RegistroDoSistemaQueLancaViraCodigo) {
-    class CRegistroSemMemoria final : public IXVRegistro {
+    class CRegistroSemMemoria final : public IXVRegistry {
         std::optional<std::string> LeTexto(std::string_view, std::string_view) override { return {}; }
         std::optional<XVUInt> LeNumero(std::string_view, std::string_view) override {
             throw std::bad_alloc();
@@ -140,7 +140,7 @@ TEST_F(CInicializacao, RegistroDoSistemaQueLancaViraCodigo) {
     const CReferencia<CComponenteFalso> p;
     {
         CRegistroSemMemoria registro;
-        const CXVGuardaRegistro guarda(registro);
+        const CXVGuardaRegistry guarda(registro);
         EXPECT_EQ(p->Inicializa_Padrao(&reg), E_XV_BAD_ALLOC);
     }
     EXPECT_TRUE(TudoZero(p->GetRegistroInicializacao()));

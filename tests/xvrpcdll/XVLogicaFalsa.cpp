@@ -88,6 +88,6 @@ REG_DF_INICIALIZAPS RegistroValido() {
     std::memcpy(reg.szExecutavel, "teste.exe", 9);
     std::memcpy(reg.szModulo, "teste.dll", 9);
     std::memcpy(reg.szIdentificacao, "testes", 6);
-    CXVRegistroInicializacao::Sela(&reg);
+    XVRegistroInicializacao::Sela(&reg);
     return reg;
 }

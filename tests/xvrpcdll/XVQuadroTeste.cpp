@@ -8,7 +8,7 @@
 #include "support/faults/XVExcecoes.h"
 #include "support/trace/XVCapturaTrace.h"
 #include "tests/harness/XVGuardasPlataforma.h"
-#include "tests/harness/XVRegistroFalso.h"
+#include "tests/harness/XVRegistryFalso.h"
 #include "tests/harness/XVRelogioFalso.h"
 #include "tests/xvrpcdll/XVLogicaFalsa.h"
 
@@ -16,8 +16,8 @@ namespace {
 
 class CQuadro : public ::testing::Test {
   protected:
-    CXVRegistroFalso m_registro;
-    CXVGuardaRegistro m_guarda{m_registro};
+    CXVRegistryFalso m_registro;
+    CXVGuardaRegistry m_guarda{m_registro};
     SControleLogica m_controle;
     CXVCapturaTrace m_captura;
     CReferencia<CComponenteFalso> m_p;
@@ -95,7 +95,7 @@ TEST_F(CQuadro, AcessoDefaultEhDaThread) {
     CReferencia<CComponenteFalso> outro;
     REG_DF_INICIALIZAPS reg = RegistroValido();
     reg.ulUsuario = 8;
-    CXVRegistroInicializacao::Sela(&reg);
+    XVRegistroInicializacao::Sela(&reg);
     ASSERT_EQ(outro->Inicializa_Padrao(&reg), S_OK);
     std::promise<void> dentro, segue;
     std::atomic<int> iChamada = 0;

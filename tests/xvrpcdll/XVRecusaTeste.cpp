@@ -8,7 +8,7 @@
 #include "core/xvrpcdll/XVComponenteMiddleware.h"
 #include "support/trace/XVCapturaTrace.h"
 #include "tests/harness/XVGuardasPlataforma.h"
-#include "tests/harness/XVRegistroFalso.h"
+#include "tests/harness/XVRegistryFalso.h"
 #include "tests/harness/XVRelogioFalso.h"
 #include "tests/harness/XVSistemaArquivosFalhas.h"
 #include "tests/harness/XVSistemaArquivosMemoria.h"
@@ -41,7 +41,7 @@ class Recusa : public testing::Test {
     };
 
     Recusa() {
-        m_Registro.SetTexto(CAmbienteXV::GetChaveRegistro(XV_DF), "Path", "/dados");
+        m_Registro.SetTexto(CAmbienteXV::GetChaveRegistry(XV_DF), "Path", "/dados");
         XVCliente::CXVCliente cliente;
         CXVDadosCR_IntegracaoMiddleware dados;
         dados.sRegistroJSON = "{}";
@@ -113,7 +113,7 @@ class Recusa : public testing::Test {
         REG_DF_INICIALIZAPS regInicializa = RegistroValido();
         std::memset(regInicializa.szEmpresa, 0, sizeof(regInicializa.szEmpresa));
         std::memcpy(regInicializa.szEmpresa, "UM", 2);
-        CXVRegistroInicializacao::Sela(&regInicializa);
+        XVRegistroInicializacao::Sela(&regInicializa);
         HRESULT hr = r.Inicializa_Padrao(&regInicializa);
         if (FAILED(hr) || eUso == EUso::eAbre) return hr;
         tagREG_CR_INTEGRACAO_MIDDLEWAREPS reg{};
@@ -188,10 +188,10 @@ class Recusa : public testing::Test {
 
     CXVSistemaArquivosMemoria m_Arquivos;
     CXVSistemaArquivosFalhas m_Falhas{m_Arquivos};
-    CXVRegistroFalso m_Registro;
+    CXVRegistryFalso m_Registro;
     CXVRelogioFalso m_Relogio;
     CXVGuardaSistemaArquivos m_GuardaSistema{m_Falhas};
-    CXVGuardaRegistro m_GuardaRegistro{m_Registro};
+    CXVGuardaRegistry m_GuardaRegistro{m_Registro};
     CXVGuardaRelogio m_GuardaRelogio{m_Relogio};
     const XVCliente::SIdentificacao m_Identificacao{.sEmpresa = "UM", .usUsuario = 7};
     REG_XVDMC m_Dmc;

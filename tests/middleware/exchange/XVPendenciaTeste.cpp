@@ -7,7 +7,7 @@
 
 namespace {
 
-class CXVPendenciaTest : public CXVCenarioTroca {
+class CXVPendenciaTeste : public CXVCenarioTroca {
   protected:
     static constexpr XVUInt64 k_uiArgumento = XVChaveDmc(XVDma(2024, 3, 1), 19, 2);
     static constexpr XVUInt64 k_uiTrocada = XVChaveDmc(XVDma(2024, 3, 1), 20, 2);
@@ -32,7 +32,7 @@ class CXVPendenciaTest : public CXVCenarioTroca {
     }
 };
 
-TEST_F(CXVPendenciaTest, ItemEGravadoComOQueOProvedorMudouEComSeuMapeamento) {
+TEST_F(CXVPendenciaTeste, ItemEGravadoComOQueOProvedorMudouEComSeuMapeamento) {
     m_rGravador.listaItens = {Item(), Item("")};
     m_rGravador.mapParametros["Atualiza"] = {
         0, true, eXVSMiddleware_CadastroProduto, eXVSMiddleware_Alteracao, 204, k_uiTrocada, 205};
@@ -71,7 +71,7 @@ TEST_F(CXVPendenciaTest, ItemEGravadoComOQueOProvedorMudouEComSeuMapeamento) {
     EXPECT_EQ(chave.uiChaveRegistroSistemaTerceiro, 0U);
 }
 
-TEST_F(CXVPendenciaTest, ItemQueNaoCabeNaoEGravado) {
+TEST_F(CXVPendenciaTeste, ItemQueNaoCabeNaoEGravado) {
     m_rGravador.listaItens = {Item(), Item()};
     m_rGravador.listaItens[1].eSistema = 4;
     EXPECT_EQ(GravaPendencia(), E_INVALIDARG);

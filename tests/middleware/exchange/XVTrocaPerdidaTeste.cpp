@@ -9,10 +9,10 @@
 
 namespace {
 
-class CXVTrocaPerdidaTest : public CXVCenarioTroca {
+class CXVTrocaPerdidaTeste : public CXVCenarioTroca {
   protected:
-    CXVTrocaPerdidaTest() : m_Guarda((m_pLoja.reset(), m_Falhas)) { m_pLoja = Abre(); }
-    ~CXVTrocaPerdidaTest() override {
+    CXVTrocaPerdidaTeste() : m_Guarda((m_pLoja.reset(), m_Falhas)) { m_pLoja = Abre(); }
+    ~CXVTrocaPerdidaTeste() override {
         m_Falhas.Limpa();
         m_pLoja.reset();
     }
@@ -27,7 +27,7 @@ class CXVTrocaPerdidaTest : public CXVCenarioTroca {
     CXVGuardaSistemaArquivos m_Guarda;
 };
 
-TEST_F(CXVTrocaPerdidaTest, GravacaoQueFalhaDepoisDaTrocaFicaNoLogDeErros) {
+TEST_F(CXVTrocaPerdidaTeste, GravacaoQueFalhaDepoisDaTrocaFicaNoLogDeErros) {
     const struct {
         XVUInt eTransacao;
         const char* pszOperacao;
@@ -64,7 +64,7 @@ TEST_F(CXVTrocaPerdidaTest, GravacaoQueFalhaDepoisDaTrocaFicaNoLogDeErros) {
     }
 }
 
-TEST_F(CXVTrocaPerdidaTest, ItemAnteriorFicaGravadoEOSeguinteNaoETrocado) {
+TEST_F(CXVTrocaPerdidaTeste, ItemAnteriorFicaGravadoEOSeguinteNaoETrocado) {
     m_rGravador.listaItens = {Item("1"), Item("2"), Item("3")};
     m_rGravador.fnDepoisDaTroca = [this] {
         if (Chamadas("EnviaJson") == 2)
@@ -81,7 +81,7 @@ TEST_F(CXVTrocaPerdidaTest, ItemAnteriorFicaGravadoEOSeguinteNaoETrocado) {
     EXPECT_EQ(XVLe(*m_pLoja, regDmc).sJSON, "1");
 }
 
-TEST_F(CXVTrocaPerdidaTest, RespostaQueNaoSeAproveitaDizAChaveQueTrouxe) {
+TEST_F(CXVTrocaPerdidaTeste, RespostaQueNaoSeAproveitaDizAChaveQueTrouxe) {
     const struct {
         std::int32_t iResultado;
         bool bMuda;
@@ -128,7 +128,7 @@ TEST_F(CXVTrocaPerdidaTest, RespostaQueNaoSeAproveitaDizAChaveQueTrouxe) {
 
 // Every allocation between the library's answer and the end of the call fails once: the exchange is recorded
 // or told, whichever it is.
-TEST_F(CXVTrocaPerdidaTest, FaltaDeMemoriaDepoisDaTrocaNaoACala) {
+TEST_F(CXVTrocaPerdidaTeste, FaltaDeMemoriaDepoisDaTrocaNaoACala) {
     for (long iFalha = 1;; ++iFalha) {
         SCOPED_TRACE(iFalha);
         CXVSistemaArquivosMemoria arquivos;

@@ -11,7 +11,7 @@ class CXVAmbienteBibliotecas : public testing::Environment {
   public:
     void SetUp() override {
         const CXVCapturaTrace captura;
-        XVIgnora(CXVProvedores::Lista().empty() ? E_NOTIMPL : S_OK);
+        XVIgnora(XVProvedores::Lista().empty() ? E_NOTIMPL : S_OK);
         for (const SFalhaCapturada& rFalha : captura.GetFalhas()) GetLinhas().push_back(rFalha.sMensagem);
     }
     static std::vector<std::string>& GetLinhas() {
@@ -21,7 +21,7 @@ class CXVAmbienteBibliotecas : public testing::Environment {
 };
 const testing::Environment* const k_pAmbiente = testing::AddGlobalTestEnvironment(new CXVAmbienteBibliotecas);
 
-TEST(CXVBibliotecasTest, BibliotecaQueEstaLaENaoServeEDitaComOMotivo) {
+TEST(CXVBibliotecasTeste, BibliotecaQueEstaLaENaoServeEDitaComOMotivo) {
     ASSERT_NE(k_pAmbiente, nullptr);
     const std::vector<std::string>& rLinhas = CXVAmbienteBibliotecas::GetLinhas();
     ASSERT_EQ(rLinhas.size(), 4U) << "absent ones and those in use are not told";
@@ -33,7 +33,7 @@ TEST(CXVBibliotecasTest, BibliotecaQueEstaLaENaoServeEDitaComOMotivo) {
     EXPECT_EQ(rLinhas[3], "Biblioteca XVProvedor256 não utilizada: não exporta XVProvedorObtem");
 }
 
-class CXVTrocaRecusadaTest : public CXVCenarioTroca {
+class CXVTrocaRecusadaTeste : public CXVCenarioTroca {
   protected:
     // Nothing was handed to the library but the question for pending items, and nothing was stored.
     void EsperaRecusa(HRESULT hrEsperado, tagREG_CR_INTEGRACAO_MIDDLEWAREPS pedido, REG_XVDMC regDmc,
@@ -75,7 +75,7 @@ class CXVTrocaRecusadaTest : public CXVCenarioTroca {
     }
 };
 
-TEST_F(CXVTrocaRecusadaTest, ItemQueNaoPoderiaSerGravadoImpedeTambemOsAnteriores) {
+TEST_F(CXVTrocaRecusadaTeste, ItemQueNaoPoderiaSerGravadoImpedeTambemOsAnteriores) {
     m_rGravador.listaItens = {Item(), Item()};
     m_rGravador.listaItens[1].eSistema = OfficialBank;
     EsperaRecusa(E_NOTIMPL);
@@ -89,7 +89,7 @@ TEST_F(CXVTrocaRecusadaTest, ItemQueNaoPoderiaSerGravadoImpedeTambemOsAnteriores
     EsperaRecusa(E_INVALIDARG);
 }
 
-TEST_F(CXVTrocaRecusadaTest, SistemaDoChamadorDecideQuemEPerguntado) {
+TEST_F(CXVTrocaRecusadaTeste, SistemaDoChamadorDecideQuemEPerguntado) {
     m_rGravador.listaItens = {Item()};
     CriaSimulacao("pendentes/1.pend", "Origem: 20240301-15-2\n\n{\"s\":1}");
     tagREG_CR_INTEGRACAO_MIDDLEWAREPS pedido = Pedido(eXVSMiddleware_Inclusao);
@@ -116,7 +116,7 @@ TEST_F(CXVTrocaRecusadaTest, SistemaDoChamadorDecideQuemEPerguntado) {
     }
 }
 
-TEST_F(CXVTrocaRecusadaTest, IntegracaoQueNaoSeLeNaoETrocada) {
+TEST_F(CXVTrocaRecusadaTeste, IntegracaoQueNaoSeLeNaoETrocada) {
     m_rGravador.listaItens = {Item()};
     for (const XVUInt eTransacao : {XVUInt{eXVSMiddleware_Alteracao}, XVUInt{eXVSMiddleware_Exclusao}})
         EsperaRecusa(E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA, eTransacao, {XVChaveDmc(k_uiHoje, 9)});
@@ -132,7 +132,7 @@ TEST_F(CXVTrocaRecusadaTest, IntegracaoQueNaoSeLeNaoETrocada) {
     EXPECT_EQ(Troca(eXVSMiddleware_Alteracao, &regInteira), S_OK);
 }
 
-TEST_F(CXVTrocaRecusadaTest, ArquivoDoDiaRecusadoImpedeAInclusao) {
+TEST_F(CXVTrocaRecusadaTeste, ArquivoDoDiaRecusadoImpedeAInclusao) {
     m_rGravador.listaItens = {Item()};
     Grava(*m_pLoja, CXVIntegracaoTeste(71).Textos("a", "b", "c"));
     for (const char* pszArquivo : {"CRINTEGMID20240315.dat", "CRINTEGMIDJSON20240315.dat",
@@ -146,7 +146,7 @@ TEST_F(CXVTrocaRecusadaTest, ArquivoDoDiaRecusadoImpedeAInclusao) {
     EXPECT_EQ(Troca(eXVSMiddleware_Inclusao, &regDmc), S_OK);
 }
 
-TEST_F(CXVTrocaRecusadaTest, OperacaoAnteriorQueFalhaOuRespondeOImpossivelImpedeATroca) {
+TEST_F(CXVTrocaRecusadaTeste, OperacaoAnteriorQueFalhaOuRespondeOImpossivelImpedeATroca) {
     m_rGravador.listaItens = {Item()};
     for (const HRESULT hrEsperado : {CXVProvedorAdaptador::k_hrRespostaInvalida, XVHResult(0x800705B4U)}) {
         const bool bFalha = hrEsperado == XVHResult(0x800705B4U);

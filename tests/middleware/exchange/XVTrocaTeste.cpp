@@ -4,7 +4,7 @@
 
 namespace {
 
-class CXVTrocaTest : public CXVCenarioTroca {
+class CXVTrocaTeste : public CXVCenarioTroca {
   protected:
     using TLinhas = std::vector<std::string>;
 
@@ -45,7 +45,7 @@ class CXVTrocaTest : public CXVCenarioTroca {
     }
 };
 
-TEST_F(CXVTrocaTest, InclusaoEntregaOItemEGravaTudoOQueFoiRespondido) {
+TEST_F(CXVTrocaTeste, InclusaoEntregaOItemEGravaTudoOQueFoiRespondido) {
     REG_XVDMC regDmc;
     const SDadosTeste dados =
         TrocaItem(eXVSMiddleware_Inclusao, "EnviaJson", eXVSMiddleware_Enviado, &regDmc, 0);
@@ -53,7 +53,7 @@ TEST_F(CXVTrocaTest, InclusaoEntregaOItemEGravaTudoOQueFoiRespondido) {
     EXPECT_EQ(Le(*m_pLoja, regDmc), dados.Integracao());
 }
 
-TEST_F(CXVTrocaTest, AlteracaoEExclusaoEntregamAChaveConhecidaETrazemOCarimboDaTroca) {
+TEST_F(CXVTrocaTeste, AlteracaoEExclusaoEntregamAChaveConhecidaETrazemOCarimboDaTroca) {
     const struct {
         XVUInt eTransacao;
         const char* pszOperacao;
@@ -71,7 +71,7 @@ TEST_F(CXVTrocaTest, AlteracaoEExclusaoEntregamAChaveConhecidaETrazemOCarimboDaT
     }
 }
 
-TEST_F(CXVTrocaTest, ExclusaoNaoConfirmadaSoFicaNoLog) {
+TEST_F(CXVTrocaTeste, ExclusaoNaoConfirmadaSoFicaNoLog) {
     REG_XVDMC regDmc = GravaAnterior(71, eXVSMiddleware_Sucesso);
     const std::string sAntes = Le(*m_pLoja, regDmc);
     m_rGravador.listaItens = {Item()};
@@ -84,7 +84,7 @@ TEST_F(CXVTrocaTest, ExclusaoNaoConfirmadaSoFicaNoLog) {
         << LinhasPerdidas()[0];
 }
 
-TEST_F(CXVTrocaTest, ChaveDeOutroSistemaNaoEEntregue) {
+TEST_F(CXVTrocaTeste, ChaveDeOutroSistemaNaoEEntregue) {
     REG_XVDMC regDmc = Grava(*m_pLoja, CXVIntegracaoTeste(71, OfficialBank, eXVSMiddleware_Sucesso));
     m_rGravador.listaItens = {Item()};
     m_rGravador.mapDados["ExcluiDados"].bMuda = false;
@@ -93,7 +93,7 @@ TEST_F(CXVTrocaTest, ChaveDeOutroSistemaNaoEEntregue) {
     EXPECT_NE(m_rGravador.listaChamadas[2].find(" chave=0 "), std::string::npos);
 }
 
-TEST_F(CXVTrocaTest, RespostaSemChaveMantemAChaveConhecidaOuEGravadaComoErro) {
+TEST_F(CXVTrocaTeste, RespostaSemChaveMantemAChaveConhecidaOuEGravadaComoErro) {
     const struct {
         XVUInt64 uiConhecida;
         XVUInt eRespondido, eGravado;
@@ -122,7 +122,7 @@ TEST_F(CXVTrocaTest, RespostaSemChaveMantemAChaveConhecidaOuEGravadaComoErro) {
     }
 }
 
-TEST_F(CXVTrocaTest, LeituraConsultaOSistemaESoFechaComOsDoisPedidos) {
+TEST_F(CXVTrocaTeste, LeituraConsultaOSistemaESoFechaComOsDoisPedidos) {
     const REG_XVDMC regDmc = GravaAnterior(71, eXVSMiddleware_Sucesso);
     const std::string sGravada = Le(*m_pLoja, regDmc);
     m_rGravador.mapDados["BuscaDados"] = Resposta(200, eXVSMiddleware_Enviado);
@@ -163,7 +163,7 @@ TEST_F(CXVTrocaTest, LeituraConsultaOSistemaESoFechaComOsDoisPedidos) {
     EXPECT_EQ(Le(*m_pLoja, regDmc), sGravada) << "nothing was recorded";
 }
 
-TEST_F(CXVTrocaTest, LeituraDeListaConsultaCadaIntegracaoEmOrdem) {
+TEST_F(CXVTrocaTeste, LeituraDeListaConsultaCadaIntegracaoEmOrdem) {
     const REG_XVDMC aDmc[] = {GravaAnterior(71, eXVSMiddleware_Sucesso),
                               GravaAnterior(72, eXVSMiddleware_Enviado)};
     m_rGravador.mapDados["BuscaDados"] = Resposta(200, eXVSMiddleware_Erro);
@@ -194,7 +194,7 @@ TEST_F(CXVTrocaTest, LeituraDeListaConsultaCadaIntegracaoEmOrdem) {
     }
 }
 
-TEST_F(CXVTrocaTest, ConsultaDiretaEntregaERecebeTodosOsCampos) {
+TEST_F(CXVTrocaTeste, ConsultaDiretaEntregaERecebeTodosOsCampos) {
     const std::string sChave = "2024-000341";
     tagREG_CR_CONSULTA_SISTEMA_TERCEIROPS consulta{};
     consulta.regChaveConsulta = XVTextoPS(sChave);
@@ -219,7 +219,7 @@ TEST_F(CXVTrocaTest, ConsultaDiretaEntregaERecebeTodosOsCampos) {
 }
 
 // S_FALSE and its like are no failures, whoever answers them.
-TEST_F(CXVTrocaTest, ResultadosPositivosSaoSucesso) {
+TEST_F(CXVTrocaTeste, ResultadosPositivosSaoSucesso) {
     m_rGravador.listaItens = {Item()};
     m_rGravador.iResultadoLista = 1;
     for (const char* pszOperacao : {"Anterior", "EnviaJson", "BuscaDados", "ExcluiDados"})

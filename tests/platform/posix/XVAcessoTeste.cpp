@@ -26,7 +26,7 @@ constexpr SAberturaArquivo k_leituraCriacao{EAcessoArquivo::eLeitura, ECompartil
 constexpr SAberturaArquivo k_anexacao{EAcessoArquivo::eAnexacao, ECompartilhamentoArquivo::eNegaNada,
                                       ECriacaoArquivo::eCriaSeAusente};
 
-class CXVAcessoTest : public testing::Test {
+class CXVAcessoTeste : public testing::Test {
   protected:
     std::string Caminho(const std::string& sNome) const { return m_diretorio.Junta(sNome); }
     ECausaArquivo Abre(const std::string& sNome, const SAberturaArquivo& rAbertura) {
@@ -61,7 +61,7 @@ class CXVAcessoTest : public testing::Test {
 };
 
 // A directory with one file, which is what it was however the directory was closed.
-class CXVDiretorioFechadoTest : public CXVAcessoTest {
+class CXVDiretorioFechadoTeste : public CXVAcessoTeste {
   protected:
     void SetUp() override {
         ASSERT_TRUE(m_rSistema.CriaDiretorio(Caminho("fechado")).Ok());
@@ -78,7 +78,7 @@ class CXVDiretorioFechadoTest : public CXVAcessoTest {
 
 }  // namespace
 
-TEST_F(CXVDiretorioFechadoTest, ONomeQueNaoSePodeVerNaoEstaNemAusenteNemPresente) {
+TEST_F(CXVDiretorioFechadoTeste, ONomeQueNaoSePodeVerNaoEstaNemAusenteNemPresente) {
     Modo("fechado", 0000);
     {
         const CXVUsuarioSemDireitos usuario;
@@ -101,7 +101,7 @@ TEST_F(CXVDiretorioFechadoTest, ONomeQueNaoSePodeVerNaoEstaNemAusenteNemPresente
 }
 
 // The names can be seen, and whether they are files, or still there, cannot.
-TEST_F(CXVDiretorioFechadoTest, LidoMasNaoAtravessadoNaoDizOQueTem) {
+TEST_F(CXVDiretorioFechadoTeste, LidoMasNaoAtravessadoNaoDizOQueTem) {
     Modo("fechado", 0744);
     {
         const CXVUsuarioSemDireitos usuario;
@@ -115,7 +115,7 @@ TEST_F(CXVDiretorioFechadoTest, LidoMasNaoAtravessadoNaoDizOQueTem) {
 }
 
 // What is asked for by its exact name can be seen, another spelling cannot.
-TEST_F(CXVDiretorioFechadoTest, AtravessadoMasNaoLidoMostraONomeExato) {
+TEST_F(CXVDiretorioFechadoTeste, AtravessadoMasNaoLidoMostraONomeExato) {
     Modo("fechado", 0711);
     Modo("fechado/A.dat", 0600);
     {
@@ -130,7 +130,7 @@ TEST_F(CXVDiretorioFechadoTest, AtravessadoMasNaoLidoMostraONomeExato) {
     }
 }
 
-TEST_F(CXVAcessoTest, OQueSeCriaEDoDonoEDoGrupo) {
+TEST_F(CXVAcessoTeste, OQueSeCriaEDoDonoEDoGrupo) {
     const mode_t anterior = umask(0);
     EXPECT_TRUE(m_rSistema.CriaDiretorio(Caminho("x/y")).Ok());
     EXPECT_EQ(Abre("x/a.dat", k_criacao), ECausaArquivo::eNenhuma);
@@ -144,7 +144,7 @@ TEST_F(CXVAcessoTest, OQueSeCriaEDoDonoEDoGrupo) {
     EXPECT_EQ(LeModo("M"), 0660U);
 }
 
-TEST_F(CXVAcessoTest, EloSimbolicoSoServeParaLer) {
+TEST_F(CXVAcessoTeste, EloSimbolicoSoServeParaLer) {
     m_diretorio.CriaArquivo("alvo", "alvo");
     m_diretorio.CriaArquivo("novo", "novo");
     Elo("alvo", "elo");
@@ -167,7 +167,7 @@ TEST_F(CXVAcessoTest, EloSimbolicoSoServeParaLer) {
     EXPECT_EQ(sLido, "alvo");
 }
 
-TEST_F(CXVAcessoTest, EloParaDiretorioEDiretorioEPassaAcimaDoArquivo) {
+TEST_F(CXVAcessoTeste, EloParaDiretorioEDiretorioEPassaAcimaDoArquivo) {
     ASSERT_TRUE(m_rSistema.CriaDiretorio(Caminho("longe")).Ok());
     Elo("longe", "dados");
     EXPECT_EQ(m_rSistema.Existe(Caminho("dados")), EExistencia::eDiretorio);
@@ -182,7 +182,7 @@ TEST_F(CXVAcessoTest, EloParaDiretorioEDiretorioEPassaAcimaDoArquivo) {
     EXPECT_EQ(Apaga("dados/b.dat"), ECausaArquivo::eNenhuma);
 }
 
-TEST_F(CXVAcessoTest, EloEmCirculoEstaPresenteENaoLevaALugarNenhum) {
+TEST_F(CXVAcessoTeste, EloEmCirculoEstaPresenteENaoLevaALugarNenhum) {
     Elo("circulo", "circulo");
     EXPECT_EQ(m_rSistema.Existe(Caminho("circulo")), EExistencia::eArquivo);
     EXPECT_EQ(m_rSistema.Existe(Caminho("circulo/a.dat")), EExistencia::eSemAcesso);
@@ -191,7 +191,7 @@ TEST_F(CXVAcessoTest, EloEmCirculoEstaPresenteENaoLevaALugarNenhum) {
     EXPECT_EQ(Abre("circulo/a.dat", k_criacao), ECausaArquivo::eCaminhoInvalido);
 }
 
-TEST_F(CXVAcessoTest, NomesQueSoDiferemNaCaixaSaoDoisArquivos) {
+TEST_F(CXVAcessoTeste, NomesQueSoDiferemNaCaixaSaoDoisArquivos) {
     m_diretorio.CriaArquivo("A.dat", "maiuscula");
     m_diretorio.CriaArquivo("a.dat", "minuscula");
     for (const std::string sNome : {"A.dat", "a.dat"}) {
@@ -206,7 +206,7 @@ TEST_F(CXVAcessoTest, NomesQueSoDiferemNaCaixaSaoDoisArquivos) {
 }
 
 // A process without standard streams whose data files took their numbers would print into them.
-TEST_F(CXVAcessoTest, ArquivoNuncaTomaONumeroDeUmFluxoPadrao) {
+TEST_F(CXVAcessoTeste, ArquivoNuncaTomaONumeroDeUmFluxoPadrao) {
     m_diretorio.CriaArquivo("a.dat", "dados");
     const pid_t iFilho = fork();
     if (iFilho == 0) {
@@ -243,7 +243,7 @@ TEST_F(CXVAcessoTest, ArquivoNuncaTomaONumeroDeUmFluxoPadrao) {
     EXPECT_EQ(m_diretorio.LeConteudo("a.dat"), "dados");
 }
 
-TEST_F(CXVAcessoTest, ProcessoFilhoNaoHerdaNada) {
+TEST_F(CXVAcessoTeste, ProcessoFilhoNaoHerdaNada) {
     m_diretorio.CriaArquivo("a.dat", std::string(4096, 'x'));
     ASSERT_EQ(Abre("a.dat", k_escrita), ECausaArquivo::eNenhuma);
     std::unique_ptr<IXVJanela> pJanela;
@@ -262,7 +262,7 @@ TEST_F(CXVAcessoTest, ProcessoFilhoNaoHerdaNada) {
 
 // On a device in memory, which has what a mapping needs, the window is one; over bytes without blocks, whose
 // writing could end the process, and over none it is not.
-TEST_F(CXVAcessoTest, JanelaPassaPelaMemoriaOndeECertoQueNaoDerrubaOProcesso) {
+TEST_F(CXVAcessoTeste, JanelaPassaPelaMemoriaOndeECertoQueNaoDerrubaOProcesso) {
     const std::string sCaminho =
         "/dev/shm/" + std::filesystem::path(m_diretorio.GetCaminho()).filename().string();
     const auto fnMapeado = [&] {

@@ -10,7 +10,7 @@
 
 namespace {
 
-class CXVArquivosEspeciaisTest : public testing::Test {
+class CXVArquivosEspeciaisTeste : public testing::Test {
   protected:
     ECausaArquivo Abre(const std::string& sCaminho, EAcessoArquivo eAcesso) {
         return m_rSistema
@@ -27,7 +27,7 @@ class CXVArquivosEspeciaisTest : public testing::Test {
 
 }  // namespace
 
-TEST_F(CXVArquivosEspeciaisTest, PipesAndDevicesAreRefusedWithoutBlocking) {
+TEST_F(CXVArquivosEspeciaisTeste, CanosEDispositivosSaoRecusadosSemEspera) {
     const std::string sCano = m_diretorio.Junta("cano");
     ASSERT_EQ(mkfifo(sCano.c_str(), 0600), 0);
     for (const EAcessoArquivo eAcesso : {EAcessoArquivo::eLeitura, EAcessoArquivo::eLeituraEscrita}) {
@@ -40,19 +40,19 @@ TEST_F(CXVArquivosEspeciaisTest, PipesAndDevicesAreRefusedWithoutBlocking) {
               ECausaArquivo::eArquivoInvalido);
 }
 
-TEST_F(CXVArquivosEspeciaisTest, ALinkWithoutTargetCountsAsHeld) {
+TEST_F(CXVArquivosEspeciaisTeste, EloSemAlvoContaComoPreso) {
     ASSERT_EQ(symlink("nada", m_diretorio.Junta("elo").c_str()), 0);
     EXPECT_EQ(m_rSistema.Existe(m_diretorio.Junta("elo")), EExistencia::eArquivo);
     EXPECT_EQ(Abre(m_diretorio.Junta("elo"), EAcessoArquivo::eLeitura), ECausaArquivo::eArquivoNaoEncontrado);
 }
 
-TEST_F(CXVArquivosEspeciaisTest, TheMarkOfAKilledProcessIsTakenOver) {
+TEST_F(CXVArquivosEspeciaisTeste, MarcaDeProcessoMortoEAssumida) {
     m_diretorio.CriaArquivo("DFXXMARCA1", "sobra");
     std::unique_ptr<IXVMarcaDiretorio> pMarca;
     EXPECT_TRUE(m_rSistema.MarcaDiretorio(m_diretorio.GetCaminho(), "DFXXMARCA1", pMarca).Ok());
 }
 
-TEST_F(CXVArquivosEspeciaisTest, TheProcessLimitOnLengthsIsAFullDisk) {
+TEST_F(CXVArquivosEspeciaisTeste, LimiteDoProcessoEDiscoCheio) {
     m_diretorio.CriaArquivo("a.dat", "");
     ASSERT_EQ(Abre(m_diretorio.Junta("a.dat"), EAcessoArquivo::eLeituraEscrita), ECausaArquivo::eNenhuma);
     rlimit anterior{};

@@ -21,7 +21,7 @@ constexpr SAberturaArquivo k_escrita{EAcessoArquivo::eLeituraEscrita, ECompartil
 constexpr SAberturaArquivo k_anexacao{EAcessoArquivo::eAnexacao, ECompartilhamentoArquivo::eNegaNada,
                                       ECriacaoArquivo::eCriaSeAusente};
 
-class CXVChamadasTest : public testing::Test {
+class CXVChamadasTeste : public testing::Test {
   protected:
     std::string Caminho(const std::string& sNome) const { return m_diretorio.Junta(sNome); }
     std::string Conteudo(const std::string& sNome) const {
@@ -54,7 +54,7 @@ using TChamadas = std::vector<SChamada>;
 
 }  // namespace
 
-TEST_F(CXVChamadasTest, SincronizarDescarregaOArquivoUmaVez) {
+TEST_F(CXVChamadasTeste, SincronizarDescarregaOArquivoUmaVez) {
     for (const SAberturaArquivo& rAbertura : {k_escrita, k_anexacao}) {
         ASSERT_EQ(Abre("a.dat", rAbertura), ECausaArquivo::eNenhuma);
         ASSERT_TRUE(m_pArquivo->Grava(0, "x", 1).Ok());
@@ -81,7 +81,7 @@ TEST_F(CXVChamadasTest, SincronizarDescarregaOArquivoUmaVez) {
               ECausaArquivo::eErroFisico);
 }
 
-TEST_F(CXVChamadasTest, SubstituirDescarregaOConteudoAntesEOsDiretoriosDepois) {
+TEST_F(CXVChamadasTeste, SubstituirDescarregaOConteudoAntesEOsDiretoriosDepois) {
     ASSERT_TRUE(m_rSistema.CriaDiretorio(Caminho("sub")).Ok());
     // The second time the destination is there.
     for (const std::string sDestino : {"a.dat", "a.dat", "sub/a.dat", "sub/a.dat"}) {
@@ -115,7 +115,7 @@ TEST_F(CXVChamadasTest, SubstituirDescarregaOConteudoAntesEOsDiretoriosDepois) {
     EXPECT_EQ(Conteudo("a.tra") + Conteudo("a.dat"), "outronovo");
 }
 
-TEST_F(CXVChamadasTest, SubstituirNaoPisaEmArquivoQueApareceuNoDestino) {
+TEST_F(CXVChamadasTeste, SubstituirNaoPisaEmArquivoQueApareceuNoDestino) {
     m_diretorio.CriaArquivo("a.tra", "novo");
     CXVChamadas chamadas;
     chamadas.Antes(EChamada::eRename, [this] { PoeOutroNoLugar("a.dat"); });
@@ -133,7 +133,7 @@ TEST_F(CXVChamadasTest, SubstituirNaoPisaEmArquivoQueApareceuNoDestino) {
     }
 }
 
-TEST_F(CXVChamadasTest, NomeQueMudaDeArquivoAntesDoPortaoEVistoDeNovo) {
+TEST_F(CXVChamadasTeste, NomeQueMudaDeArquivoAntesDoPortaoEVistoDeNovo) {
     CXVChamadas chamadas;
     const auto fnPrepara = [&](EChamada eChamada) {
         m_pAlheio.reset();
@@ -154,7 +154,7 @@ TEST_F(CXVChamadasTest, NomeQueMudaDeArquivoAntesDoPortaoEVistoDeNovo) {
     EXPECT_EQ(sLido, "alheio") << "not a file that nobody can find any more";
 }
 
-TEST_F(CXVChamadasTest, MarcaNuncaTemDoisDonos) {
+TEST_F(CXVChamadasTeste, MarcaNuncaTemDoisDonos) {
     std::unique_ptr<IXVMarcaDiretorio> pMarca;
     std::unique_ptr<IXVMarcaDiretorio> pAlheia;
     const auto fnMarca = [this](std::unique_ptr<IXVMarcaDiretorio>& rpMarca) {
@@ -179,7 +179,7 @@ TEST_F(CXVChamadasTest, MarcaNuncaTemDoisDonos) {
 }
 
 // Two moves that cross would otherwise wait for each other for ever.
-TEST_F(CXVChamadasTest, PortoesDeDoisArquivosTemUmaSoOrdem) {
+TEST_F(CXVChamadasTeste, PortoesDeDoisArquivosTemUmaSoOrdem) {
     m_diretorio.CriaArquivo("a.dat", "a");
     m_diretorio.CriaArquivo("b.dat", "b");
     const auto fnOrdem = [this](const std::string& sOrigem, const std::string& sDestino) {
@@ -193,7 +193,7 @@ TEST_F(CXVChamadasTest, PortoesDeDoisArquivosTemUmaSoOrdem) {
     EXPECT_EQ(fnOrdem("b.dat", "a.dat"), listaIda);
 }
 
-TEST_F(CXVChamadasTest, ChamadaInterrompidaERepetida) {
+TEST_F(CXVChamadasTeste, ChamadaInterrompidaERepetida) {
     ASSERT_EQ(Abre("a.dat", k_escrita), ECausaArquivo::eNenhuma);
     CXVChamadas chamadas;
     char cByte = 0;
@@ -223,7 +223,7 @@ TEST_F(CXVChamadasTest, ChamadaInterrompidaERepetida) {
     EXPECT_EQ(lista[1].lNanossegundos, 1001000000L) << "the rest";
 }
 
-TEST_F(CXVChamadasTest, TransferenciaCurtaContinua) {
+TEST_F(CXVChamadasTeste, TransferenciaCurtaContinua) {
     std::string sDados;
     for (int i = 0; i < 100; ++i) {
         sDados += static_cast<char>('!' + i % 90);
@@ -246,7 +246,7 @@ TEST_F(CXVChamadasTest, TransferenciaCurtaContinua) {
     EXPECT_EQ(Conteudo("log"), sDados);
 }
 
-TEST_F(CXVChamadasTest, CadaErroDoSistemaTemSuaCausa) {
+TEST_F(CXVChamadasTeste, CadaErroDoSistemaTemSuaCausa) {
     struct SCaso {
         int iErrno;
         ECausaArquivo eCausa;
@@ -289,7 +289,7 @@ TEST_F(CXVChamadasTest, CadaErroDoSistemaTemSuaCausa) {
     }
 }
 
-TEST_F(CXVChamadasTest, BuscaQueNaoPodeOlharNaoDizAusente) {
+TEST_F(CXVChamadasTeste, BuscaQueNaoPodeOlharNaoDizAusente) {
     m_diretorio.CriaArquivo("INDEX.DAT", "x");
     std::string sNome = "sobra";
     std::vector<std::string> listaNomes;

@@ -7,7 +7,7 @@
 
 // The system refuses to shorten a file that is mapped, and only then: so the window on a file on a fixed disk
 // is one, and ends with its object.
-TEST(CXVJanelaWindowsTest, JanelaDeDiscoFixoPassaPelaMemoria) {
+TEST(CXVJanelaWindowsTeste, JanelaDeDiscoFixoPassaPelaMemoria) {
     const CXVDiretorioTeste diretorio;
     const std::string sRaiz = diretorio.GetCaminho().substr(0, 3);
     ASSERT_EQ(GetDriveTypeA(sRaiz.c_str()), UINT{DRIVE_FIXED}) << sRaiz;

@@ -2,7 +2,7 @@
 #include <memory>
 
 #include "client/XVChamador.h"
-#include "client/XVRegistroComDiretorio.h"
+#include "client/XVRegistryComDiretorio.h"
 #include "middleware/ConversaoMiddleware.h"
 #include "tools/xvcr/commands/XVComandos.h"
 #include "tools/xvcr/commands/XVSaidaConversao.h"

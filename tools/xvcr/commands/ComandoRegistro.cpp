@@ -8,8 +8,8 @@
 #include "support/messages/XVMensagens.h"
 #include "tools/xvcr/commands/XVComandos.h"
 #include "tools/xvcr/commands/XVOpcoes.h"
-#include "tools/xvcr/logs/XVArquivosRegistro.h"
-#include "tools/xvcr/logs/XVFiltroRegistro.h"
+#include "tools/xvcr/logs/XVArquivosLog.h"
+#include "tools/xvcr/logs/XVFiltroLog.h"
 #include "tools/xvcr/text/XVTextoTela.h"
 
 namespace {
@@ -96,7 +96,7 @@ std::string ParaPessoa(const SLinhaRegistro& rRegistro) {
 }
 
 // What is there now; only the last ones where a number of them is asked for.
-void MostraExistentes(const SRegistro& rPedido, CXVLeitoresRegistro& rLeitores, CXVSaida& rSaida,
+void MostraExistentes(const SRegistro& rPedido, CXVLeitoresLog& rLeitores, CXVSaida& rSaida,
                       const std::function<void(const SLinhaRegistro&)>& fMostra) {
     std::deque<SLinhaRegistro> listaUltimos;
     rLeitores.LeNovos([&](SLinhaRegistro& rRegistro) {
@@ -112,7 +112,7 @@ void MostraExistentes(const SRegistro& rPedido, CXVLeitoresRegistro& rLeitores, 
     rSaida.Termina();
 }
 
-void Segue(const SRegistro& rPedido, CXVLeitoresRegistro& rLeitores, CXVSaida& rSaida,
+void Segue(const SRegistro& rPedido, CXVLeitoresLog& rLeitores, CXVSaida& rSaida,
            const std::function<void(const SLinhaRegistro&)>& fMostra) {
     IXVRelogio& rRelogio = XVPlataforma::Relogio();
     const XVUInt ulInicio = rRelogio.GetTicks();
@@ -145,7 +145,7 @@ void Executa(SRegistro& rPedido, CXVContexto& rContexto) {
         else
             rSaida.Linha(ParaPessoa(rRegistro));
     };
-    CXVLeitoresRegistro leitores(rPedido.origem);
+    CXVLeitoresLog leitores(rPedido.origem);
     MostraExistentes(rPedido, leitores, rSaida, fMostra);
     if (rPedido.bSegue) Segue(rPedido, leitores, rSaida, fMostra);
 }

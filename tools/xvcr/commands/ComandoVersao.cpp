@@ -1,6 +1,6 @@
 // versao: the version of a store on disk and the one of this program.
 #include "client/XVChamador.h"
-#include "client/XVRegistroComDiretorio.h"
+#include "client/XVRegistryComDiretorio.h"
 #include "middleware/ConversaoMiddleware.h"
 #include "tools/xvcr/commands/XVComandos.h"
 

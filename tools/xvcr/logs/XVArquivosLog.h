@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "tools/xvcr/logs/XVLinhaRegistro.h"
+#include "tools/xvcr/logs/XVLinhaLog.h"
 #include "tools/xvcr/text/XVLeitorLinhas.h"
 
 // Where to look: the monthly error logs of a directory, or its log of entries and exits.
@@ -22,9 +22,9 @@ struct SOrigemRegistro {
 };
 
 // One log, read line by line as it grows.
-class CXVLeitorRegistro {
+class CXVLeitorLog {
   public:
-    explicit CXVLeitorRegistro(const std::string& sArquivo);
+    explicit CXVLeitorLog(const std::string& sArquivo);
 
     // The next record that is there now; lines that are none are passed over.
     bool Proximo(SLinhaRegistro* pRegistro);
@@ -32,13 +32,13 @@ class CXVLeitorRegistro {
   private:
     std::unique_ptr<IXVFonteBytes> m_pFonte;
     CXVLeitorLinhas m_Leitor;
-    std::optional<CXVCabecalhoRegistro> m_Cabecalho;
+    std::optional<CXVCabecalhoLog> m_Cabecalho;
 };
 
 // All logs of an origin, those included that appear later.
-class CXVLeitoresRegistro {
+class CXVLeitoresLog {
   public:
-    explicit CXVLeitoresRegistro(SOrigemRegistro origem) : m_Origem(std::move(origem)) {}
+    explicit CXVLeitoresLog(SOrigemRegistro origem) : m_Origem(std::move(origem)) {}
 
     // Calls fRecebe for each record that has come since the last call.
     template <class FRecebe>
@@ -53,5 +53,5 @@ class CXVLeitoresRegistro {
 
   private:
     SOrigemRegistro m_Origem;
-    std::map<std::string, CXVLeitorRegistro> m_mapLeitores;
+    std::map<std::string, CXVLeitorLog> m_mapLeitores;
 };

@@ -17,7 +17,7 @@
 
 #include "platform/XVTipos.h"
 
-class CXVRegistroTexto {
+class CXVRegistryTexto {
   public:
     // Forgets what was held and takes the values of sTexto.
     void Carrega(std::string_view sTexto);

@@ -24,9 +24,9 @@ struct SLinhaRegistro {
     std::vector<std::string> listaParametros;  // "name = value"
 };
 
-class CXVCabecalhoRegistro {
+class CXVCabecalhoLog {
   public:
-    explicit CXVCabecalhoRegistro(std::string_view sLinha);
+    explicit CXVCabecalhoLog(std::string_view sLinha);
 
     // Whether the line is a header of these logs.
     static bool EhCabecalho(std::string_view sLinha);

@@ -32,7 +32,7 @@ struct SProfilerRegistro {
     XVUInt64 uiMemoriaFim = 0;
 };
 
-namespace XVProfilerRegistro {
+namespace XVProfilerLinha {
 
 // The column names of the log that records of this kind go to, with the line's end.
 const std::string& GetCabecalho(ETipoRegistro eTipo);
@@ -48,4 +48,4 @@ const std::string& GetUsuarioLocal();
 // Tab, CR, LF and NUL replaced by blanks.
 std::string Saneia(std::string_view sTexto);
 
-}  // namespace XVProfilerRegistro
+}  // namespace XVProfilerLinha

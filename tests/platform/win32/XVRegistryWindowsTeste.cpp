@@ -10,7 +10,7 @@ namespace {
 constexpr std::string_view k_sChave = "SOFTWARE\\Wow6432Node\\Velmora\\XVTeste";
 constexpr const wchar_t* k_pszChave32 = L"SOFTWARE\\Velmora\\XVTeste";
 
-class CXVRegistroWindowsTest : public testing::Test {
+class CXVRegistryWindowsTeste : public testing::Test {
   protected:
     void SetUp() override {
         SetEnvironmentVariableW(L"XV_REGISTRO", nullptr);
@@ -34,13 +34,13 @@ class CXVRegistroWindowsTest : public testing::Test {
         Grava(pszNome, REG_SZ, sTexto.c_str(), (sTexto.size() + 1) * sizeof(wchar_t));
     }
 
-    IXVRegistro& m_rRegistro = XVPlataforma::RegistroNativo();
+    IXVRegistry& m_rRegistro = XVPlataforma::RegistryNativo();
     HKEY m_hChave = nullptr;
 };
 
 }  // namespace
 
-TEST_F(CXVRegistroWindowsTest, ReadsTheThirtyTwoBitView) {
+TEST_F(CXVRegistryWindowsTeste, LeAVistaDeTrintaEDoisBits) {
     const DWORD ulNumero = 0xFFFFFFFEU;
     GravaTexto(L"Path", L"C:\\dados \u00E7");
     GravaTexto(L"Longo", std::wstring(5000, L'x'));

@@ -1,4 +1,4 @@
-#include "tools/xvcr/logs/XVLinhaRegistro.h"
+#include "tools/xvcr/logs/XVLinhaLog.h"
 
 #include <algorithm>
 
@@ -50,23 +50,23 @@ bool LeCodigo(std::string_view sCelula, SLinhaRegistro* pRegistro) {
 
 }  // namespace
 
-CXVCabecalhoRegistro::CXVCabecalhoRegistro(std::string_view sLinha) {
+CXVCabecalhoLog::CXVCabecalhoLog(std::string_view sLinha) {
     for (const std::string_view sNome : Separa(sLinha)) m_listaNomes.emplace_back(sNome);
 }
 
-bool CXVCabecalhoRegistro::EhCabecalho(std::string_view sLinha) {
+bool CXVCabecalhoLog::EhCabecalho(std::string_view sLinha) {
     return sLinha.starts_with("Data\tHora\t");
 }
 
-std::string_view CXVCabecalhoRegistro::Coluna(const std::vector<std::string_view>& listaCelulas,
-                                              std::string_view sNome) const {
+std::string_view CXVCabecalhoLog::Coluna(const std::vector<std::string_view>& listaCelulas,
+                                         std::string_view sNome) const {
     const auto pNome = std::find(m_listaNomes.begin(), m_listaNomes.end(), sNome);
     const auto uiColuna = static_cast<std::size_t>(pNome - m_listaNomes.begin());
     if (uiColuna >= listaCelulas.size()) return {};
     return SemNome(listaCelulas[uiColuna], sNome);
 }
 
-bool CXVCabecalhoRegistro::Le(std::string_view sLinha, SLinhaRegistro* pRegistro) const {
+bool CXVCabecalhoLog::Le(std::string_view sLinha, SLinhaRegistro* pRegistro) const {
     const std::vector<std::string_view> listaCelulas = Separa(sLinha);
     const auto coluna = [&](std::string_view sNome) { return std::string(Coluna(listaCelulas, sNome)); };
     SLinhaRegistro registro;

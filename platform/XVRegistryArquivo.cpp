@@ -1,4 +1,4 @@
-#include "platform/XVRegistroArquivo.h"
+#include "platform/XVRegistryArquivo.h"
 
 #include <fstream>
 #include <system_error>
@@ -17,23 +17,23 @@ std::filesystem::path CaminhoUtf8(const std::string& sCaminho) {
 
 }  // namespace
 
-bool CXVRegistroArquivo::EstaConfigurado() {
+bool CXVRegistryArquivo::EstaConfigurado() {
     return XVAmbienteSO::GetVariavelAmbiente(k_pszVariavel).has_value();
 }
 
-std::optional<std::string> CXVRegistroArquivo::LeTexto(std::string_view sChave, std::string_view sValor) {
+std::optional<std::string> CXVRegistryArquivo::LeTexto(std::string_view sChave, std::string_view sValor) {
     const std::lock_guard trava(m_mutex);
     Atualiza();
     return m_texto.LeTexto(sChave, sValor);
 }
 
-std::optional<XVUInt> CXVRegistroArquivo::LeNumero(std::string_view sChave, std::string_view sValor) {
+std::optional<XVUInt> CXVRegistryArquivo::LeNumero(std::string_view sChave, std::string_view sValor) {
     const std::lock_guard trava(m_mutex);
     Atualiza();
     return m_texto.LeNumero(sChave, sValor);
 }
 
-void CXVRegistroArquivo::Atualiza() {
+void CXVRegistryArquivo::Atualiza() {
     const std::string sCaminho = XVAmbienteSO::GetVariavelAmbiente(k_pszVariavel).value_or(std::string());
     const std::filesystem::path caminho = CaminhoUtf8(sCaminho);
     std::error_code erro;

@@ -1,33 +1,33 @@
-#include "client/XVRegistroComDiretorio.h"
+#include "client/XVRegistryComDiretorio.h"
 
 #include "platform/XVPlataforma.h"
 #include "support/XVAmbiente.h"
 
-CXVRegistroComDiretorio::CXVRegistroComDiretorio()
-    : m_sChave(CAmbienteXV::GetChaveRegistro(k_eModuloBase)), m_pAnterior(&XVPlataforma::RegistroNativo()) {}
+CXVRegistryComDiretorio::CXVRegistryComDiretorio()
+    : m_sChave(CAmbienteXV::GetChaveRegistry(k_eModuloBase)), m_pAnterior(&XVPlataforma::RegistryNativo()) {}
 
-CXVRegistroComDiretorio& CXVRegistroComDiretorio::Instancia() {
-    static CXVRegistroComDiretorio s_registro;
+CXVRegistryComDiretorio& CXVRegistryComDiretorio::Instancia() {
+    static CXVRegistryComDiretorio s_registro;
     return s_registro;
 }
 
-bool CXVRegistroComDiretorio::Toma(const std::string& sDiretorio) {
+bool CXVRegistryComDiretorio::Toma(const std::string& sDiretorio) {
     const std::lock_guard trava(m_Mutex);
     if (m_uiUsos > 0 && sDiretorio != m_sDiretorio) return false;
     if (m_uiUsos == 0) {
         m_sDiretorio = sDiretorio;
-        if (!m_sDiretorio.empty()) m_pAnterior = XVPlataforma::TrocaRegistro(this);
+        if (!m_sDiretorio.empty()) m_pAnterior = XVPlataforma::TrocaRegistry(this);
     }
     ++m_uiUsos;
     return true;
 }
 
-void CXVRegistroComDiretorio::Larga() {
+void CXVRegistryComDiretorio::Larga() {
     const std::lock_guard trava(m_Mutex);
-    if (--m_uiUsos == 0 && !m_sDiretorio.empty()) XVPlataforma::TrocaRegistro(m_pAnterior);
+    if (--m_uiUsos == 0 && !m_sDiretorio.empty()) XVPlataforma::TrocaRegistry(m_pAnterior);
 }
 
-std::optional<std::string> CXVRegistroComDiretorio::LeTexto(std::string_view sChave,
+std::optional<std::string> CXVRegistryComDiretorio::LeTexto(std::string_view sChave,
                                                             std::string_view sValor) {
     // Both values, whichever the machine prefers.
     const bool bDiretorio = sChave == m_sChave && (sValor == "Path" || sValor == "Path_x64");
@@ -36,7 +36,7 @@ std::optional<std::string> CXVRegistroComDiretorio::LeTexto(std::string_view sCh
     return m_pAnterior->LeTexto(sChave, sValor);
 }
 
-std::optional<XVUInt> CXVRegistroComDiretorio::LeNumero(std::string_view sChave, std::string_view sValor) {
+std::optional<XVUInt> CXVRegistryComDiretorio::LeNumero(std::string_view sChave, std::string_view sValor) {
     const std::lock_guard trava(m_Mutex);
     return m_pAnterior->LeNumero(sChave, sValor);
 }

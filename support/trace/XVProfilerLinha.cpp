@@ -1,4 +1,4 @@
-#include "support/trace/XVProfilerRegistro.h"
+#include "support/trace/XVProfilerLinha.h"
 
 #include <algorithm>
 #include <cinttypes>
@@ -152,10 +152,10 @@ SProfilerRegistro::SProfilerRegistro(ETipoRegistro eTipoRegistro, const IXVDF_Pr
     : eTipo(eTipoRegistro),
       pDono(pDonoRegistro),
       dataHora(XVPlataforma::Relogio().AgoraLocal()),
-      sProcesso(XVProfilerRegistro::GetNomeProcesso()),
-      sUsuarioLocal(XVProfilerRegistro::GetUsuarioLocal()) {}
+      sProcesso(XVProfilerLinha::GetNomeProcesso()),
+      sUsuarioLocal(XVProfilerLinha::GetUsuarioLocal()) {}
 
-namespace XVProfilerRegistro {
+namespace XVProfilerLinha {
 
 const std::string& GetCabecalho(ETipoRegistro eTipo) {
     const auto monta = [](std::string_view sMeio) {
@@ -208,4 +208,4 @@ std::string Saneia(std::string_view sTexto) {
     return sSaneado;
 }
 
-}  // namespace XVProfilerRegistro
+}  // namespace XVProfilerLinha

@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "tools/xvcr/logs/XVLinhaRegistro.h"
+#include "tools/xvcr/logs/XVLinhaLog.h"
 
 struct SFiltroRegistro {
     std::string sDe;  // local times as the log writes them, "2026-11-21T13:05:09"

@@ -8,10 +8,10 @@
 #include <variant>
 
 #include "platform/XVMascara.h"
-#include "platform/XVRegistro.h"
-#include "platform/XVRegistroTexto.h"
+#include "platform/XVRegistry.h"
+#include "platform/XVRegistryTexto.h"
 
-class CXVRegistroFalso final : public IXVRegistro {
+class CXVRegistryFalso final : public IXVRegistry {
   public:
     void SetTexto(std::string_view sChave, std::string_view sValor, std::string_view sTexto) {
         const std::lock_guard trava(m_mutex);
@@ -42,7 +42,7 @@ class CXVRegistroFalso final : public IXVRegistro {
         }
         const XVUInt* pulNumero = std::get_if<XVUInt>(&it->second);
         return pulNumero != nullptr ? *pulNumero
-                                    : CXVRegistroTexto::ConverteNumero(std::get<std::string>(it->second));
+                                    : CXVRegistryTexto::ConverteNumero(std::get<std::string>(it->second));
     }
 
   private:

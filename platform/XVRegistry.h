@@ -2,7 +2,7 @@
 //
 // Windows: keys under "SOFTWARE\Wow6432Node\..." are read from the 32-bit view. Where the environment
 // variable XV_REGISTRO is set, on every system, the values come from the text file that it names instead
-// (format: XVRegistroTexto.h): for tests and for the command-line program, which must not depend on the
+// (format: XVRegistryTexto.h): for tests and for the command-line program, which must not depend on the
 // machine. Elsewhere than on Windows every value is absent without it. Thread rule: any thread.
 #pragma once
 
@@ -12,9 +12,9 @@
 
 #include "platform/XVTipos.h"
 
-class IXVRegistro {
+class IXVRegistry {
   public:
-    virtual ~IXVRegistro() = default;
+    virtual ~IXVRegistry() = default;
     // sChave: key path below HKEY_LOCAL_MACHINE, with backslashes. Absent, unreadable or of another type:
     // nothing.
     virtual std::optional<std::string> LeTexto(std::string_view sChave, std::string_view sValor) = 0;

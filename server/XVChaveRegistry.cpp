@@ -1,26 +1,26 @@
-#include "server/XVChaveRegistro.h"
+#include "server/XVChaveRegistry.h"
 
-HRESULT CXVChaveRegistro::Cria(HKEY hRaiz, const std::wstring& sCaminho) {
+HRESULT CXVChaveRegistry::Cria(HKEY hRaiz, const std::wstring& sCaminho) {
     Fecha();
     return HRESULT_FROM_WIN32(static_cast<DWORD>(
         ::RegCreateKeyExW(hRaiz, sCaminho.c_str(), 0, nullptr, REG_OPTION_NON_VOLATILE,
                           KEY_READ | KEY_WRITE | KEY_WOW64_64KEY, nullptr, &m_hChave, nullptr)));
 }
 
-HRESULT CXVChaveRegistro::Abre(HKEY hRaiz, const std::wstring& sCaminho) {
+HRESULT CXVChaveRegistry::Abre(HKEY hRaiz, const std::wstring& sCaminho) {
     Fecha();
     return HRESULT_FROM_WIN32(static_cast<DWORD>(
         ::RegOpenKeyExW(hRaiz, sCaminho.c_str(), 0, KEY_READ | KEY_WOW64_64KEY, &m_hChave)));
 }
 
-HRESULT CXVChaveRegistro::GravaTexto(const std::wstring& sValor, const std::wstring& sTexto) {
+HRESULT CXVChaveRegistry::GravaTexto(const std::wstring& sValor, const std::wstring& sTexto) {
     const auto ulBytes = static_cast<DWORD>((sTexto.size() + 1) * sizeof(wchar_t));
     return HRESULT_FROM_WIN32(
         static_cast<DWORD>(::RegSetValueExW(m_hChave, sValor.empty() ? nullptr : sValor.c_str(), 0, REG_SZ,
                                             reinterpret_cast<const BYTE*>(sTexto.c_str()), ulBytes)));
 }
 
-HRESULT CXVChaveRegistro::LeTexto(const std::wstring& sValor, std::wstring* psTexto) const {
+HRESULT CXVChaveRegistry::LeTexto(const std::wstring& sValor, std::wstring* psTexto) const {
     psTexto->clear();
     wchar_t szTexto[MAX_PATH * 4];
     DWORD ulBytes = sizeof(szTexto);
@@ -32,8 +32,8 @@ HRESULT CXVChaveRegistro::LeTexto(const std::wstring& sValor, std::wstring* psTe
     return S_OK;
 }
 
-HRESULT CXVChaveRegistro::ApagaArvore(HKEY hRaiz, const std::wstring& sCaminho) {
-    CXVChaveRegistro chave;
+HRESULT CXVChaveRegistry::ApagaArvore(HKEY hRaiz, const std::wstring& sCaminho) {
+    CXVChaveRegistry chave;
     const HRESULT hr = chave.Abre(hRaiz, sCaminho);
     if (hr == HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND)) return S_OK;
     if (FAILED(hr)) return hr;
@@ -41,12 +41,12 @@ HRESULT CXVChaveRegistro::ApagaArvore(HKEY hRaiz, const std::wstring& sCaminho) 
     return HRESULT_FROM_WIN32(static_cast<DWORD>(::RegDeleteTreeW(hRaiz, sCaminho.c_str())));
 }
 
-bool CXVChaveRegistro::Existe(HKEY hRaiz, const std::wstring& sCaminho) {
-    CXVChaveRegistro chave;
+bool CXVChaveRegistry::Existe(HKEY hRaiz, const std::wstring& sCaminho) {
+    CXVChaveRegistry chave;
     return SUCCEEDED(chave.Abre(hRaiz, sCaminho));
 }
 
-void CXVChaveRegistro::Fecha() {
+void CXVChaveRegistry::Fecha() {
     if (m_hChave != nullptr) ::RegCloseKey(m_hChave);
     m_hChave = nullptr;
 }

@@ -7,12 +7,12 @@
 
 #include "platform/XVTipos.h"
 
-class CXVChaveRegistro {
+class CXVChaveRegistry {
   public:
-    CXVChaveRegistro() = default;
-    ~CXVChaveRegistro() { Fecha(); }
-    CXVChaveRegistro(const CXVChaveRegistro&) = delete;
-    CXVChaveRegistro& operator=(const CXVChaveRegistro&) = delete;
+    CXVChaveRegistry() = default;
+    ~CXVChaveRegistry() { Fecha(); }
+    CXVChaveRegistry(const CXVChaveRegistry&) = delete;
+    CXVChaveRegistry& operator=(const CXVChaveRegistry&) = delete;
 
     HRESULT Cria(HKEY hRaiz, const std::wstring& sCaminho);
     // Read only. Absent: the system's "file not found" as HRESULT.

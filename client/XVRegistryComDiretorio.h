@@ -8,12 +8,12 @@
 #include <mutex>
 #include <string>
 
-#include "platform/XVRegistro.h"
+#include "platform/XVRegistry.h"
 
-class CXVRegistroComDiretorio final : public IXVRegistro {
+class CXVRegistryComDiretorio final : public IXVRegistry {
   public:
     // The one object; it outlives every connection, for a thread may still be asking it for a value.
-    static CXVRegistroComDiretorio& Instancia();
+    static CXVRegistryComDiretorio& Instancia();
 
     // sDiretorio empty: the machine's own. False: another one is in force.
     [[nodiscard]] bool Toma(const std::string& sDiretorio);
@@ -24,22 +24,22 @@ class CXVRegistroComDiretorio final : public IXVRegistro {
     std::optional<XVUInt> LeNumero(std::string_view sChave, std::string_view sValor) override;
 
   private:
-    CXVRegistroComDiretorio();
+    CXVRegistryComDiretorio();
 
     const std::string m_sChave;
     std::mutex m_Mutex;
     std::string m_sDiretorio;
     std::size_t m_uiUsos = 0;
-    IXVRegistro* m_pAnterior;
+    IXVRegistry* m_pAnterior;
 };
 
 // One use of a directory, for as long as the object lives.
 class CXVUsoDoDiretorio {
   public:
     explicit CXVUsoDoDiretorio(const std::string& sDiretorio)
-        : m_bVale(CXVRegistroComDiretorio::Instancia().Toma(sDiretorio)) {}
+        : m_bVale(CXVRegistryComDiretorio::Instancia().Toma(sDiretorio)) {}
     ~CXVUsoDoDiretorio() {
-        if (m_bVale) CXVRegistroComDiretorio::Instancia().Larga();
+        if (m_bVale) CXVRegistryComDiretorio::Instancia().Larga();
     }
     CXVUsoDoDiretorio(const CXVUsoDoDiretorio&) = delete;
     CXVUsoDoDiretorio& operator=(const CXVUsoDoDiretorio&) = delete;

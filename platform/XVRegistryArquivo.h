@@ -1,4 +1,4 @@
-// The values of the text file that the environment variable XV_REGISTRO names (see XVRegistroTexto.h).
+// The values of the text file that the environment variable XV_REGISTRO names (see XVRegistryTexto.h).
 // The file is read at the first question and again whenever its time or length has changed.
 // Thread rule: any thread.
 #pragma once
@@ -8,10 +8,10 @@
 #include <optional>
 #include <string>
 
-#include "platform/XVRegistro.h"
-#include "platform/XVRegistroTexto.h"
+#include "platform/XVRegistry.h"
+#include "platform/XVRegistryTexto.h"
 
-class CXVRegistroArquivo final : public IXVRegistro {
+class CXVRegistryArquivo final : public IXVRegistry {
   public:
     // Whether the variable is set; when it is not, every value is absent.
     static bool EstaConfigurado();
@@ -26,5 +26,5 @@ class CXVRegistroArquivo final : public IXVRegistro {
     std::string m_sCaminho;
     std::optional<std::filesystem::file_time_type> m_instante;
     std::uintmax_t m_uiTamanho = 0;
-    CXVRegistroTexto m_texto;
+    CXVRegistryTexto m_texto;
 };

@@ -4,15 +4,15 @@
 
 #include "platform/XVMascara.h"
 #include "platform/XVPlataforma.h"
-#include "platform/XVRegistroArquivo.h"
+#include "platform/XVRegistryArquivo.h"
 #include "platform/win32/XVTextoWindows.h"
 
 namespace {
 
-class CXVChaveRegistro {
+class CXVChaveRegistry {
   public:
     // The 32-bit view holds its keys without the node's name in the path.
-    explicit CXVChaveRegistro(std::string_view sChave) {
+    explicit CXVChaveRegistry(std::string_view sChave) {
         constexpr std::string_view k_sRaiz = "SOFTWARE\\";
         constexpr std::string_view k_sNo32 = "SOFTWARE\\Wow6432Node\\";
         const bool b32 = XVMascara::NomesIguais(sChave.substr(0, k_sNo32.size()), k_sNo32);
@@ -26,13 +26,13 @@ class CXVChaveRegistro {
             m_hChave = nullptr;
         }
     }
-    ~CXVChaveRegistro() {
+    ~CXVChaveRegistry() {
         if (m_hChave != nullptr) {
             RegCloseKey(m_hChave);
         }
     }
-    CXVChaveRegistro(const CXVChaveRegistro&) = delete;
-    CXVChaveRegistro& operator=(const CXVChaveRegistro&) = delete;
+    CXVChaveRegistry(const CXVChaveRegistry&) = delete;
+    CXVChaveRegistry& operator=(const CXVChaveRegistry&) = delete;
 
     HKEY Get() const { return m_hChave; }
 
@@ -40,20 +40,20 @@ class CXVChaveRegistro {
     HKEY m_hChave = nullptr;
 };
 
-class CXVRegistroWindows final : public IXVRegistro {
+class CXVRegistryWindows final : public IXVRegistry {
   public:
     std::optional<std::string> LeTexto(std::string_view sChave, std::string_view sValor) override {
-        if (CXVRegistroArquivo::EstaConfigurado()) {
+        if (CXVRegistryArquivo::EstaConfigurado()) {
             return m_arquivo.LeTexto(sChave, sValor);
         }
         return LeTextoDoSistema(sChave, sValor);
     }
 
     std::optional<XVUInt> LeNumero(std::string_view sChave, std::string_view sValor) override {
-        if (CXVRegistroArquivo::EstaConfigurado()) {
+        if (CXVRegistryArquivo::EstaConfigurado()) {
             return m_arquivo.LeNumero(sChave, sValor);
         }
-        const CXVChaveRegistro chave(sChave);
+        const CXVChaveRegistry chave(sChave);
         std::wstring sNome;
         DWORD ulNumero = 0;
         DWORD ulTamanho = sizeof(ulNumero);
@@ -63,12 +63,12 @@ class CXVRegistroWindows final : public IXVRegistro {
             return ulNumero;
         }
         const std::optional<std::string> sTexto = LeTextoDoSistema(sChave, sValor);
-        return sTexto ? CXVRegistroTexto::ConverteNumero(*sTexto) : std::nullopt;
+        return sTexto ? CXVRegistryTexto::ConverteNumero(*sTexto) : std::nullopt;
     }
 
   private:
     static std::optional<std::string> LeTextoDoSistema(std::string_view sChave, std::string_view sValor) {
-        const CXVChaveRegistro chave(sChave);
+        const CXVChaveRegistry chave(sChave);
         std::wstring sNome;
         if (chave.Get() == nullptr || !XVTextoWindows::ParaLargo(sValor, sNome)) {
             return std::nullopt;
@@ -88,12 +88,12 @@ class CXVRegistroWindows final : public IXVRegistro {
         return XVTextoWindows::ParaUtf8(sTexto.c_str());
     }
 
-    CXVRegistroArquivo m_arquivo;
+    CXVRegistryArquivo m_arquivo;
 };
 
 }  // namespace
 
-IXVRegistro& XVPlataforma::RegistroNativo() {
-    static CXVRegistroWindows& rRegistro = *new CXVRegistroWindows;
+IXVRegistry& XVPlataforma::RegistryNativo() {
+    static CXVRegistryWindows& rRegistro = *new CXVRegistryWindows;
     return rRegistro;
 }

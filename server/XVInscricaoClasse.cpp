@@ -1,11 +1,11 @@
-#include "server/XVRegistroClasse.h"
+#include "server/XVInscricaoClasse.h"
 
 #include <windows.h>
 
 #include <vector>
 
 #include "contract/XVCR_MiddlewareGuids.h"
-#include "server/XVChaveRegistro.h"
+#include "server/XVChaveRegistry.h"
 
 #define XV_GUID_LARGO(x) (L"{" XV_LARGO(XV_TEXTO_UUID(x)) L"}")
 
@@ -75,19 +75,19 @@ std::vector<std::wstring> Arvores() {
             L"CLSID\\" + k_sInterface};
 }
 
-HRESULT AbreClasses(EEscopoRegistro eEscopo, CXVChaveRegistro* pClasses) {
+HRESULT AbreClasses(EEscopoRegistro eEscopo, CXVChaveRegistry* pClasses) {
     return pClasses->Cria(eEscopo == EEscopoRegistro::eMaquina ? HKEY_LOCAL_MACHINE : HKEY_CURRENT_USER,
                           L"Software\\Classes");
 }
 
 HRESULT GravaEntrada(HKEY hClasses, const SEntrada& rEntrada) {
-    CXVChaveRegistro chave;
+    CXVChaveRegistry chave;
     const HRESULT hr = chave.Cria(hClasses, rEntrada.sChave);
     return FAILED(hr) ? hr : chave.GravaTexto(rEntrada.sValor, rEntrada.sTexto);
 }
 
 HRESULT ConfereEntrada(HKEY hClasses, const SEntrada& rEntrada) {
-    CXVChaveRegistro chave;
+    CXVChaveRegistry chave;
     std::wstring sLido;
     HRESULT hr = chave.Abre(hClasses, rEntrada.sChave);
     if (SUCCEEDED(hr)) hr = chave.LeTexto(rEntrada.sValor, &sLido);
@@ -152,9 +152,9 @@ SResultadoRegistro GravaTudo(HKEY hClasses, const CXVBibliotecaProxy& rProxy) {
 
 SResultadoRegistro ApagaTudo(HKEY hClasses) {
     for (const std::wstring& sArvore : Arvores()) {
-        const HRESULT hr = CXVChaveRegistro::ApagaArvore(hClasses, sArvore);
+        const HRESULT hr = CXVChaveRegistry::ApagaArvore(hClasses, sArvore);
         if (FAILED(hr)) return {hr, "apagar as chaves da classe do registro"};
-        if (CXVChaveRegistro::Existe(hClasses, sArvore))
+        if (CXVChaveRegistry::Existe(hClasses, sArvore))
             return {HRESULT_FROM_WIN32(ERROR_INVALID_DATA), "conferir a remoção das chaves do registro"};
     }
     return {};
@@ -162,13 +162,13 @@ SResultadoRegistro ApagaTudo(HKEY hClasses) {
 
 }  // namespace
 
-SResultadoRegistro XVRegistraClasse(EEscopoRegistro eEscopo) {
+SResultadoRegistro XVInscreveClasse(EEscopoRegistro eEscopo) {
     // The library is loaded before anything is written: where it cannot be loaded the registration cannot
     // succeed, and one that already stands is not given up for it.
     const CXVBibliotecaProxy proxy;
     if (FAILED(proxy.GetResultado()))
         return {proxy.GetResultado(), "carregar a biblioteca XVCR_MiddlewarePS.dll"};
-    CXVChaveRegistro classes;
+    CXVChaveRegistry classes;
     if (const HRESULT hr = AbreClasses(eEscopo, &classes); FAILED(hr))
         return {hr, "abrir as classes do registro"};
     SResultadoRegistro resultado = GravaTudo(classes.Get(), proxy);
@@ -177,7 +177,7 @@ SResultadoRegistro XVRegistraClasse(EEscopoRegistro eEscopo) {
 }
 
 SResultadoRegistro XVDesregistraClasse(EEscopoRegistro eEscopo) {
-    CXVChaveRegistro classes;
+    CXVChaveRegistry classes;
     if (const HRESULT hr = AbreClasses(eEscopo, &classes); FAILED(hr))
         return {hr, "abrir as classes do registro"};
     return ApagaTudo(classes.Get());

@@ -1,4 +1,4 @@
-#include "tools/xvcr/logs/XVFiltroRegistro.h"
+#include "tools/xvcr/logs/XVFiltroLog.h"
 
 #include <charconv>
 

@@ -6,13 +6,13 @@
 #include <filesystem>
 
 #include "contract/XVCR_MiddlewareGuids.h"
-#include "server/XVChaveRegistro.h"
+#include "server/XVChaveRegistry.h"
 #include "server/XVLinhaComando.h"
 #include "server/XVSegurancaCom.h"
 #include "tests/com/XVAmbienteCom.h"
 #include "tests/com/XVProcessoTeste.h"
 #include "tests/harness/XVGuardasPlataforma.h"
-#include "tests/harness/XVRegistroFalso.h"
+#include "tests/harness/XVRegistryFalso.h"
 
 namespace {
 
@@ -20,7 +20,7 @@ const std::wstring k_sClasse = L"CLSID\\{78415b84-1d9e-4939-b37a-87f6aa9d6516}";
 const std::wstring k_sInterface = L"{c2141cb5-b40b-41f8-a6aa-c8c9c30aad48}";
 
 std::wstring Le(HKEY hRaiz, const std::wstring& sChave, const std::wstring& sValor = L"") {
-    CXVChaveRegistro chave;
+    CXVChaveRegistry chave;
     std::wstring sTexto;
     if (FAILED(chave.Abre(hRaiz, L"Software\\Classes\\" + sChave)) || FAILED(chave.LeTexto(sValor, &sTexto)))
         return L"(ausente)";
@@ -34,7 +34,7 @@ std::vector<std::wstring> Restos(HKEY hRaiz) {
                                        std::wstring(L"AppID\\{c99599a3-c061-4377-822d-8863ccb0fc7a}"),
                                        std::wstring(L"AppID\\XVCR_Middleware.exe"),
                                        std::wstring(L"XVCR.Middleware"), std::wstring(L"XVCR.Middleware.1")})
-        if (CXVChaveRegistro::Existe(hRaiz, L"Software\\Classes\\" + sChave)) lista.push_back(sChave);
+        if (CXVChaveRegistry::Existe(hRaiz, L"Software\\Classes\\" + sChave)) lista.push_back(sChave);
     return lista;
 }
 
@@ -53,7 +53,7 @@ void ConfereRegistrado(HKEY hRaiz) {
 
 }  // namespace
 
-TEST(RegistroServidor, IdaEVoltaNaMaquinaENoUsuarioEmQualquerGrafia) {
+TEST(InscricaoServidor, IdaEVoltaNaMaquinaENoUsuarioEmQualquerGrafia) {
     for (const wchar_t* pszSwitch : {L"/UnregServer", L"-unregserver"}) {
         EXPECT_EQ(XVProcessos::ExecutaServidor(pszSwitch), 0U);
         EXPECT_EQ(Restos(HKEY_LOCAL_MACHINE), std::vector<std::wstring>{});
@@ -72,7 +72,7 @@ TEST(RegistroServidor, IdaEVoltaNaMaquinaENoUsuarioEmQualquerGrafia) {
 
 // A server without its proxy library: the code says so, one line explains, and the registration that was
 // there before still stands.
-TEST(RegistroServidor, PassoQueFalhaDaCodigoELinhaENaoEstragaORegistroAnterior) {
+TEST(InscricaoServidor, PassoQueFalhaDaCodigoELinhaENaoEstragaORegistroAnterior) {
     namespace fs = std::filesystem;
     const fs::path pasta = fs::path(XVAmbienteCom::DiretorioModulo()) / "servidor sem proxy";
     fs::create_directories(pasta);
@@ -87,7 +87,7 @@ TEST(RegistroServidor, PassoQueFalhaDaCodigoELinhaENaoEstragaORegistroAnterior) 
     ConfereRegistrado(HKEY_LOCAL_MACHINE);
 }
 
-TEST(RegistroServidor, ArgumentoDesconhecidoNaoServeNemRegistra) {
+TEST(InscricaoServidor, ArgumentoDesconhecidoNaoServeNemRegistra) {
     for (const wchar_t* pszArgumentos : {L"/RegServe", L"RegServer", L"/RegServer /RegServer", L"/"}) {
         std::string sErros;
         EXPECT_EQ(XVProcessos::ExecutaServidor(pszArgumentos, &sErros), 0x80070057U);
@@ -98,7 +98,7 @@ TEST(RegistroServidor, ArgumentoDesconhecidoNaoServeNemRegistra) {
     EXPECT_EQ(XVLeLinhaComando({L"/embedding"}), EComandoServidor::eServeAtivado);
 }
 
-TEST(RegistroServidor, RecursoDeVersao) {
+TEST(InscricaoServidor, RecursoDeVersao) {
     DWORD ulNada = 0;
     const std::wstring sServidor = XVProcessos::ProgramaServidor();
     std::vector<BYTE> dados(::GetFileVersionInfoSizeW(sServidor.c_str(), &ulNada));
@@ -113,8 +113,8 @@ TEST(RegistroServidor, RecursoDeVersao) {
 }
 
 TEST(SegurancaCom, NivelPelosDoisValoresDoRegistro) {
-    CXVRegistroFalso registro;
-    const CXVGuardaRegistro guarda(registro);
+    CXVRegistryFalso registro;
+    const CXVGuardaRegistry guarda(registro);
     EXPECT_EQ(XVNivelAutenticacaoDCOM(), static_cast<XVUInt>(RPC_C_AUTHN_LEVEL_PKT_PRIVACY));
     registro.SetNumero(k_sChaveRegistroSuite, "DesabilitaEncriptacaoDCOM", 1);
     EXPECT_EQ(XVNivelAutenticacaoDCOM(), static_cast<XVUInt>(RPC_C_AUTHN_LEVEL_PKT_INTEGRITY));

@@ -1,4 +1,4 @@
-#include "platform/XVRegistroTexto.h"
+#include "platform/XVRegistryTexto.h"
 
 #include <algorithm>
 #include <charconv>
@@ -59,7 +59,7 @@ std::string Identificador(std::string_view sChave, std::string_view sValor) {
 
 }  // namespace
 
-void CXVRegistroTexto::Carrega(std::string_view sTexto) {
+void CXVRegistryTexto::Carrega(std::string_view sTexto) {
     m_mapaValores.clear();
     std::string sChaveAtual;
     while (!sTexto.empty()) {
@@ -69,7 +69,7 @@ void CXVRegistroTexto::Carrega(std::string_view sTexto) {
     }
 }
 
-void CXVRegistroTexto::CarregaLinha(std::string_view sLinha, std::string& sChaveAtual) {
+void CXVRegistryTexto::CarregaLinha(std::string_view sLinha, std::string& sChaveAtual) {
     if (EhVazioOuComentario(sLinha)) {
         return;
     }
@@ -100,13 +100,13 @@ void CXVRegistroTexto::CarregaLinha(std::string_view sLinha, std::string& sChave
     }
 }
 
-const CXVRegistroTexto::TValor* CXVRegistroTexto::Busca(std::string_view sChave,
+const CXVRegistryTexto::TValor* CXVRegistryTexto::Busca(std::string_view sChave,
                                                         std::string_view sValor) const {
     const auto it = m_mapaValores.find(Identificador(sChave, sValor));
     return it == m_mapaValores.end() ? nullptr : &it->second;
 }
 
-std::optional<std::string> CXVRegistroTexto::LeTexto(std::string_view sChave, std::string_view sValor) const {
+std::optional<std::string> CXVRegistryTexto::LeTexto(std::string_view sChave, std::string_view sValor) const {
     const TValor* pValor = Busca(sChave, sValor);
     if (pValor == nullptr || !std::holds_alternative<std::string>(*pValor)) {
         return std::nullopt;
@@ -114,7 +114,7 @@ std::optional<std::string> CXVRegistroTexto::LeTexto(std::string_view sChave, st
     return std::get<std::string>(*pValor);
 }
 
-std::optional<XVUInt> CXVRegistroTexto::LeNumero(std::string_view sChave, std::string_view sValor) const {
+std::optional<XVUInt> CXVRegistryTexto::LeNumero(std::string_view sChave, std::string_view sValor) const {
     const TValor* pValor = Busca(sChave, sValor);
     if (pValor == nullptr) {
         return std::nullopt;
@@ -125,7 +125,7 @@ std::optional<XVUInt> CXVRegistroTexto::LeNumero(std::string_view sChave, std::s
     return ConverteNumero(std::get<std::string>(*pValor));
 }
 
-std::optional<XVUInt> CXVRegistroTexto::ConverteNumero(std::string_view sTexto) {
+std::optional<XVUInt> CXVRegistryTexto::ConverteNumero(std::string_view sTexto) {
     XVUInt ulNumero = 0;
     const char* pFim = sTexto.data() + sTexto.size();
     const auto [pParada, eErro] = std::from_chars(sTexto.data(), pFim, ulNumero);

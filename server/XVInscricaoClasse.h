@@ -19,7 +19,7 @@ struct SResultadoRegistro {
 
 // Writes all entries for the running program and the proxy/stub library beside it, reads every one back and
 // compares. When a step fails, what had been written is removed again.
-SResultadoRegistro XVRegistraClasse(EEscopoRegistro eEscopo);
+SResultadoRegistro XVInscreveClasse(EEscopoRegistro eEscopo);
 
 // Removes all entries and verifies that none is left. Nothing registered: S_OK.
 SResultadoRegistro XVDesregistraClasse(EEscopoRegistro eEscopo);

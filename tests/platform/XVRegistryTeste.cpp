@@ -2,8 +2,8 @@
 
 #include <cstdlib>
 
-#include "platform/XVRegistroArquivo.h"
-#include "platform/XVRegistroTexto.h"
+#include "platform/XVRegistryArquivo.h"
+#include "platform/XVRegistryTexto.h"
 #include "tests/harness/XVDiretorioTeste.h"
 
 namespace {
@@ -19,8 +19,8 @@ void SetVariavel(const std::string& sValor) {
 
 }  // namespace
 
-TEST(CXVRegistroTextoTest, ReadsTextsAndNumbersOfTheirKey) {
-    CXVRegistroTexto texto;
+TEST(CXVRegistryTextoTeste, LeTextosENumerosDeSuaChave) {
+    CXVRegistryTexto texto;
     texto.Carrega(
         "# comentario\r\n"
         "[SOFTWARE\\Wow6432Node\\Velmora\\DF]\r\n"
@@ -39,8 +39,8 @@ TEST(CXVRegistroTextoTest, ReadsTextsAndNumbersOfTheirKey) {
     EXPECT_EQ(texto.LeTexto(k_sChaveDF, "Nada"), std::nullopt);
 }
 
-TEST(CXVRegistroTextoTest, SkipsMalformedLines) {
-    CXVRegistroTexto texto;
+TEST(CXVRegistryTextoTeste, SaltaLinhasMalformadas) {
+    CXVRegistryTexto texto;
     texto.Carrega(
         "Antes = 1\n[K]\nsem igual\n= 1\n\"aberta = 1\nA = \"aberta\nB = \"x\" y\nC = 12x\nD = -1\n"
         "E = 4294967296\nF =\n\"G\"\nH = 4294967295\n[quebrada\nI = 1\n");
@@ -51,11 +51,11 @@ TEST(CXVRegistroTextoTest, SkipsMalformedLines) {
     EXPECT_EQ(texto.LeNumero("K", "H"), 4294967295U);
 }
 
-TEST(CXVRegistroArquivoTest, FollowsTheFileThatTheVariableNames) {
+TEST(CXVRegistryArquivoTeste, SegueOArquivoQueAVariavelNomeia) {
     const CXVDiretorioTeste diretorio;
-    CXVRegistroArquivo registro;
+    CXVRegistryArquivo registro;
     SetVariavel(diretorio.Junta("registro"));
-    EXPECT_TRUE(CXVRegistroArquivo::EstaConfigurado());
+    EXPECT_TRUE(CXVRegistryArquivo::EstaConfigurado());
     EXPECT_EQ(registro.LeNumero("K", "V"), std::nullopt);
     diretorio.CriaArquivo("registro", "[K]\nV = 1\n");
     EXPECT_EQ(registro.LeNumero("K", "V"), 1U);

@@ -1,4 +1,4 @@
-#include "tools/xvcr/logs/XVArquivosRegistro.h"
+#include "tools/xvcr/logs/XVArquivosLog.h"
 
 #include <algorithm>
 
@@ -31,16 +31,16 @@ std::vector<std::string> SOrigemRegistro::Lista() const {
     return listaNomes;
 }
 
-CXVLeitorRegistro::CXVLeitorRegistro(const std::string& sArquivo)
+CXVLeitorLog::CXVLeitorLog(const std::string& sArquivo)
     : m_pFonte(XVAbreFonte(sArquivo)), m_Leitor(*m_pFonte, k_uiLimiteLinha, true) {}
 
-bool CXVLeitorRegistro::Proximo(SLinhaRegistro* pRegistro) {
+bool CXVLeitorLog::Proximo(SLinhaRegistro* pRegistro) {
     std::string sLinha;
     for (;;) {
         const CXVLeitorLinhas::EResultado eResultado = m_Leitor.Proxima(&sLinha);
         if (eResultado == CXVLeitorLinhas::EResultado::eFim) return false;
         if (eResultado == CXVLeitorLinhas::EResultado::eLonga) continue;
-        if (CXVCabecalhoRegistro::EhCabecalho(sLinha))
+        if (CXVCabecalhoLog::EhCabecalho(sLinha))
             m_Cabecalho.emplace(sLinha);
         else if (m_Cabecalho.has_value() && m_Cabecalho->Le(sLinha, pRegistro))
             return true;

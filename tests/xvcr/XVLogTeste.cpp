@@ -4,8 +4,8 @@
 
 #include "support/codes/XVCodigos.h"
 #include "tests/harness/XVDiretorioTeste.h"
-#include "tools/xvcr/logs/XVArquivosRegistro.h"
-#include "tools/xvcr/logs/XVFiltroRegistro.h"
+#include "tools/xvcr/logs/XVArquivosLog.h"
+#include "tools/xvcr/logs/XVFiltroLog.h"
 
 namespace {
 
@@ -19,7 +19,7 @@ const std::string k_sErro =
 
 SLinhaRegistro Le(const std::string& sLinha) {
     SLinhaRegistro registro;
-    EXPECT_TRUE(CXVCabecalhoRegistro(k_sCabecalho).Le(sLinha, &registro)) << sLinha;
+    EXPECT_TRUE(CXVCabecalhoLog(k_sCabecalho).Le(sLinha, &registro)) << sLinha;
     return registro;
 }
 
@@ -38,7 +38,7 @@ TEST(LinhaRegistro, DecodificaPelosNomesDasColunas) {
 }
 
 TEST(LinhaRegistro, LinhaEstranhaOuCortadaNaoDerruba) {
-    const CXVCabecalhoRegistro cabecalho(k_sCabecalho);
+    const CXVCabecalhoLog cabecalho(k_sCabecalho);
     SLinhaRegistro registro;
     for (const char* pszLinha : {"", "x", "\t\t\t", "21-11-2026\t13:05:09", "21/11/2026\t13:05"})
         EXPECT_FALSE(cabecalho.Le(pszLinha, &registro)) << pszLinha;
@@ -90,7 +90,7 @@ TEST(LeitoresRegistro, MesesEmOrdemEOQueChegaDepois) {
     diretorio.CriaArquivo("outro.log", k_sCabecalho + "\n" + k_sErro + "\n");
     SOrigemRegistro origem;
     origem.sDiretorio = diretorio.GetCaminho();
-    CXVLeitoresRegistro leitores(origem);
+    CXVLeitoresLog leitores(origem);
     std::vector<std::string> listaMomentos;
     const auto recebe = [&](const SLinhaRegistro& r) { listaMomentos.push_back(r.sDataHora); };
     leitores.LeNovos(recebe);
