@@ -118,7 +118,7 @@ TEST_F(CXVGravacaoTeste, GravadoresEmVariosFiosTemIntegracoesDiferentes) {
     EXPECT_EQ(Registros("CRINDEXINTEG.dat", 24), 1U) << "one bank key, one index record";
 }
 
-TEST_F(CXVGravacaoTeste, MappingsAndDateTimesOfOneKeyRecordedAtOnceLeaveOneRecord) {
+TEST_F(CXVGravacaoTeste, MapeamentosEDatasDeUmaChaveGravadosJuntosDeixamUmRegistro) {
     XVEmThreads(4, [&](unsigned i) {
         const TLoja pPropria = Abre(static_cast<XVUShort>(i + 1));
         for (unsigned j = 1; j < 25; ++j) {

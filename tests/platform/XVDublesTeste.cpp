@@ -43,7 +43,7 @@ TEST_F(CXVDublesTeste, DiscoCheioTomaOQueCabeELiberaOApagado) {
     EXPECT_EQ(m_memoria.LeConteudo("/a"), "abcd");
 }
 
-TEST_F(CXVDublesTeste, TheNthOperationOfAKindOrOfAnyFailsOnceOrForGood) {
+TEST_F(CXVDublesTeste, EnesimaOperacaoDeUmTipoOuQualquerFalhaUmaVezOuSempre) {
     CXVSistemaArquivosFalhas falhas(m_memoria);
     EXPECT_TRUE(GravaAbcd(falhas, "/a").Ok());
     EXPECT_EQ(falhas.GetQuantidadeTotal(), 3U);
