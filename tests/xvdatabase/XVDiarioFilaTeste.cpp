@@ -54,12 +54,14 @@ class FilaDoDiario : public CXVCenarioDiario {
                 if (fnAoDescarregar) fnAoDescarregar(iDescargas);
                 return;
             }
-            for (std::size_t i = 1; i < 3; ++i)
+            // One behind the other, so that it is certain who is the newest.
+            for (std::size_t i = 1; i < 3; ++i) {
                 m_fios.emplace_back([this, i] {
                     const CXVCapturaTrace captura;
                     m_aCodigos[i] = m_banco.Grava(m_bNoMesmoArquivo ? 0 : i, m_aTextos[i], i + 1);
                 });
-            while (!m_banco.diario.TemNaFila(2) || !m_banco.diario.TemNaFila(3)) std::this_thread::yield();
+                while (!m_banco.diario.TemNaFila(i + 1)) std::this_thread::yield();
+            }
             EXPECT_TRUE(m_banco.diario.TemFila());
             EXPECT_FALSE(m_banco.diario.TemNaFila(4));
             if (m_fnComTodosNaFila) m_fnComTodosNaFila();
