@@ -1,7 +1,9 @@
 #include "bench/XVBenchAmbienteDiario.h"
 
+#include "contract/XVCR_BuffersPS.h"
 #include "platform/XVAmbienteSO.h"
 #include "support/XVAmbiente.h"
+#include "tests/harness/XVSistemaArquivosEnvolto.h"
 
 namespace {
 
@@ -22,59 +24,25 @@ bool EhLogCalado(const std::string& sCaminho) {
     return sCaminho.find("/SEMLOG") != std::string::npos && sCaminho.find("XVLogGeral") != std::string::npos;
 }
 
+// A watcher of a file system that has nothing to do around an operation.
+struct SNada {};
+
 // The system's own, but for the general logs of the companies that have none. An open file is the system's.
-class CXVSistemaSemLog final : public IXVSistemaArquivos {
+class CXVSistemaSemLog final : public TXVSistemaArquivosEnvolto<TXVVigiaGuarda<SNada>> {
   public:
+    CXVSistemaSemLog() : TXVSistemaArquivosEnvolto(XVPlataforma::SistemaArquivosNativo()) {}
     CXVErroArquivo Abre(const std::string& sCaminho, const SAberturaArquivo& rAbertura,
                         std::unique_ptr<IXVArquivo>& pArquivo) override {
-        if (!EhLogCalado(sCaminho)) return m_rSistema.Abre(sCaminho, rAbertura, pArquivo);
+        if (!EhLogCalado(sCaminho)) return m_rInterno.Abre(sCaminho, rAbertura, pArquivo);
         pArquivo = std::make_unique<CXVArquivoNulo>();
         return {};
     }
-    EExistencia Existe(const std::string& sCaminho) override { return m_rSistema.Existe(sCaminho); }
-    bool EhSomenteLeitura(const std::string& sCaminho) override {
-        return m_rSistema.EhSomenteLeitura(sCaminho);
-    }
-    CXVErroArquivo BuscaNomeReal(const std::string& sCaminho, std::string& sNomeReal) override {
-        return m_rSistema.BuscaNomeReal(sCaminho, sNomeReal);
-    }
-    CXVErroArquivo Apaga(const std::string& sCaminho) override { return m_rSistema.Apaga(sCaminho); }
-    CXVErroArquivo Substitui(const std::string& sOrigem, const std::string& sDestino) override {
-        return m_rSistema.Substitui(sOrigem, sDestino);
-    }
-    CXVErroArquivo Lista(const std::string& sDiretorio, const std::string& sMascara,
-                         std::vector<std::string>& listaNomes) override {
-        return m_rSistema.Lista(sDiretorio, sMascara, listaNomes);
-    }
-    CXVErroArquivo CriaDiretorio(const std::string& sDiretorio) override {
-        return m_rSistema.CriaDiretorio(sDiretorio);
-    }
-    CXVErroArquivo SincronizaDiretorio(const std::string& sDiretorio) override {
-        return m_rSistema.SincronizaDiretorio(sDiretorio);
-    }
-    CXVErroArquivo MarcaDiretorio(const std::string& sDiretorio, const std::string& sMarca,
-                                  std::unique_ptr<IXVMarcaDiretorio>& pMarca) override {
-        return m_rSistema.MarcaDiretorio(sDiretorio, sMarca, pMarca);
-    }
-    std::string Junta(std::string_view sDiretorio, std::string_view sNome) const override {
-        return m_rSistema.Junta(sDiretorio, sNome);
-    }
-
-  private:
-    IXVSistemaArquivos& m_rSistema = XVPlataforma::SistemaArquivosNativo();
 };
 
 std::string Texto(std::size_t uiTamanho) {
     std::string s = "{\"cliente\":\"Padaria Três Irmãos\",\"itens\":[";
     while (s.size() < uiTamanho) s += "{\"produto\":\"0000123\",\"quantidade\":2,\"valor\":12.50},";
     return s.substr(0, uiTamanho);
-}
-
-_REG_DF_TEXTOPS TextoPS(const std::string& sTexto) {
-    _REG_DF_TEXTOPS reg{};
-    reg.ulQtdBytes = static_cast<XVUInt>(sTexto.size());
-    reg.pTexto = reinterpret_cast<XVByte*>(const_cast<char*>(sTexto.data()));
-    return reg;
 }
 
 }  // namespace
@@ -122,9 +90,9 @@ const STextosBench& XVTextosDiario() {
 
 tagREG_CR_INTEGRACAO_MIDDLEWAREPS XVIntegracaoDiario(unsigned uiNumero) {
     tagREG_CR_INTEGRACAO_MIDDLEWAREPS reg{};
-    reg.regRegistroJSON = TextoPS(XVTextosDiario().sJSON);
-    reg.regMensagemIntegracao = TextoPS(XVTextosDiario().sMensagem);
-    reg.regJSONRetornoIntegracao = TextoPS(XVTextosDiario().sRetorno);
+    reg.regRegistroJSON = CXVStringPS::Vista(XVTextosDiario().sJSON);
+    reg.regMensagemIntegracao = CXVStringPS::Vista(XVTextosDiario().sMensagem);
+    reg.regJSONRetornoIntegracao = CXVStringPS::Vista(XVTextosDiario().sRetorno);
     reg.uiChaveIntegracaoSistemaTerceiro = uiNumero + 1;
     reg.eSistemaIntegracao = Mercos;
     reg.eStatusIntegracao = 1 + uiNumero % 5;

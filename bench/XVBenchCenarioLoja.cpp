@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <fstream>
 
+#include "contract/XVCR_BuffersPS.h"
 #include "platform/XVAmbienteSO.h"
 
 namespace {
@@ -20,13 +21,6 @@ const std::string& TextoBench(std::size_t uiTamanho) {
     static const std::string sCurto = sTexto.substr(0, 100);
     static const std::string sLongo = sTexto.substr(0, 1500);
     return uiTamanho > 1000 ? sLongo : sCurto;
-}
-
-_REG_DF_TEXTOPS TextoPS(const std::string& sTexto) {
-    _REG_DF_TEXTOPS reg{};
-    reg.ulQtdBytes = static_cast<XVUInt>(sTexto.size());
-    reg.pTexto = reinterpret_cast<XVByte*>(const_cast<char*>(sTexto.data()));
-    return reg;
 }
 
 // Peak resident memory in MiB, where the system tells it; 0 otherwise.
@@ -96,9 +90,9 @@ REG_XVDMC CXVAmbienteBench::Dmc(unsigned uiNumero) const {
 
 tagREG_CR_INTEGRACAO_MIDDLEWAREPS XVIntegracaoBench(unsigned uiNumero) {
     tagREG_CR_INTEGRACAO_MIDDLEWAREPS reg{};
-    reg.regRegistroJSON = TextoPS(TextoBench(1500));
-    reg.regMensagemIntegracao = TextoPS(TextoBench(100));
-    reg.regJSONRetornoIntegracao = TextoPS(TextoBench(100));
+    reg.regRegistroJSON = CXVStringPS::Vista(TextoBench(1500));
+    reg.regMensagemIntegracao = CXVStringPS::Vista(TextoBench(100));
+    reg.regJSONRetornoIntegracao = CXVStringPS::Vista(TextoBench(100));
     reg.uiChaveIntegracaoSistemaTerceiro = uiNumero + 1;
     reg.eSistemaIntegracao = uiNumero % 3 == 0 ? OfficialBank : Mercos;
     reg.eStatusIntegracao = 1 + uiNumero % 5;

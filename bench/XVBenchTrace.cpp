@@ -39,7 +39,7 @@ class CRegistryBench final : public IXVRegistry {
 };
 
 void PreparaDiretorio() {
-    static CRegistryBench s_registro;
+    static CRegistryBench s_registry;
 }
 
 class CClasseBench : public IXVDF_Profiler {
@@ -79,9 +79,9 @@ BENCHMARK(VerificacaoQuePassa);
 void VerificacaoQueFalha(benchmark::State& rState) {
     PreparaDiretorio();
     CClasseBench objeto;
-    const XVUInt64 uiPerdidos = XVProfiler::GetRegistrosPerdidos();
+    const XVUInt64 uiPerdidos = XVProfiler::GetLinhasPerdidas();
     for (auto _ : rState) benchmark::DoNotOptimize(objeto.Verifica(E_FAIL));
-    rState.counters["perdidos"] = static_cast<double>(XVProfiler::GetRegistrosPerdidos() - uiPerdidos);
+    rState.counters["perdidos"] = static_cast<double>(XVProfiler::GetLinhasPerdidas() - uiPerdidos);
 }
 BENCHMARK(VerificacaoQueFalha)->ThreadRange(1, 8)->UseRealTime();
 

@@ -7,8 +7,8 @@ CXVRegistryComDiretorio::CXVRegistryComDiretorio()
     : m_sChave(CAmbienteXV::GetChaveRegistry(k_eModuloBase)), m_pAnterior(&XVPlataforma::RegistryNativo()) {}
 
 CXVRegistryComDiretorio& CXVRegistryComDiretorio::Instancia() {
-    static CXVRegistryComDiretorio s_registro;
-    return s_registro;
+    static CXVRegistryComDiretorio s_registry;
+    return s_registry;
 }
 
 bool CXVRegistryComDiretorio::Toma(const std::string& sDiretorio) {

@@ -15,7 +15,7 @@ std::vector<XVUInt> Lista(XVUInt ulQuantidade, const XVUInt* pLista) {
 }
 
 // A list over lista itself; one that no record can count is refused by every reader.
-void Vista(const std::vector<XVUInt>& lista, XVUInt* pulQuantidade, XVUInt** ppLista) {
+void PoeLista(const std::vector<XVUInt>& lista, XVUInt* pulQuantidade, XVUInt** ppLista) {
     const bool bCabe = lista.size() <= std::numeric_limits<XVUInt>::max();
     *pulQuantidade = bCabe ? static_cast<XVUInt>(lista.size()) : std::numeric_limits<XVUInt>::max();
     // Only read through a record that goes in.
@@ -55,10 +55,10 @@ tagREG_CR_FILTRO_INTEGRACAO_MIDDLEWAREPS CXVDadosCR_FiltroIntegracaoMiddleware::
     reg.regDataHoraFinalInclusao = regDataHoraFinalInclusao;
     reg.regDataHoraInicialAlteracaoStatus = regDataHoraInicialAlteracaoStatus;
     reg.regDataHoraFinalAlteracaoStatus = regDataHoraFinalAlteracaoStatus;
-    Vista(listaTipoIntegracao, &reg.ulQuantidadeTipoIntegracao, &reg.pListaTipoIntegracao);
-    Vista(listaStatusIntegracao, &reg.ulQuantidadeStatusIntegracao, &reg.pListaStatusIntegracao);
-    Vista(listaSistemaIntegracao, &reg.ulQuantidadeSistemaIntegracao, &reg.pListaSistemaIntegracao);
-    Vista(listaTipoTransacao, &reg.ulQuantidadeTipoTransacao, &reg.pListaTipoTransacao);
+    PoeLista(listaTipoIntegracao, &reg.ulQuantidadeTipoIntegracao, &reg.pListaTipoIntegracao);
+    PoeLista(listaStatusIntegracao, &reg.ulQuantidadeStatusIntegracao, &reg.pListaStatusIntegracao);
+    PoeLista(listaSistemaIntegracao, &reg.ulQuantidadeSistemaIntegracao, &reg.pListaSistemaIntegracao);
+    PoeLista(listaTipoTransacao, &reg.ulQuantidadeTipoTransacao, &reg.pListaTipoTransacao);
     return reg;
 }
 

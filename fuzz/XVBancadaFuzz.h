@@ -17,7 +17,7 @@ class CXVBancadaFuzz {
     static constexpr const char* k_pszPasta = "/dados/E1/DF/";
 
     CXVBancadaFuzz() {
-        m_registro.SetTexto("SOFTWARE\\Wow6432Node\\Velmora\\DF", "Path", "/dados");
+        m_registry.SetTexto("SOFTWARE\\Wow6432Node\\Velmora\\DF", "Path", "/dados");
         m_perfil.SetProfiler("E1", 1, 2);
         m_disco.CriaDiretorio("/dados/E1/DF").Ignora();
     }
@@ -36,10 +36,10 @@ class CXVBancadaFuzz {
   private:
     CXVSistemaArquivosMemoria m_disco;
     CXVRelogioFalso m_relogio;
-    CXVRegistryFalso m_registro;
+    CXVRegistryFalso m_registry;
     CXVGuardaSistemaArquivos m_guardaDisco{m_disco};
     CXVGuardaRelogio m_guardaRelogio{m_relogio};
-    CXVGuardaRegistry m_guardaRegistro{m_registro};
+    CXVGuardaRegistry m_guardaRegistry{m_registry};
     CXVCapturaTrace m_captura;
     CXVProfilerEmpresa m_perfil;
 };

@@ -5,6 +5,7 @@
 
 #include "middleware/ConversaoMiddleware.h"
 #include "middleware/XVValidacaoIntegracao.h"
+#include "platform/XVTentativas.h"
 
 CBaseMiddleware::~CBaseMiddleware() {
     XVIgnora(Finaliza());
@@ -46,16 +47,12 @@ HRESULT CBaseMiddleware::ValidaVersaoSomenteLeitura() {
     // A writer that makes a new store writes each version in turn. As long as such a writer lives, an earlier
     // version on disk is about to become the current one, and is worth waiting for.
     constexpr int k_iEsperas = 100;
-    constexpr XVUInt k_ulEspera = 10;  // ms
-    HRESULT hr = E_XVCR_VERSAO_INCOMPATIVEL;
-    for (int i = 0; i < k_iEsperas && hr == E_XVCR_VERSAO_INCOMPATIVEL && TemEscritor(); ++i) {
-        {
-            const CXVCapturaTrace captura;
-            hr = conversao.ValidaVersaoAtual();
-        }
-        if (hr == E_XVCR_VERSAO_INCOMPATIVEL) XVPlataforma::Relogio().Dorme(k_ulEspera);
-    }
-    if (SUCCEEDED(hr)) return S_OK;
+    const auto valida = [&conversao] {
+        const CXVCapturaTrace captura;
+        return conversao.ValidaVersaoAtual();
+    };
+    const auto espera = [this](HRESULT hr) { return hr == E_XVCR_VERSAO_INCOMPATIVEL && TemEscritor(); };
+    if (TemEscritor() && SUCCEEDED(XVTenta(k_iEsperas, valida, espera))) return S_OK;
     XV_CHECK(conversao.ValidaVersaoAtual());
     return S_OK;
 }

@@ -38,7 +38,7 @@ HRESULT CXVConversaoMiddleware::LeVersao(XVUShort* pusVersao, bool* pbTemDados) 
     *pusVersao = 0;
     *pbTemDados = true;
     REG_CR_MIDDLEWARE_VERSAO regVersao;
-    // The log names the file, so the call does.
+    // The log shows this call as it is written and has to name the file, so the name is spelled out here.
     static_assert(std::string_view(k_pszArquivoVersao) == "CRMIDDLEWAREVS.dat");
     XV_CHECK_EM("ExecutaConversao",
                 CXVDataBaseUtil::LeSingleReg(this, XV_DF, &regVersao, "CRMIDDLEWAREVS.dat"));

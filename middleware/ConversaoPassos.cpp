@@ -121,7 +121,7 @@ HRESULT CXVConversaoMiddleware::ConverteArquivo(const std::string& sNomeArquivo,
     CXVFile<TAntigo>& fileDAT = xvDB.GetArquivo();
     const TXVArrayRegistros<TAntigo>& aRegistros = *fileDAT.GetPtrRegistros();
     hr = fileDAT.ConfereCabecalho();
-    // The copy gets a header, which a file without one must deserve.
+    // The copy gets a header that vouches for it, so a file without one must first prove to be sound.
     if (SUCCEEDED(hr) && !fileDAT.PossuiCabecalho() && !SaoPlausiveis(aRegistros))
         hr = XVArquivoRecusado::Anota(E_XVCR_CRC_CABECALHO_NAO_CONFERE, sPath, this);
     if (FAILED(hr)) return Registra(hr, rTextos.pszLe, rTextos);

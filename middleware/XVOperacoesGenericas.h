@@ -1,5 +1,5 @@
 // Operations that the components of the suite have in common and that each component may offer: a call
-// numbered by the caller, and changes of many fields of one registry entry or movement in one go. This
+// numbered by the caller, and changes of many fields of one master record or movement in one go. This
 // component offers none of them: E_NOTIMPL.
 #pragma once
 

@@ -28,7 +28,7 @@ struct TVigente {
 
 constinit TVigente<IXVSistemaArquivos> g_sistemaArquivos;
 constinit TVigente<IXVRelogio> g_relogio;
-constinit TVigente<IXVRegistry> g_registro;
+constinit TVigente<IXVRegistry> g_registry;
 
 }  // namespace
 
@@ -39,7 +39,7 @@ IXVRelogio& Relogio() {
     return g_relogio.Get(RelogioNativo);
 }
 IXVRegistry& Registry() {
-    return g_registro.Get(RegistryNativo);
+    return g_registry.Get(RegistryNativo);
 }
 
 IXVSistemaArquivos* TrocaSistemaArquivos(IXVSistemaArquivos* p) {
@@ -49,7 +49,7 @@ IXVRelogio* TrocaRelogio(IXVRelogio* p) {
     return g_relogio.Troca(p, RelogioNativo);
 }
 IXVRegistry* TrocaRegistry(IXVRegistry* p) {
-    return g_registro.Troca(p, RegistryNativo);
+    return g_registry.Troca(p, RegistryNativo);
 }
 
 }  // namespace XVPlataforma

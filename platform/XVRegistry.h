@@ -23,4 +23,4 @@ class IXVRegistry {
 };
 
 // The suite's root key.
-inline constexpr std::string_view k_sChaveRegistroSuite = "SOFTWARE\\Wow6432Node\\Velmora";
+inline constexpr std::string_view k_sChaveRegistrySuite = "SOFTWARE\\Wow6432Node\\Velmora";

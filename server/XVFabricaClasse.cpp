@@ -61,7 +61,7 @@ HRESULT STDMETHODCALLTYPE CXVFabricaClasse::LockServer(BOOL bTrava) {
 
 HRESULT CXVInscricaoFabrica::Registra() {
     return ::CoRegisterClassObject(k_clsidMiddleware, &m_Fabrica, CLSCTX_LOCAL_SERVER,
-                                   REGCLS_MULTIPLEUSE | REGCLS_SUSPENDED, &m_ulRegistro);
+                                   REGCLS_MULTIPLEUSE | REGCLS_SUSPENDED, &m_ulInscricao);
 }
 
 HRESULT CXVInscricaoFabrica::Retoma() {
@@ -69,6 +69,6 @@ HRESULT CXVInscricaoFabrica::Retoma() {
 }
 
 void CXVInscricaoFabrica::Revoga() {
-    if (m_ulRegistro != 0) ::CoRevokeClassObject(m_ulRegistro);
-    m_ulRegistro = 0;
+    if (m_ulInscricao != 0) ::CoRevokeClassObject(m_ulInscricao);
+    m_ulInscricao = 0;
 }

@@ -37,5 +37,5 @@ class CXVInscricaoFabrica {
 
   private:
     CXVFabricaClasse m_Fabrica;
-    DWORD m_ulRegistro = 0;
+    DWORD m_ulInscricao = 0;
 };

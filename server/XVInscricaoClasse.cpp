@@ -75,8 +75,8 @@ std::vector<std::wstring> Arvores() {
             L"CLSID\\" + k_sInterface};
 }
 
-HRESULT AbreClasses(EEscopoRegistro eEscopo, CXVChaveRegistry* pClasses) {
-    return pClasses->Cria(eEscopo == EEscopoRegistro::eMaquina ? HKEY_LOCAL_MACHINE : HKEY_CURRENT_USER,
+HRESULT AbreClasses(EEscopoInscricao eEscopo, CXVChaveRegistry* pClasses) {
+    return pClasses->Cria(eEscopo == EEscopoInscricao::eMaquina ? HKEY_LOCAL_MACHINE : HKEY_CURRENT_USER,
                           L"Software\\Classes");
 }
 
@@ -134,7 +134,7 @@ std::vector<SEntrada> EntradasProxy() {
             {L"CLSID\\" + k_sInterface + L"\\InProcServer32", L"", CaminhoProxy()}};
 }
 
-SResultadoRegistro GravaTudo(HKEY hClasses, const CXVBibliotecaProxy& rProxy) {
+SResultadoInscricao GravaTudo(HKEY hClasses, const CXVBibliotecaProxy& rProxy) {
     const std::vector<SEntrada> listaEntradas = Entradas(CaminhoExecutavel());
     for (const SEntrada& rEntrada : listaEntradas)
         if (const HRESULT hr = GravaEntrada(hClasses, rEntrada); FAILED(hr))
@@ -150,7 +150,7 @@ SResultadoRegistro GravaTudo(HKEY hClasses, const CXVBibliotecaProxy& rProxy) {
     return {};
 }
 
-SResultadoRegistro ApagaTudo(HKEY hClasses) {
+SResultadoInscricao ApagaTudo(HKEY hClasses) {
     for (const std::wstring& sArvore : Arvores()) {
         const HRESULT hr = CXVChaveRegistry::ApagaArvore(hClasses, sArvore);
         if (FAILED(hr)) return {hr, "apagar as chaves da classe do registro"};
@@ -162,7 +162,7 @@ SResultadoRegistro ApagaTudo(HKEY hClasses) {
 
 }  // namespace
 
-SResultadoRegistro XVInscreveClasse(EEscopoRegistro eEscopo) {
+SResultadoInscricao XVInscreveClasse(EEscopoInscricao eEscopo) {
     // The library is loaded before anything is written: where it cannot be loaded the registration cannot
     // succeed, and one that already stands is not given up for it.
     const CXVBibliotecaProxy proxy;
@@ -171,12 +171,12 @@ SResultadoRegistro XVInscreveClasse(EEscopoRegistro eEscopo) {
     CXVChaveRegistry classes;
     if (const HRESULT hr = AbreClasses(eEscopo, &classes); FAILED(hr))
         return {hr, "abrir as classes do registro"};
-    SResultadoRegistro resultado = GravaTudo(classes.Get(), proxy);
+    SResultadoInscricao resultado = GravaTudo(classes.Get(), proxy);
     if (FAILED(resultado.hr)) ApagaTudo(classes.Get());
     return resultado;
 }
 
-SResultadoRegistro XVDesregistraClasse(EEscopoRegistro eEscopo) {
+SResultadoInscricao XVRemoveClasse(EEscopoInscricao eEscopo) {
     CXVChaveRegistry classes;
     if (const HRESULT hr = AbreClasses(eEscopo, &classes); FAILED(hr))
         return {hr, "abrir as classes do registro"};

@@ -6,20 +6,20 @@
 
 #include "platform/XVTipos.h"
 
-enum class EEscopoRegistro {
+enum class EEscopoInscricao {
     eMaquina,  // HKEY_LOCAL_MACHINE\Software\Classes; needs an administrator
     eUsuario,  // HKEY_CURRENT_USER\Software\Classes
 };
 
 // How a registration ended; sPasso names the step that failed, in Portuguese, empty on success.
-struct SResultadoRegistro {
+struct SResultadoInscricao {
     HRESULT hr = S_OK;
     std::string sPasso;
 };
 
 // Writes all entries for the running program and the proxy/stub library beside it, reads every one back and
 // compares. When a step fails, what had been written is removed again.
-SResultadoRegistro XVInscreveClasse(EEscopoRegistro eEscopo);
+SResultadoInscricao XVInscreveClasse(EEscopoInscricao eEscopo);
 
 // Removes all entries and verifies that none is left. Nothing registered: S_OK.
-SResultadoRegistro XVDesregistraClasse(EEscopoRegistro eEscopo);
+SResultadoInscricao XVRemoveClasse(EEscopoInscricao eEscopo);

@@ -38,20 +38,20 @@ int Relata(HRESULT hr, const char* pszPasso) {
     return static_cast<int>(hr);
 }
 
-int Relata(const SResultadoRegistro& rResultado) {
+int Relata(const SResultadoInscricao& rResultado) {
     return Relata(rResultado.hr, rResultado.sPasso.c_str());
 }
 
 int Executa(EComandoServidor eComando) {
     switch (eComando) {
         case EComandoServidor::eRegistra:
-            return Relata(XVInscreveClasse(EEscopoRegistro::eMaquina));
+            return Relata(XVInscreveClasse(EEscopoInscricao::eMaquina));
         case EComandoServidor::eDesregistra:
-            return Relata(XVDesregistraClasse(EEscopoRegistro::eMaquina));
+            return Relata(XVRemoveClasse(EEscopoInscricao::eMaquina));
         case EComandoServidor::eRegistraUsuario:
-            return Relata(XVInscreveClasse(EEscopoRegistro::eUsuario));
+            return Relata(XVInscreveClasse(EEscopoInscricao::eUsuario));
         case EComandoServidor::eDesregistraUsuario:
-            return Relata(XVDesregistraClasse(EEscopoRegistro::eUsuario));
+            return Relata(XVRemoveClasse(EEscopoInscricao::eUsuario));
         case EComandoServidor::eServe:
         case EComandoServidor::eServeAtivado: {
             const SFimServidor fim = XVExecutaServidor(eComando == EComandoServidor::eServeAtivado);

@@ -12,7 +12,7 @@
 namespace {
 
 bool Ligado(const char* pszValor) {
-    return XVPlataforma::Registry().LeNumero(k_sChaveRegistroSuite, pszValor).value_or(0) != 0;
+    return XVPlataforma::Registry().LeNumero(k_sChaveRegistrySuite, pszValor).value_or(0) != 0;
 }
 
 // Who may call: 3 is COM_RIGHTS_EXECUTE with local calls. System, administrators and every authenticated user

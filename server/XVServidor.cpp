@@ -18,7 +18,7 @@ constexpr DWORD k_ulIntervaloVerificacao = 1000;
 // A time of the registry, given in seconds, in milliseconds.
 XVUInt LeTempo(const char* pszValor, XVUInt ulPadraoSegundos) {
     const XVUInt ulSegundos =
-        XVPlataforma::Registry().LeNumero(k_sChaveRegistroSuite, pszValor).value_or(ulPadraoSegundos);
+        XVPlataforma::Registry().LeNumero(k_sChaveRegistrySuite, pszValor).value_or(ulPadraoSegundos);
     return (ulSegundos < k_ulMaximoSegundos ? ulSegundos : k_ulMaximoSegundos) * 1000;
 }
 
@@ -58,14 +58,14 @@ void ProcessaMensagens() {
 
 // Withdraws the class and looks again: a client may have come in between. Then the class is offered anew,
 // because ending beside a live component would leave its store open while the next server starts.
-bool PodeTerminar(CXVInscricaoFabrica& rRegistro) {
-    rRegistro.Revoga();
+bool PodeTerminar(CXVInscricaoFabrica& rInscricao) {
+    rInscricao.Revoga();
     if (!CXVVidaServidor::Get().TemClientes()) return true;
-    return FAILED(rRegistro.Registra()) || FAILED(rRegistro.Retoma());
+    return FAILED(rInscricao.Registra()) || FAILED(rInscricao.Retoma());
 }
 
 // Returns when the process may end.
-void Atende(CXVInscricaoFabrica& rRegistro, bool bAtivado) {
+void Atende(CXVInscricaoFabrica& rInscricao, bool bAtivado) {
     CXVVidaServidor& rVida = CXVVidaServidor::Get();
     const XVUInt ulInatividade = LeTempo("InatividadeMaximaComponente", k_ulInatividadeMaxima);
     const XVUInt ulPrimeiro = LeTempo("EsperaPrimeiroCliente", k_ulEsperaPrimeiroCliente);
@@ -86,8 +86,8 @@ void Atende(CXVInscricaoFabrica& rRegistro, bool bAtivado) {
         // COM suspended the class when the last client left. A client that came in before that keeps the
         // server running, so the class is offered again to everybody else.
         if (bTodosSairam && rVida.TemClientes())
-            XVIgnora(rRegistro.Retoma());
-        else if ((bTodosSairam || bNinguemVeio) && PodeTerminar(rRegistro))
+            XVIgnora(rInscricao.Retoma());
+        else if ((bTodosSairam || bNinguemVeio) && PodeTerminar(rInscricao))
             return;
     }
 }
@@ -111,12 +111,12 @@ SFimServidor XVExecutaServidor(bool bAtivado) {
     // The security of the process can be set only before anything is marshalled; COM then chooses by itself.
     if (const HRESULT hr = XVInicializaSegurancaCom(); FAILED(hr)) return {hr, "definir a segurança do COM"};
     const CXVJanelaSessao janela;
-    CXVInscricaoFabrica registro;
-    if (const HRESULT hr = registro.Registra(); FAILED(hr)) return {hr, "oferecer a classe do componente"};
+    CXVInscricaoFabrica inscricao;
+    if (const HRESULT hr = inscricao.Registra(); FAILED(hr)) return {hr, "oferecer a classe do componente"};
     // This is the last step because clients come in from here on, and find everything in place.
-    if (const HRESULT hr = registro.Retoma(); FAILED(hr)) return {hr, "abrir o servidor aos clientes"};
-    Atende(registro, bAtivado);
-    registro.Revoga();
+    if (const HRESULT hr = inscricao.Retoma(); FAILED(hr)) return {hr, "abrir o servidor aos clientes"};
+    Atende(inscricao, bAtivado);
+    inscricao.Revoga();
     CXVVidaServidor::Get().Encerra();
     return {};
 }

@@ -146,7 +146,7 @@ namespace XVTratamentoCrash {
 
 bool EstaHabilitado() {
     return XVPlataforma::Registry()
-               .LeNumero(k_sChaveRegistroSuite, "DesabilitaTratamentoAppCrash")
+               .LeNumero(k_sChaveRegistrySuite, "DesabilitaTratamentoAppCrash")
                .value_or(0) == 0;
 }
 

@@ -58,8 +58,8 @@ class CXVListaProvedores {
 
 // Never destroyed: calls may still be under way while the process ends.
 const CXVListaProvedores& GetProvedores() {
-    static const CXVListaProvedores& rRegistro = *new CXVListaProvedores;
-    return rRegistro;
+    static const CXVListaProvedores& rLista = *new CXVListaProvedores;
+    return rLista;
 }
 
 }  // namespace

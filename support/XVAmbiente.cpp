@@ -33,10 +33,10 @@ bool EhNomeDispositivo(std::string_view sNome) {
 
 // "Path" names the directory; an installation for 64-bit programs alone may have set "Path_x64" only.
 std::string LeDiretorio(const std::string& sChave) {
-    IXVRegistry& rRegistro = XVPlataforma::Registry();
-    if (auto sDiretorio = rRegistro.LeTexto(sChave, "Path"); sDiretorio && !sDiretorio->empty())
+    IXVRegistry& rRegistry = XVPlataforma::Registry();
+    if (auto sDiretorio = rRegistry.LeTexto(sChave, "Path"); sDiretorio && !sDiretorio->empty())
         return *std::move(sDiretorio);
-    return rRegistro.LeTexto(sChave, "Path_x64").value_or(std::string());
+    return rRegistry.LeTexto(sChave, "Path_x64").value_or(std::string());
 }
 
 }  // namespace
@@ -50,7 +50,7 @@ std::string_view GetSiglaModulo(EModulo eModulo) {
 }
 
 std::string GetChaveRegistry(EModulo eModulo) {
-    std::string sChave(k_sChaveRegistroSuite);
+    std::string sChave(k_sChaveRegistrySuite);
     sChave += '\\';
     sChave += GetSiglaModulo(eModulo);
     return sChave;

@@ -26,7 +26,6 @@ class CXVDataBase : public CXVBaseParaRotinas {
     void RemoveFile(IXVFileBase* pFile);
 
     EModulo GetModulo() const { return m_eModulo; }
-    void SetModulo(EModulo xvModulo) { m_eModulo = xvModulo; }
 
     // Files added from now on are not listed in the control file.
     void DesabilitaControleCriacaoArquivos() { m_bControleDesabilitado = true; }

@@ -57,7 +57,7 @@ class CXVDataBaseFacade : public TBase {
             return S_OK;
         }
         XV_CHECK(CriaDiretorio(sDiretorio));
-        m_pLoja = CRegistroLojas::Instancia().Busca(CXVDiario::ChaveDoDiretorio(sDiretorio));
+        m_pLoja = CLojasAbertas::Instancia().Busca(CXVDiario::ChaveDoDiretorio(sDiretorio));
         const std::lock_guard lock(m_pLoja->mutexAbertura);
         if (m_pLoja->uiObjetos == 0) {
             XV_CHECK(RecusaVersaoPosterior());  // before the journal, which may conclude an operation
@@ -184,11 +184,11 @@ class CXVDataBaseFacade : public TBase {
     };
 
     // The open stores of the process by data directory.
-    class CRegistroLojas {
+    class CLojasAbertas {
       public:
-        static CRegistroLojas& Instancia() {
-            static CRegistroLojas registro;
-            return registro;
+        static CLojasAbertas& Instancia() {
+            static CLojasAbertas lojas;
+            return lojas;
         }
         std::shared_ptr<SLoja> Busca(const std::string& sDiretorio) {
             const std::lock_guard lock(m_Mutex);

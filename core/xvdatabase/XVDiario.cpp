@@ -22,13 +22,13 @@ constexpr SAberturaArquivo k_abertura{EAcessoArquivo::eLeituraEscrita, EComparti
                                       ECriacaoArquivo::eCriaSeAusente};
 
 // The open journals of the process.
-struct SRegistroDiarios {
+struct SDiariosAbertos {
     std::mutex mutex;
     std::map<std::string, CXVDiario*> mapa;
 };
-SRegistroDiarios& Diarios() {
-    static SRegistroDiarios registro;
-    return registro;
+SDiariosAbertos& Diarios() {
+    static SDiariosAbertos diarios;
+    return diarios;
 }
 
 // What cannot be guessed; 0 where the system has none.
@@ -72,7 +72,7 @@ CXVDiario::~CXVDiario() {
 }
 
 CXVDiario* CXVDiario::Busca(const std::string& sDiretorio) {
-    SRegistroDiarios& rDiarios = Diarios();
+    SDiariosAbertos& rDiarios = Diarios();
     {
         const std::lock_guard lock(rDiarios.mutex);
         if (rDiarios.mapa.empty()) return nullptr;

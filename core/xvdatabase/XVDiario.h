@@ -99,7 +99,7 @@ class CXVDiario {
 
     // The lock is held.
     HRESULT RegistraEntrada(CXVOperacao& rOperacao, XVUInt64* puiNumero);
-    // bDaFila: what waits was prepared on top of it.
+    // bDaFila: the operations that still wait were prepared on top of this one.
     HRESULT Conclui(CXVOperacao& rOperacao, XVUInt64 uiNumero, bool bDaFila);
     void Desfaz(CXVOperacao& rOperacao, XVUInt64 uiNumero);
     CXVErroArquivo TentaDesfazer(CXVOperacao& rOperacao, XVUInt64 uiNumero);

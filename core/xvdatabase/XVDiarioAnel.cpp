@@ -144,7 +144,9 @@ CXVDiarioAnel::SLugar CXVDiarioAnel::Planeja() const {
     } else {
         lugar.uiOffset = m_uiProximo;
     }
-    // In the ring the oldest lie ahead, at most one that did not fit among them; that one may be of any age.
+    // What lies ahead in the ring are the oldest entries, so the list is looked at from its front. One entry
+    // that did not fit the ring may stand between them at any age, which is why one more is looked at after a
+    // miss.
     for (std::size_t i = 0; i < m_listaVivas.size() && (bLonga || i <= lugar.uiSubstituidas + 1); ++i) {
         const SViva& rViva = m_listaVivas[i];
         if (Sobrepoem(lugar.uiOffset, uiTamanho, rViva.uiOffset, rViva.uiTamanho) ||

@@ -37,7 +37,8 @@ HRESULT CXVDiario::IniciaCopia(const IXVDF_Profiler* pDono, const std::string& s
     if (!erro.Ok()) m_mapCopias.erase(m_anel.GetUltima() + 1);
     if (erro.Ok() && m_bDuravel) {
         erro = m_pArquivo->Sincroniza();
-        if (!erro.Ok()) {  // nobody makes the copy: one of this name will be somebody else's
+        if (!erro.Ok()) {
+            // The copy is not made. A later one of this name is another operation's and must not be deleted.
             m_mapCopias.erase(uiNumero);
             m_anel.MarcaEstado(uiNumero, EEstadoEntrada::eNula).Ignora();
         }

@@ -21,7 +21,7 @@ CXVErroArquivo SincronizaFechado(const std::string& sPath) {
         return XVPlataforma::SistemaArquivos().Abre(sPath, k_abertura, pArquivo);
     });
     if (erro.Ok()) return pArquivo->Sincroniza();
-    // Undone or deleted since.
+    // The file was deleted since, or the operation that made it was undone: there is nothing left to flush.
     return erro.GetCausa() == ECausaArquivo::eArquivoNaoEncontrado ? CXVErroArquivo() : erro;
 }
 
@@ -119,11 +119,11 @@ HRESULT CXVDiario::Executa(CXVOperacao& rOperacao) {
     return hr;
 }
 
-// To the files, then to memory; or undone.
+// Writes the operation to its files and then to memory. Where that fails, it is undone.
 HRESULT CXVDiario::Conclui(CXVOperacao& rOperacao, XVUInt64 uiNumero, bool bDaFila) {
     if (const CXVErroArquivo erro = m_anel.MarcaEmCurso(uiNumero); !erro.Ok()) {
         if (bDaFila) AnulaFila();
-        Desfaz(rOperacao, uiNumero);  // of the files nothing; of the journal the entry
+        Desfaz(rOperacao, uiNumero);  // no file was touched yet; only the entry is taken back
         return Codigo(erro, "m_anel.MarcaEmCurso(uiNumero)");
     }
     const HRESULT hr = rOperacao.Escreve();

@@ -58,8 +58,8 @@ void CXVDiario::EsvaziaFila(std::unique_lock<std::mutex>& bloqueio) {
     while (TemFila()) DescarregaFila(bloqueio);  // nobody adds to it: the callers' lock is held
 }
 
-// Those whose operations are over must not wait for the flush of the next ones: they are the ones who come to
-// share the one after it.
+// A caller whose operation is over does not wait for the next flush. It goes back to prepare its next
+// operation, which then shares the flush after that one.
 bool CXVDiario::EsperaVez(const SNaFila* pNaFila) {
     std::unique_lock lock(m_mutexVez);
     const auto terminou = [pNaFila] { return pNaFila != nullptr && pNaFila->bTerminada; };
@@ -69,7 +69,8 @@ bool CXVDiario::EsperaVez(const SNaFila* pNaFila) {
     return true;
 }
 
-// Every access to what is over is before this: it lies on the stacks of the callers.
+// What describes an operation that is over lies on its caller's stack, and the caller goes on after this. So
+// nothing may touch it later.
 void CXVDiario::PassaVez() noexcept {
     {
         const std::lock_guard lock(m_mutexVez);
@@ -114,8 +115,8 @@ void CXVDiario::ConcluiFila(std::size_t uiQuantidade, const CXVErroArquivo& rErr
     DevolveAnuladas();
 }
 
-// What was prepared on top of an operation that did not take place is worth nothing. What cannot be marked so
-// now is marked before anything else is recorded.
+// The operations in the queue were prepared on top of one that did not take place, so they are void. Where
+// their entries cannot be marked as void now, that is done before the next operation is recorded.
 void CXVDiario::AnulaFila() {
     for (const SNaFila* p : m_fila) m_listaAnular.push_back(p->uiNumero);
     for (; !m_fila.empty(); m_fila.pop_back()) {
@@ -138,7 +139,7 @@ CXVErroArquivo CXVDiario::MarcaAnuladas() {
     return {};
 }
 
-// Before anybody prepares again: their files must not count with them any more.
+// Called before anybody prepares again, because these operations must no longer count with their files.
 void CXVDiario::DevolveAnuladas() {
     while (m_pAnuladas != nullptr) Devolve(*std::exchange(m_pAnuladas, m_pAnuladas->pProxima));
 }

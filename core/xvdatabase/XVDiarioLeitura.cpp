@@ -12,8 +12,9 @@ namespace {
 
 constexpr XVUInt64 k_uiTamanhoMaximoAnel = 1U << 30;
 
-// In a journal that a writer left, a byte lies in one entry, and in few of those that a power failure tore:
-// sums over more than so many times the file's bytes are taken of a made-up one only.
+// How many bytes may be summed for each byte of the file. The entries of a writer do not overlap, and those
+// that a power failure tore overlap a few times at most. A file made up of overlapping entries would cost
+// time without end, so reading it stops here.
 constexpr XVUInt64 k_uiSomasPorByte = 16;
 
 // Takes uiTamanho bytes and their filler off the front; false when they are not there.

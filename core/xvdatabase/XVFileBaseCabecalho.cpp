@@ -17,7 +17,7 @@
 // Read once per process.
 bool CXVFileBase::CabecalhoDesabilitadoNaMaquina() {
     static const bool bDesabilitado = XVPlataforma::Registry()
-                                          .LeNumero(k_sChaveRegistroSuite, "XVDataBase_DesabilitaCabecalho")
+                                          .LeNumero(k_sChaveRegistrySuite, "XVDataBase_DesabilitaCabecalho")
                                           .value_or(0) != 0;
     return bDesabilitado;
 }

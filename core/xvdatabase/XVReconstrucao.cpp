@@ -54,8 +54,9 @@ HRESULT CXVReconstrucao::Le(const IXVDF_Profiler* pDono, const std::string& sDir
     return Monta(pDono);
 }
 
-// An entry to undo counts where it stands, not only at the end: its mark may have stayed when the one that
-// takes it out could not be written, and those after it began from what stood before it.
+// An entry that is to be undone is applied in its place among the others, not only when it is the last one.
+// Once undone it should be marked as void; where that mark could not be written, later operations began all
+// the same from the state before it.
 HRESULT CXVReconstrucao::Monta(const IXVDF_Profiler* pDono) {
     for (const SEntradaLida& rEntrada : m_diario.GetEntradas()) {
         if (rEntrada.eEstado == EEstadoEntrada::eNula) continue;
@@ -161,9 +162,9 @@ CXVErroArquivo CXVReconstrucao::ConfereCabecalho(IXVArquivo& rFile, XVUInt64 uiT
     const CXVErroArquivo erro =
         rFile.Le(0, &reg, static_cast<std::size_t>(std::min<XVUInt64>(uiTamanho, sizeof(reg))));
     if (!erro.Ok()) return erro;
-    // One of them, or two of them in part: the next one that was being written, or the last one by a
-    // conclusion that was interrupted in its turn. Before the first header of a file that an operation made
-    // there are zeros.
+    // The header on disk is one of the list, or a mixture of two where a process died while it replaced one:
+    // with the next one by the operation itself, with the last one by a conclusion that was interrupted. A
+    // file that an operation made had zeros before its first header.
     const REG_XVCABECALHO_B regVazio{};
     const REG_XVCABECALHO_B* pFinal = rArquivo.pCabecalhoFinal;
     *pbOk = false;

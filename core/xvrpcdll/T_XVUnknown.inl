@@ -210,7 +210,7 @@ HRESULT T_XVUnknown<TInterface, TLogica>::ValidaRegistro(const REG_DF_INICIALIZA
     if (!Reg::VersaoConfere(reg))
         return XV_FALHA_METODO(E_XVCR_VERSAO_INCOMPATIVEL, naLinha(k_iLinhaVersao), rLogica);
     if (XVPlataforma::Registry()
-            .LeNumero(k_sChaveRegistroSuite, "DesabilitaControleInicializacao")
+            .LeNumero(k_sChaveRegistrySuite, "DesabilitaControleInicializacao")
             .value_or(0) == 0) {
         if (!Reg::CRCConfere(reg))
             return XV_FALHA_METODO(E_XVCR_CRC_INICIALIZACAO_INVALIDO, naLinha(k_iLinhaCRC), rLogica);

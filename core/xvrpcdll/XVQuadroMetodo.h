@@ -29,15 +29,14 @@ consteval std::array<char, N> XVCompoeTexto(std::initializer_list<std::string_vi
 }
 
 // Declares, in a member function of a class that names itself (XV_CLASSE), the method's constant entry under
-// the identifier metodoXV, with the line given.
-#define XV_METODO_INTERFACE_LINHA(nome, linha)                                      \
+// the identifier metodoXV.
+#define XV_METODO_INTERFACE(nome)                                                   \
     static constexpr auto nomeCompletoXV =                                          \
         XVCompoeTexto<std::string_view(XVNomeClasse()).size() + sizeof("::" nome)>( \
             {XVNomeClasse(), "::" nome});                                           \
     static constexpr SMetodoInterface metodoXV {                                    \
-        XVNomeClasse(), nome, nomeCompletoXV.data(), XVNomeFonte(), linha           \
+        XVNomeClasse(), nome, nomeCompletoXV.data(), XVNomeFonte(), __LINE__        \
     }
-#define XV_METODO_INTERFACE(nome) XV_METODO_INTERFACE_LINHA(nome, __LINE__)
 
 // Failures of the run time after which the logic object's memory cannot be trusted.
 constexpr bool XVEhResultadoFatal(HRESULT hr) {

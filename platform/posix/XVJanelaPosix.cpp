@@ -32,10 +32,10 @@ class CXVJanelaPosix final : public CXVJanelaMemoria {
     std::atomic<unsigned>& m_rulJanelas;
 };
 
-// A store through a mapping cannot fail: where it needs a block and the device has none the process dies. So
-// only file systems that write a block in its place, and keep their pages with the calls of every process.
-// One that copies on writing may need a new block for an old byte, after a backup that shares blocks even
-// where the copy is not its habit; one over another (overlay) or over a network promises neither.
+// A store through a mapping cannot report a failure: where it needs a block and the device has none, the
+// process dies. So only file systems are accepted that write a block in its place and share their pages with
+// the calls of every process. One that copies on writing may need a new block for an old byte (one that does
+// not usually copy does so after a backup that shares blocks); an overlay or a network promises neither.
 bool TemLugarFixo(int iDescritor) {
     constexpr decltype(std::declval<struct statfs>().f_type) k_aTipos[] = {EXT4_SUPER_MAGIC, TMPFS_MAGIC};
     struct statfs sistema;

@@ -2,6 +2,6 @@
 #include "platform/XVRegistryArquivo.h"
 
 IXVRegistry& XVPlataforma::RegistryNativo() {
-    static CXVRegistryArquivo& rRegistro = *new CXVRegistryArquivo;
-    return rRegistro;
+    static CXVRegistryArquivo& rRegistry = *new CXVRegistryArquivo;
+    return rRegistry;
 }

@@ -94,6 +94,6 @@ class CXVRegistryWindows final : public IXVRegistry {
 }  // namespace
 
 IXVRegistry& XVPlataforma::RegistryNativo() {
-    static CXVRegistryWindows& rRegistro = *new CXVRegistryWindows;
-    return rRegistro;
+    static CXVRegistryWindows& rRegistry = *new CXVRegistryWindows;
+    return rRegistry;
 }

@@ -11,7 +11,7 @@ namespace {
 
 constexpr XVUInt k_ulMaximoPendencias = 1'000'000;
 
-XVProvedorTexto Vista(std::string_view sTexto) {
+XVProvedorTexto ComoTexto(std::string_view sTexto) {
     return {sTexto.data(), sTexto.size()};
 }
 
@@ -19,7 +19,7 @@ XVProvedorDono ComoDono(const IXVDF_Profiler& rDono) {
     XVProvedorDono dono{};
     dono.ulTamanho = sizeof(dono);
     dono.ulNumeroSessao = rDono.GetNumeroSessao();
-    dono.sEmpresa = Vista(rDono.GetEmpresa());
+    dono.sEmpresa = ComoTexto(rDono.GetEmpresa());
     dono.ulUsuario = rDono.GetUsuario();
     return dono;
 }
@@ -27,9 +27,9 @@ XVProvedorDono ComoDono(const IXVDF_Profiler& rDono) {
 XVProvedorDados ComoDados(const CXVDadosCR_IntegracaoMiddleware& rDados) {
     XVProvedorDados reg{};
     reg.ulTamanho = sizeof(reg);
-    reg.sRegistroJSON = Vista(rDados.sRegistroJSON);
-    reg.sMensagemIntegracao = Vista(rDados.sMensagemIntegracao);
-    reg.sJSONRetornoIntegracao = Vista(rDados.sJSONRetornoIntegracao);
+    reg.sRegistroJSON = ComoTexto(rDados.sRegistroJSON);
+    reg.sMensagemIntegracao = ComoTexto(rDados.sMensagemIntegracao);
+    reg.sJSONRetornoIntegracao = ComoTexto(rDados.sJSONRetornoIntegracao);
     reg.uiDmc = rDados.regDmc.uiValor;
     reg.uiDmcIntegracaoOrigem = rDados.regDmcIntegracaoOrigem.uiValor;
     reg.uiDmcMovimentoOrigem = rDados.regDmcMovimentoOrigem.uiValor;
@@ -269,7 +269,7 @@ HRESULT CXVProvedorAdaptador::BuscaDadosSistemaTerceiro(const IXVDF_Profiler& rD
     XVProvedorConsulta reg{};
     reg.ulTamanho = sizeof(reg);
     reg.eTipoConsulta = rConsulta.eTipoConsulta;
-    reg.sChaveConsulta = Vista(rConsulta.sChaveConsulta);
+    reg.sChaveConsulta = ComoTexto(rConsulta.sChaveConsulta);
     reg.ulPonteiroAuxiliar = rConsulta.ulPonteiroAuxiliar;
     reg.ucTipoPonteiroAuxiliar = rConsulta.ucTipoPonteiroAuxiliar;
     XVProvedorStatusConsulta status{};

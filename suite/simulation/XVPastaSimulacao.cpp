@@ -6,6 +6,7 @@
 
 #include "platform/XVAmbienteSO.h"
 #include "platform/XVPlataforma.h"
+#include "platform/XVTentativas.h"
 #include "support/XVAmbiente.h"
 #include "support/codes/XVCodigos.h"
 #include "support/codes/XVCodigosArquivo.h"
@@ -14,19 +15,11 @@
 namespace {
 
 constexpr const char* k_pszContador = "contador.doc";
-constexpr int k_iTentativas = 500;
-constexpr XVUInt k_ulEspera = 10;  // ms
 
 // Repeats an operation while another thread or process has the file or the mark.
 template <class TOperacao>
 CXVErroArquivo ComTentativas(TOperacao operacao) {
-    CXVErroArquivo erro;
-    for (int i = 0; i < k_iTentativas; ++i) {
-        if (i != 0) XVPlataforma::Relogio().Dorme(k_ulEspera);
-        erro = operacao();
-        if (erro.GetCausa() != ECausaArquivo::eViolacaoCompartilhamento) break;
-    }
-    return erro;
+    return XVTentaEnquantoOcupado(k_iTentativasLongas, operacao);
 }
 
 bool TemExtensao(std::string_view sNome, std::string_view sExtensao) {

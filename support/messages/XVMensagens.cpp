@@ -40,7 +40,8 @@ constexpr SMensagemCodigo k_aMensagens[] = {
     {XVHResult(0x80043ED0U), "eAccessDenied",
      "O acesso ao arquivo foi negado; verifique as permissões do usuário no diretório de dados."},
     {XVHResult(0x80043ED1U), "eXVReadOnly",
-     "O arquivo é somente leitura; retire o atributo para gravar."},
+     "O arquivo é somente leitura ou a base foi aberta só para leitura; retire o atributo ou abra a base "
+     "para gravação."},
     {XVHResult(0x80043EE2U), "eInvalidFile",
      "A operação foi feita sobre um arquivo fechado ou que não é um arquivo; veja as linhas "
      "anteriores do log."},
@@ -225,7 +226,7 @@ constexpr SMensagemCodigo k_aMensagens[] = {
      "O nome gravado no cabeçalho não é o nome do arquivo; o arquivo foi renomeado ou trocado, "
      "devolva-lhe o nome original."},
     {XVHResult(0x81080A50U), "E_XVCR_INCONSISTENCIA_CONTROLE_CRIACAO_ARQUIVOS",
-     "O arquivo consta do controle de criação mas não está no diretório; foi apagado ou "
+     "O arquivo consta do controle de criação, mas não está no diretório; foi apagado ou "
      "movido por fora, restaure-o de uma cópia."},
     {XVHResult(0x81080AA9U), "E_XVCR_COLUNA_INDEXACAO_INVALIDA",
      "Foi usado um índice que o arquivo não tem; é uma falha do programa, avise o suporte."},
@@ -235,13 +236,13 @@ constexpr SMensagemCodigo k_aMensagens[] = {
      "O registro tem a chave zerada e este índice não aceita chave zero; nada foi gravado, "
      "informe a chave."},
     {XVHResult(0x81080AADU), "E_XVCR_CHAVE_DE_INDEXACAO_REPETIDA",
-     "Já existe um registro com esta chave e ela não pode repetir; nada foi gravado."},
+     "Já existe um registro com esta chave e ela não pode se repetir; nada foi gravado."},
     {XVHResult(0x81080BB1U), "E_XVCR_PARAMETRO_INVALIDO_RUNTIME",
      "Uma função recebeu um parâmetro inválido e a chamada foi interrompida; guarde o log de "
      "erros e avise o suporte."},
     {XVHResult(0x81080BFDU), "E_XVCR_VERSAO_INCOMPATIVEL",
-     "O registro de inicialização é de uma versão que o componente não aceita; atualize o "
-     "programa chamador ou o servidor."},
+     "O registro de inicialização, ou a base aberta só para leitura, é de uma versão que não é aceita; "
+     "atualize o programa chamador ou abra a base uma vez para gravação, o que a converte."},
     {XVHResult(0x81080C07U), "E_XVCR_TAMANHO_CABECALHO_NAO_CONFERE",
      "O cabeçalho do arquivo não tem o tamanho esperado; o arquivo está truncado, restaure-o de "
      "uma cópia."},

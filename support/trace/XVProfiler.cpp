@@ -51,7 +51,7 @@ void RecarregaConfiguracao() noexcept {
     XVGravaSemFalhar([&] { XVProfilerConfig::Recarrega(); });
 }
 
-XVUInt64 GetRegistrosPerdidos() {
+XVUInt64 GetLinhasPerdidas() {
     return XVProfilerSaida::GetPerdidos();
 }
 
@@ -72,13 +72,13 @@ void RecordCoCreate(const IXVDF_Profiler* pDono, const char* pszFuncao, std::str
         if (!pConfiguracao->bCoCreateInstance ||
             !XVProfilerFiltro::DeveLogarProcesso(*pConfiguracao, XVProfilerLinha::GetNomeProcesso()))
             return;
-        SProfilerRegistro registro(ETipoRegistro::eCriacaoObjeto, pDono);
-        registro.sClasseFuncao = pszFuncao;
-        registro.sGuid = XVAmbienteSO::NovoGuid();
-        registro.listaParametros = {{"ProgID", std::string(sProgID)},
-                                    {"Modulo", std::string(sModulo)},
-                                    {"Resultado", Hexadecimal(hrResultado)}};
-        XVProfilerSaida::Escreve(*pConfiguracao, registro);
+        SProfilerEvento evento(ETipoEvento::eCriacaoObjeto, pDono);
+        evento.sClasseFuncao = pszFuncao;
+        evento.sGuid = XVAmbienteSO::NovoGuid();
+        evento.listaParametros = {{"ProgID", std::string(sProgID)},
+                                  {"Modulo", std::string(sModulo)},
+                                  {"Resultado", Hexadecimal(hrResultado)}};
+        XVProfilerSaida::Escreve(*pConfiguracao, evento);
     });
 }
 

@@ -50,7 +50,7 @@ inline bool DeveLogar() {
 void RecarregaConfiguracao() noexcept;
 
 // Records of this process that were dropped because their file could not be opened or written.
-XVUInt64 GetRegistrosPerdidos();
+XVUInt64 GetLinhasPerdidas();
 
 // Writes one error record (always, whatever log.ini says): pszFuncao, fonte and iLinha as the trace
 // spells them.
@@ -82,18 +82,18 @@ class ProfilerScope {
             Entra(pDono, pszClasse, pszFuncao, listaParametros);
     }
     ~ProfilerScope() {
-        if (m_pRegistro != nullptr) [[unlikely]]
+        if (m_pEvento != nullptr) [[unlikely]]
             Sai();
     }
     ProfilerScope(const ProfilerScope&) = delete;
     ProfilerScope& operator=(const ProfilerScope&) = delete;
 
   private:
-    struct SRegistroEscopo;
+    struct SEventoEscopo;
     void Entra(const IXVDF_Profiler* pDono, const char* pszClasse, const char* pszFuncao,
                std::initializer_list<SParametroTrace> listaParametros) noexcept;
     void Sai() noexcept;
-    SRegistroEscopo* m_pRegistro = nullptr;  // set only while an exit record is due
+    SEventoEscopo* m_pEvento = nullptr;  // set only while an exit record is due
 };
 
 // Opens the scope of a member function of a class declared with XV_CLASSE; parameters as {"name", value}.

@@ -48,19 +48,19 @@ std::string NomeMensal(std::string_view sPrefixo, const SDataHora& rDataHora) {
 
 namespace XVProfilerArquivo {
 
-std::string GetCaminho(const SConfiguracaoTrace& rConfiguracao, const SProfilerRegistro& rRegistro) {
+std::string GetCaminho(const SConfiguracaoTrace& rConfiguracao, const SProfilerEvento& rEvento) {
     const std::string& rDiretorio = rConfiguracao.sDiretorioModulo;
     if (rDiretorio.empty()) return {};
     const IXVSistemaArquivos& rSistema = XVPlataforma::SistemaArquivos();
-    if (rRegistro.eTipo != ETipoRegistro::eErro) return rSistema.Junta(rDiretorio, "XVProfiler.log");
-    // A company text that could not name a directory leaves its records with the programs', and so does who
-    // must not write into it.
-    if (rRegistro.pDono != nullptr && !rRegistro.pDono->EhConsulta() &&
-        CAmbienteXV::EhEmpresaValida(rRegistro.pDono->GetEmpresa()))
+    if (rEvento.eTipo != ETipoEvento::eErro) return rSistema.Junta(rDiretorio, "XVProfiler.log");
+    // Records go to the programs' log where the company's text could not name a directory, and where their
+    // owner only views the store and must not write into the company's directory.
+    if (rEvento.pDono != nullptr && !rEvento.pDono->EhConsulta() &&
+        CAmbienteXV::EhEmpresaValida(rEvento.pDono->GetEmpresa()))
         return rSistema.Junta(
-            CAmbienteXV::MontaPathDados(k_eModuloBase, rDiretorio, rRegistro.pDono->GetEmpresa()),
-            NomeMensal("XVProfilerErros_Base_", rRegistro.dataHora));
-    return rSistema.Junta(rDiretorio, NomeMensal("XVProfilerErros_Pgms_", rRegistro.dataHora));
+            CAmbienteXV::MontaPathDados(k_eModuloBase, rDiretorio, rEvento.pDono->GetEmpresa()),
+            NomeMensal("XVProfilerErros_Base_", rEvento.dataHora));
+    return rSistema.Junta(rDiretorio, NomeMensal("XVProfilerErros_Pgms_", rEvento.dataHora));
 }
 
 bool Anexa(const std::string& sCaminho, std::string_view sCabecalho, std::string_view sLinha) {

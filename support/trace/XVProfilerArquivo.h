@@ -10,7 +10,7 @@
 namespace XVProfilerArquivo {
 
 // Full path of the file that the record goes to; empty when the module directory is not known.
-std::string GetCaminho(const SConfiguracaoTrace& rConfiguracao, const SProfilerRegistro& rRegistro);
+std::string GetCaminho(const SConfiguracaoTrace& rConfiguracao, const SProfilerEvento& rEvento);
 
 // Appends one line (with its end), preceded by the header in an empty or new file, while other writers
 // are kept out. False: nothing was written. Thread rule: any thread of any process.

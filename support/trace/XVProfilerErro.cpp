@@ -34,18 +34,18 @@ namespace XVProfilerErro {
 void Grava(const SErroTrace& rErro, const std::string& sMensagem) {
     if (!Captura(rErro, sMensagem)) return;
     const auto pConfiguracao = XVProfilerConfig::GetAtual();
-    SProfilerRegistro registro(ETipoRegistro::eErro, rErro.pDono);
-    registro.uiMemoriaFim = registro.uiMemoriaInicio = XVAmbienteSO::GetMemoriaPrivadaProcesso();
-    registro.sClasseFuncao = rErro.sFuncao;
-    registro.sGuid = XVAmbienteSO::NovoGuid();
-    registro.sArquivoFonte = rErro.fonte.pszArquivo;
-    registro.iLinhaFonte = rErro.fonte.iLinha;
-    registro.listaParametros = {{"VersaoTelvo", Versoes().sExecutavel},
-                                {"VersaoSO", Versoes().sSistema},
-                                {"Arquivo", rErro.fonte.pszUnidade},
-                                {"Linha", std::to_string(rErro.iLinha)},
-                                {"Log", sMensagem}};
-    XVProfilerSaida::Escreve(*pConfiguracao, registro);
+    SProfilerEvento evento(ETipoEvento::eErro, rErro.pDono);
+    evento.uiMemoriaFim = evento.uiMemoriaInicio = XVAmbienteSO::GetMemoriaPrivadaProcesso();
+    evento.sClasseFuncao = rErro.sFuncao;
+    evento.sGuid = XVAmbienteSO::NovoGuid();
+    evento.sArquivoFonte = rErro.fonte.pszArquivo;
+    evento.iLinhaFonte = rErro.fonte.iLinha;
+    evento.listaParametros = {{"VersaoTelvo", Versoes().sExecutavel},
+                              {"VersaoSO", Versoes().sSistema},
+                              {"Arquivo", rErro.fonte.pszUnidade},
+                              {"Linha", std::to_string(rErro.iLinha)},
+                              {"Log", sMensagem}};
+    XVProfilerSaida::Escreve(*pConfiguracao, evento);
 }
 
 std::string NomeCompleto(std::string_view sClasse, std::string_view sFuncao) {

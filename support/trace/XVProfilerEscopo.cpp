@@ -24,9 +24,9 @@ std::string Valor(const SParametroTrace& rParametro) {
 }  // namespace
 
 // What the exit record repeats of the entry record.
-struct ProfilerScope::SRegistroEscopo {
-    SRegistroEscopo(const IXVDF_Profiler* pDono) : registro(ETipoRegistro::eEntrada, pDono) {}
-    SProfilerRegistro registro;
+struct ProfilerScope::SEventoEscopo {
+    SEventoEscopo(const IXVDF_Profiler* pDono) : evento(ETipoEvento::eEntrada, pDono) {}
+    SProfilerEvento evento;
 };
 
 void ProfilerScope::Entra(const IXVDF_Profiler* pDono, const char* pszClasse, const char* pszFuncao,
@@ -36,31 +36,31 @@ void ProfilerScope::Entra(const IXVDF_Profiler* pDono, const char* pszClasse, co
         if (!pConfiguracao->bEntrada && !pConfiguracao->bSaida) return;
         std::string sFuncao = XVProfilerErro::NomeCompleto(pszClasse, pszFuncao);
         if (!PassaFiltros(*pConfiguracao, sFuncao)) return;
-        auto pEscopo = std::make_unique<SRegistroEscopo>(pDono);
-        SProfilerRegistro& rRegistro = pEscopo->registro;
-        rRegistro.sClasseFuncao = std::move(sFuncao);
-        if (pConfiguracao->bEntrada && pConfiguracao->bSaida) rRegistro.sGuid = XVAmbienteSO::NovoGuid();
+        auto pEscopo = std::make_unique<SEventoEscopo>(pDono);
+        SProfilerEvento& rEvento = pEscopo->evento;
+        rEvento.sClasseFuncao = std::move(sFuncao);
+        if (pConfiguracao->bEntrada && pConfiguracao->bSaida) rEvento.sGuid = XVAmbienteSO::NovoGuid();
         for (const SParametroTrace& rParametro : listaParametros)
-            rRegistro.listaParametros.emplace_back(rParametro.pszNome, Valor(rParametro));
-        if (pConfiguracao->bPerformance) rRegistro.ulTicksInicio = XVPlataforma::Relogio().GetTicks();
-        if (pConfiguracao->bMemory) rRegistro.uiMemoriaInicio = XVAmbienteSO::GetMemoriaPrivadaProcesso();
-        rRegistro.ulTicksFim = rRegistro.ulTicksInicio;
-        rRegistro.uiMemoriaFim = rRegistro.uiMemoriaInicio;
-        if (pConfiguracao->bEntrada) XVProfilerSaida::Escreve(*pConfiguracao, rRegistro);
-        if (pConfiguracao->bSaida) m_pRegistro = pEscopo.release();
+            rEvento.listaParametros.emplace_back(rParametro.pszNome, Valor(rParametro));
+        if (pConfiguracao->bPerformance) rEvento.ulTicksInicio = XVPlataforma::Relogio().GetTicks();
+        if (pConfiguracao->bMemory) rEvento.uiMemoriaInicio = XVAmbienteSO::GetMemoriaPrivadaProcesso();
+        rEvento.ulTicksFim = rEvento.ulTicksInicio;
+        rEvento.uiMemoriaFim = rEvento.uiMemoriaInicio;
+        if (pConfiguracao->bEntrada) XVProfilerSaida::Escreve(*pConfiguracao, rEvento);
+        if (pConfiguracao->bSaida) m_pEvento = pEscopo.release();
     });
 }
 
 void ProfilerScope::Sai() noexcept {
-    const std::unique_ptr<SRegistroEscopo> pEscopo(std::exchange(m_pRegistro, nullptr));
+    const std::unique_ptr<SEventoEscopo> pEscopo(std::exchange(m_pEvento, nullptr));
     XVGravaSemFalhar([&] {
         const auto pConfiguracao = XVProfilerConfig::GetAtual();
-        SProfilerRegistro& rRegistro = pEscopo->registro;
-        if (!pConfiguracao->bSaida || !PassaFiltros(*pConfiguracao, rRegistro.sClasseFuncao)) return;
-        rRegistro.eTipo = ETipoRegistro::eSaida;
-        rRegistro.dataHora = XVPlataforma::Relogio().AgoraLocal();
-        if (pConfiguracao->bPerformance) rRegistro.ulTicksFim = XVPlataforma::Relogio().GetTicks();
-        if (pConfiguracao->bMemory) rRegistro.uiMemoriaFim = XVAmbienteSO::GetMemoriaPrivadaProcesso();
-        XVProfilerSaida::Escreve(*pConfiguracao, rRegistro);
+        SProfilerEvento& rEvento = pEscopo->evento;
+        if (!pConfiguracao->bSaida || !PassaFiltros(*pConfiguracao, rEvento.sClasseFuncao)) return;
+        rEvento.eTipo = ETipoEvento::eSaida;
+        rEvento.dataHora = XVPlataforma::Relogio().AgoraLocal();
+        if (pConfiguracao->bPerformance) rEvento.ulTicksFim = XVPlataforma::Relogio().GetTicks();
+        if (pConfiguracao->bMemory) rEvento.uiMemoriaFim = XVAmbienteSO::GetMemoriaPrivadaProcesso();
+        XVProfilerSaida::Escreve(*pConfiguracao, rEvento);
     });
 }

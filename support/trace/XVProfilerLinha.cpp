@@ -29,15 +29,15 @@ std::size_t ContaTabs(std::string_view sTexto) {
     return static_cast<std::size_t>(std::count(sTexto.begin(), sTexto.end(), '\t'));
 }
 
-const char* PalavraTipo(ETipoRegistro eTipo) {
+const char* PalavraTipo(ETipoEvento eTipo) {
     switch (eTipo) {
-        case ETipoRegistro::eEntrada:
+        case ETipoEvento::eEntrada:
             return "ENTROU";
-        case ETipoRegistro::eSaida:
+        case ETipoEvento::eSaida:
             return "SAIU";
-        case ETipoRegistro::eCriacaoObjeto:
+        case ETipoEvento::eCriacaoObjeto:
             return "COCREATE";
-        case ETipoRegistro::eErro:
+        case ETipoEvento::eErro:
             break;
     }
     return "ERRO";
@@ -105,14 +105,14 @@ class CLinha {
     bool m_bPrimeiro = true;
 };
 
-void CamposSessao(CLinha& rLinha, const SProfilerRegistro& rRegistro) {
+void CamposSessao(CLinha& rLinha, const SProfilerEvento& rEvento) {
     std::string sEmpresa = "E";
     unsigned uiUsuario = 0;
     unsigned uiSessao = 0;
-    if (rRegistro.pDono != nullptr) {
-        sEmpresa += rRegistro.pDono->GetEmpresa();
-        uiUsuario = rRegistro.pDono->GetUsuario();
-        uiSessao = rRegistro.pDono->GetNumeroSessao();
+    if (rEvento.pDono != nullptr) {
+        sEmpresa += rEvento.pDono->GetEmpresa();
+        uiUsuario = rEvento.pDono->GetUsuario();
+        uiSessao = rEvento.pDono->GetNumeroSessao();
     }
     const auto donos = [&] {
         rLinha.Campo(sEmpresa).CampoFormatado("U%03u", uiUsuario).CampoFormatado("S%08u", uiSessao);
@@ -122,60 +122,60 @@ void CamposSessao(CLinha& rLinha, const SProfilerRegistro& rRegistro) {
     donos();
 }
 
-void CamposFonte(CLinha& rLinha, const SProfilerRegistro& rRegistro) {
+void CamposFonte(CLinha& rLinha, const SProfilerEvento& rEvento) {
     for (std::size_t i = 0; i < k_uiVagasAntesDaFonte; ++i) rLinha.Campo({});
-    rLinha.Campo(rRegistro.sArquivoFonte);
-    rLinha.Campo(rRegistro.sArquivoFonte.empty() ? std::string() : std::to_string(rRegistro.iLinhaFonte));
+    rLinha.Campo(rEvento.sArquivoFonte);
+    rLinha.Campo(rEvento.sArquivoFonte.empty() ? std::string() : std::to_string(rEvento.iLinhaFonte));
     for (std::size_t i = 0; i < k_uiVagasDepoisDaFonte; ++i) rLinha.Campo({});
 }
 
-void CamposComuns(CLinha& rLinha, const SProfilerRegistro& rRegistro) {
-    const SDataHora& r = rRegistro.dataHora;
+void CamposComuns(CLinha& rLinha, const SProfilerEvento& rEvento) {
+    const SDataHora& r = rEvento.dataHora;
     rLinha.CampoFormatado("%02u/%02u/%04u", unsigned{r.ucDia}, unsigned{r.ucMes}, unsigned{r.usAno})
         .CampoFormatado("%02u:%02u:%02u", unsigned{r.ucHora}, unsigned{r.ucMinuto}, unsigned{r.ucSegundo})
-        .Campo(rRegistro.sProcesso)
-        .Campo(rRegistro.sUsuarioLocal)
-        .Campo(rRegistro.sClasseFuncao)
-        .Campo(rRegistro.sGuid);
-    CamposSessao(rLinha, rRegistro);
-    CamposFonte(rLinha, rRegistro);
+        .Campo(rEvento.sProcesso)
+        .Campo(rEvento.sUsuarioLocal)
+        .Campo(rEvento.sClasseFuncao)
+        .Campo(rEvento.sGuid);
+    CamposSessao(rLinha, rEvento);
+    CamposFonte(rLinha, rEvento);
     const XVAmbienteSO::SMemoriaMaquina memoria = XVAmbienteSO::GetMemoriaMaquina();
-    rLinha.Campo(PalavraTipo(rRegistro.eTipo))
+    rLinha.Campo(PalavraTipo(rEvento.eTipo))
         .CampoFormatado("%" PRIu64, memoria.uiDisponivel)
         .CampoFormatado("%" PRIu64, memoria.uiTotal)
-        .CampoFormatado("%" PRIu64, rRegistro.uiMemoriaFim);
+        .CampoFormatado("%" PRIu64, rEvento.uiMemoriaFim);
 }
 
 }  // namespace
 
-SProfilerRegistro::SProfilerRegistro(ETipoRegistro eTipoRegistro, const IXVDF_Profiler* pDonoRegistro)
-    : eTipo(eTipoRegistro),
-      pDono(pDonoRegistro),
+SProfilerEvento::SProfilerEvento(ETipoEvento eTipoEvento, const IXVDF_Profiler* pDonoEvento)
+    : eTipo(eTipoEvento),
+      pDono(pDonoEvento),
       dataHora(XVPlataforma::Relogio().AgoraLocal()),
       sProcesso(XVProfilerLinha::GetNomeProcesso()),
       sUsuarioLocal(XVProfilerLinha::GetUsuarioLocal()) {}
 
 namespace XVProfilerLinha {
 
-const std::string& GetCabecalho(ETipoRegistro eTipo) {
+const std::string& GetCabecalho(ETipoEvento eTipo) {
     const auto monta = [](std::string_view sMeio) {
         return new std::string(std::string(k_sCabecalhoComum).append(sMeio).append(k_sCabecalhoParametros));
     };
     // Never freed: records may be written while the process ends.
     static const std::string& s_rProfiler = *monta(k_sCabecalhoProfiler);
     static const std::string& s_rErro = *monta(k_sCabecalhoErro);
-    return eTipo == ETipoRegistro::eErro ? s_rErro : s_rProfiler;
+    return eTipo == ETipoEvento::eErro ? s_rErro : s_rProfiler;
 }
 
-std::string MontaLinha(const SProfilerRegistro& rRegistro) {
-    CLinha linha(ContaTabs(GetCabecalho(rRegistro.eTipo)) + 1);
-    CamposComuns(linha, rRegistro);
-    const auto& rLista = rRegistro.listaParametros;
+std::string MontaLinha(const SProfilerEvento& rEvento) {
+    CLinha linha(ContaTabs(GetCabecalho(rEvento.eTipo)) + 1);
+    CamposComuns(linha, rEvento);
+    const auto& rLista = rEvento.listaParametros;
     const std::size_t uiParametros = std::min(rLista.size(), k_uiMaximoParametros);
-    if (rRegistro.eTipo != ETipoRegistro::eErro) {
-        linha.CampoFormatado("%" PRIu32, rRegistro.ulTicksFim - rRegistro.ulTicksInicio)
+    if (rEvento.eTipo != ETipoEvento::eErro) {
+        linha.CampoFormatado("%" PRIu32, rEvento.ulTicksFim - rEvento.ulTicksInicio)
             .CampoFormatado("%" PRId64,
-                            static_cast<std::int64_t>(rRegistro.uiMemoriaFim - rRegistro.uiMemoriaInicio));
+                            static_cast<std::int64_t>(rEvento.uiMemoriaFim - rEvento.uiMemoriaInicio));
         for (std::size_t i = 0; i < uiParametros; ++i)
             linha.CampoParametro(rLista[i].first, rLista[i].second);
         return linha.Termina();

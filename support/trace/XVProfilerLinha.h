@@ -11,12 +11,12 @@
 #include "platform/XVTipos.h"
 #include "support/trace/IXVDF_Profiler.h"
 
-enum class ETipoRegistro : std::uint8_t { eEntrada = 0, eSaida = 1, eCriacaoObjeto = 2, eErro = 3 };
+enum class ETipoEvento : std::uint8_t { eEntrada = 0, eSaida = 1, eCriacaoObjeto = 2, eErro = 3 };
 
-struct SProfilerRegistro {
-    SProfilerRegistro(ETipoRegistro eTipoRegistro, const IXVDF_Profiler* pDonoRegistro);
+struct SProfilerEvento {
+    SProfilerEvento(ETipoEvento eTipoEvento, const IXVDF_Profiler* pDonoEvento);
 
-    ETipoRegistro eTipo;
+    ETipoEvento eTipo;
     const IXVDF_Profiler* pDono;  // may be null
     SDataHora dataHora;           // local, when the record was built
     std::string_view sProcesso;
@@ -35,11 +35,11 @@ struct SProfilerRegistro {
 namespace XVProfilerLinha {
 
 // The column names of the log that records of this kind go to, with the line's end.
-const std::string& GetCabecalho(ETipoRegistro eTipo);
+const std::string& GetCabecalho(ETipoEvento eTipo);
 
 // The record as one line, with the line's end. Tab, CR, LF and NUL inside a value become a blank; the
 // tabs of an error record's "Log" text separate it over the columns that follow.
-std::string MontaLinha(const SProfilerRegistro& rRegistro);
+std::string MontaLinha(const SProfilerEvento& rEvento);
 
 // Base name of the running program in lower case; local user of the process. Found once.
 const std::string& GetNomeProcesso();

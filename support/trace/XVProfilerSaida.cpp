@@ -8,10 +8,10 @@ constinit std::atomic<XVUInt64> g_uiPerdidos = 0;
 
 namespace XVProfilerSaida {
 
-void Escreve(const SConfiguracaoTrace& rConfiguracao, const SProfilerRegistro& rRegistro) {
-    const bool bEscrito = XVProfilerArquivo::Anexa(XVProfilerArquivo::GetCaminho(rConfiguracao, rRegistro),
-                                                   XVProfilerLinha::GetCabecalho(rRegistro.eTipo),
-                                                   XVProfilerLinha::MontaLinha(rRegistro));
+void Escreve(const SConfiguracaoTrace& rConfiguracao, const SProfilerEvento& rEvento) {
+    const bool bEscrito = XVProfilerArquivo::Anexa(XVProfilerArquivo::GetCaminho(rConfiguracao, rEvento),
+                                                   XVProfilerLinha::GetCabecalho(rEvento.eTipo),
+                                                   XVProfilerLinha::MontaLinha(rEvento));
     if (!bEscrito) g_uiPerdidos.fetch_add(1, std::memory_order_relaxed);
 }
 

@@ -5,7 +5,7 @@
 
 namespace XVProfilerSaida {
 
-void Escreve(const SConfiguracaoTrace& rConfiguracao, const SProfilerRegistro& rRegistro);
+void Escreve(const SConfiguracaoTrace& rConfiguracao, const SProfilerEvento& rEvento);
 XVUInt64 GetPerdidos();
 
 }  // namespace XVProfilerSaida

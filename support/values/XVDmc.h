@@ -21,7 +21,7 @@ struct REG_XVDMC {
     constexpr XVUInt GetPonteiro() const { return static_cast<XVUInt>(uiValor >> 14); }
     constexpr REG_XVDMA GetDma() const { return REG_XVDMA(static_cast<XVUInt>(uiValor >> 46)); }
     constexpr bool EhNulo() const { return (uiValor >> 14) == 0; }
-    // Null, or: bits 2-13 zero, a pointer above 0 and either no date (registry entries have none) or a day of
+    // Null, or: bits 2-13 zero, a pointer above 0 and either no date (master records have none) or a day of
     // the calendar.
     bool EhValido() const;
     // Valid and with a date: what may name an integration.

@@ -9,7 +9,7 @@
 #include "support/XVAmbiente.h"
 #include "support/codes/XVCodigos.h"
 #include "tests/client/XVPortaTeste.h"
-#include "tests/harness/XVDiretorioTeste.h"
+#include "tests/harness/XVDiretorioTemporario.h"
 #include "tests/harness/XVGuardasPlataforma.h"
 #include "tests/harness/XVRegistryFalso.h"
 #include "tests/harness/XVSistemaArquivosFalhas.h"
@@ -129,10 +129,10 @@ TEST(PortaLocal, RegistroDeInicializacaoSaiSeladoEDizQuemChama) {
 TEST(PortaLocal, FalhaAoFecharChegaAQuemDesconecta) {
     CXVSistemaArquivosMemoria arquivos;
     CXVSistemaArquivosFalhas falhas(arquivos);
-    CXVRegistryFalso registro;
-    registro.SetTexto(CAmbienteXV::GetChaveRegistry(XV_DF), "Path", "/dados");
+    CXVRegistryFalso registry;
+    registry.SetTexto(CAmbienteXV::GetChaveRegistry(XV_DF), "Path", "/dados");
     const CXVGuardaSistemaArquivos guardaSistema(falhas);
-    const CXVGuardaRegistry guardaRegistro(registro);
+    const CXVGuardaRegistry guardaRegistry(registry);
     XVCliente::CXVCliente cliente;
     ASSERT_EQ(cliente.ConectaLocal({.sEmpresa = "UM"}, {}), S_OK);
     REG_XVDMC regDmc;

@@ -3,7 +3,7 @@
 #include <filesystem>
 
 #include "platform/win32/XVTextoWindows.h"
-#include "tests/com/XVProcessoTeste.h"
+#include "tests/com/XVProcesso.h"
 
 namespace {
 

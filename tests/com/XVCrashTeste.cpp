@@ -6,7 +6,7 @@
 #include <iterator>
 
 #include "tests/com/XVAmbienteCom.h"
-#include "tests/com/XVProcessoTeste.h"
+#include "tests/com/XVProcesso.h"
 
 namespace {
 

@@ -11,7 +11,7 @@
 #include "contract/XVCR_BuffersPS.h"
 #include "support/values/XVCrc64.h"
 #include "tests/com/XVAmbienteCom.h"
-#include "tests/com/XVProcessoTeste.h"
+#include "tests/com/XVProcesso.h"
 
 namespace {
 

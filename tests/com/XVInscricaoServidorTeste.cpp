@@ -10,7 +10,7 @@
 #include "server/XVLinhaComando.h"
 #include "server/XVSegurancaCom.h"
 #include "tests/com/XVAmbienteCom.h"
-#include "tests/com/XVProcessoTeste.h"
+#include "tests/com/XVProcesso.h"
 #include "tests/harness/XVGuardasPlataforma.h"
 #include "tests/harness/XVRegistryFalso.h"
 
@@ -72,7 +72,7 @@ TEST(InscricaoServidor, IdaEVoltaNaMaquinaENoUsuarioEmQualquerGrafia) {
 
 // A server without its proxy library: the code says so, one line explains, and the registration that was
 // there before still stands.
-TEST(InscricaoServidor, PassoQueFalhaDaCodigoELinhaENaoEstragaORegistroAnterior) {
+TEST(InscricaoServidor, PassoQueFalhaDaCodigoELinhaENaoEstragaAInscricaoAnterior) {
     namespace fs = std::filesystem;
     const fs::path pasta = fs::path(XVAmbienteCom::DiretorioModulo()) / "servidor sem proxy";
     fs::create_directories(pasta);
@@ -112,12 +112,12 @@ TEST(InscricaoServidor, RecursoDeVersao) {
     EXPECT_STREQ(pszTexto, L"Componente de integrações");
 }
 
-TEST(SegurancaCom, NivelPelosDoisValoresDoRegistro) {
-    CXVRegistryFalso registro;
-    const CXVGuardaRegistry guarda(registro);
+TEST(SegurancaCom, NivelPelosDoisValoresDaRegistry) {
+    CXVRegistryFalso registry;
+    const CXVGuardaRegistry guarda(registry);
     EXPECT_EQ(XVNivelAutenticacaoDCOM(), static_cast<XVUInt>(RPC_C_AUTHN_LEVEL_PKT_PRIVACY));
-    registro.SetNumero(k_sChaveRegistroSuite, "DesabilitaEncriptacaoDCOM", 1);
+    registry.SetNumero(k_sChaveRegistrySuite, "DesabilitaEncriptacaoDCOM", 1);
     EXPECT_EQ(XVNivelAutenticacaoDCOM(), static_cast<XVUInt>(RPC_C_AUTHN_LEVEL_PKT_INTEGRITY));
-    registro.SetNumero(k_sChaveRegistroSuite, "DesabilitaAutenticacaoDCOM", 1);
+    registry.SetNumero(k_sChaveRegistrySuite, "DesabilitaAutenticacaoDCOM", 1);
     EXPECT_EQ(XVNivelAutenticacaoDCOM(), static_cast<XVUInt>(RPC_C_AUTHN_LEVEL_NONE));
 }

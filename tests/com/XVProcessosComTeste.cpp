@@ -6,7 +6,7 @@
 #include <iterator>
 
 #include "tests/com/XVAmbienteCom.h"
-#include "tests/com/XVProcessoTeste.h"
+#include "tests/com/XVProcesso.h"
 
 namespace {
 
@@ -56,14 +56,14 @@ class CClientePreso {
     bool m_bDentro = false;
 };
 
-class CValorDoRegistro {
+class CValorDaRegistry {
   public:
-    CValorDoRegistro(const wchar_t* pszValor, DWORD ulNumero) : m_pszValor(pszValor) {
+    CValorDaRegistry(const wchar_t* pszValor, DWORD ulNumero) : m_pszValor(pszValor) {
         GravaValor(pszValor, ulNumero);
     }
-    ~CValorDoRegistro() { ApagaValor(m_pszValor); }
-    CValorDoRegistro(const CValorDoRegistro&) = delete;
-    CValorDoRegistro& operator=(const CValorDoRegistro&) = delete;
+    ~CValorDaRegistry() { ApagaValor(m_pszValor); }
+    CValorDaRegistry(const CValorDaRegistry&) = delete;
+    CValorDaRegistry& operator=(const CValorDaRegistry&) = delete;
 
   private:
     const wchar_t* m_pszValor;
@@ -123,7 +123,7 @@ TEST(Processos, ServidorSaiComOUltimoClienteEVoltaComOProximo) {
 TEST(Processos, AtivadoSemClienteSaiEPelaMaoSoHaUm) {
     ASSERT_TRUE(XVProcessos::EsperaServidores(0, 20000));
     {
-        const CValorDoRegistro espera(L"EsperaPrimeiroCliente", 1);
+        const CValorDaRegistry espera(L"EsperaPrimeiroCliente", 1);
         EXPECT_EQ(XVProcessos::ExecutaServidor(L"-Embedding"), 0U);
     }
     CXVProcesso primeiro(XVProcessos::ProgramaServidor(), L"");
@@ -143,7 +143,7 @@ TEST(Processos, AtivadoSemClienteSaiEPelaMaoSoHaUm) {
 // others work on, and the server leaves when only the dead were left.
 TEST(Processos, ClientesMortosEntreChamadasENoMeioDeUma) {
     ASSERT_TRUE(XVProcessos::EsperaServidores(0, 20000));
-    const CValorDoRegistro inatividade(L"InatividadeMaximaComponente", 3);
+    const CValorDaRegistry inatividade(L"InatividadeMaximaComponente", 3);
     const std::string sEmpresa = NovaEmpresa();
     std::size_t uiAntes = 0;
     {

@@ -9,7 +9,7 @@
 
 #include "client/XVCliente.h"
 #include "tests/com/XVAmbienteCom.h"
-#include "tests/com/XVProcessoTeste.h"
+#include "tests/com/XVProcesso.h"
 
 namespace {
 

@@ -21,7 +21,7 @@ struct TXVBancoDesligado {
 class CXVCabecalhoDesligadoTeste : public CXVCenarioConversao {
   protected:
     CXVCabecalhoDesligadoTeste() {
-        m_Registro.SetNumero(k_sChaveRegistroSuite, "XVDataBase_DesabilitaCabecalho", 1);
+        m_registry.SetNumero(k_sChaveRegistrySuite, "XVDataBase_DesabilitaCabecalho", 1);
     }
     void Poe(const std::string& sNome, const std::string& sBytes) {
         m_Arquivos.CriaArquivo(PastaDados(sNome), sBytes);

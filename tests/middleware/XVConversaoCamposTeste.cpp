@@ -38,7 +38,7 @@ class CXVConversaoCamposTeste : public CXVCenarioConversao {
 TEST_F(CXVConversaoCamposTeste, PassosTresEQuatroLevamCadaCampoAoSeuLugarEDeixamOEnchimento) {
     for (const XVUInt ulOpcoes : {0U, 0xEFU, 0x10U, 0xFFU}) {
         const bool bFilial = (ulOpcoes & 0x10) != 0;  // the branch serves as the database's id
-        m_Registro.SetNumero(CAmbienteXV::GetChaveRegistry(k_eModuloBase), "AcessoServidores_1", ulOpcoes);
+        m_registry.SetNumero(CAmbienteXV::GetChaveRegistry(k_eModuloBase), "AcessoServidores_1", ulOpcoes);
         const std::string sAntigo = ComTipo(Padrao(80), 32, 12);
         const std::string sNovo =
             sAntigo.substr(0, 32) +

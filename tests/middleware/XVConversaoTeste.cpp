@@ -2,7 +2,7 @@
 
 #include "core/xvdatabase/XVDataBaseUtil.h"
 #include "middleware/BaseMiddleware.h"
-#include "tests/harness/XVDiretorioTeste.h"
+#include "tests/harness/XVDiretorioTemporario.h"
 #include "tests/harness/XVEmThreads.h"
 #include "tests/harness/XVSistemaArquivosFalhas.h"
 #include "tests/middleware/XVCenarioConversao.h"
@@ -184,9 +184,9 @@ TEST_F(CXVConversaoCasosTeste, SimulacaoNadaMudaEDizOQueAConversaoFaz) {
 
 TEST(CXVConversaoJuntosTeste, DuasJuntasConvertemUmaVez) {
     const CXVDiretorioTeste diretorio;
-    CXVRegistryFalso registro;
-    registro.SetTexto(CAmbienteXV::GetChaveRegistry(XV_DF), "Path", diretorio.GetCaminho());
-    const CXVGuardaRegistry guarda(registro);
+    CXVRegistryFalso registry;
+    registry.SetTexto(CAmbienteXV::GetChaveRegistry(XV_DF), "Path", diretorio.GetCaminho());
+    const CXVGuardaRegistry guarda(registry);
     const CXVFabricaBases fabrica(0, true);
     ASSERT_TRUE(XVPlataforma::SistemaArquivosNativo().CriaDiretorio(diretorio.Junta("MATRIZ/DF")).Ok());
     for (const auto& [sNome, sBytes] : fabrica.Cria(12, 20))

@@ -7,8 +7,8 @@
 class CXVMaquinaMorte {
   public:
     explicit CXVMaquinaMorte(const std::string& sDiretorio, XVUInt ulDurabilidade = 0) {
-        m_registro.SetTexto(CAmbienteXV::GetChaveRegistry(XV_DF), "Path", sDiretorio);
-        m_registro.SetNumero(CAmbienteXV::GetChaveRegistry(XV_DF), "Durabilidade", ulDurabilidade);
+        m_registry.SetTexto(CAmbienteXV::GetChaveRegistry(XV_DF), "Path", sDiretorio);
+        m_registry.SetNumero(CAmbienteXV::GetChaveRegistry(XV_DF), "Durabilidade", ulDurabilidade);
     }
     // Some scripts have texts that make a journal of any small size go round, and operations that do not fit
     // into it.
@@ -17,9 +17,9 @@ class CXVMaquinaMorte {
     }
 
   private:
-    CXVRegistryFalso m_registro;
+    CXVRegistryFalso m_registry;
     CXVRelogioFalso m_relogio;
-    CXVGuardaRegistry m_guardaRegistro{m_registro};
+    CXVGuardaRegistry m_guardaRegistry{m_registry};
     CXVGuardaRelogio m_guardaRelogio{m_relogio};
     CXVCapturaTrace m_captura;
 };

@@ -4,7 +4,7 @@
 #include <new>
 
 #include "middleware/ConversaoMiddleware.h"
-#include "tests/harness/XVDiretorioTeste.h"
+#include "tests/harness/XVDiretorioTemporario.h"
 #include "tests/middleware/XVCenarioLoja.h"
 #include "tests/middleware/XVFabricaBases.h"
 
@@ -38,16 +38,16 @@ namespace {
 
 class CXVMemoriaTeste : public testing::Test {
   protected:
-    CXVMemoriaTeste() : m_guardaRegistro(m_registro), m_guardaRelogio(m_relogio) {
-        m_registro.SetTexto(CAmbienteXV::GetChaveRegistry(XV_DF), "Path", m_diretorio.GetCaminho());
+    CXVMemoriaTeste() : m_guardaRegistry(m_registry), m_guardaRelogio(m_relogio) {
+        m_registry.SetTexto(CAmbienteXV::GetChaveRegistry(XV_DF), "Path", m_diretorio.GetCaminho());
         EXPECT_TRUE(XVPlataforma::SistemaArquivosNativo().CriaDiretorio(m_diretorio.Junta("MATRIZ/DF")).Ok());
     }
     static std::size_t ZeraPico() { return g_uiPico = g_uiVivos.load(); }
 
     CXVDiretorioTeste m_diretorio;
-    CXVRegistryFalso m_registro;
+    CXVRegistryFalso m_registry;
     CXVRelogioFalso m_relogio;
-    CXVGuardaRegistry m_guardaRegistro;
+    CXVGuardaRegistry m_guardaRegistry;
     CXVGuardaRelogio m_guardaRelogio;
     CXVDonoFixo m_dono{"MATRIZ"};
 };

@@ -11,7 +11,7 @@
 #include <random>
 
 #include "platform/XVPlataforma.h"
-#include "tests/harness/XVDiretorioTeste.h"
+#include "tests/harness/XVDiretorioTemporario.h"
 #include "tests/harness/XVProcessoFilho.h"
 #include "tests/middleware/XVMaquinaMorte.h"
 

@@ -29,18 +29,18 @@ struct SCorte {
 class CXVAmbienteQueda {
   public:
     explicit CXVAmbienteQueda(EDurabilidade eDurabilidade)
-        : m_guardaRelogio(m_relogio), m_guardaRegistro(m_registro) {
+        : m_guardaRelogio(m_relogio), m_guardaRegistry(m_registry) {
         const std::string sChave = CAmbienteXV::GetChaveRegistry(XV_DF);
-        m_registro.SetTexto(sChave, "Path", "/telvo");
-        m_registro.SetNumero(sChave, "Durabilidade", static_cast<XVUInt>(eDurabilidade));
+        m_registry.SetTexto(sChave, "Path", "/telvo");
+        m_registry.SetNumero(sChave, "Durabilidade", static_cast<XVUInt>(eDurabilidade));
     }
     CXVRelogioFalso& GetRelogio() { return m_relogio; }
 
   private:
     CXVRelogioFalso m_relogio;
-    CXVRegistryFalso m_registro;
+    CXVRegistryFalso m_registry;
     CXVGuardaRelogio m_guardaRelogio;
-    CXVGuardaRegistry m_guardaRegistro;
+    CXVGuardaRegistry m_guardaRegistry;
     CXVCapturaTrace m_captura;  // refusals are expected
 };
 

@@ -22,7 +22,7 @@ class CXVQuedaGrupo : public CXVCenarioLoja {
     static constexpr auto k_esperaMaxima = std::chrono::seconds(5);  // met only where callers do not share
 
     CXVQuedaGrupo() {
-        m_Registro.SetNumero(CAmbienteXV::GetChaveRegistry(XV_DF), "Durabilidade", 1);
+        m_registry.SetNumero(CAmbienteXV::GetChaveRegistry(XV_DF), "Durabilidade", 1);
         m_inicial = m_Arquivos.Retrata();
     }
 

@@ -83,10 +83,10 @@ std::string SemComputador(std::string sBytes, const std::string& sNome) {
 }  // namespace
 
 std::string XVExecutaRoteiro(const std::string& sDiretorio) {
-    CXVRegistryFalso registro;
-    registro.SetTexto(CAmbienteXV::GetChaveRegistry(XV_DF), "Path", sDiretorio);
+    CXVRegistryFalso registry;
+    registry.SetTexto(CAmbienteXV::GetChaveRegistry(XV_DF), "Path", sDiretorio);
     CXVRelogioFalso relogio;
-    const CXVGuardaRegistry guardaRegistro(registro);
+    const CXVGuardaRegistry guardaRegistry(registry);
     const CXVGuardaRelogio guardaRelogio(relogio);
     {
         const CXVCapturaTrace captura;  // the error log names the process

@@ -5,7 +5,7 @@
 #include <fstream>
 #include <sstream>
 
-#include "tests/harness/XVDiretorioTeste.h"
+#include "tests/harness/XVDiretorioTemporario.h"
 #include "tests/harness/XVProcessoFilho.h"
 #include "tests/middleware/XVRoteiro.h"
 

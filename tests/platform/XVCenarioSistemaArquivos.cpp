@@ -4,7 +4,7 @@
 #include <stdexcept>
 
 #include "platform/XVPlataforma.h"
-#include "tests/harness/XVDiretorioTeste.h"
+#include "tests/harness/XVDiretorioTemporario.h"
 #include "tests/harness/XVSistemaArquivosEnvolto.h"
 #include "tests/harness/XVSistemaArquivosMemoria.h"
 

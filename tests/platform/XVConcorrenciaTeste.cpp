@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "platform/XVPlataforma.h"
-#include "tests/harness/XVDiretorioTeste.h"
+#include "tests/harness/XVDiretorioTemporario.h"
 #include "tests/harness/XVEmThreads.h"
 
 namespace {

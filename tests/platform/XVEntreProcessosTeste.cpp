@@ -4,7 +4,7 @@
 #include <algorithm>
 
 #include "platform/XVPlataforma.h"
-#include "tests/harness/XVDiretorioTeste.h"
+#include "tests/harness/XVDiretorioTemporario.h"
 #include "tests/harness/XVProcessoFilho.h"
 
 namespace {

@@ -4,7 +4,7 @@
 
 #include "platform/XVRegistryArquivo.h"
 #include "platform/XVRegistryTexto.h"
-#include "tests/harness/XVDiretorioTeste.h"
+#include "tests/harness/XVDiretorioTemporario.h"
 
 namespace {
 
@@ -53,17 +53,17 @@ TEST(CXVRegistryTextoTeste, SaltaLinhasMalformadas) {
 
 TEST(CXVRegistryArquivoTeste, SegueOArquivoQueAVariavelNomeia) {
     const CXVDiretorioTeste diretorio;
-    CXVRegistryArquivo registro;
+    CXVRegistryArquivo registry;
     SetVariavel(diretorio.Junta("registro"));
     EXPECT_TRUE(CXVRegistryArquivo::EstaConfigurado());
-    EXPECT_EQ(registro.LeNumero("K", "V"), std::nullopt);
+    EXPECT_EQ(registry.LeNumero("K", "V"), std::nullopt);
     diretorio.CriaArquivo("registro", "[K]\nV = 1\n");
-    EXPECT_EQ(registro.LeNumero("K", "V"), 1U);
+    EXPECT_EQ(registry.LeNumero("K", "V"), 1U);
     diretorio.CriaArquivo("registro", "[K]\nV = 22\n");
-    EXPECT_EQ(registro.LeNumero("K", "V"), 22U);
+    EXPECT_EQ(registry.LeNumero("K", "V"), 22U);
     diretorio.CriaArquivo("outro", "[K]\nV = 33\n");
     SetVariavel(diretorio.Junta("outro"));
-    EXPECT_EQ(registro.LeNumero("K", "V"), 33U);
+    EXPECT_EQ(registry.LeNumero("K", "V"), 33U);
     SetVariavel(diretorio.GetCaminho());
-    EXPECT_EQ(registro.LeNumero("K", "V"), std::nullopt) << "a directory holds no values";
+    EXPECT_EQ(registry.LeNumero("K", "V"), std::nullopt) << "a directory holds no values";
 }

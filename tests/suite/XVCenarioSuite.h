@@ -30,8 +30,8 @@ class CXVDonoFixo final : public IXVDF_Profiler {
 class CXVCenarioSuite : public ::testing::Test {
   protected:
     CXVCenarioSuite()
-        : m_GuardaArquivos(m_Arquivos), m_GuardaRelogio(m_Relogio), m_GuardaRegistro(m_Registro) {
-        m_Registro.SetTexto(CAmbienteXV::GetChaveRegistry(XV_DF), "Path", "/telvo");
+        : m_GuardaArquivos(m_Arquivos), m_GuardaRelogio(m_Relogio), m_guardaRegistry(m_registry) {
+        m_registry.SetTexto(CAmbienteXV::GetChaveRegistry(XV_DF), "Path", "/telvo");
         EXPECT_TRUE(m_Arquivos.CriaDiretorio(PastaDados()).Ok());
     }
 
@@ -50,9 +50,9 @@ class CXVCenarioSuite : public ::testing::Test {
 
     CXVSistemaArquivosMemoria m_Arquivos;
     CXVRelogioFalso m_Relogio;
-    CXVRegistryFalso m_Registro;
+    CXVRegistryFalso m_registry;
     CXVGuardaSistemaArquivos m_GuardaArquivos;
     CXVGuardaRelogio m_GuardaRelogio;
-    CXVGuardaRegistry m_GuardaRegistro;
+    CXVGuardaRegistry m_guardaRegistry;
     CXVDonoFixo m_Dono{"MATRIZ"};
 };

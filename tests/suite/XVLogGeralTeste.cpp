@@ -3,7 +3,7 @@
 #include <vector>
 
 #include "support/codes/XVCodigos.h"
-#include "tests/harness/XVDiretorioTeste.h"
+#include "tests/harness/XVDiretorioTemporario.h"
 #include "tests/harness/XVEmThreads.h"
 #include "tests/harness/XVSistemaArquivosFalhas.h"
 #include "tests/suite/XVCenarioSuite.h"
@@ -93,9 +93,9 @@ TEST_F(LogGeralTeste, CadaFalhaDoDiscoVoltaComoCodigoEALinhaSeguinteEntraInteira
 
 TEST(LogGeralDiscoTeste, MuitasThreadsEObjetosNaoMisturamLinhasNemRepetemOCabecalho) {
     const CXVDiretorioTeste diretorio;
-    CXVRegistryFalso registro;
-    registro.SetTexto(CAmbienteXV::GetChaveRegistry(XV_DF), "Path", diretorio.GetCaminho());
-    const CXVGuardaRegistry guarda(registro);
+    CXVRegistryFalso registry;
+    registry.SetTexto(CAmbienteXV::GetChaveRegistry(XV_DF), "Path", diretorio.GetCaminho());
+    const CXVGuardaRegistry guarda(registry);
     const CXVDonoFixo dono("MATRIZ");
     std::string sDados;
     ASSERT_EQ(CAmbienteXV::GetPathDados(XV_DF, "MATRIZ", &sDados), S_OK);

@@ -3,7 +3,7 @@
 
 #include "suite/XVMiddlewareFacade.h"
 #include "support/trace/XVCapturaTrace.h"
-#include "tests/harness/XVDiretorioTeste.h"
+#include "tests/harness/XVDiretorioTemporario.h"
 #include "tests/harness/XVEmThreads.h"
 #include "tests/suite/XVCenarioSuite.h"
 
@@ -122,9 +122,9 @@ TEST_F(SimulacaoTrocaTeste, ListaEConsultadaEmOrdemAteAPrimeiraFalha) {
 
 TEST(SimulacaoDiscoTeste, ChavesDeMuitasThreadsNaoSeRepetemNemFaltam) {
     const CXVDiretorioTeste diretorio;
-    CXVRegistryFalso registro;
-    registro.SetTexto(CAmbienteXV::GetChaveRegistry(XV_DF), "Path", diretorio.GetCaminho());
-    const CXVGuardaRegistry guarda(registro);
+    CXVRegistryFalso registry;
+    registry.SetTexto(CAmbienteXV::GetChaveRegistry(XV_DF), "Path", diretorio.GetCaminho());
+    const CXVGuardaRegistry guarda(registry);
     const CXVDonoFixo dono("MATRIZ");
     constexpr int k_iThreads = 4;
     constexpr int k_iEnvios = 10;

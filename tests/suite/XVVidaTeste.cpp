@@ -105,11 +105,11 @@ TEST_F(VidaTeste, ConfiguracaoDosServidoresVemDoRegistro) {
     const std::string sChave = CAmbienteXV::GetChaveRegistry(k_eModuloBase);
     EXPECT_FALSE(base.UsaFilialComoBaseDadosTerceiro());
     EXPECT_EQ(CXVBaseParaRotinas::GetAcessoServidoresDefault(), "");
-    m_Registro.SetNumero(sChave, "AcessoServidores_1", 0xEF);
+    m_registry.SetNumero(sChave, "AcessoServidores_1", 0xEF);
     EXPECT_FALSE(base.UsaFilialComoBaseDadosTerceiro());
-    m_Registro.SetNumero(sChave, "AcessoServidores_1", 0x10);
+    m_registry.SetNumero(sChave, "AcessoServidores_1", 0x10);
     EXPECT_TRUE(base.UsaFilialComoBaseDadosTerceiro());
-    m_Registro.SetTexto(sChave, "AcessoServidoresDefault", "SERVIDOR");
+    m_registry.SetTexto(sChave, "AcessoServidoresDefault", "SERVIDOR");
     EXPECT_EQ(CXVBaseParaRotinas::GetAcessoServidoresDefault(), "SERVIDOR");
 }
 

@@ -35,7 +35,7 @@ class CDonoTeste : public IXVDF_Profiler {
 class CXVBancadaTrace {
   public:
     CXVBancadaTrace() {
-        m_registro.SetTexto(CAmbienteXV::GetChaveRegistry(XV_DF), "Path", "/xv/");
+        m_registry.SetTexto(CAmbienteXV::GetChaveRegistry(XV_DF), "Path", "/xv/");
         m_sistema.CriaDiretorio("/xv/ACME/DF").Ignora();
         m_relogio.SetUTC({2023, 7, 4, 15, 30, 9});
         XVProfiler::RecarregaConfiguracao();
@@ -72,12 +72,12 @@ class CXVBancadaTrace {
 
     CXVSistemaArquivosMemoria m_sistema;
     CXVRelogioFalso m_relogio;
-    CXVRegistryFalso m_registro;
+    CXVRegistryFalso m_registry;
 
   private:
     CXVGuardaSistemaArquivos m_guardaSistema{m_sistema};
     CXVGuardaRelogio m_guardaRelogio{m_relogio};
-    CXVGuardaRegistry m_guardaRegistro{m_registro};
+    CXVGuardaRegistry m_guardaRegistry{m_registry};
 };
 
 inline constexpr const char* k_pszLogBase = "/xv/ACME/DF/XVProfilerErros_Base_202307.log";

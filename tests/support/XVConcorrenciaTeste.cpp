@@ -9,14 +9,14 @@
 
 #include "platform/XVAmbienteSO.h"
 #include "platform/XVPlataforma.h"
-#include "tests/harness/XVDiretorioTeste.h"
+#include "tests/harness/XVDiretorioTemporario.h"
 #include "tests/support/XVBancadaTrace.h"
 
 namespace {
 
 constexpr int k_iProcessos = 4;
 constexpr int k_iThreads = 8;
-constexpr int k_iRegistros = 25;
+constexpr int k_iLinhas = 25;
 constexpr std::size_t k_uiColunasErro = 39;
 constexpr std::size_t k_uiColunaArquivoFonte = 16;
 constexpr std::size_t k_uiColunaLog = 29;
@@ -27,7 +27,7 @@ std::string Comando(const CXVDiretorioTeste& rDiretorio, int iProcesso) {
         rSistema.Junta(XVAmbienteSO::GetDiretorioExecutavel(), XV_PROGRAMA_ESCRITOR);
     const std::string sProcesso = "p" + std::to_string(iProcesso);
     return sPrograma + " " + rDiretorio.GetCaminho() + " " + sProcesso + " " + std::to_string(k_iThreads) +
-           " " + std::to_string(k_iRegistros) + " > " + rDiretorio.Junta(sProcesso + ".txt");
+           " " + std::to_string(k_iLinhas) + " > " + rDiretorio.Junta(sProcesso + ".txt");
 }
 
 }  // namespace
@@ -66,7 +66,7 @@ TEST(Concorrencia, NenhumaLinhaCortadaNenhumaPerdidaUmCabecalho) {
         }
         uiLinhas += linhas.size() - 1;
     }
-    EXPECT_EQ(uiLinhas + uiPerdidos, std::size_t{k_iProcessos * k_iThreads * k_iRegistros});
+    EXPECT_EQ(uiLinhas + uiPerdidos, std::size_t{k_iProcessos * k_iThreads * k_iLinhas});
     EXPECT_EQ(expressoes.size(), uiLinhas);  // each record stands once
     // Records are lost only when a process meets the open file nineteen times in a row.
     EXPECT_LE(uiPerdidos, uiLinhas / 20);

@@ -13,18 +13,18 @@
 
 int main(int iArgumentos, char** apszArgumentos) {
     if (iArgumentos != 5) return 2;
-    CXVRegistryFalso registro;
-    registro.SetTexto(CAmbienteXV::GetChaveRegistry(XV_DF), "Path", apszArgumentos[1]);
-    const CXVGuardaRegistry guarda(registro);
+    CXVRegistryFalso registry;
+    registry.SetTexto(CAmbienteXV::GetChaveRegistry(XV_DF), "Path", apszArgumentos[1]);
+    const CXVGuardaRegistry guarda(registry);
     const std::string sNome = apszArgumentos[2];
-    const int iRegistros = std::atoi(apszArgumentos[4]);
+    const int iLinhas = std::atoi(apszArgumentos[4]);
     XVEmThreads(static_cast<unsigned>(std::atoi(apszArgumentos[3])), [&](unsigned iThread) {
-        for (int i = 0; i < iRegistros; ++i) {
+        for (int i = 0; i < iLinhas; ++i) {
             const std::string sExpressao = sNome + '/' + std::to_string(iThread) + '/' + std::to_string(i);
             CheckHr(E_FAIL, sExpressao.c_str(), "CEscreve::Escreve", "tests/support/XVEscreveTrace", i,
                     nullptr);
         }
     });
-    std::printf("%llu\n", static_cast<unsigned long long>(XVProfiler::GetRegistrosPerdidos()));
+    std::printf("%llu\n", static_cast<unsigned long long>(XVProfiler::GetLinhasPerdidas()));
     return 0;
 }

@@ -102,7 +102,7 @@ TEST(Ambiente, EmpresaNuncaSaiDoDiretorio) {
     EXPECT_FALSE(CAmbienteXV::EhEmpresaValida(std::string_view("A\0B", 3)));
 }
 
-TEST(Ambiente, DiretoriosVemDoRegistro) {
+TEST(Ambiente, DiretoriosVemDaRegistry) {
     CXVBancadaTrace bancada;
     std::string sDiretorio;
     ASSERT_EQ(CAmbienteXV::GetPathDados(XV_DF, "ACME", &sDiretorio), S_OK);
@@ -112,14 +112,14 @@ TEST(Ambiente, DiretoriosVemDoRegistro) {
     EXPECT_EQ(CAmbienteXV::GetPathDados(XV_DF, "../x", &sDiretorio), E_INVALIDARG);
     EXPECT_EQ(sDiretorio, "");
 
-    bancada.m_registro.SetTexto(CAmbienteXV::GetChaveRegistry(XV_DF), "Path_x64", "/xv64\\");
+    bancada.m_registry.SetTexto(CAmbienteXV::GetChaveRegistry(XV_DF), "Path_x64", "/xv64\\");
     ASSERT_EQ(CAmbienteXV::GetDiretorioModulo(XV_DF, &sDiretorio), S_OK);
     EXPECT_EQ(sDiretorio, "/xv");
 
-    bancada.m_registro.Remove(CAmbienteXV::GetChaveRegistry(XV_DF), "Path");
+    bancada.m_registry.Remove(CAmbienteXV::GetChaveRegistry(XV_DF), "Path");
     ASSERT_EQ(CAmbienteXV::GetDiretorioModulo(XV_DF, &sDiretorio), S_OK);
     EXPECT_EQ(sDiretorio, "/xv64");
-    bancada.m_registro.SetTexto(CAmbienteXV::GetChaveRegistry(XV_DF), "Path_x64", "");
+    bancada.m_registry.SetTexto(CAmbienteXV::GetChaveRegistry(XV_DF), "Path_x64", "");
     EXPECT_EQ(CAmbienteXV::GetDiretorioModulo(XV_DF, &sDiretorio), eBadPath);
     EXPECT_EQ(sDiretorio, "");
 }

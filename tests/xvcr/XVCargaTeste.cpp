@@ -16,7 +16,7 @@ using testing::HasSubstr;
 class Carga : public testing::Test {
   protected:
     Carga() {
-        m_Registro.SetTexto(CAmbienteXV::GetChaveRegistry(XV_DF), "Path", "/dados");
+        m_registry.SetTexto(CAmbienteXV::GetChaveRegistry(XV_DF), "Path", "/dados");
         EXPECT_EQ(m_Cliente.ConectaLocal({.sEmpresa = "001"}, {}), S_OK);
     }
 
@@ -32,9 +32,9 @@ class Carga : public testing::Test {
     }
 
     CXVSistemaArquivosMemoria m_Arquivos;
-    CXVRegistryFalso m_Registro;
+    CXVRegistryFalso m_registry;
     CXVGuardaSistemaArquivos m_GuardaSistema{m_Arquivos};
-    CXVGuardaRegistry m_GuardaRegistro{m_Registro};
+    CXVGuardaRegistry m_guardaRegistry{m_registry};
     XVCliente::CXVCliente m_Cliente;
     CXVCarga m_Carga{m_Cliente};
 };

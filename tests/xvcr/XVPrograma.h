@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "tests/harness/XVDiretorioTeste.h"
+#include "tests/harness/XVDiretorioTemporario.h"
 #include "tests/harness/XVExecucao.h"
 
 class XVPrograma : public testing::Test {

@@ -2,7 +2,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "tests/harness/XVDiretorioTeste.h"
+#include "tests/harness/XVDiretorioTemporario.h"
 #include "tools/xvcr/XVAplicacao.h"
 #include "tools/xvcr/commands/XVOpcoes.h"
 
@@ -55,7 +55,7 @@ TEST(Uso, ValoresImpossiveisDizemOQueSeEspera) {
     EsperaErroDeUso({"grava", "--dmc", "1-2-3"}, "--dmc: esperado um DMC");
     EsperaErroDeUso({"grava", "--chave", "18446744073709551616"}, "--chave: número acima do limite");
     EsperaErroDeUso({"--usuario", "65535", "busca"}, "--usuario: o usuário vai de 0 a 65534");
-    EsperaErroDeUso({"--usuario", "65536", "busca"}, "--usuario: número acima do limite de 65535");
+    EsperaErroDeUso({"--usuario", "65536", "busca"}, "--usuario: o usuário vai de 0 a 65534");
     EsperaErroDeUso({"grava", "--chave", "[1]"}, "--chave: esperado um número");
     EsperaErroDeUso({"grava", "--chave="}, "--chave: esperado um número");
 }

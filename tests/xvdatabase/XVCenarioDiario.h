@@ -29,7 +29,7 @@ class CXVCenarioDiario : public CXVCenarioBanco {
     ~CXVCenarioDiario() override { CXVDiarioAnel::SetTamanhoAnel(k_uiAnelUsual); }
 
     void SetDurabilidade(XVUInt ulValor) {
-        m_Registro.SetNumero(CAmbienteXV::GetChaveRegistry(XV_DF), "Durabilidade", ulValor);
+        m_registry.SetNumero(CAmbienteXV::GetChaveRegistry(XV_DF), "Durabilidade", ulValor);
     }
     HRESULT AbreDiario(CXVDiario& rDiario) { return rDiario.Abre(&m_Dono, XV_DF, PastaDados()); }
     std::string LeDiario() const { return Le(k_pszNomeDiario); }

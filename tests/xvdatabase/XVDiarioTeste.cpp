@@ -97,7 +97,7 @@ TEST_F(Diario, DurabilidadeDizQuantasDescargasUmaOperacaoCusta) {
     } aCasos[] = {
         {std::nullopt, 0, false}, {0, 0, false}, {1, 1, false}, {2, 1, true}, {0xFFFFFFFF, 1, true}};
     for (const auto& rCaso : aCasos) {
-        m_Registro.Remove(CAmbienteXV::GetChaveRegistry(XV_DF), "Durabilidade");
+        m_registry.Remove(CAmbienteXV::GetChaveRegistry(XV_DF), "Durabilidade");
         if (rCaso.ulValor) SetDurabilidade(*rCaso.ulValor);
         SCOPED_TRACE(rCaso.ulValor.value_or(99));
         const CXVCapturaTrace captura;

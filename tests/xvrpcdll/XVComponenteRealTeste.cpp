@@ -15,7 +15,7 @@ namespace {
 
 class CComponenteReal : public ::testing::Test {
   protected:
-    CComponenteReal() { m_registro.SetTexto(CAmbienteXV::GetChaveRegistry(XV_DF), "Path", "/dados"); }
+    CComponenteReal() { m_registry.SetTexto(CAmbienteXV::GetChaveRegistry(XV_DF), "Path", "/dados"); }
 
     static HRESULT Inicializa(IXVCR_Middleware& rComponente, const char* pszEmpresa, XVUInt ulUsuario) {
         REG_DF_INICIALIZAPS reg = RegistroValido();
@@ -56,9 +56,9 @@ class CComponenteReal : public ::testing::Test {
     }
 
     CXVSistemaArquivosMemoria m_sistema;
-    CXVRegistryFalso m_registro;
+    CXVRegistryFalso m_registry;
     CXVGuardaSistemaArquivos m_guardaSistema{m_sistema};
-    CXVGuardaRegistry m_guardaRegistro{m_registro};
+    CXVGuardaRegistry m_guardaRegistry{m_registry};
     CXVCapturaTrace m_captura;
 
     void TearDown() override {
@@ -110,7 +110,7 @@ TEST_F(CComponenteReal, InicializarDeNovoTrocaDeEmpresaEFechaAAnterior) {
 }
 
 TEST_F(CComponenteReal, DiretorioQueFaltaNaoDeixaNadaAberto) {
-    m_registro.Remove(CAmbienteXV::GetChaveRegistry(XV_DF), "Path");
+    m_registry.Remove(CAmbienteXV::GetChaveRegistry(XV_DF), "Path");
     const CReferencia<CXVCR_Middleware> p;
     EXPECT_EQ(Inicializa(*p, "UM", 11), eBadPath);
     EXPECT_EQ(m_sistema.GetQuantidadeAberta(), 0U);

@@ -14,8 +14,8 @@ namespace {
 
 class CInicializacao : public ::testing::Test {
   protected:
-    CXVRegistryFalso m_registro;
-    CXVGuardaRegistry m_guarda{m_registro};
+    CXVRegistryFalso m_registry;
+    CXVGuardaRegistry m_guarda{m_registry};
     SControleLogica m_controle;
     CXVCapturaTrace m_captura;
 
@@ -27,7 +27,7 @@ class CInicializacao : public ::testing::Test {
         return reg;
     }
     void DesligaControle() {
-        m_registro.SetNumero(k_sChaveRegistroSuite, "DesabilitaControleInicializacao", 1);
+        m_registry.SetNumero(k_sChaveRegistrySuite, "DesabilitaControleInicializacao", 1);
     }
 };
 
@@ -139,8 +139,8 @@ TEST_F(CInicializacao, RegistroDoSistemaQueLancaViraCodigo) {
     const REG_DF_INICIALIZAPS reg = RegistroValido();
     const CReferencia<CComponenteFalso> p;
     {
-        CRegistroSemMemoria registro;
-        const CXVGuardaRegistry guarda(registro);
+        CRegistroSemMemoria registry;
+        const CXVGuardaRegistry guarda(registry);
         EXPECT_EQ(p->Inicializa_Padrao(&reg), E_XV_BAD_ALLOC);
     }
     EXPECT_TRUE(TudoZero(p->GetRegistroInicializacao()));

@@ -16,8 +16,8 @@ namespace {
 
 class CQuadro : public ::testing::Test {
   protected:
-    CXVRegistryFalso m_registro;
-    CXVGuardaRegistry m_guarda{m_registro};
+    CXVRegistryFalso m_registry;
+    CXVGuardaRegistry m_guarda{m_registry};
     SControleLogica m_controle;
     CXVCapturaTrace m_captura;
     CReferencia<CComponenteFalso> m_p;

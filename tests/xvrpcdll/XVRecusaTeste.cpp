@@ -41,7 +41,7 @@ class Recusa : public testing::Test {
     };
 
     Recusa() {
-        m_Registro.SetTexto(CAmbienteXV::GetChaveRegistry(XV_DF), "Path", "/dados");
+        m_registry.SetTexto(CAmbienteXV::GetChaveRegistry(XV_DF), "Path", "/dados");
         XVCliente::CXVCliente cliente;
         CXVDadosCR_IntegracaoMiddleware dados;
         dados.sRegistroJSON = "{}";
@@ -188,10 +188,10 @@ class Recusa : public testing::Test {
 
     CXVSistemaArquivosMemoria m_Arquivos;
     CXVSistemaArquivosFalhas m_Falhas{m_Arquivos};
-    CXVRegistryFalso m_Registro;
+    CXVRegistryFalso m_registry;
     CXVRelogioFalso m_Relogio;
     CXVGuardaSistemaArquivos m_GuardaSistema{m_Falhas};
-    CXVGuardaRegistry m_GuardaRegistro{m_Registro};
+    CXVGuardaRegistry m_guardaRegistry{m_registry};
     CXVGuardaRelogio m_GuardaRelogio{m_Relogio};
     const XVCliente::SIdentificacao m_Identificacao{.sEmpresa = "UM", .usUsuario = 7};
     REG_XVDMC m_Dmc;

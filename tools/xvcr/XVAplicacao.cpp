@@ -32,7 +32,8 @@ void AdicionaOpcoesGlobais(CLI::App& rRaiz, CXVContexto& rContexto) {
             [&rContexto](std::string_view s) {
                 XVUShort usUsuario = 0;
                 std::string sErro = XVLeituraValor::Le(s, &usUsuario);
-                if (sErro.empty() && usUsuario > k_usMaiorUsuario) sErro = "o usuário vai de 0 a 65534";
+                if (sErro.empty() ? usUsuario > k_usMaiorUsuario : sErro.starts_with("número acima"))
+                    sErro = "o usuário vai de 0 a 65534";
                 if (sErro.empty()) rContexto.identificacao.usUsuario = usUsuario;
                 return sErro;
             });

@@ -5,7 +5,7 @@
 
 #include <stdexcept>
 
-#include "tests/harness/XVDiretorioTeste.h"
+#include "tests/harness/XVDiretorioTemporario.h"
 #include "tests/harness/XVExecucao.h"
 
 SExecucao XVExecuta(const std::string& sPrograma, const std::vector<std::string>& listaArgumentos,

@@ -3,7 +3,7 @@
 #include <stdexcept>
 
 #include "platform/win32/XVTextoWindows.h"
-#include "tests/harness/XVDiretorioTeste.h"
+#include "tests/harness/XVDiretorioTemporario.h"
 #include "tests/harness/XVExecucao.h"
 
 namespace {

@@ -6,7 +6,7 @@
 
 #include "core/xvdatabase/XVDiarioFormato.h"
 #include "platform/XVPlataforma.h"
-#include "tests/harness/XVDiretorioTeste.h"
+#include "tests/harness/XVDiretorioTemporario.h"
 #include "tests/middleware/XVCenarioLoja.h"
 #include "tests/platform/posix/XVChamadas.h"
 
@@ -18,8 +18,8 @@ class CXVChamadasDiario : public testing::Test {
     static constexpr std::size_t k_uiArquivos = 5;  // index, record and three texts: payload and header each
 
     TLoja Abre(XVUInt ulDurabilidade) {
-        m_Registro.SetTexto(CAmbienteXV::GetChaveRegistry(XV_DF), "Path", m_diretorio.GetCaminho());
-        m_Registro.SetNumero(CAmbienteXV::GetChaveRegistry(XV_DF), "Durabilidade", ulDurabilidade);
+        m_registry.SetTexto(CAmbienteXV::GetChaveRegistry(XV_DF), "Path", m_diretorio.GetCaminho());
+        m_registry.SetNumero(CAmbienteXV::GetChaveRegistry(XV_DF), "Durabilidade", ulDurabilidade);
         auto pLoja = std::make_unique<CBaseMiddleware>();
         EXPECT_EQ(pLoja->Inicializa(&m_dono), S_OK);
         Grava(*pLoja, 1);
@@ -39,9 +39,9 @@ class CXVChamadasDiario : public testing::Test {
     }
 
     CXVDiretorioTeste m_diretorio;
-    CXVRegistryFalso m_Registro;
+    CXVRegistryFalso m_registry;
     CXVRelogioFalso m_Relogio;
-    CXVGuardaRegistry m_GuardaRegistro{m_Registro};
+    CXVGuardaRegistry m_guardaRegistry{m_registry};
     CXVGuardaRelogio m_GuardaRelogio{m_Relogio};
     CXVCapturaTrace m_captura;
     CXVDonoFixo m_dono{"MATRIZ"};

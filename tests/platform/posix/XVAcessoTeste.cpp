@@ -9,7 +9,7 @@
 
 #include "platform/XVPlataforma.h"
 #include "platform/posix/XVDescritorPosix.h"
-#include "tests/harness/XVDiretorioTeste.h"
+#include "tests/harness/XVDiretorioTemporario.h"
 #include "tests/harness/XVProcessoFilho.h"
 #include "tests/harness/posix/XVUsuarioSemDireitos.h"
 

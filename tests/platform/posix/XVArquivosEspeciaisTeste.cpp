@@ -6,7 +6,7 @@
 #include <unistd.h>
 
 #include "platform/XVPlataforma.h"
-#include "tests/harness/XVDiretorioTeste.h"
+#include "tests/harness/XVDiretorioTemporario.h"
 
 namespace {
 

@@ -10,7 +10,7 @@
 #include <cerrno>
 
 #include "platform/XVPlataforma.h"
-#include "tests/harness/XVDiretorioTeste.h"
+#include "tests/harness/XVDiretorioTemporario.h"
 
 namespace {
 

@@ -3,7 +3,7 @@
 #include <windows.h>
 
 #include "platform/XVPlataforma.h"
-#include "tests/harness/XVDiretorioTeste.h"
+#include "tests/harness/XVDiretorioTemporario.h"
 
 // The system refuses to shorten a file that is mapped, and only then: so the window on a file on a fixed disk
 // is one, and ends with its object.

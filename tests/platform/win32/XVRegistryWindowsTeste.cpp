@@ -34,7 +34,7 @@ class CXVRegistryWindowsTeste : public testing::Test {
         Grava(pszNome, REG_SZ, sTexto.c_str(), (sTexto.size() + 1) * sizeof(wchar_t));
     }
 
-    IXVRegistry& m_rRegistro = XVPlataforma::RegistryNativo();
+    IXVRegistry& m_rRegistry = XVPlataforma::RegistryNativo();
     HKEY m_hChave = nullptr;
 };
 
@@ -47,13 +47,13 @@ TEST_F(CXVRegistryWindowsTeste, LeAVistaDeTrintaEDoisBits) {
     GravaTexto(L"Texto", L"42");
     Grava(L"Numero", REG_DWORD, &ulNumero, sizeof(ulNumero));
     Grava(L"Binario", REG_BINARY, &ulNumero, sizeof(ulNumero));
-    EXPECT_EQ(m_rRegistro.LeTexto(k_sChave, "path"), "C:\\dados \xC3\xA7");
-    EXPECT_EQ(m_rRegistro.LeTexto(k_sChave, "Longo"), std::string(5000, 'x'));
-    EXPECT_EQ(m_rRegistro.LeNumero(k_sChave, "Texto"), 42U);
-    EXPECT_EQ(m_rRegistro.LeNumero(k_sChave, "Numero"), ulNumero);
-    EXPECT_EQ(m_rRegistro.LeTexto(k_sChave, "Numero"), std::nullopt);
-    EXPECT_EQ(m_rRegistro.LeNumero(k_sChave, "Path"), std::nullopt);
-    EXPECT_EQ(m_rRegistro.LeTexto(k_sChave, "Binario"), std::nullopt);
-    EXPECT_EQ(m_rRegistro.LeTexto(k_sChave, "Nada"), std::nullopt);
-    EXPECT_EQ(m_rRegistro.LeTexto("SOFTWARE\\Wow6432Node\\Velmora\\NaoExiste", "Path"), std::nullopt);
+    EXPECT_EQ(m_rRegistry.LeTexto(k_sChave, "path"), "C:\\dados \xC3\xA7");
+    EXPECT_EQ(m_rRegistry.LeTexto(k_sChave, "Longo"), std::string(5000, 'x'));
+    EXPECT_EQ(m_rRegistry.LeNumero(k_sChave, "Texto"), 42U);
+    EXPECT_EQ(m_rRegistry.LeNumero(k_sChave, "Numero"), ulNumero);
+    EXPECT_EQ(m_rRegistry.LeTexto(k_sChave, "Numero"), std::nullopt);
+    EXPECT_EQ(m_rRegistry.LeNumero(k_sChave, "Path"), std::nullopt);
+    EXPECT_EQ(m_rRegistry.LeTexto(k_sChave, "Binario"), std::nullopt);
+    EXPECT_EQ(m_rRegistry.LeTexto(k_sChave, "Nada"), std::nullopt);
+    EXPECT_EQ(m_rRegistry.LeTexto("SOFTWARE\\Wow6432Node\\Velmora\\NaoExiste", "Path"), std::nullopt);
 }

@@ -87,7 +87,7 @@ void XVAdicionaBusca(CLI::App& rRaiz, CXVContexto& rContexto) {
         "  xvcr busca --inclusao-de 2026-11-01 --inclusao-ate 2026-11-30 --conta\n"
         "  xvcr busca --chave-inicial 9001 --sistema OfficialBank --le --todos --json\n"
         "A data e a hora de um limite são comparadas em separado: --inclusao-de 2026-11-01T10:00\n"
-        "deixa fora tudo o que foi incluído antes das 10:00, em qualquer dia.");
+        "deixa de fora tudo o que foi incluído antes das 10:00, em qualquer dia.");
     AdicionaFiltro(*pComando, pBusca->filtro);
     pComando->add_flag("--le", pBusca->bLe, "Lê e mostra cada integração achada, como o comando le");
     pComando->add_flag("--conta", pBusca->bConta, "Mostra só a quantidade");

@@ -59,7 +59,7 @@ void XVAdicionaLe(CLI::App& rRaiz, CXVContexto& rContexto) {
                           "  xvcr busca --status Erro --dmcs | xvcr le - --todos --para-pasta erros");
     pComando
         ->add_option("dmc", pLe->listaArgumentos, "DMCs das integrações; - lê um por linha da entrada padrão")
-        ->type_name("DMC...")
+        ->type_name("DMC")
         ->required();
     pLe->opcoes.Adiciona(*pComando);
     XVDefineAcao(pComando, rContexto, [pLe, &rContexto] { Executa(*pLe, rContexto); });

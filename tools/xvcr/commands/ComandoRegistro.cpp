@@ -16,9 +16,9 @@ namespace {
 
 constexpr XVUInt k_ulEntreLeituras = 250;  // milliseconds
 
-struct SRegistro {
-    SOrigemRegistro origem;
-    SFiltroRegistro filtro;
+struct SPedidoLog {
+    SOrigemLog origem;
+    SFiltroLog filtro;
     bool bSegue = false;
     XVUInt ulPor = 0;      // seconds that --segue lasts; 0: until it is interrupted
     XVUInt ulUltimos = 0;  // 0: all
@@ -33,29 +33,29 @@ const SMensagemCodigo* MensagemDoCodigo(std::string_view sCodigo) {
     return lido.ec == std::errc() ? XVBuscaMensagem(XVHResult(ulCodigo)) : nullptr;
 }
 
-XVJson ParaJson(const SLinhaRegistro& rRegistro) {
+XVJson ParaJson(const SLinhaLog& rLinha) {
     XVJson json = XVJson::object();
     const auto inclui = [&](const char* pszNome, const std::string& sValor) {
         if (!sValor.empty()) XVRegistroJson::Inclui(json, pszNome, sValor);
     };
-    inclui("DataHora", rRegistro.sDataHora);
-    inclui("Tipo", rRegistro.sTipo);
-    inclui("Empresa", rRegistro.sEmpresa);
-    inclui("Usuario", rRegistro.sUsuario);
-    inclui("Sessao", rRegistro.sSessao);
-    inclui("Processo", rRegistro.sProcesso);
-    inclui("UsuarioLocal", rRegistro.sUsuarioLocal);
-    inclui("ThreadID", rRegistro.sThread);
-    inclui("ClasseFuncao", rRegistro.sFuncao);
-    inclui("Arquivo", rRegistro.sArquivo);
-    inclui("Linha", rRegistro.sLinha);
-    inclui("Codigo", rRegistro.sCodigo);
-    if (const SMensagemCodigo* pMensagem = MensagemDoCodigo(rRegistro.sCodigo); pMensagem != nullptr)
+    inclui("DataHora", rLinha.sDataHora);
+    inclui("Tipo", rLinha.sTipo);
+    inclui("Empresa", rLinha.sEmpresa);
+    inclui("Usuario", rLinha.sUsuario);
+    inclui("Sessao", rLinha.sSessao);
+    inclui("Processo", rLinha.sProcesso);
+    inclui("UsuarioLocal", rLinha.sUsuarioLocal);
+    inclui("ThreadID", rLinha.sThread);
+    inclui("ClasseFuncao", rLinha.sFuncao);
+    inclui("Arquivo", rLinha.sArquivo);
+    inclui("Linha", rLinha.sLinha);
+    inclui("Codigo", rLinha.sCodigo);
+    if (const SMensagemCodigo* pMensagem = MensagemDoCodigo(rLinha.sCodigo); pMensagem != nullptr)
         inclui("Nome", std::string(pMensagem->sNome));
-    inclui("Expressao", rRegistro.sExpressao);
-    inclui("Mensagem", rRegistro.sMensagem);
-    inclui("Duracao", rRegistro.sDuracao);
-    for (const std::string& rParametro : rRegistro.listaParametros) {
+    inclui("Expressao", rLinha.sExpressao);
+    inclui("Mensagem", rLinha.sMensagem);
+    inclui("Duracao", rLinha.sDuracao);
+    for (const std::string& rParametro : rLinha.listaParametros) {
         XVJson texto = XVTextoTela::Escapa(rParametro, false);
         json["Parametros"].push_back(std::move(texto));
     }
@@ -71,62 +71,61 @@ void AnexaColuna(std::string& sLinha, const std::string& sValor, std::size_t uiL
 }
 
 // Columns of a fixed least width, so that records can be shown as they come.
-std::string ParaPessoa(const SLinhaRegistro& rRegistro) {
+std::string ParaPessoa(const SLinhaLog& rLinha) {
     std::string sLinha;
-    AnexaColuna(sLinha, rRegistro.sDataHora, 19);
-    AnexaColuna(sLinha, rRegistro.sTipo, 8);
-    AnexaColuna(sLinha, rRegistro.sEmpresa.empty() ? "-" : rRegistro.sEmpresa, 6);
-    AnexaColuna(sLinha, "u" + rRegistro.sUsuario + "/s" + rRegistro.sSessao, 9);
-    AnexaColuna(sLinha, rRegistro.sCodigo.empty() ? "-" : rRegistro.sCodigo, 10);
-    AnexaColuna(sLinha, rRegistro.sFuncao, 44);
-    if (!rRegistro.sArquivo.empty()) AnexaColuna(sLinha, rRegistro.sArquivo + ':' + rRegistro.sLinha, 26);
-    const SMensagemCodigo* pMensagem = MensagemDoCodigo(rRegistro.sCodigo);
+    AnexaColuna(sLinha, rLinha.sDataHora, 19);
+    AnexaColuna(sLinha, rLinha.sTipo, 8);
+    AnexaColuna(sLinha, rLinha.sEmpresa.empty() ? "-" : rLinha.sEmpresa, 6);
+    AnexaColuna(sLinha, "u" + rLinha.sUsuario + "/s" + rLinha.sSessao, 9);
+    AnexaColuna(sLinha, rLinha.sCodigo.empty() ? "-" : rLinha.sCodigo, 10);
+    AnexaColuna(sLinha, rLinha.sFuncao, 44);
+    if (!rLinha.sArquivo.empty()) AnexaColuna(sLinha, rLinha.sArquivo + ':' + rLinha.sLinha, 26);
+    const SMensagemCodigo* pMensagem = MensagemDoCodigo(rLinha.sCodigo);
     const std::string_view sNome = pMensagem == nullptr ? std::string_view() : pMensagem->sNome;
     if (!sNome.empty()) AnexaColuna(sLinha, std::string(sNome), 0);
     // A code that a function decides on itself has only its own name as expression.
-    if (!rRegistro.sExpressao.empty() && rRegistro.sExpressao != sNome)
-        AnexaColuna(sLinha, rRegistro.sExpressao, 0);
-    if (rRegistro.sCodigo.empty()) AnexaColuna(sLinha, rRegistro.sMensagem, 0);
-    if (!rRegistro.sDuracao.empty()) {
-        AnexaColuna(sLinha, rRegistro.sDuracao + " ms", 0);
-        for (const std::string& rParametro : rRegistro.listaParametros) AnexaColuna(sLinha, rParametro, 0);
+    if (!rLinha.sExpressao.empty() && rLinha.sExpressao != sNome) AnexaColuna(sLinha, rLinha.sExpressao, 0);
+    if (rLinha.sCodigo.empty()) AnexaColuna(sLinha, rLinha.sMensagem, 0);
+    if (!rLinha.sDuracao.empty()) {
+        AnexaColuna(sLinha, rLinha.sDuracao + " ms", 0);
+        for (const std::string& rParametro : rLinha.listaParametros) AnexaColuna(sLinha, rParametro, 0);
     }
     sLinha.resize(sLinha.find_last_not_of(' ') + 1);
     return sLinha;
 }
 
 // What is there now; only the last ones where a number of them is asked for.
-void MostraExistentes(const SRegistro& rPedido, CXVLeitoresLog& rLeitores, CXVSaida& rSaida,
-                      const std::function<void(const SLinhaRegistro&)>& fMostra) {
-    std::deque<SLinhaRegistro> listaUltimos;
-    rLeitores.LeNovos([&](SLinhaRegistro& rRegistro) {
-        if (!rPedido.filtro.Aceita(rRegistro)) return;
+void MostraExistentes(const SPedidoLog& rPedido, CXVLeitoresLog& rLeitores, CXVSaida& rSaida,
+                      const std::function<void(const SLinhaLog&)>& fMostra) {
+    std::deque<SLinhaLog> listaUltimos;
+    rLeitores.LeNovos([&](SLinhaLog& rLinha) {
+        if (!rPedido.filtro.Aceita(rLinha)) return;
         if (rPedido.ulUltimos == 0) {
-            fMostra(rRegistro);
+            fMostra(rLinha);
             return;
         }
-        listaUltimos.push_back(std::move(rRegistro));
+        listaUltimos.push_back(std::move(rLinha));
         if (listaUltimos.size() > rPedido.ulUltimos) listaUltimos.pop_front();
     });
-    for (const SLinhaRegistro& rRegistro : listaUltimos) fMostra(rRegistro);
+    for (const SLinhaLog& rLinha : listaUltimos) fMostra(rLinha);
     rSaida.Termina();
 }
 
-void Segue(const SRegistro& rPedido, CXVLeitoresLog& rLeitores, CXVSaida& rSaida,
-           const std::function<void(const SLinhaRegistro&)>& fMostra) {
+void Segue(const SPedidoLog& rPedido, CXVLeitoresLog& rLeitores, CXVSaida& rSaida,
+           const std::function<void(const SLinhaLog&)>& fMostra) {
     IXVRelogio& rRelogio = XVPlataforma::Relogio();
     const XVUInt ulInicio = rRelogio.GetTicks();
     while (rPedido.ulPor == 0 || rRelogio.GetTicks() - ulInicio < rPedido.ulPor * 1000U) {
         rRelogio.Dorme(k_ulEntreLeituras);
-        rLeitores.LeNovos([&](const SLinhaRegistro& rRegistro) {
-            if (rPedido.filtro.Aceita(rRegistro)) fMostra(rRegistro);
+        rLeitores.LeNovos([&](const SLinhaLog& rLinha) {
+            if (rPedido.filtro.Aceita(rLinha)) fMostra(rLinha);
         });
         rSaida.Termina();
     }
 }
 
 // The company's own log, or the programs' where no company is given.
-std::string DiretorioDosRegistros(CXVContexto& rContexto, bool bPerfil) {
+std::string DiretorioDosLogs(CXVContexto& rContexto, bool bPerfil) {
     rContexto.CompletaAcesso();
     std::string sDiretorio = rContexto.loja.sDiretorio;
     if (sDiretorio.empty()) XVConfere(CAmbienteXV::GetDiretorioModulo(k_eModuloBase, &sDiretorio));
@@ -135,29 +134,29 @@ std::string DiretorioDosRegistros(CXVContexto& rContexto, bool bPerfil) {
     return CAmbienteXV::MontaPathDados(k_eModuloBase, sDiretorio, rContexto.identificacao.sEmpresa);
 }
 
-void Executa(SRegistro& rPedido, CXVContexto& rContexto) {
+void Executa(SPedidoLog& rPedido, CXVContexto& rContexto) {
     if (rPedido.origem.sArquivo.empty())
-        rPedido.origem.sDiretorio = DiretorioDosRegistros(rContexto, rPedido.origem.bPerfil);
+        rPedido.origem.sDiretorio = DiretorioDosLogs(rContexto, rPedido.origem.bPerfil);
     CXVSaida& rSaida = rContexto.saida;
-    const auto fMostra = [&](const SLinhaRegistro& rRegistro) {
+    const auto fMostra = [&](const SLinhaLog& rLinha) {
         if (rSaida.EhJson())
-            rSaida.LinhaJson(ParaJson(rRegistro));
+            rSaida.LinhaJson(ParaJson(rLinha));
         else
-            rSaida.Linha(ParaPessoa(rRegistro));
+            rSaida.Linha(ParaPessoa(rLinha));
     };
     CXVLeitoresLog leitores(rPedido.origem);
     MostraExistentes(rPedido, leitores, rSaida, fMostra);
     if (rPedido.bSegue) Segue(rPedido, leitores, rSaida, fMostra);
 }
 
-void AdicionaFiltro(CLI::App& rComando, SFiltroRegistro& rFiltro) {
+void AdicionaFiltro(CLI::App& rComando, SFiltroLog& rFiltro) {
     XVOpcao(rComando, "--de", "DATA-HORA", "Deste momento em diante (hora local)",
-            [&rFiltro](std::string_view s) { return SFiltroRegistro::LeMomento(s, false, &rFiltro.sDe); });
+            [&rFiltro](std::string_view s) { return SFiltroLog::LeMomento(s, false, &rFiltro.sDe); });
     XVOpcao(rComando, "--ate", "DATA-HORA", "Até este momento (hora local)",
-            [&rFiltro](std::string_view s) { return SFiltroRegistro::LeMomento(s, true, &rFiltro.sAte); });
+            [&rFiltro](std::string_view s) { return SFiltroLog::LeMomento(s, true, &rFiltro.sAte); });
     XVOpcaoSimples(rComando, "--funcao", "TEXTO", "Parte do nome da função", &rFiltro.sFuncao);
     XVOpcao(rComando, "--codigo", "CÓDIGO|NOME", "Código da falha",
-            [&rFiltro](std::string_view s) { return SFiltroRegistro::LeCodigo(s, &rFiltro.sCodigo); });
+            [&rFiltro](std::string_view s) { return SFiltroLog::LeCodigo(s, &rFiltro.sCodigo); });
     XVOpcaoSimples(rComando, "--da-empresa", "CÓDIGO", "Empresa de quem registrou", &rFiltro.sEmpresa);
     const auto numero = [&](const char* pszNome, const char* pszDescricao, std::string* psValor) {
         XVOpcao(rComando, pszNome, "NÚMERO", pszDescricao, [psValor](std::string_view s) {
@@ -182,16 +181,15 @@ std::string LeAnoMes(std::string_view sTexto, std::string* psAnoMes) {
 }  // namespace
 
 void XVAdicionaRegistro(CLI::App& rRaiz, CXVContexto& rContexto) {
-    auto pPedido = std::make_shared<SRegistro>();
+    auto pPedido = std::make_shared<SPedidoLog>();
     CLI::App* pComando = XVAdicionaComando(
-        rRaiz, "registro", "Mostra os registros de erros e de chamadas, decodificados",
+        rRaiz, "registro", "Mostra os logs de erros e de chamadas, decodificados",
         "  xvcr registro --empresa 001 --ultimos 20\n"
         "  xvcr registro --empresa 001 --codigo E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA --de 2026-11-21\n"
         "  xvcr registro --empresa 001 --segue --json\n"
-        "Sem empresa, os registros dos programas, que ficam no diretório do módulo.");
-    SOrigemRegistro& rOrigem = pPedido->origem;
-    XVOpcaoSimples(*pComando, "--arquivo", "ARQUIVO", "Um arquivo de registro pelo caminho",
-                   &rOrigem.sArquivo);
+        "Sem empresa, os logs dos programas, que ficam no diretório do módulo.");
+    SOrigemLog& rOrigem = pPedido->origem;
+    XVOpcaoSimples(*pComando, "--arquivo", "ARQUIVO", "Um arquivo de log pelo caminho", &rOrigem.sArquivo);
     XVOpcao(*pComando, "--mes", "AAAAMM", "Só o arquivo deste mês",
             [&rOrigem](std::string_view s) { return LeAnoMes(s, &rOrigem.sAnoMes); });
     pComando->add_flag("--perfil", rOrigem.bPerfil, "Entradas, saídas e criações de objetos em vez de erros");

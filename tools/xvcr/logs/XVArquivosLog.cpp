@@ -17,7 +17,7 @@ std::string_view AnoMes(std::string_view sNome) {
 
 }  // namespace
 
-std::vector<std::string> SOrigemRegistro::Lista() const {
+std::vector<std::string> SOrigemLog::Lista() const {
     if (!sArquivo.empty()) return {sArquivo};
     const IXVSistemaArquivos& rSistema = XVPlataforma::SistemaArquivos();
     std::vector<std::string> listaNomes;
@@ -34,7 +34,7 @@ std::vector<std::string> SOrigemRegistro::Lista() const {
 CXVLeitorLog::CXVLeitorLog(const std::string& sArquivo)
     : m_pFonte(XVAbreFonte(sArquivo)), m_Leitor(*m_pFonte, k_uiLimiteLinha, true) {}
 
-bool CXVLeitorLog::Proximo(SLinhaRegistro* pRegistro) {
+bool CXVLeitorLog::Proximo(SLinhaLog* pLinha) {
     std::string sLinha;
     for (;;) {
         const CXVLeitorLinhas::EResultado eResultado = m_Leitor.Proxima(&sLinha);
@@ -42,7 +42,7 @@ bool CXVLeitorLog::Proximo(SLinhaRegistro* pRegistro) {
         if (eResultado == CXVLeitorLinhas::EResultado::eLonga) continue;
         if (CXVCabecalhoLog::EhCabecalho(sLinha))
             m_Cabecalho.emplace(sLinha);
-        else if (m_Cabecalho.has_value() && m_Cabecalho->Le(sLinha, pRegistro))
+        else if (m_Cabecalho.has_value() && m_Cabecalho->Le(sLinha, pLinha))
             return true;
     }
 }

@@ -11,7 +11,7 @@
 #include "tools/xvcr/text/XVLeitorLinhas.h"
 
 // Where to look: the monthly error logs of a directory, or its log of entries and exits.
-struct SOrigemRegistro {
+struct SOrigemLog {
     std::string sDiretorio;
     std::string sArquivo;  // one file by its path; then nothing else counts
     std::string sAnoMes;   // "202611"; empty: all months
@@ -27,7 +27,7 @@ class CXVLeitorLog {
     explicit CXVLeitorLog(const std::string& sArquivo);
 
     // The next record that is there now; lines that are none are passed over.
-    bool Proximo(SLinhaRegistro* pRegistro);
+    bool Proximo(SLinhaLog* pLinha);
 
   private:
     std::unique_ptr<IXVFonteBytes> m_pFonte;
@@ -38,7 +38,7 @@ class CXVLeitorLog {
 // All logs of an origin, those included that appear later.
 class CXVLeitoresLog {
   public:
-    explicit CXVLeitoresLog(SOrigemRegistro origem) : m_Origem(std::move(origem)) {}
+    explicit CXVLeitoresLog(SOrigemLog origem) : m_Origem(std::move(origem)) {}
 
     // Calls fRecebe for each record that has come since the last call.
     template <class FRecebe>
@@ -46,12 +46,12 @@ class CXVLeitoresLog {
         for (const std::string& rArquivo : m_Origem.Lista()) {
             auto pLeitor = m_mapLeitores.find(rArquivo);
             if (pLeitor == m_mapLeitores.end()) pLeitor = m_mapLeitores.try_emplace(rArquivo, rArquivo).first;
-            SLinhaRegistro registro;
-            while (pLeitor->second.Proximo(&registro)) fRecebe(registro);
+            SLinhaLog linha;
+            while (pLeitor->second.Proximo(&linha)) fRecebe(linha);
         }
     }
 
   private:
-    SOrigemRegistro m_Origem;
+    SOrigemLog m_Origem;
     std::map<std::string, CXVLeitorLog> m_mapLeitores;
 };

@@ -7,20 +7,19 @@
 #include "support/values/XVData.h"
 #include "support/values/XVTextoAscii.h"
 
-bool SFiltroRegistro::Aceita(const SLinhaRegistro& rRegistro) const {
+bool SFiltroLog::Aceita(const SLinhaLog& rLinha) const {
     const auto igual = [](const std::string& sFiltro, const std::string& sValor) {
         return sFiltro.empty() || XVIgualSemCaixa(sFiltro, sValor);
     };
-    if (!sDe.empty() && rRegistro.sDataHora < sDe) return false;
-    if (!sAte.empty() && rRegistro.sDataHora > sAte) return false;
-    if (!sFuncao.empty() &&
-        XVEmMinusculas(rRegistro.sFuncao).find(XVEmMinusculas(sFuncao)) == std::string::npos)
+    if (!sDe.empty() && rLinha.sDataHora < sDe) return false;
+    if (!sAte.empty() && rLinha.sDataHora > sAte) return false;
+    if (!sFuncao.empty() && XVEmMinusculas(rLinha.sFuncao).find(XVEmMinusculas(sFuncao)) == std::string::npos)
         return false;
-    return igual(sCodigo, rRegistro.sCodigo) && igual(sEmpresa, rRegistro.sEmpresa) &&
-           igual(sUsuario, rRegistro.sUsuario) && igual(sSessao, rRegistro.sSessao);
+    return igual(sCodigo, rLinha.sCodigo) && igual(sEmpresa, rLinha.sEmpresa) &&
+           igual(sUsuario, rLinha.sUsuario) && igual(sSessao, rLinha.sSessao);
 }
 
-std::string SFiltroRegistro::LeMomento(std::string_view sTexto, bool bFim, std::string* psMomento) {
+std::string SFiltroLog::LeMomento(std::string_view sTexto, bool bFim, std::string* psMomento) {
     REG_XVDMAHMSUTC regMomento;
     if (sTexto.ends_with('Z') || !REG_XVDMAHMSUTC::DeISO8601(sTexto, &regMomento))
         return "esperada uma data-hora local, sem Z: 2026-11-21 ou 2026-11-21T13:05:09";
@@ -33,7 +32,7 @@ std::string SFiltroRegistro::LeMomento(std::string_view sTexto, bool bFim, std::
     return {};
 }
 
-std::string SFiltroRegistro::LeCodigo(std::string_view sTexto, std::string* psCodigo) {
+std::string SFiltroLog::LeCodigo(std::string_view sTexto, std::string* psCodigo) {
     const bool bHexadecimal = sTexto.starts_with("0x") || sTexto.starts_with("0X");
     const std::string_view sDigitos = bHexadecimal ? sTexto.substr(2) : sTexto;
     const char* pszFim = sDigitos.data() + sDigitos.size();

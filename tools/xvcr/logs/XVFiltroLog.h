@@ -5,7 +5,7 @@
 
 #include "tools/xvcr/logs/XVLinhaLog.h"
 
-struct SFiltroRegistro {
+struct SFiltroLog {
     std::string sDe;  // local times as the log writes them, "2026-11-21T13:05:09"
     std::string sAte;
     std::string sFuncao;  // a part of the name, any case
@@ -14,7 +14,7 @@ struct SFiltroRegistro {
     std::string sUsuario;
     std::string sSessao;
 
-    bool Aceita(const SLinhaRegistro& rRegistro) const;
+    bool Aceita(const SLinhaLog& rLinha) const;
 
     // Readers of option values; the explanation of what is wrong, or an empty text.
     [[nodiscard]] static std::string LeMomento(std::string_view sTexto, bool bFim, std::string* psMomento);

@@ -39,12 +39,12 @@ std::string_view SemNome(std::string_view sCelula, std::string_view sNome) {
 }
 
 // "hr = 0X81080AAA text" of the cell after the expression.
-bool LeCodigo(std::string_view sCelula, SLinhaRegistro* pRegistro) {
+bool LeCodigo(std::string_view sCelula, SLinhaLog* pLinha) {
     sCelula = SemNome(sCelula, "hr");
     if (!sCelula.starts_with("0X") && !sCelula.starts_with("0x")) return false;
     const std::size_t uiFim = std::min(sCelula.find(' '), sCelula.size());
-    pRegistro->sCodigo = "0x" + std::string(sCelula.substr(2, uiFim - 2));
-    pRegistro->sMensagem = sCelula.substr(std::min(uiFim + 1, sCelula.size()));
+    pLinha->sCodigo = "0x" + std::string(sCelula.substr(2, uiFim - 2));
+    pLinha->sMensagem = sCelula.substr(std::min(uiFim + 1, sCelula.size()));
     return true;
 }
 
@@ -66,32 +66,32 @@ std::string_view CXVCabecalhoLog::Coluna(const std::vector<std::string_view>& li
     return SemNome(listaCelulas[uiColuna], sNome);
 }
 
-bool CXVCabecalhoLog::Le(std::string_view sLinha, SLinhaRegistro* pRegistro) const {
+bool CXVCabecalhoLog::Le(std::string_view sLinha, SLinhaLog* pLinha) const {
     const std::vector<std::string_view> listaCelulas = Separa(sLinha);
     const auto coluna = [&](std::string_view sNome) { return std::string(Coluna(listaCelulas, sNome)); };
-    SLinhaRegistro registro;
-    if (!LeDataHora(coluna("Data"), coluna("Hora"), &registro.sDataHora)) return false;
-    registro.sProcesso = coluna("Processo");
-    registro.sUsuarioLocal = coluna("UsuarioLocal");
-    registro.sFuncao = coluna("ClasseFuncao");
-    registro.sEmpresa = coluna("Empresa").erase(0, 1);
-    registro.sUsuario = SemLetra(Coluna(listaCelulas, "Usuario"));
-    registro.sSessao = SemLetra(Coluna(listaCelulas, "Sessao"));
-    registro.sThread = SemLetra(Coluna(listaCelulas, "ThreadID"));
-    registro.sTipo = coluna("Tipo");
-    registro.sArquivo = coluna("Arquivo");
-    registro.sLinha = coluna("Linha");
-    registro.sDuracao = coluna("Duracao");
-    registro.sExpressao = SemNome(Coluna(listaCelulas, "Log"), "hr");
+    SLinhaLog linha;
+    if (!LeDataHora(coluna("Data"), coluna("Hora"), &linha.sDataHora)) return false;
+    linha.sProcesso = coluna("Processo");
+    linha.sUsuarioLocal = coluna("UsuarioLocal");
+    linha.sFuncao = coluna("ClasseFuncao");
+    linha.sEmpresa = coluna("Empresa").erase(0, 1);
+    linha.sUsuario = SemLetra(Coluna(listaCelulas, "Usuario"));
+    linha.sSessao = SemLetra(Coluna(listaCelulas, "Sessao"));
+    linha.sThread = SemLetra(Coluna(listaCelulas, "ThreadID"));
+    linha.sTipo = coluna("Tipo");
+    linha.sArquivo = coluna("Arquivo");
+    linha.sLinha = coluna("Linha");
+    linha.sDuracao = coluna("Duracao");
+    linha.sExpressao = SemNome(Coluna(listaCelulas, "Log"), "hr");
     const auto pPrimeiro = std::find(m_listaNomes.begin(), m_listaNomes.end(), "Parameter1");
     for (auto i = static_cast<std::size_t>(pPrimeiro - m_listaNomes.begin()); i < listaCelulas.size(); ++i)
-        if (!listaCelulas[i].empty()) registro.listaParametros.emplace_back(listaCelulas[i]);
-    if (registro.sTipo == "ERRO") {
+        if (!listaCelulas[i].empty()) linha.listaParametros.emplace_back(listaCelulas[i]);
+    if (linha.sTipo == "ERRO") {
         const bool bCodigo =
-            !registro.listaParametros.empty() && LeCodigo(registro.listaParametros.front(), &registro);
-        if (!bCodigo) registro.sMensagem = std::move(registro.sExpressao);
-        if (!bCodigo) registro.sExpressao.clear();
+            !linha.listaParametros.empty() && LeCodigo(linha.listaParametros.front(), &linha);
+        if (!bCodigo) linha.sMensagem = std::move(linha.sExpressao);
+        if (!bCodigo) linha.sExpressao.clear();
     }
-    *pRegistro = std::move(registro);
+    *pLinha = std::move(linha);
     return true;
 }

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-struct SLinhaRegistro {
+struct SLinhaLog {
     std::string sDataHora;  // local time, "2026-11-21T13:05:09"
     std::string sProcesso;
     std::string sUsuarioLocal;
@@ -32,7 +32,7 @@ class CXVCabecalhoLog {
     static bool EhCabecalho(std::string_view sLinha);
 
     // False for a line that has no date and time where the header says.
-    bool Le(std::string_view sLinha, SLinhaRegistro* pRegistro) const;
+    bool Le(std::string_view sLinha, SLinhaLog* pLinha) const;
 
   private:
     std::string_view Coluna(const std::vector<std::string_view>& listaCelulas, std::string_view sNome) const;

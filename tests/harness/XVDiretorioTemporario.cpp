@@ -1,4 +1,4 @@
-#include "tests/harness/XVDiretorioTeste.h"
+#include "tests/harness/XVDiretorioTemporario.h"
 
 #include <fstream>
 #include <iterator>

@@ -10,7 +10,7 @@
 #include "support/trace/XVCheck.h"
 #include "support/trace/XVProfilerArquivo.h"
 #include "support/trace/XVProfilerLinha.h"
-#include "tests/harness/XVDiretorioTeste.h"
+#include "tests/harness/XVDiretorioTemporario.h"
 #include "tests/harness/XVSistemaArquivosFalhas.h"
 #include "tests/support/XVBancadaTrace.h"
 
@@ -142,7 +142,7 @@ TEST(Check, CapturasSeAninhamEPodemDeixarEscrever) {
     EXPECT_TRUE(bancada.m_sistema.LeConteudo(k_pszLogPgms));
 }
 
-TEST(RegistroErro, LinhaTemTodasAsColunasDoCabecalho) {
+TEST(LinhaErro, LinhaTemTodasAsColunasDoCabecalho) {
     CXVBancadaTrace bancada;
     CModeloTeste modelo;
     EXPECT_EQ(modelo.Grava(E_FAIL), E_FAIL);
@@ -164,7 +164,7 @@ TEST(RegistroErro, LinhaTemTodasAsColunasDoCabecalho) {
     EXPECT_THAT(std::vector(r.begin() + 10, r.begin() + 13), ElementsAre("EACME", "U007", "S00000042"));
     const std::string sLinhaFonte = std::to_string(modelo.m_iLinhaGrava);
     EXPECT_THAT(std::vector(r.begin() + 13, r.begin() + k_uiColunaTipo),
-                ElementsAre("", "", "", "tests/support/XVRegistrosTeste.cpp", sLinhaFonte, "", "", ""));
+                ElementsAre("", "", "", "tests/support/XVLinhasLogTeste.cpp", sLinhaFonte, "", "", ""));
     EXPECT_EQ(r[k_uiColunaTipo], "ERRO");
     for (std::size_t i = 22; i < 25; ++i) EXPECT_THAT(r[i], CasaCom("[0-9]+")) << i;
     EXPECT_THAT(r[25], CasaCom("VersaoTelvo = .*"));
@@ -176,7 +176,7 @@ TEST(RegistroErro, LinhaTemTodasAsColunasDoCabecalho) {
     EXPECT_EQ(r[38], "");
 }
 
-TEST(RegistroErro, SeparadoresNosValoresViramEspaco) {
+TEST(LinhaErro, SeparadoresNosValoresViramEspaco) {
     CXVBancadaTrace bancada;
     CDonoTeste dono("AC\tME\n");  // never a directory: goes with the programs'
     CheckHr(E_FAIL, "a\tb\r\nc", "F\tG", "fon\nte", 1, &dono);
@@ -191,14 +191,14 @@ TEST(RegistroErro, SeparadoresNosValoresViramEspaco) {
     EXPECT_EQ(linhas[2][38], "10 11 12 13");
 }
 
-TEST(RegistroErro, VaiParaOArquivoDoMesDoRegistro) {
+TEST(LinhaErro, VaiParaOArquivoDoMesDoEvento) {
     CXVBancadaTrace bancada;
     const SConfiguracaoTrace& rConfiguracao = *XVProfilerConfig::GetAtual();
     const auto caminho = [&](const IXVDF_Profiler* pDono, XVUShort usAno, XVByte ucMes) {
-        SProfilerRegistro registro(ETipoRegistro::eErro, pDono);
-        registro.dataHora.usAno = usAno;
-        registro.dataHora.ucMes = ucMes;
-        return XVProfilerArquivo::GetCaminho(rConfiguracao, registro);
+        SProfilerEvento evento(ETipoEvento::eErro, pDono);
+        evento.dataHora.usAno = usAno;
+        evento.dataHora.ucMes = ucMes;
+        return XVProfilerArquivo::GetCaminho(rConfiguracao, evento);
     };
     const CDonoTeste dono;
     const CDonoTeste semEmpresa("");
@@ -210,8 +210,7 @@ TEST(RegistroErro, VaiParaOArquivoDoMesDoRegistro) {
     const CDonoTeste fuga("../..");
     EXPECT_EQ(caminho(&fuga, 2023, 7), k_pszLogPgms);
     SConfiguracaoTrace semDiretorio;
-    EXPECT_EQ(XVProfilerArquivo::GetCaminho(semDiretorio, SProfilerRegistro(ETipoRegistro::eErro, nullptr)),
-              "");
+    EXPECT_EQ(XVProfilerArquivo::GetCaminho(semDiretorio, SProfilerEvento(ETipoEvento::eErro, nullptr)), "");
 }
 
 TEST(Anexar, TentaDezenoveVezesEDesisteNasCausasDefinitivas) {
@@ -221,9 +220,9 @@ TEST(Anexar, TentaDezenoveVezesEDesisteNasCausasDefinitivas) {
     const CXVGuardaSistemaArquivos guarda(sistema);
     const auto aberturas = [&](ECausaArquivo eCausa) {
         sistema.Programa({EOperacaoArquivo::eAbre, 1, true, eCausa});
-        const XVUInt64 uiPerdidos = XVProfiler::GetRegistrosPerdidos();
+        const XVUInt64 uiPerdidos = XVProfiler::GetLinhasPerdidas();
         EXPECT_EQ(CheckHr(E_FAIL, "x", "F", "f", 1, nullptr), E_FAIL);
-        EXPECT_EQ(XVProfiler::GetRegistrosPerdidos(), uiPerdidos + 1);
+        EXPECT_EQ(XVProfiler::GetLinhasPerdidas(), uiPerdidos + 1);
         return sistema.GetQuantidade(EOperacaoArquivo::eAbre);
     };
     EXPECT_EQ(aberturas(ECausaArquivo::eViolacaoCompartilhamento), 19U);
@@ -361,25 +360,25 @@ class CSistemaQueRegistra final : public IXVRegistry {
 
 TEST(Recursao, FalhaAoRegistrarNaoERegistrada) {
     CXVBancadaTrace bancada;
-    CSistemaQueRegistra registro;
-    const CXVGuardaRegistry guarda(registro);
+    CSistemaQueRegistra registry;
+    const CXVGuardaRegistry guarda(registry);
     CXVCapturaTrace captura(false);
     bancada.m_relogio.Avanca(600001);
     EXPECT_EQ(CheckHr(E_FAIL, "de fora", "F", "f", 1, nullptr), E_FAIL);
-    EXPECT_GT(registro.m_iLeituras, 0);
+    EXPECT_GT(registry.m_iLeituras, 0);
     EXPECT_TRUE(captura.Contem("de fora"));
     EXPECT_FALSE(captura.Contem("recursiva"));
 }
 
 TEST(UltimoErro, RegistrarNaoMudaOErroDoChamador) {
     const CXVDiretorioTeste diretorio;
-    CXVRegistryFalso registro;
-    registro.SetTexto(CAmbienteXV::GetChaveRegistry(XV_DF), "Path", diretorio.Junta("inexistente"));
-    const CXVGuardaRegistry guarda(registro);
+    CXVRegistryFalso registry;
+    registry.SetTexto(CAmbienteXV::GetChaveRegistry(XV_DF), "Path", diretorio.Junta("inexistente"));
+    const CXVGuardaRegistry guarda(registry);
     XVProfiler::RecarregaConfiguracao();
-    const XVUInt64 uiPerdidos = XVProfiler::GetRegistrosPerdidos();
+    const XVUInt64 uiPerdidos = XVProfiler::GetLinhasPerdidas();
     errno = EDOM;
     CheckHr(E_FAIL, "x", "F", "f", 1, nullptr);
     EXPECT_EQ(errno, EDOM);
-    EXPECT_EQ(XVProfiler::GetRegistrosPerdidos(), uiPerdidos + 1);
+    EXPECT_EQ(XVProfiler::GetLinhasPerdidas(), uiPerdidos + 1);
 }

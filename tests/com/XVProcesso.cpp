@@ -1,4 +1,4 @@
-#include "tests/com/XVProcessoTeste.h"
+#include "tests/com/XVProcesso.h"
 
 #include <tlhelp32.h>
 
