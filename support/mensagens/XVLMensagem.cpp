@@ -1,7 +1,6 @@
 // Exports of the messages library.
 #include "support/XVLMensagem.h"
 
-#include <cstring>
 #include <string_view>
 #include <type_traits>
 
@@ -32,7 +31,7 @@ XVUInt XVGetDescricaoHRESULT(HRESULT hr, char* pszTexto, XVUInt ulTamanho) {
     const std::string_view sTexto = pMensagem != nullptr ? pMensagem->sDescricao : std::string_view();
     if (pszTexto == nullptr || ulTamanho == 0) return static_cast<XVUInt>(sTexto.size());
     const std::size_t uiCopia = CorteUtf8(sTexto, ulTamanho - 1);
-    std::memcpy(pszTexto, sTexto.data(), uiCopia);
+    sTexto.copy(pszTexto, uiCopia);
     pszTexto[uiCopia] = '\0';
     return static_cast<XVUInt>(uiCopia);
 }
