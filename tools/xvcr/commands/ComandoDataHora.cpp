@@ -7,12 +7,7 @@
 namespace {
 
 void AdicionaOpcoes(CLI::App& rComando, CXVDadosCR_DataHoraIntegracaoTerceiro& rDados) {
-    XVOpcaoEnumeracao(rComando, "--tipo", "Tipo de integração", EEnumeracao::eTipoIntegracao,
-                      &rDados.eTipoIntegracao)
-        ->required();
-    XVOpcaoEnumeracao(rComando, "--sistema", "Sistema externo", EEnumeracao::eSistemaIntegracao,
-                      &rDados.eSistemaIntegracao)
-        ->required();
+    XVOpcoesTipoESistema(rComando, &rDados.eTipoIntegracao, &rDados.eSistemaIntegracao);
     XVOpcaoEnumeracao(rComando, "--tipo-data", "Qual data", EEnumeracao::eTipoData, &rDados.eTipoData)
         ->required();
 }

@@ -14,12 +14,7 @@ void AdicionaOpcoes(CLI::App& rComando, CXVDadosCR_ChaveRegistroTelvoParaTerceir
                      &rDados.uiChaveRegistroSistemaTerceiro);
     XVOpcaoValor(rComando, "--base-dados", "NÚMERO", "Base de dados do sistema externo",
                  &rDados.uiBaseDadosTerceiro);
-    XVOpcaoEnumeracao(rComando, "--tipo", "Tipo de integração", EEnumeracao::eTipoIntegracao,
-                      &rDados.eTipoIntegracao)
-        ->required();
-    XVOpcaoEnumeracao(rComando, "--sistema", "Sistema externo", EEnumeracao::eSistemaIntegracao,
-                      &rDados.eSistemaIntegracao)
-        ->required();
+    XVOpcoesTipoESistema(rComando, &rDados.eTipoIntegracao, &rDados.eSistemaIntegracao);
     if (bOrigem)
         XVOpcaoValor(rComando, "--origem", "DMC", "Integração que produziu a ligação",
                      &rDados.regDmcOrigemIntegracao);
@@ -32,6 +27,15 @@ void Mostra(CXVContexto& rContexto, const CXVDadosCR_ChaveRegistroTelvoParaTerce
         rContexto.saida.Linha("nenhuma ligação encontrada");
 }
 
+// What now stands there, which is not what was given: an origin that was not given stays as it was, and a
+// mapping that was there before a pending one stays.
+void MostraGravada(CXVContexto& rContexto, XVCliente::CXVCliente& rCliente,
+                   const CXVDadosCR_ChaveRegistroTelvoParaTerceiro& rDados) {
+    CXVDadosCR_ChaveRegistroTelvoParaTerceiro gravada;
+    XVConfere(rCliente.BuscaChaveRegistro(rDados, &gravada));
+    Mostra(rContexto, gravada);
+}
+
 void AdicionaGrava(CLI::App& rMapa, CXVContexto& rContexto) {
     auto pDados = std::make_shared<CXVDadosCR_ChaveRegistroTelvoParaTerceiro>();
     CLI::App* pComando =
@@ -42,9 +46,7 @@ void AdicionaGrava(CLI::App& rMapa, CXVContexto& rContexto) {
     XVDefineAcao(pComando, rContexto, [pDados, &rContexto] {
         XVCliente::CXVCliente& rCliente = rContexto.Abre(EUsoDaBase::eGravacao);
         XVConfere(rCliente.GravaChaveRegistro(*pDados));
-        CXVDadosCR_ChaveRegistroTelvoParaTerceiro gravada;  // an origin that was not given stays as it was
-        XVConfere(rCliente.BuscaChaveRegistro(*pDados, &gravada));
-        Mostra(rContexto, gravada);
+        MostraGravada(rContexto, rCliente, *pDados);
     });
 }
 
@@ -58,9 +60,7 @@ void AdicionaPendente(CLI::App& rMapa, CXVContexto& rContexto) {
     XVDefineAcao(pComando, rContexto, [pDados, &rContexto] {
         XVCliente::CXVCliente& rCliente = rContexto.Abre(EUsoDaBase::eGravacao);
         XVConfere(rCliente.GravaChaveRegistroPendente(*pDados));
-        CXVDadosCR_ChaveRegistroTelvoParaTerceiro gravado;
-        XVConfere(rCliente.BuscaChaveRegistro(*pDados, &gravado));
-        Mostra(rContexto, gravado);
+        MostraGravada(rContexto, rCliente, *pDados);
     });
 }
 

@@ -64,6 +64,13 @@ CLI::Option* XVOpcaoEnumeracao(CLI::App& rComando, const std::string& sNome, con
     });
 }
 
+void XVOpcoesTipoESistema(CLI::App& rComando, XVUInt* peTipo, XVUInt* peSistema) {
+    XVOpcaoEnumeracao(rComando, "--tipo", "Tipo de integração", EEnumeracao::eTipoIntegracao, peTipo)
+        ->required();
+    XVOpcaoEnumeracao(rComando, "--sistema", "Sistema externo", EEnumeracao::eSistemaIntegracao, peSistema)
+        ->required();
+}
+
 CLI::Option* XVOpcaoLista(CLI::App& rComando, const std::string& sNome, const std::string& sDescricao,
                           EEnumeracao eEnumeracao, std::vector<XVUInt>* pLista) {
     const auto fRecebe = [sNome, eEnumeracao, pLista](const std::vector<std::string>& listaArgumentos) {

@@ -38,6 +38,9 @@ CLI::Option* XVOpcaoTexto(CLI::App& rComando, const std::string& sNome, const st
 CLI::Option* XVOpcaoEnumeracao(CLI::App& rComando, const std::string& sNome, const std::string& sDescricao,
                                EEnumeracao eEnumeracao, XVUInt* pulValor);
 
+// --tipo and --sistema, both required: what a key map or a date-time belongs to.
+void XVOpcoesTipoESistema(CLI::App& rComando, XVUInt* peTipo, XVUInt* peSistema);
+
 // Values separated by commas; the option may be repeated.
 CLI::Option* XVOpcaoLista(CLI::App& rComando, const std::string& sNome, const std::string& sDescricao,
                           EEnumeracao eEnumeracao, std::vector<XVUInt>* pLista);
