@@ -7,6 +7,7 @@
 #include "contract/XVRegistroInicializacao.h"
 #include "core/xvdatabase/XVDataBaseUtil.h"
 #include "core/xvdatabase/XVDiarioFormato.h"
+#include "core/xvdatabase/XVMarcas.h"
 #include "core/xvdatabase/XVModoAbertura.h"
 #include "core/xvdatabase/XVNomeArquivo.h"
 #include "core/xvdatabase/XVRegistroVersao.h"
@@ -18,10 +19,6 @@
 #include "support/trace/XVArquivoRecusado.h"
 #include "support/trace/XVProfiler.h"
 #include "support/values/XVTextoAscii.h"
-
-namespace {
-constexpr const char* k_pszMarcaConversao = "DFXXMARCA2";
-}  // namespace
 
 HRESULT CXVConversaoMiddleware::OnInicializa() {
     XV_CHECK_SUPER(CXVBaseParaRotinas, OnInicializa());
@@ -65,8 +62,9 @@ HRESULT CXVConversaoMiddleware::RecusaVersaoPosterior(XVUShort usVersao) {
 HRESULT CXVConversaoMiddleware::MarcaConversao(std::unique_ptr<IXVMarcaDiretorio>& marca) {
     std::string sDiretorio;
     XV_CHECK(CXVDataBaseUtil::GetPathDados(XV_DF, GetEmpresa(), &sDiretorio));
-    const CXVErroArquivo erro = XVTentaMarca(k_iTentativasLongas, sDiretorio, k_pszMarcaConversao, marca);
-    if (!erro.Ok()) XV_CHECK(Recusa(XVCodigosArquivo::CodigoDeExcecao(erro), k_pszMarcaConversao));
+    const std::string sMarca = XVMarcas::Nome(XV_DF, IXVArqMarcaEnum::Conversao);
+    const CXVErroArquivo erro = XVTentaMarca(k_iTentativasLongas, sDiretorio, sMarca, marca);
+    if (!erro.Ok()) XV_CHECK(Recusa(XVCodigosArquivo::CodigoDeExcecao(erro), sMarca));
     return S_OK;
 }
 

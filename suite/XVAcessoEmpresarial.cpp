@@ -44,7 +44,8 @@ CXVErroArquivo GravaLinha(IXVArquivo& rArquivo, std::string_view sLinha, bool* p
 CXVErroArquivo CriaLog(const std::string& sDiretorio, const std::string& sNome, bool* pbLinhaPartida,
                        std::unique_ptr<IXVArquivo>& pArquivo) {
     std::unique_ptr<IXVMarcaDiretorio> pMarca;
-    CXVErroArquivo erro = XVTentaMarca(k_iTentativasCurtas, sDiretorio, "loggeral", pMarca);
+    CXVErroArquivo erro =
+        XVTentaMarca(k_iTentativasCurtas, sDiretorio, CXVAcessoEmpresarial::k_pszMarcaCriacao, pMarca);
     if (!erro.Ok()) return erro;
     erro = AbreLog(XVPlataforma::SistemaArquivos().Junta(sDiretorio, sNome), ECriacaoArquivo::eCriaSeAusente,
                    pArquivo);

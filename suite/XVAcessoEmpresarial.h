@@ -29,6 +29,9 @@ class CXVAcessoEmpresarial {
   public:
     XV_CLASSE("CXVAcessoEmpresarial", "XVAcessoEmpresarial")
 
+    // The mark on the data directory under which a month's file is created.
+    static constexpr const char* k_pszMarcaCriacao = "loggeral";
+
     // pDono: who writes (company, user, session); must outlive this object.
     explicit CXVAcessoEmpresarial(const IXVDF_Profiler* pDono);
     ~CXVAcessoEmpresarial();

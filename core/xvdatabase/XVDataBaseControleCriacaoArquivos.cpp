@@ -7,6 +7,7 @@
 #include "core/xvdatabase/XVDataBaseUtil.h"
 #include "core/xvdatabase/XVDiario.h"
 #include "core/xvdatabase/XVImagemArquivo.h"
+#include "core/xvdatabase/XVMarcas.h"
 #include "core/xvdatabase/XVModoAbertura.h"
 #include "core/xvdatabase/XVNomeArquivo.h"
 #include "core/xvdatabase/XVTextFile.h"
@@ -20,8 +21,6 @@
 namespace {
 
 const std::string k_sNomeControle(XVDATABASE_NOME_ARQUIVO_CONTROLE_CRIACAO_ARQUIVOS);
-
-enum IXVArqMarcaEnum : unsigned { ControleCriacaoArquivosInMemory = 1 };
 
 // The control's own short-lived database: reads share the file with its writers.
 class CXVDataBaseControle : public CXVDataBase {
@@ -205,8 +204,7 @@ HRESULT CXVDataBaseControleCriacaoArquivos::ExecutaMarcaDiretorio(std::unique_pt
     // Readers of the log know the call with its output passed by reference.
     XV_CHECK_TEXTO(CXVDataBaseUtil::GetPathDados(m_eModulo, GetEmpresa(), &sDiretorioMarca),
                    "CXVDataBaseUtil::GetPathDados(m_eModulo, GetEmpresa(), sDiretorioMarca)");
-    const std::string sMarca = std::string(CAmbienteXV::GetSiglaModulo(m_eModulo)) + "XXMARCA" +
-                               std::to_string(static_cast<unsigned>(ControleCriacaoArquivosInMemory));
+    const std::string sMarca = XVMarcas::Nome(m_eModulo, IXVArqMarcaEnum::ControleCriacaoArquivosInMemory);
     const CXVErroArquivo erro = XVTentaMarca(k_iTentativasLongas, sDiretorioMarca, sMarca, marca);
     if (erro.Ok()) return S_OK;
     const HRESULT hr = XVCodigosArquivo::DeExcecao(erro.GetCausa()).hr;

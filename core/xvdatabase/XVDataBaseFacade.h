@@ -14,6 +14,7 @@
 #include "core/xvdatabase/XVDataBase.h"
 #include "core/xvdatabase/XVDataBaseUtil.h"
 #include "core/xvdatabase/XVDiario.h"
+#include "core/xvdatabase/XVMarcas.h"
 #include "core/xvdatabase/XVOperacao.h"
 #include "core/xvdatabase/XVVisao.h"
 #include "platform/XVPlataforma.h"
@@ -62,6 +63,7 @@ class CXVDataBaseFacade : public TBase {
         if (m_pLoja->uiObjetos == 0) {
             XV_CHECK(RecusaVersaoPosterior());  // before the journal, which may conclude an operation
             XV_CHECK(m_pLoja->diario.Abre(this, m_pLoja->dataBase.GetModulo(), sDiretorio));
+            XVMarcas::RetiraSemDono(m_pLoja->dataBase.GetModulo(), sDiretorio);
             const HRESULT hr = XV_REGISTRA(AbreLoja());
             if (FAILED(hr)) {
                 XVIgnora(m_pLoja->diario.Fecha(this));

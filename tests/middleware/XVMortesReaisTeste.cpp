@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <optional>
 #include <random>
+#include <set>
 
 #include "platform/XVPlataforma.h"
 #include "tests/harness/XVDiretorioTemporario.h"
@@ -129,6 +130,38 @@ TEST(MortesReais, SoOVelhoOuONovoEOQueFoiConfirmadoEsta) {
         vidas->MataUm();
         ASSERT_FALSE(HasFailure()) << "kill " << i << " of seed " << uiSemente;
     }
+}
+
+// A process that dies between placing a mark and lifting it may leave the mark's file; the next writer takes
+// away each that nobody holds, and no other. A viewer changes nothing.
+TEST(MortesReais, MarcasQueNinguemSeguraSaoRetiradasPeloProximoEscritor) {
+    const CXVDiretorioTeste diretorio;
+    const CXVMaquinaMorte maquina(diretorio.GetCaminho());
+    const fs::path pasta = fs::path(diretorio.Junta("MATRIZ")) / "DF";
+    const CXVDonoFixo dono("MATRIZ");
+    const auto abreEFecha = [&dono](bool bSomenteLeitura) {
+        CBaseMiddleware loja;
+        loja.SetSomenteLeitura(bSomenteLeitura);
+        EXPECT_EQ(loja.Inicializa(&dono), S_OK);
+        EXPECT_EQ(loja.Finaliza(), S_OK);
+    };
+    const auto marcas = [&pasta] {
+        std::set<std::string> nomes;
+        for (const auto& rEntrada : fs::directory_iterator(pasta))
+            if (rEntrada.path().extension() != ".dat") nomes.insert(rEntrada.path().filename().string());
+        return nomes;
+    };
+    abreEFecha(false);
+    const std::set<std::string> sobras{"DFXXMARCA1", "DFXXMARCA2", "loggeral"};
+    for (const std::string& sNome : sobras) diretorio.CriaArquivo("MATRIZ/DF/" + sNome, "");
+    abreEFecha(true);
+    EXPECT_EQ(marcas(), sobras);
+    std::unique_ptr<IXVMarcaDiretorio> pSegura;
+    ASSERT_TRUE(XVPlataforma::SistemaArquivos().MarcaDiretorio(pasta.string(), "loggeral", pSegura).Ok());
+    abreEFecha(false);
+    EXPECT_EQ(marcas(), std::set<std::string>{"loggeral"});
+    pSegura.reset();
+    EXPECT_EQ(marcas(), std::set<std::string>{});
 }
 
 }  // namespace
