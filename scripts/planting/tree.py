@@ -11,11 +11,11 @@ SOURCE = os.path.join(PLACE, "source")
 TREE = os.path.join(PLACE, "tree")
 HEADER = os.path.join(PLACE, "XVPlantada.h")
 LOG = os.path.join(PLACE, "build.log")
-# Without optimisation because it is built more often than run; without warnings because of what the switches do.
+# Without optimisation, for building takes longer than running; without warnings, for the switches cause some.
 FLAGS = f"-O0 -w -include {HEADER}"
 REACHED = 1 << 16  # bytes of the map of places that a run came to; two places may share one, rarely
-PLANTED = """// Which fault is planted in this process: one at most, by the environment. A second variable names a file
-// that every process of a run shares; there stands by and by which faults' places the run came to.
+PLANTED = """// Which fault is planted in this process: one at most, by the environment. A second variable
+// names a file that every process of a run shares; there stands which faults' places the run came to.
 #pragma once
 #include <fcntl.h>
 #include <sys/mman.h>
