@@ -14,8 +14,9 @@ LOG = os.path.join(PLACE, "build.log")
 # Without optimisation, for building takes longer than running; without warnings, for the switches cause some.
 FLAGS = f"-O0 -w -include {HEADER}"
 REACHED = 1 << 16  # bytes of the map of places that a run came to; two places may share one, rarely
-PLANTED = """// Which fault is planted in this process: one at most, by the environment. A second variable
-// names a file that every process of a run shares; there stands which faults' places the run came to.
+PLANTED = """\
+// Which fault is planted in this process: one at most, by the environment. A second variable names a file
+// that every process of a run shares; there stands by and by which faults' places the run came to.
 #pragma once
 #include <fcntl.h>
 #include <sys/mman.h>
@@ -27,17 +28,17 @@ PLANTED = """// Which fault is planted in this process: one at most, by the envi
 struct SXVPlantada {
     unsigned ulNumero = 0;
     volatile unsigned char* pAlcancadas = nullptr;
+    // The calls go past what tests put in front of the system's functions.
     SXVPlantada() noexcept {
-        const char* pszNumero = std::getenv("XV_PLANTED");
-        if (pszNumero != nullptr) ulNumero = static_cast<unsigned>(std::strtoul(pszNumero, nullptr, 16));
+        if (const char* psz = std::getenv("XV_PLANTED")) \
+ulNumero = static_cast<unsigned>(std::strtoul(psz, nullptr, 16));
         const char* pszMapa = std::getenv("XV_PLANTED_REACHED");
         if (pszMapa == nullptr) return;
-        // These calls go past what tests put in front of the system's functions.
         const long lArquivo = syscall(SYS_openat, AT_FDCWD, pszMapa, O_RDWR);
         if (lArquivo < 0) return;
         const long lMapa = syscall(SYS_mmap, nullptr, %dUL, PROT_READ | PROT_WRITE, MAP_SHARED, lArquivo, 0L);
         syscall(SYS_close, lArquivo);
-        if (lMapa != -1) pAlcancadas = reinterpret_cast<unsigned char*>(lMapa);
+        if (lMapa > 0 || lMapa < -4095) pAlcancadas = reinterpret_cast<unsigned char*>(lMapa);
     }
 };
 
@@ -143,9 +144,10 @@ def run_logged(command):
 
 def blamed(output, faults):
     """The faults that the compiler's errors are about, each with its error."""
-    at = re.escape(SOURCE) + r"/(\S+?):(\d+):\d+: "
-    places = re.findall(at + r"(?:fatal )?(error: .*)", output) or \
-        re.findall(at + r" +(required from .*)", output)
+    # A compiler's cache may make the paths relative to the tree.
+    at = rf"^(?:{re.escape(SOURCE)}|\.\./source)/(\S+?):(\d+):\d+: "
+    places = re.findall(at + r"(?:fatal )?(error: .*)", output, re.M) or \
+        re.findall(at + r" +(required from .*)", output, re.M)
     groups = by_file(faults)
     found = {}
     for file, line, message in places:
