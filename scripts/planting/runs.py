@@ -9,7 +9,7 @@ import tempfile
 import time
 
 from planting.lists import Trouble
-from planting.tree import REACHED, program_paths
+from planting.tree import REACHED, built_programs
 
 
 @dataclasses.dataclass
@@ -25,8 +25,8 @@ def environment(**more):
     return {k: v for k, v in os.environ.items() if not k.startswith(("XV_PLANTED", "GTEST_"))} | more
 
 
-def run_tests(path, tests, limit, planted=None):
-    """One run of a test program, in a folder of its own; without a fault it notes the places it came to."""
+def run_tests(program, tests, limit, planted=None):
+    """One run of a test program, with temporary files of its own; without a fault it notes the places it came to."""
     with tempfile.TemporaryDirectory(prefix="xvplanted-", ignore_cleanup_errors=True) as folder:
         reached = os.path.join(folder, "reached")
         with open(reached, "wb") as places:
@@ -35,11 +35,12 @@ def run_tests(path, tests, limit, planted=None):
         temporary = os.path.join(folder, "tmp")
         os.mkdir(temporary)
         # A fault may ask for all memory or write without end.
+        path, folder_of_tests = program
         command = ["prlimit", "--core=0", f"--as={8 << 30}", f"--fsize={4 << 30}", path,
                    f"--gtest_filter={tests}", "--gtest_fail_fast", "--gtest_color=no"]
         begin = time.monotonic()
         with open(os.path.join(folder, "said"), "w+b") as said:
-            code = run_limited(command, limit, cwd=os.path.dirname(path), stdin=subprocess.DEVNULL,
+            code = run_limited(command, limit, cwd=folder_of_tests, stdin=subprocess.DEVNULL,
                                stdout=said, stderr=said, env=environment(TMPDIR=temporary, **switch))
             seconds = time.monotonic() - begin
             said.seek(0)
@@ -73,9 +74,9 @@ def what_happened(text, code, limit):
     return f"{name} dies by signal {-code}" if code < 0 else name
 
 
-def tests_of(path, tests):
+def tests_of(program, tests):
     """Full names of the program's tests that the filter takes and that are run."""
-    listed = subprocess.run([path, "--gtest_list_tests", f"--gtest_filter={tests}"], capture_output=True,
+    listed = subprocess.run([program[0], "--gtest_list_tests", f"--gtest_filter={tests}"], capture_output=True,
                             text=True, env=environment())
     names, suite = [], ""
     for line in listed.stdout.split("\n"):
@@ -91,7 +92,7 @@ class Runner:
     def __init__(self, faults, jobs, limit):
         self.faults, self.jobs, self.limit = faults, jobs, limit
         self.clean = {}  # {(program, filter): outcome without a fault}
-        self.paths = {}
+        self.programs = {}  # {name: (path, folder)}
 
     def time_limit(self, *runs):
         alone = sum(self.clean[run].seconds for run in runs)
@@ -112,7 +113,7 @@ class Runner:
         failing = []
 
         def task(run):
-            return run_tests(self.paths[run[0]], run[1], 10 * self.limit)
+            return run_tests(self.programs[run[0]], run[1], 10 * self.limit)
         for run, outcome in self.parallel(task, runs):
             self.clean[run] = outcome
             if not outcome.passed:
@@ -125,18 +126,18 @@ class Runner:
 
     def prepare(self, programs, all_tests):
         """Looks the tests up, and runs each without a fault."""
-        self.paths = program_paths(programs)
+        self.programs = built_programs(programs)
         runs = {}
         for fault in self.faults:
             for test in fault.tests:
                 program, tests = test.split(":", 1)
                 if (program, tests) not in runs:
-                    runs[(program, tests)] = bool(tests_of(self.paths[program], tests))
+                    runs[(program, tests)] = bool(tests_of(self.programs[program], tests))
                 if not runs[(program, tests)]:
                     fault.error = f'no test of {program} fits the filter "{tests}"'
         runs = [run for run, there in runs.items() if there]
         if all_tests:
-            runs += [(program, test) for program in programs for test in tests_of(self.paths[program], "*")]
+            runs += [(program, test) for program in programs for test in tests_of(self.programs[program], "*")]
         self.run_clean(dict.fromkeys(runs))
 
     def by_its_tests(self, fault):
@@ -161,7 +162,7 @@ class Runner:
         fault.result = "SURVIVED"
         fault.detail = "as it has to" if fault.survives else "" if runs else "no test comes to this place"
         for program, tests, limit in runs:
-            outcome = run_tests(self.paths[program], tests, limit, fault.number)
+            outcome = run_tests(self.programs[program], tests, limit, fault.number)
             fault.seconds += outcome.seconds
             if not outcome.passed:
                 fault.result, fault.detail = "seen", f"{program}: {outcome.detail}"

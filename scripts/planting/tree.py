@@ -194,12 +194,13 @@ def build(faults, programs, jobs):
         copy_tree(planted)
 
 
-def program_paths(programs):
+def built_programs(programs):
+    """{program: (its path, the folder in which it is run)}"""
     listed = subprocess.run(["ninja", "-C", TREE, "-t", "targets", "all"], capture_output=True, text=True,
                             check=True)
     paths = {os.path.basename(path): os.path.join(TREE, path)
              for path in re.findall(r"^(\S+): CXX_EXECUTABLE_LINKER", listed.stdout, re.M)}
-    missing = set(programs) - paths.keys()
+    missing = programs.keys() - paths.keys()
     if missing:
         raise Trouble(f"plant-faults: not built on this system: {', '.join(sorted(missing))}")
-    return paths
+    return {name: (paths[name], os.path.join(TREE, "tests", folder)) for name, folder in programs.items()}
