@@ -26,7 +26,7 @@ def environment(**more):
 
 
 def run_tests(program, tests, limit, planted=None):
-    """One run of a test program, with temporary files of its own; without a fault it notes the places it came to."""
+    """One run of a test program, with temporary files of its own; without a fault it notes where it came."""
     with tempfile.TemporaryDirectory(prefix="xvplanted-", ignore_cleanup_errors=True) as folder:
         reached = os.path.join(folder, "reached")
         with open(reached, "wb") as places:
@@ -76,8 +76,8 @@ def what_happened(text, code, limit):
 
 def tests_of(program, tests):
     """Full names of the program's tests that the filter takes and that are run."""
-    listed = subprocess.run([program[0], "--gtest_list_tests", f"--gtest_filter={tests}"], capture_output=True,
-                            text=True, env=environment())
+    listed = subprocess.run([program[0], "--gtest_list_tests", f"--gtest_filter={tests}"],
+                            capture_output=True, text=True, env=environment())
     names, suite = [], ""
     for line in listed.stdout.split("\n"):
         name = line.split("#")[0].strip()
@@ -137,7 +137,7 @@ class Runner:
                     fault.error = f'no test of {program} fits the filter "{tests}"'
         runs = [run for run, there in runs.items() if there]
         if all_tests:
-            runs += [(program, test) for program in programs for test in tests_of(self.programs[program], "*")]
+            runs += [(name, test) for name in programs for test in tests_of(self.programs[name], "*")]
         self.run_clean(dict.fromkeys(runs))
 
     def by_its_tests(self, fault):
