@@ -8,6 +8,15 @@ bool XVVarreduraCompleta() {
     return psz != nullptr && std::string_view(psz) == "completa";
 }
 
+unsigned XVSaltoVarredura(unsigned uiBreve, [[maybe_unused]] unsigned uiLento) {
+    if (XVVarreduraCompleta()) return 1;
+#ifdef XV_EXECUCAO_LENTA
+    return uiLento;
+#else
+    return uiBreve;
+#endif
+}
+
 void CXVCenarioVarredura::SetUp() {
     CriaInicial();
     m_inicial = m_Arquivos.Retrata();

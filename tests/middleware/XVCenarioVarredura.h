@@ -11,6 +11,9 @@
 
 // Whether every combination was asked for (XV_VARREDURA=completa) or a choice is enough.
 bool XVVarreduraCompleta();
+// From one mishap of a sweep to the next: 1 when all were asked for, uiBreve otherwise, and uiLento where
+// each step takes ten times as long (XV_EXECUCAO_LENTA: under Wine and with sanitizers).
+unsigned XVSaltoVarredura(unsigned uiBreve, unsigned uiLento);
 
 inline void PrintTo(const SOperacaoLoja& rOperacao, std::ostream* pSaida) {
     *pSaida << rOperacao.pszNome;

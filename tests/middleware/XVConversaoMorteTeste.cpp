@@ -5,8 +5,11 @@
 #include "tests/harness/XVSistemaArquivosFalhas.h"
 #include "tests/harness/XVSistemaArquivosMorte.h"
 #include "tests/middleware/XVCenarioConversao.h"
+#include "tests/middleware/XVCenarioVarredura.h"
 
 namespace {
+
+const unsigned k_uiSalto = XVSaltoVarredura(1, 3);
 
 class CXVConversaoMorteTeste : public CXVCenarioConversao, public testing::WithParamInterface<unsigned> {
   protected:
@@ -19,7 +22,7 @@ class CXVConversaoMorteTeste : public CXVCenarioConversao, public testing::WithP
     // Dies at every operation that is counted, now and then once more on the way back; the number of them.
     XVUInt64 Varre(CXVSistemaArquivosMorte& rMorte, bool bGravaMetade) {
         XVUInt64 uiOperacao = 1;
-        for (bool bMorreu = true; bMorreu && !HasFailure(); ++uiOperacao) {
+        for (bool bMorreu = true; bMorreu && !HasFailure(); uiOperacao += k_uiSalto) {
             m_Arquivos.Restaura(m_inicio);
             rMorte.Nasce(uiOperacao, bGravaMetade);
             bMorreu = rMorte.Executa([&] { EXPECT_EQ(Converte(), S_OK); });
@@ -98,7 +101,7 @@ TEST_P(CXVConversaoMorteTeste, FalhaUmaVezEmCadaOperacaoDeArquivo) {
     CXVSistemaArquivosFalhas falhas(m_Arquivos);
     const CXVGuardaSistemaArquivos guarda(falhas);
     XVUInt64 uiErros = 0;
-    for (XVUInt64 uiOperacao = 1; !HasFailure(); ++uiOperacao) {
+    for (XVUInt64 uiOperacao = 1; !HasFailure(); uiOperacao += k_uiSalto) {
         m_Arquivos.Restaura(m_inicio);
         falhas.Programa({.eOperacao = std::nullopt, .uiNumero = uiOperacao});
         XVUShort usAntes = 0;
@@ -129,7 +132,7 @@ TEST_P(CXVConversaoMorteTeste, PerguntasSobreArquivosSemRespostaAPartirDeCadaUma
     const CXVGuardaSistemaArquivos guarda(falhas);
     const std::string sControle = PastaDados("XVDATABASE_FILE_CTRL.dat");
     XVUInt64 uiPergunta = 1;
-    for (; !HasFailure(); ++uiPergunta) {
+    for (; !HasFailure(); uiPergunta += k_uiSalto) {
         m_Arquivos.Restaura(m_inicio);
         falhas.Programa(
             {.eOperacao = EOperacaoArquivo::eConsulta, .uiNumero = uiPergunta, .bPermanente = true});

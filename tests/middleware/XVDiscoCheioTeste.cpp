@@ -52,7 +52,7 @@ TEST_F(CXVDiscoCheio, AbreBuscaELeTambemQuandoOJornalNaoPodeSerCriado) {
 // already: what is scarce is the place of the files.
 TEST_F(CXVDiscoCheio, CadaQuantidadeDeBytesLivres) {
     const auto inicial = m_Arquivos.Retrata();
-    const XVUInt64 uiSalto = XVVarreduraCompleta() ? 1 : 13;
+    const XVUInt64 uiSalto = XVSaltoVarredura(13, 65);
     bool bCoube = false;
     for (XVUInt64 uiLivres = 0; !bCoube; uiLivres += uiSalto) {
         SCOPED_TRACE(uiLivres);

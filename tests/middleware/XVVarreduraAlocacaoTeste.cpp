@@ -26,7 +26,7 @@ class CXVVarreduraAlocacao : public CXVCenarioVarredura {
         return bFeita;
     }
     void Varre(const std::function<void(long)>& fnCaso) {
-        const long iSalto = XVVarreduraCompleta() ? 1 : 7;
+        const auto iSalto = static_cast<long>(XVSaltoVarredura(7, 77));
         m_bRecusada = true;
         for (long i = 1; m_bRecusada; i += iSalto) {
             SCOPED_TRACE("allocation " + std::to_string(i));

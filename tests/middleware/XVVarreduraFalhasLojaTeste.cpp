@@ -33,21 +33,13 @@ std::string Descreve(const SFalhaArquivo& rFalha) {
                                          : ", shared");
 }
 
-// On files in memory the sweep is the same on every system, and ten times as slow under Wine.
-#ifdef _WIN32
-constexpr unsigned k_uiSaltoWine = 11;
-#else
-constexpr unsigned k_uiSaltoWine = 1;
-#endif
-
 class CXVVarreduraFalhasLoja : public CXVCenarioVarredura {
   protected:
     CXVVarreduraFalhasLoja() : m_Falhas(m_Arquivos), m_Guarda(m_Falhas) {}
 
-    // Runs fnCaso for every number (every uiSaltoBreve-th in the short form) of every fault until a run meets
-    // none; fnCaso programs the fault and tells whether it came.
-    void Varre(unsigned uiSaltoBreve, const std::function<bool(const SFalhaArquivo&)>& fnCaso) {
-        const unsigned uiSalto = XVVarreduraCompleta() ? 1 : uiSaltoBreve * k_uiSaltoWine;
+    // Runs fnCaso for every uiSalto-th number of every fault until a run meets none; fnCaso programs the
+    // fault and tells whether it came.
+    void Varre(unsigned uiSalto, const std::function<bool(const SFalhaArquivo&)>& fnCaso) {
         for (SFalhaArquivo falha : Falhas()) {
             bool bHouveFalha = true;
             for (falha.uiNumero = 1; bHouveFalha; falha.uiNumero += uiSalto) {
@@ -88,7 +80,7 @@ class CXVVarreduraFalhasLoja : public CXVCenarioVarredura {
 };
 
 TEST_P(CXVVarreduraFalhasLoja, NoMesmoProcesso) {
-    Varre(1, [&](const SFalhaArquivo& rFalha) {
+    Varre(XVSaltoVarredura(1, 11), [&](const SFalhaArquivo& rFalha) {
         const TLoja pLoja = Abre();
         if (pLoja == nullptr) return false;
         const std::string sLogAntes = LogGeral();
@@ -110,7 +102,7 @@ TEST_P(CXVVarreduraFalhasLoja, NoMesmoProcesso) {
 }
 
 TEST_P(CXVVarreduraFalhasLoja, EmProcessoQueReabre) {
-    Varre(5, [&](const SFalhaArquivo& rFalha) {
+    Varre(XVSaltoVarredura(5, 55), [&](const SFalhaArquivo& rFalha) {
         m_Falhas.Programa(rFalha);
         bool bFeita = false;
         {

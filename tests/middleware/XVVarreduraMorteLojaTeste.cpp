@@ -90,7 +90,7 @@ class CXVVarreduraMorteLoja : public CXVCenarioVarredura {
 };
 
 TEST_P(CXVVarreduraMorteLoja, EmCadaAlteracaoDosArquivos) {
-    const XVUInt64 uiSalto = XVVarreduraCompleta() ? 1 : 3;
+    const XVUInt64 uiSalto = XVSaltoVarredura(3, 13);
     XVUInt64 uiMorte = 1;
     for (bool bMorreu = true; bMorreu && !HasFailure(); uiMorte += uiSalto) {
         for (const bool bGravaMetade : {false, true}) {

@@ -105,7 +105,7 @@ TEST_F(CXVDiretorioFechadoTeste, LidoMasNaoAtravessadoNaoDizOQueTem) {
     Modo("fechado", 0744);
     {
         const CXVUsuarioSemDireitos usuario;
-        if (geteuid() == 0) {  // its owner may enter
+        if (CXVUsuarioSemDireitos::EOutro()) {  // its owner may enter
             for (const std::string sNome : {"fechado/A.dat", "fechado/nada.dat"}) {
                 EXPECT_EQ(m_rSistema.Existe(Caminho(sNome)), EExistencia::eSemAcesso) << sNome;
                 EXPECT_EQ(BuscaNomeReal(sNome), ECausaArquivo::eAcessoNegado) << sNome;
@@ -123,7 +123,7 @@ TEST_F(CXVDiretorioFechadoTeste, AtravessadoMasNaoLidoMostraONomeExato) {
         EXPECT_EQ(BuscaNomeReal("fechado/A.dat"), ECausaArquivo::eNenhuma);
         EXPECT_EQ(m_rSistema.Existe(Caminho("fechado/A.dat")), EExistencia::eArquivo);
         EXPECT_EQ(m_rSistema.Existe(Caminho("fechado/a.dat")), EExistencia::eAusente);
-        if (geteuid() == 0) {  // its owner may read the directory and the file
+        if (CXVUsuarioSemDireitos::EOutro()) {  // its owner may read the directory and the file
             EXPECT_EQ(BuscaNomeReal("fechado/a.dat"), ECausaArquivo::eAcessoNegado);
             EXPECT_EQ(Abre("fechado/A.dat", k_leitura), ECausaArquivo::eAcessoNegado);
         }
