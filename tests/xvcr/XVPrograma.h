@@ -3,12 +3,11 @@
 
 #include <gtest/gtest.h>
 
-#include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
 
 #include "tests/harness/XVDiretorioTemporario.h"
-#include "tests/harness/XVExecucao.h"
+#include "tests/xvcr/XVExecutaAqui.h"
 
 class XVPrograma : public testing::Test {
   protected:
@@ -22,5 +21,3 @@ class XVPrograma : public testing::Test {
 
     CXVDiretorioTeste m_Diretorio;
 };
-
-std::vector<nlohmann::json> XVLinhasJson(const std::string& sTexto);

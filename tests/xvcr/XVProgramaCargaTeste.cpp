@@ -22,38 +22,82 @@ constexpr const char* k_szTresLinhas =
 TEST_F(ProgramaCarga, ParaNoPrimeiroErroESoOAnteriorFica) {
     const SExecucao execucao = Xvcr({"carrega", "-"}, k_szTresLinhas);
     EXPECT_EQ(execucao.iSaida, 1);
-    EXPECT_THAT(execucao.sSaida, HasSubstr("linha 1: "));
-    EXPECT_THAT(execucao.sSaida, HasSubstr("2 lidas, 1 gravadas, 1 com erro\n"));
-    EXPECT_THAT(execucao.sErro, HasSubstr("xvcr: linha 3, campo \"eSistemaIntegracao\": valor desconhecido"));
-    EXPECT_EQ(Quantidade(), "1\n");
-    EXPECT_EQ(Json({"busca", "--le", "--json-enviado"}).at(0)["regRegistroJSON"], "{\"n\":1.50}");
-}
-
-TEST_F(ProgramaCarga, ContinuaDepoisDoErro) {
-    const SExecucao execucao = Xvcr({"--json", "carrega", "-", "--continua"}, k_szTresLinhas);
-    EXPECT_EQ(execucao.iSaida, 1);
-    const std::vector<nlohmann::json> lista = XVLinhasJson(execucao.sSaida);
-    ASSERT_EQ(lista.size(), 4U);
-    EXPECT_EQ(lista[0]["hr"], "0x00000000");
-    EXPECT_EQ(lista[1]["linha"], 3);
-    EXPECT_EQ(lista[1]["campo"], "eSistemaIntegracao");
-    EXPECT_FALSE(lista[1].contains("hr")) << "the line never reached the store";
-    EXPECT_NE(lista[2]["sDmc"], "0");
-    EXPECT_EQ(lista[3], nlohmann::json::parse("{\"lidas\":3,\"gravadas\":2,\"erros\":1}"));
+    const nlohmann::json lida = Json({"busca", "--le", "--json-enviado"}).at(0);
+    EXPECT_EQ(lida["regRegistroJSON"], "{\"n\":1.50}");
+    EXPECT_EQ(execucao.sSaida, "linha 1: " + lida.value("sDmc", "") +
+                                   " gravada\nlinha 3: erro\n2 lidas, 1 gravadas, 1 com erro\n");
+    EXPECT_EQ(execucao.sErro,
+              "xvcr: linha 3, campo \"eSistemaIntegracao\": valor desconhecido; os aceitos são: Nenhum, "
+              "SimulacaoSistemaTerceiro, OfficialBank, Mercos\n");
+    EXPECT_EQ(Xvcr({"carrega", "-", "--para"}, k_szTresLinhas).iSaida, 1);
     EXPECT_EQ(Quantidade(), "2\n");
 }
 
-TEST_F(ProgramaCarga, LinhasLongasTortasEDaBase) {
-    const std::string sEntrada = "{\"regRegistroJSON\":\"" + std::string(2000, 'x') +
-                                 "\"}\n{\"a\":\xff}\n{\"sDmc\":\"" + "20200101-9-1\"}\n{}";
-    const SExecucao execucao = Xvcr({"carrega", "-", "--continua", "--linha-maxima", "1000"}, sEntrada);
+// What each line did, whole: recorded, refused before the store, refused by it, too long.
+TEST_F(ProgramaCarga, ContinuaDepoisDoErroEDizOQueHouveComCadaLinha) {
+    const std::string sLonga = "{\"regRegistroJSON\":\"" + std::string(100000, 'x') + "\"}\n";
+    const std::string sEntrada =
+        k_szTresLinhas + sLonga +
+        "{\"a\":\xff}\n"
+        "{\"operacao\":\"status\",\"sDmc\":\"20200101-9-1\",\"eStatusIntegracao\":4}\n"
+        "{\"operacao\":\"apaga\"}\n" +
+        sLonga.substr(0, 999);
+    const SExecucao execucao = Xvcr({"--json", "carrega", "-", "--continua"}, sEntrada);
     EXPECT_EQ(execucao.iSaida, 1);
-    EXPECT_THAT(execucao.sErro, HasSubstr("linha 1: mais de 1000 bytes"));
-    EXPECT_THAT(execucao.sErro, HasSubstr("linha 2: JSON inválido no byte 6"));
-    EXPECT_THAT(execucao.sErro, HasSubstr("linha 3: 0x8"));
-    EXPECT_THAT(execucao.sSaida, HasSubstr("4 lidas, 1 gravadas, 3 com erro\n"));
+    const std::vector<nlohmann::json> lidas = Json({"busca", "--le", "--json-enviado"});
+    ASSERT_EQ(lidas.size(), 3U);
+    EXPECT_EQ(lidas[2]["regRegistroJSON"], std::string(100000, 'x'));
+    const auto gravada = [&](std::size_t i, int iLinha) {
+        return nlohmann::json{{"linha", iLinha},
+                              {"operacao", "integracao"},
+                              {"hr", "0x00000000"},
+                              {"regDmc", lidas[i]["regDmc"]},
+                              {"sDmc", lidas[i]["sDmc"]}};
+    };
+    const auto recusada = [](int iLinha, const char* pszErro) {
+        return nlohmann::json{
+            {"linha", iLinha}, {"operacao", "integracao"}, {"regDmc", "0"}, {"sDmc", "0"}, {"erro", pszErro}};
+    };
+    nlohmann::json sistema = recusada(3,
+                                      "valor desconhecido; os aceitos são: Nenhum, SimulacaoSistemaTerceiro, "
+                                      "OfficialBank, Mercos");
+    sistema["campo"] = "eSistemaIntegracao";
+    nlohmann::json operacao = recusada(8, "esperado \"integracao\" ou \"status\"");
+    operacao["campo"] = "operacao";
+    std::vector<nlohmann::json> listaLinhas = XVLinhasJson(execucao.sSaida);
+    ASSERT_EQ(listaLinhas.size(), 9U);
+    EXPECT_THAT(listaLinhas[5].value("erro", ""), testing::StartsWith("0x810809D9 E_XVCR_TENTATIVA_LER_POSICAO_ZERO: "));
+    listaLinhas[5].erase("erro");
+    EXPECT_EQ(listaLinhas, (std::vector<nlohmann::json>{gravada(0, 1),
+                                                        sistema,
+                                                        gravada(1, 4),
+                                                        gravada(2, 5),
+                                                        recusada(6, "JSON inválido no byte 6"),
+                                                        {{"linha", 7},
+                                                         {"operacao", "status"},
+                                                         {"hr", "0x810809D9"},
+                                                         {"regDmc", "6199275255819812865"},
+                                                         {"sDmc", "20200101-9-1"}},
+                                                        operacao,
+                                                        recusada(9, "JSON inválido no byte 1000"),
+                                                        {{"lidas", 8}, {"gravadas", 3}, {"erros", 5}}}));
+}
+
+TEST_F(ProgramaCarga, LimiteDaLinhaEEntradasVazias) {
+    const std::string sLinha = R"({"regRegistroJSON":"12345678"})";
+    const std::string sLimite = std::to_string(sLinha.size());
+    const SExecucao execucao =
+        Xvcr({"carrega", "-", "--continua", "--linha-maxima", sLimite}, sLinha + "\n" + sLinha + " \n \n");
+    EXPECT_EQ(execucao.iSaida, 1);
+    EXPECT_EQ(execucao.sErro, "xvcr: linha 2: mais de " + sLimite + " bytes\n");
+    EXPECT_THAT(execucao.sSaida, HasSubstr("2 lidas, 1 gravadas, 1 com erro\n"));
+    const SExecucao vazia = Xvcr({"carrega", "-"}, "");
+    EXPECT_EQ(vazia.iSaida, 0);
+    EXPECT_EQ(vazia.sSaida, "0 lidas, 0 gravadas, 0 com erro\n");
     EXPECT_EQ(Xvcr({"carrega", m_Diretorio.Junta("não há")}).iSaida, 1);
-    EXPECT_EQ(Xvcr({"carrega", "-"}, "").iSaida, 0);
+    const std::string sStatus = R"({"operacao":"status","sDmc":")" + Json({"busca"}).at(0).value("sDmc", "") +
+                                R"(","eStatusIntegracao":1})";
+    EXPECT_THAT(Xvcr({"carrega", "-"}, sStatus).sSaida, HasSubstr(" status gravado\n1 lidas, 1 gravadas"));
 }
 
 TEST_F(ProgramaCarga, OQueSeLeSeCarregaDeNovo) {

@@ -1,0 +1,22 @@
+#include "tests/xvcr/XVExecutaAqui.h"
+
+#include <gtest/gtest.h>
+
+#include <sstream>
+
+#include "tools/xvcr/XVAplicacao.h"
+
+SExecucao XVExecutaAqui(const std::vector<std::string>& listaArgumentos) {
+    testing::internal::CaptureStdout();
+    testing::internal::CaptureStderr();
+    const int iSaida = XVExecutaAplicacao(listaArgumentos);
+    return {iSaida, testing::internal::GetCapturedStdout(), testing::internal::GetCapturedStderr()};
+}
+
+std::vector<nlohmann::json> XVLinhasJson(const std::string& sTexto) {
+    std::vector<nlohmann::json> listaLinhas;
+    std::istringstream fluxo(sTexto);
+    for (std::string sLinha; std::getline(fluxo, sLinha);)
+        listaLinhas.push_back(nlohmann::json::parse(sLinha));
+    return listaLinhas;
+}

@@ -1,0 +1,13 @@
+// The program inside the test's own process, and what its output with --json says.
+#pragma once
+
+#include <nlohmann/json.hpp>
+#include <string>
+#include <vector>
+
+#include "tests/harness/XVExecucao.h"
+
+SExecucao XVExecutaAqui(const std::vector<std::string>& listaArgumentos);
+
+// One value for each line.
+std::vector<nlohmann::json> XVLinhasJson(const std::string& sTexto);
