@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <iterator>
 #include <sstream>
 
 #include "tools/xvcr/XVAplicacao.h"
@@ -11,6 +12,11 @@ SExecucao XVExecutaAqui(const std::vector<std::string>& listaArgumentos) {
     testing::internal::CaptureStderr();
     const int iSaida = XVExecutaAplicacao(listaArgumentos);
     return {iSaida, testing::internal::GetCapturedStdout(), testing::internal::GetCapturedStderr()};
+}
+
+std::vector<std::string> XVPalavras(const std::string& sLinha) {
+    std::istringstream fluxo(sLinha);
+    return {std::istream_iterator<std::string>(fluxo), {}};
 }
 
 std::vector<nlohmann::json> XVLinhasJson(const std::string& sTexto) {

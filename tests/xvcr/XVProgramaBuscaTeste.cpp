@@ -15,59 +15,56 @@ using testing::HasSubstr;
 
 class ProgramaBusca : public XVPrograma {
   protected:
-    std::vector<std::string> Dmcs(std::vector<std::string> listaFiltro) const {
-        listaFiltro.insert(listaFiltro.begin(), "busca");
+    std::vector<std::string> Dmcs(const std::string& sFiltro) const {
         std::vector<std::string> listaDmcs;
-        for (const nlohmann::json& rLinha : Json(std::move(listaFiltro)))
+        for (const nlohmann::json& rLinha : Json("busca " + sFiltro))
             listaDmcs.push_back(rLinha.value("sDmc", ""));
         return listaDmcs;
     }
 };
 
 TEST_F(ProgramaBusca, CadaCampoDoFiltroRestringe) {
-    const std::string sUm = Grava({"--tipo", "BuscaPedidos", "--sistema", "Mercos", "--status", "Pendente",
-                                   "--transacao", "Inclusao", "--chave", "100", "--inclusao",
-                                   "2026-11-01T10:00:00Z", "--alteracao-status", "2026-11-11T10:00:00Z"});
-    const std::string sDois = Grava({"--tipo", "CadastroProduto", "--sistema", "OfficialBank", "--status",
-                                     "Sucesso", "--transacao", "Alteracao", "--chave", "500", "--inclusao",
-                                     "2026-11-02T09:00:00Z", "--alteracao-status", "2026-11-12T09:00:00Z"});
-    const std::string sTres =
-        Grava({"--tipo", "BuscaUsuarios", "--sistema", "SimulacaoSistemaTerceiro", "--status", "Erro",
-               "--transacao", "Exclusao", "--chave", "900", "--inclusao", "2026-11-03T11:00:00Z",
-               "--alteracao-status", "2026-11-13T11:00:00Z"});
+    const std::string sUm = Grava(
+        "--tipo BuscaPedidos --sistema Mercos --status Pendente --transacao Inclusao --chave 100 --inclusao "
+        "2026-11-01T10:00:00Z --alteracao-status 2026-11-11T10:00:00Z");
+    const std::string sDois = Grava(
+        "--tipo CadastroProduto --sistema OfficialBank --status Sucesso --transacao Alteracao --chave 500 "
+        "--inclusao 2026-11-02T09:00:00Z --alteracao-status 2026-11-12T09:00:00Z");
+    const std::string sTres = Grava(
+        "--tipo BuscaUsuarios --sistema SimulacaoSistemaTerceiro --status Erro --transacao Exclusao --chave "
+        "900 --inclusao 2026-11-03T11:00:00Z --alteracao-status 2026-11-13T11:00:00Z");
     const struct {
-        std::vector<std::string> listaFiltro;
+        std::string sFiltro;
         std::vector<std::string> listaAchadas;
     } aCasos[] = {
-        {{}, {sUm, sDois, sTres}},
-        {{"--tipo", "BuscaPedidos"}, {sUm}},
-        {{"--tipo", "6,BuscaUsuarios"}, {sDois, sTres}},
-        {{"--status", "3"}, {sDois}},
-        {{"--status", "Pendente", "--status", "Erro"}, {sUm, sTres}},
-        {{"--status", "Enviado"}, {}},
-        {{"--sistema", "OfficialBank"}, {sDois}},
-        {{"--transacao", "eXVSMiddleware_Inclusao"}, {sUm}},
-        {{"--chave-inicial", "500"}, {sDois, sTres}},
-        {{"--chave-final", "500"}, {sUm, sDois}},
-        {{"--chave-inicial", "101", "--chave-final", "499"}, {}},
-        {{"--chave-inicial", "500", "--sistema", "OfficialBank"}, {sDois}},
-        {{"--chave-inicial", "100", "--sistema", "OfficialBank"}, {}},
-        {{"--inclusao-de", "2026-11-02"}, {sDois, sTres}},
-        {{"--inclusao-ate", "2026-11-02"}, {sUm, sDois}},
-        {{"--inclusao-de", "2026-11-01T10:00"}, {sUm, sTres}},  // the time of day counts by itself
-        {{"--alteracao-de", "2026-11-12"}, {sDois, sTres}},
-        {{"--alteracao-ate", "2026-11-12"}, {sUm, sDois}},
-        {{"--alteracao-de", "2026-11-12", "--alteracao-ate", "2026-11-12"}, {sDois}},
+        {"", {sUm, sDois, sTres}},
+        {"--tipo BuscaPedidos", {sUm}},
+        {"--tipo 6,BuscaUsuarios", {sDois, sTres}},
+        {"--status 3", {sDois}},
+        {"--status Pendente --status Erro", {sUm, sTres}},
+        {"--status Enviado", {}},
+        {"--sistema OfficialBank", {sDois}},
+        {"--transacao eXVSMiddleware_Inclusao", {sUm}},
+        {"--chave-inicial 500", {sDois, sTres}},
+        {"--chave-final 500", {sUm, sDois}},
+        {"--chave-inicial 101 --chave-final 499", {}},
+        {"--chave-inicial 500 --sistema OfficialBank", {sDois}},
+        {"--chave-inicial 100 --sistema OfficialBank", {}},
+        {"--inclusao-de 2026-11-02", {sDois, sTres}},
+        {"--inclusao-ate 2026-11-02", {sUm, sDois}},
+        {"--inclusao-de 2026-11-01T10:00", {sUm, sTres}},  // the time of day counts by itself
+        {"--alteracao-de 2026-11-12", {sDois, sTres}},
+        {"--alteracao-ate 2026-11-12", {sUm, sDois}},
+        {"--alteracao-de 2026-11-12 --alteracao-ate 2026-11-12", {sDois}},
     };
-    for (const auto& rCaso : aCasos)
-        EXPECT_EQ(Dmcs(rCaso.listaFiltro), rCaso.listaAchadas) << testing::PrintToString(rCaso.listaFiltro);
+    for (const auto& rCaso : aCasos) EXPECT_EQ(Dmcs(rCaso.sFiltro), rCaso.listaAchadas) << rCaso.sFiltro;
 }
 
 TEST_F(ProgramaBusca, FormasDoResultado) {
-    const std::string sUm = Grava({"--tipo", "BuscaPedidos", "--sistema", "Mercos", "--status", "Erro",
-                                   "--transacao", "Alteracao", "--chave", "4108", "--movimento-origem",
-                                   "20261103-217-2", "--inclusao", "2026-11-03T15:49:31"});
-    EXPECT_EQ(Xvcr({"busca"}).sSaida,
+    const std::string sUm = Grava(
+        "--tipo BuscaPedidos --sistema Mercos --status Erro --transacao Alteracao --chave 4108 "
+        "--movimento-origem 20261103-217-2 --inclusao 2026-11-03T15:49:31");
+    EXPECT_EQ(Xvcr("busca").sSaida,
               "DMC           Inclusão              Tipo          Transação  Sistema  Status  Chave externa  "
               "Movimento de origem\n"
               "------------  --------------------  ------------  ---------  -------  ------  -------------  "
@@ -77,16 +74,16 @@ TEST_F(ProgramaBusca, FormasDoResultado) {
                   "20261103-217-2\n"
                   "1 integração\n");
     const std::string sDois = Grava({"--sistema", "Mercos", "--json-enviado", "{\"p\":2}"});
-    EXPECT_EQ(Xvcr({"busca", "--dmcs"}).sSaida, sUm + "\n" + sDois + "\n");
-    EXPECT_EQ(Xvcr({"busca", "--conta"}).sSaida, "2\n");
-    EXPECT_EQ(Json({"busca", "--conta"}), (std::vector<nlohmann::json>{{{"ulQuantidade", 2}}}));
-    EXPECT_THAT(Xvcr({"busca"}).sSaida, testing::EndsWith("\n2 integrações\n"));
-    const SExecucao lidas = Xvcr({"busca", "--le", "--json-enviado"});
+    EXPECT_EQ(Xvcr("busca --dmcs").sSaida, sUm + "\n" + sDois + "\n");
+    EXPECT_EQ(Xvcr("busca --conta").sSaida, "2\n");
+    EXPECT_EQ(Json("busca --conta"), (std::vector<nlohmann::json>{{{"ulQuantidade", 2}}}));
+    EXPECT_THAT(Xvcr("busca").sSaida, testing::EndsWith("\n2 integrações\n"));
+    const SExecucao lidas = Xvcr("busca --le --json-enviado");
     EXPECT_THAT(lidas.sSaida, testing::EndsWith("regRegistroJSON:                   {\"p\":2}\n"));
     EXPECT_THAT(lidas.sSaida, HasSubstr("\n\nregDmc:"));
     EXPECT_EQ(lidas.sSaida.find("regMensagemIntegracao"), std::string::npos);
     EXPECT_EQ(Xvcr({"le", sUm, sDois, "--json-enviado"}).sSaida, lidas.sSaida);
-    EXPECT_EQ(Xvcr({"busca", "--json-enviado"}).sSaida, lidas.sSaida);
+    EXPECT_EQ(Xvcr("busca --json-enviado").sSaida, lidas.sSaida);
 }
 
 // More than are read at a time, in whatever order they are asked for.
@@ -97,7 +94,7 @@ TEST_F(ProgramaBusca, MuitasIntegracoesVoltamTodasNaOrdem) {
         sLinhas += R"({"eSistemaIntegracao":2,"eStatusIntegracao":1,"uiChaveIntegracaoSistemaTerceiro":)" +
                    std::to_string(1000 + i) + R"(,"regRegistroJSON":{"n":)" + std::to_string(i) + "}}\n";
     ASSERT_EQ(Xvcr({"carrega", "-"}, sLinhas).iSaida, 0);
-    std::vector<std::string> listaDmcs = Dmcs({});
+    std::vector<std::string> listaDmcs = Dmcs("");
     ASSERT_EQ(listaDmcs.size(), k_uiQuantidade);
 
     using TLidas = std::vector<std::pair<std::string, std::string>>;
@@ -137,8 +134,8 @@ TEST_F(ProgramaBusca, MuitasIntegracoesVoltamTodasNaOrdem) {
 }
 
 TEST_F(ProgramaBusca, ConsultaAoSistemaExternoEOperacaoQueAEncerra) {
-    const std::string sDmc = Grava({"--sistema", "SimulacaoSistemaTerceiro", "--chave", "41", "--status",
-                                    "Enviado", "--tipo", "BuscaPedidos"});
+    const std::string sDmc =
+        Grava("--sistema SimulacaoSistemaTerceiro --chave 41 --status Enviado --tipo BuscaPedidos");
     std::filesystem::create_directories(m_Diretorio.Junta("001/DF/simulacao/regras"));
     m_Diretorio.CriaArquivo("001/DF/simulacao/41.doc", "Status: Erro\nMensagem: Recusado\n\n{\"etapa\":2}");
     m_Diretorio.CriaArquivo("001/DF/simulacao/regras/1.regra",
@@ -153,7 +150,7 @@ TEST_F(ProgramaBusca, ConsultaAoSistemaExternoEOperacaoQueAEncerra) {
     const SExecucao encerrada = Xvcr({"le", sDmc, "--consulta-terceiro", "--operacao-posterior"});
     EXPECT_EQ(encerrada.iSaida, 1);
     EXPECT_THAT(encerrada.sErro, HasSubstr("xvcr: 0x800706BA"));
-    EXPECT_EQ(Json({"le", sDmc}).at(0)["eStatusIntegracao"], "eXVSMiddleware_Enviado")
+    EXPECT_EQ(Json("le " + sDmc).at(0)["eStatusIntegracao"], "eXVSMiddleware_Enviado")
         << "nothing is recorded";
 }
 
@@ -172,7 +169,7 @@ std::map<std::string, std::string> Retrata(const std::filesystem::path& rDiretor
 }
 
 TEST_F(ProgramaBusca, QuemSoLeDeixaCadaByteDoDiretorioDaEmpresaComoEstava) {
-    const std::string sDmc = Grava({"--tipo", "BuscaPedidos", "--sistema", "Mercos", "--json-enviado", "{}"});
+    const std::string sDmc = Grava("--tipo BuscaPedidos --sistema Mercos --json-enviado {}");
     std::filesystem::path diretorio;
     for (const auto& it : std::filesystem::directory_iterator(m_Diretorio.GetCaminho()))
         if (it.is_directory()) diretorio = it.path();
@@ -192,8 +189,8 @@ TEST_F(ProgramaBusca, QuemSoLeDeixaCadaByteDoDiretorioDaEmpresaComoEstava) {
         Xvcr(rComando);
         EXPECT_EQ(Retrata(diretorio), antes) << testing::PrintToString(rComando);
     }
-    EXPECT_NE(Xvcr({"le", "20200101-1-1"}).iSaida, 0);
-    EXPECT_EQ(Xvcr({"busca", "--conta"}).sSaida, "1\n");
+    EXPECT_NE(Xvcr("le 20200101-1-1").iSaida, 0);
+    EXPECT_EQ(Xvcr("busca --conta").sSaida, "1\n");
 }
 
 }  // namespace

@@ -49,7 +49,7 @@ TEST_F(ProgramaGravacao, TextosPelaEntradaPadraoEArrobaLiteral) {
 }
 
 TEST_F(ProgramaGravacao, FalhaDaBaseTrazCodigoNomeEExplicacao) {
-    const std::string sDmc = Grava({"--status", "Pendente", "--sistema", "Mercos"});
+    const std::string sDmc = Grava("--status Pendente --sistema Mercos");
     const SExecucao zerada = Xvcr({"grava", "--dmc", sDmc, "--status", "Sucesso"});
     EXPECT_EQ(zerada.iSaida, 1);
     EXPECT_EQ(zerada.sSaida, "");
@@ -57,13 +57,13 @@ TEST_F(ProgramaGravacao, FalhaDaBaseTrazCodigoNomeEExplicacao) {
                 StartsWith("xvcr: 0x81080C67 "
                            "E_XVCR_TENTATIVA_GRAVACAO_INTEGRACAO_COM_CHAVE_SISTEMA_TERCEIRO_ZERADA: "));
     EXPECT_EQ(std::count(zerada.sErro.begin(), zerada.sErro.end(), '\n'), 1);
-    const SExecucao ausente = Xvcr({"status", "--chave", "404", "--sistema", "Mercos", "--status", "Erro"});
+    const SExecucao ausente = Xvcr("status --chave 404 --sistema Mercos --status Erro");
     EXPECT_EQ(ausente.iSaida, 1);
     EXPECT_THAT(ausente.sErro, StartsWith("xvcr: 0x81080AAA E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA: "));
-    EXPECT_EQ(Json({"le", sDmc}).at(0)["eStatusIntegracao"], "eXVSMiddleware_Pendente")
+    EXPECT_EQ(Json("le " + sDmc).at(0)["eStatusIntegracao"], "eXVSMiddleware_Pendente")
         << "nothing was changed";
 
-    const std::vector<nlohmann::json> lista = Json({"registro", "--codigo", "0x81080C67"});
+    const std::vector<nlohmann::json> lista = Json("registro --codigo 0x81080C67");
     ASSERT_FALSE(lista.empty());
     EXPECT_EQ(lista[0]["Empresa"], "001");
     EXPECT_EQ(lista[0]["Usuario"], "7");

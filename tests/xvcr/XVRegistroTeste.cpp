@@ -11,6 +11,7 @@
 #include "tests/harness/XVRegistryFalso.h"
 #include "tests/harness/XVRelogioFalso.h"
 #include "tests/xvcr/XVExecutaAqui.h"
+#include "tools/xvcr/logs/XVLinhaLog.h"
 
 namespace {
 
@@ -184,6 +185,19 @@ TEST_F(Registro, SegueOQueChegaPeloTempoPedido) {
                     chegada("2026-11-21T10:00:00", 8, 45)}));
     EXPECT_EQ(relogio.GetMilissegundosDormidos(), 2000U);
     EXPECT_EQ(Mostra({"--empresa", "001", "--segue", "--por", "1", "--do-usuario", "9"}), json({m_Noite}));
+}
+
+TEST(LinhaLog, LinhaEstranhaOuCortadaNaoDerruba) {
+    const CXVCabecalhoLog cabecalho(k_sCabecalho.substr(0, k_sCabecalho.size() - 1));
+    SLinhaLog linha;
+    for (const char* pszLinha : {"", "x", "\t\t\t", "21-11-2026\t13:05:09", "21/11/2026\t13:05"})
+        EXPECT_FALSE(cabecalho.Le(pszLinha, &linha)) << pszLinha;
+    const std::string sErro = LinhaErro("21/11", "10:00:00", "001", 7, 45, "CBase::Le", "81080AAA");
+    for (std::size_t i = 20; i < sErro.size(); ++i) EXPECT_TRUE(cabecalho.Le(sErro.substr(0, i), &linha));
+    EXPECT_TRUE(
+        cabecalho.Le("21/11/2026\t13:05:09\t\t\tf\t\t\t\t\tERRO\t\t\t\tErro ao deletar x DW: 32.", &linha));
+    EXPECT_EQ(linha.sMensagem, "Erro ao deletar x DW: 32.");
+    EXPECT_EQ(linha.sExpressao, "");
 }
 
 }  // namespace

@@ -9,7 +9,6 @@
 #include "tests/harness/XVSistemaArquivosFalhas.h"
 #include "tests/harness/XVSistemaArquivosMemoria.h"
 #include "tests/xvcr/XVExecutaAqui.h"
-#include "tools/xvcr/commands/XVOpcoes.h"
 
 namespace {
 
@@ -156,18 +155,6 @@ TEST(Uso, FalhaAoFecharABaseSaiComUm) {
     EXPECT_NE(execucao.sSaida, "") << "the integration was recorded";
     EXPECT_THAT(execucao.sErro, HasSubstr("xvcr: 0x"));
     EXPECT_GT(falhas.GetFalhasOcorridas(), 0U);
-}
-
-TEST(Argumentos, ProtecaoSoTocaOQuePrecisa) {
-    const std::vector<std::string> listaEntrada{
-        "grava", "--mensagem", "", "--json-enviado={}", "[1,2]", "--x=", "-", "--dmc=1", "\x01z", "texto"};
-    const std::vector<std::string> listaProtegida = XVProtegeArgumentos(listaEntrada);
-    EXPECT_EQ(listaProtegida,
-              (std::vector<std::string>{"grava", "--mensagem", "\x01", "--json-enviado=\x01{}", "\x01[1,2]",
-                                        "--x=\x01", "-", "--dmc=1", "\x01\x01z", "texto"}));
-    EXPECT_EQ(XVDesprotege("\x01[1,2]"), "[1,2]");
-    EXPECT_EQ(XVDesprotege("\x01\x01z"), "\x01z");
-    EXPECT_EQ(XVDesprotege("texto"), "texto");
 }
 
 }  // namespace

@@ -50,7 +50,7 @@ TEST_F(ProgramaSaida, ResultadoQueNaoSeEscreveEFalha) {
 }
 
 TEST_F(ProgramaSaida, TextoQueNaoSeGravaEFalha) {
-    const std::string sDmc = Grava({"--json-enviado", "{}"});
+    const std::string sDmc = Grava("--json-enviado {}");
     std::filesystem::create_directory(m_Diretorio.Junta("textos"));
     const std::string sArquivo = m_Diretorio.Junta("textos/" + sDmc + ".enviado.json");
     std::filesystem::create_symlink("/dev/full", sArquivo);
