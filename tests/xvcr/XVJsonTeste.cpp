@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include "contract/XVCR_Enumeracoes.h"
 #include "tools/xvcr/fields/XVRegistroJson.h"
 
 namespace {
@@ -17,47 +16,6 @@ std::string CampoErrado(const std::string& sLinha) {
     CXVDadosCR_IntegracaoMiddleware dados;
     const SErroCampo erro = Le(sLinha, &dados);
     return erro.sMensagem.empty() ? "nenhum" : erro.sCampo;
-}
-
-CXVDadosCR_IntegracaoMiddleware IntegracaoCompleta() {
-    CXVDadosCR_IntegracaoMiddleware dados;
-    dados.sRegistroJSON = "{\"descrição\":\"ação\"}";
-    dados.sMensagemIntegracao = "linha 1\nlinha \"2\"\t\x01";
-    dados.sJSONRetornoIntegracao = "\xff\xfe bytes";
-    dados.regDmc = REG_XVDMC::Cria(1, 15, REG_XVDMA::Cria(2026, 11, 21));
-    dados.regDmcIntegracaoOrigem = REG_XVDMC::Cria(1, 4294967295U, REG_XVDMA::Cria(2359, 12, 31));
-    dados.regDmcMovimentoOrigem = REG_XVDMC::Cria(2, 7, REG_XVDMA::Cria(1848, 1, 1));
-    dados.regDataHoraInclusao = REG_XVDMAHMSUTC::Cria(REG_XVDMA::Cria(2026, 11, 21), 86399);
-    dados.uiChaveIntegracaoSistemaTerceiro = ~XVUInt64{0};
-    dados.uiChaveRegistroSistemaTerceiro = 9007199254740993U;  // no double holds it
-    dados.uiBaseDadosTerceiro = 3;
-    dados.eTipoIntegracao = eXVSMiddleware_BuscaPedidos;
-    dados.eStatusIntegracao = eXVSMiddleware_Sucesso;
-    dados.eSistemaIntegracao = Mercos;
-    dados.eTipoTransacao = eXVSMiddleware_Alteracao;
-    dados.ulPonteiroFilial = 4294967295U;
-    dados.ulPonteiroUsuarioInclusao = 2;
-    dados.ulPonteiroUsuarioCancelamento = 3;
-    dados.ulPonteiroAuxiliar = 4;
-    dados.cReconsultarIdTerceiros = 1;
-    dados.ucTipoPonteiroAuxiliar = 255;
-    return dados;
-}
-
-TEST(RegistroJson, OQueSaiVoltaIgual) {
-    const CXVDadosCR_IntegracaoMiddleware dados = IntegracaoCompleta();
-    const XVJson json = XVRegistroJson::ParaJson(dados);
-    EXPECT_EQ(json["regDmc"], std::to_string(dados.regDmc.uiValor));
-    EXPECT_EQ(json["sDmc"], "20261121-15-1");
-    EXPECT_EQ(json["eStatusIntegracao"], "eXVSMiddleware_Sucesso");
-    EXPECT_EQ(json["regDataHoraAlteracaoStatus"], "");
-    EXPECT_FALSE(json.contains("regJSONRetornoIntegracao"));
-    CXVDadosCR_IntegracaoMiddleware volta;
-    const SErroCampo erro = Le(json.dump(), &volta);
-    ASSERT_EQ(erro.sMensagem, "") << erro.sCampo;
-    EXPECT_EQ(XVRegistroJson::ParaJson(volta), json);
-    EXPECT_EQ(volta.sJSONRetornoIntegracao, dados.sJSONRetornoIntegracao);
-    EXPECT_EQ(volta.uiChaveRegistroSistemaTerceiro, dados.uiChaveRegistroSistemaTerceiro);
 }
 
 TEST(RegistroJson, JsonEmbutidoFicaComoEstaMenosOsEspacos) {

@@ -1,7 +1,5 @@
 #include "tests/xvcr/XVPrograma.h"
 
-#include <sstream>
-
 #include "tests/harness/XVProcessoFilho.h"
 
 SExecucao XVPrograma::Xvcr(const std::vector<std::string>& listaArgumentos,
@@ -24,12 +22,4 @@ std::string XVPrograma::Grava(std::vector<std::string> listaOpcoes) const {
     listaOpcoes.insert(listaOpcoes.begin(), "grava");
     const std::vector<nlohmann::json> listaLinhas = Json(std::move(listaOpcoes));
     return listaLinhas.size() == 1 ? listaLinhas[0].value("sDmc", "") : std::string();
-}
-
-std::vector<nlohmann::json> XVLinhasJson(const std::string& sTexto) {
-    std::vector<nlohmann::json> listaLinhas;
-    std::istringstream fluxo(sTexto);
-    for (std::string sLinha; std::getline(fluxo, sLinha);)
-        listaLinhas.push_back(nlohmann::json::parse(sLinha));
-    return listaLinhas;
 }

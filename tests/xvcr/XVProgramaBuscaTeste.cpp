@@ -5,108 +5,153 @@
 #include <fstream>
 #include <iterator>
 #include <map>
+#include <utility>
 
 #include "tests/xvcr/XVPrograma.h"
 
 namespace {
 
-using testing::ElementsAre;
 using testing::HasSubstr;
-using testing::UnorderedElementsAre;
 
 class ProgramaBusca : public XVPrograma {
   protected:
-    std::vector<std::string> Dmcs(std::vector<std::string> listaFiltro) const {
-        listaFiltro.insert(listaFiltro.begin(), "busca");
+    std::vector<std::string> Dmcs(const std::string& sFiltro) const {
         std::vector<std::string> listaDmcs;
-        for (const nlohmann::json& rLinha : Json(std::move(listaFiltro)))
+        for (const nlohmann::json& rLinha : Json("busca " + sFiltro))
             listaDmcs.push_back(rLinha.value("sDmc", ""));
         return listaDmcs;
-    }
-    void GravaDataHora(const std::string& sTipoData) const {
-        EXPECT_EQ(Xvcr({"datahora", "grava", "--data-hora", "2026-11-21T13:05:09Z", "--tipo", "BuscaPedidos",
-                        "--sistema", "Mercos", "--tipo-data", sTipoData})
-                      .iSaida,
-                  0);
     }
 };
 
 TEST_F(ProgramaBusca, CadaCampoDoFiltroRestringe) {
-    const std::string sUm = Grava({"--tipo", "BuscaPedidos", "--sistema", "Mercos", "--status", "Pendente",
-                                   "--transacao", "Inclusao", "--inclusao", "2026-11-01T10:00:00Z"});
-    const std::string sDois = Grava({"--tipo", "CadastroProduto", "--sistema", "OfficialBank", "--status",
-                                     "Sucesso", "--transacao", "Alteracao", "--chave", "500", "--inclusao",
-                                     "2026-11-02T09:00:00Z", "--alteracao-status", "2026-11-05T08:00:00Z"});
-    EXPECT_THAT(Dmcs({}), ElementsAre(sUm, sDois));
-    EXPECT_THAT(Dmcs({"--tipo", "BuscaPedidos"}), ElementsAre(sUm));
-    EXPECT_THAT(Dmcs({"--status", "3"}), ElementsAre(sDois));
-    EXPECT_THAT(Dmcs({"--status", "Pendente,Sucesso"}), UnorderedElementsAre(sUm, sDois));
-    EXPECT_THAT(Dmcs({"--status", "Pendente", "--status", "Erro"}), ElementsAre(sUm));
-    EXPECT_THAT(Dmcs({"--sistema", "OfficialBank"}), ElementsAre(sDois));
-    EXPECT_THAT(Dmcs({"--transacao", "eXVSMiddleware_Inclusao"}), ElementsAre(sUm));
-    EXPECT_THAT(Dmcs({"--chave-inicial", "500", "--sistema", "OfficialBank"}), ElementsAre(sDois));
-    EXPECT_THAT(Dmcs({"--chave-inicial", "1", "--chave-final", "499"}), ElementsAre());
-    EXPECT_THAT(Dmcs({"--inclusao-de", "2026-11-02"}), ElementsAre(sDois));
-    EXPECT_THAT(Dmcs({"--inclusao-ate", "2026-11-01"}), ElementsAre(sUm));
-    EXPECT_THAT(Dmcs({"--inclusao-de", "2026-11-01T10:00"}), ElementsAre(sUm))
-        << "the time of day counts by itself";
-    EXPECT_THAT(Dmcs({"--alteracao-de", "2026-11-05", "--alteracao-ate", "2026-11-05"}), ElementsAre(sDois));
+    const std::string sUm = Grava(
+        "--tipo BuscaPedidos --sistema Mercos --status Pendente --transacao Inclusao --chave 100 --inclusao "
+        "2026-11-01T10:00:00Z --alteracao-status 2026-11-11T10:00:00Z");
+    const std::string sDois = Grava(
+        "--tipo CadastroProduto --sistema OfficialBank --status Sucesso --transacao Alteracao --chave 500 "
+        "--inclusao 2026-11-02T09:00:00Z --alteracao-status 2026-11-12T09:00:00Z");
+    const std::string sTres = Grava(
+        "--tipo BuscaUsuarios --sistema SimulacaoSistemaTerceiro --status Erro --transacao Exclusao --chave "
+        "900 --inclusao 2026-11-03T11:00:00Z --alteracao-status 2026-11-13T11:00:00Z");
+    const struct {
+        std::string sFiltro;
+        std::vector<std::string> listaAchadas;
+    } aCasos[] = {
+        {"", {sUm, sDois, sTres}},
+        {"--tipo BuscaPedidos", {sUm}},
+        {"--tipo 6,BuscaUsuarios", {sDois, sTres}},
+        {"--status 3", {sDois}},
+        {"--status Pendente --status Erro", {sUm, sTres}},
+        {"--status Enviado", {}},
+        {"--sistema OfficialBank", {sDois}},
+        {"--transacao eXVSMiddleware_Inclusao", {sUm}},
+        {"--chave-inicial 500", {sDois, sTres}},
+        {"--chave-final 500", {sUm, sDois}},
+        {"--chave-inicial 101 --chave-final 499", {}},
+        {"--chave-inicial 500 --sistema OfficialBank", {sDois}},
+        {"--chave-inicial 100 --sistema OfficialBank", {}},
+        {"--inclusao-de 2026-11-02", {sDois, sTres}},
+        {"--inclusao-ate 2026-11-02", {sUm, sDois}},
+        {"--inclusao-de 2026-11-01T10:00", {sUm, sTres}},  // the time of day counts by itself
+        {"--alteracao-de 2026-11-12", {sDois, sTres}},
+        {"--alteracao-ate 2026-11-12", {sUm, sDois}},
+        {"--alteracao-de 2026-11-12 --alteracao-ate 2026-11-12", {sDois}},
+    };
+    for (const auto& rCaso : aCasos) EXPECT_EQ(Dmcs(rCaso.sFiltro), rCaso.listaAchadas) << rCaso.sFiltro;
 }
 
 TEST_F(ProgramaBusca, FormasDoResultado) {
-    const std::string sUm =
-        Grava({"--tipo", "BuscaPedidos", "--sistema", "Mercos", "--json-enviado", "{\"p\":1}"});
-    const std::string sDois =
-        Grava({"--tipo", "BuscaPedidos", "--sistema", "Mercos", "--json-enviado", "{\"p\":2}"});
-    const SExecucao tabela = Xvcr({"busca"});
-    EXPECT_THAT(tabela.sSaida, HasSubstr("Inclusão"));
-    EXPECT_THAT(tabela.sSaida, HasSubstr("2 integrações\n"));
-    EXPECT_EQ(Xvcr({"busca", "--dmcs"}).sSaida, sUm + "\n" + sDois + "\n");
-    EXPECT_EQ(Xvcr({"busca", "--conta"}).sSaida, "2\n");
-    EXPECT_EQ(Json({"busca", "--conta"}).at(0)["ulQuantidade"], 2);
-    const std::vector<nlohmann::json> lidas = Json({"busca", "--le", "--json-enviado"});
-    ASSERT_EQ(lidas.size(), 2U);
-    EXPECT_EQ(lidas[1]["sDmc"], sDois);
-    EXPECT_EQ(lidas[1]["regRegistroJSON"], "{\"p\":2}");
-    EXPECT_FALSE(lidas[1].contains("regMensagemIntegracao"));
-    EXPECT_EQ(Json({"le", "-"}, sDois + "\n" + sUm + "\r\n").at(0)["sDmc"], sDois);
-    EXPECT_THAT(Dmcs({"--status", "Erro"}), ElementsAre());
+    const std::string sUm = Grava(
+        "--tipo BuscaPedidos --sistema Mercos --status Erro --transacao Alteracao --chave 4108 "
+        "--movimento-origem 20261103-217-2 --inclusao 2026-11-03T15:49:31");
+    EXPECT_EQ(Xvcr("busca").sSaida,
+              "DMC           Inclusão              Tipo          Transação  Sistema  Status  Chave externa  "
+              "Movimento de origem\n"
+              "------------  --------------------  ------------  ---------  -------  ------  -------------  "
+              "-------------------\n" +
+                  sUm +
+                  "  2026-11-03T15:49:31Z  BuscaPedidos  Alteracao  Mercos   Erro             4108  "
+                  "20261103-217-2\n"
+                  "1 integração\n");
+    const std::string sDois = Grava({"--sistema", "Mercos", "--json-enviado", "{\"p\":2}"});
+    EXPECT_EQ(Xvcr("busca --dmcs").sSaida, sUm + "\n" + sDois + "\n");
+    EXPECT_EQ(Xvcr("busca --conta").sSaida, "2\n");
+    EXPECT_EQ(Json("busca --conta"), (std::vector<nlohmann::json>{{{"ulQuantidade", 2}}}));
+    EXPECT_THAT(Xvcr("busca").sSaida, testing::EndsWith("\n2 integrações\n"));
+    const SExecucao lidas = Xvcr("busca --le --json-enviado");
+    EXPECT_THAT(lidas.sSaida, testing::EndsWith("regRegistroJSON:                   {\"p\":2}\n"));
+    EXPECT_THAT(lidas.sSaida, HasSubstr("\n\nregDmc:"));
+    EXPECT_EQ(lidas.sSaida.find("regMensagemIntegracao"), std::string::npos);
+    EXPECT_EQ(Xvcr({"le", sUm, sDois, "--json-enviado"}).sSaida, lidas.sSaida);
+    EXPECT_EQ(Xvcr("busca --json-enviado").sSaida, lidas.sSaida);
 }
 
-TEST_F(ProgramaBusca, MapaDeChaves) {
-    const std::vector<std::string> listaNome{"--registro",      "20261121-7-2", "--tipo",
-                                             "CadastroProduto", "--sistema",    "Mercos"};
-    const auto mapa = [&](const char* pszComando, std::vector<std::string> listaMais) {
-        std::vector<std::string> lista{"mapa", pszComando};
-        lista.insert(lista.end(), listaNome.begin(), listaNome.end());
-        lista.insert(lista.end(), listaMais.begin(), listaMais.end());
-        return Json(lista);
+// More than are read at a time, in whatever order they are asked for.
+TEST_F(ProgramaBusca, MuitasIntegracoesVoltamTodasNaOrdem) {
+    constexpr std::size_t k_uiQuantidade = 130;
+    std::string sLinhas;
+    for (std::size_t i = 0; i < k_uiQuantidade; ++i)
+        sLinhas += R"({"eSistemaIntegracao":2,"eStatusIntegracao":1,"uiChaveIntegracaoSistemaTerceiro":)" +
+                   std::to_string(1000 + i) + R"(,"regRegistroJSON":{"n":)" + std::to_string(i) + "}}\n";
+    ASSERT_EQ(Xvcr({"carrega", "-"}, sLinhas).iSaida, 0);
+    std::vector<std::string> listaDmcs = Dmcs("");
+    ASSERT_EQ(listaDmcs.size(), k_uiQuantidade);
+
+    using TLidas = std::vector<std::pair<std::string, std::string>>;
+    const auto le = [&](const std::vector<std::string>& rArgumentos, const std::string& sEntrada) {
+        TLidas lidas;
+        for (const nlohmann::json& r : Json(rArgumentos, sEntrada))
+            lidas.emplace_back(r.value("sDmc", ""), r.value("regRegistroJSON", ""));
+        return lidas;
     };
-    GravaDataHora("DataProximaRequisicao");  // makes the store
-    EXPECT_TRUE(mapa("busca", {}).empty());
-    EXPECT_EQ(mapa("pendente", {}).at(0)["uiChaveRegistroSistemaTerceiro"], "0");
-    mapa("grava", {"--chave-registro", "5501", "--origem", "20261121-1-1"});
-    EXPECT_EQ(mapa("pendente", {}).at(0)["uiChaveRegistroSistemaTerceiro"], "5501") << "left as it is";
-    const nlohmann::json json =
-        Json({"mapa", "busca", "--chave-registro", "5501", "--tipo", "6", "--sistema", "16"}).at(0);
-    EXPECT_EQ(json["eTipoIntegracao"], "eXVSMiddleware_CadastroProduto");
-    EXPECT_NE(json["regDmcOrigemIntegracao"], "0");
-    EXPECT_EQ(Xvcr({"mapa", "busca", "--tipo", "6", "--sistema", "16"}).iSaida, 2);
-    const SExecucao nulo = Xvcr({"mapa", "grava", "--tipo", "6", "--sistema", "16"});
-    EXPECT_EQ(nulo.iSaida, 1);
-    EXPECT_THAT(nulo.sErro, HasSubstr("0x81080CEB E_XVCR_CHAVE_REGISTRO_TELVO_ZERADA"));
+    TLidas esperadas;
+    for (std::size_t i = 0; i < k_uiQuantidade; ++i)
+        esperadas.emplace_back(listaDmcs[i], "{\"n\":" + std::to_string(i) + "}");
+    EXPECT_EQ(le({"busca", "--le", "--json-enviado"}, ""), esperadas);
+    std::reverse(esperadas.begin(), esperadas.end());
+    std::reverse(listaDmcs.begin(), listaDmcs.end());
+    const auto entrada = [&] {
+        std::string sEntrada;
+        for (const std::string& rDmc : listaDmcs) sEntrada += rDmc + "\r\n";
+        return sEntrada;
+    };
+    EXPECT_EQ(le({"le", "-", "--json-enviado"}, entrada()), esperadas);
+
+    // The external system is asked once for all, so one that fails fails all; one that is not in the store
+    // leaves those of the parts before it.
+    const std::filesystem::path pasta = m_Diretorio.Junta("001/DF/simulacao/regras");
+    std::filesystem::create_directories(pasta);
+    m_Diretorio.CriaArquivo("001/DF/simulacao/regras/1.regra",
+                            "Operacao: BuscaDados\nChave: 1010\nResultado: 0x800706BA\n");
+    const SExecucao consultada = Xvcr({"--json", "le", "-", "--consulta-terceiro"}, entrada());
+    EXPECT_EQ(consultada.iSaida, 1);
+    EXPECT_THAT(consultada.sErro, HasSubstr("xvcr: 0x800706BA"));
+    EXPECT_EQ(consultada.sSaida, "");
+    listaDmcs[100] = "20200101-1-1";
+    const SExecucao lidas = Xvcr({"--json", "le", "-"}, entrada());
+    EXPECT_EQ(lidas.iSaida, 1);
+    EXPECT_EQ(XVLinhasJson(lidas.sSaida).size(), 64U);
 }
 
-TEST_F(ProgramaBusca, DatasHorasPorSistemaTipoEData) {
-    const std::vector<std::string> listaNome{"--tipo", "BuscaPedidos", "--sistema",
-                                             "Mercos", "--tipo-data",  "DataUltimaBusca"};
-    std::vector<std::string> listaBusca{"datahora", "busca"};
-    listaBusca.insert(listaBusca.end(), listaNome.begin(), listaNome.end());
-    GravaDataHora("DataProximaRequisicao");
-    EXPECT_TRUE(Json(listaBusca).empty()) << "another kind";
-    EXPECT_EQ(Xvcr(listaBusca).sSaida, "nenhuma data-hora encontrada\n");
-    GravaDataHora("DataUltimaBusca");
-    EXPECT_EQ(Json(listaBusca).at(0)["regDataHora"], "2026-11-21T13:05:09Z");
+TEST_F(ProgramaBusca, ConsultaAoSistemaExternoEOperacaoQueAEncerra) {
+    const std::string sDmc =
+        Grava("--sistema SimulacaoSistemaTerceiro --chave 41 --status Enviado --tipo BuscaPedidos");
+    std::filesystem::create_directories(m_Diretorio.Junta("001/DF/simulacao/regras"));
+    m_Diretorio.CriaArquivo("001/DF/simulacao/41.doc", "Status: Erro\nMensagem: Recusado\n\n{\"etapa\":2}");
+    m_Diretorio.CriaArquivo("001/DF/simulacao/regras/1.regra",
+                            "Operacao: RealizaOperacaoPosterior\nResultado: 0x800706BA\n");
+    nlohmann::json esperada = Json({"le", sDmc, "--todos"}).at(0);
+    nlohmann::json lida = Json({"le", sDmc, "--todos", "--consulta-terceiro"}).at(0);
+    esperada["eStatusIntegracao"] = "eXVSMiddleware_Erro";
+    esperada["regMensagemIntegracao"] = "Recusado";
+    esperada["regJSONRetornoIntegracao"] = "{\"etapa\":2}";
+    esperada["regDataHoraAlteracaoStatus"] = lida["regDataHoraAlteracaoStatus"];
+    EXPECT_EQ(lida, esperada);
+    const SExecucao encerrada = Xvcr({"le", sDmc, "--consulta-terceiro", "--operacao-posterior"});
+    EXPECT_EQ(encerrada.iSaida, 1);
+    EXPECT_THAT(encerrada.sErro, HasSubstr("xvcr: 0x800706BA"));
+    EXPECT_EQ(Json("le " + sDmc).at(0)["eStatusIntegracao"], "eXVSMiddleware_Enviado")
+        << "nothing is recorded";
 }
 
 // Names, bytes and times of everything below a directory.
@@ -124,7 +169,7 @@ std::map<std::string, std::string> Retrata(const std::filesystem::path& rDiretor
 }
 
 TEST_F(ProgramaBusca, QuemSoLeDeixaCadaByteDoDiretorioDaEmpresaComoEstava) {
-    const std::string sDmc = Grava({"--tipo", "BuscaPedidos", "--sistema", "Mercos", "--json-enviado", "{}"});
+    const std::string sDmc = Grava("--tipo BuscaPedidos --sistema Mercos --json-enviado {}");
     std::filesystem::path diretorio;
     for (const auto& it : std::filesystem::directory_iterator(m_Diretorio.GetCaminho()))
         if (it.is_directory()) diretorio = it.path();
@@ -144,8 +189,8 @@ TEST_F(ProgramaBusca, QuemSoLeDeixaCadaByteDoDiretorioDaEmpresaComoEstava) {
         Xvcr(rComando);
         EXPECT_EQ(Retrata(diretorio), antes) << testing::PrintToString(rComando);
     }
-    EXPECT_NE(Xvcr({"le", "20200101-1-1"}).iSaida, 0);
-    EXPECT_EQ(Xvcr({"busca", "--conta"}).sSaida, "1\n");
+    EXPECT_NE(Xvcr("le 20200101-1-1").iSaida, 0);
+    EXPECT_EQ(Xvcr("busca --conta").sSaida, "1\n");
 }
 
 }  // namespace

@@ -48,44 +48,8 @@ TEST_F(ProgramaGravacao, TextosPelaEntradaPadraoEArrobaLiteral) {
     EXPECT_EQ(Xvcr({"grava", "--mensagem", "@" + m_Diretorio.Junta("zero")}).iSaida, 2);
 }
 
-TEST_F(ProgramaGravacao, AlteracaoMantemOQueNaoFoiDado) {
-    const std::string sDmc =
-        Grava({"--tipo", "BuscaPedidos", "--sistema", "mercos", "--status", "Pendente", "--filial", "3",
-               "--json-enviado", "{}", "--json-retorno", "[]", "--inclusao", "2026-11-01T10:00:00Z"});
-    EXPECT_EQ(Xvcr({"grava", "--dmc", sDmc, "--status", "Sucesso", "--chave", "9001"}).sSaida, sDmc + "\n");
-    nlohmann::json json = Json({"le", sDmc, "--todos"}).at(0);
-    EXPECT_EQ(json["eStatusIntegracao"], "eXVSMiddleware_Sucesso");
-    EXPECT_EQ(json["uiChaveIntegracaoSistemaTerceiro"], "9001");
-    EXPECT_EQ(json["eTipoIntegracao"], "eXVSMiddleware_BuscaPedidos");
-    EXPECT_EQ(json["ulPonteiroFilial"], 3);
-    EXPECT_EQ(json["regDataHoraInclusao"], "2026-11-01T10:00:00Z");
-    EXPECT_EQ(json["regRegistroJSON"], "{}");
-    EXPECT_EQ(json["regJSONRetornoIntegracao"], "[]");
-    EXPECT_NE(json["regDataHoraAlteracaoStatus"], "");
-
-    EXPECT_EQ(Xvcr({"grava", "--dmc", sDmc, "--substitui", "--status", "Pendente"}).iSaida, 0);
-    json = Json({"le", sDmc, "--todos"}).at(0);
-    EXPECT_EQ(json["ulPonteiroFilial"], 0);
-    EXPECT_EQ(json["regRegistroJSON"], "");
-}
-
-TEST_F(ProgramaGravacao, StatusPorDmcEPorChave) {
-    const std::string sDmc = Grava(
-        {"--sistema", "OfficialBank", "--status", "Enviado", "--chave", "55", "--tipo", "CadastroProduto"});
-    EXPECT_EQ(Xvcr({"status", "--dmc", sDmc, "--status", "Erro", "--mensagem", "CNPJ inválido"}).iSaida, 0);
-    EXPECT_EQ(Json({"le", sDmc, "--mensagem"}).at(0)["regMensagemIntegracao"], "CNPJ inválido");
-    EXPECT_EQ(
-        Xvcr({"status", "--chave", "55", "--sistema", "8", "--status", "Cancelado", "--json-retorno", "{}"})
-            .iSaida,
-        0);
-    const nlohmann::json json = Json({"le", sDmc, "--todos"}).at(0);
-    EXPECT_EQ(json["eStatusIntegracao"], "eXVSMiddleware_Cancelado");
-    EXPECT_EQ(json["ulPonteiroUsuarioCancelamento"], 7);
-    EXPECT_EQ(json["regJSONRetornoIntegracao"], "{}");
-}
-
 TEST_F(ProgramaGravacao, FalhaDaBaseTrazCodigoNomeEExplicacao) {
-    const std::string sDmc = Grava({"--status", "Pendente", "--sistema", "Mercos"});
+    const std::string sDmc = Grava("--status Pendente --sistema Mercos");
     const SExecucao zerada = Xvcr({"grava", "--dmc", sDmc, "--status", "Sucesso"});
     EXPECT_EQ(zerada.iSaida, 1);
     EXPECT_EQ(zerada.sSaida, "");
@@ -93,13 +57,13 @@ TEST_F(ProgramaGravacao, FalhaDaBaseTrazCodigoNomeEExplicacao) {
                 StartsWith("xvcr: 0x81080C67 "
                            "E_XVCR_TENTATIVA_GRAVACAO_INTEGRACAO_COM_CHAVE_SISTEMA_TERCEIRO_ZERADA: "));
     EXPECT_EQ(std::count(zerada.sErro.begin(), zerada.sErro.end(), '\n'), 1);
-    const SExecucao ausente = Xvcr({"status", "--chave", "404", "--sistema", "Mercos", "--status", "Erro"});
+    const SExecucao ausente = Xvcr("status --chave 404 --sistema Mercos --status Erro");
     EXPECT_EQ(ausente.iSaida, 1);
     EXPECT_THAT(ausente.sErro, StartsWith("xvcr: 0x81080AAA E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA: "));
-    EXPECT_EQ(Json({"le", sDmc}).at(0)["eStatusIntegracao"], "eXVSMiddleware_Pendente")
+    EXPECT_EQ(Json("le " + sDmc).at(0)["eStatusIntegracao"], "eXVSMiddleware_Pendente")
         << "nothing was changed";
 
-    const std::vector<nlohmann::json> lista = Json({"registro", "--codigo", "0x81080C67"});
+    const std::vector<nlohmann::json> lista = Json("registro --codigo 0x81080C67");
     ASSERT_FALSE(lista.empty());
     EXPECT_EQ(lista[0]["Empresa"], "001");
     EXPECT_EQ(lista[0]["Usuario"], "7");

@@ -1,9 +1,6 @@
 #include <gtest/gtest.h>
 
-#include <deque>
-
 #include "tools/xvcr/output/XVTabela.h"
-#include "tools/xvcr/text/XVLeitorLinhas.h"
 #include "tools/xvcr/text/XVTextoTela.h"
 
 namespace {
@@ -44,56 +41,6 @@ TEST(Tabela, AlinhaPelaLarguraVista) {
               "----  -----  -----\n"
               "ação      7  x\n"
               "日本  12345  y\\x0A\n");
-}
-
-// Gives its pieces one at a time, then nothing.
-class CFontePedacos : public IXVFonteBytes {
-  public:
-    explicit CFontePedacos(std::deque<std::string> listaPedacos) : m_listaPedacos(std::move(listaPedacos)) {}
-    void Inclui(std::string sPedaco) { m_listaPedacos.push_back(std::move(sPedaco)); }
-    std::size_t Le(char* pDados, std::size_t uiTamanho) override {
-        if (m_listaPedacos.empty()) return 0;
-        std::string& rPedaco = m_listaPedacos.front();
-        const std::size_t uiLidos = rPedaco.copy(pDados, uiTamanho);
-        rPedaco.erase(0, uiLidos);
-        if (rPedaco.empty()) m_listaPedacos.pop_front();
-        return uiLidos;
-    }
-
-  private:
-    std::deque<std::string> m_listaPedacos;
-};
-
-using EResultado = CXVLeitorLinhas::EResultado;
-
-std::vector<std::string> LeTodas(CXVLeitorLinhas& rLeitor) {
-    std::vector<std::string> listaLinhas;
-    std::string sLinha;
-    for (EResultado e = rLeitor.Proxima(&sLinha); e != EResultado::eFim; e = rLeitor.Proxima(&sLinha))
-        listaLinhas.push_back(e == EResultado::eLonga ? "<longa>" : sLinha);
-    return listaLinhas;
-}
-
-TEST(LeitorLinhas, JuntaPedacosEAceitaFimSemQuebra) {
-    CFontePedacos fonte({"um\ndo", "is\r\n\ntr", "ês"});
-    CXVLeitorLinhas leitor(fonte, 100);
-    EXPECT_EQ(LeTodas(leitor), (std::vector<std::string>{"um", "dois", "", "três"}));
-    EXPECT_EQ(leitor.GetNumero(), 4U);
-}
-
-TEST(LeitorLinhas, LinhaLongaEPuladaEAsOutrasFicam) {
-    CFontePedacos fonte({"12345\n", "123", "456", "789\nabc\n" + std::string(200000, 'x') + "\nfim"});
-    CXVLeitorLinhas leitor(fonte, 5);
-    EXPECT_EQ(LeTodas(leitor), (std::vector<std::string>{"12345", "<longa>", "abc", "<longa>", "fim"}));
-    EXPECT_EQ(leitor.GetNumero(), 5U);
-}
-
-TEST(LeitorLinhas, ArquivoQueCresceSoDaLinhasInteiras) {
-    CFontePedacos fonte({"um\nmei"});
-    CXVLeitorLinhas leitor(fonte, 100, true);
-    EXPECT_EQ(LeTodas(leitor), (std::vector<std::string>{"um"}));
-    fonte.Inclui("a\n");
-    EXPECT_EQ(LeTodas(leitor), (std::vector<std::string>{"meia"}));
 }
 
 }  // namespace

@@ -2,114 +2,159 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "support/XVAmbiente.h"
 #include "tests/harness/XVDiretorioTemporario.h"
-#include "tools/xvcr/XVAplicacao.h"
-#include "tools/xvcr/commands/XVOpcoes.h"
+#include "tests/harness/XVGuardasPlataforma.h"
+#include "tests/harness/XVRegistryFalso.h"
+#include "tests/harness/XVSistemaArquivosFalhas.h"
+#include "tests/harness/XVSistemaArquivosMemoria.h"
+#include "tests/xvcr/XVExecutaAqui.h"
 
 namespace {
 
 using testing::HasSubstr;
 using testing::Not;
 
-struct SFim {
-    int iSaida;
-    std::string sSaida;
-    std::string sErro;
-};
-
-SFim Executa(const std::vector<std::string>& listaArgumentos) {
-    testing::internal::CaptureStdout();
-    testing::internal::CaptureStderr();
-    const int iSaida = XVExecutaAplicacao(listaArgumentos);
-    return {iSaida, testing::internal::GetCapturedStdout(), testing::internal::GetCapturedStderr()};
-}
-
-void EsperaErroDeUso(const std::vector<std::string>& listaArgumentos, const std::string& sMensagem) {
-    const SFim fim = Executa(listaArgumentos);
-    EXPECT_EQ(fim.iSaida, 2) << sMensagem;
-    EXPECT_EQ(fim.sSaida, "");
-    EXPECT_THAT(fim.sErro, HasSubstr(sMensagem));
-    EXPECT_EQ(std::count(fim.sErro.begin(), fim.sErro.end(), '\n'), 1) << fim.sErro;
-    for (const char* pszIngles : {"required", "expected", "Could not", "excludes", "argument "})
-        EXPECT_THAT(fim.sErro, Not(HasSubstr(pszIngles)));
-}
-
+// The whole line on the error output; nothing is opened.
 TEST(Uso, ErrosDaLinhaDeComandoEmPortugues) {
-    EsperaErroDeUso({}, "xvcr: falta o comando");
-    EsperaErroDeUso({"mapa"}, "falta o comando");
-    EsperaErroDeUso({"mapa", "apaga"}, "comando desconhecido: apaga");
-    EsperaErroDeUso({"apaga"}, "comando desconhecido: apaga");
-    EsperaErroDeUso({"busca", "--nada"}, "argumento inesperado: --nada");
-    EsperaErroDeUso({"status", "--dmc", "20261121-1-1"}, "falta --status");
-    EsperaErroDeUso({"busca", "--tipo"}, "--tipo: falta o valor");
-    EsperaErroDeUso({"grava", "--filial", "1", "--filial", "2"}, "--filial: dada mais de uma vez");
-    EsperaErroDeUso({"carrega", "x", "--para", "--continua"}, "--continua não vale junto com --para");
-    EsperaErroDeUso({"le"}, "falta dmc");
-}
-
-TEST(Uso, ValoresImpossiveisDizemOQueSeEspera) {
-    EsperaErroDeUso({"grava", "--status", "Talvez"},
-                    "--status: valor desconhecido; os aceitos são: NenhumStatus, Pendente");
-    EsperaErroDeUso({"busca", "--status", "Erro,Talvez"}, "--status: \"Talvez\": valor desconhecido");
-    EsperaErroDeUso({"busca", "--inclusao-de", "ontem"}, "--inclusao-de: esperada uma data-hora ISO 8601");
-    EsperaErroDeUso({"grava", "--dmc", "1-2-3"}, "--dmc: esperado um DMC");
-    EsperaErroDeUso({"grava", "--chave", "18446744073709551616"}, "--chave: número acima do limite");
-    EsperaErroDeUso({"--usuario", "65535", "busca"}, "--usuario: o usuário vai de 0 a 65534");
-    EsperaErroDeUso({"--usuario", "65536", "busca"}, "--usuario: o usuário vai de 0 a 65534");
-    EsperaErroDeUso({"grava", "--chave", "[1]"}, "--chave: esperado um número");
-    EsperaErroDeUso({"grava", "--chave="}, "--chave: esperado um número");
-}
-
-TEST(Uso, CombinacoesQueNaoValem) {
-    EsperaErroDeUso({"--leitura", "--empresa", "001", "grava"},
-                    "--leitura não vale para um comando que grava");
-    EsperaErroDeUso({"--empresa", "..", "busca"}, "--empresa: \"..\" não é um código de empresa");
-    EsperaErroDeUso({"--empresa", "COM1", "busca"}, "não é um código de empresa");
-    EsperaErroDeUso({"busca", "--empresa="}, "falta a empresa");
-    EsperaErroDeUso({"grava", "--substitui"}, "--substitui só vale com --dmc");
-    EsperaErroDeUso({"status", "--status", "Erro"}, "dada por --dmc, ou por --chave e --sistema");
-    EsperaErroDeUso({"busca", "--conta", "--dmcs"}, "excluem-se");
-    EsperaErroDeUso({"le", "20261121-1-1", "--operacao-posterior"}, "--operacao-posterior só vale com");
-    EsperaErroDeUso({"le", "20261121-1-1", "--para-pasta", "x"}, "--para-pasta pede ao menos um texto");
-    EsperaErroDeUso({"le", "0"}, "o DMC nulo");
+    const struct {
+        std::vector<std::string> listaArgumentos;
+        const char* pszMensagem;
+    } aCasos[] = {
+        {{}, "falta o comando"},
+        {{"mapa"}, "falta o comando"},
+        {{"mapa", "apaga"}, "comando desconhecido: apaga"},
+        {{"apaga"}, "comando desconhecido: apaga"},
+        {{"busca", "--nada"}, "argumento inesperado: --nada"},
+        {{"busca", "[x"}, "argumento inesperado: [x"},
+        {{"status", "--dmc", "20261121-1-1"}, "falta --status"},
+        {{"busca", "--tipo"}, "--tipo: falta o valor"},
+        {{"grava", "--filial", "1", "--filial", "2"}, "--filial: dada mais de uma vez ou com valores demais"},
+        {{"carrega", "x", "--para", "--continua"}, "--continua não vale junto com --para"},
+        {{"le"}, "falta dmc"},
+        {{"grava", "--status", "Talvez"},
+         "--status: valor desconhecido; os aceitos são: NenhumStatus, Pendente, Enviado, Sucesso, Erro, "
+         "Cancelado"},
+        {{"busca", "--status", "Erro,Talvez"},
+         "--status: \"Talvez\": valor desconhecido; os aceitos são: NenhumStatus, Pendente, Enviado, "
+         "Sucesso, Erro, Cancelado"},
+        {{"busca", "--inclusao-de", "ontem"},
+         "--inclusao-de: esperada uma data-hora ISO 8601 em UTC (2026-11-21T13:05:09Z) ou o valor "
+         "empacotado"},
+        {{"grava", "--dmc", "1-2-3"},
+         "--dmc: esperado um DMC (AAAAMMDD-ponteiro-tipo, ou o valor decimal de 64 bits)"},
+        {{"le", "abc"}, "\"abc\": esperado um DMC (AAAAMMDD-ponteiro-tipo, ou o valor decimal de 64 bits)"},
+        {{"grava", "--chave", "18446744073709551616"},
+         "--chave: número acima do limite de 18446744073709551615"},
+        {{"grava", "--tipo-auxiliar", "256"}, "--tipo-auxiliar: número acima do limite de 255"},
+        {{"grava", "--chave", "[1]"}, "--chave: esperado um número inteiro sem sinal"},
+        {{"grava", "--chave="}, "--chave: esperado um número inteiro sem sinal"},
+        {{"--usuario", "65535", "busca"}, "--usuario: o usuário vai de 0 a 65534"},
+        {{"--usuario", "65536", "busca"}, "--usuario: o usuário vai de 0 a 65534"},
+        {{"--usuario", "x", "busca"}, "--usuario: esperado um número inteiro sem sinal"},
+        {{"registro", "--mes", "2026"}, "--mes: esperado um mês: AAAAMM"},
+        {{"registro", "--mes", "20261x"}, "--mes: esperado um mês: AAAAMM"},
+        {{"registro", "--de", "2026-11-21Z"},
+         "--de: esperada uma data-hora local, sem Z: 2026-11-21 ou 2026-11-21T13:05:09"},
+        {{"registro", "--codigo", "E_X"},
+         "--codigo: esperado um código (0x81080AAA) ou o nome simbólico de um"},
+        {{"registro", "--da-sessao", "x"}, "--da-sessao: esperado um número inteiro sem sinal"},
+        {{"--leitura", "--empresa", "001", "grava"}, "--leitura não vale para um comando que grava"},
+        {{"--empresa", "..", "busca"},
+         "--empresa: \"..\" não é um código de empresa (1 a 47 letras, dígitos, _ ou -, e não um nome de "
+         "dispositivo)"},
+        {{"--empresa", "COM1", "busca"},
+         "--empresa: \"COM1\" não é um código de empresa (1 a 47 letras, dígitos, _ ou -, e não um nome de "
+         "dispositivo)"},
+        {{"--empresa", "..", "registro"},
+         "--empresa: \"..\" não é um código de empresa (1 a 47 letras, dígitos, _ ou -, e não um nome de "
+         "dispositivo)"},
+        {{"busca", "--empresa="}, "falta a empresa: use --empresa ou a variável de ambiente XVCR_EMPRESA"},
+        {{"versao"}, "falta a empresa: use --empresa ou a variável de ambiente XVCR_EMPRESA"},
+        {{"converte"}, "falta a empresa: use --empresa ou a variável de ambiente XVCR_EMPRESA"},
+        {{"grava", "--substitui"}, "--substitui só vale com --dmc"},
+        {{"status", "--status", "Erro", "--chave", "1"},
+         "a integração é dada por --dmc, ou por --chave e --sistema"},
+        {{"status", "--status", "Erro", "--sistema", "8"},
+         "a integração é dada por --dmc, ou por --chave e --sistema"},
+        {{"busca", "--conta", "--dmcs"}, "--conta, --dmcs e a leitura das integrações excluem-se"},
+        {{"busca", "--conta", "--mensagem"}, "--conta, --dmcs e a leitura das integrações excluem-se"},
+        {{"mapa", "busca", "--tipo", "6", "--sistema", "16"}, "a busca pede --registro ou --chave-registro"},
+        {{"le", "20261121-1-1", "--operacao-posterior"},
+         "--operacao-posterior só vale com --consulta-terceiro"},
+        {{"le", "20261121-1-1", "--para-pasta", "x"},
+         "--para-pasta pede ao menos um texto (--todos, por exemplo)"},
+        {{"le", "0"}, "\"0\": o DMC nulo não é de integração alguma"},
+        {{"--servidor", "versao"}, "--servidor: a versão é lida na própria base"},
+        {{"--servidor", "converte"}, "--servidor: a conversão é feita na própria base"},
+    };
+    for (const auto& rCaso : aCasos) {
+        const SExecucao execucao = XVExecutaAqui(rCaso.listaArgumentos);
+        EXPECT_EQ(execucao.iSaida, 2) << rCaso.pszMensagem;
+        EXPECT_EQ(execucao.sSaida, "");
+        EXPECT_EQ(execucao.sErro, std::string("xvcr: ") + rCaso.pszMensagem + '\n');
+    }
 }
 
 TEST(Uso, AjudaDeCadaComandoTemExemplos) {
-    const SFim geral = Executa({"--help"});
+    const SExecucao geral = XVExecutaAqui({"--help"});
     EXPECT_EQ(geral.iSaida, 0);
     EXPECT_THAT(geral.sSaida, HasSubstr("Uso: xvcr"));
     for (const char* pszComando :
          {"grava", "status", "le", "busca", "carrega", "mapa", "datahora", "pendencia", "instantanea",
           "consulta", "converte", "versao", "registro"}) {
         EXPECT_THAT(geral.sSaida, HasSubstr(pszComando));
-        const SFim ajuda = Executa({pszComando, "--help"});
+        const SExecucao ajuda = XVExecutaAqui({pszComando, "--help"});
         EXPECT_EQ(ajuda.iSaida, 0) << pszComando;
         EXPECT_THAT(ajuda.sSaida, HasSubstr(std::string("  xvcr ") + pszComando));
         EXPECT_THAT(ajuda.sSaida, Not(HasSubstr("REQUIRED")));
     }
-    EXPECT_THAT(Executa({"mapa", "busca", "--help"}).sSaida, HasSubstr("xvcr mapa busca --registro"));
+    EXPECT_THAT(XVExecutaAqui({"mapa", "busca", "--help"}).sSaida, HasSubstr("xvcr mapa busca --registro"));
 }
 
-TEST(Uso, FalhasForaDaBaseSaemComUm) {
+// Names are shown so that they never drive the terminal.
+TEST(Uso, FalhasForaDaBaseSaemComUmEMostramONomeEscapado) {
     const CXVDiretorioTeste diretorio;
-    const SFim semArquivo = Executa({"grava", "--json-enviado", "@" + diretorio.Junta("não há")});
-    EXPECT_EQ(semArquivo.iSaida, 1);
-    EXPECT_THAT(semArquivo.sErro, HasSubstr("não foi possível abrir o arquivo"));
-    const SFim semDiretorio = Executa({"--diretorio", diretorio.Junta("errado"), "--empresa", "1", "busca"});
-    EXPECT_EQ(semDiretorio.iSaida, 1);
-    EXPECT_THAT(semDiretorio.sErro, HasSubstr("não existe"));
+    const struct {
+        std::vector<std::string> listaArgumentos;
+        std::string sMensagem;
+    } aCasos[] = {{{"grava", "--json-enviado", "@não há\x1b[2J"},
+                   "não foi possível abrir o arquivo \"não há\\x1B[2J\""},
+                  {{"--diretorio", "não há\x1b[2J", "--empresa", "1", "busca"},
+                   "o diretório do módulo \"não há\\x1B[2J\" não existe"},
+                  {{"carrega", diretorio.GetCaminho()}, '"' + diretorio.GetCaminho() + "\" é um diretório"},
+                  {{"registro", "--arquivo", "não há"}, "não foi possível abrir o arquivo \"não há\""}};
+    for (const auto& rCaso : aCasos) {
+        const SExecucao execucao = XVExecutaAqui(rCaso.listaArgumentos);
+        EXPECT_EQ(execucao.iSaida, 1) << rCaso.sMensagem;
+        EXPECT_EQ(execucao.sErro, "xvcr: " + rCaso.sMensagem + '\n');
+    }
 }
 
-TEST(Argumentos, ProtecaoSoTocaOQuePrecisa) {
-    const std::vector<std::string> listaEntrada{
-        "grava", "--mensagem", "", "--json-enviado={}", "[1,2]", "--x=", "-", "--dmc=1", "\x01z", "texto"};
-    const std::vector<std::string> listaProtegida = XVProtegeArgumentos(listaEntrada);
-    EXPECT_EQ(listaProtegida,
-              (std::vector<std::string>{"grava", "--mensagem", "\x01", "--json-enviado=\x01{}", "\x01[1,2]",
-                                        "--x=\x01", "-", "--dmc=1", "\x01\x01z", "texto"}));
-    EXPECT_EQ(XVDesprotege("\x01[1,2]"), "[1,2]");
-    EXPECT_EQ(XVDesprotege("\x01\x01z"), "\x01z");
-    EXPECT_EQ(XVDesprotege("texto"), "texto");
+// What is known only when the store closes is a failure of the command too.
+TEST(Uso, FalhaAoFecharABaseSaiComUm) {
+    CXVSistemaArquivosMemoria arquivos;
+    CXVSistemaArquivosFalhas falhas(arquivos);
+    CXVRegistryFalso registry;
+    registry.SetTexto(CAmbienteXV::GetChaveRegistry(k_eModuloBase), "Path", "/dados");
+    const CXVGuardaSistemaArquivos guardaSistema(falhas);
+    const CXVGuardaRegistry guardaRegistry(registry);
+    const std::vector<std::string> listaGrava{"--empresa", "001", "grava", "--status", "Pendente"};
+    // The first makes the files, the second lists them; from then on each writes as often as the one before.
+    for (int i = 0; i < 3; ++i) {
+        falhas.Limpa();
+        ASSERT_EQ(XVExecutaAqui(listaGrava).iSaida, 0);
+    }
+    const XVUInt64 uiGravacoes = falhas.GetQuantidade(EOperacaoArquivo::eGrava);
+    falhas.Programa({.eOperacao = EOperacaoArquivo::eGrava,
+                     .uiNumero = uiGravacoes,
+                     .bPermanente = true,
+                     .eCausa = ECausaArquivo::eDiscoCheio});
+    const SExecucao execucao = XVExecutaAqui(listaGrava);
+    EXPECT_EQ(execucao.iSaida, 1) << "the last write of all is one of the closing";
+    EXPECT_NE(execucao.sSaida, "") << "the integration was recorded";
+    EXPECT_THAT(execucao.sErro, HasSubstr("xvcr: 0x"));
+    EXPECT_GT(falhas.GetFalhasOcorridas(), 0U);
 }
 
 }  // namespace

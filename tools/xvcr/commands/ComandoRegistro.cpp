@@ -127,10 +127,11 @@ void Segue(const SPedidoLog& rPedido, CXVLeitoresLog& rLeitores, CXVSaida& rSaid
 // The company's own log, or the programs' where no company is given.
 std::string DiretorioDosLogs(CXVContexto& rContexto, bool bPerfil) {
     rContexto.CompletaAcesso();
+    const bool bDaEmpresa = !bPerfil && !rContexto.identificacao.sEmpresa.empty();
+    if (bDaEmpresa) rContexto.ExigeEmpresa();
     std::string sDiretorio = rContexto.loja.sDiretorio;
     if (sDiretorio.empty()) XVConfere(CAmbienteXV::GetDiretorioModulo(k_eModuloBase, &sDiretorio));
-    if (bPerfil || rContexto.identificacao.sEmpresa.empty()) return sDiretorio;
-    rContexto.ExigeEmpresa();
+    if (!bDaEmpresa) return sDiretorio;
     return CAmbienteXV::MontaPathDados(k_eModuloBase, sDiretorio, rContexto.identificacao.sEmpresa);
 }
 

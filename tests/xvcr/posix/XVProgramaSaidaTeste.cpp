@@ -1,0 +1,89 @@
+// Outputs that take nothing, and the progress that only a terminal sees.
+#include <fcntl.h>
+#include <gmock/gmock.h>
+#include <stdlib.h>
+
+#include <filesystem>
+
+#include "platform/posix/XVDescritorPosix.h"
+#include "tests/harness/XVProcessoFilho.h"
+#include "tests/xvcr/XVPrograma.h"
+
+namespace {
+
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::StartsWith;
+
+class ProgramaSaida : public XVPrograma {
+  protected:
+    // Runs the shell's sRoteiro with "$@" as the program on the test's store.
+    SExecucao Roteiro(const std::string& sRoteiro, const std::vector<std::string>& listaArgumentos) const {
+        std::vector<std::string> listaTudo{
+            "-c",        sRoteiro, "sh", XVProgramaVizinho("xvcr"), "--diretorio", m_Diretorio.GetCaminho(),
+            "--empresa", "001"};
+        listaTudo.insert(listaTudo.end(), listaArgumentos.begin(), listaArgumentos.end());
+        return XVExecuta("/bin/sh", listaTudo);
+    }
+};
+
+TEST_F(ProgramaSaida, ResultadoQueNaoSeEscreveEFalha) {
+    const std::string sDmc = Grava({"--json-enviado", std::string(100000, 'x'), "--sistema", "Mercos"});
+    const std::string sCano =
+        "mkfifo \"$XVCANO\" && { read x <\"$XVCANO\"; trap '' PIPE; \"$@\"; echo saida=$? >&2; } |"
+        "{ exec <&-; echo vai >\"$XVCANO\"; }";
+    const std::string sComCano = "XVCANO='" + m_Diretorio.Junta("cano") + "'; export XVCANO; " + sCano;
+    const std::vector<std::vector<std::string>> listaComandos{
+        {"busca"},  {"busca", "--json"}, {"le", sDmc, "--todos"}, {"le", sDmc, "--todos", "--json"},
+        {"versao"}, {"--help"},          {"--version"},           {"grava", "--status", "Pendente"}};
+    for (const auto& rComando : listaComandos) {
+        for (const char* pszRoteiro : {"exec \"$@\" >/dev/full", "exec \"$@\" >&-"}) {
+            const SExecucao execucao = Roteiro(pszRoteiro, rComando);
+            EXPECT_EQ(execucao.iSaida, 1) << pszRoteiro << testing::PrintToString(rComando);
+            EXPECT_EQ(execucao.sErro, "xvcr: não foi possível escrever o resultado na saída padrão\n");
+        }
+        const SExecucao cano = Roteiro(sComCano, rComando);
+        std::filesystem::remove(m_Diretorio.Junta("cano"));
+        EXPECT_EQ(cano.sErro, "xvcr: não foi possível escrever o resultado na saída padrão\nsaida=1\n")
+            << testing::PrintToString(rComando);
+    }
+}
+
+TEST_F(ProgramaSaida, TextoQueNaoSeGravaEFalha) {
+    const std::string sDmc = Grava("--json-enviado {}");
+    std::filesystem::create_directory(m_Diretorio.Junta("textos"));
+    const std::string sArquivo = m_Diretorio.Junta("textos/" + sDmc + ".enviado.json");
+    std::filesystem::create_symlink("/dev/full", sArquivo);
+    const SExecucao execucao =
+        Xvcr({"le", sDmc, "--json-enviado", "--para-pasta", m_Diretorio.Junta("textos")});
+    EXPECT_EQ(execucao.iSaida, 1);
+    EXPECT_EQ(execucao.sErro, "xvcr: não foi possível gravar o arquivo \"" + sArquivo + "\"\n");
+    m_Diretorio.CriaArquivo("arquivo", "");
+    EXPECT_EQ(Xvcr({"le", sDmc, "--todos", "--para-pasta", m_Diretorio.Junta("arquivo")}).sErro,
+              "xvcr: não foi possível criar a pasta \"" + m_Diretorio.Junta("arquivo") + "\"\n");
+}
+
+TEST_F(ProgramaSaida, ProgressoSoNoTerminalQueNaoMostraOsResultados) {
+    CXVDescritor mestre(::posix_openpt(O_RDWR | O_NOCTTY));
+    ASSERT_GE(mestre.Get(), 0);
+    ASSERT_EQ(::grantpt(mestre.Get()), 0);
+    ASSERT_EQ(::unlockpt(mestre.Get()), 0);
+    const std::string sTerminal = ::ptsname(mestre.Get());
+    const CXVDescritor escravo(::open(sTerminal.c_str(), O_RDWR | O_NOCTTY));  // keeps what was written
+    m_Diretorio.CriaArquivo("duas.jsonl", "{}\n{}    \n");
+    const auto mostrado = [&](const std::string& sRoteiro) {
+        EXPECT_EQ(Roteiro(sRoteiro, {"carrega", m_Diretorio.Junta("duas.jsonl")}).iSaida, 0);
+        std::string sTexto(4096, '\0');
+        ::fcntl(mestre.Get(), F_SETFL, O_NONBLOCK);
+        const ssize_t iLidos = ::read(mestre.Get(), sTexto.data(), sTexto.size());
+        sTexto.resize(iLidos > 0 ? static_cast<std::size_t>(iLidos) : 0);
+        return sTexto;
+    };
+    const std::string sProgresso = mostrado("exec \"$@\" 2>" + sTerminal + " >/dev/null");
+    EXPECT_THAT(sProgresso, StartsWith("\r1 linhas (30%)"));
+    EXPECT_THAT(sProgresso, EndsWith("\r\x1b[K"));
+    EXPECT_EQ(mostrado("exec \"$@\" >/dev/null"), "");
+    EXPECT_EQ(mostrado("exec \"$@\" 2>" + sTerminal + " >" + sTerminal).find("%)"), std::string::npos);
+}
+
+}  // namespace
