@@ -2,6 +2,8 @@
 // files and back: records are compared whole.
 #include <gtest/gtest.h>
 
+#include <utility>
+
 #include "tests/harness/XVDiretorioTemporario.h"
 #include "tests/xvcr/XVExecutaAqui.h"
 #include "tools/xvcr/text/XVLeituraValor.h"
@@ -90,6 +92,15 @@ TEST_F(Opcoes, GravaLevaCadaUmaAoSeuCampo) {
     const std::string sDmc = Grava(std::string("grava --sistema Mercos ") + k_szCampos, k_textos);
     EXPECT_EQ(Le(sDmc), Integracao(sDmc, esperada));
 
+    const json semTextos = Json("le " + sDmc).at(0);
+    for (const auto& [sOpcao, sCampo] :
+         {std::pair<std::string, std::string>{"json-enviado", "regRegistroJSON"},
+          {"mensagem", "regMensagemIntegracao"},
+          {"json-retorno", "regJSONRetornoIntegracao_base64"}}) {
+        json comUm = semTextos;
+        comUm[sCampo] = esperada[sCampo];
+        EXPECT_EQ(Json("le --" + sOpcao + ' ' + sDmc).at(0), comUm) << "one text alone";
+    }
     EXPECT_EQ(Json("grava --filial 119 --mensagem outra --dmc " + sDmc),
               (std::vector<json>{{{"regDmc", Decimal(sDmc)}, {"sDmc", sDmc}}}));
     json outra = esperada;

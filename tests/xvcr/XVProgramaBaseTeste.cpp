@@ -1,6 +1,8 @@
 #include <gmock/gmock.h>
 
 #include <cstdlib>
+#include <list>
+#include <utility>
 
 #include "client/XVCliente.h"
 #include "tests/harness/XVProcessoFilho.h"
@@ -152,20 +154,24 @@ TEST_F(ProgramaBase, ConversaoDitaAUmaPessoa) {
               "convertida da versão 3 para a 5: 4 arquivo(s), 13 registros\n");
 }
 
-// Environment variables of the programs that the test starts, for as long as the object lives.
+// putenv makes no copy: what it was given stays for good.
+void PoeVariavel(std::string sAtribuicao) {
+    static std::list<std::string> s_lista;
+    putenv(s_lista.emplace_back(std::move(sAtribuicao)).data());
+}
+
+// A variable of the programs that the test starts, for as long as the object lives.
 class CXVVariavel {
   public:
-    CXVVariavel(const std::string& sNome, const std::string& sValor)
-        : m_sLimpa(sNome + '='), m_sAtribuicao(m_sLimpa + sValor) {
-        putenv(m_sAtribuicao.data());  // no copy is made
+    CXVVariavel(const std::string& sNome, const std::string& sValor) : m_sNome(sNome) {
+        PoeVariavel(sNome + '=' + sValor);
     }
-    ~CXVVariavel() { putenv(m_sLimpa.data()); }
+    ~CXVVariavel() { PoeVariavel(m_sNome + '='); }
     CXVVariavel(const CXVVariavel&) = delete;
     CXVVariavel& operator=(const CXVVariavel&) = delete;
 
   private:
-    std::string m_sLimpa;
-    std::string m_sAtribuicao;
+    std::string m_sNome;
 };
 
 TEST_F(ProgramaBase, VariaveisDeAmbienteValemOndeNaoHaOpcao) {

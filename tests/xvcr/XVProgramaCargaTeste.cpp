@@ -94,9 +94,10 @@ TEST_F(ProgramaCarga, OQueSeLeSeCarregaDeNovo) {
     EXPECT_EQ(gravadas.at(0)["sDmc"], sDmc) << "a line with a DMC updates";
     EXPECT_EQ(Xvcr({"--json", "le", sDmc, "--todos"}).sSaida, lida.sSaida);
     EXPECT_EQ(Quantidade(), "1\n");
-    Json({"carrega", "-"}, R"({"eStatusIntegracao":1,"ulPonteiroAuxiliar":4,"sDmc":")" + sDmc + "\"}");
+    Json({"carrega", "-"},
+         R"({"eStatusIntegracao":1,"cReconsultarIdTerceiros":true,"sDmc":")" + sDmc + "\"}");
     const nlohmann::json substituida = Json({"le", sDmc, "--todos"}).at(0);
-    EXPECT_EQ(substituida["ulPonteiroAuxiliar"], 4);
+    EXPECT_EQ(substituida["cReconsultarIdTerceiros"], 1);
     EXPECT_EQ(substituida["ulPonteiroFilial"], 0) << "the whole record is replaced";
     EXPECT_EQ(substituida["regRegistroJSON"], "");
 }

@@ -170,8 +170,9 @@ TEST_F(Registro, SegueOQueChegaPeloTempoPedido) {
     relogio.SetAoDormir([&](XVUInt64 uiDormidas) {
         if (uiDormidas == 2) anexa("202611", sLinha + sLinha.substr(0, 30));
         if (uiDormidas == 3)
-            anexa("202612",
-                  k_sCabecalho + LinhaErro("01/12", "10:00:00", "001", 7, 46, "CBase::Le", "81080AAA"));
+            anexa("202612", k_sCabecalho +
+                                LinhaErro("01/12", "09:00:00", "001", 7, 46, "CBase::Grava", "81080AAA") +
+                                LinhaErro("01/12", "10:00:00", "001", 7, 46, "CBase::Le", "81080AAA"));
         if (uiDormidas == 4)
             anexa("202611", LinhaErro("22/11", "10:00:00", "001", 8, 45, "CBase::Le", "81080AAA").substr(30));
     });
