@@ -1,5 +1,7 @@
 """Lists of planted faults: reading them, and whether they fit the sources."""
 import dataclasses
+import fnmatch
+import functools
 import os
 import re
 import tomllib
@@ -79,15 +81,30 @@ def read_list(name, errors):
     return faults
 
 
-def test_programs():
-    """{program: folder of its CMakeLists.txt}"""
-    found = {}
+def files_of_tests(ending):
     for base, _, names in os.walk(os.path.join(ROOT, "tests")):
-        if "CMakeLists.txt" in names:
-            text = re.sub(r"#.*", "", read(os.path.join(base, "CMakeLists.txt")))
-            for program in re.findall(r"\bxv_teste\(\s*(\w+)", text):
-                found[program] = os.path.relpath(base, os.path.join(ROOT, "tests"))
-    return found
+        for name in names:
+            if name.endswith(ending):
+                yield os.path.relpath(base, os.path.join(ROOT, "tests")), read(os.path.join(base, name))
+
+
+def test_programs():
+    """{program: folder of its CMakeLists.txt, below that of the tests}"""
+    return {program: folder for folder, text in files_of_tests("CMakeLists.txt")
+            for program in re.findall(r"\bxv_teste\(\s*(\w+)", re.sub(r"#.*", "", text))}
+
+
+@functools.cache
+def test_names():
+    return {".".join(found) for _, text in files_of_tests(".cpp")
+            for found in re.findall(r"\bTEST(?:_F|_P)?\(\s*(\w+)\s*,\s*(\w+)", text)}
+
+
+def fits_a_test(tests):
+    """Whether a filter takes any test of the sources, whatever its parameters and its program."""
+    cores = [re.sub(r"^[^./]+/(?=[^/]*\.)|(?<=\.)([^/]*)/.*", r"\1", one)
+             for one in tests.split("-")[0].split(":")]
+    return any(fnmatch.fnmatchcase(name, core) for name in test_names() for core in cores)
 
 
 def check_entry(fault, text, programs, tests_needed):
@@ -109,6 +126,8 @@ def check_entry(fault, text, programs, tests_needed):
             return f'"{test}" is not of the form program:filter'
         if test.split(":")[0] not in programs:
             return f'there is no test program "{test.split(":")[0]}"'
+        if not fits_a_test(test.split(":", 1)[1]):
+            return f'no test fits the filter "{test.split(":", 1)[1]}"'
     return ""
 
 

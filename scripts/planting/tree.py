@@ -127,11 +127,12 @@ def copy_tree(faults):
 
 
 def run_logged(command):
-    """Exit code and output, which also goes to the log; a long build shows how far it is."""
+    """Exit code and output, which also goes to the log; a long build shows how far it is. The compiler's cache
+    must not make paths relative to this tree: tests compare the sources' names, and errors name them."""
     told, output = time.monotonic(), []
     with open(LOG, "a", encoding="utf-8") as log, \
             subprocess.Popen(command, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True,
-                             errors="replace") as process:
+                             errors="replace", env=os.environ | {"CCACHE_BASEDIR": ""}) as process:
         for line in process.stdout:
             log.write(line)
             output.append(line)
@@ -144,7 +145,6 @@ def run_logged(command):
 
 def blamed(output, faults):
     """The faults that the compiler's errors are about, each with its error."""
-    # A compiler's cache may make the paths relative to the tree.
     at = rf"^(?:{re.escape(SOURCE)}|\.\./source)/(\S+?):(\d+):\d+: "
     places = re.findall(at + r"(?:fatal )?(error: .*)", output, re.M) or \
         re.findall(at + r" +(required from .*)", output, re.M)

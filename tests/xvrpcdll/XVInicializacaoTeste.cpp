@@ -64,6 +64,8 @@ TEST_F(CInicializacao, RecusaNaOrdemComCodigoELinhaDeCadaFalta) {
         // Everything is wrong at once: the version speaks first, then the seal, then the structure.
         {[](auto& r) { r.usVersao = 126, r.cMarca = 'A', r.uiCRC = 0; }, false, E_XVCR_VERSAO_INCOMPATIVEL,
          "E_XVCR_VERSAO_INCOMPATIVEL", 36},
+        {[](auto& r) { r.usVersao = 128; }, false, E_XVCR_VERSAO_INCOMPATIVEL, "E_XVCR_VERSAO_INCOMPATIVEL",
+         36},
         {[](auto& r) { r.cMarca = 'A', r.uiCRC ^= 1; }, false, E_XVCR_CRC_INICIALIZACAO_INVALIDO,
          "E_XVCR_CRC_INICIALIZACAO_INVALIDO", 45},
         {[](auto& r) { r.cFiller[21] ^= 1; }, false, E_XVCR_CRC_INICIALIZACAO_INVALIDO,
