@@ -62,16 +62,6 @@ TEST_P(CXVSistemaArquivosTeste, FecharLiberaSoAPropriaAbertura) {
     EXPECT_EQ(Abre("a.dat", exclusiva, pExclusivo), ECausaArquivo::eNenhuma);
 }
 
-TEST_P(CXVSistemaArquivosTeste, AberturaQueFalhaNaoDeixaVestigio) {
-    Cria("a.dat", "x");
-    {
-        const std::unique_ptr<IXVArquivo> pEscritor = AbreBem("a.dat", k_aberturaEscrita);
-        std::unique_ptr<IXVArquivo> pNegado;
-        EXPECT_EQ(Abre("a.dat", k_aberturaEscrita, pNegado), ECausaArquivo::eViolacaoCompartilhamento);
-    }
-    EXPECT_TRUE(Sistema().Apaga(Caminho("a.dat")).Ok());
-}
-
 TEST_P(CXVSistemaArquivosTeste, CriaSoQuandoPedidoENuncaTrunca) {
     for (const EAcessoArquivo eAcesso : k_aAcessos) {
         const std::string sNome = "novo" + std::to_string(static_cast<int>(eAcesso));

@@ -26,7 +26,7 @@ TFuncao* Proxima(const char* pszNome) {
 
 ino_t Arquivo(int iDescritor) {
     struct stat estado {};
-    return fstat(iDescritor, &estado) == 0 ? estado.st_ino : 0;
+    return Proxima<int(int, struct stat*)>("fstat")(iDescritor, &estado) == 0 ? estado.st_ino : 0;
 }
 
 // Calls fnChamada unless the plan lets this call fail.
@@ -170,6 +170,15 @@ int renameat2(int iOrigem, const char* pszOrigem, int iDestino, const char* pszD
         return Proxima<int(int, const char*, int, const char*, unsigned int)>("renameat2")(
             iOrigem, pszOrigem, iDestino, pszDestino, ulOpcoes);
     });
+}
+
+int unlink(const char* pszCaminho) noexcept {
+    return Passa({EChamada::eUnlink}, -1, [&] { return Proxima<int(const char*)>("unlink")(pszCaminho); });
+}
+
+int fstat(int iDescritor, struct stat* pEstado) noexcept {
+    return Passa({EChamada::eFstat}, -1,
+                 [&] { return Proxima<int(int, struct stat*)>("fstat")(iDescritor, pEstado); });
 }
 
 dirent* readdir(DIR* pDiretorio) {
