@@ -15,37 +15,36 @@ bool Nega(ECompartilhamentoArquivo eCompartilhamento, EAcessoArquivo eAcesso) {
             eAcesso != EAcessoArquivo::eLeitura);
 }
 
-template <class TFn>
-void ParaCadaAbertura(TFn fn) {
+std::vector<SAberturaArquivo> TodasAsAberturas() {
+    std::vector<SAberturaArquivo> lista;
     for (const EAcessoArquivo eAcesso : k_aAcessos) {
         for (const ECompartilhamentoArquivo eCompartilhamento : k_aCompartilhamentos) {
-            fn(SAberturaArquivo{eAcesso, eCompartilhamento, ECriacaoArquivo::eSomenteExistente});
+            lista.push_back({eAcesso, eCompartilhamento, ECriacaoArquivo::eSomenteExistente});
         }
     }
+    return lista;
 }
 
-std::string Descreve(const SAberturaArquivo& r1, const SAberturaArquivo& r2) {
-    return "held: access " + std::to_string(static_cast<int>(r1.eAcesso)) + " share " +
-           std::to_string(static_cast<int>(r1.eCompartilhamento)) + ", new: access " +
-           std::to_string(static_cast<int>(r2.eAcesso)) + " share " +
-           std::to_string(static_cast<int>(r2.eCompartilhamento));
+std::string Descreve(const SAberturaArquivo& r) {
+    return "access " + std::to_string(static_cast<int>(r.eAcesso)) + " share " +
+           std::to_string(static_cast<int>(r.eCompartilhamento));
 }
 
 }  // namespace
 
 TEST_P(CXVSistemaArquivosTeste, CadaParDeAberturasSegueARegraDeCompartilhamento) {
     Cria("a.dat", "x");
-    ParaCadaAbertura([&](const SAberturaArquivo& rPrimeira) {
-        ParaCadaAbertura([&](const SAberturaArquivo& rSegunda) {
-            SCOPED_TRACE(Descreve(rPrimeira, rSegunda));
+    for (const SAberturaArquivo& rPrimeira : TodasAsAberturas()) {
+        const std::unique_ptr<IXVArquivo> pPrimeiro = AbreBem("a.dat", rPrimeira);
+        for (const SAberturaArquivo& rSegunda : TodasAsAberturas()) {
             const bool bConflito = Nega(rPrimeira.eCompartilhamento, rSegunda.eAcesso) ||
                                    Nega(rSegunda.eCompartilhamento, rPrimeira.eAcesso);
-            const std::unique_ptr<IXVArquivo> pPrimeiro = AbreBem("a.dat", rPrimeira);
             std::unique_ptr<IXVArquivo> pSegundo;
             EXPECT_EQ(Abre("a.dat", rSegunda, pSegundo),
-                      bConflito ? ECausaArquivo::eViolacaoCompartilhamento : ECausaArquivo::eNenhuma);
-        });
-    });
+                      bConflito ? ECausaArquivo::eViolacaoCompartilhamento : ECausaArquivo::eNenhuma)
+                << Descreve(rPrimeira) << ", then " << Descreve(rSegunda);
+        }
+    }
 }
 
 TEST_P(CXVSistemaArquivosTeste, FecharLiberaSoAPropriaAbertura) {

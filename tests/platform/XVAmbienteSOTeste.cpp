@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <array>
 #include <chrono>
 #include <cstring>
 #include <regex>
@@ -65,22 +64,11 @@ TEST(CXVAmbienteSOTeste, SaidasPodemSerEscritasEVaziasSaoNulas) {
 
 TEST(CXVRelogioTeste, RelogioNativoAndaComODoSistema) {
     IXVRelogio& rRelogio = XVPlataforma::RelogioNativo();
-    const auto fnUTC = [] {
-        const auto agora = floor<seconds>(system_clock::now());
-        const year_month_day dia(floor<days>(agora));
-        const hh_mm_ss hora(agora - floor<days>(agora));
-        return std::array<long, 6>{static_cast<int>(dia.year()),
-                                   static_cast<unsigned>(dia.month()),
-                                   static_cast<unsigned>(dia.day()),
-                                   hora.hours().count(),
-                                   static_cast<long>(hora.minutes().count()),
-                                   static_cast<long>(hora.seconds().count())};
-    };
-    const std::array<long, 6> antes = fnUTC();
-    const SDataHora agora = rRelogio.AgoraUTC();
-    const std::array<long, 6> lido{agora.usAno,  agora.ucMes,    agora.ucDia,
-                                   agora.ucHora, agora.ucMinuto, agora.ucSegundo};
-    EXPECT_TRUE(antes <= lido && lido <= fnUTC());
+    const auto antes = floor<seconds>(system_clock::now());
+    const SDataHora lida = rRelogio.AgoraUTC();
+    const auto instante = sys_days(year(lida.usAno) / month(lida.ucMes) / day(lida.ucDia)) +
+                          hours(lida.ucHora) + minutes(lida.ucMinuto) + seconds(lida.ucSegundo);
+    EXPECT_TRUE(antes <= instante && instante <= system_clock::now());
     const auto inicio = steady_clock::now();
     const XVUInt ulAntes = rRelogio.GetTicks();
     rRelogio.Dorme(0);

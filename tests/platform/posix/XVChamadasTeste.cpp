@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <map>
 
 #include "tests/platform/posix/XVCenarioPosix.h"
 
@@ -247,45 +248,29 @@ TEST_F(CXVChamadasTeste, TransferenciaCurtaContinua) {
 }
 
 TEST_F(CXVChamadasTeste, CadaErroDoSistemaTemSuaCausa) {
-    struct SCaso {
-        int iErrno;
-        ECausaArquivo eCausa;
+    const std::map<ECausaArquivo, std::vector<int>> mapaCasos{
+        {ECausaArquivo::eArquivoNaoEncontrado, {ENOENT}},
+        {ECausaArquivo::eCaminhoInvalido, {ENOTDIR, ENAMETOOLONG, ELOOP, EILSEQ}},
+        {ECausaArquivo::eMuitosArquivosAbertos, {EMFILE, ENFILE}},
+        {ECausaArquivo::eAcessoNegado, {EACCES, EPERM, EROFS, EISDIR}},
+        {ECausaArquivo::eArquivoInvalido, {EBADF, ENXIO, ENODEV}},
+        {ECausaArquivo::eDiretorioCheio, {EMLINK}},
+        {ECausaArquivo::ePosicionamentoInvalido, {ESPIPE, EFBIG, EOVERFLOW}},
+        {ECausaArquivo::eErroFisico, {EIO}},
+        {ECausaArquivo::eViolacaoCompartilhamento, {ETXTBSY, EBUSY}},
+        {ECausaArquivo::eViolacaoBloqueio, {EAGAIN, EDEADLK}},
+        {ECausaArquivo::eDiscoCheio, {ENOSPC, EDQUOT}},
+        {ECausaArquivo::eGenerica, {EINVAL}},
     };
-    constexpr SCaso k_aCasos[] = {
-        {ENOENT, ECausaArquivo::eArquivoNaoEncontrado},
-        {ENOTDIR, ECausaArquivo::eCaminhoInvalido},
-        {ENAMETOOLONG, ECausaArquivo::eCaminhoInvalido},
-        {ELOOP, ECausaArquivo::eCaminhoInvalido},
-        {EILSEQ, ECausaArquivo::eCaminhoInvalido},
-        {EMFILE, ECausaArquivo::eMuitosArquivosAbertos},
-        {ENFILE, ECausaArquivo::eMuitosArquivosAbertos},
-        {EACCES, ECausaArquivo::eAcessoNegado},
-        {EPERM, ECausaArquivo::eAcessoNegado},
-        {EROFS, ECausaArquivo::eAcessoNegado},
-        {EISDIR, ECausaArquivo::eAcessoNegado},
-        {EBADF, ECausaArquivo::eArquivoInvalido},
-        {ENXIO, ECausaArquivo::eArquivoInvalido},
-        {ENODEV, ECausaArquivo::eArquivoInvalido},
-        {EMLINK, ECausaArquivo::eDiretorioCheio},
-        {ESPIPE, ECausaArquivo::ePosicionamentoInvalido},
-        {EFBIG, ECausaArquivo::ePosicionamentoInvalido},
-        {EOVERFLOW, ECausaArquivo::ePosicionamentoInvalido},
-        {EIO, ECausaArquivo::eErroFisico},
-        {ETXTBSY, ECausaArquivo::eViolacaoCompartilhamento},
-        {EBUSY, ECausaArquivo::eViolacaoCompartilhamento},
-        {EAGAIN, ECausaArquivo::eViolacaoBloqueio},
-        {EDEADLK, ECausaArquivo::eViolacaoBloqueio},
-        {ENOSPC, ECausaArquivo::eDiscoCheio},
-        {EDQUOT, ECausaArquivo::eDiscoCheio},
-        {EINVAL, ECausaArquivo::eGenerica},
-    };
-    for (const SCaso& rCaso : k_aCasos) {
-        CXVChamadas chamadas;
-        chamadas.Falha(EChamada::eOpen, rCaso.iErrno);
-        const CXVErroArquivo erro = m_rSistema.Abre(Caminho("a.dat"), k_criacao, m_pArquivo);
-        EXPECT_EQ(static_cast<int>(erro.GetCausa()), static_cast<int>(rCaso.eCausa)) << rCaso.iErrno;
-        EXPECT_EQ(erro.GetErroSistema(), static_cast<XVUInt>(rCaso.iErrno));
-        EXPECT_EQ(m_pArquivo, nullptr);
+    for (const auto& [eCausa, listaErrnos] : mapaCasos) {
+        for (const int iErrno : listaErrnos) {
+            CXVChamadas chamadas;
+            chamadas.Falha(EChamada::eOpen, iErrno);
+            const CXVErroArquivo erro = m_rSistema.Abre(Caminho("a.dat"), k_criacao, m_pArquivo);
+            EXPECT_EQ(static_cast<int>(erro.GetCausa()), static_cast<int>(eCausa)) << iErrno;
+            EXPECT_EQ(erro.GetErroSistema(), static_cast<XVUInt>(iErrno));
+            EXPECT_EQ(m_pArquivo, nullptr);
+        }
     }
 }
 

@@ -1,12 +1,18 @@
-// What the seam makes of what the system says of itself.
+// What the seam makes of what the system says of itself. A program of its own: it stands in front of the
+// system's calls.
 #include <gtest/gtest.h>
 #include <pwd.h>
 #include <sys/mman.h>
+#include <sys/syscall.h>
 #include <sys/sysinfo.h>
+#include <sys/utsname.h>
 #include <unistd.h>
 
+#include <cerrno>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <ctime>
 #include <fstream>
 #include <string>
 #include <vector>
@@ -14,30 +20,22 @@
 #include "platform/XVAmbienteSO.h"
 #include "platform/XVPlataforma.h"
 #include "platform/XVUltimoErroSistema.h"
-#include "tests/platform/posix/XVSistemaFalso.h"
 
 namespace {
 
-class CXVFuso {
-  public:
-    explicit CXVFuso(const char* pszFuso) {
-        setenv("TZ", pszFuso, 1);
-        tzset();
-    }
-    ~CXVFuso() {
-        if (m_pszAnterior != nullptr) {
-            setenv("TZ", m_sAnterior.c_str(), 1);
-        } else {
-            unsetenv("TZ");
-        }
-        tzset();
-    }
-    CXVFuso(const CXVFuso&) = delete;
-    CXVFuso& operator=(const CXVFuso&) = delete;
+// What the system says of itself while one lives: name of the machine, kernel, user, clocks.
+struct SSistemaFalso {
+    SSistemaFalso() { s_pVigente = this; }
+    ~SSistemaFalso() { s_pVigente = nullptr; }
+    SSistemaFalso(const SSistemaFalso&) = delete;
+    SSistemaFalso& operator=(const SSistemaFalso&) = delete;
 
-  private:
-    const char* m_pszAnterior = getenv("TZ");
-    const std::string m_sAnterior = m_pszAnterior != nullptr ? m_pszAnterior : "";
+    static inline const SSistemaFalso* s_pVigente = nullptr;
+    std::string sMaquina;
+    std::string sNucleo;
+    unsigned ulUsuario = 0;
+    time_t iAgora = 0;
+    timespec monotonico{};  // every other clock stands at 0
 };
 
 XVUInt64 KiBDe(const char* pszLinha) {
@@ -50,6 +48,41 @@ XVUInt64 KiBDe(const char* pszLinha) {
 
 }  // namespace
 
+extern "C" {
+
+int gethostname(char* pszNome, size_t uiTamanho) noexcept {
+    std::snprintf(pszNome, uiTamanho, "%s",
+                  SSistemaFalso::s_pVigente != nullptr ? SSistemaFalso::s_pVigente->sMaquina.c_str() : "");
+    return 0;
+}
+
+int uname(utsname* pSistema) noexcept {
+    std::snprintf(pSistema->release, sizeof(pSistema->release), "%s",
+                  SSistemaFalso::s_pVigente != nullptr ? SSistemaFalso::s_pVigente->sNucleo.c_str() : "");
+    return 0;
+}
+
+uid_t geteuid() noexcept {
+    return SSistemaFalso::s_pVigente != nullptr ? SSistemaFalso::s_pVigente->ulUsuario
+                                                : static_cast<uid_t>(syscall(SYS_geteuid));
+}
+
+time_t time(time_t* pAgora) noexcept {
+    const time_t iAgora =
+        SSistemaFalso::s_pVigente != nullptr ? SSistemaFalso::s_pVigente->iAgora : syscall(SYS_time, nullptr);
+    if (pAgora != nullptr) *pAgora = iAgora;
+    return iAgora;
+}
+
+int clock_gettime(clockid_t iRelogio, timespec* pInstante) noexcept {
+    if (SSistemaFalso::s_pVigente == nullptr)
+        return static_cast<int>(syscall(SYS_clock_gettime, iRelogio, pInstante));
+    *pInstante = iRelogio == CLOCK_MONOTONIC ? SSistemaFalso::s_pVigente->monotonico : timespec{};
+    return 0;
+}
+
+}  // extern "C"
+
 TEST(CXVRelogioPosixTeste, HoraLocalEUTCDeUmInstante) {
     IXVRelogio& rRelogio = XVPlataforma::RelogioNativo();
     SSistemaFalso sistema;
@@ -59,7 +92,8 @@ TEST(CXVRelogioPosixTeste, HoraLocalEUTCDeUmInstante) {
         SDataHora local;
     } aCasos[] = {{"<-03>3", {2024, 12, 31, 20, 59, 58}}, {"<+0545>-5:45", {2025, 1, 1, 5, 44, 58}}};
     for (const auto& [pszFuso, local] : aCasos) {
-        const CXVFuso fuso(pszFuso);
+        setenv("TZ", pszFuso, 1);
+        tzset();
         EXPECT_TRUE(rRelogio.AgoraLocal() == local) << pszFuso;
         EXPECT_TRUE(rRelogio.AgoraUTC() == (SDataHora{2024, 12, 31, 23, 59, 58})) << pszFuso;
     }
