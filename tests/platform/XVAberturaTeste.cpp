@@ -90,6 +90,11 @@ TEST_P(CXVSistemaArquivosTeste, ArquivoAusenteDiretorioAusenteEDiretorioSeDistin
         EXPECT_EQ(Abre("sub", rAbertura, pArquivo), ECausaArquivo::eAcessoNegado);
     }
     EXPECT_EQ(Abre("b.dat", k_aberturaLeitura, pArquivo), ECausaArquivo::eArquivoNaoEncontrado);
+    EXPECT_FALSE(Sistema().EhSomenteLeitura(Caminho("b.dat")));
+    for (const std::string sNome : {"b.dat", "nao/a.dat", "a.dat/b.dat"}) {
+        EXPECT_EQ(Sistema().Existe(Caminho(sNome)), EExistencia::eAusente) << sNome;
+    }
+    EXPECT_EQ(Sistema().Existe(Caminho("sub")), EExistencia::eDiretorio);
     EXPECT_EQ(Sistema().Apaga(Caminho("b.dat")).GetCausa(), ECausaArquivo::eArquivoNaoEncontrado);
     EXPECT_EQ(Sistema().Apaga(Caminho("nao/b.dat")).GetCausa(), ECausaArquivo::eCaminhoInvalido);
     EXPECT_EQ(Sistema().Apaga(Caminho("sub")).GetCausa(), ECausaArquivo::eAcessoNegado);
@@ -127,19 +132,6 @@ TEST_P(CXVSistemaArquivosTeste, ArquivoSoDeLeituraExisteEAbreSoParaLer) {
     }
     EXPECT_EQ(Sistema().Apaga(Caminho("a.dat")).GetCausa(), ECausaArquivo::eAcessoNegado);
     EXPECT_EQ(Conteudo("a.dat"), "x");
-}
-
-TEST_P(CXVSistemaArquivosTeste, ExistenciaDistingueArquivosDeDiretorios) {
-    Cria("a.dat", "x");
-    const std::unique_ptr<IXVArquivo> pExclusivo = AbreBem(
-        "a.dat",
-        {EAcessoArquivo::eLeitura, ECompartilhamentoArquivo::eNegaTudo, ECriacaoArquivo::eSomenteExistente});
-    EXPECT_EQ(Sistema().Existe(Caminho("a.dat")), EExistencia::eArquivo);
-    EXPECT_EQ(Sistema().Existe(Caminho("")), EExistencia::eDiretorio);
-    EXPECT_EQ(Sistema().Existe(Caminho("b.dat")), EExistencia::eAusente);
-    EXPECT_EQ(Sistema().Existe(Caminho("nao/a.dat")), EExistencia::eAusente);
-    EXPECT_EQ(Sistema().Existe(Caminho("a.dat/b.dat")), EExistencia::eAusente);
-    EXPECT_FALSE(Sistema().EhSomenteLeitura(Caminho("b.dat")));
 }
 
 TEST_P(CXVSistemaArquivosTeste, NomesForaDoAsciiECaminhosLongosServem) {
