@@ -2,28 +2,18 @@
 
 #include <algorithm>
 #include <cstring>
+#include <limits>
+
+#include "platform/XVMascara.h"
 
 namespace {
 
 constexpr XVUInt64 k_uiTamanhoMaximo = XVUInt64{1} << 30;  // bytes; a longer file is a mistake of the test
 
-bool TemLeitura(EAcessoArquivo eAcesso) {
-    return eAcesso != EAcessoArquivo::eAnexacao;
-}
-bool TemEscrita(EAcessoArquivo eAcesso) {
-    return eAcesso != EAcessoArquivo::eLeitura;
-}
-
 bool Permite(ECompartilhamentoArquivo eCompartilhamento, EAcessoArquivo eAcesso) {
-    switch (eCompartilhamento) {
-        case ECompartilhamentoArquivo::eNegaTudo:
-            return false;
-        case ECompartilhamentoArquivo::eNegaEscrita:
-            return !TemEscrita(eAcesso);
-        case ECompartilhamentoArquivo::eNegaNada:
-            return true;
-    }
-    return false;
+    return eCompartilhamento == ECompartilhamentoArquivo::eNegaNada ||
+           (eCompartilhamento == ECompartilhamentoArquivo::eNegaEscrita &&
+            eAcesso == EAcessoArquivo::eLeitura);
 }
 
 constexpr CXVErroArquivo Erro(ECausaArquivo eCausa) {
@@ -39,6 +29,20 @@ bool SConteudo::PodeAbrir(const SAberturaArquivo& rNova) const {
     });
 }
 
+bool SSemCaixa::operator()(const std::string& s1, const std::string& s2) const {
+    return std::lexicographical_compare(s1.begin(), s1.end(), s2.begin(), s2.end(), [](char c1, char c2) {
+        return XVMascara::Minuscula(c1) < XVMascara::Minuscula(c2);
+    });
+}
+
+XVUInt64 SDiscoMemoria::Livres() const {
+    XVUInt64 uiLivres = uiLimite.value_or(0);
+    for (const auto& [sCaminho, pConteudo] : mapaEntradas) {
+        uiLivres -= pConteudo ? std::min<XVUInt64>(uiLivres, pConteudo->sBytes.size()) : 0;
+    }
+    return uiLivres;
+}
+
 CXVArquivoMemoria::CXVArquivoMemoria(std::shared_ptr<SDiscoMemoria> pDisco,
                                      std::shared_ptr<SConteudo> pConteudo, const SAberturaArquivo& rAbertura)
     : m_pDisco(std::move(pDisco)),
@@ -52,7 +56,7 @@ CXVArquivoMemoria::~CXVArquivoMemoria() {
 }
 
 CXVErroArquivo CXVArquivoMemoria::Le(XVUInt64 uiOffset, void* pDados, std::size_t uiTamanho) {
-    if (!TemLeitura(m_eAcesso)) {
+    if (m_eAcesso == EAcessoArquivo::eAnexacao) {
         return Erro(ECausaArquivo::eAcessoNegado);
     }
     if (uiOffset > std::numeric_limits<XVUInt64>::max() / 2) {
@@ -60,31 +64,23 @@ CXVErroArquivo CXVArquivoMemoria::Le(XVUInt64 uiOffset, void* pDados, std::size_
     }
     const std::lock_guard trava(m_pDisco->mutex);
     const std::string& sBytes = m_pConteudo->sBytes;
-    if (uiTamanho == 0) {
-        return {};
-    }
-    if (uiOffset > sBytes.size() || uiTamanho > sBytes.size() - uiOffset) {
+    if (uiTamanho > 0 && (uiOffset > sBytes.size() || uiTamanho > sBytes.size() - uiOffset)) {
         return Erro(ECausaArquivo::eFimDeArquivo);
     }
-    std::memcpy(pDados, sBytes.data() + uiOffset, uiTamanho);
+    if (uiTamanho > 0) std::memcpy(pDados, sBytes.data() + uiOffset, uiTamanho);
     return {};
 }
 
 bool CXVArquivoMemoria::Redimensiona(XVUInt64 uiTamanho) {
     std::string& sBytes = m_pConteudo->sBytes;
-    XVUInt64 uiPossivel = uiTamanho;
-    if (uiTamanho > sBytes.size() && m_pDisco->uiLimite) {
-        const XVUInt64 uiLivre =
-            *m_pDisco->uiLimite > m_pDisco->uiOcupado ? *m_pDisco->uiLimite - m_pDisco->uiOcupado : 0;
-        uiPossivel = std::min(uiTamanho, sBytes.size() + uiLivre);
-    }
-    m_pDisco->uiOcupado += uiPossivel - sBytes.size();
-    sBytes.resize(static_cast<std::size_t>(uiPossivel));
-    return uiPossivel == uiTamanho;
+    const bool bCabe =
+        uiTamanho <= sBytes.size() || !m_pDisco->uiLimite || uiTamanho - sBytes.size() <= m_pDisco->Livres();
+    sBytes.resize(static_cast<std::size_t>(bCabe ? uiTamanho : sBytes.size() + m_pDisco->Livres()));
+    return bCabe;
 }
 
 CXVErroArquivo CXVArquivoMemoria::Grava(XVUInt64 uiOffset, const void* pDados, std::size_t uiTamanho) {
-    if (!TemEscrita(m_eAcesso)) {
+    if (m_eAcesso == EAcessoArquivo::eLeitura) {
         return Erro(ECausaArquivo::eAcessoNegado);
     }
     if (uiTamanho == 0) {
@@ -125,9 +121,5 @@ CXVErroArquivo CXVArquivoMemoria::SetTamanho(XVUInt64 uiTamanho) {
         Redimensiona(uiAnterior);
         return Erro(ECausaArquivo::eDiscoCheio);
     }
-    return {};
-}
-
-CXVErroArquivo CXVArquivoMemoria::Sincroniza() {
     return {};
 }

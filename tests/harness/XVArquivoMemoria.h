@@ -2,6 +2,7 @@
 #pragma once
 
 #include <list>
+#include <map>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -10,14 +11,6 @@
 
 #include "platform/XVSistemaArquivos.h"
 
-// What all files of one file system share; the mutex guards everything in it.
-struct SDiscoMemoria {
-    std::mutex mutex;
-    std::optional<XVUInt64> uiLimite;
-    XVUInt64 uiOcupado = 0;  // bytes of all contents
-    std::set<std::string> conjuntoMarcas;
-};
-
 struct SConteudo {
     std::string sBytes;
     bool bSomenteLeitura = false;
@@ -25,6 +18,21 @@ struct SConteudo {
 
     // Whether every opening allows this one and this one allows every opening.
     bool PodeAbrir(const SAberturaArquivo& rNova) const;
+};
+
+// Names that differ only in the case of A-Z are one.
+struct SSemCaixa {
+    bool operator()(const std::string& s1, const std::string& s2) const;
+};
+
+// What all files of one file system share; the mutex guards everything in it.
+struct SDiscoMemoria {
+    std::mutex mutex;
+    std::map<std::string, std::shared_ptr<SConteudo>, SSemCaixa> mapaEntradas;  // null: a directory
+    std::set<std::string, SSemCaixa> conjuntoMarcas;
+    std::optional<XVUInt64> uiLimite;  // bytes of all contents
+
+    XVUInt64 Livres() const;
 };
 
 class CXVArquivoMemoria final : public IXVArquivo {
@@ -40,7 +48,7 @@ class CXVArquivoMemoria final : public IXVArquivo {
     CXVErroArquivo Grava(XVUInt64 uiOffset, const void* pDados, std::size_t uiTamanho) override;
     CXVErroArquivo GetTamanho(XVUInt64& uiTamanho) override;
     CXVErroArquivo SetTamanho(XVUInt64 uiTamanho) override;
-    CXVErroArquivo Sincroniza() override;
+    CXVErroArquivo Sincroniza() override { return {}; }
 
   private:
     // Grows or shrinks as far as the space allows; false when that was not as far as asked.
@@ -54,16 +62,16 @@ class CXVArquivoMemoria final : public IXVArquivo {
 
 class CXVMarcaMemoria final : public IXVMarcaDiretorio {
   public:
-    CXVMarcaMemoria(std::shared_ptr<SDiscoMemoria> pDisco, std::string sChave)
-        : m_pDisco(std::move(pDisco)), m_sChave(std::move(sChave)) {}
+    CXVMarcaMemoria(std::shared_ptr<SDiscoMemoria> pDisco, std::string sCaminho)
+        : m_pDisco(std::move(pDisco)), m_sCaminho(std::move(sCaminho)) {}
     ~CXVMarcaMemoria() override {
         const std::lock_guard trava(m_pDisco->mutex);
-        m_pDisco->conjuntoMarcas.erase(m_sChave);
+        m_pDisco->conjuntoMarcas.erase(m_sCaminho);
     }
     CXVMarcaMemoria(const CXVMarcaMemoria&) = delete;
     CXVMarcaMemoria& operator=(const CXVMarcaMemoria&) = delete;
 
   private:
     std::shared_ptr<SDiscoMemoria> m_pDisco;
-    std::string m_sChave;
+    std::string m_sCaminho;
 };

@@ -1,16 +1,24 @@
-// Another process, for what must hold between processes. Its standard input and output are pipes; its
-// standard error is the test's own. Thread rule: one thread.
+// Another process, for what must hold between processes. Thread rule: one thread.
 #pragma once
 
 #include <memory>
 #include <string>
 #include <vector>
 
+// Files that are its standard streams; the outputs are created. None: input and output are pipes, and the
+// error output is the test's own.
+struct SFluxosFilho {
+    std::string sEntrada;
+    std::string sSaida;
+    std::string sErro;
+};
+
 class CXVProcessoFilho {
   public:
-    // Starts the program; a program that cannot be started is a failure of the test environment and
-    // throws std::runtime_error.
-    CXVProcessoFilho(const std::string& sPrograma, const std::vector<std::string>& listaArgumentos);
+    // Starts the program; arguments are UTF-8 (elsewhere than on Windows, any bytes). A program that cannot
+    // be started is a failure of the test environment and throws std::runtime_error.
+    CXVProcessoFilho(const std::string& sPrograma, const std::vector<std::string>& listaArgumentos,
+                     const SFluxosFilho& rFluxos = {});
     ~CXVProcessoFilho();  // kills it if it still runs
     CXVProcessoFilho(const CXVProcessoFilho&) = delete;
     CXVProcessoFilho& operator=(const CXVProcessoFilho&) = delete;

@@ -14,38 +14,35 @@
 class CXVRegistryFalso final : public IXVRegistry {
   public:
     void SetTexto(std::string_view sChave, std::string_view sValor, std::string_view sTexto) {
-        const std::lock_guard trava(m_mutex);
-        m_mapaValores.insert_or_assign(Nome(sChave, sValor), std::string(sTexto));
+        Set(Nome(sChave, sValor), std::string(sTexto));
     }
     void SetNumero(std::string_view sChave, std::string_view sValor, XVUInt ulNumero) {
-        const std::lock_guard trava(m_mutex);
-        m_mapaValores.insert_or_assign(Nome(sChave, sValor), ulNumero);
+        Set(Nome(sChave, sValor), ulNumero);
     }
-    void Remove(std::string_view sChave, std::string_view sValor) {
-        const std::lock_guard trava(m_mutex);
-        m_mapaValores.erase(Nome(sChave, sValor));
-    }
+    void Remove(std::string_view sChave, std::string_view sValor) { Set(Nome(sChave, sValor), {}); }
 
     std::optional<std::string> LeTexto(std::string_view sChave, std::string_view sValor) override {
-        const std::lock_guard trava(m_mutex);
-        const auto it = m_mapaValores.find(Nome(sChave, sValor));
-        if (it == m_mapaValores.end() || !std::holds_alternative<std::string>(it->second)) {
-            return std::nullopt;
-        }
-        return std::get<std::string>(it->second);
+        const TValor valor = Get(Nome(sChave, sValor));
+        const std::string* psTexto = std::get_if<std::string>(&valor);
+        return psTexto != nullptr ? std::optional(*psTexto) : std::nullopt;
     }
     std::optional<XVUInt> LeNumero(std::string_view sChave, std::string_view sValor) override {
-        const std::lock_guard trava(m_mutex);
-        const auto it = m_mapaValores.find(Nome(sChave, sValor));
-        if (it == m_mapaValores.end()) {
-            return std::nullopt;
-        }
-        const XVUInt* pulNumero = std::get_if<XVUInt>(&it->second);
-        return pulNumero != nullptr ? *pulNumero
-                                    : CXVRegistryTexto::ConverteNumero(std::get<std::string>(it->second));
+        const TValor valor = Get(Nome(sChave, sValor));
+        if (const XVUInt* pulNumero = std::get_if<XVUInt>(&valor)) return *pulNumero;
+        return CXVRegistryTexto::ConverteNumero(LeTexto(sChave, sValor).value_or(""));
     }
 
   private:
+    using TValor = std::variant<std::monostate, std::string, XVUInt>;
+
+    void Set(const std::string& sNome, TValor valor) {
+        const std::lock_guard trava(m_mutex);
+        m_mapaValores[sNome] = std::move(valor);
+    }
+    TValor Get(const std::string& sNome) {
+        const std::lock_guard trava(m_mutex);
+        return m_mapaValores[sNome];
+    }
     static std::string Nome(std::string_view sChave, std::string_view sValor) {
         std::string sNome = std::string(sChave) + '\n' + std::string(sValor);
         std::transform(sNome.begin(), sNome.end(), sNome.begin(), XVMascara::Minuscula);
@@ -53,5 +50,5 @@ class CXVRegistryFalso final : public IXVRegistry {
     }
 
     std::mutex m_mutex;
-    std::map<std::string, std::variant<std::string, XVUInt>> m_mapaValores;
+    std::map<std::string, TValor> m_mapaValores;
 };

@@ -32,11 +32,6 @@ void CXVRelogioFalso::SetUTC(const SDataHora& rDataHora) {
                  hours(rDataHora.ucHora) + minutes(rDataHora.ucMinuto) + seconds(rDataHora.ucSegundo);
 }
 
-void CXVRelogioFalso::SetFusoMinutos(int iMinutos) {
-    const std::lock_guard trava(m_mutex);
-    m_fuso = minutes(iMinutos);
-}
-
 void CXVRelogioFalso::SetTicks(XVUInt ulTicks) {
     const std::lock_guard trava(m_mutex);
     m_ulTicks = ulTicks;
@@ -65,7 +60,7 @@ XVUInt64 CXVRelogioFalso::GetMilissegundosDormidos() const {
 
 SDataHora CXVRelogioFalso::AgoraLocal() {
     const std::lock_guard trava(m_mutex);
-    return DeInstante(m_instante + m_fuso);
+    return DeInstante(m_instante - hours(3));
 }
 
 SDataHora CXVRelogioFalso::AgoraUTC() {

@@ -14,7 +14,6 @@ class CXVRelogioFalso final : public IXVRelogio {
     CXVRelogioFalso();
 
     void SetUTC(const SDataHora& rDataHora);
-    void SetFusoMinutos(int iMinutos);  // local minus UTC
     void SetTicks(XVUInt ulTicks);
     void Avanca(XVUInt64 uiMilissegundos);
     // Runs inside every Dorme, with the number of sleeps so far (1 is the first).
@@ -33,7 +32,6 @@ class CXVRelogioFalso final : public IXVRelogio {
 
     mutable std::mutex m_mutex;
     TInstante m_instante;
-    std::chrono::minutes m_fuso{-180};
     XVUInt m_ulTicks = 1000;
     XVUInt64 m_uiDormidas = 0;
     XVUInt64 m_uiDormidos = 0;

@@ -136,20 +136,10 @@ class TXVSistemaArquivosEnvolto : public IXVSistemaArquivos {
         });
     }
     EExistencia Existe(const std::string& sCaminho) override {
-        EExistencia eExistencia = EExistencia::eSemAcesso;
-        Opera(EOperacaoArquivo::eConsulta, sCaminho, false, [&] {
-            eExistencia = m_rInterno.Existe(sCaminho);
-            return CXVErroArquivo();
-        }).Ignora();
-        return eExistencia;
+        return Consulta(sCaminho, EExistencia::eSemAcesso, [&] { return m_rInterno.Existe(sCaminho); });
     }
     bool EhSomenteLeitura(const std::string& sCaminho) override {
-        bool bSomenteLeitura = false;
-        Opera(EOperacaoArquivo::eConsulta, sCaminho, false, [&] {
-            bSomenteLeitura = m_rInterno.EhSomenteLeitura(sCaminho);
-            return CXVErroArquivo();
-        }).Ignora();
-        return bSomenteLeitura;
+        return Consulta(sCaminho, false, [&] { return m_rInterno.EhSomenteLeitura(sCaminho); });
     }
     CXVErroArquivo BuscaNomeReal(const std::string& sCaminho, std::string& sNomeReal) override {
         sNomeReal.clear();
@@ -199,5 +189,14 @@ class TXVSistemaArquivosEnvolto : public IXVSistemaArquivos {
     template <class TFaz>
     CXVErroArquivo Opera(EOperacaoArquivo eOperacao, const std::string& sCaminho, bool bAltera, TFaz fnFaz) {
         return m_pVigia->Opera({eOperacao, sCaminho, bAltera}, fnFaz, [] {});
+    }
+    // The answer to a question; that of a system that refuses to tell, where the watcher refuses.
+    template <class TResposta, class TFaz>
+    TResposta Consulta(const std::string& sCaminho, TResposta resposta, TFaz fnFaz) {
+        Opera(EOperacaoArquivo::eConsulta, sCaminho, false, [&] {
+            resposta = fnFaz();
+            return CXVErroArquivo();
+        }).Ignora();
+        return resposta;
     }
 };

@@ -28,11 +28,6 @@ std::string Normaliza(std::string_view sCaminho) {
     return sNormal;
 }
 
-std::string Chave(std::string sNormal) {
-    std::transform(sNormal.begin(), sNormal.end(), sNormal.begin(), XVMascara::Minuscula);
-    return sNormal;
-}
-
 std::string DiretorioDe(const std::string& sNormal) {
     return sNormal.substr(0, sNormal.rfind('/'));
 }
@@ -43,49 +38,39 @@ std::string NomeDe(const std::string& sNormal) {
 }  // namespace
 
 struct CXVSistemaArquivosMemoria::SEstado : SDiscoMemoria {
-    struct SEntrada {
-        std::string sNormal;                  // as created
-        std::shared_ptr<SConteudo> pArquivo;  // null: a directory
+    struct SLugar {
+        std::string sNormal;
+        std::shared_ptr<SConteudo> pConteudo;
     };
-    std::map<std::string, SEntrada> mapaEntradas;
 
-    SEntrada* Busca(const std::string& sNormal) {
-        const auto it = mapaEntradas.find(Chave(sNormal));
-        return it == mapaEntradas.end() ? nullptr : &it->second;
+    // Null for a directory as well as for nothing.
+    std::shared_ptr<SConteudo> Conteudo(const std::string& sNormal) const {
+        const auto it = mapaEntradas.find(sNormal);
+        return it == mapaEntradas.end() ? nullptr : it->second;
     }
-    bool EhDiretorio(const std::string& sNormal) {
-        const SEntrada* pEntrada = Busca(sNormal);
-        return sNormal.empty() || (pEntrada != nullptr && !pEntrada->pArquivo);
+    bool EhDiretorio(const std::string& sNormal) const {
+        return sNormal.empty() || (mapaEntradas.contains(sNormal) && !Conteudo(sNormal));
     }
-    CXVErroArquivo ErroDeAusente(const std::string& sNormal) {
-        return Erro(EhDiretorio(DiretorioDe(sNormal)) ? ECausaArquivo::eArquivoNaoEncontrado
-                                                      : ECausaArquivo::eCaminhoInvalido);
+    // False when a file is in the way.
+    bool CriaDiretorios(const std::string& sNormal) {
+        return sNormal.empty() ||
+               (CriaDiretorios(DiretorioDe(sNormal)) && !mapaEntradas.try_emplace(sNormal).first->second);
     }
-    CXVErroArquivo CriaDiretorios(const std::string& sNormal) {
-        for (std::size_t uiFim = 1; !sNormal.empty() && uiFim != std::string::npos;) {
-            uiFim = sNormal.find('/', uiFim + 1);
-            const std::string sParcial = sNormal.substr(0, uiFim);
-            if (const SEntrada* pEntrada = Busca(sParcial)) {
-                if (pEntrada->pArquivo) {
-                    return Erro(ECausaArquivo::eCaminhoInvalido);
-                }
-                continue;
-            }
-            mapaEntradas[Chave(sParcial)] = {sParcial, nullptr};
-        }
-        return {};
-    }
-    // The file behind a name, ready to be deleted or moved.
-    CXVErroArquivo Localiza(const std::string& sCaminho, std::string& sNormal, SEntrada*& pEntrada) {
-        sNormal = Normaliza(sCaminho);
-        pEntrada = Busca(sNormal);
+    // The file that a path names.
+    CXVErroArquivo Localiza(const std::string& sCaminho, SLugar& rLugar) const {
         if (!XVCaminho::PodeNomearArquivo(sCaminho, k_sSeparadores)) {
             return Erro(ECausaArquivo::eCaminhoInvalido);
         }
-        if (EhDiretorio(sNormal)) {
+        rLugar.sNormal = Normaliza(sCaminho);
+        rLugar.pConteudo = Conteudo(rLugar.sNormal);
+        if (EhDiretorio(rLugar.sNormal)) {
             return Erro(ECausaArquivo::eAcessoNegado);
         }
-        return pEntrada == nullptr ? ErroDeAusente(sNormal) : CXVErroArquivo();
+        if (rLugar.pConteudo) {
+            return {};
+        }
+        return Erro(EhDiretorio(DiretorioDe(rLugar.sNormal)) ? ECausaArquivo::eArquivoNaoEncontrado
+                                                             : ECausaArquivo::eCaminhoInvalido);
     }
 };
 
@@ -96,105 +81,94 @@ CXVErroArquivo CXVSistemaArquivosMemoria::Abre(const std::string& sCaminho, cons
                                                std::unique_ptr<IXVArquivo>& pArquivo) {
     pArquivo.reset();
     const std::lock_guard trava(m_pEstado->mutex);
-    std::string sNormal;
-    SEstado::SEntrada* pEntrada = nullptr;
-    const CXVErroArquivo erro = m_pEstado->Localiza(sCaminho, sNormal, pEntrada);
-    const bool bCria = erro.GetCausa() == ECausaArquivo::eArquivoNaoEncontrado &&
-                       rAbertura.eCriacao == ECriacaoArquivo::eCriaSeAusente;
-    if (!erro.Ok() && !bCria) {
+    SEstado::SLugar lugar;
+    const CXVErroArquivo erro = m_pEstado->Localiza(sCaminho, lugar);
+    if (erro.GetCausa() == ECausaArquivo::eArquivoNaoEncontrado &&
+        rAbertura.eCriacao == ECriacaoArquivo::eCriaSeAusente) {
+        lugar.pConteudo = m_pEstado->mapaEntradas[lugar.sNormal] = std::make_shared<SConteudo>();
+    } else if (!erro.Ok()) {
         return erro;
     }
-    if (bCria) {
-        pEntrada = &m_pEstado->mapaEntradas[Chave(sNormal)];
-        *pEntrada = {sNormal, std::make_shared<SConteudo>()};
-    }
-    SConteudo& rConteudo = *pEntrada->pArquivo;
-    if (rAbertura.eAcesso != EAcessoArquivo::eLeitura && rConteudo.bSomenteLeitura) {
+    if (rAbertura.eAcesso != EAcessoArquivo::eLeitura && lugar.pConteudo->bSomenteLeitura) {
         return Erro(ECausaArquivo::eAcessoNegado);
     }
-    if (!rConteudo.PodeAbrir(rAbertura)) {
+    if (!lugar.pConteudo->PodeAbrir(rAbertura)) {
         return Erro(ECausaArquivo::eViolacaoCompartilhamento);
     }
-    pArquivo = std::make_unique<CXVArquivoMemoria>(m_pEstado, pEntrada->pArquivo, rAbertura);
+    pArquivo = std::make_unique<CXVArquivoMemoria>(m_pEstado, std::move(lugar.pConteudo), rAbertura);
     return {};
 }
 
 EExistencia CXVSistemaArquivosMemoria::Existe(const std::string& sCaminho) {
     const std::lock_guard trava(m_pEstado->mutex);
+    const std::string sNormal = Normaliza(sCaminho);
     if (!XVCaminho::PodeNomearDiretorio(sCaminho)) {
         return EExistencia::eAusente;
     }
-    const std::string sNormal = Normaliza(sCaminho);
     if (m_pEstado->EhDiretorio(sNormal)) {
         return EExistencia::eDiretorio;
     }
-    return m_pEstado->Busca(sNormal) != nullptr ? EExistencia::eArquivo : EExistencia::eAusente;
+    return m_pEstado->Conteudo(sNormal) ? EExistencia::eArquivo : EExistencia::eAusente;
 }
 
 bool CXVSistemaArquivosMemoria::EhSomenteLeitura(const std::string& sCaminho) {
     const std::lock_guard trava(m_pEstado->mutex);
-    const SEstado::SEntrada* pEntrada = m_pEstado->Busca(Normaliza(sCaminho));
-    return pEntrada != nullptr && pEntrada->pArquivo && pEntrada->pArquivo->bSomenteLeitura;
+    const std::shared_ptr<SConteudo> pConteudo = m_pEstado->Conteudo(Normaliza(sCaminho));
+    return pConteudo && pConteudo->bSomenteLeitura;
 }
 
 CXVErroArquivo CXVSistemaArquivosMemoria::BuscaNomeReal(const std::string& sCaminho, std::string& sNomeReal) {
     sNomeReal.clear();
     const std::lock_guard trava(m_pEstado->mutex);
     const std::string sNormal = Normaliza(sCaminho);
-    const SEstado::SEntrada* pEntrada = m_pEstado->Busca(sNormal);
-    if (pEntrada == nullptr || !XVCaminho::EhNomeSimples(NomeDe(sNormal))) {
+    const auto it = m_pEstado->mapaEntradas.find(sNormal);
+    if (it == m_pEstado->mapaEntradas.end() || !XVCaminho::EhNomeSimples(NomeDe(sNormal))) {
         return Erro(ECausaArquivo::eArquivoNaoEncontrado);
     }
-    sNomeReal = NomeDe(pEntrada->sNormal);
+    sNomeReal = NomeDe(it->first);
     return {};
 }
 
 CXVErroArquivo CXVSistemaArquivosMemoria::Apaga(const std::string& sCaminho) {
     const std::lock_guard trava(m_pEstado->mutex);
-    std::string sNormal;
-    SEstado::SEntrada* pEntrada = nullptr;
-    const CXVErroArquivo erro = m_pEstado->Localiza(sCaminho, sNormal, pEntrada);
+    SEstado::SLugar lugar;
+    const CXVErroArquivo erro = m_pEstado->Localiza(sCaminho, lugar);
     if (!erro.Ok()) {
         return erro;
     }
-    if (pEntrada->pArquivo->bSomenteLeitura) {
+    if (lugar.pConteudo->bSomenteLeitura) {
         return Erro(ECausaArquivo::eAcessoNegado);
     }
-    if (!pEntrada->pArquivo->listaAberturas.empty()) {
+    if (!lugar.pConteudo->listaAberturas.empty()) {
         return Erro(ECausaArquivo::eViolacaoCompartilhamento);
     }
-    m_pEstado->uiOcupado -= pEntrada->pArquivo->sBytes.size();
-    m_pEstado->mapaEntradas.erase(Chave(sNormal));
+    m_pEstado->mapaEntradas.erase(lugar.sNormal);
     return {};
 }
 
 CXVErroArquivo CXVSistemaArquivosMemoria::Substitui(const std::string& sOrigem, const std::string& sDestino) {
     const std::lock_guard trava(m_pEstado->mutex);
-    std::string sNormalOrigem;
-    std::string sNormalDestino;
-    SEstado::SEntrada* pOrigem = nullptr;
-    SEstado::SEntrada* pDestino = nullptr;
-    CXVErroArquivo erro = m_pEstado->Localiza(sOrigem, sNormalOrigem, pOrigem);
+    SEstado::SLugar origem;
+    SEstado::SLugar destino;
+    CXVErroArquivo erro = m_pEstado->Localiza(sOrigem, origem);
     if (!erro.Ok()) {
         return erro;
     }
-    erro = m_pEstado->Localiza(sDestino, sNormalDestino, pDestino);
+    erro = m_pEstado->Localiza(sDestino, destino);
     if (!erro.Ok() && erro.GetCausa() != ECausaArquivo::eArquivoNaoEncontrado) {
         return erro;
     }
-    if (pDestino != nullptr && pDestino->pArquivo->bSomenteLeitura) {
+    if (destino.pConteudo && destino.pConteudo->bSomenteLeitura) {
         return Erro(ECausaArquivo::eAcessoNegado);
     }
-    if (!pOrigem->pArquivo->listaAberturas.empty() ||
-        (pDestino != nullptr && !pDestino->pArquivo->listaAberturas.empty())) {
-        return Erro(ECausaArquivo::eViolacaoCompartilhamento);
+    for (const SEstado::SLugar* pLugar : {&origem, &destino}) {
+        if (pLugar->pConteudo && !pLugar->pConteudo->listaAberturas.empty()) {
+            return Erro(ECausaArquivo::eViolacaoCompartilhamento);
+        }
     }
-    if (pDestino != nullptr && pDestino != pOrigem) {
-        m_pEstado->uiOcupado -= pDestino->pArquivo->sBytes.size();
-    }
-    const std::shared_ptr<SConteudo> pConteudo = pOrigem->pArquivo;
-    m_pEstado->mapaEntradas.erase(Chave(sNormalOrigem));
-    m_pEstado->mapaEntradas[Chave(sNormalDestino)] = {sNormalDestino, pConteudo};
+    m_pEstado->mapaEntradas.erase(origem.sNormal);
+    m_pEstado->mapaEntradas.erase(destino.sNormal);
+    m_pEstado->mapaEntradas[destino.sNormal] = origem.pConteudo;
     return {};
 }
 
@@ -206,11 +180,10 @@ CXVErroArquivo CXVSistemaArquivosMemoria::Lista(const std::string& sDiretorio, c
     if (!XVCaminho::PodeNomearDiretorio(sDiretorio) || !m_pEstado->EhDiretorio(sNormal)) {
         return Erro(ECausaArquivo::eCaminhoInvalido);
     }
-    for (const auto& [sChave, rEntrada] : m_pEstado->mapaEntradas) {
-        const std::string sNome = NomeDe(rEntrada.sNormal);
-        if (rEntrada.pArquivo && DiretorioDe(sChave) == Chave(sNormal) &&
-            XVMascara::Confere(sMascara, sNome)) {
-            listaNomes.push_back(sNome);
+    for (const auto& [sCaminho, pConteudo] : m_pEstado->mapaEntradas) {
+        if (pConteudo && XVMascara::NomesIguais(DiretorioDe(sCaminho), sNormal) &&
+            XVMascara::Confere(sMascara, NomeDe(sCaminho))) {
+            listaNomes.push_back(NomeDe(sCaminho));
         }
     }
     return {};
@@ -218,10 +191,9 @@ CXVErroArquivo CXVSistemaArquivosMemoria::Lista(const std::string& sDiretorio, c
 
 CXVErroArquivo CXVSistemaArquivosMemoria::CriaDiretorio(const std::string& sDiretorio) {
     const std::lock_guard trava(m_pEstado->mutex);
-    if (!XVCaminho::PodeNomearDiretorio(sDiretorio)) {
-        return Erro(ECausaArquivo::eCaminhoInvalido);
-    }
-    return m_pEstado->CriaDiretorios(Normaliza(sDiretorio));
+    return XVCaminho::PodeNomearDiretorio(sDiretorio) && m_pEstado->CriaDiretorios(Normaliza(sDiretorio))
+               ? CXVErroArquivo()
+               : Erro(ECausaArquivo::eCaminhoInvalido);
 }
 
 CXVErroArquivo CXVSistemaArquivosMemoria::SincronizaDiretorio(const std::string& sDiretorio) {
@@ -240,11 +212,10 @@ CXVErroArquivo CXVSistemaArquivosMemoria::MarcaDiretorio(const std::string& sDir
         !m_pEstado->EhDiretorio(sNormal)) {
         return Erro(ECausaArquivo::eCaminhoInvalido);
     }
-    std::string sChave = Chave(sNormal + '/' + sMarca);
-    if (!m_pEstado->conjuntoMarcas.insert(sChave).second) {
+    if (!m_pEstado->conjuntoMarcas.insert(sNormal + '/' + sMarca).second) {
         return Erro(ECausaArquivo::eViolacaoCompartilhamento);
     }
-    pMarca = std::make_unique<CXVMarcaMemoria>(m_pEstado, std::move(sChave));
+    pMarca = std::make_unique<CXVMarcaMemoria>(m_pEstado, sNormal + '/' + sMarca);
     return {};
 }
 
@@ -255,30 +226,22 @@ std::string CXVSistemaArquivosMemoria::Junta(std::string_view sDiretorio, std::s
 void CXVSistemaArquivosMemoria::CriaArquivo(const std::string& sCaminho, std::string sConteudo) {
     const std::lock_guard trava(m_pEstado->mutex);
     const std::string sNormal = Normaliza(sCaminho);
-    m_pEstado->CriaDiretorios(DiretorioDe(sNormal)).Ignora();
-    SEstado::SEntrada& rEntrada = m_pEstado->mapaEntradas[Chave(sNormal)];
-    if (!rEntrada.pArquivo) {
-        rEntrada = {sNormal, std::make_shared<SConteudo>()};
-    }
-    m_pEstado->uiOcupado += sConteudo.size() - rEntrada.pArquivo->sBytes.size();
-    rEntrada.pArquivo->sBytes = std::move(sConteudo);
+    m_pEstado->CriaDiretorios(DiretorioDe(sNormal));
+    std::shared_ptr<SConteudo>& rpConteudo = m_pEstado->mapaEntradas[sNormal];
+    if (!rpConteudo) rpConteudo = std::make_shared<SConteudo>();
+    rpConteudo->sBytes = std::move(sConteudo);
 }
 
 std::optional<std::string> CXVSistemaArquivosMemoria::LeConteudo(const std::string& sCaminho) const {
     const std::lock_guard trava(m_pEstado->mutex);
-    const SEstado::SEntrada* pEntrada = m_pEstado->Busca(Normaliza(sCaminho));
-    if (pEntrada == nullptr || !pEntrada->pArquivo) {
-        return std::nullopt;
-    }
-    return pEntrada->pArquivo->sBytes;
+    const std::shared_ptr<SConteudo> pConteudo = m_pEstado->Conteudo(Normaliza(sCaminho));
+    return pConteudo ? std::optional(pConteudo->sBytes) : std::nullopt;
 }
 
 void CXVSistemaArquivosMemoria::SetSomenteLeitura(const std::string& sCaminho, bool bSomenteLeitura) {
     const std::lock_guard trava(m_pEstado->mutex);
-    const SEstado::SEntrada* pEntrada = m_pEstado->Busca(Normaliza(sCaminho));
-    if (pEntrada != nullptr && pEntrada->pArquivo) {
-        pEntrada->pArquivo->bSomenteLeitura = bSomenteLeitura;
-    }
+    const std::shared_ptr<SConteudo> pConteudo = m_pEstado->Conteudo(Normaliza(sCaminho));
+    if (pConteudo) pConteudo->bSomenteLeitura = bSomenteLeitura;
 }
 
 void CXVSistemaArquivosMemoria::LimitaEspaco(std::optional<XVUInt64> uiBytes) {
@@ -289,8 +252,8 @@ void CXVSistemaArquivosMemoria::LimitaEspaco(std::optional<XVUInt64> uiBytes) {
 std::size_t CXVSistemaArquivosMemoria::GetQuantidadeAberta() const {
     const std::lock_guard trava(m_pEstado->mutex);
     std::size_t uiQuantidade = m_pEstado->conjuntoMarcas.size();
-    for (const auto& [sChave, rEntrada] : m_pEstado->mapaEntradas) {
-        uiQuantidade += rEntrada.pArquivo ? rEntrada.pArquivo->listaAberturas.size() : 0;
+    for (const auto& [sCaminho, pConteudo] : m_pEstado->mapaEntradas) {
+        uiQuantidade += pConteudo ? pConteudo->listaAberturas.size() : 0;
     }
     return uiQuantidade;
 }
@@ -298,11 +261,11 @@ std::size_t CXVSistemaArquivosMemoria::GetQuantidadeAberta() const {
 CXVSistemaArquivosMemoria::TRetrato CXVSistemaArquivosMemoria::Retrata() const {
     const std::lock_guard trava(m_pEstado->mutex);
     TRetrato retrato;
-    for (const auto& [sChave, rEntrada] : m_pEstado->mapaEntradas) {
-        if (rEntrada.pArquivo) {
-            retrato[rEntrada.sNormal] = {rEntrada.pArquivo->sBytes, rEntrada.pArquivo->bSomenteLeitura};
+    for (const auto& [sCaminho, pConteudo] : m_pEstado->mapaEntradas) {
+        if (pConteudo) {
+            retrato[sCaminho] = {pConteudo->sBytes, pConteudo->bSomenteLeitura};
         } else {
-            retrato[rEntrada.sNormal + '/'] = {};
+            retrato[sCaminho + '/'] = {};
         }
     }
     return retrato;
@@ -311,17 +274,11 @@ CXVSistemaArquivosMemoria::TRetrato CXVSistemaArquivosMemoria::Retrata() const {
 void CXVSistemaArquivosMemoria::Restaura(const TRetrato& rRetrato) {
     const std::lock_guard trava(m_pEstado->mutex);
     m_pEstado->mapaEntradas.clear();
-    m_pEstado->uiOcupado = 0;
     for (const auto& [sCaminho, rArquivo] : rRetrato) {
-        const std::string sNormal = Normaliza(sCaminho);
-        SEstado::SEntrada& rEntrada = m_pEstado->mapaEntradas[Chave(sNormal)];
-        rEntrada.sNormal = sNormal;
-        if (sCaminho.back() != '/') {
-            rEntrada.pArquivo = std::make_shared<SConteudo>();
-            rEntrada.pArquivo->sBytes = rArquivo.sConteudo;
-            rEntrada.pArquivo->bSomenteLeitura = rArquivo.bSomenteLeitura;
-            m_pEstado->uiOcupado += rArquivo.sConteudo.size();
-        }
+        m_pEstado->mapaEntradas[Normaliza(sCaminho)] =
+            sCaminho.back() == '/'
+                ? nullptr
+                : std::make_shared<SConteudo>(SConteudo{rArquivo.sConteudo, rArquivo.bSomenteLeitura, {}});
     }
 }
 

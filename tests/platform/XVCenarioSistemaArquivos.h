@@ -6,19 +6,11 @@
 #include <memory>
 #include <string>
 
-#include "platform/XVSistemaArquivos.h"
+#include "platform/XVPlataforma.h"
+#include "tests/harness/XVDiretorioTemporario.h"
+#include "tests/harness/XVSistemaArquivosMemoria.h"
 
-enum class ECenario { eNativo, eMemoria, eEnvolto };
-
-// One implementation with an empty directory of its own.
-class IXVCenario {
-  public:
-    virtual ~IXVCenario() = default;
-    virtual IXVSistemaArquivos& Sistema() = 0;
-    virtual std::string Diretorio() = 0;
-    virtual void SetSomenteLeitura(const std::string& sNome, bool bSomenteLeitura) = 0;
-};
-std::unique_ptr<IXVCenario> XVCriaCenario(ECenario eCenario);
+enum class ECenario { eNativo, eMemoria };
 
 inline constexpr SAberturaArquivo k_aberturaLeitura{
     EAcessoArquivo::eLeitura, ECompartilhamentoArquivo::eNegaNada, ECriacaoArquivo::eSomenteExistente};
@@ -27,9 +19,15 @@ inline constexpr SAberturaArquivo k_aberturaEscrita{
 
 class CXVSistemaArquivosTeste : public testing::TestWithParam<ECenario> {
   protected:
-    IXVSistemaArquivos& Sistema() { return m_pCenario->Sistema(); }
-    std::string Caminho(const std::string& sNome) { return Sistema().Junta(m_pCenario->Diretorio(), sNome); }
-    void SetSomenteLeitura(const std::string& sNome) { m_pCenario->SetSomenteLeitura(sNome, true); }
+    bool EhNativo() const { return GetParam() == ECenario::eNativo; }
+    IXVSistemaArquivos& Sistema() {
+        return EhNativo() ? XVPlataforma::SistemaArquivosNativo()
+                          : static_cast<IXVSistemaArquivos&>(m_memoria);
+    }
+    std::string Caminho(const std::string& sNome) {
+        return Sistema().Junta(EhNativo() ? m_diretorio.GetCaminho() : "/raiz", sNome);
+    }
+    void SetSomenteLeitura(const std::string& sNome);
 
     ECausaArquivo Abre(const std::string& sNome, const SAberturaArquivo& rAbertura,
                        std::unique_ptr<IXVArquivo>& pArquivo);
@@ -37,7 +35,11 @@ class CXVSistemaArquivosTeste : public testing::TestWithParam<ECenario> {
     void Cria(const std::string& sNome, const std::string& sConteudo);
     std::string Conteudo(const std::string& sNome);
 
-    std::unique_ptr<IXVCenario> m_pCenario = XVCriaCenario(GetParam());
+  private:
+    void SetUp() override { ASSERT_TRUE(Sistema().CriaDiretorio(Caminho("")).Ok()); }
+
+    CXVDiretorioTeste m_diretorio;
+    CXVSistemaArquivosMemoria m_memoria;
 };
 
 void PrintTo(ECausaArquivo eCausa, std::ostream* pSaida);

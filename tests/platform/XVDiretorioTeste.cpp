@@ -86,7 +86,7 @@ TEST_P(CXVSistemaArquivosTeste, MoverPodeMudarSoACaixaDoNome) {
     ASSERT_EQ(listaNomes.size(), 1U);
     // A foreign file system under the native one may keep the old spelling of a name it ignores case in.
     const bool bIgnoraCaixa = Sistema().Existe(Caminho("a.DAT")) != EExistencia::eAusente;
-    EXPECT_EQ(listaNomes[0], GetParam() == ECenario::eNativo && bIgnoraCaixa ? listaNomes[0] : "a.dat");
+    EXPECT_EQ(listaNomes[0], EhNativo() && bIgnoraCaixa ? listaNomes[0] : "a.dat");
     EXPECT_EQ(Conteudo("a.dat"), "x");
     EXPECT_TRUE(Sistema().Substitui(Caminho("a.dat"), Caminho("a.dat")).Ok());
     EXPECT_EQ(Conteudo("a.dat"), "x");

@@ -75,43 +75,32 @@ TEST_F(CXVDublesTeste, EnesimaOperacaoDeUmTipoOuQualquerFalhaUmaVezOuSempre) {
 }
 
 TEST_F(CXVDublesTeste, ProcessoMortoNadaMaisMudaNemSegura) {
-    CXVSistemaArquivosMorte morte(m_memoria);
+    CXVSistemaArquivosMorte morte(m_memoria, EContagem::eAlteracoes);
+    EXPECT_FALSE(morte.Executa([&] {
+        EXPECT_TRUE(GravaAbcd(morte, "/a").Ok());
+        EXPECT_EQ(morte.Existe("/a"), EExistencia::eArquivo);
+    }));
+    EXPECT_EQ(morte.GetQuantidade(), 2U) << "the opening that creates, and the write";
     std::unique_ptr<IXVArquivo> pSobrevivente;
     std::unique_ptr<IXVMarcaDiretorio> pMarca;
     struct SQueFecha {
         IXVSistemaArquivos& rSistema;
         ~SQueFecha() { EXPECT_FALSE(rSistema.Apaga("/a").Ok()); }
     };
-    morte.Nasce(5);
+    morte.Nasce(5, true);
     EXPECT_TRUE(morte.Executa([&] {
-        const SQueFecha queFecha{
-            morte};  // its destructor runs while the exception of the death is on its way
+        const SQueFecha queFecha{morte};  // destroyed while the exception of the death is on its way
         EXPECT_TRUE(morte.MarcaDiretorio("/", "M", pMarca).Ok());
         EXPECT_TRUE(morte.Abre("/a", k_escrita, pSobrevivente).Ok());
-        EXPECT_TRUE(pSobrevivente->Grava(0, "ab", 2).Ok());
+        EXPECT_TRUE(pSobrevivente->Grava(0, "xy", 2).Ok());
         GravaAbcd(morte, "/b").Ignora();
         ADD_FAILURE() << "outlived its death";
     }));
-    EXPECT_TRUE(morte.EstaMorto());
     EXPECT_EQ(m_memoria.GetQuantidadeAberta(), 0U);
-    EXPECT_EQ(m_memoria.LeConteudo("/a"), "ab");
-    EXPECT_EQ(m_memoria.LeConteudo("/b"), "");
-    EXPECT_FALSE(pSobrevivente->Grava(2, "cd", 2).Ok());
+    EXPECT_EQ(m_memoria.LeConteudo("/b"), "ab") << "half of the write that it died at";
+    EXPECT_FALSE(pSobrevivente->Grava(2, "zw", 2).Ok());
     EXPECT_FALSE(morte.Apaga("/a").Ok());
-    EXPECT_EQ(m_memoria.LeConteudo("/a"), "ab");
-}
-
-TEST_F(CXVDublesTeste, MortePodeCairNoMeioDeUmaGravacaoEContarSoMudancas) {
-    CXVSistemaArquivosMorte morte(m_memoria, EContagem::eAlteracoes);
-    morte.Nasce(0);
-    EXPECT_FALSE(morte.Executa([&] {
-        GravaAbcd(morte, "/a").Ignora();
-        morte.Existe("/a");
-    }));
-    EXPECT_EQ(morte.GetQuantidade(), 2U);
-    morte.Nasce(2, true);
-    EXPECT_TRUE(morte.Executa([&] { GravaAbcd(morte, "/b").Ignora(); }));
-    EXPECT_EQ(m_memoria.LeConteudo("/b"), "ab");
+    EXPECT_EQ(m_memoria.LeConteudo("/a"), "xycd");
 }
 
 namespace {

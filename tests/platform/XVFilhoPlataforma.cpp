@@ -1,14 +1,16 @@
 // The other process of the tests between processes. It does one thing, prints the number of the cause,
 // and then holds what it got until its input ends.
 //
-//   abre <path> <access> <share>   marca <directory> <name>   anexa <path> <letter> <lines>
+//   abre <path> <access> <share>   marca <directory> <name>
 //   herda <directory>   prints how many descriptors in the directory it was started with instead
+//   carrega <name>      prints what became of the library of this name, and ends
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <iostream>
 #include <string>
 
+#include "platform/XVBibliotecaDinamica.h"
 #include "platform/XVPlataforma.h"
 
 namespace {
@@ -34,16 +36,16 @@ int Marca(char** apszArgumentos) {
         XVPlataforma::SistemaArquivos().MarcaDiretorio(apszArgumentos[0], apszArgumentos[1], pMarca));
 }
 
-int Anexa(char** apszArgumentos) {
-    const SAberturaArquivo abertura{EAcessoArquivo::eAnexacao, ECompartilhamentoArquivo::eNegaNada,
-                                    ECriacaoArquivo::eCriaSeAusente};
-    const std::string sLinha = std::string(99, apszArgumentos[1][0]) + '\n';
-    std::unique_ptr<IXVArquivo> pArquivo;
-    CXVErroArquivo erro = XVPlataforma::SistemaArquivos().Abre(apszArgumentos[0], abertura, pArquivo);
-    for (int i = std::atoi(apszArgumentos[2]); i > 0 && erro.Ok(); --i) {
-        erro = pArquivo->Grava(0, sLinha.data(), sLinha.size());
-    }
-    return Responde(erro);
+// Whether a library was found and its function answers; otherwise why it is refused.
+int Carrega(const std::string& sNome) {
+    const CXVBibliotecaDinamica biblioteca(sNome);
+    const auto pfnSoma = biblioteca.GetFuncao<int (*)(int, int)>("XVSomaTeste");
+    const bool bServe = pfnSoma != nullptr && pfnSoma(2, 3) == 5 && biblioteca.GetMotivoFalha().empty();
+    std::cout << (bServe                                ? "serve"
+                  : biblioteca.GetMotivoFalha().empty() ? "ausente"
+                                                        : "recusada")
+              << std::endl;
+    return 0;
 }
 
 int Herda(const std::string& sDiretorio) {
@@ -67,8 +69,8 @@ int main(int iQuantidade, char** apszArgumentos) {
     if (sAcao == "marca" && iQuantidade == 4) {
         return Marca(apszArgumentos + 2);
     }
-    if (sAcao == "anexa" && iQuantidade == 5) {
-        return Anexa(apszArgumentos + 2);
+    if (sAcao == "carrega" && iQuantidade == 3) {
+        return Carrega(apszArgumentos[2]);
     }
     if (sAcao == "herda" && iQuantidade == 3) {
         return Herda(apszArgumentos[2]);

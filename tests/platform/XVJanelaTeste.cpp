@@ -77,15 +77,6 @@ TEST_P(CXVSistemaArquivosTeste, JanelaRecusaOQueFicaForaDela) {
     EXPECT_TRUE(Le(*pArquivo, 0, k_uiTamanho) == Padrao()) << "a refusal writes nothing";
 }
 
-TEST_P(CXVSistemaArquivosTeste, JanelaDeAberturaDeLeituraNaoGrava) {
-    Cria("v.srk", Padrao());
-    const std::unique_ptr<IXVArquivo> pArquivo = AbreBem("v.srk", k_aberturaLeitura);
-    const std::unique_ptr<IXVJanela> pJanela = AbreJanela(*pArquivo, k_uiTamanho);
-    EXPECT_EQ(pJanela->Grava(0, "x", 1).GetCausa(), ECausaArquivo::eAcessoNegado);
-    EXPECT_EQ(pJanela->GravaPalavra(0, 1).GetCausa(), ECausaArquivo::eAcessoNegado);
-    EXPECT_TRUE(Le(*pArquivo, 0, k_uiTamanho) == Padrao());
-}
-
 // Whatever the means, a file that is shorter than its window ends in a result and never in a signal.
 TEST_P(CXVSistemaArquivosTeste, ArquivoMenorQueSuaJanelaNaoDerrubaNinguem) {
     Cria("v.srk", Padrao());

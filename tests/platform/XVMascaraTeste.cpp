@@ -14,6 +14,7 @@ TEST(CXVMascaraTeste, CasaONomeInteiroSemOlharACaixa) {
     EXPECT_TRUE(fn("", ""));
     EXPECT_TRUE(fn("**a**", "a"));
     EXPECT_TRUE(fn("?.dat", "\xC3\xA7.dat")) << "one character of two bytes";
+    EXPECT_FALSE(fn("*\xA7", "\xC3\xA7")) << "half of a character";
     EXPECT_FALSE(fn("*.dat", "a.datx"));
     EXPECT_FALSE(fn("*.dat", "adat"));
     EXPECT_FALSE(fn("?", ""));

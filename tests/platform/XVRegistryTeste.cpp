@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <cstdlib>
 
 #include "platform/XVRegistryArquivo.h"
@@ -27,7 +28,7 @@ TEST(CXVRegistryTextoTeste, LeTextosENumerosDeSuaChave) {
         "\"Path\" = \"C:\\dados da suite\\x\" ; fica\r\n"
         "  Liga=1   # um\n"
         "\"Texto Numero\" = \"42\"\n"
-        "Liga = 2\n"
+        "Liga = 2 ; dois\n"
         "[ software\\wow6432node\\velmora ]\n"
         "Path = \"outro\"");
     EXPECT_EQ(texto.LeTexto(k_sChaveDF, "path"), "C:\\dados da suite\\x");
@@ -51,19 +52,32 @@ TEST(CXVRegistryTextoTeste, SaltaLinhasMalformadas) {
     EXPECT_EQ(texto.LeNumero("K", "H"), 4294967295U);
 }
 
+// A file counts as another one when its name, its length or its time is another.
 TEST(CXVRegistryArquivoTeste, SegueOArquivoQueAVariavelNomeia) {
     const CXVDiretorioTeste diretorio;
+    const auto instante = std::filesystem::file_time_type::clock::now() - std::chrono::hours(1);
+    const auto fnGrava = [&](const char* pszNome, const std::string& sConteudo, int iHoras = 0) {
+        diretorio.CriaArquivo(pszNome, sConteudo);
+        std::filesystem::last_write_time(diretorio.Junta(pszNome), instante - std::chrono::hours(iHoras));
+    };
     CXVRegistryArquivo registry;
     SetVariavel(diretorio.Junta("registro"));
     EXPECT_TRUE(CXVRegistryArquivo::EstaConfigurado());
     EXPECT_EQ(registry.LeNumero("K", "V"), std::nullopt);
-    diretorio.CriaArquivo("registro", "[K]\nV = 1\n");
+    fnGrava("registro", "[K]\nV = 1\nT = \"um\"\n");
+    EXPECT_EQ(registry.LeTexto("K", "T"), "um");
     EXPECT_EQ(registry.LeNumero("K", "V"), 1U);
-    diretorio.CriaArquivo("registro", "[K]\nV = 22\n");
-    EXPECT_EQ(registry.LeNumero("K", "V"), 22U);
-    diretorio.CriaArquivo("outro", "[K]\nV = 33\n");
+    fnGrava("registro", "[K]\nV = 22\n");
+    EXPECT_EQ(registry.LeNumero("K", "V"), 22U) << "the same time, another length";
+    fnGrava("registro", "[K]\nV = 33\n", 1);
+    EXPECT_EQ(registry.LeNumero("K", "V"), 33U) << "the same length, another time";
+    fnGrava("outro", "[K]\nV = 44\n", 1);
     SetVariavel(diretorio.Junta("outro"));
-    EXPECT_EQ(registry.LeNumero("K", "V"), 33U);
+    EXPECT_EQ(registry.LeNumero("K", "V"), 44U) << "another file";
     SetVariavel(diretorio.GetCaminho());
     EXPECT_EQ(registry.LeNumero("K", "V"), std::nullopt) << "a directory holds no values";
+    SetVariavel(diretorio.Junta("outro"));
+    EXPECT_EQ(registry.LeNumero("K", "V"), 44U) << "the file is back";
+    fnGrava("outro", "[K]\nV = 55\n" + std::string(1 << 20, '\n'));
+    EXPECT_EQ(registry.LeNumero("K", "V"), std::nullopt) << "longer than any registry";
 }

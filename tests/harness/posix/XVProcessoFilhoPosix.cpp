@@ -35,13 +35,14 @@ SCano CriaCano() {
 }  // namespace
 
 CXVProcessoFilho::CXVProcessoFilho(const std::string& sPrograma,
-                                   const std::vector<std::string>& listaArgumentos)
+                                   const std::vector<std::string>& listaArgumentos,
+                                   const SFluxosFilho& rFluxos)
     : m_pSistema(std::make_unique<SSistema>()) {
     SCano canoEntrada = CriaCano();
     SCano canoSaida = CriaCano();
-    std::string sNome = sPrograma;
-    std::vector<std::string> listaTextos = listaArgumentos;
-    std::vector<char*> listaPonteiros{sNome.data()};
+    std::vector<std::string> listaTextos{sPrograma};
+    listaTextos.insert(listaTextos.end(), listaArgumentos.begin(), listaArgumentos.end());
+    std::vector<char*> listaPonteiros;
     for (std::string& sTexto : listaTextos) {
         listaPonteiros.push_back(sTexto.data());
     }
@@ -49,10 +50,17 @@ CXVProcessoFilho::CXVProcessoFilho(const std::string& sPrograma,
 
     posix_spawn_file_actions_t acoes;
     posix_spawn_file_actions_init(&acoes);
-    posix_spawn_file_actions_adddup2(&acoes, canoEntrada.leitura.Get(), STDIN_FILENO);
-    posix_spawn_file_actions_adddup2(&acoes, canoSaida.escrita.Get(), STDOUT_FILENO);
-    const int iErro =
-        posix_spawn(&m_pSistema->iProcesso, sNome.c_str(), &acoes, nullptr, listaPonteiros.data(), environ);
+    if (rFluxos.sEntrada.empty()) {
+        posix_spawn_file_actions_adddup2(&acoes, canoEntrada.leitura.Get(), STDIN_FILENO);
+        posix_spawn_file_actions_adddup2(&acoes, canoSaida.escrita.Get(), STDOUT_FILENO);
+    } else {
+        constexpr int k_iCria = O_WRONLY | O_CREAT;
+        posix_spawn_file_actions_addopen(&acoes, STDIN_FILENO, rFluxos.sEntrada.c_str(), O_RDONLY, 0);
+        posix_spawn_file_actions_addopen(&acoes, STDOUT_FILENO, rFluxos.sSaida.c_str(), k_iCria, 0600);
+        posix_spawn_file_actions_addopen(&acoes, STDERR_FILENO, rFluxos.sErro.c_str(), k_iCria, 0600);
+    }
+    const int iErro = posix_spawn(&m_pSistema->iProcesso, sPrograma.c_str(), &acoes, nullptr,
+                                  listaPonteiros.data(), environ);
     posix_spawn_file_actions_destroy(&acoes);
     if (iErro != 0) {
         throw std::runtime_error("posix_spawn " + sPrograma);

@@ -18,6 +18,33 @@ void Fecha(HANDLE& rhHandle) {
     }
 }
 
+std::wstring Largo(const std::string& sTexto) {
+    std::wstring sLargo;
+    if (!XVTextoWindows::ParaLargo(sTexto, sLargo)) throw std::runtime_error("not UTF-8: " + sTexto);
+    return sLargo;
+}
+
+// The argument so that the started program finds it again as it is: quoted, and with a backslash before each
+// quote and before the backslashes that stand before a quote.
+std::string Cita(const std::string& sArgumento) {
+    std::string sCitado = "\"";
+    std::size_t uiBarras = 0;
+    for (const char c : sArgumento) {
+        if (c == '"') sCitado.append(uiBarras + 1, '\\');
+        uiBarras = c == '\\' ? uiBarras + 1 : 0;
+        sCitado += c;
+    }
+    return sCitado.append(uiBarras, '\\') + '"';
+}
+
+HANDLE Abre(const std::string& sCaminho, DWORD dwAcesso, DWORD dwCriacao) {
+    SECURITY_ATTRIBUTES atributos{sizeof(SECURITY_ATTRIBUTES), nullptr, TRUE};
+    const HANDLE hArquivo = CreateFileW(Largo(sCaminho).c_str(), dwAcesso, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                                        &atributos, dwCriacao, FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (hArquivo == INVALID_HANDLE_VALUE) throw std::runtime_error("CreateFile " + sCaminho);
+    return hArquivo;
+}
+
 // A pipe of which only the child's end can be inherited.
 void CriaCano(HANDLE& rhLeitura, HANDLE& rhEscrita, bool bFilhoLe) {
     SECURITY_ATTRIBUTES atributos{sizeof(SECURITY_ATTRIBUTES), nullptr, TRUE};
@@ -36,26 +63,33 @@ struct CXVProcessoFilho::SSistema {
 };
 
 CXVProcessoFilho::CXVProcessoFilho(const std::string& sPrograma,
-                                   const std::vector<std::string>& listaArgumentos)
+                                   const std::vector<std::string>& listaArgumentos,
+                                   const SFluxosFilho& rFluxos)
     : m_pSistema(std::make_unique<SSistema>()) {
     STARTUPINFOW inicio{};
     inicio.cb = sizeof(inicio);
     inicio.dwFlags = STARTF_USESTDHANDLES;
-    inicio.hStdError = GetStdHandle(STD_ERROR_HANDLE);
-    CriaCano(inicio.hStdInput, m_pSistema->hEntrada, true);
-    CriaCano(m_pSistema->hSaida, inicio.hStdOutput, false);
-    // The arguments of the tests hold neither quotes nor a backslash at their end.
-    std::string sComando = '"' + sPrograma + '"';
-    for (const std::string& sArgumento : listaArgumentos) {
-        sComando.append(" \"").append(sArgumento).append(1, '"');
+    HANDLE hErro = nullptr;
+    if (rFluxos.sEntrada.empty()) {
+        CriaCano(inicio.hStdInput, m_pSistema->hEntrada, true);
+        CriaCano(m_pSistema->hSaida, inicio.hStdOutput, false);
+    } else {
+        inicio.hStdInput = Abre(rFluxos.sEntrada, GENERIC_READ, OPEN_EXISTING);
+        inicio.hStdOutput = Abre(rFluxos.sSaida, GENERIC_WRITE, CREATE_ALWAYS);
+        hErro = Abre(rFluxos.sErro, GENERIC_WRITE, CREATE_ALWAYS);
     }
-    std::wstring sLargo;
+    inicio.hStdError = hErro != nullptr ? hErro : GetStdHandle(STD_ERROR_HANDLE);
+    std::string sComando = Cita(sPrograma);
+    for (const std::string& sArgumento : listaArgumentos) {
+        sComando += ' ' + Cita(sArgumento);
+    }
+    std::wstring sLargo = Largo(sComando);
     PROCESS_INFORMATION informacao{};
-    const bool bCriado = XVTextoWindows::ParaLargo(sComando, sLargo) &&
-                         CreateProcessW(nullptr, sLargo.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr,
+    const BOOL bCriado = CreateProcessW(nullptr, sLargo.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr,
                                         &inicio, &informacao);
     Fecha(inicio.hStdInput);
     Fecha(inicio.hStdOutput);
+    Fecha(hErro);
     if (!bCriado) {
         throw std::runtime_error("CreateProcess " + sPrograma);
     }

@@ -1,47 +1,23 @@
 // Rights, links and descriptors, as only POSIX systems have them.
 #include <fcntl.h>
-#include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <fstream>
 
-#include "platform/XVPlataforma.h"
 #include "platform/posix/XVDescritorPosix.h"
-#include "tests/harness/XVDiretorioTemporario.h"
 #include "tests/harness/XVProcessoFilho.h"
 #include "tests/harness/posix/XVUsuarioSemDireitos.h"
+#include "tests/platform/posix/XVCenarioPosix.h"
 
 namespace {
 
-constexpr SAberturaArquivo k_leitura{EAcessoArquivo::eLeitura, ECompartilhamentoArquivo::eNegaNada,
-                                     ECriacaoArquivo::eSomenteExistente};
-constexpr SAberturaArquivo k_escrita{EAcessoArquivo::eLeituraEscrita, ECompartilhamentoArquivo::eNegaEscrita,
-                                     ECriacaoArquivo::eSomenteExistente};
-constexpr SAberturaArquivo k_criacao{EAcessoArquivo::eLeituraEscrita, ECompartilhamentoArquivo::eNegaEscrita,
-                                     ECriacaoArquivo::eCriaSeAusente};
 constexpr SAberturaArquivo k_leituraCriacao{EAcessoArquivo::eLeitura, ECompartilhamentoArquivo::eNegaNada,
                                             ECriacaoArquivo::eCriaSeAusente};
-constexpr SAberturaArquivo k_anexacao{EAcessoArquivo::eAnexacao, ECompartilhamentoArquivo::eNegaNada,
-                                      ECriacaoArquivo::eCriaSeAusente};
 
-class CXVAcessoTeste : public testing::Test {
+class CXVAcessoTeste : public CXVCenarioPosix {
   protected:
-    std::string Caminho(const std::string& sNome) const { return m_diretorio.Junta(sNome); }
-    ECausaArquivo Abre(const std::string& sNome, const SAberturaArquivo& rAbertura) {
-        return m_rSistema.Abre(Caminho(sNome), rAbertura, m_pArquivo).GetCausa();
-    }
-    ECausaArquivo Apaga(const std::string& sNome) { return m_rSistema.Apaga(Caminho(sNome)).GetCausa(); }
-    ECausaArquivo Substitui(const std::string& sOrigem, const std::string& sDestino) {
-        return m_rSistema.Substitui(Caminho(sOrigem), Caminho(sDestino)).GetCausa();
-    }
-    ECausaArquivo BuscaNomeReal(const std::string& sNome) {
-        return m_rSistema.BuscaNomeReal(Caminho(sNome), m_sNomeReal).GetCausa();
-    }
-    ECausaArquivo Marca(const std::string& sNome) {
-        return m_rSistema.MarcaDiretorio(m_diretorio.GetCaminho(), sNome, m_pMarca).GetCausa();
-    }
     void Modo(const std::string& sNome, mode_t modo) const {
         ASSERT_EQ(chmod(Caminho(sNome).c_str(), modo), 0);
     }
@@ -52,12 +28,6 @@ class CXVAcessoTeste : public testing::Test {
     void Elo(const std::string& sAlvo, const std::string& sNome) const {
         ASSERT_EQ(symlink(sAlvo.c_str(), Caminho(sNome).c_str()), 0);
     }
-
-    IXVSistemaArquivos& m_rSistema = XVPlataforma::SistemaArquivosNativo();
-    CXVDiretorioTeste m_diretorio;
-    std::unique_ptr<IXVArquivo> m_pArquivo;
-    std::unique_ptr<IXVMarcaDiretorio> m_pMarca;
-    std::string m_sNomeReal;
 };
 
 // A directory with one file, which is what it was however the directory was closed.
@@ -71,8 +41,9 @@ class CXVDiretorioFechadoTeste : public CXVAcessoTeste {
     }
     void TearDown() override {
         Modo("fechado", 0700);
-        EXPECT_EQ(m_diretorio.LeConteudo("fechado/A.dat"), "x");
-        EXPECT_EQ(m_diretorio.LeConteudo("fora.dat"), "y");
+        Modo("fechado/A.dat", 0600);
+        EXPECT_EQ(Conteudo("fechado/A.dat"), "x");
+        EXPECT_EQ(Conteudo("fora.dat"), "y");
     }
 };
 
@@ -80,54 +51,42 @@ class CXVDiretorioFechadoTeste : public CXVAcessoTeste {
 
 TEST_F(CXVDiretorioFechadoTeste, ONomeQueNaoSePodeVerNaoEstaNemAusenteNemPresente) {
     Modo("fechado", 0000);
-    {
-        const CXVUsuarioSemDireitos usuario;
-        for (const std::string sNome : {"fechado/A.dat", "fechado/nada.dat"}) {
-            EXPECT_EQ(m_rSistema.Existe(Caminho(sNome)), EExistencia::eSemAcesso) << sNome;
-            EXPECT_EQ(BuscaNomeReal(sNome), ECausaArquivo::eAcessoNegado) << sNome;
-            EXPECT_EQ(Abre(sNome, k_leitura), ECausaArquivo::eAcessoNegado) << sNome;
-            EXPECT_EQ(Abre(sNome, k_criacao), ECausaArquivo::eAcessoNegado) << sNome;
-            EXPECT_EQ(Apaga(sNome), ECausaArquivo::eAcessoNegado) << sNome;
-            EXPECT_EQ(Substitui("fora.dat", sNome), ECausaArquivo::eAcessoNegado) << sNome;
-        }
-        EXPECT_EQ(m_rSistema.Existe(Caminho("fechado")), EExistencia::eDiretorio);
-        EXPECT_EQ(m_rSistema.CriaDiretorio(Caminho("fechado/sub")).GetCausa(), ECausaArquivo::eAcessoNegado);
-        std::vector<std::string> listaNomes;
-        EXPECT_EQ(m_rSistema.Lista(Caminho("fechado"), "*", listaNomes).GetCausa(),
-                  ECausaArquivo::eAcessoNegado);
-        EXPECT_EQ(m_rSistema.SincronizaDiretorio(Caminho("fechado")).GetCausa(),
-                  ECausaArquivo::eAcessoNegado);
+    const CXVUsuarioSemDireitos usuario;
+    for (const std::string sNome : {"fechado/A.dat", "fechado/nada.dat"}) {
+        EXPECT_EQ(m_rSistema.Existe(Caminho(sNome)), EExistencia::eSemAcesso) << sNome;
+        EXPECT_EQ(BuscaNomeReal(sNome), ECausaArquivo::eAcessoNegado) << sNome;
+        EXPECT_EQ(Abre(sNome, k_leitura), ECausaArquivo::eAcessoNegado) << sNome;
+        EXPECT_EQ(Abre(sNome, k_criacao), ECausaArquivo::eAcessoNegado) << sNome;
+        EXPECT_EQ(Apaga(sNome), ECausaArquivo::eAcessoNegado) << sNome;
+        EXPECT_EQ(Substitui("fora.dat", sNome), ECausaArquivo::eAcessoNegado) << sNome;
     }
+    EXPECT_EQ(m_rSistema.Existe(Caminho("fechado")), EExistencia::eDiretorio);
+    EXPECT_EQ(m_rSistema.CriaDiretorio(Caminho("fechado/sub")).GetCausa(), ECausaArquivo::eAcessoNegado);
+    std::vector<std::string> listaNomes;
+    EXPECT_EQ(m_rSistema.Lista(Caminho("fechado"), "*", listaNomes).GetCausa(), ECausaArquivo::eAcessoNegado);
+    EXPECT_EQ(m_rSistema.SincronizaDiretorio(Caminho("fechado")).GetCausa(), ECausaArquivo::eAcessoNegado);
 }
 
 // The names can be seen, and whether they are files, or still there, cannot.
 TEST_F(CXVDiretorioFechadoTeste, LidoMasNaoAtravessadoNaoDizOQueTem) {
-    Modo("fechado", 0744);
-    {
-        const CXVUsuarioSemDireitos usuario;
-        if (CXVUsuarioSemDireitos::EOutro()) {  // its owner may enter
-            for (const std::string sNome : {"fechado/A.dat", "fechado/nada.dat"}) {
-                EXPECT_EQ(m_rSistema.Existe(Caminho(sNome)), EExistencia::eSemAcesso) << sNome;
-                EXPECT_EQ(BuscaNomeReal(sNome), ECausaArquivo::eAcessoNegado) << sNome;
-            }
-        }
+    Modo("fechado", 0444);
+    const CXVUsuarioSemDireitos usuario;
+    for (const std::string sNome : {"fechado/A.dat", "fechado/nada.dat"}) {
+        EXPECT_EQ(m_rSistema.Existe(Caminho(sNome)), EExistencia::eSemAcesso) << sNome;
+        EXPECT_EQ(BuscaNomeReal(sNome), ECausaArquivo::eAcessoNegado) << sNome;
     }
 }
 
 // What is asked for by its exact name can be seen, another spelling cannot.
 TEST_F(CXVDiretorioFechadoTeste, AtravessadoMasNaoLidoMostraONomeExato) {
-    Modo("fechado", 0711);
-    Modo("fechado/A.dat", 0600);
-    {
-        const CXVUsuarioSemDireitos usuario;
-        EXPECT_EQ(BuscaNomeReal("fechado/A.dat"), ECausaArquivo::eNenhuma);
-        EXPECT_EQ(m_rSistema.Existe(Caminho("fechado/A.dat")), EExistencia::eArquivo);
-        EXPECT_EQ(m_rSistema.Existe(Caminho("fechado/a.dat")), EExistencia::eAusente);
-        if (CXVUsuarioSemDireitos::EOutro()) {  // its owner may read the directory and the file
-            EXPECT_EQ(BuscaNomeReal("fechado/a.dat"), ECausaArquivo::eAcessoNegado);
-            EXPECT_EQ(Abre("fechado/A.dat", k_leitura), ECausaArquivo::eAcessoNegado);
-        }
-    }
+    Modo("fechado/A.dat", 0000);
+    Modo("fechado", 0111);
+    const CXVUsuarioSemDireitos usuario;
+    EXPECT_EQ(BuscaNomeReal("fechado/A.dat"), ECausaArquivo::eNenhuma);
+    EXPECT_EQ(m_rSistema.Existe(Caminho("fechado/A.dat")), EExistencia::eArquivo);
+    EXPECT_EQ(Abre("fechado/A.dat", k_leitura), ECausaArquivo::eAcessoNegado);
+    EXPECT_EQ(m_rSistema.Existe(Caminho("fechado/a.dat")), EExistencia::eAusente);
+    EXPECT_EQ(BuscaNomeReal("fechado/a.dat"), ECausaArquivo::eAcessoNegado);
 }
 
 TEST_F(CXVAcessoTeste, OQueSeCriaEDoDonoEDoGrupo) {
@@ -142,6 +101,8 @@ TEST_F(CXVAcessoTeste, OQueSeCriaEDoDonoEDoGrupo) {
     EXPECT_EQ(LeModo("x/a.dat"), 0660U);
     EXPECT_EQ(LeModo("log"), 0660U);
     EXPECT_EQ(LeModo("M"), 0660U);
+    Modo("log", 0060);
+    EXPECT_FALSE(m_rSistema.EhSomenteLeitura(Caminho("log"))) << "somebody may write";
 }
 
 TEST_F(CXVAcessoTeste, EloSimbolicoSoServeParaLer) {
@@ -149,6 +110,8 @@ TEST_F(CXVAcessoTeste, EloSimbolicoSoServeParaLer) {
     m_diretorio.CriaArquivo("novo", "novo");
     Elo("alvo", "elo");
     Elo("nasceria", "pendente");
+    EXPECT_EQ(m_rSistema.Existe(Caminho("pendente")), EExistencia::eArquivo) << "the name is taken";
+    EXPECT_EQ(Abre("pendente", k_leitura), ECausaArquivo::eArquivoNaoEncontrado);
     for (const std::string sNome : {"elo", "pendente"}) {
         for (const SAberturaArquivo& rAbertura : {k_escrita, k_criacao, k_leituraCriacao, k_anexacao}) {
             EXPECT_EQ(Abre(sNome, rAbertura), ECausaArquivo::eAcessoNegado) << sNome;
@@ -158,8 +121,8 @@ TEST_F(CXVAcessoTeste, EloSimbolicoSoServeParaLer) {
         EXPECT_EQ(Substitui(sNome, "outro"), ECausaArquivo::eAcessoNegado) << sNome;
         EXPECT_EQ(Marca(sNome), ECausaArquivo::eAcessoNegado) << sNome;
     }
-    EXPECT_EQ(m_diretorio.LeConteudo("alvo"), "alvo");
-    EXPECT_EQ(m_diretorio.LeConteudo("novo"), "novo");
+    EXPECT_EQ(Conteudo("alvo"), "alvo");
+    EXPECT_EQ(Conteudo("novo"), "novo");
     EXPECT_EQ(m_rSistema.Existe(Caminho("nasceria")), EExistencia::eAusente);
     ASSERT_EQ(Abre("elo", k_leitura), ECausaArquivo::eNenhuma);
     std::string sLido(4, '?');

@@ -1,60 +1,32 @@
 // What only exists on POSIX systems: pipes, devices, links, the limit on the length of files.
-#include <gtest/gtest.h>
 #include <signal.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "platform/XVPlataforma.h"
-#include "tests/harness/XVDiretorioTemporario.h"
+#include "tests/platform/posix/XVCenarioPosix.h"
 
-namespace {
-
-class CXVArquivosEspeciaisTeste : public testing::Test {
-  protected:
-    ECausaArquivo Abre(const std::string& sCaminho, EAcessoArquivo eAcesso) {
-        return m_rSistema
-            .Abre(sCaminho,
-                  {eAcesso, ECompartilhamentoArquivo::eNegaNada, ECriacaoArquivo::eSomenteExistente},
-                  m_pArquivo)
-            .GetCausa();
-    }
-
-    IXVSistemaArquivos& m_rSistema = XVPlataforma::SistemaArquivosNativo();
-    CXVDiretorioTeste m_diretorio;
-    std::unique_ptr<IXVArquivo> m_pArquivo;
-};
-
-}  // namespace
+using CXVArquivosEspeciaisTeste = CXVCenarioPosix;
 
 TEST_F(CXVArquivosEspeciaisTeste, CanosEDispositivosSaoRecusadosSemEspera) {
-    const std::string sCano = m_diretorio.Junta("cano");
-    ASSERT_EQ(mkfifo(sCano.c_str(), 0600), 0);
-    for (const EAcessoArquivo eAcesso : {EAcessoArquivo::eLeitura, EAcessoArquivo::eLeituraEscrita}) {
-        EXPECT_EQ(Abre(sCano, eAcesso), ECausaArquivo::eArquivoInvalido);
-        EXPECT_EQ(Abre("/dev/null", eAcesso), ECausaArquivo::eArquivoInvalido);
+    ASSERT_EQ(mkfifo(Caminho("cano").c_str(), 0600), 0);
+    for (const SAberturaArquivo& rAbertura : {k_leitura, k_escrita}) {
+        EXPECT_EQ(Abre("cano", rAbertura), ECausaArquivo::eArquivoInvalido);
+        EXPECT_EQ(m_rSistema.Abre("/dev/null", rAbertura, m_pArquivo).GetCausa(),
+                  ECausaArquivo::eArquivoInvalido);
     }
-    EXPECT_EQ(m_rSistema.Apaga(sCano).GetCausa(), ECausaArquivo::eArquivoInvalido);
-    std::unique_ptr<IXVMarcaDiretorio> pMarca;
-    EXPECT_EQ(m_rSistema.MarcaDiretorio(m_diretorio.GetCaminho(), "cano", pMarca).GetCausa(),
-              ECausaArquivo::eArquivoInvalido);
-}
-
-TEST_F(CXVArquivosEspeciaisTeste, EloSemAlvoContaComoPreso) {
-    ASSERT_EQ(symlink("nada", m_diretorio.Junta("elo").c_str()), 0);
-    EXPECT_EQ(m_rSistema.Existe(m_diretorio.Junta("elo")), EExistencia::eArquivo);
-    EXPECT_EQ(Abre(m_diretorio.Junta("elo"), EAcessoArquivo::eLeitura), ECausaArquivo::eArquivoNaoEncontrado);
+    EXPECT_EQ(Apaga("cano"), ECausaArquivo::eArquivoInvalido);
+    EXPECT_EQ(Marca("cano"), ECausaArquivo::eArquivoInvalido);
 }
 
 TEST_F(CXVArquivosEspeciaisTeste, MarcaDeProcessoMortoEAssumida) {
     m_diretorio.CriaArquivo("DFXXMARCA1", "sobra");
-    std::unique_ptr<IXVMarcaDiretorio> pMarca;
-    EXPECT_TRUE(m_rSistema.MarcaDiretorio(m_diretorio.GetCaminho(), "DFXXMARCA1", pMarca).Ok());
+    EXPECT_EQ(Marca("DFXXMARCA1"), ECausaArquivo::eNenhuma);
 }
 
 TEST_F(CXVArquivosEspeciaisTeste, LimiteDoProcessoEDiscoCheio) {
     m_diretorio.CriaArquivo("a.dat", "");
-    ASSERT_EQ(Abre(m_diretorio.Junta("a.dat"), EAcessoArquivo::eLeituraEscrita), ECausaArquivo::eNenhuma);
+    ASSERT_EQ(Abre("a.dat", k_escrita), ECausaArquivo::eNenhuma);
     rlimit anterior{};
     ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &anterior), 0);
     const auto pfnAnterior = signal(SIGXFSZ, SIG_IGN);

@@ -12,6 +12,7 @@
 #include <cstdarg>
 #include <cstdio>
 #include <ctime>
+#include <type_traits>
 #include <utility>
 
 namespace {
@@ -26,22 +27,22 @@ TFuncao* Proxima(const char* pszNome) {
 
 ino_t Arquivo(int iDescritor) {
     struct stat estado {};
-    return fstat(iDescritor, &estado) == 0 ? estado.st_ino : 0;
+    return Proxima<int(int, struct stat*)>("fstat")(iDescritor, &estado) == 0 ? estado.st_ino : 0;
 }
 
-// Calls fnChamada unless the plan lets this call fail.
-template <class TChamada>
-auto Passa(const SChamada& rChamada, decltype(std::declval<TChamada>()()) falha, TChamada fnChamada) {
+// The call of this name goes on, unless the plan lets it fail.
+template <class TFuncao, class... TArgumentos>
+auto Segue(const SChamada& rChamada, const char* pszNome, TArgumentos... argumentos) {
+    TFuncao* const pfn = Proxima<TFuncao>(pszNome);
     if (const int iErrno = CXVChamadas::Passa(rChamada); iErrno != 0) {
         errno = iErrno;
-        return falha;
+        if constexpr (std::is_pointer_v<decltype(pfn(argumentos...))>) {
+            return decltype(pfn(argumentos...)){};
+        } else {
+            return decltype(pfn(argumentos...)){-1};
+        }
     }
-    return fnChamada();
-}
-
-int Descarrega(int iDescritor, const char* pszNome) {
-    return Passa({EChamada::eDescarrega, Arquivo(iDescritor)}, -1,
-                 [&] { return Proxima<int(int)>(pszNome)(iDescritor); });
+    return pfn(argumentos...);
 }
 
 }  // namespace
@@ -116,71 +117,73 @@ int open(const char* pszCaminho, int iOpcoes, ...) {
     va_start(argumentos, iOpcoes);
     const mode_t modo = (iOpcoes & O_CREAT) != 0 ? va_arg(argumentos, mode_t) : 0;
     va_end(argumentos);
-    return Passa({EChamada::eOpen}, -1,
-                 [&] { return Proxima<int(const char*, int, ...)>("open")(pszCaminho, iOpcoes, modo); });
+    return Segue<int(const char*, int, ...)>({EChamada::eOpen}, "open", pszCaminho, iOpcoes, modo);
 }
 
 ssize_t pread(int iDescritor, void* pDados, size_t uiTamanho, off_t iOffset) {
-    return Passa({EChamada::ePread, Arquivo(iDescritor)}, ssize_t{-1}, [&] {
-        return Proxima<ssize_t(int, void*, size_t, off_t)>("pread")(iDescritor, pDados,
-                                                                    CXVChamadas::Corta(uiTamanho), iOffset);
-    });
+    return Segue<ssize_t(int, void*, size_t, off_t)>({EChamada::ePread, Arquivo(iDescritor)}, "pread",
+                                                     iDescritor, pDados, CXVChamadas::Corta(uiTamanho),
+                                                     iOffset);
 }
 
 ssize_t pwrite(int iDescritor, const void* pDados, size_t uiTamanho, off_t iOffset) {
-    return Passa({EChamada::ePwrite, Arquivo(iDescritor)}, ssize_t{-1}, [&] {
-        return Proxima<ssize_t(int, const void*, size_t, off_t)>("pwrite")(
-            iDescritor, pDados, CXVChamadas::Corta(uiTamanho), iOffset);
-    });
+    return Segue<ssize_t(int, const void*, size_t, off_t)>({EChamada::ePwrite, Arquivo(iDescritor)}, "pwrite",
+                                                           iDescritor, pDados, CXVChamadas::Corta(uiTamanho),
+                                                           iOffset);
 }
 
 ssize_t write(int iDescritor, const void* pDados, size_t uiTamanho) {
-    return Passa({EChamada::eWrite, Arquivo(iDescritor)}, ssize_t{-1}, [&] {
-        return Proxima<ssize_t(int, const void*, size_t)>("write")(iDescritor, pDados,
-                                                                   CXVChamadas::Corta(uiTamanho));
-    });
+    return Segue<ssize_t(int, const void*, size_t)>({EChamada::eWrite, Arquivo(iDescritor)}, "write",
+                                                    iDescritor, pDados, CXVChamadas::Corta(uiTamanho));
 }
 
 int ftruncate(int iDescritor, off_t iTamanho) noexcept {
-    return Passa({EChamada::eFtruncate, Arquivo(iDescritor)}, -1,
-                 [&] { return Proxima<int(int, off_t)>("ftruncate")(iDescritor, iTamanho); });
+    return Segue<int(int, off_t)>({EChamada::eFtruncate, Arquivo(iDescritor)}, "ftruncate", iDescritor,
+                                  iTamanho);
 }
 
 int fsync(int iDescritor) {
-    return Descarrega(iDescritor, "fsync");
+    return Segue<int(int)>({EChamada::eDescarrega, Arquivo(iDescritor)}, "fsync", iDescritor);
 }
 
 int fdatasync(int iDescritor) {
-    return Descarrega(iDescritor, "fdatasync");
+    return Segue<int(int)>({EChamada::eDescarrega, Arquivo(iDescritor)}, "fdatasync", iDescritor);
 }
 
 int flock(int iDescritor, int iOperacao) noexcept {
-    const auto fnChamada = [&] { return Proxima<int(int, int)>("flock")(iDescritor, iOperacao); };
-    return iOperacao == LOCK_UN ? fnChamada() : Passa({EChamada::eFlock, Arquivo(iDescritor)}, -1, fnChamada);
+    return iOperacao == LOCK_UN ? Proxima<int(int, int)>("flock")(iDescritor, iOperacao)
+                                : Segue<int(int, int)>({EChamada::eFlock, Arquivo(iDescritor)}, "flock",
+                                                       iDescritor, iOperacao);
 }
 
 int rename(const char* pszOrigem, const char* pszDestino) noexcept {
-    return Passa({EChamada::eRename}, -1,
-                 [&] { return Proxima<int(const char*, const char*)>("rename")(pszOrigem, pszDestino); });
+    return Segue<int(const char*, const char*)>({EChamada::eRename}, "rename", pszOrigem, pszDestino);
 }
 
 int renameat2(int iOrigem, const char* pszOrigem, int iDestino, const char* pszDestino,
               unsigned int ulOpcoes) noexcept {
-    return Passa({EChamada::eRename}, -1, [&] {
-        return Proxima<int(int, const char*, int, const char*, unsigned int)>("renameat2")(
-            iOrigem, pszOrigem, iDestino, pszDestino, ulOpcoes);
-    });
+    return Segue<int(int, const char*, int, const char*, unsigned int)>(
+        {EChamada::eRename}, "renameat2", iOrigem, pszOrigem, iDestino, pszDestino, ulOpcoes);
+}
+
+int unlink(const char* pszCaminho) noexcept {
+    return Segue<int(const char*)>({EChamada::eUnlink}, "unlink", pszCaminho);
+}
+
+int fstat(int iDescritor, struct stat* pEstado) noexcept {
+    return Segue<int(int, struct stat*)>({EChamada::eFstat}, "fstat", iDescritor, pEstado);
 }
 
 dirent* readdir(DIR* pDiretorio) {
-    return Passa({EChamada::eReaddir}, static_cast<dirent*>(nullptr),
-                 [&] { return Proxima<dirent*(DIR*)>("readdir")(pDiretorio); });
+    return Segue<dirent*(DIR*)>({EChamada::eReaddir}, "readdir", pDiretorio);
 }
 
 int close(int iDescritor) {
     const SChamada chamada{EChamada::eClose, Arquivo(iDescritor)};
     const int iResultado = Proxima<int(int)>("close")(iDescritor);
-    return Passa(chamada, -1, [&] { return iResultado; });
+    const int iErrno = CXVChamadas::Passa(chamada);
+    errno = iErrno != 0 ? iErrno : errno;
+    return iErrno != 0 ? -1 : iResultado;
 }
 
 // Interrupted, it leaves a third of the time.
@@ -189,11 +192,15 @@ int nanosleep(const timespec* pTempo, timespec* pResto) {
         return Proxima<int(const timespec*, timespec*)>("nanosleep")(pTempo, pResto);
     }
     const long lNanossegundos = static_cast<long>(pTempo->tv_sec) * 1000000000L + pTempo->tv_nsec;
-    const int iResultado = Passa({EChamada::eNanosleep, 0, lNanossegundos}, -1, [] { return 0; });
-    if (iResultado != 0 && pResto != nullptr) {
+    const int iErrno = CXVChamadas::Passa({EChamada::eNanosleep, 0, lNanossegundos});
+    if (iErrno == 0) {
+        return 0;
+    }
+    if (pResto != nullptr) {
         *pResto = {lNanossegundos / 3 / 1000000000L, lNanossegundos / 3 % 1000000000L};
     }
-    return iResultado;
+    errno = iErrno;
+    return -1;
 }
 
 }  // extern "C"

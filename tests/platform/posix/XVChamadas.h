@@ -19,6 +19,8 @@ enum class EChamada : unsigned char {
     eDescarrega,  // fsync, fdatasync
     eFlock,       // without the unlocking
     eRename,      // rename, renameat2
+    eUnlink,
+    eFstat,
     eReaddir,
     eClose,
     eNanosleep,  // never sleeps while recorded

@@ -2,40 +2,22 @@
 #include "tests/platform/posix/XVChamadas.h"
 
 #include <fcntl.h>
-#include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
+#include <map>
 
-#include "platform/XVPlataforma.h"
-#include "tests/harness/XVDiretorioTemporario.h"
+#include "tests/platform/posix/XVCenarioPosix.h"
 
 namespace {
 
-constexpr SAberturaArquivo k_leitura{EAcessoArquivo::eLeitura, ECompartilhamentoArquivo::eNegaNada,
-                                     ECriacaoArquivo::eSomenteExistente};
-constexpr SAberturaArquivo k_escrita{EAcessoArquivo::eLeituraEscrita, ECompartilhamentoArquivo::eNegaEscrita,
-                                     ECriacaoArquivo::eCriaSeAusente};
-constexpr SAberturaArquivo k_anexacao{EAcessoArquivo::eAnexacao, ECompartilhamentoArquivo::eNegaNada,
-                                      ECriacaoArquivo::eCriaSeAusente};
-
-class CXVChamadasTeste : public testing::Test {
+class CXVChamadasTeste : public CXVCenarioPosix {
   protected:
-    std::string Caminho(const std::string& sNome) const { return m_diretorio.Junta(sNome); }
-    std::string Conteudo(const std::string& sNome) const {
-        return m_diretorio.LeConteudo(sNome).value_or("<ausente>");
-    }
     ino_t Numero(const std::string& sNome) const {
         struct stat estado {};
         return stat(Caminho(sNome).c_str(), &estado) == 0 ? estado.st_ino : 0;
-    }
-    ECausaArquivo Abre(const std::string& sNome, const SAberturaArquivo& rAbertura) {
-        return m_rSistema.Abre(Caminho(sNome), rAbertura, m_pArquivo).GetCausa();
-    }
-    ECausaArquivo Substitui(const std::string& sOrigem, const std::string& sDestino) {
-        return m_rSistema.Substitui(Caminho(sOrigem), Caminho(sDestino)).GetCausa();
     }
     // The file of this name goes, and another one, which somebody holds open, takes its place.
     void PoeOutroNoLugar(const std::string& sNome) {
@@ -44,9 +26,6 @@ class CXVChamadasTeste : public testing::Test {
         EXPECT_TRUE(m_rSistema.Abre(Caminho(sNome), k_leitura, m_pAlheio).Ok());
     }
 
-    IXVSistemaArquivos& m_rSistema = XVPlataforma::SistemaArquivosNativo();
-    CXVDiretorioTeste m_diretorio;
-    std::unique_ptr<IXVArquivo> m_pArquivo;
     std::unique_ptr<IXVArquivo> m_pAlheio;
 };
 
@@ -55,7 +34,7 @@ using TChamadas = std::vector<SChamada>;
 }  // namespace
 
 TEST_F(CXVChamadasTeste, SincronizarDescarregaOArquivoUmaVez) {
-    for (const SAberturaArquivo& rAbertura : {k_escrita, k_anexacao}) {
+    for (const SAberturaArquivo& rAbertura : {k_criacao, k_anexacao}) {
         ASSERT_EQ(Abre("a.dat", rAbertura), ECausaArquivo::eNenhuma);
         ASSERT_TRUE(m_pArquivo->Grava(0, "x", 1).Ok());
         CXVChamadas chamadas;
@@ -142,7 +121,7 @@ TEST_F(CXVChamadasTeste, NomeQueMudaDeArquivoAntesDoPortaoEVistoDeNovo) {
         chamadas.Antes(eChamada, [this] { PoeOutroNoLugar("a.dat"); });
     };
     fnPrepara(EChamada::eFlock);
-    EXPECT_EQ(m_rSistema.Apaga(Caminho("a.dat")).GetCausa(), ECausaArquivo::eViolacaoCompartilhamento);
+    EXPECT_EQ(Apaga("a.dat"), ECausaArquivo::eViolacaoCompartilhamento);
     EXPECT_EQ(Conteudo("a.dat"), "alheio");
     fnPrepara(EChamada::eFlock);
     EXPECT_EQ(Substitui("a.tra", "a.dat"), ECausaArquivo::eViolacaoCompartilhamento);
@@ -155,27 +134,46 @@ TEST_F(CXVChamadasTeste, NomeQueMudaDeArquivoAntesDoPortaoEVistoDeNovo) {
 }
 
 TEST_F(CXVChamadasTeste, MarcaNuncaTemDoisDonos) {
-    std::unique_ptr<IXVMarcaDiretorio> pMarca;
     std::unique_ptr<IXVMarcaDiretorio> pAlheia;
-    const auto fnMarca = [this](std::unique_ptr<IXVMarcaDiretorio>& rpMarca) {
-        return m_rSistema.MarcaDiretorio(m_diretorio.GetCaminho(), "M", rpMarca).GetCausa();
-    };
     // The holder goes, and another comes, between the opening of the mark and its lock.
-    ASSERT_EQ(fnMarca(pAlheia), ECausaArquivo::eNenhuma);
+    ASSERT_EQ(Marca("M", pAlheia), ECausaArquivo::eNenhuma);
     CXVChamadas chamadas;
     chamadas.Antes(EChamada::eFlock, [&] {
         pAlheia.reset();
-        EXPECT_EQ(fnMarca(pAlheia), ECausaArquivo::eNenhuma);
+        EXPECT_EQ(Marca("M", pAlheia), ECausaArquivo::eNenhuma);
     });
-    EXPECT_EQ(fnMarca(pMarca), ECausaArquivo::eViolacaoCompartilhamento);
+    EXPECT_EQ(Marca("M"), ECausaArquivo::eViolacaoCompartilhamento);
+    // While the holder goes: taken before its file is removed, the mark would be another's without a file.
+    chamadas.Antes(EChamada::eUnlink,
+                   [&] { EXPECT_EQ(Marca("M"), ECausaArquivo::eViolacaoCompartilhamento); });
     pAlheia.reset();
+    EXPECT_EQ(chamadas.Conta(EChamada::eUnlink), 2U);
     // A mark that was removed by hand and made anew by another is not the first holder's to remove.
-    ASSERT_EQ(fnMarca(pMarca), ECausaArquivo::eNenhuma);
+    ASSERT_EQ(Marca("M"), ECausaArquivo::eNenhuma);
     ASSERT_EQ(unlink(Caminho("M").c_str()), 0);
-    ASSERT_EQ(fnMarca(pAlheia), ECausaArquivo::eNenhuma);
-    pMarca.reset();
+    ASSERT_EQ(Marca("M", pAlheia), ECausaArquivo::eNenhuma);
+    m_pMarca.reset();
     EXPECT_NE(Numero("M"), 0U);
-    EXPECT_EQ(fnMarca(pMarca), ECausaArquivo::eViolacaoCompartilhamento);
+    EXPECT_EQ(Marca("M"), ECausaArquivo::eViolacaoCompartilhamento);
+    // What hinders the lock is no other holder.
+    chamadas.Falha(EChamada::eFlock, ENOLCK);
+    EXPECT_EQ(Marca("M"), ECausaArquivo::eGenerica);
+}
+
+// A privileged user passes the system's own look at the rights: the file that lost them is refused all the
+// same.
+TEST_F(CXVChamadasTeste, OpcoesDoArquivoSaoVistasDepoisDeAberto) {
+    m_diretorio.CriaArquivo("a.dat", "x");
+    CXVChamadas chamadas;
+    chamadas.Antes(EChamada::eFstat, [&] { m_diretorio.SetSomenteLeitura("a.dat", true); });
+    EXPECT_EQ(Abre("a.dat", k_criacao), ECausaArquivo::eAcessoNegado);
+    EXPECT_EQ(Abre("a.dat", k_leitura), ECausaArquivo::eNenhuma);
+    chamadas.Falha(EChamada::eFstat, EIO);
+    EXPECT_EQ(Abre("a.dat", k_leitura), ECausaArquivo::eErroFisico);
+    m_diretorio.SetSomenteLeitura("a.dat", false);
+    chamadas.Falha(EChamada::eUnlink, EPERM);
+    EXPECT_EQ(Apaga("a.dat"), ECausaArquivo::eAcessoNegado) << "the deletion itself may be refused";
+    EXPECT_EQ(Conteudo("a.dat"), "x");
 }
 
 // Two moves that cross would otherwise wait for each other for ever.
@@ -194,7 +192,7 @@ TEST_F(CXVChamadasTeste, PortoesDeDoisArquivosTemUmaSoOrdem) {
 }
 
 TEST_F(CXVChamadasTeste, ChamadaInterrompidaERepetida) {
-    ASSERT_EQ(Abre("a.dat", k_escrita), ECausaArquivo::eNenhuma);
+    ASSERT_EQ(Abre("a.dat", k_criacao), ECausaArquivo::eNenhuma);
     CXVChamadas chamadas;
     char cByte = 0;
     chamadas.Falha(EChamada::ePwrite, EINTR, 2);
@@ -203,6 +201,9 @@ TEST_F(CXVChamadasTeste, ChamadaInterrompidaERepetida) {
     EXPECT_TRUE(m_pArquivo->Le(0, &cByte, 1).Ok());
     chamadas.Falha(EChamada::eFtruncate, EINTR, 2);
     EXPECT_TRUE(m_pArquivo->SetTamanho(2).Ok());
+    chamadas.Falha(EChamada::eFtruncate, EINVAL);
+    EXPECT_EQ(m_pArquivo->SetTamanho(3).GetCausa(), ECausaArquivo::ePosicionamentoInvalido)
+        << "beyond what the file system holds";
     m_pArquivo.reset();
     chamadas.Falha(EChamada::eOpen, EINTR, 2);
     chamadas.Falha(EChamada::eFlock, EINTR, 2);
@@ -230,7 +231,7 @@ TEST_F(CXVChamadasTeste, TransferenciaCurtaContinua) {
     }
     CXVChamadas chamadas;
     chamadas.LimitaTransferencias(7);
-    ASSERT_EQ(Abre("a.dat", k_escrita), ECausaArquivo::eNenhuma);
+    ASSERT_EQ(Abre("a.dat", k_criacao), ECausaArquivo::eNenhuma);
     EXPECT_TRUE(m_pArquivo->Grava(3, sDados.data(), sDados.size()).Ok());
     EXPECT_EQ(chamadas.Conta(EChamada::ePwrite), 15U);
     std::string sLido(sDados.size(), '?');
@@ -247,45 +248,29 @@ TEST_F(CXVChamadasTeste, TransferenciaCurtaContinua) {
 }
 
 TEST_F(CXVChamadasTeste, CadaErroDoSistemaTemSuaCausa) {
-    struct SCaso {
-        int iErrno;
-        ECausaArquivo eCausa;
+    const std::map<ECausaArquivo, std::vector<int>> mapaCasos{
+        {ECausaArquivo::eArquivoNaoEncontrado, {ENOENT}},
+        {ECausaArquivo::eCaminhoInvalido, {ENOTDIR, ENAMETOOLONG, ELOOP, EILSEQ}},
+        {ECausaArquivo::eMuitosArquivosAbertos, {EMFILE, ENFILE}},
+        {ECausaArquivo::eAcessoNegado, {EACCES, EPERM, EROFS, EISDIR}},
+        {ECausaArquivo::eArquivoInvalido, {EBADF, ENXIO, ENODEV}},
+        {ECausaArquivo::eDiretorioCheio, {EMLINK}},
+        {ECausaArquivo::ePosicionamentoInvalido, {ESPIPE, EFBIG, EOVERFLOW}},
+        {ECausaArquivo::eErroFisico, {EIO}},
+        {ECausaArquivo::eViolacaoCompartilhamento, {ETXTBSY, EBUSY}},
+        {ECausaArquivo::eViolacaoBloqueio, {EAGAIN, EDEADLK}},
+        {ECausaArquivo::eDiscoCheio, {ENOSPC, EDQUOT}},
+        {ECausaArquivo::eGenerica, {EINVAL}},
     };
-    constexpr SCaso k_aCasos[] = {
-        {ENOENT, ECausaArquivo::eArquivoNaoEncontrado},
-        {ENOTDIR, ECausaArquivo::eCaminhoInvalido},
-        {ENAMETOOLONG, ECausaArquivo::eCaminhoInvalido},
-        {ELOOP, ECausaArquivo::eCaminhoInvalido},
-        {EILSEQ, ECausaArquivo::eCaminhoInvalido},
-        {EMFILE, ECausaArquivo::eMuitosArquivosAbertos},
-        {ENFILE, ECausaArquivo::eMuitosArquivosAbertos},
-        {EACCES, ECausaArquivo::eAcessoNegado},
-        {EPERM, ECausaArquivo::eAcessoNegado},
-        {EROFS, ECausaArquivo::eAcessoNegado},
-        {EISDIR, ECausaArquivo::eAcessoNegado},
-        {EBADF, ECausaArquivo::eArquivoInvalido},
-        {ENXIO, ECausaArquivo::eArquivoInvalido},
-        {ENODEV, ECausaArquivo::eArquivoInvalido},
-        {EMLINK, ECausaArquivo::eDiretorioCheio},
-        {ESPIPE, ECausaArquivo::ePosicionamentoInvalido},
-        {EFBIG, ECausaArquivo::ePosicionamentoInvalido},
-        {EOVERFLOW, ECausaArquivo::ePosicionamentoInvalido},
-        {EIO, ECausaArquivo::eErroFisico},
-        {ETXTBSY, ECausaArquivo::eViolacaoCompartilhamento},
-        {EBUSY, ECausaArquivo::eViolacaoCompartilhamento},
-        {EAGAIN, ECausaArquivo::eViolacaoBloqueio},
-        {EDEADLK, ECausaArquivo::eViolacaoBloqueio},
-        {ENOSPC, ECausaArquivo::eDiscoCheio},
-        {EDQUOT, ECausaArquivo::eDiscoCheio},
-        {EINVAL, ECausaArquivo::eGenerica},
-    };
-    for (const SCaso& rCaso : k_aCasos) {
-        CXVChamadas chamadas;
-        chamadas.Falha(EChamada::eOpen, rCaso.iErrno);
-        const CXVErroArquivo erro = m_rSistema.Abre(Caminho("a.dat"), k_escrita, m_pArquivo);
-        EXPECT_EQ(static_cast<int>(erro.GetCausa()), static_cast<int>(rCaso.eCausa)) << rCaso.iErrno;
-        EXPECT_EQ(erro.GetErroSistema(), static_cast<XVUInt>(rCaso.iErrno));
-        EXPECT_EQ(m_pArquivo, nullptr);
+    for (const auto& [eCausa, listaErrnos] : mapaCasos) {
+        for (const int iErrno : listaErrnos) {
+            CXVChamadas chamadas;
+            chamadas.Falha(EChamada::eOpen, iErrno);
+            const CXVErroArquivo erro = m_rSistema.Abre(Caminho("a.dat"), k_criacao, m_pArquivo);
+            EXPECT_EQ(static_cast<int>(erro.GetCausa()), static_cast<int>(eCausa)) << iErrno;
+            EXPECT_EQ(erro.GetErroSistema(), static_cast<XVUInt>(iErrno));
+            EXPECT_EQ(m_pArquivo, nullptr);
+        }
     }
 }
 

@@ -1,0 +1,165 @@
+// What the seam makes of what the system says of itself. A program of its own: it stands in front of the
+// system's calls.
+#include <gtest/gtest.h>
+#include <pwd.h>
+#include <sys/mman.h>
+#include <sys/syscall.h>
+#include <sys/sysinfo.h>
+#include <sys/utsname.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <ctime>
+#include <fstream>
+#include <string>
+#include <vector>
+
+#include "platform/XVAmbienteSO.h"
+#include "platform/XVPlataforma.h"
+#include "platform/XVUltimoErroSistema.h"
+
+namespace {
+
+// What the system says of itself while one lives: name of the machine, kernel, user, clocks.
+struct SSistemaFalso {
+    SSistemaFalso() { s_pVigente = this; }
+    ~SSistemaFalso() { s_pVigente = nullptr; }
+    SSistemaFalso(const SSistemaFalso&) = delete;
+    SSistemaFalso& operator=(const SSistemaFalso&) = delete;
+
+    static inline const SSistemaFalso* s_pVigente = nullptr;
+    std::string sMaquina;
+    std::string sNucleo;
+    unsigned ulUsuario = 0;
+    time_t iAgora = 0;
+    timespec monotonico{};  // every other clock stands at 0
+};
+
+XVUInt64 KiBDe(const char* pszLinha) {
+    std::ifstream arquivo("/proc/meminfo");
+    for (std::string sLinha; std::getline(arquivo, sLinha);) {
+        if (sLinha.starts_with(pszLinha)) return std::stoull(sLinha.substr(std::strlen(pszLinha)));
+    }
+    return 0;
+}
+
+}  // namespace
+
+extern "C" {
+
+int gethostname(char* pszNome, size_t uiTamanho) noexcept {
+    std::snprintf(pszNome, uiTamanho, "%s",
+                  SSistemaFalso::s_pVigente != nullptr ? SSistemaFalso::s_pVigente->sMaquina.c_str() : "");
+    return 0;
+}
+
+int uname(utsname* pSistema) noexcept {
+    std::snprintf(pSistema->release, sizeof(pSistema->release), "%s",
+                  SSistemaFalso::s_pVigente != nullptr ? SSistemaFalso::s_pVigente->sNucleo.c_str() : "");
+    return 0;
+}
+
+uid_t geteuid() noexcept {
+    return SSistemaFalso::s_pVigente != nullptr ? SSistemaFalso::s_pVigente->ulUsuario
+                                                : static_cast<uid_t>(syscall(SYS_geteuid));
+}
+
+time_t time(time_t* pAgora) noexcept {
+    const time_t iAgora =
+        SSistemaFalso::s_pVigente != nullptr ? SSistemaFalso::s_pVigente->iAgora : syscall(SYS_time, nullptr);
+    if (pAgora != nullptr) *pAgora = iAgora;
+    return iAgora;
+}
+
+int clock_gettime(clockid_t iRelogio, timespec* pInstante) noexcept {
+    if (SSistemaFalso::s_pVigente == nullptr)
+        return static_cast<int>(syscall(SYS_clock_gettime, iRelogio, pInstante));
+    *pInstante = iRelogio == CLOCK_MONOTONIC ? SSistemaFalso::s_pVigente->monotonico : timespec{};
+    return 0;
+}
+
+}  // extern "C"
+
+TEST(CXVRelogioPosixTeste, HoraLocalEUTCDeUmInstante) {
+    IXVRelogio& rRelogio = XVPlataforma::RelogioNativo();
+    SSistemaFalso sistema;
+    sistema.iAgora = 1735689598;  // 2024-12-31 23:59:58 UTC
+    const struct {
+        const char* pszFuso;
+        SDataHora local;
+    } aCasos[] = {{"<-03>3", {2024, 12, 31, 20, 59, 58}}, {"<+0545>-5:45", {2025, 1, 1, 5, 44, 58}}};
+    for (const auto& [pszFuso, local] : aCasos) {
+        setenv("TZ", pszFuso, 1);
+        tzset();
+        EXPECT_TRUE(rRelogio.AgoraLocal() == local) << pszFuso;
+        EXPECT_TRUE(rRelogio.AgoraUTC() == (SDataHora{2024, 12, 31, 23, 59, 58})) << pszFuso;
+    }
+    sistema.monotonico = {4294967, 305999999};  // 2^32 ms are 4294967.296 s
+    EXPECT_EQ(rRelogio.GetTicks(), 9U);
+    sistema.monotonico = {1234, 567000000};
+    EXPECT_EQ(rRelogio.GetTicks(), 1234567U);
+}
+
+TEST(CXVAmbientePosixTeste, NomesEVersoes) {
+    SSistemaFalso sistema;
+    const std::vector<std::pair<std::string, std::string>> listaMaquinas{
+        {"maquina-de-nome-longo.exemplo.com", "MAQUINA-DE-NOME"},
+        {"pc7.exemplo.com", "PC7"},
+        {"Caixa", "CAIXA"}};
+    for (const auto& [sNome, sEsperado] : listaMaquinas) {
+        sistema.sMaquina = sNome;
+        EXPECT_EQ(XVAmbienteSO::GetNomeComputador(), sEsperado);
+    }
+    const std::vector<std::pair<std::string, std::string>> listaNucleos{
+        {"6.1.0-13-amd64", "6.1.0.0"},
+        {"5.15.167.4-microsoft-standard", "5.15.167.4"},
+        {"6.2.7.8.9", "6.2.7.8"}};
+    for (const auto& [sNucleo, sEsperado] : listaNucleos) {
+        sistema.sNucleo = sNucleo;
+        EXPECT_EQ(XVAmbienteSO::GetVersaoSistema(), sEsperado);
+    }
+    for (const unsigned ulUsuario : {0U, 1U, 65534U}) {
+        sistema.ulUsuario = ulUsuario;
+        const passwd* pUsuario = getpwuid(ulUsuario);
+        EXPECT_EQ(XVAmbienteSO::GetNomeUsuario(), pUsuario != nullptr ? pUsuario->pw_name : "");
+    }
+    for (const bool bRemota : {true, false}) {
+        bRemota ? setenv("SSH_CONNECTION", "10.0.0.1 1 10.0.0.2 22", 1) : unsetenv("SSH_CONNECTION");
+        EXPECT_EQ(XVAmbienteSO::EhSessaoRemota(), bRemota);
+    }
+}
+
+TEST(CXVAmbientePosixTeste, MemoriaDaMaquinaEDoProcesso) {
+    struct sysinfo maquina {};
+    ASSERT_EQ(sysinfo(&maquina), 0);
+    const XVUInt64 uiTotal = XVUInt64{maquina.totalram} * maquina.mem_unit;
+    const XVAmbienteSO::SMemoriaMaquina memoria = XVAmbienteSO::GetMemoriaMaquina();
+    EXPECT_EQ(memoria.uiTotal, uiTotal);
+    EXPECT_NEAR(static_cast<double>(memoria.uiDisponivel), static_cast<double>(KiBDe("MemAvailable:")) * 1024,
+                static_cast<double>(uiTotal) / 50);
+    // What is shared with others is not the process's own.
+    constexpr std::size_t k_uiMiB32 = std::size_t{32} << 20;
+    constexpr double k_fFolga = 4 << 20;
+    for (const bool bPropria : {true, false}) {
+        const double fAntes = static_cast<double>(XVAmbienteSO::GetMemoriaPrivadaProcesso());
+        void* pMemoria = mmap(nullptr, k_uiMiB32, PROT_READ | PROT_WRITE,
+                              MAP_ANONYMOUS | (bPropria ? MAP_PRIVATE : MAP_SHARED), -1, 0);
+        ASSERT_NE(pMemoria, MAP_FAILED);
+        std::memset(pMemoria, 1, k_uiMiB32);
+        const double fDepois = static_cast<double>(XVAmbienteSO::GetMemoriaPrivadaProcesso());
+        munmap(pMemoria, k_uiMiB32);
+        EXPECT_NEAR(fDepois - fAntes, bPropria ? static_cast<double>(k_uiMiB32) : 0, k_fFolga);
+    }
+}
+
+TEST(CXVAmbientePosixTeste, UltimoErroSobreviveAoQueCorreNoMeio) {
+    errno = ENOSPC;
+    {
+        const CXVPreservaUltimoErro preserva;
+        errno = EINTR;
+    }
+    EXPECT_EQ(errno, ENOSPC);
+}
