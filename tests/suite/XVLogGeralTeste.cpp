@@ -106,6 +106,7 @@ TEST_F(LogGeralTeste, ThreadsDeUmObjetoEOutroProcessoNaoMisturamLinhas) {
     const std::string sTexto(300, 'x');
     CXVAcessoEmpresarial comum(&m_Dono);
     CXVAcessoEmpresarial outro(&m_Dono);
+    EXPECT_EQ(outro.GravaLogGeral(DFSLOG_Servico::eDFSLOG_Inclusao, sTexto), S_OK);  // with the header
     XVEmThreads(4, [&](unsigned iThread) {
         CXVAcessoEmpresarial& rAcesso = iThread == 3 ? outro : comum;
         for (int j = 0; j < 50; ++j) {
@@ -114,7 +115,7 @@ TEST_F(LogGeralTeste, ThreadsDeUmObjetoEOutroProcessoNaoMisturamLinhas) {
         }
     });
     std::string sEsperado = k_pszCabecalho;
-    for (int i = 0; i < 200; ++i)
+    for (int i = 0; i < 201; ++i)
         sEsperado += "15/03/2024\t09:00:00\tMATRIZ\t7\t99\t1\t0\t0\t" + sTexto + "\n";
     EXPECT_EQ(Le(), sEsperado);
 }

@@ -111,53 +111,54 @@ TEST_F(SimulacaoRegrasTeste, OperacaoAnteriorCompletaOsDadosEAPosteriorPodeFalha
     EXPECT_EQ(m_Facade.RealizaOperacaoPosterior(parametros), E_FAIL);
 }
 
-TEST_F(SimulacaoRegrasTeste, ParametrosMudamSoNoQueARegraDiz) {
+TEST_F(SimulacaoRegrasTeste, ParametrosMudamSoNoQueARegraDizESoParaQuemElaVale) {
     CriaSimulacao(
         "regras/1.regra",
         "Operacao: AtualizaParametrosIntegracao\nTipo: CadastroProduto\nNovoTipo: CadastroTabelaPreco\n"
         "NovaTransacao: Alteracao\nNovaFilial: 8\nNovaOrigem: 20240316-11-2\nNovaChaveRegistro: 44\n");
-    auto parametros = Parametros();
-    parametros.eSistemaIntegracao = SimulacaoSistemaTerceiro;
-    parametros.uiBaseDadosTerceiro = 6;
+    const REG_XVDMC regIntegracao = REG_XVDMC::Cria(1, 2, REG_XVDMA::Cria(2024, 3, 15));
+    CXVDadosCR_ParametrosIntegracao parametros{
+        k_regOrigem, regIntegracao, 5, 6, eXVSMiddleware_CadastroProduto, SimulacaoSistemaTerceiro,
+        eXVSMiddleware_Inclusao, 7, 9, 10};
     ASSERT_EQ(m_Facade.AtualizaParametrosIntegracao(parametros), S_OK);
-    EXPECT_EQ(parametros.eTipoIntegracao, eXVSMiddleware_CadastroTabelaPreco);
-    EXPECT_EQ(parametros.eTipoTransacao, eXVSMiddleware_Alteracao);
-    EXPECT_EQ(parametros.ulPonteiroFilial, 8U);
-    EXPECT_EQ(parametros.regDmcOrigem.ToString(), "20240316-11-2");
-    EXPECT_EQ(parametros.uiChaveRegistroSistemaTerceiro, 44U);
-    EXPECT_EQ(parametros.uiBaseDadosTerceiro, 6U);
-    auto outro = parametros;
-    ASSERT_EQ(m_Facade.AtualizaParametrosIntegracao(outro), S_OK);
-    EXPECT_EQ(outro.eTipoIntegracao, eXVSMiddleware_CadastroTabelaPreco) << "no rule is for this type";
+    const CXVDadosCR_ParametrosIntegracao esperado{REG_XVDMC::Cria(2, 11, REG_XVDMA::Cria(2024, 3, 16)),
+                                                   regIntegracao,
+                                                   44,
+                                                   6,
+                                                   eXVSMiddleware_CadastroTabelaPreco,
+                                                   SimulacaoSistemaTerceiro,
+                                                   eXVSMiddleware_Alteracao,
+                                                   8,
+                                                   9,
+                                                   10};
+    EXPECT_TRUE(parametros == esperado);
+    parametros.ulPonteiroFilial = 77;  // the new type has no rule
+    ASSERT_EQ(m_Facade.AtualizaParametrosIntegracao(parametros), S_OK);
+    EXPECT_EQ(parametros.ulPonteiroFilial, 77U);
 }
 
 TEST_F(SimulacaoRegrasTeste, PendenciasDaOrigemEmOrdemDeNome) {
     CriaSimulacao(
         "pendentes/b.pend",
-        "Origem: 20240315-10-2\nSistema: 8\nFilial: 5\nBaseDados: 6\nReconsultar: 1\n\n{\"b\":1}\n");
+        "Origem: 20240315-10-2\nSistema: 8\nFilial: 5\nBaseDados: 6\nChaveRegistro: 7\nReconsultar: 1\n\n{\"b\":1}\n");
     CriaSimulacao("pendentes/a.pend",
                   "Origem: 20240315-10-2\nTipo: 6\nTransacao: 1\nRegistro: 20240101-1-0\n\n{\"a\":1}");
     CriaSimulacao("pendentes/c.pend", "Origem: 20240315-10-2\nTransacao: Exclusao\n\n{}");
     CriaSimulacao("pendentes/d.pend", "Origem: 20240315-11-2\n\n{}");
+    CriaSimulacao("pendentes/f.pend", "Origem: 20240315-10-2\nTipo: 7\n\n{}");
     CriaSimulacao("pendentes/leia-me.txt", "qualquer coisa");
-    std::vector<CXVDadosCR_PendenciaIntegracaoSistema> lista;
+    std::vector<CXVDadosCR_PendenciaIntegracaoSistema> lista(1);
     ASSERT_EQ(m_Facade.BuscaIntegracoes(Parametros(), lista), S_OK);
-    ASSERT_EQ(lista.size(), 2U);
-    EXPECT_EQ(lista[0].sJSON, "{\"a\":1}");
-    EXPECT_EQ(lista[0].eSistemaIntegracao, SimulacaoSistemaTerceiro);
-    EXPECT_EQ(lista[0].regDmcOrigem.ToString(), "20240101-1-0");
-    EXPECT_EQ(lista[1].eSistemaIntegracao, OfficialBank);
-    EXPECT_EQ(lista[1].regDmcOrigem, k_regOrigem);
-    EXPECT_EQ(lista[1].ulPonteiroFilial, 5U);
-    EXPECT_EQ(lista[1].uiBaseDadosTerceiro, 6U);
-    EXPECT_EQ(lista[1].cReconsultarIdTerceiros, 1);
+    const std::vector<CXVDadosCR_PendenciaIntegracaoSistema> listaEsperada{
+        {"{\"a\":1}", REG_XVDMC::Cria(0, 1, REG_XVDMA::Cria(2024, 1, 1)), 0, 0, SimulacaoSistemaTerceiro, 0, 0},
+        {"{\"b\":1}", k_regOrigem, 6, 7, OfficialBank, 5, 1}};
+    EXPECT_TRUE(lista == listaEsperada);
 
     CriaSimulacao("pendentes/e.pend", "Tipo: 6\n\n{}");
     EXPECT_EQ(m_Facade.BuscaIntegracoes(Parametros(), lista), CXVPastaSimulacao::k_hrDocumentoInvalido);
-    bool bNomeado = false;
-    for (const SFalhaCapturada& rFalha : m_Captura.GetFalhas())
-        bNomeado = bNomeado || rFalha.sMensagem.find("e.pend") != std::string::npos;
-    EXPECT_TRUE(bNomeado) << "the trace names the document that was refused";
+    ASSERT_FALSE(m_Captura.GetFalhas().empty());
+    EXPECT_EQ(m_Captura.GetFalhas()[0].sMensagem,
+              "Documento de simulação recusado: \"e.pend\": campo \"Origem\": falta");
 }
 
 TEST_F(SimulacaoRegrasTeste, ConsultaRespondePelaRegraDaChave) {
@@ -168,27 +169,31 @@ TEST_F(SimulacaoRegrasTeste, ConsultaRespondePelaRegraDaChave) {
     CriaSimulacao("regras/2.regra",
                   "Operacao: BuscaDadosSistemaTerceiro\nConsulta: Cnpj\nStatus: PagamentoNecessario\n");
     CriaSimulacao("documentos/recibo.pdf", std::string("%PDF\0\xFF\n", 7));
+    const struct {
+        XVUInt eTipo;
+        const char* pszChave;
+        CXVDadosCR_StatusConsultaSistemaTerceiro esperado;
+    } aCasos[] = {{eXVSMiddleware_ConsultaBoleto, "341",
+                   {"pago", "{\"valor\":10}", std::string("%PDF\0\xFF\n", 7), eXVSMiddleware_ConsultaSucesso}},
+                  {eXVSMiddleware_ConsultaBoleto, "342",
+                   {"Documento não encontrado no sistema simulado.", "", "",
+                    eXVSMiddleware_ConsultaDadosNaoEncontrados}},
+                  {eXVSMiddleware_ConsultaCnpj, "342", {"", "", "", eXVSMiddleware_ConsultaPagamentoNecessario}}};
     CXVDadosCR_ConsultaSistemaTerceiro consulta;
-    consulta.eTipoConsulta = eXVSMiddleware_ConsultaBoleto;
-    consulta.sChaveConsulta = "341";
-    CXVDadosCR_StatusConsultaSistemaTerceiro status;
-    ASSERT_EQ(m_Facade.BuscaDadosSistemaTerceiro(consulta, status), S_OK);
-    EXPECT_EQ(status.eStatusConsulta, eXVSMiddleware_ConsultaSucesso);
-    EXPECT_EQ(status.sMensagemRetorno, "pago");
-    EXPECT_EQ(status.sJSONRetorno, "{\"valor\":10}");
-    EXPECT_EQ(status.sDocumentoRetorno, std::string("%PDF\0\xFF\n", 7));
-    consulta.sChaveConsulta = "342";
-    ASSERT_EQ(m_Facade.BuscaDadosSistemaTerceiro(consulta, status), S_OK);
-    EXPECT_EQ(status.eStatusConsulta, eXVSMiddleware_ConsultaDadosNaoEncontrados);
-    EXPECT_EQ(status.sDocumentoRetorno, "");
-    consulta.eTipoConsulta = eXVSMiddleware_ConsultaCnpj;
-    ASSERT_EQ(m_Facade.BuscaDadosSistemaTerceiro(consulta, status), S_OK);
-    EXPECT_EQ(status.eStatusConsulta, eXVSMiddleware_ConsultaPagamentoNecessario);
+    CXVDadosCR_StatusConsultaSistemaTerceiro status{"velha", "velho", "velho", 9};
+    for (const auto& rCaso : aCasos) {
+        consulta.eTipoConsulta = rCaso.eTipo;
+        consulta.sChaveConsulta = rCaso.pszChave;
+        ASSERT_EQ(m_Facade.BuscaDadosSistemaTerceiro(consulta, status), S_OK);
+        EXPECT_TRUE(status == rCaso.esperado) << rCaso.pszChave;
+    }
     consulta.eTipoConsulta = eXVSMiddleware_ConsultaPagamento;
     EXPECT_EQ(m_Facade.BuscaDadosSistemaTerceiro(consulta, status), E_NOTIMPL);
     CriaSimulacao("regras/3.regra",
                   "Operacao: BuscaDadosSistemaTerceiro\nConsulta: Pagamento\nDocumento: falta.pdf\n");
     EXPECT_EQ(m_Facade.BuscaDadosSistemaTerceiro(consulta, status), eFileNotFound);
+    consulta.eTipoConsulta = eXVSMiddleware_QuantidadeTipoConsulta;
+    EXPECT_EQ(m_Facade.BuscaDadosSistemaTerceiro(consulta, status), E_INVALIDARG);
 }
 
 }  // namespace

@@ -78,7 +78,7 @@ TEST_F(UltimoErroTeste, CopiaEntreThreadsEDeUmErroSo) {
     XVEmThreads(4, [&](unsigned iThread) {
         const std::string sTexto(30, static_cast<char>('a' + iThread));
         for (int i = 0; i < 200; ++i) {
-            erro.Registra(E_FAIL, sTexto, sTexto, sTexto[0]);
+            erro.Registra(E_FAIL, sTexto, sTexto, 'a' + iThread);
             const REG_DF_ULTIMO_ERROPS reg = Copia(erro);
             EXPECT_EQ(std::string(reg.szFuncao), std::string(30, static_cast<char>(reg.ulLinha)));
             EXPECT_STREQ(reg.szFonte, reg.szFuncao);

@@ -49,7 +49,6 @@ TEST_F(ArquivoRecusado, NotaDevolveOCodigoENaoSeFazDeUmSucesso) {
 
 TEST_F(ArquivoRecusado, SemOperacaoSoOLogDiz) {
     EXPECT_EQ(Anota(eDiskFull, "/d/A.dat", nullptr), eDiskFull);
-    EXPECT_EQ(Descreve(eDiskFull), "");
     EXPECT_EQ(Mensagem("Frase.", eDiskFull), "Frase.");
     EXPECT_EQ(PathDaMensagem("Frase."), "");
     EXPECT_EQ(m_Captura.GetFalhas().size(), 1U);
