@@ -69,9 +69,16 @@ tagREG_CR_INTEGRACAO_MIDDLEWAREPS RegistroEsperado() {
             {}};
 }
 
-const CXVDadosCR_FiltroIntegracaoMiddleware k_filtro{
-    1,      2,   k_regDataHora, Outro(k_regDataHora, 1), Outro(k_regDataHora, 2), Outro(k_regDataHora, 3),
-    {1, 2}, {3}, {8, 16},       {4, 5, 6}};
+const CXVDadosCR_FiltroIntegracaoMiddleware k_filtro{1,
+                                                     2,
+                                                     k_regDataHora,
+                                                     Outro(k_regDataHora, 1),
+                                                     Outro(k_regDataHora, 2),
+                                                     Outro(k_regDataHora, 3),
+                                                     {1, 2},
+                                                     {3},
+                                                     {8, 16},
+                                                     {4, 5, 6}};
 
 TEST(DadosCRTeste, IntegracaoVaiEVoltaSemPerderCampo) {
     tagREG_CR_INTEGRACAO_MIDDLEWAREPS reg;

@@ -39,6 +39,7 @@ TEST(DocumentoSimulacaoTeste, LeOQueMaosEscrevem) {
 TEST(DocumentoSimulacaoTeste, RecusaDizALinha) {
     EXPECT_EQ(Recusa("Tipo: 1\nsem separador\n"), "linha 2: esperado \"Campo: valor\"");
     EXPECT_EQ(Recusa("Tipo: 1\n: 2\n"), "linha 2: esperado \"Campo: valor\"");
+    EXPECT_EQ(Recusa(std::string(33, 'a') + ": 1"), "linha 1: esperado \"Campo: valor\"");
     EXPECT_EQ(Recusa("Tipo: 1\ntipo: 2\n"), "linha 2: campo repetido");
     EXPECT_EQ(Recusa(std::string_view("Tipo: \0\n", 8)), "linha 1: caractere de controle no cabeçalho");
     EXPECT_EQ(Recusa("{\"json\": 1}\n"), "linha 1: esperado \"Campo: valor\"");
@@ -54,6 +55,8 @@ TEST(DocumentoSimulacaoTeste, RegraSoAceitaOQueAOperacaoConhece) {
         RecusaRegra("Operacao: EnviaJson\nTransacao: Inclusao\nTipo: 9\nStatus: Erro\nMensagem: não\n\n{}"),
         "");
     EXPECT_EQ(RecusaRegra("Operacao: BuscaDadosSistemaTerceiro\nConsulta: Cnpj\nDocumento: a-1_b.pdf\n"), "");
+    EXPECT_EQ(RecusaRegra("Operacao: EnviaJson\nTipo: 18\nStatus: 6\n"),
+              "campo \"Tipo\": valor desconhecido");
     EXPECT_NE(RecusaRegra("Tipo: 1\n").find("\"Operacao\": falta"), std::string::npos);
     for (const char* pszResto : {"Operacao: Envia\n",
                                  "Operacao: RealizaOperacaoPosterior\nStatus: 3\n",
@@ -78,7 +81,7 @@ TEST(DocumentoSimulacaoTeste, RegraSoAceitaOQueAOperacaoConhece) {
                                  "Operacao: EnviaJson\nChave: 1 2\n",
                                  "Operacao: EnviaJson\nResultado: 0x00000001\n",
                                  "Operacao: EnviaJson\nResultado: 0x80004005\nTempoEsgotado: 1\n",
-                                 "Operacao: EnviaJson\nOrigem: 20260230-1-1\n",
+                                 "Operacao: EnviaJson\nOrigem: 16388\n",
                                  "Operacao: BuscaDadosSistemaTerceiro\nDocumento: x/../../y\n",
                                  "Operacao: BuscaDadosSistemaTerceiro\nDocumento: .\n"})
         EXPECT_NE(RecusaRegra(pszResto), "") << pszResto;
@@ -106,9 +109,10 @@ TEST(DocumentoSimulacaoTeste, DocumentoExternoVoltaByteAByte) {
     EXPECT_EQ(volta.ComoDocumento().Monta(), sBytes);
     EXPECT_EQ(volta.sRetorno, documento.sRetorno);
     EXPECT_EQ(sBytes,
-              "Status: 3\nMensagem: linha uma só\nOrigem: 20240229-4294967295-2\nTipo: 4\nTransacao: 2\nFilial: 12\n"
+              "Status: 3\nMensagem: linha uma só\nOrigem: 20240229-4294967295-2\nTipo: 4\nTransacao: "
+              "2\nFilial: 12\n"
               "BaseDados: 11\nChaveRegistro: 18446744073709551615\nEspera: 5\nResultado: 0x80004006\n"
-              "Enviado: 16\n\nCampo: 1\r\n\r\n{}\n\n\n[]\r\n");
+              "Enviado: 15\n\nCampo: 1\r\n\r\n{}\n\n\n[]\r\n");
     ASSERT_TRUE(lido.Interpreta(sBytes.substr(0, sBytes.size() - documento.sRetorno.size() - 1), &sErro));
     EXPECT_FALSE(volta.Interpreta(lido, true, &sErro)) << "cut inside the JSON that was sent";
     ASSERT_TRUE(lido.Interpreta(std::string_view("Status: 3\n\n\0", 12), &sErro));

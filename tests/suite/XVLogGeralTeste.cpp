@@ -40,30 +40,41 @@ TEST_F(LogGeralTeste, MesNovoAbreArquivoNovoEArquivoVazioGanhaCabecalho) {
     EXPECT_EQ(acesso.GravaLogGeral(DFSLOG_Servico::eDFSLOG_Alteracao, "a"), S_OK);
     falhas.Programa({.eOperacao = EOperacaoArquivo::eGrava, .eCausa = ECausaArquivo::eDiscoCheio});
     EXPECT_EQ(acesso.GravaLogGeral(DFSLOG_Servico::eDFSLOG_Alteracao, "perdida"), eDiskFull);
+    EXPECT_EQ(m_Arquivos.GetQuantidadeAberta(), 0U) << "the next line opens the file anew";
     m_Relogio.Avanca(1000);
     EXPECT_EQ(acesso.GravaLogGeral(DFSLOG_Servico::eDFSLOG_Alteracao, "b"), S_OK);
     EXPECT_TRUE(Le().ends_with("31/03/2024\t23:59:59\tMATRIZ\t7\t99\t3\t0\t0\ta\n"));
     EXPECT_EQ(Le("XVLogGeral_202404.log"),
               std::string(k_pszCabecalho) + "01/04/2024\t00:00:00\tMATRIZ\t7\t99\t3\t0\t0\tb\n");
     EXPECT_EQ(m_Arquivos.GetQuantidadeAberta(), 1U);
+    m_Relogio.SetUTC({2024, 5, 1, 12, 0, 0});
+    EXPECT_EQ(acesso.GravaLogGeral(DFSLOG_Servico::eDFSLOG_Alteracao, "c"), S_OK);
+    EXPECT_TRUE(Le("XVLogGeral_202405.log").ends_with("\t3\t0\t0\tc\n"));
 }
 
-// Another process comes between the new file and its header: it waits for who writes the header.
+// Another process comes before the new file is made, or between it and its header: then it waits.
 TEST_F(LogGeralTeste, CabecalhoEscreveQuemCriouOArquivo) {
     const CXVDonoFixo dono("MATRIZ", 8, 100);
-    CXVAcessoEmpresarial um(&m_Dono);
-    CXVAcessoEmpresarial outro(&dono);
-    std::optional<HRESULT> hrOutro;
-    CXVSistemaArquivosGancho arquivos(m_Arquivos);
-    const CXVGuardaSistemaArquivos guarda(arquivos);
-    const CXVGanchoArquivos gancho([&] {
-        if (!hrOutro && Le().empty()) hrOutro = outro.GravaLogGeral(DFSLOG_Servico::eDFSLOG_Inclusao, "2");
-    });
-    EXPECT_EQ(um.GravaLogGeral(DFSLOG_Servico::eDFSLOG_Inclusao, "1"), S_OK);
-    EXPECT_EQ(hrOutro, eSharingViolation) << "the header does not come in half a second";
-    EXPECT_EQ(outro.GravaLogGeral(DFSLOG_Servico::eDFSLOG_Inclusao, "3"), S_OK);
-    EXPECT_EQ(Le(), std::string(k_pszCabecalho) + "15/03/2024\t09:00:00\tMATRIZ\t7\t99\t1\t0\t0\t1\n" +
-                        "15/03/2024\t09:00:00\tMATRIZ\t8\t100\t1\t0\t0\t3\n");
+    const std::string sLinha = "15/03/2024\t09:00:00\tMATRIZ\t8\t100\t1\t0\t0\t";
+    for (const auto& [pszAchado, hrEsperado] : {std::pair{"<ausente>", S_OK}, {"", eSharingViolation}}) {
+        CXVAcessoEmpresarial um(&m_Dono);
+        CXVAcessoEmpresarial outro(&dono);
+        std::optional<HRESULT> hrOutro;
+        CXVSistemaArquivosGancho arquivos(m_Arquivos);
+        const CXVGuardaSistemaArquivos guarda(arquivos);
+        const CXVGanchoArquivos gancho([&] {
+            if (!hrOutro && Le() == pszAchado)
+                hrOutro = outro.GravaLogGeral(DFSLOG_Servico::eDFSLOG_Inclusao, "2");
+        });
+        EXPECT_EQ(um.GravaLogGeral(DFSLOG_Servico::eDFSLOG_Inclusao, "1"), S_OK);
+        EXPECT_EQ(hrOutro, hrEsperado) << "the header does not come in half a second";
+        EXPECT_EQ(outro.GravaLogGeral(DFSLOG_Servico::eDFSLOG_Inclusao, "3"), S_OK);
+        EXPECT_EQ(Le(), k_pszCabecalho + (hrEsperado == S_OK ? sLinha + "2\n" : "") +
+                            "15/03/2024\t09:00:00\tMATRIZ\t7\t99\t1\t0\t0\t1\n" + sLinha + "3\n");
+        um.Fecha();
+        outro.Fecha();
+        ASSERT_TRUE(m_Arquivos.Apaga(PastaDados("XVLogGeral_202403.log")).Ok());
+    }
 }
 
 TEST_F(LogGeralTeste, SemDiretorioAFalhaVoltaComoCodigoENadaECriado) {
@@ -101,7 +112,8 @@ TEST_F(LogGeralTeste, CadaFalhaDoDiscoVoltaComoCodigoEALinhaSeguinteEntraInteira
     }
 }
 
-// One object for all threads: the thread sanitizer watches it, and a second object stands for another process.
+// One object for all threads: the thread sanitizer watches it, and a second object stands for another
+// process.
 TEST_F(LogGeralTeste, ThreadsDeUmObjetoEOutroProcessoNaoMisturamLinhas) {
     const std::string sTexto(300, 'x');
     CXVAcessoEmpresarial comum(&m_Dono);

@@ -57,12 +57,11 @@ class ProvedorPluginTeste : public CXVCenarioSuite {
             g_pBiblioteca->fnDados(p);
             return std::int32_t{0};
         };
-        m_Biblioteca.tabela.pfnBuscaIntegracoes = [](void*, const XVProvedorDono*,
-                                                     const XVProvedorParametros*,
-                                                     XVProvedorListaPendencias* p) {
-            g_pBiblioteca->fnLista(p);
-            return std::int32_t{0};
-        };
+        m_Biblioteca.tabela.pfnBuscaIntegracoes =
+            [](void*, const XVProvedorDono*, const XVProvedorParametros*, XVProvedorListaPendencias* p) {
+                g_pBiblioteca->fnLista(p);
+                return std::int32_t{0};
+            };
         m_Biblioteca.tabela.pfnBuscaDadosSistemaTerceiro =
             [](void*, const XVProvedorDono*, const XVProvedorConsulta*, XVProvedorStatusConsulta* p) {
                 g_pBiblioteca->fnConsulta(p);
@@ -80,9 +79,15 @@ TEST_F(ProvedorPluginTeste, TextosImpossiveisSaoRecusados) {
     using TFaz = std::function<void(XVProvedorBuffer*)>;
     const TFaz aImpossiveis[] = {
         [](XVProvedorBuffer* p) { Preenche(p, std::string_view("a\0b", 3)); },
-        [](XVProvedorBuffer* p) { *p = {nullptr, 5, 1, 0}; },
-        [](XVProvedorBuffer* p) { *p = {Aloca(3), 0x1'0000'0000ULL, 1, 0}; },
-        [](XVProvedorBuffer* p) { *p = {Aloca(3), 3, 0, 0}; },
+        [](XVProvedorBuffer* p) {
+            *p = {nullptr, 5, 1, 0};
+        },
+        [](XVProvedorBuffer* p) {
+            *p = {Aloca(3), 0x1'0000'0000ULL, 1, 0};
+        },
+        [](XVProvedorBuffer* p) {
+            *p = {Aloca(3), 3, 0, 0};
+        },
     };
     const auto pProvedor = Provedor();
     CXVDadosCR_IntegracaoMiddleware antes;
@@ -142,8 +147,9 @@ TEST_F(ProvedorPluginTeste, OperacaoAusenteESistemaSemProvedorSaoENotimpl) {
     const auto pProvedor = CXVProvedorAdaptador::Cria(&Obtem, Mercos, &m_sMotivo);
     CXVDadosCR_IntegracaoMiddleware dados;
     CXVDadosCR_ParametrosIntegracao parametros;
-    for (const auto pOperacao : {&IXVProvedorIntegracao::RealizaOperacaoAnterior, &IXVProvedorIntegracao::EnviaJson,
-                                 &IXVProvedorIntegracao::BuscaDados, &IXVProvedorIntegracao::ExcluiDados})
+    for (const auto pOperacao :
+         {&IXVProvedorIntegracao::RealizaOperacaoAnterior, &IXVProvedorIntegracao::EnviaJson,
+          &IXVProvedorIntegracao::BuscaDados, &IXVProvedorIntegracao::ExcluiDados})
         EXPECT_EQ((*pProvedor.*pOperacao)(m_Dono, dados), E_NOTIMPL);
     EXPECT_EQ(pProvedor->RealizaOperacaoPosterior(m_Dono, parametros), E_NOTIMPL);
     EXPECT_EQ(pProvedor->AtualizaParametrosIntegracao(m_Dono, parametros), E_NOTIMPL);

@@ -50,6 +50,8 @@ TEST_F(SimulacaoFalhasTeste, CadaFalhaDoDiscoVoltaEODocumentoAnteriorFica) {
             bHouveFalha = falhas.GetFalhasOcorridas() != 0;
         }
         EXPECT_EQ(m_Arquivos.GetQuantidadeAberta(), 0U) << uiFalha;
+        for (const auto& [sCaminho, arquivo] : m_Arquivos.Retrata())
+            EXPECT_FALSE(sCaminho.ends_with(".novo")) << "a temporary file stayed: " << uiFalha;
         EXPECT_EQ(FAILED(hrEnvio) || FAILED(hrExclusao), bHouveFalha) << uiFalha;
         EXPECT_EQ(captura.GetFalhas().empty(), !bHouveFalha) << uiFalha;
         EXPECT_EQ(LeSimulacao("1.doc") == sDocumento, SUCCEEDED(hrEnvio) || FAILED(hrExclusao)) << uiFalha;
@@ -57,6 +59,32 @@ TEST_F(SimulacaoFalhasTeste, CadaFalhaDoDiscoVoltaEODocumentoAnteriorFica) {
         EXPECT_EQ(Envia(&uiChave), S_OK) << "the next call works: " << uiFalha;
         EXPECT_GT(uiChave, SUCCEEDED(hrEnvio) ? 2U : 1U) << uiFalha;
     }
+}
+
+TEST_F(SimulacaoFalhasTeste, SobraDeUmProcessoMortoNaoEntraNoDocumento) {
+    ASSERT_EQ(Envia(), S_OK);
+    CXVSistemaArquivosFalhas falhas(m_Arquivos);
+    const CXVGuardaSistemaArquivos guarda(falhas);
+    falhas.SetFiltro([this](const std::string& sCaminho) {
+        const bool bNovo = sCaminho.ends_with(".novo");
+        if (bNovo && m_Arquivos.Existe(sCaminho) == EExistencia::eAusente)
+            m_Arquivos.CriaArquivo(sCaminho, std::string(1000, 'x'));
+        return bNovo;
+    });
+    ASSERT_EQ(Envia(), S_OK);
+    EXPECT_EQ(falhas.GetQuantidade(EOperacaoArquivo::eSincroniza), 2U) << "counter and document";
+    EXPECT_EQ(LeSimulacao("contador.doc"), "Ultima: 2\n\n");
+    EXPECT_TRUE(LeSimulacao("2.doc").ends_with("\"aceito\"}"));
+}
+
+TEST_F(SimulacaoFalhasTeste, DocumentoQueNaoSePodeOlharNaoEPulado) {
+    CXVSistemaArquivosFalhas falhas(m_Arquivos);
+    const CXVGuardaSistemaArquivos guarda(falhas);
+    falhas.SetFiltro([](const std::string& sCaminho) { return sCaminho.ends_with("1.doc"); });
+    falhas.Programa({.eOperacao = EOperacaoArquivo::eConsulta});
+    const CXVCapturaTrace captura;
+    EXPECT_EQ(Envia(), eAccessDenied);
+    EXPECT_EQ(LeSimulacao("contador.doc"), "<ausente>");
 }
 
 TEST_F(SimulacaoFalhasTeste, ProcessoMortoEntreDoisPassosNaoDeixaMeioDocumento) {

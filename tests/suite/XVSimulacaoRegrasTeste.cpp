@@ -41,7 +41,9 @@ TEST_F(SimulacaoRegrasTeste, PrimeiraRegraQueValeDecide) {
     CriaSimulacao(
         "regras/20.regra",
         "Operacao: EnviaJson\nContem: urgente\nOrigem: 20240315-10-2\nTipo: CadastroProduto\n"
+        "Transacao: Inclusao\n"
         "NovaChave: 900\nNovaChaveRegistro: 901\nStatus: Enviado\nMensagem: na fila\n\n{\"fila\":1}\n");
+    CriaSimulacao("regras/15.regra", "Operacao: EnviaJson\nOrigem: 20240315-11-2\nNovaChave: 3\n");
     CriaSimulacao("regras/30.regra", "Operacao: EnviaJson\nNovaChave: 2\n");
     CriaSimulacao("regras/05.regra.txt", "isto não é regra");
     auto dados = Dados("{\"urgente\":true}");
@@ -78,6 +80,7 @@ TEST_F(SimulacaoRegrasTeste, RecusaFalhaETempoEsgotadoNaoGuardamNada) {
 
 TEST_F(SimulacaoRegrasTeste, RegraPrevaleceSobreODocumentoAoConsultarEAoExcluir) {
     CriaSimulacao("7.doc", "Status: Sucesso\nMensagem: do documento\n\n{\"doc\":1}");
+    CriaSimulacao("regras/0.regra", "Operacao: BuscaDados\nChave: 8\nStatus: Erro\n");
     CriaSimulacao("regras/1.regra", "Operacao: BuscaDados\nChave: 7\nStatus: Cancelado\n\n{\"regra\":1}");
     CriaSimulacao("regras/2.regra", "Operacao: ExcluiDados\nStatus: Erro\nMensagem: já faturado\n");
     auto dados = Dados();
@@ -117,9 +120,16 @@ TEST_F(SimulacaoRegrasTeste, ParametrosMudamSoNoQueARegraDizESoParaQuemElaVale) 
         "Operacao: AtualizaParametrosIntegracao\nTipo: CadastroProduto\nNovoTipo: CadastroTabelaPreco\n"
         "NovaTransacao: Alteracao\nNovaFilial: 8\nNovaOrigem: 20240316-11-2\nNovaChaveRegistro: 44\n");
     const REG_XVDMC regIntegracao = REG_XVDMC::Cria(1, 2, REG_XVDMA::Cria(2024, 3, 15));
-    CXVDadosCR_ParametrosIntegracao parametros{
-        k_regOrigem, regIntegracao, 5, 6, eXVSMiddleware_CadastroProduto, SimulacaoSistemaTerceiro,
-        eXVSMiddleware_Inclusao, 7, 9, 10};
+    CXVDadosCR_ParametrosIntegracao parametros{k_regOrigem,
+                                               regIntegracao,
+                                               5,
+                                               6,
+                                               eXVSMiddleware_CadastroProduto,
+                                               SimulacaoSistemaTerceiro,
+                                               eXVSMiddleware_Inclusao,
+                                               7,
+                                               9,
+                                               10};
     ASSERT_EQ(m_Facade.AtualizaParametrosIntegracao(parametros), S_OK);
     const CXVDadosCR_ParametrosIntegracao esperado{REG_XVDMC::Cria(2, 11, REG_XVDMA::Cria(2024, 3, 16)),
                                                    regIntegracao,
@@ -138,9 +148,9 @@ TEST_F(SimulacaoRegrasTeste, ParametrosMudamSoNoQueARegraDizESoParaQuemElaVale) 
 }
 
 TEST_F(SimulacaoRegrasTeste, PendenciasDaOrigemEmOrdemDeNome) {
-    CriaSimulacao(
-        "pendentes/b.pend",
-        "Origem: 20240315-10-2\nSistema: 8\nFilial: 5\nBaseDados: 6\nChaveRegistro: 7\nReconsultar: 1\n\n{\"b\":1}\n");
+    CriaSimulacao("pendentes/b.pend",
+                  "Origem: 20240315-10-2\nSistema: 8\nFilial: 5\nBaseDados: 6\nChaveRegistro: "
+                  "7\nReconsultar: 1\n\n{\"b\":1}\n");
     CriaSimulacao("pendentes/a.pend",
                   "Origem: 20240315-10-2\nTipo: 6\nTransacao: 1\nRegistro: 20240101-1-0\n\n{\"a\":1}");
     CriaSimulacao("pendentes/c.pend", "Origem: 20240315-10-2\nTransacao: Exclusao\n\n{}");
@@ -150,7 +160,8 @@ TEST_F(SimulacaoRegrasTeste, PendenciasDaOrigemEmOrdemDeNome) {
     std::vector<CXVDadosCR_PendenciaIntegracaoSistema> lista(1);
     ASSERT_EQ(m_Facade.BuscaIntegracoes(Parametros(), lista), S_OK);
     const std::vector<CXVDadosCR_PendenciaIntegracaoSistema> listaEsperada{
-        {"{\"a\":1}", REG_XVDMC::Cria(0, 1, REG_XVDMA::Cria(2024, 1, 1)), 0, 0, SimulacaoSistemaTerceiro, 0, 0},
+        {"{\"a\":1}", REG_XVDMC::Cria(0, 1, REG_XVDMA::Cria(2024, 1, 1)), 0, 0, SimulacaoSistemaTerceiro, 0,
+         0},
         {"{\"b\":1}", k_regOrigem, 6, 7, OfficialBank, 5, 1}};
     EXPECT_TRUE(lista == listaEsperada);
 
@@ -173,12 +184,15 @@ TEST_F(SimulacaoRegrasTeste, ConsultaRespondePelaRegraDaChave) {
         XVUInt eTipo;
         const char* pszChave;
         CXVDadosCR_StatusConsultaSistemaTerceiro esperado;
-    } aCasos[] = {{eXVSMiddleware_ConsultaBoleto, "341",
-                   {"pago", "{\"valor\":10}", std::string("%PDF\0\xFF\n", 7), eXVSMiddleware_ConsultaSucesso}},
-                  {eXVSMiddleware_ConsultaBoleto, "342",
-                   {"Documento não encontrado no sistema simulado.", "", "",
-                    eXVSMiddleware_ConsultaDadosNaoEncontrados}},
-                  {eXVSMiddleware_ConsultaCnpj, "342", {"", "", "", eXVSMiddleware_ConsultaPagamentoNecessario}}};
+    } aCasos[] = {
+        {eXVSMiddleware_ConsultaBoleto,
+         "341",
+         {"pago", "{\"valor\":10}", std::string("%PDF\0\xFF\n", 7), eXVSMiddleware_ConsultaSucesso}},
+        {eXVSMiddleware_ConsultaBoleto,
+         "342",
+         {"Documento não encontrado no sistema simulado.", "", "",
+          eXVSMiddleware_ConsultaDadosNaoEncontrados}},
+        {eXVSMiddleware_ConsultaCnpj, "342", {"", "", "", eXVSMiddleware_ConsultaPagamentoNecessario}}};
     CXVDadosCR_ConsultaSistemaTerceiro consulta;
     CXVDadosCR_StatusConsultaSistemaTerceiro status{"velha", "velho", "velho", 9};
     for (const auto& rCaso : aCasos) {

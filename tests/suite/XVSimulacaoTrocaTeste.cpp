@@ -41,9 +41,10 @@ CXVDadosCR_IntegracaoMiddleware Dados(XVUInt ulOrigem) {
 }
 
 // What the simulated system keeps of Dados(1) and answers.
-std::string Documento(XVUInt eStatus, const char* pszMensagem, const char* pszEspera, const char* pszSituacao) {
-    return "Status: " + std::to_string(eStatus) + "\nMensagem: " + pszMensagem + "\nOrigem: 20240315-1-2\nTipo: " +
-           std::to_string(eXVSMiddleware_BuscaPedidos) +
+std::string Documento(XVUInt eStatus, const char* pszMensagem, const char* pszEspera,
+                      const char* pszSituacao) {
+    return "Status: " + std::to_string(eStatus) + "\nMensagem: " + pszMensagem +
+           "\nOrigem: 20240315-1-2\nTipo: " + std::to_string(eXVSMiddleware_BuscaPedidos) +
            "\nTransacao: 2\nFilial: 32\nBaseDados: 31\nChaveRegistro: 55\n" + pszEspera +
            "Enviado: 16\n\n{\"a\":\"ção\r\n\"}\n{\"chave\":\"1\",\"situacao\":\"" + pszSituacao + "\"}";
 }
@@ -72,9 +73,9 @@ TEST_F(SimulacaoTrocaTeste, DocumentoEnviadoLidoCanceladoELidoDeNovoGuardaTudo) 
     ASSERT_EQ(CXVTroca::BuscaDadosIntegracaoSistemasTerceiros(dados, &parametros, &m_Dono), S_OK);
     responde(eXVSMiddleware_Enviado, "em análise", "analise");
     EXPECT_TRUE(dados == esperado);
-    EXPECT_TRUE(parametros ==
-                (CXVDadosCR_ParametrosIntegracao{Origem(1), Origem(1001), 55, 31, eXVSMiddleware_BuscaPedidos,
-                                                 SimulacaoSistemaTerceiro, eXVSMiddleware_Alteracao, 32, 35, 36}));
+    EXPECT_TRUE(parametros == (CXVDadosCR_ParametrosIntegracao{
+                                  Origem(1), Origem(1001), 55, 31, eXVSMiddleware_BuscaPedidos,
+                                  SimulacaoSistemaTerceiro, eXVSMiddleware_Alteracao, 32, 35, 36}));
     ASSERT_EQ(CXVTroca::ExcluiDadosIntegracaoSistemasTerceiros(dados, &m_Dono), S_OK);
     responde(eXVSMiddleware_Cancelado, "Documento cancelado no sistema simulado.", "cancelado");
     EXPECT_TRUE(dados == esperado);
@@ -114,6 +115,10 @@ TEST_F(SimulacaoTrocaTeste, ChaveNuncaSobrepoeDocumentoMesmoSemContador) {
         EXPECT_EQ(dados.uiChaveIntegracaoSistemaTerceiro, uiEsperada);
     }
     EXPECT_EQ(LeSimulacao("1.doc"), "Status: Sucesso\n");
+    ASSERT_TRUE(m_Arquivos.Apaga(m_Arquivos.Junta(PastaDados("simulacao"), "4.doc")).Ok());
+    auto seguinte = Dados(1);
+    ASSERT_EQ(CXVTroca::EnviaJsonIntegracaoSistemasTerceiros(seguinte, &m_Dono), S_OK);
+    EXPECT_EQ(seguinte.uiChaveIntegracaoSistemaTerceiro, 5U) << "a key is issued once";
     CriaSimulacao("contador.doc", "Ultima: 18446744073709551615\n");
     auto dados = Dados(1);
     const CXVCapturaTrace captura;
@@ -127,6 +132,10 @@ TEST_F(SimulacaoTrocaTeste, SemChaveEODocumentoMaisNovoDaOrigemEDoTipo) {
         ASSERT_EQ(CXVTroca::EnviaJsonIntegracaoSistemasTerceiros(dados, &m_Dono), S_OK);
     }
     CriaSimulacao("3.doc", "Origem: 20240315-1-2\n");  // of no type
+    auto outroTipo = Dados(1);
+    outroTipo.eTipoIntegracao = 1;
+    ASSERT_EQ(CXVTroca::BuscaDadosIntegracaoSistemasTerceiros(outroTipo, nullptr, &m_Dono), S_OK);
+    EXPECT_EQ(outroTipo.uiChaveIntegracaoSistemaTerceiro, 0U);
     for (const XVUInt64 uiEsperada : {2U, 1U, 0U}) {
         auto semChave = Dados(1);
         ASSERT_EQ(CXVTroca::ExcluiDadosIntegracaoSistemasTerceiros(semChave, &m_Dono), S_OK);

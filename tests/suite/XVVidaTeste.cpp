@@ -100,6 +100,15 @@ TEST_F(VidaTeste, ObjetosDaMesmaEmpresaFalamEmNomeDaChamadaEmCurso) {
     EXPECT_EQ(CXVBaseParaRotinas::GetAcessoDefault(), nullptr);
 }
 
+TEST_F(VidaTeste, ObjetoFinalizadoSoltaOLogGeral) {
+    CXVBaseParaRotinas base;
+    ASSERT_EQ(base.Inicializa(&m_Dono), S_OK);
+    EXPECT_EQ(base.GetAcessoEmpresarial()->GravaLogGeral(DFSLOG_Servico::eDFSLOG_Inclusao, "x"), S_OK);
+    EXPECT_EQ(m_Arquivos.GetQuantidadeAberta(), 1U);
+    EXPECT_EQ(base.Finaliza(), S_OK);
+    EXPECT_EQ(m_Arquivos.GetQuantidadeAberta(), 0U);
+}
+
 TEST_F(VidaTeste, ObjetoDestruidoDeixaDeSerOAcessoDaThread) {
     {
         CXVBaseParaRotinas passageiro;

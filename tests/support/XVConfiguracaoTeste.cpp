@@ -9,7 +9,8 @@
 TEST(PerfilPrivado, LeComoOsPerfisDoSistema) {
     const CXVPerfilPrivado perfil(
         "\xEF\xBB\xBF; um comentario\r\n[Outra]\r\nEntrada=9\r\n [ LOG ] \r\n;Saida=5\r\n  entrada = 1 \r\n"
-        "ENTRADA=7\r\nTexto=  \"com espacos \"  \r\nSimples='a\"'\r\nMeia='\r\nSemIgual\r\nVazia=\r\nHexa=0x1fG\r\n"
+        "ENTRADA=7\r\nTexto=  \"com espacos \"  "
+        "\r\nSimples='a\"'\r\nMeia='\r\nSemIgual\r\nVazia=\r\nHexa=0x1fG\r\n"
         "Sujo=12abc\r\nNegativo=-3\r\nMais=+3\r\nGrande=99999999999999999999\r\nOctal=0o178\r\n"
         "Binario=0b1012\r\nLetras=abc\r\n#Saida=6\r\n[Log]\r\nTardia=1");
     const struct {
@@ -18,7 +19,8 @@ TEST(PerfilPrivado, LeComoOsPerfisDoSistema) {
     } aNumeros[] = {{"Entrada", 1}, {"SAIDA", 600}, {"Vazia", 600},   {"Ausente", 600},
                     {"Hexa", 31},   {"Sujo", 12},   {"Negativo", -3}, {"Mais", 3},
                     {"Octal", 15},  {"Binario", 5}, {"Letras", 0},    {"Grande", INT64_MAX}};
-    for (const auto& r : aNumeros) EXPECT_EQ(perfil.LeInteiro("Log", r.pszChave, 600), r.iEsperado) << r.pszChave;
+    for (const auto& r : aNumeros)
+        EXPECT_EQ(perfil.LeInteiro("Log", r.pszChave, 600), r.iEsperado) << r.pszChave;
     EXPECT_EQ(perfil.LeTexto("log", "Texto"), "com espacos ");
     EXPECT_EQ(perfil.LeTexto("Log", "Simples"), "a\"");
     EXPECT_EQ(perfil.LeTexto("Log", "Meia"), "'");

@@ -49,13 +49,17 @@ TEST(Excecoes, CadaLinhaDaTabela) {
         int iFins = 0;
     } aCasos[] = {
         {"CXVExceptionEx", [] { throw CXVExceptionEx(XVHResult(0x81080A04U)); }, 0x81080A04U},
-        {"CXVException sem codigo", [] { Lanca<CXVException>(new CContada<CXVException>(0)); }, 0x8004EA61U, 1},
-        {"CXVException com codigo", [] { Lanca<CXVException>(new CContada<CXVException>(0x1234)); }, 0x80041234U, 1},
-        {"CFileException", [] { Lanca<CFileException>(new CContada<CFileException>(0x30005)); }, 0x80070005U, 1},
+        {"CXVException sem codigo", [] { Lanca<CXVException>(new CContada<CXVException>(0)); }, 0x8004EA61U,
+         1},
+        {"CXVException com codigo", [] { Lanca<CXVException>(new CContada<CXVException>(0x1234)); },
+         0x80041234U, 1},
+        {"CFileException", [] { Lanca<CFileException>(new CContada<CFileException>(0x80005)); }, 0x80070005U,
+         1},
         {"CFileException sem erro", [] { throw new CFileException(0); }, 0},
         {"CFileException negativo", [] { throw new CFileException(-2); }, 0xFFFFFFFEU},
         {"CMemoryException", [] { Lanca<CMemoryException>(new CContada<CMemoryException>); }, 0x8004EA62U, 1},
-        {"CInvalidArgException", [] { Lanca<CInvalidArgException>(new CContada<CInvalidArgException>); }, 0x8004EA67U, 1},
+        {"CInvalidArgException", [] { Lanca<CInvalidArgException>(new CContada<CInvalidArgException>); },
+         0x8004EA67U, 1},
         {"CException", [] { Lanca<CException>(new CContada<CException>); }, 0x8004EA63U, 1},
         {"long", [] { throw static_cast<long>(0x81080A04L); }, 0x81080A04U},
         {"long negativo", [] { throw static_cast<long>(XVHResult(0x81080A04U)); }, 0x81080A04U},
@@ -90,9 +94,9 @@ TEST(Errno, NumerosDesteSistemaPeloNome) {
     const struct {
         int iErrno;
         XVUInt ulEsperado;
-    } aCasos[] = {{ENOSPC, 0x8004EAF5U},  {ESPIPE, 0x8004EAF6U},       {EDEADLK, 0x8004EAFCU},
-                  {ENOLCK, 0x8004EAFEU},  {ENAMETOOLONG, 0x8004EAFDU}, {ENOSYS, 0x8004EAFFU},
-                  {EILSEQ, 0x8004EB01U},  {ENOTEMPTY, 0x8004EB00U},    {0, 0x8004EA60U},
+    } aCasos[] = {{ENOSPC, 0x8004EAF5U},   {ESPIPE, 0x8004EAF6U},       {EDEADLK, 0x8004EAFCU},
+                  {ENOLCK, 0x8004EAFEU},   {ENAMETOOLONG, 0x8004EAFDU}, {ENOSYS, 0x8004EAFFU},
+                  {EILSEQ, 0x8004EB01U},   {ENOTEMPTY, 0x8004EB00U},    {0, 0x8004EA60U},
                   {ETIMEDOUT, 0x8004EA60U}};
     for (const auto& r : aCasos) {
         errno = r.iErrno;
@@ -167,11 +171,11 @@ TEST(Trap, ParametroInvalidoTerminaOMetodoComOHResultDoErrnoEDizOMaisInterno) {
                       recusa();
                   }),
                   XVHResult(0x8004EAF0U));
-        EXPECT_EQ(Traduz(recusa), XVHResult(0x8004EAF0U));
+        for (int i = 0; i < 2; ++i) EXPECT_EQ(Traduz(recusa), XVHResult(0x8004EAF0U));
     }
-    ASSERT_EQ(captura.GetFalhas().size(), 2U);
+    ASSERT_EQ(captura.GetFalhas().size(), 3U);
     EXPECT_EQ(captura.GetFalhas()[0].iLinha, 5);
-    const SFalhaCapturada& r = captura.GetFalhas()[1];
+    const SFalhaCapturada& r = captura.GetFalhas()[2];
     EXPECT_EQ(r.sFuncao, k_metodo.pszFuncao);
     EXPECT_EQ(r.sFonte, "XVCR_Middleware");
     EXPECT_EQ(r.iLinha, 321);

@@ -177,9 +177,10 @@ TEST(LinhaErro, LinhaInteira) {
               ComColunas("12:30:09", "CModelo<struct REG_TESTE_V1>::Grava",
                          "tests/support/XVLinhasLogTeste.cpp\t" + sLinhaFonte, "ERRO",
                          "<disponivel>\t<total>\t<componente>\tVersaoTelvo = " +
-                             XVAmbienteSO::GetVersaoExecutavel() + "\tVersaoSO = " +
-                             XVAmbienteSO::GetVersaoSistema() + "\tArquivo = tests/support/Modelo\tLinha = " +
-                             sLinhaFonte + "\tLog = hr = Conta(uiPosicao)\thr = 0X80004005 \tSEVERITY = 1 "
+                             XVAmbienteSO::GetVersaoExecutavel() +
+                             "\tVersaoSO = " + XVAmbienteSO::GetVersaoSistema() +
+                             "\tArquivo = tests/support/Modelo\tLinha = " + sLinhaFonte +
+                             "\tLog = hr = Conta(uiPosicao)\thr = 0X80004005 \tSEVERITY = 1 "
                              "SEVERITY_ERROR\tFACILITY = 0 FACILITY_NULL\tCODE = 16389 \tDescrição = "
                              "E_FAIL\t\t\t\t"));
     EXPECT_NE(linhas[1][5], linhas[2][5]) << "each record has a mark of its own";
@@ -320,8 +321,8 @@ TEST(Escopo, EntradaESaidaInteiras) {
     const long long llGanho = aMemoria(linhas[2]) - aMemoria(linhas[1]);
     EXPECT_GT(llGanho, 4'000'000) << "the component's memory at the entry and at the exit";
     EXPECT_EQ(linhas[1][5], linhas[2][5]);
-    EXPECT_EQ(Linha(linhas[1]), ComColunas("12:30:09", "CBase::Faz", "\t", "ENTROU",
-                                           sMemorias + "0\t0" + sParametros));
+    EXPECT_EQ(Linha(linhas[1]),
+              ComColunas("12:30:09", "CBase::Faz", "\t", "ENTROU", sMemorias + "0\t0" + sParametros));
     EXPECT_EQ(Linha(linhas[2]), ComColunas("12:30:11", "CBase::Faz", "\t", "SAIU",
                                            sMemorias + "2250\t" + std::to_string(llGanho) + sParametros));
 }
@@ -371,13 +372,15 @@ TEST(Escopo, SomenteOQueLogIniPede) {
                   {"Entrada=1\nProcessos=outro.exe", "CBase", "", ""},
                   {"Entrada=1\nSaida=1", "CBase", "Entrada=1", "ENTROU- "},
                   {"Entrada=1\nSaida=1", "CBase", "Saida=1\nProcessos=outro.exe", "ENTROU- "}};
-    for (const auto& r : aCasos) EXPECT_EQ(tipos(r.pszValores, r.pszClasse, r.pszDepois), r.pszTipos) << r.pszValores;
+    for (const auto& r : aCasos)
+        EXPECT_EQ(tipos(r.pszValores, r.pszClasse, r.pszDepois), r.pszTipos) << r.pszValores;
 }
 
 TEST(Escopo, MaisDeNoveParametrosNaoDesalinham) {
     const CXVBancadaTrace bancada;
     SProfilerEvento evento(ETipoEvento::eEntrada, nullptr);
-    for (char c = 'a'; c <= 'j'; ++c) evento.listaParametros.emplace_back(std::string(1, c), "1");
+    for (std::size_t i = 0; i < 10; ++i)
+        evento.listaParametros.emplace_back(std::string_view("abcdefghij").substr(i, 1), "1");
     const TLinhas linhas = CXVBancadaTrace::SeparaColunas(XVProfilerLinha::MontaLinha(evento));
     ExpectRetangular(linhas, k_uiColunasProfiler);
     EXPECT_EQ(linhas[0].back(), "i = 1");
