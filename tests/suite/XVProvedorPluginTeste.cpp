@@ -11,6 +11,8 @@
 
 namespace {
 
+constexpr HRESULT k_hrInvalida = CXVProvedorAdaptador::k_hrRespostaInvalida;
+
 // The library: what a test tells it to answer.
 struct SBiblioteca {
     XVProvedorTabela tabela{};
@@ -53,20 +55,12 @@ class ProvedorPluginTeste : public CXVCenarioSuite {
         std::memcpy(pBuffer->pBytes, s.data(), s.size());
     }
     std::unique_ptr<IXVProvedorIntegracao> Provedor() {
-        m_Biblioteca.tabela.pfnEnviaJson = [](void*, const XVProvedorDono*, XVProvedorDados* p) {
-            g_pBiblioteca->fnDados(p);
-            return std::int32_t{0};
+        XVProvedorTabela& r = m_Biblioteca.tabela;
+        r.pfnEnviaJson = [](void*, auto, auto p) { return g_pBiblioteca->fnDados(p), 0; };
+        r.pfnBuscaIntegracoes = [](void*, auto, auto, auto p) { return g_pBiblioteca->fnLista(p), 0; };
+        r.pfnBuscaDadosSistemaTerceiro = [](void*, auto, auto, auto p) {
+            return g_pBiblioteca->fnConsulta(p), 0;
         };
-        m_Biblioteca.tabela.pfnBuscaIntegracoes =
-            [](void*, const XVProvedorDono*, const XVProvedorParametros*, XVProvedorListaPendencias* p) {
-                g_pBiblioteca->fnLista(p);
-                return std::int32_t{0};
-            };
-        m_Biblioteca.tabela.pfnBuscaDadosSistemaTerceiro =
-            [](void*, const XVProvedorDono*, const XVProvedorConsulta*, XVProvedorStatusConsulta* p) {
-                g_pBiblioteca->fnConsulta(p);
-                return std::int32_t{0};
-            };
         return CXVProvedorAdaptador::Cria(&Obtem, Mercos, &m_sMotivo);
     }
 
@@ -101,14 +95,15 @@ TEST_F(ProvedorPluginTeste, TextosImpossiveisSaoRecusados) {
                 p->uiChaveIntegracaoSistemaTerceiro = 9;
             };
             CXVDadosCR_IntegracaoMiddleware dados = antes;
-            EXPECT_EQ(pProvedor->EnviaJson(m_Dono, dados), CXVProvedorAdaptador::k_hrRespostaInvalida);
+            EXPECT_EQ(pProvedor->EnviaJson(m_Dono, dados), k_hrInvalida);
             EXPECT_TRUE(dados == antes);
         }
     }
 }
 
-TEST_F(ProvedorPluginTeste, RespostaAConsultaForaDaFaixaOuComTextoImpossivelERecusada) {
+TEST_F(ProvedorPluginTeste, RespostaAConsultaOuListaImpossivelERecusada) {
     const auto pProvedor = Provedor();
+    using TStatus = CXVDadosCR_StatusConsultaSistemaTerceiro;
     for (const XVUInt ulCaso : {0U, 1U, 2U}) {
         m_Biblioteca.fnConsulta = [ulCaso](XVProvedorStatusConsulta* p) {
             p->eStatusConsulta = ulCaso == 0 ? XVUInt{eXVSMiddleware_QuantidadeStatusConsulta} : 1U;
@@ -116,29 +111,17 @@ TEST_F(ProvedorPluginTeste, RespostaAConsultaForaDaFaixaOuComTextoImpossivelERec
             if (ulCaso == 1) Preenche(&p->bufMensagemRetorno, std::string_view("a\0b", 3));
             if (ulCaso == 2) Preenche(&p->bufJSONRetorno, std::string_view("a\0b", 3));
         };
-        CXVDadosCR_StatusConsultaSistemaTerceiro status{"antes", "{}", "doc", 2};
-        EXPECT_EQ(pProvedor->BuscaDadosSistemaTerceiro(m_Dono, {}, status),
-                  CXVProvedorAdaptador::k_hrRespostaInvalida);
-        EXPECT_TRUE(status == (CXVDadosCR_StatusConsultaSistemaTerceiro{"antes", "{}", "doc", 2}));
-    }
-}
-
-TEST_F(ProvedorPluginTeste, ListaQueNaoSePodePercorrerERecusada) {
-    const XVProvedorListaPendencias aListas[] = {
-        {0, sizeof(XVProvedorPendencia), nullptr, 1, 0},
-        {0, 1, nullptr, 1, 0},
-        {0, sizeof(XVProvedorPendencia), nullptr, 1'000'001, 0},
-    };
-    const auto pProvedor = Provedor();
-    for (const XVProvedorListaPendencias& rLista : aListas) {
-        m_Biblioteca.fnLista = [&](XVProvedorListaPendencias* p) {
-            *p = rLista;
-            // One element is there, whatever the list says of it.
-            if (&rLista != &aListas[0])
-                p->pLista = static_cast<XVProvedorPendencia*>(Aloca(sizeof(XVProvedorPendencia)));
+        TStatus status{"antes", "{}", "doc", 2};
+        EXPECT_EQ(pProvedor->BuscaDadosSistemaTerceiro(m_Dono, {}, status), k_hrInvalida);
+        EXPECT_TRUE(status == (TStatus{"antes", "{}", "doc", 2}));
+        // No address, elements of another size, more of them than there can be.
+        m_Biblioteca.fnLista = [ulCaso](XVProvedorListaPendencias* p) {
+            p->ulTamanhoElemento = ulCaso == 1 ? 1 : sizeof(XVProvedorPendencia);
+            p->ulQuantidade = ulCaso == 2 ? 1'000'001 : 1;
+            if (ulCaso != 0) p->pLista = static_cast<XVProvedorPendencia*>(Aloca(sizeof *p->pLista));
         };
         std::vector<CXVDadosCR_PendenciaIntegracaoSistema> lista(1);
-        EXPECT_EQ(pProvedor->BuscaIntegracoes(m_Dono, {}, lista), CXVProvedorAdaptador::k_hrRespostaInvalida);
+        EXPECT_EQ(pProvedor->BuscaIntegracoes(m_Dono, {}, lista), k_hrInvalida);
         EXPECT_EQ(lista.size(), 1U);
     }
 }

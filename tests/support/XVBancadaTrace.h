@@ -2,7 +2,6 @@
 // log.ini that each test writes.
 #pragma once
 
-#include <regex>
 #include <string>
 #include <vector>
 
