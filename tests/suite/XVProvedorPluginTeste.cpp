@@ -104,10 +104,13 @@ TEST_F(ProvedorPluginTeste, TextosImpossiveisSaoRecusados) {
 TEST_F(ProvedorPluginTeste, RespostaAConsultaOuListaImpossivelERecusada) {
     const auto pProvedor = Provedor();
     using TStatus = CXVDadosCR_StatusConsultaSistemaTerceiro;
-    for (const XVUInt ulCaso : {0U, 1U, 2U}) {
+    for (const XVUInt ulCaso : {0U, 1U, 2U, 3U}) {
         m_Biblioteca.fnConsulta = [ulCaso](XVProvedorStatusConsulta* p) {
             p->eStatusConsulta = ulCaso == 0 ? XVUInt{eXVSMiddleware_QuantidadeStatusConsulta} : 1U;
-            Preenche(&p->bufDocumentoRetorno, std::string_view("a\0b", 3));
+            if (ulCaso == 3)
+                p->bufDocumentoRetorno = {Aloca(3), 0x1'0000'0000ULL, 1, 0};
+            else
+                Preenche(&p->bufDocumentoRetorno, std::string_view("a\0b", 3));
             if (ulCaso == 1) Preenche(&p->bufMensagemRetorno, std::string_view("a\0b", 3));
             if (ulCaso == 2) Preenche(&p->bufJSONRetorno, std::string_view("a\0b", 3));
         };
@@ -117,7 +120,7 @@ TEST_F(ProvedorPluginTeste, RespostaAConsultaOuListaImpossivelERecusada) {
         // No address, elements of another size, more of them than there can be.
         m_Biblioteca.fnLista = [ulCaso](XVProvedorListaPendencias* p) {
             p->ulTamanhoElemento = ulCaso == 1 ? 1 : sizeof(XVProvedorPendencia);
-            p->ulQuantidade = ulCaso == 2 ? 1'000'001 : 1;
+            p->ulQuantidade = ulCaso >= 2 ? 1'000'001 : 1;
             if (ulCaso != 0) p->pLista = static_cast<XVProvedorPendencia*>(Aloca(sizeof *p->pLista));
         };
         std::vector<CXVDadosCR_PendenciaIntegracaoSistema> lista(1);

@@ -107,7 +107,8 @@ TEST(Check, AvaliaUmaVezERegistraExpressaoFuncaoEFonteDeCadaFalha) {
     EXPECT_EQ(modelo.m_iChamadas, 2);
     EXPECT_EQ(modelo.Recusa(), E_XVCR_ARQUIVO_NAO_EXISTE);
     EXPECT_EQ(modelo.GravaDois(E_FAIL), E_FAIL);
-    EXPECT_EQ(modelo.Fecha(E_ABORT, E_POINTER), E_ABORT);  // the second step is carried out all the same
+    EXPECT_EQ(modelo.Fecha(E_OUTOFMEMORY, E_POINTER),
+              E_OUTOFMEMORY);  // the second step is carried out all the same
     EXPECT_EQ(modelo.Fecha(S_OK, E_POINTER), E_POINTER);
     EXPECT_EQ(modelo.Fecha(S_OK, S_OK), S_OK);
     const struct {
@@ -118,7 +119,7 @@ TEST(Check, AvaliaUmaVezERegistraExpressaoFuncaoEFonteDeCadaFalha) {
                    {E_FAIL, "GravaDois",
                     "ContaAPartirDe(EPrimeira::eDaPrimeiraVez, uiPosicaoDoRegistroQueSeGrava, "
                     "uiPosicaoDoRegistroQueSeGrava)"},
-                   {E_ABORT, "Fecha", "Conta(hrPrimeiro)"},
+                   {E_OUTOFMEMORY, "Fecha", "Conta(hrPrimeiro)"},
                    {E_POINTER, "Fecha", "__super::Conta(hrSegundo)"},
                    {E_POINTER, "Fecha", "__super::Conta(hrSegundo)"}};
     ASSERT_EQ(captura.GetFalhas().size(), std::size(aFalhas));
