@@ -56,7 +56,7 @@ class ProvedorPluginTeste : public CXVCenarioSuite {
     }
     std::unique_ptr<IXVProvedorIntegracao> Provedor() {
         XVProvedorTabela& r = m_Biblioteca.tabela;
-        r.pfnEnviaJson = [](void*, auto, auto p) { return g_pBiblioteca->fnDados(p), 0; };
+        r.pfnEnviaJson = [](void*, auto, auto p) { return g_pBiblioteca->fnDados(p), 1; };
         r.pfnBuscaIntegracoes = [](void*, auto, auto, auto p) { return g_pBiblioteca->fnLista(p), 0; };
         r.pfnBuscaDadosSistemaTerceiro = [](void*, auto, auto, auto p) {
             return g_pBiblioteca->fnConsulta(p), 0;
@@ -86,6 +86,11 @@ TEST_F(ProvedorPluginTeste, TextosImpossiveisSaoRecusados) {
     const auto pProvedor = Provedor();
     CXVDadosCR_IntegracaoMiddleware antes;
     antes.sMensagemIntegracao = "antes";
+    antes.regDataHoraAlteracaoStatus.uiValor = 22;
+    CXVDadosCR_IntegracaoMiddleware dados = antes;
+    m_Biblioteca.fnDados = [](XVProvedorDados* p) { EXPECT_EQ(p->uiDataHoraAlteracaoStatus, 22U); };
+    EXPECT_EQ(pProvedor->EnviaJson(m_Dono, dados), S_OK) << "success by another number";
+    EXPECT_TRUE(dados == antes);
     for (const TFaz& fnFaz : aImpossiveis) {
         for (XVProvedorBuffer XVProvedorDados::*pCampo :
              {&XVProvedorDados::bufRegistroJSON, &XVProvedorDados::bufMensagemIntegracao,
@@ -94,7 +99,6 @@ TEST_F(ProvedorPluginTeste, TextosImpossiveisSaoRecusados) {
                 fnFaz(&(p->*pCampo));
                 p->uiChaveIntegracaoSistemaTerceiro = 9;
             };
-            CXVDadosCR_IntegracaoMiddleware dados = antes;
             EXPECT_EQ(pProvedor->EnviaJson(m_Dono, dados), k_hrInvalida);
             EXPECT_TRUE(dados == antes);
         }

@@ -23,7 +23,7 @@ TEST(Nomes, PartesDeUmHResult) {
                   {0x8001FFFFU, "SEVERITY_ERROR", "FACILITY_RPC", "RPC_E_UNEXPECTED"},
                   {0x80040100U, "SEVERITY_ERROR", "FACILITY_ITF", "DRAGDROP_E_NOTREGISTERED"},
                   {0xE0070001U, "SEVERITY_ERROR", "FACILITY_WIN32", ""},  // reserved bits are no facility
-                  {0x81080A04U, "SEVERITY_ERROR", "Desconhecido ou novo código de FACILITY", ""}};
+                  {0x9FFF0A04U, "SEVERITY_ERROR", "Desconhecido ou novo código de FACILITY", ""}};
     for (const auto& r : aCasos) {
         const HRESULT hr = XVHResult(r.ulHResult);
         EXPECT_STREQ(GetDescricao_SEVERITY(hr), r.pszSeveridade) << r.ulHResult;
