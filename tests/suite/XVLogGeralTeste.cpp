@@ -56,20 +56,22 @@ TEST_F(LogGeralTeste, MesNovoAbreArquivoNovoEArquivoVazioGanhaCabecalho) {
 TEST_F(LogGeralTeste, CabecalhoEscreveQuemCriouOArquivo) {
     const CXVDonoFixo dono("MATRIZ", 8, 100);
     const std::string sLinha = "15/03/2024\t09:00:00\tMATRIZ\t8\t100\t1\t0\t0\t";
-    for (const auto& [pszAchado, hrEsperado] : {std::pair{"<ausente>", S_OK}, {"", eSharingViolation}}) {
+    for (const bool bAntes : {true, false}) {
+        const std::string sAchado = bAntes ? "<ausente>" : "";
+        const HRESULT hrEsperado = bAntes ? S_OK : eSharingViolation;
         CXVAcessoEmpresarial um(&m_Dono);
         CXVAcessoEmpresarial outro(&dono);
         std::optional<HRESULT> hrOutro;
         CXVSistemaArquivosGancho arquivos(m_Arquivos);
         const CXVGuardaSistemaArquivos guarda(arquivos);
         const CXVGanchoArquivos gancho([&] {
-            if (!hrOutro && Le() == pszAchado)
+            if (!hrOutro && Le() == sAchado)
                 hrOutro = outro.GravaLogGeral(DFSLOG_Servico::eDFSLOG_Inclusao, "2");
         });
         EXPECT_EQ(um.GravaLogGeral(DFSLOG_Servico::eDFSLOG_Inclusao, "1"), S_OK);
         EXPECT_EQ(hrOutro, hrEsperado) << "the header does not come in half a second";
         EXPECT_EQ(outro.GravaLogGeral(DFSLOG_Servico::eDFSLOG_Inclusao, "3"), S_OK);
-        EXPECT_EQ(Le(), k_pszCabecalho + (hrEsperado == S_OK ? sLinha + "2\n" : "") +
+        EXPECT_EQ(Le(), k_pszCabecalho + (bAntes ? sLinha + "2\n" : "") +
                             "15/03/2024\t09:00:00\tMATRIZ\t7\t99\t1\t0\t0\t1\n" + sLinha + "3\n");
         um.Fecha();
         outro.Fecha();

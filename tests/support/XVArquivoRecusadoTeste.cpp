@@ -18,6 +18,7 @@ using XVArquivoRecusado::PathDaMensagem;
 
 class ArquivoRecusado : public testing::Test {
   protected:
+    ~ArquivoRecusado() override { EXPECT_EQ(CXVArquivosRecusados::GetAtual(), nullptr); }
     CXVCapturaTrace m_Captura;
 };
 
