@@ -57,7 +57,7 @@ class ProvedorPluginTeste : public CXVCenarioSuite {
     std::unique_ptr<IXVProvedorIntegracao> Provedor() {
         XVProvedorTabela& r = m_Biblioteca.tabela;
         r.pfnEnviaJson = [](void*, auto, auto p) { return g_pBiblioteca->fnDados(p), 1; };
-        r.pfnBuscaIntegracoes = [](void*, auto, auto, auto p) { return g_pBiblioteca->fnLista(p), 0; };
+        r.pfnBuscaIntegracoes = [](void*, auto, auto, auto p) { return g_pBiblioteca->fnLista(p), 1; };
         r.pfnBuscaDadosSistemaTerceiro = [](void*, auto, auto, auto p) {
             return g_pBiblioteca->fnConsulta(p), 0;
         };
@@ -108,6 +108,9 @@ TEST_F(ProvedorPluginTeste, TextosImpossiveisSaoRecusados) {
 TEST_F(ProvedorPluginTeste, RespostaAConsultaOuListaImpossivelERecusada) {
     const auto pProvedor = Provedor();
     using TStatus = CXVDadosCR_StatusConsultaSistemaTerceiro;
+    std::vector<CXVDadosCR_PendenciaIntegracaoSistema> lista(1);
+    m_Biblioteca.fnLista = [](XVProvedorListaPendencias*) {};
+    EXPECT_EQ(pProvedor->BuscaIntegracoes(m_Dono, {}, lista), S_OK) << "success by another number";
     for (const XVUInt ulCaso : {0U, 1U, 2U, 3U}) {
         m_Biblioteca.fnConsulta = [ulCaso](XVProvedorStatusConsulta* p) {
             p->eStatusConsulta = ulCaso == 0 ? XVUInt{eXVSMiddleware_QuantidadeStatusConsulta} : 1U;
@@ -127,7 +130,6 @@ TEST_F(ProvedorPluginTeste, RespostaAConsultaOuListaImpossivelERecusada) {
             p->ulQuantidade = ulCaso >= 2 ? 1'000'001 : 1;
             if (ulCaso != 0) p->pLista = static_cast<XVProvedorPendencia*>(Aloca(sizeof *p->pLista));
         };
-        std::vector<CXVDadosCR_PendenciaIntegracaoSistema> lista(1);
         EXPECT_EQ(pProvedor->BuscaIntegracoes(m_Dono, {}, lista), k_hrInvalida);
         EXPECT_EQ(lista.size(), 1U);
     }
