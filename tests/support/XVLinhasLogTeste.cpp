@@ -300,12 +300,12 @@ TEST(Escopo, EntradaESaidaInteiras) {
     CXVBancadaTrace bancada;
     bancada.EscreveLogIni("Entrada=1\nSaida=1\nPerformance=1\nMemory=1\n");
     CModeloTeste modelo;
-    std::vector<std::string> lista;
+    std::vector<char> lista;
     {
         const ProfilerScope escopo(&modelo, "CBase", "Faz",
                                    {{"uiPosicao", XVUInt64{12}}, {"sTexto", "a\tb"}});
         bancada.m_relogio.Avanca(2250);
-        lista.assign(200'000, "what the call needs and keeps");
+        lista.assign(40 << 20, 'x');  // too much to come from what was freed before
     }
     TLinhas linhas = bancada.LeLog(k_pszLogProfiler);
     ASSERT_EQ(linhas.size(), 3U);
