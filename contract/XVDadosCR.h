@@ -45,6 +45,7 @@ class CXVDadosCR_IntegracaoMiddleware {
     // buffer.
     HRESULT CopiarParaPS(tagREG_CR_INTEGRACAO_MIDDLEWAREPS* pReg) const;
     tagREG_CR_INTEGRACAO_MIDDLEWAREPS ComoRegistro() const;
+    bool operator==(const CXVDadosCR_IntegracaoMiddleware&) const = default;
 };
 
 // A new status of an integration with what the external system answered.
@@ -70,6 +71,7 @@ class CXVDadosCR_PendenciaIntegracaoSistema {
     XVUInt eSistemaIntegracao = 0;  // 0: the item is skipped
     XVUInt ulPonteiroFilial = 0;    // 0: the caller's branch stays
     XVByte cReconsultarIdTerceiros = 0;
+    bool operator==(const CXVDadosCR_PendenciaIntegracaoSistema&) const = default;
 };
 
 class CXVDadosCR_ParametrosIntegracao {
@@ -84,6 +86,7 @@ class CXVDadosCR_ParametrosIntegracao {
     XVUInt ulPonteiroFilial = 0;
     XVUInt ulPonteiroAuxiliar = 0;
     XVByte ucTipoPonteiroAuxiliar = 0;
+    bool operator==(const CXVDadosCR_ParametrosIntegracao&) const = default;
 };
 
 // What a search asks for. Bounds of 0 and empty lists restrict nothing.
@@ -123,6 +126,7 @@ class CXVDadosCR_FiltroIntegracaoMiddleware {
     bool FindSistemaIntegracao(XVUInt e) const { return Find(listaSistemaIntegracao, e); }
     bool FindTipoTransacao(XVUInt e) const { return Find(listaTipoTransacao, e); }
     const std::vector<XVUInt>& GetListaSistemaIntegracao() const { return listaSistemaIntegracao; }
+    bool operator==(const CXVDadosCR_FiltroIntegracaoMiddleware&) const = default;
 
   private:
     static bool Find(const std::vector<XVUInt>& lista, XVUInt e);
@@ -142,6 +146,7 @@ class CXVDadosCR_ChaveRegistroTelvoParaTerceiro {
     void CopiarDe(const tagREG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIROPS& reg);
     tagREG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIROPS ComoRegistro() const;
     tagREG_CR_FILTRO_CHAVE_REGISTRO_TELVO_PARA_TERCEIROPS ComoFiltro() const;
+    bool operator==(const CXVDadosCR_ChaveRegistroTelvoParaTerceiro&) const = default;
 };
 
 // A date-time of a system, type of integration and kind. Also what it is searched by: then the date-time is
@@ -156,6 +161,7 @@ class CXVDadosCR_DataHoraIntegracaoTerceiro {
     void CopiarDe(const tagREG_CR_DATA_HORA_INTEGRACAO_TERCEIROPS& reg);
     tagREG_CR_DATA_HORA_INTEGRACAO_TERCEIROPS ComoRegistro() const;
     tagREG_CR_FILTRO_DATA_HORA_INTEGRACAO_TERCEIROPS ComoFiltro() const;
+    bool operator==(const CXVDadosCR_DataHoraIntegracaoTerceiro&) const = default;
 };
 
 // A query of an external system that leaves nothing in the store.
@@ -169,6 +175,7 @@ class CXVDadosCR_ConsultaSistemaTerceiro {
     // E_INVALIDARG for a text record that is not valid; then nothing is changed.
     HRESULT CopiarDe(const tagREG_CR_CONSULTA_SISTEMA_TERCEIROPS& reg);
     tagREG_CR_CONSULTA_SISTEMA_TERCEIROPS ComoRegistro() const;
+    bool operator==(const CXVDadosCR_ConsultaSistemaTerceiro&) const = default;
 };
 
 // Its answer.
@@ -183,4 +190,5 @@ class CXVDadosCR_StatusConsultaSistemaTerceiro {
     HRESULT CopiarDe(const tagREG_CR_STATUS_CONSULTA_SISTEMA_TERCEIROPS& reg);
     // As that of the integration.
     HRESULT CopiarParaPS(tagREG_CR_STATUS_CONSULTA_SISTEMA_TERCEIROPS* pReg) const;
+    bool operator==(const CXVDadosCR_StatusConsultaSistemaTerceiro&) const = default;
 };

@@ -8,19 +8,25 @@
 
 namespace {
 
-_REG_DF_TEXTOPS Texto(std::string& s) {
-    return {static_cast<XVUInt>(s.size()), 0, reinterpret_cast<XVByte*>(s.data()), 0};
+constexpr REG_XVDMC k_regDmc = REG_XVDMC::Cria(1, 2, REG_XVDMA::Cria(2024, 3, 15));
+constexpr REG_XVDMAHMSUTC k_regDataHora = REG_XVDMAHMSUTC::Cria(REG_XVDMA::Cria(2024, 2, 29), 86396);
+
+// The same with a value of its own, number ui.
+template <class T>
+T Outro(T reg, XVUInt64 ui) {
+    reg.uiValor += ui;
+    return reg;
 }
 
-CXVDadosCR_IntegracaoMiddleware Exemplo() {
+CXVDadosCR_IntegracaoMiddleware Integracao() {
     CXVDadosCR_IntegracaoMiddleware dados;
     dados.sRegistroJSON = "{\"ação\":1}";
     dados.sJSONRetornoIntegracao = "{}";
-    dados.regDmc = REG_XVDMC::Cria(1, 2, REG_XVDMA::Cria(2024, 3, 15));
-    dados.regDmcIntegracaoOrigem = REG_XVDMC::Cria(1, 3, REG_XVDMA::Cria(2024, 3, 15));
-    dados.regDmcMovimentoOrigem = REG_XVDMC::Cria(1, 4, REG_XVDMA::Cria(2024, 3, 15));
-    dados.regDataHoraInclusao.uiValor = 5;
-    dados.regDataHoraAlteracaoStatus.uiValor = 6;
+    dados.regDmc = k_regDmc;
+    dados.regDmcIntegracaoOrigem = Outro(k_regDmc, 1);
+    dados.regDmcMovimentoOrigem = Outro(k_regDmc, 2);
+    dados.regDataHoraInclusao = k_regDataHora;
+    dados.regDataHoraAlteracaoStatus = Outro(k_regDataHora, 1);
     dados.uiChaveIntegracaoSistemaTerceiro = 7;
     dados.uiChaveRegistroSistemaTerceiro = 8;
     dados.uiBaseDadosTerceiro = 9;
@@ -37,175 +43,136 @@ CXVDadosCR_IntegracaoMiddleware Exemplo() {
     return dados;
 }
 
+const CXVDadosCR_FiltroIntegracaoMiddleware k_filtro{1,
+                                                     2,
+                                                     k_regDataHora,
+                                                     Outro(k_regDataHora, 1),
+                                                     Outro(k_regDataHora, 2),
+                                                     Outro(k_regDataHora, 3),
+                                                     {1, 2},
+                                                     {3},
+                                                     {8, 16},
+                                                     {4, 5, 6}};
+
 TEST(DadosCRTeste, IntegracaoVaiEVoltaSemPerderCampo) {
     tagREG_CR_INTEGRACAO_MIDDLEWAREPS reg;
     std::memset(static_cast<void*>(&reg), 0xCC, sizeof(reg));
-    ASSERT_EQ(Exemplo().CopiarParaPS(&reg), S_OK);
+    ASSERT_EQ(Integracao().CopiarParaPS(&reg), S_OK);
     EXPECT_EQ(reg.regMensagemIntegracao.pTexto, nullptr);
-    EXPECT_EQ(reg.regMensagemIntegracao.ulQtdBytes, 0U);
     CXVDadosCR_IntegracaoMiddleware volta;
     volta.sMensagemIntegracao = "velha";
     ASSERT_EQ(volta.CopiarDe(reg), S_OK);
     XVLiberaBuffers(&reg);
+    EXPECT_TRUE(volta == Integracao());
     EXPECT_EQ(reg.regRegistroJSON.pTexto, nullptr);
-    EXPECT_EQ(volta.sMensagemIntegracao, "");
+    EXPECT_EQ(reg.regJSONRetornoIntegracao.pTexto, nullptr);
+    ASSERT_EQ(volta.CopiarDe(volta.ComoRegistro()), S_OK);
+    EXPECT_TRUE(volta == Integracao()) << "a record that is a view into the object itself";
+}
 
-    // Every byte of the record besides the text pointers: a field forgotten in either direction differs.
-    CXVDadosCR_IntegracaoMiddleware exemplo = Exemplo();
-    auto esperado = exemplo.ComoRegistro();
-    auto obtido = volta.ComoRegistro();
-    EXPECT_EQ(CXVStringPS::RegToString(obtido.regRegistroJSON),
-              CXVStringPS::RegToString(esperado.regRegistroJSON));
-    EXPECT_EQ(CXVStringPS::RegToString(obtido.regJSONRetornoIntegracao), "{}");
-    const std::size_t uiInicio = offsetof(tagREG_CR_INTEGRACAO_MIDDLEWAREPS, regDmc);
-    EXPECT_EQ(std::memcmp(reinterpret_cast<char*>(&obtido) + uiInicio,
-                          reinterpret_cast<char*>(&esperado) + uiInicio, sizeof(obtido) - uiInicio),
-              0);
-    ASSERT_EQ(exemplo.CopiarDe(esperado), S_OK) << "a record that is a view into the object itself";
-    EXPECT_EQ(exemplo.sRegistroJSON, "{\"ação\":1}");
+TEST(DadosCRTeste, OutrosValoresVaoEVoltamSemPerderCampo) {
+    CXVDadosCR_FiltroIntegracaoMiddleware filtro;
+    ASSERT_EQ(filtro.CopiarDe(k_filtro.ComoRegistro()), S_OK);
+    EXPECT_TRUE(filtro == k_filtro);
+
+    const CXVDadosCR_ChaveRegistroTelvoParaTerceiro chave{1, k_regDmc, 2, 3, 16, Outro(k_regDmc, 1)};
+    CXVDadosCR_ChaveRegistroTelvoParaTerceiro outraChave;
+    const auto regChave = chave.ComoRegistro();
+    outraChave.CopiarDe(regChave);
+    EXPECT_TRUE(outraChave == chave);
+    const auto regFiltroChave = chave.ComoFiltro();
+    EXPECT_EQ(std::memcmp(&regChave, &regFiltroChave, offsetof(decltype(regFiltroChave), cFiller)), 0);
+
+    const CXVDadosCR_DataHoraIntegracaoTerceiro dataHora{k_regDataHora, 3, 16, 1};
+    CXVDadosCR_DataHoraIntegracaoTerceiro outraDataHora;
+    outraDataHora.CopiarDe(dataHora.ComoRegistro());
+    EXPECT_TRUE(outraDataHora == dataHora);
+    const auto regFiltroData = dataHora.ComoFiltro();
+    EXPECT_EQ(regFiltroData.eTipoIntegracao, 3U);
+    EXPECT_EQ(regFiltroData.eSistemaIntegracao, 16U);
+    EXPECT_EQ(regFiltroData.eTipoData, 1U);
+
+    const CXVDadosCR_ConsultaSistemaTerceiro consulta{"341", 6, 21, 22};
+    CXVDadosCR_ConsultaSistemaTerceiro outraConsulta;
+    ASSERT_EQ(outraConsulta.CopiarDe(consulta.ComoRegistro()), S_OK);
+    EXPECT_TRUE(outraConsulta == consulta);
+
+    const CXVDadosCR_StatusIntegracaoMiddleware status{k_regDmc, "feito", "{}", 5, 3, 16};
+    const auto regStatus = status.ComoRegistro();
+    EXPECT_EQ(regStatus.regDmc, k_regDmc);
+    EXPECT_EQ(CXVStringPS::RegToString(regStatus.regMensagemIntegracao), "feito");
+    EXPECT_EQ(CXVStringPS::RegToString(regStatus.regJSONRetornoIntegracao), "{}");
+    EXPECT_EQ(regStatus.uiChaveIntegracaoSistemaTerceiro, 5U);
+    EXPECT_EQ(regStatus.eStatusIntegracao, 3U);
+    EXPECT_EQ(regStatus.eSistemaIntegracao, 16U);
+}
+
+TEST(DadosCRTeste, RespostaEListaSaoBuffersDeQuemRecebe) {
+    const CXVDadosCR_StatusConsultaSistemaTerceiro resposta{"pago", "{\"v\":1}", std::string("%PDF\0\xFF", 6),
+                                                            4};
+    tagREG_CR_STATUS_CONSULTA_SISTEMA_TERCEIROPS reg;
+    ASSERT_EQ(resposta.CopiarParaPS(&reg), S_OK);
+    CXVDadosCR_StatusConsultaSistemaTerceiro volta;
+    ASSERT_EQ(volta.CopiarDe(reg), S_OK);
+    EXPECT_TRUE(volta == resposta);
+    XVLiberaBuffers(&reg);
+    EXPECT_EQ(reg.pDocumentoRetorno, nullptr);
+    XVLiberaBuffers(&reg);
+    reg.ulTamanhoDocumentoRetorno = 3;
+    EXPECT_EQ(volta.CopiarDe(reg), E_INVALIDARG) << "a document that is not there";
+    EXPECT_TRUE(volta == resposta);
+
+    _REG_DF_LISTA_XVDMCPS lista{9, 9, nullptr, 9};
+    ASSERT_EQ(XVListaToReg({}, &lista), S_OK);
+    EXPECT_EQ(lista.ulQuantidade, 0U);
+    ASSERT_EQ(XVListaToReg({{1}, {2}}, &lista), S_OK);
+    ASSERT_EQ(lista.ulQuantidade, 2U);
+    EXPECT_EQ(lista.pLista[1].uiValor, 2U);
+    XVLiberaBuffers(&lista);
+    EXPECT_EQ(lista.ulQuantidade, 0U);
 }
 
 TEST(DadosCRTeste, TextoMentirosoERecusadoENadaMuda) {
-    std::string sComNul("a\0b", 3);
-    for (const _REG_DF_TEXTOPS& rTexto : {_REG_DF_TEXTOPS{5, 0, nullptr, 0}, Texto(sComNul)}) {
+    char szComNul[] = "a\0b";
+    for (const _REG_DF_TEXTOPS& rTexto :
+         {_REG_DF_TEXTOPS{5, 0, nullptr, 0}, _REG_DF_TEXTOPS{3, 0, reinterpret_cast<XVByte*>(szComNul), 0},
+          CXVStringPS::Vista({szComNul, std::size_t{1} << 32})}) {  // more bytes than a record can count
         for (_REG_DF_TEXTOPS tagREG_CR_INTEGRACAO_MIDDLEWAREPS::*pCampo :
              {&tagREG_CR_INTEGRACAO_MIDDLEWAREPS::regRegistroJSON,
               &tagREG_CR_INTEGRACAO_MIDDLEWAREPS::regMensagemIntegracao,
               &tagREG_CR_INTEGRACAO_MIDDLEWAREPS::regJSONRetornoIntegracao}) {
-            CXVDadosCR_IntegracaoMiddleware dados = Exemplo();
+            CXVDadosCR_IntegracaoMiddleware dados = Integracao();
             tagREG_CR_INTEGRACAO_MIDDLEWAREPS reg{};
             reg.*pCampo = rTexto;
             EXPECT_EQ(dados.CopiarDe(reg), E_INVALIDARG);
-            EXPECT_EQ(dados.sRegistroJSON, Exemplo().sRegistroJSON);
-            EXPECT_EQ(dados.eSistemaIntegracao, 16U);
+            EXPECT_TRUE(dados == Integracao());
         }
         CXVDadosCR_ConsultaSistemaTerceiro consulta;
         tagREG_CR_CONSULTA_SISTEMA_TERCEIROPS reg{};
         reg.regChaveConsulta = rTexto;
         EXPECT_EQ(consulta.CopiarDe(reg), E_INVALIDARG);
     }
-    EXPECT_TRUE(CXVStringPS::EhValido({}));
 }
 
-TEST(DadosCRTeste, FiltroGuardaSuasListasEDesconfia) {
-    XVUInt aStatus[] = {1, 4};
-    XVUInt aSistema[] = {16};
-    tagREG_CR_FILTRO_INTEGRACAO_MIDDLEWAREPS reg{};
-    reg.uiChaveIntegracaoSistemaTerceiroInicial = 5;
-    reg.regDataHoraFinalInclusao = REG_XVDMAHMSUTC::Cria(REG_XVDMA::Cria(2024, 2, 29), 86399);
-    reg.ulQuantidadeStatusIntegracao = 2;
-    reg.pListaStatusIntegracao = aStatus;
-    reg.ulQuantidadeSistemaIntegracao = 1;
-    reg.pListaSistemaIntegracao = aSistema;
-    CXVDadosCR_FiltroIntegracaoMiddleware filtro;
-    ASSERT_EQ(filtro.CopiarDe(reg), S_OK);
-    aStatus[0] = 2;
-    EXPECT_TRUE(filtro.FindStatusIntegracao(1) && filtro.FindStatusIntegracao(4));
-    EXPECT_FALSE(filtro.FindStatusIntegracao(2) || filtro.FindTipoIntegracao(1));
-    EXPECT_EQ(filtro.GetListaSistemaIntegracao(), std::vector<XVUInt>{16});
-    EXPECT_EQ(filtro.GetDataHoraFinalInclusao(), reg.regDataHoraFinalInclusao);
-
-    auto invalido = reg;
-    invalido.ulQuantidadeTipoTransacao = 0xFFFFFFFFU;
-    EXPECT_EQ(filtro.CopiarDe(invalido), E_INVALIDARG);
-    for (REG_XVDMAHMSUTC tagREG_CR_FILTRO_INTEGRACAO_MIDDLEWAREPS::*pCampo :
-         {&tagREG_CR_FILTRO_INTEGRACAO_MIDDLEWAREPS::regDataHoraInicialInclusao,
-          &tagREG_CR_FILTRO_INTEGRACAO_MIDDLEWAREPS::regDataHoraFinalInclusao,
-          &tagREG_CR_FILTRO_INTEGRACAO_MIDDLEWAREPS::regDataHoraInicialAlteracaoStatus,
-          &tagREG_CR_FILTRO_INTEGRACAO_MIDDLEWAREPS::regDataHoraFinalAlteracaoStatus}) {
-        invalido = reg;
-        invalido.*pCampo = REG_XVDMAHMSUTC::Cria(REG_XVDMA::Cria(2023, 2, 29), 0);
-        EXPECT_EQ(filtro.CopiarDe(invalido), E_INVALIDARG);
+TEST(DadosCRTeste, FiltroImpossivelERecusadoENadaMuda) {
+    using TReg = tagREG_CR_FILTRO_INTEGRACAO_MIDDLEWAREPS;
+    CXVDadosCR_FiltroIntegracaoMiddleware filtro = k_filtro;
+    for (XVUInt* TReg::*pLista : {&TReg::pListaTipoIntegracao, &TReg::pListaStatusIntegracao,
+                                  &TReg::pListaSistemaIntegracao, &TReg::pListaTipoTransacao}) {
+        TReg reg = k_filtro.ComoRegistro();
+        reg.*pLista = nullptr;
+        EXPECT_EQ(filtro.CopiarDe(reg), E_INVALIDARG);
     }
-    EXPECT_TRUE(filtro.FindStatusIntegracao(4)) << "a refused record leaves the filter as it was";
-}
-
-TEST(DadosCRTeste, RespostaDaConsultaLevaBytesComNulEListaVaziaNaoTemBuffer) {
-    CXVDadosCR_StatusConsultaSistemaTerceiro dados;
-    dados.eStatusConsulta = 1;
-    dados.sJSONRetorno = "{}";
-    dados.sDocumentoRetorno = std::string("%PDF\0\xFF", 6);
-    tagREG_CR_STATUS_CONSULTA_SISTEMA_TERCEIROPS reg;
-    ASSERT_EQ(dados.CopiarParaPS(&reg), S_OK);
-    ASSERT_EQ(reg.ulTamanhoDocumentoRetorno, 6U);
-    EXPECT_EQ(std::memcmp(reg.pDocumentoRetorno, "%PDF\0\xFF", 6), 0);
-    XVLiberaBuffers(&reg);
-    EXPECT_EQ(reg.pDocumentoRetorno, nullptr);
-    XVLiberaBuffers(&reg);
-
-    _REG_DF_LISTA_XVDMCPS lista{9, 9, nullptr, 9};
-    ASSERT_EQ(XVListaToReg({}, &lista), S_OK);
-    EXPECT_EQ(lista.ulQuantidade, 0U);
-    EXPECT_EQ(lista.pLista, nullptr);
-    ASSERT_EQ(XVListaToReg({{1}, {2}}, &lista), S_OK);
-    EXPECT_EQ(lista.pLista[1].uiValor, 2U);
-    XVLiberaBuffers(&lista);
-    EXPECT_EQ(lista.ulQuantidade, 0U);
-}
-
-// What a client hands over is a view: nothing is copied, and every field is there.
-TEST(DadosCRTeste, VistasDosValoresLevamTodosOsCampos) {
-    const REG_XVDMC dmc = REG_XVDMC::Cria(2, 7, REG_XVDMA::Cria(2024, 3, 15));
-    const CXVDadosCR_StatusIntegracaoMiddleware status{dmc, "feito", "{}", 5, 3, 16};
-    const tagREG_CR_STATUS_INTEGRACAO_MIDDLEWAREPS regStatus = status.ComoRegistro();
-    EXPECT_EQ(regStatus.regDmc, dmc);
-    EXPECT_EQ(static_cast<const void*>(regStatus.regMensagemIntegracao.pTexto),
-              status.sMensagemIntegracao.data());
-    EXPECT_EQ(CXVStringPS::RegToString(regStatus.regJSONRetornoIntegracao), "{}");
-    EXPECT_EQ(regStatus.uiChaveIntegracaoSistemaTerceiro, 5U);
-    EXPECT_EQ(regStatus.eStatusIntegracao, 3U);
-    EXPECT_EQ(regStatus.eSistemaIntegracao, 16U);
-
-    const REG_XVDMAHMSUTC dataHora = REG_XVDMAHMSUTC::Cria(REG_XVDMA::Cria(2024, 2, 29), 1);
-    const CXVDadosCR_FiltroIntegracaoMiddleware filtro{
-        1, 2, dataHora, {}, {dataHora.uiValor + 1}, dataHora, {1, 2}, {3}, {8, 16}, {}};
-    CXVDadosCR_FiltroIntegracaoMiddleware volta;
-    volta.listaTipoTransacao = {9};
-    ASSERT_EQ(volta.CopiarDe(filtro.ComoRegistro()), S_OK);
-    EXPECT_EQ(volta.uiChaveIntegracaoSistemaTerceiroInicial, 1U);
-    EXPECT_EQ(volta.uiChaveIntegracaoSistemaTerceiroFinal, 2U);
-    EXPECT_EQ(volta.regDataHoraInicialInclusao, dataHora);
-    EXPECT_TRUE(volta.regDataHoraFinalInclusao.EhNula());
-    EXPECT_EQ(volta.regDataHoraInicialAlteracaoStatus.uiValor, dataHora.uiValor + 1);
-    EXPECT_EQ(volta.regDataHoraFinalAlteracaoStatus, dataHora);
-    EXPECT_EQ(volta.listaTipoIntegracao, (std::vector<XVUInt>{1, 2}));
-    EXPECT_EQ(volta.listaStatusIntegracao, std::vector<XVUInt>{3});
-    EXPECT_EQ(volta.listaSistemaIntegracao, (std::vector<XVUInt>{8, 16}));
-    EXPECT_TRUE(volta.listaTipoTransacao.empty());
-
-    const CXVDadosCR_ChaveRegistroTelvoParaTerceiro chave{1, dmc, 2, 3, 16, {dmc.uiValor + 1}};
-    CXVDadosCR_ChaveRegistroTelvoParaTerceiro outra;
-    outra.CopiarDe(chave.ComoRegistro());
-    const tagREG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIROPS regChave = chave.ComoRegistro();
-    const tagREG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIROPS regOutra = outra.ComoRegistro();
-    EXPECT_EQ(std::memcmp(&regChave, &regOutra, sizeof(regChave)), 0);
-    const auto regFiltro = chave.ComoFiltro();
-    EXPECT_EQ(std::memcmp(&regChave, &regFiltro, offsetof(decltype(regFiltro), cFiller)), 0);
-    EXPECT_EQ(regChave.regDmcOrigemIntegracao.uiValor, dmc.uiValor + 1);
-}
-
-// No test has such a text: the view counts its bytes and does not look at them.
-TEST(DadosCRTeste, TextoQueNenhumRegistroContaDaUmRegistroRecusado) {
-    const char szTexto[] = "x";
-    const _REG_DF_TEXTOPS reg = CXVStringPS::Vista({szTexto, std::size_t{1} << 32});
-    EXPECT_EQ(reg.pTexto, nullptr);
-    EXPECT_FALSE(CXVStringPS::EhValido(reg));
-    EXPECT_TRUE(CXVStringPS::EhValido(CXVStringPS::Vista({szTexto, 1})));
-}
-
-TEST(DadosCRTeste, RespostaComDocumentoQueFaltaERecusada) {
-    CXVDadosCR_StatusConsultaSistemaTerceiro dados;
-    dados.sDocumentoRetorno = "antes";
-    tagREG_CR_STATUS_CONSULTA_SISTEMA_TERCEIROPS reg{};
-    reg.ulTamanhoDocumentoRetorno = 3;
-    EXPECT_EQ(dados.CopiarDe(reg), E_INVALIDARG);
-    EXPECT_EQ(dados.sDocumentoRetorno, "antes");
-    XVByte aDocumento[] = {'a', 0, 'b'};
-    reg.pDocumentoRetorno = aDocumento;
-    reg.eStatusConsulta = 4;
-    EXPECT_EQ(dados.CopiarDe(reg), S_OK);
-    EXPECT_EQ(dados.sDocumentoRetorno, std::string("a\0b", 3));
-    EXPECT_EQ(dados.eStatusConsulta, 4U);
+    for (REG_XVDMAHMSUTC TReg::*pCampo :
+         {&TReg::regDataHoraInicialInclusao, &TReg::regDataHoraFinalInclusao,
+          &TReg::regDataHoraInicialAlteracaoStatus, &TReg::regDataHoraFinalAlteracaoStatus}) {
+        TReg reg = k_filtro.ComoRegistro();
+        reg.*pCampo = REG_XVDMAHMSUTC::Cria(REG_XVDMA::Cria(2023, 2, 29), 0);
+        EXPECT_EQ(filtro.CopiarDe(reg), E_INVALIDARG);
+    }
+    EXPECT_TRUE(filtro == k_filtro);
+    EXPECT_TRUE(filtro.FindTipoIntegracao(2) && filtro.FindTipoTransacao(6));
+    EXPECT_FALSE(filtro.FindStatusIntegracao(4) || filtro.FindSistemaIntegracao(3));
 }
 
 }  // namespace

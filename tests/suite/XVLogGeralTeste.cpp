@@ -1,10 +1,9 @@
 // The general log: one line for each record, whatever the text, the month, the thread or the fault.
-#include <algorithm>
-#include <vector>
+#include <optional>
 
 #include "support/codes/XVCodigos.h"
-#include "tests/harness/XVDiretorioTemporario.h"
 #include "tests/harness/XVEmThreads.h"
+#include "tests/harness/XVGanchoArquivos.h"
 #include "tests/harness/XVSistemaArquivosFalhas.h"
 #include "tests/suite/XVCenarioSuite.h"
 
@@ -34,26 +33,50 @@ TEST_F(LogGeralTeste, LinhaTemTodasAsColunasEOTextoNuncaQuebraALinha) {
 
 TEST_F(LogGeralTeste, MesNovoAbreArquivoNovoEArquivoVazioGanhaCabecalho) {
     m_Arquivos.CriaArquivo(PastaDados("XVLogGeral_202404.log"), "");
+    CXVSistemaArquivosFalhas falhas(m_Arquivos);
+    const CXVGuardaSistemaArquivos guarda(falhas);
     CXVAcessoEmpresarial acesso(&m_Dono);
     m_Relogio.SetUTC({2024, 4, 1, 2, 59, 59});  // 31 March, local
     EXPECT_EQ(acesso.GravaLogGeral(DFSLOG_Servico::eDFSLOG_Alteracao, "a"), S_OK);
+    falhas.Programa({.eOperacao = EOperacaoArquivo::eGrava, .eCausa = ECausaArquivo::eDiscoCheio});
+    EXPECT_EQ(acesso.GravaLogGeral(DFSLOG_Servico::eDFSLOG_Alteracao, "perdida"), eDiskFull);
+    EXPECT_EQ(m_Arquivos.GetQuantidadeAberta(), 0U) << "the next line opens the file anew";
     m_Relogio.Avanca(1000);
     EXPECT_EQ(acesso.GravaLogGeral(DFSLOG_Servico::eDFSLOG_Alteracao, "b"), S_OK);
     EXPECT_TRUE(Le().ends_with("31/03/2024\t23:59:59\tMATRIZ\t7\t99\t3\t0\t0\ta\n"));
     EXPECT_EQ(Le("XVLogGeral_202404.log"),
               std::string(k_pszCabecalho) + "01/04/2024\t00:00:00\tMATRIZ\t7\t99\t3\t0\t0\tb\n");
     EXPECT_EQ(m_Arquivos.GetQuantidadeAberta(), 1U);
+    m_Relogio.SetUTC({2024, 5, 1, 12, 0, 0});
+    EXPECT_EQ(acesso.GravaLogGeral(DFSLOG_Servico::eDFSLOG_Alteracao, "c"), S_OK);
+    EXPECT_TRUE(Le("XVLogGeral_202405.log").ends_with("\t3\t0\t0\tc\n"));
 }
 
-TEST_F(LogGeralTeste, OutroProcessoPodeEscreverNoMesmoArquivo) {
-    CXVAcessoEmpresarial um(&m_Dono);
+// Another process comes before the new file is made, or between it and its header: then it waits.
+TEST_F(LogGeralTeste, CabecalhoEscreveQuemCriouOArquivo) {
     const CXVDonoFixo dono("MATRIZ", 8, 100);
-    CXVAcessoEmpresarial outro(&dono);
-    EXPECT_EQ(um.GravaLogGeral(DFSLOG_Servico::eDFSLOG_Inclusao, "1"), S_OK);
-    EXPECT_EQ(outro.GravaLogGeral(DFSLOG_Servico::eDFSLOG_Inclusao, "2"), S_OK);
-    EXPECT_EQ(um.GravaLogGeral(DFSLOG_Servico::eDFSLOG_Inclusao, "3"), S_OK);
-    const std::string sConteudo = Le();
-    EXPECT_EQ(std::count(sConteudo.begin(), sConteudo.end(), '\n'), 4);
+    const std::string sLinha = "15/03/2024\t09:00:00\tMATRIZ\t8\t100\t1\t0\t0\t";
+    for (const bool bAntes : {true, false}) {
+        const std::string sAchado = bAntes ? "<ausente>" : "";
+        const HRESULT hrEsperado = bAntes ? S_OK : eSharingViolation;
+        CXVAcessoEmpresarial um(&m_Dono);
+        CXVAcessoEmpresarial outro(&dono);
+        std::optional<HRESULT> hrOutro;
+        CXVSistemaArquivosGancho arquivos(m_Arquivos);
+        const CXVGuardaSistemaArquivos guarda(arquivos);
+        const CXVGanchoArquivos gancho([&] {
+            if (!hrOutro && Le() == sAchado)
+                hrOutro = outro.GravaLogGeral(DFSLOG_Servico::eDFSLOG_Inclusao, "2");
+        });
+        EXPECT_EQ(um.GravaLogGeral(DFSLOG_Servico::eDFSLOG_Inclusao, "1"), S_OK);
+        EXPECT_EQ(hrOutro, hrEsperado) << "the header does not come in half a second";
+        EXPECT_EQ(outro.GravaLogGeral(DFSLOG_Servico::eDFSLOG_Inclusao, "3"), S_OK);
+        EXPECT_EQ(Le(), k_pszCabecalho + (bAntes ? sLinha + "2\n" : "") +
+                            "15/03/2024\t09:00:00\tMATRIZ\t7\t99\t1\t0\t0\t1\n" + sLinha + "3\n");
+        um.Fecha();
+        outro.Fecha();
+        ASSERT_TRUE(m_Arquivos.Apaga(PastaDados("XVLogGeral_202403.log")).Ok());
+    }
 }
 
 TEST_F(LogGeralTeste, SemDiretorioAFalhaVoltaComoCodigoENadaECriado) {
@@ -91,35 +114,24 @@ TEST_F(LogGeralTeste, CadaFalhaDoDiscoVoltaComoCodigoEALinhaSeguinteEntraInteira
     }
 }
 
-TEST(LogGeralDiscoTeste, MuitasThreadsEObjetosNaoMisturamLinhasNemRepetemOCabecalho) {
-    const CXVDiretorioTeste diretorio;
-    CXVRegistryFalso registry;
-    registry.SetTexto(CAmbienteXV::GetChaveRegistry(XV_DF), "Path", diretorio.GetCaminho());
-    const CXVGuardaRegistry guarda(registry);
-    const CXVDonoFixo dono("MATRIZ");
-    std::string sDados;
-    ASSERT_EQ(CAmbienteXV::GetPathDados(XV_DF, "MATRIZ", &sDados), S_OK);
-    ASSERT_TRUE(XVPlataforma::SistemaArquivos().CriaDiretorio(sDados).Ok());
+// One object for all threads: the thread sanitizer watches it, and a second object stands for another
+// process.
+TEST_F(LogGeralTeste, ThreadsDeUmObjetoEOutroProcessoNaoMisturamLinhas) {
     const std::string sTexto(300, 'x');
-    XVEmThreads(4, [&](unsigned) {
-        CXVAcessoEmpresarial acesso(&dono);
-        for (int j = 0; j < 50; ++j)
-            EXPECT_EQ(acesso.GravaLogGeral(DFSLOG_Servico::eDFSLOG_Inclusao, sTexto), S_OK);
-    });
-    std::vector<std::string> listaNomes;
-    ASSERT_TRUE(XVPlataforma::SistemaArquivos().Lista(sDados, "XVLogGeral_*.log", listaNomes).Ok());
-    std::size_t uiLinhas = 0;
-    for (const std::string& sNome : listaNomes) {
-        const std::string sConteudo = diretorio.LeConteudo("MATRIZ/DF/" + sNome).value_or("");
-        EXPECT_EQ(sConteudo.rfind(k_pszCabecalho), 0U) << "one header line, at the start";
-        std::size_t uiInicio = std::string(k_pszCabecalho).size();
-        for (; uiInicio < sConteudo.size(); uiInicio = sConteudo.find('\n', uiInicio) + 1, ++uiLinhas) {
-            const std::size_t uiFim = sConteudo.find('\n', uiInicio);
-            ASSERT_NE(uiFim, std::string::npos);
-            ASSERT_TRUE(sConteudo.substr(uiInicio, uiFim - uiInicio).ends_with("\t1\t0\t0\t" + sTexto));
+    CXVAcessoEmpresarial comum(&m_Dono);
+    CXVAcessoEmpresarial outro(&m_Dono);
+    EXPECT_EQ(outro.GravaLogGeral(DFSLOG_Servico::eDFSLOG_Inclusao, sTexto), S_OK);  // with the header
+    XVEmThreads(4, [&](unsigned iThread) {
+        CXVAcessoEmpresarial& rAcesso = iThread == 3 ? outro : comum;
+        for (int j = 0; j < 50; ++j) {
+            EXPECT_EQ(rAcesso.GravaLogGeral(DFSLOG_Servico::eDFSLOG_Inclusao, sTexto), S_OK);
+            if (j % 10 == 9) rAcesso.Fecha();
         }
-    }
-    EXPECT_EQ(uiLinhas, 200U);
+    });
+    std::string sEsperado = k_pszCabecalho;
+    for (int i = 0; i < 201; ++i)
+        sEsperado += "15/03/2024\t09:00:00\tMATRIZ\t7\t99\t1\t0\t0\t" + sTexto + "\n";
+    EXPECT_EQ(Le(), sEsperado);
 }
 
 }  // namespace

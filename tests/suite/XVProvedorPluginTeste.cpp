@@ -1,5 +1,9 @@
-// Providers in libraries: found beside the program, believed in nothing, and no buffer of theirs lost.
-#include "platform/XVBibliotecaDinamica.h"
+// Providers in libraries are believed in nothing: an answer that cannot be right is refused, changes nothing,
+// and no buffer of it is lost. What honest ones are handed and answer is tested with the store.
+#include <cstdlib>
+#include <cstring>
+#include <functional>
+
 #include "suite/XVMiddlewareFacade.h"
 #include "suite/providers/XVProvedorAdaptador.h"
 #include "support/trace/XVCapturaTrace.h"
@@ -7,134 +11,172 @@
 
 namespace {
 
+constexpr HRESULT k_hrInvalida = CXVProvedorAdaptador::k_hrRespostaInvalida;
+
+// The library: what a test tells it to answer.
+struct SBiblioteca {
+    XVProvedorTabela tabela{};
+    std::int32_t iResultado = 0;
+    std::function<void(XVProvedorDados*)> fnDados;
+    std::function<void(XVProvedorListaPendencias*)> fnLista;
+    std::function<void(XVProvedorStatusConsulta*)> fnConsulta;
+    long lBuffersVivos = 0;
+};
+SBiblioteca* g_pBiblioteca = nullptr;
+
+std::int32_t Obtem(std::uint32_t, XVProvedorTabela* pTabela) {
+    *pTabela = g_pBiblioteca->tabela;
+    return g_pBiblioteca->iResultado;
+}
+
 class ProvedorPluginTeste : public CXVCenarioSuite {
   protected:
-    void SetUp() override {
-        ASSERT_EQ(m_Facade.Inicializa(&m_Dono), S_OK);
-        ASSERT_TRUE(m_Biblioteca.EstaCarregada());
-        m_pfnBuffersVivos = m_Biblioteca.GetFuncao<long (*)()>("XVProvedorExemploBuffersVivos");
-        ASSERT_NE(m_pfnBuffersVivos, nullptr);
+    ProvedorPluginTeste() {
+        g_pBiblioteca = &m_Biblioteca;
+        XVProvedorTabela& r = m_Biblioteca.tabela;
+        r.ulTamanho = sizeof r;
+        r.ulVersao = XVPROVEDOR_VERSAO;
+        r.eSistema = Mercos;
+        r.pfnLibera = [](void*, void* pBuffer) {
+            --g_pBiblioteca->lBuffersVivos;
+            std::free(pBuffer);
+        };
     }
-    void TearDown() override { EXPECT_EQ(m_pfnBuffersVivos(), 0) << "every buffer went back to the library"; }
-
-    HRESULT Envia(const char* pszJSON, CXVDadosCR_IntegracaoMiddleware* pDados) {
-        pDados->sRegistroJSON = pszJSON;
-        pDados->sMensagemIntegracao = "antes";
-        pDados->eSistemaIntegracao = Mercos;
-        return CXVMiddlewareIntegracaoSistemas::EnviaJsonIntegracaoSistemasTerceiros(*pDados, &m_Dono);
+    ~ProvedorPluginTeste() override {
+        EXPECT_EQ(m_Biblioteca.lBuffersVivos, 0) << "every buffer went back to the library";
     }
 
-    CXVBibliotecaDinamica m_Biblioteca{"XVProvedor16.dll"};
-    long (*m_pfnBuffersVivos)() = nullptr;
-    CXVMiddlewareFacade m_Facade;
+    static void* Aloca(std::size_t uiTamanho) {
+        ++g_pBiblioteca->lBuffersVivos;
+        return std::calloc(1, uiTamanho);
+    }
+    static void Preenche(XVProvedorBuffer* pBuffer, std::string_view s) {
+        *pBuffer = {Aloca(s.size()), s.size(), 1, 0};
+        std::memcpy(pBuffer->pBytes, s.data(), s.size());
+    }
+    std::unique_ptr<IXVProvedorIntegracao> Provedor() {
+        XVProvedorTabela& r = m_Biblioteca.tabela;
+        r.pfnEnviaJson = [](void*, auto, auto p) { return g_pBiblioteca->fnDados(p), 1; };
+        r.pfnBuscaIntegracoes = [](void*, auto, auto, auto p) { return g_pBiblioteca->fnLista(p), 1; };
+        r.pfnBuscaDadosSistemaTerceiro = [](void*, auto, auto, auto p) {
+            return g_pBiblioteca->fnConsulta(p), 0;
+        };
+        return CXVProvedorAdaptador::Cria(&Obtem, Mercos, &m_sMotivo);
+    }
+
+    SBiblioteca m_Biblioteca;
+    std::string m_sMotivo;
     CXVCapturaTrace m_Captura;
 };
 
-TEST_F(ProvedorPluginTeste, BibliotecaAoLadoDoProgramaEUsada) {
-    EXPECT_NE(XVProvedores::Busca(Mercos), nullptr);
-    EXPECT_EQ(XVProvedores::Busca(OfficialBank), nullptr);
-    CXVDadosCR_IntegracaoMiddleware dados;
-    ASSERT_EQ(Envia("ok", &dados), S_OK);
-    EXPECT_EQ(dados.uiChaveIntegracaoSistemaTerceiro, 1007U);
-    EXPECT_EQ(dados.eStatusIntegracao, eXVSMiddleware_Sucesso);
-    EXPECT_EQ(dados.sMensagemIntegracao, "MATRIZ");
-    EXPECT_EQ(dados.sJSONRetornoIntegracao, "{\"ok\":1}");
-    EXPECT_EQ(dados.sRegistroJSON, "ok");
-}
-
-TEST_F(ProvedorPluginTeste, RespostaDesonestaOuFalhaNaoMudaNada) {
-    for (const char* pszPedido : {"falha", "status", "nul", "ponteiro", "tamanho", "marca"}) {
-        CXVDadosCR_IntegracaoMiddleware dados;
-        const HRESULT hrEsperado = std::string(pszPedido) == "falha"
-                                       ? XVHResult(0x800705B4U)
-                                       : CXVProvedorAdaptador::k_hrRespostaInvalida;
-        EXPECT_EQ(Envia(pszPedido, &dados), hrEsperado) << pszPedido;
-        EXPECT_EQ(dados.uiChaveIntegracaoSistemaTerceiro, 0U) << pszPedido;
-        EXPECT_EQ(dados.sMensagemIntegracao, "antes") << pszPedido;
-        EXPECT_EQ(dados.eStatusIntegracao, 0U) << pszPedido;
+TEST_F(ProvedorPluginTeste, TextosImpossiveisSaoRecusados) {
+    using TFaz = std::function<void(XVProvedorBuffer*)>;
+    const TFaz aImpossiveis[] = {
+        [](XVProvedorBuffer* p) { Preenche(p, std::string_view("a\0b", 3)); },
+        [](XVProvedorBuffer* p) {
+            *p = {nullptr, 5, 1, 0};
+        },
+        [](XVProvedorBuffer* p) {
+            *p = {Aloca(3), 0x1'0000'0000ULL, 1, 0};
+        },
+        [](XVProvedorBuffer* p) {
+            *p = {Aloca(3), 3, 0, 0};
+        },
+    };
+    const auto pProvedor = Provedor();
+    CXVDadosCR_IntegracaoMiddleware antes;
+    antes.sMensagemIntegracao = "antes";
+    antes.regDataHoraAlteracaoStatus.uiValor = 22;
+    CXVDadosCR_IntegracaoMiddleware dados = antes;
+    m_Biblioteca.fnDados = [](XVProvedorDados* p) { EXPECT_EQ(p->uiDataHoraAlteracaoStatus, 22U); };
+    EXPECT_EQ(pProvedor->EnviaJson(m_Dono, dados), S_OK) << "success by another number";
+    EXPECT_TRUE(dados == antes);
+    for (const TFaz& fnFaz : aImpossiveis) {
+        for (XVProvedorBuffer XVProvedorDados::*pCampo :
+             {&XVProvedorDados::bufRegistroJSON, &XVProvedorDados::bufMensagemIntegracao,
+              &XVProvedorDados::bufJSONRetornoIntegracao}) {
+            m_Biblioteca.fnDados = [&](XVProvedorDados* p) {
+                fnFaz(&(p->*pCampo));
+                p->uiChaveIntegracaoSistemaTerceiro = 9;
+            };
+            EXPECT_EQ(pProvedor->EnviaJson(m_Dono, dados), k_hrInvalida);
+            EXPECT_TRUE(dados == antes);
+        }
     }
 }
 
-TEST_F(ProvedorPluginTeste, ListaDePendenciasEConferidaItemAItem) {
-    CXVDadosCR_ParametrosIntegracao parametros;
-    parametros.eSistemaIntegracao = Mercos;
-    parametros.regDmcOrigem = REG_XVDMC::Cria(0, 5, REG_XVDMA::Cria(2024, 3, 15));
-    std::vector<CXVDadosCR_PendenciaIntegracaoSistema> lista(3);
-    EXPECT_EQ(m_Facade.BuscaIntegracoes(parametros, lista), S_OK);
-    EXPECT_TRUE(lista.empty());
-    parametros.ulPonteiroAuxiliar = 1;
-    ASSERT_EQ(m_Facade.BuscaIntegracoes(parametros, lista), S_OK);
-    ASSERT_EQ(lista.size(), 2U);
-    EXPECT_EQ(lista[1].sJSON, "{\"item\":1}");
-    EXPECT_EQ(lista[1].regDmcOrigem, parametros.regDmcOrigem);
-    for (const XVUInt ulDesonesta : {2U, 3U}) {
-        parametros.ulPonteiroAuxiliar = ulDesonesta;
-        EXPECT_EQ(m_Facade.BuscaIntegracoes(parametros, lista), CXVProvedorAdaptador::k_hrRespostaInvalida);
-        EXPECT_TRUE(lista.empty());
+TEST_F(ProvedorPluginTeste, RespostaAConsultaOuListaImpossivelERecusada) {
+    const auto pProvedor = Provedor();
+    using TStatus = CXVDadosCR_StatusConsultaSistemaTerceiro;
+    std::vector<CXVDadosCR_PendenciaIntegracaoSistema> lista(1);
+    m_Biblioteca.fnLista = [](XVProvedorListaPendencias*) {};
+    EXPECT_EQ(pProvedor->BuscaIntegracoes(m_Dono, {}, lista), S_OK) << "success by another number";
+    for (const XVUInt ulCaso : {0U, 1U, 2U, 3U}) {
+        m_Biblioteca.fnConsulta = [ulCaso](XVProvedorStatusConsulta* p) {
+            p->eStatusConsulta = ulCaso == 0 ? XVUInt{eXVSMiddleware_QuantidadeStatusConsulta} : 1U;
+            if (ulCaso == 3)
+                p->bufDocumentoRetorno = {Aloca(3), 0x1'0000'0000ULL, 1, 0};
+            else
+                Preenche(&p->bufDocumentoRetorno, std::string_view("a\0b", 3));
+            if (ulCaso == 1) Preenche(&p->bufMensagemRetorno, std::string_view("a\0b", 3));
+            if (ulCaso == 2) Preenche(&p->bufJSONRetorno, std::string_view("a\0b", 3));
+        };
+        TStatus status{"antes", "{}", "doc", 2};
+        EXPECT_EQ(pProvedor->BuscaDadosSistemaTerceiro(m_Dono, {}, status), k_hrInvalida);
+        EXPECT_TRUE(status == (TStatus{"antes", "{}", "doc", 2}));
+        // No address, elements of another size, more of them than there can be.
+        m_Biblioteca.fnLista = [ulCaso](XVProvedorListaPendencias* p) {
+            p->ulTamanhoElemento = ulCaso == 1 ? 1 : sizeof(XVProvedorPendencia);
+            p->ulQuantidade = ulCaso >= 2 ? 1'000'001 : 1;
+            if (ulCaso != 0) p->pLista = static_cast<XVProvedorPendencia*>(Aloca(sizeof *p->pLista));
+        };
+        EXPECT_EQ(pProvedor->BuscaIntegracoes(m_Dono, {}, lista), k_hrInvalida);
+        EXPECT_EQ(lista.size(), 1U);
     }
 }
 
-TEST_F(ProvedorPluginTeste, OperacaoOpcionalAusenteESucessoESistemaSemProvedorEENotimpl) {
+TEST_F(ProvedorPluginTeste, OperacaoAusenteESistemaSemProvedorSaoENotimpl) {
+    const auto pProvedor = CXVProvedorAdaptador::Cria(&Obtem, Mercos, &m_sMotivo);
     CXVDadosCR_IntegracaoMiddleware dados;
-    dados.eSistemaIntegracao = Mercos;
     CXVDadosCR_ParametrosIntegracao parametros;
-    parametros.eSistemaIntegracao = Mercos;
-    EXPECT_EQ(m_Facade.RealizaOperacaoAnterior(dados), S_OK);
-    EXPECT_EQ(m_Facade.RealizaOperacaoPosterior(parametros), S_OK);
+    for (const auto pOperacao :
+         {&IXVProvedorIntegracao::RealizaOperacaoAnterior, &IXVProvedorIntegracao::EnviaJson,
+          &IXVProvedorIntegracao::BuscaDados, &IXVProvedorIntegracao::ExcluiDados})
+        EXPECT_EQ((*pProvedor.*pOperacao)(m_Dono, dados), E_NOTIMPL);
+    EXPECT_EQ(pProvedor->RealizaOperacaoPosterior(m_Dono, parametros), E_NOTIMPL);
+    EXPECT_EQ(pProvedor->AtualizaParametrosIntegracao(m_Dono, parametros), E_NOTIMPL);
+
+    CXVMiddlewareFacade facade;
+    ASSERT_EQ(facade.Inicializa(&m_Dono), S_OK);
     using CXVTroca = CXVMiddlewareIntegracaoSistemas;
-    EXPECT_EQ(CXVTroca::ExcluiDadosIntegracaoSistemasTerceiros(dados, &m_Dono), E_NOTIMPL)
-        << "the exchange itself is not optional";
-    dados.eSistemaIntegracao = parametros.eSistemaIntegracao = OfficialBank;
-    EXPECT_EQ(m_Facade.RealizaOperacaoAnterior(dados), E_NOTIMPL);
-    EXPECT_EQ(m_Facade.RealizaOperacaoPosterior(parametros), E_NOTIMPL);
-    EXPECT_EQ(m_Facade.AtualizaParametrosIntegracao(parametros), E_NOTIMPL);
-    EXPECT_EQ(CXVTroca::EnviaJsonIntegracaoSistemasTerceiros(dados, &m_Dono), E_NOTIMPL);
-    EXPECT_EQ(CXVTroca::BuscaDadosIntegracaoSistemasTerceiros(dados, nullptr, &m_Dono), E_NOTIMPL);
-    EXPECT_EQ(CXVTroca::ExcluiDadosIntegracaoSistemasTerceiros(dados, &m_Dono), E_NOTIMPL);
-    dados.eSistemaIntegracao = Tipo_Nenhum;
-    EXPECT_EQ(m_Facade.RealizaOperacaoAnterior(dados), E_INVALIDARG);
-    EXPECT_EQ(CXVTroca::ExcluiDadosIntegracaoSistemasTerceiros(dados, &m_Dono), E_INVALIDARG);
+    for (const auto& [eSistema, hrEsperado] :
+         {std::pair{XVUInt{OfficialBank}, E_NOTIMPL}, {XVUInt{Tipo_Nenhum}, E_INVALIDARG}}) {
+        dados.eSistemaIntegracao = parametros.eSistemaIntegracao = eSistema;
+        EXPECT_EQ(facade.RealizaOperacaoAnterior(dados), hrEsperado);
+        EXPECT_EQ(facade.RealizaOperacaoPosterior(parametros), hrEsperado);
+        EXPECT_EQ(facade.AtualizaParametrosIntegracao(parametros), hrEsperado);
+        EXPECT_EQ(CXVTroca::EnviaJsonIntegracaoSistemasTerceiros(dados, &m_Dono), hrEsperado);
+        EXPECT_EQ(CXVTroca::BuscaDadosIntegracaoSistemasTerceiros(dados, nullptr, &m_Dono), hrEsperado);
+        EXPECT_EQ(CXVTroca::ExcluiDadosIntegracaoSistemasTerceiros(dados, &m_Dono), hrEsperado);
+    }
 }
 
 TEST_F(ProvedorPluginTeste, TabelaQueNaoCabeNaInterfaceERecusadaComOMotivo) {
-    std::string sMotivo;
-    const auto pfnObtem = m_Biblioteca.GetFuncao<PFXVProvedorObtem>(XVPROVEDOR_FUNCAO);
-    EXPECT_NE(CXVProvedorAdaptador::Cria(pfnObtem, 16, &sMotivo), nullptr);
-    EXPECT_EQ(sMotivo, "");
-    const PFXVProvedorObtem pfnSemLibera = [](uint32_t, XVProvedorTabela* p) -> int32_t {
-        p->eSistema = 16;
-        return 1;
+    const XVProvedorTabela boa = m_Biblioteca.tabela;
+    const auto motivo = [&] {
+        const auto pProvedor = CXVProvedorAdaptador::Cria(&Obtem, Mercos, &m_sMotivo);
+        EXPECT_EQ(pProvedor == nullptr, !m_sMotivo.empty());
+        m_Biblioteca.tabela = boa;
+        return m_sMotivo;
     };
-    const PFXVProvedorObtem pfnOutroTamanho = [](uint32_t, XVProvedorTabela* p) -> int32_t {
-        p->eSistema = 16;
-        p->ulTamanho = 8;
-        p->pfnLibera = [](void*, void*) {};
-        return 0;
-    };
-    const PFXVProvedorObtem pfnOutraVersao = [](uint32_t, XVProvedorTabela* p) -> int32_t {
-        p->eSistema = 16;
-        p->ulVersao = 2;
-        p->pfnLibera = [](void*, void*) {};
-        return 0;
-    };
-    const PFXVProvedorObtem pfnFalha = [](uint32_t, XVProvedorTabela*) {
-        return static_cast<int32_t>(0x80070005U);
-    };
-    const struct {
-        PFXVProvedorObtem pfnObtem;
-        XVUInt eSistema;
-        std::string sMotivo;
-    } aCasos[] = {
-        {nullptr, 16, "não exporta XVProvedorObtem"},
-        {pfnObtem, 8, "serve o sistema 16"},
-        {pfnSemLibera, 16, "tabela sem pfnLibera"},
-        {pfnOutroTamanho, 16, "tabela de 8 bytes em vez de " + std::to_string(sizeof(XVProvedorTabela))},
-        {pfnOutraVersao, 16, "tabela da versão 2 em vez de 1"},
-        {pfnFalha, 16, "XVProvedorObtem respondeu 0x80070005"}};
-    for (const auto& rCaso : aCasos) {
-        EXPECT_EQ(CXVProvedorAdaptador::Cria(rCaso.pfnObtem, rCaso.eSistema, &sMotivo), nullptr);
-        EXPECT_EQ(sMotivo, rCaso.sMotivo);
-    }
+    m_Biblioteca.iResultado = 1;
+    EXPECT_EQ(motivo(), "");
+    m_Biblioteca.tabela.ulTamanho = 8;
+    EXPECT_EQ(motivo(), "tabela de 8 bytes em vez de " + std::to_string(sizeof(XVProvedorTabela)));
+    m_Biblioteca.tabela.ulVersao = 2;
+    EXPECT_EQ(motivo(), "tabela da versão 2 em vez de 1");
+    m_Biblioteca.tabela.pfnLibera = nullptr;
+    EXPECT_EQ(motivo(), "tabela sem pfnLibera");
 }
 
 }  // namespace

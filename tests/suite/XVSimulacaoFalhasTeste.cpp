@@ -1,28 +1,15 @@
 // The simulated system on a failing disk and with hostile documents: an error, nothing lost, nothing held.
-#include "suite/XVMiddlewareFacade.h"
-#include "suite/simulation/XVPastaSimulacao.h"
-#include "support/codes/XVCodigos.h"
-#include "support/trace/XVCapturaTrace.h"
 #include "tests/harness/XVSistemaArquivosFalhas.h"
 #include "tests/harness/XVSistemaArquivosMorte.h"
-#include "tests/suite/XVCenarioSuite.h"
+#include "tests/suite/XVCenarioSimulacao.h"
 
 namespace {
 
-using CXVTroca = CXVMiddlewareIntegracaoSistemas;
-
-class SimulacaoFalhasTeste : public CXVCenarioSuite {
+class SimulacaoFalhasTeste : public CXVCenarioSimulacao {
   protected:
-    static CXVDadosCR_IntegracaoMiddleware Dados() {
-        CXVDadosCR_IntegracaoMiddleware dados;
-        dados.sRegistroJSON = "{\"pedido\":1}";
-        dados.regDmcMovimentoOrigem = REG_XVDMC::Cria(2, 10, REG_XVDMA::Cria(2024, 3, 15));
-        dados.eSistemaIntegracao = SimulacaoSistemaTerceiro;
-        return dados;
-    }
-    HRESULT Envia(XVUInt64* puiChave = nullptr) {
-        auto dados = Dados();
-        const HRESULT hr = CXVTroca::EnviaJsonIntegracaoSistemasTerceiros(dados, &m_Dono);
+    HRESULT Envia(XVUInt64* puiChave = nullptr) const {
+        TDados dados = Dados();
+        const HRESULT hr = CXVCenarioSimulacao::Envia(dados);
         if (puiChave != nullptr) *puiChave = dados.uiChaveIntegracaoSistemaTerceiro;
         return hr;
     }
@@ -38,7 +25,7 @@ TEST_F(SimulacaoFalhasTeste, CadaFalhaDoDiscoVoltaEODocumentoAnteriorFica) {
         ASSERT_LT(uiFalha, 200U);
         m_Arquivos.Restaura(retrato);
         const CXVCapturaTrace captura;
-        auto exclusao = Dados();
+        TDados exclusao = Dados();
         HRESULT hrEnvio = S_OK;
         HRESULT hrExclusao = S_OK;
         {
@@ -46,10 +33,12 @@ TEST_F(SimulacaoFalhasTeste, CadaFalhaDoDiscoVoltaEODocumentoAnteriorFica) {
             const CXVGuardaSistemaArquivos guarda(falhas);
             falhas.Programa({.eOperacao = std::nullopt, .uiNumero = uiFalha, .bGravaMetade = true});
             hrEnvio = Envia();
-            hrExclusao = CXVTroca::ExcluiDadosIntegracaoSistemasTerceiros(exclusao, &m_Dono);
+            hrExclusao = Exclui(exclusao);
             bHouveFalha = falhas.GetFalhasOcorridas() != 0;
         }
         EXPECT_EQ(m_Arquivos.GetQuantidadeAberta(), 0U) << uiFalha;
+        for (const auto& [sCaminho, arquivo] : m_Arquivos.Retrata())
+            EXPECT_FALSE(sCaminho.ends_with(".novo")) << "a temporary file stayed: " << uiFalha;
         EXPECT_EQ(FAILED(hrEnvio) || FAILED(hrExclusao), bHouveFalha) << uiFalha;
         EXPECT_EQ(captura.GetFalhas().empty(), !bHouveFalha) << uiFalha;
         EXPECT_EQ(LeSimulacao("1.doc") == sDocumento, SUCCEEDED(hrEnvio) || FAILED(hrExclusao)) << uiFalha;
@@ -57,6 +46,32 @@ TEST_F(SimulacaoFalhasTeste, CadaFalhaDoDiscoVoltaEODocumentoAnteriorFica) {
         EXPECT_EQ(Envia(&uiChave), S_OK) << "the next call works: " << uiFalha;
         EXPECT_GT(uiChave, SUCCEEDED(hrEnvio) ? 2U : 1U) << uiFalha;
     }
+}
+
+TEST_F(SimulacaoFalhasTeste, SobraDeUmProcessoMortoNaoEntraNoDocumento) {
+    ASSERT_EQ(Envia(), S_OK);
+    CXVSistemaArquivosFalhas falhas(m_Arquivos);
+    const CXVGuardaSistemaArquivos guarda(falhas);
+    falhas.SetFiltro([this](const std::string& sCaminho) {
+        const bool bNovo = sCaminho.ends_with(".novo");
+        if (bNovo && m_Arquivos.Existe(sCaminho) == EExistencia::eAusente)
+            m_Arquivos.CriaArquivo(sCaminho, std::string(1000, 'x'));
+        return bNovo;
+    });
+    ASSERT_EQ(Envia(), S_OK);
+    EXPECT_EQ(falhas.GetQuantidade(EOperacaoArquivo::eSincroniza), 2U) << "counter and document";
+    EXPECT_EQ(LeSimulacao("contador.doc"), "Ultima: 2\n\n");
+    EXPECT_TRUE(LeSimulacao("2.doc").ends_with("\"aceito\"}"));
+}
+
+TEST_F(SimulacaoFalhasTeste, DocumentoQueNaoSePodeOlharNaoEPulado) {
+    CXVSistemaArquivosFalhas falhas(m_Arquivos);
+    const CXVGuardaSistemaArquivos guarda(falhas);
+    falhas.SetFiltro([](const std::string& sCaminho) { return sCaminho.ends_with("1.doc"); });
+    falhas.Programa({.eOperacao = EOperacaoArquivo::eConsulta});
+    const CXVCapturaTrace captura;
+    EXPECT_EQ(Envia(), eAccessDenied);
+    EXPECT_EQ(LeSimulacao("contador.doc"), "<ausente>");
 }
 
 TEST_F(SimulacaoFalhasTeste, ProcessoMortoEntreDoisPassosNaoDeixaMeioDocumento) {
@@ -99,36 +114,28 @@ TEST_F(SimulacaoFalhasTeste, DocumentoHostilERecusadoEFicaComoEsta) {
     for (const char* pszConteudo : {"Status: 9\n", "Enviado: 4\n\nabc", "Enviado: -1\n\n", "Nada: 1\n"}) {
         m_Arquivos.Restaura({});
         CriaSimulacao("5.doc", pszConteudo);
-        auto dados = Dados();
-        dados.uiChaveIntegracaoSistemaTerceiro = 5;
+        TDados dados = Dados(1, 5);
         const CXVCapturaTrace captura;
-        EXPECT_EQ(CXVTroca::ExcluiDadosIntegracaoSistemasTerceiros(dados, &m_Dono),
-                  CXVPastaSimulacao::k_hrDocumentoInvalido);
+        EXPECT_EQ(Exclui(dados), CXVPastaSimulacao::k_hrDocumentoInvalido);
         EXPECT_EQ(LeSimulacao("5.doc"), pszConteudo);
-        EXPECT_EQ(dados.eStatusIntegracao, 0U);
+        EXPECT_TRUE(dados == Dados(1, 5));
     }
 }
 
 TEST_F(SimulacaoFalhasTeste, DocumentoPresoPorOutroEEsperadoUmTempoLimitado) {
     ASSERT_EQ(Envia(), S_OK);
     std::unique_ptr<IXVArquivo> pPreso;
-    ASSERT_TRUE(m_Arquivos
-                    .Abre(m_Arquivos.Junta(PastaDados("simulacao"), "1.doc"),
-                          {EAcessoArquivo::eLeituraEscrita, ECompartilhamentoArquivo::eNegaTudo}, pPreso)
-                    .Ok());
-    auto dados = Dados();
-    dados.uiChaveIntegracaoSistemaTerceiro = 1;
-    m_Relogio.SetAoDormir([&](XVUInt64 uiDormidas) {
-        if (uiDormidas == 3) pPreso.reset();
-    });
-    EXPECT_EQ(CXVTroca::BuscaDadosIntegracaoSistemasTerceiros(dados, nullptr, &m_Dono), S_OK);
-    ASSERT_TRUE(m_Arquivos
-                    .Abre(m_Arquivos.Junta(PastaDados("simulacao"), "1.doc"),
-                          {EAcessoArquivo::eLeituraEscrita, ECompartilhamentoArquivo::eNegaTudo}, pPreso)
-                    .Ok());
-    m_Relogio.SetAoDormir({});
-    const CXVCapturaTrace captura;
-    EXPECT_EQ(CXVTroca::BuscaDadosIntegracaoSistemasTerceiros(dados, nullptr, &m_Dono), eSharingViolation);
+    for (const bool bSolta : {true, false}) {
+        ASSERT_TRUE(m_Arquivos
+                        .Abre(m_Arquivos.Junta(PastaDados("simulacao"), "1.doc"),
+                              {EAcessoArquivo::eLeituraEscrita, ECompartilhamentoArquivo::eNegaTudo}, pPreso)
+                        .Ok());
+        m_Relogio.SetAoDormir([&, bSolta](XVUInt64 uiDormidas) {
+            if (bSolta && uiDormidas == 3) pPreso.reset();
+        });
+        TDados dados = Dados(1, 1);
+        EXPECT_EQ(Busca(dados), bSolta ? S_OK : eSharingViolation);
+    }
 }
 
 }  // namespace

@@ -1,147 +1,125 @@
 // The simulated system without rules: it keeps what it is sent under keys of its own and answers by it.
-#include <set>
+#include <array>
+#include <atomic>
 
-#include "suite/XVMiddlewareFacade.h"
-#include "support/trace/XVCapturaTrace.h"
-#include "tests/harness/XVDiretorioTemporario.h"
 #include "tests/harness/XVEmThreads.h"
-#include "tests/suite/XVCenarioSuite.h"
+#include "tests/suite/XVCenarioSimulacao.h"
 
 namespace {
 
-using CXVTroca = CXVMiddlewareIntegracaoSistemas;
+using SimulacaoTrocaTeste = CXVCenarioSimulacao;
 
-REG_XVDMC Origem(XVUInt ulPonteiro) {
-    return REG_XVDMC::Cria(2, ulPonteiro, REG_XVDMA::Cria(2024, 3, 15));
+constexpr const char* k_pszAceito = "Documento aceito pelo sistema simulado.";
+constexpr const char* k_pszCancelado = "Documento cancelado no sistema simulado.";
+
+// What the simulated system keeps of Dados(1).
+std::string Documento(const std::string& sStatus, const std::string& sMensagem, const std::string& sEspera,
+                      const std::string& sRetorno) {
+    return "Status: " + sStatus + "\nMensagem: " + sMensagem +
+           "\nOrigem: 20240315-1-2\nTipo: 9\nTransacao: 2\nFilial: 32\nBaseDados: 31\nChaveRegistro: 55\n" +
+           sEspera + "Enviado: 16\n\n{\"a\":\"ção\r\n\"}\n" + sRetorno;
 }
 
-CXVDadosCR_IntegracaoMiddleware Dados(XVUInt ulOrigem, std::string sJSON = "{\"pedido\":1}") {
-    CXVDadosCR_IntegracaoMiddleware dados;
-    dados.sRegistroJSON = std::move(sJSON);
-    dados.regDmcMovimentoOrigem = Origem(ulOrigem);
-    dados.eSistemaIntegracao = SimulacaoSistemaTerceiro;
-    dados.eTipoIntegracao = eXVSMiddleware_BuscaPedidos;
-    dados.eTipoTransacao = eXVSMiddleware_Inclusao;
-    return dados;
-}
+TEST_F(SimulacaoTrocaTeste, DocumentoEnviadoLidoCanceladoELidoDeNovoGuardaTudo) {
+    TDados dados = Dados();
+    TDados esperado = Dados(1, 1);
+    const char* const pszAceito = "{\"chave\":\"1\",\"situacao\":\"aceito\"}";
+    ASSERT_EQ(Envia(dados), S_OK);
+    Responde(esperado, eXVSMiddleware_Sucesso, k_pszAceito, pszAceito);
+    EXPECT_TRUE(dados == esperado);
+    EXPECT_EQ(LeSimulacao("1.doc"), Documento("3", k_pszAceito, "", pszAceito));
 
-using SimulacaoTrocaTeste = CXVCenarioSuite;
-
-TEST_F(SimulacaoTrocaTeste, EnviaGuardaODocumentoEDevolveChave) {
-    auto um = Dados(1, "{\"a\":\"ção\r\n\"}\n");
-    auto dois = Dados(2);
-    ASSERT_EQ(CXVTroca::EnviaJsonIntegracaoSistemasTerceiros(um, &m_Dono), S_OK);
-    ASSERT_EQ(CXVTroca::EnviaJsonIntegracaoSistemasTerceiros(dois, &m_Dono), S_OK);
-    EXPECT_EQ(um.uiChaveIntegracaoSistemaTerceiro, 1U);
-    EXPECT_EQ(dois.uiChaveIntegracaoSistemaTerceiro, 2U);
-    EXPECT_EQ(um.eStatusIntegracao, eXVSMiddleware_Sucesso);
-    EXPECT_EQ(um.sJSONRetornoIntegracao, "{\"chave\":\"1\",\"situacao\":\"aceito\"}");
-    EXPECT_FALSE(um.sMensagemIntegracao.empty());
-    EXPECT_NE(LeSimulacao("1.doc").find("\n\n{\"a\":\"ção\r\n\"}\n{\"chave\":\"1\""), std::string::npos)
-        << "the bytes that were sent stand as they were";
+    // A person changes it; what it says is answered, and what it orders is kept when it is cancelled.
+    CriaSimulacao("1.doc", Documento("2", "em análise", "Espera: 5\n", "{\"etapa\":2}"));
+    TParametros parametros;
+    ASSERT_EQ(Busca(dados, &parametros), S_OK);
+    Responde(esperado, eXVSMiddleware_Enviado, "em análise", "{\"etapa\":2}");
+    EXPECT_TRUE(dados == esperado);
+    EXPECT_TRUE(parametros == Parametros());
+    ASSERT_EQ(Exclui(dados), S_OK);
+    const char* const pszCancelado = "{\"chave\":\"1\",\"situacao\":\"cancelado\"}";
+    Responde(esperado, eXVSMiddleware_Cancelado, k_pszCancelado, pszCancelado);
+    EXPECT_TRUE(dados == esperado);
+    EXPECT_EQ(LeSimulacao("1.doc"), Documento("5", k_pszCancelado, "Espera: 5\n", pszCancelado));
+    TDados lido = Dados(1, 1);
+    lido.uiChaveRegistroSistemaTerceiro = 0;  // the document knows it
+    ASSERT_EQ(Busca(lido), S_OK);
+    EXPECT_TRUE(lido == esperado);
+    EXPECT_EQ(m_Relogio.GetMilissegundosDormidos(), 15U);
     EXPECT_EQ(m_Arquivos.GetQuantidadeAberta(), 0U);
-    auto vazio = Dados(3, "");
-    EXPECT_EQ(CXVTroca::EnviaJsonIntegracaoSistemasTerceiros(vazio, &m_Dono), E_INVALIDARG);
-    EXPECT_EQ(LeSimulacao("3.doc"), "<ausente>");
 }
 
-TEST_F(SimulacaoTrocaTeste, ChaveNuncaSobrepoeDocumentoMesmoSemContador) {
+TEST_F(SimulacaoTrocaTeste, SemJSONNadaEEnviadoESemPastaNadaEEncontrado) {
+    TDados vazio = Dados();
+    vazio.sRegistroJSON.clear();
+    EXPECT_EQ(Envia(vazio), E_INVALIDARG);
+    EXPECT_EQ(LeSimulacao("1.doc"), "<ausente>");
+    for (const XVUInt64 uiChave : {0U, 77U}) {
+        TDados dados = Dados(9, uiChave);
+        TDados esperado = dados;
+        Responde(esperado, eXVSMiddleware_Erro, "Documento não encontrado no sistema simulado.", "");
+        ASSERT_EQ(Exclui(dados), S_OK);
+        EXPECT_TRUE(dados == esperado);
+    }
+}
+
+TEST_F(SimulacaoTrocaTeste, ChaveNuncaSobrepoeDocumentoNemESaiDuasVezes) {
     CriaSimulacao("1.doc", "Status: Sucesso\n");
     CriaSimulacao("3.doc", "Status: Sucesso\n");
-    for (const XVUInt64 uiEsperada : {2U, 4U}) {
-        auto dados = Dados(1);
-        ASSERT_EQ(CXVTroca::EnviaJsonIntegracaoSistemasTerceiros(dados, &m_Dono), S_OK);
+    for (const XVUInt64 uiEsperada : {2U, 4U, 5U}) {
+        TDados dados = Dados();
+        ASSERT_EQ(Envia(dados), S_OK);
         EXPECT_EQ(dados.uiChaveIntegracaoSistemaTerceiro, uiEsperada);
+        m_Arquivos.Apaga(m_Arquivos.Junta(PastaDados("simulacao"), "4.doc")).Ignora();
     }
     EXPECT_EQ(LeSimulacao("1.doc"), "Status: Sucesso\n");
     CriaSimulacao("contador.doc", "Ultima: 18446744073709551615\n");
-    auto dados = Dados(1);
-    const CXVCapturaTrace captura;
-    EXPECT_TRUE(FAILED(CXVTroca::EnviaJsonIntegracaoSistemasTerceiros(dados, &m_Dono)));
-    EXPECT_EQ(dados.uiChaveIntegracaoSistemaTerceiro, 0U);
+    TDados dados = Dados();
+    EXPECT_TRUE(FAILED(Envia(dados)));
+    EXPECT_TRUE(dados == Dados());
 }
 
-TEST_F(SimulacaoTrocaTeste, BuscaDadosReleODocumentoPorChaveEPorOrigem) {
-    auto dados = Dados(1);
-    ASSERT_EQ(CXVTroca::EnviaJsonIntegracaoSistemasTerceiros(dados, &m_Dono), S_OK);
-    CriaSimulacao("1.doc", "Status: Enviado\nMensagem: em análise\nOrigem: " + Origem(1).ToString() +
-                               "\nTipo: BuscaPedidos\nChaveRegistro: 55\n\n{\"etapa\":2}\n");
-    CXVDadosCR_ParametrosIntegracao parametros;
-    ASSERT_EQ(CXVTroca::BuscaDadosIntegracaoSistemasTerceiros(dados, &parametros, &m_Dono), S_OK);
-    EXPECT_EQ(dados.eStatusIntegracao, eXVSMiddleware_Enviado);
-    EXPECT_EQ(dados.sMensagemIntegracao, "em análise");
-    EXPECT_EQ(dados.sJSONRetornoIntegracao, "{\"etapa\":2}");
-    EXPECT_EQ(dados.sRegistroJSON, "{\"pedido\":1}");
-    EXPECT_EQ(parametros.uiChaveRegistroSistemaTerceiro, 55U);
-
-    auto semChave = Dados(1);
-    ASSERT_EQ(CXVTroca::BuscaDadosIntegracaoSistemasTerceiros(semChave, nullptr, &m_Dono), S_OK);
-    EXPECT_EQ(semChave.uiChaveIntegracaoSistemaTerceiro, 1U);
-    auto outroTipo = Dados(1);
-    outroTipo.eTipoIntegracao = eXVSMiddleware_CadastroProduto;
-    ASSERT_EQ(CXVTroca::BuscaDadosIntegracaoSistemasTerceiros(outroTipo, nullptr, &m_Dono), S_OK);
-    EXPECT_EQ(outroTipo.eStatusIntegracao, eXVSMiddleware_Erro);
+TEST_F(SimulacaoTrocaTeste, SemChaveEODocumentoMaisNovoDaOrigemEDoTipo) {
+    for (int i = 0; i < 2; ++i) {
+        TDados dados = Dados();
+        ASSERT_EQ(Envia(dados), S_OK);
+    }
+    CriaSimulacao("3.doc", "Origem: 20240315-1-2\n");  // of no type
+    TDados outroTipo = Dados();
+    outroTipo.eTipoIntegracao = 1;
+    ASSERT_EQ(Busca(outroTipo), S_OK);
     EXPECT_EQ(outroTipo.uiChaveIntegracaoSistemaTerceiro, 0U);
-}
-
-TEST_F(SimulacaoTrocaTeste, ExcluiMarcaODocumentoEODesconhecidoEErroDoSistema) {
-    auto primeiro = Dados(1);
-    auto segundo = Dados(1);
-    ASSERT_EQ(CXVTroca::EnviaJsonIntegracaoSistemasTerceiros(primeiro, &m_Dono), S_OK);
-    ASSERT_EQ(CXVTroca::EnviaJsonIntegracaoSistemasTerceiros(segundo, &m_Dono), S_OK);
-    auto semChave = Dados(1);
-    ASSERT_EQ(CXVTroca::ExcluiDadosIntegracaoSistemasTerceiros(semChave, &m_Dono), S_OK);
-    EXPECT_EQ(semChave.uiChaveIntegracaoSistemaTerceiro, 2U) << "the newest of the origin";
-    EXPECT_EQ(semChave.eStatusIntegracao, eXVSMiddleware_Cancelado);
-    ASSERT_EQ(CXVTroca::BuscaDadosIntegracaoSistemasTerceiros(segundo, nullptr, &m_Dono), S_OK);
-    EXPECT_EQ(segundo.eStatusIntegracao, eXVSMiddleware_Cancelado);
-    auto seguinte = Dados(1);
-    ASSERT_EQ(CXVTroca::ExcluiDadosIntegracaoSistemasTerceiros(seguinte, &m_Dono), S_OK);
-    EXPECT_EQ(seguinte.uiChaveIntegracaoSistemaTerceiro, 1U) << "cancelled ones are passed over";
-    auto desconhecido = Dados(9);
-    desconhecido.uiChaveIntegracaoSistemaTerceiro = 77;
-    ASSERT_EQ(CXVTroca::ExcluiDadosIntegracaoSistemasTerceiros(desconhecido, &m_Dono), S_OK);
-    EXPECT_EQ(desconhecido.eStatusIntegracao, eXVSMiddleware_Erro);
-    EXPECT_FALSE(desconhecido.sMensagemIntegracao.empty());
+    for (const XVUInt64 uiEsperada : {2U, 1U, 0U}) {
+        TDados semChave = Dados();
+        ASSERT_EQ(Exclui(semChave), S_OK);
+        EXPECT_EQ(semChave.uiChaveIntegracaoSistemaTerceiro, uiEsperada) << "cancelled ones are passed over";
+    }
 }
 
 TEST_F(SimulacaoTrocaTeste, ListaEConsultadaEmOrdemAteAPrimeiraFalha) {
     CriaSimulacao("1.doc", "Status: Sucesso\n");
     CriaSimulacao("2.doc", "Resultado: 0x800706BA\n");
-    CriaSimulacao("3.doc", "Status: Sucesso\n");
-    std::vector<CXVDadosCR_IntegracaoMiddleware> lista;
-    for (const XVUInt64 uiChave : {1U, 2U, 3U}) {
-        lista.push_back(Dados(1));
-        lista.back().uiChaveIntegracaoSistemaTerceiro = uiChave;
-    }
-    const CXVCapturaTrace captura;
+    std::vector<TDados> lista{Dados(1, 1), Dados(1, 2), Dados(1, 1)};
     EXPECT_EQ(CXVTroca::BuscaDadosIntegracaoSistemasTerceiros(lista, &m_Dono), XVHResult(0x800706BAU));
     EXPECT_EQ(lista[0].eStatusIntegracao, eXVSMiddleware_Sucesso);
     EXPECT_EQ(lista[2].eStatusIntegracao, 0U);
 }
 
-TEST(SimulacaoDiscoTeste, ChavesDeMuitasThreadsNaoSeRepetemNemFaltam) {
-    const CXVDiretorioTeste diretorio;
-    CXVRegistryFalso registry;
-    registry.SetTexto(CAmbienteXV::GetChaveRegistry(XV_DF), "Path", diretorio.GetCaminho());
-    const CXVGuardaRegistry guarda(registry);
-    const CXVDonoFixo dono("MATRIZ");
-    constexpr int k_iThreads = 4;
-    constexpr int k_iEnvios = 10;
-    std::vector<XVUInt64> aChaves(k_iThreads * k_iEnvios);
-    XVEmThreads(k_iThreads, [&](std::size_t i) {
-        for (std::size_t j = 0; j < k_iEnvios; ++j) {
-            auto dados = Dados(1);
-            EXPECT_EQ(CXVTroca::EnviaJsonIntegracaoSistemasTerceiros(dados, &dono), S_OK);
-            aChaves[i * k_iEnvios + j] = dados.uiChaveIntegracaoSistemaTerceiro;
+// One folder for all threads, as for several processes.
+TEST_F(SimulacaoTrocaTeste, ChavesDeMuitasThreadsNaoSeRepetemNemFaltam) {
+    const CXVGuardaRelogio guarda(XVPlataforma::RelogioNativo());  // who waits for the counter really waits
+    std::array<std::atomic<int>, 41> aVezes{};
+    XVEmThreads(4, [&](unsigned) {
+        for (int j = 0; j < 10; ++j) {
+            TDados dados = Dados();
+            EXPECT_EQ(Envia(dados), S_OK);
+            ++aVezes.at(dados.uiChaveIntegracaoSistemaTerceiro);
         }
     });
-    const std::set<XVUInt64> conjunto(aChaves.begin(), aChaves.end());
-    EXPECT_EQ(conjunto.size(), aChaves.size());
-    EXPECT_EQ(*conjunto.rbegin(), aChaves.size());
-    for (const XVUInt64 uiChave : conjunto)
-        EXPECT_TRUE(
-            diretorio.LeConteudo("MATRIZ/DF/simulacao/" + std::to_string(uiChave) + ".doc").has_value());
+    for (std::size_t i = 1; i < aVezes.size(); ++i) {
+        EXPECT_EQ(aVezes[i], 1) << i;
+        EXPECT_NE(LeSimulacao(std::to_string(i) + ".doc"), "<ausente>");
+    }
 }
 
 }  // namespace

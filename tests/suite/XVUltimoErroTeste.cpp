@@ -1,58 +1,89 @@
 // The last-error record: texts cut at characters, always terminated, never half of one error.
-#include <gtest/gtest.h>
-
 #include <cstring>
-#include <string>
 
 #include "suite/XVUltimoErro.h"
 #include "support/codes/XVCodigos.h"
 #include "support/messages/XVMensagens.h"
+#include "support/trace/XVArquivoRecusado.h"
+#include "support/trace/XVCapturaTrace.h"
+#include "tests/harness/XVEmThreads.h"
+#include "tests/suite/XVCenarioSuite.h"
 
 namespace {
 
-TEST(UltimoErroTeste, GuardaCodigoLugarEFraseELimpa) {
+using UltimoErroTeste = CXVCenarioSuite;
+
+// The whole record, with nothing left of what stood there.
+REG_DF_ULTIMO_ERROPS Copia(const CXVUltimoErro& rErro) {
+    REG_DF_ULTIMO_ERROPS reg;
+    std::memset(&reg, 0xCC, sizeof(reg));
+    rErro.CopiaPara(&reg);
+    return reg;
+}
+
+bool operator==(const REG_DF_ULTIMO_ERROPS& r, const REG_DF_ULTIMO_ERROPS& rOutro) {
+    return std::memcmp(&r, &rOutro, sizeof(r)) == 0;
+}
+
+template <std::size_t N>
+void Poe(char (&szCampo)[N], std::string_view sTexto) {
+    sTexto.copy(szCampo, N - 1);
+}
+
+TEST_F(UltimoErroTeste, GuardaCodigoLugarEFraseELimpa) {
     CXVUltimoErro erro;
     erro.Registra(E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA, "CBaseMiddleware::LeIntegracao", "BaseMiddleware",
                   42);
-    REG_DF_ULTIMO_ERROPS reg;
-    std::memset(&reg, 0xCC, sizeof(reg));
-    erro.CopiaPara(&reg);
-    EXPECT_EQ(reg.hrErro, E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA);
-    EXPECT_EQ(reg.ulLinha, 42U);
-    EXPECT_STREQ(reg.szNome, "E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA");
-    EXPECT_STREQ(reg.szFuncao, "CBaseMiddleware::LeIntegracao");
-    EXPECT_STREQ(reg.szFonte, "BaseMiddleware");
-    EXPECT_GT(std::strlen(reg.szMensagem), 10U);
-    EXPECT_NE(reg.regDataHora, 0U);
+    REG_DF_ULTIMO_ERROPS esperado{};
+    esperado.hrErro = E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA;
+    esperado.ulLinha = 42;
+    esperado.regDataHora = REG_XVDMAHMSUTC::De({2024, 3, 15, 12, 0, 0}).uiValor;
+    Poe(esperado.szNome, "E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA");
+    Poe(esperado.szFuncao, "CBaseMiddleware::LeIntegracao");
+    Poe(esperado.szFonte, "BaseMiddleware");
+    Poe(esperado.szMensagem, XVBuscaMensagem(E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA)->sDescricao);
+    EXPECT_TRUE(Copia(erro) == esperado);
 
-    erro.Registra(XVHResult(0x8ABCDEF0U), "f", "u", 1);
-    erro.CopiaPara(&reg);
-    EXPECT_STREQ(reg.szNome, "") << "nothing of the error before stays";
-    EXPECT_STREQ(reg.szFonte, "u");
-
+    erro.Registra(XVHResult(0x8ABCDEF0U), "f", "u", 1);  // a code without name and sentence
+    REG_DF_ULTIMO_ERROPS semFrase{XVHResult(0x8ABCDEF0U), 1, esperado.regDataHora, {}, "f", "u", {}};
+    EXPECT_TRUE(Copia(erro) == semFrase);
     erro.Limpa();
-    erro.CopiaPara(&reg);
-    const REG_DF_ULTIMO_ERROPS vazio{};
-    EXPECT_EQ(std::memcmp(&reg, &vazio, sizeof(reg)), 0);
-    erro.CopiaPara(nullptr);
+    EXPECT_TRUE(Copia(erro) == REG_DF_ULTIMO_ERROPS{});
 }
 
-TEST(UltimoErroTeste, TextoLongoECortadoEntreCaracteres) {
-    // Fields of 96 and 40 bytes; "ç" has two bytes, the terminator takes the last one.
-    struct SCaso {
+TEST_F(UltimoErroTeste, TextoLongoECortadoEntreCaracteresENuncaNoNomeDoArquivo) {
+    // The function's field has 96 bytes; "ç" has two, the terminator takes the last one.
+    const struct {
         std::string sFuncao;
         std::size_t uiEsperado;
-    };
-    for (const SCaso& rCaso : {SCaso{std::string(95, 'a'), 95}, SCaso{std::string(96, 'a'), 95},
-                               SCaso{std::string(94, 'a') + "ç", 94}, SCaso{std::string(93, 'a') + "ç", 95},
-                               SCaso{std::string(92, 'a') + "€", 95}, SCaso{std::string(93, 'a') + "€", 93},
-                               SCaso{std::string(200, '\x80'), 0}}) {
+    } aCasos[] = {{std::string(95, 'a'), 95},       {std::string(96, 'a'), 95},
+                  {std::string(94, 'a') + "ç", 94}, {std::string(93, 'a') + "ç", 95},
+                  {std::string(92, 'a') + "€", 95}, {std::string(93, 'a') + "€", 93},
+                  {std::string(200, '\x80'), 0}};
+    const CXVCapturaTrace captura;
+    const CXVArquivosRecusados recusados;
+    XVIgnora(XVArquivoRecusado::Anota(eDiskFull, std::string(300, 'd') + "/A20240315.dat", nullptr));
+    for (const auto& rCaso : aCasos) {
         CXVUltimoErro erro;
-        erro.Registra(E_FAIL, rCaso.sFuncao, "", 0);
-        REG_DF_ULTIMO_ERROPS reg;
-        erro.CopiaPara(&reg);
-        EXPECT_EQ(::strnlen(reg.szFuncao, sizeof(reg.szFuncao)), rCaso.uiEsperado) << rCaso.sFuncao;
+        erro.Registra(eDiskFull, rCaso.sFuncao, "", 0);
+        const REG_DF_ULTIMO_ERROPS reg = Copia(erro);
+        EXPECT_EQ(std::string_view(reg.szFuncao), rCaso.sFuncao.substr(0, rCaso.uiEsperado));
+        EXPECT_TRUE(std::string_view(reg.szMensagem).ends_with("/A20240315.dat (dia 15/03/2024)"));
     }
+}
+
+// The thread sanitizer watches this one: without the lock a copy may be half of each error.
+TEST_F(UltimoErroTeste, CopiaEntreThreadsEDeUmErroSo) {
+    CXVUltimoErro erro;
+    XVEmThreads(4, [&](unsigned iThread) {
+        const std::string sTexto(30, static_cast<char>('a' + iThread));
+        for (int i = 0; i < 200; ++i) {
+            erro.Registra(E_FAIL, sTexto, sTexto, 'a' + iThread);
+            const REG_DF_ULTIMO_ERROPS reg = Copia(erro);
+            EXPECT_EQ(std::string(reg.szFuncao), std::string(30, static_cast<char>(reg.ulLinha)));
+            EXPECT_STREQ(reg.szFonte, reg.szFuncao);
+        }
+    });
 }
 
 }  // namespace

@@ -1,4 +1,5 @@
 // Life of objects: initialisation and its failures, who an object speaks for, registry settings.
+#include <new>
 #include <thread>
 
 #include "support/trace/XVCapturaTrace.h"
@@ -10,12 +11,14 @@ class CXVObjetoVigiado : public CXVBaseParaRotinas {
   public:
     HRESULT hrInicializa = S_OK;
     HRESULT hrFinaliza = S_OK;
+    bool bLanca = false;
     int iInicializacoes = 0;
     int iFinalizacoes = 0;
 
   protected:
     HRESULT OnInicializa() override {
         ++iInicializacoes;
+        if (bLanca) throw std::bad_alloc();
         return hrInicializa;
     }
     HRESULT OnFinaliza() override {
@@ -45,6 +48,10 @@ TEST_F(VidaTeste, FalhaAoInicializarSoltaOQueAbriuEDevolveOPrimeiroCodigo) {
     EXPECT_EQ(objeto.Inicializa(&m_Dono), E_OUTOFMEMORY);
     EXPECT_EQ(objeto.iFinalizacoes, 1);
     EXPECT_FALSE(objeto.EstaInicializado());
+    objeto.bLanca = true;
+    EXPECT_THROW(XVIgnora(objeto.Inicializa(&m_Dono)), std::bad_alloc);
+    EXPECT_EQ(objeto.iFinalizacoes, 2);
+    objeto.bLanca = false;
     objeto.hrInicializa = S_OK;
     EXPECT_EQ(objeto.Inicializa(&m_Dono), S_OK);
     EXPECT_EQ(objeto.Finaliza(), E_FAIL);
@@ -70,7 +77,7 @@ TEST_F(VidaTeste, ObjetosDaMesmaEmpresaFalamEmNomeDaChamadaEmCurso) {
     CXVBaseParaRotinas chamada;
     CXVBaseParaRotinas outra;
     ASSERT_EQ(loja.Inicializa(&m_Dono), S_OK);
-    const CXVDonoFixo visitante("MATRIZ", 21, 500);
+    const CXVDonoFixo visitante("Matriz", 21, 500, true);  // its case does not count
     const CXVDonoFixo estranho("FILIAL", 3, 4);
     ASSERT_EQ(chamada.Inicializa(&visitante), S_OK);
     ASSERT_EQ(outra.Inicializa(&estranho), S_OK);
@@ -79,6 +86,7 @@ TEST_F(VidaTeste, ObjetosDaMesmaEmpresaFalamEmNomeDaChamadaEmCurso) {
         EXPECT_EQ(loja.GetUsuario(), 21);
         EXPECT_EQ(loja.GetNumeroSessao(), 500U);
         EXPECT_EQ(loja.GetUsuarioProprio(), 7);
+        EXPECT_TRUE(chamada.EhConsulta() && !loja.EhConsulta());
         EXPECT_EQ(outra.GetUsuario(), 3) << "another company keeps its own";
         {
             const CXVAcessoDefault interno(&outra);
@@ -90,6 +98,15 @@ TEST_F(VidaTeste, ObjetosDaMesmaEmpresaFalamEmNomeDaChamadaEmCurso) {
     }
     EXPECT_EQ(loja.GetUsuario(), 7);
     EXPECT_EQ(CXVBaseParaRotinas::GetAcessoDefault(), nullptr);
+}
+
+TEST_F(VidaTeste, ObjetoFinalizadoSoltaOLogGeral) {
+    CXVBaseParaRotinas base;
+    ASSERT_EQ(base.Inicializa(&m_Dono), S_OK);
+    EXPECT_EQ(base.GetAcessoEmpresarial()->GravaLogGeral(DFSLOG_Servico::eDFSLOG_Inclusao, "x"), S_OK);
+    EXPECT_EQ(m_Arquivos.GetQuantidadeAberta(), 1U);
+    EXPECT_EQ(base.Finaliza(), S_OK);
+    EXPECT_EQ(m_Arquivos.GetQuantidadeAberta(), 0U);
 }
 
 TEST_F(VidaTeste, ObjetoDestruidoDeixaDeSerOAcessoDaThread) {

@@ -2,9 +2,6 @@
 // log.ini that each test writes.
 #pragma once
 
-#include <gmock/gmock.h>
-
-#include <regex>
 #include <string>
 #include <vector>
 
@@ -16,20 +13,18 @@
 #include "tests/harness/XVRelogioFalso.h"
 #include "tests/harness/XVSistemaArquivosMemoria.h"
 
-// The whole text matches the regular expression.
-MATCHER_P(CasaCom, sPadrao, "") {
-    return std::regex_match(std::string(arg), std::regex(sPadrao));
-}
-
 class CDonoTeste : public IXVDF_Profiler {
   public:
-    explicit CDonoTeste(std::string sEmpresa = "ACME") : m_sEmpresa(std::move(sEmpresa)) {}
+    explicit CDonoTeste(std::string sEmpresa = "ACME", bool bConsulta = false)
+        : m_sEmpresa(std::move(sEmpresa)), m_bConsulta(bConsulta) {}
     std::string_view GetEmpresa() const override { return m_sEmpresa; }
     XVUShort GetUsuario() const override { return 7; }
     XVUInt GetNumeroSessao() const override { return 42; }
+    bool EhConsulta() const override { return m_bConsulta; }
 
   private:
     std::string m_sEmpresa;
+    bool m_bConsulta;
 };
 
 class CXVBancadaTrace {

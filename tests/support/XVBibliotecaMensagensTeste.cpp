@@ -33,6 +33,10 @@ TEST(BibliotecaMensagens, TextosNuncaPassamDoEspacoNemCortamCaracteres) {
     EXPECT_STREQ(szTexto, "");
     EXPECT_EQ(pEhFacility(0x108), 1);
     EXPECT_EQ(pEhFacility(7), 0);
+    EXPECT_EQ(pEhFacility(8), 0);
+    szTexto[0] = '#';
+    EXPECT_EQ(pDescricao(E_XVCR_ARQUIVO_CAB_ENCONTRADO, szTexto, 0), sInteiro.size());
+    EXPECT_EQ(szTexto[0], '#');
 }
 
 TEST(BibliotecaMensagens, TraceMostraASentencaEONomeWin32) {
@@ -41,6 +45,6 @@ TEST(BibliotecaMensagens, TraceMostraASentencaEONomeWin32) {
               XVBuscaMensagem(E_XVCR_ARQUIVO_NAO_EXISTE)->sDescricao);
     EXPECT_EQ(XVDescricaoHResult::GetMensagem(XVHResult(0x81089999U)), "");
     EXPECT_STREQ(XVDescricaoHResult::GetDescricao_CODE(E_INVALIDARG), "ERROR_INVALID_PARAMETER");
-    EXPECT_STREQ(XVDescricaoHResult::GetDescricao_CODE(eBadPath), "");                   // facility 4
-    EXPECT_STREQ(XVDescricaoHResult::GetDescricao_CODE(E_XVCR_ARQUIVO_NAO_EXISTE), "");  // the suite's
+    EXPECT_STREQ(XVDescricaoHResult::GetDescricao_CODE(XVHResult(0x80040057U)), "");  // facility 4
+    EXPECT_STREQ(XVDescricaoHResult::GetDescricao_CODE(XVHResult(0x81080057U)), "");  // the suite's
 }

@@ -9,64 +9,74 @@
 TEST(PerfilPrivado, LeComoOsPerfisDoSistema) {
     const CXVPerfilPrivado perfil(
         "\xEF\xBB\xBF; um comentario\r\n[Outra]\r\nEntrada=9\r\n [ LOG ] \r\n;Saida=5\r\n  entrada = 1 \r\n"
-        "ENTRADA=7\r\nTexto=  \"com espacos \"  \r\nSemIgual\r\nVazia=\r\nHexa=0x1F\r\nSujo=12abc\r\n"
-        "Negativo=-3\r\nGrande=99999999999999999999\r\nBinario=0b101\r\nLetras=abc\r\n[Log]\r\nTardia=1");
-    EXPECT_EQ(perfil.LeInteiro("Log", "Entrada", 0), 1);
-    EXPECT_EQ(perfil.LeInteiro("log", "SAIDA", 0), 0);
-    EXPECT_EQ(perfil.LeTexto("Log", "Texto"), "com espacos ");
-    EXPECT_EQ(perfil.LeInteiro("Log", "Vazia", 600), 600);
-    EXPECT_EQ(perfil.LeInteiro("Log", "Ausente", 600), 600);
-    EXPECT_EQ(perfil.LeInteiro("Log", "Hexa", 0), 31);
-    EXPECT_EQ(perfil.LeInteiro("Log", "Sujo", 0), 12);
-    EXPECT_EQ(perfil.LeInteiro("Log", "Negativo", 0), -3);
-    EXPECT_EQ(perfil.LeInteiro("Log", "Grande", 0), INT64_MAX);
-    EXPECT_EQ(perfil.LeInteiro("Log", "Binario", 0), 5);
-    EXPECT_EQ(perfil.LeInteiro("Log", "Letras", 5), 0);
+        "ENTRADA=7\r\nTexto=  \"com espacos \"  "
+        "\r\nSimples='a\"'\r\nMeia='\r\nSemIgual\r\nVazia=\r\nHexa=0x1fG\r\n"
+        "Sujo=12abc\r\nNegativo=-3\r\nMais=+3\r\nGrande=99999999999999999999\r\nOctal=0o178\r\n"
+        "Binario=0b1012\r\nLetras=abc\r\n#Saida=6\r\n[Log]\r\nTardia=1");
+    const struct {
+        const char* pszChave;
+        std::int64_t iEsperado;  // 600 is the default
+    } aNumeros[] = {{"Entrada", 1}, {"SAIDA", 600}, {"Vazia", 600},   {"Ausente", 600},
+                    {"Hexa", 31},   {"Sujo", 12},   {"Negativo", -3}, {"Mais", 3},
+                    {"Octal", 15},  {"Binario", 5}, {"Letras", 0},    {"Grande", INT64_MAX}};
+    for (const auto& r : aNumeros)
+        EXPECT_EQ(perfil.LeInteiro("Log", r.pszChave, 600), r.iEsperado) << r.pszChave;
+    EXPECT_EQ(perfil.LeTexto("log", "Texto"), "com espacos ");
+    EXPECT_EQ(perfil.LeTexto("Log", "Simples"), "a\"");
+    EXPECT_EQ(perfil.LeTexto("Log", "Meia"), "'");
     EXPECT_FALSE(perfil.LeTexto("Log", "SemIgual"));
     EXPECT_FALSE(perfil.LeTexto("Log", "Tardia"));  // only the first section of a name counts
-    EXPECT_FALSE(CXVPerfilPrivado("").LeTexto("Log", "x"));
     EXPECT_FALSE(CXVPerfilPrivado("[").LeTexto("Log", "x"));
     EXPECT_EQ(CXVPerfilPrivado("[Log\nx=1").LeInteiro("Log", "x", 0), 1);
 }
 
-TEST(Configuracao, PadroesELimites) {
-    const SConfiguracaoTrace padrao = XVProfilerConfig::Interpreta("");
-    EXPECT_FALSE(padrao.bEntrada || padrao.bSaida || padrao.bTrace || padrao.bCoCreateInstance ||
-                 padrao.bPerformance || padrao.bMemory || padrao.bLogaTudoXVDataBase ||
-                 padrao.DeveRastrear());
-    EXPECT_EQ(padrao.ulIntervalo, 600000U);
-    EXPECT_EQ(padrao.sProcessos, "todos");
-    EXPECT_EQ(padrao.sXVDataBase, "");
-
-    const auto le = [](const std::string& s) { return XVProfilerConfig::Interpreta("[Log]\n" + s); };
-    EXPECT_FALSE(le("Entrada=2").bEntrada);
-    EXPECT_FALSE(le("Entrada=4294967297").bEntrada);
-    EXPECT_TRUE(le("Entrada=1").bEntrada);
-    EXPECT_EQ(le("TimeoutConfig=5").ulIntervalo, 5000U);
-    EXPECT_EQ(le("TimeoutConfig=0").ulIntervalo, 0U);
-    EXPECT_EQ(le("TimeoutConfig=-1").ulIntervalo, 600000U);
-    EXPECT_EQ(le("TimeoutConfig=4294967").ulIntervalo, 4294967000U);
-    EXPECT_EQ(le("TimeoutConfig=4294968").ulIntervalo, 600000U);
-    EXPECT_EQ(le("TimeoutConfig=99999999999999999999").ulIntervalo, 600000U);
-    EXPECT_EQ(le("Processos=XVCR.EXE;Outro").sProcessos, "xvcr.exe;outro");
-    EXPECT_EQ(le("Processos=" + std::string(400, 'x')).sProcessos.size(), 259U);
-    EXPECT_TRUE(le("XVDataBase=ToDoS").bLogaTudoXVDataBase);
-    EXPECT_TRUE(le("XVDataBase=1").bLogaTudoXVDataBase);
-    EXPECT_FALSE(le("XVDataBase=CXVFile").bLogaTudoXVDataBase);
-    EXPECT_EQ(le("XVDataBase=CXVFile").sXVDataBase, "CXVFile");
-    EXPECT_EQ(le("XVDataBase=0").sXVDataBase, "");
+// Every key alone, and nothing but what it says.
+TEST(Configuracao, CadaChaveMudaOSeuValorENenhumOutro) {
+    const auto descreve = [](const SConfiguracaoTrace& r) {
+        std::string s;
+        for (const bool b : {r.bEntrada, r.bSaida, r.bTrace, r.bCoCreateInstance, r.bPerformance, r.bMemory,
+                             r.bLogaTudoXVDataBase, r.DeveRastrear()})
+            s += b ? '1' : '0';
+        return s + ' ' + std::to_string(r.ulIntervalo) + ' ' + r.sProcessos + ' ' + r.sXVDataBase;
+    };
+    const struct {
+        const char* pszLinha;
+        const char* pszEsperado;
+    } aCasos[] = {{"", "00000000 600000 todos "},
+                  {"Entrada=1", "10000001 600000 todos "},
+                  {"Entrada=2", "00000000 600000 todos "},
+                  {"Entrada=4294967297", "00000000 600000 todos "},
+                  {"Saida=1", "01000001 600000 todos "},
+                  {"Trace=1", "00100000 600000 todos "},
+                  {"CoCreateInstance=1", "00010001 600000 todos "},
+                  {"Performance=1", "00001000 600000 todos "},
+                  {"Memory=1", "00000100 600000 todos "},
+                  {"TimeoutConfig=5", "00000000 5000 todos "},
+                  {"TimeoutConfig=0", "00000000 0 todos "},
+                  {"TimeoutConfig=-1", "00000000 600000 todos "},
+                  {"TimeoutConfig=4294967", "00000000 4294967000 todos "},
+                  {"TimeoutConfig=4294968", "00000000 600000 todos "},
+                  {"TimeoutConfig=99999999999999999999", "00000000 600000 todos "},
+                  {"Processos=XVCR.EXE;Outro", "00000000 600000 xvcr.exe;outro "},
+                  {"XVDataBase=ToDoS", "00000010 600000 todos "},
+                  {"XVDataBase=1", "00000010 600000 todos "},
+                  {"XVDataBase=0", "00000000 600000 todos "},
+                  {"XVDataBase=CXVFile", "00000000 600000 todos CXVFile"}};
+    for (const auto& r : aCasos)
+        EXPECT_EQ(descreve(XVProfilerConfig::Interpreta("[Log]\n" + std::string(r.pszLinha))), r.pszEsperado)
+            << r.pszLinha;
+    const std::string sLonga = "[Log]\nProcessos=" + std::string(400, 'x');
+    EXPECT_EQ(XVProfilerConfig::Interpreta(sLonga).sProcessos.size(), 259U);
 }
 
-TEST(Configuracao, DesempenhoSemEntradaNemSaidaNaoRastreia) {
-    const auto rastreia = [](const std::string& s) {
-        return XVProfilerConfig::Interpreta("[Log]\n" + s).DeveRastrear();
-    };
-    EXPECT_FALSE(rastreia("Performance=1"));
-    EXPECT_FALSE(rastreia("Memory=1\nCoCreateInstance=1"));
-    EXPECT_TRUE(rastreia("CoCreateInstance=1"));
-    EXPECT_TRUE(rastreia("Performance=1\nSaida=1"));
-    EXPECT_TRUE(rastreia("Entrada=1"));
-    EXPECT_FALSE(rastreia("Trace=1"));
+TEST(Configuracao, ArquivoSoELidoAte64KiB) {
+    CXVBancadaTrace bancada;
+    for (const bool bCabe : {true, false}) {
+        std::string sValores = ";";
+        sValores.resize((64U << 10) - sizeof("[Log]\n\nEntrada=1") + (bCabe ? 1 : 2), 'x');
+        bancada.EscreveLogIni(sValores + "\nEntrada=1");
+        EXPECT_EQ(XVProfilerConfig::GetAtual()->bEntrada, bCabe);
+    }
 }
 
 TEST(Configuracao, RecarregaDepoisDoIntervaloTambemNaVoltaDoContador) {
@@ -79,7 +89,10 @@ TEST(Configuracao, RecarregaDepoisDoIntervaloTambemNaVoltaDoContador) {
     EXPECT_EQ(bancada.m_relogio.GetTicks(), 0xFFFFFF00U + 10000U);
     bancada.m_relogio.Avanca(1);
     EXPECT_TRUE(XVProfilerConfig::GetAtual()->bEntrada);
-    // Deleted: the defaults again, after the default interval.
+    // The interval is counted from this reading on. Deleted: the defaults again, after the default interval.
+    bancada.m_sistema.CriaArquivo("/xv/log.ini", "[Log]\nSaida=1\n");
+    bancada.m_relogio.Avanca(600000);
+    EXPECT_TRUE(XVProfilerConfig::GetAtual()->bEntrada);
     ASSERT_TRUE(bancada.m_sistema.Apaga("/xv/log.ini").Ok());
     bancada.m_relogio.Avanca(600001);
     EXPECT_FALSE(XVProfilerConfig::GetAtual()->bEntrada);

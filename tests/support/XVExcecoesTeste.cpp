@@ -7,6 +7,7 @@
 #include <stdexcept>
 
 #include "support/codes/XVCodigos.h"
+#include "support/codes/XVCodigosArquivo.h"
 #include "support/codes/XVErrno.h"
 #include "support/faults/XVExcecoes.h"
 #include "support/faults/XVTrapParametroInvalido.h"
@@ -25,15 +26,18 @@ HRESULT Traduz(const std::function<void()>& fnLanca) {
 }
 
 // Counts its destructions: who translates ends the life of what was thrown by pointer.
-class CArquivoContado : public CFileException {
+int g_iFins = 0;
+template <class TExcecao>
+class CContada : public TExcecao {
   public:
-    CArquivoContado(std::int32_t lErro, int* piFins, bool bApaga)
-        : CFileException(lErro, bApaga), m_piFins(piFins) {}
-    ~CArquivoContado() override { ++*m_piFins; }
-
-  private:
-    int* m_piFins;
+    using TExcecao::TExcecao;
+    ~CContada() override { ++g_iFins; }
 };
+
+template <class TExcecao>
+void Lanca(TExcecao* pExcecao) {
+    throw pExcecao;
+}
 
 }  // namespace
 
@@ -42,16 +46,21 @@ TEST(Excecoes, CadaLinhaDaTabela) {
         const char* pszCaso;
         std::function<void()> fnLanca;
         XVUInt ulEsperado;
+        int iFins = 0;
     } aCasos[] = {
         {"CXVExceptionEx", [] { throw CXVExceptionEx(XVHResult(0x81080A04U)); }, 0x81080A04U},
-        {"CXVException sem codigo", [] { throw new CXVException(0); }, 0x8004EA61U},
-        {"CXVException com codigo", [] { throw new CXVException(0x1234); }, 0x80041234U},
-        {"CFileException", [] { throw new CFileException(5); }, 0x80070005U},
+        {"CXVException sem codigo", [] { Lanca<CXVException>(new CContada<CXVException>(0)); }, 0x8004EA61U,
+         1},
+        {"CXVException com codigo", [] { Lanca<CXVException>(new CContada<CXVException>(0x1234)); },
+         0x80041234U, 1},
+        {"CFileException", [] { Lanca<CFileException>(new CContada<CFileException>(0x80005)); }, 0x80070005U,
+         1},
         {"CFileException sem erro", [] { throw new CFileException(0); }, 0},
         {"CFileException negativo", [] { throw new CFileException(-2); }, 0xFFFFFFFEU},
-        {"CMemoryException", [] { throw new CMemoryException; }, 0x8004EA62U},
-        {"CInvalidArgException", [] { throw new CInvalidArgException; }, 0x8004EA67U},
-        {"CException", [] { throw new CException; }, 0x8004EA63U},
+        {"CMemoryException", [] { Lanca<CMemoryException>(new CContada<CMemoryException>); }, 0x8004EA62U, 1},
+        {"CInvalidArgException", [] { Lanca<CInvalidArgException>(new CContada<CInvalidArgException>); },
+         0x8004EA67U, 1},
+        {"CException", [] { Lanca<CException>(new CContada<CException>); }, 0x8004EA63U, 1},
         {"long", [] { throw static_cast<long>(0x81080A04L); }, 0x81080A04U},
         {"long negativo", [] { throw static_cast<long>(XVHResult(0x81080A04U)); }, 0x81080A04U},
         {"bad_alloc", [] { throw std::bad_alloc(); }, 0x8004EA64U},
@@ -59,20 +68,14 @@ TEST(Excecoes, CadaLinhaDaTabela) {
         {"int", [] { throw 0x1080A04; }, 0x8004EA66U},
         {"texto", [] { throw "x"; }, 0x8004EA66U},
     };
-    for (const auto& r : aCasos) EXPECT_EQ(Traduz(r.fnLanca), XVHResult(r.ulEsperado)) << r.pszCaso;
-}
-
-TEST(Excecoes, ExcecaoPorPonteiroTemSuaVidaEncerradaUmaVez) {
-    int iFins = 0;
-    EXPECT_EQ(Traduz([&] { throw static_cast<CFileException*>(new CArquivoContado(2, &iFins, true)); }),
-              XVHResult(0x80070002U));
-    EXPECT_EQ(iFins, 1);
-    {
-        CArquivoContado naPilha(2, &iFins, false);
-        EXPECT_EQ(Traduz([&] { throw static_cast<CException*>(&naPilha); }), XVHResult(0x8004EA63U));
-        EXPECT_EQ(iFins, 1);
+    for (const auto& r : aCasos) {
+        g_iFins = 0;
+        EXPECT_EQ(Traduz(r.fnLanca), XVHResult(r.ulEsperado)) << r.pszCaso;
+        EXPECT_EQ(g_iFins, r.iFins) << r.pszCaso;
     }
-    EXPECT_EQ(iFins, 2);
+    CContada<CException> naPilha(false);
+    EXPECT_EQ(Traduz([&] { Lanca<CException>(&naPilha); }), XVHResult(0x8004EA63U));
+    EXPECT_EQ(g_iFins, 0) << "what is not on the heap is left alone";
 }
 
 TEST(Errno, NumerosDoWindowsSeguemEmOrdem) {
@@ -85,14 +88,15 @@ TEST(Errno, NumerosDoWindowsSeguemEmOrdem) {
     EXPECT_EQ(ulEsperado, 0x8004EB03U);
 }
 
+// Up to 34 every system gives an error the number that Windows gives it; the rest by name.
 TEST(Errno, NumerosDesteSistemaPeloNome) {
+    for (int i = -1; i <= 34; ++i) EXPECT_EQ(XVHResultDeErrno(i), XVHResultDeErrnoWindows(i)) << i;
     const struct {
         int iErrno;
         XVUInt ulEsperado;
-    } aCasos[] = {{EPERM, 0x8004EADCU},     {EFAULT, 0x8004EAE9U},  {EBUSY, 0x8004EAEAU},
-                  {EINVAL, 0x8004EAF0U},    {ENOTTY, 0x8004EAF3U},  {EFBIG, 0x8004EAF4U},
-                  {ERANGE, 0x8004EAFBU},    {EDEADLK, 0x8004EAFCU}, {ENAMETOOLONG, 0x8004EAFDU},
-                  {ENOTEMPTY, 0x8004EB00U}, {EILSEQ, 0x8004EB01U},  {0, 0x8004EA60U},
+    } aCasos[] = {{ENOSPC, 0x8004EAF5U},   {ESPIPE, 0x8004EAF6U},       {EDEADLK, 0x8004EAFCU},
+                  {ENOLCK, 0x8004EAFEU},   {ENAMETOOLONG, 0x8004EAFDU}, {ENOSYS, 0x8004EAFFU},
+                  {EILSEQ, 0x8004EB01U},   {ENOTEMPTY, 0x8004EB00U},    {0, 0x8004EA60U},
                   {ETIMEDOUT, 0x8004EA60U}};
     for (const auto& r : aCasos) {
         errno = r.iErrno;
@@ -100,10 +104,48 @@ TEST(Errno, NumerosDesteSistemaPeloNome) {
     }
 }
 
+// By cause: the code, then the one in an open file, of an opening that ends at once, and of the last attempt.
+TEST(CodigosArquivo, TabelaInteira) {
+    using namespace XVCodigosArquivo;
+    const struct {
+        ECausaArquivo eCausa;
+        HRESULT hr;
+        const char* pszNome;
+        bool bEmArquivoAberto, bImediata, bFinal;  // whether the code holds there
+    } aCasos[] = {
+        {ECausaArquivo::eArquivoNaoEncontrado, eFileNotFound, "eFileNotFound", true, false, false},
+        {ECausaArquivo::eCaminhoInvalido, eBadPath, "eBadPath", true, true, false},
+        {ECausaArquivo::eMuitosArquivosAbertos, eTooManyOpenFiles, "eTooManyOpenFiles", false, false, true},
+        {ECausaArquivo::eAcessoNegado, eAccessDenied, "eAccessDenied", true, false, true},
+        {ECausaArquivo::eArquivoInvalido, eInvalidFile, "eInvalidFile", true, true, false},
+        {ECausaArquivo::eDiretorioCheio, eDirectoryFull, "eDirectoryFull", false, true, false},
+        {ECausaArquivo::ePosicionamentoInvalido, eBadSeek, "eBadSeek", true, false, false},
+        {ECausaArquivo::eErroFisico, eHardIO, "eHardIO", true, false, false},
+        {ECausaArquivo::eViolacaoCompartilhamento, eSharingViolation, "eSharingViolation", true, false, true},
+        {ECausaArquivo::eViolacaoBloqueio, eLockViolation, "eLockViolation", true, false, true},
+        {ECausaArquivo::eDiscoCheio, eDiskFull, "eDiskFull", true, false, true},
+        {ECausaArquivo::eFimDeArquivo, eEndOfFile, "eEndOfFile", true, false, false},
+        {ECausaArquivo::eGenerica, eXVGenericError, "eXVGenericError", true, false, true}};
+    for (const auto& r : aCasos) {
+        EXPECT_EQ(XVCodigoArquivo({r.eCausa, 0}), r.hr) << r.pszNome;
+        EXPECT_STREQ(De(r.eCausa).pszNome, r.pszNome);
+        EXPECT_EQ(CodigoDeExcecao({r.eCausa, 0}), r.bEmArquivoAberto ? r.hr : eXVGenericError) << r.pszNome;
+        EXPECT_EQ(DeAberturaImediata(r.eCausa).hr, r.bImediata ? r.hr : S_OK) << r.pszNome;
+        EXPECT_EQ(DeAberturaFinal(r.eCausa, false).hr, r.bFinal ? r.hr : eXVGenericError) << r.pszNome;
+        EXPECT_EQ(DeAberturaFinal(r.eCausa, true).hr,
+                  r.hr == eAccessDenied ? eXVReadOnly : DeAberturaFinal(r.eCausa, false).hr);
+    }
+    EXPECT_EQ(CodigoDeExcecao({}), S_OK);
+}
+
 TEST(TextoLargo, ViraUtf8) {
     EXPECT_EQ(XVTextoDeLargo(nullptr), "");
     EXPECT_EQ(XVTextoDeLargo(L"ação €"), "ação €");
     EXPECT_EQ(XVTextoDeLargo(L"\U0001F600"), "\xF0\x9F\x98\x80");
+    if constexpr (sizeof(wchar_t) == 4) {
+        const wchar_t aFora[] = {static_cast<wchar_t>(0x10FFFF), static_cast<wchar_t>(0x110000), L'\0'};
+        EXPECT_EQ(XVTextoDeLargo(aFora), "\xF4\x8F\xBF\xBF\xEF\xBF\xBD");
+    }
     const wchar_t aSolto[] = {static_cast<wchar_t>(0xD83D), L'x', static_cast<wchar_t>(0xDE00),
                               static_cast<wchar_t>(0xD83D), L'\0'};
     EXPECT_EQ(XVTextoDeLargo(aSolto), "\xEF\xBF\xBDx\xEF\xBF\xBD\xEF\xBF\xBD");
@@ -129,11 +171,11 @@ TEST(Trap, ParametroInvalidoTerminaOMetodoComOHResultDoErrnoEDizOMaisInterno) {
                       recusa();
                   }),
                   XVHResult(0x8004EAF0U));
-        EXPECT_EQ(Traduz(recusa), XVHResult(0x8004EAF0U));
+        for (int i = 0; i < 2; ++i) EXPECT_EQ(Traduz(recusa), XVHResult(0x8004EAF0U));
     }
-    ASSERT_EQ(captura.GetFalhas().size(), 2U);
+    ASSERT_EQ(captura.GetFalhas().size(), 3U);
     EXPECT_EQ(captura.GetFalhas()[0].iLinha, 5);
-    const SFalhaCapturada& r = captura.GetFalhas()[1];
+    const SFalhaCapturada& r = captura.GetFalhas()[2];
     EXPECT_EQ(r.sFuncao, k_metodo.pszFuncao);
     EXPECT_EQ(r.sFonte, "XVCR_Middleware");
     EXPECT_EQ(r.iLinha, 321);

@@ -44,4 +44,11 @@ TEST(Tratamento, QueFalhaNaoMudaOResultado) {
     EXPECT_EQ(Dispara([]() -> std::string { throw std::runtime_error("sem servidor"); }),
               XVHResult(0x8004EAFBU));
     EXPECT_EQ(captura.GetFalhas().size(), 1U);
+    // A parameter that the treatment itself passes wrongly starts no other treatment.
+    EXPECT_EQ(Dispara([]() -> std::string {
+                  XVParametroInvalido(L"outro", L"strcpy_s", L"outro.c", 13U);
+                  return "";
+              }),
+              XVHResult(0x8004EAFBU));
+    EXPECT_EQ(captura.GetFalhas().size(), 2U);
 }

@@ -55,7 +55,7 @@ TEST(DataHora, TextoEstranhoERecusadoSemMudarOValor) {
     for (const char* psz :
          {"", "2026", "2026-11", "2026-02-30", "2026-13-01", "1847-12-31", "2360-01-01", "2026-11-21T",
           "2026-11-21T24:00", "2026-11-21T10:60", "2026-11-21T10:00:60", "2026-11-21T10", "2026-11-21 10:00",
-          "2026-11-21T10:00ZZ", "2026-1-1", "+026-11-21", "2026-11-21T10:00:0"})
+          "2026-11-21T10:00ZZ", "2026-1-1", "+026-11-21", "2026-11-21T10:00:0", "2026-10-33", "2026-17-01"})
         EXPECT_FALSE(REG_XVDMAHMSUTC::DeISO8601(psz, &lida)) << psz;
     EXPECT_EQ(lida, antes);
     EXPECT_FALSE(REG_XVDMAHMSUTC::Cria(REG_XVDMA::Cria(2026, 1, 1), 86400).EhValida());
@@ -76,19 +76,35 @@ TEST(Dmc, CamposTextoEValidade) {
         EXPECT_EQ(lido.EhNulo() ? XVUInt64{0} : lido.uiValor, r.EhNulo() ? XVUInt64{0} : r.uiValor);
     }
     EXPECT_TRUE(REG_XVDMC{2}.EhNulo());
-    EXPECT_FALSE((REG_XVDMC{dmc.uiValor | 4U}).EhValido());
+    for (unsigned uiBit = 2; uiBit < 14; ++uiBit)
+        EXPECT_FALSE((REG_XVDMC{dmc.uiValor | XVUInt64{1} << uiBit}).EhValido()) << uiBit;
     EXPECT_FALSE(REG_XVDMC::Cria(1, 0, REG_XVDMA::Cria(2026, 1, 1)).EhValido());
     EXPECT_FALSE(REG_XVDMC::Cria(1, 5, REG_XVDMA::Cria(2026, 2, 30)).EhValido());
 }
 
 TEST(Dmc, TextoEstranhoERecusadoSemMudarOValor) {
     REG_XVDMC dmc{77};
-    for (const char* psz : {"", "-", "20261121", "20261121-", "20261121-0-1", "20261121-1-4", "20261121-1-",
-                            "x", "20260230-1-1", "20261121-4294967296-1", "20261121-1-1-1",
-                            "18446744073709551616", "-5", "20261121--1-1", "120261121-1-1", " 5"}) {
-        if (std::string_view(psz) == "20261121") continue;  // a decimal value
+    for (const char* psz : {"",
+                            "-",
+                            "20261121-",
+                            "20261121-0-1",
+                            "20261121-1-4",
+                            "20261121-1-",
+                            "x",
+                            "20260230-1-1",
+                            "20261033-1-1",
+                            "20261701-1-1",
+                            "18471231-1-1",
+                            "23600101-1-1",
+                            "20261121-4294967297-1",
+                            "4315228417-1-1",
+                            "20261121-1-1-1",
+                            "18446744073709551616",
+                            "-5",
+                            "20261121--1-1",
+                            "120261121-1-1",
+                            " 5"})
         EXPECT_FALSE(REG_XVDMC::DeString(psz, &dmc)) << psz;
-    }
     EXPECT_EQ(dmc.uiValor, 77U);
 }
 
@@ -116,9 +132,13 @@ TEST(Ambiente, DiretoriosVemDaRegistry) {
     ASSERT_EQ(CAmbienteXV::GetDiretorioModulo(XV_DF, &sDiretorio), S_OK);
     EXPECT_EQ(sDiretorio, "/xv");
 
-    bancada.m_registry.Remove(CAmbienteXV::GetChaveRegistry(XV_DF), "Path");
+    bancada.m_registry.SetTexto(CAmbienteXV::GetChaveRegistry(XV_DF), "Path", "");
     ASSERT_EQ(CAmbienteXV::GetDiretorioModulo(XV_DF, &sDiretorio), S_OK);
-    EXPECT_EQ(sDiretorio, "/xv64");
+    EXPECT_EQ(sDiretorio, "/xv64") << "an empty Path is none";
+    bancada.m_registry.SetTexto(CAmbienteXV::GetChaveRegistry(XV_DF), "Path_x64", "/");
+    ASSERT_EQ(CAmbienteXV::GetDiretorioModulo(XV_DF, &sDiretorio), S_OK);
+    EXPECT_EQ(sDiretorio, "/");
+    bancada.m_registry.Remove(CAmbienteXV::GetChaveRegistry(XV_DF), "Path");
     bancada.m_registry.SetTexto(CAmbienteXV::GetChaveRegistry(XV_DF), "Path_x64", "");
     EXPECT_EQ(CAmbienteXV::GetDiretorioModulo(XV_DF, &sDiretorio), eBadPath);
     EXPECT_EQ(sDiretorio, "");
