@@ -110,12 +110,31 @@ TEST_F(AberturaArquivo, ModosEReabertura) {
     ASSERT_EQ(banco.xvDB.Finaliza(), S_OK);
 }
 
-TEST_F(AberturaArquivo, NomeEmOutraCaixaRecebeONomePedido) {
+// Opened for writing, a file gets the name that it was asked for by; viewing leaves it.
+TEST_F(AberturaArquivo, NomeEmOutraCaixa) {
     Cria("a.DAT", ArquivoComCabecalho("A.dat", Bytes({k_reg})));
-    EXPECT_EQ(LeRegistros("A.dat"), std::vector{k_reg});
-    std::string sNomeReal;
-    ASSERT_TRUE(m_Arquivos.BuscaNomeReal(PastaDados("A.dat"), sNomeReal).Ok());
-    EXPECT_EQ(sNomeReal, "A.dat");
+    for (const bool bConsulta : {true, false}) {
+        TXVBanco<CXVFileTeste> banco("A.dat");
+        banco.xvDB.SetSomenteLeituraSemBloqueio(bConsulta);
+        ASSERT_EQ(Abre(banco), S_OK);
+        EXPECT_EQ(banco->GetQtdRegistros(), 1U);
+        std::string sNomeReal;
+        ASSERT_TRUE(m_Arquivos.BuscaNomeReal(PastaDados("A.dat"), sNomeReal).Ok());
+        EXPECT_EQ(sNomeReal, bConsulta ? "a.DAT" : "A.dat");
+        ASSERT_EQ(banco.xvDB.Finaliza(), S_OK);
+    }
+}
+
+TEST_F(AberturaArquivo, ArquivoSemTamanhoConhecidoNaoSeUsa) {
+    CriaBom();
+    TXVBanco<CXVFileTeste> banco("A.dat");
+    m_Falhas.Programa({.eOperacao = EOperacaoArquivo::eGetTamanho});
+    EXPECT_EQ(Abre(banco), eHardIO);
+    EXPECT_FALSE(banco->ExisteArquivo());
+    m_Falhas.Limpa();
+    ASSERT_EQ(Abre(banco), S_OK);
+    EXPECT_EQ(banco->GetQtdRegistros(), 1U);
+    ASSERT_EQ(banco.xvDB.Finaliza(), S_OK);
 }
 
 }  // namespace

@@ -71,27 +71,6 @@ TEST_F(CabecalhoValidacao, ArquivoVazioRecebeOCabecalhoNoLugar) {
     EXPECT_EQ(Conta(EOperacaoArquivo::eSubstitui), 0U);
 }
 
-TEST_F(CabecalhoValidacao, ArquivoAntigoRecebeOCabecalhoPorCopia) {
-    for (const std::size_t uiTamanho : {std::size_t{16}, std::size_t{400}, std::size_t{3} << 20}) {
-        SCOPED_TRACE(uiTamanho);
-        std::string sDados(uiTamanho, 'r');
-        sDados.back() = 'z';
-        Cria("A.dat", sDados);
-        EXPECT_EQ(LeRegistros("A.dat").size(), uiTamanho / 16);
-        const std::string s = Le("A.dat");
-        EXPECT_TRUE(s.substr(240) == sDados);
-        EXPECT_EQ(Campo<XVUInt64>(s, 72), uiTamanho);
-        EXPECT_FALSE(Existe("A.cab"));
-    }
-}
-
-TEST_F(CabecalhoValidacao, ArquivoDe23BytesNaoTemCabecalho) {
-    Cria("T.dat", Prefixado(std::string(19, 't')));
-    ASSERT_EQ(Le("T.dat").size(), 23U);
-    EXPECT_EQ(LeTextos("T.dat"), std::vector{std::string(19, 't')});
-    EXPECT_EQ(Le("T.dat").size(), 263U);
-}
-
 TEST_F(CabecalhoValidacao, CopiaCabEncontradaNuncaESubstituida) {
     Cria("A.dat", Bytes({k_reg}));
     Cria("A.cab", "interrupted");

@@ -50,9 +50,11 @@ class Utilitarios : public CXVCenarioBanco {
 };
 
 TEST_F(Container, ArquivosEntramESaemNaOrdemDosBytesDosNomes) {
-    CXVFileNarrador b("b", m_xvDB, m_sDiario);
     CXVFileNarrador a("a", m_xvDB, m_sDiario);
     { CXVFileNarrador efemero("0", m_xvDB, m_sDiario); }
+    auto pPrimeiro = std::make_unique<CXVFileNarrador>("b", m_xvDB, m_sDiario);
+    CXVFileNarrador segundo("b", m_xvDB, m_sDiario);
+    pPrimeiro.reset();  // of two objects of a name the later one counts
     m_xvDB.DesabilitaControleCriacaoArquivos();
     CXVFileNarrador Z("Z", m_xvDB, m_sDiario);
     EXPECT_EQ(m_xvDB.Inicializa(&m_Dono), S_OK);

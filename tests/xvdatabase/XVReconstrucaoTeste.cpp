@@ -434,25 +434,18 @@ TEST_F(Reconstrucao, CamposImpossiveisNaoSaoEntrada) {
 }
 
 TEST_F(Reconstrucao, FimENomesQueLevamParaForaNaoSaoEntrada) {
-    const SParteBytes alemDoFim{"C.dat",          ~XVUInt64{0} - 2, ~XVUInt64{0} - 2,
-                                ~XVUInt64{0} - 2, "12345678",       ""};
-    Poe("A.dat", k_sA0);
-    const CXVCapturaTrace capturaFim;
-    ASSERT_EQ(Abre(DiarioBytes(k_uiSessao, {EntradaBytes(k_uiSessao, {1, {alemDoFim}})})), S_OK)
-        << "its end overflows";
-    EXPECT_TRUE(TemMensagem(capturaFim, "descartada"));
-}
-
-TEST_F(Reconstrucao, NomesQueLevamParaForaNaoSaoEntrada) {
-    for (const char* pszNome : {"../A.dat", "/A.dat", "sub/A.dat", "..\\A.dat", "..", ".", "A", "C:A.dat"}) {
-        SCOPED_TRACE(pszNome);
-        SParteBytes fora{pszNome, 0, 0, 4, "mal!", "", true};
+    constexpr XVUInt64 k_uiFim = ~XVUInt64{0} - 2;
+    std::vector<SParteBytes> partes{{"C.dat", k_uiFim, k_uiFim, k_uiFim, "12345678", ""}};
+    for (const char* pszNome : {"../A.dat", "/A.dat", "sub/A.dat", "..\\A.dat", "..", ".", "A", "C:A.dat"})
+        partes.push_back({pszNome, 0, 0, 4, "mal!", "", true});
+    for (const SParteBytes& rParte : partes) {
+        SCOPED_TRACE(rParte.sNome);
         Poe("A.dat", k_sA0);
-        Poe("B.dat", "");
         const auto antes = m_Arquivos.Retrata();
         const CXVCapturaTrace captura;
-        ASSERT_EQ(Abre(DiarioBytes(k_uiSessao, {EntradaBytes(k_uiSessao, {1, {fora}})})), S_OK);
+        ASSERT_EQ(Abre(DiarioBytes(k_uiSessao, {EntradaBytes(k_uiSessao, {1, {rParte}})})), S_OK);
         EXPECT_EQ(CXVSistemaArquivosMemoria::Diferenca(antes, m_Arquivos.Retrata()), "");
+        EXPECT_TRUE(TemMensagem(captura, "descartada"));
     }
 }
 
