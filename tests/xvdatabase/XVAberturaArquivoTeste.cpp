@@ -57,13 +57,6 @@ TEST_F(AberturaArquivo, CodigoDeCadaCausaENumeroDeTentativas) {
     EXPECT_EQ(Le("A.dat"), sAntes);
 }
 
-TEST_F(AberturaArquivo, FalhaPassageiraEAbsorvida) {
-    CriaBom();
-    ProgramaAbertura(ECausaArquivo::eViolacaoCompartilhamento, false);
-    EXPECT_EQ(LeRegistros("A.dat"), std::vector{k_reg});
-    EXPECT_EQ(m_Relogio.GetMilissegundosDormidos(), 10U);
-}
-
 TEST_F(AberturaArquivo, SomenteLeituraNaoPassaPorBancoVazio) {
     CriaBom();
     m_Arquivos.SetSomenteLeitura(PastaDados("A.dat"), true);
@@ -94,7 +87,12 @@ TEST_F(AberturaArquivo, ModosEReabertura) {
     EXPECT_FALSE(banco->ExisteArquivo()) << "absent and not created: no error";
     EXPECT_EQ(banco->AbreArquivo(eModoLeituraSemBloqueio), S_OK);
     EXPECT_FALSE(banco->ExisteArquivo());
-    EXPECT_FALSE(Existe("A.dat"));
+    {
+        const CXVCapturaTrace captura;
+        m_Falhas.Programa({.eOperacao = EOperacaoArquivo::eGrava});
+        EXPECT_EQ(banco->AbreArquivo(eModoLeituraGravacaoCriacao), eHardIO);
+    }
+    EXPECT_FALSE(Existe("A.dat")) << "a failed opening leaves nothing";
 
     EXPECT_EQ(banco->AbreArquivo(eModoLeituraGravacaoCriacao), S_OK);
     EXPECT_EQ(banco->GetSeekCabecalho(), 240U);

@@ -66,7 +66,9 @@ TEST_F(CabecalhoConteudo, TodosOsCamposDoArquivoNovoEDaPrimeiraGravacao) {
 TEST_F(CabecalhoConteudo, CadaCampoDeUmArquivoAntigoMudaOuFica) {
     for (const bool bOutraEmpresa : {false, true}) {
         std::string s = ArquivoComCabecalho("A.dat", "");
-        for (int i = 0; i < 5; ++i) s.replace(static_cast<std::size_t>(24 + 8 * i), 8, DataHora(1 + i, 2 + i, 2011, 3 + i, 4 + i, 5 + i));
+        for (int i = 0; i < 5; ++i)
+            s.replace(static_cast<std::size_t>(24 + 8 * i), 8,
+                      DataHora(1 + i, 2 + i, 2011, 3 + i, 4 + i, 5 + i));
         Poe<XVUInt64>(s, 80, bOutraEmpresa ? ~0ULL : 41);
         Poe<XVUInt64>(s, 88, 55);
         Poe<XVUInt>(s, 100, 66);

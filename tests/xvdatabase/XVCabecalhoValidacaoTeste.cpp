@@ -71,6 +71,16 @@ TEST_F(CabecalhoValidacao, ArquivoVazioRecebeOCabecalhoNoLugar) {
     EXPECT_EQ(Conta(EOperacaoArquivo::eSubstitui), 0U);
 }
 
+TEST_F(CabecalhoValidacao, ArquivoAntigoNumDiscoCheioSeLeComoEsta) {
+    Cria("A.dat", Bytes({k_reg}));
+    const CXVCapturaTrace captura;
+    m_Falhas.Programa(
+        {.eOperacao = EOperacaoArquivo::eGrava, .bPermanente = true, .eCausa = ECausaArquivo::eDiscoCheio});
+    EXPECT_EQ(LeRegistros("A.dat"), std::vector{k_reg});
+    EXPECT_EQ(Le("A.dat"), Bytes({k_reg}));
+    m_Falhas.Limpa();
+}
+
 TEST_F(CabecalhoValidacao, CopiaCabEncontradaNuncaESubstituida) {
     Cria("A.dat", Bytes({k_reg}));
     Cria("A.cab", "interrupted");

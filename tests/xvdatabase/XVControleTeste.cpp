@@ -111,7 +111,8 @@ TEST_F(Controle, NomeNaListaEOQueHaNoDiretorio) {
 
     CriaBom("B.dat");
     std::unique_ptr<IXVArquivo> pEscritor;
-    constexpr SAberturaArquivo k_escrita{EAcessoArquivo::eLeituraEscrita, ECompartilhamentoArquivo::eNegaEscrita,
+    constexpr SAberturaArquivo k_escrita{EAcessoArquivo::eLeituraEscrita,
+                                         ECompartilhamentoArquivo::eNegaEscrita,
                                          ECriacaoArquivo::eSomenteExistente};
     ASSERT_TRUE(m_Arquivos.Abre(PastaDados(k_pszControle), k_escrita, pEscritor).Ok());
     EXPECT_EQ(Tenta<CXVFileTeste>("B.dat"), S_OK);
@@ -183,7 +184,8 @@ TEST_F(Controle, ControleDanificadoRecusaAAberturaEFicaComoEstava) {
 TEST_F(Controle, ListaMudaSoSobAMarcaENenhumNomeEntraDuasVezes) {
     for (const bool bDesabilitado : {false, true}) {
         CriaBom("A.dat");
-        const std::string sLista = bDesabilitado ? Prefixado("A.dat") + Prefixado("B.dat") : Prefixado("B.dat");
+        const std::string sLista =
+            bDesabilitado ? Prefixado("A.dat") + Prefixado("B.dat") : Prefixado("B.dat");
         Cria(k_pszControle, sLista);
         int iLivres = 0;  // openings and other uses of the list without the mark
         int iMarcadas = 0;

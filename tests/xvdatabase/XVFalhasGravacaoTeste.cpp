@@ -21,17 +21,6 @@ TEST_F(FalhasGravacao, PrimeiroRegistro) {
            [&] { return Estado("A.dat"); }});
 }
 
-TEST_F(FalhasGravacao, RegistroAnexado) {
-    Cria("A.dat", ArquivoComCabecalho("A.dat", Bytes({{1, 0, 0}})));
-    Varre({[&] {
-               return UsaRegistros([](CXVFileTeste& rFile) {
-                   XVUInt uiPosicao = 0;
-                   return rFile.Grava(uiPosicao, {rFile.GetQtdRegistros() + 1, 0, 0});
-               });
-           },
-           [&] { return Estado("A.dat"); }});
-}
-
 TEST_F(FalhasGravacao, RegistrosSobrepostosEEstendidos) {
     Cria("A.dat", ArquivoComCabecalho("A.dat", Bytes({{1, 0, 0}, {2, 0, 0}, {3, 0, 0}})));
     Varre({[&] {
@@ -245,7 +234,10 @@ TEST_F(ContinuaDepoisDaFalha, Textos) {
 
 TEST_F(ContinuaDepoisDaFalha, RegistroUnico) {
     Confere<CXVFileUnico>(
-        Bytes({{1, 2, 3}}), [](CXVFileUnico& rFile, XVUInt&) { return rFile.Grava({7, 8, 9}); },
+        Bytes({{1, 2, 3}}),
+        [](CXVFileUnico& rFile, XVUInt&) {
+            return rFile.Grava({7, 8, 9});
+        },
         [](CXVFileUnico& rFile) {
             REG_TESTE reg{};
             EXPECT_EQ(rFile.Le(reg), S_OK);

@@ -94,8 +94,8 @@ inline void CXVVarreduraFalhas::VarreComFalha(const SOperacao& rOperacao, SFalha
     bool bHouveFalha = true;
     for (falha.uiNumero = 1; bHouveFalha; ++falha.uiNumero) {
         ASSERT_LT(falha.uiNumero, 300U);
-        SCOPED_TRACE((falha.eOperacao ? "question " : "operation ") + std::to_string(falha.uiNumero) + (falha.bPermanente ? " and after" : "") +
-                     (falha.bGravaMetade ? ", half written" : "") +
+        SCOPED_TRACE((falha.eOperacao ? "question " : "operation ") + std::to_string(falha.uiNumero) +
+                     (falha.bPermanente ? " and after" : "") + (falha.bGravaMetade ? ", half written" : "") +
                      (falha.eCausa == ECausaArquivo::eDiscoCheio ? ", disk full" : ", hard I/O"));
         const CXVCapturaTrace captura;
         m_Arquivos.Restaura(m_Inicial);
