@@ -58,19 +58,6 @@ TEST_F(CabecalhoValidacao, ConteudoRecusadoDepoisDoCabecalhoTambemFicaComoEstava
                  "17 bytes");
 }
 
-TEST_F(CabecalhoValidacao, CaixaDoNomeNaoImporta) {
-    Cria("A.dat", ArquivoComCabecalho("a.DAT", Bytes({k_reg})));
-    EXPECT_EQ(LeRegistros("A.dat"), std::vector{k_reg});
-}
-
-TEST_F(CabecalhoValidacao, ArquivoVazioRecebeOCabecalhoNoLugar) {
-    Cria("A.dat", "");
-    EXPECT_EQ(LeRegistros("A.dat").size(), 0U);
-    EXPECT_EQ(Le("A.dat").size(), 240U);
-    EXPECT_EQ(Campo<XVUInt64>(Le("A.dat"), 72), 0U);
-    EXPECT_EQ(Conta(EOperacaoArquivo::eSubstitui), 0U);
-}
-
 TEST_F(CabecalhoValidacao, ArquivoAntigoNumDiscoCheioSeLeComoEsta) {
     Cria("A.dat", Bytes({k_reg}));
     const CXVCapturaTrace captura;

@@ -21,17 +21,6 @@ TEST_F(Controle, PrimeiraAberturaListaUmaVez) {
     EXPECT_EQ(Le(k_pszControle), Prefixado("b.dat") + Prefixado("A.dat")) << "no header, in order of opening";
 }
 
-TEST_F(Controle, ArquivoCriadoPorGravacaoEListadoNaProximaAbertura) {
-    TXVBanco<CXVFileTeste> banco("A.dat");
-    ASSERT_EQ(Abre(banco), S_OK);
-    XVUInt uiPosicao = 0;
-    ASSERT_EQ(banco->Grava(uiPosicao, {1, 0, 0}), S_OK);
-    EXPECT_EQ(Listados(), T{});
-    ASSERT_EQ(banco.xvDB.Finaliza(), S_OK);
-    EXPECT_EQ(Tenta<CXVFileTeste>("A.dat"), S_OK);
-    EXPECT_EQ(Listados(), T{"A.dat"});
-}
-
 TEST_F(Controle, CaixaNaoImportaEIsentosNuncaEntram) {
     Cria(k_pszControle, Prefixado("a.DAT"));
     CriaBom("A.dat");

@@ -112,18 +112,4 @@ TEST_F(DiarioCopia, CopiaInterrompidaNaoFicaNoCaminho) {
     }
 }
 
-// A copy that was there before is somebody's; beginning one of our own must not make it ours.
-TEST_F(DiarioCopia, CopiaAlheiaDoControleNaoSai) {
-    Cria("XVDATABASE_FILE_CTRL.dat", Prefixado("A.dat") + Prefixado("B.dat"));
-    Cria("XVDATABASE_FILE_CTRL.tra", "alheia");
-    Cria("B.dat", "b");
-    const CXVCapturaTrace captura;
-    CXVDiario diario;
-    ASSERT_EQ(AbreDiario(diario), S_OK);
-    EXPECT_EQ(CXVDataBaseUtil::DeletaArquivo(&m_Dono, XV_DF, "B.dat", CXVDataBaseUtil::eRemoveDoControle),
-              E_XVCR_ARQUIVO_TRA_ENCONTRADO);
-    EXPECT_EQ(diario.Fecha(&m_Dono), S_OK);
-    EXPECT_EQ(Le("XVDATABASE_FILE_CTRL.tra"), "alheia");
-}
-
 }  // namespace

@@ -1,6 +1,5 @@
 // The writing operations swept with failing file operations, and what the same object does afterwards.
 #include "core/xvdatabase/XVDataBaseUtil.h"
-#include "core/xvdatabase/XVGroupTextFileDynamic.h"
 #include "core/xvdatabase/XVRegistroVersao.h"
 #include "tests/xvdatabase/XVCabecalhoTeste.h"
 #include "tests/xvdatabase/XVVarreduraFalhas.h"
@@ -90,19 +89,6 @@ TEST_F(FalhasGravacao, RegistroUnicoPorNome) {
            },
            [&] { return Estado("V.dat"); }});
     EXPECT_FALSE(Existe("V.srk"));
-}
-
-TEST_F(FalhasGravacao, MembroNovoDeGrupo) {
-    Varre({[&] {
-               CXVDataBase xvDB(XV_DF);
-               CXVGroupTextFileDynamic xvGrupo("G??.dat", &xvDB, 2);
-               HRESULT hr = xvDB.Inicializa(&m_Dono);
-               XVUInt uiPosicao = 0;
-               if (SUCCEEDED(hr)) hr = xvGrupo.Grava(5, uiPosicao, "texto");
-               const HRESULT hrFinaliza = xvDB.Finaliza();
-               return FAILED(hr) ? hr : hrFinaliza;
-           },
-           [&] { return Estado("G05.dat"); }});
 }
 
 TEST_F(FalhasGravacao, ListagemNoControle) {

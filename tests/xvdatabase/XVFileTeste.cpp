@@ -163,17 +163,4 @@ TEST_F(RegistrosFixos, SubstituicaoSemTipo) {
     EXPECT_EQ(LeRegistros("A.dat"), (std::vector<REG_TESTE>{{1, 1, 5}, {20, 0, 0}, {3, 0, 0}}));
 }
 
-TEST_F(RegistrosFixos, ApagarDeixaOObjetoProntoEVazio) {
-    Cria("A.dat", ArquivoComCabecalho("A.dat", Bytes(Lista(2))));
-    TXVBanco<CXVFileTeste> banco("A.dat");
-    ASSERT_EQ(Abre(banco), S_OK);
-    EXPECT_EQ(banco->DeletaArquivo(), S_OK);
-    EXPECT_FALSE(Existe("A.dat"));
-    EXPECT_EQ(banco->GetQtdRegistros(), 0U);
-    XVUInt uiPosicao = 0;
-    EXPECT_EQ(banco->Grava(uiPosicao, {8, 0, 0}), S_OK);
-    ASSERT_EQ(banco.xvDB.Finaliza(), S_OK);
-    EXPECT_EQ(LeRegistros("A.dat"), (std::vector<REG_TESTE>{{8, 0, 0}}));
-}
-
 }  // namespace

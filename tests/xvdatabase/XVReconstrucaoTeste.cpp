@@ -344,35 +344,6 @@ TEST_F(Reconstrucao, OQueNaoEDiarioNaoFazMal) {
     }
 }
 
-// What was concluded counts no more, whatever happens to the files before the next operation.
-TEST_F(Reconstrucao, ConcluidasNaoSeConcluemDeNovo) {
-    Poe("A.dat", k_sA0);
-    Cria(k_pszNomeDiario, DiarioBytes(k_uiSessao, {Entrada1(), Entrada2()}));
-    const CXVCapturaTrace captura;
-    CXVSistemaArquivosMemoria::TRetrato morte;
-    {
-        CXVDiario diario;
-        ASSERT_EQ(diario.Abre(&m_Dono, XV_DF, PastaDados()), S_OK);
-        morte = m_Arquivos.Retrata();
-        ASSERT_EQ(diario.Fecha(&m_Dono), S_OK);
-    }
-    morte.erase(PastaDados("A.dat"));
-    m_Arquivos.Restaura(morte);
-    CXVDiario diario;
-    EXPECT_EQ(diario.Abre(&m_Dono, XV_DF, PastaDados()), S_OK);
-    EXPECT_EQ(diario.Fecha(&m_Dono), S_OK);
-    EXPECT_FALSE(Existe("A.dat"));
-}
-
-TEST_F(Reconstrucao, PalavraDaPrimeiraDispensaAsDeAntes) {
-    Poe("A.dat", k_sA1);
-    std::string sPrimeira = Entrada1();
-    sPrimeira.back() = static_cast<char>(sPrimeira.back() ^ 1);
-    ASSERT_EQ(Abre(DiarioBytes(k_uiSessao, {sPrimeira, Entrada2()}, 2)), S_OK);
-    EXPECT_EQ(Tem("A.dat"), k_sA2);
-    EXPECT_FALSE(Existe("B.dat")) << "entry 1 is not needed any more";
-}
-
 // The last entry with any byte wrong had not begun: it is dropped, the one before it stays.
 TEST_F(Reconstrucao, UltimaEntradaInacabadaEDescartada) {
     const std::string sBoa = Entrada2();
