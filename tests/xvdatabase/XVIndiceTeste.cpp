@@ -80,7 +80,8 @@ TEST_F(IndiceArquivo, RecusasNaoGravamNada) {
     };
     recusa(0, {{9, 0, 0}, {0, 0, 0}}, E_XVCR_INDEXACAO_COM_POSICAO_ZERO);
     recusa(0, {{3, 0, 0}}, E_XVCR_CHAVE_DE_INDEXACAO_REPETIDA);
-    recusa(0, {{9, 0, 0}, {9, 0, 0}}, E_XVCR_CHAVE_DE_INDEXACAO_REPETIDA);
+    recusa(0, {{9, 0, 0}, {1, 0, 0}}, E_XVCR_CHAVE_DE_INDEXACAO_REPETIDA);
+    recusa(0, {{9, 0, 0}, {8, 0, 0}, {9, 0, 0}}, E_XVCR_CHAVE_DE_INDEXACAO_REPETIDA);
     recusa(6, {{5, 0, 0}}, E_XVCR_CHAVE_DE_INDEXACAO_REPETIDA);
     recusa(5, {{6, 0, 0}, {5, 0, 0}}, E_XVCR_CHAVE_DE_INDEXACAO_REPETIDA);
     EXPECT_EQ(m_Relogio.GetQuantidadeDormidas(), uiDormidas) << "a refusal is not tried again";
