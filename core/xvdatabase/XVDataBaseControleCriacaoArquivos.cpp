@@ -80,8 +80,11 @@ HRESULT CXVDataBaseControleCriacaoArquivos::GerenciaControleCriacaoArquivos(XVUI
     }
     // Only a file is listed. A directory of this name is refused by the opening that follows; were it listed,
     // its removal would later look like the loss of a file.
-    if (!bPossui && bExiste &&
-        XVPlataforma::SistemaArquivos().Existe(sPathArquivo) == EExistencia::eArquivo) {
+    const EExistencia eExistencia =
+        !bPossui && bExiste ? XVPlataforma::SistemaArquivos().Existe(sPathArquivo) : EExistencia::eAusente;
+    if (eExistencia == EExistencia::eSemAcesso)
+        return XVArquivoRecusado::Anota(eAccessDenied, sPathArquivo, this);
+    if (eExistencia == EExistencia::eArquivo) {
         // A store on a full disk has to be readable all the same: the next opening lists the file.
         const HRESULT hr = XV_REGISTRA(CriaControleCriacaoArquivos());
         if (FAILED(hr) && hr != eDiskFull) return hr;

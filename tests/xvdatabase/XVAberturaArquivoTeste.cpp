@@ -57,13 +57,6 @@ TEST_F(AberturaArquivo, CodigoDeCadaCausaENumeroDeTentativas) {
     EXPECT_EQ(Le("A.dat"), sAntes);
 }
 
-TEST_F(AberturaArquivo, FalhaPassageiraEAbsorvida) {
-    CriaBom();
-    ProgramaAbertura(ECausaArquivo::eViolacaoCompartilhamento, false);
-    EXPECT_EQ(LeRegistros("A.dat"), std::vector{k_reg});
-    EXPECT_EQ(m_Relogio.GetMilissegundosDormidos(), 10U);
-}
-
 TEST_F(AberturaArquivo, SomenteLeituraNaoPassaPorBancoVazio) {
     CriaBom();
     m_Arquivos.SetSomenteLeitura(PastaDados("A.dat"), true);
@@ -94,7 +87,12 @@ TEST_F(AberturaArquivo, ModosEReabertura) {
     EXPECT_FALSE(banco->ExisteArquivo()) << "absent and not created: no error";
     EXPECT_EQ(banco->AbreArquivo(eModoLeituraSemBloqueio), S_OK);
     EXPECT_FALSE(banco->ExisteArquivo());
-    EXPECT_FALSE(Existe("A.dat"));
+    {
+        const CXVCapturaTrace captura;
+        m_Falhas.Programa({.eOperacao = EOperacaoArquivo::eGrava});
+        EXPECT_EQ(banco->AbreArquivo(eModoLeituraGravacaoCriacao), eHardIO);
+    }
+    EXPECT_FALSE(Existe("A.dat")) << "a failed opening leaves nothing";
 
     EXPECT_EQ(banco->AbreArquivo(eModoLeituraGravacaoCriacao), S_OK);
     EXPECT_EQ(banco->GetSeekCabecalho(), 240U);
@@ -110,12 +108,33 @@ TEST_F(AberturaArquivo, ModosEReabertura) {
     ASSERT_EQ(banco.xvDB.Finaliza(), S_OK);
 }
 
-TEST_F(AberturaArquivo, NomeEmOutraCaixaRecebeONomePedido) {
+// Opened for writing, a file gets the name that it was asked for by; viewing leaves it.
+TEST_F(AberturaArquivo, NomeEmOutraCaixa) {
     Cria("a.DAT", ArquivoComCabecalho("A.dat", Bytes({k_reg})));
-    EXPECT_EQ(LeRegistros("A.dat"), std::vector{k_reg});
-    std::string sNomeReal;
-    ASSERT_TRUE(m_Arquivos.BuscaNomeReal(PastaDados("A.dat"), sNomeReal).Ok());
-    EXPECT_EQ(sNomeReal, "A.dat");
+    for (const bool bConsulta : {true, false}) {
+        TXVBanco<CXVFileTeste> banco("A.dat");
+        banco.xvDB.SetSomenteLeituraSemBloqueio(bConsulta);
+        ASSERT_EQ(Abre(banco), S_OK);
+        EXPECT_EQ(banco->GetQtdRegistros(), 1U);
+        std::string sNomeReal;
+        ASSERT_TRUE(m_Arquivos.BuscaNomeReal(PastaDados("A.dat"), sNomeReal).Ok());
+        EXPECT_EQ(sNomeReal, bConsulta ? "a.DAT" : "A.dat");
+        ASSERT_EQ(banco.xvDB.Finaliza(), S_OK);
+    }
+}
+
+TEST_F(AberturaArquivo, ArquivoSemTamanhoConhecidoNaoSeUsa) {
+    CriaBom();
+    TXVBanco<CXVFileTeste> banco("A.dat");
+    ASSERT_EQ(Abre(banco), S_OK);
+    banco->FechaArquivo();
+    m_Falhas.Programa({.eOperacao = EOperacaoArquivo::eGetTamanho});
+    const CXVCapturaTrace captura;
+    EXPECT_EQ(banco->AbreArquivo(eModoLeituraGravacao), eHardIO);
+    EXPECT_FALSE(banco->ExisteArquivo());
+    m_Falhas.Limpa();
+    EXPECT_EQ(banco->AbreArquivo(eModoLeituraGravacao), S_OK);
+    ASSERT_EQ(banco.xvDB.Finaliza(), S_OK);
 }
 
 }  // namespace

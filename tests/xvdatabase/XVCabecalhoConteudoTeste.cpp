@@ -6,6 +6,12 @@
 namespace {
 
 const REG_TESTE k_reg{1, 2, 3};
+// This computer's name, as wide as the field.
+const std::string k_sComputador = [] {
+    std::string s = XVAmbienteSO::GetNomeComputador().substr(0, 15);
+    s.resize(16);
+    return s;
+}();
 
 std::string DataHora(int iDia, int iMes, XVUShort usAno, int iHora, int iMinuto, int iSegundo) {
     std::string s(8, '\0');
@@ -30,82 +36,68 @@ class CabecalhoConteudo : public CXVCenarioBanco {
     }
 };
 
+// The header of a new file, and of one that was written to, whole.
 TEST_F(CabecalhoConteudo, TodosOsCamposDoArquivoNovoEDaPrimeiraGravacao) {
     TXVBanco<CXVFileTeste> banco("A.dat");
     ASSERT_EQ(banco->AbreArquivo(eModoLeituraGravacaoCriacao), E_INVALIDARG)
         << "no company before Inicializa";
     ASSERT_EQ(Abre(banco), S_OK);
     ASSERT_EQ(banco->AbreArquivo(eModoLeituraGravacaoCriacao), S_OK);
-    const std::string sCriado = Le("A.dat");
     const std::string sAgora = DataHora(15, 3, 2024, 9, 0, 0);
-    ASSERT_EQ(sCriado.size(), 240U);
-    EXPECT_EQ(Campo<XVUShort>(sCriado, 0), 1);
-    EXPECT_EQ(sCriado.substr(2, 6), std::string(6, '\0'));
-    EXPECT_EQ(Campo<XVUInt64>(sCriado, 8), 0x54E979925CD0F10DULL);
-    EXPECT_EQ(Campo<XVUInt64>(sCriado, 16), 0x53E7815838846436ULL);
-    EXPECT_EQ(sCriado.substr(24, 24), sAgora + sAgora + sAgora);
-    EXPECT_EQ(sCriado.substr(48, 16), std::string(16, '\0'));
-    EXPECT_EQ(Campo<XVUInt64>(sCriado, 64), 216U);
-    EXPECT_EQ(Campo<XVUInt64>(sCriado, 72), 0U);
-    EXPECT_EQ(Campo<XVUInt64>(sCriado, 80), 0U);
-    EXPECT_EQ(Campo<XVUInt64>(sCriado, 88), 99U);
-    EXPECT_EQ(Campo<XVUInt>(sCriado, 96), 0U);
-    EXPECT_EQ(Campo<XVUInt>(sCriado, 100), 7U);
-    EXPECT_EQ(Campo<XVUShort>(sCriado, 104), 1);
-    EXPECT_EQ(Campo<XVUShort>(sCriado, 106), 127);
-    EXPECT_EQ(Campo<XVUShort>(sCriado, 108), 127);
-    EXPECT_EQ(Campo<XVUShort>(sCriado, 110), 0);
-    EXPECT_EQ(sCriado.substr(112, 24), std::string("A.dat") + std::string(19, '\0'));
-    EXPECT_EQ(sCriado.substr(136, 48), std::string("MATRIZ") + std::string(42, '\0'));
-    EXPECT_EQ(CampoTexto(sCriado, 184, 16), XVAmbienteSO::GetNomeComputador().substr(0, 15));
-    EXPECT_EQ(sCriado.substr(200, 32), std::string(32, '\0'));
-    EXPECT_EQ(Campo<XVUInt64>(sCriado, 232), CrcBitABit(sCriado.substr(24, 208)));
+    std::string sEsperado = ArquivoComCabecalho("A.dat", "");
+    sEsperado.replace(24, 24, sAgora + sAgora + sAgora);
+    Poe<XVUInt64>(sEsperado, 88, 99);
+    Poe<XVUInt>(sEsperado, 100, 7);
+    PoeTexto(sEsperado, 184, k_sComputador);
+    FechaCrc(sEsperado);
+    EXPECT_EQ(Le("A.dat"), sEsperado);
 
     m_Relogio.Avanca(61'000);
     XVUInt uiPosicao = 0;
     ASSERT_EQ(banco->Grava(uiPosicao, k_reg), S_OK);
-    std::string sEsperado = sCriado + Bytes({k_reg});
     sEsperado.replace(24, 8, DataHora(15, 3, 2024, 9, 1, 1));
     Poe<XVUInt64>(sEsperado, 72, 16);
     Poe<XVUInt64>(sEsperado, 80, 1);
     FechaCrc(sEsperado);
-    EXPECT_EQ(Le("A.dat"), sEsperado);
+    EXPECT_EQ(Le("A.dat"), sEsperado + Bytes({k_reg}));
 }
 
-TEST_F(CabecalhoConteudo, EmpresaEComputadorMudadosGuardamOAnteriorEAHora) {
-    std::string sAntigo = ArquivoComCabecalho("A.dat", "");
-    PoeTexto(sAntigo, 136, "FILIAL");
-    FechaCrc(sAntigo);
-    Cria("A.dat", sAntigo);
-    const std::string s = Grava("A.dat");
-    EXPECT_EQ(CampoTexto(s, 136, 24), "MATRIZ");
-    EXPECT_EQ(CampoTexto(s, 160, 24), "FILIAL");
-    EXPECT_EQ(s.substr(48, 8), DataHora(15, 3, 2024, 9, 0, 0));
-    EXPECT_EQ(CampoTexto(s, 200, 16), "OUTROPC");
-    EXPECT_EQ(s.substr(56, 8), DataHora(15, 3, 2024, 9, 0, 0));
-    EXPECT_EQ(s.substr(32, 16), std::string(16, '\0')) << "creation moments never change";
-}
-
-TEST_F(CabecalhoConteudo, CaixaDaEmpresaNaoEMudanca) {
-    std::string sAntigo = ArquivoComCabecalho("A.dat", "");
-    PoeTexto(sAntigo, 136, "Matriz");
-    FechaCrc(sAntigo);
-    Cria("A.dat", sAntigo);
-    const std::string s = Grava("A.dat");
-    EXPECT_EQ(CampoTexto(s, 136, 24), "Matriz");
-    EXPECT_EQ(s.substr(160, 24), std::string(24, '\0'));
-    EXPECT_EQ(s.substr(48, 8), std::string(8, '\0'));
-}
-
-TEST_F(CabecalhoConteudo, ContadorDeAtualizacoesDaAVolta) {
-    std::string sAntigo = ArquivoComCabecalho("A.dat", "");
-    Poe<XVUInt64>(sAntigo, 80, ~0ULL);
-    Poe<XVUShort>(sAntigo, 110, 4);
-    FechaCrc(sAntigo);
-    Cria("A.dat", sAntigo);
-    const std::string s = Grava("A.dat");
-    EXPECT_EQ(Campo<XVUInt64>(s, 80), 0U);
-    EXPECT_EQ(Campo<XVUShort>(s, 110), 5);
+// A file of another company, computer, user, session and system, and what one write makes of its header.
+TEST_F(CabecalhoConteudo, CadaCampoDeUmArquivoAntigoMudaOuFica) {
+    for (const bool bOutraEmpresa : {false, true}) {
+        std::string s = ArquivoComCabecalho("A.dat", "");
+        for (int i = 0; i < 5; ++i)
+            s.replace(static_cast<std::size_t>(24 + 8 * i), 8,
+                      DataHora(1 + i, 2 + i, 2011, 3 + i, 4 + i, 5 + i));
+        Poe<XVUInt64>(s, 80, bOutraEmpresa ? ~0ULL : 41);
+        Poe<XVUInt64>(s, 88, 55);
+        Poe<XVUInt>(s, 100, 66);
+        Poe<XVUShort>(s, 104, 3);
+        Poe<XVUShort>(s, 106, 101);
+        Poe<XVUShort>(s, 108, 102);
+        Poe<XVUShort>(s, 110, 4);
+        PoeTexto(s, 136, bOutraEmpresa ? "FILIAL" : "Matriz");
+        PoeTexto(s, 160, "PRIMEIRA");
+        PoeTexto(s, 200, "VELHOPC");
+        FechaCrc(s);
+        Cria("A.dat", s);
+        const std::string sAgora = DataHora(15, 3, 2024, 9, 0, 0);
+        s.replace(24, 8, sAgora);
+        Poe<XVUInt64>(s, 72, 16);
+        Poe<XVUInt64>(s, 80, bOutraEmpresa ? 0 : 42);
+        Poe<XVUInt64>(s, 88, 99);
+        Poe<XVUInt>(s, 100, 7);
+        Poe<XVUShort>(s, 108, 127);
+        if (bOutraEmpresa) {  // and the counter goes round
+            Poe<XVUShort>(s, 110, 5);
+            s.replace(48, 8, sAgora);
+            PoeTexto(s, 136, "MATRIZ" + std::string(18, '\0') + "FILIAL" + std::string(18, '\0'));
+        }
+        s.replace(56, 8, sAgora);
+        PoeTexto(s, 184, k_sComputador + "OUTROPC");
+        FechaCrc(s);
+        EXPECT_EQ(Grava("A.dat"), s + Bytes({k_reg}));
+    }
 }
 
 TEST_F(CabecalhoConteudo, NomeEEmpresaLongosGuardamOsUltimos23Caracteres) {

@@ -58,38 +58,14 @@ TEST_F(CabecalhoValidacao, ConteudoRecusadoDepoisDoCabecalhoTambemFicaComoEstava
                  "17 bytes");
 }
 
-TEST_F(CabecalhoValidacao, CaixaDoNomeNaoImporta) {
-    Cria("A.dat", ArquivoComCabecalho("a.DAT", Bytes({k_reg})));
+TEST_F(CabecalhoValidacao, ArquivoAntigoNumDiscoCheioSeLeComoEsta) {
+    Cria("A.dat", Bytes({k_reg}));
+    const CXVCapturaTrace captura;
+    m_Falhas.Programa(
+        {.eOperacao = EOperacaoArquivo::eGrava, .bPermanente = true, .eCausa = ECausaArquivo::eDiscoCheio});
     EXPECT_EQ(LeRegistros("A.dat"), std::vector{k_reg});
-}
-
-TEST_F(CabecalhoValidacao, ArquivoVazioRecebeOCabecalhoNoLugar) {
-    Cria("A.dat", "");
-    EXPECT_EQ(LeRegistros("A.dat").size(), 0U);
-    EXPECT_EQ(Le("A.dat").size(), 240U);
-    EXPECT_EQ(Campo<XVUInt64>(Le("A.dat"), 72), 0U);
-    EXPECT_EQ(Conta(EOperacaoArquivo::eSubstitui), 0U);
-}
-
-TEST_F(CabecalhoValidacao, ArquivoAntigoRecebeOCabecalhoPorCopia) {
-    for (const std::size_t uiTamanho : {std::size_t{16}, std::size_t{400}, std::size_t{3} << 20}) {
-        SCOPED_TRACE(uiTamanho);
-        std::string sDados(uiTamanho, 'r');
-        sDados.back() = 'z';
-        Cria("A.dat", sDados);
-        EXPECT_EQ(LeRegistros("A.dat").size(), uiTamanho / 16);
-        const std::string s = Le("A.dat");
-        EXPECT_TRUE(s.substr(240) == sDados);
-        EXPECT_EQ(Campo<XVUInt64>(s, 72), uiTamanho);
-        EXPECT_FALSE(Existe("A.cab"));
-    }
-}
-
-TEST_F(CabecalhoValidacao, ArquivoDe23BytesNaoTemCabecalho) {
-    Cria("T.dat", Prefixado(std::string(19, 't')));
-    ASSERT_EQ(Le("T.dat").size(), 23U);
-    EXPECT_EQ(LeTextos("T.dat"), std::vector{std::string(19, 't')});
-    EXPECT_EQ(Le("T.dat").size(), 263U);
+    EXPECT_EQ(Le("A.dat"), Bytes({k_reg}));
+    m_Falhas.Limpa();
 }
 
 TEST_F(CabecalhoValidacao, CopiaCabEncontradaNuncaESubstituida) {

@@ -50,6 +50,7 @@ class CabecalhoVarredura : public CXVCenarioBanco {
         EXPECT_EQ(Tenta<TArquivo>("A.dat"), S_OK);
         EXPECT_TRUE(Le("A.dat").substr(240) == sConteudo);
         EXPECT_EQ(Campo<XVUInt64>(Le("A.dat"), 72), sConteudo.size());
+        EXPECT_FALSE(Existe("A.cab"));
         EXPECT_EQ(Tenta<TArquivo>("A.dat"), S_OK) << "the header that it got holds";
     }
 };
@@ -112,11 +113,14 @@ TEST_F(CabecalhoVarredura, RestoDeCabecalhoEReconhecidoPorCadaSinalSozinho) {
                                              "cut after the name");
 }
 
-TEST_F(CabecalhoVarredura, ArquivoAntigoQueComecaComZerosContinuaAntigo) {
+TEST_F(CabecalhoVarredura, ArquivoAntigoSemSinalDeCabecalhoGanhaUm) {
     EsperaSemCabecalhoAceito<CXVFileTeste>(std::string(32, '\0'), "two zero records");
     EsperaSemCabecalhoAceito<CXVFileTeste>(std::string(24, '\0') + std::string(8, 'x'), "24 zero bytes");
     EsperaSemCabecalhoAceito<CXVFileTeste>(std::string(240, '\0') + std::string(16, 'x'), "240 zero bytes");
     EsperaSemCabecalhoAceito<CXVTextFile>(std::string(24, '\0') + Prefixado("x"), "six empty texts");
+    EsperaSemCabecalhoAceito<CXVTextFile>(Prefixado(std::string(19, 't')), "23 bytes");
+    EsperaSemCabecalhoAceito<CXVFileTeste>(std::string((3U << 20) - 16, 'r') + std::string(16, 'z'),
+                                           "copied in pieces");
 }
 
 TEST_F(CabecalhoVarredura, ConteudoQueNaoCarregariaNaoRecebeCabecalho) {

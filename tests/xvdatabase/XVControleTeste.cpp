@@ -1,8 +1,5 @@
 // Creation control: what is listed, when, and what a missing listed file means.
-#include <thread>
-
 #include "core/xvdatabase/XVDataBaseUtil.h"
-#include "tests/harness/XVEmThreads.h"
 #include "tests/xvdatabase/XVCabecalhoTeste.h"
 #include "tests/xvdatabase/XVCenarioBanco.h"
 
@@ -22,17 +19,6 @@ TEST_F(Controle, PrimeiraAberturaListaUmaVez) {
     for (const char* pszNome : {"b.dat", "A.dat", "b.dat", "A.dat", "ausente.dat"})
         EXPECT_EQ(Tenta<CXVFileTeste>(pszNome), S_OK) << pszNome;
     EXPECT_EQ(Le(k_pszControle), Prefixado("b.dat") + Prefixado("A.dat")) << "no header, in order of opening";
-}
-
-TEST_F(Controle, ArquivoCriadoPorGravacaoEListadoNaProximaAbertura) {
-    TXVBanco<CXVFileTeste> banco("A.dat");
-    ASSERT_EQ(Abre(banco), S_OK);
-    XVUInt uiPosicao = 0;
-    ASSERT_EQ(banco->Grava(uiPosicao, {1, 0, 0}), S_OK);
-    EXPECT_EQ(Listados(), T{});
-    ASSERT_EQ(banco.xvDB.Finaliza(), S_OK);
-    EXPECT_EQ(Tenta<CXVFileTeste>("A.dat"), S_OK);
-    EXPECT_EQ(Listados(), T{"A.dat"});
 }
 
 TEST_F(Controle, CaixaNaoImportaEIsentosNuncaEntram) {
@@ -97,6 +83,35 @@ TEST_F(Controle, ApagarTiraDaListaAntesDeApagar) {
     EXPECT_EQ(Listados(), (T{"B.dat", "A.dat"}));
 }
 
+// A name in another case, a file that somebody deletes meanwhile, a list that is being written, a directory.
+TEST_F(Controle, NomeNaListaEOQueHaNoDiretorio) {
+    Cria(k_pszControle, Prefixado("a.DAT") + Prefixado("B.dat"));
+    CriaBom("A.dat");
+    int iUsos = 0;
+    m_Falhas.SetFiltro([&](const std::string& s) {
+        if (s.ends_with("A.dat") && ++iUsos == 2) m_Arquivos.Apaga(s).Ignora();
+        return false;
+    });
+    EXPECT_EQ(CXVDataBaseUtil::DeletaArquivo(&m_Dono, XV_DF, "A.dat", CXVDataBaseUtil::eRemoveDoControle),
+              S_OK);
+    EXPECT_GT(iUsos, 1);
+    m_Falhas.SetFiltro({});
+    EXPECT_EQ(Listados(), T{"B.dat"});
+
+    CriaBom("B.dat");
+    std::unique_ptr<IXVArquivo> pEscritor;
+    constexpr SAberturaArquivo k_escrita{EAcessoArquivo::eLeituraEscrita,
+                                         ECompartilhamentoArquivo::eNegaEscrita,
+                                         ECriacaoArquivo::eSomenteExistente};
+    ASSERT_TRUE(m_Arquivos.Abre(PastaDados(k_pszControle), k_escrita, pEscritor).Ok());
+    EXPECT_EQ(Tenta<CXVFileTeste>("B.dat"), S_OK);
+    pEscritor.reset();
+
+    ASSERT_TRUE(m_Arquivos.CriaDiretorio(PastaDados("D.dat")).Ok());
+    EXPECT_NE(Tenta<CXVFileTeste>("D.dat"), S_OK);
+    EXPECT_EQ(Listados(), T{"B.dat"});
+}
+
 TEST_F(Controle, CopiaTraDoControleImpedeARemocaoENaoSeApaga) {
     CriaBom("A.dat");
     Cria(k_pszControle, Prefixado("A.dat"));
@@ -134,6 +149,7 @@ TEST_F(Controle, MarcaDoDiretorioEEsperadaERecusadaComTexto) {
     ASSERT_TRUE(m_Arquivos.MarcaDiretorio(PastaDados(), "DFXXMARCA1", pMarca).Ok());
     CXVCapturaTrace captura;
     EXPECT_EQ(Tenta<CXVFileTeste>("A.dat"), eSharingViolation);
+    EXPECT_EQ(m_Relogio.GetMilissegundosDormidos(), 499U * 10);
     EXPECT_TRUE(
         captura.Contem("marca.Marca(sDiretorioMarca, IXVArqMarcaEnum::ControleCriacaoArquivosInMemory, "
                        "GetUsuario(), CAmbienteXV::GetSiglaModulo(m_eModulo))"));
@@ -152,22 +168,37 @@ TEST_F(Controle, ControleDanificadoRecusaAAberturaEFicaComoEstava) {
     EXPECT_EQ(Le(k_pszControle), Prefixado("A.dat") + "x");
 }
 
-TEST_F(Controle, DoisFiosAoMesmoTempoListamCadaNomeUmaVez) {
-    constexpr int k_iFios = 4;
-    for (int i = 0; i < k_iFios; ++i) CriaBom("F" + std::to_string(i) + ".dat");
-    CriaBom("comum.dat");
-    // A sleep on this clock takes no time: without giving way here, all attempts at the mark are over before
-    // the one who holds it runs again on a busy machine.
-    m_Relogio.SetAoDormir([](XVUInt64) {
-        for (int i = 0; i < 1000; ++i) std::this_thread::yield();
-    });
-    XVEmThreads(k_iFios, [&](unsigned i) {
-        EXPECT_EQ(Tenta<CXVFileTeste>("F" + std::to_string(i) + ".dat"), S_OK);
-        EXPECT_EQ(Tenta<CXVFileTeste>("comum.dat"), S_OK);
-    });
-    T listados = Listados();
-    std::sort(listados.begin(), listados.end());
-    EXPECT_EQ(listados, (T{"F0.dat", "F1.dat", "F2.dat", "F3.dat", "comum.dat"}));
+// While one opener lists a name, or takes one off the list, nobody else has the mark; and what another has
+// listed between the first look and the mark is not listed again.
+TEST_F(Controle, ListaMudaSoSobAMarcaENenhumNomeEntraDuasVezes) {
+    for (const bool bDesabilitado : {false, true}) {
+        CriaBom("A.dat");
+        const std::string sLista =
+            bDesabilitado ? Prefixado("A.dat") + Prefixado("B.dat") : Prefixado("B.dat");
+        Cria(k_pszControle, sLista);
+        int iLivres = 0;  // openings and other uses of the list without the mark
+        int iMarcadas = 0;
+        bool bMarcada = false;
+        m_Falhas.SetFiltro([&](const std::string& s) {
+            if (s.find("FILE_CTRL") == std::string::npos) return false;
+            std::unique_ptr<IXVMarcaDiretorio> pMarca;
+            const bool bLivre = m_Arquivos.MarcaDiretorio(PastaDados(), "DFXXMARCA1", pMarca).Ok();
+            ++(bLivre ? iLivres : iMarcadas);
+            if (!bLivre && !bMarcada && !bDesabilitado) Cria(k_pszControle, sLista + Prefixado("a.DAT"));
+            bMarcada = bMarcada || !bLivre;
+            return false;
+        });
+        CXVDataBase xvDB(XV_DF);
+        if (bDesabilitado) xvDB.DesabilitaControleCriacaoArquivos();
+        CXVFileTeste xvFile("A.dat", &xvDB);
+        EXPECT_EQ(xvDB.Inicializa(&m_Dono), S_OK);
+        EXPECT_EQ(xvDB.Finaliza(), S_OK);
+        m_Falhas.SetFiltro({});
+        EXPECT_GT(iLivres, 0) << "the first look needs no mark";
+        EXPECT_GT(iMarcadas, 0);
+        EXPECT_EQ(Listados(), bDesabilitado ? T{"B.dat"} : (T{"B.dat", "a.DAT"}));
+        EXPECT_FALSE(Existe("XVDATABASE_FILE_CTRL.tra"));
+    }
 }
 
 }  // namespace

@@ -50,9 +50,11 @@ class Utilitarios : public CXVCenarioBanco {
 };
 
 TEST_F(Container, ArquivosEntramESaemNaOrdemDosBytesDosNomes) {
-    CXVFileNarrador b("b", m_xvDB, m_sDiario);
     CXVFileNarrador a("a", m_xvDB, m_sDiario);
     { CXVFileNarrador efemero("0", m_xvDB, m_sDiario); }
+    auto pPrimeiro = std::make_unique<CXVFileNarrador>("b", m_xvDB, m_sDiario);
+    CXVFileNarrador segundo("b", m_xvDB, m_sDiario);
+    pPrimeiro.reset();  // of two objects of a name the later one counts
     m_xvDB.DesabilitaControleCriacaoArquivos();
     CXVFileNarrador Z("Z", m_xvDB, m_sDiario);
     EXPECT_EQ(m_xvDB.Inicializa(&m_Dono), S_OK);
@@ -127,11 +129,12 @@ TEST_F(Utilitarios, AuditoriaQueFalhaNaoDesfazADelecao) {
 }
 
 TEST_F(Utilitarios, ApagarUmGrupoPegaSoOsMembros) {
-    for (const char* pszNome : {"G01.dat", "G02.dat", "G003.dat", "G0a.dat"}) CriaBom(pszNome);
+    for (const char* pszNome : {"G02.dat", "g01.dat", "G003.dat", "G0a.dat"}) CriaBom(pszNome);
     EXPECT_EQ(CXVDataBaseUtil::DeletaArquivo(&m_Dono, XV_DF, "G??.dat", CXVDataBaseUtil::eRemoveDoControle),
               S_OK);
     EXPECT_FALSE(Existe("G01.dat") || Existe("G02.dat"));
     EXPECT_TRUE(Existe("G003.dat") && Existe("G0a.dat"));
+    EXPECT_LT(Auditoria().find("g01.dat"), Auditoria().find("G02.dat")) << "in the order of the keys";
 }
 
 TEST_F(Utilitarios, ApagarERenomearDesistemNaQuinquagesimaTentativaComMensagem) {
@@ -174,7 +177,9 @@ TEST_F(Utilitarios, RenomearTrocaOArquivoECarimbaAVersao) {
     EXPECT_FALSE(Existe("A.tra"));
     EXPECT_EQ(Campo<XVUShort>(Le("A.dat"), 104), 3);
     EXPECT_EQ(LeRegistros("A.dat"), std::vector{k_reg});
-    EXPECT_EQ(LeTextos(k_pszControle), std::vector<std::string>{"A.dat"});
+    Cria("B.tra", ArquivoComCabecalho("B.dat", ""));
+    EXPECT_EQ(CXVDataBaseUtil::RenomeiaArquivoTRA(&m_Dono, XV_DF, "B.dat", 3), S_OK);
+    EXPECT_EQ(LeTextos(k_pszControle), (std::vector<std::string>{"A.dat", "B.dat"})) << "at once";
 }
 
 TEST_F(Utilitarios, RenomearSemCopiaApagaOArquivoVivo) {
@@ -209,12 +214,14 @@ TEST_F(Utilitarios, RegistroUnicoPorNome) {
     EXPECT_EQ(le(reg), S_OK);
     EXPECT_EQ(reg.usVersao, 0);
     EXPECT_EQ(CXVSistemaArquivosMemoria::Diferenca(antes, m_Arquivos.Retrata()), "");
+    Cria("V.srk", std::string(999, 'x'));  // left by a death
     for (const XVUShort usVersao : {XVUShort{1}, XVUShort{2}, XVUShort{2}}) {
         reg.usVersao = usVersao;
         ASSERT_EQ(CXVDataBaseUtil::GravaSingleReg(&m_Dono, XV_DF, reg, "V.dat"), S_OK);
         reg = {};
         ASSERT_EQ(le(reg), S_OK);
         EXPECT_EQ(reg.usVersao, usVersao);
+        EXPECT_EQ(LeTextos(k_pszControle), std::vector<std::string>{"V.dat"});
     }
     const std::string sBom = Le("V.dat");
     EXPECT_EQ(Campo<XVUInt64>(sBom, 80), 1U) << "one update: the third write changed nothing";

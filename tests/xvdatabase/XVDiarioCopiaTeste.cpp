@@ -83,18 +83,33 @@ TEST_F(DiarioCopia, CopiaDemoradaContinuaProtegida) {
     }
 }
 
-// A copy that was there before is somebody's; beginning one of our own must not make it ours.
-TEST_F(DiarioCopia, CopiaAlheiaDoControleNaoSai) {
-    Cria("XVDATABASE_FILE_CTRL.dat", Prefixado("A.dat") + Prefixado("B.dat"));
-    Cria("XVDATABASE_FILE_CTRL.tra", "alheia");
+// A death while a header is added, or the list is made shorter, leaves no copy in the way of the next
+// opening.
+TEST_F(DiarioCopia, CopiaInterrompidaNaoFicaNoCaminho) {
+    Cria("A.dat", Bytes({{1, 2, 3}}));
     Cria("B.dat", "b");
+    Cria(k_pszControle, Prefixado("A.dat") + Prefixado("B.dat"));
+    std::vector<CXVSistemaArquivosMemoria::TRetrato> mortes;
+    m_fnAoAlterar = [&](const std::string& s, CXVSistemaArquivosQueda::EAlteracao) {
+        if (s.ends_with("A.cab") || s.ends_with("CTRL.tra")) mortes.push_back(Morre());
+    };
+    {
+        SBancoDuplo banco;
+        ASSERT_EQ(banco.Abre(m_Dono, PastaDados()), S_OK);
+        const std::size_t uiCabecalho = mortes.size();
+        EXPECT_GT(uiCabecalho, 0U);
+        ASSERT_EQ(CXVDataBaseUtil::DeletaArquivo(&m_Dono, XV_DF, "B.dat", CXVDataBaseUtil::eRemoveDoControle),
+                  S_OK);
+        EXPECT_GT(mortes.size(), uiCabecalho);
+        m_fnAoAlterar = nullptr;
+        ASSERT_EQ(banco.Fecha(m_Dono), S_OK);
+    }
     const CXVCapturaTrace captura;
-    CXVDiario diario;
-    ASSERT_EQ(AbreDiario(diario), S_OK);
-    EXPECT_EQ(CXVDataBaseUtil::DeletaArquivo(&m_Dono, XV_DF, "B.dat", CXVDataBaseUtil::eRemoveDoControle),
-              E_XVCR_ARQUIVO_TRA_ENCONTRADO);
-    EXPECT_EQ(diario.Fecha(&m_Dono), S_OK);
-    EXPECT_EQ(Le("XVDATABASE_FILE_CTRL.tra"), "alheia");
+    for (const auto& rMorte : mortes) {
+        ASSERT_EQ(Reabre(rMorte), S_OK);
+        EXPECT_FALSE(Existe("A.cab") || Existe("XVDATABASE_FILE_CTRL.tra"));
+        EXPECT_EQ(LeRegistros("A.dat"), (std::vector<REG_TESTE>{{1, 2, 3}}));
+    }
 }
 
 }  // namespace

@@ -48,6 +48,66 @@ TEST_F(DiarioDesfaz, FalhasDoDiarioNaoDeixamOperacaoQueVolta) {
     }
 }
 
+// What could not be undone either is undone by the next operation, by closing, or by the next opening; until
+// then nothing else is written.
+TEST_F(DiarioDesfaz, OQueNaoSeDesfazEspera) {
+    enum class EVolta { eAntesDaSeguinte, eAoFechar, eDepoisDeFechado, eNunca };
+    const auto inicial = m_Arquivos.Retrata();
+    for (const EVolta eVolta :
+         {EVolta::eAntesDaSeguinte, EVolta::eAoFechar, EVolta::eDepoisDeFechado, EVolta::eNunca}) {
+        SCOPED_TRACE(static_cast<int>(eVolta));
+        m_Arquivos.Restaura(inicial);
+        const CXVCapturaTrace captura;
+        SBancoDuplo banco;
+        ASSERT_EQ(banco.Abre(m_Dono, PastaDados()), S_OK);
+        ASSERT_EQ(banco.Grava(0, {1, 2, 3}, "um"), S_OK);
+        m_FalhasQueda.SetFiltro([](const std::string& s) { return s.ends_with("T.dat"); });
+        m_FalhasQueda.Programa({.bPermanente = true});
+        EXPECT_EQ(banco.Grava(0, {4, 5, 6}, "dois"), eHardIO);
+        const std::string sA = Le("A.dat");
+        EXPECT_EQ(banco.Grava(1, {7, 8, 9}, "tres"), eHardIO);
+        EXPECT_EQ(Le("A.dat"), sA);
+        std::vector<REG_TESTE> esperados{{1, 2, 3}};
+        XVUInt uiPosicao = 0;
+        if (eVolta == EVolta::eAntesDaSeguinte) {
+            m_FalhasQueda.Limpa();
+            ASSERT_EQ(banco.a.Grava(uiPosicao, {7, 8, 9}), S_OK);
+            EXPECT_EQ(uiPosicao, 2U);
+            esperados.push_back({7, 8, 9});
+        } else if (eVolta == EVolta::eDepoisDeFechado) {
+            XVIgnora(banco.xvDB.Finaliza());
+            m_FalhasQueda.Limpa();
+            XVIgnora(banco.xvDB.Inicializa(&m_Dono));
+            EXPECT_EQ(banco.a.Grava(uiPosicao, {7, 8, 9}), eInvalidFile) << "given up until the next opening";
+        }
+        if (eVolta != EVolta::eNunca) m_FalhasQueda.Limpa();
+        const bool bFecha = eVolta == EVolta::eAntesDaSeguinte || eVolta == EVolta::eAoFechar;
+        EXPECT_EQ(SUCCEEDED(banco.Fecha(m_Dono)), bFecha);
+        EXPECT_EQ(Existe(k_pszNomeDiario), !bFecha);
+        m_FalhasQueda.Limpa();
+        ASSERT_EQ(Reabre(Morre()), S_OK);
+        EXPECT_EQ(LeRegistros("A.dat"), esperados);
+        EXPECT_EQ(LeTextos("T.dat"), std::vector<std::string>{"um"});
+    }
+}
+
+// With a device that is flushed, what was undone has reached it before the entry is void.
+TEST_F(DiarioDesfaz, DesfeitoChegaAoDispositivoAntesDeNulo) {
+    SetDurabilidade(1);
+    SBancoDuplo banco;
+    ASSERT_EQ(banco.Abre(m_Dono, PastaDados()), S_OK);
+    ASSERT_EQ(banco.Grava(0, {1, 2, 3}, "um"), S_OK);
+    const CXVCapturaTrace captura;
+    m_FalhasQueda.SetFiltro([](const std::string& s) { return s.ends_with("A.dat"); });
+    m_FalhasQueda.Programa({.eOperacao = EOperacaoArquivo::eGrava});
+    m_listaPassos.clear();
+    EXPECT_EQ(banco.Grava(1, {4, 5, 6}, "dois"), eHardIO);
+    EXPECT_LT(Ultimo("+T.dat"), Ultimo("=T.dat"));
+    EXPECT_LT(Ultimo("=T.dat"), Ultimo("+" + std::string(k_pszNomeDiario)));
+    m_FalhasQueda.Limpa();
+    ASSERT_EQ(banco.Fecha(m_Dono), S_OK);
+}
+
 // Half of a write has reached the file: all files are byte for byte what they were, on disk and for readers.
 TEST_F(DiarioDesfaz, OperacaoQueFalhaDeixaTudoComoEstava) {
     for (const bool bTemTextos : {false, true}) {

@@ -10,7 +10,10 @@ std::string Bloco(const std::string& sArquivo) {
     return sArquivo.substr(24, 216);
 }
 
-class Diario : public CXVCenarioDiario {};
+class Diario : public CXVCenarioDiario {
+  protected:
+    std::string NomeDiretorio() const { return PastaDados().substr(PastaDados().find_last_of('/') + 1); }
+};
 
 TEST_F(Diario, BytesSaoOsDaDescricao) {
     const std::string sA0 = ArquivoComCabecalho("A.dat", Bytes({{1, 2, 3}, {4, 5, 6}}));
@@ -100,11 +103,13 @@ TEST_F(Diario, DurabilidadeDizQuantasDescargasUmaOperacaoCusta) {
         m_registry.Remove(CAmbienteXV::GetChaveRegistry(XV_DF), "Durabilidade");
         if (rCaso.ulValor) SetDurabilidade(*rCaso.ulValor);
         SCOPED_TRACE(rCaso.ulValor.value_or(99));
+        m_listaPassos.clear();
         const CXVCapturaTrace captura;
         SBancoDuplo banco;
         ASSERT_EQ(banco.Abre(m_Dono, PastaDados()), S_OK);
         EXPECT_EQ(!captura.GetFalhas().empty(), rCaso.bAviso);
         ASSERT_EQ(banco.Grava(0, {1, 0, 0}, "a"), S_OK);
+        EXPECT_EQ(Conta("=" + NomeDiretorio()), rCaso.lDescargas) << "the journal's name";
         m_listaPassos.clear();
         constexpr long k_lOperacoes = 5;
         for (long i = 0; i < k_lOperacoes; ++i) ASSERT_EQ(banco.Grava(0, {2, 0, 0}, "b"), S_OK);
@@ -123,9 +128,16 @@ TEST_F(Diario, FechamentoDescarregaOsArquivosEEntaoApagaODiario) {
         SBancoDuplo banco;
         ASSERT_EQ(banco.Abre(m_Dono, PastaDados()), S_OK);
         ASSERT_EQ(banco.Grava(0, {1, 0, 0}, "a"), S_OK);
+        // Files that were flushed, or opened again, since an operation wrote to them.
+        ASSERT_EQ(banco.xvDB.Finaliza(), S_OK);
+        ASSERT_EQ(banco.xvDB.Inicializa(&m_Dono), S_OK);
+        ASSERT_EQ(banco.diario.PontoSeguro(&m_Dono), S_OK);
+        ASSERT_EQ(banco.Grava(0, {2, 0, 0}, "b"), S_OK);
         m_listaPassos.clear();
         ASSERT_EQ(banco.Fecha(m_Dono), S_OK);
         const std::string sDiario = k_pszNomeDiario;
+        EXPECT_LT(Ultimo("=T.dat"), Ultimo("=" + NomeDiretorio())) << "and names";
+        EXPECT_LT(Ultimo("=" + NomeDiretorio()), Ultimo("=" + sDiario));
         for (const std::string sNome : {"A.dat", "T.dat"}) {
             EXPECT_LT(Ultimo("+" + sNome), Ultimo("=" + sNome)) << sNome;
             EXPECT_LT(Ultimo("=" + sNome), Ultimo("=" + sDiario)) << sNome;
@@ -156,7 +168,7 @@ TEST_F(Diario, ConclusaoChegaAoDispositivoAntesQueODiarioAEsqueca) {
     m_listaPassos.clear();
     CXVDiario diario;
     ASSERT_EQ(AbreDiario(diario), S_OK);
-    const std::string sDiretorio = PastaDados().substr(PastaDados().find_last_of('/') + 1);
+    const std::string sDiretorio = NomeDiretorio();
     for (const std::string sNome : {"A.dat", "T.dat"}) {
         ASSERT_NE(Ultimo("+" + sNome), 0U);
         EXPECT_LT(Primeiro("+" + std::string(k_pszNomeDiario)), Primeiro("+" + sNome))
@@ -198,12 +210,38 @@ TEST_F(Diario, SegundoEscritorERecusadoComONomeDoDiario) {
     EXPECT_EQ(m_Relogio.GetMilissegundosDormidos(), 499U * 10);
     EXPECT_EQ(recusados.GetPath(static_cast<HRESULT>(0x80043EEE)), PastaDados(k_pszNomeDiario));
     EXPECT_EQ(CXVSistemaArquivosMemoria::Diferenca(antes, m_Arquivos.Retrata()), "");
-    EXPECT_EQ(CXVDiario::Busca(PastaDados()), &banco.diario);
+    std::string sOutraCaixa = PastaDados();
+    sOutraCaixa.replace(sOutraCaixa.find("MATRIZ"), 6, "Matriz");
+    for (const std::string& s : {PastaDados(), sOutraCaixa}) EXPECT_EQ(CXVDiario::Busca(s), &banco.diario);
     ASSERT_EQ(banco.Grava(0, {2, 0, 0}, "b"), S_OK);
     ASSERT_EQ(banco.Fecha(m_Dono), S_OK);
     EXPECT_EQ(CXVDiario::Busca(PastaDados()), nullptr);
     EXPECT_EQ(AbreDiario(segundo), S_OK);
     EXPECT_EQ(segundo.Fecha(&m_Dono), S_OK);
+}
+
+// As many writes as an operation holds, those of one file behind each other; and a disk without a free byte.
+TEST_F(Diario, OperacaoCheiaEDiscoCheio) {
+    SBancoDuplo banco;
+    m_FalhasQueda.SetFiltro([](const std::string& s) { return s.ends_with(k_pszNomeDiario); });
+    m_FalhasQueda.Programa({.bPermanente = true, .eCausa = ECausaArquivo::eDiscoCheio});
+    ASSERT_EQ(banco.Abre(m_Dono, PastaDados()), S_OK);
+    const CXVCapturaTrace captura;
+    EXPECT_EQ(banco.Grava(0, {1, 2, 3}, "cheio"), eDiskFull);
+    m_FalhasQueda.Limpa();
+    ASSERT_EQ(banco.Grava(0, {9, 8, 7}, "0"), S_OK);
+    CXVOperacao operacao(&banco.xvDB);
+    ASSERT_EQ(operacao.Inicia(), S_OK);
+    for (XVUInt i = 1; i <= 4; ++i)
+        ASSERT_EQ(banco.Prepara(operacao, 0, {i, i + 10, i + 20}, std::to_string(i)), S_OK);
+    EXPECT_EQ(banco.Prepara(operacao, 0, {5, 0, 0}, "cinco"), E_OUTOFMEMORY);
+    ASSERT_EQ(operacao.Executa(), S_OK);
+    EXPECT_EQ(banco.xvDB.GetPublicacoesTerminadas(), banco.xvDB.GetPublicacoesIniciadas());
+    EXPECT_EQ(banco.t.GetQtdRegistros(), 5U);
+    ASSERT_EQ(banco.Fecha(m_Dono), S_OK);
+    EXPECT_EQ(LeRegistros("A.dat"),
+              (std::vector<REG_TESTE>{{9, 8, 7}, {1, 11, 21}, {2, 12, 22}, {3, 13, 23}, {4, 14, 24}}));
+    EXPECT_EQ(LeTextos("T.dat"), (std::vector<std::string>{"0", "1", "2", "3", "4"}));
 }
 
 // Bytes of a client that look like an entry are data, whatever they say.

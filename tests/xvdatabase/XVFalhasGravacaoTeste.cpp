@@ -1,6 +1,5 @@
 // The writing operations swept with failing file operations, and what the same object does afterwards.
 #include "core/xvdatabase/XVDataBaseUtil.h"
-#include "core/xvdatabase/XVGroupTextFileDynamic.h"
 #include "core/xvdatabase/XVRegistroVersao.h"
 #include "tests/xvdatabase/XVCabecalhoTeste.h"
 #include "tests/xvdatabase/XVVarreduraFalhas.h"
@@ -16,17 +15,6 @@ TEST_F(FalhasGravacao, PrimeiroRegistro) {
                return UsaRegistros([](CXVFileTeste& rFile) {
                    XVUInt uiPosicao = 0;
                    return rFile.GravaColecao(uiPosicao, {{{rFile.GetQtdRegistros() + 1, 0, 0}}});
-               });
-           },
-           [&] { return Estado("A.dat"); }});
-}
-
-TEST_F(FalhasGravacao, RegistroAnexado) {
-    Cria("A.dat", ArquivoComCabecalho("A.dat", Bytes({{1, 0, 0}})));
-    Varre({[&] {
-               return UsaRegistros([](CXVFileTeste& rFile) {
-                   XVUInt uiPosicao = 0;
-                   return rFile.Grava(uiPosicao, {rFile.GetQtdRegistros() + 1, 0, 0});
                });
            },
            [&] { return Estado("A.dat"); }});
@@ -103,19 +91,6 @@ TEST_F(FalhasGravacao, RegistroUnicoPorNome) {
     EXPECT_FALSE(Existe("V.srk"));
 }
 
-TEST_F(FalhasGravacao, MembroNovoDeGrupo) {
-    Varre({[&] {
-               CXVDataBase xvDB(XV_DF);
-               CXVGroupTextFileDynamic xvGrupo("G??.dat", &xvDB, 2);
-               HRESULT hr = xvDB.Inicializa(&m_Dono);
-               XVUInt uiPosicao = 0;
-               if (SUCCEEDED(hr)) hr = xvGrupo.Grava(5, uiPosicao, "texto");
-               const HRESULT hrFinaliza = xvDB.Finaliza();
-               return FAILED(hr) ? hr : hrFinaliza;
-           },
-           [&] { return Estado("G05.dat"); }});
-}
-
 TEST_F(FalhasGravacao, ListagemNoControle) {
     Cria(k_pszControle, Prefixado("outro.dat"));
     Cria("A.dat", ArquivoComCabecalho("A.dat", ""));
@@ -133,14 +108,13 @@ TEST_F(FalhasGravacao, ListagemNoControle) {
 }
 
 TEST_F(FalhasGravacao, DelecaoDeArquivoListado) {
-    Cria(k_pszControle, Prefixado("outro.dat") + Prefixado("A.dat"));
-    Cria("A.dat", ArquivoComCabecalho("A.dat", Bytes({{1, 0, 0}})));
-    Varre({[&] {
-               return CXVDataBaseUtil::DeletaArquivo(&m_Dono, XV_DF, "A.dat",
-                                                     CXVDataBaseUtil::eRemoveDoControle);
-           },
-           [&] { return Estado("A.dat"); }});
-    EXPECT_EQ(LeTextos(k_pszControle), std::vector<std::string>{"outro.dat"});
+    for (const auto eControle : {CXVDataBaseUtil::eRemoveDoControle, CXVDataBaseUtil::eMantemNoControle}) {
+        Cria(k_pszControle, Prefixado("outro.dat") + Prefixado("A.dat"));
+        Cria("A.dat", ArquivoComCabecalho("A.dat", Bytes({{1, 0, 0}})));
+        Varre({[&] { return CXVDataBaseUtil::DeletaArquivo(&m_Dono, XV_DF, "A.dat", eControle); },
+               [&] { return Estado("A.dat"); }});
+        EXPECT_EQ(LeTextos(k_pszControle).size(), eControle == CXVDataBaseUtil::eRemoveDoControle ? 1U : 2U);
+    }
 }
 
 TEST_F(FalhasGravacao, TrocaPelaCopiaConvertida) {
@@ -158,38 +132,124 @@ TEST_F(FalhasGravacao, TrocaPelaCopiaConvertida) {
     EXPECT_EQ(m_sDepois, Bytes({{2, 0, 0}, {3, 0, 0}}));
 }
 
-// The same object, not a new one, goes on after a fault that the device got over.
-TEST_F(FalhasGravacao, OMesmoObjetoContinuaDepoisDaFalha) {
+// The same object, not a new one, goes on after a write of its data (1) or of its header (2) failed: for
+// readers, on disk and for its caller it is what it was, and the next write does what the failed one should.
+class ContinuaDepoisDaFalha : public CXVCenarioBanco {
+  protected:
+    template <class TArquivo>
+    void Confere(const std::string& sDados, const std::function<HRESULT(TArquivo&, XVUInt&)>& fnGrava,
+                 const std::function<std::string(TArquivo&)>& fnMemoria) {
+        m_Falhas.SetFiltro([](const std::string& s) { return s.ends_with("A.dat"); });
+        std::string sDepois;
+        std::string sMemoriaDepois;
+        for (const XVUInt64 uiNumero : {0U, 1U, 2U})
+            for (const bool bMetade : {false, true}) {
+                SCOPED_TRACE(testing::Message() << "write " << uiNumero << " half " << bMetade);
+                const CXVCapturaTrace captura;
+                const std::string sAntes = ArquivoComCabecalho("A.dat", sDados);
+                Cria("A.dat", sAntes);
+                TXVBanco<TArquivo> banco("A.dat");
+                ASSERT_EQ(Abre(banco), S_OK);
+                const std::string sMemoria = fnMemoria(banco.xvFile);
+                XVUInt uiPosicao = 2;
+                if (uiNumero != 0) {
+                    m_Falhas.Programa({.eOperacao = EOperacaoArquivo::eGrava,
+                                       .uiNumero = uiNumero,
+                                       .bGravaMetade = bMetade});
+                    EXPECT_EQ(fnGrava(banco.xvFile, uiPosicao), eHardIO);
+                    EXPECT_EQ(m_Falhas.GetFalhasOcorridas(), 1U);
+                    m_Falhas.Limpa();
+                    EXPECT_EQ(uiPosicao, 2U);
+                    EXPECT_EQ(Le("A.dat"), sAntes);
+                    EXPECT_EQ(fnMemoria(banco.xvFile), sMemoria);
+                }
+                EXPECT_EQ(fnGrava(banco.xvFile, uiPosicao), S_OK);
+                if (uiNumero == 0) {
+                    sDepois = Le("A.dat");
+                    sMemoriaDepois = fnMemoria(banco.xvFile);
+                    EXPECT_NE(sMemoriaDepois, sMemoria);
+                }
+                EXPECT_EQ(Le("A.dat"), sDepois);
+                EXPECT_EQ(fnMemoria(banco.xvFile), sMemoriaDepois);
+                ASSERT_EQ(banco.xvDB.Finaliza(), S_OK);
+            }
+    }
+};
+
+TEST_F(ContinuaDepoisDaFalha, RegistrosEIndice) {
+    const SChavesTeste chaves;
+    Confere<CXVFileTeste>(
+        Bytes({{1, 2, 3}, {4, 5, 6}}),
+        [](CXVFileTeste& rFile, XVUInt& uiPosicao) {
+            return rFile.GravaColecao(uiPosicao, std::vector<REG_TESTE>{{7, 8, 9}, {10, 11, 12}});
+        },
+        [&](CXVFileTeste& rFile) {
+            // Declared at the first look; both columns of all keys that are ever written.
+            if (rFile.IncluiIndex(&chaves, 0) == S_OK) {
+                EXPECT_EQ(rFile.IncluiIndex(&chaves, 1), S_OK);
+            }
+            std::vector<REG_TESTE> lista;
+            EXPECT_EQ(rFile.LeColecao(1, rFile.GetQtdRegistros(), lista), S_OK);
+            std::string sTudo = Bytes(lista) + std::to_string(rFile.GetTamanho());
+            for (XVUInt64 uiChave = 1; uiChave <= 12; ++uiChave)
+                for (const XVUInt uiColuna : {0U, 1U}) {
+                    XVUInt uiOnde = 0;
+                    EXPECT_EQ(rFile.ExisteIndex(uiChave, uiOnde, uiColuna), S_OK);
+                    sTudo += '/' + std::to_string(uiOnde);
+                }
+            return sTudo;
+        });
+}
+
+TEST_F(ContinuaDepoisDaFalha, Textos) {
+    Confere<CXVTextFile>(
+        Prefixado("um") + Prefixado("dois"),
+        [](CXVTextFile& rFile, XVUInt& uiPosicao) {
+            return rFile.GravaColecao(uiPosicao, std::vector<std::string>{"tres", "quatro"});
+        },
+        [](CXVTextFile& rFile) {
+            std::string sTodos = std::to_string(rFile.GetTamanho());
+            for (XVUInt i = 1; i <= rFile.GetQtdRegistros(); ++i) {
+                std::string sTexto;
+                EXPECT_EQ(rFile.Le(i, sTexto), S_OK);
+                sTodos += '/' + sTexto;
+            }
+            return sTodos;
+        });
+}
+
+TEST_F(ContinuaDepoisDaFalha, RegistroUnico) {
+    Confere<CXVFileUnico>(
+        Bytes({{1, 2, 3}}),
+        [](CXVFileUnico& rFile, XVUInt&) {
+            return rFile.Grava({7, 8, 9});
+        },
+        [](CXVFileUnico& rFile) {
+            REG_TESTE reg{};
+            EXPECT_EQ(rFile.Le(reg), S_OK);
+            return Bytes({reg}) + std::to_string(rFile.GetTamanho());
+        });
+}
+
+// The device refuses even the undoing: the object shows nothing more of a file that nobody knows, and a new
+// opening finds what the device kept, or refuses it.
+TEST_F(ContinuaDepoisDaFalha, OQueNaoSeDesfazNaoSeUsaMais) {
     const CXVCapturaTrace captura;
     m_Falhas.SetFiltro([](const std::string& s) { return s.ends_with("A.dat"); });
-    for (const bool bMetade : {false, true})
-        for (XVUInt64 uiNumero = 1; uiNumero <= 5; ++uiNumero) {
-            SCOPED_TRACE(uiNumero);
-            Cria("A.dat", ArquivoComCabecalho("A.dat", Bytes({{1, 0, 0}, {2, 0, 0}})));
-            TXVBanco<CXVFileTeste> banco("A.dat");
-            const SChavesTeste chaves;
-            ASSERT_EQ(banco->IncluiIndex(&chaves, 0), S_OK);
-            ASSERT_EQ(Abre(banco), S_OK);
-            m_Falhas.Programa(
-                {.eOperacao = EOperacaoArquivo::eGrava,
-                 .uiNumero = uiNumero,
-                 .bPermanente = uiNumero > 2,
-                 .eCausa = uiNumero == 1 ? ECausaArquivo::eErroFisico : ECausaArquivo::eDiscoCheio,
-                 .bGravaMetade = bMetade});
-            XVUInt uiPosicao = 1;
-            const HRESULT hr = banco->Grava(uiPosicao, {9, 9, 9});
-            m_Falhas.Limpa();
-            REG_TESTE reg{};
-            ASSERT_EQ(banco->Le(1, &reg), S_OK);
-            EXPECT_EQ(reg.uiChave, FAILED(hr) ? 1U : 9U);
-            uiPosicao = 0;
-            ASSERT_EQ(banco->Grava(uiPosicao, {5, 0, 0}), S_OK);
-            EXPECT_EQ(uiPosicao, 3U);
-            ASSERT_EQ(banco->ExisteIndex(FAILED(hr) ? XVUInt64{1} : XVUInt64{9}, uiPosicao, 0), S_OK);
-            EXPECT_EQ(uiPosicao, 1U);
-            ASSERT_EQ(banco.xvDB.Finaliza(), S_OK);
-            EXPECT_EQ(LeRegistros("A.dat").size(), 3U);
-        }
+    Cria("A.dat", ArquivoComCabecalho("A.dat", Bytes({{1, 2, 3}})));
+    TXVBanco<CXVFileTeste> banco("A.dat");
+    ASSERT_EQ(Abre(banco), S_OK);
+    m_Falhas.Programa({.bPermanente = true, .bGravaMetade = true});
+    XVUInt uiPosicao = 0;
+    EXPECT_EQ(banco->Grava(uiPosicao, {4, 5, 6}), eHardIO);
+    m_Falhas.Limpa();
+    REG_TESTE reg{};
+    EXPECT_EQ(banco->Le(1, &reg), E_XVCR_ARQUIVO_NAO_EXISTE);
+    const std::string sDisco = Le("A.dat");
+    EXPECT_EQ(banco->Grava(uiPosicao, {4, 5, 6}), E_XVCR_TAMANHO_ARQUIVO_NAO_CONFERE);
+    ASSERT_EQ(banco.xvDB.Finaliza(), S_OK);
+    EXPECT_EQ(Tenta<CXVFileTeste>("A.dat"), E_XVCR_TAMANHO_ARQUIVO_NAO_CONFERE);
+    EXPECT_EQ(Le("A.dat"), sDisco);
 }
 
 TEST_F(FalhasGravacao, NumeroDeTentativasDeUmaGravacao) {

@@ -110,21 +110,6 @@ TEST_F(RegistrosFixos, GravarCustaUmaGravacaoDeDadosEUmaDeCabecalho) {
     ASSERT_EQ(banco.xvDB.Finaliza(), S_OK);
 }
 
-TEST_F(RegistrosFixos, CarregarCustaUmaLeituraDaAreaDeDados) {
-    Cria(k_pszControle, Prefixado("A.dat"));
-    Cria("A.dat", ArquivoComCabecalho("A.dat", Bytes(Lista(5000))));
-    m_Falhas.SetFiltro([](const std::string& s) { return s.ends_with("A.dat"); });
-    m_Falhas.Limpa();
-    TXVBanco<CXVFileTeste> banco("A.dat");
-    ASSERT_EQ(Abre(banco), S_OK);
-    EXPECT_EQ(banco->GetQtdRegistros(), 5000U);
-    EXPECT_EQ(Conta(EOperacaoArquivo::eAbre), 1U);
-    EXPECT_EQ(Conta(EOperacaoArquivo::eLe), 4U)
-        << "block A to recognise it, blocks A and B to validate, the payload";
-    EXPECT_EQ(Conta(EOperacaoArquivo::eGrava), 0U);
-    ASSERT_EQ(banco.xvDB.Finaliza(), S_OK);
-}
-
 TEST_F(RegistrosFixos, CrescimentoAtravessaOsBlocosDaMemoria) {
     Cria("A.dat", ArquivoComCabecalho("A.dat", Bytes(Lista(3))));
     TXVBanco<CXVFileTeste> banco("A.dat");
@@ -176,19 +161,6 @@ TEST_F(RegistrosFixos, SubstituicaoSemTipo) {
     EXPECT_EQ(banco->SetConteudo(Lista(1, 5)), S_OK);
     ASSERT_EQ(banco.xvDB.Finaliza(), S_OK);
     EXPECT_EQ(LeRegistros("A.dat"), (std::vector<REG_TESTE>{{1, 1, 5}, {20, 0, 0}, {3, 0, 0}}));
-}
-
-TEST_F(RegistrosFixos, ApagarDeixaOObjetoProntoEVazio) {
-    Cria("A.dat", ArquivoComCabecalho("A.dat", Bytes(Lista(2))));
-    TXVBanco<CXVFileTeste> banco("A.dat");
-    ASSERT_EQ(Abre(banco), S_OK);
-    EXPECT_EQ(banco->DeletaArquivo(), S_OK);
-    EXPECT_FALSE(Existe("A.dat"));
-    EXPECT_EQ(banco->GetQtdRegistros(), 0U);
-    XVUInt uiPosicao = 0;
-    EXPECT_EQ(banco->Grava(uiPosicao, {8, 0, 0}), S_OK);
-    ASSERT_EQ(banco.xvDB.Finaliza(), S_OK);
-    EXPECT_EQ(LeRegistros("A.dat"), (std::vector<REG_TESTE>{{8, 0, 0}}));
 }
 
 }  // namespace

@@ -270,6 +270,7 @@ TEST_F(Reconstrucao, EntradasQueFaltamOuNaoSeSeguemSaoRecusadas) {
     EsperaRecusa(DiarioBytes(k_uiSessao, {Entrada1(), sTerceira}), k_pszNomeDiario);
     EsperaRecusa(DiarioBytes(k_uiSessao, {Entrada2()}), k_pszNomeDiario);
     EsperaRecusa(DiarioBytes(k_uiSessao, {Entrada1(), Entrada1()}), k_pszNomeDiario);
+    EsperaRecusa(DiarioBytes(k_uiSessao, {Entrada1(), Entrada1(), sTerceira}), k_pszNomeDiario);
     std::string sPrimeira = Entrada1();
     sPrimeira.back() = static_cast<char>(sPrimeira.back() ^ 1);
     EsperaRecusa(DiarioBytes(k_uiSessao, {sPrimeira, Entrada2()}), k_pszNomeDiario);
@@ -343,35 +344,6 @@ TEST_F(Reconstrucao, OQueNaoEDiarioNaoFazMal) {
     }
 }
 
-// What was concluded counts no more, whatever happens to the files before the next operation.
-TEST_F(Reconstrucao, ConcluidasNaoSeConcluemDeNovo) {
-    Poe("A.dat", k_sA0);
-    Cria(k_pszNomeDiario, DiarioBytes(k_uiSessao, {Entrada1(), Entrada2()}));
-    const CXVCapturaTrace captura;
-    CXVSistemaArquivosMemoria::TRetrato morte;
-    {
-        CXVDiario diario;
-        ASSERT_EQ(diario.Abre(&m_Dono, XV_DF, PastaDados()), S_OK);
-        morte = m_Arquivos.Retrata();
-        ASSERT_EQ(diario.Fecha(&m_Dono), S_OK);
-    }
-    morte.erase(PastaDados("A.dat"));
-    m_Arquivos.Restaura(morte);
-    CXVDiario diario;
-    EXPECT_EQ(diario.Abre(&m_Dono, XV_DF, PastaDados()), S_OK);
-    EXPECT_EQ(diario.Fecha(&m_Dono), S_OK);
-    EXPECT_FALSE(Existe("A.dat"));
-}
-
-TEST_F(Reconstrucao, PalavraDaPrimeiraDispensaAsDeAntes) {
-    Poe("A.dat", k_sA1);
-    std::string sPrimeira = Entrada1();
-    sPrimeira.back() = static_cast<char>(sPrimeira.back() ^ 1);
-    ASSERT_EQ(Abre(DiarioBytes(k_uiSessao, {sPrimeira, Entrada2()}, 2)), S_OK);
-    EXPECT_EQ(Tem("A.dat"), k_sA2);
-    EXPECT_FALSE(Existe("B.dat")) << "entry 1 is not needed any more";
-}
-
 // The last entry with any byte wrong had not begun: it is dropped, the one before it stays.
 TEST_F(Reconstrucao, UltimaEntradaInacabadaEDescartada) {
     const std::string sBoa = Entrada2();
@@ -434,25 +406,19 @@ TEST_F(Reconstrucao, CamposImpossiveisNaoSaoEntrada) {
 }
 
 TEST_F(Reconstrucao, FimENomesQueLevamParaForaNaoSaoEntrada) {
-    const SParteBytes alemDoFim{"C.dat",          ~XVUInt64{0} - 2, ~XVUInt64{0} - 2,
-                                ~XVUInt64{0} - 2, "12345678",       ""};
-    Poe("A.dat", k_sA0);
-    const CXVCapturaTrace capturaFim;
-    ASSERT_EQ(Abre(DiarioBytes(k_uiSessao, {EntradaBytes(k_uiSessao, {1, {alemDoFim}})})), S_OK)
-        << "its end overflows";
-    EXPECT_TRUE(TemMensagem(capturaFim, "descartada"));
-}
-
-TEST_F(Reconstrucao, NomesQueLevamParaForaNaoSaoEntrada) {
-    for (const char* pszNome : {"../A.dat", "/A.dat", "sub/A.dat", "..\\A.dat", "..", ".", "A", "C:A.dat"}) {
-        SCOPED_TRACE(pszNome);
-        SParteBytes fora{pszNome, 0, 0, 4, "mal!", "", true};
+    constexpr XVUInt64 k_uiFim = ~XVUInt64{0} - 2;
+    std::vector<SParteBytes> partes{{"C.dat", k_uiFim, k_uiFim, k_uiFim, "12345678", ""}};
+    partes.push_back({"C.dat", 8, 4, 12, "efgh", "efgh"});  // a gap behind the end
+    for (const char* pszNome : {"../A.dat", "/A.dat", "sub/A.dat", "..\\A.dat", "..", ".", "A", "C:A.dat"})
+        partes.push_back({pszNome, 0, 0, 4, "mal!", "", true});
+    for (const SParteBytes& rParte : partes) {
+        SCOPED_TRACE(rParte.sNome);
         Poe("A.dat", k_sA0);
-        Poe("B.dat", "");
         const auto antes = m_Arquivos.Retrata();
         const CXVCapturaTrace captura;
-        ASSERT_EQ(Abre(DiarioBytes(k_uiSessao, {EntradaBytes(k_uiSessao, {1, {fora}})})), S_OK);
+        ASSERT_EQ(Abre(DiarioBytes(k_uiSessao, {EntradaBytes(k_uiSessao, {1, {rParte}})})), S_OK);
         EXPECT_EQ(CXVSistemaArquivosMemoria::Diferenca(antes, m_Arquivos.Retrata()), "");
+        EXPECT_TRUE(TemMensagem(captura, "descartada"));
     }
 }
 
@@ -499,33 +465,6 @@ TEST_F(Reconstrucao, CopiaQueEstavaSendoFeitaSaiENadaMais) {
         EXPECT_EQ(Tem("A.dat"), k_sA0);
         Poe(rCaso.pszNome, "");
     }
-}
-
-// A viewer lays the entries over what it reads, at any window, and writes nothing.
-TEST_F(Reconstrucao, ConsultaVeOArquivoConcluidoSemEscrever) {
-    Poe("A.dat", k_sA0);
-    const std::string sDiario = DiarioBytes(k_uiSessao, {Entrada1(), Entrada2()});
-    Cria(k_pszNomeDiario, sDiario);
-    const auto antes = m_Arquivos.Retrata();
-    std::unique_ptr<IXVArquivo> pDiario;
-    constexpr SAberturaArquivo k_leitura{EAcessoArquivo::eLeitura, ECompartilhamentoArquivo::eNegaNada,
-                                         ECriacaoArquivo::eSomenteExistente};
-    ASSERT_TRUE(m_Arquivos.Abre(PastaDados(k_pszNomeDiario), k_leitura, pDiario).Ok());
-    CXVReconstrucao reconstrucao;
-    ASSERT_EQ(reconstrucao.Le(&m_Dono, PastaDados(), *pDiario), S_OK);
-    XVUInt64 uiTamanho = 0;
-    ASSERT_TRUE(reconstrucao.BuscaTamanho("A.dat", &uiTamanho));
-    EXPECT_EQ(uiTamanho, k_sA2.size());
-    EXPECT_FALSE(reconstrucao.BuscaTamanho("C.dat", &uiTamanho));
-    std::string sVisto = k_sA0;
-    sVisto.resize(k_sA2.size(), '?');
-    for (std::size_t i = 0; i < sVisto.size(); i += 7) {
-        const std::size_t uiPedaco = std::min<std::size_t>(7, sVisto.size() - i);
-        reconstrucao.Sobrepoe("A.dat", i, sVisto.data() + i, uiPedaco);
-    }
-    EXPECT_EQ(sVisto, k_sA2);
-    pDiario.reset();
-    EXPECT_EQ(CXVSistemaArquivosMemoria::Diferenca(antes, m_Arquivos.Retrata()), "");
 }
 
 }  // namespace

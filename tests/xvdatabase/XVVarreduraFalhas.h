@@ -3,6 +3,7 @@
 // from after.
 #pragma once
 
+#include <algorithm>
 #include <functional>
 #include <sstream>
 #include <string>
@@ -58,6 +59,12 @@ class CXVVarreduraFalhas : public CXVCenarioBanco {
                hr == E_XVCR_CRC_CABECALHO_NAO_CONFERE ||
                hr == E_XVCR_ARQUIVO_TEXTO_QUANTIDADE_CARACTERES_INVALIDA;
     }
+    bool NomeiaOArquivo(const CXVCapturaTrace& rCaptura) const {
+        const auto& listaFalhas = rCaptura.GetFalhas();
+        return std::any_of(listaFalhas.begin(), listaFalhas.end(), [this](const SFalhaCapturada& rFalha) {
+            return rFalha.sMensagem.starts_with("Arquivo recusado: " + PastaDados(""));
+        });
+    }
     void Varre(const SOperacao& rOperacao);
     void VarreComFalha(const SOperacao& rOperacao, SFalhaArquivo falha);
 
@@ -80,14 +87,15 @@ inline void CXVVarreduraFalhas::Varre(const SOperacao& rOperacao) {
             VarreComFalha(rOperacao, {.eCausa = eCausa, .bGravaMetade = bMetade});
     VarreComFalha(rOperacao, {.bPermanente = true, .eCausa = k_eCheio});
     VarreComFalha(rOperacao, {.bPermanente = true, .eCausa = k_eFisico, .bGravaMetade = true});
+    VarreComFalha(rOperacao, {.eOperacao = EOperacaoArquivo::eConsulta});
 }
 
 inline void CXVVarreduraFalhas::VarreComFalha(const SOperacao& rOperacao, SFalhaArquivo falha) {
     bool bHouveFalha = true;
     for (falha.uiNumero = 1; bHouveFalha; ++falha.uiNumero) {
         ASSERT_LT(falha.uiNumero, 300U);
-        SCOPED_TRACE("operation " + std::to_string(falha.uiNumero) + (falha.bPermanente ? " and after" : "") +
-                     (falha.bGravaMetade ? ", half written" : "") +
+        SCOPED_TRACE((falha.eOperacao ? "question " : "operation ") + std::to_string(falha.uiNumero) +
+                     (falha.bPermanente ? " and after" : "") + (falha.bGravaMetade ? ", half written" : "") +
                      (falha.eCausa == ECausaArquivo::eDiscoCheio ? ", disk full" : ", hard I/O"));
         const CXVCapturaTrace captura;
         m_Arquivos.Restaura(m_Inicial);
@@ -99,6 +107,9 @@ inline void CXVVarreduraFalhas::VarreComFalha(const SOperacao& rOperacao, SFalha
         const std::string sEstado = rOperacao.fnEstado();
         if (SUCCEEDED(hr)) {
             ASSERT_EQ(sEstado, m_sDepois) << "success was claimed";
+        } else if (falha.eOperacao == EOperacaoArquivo::eConsulta) {
+            ASSERT_EQ(hr, eAccessDenied) << "what is not told is neither there nor absent";
+            ASSERT_TRUE(NomeiaOArquivo(captura));
         }
         // Only where the device refuses even the undoing may the file be left to be refused.
         if (falha.bPermanente && sEstado.starts_with(k_pszRecusado)) continue;
