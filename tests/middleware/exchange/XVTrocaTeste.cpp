@@ -218,26 +218,4 @@ TEST_F(CXVTrocaTeste, ConsultaDiretaEntregaERecebeTodosOsCampos) {
     EXPECT_EQ(m_pLoja->BuscaDadosSistemaTerceiro(consulta, &status), E_NOTIMPL);
 }
 
-// S_FALSE and its like are no failures, whoever answers them.
-TEST_F(CXVTrocaTeste, ResultadosPositivosSaoSucesso) {
-    m_rGravador.listaItens = {Item()};
-    m_rGravador.iResultadoLista = 1;
-    for (const char* pszOperacao : {"Anterior", "EnviaJson", "BuscaDados", "ExcluiDados"})
-        m_rGravador.mapDados[pszOperacao].iResultado = 0x00040001;
-    m_rGravador.mapDados["EnviaJson"] = Resposta(400, eXVSMiddleware_Sucesso);
-    m_rGravador.mapDados["EnviaJson"].iResultado = 1;
-    m_rGravador.mapDados["ExcluiDados"] = Resposta(500, eXVSMiddleware_Cancelado);
-    m_rGravador.mapDados["ExcluiDados"].iResultado = 1;
-    m_rGravador.mapParametros["Posterior"].iResultado = 1;
-    m_rGravador.mapParametros["Atualiza"].iResultado = 1;
-    REG_XVDMC regDmc;
-    ASSERT_EQ(Troca(eXVSMiddleware_Inclusao, &regDmc), S_OK);
-    EXPECT_EQ(XVLe(*m_pLoja, regDmc).reg.uiChaveIntegracaoSistemaTerceiro, 401U);
-    EXPECT_EQ(XVLe(*m_pLoja, regDmc, 7 | 8 | 16).hr, S_OK);
-    ASSERT_EQ(Troca(eXVSMiddleware_Exclusao, &regDmc), S_OK);
-    EXPECT_EQ(XVLe(*m_pLoja, regDmc).reg.eStatusIntegracao, eXVSMiddleware_Cancelado);
-    EXPECT_EQ(m_pLoja->GravaPendenciaIntegracao({k_uiOrigem}, Pedido(eXVSMiddleware_Inclusao)), S_OK);
-    EXPECT_EQ(XVBusca(*m_pLoja).size(), 2U);
-}
-
 }  // namespace
