@@ -135,6 +135,8 @@ TEST_F(CXVConversaoDiarioTeste, DiarioAlteradoEmQualquerByteOuComprimentoERecusa
                      [&] { Poe(k_pszDiario, sBom.substr(0, uiTamanho)); });
     EsperaRecusa(k_pszDiario, "longer", [&] { Poe(k_pszDiario, sBom + '\0'); });
     EsperaRecusa(k_pszDiario, "foreign", [&] { Poe(k_pszDiario, "nada disso"); });
+    EsperaRecusa("Diário da conversão grande demais", "larger than any",
+                 [&] { Poe(k_pszDiario, std::string((64U << 20) + 1, '\0')); });
 }
 
 // Checksum right, content wrong: what another program or another store's journal would look like.

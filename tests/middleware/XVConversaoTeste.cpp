@@ -30,9 +30,8 @@ TEST_P(CXVConversaoTeste, CadaCampoChegaAoSeuLugarEALojaResponde) {
     for (const auto& [sNome, sBytes] : antes) {
         const auto it = esperados.find(sNome);
         const bool bIntocado = uiVersao == 4 && sNome.starts_with("CRINTEGMID");
-        EXPECT_EQ(Conteudo(sNome), it == esperados.end() || bIntocado
-                                       ? sBytes
-                                       : Conteudo(sNome).substr(0, 240) + it->second)
+        EXPECT_EQ(Conteudo(sNome),
+                  it == esperados.end() || bIntocado ? sBytes : Conteudo(sNome).substr(0, 240) + it->second)
             << sNome;
     }
     EXPECT_EQ(Dados(Conteudo(k_pszVersao)), esperados.at(k_pszVersao));
@@ -145,8 +144,8 @@ TEST_F(CXVConversaoCasosTeste, VersaoPosteriorDanificadaOuSumidaNadaMuda) {
     constexpr auto k_hrPosterior = E_XVCR_VERSAO_BASE_SUPERIOR_VERSAO_SISTEMA;
     constexpr auto k_hrTamanho = E_XVCR_ARQUIVO_SINGLE_REG_NAO_TEM_TAMANHO_ESTRUTURA;
     const std::pair<std::string, HRESULT> aCasos[] = {
-        {ArquivoVersao(6), k_hrPosterior},      {ArquivoVersao(65535), k_hrPosterior},
-        {sVersao.substr(0, 250), k_hrTamanho},  {CXVBytes().U16(4).Zeros(13), k_hrTamanho},
+        {ArquivoVersao(6), k_hrPosterior},           {ArquivoVersao(65535), k_hrPosterior},
+        {sVersao.substr(0, 250), k_hrTamanho},       {CXVBytes().U16(4).Zeros(13), k_hrTamanho},
         {sErrado, E_XVCR_CRC_CABECALHO_NAO_CONFERE}, {"", k_hrTamanho}};
     for (const auto& [sArquivo, hr] : aCasos) {
         const CXVCapturaTrace captura;
@@ -215,6 +214,13 @@ TEST_F(CXVConversaoCasosTeste, DiretorioNovoAbreNaVersaoCincoSemSobras) {
     for (const auto& it : m_Arquivos.Retrata())
         if (!it.first.ends_with('/')) nomes.push_back(it.first.substr(it.first.find_last_of('/') + 1));
     EXPECT_EQ(nomes, (std::vector<std::string>{k_pszVersao, "XVDATABASE_FILE_CTRL.dat"}));
+}
+
+// A conversion that died between making the version file and listing it.
+TEST_F(CXVConversaoCasosTeste, ArquivoDeVersaoQueAListaNaoConheceEListado) {
+    Instala(XVBaseDourada(5, true));
+    ASSERT_EQ(Converte(), S_OK);
+    EXPECT_NE(Conteudo("XVDATABASE_FILE_CTRL.dat").find(k_pszVersao), std::string::npos);
 }
 
 // A copy and the journal count only once they are on the device.

@@ -54,8 +54,6 @@ TEST_F(CXVGravacaoTeste, AlteracaoTrocaTudoMenosDoisTextosIguais) {
     EXPECT_EQ(lida.reg.uiChaveIntegracaoSistemaTerceiro, 2U);
     EXPECT_EQ(lida.reg.eSistemaIntegracao, OfficialBank);
     EXPECT_EQ(Dados(Conteudo("CRINTEGMIDJSON20240315.dat")), CXVBytes().Texto("{\"a\":1}").Str());
-    EXPECT_EQ(Dados(Conteudo("CRINTEGMIDMENS20240315.dat")),
-              CXVBytes().Texto("enviado").Texto("outra").Str());
 
     nova.Textos("{\"a\":1}", "outra", "{\"r\":1}");
     nova.reg.eStatusIntegracao = eXVSMiddleware_Sucesso;
@@ -65,6 +63,8 @@ TEST_F(CXVGravacaoTeste, AlteracaoTrocaTudoMenosDoisTextosIguais) {
     EXPECT_EQ(Dados(Conteudo("CRINTEGMIDJSONRET20240315.dat")),
               CXVBytes().Texto("{\"r\":1}").Texto("{\"r\":1}").Str())
         << "a returned JSON of an update is always appended";
+    EXPECT_EQ(Dados(Conteudo("CRINTEGMIDMENS20240315.dat")), CXVBytes().Texto("enviado").Texto("outra").Str())
+        << "an equal one is not";
 }
 
 TEST_F(CXVGravacaoTeste, CadaOperacaoDeixaSuaLinhaNoLogGeralComOUsuario) {

@@ -53,7 +53,7 @@ class CXVMemoriaTeste : public testing::Test {
 };
 
 TEST_F(CXVMemoriaTeste, ConversaoTemUmMembroPorVez) {
-    constexpr unsigned k_uiRegistros = 8000;  // 640 KB a member
+    constexpr unsigned k_uiRegistros = 8000;                                   // 640 KB a member
     const std::string sRegistros = XVBaseDourada(0, false).at(k_apszDias[0]);  // ten of them
     std::string sDia;
     while (sDia.size() < k_uiRegistros * 80) sDia += sRegistros;

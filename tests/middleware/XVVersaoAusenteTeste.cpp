@@ -121,7 +121,8 @@ TEST_F(CXVVersaoAusenteTeste, VistaRecusaArquivoUnicoListadoEAusenteSemMudarNada
         ASSERT_TRUE(m_Arquivos.Apaga(PastaDados(pszNome)).Ok());
         const CXVBytes outro = CXVBytes().Texto("OUTRO.dat");
         for (const bool bListado : {true, false}) {
-            m_Arquivos.CriaArquivo(PastaDados(k_pszControle), bListado ? CXVBytes(outro).Texto(pszNome) : outro);
+            m_Arquivos.CriaArquivo(PastaDados(k_pszControle),
+                                   bListado ? CXVBytes(outro).Texto(pszNome) : outro);
             const auto antes = RetratoSemLogs();
             EXPECT_EQ(AbreLoja(true), bListado ? E_XVCR_INCONSISTENCIA_CONTROLE_CRIACAO_ARQUIVOS : S_OK)
                 << pszNome;
@@ -192,8 +193,8 @@ TEST_F(CXVVersaoAusenteTeste, DatasEPonteirosImpossiveisDeCadaLeiaute) {
                   {k_apszDias[0], 88, 24, 5}, {k_pszDatas, 32, 0, 4},     {k_pszDatas, 32, 0, 5}};
     const auto estraga = [this](const auto& rCampo, XVUInt64 uiValor) {
         const auto& [pszNome, uiRegistro, uiOffset, uiVersao] = rCampo;
-        SCOPED_TRACE(testing::Message() << pszNome << " version " << uiVersao << " offset " << uiOffset
-                                        << " value " << uiValor);
+        SCOPED_TRACE(testing::Message()
+                     << pszNome << " version " << uiVersao << " offset " << uiOffset << " value " << uiValor);
         TArquivos base = XVBaseDourada(uiVersao, false);
         base[pszNome].replace(uiRegistro + uiOffset, 8, CXVBytes().U64(uiValor).Str());
         Recomeca(base);

@@ -70,9 +70,9 @@ TEST_F(CXVVisaoTeste, OperacaoInteiraNoMeioDaBusca) {
             if (++uiOperacoes != uiOnde) return;
             EXPECT_EQ(pEscritor->GravaIntegracao(&regDmc, integracao(true).Ptr()), S_OK);
         });
-        EXPECT_EQ(XVBusca(*pVisor, {.tipos = {eXVSMiddleware_CadastroProduto},
-                                    .status = {eXVSMiddleware_Enviado}}),
-                  TListaDmc())
+        EXPECT_EQ(
+            XVBusca(*pVisor, {.tipos = {eXVSMiddleware_CadastroProduto}, .status = {eXVSMiddleware_Enviado}}),
+            TListaDmc())
             << "operation " << uiOnde;
         bAcabou = uiOperacoes < uiOnde;
     }

@@ -161,7 +161,7 @@ TEST_F(CMetodos, FalhaDeListaDevolveTodosOsTextos) {
 TEST_F(CMetodos, PonteirosNulosSaoRecusadosAntesDaLogica) {
     tagREG_CR_INTEGRACAO_MIDDLEWAREPS reg{};
     REG_XVDMC dmc;
-    XVUInt ulQuantidade = 0;
+    XVUInt ulQuantidade = 9;
     for (const HRESULT hr :
          {m_p->LeIntegracao(m_dmc.uiValor, nullptr, 0), m_p->LeIntegracoes(&m_lista, nullptr, nullptr, 0),
           m_p->LeIntegracoes(&m_lista, &ulQuantidade, nullptr, 0), m_p->GravaIntegracao(nullptr, &reg),
@@ -175,6 +175,7 @@ TEST_F(CMetodos, PonteirosNulosSaoRecusadosAntesDaLogica) {
           m_p->BuscaDataHoraIntegracaoTerceiro(nullptr, nullptr),
           m_p->BuscaDadosSistemaTerceiro(nullptr, nullptr), m_p->AlteracaoMultiplaCadastro(1, nullptr)})
         EXPECT_EQ(hr, E_POINTER);
+    EXPECT_EQ(ulQuantidade, 0U);
     EXPECT_EQ(m_controle.iOperacoes, 0);
 }
 
@@ -186,11 +187,11 @@ TEST_F(CMetodos, ListasEChavesImpossiveisSaoRecusadasAntesDaLogica) {
     const _REG_CR_LISTA_BYTESPS vazia{};
     _REG_CR_LISTA_BYTESPS saida{};
     tagREG_CR_INTEGRACAO_MIDDLEWAREPS reg{};
-    for (const HRESULT hr : {m_p->LeIntegracoes(&listaSemPonteiro, &ulQuantidade, &pReg, ~XVUInt64{0}),
-                             m_p->FuncaoGenerica(1, &bytesSemPonteiro, &saida),
-                             m_p->AlteracaoMultiplaCadastro(1, &bytesSemPonteiro),
-                             m_p->LeIntegracao(~XVUInt64{0}, &reg, 0),
-                             m_p->AlteracaoMultiplaMovimento(~XVUInt64{0}, &vazia)})
+    for (const HRESULT hr :
+         {m_p->LeIntegracoes(&listaSemPonteiro, &ulQuantidade, &pReg, ~XVUInt64{0}),
+          m_p->FuncaoGenerica(1, &bytesSemPonteiro, &saida),
+          m_p->AlteracaoMultiplaCadastro(1, &bytesSemPonteiro), m_p->LeIntegracao(~XVUInt64{0}, &reg, 0),
+          m_p->AlteracaoMultiplaMovimento(~XVUInt64{0}, &vazia)})
         EXPECT_EQ(hr, E_INVALIDARG);
     EXPECT_EQ(m_controle.iOperacoes, 0);
     // What the logic does not offer says so.

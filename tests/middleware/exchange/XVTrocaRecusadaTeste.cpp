@@ -125,7 +125,8 @@ TEST_F(CXVTrocaRecusadaTeste, IntegracaoOuDiaQueNaoSeLeNaoETrocado) {
     Grava(*m_pLoja, CXVIntegracaoTeste(71).Textos("a", "b", "c"));
     for (const bool bInclusao : {false, true})
         for (const char* pszGrupo : {"CRINTEGMID", "CRINTEGMIDJSON", "CRINTEGMIDMENS", "CRINTEGMIDJSONRET"}) {
-            const std::string sArquivo = std::string(pszGrupo) + (bInclusao ? "20240315.dat" : "20240313.dat");
+            const std::string sArquivo =
+                std::string(pszGrupo) + (bInclusao ? "20240315.dat" : "20240313.dat");
             SCOPED_TRACE(sArquivo);
             Estraga(sArquivo, 100);
             if (bInclusao)
