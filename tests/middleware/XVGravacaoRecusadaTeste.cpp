@@ -87,21 +87,22 @@ TEST_F(GravacaoRecusada, PosicaoQueOIndiceJaConhece) {
 
 // A text file that lost its last text: a new one would be read under the record that points there.
 TEST_F(GravacaoRecusada, RegistroQueApontaTextoQueNaoHa) {
+    ASSERT_EQ(Altera("{\"r\":9}"), S_OK);  // the last texts are not those of the last record
     ASSERT_EQ(m_pLoja->Finaliza(), S_OK);
     const auto inteira = m_Arquivos.Retrata();
     const struct {
         const char* pszArquivo;
         std::size_t uiTexto;  // bytes of the last text with its length
         bool bStatusSemRetorno, bAlteracaoSemRetorno;
-    } aCasos[] = {{"CRINTEGMIDJSON20240315.dat", 11, true, false},
-                  {"CRINTEGMIDMENS20240315.dat", 12, false, false},
+    } aCasos[] = {{"CRINTEGMIDJSON20240315.dat", 15, true, false},
+                  {"CRINTEGMIDMENS20240315.dat", 9, false, false},
                   {"CRINTEGMIDJSONRET20240315.dat", 11, true, true}};
     for (const auto& rCaso : aCasos) {
         SCOPED_TRACE(rCaso.pszArquivo);
         m_Arquivos.Restaura(inteira);
         Encurta(rCaso.pszArquivo, rCaso.uiTexto);
         const std::string sDito =
-            "Um registro de CRINTEGMID20240315.dat aponta o texto 2; textos no arquivo: 1";
+            "Um registro de CRINTEGMID20240315.dat aponta o texto 3; textos no arquivo: 2";
         EsperaRecusa(k_hrInconsistente, rCaso.pszArquivo, sDito, [&] { return Inclui(); });
         EsperaRecusa(k_hrInconsistente, rCaso.pszArquivo, sDito, [&] { return Altera("{\"r\":2}"); });
         if (std::string(rCaso.pszArquivo).find("JSON2") == std::string::npos)

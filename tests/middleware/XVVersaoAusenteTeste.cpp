@@ -170,7 +170,7 @@ TEST_F(CXVVersaoAusenteTeste, CadaPassoRespeitaOsCarimbos) {
     for (const unsigned uiVersao : {0U, 3U}) {
         TArquivos base = uiVersao == 0 ? SemVersao(0, true) : XVBaseDourada(3, true);
         std::string& rDia = base[k_apszDias[1]];
-        rDia = XVArquivoDoTeste({k_apszDias[1], 3, uiVersao + 1}, Dados(rDia));
+        rDia = XVArquivoDoTeste({k_apszDias[1], 3, 5}, Dados(rDia));
         rDia[130] ^= 1;
         Recomeca(base);
         EXPECT_EQ(Converte(), E_XVCR_CRC_CABECALHO_NAO_CONFERE) << uiVersao;

@@ -79,15 +79,11 @@ class CMetodos : public ::testing::Test {
 
 }  // namespace
 
-TEST_F(CMetodos, CadaSlotEntregaTudoASuaOperacao) {
+TEST_F(CMetodos, CadaSlotQueGravaEntregaTudoASuaOperacao) {
     const auto reg = Cheio<tagREG_CR_INTEGRACAO_MIDDLEWAREPS>();
     const auto regStatus = Cheio<tagREG_CR_STATUS_INTEGRACAO_MIDDLEWAREPS>(2);
     const auto regChave = Cheio<tagREG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIROPS>(3);
     const auto regDataHora = Cheio<tagREG_CR_DATA_HORA_INTEGRACAO_TERCEIROPS>(4);
-    const auto filtro = Cheio<tagREG_CR_FILTRO_INTEGRACAO_MIDDLEWAREPS>(5);
-    const auto filtroChave = Cheio<tagREG_CR_FILTRO_CHAVE_REGISTRO_TELVO_PARA_TERCEIROPS>(6);
-    const auto filtroDataHora = Cheio<tagREG_CR_FILTRO_DATA_HORA_INTEGRACAO_TERCEIROPS>(7);
-    const auto consulta = Cheio<tagREG_CR_CONSULTA_SISTEMA_TERCEIROPS>(8);
     REG_XVDMC regDmc = m_dmc;
     EsperaNoSlot(XVChamada("GravaIntegracaoInstantanea", regDmc, reg), 12, &regDmc, &reg);
     EsperaNoSlot(XVChamada("GravaIntegracao", regDmc, reg), 13, &regDmc, &reg);
@@ -96,8 +92,15 @@ TEST_F(CMetodos, CadaSlotEntregaTudoASuaOperacao) {
     EsperaNoSlot(XVChamada("GravaChaveRegistroTelvoParaTerceiro", regChave), 17, &regChave);
     EsperaNoSlot(XVChamada("GravaChaveRegistroTelvoParaTerceiroPendente", regChave), 19, &regChave);
     EsperaNoSlot(XVChamada("GravaDataHoraIntegracaoTerceiro", regDataHora), 20, &regDataHora);
+}
 
-    // Those that answer give what the operation answered, in buffers that are the caller's.
+// What the operation answered, in buffers that are the caller's.
+TEST_F(CMetodos, CadaSlotQueRespondeEntregaTudoETrazAResposta) {
+    const auto filtro = Cheio<tagREG_CR_FILTRO_INTEGRACAO_MIDDLEWAREPS>(5);
+    const auto filtroChave = Cheio<tagREG_CR_FILTRO_CHAVE_REGISTRO_TELVO_PARA_TERCEIROPS>(6);
+    const auto filtroDataHora = Cheio<tagREG_CR_FILTRO_DATA_HORA_INTEGRACAO_TERCEIROPS>(7);
+    const auto consulta = Cheio<tagREG_CR_CONSULTA_SISTEMA_TERCEIROPS>(8);
+    const REG_XVDMC regDmc = m_dmc;
     tagREG_CR_INTEGRACAO_MIDDLEWAREPS lida;
     EsperaNoSlot(XVChamada("LeIntegracao", regDmc, XVUInt64{5}), 10, regDmc.uiValor, &lida, XVUInt64{5});
     EXPECT_EQ(CXVStringPS::RegToString(lida.regRegistroJSON), "{\"n\":1}");
