@@ -139,6 +139,16 @@ class Recusa : public testing::Test {
         std::string sArquivo = Caminho(rCaso.pszArquivo);
         if (sArquivo.find("20240315") != std::string::npos) sArquivo += " (dia 15/03/2024)";
         Restaura(rCaso);
+        {
+            XVCliente::CXVCliente cliente;
+            EXPECT_EQ(UsaCliente(cliente, rCaso.eUso), rCaso.hr);
+            XVCliente::SUltimoErro erro;
+            EXPECT_EQ(cliente.GetUltimoErro(&erro), S_OK);
+            EXPECT_EQ(erro.hrErro, rCaso.hr);
+            EXPECT_THAT(erro.sMensagem, EndsWith(" Arquivo: " + sArquivo));
+        }
+        EXPECT_TRUE(NoLog("Arquivo recusado: " + sArquivo + "\t"));
+        Restaura(rCaso);
         const CXVArquivosRecusados recusados;
         XVCliente::CXVCliente cliente;
         try {
@@ -148,11 +158,6 @@ class Recusa : public testing::Test {
             EXPECT_THAT(rErro.what(), StartsWith(XVCliente::CodigoEmTexto(rCaso.hr)));
             EXPECT_THAT(rErro.what(), EndsWith(" Arquivo: " + sArquivo));
         }
-        EXPECT_TRUE(NoLog("Arquivo recusado: " + sArquivo + "\t"));
-        XVCliente::SUltimoErro erro;
-        EXPECT_EQ(cliente.GetUltimoErro(&erro), S_OK);
-        EXPECT_EQ(erro.hrErro, rCaso.hr);
-        EXPECT_THAT(erro.sMensagem, EndsWith(" Arquivo: " + sArquivo));
     }
     bool NoLog(const std::string& sInicio) const {
         for (const SFalhaCapturada& r : m_Captura->GetFalhas())
