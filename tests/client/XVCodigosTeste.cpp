@@ -18,6 +18,6 @@ TEST(CodigosDoCliente, CodigoSemFraseApontaParaOLog) {
     EXPECT_EQ(XVCliente::FraseDoCodigo(hrSistema), "");
     EXPECT_EQ(XVCliente::DescreveCodigo(hrSistema),
               "0x800703E6 ERROR_NOACCESS: a operação falhou; veja o log de erros.");
-    EXPECT_EQ(XVCliente::DescreveCodigo(XVHResult(0x8FFF1234U)),
-              "0x8FFF1234: a operação falhou; veja o log de erros.");
+    EXPECT_EQ(XVCliente::DescreveCodigo(XVHResult(0x8FFF03E6U)),
+              "0x8FFF03E6: a operação falhou; veja o log de erros.");
 }

@@ -86,6 +86,8 @@ TEST_F(CMetodosCliente, GravaAlteraELe) {
     EXPECT_EQ(lida.sJSONRetornoIntegracao, "{\"id\":5001}");
     EXPECT_EQ(lida.uiChaveIntegracaoSistemaTerceiro, 5001U);
     EXPECT_EQ(lida.eStatusIntegracao, 3U);
+    EXPECT_EQ(Cliente().LeIntegracao(regDmc, k_ullLeMensagem, &lida), S_OK);
+    EXPECT_EQ(lida.sRegistroJSON + lida.sMensagemIntegracao + lida.sJSONRetornoIntegracao, "aceito");
 }
 
 TEST_F(CMetodosCliente, StatusPorDmcEPorChaveDoSistema) {
@@ -193,6 +195,21 @@ TEST_F(CMetodosCliente, TrocaComSistemasTerceiros) {
     EXPECT_EQ(resposta.sMensagemRetorno, "pago");
     EXPECT_EQ(resposta.sJSONRetorno, "{\"pago\":true}");
     EXPECT_EQ(resposta.sDocumentoRetorno, sDocumento);
+
+    // What is pending for a record of the suite is recorded with that origin.
+    std::filesystem::create_directories(pasta / "pendentes");
+    std::ofstream(pasta / "pendentes" / "1.pend", std::ios::binary) << "Origem: 20261121-9-2\n\n{\"p\":1}";
+    dados.eSistemaIntegracao = SimulacaoSistemaTerceiro;
+    EXPECT_EQ(Cliente().GravaPendenciaIntegracao(dados.regDmcMovimentoOrigem, dados), S_OK);
+    CXVDadosCR_ChaveRegistroTelvoParaTerceiro chave;
+    EXPECT_EQ(Cliente().BuscaChaveRegistro({.regDmcRegistroTelvo = dados.regDmcMovimentoOrigem,
+                                            .eTipoIntegracao = dados.eTipoIntegracao,
+                                            .eSistemaIntegracao = SimulacaoSistemaTerceiro},
+                                           &chave),
+              S_OK);
+    const CXVDadosCR_IntegracaoMiddleware pendente = Le(chave.regDmcOrigemIntegracao);
+    EXPECT_EQ(pendente.regDmcIntegracaoOrigem, dados.regDmcMovimentoOrigem);
+    EXPECT_EQ(pendente.sRegistroJSON, "{\"p\":1}");
 }
 
 TEST_F(CMetodosCliente, UltimoErroEFuncaoGenerica) {
@@ -206,6 +223,9 @@ TEST_F(CMetodosCliente, UltimoErroEFuncaoGenerica) {
     EXPECT_EQ(erro.hrErro, XVHResult(0x81080AAAU));
     EXPECT_EQ(erro.sNome, "E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA");
     EXPECT_EQ(erro.sFuncao, "CXVCR_Middleware::LeIntegracao");
+    EXPECT_EQ(erro.sFonte, "XVCR_Middleware");
+    EXPECT_GT(erro.ulLinha, 0U);
+    EXPECT_FALSE(erro.regDataHora.EhNula());
     EXPECT_FALSE(erro.sMensagem.empty());
 }
 

@@ -2,10 +2,12 @@
 // viewing beside whoever writes, and how a store closes.
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <filesystem>
 #include <fstream>
 
 #include "client/XVConexao.h"
+#include "platform/XVAmbienteSO.h"
 #include "support/XVAmbiente.h"
 #include "support/codes/XVCodigos.h"
 #include "tests/client/XVPortaTeste.h"
@@ -115,14 +117,51 @@ TEST(PortaLocal, IdentificacaoImpossivelNaoAbreNada) {
 
 TEST(PortaLocal, RegistroDeInicializacaoSaiSeladoEDizQuemChama) {
     REG_DF_INICIALIZAPS reg;
-    ASSERT_TRUE(XVCliente::MontaRegistroInicializacao(
-        {.sEmpresa = "UM", .usUsuario = 7, .ulNumeroSessao = 42, .sModulo = "meu"}, &reg));
-    EXPECT_TRUE(XVRegistroInicializacao::VersaoConfere(reg) && XVRegistroInicializacao::CRCConfere(reg));
-    EXPECT_TRUE(XVRegistroInicializacao::EstruturaConfere(reg));
-    EXPECT_EQ(XVRegistroInicializacao::GetEmpresa(reg), "UM");
-    EXPECT_EQ(XVRegistroInicializacao::GetUsuario(reg), 7);
-    EXPECT_EQ(std::string(reg.szModulo), "meu");
-    EXPECT_EQ(std::string(reg.szExecutavel).rfind("xv_teste_", 0), 0U) << reg.szExecutavel;
+    ASSERT_TRUE(XVCliente::MontaRegistroInicializacao({.sEmpresa = "UM",
+                                                       .usUsuario = 7,
+                                                       .ulNumeroSessao = 42,
+                                                       .ulNumeroChamador = 9,
+                                                       .sExecutavel = "programa",
+                                                       .sModulo = "modulo",
+                                                       .sIdentificacao = "quem"},
+                                                      &reg));
+    REG_DF_INICIALIZAPS esperado{};
+    esperado.ulUsuario = 7;
+    esperado.ulNumeroSessao = 42;
+    esperado.ulNumeroChamador = 9;
+    esperado.ucSessaoRemota = XVAmbienteSO::EhSessaoRemota() ? 1 : 0;
+    std::strcpy(esperado.szEmpresa, "UM");
+    std::strcpy(esperado.szExecutavel, "programa");
+    std::strcpy(esperado.szModulo, "modulo");
+    std::strcpy(esperado.szIdentificacao, "quem");
+    XVAmbienteSO::GetNomeUsuario().copy(esperado.szUsuarioLocal, sizeof(esperado.szUsuarioLocal) - 1);
+    XVRegistroInicializacao::Sela(&esperado);
+    EXPECT_EQ(std::memcmp(&reg, &esperado, sizeof(reg)), 0);
+    EXPECT_TRUE(XVRegistroInicializacao::CRCConfere(reg) && XVRegistroInicializacao::EstruturaConfere(reg));
+    ASSERT_TRUE(XVCliente::MontaRegistroInicializacao({.sEmpresa = "UM"}, &reg));
+    for (const char* psz : {reg.szExecutavel, reg.szModulo, reg.szIdentificacao})
+        EXPECT_TRUE(std::string(psz).starts_with("xv_teste_")) << psz;
+}
+
+// Beside a directory that is named every other setting is the machine's own, and afterwards all are.
+TEST(PortaLocal, DiretorioNomeadoSoTrocaOCaminho) {
+    const CXVDiretorioTeste diretorio;
+    const std::string sChave = CAmbienteXV::GetChaveRegistry(XV_DF);
+    CXVRegistryFalso registry;
+    registry.SetTexto(sChave, "Path", "/da/maquina");
+    registry.SetTexto(sChave, "Outro", "texto");
+    registry.SetNumero(sChave, "Durabilidade", 1);
+    const CXVGuardaRegistry guarda(registry);
+    {
+        XVCliente::CXVCliente cliente;
+        ASSERT_EQ(cliente.ConectaLocal({.sEmpresa = "UM"}, {.sDiretorio = diretorio.GetCaminho()}), S_OK);
+        IXVRegistry& rRegistry = XVPlataforma::Registry();
+        EXPECT_EQ(rRegistry.LeTexto(sChave, "Path"), diretorio.GetCaminho());
+        EXPECT_EQ(rRegistry.LeTexto(sChave, "Path_x64"), diretorio.GetCaminho());
+        EXPECT_EQ(rRegistry.LeTexto(sChave, "Outro"), "texto");
+        EXPECT_EQ(rRegistry.LeNumero(sChave, "Durabilidade"), 1U);
+    }
+    EXPECT_EQ(&XVPlataforma::Registry(), &registry);
 }
 
 // A store whose closing fails says so; there is no later operation that could.

@@ -1,4 +1,6 @@
-// Searching: what it costs and how it fails. What it finds is compared with a model elsewhere.
+// Searching: what it costs, how it fails, and keys of one checksum. What it finds is compared with a model
+// elsewhere.
+#include <cstring>
 #include <functional>
 #include <random>
 
@@ -12,71 +14,99 @@ class CXVBuscaTeste : public CXVCenarioLoja {
   protected:
     CXVBuscaTeste() : m_pLoja(Abre()) {}
 
-    // Three days, two integrations each, recorded in mixed order of days: keys 10, 20, 30 ...
+    // Three days, two integrations each, recorded in mixed order of days; of the first of each day type and
+    // status are another's.
     void Povoa() {
         for (const unsigned uiDia : {20U, 18U, 19U}) {
-            SetDia(uiDia, 9);
-            Inclui(uiDia * 10, Mercos, eXVSMiddleware_Pendente, eXVSMiddleware_CadastroProduto,
-                   eXVSMiddleware_Inclusao);
-            SetDia(uiDia, 11);
-            Inclui(uiDia * 10 + 1, OfficialBank, eXVSMiddleware_Sucesso,
-                   eXVSMiddleware_MovimentoContasReceberBoleto, eXVSMiddleware_Alteracao);
+            SetDia(uiDia);
+            for (const XVUInt eStatus : {XVUInt{eXVSMiddleware_Pendente}, XVUInt{eXVSMiddleware_Sucesso}}) {
+                CXVIntegracaoTeste integracao(uiDia, Mercos, eStatus);
+                if (eStatus == eXVSMiddleware_Pendente)
+                    integracao.reg.eTipoIntegracao = eXVSMiddleware_CadastroProduto;
+                Grava(*m_pLoja, integracao);
+            }
         }
-    }
-    void Inclui(XVUInt64 uiChave, XVUInt eSistema, XVUInt eStatus, XVUInt eTipo, XVUInt eTransacao) {
-        CXVIntegracaoTeste integracao(uiChave, eSistema, eStatus);
-        integracao.reg.eTipoIntegracao = eTipo;
-        integracao.reg.eTipoTransacao = eTransacao;
-        integracao.reg.regDataHoraAlteracaoStatus = REG_XVDMAHMSUTC::Agora();
-        Grava(*m_pLoja, integracao);
     }
     static XVUInt64 Dmc(unsigned uiDia, unsigned uiPonteiro) {
         return XVChaveDmc(XVDma(2024, 3, uiDia), uiPonteiro);
     }
-    TListaDmc Busca(SFiltroTeste filtro) { return XVBusca(*m_pLoja, std::move(filtro)); }
 
     TLoja m_pLoja;
+    const TListaDmc m_todas{Dmc(18, 1), Dmc(18, 2), Dmc(19, 1), Dmc(19, 2), Dmc(20, 1), Dmc(20, 2)};
 };
 
-const TListaDmc k_todas{XVChaveDmc(XVDma(2024, 3, 18), 1), XVChaveDmc(XVDma(2024, 3, 18), 2),
-                        XVChaveDmc(XVDma(2024, 3, 19), 1), XVChaveDmc(XVDma(2024, 3, 19), 2),
-                        XVChaveDmc(XVDma(2024, 3, 20), 1), XVChaveDmc(XVDma(2024, 3, 20), 2)};
-
-TEST_F(CXVBuscaTeste, FiltroVazioDevolveTudoPorDataSemAbrirMembro) {
+TEST_F(CXVBuscaTeste, SoAbreMembroParaQuemPassaPeloIndice) {
     Povoa();
     m_pLoja.reset();
     m_pLoja = Abre();
     CXVSistemaArquivosFalhas falhas(m_Arquivos);
     const CXVGuardaSistemaArquivos guarda(falhas);
-    EXPECT_EQ(Busca({}), k_todas);
-    EXPECT_EQ(Busca({.status = {eXVSMiddleware_Pendente}, .sistemas = {Mercos}}),
+    EXPECT_EQ(XVBusca(*m_pLoja), m_todas);
+    EXPECT_EQ(XVBusca(*m_pLoja, {.status = {eXVSMiddleware_Pendente}, .sistemas = {Mercos}}),
               (TListaDmc{Dmc(18, 1), Dmc(19, 1), Dmc(20, 1)}));
+    EXPECT_EQ(XVBusca(*m_pLoja, {.tipos = {eXVSMiddleware_CadastroProduto}, .status = {eXVSMiddleware_Erro}}),
+              TListaDmc());
     EXPECT_EQ(falhas.GetQuantidadeTotal(), 0U) << "the index alone knows the answer";
-    EXPECT_EQ(Busca({.tipos = {eXVSMiddleware_CadastroProduto}}).size(), 3U);
+    EXPECT_EQ(XVBusca(*m_pLoja, {.tipos = {eXVSMiddleware_CadastroProduto}}).size(), 3U);
     EXPECT_GT(falhas.GetQuantidadeTotal(), 0U);
-    falhas.Limpa();
-    EXPECT_EQ(Busca({.tipos = {eXVSMiddleware_CadastroProduto}, .status = {eXVSMiddleware_Erro}}),
-              TListaDmc{});
-    EXPECT_EQ(falhas.GetQuantidade(EOperacaoArquivo::eAbre), 0U) << "nothing passes the first level";
 }
 
 TEST_F(CXVBuscaTeste, MembroQueFalhaEncerraABuscaSemListaParcial) {
     Povoa();
     m_pLoja.reset();
-    const std::string sArquivo = PastaDados("CRINTEGMID20240319.dat");
-    m_Arquivos.CriaArquivo(sArquivo, m_Arquivos.LeConteudo(sArquivo)->substr(0, 300));
+    const std::string sArquivo = "CRINTEGMID20240319.dat";
+    m_Arquivos.CriaArquivo(PastaDados(sArquivo), Conteudo(sArquivo).substr(0, 300));
     m_pLoja = Abre();
-    tagREG_CR_FILTRO_INTEGRACAO_MIDDLEWAREPS filtro{};
-    XVUInt eTipo = eXVSMiddleware_CadastroProduto;
-    filtro.ulQuantidadeTipoIntegracao = 1;
-    filtro.pListaTipoIntegracao = &eTipo;
-    _REG_DF_LISTA_XVDMCPS lista{};
-    EXPECT_EQ(m_pLoja->BuscaPonteiros(filtro, &lista), E_XVCR_TAMANHO_ARQUIVO_NAO_CONFERE);
-    EXPECT_EQ(lista.pLista, nullptr);
+    const SBuscaFeita feita = XVBuscaComCodigo(*m_pLoja, {.tipos = {eXVSMiddleware_CadastroProduto}});
+    EXPECT_EQ(feita.hr, E_XVCR_TAMANHO_ARQUIVO_NAO_CONFERE);
+    EXPECT_EQ(feita.lista, TListaDmc());
     EXPECT_TRUE(
         m_Captura.Contem("ValidaFiltroNivel2(dadosFiltro, uiChaveArquivoUltimo, listaDmc, listaPonteiros)"));
     EXPECT_EQ(m_Captura.GetFalhas().back().sFuncao, "CBaseMiddleware::BuscaPonteiros");
-    EXPECT_EQ(Busca({}), k_todas) << "the index still answers";
+    EXPECT_EQ(XVBusca(*m_pLoja), m_todas) << "the index still answers";
+}
+
+// Keys of the indexes are checksums of fields, and these fields have the same one.
+TEST_F(CXVBuscaTeste, ChavesDeMesmaSomaNaoSeConfundem) {
+    constexpr XVUInt64 k_uiEntreSistemas = 0x62F598629BA778E9ULL;  // between keys of the systems 2 and 16
+    const REG_XVDMC regOutra =
+        Grava(*m_pLoja, CXVIntegracaoTeste(71 ^ k_uiEntreSistemas, SimulacaoSistemaTerceiro));
+    const REG_XVDMC regDmc = Grava(*m_pLoja, CXVIntegracaoTeste(71, Mercos));
+    EXPECT_EQ(XVBusca(*m_pLoja, {.de = 71, .sistemas = {Mercos, Mercos}}), TListaDmc{regDmc.uiValor});
+    tagREG_CR_STATUS_INTEGRACAO_MIDDLEWAREPS status{};
+    status.uiChaveIntegracaoSistemaTerceiro = 71;
+    status.eSistemaIntegracao = Mercos;
+    status.eStatusIntegracao = eXVSMiddleware_Sucesso;
+    EXPECT_EQ(m_pLoja->GravaStatusIntegracao(status), S_OK);
+    EXPECT_EQ(XVLe(*m_pLoja, regDmc).reg.eStatusIntegracao, eXVSMiddleware_Sucesso);
+    EXPECT_EQ(XVLe(*m_pLoja, regOutra).reg.eStatusIntegracao, eXVSMiddleware_Pendente);
+
+    constexpr XVUInt64 k_uiEntreRegistros =
+        0xE1CF086DB20AA550ULL;                                // between databases of the records 1 and 2
+    constexpr XVUInt64 k_uiEntreIds = 0xDABE95AFC7875F40ULL;  // and of the ids 100 and 101
+    using TChave = tagREG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIROPS;
+    const auto registro = [](unsigned ui) { return REG_XVDMC{XVChaveDmc(0, ui, 2)}; };
+    const TChave aChaves[] = {{100, registro(1), 7, 6, Mercos, regDmc},
+                              {500, registro(2), 7 ^ k_uiEntreRegistros, 6, Mercos, regDmc},
+                              {101, registro(3), 7 ^ k_uiEntreIds, 6, Mercos, regDmc}};
+    for (const TChave& rChave : aChaves)
+        EXPECT_EQ(m_pLoja->GravaChaveRegistroTelvoParaTerceiro(rChave), S_OK);
+    for (const TChave& rChave : aChaves) {
+        TChave achada{};
+        for (const bool bPorId : {false, true}) {
+            EXPECT_EQ(m_pLoja->BuscaChaveRegistroTelvoParaTerceiro(
+                          {bPorId ? rChave.uiChaveRegistroSistemaTerceiro : 0,
+                           bPorId ? REG_XVDMC{} : rChave.regDmcRegistroTelvo,
+                           rChave.uiBaseDadosTerceiro,
+                           6,
+                           Mercos,
+                           {}},
+                          &achada),
+                      S_OK);
+            EXPECT_EQ(std::memcmp(&achada, &rChave, sizeof(achada)), 0)
+                << rChave.uiChaveRegistroSistemaTerceiro << " " << bPorId;
+        }
+    }
 }
 
 TEST(XVOrdenacaoParalela, QualquerNumeroDeProcessadoresOrdenaIgual) {

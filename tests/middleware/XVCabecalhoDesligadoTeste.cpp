@@ -78,8 +78,7 @@ TEST_F(CXVCabecalhoDesligadoTeste, ConversaoNaoConcluiNadaDosCarimbosNemDosCabec
     const auto vazio = m_Arquivos.Retrata();
     for (unsigned uiCaso = 0; uiCaso < 10; ++uiCaso) {
         const unsigned uiVersao = uiCaso / 2;
-        const CXVFabricaBases fabrica(uiVersao, true);
-        TArquivos base = fabrica.Cria();
+        TArquivos base = XVBaseDourada(uiVersao, true);
         for (auto& [sNome, sBytes] : base) {
             sBytes = XVArquivoDoTeste({sNome, 3, 5}, Dados(sBytes));  // stamps of the last step,
             if (uiCaso % 2 == 1) sBytes[130] ^= 1;                    // in headers that hold or not
@@ -87,7 +86,7 @@ TEST_F(CXVCabecalhoDesligadoTeste, ConversaoNaoConcluiNadaDosCarimbosNemDosCabec
         m_Arquivos.Restaura(vazio);
         Instala(base);
         EXPECT_EQ(Converte(), S_OK) << uiCaso;
-        for (const auto& [sNome, sDados] : fabrica.DadosConvertidos()) {
+        for (const auto& [sNome, sDados] : XVDadosConvertidos(uiVersao)) {
             const std::string sConteudo = Conteudo(sNome);
             EXPECT_TRUE(sConteudo == sDados || sConteudo.substr(240) == sDados) << uiCaso << sNome;
             EXPECT_TRUE(sConteudo == base[sNome] || sConteudo == sDados) << "made without header: " << sNome;
@@ -99,7 +98,7 @@ TEST_F(CXVCabecalhoDesligadoTeste, ConversaoNaoConcluiNadaDosCarimbosNemDosCabec
 }
 
 TEST_F(CXVCabecalhoDesligadoTeste, RegistrosDeLeiautePosteriorContradizemAVersaoZeroMesmoAssim) {
-    TArquivos base = CXVFabricaBases(5, true).Cria();
+    TArquivos base = XVBaseDourada(5, true);
     base.erase("CRMIDDLEWAREVS.dat");
     Instala(base);
     EXPECT_EQ(Converte(), E_XVCR_INCONSISTENCIA_CONTROLE_CRIACAO_ARQUIVOS);
@@ -108,10 +107,10 @@ TEST_F(CXVCabecalhoDesligadoTeste, RegistrosDeLeiautePosteriorContradizemAVersao
 
 // Without stamps a journal that only names files proves nothing, and neither does one that was cut off.
 TEST_F(CXVCabecalhoDesligadoTeste, DiarioSemSomasERecusado) {
-    Instala(CXVFabricaBases(3, true).Cria());
+    Instala(XVBaseDourada(3, true));
     Poe("XVDATABASE_FILE_CTRL.dat", CXVBytes().Texto("CRMIDDLEWAREVS.dat"));
     CXVBytes diario;
-    diario.Junta("SVKRCV01").U16(4).U16(0).U32(1).Texto(CXVFabricaBases::NomeMembro(0));
+    diario.Junta("SVKRCV01").U16(4).U16(0).U32(1).Texto(k_apszDias[0]);
     diario.U64(CrcBitABit(diario.Str()));
     for (const std::size_t uiTamanho : {diario.Str().size(), std::size_t{20}, std::size_t{0}}) {
         Poe("CRMIDDLEWARECV.srk", diario.Str().substr(0, uiTamanho));

@@ -3,7 +3,8 @@
 
 #include "middleware/ConversaoMiddleware.h"
 #include "support/trace/XVCapturaTrace.h"
-#include "tests/middleware/XVFabricaBases.h"
+#include "tests/harness/XVTextoNoLog.h"
+#include "tests/middleware/XVBaseDourada.h"
 #include "tests/suite/XVCenarioSuite.h"
 
 class CXVCenarioConversao : public CXVCenarioSuite {

@@ -24,7 +24,7 @@ std::string Diario(unsigned uiPasso, const std::string& sEntradas, std::uint32_t
 class CXVConversaoDiarioTeste : public CXVCenarioConversao {
   protected:
     CXVConversaoDiarioTeste() {
-        Instala(m_fabrica.Cria(3, 4));
+        Instala(m_base);
         m_antes = m_Arquivos.Retrata();
         EXPECT_EQ(Converte(), S_OK);
         m_fim = RetratoSemLogs();
@@ -43,8 +43,8 @@ class CXVConversaoDiarioTeste : public CXVCenarioConversao {
         EXPECT_NE(Conteudo(Copia(Membro(2))), "<ausente>");
     }
 
-    static std::string Membro(unsigned i) { return CXVFabricaBases::NomeMembro(i); }
-    std::string Antigo(unsigned i) const { return m_fabrica.Cria(3, 4).at(Membro(i)); }
+    static std::string Membro(unsigned i) { return k_apszDias[i]; }
+    std::string Antigo(unsigned i) const { return m_base.at(Membro(i)); }
     void Poe(const std::string& sNome, const std::string& sBytes) {
         m_Arquivos.CriaArquivo(PastaDados(sNome), sBytes);
     }
@@ -61,10 +61,7 @@ class CXVConversaoDiarioTeste : public CXVCenarioConversao {
         const CXVCapturaTrace captura;
         EXPECT_EQ(Converte(), E_XVCR_INCONSISTENCIA_CONTROLE_CRIACAO_ARQUIVOS);
         EXPECT_EQ(m_Arquivos.Diferenca(alterado, RetratoSemLogs()), "");
-        bool bNomeado = false;
-        for (const auto& falha : captura.GetFalhas())
-            bNomeado |= falha.sMensagem.find(sNomeado) != std::string::npos;
-        EXPECT_TRUE(bNomeado) << sNomeado;
+        EXPECT_TRUE(XVTextoNoLog(captura, sNomeado)) << sNomeado;
     }
     void EsperaConclusao(const std::string& sCaso, const std::function<void()>& fnAltera) {
         SCOPED_TRACE(sCaso);
@@ -74,7 +71,7 @@ class CXVConversaoDiarioTeste : public CXVCenarioConversao {
         EXPECT_EQ(m_Arquivos.Diferenca(m_fim, RetratoSemLogs()), "");
     }
 
-    const CXVFabricaBases m_fabrica{3, true};
+    const TArquivos m_base = XVBaseDourada(3, true);
     CXVSistemaArquivosMemoria::TRetrato m_antes, m_meio, m_fim;
 };
 
@@ -138,6 +135,8 @@ TEST_F(CXVConversaoDiarioTeste, DiarioAlteradoEmQualquerByteOuComprimentoERecusa
                      [&] { Poe(k_pszDiario, sBom.substr(0, uiTamanho)); });
     EsperaRecusa(k_pszDiario, "longer", [&] { Poe(k_pszDiario, sBom + '\0'); });
     EsperaRecusa(k_pszDiario, "foreign", [&] { Poe(k_pszDiario, "nada disso"); });
+    EsperaRecusa("Diário da conversão grande demais", "larger than any",
+                 [&] { Poe(k_pszDiario, std::string((64U << 20) + 1, '\0')); });
 }
 
 // Checksum right, content wrong: what another program or another store's journal would look like.
@@ -154,7 +153,7 @@ TEST_F(CXVConversaoDiarioTeste, DiarioDeOutroPassoOuDeOutrosArquivosERecusado) {
     EsperaRecusa(k_pszDiario, "more names than there are",
                  [&] { Poe(k_pszDiario, Diario(4, sEntradas, 4, "SVKRCV02")); });
     EsperaRecusa(k_pszDiario, "fewer", [&] { Poe(k_pszDiario, Diario(4, sEntradas, 2, "SVKRCV02")); });
-    for (const char* pszNome : {"CRINDEXINTEG.dat", "../../fora.dat", "CRINTEGMIDJSON20230501.dat", ""})
+    for (const char* pszNome : {"CRINDEXINTEG.dat", "../../fora.dat", "CRINTEGMIDJSON20230605.dat", ""})
         EsperaRecusa(pszNome, pszNome, [&] {
             const std::string sNome = pszNome;
             Poe(k_pszDiario, Diario(4, CXVBytes().Texto(sNome).Zeros(48).Junta(sEntradas), 4, "SVKRCV02"));

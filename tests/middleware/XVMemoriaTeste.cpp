@@ -5,8 +5,8 @@
 
 #include "middleware/ConversaoMiddleware.h"
 #include "tests/harness/XVDiretorioTemporario.h"
+#include "tests/middleware/XVBaseDourada.h"
 #include "tests/middleware/XVCenarioLoja.h"
-#include "tests/middleware/XVFabricaBases.h"
 
 namespace {
 std::atomic<std::size_t> g_uiVivos{0};
@@ -53,9 +53,14 @@ class CXVMemoriaTeste : public testing::Test {
 };
 
 TEST_F(CXVMemoriaTeste, ConversaoTemUmMembroPorVez) {
-    constexpr unsigned k_uiRegistros = 8000;  // 640 KB a member
-    for (const auto& [sNome, sBytes] : CXVFabricaBases(0, true).Cria(10, k_uiRegistros))
-        m_diretorio.CriaArquivo("MATRIZ/DF/" + sNome, sBytes);
+    constexpr unsigned k_uiRegistros = 8000;                                   // 640 KB a member
+    const std::string sRegistros = XVBaseDourada(0, false).at(k_apszDias[0]);  // ten of them
+    std::string sDia;
+    while (sDia.size() < k_uiRegistros * 80) sDia += sRegistros;
+    for (unsigned ui = 10; ui < 20; ++ui) {
+        const std::string sNome = "CRINTEGMID202305" + std::to_string(ui) + ".dat";
+        m_diretorio.CriaArquivo("MATRIZ/DF/" + sNome, XVArquivoDoTeste({sNome}, sDia));
+    }
     const std::size_t uiAntes = ZeraPico();
     CXVConversaoMiddleware conversao(nullptr);
     ASSERT_EQ(conversao.Inicializa(&m_dono), S_OK);

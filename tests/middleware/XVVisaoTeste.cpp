@@ -1,8 +1,5 @@
-// Viewing: beside a writer that never rests, on a medium that cannot be written, and
+// Viewing: beside a writer at work, on a medium that cannot be written, and
 // of files that say where they end.
-#include <atomic>
-#include <thread>
-
 #include "core/xvdatabase/XVDiarioFormato.h"
 #include "tests/harness/XVGanchoArquivos.h"
 #include "tests/harness/XVSistemaArquivosMorte.h"
@@ -22,51 +19,7 @@ class CXVVisaoTeste : public CXVCenarioLoja {
     }
 };
 
-TEST_F(CXVVisaoTeste, IntegracoesSaoDeUmMomentoAoLadoDeQuemNaoPara) {
-    constexpr XVUInt64 k_uiIntegracoes = 3;
-    constexpr int k_iRodadas = 300;
-    const TLoja pEscritor = Abre();
-    std::vector<REG_XVDMC> listaDmc(k_uiIntegracoes);
-    for (XVUInt64 n = 0; n < k_uiIntegracoes; ++n)
-        ASSERT_EQ(XVIntegracaoMarcada::GravaNova(*pEscritor, n + 1, 1, &listaDmc[n]), S_OK);
-    const TLoja pVisor = AbreVisor();
-    std::atomic<bool> bFim = false;
-    std::atomic<XVUInt64> uiGravadas = 0;
-    std::thread escritor([&] {
-        const CXVCapturaTrace captura;
-        for (XVUInt64 v = 2; !bFim && v < 100000; ++v) {
-            const std::size_t n = static_cast<std::size_t>(v % k_uiIntegracoes);
-            if (FAILED(XVIntegracaoMarcada::GravaAlterada(*pEscritor, listaDmc[n], n + 1, v))) break;
-            if (v % 16 == 0) {
-                REG_XVDMC regNova;
-                if (FAILED(XVIntegracaoMarcada::GravaNova(*pEscritor, 100 + v, v, &regNova))) break;
-            }
-            uiGravadas = v;
-        }
-    });
-    XVUInt64 aUltima[k_uiIntegracoes] = {};
-    for (int i = 0; i < k_iRodadas && !HasFailure(); ++i) {
-        const std::size_t n = static_cast<std::size_t>(i) % k_uiIntegracoes;
-        const XVUInt64 uiAntes = uiGravadas;
-        XVUInt64 uiVersao = 0;
-        const SIntegracaoLida lida = XVLe(*pVisor, listaDmc[n]);
-        ASSERT_EQ(XVIntegracaoMarcada::Confere(lida, &uiVersao), "") << "round " << i;
-        EXPECT_GE(uiVersao, aUltima[n]) << "an older version than was seen before";
-        EXPECT_GE(uiVersao + k_uiIntegracoes, uiAntes) << "older than what was over when the call began";
-        aUltima[n] = uiVersao;
-        if (i % 10 != 0) continue;
-        const TListaDmc achadas = XVBusca(*pVisor, {.tipos = {1, 2, 3}});
-        for (const XVUInt64 uiDmc : achadas)
-            ASSERT_EQ(XVIntegracaoMarcada::Confere(XVLe(*pVisor, {uiDmc}), &uiVersao), "") << "round " << i;
-        ASSERT_GE(XVBusca(*AbreVisor()).size(), k_uiIntegracoes);
-        while (uiGravadas < uiAntes + 4) std::this_thread::yield();
-    }
-    bFim = true;
-    escritor.join();
-    EXPECT_GT(uiGravadas, 100U) << "the writer worked meanwhile";
-}
-
-// Without a thread: the writer works between any two file operations of the viewer.
+// The writer works between any two file operations of the viewer.
 TEST_F(CXVVisaoTeste, OperacaoInteiraNoMeioDaLeitura) {
     TLoja pEscritor = Abre();
     REG_XVDMC regDmc;
@@ -93,6 +46,35 @@ TEST_F(CXVVisaoTeste, OperacaoInteiraNoMeioDaLeitura) {
             EXPECT_GE(uiLida + 1, uiVersao);
             bAcabou = uiOperacoes < uiOnde;
         }
+    }
+}
+
+// No search finds a mixture: the index record from before an operation and the record from after it.
+TEST_F(CXVVisaoTeste, OperacaoInteiraNoMeioDaBusca) {
+    const auto integracao = [](bool bDepois) {
+        CXVIntegracaoTeste nova(1, Mercos, bDepois ? eXVSMiddleware_Sucesso : eXVSMiddleware_Enviado);
+        nova.reg.eTipoIntegracao = bDepois ? eXVSMiddleware_CadastroProduto : eXVSMiddleware_BuscaPedidos;
+        return nova;
+    };
+    const TLoja pEscritor = Abre();
+    REG_XVDMC regDmc = Grava(*pEscritor, integracao(false));
+    const TLoja pVisor = AbreVisor();
+    CXVSistemaArquivosGancho gancho(m_Arquivos);
+    const CXVGuardaSistemaArquivos guarda(gancho);
+    bool bAcabou = false;
+    for (unsigned uiOnde = 1; !bAcabou; ++uiOnde) {
+        ASSERT_LT(uiOnde, 300U);
+        ASSERT_EQ(pEscritor->GravaIntegracao(&regDmc, integracao(false).Ptr()), S_OK);
+        unsigned uiOperacoes = 0;
+        const CXVGanchoArquivos depois([&] {
+            if (++uiOperacoes != uiOnde) return;
+            EXPECT_EQ(pEscritor->GravaIntegracao(&regDmc, integracao(true).Ptr()), S_OK);
+        });
+        EXPECT_EQ(
+            XVBusca(*pVisor, {.tipos = {eXVSMiddleware_CadastroProduto}, .status = {eXVSMiddleware_Enviado}}),
+            TListaDmc())
+            << "operation " << uiOnde;
+        bAcabou = uiOperacoes < uiOnde;
     }
 }
 

@@ -32,23 +32,20 @@ HRESULT CLogicaFalsa::OnInicializa() {
 
 HRESULT CLogicaFalsa::OnFinaliza() {
     ++SControleLogica::Atual().iFinalizacoes;
+    SControleLogica::Atual().fnFinaliza();
     return S_OK;
 }
 
-HRESULT CLogicaFalsa::Opera() {
-    ++SControleLogica::Atual().iOperacoes;
-    return SControleLogica::Atual().fnOperacao();
-}
-
 // The reads fill their outputs before they answer, success or not: nothing of a failure may reach the caller.
-HRESULT CLogicaFalsa::LeIntegracao(REG_XVDMC, tagREG_CR_INTEGRACAO_MIDDLEWAREPS* pReg, XVUInt64) {
+HRESULT CLogicaFalsa::LeIntegracao(REG_XVDMC regDmc, tagREG_CR_INTEGRACAO_MIDDLEWAREPS* pReg,
+                                   XVUInt64 ullFlags) {
     XVIgnora(CXVStringPS::StringToReg("{\"n\":1}", &pReg->regRegistroJSON));
     pReg->ulPonteiroFilial = 9;
-    return Opera();
+    return Opera("LeIntegracao", regDmc, ullFlags);
 }
 
 HRESULT CLogicaFalsa::LeIntegracoes(const _REG_DF_LISTA_XVDMCPS& rLista, XVUInt* pulQuantidade,
-                                    tagREG_CR_INTEGRACAO_MIDDLEWAREPS** ppReg, XVUInt64) {
+                                    tagREG_CR_INTEGRACAO_MIDDLEWAREPS** ppReg, XVUInt64 ullFlags) {
     const std::size_t uiBytes = rLista.ulQuantidade * sizeof(tagREG_CR_INTEGRACAO_MIDDLEWAREPS);
     *ppReg = static_cast<tagREG_CR_INTEGRACAO_MIDDLEWAREPS*>(XVAmbienteSO::AlocaSaida(uiBytes));
     for (XVUInt i = 0; i < rLista.ulQuantidade; ++i) {
@@ -56,27 +53,27 @@ HRESULT CLogicaFalsa::LeIntegracoes(const _REG_DF_LISTA_XVDMCPS& rLista, XVUInt*
         XVIgnora(CXVStringPS::StringToReg("mensagem", &(*ppReg)[i].regMensagemIntegracao));
     }
     *pulQuantidade = rLista.ulQuantidade;
-    return Opera();
+    return Opera("LeIntegracoes", rLista, ullFlags);
 }
 
-HRESULT CLogicaFalsa::BuscaPonteiros(const tagREG_CR_FILTRO_INTEGRACAO_MIDDLEWAREPS&,
+HRESULT CLogicaFalsa::BuscaPonteiros(const tagREG_CR_FILTRO_INTEGRACAO_MIDDLEWAREPS& reg,
                                      _REG_DF_LISTA_XVDMCPS* pLista) {
     XVIgnora(XVListaToReg({REG_XVDMC{1}, REG_XVDMC{2}}, pLista));
-    return Opera();
+    return Opera("BuscaPonteiros", reg);
 }
 
-HRESULT CLogicaFalsa::BuscaDadosSistemaTerceiro(const tagREG_CR_CONSULTA_SISTEMA_TERCEIROPS&,
+HRESULT CLogicaFalsa::BuscaDadosSistemaTerceiro(const tagREG_CR_CONSULTA_SISTEMA_TERCEIROPS& reg,
                                                 tagREG_CR_STATUS_CONSULTA_SISTEMA_TERCEIROPS* pReg) {
     XVIgnora(CXVStringPS::StringToReg("resposta", &pReg->regJSONRetorno));
     pReg->eStatusConsulta = 2;
-    return Opera();
+    return Opera("BuscaDadosSistemaTerceiro", reg);
 }
 
 HRESULT CLogicaFalsa::OnFuncaoGenerica(XVUInt ulFuncao, std::span<const XVByte> entrada,
                                        std::vector<XVByte>& saida) {
     saida.assign(entrada.rbegin(), entrada.rend());
     saida.push_back(static_cast<XVByte>(ulFuncao));
-    return Opera();
+    return Opera("FuncaoGenerica", ulFuncao);
 }
 
 REG_DF_INICIALIZAPS RegistroValido() {

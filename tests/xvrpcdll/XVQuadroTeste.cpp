@@ -250,3 +250,14 @@ TEST_F(CQuadro, InterfacesEContagemDeReferencias) {
     EXPECT_TRUE(m_p->TentaAddRef());
     EXPECT_EQ(m_p->Release(), 1U);
 }
+
+// Who keeps a list of live components may ask for one whose last reference has just gone.
+TEST_F(CQuadro, ComponenteQueAcabaNaoVolta) {
+    auto* p = new CComponenteFalso;
+    const REG_DF_INICIALIZAPS reg = RegistroValido();
+    ASSERT_EQ(p->Inicializa_Padrao(&reg), S_OK);
+    bool bVoltou = true;
+    m_controle.fnFinaliza = [&] { bVoltou = p->TentaAddRef(); };
+    EXPECT_EQ(p->Release(), 0U);
+    EXPECT_FALSE(bVoltou);
+}

@@ -5,7 +5,9 @@
 #include <functional>
 
 #include "client/XVCliente.h"
-#include "core/xvrpcdll/XVComponenteMiddleware.h"
+#include "support/XVAmbiente.h"
+#include "support/codes/XVCodigos.h"
+#include "support/trace/XVArquivoRecusado.h"
 #include "support/trace/XVCapturaTrace.h"
 #include "tests/harness/XVGuardasPlataforma.h"
 #include "tests/harness/XVRegistryFalso.h"
@@ -13,7 +15,6 @@
 #include "tests/harness/XVSistemaArquivosFalhas.h"
 #include "tests/harness/XVSistemaArquivosMemoria.h"
 #include "tests/xvdatabase/XVCabecalhoTeste.h"
-#include "tests/xvrpcdll/XVLogicaFalsa.h"
 #include "tools/xvcr/text/XVErros.h"
 
 namespace {
@@ -71,13 +72,20 @@ class Recusa : public testing::Test {
         m_Arquivos.CriaArquivo(Caminho(sNome), std::move(sConteudo));
     }
     void Apaga(const std::string& sNome) { ASSERT_TRUE(m_Arquivos.Apaga(Caminho(sNome)).Ok()); }
-    // A damage of the file's bytes; bFecha: sealed again, as another program's file would be.
-    std::function<void()> Altera(const char* pszNome, std::function<void(std::string&)> fn,
-                                 bool bFecha = true) {
-        return [this, pszNome, fn = std::move(fn), bFecha] {
+    // A damage of the file's bytes, sealed again, as another program's file would be.
+    std::function<void()> Altera(const char* pszNome, std::function<void(std::string&)> fn) {
+        return [this, pszNome, fn = std::move(fn)] {
             std::string s = Le(pszNome);
             fn(s);
-            if (bFecha) FechaCrc(s);
+            FechaCrc(s);
+            Cria(pszNome, std::move(s));
+        };
+    }
+    // One bit that is another, under the old seal.
+    std::function<void()> Vira(const char* pszNome, std::size_t uiByte) {
+        return [this, pszNome, uiByte] {
+            std::string s = Le(pszNome);
+            s[uiByte] ^= 1;
             Cria(pszNome, std::move(s));
         };
     }
@@ -109,35 +117,6 @@ class Recusa : public testing::Test {
         rCaso.fnEstraga();
     }
 
-    HRESULT UsaComponente(IXVCR_Middleware& r, EUso eUso) const {
-        REG_DF_INICIALIZAPS regInicializa = RegistroValido();
-        std::memset(regInicializa.szEmpresa, 0, sizeof(regInicializa.szEmpresa));
-        std::memcpy(regInicializa.szEmpresa, "UM", 2);
-        XVRegistroInicializacao::Sela(&regInicializa);
-        HRESULT hr = r.Inicializa_Padrao(&regInicializa);
-        if (FAILED(hr) || eUso == EUso::eAbre) return hr;
-        tagREG_CR_INTEGRACAO_MIDDLEWAREPS reg{};
-        if (eUso == EUso::eLe) {
-            hr = r.LeIntegracao(m_Dmc.uiValor, &reg, 7);
-            XVLiberaBuffers(&reg);
-        } else if (eUso == EUso::eBusca) {
-            tagREG_CR_FILTRO_INTEGRACAO_MIDDLEWAREPS filtro{};
-            XVUInt eTipo = eXVSMiddleware_BuscaPedidos;
-            filtro.ulQuantidadeTipoIntegracao = 1;
-            filtro.pListaTipoIntegracao = &eTipo;
-            _REG_DF_LISTA_XVDMCPS lista{};
-            hr = r.BuscaPonteiros(&filtro, &lista);
-            XVLiberaBuffers(&lista);
-        } else {
-            reg.eTipoIntegracao = eXVSMiddleware_BuscaPedidos;
-            reg.eStatusIntegracao = eXVSMiddleware_Pendente;
-            reg.eSistemaIntegracao = SimulacaoSistemaTerceiro;
-            reg.eTipoTransacao = eXVSMiddleware_Inclusao;
-            REG_XVDMC dmc;
-            hr = r.GravaIntegracao(&dmc, &reg);
-        }
-        return hr;
-    }
     HRESULT UsaCliente(XVCliente::CXVCliente& r, EUso eUso) const {
         const HRESULT hr = r.ConectaLocal(m_Identificacao, {});
         if (FAILED(hr) || eUso == EUso::eAbre) return hr;
@@ -161,12 +140,12 @@ class Recusa : public testing::Test {
         if (sArquivo.find("20240315") != std::string::npos) sArquivo += " (dia 15/03/2024)";
         Restaura(rCaso);
         {
-            const CReferencia<CXVCR_Middleware> p;
-            EXPECT_EQ(UsaComponente(*p, rCaso.eUso), rCaso.hr);
-            REG_DF_ULTIMO_ERROPS reg;
-            EXPECT_EQ(p->GetUltimoErro(&reg), S_OK);
-            EXPECT_EQ(reg.hrErro, rCaso.hr);
-            EXPECT_THAT(std::string(reg.szMensagem), EndsWith(" Arquivo: " + sArquivo));
+            XVCliente::CXVCliente cliente;
+            EXPECT_EQ(UsaCliente(cliente, rCaso.eUso), rCaso.hr);
+            XVCliente::SUltimoErro erro;
+            EXPECT_EQ(cliente.GetUltimoErro(&erro), S_OK);
+            EXPECT_EQ(erro.hrErro, rCaso.hr);
+            EXPECT_THAT(erro.sMensagem, EndsWith(" Arquivo: " + sArquivo));
         }
         EXPECT_TRUE(NoLog("Arquivo recusado: " + sArquivo + "\t"));
         Restaura(rCaso);
@@ -203,12 +182,8 @@ TEST_F(Recusa, CabecalhoDanificadoDeCadaForma) {
     const SCaso aCasos[] = {
         {"block size", k_pszIndice, E_XVCR_TAMANHO_CABECALHO_NAO_CONFERE, EUso::eAbre,
          Altera(k_pszIndice, [](auto& s) { Poe<XVUInt64>(s, 64, 215); })},
-        {"block B", k_pszIndice, E_XVCR_CRC_CABECALHO_NAO_CONFERE, EUso::eAbre,
-         Altera(
-             k_pszIndice, [](auto& s) { s[130] ^= 1; }, false)},
-        {"block A", k_pszIndice, E_XVCR_CRC_CABECALHO_NAO_CONFERE, EUso::eAbre,
-         Altera(
-             k_pszIndice, [](auto& s) { s[8] ^= 1; }, false)},
+        {"block B", k_pszIndice, E_XVCR_CRC_CABECALHO_NAO_CONFERE, EUso::eAbre, Vira(k_pszIndice, 130)},
+        {"block A", k_pszIndice, E_XVCR_CRC_CABECALHO_NAO_CONFERE, EUso::eAbre, Vira(k_pszIndice, 8)},
         {"appended to", k_pszIndice, E_XVCR_TAMANHO_ARQUIVO_NAO_CONFERE, EUso::eAbre,
          [this] { Cria(k_pszIndice, Le(k_pszIndice).substr(0, 250)); }},
         {"cut in the header", k_pszIndice, E_XVCR_TAMANHO_CABECALHO_NAO_CONFERE, EUso::eAbre,
@@ -226,18 +201,10 @@ TEST_F(Recusa, CabecalhoDanificadoDeCadaForma) {
                     Poe(s, 8, CrcBitABit(s.substr(0, 2)));
                     Poe(s, 16, CrcBitABit(s.substr(8, 8)));
                 })},
-        {"version file", k_pszVersao, E_XVCR_CRC_CABECALHO_NAO_CONFERE, EUso::eAbre,
-         Altera(
-             k_pszVersao, [](auto& s) { s[130] ^= 1; }, false)},
-        {"a day read", k_pszDia, E_XVCR_CRC_CABECALHO_NAO_CONFERE, EUso::eLe,
-         Altera(
-             k_pszDia, [](auto& s) { s[130] ^= 1; }, false)},
-        {"a day searched", k_pszDia, E_XVCR_CRC_CABECALHO_NAO_CONFERE, EUso::eBusca,
-         Altera(
-             k_pszDia, [](auto& s) { s[130] ^= 1; }, false)},
-        {"a day written to", k_pszDia, E_XVCR_CRC_CABECALHO_NAO_CONFERE, EUso::eGrava,
-         Altera(
-             k_pszDia, [](auto& s) { s[130] ^= 1; }, false)},
+        {"version file", k_pszVersao, E_XVCR_CRC_CABECALHO_NAO_CONFERE, EUso::eAbre, Vira(k_pszVersao, 130)},
+        {"a day read", k_pszDia, E_XVCR_CRC_CABECALHO_NAO_CONFERE, EUso::eLe, Vira(k_pszDia, 130)},
+        {"a day searched", k_pszDia, E_XVCR_CRC_CABECALHO_NAO_CONFERE, EUso::eBusca, Vira(k_pszDia, 130)},
+        {"a day written to", k_pszDia, E_XVCR_CRC_CABECALHO_NAO_CONFERE, EUso::eGrava, Vira(k_pszDia, 130)},
         {"a day's texts", k_pszJSONDia, E_XVCR_NOME_ARQUIVO_NAO_CONFERE, EUso::eLe,
          Altera(k_pszJSONDia, [](auto& s) { s[112] = 'X'; })},
     };
@@ -319,17 +286,17 @@ TEST_F(Recusa, SistemaQueNega) {
 
 // A failure that is no file's must not bear the name of the one before.
 TEST_F(Recusa, FalhaSeguinteNaoHerdaOArquivo) {
-    const CReferencia<CXVCR_Middleware> p;
-    ASSERT_EQ(UsaComponente(*p, EUso::eAbre), S_OK);
-    Altera(
-        k_pszDia, [](auto& s) { s[130] ^= 1; }, false)();
-    tagREG_CR_INTEGRACAO_MIDDLEWAREPS reg{};
-    REG_DF_ULTIMO_ERROPS regErro;
-    EXPECT_EQ(p->LeIntegracao(m_Dmc.uiValor, &reg, 7), E_XVCR_CRC_CABECALHO_NAO_CONFERE);
-    EXPECT_EQ(p->LeIntegracao(m_Dmc.uiValor + (1U << 14), &reg, 7), E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA);
-    EXPECT_EQ(p->GetUltimoErro(&regErro), S_OK);
-    EXPECT_EQ(regErro.hrErro, E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA);
-    EXPECT_EQ(std::string(regErro.szMensagem).find("Arquivo:"), std::string::npos);
+    XVCliente::CXVCliente cliente;
+    ASSERT_EQ(UsaCliente(cliente, EUso::eAbre), S_OK);
+    Vira(k_pszDia, 130)();
+    CXVDadosCR_IntegracaoMiddleware dados;
+    XVCliente::SUltimoErro erro;
+    EXPECT_EQ(cliente.LeIntegracao(m_Dmc, 7, &dados), E_XVCR_CRC_CABECALHO_NAO_CONFERE);
+    EXPECT_EQ(cliente.LeIntegracao({m_Dmc.uiValor + (1U << 14)}, 7, &dados),
+              E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA);
+    EXPECT_EQ(cliente.GetUltimoErro(&erro), S_OK);
+    EXPECT_EQ(erro.hrErro, E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA);
+    EXPECT_EQ(erro.sMensagem.find("Arquivo:"), std::string::npos);
 }
 
 }  // namespace

@@ -29,6 +29,8 @@ std::string SDadosTeste::Integracao() const {
 CXVCenarioTroca::CXVCenarioTroca()
     : m_rGravador(*m_Biblioteca.GetFuncao<PFXVGravador>(k_pszFuncaoGravador)()), m_pLoja(Abre()) {
     m_rGravador = {};
+    m_rGravador.iResultadoLista = 1;
+    m_rGravador.mapParametros["Posterior"].iResultado = m_rGravador.mapParametros["Atualiza"].iResultado = 1;
 }
 
 CXVCenarioTroca::~CXVCenarioTroca() {
@@ -86,6 +88,7 @@ SDadosTeste CXVCenarioTroca::Preparado(XVUInt eTransacao) {
 SRespostaDados CXVCenarioTroca::Resposta(unsigned uiBase, XVUInt eStatus) {
     SRespostaDados resposta;
     resposta.bMuda = true;
+    resposta.iResultado = 1;  // S_FALSE and its like are no failures, whoever answers them
     resposta.sJSON = "json " + std::to_string(uiBase);
     resposta.sMensagem = "mensagem " + std::to_string(uiBase);
     resposta.sRetorno = "retorno " + std::to_string(uiBase);

@@ -35,7 +35,7 @@ class CXVPendenciaTeste : public CXVCenarioTroca {
 TEST_F(CXVPendenciaTeste, ItemEGravadoComOQueOProvedorMudouEComSeuMapeamento) {
     m_rGravador.listaItens = {Item(), Item("")};
     m_rGravador.mapParametros["Atualiza"] = {
-        0, true, eXVSMiddleware_CadastroProduto, eXVSMiddleware_Alteracao, 204, k_uiTrocada, 205};
+        1, true, eXVSMiddleware_CadastroProduto, eXVSMiddleware_Alteracao, 204, k_uiTrocada, 205};
     ASSERT_EQ(GravaPendencia(), S_OK);
     XVProvedorParametros regPergunta = ParametrosItem();
     regPergunta.uiDmcOrigem = k_uiArgumento;

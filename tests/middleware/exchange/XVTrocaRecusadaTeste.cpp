@@ -116,34 +116,28 @@ TEST_F(CXVTrocaRecusadaTeste, SistemaDoChamadorDecideQuemEPerguntado) {
     }
 }
 
-TEST_F(CXVTrocaRecusadaTeste, IntegracaoQueNaoSeLeNaoETrocada) {
+// The named integration of a change, and the day's files of an inclusion.
+TEST_F(CXVTrocaRecusadaTeste, IntegracaoOuDiaQueNaoSeLeNaoETrocado) {
     m_rGravador.listaItens = {Item()};
     for (const XVUInt eTransacao : {XVUInt{eXVSMiddleware_Alteracao}, XVUInt{eXVSMiddleware_Exclusao}})
         EsperaRecusa(E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA, eTransacao, {XVChaveDmc(k_uiHoje, 9)});
-    const REG_XVDMC regDmc = GravaAnterior(71, eXVSMiddleware_Sucesso);
-    for (const char* pszArquivo : {"CRINTEGMID20240313.dat", "CRINTEGMIDJSON20240313.dat",
-                                   "CRINTEGMIDMENS20240313.dat", "CRINTEGMIDJSONRET20240313.dat"}) {
-        SCOPED_TRACE(pszArquivo);
-        Estraga(pszArquivo, 100);
-        EsperaRecusa(S_OK, eXVSMiddleware_Alteracao, regDmc);
-        Estraga(pszArquivo, 100);  // whole again
-    }
-    REG_XVDMC regInteira = regDmc;
-    EXPECT_EQ(Troca(eXVSMiddleware_Alteracao, &regInteira), S_OK);
-}
-
-TEST_F(CXVTrocaRecusadaTeste, ArquivoDoDiaRecusadoImpedeAInclusao) {
-    m_rGravador.listaItens = {Item()};
+    REG_XVDMC regAnterior = GravaAnterior(71, eXVSMiddleware_Sucesso);
     Grava(*m_pLoja, CXVIntegracaoTeste(71).Textos("a", "b", "c"));
-    for (const char* pszArquivo : {"CRINTEGMID20240315.dat", "CRINTEGMIDJSON20240315.dat",
-                                   "CRINTEGMIDMENS20240315.dat", "CRINTEGMIDJSONRET20240315.dat"}) {
-        SCOPED_TRACE(pszArquivo);
-        Estraga(pszArquivo, 100);
-        EsperaRecusa(S_OK);
-        Estraga(pszArquivo, 100);
-    }
-    REG_XVDMC regDmc;
-    EXPECT_EQ(Troca(eXVSMiddleware_Inclusao, &regDmc), S_OK);
+    for (const bool bInclusao : {false, true})
+        for (const char* pszGrupo : {"CRINTEGMID", "CRINTEGMIDJSON", "CRINTEGMIDMENS", "CRINTEGMIDJSONRET"}) {
+            const std::string sArquivo =
+                std::string(pszGrupo) + (bInclusao ? "20240315.dat" : "20240313.dat");
+            SCOPED_TRACE(sArquivo);
+            Estraga(sArquivo, 100);
+            if (bInclusao)
+                EsperaRecusa(S_OK);
+            else
+                EsperaRecusa(S_OK, eXVSMiddleware_Alteracao, regAnterior);
+            Estraga(sArquivo, 100);  // whole again
+        }
+    REG_XVDMC regNova;
+    EXPECT_EQ(Troca(eXVSMiddleware_Alteracao, &regAnterior), S_OK);
+    EXPECT_EQ(Troca(eXVSMiddleware_Inclusao, &regNova), S_OK);
 }
 
 TEST_F(CXVTrocaRecusadaTeste, OperacaoAnteriorQueFalhaOuRespondeOImpossivelImpedeATroca) {

@@ -84,6 +84,42 @@ TEST_F(CXVTrocaTeste, ExclusaoNaoConfirmadaSoFicaNoLog) {
         << LinhasPerdidas()[0];
 }
 
+// Two items, and two that count for nothing: each begins with the caller's record, not with the one before.
+TEST_F(CXVTrocaTeste, CadaItemComecaDoRegistroDoChamador) {
+    m_rGravador.listaItens = {Item("{\"p\":1}"), Item(""), Item("sem sistema"), Item("{\"p\":2}")};
+    m_rGravador.listaItens[2].eSistema = Tipo_Nenhum;
+    m_rGravador.listaItens[3].uiBase = 301;
+    m_rGravador.listaItens[3].uiChaveRegistro = 302;
+    m_rGravador.listaItens[3].ulFilial = 0;  // the caller's stays
+    m_rGravador.mapDados["EnviaJson"] = Resposta(400, eXVSMiddleware_Sucesso);
+    REG_XVDMC regDmc;
+    EXPECT_EQ(Troca(eXVSMiddleware_Alteracao, &regDmc), S_OK);
+    EXPECT_EQ(Chamadas("BuscaDados") + Chamadas("Posterior"), 2U) << "a change that names no integration";
+    EXPECT_TRUE(XVBusca(*m_pLoja).empty());
+
+    m_rGravador.listaChamadas.clear();
+    ASSERT_EQ(Troca(eXVSMiddleware_Inclusao, &regDmc), S_OK);
+    EXPECT_EQ(regDmc.uiValor, XVChaveDmc(k_uiHoje, 2)) << "the last one recorded";
+    ASSERT_EQ(m_rGravador.listaChamadas.size(), 7U);
+    const SDadosTeste um = Preparado(eXVSMiddleware_Inclusao);
+    SDadosTeste dois = um;
+    dois.sJSON = "{\"p\":2}";
+    dois.reg.uiBaseDadosTerceiro = 301;
+    dois.reg.uiChaveRegistroSistemaTerceiro = 302;
+    dois.reg.ulPonteiroFilial = 3;
+    EXPECT_EQ(m_rGravador.listaChamadas[2], um.Chamada("EnviaJson"));
+    EXPECT_EQ(m_rGravador.listaChamadas[5], dois.Chamada("EnviaJson"));
+}
+
+TEST_F(CXVTrocaTeste, FechamentoQueFalhaNaoTiraOQueFoiGravado) {
+    m_rGravador.listaItens = {Item()};
+    m_rGravador.mapDados["EnviaJson"] = Resposta(400, eXVSMiddleware_Sucesso);
+    m_rGravador.mapParametros["Posterior"].iResultado = static_cast<std::int32_t>(0x800705B4U);
+    REG_XVDMC regDmc;
+    EXPECT_EQ(Troca(eXVSMiddleware_Inclusao, &regDmc), XVHResult(0x800705B4U));
+    EXPECT_EQ(XVLe(*m_pLoja, regDmc).reg.uiChaveIntegracaoSistemaTerceiro, 401U);
+}
+
 TEST_F(CXVTrocaTeste, ChaveDeOutroSistemaNaoEEntregue) {
     REG_XVDMC regDmc = Grava(*m_pLoja, CXVIntegracaoTeste(71, OfficialBank, eXVSMiddleware_Sucesso));
     m_rGravador.listaItens = {Item()};
@@ -216,28 +252,6 @@ TEST_F(CXVTrocaTeste, ConsultaDiretaEntregaERecebeTodosOsCampos) {
     XVLiberaBuffers(&status);
     m_rGravador.consulta.iResultado = static_cast<std::int32_t>(E_NOTIMPL);
     EXPECT_EQ(m_pLoja->BuscaDadosSistemaTerceiro(consulta, &status), E_NOTIMPL);
-}
-
-// S_FALSE and its like are no failures, whoever answers them.
-TEST_F(CXVTrocaTeste, ResultadosPositivosSaoSucesso) {
-    m_rGravador.listaItens = {Item()};
-    m_rGravador.iResultadoLista = 1;
-    for (const char* pszOperacao : {"Anterior", "EnviaJson", "BuscaDados", "ExcluiDados"})
-        m_rGravador.mapDados[pszOperacao].iResultado = 0x00040001;
-    m_rGravador.mapDados["EnviaJson"] = Resposta(400, eXVSMiddleware_Sucesso);
-    m_rGravador.mapDados["EnviaJson"].iResultado = 1;
-    m_rGravador.mapDados["ExcluiDados"] = Resposta(500, eXVSMiddleware_Cancelado);
-    m_rGravador.mapDados["ExcluiDados"].iResultado = 1;
-    m_rGravador.mapParametros["Posterior"].iResultado = 1;
-    m_rGravador.mapParametros["Atualiza"].iResultado = 1;
-    REG_XVDMC regDmc;
-    ASSERT_EQ(Troca(eXVSMiddleware_Inclusao, &regDmc), S_OK);
-    EXPECT_EQ(XVLe(*m_pLoja, regDmc).reg.uiChaveIntegracaoSistemaTerceiro, 401U);
-    EXPECT_EQ(XVLe(*m_pLoja, regDmc, 7 | 8 | 16).hr, S_OK);
-    ASSERT_EQ(Troca(eXVSMiddleware_Exclusao, &regDmc), S_OK);
-    EXPECT_EQ(XVLe(*m_pLoja, regDmc).reg.eStatusIntegracao, eXVSMiddleware_Cancelado);
-    EXPECT_EQ(m_pLoja->GravaPendenciaIntegracao({k_uiOrigem}, Pedido(eXVSMiddleware_Inclusao)), S_OK);
-    EXPECT_EQ(XVBusca(*m_pLoja).size(), 2U);
 }
 
 }  // namespace

@@ -1,6 +1,8 @@
 #!/usr/bin/env python3
-"""Writes the same small store as versions 0 to 4 left it (v0 ... v4) and, in v5, the payloads without
-header that its converted files must have. Knows the layouts by itself: nothing of the product is used."""
+"""Writes the same small store as versions 0 to 4 left it (v0 ... v4) and the payloads without header that its
+converted files must have: in v5 those of records that were written in the last layouts, in v5_first those
+of records that were written in the first ones. Every field of every record holds another value, none of
+them 0, and the fillers are full. Knows the layouts by itself: nothing of the product is used."""
 import pathlib
 import struct
 
@@ -40,63 +42,87 @@ def cabecalho(nome, tamanho, versao_arquivo):
     return struct.pack('<H6x', 1) + crc + struct.pack('<Q', crc64(crc)) + bloco
 
 
-DIA1, DIA2 = dma(2023, 6, 5), dma(2023, 6, 6)
+# Every type that the renumbering knows, those beside them, and numbers that only look like one of them in
+# their low bytes.
+TIPOS = [*range(20), 0x105, 0x10007, 0x05000000, 0xFFFFFFFF]
 NOVO_TIPO = {5: 2, **{antigo: antigo - 4 for antigo in range(7, 20)}}
-TIPOS = {20230605: [1, 5, 6, 7, 19], 20230606: [9, 20]}
+DIAS = {20230605: range(0, 10), 20230606: range(10, 17), 20230607: range(17, 24)}
+DIA = dma(2023, 6, 5)
+PRIMEIRO, ULTIMO = 1, 2  # layouts
 
 
-def integracao(versao, chave, n, tipo):
-    if versao >= 4:
-        tipo = NOVO_TIPO.get(tipo, tipo)
-    data = DIA1 if chave == 20230605 else DIA2
-    inicio = struct.pack('<QQQQ', 0, dmc(0, 70 + n, 2), data_hora(data, 8, n), data_hora(data, 9, n))
-    campos = struct.pack('<8I', tipo, 1, n + 1, 1, 0, 3, 12, 0) + bytes([n % 2])
-    return inicio + campos + bytes(15) if versao < 3 else inicio + bytes(8) + campos + bytes(15)
+def enchimento(primeiro, quantos):
+    return bytes(range(primeiro, primeiro + quantos))
 
 
-def chave(versao, n, tipo):
-    if versao >= 5:
-        tipo = NOVO_TIPO.get(tipo, tipo)
-    meio, fim = (b'', b'') if versao < 2 else (bytes(8), bytes(8))
-    return struct.pack('<QQ', 9000 + n, dmc(0, 70 + n, 2)) + meio + struct.pack('<II', tipo, 16) + fim
+def tipo_de(n, renumerado):
+    return NOVO_TIPO.get(TIPOS[n], TIPOS[n]) if renumerado else TIPOS[n]
 
 
-def data_hora_integracao(versao, n, tipo):
-    if versao >= 5:
-        tipo = NOVO_TIPO.get(tipo, tipo)
-    return struct.pack('<QIII12x', data_hora(DIA1, n, 0), tipo, 16, 1)
+# escrito: the layout in which the record was written first; leiaute: the one that it has now.
+def integracao(n, posicao, escrito, leiaute, renumerado):
+    inicio = struct.pack('<QQQQ', dmc(DIA, 200 + n), dmc(0, 70 + n, 2), data_hora(DIA, 8, n), data_hora(DIA, 9, n))
+    campos = struct.pack('<8I', tipo_de(n, renumerado), 1 + n % 3, posicao, posicao + 1, posicao + 2, 300 + n,
+                         400 + n, 500 + n) + b'\x01'
+    if leiaute == PRIMEIRO:
+        return inicio + campos + enchimento(0xE0, 15)
+    if escrito == PRIMEIRO:
+        return inicio + bytes(8) + campos + bytes(15)
+    return (inicio + struct.pack('<Q', 0x0102030405060700 + n) + campos + struct.pack('<BI', 100 + n, 0xA1B2C300 + n) +
+            enchimento(0xD0, 10))
+
+
+def chave(n, escrito, leiaute, renumerado):
+    inicio = struct.pack('<QQ', 9000 + n, dmc(0, 70 + n, 2))
+    campos = struct.pack('<II', tipo_de(n, renumerado), (2, 8, 16)[n % 3])
+    if leiaute == PRIMEIRO:
+        return inicio + campos
+    base, origem = (0, 0) if escrito == PRIMEIRO else (600 + n, dmc(DIA, 1 + n))
+    return inicio + struct.pack('<Q', base) + campos + struct.pack('<Q', origem)
+
+
+def data_hora_integracao(n, renumerado):
+    return struct.pack('<QIII', data_hora(DIA, 10, n), tipo_de(n, renumerado), (2, 8, 16)[n % 3],
+                       1 + n // 12) + enchimento(0xC0, 12)
 
 
 def texto(*textos):
     return b''.join(struct.pack('<I', len(t.encode())) + t.encode() for t in textos)
 
 
-def convertidos(versao):
-    arquivos = {f'CRINTEGMID{c}.dat': b''.join(integracao(versao, c, n, t) for n, t in enumerate(tipos))
-                for c, tipos in TIPOS.items()}
-    arquivos['CRCHAVEREGTER.dat'] = b''.join(chave(versao, n, t) for n, t in enumerate([2, 5, 10, 6]))
-    arquivos['CRDTHRINTEG.dat'] = b''.join(data_hora_integracao(versao, n, t) for n, t in enumerate([9, 13]))
+def registros(versao, integracoes_escritas, chaves_escritas):
+    leiaute = PRIMEIRO if versao < 3 else ULTIMO
+    arquivos = {f'CRINTEGMID{dia}.dat': b''.join(integracao(n, p, integracoes_escritas, leiaute, versao >= 4)
+                                                 for p, n in enumerate(numeros, 1))
+                for dia, numeros in DIAS.items()}
+    leiaute = PRIMEIRO if versao < 2 else ULTIMO
+    arquivos['CRCHAVEREGTER.dat'] = b''.join(chave(n, chaves_escritas, leiaute, versao >= 5) for n in range(len(TIPOS)))
+    arquivos['CRDTHRINTEG.dat'] = b''.join(data_hora_integracao(n, versao >= 5) for n in range(len(TIPOS)))
     return arquivos
 
 
 def outros():
-    index = b''.join(struct.pack('<QQII', 100 + n, dmc(d, n + 1), 16, 3)
-                     for d, tipos in ((DIA1, TIPOS[20230605]), (DIA2, TIPOS[20230606])) for n in range(len(tipos)))
+    index = b''.join(struct.pack('<QQII', 100 + n, dmc(dma(2023, 6, dia % 100), p), (2, 8, 16)[n % 3], 1 + n % 5)
+                     for dia, numeros in DIAS.items() for p, n in enumerate(numeros, 1))
     arquivos = {'CRINDEXINTEG.dat': index}
-    for c, tipos in TIPOS.items():
-        arquivos[f'CRINTEGMIDJSON{c}.dat'] = texto(*(f'{{"pedido":{n},"cliente":"Três Irmãos"}}' for n in range(len(tipos))))
-        arquivos[f'CRINTEGMIDMENS{c}.dat'] = texto('Integração aceita')
+    for dia, numeros in DIAS.items():
+        quantos = range(1, len(numeros) + 3)
+        arquivos[f'CRINTEGMIDJSON{dia}.dat'] = texto(*(f'{{"pedido":{k},"cliente":"Três Irmãos"}}' for k in quantos))
+        arquivos[f'CRINTEGMIDMENS{dia}.dat'] = texto(*(f'Integração aceita {k}' for k in quantos))
+        arquivos[f'CRINTEGMIDJSONRET{dia}.dat'] = texto(*(f'{{"id":{k}}}' for k in quantos))
     return arquivos
 
 
 def main():
     pasta = pathlib.Path(__file__).parent
-    for versao in range(6):
-        destino = pasta / f'v{versao}'
+    stores = {f'v{v}': (v, PRIMEIRO if v < 3 else ULTIMO, PRIMEIRO if v < 2 else ULTIMO) for v in range(5)}
+    stores |= {'v5_first': (5, PRIMEIRO, PRIMEIRO), 'v5': (5, ULTIMO, ULTIMO)}
+    for nome_pasta, (versao, *escritos) in stores.items():
+        destino = pasta / nome_pasta
         destino.mkdir(exist_ok=True)
         for antigo in destino.glob('*.dat'):
             antigo.unlink()
-        arquivos = dict(convertidos(versao))
+        arquivos = registros(versao, *escritos)
         if versao < 5:
             arquivos |= outros()
         if versao > 0:
