@@ -42,7 +42,7 @@ class TXVArrayRegistros {
     void Reserva(std::size_t uiQuantidade) {
         const std::size_t uiNecessario = m_uiQuantidade + uiQuantidade;
         while (m_uiBase + m_listaBlocos.size() * k_uiBloco < uiNecessario)
-            m_listaBlocos.emplace_back(new T[k_uiBloco]);
+            m_listaBlocos.push_back(std::make_unique_for_overwrite<T[]>(k_uiBloco));
     }
 
     void Inclui(const T& reg) {
