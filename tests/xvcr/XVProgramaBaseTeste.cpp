@@ -80,9 +80,10 @@ struct SPasso {
     int iRegistros;
 };
 constexpr SPasso k_aPassos[] = {
-    {1, "CRINTEGMID20230605.dat", 5}, {1, "CRINTEGMID20230606.dat", 2}, {2, "CRCHAVEREGTER.dat", 4},
-    {3, "CRINTEGMID20230605.dat", 5}, {3, "CRINTEGMID20230606.dat", 2}, {4, "CRINTEGMID20230605.dat", 5},
-    {4, "CRINTEGMID20230606.dat", 2}, {5, "CRDTHRINTEG.dat", 2},        {5, "CRCHAVEREGTER.dat", 4}};
+    {1, "CRINTEGMID20230605.dat", 10}, {1, "CRINTEGMID20230606.dat", 7},  {1, "CRINTEGMID20230607.dat", 7},
+    {2, "CRCHAVEREGTER.dat", 24},      {3, "CRINTEGMID20230605.dat", 10}, {3, "CRINTEGMID20230606.dat", 7},
+    {3, "CRINTEGMID20230607.dat", 7},  {4, "CRINTEGMID20230605.dat", 10}, {4, "CRINTEGMID20230606.dat", 7},
+    {4, "CRINTEGMID20230607.dat", 7},  {5, "CRDTHRINTEG.dat", 24},        {5, "CRCHAVEREGTER.dat", 24}};
 
 // Record lengths in bytes of a store of the version that a simulation looks at.
 int BytesDoRegistro(const std::string& sArquivo, int iVersao) {
@@ -124,9 +125,9 @@ TEST_P(ProgramaConversao, SimulaConverteERespondePeloPrograma) {
     EXPECT_EQ(Json("converte --simula"), listaPrevistos);
     EXPECT_EQ(Json("converte"), listaFeitos);
     EXPECT_EQ(Xvcr("versao").sSaida, versao(5, "atual"));
-    EXPECT_EQ(Xvcr("busca --conta").sSaida, "7\n");
+    EXPECT_EQ(Xvcr("busca --conta").sSaida, "24\n");
     EXPECT_EQ(Json("le 20230605-5-1 --json-enviado").at(0)["regRegistroJSON"],
-              "{\"pedido\":4,\"cliente\":\"Três Irmãos\"}");
+              "{\"pedido\":5,\"cliente\":\"Três Irmãos\"}");
 }
 
 INSTANTIATE_TEST_SUITE_P(Versoes, ProgramaConversao, testing::Range(0, 5));
@@ -136,22 +137,24 @@ TEST_F(ProgramaBase, ConversaoDitaAUmaPessoa) {
     std::filesystem::copy(std::filesystem::path(XV_DOURADOS) / "v3", m_Diretorio.Junta("001/DF"));
     EXPECT_EQ(Xvcr("converte --simula").sSaida,
               "versão da base: 3\n"
-              "passo 4: 2 arquivo(s)\n"
-              "  CRINTEGMID20230605.dat  440 bytes\n"
-              "  CRINTEGMID20230606.dat  176 bytes\n"
+              "passo 4: 3 arquivo(s)\n"
+              "  CRINTEGMID20230605.dat  880 bytes\n"
+              "  CRINTEGMID20230606.dat  616 bytes\n"
+              "  CRINTEGMID20230607.dat  616 bytes\n"
               "passo 5: 2 arquivo(s)\n"
-              "  CRDTHRINTEG.dat  64 bytes\n"
-              "  CRCHAVEREGTER.dat  160 bytes\n");
+              "  CRDTHRINTEG.dat  768 bytes\n"
+              "  CRCHAVEREGTER.dat  960 bytes\n");
     EXPECT_EQ(Xvcr("converte").sSaida,
-              "passo 4: 2 arquivo(s)\n"
-              "  1/2  CRINTEGMID20230605.dat  5 registros\n"
-              "  2/2  CRINTEGMID20230606.dat  2 registros\n"
-              "passo 4 concluído: 7 registros\n"
+              "passo 4: 3 arquivo(s)\n"
+              "  1/3  CRINTEGMID20230605.dat  10 registros\n"
+              "  2/3  CRINTEGMID20230606.dat  7 registros\n"
+              "  3/3  CRINTEGMID20230607.dat  7 registros\n"
+              "passo 4 concluído: 24 registros\n"
               "passo 5: 2 arquivo(s)\n"
-              "  1/2  CRDTHRINTEG.dat  2 registros\n"
-              "  2/2  CRCHAVEREGTER.dat  4 registros\n"
-              "passo 5 concluído: 6 registros\n"
-              "convertida da versão 3 para a 5: 4 arquivo(s), 13 registros\n");
+              "  1/2  CRDTHRINTEG.dat  24 registros\n"
+              "  2/2  CRCHAVEREGTER.dat  24 registros\n"
+              "passo 5 concluído: 48 registros\n"
+              "convertida da versão 3 para a 5: 5 arquivo(s), 72 registros\n");
 }
 
 // putenv makes no copy: what it was given stays for good.
