@@ -34,6 +34,7 @@ def run_tests(program, tests, limit, planted=None):
         switch = {"XV_PLANTED_REACHED": reached} if planted is None else {"XV_PLANTED": f"{planted:x}"}
         temporary = os.path.join(folder, "tmp")
         os.mkdir(temporary)
+        os.chmod(folder, 0o755)  # a test may become another user, and has to come to its files
         # A fault may ask for all memory. (What it may write is not limited: tests look at that limit.)
         path, folder_of_tests = program
         command = ["prlimit", "--core=0", f"--as={8 << 30}", path, f"--gtest_filter={tests}",
