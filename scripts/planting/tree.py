@@ -89,12 +89,12 @@ def plant(text, faults):
 
 
 def tree_files():
-    listed = subprocess.run(["git", "ls-files", "-co", "--exclude-standard"], cwd=ROOT,
+    listed = subprocess.run(["git", "ls-files", "-coz", "--exclude-standard"], cwd=ROOT,
                             capture_output=True, text=True)
-    names = listed.stdout.split("\n") if listed.returncode == 0 else [
+    names = listed.stdout.split("\0") if listed.returncode == 0 else [
         os.path.relpath(os.path.join(base, name), ROOT) for base, _, found in os.walk(ROOT) for name in found]
     return {name for name in names
-            if name and not name.startswith("build") and os.path.isfile(os.path.join(ROOT, name))}
+            if name and not name.startswith(("build", ".git/")) and os.path.isfile(os.path.join(ROOT, name))}
 
 
 def write(name, content):

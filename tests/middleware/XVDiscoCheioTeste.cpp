@@ -1,5 +1,6 @@
 // A store on a device without one free byte: it opens, is searched and read; the first write says that the
 // device is full; with space given back it works.
+#include "tests/harness/XVSistemaArquivosFalhas.h"
 #include "tests/middleware/XVCenarioVarredura.h"
 
 namespace {
@@ -29,6 +30,23 @@ class CXVDiscoCheio : public CXVCenarioLoja {
 
     TRetratoLoja m_retrato;
 };
+
+// Not even a name can be created: there is no journal, and so nothing is recorded.
+TEST_F(CXVDiscoCheio, AbreBuscaELeTambemQuandoODiarioNaoPodeSerCriado) {
+    CXVSistemaArquivosFalhas falhas(m_Arquivos);
+    const CXVGuardaSistemaArquivos guarda(falhas);
+    falhas.SetFiltro([](const std::string& sCaminho) { return sCaminho.ends_with(".srk"); });
+    falhas.Programa(
+        {.eOperacao = EOperacaoArquivo::eAbre, .bPermanente = true, .eCausa = ECausaArquivo::eDiscoCheio});
+    const TLoja pLoja = Abre();
+    ASSERT_NE(pLoja, nullptr);
+    EXPECT_EQ(Diferenca(m_retrato, *pLoja), "");
+    EXPECT_EQ(Inclui(*pLoja, 77), eDiskFull);
+    EXPECT_EQ(Diferenca(m_retrato, *pLoja), "");
+    EXPECT_GT(falhas.GetFalhasOcorridas(), 0U) << "the journal was asked for";
+    falhas.Limpa();
+    EXPECT_EQ(Inclui(*pLoja, 78), S_OK);
+}
 
 // However much space there is, an operation takes place whole or not at all. The journal has its place
 // already: what is scarce is the place of the files.

@@ -96,6 +96,27 @@ TEST_F(CXVGravacaoTeste, LogQueNaoSeGravaNaoDesfazOQueFoiGravado) {
     EXPECT_TRUE(m_Captura.Contem("GetAcessoEmpresarial()->GravaLogGeral(eServico, sTexto)"));
 }
 
+TEST_F(CXVGravacaoTeste, IntegracoesDeUmaChaveGravadasJuntasDiferemEDeixamUmRegistroDoIndice) {
+    constexpr unsigned k_uiThreads = 4;
+    std::vector<TListaDmc> listas(k_uiThreads);
+    XVEmThreads(k_uiThreads, [&](std::size_t i) {
+        const CXVCapturaTrace captura;
+        for (std::size_t j = 0; j < 25; ++j) {
+            const std::string sTexto = std::to_string(i * 1000 + j);
+            const REG_XVDMC regDmc =
+                Grava(*m_pLoja, CXVIntegracaoTeste(7, OfficialBank).Textos(sTexto, sTexto, sTexto));
+            listas[i].push_back(regDmc.uiValor);
+            const SIntegracaoLida lida = XVLe(*m_pLoja, regDmc);
+            EXPECT_TRUE(FAILED(lida.hr) || lida.sJSON == sTexto) << "the index may name a later one already";
+        }
+    });
+    TListaDmc todas;
+    for (const auto& lista : listas) todas.insert(todas.end(), lista.begin(), lista.end());
+    std::sort(todas.begin(), todas.end());
+    EXPECT_EQ(std::adjacent_find(todas.begin(), todas.end()), todas.end());
+    EXPECT_EQ(Registros("CRINDEXINTEG.dat", 24), 1U) << "one bank key, one index record";
+}
+
 TEST_F(CXVGravacaoTeste, MapeamentosEDatasDeUmaChaveGravadosJuntosDeixamUmRegistro) {
     XVEmThreads(4, [&](unsigned i) {
         const TLoja pPropria = Abre(static_cast<XVUShort>(i + 1));

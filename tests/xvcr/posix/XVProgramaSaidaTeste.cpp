@@ -29,9 +29,10 @@ class ProgramaSaida : public XVPrograma {
 
 TEST_F(ProgramaSaida, ResultadoQueNaoSeEscreveEFalha) {
     const std::string sDmc = Grava({"--json-enviado", std::string(100000, 'x'), "--sistema", "Mercos"});
+    // A pipe whose only reader is gone before the program starts.
     const std::string sCano =
-        "mkfifo \"$XVCANO\" && { read x <\"$XVCANO\"; trap '' PIPE; \"$@\"; echo saida=$? >&2; } |"
-        "{ exec <&-; echo vai >\"$XVCANO\"; }";
+        "trap '' PIPE; mkfifo \"$XVCANO\" && exec 3<>\"$XVCANO\" 4>\"$XVCANO\" 3<&- && \"$@\" >&4 4>&-; "
+        "echo saida=$? >&2";
     const std::string sComCano = "XVCANO='" + m_Diretorio.Junta("cano") + "'; export XVCANO; " + sCano;
     const std::vector<std::vector<std::string>> listaComandos{
         {"busca"},  {"busca", "--json"}, {"le", sDmc, "--todos"}, {"le", sDmc, "--todos", "--json"},
