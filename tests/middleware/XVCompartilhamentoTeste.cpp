@@ -1,7 +1,5 @@
 // One store of a company in the process, several companies, viewing beside a writer.
 #include "core/xvdatabase/XVDiarioFormato.h"
-#include "core/xvdatabase/XVMarcas.h"
-#include "suite/XVAcessoEmpresarial.h"
 #include "tests/harness/XVSistemaArquivosFalhas.h"
 #include "tests/middleware/XVCenarioLoja.h"
 
@@ -127,15 +125,6 @@ TEST_F(CXVCompartilhamentoTeste, BasePosteriorFicaComoEstaComSeuDiario) {
     CBaseMiddleware loja;
     EXPECT_EQ(loja.Inicializa(&m_Dono), E_XVCR_VERSAO_BASE_SUPERIOR_VERSAO_SISTEMA);
     EXPECT_EQ(m_Arquivos.Diferenca(antes, RetratoSemLogs()), "");
-}
-
-TEST_F(CXVCompartilhamentoTeste, AberturaRetiraAsMarcasDeQuemMorreu) {
-    const std::string asMarcas[] = {XVMarcas::Nome(XV_CR, IXVArqMarcaEnum::ControleCriacaoArquivosInMemory),
-                                    XVMarcas::Nome(XV_CR, IXVArqMarcaEnum::Conversao),
-                                    std::string(CXVAcessoEmpresarial::k_pszMarcaCriacao)};
-    for (const std::string& sMarca : asMarcas) m_Arquivos.CriaArquivo(PastaDados(sMarca), "");
-    const TLoja pLoja = Abre();
-    for (const std::string& sMarca : asMarcas) EXPECT_EQ(Conteudo(sMarca), "<ausente>") << sMarca;
 }
 
 }  // namespace

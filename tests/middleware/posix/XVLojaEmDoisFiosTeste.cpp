@@ -59,7 +59,7 @@ TEST_F(CXVLojaEmDoisFios, QuemEsperaPorUmaAberturaQueFalhaAbrePorSi) {
     { Grava(*Abre(), CXVIntegracaoTeste(1)); }
     CBaseMiddleware primeira;
     ASSERT_NO_FATAL_FAILURE(Abrem(
-        AbreIndice, [&] { EXPECT_EQ(primeira.Inicializa(&m_Dono), eHardIO); }, true));
+        AbreIndice, [&] { EXPECT_TRUE(FAILED(primeira.Inicializa(&m_Dono))); }, true));
     Grava(*m_pSegunda, CXVIntegracaoTeste(2));
     EXPECT_EQ(XVBusca(*m_pSegunda).size(), 2U);
     EXPECT_EQ(m_pSegunda->Finaliza(), S_OK);
