@@ -106,8 +106,8 @@ class CXVOperacao {
     // touch.
     void SetChave(XVUInt64 uiChave) { m_uiChave = uiChave; }
     XVUInt64 GetChave() const { return m_uiChave; }
-    // It makes a file that a waiting operation makes, too, and both would begin at the file's start: it has to
-    // be prepared again when nobody waits.
+    // It makes a file that a waiting operation makes, too, and both would begin at its start: it has to be
+    // prepared again when nobody waits.
     void SetRepeteCriacao() { m_bRepeteCriacao = true; }
     bool RepeteCriacao() const { return m_bRepeteCriacao; }
     // Adds a caller's place to the writes from uiPrimeira on.
