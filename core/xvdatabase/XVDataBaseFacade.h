@@ -126,7 +126,7 @@ class CXVDataBaseFacade : public TBase {
             if (SUCCEEDED(hr)) hr = prepara(operacao);
             if (FAILED(hr)) return hr;
             if (hr == S_OK && eFila == EFila::eSozinha) return operacao.Executa();
-            bool bRefaz = hr == S_FALSE;
+            bool bRefaz = hr == S_FALSE || operacao.RepeteCriacao();
             if (!bRefaz) hr = rDiario.Executa(operacao, bloqueio, &bRefaz);
             if (!bRefaz) return hr;
             eFila = EFila::eSozinha;

@@ -53,6 +53,7 @@ HRESULT CXVFileBase::PreparaGravacao(CXVOperacao& rOperacao, CXVGravacaoPreparad
     IniciaPrevisao();
     SGravacao& g = rGravacao.m_gravacao;
     g.bCria = !ExisteArquivo();
+    if (g.bCria && TemPreparadas()) rOperacao.SetRepeteCriacao();
     if (g.bCria) m_bCriado = false;
     g.bTemCabecalho = g.bCria ? GerenciarCabecalho() : m_bCabecalhoValidado;
     XVUInt64 uiSeek = GetSeekCabecalho();

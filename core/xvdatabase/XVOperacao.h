@@ -106,6 +106,10 @@ class CXVOperacao {
     // touch.
     void SetChave(XVUInt64 uiChave) { m_uiChave = uiChave; }
     XVUInt64 GetChave() const { return m_uiChave; }
+    // It makes a file that a waiting operation makes, too, and both would begin at its start: it has to be
+    // prepared again when nobody waits.
+    void SetRepeteCriacao() { m_bRepeteCriacao = true; }
+    bool RepeteCriacao() const { return m_bRepeteCriacao; }
     // Adds a caller's place to the writes from uiPrimeira on.
     void Anota(std::size_t uiPrimeira, const SPontoFalha& rPonto);
 
@@ -143,6 +147,7 @@ class CXVOperacao {
   private:
     CXVDataBase* m_pDataBase;
     XVUInt64 m_uiChave = 0;
+    bool m_bRepeteCriacao = false;
     std::array<CXVGravacaoPreparada*, k_uiPartes> m_aPartes{};
     std::array<CXVGravacaoPreparada*, k_uiPartes> m_aOrdem{};  // of writing
     std::size_t m_uiPartes = 0;

@@ -1,4 +1,6 @@
 // One store of a company in the process, several companies, viewing beside a writer.
+#include "core/xvdatabase/XVDiarioFormato.h"
+#include "tests/harness/XVSistemaArquivosFalhas.h"
 #include "tests/middleware/XVCenarioLoja.h"
 
 namespace {
@@ -17,7 +19,7 @@ class CXVCompartilhamentoTeste : public CXVCenarioLoja {
 
 TEST_F(CXVCompartilhamentoTeste, ObjetosDaEmpresaDividemABaseECarimbamSeuUsuario) {
     TLoja pUm = Abre(11, "MATRIZ", 101);
-    TLoja pDois = Abre(12, "MATRIZ", 102);
+    TLoja pDois = Abre(12, "Matriz", 102);  // the same directory
     const REG_XVDMC regDmc = Grava(*pUm, CXVIntegracaoTeste(1));
     EXPECT_EQ(Usuario(Conteudo("CRINDEXINTEG.dat")), 11U);
     EXPECT_EQ(XVLe(*pDois, regDmc).hr, S_OK) << "seen at once";
@@ -92,6 +94,37 @@ TEST_F(CXVCompartilhamentoTeste, BaseDeOutroProcessoERecusadaENadaFicaAberto) {
     pAlheio.reset();
     EXPECT_EQ(loja.Inicializa(&m_Dono), S_OK) << "the same object, once the other one has gone";
     EXPECT_EQ(XVBusca(loja).size(), 1U);
+}
+
+TEST_F(CXVCompartilhamentoTeste, SoOUltimoFechaEDizOQueFalhou) {
+    CXVSistemaArquivosFalhas falhas(m_Arquivos);
+    falhas.SetFiltro([](const std::string& s) { return s.ends_with(k_pszNomeDiario); });
+    const CXVGuardaSistemaArquivos guarda(falhas);
+    const TLoja pUm = Abre();
+    const TLoja pDois = Abre(12);
+    Grava(*pUm, CXVIntegracaoTeste(1));
+    falhas.Programa({.bPermanente = true});
+    EXPECT_EQ(pUm->Finaliza(), S_OK);
+    EXPECT_EQ(pDois->Finaliza(), eHardIO);
+    falhas.Limpa();
+    EXPECT_EQ(XVBusca(*Abre()).size(), 1U);
+}
+
+// The process of a later program has died: its journal is that program's business, too.
+TEST_F(CXVCompartilhamentoTeste, BasePosteriorFicaComoEstaComSeuDiario) {
+    CXVSistemaArquivosMemoria::TRetrato morte;
+    {
+        const TLoja pLoja = Abre();
+        Grava(*pLoja, CXVIntegracaoTeste(1));
+        morte = m_Arquivos.Retrata();
+    }
+    m_Arquivos.Restaura(morte);
+    m_Arquivos.CriaArquivo(PastaDados("CRMIDDLEWAREVS.dat"),
+                           XVArquivoDoTeste({"CRMIDDLEWAREVS.dat"}, CXVBytes().U16(6).Zeros(14).Str()));
+    const auto antes = RetratoSemLogs();
+    CBaseMiddleware loja;
+    EXPECT_EQ(loja.Inicializa(&m_Dono), E_XVCR_VERSAO_BASE_SUPERIOR_VERSAO_SISTEMA);
+    EXPECT_EQ(m_Arquivos.Diferenca(antes, RetratoSemLogs()), "");
 }
 
 }  // namespace
