@@ -98,7 +98,7 @@ TEST_F(Registro, CadaOpcaoMostraOsSeus) {
     const std::string sArquivo = m_Diretorio.Junta("001/DF/XVProfilerErros_Base_202610.log");
     const struct {
         TArgumentos listaOpcoes;
-        json esperados;
+        std::vector<json> esperados;
     } aCasos[] = {
         {{}, {m_Outubro, m_Manha, m_Noite}},
         {{"--ultimos", "2"}, {m_Manha, m_Noite}},
@@ -111,7 +111,7 @@ TEST_F(Registro, CadaOpcaoMostraOsSeus) {
         {{"--ate", "2026-11-19"}, {m_Outubro}},
         {{"--do-usuario", "8"}, {m_Manha}},
         {{"--da-sessao", "0043"}, {m_Noite}},
-        {{"--da-sessao", "8"}, json::array()},
+        {{"--da-sessao", "8"}, {}},
         {{"--da-empresa", "002"}, {m_Noite}},
         {{"--funcao", "grava"}, {m_Manha}},
         {{"--codigo", "0x81080aaa"}, {m_Outubro}},
@@ -123,12 +123,12 @@ TEST_F(Registro, CadaOpcaoMostraOsSeus) {
     for (const auto& rCaso : aCasos) {
         TArgumentos listaOpcoes = rCaso.listaOpcoes;
         listaOpcoes.insert(listaOpcoes.end(), {"--empresa", "001"});
-        EXPECT_EQ(Mostra(listaOpcoes), rCaso.esperados) << testing::PrintToString(rCaso.listaOpcoes);
+        EXPECT_EQ(Mostra(listaOpcoes), json(rCaso.esperados)) << testing::PrintToString(rCaso.listaOpcoes);
     }
 }
 
 TEST_F(Registro, SemEmpresaOsDosProgramas) {
-    EXPECT_EQ(Mostra({}), json({m_Programas}));
+    EXPECT_EQ(Mostra({}), json::array({m_Programas}));
     const json saida{{"DataHora", "2026-11-21T10:11:13"},
                      {"Tipo", "SAIU"},
                      {"Empresa", "001"},
@@ -141,8 +141,9 @@ TEST_F(Registro, SemEmpresaOsDosProgramas) {
                      {"Expressao", "Fim"},
                      {"Duracao", "15"},
                      {"Parametros", {"n = 3", "m = \\x1B"}}};
-    EXPECT_EQ(Mostra({"--perfil"}), json({saida}));
-    EXPECT_EQ(Mostra({"--perfil", "--empresa", "001"}), json({saida})) << "there is one for all companies";
+    EXPECT_EQ(Mostra({"--perfil"}), json::array({saida}));
+    EXPECT_EQ(Mostra({"--perfil", "--empresa", "001"}), json::array({saida}))
+        << "there is one for all companies";
 
     // The installation's directory, where none is given.
     CXVRegistryFalso registry;
@@ -182,10 +183,11 @@ TEST_F(Registro, SegueOQueChegaPeloTempoPedido) {
                     "E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA");
     };
     EXPECT_EQ(Mostra({"--empresa", "001", "--segue", "--por", "2", "--ultimos", "1", "--funcao", "Le"}),
-              json({m_Noite, chegada("2026-11-21T10:00:00", 7, 45), chegada("2026-12-01T10:00:00", 7, 46),
-                    chegada("2026-11-21T10:00:00", 8, 45)}));
+              json::array({m_Noite, chegada("2026-11-21T10:00:00", 7, 45),
+                           chegada("2026-12-01T10:00:00", 7, 46), chegada("2026-11-21T10:00:00", 8, 45)}));
     EXPECT_EQ(relogio.GetMilissegundosDormidos(), 2000U);
-    EXPECT_EQ(Mostra({"--empresa", "001", "--segue", "--por", "1", "--do-usuario", "9"}), json({m_Noite}));
+    EXPECT_EQ(Mostra({"--empresa", "001", "--segue", "--por", "1", "--do-usuario", "9"}),
+              json::array({m_Noite}));
 }
 
 TEST(LinhaLog, LinhaEstranhaOuCortadaNaoDerruba) {
