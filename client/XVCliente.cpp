@@ -35,6 +35,7 @@ struct SSaidaIntegracoes {
 
 bool ServidorFoiEmbora(HRESULT hr) {
     switch (static_cast<XVUInt>(hr)) {
+        case 0x800706B5U:  // an ending server has given its interfaces back already: the call did not execute
         case 0x800706BAU:  // server unavailable
         case 0x800706BEU:  // call failed
         case 0x800706BFU:  // call failed and did not execute
