@@ -157,9 +157,9 @@ TEST(MortesReais, MarcasQueNinguemSeguraSaoRetiradasPeloProximoEscritor) {
     abreEFecha(true);
     EXPECT_EQ(marcas(), sobras);
     std::unique_ptr<IXVMarcaDiretorio> pSegura;
-    ASSERT_TRUE(XVPlataforma::SistemaArquivos().MarcaDiretorio(pasta.string(), "loggeral", pSegura).Ok());
+    ASSERT_TRUE(XVPlataforma::SistemaArquivos().MarcaDiretorio(pasta.string(), "DFXXMARCA2", pSegura).Ok());
     abreEFecha(false);
-    EXPECT_EQ(marcas(), std::set<std::string>{"loggeral"});
+    EXPECT_EQ(marcas(), std::set<std::string>{"DFXXMARCA2"});
     pSegura.reset();
     EXPECT_EQ(marcas(), std::set<std::string>{});
 }
