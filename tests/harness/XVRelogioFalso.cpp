@@ -1,7 +1,5 @@
 #include "tests/harness/XVRelogioFalso.h"
 
-#include <thread>
-
 using namespace std::chrono;
 
 namespace {
@@ -74,7 +72,8 @@ XVUInt CXVRelogioFalso::GetTicks() {
 }
 
 void CXVRelogioFalso::Dorme(XVUInt ulMilissegundos) {
-    Avanca(ulMilissegundos);
+    const bool bDono = std::this_thread::get_id() == m_dono;
+    if (bDono) Avanca(ulMilissegundos);
     std::unique_lock trava(m_mutex);
     const XVUInt64 uiDormidas = ++m_uiDormidas;
     m_uiDormidos += ulMilissegundos;
@@ -83,5 +82,8 @@ void CXVRelogioFalso::Dorme(XVUInt ulMilissegundos) {
     if (fnAoDormir) {
         fnAoDormir(uiDormidas);
     }
-    std::this_thread::yield();  // who waits for another thread must let it run
+    if (bDono)
+        std::this_thread::yield();
+    else
+        std::this_thread::sleep_for(milliseconds(ulMilissegundos));
 }

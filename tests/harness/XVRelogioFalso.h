@@ -1,10 +1,13 @@
-// A clock that stands still until it is told to move: Dorme moves it and returns at once.
+// A clock that stands still until it is told to move. Dorme of the thread that made it moves it and returns at
+// once. Any other thread sleeps for real and moves nothing: it waits for its fellows, who must get the time to
+// go on before its attempts are used up, and whose date-times must not change meanwhile.
 // Thread rule: any thread.
 #pragma once
 
 #include <chrono>
 #include <functional>
 #include <mutex>
+#include <thread>
 
 #include "platform/XVRelogio.h"
 
@@ -30,6 +33,7 @@ class CXVRelogioFalso final : public IXVRelogio {
   private:
     using TInstante = std::chrono::sys_time<std::chrono::milliseconds>;
 
+    const std::thread::id m_dono = std::this_thread::get_id();
     mutable std::mutex m_mutex;
     TInstante m_instante;
     XVUInt m_ulTicks = 1000;
