@@ -1,10 +1,10 @@
 // Searching: what it costs, how it fails, and keys of one checksum. What it finds is compared with a model
 // elsewhere.
+#include <algorithm>
 #include <cstring>
-#include <functional>
 #include <random>
 
-#include "middleware/XVOrdenacaoParalela.h"
+#include "middleware/XVOrdenacaoDmc.h"
 #include "tests/harness/XVSistemaArquivosFalhas.h"
 #include "tests/middleware/XVCenarioLoja.h"
 
@@ -109,17 +109,28 @@ TEST_F(CXVBuscaTeste, ChavesDeMesmaSomaNaoSeConfundem) {
     }
 }
 
-TEST(XVOrdenacaoParalela, QualquerNumeroDeProcessadoresOrdenaIgual) {
+// What callers may ask: as many values as they like, also those that no enumeration has.
+TEST(FiltroBusca, AdmiteCadaValorDaListaENenhumOutro) {
+    const std::vector<XVUInt> lista = {0, 63, 64, 0xFFFFFFFF, 200, 200};
+    const CXVValoresAdmitidos admitidos(lista);
+    for (const XVUInt e : {0U, 1U, 62U, 63U, 64U, 65U, 127U, 199U, 200U, 0xFFFFFFFEU, 0xFFFFFFFFU})
+        EXPECT_EQ(admitidos.Admite(e), std::count(lista.begin(), lista.end(), e) != 0) << e;
+    EXPECT_TRUE(CXVValoresAdmitidos().Admite(7));
+}
+
+// Dates, positions and kinds as a store has them, and numbers of which every digit differs.
+TEST(OrdenacaoDmc, ListasLongasECurtasFicamEmOrdem) {
     std::mt19937_64 sorteio(7);
-    std::vector<XVUInt64> lista(5 * k_uiMinimoPorThread + 7);
-    for (XVUInt64& ui : lista) ui = sorteio();
-    std::vector<XVUInt64> listaOrdenada = lista;
-    std::sort(listaOrdenada.begin(), listaOrdenada.end());
-    for (const std::size_t uiProcessadores : {1U, 4U, 6U, 10U}) {
-        std::vector<XVUInt64> listaTeste = lista;
-        XVOrdenaEmParalelo(listaTeste, std::less<>(), uiProcessadores);
-        EXPECT_EQ(listaTeste, listaOrdenada) << uiProcessadores;
-    }
+    for (const XVUInt64 uiMascara : {~XVUInt64{0}, XVChaveDmc(XVDma(2024, 3, 31), 0xFFFF)})
+        for (const std::size_t uiQuantidade : {3U, 1023U, 1024U, 70000U}) {
+            std::vector<REG_XVDMC> lista(uiQuantidade);
+            for (REG_XVDMC& reg : lista) reg.uiValor = sorteio() & uiMascara;
+            std::vector<REG_XVDMC> listaOrdenada = lista;
+            std::sort(listaOrdenada.begin(), listaOrdenada.end(),
+                      [](REG_XVDMC reg1, REG_XVDMC reg2) { return reg1.uiValor < reg2.uiValor; });
+            XVOrdenaDmcs(lista);
+            EXPECT_TRUE(lista == listaOrdenada) << uiQuantidade;
+        }
 }
 
 }  // namespace
