@@ -57,27 +57,6 @@ TEST_F(CXVCompartilhamentoTeste, VisorNadaGrava) {
     EXPECT_EQ(m_Arquivos.Diferenca(retrato, m_Arquivos.Retrata()), "");
 }
 
-TEST_F(CXVCompartilhamentoTeste, VistaDeOutraVersaoERecusadaEADeBaseNovaEVazia) {
-    const auto visita = [&] {
-        CBaseMiddleware visor;
-        visor.SetSomenteLeitura(true);
-        return visor.Inicializa(&m_Dono);
-    };
-    const auto retrato = m_Arquivos.Retrata();
-    EXPECT_EQ(visita(), S_OK);
-    EXPECT_EQ(m_Arquivos.Diferenca(retrato, m_Arquivos.Retrata()), "");
-    const auto versao = [&](unsigned ui) {
-        m_Arquivos.CriaArquivo(PastaDados("CRMIDDLEWAREVS.dat"),
-                               XVArquivoDoTeste({"CRMIDDLEWAREVS.dat"}, CXVBytes().U16(ui).Zeros(14).Str()));
-    };
-    versao(3);
-    EXPECT_EQ(visita(), E_XVCR_VERSAO_INCOMPATIVEL);
-    versao(6);
-    EXPECT_EQ(visita(), E_XVCR_VERSAO_BASE_SUPERIOR_VERSAO_SISTEMA);
-    versao(5);
-    EXPECT_EQ(visita(), S_OK);
-}
-
 TEST_F(CXVCompartilhamentoTeste, BaseDeOutroProcessoERecusadaENadaFicaAberto) {
     { Grava(*Abre(), CXVIntegracaoTeste(1)); }
     std::unique_ptr<IXVArquivo> pAlheio;
@@ -108,23 +87,6 @@ TEST_F(CXVCompartilhamentoTeste, SoOUltimoFechaEDizOQueFalhou) {
     EXPECT_EQ(pDois->Finaliza(), eHardIO);
     falhas.Limpa();
     EXPECT_EQ(XVBusca(*Abre()).size(), 1U);
-}
-
-// The process of a later program has died: its journal is that program's business, too.
-TEST_F(CXVCompartilhamentoTeste, BasePosteriorFicaComoEstaComSeuDiario) {
-    CXVSistemaArquivosMemoria::TRetrato morte;
-    {
-        const TLoja pLoja = Abre();
-        Grava(*pLoja, CXVIntegracaoTeste(1));
-        morte = m_Arquivos.Retrata();
-    }
-    m_Arquivos.Restaura(morte);
-    m_Arquivos.CriaArquivo(PastaDados("CRMIDDLEWAREVS.dat"),
-                           XVArquivoDoTeste({"CRMIDDLEWAREVS.dat"}, CXVBytes().U16(6).Zeros(14).Str()));
-    const auto antes = RetratoSemLogs();
-    CBaseMiddleware loja;
-    EXPECT_EQ(loja.Inicializa(&m_Dono), E_XVCR_VERSAO_BASE_SUPERIOR_VERSAO_SISTEMA);
-    EXPECT_EQ(m_Arquivos.Diferenca(antes, RetratoSemLogs()), "");
 }
 
 }  // namespace
