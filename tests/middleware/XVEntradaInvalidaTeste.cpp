@@ -1,6 +1,7 @@
 // Input from outside that cannot be: refused before anything is written, and the next valid one works.
 #include <functional>
 
+#include "contract/XVDadosCR.h"
 #include "tests/middleware/XVCenarioLoja.h"
 
 namespace {
@@ -32,12 +33,8 @@ TEST_F(CXVEntradaInvalidaTeste, NenhumaOperacaoGravaIntegracaoImpossivel) {
         [](TReg& r) { r.regDmcIntegracaoOrigem = {XVChaveDmc(XVDma(2024, 13, 1), 1)}; },
         [](TReg& r) { r.regDmcMovimentoOrigem = {XVChaveDmc(k_uiHoje, 0)}; },
         [](TReg& r) { r.regDmcMovimentoOrigem = {XVChaveDmc(k_uiHoje, 1) | 1U << 5}; },
-        [](TReg& r) {
-            r.regRegistroJSON = {5, 0, nullptr, 0};
-        },
-        [](TReg& r) {
-            r.regMensagemIntegracao = {0xFFFFFFFF, 0, nullptr, 0};
-        },
+        [](TReg& r) { r.regRegistroJSON.ulQtdBytes = 5; },
+        [](TReg& r) { r.regMensagemIntegracao.ulQtdBytes = 0xFFFFFFFF; },
         [&](TReg& r) { r.regJSONRetornoIntegracao = XVTextoPS(sComNul); },
     };
     const auto retrato = m_Arquivos.Retrata();
@@ -66,10 +63,8 @@ TEST_F(CXVEntradaInvalidaTeste, ChavesQueNaoNomeiamIntegracaoSaoRecusadas) {
          {XVChaveDmc(k_uiHoje, 0), XVChaveDmc(0, 1), XVChaveDmc(XVDma(2024, 2, 30), 1), ~XVUInt64{0}}) {
         REG_XVDMC regDmc{uiDmc};
         EXPECT_EQ(m_pLoja->GravaIntegracao(&regDmc, CXVIntegracaoTeste(1).Ptr()), E_INVALIDARG) << uiDmc;
-        tagREG_CR_STATUS_INTEGRACAO_MIDDLEWAREPS status{};
-        status.regDmc = regDmc;
-        status.eStatusIntegracao = eXVSMiddleware_Erro;
-        EXPECT_TRUE(FAILED(m_pLoja->GravaStatusIntegracao(status))) << uiDmc;
+        const CXVDadosCR_StatusIntegracaoMiddleware status{.regDmc = regDmc, .eStatusIntegracao = 1};
+        EXPECT_TRUE(FAILED(m_pLoja->GravaStatusIntegracao(status.ComoRegistro()))) << uiDmc;
         EXPECT_EQ(XVLe(*m_pLoja, regDmc).hr, E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA) << uiDmc;
     }
     EXPECT_EQ(XVLe(*m_pLoja, {}).hr, E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA);
@@ -78,39 +73,35 @@ TEST_F(CXVEntradaInvalidaTeste, ChavesQueNaoNomeiamIntegracaoSaoRecusadas) {
 
 TEST_F(CXVEntradaInvalidaTeste, StatusMapaEDataHoraRecusamOImpossivel) {
     const auto retrato = m_Arquivos.Retrata();
-    tagREG_CR_STATUS_INTEGRACAO_MIDDLEWAREPS status{};
-    status.regDmc = m_regDmc;
-    status.eStatusIntegracao = 6;
-    EXPECT_EQ(m_pLoja->GravaStatusIntegracao(status), E_INVALIDARG);
-    status.eStatusIntegracao = 1;
-    status.eSistemaIntegracao = 4;
-    EXPECT_EQ(m_pLoja->GravaStatusIntegracao(status), E_INVALIDARG);
-    status.eSistemaIntegracao = 0;
-    status.regMensagemIntegracao.ulQtdBytes = 1;
-    EXPECT_EQ(m_pLoja->GravaStatusIntegracao(status), E_INVALIDARG);
+    using TStatus = CXVDadosCR_StatusIntegracaoMiddleware;
+    for (const TStatus& rStatus :
+         {TStatus{.regDmc = m_regDmc, .eStatusIntegracao = 6},
+          TStatus{.regDmc = m_regDmc, .eStatusIntegracao = 1, .eSistemaIntegracao = 4}})
+        EXPECT_EQ(m_pLoja->GravaStatusIntegracao(rStatus.ComoRegistro()), E_INVALIDARG);
+    auto semTexto = TStatus{.regDmc = m_regDmc, .eStatusIntegracao = 1}.ComoRegistro();
+    semTexto.regMensagemIntegracao = {1, 0, nullptr, 0};
+    EXPECT_EQ(m_pLoja->GravaStatusIntegracao(semTexto), E_INVALIDARG);
 
-    const tagREG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIROPS chave{1, {XVChaveDmc(k_uiHoje, 1, 2)}, 0, 6, 16, {}};
-    const std::vector<
-        std::pair<std::function<void(tagREG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIROPS&)>, HRESULT>>
-        chaves{{[](auto& r) { r.regDmcRegistroTelvo = {3}; }, E_XVCR_CHAVE_REGISTRO_TELVO_ZERADA},
-               {[](auto& r) { r.regDmcRegistroTelvo = {XVChaveDmc(k_uiHoje, 0)}; }, E_INVALIDARG},
-               {[](auto& r) { r.regDmcOrigemIntegracao = {XVChaveDmc(XVDma(2024, 0, 1), 1)}; }, E_INVALIDARG},
-               {[](auto& r) { r.eTipoIntegracao = 18; }, E_INVALIDARG},
-               {[](auto& r) { r.eSistemaIntegracao = 32; }, E_INVALIDARG}};
-    for (std::size_t i = 0; i < chaves.size(); ++i) {
-        auto reg = chave;
-        chaves[i].first(reg);
-        EXPECT_EQ(m_pLoja->GravaChaveRegistroTelvoParaTerceiro(reg), chaves[i].second) << i;
-        EXPECT_EQ(m_pLoja->GravaChaveRegistroTelvoParaTerceiroPendente(reg), chaves[i].second) << i;
+    const REG_XVDMC regBom{XVChaveDmc(k_uiHoje, 1, 2)};
+    const std::pair<tagREG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIROPS, HRESULT> aChaves[] = {
+        {{1, {3}, 0, 6, 16, {}}, E_XVCR_CHAVE_REGISTRO_TELVO_ZERADA},
+        {{1, {XVChaveDmc(k_uiHoje, 0)}, 0, 6, 16, {}}, E_INVALIDARG},
+        {{1, regBom, 0, 6, 16, {XVChaveDmc(XVDma(2024, 0, 1), 1)}}, E_INVALIDARG},
+        {{1, regBom, 0, 18, 16, {}}, E_INVALIDARG},
+        {{1, regBom, 0, 6, 32, {}}, E_INVALIDARG}};
+    for (const auto& [chave, hr] : aChaves) {
+        EXPECT_EQ(m_pLoja->GravaChaveRegistroTelvoParaTerceiro(chave), hr);
+        EXPECT_EQ(m_pLoja->GravaChaveRegistroTelvoParaTerceiroPendente(chave), hr);
     }
     const REG_XVDMAHMSUTC regAgora{XVDataHora(k_uiHoje, 1)};
-    EXPECT_EQ(m_pLoja->GravaDataHoraIntegracaoTerceiro({{XVDataHora(0, 1)}, 9, 2, 1, {}}), E_INVALIDARG);
-    EXPECT_EQ(m_pLoja->GravaDataHoraIntegracaoTerceiro({regAgora, 18, 2, 1, {}}), E_INVALIDARG);
-    EXPECT_EQ(m_pLoja->GravaDataHoraIntegracaoTerceiro({regAgora, 9, 3, 1, {}}), E_INVALIDARG);
-    EXPECT_EQ(m_pLoja->GravaDataHoraIntegracaoTerceiro({regAgora, 9, 2, 3, {}}), E_INVALIDARG);
-    EXPECT_EQ(m_pLoja->GravaDataHoraIntegracaoTerceiro({regAgora, 0, 0, 0, {}}),
-              E_XVCR_INDEXACAO_COM_POSICAO_ZERO)
-        << "a record without any key field could never be found";
+    const std::pair<tagREG_CR_DATA_HORA_INTEGRACAO_TERCEIROPS, HRESULT> aDatas[] = {
+        {{{XVDataHora(0, 1)}, 9, 2, 1, {}}, E_INVALIDARG},
+        {{regAgora, 18, 2, 1, {}}, E_INVALIDARG},
+        {{regAgora, 9, 3, 1, {}}, E_INVALIDARG},
+        {{regAgora, 9, 2, 3, {}}, E_INVALIDARG},
+        // A record without any key field could never be found.
+        {{regAgora, 0, 0, 0, {}}, E_XVCR_INDEXACAO_COM_POSICAO_ZERO}};
+    for (const auto& [data, hr] : aDatas) EXPECT_EQ(m_pLoja->GravaDataHoraIntegracaoTerceiro(data), hr);
     EXPECT_EQ(m_Arquivos.Diferenca(retrato, m_Arquivos.Retrata()), "");
 }
 

@@ -1,5 +1,8 @@
 // What must hold before anything of an operation is prepared: a free position, texts that are there, a clock
 // that can be recorded. A refused operation writes nothing at all and names the file.
+#include <functional>
+
+#include "contract/XVDadosCR.h"
 #include "support/trace/XVArquivoRecusado.h"
 #include "tests/harness/XVTextoNoLog.h"
 #include "tests/middleware/XVCenarioLoja.h"
@@ -13,21 +16,19 @@ class GravacaoRecusada : public CXVCenarioLoja {
     GravacaoRecusada() {
         m_pLoja = Abre();
         m_regDmc = Grava(*m_pLoja, Integracao(1));
-        m_regSegunda = Grava(*m_pLoja, Integracao(2));
+        Grava(*m_pLoja, Integracao(2));
     }
     static CXVIntegracaoTeste Integracao(XVUInt64 uiChave) {
         return CXVIntegracaoTeste(uiChave, Mercos, eXVSMiddleware_Enviado)
             .Textos("{\"j\":1}", "mensagem", "{\"r\":1}");
     }
-    HRESULT Status(XVUInt eStatus, const std::string& sRetorno) {
-        const std::string sMensagem = "status";
-        tagREG_CR_STATUS_INTEGRACAO_MIDDLEWAREPS reg{};
-        reg.regDmc = m_regDmc;
-        reg.eSistemaIntegracao = Mercos;
-        reg.eStatusIntegracao = eStatus;
-        reg.regMensagemIntegracao = XVTextoPS(sMensagem);
-        reg.regJSONRetornoIntegracao = XVTextoPS(sRetorno);
-        return m_pLoja->GravaStatusIntegracao(reg);
+    HRESULT Status(const std::string& sRetorno) {
+        const CXVDadosCR_StatusIntegracaoMiddleware status{.regDmc = m_regDmc,
+                                                           .sMensagemIntegracao = "status",
+                                                           .sJSONRetornoIntegracao = sRetorno,
+                                                           .eStatusIntegracao = eXVSMiddleware_Sucesso,
+                                                           .eSistemaIntegracao = Mercos};
+        return m_pLoja->GravaStatusIntegracao(status.ComoRegistro());
     }
     HRESULT Inclui() {
         REG_XVDMC regNova;
@@ -47,13 +48,12 @@ class GravacaoRecusada : public CXVCenarioLoja {
         retrato.erase(PastaDados("XVDATABASE_FILE_CTRL.dat"));
         return retrato;
     }
-    template <class TOperacao>
     void EsperaRecusa(HRESULT hr, const std::string& sNome, const std::string& sMensagem,
-                      TOperacao operacao) {
+                      const std::function<HRESULT()>& fnOperacao) {
         const auto antes = Retrato();
         const CXVCapturaTrace captura;
         const CXVArquivosRecusados recusados;
-        EXPECT_EQ(operacao(), hr);
+        EXPECT_EQ(fnOperacao(), hr);
         EXPECT_EQ(CXVSistemaArquivosMemoria::Diferenca(antes, Retrato()), "");
         EXPECT_EQ(recusados.GetPath(hr), sNome.empty() ? "" : PastaDados(sNome));
         EXPECT_TRUE(XVTextoNoLog(captura, sMensagem)) << sMensagem;
@@ -71,7 +71,7 @@ class GravacaoRecusada : public CXVCenarioLoja {
     }
 
     TLoja m_pLoja;
-    REG_XVDMC m_regDmc, m_regSegunda;
+    REG_XVDMC m_regDmc;
 };
 
 // The day's file lost a record that the index knows: the key must not come to name another one.
@@ -90,29 +90,27 @@ TEST_F(GravacaoRecusada, RegistroQueApontaTextoQueNaoHa) {
     ASSERT_EQ(Altera("{\"r\":9}"), S_OK);  // the last texts are not those of the last record
     ASSERT_EQ(m_pLoja->Finaliza(), S_OK);
     const auto inteira = m_Arquivos.Retrata();
+    const std::function<HRESULT()> aOperacoes[] = {
+        [&] { return Inclui(); }, [&] { return Altera("{\"r\":2}"); }, [&] { return Status("{\"r\":2}"); },
+        [&] { return Altera(""); }, [&] { return Status(""); }};
     const struct {
         const char* pszArquivo;
         std::size_t uiTexto;  // bytes of the last text with its length
-        bool bStatusSemRetorno, bAlteracaoSemRetorno;
-    } aCasos[] = {{"CRINTEGMIDJSON20240315.dat", 15, true, false},
-                  {"CRINTEGMIDMENS20240315.dat", 9, false, false},
-                  {"CRINTEGMIDJSONRET20240315.dat", 11, true, true}};
-    for (const auto& rCaso : aCasos) {
-        SCOPED_TRACE(rCaso.pszArquivo);
+        bool abRecusa[5];     // an operation that writes none of these texts takes place
+    } aCasos[] = {{"CRINTEGMIDJSON20240315.dat", 15, {true, true, false, true, false}},
+                  {"CRINTEGMIDMENS20240315.dat", 9, {true, true, true, true, true}},
+                  {"CRINTEGMIDJSONRET20240315.dat", 11, {true, true, true, false, false}}};
+    for (const auto& [pszArquivo, uiTexto, abRecusa] : aCasos) {
         m_Arquivos.Restaura(inteira);
-        Encurta(rCaso.pszArquivo, rCaso.uiTexto);
-        const std::string sDito =
-            "Um registro de CRINTEGMID20240315.dat aponta o texto 3; textos no arquivo: 2";
-        EsperaRecusa(k_hrInconsistente, rCaso.pszArquivo, sDito, [&] { return Inclui(); });
-        EsperaRecusa(k_hrInconsistente, rCaso.pszArquivo, sDito, [&] { return Altera("{\"r\":2}"); });
-        if (std::string(rCaso.pszArquivo).find("JSON2") == std::string::npos)
-            EsperaRecusa(k_hrInconsistente, rCaso.pszArquivo, sDito,
-                         [&] { return Status(eXVSMiddleware_Sucesso, "{\"r\":2}"); });
-        if (rCaso.bStatusSemRetorno) {
-            EXPECT_EQ(Status(eXVSMiddleware_Sucesso, ""), S_OK) << "it writes none of these texts";
-        }
-        if (rCaso.bAlteracaoSemRetorno) {
-            EXPECT_EQ(Altera(""), S_OK);
+        Encurta(pszArquivo, uiTexto);
+        for (std::size_t i = 0; i < std::size(aOperacoes); ++i) {
+            SCOPED_TRACE(std::string(pszArquivo) + ", operation " + std::to_string(i));
+            if (abRecusa[i])
+                EsperaRecusa(k_hrInconsistente, pszArquivo,
+                             "Um registro de CRINTEGMID20240315.dat aponta o texto 3; textos no arquivo: 2",
+                             aOperacoes[i]);
+            else
+                EXPECT_EQ(aOperacoes[i](), S_OK);
         }
         ASSERT_EQ(m_pLoja->Finaliza(), S_OK);
     }
