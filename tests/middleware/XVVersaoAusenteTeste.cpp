@@ -138,34 +138,28 @@ TEST_F(CXVVersaoAusenteTeste, CadaPassoRespeitaOsCarimbos) {
 // Files without header: what no program of this system can have written gets none, in the layout of the
 // store's version. Offsets are of a field in the second record.
 TEST_F(CXVVersaoAusenteTeste, DatasEPonteirosImpossiveisDeCadaLeiaute) {
-    const XVUInt64 uiDia = XVDma(2023, 5, 1);
-    const std::vector<XVUInt64> chaves{XVChaveDmc(XVDma(2023, 2, 30), 1),  // no day of the calendar
-                                       XVChaveDmc(uiDia, 1) | 0x40,        // a reserved bit
-                                       XVChaveDmc(uiDia, 0)};
-    const std::vector<XVUInt64> datas{uiDia << 32 | 86400, 1};
-    const struct {
+    struct SCampo {
         const char* pszNome;
         std::size_t uiRegistro, uiOffset;
         unsigned uiVersao;
-        std::vector<XVUInt64> valores;
-    } aCampos[] = {{k_pszIndice, 24, 8, 5, chaves},
-                   {k_pszIndice, 24, 8, 5, {0, XVChaveDmc(0, 1)}},  // an integration has a day
-                   {k_apszDias[0], 80, 0, 2, chaves},
-                   {k_apszDias[0], 80, 8, 2, chaves},
-                   {k_apszDias[0], 88, 0, 3, chaves},
-                   {k_apszDias[0], 88, 8, 5, chaves},
-                   {k_pszMapa, 24, 8, 1, chaves},
-                   {k_pszMapa, 40, 8, 5, chaves},
-                   {k_pszMapa, 40, 8, 5, {0}},
-                   {k_pszMapa, 40, 32, 5, chaves},
-                   {k_apszDias[0], 80, 16, 2, datas},
-                   {k_apszDias[0], 80, 24, 2, datas},
-                   {k_apszDias[0], 88, 16, 5, datas},
-                   {k_apszDias[0], 88, 24, 5, datas},
-                   {k_pszDatas, 32, 0, 4, datas},
-                   {k_pszDatas, 32, 0, 5, datas}};
-    for (const auto& [pszNome, uiRegistro, uiOffset, uiVersao, valores] : aCampos)
-        for (const XVUInt64 uiValor : valores) {
+    };
+    using TCampos = std::vector<SCampo>;
+    const XVUInt64 uiDia = XVDma(2023, 5, 1);
+    const TCampos chaves{{k_pszIndice, 24, 8, 5},   {k_apszDias[0], 80, 0, 2}, {k_apszDias[0], 80, 8, 2},
+                         {k_apszDias[0], 88, 0, 3}, {k_apszDias[0], 88, 8, 5}, {k_pszMapa, 24, 8, 1},
+                         {k_pszMapa, 40, 8, 5},     {k_pszMapa, 40, 32, 5}};
+    const TCampos datas{{k_apszDias[0], 80, 16, 2}, {k_apszDias[0], 80, 24, 2}, {k_apszDias[0], 88, 16, 5},
+                        {k_apszDias[0], 88, 24, 5}, {k_pszDatas, 32, 0, 4},     {k_pszDatas, 32, 0, 5}};
+    const std::pair<XVUInt64, TCampos> aValores[] = {
+        {XVChaveDmc(XVDma(2023, 2, 30), 1), chaves},  // no day of the calendar
+        {XVChaveDmc(uiDia, 1) | 0x40, chaves},        // a reserved bit
+        {XVChaveDmc(uiDia, 0), chaves},
+        {0, {chaves[0], chaves[6]}},
+        {XVChaveDmc(0, 1), {chaves[0]}},  // an integration has a day
+        {uiDia << 32 | 86400, datas},
+        {1, datas}};
+    for (const auto& [uiValor, campos] : aValores)
+        for (const auto& [pszNome, uiRegistro, uiOffset, uiVersao] : campos) {
             TArquivos base = XVBaseDourada(uiVersao, false);
             base[pszNome].replace(uiRegistro + uiOffset, 8, CXVBytes().U64(uiValor).Str());
             Recomeca(base);

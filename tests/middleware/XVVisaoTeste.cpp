@@ -132,19 +132,4 @@ TEST_F(CXVVisaoTeste, SobrasEDiarioAlheioNaoMudamOQueSeVe) {
     }
 }
 
-TEST_F(CXVVisaoTeste, VisorEmRepousoNaoSeguraArquivosEVeOQueVemDepois) {
-    const TLoja pVisor = AbreVisor();  // of a directory without a store
-    EXPECT_TRUE(XVBusca(*pVisor).empty());
-    const std::string sGrande(300000, 'g');
-    for (const unsigned uiDia : {15U, 16U, 15U}) {
-        SetDia(uiDia);
-        const TLoja pEscritor = Abre();
-        const REG_XVDMC regDmc = Grava(*pEscritor, CXVIntegracaoTeste(uiDia).Textos(sGrande, "m", sGrande));
-        EXPECT_EQ(XVLe(*pVisor, regDmc).sRetorno, sGrande) << "behind the texts in memory";
-        EXPECT_EQ(XVDiferenca(XVRetrataLoja(*pEscritor), XVRetrataLoja(*pVisor)), "");
-    }
-    EXPECT_EQ(XVBusca(*pVisor).size(), 3U);
-    EXPECT_EQ(m_Arquivos.GetQuantidadeAberta(), 0U);
-}
-
 }  // namespace
