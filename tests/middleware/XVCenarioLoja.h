@@ -54,9 +54,9 @@ struct SBuscaFeita {
     HRESULT hr = S_OK;
     TListaDmc lista;
 };
-SBuscaFeita XVBuscaComCodigo(CBaseMiddleware& rLoja, SFiltroTeste filtro);
+SBuscaFeita XVBuscaComCodigo(CBaseMiddleware& rLoja, const SFiltroTeste& rFiltro);
 // The keys found; a failure is a failure of the test.
-TListaDmc XVBusca(CBaseMiddleware& rLoja, SFiltroTeste filtro = {});
+TListaDmc XVBusca(CBaseMiddleware& rLoja, const SFiltroTeste& rFiltro = {});
 
 class CXVCenarioLoja : public CXVCenarioSuite {
   protected:
