@@ -5,7 +5,7 @@
 #include "suite/providers/XVProvedorAdaptador.h"
 #include "tests/harness/XVSistemaArquivosFalhas.h"
 #include "tests/harness/XVTextoNoLog.h"
-#include "tests/middleware/XVRecusaAlocacao.h"
+#include "tests/middleware/XVAlocacoes.h"
 #include "tests/middleware/exchange/XVCenarioTroca.h"
 
 namespace {
@@ -129,15 +129,15 @@ TEST_F(CXVTrocaPerdidaTeste, FaltaDeMemoriaDepoisDaTrocaNaoACala) {
         m_rGravador.mapDados["EnviaJson"] = Resposta(400, eXVSMiddleware_Sucesso);
         m_rGravador.mapDados["EnviaJson"].dados.sJSON.assign(100, 'j');
         m_rGravador.listaChamadas.reserve(m_rGravador.listaChamadas.size() + 8);
-        m_rGravador.mapDados["EnviaJson"].fnDepois = [iFalha] { XVRecusaAlocacao::Programa(iFalha); };
+        m_rGravador.mapDados["EnviaJson"].fnDepois = [iFalha] { XVAlocacoes::Recusa(iFalha); };
         REG_XVDMC regDmc;
         HRESULT hr = E_OUTOFMEMORY;
         try {
             hr = pLoja->GravaIntegracaoInstantanea(&regDmc, Pedido(eXVSMiddleware_Inclusao));
         } catch (const std::bad_alloc&) {
         }
-        const bool bOcorreu = XVRecusaAlocacao::Ocorreu();
-        XVRecusaAlocacao::Programa(0);
+        const bool bOcorreu = XVAlocacoes::FoiRecusada();
+        XVAlocacoes::Recusa(0);
         ASSERT_EQ(Chamadas("EnviaJson"), static_cast<unsigned>(iFalha)) << "one exchange a round";
         if (SUCCEEDED(hr) || !regDmc.EhNulo())
             EXPECT_EQ(XVLe(*pLoja, regDmc).reg.uiChaveIntegracaoSistemaTerceiro, 401U);
