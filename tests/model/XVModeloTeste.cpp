@@ -1,22 +1,17 @@
 // Random operations of the whole store with reopenings against the model; by one worker and by four at once.
 //
 // XV_MODELO_SEMENTE: seed (1), printed by a failing run; XV_MODELO_PASSOS: operations of the run (2000).
-#include <cstdlib>
 
 #include "tests/harness/XVEmThreads.h"
+#include "tests/harness/XVSorteio.h"
 #include "tests/model/XVPassosModelo.h"
 
 namespace {
 
-XVUInt64 DoAmbiente(const char* pszNome, XVUInt64 uiPadrao) {
-    const char* pszValor = std::getenv(pszNome);
-    return pszValor == nullptr ? uiPadrao : std::strtoull(pszValor, nullptr, 10);
-}
-
 class CModelo : public CXVCenarioLoja {
   protected:
-    const XVUInt64 m_uiSemente = DoAmbiente("XV_MODELO_SEMENTE", 1);
-    const XVUInt64 m_uiPassos = DoAmbiente("XV_MODELO_PASSOS", 2000);
+    const XVUInt64 m_uiSemente = XVDoAmbiente("XV_MODELO_SEMENTE", 1);
+    const XVUInt64 m_uiPassos = XVDoAmbiente("XV_MODELO_PASSOS", 2000);
     CXVDiasModelo m_Dias{m_Relogio};
 };
 
