@@ -149,10 +149,8 @@ void CXVExameQueda::Toca(CBaseMiddleware& rLoja) {
     const XVUInt64 uiDmc = m_mapaLidas.begin()->first;
     CXVSorteio sorteio(uiDmc);
     const std::string sMensagem = XVTextoComDono(Dono(uiDmc), k_cDonoMensagem, sorteio);
-    tagREG_CR_STATUS_INTEGRACAO_MIDDLEWAREPS reg{};
-    reg.regDmc = {uiDmc};
-    reg.eStatusIntegracao = eXVSMiddleware_Erro;
-    reg.regMensagemIntegracao = XVTextoPS(sMensagem);
+    const std::string sRetorno;
+    const auto reg = XVStatusPS({uiDmc}, 0, eXVSMiddleware_Erro, sMensagem, sRetorno);
     if (FAILED(rLoja.GravaStatusIntegracao(reg))) return;
     const SIntegracaoLida lida = XVLe(rLoja, {uiDmc});
     Exige(lida.hr == S_OK && lida.reg.eStatusIntegracao == eXVSMiddleware_Erro && lida.sMensagem == sMensagem,

@@ -161,16 +161,13 @@ std::string CXVPassosModelo::Altera(CBaseMiddleware& rLoja) {
 std::string CXVPassosModelo::GravaStatus(CBaseMiddleware& rLoja) {
     const std::string sMensagem = SorteiaTexto();
     const std::string sRetorno = SorteiaTexto();
-    CXVModeloLoja::TStatus status{};
-    if (Escolhe(3) != 0) status.regDmc = SorteiaDmc();
-    status.uiChaveIntegracaoSistemaTerceiro = SorteiaChaveExterna();
-    status.eSistemaIntegracao = SorteiaSistema();
-    status.eStatusIntegracao = Enumeracao(6);
-    status.regMensagemIntegracao = XVTextoPS(sMensagem);
-    status.regJSONRetornoIntegracao = XVTextoPS(sRetorno);
+    const REG_XVDMC regDmc = Escolhe(3) == 0 ? REG_XVDMC() : SorteiaDmc();
+    const XVUInt64 uiChave = SorteiaChaveExterna();
+    const XVUInt eStatus = Enumeracao(6);
+    const auto status = XVStatusPS(regDmc, uiChave, eStatus, sMensagem, sRetorno, SorteiaSistema());
     const HRESULT hr = rLoja.GravaStatusIntegracao(status);
     const auto s = ComparaResultado("status", hr, m_modelo.GravaStatus(status, rLoja.GetUsuarioProprio()));
-    return s.empty() && !status.regDmc.EhNulo() ? ConfereUma(rLoja, status.regDmc, 7) : s;
+    return s.empty() && !regDmc.EhNulo() ? ConfereUma(rLoja, regDmc, 7) : s;
 }
 
 std::string CXVPassosModelo::ConfereUma(CBaseMiddleware& rLoja, REG_XVDMC regDmc, XVUInt64 ullFlags) {

@@ -200,28 +200,4 @@ TEST_F(CXVTrocaTeste, LeituraDeListaConsultaCadaIntegracaoEmOrdem) {
     }
 }
 
-TEST_F(CXVTrocaTeste, ConsultaDiretaEntregaERecebeTodosOsCampos) {
-    const std::string sChave = "2024-000341";
-    tagREG_CR_CONSULTA_SISTEMA_TERCEIROPS consulta{};
-    consulta.regChaveConsulta = XVTextoPS(sChave);
-    consulta.eTipoConsulta = eXVSMiddleware_ConsultaPagamentoExtrato;
-    consulta.ulPonteiroAuxiliar = 21;
-    consulta.ucTipoPonteiroAuxiliar = 22;
-    m_rGravador.consulta = {1, eXVSMiddleware_ConsultaNaoAutorizada, "mensagem", "{}",
-                            std::string("a\0b", 3)};
-    tagREG_CR_STATUS_CONSULTA_SISTEMA_TERCEIROPS status{};
-    ASSERT_EQ(m_pLoja->BuscaDadosSistemaTerceiro(consulta, &status), S_OK);
-    EXPECT_EQ(m_rGravador.listaChamadas,
-              TLinhas{"Consulta MATRIZ/7/99 tipo=6 chave=[2024-000341] auxiliar=21 tipoAuxiliar=22"});
-    EXPECT_EQ(CXVStringPS::RegToString(status.regMensagemRetorno), "mensagem");
-    EXPECT_EQ(CXVStringPS::RegToString(status.regJSONRetorno), "{}");
-    EXPECT_EQ(status.eStatusConsulta, eXVSMiddleware_ConsultaNaoAutorizada);
-    ASSERT_EQ(status.ulTamanhoDocumentoRetorno, 3U);
-    EXPECT_EQ(std::string(reinterpret_cast<const char*>(status.pDocumentoRetorno), 3),
-              std::string("a\0b", 3));
-    XVLiberaBuffers(&status);
-    m_rGravador.consulta.iResultado = static_cast<std::int32_t>(E_NOTIMPL);
-    EXPECT_EQ(m_pLoja->BuscaDadosSistemaTerceiro(consulta, &status), E_NOTIMPL);
-}
-
 }  // namespace
