@@ -9,6 +9,19 @@ _REG_DF_TEXTOPS XVTextoPS(const std::string& sTexto) {
     return reg;
 }
 
+tagREG_CR_STATUS_INTEGRACAO_MIDDLEWAREPS XVStatusPS(REG_XVDMC regDmc, XVUInt64 uiChave, XVUInt eStatus,
+                                                    const std::string& sMensagem, const std::string& sRetorno,
+                                                    XVUInt eSistema) {
+    tagREG_CR_STATUS_INTEGRACAO_MIDDLEWAREPS reg{};
+    reg.regDmc = regDmc;
+    reg.uiChaveIntegracaoSistemaTerceiro = uiChave;
+    reg.eSistemaIntegracao = eSistema;
+    reg.eStatusIntegracao = eStatus;
+    reg.regMensagemIntegracao = XVTextoPS(sMensagem);
+    reg.regJSONRetornoIntegracao = XVTextoPS(sRetorno);
+    return reg;
+}
+
 CXVIntegracaoTeste::CXVIntegracaoTeste(XVUInt64 uiChave, XVUInt eSistema, XVUInt eStatus) {
     reg.uiChaveIntegracaoSistemaTerceiro = uiChave;
     reg.eSistemaIntegracao = eSistema;
