@@ -110,6 +110,20 @@ TEST_F(Controle, NomeNaListaEOQueHaNoDiretorio) {
     ASSERT_TRUE(m_Arquivos.CriaDiretorio(PastaDados("D.dat")).Ok());
     EXPECT_NE(Tenta<CXVFileTeste>("D.dat"), S_OK);
     EXPECT_EQ(Listados(), T{"B.dat"});
+
+    // What is not told is neither there nor absent.
+    CriaBom("E.dat");
+    m_Falhas.SetFiltro([](const std::string& s) { return s.ends_with("E.dat"); });
+    bool bHouveFalha = true;
+    for (XVUInt64 uiNumero = 1; bHouveFalha; ++uiNumero) {
+        Cria(k_pszControle, Prefixado("B.dat"));
+        m_Falhas.Programa({.eOperacao = EOperacaoArquivo::eConsulta, .uiNumero = uiNumero});
+        const HRESULT hr = Tenta<CXVFileTeste>("E.dat");
+        bHouveFalha = m_Falhas.GetFalhasOcorridas() > 0;
+        m_Falhas.Limpa();
+        EXPECT_EQ(hr, bHouveFalha ? eAccessDenied : S_OK) << uiNumero;
+        EXPECT_EQ(Listados().size(), bHouveFalha ? 1U : 2U) << uiNumero;
+    }
 }
 
 TEST_F(Controle, CopiaTraDoControleImpedeARemocaoENaoSeApaga) {
