@@ -1,5 +1,5 @@
-// Which locks a write holds. That readers take theirs beside writers, the thread sanitizer sees in the model's
-// threads (scripts/sanitize thread).
+// Which locks a write holds. That readers take theirs beside writers, the thread sanitizer sees in the
+// threads of the model (scripts/sanitize thread).
 #include <functional>
 #include <mutex>
 #include <shared_mutex>

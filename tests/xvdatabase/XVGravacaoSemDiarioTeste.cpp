@@ -1,6 +1,6 @@
-// Writes of files without a journal around them, on a device that fails: how often they are tried, and what the
-// same object, not a new one, does afterwards. The sweeps of the store and of its conversion let every file
-// operation of every use of these files fail.
+// Writes of files without a journal around them, on a device that fails: how often they are tried, and what
+// the same object, not a new one, does afterwards. The sweeps of the store and of its conversion let every
+// file operation of every use of these files fail.
 #include "tests/xvdatabase/XVCabecalhoTeste.h"
 #include "tests/xvdatabase/XVCenarioBanco.h"
 
