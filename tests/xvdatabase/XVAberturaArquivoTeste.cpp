@@ -63,23 +63,6 @@ TEST_F(AberturaArquivo, SomenteLeituraNaoPassaPorBancoVazio) {
     EXPECT_EQ(Tenta<CXVFileTeste>("A.dat"), eXVReadOnly);
 }
 
-TEST_F(AberturaArquivo, DoisObjetosExcluemSeAteQueOPrimeiroFeche) {
-    CriaBom();
-    TXVBanco<CXVFileTeste> um("A.dat");
-    ASSERT_EQ(Abre(um), S_OK);
-    TXVBanco<CXVFileTeste> leitor("A.dat");
-    leitor.xvDB.SetSomenteLeituraSemBloqueio(true);
-    EXPECT_EQ(Abre(leitor), S_OK) << "reading without locking passes beside a writer";
-    EXPECT_EQ(leitor->GetQtdRegistros(), 1U);
-    EXPECT_EQ(Tenta<CXVFileTeste>("A.dat"), eSharingViolation);
-    m_Relogio.SetAoDormir([&](XVUInt64) { XVIgnora(um.xvDB.Finaliza()); });
-    TXVBanco<CXVFileTeste> outro("A.dat");
-    EXPECT_EQ(Abre(outro), S_OK) << "the retries wait the other's hold out";
-    m_Relogio.SetAoDormir({});
-    ASSERT_EQ(leitor.xvDB.Finaliza(), S_OK);
-    ASSERT_EQ(outro.xvDB.Finaliza(), S_OK);
-}
-
 TEST_F(AberturaArquivo, ModosEReabertura) {
     m_Arquivos.Apaga(PastaDados(k_pszControle)).Ignora();
     TXVBanco<CXVFileTeste> banco("A.dat");

@@ -115,32 +115,6 @@ TEST_F(Utilitarios, ApagarDeixaNaAuditoriaOTextoDoUsuario) {
     EXPECT_TRUE(captura.Contem("base.GetAcessoEmpresarial()->GravaLog(dadosLog)"));
 }
 
-TEST_F(Utilitarios, ApagarERenomearDesistemNaQuinquagesimaTentativaComMensagem) {
-    CriaBom("A.dat");
-    Cria("A.tra", ArquivoComCabecalho("A.dat", ""));
-    const std::string sAntes = Le("A.dat");
-    for (const bool bApaga : {true, false}) {
-        m_Falhas.Programa({.eOperacao = bApaga ? EOperacaoArquivo::eApaga : EOperacaoArquivo::eSubstitui,
-                           .bPermanente = true,
-                           .eCausa = ECausaArquivo::eViolacaoCompartilhamento,
-                           .ulErroSistema = 32});
-        const XVUInt64 uiDormidos = m_Relogio.GetMilissegundosDormidos();
-        CXVCapturaTrace captura;
-        EXPECT_EQ(bApaga ? CXVDataBaseUtil::DeletaArquivo(&m_Dono, XV_DF, "A.dat",
-                                                          CXVDataBaseUtil::eMantemNoControle)
-                         : CXVDataBaseUtil::RenomeiaArquivoTRA(&m_Dono, XV_DF, "A.dat", 2),
-                  bApaga ? E_XVCR_DELECAO_ARQUIVO : E_XVCR_RENOMEACAO_ARQUIVO);
-        EXPECT_EQ(m_Falhas.GetFalhasOcorridas(), 50U);
-        EXPECT_EQ(m_Relogio.GetMilissegundosDormidos() - uiDormidos, 490U);
-        ASSERT_FALSE(captura.GetFalhas().empty());
-        EXPECT_EQ(captura.GetFalhas().front().sMensagem,
-                  bApaga ? "Erro ao deletar arquivo " + PastaDados("A.dat") + " DW: 32."
-                         : "Erro ao renomear arquivo " + PastaDados("A.tra") + " DW: 32.");
-    }
-    EXPECT_EQ(Le("A.dat"), sAntes);
-    m_Falhas.Limpa();
-}
-
 TEST_F(Utilitarios, RenomearTrocaOArquivoECarimbaAVersao) {
     CriaBom("A.dat");
     Cria("A.tra", ArquivoComCabecalho("A.dat", Bytes({k_reg, k_reg})));

@@ -94,29 +94,6 @@ TEST_F(IndiceArquivo, RecusasNaoGravamNada) {
     ASSERT_EQ(banco.xvDB.Finaliza(), S_OK);
 }
 
-TEST_F(IndiceArquivo, LeituraEGravacaoPorChaveETexto) {
-    const std::string sChave = "PEDIDO-1";
-    const XVUInt64 uiCrc = CrcBitABit(sChave);
-    Cria("A.dat", ArquivoComCabecalho("A.dat", Bytes({{1, 0, 0}, {uiCrc, 0, 5}})));
-    TXVBanco<CXVFileTeste> banco("A.dat");
-    ASSERT_EQ(Declara(banco.xvFile), S_OK);
-    ASSERT_EQ(Abre(banco), S_OK);
-    XVUInt uiPosicao = 0;
-    EXPECT_EQ(banco->ExisteIndex(std::string_view(sChave), uiPosicao, 0), S_OK);
-    EXPECT_EQ(uiPosicao, 2U);
-    REG_TESTE reg{};
-    EXPECT_EQ(banco->LeIndex(uiCrc, &reg, 0), S_OK);
-    EXPECT_EQ(reg.ulValor, 5U);
-    EXPECT_EQ(banco->GravaIndex(uiCrc, {uiCrc, 0, 6}, 0), S_OK);
-    CXVCapturaTrace captura;
-    EXPECT_EQ(banco->LeIndex(77, &reg, 0), E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA);
-    EXPECT_EQ(banco->GravaIndex(77, {77, 0, 0}, 0), E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA) << "never appends";
-    EXPECT_EQ(banco->LeIndex(77, &reg, 9), E_XVCR_COLUNA_INDEXACAO_INVALIDA);
-    EXPECT_TRUE(captura.Contem("ExisteIndex(uiPosicaoIndex, uiPosicao, uiColunaIndexacao)"));
-    ASSERT_EQ(banco.xvDB.Finaliza(), S_OK);
-    EXPECT_EQ(LeRegistros("A.dat")[1].ulValor, 6U);
-}
-
 // The map alone, with many keys in few slots, against the standard one.
 TEST(Indice, ComoUmMultimapaOrdenado) {
     std::mt19937_64 gerador(7);
