@@ -15,7 +15,10 @@ TEST_F(DiarioAnel, AnelQueDaVoltasConcluiSempreAUltima) {
     SBancoDuplo banco;
     ASSERT_EQ(banco.Abre(m_Dono, PastaDados()), S_OK);
     for (std::size_t i = 0; i < 160; ++i) {
-        const std::string sTexto(i % 7 == 3 ? i * 97 % 5000 : i * 37 % 300, static_cast<char>('a' + i % 26));
+        std::size_t uiTamanho = i < 40 ? i * 389 % 2300 : i * 37 % 300;
+        if (i >= 40 && i % 7 == 3) uiTamanho = 2700;
+        if (i >= 40 && i % 11 == 5) uiTamanho = 5000;
+        const std::string sTexto(uiTamanho, static_cast<char>('a' + i % 26));
         ASSERT_EQ(banco.Grava(i % 3 == 0 ? 0 : 1, {i, 0, 0}, sTexto), S_OK);
         retratos.push_back(Morre());
     }
