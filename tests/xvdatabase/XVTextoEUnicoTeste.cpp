@@ -7,20 +7,6 @@ namespace {
 using T = std::vector<std::string>;
 
 class ArquivoTexto : public CXVCenarioBanco {};
-
-// Memory that runs out after the file was loaded.
-class CXVTextFileSemMemoria : public CXVTextFile {
-  public:
-    using CXVTextFile::CXVTextFile;
-    bool m_bFalta = true;
-
-  protected:
-    HRESULT OnInicializa() override {
-        const HRESULT hr = CXVTextFile::OnInicializa();
-        if (m_bFalta) throw std::bad_alloc();
-        return hr;
-    }
-};
 class RegistroUnico : public CXVCenarioBanco {};
 
 TEST_F(ArquivoTexto, LeituraForaDosLimites) {
@@ -40,52 +26,6 @@ TEST_F(ArquivoTexto, LeituraForaDosLimites) {
     EXPECT_EQ(vazio->GravaColecao(uiPosicao, T{}), S_OK) << "empty: before the position is looked at";
     EXPECT_EQ(uiPosicao, 1U);
     ASSERT_EQ(vazio.xvDB.Finaliza(), S_OK);
-}
-
-TEST_F(ArquivoTexto, CargaSemMemoriaSoltaOArquivoEASeguinteMantemOCabecalho) {
-    Cria("A.dat", ArquivoComCabecalho("A.dat", Prefixado("um")));
-    TXVBanco<CXVTextFileSemMemoria> banco("A.dat");
-    EXPECT_THROW(XVIgnora(Abre(banco)), std::bad_alloc);
-    EXPECT_EQ(m_Arquivos.GetQuantidadeAberta(), 0U);
-    banco->m_bFalta = false;
-    ASSERT_EQ(Abre(banco), S_OK);
-    XVUInt uiPosicao = 0;
-    ASSERT_EQ(banco->Grava(uiPosicao, "dois"), S_OK);
-    ASSERT_EQ(banco.xvDB.Finaliza(), S_OK);
-    EXPECT_EQ(LeTextos("A.dat"), (T{"um", "dois"}));
-}
-
-TEST_F(ArquivoTexto, TextoMudadoEAnexadoEOAntigoFicaComoBytesMortos) {
-    TXVBanco<CXVTextFile> banco("A.dat");
-    ASSERT_EQ(Abre(banco), S_OK);
-    XVUInt uiPosicao = 0;
-    ASSERT_EQ(banco->GravaColecao(uiPosicao, T{"um", "", "tres"}), S_OK);
-    EXPECT_EQ(uiPosicao, 1U);
-    EXPECT_EQ(Le("A.dat").substr(240), Prefixado("um") + Prefixado("") + Prefixado("tres"));
-    const std::string sAntes = Le("A.dat");
-    m_Falhas.Limpa();
-    EXPECT_EQ(banco->GravaColecao(uiPosicao, T{"um", "", "tres"}), S_OK);
-    XVUInt uiSegunda = 2;
-    EXPECT_EQ(banco->GravaColecao(uiSegunda, T{"", "tres"}), S_OK) << "any stored run";
-    EXPECT_EQ(uiSegunda, 2U);
-    EXPECT_EQ(m_Falhas.GetQuantidadeTotal(), 0U);
-    EXPECT_EQ(Le("A.dat"), sAntes);
-    EXPECT_EQ(banco->GravaColecao(uiPosicao, T{"um", "", "trEs"}), S_OK);
-    EXPECT_EQ(uiPosicao, 4U);
-    EXPECT_EQ(Conta(EOperacaoArquivo::eGrava), 2U) << "one of data, one of header";
-    EXPECT_EQ(m_Falhas.GetQuantidadeTotal(), 2U);
-    EXPECT_EQ(Le("A.dat").substr(240), Prefixado("um") + Prefixado("") + Prefixado("tres") + Prefixado("um") +
-                                           Prefixado("") + Prefixado("trEs"));
-    uiSegunda = 6;
-    EXPECT_EQ(banco->GravaColecao(uiSegunda, T{"trEs", "novo"}), S_OK)
-        << "a run past the end is new as a whole";
-    EXPECT_EQ(uiSegunda, 7U);
-    uiSegunda = 0;
-    EXPECT_EQ(banco->Grava(uiSegunda, "um"), S_OK) << "position 0 always appends";
-    EXPECT_EQ(uiSegunda, 9U);
-    EXPECT_EQ(banco->GetPtrRegistros(), nullptr);
-    ASSERT_EQ(banco.xvDB.Finaliza(), S_OK);
-    EXPECT_EQ(LeTextos("A.dat"), (T{"um", "", "tres", "um", "", "trEs", "trEs", "novo", "um"}));
 }
 
 TEST_F(ArquivoTexto, NulNoMeioFicaGuardadoELidoAteEle) {
@@ -119,17 +59,6 @@ TEST_F(ArquivoTexto, PrefixosDanificadosSaoRecusadosEOArquivoFicaComoEstava) {
     }
 }
 
-TEST_F(ArquivoTexto, PrimeiraGravacaoEncontraTextosQueApareceramDepois) {
-    TXVBanco<CXVTextFile> banco("A.dat");
-    ASSERT_EQ(Abre(banco), S_OK);
-    Cria("A.dat", ArquivoComCabecalho("A.dat", Prefixado("alheio")));
-    XVUInt uiPosicao = 0;
-    EXPECT_EQ(banco->Grava(uiPosicao, "meu"), S_OK);
-    EXPECT_EQ(uiPosicao, 2U);
-    ASSERT_EQ(banco.xvDB.Finaliza(), S_OK);
-    EXPECT_EQ(LeTextos("A.dat"), (T{"alheio", "meu"}));
-}
-
 TEST_F(RegistroUnico, AusenteEZeroEAPrimeiraGravacaoSempreCria) {
     TXVBanco<CXVFileUnico> banco("V.dat");
     ASSERT_EQ(Abre(banco), S_OK);
@@ -157,16 +86,6 @@ TEST_F(RegistroUnico, AusenteEZeroEAPrimeiraGravacaoSempreCria) {
     EXPECT_EQ(reg, outro);
     ASSERT_EQ(banco.xvDB.Finaliza(), S_OK);
     EXPECT_EQ(LeRegistros("V.dat"), std::vector{outro});
-}
-
-TEST_F(RegistroUnico, TamanhoErradoERecusado) {
-    for (const std::size_t uiTamanho : {0U, 15U, 17U, 32U}) {
-        SCOPED_TRACE(uiTamanho);
-        const std::string s = ArquivoComCabecalho("V.dat", std::string(uiTamanho, 'v'));
-        Cria("V.dat", s);
-        EXPECT_EQ(Tenta<CXVFileUnico>("V.dat"), E_XVCR_ARQUIVO_SINGLE_REG_NAO_TEM_TAMANHO_ESTRUTURA);
-        EXPECT_EQ(Le("V.dat"), s);
-    }
 }
 
 TEST_F(RegistroUnico, PrimeiraGravacaoEncontraRegistroQueApareceuDepois) {
