@@ -122,14 +122,11 @@ TEST_F(DiarioDesfaz, ArquivoSoSaiQuandoNenhumaEntradaPrecisaDele) {
         m_listaPassos.clear();
         ASSERT_EQ(CXVDataBaseUtil::DeletaArquivo(&m_Dono, XV_DF, "X.dat", CXVDataBaseUtil::eMantemNoControle),
                   S_OK);
-        const std::size_t uiSaida = Ultimo("+X.dat");
-        ASSERT_NE(uiSaida, 0U);
-        for (const char* psz : {"=A.dat", "=T.dat", "+XVDATABASE_ABERTA.srk"}) {
-            EXPECT_NE(Ultimo(psz), 0U) << psz;
-            EXPECT_LT(Ultimo(psz), uiSaida) << psz;
-        }
+        const std::string sEscrito = "+" + std::string(k_pszNomeDiario);
+        for (const char* psz : {"=A.dat", "=T.dat"}) EsperaOrdem({psz, "+X.dat"});
+        EsperaOrdem({sEscrito, "+X.dat"});
         if (ulDurabilidade == 1) {
-            EXPECT_LT(Ultimo("+XVDATABASE_ABERTA.srk"), Ultimo("=XVDATABASE_ABERTA.srk"));
+            EsperaOrdem({sEscrito, "=" + std::string(k_pszNomeDiario)});
         }
         EXPECT_EQ(Campo<XVUInt64>(LeDiario(), 520), 2U);
         auto morte = Morre();

@@ -136,13 +136,9 @@ TEST_F(Diario, FechamentoDescarregaOsArquivosEEntaoApagaODiario) {
         m_listaPassos.clear();
         ASSERT_EQ(banco.Fecha(m_Dono), S_OK);
         const std::string sDiario = k_pszNomeDiario;
-        EXPECT_LT(Ultimo("=T.dat"), Ultimo("=" + NomeDiretorio())) << "and names";
-        EXPECT_LT(Ultimo("=" + NomeDiretorio()), Ultimo("=" + sDiario));
-        for (const std::string sNome : {"A.dat", "T.dat"}) {
-            EXPECT_LT(Ultimo("+" + sNome), Ultimo("=" + sNome)) << sNome;
-            EXPECT_LT(Ultimo("=" + sNome), Ultimo("=" + sDiario)) << sNome;
-        }
-        EXPECT_LT(Ultimo("=" + sDiario), Ultimo("+" + sDiario)) << "no entry counts when it is deleted";
+        // With names; and no entry counts when the journal is deleted.
+        for (const std::string sNome : {"A.dat", "T.dat"})
+            EsperaOrdem({"+" + sNome, "=" + sNome, "=" + NomeDiretorio(), "=" + sDiario, "+" + sDiario});
         EXPECT_FALSE(Existe(sDiario));
         // Nothing changed: nothing to flush.
         ASSERT_EQ(banco.Abre(m_Dono, PastaDados()), S_OK);
@@ -168,16 +164,11 @@ TEST_F(Diario, ConclusaoChegaAoDispositivoAntesQueODiarioAEsqueca) {
     m_listaPassos.clear();
     CXVDiario diario;
     ASSERT_EQ(AbreDiario(diario), S_OK);
-    const std::string sDiretorio = NomeDiretorio();
+    const std::string sEscrito = "+" + std::string(k_pszNomeDiario);
     for (const std::string sNome : {"A.dat", "T.dat"}) {
-        ASSERT_NE(Ultimo("+" + sNome), 0U);
-        EXPECT_LT(Primeiro("+" + std::string(k_pszNomeDiario)), Primeiro("+" + sNome))
-            << "viewers learn of it first";
-        EXPECT_LT(Ultimo("+" + sNome), Ultimo("=" + sNome)) << sNome;
-        EXPECT_LT(Ultimo("=" + sNome), Ultimo("+" + std::string(k_pszNomeDiario))) << sNome;
-        EXPECT_LT(Ultimo("+" + sNome), Ultimo("=" + sDiretorio)) << sNome;
+        EXPECT_LT(Primeiro(sEscrito), Primeiro("+" + sNome)) << "viewers learn of it first";
+        EsperaOrdem({"+" + sNome, "=" + sNome, "=" + NomeDiretorio(), sEscrito});
     }
-    EXPECT_LT(Ultimo("=" + sDiretorio), Ultimo("+" + std::string(k_pszNomeDiario)));
     EXPECT_EQ(diario.Fecha(&m_Dono), S_OK);
 }
 

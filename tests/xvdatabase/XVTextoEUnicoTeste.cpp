@@ -9,25 +9,6 @@ using T = std::vector<std::string>;
 class ArquivoTexto : public CXVCenarioBanco {};
 class RegistroUnico : public CXVCenarioBanco {};
 
-TEST_F(ArquivoTexto, LeituraForaDosLimites) {
-    std::string sTexto = "x";
-    TXVBanco<CXVTextFile> ausente("A.dat");
-    ASSERT_EQ(Abre(ausente), S_OK);
-    EXPECT_EQ(ausente->Le(0, sTexto), E_XVCR_TENTATIVA_LER_POSICAO_ZERO);
-    EXPECT_EQ(sTexto, "");
-    EXPECT_EQ(ausente->Le(1, sTexto), E_XVCR_ARQUIVO_NAO_EXISTE);
-    ASSERT_EQ(ausente.xvDB.Finaliza(), S_OK);
-    Cria("B.dat", ArquivoComCabecalho("B.dat", ""));
-    TXVBanco<CXVTextFile> vazio("B.dat");
-    ASSERT_EQ(Abre(vazio), S_OK);
-    EXPECT_EQ(vazio->Le(1, sTexto), E_XVCR_POSICAO_LEITURA_SUPERIOR_QUANTIDADE_ARQUIVO);
-    XVUInt uiPosicao = 1;
-    EXPECT_EQ(vazio->Grava(uiPosicao, "x"), E_XVCR_POSICAO_GRAVACAO_SUPERIOR_QUANTIDADE_ARQUIVO);
-    EXPECT_EQ(vazio->GravaColecao(uiPosicao, T{}), S_OK) << "empty: before the position is looked at";
-    EXPECT_EQ(uiPosicao, 1U);
-    ASSERT_EQ(vazio.xvDB.Finaliza(), S_OK);
-}
-
 TEST_F(ArquivoTexto, NulNoMeioFicaGuardadoELidoAteEle) {
     TXVBanco<CXVTextFile> banco("A.dat");
     ASSERT_EQ(Abre(banco), S_OK);
