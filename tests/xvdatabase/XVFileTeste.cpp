@@ -13,35 +13,26 @@ class RegistrosFixos : public CXVCenarioBanco {
     }
 };
 
-TEST_F(RegistrosFixos, LeituraForaDosLimitesTemCodigoParaCadaCaso) {
-    TXVBanco<CXVFileTeste> ausente("A.dat");
-    ASSERT_EQ(Abre(ausente), S_OK);
+TEST_F(RegistrosFixos, ForaDosLimitesHaUmCodigoParaCadaCaso) {
     REG_TESTE reg{};
     std::vector<REG_TESTE> lista{{9, 9, 9}};
-    EXPECT_EQ(ausente->Le(0, &reg), E_XVCR_TENTATIVA_LER_POSICAO_ZERO);
-    EXPECT_EQ(ausente->Le(1, &reg), E_XVCR_ARQUIVO_NAO_EXISTE);
-    EXPECT_EQ(ausente->LeColecao(1, 1, lista), E_XVCR_ARQUIVO_NAO_EXISTE);
-    EXPECT_EQ(ausente->LeColecao(0, 0, lista), S_OK);
-    ASSERT_EQ(ausente.xvDB.Finaliza(), S_OK);
-
-    Cria("B.dat", ArquivoComCabecalho("B.dat", ""));
-    TXVBanco<CXVFileTeste> vazio("B.dat");
-    ASSERT_EQ(Abre(vazio), S_OK);
-    EXPECT_EQ(vazio->Le(1, &reg), E_XVCR_POSICAO_LEITURA_SUPERIOR_QUANTIDADE_ARQUIVO);
-    ASSERT_EQ(vazio.xvDB.Finaliza(), S_OK);
-
-    Cria("C.dat", ArquivoComCabecalho("C.dat", Bytes(Lista(3))));
-    TXVBanco<CXVFileTeste> banco("C.dat");
+    XVUInt uiPosicao = 4;
+    TXVBanco<CXVFileTeste> banco("A.dat");
     ASSERT_EQ(Abre(banco), S_OK);
+    EXPECT_EQ(banco->Le(0, &reg), E_XVCR_TENTATIVA_LER_POSICAO_ZERO);
+    EXPECT_EQ(banco->Le(1, &reg), E_XVCR_ARQUIVO_NAO_EXISTE);
+    EXPECT_EQ(banco->Grava(uiPosicao, reg), E_XVCR_POSICAO_GRAVACAO_SUPERIOR_QUANTIDADE_ARQUIVO);
+    EXPECT_FALSE(Existe("A.dat"));
+    ASSERT_EQ(banco.xvDB.Finaliza(), S_OK);
+    Cria("A.dat", ArquivoComCabecalho("A.dat", Bytes(Lista(3))));
+    ASSERT_EQ(Abre(banco), S_OK);
+    EXPECT_EQ(banco->Grava(uiPosicao, reg), E_XVCR_POSICAO_GRAVACAO_SUPERIOR_QUANTIDADE_ARQUIVO);
     EXPECT_EQ(banco->LeColecao(3, 0, lista), E_XVCR_INCONSISTENCIA_CHAVE_QUANTIDADE);
     EXPECT_EQ(banco->LeColecao(0, 3, lista), E_XVCR_INCONSISTENCIA_CHAVE_QUANTIDADE);
-    EXPECT_EQ(banco->LeColecao(4, 1, lista), E_XVCR_POSICAO_LEITURA_SUPERIOR_QUANTIDADE_ARQUIVO);
-    EXPECT_EQ(banco->LeColecao(2, 3, lista), E_XVCR_POSICAO_LEITURA_SUPERIOR_QUANTIDADE_ARQUIVO);
-    EXPECT_EQ(banco->LeColecao(2, ~0ULL, lista), E_XVCR_POSICAO_LEITURA_SUPERIOR_QUANTIDADE_ARQUIVO);
+    for (const auto& [uiDe, uiQtd] : {std::pair{4U, XVUInt64{1}}, {2U, XVUInt64{3}}, {2U, ~XVUInt64{0}}})
+        EXPECT_EQ(banco->LeColecao(uiDe, uiQtd, lista), E_XVCR_POSICAO_LEITURA_SUPERIOR_QUANTIDADE_ARQUIVO);
     EXPECT_EQ(banco->LeColecao(2, 2, lista), S_OK);
-    EXPECT_EQ(lista, (std::vector<REG_TESTE>{{9, 9, 9}, {2, 2, 0}, {3, 0, 0}}))
-        << "appended to what was there";
-    EXPECT_EQ(banco->GetPtrRegistros(), nullptr) << "only for databases with direct access";
+    EXPECT_EQ(lista, (std::vector<REG_TESTE>{{9, 9, 9}, {2, 2, 0}, {3, 0, 0}})) << "appended";
     ASSERT_EQ(banco.xvDB.Finaliza(), S_OK);
 }
 
