@@ -2,13 +2,12 @@
 // and then holds what it got until its input ends.
 //
 //   abre <path> <access> <share>   marca <directory> <name>
-//   herda <directory>   prints how many descriptors in the directory it was started with instead
 //   carrega <name>      prints what became of the library of this name
-#include <algorithm>
 #include <cstdlib>
-#include <filesystem>
 #include <iostream>
+#include <memory>
 #include <string>
+#include <vector>
 
 #include "platform/XVBibliotecaDinamica.h"
 #include "platform/XVPlataforma.h"
@@ -21,14 +20,6 @@ const char* Carrega(const std::string& sNome) {
     const auto pfnSoma = biblioteca.GetFuncao<int (*)(int, int)>("XVSomaTeste");
     if (!biblioteca.GetMotivoFalha().empty()) return "recusada";
     return pfnSoma != nullptr && pfnSoma(2, 3) == 5 ? "serve" : "ausente";
-}
-
-auto Herda(const std::string& sDiretorio) {
-    const std::filesystem::directory_iterator descritores("/proc/self/fd");
-    return std::count_if(begin(descritores), end(descritores), [&](const auto& rEntrada) {
-        std::error_code erro;
-        return std::filesystem::read_symlink(rEntrada.path(), erro).string().starts_with(sDiretorio);
-    });
 }
 
 }  // namespace
@@ -50,7 +41,7 @@ int main(int iQuantidade, char** apszArgumentos) {
     else if (a[1] == "marca")
         std::cout << static_cast<int>(rSistema.MarcaDiretorio(a[2], a[3], pMarca).GetCausa());
     else
-        a[1] == "carrega" ? std::cout << Carrega(a[2]) : std::cout << Herda(a[2]);
+        std::cout << Carrega(a[2]);
     std::cout << std::endl;
     std::getline(std::cin, a[0]);
     return 0;

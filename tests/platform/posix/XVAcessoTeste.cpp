@@ -186,8 +186,9 @@ TEST_F(CXVAcessoTeste, ProcessoFilhoNaoHerdaNada) {
     std::unique_ptr<IXVJanela> pJanela;
     ASSERT_TRUE(m_pArquivo->AbreJanela(4096, pJanela).Ok());
     ASSERT_EQ(Marca("M"), ECausa::eNenhuma);
-    CXVProcessoFilho filho(XVProgramaVizinho("xv_filho_plataforma"), {"herda", m_diretorio.GetCaminho()});
-    EXPECT_EQ(filho.LeLinha(), "0") << "descriptors in the directory";
+    CXVProcessoFilho filho("/bin/sh", {"-c", "ls -l /proc/$$/fd; echo fim; read nada"});
+    for (std::string sLinha; sLinha != "fim"; sLinha = filho.LeLinha())
+        EXPECT_EQ(sLinha.find(m_diretorio.GetCaminho()), std::string::npos) << sLinha;
     pJanela.reset();
     m_pArquivo.reset();
     m_pMarca.reset();
