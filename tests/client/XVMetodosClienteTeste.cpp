@@ -144,6 +144,7 @@ TEST_F(CMetodosCliente, MapaDeChavesEDataHora) {
     auto completa = chave;
     completa.uiChaveRegistroSistemaTerceiro = 4321;
     EXPECT_EQ(Cliente().GravaChaveRegistro(completa), S_OK);
+    EXPECT_EQ(Cliente().GravaChaveRegistroPendente(chave), S_OK) << "what is complete stays";
     CXVDadosCR_ChaveRegistroTelvoParaTerceiro achada;
     auto filtro = completa;
     filtro.regDmcRegistroTelvo = {};
