@@ -28,16 +28,6 @@ class LogGeralTeste : public CXVCenarioSuite {
     CXVAcessoEmpresarial m_Acesso{&m_Dono};
 };
 
-TEST_F(LogGeralTeste, LinhaTemTodasAsColunasEOTextoNuncaQuebraALinha) {
-    EXPECT_EQ(Grava(m_Acesso, "Conversão\tde\r\nbase \n"), S_OK);
-    EXPECT_EQ(m_Acesso.GravaLog({123, 21, 2, std::string("a\0b", 3)}), S_OK);
-    EXPECT_EQ(Le(), k_pszCabecalho + Linha("Conversão de  base ") +
-                        "15/03/2024\t09:00:00\tMATRIZ\t7\t99\t2\t21\t123\ta b\n");
-    EXPECT_EQ(m_Arquivos.GetQuantidadeAberta(), 1U) << "the handle is kept between lines";
-    m_Acesso.Fecha();
-    EXPECT_EQ(m_Arquivos.GetQuantidadeAberta(), 0U);
-}
-
 TEST_F(LogGeralTeste, MesNovoAbreArquivoNovoEArquivoVazioGanhaCabecalho) {
     m_Arquivos.CriaArquivo(PastaDados("XVLogGeral_202404.log"), "");
     CXVSistemaArquivosFalhas falhas(m_Arquivos);
@@ -53,8 +43,11 @@ TEST_F(LogGeralTeste, MesNovoAbreArquivoNovoEArquivoVazioGanhaCabecalho) {
     EXPECT_EQ(Le("XVLogGeral_202404.log"),
               std::string(k_pszCabecalho) + "01/04/2024\t00:00:00\tMATRIZ\t7\t99\t1\t0\t0\tb\n");
     m_Relogio.SetUTC({2024, 5, 1, 12, 0, 0});
-    EXPECT_EQ(Grava(m_Acesso, "c"), S_OK);
-    EXPECT_TRUE(Le("XVLogGeral_202405.log").ends_with("\t1\t0\t0\tc\n"));
+    EXPECT_EQ(m_Acesso.GravaLog({123, 21, 2, std::string("a\tb\r\nc\0d ", 9)}), S_OK);
+    EXPECT_EQ(Le("XVLogGeral_202405.log"),
+              std::string(k_pszCabecalho) + "01/05/2024\t09:00:00\tMATRIZ\t7\t99\t2\t21\t123\ta b  c d \n")
+        << "no text breaks its line";
+    EXPECT_EQ(m_Arquivos.GetQuantidadeAberta(), 1U) << "the handle is kept between lines";
 }
 
 // Another process comes before the new file is made, or between it and its header: then it waits.

@@ -127,15 +127,11 @@ TEST(Filtro, MotorDeArquivosESilenciosoAteSerPedido) {
         bool bPassa;
     } aCasos[] = {{"", "CXVDataBase::Le", false},
                   {"", pszIndice, false},
-                  {"", "CXVGroupFileBase::Abre", false},
-                  {"", "CXVGroupTextFileDynamic::Le", false},
                   {"", "T_XVGroupFileChave::X", false},
-                  {"", "CXVFileCopia::Copia", false},
                   {"", "CBaseMiddleware::LeIntegracao", true},
                   {"REG_CR_INDEX;Grava", pszIndice, true},
                   {"REG_CR_INDEX;Grava", "CXVFile<struct REG_X>::Grava", true},
                   {"REG_CR_INDEX;Grava", "CXVFile<struct REG_X>::Le", false},
-                  {"REG_CR_INDEX;Grava", "CBaseMiddleware::LeIntegracao", true},
                   // The blank of a template's name is part of the piece.
                   {"CXVFile<struct REG_CR_INDEX CXVTextFile", pszIndice, true},
                   {"CXVFile<struct REG_CR_INDEX CXVTextFile", "CXVFile<struct REG_CR_CHAVE_V1>::Le", false},

@@ -132,7 +132,6 @@ TEST_F(Recusa, ArquivoDanificado) {
         {k_pszIndice, E_XVCR_CRC_CABECALHO_NAO_CONFERE, EUso::eAbre, Vira(130)},
         {k_pszIndice, E_XVCR_TAMANHO_CABECALHO_NAO_CONFERE, EUso::eAbre,
          Escreve(Le(k_pszIndice).substr(0, 100))},
-        {k_pszVersao, E_XVCR_CRC_CABECALHO_NAO_CONFERE, EUso::eAbre, Vira(130)},
         {k_pszDia, E_XVCR_CRC_CABECALHO_NAO_CONFERE, EUso::eLe, Vira(130)},
         {k_pszDia, E_XVCR_CRC_CABECALHO_NAO_CONFERE, EUso::eBusca, Vira(130)},
         {k_pszDia, E_XVCR_CRC_CABECALHO_NAO_CONFERE, EUso::eGrava, Vira(130)},
@@ -157,7 +156,6 @@ TEST_F(Recusa, ArquivoAusenteOuSobra) {
         {k_pszDia, E_XVCR_ARQUIVO_GROUP_NAO_ENCONTRADO, EUso::eLe, Some()},
         {k_pszDia, E_XVCR_INCONSISTENCIA_CONTROLE_CRIACAO_ARQUIVOS, EUso::eGrava, Some()},
         {"CRINDEXINTEG.tra", E_XVCR_ARQUIVO_TRA_ENCONTRADO, EUso::eAbre, Escreve("x")},
-        {"CRINTEGMID20240315.tra", E_XVCR_ARQUIVO_TRA_ENCONTRADO, EUso::eLe, Escreve("x")},
         {"CRINDEXINTEG.cab", E_XVCR_ARQUIVO_CAB_ENCONTRADO, EUso::eAbre,
          [this](const std::string& sNome) {
              Cria(k_pszIndice, Le(k_pszIndice).substr(240));
@@ -175,7 +173,6 @@ TEST_F(Recusa, SistemaQueNega) {
         {k_pszIndice, eAccessDenied, EUso::eAbre, Impede(eAbre, eAcessoNegado)},
         {k_pszDia, eSharingViolation, EUso::eLe, Impede(eAbre, ECausaArquivo::eViolacaoCompartilhamento)},
         {k_pszDia, eHardIO, EUso::eBusca, Impede(EOperacaoArquivo::eLe, eErroFisico)},
-        {k_pszDia, eHardIO, EUso::eLe, Impede(EOperacaoArquivo::eGetTamanho, eErroFisico)},
         {k_pszDia, eDiskFull, EUso::eGrava, Impede(EOperacaoArquivo::eGrava, ECausaArquivo::eDiscoCheio)},
         {k_pszDia, eXVReadOnly, EUso::eLe,
          [this](const std::string& sNome) { m_Arquivos.SetSomenteLeitura(PastaDados(sNome), true); }},
