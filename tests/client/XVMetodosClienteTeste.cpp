@@ -135,20 +135,23 @@ TEST_F(CMetodosCliente, BuscaPorListasEChaves) {
 
 TEST_F(CMetodosCliente, MapaDeChavesEDataHora) {
     const REG_XVDMC regRegistro = REG_XVDMC::Cria(2, 77, REG_XVDMA::Cria(2026, 1, 2));
-    const CXVDadosCR_ChaveRegistroTelvoParaTerceiro chave{.uiChaveRegistroSistemaTerceiro = 0,
-                                                          .regDmcRegistroTelvo = regRegistro,
-                                                          .uiBaseDadosTerceiro = 5,
-                                                          .eTipoIntegracao = 6,
-                                                          .eSistemaIntegracao = 2};
+    const CXVDadosCR_ChaveRegistroTelvoParaTerceiro chave{
+        .uiChaveRegistroSistemaTerceiro = 0,
+        .regDmcRegistroTelvo = regRegistro,
+        .uiBaseDadosTerceiro = 5,
+        .eTipoIntegracao = 6,
+        .eSistemaIntegracao = 2,
+        .regDmcOrigemIntegracao = {regRegistro.uiValor + 1}};
     EXPECT_EQ(Cliente().GravaChaveRegistroPendente(chave), S_OK);
     auto completa = chave;
     completa.uiChaveRegistroSistemaTerceiro = 4321;
     EXPECT_EQ(Cliente().GravaChaveRegistro(completa), S_OK);
+    EXPECT_EQ(Cliente().GravaChaveRegistroPendente(chave), S_OK) << "what is complete stays";
     CXVDadosCR_ChaveRegistroTelvoParaTerceiro achada;
     auto filtro = completa;
     filtro.regDmcRegistroTelvo = {};
     EXPECT_EQ(Cliente().BuscaChaveRegistro(filtro, &achada), S_OK);
-    EXPECT_EQ(achada.regDmcRegistroTelvo, regRegistro);
+    EXPECT_TRUE(achada == completa);
     filtro.uiChaveRegistroSistemaTerceiro = 1;
     EXPECT_EQ(Cliente().BuscaChaveRegistro(filtro, &achada), S_OK);
     EXPECT_TRUE(achada.regDmcRegistroTelvo.EhNulo());
@@ -161,7 +164,7 @@ TEST_F(CMetodosCliente, MapaDeChavesEDataHora) {
     EXPECT_EQ(Cliente().GravaDataHora(dataHora), S_OK);
     CXVDadosCR_DataHoraIntegracaoTerceiro lida;
     EXPECT_EQ(Cliente().BuscaDataHora(dataHora, &lida), S_OK);
-    EXPECT_EQ(lida.regDataHora, dataHora.regDataHora);
+    EXPECT_TRUE(lida == dataHora);
     auto outra = dataHora;
     outra.eTipoData = 2;
     EXPECT_EQ(Cliente().BuscaDataHora(outra, &lida), S_OK);
