@@ -140,7 +140,7 @@ std::int32_t XVProvedorObtem(std::uint32_t ulVersao, XVProvedorTabela* pTabela) 
     *pTabela = {};
     pTabela->ulTamanho = sizeof(XVProvedorTabela);
     pTabela->ulVersao = ulVersao;
-    pTabela->eSistema = 16;
+    pTabela->eSistema = XV_SISTEMA;
     pTabela->pfnLibera = Libera;
     pTabela->pfnRealizaOperacaoAnterior = Anterior;
     pTabela->pfnEnviaJson = EnviaJson;
