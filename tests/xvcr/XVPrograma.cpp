@@ -13,6 +13,11 @@ SExecucao XVExecutaAqui(const TArgumentos& listaArgumentos) {
     return {iSaida, testing::internal::GetCapturedStdout(), testing::internal::GetCapturedStderr()};
 }
 
+TArgumentos XVPalavras(const std::string& sLinha) {
+    std::istringstream fluxo(sLinha);
+    return {std::istream_iterator<std::string>(fluxo), {}};
+}
+
 std::vector<nlohmann::json> XVLinhasJson(const std::string& sTexto) {
     std::vector<nlohmann::json> listaLinhas;
     std::istringstream fluxo(sTexto);
@@ -23,9 +28,8 @@ std::vector<nlohmann::json> XVLinhasJson(const std::string& sTexto) {
 
 SExecucao XVPrograma::Xvcr(const std::string& sPalavras, const TArgumentos& rMais,
                            const std::string& sEntrada) const {
-    TArgumentos listaTudo{"--diretorio", m_Diretorio.GetCaminho()};
-    std::istringstream fluxo("--empresa 001 --usuario 7 --sessao 42 " + sPalavras);
-    listaTudo.insert(listaTudo.end(), std::istream_iterator<std::string>(fluxo), {});
+    TArgumentos listaTudo = XVPalavras("--empresa 001 --usuario 7 --sessao 42 " + sPalavras);
+    listaTudo.insert(listaTudo.begin(), {"--diretorio", m_Diretorio.GetCaminho()});
     listaTudo.insert(listaTudo.end(), rMais.begin(), rMais.end());
     return m_bAqui ? XVExecutaAqui(listaTudo) : XVExecuta(XVProgramaVizinho("xvcr"), listaTudo, sEntrada);
 }

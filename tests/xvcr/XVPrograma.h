@@ -15,6 +15,9 @@ using TArgumentos = std::vector<std::string>;
 
 SExecucao XVExecutaAqui(const TArgumentos& listaArgumentos);
 
+// A command line as it is written, its words parted by blanks.
+TArgumentos XVPalavras(const std::string& sLinha);
+
 // What an output with --json says: one value for each line.
 std::vector<nlohmann::json> XVLinhasJson(const std::string& sTexto);
 

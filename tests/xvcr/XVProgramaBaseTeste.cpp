@@ -4,7 +4,6 @@
 #include <list>
 #include <utility>
 
-#include "client/XVCliente.h"
 #include "tests/harness/XVProcessoFilho.h"
 #include "tests/xvcr/XVPrograma.h"
 
@@ -16,18 +15,6 @@ using testing::StartsWith;
 using TLinhas = std::vector<nlohmann::json>;
 
 class ProgramaBase : public XVPrograma {};
-
-TEST_F(ProgramaBase, LeituraEnquantoOutroProcessoGrava) {
-    XVCliente::CXVCliente cliente;
-    ASSERT_EQ(cliente.ConectaLocal({.sEmpresa = "001"}, {.sDiretorio = m_Diretorio.GetCaminho()}), S_OK);
-    const CXVDadosCR_IntegracaoMiddleware dados{.sRegistroJSON = "{\"primeira\":1}"};
-    REG_XVDMC regDmc;
-    ASSERT_EQ(cliente.GravaIntegracao(&regDmc, dados), S_OK);
-    EXPECT_EQ(Le(regDmc.ToString())["regRegistroJSON"], dados.sRegistroJSON);
-    REG_XVDMC regOutra;
-    EXPECT_EQ(cliente.GravaIntegracao(&regOutra, dados), S_OK) << "the viewer must not be in the way";
-    EXPECT_EQ(Xvcr("--leitura busca --conta").sSaida, "2\n");
-}
 
 TEST_F(ProgramaBase, BaseQueNaoHaNaoECriadaPorQuemSoOlha) {
     for (const char* pszComando : {"--leitura busca", "busca", "converte --simula"}) {
@@ -159,23 +146,6 @@ TEST_F(ProgramaBase, ArquivoDeUmDiaDanificadoEDitoComSuaData) {
     ASSERT_EQ(listaLinhas.size(), 3U);
     EXPECT_THAT(listaLinhas[0].value("erro", ""), HasSubstr(sFim));
     EXPECT_THAT(listaLinhas[1].value("erro", "Arquivo:"), testing::Not(HasSubstr("Arquivo:")));
-}
-
-TEST_F(ProgramaBase, ArquivoListadoQueSumiuEDitoPeloNome) {
-    for (const char* pszNome : {"CRINDEXINTEG.dat", "CRMIDDLEWAREVS.dat"}) {
-        Grava("grava");
-        Grava("grava");  // a file is listed when it is next opened
-        const std::string sArquivo = std::string("001/DF/") + pszNome;
-        const std::string sBytes = m_Diretorio.LeConteudo(sArquivo).value_or("");
-        std::filesystem::remove(m_Diretorio.Junta(sArquivo));
-        for (const char* pszComando : {"grava", "busca"}) {  // a viewer does not take it for an empty file
-            const SExecucao execucao = Xvcr(pszComando);
-            EXPECT_EQ(execucao.iSaida, 1);
-            EXPECT_THAT(execucao.sErro, HasSubstr("0x81080A50"));
-            EXPECT_THAT(execucao.sErro, HasSubstr(pszNome));
-        }
-        m_Diretorio.CriaArquivo(sArquivo, sBytes);
-    }
 }
 
 }  // namespace

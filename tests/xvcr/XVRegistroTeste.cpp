@@ -71,9 +71,9 @@ class Registro : public testing::Test {
     }
 
     // The records that the options show, in their order.
-    json Mostra(const TArgumentos& rOpcoes) const {
-        TArgumentos listaTudo{"--json", "--diretorio", m_Diretorio.GetCaminho(), "registro"};
-        listaTudo.insert(listaTudo.end(), rOpcoes.begin(), rOpcoes.end());
+    json Mostra(const std::string& sOpcoes) const {
+        TArgumentos listaTudo = XVPalavras("--json registro " + sOpcoes);
+        listaTudo.insert(listaTudo.begin(), {"--diretorio", m_Diretorio.GetCaminho()});
         const SExecucao execucao = XVExecutaAqui(listaTudo);
         EXPECT_EQ(execucao.iSaida, 0) << execucao.sErro;
         return XVLinhasJson(execucao.sSaida);
@@ -90,66 +90,49 @@ class Registro : public testing::Test {
 TEST_F(Registro, CadaOpcaoMostraOsSeus) {
     const std::string sArquivo = m_Diretorio.Junta("001/DF/XVProfilerErros_Base_202610.log");
     const struct {
-        TArgumentos listaOpcoes;
+        std::string sOpcoes;
         std::vector<json> esperados;
     } aCasos[] = {
-        {{}, {m_Outubro, m_Manha, m_Noite}},
-        {{"--ultimos", "2"}, {m_Manha, m_Noite}},
-        {{"--ultimos", "9"}, {m_Outubro, m_Manha, m_Noite}},
-        {{"--mes", "202610"}, {m_Outubro}},
-        {{"--de", "2026-11-20"}, {m_Manha, m_Noite}},
-        {{"--de", "2026-11-20T00:00:01"}, {m_Noite}},
-        {{"--ate", "2026-11-20"}, {m_Outubro, m_Manha, m_Noite}},
-        {{"--ate", "2026-11-20T23:59:58"}, {m_Outubro, m_Manha}},
-        {{"--ate", "2026-11-19"}, {m_Outubro}},
-        {{"--do-usuario", "8"}, {m_Manha}},
-        {{"--da-sessao", "0043"}, {m_Noite}},
-        {{"--da-sessao", "8"}, {}},
-        {{"--da-empresa", "002"}, {m_Noite}},
-        {{"--funcao", "grava"}, {m_Manha}},
-        {{"--codigo", "0x81080aaa"}, {m_Outubro}},
-        {{"--codigo", "180150001"}, {m_Noite}},
-        {{"--codigo", "E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA"}, {m_Outubro}},
-        {{"--arquivo", sArquivo}, {m_Outubro}},
-        {{"--funcao", "le", "--ultimos", "1"}, {m_Noite}},
+        {"", {m_Outubro, m_Manha, m_Noite}},
+        {"--ultimos 2", {m_Manha, m_Noite}},
+        {"--ultimos 9", {m_Outubro, m_Manha, m_Noite}},
+        {"--mes 202610", {m_Outubro}},
+        {"--de 2026-11-20", {m_Manha, m_Noite}},
+        {"--de 2026-11-20T00:00:01", {m_Noite}},
+        {"--ate 2026-11-20", {m_Outubro, m_Manha, m_Noite}},
+        {"--ate 2026-11-20T23:59:58", {m_Outubro, m_Manha}},
+        {"--ate 2026-11-19", {m_Outubro}},
+        {"--do-usuario 8", {m_Manha}},
+        {"--da-sessao 0043", {m_Noite}},
+        {"--da-sessao 8", {}},
+        {"--da-empresa 002", {m_Noite}},
+        {"--funcao grava", {m_Manha}},
+        {"--codigo 0x81080aaa", {m_Outubro}},
+        {"--codigo 180150001", {m_Noite}},
+        {"--codigo E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA", {m_Outubro}},
+        {"--arquivo " + sArquivo, {m_Outubro}},
+        {"--funcao le --ultimos 1", {m_Noite}},
     };
-    for (const auto& rCaso : aCasos) {
-        TArgumentos listaOpcoes = rCaso.listaOpcoes;
-        listaOpcoes.insert(listaOpcoes.end(), {"--empresa", "001"});
-        EXPECT_EQ(Mostra(listaOpcoes), json(rCaso.esperados)) << testing::PrintToString(rCaso.listaOpcoes);
-    }
+    for (const auto& rCaso : aCasos)
+        EXPECT_EQ(Mostra("--empresa 001 " + rCaso.sOpcoes), json(rCaso.esperados)) << rCaso.sOpcoes;
 }
 
 TEST_F(Registro, SemEmpresaOsDosProgramas) {
-    EXPECT_EQ(Mostra({}), json::array({m_Programas}));
-    const json saida{{"DataHora", "2026-11-21T10:11:13"},
-                     {"Tipo", "SAIU"},
-                     {"Empresa", "001"},
-                     {"Usuario", "7"},
-                     {"Sessao", "44"},
-                     {"Processo", "xvcr"},
-                     {"UsuarioLocal", "ana"},
-                     {"ThreadID", "78"},
-                     {"ClasseFuncao", "CTroca::Le"},
-                     {"Expressao", "Fim"},
-                     {"Duracao", "15"},
-                     {"Parametros", {"n = 3", "m = \\x1B"}}};
-    EXPECT_EQ(Mostra({"--perfil"}), json::array({saida}));
-    EXPECT_EQ(Mostra({"--perfil", "--empresa", "001"}), json::array({saida}))
-        << "there is one for all companies";
-
+    EXPECT_EQ(Mostra(""), json::array({m_Programas}));
+    const std::string sSaiu =
+        "2026-11-21T10:11:13  SAIU      001     u7/s44     -           "
+        "CTroca::Le                                    Fim    15 ms  n = 3  m = \\x1B\n";
     // The installation's directory, where none is given.
     CXVRegistryFalso registry;
     registry.SetTexto(CAmbienteXV::GetChaveRegistry(k_eModuloBase), "Path", m_Diretorio.GetCaminho());
     const CXVGuardaRegistry guarda(registry);
-    const SExecucao execucao = XVExecutaAqui({"registro"});
-    EXPECT_EQ(execucao.sSaida,
+    EXPECT_EQ(XVExecutaAqui({"registro"}).sSaida,
               "2026-11-21T10:11:12  ERRO      001     u7/s44     0x81080AAA  "
               "CTroca::Le                                    middleware/Base:120         "
               "E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA  m_Index.Le(a)\n");
-    EXPECT_EQ(XVExecutaAqui({"registro", "--perfil"}).sSaida,
-              "2026-11-21T10:11:13  SAIU      001     u7/s44     -           "
-              "CTroca::Le                                    Fim    15 ms  n = 3  m = \\x1B\n");
+    EXPECT_EQ(XVExecutaAqui({"registro", "--perfil"}).sSaida, sSaiu);
+    EXPECT_EQ(XVExecutaAqui({"--empresa", "001", "registro", "--perfil"}).sSaida, sSaiu)
+        << "one for all companies";
 }
 
 // Records of the log that there is, of a month that begins, and one whose line is not yet whole.
@@ -169,11 +152,10 @@ TEST_F(Registro, SegueOQueChegaPeloTempoPedido) {
         if (uiDormidas == 4) anexa("202611", Linha(terceira).substr(30));
     });
     const CXVGuardaRelogio guarda(relogio);
-    EXPECT_EQ(Mostra({"--empresa", "001", "--segue", "--por", "2", "--ultimos", "1", "--funcao", "Le"}),
+    EXPECT_EQ(Mostra("--empresa 001 --segue --por 2 --ultimos 1 --funcao Le"),
               json::array({m_Noite, primeira, segunda, terceira}));
     EXPECT_EQ(relogio.GetMilissegundosDormidos(), 2000U);
-    EXPECT_EQ(Mostra({"--empresa", "001", "--segue", "--por", "1", "--do-usuario", "9"}),
-              json::array({m_Noite}));
+    EXPECT_EQ(Mostra("--empresa 001 --segue --por 1 --do-usuario 9"), json::array({m_Noite}));
 }
 
 TEST(LinhaLog, LinhaEstranhaOuCortadaNaoDerruba) {
