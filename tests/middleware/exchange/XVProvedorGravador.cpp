@@ -93,7 +93,7 @@ std::int32_t XVProvedorObtem(std::uint32_t ulVersao, XVProvedorTabela* pTabela) 
     *pTabela = {};
     pTabela->ulTamanho = sizeof(XVProvedorTabela);
     pTabela->ulVersao = ulVersao;
-    pTabela->eSistema = 16;
+    pTabela->eSistema = XV_SISTEMA;
     pTabela->pfnLibera = Libera;
     pTabela->pfnRealizaOperacaoAnterior = Dados<k_szAnterior>;
     pTabela->pfnEnviaJson = Dados<k_szEnviaJson>;
