@@ -7,6 +7,7 @@
 #include "middleware/XVOrdenacaoDmc.h"
 #include "tests/harness/XVSistemaArquivosFalhas.h"
 #include "tests/middleware/XVCenarioLoja.h"
+#include "tests/middleware/XVOperacoesLoja.h"
 
 namespace {
 
@@ -17,32 +18,22 @@ class CXVBuscaTeste : public CXVCenarioLoja {
     TLoja m_pLoja;
 };
 
-// Three days, two integrations each, recorded in mixed order of days; of the first of each day type and
-// status are another's.
 TEST_F(CXVBuscaTeste, SoAbreMembroParaQuemPassaPeloIndiceENaoDaListaParcial) {
-    TListaDmc todas, pendentes;
-    for (const unsigned uiDia : {20U, 18U, 19U}) {
-        SetDia(uiDia);
-        CXVIntegracaoTeste pendente(uiDia, Mercos, eXVSMiddleware_Pendente);
-        pendente.reg.eTipoIntegracao = eXVSMiddleware_CadastroProduto;
-        pendentes.push_back(Grava(*m_pLoja, pendente).uiValor);
-        todas.push_back(pendentes.back());
-        todas.push_back(Grava(*m_pLoja, CXVIntegracaoTeste(uiDia, Mercos, eXVSMiddleware_Sucesso)).uiValor);
-    }
-    std::sort(todas.begin(), todas.end());
-    std::sort(pendentes.begin(), pendentes.end());
+    ASSERT_TRUE(XVPovoaLoja(*m_pLoja, [&](unsigned uiDia) { SetDia(uiDia); }));
+    const TListaDmc todas = XVBusca(*m_pLoja);
+    ASSERT_EQ(todas.size(), 6U);
     m_pLoja.reset();
-    const std::string sArquivo = "CRINTEGMID20240319.dat";
+    const std::string sArquivo = "CRINTEGMID20240314.dat";
     m_Arquivos.CriaArquivo(PastaDados(sArquivo), Conteudo(sArquivo).substr(0, 300));
     m_pLoja = Abre();
     CXVSistemaArquivosFalhas falhas(m_Arquivos);
     const CXVGuardaSistemaArquivos guarda(falhas);
     EXPECT_EQ(XVBusca(*m_pLoja), todas);
-    EXPECT_EQ(XVBusca(*m_pLoja, {.status = {eXVSMiddleware_Pendente}, .sistemas = {Mercos}}), pendentes);
-    EXPECT_EQ(XVBusca(*m_pLoja, {.tipos = {eXVSMiddleware_CadastroProduto}, .status = {eXVSMiddleware_Erro}}),
+    EXPECT_EQ(XVBusca(*m_pLoja, {.status = {eXVSMiddleware_Enviado}}), todas);
+    EXPECT_EQ(XVBusca(*m_pLoja, {.tipos = {eXVSMiddleware_BuscaPedidos}, .status = {eXVSMiddleware_Erro}}),
               TListaDmc());
     EXPECT_EQ(falhas.GetQuantidadeTotal(), 0U) << "the index alone knows the answer";
-    const SBuscaFeita feita = XVBuscaComCodigo(*m_pLoja, {.tipos = {eXVSMiddleware_CadastroProduto}});
+    const SBuscaFeita feita = XVBuscaComCodigo(*m_pLoja, {.tipos = {eXVSMiddleware_BuscaPedidos}});
     EXPECT_EQ(feita.hr, E_XVCR_TAMANHO_ARQUIVO_NAO_CONFERE);
     EXPECT_EQ(feita.lista, TListaDmc());
     EXPECT_TRUE(

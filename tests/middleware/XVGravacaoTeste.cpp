@@ -24,7 +24,8 @@ TEST_F(CXVGravacaoTeste, AlteracaoSoAnexaOsTextosQueMudaramEORetorno) {
     EXPECT_EQ(XVLe(*m_pLoja, regDmc).sRetorno, "") << "without returned JSON the earlier one is unlinked";
     nova.Textos("{\"a\":1}", "outra", "{\"r\":1}");
     ASSERT_EQ(m_pLoja->GravaIntegracao(&regDmc, nova.Ptr()), S_OK);
-    EXPECT_EQ(XVLe(*m_pLoja, regDmc).sRetorno, "{\"r\":1}");
+    const SIntegracaoLida lida = XVLe(*m_pLoja, regDmc);
+    EXPECT_EQ(lida.sJSON + lida.sMensagem + lida.sRetorno, "{\"a\":1}outra{\"r\":1}");
     EXPECT_EQ(Dados(Conteudo("CRINTEGMIDJSON20240315.dat")), CXVBytes().Texto("{\"a\":1}").Str());
     EXPECT_EQ(Dados(Conteudo("CRINTEGMIDJSONRET20240315.dat")),
               CXVBytes().Texto("{\"r\":1}").Texto("{\"r\":1}").Str());

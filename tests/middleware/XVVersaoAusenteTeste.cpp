@@ -122,16 +122,31 @@ TEST_F(CXVVersaoAusenteTeste, CadaPassoRespeitaOsCarimbos) {
             EXPECT_EQ(Converte(), S_OK);
             EXPECT_EQ(Conteudo(pszNome) == base[pszNome], uiCarimbo > uiVersao) << pszNome << uiCarimbo;
         }
-    // A stamp in a header that does not hold is no stamp: the file is refused for its damage.
+}
+
+TEST_F(CXVVersaoAusenteTeste, ArquivoDanificadoEncerraOPassoPeloNomeETudoFicaComoEstava) {
+    const std::string sDia = k_apszDias[1];
     for (const unsigned uiVersao : {0U, 3U}) {
         TArquivos base = uiVersao == 0 ? SemVersao(0, true) : XVBaseDourada(3, true);
-        std::string& rDia = base[k_apszDias[1]];
-        rDia = XVArquivoDoTeste({k_apszDias[1], 3, 5}, Dados(rDia));
-        rDia[130] ^= 1;
-        Recomeca(base);
-        EXPECT_EQ(Converte(), E_XVCR_CRC_CABECALHO_NAO_CONFERE) << uiVersao;
-        EXPECT_EQ(Conteudo(k_apszDias[1]), rDia);
-        ConfereSemRestos();
+        const std::string sBom = base[sDia];
+        // A stamp in a header that does not hold is no stamp.
+        std::string sCarimbo = XVArquivoDoTeste({sDia, 3, 5}, Dados(sBom));
+        sCarimbo[130] ^= 1;
+        const std::pair<std::string, HRESULT> aCasos[] = {
+            {sCarimbo, E_XVCR_CRC_CABECALHO_NAO_CONFERE},
+            {sBom.substr(0, sBom.size() - (uiVersao == 0 ? 80 : 88)), E_XVCR_TAMANHO_ARQUIVO_NAO_CONFERE},
+            {Dados(sBom).substr(0, 79), E_XVCR_ARQUIVO_NAO_EH_MOD_ESTRUTURA}};
+        for (const auto& [sBytes, hr] : aCasos) {
+            base[sDia] = sBytes;
+            Recomeca(base);
+            const CXVCapturaTrace captura;
+            EXPECT_EQ(Converte(), hr) << uiVersao;
+            EXPECT_EQ(captura.GetFalhas().back().sExpressao,
+                      uiVersao == 0 ? "ConverteBaseV01()" : "ConverteBaseV04()");
+            EXPECT_EQ(captura.GetFalhas().back().sFuncao, "CBaseMiddleware::ExecutaConversao");
+            for (const auto& [sNome, sAntes] : base) EXPECT_EQ(Conteudo(sNome), sAntes) << sNome;
+            ConfereSemRestos();
+        }
     }
 }
 
