@@ -145,14 +145,15 @@ TEST_F(CXVTrocaTeste, LeituraConsultaOSistemaESoFechaComOsDoisPedidos) {
         EXPECT_EQ(Le(*m_pLoja, regDmc, ullFlags), sGravada);
         EXPECT_EQ(m_rGravador.listaChamadas, TLinhas());
     }
-    const std::string sQuem = " MATRIZ/7/99 dmc=90221-1-1 origens=90209-18-2/89634-5-2 datas=90221+28800/0+0";
+    const std::string sQuem = "dmc=90221-1-1 origens=90209-18-2/89634-5-2 datas=90221+28800/0+0";
     const std::string sComuns = " tipo=9 sistema=16 transacao=1 auxiliar=0/0 chaveRegistro=";
-    const std::string sLida = sQuem.substr(13) + sComuns + "402 base=403 filial=404" +
-                              Respondido(400, eXVSMiddleware_Erro) + " usuarios=33/0";
-    TLinhas listaEsperada{
-        "BuscaDados" + sQuem + sComuns + "0 base=0 filial=0 chave=71 status=3 " +
-            "reconsultar=0 textos=[json velho][mensagem velha][retorno velho]",
-        "Anterior" + sQuem + sComuns + "202 base=203 filial=204" + Respondido(200, eXVSMiddleware_Enviado)};
+    const std::string sLida =
+        sQuem + sComuns + "402 base=403 filial=404" + Respondido(400, eXVSMiddleware_Erro) + " usuarios=33/0";
+    TLinhas listaEsperada{"BuscaDados MATRIZ/7/99 " + sQuem + sComuns +
+                              "0 base=0 filial=0 chave=71 status=3 " +
+                              "reconsultar=0 textos=[json velho][mensagem velha][retorno velho]",
+                          "Anterior MATRIZ/7/99 " + sQuem + sComuns + "202 base=203 filial=204" +
+                              Respondido(200, eXVSMiddleware_Enviado)};
     EXPECT_EQ(Le(*m_pLoja, regDmc, 7 | 8), sLida);
     EXPECT_EQ(m_rGravador.listaChamadas, listaEsperada);
 
