@@ -1,6 +1,6 @@
 // The machine around the store of a process that is killed or loses its power: its module directory, its
 // durability, and a clock that only the script moves. The process and the test that kills it stand on the
-// same one.
+// same one, and so do the fuzz targets.
 #pragma once
 
 #include "tests/middleware/XVRoteiroAleatorio.h"
