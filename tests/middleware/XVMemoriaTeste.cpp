@@ -3,22 +3,18 @@
 #include "tests/harness/XVDiretorioTemporario.h"
 #include "tests/middleware/XVAlocacoes.h"
 #include "tests/middleware/XVBaseDourada.h"
-#include "tests/middleware/XVCenarioLoja.h"
+#include "tests/middleware/XVMaquinaMorte.h"
 
 namespace {
 
 class CXVMemoriaTeste : public testing::Test {
   protected:
-    CXVMemoriaTeste() : m_guardaRegistry(m_registry), m_guardaRelogio(m_relogio) {
-        m_registry.SetTexto(CAmbienteXV::GetChaveRegistry(XV_DF), "Path", m_diretorio.GetCaminho());
+    CXVMemoriaTeste() {
         EXPECT_TRUE(XVPlataforma::SistemaArquivosNativo().CriaDiretorio(m_diretorio.Junta("MATRIZ/DF")).Ok());
     }
 
     CXVDiretorioTeste m_diretorio;
-    CXVRegistryFalso m_registry;
-    CXVRelogioFalso m_relogio;
-    CXVGuardaRegistry m_guardaRegistry;
-    CXVGuardaRelogio m_guardaRelogio;
+    CXVMaquinaMorte m_maquina{m_diretorio.GetCaminho()};
     CXVDonoFixo m_dono{"MATRIZ"};
 };
 
@@ -44,7 +40,7 @@ TEST_F(CXVMemoriaTeste, GravarEmMuitosDiasGuardaOIndiceEDoisMembrosPorGrupo) {
     const std::string sTexto(2000, 'x');
     constexpr unsigned k_uiPorDia = 100;
     const auto grava = [&](unsigned uiDia) {
-        m_relogio.SetUTC(
+        m_maquina.GetRelogio().SetUTC(
             {2024, static_cast<XVByte>(1 + uiDia / 28), static_cast<XVByte>(1 + uiDia % 28), 1, 0, 0});
         for (unsigned i = 0; i < k_uiPorDia; ++i) {
             REG_XVDMC regDmc;

@@ -26,15 +26,7 @@ template <class T>
 std::string Compara(const char* pszCampo, const T& obtido, const T& esperado) {
     if (obtido == esperado) return {};
     std::ostringstream saida;
-    saida << pszCampo << ": " << obtido << ", expected " << esperado;
-    return saida.str();
-}
-
-std::string ComparaResultado(const char* pszOperacao, HRESULT hr, HRESULT hrEsperado) {
-    if (hr == hrEsperado) return {};
-    std::ostringstream saida;
-    saida << std::hex << pszOperacao << ": " << static_cast<XVUInt>(hr) << ", expected "
-          << static_cast<XVUInt>(hrEsperado);
+    saida << std::hex << pszCampo << ": " << obtido << ", expected " << esperado;
     return saida.str();
 }
 
@@ -137,8 +129,7 @@ std::string CXVPassosModelo::Inclui(CBaseMiddleware& rLoja) {
     const auto reg = ParaPS(integracao);
     REG_XVDMC regDmc;
     const HRESULT hr = rLoja.GravaIntegracao(&regDmc, &reg);
-    if (const auto s = ComparaResultado("new", hr, CXVModeloLoja::PodeIncluir(integracao)); !s.empty())
-        return s;
+    if (const auto s = Compara("new", hr, CXVModeloLoja::PodeIncluir(integracao)); !s.empty()) return s;
     if (FAILED(hr)) return Compara("DMC of a refused one", regDmc.uiValor, XVUInt64{0});
     const XVUInt64 uiEsperado = m_modelo.ProximoDmc().uiValor;
     // Beside others the position is anybody's; the day is not.
@@ -153,8 +144,7 @@ std::string CXVPassosModelo::Altera(CBaseMiddleware& rLoja) {
     const SIntegracaoLida integracao = SorteiaIntegracao();
     const auto reg = ParaPS(integracao);
     const HRESULT hr = rLoja.GravaIntegracao(&regDmc, &reg);
-    if (const auto s = ComparaResultado("update", hr, m_modelo.Altera(regDmc, integracao)); !s.empty())
-        return s;
+    if (const auto s = Compara("update", hr, m_modelo.Altera(regDmc, integracao)); !s.empty()) return s;
     return ConfereUma(rLoja, regDmc, 7);
 }
 
@@ -166,14 +156,14 @@ std::string CXVPassosModelo::GravaStatus(CBaseMiddleware& rLoja) {
     const XVUInt eStatus = Enumeracao(6);
     const auto status = XVStatusPS(regDmc, uiChave, eStatus, sMensagem, sRetorno, SorteiaSistema());
     const HRESULT hr = rLoja.GravaStatusIntegracao(status);
-    const auto s = ComparaResultado("status", hr, m_modelo.GravaStatus(status, rLoja.GetUsuarioProprio()));
+    const auto s = Compara("status", hr, m_modelo.GravaStatus(status, rLoja.GetUsuarioProprio()));
     return s.empty() && !regDmc.EhNulo() ? ConfereUma(rLoja, regDmc, 7) : s;
 }
 
 std::string CXVPassosModelo::ConfereUma(CBaseMiddleware& rLoja, REG_XVDMC regDmc, XVUInt64 ullFlags) {
     const SIntegracaoLida lida = XVLe(rLoja, regDmc, ullFlags);
     const SIntegracaoLida* pEsperada = m_modelo.Le(regDmc);
-    if (pEsperada == nullptr) return ComparaResultado("read", lida.hr, E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA);
+    if (pEsperada == nullptr) return Compara("read", lida.hr, E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA);
     return Compara(lida, *pEsperada, ullFlags);
 }
 
@@ -191,7 +181,7 @@ std::string CXVPassosModelo::LeLista(CBaseMiddleware& rLoja) {
     XVUInt ulQuantidade = 0;
     tagREG_CR_INTEGRACAO_MIDDLEWAREPS* pRegs = nullptr;
     const HRESULT hr = rLoja.LeIntegracoes(lista, &ulQuantidade, &pRegs, 7);
-    std::string sErro = ComparaResultado("list", hr, bTodas ? S_OK : E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA);
+    std::string sErro = Compara("list", hr, bTodas ? S_OK : E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA);
     if (sErro.empty())
         sErro = Compara("list count", std::size_t{ulQuantidade}, bTodas ? dmcs.size() : std::size_t{0});
     for (XVUInt i = 0; i < ulQuantidade; ++i) {
@@ -230,7 +220,7 @@ std::string CXVPassosModelo::Busca(CBaseMiddleware& rLoja) {
 
 std::string CXVPassosModelo::ConfereBusca(CBaseMiddleware& rLoja, const SFiltroTeste& rFiltro) {
     SBuscaFeita feita = XVBuscaComCodigo(rLoja, rFiltro);
-    if (const auto s = ComparaResultado("search", feita.hr, S_OK); !s.empty()) return s;
+    if (const auto s = Compara("search", feita.hr, S_OK); !s.empty()) return s;
     TListaDmc& achadas = feita.lista;
     if (m_parte.uiQuantas != 1) {  // those of other workers are not compared
         std::set<XVUInt64> conjuntoProprias;
@@ -259,10 +249,10 @@ CXVModeloLoja::TChave CXVPassosModelo::SorteiaChave() {
 std::string CXVPassosModelo::GravaChave(CBaseMiddleware& rLoja) {
     const auto chave = SorteiaChave();
     const bool bPendente = Escolhe(3) == 0;
-    return ComparaResultado(bPendente ? "pending map" : "map",
-                            bPendente ? rLoja.GravaChaveRegistroTelvoParaTerceiroPendente(chave)
-                                      : rLoja.GravaChaveRegistroTelvoParaTerceiro(chave),
-                            m_modelo.GravaChave(chave, bPendente));
+    return Compara(bPendente ? "pending map" : "map",
+                   bPendente ? rLoja.GravaChaveRegistroTelvoParaTerceiroPendente(chave)
+                             : rLoja.GravaChaveRegistroTelvoParaTerceiro(chave),
+                   m_modelo.GravaChave(chave, bPendente));
 }
 
 std::string CXVPassosModelo::BuscaChave(CBaseMiddleware& rLoja) {
@@ -277,7 +267,7 @@ std::string CXVPassosModelo::BuscaChave(CBaseMiddleware& rLoja) {
                                                                   {}},
                                                                  &achada);
     return hr == S_OK ? ComparaInteiro("map", achada, m_modelo.BuscaChave(filtro))
-                      : ComparaResultado("map search", hr, S_OK);
+                      : Compara("map search", hr, S_OK);
 }
 
 std::string CXVPassosModelo::GravaDataHora(CBaseMiddleware& rLoja) {
@@ -285,8 +275,8 @@ std::string CXVPassosModelo::GravaDataHora(CBaseMiddleware& rLoja) {
     const XVUInt ulTipo = static_cast<XVUInt>(Escolhe(4) * m_parte.uiQuantas + m_parte.uiQual);
     const CXVModeloLoja::TDataHora dataHora{
         SorteiaDataHora(), Escolhe(60) == 0 ? 18 : ulTipo, SorteiaSistema(), Enumeracao(3), {}};
-    return ComparaResultado("date-time", rLoja.GravaDataHoraIntegracaoTerceiro(dataHora),
-                            m_modelo.GravaDataHora(dataHora));
+    return Compara("date-time", rLoja.GravaDataHoraIntegracaoTerceiro(dataHora),
+                   m_modelo.GravaDataHora(dataHora));
 }
 
 std::string CXVPassosModelo::BuscaDataHora(CBaseMiddleware& rLoja) {
@@ -296,8 +286,7 @@ std::string CXVPassosModelo::BuscaDataHora(CBaseMiddleware& rLoja) {
     const HRESULT hr = rLoja.BuscaDataHoraIntegracaoTerceiro(
         {{}, filtro.eTipoIntegracao, filtro.eSistemaIntegracao, filtro.eTipoData}, &achada);
     const auto esperada = m_modelo.BuscaDataHora(filtro);
-    return hr == S_OK ? ComparaInteiro("date-time", achada, esperada)
-                      : ComparaResultado("date-time search", hr, S_OK);
+    return hr == S_OK ? ComparaInteiro("date-time", achada, esperada) : Compara("date-time search", hr, S_OK);
 }
 
 std::string CXVPassosModelo::ConfereTudo(CBaseMiddleware& rLoja) {

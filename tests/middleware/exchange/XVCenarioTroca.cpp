@@ -2,44 +2,31 @@
 
 #include <algorithm>
 
-namespace {
-
-XVProvedorTexto TextoProvedor(const std::string& sTexto) {
-    return {sTexto.data(), sTexto.size()};
+std::string CXVCenarioTroca::Comuns(XVUInt eTransacao, unsigned uiChaveRegistro, unsigned uiBase,
+                                    unsigned uiFilial) {
+    return " tipo=9 sistema=16 transacao=" + std::to_string(eTransacao) +
+           " auxiliar=21/22 chaveRegistro=" + std::to_string(uiChaveRegistro) +
+           " base=" + std::to_string(uiBase) + " filial=" + std::to_string(uiFilial);
 }
 
-std::string DescreveDados(SDadosTeste dados) {
-    dados.reg.sRegistroJSON = TextoProvedor(dados.sJSON);
-    dados.reg.sMensagemIntegracao = TextoProvedor(dados.sMensagem);
-    dados.reg.sJSONRetornoIntegracao = TextoProvedor(dados.sRetorno);
-    return XVDescreve(dados.reg);
-}
-
-std::string Usuarios(unsigned uiInclusao, unsigned uiCancelamento) {
-    return " inclusor=" + std::to_string(uiInclusao) + " cancelador=" + std::to_string(uiCancelamento);
-}
-
-}  // namespace
-
-std::string SDadosTeste::Chamada(const std::string& sOperacao) const {
-    return sOperacao + " MATRIZ/7/99 " + DescreveDados(*this);
-}
-
-std::string SDadosTeste::Integracao() const {
-    return DescreveDados(*this) + Usuarios(uiUsuarioInclusao, uiUsuarioCancelamento);
+std::string CXVCenarioTroca::Respondido(unsigned uiBase, XVUInt eStatus) {
+    const std::string sBase = std::to_string(uiBase);
+    return " chave=" + std::to_string(uiBase + 1) + " status=" + std::to_string(eStatus) +
+           " reconsultar=" + std::to_string(uiBase / 100) + " textos=[json " + sBase + "][mensagem " + sBase +
+           "][retorno " + sBase + "]";
 }
 
 std::string CXVCenarioTroca::Descreve(const SIntegracaoLida& rLida) {
     if (FAILED(rLida.hr)) return "falha " + std::to_string(rLida.hr);
     const tagREG_CR_INTEGRACAO_MIDDLEWAREPS& reg = rLida.reg;
-    std::ostringstream s;
-    s << "dmc=" << reg.regDmc.uiValor << " integracaoOrigem=" << reg.regDmcIntegracaoOrigem.uiValor
-      << " movimentoOrigem=" << reg.regDmcMovimentoOrigem.uiValor
-      << " inclusao=" << reg.regDataHoraInclusao.uiValor
-      << " alteracao=" << reg.regDataHoraAlteracaoStatus.uiValor << XVDescreveComuns(reg) << " json=["
-      << rLida.sJSON << "] mensagem=[" << rLida.sMensagem << "] retorno=[" << rLida.sRetorno << "]"
-      << Usuarios(reg.ulPonteiroUsuarioInclusao, reg.ulPonteiroUsuarioCancelamento);
-    return s.str();
+    return "dmc=" + XVDescreveDmc(reg.regDmc.uiValor) +
+           " origens=" + XVDescreveDmc(reg.regDmcIntegracaoOrigem.uiValor) + '/' +
+           XVDescreveDmc(reg.regDmcMovimentoOrigem.uiValor) +
+           " datas=" + XVDescreveDataHora(reg.regDataHoraInclusao.uiValor) + '/' +
+           XVDescreveDataHora(reg.regDataHoraAlteracaoStatus.uiValor) + XVDescreveComuns(reg) +
+           XVDescreveSituacao(reg, rLida.sJSON, rLida.sMensagem, rLida.sRetorno) +
+           " usuarios=" + std::to_string(reg.ulPonteiroUsuarioInclusao) + '/' +
+           std::to_string(reg.ulPonteiroUsuarioCancelamento);
 }
 
 CXVCenarioTroca::CXVCenarioTroca()
@@ -83,30 +70,10 @@ SItemGravador CXVCenarioTroca::Item(const std::string& sJSON) {
     return {sJSON, {{}, k_uiMovimento, 101, 102, Mercos, 103, 1, {}}};
 }
 
-SDadosTeste CXVCenarioTroca::Preparado(XVUInt eTransacao) {
-    SDadosTeste dados;
-    dados.sJSON = "{\"p\":1}";
-    dados.reg.uiDmcIntegracaoOrigem = k_uiOrigem;
-    dados.reg.uiDmcMovimentoOrigem = k_uiMovimento;
-    dados.reg.uiDataHoraInclusao = k_uiAgora;
-    dados.reg.uiChaveRegistroSistemaTerceiro = 102;
-    dados.reg.uiBaseDadosTerceiro = 101;
-    dados.reg.eTipoIntegracao = eXVSMiddleware_BuscaPedidos;
-    dados.reg.eSistemaIntegracao = Mercos;
-    dados.reg.eTipoTransacao = eTransacao;
-    dados.reg.ulPonteiroFilial = 103;
-    dados.reg.ulPonteiroAuxiliar = 21;
-    dados.reg.ucTipoPonteiroAuxiliar = 22;
-    dados.uiUsuarioInclusao = 7;
-    return dados;
-}
-
 SRespostaDados CXVCenarioTroca::Resposta(unsigned uiBase, XVUInt eStatus) {
-    SDadosGravador dados;
-    dados.sJSON = "json " + std::to_string(uiBase);
-    dados.sMensagem = "mensagem " + std::to_string(uiBase);
-    dados.sRetorno = "retorno " + std::to_string(uiBase);
-    XVProvedorDados& reg = dados.reg;
+    const std::string sBase = std::to_string(uiBase);
+    SRespostaDados resposta{1, true, {}, "json " + sBase, "mensagem " + sBase, "retorno " + sBase};
+    XVProvedorDados& reg = resposta.reg;
     reg.uiChaveIntegracaoSistemaTerceiro = uiBase + 1;
     reg.uiChaveRegistroSistemaTerceiro = uiBase + 2;
     reg.uiBaseDadosTerceiro = uiBase + 3;
@@ -117,45 +84,7 @@ SRespostaDados CXVCenarioTroca::Resposta(unsigned uiBase, XVUInt eStatus) {
     reg.uiDataHoraInclusao = reg.uiDataHoraAlteracaoStatus = 1;
     reg.eTipoIntegracao = reg.eSistemaIntegracao = reg.eTipoTransacao = 2;
     reg.ulPonteiroAuxiliar = reg.ucTipoPonteiroAuxiliar = 99;
-    return {1, true, dados};  // S_FALSE and its like are no failures, whoever answers them
-}
-
-void CXVCenarioTroca::Aplica(const SRespostaDados& rResposta, SDadosTeste* pDados) {
-    const SDadosGravador& rDados = rResposta.dados;
-    pDados->sJSON = rDados.sJSON;
-    pDados->sMensagem = rDados.sMensagem;
-    pDados->sRetorno = rDados.sRetorno;
-    pDados->reg.uiChaveIntegracaoSistemaTerceiro = rDados.reg.uiChaveIntegracaoSistemaTerceiro;
-    pDados->reg.uiChaveRegistroSistemaTerceiro = rDados.reg.uiChaveRegistroSistemaTerceiro;
-    pDados->reg.uiBaseDadosTerceiro = rDados.reg.uiBaseDadosTerceiro;
-    pDados->reg.ulPonteiroFilial = rDados.reg.ulPonteiroFilial;
-    pDados->reg.eStatusIntegracao = rDados.reg.eStatusIntegracao;
-    pDados->reg.cReconsultarIdTerceiros = rDados.reg.cReconsultarIdTerceiros;
-}
-
-XVProvedorParametros CXVCenarioTroca::ParametrosDe(const SDadosTeste& rDados, XVUInt64 uiDmc) {
-    XVProvedorParametros reg{};
-    reg.eTipoIntegracao = rDados.reg.eTipoIntegracao;
-    reg.uiDmcOrigem = rDados.reg.uiDmcMovimentoOrigem;
-    reg.uiDmcIntegracao = uiDmc;
-    reg.uiChaveRegistroSistemaTerceiro = rDados.reg.uiChaveRegistroSistemaTerceiro;
-    reg.uiBaseDadosTerceiro = rDados.reg.uiBaseDadosTerceiro;
-    reg.eSistemaIntegracao = rDados.reg.eSistemaIntegracao;
-    reg.eTipoTransacao = rDados.reg.eTipoTransacao;
-    reg.ulPonteiroFilial = rDados.reg.ulPonteiroFilial;
-    reg.ulPonteiroAuxiliar = rDados.reg.ulPonteiroAuxiliar;
-    reg.ucTipoPonteiroAuxiliar = rDados.reg.ucTipoPonteiroAuxiliar;
-    return reg;
-}
-
-std::string CXVCenarioTroca::Pergunta(XVUInt eTransacao, XVUInt64 uiDmc, XVUInt64 uiOrigem,
-                                      XVUInt64 uiChaveRegistro, XVUInt64 uiBase) {
-    XVProvedorParametros reg = ParametrosDe(Preparado(eTransacao), uiDmc);
-    reg.uiDmcOrigem = uiOrigem;
-    reg.uiChaveRegistroSistemaTerceiro = uiChaveRegistro;
-    reg.uiBaseDadosTerceiro = uiBase;
-    reg.ulPonteiroFilial = 3;
-    return Parametros("BuscaIntegracoes", reg);
+    return resposta;  // S_FALSE and its like are no failures, whoever answers them
 }
 
 std::vector<std::string> CXVCenarioTroca::LinhasPerdidas() const {

@@ -37,28 +37,16 @@ TEST_F(CXVPendenciaTeste, ItemEGravadoComOQueOProvedorMudouEComSeuMapeamento) {
     m_rGravador.listaItens = {Item(), Item("")};
     Atualiza(1, eXVSMiddleware_CadastroProduto, eXVSMiddleware_Alteracao, k_uiTrocada);
     ASSERT_EQ(GravaPendencia(), S_OK);
-    const XVUInt64 uiDmcPedido = XVChaveDmc(k_uiHoje, 77);
+    const std::string sPedido = " MATRIZ/7/99 dmc=90223-77-1 origem=";
     EXPECT_EQ(m_rGravador.listaChamadas,
-              (std::vector<std::string>{
-                  Pergunta(eXVSMiddleware_Inclusao, uiDmcPedido, k_uiArgumento, 992, 993),
-                  Parametros("Atualiza", ParametrosDe(Preparado(eXVSMiddleware_Inclusao), uiDmcPedido))}));
+              (std::vector<std::string>{"BuscaIntegracoes" + sPedido + "90209-19-2" + Comuns(1, 992, 993, 3),
+                                        "Atualiza" + sPedido + "90209-16-2" + Comuns(1, 102, 101, 103)}));
     ASSERT_EQ(XVBusca(*m_pLoja), TListaDmc{XVChaveDmc(k_uiHoje, 1)}) << "the item without JSON is left out";
 
-    const tagREG_CR_INTEGRACAO_MIDDLEWAREPS pedido = Pedido(eXVSMiddleware_Inclusao);
-    SDadosTeste dados = Preparado(eXVSMiddleware_Alteracao);
-    dados.reg.uiDmc = XVChaveDmc(k_uiHoje, 1);
-    dados.reg.uiDmcIntegracaoOrigem = k_uiArgumento;
-    dados.reg.uiDmcMovimentoOrigem = k_uiTrocada;
-    dados.reg.uiDataHoraInclusao = pedido.regDataHoraInclusao.uiValor;
-    dados.reg.uiDataHoraAlteracaoStatus = pedido.regDataHoraAlteracaoStatus.uiValor;
-    dados.reg.uiChaveRegistroSistemaTerceiro = 0;
-    dados.reg.eTipoIntegracao = eXVSMiddleware_CadastroProduto;
-    dados.reg.eStatusIntegracao = eXVSMiddleware_Pendente;
-    dados.reg.ulPonteiroFilial = 204;
-    dados.reg.cReconsultarIdTerceiros = 1;
-    dados.uiUsuarioInclusao = 994;
-    dados.uiUsuarioCancelamento = 995;
-    EXPECT_EQ(Le(*m_pLoja, {XVChaveDmc(k_uiHoje, 1)}), dados.Integracao());
+    EXPECT_EQ(Le(*m_pLoja, {XVChaveDmc(k_uiHoje, 1)}),
+              "dmc=90223-1-1 origens=90209-19-2/90209-20-2 datas=90209+3600/90209+7200 tipo=6 sistema=16 "
+              "transacao=2 auxiliar=21/22 chaveRegistro=0 base=101 filial=204 chave=0 status=1 reconsultar=1 "
+              "textos=[{\"p\":1}][][] usuarios=994/995");
 
     tagREG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIROPS chave{};
     ASSERT_EQ(m_pLoja->BuscaChaveRegistroTelvoParaTerceiro(

@@ -46,10 +46,10 @@ std::int32_t Dados(void*, const XVProvedorDono* pDono, XVProvedorDados* pDados) 
     Anota(pszOperacao, *pDono, *pDados);
     const SRespostaDados& rResposta = Gravador().mapDados[pszOperacao];
     if (rResposta.bMuda) {
-        *pDados = rResposta.dados.reg;
-        Preenche(&pDados->bufRegistroJSON, rResposta.dados.sJSON);
-        Preenche(&pDados->bufMensagemIntegracao, rResposta.dados.sMensagem);
-        Preenche(&pDados->bufJSONRetornoIntegracao, rResposta.dados.sRetorno);
+        *pDados = rResposta.reg;
+        Preenche(&pDados->bufRegistroJSON, rResposta.sJSON);
+        Preenche(&pDados->bufMensagemIntegracao, rResposta.sMensagem);
+        Preenche(&pDados->bufJSONRetornoIntegracao, rResposta.sRetorno);
     }
     if (rResposta.fnDepois) rResposta.fnDepois();
     return rResposta.iResultado;

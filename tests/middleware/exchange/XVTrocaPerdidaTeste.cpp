@@ -127,7 +127,7 @@ TEST_F(CXVTrocaPerdidaTeste, FaltaDeMemoriaDepoisDaTrocaNaoACala) {
         const CXVCapturaTrace captura;
         m_rGravador.listaItens = {Item()};
         m_rGravador.mapDados["EnviaJson"] = Resposta(400, eXVSMiddleware_Sucesso);
-        m_rGravador.mapDados["EnviaJson"].dados.sJSON.assign(100, 'j');
+        m_rGravador.mapDados["EnviaJson"].sJSON.assign(100, 'j');
         m_rGravador.listaChamadas.reserve(m_rGravador.listaChamadas.size() + 8);
         m_rGravador.mapDados["EnviaJson"].fnDepois = [iFalha] { XVAlocacoes::Recusa(iFalha); };
         REG_XVDMC regDmc;

@@ -15,10 +15,12 @@ TEST_F(CXVTrocaTeste, CadaTransacaoEntregaOItemEGravaTudoOQueFoiRespondido) {
         XVUInt eTransacao;
         const char* pszOperacao;
         XVUInt eRespondido;
-        XVUInt64 uiCarimbo;  // an inclusion has no change of its status
-    } aCasos[] = {{eXVSMiddleware_Inclusao, "EnviaJson", eXVSMiddleware_Enviado, 0},
-                  {eXVSMiddleware_Alteracao, "BuscaDados", eXVSMiddleware_Enviado, k_uiAgora},
-                  {eXVSMiddleware_Exclusao, "ExcluiDados", eXVSMiddleware_Cancelado, k_uiAgora}};
+        const char* pszDmc;      // of the integration, before and after
+        const char* pszGravada;  // and when its status changed, which is not told of an inclusion
+    } aCasos[] = {
+        {eXVSMiddleware_Inclusao, "EnviaJson", eXVSMiddleware_Enviado, "0-0-0", "90223-1-1"},
+        {eXVSMiddleware_Alteracao, "BuscaDados", eXVSMiddleware_Enviado, "90221-1-1", "90221-1-1"},
+        {eXVSMiddleware_Exclusao, "ExcluiDados", eXVSMiddleware_Cancelado, "90221-2-1", "90221-2-1"}};
     m_rGravador.listaItens = {Item()};
     m_rGravador.mapDados["Anterior"] = Resposta(200, eXVSMiddleware_Pendente);
     for (const auto& rCaso : aCasos) {
@@ -29,22 +31,24 @@ TEST_F(CXVTrocaTeste, CadaTransacaoEntregaOItemEGravaTudoOQueFoiRespondido) {
         m_rGravador.mapDados[rCaso.pszOperacao] = Resposta(400, rCaso.eRespondido);
         REG_XVDMC regDmc = regAntes;
         EXPECT_EQ(Troca(rCaso.eTransacao, &regDmc), S_OK);
-        EXPECT_EQ(regDmc.uiValor, bInclusao ? XVChaveDmc(k_uiHoje, 1) : regAntes.uiValor);
-
-        SDadosTeste dados = Preparado(rCaso.eTransacao);
-        dados.reg.uiDmc = regAntes.uiValor;
-        dados.reg.uiChaveIntegracaoSistemaTerceiro = bInclusao ? 0 : 71;
-        TLinhas listaEsperada{Pergunta(rCaso.eTransacao, regAntes.uiValor), dados.Chamada("Anterior")};
-        Aplica(m_rGravador.mapDados["Anterior"], &dados);
-        listaEsperada.push_back(dados.Chamada(rCaso.pszOperacao));
-        Aplica(m_rGravador.mapDados[rCaso.pszOperacao], &dados);
-        listaEsperada.push_back(Parametros("Posterior", ParametrosDe(dados, regDmc.uiValor)));
-        EXPECT_EQ(m_rGravador.listaChamadas, listaEsperada);
+        const XVUInt e = rCaso.eTransacao;
+        const std::string sAntes = " MATRIZ/7/99 dmc=" + std::string(rCaso.pszDmc);
+        const std::string sItem = " origens=90209-15-2/90209-16-2 datas=90223+43200/";
+        const std::string sGravada = "dmc=" + std::string(rCaso.pszGravada);
+        EXPECT_EQ(
+            m_rGravador.listaChamadas,
+            (TLinhas{"BuscaIntegracoes" + sAntes + " origem=90209-15-2" + Comuns(e, 0, 0, 3),
+                     "Anterior" + sAntes + sItem + "0+0" + Comuns(e, 102, 101, 103) +
+                         (bInclusao ? " chave=0" : " chave=71") +
+                         " status=0 reconsultar=0 textos=[{\"p\":1}][][]",
+                     rCaso.pszOperacao + sAntes + sItem + "0+0" + Comuns(e, 202, 203, 204) +
+                         Respondido(200, eXVSMiddleware_Pendente),
+                     "Posterior MATRIZ/7/99 " + sGravada + " origem=90209-16-2" + Comuns(e, 402, 403, 404)}));
         EXPECT_EQ(LinhasPerdidas(), TLinhas());
-        dados.reg.uiDmc = regDmc.uiValor;
-        dados.reg.uiDataHoraAlteracaoStatus = rCaso.uiCarimbo;
-        dados.reg.uiChaveRegistroSistemaTerceiro = 0;  // has no place in the store
-        EXPECT_EQ(Le(*m_pLoja, regDmc), dados.Integracao());
+        // The key of the record has no place in the store.
+        EXPECT_EQ(Le(*m_pLoja, regDmc), sGravada + sItem + (bInclusao ? "0+0" : "90223+43200") +
+                                            Comuns(e, 0, 403, 404) + Respondido(400, rCaso.eRespondido) +
+                                            " usuarios=7/0");
     }
 }
 
@@ -78,14 +82,11 @@ TEST_F(CXVTrocaTeste, CadaItemComecaDoRegistroDoChamador) {
     ASSERT_EQ(Troca(eXVSMiddleware_Inclusao, &regDmc), S_OK);
     EXPECT_EQ(regDmc.uiValor, XVChaveDmc(k_uiHoje, 2)) << "the last one recorded";
     ASSERT_EQ(m_rGravador.listaChamadas.size(), 7U);
-    const SDadosTeste um = Preparado(eXVSMiddleware_Inclusao);
-    SDadosTeste dois = um;
-    dois.sJSON = "{\"p\":2}";
-    dois.reg.uiBaseDadosTerceiro = 301;
-    dois.reg.uiChaveRegistroSistemaTerceiro = 302;
-    dois.reg.ulPonteiroFilial = 3;
-    EXPECT_EQ(m_rGravador.listaChamadas[2], um.Chamada("EnviaJson"));
-    EXPECT_EQ(m_rGravador.listaChamadas[5], dois.Chamada("EnviaJson"));
+    const std::string sItem =
+        "EnviaJson MATRIZ/7/99 dmc=0-0-0 origens=90209-15-2/90209-16-2 datas=90223+43200/0+0";
+    const std::string sSituacao = " chave=0 status=0 reconsultar=0 textos=";
+    EXPECT_EQ(m_rGravador.listaChamadas[2], sItem + Comuns(1, 102, 101, 103) + sSituacao + "[{\"p\":1}][][]");
+    EXPECT_EQ(m_rGravador.listaChamadas[5], sItem + Comuns(1, 302, 301, 3) + sSituacao + "[{\"p\":2}][][]");
 }
 
 TEST_F(CXVTrocaTeste, FechamentoQueFalhaNaoTiraOQueFoiGravado) {
@@ -123,7 +124,7 @@ TEST_F(CXVTrocaTeste, RespostaSemChaveMantemAChaveConhecidaOuEGravadaComoErro) {
         SCOPED_TRACE(testing::Message() << rCaso.uiConhecida << " " << rCaso.eRespondido);
         REG_XVDMC regDmc = GravaAnterior(rCaso.uiConhecida, eXVSMiddleware_Pendente);
         m_rGravador.mapDados["BuscaDados"] = Resposta(400, rCaso.eRespondido);
-        m_rGravador.mapDados["BuscaDados"].dados.reg.uiChaveIntegracaoSistemaTerceiro = 0;
+        m_rGravador.mapDados["BuscaDados"].reg.uiChaveIntegracaoSistemaTerceiro = 0;
         ASSERT_EQ(Troca(eXVSMiddleware_Alteracao, &regDmc), S_OK);
         const SIntegracaoLida lida = XVLe(*m_pLoja, regDmc);
         EXPECT_EQ(lida.reg.uiChaveIntegracaoSistemaTerceiro, rCaso.uiGravada);
@@ -144,34 +145,23 @@ TEST_F(CXVTrocaTeste, LeituraConsultaOSistemaESoFechaComOsDoisPedidos) {
         EXPECT_EQ(Le(*m_pLoja, regDmc, ullFlags), sGravada);
         EXPECT_EQ(m_rGravador.listaChamadas, TLinhas());
     }
-    SDadosTeste dados;
-    dados.sJSON = "json velho";
-    dados.sMensagem = "mensagem velha";
-    dados.sRetorno = "retorno velho";
-    dados.reg.uiDmc = regDmc.uiValor;
-    dados.reg.uiDmcIntegracaoOrigem = XVChaveDmc(XVDma(2024, 3, 1), 18, 2);
-    dados.reg.uiDmcMovimentoOrigem = XVChaveDmc(XVDma(2023, 1, 2), 5, 2);
-    dados.reg.uiDataHoraInclusao = XVDataHora(XVDma(2024, 3, 13), 8);
-    dados.reg.uiChaveIntegracaoSistemaTerceiro = 71;
-    dados.reg.eTipoIntegracao = eXVSMiddleware_BuscaPedidos;
-    dados.reg.eStatusIntegracao = eXVSMiddleware_Sucesso;
-    dados.reg.eSistemaIntegracao = Mercos;
-    dados.reg.eTipoTransacao = eXVSMiddleware_Inclusao;
-    dados.uiUsuarioInclusao = 33;
-    TLinhas listaEsperada{dados.Chamada("BuscaDados")};
-    Aplica(m_rGravador.mapDados["BuscaDados"], &dados);
-    listaEsperada.push_back(dados.Chamada("Anterior"));
-    Aplica(m_rGravador.mapDados["Anterior"], &dados);
-    EXPECT_EQ(Le(*m_pLoja, regDmc, 7 | 8), dados.Integracao());
+    const std::string sQuem = "dmc=90221-1-1 origens=90209-18-2/89634-5-2 datas=90221+28800/0+0";
+    const std::string sComuns = " tipo=9 sistema=16 transacao=1 auxiliar=0/0 chaveRegistro=";
+    const std::string sLida =
+        sQuem + sComuns + "402 base=403 filial=404" + Respondido(400, eXVSMiddleware_Erro) + " usuarios=33/0";
+    TLinhas listaEsperada{"BuscaDados MATRIZ/7/99 " + sQuem + sComuns +
+                              "0 base=0 filial=0 chave=71 status=3 " +
+                              "reconsultar=0 textos=[json velho][mensagem velha][retorno velho]",
+                          "Anterior MATRIZ/7/99 " + sQuem + sComuns + "202 base=203 filial=204" +
+                              Respondido(200, eXVSMiddleware_Enviado)};
+    EXPECT_EQ(Le(*m_pLoja, regDmc, 7 | 8), sLida);
     EXPECT_EQ(m_rGravador.listaChamadas, listaEsperada);
 
-    XVProvedorParametros reg = ParametrosDe(dados, regDmc.uiValor);
-    reg.uiChaveRegistroSistemaTerceiro =
-        0;  // the closing operation of a reading is not told, nor the auxiliary
-    reg.ulPonteiroAuxiliar = reg.ucTipoPonteiroAuxiliar = 0;
-    listaEsperada.push_back(Parametros("Posterior", reg));
+    // The closing operation of a reading is not told the key of the record, nor the auxiliary.
+    listaEsperada.push_back("Posterior MATRIZ/7/99 dmc=90221-1-1 origem=89634-5-2" + sComuns +
+                            "0 base=403 filial=404");
     m_rGravador.listaChamadas.clear();
-    EXPECT_EQ(Le(*m_pLoja, regDmc, 7 | 8 | 16), dados.Integracao());
+    EXPECT_EQ(Le(*m_pLoja, regDmc, 7 | 8 | 16), sLida);
     EXPECT_EQ(m_rGravador.listaChamadas, listaEsperada);
     EXPECT_EQ(Le(*m_pLoja, regDmc), sGravada) << "nothing was recorded";
 }

@@ -3,12 +3,13 @@
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <optional>
 #include <set>
 
 #include "core/xvdatabase/XVDiarioFormato.h"
 #include "platform/XVPlataforma.h"
 #include "tests/harness/XVDiretorioTemporario.h"
-#include "tests/middleware/XVCenarioLoja.h"
+#include "tests/middleware/XVMaquinaMorte.h"
 #include "tests/platform/posix/XVChamadas.h"
 
 namespace {
@@ -19,8 +20,7 @@ class CXVChamadasDiario : public testing::Test {
     static constexpr std::size_t k_uiArquivos = 5;  // index, record and three texts: payload and header each
 
     TLoja Abre(XVUInt ulDurabilidade) {
-        m_registry.SetTexto(CAmbienteXV::GetChaveRegistry(XV_DF), "Path", m_diretorio.GetCaminho());
-        m_registry.SetNumero(CAmbienteXV::GetChaveRegistry(XV_DF), "Durabilidade", ulDurabilidade);
+        m_maquina.emplace(m_diretorio.GetCaminho(), ulDurabilidade);
         auto pLoja = std::make_unique<CBaseMiddleware>();
         EXPECT_EQ(pLoja->Inicializa(&m_dono), S_OK);
         Grava(*pLoja, 1);
@@ -40,11 +40,7 @@ class CXVChamadasDiario : public testing::Test {
     }
 
     CXVDiretorioTeste m_diretorio;
-    CXVRegistryFalso m_registry;
-    CXVRelogioFalso m_Relogio;
-    CXVGuardaRegistry m_guardaRegistry{m_registry};
-    CXVGuardaRelogio m_GuardaRelogio{m_Relogio};
-    CXVCapturaTrace m_captura;
+    std::optional<CXVMaquinaMorte> m_maquina;
     CXVDonoFixo m_dono{"MATRIZ"};
     ino_t m_uiDiario = 0;
 };
