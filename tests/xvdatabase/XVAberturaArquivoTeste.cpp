@@ -37,24 +37,20 @@ TEST_F(AberturaArquivo, ModosEReabertura) {
     EXPECT_FALSE(banco->ExisteArquivo()) << "absent and not created: no error";
     EXPECT_EQ(banco->AbreArquivo(eModoLeituraSemBloqueio), S_OK);
     EXPECT_FALSE(banco->ExisteArquivo());
-    {
-        const CXVCapturaTrace captura;
-        m_Falhas.Programa({.eOperacao = EOperacaoArquivo::eGrava});
-        EXPECT_EQ(banco->AbreArquivo(eModoLeituraGravacaoCriacao), eHardIO);
-    }
+    const CXVCapturaTrace captura;
+    m_Falhas.Programa({.eOperacao = EOperacaoArquivo::eGrava});
+    EXPECT_EQ(banco->AbreArquivo(eModoLeituraGravacaoCriacao), eHardIO);
     EXPECT_FALSE(Existe("A.dat")) << "a failed opening leaves nothing";
 
     EXPECT_EQ(banco->AbreArquivo(eModoLeituraGravacaoCriacao), S_OK);
     EXPECT_EQ(banco->GetSeekCabecalho(), 240U);
-    m_Falhas.Limpa();
-    EXPECT_EQ(banco->AbreArquivo(eModoLeituraGravacaoCriacao), S_OK);
-    EXPECT_EQ(m_Falhas.GetQuantidadeTotal(), 0U) << "the mode in force changes nothing";
-    EXPECT_EQ(banco->AbreArquivo(eModoLeituraSemBloqueio), S_OK);
-    EXPECT_EQ(Conta(EOperacaoArquivo::eLe), 0U) << "no header is looked for";
-    EXPECT_EQ(banco->GetSeekCabecalho(), 240U) << "until it is asked";
     banco->FechaArquivo();
     EXPECT_EQ(banco->GetSeekCabecalho(), 0U);
     EXPECT_EQ(banco->GetTamanho(), 0U);
+    m_Falhas.Programa({.eOperacao = EOperacaoArquivo::eGetTamanho});
+    EXPECT_EQ(banco->AbreArquivo(eModoLeituraGravacao), eHardIO);
+    EXPECT_FALSE(banco->ExisteArquivo()) << "a file of unknown length is not used";
+    EXPECT_EQ(banco->AbreArquivo(eModoLeituraGravacao), S_OK);
     ASSERT_EQ(banco.xvDB.Finaliza(), S_OK);
 }
 
@@ -71,20 +67,6 @@ TEST_F(AberturaArquivo, NomeEmOutraCaixa) {
         EXPECT_EQ(sNomeReal, bConsulta ? "a.DAT" : "A.dat");
         ASSERT_EQ(banco.xvDB.Finaliza(), S_OK);
     }
-}
-
-TEST_F(AberturaArquivo, ArquivoSemTamanhoConhecidoNaoSeUsa) {
-    CriaBom();
-    TXVBanco<CXVFileTeste> banco("A.dat");
-    ASSERT_EQ(Abre(banco), S_OK);
-    banco->FechaArquivo();
-    m_Falhas.Programa({.eOperacao = EOperacaoArquivo::eGetTamanho});
-    const CXVCapturaTrace captura;
-    EXPECT_EQ(banco->AbreArquivo(eModoLeituraGravacao), eHardIO);
-    EXPECT_FALSE(banco->ExisteArquivo());
-    m_Falhas.Limpa();
-    EXPECT_EQ(banco->AbreArquivo(eModoLeituraGravacao), S_OK);
-    ASSERT_EQ(banco.xvDB.Finaliza(), S_OK);
 }
 
 }  // namespace

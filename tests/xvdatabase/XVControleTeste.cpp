@@ -56,16 +56,6 @@ TEST_F(Controle, NomeNaListaEOQueHaNoDiretorio) {
     }
 }
 
-TEST_F(Controle, CopiaTraDoControleImpedeARemocaoENaoSeApaga) {
-    CriaBom("A.dat");
-    Cria(k_pszControle, Prefixado("A.dat"));
-    Cria("XVDATABASE_FILE_CTRL.tra", "outro");
-    EXPECT_EQ(CXVDataBaseUtil::DeletaArquivo(&m_Dono, XV_DF, "A.dat", CXVDataBaseUtil::eRemoveDoControle),
-              E_XVCR_ARQUIVO_TRA_ENCONTRADO);
-    EXPECT_EQ(Le("XVDATABASE_FILE_CTRL.tra"), "outro");
-    EXPECT_TRUE(Existe("A.dat"));
-}
-
 TEST_F(Controle, FalhaNaRemocaoNaoDeixaCopia) {
     CriaBom("A.dat");
     const std::string sLista = Prefixado("A.dat") + Prefixado("B.dat");
@@ -78,13 +68,16 @@ TEST_F(Controle, FalhaNaRemocaoNaoDeixaCopia) {
         CXVCapturaTrace captura;
         EXPECT_NE(CXVDataBaseUtil::DeletaArquivo(&m_Dono, XV_DF, "A.dat", CXVDataBaseUtil::eRemoveDoControle),
                   S_OK);
-        EXPECT_TRUE(captura.Contem("xvFileNew.GravaColecao(uiPosicao, aRegistrosNew)") ||
-                    captura.Contem("CXVDataBaseUtil::RenomeiaArquivoTRA(this, m_eModulo, "
-                                   "XVDATABASE_NOME_ARQUIVO_CONTROLE_CRIACAO_ARQUIVOS)"));
         EXPECT_FALSE(Existe("XVDATABASE_FILE_CTRL.tra"));
         EXPECT_EQ(Le(k_pszControle), sLista);
     }
     m_Falhas.Limpa();
+    // One that is there already is somebody else's.
+    Cria("XVDATABASE_FILE_CTRL.tra", "outro");
+    EXPECT_EQ(CXVDataBaseUtil::DeletaArquivo(&m_Dono, XV_DF, "A.dat", CXVDataBaseUtil::eRemoveDoControle),
+              E_XVCR_ARQUIVO_TRA_ENCONTRADO);
+    EXPECT_EQ(Le("XVDATABASE_FILE_CTRL.tra"), "outro");
+    EXPECT_TRUE(Existe("A.dat"));
 }
 
 TEST_F(Controle, MarcaDoDiretorioEEsperadaERecusadaComTexto) {
@@ -94,9 +87,6 @@ TEST_F(Controle, MarcaDoDiretorioEEsperadaERecusadaComTexto) {
     CXVCapturaTrace captura;
     EXPECT_EQ(Tenta<CXVFileTeste>("A.dat"), eSharingViolation);
     EXPECT_EQ(m_Relogio.GetMilissegundosDormidos(), 499U * 10);
-    EXPECT_TRUE(
-        captura.Contem("marca.Marca(sDiretorioMarca, IXVArqMarcaEnum::ControleCriacaoArquivosInMemory, "
-                       "GetUsuario(), CAmbienteXV::GetSiglaModulo(m_eModulo))"));
     ASSERT_FALSE(captura.GetFalhas().empty());
     EXPECT_NE(captura.GetFalhas().front().sMensagem.find("iRetorno = "), std::string::npos);
     m_Relogio.SetAoDormir([&](XVUInt64) { pMarca.reset(); });

@@ -105,14 +105,6 @@ TEST_F(Utilitarios, ApagarDeixaNaAuditoriaOTextoDoUsuario) {
     EXPECT_EQ(apaga(7, XV_DF), s) << "an absent file is no error and leaves no entry";
     CriaBom("A.dat");
     EXPECT_EQ(apaga(7, k_eModuloSemAuditoria), s) << "the module without audit";
-    // An entry that cannot be written does not hold up the deletion.
-    CriaBom("A.dat");
-    m_Falhas.SetFiltro(
-        [](const std::string& sCaminho) { return sCaminho.find("XVLogGeral") != sCaminho.npos; });
-    m_Falhas.Programa({.bPermanente = true, .eCausa = ECausaArquivo::eAcessoNegado});
-    const CXVCapturaTrace captura;
-    EXPECT_EQ(apaga(7, XV_DF), s);
-    EXPECT_TRUE(captura.Contem("base.GetAcessoEmpresarial()->GravaLog(dadosLog)"));
 }
 
 TEST_F(Utilitarios, RenomearTrocaOArquivoECarimbaAVersao) {

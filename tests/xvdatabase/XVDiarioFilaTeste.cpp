@@ -91,6 +91,13 @@ class FilaDoDiario : public CXVCenarioDiario {
         }
     }
 
+    void ConfereMesmoArquivo(const std::vector<std::string>& rTextos) {
+        const auto morte = Morre();
+        ASSERT_EQ(m_banco.Fecha(m_Dono), S_OK);
+        ASSERT_EQ(Reabre(morte), S_OK);
+        EXPECT_EQ(LeTextos("A.dat"), rTextos);
+    }
+
     SBancoFila m_banco;
     bool m_bNoMesmoArquivo = false;
     std::array<std::string, 3> m_aTextos{"depois", "depois", "depois"};
@@ -108,34 +115,21 @@ TEST_F(FilaDoDiario, QuemEsperaJuntoDivideADescarga) {
     Confere({true, true, true});
 }
 
-class FilaDeUmArquivo : public FilaDoDiario {
-  protected:
-    // The texts of A.dat after a death.
-    void Confere(const std::vector<std::string>& rTextos) {
-        const auto morte = Morre();
-        ASSERT_EQ(m_banco.Fecha(m_Dono), S_OK);
-        ASSERT_EQ(Reabre(morte), S_OK);
-        EXPECT_EQ(LeTextos("A.dat"), rTextos);
-    }
-    void SetUp() override {
-        FilaDoDiario::SetUp();
-        m_bNoMesmoArquivo = true;
-    }
-};
-
-TEST_F(FilaDeUmArquivo, QuemAnexaContaComQuemEspera) {
+TEST_F(FilaDoDiario, QuemAnexaAoMesmoArquivoContaComQuemEspera) {
+    m_bNoMesmoArquivo = true;
     GravamJuntos();
     EXPECT_EQ(m_aCodigos, (std::array<HRESULT, 3>{S_OK, S_OK, S_OK}));
-    Confere({"antes", "depois", "depois", "depois"});
+    ConfereMesmoArquivo({"antes", "depois", "depois", "depois"});
 }
 
 // They never began: an opening must not undo what they were prepared on top of.
-TEST_F(FilaDeUmArquivo, QuemAnexavaAtrasDeUmaQueFalhaFicaNulo) {
+TEST_F(FilaDoDiario, QuemAnexavaAtrasDeUmaQueFalhaFicaNulo) {
+    m_bNoMesmoArquivo = true;
     m_FalhasQueda.SetFiltro([](const std::string& s) { return s.ends_with("A.dat"); });
     m_FalhasQueda.Programa({.eOperacao = EOperacaoArquivo::eGrava});
     GravamJuntos();
     EXPECT_EQ(m_aCodigos, (std::array<HRESULT, 3>{eHardIO, S_OK, S_OK}));
-    Confere({"antes", "depois", "depois"});
+    ConfereMesmoArquivo({"antes", "depois", "depois"});
 }
 
 // What was prepared on top of an operation that failed is prepared again, and its entries count for nothing.

@@ -1,6 +1,6 @@
-// Writes of files without a journal around them, on a device that fails: how often they are tried, and what
-// the same object, not a new one, does afterwards. The sweeps of the store and of its conversion let every
-// file operation of every use of these files fail.
+// Writes of files without a journal around them, on a device that fails: what the same object, not a new one,
+// does afterwards. The sweeps of the store and of its conversion let every file operation of every use of
+// these files fail.
 #include "tests/xvdatabase/XVCabecalhoTeste.h"
 #include "tests/xvdatabase/XVCenarioBanco.h"
 
@@ -90,25 +90,6 @@ TEST_F(GravacaoSemDiario, OQueNaoSeDesfazNaoSeUsaMais) {
     ASSERT_EQ(banco.xvDB.Finaliza(), S_OK);
     EXPECT_EQ(Tenta<CXVFileTeste>("A.dat"), E_XVCR_TAMANHO_ARQUIVO_NAO_CONFERE);
     EXPECT_EQ(Le("A.dat"), sDisco);
-}
-
-TEST_F(GravacaoSemDiario, NumeroDeTentativasDeUmaGravacao) {
-    Cria("A.dat", ArquivoComCabecalho("A.dat", Bytes({{1, 0, 0}})));
-    for (const auto& [eCausa, uiTentativas] :
-         {std::pair{ECausaArquivo::eDiscoCheio, 50U}, std::pair{ECausaArquivo::eErroFisico, 1U}}) {
-        TXVBanco<CXVFileTeste> banco("A.dat");
-        ASSERT_EQ(Abre(banco), S_OK);
-        m_Falhas.Programa({.eOperacao = EOperacaoArquivo::eGrava, .bPermanente = true, .eCausa = eCausa});
-        const XVUInt64 uiDormidos = m_Relogio.GetMilissegundosDormidos();
-        XVUInt uiPosicao = 0;
-        CXVCapturaTrace captura;
-        EXPECT_NE(banco->Grava(uiPosicao, {2, 0, 0}), S_OK);
-        EXPECT_EQ(uiPosicao, 0U);
-        EXPECT_EQ(m_Relogio.GetMilissegundosDormidos() - uiDormidos, (uiTentativas - 1) * 10);
-        m_Falhas.Limpa();
-        XVIgnora(banco.xvDB.Finaliza());
-        EXPECT_EQ(LeRegistros("A.dat").size(), 1U);
-    }
 }
 
 }  // namespace
