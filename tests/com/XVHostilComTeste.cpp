@@ -4,6 +4,8 @@
 
 #include <objbase.h>
 
+#include <algorithm>
+#include <cstring>
 #include <functional>
 
 #include "client/XVConexao.h"
@@ -29,21 +31,26 @@ IXVCR_Middleware* Cria() {
     return p;
 }
 
+// With a record that is changed, and sealed again or not.
+HRESULT Inicializa(IXVCR_Middleware& rComponente, const char* pszEmpresa,
+                   const std::function<void(REG_DF_INICIALIZAPS&)>& fnAltera, bool bSela) {
+    REG_DF_INICIALIZAPS reg;
+    EXPECT_TRUE(XVCliente::MontaRegistroInicializacao({.sEmpresa = "HOSTIL", .usUsuario = 3}, &reg));
+    std::fill(std::begin(reg.szEmpresa), std::end(reg.szEmpresa), '\0');
+    std::copy_n(pszEmpresa, std::strlen(pszEmpresa), reg.szEmpresa);
+    fnAltera(reg);
+    if (bSela) reg.uiCRC = XVCrc64(&reg, offsetof(REG_DF_INICIALIZAPS, uiCRC));
+    return rComponente.Inicializa(&reg);
+}
+
 }  // namespace
 
 TEST(ClienteHostil, RecebeCodigosEOMesmoServidorContinua) {
     IXVCR_Middleware* const p = Cria();
     ASSERT_NE(p, nullptr);
     const std::vector<DWORD> listaServidores = XVServidores::Lista();
-    const auto fnInicializa = [&](const char* pszEmpresa, const std::function<void(REG_DF_INICIALIZAPS&)>& fn,
-                                  bool bSela = true) {
-        REG_DF_INICIALIZAPS reg;
-        EXPECT_TRUE(XVCliente::MontaRegistroInicializacao({.sEmpresa = "HOSTIL", .usUsuario = 3}, &reg));
-        std::fill(std::begin(reg.szEmpresa), std::end(reg.szEmpresa), '\0');
-        std::copy_n(pszEmpresa, std::strlen(pszEmpresa), reg.szEmpresa);
-        fn(reg);
-        if (bSela) reg.uiCRC = XVCrc64(&reg, offsetof(REG_DF_INICIALIZAPS, uiCRC));
-        return p->Inicializa(&reg);
+    const auto fnInicializa = [p](const char* pszEmpresa, const auto& fnAltera, bool bSela = true) {
+        return Inicializa(*p, pszEmpresa, fnAltera, bSela);
     };
     EXPECT_EQ(fnInicializa("HOSTIL", [](auto& r) { r.usVersao = 126; }), XVHResult(0x81080BFDU));
     EXPECT_EQ(fnInicializa(

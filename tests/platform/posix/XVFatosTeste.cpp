@@ -43,10 +43,11 @@ class CXVFatosTeste : public testing::Test {
 
 XVUInt64 KiBDe(const char* pszLinha) {
     std::ifstream arquivo("/proc/meminfo");
-    for (std::string sLinha; std::getline(arquivo, sLinha);) {
-        if (sLinha.starts_with(pszLinha)) return std::stoull(sLinha.substr(std::strlen(pszLinha)));
-    }
-    return 0;
+    for (std::string sLinha; arquivo >> sLinha;)
+        if (sLinha == pszLinha) break;
+    XVUInt64 uiKiB = 0;
+    arquivo >> uiKiB;
+    return uiKiB;
 }
 
 }  // namespace
@@ -104,21 +105,21 @@ TEST_F(CXVFatosTeste, HoraLocalEUTCDeUmInstante) {
 }
 
 TEST_F(CXVFatosTeste, NomesEVersoes) {
-    const std::vector<std::pair<std::string, std::string>> listaMaquinas{
-        {"maquina-de-nome-longo.exemplo.com", "MAQUINA-DE-NOME"},
-        {"pc7.exemplo.com", "PC7"},
-        {"Caixa", "CAIXA"}};
-    for (const auto& [sNome, sEsperado] : listaMaquinas) {
-        g_sistema->sMaquina = sNome;
-        EXPECT_EQ(XVAmbienteSO::GetNomeComputador(), sEsperado);
-    }
-    const std::vector<std::pair<std::string, std::string>> listaNucleos{
-        {"6.1.0-13-amd64", "6.1.0.0"},
-        {"5.15.167.4-microsoft-standard", "5.15.167.4"},
-        {"6.2.7.8.9", "6.2.7.8"}};
-    for (const auto& [sNucleo, sEsperado] : listaNucleos) {
-        g_sistema->sNucleo = sNucleo;
-        EXPECT_EQ(XVAmbienteSO::GetVersaoSistema(), sEsperado);
+    const struct {
+        std::string SSistemaFalso::*psDito;
+        const char* pszDito;
+        std::string (*pfnFato)();
+        const char* pszFato;
+    } aCasos[] = {{&SSistemaFalso::sMaquina, "maquina-de-nome-longo.exemplo.com",
+                   XVAmbienteSO::GetNomeComputador, "MAQUINA-DE-NOME"},
+                  {&SSistemaFalso::sMaquina, "pc7.exemplo.com", XVAmbienteSO::GetNomeComputador, "PC7"},
+                  {&SSistemaFalso::sNucleo, "6.1.0-13-amd64", XVAmbienteSO::GetVersaoSistema, "6.1.0.0"},
+                  {&SSistemaFalso::sNucleo, "5.15.167.4-microsoft-standard", XVAmbienteSO::GetVersaoSistema,
+                   "5.15.167.4"},
+                  {&SSistemaFalso::sNucleo, "6.2.7.8.9", XVAmbienteSO::GetVersaoSistema, "6.2.7.8"}};
+    for (const auto& [psDito, pszDito, pfnFato, pszFato] : aCasos) {
+        (*g_sistema).*psDito = pszDito;
+        EXPECT_EQ(pfnFato(), pszFato);
     }
     for (const unsigned ulUsuario : {0U, 1U, 65534U}) {
         g_sistema->ulUsuario = ulUsuario;
