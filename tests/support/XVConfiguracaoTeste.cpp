@@ -121,27 +121,19 @@ TEST(Filtro, Processos) {
 }
 
 TEST(Filtro, MotorDeArquivosESilenciosoAteSerPedido) {
-    const char* const pszIndice = "CXVFile<struct REG_CR_INDEX_INTEGRACAO_V1>::Le";
-    const struct {
-        const char *pszPedido, *pszFuncao;
-        bool bPassa;
-    } aCasos[] = {{"", "CXVDataBase::Le", false},
-                  {"", pszIndice, false},
-                  {"", "T_XVGroupFileChave::X", false},
-                  {"", "CBaseMiddleware::LeIntegracao", true},
-                  {"REG_CR_INDEX;Grava", pszIndice, true},
-                  {"REG_CR_INDEX;Grava", "CXVFile<struct REG_X>::Grava", true},
-                  {"REG_CR_INDEX;Grava", "CXVFile<struct REG_X>::Le", false},
-                  // The blank of a template's name is part of the piece.
-                  {"CXVFile<struct REG_CR_INDEX CXVTextFile", pszIndice, true},
-                  {"CXVFile<struct REG_CR_INDEX CXVTextFile", "CXVFile<struct REG_CR_CHAVE_V1>::Le", false},
-                  {"CXVFile<struct REG_CR_INDEX CXVTextFile", "CXVTextFile::Le", true},
-                  {"CXVFile<struct ", "CXVFile<struct_>::Le", false}};
     SConfiguracaoTrace configuracao;
-    for (const auto& r : aCasos) {
-        configuracao.sXVDataBase = r.pszPedido;
-        EXPECT_EQ(XVProfilerFiltro::DeveLogarXVDataBase(configuracao, r.pszFuncao), r.bPassa) << r.pszFuncao;
-    }
+    const auto passam = [&](const char* pszPedido) {
+        configuracao.sXVDataBase = pszPedido;
+        std::string sPassam;
+        for (const char* psz : {"CXVFile<struct REG_CR_INDEX_V1>::Le", "CXVFile<struct REG_X>::Grava",
+                                "CXVFile<struct_>::Le", "T_XVGroupFileChave::X", "CBaseMiddleware::Le"})
+            sPassam += XVProfilerFiltro::DeveLogarXVDataBase(configuracao, psz) ? '1' : '0';
+        return sPassam;
+    };
+    EXPECT_EQ(passam(""), "00001");
+    EXPECT_EQ(passam("REG_CR_INDEX;Grava"), "11001");
+    EXPECT_EQ(passam("CXVFile<struct "), "11001") << "the blank of a template's name is part of the piece";
+    EXPECT_EQ(passam("CXVFile<struct REG_CR_INDEX CXVTextFile"), "10001");
     configuracao.bLogaTudoXVDataBase = true;
-    EXPECT_TRUE(XVProfilerFiltro::DeveLogarXVDataBase(configuracao, "CXVTextFile::Le"));
+    EXPECT_EQ(passam(""), "11111");
 }

@@ -9,7 +9,6 @@
 #include "support/codes/XVCodigos.h"
 #include "support/trace/XVCapturaTrace.h"
 #include "support/trace/XVCheck.h"
-#include "support/trace/XVProfilerArquivo.h"
 #include "support/trace/XVProfilerLinha.h"
 #include "tests/harness/XVDiretorioTemporario.h"
 #include "tests/harness/XVSistemaArquivosFalhas.h"
@@ -168,30 +167,6 @@ TEST(LinhaErro, MensagemDeQualquerTamanhoFicaInteira) {
         EXPECT_EQ(captura.GetFalhas().back().sMensagem, sTexto);
         EXPECT_EQ(captura.GetFalhas().back().iLinha, 9);
     }
-}
-
-TEST(LinhaErro, VaiParaOArquivoDoMesDoEvento) {
-    CXVBancadaTrace bancada;
-    const CXVDonoFixo dono("ACME");
-    const CXVDonoFixo fuga("../..");
-    const CXVDonoFixo consulta("ACME", 7, 99, true);
-    const struct {
-        const IXVDF_Profiler* pDono;
-        XVUShort usAno;
-        XVByte ucMes;
-        const char* pszCaminho;
-    } aCasos[] = {{&dono, 2023, 7, k_pszLogBase},
-                  {&consulta, 2023, 7, k_pszLogPgms},  // a viewer writes nothing into the company's directory
-                  {&fuga, 2023, 7, k_pszLogPgms},
-                  {nullptr, 0, 120, "/xv/XVProfilerErros_Pgms_184899.log"},
-                  {nullptr, 9999, 0, "/xv/XVProfilerErros_Pgms_471700.log"}};
-    for (const auto& rCaso : aCasos) {
-        SProfilerEvento evento(ETipoEvento::eErro, rCaso.pDono);
-        evento.dataHora.usAno = rCaso.usAno;
-        evento.dataHora.ucMes = rCaso.ucMes;
-        EXPECT_EQ(XVProfilerArquivo::GetCaminho(*XVProfilerConfig::GetAtual(), evento), rCaso.pszCaminho);
-    }
-    EXPECT_EQ(XVProfilerArquivo::GetCaminho({}, SProfilerEvento(ETipoEvento::eErro, nullptr)), "");
 }
 
 namespace {

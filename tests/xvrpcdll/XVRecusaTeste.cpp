@@ -135,14 +135,12 @@ TEST_F(Recusa, ArquivoDanificado) {
         {k_pszDia, E_XVCR_CRC_CABECALHO_NAO_CONFERE, EUso::eLe, Vira(130)},
         {k_pszDia, E_XVCR_CRC_CABECALHO_NAO_CONFERE, EUso::eBusca, Vira(130)},
         {k_pszDia, E_XVCR_CRC_CABECALHO_NAO_CONFERE, EUso::eGrava, Vira(130)},
-        {k_pszJSONDia, E_XVCR_CRC_CABECALHO_NAO_CONFERE, EUso::eLe, Vira(130)},
         {k_pszDia, E_XVCR_ARQUIVO_NAO_EH_MOD_ESTRUTURA, EUso::eLe, Conteudo("12345")},
         {k_pszJSONDia, E_XVCR_ARQUIVO_TEXTO_QUANTIDADE_CARACTERES_INVALIDA, EUso::eLe,
          Conteudo(std::string("\xFF\0\0\0x", 5))},
         {k_pszVersao, E_XVCR_ARQUIVO_SINGLE_REG_NAO_TEM_TAMANHO_ESTRUTURA, EUso::eAbre, Conteudo("abc")},
         {k_pszVersao, E_XVCR_VERSAO_BASE_SUPERIOR_VERSAO_SISTEMA, EUso::eAbre,
          Conteudo("\x09" + Le(k_pszVersao).substr(241))},
-        {k_pszControle, E_XVCR_ARQUIVO_TEXTO_QUANTIDADE_CARACTERES_INVALIDA, EUso::eAbre, Escreve("abc")},
         {k_pszIndice, E_XVCR_CHAVE_DE_INDEXACAO_REPETIDA, EUso::eAbre,
          Conteudo(Le(k_pszIndice).substr(240) + Le(k_pszIndice).substr(240))},
     };
@@ -176,11 +174,6 @@ TEST_F(Recusa, SistemaQueNega) {
         {k_pszDia, eDiskFull, EUso::eGrava, Impede(EOperacaoArquivo::eGrava, ECausaArquivo::eDiscoCheio)},
         {k_pszDia, eXVReadOnly, EUso::eLe,
          [this](const std::string& sNome) { m_Arquivos.SetSomenteLeitura(PastaDados(sNome), true); }},
-        {k_pszIndice, eAccessDenied, EUso::eAbre,
-         [this](const std::string& sNome) {  // a directory in its place
-             Apaga(sNome);
-             Cria(sNome + "/x", "");
-         }},
         {"", eAccessDenied, EUso::eAbre, Impede(EOperacaoArquivo::eCriaDiretorio, eAcessoNegado)},
         {"", eAccessDenied, EUso::eAbre, Impede(EOperacaoArquivo::eLista, eAcessoNegado)},
         {k_pszControle, eAccessDenied, EUso::eAbre, Impede(eAbre, eAcessoNegado)},
