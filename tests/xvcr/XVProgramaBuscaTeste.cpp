@@ -80,7 +80,7 @@ TEST_F(ProgramaBusca, FormasDoResultado) {
     EXPECT_THAT(Xvcr("busca --limite 1").sSaida, testing::EndsWith("20261103-217-2\n1 de 2 integrações\n"));
     EXPECT_EQ(Xvcr("busca --limite 1 --dmcs").sSaida, sUm + "\n");
     EXPECT_THAT(Xvcr("busca --status Enviado --limite 1").sSaida,
-                testing::MatchesRegex("DMC  [^\n]*\n---  [^\n]*\n0 integrações\n"));
+                testing::AllOf(testing::StartsWith("DMC  "), testing::EndsWith("---\n0 integrações\n")));
     EXPECT_EQ(Json("busca --limite 1 --le").at(0)["sDmc"], sUm);
     EXPECT_EQ(Json("busca --limite 1").size(), 1U);
     const SExecucao lidas = Xvcr("busca --le --json-enviado");
