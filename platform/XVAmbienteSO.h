@@ -16,7 +16,6 @@ std::string GetCaminhoExecutavel();  // absolute path of the running program
 std::string GetDiretorioExecutavel();
 XVUInt GetIdProcesso();
 XVUInt GetIdThread();
-XVUInt GetQuantidadeProcessadores();
 bool EhSessaoRemota();
 
 struct SMemoriaMaquina {

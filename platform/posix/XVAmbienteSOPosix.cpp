@@ -11,7 +11,6 @@
 #include <cstring>
 #include <fstream>
 #include <limits>
-#include <thread>
 #include <vector>
 
 #include "platform/XVAmbienteSO.h"
@@ -64,11 +63,6 @@ XVUInt GetIdProcesso() {
 XVUInt GetIdThread() {
     thread_local const XVUInt s_ulId = static_cast<XVUInt>(syscall(SYS_gettid));
     return s_ulId;
-}
-
-XVUInt GetQuantidadeProcessadores() {
-    const XVUInt ulQuantidade = std::thread::hardware_concurrency();
-    return ulQuantidade == 0 ? 1 : ulQuantidade;
 }
 
 bool EhSessaoRemota() {

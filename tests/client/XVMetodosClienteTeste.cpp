@@ -142,8 +142,10 @@ TEST_F(CMetodosCliente, MapaDeChavesEDataHora) {
     };
     EXPECT_EQ(m_Cliente.GravaChaveRegistroPendente(chave), S_OK);
     EXPECT_EQ(busca(0, chave.regDmcRegistroTelvo), chave);
+    const auto pendente = chave;
     chave.uiChaveRegistroSistemaTerceiro = 4321;
     EXPECT_EQ(m_Cliente.GravaChaveRegistro(chave), S_OK);
+    EXPECT_EQ(m_Cliente.GravaChaveRegistroPendente(pendente), S_OK) << "what is complete stays";
     EXPECT_EQ(busca(4321, {}), chave);
     EXPECT_TRUE(busca(1, {}).regDmcRegistroTelvo.EhNulo());
 

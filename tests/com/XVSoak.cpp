@@ -9,7 +9,7 @@
 
 #include "client/XVCliente.h"
 #include "tests/com/XVAmbienteCom.h"
-#include "tests/com/XVProcesso.h"
+#include "tests/com/XVServidores.h"
 
 namespace {
 
@@ -18,7 +18,7 @@ constexpr std::size_t k_uiMemoriaPorIntegracao = 1024;
 constexpr std::size_t k_uiFolga = std::size_t{3} << 19;  // of the allocator; 30 bytes a call would exceed it
 
 std::size_t MemoriaServidor() {
-    const auto lista = XVProcessos::Servidores();
+    const auto lista = XVServidores::Lista();
     if (lista.empty()) return 0;
     const HANDLE hProcesso = ::OpenProcess(PROCESS_QUERY_INFORMATION | PROCESS_VM_READ, FALSE, lista.front());
     PROCESS_MEMORY_COUNTERS contadores{};

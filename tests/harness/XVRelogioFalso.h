@@ -1,6 +1,6 @@
-// A clock that stands still until it is told to move. Dorme of the thread that made it moves it and returns at
-// once. Any other thread sleeps for real and moves nothing: it waits for its fellows, who must get the time to
-// go on before its attempts are used up, and whose date-times must not change meanwhile.
+// A clock that stands still until it is told to move. Dorme of the thread that made it moves it and
+// returns at once. Any other thread sleeps for real and moves nothing: it waits for its fellows, who must get
+// the time to go on before its attempts are used up, and whose date-times must not change meanwhile.
 // Thread rule: any thread.
 #pragma once
 

@@ -1,5 +1,6 @@
-// The machine around the store of a process that is killed: its module directory, its durability, and a clock
-// that only the script moves. The process and the test that kills it stand on the same one.
+// The machine around the store of a process that is killed or loses its power: its module directory, its
+// durability, and a clock that only the script moves. The process and the test that kills it stand on the
+// same one.
 #pragma once
 
 #include "tests/middleware/XVRoteiroAleatorio.h"

@@ -55,15 +55,6 @@ std::string Compara(const SIntegracaoLida& rLida, SIntegracaoLida esperada, XVUI
 
 }  // namespace
 
-REG_XVDMAHMSUTC CXVDiasModelo::Sorteia(IXVDecisoes& rDecisoes) {
-    const auto uiDia = 10 + rDecisoes.Escolhe(5);
-    const auto uiHora = rDecisoes.Escolhe(24);
-    const auto uiSegundo = rDecisoes.Escolhe(3);
-    m_rRelogio.SetUTC({2024, 3, static_cast<XVByte>(uiDia), static_cast<XVByte>(uiHora), 0,
-                       static_cast<XVByte>(uiSegundo)});
-    return {((2024ULL - 1848) << 9 | 3 << 5 | uiDia) << 32 | (uiHora * 3600 + uiSegundo)};
-}
-
 XVUInt CXVPassosModelo::Enumeracao(XVUInt ulQuantidade) {
     // Now and then the first value that is not one.
     return Escolhe(60) == 0 ? ulQuantidade : static_cast<XVUInt>(Escolhe(ulQuantidade));
@@ -134,15 +125,11 @@ std::string CXVPassosModelo::Passo(CBaseMiddleware& rLoja) {
         // how often of twenty
         {4, &P::Inclui},        {3, &P::Altera},     {3, &P::GravaStatus}, {1, &P::LeLista},
         {3, &P::Busca},         {2, &P::GravaChave}, {1, &P::BuscaChave},  {1, &P::GravaDataHora},
-        {1, &P::BuscaOuRecusa}, {1, &P::Le}};
+        {1, &P::BuscaDataHora}, {1, &P::Le}};
     XVUInt64 uiSorte = Escolhe(20);
     const auto* pPasso = k_aPassos;
     for (; uiSorte >= pPasso->first; ++pPasso) uiSorte -= pPasso->first;
     return (this->*pPasso->second)(rLoja);
-}
-
-std::string CXVPassosModelo::BuscaOuRecusa(CBaseMiddleware& rLoja) {
-    return Escolhe(4) == 0 ? RecusaTroca(rLoja) : BuscaDataHora(rLoja);
 }
 
 std::string CXVPassosModelo::Inclui(CBaseMiddleware& rLoja) {
@@ -172,24 +159,15 @@ std::string CXVPassosModelo::Altera(CBaseMiddleware& rLoja) {
 }
 
 std::string CXVPassosModelo::GravaStatus(CBaseMiddleware& rLoja) {
-    SStatusModelo status;
-    if (Escolhe(3) != 0) status.regDmc = SorteiaDmc();
-    status.uiChave = SorteiaChaveExterna();
-    status.eSistema = SorteiaSistema();
-    status.eStatus = Enumeracao(6);
-    status.sMensagem = SorteiaTexto();
-    status.sRetorno = SorteiaTexto();
-    tagREG_CR_STATUS_INTEGRACAO_MIDDLEWAREPS reg{};
-    reg.regDmc = status.regDmc;
-    reg.regMensagemIntegracao = XVTextoPS(status.sMensagem);
-    reg.regJSONRetornoIntegracao = XVTextoPS(status.sRetorno);
-    reg.uiChaveIntegracaoSistemaTerceiro = status.uiChave;
-    reg.eStatusIntegracao = status.eStatus;
-    reg.eSistemaIntegracao = status.eSistema;
-    const HRESULT hr = rLoja.GravaStatusIntegracao(reg);
+    const std::string sMensagem = SorteiaTexto();
+    const std::string sRetorno = SorteiaTexto();
+    const REG_XVDMC regDmc = Escolhe(3) == 0 ? REG_XVDMC() : SorteiaDmc();
+    const XVUInt64 uiChave = SorteiaChaveExterna();
+    const XVUInt eStatus = Enumeracao(6);
+    const auto status = XVStatusPS(regDmc, uiChave, eStatus, sMensagem, sRetorno, SorteiaSistema());
+    const HRESULT hr = rLoja.GravaStatusIntegracao(status);
     const auto s = ComparaResultado("status", hr, m_modelo.GravaStatus(status, rLoja.GetUsuarioProprio()));
-    if (!s.empty() || status.regDmc.EhNulo()) return s;
-    return ConfereUma(rLoja, status.regDmc, 7);
+    return s.empty() && !regDmc.EhNulo() ? ConfereUma(rLoja, regDmc, 7) : s;
 }
 
 std::string CXVPassosModelo::ConfereUma(CBaseMiddleware& rLoja, REG_XVDMC regDmc, XVUInt64 ullFlags) {
@@ -280,11 +258,11 @@ CXVModeloLoja::TChave CXVPassosModelo::SorteiaChave() {
 
 std::string CXVPassosModelo::GravaChave(CBaseMiddleware& rLoja) {
     const auto chave = SorteiaChave();
-    if (Escolhe(3) == 0)
-        return ComparaResultado("pending map", rLoja.GravaChaveRegistroTelvoParaTerceiroPendente(chave),
-                                m_modelo.GravaChavePendente(chave));
-    return ComparaResultado("map", rLoja.GravaChaveRegistroTelvoParaTerceiro(chave),
-                            m_modelo.GravaChave(chave));
+    const bool bPendente = Escolhe(3) == 0;
+    return ComparaResultado(bPendente ? "pending map" : "map",
+                            bPendente ? rLoja.GravaChaveRegistroTelvoParaTerceiroPendente(chave)
+                                      : rLoja.GravaChaveRegistroTelvoParaTerceiro(chave),
+                            m_modelo.GravaChave(chave, bPendente));
 }
 
 std::string CXVPassosModelo::BuscaChave(CBaseMiddleware& rLoja) {
@@ -298,8 +276,8 @@ std::string CXVPassosModelo::BuscaChave(CBaseMiddleware& rLoja) {
                                                                   filtro.eSistemaIntegracao,
                                                                   {}},
                                                                  &achada);
-    const auto esperada = m_modelo.BuscaChave(filtro);
-    return hr == S_OK ? ComparaInteiro("map", achada, esperada) : ComparaResultado("map search", hr, S_OK);
+    return hr == S_OK ? ComparaInteiro("map", achada, m_modelo.BuscaChave(filtro))
+                      : ComparaResultado("map search", hr, S_OK);
 }
 
 std::string CXVPassosModelo::GravaDataHora(CBaseMiddleware& rLoja) {
@@ -320,22 +298,6 @@ std::string CXVPassosModelo::BuscaDataHora(CBaseMiddleware& rLoja) {
     const auto esperada = m_modelo.BuscaDataHora(filtro);
     return hr == S_OK ? ComparaInteiro("date-time", achada, esperada)
                       : ComparaResultado("date-time search", hr, S_OK);
-}
-
-// Without anything pending at the external system an exchange changes nothing.
-std::string CXVPassosModelo::RecusaTroca(CBaseMiddleware& rLoja) {
-    SIntegracaoLida integracao = SorteiaIntegracao();
-    integracao.reg.eSistemaIntegracao = SimulacaoSistemaTerceiro;
-    const HRESULT hrEsperado = CXVModeloLoja::PodeIncluir(integracao);
-    const auto reg = ParaPS(integracao);
-    REG_XVDMC regDmc;
-    if (const auto s =
-            ComparaResultado("instant", rLoja.GravaIntegracaoInstantanea(&regDmc, reg), hrEsperado);
-        !s.empty())
-        return s;
-    if (!regDmc.EhNulo()) return "an exchange of nothing recorded something";
-    return ComparaResultado(
-        "pending", rLoja.GravaPendenciaIntegracao(integracao.reg.regDmcMovimentoOrigem, reg), hrEsperado);
 }
 
 std::string CXVPassosModelo::ConfereTudo(CBaseMiddleware& rLoja) {

@@ -8,22 +8,38 @@ XVProvedorTexto TextoProvedor(const std::string& sTexto) {
     return {sTexto.data(), sTexto.size()};
 }
 
-std::string Descreve(SDadosTeste dados) {
+std::string DescreveDados(SDadosTeste dados) {
     dados.reg.sRegistroJSON = TextoProvedor(dados.sJSON);
     dados.reg.sMensagemIntegracao = TextoProvedor(dados.sMensagem);
     dados.reg.sJSONRetornoIntegracao = TextoProvedor(dados.sRetorno);
     return XVDescreve(dados.reg);
 }
 
+std::string Usuarios(unsigned uiInclusao, unsigned uiCancelamento) {
+    return " inclusor=" + std::to_string(uiInclusao) + " cancelador=" + std::to_string(uiCancelamento);
+}
+
 }  // namespace
 
 std::string SDadosTeste::Chamada(const std::string& sOperacao) const {
-    return sOperacao + " MATRIZ/7/99 " + Descreve(*this);
+    return sOperacao + " MATRIZ/7/99 " + DescreveDados(*this);
 }
 
 std::string SDadosTeste::Integracao() const {
-    return Descreve(*this) + " inclusor=" + std::to_string(uiUsuarioInclusao) +
-           " cancelador=" + std::to_string(uiUsuarioCancelamento);
+    return DescreveDados(*this) + Usuarios(uiUsuarioInclusao, uiUsuarioCancelamento);
+}
+
+std::string CXVCenarioTroca::Descreve(const SIntegracaoLida& rLida) {
+    if (FAILED(rLida.hr)) return "falha " + std::to_string(rLida.hr);
+    const tagREG_CR_INTEGRACAO_MIDDLEWAREPS& reg = rLida.reg;
+    std::ostringstream s;
+    s << "dmc=" << reg.regDmc.uiValor << " integracaoOrigem=" << reg.regDmcIntegracaoOrigem.uiValor
+      << " movimentoOrigem=" << reg.regDmcMovimentoOrigem.uiValor
+      << " inclusao=" << reg.regDataHoraInclusao.uiValor
+      << " alteracao=" << reg.regDataHoraAlteracaoStatus.uiValor << XVDescreveComuns(reg) << " json=["
+      << rLida.sJSON << "] mensagem=[" << rLida.sMensagem << "] retorno=[" << rLida.sRetorno << "]"
+      << Usuarios(reg.ulPonteiroUsuarioInclusao, reg.ulPonteiroUsuarioCancelamento);
+    return s.str();
 }
 
 CXVCenarioTroca::CXVCenarioTroca()
@@ -64,7 +80,7 @@ tagREG_CR_INTEGRACAO_MIDDLEWAREPS CXVCenarioTroca::Pedido(XVUInt eTransacao) {
 }
 
 SItemGravador CXVCenarioTroca::Item(const std::string& sJSON) {
-    return {sJSON, k_uiMovimento, 101, 102, Mercos, 103, 1};
+    return {sJSON, {{}, k_uiMovimento, 101, 102, Mercos, 103, 1, {}}};
 }
 
 SDadosTeste CXVCenarioTroca::Preparado(XVUInt eTransacao) {
@@ -86,35 +102,35 @@ SDadosTeste CXVCenarioTroca::Preparado(XVUInt eTransacao) {
 }
 
 SRespostaDados CXVCenarioTroca::Resposta(unsigned uiBase, XVUInt eStatus) {
-    SRespostaDados resposta;
-    resposta.bMuda = true;
-    resposta.iResultado = 1;  // S_FALSE and its like are no failures, whoever answers them
-    resposta.sJSON = "json " + std::to_string(uiBase);
-    resposta.sMensagem = "mensagem " + std::to_string(uiBase);
-    resposta.sRetorno = "retorno " + std::to_string(uiBase);
-    resposta.uiChave = uiBase + 1;
-    resposta.uiChaveRegistro = uiBase + 2;
-    resposta.uiBase = uiBase + 3;
-    resposta.ulFilial = uiBase + 4;
-    resposta.eStatus = eStatus;
-    resposta.cReconsultar = static_cast<std::uint8_t>(uiBase / 100);
-    return resposta;
+    SDadosGravador dados;
+    dados.sJSON = "json " + std::to_string(uiBase);
+    dados.sMensagem = "mensagem " + std::to_string(uiBase);
+    dados.sRetorno = "retorno " + std::to_string(uiBase);
+    XVProvedorDados& reg = dados.reg;
+    reg.uiChaveIntegracaoSistemaTerceiro = uiBase + 1;
+    reg.uiChaveRegistroSistemaTerceiro = uiBase + 2;
+    reg.uiBaseDadosTerceiro = uiBase + 3;
+    reg.ulPonteiroFilial = uiBase + 4;
+    reg.eStatusIntegracao = eStatus;
+    reg.cReconsultarIdTerceiros = static_cast<std::uint8_t>(uiBase / 100);
+    reg.uiDmc = reg.uiDmcIntegracaoOrigem = reg.uiDmcMovimentoOrigem = 1U << 14;
+    reg.uiDataHoraInclusao = reg.uiDataHoraAlteracaoStatus = 1;
+    reg.eTipoIntegracao = reg.eSistemaIntegracao = reg.eTipoTransacao = 2;
+    reg.ulPonteiroAuxiliar = reg.ucTipoPonteiroAuxiliar = 99;
+    return {1, true, dados};  // S_FALSE and its like are no failures, whoever answers them
 }
 
 void CXVCenarioTroca::Aplica(const SRespostaDados& rResposta, SDadosTeste* pDados) {
-    pDados->sJSON = rResposta.sJSON;
-    pDados->sMensagem = rResposta.sMensagem;
-    pDados->sRetorno = rResposta.sRetorno;
-    pDados->reg.uiChaveIntegracaoSistemaTerceiro = rResposta.uiChave;
-    pDados->reg.uiChaveRegistroSistemaTerceiro = rResposta.uiChaveRegistro;
-    pDados->reg.uiBaseDadosTerceiro = rResposta.uiBase;
-    pDados->reg.ulPonteiroFilial = rResposta.ulFilial;
-    pDados->reg.eStatusIntegracao = rResposta.eStatus;
-    pDados->reg.cReconsultarIdTerceiros = rResposta.cReconsultar;
-}
-
-std::string CXVCenarioTroca::Parametros(const std::string& sOperacao, const XVProvedorParametros& reg) {
-    return sOperacao + " MATRIZ/7/99 " + XVDescreve(reg);
+    const SDadosGravador& rDados = rResposta.dados;
+    pDados->sJSON = rDados.sJSON;
+    pDados->sMensagem = rDados.sMensagem;
+    pDados->sRetorno = rDados.sRetorno;
+    pDados->reg.uiChaveIntegracaoSistemaTerceiro = rDados.reg.uiChaveIntegracaoSistemaTerceiro;
+    pDados->reg.uiChaveRegistroSistemaTerceiro = rDados.reg.uiChaveRegistroSistemaTerceiro;
+    pDados->reg.uiBaseDadosTerceiro = rDados.reg.uiBaseDadosTerceiro;
+    pDados->reg.ulPonteiroFilial = rDados.reg.ulPonteiroFilial;
+    pDados->reg.eStatusIntegracao = rDados.reg.eStatusIntegracao;
+    pDados->reg.cReconsultarIdTerceiros = rDados.reg.cReconsultarIdTerceiros;
 }
 
 XVProvedorParametros CXVCenarioTroca::ParametrosDe(const SDadosTeste& rDados, XVUInt64 uiDmc) {
@@ -132,32 +148,14 @@ XVProvedorParametros CXVCenarioTroca::ParametrosDe(const SDadosTeste& rDados, XV
     return reg;
 }
 
-std::string CXVCenarioTroca::Le(CBaseMiddleware& rLoja, REG_XVDMC regDmc, XVUInt64 ullFlags) {
-    const SIntegracaoLida lida = XVLe(rLoja, regDmc, ullFlags);
-    if (FAILED(lida.hr)) return "falha " + std::to_string(lida.hr);
-    SDadosTeste dados;
-    dados.sJSON = lida.sJSON;
-    dados.sMensagem = lida.sMensagem;
-    dados.sRetorno = lida.sRetorno;
-    dados.reg.uiDmc = lida.reg.regDmc.uiValor;
-    dados.reg.uiDmcIntegracaoOrigem = lida.reg.regDmcIntegracaoOrigem.uiValor;
-    dados.reg.uiDmcMovimentoOrigem = lida.reg.regDmcMovimentoOrigem.uiValor;
-    dados.reg.uiDataHoraInclusao = lida.reg.regDataHoraInclusao.uiValor;
-    dados.reg.uiDataHoraAlteracaoStatus = lida.reg.regDataHoraAlteracaoStatus.uiValor;
-    dados.reg.uiChaveIntegracaoSistemaTerceiro = lida.reg.uiChaveIntegracaoSistemaTerceiro;
-    dados.reg.uiChaveRegistroSistemaTerceiro = lida.reg.uiChaveRegistroSistemaTerceiro;
-    dados.reg.uiBaseDadosTerceiro = lida.reg.uiBaseDadosTerceiro;
-    dados.reg.eTipoIntegracao = lida.reg.eTipoIntegracao;
-    dados.reg.eStatusIntegracao = lida.reg.eStatusIntegracao;
-    dados.reg.eSistemaIntegracao = lida.reg.eSistemaIntegracao;
-    dados.reg.eTipoTransacao = lida.reg.eTipoTransacao;
-    dados.reg.ulPonteiroFilial = lida.reg.ulPonteiroFilial;
-    dados.reg.ulPonteiroAuxiliar = lida.reg.ulPonteiroAuxiliar;
-    dados.reg.cReconsultarIdTerceiros = lida.reg.cReconsultarIdTerceiros;
-    dados.reg.ucTipoPonteiroAuxiliar = lida.reg.ucTipoPonteiroAuxiliar;
-    dados.uiUsuarioInclusao = lida.reg.ulPonteiroUsuarioInclusao;
-    dados.uiUsuarioCancelamento = lida.reg.ulPonteiroUsuarioCancelamento;
-    return dados.Integracao();
+std::string CXVCenarioTroca::Pergunta(XVUInt eTransacao, XVUInt64 uiDmc, XVUInt64 uiOrigem,
+                                      XVUInt64 uiChaveRegistro, XVUInt64 uiBase) {
+    XVProvedorParametros reg = ParametrosDe(Preparado(eTransacao), uiDmc);
+    reg.uiDmcOrigem = uiOrigem;
+    reg.uiChaveRegistroSistemaTerceiro = uiChaveRegistro;
+    reg.uiBaseDadosTerceiro = uiBase;
+    reg.ulPonteiroFilial = 3;
+    return Parametros("BuscaIntegracoes", reg);
 }
 
 std::vector<std::string> CXVCenarioTroca::LinhasPerdidas() const {

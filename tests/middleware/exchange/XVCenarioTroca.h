@@ -6,10 +6,8 @@
 #include "tests/middleware/XVCenarioLoja.h"
 #include "tests/middleware/exchange/XVGravador.h"
 
-// An integration in the words of the provider's interface, with its texts.
-struct SDadosTeste {
-    XVProvedorDados reg{};
-    std::string sJSON{}, sMensagem{}, sRetorno{};
+// What an integration consists of: what passes through the provider, and the users that the store adds.
+struct SDadosTeste : SDadosGravador {
     unsigned uiUsuarioInclusao = 0, uiUsuarioCancelamento = 0;
 
     std::string Chamada(const std::string& sOperacao) const;  // as the library notes it
@@ -31,12 +29,21 @@ class CXVCenarioTroca : public CXVCenarioLoja {
     static SItemGravador Item(const std::string& sJSON = "{\"p\":1}");
     // The item after the exchange's preparation: caller's record and item joined.
     static SDadosTeste Preparado(XVUInt eTransacao);
-    // An answer of a kind that changes every field that a provider may change.
+    // An answer that changes every field, those that are not a provider's as well.
     static SRespostaDados Resposta(unsigned uiBase, XVUInt eStatus);
+    // What of an answer counts.
     static void Aplica(const SRespostaDados& rResposta, SDadosTeste* pDados);
-    static std::string Parametros(const std::string& sOperacao, const XVProvedorParametros& reg);
+    static std::string Parametros(const std::string& sOperacao, const XVProvedorParametros& reg) {
+        return sOperacao + " MATRIZ/7/99 " + XVDescreve(reg);
+    }
     static XVProvedorParametros ParametrosDe(const SDadosTeste& rDados, XVUInt64 uiDmc);
-    static std::string Le(CBaseMiddleware& rLoja, REG_XVDMC regDmc, XVUInt64 ullFlags = 7);
+    // The question for pending items that a caller's request leads to.
+    static std::string Pergunta(XVUInt eTransacao, XVUInt64 uiDmc, XVUInt64 uiOrigem = k_uiOrigem,
+                                XVUInt64 uiChaveRegistro = 0, XVUInt64 uiBase = 0);
+    static std::string Descreve(const SIntegracaoLida& rLida);
+    static std::string Le(CBaseMiddleware& rLoja, REG_XVDMC regDmc, XVUInt64 ullFlags = 7) {
+        return Descreve(XVLe(rLoja, regDmc, ullFlags));
+    }
 
     HRESULT Troca(XVUInt eTransacao, REG_XVDMC* pDmc) {
         return m_pLoja->GravaIntegracaoInstantanea(pDmc, Pedido(eTransacao));

@@ -12,35 +12,29 @@
 
 #include "suite/providers/XVProvedorPlugin.h"
 
-// What an operation on an integration answers. With bMuda false it changes nothing.
+// An integration in the words of the provider's interface, with its texts.
+struct SDadosGravador {
+    XVProvedorDados reg{};
+    std::string sJSON{}, sMensagem{}, sRetorno{};
+};
+
+// What the operations on an integration and on parameters answer. With bMuda every field of the answer is
+// handed back, those that are not the library's to change as well.
 struct SRespostaDados {
     std::int32_t iResultado = 0;
     bool bMuda = false;
-    std::string sJSON, sMensagem, sRetorno;
-    std::uint64_t uiChave = 0, uiChaveRegistro = 0, uiBase = 0;
-    std::uint32_t eStatus = 0, ulFilial = 0;
-    std::uint8_t cReconsultar = 0;
+    SDadosGravador dados{};
+    std::function<void()> fnDepois{};  // runs at the end of the operation
 };
-
-// What the operations on parameters answer. With bMuda they also write fields that are not theirs.
 struct SRespostaParametros {
     std::int32_t iResultado = 0;
     bool bMuda = false;
-    std::uint32_t eTipo = 0, eTransacao = 0, ulFilial = 0;
-    std::uint64_t uiOrigem = 0, uiChaveRegistro = 0;
+    XVProvedorParametros reg{};
 };
 
 struct SItemGravador {
     std::string sJSON;
-    std::uint64_t uiOrigem = 0, uiBase = 0, uiChaveRegistro = 0;
-    std::uint32_t eSistema = 16, ulFilial = 0;
-    std::uint8_t cReconsultar = 0;
-};
-
-struct SRespostaConsulta {
-    std::int32_t iResultado = 0;
-    std::uint32_t eStatus = 0;
-    std::string sMensagem, sJSON, sDocumento;
+    XVProvedorPendencia reg;
 };
 
 struct SGravador {
@@ -49,8 +43,6 @@ struct SGravador {
     std::map<std::string, SRespostaParametros> mapParametros;  // by operation
     std::vector<SItemGravador> listaItens;
     std::int32_t iResultadoLista = 0;
-    SRespostaConsulta consulta;
-    std::function<void()> fnDepoisDaTroca;  // at the end of send, query and deletion
     long lBuffersVivos = 0;
 };
 
@@ -62,18 +54,26 @@ inline std::string_view XVVista(const XVProvedorTexto& rTexto) {
     return {rTexto.pBytes, static_cast<std::size_t>(rTexto.uiTamanho)};
 }
 
-inline std::string XVDescreve(const XVProvedorDados& r) {
+// The fields that have the same names in the provider's record and in the store's.
+template <class TRegistro>
+std::string XVDescreveComuns(const TRegistro& r) {
     std::ostringstream s;
-    s << "dmc=" << r.uiDmc << " integracaoOrigem=" << r.uiDmcIntegracaoOrigem
-      << " movimentoOrigem=" << r.uiDmcMovimentoOrigem << " inclusao=" << r.uiDataHoraInclusao
-      << " alteracao=" << r.uiDataHoraAlteracaoStatus << " chave=" << r.uiChaveIntegracaoSistemaTerceiro
+    s << " chave=" << r.uiChaveIntegracaoSistemaTerceiro
       << " chaveRegistro=" << r.uiChaveRegistroSistemaTerceiro << " base=" << r.uiBaseDadosTerceiro
       << " tipo=" << r.eTipoIntegracao << " status=" << r.eStatusIntegracao
       << " sistema=" << r.eSistemaIntegracao << " transacao=" << r.eTipoTransacao
       << " filial=" << r.ulPonteiroFilial << " auxiliar=" << r.ulPonteiroAuxiliar
-      << " reconsultar=" << +r.cReconsultarIdTerceiros << " tipoAuxiliar=" << +r.ucTipoPonteiroAuxiliar
-      << " json=[" << XVVista(r.sRegistroJSON) << "] mensagem=[" << XVVista(r.sMensagemIntegracao)
-      << "] retorno=[" << XVVista(r.sJSONRetornoIntegracao) << "]";
+      << " reconsultar=" << +r.cReconsultarIdTerceiros << " tipoAuxiliar=" << +r.ucTipoPonteiroAuxiliar;
+    return s.str();
+}
+
+inline std::string XVDescreve(const XVProvedorDados& r) {
+    std::ostringstream s;
+    s << "dmc=" << r.uiDmc << " integracaoOrigem=" << r.uiDmcIntegracaoOrigem
+      << " movimentoOrigem=" << r.uiDmcMovimentoOrigem << " inclusao=" << r.uiDataHoraInclusao
+      << " alteracao=" << r.uiDataHoraAlteracaoStatus << XVDescreveComuns(r) << " json=["
+      << XVVista(r.sRegistroJSON) << "] mensagem=[" << XVVista(r.sMensagemIntegracao) << "] retorno=["
+      << XVVista(r.sJSONRetornoIntegracao) << "]";
     return s.str();
 }
 
@@ -84,12 +84,5 @@ inline std::string XVDescreve(const XVProvedorParametros& r) {
       << " sistema=" << r.eSistemaIntegracao << " transacao=" << r.eTipoTransacao
       << " filial=" << r.ulPonteiroFilial << " auxiliar=" << r.ulPonteiroAuxiliar
       << " tipoAuxiliar=" << +r.ucTipoPonteiroAuxiliar;
-    return s.str();
-}
-
-inline std::string XVDescreve(const XVProvedorConsulta& r) {
-    std::ostringstream s;
-    s << "tipo=" << r.eTipoConsulta << " chave=[" << XVVista(r.sChaveConsulta)
-      << "] auxiliar=" << r.ulPonteiroAuxiliar << " tipoAuxiliar=" << +r.ucTipoPonteiroAuxiliar;
     return s.str();
 }

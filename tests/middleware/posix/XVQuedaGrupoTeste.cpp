@@ -2,24 +2,19 @@
 // others prepare on top of it. Power failures and failing writes in every moment of that.
 #include <algorithm>
 #include <array>
-#include <chrono>
-#include <condition_variable>
-#include <functional>
-#include <thread>
+#include <mutex>
 
 #include "tests/harness/XVSistemaArquivosFalhas.h"
 #include "tests/harness/XVSistemaArquivosQueda.h"
 #include "tests/middleware/XVCenarioLoja.h"
 #include "tests/middleware/XVRetratoLoja.h"
+#include "tests/middleware/posix/XVEsperaDeFio.h"
 
 namespace {
-
-using EAlteracao = CXVSistemaArquivosQueda::EAlteracao;
 
 class CXVQuedaGrupo : public CXVCenarioLoja {
   protected:
     static constexpr std::size_t k_uiChamadores = 4;
-    static constexpr auto k_esperaMaxima = std::chrono::seconds(5);  // met only where callers do not share
 
     CXVQuedaGrupo() {
         m_registry.SetNumero(CAmbienteXV::GetChaveRegistry(XV_DF), "Durabilidade", 1);
@@ -27,7 +22,7 @@ class CXVQuedaGrupo : public CXVCenarioLoja {
     }
 
     // One run of the group on a new store. Caller 0 goes first; when its operation is to be brought to the
-    // device the others start, and it goes on when each of them has written to the journal.
+    // device the others come, and it goes on when each of them waits for the device, too.
     struct SRodada {
         std::array<HRESULT, k_uiChamadores> aResultados{};
         std::array<std::string, k_uiChamadores> aRetratos;  // of what each recorded, in the living object
@@ -37,7 +32,6 @@ class CXVQuedaGrupo : public CXVCenarioLoja {
         std::array<bool, k_uiChamadores> aReconhecidas{};  // when it was cut
         CXVSistemaArquivosMemoria::TRetrato disco;
     };
-    class CXVFila;
     SRodada Roda(std::size_t uiCorte, const SFalhaArquivo* pFalha);
 
     static HRESULT Grava(CBaseMiddleware& rLoja, std::size_t uiChamador, REG_XVDMC* pDmc) {
@@ -51,86 +45,49 @@ class CXVQuedaGrupo : public CXVCenarioLoja {
     CXVSistemaArquivosMemoria::TRetrato m_inicial;
 };
 
-// The callers: 0 in this thread, and the others while the device works for it.
-class CXVQuedaGrupo::CXVFila {
-  public:
-    explicit CXVFila(std::function<void(std::size_t)> fnOpera) : m_fnOpera(std::move(fnOpera)) {}
-
-    std::mutex& GetMutex() { return m_mutex; }
-    bool TodosVieram() const { return m_fios.size() == k_uiChamadores - 1; }
-    void Executa() {
-        Opera(0);
-        for (std::thread& fio : m_fios) fio.join();
-    }
-    // At a change of the journal. For the first flush of caller 0: starts the others and waits until each has
-    // written or is done; true.
-    bool EsperaTodos(std::unique_lock<std::mutex>& rTrava, EAlteracao eAlteracao) {
-        if (s_uiChamador != 0) {
-            Chegou(s_uiChamador);
-            return false;
-        }
-        if (eAlteracao != EAlteracao::eSincroniza || !m_fios.empty()) return false;
-        for (std::size_t ui = 1; ui < k_uiChamadores; ++ui) m_fios.emplace_back([this, ui] { Opera(ui); });
-        m_avisa.wait_for(rTrava, k_esperaMaxima, [this] {
-            return std::count(m_aNaFila.begin(), m_aNaFila.end(), true) + 1 == k_uiChamadores;
-        });
-        return true;
-    }
-
-  private:
-    void Opera(std::size_t uiChamador) {
-        const CXVCapturaTrace captura;  // records are captured thread by thread
-        s_uiChamador = uiChamador;
-        m_fnOpera(uiChamador);
-        const std::lock_guard trava(m_mutex);
-        Chegou(uiChamador);
-    }
-    void Chegou(std::size_t uiChamador) {
-        m_aNaFila[uiChamador] = true;
-        m_avisa.notify_all();
-    }
-
-    static inline thread_local std::size_t s_uiChamador = 0;
-    std::function<void(std::size_t)> m_fnOpera;
-    std::mutex m_mutex;
-    std::condition_variable m_avisa;
-    std::array<bool, k_uiChamadores> m_aNaFila{};
-    std::vector<std::thread> m_fios;
-};
-
 CXVQuedaGrupo::SRodada CXVQuedaGrupo::Roda(std::size_t uiCorte, const SFalhaArquivo* pFalha) {
     m_Arquivos.Restaura(m_inicial);
     CXVSistemaArquivosQueda dispositivo(m_Arquivos);
     CXVSistemaArquivosFalhas falhas(dispositivo);
-    const CXVGuardaSistemaArquivos guarda(falhas);
+    TXVSistemaArquivosEnvolto<CXVVigiaFio> fios(falhas);
+    const CXVGuardaSistemaArquivos guarda(fios);
     falhas.SetFiltro([](const std::string& sCaminho) { return sCaminho.ends_with(".dat"); });
     SRodada rodada;
     const TLoja pLoja = Abre();
     REG_XVDMC regPrimeira;
     if (pLoja == nullptr || FAILED(Grava(*pLoja, 99, &regPrimeira))) return rodada;
 
+    std::mutex mutex;
     std::array<bool, k_uiChamadores> aReconhecidas{};
     std::size_t uiAlteracoes = 0;
-    CXVFila fila([&](std::size_t uiChamador) {
+    const auto opera = [&](std::size_t uiChamador) {
+        const CXVCapturaTrace captura;  // records are captured thread by thread
         const HRESULT hr = Grava(*pLoja, uiChamador, &rodada.aDmcs[uiChamador]);
-        const std::lock_guard trava(fila.GetMutex());
+        const std::lock_guard trava(mutex);
         rodada.aResultados[uiChamador] = hr;
         aReconhecidas[uiChamador] = SUCCEEDED(hr);
+    };
+    dispositivo.SetAoAlterar([&](const std::string&, CXVSistemaArquivosQueda::EAlteracao) {
+        const std::lock_guard trava(mutex);
+        if (++uiAlteracoes != uiCorte) return;
+        rodada.bCortada = true;
+        rodada.aReconhecidas = aReconhecidas;
+        rodada.disco = dispositivo.Corta(uiCorte);
     });
-    dispositivo.SetAoAlterar([&](const std::string& sCaminho, EAlteracao eAlteracao) {
-        std::unique_lock trava(fila.GetMutex());
-        if (++uiAlteracoes == uiCorte) {
-            rodada.bCortada = true;
-            rodada.aReconhecidas = aReconhecidas;
-            rodada.disco = dispositivo.Corta(uiCorte);
-        }
-        if (sCaminho.ends_with(".srk") && fila.EsperaTodos(trava, eAlteracao) && pFalha != nullptr)
-            falhas.Programa(*pFalha);
-    });
-    fila.Executa();
+    bool bEsperam = false;
+    CXVEsperaDeFio(
+        [](const SOperacaoArquivo& r) {
+            return r.eOperacao == EOperacaoArquivo::eSincroniza && r.sCaminho.ends_with(".srk");
+        },
+        {[&] { opera(1); }, [&] { opera(2); }, [&] { opera(3); }})
+        .Executa([&] { opera(0); },
+                 [&](bool bTodos) {
+                     bEsperam = bTodos;
+                     if (pFalha != nullptr) falhas.Programa(*pFalha);
+                 });
+    EXPECT_TRUE(bEsperam) << "a durable operation flushes the journal, and the others share the next flush";
     falhas.Limpa();
     dispositivo.SetAoAlterar(nullptr);
-    EXPECT_TRUE(fila.TodosVieram()) << "a durable operation flushes the journal";
     for (std::size_t ui = 0; ui < k_uiChamadores; ++ui)
         if (SUCCEEDED(rodada.aResultados[ui]))
             rodada.aRetratos[ui] = XVRetrataIntegracao(*pLoja, rodada.aDmcs[ui]);
