@@ -38,26 +38,31 @@ std::string TextoGrande(std::size_t uiBytes) {
     return sTexto;
 }
 
+// Every field at a value of its own, but for what the external system gives.
+CXVDadosCR_IntegracaoMiddleware IntegracaoCheia() {
+    const REG_XVDMA regDia = REG_XVDMA::Cria(2026, 11, 21);
+    return {.sRegistroJSON = "{\"pedido\":\"São João\"}",
+            .regDmcIntegracaoOrigem = REG_XVDMC::Cria(1, 8, regDia),
+            .regDmcMovimentoOrigem = REG_XVDMC::Cria(2, 9, regDia),
+            .regDataHoraInclusao = REG_XVDMAHMSUTC::Cria(regDia, 3600),
+            .regDataHoraAlteracaoStatus = REG_XVDMAHMSUTC::Cria(regDia, 7200),
+            .uiBaseDadosTerceiro = 0x1122334455667788U,
+            .eTipoIntegracao = eXVSMiddleware_BuscaPedidos,
+            .eStatusIntegracao = eXVSMiddleware_Pendente,
+            .eSistemaIntegracao = SimulacaoSistemaTerceiro,
+            .eTipoTransacao = eXVSMiddleware_Exclusao,
+            .ulPonteiroFilial = 3,
+            .ulPonteiroUsuarioInclusao = 20,
+            .ulPonteiroUsuarioCancelamento = 21,
+            .ulPonteiroAuxiliar = 4,
+            .cReconsultarIdTerceiros = 1,
+            .ucTipoPonteiroAuxiliar = 5};
+}
+
 }  // namespace
 
 TEST_F(CMetodosCliente, GravaAlteraELe) {
-    const REG_XVDMA regDia = REG_XVDMA::Cria(2026, 11, 21);
-    CXVDadosCR_IntegracaoMiddleware dados{.sRegistroJSON = "{\"pedido\":\"São João\"}",
-                                          .regDmcIntegracaoOrigem = REG_XVDMC::Cria(1, 8, regDia),
-                                          .regDmcMovimentoOrigem = REG_XVDMC::Cria(2, 9, regDia),
-                                          .regDataHoraInclusao = REG_XVDMAHMSUTC::Cria(regDia, 3600),
-                                          .regDataHoraAlteracaoStatus = REG_XVDMAHMSUTC::Cria(regDia, 7200),
-                                          .uiBaseDadosTerceiro = 0x1122334455667788U,
-                                          .eTipoIntegracao = eXVSMiddleware_BuscaPedidos,
-                                          .eStatusIntegracao = eXVSMiddleware_Pendente,
-                                          .eSistemaIntegracao = SimulacaoSistemaTerceiro,
-                                          .eTipoTransacao = eXVSMiddleware_Exclusao,
-                                          .ulPonteiroFilial = 3,
-                                          .ulPonteiroUsuarioInclusao = 20,
-                                          .ulPonteiroUsuarioCancelamento = 21,
-                                          .ulPonteiroAuxiliar = 4,
-                                          .cReconsultarIdTerceiros = 1,
-                                          .ucTipoPonteiroAuxiliar = 5};
+    CXVDadosCR_IntegracaoMiddleware dados = IntegracaoCheia();
     dados.regDmc = Grava(dados);
     EXPECT_TRUE(dados.regDmc.EhValido());
     EXPECT_EQ(Le(dados.regDmc), dados);

@@ -76,7 +76,13 @@ TEST_F(ProgramaBusca, FormasDoResultado) {
     EXPECT_EQ(Xvcr("busca --dmcs").sSaida, sUm + "\n" + sDois + "\n");
     EXPECT_EQ(Xvcr("busca --conta").sSaida, "2\n");
     EXPECT_EQ(Json("busca --conta"), (std::vector<nlohmann::json>{{{"ulQuantidade", 2}}}));
-    EXPECT_THAT(Xvcr("busca").sSaida, testing::EndsWith("\n2 integrações\n"));
+    EXPECT_THAT(Xvcr("busca --limite 2").sSaida, testing::EndsWith("\n2 integrações\n"));
+    EXPECT_THAT(Xvcr("busca --limite 1").sSaida, testing::EndsWith("20261103-217-2\n1 de 2 integrações\n"));
+    EXPECT_EQ(Xvcr("busca --limite 1 --dmcs").sSaida, sUm + "\n");
+    EXPECT_THAT(Xvcr("busca --status Enviado --limite 1").sSaida,
+                testing::AllOf(testing::StartsWith("DMC  "), testing::EndsWith("---\n0 integrações\n")));
+    EXPECT_EQ(Json("busca --limite 1 --le").at(0)["sDmc"], sUm);
+    EXPECT_EQ(Json("busca --limite 1").size(), 1U);
     const SExecucao lidas = Xvcr("busca --le --json-enviado");
     EXPECT_THAT(lidas.sSaida, testing::EndsWith("regRegistroJSON:                   {\"p\":2}\n"));
     EXPECT_THAT(lidas.sSaida, HasSubstr("\n\nregDmc:"));
@@ -87,7 +93,7 @@ TEST_F(ProgramaBusca, FormasDoResultado) {
 
 // More than are read at a time, in whatever order they are asked for.
 TEST_F(ProgramaBusca, MuitasIntegracoesVoltamTodasNaOrdem) {
-    constexpr std::size_t k_uiQuantidade = 130;
+    constexpr std::size_t k_uiQuantidade = 300;
     std::string sLinhas;
     for (std::size_t i = 0; i < k_uiQuantidade; ++i)
         sLinhas += R"({"eSistemaIntegracao":2,"eStatusIntegracao":1,"uiChaveIntegracaoSistemaTerceiro":)" +
@@ -101,6 +107,10 @@ TEST_F(ProgramaBusca, MuitasIntegracoesVoltamTodasNaOrdem) {
         EXPECT_EQ(lidas[i]["sDmc"], listaDmcs[i]);
         EXPECT_EQ(lidas[i]["regRegistroJSON"], "{\"n\":" + std::to_string(i) + "}");
     }
+    const std::string sTabela = Xvcr("busca").sSaida;  // title, rule, rows, their number
+    EXPECT_EQ(std::count(sTabela.begin(), sTabela.end(), '\n'), 303);
+    for (const std::string& rDmc : listaDmcs) EXPECT_THAT(sTabela, HasSubstr('\n' + rDmc + ' '));
+    EXPECT_THAT(sTabela, testing::EndsWith("\n300 integrações\n"));
     std::reverse(listaDmcs.begin(), listaDmcs.end());
     const auto entrada = [&] {
         std::string sEntrada;

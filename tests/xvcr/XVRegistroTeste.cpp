@@ -71,9 +71,10 @@ class Registro : public testing::Test {
     }
 
     // The records that the options show, in their order.
-    json Mostra(const std::string& sOpcoes) const {
+    json Mostra(const std::string& sOpcoes, const TArgumentos& rMais = {}) const {
         TArgumentos listaTudo = XVPalavras("--json registro " + sOpcoes);
-        listaTudo.insert(listaTudo.begin(), {"--diretorio", m_Diretorio.GetCaminho()});
+        listaTudo.insert(listaTudo.end(), {"--diretorio", m_Diretorio.GetCaminho()});
+        listaTudo.insert(listaTudo.end(), rMais.begin(), rMais.end());
         const SExecucao execucao = XVExecutaAqui(listaTudo);
         EXPECT_EQ(execucao.iSaida, 0) << execucao.sErro;
         return XVLinhasJson(execucao.sSaida);
@@ -88,7 +89,6 @@ class Registro : public testing::Test {
 };
 
 TEST_F(Registro, CadaOpcaoMostraOsSeus) {
-    const std::string sArquivo = m_Diretorio.Junta("001/DF/XVProfilerErros_Base_202610.log");
     const struct {
         std::string sOpcoes;
         std::vector<json> esperados;
@@ -110,11 +110,12 @@ TEST_F(Registro, CadaOpcaoMostraOsSeus) {
         {"--codigo 0x81080aaa", {m_Outubro}},
         {"--codigo 180150001", {m_Noite}},
         {"--codigo E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA", {m_Outubro}},
-        {"--arquivo " + sArquivo, {m_Outubro}},
         {"--funcao le --ultimos 1", {m_Noite}},
     };
     for (const auto& rCaso : aCasos)
         EXPECT_EQ(Mostra("--empresa 001 " + rCaso.sOpcoes), json(rCaso.esperados)) << rCaso.sOpcoes;
+    const std::string sArquivo = m_Diretorio.Junta("001/DF/XVProfilerErros_Base_202610.log");
+    EXPECT_EQ(Mostra("", {"--arquivo", sArquivo}), json::array({m_Outubro}));
 }
 
 TEST_F(Registro, SemEmpresaOsDosProgramas) {

@@ -25,7 +25,7 @@ TEST(TextoTela, BytesGuardadosNaoComandamOTerminal) {
               "abc");
 }
 
-TEST(Tabela, AlinhaPelaLarguraVista) {
+TEST(Tabela, AlinhaPelaLarguraVistaDasLinhasAteAi) {
     CXVTabela tabela({{"Nome"}, {"Nº", CXVTabela::EAlinhamento::eDireita}, {"Fim"}});
     tabela.Inclui({"a\xCC\x81ção", "7", "x"});
     tabela.Inclui({"日\xF0\x9F\x98\x80", "12345", "y\n"});
@@ -34,6 +34,11 @@ TEST(Tabela, AlinhaPelaLarguraVista) {
               "----  -----  -----\n"
               "a\xCC\x81ção      7  x\n"
               "日\xF0\x9F\x98\x80  12345  y\\x0A\n");
+    EXPECT_EQ(tabela.Monta(), "");
+    tabela.Inclui({"cinco", "8", "z"});
+    EXPECT_EQ(tabela.Monta(), "cinco      8  z\n");
+    tabela.Inclui({"a", "9", ""});
+    EXPECT_EQ(tabela.Monta(), "a          9  \n");
 }
 
 }  // namespace
