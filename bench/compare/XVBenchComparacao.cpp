@@ -1,18 +1,11 @@
 #include "bench/compare/XVBenchComparacao.h"
 
 #include <algorithm>
-#include <chrono>
 #include <cstdio>
 #include <filesystem>
 #include <random>
 
 namespace {
-
-using TRelogio = std::chrono::steady_clock;
-
-double Microssegundos(TRelogio::time_point inicio) {
-    return std::chrono::duration<double, std::micro>(TRelogio::now() - inicio).count();
-}
 
 // Numbers at random, the same for every opponent of a round.
 std::vector<unsigned> Sorteia(unsigned uiSemente, unsigned uiPrimeiro, unsigned uiEntre, unsigned uiQuantos) {
@@ -87,14 +80,13 @@ void CXVComparacao::MedeGravacao() {
         listaAbertos[i].reset();
         Remove(pasta(i));
         listaAbertos[i] = Abre(i, pasta(i), gerador.Quantidade());
-        const auto inicio = TRelogio::now();
+        const CXVCronometro desde;
         for (unsigned n = 0; n < gerador.Quantidade(); ++n) listaAbertos[i]->Grava(gerador.Gera(n));
-        m_medidas.Anota("record", m_listaAdversarios[i].pszNome,
-                        Microssegundos(inicio) / gerador.Quantidade());
+        m_medidas.AnotaTempo("record", m_listaAdversarios[i].pszNome, desde, gerador.Quantidade());
     });
     for (std::size_t i = 0; i < listaAbertos.size(); ++i)
-        m_medidas.Anota("bytes on disk", m_listaAdversarios[i].pszNome,
-                        static_cast<double>(listaAbertos[i]->BytesEmDisco()) / gerador.Quantidade(), "bytes");
+        m_medidas.AnotaBytes("bytes on disk", m_listaAdversarios[i].pszNome,
+                             static_cast<double>(listaAbertos[i]->BytesEmDisco()) / gerador.Quantidade());
     ComparaLeituras(listaAbertos, gerador);
     MedeStatus("status in a day", listaAbertos, gerador, gerador.PorDia());
     MedeStatus("status over 10 days", listaAbertos, gerador, gerador.Quantidade());
@@ -119,10 +111,9 @@ void CXVComparacao::MedeDuravel() {
         grava(i, 0);  // so that files and journals have met their pages
     }
     EmRodadas([&](std::size_t i, unsigned uiRodada) {
-        const auto inicio = TRelogio::now();
+        const CXVCronometro desde;
         grava(i, uiRodada + 1);
-        m_medidas.Anota("durable record", m_listaAdversarios[i].pszNome,
-                        Microssegundos(inicio) / m_opcoes.uiDuraveis);
+        m_medidas.AnotaTempo("durable record", m_listaAdversarios[i].pszNome, desde, m_opcoes.uiDuraveis);
     });
     listaAbertos.clear();
     for (std::size_t i = 0; i < m_listaAdversarios.size(); ++i) Remove(pasta(i));
@@ -177,46 +168,45 @@ void CXVComparacao::MedeStatus(const char* pszTrabalho, CAbertos& rAbertos, CXVG
                                unsigned uiAte) {
     EmRodadas([&](std::size_t i, unsigned uiRodada) {
         const std::vector<unsigned> lista = Sorteia(uiRodada, 0, uiAte, m_opcoes.uiStatus);
-        const auto inicio = TRelogio::now();
+        const CXVCronometro desde;
         for (const unsigned n : lista) rAbertos[i]->GravaStatus(rGerador.GeraStatus(n, uiRodada));
-        m_medidas.Anota(pszTrabalho, m_listaAdversarios[i].pszNome,
-                        Microssegundos(inicio) / m_opcoes.uiStatus);
+        m_medidas.AnotaTempo(pszTrabalho, m_listaAdversarios[i].pszNome, desde, m_opcoes.uiStatus);
     });
 }
 
 // The first block of each is warming up: it opens files and meets pages.
 void CXVComparacao::MedeLeitura(const char* pszTrabalho, CAbertos& rAbertos, CXVGeradorBench& rGerador,
                                 unsigned uiPrimeiro, unsigned uiQuantos) {
-    std::vector<REG_XVDMC> listaDmc;
-    const auto le = [&](std::size_t i, unsigned uiSemente) {
-        listaDmc.clear();
+    const auto sorteia = [&](unsigned uiSemente) {
+        std::vector<REG_XVDMC> lista;
         for (const unsigned n : Sorteia(uiSemente, uiPrimeiro, uiQuantos, m_opcoes.uiLeituras))
-            listaDmc.push_back(rGerador.Gera(n).regDmc);
-        std::size_t uiBytes = 0;
-        const auto inicio = TRelogio::now();
-        for (const REG_XVDMC regDmc : listaDmc) uiBytes += rAbertos[i]->Le(regDmc).sRetorno.size();
-        const double dTempo = Microssegundos(inicio);
-        if (uiBytes != k_uiBytesRetorno * listaDmc.size()) XVTermina("a text came back with another length");
-        return dTempo / static_cast<double>(listaDmc.size());
+            lista.push_back(rGerador.Gera(n).regDmc);
+        return lista;
     };
-    for (std::size_t i = 0; i < rAbertos.size(); ++i) le(i, m_opcoes.uiRodadas);
+    const auto le = [&](std::size_t i, const std::vector<REG_XVDMC>& rLista) {
+        std::size_t uiBytes = 0;
+        for (const REG_XVDMC regDmc : rLista) uiBytes += rAbertos[i]->Le(regDmc).sRetorno.size();
+        if (uiBytes != k_uiBytesRetorno * rLista.size()) XVTermina("a text came back with another length");
+    };
+    for (std::size_t i = 0; i < rAbertos.size(); ++i) le(i, sorteia(m_opcoes.uiRodadas));
     EmRodadas([&](std::size_t i, unsigned uiRodada) {
-        m_medidas.Anota(pszTrabalho, m_listaAdversarios[i].pszNome, le(i, uiRodada));
+        const std::vector<REG_XVDMC> lista = sorteia(uiRodada);
+        const CXVCronometro desde;
+        le(i, lista);
+        m_medidas.AnotaTempo(pszTrabalho, m_listaAdversarios[i].pszNome, desde, lista.size());
     });
 }
 
 void CXVComparacao::MedeBusca(const std::string& sTrabalho, CAbertos& rAbertos, const SFiltroBench& rFiltro) {
     const double dMinimo = m_opcoes.uiMilissegundosBusca * 1000.0;
     EmRodadas([&](std::size_t i, unsigned) {
-        const auto inicio = TRelogio::now();
+        const CXVCronometro desde;
         unsigned uiVezes = 0;
-        double dTempo = 0;
         do {
             if (rAbertos[i]->Busca(rFiltro).empty()) XVTermina("a search found nothing");
             ++uiVezes;
-            dTempo = Microssegundos(inicio);
-        } while (dTempo < dMinimo);
-        m_medidas.Anota(sTrabalho, m_listaAdversarios[i].pszNome, dTempo / uiVezes);
+        } while (desde.Decorridos() < dMinimo);
+        m_medidas.AnotaTempo(sTrabalho, m_listaAdversarios[i].pszNome, desde, uiVezes);
     });
 }
 

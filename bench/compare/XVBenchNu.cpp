@@ -127,6 +127,7 @@ class CXVNuBench final : public IXVBenchAdversario {
     std::string_view LeTexto(REG_XVDMC regDmc, EArquivoDia eArquivo, XVUInt ulInicio, std::size_t uiTamanho);
     void MontaTabela(std::size_t uiEntradas);
     XVUInt Posicao(REG_XVDMC regDmc) const;
+    void CarregaTipos();
     void AgrupaPorDia();
     XVUInt64 InicioRegistro(REG_XVDMC regDmc) const {
         return k_uiCabecalho + (regDmc.GetPonteiro() - 1) * sizeof(REG_CR_INTEGRACAO_MIDDLEWARE_V2);
@@ -139,7 +140,7 @@ class CXVNuBench final : public IXVBenchAdversario {
     XVUInt m_ulUltimoDia = 0;
     SDia* m_pUltimo = nullptr;
     std::vector<REG_CR_INDEX_INTEGRACAO_V1> m_listaIndex;
-    std::vector<XVUInt> m_listaTipos;  // of those recorded since the opening
+    std::vector<XVUInt> m_listaTipos;  // of the first so many of the index
     CTabela m_tabela;
     std::array<std::string, eQuantos> m_asTextos;  // with their lengths before them
     std::vector<REG_XVDMC> m_listaAchadas;
@@ -191,7 +192,6 @@ void CXVNuBench::Grava(const SIntegracaoBench& rIntegracao) {
     reg.ulPonteiroJSONRetornoIntegracao = AnexaTexto(regDmc, eRetorno, rIntegracao.sRetorno);
     Arquivo(regDmc, eRegistros).Anexa(&reg, sizeof(reg));
     m_listaIndex.push_back({rIntegracao.uiChave, regDmc, rIntegracao.eSistema, rIntegracao.eStatus});
-    m_listaTipos.push_back(rIntegracao.eTipo);
     m_arquivoIndex.Anexa(&m_listaIndex.back(), sizeof(REG_CR_INDEX_INTEGRACAO_V1));
     if (m_listaIndex.size() * 2 > m_tabela.Lugares())
         MontaTabela(m_listaIndex.size() * 2);
@@ -242,6 +242,18 @@ SLidaBench CXVNuBench::Le(REG_XVDMC regDmc) {
             LeTexto(regDmc, eRetorno, reg.ulPonteiroJSONRetornoIntegracao, k_uiBytesRetorno)};
 }
 
+// Of all that the index holds. The index is ascending, and a day is read by one call.
+void CXVNuBench::CarregaTipos() {
+    std::vector<REG_CR_INTEGRACAO_MIDDLEWARE_V2> listaDia;
+    while (m_listaTipos.size() < m_listaIndex.size()) {
+        const REG_XVDMC regDmc = m_listaIndex[m_listaTipos.size()].regDmcIntegracao;
+        CArquivo& rArquivo = Arquivo(regDmc, eRegistros);
+        listaDia.resize(rArquivo.Bytes() / sizeof(listaDia.front()));
+        rArquivo.Le(k_uiCabecalho, listaDia.data(), rArquivo.Bytes());
+        for (const auto& reg : listaDia) m_listaTipos.push_back(reg.eTipoIntegracao);
+    }
+}
+
 // A radix sort by date, stable, so that the positions of a day keep their order.
 void CXVNuBench::AgrupaPorDia() {
     constexpr unsigned k_uiBits = 9;
@@ -268,6 +280,7 @@ std::span<const REG_XVDMC> CXVNuBench::Busca(const SFiltroBench& rFiltro) {
         m_listaAchadas.push_back(m_listaIndex[ul - 1].regDmcIntegracao);
         return m_listaAchadas;
     }
+    if (!rFiltro.listaTipos.empty()) CarregaTipos();
     m_listaAchadas.reserve(m_listaIndex.size());
     const bool bTudo = rFiltro.uiChaveInicial == 0 && rFiltro.listaStatus.empty();
     bool bEmOrdem = true;
@@ -276,7 +289,7 @@ std::span<const REG_XVDMC> CXVNuBench::Busca(const SFiltroBench& rFiltro) {
         const REG_CR_INDEX_INTEGRACAO_V1& reg = m_listaIndex[i];
         const REG_XVDMC regDmc = reg.regDmcIntegracao;
         if (!bTudo && !rFiltro.Aceita(regDmc, reg.uiChaveIntegracaoSistemaTerceiro, reg.eSistemaIntegracao,
-                                      reg.eStatusIntegracao, m_listaTipos[i]))
+                                      reg.eStatusIntegracao, i < m_listaTipos.size() ? m_listaTipos[i] : 0))
             continue;
         bEmOrdem = bEmOrdem && regDmc.uiValor >= uiAnterior;
         uiAnterior = regDmc.uiValor;

@@ -7,7 +7,6 @@
 //
 // The second form is a fresh process on a large store that the first left in the same directory: it opens it,
 // reads one integration, then others at random, and tells times and peak memory.
-#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
@@ -89,10 +88,6 @@ double PicoMemoria() {
     return 0;
 }
 
-double Microssegundos(std::chrono::steady_clock::time_point inicio) {
-    return std::chrono::duration<double, std::micro>(std::chrono::steady_clock::now() - inicio).count();
-}
-
 ordered_json MedeSozinho(const SAdversarioBench& rAdversario, const SOpcoesBench& rOpcoes) {
     CXVGeradorBench gerador(rOpcoes.uiIntegracoes, rOpcoes.uiDias);
     std::mt19937 sorteio(std::random_device{}());
@@ -100,15 +95,16 @@ ordered_json MedeSozinho(const SAdversarioBench& rAdversario, const SOpcoesBench
         return gerador.Gera(static_cast<unsigned>(sorteio() % gerador.Quantidade())).regDmc;
     };
     ordered_json resultado;
-    const auto inicio = std::chrono::steady_clock::now();
+    const CXVCronometro inicio;
     const auto p = rAdversario.fnAbre({CXVComparacao::PastaGrande(rOpcoes.sPasta, rAdversario.pszNome),
                                        EDuracaoBench::eSistema, rOpcoes.uiIntegracoes});
     XVUInt64 uiSoma = p->Le(regDmc()).uiChave;
-    resultado["start_us"] = Microssegundos(inicio);
+    resultado["start_us"] = inicio.Decorridos();
+    resultado["start_cpu"] = inicio.Processador();
     resultado["start_bytes"] = PicoMemoria();
-    const auto inicioLeituras = std::chrono::steady_clock::now();
+    const CXVCronometro leituras;
     for (unsigned i = 0; i < rOpcoes.uiLeituras; ++i) uiSoma += p->Le(regDmc()).uiChave;
-    resultado["read_us"] = Microssegundos(inicioLeituras) / rOpcoes.uiLeituras;
+    resultado["read_us"] = leituras.Decorridos() / rOpcoes.uiLeituras;
     resultado["read_bytes"] = PicoMemoria();
     resultado["sum"] = uiSoma;
     return resultado;
@@ -126,7 +122,8 @@ ordered_json Resultado(const SOpcoesBench& rOpcoes, const std::vector<SAdversari
         resultado["figures"].push_back({{"work", r.sTrabalho},
                                         {"opponent", r.sAdversario},
                                         {"unit", r.sUnidade},
-                                        {"rounds", r.listaRodadas}});
+                                        {"rounds", r.listaRodadas},
+                                        {"cpu", r.listaProcessador}});
     return resultado;
 }
 
