@@ -56,6 +56,7 @@ struct SAberturaBench {
 struct SAdversarioBench {
     const char* pszNome;
     const char* pszDescricao;
+    bool bVarios;  // several of one process may have the same store open, one for each thread
     std::function<std::unique_ptr<IXVBenchAdversario>(const SAberturaBench&)> fnAbre;
 };
 

@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <filesystem>
 #include <random>
+#include <thread>
 
 namespace {
 
@@ -39,6 +40,7 @@ CXVMedidasBench CXVComparacao::Mede() {
     MedeGravacao();
     Diz("durable recording");
     MedeDuravel();
+    MedeDuravelEmThreads();
     Diz("shuffled index");
     MedeEmbaralhado();
     Diz("the large stores: filling, status, reading, searching");
@@ -64,22 +66,23 @@ std::unique_ptr<IXVBenchAdversario> CXVComparacao::Abre(std::size_t i, const std
     return m_listaAdversarios[i].fnAbre({sPasta, eDuracao, uiIntegracoes});
 }
 
-void CXVComparacao::Remove(const std::string& sPasta) const {
-    std::error_code erro;
-    std::filesystem::remove_all(sPasta, erro);
+std::string CXVComparacao::Pasta(const char* pszTrabalho, std::size_t i) const {
+    return m_opcoes.sPasta + "/" + pszTrabalho + "-" + m_listaAdversarios[i].pszNome;
+}
+
+void CXVComparacao::RemovePastas(const char* pszTrabalho) const {
+    for (std::size_t i = 0; i < m_listaAdversarios.size(); ++i)
+        std::filesystem::remove_all(Pasta(pszTrabalho, i));
 }
 
 // Every round makes new stores; those of the last one stay for the status.
 void CXVComparacao::MedeGravacao() {
     CXVGeradorBench gerador(m_opcoes.uiGravacoes, m_opcoes.uiDiasGravacao);
     CAbertos listaAbertos(m_listaAdversarios.size());
-    const auto pasta = [this](std::size_t i) {
-        return m_opcoes.sPasta + "/grava-" + m_listaAdversarios[i].pszNome;
-    };
     EmRodadas([&](std::size_t i, unsigned) {
         listaAbertos[i].reset();
-        Remove(pasta(i));
-        listaAbertos[i] = Abre(i, pasta(i), gerador.Quantidade());
+        std::filesystem::remove_all(Pasta("grava", i));
+        listaAbertos[i] = Abre(i, Pasta("grava", i), gerador.Quantidade());
         const CXVCronometro desde;
         for (unsigned n = 0; n < gerador.Quantidade(); ++n) listaAbertos[i]->Grava(gerador.Gera(n));
         m_medidas.AnotaTempo("record", m_listaAdversarios[i].pszNome, desde, gerador.Quantidade());
@@ -92,22 +95,19 @@ void CXVComparacao::MedeGravacao() {
     MedeStatus("status over 10 days", listaAbertos, gerador, gerador.Quantidade());
     ComparaLeituras(listaAbertos, gerador);
     listaAbertos.clear();
-    for (std::size_t i = 0; i < m_listaAdversarios.size(); ++i) Remove(pasta(i));
+    RemovePastas("grava");
 }
 
 void CXVComparacao::MedeDuravel() {
     const unsigned uiTodas = m_opcoes.uiDuraveis * (m_opcoes.uiRodadas + 1);
     CXVGeradorBench gerador(uiTodas, 1);
     CAbertos listaAbertos;
-    const auto pasta = [this](std::size_t i) {
-        return m_opcoes.sPasta + "/duravel-" + m_listaAdversarios[i].pszNome;
-    };
     const auto grava = [&](std::size_t i, unsigned uiBloco) {
         for (unsigned n = 0; n < m_opcoes.uiDuraveis; ++n)
             listaAbertos[i]->Grava(gerador.Gera(uiBloco * m_opcoes.uiDuraveis + n));
     };
     for (std::size_t i = 0; i < m_listaAdversarios.size(); ++i) {
-        listaAbertos.push_back(Abre(i, pasta(i), uiTodas, EDuracaoBench::eDispositivo));
+        listaAbertos.push_back(Abre(i, Pasta("duravel", i), uiTodas, EDuracaoBench::eDispositivo));
         grava(i, 0);  // so that files and journals have met their pages
     }
     EmRodadas([&](std::size_t i, unsigned uiRodada) {
@@ -116,17 +116,46 @@ void CXVComparacao::MedeDuravel() {
         m_medidas.AnotaTempo("durable record", m_listaAdversarios[i].pszNome, desde, m_opcoes.uiDuraveis);
     });
     listaAbertos.clear();
-    for (std::size_t i = 0; i < m_listaAdversarios.size(); ++i) Remove(pasta(i));
+    RemovePastas("duravel");
+}
+
+// Each caller has an opponent of its own on the same store, and records a part of every block.
+void CXVComparacao::MedeDuravelEmThreads() {
+    constexpr unsigned k_uiThreads = 8;
+    const unsigned uiCada = m_opcoes.uiDuraveis;
+    const unsigned uiTodas = uiCada * k_uiThreads * m_opcoes.uiRodadas;
+    std::vector<CAbertos> listaAbertos(m_listaAdversarios.size());
+    for (std::size_t i = 0; i < m_listaAdversarios.size(); ++i)
+        for (unsigned t = 0; t < k_uiThreads && m_listaAdversarios[i].bVarios; ++t)
+            listaAbertos[i].push_back(Abre(i, Pasta("threads", i), uiTodas, EDuracaoBench::eDispositivo));
+    EmRodadas([&](std::size_t i, unsigned uiRodada) {
+        if (listaAbertos[i].empty()) return;
+        const CXVCronometro desde;
+        {
+            std::vector<std::jthread> listaThreads;
+            for (unsigned t = 0; t < k_uiThreads; ++t)
+                listaThreads.emplace_back([&rAberto = *listaAbertos[i][t], uiTodas, uiCada,
+                                           uiPrimeira = (uiRodada * k_uiThreads + t) * uiCada] {
+                    CXVGeradorBench gerador(uiTodas, 1);
+                    for (unsigned n = 0; n < uiCada; ++n) {
+                        SIntegracaoBench integracao = gerador.Gera(uiPrimeira + n);
+                        integracao.bQualquerPosicao = true;
+                        rAberto.Grava(integracao);
+                    }
+                });
+        }
+        m_medidas.AnotaTempo("durable record, 8 callers", m_listaAdversarios[i].pszNome, desde,
+                             std::size_t{uiCada} * k_uiThreads);
+    });
+    listaAbertos.clear();
+    RemovePastas("threads");
 }
 
 void CXVComparacao::MedeEmbaralhado() {
     CXVGeradorBench gerador(m_opcoes.uiIntegracoes, m_opcoes.uiDias, EOrdemBench::eEmbaralhados);
     CAbertos listaAbertos;
-    const auto pasta = [this](std::size_t i) {
-        return m_opcoes.sPasta + "/embaralha-" + m_listaAdversarios[i].pszNome;
-    };
     for (std::size_t i = 0; i < m_listaAdversarios.size(); ++i) {
-        listaAbertos.push_back(Abre(i, pasta(i), gerador.Quantidade()));
+        listaAbertos.push_back(Abre(i, Pasta("embaralha", i), gerador.Quantidade()));
         for (unsigned n = 0; n < gerador.Quantidade(); ++n) listaAbertos[i]->Grava(gerador.Gera(n));
         listaAbertos[i]->Assenta();
     }
@@ -134,7 +163,7 @@ void CXVComparacao::MedeEmbaralhado() {
     ComparaBusca(listaAbertos, filtro);
     MedeBusca("search (a), shuffled index", listaAbertos, filtro);
     listaAbertos.clear();
-    for (std::size_t i = 0; i < m_listaAdversarios.size(); ++i) Remove(pasta(i));
+    RemovePastas("embaralha");
 }
 
 // Closed and opened again between filling and the works, as a store is found.

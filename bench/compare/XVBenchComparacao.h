@@ -38,10 +38,12 @@ class CXVComparacao {
     void EmRodadas(TBloco bloco);
     std::unique_ptr<IXVBenchAdversario> Abre(std::size_t i, const std::string& sPasta, unsigned uiIntegracoes,
                                              EDuracaoBench eDuracao = EDuracaoBench::eSistema);
-    void Remove(const std::string& sPasta) const;
+    std::string Pasta(const char* pszTrabalho, std::size_t i) const;
+    void RemovePastas(const char* pszTrabalho) const;
 
     void MedeGravacao();
     void MedeDuravel();
+    void MedeDuravelEmThreads();
     void MedeGrande();
     void MedeEmbaralhado();
     void MedeStatus(const char* pszTrabalho, CAbertos& rAbertos, CXVGeradorBench& rGerador, unsigned uiAte);

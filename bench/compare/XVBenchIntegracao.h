@@ -18,7 +18,8 @@ inline constexpr XVUInt k_ulTiposBench = 17;
 
 // The texts live until the generator makes the next integration or status.
 struct SIntegracaoBench {
-    REG_XVDMC regDmc;  // the key that it has to get
+    REG_XVDMC regDmc;               // the key that it has to get,
+    bool bQualquerPosicao = false;  // unless several threads record at the same time
     unsigned uiDia = 0;
     XVUInt64 uiChave = 0;  // ascending, as external systems number
     XVUInt eSistema = 0;

@@ -70,13 +70,14 @@ SLinhaComando LeLinha(int iArgumentos, char** ppArgumentos) {
 
 std::vector<SAdversarioBench> Adversarios(CXVAmbienteBench& rAmbiente) {
     return {
-        {"store", "the store, journal and general log on",
+        {"store", "the store, journal and general log on", true,
          [&rAmbiente](const SAberturaBench& r) { return XVAbreLoja(rAmbiente, r); }},
-        {"sqlite", "SQLite as a user sets it",
+        {"sqlite", "SQLite as a user sets it", true,
          [](const SAberturaBench& r) { return XVAbreSqlite(r, false); }},
-        {"sqlite-tuned", "SQLite, tuned", [](const SAberturaBench& r) { return XVAbreSqlite(r, true); }},
-        {"lmdb", "LMDB", XVAbreLmdb},
-        {"bare", "the bare calls", XVAbreNu},
+        {"sqlite-tuned", "SQLite, tuned", false,
+         [](const SAberturaBench& r) { return XVAbreSqlite(r, true); }},
+        {"lmdb", "LMDB", false, XVAbreLmdb},
+        {"bare", "the bare calls", false, XVAbreNu},
     };
 }
 

@@ -53,9 +53,9 @@ def bound_rows(run):
 def figure_rows(run):
     figures, opponents = figures_of(run), list(run["opponents"])
     for work in dict.fromkeys(f["work"] for f in run["figures"]):
-        cells = [figures[work, o] for o in opponents]
+        cells = [figures.get((work, opponent)) for opponent in opponents]
         yield "| " + work + " | " + " | ".join(
-            f"{shown(statistics.median(c['rounds']), c['unit'])} ({shown(min(c['rounds']), c['unit'])})"
+            f"{shown(statistics.median(c['rounds']), c['unit'])} ({shown(min(c['rounds']), c['unit'])})" if c else "-"
             for c in cells) + " |"
 
 
