@@ -3,12 +3,11 @@
 // the record and three texts at known places. The index stands in memory, with a table by key and system. A
 // durable recording is one write of its size into a file whose length does not change, and one flush.
 #include <array>
-#include <bit>
 #include <filesystem>
 #include <map>
 
 #include "bench/compare/IXVBenchAdversario.h"
-#include "middleware/XVRegistrosMiddleware.h"
+#include "bench/compare/XVBenchTabela.h"
 #include "platform/XVPlataforma.h"
 
 namespace {
@@ -82,35 +81,6 @@ struct SDia {
     std::array<CArquivo, eQuantos> aArquivos;
 };
 
-// Positions by key and system: open addressing, never more than half full.
-class CTabela {
-  public:
-    void Reserva(std::size_t uiEntradas) { m_listaLugares.assign(std::bit_ceil(uiEntradas * 2 + 2), 0); }
-    void Inclui(XVUInt64 uiChave, XVUInt eSistema, XVUInt ulPosicao) {
-        std::size_t i = Primeiro(uiChave, eSistema);
-        while (m_listaLugares[i] != 0) i = (i + 1) & (m_listaLugares.size() - 1);
-        m_listaLugares[i] = ulPosicao;
-    }
-    XVUInt Procura(XVUInt64 uiChave, XVUInt eSistema,
-                   const std::vector<REG_CR_INDEX_INTEGRACAO_V1>& rIndex) const {
-        for (std::size_t i = Primeiro(uiChave, eSistema);; i = (i + 1) & (m_listaLugares.size() - 1)) {
-            const XVUInt ulPosicao = m_listaLugares[i];
-            if (ulPosicao == 0) XVTermina("the bare table holds no such key");
-            const REG_CR_INDEX_INTEGRACAO_V1& reg = rIndex[ulPosicao - 1];
-            if (reg.uiChaveIntegracaoSistemaTerceiro == uiChave && reg.eSistemaIntegracao == eSistema)
-                return ulPosicao;
-        }
-    }
-    std::size_t Lugares() const { return m_listaLugares.size(); }
-
-  private:
-    std::size_t Primeiro(XVUInt64 uiChave, XVUInt eSistema) const {
-        const XVUInt64 ui = (uiChave ^ XVUInt64{eSistema} << 40U) * 0x9E3779B97F4A7C15U;
-        return static_cast<std::size_t>(ui >> 32U) & (m_listaLugares.size() - 1);
-    }
-    std::vector<XVUInt> m_listaLugares;
-};
-
 class CXVNuBench final : public IXVBenchAdversario {
   public:
     explicit CXVNuBench(const SAberturaBench& rAbertura);
@@ -141,7 +111,7 @@ class CXVNuBench final : public IXVBenchAdversario {
     SDia* m_pUltimo = nullptr;
     std::vector<REG_CR_INDEX_INTEGRACAO_V1> m_listaIndex;
     std::vector<XVUInt> m_listaTipos;  // of the first so many of the index
-    CTabela m_tabela;
+    CXVTabelaBench m_tabela;
     std::array<std::string, eQuantos> m_asTextos;  // with their lengths before them
     std::vector<REG_XVDMC> m_listaAchadas;
     std::vector<REG_XVDMC> m_listaTroca;  // while they are being sorted
