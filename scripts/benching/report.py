@@ -31,6 +31,8 @@ def goal_rows(run):
     figures = figures_of(run)
     for work, bounds in goals.RATIOS.items():
         for opponent, bound in bounds.items():
+            if (work, opponent) not in figures:
+                continue  # an earlier run, before there was such a work
             median, fastest, spent = ratios(figures[work, "store"], figures[work, opponent])
             yield (f"| {work} | {opponent} | {median:.3g} | {fastest:.3g} | {spent} | <= {bound:g} | "
                    f"{verdict(median <= bound)} |")
