@@ -129,9 +129,10 @@ std::span<const REG_XVDMC> CXVLojaBench::Busca(const SFiltroBench& rFiltro) {
 }
 
 XVUInt64 CXVLojaBench::BytesEmDisco() {
+    // The journal is there only while the store is open, as SQLite's log is, which is not counted either.
     XVUInt64 uiBytes = 0;
     for (const auto& rEntrada : std::filesystem::directory_iterator(m_pasta / "DF"))
-        if (rEntrada.path().extension() != ".log") uiBytes += rEntrada.file_size();
+        if (rEntrada.path().extension() == ".dat") uiBytes += rEntrada.file_size();
     return uiBytes;
 }
 
