@@ -2,7 +2,6 @@
 #include <array>
 #include <atomic>
 #include <functional>
-#include <optional>
 #include <thread>
 
 #include "tests/xvdatabase/XVCenarioDiario.h"

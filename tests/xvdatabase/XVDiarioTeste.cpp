@@ -1,14 +1,9 @@
 // The journal of a directory that is open for writing: its bytes, what it flushes and when.
 #include <optional>
 
-#include "support/trace/XVArquivoRecusado.h"
 #include "tests/xvdatabase/XVCenarioDiario.h"
 
 namespace {
-
-std::string Bloco(const std::string& sArquivo) {
-    return sArquivo.substr(24, 216);
-}
 
 class Diario : public CXVCenarioDiario {
   protected:

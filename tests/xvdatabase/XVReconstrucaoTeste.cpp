@@ -16,10 +16,6 @@ std::string Versao(const std::string& sNome, const std::string& sDados, XVUInt64
     FechaCrc(s);
     return s;
 }
-std::string Bloco(const std::string& sArquivo) {
-    return sArquivo.substr(24, 216);
-}
-
 // Entry 1 appends to A.dat and makes B.dat, entry 2 overwrites within A.dat, across what entry 1 appended.
 class Reconstrucao : public CXVCenarioBanco {
   protected:

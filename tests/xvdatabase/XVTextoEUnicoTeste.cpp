@@ -4,8 +4,6 @@
 
 namespace {
 
-using T = std::vector<std::string>;
-
 class ArquivoTexto : public CXVCenarioBanco {};
 class RegistroUnico : public CXVCenarioBanco {};
 
