@@ -181,13 +181,16 @@ TEST_F(Recusa, SistemaQueNega) {
     for (const SCaso& rCaso : aCasos) Confere(rCaso);
 }
 
-// A failure that is no file's must not bear the name of the one before.
+// A failure that is no file's must not bear the name of the one before, which the component noted by itself.
 TEST_F(Recusa, FalhaSeguinteNaoHerdaOArquivo) {
     ASSERT_EQ(Usa(EUso::eAbre), S_OK);
     Vira(130)(k_pszDia);
     CXVDadosCR_IntegracaoMiddleware dados;
     XVCliente::SUltimoErro erro;
     EXPECT_EQ(m_Cliente.LeIntegracao(m_Dmc, 7, &dados), E_XVCR_CRC_CABECALHO_NAO_CONFERE);
+    EXPECT_EQ(m_Cliente.GetUltimoErro(&erro), S_OK);
+    EXPECT_THAT(erro.sMensagem, EndsWith(" (dia 15/03/2024)"))
+        << "also for a caller without a note of its own";
     EXPECT_EQ(m_Cliente.LeIntegracao({m_Dmc.uiValor + (1U << 14)}, 7, &dados),
               E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA);
     EXPECT_EQ(m_Cliente.GetUltimoErro(&erro), S_OK);
