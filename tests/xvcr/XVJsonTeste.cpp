@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <sstream>
+
 #include "tools/xvcr/fields/XVRegistroJson.h"
 
 namespace {
@@ -61,32 +63,13 @@ TEST(LinhaJson, RecusaOQueNaoEUmObjetoEDizOByte) {
         EXPECT_NE(XVSeparaMembros(pszLinha, &listaMembros), "") << pszLinha;
         EXPECT_FALSE(XVSeparaMembros(pszLinha, &listaMembros).starts_with("JSON")) << pszLinha;
     }
-    for (const char* pszLinha : {"",
-                                 "{",
-                                 "{\"a\":1",
-                                 "{\"a\":1}}",
-                                 "{\"a\":}",
-                                 "{'a':1}",
-                                 "{\"a\":1,}",
-                                 "{\"a\":\"\xff\"}",
-                                 "{\"a\":1}{\"b\":2}",
-                                 "{\"a\":[1}",
-                                 "{\"a\":[1,]}",
-                                 "{\"a\":{1:2}}",
-                                 "{\"a\":\"\x1f\"}",
-                                 "{\"a\":tru}",
-                                 "{\"a\":01}",
-                                 "{\"a\":1.}",
-                                 "{\"a\":-}",
-                                 "{\"a\":1e}",
-                                 "{\"a\":\"\\x\"}",
-                                 "{\"a\":\"\\u00g0\"}",
-                                 "{\"a\":\"\\ud83d\"}",
-                                 "{\"a\":\"\\ud83d\\u0041\"}",
-                                 "{\"a\":\"\\ude00\"}",
-                                 "{\"a\":1,\"a\":2,}"})
-        EXPECT_TRUE(XVSeparaMembros(pszLinha, &listaMembros).starts_with("JSON inválido no byte "))
-            << pszLinha << ' ' << XVSeparaMembros(pszLinha, &listaMembros);
+    std::istringstream fluxo(R"({ {"a":1 {"a":1}} {"a":} {'a':1} {"a":1,} {"a":1}{"b":2} {"a":[1} {"a":[1,]}
+        {"a":{1:2}} {"a":tru} {"a":01} {"a":1.} {"a":-} {"a":1e} {"a":"\x"} {"a":"\u00g0"} {"a":"\ud83d"}
+        {"a":"\ud83d\u0041"} {"a":"\ude00"} {"a":1,"a":2,} )"
+                             "{\"a\":\"\x1f\"} {\"a\":\"\xff\"}");
+    for (std::string sLinha; fluxo >> sLinha;)
+        EXPECT_TRUE(XVSeparaMembros(sLinha, &listaMembros).starts_with("JSON inválido no byte ")) << sLinha;
+    EXPECT_EQ(XVSeparaMembros("", &listaMembros), "JSON inválido no byte 1");
     EXPECT_EQ(XVSeparaMembros("{\"a\":[1,]}", &listaMembros), "JSON inválido no byte 9");
     EXPECT_EQ(XVSeparaMembros("{\"a\":1e999}", &listaMembros), "JSON com um número fora da faixa");
     EXPECT_EQ(XVSeparaMembros("{\"a\":1}" + std::string(1, '\0'), &listaMembros), "JSON inválido");

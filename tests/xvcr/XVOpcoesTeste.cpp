@@ -2,6 +2,7 @@
 // files and back: records are compared whole.
 #include <utility>
 
+#include "contract/XVCR_Enumeracoes.h"
 #include "platform/XVBibliotecaDinamica.h"
 #include "tests/middleware/exchange/XVGravador.h"
 #include "tests/xvcr/XVPrograma.h"
@@ -167,17 +168,20 @@ class OpcoesDeTroca : public Opcoes {
   protected:
     OpcoesDeTroca() {
         m_rGravador = {};
-        m_rGravador.listaItens = {
-            {.sJSON = "{\"p\":1}", .uiOrigem = std::stoull(m_sOrigem), .uiBase = 31, .eSistema = 8}};
+        SItemGravador& rItem = m_rGravador.listaItens.emplace_back();
+        rItem.sJSON = "{\"p\":1}";
+        rItem.reg.uiDmcOrigem = std::stoull(m_sOrigem);
+        rItem.reg.uiBaseDadosTerceiro = 31;
+        rItem.reg.eSistemaIntegracao = OfficialBank;
     }
 
     // What an exchange answers under the key 77.
     void Responde(const char* pszOperacao, const char* pszMensagem, std::uint32_t eStatus) {
         SRespostaDados& rResposta = m_rGravador.mapDados[pszOperacao];
         rResposta.bMuda = true;
-        rResposta.sMensagem = pszMensagem;
-        rResposta.uiChave = 77;
-        rResposta.eStatus = eStatus;
+        rResposta.dados.sMensagem = pszMensagem;
+        rResposta.dados.reg.uiChaveIntegracaoSistemaTerceiro = 77;
+        rResposta.dados.reg.eStatusIntegracao = eStatus;
     }
 
     const std::string m_sOrigem = Decimal("20261121-17-1");

@@ -32,12 +32,18 @@ struct SItemGravador {
     XVProvedorPendencia reg;
 };
 
+struct SRespostaConsulta {
+    std::uint32_t eStatus = 0;
+    std::string sMensagem{}, sJSON{}, sDocumento{};
+};
+
 struct SGravador {
     std::vector<std::string> listaChamadas;
     std::map<std::string, SRespostaDados> mapDados;            // by operation
     std::map<std::string, SRespostaParametros> mapParametros;  // by operation
     std::vector<SItemGravador> listaItens;
     std::int32_t iResultadoLista = 0;
+    SRespostaConsulta consulta{};
     long lBuffersVivos = 0;
 };
 
@@ -89,4 +95,11 @@ inline std::string XVDescreve(const XVProvedorDados& r) {
 inline std::string XVDescreve(const XVProvedorParametros& r) {
     return "dmc=" + XVDescreveDmc(r.uiDmcIntegracao) + " origem=" + XVDescreveDmc(r.uiDmcOrigem) +
            XVDescreveComuns(r);
+}
+
+inline std::string XVDescreve(const XVProvedorConsulta& r) {
+    std::ostringstream s;
+    s << "tipo=" << r.eTipoConsulta << " chave=[" << XVVista(r.sChaveConsulta)
+      << "] auxiliar=" << r.ulPonteiroAuxiliar << " tipoAuxiliar=" << +r.ucTipoPonteiroAuxiliar;
+    return s.str();
 }

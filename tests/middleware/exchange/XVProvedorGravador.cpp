@@ -82,6 +82,17 @@ std::int32_t BuscaIntegracoes(void*, const XVProvedorDono* pDono, const XVProved
     return Gravador().iResultadoLista;
 }
 
+std::int32_t Consulta(void*, const XVProvedorDono* pDono, const XVProvedorConsulta* pConsulta,
+                      XVProvedorStatusConsulta* pStatus) {
+    Anota("Consulta", *pDono, *pConsulta);
+    const SRespostaConsulta& rResposta = Gravador().consulta;
+    pStatus->eStatusConsulta = rResposta.eStatus;
+    Preenche(&pStatus->bufMensagemRetorno, rResposta.sMensagem);
+    Preenche(&pStatus->bufJSONRetorno, rResposta.sJSON);
+    Preenche(&pStatus->bufDocumentoRetorno, rResposta.sDocumento);
+    return 0;
+}
+
 }  // namespace
 
 extern "C" {
@@ -102,6 +113,7 @@ std::int32_t XVProvedorObtem(std::uint32_t ulVersao, XVProvedorTabela* pTabela) 
     pTabela->pfnRealizaOperacaoPosterior = Posterior;
     pTabela->pfnAtualizaParametrosIntegracao = Atualiza;
     pTabela->pfnBuscaIntegracoes = BuscaIntegracoes;
+    pTabela->pfnBuscaDadosSistemaTerceiro = Consulta;
     return 0;
 }
 
