@@ -39,6 +39,9 @@ TEST_P(CXVConversaoTeste, CadaCampoChegaAoSeuLugarEALojaResponde) {
     std::vector<SPassoPrevisto> passos;
     EXPECT_EQ(conversao.Simula(&usVersao, &passos), S_OK);
     EXPECT_EQ(usVersao, uiVersao);
+    for (const SPassoPrevisto& rPasso : passos)
+        for (const auto& rArquivo : rPasso.listaArquivos)
+            EXPECT_NE(rArquivo.uiTamanho, 0U) << rArquivo.sNomeArquivo;
     EXPECT_EQ(m_Arquivos.Diferenca(retratoAntes, m_Arquivos.Retrata()), "") << "a dry run changes nothing";
     ASSERT_EQ(Converte(), S_OK);
     for (const auto& [sNome, sBytes] : antes) {

@@ -20,8 +20,10 @@ TEST_F(CXVGravacaoTeste, AlteracaoSoAnexaOsTextosQueMudaramEORetorno) {
     CXVIntegracaoTeste integracao(1, Mercos, eXVSMiddleware_Enviado);
     REG_XVDMC regDmc = Grava(*m_pLoja, integracao.Textos("{\"a\":1}", "enviado", "{\"r\":1}"));
     CXVIntegracaoTeste nova(2, OfficialBank, eXVSMiddleware_Enviado);
+    nova.reg.regDataHoraAlteracaoStatus = {XVDataHora(k_uiHoje, 1)};
     ASSERT_EQ(m_pLoja->GravaIntegracao(&regDmc, nova.Textos("{\"a\":1}", "outra", "").Ptr()), S_OK);
     EXPECT_EQ(XVLe(*m_pLoja, regDmc).sRetorno, "") << "without returned JSON the earlier one is unlinked";
+    EXPECT_EQ(XVLe(*m_pLoja, regDmc).reg.regDataHoraAlteracaoStatus.uiValor, XVDataHora(k_uiHoje, 1));
     nova.Textos("{\"a\":1}", "outra", "{\"r\":1}");
     ASSERT_EQ(m_pLoja->GravaIntegracao(&regDmc, nova.Ptr()), S_OK);
     const SIntegracaoLida lida = XVLe(*m_pLoja, regDmc);
