@@ -179,9 +179,9 @@ class OpcoesDeTroca : public Opcoes {
     void Responde(const char* pszOperacao, const char* pszMensagem, std::uint32_t eStatus) {
         SRespostaDados& rResposta = m_rGravador.mapDados[pszOperacao];
         rResposta.bMuda = true;
-        rResposta.dados.sMensagem = pszMensagem;
-        rResposta.dados.reg.uiChaveIntegracaoSistemaTerceiro = 77;
-        rResposta.dados.reg.eStatusIntegracao = eStatus;
+        rResposta.sMensagem = pszMensagem;
+        rResposta.reg.uiChaveIntegracaoSistemaTerceiro = 77;
+        rResposta.reg.eStatusIntegracao = eStatus;
     }
 
     const std::string m_sOrigem = Decimal("20261121-17-1");
@@ -192,10 +192,10 @@ class OpcoesDeTroca : public Opcoes {
 TEST_F(OpcoesDeTroca, PendenciaLevaCadaUmaAoProvedorEAoRegistro) {
     EXPECT_EQ(Xvcr("pendencia --sistema OfficialBank --origem 20261121-17-1" + k_sCampos).sSaida,
               "pendências gravadas\n");
-    EXPECT_EQ(m_rGravador.listaChamadas.at(0),
-              "BuscaIntegracoes 001/7/42 tipo=6 origem=" + m_sOrigem +
-                  " dmc=0 chaveRegistro=12 base=9007199254740993 sistema=8 transacao=3 filial=4294967295 "
-                  "auxiliar=22 tipoAuxiliar=255");
+    EXPECT_EQ(
+        m_rGravador.listaChamadas.at(0),
+        "BuscaIntegracoes 001/7/42 dmc=0-0-0 origem=91509-17-1 tipo=6 sistema=8 transacao=3 auxiliar=22/255 "
+        "chaveRegistro=12 base=9007199254740993 filial=4294967295");
     const std::string sDmc = Json("busca").at(0)["sDmc"];
     EXPECT_EQ(Le(sDmc), Integracao(sDmc, m_Tudo,
                                    {{"regDmcIntegracaoOrigem", m_sOrigem},
@@ -218,19 +218,19 @@ TEST_F(OpcoesDeTroca, InstantaneaLevaCadaUmaAoProvedorEAoRegistro) {
         "instantanea --sistema OfficialBank --tipo 6 --filial 19 --auxiliar 22 --tipo-auxiliar 23 "
         "--integracao-origem 20261121-17-1 ";
     const auto pedido = [&](const std::string& sDmc, const char* pszTransacao) {
-        return "BuscaIntegracoes 001/7/42 tipo=6 origem=" + m_sOrigem + " dmc=" + sDmc +
-               " chaveRegistro=0 base=0 sistema=8 transacao=" + pszTransacao +
-               " filial=19 auxiliar=22 tipoAuxiliar=23";
+        return "BuscaIntegracoes 001/7/42 dmc=" + sDmc +
+               " origem=91509-17-1 tipo=6 sistema=8 transacao=" + pszTransacao +
+               " auxiliar=22/23 chaveRegistro=0 base=0 filial=19";
     };
     Responde("EnviaJson", "foi", 3);
     const std::string sDmc = Grava(sPedido + "--transacao Inclusao");
-    EXPECT_EQ(m_rGravador.listaChamadas.at(0), pedido("0", "1"));
+    EXPECT_EQ(m_rGravador.listaChamadas.at(0), pedido("0-0-0", "1"));
     EXPECT_EQ(Le(sDmc)["regMensagemIntegracao"], "foi");
 
     m_rGravador.listaChamadas.clear();
     Responde("ExcluiDados", "saiu", 5);
     EXPECT_EQ(Xvcr(sPedido + "--transacao Exclusao --dmc " + sDmc).sSaida, sDmc + "\n");
-    EXPECT_EQ(m_rGravador.listaChamadas.at(0), pedido(Decimal(sDmc), "3"));
+    EXPECT_EQ(m_rGravador.listaChamadas.at(0), pedido(XVDescreveDmc(std::stoull(Decimal(sDmc))), "3"));
     EXPECT_EQ(Le(sDmc)["regMensagemIntegracao"], "saiu");
     EXPECT_EQ(Json("busca").size(), 1U);
 
