@@ -4,13 +4,24 @@
 #include <cstdlib>
 #include <new>
 
+#include <malloc.h>
+
 namespace {
 
 std::atomic<long> g_iRestantes{0};
 std::atomic<bool> g_bRecusada{false};
 std::atomic<std::size_t> g_uiVivos{0};
 std::atomic<std::size_t> g_uiPico{0};
-constexpr std::size_t k_uiPrefixo = 32;  // keeps the strictest alignment of operator new
+
+// Blocks are malloc's own, without anything in front: a library that is loaded by name has its own operators
+// on Windows, and frees what was taken here.
+std::size_t BytesDoBloco(void* p) {
+#ifdef _WIN32
+    return _msize(p);
+#else
+    return malloc_usable_size(p);
+#endif
+}
 
 bool ChegouAVez() {
     if (g_iRestantes.load(std::memory_order_relaxed) == 0 || --g_iRestantes != 0) return false;
@@ -43,20 +54,18 @@ XVAlocacoes::CSuspensa::~CSuspensa() {
 }
 
 void* operator new(std::size_t uiTamanho) {
-    auto* p = ChegouAVez() ? nullptr : static_cast<char*>(std::malloc(uiTamanho + k_uiPrefixo));
+    void* p = ChegouAVez() ? nullptr : std::malloc(uiTamanho == 0 ? 1 : uiTamanho);
     if (p == nullptr) throw std::bad_alloc();
-    *reinterpret_cast<std::size_t*>(p) = uiTamanho;
-    const std::size_t uiVivos = g_uiVivos += uiTamanho;
+    const std::size_t uiVivos = g_uiVivos += BytesDoBloco(p);
     std::size_t uiPico = g_uiPico;
     while (uiVivos > uiPico && !g_uiPico.compare_exchange_weak(uiPico, uiVivos)) {
     }
-    return p + k_uiPrefixo;
+    return p;
 }
 void operator delete(void* p) noexcept {
     if (p == nullptr) return;
-    char* pInicio = static_cast<char*>(p) - k_uiPrefixo;
-    g_uiVivos -= *reinterpret_cast<std::size_t*>(pInicio);
-    std::free(pInicio);
+    g_uiVivos -= BytesDoBloco(p);
+    std::free(p);
 }
 void operator delete(void* p, std::size_t) noexcept {
     operator delete(p);
