@@ -190,15 +190,15 @@ class OpcoesDeTroca : public Opcoes {
 };
 
 TEST_F(OpcoesDeTroca, PendenciaLevaCadaUmaAoProvedorEAoRegistro) {
-    EXPECT_EQ(Xvcr("pendencia --sistema OfficialBank --origem 20261121-17-1" + k_sCampos).sSaida,
+    EXPECT_EQ(Xvcr("pendencia --sistema OfficialBank --origem 20261121-18-1" + k_sCampos).sSaida,
               "pendências gravadas\n");
     EXPECT_EQ(
         m_rGravador.listaChamadas.at(0),
-        "BuscaIntegracoes 001/7/42 dmc=0-0-0 origem=91509-17-1 tipo=6 sistema=8 transacao=3 auxiliar=22/255 "
+        "BuscaIntegracoes 001/7/42 dmc=0-0-0 origem=91509-18-1 tipo=6 sistema=8 transacao=3 auxiliar=22/255 "
         "chaveRegistro=12 base=9007199254740993 filial=4294967295");
     const std::string sDmc = Json("busca").at(0)["sDmc"];
     EXPECT_EQ(Le(sDmc), Integracao(sDmc, m_Tudo,
-                                   {{"regDmcIntegracaoOrigem", m_sOrigem},
+                                   {{"regDmcIntegracaoOrigem", Decimal("20261121-18-1")},
                                     {"regDmcMovimentoOrigem", m_sOrigem},
                                     {"uiChaveIntegracaoSistemaTerceiro", "0"},
                                     {"uiBaseDadosTerceiro", "31"},
