@@ -62,6 +62,13 @@ void* operator new(std::size_t uiTamanho) {
     }
     return p;
 }
+void* operator new(std::size_t uiTamanho, const std::nothrow_t&) noexcept {
+    try {
+        return operator new(uiTamanho);
+    } catch (const std::bad_alloc&) {
+        return nullptr;
+    }
+}
 void operator delete(void* p) noexcept {
     if (p == nullptr) return;
     g_uiVivos -= BytesDoBloco(p);
