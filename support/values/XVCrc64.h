@@ -14,12 +14,20 @@ namespace XVCrcInterno {
 // Eight bytes are taken in one load, the first of them lowest.
 static_assert(std::endian::native == std::endian::little);
 
+// From this length on, folding by multiplication costs less than the tables, which it still needs at its end.
+inline constexpr std::size_t k_uiMinimoLongo = 64;
+
+// The polynomial times x, reflected: bit 63 stands for x to the power of 0.
+constexpr std::uint64_t VezesX(std::uint64_t ui) {
+    return (ui >> 1) ^ ((ui & 1) != 0 ? 0xC96C5795D7870F42ULL : 0ULL);
+}
+
 // Slicing-by-8 tables: entry [k][b] is byte b followed by k zero bytes.
 consteval std::array<std::array<std::uint64_t, 256>, 8> GeraTabelas() {
     std::array<std::array<std::uint64_t, 256>, 8> aTabelas{};
     for (std::uint64_t b = 0; b < 256; ++b) {
         std::uint64_t uiCrc = b;
-        for (int i = 0; i < 8; ++i) uiCrc = (uiCrc >> 1) ^ ((uiCrc & 1) != 0 ? 0xC96C5795D7870F42ULL : 0ULL);
+        for (int i = 0; i < 8; ++i) uiCrc = VezesX(uiCrc);
         aTabelas[0][b] = uiCrc;
     }
     for (std::size_t k = 1; k < 8; ++k)
@@ -28,11 +36,10 @@ consteval std::array<std::array<std::uint64_t, 256>, 8> GeraTabelas() {
     return aTabelas;
 }
 inline constexpr auto k_aTabelas = GeraTabelas();
-}  // namespace XVCrcInterno
 
-inline std::uint64_t XVCrc64(const void* pDados, std::size_t uiTamanho, std::uint64_t uiInicial = 0) {
+inline std::uint64_t PorTabelas(const void* pDados, std::size_t uiTamanho, std::uint64_t uiInicial) {
     const auto* p = static_cast<const unsigned char*>(pDados);
-    const auto& t = XVCrcInterno::k_aTabelas;
+    const auto& t = k_aTabelas;
     std::uint64_t uiCrc = uiInicial;
     for (; uiTamanho >= sizeof(std::uint64_t);
          uiTamanho -= sizeof(std::uint64_t), p += sizeof(std::uint64_t)) {
@@ -45,4 +52,13 @@ inline std::uint64_t XVCrc64(const void* pDados, std::size_t uiTamanho, std::uin
     }
     for (; uiTamanho > 0; --uiTamanho, ++p) uiCrc = (uiCrc >> 8) ^ t[0][(uiCrc ^ *p) & 0xFF];
     return uiCrc;
+}
+
+// Of k_uiMinimoLongo bytes or more: by the processor's carry-less multiplication where it has one.
+std::uint64_t DeLongo(const void* pDados, std::size_t uiTamanho, std::uint64_t uiInicial);
+}  // namespace XVCrcInterno
+
+inline std::uint64_t XVCrc64(const void* pDados, std::size_t uiTamanho, std::uint64_t uiInicial = 0) {
+    return uiTamanho < XVCrcInterno::k_uiMinimoLongo ? XVCrcInterno::PorTabelas(pDados, uiTamanho, uiInicial)
+                                                     : XVCrcInterno::DeLongo(pDados, uiTamanho, uiInicial);
 }

@@ -13,11 +13,13 @@
 TEST(Crc64, ConfereComODefinidoEContinuaDoAnterior) {
     EXPECT_EQ(XVCrc64("123456789", 9), 0x2B9C7EE4E2780C8AULL);
     EXPECT_EQ(XVCrc64("", 0), 0U);
-    const std::string sTexto = "um texto de mais de oito bytes, para as tabelas todas";
+    std::string sTexto = "um texto de mais de oito bytes, para as tabelas todas";
+    sTexto += sTexto + sTexto;
     for (std::size_t i = 0; i <= sTexto.size(); ++i) {
         const std::uint64_t uiInicio = XVCrc64(sTexto.data(), i);
         EXPECT_EQ(uiInicio, CrcBitABit(std::string_view(sTexto).substr(0, i))) << i;
         EXPECT_EQ(XVCrc64(sTexto.data() + i, sTexto.size() - i, uiInicio), CrcBitABit(sTexto)) << i;
+        EXPECT_EQ(XVCrcInterno::PorTabelas(sTexto.data(), i, 0), uiInicio) << i;
     }
 }
 
