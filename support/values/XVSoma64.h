@@ -6,9 +6,11 @@
 // with zeros. The lanes, and last the number of bytes, are folded into one word by the same step.
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <utility>
 
 namespace XVSomaInterno {
 inline constexpr std::uint64_t k_uiFator = 0x9FB21C651E98DF25ULL;
@@ -20,20 +22,31 @@ inline std::uint64_t Mistura(std::uint64_t uiFaixa, std::uint64_t uiPalavra) {
     return uiFaixa ^ (uiFaixa >> 32);
 }
 
-inline void Grupo(std::uint64_t (&aFaixas)[k_uiFaixas], const unsigned char* p) {
-    for (std::size_t i = 0; i < k_uiFaixas; ++i) {
+using CFaixas = std::array<std::uint64_t, k_uiFaixas>;
+
+// Runs faz for every lane by a number that is known when compiling, so that the lanes stay in registers.
+template <class TFaz>
+inline void CadaFaixa(TFaz faz) {
+    [&]<std::size_t... i>(std::index_sequence<i...>) {
+        (faz(i), ...);
+    }
+    (std::make_index_sequence<k_uiFaixas>());
+}
+
+inline void Grupo(CFaixas& rFaixas, const unsigned char* p) {
+    CadaFaixa([&](std::size_t i) {
         std::uint64_t uiPalavra = 0;
         std::memcpy(&uiPalavra, p + i * sizeof(uiPalavra), sizeof(uiPalavra));
-        aFaixas[i] = Mistura(aFaixas[i], uiPalavra);
-    }
+        rFaixas[i] = Mistura(rFaixas[i], uiPalavra);
+    });
 }
 }  // namespace XVSomaInterno
 
 inline std::uint64_t XVSoma64(const void* pDados, std::size_t uiTamanho) {
     using namespace XVSomaInterno;
     constexpr std::size_t k_uiGrupo = k_uiFaixas * sizeof(std::uint64_t);
-    std::uint64_t aFaixas[k_uiFaixas];
-    for (std::size_t i = 0; i < k_uiFaixas; ++i) aFaixas[i] = i * k_uiPasso + 1;
+    CFaixas aFaixas;
+    CadaFaixa([&](std::size_t i) { aFaixas[i] = i * k_uiPasso + 1; });
     const auto* p = static_cast<const unsigned char*>(pDados);
     std::size_t uiResto = uiTamanho;
     for (; uiResto >= k_uiGrupo; uiResto -= k_uiGrupo, p += k_uiGrupo) Grupo(aFaixas, p);
@@ -43,6 +56,6 @@ inline std::uint64_t XVSoma64(const void* pDados, std::size_t uiTamanho) {
         Grupo(aFaixas, aUltimo);
     }
     std::uint64_t uiSoma = 0;
-    for (const std::uint64_t uiFaixa : aFaixas) uiSoma = Mistura(uiSoma, uiFaixa);
+    CadaFaixa([&](std::size_t i) { uiSoma = Mistura(uiSoma, aFaixas[i]); });
     return Mistura(uiSoma, uiTamanho);
 }
