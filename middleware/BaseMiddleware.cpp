@@ -1,11 +1,13 @@
 #include "middleware/BaseMiddleware.h"
 
-#include <cinttypes>
-#include <cstdio>
-
 #include "middleware/ConversaoMiddleware.h"
 #include "middleware/XVValidacaoIntegracao.h"
 #include "platform/XVTentativas.h"
+#include "support/values/XVTextoDecimal.h"
+
+namespace {
+constexpr std::size_t k_uiLinhaLogGeral = 160;  // characters; the text of no operation is longer
+}
 
 CBaseMiddleware::~CBaseMiddleware() {
     XVIgnora(Finaliza());
@@ -63,14 +65,15 @@ void CBaseMiddleware::GravaLinhaLogGeral(const char* pszOperacao, REG_XVDMC regD
                                          XVUInt64 uiChaveSistemaTerceiro,
                                          REG_XVDMC regDmcMovimentoOrigem) noexcept {
     try {
-        char szTexto[256];
-        const int iTamanho = std::snprintf(szTexto, sizeof(szTexto),
-                                           "%s - DMCIntegracao: %s - ChaveSistemaTerceiro: %" PRIu64
-                                           " - DMCMovimentoOrigem: %s\n",
-                                           pszOperacao, regDmcIntegracao.ToString().c_str(),
-                                           uiChaveSistemaTerceiro, regDmcMovimentoOrigem.ToString().c_str());
-        const std::string_view sTexto(szTexto,
-                                      std::min(static_cast<std::size_t>(iTamanho), sizeof(szTexto) - 1));
+        std::string sTexto;
+        sTexto.reserve(k_uiLinhaLogGeral);
+        sTexto.append(pszOperacao).append(" - DMCIntegracao: ");
+        regDmcIntegracao.AnexaA(sTexto);
+        sTexto += " - ChaveSistemaTerceiro: ";
+        XVAnexaDecimal(sTexto, uiChaveSistemaTerceiro);
+        sTexto += " - DMCMovimentoOrigem: ";
+        regDmcMovimentoOrigem.AnexaA(sTexto);
+        sTexto += '\n';
         constexpr DFSLOG_Servico eServico = DFSLOG_Servico::eDFSLOG_Inclusao;
         XVIgnora(XV_REGISTRA(GetAcessoEmpresarial()->GravaLogGeral(eServico, sTexto)));
     } catch (...) {

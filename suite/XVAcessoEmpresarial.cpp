@@ -5,6 +5,7 @@
 #include "platform/XVTentativas.h"
 #include "support/XVAmbiente.h"
 #include "support/codes/XVCodigosArquivo.h"
+#include "support/values/XVTextoDecimal.h"
 
 namespace {
 
@@ -18,7 +19,27 @@ std::string_view SemFimDeLinha(std::string_view sTexto) {
 }
 
 void AnexaColuna(std::string& sLinha, std::string_view sValor) {
-    for (const char c : sValor) sLinha += c == '\t' || c == '\r' || c == '\n' || c == '\0' ? ' ' : c;
+    const std::size_t uiInicio = sLinha.size();
+    sLinha += sValor;
+    for (const char c : {'\t', '\r', '\n', '\0'})
+        for (std::size_t i = sLinha.find(c, uiInicio); i != std::string::npos; i = sLinha.find(c, i))
+            sLinha[i] = ' ';
+}
+
+// "15/03/2024", tab, "09:00:00", tab.
+void AnexaDataHora(std::string& sLinha, const SDataHora& rAgora) {
+    XVAnexaDecimal(sLinha, rAgora.ucDia, 2);
+    sLinha += '/';
+    XVAnexaDecimal(sLinha, rAgora.ucMes, 2);
+    sLinha += '/';
+    XVAnexaDecimal(sLinha, rAgora.usAno, 4);
+    sLinha += '\t';
+    XVAnexaDecimal(sLinha, rAgora.ucHora, 2);
+    sLinha += ':';
+    XVAnexaDecimal(sLinha, rAgora.ucMinuto, 2);
+    sLinha += ':';
+    XVAnexaDecimal(sLinha, rAgora.ucSegundo, 2);
+    sLinha += '\t';
 }
 
 CXVErroArquivo AbreLog(const std::string& sCaminho, ECriacaoArquivo eCriacao,
@@ -102,25 +123,19 @@ HRESULT CXVAcessoEmpresarial::Anexa(XVUInt64 uiChave, XVUInt ulTipoRegistro, XVU
                                     std::string_view sTexto) {
     const SDataHora agora = XVPlataforma::Relogio().AgoraLocal();
     const std::string_view sEmpresa = m_pDono->GetEmpresa();
-    char szInicio[40];
-    std::snprintf(szInicio, sizeof(szInicio), "%02u/%02u/%04u\t%02u:%02u:%02u\t",
-                  static_cast<unsigned>(agora.ucDia), static_cast<unsigned>(agora.ucMes),
-                  static_cast<unsigned>(agora.usAno), static_cast<unsigned>(agora.ucHora),
-                  static_cast<unsigned>(agora.ucMinuto), static_cast<unsigned>(agora.ucSegundo));
-    std::string sLinha;
-    sLinha.reserve(128 + sTexto.size());
-    sLinha += szInicio;
-    AnexaColuna(sLinha, sEmpresa);
+    const std::lock_guard trava(m_Mutex);
+    m_sLinha.clear();
+    AnexaDataHora(m_sLinha, agora);
+    AnexaColuna(m_sLinha, sEmpresa);
     for (const XVUInt64 uiValor : {XVUInt64{m_pDono->GetUsuario()}, XVUInt64{m_pDono->GetNumeroSessao()},
                                    XVUInt64{ulServico}, XVUInt64{ulTipoRegistro}, uiChave}) {
-        sLinha += '\t';
-        sLinha += std::to_string(uiValor);
+        m_sLinha += '\t';
+        XVAnexaDecimal(m_sLinha, uiValor);
     }
-    sLinha += '\t';
-    AnexaColuna(sLinha, SemFimDeLinha(sTexto));
-    sLinha += '\n';
+    m_sLinha += '\t';
+    AnexaColuna(m_sLinha, SemFimDeLinha(sTexto));
+    m_sLinha += '\n';
 
-    const std::lock_guard trava(m_Mutex);
     const XVUInt ulAnoMes = agora.usAno * 100U + agora.ucMes;
     if (m_pArquivo == nullptr || m_ulAnoMes != ulAnoMes) {
         m_pArquivo.reset();
@@ -129,7 +144,7 @@ HRESULT CXVAcessoEmpresarial::Anexa(XVUInt64 uiChave, XVUInt ulTipoRegistro, XVU
         const HRESULT hr = AbreLogDoMes(sEmpresa, agora, &m_bLinhaPartida, m_pArquivo);
         if (FAILED(hr)) return hr;
     }
-    const CXVErroArquivo erro = GravaLinha(*m_pArquivo, sLinha, &m_bLinhaPartida);
+    const CXVErroArquivo erro = GravaLinha(*m_pArquivo, m_sLinha, &m_bLinhaPartida);
     if (!erro.Ok()) m_pArquivo.reset();  // the next line tries a fresh opening
     return XVCodigoArquivo(erro);
 }

@@ -48,6 +48,7 @@ class CXVAcessoEmpresarial {
 
     const IXVDF_Profiler* m_pDono;
     std::mutex m_Mutex;
+    std::string m_sLinha;  // kept for its memory
     std::unique_ptr<IXVArquivo> m_pArquivo;
     XVUInt m_ulAnoMes = 0;         // of the file opened last
     bool m_bLinhaPartida = false;  // the last write to it failed

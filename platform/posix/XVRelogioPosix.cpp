@@ -19,11 +19,18 @@ SDataHora DeTm(const tm& rTempo) {
 
 class CXVRelogioPosix final : public IXVRelogio {
   public:
+    // An operation asks several times within one second, and the rules of a time zone are slow to apply.
     SDataHora AgoraLocal() override {
+        thread_local struct {
+            time_t segundo = -1;
+            SDataHora dataHora;
+        } ultimo;
         const time_t agora = time(nullptr);
+        if (agora == ultimo.segundo) return ultimo.dataHora;
         tm tempo{};
         localtime_r(&agora, &tempo);
-        return DeTm(tempo);
+        ultimo.segundo = agora;
+        return ultimo.dataHora = DeTm(tempo);
     }
 
     SDataHora AgoraUTC() override {

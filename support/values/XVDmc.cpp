@@ -2,6 +2,8 @@
 
 #include <charconv>
 
+#include "support/values/XVTextoDecimal.h"
+
 namespace {
 
 constexpr XVUInt64 k_uiBitsReservados = 0x3FFCU;
@@ -43,11 +45,19 @@ bool REG_XVDMC::EhValido() const {
 }
 
 std::string REG_XVDMC::ToString() const {
-    if (EhNulo()) return "0";
+    std::string sTexto;
+    AnexaA(sTexto);
+    return sTexto;
+}
+
+void REG_XVDMC::AnexaA(std::string& rTexto) const {
     // A value that the text form cannot express stays recognisable as a number.
-    if (!EhValido()) return std::to_string(uiValor);
-    return std::to_string(GetDma().ToChave()) + '-' + std::to_string(GetPonteiro()) + '-' +
-           std::to_string(GetTipo());
+    if (EhNulo() || !EhValido()) return XVAnexaDecimal(rTexto, EhNulo() ? 0 : uiValor);
+    XVAnexaDecimal(rTexto, GetDma().ToChave());
+    rTexto += '-';
+    XVAnexaDecimal(rTexto, XVUInt64{GetPonteiro()});
+    rTexto += '-';
+    XVAnexaDecimal(rTexto, XVUInt64{GetTipo()});
 }
 
 bool REG_XVDMC::DeString(std::string_view sTexto, REG_XVDMC* pDmc) {

@@ -28,6 +28,7 @@ struct REG_XVDMC {
     bool EhDeIntegracao() const { return EhValido() && !EhNulo() && !GetDma().EhNula(); }
     // "20261121-15-1" (date, pointer, kind), the text of logs; "0" for null.
     std::string ToString() const;
+    void AnexaA(std::string& rTexto) const;  // the same, behind a text
     // Accepts the text form and the decimal 64-bit value. False: *pDmc unchanged.
     static bool DeString(std::string_view sTexto, REG_XVDMC* pDmc);
     constexpr bool operator==(const REG_XVDMC&) const = default;

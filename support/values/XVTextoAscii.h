@@ -10,7 +10,8 @@ constexpr char XVMinuscula(char c) {
 }
 
 inline bool XVIgualSemCaixa(std::string_view sUm, std::string_view sOutro) {
-    return std::equal(sUm.begin(), sUm.end(), sOutro.begin(), sOutro.end(),
+    return sUm == sOutro ||  // nearly always, and quicker told
+           std::equal(sUm.begin(), sUm.end(), sOutro.begin(), sOutro.end(),
                       [](char a, char b) { return XVMinuscula(a) == XVMinuscula(b); });
 }
 
