@@ -29,5 +29,7 @@ CXVErroArquivo CXVJanelaMemoria::GravaPalavra(XVUInt64 uiOffset, XVUInt64 uiPala
     }
     XVUInt64& rPalavra = *reinterpret_cast<XVUInt64*>(m_pInicio + uiOffset);
     TPalavra(rPalavra).store(uiPalavra, std::memory_order_release);
+    // Nor is what is written after it, through this window or another, seen by anyone before it.
+    std::atomic_thread_fence(std::memory_order_release);
     return {};
 }

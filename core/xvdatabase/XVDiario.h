@@ -60,6 +60,8 @@ class CXVDiario {
     // prepare their operations meanwhile and share the flush. bloqueio is not held afterwards. *pbRefaz: an
     // operation before it failed and it was prepared in vain; to be prepared again.
     HRESULT Executa(CXVOperacao& rOperacao, std::unique_lock<std::mutex>& bloqueio, bool* pbRefaz);
+    // Whether a call returns only when the device has its operation.
+    bool EhDuravel() const { return m_bDuravel; }
     // Operations that are prepared and not yet carried out; those of one key (0: none).
     bool TemFila() const;
     bool TemNaFila(XVUInt64 uiChave) const;

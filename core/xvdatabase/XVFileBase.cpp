@@ -58,6 +58,8 @@ HRESULT CXVFileBase::OnFinaliza() {
     XV_ESCOPO({"m_sNomeArquivo", m_sNomeArquivo});
     CXVDiario* pDiario = m_pDataBase->GetDiario();
     if (pDiario != nullptr) pDiario->LargaPendente(*this);
+    // The last header is written by a call: a flush through another opening brings along what calls wrote.
+    FechaJanelaCabecalho();
     // A file that was not changed, or was refused, stays byte for byte as found.
     const HRESULT hrAtualiza = EstaInicializado() && m_bAlterado ? XV_REGISTRA(AtualizaArquivo()) : S_OK;
     if (pDiario != nullptr) pDiario->EsqueceArquivo(*this);
@@ -145,6 +147,7 @@ void CXVFileBase::FechaArquivo() {
     m_bAlterado = false;
     m_uiTamanhoArquivo = 0;
     LimpaCabecalho();
+    FechaJanelaCabecalho();
     m_pArquivo.reset();
     m_pVisto = nullptr;
 }

@@ -247,10 +247,14 @@ class CXVFileBase : public IXVFileBase {
     HRESULT ValidaAusenciaCabecalho();
     HRESULT ValidaConteudoSemCabecalho();
     HRESULT AtualizaCabecalho(const REG_XVCABECALHO_B& regB);
+    void AbreJanelaCabecalho();
+    void FechaJanelaCabecalho();
     void LimpaCabecalho();
 
     CXVDataBase* m_pDataBase;
     std::unique_ptr<IXVArquivo> m_pArquivo;
+    std::unique_ptr<IXVJanela> m_pJanelaCabecalho;  // on the header, while it is written often
+    XVUInt m_ulCabecalhosPreparados = 0;            // since the window was closed
     CXVArquivoVisto* m_pVisto = nullptr;
     XVUInt m_eModoAbertura = eModoFechado;
     std::string m_sNomeArquivo;

@@ -222,8 +222,32 @@ HRESULT CXVFileBase::CriaCabecalhoPorCopia() {
 }
 
 HRESULT CXVFileBase::AtualizaCabecalho(const REG_XVCABECALHO_B& regB) {
-    const CXVErroArquivo erro = m_pArquivo->Grava(k_uiTamanhoBlocoA, &regB, sizeof(regB));
+    const CXVErroArquivo erro = m_pJanelaCabecalho != nullptr
+                                    ? m_pJanelaCabecalho->Grava(k_uiTamanhoBlocoA, &regB, sizeof(regB))
+                                    : m_pArquivo->Grava(k_uiTamanhoBlocoA, &regB, sizeof(regB));
     if (const CXVErroArquivo* pEx = erro.GetFalha()) XV_CHECK(CatchGravacao(pEx));
     m_regCabecalho.regB = regB;
     return S_OK;
+}
+
+// Where the journal explains a header that a death left half written, and nothing is flushed with each
+// operation, headers that are written often are written without a call. Only behind a whole page of content:
+// a shorter file may live in its directory entry and need a first block on the device when it is stored to.
+// Opening a window costs as much as some ten headers, and memory, so it belongs to the preparing.
+void CXVFileBase::AbreJanelaCabecalho() {
+    constexpr XVUInt64 k_uiPagina = 4096;
+    constexpr XVUInt k_ulCabecalhosAntes = 16;
+    if (m_pJanelaCabecalho != nullptr || ++m_ulCabecalhosPreparados < k_ulCabecalhosAntes ||
+        m_uiTamanhoArquivo < k_uiPagina)
+        return;
+    m_ulCabecalhosPreparados = 0;
+    const CXVDiario* pDiario = m_pDataBase->GetDiario();
+    if (pDiario == nullptr || pDiario->EhDuravel()) return;
+    // Without a window the calls go on, and it is tried again after as many headers.
+    m_pArquivo->AbreJanela(k_uiTamanhoCabecalho, m_pJanelaCabecalho).Ignora();
+}
+
+void CXVFileBase::FechaJanelaCabecalho() {
+    m_pJanelaCabecalho.reset();
+    m_ulCabecalhosPreparados = 0;
 }

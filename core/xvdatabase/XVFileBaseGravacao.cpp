@@ -56,6 +56,7 @@ HRESULT CXVFileBase::PreparaGravacao(CXVOperacao& rOperacao, CXVGravacaoPreparad
     if (g.bCria && TemPreparadas()) rOperacao.SetRepeteCriacao();
     if (g.bCria) m_bCriado = false;
     g.bTemCabecalho = g.bCria ? GerenciarCabecalho() : m_bCabecalhoValidado;
+    if (g.bTemCabecalho && !g.bCria) AbreJanelaCabecalho();
     XVUInt64 uiSeek = GetSeekCabecalho();
     if (g.bCria) {
         uiSeek = g.bTemCabecalho ? k_uiTamanhoCabecalho : 0;
@@ -145,6 +146,7 @@ CXVErroArquivo CXVFileBase::DesfazGravacao(const SGravacao& g) {
     if (g.bCria) return DesfazArquivoCriado();
     if (!ExisteArquivo()) return {ECausaArquivo::eArquivoInvalido, 0};
     CXVErroArquivo erro;
+    FechaJanelaCabecalho();  // a file with a window cannot be made shorter
     if (g.uiTamanhoDepois > g.uiTamanhoAntes) erro = m_pArquivo->SetTamanho(g.uiTamanhoAntes);
     if (erro.Ok() && g.uiAntigos > 0) erro = m_pArquivo->Grava(g.uiOffset, g.pAntigos, g.uiAntigos);
     if (erro.Ok() && g.bTemCabecalho)

@@ -49,10 +49,11 @@ class CXVChamadasDiario : public testing::Test {
 
 TEST_F(CXVChamadasDiario, SemDescargaODiarioNaoFazChamadaNenhuma) {
     const TLoja pLoja = Abre(0);
+    Grava(*pLoja, 200);                     // every header is written through its window by now
     constexpr std::size_t k_uiVezes = 300;  // more than the ring holds
     CXVChamadas chamadas;
     Grava(*pLoja, k_uiVezes);
-    EXPECT_EQ(chamadas.Conta(EChamada::ePwrite), k_uiVezes * k_uiArquivos * 2);
+    EXPECT_EQ(chamadas.Conta(EChamada::ePwrite), k_uiVezes * k_uiArquivos) << "the payloads";
     EXPECT_EQ(chamadas.Conta(EChamada::eWrite), k_uiVezes) << "the general log";
     EXPECT_EQ(chamadas.Filtra({EChamada::eOpen, EChamada::ePread, EChamada::eFtruncate, EChamada::eDescarrega,
                                EChamada::eFlock, EChamada::eRename, EChamada::eReaddir, EChamada::eClose,
