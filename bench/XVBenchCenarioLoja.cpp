@@ -12,26 +12,27 @@ namespace {
 
 CXVAmbienteBench* s_pInstancia = nullptr;
 
-const std::string& TextoBench(std::size_t uiTamanho) {
+constexpr std::size_t k_uiJSON = 1500;  // bytes
+constexpr std::size_t k_uiMensagem = 80;
+constexpr std::size_t k_uiRetorno = 600;
+
+std::string_view TextoBench(std::size_t uiTamanho) {
     static const std::string sTexto = [] {
         std::string s = "{\"cliente\":\"Padaria Três Irmãos\",\"itens\":[";
-        while (s.size() < 4096) s += "{\"produto\":\"0000123\",\"quantidade\":2,\"valor\":12.50},";
+        while (s.size() < k_uiJSON) s += "{\"produto\":\"0000123\",\"quantidade\":2,\"valor\":12.50},";
         return s;
     }();
-    static const std::string sCurto = sTexto.substr(0, 100);
-    static const std::string sLongo = sTexto.substr(0, 1500);
-    return uiTamanho > 1000 ? sLongo : sCurto;
+    return std::string_view(sTexto).substr(0, uiTamanho);
 }
 
-// Peak resident memory in MiB, where the system tells it; 0 otherwise.
-double PicoMemoria() {
+}  // namespace
+
+double XVPicoMemoria() {
     std::ifstream status("/proc/self/status");
     for (std::string sLinha; std::getline(status, sLinha);)
         if (sLinha.starts_with("VmHWM:")) return std::strtod(sLinha.c_str() + 6, nullptr) / 1024.0;
     return 0;
 }
-
-}  // namespace
 
 void Exige(HRESULT hr, const char* pszO) {
     if (SUCCEEDED(hr)) return;
@@ -90,9 +91,9 @@ REG_XVDMC CXVAmbienteBench::Dmc(unsigned uiNumero) const {
 
 tagREG_CR_INTEGRACAO_MIDDLEWAREPS XVIntegracaoBench(unsigned uiNumero) {
     tagREG_CR_INTEGRACAO_MIDDLEWAREPS reg{};
-    reg.regRegistroJSON = CXVStringPS::Vista(TextoBench(1500));
-    reg.regMensagemIntegracao = CXVStringPS::Vista(TextoBench(100));
-    reg.regJSONRetornoIntegracao = CXVStringPS::Vista(TextoBench(100));
+    reg.regRegistroJSON = CXVStringPS::Vista(TextoBench(k_uiJSON));
+    reg.regMensagemIntegracao = CXVStringPS::Vista(TextoBench(k_uiMensagem));
+    reg.regJSONRetornoIntegracao = CXVStringPS::Vista(TextoBench(k_uiRetorno));
     reg.uiChaveIntegracaoSistemaTerceiro = uiNumero + 1;
     reg.eSistemaIntegracao = uiNumero % 3 == 0 ? OfficialBank : Mercos;
     reg.eStatusIntegracao = 1 + uiNumero % 5;
@@ -127,15 +128,16 @@ void CXVAmbienteBench::CriaDados() {
             listaIntegracao.push_back(regIntegracao);
         }
         const XVUInt64 uiChave = Data(uiDia).ToChave();
-        const std::vector<std::string_view> listaLongos(PorDia(), TextoBench(1500));
-        const std::vector<std::string_view> listaCurtos(PorDia(), TextoBench(100));
+        const auto textos = [&](std::size_t uiTamanho) {
+            return std::vector<std::string_view>(PorDia(), TextoBench(uiTamanho));
+        };
         const auto grava = [&](auto& rGrupo, const auto& rLista) {
             XVUInt uiPosicao = 0;
             Exige(rGrupo.GravaColecao(uiChave, uiPosicao, rLista), "GravaColecao");
         };
-        grava(dataBase.m_JSONIntegracao, listaLongos);
-        grava(dataBase.m_MensagemIntegracao, listaCurtos);
-        grava(dataBase.m_JSONRetornoIntegracao, listaCurtos);
+        grava(dataBase.m_JSONIntegracao, textos(k_uiJSON));
+        grava(dataBase.m_MensagemIntegracao, textos(k_uiMensagem));
+        grava(dataBase.m_JSONRetornoIntegracao, textos(k_uiRetorno));
         grava(dataBase.m_Integracao, listaIntegracao);
         XVUInt uiPosicao = 0;
         Exige(dataBase.m_IndexIntegracao.GravaColecao(uiPosicao, listaIndex),
@@ -159,6 +161,7 @@ int XVCargaMilhao(CXVAmbienteBench& rAmbiente) {
     Exige(loja.Finaliza(), "Finaliza");
     const double dSegundos = std::chrono::duration<double>(std::chrono::steady_clock::now() - inicio).count();
     std::printf("%u integrations over %u days: %.1f s (%.2f min), %.1f us each, peak memory %.0f MiB\n",
-                uiTotal, rOpcoes.uiDias, dSegundos, dSegundos / 60, dSegundos * 1e6 / uiTotal, PicoMemoria());
+                uiTotal, rOpcoes.uiDias, dSegundos, dSegundos / 60, dSegundos * 1e6 / uiTotal,
+                XVPicoMemoria());
     return 0;
 }

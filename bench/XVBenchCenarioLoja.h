@@ -3,6 +3,7 @@
 #pragma once
 
 #include <filesystem>
+#include <optional>
 #include <string>
 
 #include "middleware/BaseMiddleware.h"
@@ -13,6 +14,7 @@ struct SOpcoesBench {
     unsigned uiDias = 100;
     bool bCarga = false;  // the plain load instead of the benchmarks
     std::string sPasta;   // empty: a fresh one of the temporary directory, removed at the end
+    std::optional<XVUInt> ulMemoriaMembros;  // registry value MemoriaMembros
 };
 
 class CXVAmbienteBench final : public IXVRegistry, public IXVRelogio, public IXVDF_Profiler {
@@ -24,6 +26,7 @@ class CXVAmbienteBench final : public IXVRegistry, public IXVRelogio, public IXV
 
     static CXVAmbienteBench& Instancia();
     const SOpcoesBench& GetOpcoes() const { return m_opcoes; }
+    const std::filesystem::path& GetPasta() const { return m_pasta; }
 
     // Writes the data set of the options through the schema's groups, unless it is there.
     void CriaDados();
@@ -34,7 +37,9 @@ class CXVAmbienteBench final : public IXVRegistry, public IXVRelogio, public IXV
     unsigned PorDia() const { return m_opcoes.uiIntegracoes / m_opcoes.uiDias; }
 
     std::optional<std::string> LeTexto(std::string_view sChave, std::string_view sValor) override;
-    std::optional<XVUInt> LeNumero(std::string_view, std::string_view) override { return std::nullopt; }
+    std::optional<XVUInt> LeNumero(std::string_view, std::string_view sValor) override {
+        return sValor == "MemoriaMembros" ? m_opcoes.ulMemoriaMembros : std::nullopt;
+    }
     SDataHora AgoraLocal() override { return AgoraUTC(); }
     SDataHora AgoraUTC() override;
     XVUInt GetTicks() override { return XVPlataforma::RelogioNativo().GetTicks(); }
@@ -53,7 +58,10 @@ class CXVAmbienteBench final : public IXVRegistry, public IXVRelogio, public IXV
 // Ends the program when hr is a failure: a benchmark of an error measures nothing.
 void Exige(HRESULT hr, const char* pszO);
 
-// A new integration with three texts of about 2 KB together; the texts live as long as the program.
+// Peak resident memory in MiB, where the system tells it; 0 otherwise.
+double XVPicoMemoria();
+
+// A new integration with texts of 1,500, 80 and 600 bytes; the texts live as long as the program.
 tagREG_CR_INTEGRACAO_MIDDLEWAREPS XVIntegracaoBench(unsigned uiNumero);
 
 // Records the options' integrations one by one through the store, day after day, and prints time and memory.
