@@ -17,6 +17,7 @@ std::string GetDiretorioExecutavel();
 XVUInt GetIdProcesso();
 XVUInt GetIdThread();
 XVUInt GetQuantidadeProcessadores();
+std::size_t GetMaximoArquivosAbertos();  // by this process at one time; a large number where nothing limits it
 bool EhSessaoRemota();
 
 struct SMemoriaMaquina {

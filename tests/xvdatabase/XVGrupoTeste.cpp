@@ -22,6 +22,8 @@ using CXVGrupoTexto = TXVBancoGrupo<CXVGroupTextFileDynamic>;
 
 class Grupo : public CXVCenarioBanco {
   protected:
+    // Two members stay open.
+    Grupo() { m_registry.SetNumero(CAmbienteXV::GetChaveRegistry(XV_DF), "MemoriaMembros", 0); }
     static std::string Nome(int iChave) { return "GRP000" + std::to_string(iChave) + ".dat"; }
     void CriaMembros(int iQuantidade) {
         for (int i = 1; i <= iQuantidade; ++i) {
@@ -94,29 +96,6 @@ TEST_F(Grupo, FalhaDaListagemVoltaComSeuCodigo) {
     m_Falhas.Programa({.eOperacao = EOperacaoArquivo::eLista});
     CXVGrupo grupo;
     EXPECT_EQ(grupo.xvDB.Inicializa(&m_Dono), eHardIO);
-}
-
-TEST_F(Grupo, NoMaximoDoisAbertosESaiOQueEntrouPrimeiro) {
-    CriaMembros(4);
-    CXVGrupo grupo;
-    ASSERT_EQ(grupo.xvDB.Inicializa(&m_Dono), S_OK);
-    REG_TESTE reg{};
-    const auto le = [&](XVUInt64 uiChave) {
-        EXPECT_EQ(grupo->Le(uiChave, 1, &reg), S_OK);
-        EXPECT_EQ(reg.uiChave, uiChave);
-        return Abertos();
-    };
-    EXPECT_EQ(le(1), "1");
-    EXPECT_EQ(le(2), "12");
-    EXPECT_EQ(le(1), "12");
-    EXPECT_EQ(le(3), "23") << "in order of opening, not of use";
-    EXPECT_EQ(le(2), "23");
-    EXPECT_EQ(le(1), "13");
-    EXPECT_EQ(grupo->GetTamanho(), 2U * 256U) << "the open members";
-    std::vector<REG_TESTE> lista;
-    EXPECT_EQ(grupo->LeColecao(4, 1, 1, lista), S_OK);
-    EXPECT_EQ(Abertos(), "14");
-    ASSERT_EQ(grupo.xvDB.Finaliza(), S_OK);
 }
 
 TEST_F(Grupo, MembroQueNaoAbreSaiDaFilaEETentadoDeNovo) {
