@@ -17,7 +17,7 @@ std::string GetDiretorioExecutavel();
 XVUInt GetIdProcesso();
 XVUInt GetIdThread();
 XVUInt GetQuantidadeProcessadores();
-std::size_t GetMaximoArquivosAbertos();  // by this process at one time; a large number where nothing limits it
+std::size_t GetMaximoArquivosAbertos();  // by this process at one time; large where nothing limits it
 bool EhSessaoRemota();
 
 struct SMemoriaMaquina {

@@ -2,10 +2,8 @@
 
 #include <cstring>
 #include <mutex>
-#include <optional>
 #include <shared_mutex>
 
-#include "core/xvdatabase/XVArquivoVisto.h"
 #include "core/xvdatabase/XVConteudo.h"
 #include "core/xvdatabase/XVDataBase.h"
 #include "support/codes/XVCodigos.h"
@@ -66,21 +64,25 @@ HRESULT CXVTextFile::Carrega() {
     if (ExisteArquivo()) XV_CHECK(GetAreaDados(&m_uiSeek, &uiTamanho));
     m_aOffsets.Limpa();
     m_uiFim = 0;
-    const HRESULT hr = XV_REGISTRA(CarregaTabela(m_uiSeek, uiTamanho));
+    const HRESULT hr = XV_REGISTRA(CarregaTabela(uiTamanho));
     if (FAILED(hr)) m_aOffsets.Limpa();
     return hr;
 }
 
-// Adds the texts from m_uiFim to uiFim of the payload. After a failure the table holds those before it and may
-// be loaded on.
-HRESULT CXVTextFile::CarregaTabela(XVUInt64 uiSeek, XVUInt64 uiFim) {
+CXVErroArquivo CXVTextFile::LePayload(XVUInt64 uiOffsetDados, void* pDados, std::size_t uiTamanho) const {
+    if (CXVVisao* pVisao = GetDataBase()->GetVisao())
+        return LePayloadVisto(*pVisao, uiOffsetDados, pDados, uiTamanho);
+    return LeDados(m_uiSeek + uiOffsetDados, pDados, uiTamanho);
+}
+
+// Adds the texts from m_uiFim to uiFim of the payload. After a failure the table holds those before it
+// and may be loaded on.
+HRESULT CXVTextFile::CarregaTabela(XVUInt64 uiFim) {
     const XVUInt64 uiInicio = m_uiFim;
     bool bIntegro = false;
     const CXVErroArquivo erro = XVPercorreTextos(
         uiFim - uiInicio, &bIntegro,
-        [&](XVUInt64 uiOffset, void* p, std::size_t n) {
-            return LeDados(uiSeek + uiInicio + uiOffset, p, n);
-        },
+        [&](XVUInt64 uiOffset, void* p, std::size_t n) { return LePayload(uiInicio + uiOffset, p, n); },
         [&](XVUInt64 uiOffset, XVUInt ulTamanho) {
             m_aOffsets.Inclui(uiInicio + uiOffset);
             m_uiFim = uiInicio + uiOffset + k_uiTamanhoPrefixo + ulTamanho;
@@ -117,14 +119,11 @@ std::size_t CXVTextFile::GetTamanhoTexto(std::size_t uiIndice) const {
     return static_cast<std::size_t>(uiFim - m_aOffsets[uiIndice]) - k_uiTamanhoPrefixo;
 }
 
-// The lock is held. All bytes of a text; empty on failure. A text that is known does not change, so a viewer
-// need not read a long one in the moment of the call, which may not last so long.
+// The lock is held. All bytes of a text; empty on failure.
 HRESULT CXVTextFile::LeTexto(std::size_t uiIndice, std::string& sTexto) const {
     const std::size_t uiTexto = GetTamanhoTexto(uiIndice);
-    std::optional<CXVMomento::CAtivo> suspende;
-    if (uiTexto > CXVArquivoVisto::k_uiPedaco) suspende.emplace(nullptr);
     sTexto.resize(k_uiTamanhoPrefixo + uiTexto);
-    const CXVErroArquivo erro = LeDados(m_uiSeek + m_aOffsets[uiIndice], sTexto.data(), sTexto.size());
+    const CXVErroArquivo erro = LePayload(m_aOffsets[uiIndice], sTexto.data(), sTexto.size());
     XVUInt ulTamanho = 0;
     std::memcpy(&ulTamanho, sTexto.data(), k_uiTamanhoPrefixo);
     if (!erro.Ok() || ulTamanho != uiTexto)

@@ -64,7 +64,10 @@ class CXVTextFile : public CXVFileBase {
     class CPreparados;
 
     HRESULT Carrega();
-    HRESULT CarregaTabela(XVUInt64 uiSeek, XVUInt64 uiFim);
+    HRESULT CarregaTabela(XVUInt64 uiFim);
+    CXVErroArquivo LePayload(XVUInt64 uiOffsetDados, void* pDados, std::size_t uiTamanho) const;
+    CXVErroArquivo LePayloadVisto(CXVVisao& rVisao, XVUInt64 uiOffsetDados, void* pDados,
+                                  std::size_t uiTamanho) const;
     std::size_t GetTamanhoTexto(std::size_t uiIndice) const;
     HRESULT LeTexto(std::size_t uiIndice, std::string& sTexto) const;
     HRESULT LeVisto(XVUInt uiPosicao, std::string& sTexto) const;

@@ -1,7 +1,9 @@
 // CXVTextFile: viewing. Texts are only ever appended: where those known lie stays true, and what a writer has
 // added since is found behind them.
+#include <algorithm>
 #include <cstring>
 #include <mutex>
+#include <optional>
 
 #include "core/xvdatabase/XVArquivoVisto.h"
 #include "core/xvdatabase/XVDataBase.h"
@@ -32,6 +34,28 @@ bool BuscaTexto(std::string_view sResto, XVUInt64 uiIndice, std::string& sTexto)
 
 }  // namespace
 
+// A writer may have put a header in front of the texts since: where the payload begins is of the moment of
+// each reading. Texts that are known do not change, so a long one need not be of the moment of the call,
+// which may not last so long.
+CXVErroArquivo CXVTextFile::LePayloadVisto(CXVVisao& rVisao, XVUInt64 uiOffsetDados, void* pDados,
+                                           std::size_t uiTamanho) const {
+    std::optional<CXVMomento::CAtivo> suspende;
+    if (uiTamanho > CXVArquivoVisto::k_uiPedaco) suspende.emplace(nullptr);
+    CXVErroArquivo erro;
+    for (std::size_t i = 0; erro.Ok() && i < uiTamanho;) {
+        const std::size_t uiParte = std::min(uiTamanho - i, CXVArquivoVisto::k_uiPedaco);
+        erro = rVisao.NoMomento([&](CXVMomento& rMomento) {
+            SAreaVista area;
+            const CXVErroArquivo erroArea = rMomento.GetArea(GetNomeArquivo(), &area);
+            return erroArea.Ok() ? rMomento.Le(GetNomeArquivo(), area.uiSeek + uiOffsetDados + i,
+                                               static_cast<char*>(pDados) + i, uiParte)
+                                 : erroArea;
+        });
+        i += uiParte;
+    }
+    return erro;
+}
+
 HRESULT CXVTextFile::CarregaNovos() {
     const CXVMomento::CAtivo suspende(nullptr);
     const std::unique_lock lock(GetLock());
@@ -41,8 +65,7 @@ HRESULT CXVTextFile::CarregaNovos() {
     if (const CXVErroArquivo* pEx = erro.GetFalha()) XV_CHECK(CatchInicializacao(pEx));
     if (area.uiTamanho <= area.uiSeek + m_uiFim) return S_OK;
     if (!ExisteArquivo()) XV_CHECK(AbreArquivo());
-    m_uiSeek = area.uiSeek;
-    XV_CHECK(Recusa(CarregaTabela(area.uiSeek, area.uiTamanho - area.uiSeek)));
+    XV_CHECK(Recusa(CarregaTabela(area.uiTamanho - area.uiSeek)));
     return S_OK;
 }
 
