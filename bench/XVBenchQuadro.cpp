@@ -21,7 +21,7 @@ class CComponenteBench {
 
   private:
     SControleLogica m_controle;
-    CReferencia<CComponenteFalso> m_p;
+    CReferencia m_p;
     HRESULT m_hr = S_OK;
 };
 

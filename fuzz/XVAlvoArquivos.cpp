@@ -24,16 +24,19 @@ struct SBase {
     ~SBase() { XVIgnora(db.Finaliza()); }
 };
 
-void Confere(CArquivoRegistros& rArquivo, XVUInt64 uiQtd) {
+HRESULT Le(CArquivoRegistros& rArquivo, XVUInt64 uiPosicao) {
     REG_CR_INDEX_INTEGRACAO_V1 reg;
-    for (XVUInt64 i = 1; i <= uiQtd; ++i) XV_EXIGE(SUCCEEDED(rArquivo.Le(static_cast<XVUInt>(i), &reg)));
-    XV_EXIGE(FAILED(rArquivo.Le(static_cast<XVUInt>(uiQtd + 1), &reg)));
+    return rArquivo.Le(static_cast<XVUInt>(uiPosicao), &reg);
+}
+HRESULT Le(CXVTextFile& rArquivo, XVUInt64 uiPosicao) {
+    std::string sTexto;
+    return rArquivo.Le(static_cast<XVUInt>(uiPosicao), sTexto);
 }
 
-void Confere(CXVTextFile& rArquivo, XVUInt64 uiQtd) {
-    std::string sTexto;
-    for (XVUInt64 i = 1; i <= uiQtd; ++i) XV_EXIGE(SUCCEEDED(rArquivo.Le(static_cast<XVUInt>(i), sTexto)));
-    XV_EXIGE(FAILED(rArquivo.Le(static_cast<XVUInt>(uiQtd + 1), sTexto)));
+template <class TArquivo>
+void Confere(TArquivo& rArquivo, XVUInt64 uiQtd) {
+    for (XVUInt64 i = 1; i <= uiQtd; ++i) XV_EXIGE(SUCCEEDED(Le(rArquivo, i)));
+    XV_EXIGE(FAILED(Le(rArquivo, uiQtd + 1)));
 }
 
 HRESULT Acrescenta(CArquivoRegistros& rArquivo) {

@@ -89,8 +89,8 @@ void Mudado(unsigned uiJaGravados, const std::uint8_t* pMudancas, std::size_t ui
         XV_EXIGE((it != depois.end() && it->second == sConteudo) || Nomeia(sDiario, sNome));
     }
     // Left as it is, the journal concludes the operation.
-    XV_EXIGE(!bIntacto || (pLoja != nullptr && CXVLojaSa::ConfereConcluida(*pLoja) &&
-                           CXVLojaSa::Confere(*pLoja) && CXVLojaSa::Grava(*pLoja)));
+    XV_EXIGE(!bIntacto ||
+             (pLoja != nullptr && CXVLojaSa::ConfereConcluida(*pLoja) && CXVLojaSa::Grava(*pLoja)));
     if (pLoja != nullptr) XV_EXIGE(SUCCEEDED(pLoja->Finaliza()));
     pLoja.reset();
     XV_EXIGE(bancada.GetDisco().GetQuantidadeAberta() == 0);

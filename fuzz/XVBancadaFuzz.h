@@ -6,25 +6,20 @@
 #include <string>
 
 #include "suite/XVInicializador.h"
-#include "support/trace/XVCapturaTrace.h"
-#include "tests/harness/XVGuardasPlataforma.h"
-#include "tests/harness/XVRegistryFalso.h"
-#include "tests/harness/XVRelogioFalso.h"
 #include "tests/harness/XVSistemaArquivosMemoria.h"
+#include "tests/middleware/XVMaquinaMorte.h"
 
-class CXVBancadaFuzz {
+class CXVBancadaFuzz : public CXVMaquinaMorte {
   public:
     static constexpr const char* k_pszPasta = "/dados/E1/DF/";
 
-    CXVBancadaFuzz() {
-        m_registry.SetTexto("SOFTWARE\\Wow6432Node\\Velmora\\DF", "Path", "/dados");
+    CXVBancadaFuzz() : CXVMaquinaMorte("/dados") {
         m_perfil.SetProfiler("E1", 1, 2);
         m_disco.CriaDiretorio("/dados/E1/DF").Ignora();
     }
 
     CXVSistemaArquivosMemoria& GetDisco() { return m_disco; }
     const CXVSistemaArquivosMemoria& GetDisco() const { return m_disco; }
-    CXVRelogioFalso& GetRelogio() { return m_relogio; }
     const CXVProfilerEmpresa& GetPerfil() const { return m_perfil; }
     void PoeArquivo(const std::string& sNome, std::string sConteudo) {
         m_disco.CriaArquivo(k_pszPasta + sNome, std::move(sConteudo));
@@ -35,12 +30,7 @@ class CXVBancadaFuzz {
 
   private:
     CXVSistemaArquivosMemoria m_disco;
-    CXVRelogioFalso m_relogio;
-    CXVRegistryFalso m_registry;
     CXVGuardaSistemaArquivos m_guardaDisco{m_disco};
-    CXVGuardaRelogio m_guardaRelogio{m_relogio};
-    CXVGuardaRegistry m_guardaRegistry{m_registry};
-    CXVCapturaTrace m_captura;
     CXVProfilerEmpresa m_perfil;
 };
 

@@ -19,13 +19,10 @@ inline void XVReparaCabecalho(std::string& sArquivo, EReparo eReparo, std::strin
     if (eReparo == EReparo::eNenhum || sArquivo.size() < sizeof(REG_XVCABECALHO)) return;
     REG_XVCABECALHO reg;
     std::memcpy(&reg, sArquivo.data(), sizeof(reg));
-    if (reg.regA.usVersao == 0) reg.regA.usVersao = k_usVersaoCabecalho;
+    if (reg.regA.usVersao == 0 || eReparo == EReparo::eTamanho) reg.regA.usVersao = k_usVersaoCabecalho;
     reg.regA.uiCrcVersao = XVCrc64(&reg.regA.usVersao, sizeof(reg.regA.usVersao));
     reg.regA.uiCrcDoCrc = XVCrc64(&reg.regA.uiCrcVersao, sizeof(reg.regA.uiCrcVersao));
     if (eReparo == EReparo::eTamanho) {
-        reg.regA.usVersao = k_usVersaoCabecalho;
-        reg.regA.uiCrcVersao = XVCrc64(&reg.regA.usVersao, sizeof(reg.regA.usVersao));
-        reg.regA.uiCrcDoCrc = XVCrc64(&reg.regA.uiCrcVersao, sizeof(reg.regA.uiCrcVersao));
         reg.regB.uiTamanhoBloco = k_uiTamanhoBlocoB;
         reg.regB.uiTamanhoDados = sArquivo.size() - sizeof(reg);
         std::memset(reg.regB.szNomeArquivo, 0, sizeof(reg.regB.szNomeArquivo));

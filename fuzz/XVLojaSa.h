@@ -1,4 +1,5 @@
-// A sound store to put foreign files beside: two days, texts, a mapping and a date-time, closed in order.
+// A sound store to put foreign files beside: the one of the sweeps (three days, every kind of content),
+// closed in order.
 #pragma once
 
 #include <map>
@@ -14,9 +15,9 @@ class CXVLojaSa {
     static void Poe(CXVBancadaFuzz& rBancada);
     // Opens the store; null when it is refused.
     static std::unique_ptr<CBaseMiddleware> Abre(CXVBancadaFuzz& rBancada);
-    // Its integrations are there, whole and in order; nothing else is.
+    // It shows all that was recorded, whole, and nothing else.
     static bool Confere(CBaseMiddleware& rLoja);
-    // The operation of PoeMorta took place in every file.
+    // So it does after the operation of PoeMorta, which took place in every file.
     static bool ConfereConcluida(CBaseMiddleware& rLoja);
     // A new integration is taken and read back.
     static bool Grava(CBaseMiddleware& rLoja);

@@ -12,6 +12,7 @@
 #include "contract/XVDadosCR.h"
 #include "core/xvdatabase/XVDataBaseFacade.h"
 #include "middleware/XVDataBase_CR_Middleware.h"
+#include "middleware/XVFiltroBusca.h"
 #include "middleware/XVOperacoesGenericas.h"
 #include "suite/XVMiddlewareFacade.h"
 
@@ -148,19 +149,14 @@ class CBaseMiddleware : public CXVDataBaseFacade<CXVDataBase_CR_Middleware, CXVB
                            std::vector<CXVDadosCR_IntegracaoMiddleware>& listaDados, XVUInt64 ullFlagLeitura);
 
     // Searching.
-    HRESULT ValidaFiltroNivel1(const CXVDadosCR_FiltroIntegracaoMiddleware& dadosFiltro,
-                               CListaDmc& listaPonteiros);
-    HRESULT ValidaFiltroNivel2(const CXVDadosCR_FiltroIntegracaoMiddleware& dadosFiltro,
-                               XVUInt64 uiChaveArquivoAtual, const CListaDmc& listaDmc,
-                               CListaDmc& listaPonteiros);
-    HRESULT BuscaRegistroIndexComChaveSistema(const CXVDadosCR_FiltroIntegracaoMiddleware& dadosFiltro,
-                                              CListaDmc& listaPonteiros);
-    HRESULT ConfirmaAchadas(const CXVDadosCR_FiltroIntegracaoMiddleware& dadosFiltro,
-                            CListaDmc& listaPonteiros);
-    HRESULT PassaNaVista(const CXVDadosCR_FiltroIntegracaoMiddleware& dadosFiltro, REG_XVDMC regDmc,
-                         bool* pbPassa);
-    HRESULT FiltraPorArquivo(const CXVDadosCR_FiltroIntegracaoMiddleware& dadosFiltro,
-                             const CListaDmc& listaOrdenada, CListaDmc& listaPonteiros);
+    HRESULT ValidaFiltroNivel1(const CXVFiltroBusca& dadosFiltro, CListaDmc& listaPonteiros);
+    HRESULT ValidaFiltroNivel2(const CXVFiltroBusca& dadosFiltro, XVUInt64 uiChaveArquivoAtual,
+                               const CListaDmc& listaDmc, CListaDmc& listaPonteiros);
+    HRESULT BuscaRegistroIndexComChaveSistema(const CXVFiltroBusca& dadosFiltro, CListaDmc& listaPonteiros);
+    HRESULT ConfirmaAchadas(const CXVFiltroBusca& dadosFiltro, CListaDmc& listaPonteiros);
+    HRESULT PassaNaVista(const CXVFiltroBusca& dadosFiltro, REG_XVDMC regDmc, bool* pbPassa);
+    HRESULT FiltraPorArquivo(const CXVFiltroBusca& dadosFiltro, const CListaDmc& listaOrdenada,
+                             CListaDmc& listaPonteiros);
 
     // Key map and date-times.
     HRESULT GetPonteiroIndexChaveRegistroParaTerceiro(const REG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIRO_V2& reg,

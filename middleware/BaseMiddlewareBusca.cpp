@@ -4,53 +4,8 @@
 
 #include "contract/XVCR_BuffersPS.h"
 #include "middleware/BaseMiddleware.h"
-#include "middleware/XVOrdenacaoParalela.h"
-
-namespace {
-
-// Date and time of day are bounded apart: a later day with an earlier time does not pass a lower bound.
-bool PassaLimiteInferior(REG_XVDMAHMSUTC regDataHora, REG_XVDMAHMSUTC regLimite) {
-    if (regLimite.EhNula()) return true;
-    return regDataHora.GetDma() >= regLimite.GetDma() &&
-           (regLimite.GetSegundos() == 0 || regDataHora.GetSegundos() >= regLimite.GetSegundos());
-}
-
-bool PassaLimiteSuperior(REG_XVDMAHMSUTC regDataHora, REG_XVDMAHMSUTC regLimite) {
-    if (regLimite.EhNula()) return true;
-    return regDataHora.GetDma() <= regLimite.GetDma() &&
-           (regLimite.GetSegundos() == 0 || regDataHora.GetSegundos() <= regLimite.GetSegundos());
-}
-
-bool PassaNivel1(const CXVDadosCR_FiltroIntegracaoMiddleware& rFiltro,
-                 const REG_CR_INDEX_INTEGRACAO_V1& reg) {
-    const XVUInt64 uiInicial = rFiltro.GetChaveIntegracaoSistemaTerceiroInicial();
-    const XVUInt64 uiFinal = rFiltro.GetChaveIntegracaoSistemaTerceiroFinal();
-    return (rFiltro.GetQuantidadeStatusIntegracao() == 0 ||
-            rFiltro.FindStatusIntegracao(reg.eStatusIntegracao)) &&
-           (rFiltro.GetQuantidadeSistemaIntegracao() == 0 ||
-            rFiltro.FindSistemaIntegracao(reg.eSistemaIntegracao)) &&
-           (uiInicial == 0 || reg.uiChaveIntegracaoSistemaTerceiro >= uiInicial) &&
-           (uiFinal == 0 || reg.uiChaveIntegracaoSistemaTerceiro <= uiFinal);
-}
-
-bool PassaNivel2(const CXVDadosCR_FiltroIntegracaoMiddleware& rFiltro,
-                 const REG_CR_INTEGRACAO_MIDDLEWARE_V2& reg) {
-    return (rFiltro.GetQuantidadeTipoIntegracao() == 0 || rFiltro.FindTipoIntegracao(reg.eTipoIntegracao)) &&
-           (rFiltro.GetQuantidadeTipoTransacao() == 0 || rFiltro.FindTipoTransacao(reg.eTipoTransacao)) &&
-           PassaLimiteInferior(reg.regDataHoraInclusao, rFiltro.GetDataHoraInicialInclusao()) &&
-           PassaLimiteSuperior(reg.regDataHoraInclusao, rFiltro.GetDataHoraFinalInclusao()) &&
-           PassaLimiteInferior(reg.regDataHoraAlteracaoStatus, rFiltro.GetDataHoraInicialAlteracaoStatus()) &&
-           PassaLimiteSuperior(reg.regDataHoraAlteracaoStatus, rFiltro.GetDataHoraFinalAlteracaoStatus());
-}
-
-bool TemNivel2(const CXVDadosCR_FiltroIntegracaoMiddleware& rFiltro) {
-    return rFiltro.GetQuantidadeTipoIntegracao() != 0 || rFiltro.GetQuantidadeTipoTransacao() != 0 ||
-           !rFiltro.GetDataHoraInicialInclusao().EhNula() || !rFiltro.GetDataHoraFinalInclusao().EhNula() ||
-           !rFiltro.GetDataHoraInicialAlteracaoStatus().EhNula() ||
-           !rFiltro.GetDataHoraFinalAlteracaoStatus().EhNula();
-}
-
-}  // namespace
+#include "middleware/XVFiltroBusca.h"
+#include "middleware/XVOrdenacaoDmc.h"
 
 HRESULT CBaseMiddleware::BuscaPonteiros(const tagREG_CR_FILTRO_INTEGRACAO_MIDDLEWAREPS& rFiltroPS,
                                         _REG_DF_LISTA_XVDMCPS* pRegListaPonteirosPS) {
@@ -59,7 +14,7 @@ HRESULT CBaseMiddleware::BuscaPonteiros(const tagREG_CR_FILTRO_INTEGRACAO_MIDDLE
     *pRegListaPonteirosPS = {};
     XV_CHECK(ValidaAcesso());
     const CXVAcessoDefault acesso(this);
-    CXVDadosCR_FiltroIntegracaoMiddleware dadosFiltro;
+    CXVFiltroBusca dadosFiltro;
     XV_CHECK(dadosFiltro.CopiarDe(rFiltroPS));
     CListaDmc listaPonteiros;
     const HRESULT hr = LeSemEscritas([&] {
@@ -67,30 +22,33 @@ HRESULT CBaseMiddleware::BuscaPonteiros(const tagREG_CR_FILTRO_INTEGRACAO_MIDDLE
         return S_OK;
     });
     if (FAILED(hr)) return hr;
-    if (hr == S_FALSE && TemNivel2(dadosFiltro)) XV_CHECK(ConfirmaAchadas(dadosFiltro, listaPonteiros));
+    if (hr == S_FALSE && dadosFiltro.TemNivel2()) XV_CHECK(ConfirmaAchadas(dadosFiltro, listaPonteiros));
     XV_CHECK(XVListaToReg(listaPonteiros, pRegListaPonteirosPS));
     return S_OK;
 }
 
-HRESULT CBaseMiddleware::ValidaFiltroNivel1(const CXVDadosCR_FiltroIntegracaoMiddleware& dadosFiltro,
-                                            CListaDmc& listaPonteiros) {
-    if (dadosFiltro.GetChaveIntegracaoSistemaTerceiroInicial() != 0 &&
-        dadosFiltro.GetQuantidadeSistemaIntegracao() != 0) {
+HRESULT CBaseMiddleware::ValidaFiltroNivel1(const CXVFiltroBusca& dadosFiltro, CListaDmc& listaPonteiros) {
+    if (dadosFiltro.EhPorChaveSistema()) {
         XV_CHECK(BuscaRegistroIndexComChaveSistema(dadosFiltro, listaPonteiros));
         return S_OK;
     }
-    const XVUInt64 uiQtdRegistros = m_pDataBase->m_IndexIntegracao.GetQtdRegistros();
-    if (uiQtdRegistros == 0) return S_OK;
     CListaDmc listaDmc;
-    {
-        std::vector<REG_CR_INDEX_INTEGRACAO_V1> listaIndex;
-        XV_CHECK(m_pDataBase->m_IndexIntegracao.LeColecao(1, uiQtdRegistros, listaIndex));
-        for (const REG_CR_INDEX_INTEGRACAO_V1& reg : listaIndex)
-            if (PassaNivel1(dadosFiltro, reg)) listaDmc.push_back(reg.regDmcIntegracao);
-    }
-    // The value of a DMC has its date in the highest bits: sorting brings the records of one file together.
-    XVOrdenaEmParalelo(listaDmc, [](REG_XVDMC reg1, REG_XVDMC reg2) { return reg1.uiValor < reg2.uiValor; });
-    if (!TemNivel2(dadosFiltro)) {
+    bool bEmOrdem = true;  // as a store is that records on one day after the other
+    REG_XVDMC regUltimo;
+    const auto anota = [&](std::span<const REG_CR_INDEX_INTEGRACAO_V1> aRegistros) {
+        for (const REG_CR_INDEX_INTEGRACAO_V1& reg : aRegistros) {
+            if (!dadosFiltro.PassaNivel1(reg)) continue;
+            bEmOrdem = bEmOrdem && regUltimo.uiValor <= reg.regDmcIntegracao.uiValor;
+            regUltimo = reg.regDmcIntegracao;
+            listaDmc.push_back(regUltimo);
+        }
+    };
+    // The log has always shown the reading of the whole index under this text.
+    XV_CHECK_TEXTO(m_pDataBase->m_IndexIntegracao.Percorre(anota),
+                   "m_pDataBase->m_IndexIntegracao.LeColecao(1, uiQtdRegistros, listaIndex)");
+    // The records of one file come together.
+    if (!bEmOrdem) XVOrdenaDmcs(listaDmc);
+    if (!dadosFiltro.TemNivel2()) {
         listaPonteiros = std::move(listaDmc);
         return S_OK;
     }
@@ -99,8 +57,7 @@ HRESULT CBaseMiddleware::ValidaFiltroNivel1(const CXVDadosCR_FiltroIntegracaoMid
 
 // A viewer reads the disk while a writer changes it, so it may have tested an index record from before an
 // operation and the record itself from after it. Both are read again here, in one moment, and tested again.
-HRESULT CBaseMiddleware::ConfirmaAchadas(const CXVDadosCR_FiltroIntegracaoMiddleware& dadosFiltro,
-                                         CListaDmc& listaPonteiros) {
+HRESULT CBaseMiddleware::ConfirmaAchadas(const CXVFiltroBusca& dadosFiltro, CListaDmc& listaPonteiros) {
     constexpr std::size_t k_uiPorMomento = 256;
     CListaDmc listaConfirmadas;
     for (std::size_t idx = 0; idx < listaPonteiros.size();) {
@@ -128,10 +85,9 @@ HRESULT CBaseMiddleware::ConfirmaAchadas(const CXVDadosCR_FiltroIntegracaoMiddle
     return S_OK;
 }
 
-HRESULT CBaseMiddleware::PassaNaVista(const CXVDadosCR_FiltroIntegracaoMiddleware& dadosFiltro,
-                                      REG_XVDMC regDmc, bool* pbPassa) {
+HRESULT CBaseMiddleware::PassaNaVista(const CXVFiltroBusca& dadosFiltro, REG_XVDMC regDmc, bool* pbPassa) {
     *pbPassa = false;
-    const XVUInt64 uiChave = dadosFiltro.GetChaveIntegracaoSistemaTerceiroInicial();
+    const XVUInt64 uiChave = dadosFiltro.GetChaveInicial();
     const XVUInt64 uiChaveIndex = CXVDataBase_CR_Middleware::GetChaveIndex(regDmc);
     XVUInt uiPosicao = 0;
     XV_CHECK(m_pDataBase->m_IndexIntegracao.ExisteIndex(uiChaveIndex, uiPosicao, eIndexacao_DMCIntegracao));
@@ -139,19 +95,19 @@ HRESULT CBaseMiddleware::PassaNaVista(const CXVDadosCR_FiltroIntegracaoMiddlewar
     if (uiPosicao == 0) return S_OK;
     REG_CR_INDEX_INTEGRACAO_V1 regIndex;
     XV_CHECK(m_pDataBase->m_IndexIntegracao.Le(uiPosicao, &regIndex));
-    const bool bDireta = uiChave != 0 && dadosFiltro.GetQuantidadeSistemaIntegracao() != 0;
-    const bool bNivel1 = bDireta ? regIndex.uiChaveIntegracaoSistemaTerceiro == uiChave &&
-                                       dadosFiltro.FindSistemaIntegracao(regIndex.eSistemaIntegracao)
-                                 : PassaNivel1(dadosFiltro, regIndex);
+    const bool bNivel1 = dadosFiltro.EhPorChaveSistema()
+                             ? regIndex.uiChaveIntegracaoSistemaTerceiro == uiChave &&
+                                   dadosFiltro.AdmiteSistema(regIndex.eSistemaIntegracao)
+                             : dadosFiltro.PassaNivel1(regIndex);
     if (!bNivel1 || !(regIndex.regDmcIntegracao == regDmc)) return S_OK;
     REG_CR_INTEGRACAO_MIDDLEWARE_V2 reg;
     XV_CHECK(m_pDataBase->m_Integracao.Le(regDmc.GetDma().ToChave(), regDmc.GetPonteiro(), &reg));
-    *pbPassa = PassaNivel2(dadosFiltro, reg);
+    *pbPassa = dadosFiltro.PassaNivel2(reg);
     return S_OK;
 }
 
-HRESULT CBaseMiddleware::FiltraPorArquivo(const CXVDadosCR_FiltroIntegracaoMiddleware& dadosFiltro,
-                                          const CListaDmc& listaOrdenada, CListaDmc& listaPonteiros) {
+HRESULT CBaseMiddleware::FiltraPorArquivo(const CXVFiltroBusca& dadosFiltro, const CListaDmc& listaOrdenada,
+                                          CListaDmc& listaPonteiros) {
     CListaDmc listaDmc;
     for (auto itInicio = listaOrdenada.begin(); itInicio != listaOrdenada.end();) {
         const REG_XVDMA dma = itInicio->GetDma();
@@ -166,9 +122,8 @@ HRESULT CBaseMiddleware::FiltraPorArquivo(const CXVDadosCR_FiltroIntegracaoMiddl
     return S_OK;
 }
 
-HRESULT CBaseMiddleware::ValidaFiltroNivel2(const CXVDadosCR_FiltroIntegracaoMiddleware& dadosFiltro,
-                                            XVUInt64 uiChaveArquivoAtual, const CListaDmc& listaDmc,
-                                            CListaDmc& listaPonteiros) {
+HRESULT CBaseMiddleware::ValidaFiltroNivel2(const CXVFiltroBusca& dadosFiltro, XVUInt64 uiChaveArquivoAtual,
+                                            const CListaDmc& listaDmc, CListaDmc& listaPonteiros) {
     // Neighbours are read under one lock of the group: searches side by side would otherwise close each
     // other's member at every record.
     constexpr std::size_t k_uiPorLeitura = 4096;
@@ -182,7 +137,7 @@ HRESULT CBaseMiddleware::ValidaFiltroNivel2(const CXVDadosCR_FiltroIntegracaoMid
         aRegistros.clear();
         XV_CHECK(m_pDataBase->m_Integracao.LeColecao(uiChaveArquivoAtual, uiPosicao, uiQtd, aRegistros));
         for (std::size_t k = 0; k < uiQtd; ++k)
-            if (PassaNivel2(dadosFiltro, aRegistros[k])) listaPonteiros.push_back(listaDmc[idx + k]);
+            if (dadosFiltro.PassaNivel2(aRegistros[k])) listaPonteiros.push_back(listaDmc[idx + k]);
         idx += uiQtd;
     }
     return S_OK;
@@ -190,10 +145,10 @@ HRESULT CBaseMiddleware::ValidaFiltroNivel2(const CXVDadosCR_FiltroIntegracaoMid
 
 // A filter with a key and systems asks for that one key in each of the systems: the lower bound is the key
 // itself, and neither the status nor the upper bound is looked at.
-HRESULT CBaseMiddleware::BuscaRegistroIndexComChaveSistema(
-    const CXVDadosCR_FiltroIntegracaoMiddleware& dadosFiltro, CListaDmc& listaPonteiros) {
-    const XVUInt64 uiChave = dadosFiltro.GetChaveIntegracaoSistemaTerceiroInicial();
-    const bool bNivel2 = TemNivel2(dadosFiltro);
+HRESULT CBaseMiddleware::BuscaRegistroIndexComChaveSistema(const CXVFiltroBusca& dadosFiltro,
+                                                           CListaDmc& listaPonteiros) {
+    const XVUInt64 uiChave = dadosFiltro.GetChaveInicial();
+    const bool bNivel2 = dadosFiltro.TemNivel2();
     std::vector<XVUInt> listaPosicao;
     for (const XVUInt eSistema : dadosFiltro.GetListaSistemaIntegracao()) {
         const XVUInt64 uiChaveIndex =
@@ -212,7 +167,7 @@ HRESULT CBaseMiddleware::BuscaRegistroIndexComChaveSistema(
                 REG_CR_INTEGRACAO_MIDDLEWARE_V2 regIntegracao;
                 XV_CHECK(m_pDataBase->m_Integracao.Le(regDmc.GetDma().ToChave(), regDmc.GetPonteiro(),
                                                       &regIntegracao));
-                if (!PassaNivel2(dadosFiltro, regIntegracao)) continue;
+                if (!dadosFiltro.PassaNivel2(regIntegracao)) continue;
             }
             if (listaPonteiros.empty() || !(listaPonteiros.back() == regDmc))
                 listaPonteiros.push_back(regDmc);

@@ -14,6 +14,8 @@ constexpr XVUInt k_ulEsperaPrimeiroCliente = 60;          // seconds
 constexpr XVUInt k_ulInatividadeMaxima = 8 * 60 * 60;     // seconds
 constexpr XVUInt k_ulMaximoSegundos = 40 * 24 * 60 * 60;  // of a configured time: ticks wrap after 49 days
 constexpr DWORD k_ulIntervaloVerificacao = 1000;
+// The next server must get its turn while it waits for this one.
+constexpr DWORD k_ulFimMaximo = k_ulEsperaServidorAnterior - 1000;
 
 // A time of the registry, given in seconds, in milliseconds.
 XVUInt LeTempo(const char* pszValor, XVUInt ulPadraoSegundos) {
@@ -46,6 +48,21 @@ void NaoEngoleExcecoes() {
         return;
     XVIgnora(pOpcoes->Set(COMGLB_EXCEPTION_HANDLING, COMGLB_EXCEPTION_DONOT_HANDLE_ANY));
     pOpcoes->Release();
+}
+
+DWORD WINAPI TerminaSeNaoTerminou(void*) {
+    ::Sleep(k_ulFimMaximo);
+    ::TerminateProcess(::GetCurrentProcess(), S_OK);
+    return 0;
+}
+
+// From here on nothing is lost when the process ends at any place: its class is withdrawn, and its stores are
+// closed or were waited for long enough. The runtime of remote calls waits for calls that are not over, and
+// has been seen to wait for one that was: nobody would be served any more, by this server or by the next.
+void LimitaFim() {
+    if (const HANDLE hThread = ::CreateThread(nullptr, 0, TerminaSeNaoTerminou, nullptr, 0, nullptr);
+        hThread != nullptr)
+        ::CloseHandle(hThread);
 }
 
 void ProcessaMensagens() {
@@ -118,5 +135,6 @@ SFimServidor XVExecutaServidor(bool bAtivado) {
     Atende(inscricao, bAtivado);
     inscricao.Revoga();
     CXVVidaServidor::Get().Encerra();
+    LimitaFim();
     return {};
 }

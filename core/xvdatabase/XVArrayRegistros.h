@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <span>
 #include <type_traits>
 #include <utility>
 #include <vector>
@@ -67,6 +68,14 @@ class TXVArrayRegistros {
             uiInicio += uiParte;
             uiQuantidade -= uiParte;
         }
+    }
+
+    // Shows fnVe(std::span<const T>) all elements in order, each contiguous part of them once.
+    template <class TVe>
+    void Percorre(TVe& fnVe) const {
+        if (m_uiBase > 0) fnVe(std::span<const T>(m_pBase.get(), m_uiBase));
+        for (std::size_t i = m_uiBase, b = 0; i < m_uiQuantidade; i += k_uiBloco, ++b)
+            fnVe(std::span<const T>(m_listaBlocos[b].get(), std::min(k_uiBloco, m_uiQuantidade - i)));
     }
 
   private:

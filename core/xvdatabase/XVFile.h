@@ -40,6 +40,11 @@ class CXVFile : public CXVFileBase {
     // E_XVCR_INCONSISTENCIA_CHAVE_QUANTIDADE.
     HRESULT LeColecao(XVUInt uiPosicao, XVUInt64 uiQtd, std::vector<T>& aRegistros) const;
 
+    // Shows fnVe(std::span<const T>) all records in order, in as many parts as they lie in; no copy is made
+    // of what is in memory. Writers of the file wait until it returns: fnVe must not call the file.
+    template <class TVe>
+    HRESULT Percorre(TVe fnVe) const;
+
     // Write one record, or consecutive records from uiPosicao; in: position or 0, out: first position used.
     // What does not differ from the stored records is not written. A failure leaves file, memory and indexes
     // as they were.

@@ -96,6 +96,28 @@ HRESULT CXVFile<T>::LeColecao(XVUInt uiPosicao, XVUInt64 uiQtd, std::vector<T>& 
 }
 
 template <class T>
+template <class TVe>
+HRESULT CXVFile<T>::Percorre(TVe fnVe) const {
+    XV_ESCOPO({"m_sNomeArquivo", GetNomeArquivo()});
+    const std::shared_lock lock(GetLock());
+    if (!EhVista()) {
+        m_aRegistros.Percorre(fnVe);
+        return S_OK;
+    }
+    // A viewer reads what there was when it began, in parts that need no memory for the whole.
+    constexpr XVUInt64 k_uiParte = 1U << 14;
+    const XVUInt64 uiQtd = GetQtdVista();
+    std::vector<T> aParte;
+    for (XVUInt64 uiLidos = 0; uiLidos < uiQtd; uiLidos += aParte.size()) {
+        aParte.clear();
+        XV_CHECK(
+            LeColecaoVista(static_cast<XVUInt>(uiLidos + 1), std::min(k_uiParte, uiQtd - uiLidos), aParte));
+        fnVe(std::span<const T>(aParte));
+    }
+    return S_OK;
+}
+
+template <class T>
 XVUInt64 CXVFile<T>::GetQtdRegistros() const {
     const std::shared_lock lock(GetLock());
     return EhVista() ? GetQtdVista() : m_aRegistros.size();

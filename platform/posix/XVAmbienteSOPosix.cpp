@@ -12,7 +12,6 @@
 #include <cstring>
 #include <fstream>
 #include <limits>
-#include <thread>
 #include <vector>
 
 #include "platform/XVAmbienteSO.h"
@@ -74,11 +73,6 @@ std::size_t GetMaximoArquivosAbertos() {
 XVUInt GetIdThread() {
     thread_local const XVUInt s_ulId = static_cast<XVUInt>(syscall(SYS_gettid));
     return s_ulId;
-}
-
-XVUInt GetQuantidadeProcessadores() {
-    const XVUInt ulQuantidade = std::thread::hardware_concurrency();
-    return ulQuantidade == 0 ? 1 : ulQuantidade;
 }
 
 bool EhSessaoRemota() {

@@ -59,12 +59,6 @@ XVUInt GetIdThread() {
     return GetCurrentThreadId();
 }
 
-XVUInt GetQuantidadeProcessadores() {
-    SYSTEM_INFO informacao{};
-    GetSystemInfo(&informacao);
-    return informacao.dwNumberOfProcessors == 0 ? 1 : informacao.dwNumberOfProcessors;
-}
-
 bool EhSessaoRemota() {
     return GetSystemMetrics(SM_REMOTESESSION) != 0;
 }

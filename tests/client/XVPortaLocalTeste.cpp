@@ -14,8 +14,6 @@
 #include "tests/harness/XVDiretorioTemporario.h"
 #include "tests/harness/XVGuardasPlataforma.h"
 #include "tests/harness/XVRegistryFalso.h"
-#include "tests/harness/XVSistemaArquivosFalhas.h"
-#include "tests/harness/XVSistemaArquivosMemoria.h"
 
 namespace {
 
@@ -162,23 +160,4 @@ TEST(PortaLocal, DiretorioNomeadoSoTrocaOCaminho) {
         EXPECT_EQ(rRegistry.LeNumero(sChave, "Durabilidade"), 1U);
     }
     EXPECT_EQ(&XVPlataforma::Registry(), &registry);
-}
-
-// A store whose closing fails says so; there is no later operation that could.
-TEST(PortaLocal, FalhaAoFecharChegaAQuemDesconecta) {
-    CXVSistemaArquivosMemoria arquivos;
-    CXVSistemaArquivosFalhas falhas(arquivos);
-    CXVRegistryFalso registry;
-    registry.SetTexto(CAmbienteXV::GetChaveRegistry(XV_DF), "Path", "/dados");
-    const CXVGuardaSistemaArquivos guardaSistema(falhas);
-    const CXVGuardaRegistry guardaRegistry(registry);
-    XVCliente::CXVCliente cliente;
-    ASSERT_EQ(cliente.ConectaLocal({.sEmpresa = "UM"}, {}), S_OK);
-    REG_XVDMC regDmc;
-    ASSERT_EQ(cliente.GravaIntegracao(&regDmc, IntegracaoPendente("{}")), S_OK);
-    falhas.Programa(
-        {.eOperacao = EOperacaoArquivo::eGrava, .bPermanente = true, .eCausa = ECausaArquivo::eDiscoCheio});
-    EXPECT_TRUE(FAILED(cliente.Desconecta()));
-    EXPECT_FALSE(cliente.EstaConectado());
-    EXPECT_EQ(arquivos.GetQuantidadeAberta(), 0U);
 }

@@ -6,7 +6,6 @@
 
 #include <string>
 
-#include "platform/XVTipos.h"
 #include "tests/client/XVPortaTeste.h"
 
 namespace XVAmbienteCom {
@@ -20,15 +19,7 @@ using XVPortaTeste::DiretorioEmpresa;
 using XVPortaTeste::IntegracaoPendente;
 using XVPortaTeste::NovaEmpresa;
 
-// A value under the suite's root key, taken back by Apaga. Seen by servers that start afterwards.
-void GravaValor(const wchar_t* pszValor, DWORD ulNumero);
-void ApagaValor(const wchar_t* pszValor);
-
 // After a server was killed: some systems keep offering it until their COM service is started anew.
 void EsqueceServidorMorto();
-
-inline HRESULT Codigo(XVUInt ulCodigo) {
-    return XVHResult(ulCodigo);
-}
 
 }  // namespace XVAmbienteCom

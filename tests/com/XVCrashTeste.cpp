@@ -2,52 +2,36 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 
-#include "tests/com/XVAmbienteCom.h"
-#include "tests/com/XVProcesso.h"
+#include "tests/harness/XVDiretorioTemporario.h"
+#include "tests/harness/XVExecucao.h"
+#include "tests/harness/XVProcessoFilho.h"
 
-namespace {
-
-namespace fs = std::filesystem;
-
-// The files that a crashing child leaves in a fresh directory.
-std::vector<fs::path> Quebra(const std::wstring& sModo, const char* pszPasta, const std::wstring& sResto,
-                             DWORD ulCodigoEsperado) {
-    const fs::path pasta = fs::path(XVAmbienteCom::DiretorioModulo()) / pszPasta;
-    fs::create_directories(pasta);
-    const CXVProcesso filho = XVProcessos::Filho(sModo + L" \"" + pasta.wstring() + L"\" " + sResto);
-    EXPECT_EQ(filho.GetCodigo(), ulCodigoEsperado);
-    return {fs::directory_iterator(pasta), {}};
-}
-
-std::string Le(const fs::path& caminho) {
-    std::ifstream arquivo{caminho, std::ios::binary};
-    return {std::istreambuf_iterator<char>(arquivo), {}};
-}
-
-}  // namespace
-
-TEST(TratamentoCrash, MinidumpAoLadoDosLogs) {
-    const auto lista = Quebra(L"crash", "crash dump", L"1", 0xC0000005U);
-    ASSERT_EQ(lista.size(), 1U);
-    EXPECT_EQ(lista[0].extension(), ".dmp");
-    EXPECT_EQ(Le(lista[0]).substr(0, 4), "MDMP");
-}
-
-TEST(TratamentoCrash, SemMinidumpRelatorioComRegistradoresEPilha) {
-    const auto lista = Quebra(L"crash", "crash texto", L"0", 0xC0000005U);
-    ASSERT_EQ(lista.size(), 1U);
-    const std::string sRelatorio = Le(lista[0]);
-    EXPECT_NE(sRelatorio.find("Exceção 0xC0000005"), std::string::npos) << sRelatorio;
-    EXPECT_NE(sRelatorio.find("rip "), std::string::npos);
-    EXPECT_NE(sRelatorio.find("#03 "), std::string::npos) << sRelatorio;
-    EXPECT_NE(sRelatorio.find("xv_teste_com.exe+0x"), std::string::npos);
-}
-
-TEST(TratamentoCrash, ExcecaoQueNinguemTrataTambemDeixaRelatorio) {
-    const auto lista = Quebra(L"termina", "crash termino", L"", 0xE0585641U);
-    ASSERT_EQ(lista.size(), 1U);
-    EXPECT_EQ(lista[0].extension(), ".txt");
+TEST(TratamentoCrash, CadaFimDeixaUmArquivoQueOExplica) {
+    namespace fs = std::filesystem;
+    struct SCaso {
+        std::vector<std::string> listaModo;  // the directory is put behind the first word
+        unsigned ulCodigo;
+        const char* pszExtensao;
+        std::vector<std::string> listaTextos;
+    };
+    const SCaso aCasos[] = {
+        {{"crash", "1"}, 0xC0000005U, ".dmp", {"MDMP"}},
+        {{"crash", "0"}, 0xC0000005U, ".txt", {"Exceção 0xC0000005", "rip ", "#03 ", "xv_teste_com.exe+0x"}},
+        {{"termina"}, 0xE0585641U, ".txt", {}},
+    };
+    for (const SCaso& rCaso : aCasos) {
+        const CXVDiretorioTeste diretorio;
+        std::vector<std::string> listaArgumentos = rCaso.listaModo;
+        listaArgumentos.insert(listaArgumentos.begin(), "--filho");
+        listaArgumentos.insert(listaArgumentos.begin() + 2, diretorio.GetCaminho());
+        const SExecucao execucao = XVExecuta(XVProgramaVizinho("xv_teste_com"), listaArgumentos);
+        EXPECT_EQ(static_cast<unsigned>(execucao.iSaida), rCaso.ulCodigo) << execucao.sErro;
+        const std::vector<fs::path> lista{fs::directory_iterator(diretorio.GetCaminho()), {}};
+        ASSERT_EQ(lista.size(), 1U);
+        EXPECT_EQ(lista[0].extension(), rCaso.pszExtensao);
+        const std::string sRelatorio = diretorio.LeConteudo(lista[0].filename().string()).value_or("");
+        for (const std::string& sTexto : rCaso.listaTextos)
+            EXPECT_NE(sRelatorio.find(sTexto), std::string::npos) << sTexto;
+    }
 }

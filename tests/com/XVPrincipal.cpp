@@ -1,7 +1,4 @@
 #include <gtest/gtest.h>
-#include <windows.h>
-
-#include <shellapi.h>
 
 #include "client/XVCliente.h"
 #include "tests/com/XVAmbienteCom.h"
@@ -18,10 +15,7 @@ class CMaquina final : public ::testing::Environment {
 }  // namespace
 
 int main(int argc, char** argv) {
-    int iQuantidade = 0;
-    wchar_t** ppszArgumentos = ::CommandLineToArgvW(::GetCommandLineW(), &iQuantidade);
-    if (iQuantidade > 2 && std::wstring(ppszArgumentos[1]) == L"--filho")
-        return XVExecutaFilho({ppszArgumentos + 2, ppszArgumentos + iQuantidade});
+    if (argc > 2 && std::string(argv[1]) == "--filho") return XVExecutaFilho({argv + 2, argv + argc});
     ::testing::InitGoogleTest(&argc, argv);
     ::testing::AddGlobalTestEnvironment(new CMaquina);
     const XVCliente::CApartamento apartamento;

@@ -3,22 +3,29 @@
 
 #include <filesystem>
 #include <fstream>
-#include <iterator>
+#include <list>
 
+#include "server/XVExclusividade.h"
 #include "tests/com/XVAmbienteCom.h"
-#include "tests/com/XVProcesso.h"
+#include "tests/com/XVServidores.h"
+#include "tests/harness/XVProcessoFilho.h"
 
 namespace {
 
 using namespace XVAmbienteCom;
 
-std::wstring Largo(const std::string& sTexto) {
-    return {sTexto.begin(), sTexto.end()};
+CXVProcessoFilho Filho(const std::vector<std::string>& listaArgumentos) {
+    std::vector<std::string> lista{"--filho"};
+    lista.insert(lista.end(), listaArgumentos.begin(), listaArgumentos.end());
+    return {XVProgramaVizinho("xv_teste_com"), lista};
 }
 
-std::size_t Conta(XVCliente::CXVCliente& rCliente) {
+// How many integrations the company has by a client of its own.
+std::size_t Conta(const std::string& sEmpresa) {
+    XVCliente::CXVCliente cliente;
+    EXPECT_EQ(cliente.Conecta({.sEmpresa = sEmpresa}), S_OK);
     std::vector<REG_XVDMC> lista;
-    EXPECT_EQ(rCliente.BuscaPonteiros({}, &lista), S_OK);
+    EXPECT_EQ(cliente.BuscaPonteiros({}, &lista), S_OK);
     return lista.size();
 }
 
@@ -34,38 +41,18 @@ int LinhasDoUsuario(const std::string& sEmpresa, const std::string& sUsuario) {
     return iLinhas;
 }
 
-// A client process that is inside the server when the constructor returns.
-class CClientePreso {
-  public:
-    CClientePreso(const std::wstring& sModo, const std::string& sEmpresa)
-        : m_hEvento(::CreateEventW(nullptr, TRUE, FALSE, NomeEvento().c_str())),
-          m_processo(XVProcessos::Filho(sModo + L" " + Largo(sEmpresa) + L" " + NomeEvento())) {
-        m_bDentro = ::WaitForSingleObject(m_hEvento, 60000) == WAIT_OBJECT_0;
-    }
-    ~CClientePreso() { ::CloseHandle(m_hEvento); }
-    CClientePreso(const CClientePreso&) = delete;
-    CClientePreso& operator=(const CClientePreso&) = delete;
-    bool EstaDentro() const { return m_bDentro; }
-    void Mata() { m_processo.Mata(); }
-
-  private:
-    static std::wstring NomeEvento() { return L"XVComTeste_" + std::to_wstring(::GetCurrentProcessId()); }
-
-    HANDLE m_hEvento;
-    CXVProcesso m_processo;
-    bool m_bDentro = false;
-};
-
+// A value under the suite's root key, for servers that start while it lives.
 class CValorDaRegistry {
   public:
     CValorDaRegistry(const wchar_t* pszValor, DWORD ulNumero) : m_pszValor(pszValor) {
-        GravaValor(pszValor, ulNumero);
+        ::RegSetKeyValueW(HKEY_LOCAL_MACHINE, k_pszChave, pszValor, REG_DWORD, &ulNumero, sizeof(ulNumero));
     }
-    ~CValorDaRegistry() { ApagaValor(m_pszValor); }
+    ~CValorDaRegistry() { ::RegDeleteKeyValueW(HKEY_LOCAL_MACHINE, k_pszChave, m_pszValor); }
     CValorDaRegistry(const CValorDaRegistry&) = delete;
     CValorDaRegistry& operator=(const CValorDaRegistry&) = delete;
 
   private:
+    static constexpr const wchar_t* k_pszChave = L"SOFTWARE\\Wow6432Node\\Velmora";
     const wchar_t* m_pszValor;
 };
 
@@ -74,20 +61,18 @@ class CValorDaRegistry {
 TEST(Processos, QuatroClientesNumaEmpresaEEmDuas) {
     const std::string asEmpresas[] = {NovaEmpresa(), NovaEmpresa()};
     for (const bool bDuas : {false, true}) {
-        std::vector<CXVProcesso> lista;
+        std::list<std::unique_ptr<CXVProcessoFilho>> lista;
         for (int i = 0; i < 4; ++i)
-            lista.push_back(XVProcessos::Filho(L"grava " + Largo(asEmpresas[bDuas ? i % 2 : 0]) + L" 25 " +
-                                               std::to_wstring(11 + i)));
-        for (const CXVProcesso& rFilho : lista) EXPECT_EQ(rFilho.GetCodigo(), 0U) << rFilho.GetErros();
+            lista.emplace_back(new CXVProcessoFilho(
+                Filho({"grava", asEmpresas[bDuas ? i % 2 : 0], "25", std::to_string(11 + i)})));
+        for (const auto& rpFilho : lista) EXPECT_EQ(rpFilho->EsperaFim(), 0);
     }
+    // Servers that were started beside the first one wait for a moment and leave.
     XVCliente::CXVCliente cliente;
     ASSERT_EQ(cliente.Conecta({.sEmpresa = asEmpresas[0]}), S_OK);
-    EXPECT_EQ(Conta(cliente), 150U);
-    // Servers that were started beside the first one wait for a moment and leave.
-    EXPECT_TRUE(XVProcessos::EsperaServidores(1, 20000));
-    XVCliente::CXVCliente outro;
-    ASSERT_EQ(outro.Conecta({.sEmpresa = asEmpresas[1]}), S_OK);
-    EXPECT_EQ(Conta(outro), 50U);
+    EXPECT_TRUE(XVServidores::Espera(1));
+    EXPECT_EQ(Conta(asEmpresas[0]), 150U);
+    EXPECT_EQ(Conta(asEmpresas[1]), 50U);
     // One store, four callers: each line of the log bears the one who called.
     EXPECT_EQ(LinhasDoUsuario(asEmpresas[0], "11"), 50);
     EXPECT_EQ(LinhasDoUsuario(asEmpresas[0], "12"), 25);
@@ -95,11 +80,11 @@ TEST(Processos, QuatroClientesNumaEmpresaEEmDuas) {
 }
 
 TEST(Processos, ClienteDeExemplo) {
-    const auto construcao = std::filesystem::path(XVProcessos::ProgramaAtual()).parent_path() / ".." / "..";
+    const auto construcao = std::filesystem::path(XVServidores::Programa()).parent_path() / "..";
     const auto exemplo = (construcao / "examples" / "client" / "xv_exemplo_cliente.exe").lexically_normal();
     const std::string sEmpresa = NovaEmpresa();
-    const CXVProcesso processo(exemplo.wstring(), Largo(sEmpresa));
-    EXPECT_EQ(processo.GetCodigo(), 0U) << processo.GetErros();
+    const SExecucao execucao = XVExecuta(exemplo.string(), {sEmpresa});
+    EXPECT_EQ(execucao.iSaida, 0) << execucao.sErro;
     EXPECT_EQ(LinhasDoUsuario(sEmpresa, "7"), 2);
 }
 
@@ -110,49 +95,45 @@ TEST(Processos, ServidorSaiComOUltimoClienteEVoltaComOProximo) {
         ASSERT_EQ(cliente.Conecta({.sEmpresa = sEmpresa}), S_OK);
         REG_XVDMC regDmc;
         EXPECT_EQ(cliente.GravaIntegracao(&regDmc, IntegracaoPendente("{}")), S_OK);
-        EXPECT_EQ(Conta(cliente), static_cast<std::size_t>(i + 1));
+        EXPECT_EQ(Conta(sEmpresa), static_cast<std::size_t>(i + 1));
         cliente.Desconecta();
         // The second time round without waiting: a creation beside a server that is ending.
-        if (i == 0) {
-            EXPECT_TRUE(XVProcessos::EsperaServidores(0, 10000));
+        if (i != 1) {
+            EXPECT_TRUE(XVServidores::Espera(0));
         }
     }
-    EXPECT_TRUE(XVProcessos::EsperaServidores(0, 10000));
 }
 
 TEST(Processos, AtivadoSemClienteSaiEPelaMaoSoHaUm) {
-    ASSERT_TRUE(XVProcessos::EsperaServidores(0, 20000));
+    ASSERT_TRUE(XVServidores::Espera(0));
     {
         const CValorDaRegistry espera(L"EsperaPrimeiroCliente", 1);
-        EXPECT_EQ(XVProcessos::ExecutaServidor(L"-Embedding"), 0U);
+        EXPECT_EQ(XVServidores::Executa({"-Embedding"}).iSaida, 0);
     }
-    CXVProcesso primeiro(XVProcessos::ProgramaServidor(), L"");
-    EXPECT_FALSE(primeiro.Espera(1500));
-    std::string sErros;
-    EXPECT_EQ(XVProcessos::ExecutaServidor(L"", &sErros), 0x800700B7U);
-    EXPECT_NE(sErros.find("já há outro"), std::string::npos) << sErros;
+    CXVProcessoFilho primeiro(XVServidores::Programa(), {});
+    // Until it is the one, which the next finds.
+    for (int i = 0; i < 1000 && CXVExclusividade().Toma(0); ++i) ::Sleep(20);
+    const SExecucao segundo = XVServidores::Executa();
+    EXPECT_EQ(static_cast<unsigned>(segundo.iSaida), 0x800700B7U);
+    EXPECT_NE(segundo.sErro.find("já há outro"), std::string::npos) << segundo.sErro;
     // It serves, and leaves with its only client.
-    XVCliente::CXVCliente cliente;
-    EXPECT_EQ(cliente.Conecta({.sEmpresa = NovaEmpresa()}), S_OK);
-    cliente.Desconecta();
-    EXPECT_TRUE(primeiro.Espera(10000));
-    EXPECT_EQ(primeiro.GetCodigo(), 0U);
+    EXPECT_EQ(Conta(NovaEmpresa()), 0U);
+    EXPECT_EQ(primeiro.EsperaFim(), 0);
 }
 
 // The clients' processes are gone without a word: their components are cut off after the idle time, the
 // others work on, and the server leaves when only the dead were left.
 TEST(Processos, ClientesMortosEntreChamadasENoMeioDeUma) {
-    ASSERT_TRUE(XVProcessos::EsperaServidores(0, 20000));
+    ASSERT_TRUE(XVServidores::Espera(0));
     const CValorDaRegistry inatividade(L"InatividadeMaximaComponente", 3);
     const std::string sEmpresa = NovaEmpresa();
     std::size_t uiAntes = 0;
     {
         XVCliente::CXVCliente cliente;
         ASSERT_EQ(cliente.Conecta({.sEmpresa = sEmpresa}), S_OK);
-        for (const wchar_t* pszModo : {L"espera", L"chama"}) {
-            CClientePreso preso(pszModo, sEmpresa);
-            ASSERT_TRUE(preso.EstaDentro());
-            ::Sleep(200);
+        for (const char* pszModo : {"espera", "chama"}) {
+            CXVProcessoFilho preso = Filho({pszModo, sEmpresa});
+            ASSERT_EQ(preso.LeLinha(), "dentro");
             preso.Mata();
             REG_XVDMC regDmc;
             EXPECT_EQ(cliente.GravaIntegracao(&regDmc, IntegracaoPendente("{\"vivo\":1}")), S_OK);
@@ -160,41 +141,30 @@ TEST(Processos, ClientesMortosEntreChamadasENoMeioDeUma) {
             EXPECT_EQ(cliente.LeIntegracao(regDmc, 7, &lida), S_OK);
             EXPECT_EQ(lida.sRegistroJSON, "{\"vivo\":1}");
         }
-        uiAntes = Conta(cliente);
+        uiAntes = Conta(sEmpresa);
     }
-    EXPECT_TRUE(XVProcessos::EsperaServidores(0, 20000));
-    XVCliente::CXVCliente cliente;
-    ASSERT_EQ(cliente.Conecta({.sEmpresa = sEmpresa}), S_OK);
-    EXPECT_EQ(Conta(cliente), uiAntes);
+    EXPECT_TRUE(XVServidores::Espera(0));
+    EXPECT_EQ(Conta(sEmpresa), uiAntes);
 }
 
-TEST(Processos, ServidorMortoDaCodigoClaroEOProximoAbreALoja) {
+// A server that is gone, killed or by the system's request, which closes its stores: what changes is answered
+// with a code that says so, what reads connects again by itself, and the store opens.
+TEST(Processos, ServidorQueSeFoiDaCodigoClaroEOProximoAbreALoja) {
     const std::string sEmpresa = NovaEmpresa();
     XVCliente::CXVCliente cliente;
     ASSERT_EQ(cliente.Conecta({.sEmpresa = sEmpresa}), S_OK);
-    REG_XVDMC regDmc;
-    ASSERT_EQ(cliente.GravaIntegracao(&regDmc, IntegracaoPendente("{\"antes\":1}")), S_OK);
-    XVProcessos::MataServidores();
-    REG_XVDMC regPerdida;
-    const HRESULT hr = cliente.GravaIntegracao(&regPerdida, IntegracaoPendente("{}"));
-    EXPECT_TRUE(XVCliente::ServidorFoiEmbora(hr)) << std::hex << hr;
-    EXPECT_FALSE(cliente.EstaConectado());
-    EsqueceServidorMorto();
-    CXVDadosCR_IntegracaoMiddleware lida;
-    EXPECT_EQ(cliente.LeIntegracao(regDmc, 7, &lida), S_OK);  // connects again by itself
-    EXPECT_EQ(lida.sRegistroJSON, "{\"antes\":1}");
-    EXPECT_TRUE(cliente.EstaConectado());
-}
-
-TEST(Processos, FimPedidoFechaLojasComClientesConectados) {
-    const std::string sEmpresa = NovaEmpresa();
-    XVCliente::CXVCliente cliente;
-    ASSERT_EQ(cliente.Conecta({.sEmpresa = sEmpresa}), S_OK);
-    REG_XVDMC regDmc;
-    ASSERT_EQ(cliente.GravaIntegracao(&regDmc, IntegracaoPendente("{}")), S_OK);
-    XVProcessos::PedeFimAosServidores();
-    EXPECT_TRUE(XVProcessos::EsperaServidores(0, 10000));
-    CXVDadosCR_IntegracaoMiddleware lida;
-    EXPECT_EQ(cliente.LeIntegracao(regDmc, 7, &lida), S_OK);  // a new server
-    EXPECT_EQ(lida.sRegistroJSON, "{}");
+    for (const bool bMata : {false, true}) {
+        REG_XVDMC regDmc;
+        ASSERT_EQ(cliente.GravaIntegracao(&regDmc, IntegracaoPendente("{\"antes\":1}")), S_OK);
+        bMata ? XVServidores::Mata() : XVServidores::PedeFim();
+        EXPECT_TRUE(XVServidores::Espera(0));
+        REG_XVDMC regPerdida;
+        const HRESULT hr = cliente.GravaIntegracao(&regPerdida, IntegracaoPendente("{}"));
+        EXPECT_TRUE(XVCliente::ServidorFoiEmbora(hr)) << std::hex << hr;
+        EXPECT_FALSE(cliente.EstaConectado());
+        if (bMata) EsqueceServidorMorto();
+        CXVDadosCR_IntegracaoMiddleware lida;
+        EXPECT_EQ(cliente.LeIntegracao(regDmc, 7, &lida), S_OK);
+        EXPECT_EQ(lida.sRegistroJSON, "{\"antes\":1}");
+    }
 }

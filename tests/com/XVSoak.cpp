@@ -9,7 +9,7 @@
 
 #include "client/XVCliente.h"
 #include "tests/com/XVAmbienteCom.h"
-#include "tests/com/XVProcesso.h"
+#include "tests/com/XVServidores.h"
 
 namespace {
 
@@ -18,7 +18,7 @@ constexpr std::size_t k_uiMemoriaPorIntegracao = 1024;
 constexpr std::size_t k_uiFolga = std::size_t{3} << 19;  // of the allocator; 30 bytes a call would exceed it
 
 std::size_t MemoriaServidor() {
-    const auto lista = XVProcessos::Servidores();
+    const auto lista = XVServidores::Lista();
     if (lista.empty()) return 0;
     const HANDLE hProcesso = ::OpenProcess(PROCESS_QUERY_INFORMATION | PROCESS_VM_READ, FALSE, lista.front());
     PROCESS_MEMORY_COUNTERS contadores{};
@@ -58,30 +58,24 @@ int Executa(int iChamadas) {
     XVCliente::CXVCliente cliente;
     HRESULT hr = cliente.Conecta({.sEmpresa = "SOAK", .usUsuario = 7});
     const int iPassos = iChamadas / 10;
-    std::size_t uiMeio = 0;
-    int iMeio = 0;
+    std::size_t uiPermitido = 0;
     int iIntegracoes = 0;
     REG_XVDMC regDmc;
     for (int i = 0; i < iPassos && hr >= 0; ++i) {
+        const int iAntes = iIntegracoes;
         hr = Passo(cliente, i, &regDmc, &iIntegracoes);
-        if (i % (iPassos / 10 + 1) == 0)
+        uiPermitido += static_cast<std::size_t>(iIntegracoes - iAntes) * k_uiMemoriaPorIntegracao;
+        if (i % (iPassos / 10 + 1) == 0 || i + 1 == iPassos)
             std::printf("%8d calls  %8zu KB  %6d integrations\n", i * 10, MemoriaServidor() / 1024,
                         iIntegracoes);
-        if (i == iPassos / 2) {
-            uiMeio = MemoriaServidor();
-            iMeio = iIntegracoes;
-        }
+        if (i == iPassos / 2) uiPermitido = MemoriaServidor() + k_uiFolga;
     }
-    const std::size_t uiFim = MemoriaServidor();
-    std::printf("%8d calls  %8zu KB  %6d integrations\n", iPassos * 10, uiFim / 1024, iIntegracoes);
-    if (hr < 0) {
+    const bool bCresceu = MemoriaServidor() > uiPermitido;
+    if (hr < 0)
         std::printf("failed: 0x%08lX\n", static_cast<unsigned long>(hr));
-        return 1;
-    }
-    const auto uiPermitido =
-        uiMeio + static_cast<std::size_t>(iIntegracoes - iMeio) * k_uiMemoriaPorIntegracao + k_uiFolga;
-    std::printf(uiFim <= uiPermitido ? "level\n" : "memory grew\n");
-    return uiFim <= uiPermitido ? 0 : 1;
+    else
+        std::printf(bCresceu ? "memory grew\n" : "level\n");
+    return hr < 0 || bCresceu ? 1 : 0;
 }
 
 }  // namespace

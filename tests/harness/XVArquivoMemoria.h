@@ -1,6 +1,8 @@
-// Contents, openings and marks of the file system in memory.
+// What the file system in memory is made of: contents with their openings, and the disk that holds them.
 #pragma once
 
+#include <algorithm>
+#include <cstring>
 #include <list>
 #include <map>
 #include <memory>
@@ -9,6 +11,7 @@
 #include <set>
 #include <string>
 
+#include "platform/XVMascara.h"
 #include "platform/XVSistemaArquivos.h"
 
 struct SConteudo {
@@ -16,13 +19,25 @@ struct SConteudo {
     bool bSomenteLeitura = false;
     std::list<SAberturaArquivo> listaAberturas;
 
+    static bool Permite(ECompartilhamentoArquivo eCompartilhamento, EAcessoArquivo eAcesso) {
+        return eCompartilhamento == ECompartilhamentoArquivo::eNegaNada ||
+               (eCompartilhamento == ECompartilhamentoArquivo::eNegaEscrita &&
+                eAcesso == EAcessoArquivo::eLeitura);
+    }
     // Whether every opening allows this one and this one allows every opening.
-    bool PodeAbrir(const SAberturaArquivo& rNova) const;
+    bool PodeAbrir(const SAberturaArquivo& rNova) const {
+        return std::ranges::all_of(listaAberturas, [&](const SAberturaArquivo& rOutra) {
+            return Permite(rOutra.eCompartilhamento, rNova.eAcesso) &&
+                   Permite(rNova.eCompartilhamento, rOutra.eAcesso);
+        });
+    }
 };
 
 // Names that differ only in the case of A-Z are one.
 struct SSemCaixa {
-    bool operator()(const std::string& s1, const std::string& s2) const;
+    bool operator()(const std::string& s1, const std::string& s2) const {
+        return std::ranges::lexicographical_compare(s1, s2, {}, XVMascara::Minuscula, XVMascara::Minuscula);
+    }
 };
 
 // What all files of one file system share; the mutex guards everything in it.
@@ -32,27 +47,78 @@ struct SDiscoMemoria {
     std::set<std::string, SSemCaixa> conjuntoMarcas;
     std::optional<XVUInt64> uiLimite;  // bytes of all contents
 
-    XVUInt64 Livres() const;
+    // How long a content may become.
+    XVUInt64 Maximo(const SConteudo& rConteudo) const {
+        if (!uiLimite) return ~XVUInt64{0};
+        XVUInt64 uiLivres = *uiLimite;
+        for (const auto& [sCaminho, pConteudo] : mapaEntradas)
+            uiLivres -= pConteudo ? std::min<XVUInt64>(uiLivres, pConteudo->sBytes.size()) : 0;
+        return rConteudo.sBytes.size() + uiLivres;
+    }
 };
 
 class CXVArquivoMemoria final : public IXVArquivo {
   public:
     // The disk's mutex is held by the caller.
     CXVArquivoMemoria(std::shared_ptr<SDiscoMemoria> pDisco, std::shared_ptr<SConteudo> pConteudo,
-                      const SAberturaArquivo& rAbertura);
-    ~CXVArquivoMemoria() override;
+                      const SAberturaArquivo& rAbertura)
+        : m_pDisco(std::move(pDisco)),
+          m_pConteudo(std::move(pConteudo)),
+          m_eAcesso(rAbertura.eAcesso),
+          m_itAbertura(m_pConteudo->listaAberturas.insert(m_pConteudo->listaAberturas.end(), rAbertura)) {}
+    ~CXVArquivoMemoria() override {
+        const std::lock_guard trava(m_pDisco->mutex);
+        m_pConteudo->listaAberturas.erase(m_itAbertura);
+    }
     CXVArquivoMemoria(const CXVArquivoMemoria&) = delete;
     CXVArquivoMemoria& operator=(const CXVArquivoMemoria&) = delete;
 
-    CXVErroArquivo Le(XVUInt64 uiOffset, void* pDados, std::size_t uiTamanho) override;
-    CXVErroArquivo Grava(XVUInt64 uiOffset, const void* pDados, std::size_t uiTamanho) override;
-    CXVErroArquivo GetTamanho(XVUInt64& uiTamanho) override;
-    CXVErroArquivo SetTamanho(XVUInt64 uiTamanho) override;
+    CXVErroArquivo Le(XVUInt64 uiOffset, void* pDados, std::size_t uiTamanho) override {
+        if (m_eAcesso == EAcessoArquivo::eAnexacao) return {ECausaArquivo::eAcessoNegado, 0};
+        if (!Alcanca(uiOffset, 0)) return {ECausaArquivo::ePosicionamentoInvalido, 0};
+        const std::lock_guard trava(m_pDisco->mutex);
+        const std::string& sBytes = m_pConteudo->sBytes;
+        if (uiTamanho == 0) return {};
+        if (uiOffset > sBytes.size() || uiTamanho > sBytes.size() - uiOffset)
+            return {ECausaArquivo::eFimDeArquivo, 0};
+        std::memcpy(pDados, sBytes.data() + uiOffset, uiTamanho);
+        return {};
+    }
+    CXVErroArquivo Grava(XVUInt64 uiOffset, const void* pDados, std::size_t uiTamanho) override {
+        if (m_eAcesso == EAcessoArquivo::eLeitura) return {ECausaArquivo::eAcessoNegado, 0};
+        const std::lock_guard trava(m_pDisco->mutex);
+        std::string& sBytes = m_pConteudo->sBytes;
+        if (m_eAcesso == EAcessoArquivo::eAnexacao) uiOffset = sBytes.size();
+        if (!Alcanca(uiOffset, uiTamanho)) return {ECausaArquivo::ePosicionamentoInvalido, 0};
+        if (uiTamanho == 0) return {};
+        // A full disk takes what has room.
+        const XVUInt64 uiFim = std::min(m_pDisco->Maximo(*m_pConteudo), uiOffset + uiTamanho);
+        if (sBytes.size() < uiFim) sBytes.resize(static_cast<std::size_t>(uiFim));
+        if (uiOffset < uiFim)
+            std::memcpy(sBytes.data() + uiOffset, pDados, static_cast<std::size_t>(uiFim - uiOffset));
+        return uiFim == uiOffset + uiTamanho ? CXVErroArquivo()
+                                             : CXVErroArquivo(ECausaArquivo::eDiscoCheio, 0);
+    }
+    CXVErroArquivo GetTamanho(XVUInt64& uiTamanho) override {
+        const std::lock_guard trava(m_pDisco->mutex);
+        uiTamanho = m_pConteudo->sBytes.size();
+        return {};
+    }
+    CXVErroArquivo SetTamanho(XVUInt64 uiTamanho) override {
+        if (m_eAcesso != EAcessoArquivo::eLeituraEscrita) return {ECausaArquivo::eAcessoNegado, 0};
+        if (!Alcanca(uiTamanho, 0)) return {ECausaArquivo::ePosicionamentoInvalido, 0};
+        const std::lock_guard trava(m_pDisco->mutex);
+        if (uiTamanho > m_pDisco->Maximo(*m_pConteudo)) return {ECausaArquivo::eDiscoCheio, 0};
+        m_pConteudo->sBytes.resize(static_cast<std::size_t>(uiTamanho));
+        return {};
+    }
     CXVErroArquivo Sincroniza() override { return {}; }
 
   private:
-    // Grows or shrinks as far as the space allows; false when that was not as far as asked.
-    bool Redimensiona(XVUInt64 uiTamanho);
+    static bool Alcanca(XVUInt64 uiOffset, std::size_t uiTamanho) {
+        constexpr XVUInt64 k_uiTamanhoMaximo = XVUInt64{1} << 30;  // a longer file is a mistake of the test
+        return uiOffset <= k_uiTamanhoMaximo && uiTamanho <= k_uiTamanhoMaximo - uiOffset;
+    }
 
     std::shared_ptr<SDiscoMemoria> m_pDisco;
     std::shared_ptr<SConteudo> m_pConteudo;

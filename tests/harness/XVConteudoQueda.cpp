@@ -1,13 +1,15 @@
 #include "tests/harness/XVConteudoQueda.h"
 
 #include <algorithm>
+#include <map>
 
-void CXVConteudoQueda::Grava(std::size_t uiOffset, const void* pDados, std::size_t uiTamanho) {
-    if (uiTamanho == 0) return;
-    SAlteracao alteracao{uiOffset, std::string(static_cast<const char*>(pDados), uiTamanho), 0};
-    Aplica(alteracao, 0, uiTamanho, m_sAtual);
-    alteracao.uiTamanhoDepois = m_sAtual.size();
-    m_listaPendentes.push_back(std::move(alteracao));
+void CXVConteudoQueda::Grava(XVUInt64 uiOffset, std::string_view sBytes) {
+    if (sBytes.empty()) return;
+    const std::size_t uiInicio =
+        uiOffset == SOperacaoArquivo::k_uiNoFim ? m_sAtual.size() : static_cast<std::size_t>(uiOffset);
+    m_sAtual.resize(std::max(m_sAtual.size(), uiInicio + sBytes.size()));
+    m_sAtual.replace(uiInicio, sBytes.size(), sBytes);
+    m_listaPendentes.push_back({uiInicio, std::string(sBytes), m_sAtual.size()});
 }
 
 void CXVConteudoQueda::SetTamanho(std::size_t uiTamanho) {
@@ -20,32 +22,8 @@ void CXVConteudoQueda::Sincroniza() {
     m_listaPendentes.clear();
 }
 
-// The bytes uiDe to uiAte of a write; a new length takes away what lay beyond it.
-void CXVConteudoQueda::Aplica(const SAlteracao& rAlteracao, std::size_t uiDe, std::size_t uiAte,
-                              std::string& rDestino) {
-    if (rAlteracao.sBytes.empty()) {
-        rDestino.resize(rAlteracao.uiOffset);
-        return;
-    }
-    rDestino.resize(std::max(rDestino.size(), rAlteracao.uiOffset + uiAte));
-    rDestino.replace(rAlteracao.uiOffset + uiDe, uiAte - uiDe, rAlteracao.sBytes, uiDe, uiAte - uiDe);
-}
-
-// The parts of a write that fnChega lets reach the device; a shorter length takes away whole sectors alike.
-template <class TChega>
-void CXVConteudoQueda::AplicaPorSetor(const SAlteracao& rAlteracao, std::string& rDestino, TChega fnChega) {
-    const bool bTamanho = rAlteracao.sBytes.empty();
-    const std::size_t uiFim = bTamanho ? rDestino.size() : rAlteracao.uiOffset + rAlteracao.sBytes.size();
-    for (std::size_t ui = rAlteracao.uiOffset; ui < uiFim;) {
-        const std::size_t uiProximo = std::min(uiFim, (ui / k_uiSetor + 1) * k_uiSetor);
-        if (fnChega(ui)) {
-            if (bTamanho)
-                rDestino.replace(ui, uiProximo - ui, uiProximo - ui, '\0');
-            else
-                Aplica(rAlteracao, ui - rAlteracao.uiOffset, uiProximo - rAlteracao.uiOffset, rDestino);
-        }
-        ui = uiProximo;
-    }
+std::size_t CXVConteudoQueda::Tamanho(std::size_t uiAlteracoes) const {
+    return uiAlteracoes == 0 ? m_sNoDispositivo.size() : m_listaPendentes[uiAlteracoes - 1].uiTamanhoDepois;
 }
 
 std::string CXVConteudoQueda::Sobrevive(CXVSorteio& rSorteio) const {
@@ -66,55 +44,60 @@ std::string CXVConteudoQueda::Sobrevive(CXVSorteio& rSorteio) const {
     }
 }
 
+// The sectors of each change that fnChega(change, offset) lets reach the device; those behind a shorter
+// length become zeros. The file ends up uiTamanho bytes long.
+template <class TChega>
+std::string CXVConteudoQueda::Aplica(TChega fnChega, std::size_t uiTamanho) const {
+    std::string sBytes = m_sNoDispositivo;
+    for (std::size_t i = 0; i < m_listaPendentes.size(); ++i) {
+        const auto& [uiInicio, sNovos, uiDepois] = m_listaPendentes[i];
+        const std::size_t uiFim = sNovos.empty() ? sBytes.size() : uiInicio + sNovos.size();
+        for (std::size_t ui = uiInicio, uiProximo = 0; ui < uiFim; ui = uiProximo) {
+            uiProximo = std::min(uiFim, (ui / k_uiSetor + 1) * k_uiSetor);
+            if (!fnChega(i, ui)) continue;
+            sBytes.resize(std::max(sBytes.size(), uiProximo));
+            if (sNovos.empty())
+                sBytes.replace(ui, uiProximo - ui, uiProximo - ui, '\0');
+            else
+                sBytes.replace(ui, uiProximo - ui, sNovos, ui - uiInicio, uiProximo - ui);
+        }
+    }
+    sBytes.resize(uiTamanho);
+    return sBytes;
+}
+
 // The first ones, the last of them cut short.
 std::string CXVConteudoQueda::EmOrdem(CXVSorteio& rSorteio) const {
-    std::string sBytes = m_sNoDispositivo;
-    const std::size_t uiQuantidade = rSorteio.Ate(m_listaPendentes.size() + 1);
-    for (std::size_t i = 0; i < uiQuantidade; ++i) {
-        const SAlteracao& rAlteracao = m_listaPendentes[i];
-        std::size_t uiAte = rAlteracao.sBytes.size();
-        if (i + 1 == uiQuantidade && uiAte > 0 && rSorteio.Acontece(1, 2)) {
-            const std::size_t uiSetores =
-                (rAlteracao.uiOffset + uiAte) / k_uiSetor - rAlteracao.uiOffset / k_uiSetor;
-            const std::size_t uiFim =
-                (rAlteracao.uiOffset / k_uiSetor + rSorteio.Ate(uiSetores + 1)) * k_uiSetor;
-            if (uiFim <= rAlteracao.uiOffset) continue;
-            uiAte = std::min(uiAte, uiFim - rAlteracao.uiOffset);
-        }
-        Aplica(rAlteracao, 0, uiAte, sBytes);
-    }
-    return sBytes;
+    const std::size_t uiUltima = rSorteio.Ate(m_listaPendentes.size());
+    const std::size_t uiSetores = m_listaPendentes[uiUltima].sBytes.size() / k_uiSetor + 2;
+    const std::size_t uiCorte =
+        rSorteio.Acontece(1, 2)
+            ? std::string::npos
+            : (m_listaPendentes[uiUltima].uiOffset / k_uiSetor + rSorteio.Ate(uiSetores)) * k_uiSetor;
+    return Aplica([&](std::size_t i,
+                      std::size_t uiOffset) { return i < uiUltima || (i == uiUltima && uiOffset < uiCorte); },
+                  std::min(Tamanho(uiUltima + 1), std::max(Tamanho(uiUltima), uiCorte)));
 }
 
 // Each sector as it stood at a moment of its own, and the length at another.
 std::string CXVConteudoQueda::PorSetor(CXVSorteio& rSorteio) const {
-    std::vector<std::size_t> listaMomentos;  // by sector: the changes that it has seen
-    const auto viu = [&](std::size_t uiOffset, std::size_t uiAlteracao) {
-        while (listaMomentos.size() <= uiOffset / k_uiSetor)
-            listaMomentos.push_back(rSorteio.Ate(m_listaPendentes.size() + 1));
-        return listaMomentos[uiOffset / k_uiSetor] > uiAlteracao;
-    };
-    std::string sBytes = m_sNoDispositivo;
-    for (std::size_t i = 0; i < m_listaPendentes.size(); ++i)
-        AplicaPorSetor(m_listaPendentes[i], sBytes, [&](std::size_t uiOffset) { return viu(uiOffset, i); });
-    sBytes.resize(TamanhoSorteado(rSorteio));
-    return sBytes;
+    const std::size_t uiMomentos = m_listaPendentes.size() + 1;
+    std::map<std::size_t, std::size_t> mapaMomentos;  // by sector: the changes that it has seen
+    return Aplica(
+        [&](std::size_t i, std::size_t uiOffset) {
+            const auto it = mapaMomentos.try_emplace(uiOffset / k_uiSetor, rSorteio.Ate(uiMomentos)).first;
+            return it->second > i;
+        },
+        Tamanho(rSorteio.Ate(uiMomentos)));
 }
 
 // Some writes and some sectors of them; the length is that of any moment.
 std::string CXVConteudoQueda::Subconjunto(CXVSorteio& rSorteio) const {
-    std::string sBytes = m_sNoDispositivo;
-    for (const SAlteracao& rAlteracao : m_listaPendentes) {
-        if (rSorteio.Acontece(1, 2)) continue;
-        const bool bRasgada = rSorteio.Acontece(1, 2);
-        AplicaPorSetor(rAlteracao, sBytes,
-                       [&](std::size_t /*uiOffset*/) { return !bRasgada || rSorteio.Acontece(1, 2); });
-    }
-    sBytes.resize(TamanhoSorteado(rSorteio));
-    return sBytes;
-}
-
-std::size_t CXVConteudoQueda::TamanhoSorteado(CXVSorteio& rSorteio) const {
-    const std::size_t uiMomento = rSorteio.Ate(m_listaPendentes.size() + 1);
-    return uiMomento == 0 ? m_sNoDispositivo.size() : m_listaPendentes[uiMomento - 1].uiTamanhoDepois;
+    std::vector<std::size_t> listaSortes;  // 0: whole, 1: torn, otherwise lost
+    for (std::size_t i = 0; i < m_listaPendentes.size(); ++i) listaSortes.push_back(rSorteio.Ate(4));
+    return Aplica(
+        [&](std::size_t i, std::size_t /*uiOffset*/) {
+            return listaSortes[i] == 0 || (listaSortes[i] == 1 && rSorteio.Acontece(1, 2));
+        },
+        Tamanho(rSorteio.Ate(m_listaPendentes.size() + 1)));
 }

@@ -2,8 +2,10 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
+#include "tests/harness/XVSistemaArquivosEnvolto.h"
 #include "tests/harness/XVSorteio.h"
 
 class CXVConteudoQueda {
@@ -11,11 +13,10 @@ class CXVConteudoQueda {
     explicit CXVConteudoQueda(std::string sNoDispositivo = {})
         : m_sNoDispositivo(sNoDispositivo), m_sAtual(std::move(sNoDispositivo)) {}
 
-    void Grava(std::size_t uiOffset, const void* pDados, std::size_t uiTamanho);
+    void Grava(XVUInt64 uiOffset, std::string_view sBytes);
     void SetTamanho(std::size_t uiTamanho);
     void Sincroniza();
 
-    const std::string& GetAtual() const { return m_sAtual; }
     // One of the contents that a power failure may leave.
     std::string Sobrevive(CXVSorteio& rSorteio) const;
 
@@ -29,14 +30,13 @@ class CXVConteudoQueda {
         std::size_t uiTamanhoDepois = 0;  // of the file
     };
 
-    static void Aplica(const SAlteracao& rAlteracao, std::size_t uiDe, std::size_t uiAte,
-                       std::string& rDestino);
     template <class TChega>
-    static void AplicaPorSetor(const SAlteracao& rAlteracao, std::string& rDestino, TChega fnChega);
+    std::string Aplica(TChega fnChega, std::size_t uiTamanho) const;
     std::string EmOrdem(CXVSorteio& rSorteio) const;
     std::string PorSetor(CXVSorteio& rSorteio) const;
     std::string Subconjunto(CXVSorteio& rSorteio) const;
-    std::size_t TamanhoSorteado(CXVSorteio& rSorteio) const;
+    // The length after that many of the changes.
+    std::size_t Tamanho(std::size_t uiAlteracoes) const;
 
     std::string m_sNoDispositivo;
     std::string m_sAtual;

@@ -24,7 +24,12 @@ class CXVProcessoFilho {
     CXVProcessoFilho& operator=(const CXVProcessoFilho&) = delete;
 
     // Waits for one line of its output (without the line end); empty when it has ended.
-    std::string LeLinha();
+    std::string LeLinha() {
+        std::string sLinha;
+        for (char c = 0; LeByte(c) && c != '\n';)
+            if (c != '\r') sLinha += c;
+        return sLinha;
+    }
     void FechaEntrada();  // the program sees the end of its input
     void Mata();          // at once, without any clean-up of its own; returns after its end
     int EsperaFim();      // exit code; -1 when it was killed
@@ -32,11 +37,10 @@ class CXVProcessoFilho {
   private:
     struct SSistema;
 
-    // The next piece of the output; empty at its end.
-    std::string LePedaco();
+    // The next byte of the output; false at its end.
+    bool LeByte(char& rcByte);
 
     std::unique_ptr<SSistema> m_pSistema;
-    std::string m_sPendente;
 };
 
 // A program that is built into the same folder as the running one, by its name without extension.

@@ -4,6 +4,7 @@
 
 #include <memory>
 #include <string>
+#include <string_view>
 #include <utility>
 
 #include "platform/XVSistemaArquivos.h"
@@ -25,10 +26,14 @@ enum class EOperacaoArquivo : std::uint8_t {
 };
 
 struct SOperacaoArquivo {
+    static constexpr XVUInt64 k_uiNoFim = ~XVUInt64{0};
+
     EOperacaoArquivo eOperacao;
     const std::string& sCaminho;  // of a move: where it goes
-    bool bAltera = false;  // can change something: openings that may create, writes, lengths, deletions,
-                           // moves, directories, marks
+    bool bAltera = false;   // can change something: openings that may create, writes, lengths, deletions,
+                            // moves, directories, marks
+    XVUInt64 uiOffset = 0;  // of a write (k_uiNoFim: appended), or the new length
+    std::string_view sDados = {};  // what a write writes, or where a move comes from
 };
 
 // What an opened file or a mark holds of the file system beneath; the watcher may let it go earlier.
@@ -83,37 +88,46 @@ class TXVMarcaEnvolta final : public IXVMarcaDiretorio, private TXVAberto<TVigia
 template <class TVigia>
 class TXVArquivoEnvolto final : public IXVArquivo, private TXVAberto<TVigia> {
   public:
-    TXVArquivoEnvolto(std::shared_ptr<TVigia> pVigia, SAberto aberto, std::string sCaminho)
-        : TXVAberto<TVigia>(std::move(pVigia), std::move(aberto)), m_sCaminho(std::move(sCaminho)) {}
+    TXVArquivoEnvolto(std::shared_ptr<TVigia> pVigia, SAberto aberto, std::string sCaminho, bool bAnexacao)
+        : TXVAberto<TVigia>(std::move(pVigia), std::move(aberto)),
+          m_sCaminho(std::move(sCaminho)),
+          m_bAnexacao(bAnexacao) {}
 
     CXVErroArquivo Le(XVUInt64 uiOffset, void* pDados, std::size_t uiTamanho) override {
-        return Opera(EOperacaoArquivo::eLe, false, [&] { return Interno().Le(uiOffset, pDados, uiTamanho); });
+        return Opera(EOperacaoArquivo::eLe, [&] { return Interno().Le(uiOffset, pDados, uiTamanho); });
     }
     CXVErroArquivo Grava(XVUInt64 uiOffset, const void* pDados, std::size_t uiTamanho) override {
         return this->m_pVigia->Opera(
-            {EOperacaoArquivo::eGrava, m_sCaminho, true},
+            {EOperacaoArquivo::eGrava,
+             m_sCaminho,
+             true,
+             m_bAnexacao ? SOperacaoArquivo::k_uiNoFim : uiOffset,
+             {static_cast<const char*>(pDados), uiTamanho}},
             [&] { return Interno().Grava(uiOffset, pDados, uiTamanho); },
             [&] { Interno().Grava(uiOffset, pDados, uiTamanho / 2).Ignora(); });
     }
     CXVErroArquivo GetTamanho(XVUInt64& uiTamanho) override {
         uiTamanho = 0;
-        return Opera(EOperacaoArquivo::eGetTamanho, false, [&] { return Interno().GetTamanho(uiTamanho); });
+        return Opera(EOperacaoArquivo::eGetTamanho, [&] { return Interno().GetTamanho(uiTamanho); });
     }
     CXVErroArquivo SetTamanho(XVUInt64 uiTamanho) override {
-        return Opera(EOperacaoArquivo::eSetTamanho, true, [&] { return Interno().SetTamanho(uiTamanho); });
+        return this->m_pVigia->Opera(
+            {EOperacaoArquivo::eSetTamanho, m_sCaminho, true, uiTamanho},
+            [&] { return Interno().SetTamanho(uiTamanho); }, [] {});
     }
     CXVErroArquivo Sincroniza() override {
-        return Opera(EOperacaoArquivo::eSincroniza, false, [&] { return Interno().Sincroniza(); });
+        return Opera(EOperacaoArquivo::eSincroniza, [&] { return Interno().Sincroniza(); });
     }
 
   private:
     IXVArquivo& Interno() { return *this->m_pAberto->pArquivo; }
     template <class TFaz>
-    CXVErroArquivo Opera(EOperacaoArquivo eOperacao, bool bAltera, TFaz fnFaz) {
-        return this->m_pVigia->Opera({eOperacao, m_sCaminho, bAltera}, fnFaz, [] {});
+    CXVErroArquivo Opera(EOperacaoArquivo eOperacao, TFaz fnFaz) {
+        return this->m_pVigia->Opera({eOperacao, m_sCaminho}, fnFaz, [] {});
     }
 
     std::string m_sCaminho;
+    bool m_bAnexacao;
 };
 
 template <class TVigia>
@@ -131,7 +145,8 @@ class TXVSistemaArquivosEnvolto : public IXVSistemaArquivos {
             SAberto aberto;
             const CXVErroArquivo erro = m_rInterno.Abre(sCaminho, rAbertura, aberto.pArquivo);
             if (erro.Ok())
-                pArquivo = std::make_unique<TXVArquivoEnvolto<TVigia>>(m_pVigia, std::move(aberto), sCaminho);
+                pArquivo = std::make_unique<TXVArquivoEnvolto<TVigia>>(
+                    m_pVigia, std::move(aberto), sCaminho, rAbertura.eAcesso == EAcessoArquivo::eAnexacao);
             return erro;
         });
     }
@@ -150,8 +165,9 @@ class TXVSistemaArquivosEnvolto : public IXVSistemaArquivos {
         return Opera(EOperacaoArquivo::eApaga, sCaminho, true, [&] { return m_rInterno.Apaga(sCaminho); });
     }
     CXVErroArquivo Substitui(const std::string& sOrigem, const std::string& sDestino) override {
-        return Opera(EOperacaoArquivo::eSubstitui, sDestino, true,
-                     [&] { return m_rInterno.Substitui(sOrigem, sDestino); });
+        return m_pVigia->Opera(
+            {EOperacaoArquivo::eSubstitui, sDestino, true, 0, sOrigem},
+            [&] { return m_rInterno.Substitui(sOrigem, sDestino); }, [] {});
     }
     CXVErroArquivo Lista(const std::string& sDiretorio, const std::string& sMascara,
                          std::vector<std::string>& listaNomes) override {

@@ -6,6 +6,7 @@
 #include <array>
 #include <functional>
 #include <mutex>
+#include <numeric>
 #include <optional>
 
 #include "tests/harness/XVSistemaArquivosEnvolto.h"
@@ -19,6 +20,10 @@ struct SFalhaArquivo {
     ECausaArquivo eCausa = ECausaArquivo::eErroFisico;
     XVUInt ulErroSistema = 0;
     bool bGravaMetade = false;  // a failing write has written the first half of its bytes
+
+    bool EhDaEspecie(EOperacaoArquivo e) const {
+        return eOperacao ? *eOperacao == e : e != EOperacaoArquivo::eConsulta;
+    }
 };
 
 // Counts and decides; shared by the file system and the files it opened.
@@ -26,12 +31,30 @@ class CXVPlanoFalhas {
   public:
     using TFiltro = std::function<bool(const std::string& sCaminho)>;
 
-    void Programa(const SFalhaArquivo& rFalha);
-    void Limpa();
-    void SetFiltro(TFiltro fnFiltro);
-    XVUInt64 GetQuantidade(EOperacaoArquivo eOperacao) const;
-    XVUInt64 GetQuantidadeTotal() const;
-    XVUInt64 GetFalhasOcorridas() const;
+    void Programa(std::optional<SFalhaArquivo> falha) {
+        const std::lock_guard trava(m_mutex);
+        m_falha = falha;
+        m_aQuantidades.fill(0);
+        m_uiVistas = 0;
+        m_uiFalhas = 0;
+    }
+    void SetFiltro(TFiltro fnFiltro) {
+        const std::lock_guard trava(m_mutex);
+        m_fnFiltro = std::move(fnFiltro);
+    }
+    XVUInt64 GetQuantidade(EOperacaoArquivo eOperacao) const {
+        const std::lock_guard trava(m_mutex);
+        return m_aQuantidades[static_cast<std::size_t>(eOperacao)];
+    }
+    XVUInt64 GetQuantidadeTotal() const {
+        const std::lock_guard trava(m_mutex);
+        const auto itConsulta = m_aQuantidades.begin() + static_cast<int>(EOperacaoArquivo::eConsulta);
+        return std::accumulate(m_aQuantidades.begin(), itConsulta, XVUInt64{0});
+    }
+    XVUInt64 GetFalhasOcorridas() const {
+        const std::lock_guard trava(m_mutex);
+        return m_uiFalhas;
+    }
 
     template <class TFaz, class TMetade>
     CXVErroArquivo Opera(const SOperacaoArquivo& rOperacao, TFaz fnFaz, TMetade fnMetade) {
@@ -46,7 +69,18 @@ class CXVPlanoFalhas {
 
   private:
     // Counts one operation; the fault it meets, or nothing.
-    std::optional<SFalhaArquivo> Registra(const SOperacaoArquivo& rOperacao);
+    std::optional<SFalhaArquivo> Registra(const SOperacaoArquivo& rOperacao) {
+        const std::lock_guard trava(m_mutex);
+        if (m_fnFiltro && !m_fnFiltro(rOperacao.sCaminho)) return std::nullopt;
+        const EOperacaoArquivo eOperacao = rOperacao.eOperacao;
+        ++m_aQuantidades[static_cast<std::size_t>(eOperacao)];
+        if (!m_falha || !m_falha->EhDaEspecie(eOperacao)) return std::nullopt;
+        ++m_uiVistas;
+        if (m_uiVistas != m_falha->uiNumero && (!m_falha->bPermanente || m_uiVistas < m_falha->uiNumero))
+            return std::nullopt;
+        ++m_uiFalhas;
+        return m_falha;
+    }
 
     mutable std::mutex m_mutex;
     std::array<XVUInt64, static_cast<std::size_t>(EOperacaoArquivo::eQuantidade)> m_aQuantidades{};
@@ -63,7 +97,7 @@ class CXVSistemaArquivosFalhas final : public TXVSistemaArquivosEnvolto<CXVPlano
     // Sets one fault up, in place of the one before, and starts all counts at zero.
     void Programa(const SFalhaArquivo& rFalha) { m_pVigia->Programa(rFalha); }
     // No fault; counts at zero.
-    void Limpa() { m_pVigia->Limpa(); }
+    void Limpa() { m_pVigia->Programa(std::nullopt); }
     // Operations on a path for which fnFiltro is false are neither counted nor failed.
     void SetFiltro(CXVPlanoFalhas::TFiltro fnFiltro) { m_pVigia->SetFiltro(std::move(fnFiltro)); }
     XVUInt64 GetQuantidade(EOperacaoArquivo eOperacao) const { return m_pVigia->GetQuantidade(eOperacao); }

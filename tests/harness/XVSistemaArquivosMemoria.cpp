@@ -20,9 +20,7 @@ std::string Normaliza(std::string_view sCaminho) {
     while (!sCaminho.empty()) {
         const std::size_t uiFim = std::min(sCaminho.find_first_of(k_sSeparadores), sCaminho.size());
         const std::string_view sParte = sCaminho.substr(0, uiFim);
-        if (!sParte.empty() && sParte != ".") {
-            sNormal.append(1, '/').append(sParte);
-        }
+        if (!sParte.empty() && sParte != ".") sNormal.append(1, '/').append(sParte);
         sCaminho.remove_prefix(std::min(uiFim + 1, sCaminho.size()));
     }
     return sNormal;
@@ -41,6 +39,9 @@ struct CXVSistemaArquivosMemoria::SEstado : SDiscoMemoria {
     struct SLugar {
         std::string sNormal;
         std::shared_ptr<SConteudo> pConteudo;
+
+        bool EstaAberto() const { return pConteudo && !pConteudo->listaAberturas.empty(); }
+        bool EhSomenteLeitura() const { return pConteudo && pConteudo->bSomenteLeitura; }
     };
 
     // Null for a directory as well as for nothing.
@@ -58,17 +59,12 @@ struct CXVSistemaArquivosMemoria::SEstado : SDiscoMemoria {
     }
     // The file that a path names.
     CXVErroArquivo Localiza(const std::string& sCaminho, SLugar& rLugar) const {
-        if (!XVCaminho::PodeNomearArquivo(sCaminho, k_sSeparadores)) {
+        if (!XVCaminho::PodeNomearArquivo(sCaminho, k_sSeparadores))
             return Erro(ECausaArquivo::eCaminhoInvalido);
-        }
         rLugar.sNormal = Normaliza(sCaminho);
         rLugar.pConteudo = Conteudo(rLugar.sNormal);
-        if (EhDiretorio(rLugar.sNormal)) {
-            return Erro(ECausaArquivo::eAcessoNegado);
-        }
-        if (rLugar.pConteudo) {
-            return {};
-        }
+        if (EhDiretorio(rLugar.sNormal)) return Erro(ECausaArquivo::eAcessoNegado);
+        if (rLugar.pConteudo) return {};
         return Erro(EhDiretorio(DiretorioDe(rLugar.sNormal)) ? ECausaArquivo::eArquivoNaoEncontrado
                                                              : ECausaArquivo::eCaminhoInvalido);
     }
@@ -84,17 +80,13 @@ CXVErroArquivo CXVSistemaArquivosMemoria::Abre(const std::string& sCaminho, cons
     SEstado::SLugar lugar;
     const CXVErroArquivo erro = m_pEstado->Localiza(sCaminho, lugar);
     if (erro.GetCausa() == ECausaArquivo::eArquivoNaoEncontrado &&
-        rAbertura.eCriacao == ECriacaoArquivo::eCriaSeAusente) {
+        rAbertura.eCriacao == ECriacaoArquivo::eCriaSeAusente)
         lugar.pConteudo = m_pEstado->mapaEntradas[lugar.sNormal] = std::make_shared<SConteudo>();
-    } else if (!erro.Ok()) {
+    else if (!erro.Ok())
         return erro;
-    }
-    if (rAbertura.eAcesso != EAcessoArquivo::eLeitura && lugar.pConteudo->bSomenteLeitura) {
+    if (rAbertura.eAcesso != EAcessoArquivo::eLeitura && lugar.EhSomenteLeitura())
         return Erro(ECausaArquivo::eAcessoNegado);
-    }
-    if (!lugar.pConteudo->PodeAbrir(rAbertura)) {
-        return Erro(ECausaArquivo::eViolacaoCompartilhamento);
-    }
+    if (!lugar.pConteudo->PodeAbrir(rAbertura)) return Erro(ECausaArquivo::eViolacaoCompartilhamento);
     pArquivo = std::make_unique<CXVArquivoMemoria>(m_pEstado, std::move(lugar.pConteudo), rAbertura);
     return {};
 }
@@ -102,12 +94,8 @@ CXVErroArquivo CXVSistemaArquivosMemoria::Abre(const std::string& sCaminho, cons
 EExistencia CXVSistemaArquivosMemoria::Existe(const std::string& sCaminho) {
     const std::lock_guard trava(m_pEstado->mutex);
     const std::string sNormal = Normaliza(sCaminho);
-    if (!XVCaminho::PodeNomearDiretorio(sCaminho)) {
-        return EExistencia::eAusente;
-    }
-    if (m_pEstado->EhDiretorio(sNormal)) {
-        return EExistencia::eDiretorio;
-    }
+    if (!XVCaminho::PodeNomearDiretorio(sCaminho)) return EExistencia::eAusente;
+    if (m_pEstado->EhDiretorio(sNormal)) return EExistencia::eDiretorio;
     return m_pEstado->Conteudo(sNormal) ? EExistencia::eArquivo : EExistencia::eAusente;
 }
 
@@ -122,9 +110,8 @@ CXVErroArquivo CXVSistemaArquivosMemoria::BuscaNomeReal(const std::string& sCami
     const std::lock_guard trava(m_pEstado->mutex);
     const std::string sNormal = Normaliza(sCaminho);
     const auto it = m_pEstado->mapaEntradas.find(sNormal);
-    if (it == m_pEstado->mapaEntradas.end() || !XVCaminho::EhNomeSimples(NomeDe(sNormal))) {
+    if (it == m_pEstado->mapaEntradas.end() || !XVCaminho::EhNomeSimples(NomeDe(sNormal)))
         return Erro(ECausaArquivo::eArquivoNaoEncontrado);
-    }
     sNomeReal = NomeDe(it->first);
     return {};
 }
@@ -133,15 +120,9 @@ CXVErroArquivo CXVSistemaArquivosMemoria::Apaga(const std::string& sCaminho) {
     const std::lock_guard trava(m_pEstado->mutex);
     SEstado::SLugar lugar;
     const CXVErroArquivo erro = m_pEstado->Localiza(sCaminho, lugar);
-    if (!erro.Ok()) {
-        return erro;
-    }
-    if (lugar.pConteudo->bSomenteLeitura) {
-        return Erro(ECausaArquivo::eAcessoNegado);
-    }
-    if (!lugar.pConteudo->listaAberturas.empty()) {
-        return Erro(ECausaArquivo::eViolacaoCompartilhamento);
-    }
+    if (!erro.Ok()) return erro;
+    if (lugar.EhSomenteLeitura()) return Erro(ECausaArquivo::eAcessoNegado);
+    if (lugar.EstaAberto()) return Erro(ECausaArquivo::eViolacaoCompartilhamento);
     m_pEstado->mapaEntradas.erase(lugar.sNormal);
     return {};
 }
@@ -151,21 +132,11 @@ CXVErroArquivo CXVSistemaArquivosMemoria::Substitui(const std::string& sOrigem, 
     SEstado::SLugar origem;
     SEstado::SLugar destino;
     CXVErroArquivo erro = m_pEstado->Localiza(sOrigem, origem);
-    if (!erro.Ok()) {
-        return erro;
-    }
+    if (!erro.Ok()) return erro;
     erro = m_pEstado->Localiza(sDestino, destino);
-    if (!erro.Ok() && erro.GetCausa() != ECausaArquivo::eArquivoNaoEncontrado) {
-        return erro;
-    }
-    if (destino.pConteudo && destino.pConteudo->bSomenteLeitura) {
-        return Erro(ECausaArquivo::eAcessoNegado);
-    }
-    for (const SEstado::SLugar* pLugar : {&origem, &destino}) {
-        if (pLugar->pConteudo && !pLugar->pConteudo->listaAberturas.empty()) {
-            return Erro(ECausaArquivo::eViolacaoCompartilhamento);
-        }
-    }
+    if (!erro.Ok() && erro.GetCausa() != ECausaArquivo::eArquivoNaoEncontrado) return erro;
+    if (destino.EhSomenteLeitura()) return Erro(ECausaArquivo::eAcessoNegado);
+    if (origem.EstaAberto() || destino.EstaAberto()) return Erro(ECausaArquivo::eViolacaoCompartilhamento);
     m_pEstado->mapaEntradas.erase(origem.sNormal);
     m_pEstado->mapaEntradas.erase(destino.sNormal);
     m_pEstado->mapaEntradas[destino.sNormal] = origem.pConteudo;
@@ -177,15 +148,12 @@ CXVErroArquivo CXVSistemaArquivosMemoria::Lista(const std::string& sDiretorio, c
     listaNomes.clear();
     const std::lock_guard trava(m_pEstado->mutex);
     const std::string sNormal = Normaliza(sDiretorio);
-    if (!XVCaminho::PodeNomearDiretorio(sDiretorio) || !m_pEstado->EhDiretorio(sNormal)) {
+    if (!XVCaminho::PodeNomearDiretorio(sDiretorio) || !m_pEstado->EhDiretorio(sNormal))
         return Erro(ECausaArquivo::eCaminhoInvalido);
-    }
-    for (const auto& [sCaminho, pConteudo] : m_pEstado->mapaEntradas) {
+    for (const auto& [sCaminho, pConteudo] : m_pEstado->mapaEntradas)
         if (pConteudo && XVMascara::NomesIguais(DiretorioDe(sCaminho), sNormal) &&
-            XVMascara::Confere(sMascara, NomeDe(sCaminho))) {
+            XVMascara::Confere(sMascara, NomeDe(sCaminho)))
             listaNomes.push_back(NomeDe(sCaminho));
-        }
-    }
     return {};
 }
 
@@ -209,12 +177,10 @@ CXVErroArquivo CXVSistemaArquivosMemoria::MarcaDiretorio(const std::string& sDir
     const std::lock_guard trava(m_pEstado->mutex);
     const std::string sNormal = Normaliza(sDiretorio);
     if (!XVCaminho::PodeNomearDiretorio(sDiretorio) || !XVCaminho::EhNomeSimples(sMarca) ||
-        !m_pEstado->EhDiretorio(sNormal)) {
+        !m_pEstado->EhDiretorio(sNormal))
         return Erro(ECausaArquivo::eCaminhoInvalido);
-    }
-    if (!m_pEstado->conjuntoMarcas.insert(sNormal + '/' + sMarca).second) {
+    if (!m_pEstado->conjuntoMarcas.insert(sNormal + '/' + sMarca).second)
         return Erro(ECausaArquivo::eViolacaoCompartilhamento);
-    }
     pMarca = std::make_unique<CXVMarcaMemoria>(m_pEstado, sNormal + '/' + sMarca);
     return {};
 }
@@ -252,22 +218,19 @@ void CXVSistemaArquivosMemoria::LimitaEspaco(std::optional<XVUInt64> uiBytes) {
 std::size_t CXVSistemaArquivosMemoria::GetQuantidadeAberta() const {
     const std::lock_guard trava(m_pEstado->mutex);
     std::size_t uiQuantidade = m_pEstado->conjuntoMarcas.size();
-    for (const auto& [sCaminho, pConteudo] : m_pEstado->mapaEntradas) {
+    for (const auto& [sCaminho, pConteudo] : m_pEstado->mapaEntradas)
         uiQuantidade += pConteudo ? pConteudo->listaAberturas.size() : 0;
-    }
     return uiQuantidade;
 }
 
 CXVSistemaArquivosMemoria::TRetrato CXVSistemaArquivosMemoria::Retrata() const {
     const std::lock_guard trava(m_pEstado->mutex);
     TRetrato retrato;
-    for (const auto& [sCaminho, pConteudo] : m_pEstado->mapaEntradas) {
-        if (pConteudo) {
+    for (const auto& [sCaminho, pConteudo] : m_pEstado->mapaEntradas)
+        if (pConteudo)
             retrato[sCaminho] = {pConteudo->sBytes, pConteudo->bSomenteLeitura};
-        } else {
+        else
             retrato[sCaminho + '/'] = {};
-        }
-    }
     return retrato;
 }
 
@@ -275,10 +238,9 @@ void CXVSistemaArquivosMemoria::Restaura(const TRetrato& rRetrato) {
     const std::lock_guard trava(m_pEstado->mutex);
     m_pEstado->mapaEntradas.clear();
     for (const auto& [sCaminho, rArquivo] : rRetrato) {
-        m_pEstado->mapaEntradas[Normaliza(sCaminho)] =
-            sCaminho.back() == '/'
-                ? nullptr
-                : std::make_shared<SConteudo>(SConteudo{rArquivo.sConteudo, rArquivo.bSomenteLeitura, {}});
+        std::shared_ptr<SConteudo>& rpConteudo = m_pEstado->mapaEntradas[Normaliza(sCaminho)];
+        if (sCaminho.back() == '/') continue;
+        rpConteudo = std::make_shared<SConteudo>(SConteudo{rArquivo.sConteudo, rArquivo.bSomenteLeitura, {}});
     }
 }
 
@@ -297,11 +259,7 @@ std::string CXVSistemaArquivosMemoria::Diferenca(const TRetrato& rEsperado, cons
                           (rArquivo.bSomenteLeitura == it->second.bSomenteLeitura ? "\n" : ", attribute\n");
         }
     }
-    for (const auto& [sCaminho, rArquivo] : rObtido) {
-        if (!rEsperado.contains(sCaminho)) {
-            sDiferenca +=
-                sCaminho + ": unexpected, " + std::to_string(rArquivo.sConteudo.size()) + " bytes\n";
-        }
-    }
+    for (const auto& [sCaminho, rArquivo] : rObtido)
+        if (!rEsperado.contains(sCaminho)) sDiferenca += sCaminho + ": unexpected\n";
     return sDiferenca;
 }

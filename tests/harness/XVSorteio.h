@@ -1,6 +1,7 @@
 // Draws from a seed: the same seed gives the same draws on every system and with every library.
 #pragma once
 
+#include <cstdlib>
 #include <random>
 #include <string>
 
@@ -18,3 +19,9 @@ class CXVSorteio {
   private:
     std::mt19937_64 m_gerador;
 };
+
+// A number that a longer run of a test is given by the environment, a seed as a rule.
+inline XVUInt64 XVDoAmbiente(const char* pszNome, XVUInt64 uiPadrao) {
+    const char* pszValor = std::getenv(pszNome);
+    return pszValor == nullptr ? uiPadrao : std::strtoull(pszValor, nullptr, 10);
+}

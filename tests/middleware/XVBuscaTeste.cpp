@@ -1,12 +1,13 @@
 // Searching: what it costs, how it fails, and keys of one checksum. What it finds is compared with a model
 // elsewhere.
-#include <cstring>
-#include <functional>
+#include <algorithm>
 #include <random>
 
-#include "middleware/XVOrdenacaoParalela.h"
+#include "contract/XVDadosCR.h"
+#include "middleware/XVOrdenacaoDmc.h"
 #include "tests/harness/XVSistemaArquivosFalhas.h"
 #include "tests/middleware/XVCenarioLoja.h"
+#include "tests/middleware/XVOperacoesLoja.h"
 
 namespace {
 
@@ -14,56 +15,30 @@ class CXVBuscaTeste : public CXVCenarioLoja {
   protected:
     CXVBuscaTeste() : m_pLoja(Abre()) {}
 
-    // Three days, two integrations each, recorded in mixed order of days; of the first of each day type and
-    // status are another's.
-    void Povoa() {
-        for (const unsigned uiDia : {20U, 18U, 19U}) {
-            SetDia(uiDia);
-            for (const XVUInt eStatus : {XVUInt{eXVSMiddleware_Pendente}, XVUInt{eXVSMiddleware_Sucesso}}) {
-                CXVIntegracaoTeste integracao(uiDia, Mercos, eStatus);
-                if (eStatus == eXVSMiddleware_Pendente)
-                    integracao.reg.eTipoIntegracao = eXVSMiddleware_CadastroProduto;
-                Grava(*m_pLoja, integracao);
-            }
-        }
-    }
-    static XVUInt64 Dmc(unsigned uiDia, unsigned uiPonteiro) {
-        return XVChaveDmc(XVDma(2024, 3, uiDia), uiPonteiro);
-    }
-
     TLoja m_pLoja;
-    const TListaDmc m_todas{Dmc(18, 1), Dmc(18, 2), Dmc(19, 1), Dmc(19, 2), Dmc(20, 1), Dmc(20, 2)};
 };
 
-TEST_F(CXVBuscaTeste, SoAbreMembroParaQuemPassaPeloIndice) {
-    Povoa();
+TEST_F(CXVBuscaTeste, SoAbreMembroParaQuemPassaPeloIndiceENaoDaListaParcial) {
+    ASSERT_TRUE(XVPovoaLoja(*m_pLoja, [&](unsigned uiDia) { SetDia(uiDia); }));
+    const TListaDmc todas = XVBusca(*m_pLoja);
+    ASSERT_EQ(todas.size(), 6U);
     m_pLoja.reset();
+    const std::string sArquivo = "CRINTEGMID20240314.dat";
+    m_Arquivos.CriaArquivo(PastaDados(sArquivo), Conteudo(sArquivo).substr(0, 300));
     m_pLoja = Abre();
     CXVSistemaArquivosFalhas falhas(m_Arquivos);
     const CXVGuardaSistemaArquivos guarda(falhas);
-    EXPECT_EQ(XVBusca(*m_pLoja), m_todas);
-    EXPECT_EQ(XVBusca(*m_pLoja, {.status = {eXVSMiddleware_Pendente}, .sistemas = {Mercos}}),
-              (TListaDmc{Dmc(18, 1), Dmc(19, 1), Dmc(20, 1)}));
-    EXPECT_EQ(XVBusca(*m_pLoja, {.tipos = {eXVSMiddleware_CadastroProduto}, .status = {eXVSMiddleware_Erro}}),
+    EXPECT_EQ(XVBusca(*m_pLoja), todas);
+    EXPECT_EQ(XVBusca(*m_pLoja, {.status = {eXVSMiddleware_Enviado}}), todas);
+    EXPECT_EQ(XVBusca(*m_pLoja, {.tipos = {eXVSMiddleware_BuscaPedidos}, .status = {eXVSMiddleware_Erro}}),
               TListaDmc());
     EXPECT_EQ(falhas.GetQuantidadeTotal(), 0U) << "the index alone knows the answer";
-    EXPECT_EQ(XVBusca(*m_pLoja, {.tipos = {eXVSMiddleware_CadastroProduto}}).size(), 3U);
-    EXPECT_GT(falhas.GetQuantidadeTotal(), 0U);
-}
-
-TEST_F(CXVBuscaTeste, MembroQueFalhaEncerraABuscaSemListaParcial) {
-    Povoa();
-    m_pLoja.reset();
-    const std::string sArquivo = "CRINTEGMID20240319.dat";
-    m_Arquivos.CriaArquivo(PastaDados(sArquivo), Conteudo(sArquivo).substr(0, 300));
-    m_pLoja = Abre();
-    const SBuscaFeita feita = XVBuscaComCodigo(*m_pLoja, {.tipos = {eXVSMiddleware_CadastroProduto}});
+    const SBuscaFeita feita = XVBuscaComCodigo(*m_pLoja, {.tipos = {eXVSMiddleware_BuscaPedidos}});
     EXPECT_EQ(feita.hr, E_XVCR_TAMANHO_ARQUIVO_NAO_CONFERE);
     EXPECT_EQ(feita.lista, TListaDmc());
     EXPECT_TRUE(
         m_Captura.Contem("ValidaFiltroNivel2(dadosFiltro, uiChaveArquivoUltimo, listaDmc, listaPonteiros)"));
     EXPECT_EQ(m_Captura.GetFalhas().back().sFuncao, "CBaseMiddleware::BuscaPonteiros");
-    EXPECT_EQ(XVBusca(*m_pLoja), m_todas) << "the index still answers";
 }
 
 // Keys of the indexes are checksums of fields, and these fields have the same one.
@@ -73,53 +48,60 @@ TEST_F(CXVBuscaTeste, ChavesDeMesmaSomaNaoSeConfundem) {
         Grava(*m_pLoja, CXVIntegracaoTeste(71 ^ k_uiEntreSistemas, SimulacaoSistemaTerceiro));
     const REG_XVDMC regDmc = Grava(*m_pLoja, CXVIntegracaoTeste(71, Mercos));
     EXPECT_EQ(XVBusca(*m_pLoja, {.de = 71, .sistemas = {Mercos, Mercos}}), TListaDmc{regDmc.uiValor});
-    tagREG_CR_STATUS_INTEGRACAO_MIDDLEWAREPS status{};
-    status.uiChaveIntegracaoSistemaTerceiro = 71;
-    status.eSistemaIntegracao = Mercos;
-    status.eStatusIntegracao = eXVSMiddleware_Sucesso;
-    EXPECT_EQ(m_pLoja->GravaStatusIntegracao(status), S_OK);
+    const CXVDadosCR_StatusIntegracaoMiddleware status{.uiChaveIntegracaoSistemaTerceiro = 71,
+                                                       .eStatusIntegracao = eXVSMiddleware_Sucesso,
+                                                       .eSistemaIntegracao = Mercos};
+    EXPECT_EQ(m_pLoja->GravaStatusIntegracao(status.ComoRegistro()), S_OK);
     EXPECT_EQ(XVLe(*m_pLoja, regDmc).reg.eStatusIntegracao, eXVSMiddleware_Sucesso);
     EXPECT_EQ(XVLe(*m_pLoja, regOutra).reg.eStatusIntegracao, eXVSMiddleware_Pendente);
 
     constexpr XVUInt64 k_uiEntreRegistros =
         0xE1CF086DB20AA550ULL;                                // between databases of the records 1 and 2
     constexpr XVUInt64 k_uiEntreIds = 0xDABE95AFC7875F40ULL;  // and of the ids 100 and 101
-    using TChave = tagREG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIROPS;
+    using TChave = CXVDadosCR_ChaveRegistroTelvoParaTerceiro;
     const auto registro = [](unsigned ui) { return REG_XVDMC{XVChaveDmc(0, ui, 2)}; };
     const TChave aChaves[] = {{100, registro(1), 7, 6, Mercos, regDmc},
                               {500, registro(2), 7 ^ k_uiEntreRegistros, 6, Mercos, regDmc},
                               {101, registro(3), 7 ^ k_uiEntreIds, 6, Mercos, regDmc}};
     for (const TChave& rChave : aChaves)
-        EXPECT_EQ(m_pLoja->GravaChaveRegistroTelvoParaTerceiro(rChave), S_OK);
-    for (const TChave& rChave : aChaves) {
-        TChave achada{};
+        EXPECT_EQ(m_pLoja->GravaChaveRegistroTelvoParaTerceiro(rChave.ComoRegistro()), S_OK);
+    for (const TChave& rChave : aChaves)
         for (const bool bPorId : {false, true}) {
-            EXPECT_EQ(m_pLoja->BuscaChaveRegistroTelvoParaTerceiro(
-                          {bPorId ? rChave.uiChaveRegistroSistemaTerceiro : 0,
-                           bPorId ? REG_XVDMC{} : rChave.regDmcRegistroTelvo,
-                           rChave.uiBaseDadosTerceiro,
-                           6,
-                           Mercos,
-                           {}},
-                          &achada),
-                      S_OK);
-            EXPECT_EQ(std::memcmp(&achada, &rChave, sizeof(achada)), 0)
-                << rChave.uiChaveRegistroSistemaTerceiro << " " << bPorId;
+            TChave filtro = rChave;
+            if (bPorId)
+                filtro.regDmcRegistroTelvo = {};
+            else
+                filtro.uiChaveRegistroSistemaTerceiro = 0;
+            tagREG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIROPS reg{};
+            EXPECT_EQ(m_pLoja->BuscaChaveRegistroTelvoParaTerceiro(filtro.ComoFiltro(), &reg), S_OK);
+            TChave achada;
+            achada.CopiarDe(reg);
+            EXPECT_TRUE(achada == rChave) << rChave.uiChaveRegistroSistemaTerceiro << bPorId;
         }
-    }
 }
 
-TEST(XVOrdenacaoParalela, QualquerNumeroDeProcessadoresOrdenaIgual) {
+// What callers may ask: as many values as they like, also those that no enumeration has.
+TEST(FiltroBusca, AdmiteCadaValorDaListaENenhumOutro) {
+    const std::vector<XVUInt> lista = {0, 63, 64, 0xFFFFFFFF, 200, 200};
+    const CXVValoresAdmitidos admitidos(lista);
+    for (const XVUInt e : {0U, 1U, 62U, 63U, 64U, 65U, 127U, 199U, 200U, 0xFFFFFFFEU, 0xFFFFFFFFU})
+        EXPECT_EQ(admitidos.Admite(e), std::count(lista.begin(), lista.end(), e) != 0) << e;
+    EXPECT_TRUE(CXVValoresAdmitidos().Admite(7));
+}
+
+// Dates, positions and kinds as a store has them, and numbers of which every digit differs.
+TEST(OrdenacaoDmc, ListasLongasECurtasFicamEmOrdem) {
     std::mt19937_64 sorteio(7);
-    std::vector<XVUInt64> lista(5 * k_uiMinimoPorThread + 7);
-    for (XVUInt64& ui : lista) ui = sorteio();
-    std::vector<XVUInt64> listaOrdenada = lista;
-    std::sort(listaOrdenada.begin(), listaOrdenada.end());
-    for (const std::size_t uiProcessadores : {1U, 4U, 6U, 10U}) {
-        std::vector<XVUInt64> listaTeste = lista;
-        XVOrdenaEmParalelo(listaTeste, std::less<>(), uiProcessadores);
-        EXPECT_EQ(listaTeste, listaOrdenada) << uiProcessadores;
-    }
+    for (const XVUInt64 uiMascara : {~XVUInt64{0}, XVChaveDmc(XVDma(2024, 3, 31), 0xFFFF)})
+        for (const std::size_t uiQuantidade : {3U, 1023U, 1024U, 70000U}) {
+            std::vector<REG_XVDMC> lista(uiQuantidade);
+            for (REG_XVDMC& reg : lista) reg.uiValor = sorteio() & uiMascara;
+            std::vector<REG_XVDMC> listaOrdenada = lista;
+            std::sort(listaOrdenada.begin(), listaOrdenada.end(),
+                      [](REG_XVDMC reg1, REG_XVDMC reg2) { return reg1.uiValor < reg2.uiValor; });
+            XVOrdenaDmcs(lista);
+            EXPECT_TRUE(lista == listaOrdenada) << uiQuantidade;
+        }
 }
 
 }  // namespace

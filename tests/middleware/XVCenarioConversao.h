@@ -2,31 +2,51 @@
 #pragma once
 
 #include "middleware/ConversaoMiddleware.h"
-#include "support/trace/XVCapturaTrace.h"
 #include "tests/harness/XVTextoNoLog.h"
 #include "tests/middleware/XVBaseDourada.h"
-#include "tests/suite/XVCenarioSuite.h"
+#include "tests/middleware/XVCenarioLoja.h"
 
-class CXVCenarioConversao : public CXVCenarioSuite {
+inline constexpr const char* k_pszVersao = "CRMIDDLEWAREVS.dat";
+inline constexpr const char* k_pszControle = "XVDATABASE_FILE_CTRL.dat";
+inline constexpr const char* k_pszIndice = "CRINDEXINTEG.dat";
+inline constexpr const char* k_pszMapa = "CRCHAVEREGTER.dat";
+inline constexpr const char* k_pszDatas = "CRDTHRINTEG.dat";
+
+class CXVCenarioConversao : public CXVCenarioLoja {
   protected:
+    void Poe(const std::string& sNome, const std::string& sBytes) {
+        m_Arquivos.CriaArquivo(PastaDados(sNome), sBytes);
+    }
+    void Apaga(const std::string& sNome) { EXPECT_TRUE(m_Arquivos.Apaga(PastaDados(sNome)).Ok()) << sNome; }
     void Instala(const TArquivos& rArquivos) {
-        for (const auto& [sNome, sBytes] : rArquivos) m_Arquivos.CriaArquivo(PastaDados(sNome), sBytes);
+        for (const auto& [sNome, sBytes] : rArquivos) Poe(sNome, sBytes);
+    }
+    // These files and no others.
+    void Recomeca(const TArquivos& rArquivos) {
+        m_Arquivos.Restaura(m_vazio);
+        Instala(rArquivos);
     }
     HRESULT Converte(IXVObservadorConversao* pObservador = nullptr) const {
         CXVConversaoMiddleware conversao(pObservador);
         const HRESULT hr = conversao.Inicializa(&m_Dono);
         return FAILED(hr) ? hr : conversao.ExecutaConversao();
     }
-    std::string Conteudo(const std::string& sNome) const {
-        return m_Arquivos.LeConteudo(PastaDados(sNome)).value_or("<ausente>");
+    HRESULT AbreEFecha(bool bSomenteLeitura) const {
+        CBaseMiddleware loja;
+        loja.SetSomenteLeitura(bSomenteLeitura);
+        return loja.Inicializa(&m_Dono);
     }
-    static std::string Dados(const std::string& sConteudo) {
-        return sConteudo.size() < 240 ? sConteudo : sConteudo.substr(240);
-    }
-    CXVSistemaArquivosMemoria::TRetrato RetratoSemLogs() const {
-        auto retrato = m_Arquivos.Retrata();
-        std::erase_if(retrato, [](const auto& it) { return it.first.ends_with(".log"); });
-        return retrato;
+    // Neither conversion, opening nor viewing takes the store, nothing of it changes, and the error log names
+    // the file.
+    void EsperaRecusa(const std::string& sNomeado, const std::string& sCaso) {
+        SCOPED_TRACE(sCaso);
+        const auto antes = RetratoSemLogs();
+        const CXVCapturaTrace captura;
+        EXPECT_EQ(Converte(), E_XVCR_INCONSISTENCIA_CONTROLE_CRIACAO_ARQUIVOS);
+        EXPECT_TRUE(XVTextoNoLog(captura, sNomeado)) << sNomeado;
+        EXPECT_NE(AbreEFecha(false), S_OK);
+        EXPECT_NE(AbreEFecha(true), S_OK);
+        EXPECT_EQ(m_Arquivos.Diferenca(antes, RetratoSemLogs()), "");
     }
     // Nothing transient is left behind.
     void ConfereSemRestos() const {
@@ -35,5 +55,5 @@ class CXVCenarioConversao : public CXVCenarioSuite {
         EXPECT_EQ(m_Arquivos.GetQuantidadeAberta(), 0U);
     }
 
-    CXVCapturaTrace m_Captura;
+    const CXVSistemaArquivosMemoria::TRetrato m_vazio = m_Arquivos.Retrata();
 };

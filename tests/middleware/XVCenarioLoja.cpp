@@ -1,11 +1,24 @@
 #include "tests/middleware/XVCenarioLoja.h"
 
-#include "platform/XVAmbienteSO.h"
+#include "contract/XVDadosCR.h"
 
 _REG_DF_TEXTOPS XVTextoPS(const std::string& sTexto) {
     _REG_DF_TEXTOPS reg{};
     reg.ulQtdBytes = static_cast<XVUInt>(sTexto.size());
     if (!sTexto.empty()) reg.pTexto = reinterpret_cast<XVByte*>(const_cast<char*>(sTexto.data()));
+    return reg;
+}
+
+tagREG_CR_STATUS_INTEGRACAO_MIDDLEWAREPS XVStatusPS(REG_XVDMC regDmc, XVUInt64 uiChave, XVUInt eStatus,
+                                                    const std::string& sMensagem, const std::string& sRetorno,
+                                                    XVUInt eSistema) {
+    tagREG_CR_STATUS_INTEGRACAO_MIDDLEWAREPS reg{};
+    reg.regDmc = regDmc;
+    reg.uiChaveIntegracaoSistemaTerceiro = uiChave;
+    reg.eSistemaIntegracao = eSistema;
+    reg.eStatusIntegracao = eStatus;
+    reg.regMensagemIntegracao = XVTextoPS(sMensagem);
+    reg.regJSONRetornoIntegracao = XVTextoPS(sRetorno);
     return reg;
 }
 
@@ -51,33 +64,21 @@ SIntegracaoLida XVLe(CBaseMiddleware& rLoja, REG_XVDMC regDmc, XVUInt64 ullFlags
     return lida;
 }
 
-SBuscaFeita XVBuscaComCodigo(CBaseMiddleware& rLoja, SFiltroTeste filtro) {
-    tagREG_CR_FILTRO_INTEGRACAO_MIDDLEWAREPS reg{};
-    reg.uiChaveIntegracaoSistemaTerceiroInicial = filtro.de;
-    reg.uiChaveIntegracaoSistemaTerceiroFinal = filtro.ate;
-    reg.regDataHoraInicialInclusao = filtro.incluidaDe;
-    reg.regDataHoraFinalInclusao = filtro.incluidaAte;
-    reg.regDataHoraInicialAlteracaoStatus = filtro.alteradaDe;
-    reg.regDataHoraFinalAlteracaoStatus = filtro.alteradaAte;
-    const auto liga = [](std::vector<XVUInt>& lista, XVUInt& ulQuantidade, XVUInt*& pLista) {
-        ulQuantidade = static_cast<XVUInt>(lista.size());
-        pLista = lista.empty() ? nullptr : lista.data();
-    };
-    liga(filtro.tipos, reg.ulQuantidadeTipoIntegracao, reg.pListaTipoIntegracao);
-    liga(filtro.status, reg.ulQuantidadeStatusIntegracao, reg.pListaStatusIntegracao);
-    liga(filtro.sistemas, reg.ulQuantidadeSistemaIntegracao, reg.pListaSistemaIntegracao);
-    liga(filtro.transacoes, reg.ulQuantidadeTipoTransacao, reg.pListaTipoTransacao);
+SBuscaFeita XVBuscaComCodigo(CBaseMiddleware& rLoja, const SFiltroTeste& rFiltro) {
+    const CXVDadosCR_FiltroIntegracaoMiddleware valor{
+        rFiltro.de,          rFiltro.ate,   rFiltro.incluidaDe, rFiltro.incluidaAte, rFiltro.alteradaDe,
+        rFiltro.alteradaAte, rFiltro.tipos, rFiltro.status,     rFiltro.sistemas,    rFiltro.transacoes};
     _REG_DF_LISTA_XVDMCPS regLista{};
     SBuscaFeita feita;
-    feita.hr = rLoja.BuscaPonteiros(reg, &regLista);
+    feita.hr = rLoja.BuscaPonteiros(valor.ComoRegistro(), &regLista);
     for (XVUInt i = 0; i < regLista.ulQuantidade; ++i) feita.lista.push_back(regLista.pLista[i].uiValor);
     EXPECT_EQ(regLista.pLista == nullptr, feita.lista.empty());
     XVLiberaBuffers(&regLista);
     return feita;
 }
 
-TListaDmc XVBusca(CBaseMiddleware& rLoja, SFiltroTeste filtro) {
-    const SBuscaFeita feita = XVBuscaComCodigo(rLoja, std::move(filtro));
+TListaDmc XVBusca(CBaseMiddleware& rLoja, const SFiltroTeste& rFiltro) {
+    const SBuscaFeita feita = XVBuscaComCodigo(rLoja, rFiltro);
     EXPECT_EQ(feita.hr, S_OK);
     return feita.lista;
 }

@@ -30,6 +30,11 @@ class CXVIntegracaoTeste {
 
 _REG_DF_TEXTOPS XVTextoPS(const std::string& sTexto);  // a view: sTexto must live
 
+// A status for what a DMC or an external key names; a view of the texts.
+tagREG_CR_STATUS_INTEGRACAO_MIDDLEWAREPS XVStatusPS(REG_XVDMC regDmc, XVUInt64 uiChave, XVUInt eStatus,
+                                                    const std::string& sMensagem, const std::string& sRetorno,
+                                                    XVUInt eSistema = Mercos);
+
 // What was read, with its buffers freed.
 struct SIntegracaoLida {
     HRESULT hr = S_OK;
@@ -54,9 +59,9 @@ struct SBuscaFeita {
     HRESULT hr = S_OK;
     TListaDmc lista;
 };
-SBuscaFeita XVBuscaComCodigo(CBaseMiddleware& rLoja, SFiltroTeste filtro);
+SBuscaFeita XVBuscaComCodigo(CBaseMiddleware& rLoja, const SFiltroTeste& rFiltro);
 // The keys found; a failure is a failure of the test.
-TListaDmc XVBusca(CBaseMiddleware& rLoja, SFiltroTeste filtro = {});
+TListaDmc XVBusca(CBaseMiddleware& rLoja, const SFiltroTeste& rFiltro = {});
 
 class CXVCenarioLoja : public CXVCenarioSuite {
   protected:

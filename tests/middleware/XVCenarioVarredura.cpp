@@ -73,20 +73,18 @@ HRESULT CXVCenarioVarredura::GravaProxima(CBaseMiddleware& rLoja) {
     return rLoja.GravaIntegracao(&regDmc, integracao.Ptr());
 }
 
-TRetratoLoja CXVCenarioVarredura::RetrataParaConsulta() {
+TRetratoLoja CXVCenarioVarredura::RetrataOutra(bool bSomenteLeitura) {
     CBaseMiddleware loja;
-    loja.SetSomenteLeitura(true);
-    const HRESULT hr = loja.Inicializa(&m_Dono);
-    if (FAILED(hr)) return XVRetratoRecusado(hr);
-    return XVRetrataLoja(loja);
-}
-
-TRetratoLoja CXVCenarioVarredura::RetrataReaberta() {
-    CBaseMiddleware loja;
+    loja.SetSomenteLeitura(bSomenteLeitura);
     const HRESULT hr = loja.Inicializa(&m_Dono);
     if (FAILED(hr)) return XVRetratoRecusado(hr);
     TRetratoLoja retrato = XVRetrataLoja(loja);
     EXPECT_EQ(loja.Finaliza(), S_OK);
+    return retrato;
+}
+
+TRetratoLoja CXVCenarioVarredura::RetrataReaberta() {
+    TRetratoLoja retrato = RetrataOutra(false);
     EXPECT_EQ(m_Arquivos.GetQuantidadeAberta(), 0U);
     ConfereArquivosEmRepouso();
     return retrato;

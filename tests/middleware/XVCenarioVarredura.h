@@ -37,7 +37,7 @@ class CXVCenarioVarredura : public CXVCenarioLoja, public testing::WithParamInte
 
     // What a viewer sees in the files as they are, without anyone having opened the store for writing; its
     // refusal is an answer that no store gives.
-    TRetratoLoja RetrataParaConsulta();
+    TRetratoLoja RetrataParaConsulta() { return RetrataOutra(true); }
     // Opens for writing, looks and closes; nothing is left open and no journal is left behind.
     TRetratoLoja RetrataReaberta();
     // The files of a store at rest: those of a run without mishap, and no others.
@@ -63,6 +63,7 @@ class CXVCenarioVarredura : public CXVCenarioLoja, public testing::WithParamInte
     void CriaInicial();
     void TiraCabecalhos();
     static bool Confere(const TRetratoLoja& rEsperado, const TRetratoLoja& rObtido, ERecusa eRecusa);
+    TRetratoLoja RetrataOutra(bool bSomenteLeitura);
     TRetratoLoja Executa(bool bOperacao, bool bProxima);
 
     std::set<std::string> m_nomesEmRepouso;

@@ -7,13 +7,10 @@ namespace {
 
 class CXVCompartilhamentoTeste : public CXVCenarioLoja {
   protected:
-    static unsigned Usuario(const std::string& sConteudo) { return Numero(sConteudo, 100); }
-    static unsigned Sessao(const std::string& sConteudo) { return Numero(sConteudo, 88); }
-
-  private:
-    static unsigned Numero(const std::string& s, std::size_t i) {
-        const auto byte = [&](std::size_t n) { return unsigned{static_cast<unsigned char>(s[n])}; };
-        return s.size() < 240 ? 0U : byte(i) | byte(i + 1) << 8U;
+    // The file's header is of this user and session.
+    void EsperaCarimbo(const std::string& sNome, XVUInt64 uiContador, unsigned uiUsuario, unsigned uiSessao) {
+        const std::string sConteudo = Conteudo(sNome);
+        EXPECT_EQ(sConteudo, XVArquivoDoTeste({sNome, uiContador, 1, uiUsuario, uiSessao}, Dados(sConteudo)));
     }
 };
 
@@ -21,61 +18,20 @@ TEST_F(CXVCompartilhamentoTeste, ObjetosDaEmpresaDividemABaseECarimbamSeuUsuario
     TLoja pUm = Abre(11, "MATRIZ", 101);
     TLoja pDois = Abre(12, "Matriz", 102);  // the same directory
     const REG_XVDMC regDmc = Grava(*pUm, CXVIntegracaoTeste(1));
-    EXPECT_EQ(Usuario(Conteudo("CRINDEXINTEG.dat")), 11U);
+    EsperaCarimbo("CRINDEXINTEG.dat", 1, 11, 101);
     EXPECT_EQ(XVLe(*pDois, regDmc).hr, S_OK) << "seen at once";
     Grava(*pDois, CXVIntegracaoTeste(2));
-    EXPECT_EQ(Usuario(Conteudo("CRINDEXINTEG.dat")), 12U);
-    EXPECT_EQ(Sessao(Conteudo("CRINTEGMID20240315.dat")), 102U);
+    EsperaCarimbo("CRINDEXINTEG.dat", 2, 12, 102);
     pUm.reset();
     EXPECT_GT(m_Arquivos.GetQuantidadeAberta(), 0U) << "the other one still works";
     Grava(*pDois, CXVIntegracaoTeste(3));
-    EXPECT_EQ(Usuario(Conteudo("CRINTEGMIDJSON20240315.dat")), 12U);
+    EsperaCarimbo("CRINTEGMID20240315.dat", 3, 12, 102);
     EXPECT_EQ(pDois->Finaliza(), S_OK);
     EXPECT_EQ(m_Arquivos.GetQuantidadeAberta(), 0U) << "the last one closes";
     EXPECT_EQ(XVLe(*pDois, regDmc).hr, E_XVCR_COMPONENTE_NAO_INICIALIZADO);
     EXPECT_EQ(pDois->Finaliza(), S_OK);
     const TLoja pTres = Abre();
     EXPECT_EQ(XVBusca(*pTres).size(), 3U);
-}
-
-TEST_F(CXVCompartilhamentoTeste, VisorNadaGrava) {
-    const TLoja pEscritor = Abre();
-    const REG_XVDMC regDmc = Grava(*pEscritor, CXVIntegracaoTeste(1));
-    const auto retrato = m_Arquivos.Retrata();
-    CBaseMiddleware visor;
-    visor.SetSomenteLeitura(true);
-    ASSERT_EQ(visor.Inicializa(&m_Dono), S_OK);
-    REG_XVDMC regNova;
-    EXPECT_EQ(visor.GravaIntegracao(&regNova, CXVIntegracaoTeste().Ptr()), eXVReadOnly);
-    EXPECT_EQ(visor.GravaChaveRegistroTelvoParaTerceiro({1, regDmc, 0, 6, 16, {}}), eXVReadOnly);
-    EXPECT_EQ(visor.GravaDataHoraIntegracaoTerceiro({{}, 9, 2, 1, {}}), eXVReadOnly);
-    tagREG_CR_STATUS_INTEGRACAO_MIDDLEWAREPS status{};
-    status.regDmc = regDmc;
-    EXPECT_EQ(visor.GravaStatusIntegracao(status), eXVReadOnly);
-    EXPECT_EQ(visor.GravaIntegracaoInstantanea(&regNova, {}), eXVReadOnly);
-    EXPECT_EQ(visor.GravaPendenciaIntegracao(regDmc, {}), eXVReadOnly);
-    EXPECT_EQ(m_Arquivos.Diferenca(retrato, m_Arquivos.Retrata()), "");
-}
-
-TEST_F(CXVCompartilhamentoTeste, VistaDeOutraVersaoERecusadaEADeBaseNovaEVazia) {
-    const auto visita = [&] {
-        CBaseMiddleware visor;
-        visor.SetSomenteLeitura(true);
-        return visor.Inicializa(&m_Dono);
-    };
-    const auto retrato = m_Arquivos.Retrata();
-    EXPECT_EQ(visita(), S_OK);
-    EXPECT_EQ(m_Arquivos.Diferenca(retrato, m_Arquivos.Retrata()), "");
-    const auto versao = [&](unsigned ui) {
-        m_Arquivos.CriaArquivo(PastaDados("CRMIDDLEWAREVS.dat"),
-                               XVArquivoDoTeste({"CRMIDDLEWAREVS.dat"}, CXVBytes().U16(ui).Zeros(14).Str()));
-    };
-    versao(3);
-    EXPECT_EQ(visita(), E_XVCR_VERSAO_INCOMPATIVEL);
-    versao(6);
-    EXPECT_EQ(visita(), E_XVCR_VERSAO_BASE_SUPERIOR_VERSAO_SISTEMA);
-    versao(5);
-    EXPECT_EQ(visita(), S_OK);
 }
 
 TEST_F(CXVCompartilhamentoTeste, BaseDeOutroProcessoERecusadaENadaFicaAberto) {
@@ -108,23 +64,6 @@ TEST_F(CXVCompartilhamentoTeste, SoOUltimoFechaEDizOQueFalhou) {
     EXPECT_EQ(pDois->Finaliza(), eHardIO);
     falhas.Limpa();
     EXPECT_EQ(XVBusca(*Abre()).size(), 1U);
-}
-
-// The process of a later program has died: its journal is that program's business, too.
-TEST_F(CXVCompartilhamentoTeste, BasePosteriorFicaComoEstaComSeuDiario) {
-    CXVSistemaArquivosMemoria::TRetrato morte;
-    {
-        const TLoja pLoja = Abre();
-        Grava(*pLoja, CXVIntegracaoTeste(1));
-        morte = m_Arquivos.Retrata();
-    }
-    m_Arquivos.Restaura(morte);
-    m_Arquivos.CriaArquivo(PastaDados("CRMIDDLEWAREVS.dat"),
-                           XVArquivoDoTeste({"CRMIDDLEWAREVS.dat"}, CXVBytes().U16(6).Zeros(14).Str()));
-    const auto antes = RetratoSemLogs();
-    CBaseMiddleware loja;
-    EXPECT_EQ(loja.Inicializa(&m_Dono), E_XVCR_VERSAO_BASE_SUPERIOR_VERSAO_SISTEMA);
-    EXPECT_EQ(m_Arquivos.Diferenca(antes, RetratoSemLogs()), "");
 }
 
 }  // namespace

@@ -1,7 +1,5 @@
-// A conversion killed, or failing once, at any file operation and run again ends with the bytes of one
-// that was left in peace.
-#include "middleware/BaseMiddleware.h"
-#include "support/codes/XVCodigos.h"
+// A conversion killed, or failing once, at any file operation ends with the next opening as one that was left
+// in peace.
 #include "tests/harness/XVSistemaArquivosFalhas.h"
 #include "tests/harness/XVSistemaArquivosMorte.h"
 #include "tests/middleware/XVCenarioConversao.h"
@@ -11,43 +9,25 @@ namespace {
 
 const unsigned k_uiSalto = XVSaltoVarredura(1, 3);
 
-class CXVConversaoMorteTeste : public CXVCenarioConversao, public testing::WithParamInterface<unsigned> {
+// Version, and whether its files have headers, which carry the steps' stamps.
+class CXVConversaoMorteTeste : public CXVCenarioConversao,
+                               public testing::WithParamInterface<std::tuple<unsigned, bool>> {
   protected:
     CXVConversaoMorteTeste() {
-        Instala(Base(GetParam() % 2 == 1));
-        m_inicio = m_Arquivos.Retrata();
-        EXPECT_EQ(Converte(), S_OK);
-        m_fim = RetratoSemLogs();
-    }
-    // Without the texts, which no step looks into.
-    static TArquivos Base(bool bCabecalho) {
-        TArquivos base = XVBaseDourada(GetParam(), bCabecalho);
+        TArquivos base = XVBaseDourada(std::get<0>(GetParam()), std::get<1>(GetParam()));
+        // Without the texts, which no step looks into.
         std::erase_if(base, [](const auto& it) {
             return it.first.starts_with("CRINTEGMIDJSON") || it.first.starts_with("CRINTEGMIDMENS");
         });
-        return base;
-    }
-    // Dies at every operation that is counted, now and then once more on the way back; the number of them.
-    XVUInt64 Varre(CXVSistemaArquivosMorte& rMorte, bool bGravaMetade) {
-        XVUInt64 uiOperacao = 1;
-        for (bool bMorreu = true; bMorreu && !HasFailure(); uiOperacao += k_uiSalto) {
-            m_Arquivos.Restaura(m_inicio);
-            rMorte.Nasce(uiOperacao, bGravaMetade);
-            bMorreu = rMorte.Executa([&] { EXPECT_EQ(Converte(), S_OK); });
-            if (bMorreu && uiOperacao % 5 == 0 && ControleInteiro()) {
-                rMorte.Nasce(uiOperacao / 3 + 1, bGravaMetade);
-                rMorte.Executa([&] { EXPECT_EQ(Converte(), S_OK); });
-            }
-            rMorte.Nasce(0);
-            if (!ControleInteiro()) continue;
-            EXPECT_FALSE(rMorte.Executa([&] { EXPECT_EQ(Converte(), S_OK); }));
-            ConfereFim("operation " + std::to_string(uiOperacao));
-        }
-        return uiOperacao;
+        Instala(base);
+        m_inicio = m_Arquivos.Retrata();
+        EXPECT_EQ(Converte(), S_OK);
+        EXPECT_EQ(AbreEFecha(false), S_OK);
+        m_fim = RetratoSemLogs();
     }
     // A name that was half listed is no matter of the conversion: whoever lists names puts it in order.
     bool ControleInteiro() const {
-        std::string s = Conteudo("XVDATABASE_FILE_CTRL.dat");
+        std::string s = Conteudo(k_pszControle);
         if (s == "<ausente>") return true;
         while (s.size() >= 4) {
             const std::size_t uiNome = static_cast<unsigned char>(s[0]);
@@ -56,108 +36,75 @@ class CXVConversaoMorteTeste : public CXVCenarioConversao, public testing::WithP
         }
         return s.empty();
     }
-    void ConfereFim(const std::string& sQuando) {
+    void AbreEConfere(XVUInt64 uiOperacao) {
+        SCOPED_TRACE(uiOperacao);
+        EXPECT_EQ(m_Arquivos.GetQuantidadeAberta(), 0U);
+        EXPECT_EQ(AbreEFecha(false), S_OK);
         ConfereSemRestos();
-        EXPECT_EQ(m_Arquivos.Diferenca(m_fim, RetratoSemLogs()), "") << sQuando;
+        auto fim = RetratoSemLogs();
+        // It lists the same names, in the order in which they were met.
+        const std::string sControle = PastaDados(k_pszControle);
+        EXPECT_EQ(fim[sControle].sConteudo.size(), m_fim[sControle].sConteudo.size());
+        fim[sControle] = m_fim[sControle];
+        EXPECT_EQ(m_Arquivos.Diferenca(m_fim, fim), "");
     }
 
-    const CXVSistemaArquivosMemoria::TRetrato m_vazio = m_Arquivos.Retrata();
     CXVSistemaArquivosMemoria::TRetrato m_inicio, m_fim;
 };
 
-TEST_P(CXVConversaoMorteTeste, MortaEmCadaOperacaoDeArquivo) {
-    CXVSistemaArquivosMorte morte(m_Arquivos);
-    const CXVGuardaSistemaArquivos guarda(morte);
-    EXPECT_GT(Varre(morte, false), 20U) << "the sweep must have met the conversion";
-}
-
-// Every write leaves the first half of its bytes: copies, the journal, the version record.
-TEST_P(CXVConversaoMorteTeste, MortaComCadaGravacaoPelaMetade) {
+// With bMetade every write leaves the first half of its bytes: copies, the journal, the version record. Now
+// and then it dies once more on the way back.
+TEST_P(CXVConversaoMorteTeste, MortaEmCadaAlteracaoALojaAbreSozinha) {
     CXVSistemaArquivosMorte morte(m_Arquivos, EContagem::eAlteracoes);
     const CXVGuardaSistemaArquivos guarda(morte);
-    EXPECT_GT(Varre(morte, true), 10U);
-}
-
-// Old files without header carry no stamp. Opening the store afterwards is all that is needed.
-TEST_P(CXVConversaoMorteTeste, MortaEmQualquerPontoALojaAbreSozinha) {
-    m_Arquivos.Restaura(m_vazio);
-    Instala(Base(false));
-    m_inicio = m_Arquivos.Retrata();
-    CXVSistemaArquivosMorte morte(m_Arquivos, EContagem::eAlteracoes);
-    const CXVGuardaSistemaArquivos guarda(morte);
-    bool bMorreu = true;
-    for (XVUInt64 uiOperacao = 1; bMorreu && !HasFailure(); ++uiOperacao) {
-        m_Arquivos.Restaura(m_inicio);
-        morte.Nasce(uiOperacao, uiOperacao % 2 == 0);
-        bMorreu = morte.Executa([&] { EXPECT_EQ(Converte(), S_OK); });
-        morte.Nasce(0);
-        if (!ControleInteiro()) continue;
-        CBaseMiddleware loja;
-        ASSERT_EQ(loja.Inicializa(&m_Dono), S_OK) << uiOperacao;
-        tagREG_CR_INTEGRACAO_MIDDLEWAREPS reg{};
-        EXPECT_EQ(loja.LeIntegracao({XVChaveDmc(XVDma(2023, 6, 6), 3)}, &reg, 0), S_OK) << uiOperacao;
-        EXPECT_EQ(loja.Finaliza(), S_OK);
-        for (const auto& [sNome, sDados] : XVDadosConvertidos(GetParam())) {
-            // A day that no step rewrites gets its header when it is first opened.
-            const std::string sConteudo = Conteudo(sNome);
-            EXPECT_TRUE(sConteudo == sDados || Dados(sConteudo) == sDados) << uiOperacao << sNome;
+    for (const bool bMetade : {false, true}) {
+        XVUInt64 uiOperacao = 1;
+        for (bool bMorreu = true; bMorreu && !HasFailure(); uiOperacao += k_uiSalto) {
+            m_Arquivos.Restaura(m_inicio);
+            morte.Nasce(uiOperacao, bMetade);
+            bMorreu = morte.Executa([&] { EXPECT_EQ(Converte(), S_OK); });
+            if (bMorreu && uiOperacao % 5 == 0 && ControleInteiro()) {
+                morte.Nasce(uiOperacao / 3 + 1, bMetade);
+                morte.Executa([&] { EXPECT_EQ(Converte(), S_OK); });
+            }
+            morte.Nasce(0);
+            if (ControleInteiro()) AbreEConfere(uiOperacao);
         }
+        EXPECT_GT(uiOperacao, 10U) << "the sweep must have met the conversion";
     }
 }
 
-TEST_P(CXVConversaoMorteTeste, FalhaUmaVezEmCadaOperacaoDeArquivo) {
+// Besides single failures a file system that from some question on does not tell whether a file exists: no
+// guess.
+TEST_P(CXVConversaoMorteTeste, FalhaEmCadaOperacaoOuPerguntaSemResposta) {
     CXVSistemaArquivosFalhas falhas(m_Arquivos);
     const CXVGuardaSistemaArquivos guarda(falhas);
-    XVUInt64 uiErros = 0;
-    for (XVUInt64 uiOperacao = 1; !HasFailure(); uiOperacao += k_uiSalto) {
-        m_Arquivos.Restaura(m_inicio);
-        falhas.Programa({.eOperacao = std::nullopt, .uiNumero = uiOperacao});
-        XVUShort usAntes = 0;
-        const HRESULT hr = Converte();
-        const bool bAtingida = falhas.GetFalhasOcorridas() != 0;
-        falhas.Limpa();
-        if (!bAtingida) break;
-        if (FAILED(hr)) ++uiErros;
-        CXVConversaoMiddleware conversao(nullptr);
-        ASSERT_EQ(conversao.Inicializa(&m_Dono), S_OK);
-        ASSERT_EQ(conversao.LeVersao(&usAntes), S_OK);
-        EXPECT_GE(usAntes, GetParam());
-        EXPECT_EQ(m_Arquivos.GetQuantidadeAberta(), 0U) << uiOperacao;
-        EXPECT_EQ(Converte(), S_OK) << uiOperacao;
-        ConfereFim("operation " + std::to_string(uiOperacao));
+    for (const bool bPerguntas : {false, true}) {
+        falhas.SetFiltro([&](const std::string& s) {
+            return !bPerguntas || (s.starts_with(PastaDados("")) &&
+                                   (s.ends_with(".dat") || s.ends_with(".tra") || s.ends_with(".srk")));
+        });
+        XVUInt64 uiErros = 0;
+        bool bAtingida = true;
+        for (XVUInt64 uiOperacao = 1; bAtingida && !HasFailure(); uiOperacao += k_uiSalto) {
+            m_Arquivos.Restaura(m_inicio);
+            SFalhaArquivo falha{.eOperacao = std::nullopt, .uiNumero = uiOperacao, .bPermanente = bPerguntas};
+            if (bPerguntas) falha.eOperacao = EOperacaoArquivo::eConsulta;
+            falhas.Programa(falha);
+            const HRESULT hr = Converte();
+            bAtingida = falhas.GetFalhasOcorridas() != 0;
+            falhas.Limpa();
+            if (bPerguntas) {
+                EXPECT_EQ(hr, bAtingida ? eAccessDenied : S_OK) << uiOperacao;
+            }
+            if (FAILED(hr)) ++uiErros;
+            AbreEConfere(uiOperacao);
+        }
+        EXPECT_GT(uiErros, bPerguntas ? 5U : 10U);
     }
-    EXPECT_GT(uiErros, 10U);
 }
 
-// A file system that from some question on does not tell whether a file exists: no guess, and the next
-// conversion does it all.
-TEST_P(CXVConversaoMorteTeste, PerguntasSobreArquivosSemRespostaAPartirDeCadaUma) {
-    CXVSistemaArquivosFalhas falhas(m_Arquivos);
-    falhas.SetFiltro([this](const std::string& s) {
-        return s.starts_with(PastaDados("")) &&
-               (s.ends_with(".dat") || s.ends_with(".tra") || s.ends_with(".srk"));
-    });
-    const CXVGuardaSistemaArquivos guarda(falhas);
-    const std::string sControle = PastaDados("XVDATABASE_FILE_CTRL.dat");
-    XVUInt64 uiPergunta = 1;
-    for (; !HasFailure(); uiPergunta += k_uiSalto) {
-        m_Arquivos.Restaura(m_inicio);
-        falhas.Programa(
-            {.eOperacao = EOperacaoArquivo::eConsulta, .uiNumero = uiPergunta, .bPermanente = true});
-        const HRESULT hr = Converte();
-        const bool bAtingida = falhas.GetFalhasOcorridas() != 0;
-        falhas.Limpa();
-        EXPECT_EQ(hr, bAtingida ? eAccessDenied : S_OK) << uiPergunta;
-        if (!bAtingida) break;
-        EXPECT_EQ(Converte(), S_OK) << uiPergunta;
-        ConfereSemRestos();
-        auto fim = RetratoSemLogs();
-        fim[sControle] = m_fim[sControle];  // lists the same names, in the order in which they were met
-        EXPECT_EQ(m_Arquivos.Diferenca(m_fim, fim), "") << uiPergunta;
-    }
-    EXPECT_GT(uiPergunta, 5U);
-}
-
-INSTANTIATE_TEST_SUITE_P(Versoes, CXVConversaoMorteTeste, testing::Range(0U, 5U));
+INSTANTIATE_TEST_SUITE_P(Versoes, CXVConversaoMorteTeste,
+                         testing::Combine(testing::Range(0U, 5U), testing::Bool()));
 
 }  // namespace

@@ -12,6 +12,7 @@ class CXVDiscoCheio : public CXVCenarioLoja {
         EXPECT_TRUE(pLoja != nullptr && XVPovoaLoja(*pLoja, [&](unsigned uiDia) { SetDia(uiDia); }));
         m_retrato = XVRetrataLoja(*pLoja);
         EXPECT_EQ(pLoja->Finaliza(), S_OK);
+        m_inicial = m_Arquivos.Retrata();
     }
     // What is there fits, and only so much more.
     void Enche(XVUInt64 uiLivres = 0) {
@@ -24,11 +25,42 @@ class CXVDiscoCheio : public CXVCenarioLoja {
         REG_XVDMC regDmc;
         return rLoja.GravaIntegracao(&regDmc, integracao.Textos("{\"a\":1}", "mensagem", "{}").Ptr());
     }
+    // Whether an operation, the first one after an opening or one after it, fits into so much space.
+    bool Cabe(XVUInt64 uiLivres, bool bComDiario) {
+        SCOPED_TRACE(testing::Message() << uiLivres << (bComDiario ? " beside the journal" : ""));
+        m_Arquivos.LimitaEspaco(std::nullopt);
+        m_Arquivos.Restaura(m_inicial);
+        SetDia(15);
+        if (!bComDiario) Enche(uiLivres);
+        const TLoja pLoja = Abre();
+        if (bComDiario) {
+            EXPECT_EQ(Inclui(*pLoja, 76), S_OK);
+            Enche(uiLivres);
+        }
+        const TRetratoLoja antes = XVRetrataLoja(*pLoja);
+        EXPECT_EQ(bComDiario, antes != m_retrato);
+        const std::string sLogAntes = LogGeral();
+        SetDia(16);
+        const HRESULT hr = Inclui(*pLoja, 77);
+        const TRetratoLoja depois = XVRetrataLoja(*pLoja);
+        if (FAILED(hr)) {
+            EXPECT_EQ(hr, eDiskFull);
+            EXPECT_EQ(XVDiferenca(antes, depois), "");
+            EXPECT_EQ(LogGeral(), sLogAntes);
+        }
+        EXPECT_EQ(pLoja->Finaliza(), S_OK);
+        const TLoja pReaberta = Abre();
+        EXPECT_EQ(Diferenca(depois, *pReaberta), "");
+        m_Arquivos.LimitaEspaco(std::nullopt);
+        EXPECT_EQ(Inclui(*pReaberta, 78), S_OK);
+        return SUCCEEDED(hr);
+    }
     static std::string Diferenca(const TRetratoLoja& rEsperado, CBaseMiddleware& rLoja) {
         return XVDiferenca(rEsperado, XVRetrataLoja(rLoja));
     }
 
     TRetratoLoja m_retrato;
+    CXVSistemaArquivosMemoria::TRetrato m_inicial;
 };
 
 // Not even a name can be created: there is no journal, and so nothing is recorded.
@@ -48,64 +80,14 @@ TEST_F(CXVDiscoCheio, AbreBuscaELeTambemQuandoODiarioNaoPodeSerCriado) {
     EXPECT_EQ(Inclui(*pLoja, 78), S_OK);
 }
 
-// However much space there is, an operation takes place whole or not at all. The journal has its place
-// already: what is scarce is the place of the files.
-TEST_F(CXVDiscoCheio, CadaQuantidadeDeBytesLivres) {
-    const auto inicial = m_Arquivos.Retrata();
-    const XVUInt64 uiSalto = XVSaltoVarredura(13, 65);
-    bool bCoube = false;
-    for (XVUInt64 uiLivres = 0; !bCoube; uiLivres += uiSalto) {
-        SCOPED_TRACE(uiLivres);
+// However much space there is, an operation takes place whole or not at all. It comes to its end in the place
+// of the journal, which the first write after an opening takes, or in that of the files.
+TEST_F(CXVDiscoCheio, CadaQuantidadeDeBytesLivresAntesEDepoisDoDiario) {
+    for (const XVUInt64 uiLivres : {0U, 1U, 32U, 4095U, 4096U, 4200U, 20000U})
+        EXPECT_FALSE(Cabe(uiLivres, false)) << uiLivres;
+    XVUInt64 uiLivres = 0;
+    for (; !HasFailure() && !Cabe(uiLivres, true); uiLivres += XVSaltoVarredura(13, 65))
         ASSERT_LT(uiLivres, 10000U);
-        m_Arquivos.LimitaEspaco(std::nullopt);
-        m_Arquivos.Restaura(inicial);
-        SetDia(15);
-        const TLoja pLoja = Abre();
-        ASSERT_EQ(Inclui(*pLoja, 77), S_OK);
-        const TRetratoLoja antes = XVRetrataLoja(*pLoja);
-        Enche(uiLivres);
-        SetDia(16);
-        const HRESULT hr = Inclui(*pLoja, 78);
-        bCoube = SUCCEEDED(hr);
-        const TRetratoLoja depois = XVRetrataLoja(*pLoja);
-        if (!bCoube) {
-            ASSERT_EQ(hr, eDiskFull);
-            ASSERT_EQ(XVDiferenca(antes, depois), "");
-        }
-        ASSERT_EQ(pLoja->Finaliza(), S_OK);
-        const TLoja pReaberta = Abre();
-        ASSERT_NE(pReaberta, nullptr);
-        ASSERT_EQ(Diferenca(depois, *pReaberta), "");
-    }
-}
-
-// The first write after an opening takes the place of the journal, which may come to its end half-way.
-TEST_F(CXVDiscoCheio, AbreBuscaELeSemEspacoERecusaAPrimeiraGravacao) {
-    for (const XVUInt64 uiLivres : {0U, 1U, 32U, 4095U, 4096U, 4200U, 20000U}) {
-        SCOPED_TRACE(uiLivres);
-        m_Arquivos.LimitaEspaco(std::nullopt);
-        TRetratoLoja antes;
-        {
-            const TLoja pLoja = Abre();
-            ASSERT_NE(pLoja, nullptr);
-            antes = XVRetrataLoja(*pLoja);
-            ASSERT_EQ(pLoja->Finaliza(), S_OK);
-        }
-        Enche(uiLivres);
-        const TLoja pLoja = Abre();
-        ASSERT_NE(pLoja, nullptr);
-        EXPECT_EQ(Diferenca(antes, *pLoja), "");
-        const std::string sLogAntes = LogGeral();
-        EXPECT_EQ(Inclui(*pLoja, 77), eDiskFull);
-        EXPECT_EQ(Diferenca(antes, *pLoja), "");
-        EXPECT_EQ(LogGeral(), sLogAntes);
-        EXPECT_EQ(pLoja->Finaliza(), S_OK);
-        const TLoja pReaberta = Abre();
-        ASSERT_NE(pReaberta, nullptr);
-        EXPECT_EQ(Diferenca(antes, *pReaberta), "");
-        m_Arquivos.LimitaEspaco(std::nullopt);
-        EXPECT_EQ(Inclui(*pReaberta, 78), S_OK);
-    }
 }
 
 }  // namespace

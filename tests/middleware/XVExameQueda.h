@@ -15,32 +15,28 @@ struct SVerdadeQueda {
     const std::map<XVUInt64, unsigned>& donos;  // by integration
 };
 
+// Throws std::runtime_error with the promise that was broken.
 class CXVExameQueda {
   public:
     explicit CXVExameQueda(const SVerdadeQueda& rVerdade) : m_rVerdade(rVerdade) {}
 
-    // The promise that was broken; empty: none.
-    std::string ComDurabilidade();
-    std::string SemDurabilidade();
-    bool FoiRecusada() const { return m_bRecusada; }
+    // It opens by itself and shows what was acknowledged and whole operations only.
+    void ComDurabilidade();
+    // It opens, or names the file that it refuses (false); it shows nothing under a key that was recorded
+    // under another, and no later operation makes it worse.
+    bool SemDurabilidade();
 
   private:
-    bool Pode(const TRetratoLoja& rObtido) const {
-        return rObtido == m_rVerdade.depois || (!m_rVerdade.bReconhecida && rObtido == m_rVerdade.antes);
-    }
     // Whose an integration is; 0: nobody's. A key that the failure took away may have been given out again.
     unsigned Dono(XVUInt64 uiDmc) const;
-    std::string Compara(const char* pszQuem, const TRetratoLoja& rObtido) const;
-    std::string ConferePorConsulta();
-    std::string ConfereDonos(CBaseMiddleware& rLoja);
-    static std::string ConfereMapaEDatas(CBaseMiddleware& rLoja);
-    std::string GravaMais(CBaseMiddleware& rLoja);
-    std::string ConfereReabertura(CBaseMiddleware& rLoja);
-    std::string Nova(CBaseMiddleware& rLoja, unsigned uiDono);
-    std::string Toca(CBaseMiddleware& rLoja);
+    void Compara(const char* pszQuem, const TRetratoLoja& rObtido) const;
+    void ConfereDonos(CBaseMiddleware& rLoja);
+    static void ConfereMapaEDatas(CBaseMiddleware& rLoja);
+    static void ConfereReabertura(CBaseMiddleware& rLoja);
+    void Nova(CBaseMiddleware& rLoja, unsigned uiDono);
+    void Toca(CBaseMiddleware& rLoja);
 
     const SVerdadeQueda& m_rVerdade;
     std::map<XVUInt64, unsigned> m_mapaNovas;     // recorded after the failure
     std::map<XVUInt64, std::string> m_mapaLidas;  // as they were read last
-    bool m_bRecusada = false;
 };

@@ -1,8 +1,11 @@
 // What must hold before anything of an operation is prepared: a free position, texts that are there, a clock
 // that can be recorded. A refused operation writes nothing at all and names the file.
+#include <algorithm>
+
 #include "support/trace/XVArquivoRecusado.h"
 #include "tests/harness/XVTextoNoLog.h"
 #include "tests/middleware/XVCenarioLoja.h"
+#include "tests/middleware/XVOperacoesLoja.h"
 
 namespace {
 
@@ -10,34 +13,13 @@ constexpr auto k_hrInconsistente = E_XVCR_INCONSISTENCIA_CONTROLE_CRIACAO_ARQUIV
 
 class GravacaoRecusada : public CXVCenarioLoja {
   protected:
-    GravacaoRecusada() {
-        m_pLoja = Abre();
-        m_regDmc = Grava(*m_pLoja, Integracao(1));
-        m_regSegunda = Grava(*m_pLoja, Integracao(2));
+    GravacaoRecusada() : m_pLoja(Abre()) {
+        EXPECT_TRUE(XVPovoaLoja(*m_pLoja, [&](unsigned uiDia) { SetDia(uiDia); }));
     }
-    static CXVIntegracaoTeste Integracao(XVUInt64 uiChave) {
-        return CXVIntegracaoTeste(uiChave, Mercos, eXVSMiddleware_Enviado)
-            .Textos("{\"j\":1}", "mensagem", "{\"r\":1}");
-    }
-    HRESULT Status(XVUInt eStatus, const std::string& sRetorno) {
-        const std::string sMensagem = "status";
-        tagREG_CR_STATUS_INTEGRACAO_MIDDLEWAREPS reg{};
-        reg.regDmc = m_regDmc;
-        reg.eSistemaIntegracao = Mercos;
-        reg.eStatusIntegracao = eStatus;
-        reg.regMensagemIntegracao = XVTextoPS(sMensagem);
-        reg.regJSONRetornoIntegracao = XVTextoPS(sRetorno);
-        return m_pLoja->GravaStatusIntegracao(reg);
-    }
-    HRESULT Inclui() {
-        REG_XVDMC regNova;
-        return m_pLoja->GravaIntegracao(&regNova, Integracao(3).Ptr());
-    }
-    HRESULT Altera(const std::string& sRetorno) {
-        CXVIntegracaoTeste nova(4, Mercos, eXVSMiddleware_Enviado);
-        nova.Textos("{\"outro\":1}", "outra", sRetorno);
-        REG_XVDMC regDmc = m_regDmc;
-        return m_pLoja->GravaIntegracao(&regDmc, nova.Ptr());
+    HRESULT Opera(const std::string& sNome) {
+        const auto it =
+            std::ranges::find(XVOperacoesLoja(), sNome, [](const auto& r) { return std::string(r.pszNome); });
+        return it->fnExecuta(*m_pLoja);
     }
     // The whole tree stays, the general log in it. Apart: the journal, and the list of names, which grows
     // when files of a day are opened.
@@ -47,13 +29,12 @@ class GravacaoRecusada : public CXVCenarioLoja {
         retrato.erase(PastaDados("XVDATABASE_FILE_CTRL.dat"));
         return retrato;
     }
-    template <class TOperacao>
     void EsperaRecusa(HRESULT hr, const std::string& sNome, const std::string& sMensagem,
-                      TOperacao operacao) {
+                      const std::string& sOperacao) {
         const auto antes = Retrato();
         const CXVCapturaTrace captura;
         const CXVArquivosRecusados recusados;
-        EXPECT_EQ(operacao(), hr);
+        EXPECT_EQ(Opera(sOperacao), hr) << sOperacao;
         EXPECT_EQ(CXVSistemaArquivosMemoria::Diferenca(antes, Retrato()), "");
         EXPECT_EQ(recusados.GetPath(hr), sNome.empty() ? "" : PastaDados(sNome));
         EXPECT_TRUE(XVTextoNoLog(captura, sMensagem)) << sMensagem;
@@ -61,59 +42,53 @@ class GravacaoRecusada : public CXVCenarioLoja {
     // The store closed, the end of a file cut off and its header made to agree, and the store opened again.
     void Encurta(const std::string& sNome, std::size_t uiBytes) {
         m_pLoja.reset();
-        std::string s = Conteudo(sNome);
-        s.resize(s.size() - uiBytes);
-        s.replace(72, 8, CXVBytes().U64(s.size() - 240).Str());
-        s.replace(232, 8, CXVBytes().U64(CrcBitABit(s.substr(24, 208))).Str());
-        m_Arquivos.CriaArquivo(PastaDados(sNome), s);
+        std::string sDados = Dados(Conteudo(sNome));
+        sDados.resize(sDados.size() - uiBytes);
+        m_Arquivos.CriaArquivo(PastaDados(sNome), XVArquivoDoTeste({sNome}, sDados));
         m_pLoja = Abre();
         ASSERT_NE(m_pLoja, nullptr);
     }
 
     TLoja m_pLoja;
-    REG_XVDMC m_regDmc, m_regSegunda;
+    const REG_XVDMC m_regDmc{XVChaveDmc(k_uiHoje, 1)};
 };
 
 // The day's file lost a record that the index knows: the key must not come to name another one.
 TEST_F(GravacaoRecusada, PosicaoQueOIndiceJaConhece) {
     const std::string sDia = "CRINTEGMID20240315.dat";
     Encurta(sDia, 88);
-    EsperaRecusa(k_hrInconsistente, sDia, "A posição 2 já é a do registro 2 de CRINDEXINTEG.dat",
-                 [&] { return Inclui(); });
+    EsperaRecusa(k_hrInconsistente, sDia, "A posição 3 já é a do registro 6 de CRINDEXINTEG.dat",
+                 "PosteriorDoDia");
     EXPECT_EQ(XVLe(*m_pLoja, m_regDmc).hr, S_OK);
     SetDia(16);
-    EXPECT_EQ(Inclui(), S_OK) << "another day";
+    EXPECT_EQ(Opera("PrimeiraDoDia"), S_OK) << "another day";
 }
 
 // A text file that lost its last text: a new one would be read under the record that points there.
 TEST_F(GravacaoRecusada, RegistroQueApontaTextoQueNaoHa) {
-    ASSERT_EQ(Altera("{\"r\":9}"), S_OK);  // the last texts are not those of the last record
+    ASSERT_EQ(Opera("AlteracaoComRetorno"), S_OK);  // the last texts are not those of the last record
     ASSERT_EQ(m_pLoja->Finaliza(), S_OK);
     const auto inteira = m_Arquivos.Retrata();
+    const char* const apszOperacoes[] = {"PosteriorDoDia", "AlteracaoComRetorno", "StatusPorDmcComRetorno",
+                                         "AlteracaoSemRetorno", "StatusPorDmcSemRetorno"};
     const struct {
         const char* pszArquivo;
         std::size_t uiTexto;  // bytes of the last text with its length
-        bool bStatusSemRetorno, bAlteracaoSemRetorno;
-    } aCasos[] = {{"CRINTEGMIDJSON20240315.dat", 15, true, false},
-                  {"CRINTEGMIDMENS20240315.dat", 9, false, false},
-                  {"CRINTEGMIDJSONRET20240315.dat", 11, true, true}};
-    for (const auto& rCaso : aCasos) {
-        SCOPED_TRACE(rCaso.pszArquivo);
+        bool abRecusa[5];     // an operation that writes none of these texts takes place
+    } aCasos[] = {{"CRINTEGMIDJSON20240315.dat", 621, {true, true, false, true, false}},
+                  {"CRINTEGMIDMENS20240315.dat", 12, {true, true, true, true, true}},
+                  {"CRINTEGMIDJSONRET20240315.dat", 22, {true, true, true, false, false}}};
+    for (const auto& [pszArquivo, uiTexto, abRecusa] : aCasos) {
+        SCOPED_TRACE(pszArquivo);
         m_Arquivos.Restaura(inteira);
-        Encurta(rCaso.pszArquivo, rCaso.uiTexto);
-        const std::string sDito =
-            "Um registro de CRINTEGMID20240315.dat aponta o texto 3; textos no arquivo: 2";
-        EsperaRecusa(k_hrInconsistente, rCaso.pszArquivo, sDito, [&] { return Inclui(); });
-        EsperaRecusa(k_hrInconsistente, rCaso.pszArquivo, sDito, [&] { return Altera("{\"r\":2}"); });
-        if (std::string(rCaso.pszArquivo).find("JSON2") == std::string::npos)
-            EsperaRecusa(k_hrInconsistente, rCaso.pszArquivo, sDito,
-                         [&] { return Status(eXVSMiddleware_Sucesso, "{\"r\":2}"); });
-        if (rCaso.bStatusSemRetorno) {
-            EXPECT_EQ(Status(eXVSMiddleware_Sucesso, ""), S_OK) << "it writes none of these texts";
-        }
-        if (rCaso.bAlteracaoSemRetorno) {
-            EXPECT_EQ(Altera(""), S_OK);
-        }
+        Encurta(pszArquivo, uiTexto);
+        for (std::size_t i = 0; i < std::size(apszOperacoes); ++i)
+            if (abRecusa[i])
+                EsperaRecusa(k_hrInconsistente, pszArquivo,
+                             "Um registro de CRINTEGMID20240315.dat aponta o texto 4; textos no arquivo: 3",
+                             apszOperacoes[i]);
+            else
+                EXPECT_EQ(Opera(apszOperacoes[i]), S_OK) << apszOperacoes[i];
         ASSERT_EQ(m_pLoja->Finaliza(), S_OK);
     }
 }
@@ -122,12 +97,12 @@ TEST_F(GravacaoRecusada, RelogioQueNaoSePodeGravar) {
     for (const XVUShort usAno : {XVUShort{1847}, XVUShort{2360}}) {
         SCOPED_TRACE(usAno);
         m_Relogio.SetUTC({usAno, 12, 31, 12, 0, 0});
-        EsperaRecusa(static_cast<HRESULT>(0x80070057), "", "", [&] { return Inclui(); });
+        EsperaRecusa(static_cast<HRESULT>(0x80070057), "", "", "PosteriorDoDia");
         EXPECT_EQ(XVLe(*m_pLoja, m_regDmc).hr, S_OK);
     }
     for (const XVUShort usAno : {XVUShort{1848}, XVUShort{2359}}) {
         m_Relogio.SetUTC({usAno, 12, 31, 12, 0, 0});
-        EXPECT_EQ(Inclui(), S_OK) << usAno;
+        EXPECT_EQ(Opera("PosteriorDoDia"), S_OK) << usAno;
     }
 }
 

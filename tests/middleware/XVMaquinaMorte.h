@@ -1,5 +1,6 @@
-// The machine around the store of a process that is killed: its module directory, its durability, and a clock
-// that only the script moves. The process and the test that kills it stand on the same one.
+// The machine around the store of a process that is killed or loses its power: its module directory, its
+// durability, and a clock that only the script moves. The process and the test that kills it stand on the
+// same one, and so do the fuzz targets.
 #pragma once
 
 #include "tests/middleware/XVRoteiroAleatorio.h"
@@ -10,6 +11,7 @@ class CXVMaquinaMorte {
         m_registry.SetTexto(CAmbienteXV::GetChaveRegistry(XV_DF), "Path", sDiretorio);
         m_registry.SetNumero(CAmbienteXV::GetChaveRegistry(XV_DF), "Durabilidade", ulDurabilidade);
     }
+    CXVRelogioFalso& GetRelogio() { return m_relogio; }
     // Some scripts have texts that make a journal of any small size go round, and operations that do not fit
     // into it.
     CXVRoteiroAleatorio Roteiro(XVUInt64 uiSemente) {

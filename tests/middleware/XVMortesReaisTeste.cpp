@@ -5,7 +5,6 @@
 // XV_MORTES: number of kills (50); XV_MORTES_SEMENTE: seed of the run (1). The seed fixes what the writers
 // do and about when they are killed; the very instant is the machine's.
 #include <atomic>
-#include <cstdlib>
 #include <filesystem>
 #include <optional>
 #include <random>
@@ -113,15 +112,10 @@ class CVidas {
     TRetratoLoja m_antes, m_depois;
 };
 
-XVUInt64 DoAmbiente(const char* pszNome, XVUInt64 uiPadrao) {
-    const char* pszValor = std::getenv(pszNome);
-    return pszValor == nullptr ? uiPadrao : std::strtoull(pszValor, nullptr, 10);
-}
-
 TEST(MortesReais, SoOVelhoOuONovoEOQueFoiConfirmadoEsta) {
     constexpr XVUInt64 k_uiPorLoja = 12;
-    const XVUInt64 uiMortes = DoAmbiente("XV_MORTES", 50);
-    const XVUInt64 uiSemente = DoAmbiente("XV_MORTES_SEMENTE", 1);
+    const XVUInt64 uiMortes = XVDoAmbiente("XV_MORTES", 50);
+    const XVUInt64 uiSemente = XVDoAmbiente("XV_MORTES_SEMENTE", 1);
     std::optional<CVidas> vidas;
     for (XVUInt64 i = 0; i < uiMortes; ++i) {
         const XVUInt64 uiLoja = i / k_uiPorLoja;

@@ -34,14 +34,7 @@ HRESULT Altera(CBaseMiddleware& rLoja, REG_XVDMC regDmc, const char* pszRetorno)
 HRESULT Status(CBaseMiddleware& rLoja, REG_XVDMC regDmc, XVUInt64 uiChave, XVUInt eStatus,
                const std::string& sRetorno) {
     const std::string sMensagem = "o sistema respondeu";
-    tagREG_CR_STATUS_INTEGRACAO_MIDDLEWAREPS reg{};
-    reg.regDmc = regDmc;
-    reg.uiChaveIntegracaoSistemaTerceiro = uiChave;
-    reg.eSistemaIntegracao = Mercos;
-    reg.eStatusIntegracao = eStatus;
-    reg.regMensagemIntegracao = XVTextoPS(sMensagem);
-    reg.regJSONRetornoIntegracao = XVTextoPS(sRetorno);
-    return rLoja.GravaStatusIntegracao(reg);
+    return rLoja.GravaStatusIntegracao(XVStatusPS(regDmc, uiChave, eStatus, sMensagem, sRetorno));
 }
 
 tagREG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIROPS Chave(XVUInt64 uiId, unsigned uiRegistro) {

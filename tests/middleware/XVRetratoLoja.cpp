@@ -80,11 +80,8 @@ class CXVRetratista {
                     tagREG_CR_DATA_HORA_INTEGRACAO_TERCEIROPS reg{};
                     const HRESULT hr =
                         m_rLoja.BuscaDataHoraIntegracaoTerceiro({{}, eTipo, eSistema, eData}, &reg);
-                    std::ostringstream s;
-                    s << std::hex << reg.regDataHora.uiValor << ' ' << reg.eTipoIntegracao << ' '
-                      << reg.eSistemaIntegracao << ' ' << reg.eTipoData;
                     m_rRetrato["data e hora " + std::to_string(eTipo) + ' ' + std::to_string(eSistema) + ' ' +
-                               std::to_string(eData)] = FAILED(hr) ? Codigo(hr) : s.str();
+                               std::to_string(eData)] = FAILED(hr) ? Codigo(hr) : testing::PrintToString(reg);
                 }
     }
 
@@ -105,11 +102,7 @@ class CXVRetratista {
         tagREG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIROPS reg{};
         const HRESULT hr =
             m_rLoja.BuscaChaveRegistroTelvoParaTerceiro({uiId, regDmc, 1, k_eTipoMapa, Mercos, {}}, &reg);
-        std::ostringstream s;
-        s << reg.uiChaveRegistroSistemaTerceiro << std::hex << " registro " << reg.regDmcRegistroTelvo.uiValor
-          << " origem " << reg.regDmcOrigemIntegracao.uiValor << " base " << reg.uiBaseDadosTerceiro << ' '
-          << reg.eTipoIntegracao << ' ' << reg.eSistemaIntegracao;
-        m_rRetrato[sNome] = FAILED(hr) ? Codigo(hr) : s.str();
+        m_rRetrato[sNome] = FAILED(hr) ? Codigo(hr) : testing::PrintToString(reg);
         return reg.uiChaveRegistroSistemaTerceiro;
     }
 

@@ -72,14 +72,9 @@ HRESULT CXVRoteiroAleatorio::Status() {
     const bool bPorChave = m_sorteio.Acontece(1, 2) && !(regDmc == m_regBanco);
     const std::string sMensagem = XVTextoComDono(uiDono, k_cDonoMensagem, m_sorteio, m_uiMaior);
     const std::string sRetorno = XVTextoComDono(uiDono, k_cDonoRetorno, m_sorteio, m_uiMaior);
-    tagREG_CR_STATUS_INTEGRACAO_MIDDLEWAREPS reg{};
-    if (!bPorChave) reg.regDmc = regDmc;
-    reg.uiChaveIntegracaoSistemaTerceiro = bPorChave ? 1000 + uiDono : 0;
-    reg.eSistemaIntegracao = Mercos;
-    reg.eStatusIntegracao = static_cast<XVUInt>(1 + m_sorteio.Ate(4));
-    reg.regMensagemIntegracao = XVTextoPS(sMensagem);
-    reg.regJSONRetornoIntegracao = XVTextoPS(sRetorno);
-    return m_pLoja->GravaStatusIntegracao(reg);
+    const auto eStatus = static_cast<XVUInt>(1 + m_sorteio.Ate(4));
+    return m_pLoja->GravaStatusIntegracao(XVStatusPS(
+        bPorChave ? REG_XVDMC() : regDmc, bPorChave ? 1000 + uiDono : 0, eStatus, sMensagem, sRetorno));
 }
 
 HRESULT CXVRoteiroAleatorio::Mapeia() {

@@ -1,7 +1,11 @@
-// Every operation that changes the store with its Nth file operation failing, for every N until a run meets
-// no fault: in a process that goes on with the same object, and in one that opens, operates and closes under
-// the fault. The failure is told and nothing of the operation is there, or all of it is.
+// Every operation that changes the store with its Nth file operation failing, and with its Nth allocation
+// refused, for every N until a run meets no fault: in a process that goes on with the same object, and in one
+// that opens, operates and closes under the fault. The failure is told and nothing of the operation is there,
+// or all of it is.
+#include <new>
+
 #include "tests/harness/XVSistemaArquivosFalhas.h"
+#include "tests/middleware/XVAlocacoes.h"
 #include "tests/middleware/XVCenarioVarredura.h"
 
 namespace {
@@ -26,7 +30,7 @@ std::vector<SFalhaArquivo> Falhas() {
 }
 
 std::string Descreve(const SFalhaArquivo& rFalha) {
-    return "operation " + std::to_string(rFalha.uiNumero) + (rFalha.bPermanente ? " and all after it" : "") +
+    return std::string(rFalha.bPermanente ? "and all after it" : "") +
            (rFalha.bGravaMetade ? ", half written" : "") +
            (rFalha.eCausa == k_eCheio    ? ", disk full"
             : rFalha.eCausa == k_eFisico ? ", hard I/O"
@@ -35,27 +39,40 @@ std::string Descreve(const SFalhaArquivo& rFalha) {
 
 class CXVVarreduraFalhasLoja : public CXVCenarioVarredura {
   protected:
-    CXVVarreduraFalhasLoja() : m_Falhas(m_Arquivos), m_Guarda(m_Falhas) {}
+    // The allocations of the device in memory have no counterpart in a real one.
+    CXVVarreduraFalhasLoja() : m_Falhas(m_Arquivos), m_envolto(m_Falhas), m_Guarda(m_envolto) {}
 
-    // Runs fnCaso for every uiSalto-th number of every fault until a run meets none; fnCaso programs the
-    // fault and tells whether it came.
-    void Varre(unsigned uiSalto, const std::function<bool(const SFalhaArquivo&)>& fnCaso) {
-        for (SFalhaArquivo falha : Falhas()) {
-            bool bHouveFalha = true;
-            for (falha.uiNumero = 1; bHouveFalha; falha.uiNumero += uiSalto) {
-                SCOPED_TRACE(Descreve(falha));
-                ASSERT_LT(falha.uiNumero, 1000U);
-                Prepara();
-                bHouveFalha = fnCaso(falha);
-                m_Falhas.Limpa();
-                if (HasFailure()) return;
-            }
+    // Runs fnCaso for every uiSalto-th number of every fault, and then of the allocations, each until a run
+    // meets none.
+    void Varre(unsigned uiSalto, const std::function<void()>& fnCaso) {
+        for (const SFalhaArquivo& rFalha : Falhas()) {
+            SCOPED_TRACE(Descreve(rFalha));
+            m_falha = rFalha;
+            VarreUma("operation ", uiSalto, fnCaso);
         }
+        m_falha = std::nullopt;
+        VarreUma("allocation ", XVSaltoVarredura(7, 77), fnCaso);
     }
-    bool AcabaFalha() {
-        const bool bHouveFalha = m_Falhas.GetFalhasOcorridas() > 0;
+    bool EhPermanente() const { return m_falha && m_falha->bPermanente; }
+
+    // Runs fn under the fault; an operation that throws has failed.
+    HRESULT ExecutaComFalha(const std::function<HRESULT()>& fn) {
+        if (m_falha) {
+            m_falha->uiNumero = m_uiNumero;
+            m_Falhas.Programa(*m_falha);
+        } else {
+            XVAlocacoes::Recusa(static_cast<long>(m_uiNumero));
+        }
+        HRESULT hr = E_OUTOFMEMORY;
+        try {
+            hr = fn();
+        } catch (const std::bad_alloc&) {
+        }
+        m_bHouveFalha = m_falha ? m_Falhas.GetFalhasOcorridas() > 0 : XVAlocacoes::FoiRecusada();
+        XVAlocacoes::Recusa(0);
         m_Falhas.Limpa();
-        return bHouveFalha;
+        EXPECT_TRUE(m_bHouveFalha || hr == S_OK);
+        return hr;
     }
 
     // The device refused even the undoing: the next operation works or says so, the next opening decides.
@@ -75,59 +92,65 @@ class CXVVarreduraFalhasLoja : public CXVCenarioVarredura {
             << "reopened " << std::hex << hr;
     }
 
+  private:
+    void VarreUma(const char* pszOque, unsigned uiSalto, const std::function<void()>& fnCaso) {
+        m_bHouveFalha = true;
+        for (m_uiNumero = 1; m_bHouveFalha && !HasFailure(); m_uiNumero += uiSalto) {
+            SCOPED_TRACE(pszOque + std::to_string(m_uiNumero));
+            ASSERT_LT(m_uiNumero, 20000U);
+            Prepara();
+            fnCaso();
+        }
+    }
+
+    std::optional<SFalhaArquivo> m_falha;  // nothing: an allocation
+    XVUInt64 m_uiNumero = 0;
+    bool m_bHouveFalha = false;  // in the case run last
     CXVSistemaArquivosFalhas m_Falhas;
+    TXVSistemaArquivosEnvolto<TXVVigiaGuarda<XVAlocacoes::CSuspensa>> m_envolto;
     CXVGuardaSistemaArquivos m_Guarda;
 };
 
 TEST_P(CXVVarreduraFalhasLoja, NoMesmoProcesso) {
-    Varre(XVSaltoVarredura(1, 11), [&](const SFalhaArquivo& rFalha) {
+    Varre(XVSaltoVarredura(1, 11), [&] {
         const TLoja pLoja = Abre();
-        if (pLoja == nullptr) return false;
+        ASSERT_NE(pLoja, nullptr);
         const std::string sLogAntes = LogGeral();
-        m_Falhas.Programa(rFalha);
-        const HRESULT hr = Opera(*pLoja);
-        const bool bHouveFalha = AcabaFalha();
+        const HRESULT hr = ExecutaComFalha([&] { return Opera(*pLoja); });
         if (FAILED(hr)) {
             EXPECT_EQ(LogGeral(), sLogAntes) << "a line for what did not take place";
         }
-        if (!bHouveFalha) {
-            EXPECT_EQ(hr, S_OK);
-        }
-        if (rFalha.bPermanente)
+        if (EhPermanente())
             ContinuaDepoisDeRecusarTudo(*pLoja, hr);
         else
             ConfereContinuacao(*pLoja, SUCCEEDED(hr));
-        return bHouveFalha;
     });
 }
 
 TEST_P(CXVVarreduraFalhasLoja, EmProcessoQueReabre) {
-    Varre(XVSaltoVarredura(5, 55), [&](const SFalhaArquivo& rFalha) {
-        m_Falhas.Programa(rFalha);
+    Varre(XVSaltoVarredura(5, 55), [&] {
         bool bFeita = false;
         {
             CBaseMiddleware loja;
-            HRESULT hr = loja.Inicializa(&m_Dono);
-            if (SUCCEEDED(hr)) hr = Opera(loja);
-            bFeita = SUCCEEDED(hr);
-            const HRESULT hrFinaliza = loja.Finaliza();
-            if (m_Falhas.GetFalhasOcorridas() == 0) {
-                EXPECT_TRUE(bFeita && hrFinaliza == S_OK);
-            }
+            ExecutaComFalha([&] {
+                HRESULT hr = loja.Inicializa(&m_Dono);
+                if (SUCCEEDED(hr)) hr = Opera(loja);
+                bFeita = SUCCEEDED(hr);
+                const HRESULT hrFinaliza = loja.Finaliza();
+                return FAILED(hr) ? hr : hrFinaliza;
+            });
         }
-        const bool bHouveFalha = AcabaFalha();
         EXPECT_EQ(m_Arquivos.GetQuantidadeAberta(), 0U);
         const auto confere = [&](const TRetratoLoja& rObtido, const char* pszQuem) {
             EXPECT_TRUE(AntesOuDepois(m_esperado.antes, m_esperado.depois, bFeita, rObtido)) << pszQuem;
         };
         if (GetParam().eInicial == ELojaInicial::eComum) confere(RetrataParaConsulta(), "a viewer");
         confere(RetrataReaberta(), "reopened");
-        if (HasFailure()) return bHouveFalha;
+        if (HasFailure()) return;
         const TLoja pLoja = Abre();
         if (pLoja != nullptr) {
             EXPECT_EQ(GravaProxima(*pLoja), S_OK);
         }
-        return bHouveFalha;
     });
 }
 

@@ -12,26 +12,16 @@ class CXVVarreduraMorteLoja : public CXVCenarioVarredura {
         m_Morte.Nasce(0);
     }
 
-    // Opens, operates, closes, and dies at its change uiMorte. True: it died.
-    bool OperaEMorre(XVUInt64 uiMorte, bool bGravaMetade, bool& bReconhecida) {
-        bReconhecida = false;
+    // Opens, operates where it is told to, closes, and dies at its change uiMorte. True: it died.
+    bool Morre(XVUInt64 uiMorte, bool bGravaMetade, bool bOpera, bool* pbReconhecida) {
         m_Morte.Nasce(uiMorte, bGravaMetade);
         const bool bMorreu = m_Morte.Executa([&] {
             CBaseMiddleware loja;
             if (FAILED(loja.Inicializa(&m_Dono))) return;
-            bReconhecida = SUCCEEDED(Opera(loja)) && !m_Morte.EstaMorto();
+            if (bOpera) *pbReconhecida = SUCCEEDED(Opera(loja)) && !m_Morte.EstaMorto();
             XVIgnora(loja.Finaliza());
         });
-        m_Morte.Nasce(0);
-        return bMorreu;
-    }
-    bool AbreEMorre(XVUInt64 uiMorte, bool bGravaMetade) {
-        m_Morte.Nasce(uiMorte, bGravaMetade);
-        const bool bMorreu = m_Morte.Executa([&] {
-            CBaseMiddleware loja;
-            XVIgnora(loja.Inicializa(&m_Dono));
-            XVIgnora(loja.Finaliza());
-        });
+        m_uiAlteracoes = m_Morte.GetQuantidade();
         m_Morte.Nasce(0);
         return bMorreu;
     }
@@ -58,25 +48,18 @@ class CXVVarreduraMorteLoja : public CXVCenarioVarredura {
             SCOPED_TRACE("and at change " + std::to_string(uiSegunda) + " of the opening after it" +
                          (bGravaMetade ? ", half written" : ""));
             m_Arquivos.Restaura(rMorta);
-            if (!AbreEMorre(uiSegunda, bGravaMetade)) return;
+            if (!Morre(uiSegunda, bGravaMetade, false, nullptr)) return;
             ConferePorConsulta(bReconhecida);
             ConferePorAbertura(bReconhecida);
         }
-    }
-    // Changes that an opening after this death makes; 0 dies nowhere.
-    XVUInt64 ContaAbertura() {
-        m_Morte.Nasce(0);
-        m_Morte.Executa([&] { XVIgnora(CBaseMiddleware().Inicializa(&m_Dono)); });
-        const XVUInt64 uiQuantidade = m_Morte.GetQuantidade();
-        m_Morte.Nasce(0);
-        return uiQuantidade;
     }
     void ConfereMorta(XVUInt64 uiMorte, bool bReconhecida) {
         const auto morta = m_Arquivos.Retrata();
         ConferePorConsulta(bReconhecida);
         ConferePorAbertura(bReconhecida);
         m_Arquivos.Restaura(morta);
-        const XVUInt64 uiAbertura = ContaAbertura();
+        Morre(0, false, false, nullptr);
+        const XVUInt64 uiAbertura = m_uiAlteracoes;
         if (XVVarreduraCompleta()) {
             for (XVUInt64 ui = 1; ui <= uiAbertura && !HasFailure(); ++ui)
                 ConfereSegundaMorte(morta, bReconhecida, ui);
@@ -85,6 +68,7 @@ class CXVVarreduraMorteLoja : public CXVCenarioVarredura {
         }
     }
 
+    XVUInt64 m_uiAlteracoes = 0;  // that the process made which died or ended last
     CXVSistemaArquivosMorte m_Morte;
     CXVGuardaSistemaArquivos m_Guarda;
 };
@@ -99,7 +83,7 @@ TEST_P(CXVVarreduraMorteLoja, EmCadaAlteracaoDosArquivos) {
             ASSERT_LT(uiMorte, 1000U);
             Prepara();
             bool bReconhecida = false;
-            bMorreu = OperaEMorre(uiMorte, bGravaMetade, bReconhecida);
+            bMorreu = Morre(uiMorte, bGravaMetade, true, &bReconhecida);
             if (!bMorreu) {
                 EXPECT_TRUE(bReconhecida);
                 break;

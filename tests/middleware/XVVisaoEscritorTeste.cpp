@@ -58,6 +58,7 @@ TEST_P(CXVVisaoEscritor, CadaVisorVeOperacoesInteiras) {
     EXPECT_GT(m_uiVistas, 5U);
     EXPECT_TRUE(Igual(m_esperado.depois, XVRetrataLoja(antigo))) << "the old viewer, afterwards";
     EXPECT_TRUE(Igual(m_esperado.depois, RetrataParaConsulta()));
+    EXPECT_EQ(m_Arquivos.GetQuantidadeAberta(), 0U) << "a viewer at rest holds no file";
     ConfereArquivosEmRepouso();
 }
 

@@ -30,6 +30,25 @@ bool Entre(REG_XVDMAHMSUTC reg, REG_XVDMAHMSUTC regDe, REG_XVDMAHMSUTC regAte) {
     return bDepois && bAntes;
 }
 
+// The first that fits; null: none.
+template <class TItem, class TFiltro>
+TItem* Acha(std::vector<TItem>& lista, TFiltro fnServe) {
+    const auto it = std::ranges::find_if(lista, fnServe);
+    return it == lista.end() ? nullptr : &*it;
+}
+
+template <class TChave>
+bool MesmoLugar(const TChave& a, const TChave& b) {
+    return a.uiBaseDadosTerceiro == b.uiBaseDadosTerceiro && a.eTipoIntegracao == b.eTipoIntegracao &&
+           a.eSistemaIntegracao == b.eSistemaIntegracao;
+}
+
+template <class TDataHora>
+bool MesmaData(const TDataHora& a, const TDataHora& b) {
+    return a.eTipoIntegracao == b.eTipoIntegracao && a.eSistemaIntegracao == b.eSistemaIntegracao &&
+           a.eTipoData == b.eTipoData;
+}
+
 }  // namespace
 
 HRESULT CXVModeloLoja::PodeIncluir(const SIntegracaoLida& rEntrada) {
@@ -62,9 +81,7 @@ void CXVModeloLoja::Inclui(REG_XVDMC regDmc, const SIntegracaoLida& rEntrada) {
 }
 
 SIntegracaoLida* CXVModeloLoja::Localiza(REG_XVDMC regDmc) {
-    const auto it = std::find_if(m_listaIndex.begin(), m_listaIndex.end(),
-                                 [&](const auto& r) { return r.reg.regDmc.uiValor == regDmc.uiValor; });
-    return it == m_listaIndex.end() ? nullptr : &*it;
+    return Acha(m_listaIndex, [&](const auto& r) { return r.reg.regDmc == regDmc; });
 }
 
 const SIntegracaoLida* CXVModeloLoja::Le(REG_XVDMC regDmc) const {
@@ -73,11 +90,10 @@ const SIntegracaoLida* CXVModeloLoja::Le(REG_XVDMC regDmc) const {
 
 // The first of several; key 0 and system 0 name nothing.
 SIntegracaoLida* CXVModeloLoja::LocalizaPorChave(XVUInt64 uiChave, XVUInt eSistema) {
-    if (uiChave == 0 || eSistema == 0) return nullptr;
-    const auto it = std::find_if(m_listaIndex.begin(), m_listaIndex.end(), [&](const auto& r) {
-        return r.reg.uiChaveIntegracaoSistemaTerceiro == uiChave && r.reg.eSistemaIntegracao == eSistema;
+    return Acha(m_listaIndex, [&](const auto& r) {
+        return uiChave != 0 && eSistema != 0 && r.reg.uiChaveIntegracaoSistemaTerceiro == uiChave &&
+               r.reg.eSistemaIntegracao == eSistema;
     });
-    return it == m_listaIndex.end() ? nullptr : &*it;
 }
 
 HRESULT CXVModeloLoja::Altera(REG_XVDMC regDmc, const SIntegracaoLida& rEntrada) {
@@ -95,24 +111,23 @@ HRESULT CXVModeloLoja::Altera(REG_XVDMC regDmc, const SIntegracaoLida& rEntrada)
     return S_OK;
 }
 
-HRESULT CXVModeloLoja::GravaStatus(const SStatusModelo& rStatus, XVUShort usUsuario) {
-    if (rStatus.eStatus >= k_ulStatus || !SistemaExiste(rStatus.eSistema)) return E_INVALIDARG;
-    SIntegracaoLida* pIntegracao = nullptr;
-    if (!rStatus.regDmc.EhNulo()) {
-        pIntegracao = Localiza(rStatus.regDmc);
-        if (pIntegracao == nullptr) return E_XVCR_TENTATIVA_LER_POSICAO_ZERO;
-    } else {
-        if (rStatus.uiChave == 0 || rStatus.eSistema == 0)
-            return E_XVCR_INDEXACAO_CHAVE_INTEGRACAO_SISTEMA_TERCEIRO_ZERADA;
-        pIntegracao = LocalizaPorChave(rStatus.uiChave, rStatus.eSistema);
-        if (pIntegracao == nullptr) return E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA;
-    }
+HRESULT CXVModeloLoja::GravaStatus(const TStatus& rStatus, XVUShort usUsuario) {
+    const XVUInt64 uiChave = rStatus.uiChaveIntegracaoSistemaTerceiro;
+    const XVUInt eSistema = rStatus.eSistemaIntegracao;
+    if (rStatus.eStatusIntegracao >= k_ulStatus || !SistemaExiste(eSistema)) return E_INVALIDARG;
+    const bool bPorDmc = !rStatus.regDmc.EhNulo();
+    if (!bPorDmc && (uiChave == 0 || eSistema == 0))
+        return E_XVCR_INDEXACAO_CHAVE_INTEGRACAO_SISTEMA_TERCEIRO_ZERADA;
+    SIntegracaoLida* pIntegracao = bPorDmc ? Localiza(rStatus.regDmc) : LocalizaPorChave(uiChave, eSistema);
+    if (pIntegracao == nullptr)
+        return bPorDmc ? E_XVCR_TENTATIVA_LER_POSICAO_ZERO : E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA;
     auto& reg = pIntegracao->reg;
-    reg.eStatusIntegracao = rStatus.eStatus;
+    reg.eStatusIntegracao = rStatus.eStatusIntegracao;
     reg.regDataHoraAlteracaoStatus = m_regAgora;
-    if (rStatus.eStatus == eXVSMiddleware_Cancelado) reg.ulPonteiroUsuarioCancelamento = usUsuario;
-    pIntegracao->sMensagem = rStatus.sMensagem;
-    if (!rStatus.sRetorno.empty()) pIntegracao->sRetorno = rStatus.sRetorno;
+    if (rStatus.eStatusIntegracao == eXVSMiddleware_Cancelado) reg.ulPonteiroUsuarioCancelamento = usUsuario;
+    pIntegracao->sMensagem = CXVStringPS::RegToString(rStatus.regMensagemIntegracao);
+    const std::string sRetorno(CXVStringPS::RegToString(rStatus.regJSONRetornoIntegracao));
+    if (!sRetorno.empty()) pIntegracao->sRetorno = sRetorno;
     return S_OK;
 }
 
@@ -146,49 +161,34 @@ std::vector<XVUInt64> CXVModeloLoja::Busca(const SFiltroTeste& rFiltro) const {
 }
 
 CXVModeloLoja::TChave* CXVModeloLoja::LocalizaChave(const TChave& rChave) {
-    const auto it = std::find_if(m_listaChaves.begin(), m_listaChaves.end(), [&](const TChave& r) {
-        return r.regDmcRegistroTelvo.uiValor == rChave.regDmcRegistroTelvo.uiValor &&
-               r.uiBaseDadosTerceiro == rChave.uiBaseDadosTerceiro &&
-               r.eTipoIntegracao == rChave.eTipoIntegracao &&
-               r.eSistemaIntegracao == rChave.eSistemaIntegracao;
+    return Acha(m_listaChaves, [&](const TChave& r) {
+        return r.regDmcRegistroTelvo == rChave.regDmcRegistroTelvo && MesmoLugar(r, rChave);
     });
-    return it == m_listaChaves.end() ? nullptr : &*it;
 }
 
-HRESULT CXVModeloLoja::GravaChave(const TChave& rChave) {
+HRESULT CXVModeloLoja::GravaChave(const TChave& rChave, bool bPendente) {
     if (rChave.regDmcRegistroTelvo.EhNulo()) return E_XVCR_CHAVE_REGISTRO_TELVO_ZERADA;
     if (rChave.eTipoIntegracao >= k_ulTipos || !SistemaExiste(rChave.eSistemaIntegracao)) return E_INVALIDARG;
     TChave* pAtual = LocalizaChave(rChave);
     if (pAtual == nullptr) {
         m_listaChaves.push_back(rChave);
-        return S_OK;
+        if (bPendente) m_listaChaves.back().uiChaveRegistroSistemaTerceiro = 0;
+    } else if (!bPendente) {
+        const REG_XVDMC regOrigem = pAtual->regDmcOrigemIntegracao;
+        *pAtual = rChave;
+        if (rChave.regDmcOrigemIntegracao.EhNulo()) pAtual->regDmcOrigemIntegracao = regOrigem;
     }
-    const REG_XVDMC regOrigem = pAtual->regDmcOrigemIntegracao;
-    *pAtual = rChave;
-    if (rChave.regDmcOrigemIntegracao.EhNulo()) pAtual->regDmcOrigemIntegracao = regOrigem;
-    return S_OK;
-}
-
-HRESULT CXVModeloLoja::GravaChavePendente(const TChave& rChave) {
-    if (rChave.regDmcRegistroTelvo.EhNulo()) return E_XVCR_CHAVE_REGISTRO_TELVO_ZERADA;
-    if (rChave.eTipoIntegracao >= k_ulTipos || !SistemaExiste(rChave.eSistemaIntegracao)) return E_INVALIDARG;
-    if (LocalizaChave(rChave) != nullptr) return S_OK;
-    m_listaChaves.push_back(rChave);
-    m_listaChaves.back().uiChaveRegistroSistemaTerceiro = 0;
     return S_OK;
 }
 
 CXVModeloLoja::TChave CXVModeloLoja::BuscaChave(const TChave& rFiltro) const {
     const XVUInt64 uiId = rFiltro.uiChaveRegistroSistemaTerceiro;
     for (const TChave& r : m_listaChaves) {
-        const bool bRegistro = r.regDmcRegistroTelvo.uiValor == rFiltro.regDmcRegistroTelvo.uiValor;
+        const bool bRegistro = r.regDmcRegistroTelvo == rFiltro.regDmcRegistroTelvo;
         const bool bAchou = uiId == 0 ? bRegistro
                                       : r.uiChaveRegistroSistemaTerceiro == uiId &&
                                             (bRegistro || rFiltro.regDmcRegistroTelvo.EhNulo());
-        if (bAchou && r.uiBaseDadosTerceiro == rFiltro.uiBaseDadosTerceiro &&
-            r.eTipoIntegracao == rFiltro.eTipoIntegracao &&
-            r.eSistemaIntegracao == rFiltro.eSistemaIntegracao)
-            return r;
+        if (bAchou && MesmoLugar(r, rFiltro)) return r;
     }
     return {};
 }
@@ -200,20 +200,13 @@ HRESULT CXVModeloLoja::GravaDataHora(const TDataHora& rDataHora) {
     // Nothing of nothing: a key without any bit is none.
     if (rDataHora.eTipoIntegracao == 0 && rDataHora.eTipoData == 0 && rDataHora.eSistemaIntegracao == 0)
         return E_XVCR_INDEXACAO_COM_POSICAO_ZERO;
-    for (TDataHora& r : m_listaDatasHoras)
-        if (r.eTipoIntegracao == rDataHora.eTipoIntegracao &&
-            r.eSistemaIntegracao == rDataHora.eSistemaIntegracao && r.eTipoData == rDataHora.eTipoData) {
-            r.regDataHora = rDataHora.regDataHora;
-            return S_OK;
-        }
+    std::erase_if(m_listaDatasHoras, [&](const TDataHora& r) { return MesmaData(r, rDataHora); });
     m_listaDatasHoras.push_back(rDataHora);
     return S_OK;
 }
 
 CXVModeloLoja::TDataHora CXVModeloLoja::BuscaDataHora(const TDataHora& rFiltro) const {
     for (const TDataHora& r : m_listaDatasHoras)
-        if (r.eTipoIntegracao == rFiltro.eTipoIntegracao &&
-            r.eSistemaIntegracao == rFiltro.eSistemaIntegracao && r.eTipoData == rFiltro.eTipoData)
-            return r;
+        if (MesmaData(r, rFiltro)) return r;
     return {};
 }

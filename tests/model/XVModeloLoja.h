@@ -8,17 +8,10 @@
 
 #include "tests/middleware/XVCenarioLoja.h"
 
-struct SStatusModelo {
-    REG_XVDMC regDmc{};
-    XVUInt64 uiChave = 0;
-    XVUInt eSistema = 0;
-    XVUInt eStatus = 0;
-    std::string sMensagem, sRetorno;
-};
-
 class CXVModeloLoja {
   public:
     using TChave = tagREG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIROPS;
+    using TStatus = tagREG_CR_STATUS_INTEGRACAO_MIDDLEWAREPS;
     using TDataHora = tagREG_CR_DATA_HORA_INTEGRACAO_TERCEIROPS;
 
     void SetAgora(REG_XVDMAHMSUTC regAgora) { m_regAgora = regAgora; }
@@ -28,15 +21,14 @@ class CXVModeloLoja {
     REG_XVDMC ProximoDmc() const;
     void Inclui(REG_XVDMC regDmc, const SIntegracaoLida& rEntrada);
     HRESULT Altera(REG_XVDMC regDmc, const SIntegracaoLida& rEntrada);
-    HRESULT GravaStatus(const SStatusModelo& rStatus, XVUShort usUsuario);
+    HRESULT GravaStatus(const TStatus& rStatus, XVUShort usUsuario);
     // Null: no such integration.
     const SIntegracaoLida* Le(REG_XVDMC regDmc) const;
     std::vector<XVUInt64> Busca(const SFiltroTeste& rFiltro) const;
     // Every DMC that was ever given, those taken over included.
     const std::vector<REG_XVDMC>& GetDmcs() const { return m_listaDmcs; }
 
-    HRESULT GravaChave(const TChave& rChave);
-    HRESULT GravaChavePendente(const TChave& rChave);
+    HRESULT GravaChave(const TChave& rChave, bool bPendente);
     // All zero when nothing is found. uiChaveRegistroSistemaTerceiro 0 and a null record match nothing.
     TChave BuscaChave(const TChave& rFiltro) const;
     HRESULT GravaDataHora(const TDataHora& rDataHora);

@@ -3,28 +3,11 @@
 // Thread rule: one object, one thread; objects of different shares may work on one store at once.
 #pragma once
 
-#include <random>
 #include <string>
 
 #include "middleware/BaseMiddleware.h"
-#include "tests/harness/XVRelogioFalso.h"
+#include "tests/harness/XVSorteio.h"
 #include "tests/model/XVModeloLoja.h"
-
-// Where the random choices come from: a seed, or the bytes of a fuzzer.
-class IXVDecisoes {
-  public:
-    virtual ~IXVDecisoes() = default;
-    virtual XVUInt64 Escolhe(XVUInt64 uiLimite) = 0;  // 0 to uiLimite - 1; uiLimite above 0
-};
-
-class CXVDecisoesSemente final : public IXVDecisoes {
-  public:
-    explicit CXVDecisoesSemente(XVUInt64 uiSemente) : m_sorteio(uiSemente) {}
-    XVUInt64 Escolhe(XVUInt64 uiLimite) override { return m_sorteio() % uiLimite; }
-
-  private:
-    std::mt19937_64 m_sorteio;
-};
 
 // The keys, records and types that one of several workers uses alone.
 struct SParteModelo {
@@ -34,7 +17,7 @@ struct SParteModelo {
 
 class CXVPassosModelo {
   public:
-    CXVPassosModelo(IXVDecisoes& rDecisoes, SParteModelo parte) : m_rDecisoes(rDecisoes), m_parte(parte) {}
+    CXVPassosModelo(XVUInt64 uiSemente, SParteModelo parte) : m_sorteio(uiSemente), m_parte(parte) {}
 
     void SetAgora(REG_XVDMAHMSUTC regAgora) { m_modelo.SetAgora(regAgora); }
     // One operation. Empty: the store answered as the model; otherwise what differs.
@@ -53,8 +36,6 @@ class CXVPassosModelo {
     std::string BuscaChave(CBaseMiddleware& rLoja);
     std::string GravaDataHora(CBaseMiddleware& rLoja);
     std::string BuscaDataHora(CBaseMiddleware& rLoja);
-    std::string BuscaOuRecusa(CBaseMiddleware& rLoja);
-    std::string RecusaTroca(CBaseMiddleware& rLoja);
 
     std::string ConfereUma(CBaseMiddleware& rLoja, REG_XVDMC regDmc, XVUInt64 ullFlags);
     std::string ConfereBusca(CBaseMiddleware& rLoja, const SFiltroTeste& rFiltro);
@@ -67,22 +48,11 @@ class CXVPassosModelo {
     XVUInt SorteiaSistema();
     XVUInt64 SorteiaChaveExterna();
     REG_XVDMAHMSUTC SorteiaDataHora();
-    XVUInt64 Escolhe(XVUInt64 uiLimite) { return m_rDecisoes.Escolhe(uiLimite); }
+    XVUInt64 Escolhe(XVUInt64 uiLimite) { return m_sorteio.Ate(uiLimite); }
     XVUInt Enumeracao(XVUInt ulQuantidade);
 
-    IXVDecisoes& m_rDecisoes;
+    CXVSorteio m_sorteio;
     const SParteModelo m_parte;
     CXVModeloLoja m_modelo;
     XVUInt64 m_uiTextos = 0;
-};
-
-// A clock that jumps among a few days, back as well as on.
-class CXVDiasModelo {
-  public:
-    explicit CXVDiasModelo(CXVRelogioFalso& rRelogio) : m_rRelogio(rRelogio) {}
-    // Sets the clock to one of the days and a time of day; the date-time it then shows.
-    REG_XVDMAHMSUTC Sorteia(IXVDecisoes& rDecisoes);
-
-  private:
-    CXVRelogioFalso& m_rRelogio;
 };

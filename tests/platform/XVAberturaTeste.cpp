@@ -1,152 +1,112 @@
 // Opening: share modes, creation, attributes, causes of failure.
-#include "tests/platform/XVCenarioSistemaArquivos.h"
+#include "tests/platform/XVCenarioArquivos.h"
 
-namespace {
+INSTANTIATE_TEST_SUITE_P(Cenarios, CXVSistemaArquivosTeste, testing::Bool(),
+                         [](const auto& rInfo) { return rInfo.param ? "Memory" : "Native"; });
 
-constexpr EAcessoArquivo k_aAcessos[] = {EAcessoArquivo::eLeitura, EAcessoArquivo::eLeituraEscrita,
-                                         EAcessoArquivo::eAnexacao};
-constexpr ECompartilhamentoArquivo k_aCompartilhamentos[] = {ECompartilhamentoArquivo::eNegaTudo,
-                                                             ECompartilhamentoArquivo::eNegaEscrita,
-                                                             ECompartilhamentoArquivo::eNegaNada};
-
-bool Nega(ECompartilhamentoArquivo eCompartilhamento, EAcessoArquivo eAcesso) {
-    return eCompartilhamento == ECompartilhamentoArquivo::eNegaTudo ||
-           (eCompartilhamento == ECompartilhamentoArquivo::eNegaEscrita &&
-            eAcesso != EAcessoArquivo::eLeitura);
-}
-
-std::vector<SAberturaArquivo> TodasAsAberturas() {
-    std::vector<SAberturaArquivo> lista;
-    for (const EAcessoArquivo eAcesso : k_aAcessos) {
-        for (const ECompartilhamentoArquivo eCompartilhamento : k_aCompartilhamentos) {
-            lista.push_back({eAcesso, eCompartilhamento, ECriacaoArquivo::eSomenteExistente});
-        }
-    }
-    return lista;
-}
-
-std::string Descreve(const SAberturaArquivo& r) {
-    return "access " + std::to_string(static_cast<int>(r.eAcesso)) + " share " +
-           std::to_string(static_cast<int>(r.eCompartilhamento));
-}
-
-}  // namespace
-
+// Closing the second one each time must leave the first one's marks alone, and closing that one none.
 TEST_P(CXVSistemaArquivosTeste, CadaParDeAberturasSegueARegraDeCompartilhamento) {
+    // Reads, reads and writes, appends; of each: denies all, denies writing, denies nothing. 1: both may be
+    // open.
+    const char* apszPodem[9] = {"000000000", "011000000", "011011011",  //
+                                "000000000", "001000000", "001001001",  //
+                                "000000000", "001000000", "001001001"};
+    const auto fnAbertura = [](int i) {
+        return SAberturaArquivo{static_cast<EAcessoArquivo>(i / 3),
+                                static_cast<ECompartilhamentoArquivo>(i % 3),
+                                ECriacaoArquivo::eSomenteExistente};
+    };
     Cria("a.dat", "x");
-    for (const SAberturaArquivo& rPrimeira : TodasAsAberturas()) {
-        const std::unique_ptr<IXVArquivo> pPrimeiro = AbreBem("a.dat", rPrimeira);
-        for (const SAberturaArquivo& rSegunda : TodasAsAberturas()) {
-            const bool bConflito = Nega(rPrimeira.eCompartilhamento, rSegunda.eAcesso) ||
-                                   Nega(rSegunda.eCompartilhamento, rPrimeira.eAcesso);
+    for (int i = 0; i < 9; ++i) {
+        ASSERT_EQ(Abre("a.dat", fnAbertura(i)), ECausa::eNenhuma);
+        for (int j = 0; j < 9; ++j) {
             std::unique_ptr<IXVArquivo> pSegundo;
-            EXPECT_EQ(Abre("a.dat", rSegunda, pSegundo),
-                      bConflito ? ECausaArquivo::eViolacaoCompartilhamento : ECausaArquivo::eNenhuma)
-                << Descreve(rPrimeira) << ", then " << Descreve(rSegunda);
+            EXPECT_EQ(Abre("a.dat", fnAbertura(j), pSegundo),
+                      apszPodem[i][j] == '1' ? ECausa::eNenhuma : ECausa::eViolacaoCompartilhamento)
+                << i << ", then " << j;
         }
+        m_pArquivo.reset();
     }
-}
-
-TEST_P(CXVSistemaArquivosTeste, FecharLiberaSoAPropriaAbertura) {
-    Cria("a.dat", "x");
-    std::unique_ptr<IXVArquivo> pLeitor1 = AbreBem("a.dat", k_aberturaLeitura);
-    std::unique_ptr<IXVArquivo> pLeitor2 = AbreBem("a.dat", k_aberturaLeitura);
-    const SAberturaArquivo exclusiva{EAcessoArquivo::eLeituraEscrita, ECompartilhamentoArquivo::eNegaTudo,
-                                     ECriacaoArquivo::eSomenteExistente};
-    std::unique_ptr<IXVArquivo> pExclusivo;
-    EXPECT_EQ(Abre("a.dat", exclusiva, pExclusivo), ECausaArquivo::eViolacaoCompartilhamento);
-    pLeitor1.reset();
-    EXPECT_EQ(Abre("a.dat", exclusiva, pExclusivo), ECausaArquivo::eViolacaoCompartilhamento);
-    pLeitor2.reset();
-    EXPECT_EQ(Abre("a.dat", exclusiva, pExclusivo), ECausaArquivo::eNenhuma);
 }
 
 TEST_P(CXVSistemaArquivosTeste, CriaSoQuandoPedidoENuncaTrunca) {
-    for (const EAcessoArquivo eAcesso : k_aAcessos) {
+    for (const EAcessoArquivo eAcesso :
+         {EAcessoArquivo::eLeitura, EAcessoArquivo::eLeituraEscrita, EAcessoArquivo::eAnexacao}) {
         const std::string sNome = "novo" + std::to_string(static_cast<int>(eAcesso));
         SAberturaArquivo abertura{eAcesso, ECompartilhamentoArquivo::eNegaEscrita,
                                   ECriacaoArquivo::eSomenteExistente};
-        std::unique_ptr<IXVArquivo> pArquivo;
-        EXPECT_EQ(Abre(sNome, abertura, pArquivo), ECausaArquivo::eArquivoNaoEncontrado);
-        EXPECT_EQ(Sistema().Existe(Caminho(sNome)), EExistencia::eAusente);
+        EXPECT_EQ(Abre(sNome, abertura), ECausa::eArquivoNaoEncontrado);
+        EXPECT_EQ(Existe(sNome), EExistencia::eAusente);
         abertura.eCriacao = ECriacaoArquivo::eCriaSeAusente;
-        EXPECT_EQ(Abre(sNome, abertura, pArquivo), ECausaArquivo::eNenhuma);
-        pArquivo.reset();
-        EXPECT_EQ(Conteudo(sNome), "");
-        Cria(sNome, "conteudo");
-        EXPECT_EQ(Abre(sNome, abertura, pArquivo), ECausaArquivo::eNenhuma);
-        pArquivo.reset();
-        EXPECT_EQ(Conteudo(sNome), "conteudo");
+        for (const std::string sConteudo : {"", "conteudo"}) {
+            ASSERT_EQ(Abre(sNome, abertura), ECausa::eNenhuma);
+            XVUInt64 uiTamanho = 99;
+            EXPECT_TRUE(m_pArquivo->GetTamanho(uiTamanho).Ok());
+            EXPECT_EQ(uiTamanho, sConteudo.size());
+            m_pArquivo.reset();
+            EXPECT_EQ(Conteudo(sNome), sConteudo);
+            Cria(sNome, "conteudo");
+        }
     }
 }
 
 TEST_P(CXVSistemaArquivosTeste, ArquivoAusenteDiretorioAusenteEDiretorioSeDistinguem) {
     Cria("a.dat", "x");
-    ASSERT_TRUE(Sistema().CriaDiretorio(Caminho("sub")).Ok());
-    std::unique_ptr<IXVArquivo> pArquivo;
-    for (const SAberturaArquivo& rAbertura : {k_aberturaLeitura, k_aberturaEscrita}) {
-        EXPECT_EQ(Abre("nao/a.dat", rAbertura, pArquivo), ECausaArquivo::eCaminhoInvalido);
-        EXPECT_EQ(Abre("a.dat/b.dat", rAbertura, pArquivo), ECausaArquivo::eCaminhoInvalido);
-        EXPECT_EQ(Abre("sub", rAbertura, pArquivo), ECausaArquivo::eAcessoNegado);
+    ASSERT_EQ(CriaDiretorio("sub"), ECausa::eNenhuma);
+    const struct {
+        const char* pszNome;
+        EExistencia eExistencia;
+        ECausa eCausa;
+    } aCasos[] = {{"b.dat", EExistencia::eAusente, ECausa::eArquivoNaoEncontrado},
+                  {"nao/a.dat", EExistencia::eAusente, ECausa::eCaminhoInvalido},
+                  {"a.dat/b.dat", EExistencia::eAusente, ECausa::eCaminhoInvalido},
+                  {"sub", EExistencia::eDiretorio, ECausa::eAcessoNegado}};
+    for (const auto& [pszNome, eExistencia, eCausa] : aCasos) {
+        EXPECT_EQ(Existe(pszNome), eExistencia) << pszNome;
+        EXPECT_FALSE(m_rSistema.EhSomenteLeitura(Caminho(pszNome))) << pszNome;
+        EXPECT_EQ(Abre(pszNome, k_leitura), eCausa) << pszNome;
+        EXPECT_EQ(Apaga(pszNome), eCausa) << pszNome;
+        if (eCausa != ECausa::eArquivoNaoEncontrado) {
+            EXPECT_EQ(Abre(pszNome, k_criacao), eCausa) << pszNome;
+        }
     }
-    EXPECT_EQ(Abre("b.dat", k_aberturaLeitura, pArquivo), ECausaArquivo::eArquivoNaoEncontrado);
-    EXPECT_FALSE(Sistema().EhSomenteLeitura(Caminho("b.dat")));
-    for (const std::string sNome : {"b.dat", "nao/a.dat", "a.dat/b.dat"}) {
-        EXPECT_EQ(Sistema().Existe(Caminho(sNome)), EExistencia::eAusente) << sNome;
-    }
-    EXPECT_EQ(Sistema().Existe(Caminho("sub")), EExistencia::eDiretorio);
-    EXPECT_EQ(Sistema().Apaga(Caminho("b.dat")).GetCausa(), ECausaArquivo::eArquivoNaoEncontrado);
-    EXPECT_EQ(Sistema().Apaga(Caminho("nao/b.dat")).GetCausa(), ECausaArquivo::eCaminhoInvalido);
-    EXPECT_EQ(Sistema().Apaga(Caminho("sub")).GetCausa(), ECausaArquivo::eAcessoNegado);
 }
 
 TEST_P(CXVSistemaArquivosTeste, TextosQueNaoSaoCaminhoSaoRecusadosEmTudo) {
-    std::unique_ptr<IXVArquivo> pArquivo;
     for (const std::string& sCaminho :
          {std::string(), Caminho(std::string("a\0b", 3)), Caminho("a.dat") + "/"}) {
-        EXPECT_EQ(Sistema().Abre(sCaminho, k_aberturaEscrita, pArquivo).GetCausa(),
-                  ECausaArquivo::eCaminhoInvalido);
-        EXPECT_EQ(Sistema().Apaga(sCaminho).GetCausa(), ECausaArquivo::eCaminhoInvalido);
-        EXPECT_EQ(Sistema().Existe(sCaminho), EExistencia::eAusente);
-        std::string sNome;
-        EXPECT_FALSE(Sistema().BuscaNomeReal(sCaminho, sNome).Ok());
+        EXPECT_EQ(m_rSistema.Abre(sCaminho, k_criacao, m_pArquivo).GetCausa(), ECausa::eCaminhoInvalido);
+        EXPECT_EQ(m_rSistema.Apaga(sCaminho).GetCausa(), ECausa::eCaminhoInvalido);
+        EXPECT_EQ(m_rSistema.Existe(sCaminho), EExistencia::eAusente);
+        EXPECT_FALSE(m_rSistema.BuscaNomeReal(sCaminho, m_sNomeReal).Ok());
     }
-    EXPECT_EQ(Sistema().CriaDiretorio("").GetCausa(), ECausaArquivo::eCaminhoInvalido);
-    EXPECT_EQ(Sistema().CriaDiretorio(Caminho(std::string("a\0b", 3))).GetCausa(),
-              ECausaArquivo::eCaminhoInvalido);
+    EXPECT_EQ(m_rSistema.CriaDiretorio("").GetCausa(), ECausa::eCaminhoInvalido);
+    EXPECT_EQ(CriaDiretorio(std::string("a\0b", 3)), ECausa::eCaminhoInvalido);
 }
 
 TEST_P(CXVSistemaArquivosTeste, ArquivoSoDeLeituraExisteEAbreSoParaLer) {
     Cria("a.dat", "x");
-    EXPECT_FALSE(Sistema().EhSomenteLeitura(Caminho("a.dat")));
+    EXPECT_FALSE(m_rSistema.EhSomenteLeitura(Caminho("a.dat")));
     SetSomenteLeitura("a.dat");
-    EXPECT_TRUE(Sistema().EhSomenteLeitura(Caminho("a.dat")));
-    EXPECT_EQ(Sistema().Existe(Caminho("a.dat")), EExistencia::eArquivo);
-    std::unique_ptr<IXVArquivo> pArquivo;
-    for (const EAcessoArquivo eAcesso : {EAcessoArquivo::eLeituraEscrita, EAcessoArquivo::eAnexacao}) {
-        for (const ECriacaoArquivo eCriacao :
-             {ECriacaoArquivo::eSomenteExistente, ECriacaoArquivo::eCriaSeAusente}) {
-            EXPECT_EQ(Abre("a.dat", {eAcesso, ECompartilhamentoArquivo::eNegaEscrita, eCriacao}, pArquivo),
-                      ECausaArquivo::eAcessoNegado);
-        }
-    }
-    EXPECT_EQ(Sistema().Apaga(Caminho("a.dat")).GetCausa(), ECausaArquivo::eAcessoNegado);
-    EXPECT_EQ(Conteudo("a.dat"), "x");
+    EXPECT_TRUE(m_rSistema.EhSomenteLeitura(Caminho("a.dat")));
+    EXPECT_EQ(Existe("a.dat"), EExistencia::eArquivo);
+    for (const SAberturaArquivo& rAbertura : {k_escrita, k_criacao, k_anexacao})
+        EXPECT_EQ(Abre("a.dat", rAbertura), ECausa::eAcessoNegado);
+    EXPECT_EQ(Apaga("a.dat"), ECausa::eAcessoNegado);
+    ASSERT_EQ(Abre("a.dat", k_leitura), ECausa::eNenhuma);
+    EXPECT_EQ(Le(0, 1), ECausa::eNenhuma);
+    EXPECT_EQ(m_sLido, "x");
 }
 
 TEST_P(CXVSistemaArquivosTeste, NomesForaDoAsciiECaminhosLongosServem) {
-    const std::string sNome = "integra\xC3\xA7\xC3\xA3o \xE2\x82\xAC.dat";
-    Cria(sNome, "x");
-    std::string sReal;
-    EXPECT_TRUE(Sistema().BuscaNomeReal(Caminho(sNome), sReal).Ok());
-    EXPECT_EQ(sReal, sNome);
-    std::string sFundo = "d";
-    for (int i = 0; i < 8; ++i) {
-        sFundo = Sistema().Junta(sFundo, std::string(60, 'x'));
-    }
-    ASSERT_TRUE(Sistema().CriaDiretorio(Caminho(sFundo)).Ok());
-    const std::string sLongo = Sistema().Junta(sFundo, "a.dat");
-    Cria(sLongo, "longe");
-    EXPECT_EQ(Conteudo(sLongo), "longe");
-    EXPECT_TRUE(Sistema().Apaga(Caminho(sLongo)).Ok());
+    std::string sLongo = "integra\xC3\xA7\xC3\xA3o \xE2\x82\xAC";
+    for (int i = 0; i < 8; ++i) sLongo = m_rSistema.Junta(sLongo, std::string(60, 'x'));
+    ASSERT_EQ(CriaDiretorio(sLongo), ECausa::eNenhuma);
+    sLongo = m_rSistema.Junta(sLongo, "\xC3\xA7.dat");
+    ASSERT_EQ(Abre(sLongo, k_criacao), ECausa::eNenhuma);
+    EXPECT_EQ(Grava(0, "longe"), ECausa::eNenhuma);
+    EXPECT_EQ(BuscaNomeReal(sLongo), ECausa::eNenhuma);
+    EXPECT_EQ(m_sNomeReal, "\xC3\xA7.dat");
+    m_pArquivo.reset();
+    EXPECT_EQ(Apaga(sLongo), ECausa::eNenhuma);
 }

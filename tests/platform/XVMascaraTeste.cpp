@@ -6,40 +6,41 @@
 #include "platform/XVMascara.h"
 
 TEST(CXVMascaraTeste, CasaONomeInteiroSemOlharACaixa) {
-    const auto fn = XVMascara::Confere;
-    EXPECT_TRUE(fn("*.dat", "A.DAT"));
-    EXPECT_TRUE(fn("crinteg????????.dat", "CRINTEG20240101.dat"));
-    EXPECT_TRUE(fn("a*b*c", "aXbYbZc"));
-    EXPECT_TRUE(fn("*", ""));
-    EXPECT_TRUE(fn("", ""));
-    EXPECT_TRUE(fn("**a**", "a"));
-    EXPECT_TRUE(fn("?.dat", "\xC3\xA7.dat")) << "one character of two bytes";
-    EXPECT_FALSE(fn("*\xA7", "\xC3\xA7")) << "half of a character";
-    EXPECT_FALSE(fn("*.dat", "a.datx"));
-    EXPECT_FALSE(fn("*.dat", "adat"));
-    EXPECT_FALSE(fn("?", ""));
-    EXPECT_FALSE(fn("??", "a"));
-    EXPECT_FALSE(fn("a?c", "ac"));
-    EXPECT_FALSE(fn("", "a"));
-    EXPECT_FALSE(fn("*a", "ab"));
-}
-
-TEST(CXVMascaraTeste, MascaraHostilNaoCustaMaisQueOProdutoDosComprimentos) {
-    std::string sMascara;
-    for (int i = 0; i < 200; ++i) {
-        sMascara += "*a";
-    }
-    EXPECT_FALSE(XVMascara::Confere(sMascara + "b", std::string(5000, 'a')));
+    std::string sHostil;  // must cost no more than the product of the lengths
+    for (int i = 0; i < 200; ++i) sHostil += "*a";
+    const struct {
+        std::string sMascara;
+        std::string sNome;
+        bool bCasa;
+    } aCasos[] = {
+        {"*.dat", "A.DAT", true},
+        {"crinteg????????.dat", "CRINTEG20240101.dat", true},
+        {"a*b*c", "aXbYbZc", true},
+        {"*", "", true},
+        {"", "", true},
+        {"**a**", "a", true},
+        {"?.dat", "\xC3\xA7.dat", true},  // one character of two bytes
+        {"*\xA7", "\xC3\xA7", false},     // half of a character
+        {"*.dat", "a.datx", false},
+        {"*.dat", "adat", false},
+        {"?", "", false},
+        {"a?c", "ac", false},
+        {"", "a", false},
+        {"*a", "ab", false},
+        {sHostil + "b", std::string(5000, 'a'), false},
+    };
+    for (const auto& [sMascara, sNome, bCasa] : aCasos)
+        EXPECT_EQ(XVMascara::Confere(sMascara, sNome), bCasa) << sMascara << ' ' << sNome;
 }
 
 TEST(CXVCaminhoTeste, SeparaCaminhosGuardandoRaizes) {
-    const auto fn = [](const char* pszCaminho) {
+    const std::pair<const char*, const char*> aCasos[] = {{"a.dat", ".|a.dat"},
+                                                          {"/a.dat", "/|a.dat"},
+                                                          {"C:\\a.dat", "C:\\|a.dat"},
+                                                          {"d//e/a.dat", "d//e|a.dat"},
+                                                          {"d\\\\a.dat", "d|a.dat"}};
+    for (const auto& [pszCaminho, pszEsperado] : aCasos) {
         const XVCaminho::SPartes partes = XVCaminho::Separa(pszCaminho, "/\\");
-        return partes.sDiretorio + "|" + partes.sNome;
-    };
-    EXPECT_EQ(fn("a.dat"), ".|a.dat");
-    EXPECT_EQ(fn("/a.dat"), "/|a.dat");
-    EXPECT_EQ(fn("C:\\a.dat"), "C:\\|a.dat");
-    EXPECT_EQ(fn("d//e/a.dat"), "d//e|a.dat");
-    EXPECT_EQ(fn("d\\\\a.dat"), "d|a.dat");
+        EXPECT_EQ(partes.sDiretorio + "|" + partes.sNome, pszEsperado);
+    }
 }

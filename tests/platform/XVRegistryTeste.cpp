@@ -20,36 +20,31 @@ void SetVariavel(const std::string& sValor) {
 
 }  // namespace
 
-TEST(CXVRegistryTextoTeste, LeTextosENumerosDeSuaChave) {
+TEST(CXVRegistryTextoTeste, LeSuaChaveESaltaLinhasMalformadas) {
     CXVRegistryTexto texto;
     texto.Carrega(
-        "# comentario\r\n"
+        "Antes = 1\n# comentario\r\n"
         "[SOFTWARE\\Wow6432Node\\Velmora\\DF]\r\n"
         "\"Path\" = \"C:\\dados da suite\\x\" ; fica\r\n"
         "  Liga=1   # um\n"
         "\"Texto Numero\" = \"42\"\n"
         "Liga = 2 ; dois\n"
+        "sem igual\n= 1\n\"aberta = 1\nA = \"aberta\nB = \"x\" y\nC = 12x\nD = -1\n"
+        "E = 4294967296\nF =\n\"G\"\nH = 4294967295\n[quebrada\nI = 1\n"
         "[ software\\wow6432node\\velmora ]\n"
         "Path = \"outro\"");
     EXPECT_EQ(texto.LeTexto(k_sChaveDF, "path"), "C:\\dados da suite\\x");
     EXPECT_EQ(texto.LeTexto("software\\WOW6432NODE\\velmora", "PATH"), "outro");
     EXPECT_EQ(texto.LeNumero(k_sChaveDF, "Liga"), 2U);
     EXPECT_EQ(texto.LeNumero(k_sChaveDF, "Texto Numero"), 42U);
+    EXPECT_EQ(texto.LeNumero(k_sChaveDF, "H"), 4294967295U);
     EXPECT_EQ(texto.LeTexto(k_sChaveDF, "Liga"), std::nullopt);
     EXPECT_EQ(texto.LeNumero(k_sChaveDF, "Path"), std::nullopt);
-    EXPECT_EQ(texto.LeTexto(k_sChaveDF, "Nada"), std::nullopt);
-}
-
-TEST(CXVRegistryTextoTeste, SaltaLinhasMalformadas) {
-    CXVRegistryTexto texto;
-    texto.Carrega(
-        "Antes = 1\n[K]\nsem igual\n= 1\n\"aberta = 1\nA = \"aberta\nB = \"x\" y\nC = 12x\nD = -1\n"
-        "E = 4294967296\nF =\n\"G\"\nH = 4294967295\n[quebrada\nI = 1\n");
-    for (const char* pszNome : {"Antes", "", "A", "B", "C", "D", "E", "F", "G", "I", "aberta"}) {
-        EXPECT_EQ(texto.LeTexto("K", pszNome), std::nullopt) << pszNome;
-        EXPECT_EQ(texto.LeNumero("K", pszNome), std::nullopt) << pszNome;
+    for (const char* pszNome :
+         {"Antes", "", "A", "B", "C", "D", "E", "F", "G", "I", "aberta", "quebrada", "Nada"}) {
+        EXPECT_EQ(texto.LeTexto(k_sChaveDF, pszNome), std::nullopt) << pszNome;
+        EXPECT_EQ(texto.LeNumero(k_sChaveDF, pszNome), std::nullopt) << pszNome;
     }
-    EXPECT_EQ(texto.LeNumero("K", "H"), 4294967295U);
 }
 
 // A file counts as another one when its name, its length or its time is another.

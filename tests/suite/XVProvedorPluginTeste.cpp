@@ -8,174 +8,161 @@
 #include "suite/providers/XVProvedorAdaptador.h"
 #include "support/trace/XVCapturaTrace.h"
 #include "tests/suite/XVCenarioSuite.h"
+#include "tests/suite/XVIntegracaoCheia.h"
 
 namespace {
 
 constexpr HRESULT k_hrInvalida = CXVProvedorAdaptador::k_hrRespostaInvalida;
 
-// The library: what a test tells it to answer.
-struct SBiblioteca {
-    XVProvedorTabela tabela{};
-    std::int32_t iResultado = 0;
-    std::function<void(XVProvedorDados*)> fnDados;
-    std::function<void(XVProvedorListaPendencias*)> fnLista;
-    std::function<void(XVProvedorStatusConsulta*)> fnConsulta;
-    long lBuffersVivos = 0;
-};
-SBiblioteca* g_pBiblioteca = nullptr;
+// The library: its table, and what it does with each record that it is to fill.
+XVProvedorTabela g_tabela;
+long g_lBuffersVivos = 0;
+template <class TReg>
+std::function<void(TReg*)> g_fnResponde;
 
-std::int32_t Obtem(std::uint32_t, XVProvedorTabela* pTabela) {
-    *pTabela = g_pBiblioteca->tabela;
-    return g_pBiblioteca->iResultado;
+XVProvedorBuffer Buffer(std::string_view sBytes, XVUInt64 uiTamanho, XVUInt bPreenchido) {
+    ++g_lBuffersVivos;
+    void* pBytes = std::calloc(1, sBytes.size());
+    std::memcpy(pBytes, sBytes.data(), sBytes.size());
+    return {pBytes, uiTamanho, bPreenchido, 0};
 }
 
 class ProvedorPluginTeste : public CXVCenarioSuite {
   protected:
     ProvedorPluginTeste() {
-        g_pBiblioteca = &m_Biblioteca;
-        XVProvedorTabela& r = m_Biblioteca.tabela;
-        r.ulTamanho = sizeof r;
-        r.ulVersao = XVPROVEDOR_VERSAO;
-        r.eSistema = Mercos;
-        r.pfnLibera = [](void*, void* pBuffer) {
-            --g_pBiblioteca->lBuffersVivos;
+        g_tabela = {};
+        g_tabela.ulTamanho = sizeof g_tabela;
+        g_tabela.ulVersao = XVPROVEDOR_VERSAO;
+        g_tabela.eSistema = Mercos;
+        g_tabela.pfnLibera = [](void*, void* pBuffer) {
+            --g_lBuffersVivos;
             std::free(pBuffer);
         };
+        g_tabela.pfnEnviaJson = [](void*, auto, auto p) { return Responde(p, 1); };
+        g_tabela.pfnBuscaDadosSistemaTerceiro = [](void*, auto, auto, auto p) { return Responde(p, 0); };
+        g_tabela.pfnBuscaIntegracoes = [](void*, auto, auto, auto p) { return Responde(p, 1); };
     }
     ~ProvedorPluginTeste() override {
-        EXPECT_EQ(m_Biblioteca.lBuffersVivos, 0) << "every buffer went back to the library";
+        EXPECT_EQ(g_lBuffersVivos, 0) << "every buffer went back to the library";
     }
 
-    static void* Aloca(std::size_t uiTamanho) {
-        ++g_pBiblioteca->lBuffersVivos;
-        return std::calloc(1, uiTamanho);
+    template <class TReg>
+    static std::int32_t Responde(TReg* p, std::int32_t iResultado) {
+        g_fnResponde<TReg>(p);
+        return iResultado;
     }
-    static void Preenche(XVProvedorBuffer* pBuffer, std::string_view s) {
-        *pBuffer = {Aloca(s.size()), s.size(), 1, 0};
-        std::memcpy(pBuffer->pBytes, s.data(), s.size());
-    }
-    std::unique_ptr<IXVProvedorIntegracao> Provedor() {
-        XVProvedorTabela& r = m_Biblioteca.tabela;
-        r.pfnEnviaJson = [](void*, auto, auto p) { return g_pBiblioteca->fnDados(p), 1; };
-        r.pfnBuscaIntegracoes = [](void*, auto, auto, auto p) { return g_pBiblioteca->fnLista(p), 1; };
-        r.pfnBuscaDadosSistemaTerceiro = [](void*, auto, auto, auto p) {
-            return g_pBiblioteca->fnConsulta(p), 0;
+    std::unique_ptr<IXVProvedorIntegracao> Cria() {
+        const auto pfnObtem = [](std::uint32_t, XVProvedorTabela* pTabela) {
+            *pTabela = g_tabela;
+            return 1;
         };
-        return CXVProvedorAdaptador::Cria(&Obtem, Mercos, &m_sMotivo);
+        return CXVProvedorAdaptador::Cria(pfnObtem, Mercos, &m_sMotivo);
+    }
+    // What comes of each answer of the library, which must leave nothing of it behind.
+    HRESULT Envia(std::function<void(XVProvedorDados*)> fnResponde) {
+        g_fnResponde<XVProvedorDados> = std::move(fnResponde);
+        CXVDadosCR_IntegracaoMiddleware dados = XVIntegracaoCheia();
+        const HRESULT hr = Cria()->EnviaJson(m_Dono, dados);
+        EXPECT_TRUE(dados == XVIntegracaoCheia());
+        return hr;
+    }
+    HRESULT Consulta(std::function<void(XVProvedorStatusConsulta*)> fnResponde) {
+        g_fnResponde<XVProvedorStatusConsulta> = std::move(fnResponde);
+        const CXVDadosCR_StatusConsultaSistemaTerceiro antes{"antes", "{}", "doc", 2};
+        CXVDadosCR_StatusConsultaSistemaTerceiro status = antes;
+        const HRESULT hr = Cria()->BuscaDadosSistemaTerceiro(m_Dono, {}, status);
+        EXPECT_TRUE(status == antes);
+        return hr;
+    }
+    HRESULT Lista(std::function<void(XVProvedorListaPendencias*)> fnResponde) {
+        g_fnResponde<XVProvedorListaPendencias> = std::move(fnResponde);
+        std::vector<CXVDadosCR_PendenciaIntegracaoSistema> lista(1);
+        const HRESULT hr = Cria()->BuscaIntegracoes(m_Dono, {}, lista);
+        EXPECT_EQ(lista.size(), 1U);
+        return hr;
     }
 
-    SBiblioteca m_Biblioteca;
     std::string m_sMotivo;
     CXVCapturaTrace m_Captura;
 };
 
 TEST_F(ProvedorPluginTeste, TextosImpossiveisSaoRecusados) {
-    using TFaz = std::function<void(XVProvedorBuffer*)>;
-    const TFaz aImpossiveis[] = {
-        [](XVProvedorBuffer* p) { Preenche(p, std::string_view("a\0b", 3)); },
-        [](XVProvedorBuffer* p) {
-            *p = {nullptr, 5, 1, 0};
-        },
-        [](XVProvedorBuffer* p) {
-            *p = {Aloca(3), 0x1'0000'0000ULL, 1, 0};
-        },
-        [](XVProvedorBuffer* p) {
-            *p = {Aloca(3), 3, 0, 0};
-        },
-    };
-    const auto pProvedor = Provedor();
-    CXVDadosCR_IntegracaoMiddleware antes;
-    antes.sMensagemIntegracao = "antes";
-    antes.regDataHoraAlteracaoStatus.uiValor = 22;
-    CXVDadosCR_IntegracaoMiddleware dados = antes;
-    m_Biblioteca.fnDados = [](XVProvedorDados* p) { EXPECT_EQ(p->uiDataHoraAlteracaoStatus, 22U); };
-    EXPECT_EQ(pProvedor->EnviaJson(m_Dono, dados), S_OK) << "success by another number";
-    EXPECT_TRUE(dados == antes);
-    for (const TFaz& fnFaz : aImpossiveis) {
-        for (XVProvedorBuffer XVProvedorDados::*pCampo :
-             {&XVProvedorDados::bufRegistroJSON, &XVProvedorDados::bufMensagemIntegracao,
-              &XVProvedorDados::bufJSONRetornoIntegracao}) {
-            m_Biblioteca.fnDados = [&](XVProvedorDados* p) {
-                fnFaz(&(p->*pCampo));
+    using TFaz = XVProvedorBuffer (*)();
+    const TFaz pfnNul = [] { return Buffer({"a\0b", 3}, 3, 1); };
+    const TFaz pfnSemFim = [] { return Buffer("abc", 0x1'0000'0000ULL, 1); };
+    const TFaz pfnSemEndereco = [] { return XVProvedorBuffer{nullptr, 5, 1, 0}; };
+    const TFaz pfnNaoPreenchido = [] { return Buffer("abc", 3, 0); };
+    EXPECT_EQ(Envia([](auto* p) { EXPECT_EQ(p->uiDataHoraAlteracaoStatus, 22U); }), S_OK)
+        << "success by another number";
+    for (const TFaz pfnFaz : {pfnNul, pfnSemFim, pfnSemEndereco, pfnNaoPreenchido}) {
+        for (const auto pCampo : {&XVProvedorDados::bufRegistroJSON, &XVProvedorDados::bufMensagemIntegracao,
+                                  &XVProvedorDados::bufJSONRetornoIntegracao}) {
+            const auto fnResponde = [&](XVProvedorDados* p) {
+                p->*pCampo = pfnFaz();
                 p->uiChaveIntegracaoSistemaTerceiro = 9;
             };
-            EXPECT_EQ(pProvedor->EnviaJson(m_Dono, dados), k_hrInvalida);
-            EXPECT_TRUE(dados == antes);
+            EXPECT_EQ(Envia(fnResponde), k_hrInvalida);
         }
+        EXPECT_EQ(Consulta([&](auto* p) { p->bufMensagemRetorno = pfnFaz(); }), k_hrInvalida);
+        EXPECT_EQ(Consulta([&](auto* p) { p->bufJSONRetorno = pfnFaz(); }), k_hrInvalida);
     }
+    EXPECT_EQ(Consulta([&](auto* p) { p->bufDocumentoRetorno = pfnSemFim(); }), k_hrInvalida);
 }
 
 TEST_F(ProvedorPluginTeste, RespostaAConsultaOuListaImpossivelERecusada) {
-    const auto pProvedor = Provedor();
-    using TStatus = CXVDadosCR_StatusConsultaSistemaTerceiro;
-    std::vector<CXVDadosCR_PendenciaIntegracaoSistema> lista(1);
-    m_Biblioteca.fnLista = [](XVProvedorListaPendencias*) {};
-    EXPECT_EQ(pProvedor->BuscaIntegracoes(m_Dono, {}, lista), S_OK) << "success by another number";
-    for (const XVUInt ulCaso : {0U, 1U, 2U, 3U}) {
-        m_Biblioteca.fnConsulta = [ulCaso](XVProvedorStatusConsulta* p) {
-            p->eStatusConsulta = ulCaso == 0 ? XVUInt{eXVSMiddleware_QuantidadeStatusConsulta} : 1U;
-            if (ulCaso == 3)
-                p->bufDocumentoRetorno = {Aloca(3), 0x1'0000'0000ULL, 1, 0};
-            else
-                Preenche(&p->bufDocumentoRetorno, std::string_view("a\0b", 3));
-            if (ulCaso == 1) Preenche(&p->bufMensagemRetorno, std::string_view("a\0b", 3));
-            if (ulCaso == 2) Preenche(&p->bufJSONRetorno, std::string_view("a\0b", 3));
-        };
-        TStatus status{"antes", "{}", "doc", 2};
-        EXPECT_EQ(pProvedor->BuscaDadosSistemaTerceiro(m_Dono, {}, status), k_hrInvalida);
-        EXPECT_TRUE(status == (TStatus{"antes", "{}", "doc", 2}));
-        // No address, elements of another size, more of them than there can be.
-        m_Biblioteca.fnLista = [ulCaso](XVProvedorListaPendencias* p) {
-            p->ulTamanhoElemento = ulCaso == 1 ? 1 : sizeof(XVProvedorPendencia);
-            p->ulQuantidade = ulCaso >= 2 ? 1'000'001 : 1;
-            if (ulCaso != 0) p->pLista = static_cast<XVProvedorPendencia*>(Aloca(sizeof *p->pLista));
-        };
-        EXPECT_EQ(pProvedor->BuscaIntegracoes(m_Dono, {}, lista), k_hrInvalida);
-        EXPECT_EQ(lista.size(), 1U);
-    }
+    const auto fnSituacao = [](XVProvedorStatusConsulta* p) {
+        p->eStatusConsulta = eXVSMiddleware_QuantidadeStatusConsulta;
+        p->bufDocumentoRetorno = Buffer("abc", 3, 1);
+    };
+    EXPECT_EQ(Consulta(fnSituacao), k_hrInvalida);
+    EXPECT_EQ(Lista([](auto*) {}), S_OK) << "success by another number";
+    const auto lista = [this](std::size_t uiTamanho, XVUInt ulQuantidade, bool bEndereco) {
+        return Lista([=](XVProvedorListaPendencias* p) {
+            p->ulTamanhoElemento = static_cast<XVUInt>(uiTamanho);
+            p->ulQuantidade = ulQuantidade;
+            const std::string sElemento(sizeof *p->pLista, '\0');
+            if (bEndereco) p->pLista = static_cast<XVProvedorPendencia*>(Buffer(sElemento, 0, 0).pBytes);
+        });
+    };
+    EXPECT_EQ(lista(sizeof(XVProvedorPendencia), 1, false), k_hrInvalida);
+    EXPECT_EQ(lista(1, 1, true), k_hrInvalida) << "elements of another size";
+    EXPECT_EQ(lista(sizeof(XVProvedorPendencia), 1'000'001, true), k_hrInvalida);
 }
 
 TEST_F(ProvedorPluginTeste, OperacaoAusenteESistemaSemProvedorSaoENotimpl) {
-    const auto pProvedor = CXVProvedorAdaptador::Cria(&Obtem, Mercos, &m_sMotivo);
+    const auto pProvedor = Cria();
     CXVDadosCR_IntegracaoMiddleware dados;
     CXVDadosCR_ParametrosIntegracao parametros;
-    for (const auto pOperacao :
-         {&IXVProvedorIntegracao::RealizaOperacaoAnterior, &IXVProvedorIntegracao::EnviaJson,
-          &IXVProvedorIntegracao::BuscaDados, &IXVProvedorIntegracao::ExcluiDados})
-        EXPECT_EQ((*pProvedor.*pOperacao)(m_Dono, dados), E_NOTIMPL);
+    EXPECT_EQ(pProvedor->BuscaDados(m_Dono, dados), E_NOTIMPL);
     EXPECT_EQ(pProvedor->RealizaOperacaoPosterior(m_Dono, parametros), E_NOTIMPL);
     EXPECT_EQ(pProvedor->AtualizaParametrosIntegracao(m_Dono, parametros), E_NOTIMPL);
 
     CXVMiddlewareFacade facade;
     ASSERT_EQ(facade.Inicializa(&m_Dono), S_OK);
-    using CXVTroca = CXVMiddlewareIntegracaoSistemas;
     for (const auto& [eSistema, hrEsperado] :
          {std::pair{XVUInt{OfficialBank}, E_NOTIMPL}, {XVUInt{Tipo_Nenhum}, E_INVALIDARG}}) {
         dados.eSistemaIntegracao = parametros.eSistemaIntegracao = eSistema;
         EXPECT_EQ(facade.RealizaOperacaoAnterior(dados), hrEsperado);
         EXPECT_EQ(facade.RealizaOperacaoPosterior(parametros), hrEsperado);
         EXPECT_EQ(facade.AtualizaParametrosIntegracao(parametros), hrEsperado);
-        EXPECT_EQ(CXVTroca::EnviaJsonIntegracaoSistemasTerceiros(dados, &m_Dono), hrEsperado);
-        EXPECT_EQ(CXVTroca::BuscaDadosIntegracaoSistemasTerceiros(dados, nullptr, &m_Dono), hrEsperado);
-        EXPECT_EQ(CXVTroca::ExcluiDadosIntegracaoSistemasTerceiros(dados, &m_Dono), hrEsperado);
+        EXPECT_EQ(CXVMiddlewareIntegracaoSistemas::EnviaJsonIntegracaoSistemasTerceiros(dados, &m_Dono),
+                  hrEsperado);
     }
 }
 
 TEST_F(ProvedorPluginTeste, TabelaQueNaoCabeNaInterfaceERecusadaComOMotivo) {
-    const XVProvedorTabela boa = m_Biblioteca.tabela;
+    const XVProvedorTabela boa = g_tabela;
     const auto motivo = [&] {
-        const auto pProvedor = CXVProvedorAdaptador::Cria(&Obtem, Mercos, &m_sMotivo);
+        const auto pProvedor = Cria();
         EXPECT_EQ(pProvedor == nullptr, !m_sMotivo.empty());
-        m_Biblioteca.tabela = boa;
+        g_tabela = boa;
         return m_sMotivo;
     };
-    m_Biblioteca.iResultado = 1;
-    EXPECT_EQ(motivo(), "");
-    m_Biblioteca.tabela.ulTamanho = 8;
+    g_tabela.ulTamanho = 8;
     EXPECT_EQ(motivo(), "tabela de 8 bytes em vez de " + std::to_string(sizeof(XVProvedorTabela)));
-    m_Biblioteca.tabela.ulVersao = 2;
+    g_tabela.ulVersao = 2;
     EXPECT_EQ(motivo(), "tabela da versão 2 em vez de 1");
-    m_Biblioteca.tabela.pfnLibera = nullptr;
+    g_tabela.pfnLibera = nullptr;
     EXPECT_EQ(motivo(), "tabela sem pfnLibera");
 }
 

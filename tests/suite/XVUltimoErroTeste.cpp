@@ -25,23 +25,18 @@ bool operator==(const REG_DF_ULTIMO_ERROPS& r, const REG_DF_ULTIMO_ERROPS& rOutr
     return std::memcmp(&r, &rOutro, sizeof(r)) == 0;
 }
 
-template <std::size_t N>
-void Poe(char (&szCampo)[N], std::string_view sTexto) {
-    sTexto.copy(szCampo, N - 1);
-}
-
 TEST_F(UltimoErroTeste, GuardaCodigoLugarEFraseELimpa) {
     CXVUltimoErro erro;
     erro.Registra(E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA, "CBaseMiddleware::LeIntegracao", "BaseMiddleware",
                   42);
-    REG_DF_ULTIMO_ERROPS esperado{};
-    esperado.hrErro = E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA;
-    esperado.ulLinha = 42;
-    esperado.regDataHora = REG_XVDMAHMSUTC::De({2024, 3, 15, 12, 0, 0}).uiValor;
-    Poe(esperado.szNome, "E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA");
-    Poe(esperado.szFuncao, "CBaseMiddleware::LeIntegracao");
-    Poe(esperado.szFonte, "BaseMiddleware");
-    Poe(esperado.szMensagem, XVBuscaMensagem(E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA)->sDescricao);
+    REG_DF_ULTIMO_ERROPS esperado{E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA,
+                                  42,
+                                  REG_XVDMAHMSUTC::De({2024, 3, 15, 12, 0, 0}).uiValor,
+                                  "E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA",
+                                  "CBaseMiddleware::LeIntegracao",
+                                  "BaseMiddleware",
+                                  {}};
+    XVBuscaMensagem(esperado.hrErro)->sDescricao.copy(esperado.szMensagem, sizeof esperado.szMensagem - 1);
     EXPECT_TRUE(Copia(erro) == esperado);
 
     erro.Registra(XVHResult(0x8ABCDEF0U), "f", "u", 1);  // a code without name and sentence

@@ -2,30 +2,19 @@
 // log.ini that each test writes.
 #pragma once
 
+#include <sstream>
 #include <string>
 #include <vector>
 
 #include "support/XVAmbiente.h"
-#include "support/trace/IXVDF_Profiler.h"
 #include "support/trace/XVProfiler.h"
+#include "tests/harness/XVDonoFixo.h"
 #include "tests/harness/XVGuardasPlataforma.h"
 #include "tests/harness/XVRegistryFalso.h"
 #include "tests/harness/XVRelogioFalso.h"
 #include "tests/harness/XVSistemaArquivosMemoria.h"
 
-class CDonoTeste : public IXVDF_Profiler {
-  public:
-    explicit CDonoTeste(std::string sEmpresa = "ACME", bool bConsulta = false)
-        : m_sEmpresa(std::move(sEmpresa)), m_bConsulta(bConsulta) {}
-    std::string_view GetEmpresa() const override { return m_sEmpresa; }
-    XVUShort GetUsuario() const override { return 7; }
-    XVUInt GetNumeroSessao() const override { return 42; }
-    bool EhConsulta() const override { return m_bConsulta; }
-
-  private:
-    std::string m_sEmpresa;
-    bool m_bConsulta;
-};
+using TLinhas = std::vector<std::vector<std::string>>;
 
 class CXVBancadaTrace {
   public:
@@ -36,8 +25,7 @@ class CXVBancadaTrace {
         XVProfiler::RecarregaConfiguracao();
     }
     ~CXVBancadaTrace() {  // the next test finds tracing off
-        m_sistema.CriaArquivo("/xv/log.ini", "");
-        XVProfiler::RecarregaConfiguracao();
+        EscreveLogIni("");
     }
 
     void EscreveLogIni(const std::string& sValores) {
@@ -46,23 +34,19 @@ class CXVBancadaTrace {
     }
 
     // Lines of a log as columns; none when the file is absent.
-    std::vector<std::vector<std::string>> LeLog(const std::string& sCaminho) const {
+    TLinhas LeLog(const std::string& sCaminho) const {
         return SeparaColunas(m_sistema.LeConteudo(sCaminho).value_or(""));
     }
 
-    static std::vector<std::vector<std::string>> SeparaColunas(const std::string& sConteudo) {
-        std::vector<std::vector<std::string>> listaLinhas;
-        if (!sConteudo.empty()) listaLinhas.push_back({""});
-        for (std::size_t i = 0; i < sConteudo.size(); ++i) {
-            if (sConteudo[i] == '\n') {
-                if (i + 1 < sConteudo.size()) listaLinhas.push_back({""});
-            } else if (sConteudo[i] == '\t') {
-                listaLinhas.back().emplace_back();
-            } else {
-                listaLinhas.back().back() += sConteudo[i];
-            }
+    static TLinhas SeparaColunas(const std::string& sConteudo) {
+        TLinhas linhas;
+        std::istringstream conteudo(sConteudo);
+        for (std::string sLinha; std::getline(conteudo, sLinha);) {
+            std::istringstream linha(sLinha + "\t");
+            linhas.emplace_back();
+            for (std::string s; std::getline(linha, s, '\t');) linhas.back().push_back(s);
         }
-        return listaLinhas;
+        return linhas;
     }
 
     CXVSistemaArquivosMemoria m_sistema;

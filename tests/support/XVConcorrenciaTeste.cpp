@@ -1,55 +1,40 @@
 // Several processes and threads append to one log, and several threads ask for all that a record needs.
 #include <gtest/gtest.h>
 
-#include <cstdlib>
+#include <memory>
 #include <set>
 #include <string>
 #include <thread>
 #include <vector>
 
-#include "platform/XVAmbienteSO.h"
 #include "platform/XVPlataforma.h"
 #include "support/trace/XVCheck.h"
 #include "tests/harness/XVDiretorioTemporario.h"
 #include "tests/harness/XVEmThreads.h"
+#include "tests/harness/XVProcessoFilho.h"
 #include "tests/harness/XVSistemaArquivosFalhas.h"
 #include "tests/support/XVBancadaTrace.h"
 
 namespace {
 
-constexpr int k_iProcessos = 4;
 constexpr int k_iThreads = 8;
 constexpr int k_iLinhas = 25;
-constexpr std::size_t k_uiColunasErro = 39;
-constexpr std::size_t k_uiColunaProcesso = 2;
-constexpr std::size_t k_uiColunaArquivoFonte = 16;
-constexpr std::size_t k_uiColunaLog = 29;
-
-std::string Comando(const CXVDiretorioTeste& rDiretorio, int iProcesso) {
-    const IXVSistemaArquivos& rSistema = XVPlataforma::SistemaArquivosNativo();
-    const std::string sPrograma =
-        rSistema.Junta(XVAmbienteSO::GetDiretorioExecutavel(), XV_PROGRAMA_ESCRITOR);
-    const std::string sProcesso = "p" + std::to_string(iProcesso);
-    return sPrograma + " " + rDiretorio.GetCaminho() + " " + sProcesso + " " + std::to_string(k_iThreads) +
-           " " + std::to_string(k_iLinhas) + " > " + rDiretorio.Junta(sProcesso + ".txt");
-}
 
 }  // namespace
 
 TEST(Concorrencia, NenhumaLinhaCortadaNenhumaPerdidaUmCabecalho) {
+    constexpr int k_iProcessos = 4;
     const CXVDiretorioTeste diretorio;
-    std::vector<std::thread> listaProcessos;
-    std::vector<int> listaCodigos(k_iProcessos, -1);
+    std::vector<std::unique_ptr<CXVProcessoFilho>> listaProcessos;
     for (int i = 0; i < k_iProcessos; ++i)
-        listaProcessos.emplace_back([&, i] {
-            listaCodigos[static_cast<std::size_t>(i)] = std::system(Comando(diretorio, i).c_str());
-        });
-    for (std::thread& rThread : listaProcessos) rThread.join();
-
+        listaProcessos.push_back(std::make_unique<CXVProcessoFilho>(
+            XVProgramaVizinho("XV_Escreve_Trace"),
+            std::vector{diretorio.GetCaminho(), "p" + std::to_string(i), std::to_string(k_iThreads),
+                        std::to_string(k_iLinhas)}));
     std::size_t uiPerdidos = 0;
-    for (int i = 0; i < k_iProcessos; ++i) {
-        EXPECT_EQ(listaCodigos[static_cast<std::size_t>(i)], 0);
-        uiPerdidos += std::stoul(diretorio.LeConteudo("p" + std::to_string(i) + ".txt").value_or("0"));
+    for (const auto& pProcesso : listaProcessos) {
+        uiPerdidos += std::stoul(pProcesso->LeLinha());
+        EXPECT_EQ(pProcesso->EsperaFim(), 0);
     }
     // A test that runs across the end of a month finds two logs.
     std::vector<std::string> listaLogs;
@@ -59,21 +44,21 @@ TEST(Concorrencia, NenhumaLinhaCortadaNenhumaPerdidaUmCabecalho) {
     std::size_t uiLinhas = 0;
     std::set<std::string> expressoes;
     for (const std::string& sLog : listaLogs) {
-        const auto linhas = CXVBancadaTrace::SeparaColunas(*diretorio.LeConteudo(sLog));
+        const TLinhas linhas = CXVBancadaTrace::SeparaColunas(*diretorio.LeConteudo(sLog));
         ASSERT_FALSE(linhas.empty());
         EXPECT_EQ(linhas[0][0], "Data");
         for (std::size_t i = 1; i < linhas.size(); ++i) {
-            ASSERT_EQ(linhas[i].size(), k_uiColunasErro);
+            ASSERT_EQ(linhas[i].size(), 39U);
             EXPECT_NE(linhas[i][0], "Data");
-            EXPECT_TRUE(linhas[i][k_uiColunaProcesso].starts_with("xv_escreve_trace")) << "in small letters";
-            EXPECT_EQ(linhas[i][k_uiColunaArquivoFonte], "tests/support/XVEscreveTrace.cpp");
-            expressoes.insert(linhas[i][k_uiColunaLog]);
+            EXPECT_TRUE(linhas[i][2].starts_with("xv_escreve_trace")) << "the program in small letters";
+            EXPECT_EQ(linhas[i][16], "tests/support/XVEscreveTrace.cpp");
+            expressoes.insert(linhas[i][29]);
         }
         uiLinhas += linhas.size() - 1;
     }
     // Another process that holds the file through all the attempts costs a record: it is counted.
     EXPECT_EQ(uiLinhas + uiPerdidos, std::size_t{k_iProcessos * k_iThreads * k_iLinhas});
-    EXPECT_EQ(expressoes.size(), uiLinhas);  // each record stands once
+    EXPECT_EQ(expressoes.size(), uiLinhas) << "each record stands once";
 }
 
 namespace {

@@ -1,25 +1,47 @@
 #include "tests/xvcr/XVPrograma.h"
 
-#include "tests/harness/XVProcessoFilho.h"
+#include <iterator>
+#include <sstream>
 
-SExecucao XVPrograma::Xvcr(const std::vector<std::string>& listaArgumentos,
-                           const std::string& sEntrada) const {
-    std::vector<std::string> listaTudo{
-        "--diretorio", m_Diretorio.GetCaminho(), "--empresa", "001", "--usuario", "7"};
-    listaTudo.insert(listaTudo.end(), listaArgumentos.begin(), listaArgumentos.end());
-    return XVExecuta(XVProgramaVizinho("xvcr"), listaTudo, sEntrada);
+#include "tests/harness/XVProcessoFilho.h"
+#include "tools/xvcr/XVAplicacao.h"
+
+SExecucao XVExecutaAqui(const TArgumentos& listaArgumentos) {
+    testing::internal::CaptureStdout();
+    testing::internal::CaptureStderr();
+    const int iSaida = XVExecutaAplicacao(listaArgumentos);
+    return {iSaida, testing::internal::GetCapturedStdout(), testing::internal::GetCapturedStderr()};
 }
 
-std::vector<nlohmann::json> XVPrograma::Json(std::vector<std::string> listaArgumentos,
+TArgumentos XVPalavras(const std::string& sLinha) {
+    std::istringstream fluxo(sLinha);
+    return {std::istream_iterator<std::string>(fluxo), {}};
+}
+
+std::vector<nlohmann::json> XVLinhasJson(const std::string& sTexto) {
+    std::vector<nlohmann::json> listaLinhas;
+    std::istringstream fluxo(sTexto);
+    for (std::string sLinha; std::getline(fluxo, sLinha);)
+        listaLinhas.push_back(nlohmann::json::parse(sLinha));
+    return listaLinhas;
+}
+
+SExecucao XVPrograma::Xvcr(const std::string& sPalavras, const TArgumentos& rMais,
+                           const std::string& sEntrada) const {
+    TArgumentos listaTudo = XVPalavras("--empresa 001 --usuario 7 --sessao 42 " + sPalavras);
+    listaTudo.insert(listaTudo.begin(), {"--diretorio", m_Diretorio.GetCaminho()});
+    listaTudo.insert(listaTudo.end(), rMais.begin(), rMais.end());
+    return m_bAqui ? XVExecutaAqui(listaTudo) : XVExecuta(XVProgramaVizinho("xvcr"), listaTudo, sEntrada);
+}
+
+std::vector<nlohmann::json> XVPrograma::Json(const std::string& sPalavras, const TArgumentos& rMais,
                                              const std::string& sEntrada) const {
-    listaArgumentos.insert(listaArgumentos.begin(), "--json");
-    const SExecucao execucao = Xvcr(listaArgumentos, sEntrada);
+    const SExecucao execucao = Xvcr("--json " + sPalavras, rMais, sEntrada);
     EXPECT_EQ(execucao.iSaida, 0) << execucao.sErro;
     return XVLinhasJson(execucao.sSaida);
 }
 
-std::string XVPrograma::Grava(std::vector<std::string> listaOpcoes) const {
-    listaOpcoes.insert(listaOpcoes.begin(), "grava");
-    const std::vector<nlohmann::json> listaLinhas = Json(std::move(listaOpcoes));
-    return listaLinhas.size() == 1 ? listaLinhas[0].value("sDmc", "") : std::string();
+std::string XVPrograma::Grava(const std::string& sPalavras, const TArgumentos& rMais,
+                              const std::string& sEntrada) const {
+    return Json(sPalavras, rMais, sEntrada).at(0).value("sDmc", "");
 }

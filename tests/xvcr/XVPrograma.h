@@ -1,26 +1,45 @@
-// The real program on a store of its own, for tests of what its user sees.
+// xvcr on a store of its own, for tests of what its user sees: the program itself, or the same in the test's
+// own process.
 #pragma once
 
 #include <gtest/gtest.h>
 
+#include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
 
 #include "tests/harness/XVDiretorioTemporario.h"
-#include "tests/xvcr/XVExecutaAqui.h"
+#include "tests/harness/XVExecucao.h"
+
+using TArgumentos = std::vector<std::string>;
+
+SExecucao XVExecutaAqui(const TArgumentos& listaArgumentos);
+
+// A command line as it is written, its words parted by blanks.
+TArgumentos XVPalavras(const std::string& sLinha);
+
+// What an output with --json says: one value for each line.
+std::vector<nlohmann::json> XVLinhasJson(const std::string& sTexto);
 
 class XVPrograma : public testing::Test {
   protected:
-    // Runs xvcr on the test's store.
-    SExecucao Xvcr(const std::vector<std::string>& listaArgumentos, const std::string& sEntrada = {}) const;
-    SExecucao Xvcr(const std::string& sLinha) const { return Xvcr(XVPalavras(sLinha)); }
-    // The same with --json; the run must succeed. One value for each line of the output.
-    std::vector<nlohmann::json> Json(std::vector<std::string> listaArgumentos,
+    // bAqui: in this process, which has no input of its own.
+    explicit XVPrograma(bool bAqui = false) : m_bAqui(bAqui) {}
+
+    // Runs xvcr on the test's store with the words of a line, parted by blanks, and then with rMais.
+    SExecucao Xvcr(const std::string& sPalavras, const TArgumentos& rMais = {},
+                   const std::string& sEntrada = {}) const;
+    // The same with --json; the run must succeed.
+    std::vector<nlohmann::json> Json(const std::string& sPalavras, const TArgumentos& rMais = {},
                                      const std::string& sEntrada = {}) const;
-    std::vector<nlohmann::json> Json(const std::string& sLinha) const { return Json(XVPalavras(sLinha)); }
-    // Records a new integration with the options and returns the text form of its DMC.
-    std::string Grava(std::vector<std::string> listaOpcoes) const;
-    std::string Grava(const std::string& sOpcoes) const { return Grava(XVPalavras(sOpcoes)); }
+    // The text form of the DMC that a command answers that records.
+    std::string Grava(const std::string& sPalavras, const TArgumentos& rMais = {},
+                      const std::string& sEntrada = {}) const;
+    // The integration with its texts.
+    nlohmann::json Le(const std::string& sDmc) const { return Json("le --todos " + sDmc).at(0); }
 
     CXVDiretorioTeste m_Diretorio;
+
+  private:
+    const bool m_bAqui;
 };

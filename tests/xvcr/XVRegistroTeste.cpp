@@ -1,36 +1,24 @@
 // registro over logs of several users, sessions and days: which records each option shows, and all that is
 // known of each.
-#include <gtest/gtest.h>
-
 #include <filesystem>
 #include <fstream>
 
 #include "support/XVAmbiente.h"
-#include "tests/harness/XVDiretorioTemporario.h"
 #include "tests/harness/XVGuardasPlataforma.h"
 #include "tests/harness/XVRegistryFalso.h"
 #include "tests/harness/XVRelogioFalso.h"
-#include "tests/xvcr/XVExecutaAqui.h"
+#include "tests/xvcr/XVPrograma.h"
 #include "tools/xvcr/logs/XVLinhaLog.h"
 
 namespace {
 
-using TArgumentos = std::vector<std::string>;
 using nlohmann::json;
 
 const std::string k_sCabecalho =
     "Data\tHora\tProcesso\tUsuarioLocal\tClasseFuncao\tEmpresa\tUsuario\tSessao\tThreadID\tTipo\tDuracao\t"
     "Arquivo\tLinha\tLog\tParameter1\tParameter2\n";
 
-// Line and record of one moment, user and session; the rest of it is the same.
-std::string LinhaErro(const char* pszDia, const char* pszHora, const char* pszEmpresa, unsigned uiUsuario,
-                      unsigned uiSessao, const char* pszFuncao, const char* pszCodigo) {
-    return std::string(pszDia) + "/2026\t" + pszHora + "\txvcr\tana\t" + pszFuncao + "\tE" + pszEmpresa +
-           "\tU00" + std::to_string(uiUsuario) + "\tS0000" + std::to_string(uiSessao) +
-           "\tT00000077\tERRO\t\tArquivo = middleware/Base\tLinha = 120\tLog = hr = m_Index.Le(a)\thr = 0X" +
-           pszCodigo + " Não há\tx = 5\n";
-}
-
+// A record of one moment, user and session; the rest of it is the same.
 json Erro(const char* pszMomento, const char* pszEmpresa, unsigned uiUsuario, unsigned uiSessao,
           const char* pszFuncao, const char* pszCodigo, const char* pszNome) {
     json erro{{"DataHora", pszMomento},
@@ -52,22 +40,29 @@ json Erro(const char* pszMomento, const char* pszEmpresa, unsigned uiUsuario, un
     return erro;
 }
 
+// Its line in the log.
+std::string Linha(const json& rErro) {
+    const auto campo = [&](const char* pszNome) { return rErro[pszNome].get<std::string>(); };
+    const std::string sMomento = campo("DataHora");
+    return sMomento.substr(8, 2) + '/' + sMomento.substr(5, 2) + '/' + sMomento.substr(0, 4) + '\t' +
+           sMomento.substr(11) + "\txvcr\tana\t" + campo("ClasseFuncao") + "\tE" + campo("Empresa") +
+           "\tU00" + campo("Usuario") + "\tS0000" + campo("Sessao") +
+           "\tT00000077\tERRO\t\tArquivo = middleware/Base\tLinha = 120\tLog = hr = m_Index.Le(a)\t" +
+           rErro["Parametros"][0].get<std::string>() + "\tx = 5\n";
+}
+
+constexpr const char* k_szPosicao = "E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA";
+
 class Registro : public testing::Test {
   protected:
     Registro() {
         std::filesystem::create_directories(m_Diretorio.Junta("001/DF"));
-        m_Diretorio.CriaArquivo(
-            "001/DF/XVProfilerErros_Base_202610.log",
-            k_sCabecalho + LinhaErro("31/10", "23:59:58", "001", 7, 41, "CBase::Le", "81080AAA"));
+        m_Diretorio.CriaArquivo("001/DF/XVProfilerErros_Base_202610.log", k_sCabecalho + Linha(m_Outubro));
         // A line that is no record, too long for one, hides none of the others.
-        m_Diretorio.CriaArquivo("001/DF/XVProfilerErros_Base_202611.log",
-                                k_sCabecalho +
-                                    LinhaErro("20/11", "00:00:00", "001", 8, 42, "CBase::Grava", "81080C67") +
-                                    std::string(1024 * 1024 + 1, 'x') + '\n' +
-                                    LinhaErro("20/11", "23:59:59", "002", 9, 43, "CBase::Le", "0ABCDEF1"));
         m_Diretorio.CriaArquivo(
-            "XVProfilerErros_Base_202611.log",
-            k_sCabecalho + LinhaErro("21/11", "10:11:12", "001", 7, 44, "CTroca::Le", "81080AAA"));
+            "001/DF/XVProfilerErros_Base_202611.log",
+            k_sCabecalho + Linha(m_Manha) + std::string(1024 * 1024 + 1, 'x') + '\n' + Linha(m_Noite));
+        m_Diretorio.CriaArquivo("XVProfilerErros_Base_202611.log", k_sCabecalho + Linha(m_Programas));
         m_Diretorio.CriaArquivo(
             "XVProfiler.log",
             k_sCabecalho +
@@ -76,118 +71,92 @@ class Registro : public testing::Test {
     }
 
     // The records that the options show, in their order.
-    json Mostra(const TArgumentos& rOpcoes) const {
-        TArgumentos listaTudo{"--json", "--diretorio", m_Diretorio.GetCaminho(), "registro"};
-        listaTudo.insert(listaTudo.end(), rOpcoes.begin(), rOpcoes.end());
+    json Mostra(const std::string& sOpcoes, const TArgumentos& rMais = {}) const {
+        TArgumentos listaTudo = XVPalavras("--json registro " + sOpcoes);
+        listaTudo.insert(listaTudo.end(), {"--diretorio", m_Diretorio.GetCaminho()});
+        listaTudo.insert(listaTudo.end(), rMais.begin(), rMais.end());
         const SExecucao execucao = XVExecutaAqui(listaTudo);
         EXPECT_EQ(execucao.iSaida, 0) << execucao.sErro;
         return XVLinhasJson(execucao.sSaida);
     }
 
-    const json m_Outubro = Erro("2026-10-31T23:59:58", "001", 7, 41, "CBase::Le", "81080AAA",
-                                "E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA");
+    const json m_Outubro = Erro("2026-10-31T23:59:58", "001", 7, 41, "CBase::Le", "81080AAA", k_szPosicao);
     const json m_Manha = Erro("2026-11-20T00:00:00", "001", 8, 42, "CBase::Grava", "81080C67",
                               "E_XVCR_TENTATIVA_GRAVACAO_INTEGRACAO_COM_CHAVE_SISTEMA_TERCEIRO_ZERADA");
     const json m_Noite = Erro("2026-11-20T23:59:59", "002", 9, 43, "CBase::Le", "0ABCDEF1", nullptr);
-    const json m_Programas = Erro("2026-11-21T10:11:12", "001", 7, 44, "CTroca::Le", "81080AAA",
-                                  "E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA");
+    const json m_Programas = Erro("2026-11-21T10:11:12", "001", 7, 44, "CTroca::Le", "81080AAA", k_szPosicao);
     CXVDiretorioTeste m_Diretorio;
 };
 
 TEST_F(Registro, CadaOpcaoMostraOsSeus) {
-    const std::string sArquivo = m_Diretorio.Junta("001/DF/XVProfilerErros_Base_202610.log");
     const struct {
-        TArgumentos listaOpcoes;
+        std::string sOpcoes;
         std::vector<json> esperados;
     } aCasos[] = {
-        {{}, {m_Outubro, m_Manha, m_Noite}},
-        {{"--ultimos", "2"}, {m_Manha, m_Noite}},
-        {{"--ultimos", "9"}, {m_Outubro, m_Manha, m_Noite}},
-        {{"--mes", "202610"}, {m_Outubro}},
-        {{"--de", "2026-11-20"}, {m_Manha, m_Noite}},
-        {{"--de", "2026-11-20T00:00:01"}, {m_Noite}},
-        {{"--ate", "2026-11-20"}, {m_Outubro, m_Manha, m_Noite}},
-        {{"--ate", "2026-11-20T23:59:58"}, {m_Outubro, m_Manha}},
-        {{"--ate", "2026-11-19"}, {m_Outubro}},
-        {{"--do-usuario", "8"}, {m_Manha}},
-        {{"--da-sessao", "0043"}, {m_Noite}},
-        {{"--da-sessao", "8"}, {}},
-        {{"--da-empresa", "002"}, {m_Noite}},
-        {{"--funcao", "grava"}, {m_Manha}},
-        {{"--codigo", "0x81080aaa"}, {m_Outubro}},
-        {{"--codigo", "180150001"}, {m_Noite}},
-        {{"--codigo", "E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA"}, {m_Outubro}},
-        {{"--arquivo", sArquivo}, {m_Outubro}},
-        {{"--funcao", "le", "--ultimos", "1"}, {m_Noite}},
+        {"", {m_Outubro, m_Manha, m_Noite}},
+        {"--ultimos 2", {m_Manha, m_Noite}},
+        {"--ultimos 9", {m_Outubro, m_Manha, m_Noite}},
+        {"--mes 202610", {m_Outubro}},
+        {"--de 2026-11-20", {m_Manha, m_Noite}},
+        {"--de 2026-11-20T00:00:01", {m_Noite}},
+        {"--ate 2026-11-20", {m_Outubro, m_Manha, m_Noite}},
+        {"--ate 2026-11-20T23:59:58", {m_Outubro, m_Manha}},
+        {"--ate 2026-11-19", {m_Outubro}},
+        {"--do-usuario 8", {m_Manha}},
+        {"--da-sessao 0043", {m_Noite}},
+        {"--da-sessao 8", {}},
+        {"--da-empresa 002", {m_Noite}},
+        {"--funcao grava", {m_Manha}},
+        {"--codigo 0x81080aaa", {m_Outubro}},
+        {"--codigo 180150001", {m_Noite}},
+        {"--codigo E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA", {m_Outubro}},
+        {"--funcao le --ultimos 1", {m_Noite}},
     };
-    for (const auto& rCaso : aCasos) {
-        TArgumentos listaOpcoes = rCaso.listaOpcoes;
-        listaOpcoes.insert(listaOpcoes.end(), {"--empresa", "001"});
-        EXPECT_EQ(Mostra(listaOpcoes), json(rCaso.esperados)) << testing::PrintToString(rCaso.listaOpcoes);
-    }
+    for (const auto& rCaso : aCasos)
+        EXPECT_EQ(Mostra("--empresa 001 " + rCaso.sOpcoes), json(rCaso.esperados)) << rCaso.sOpcoes;
+    const std::string sArquivo = m_Diretorio.Junta("001/DF/XVProfilerErros_Base_202610.log");
+    EXPECT_EQ(Mostra("", {"--arquivo", sArquivo}), json::array({m_Outubro}));
 }
 
 TEST_F(Registro, SemEmpresaOsDosProgramas) {
-    EXPECT_EQ(Mostra({}), json::array({m_Programas}));
-    const json saida{{"DataHora", "2026-11-21T10:11:13"},
-                     {"Tipo", "SAIU"},
-                     {"Empresa", "001"},
-                     {"Usuario", "7"},
-                     {"Sessao", "44"},
-                     {"Processo", "xvcr"},
-                     {"UsuarioLocal", "ana"},
-                     {"ThreadID", "78"},
-                     {"ClasseFuncao", "CTroca::Le"},
-                     {"Expressao", "Fim"},
-                     {"Duracao", "15"},
-                     {"Parametros", {"n = 3", "m = \\x1B"}}};
-    EXPECT_EQ(Mostra({"--perfil"}), json::array({saida}));
-    EXPECT_EQ(Mostra({"--perfil", "--empresa", "001"}), json::array({saida}))
-        << "there is one for all companies";
-
+    EXPECT_EQ(Mostra(""), json::array({m_Programas}));
+    const std::string sSaiu =
+        "2026-11-21T10:11:13  SAIU      001     u7/s44     -           "
+        "CTroca::Le                                    Fim    15 ms  n = 3  m = \\x1B\n";
     // The installation's directory, where none is given.
     CXVRegistryFalso registry;
     registry.SetTexto(CAmbienteXV::GetChaveRegistry(k_eModuloBase), "Path", m_Diretorio.GetCaminho());
     const CXVGuardaRegistry guarda(registry);
-    const SExecucao execucao = XVExecutaAqui({"registro"});
-    EXPECT_EQ(execucao.sSaida,
+    EXPECT_EQ(XVExecutaAqui({"registro"}).sSaida,
               "2026-11-21T10:11:12  ERRO      001     u7/s44     0x81080AAA  "
               "CTroca::Le                                    middleware/Base:120         "
               "E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA  m_Index.Le(a)\n");
-    EXPECT_EQ(XVExecutaAqui({"registro", "--perfil"}).sSaida,
-              "2026-11-21T10:11:13  SAIU      001     u7/s44     -           "
-              "CTroca::Le                                    Fim    15 ms  n = 3  m = \\x1B\n");
+    EXPECT_EQ(XVExecutaAqui({"registro", "--perfil"}).sSaida, sSaiu);
+    EXPECT_EQ(XVExecutaAqui({"--empresa", "001", "registro", "--perfil"}).sSaida, sSaiu)
+        << "one for all companies";
 }
 
 // Records of the log that there is, of a month that begins, and one whose line is not yet whole.
 TEST_F(Registro, SegueOQueChegaPeloTempoPedido) {
-    const std::string sLinha = LinhaErro("21/11", "10:00:00", "001", 7, 45, "CBase::Le", "81080AAA");
-    const auto anexa = [&](const std::string& sNome, const std::string& sTexto) {
-        std::ofstream(m_Diretorio.Junta("001/DF/XVProfilerErros_Base_" + sNome + ".log"),
+    const json primeira = Erro("2026-11-21T10:00:00", "001", 7, 45, "CBase::Le", "81080AAA", k_szPosicao);
+    const json segunda = Erro("2026-12-01T10:00:00", "001", 7, 46, "CBase::Le", "81080AAA", k_szPosicao);
+    const json terceira = Erro("2026-11-22T10:00:00", "001", 8, 45, "CBase::Le", "81080AAA", k_szPosicao);
+    const auto anexa = [&](const char* pszMes, const std::string& sTexto) {
+        std::ofstream(m_Diretorio.Junta(std::string("001/DF/XVProfilerErros_Base_") + pszMes + ".log"),
                       std::ios::app | std::ios::binary)
             << sTexto;
     };
     CXVRelogioFalso relogio;
     relogio.SetAoDormir([&](XVUInt64 uiDormidas) {
-        if (uiDormidas == 2) anexa("202611", sLinha + sLinha.substr(0, 30));
-        if (uiDormidas == 3)
-            anexa("202612", k_sCabecalho +
-                                LinhaErro("01/12", "09:00:00", "001", 7, 46, "CBase::Grava", "81080AAA") +
-                                LinhaErro("01/12", "10:00:00", "001", 7, 46, "CBase::Le", "81080AAA"));
-        if (uiDormidas == 4)
-            anexa("202611", LinhaErro("22/11", "10:00:00", "001", 8, 45, "CBase::Le", "81080AAA").substr(30));
+        if (uiDormidas == 2) anexa("202611", Linha(primeira) + Linha(terceira).substr(0, 30));
+        if (uiDormidas == 3) anexa("202612", k_sCabecalho + Linha(m_Manha) + Linha(segunda));
+        if (uiDormidas == 4) anexa("202611", Linha(terceira).substr(30));
     });
     const CXVGuardaRelogio guarda(relogio);
-    const auto chegada = [](const char* pszMomento, unsigned uiUsuario, unsigned uiSessao) {
-        return Erro(pszMomento, "001", uiUsuario, uiSessao, "CBase::Le", "81080AAA",
-                    "E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA");
-    };
-    EXPECT_EQ(Mostra({"--empresa", "001", "--segue", "--por", "2", "--ultimos", "1", "--funcao", "Le"}),
-              json::array({m_Noite, chegada("2026-11-21T10:00:00", 7, 45),
-                           chegada("2026-12-01T10:00:00", 7, 46), chegada("2026-11-21T10:00:00", 8, 45)}));
+    EXPECT_EQ(Mostra("--empresa 001 --segue --por 2 --ultimos 1 --funcao Le"),
+              json::array({m_Noite, primeira, segunda, terceira}));
     EXPECT_EQ(relogio.GetMilissegundosDormidos(), 2000U);
-    EXPECT_EQ(Mostra({"--empresa", "001", "--segue", "--por", "1", "--do-usuario", "9"}),
-              json::array({m_Noite}));
+    EXPECT_EQ(Mostra("--empresa 001 --segue --por 1 --do-usuario 9"), json::array({m_Noite}));
 }
 
 TEST(LinhaLog, LinhaEstranhaOuCortadaNaoDerruba) {
@@ -195,7 +164,8 @@ TEST(LinhaLog, LinhaEstranhaOuCortadaNaoDerruba) {
     SLinhaLog linha;
     for (const char* pszLinha : {"", "x", "\t\t\t", "21-11-2026\t13:05:09", "21/11/2026\t13:05"})
         EXPECT_FALSE(cabecalho.Le(pszLinha, &linha)) << pszLinha;
-    const std::string sErro = LinhaErro("21/11", "10:00:00", "001", 7, 45, "CBase::Le", "81080AAA");
+    const std::string sErro =
+        Linha(Erro("2026-11-21T10:00:00", "001", 7, 45, "CBase::Le", "81080AAA", nullptr));
     for (std::size_t i = 20; i < sErro.size(); ++i) EXPECT_TRUE(cabecalho.Le(sErro.substr(0, i), &linha));
     EXPECT_TRUE(
         cabecalho.Le("21/11/2026\t13:05:09\t\t\tf\t\t\t\t\tERRO\t\t\t\tErro ao deletar x DW: 32.", &linha));

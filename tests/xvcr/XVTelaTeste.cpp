@@ -14,13 +14,6 @@ TEST(TextoTela, ReconheceUtf8) {
         EXPECT_FALSE(XVTextoTela::EhUtf8(pszTexto)) << XVTextoTela::Escapa(pszTexto, false);
 }
 
-TEST(TextoTela, LarguraDoQueSeVe) {
-    EXPECT_EQ(XVTextoTela::GetLargura("ação"), 4U);
-    EXPECT_EQ(XVTextoTela::GetLargura("a\xCC\x81"), 1U);
-    EXPECT_EQ(XVTextoTela::GetLargura("日本"), 4U);
-    EXPECT_EQ(XVTextoTela::GetLargura("\xF0\x9F\x98\x80"), 2U);
-}
-
 TEST(TextoTela, BytesGuardadosNaoComandamOTerminal) {
     EXPECT_EQ(XVTextoTela::Escapa("a\x1b[2Jb\x7f\xC2\x9B", false), "a\\x1B[2Jb\\x7F\\xC2\\x9B");
     EXPECT_EQ(XVTextoTela::Escapa("ç\xe7\n", false), "ç\\xE7\\x0A");
@@ -32,15 +25,20 @@ TEST(TextoTela, BytesGuardadosNaoComandamOTerminal) {
               "abc");
 }
 
-TEST(Tabela, AlinhaPelaLarguraVista) {
+TEST(Tabela, AlinhaPelaLarguraVistaDasLinhasAteAi) {
     CXVTabela tabela({{"Nome"}, {"Nº", CXVTabela::EAlinhamento::eDireita}, {"Fim"}});
-    tabela.Inclui({"ação", "7", "x"});
-    tabela.Inclui({"日本", "12345", "y\n"});
+    tabela.Inclui({"a\xCC\x81ção", "7", "x"});
+    tabela.Inclui({"日\xF0\x9F\x98\x80", "12345", "y\n"});
     EXPECT_EQ(tabela.Monta(),
               "Nome     Nº  Fim\n"
               "----  -----  -----\n"
-              "ação      7  x\n"
-              "日本  12345  y\\x0A\n");
+              "a\xCC\x81ção      7  x\n"
+              "日\xF0\x9F\x98\x80  12345  y\\x0A\n");
+    EXPECT_EQ(tabela.Monta(), "");
+    tabela.Inclui({"cinco", "8", "z"});
+    EXPECT_EQ(tabela.Monta(), "cinco      8  z\n");
+    tabela.Inclui({"a", "9", ""});
+    EXPECT_EQ(tabela.Monta(), "a          9  \n");
 }
 
 }  // namespace

@@ -1,4 +1,6 @@
-// Opening: the three modes, the retries and the code of every cause.
+// Opening: the three modes and the retries.
+#include <tuple>
+
 #include "tests/xvdatabase/XVCabecalhoTeste.h"
 #include "tests/xvdatabase/XVCenarioBanco.h"
 
@@ -13,71 +15,19 @@ class AberturaArquivo : public CXVCenarioBanco {
         m_Falhas.SetFiltro([](const std::string& s) { return s.ends_with("A.dat"); });
     }
     void CriaBom() { Cria("A.dat", ArquivoComCabecalho("A.dat", Bytes({k_reg}))); }
-    void ProgramaAbertura(ECausaArquivo eCausa, bool bPermanente = true) {
-        m_Falhas.Programa(
-            {.eOperacao = EOperacaoArquivo::eAbre, .bPermanente = bPermanente, .eCausa = eCausa});
-    }
 };
 
-TEST_F(AberturaArquivo, CodigoDeCadaCausaENumeroDeTentativas) {
-    struct SCaso {
-        ECausaArquivo eCausa;
-        HRESULT hr;
-        const char* pszNome;
-        XVUInt64 uiTentativas;
-    };
-    const SCaso aCasos[] = {
-        {ECausaArquivo::eCaminhoInvalido, eBadPath, "eBadPath", 1},
-        {ECausaArquivo::eArquivoInvalido, eInvalidFile, "eInvalidFile", 1},
-        {ECausaArquivo::eDiretorioCheio, eDirectoryFull, "eDirectoryFull", 1},
-        {ECausaArquivo::eMuitosArquivosAbertos, eTooManyOpenFiles, "eTooManyOpenFiles", 500},
-        {ECausaArquivo::eAcessoNegado, eAccessDenied, "eAccessDenied", 500},
-        {ECausaArquivo::eViolacaoCompartilhamento, eSharingViolation, "eSharingViolation", 500},
-        {ECausaArquivo::eViolacaoBloqueio, eLockViolation, "eLockViolation", 500},
-        {ECausaArquivo::eDiscoCheio, eDiskFull, "eDiskFull", 500},
-        {ECausaArquivo::eArquivoNaoEncontrado, eXVGenericError, "eXVGenericError", 500},
-        {ECausaArquivo::eErroFisico, eXVGenericError, "eXVGenericError", 500},
-        {ECausaArquivo::eGenerica, eXVGenericError, "eXVGenericError", 500},
-    };
+TEST_F(AberturaArquivo, SoOQueNaoEFatalSeTentaDeNovo) {
     CriaBom();
-    const std::string sAntes = Le("A.dat");
-    for (const SCaso& caso : aCasos) {
-        SCOPED_TRACE(caso.pszNome + std::to_string(static_cast<int>(caso.eCausa)));
-        ProgramaAbertura(caso.eCausa);
-        const XVUInt64 uiDormidas = m_Relogio.GetQuantidadeDormidas();
+    for (const auto& [eCausa, hr, uiTentativas] :
+         {std::tuple{ECausaArquivo::eArquivoInvalido, eInvalidFile, 1U},
+          std::tuple{ECausaArquivo::eViolacaoCompartilhamento, eSharingViolation, 500U}}) {
+        m_Falhas.Programa({.eOperacao = EOperacaoArquivo::eAbre, .bPermanente = true, .eCausa = eCausa});
         const XVUInt64 uiDormidos = m_Relogio.GetMilissegundosDormidos();
-        CXVCapturaTrace captura;
-        EXPECT_EQ(Tenta<CXVFileTeste>("A.dat"), caso.hr);
-        EXPECT_TRUE(captura.Contem(caso.pszNome));
-        EXPECT_TRUE(captura.Contem("AbreArquivo()"));
-        EXPECT_EQ(Conta(EOperacaoArquivo::eAbre), caso.uiTentativas);
-        EXPECT_EQ(m_Relogio.GetQuantidadeDormidas() - uiDormidas, caso.uiTentativas - 1);
-        EXPECT_EQ(m_Relogio.GetMilissegundosDormidos() - uiDormidos, (caso.uiTentativas - 1) * 10);
+        EXPECT_EQ(Tenta<CXVFileTeste>("A.dat"), hr);
+        EXPECT_EQ(Conta(EOperacaoArquivo::eAbre), uiTentativas);
+        EXPECT_EQ(m_Relogio.GetMilissegundosDormidos() - uiDormidos, (uiTentativas - 1) * 10);
     }
-    EXPECT_EQ(Le("A.dat"), sAntes);
-}
-
-TEST_F(AberturaArquivo, SomenteLeituraNaoPassaPorBancoVazio) {
-    CriaBom();
-    m_Arquivos.SetSomenteLeitura(PastaDados("A.dat"), true);
-    EXPECT_EQ(Tenta<CXVFileTeste>("A.dat"), eXVReadOnly);
-}
-
-TEST_F(AberturaArquivo, DoisObjetosExcluemSeAteQueOPrimeiroFeche) {
-    CriaBom();
-    TXVBanco<CXVFileTeste> um("A.dat");
-    ASSERT_EQ(Abre(um), S_OK);
-    TXVBanco<CXVFileTeste> leitor("A.dat");
-    leitor.xvDB.SetSomenteLeituraSemBloqueio(true);
-    EXPECT_EQ(Abre(leitor), S_OK) << "reading without locking passes beside a writer";
-    EXPECT_EQ(leitor->GetQtdRegistros(), 1U);
-    EXPECT_EQ(Tenta<CXVFileTeste>("A.dat"), eSharingViolation);
-    m_Relogio.SetAoDormir([&](XVUInt64) { XVIgnora(um.xvDB.Finaliza()); });
-    TXVBanco<CXVFileTeste> outro("A.dat");
-    EXPECT_EQ(Abre(outro), S_OK) << "the retries wait the other's hold out";
-    m_Relogio.SetAoDormir({});
-    ASSERT_EQ(leitor.xvDB.Finaliza(), S_OK);
-    ASSERT_EQ(outro.xvDB.Finaliza(), S_OK);
 }
 
 TEST_F(AberturaArquivo, ModosEReabertura) {
@@ -87,24 +37,20 @@ TEST_F(AberturaArquivo, ModosEReabertura) {
     EXPECT_FALSE(banco->ExisteArquivo()) << "absent and not created: no error";
     EXPECT_EQ(banco->AbreArquivo(eModoLeituraSemBloqueio), S_OK);
     EXPECT_FALSE(banco->ExisteArquivo());
-    {
-        const CXVCapturaTrace captura;
-        m_Falhas.Programa({.eOperacao = EOperacaoArquivo::eGrava});
-        EXPECT_EQ(banco->AbreArquivo(eModoLeituraGravacaoCriacao), eHardIO);
-    }
+    const CXVCapturaTrace captura;
+    m_Falhas.Programa({.eOperacao = EOperacaoArquivo::eGrava});
+    EXPECT_EQ(banco->AbreArquivo(eModoLeituraGravacaoCriacao), eHardIO);
     EXPECT_FALSE(Existe("A.dat")) << "a failed opening leaves nothing";
 
     EXPECT_EQ(banco->AbreArquivo(eModoLeituraGravacaoCriacao), S_OK);
     EXPECT_EQ(banco->GetSeekCabecalho(), 240U);
-    m_Falhas.Limpa();
-    EXPECT_EQ(banco->AbreArquivo(eModoLeituraGravacaoCriacao), S_OK);
-    EXPECT_EQ(m_Falhas.GetQuantidadeTotal(), 0U) << "the mode in force changes nothing";
-    EXPECT_EQ(banco->AbreArquivo(eModoLeituraSemBloqueio), S_OK);
-    EXPECT_EQ(Conta(EOperacaoArquivo::eLe), 0U) << "no header is looked for";
-    EXPECT_EQ(banco->GetSeekCabecalho(), 240U) << "until it is asked";
     banco->FechaArquivo();
     EXPECT_EQ(banco->GetSeekCabecalho(), 0U);
     EXPECT_EQ(banco->GetTamanho(), 0U);
+    m_Falhas.Programa({.eOperacao = EOperacaoArquivo::eGetTamanho});
+    EXPECT_EQ(banco->AbreArquivo(eModoLeituraGravacao), eHardIO);
+    EXPECT_FALSE(banco->ExisteArquivo()) << "a file of unknown length is not used";
+    EXPECT_EQ(banco->AbreArquivo(eModoLeituraGravacao), S_OK);
     ASSERT_EQ(banco.xvDB.Finaliza(), S_OK);
 }
 
@@ -121,20 +67,6 @@ TEST_F(AberturaArquivo, NomeEmOutraCaixa) {
         EXPECT_EQ(sNomeReal, bConsulta ? "a.DAT" : "A.dat");
         ASSERT_EQ(banco.xvDB.Finaliza(), S_OK);
     }
-}
-
-TEST_F(AberturaArquivo, ArquivoSemTamanhoConhecidoNaoSeUsa) {
-    CriaBom();
-    TXVBanco<CXVFileTeste> banco("A.dat");
-    ASSERT_EQ(Abre(banco), S_OK);
-    banco->FechaArquivo();
-    m_Falhas.Programa({.eOperacao = EOperacaoArquivo::eGetTamanho});
-    const CXVCapturaTrace captura;
-    EXPECT_EQ(banco->AbreArquivo(eModoLeituraGravacao), eHardIO);
-    EXPECT_FALSE(banco->ExisteArquivo());
-    m_Falhas.Limpa();
-    EXPECT_EQ(banco->AbreArquivo(eModoLeituraGravacao), S_OK);
-    ASSERT_EQ(banco.xvDB.Finaliza(), S_OK);
 }
 
 }  // namespace

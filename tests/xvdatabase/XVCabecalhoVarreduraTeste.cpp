@@ -147,16 +147,4 @@ TEST_F(CabecalhoVarredura, CadeiaDeTextosAtravessaOsPedacosDaLeitura) {
     }
 }
 
-TEST_F(CabecalhoVarredura, FalhaDeLeituraAoConferirOConteudoEASuaENaoUmDano) {
-    m_Falhas.SetFiltro([](const std::string& s) { return s.ends_with("A.dat"); });
-    const std::string sDados(64, 'r');
-    for (const std::string& s : {sDados, ArquivoComCabecalho("A.dat", sDados)})
-        for (XVUInt64 uiLeitura = 1; uiLeitura <= 3; ++uiLeitura) {
-            Cria("A.dat", s);
-            m_Falhas.Programa({.eOperacao = EOperacaoArquivo::eLe, .uiNumero = uiLeitura});
-            EXPECT_EQ(Tenta<CXVFileTeste>("A.dat"), eHardIO) << uiLeitura;
-            EXPECT_EQ(Le("A.dat"), s) << uiLeitura;
-        }
-}
-
 }  // namespace

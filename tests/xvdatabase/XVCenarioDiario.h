@@ -53,6 +53,13 @@ class CXVCenarioDiario : public CXVCenarioBanco {
         const auto it = std::find(m_listaPassos.rbegin(), m_listaPassos.rend(), sPasso);
         return static_cast<std::size_t>(m_listaPassos.rend() - it);  // 0: never
     }
+    // That the last times of these steps were taken one behind the other.
+    void EsperaOrdem(const std::vector<std::string>& rPassos) const {
+        for (std::size_t i = 1; i < rPassos.size(); ++i) {
+            EXPECT_NE(Ultimo(rPassos[i - 1]), 0U) << rPassos[i - 1];
+            EXPECT_LT(Ultimo(rPassos[i - 1]), Ultimo(rPassos[i])) << rPassos[i - 1] << ' ' << rPassos[i];
+        }
+    }
     std::size_t Primeiro(const std::string& sPasso) const {
         const auto it = std::find(m_listaPassos.begin(), m_listaPassos.end(), sPasso);
         return static_cast<std::size_t>(it - m_listaPassos.begin()) + 1;

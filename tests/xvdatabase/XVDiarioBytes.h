@@ -29,6 +29,11 @@ inline std::string CheioAte(std::string s, std::size_t uiMultiplo) {
     return s;
 }
 
+// Block B of a file.
+inline std::string Bloco(const std::string& sArquivo) {
+    return sArquivo.substr(24, 216);
+}
+
 // One write of one file.
 struct SParteBytes {
     std::string sNome;

@@ -8,9 +8,10 @@ class DiarioCopia : public CXVCenarioDiario {};
 
 TEST_F(DiarioCopia, CopiaSaiNaAberturaSoEnquantoEstavaSendoFeita) {
     const auto inicial = m_Arquivos.Retrata();
-    enum class EFim { eEmCurso, eTerminada, eInicioFalhou };
-    for (const EFim eFim : {EFim::eEmCurso, EFim::eTerminada, EFim::eInicioFalhou}) {
+    enum class EFim { eEmCurso, eTerminada, eDescargaFalhou, eEntradaFalhou };
+    for (const EFim eFim : {EFim::eEmCurso, EFim::eTerminada, EFim::eDescargaFalhou, EFim::eEntradaFalhou}) {
         SCOPED_TRACE(static_cast<int>(eFim));
+        const bool bFalhou = eFim == EFim::eDescargaFalhou || eFim == EFim::eEntradaFalhou;
         m_Arquivos.Restaura(inicial);
         SetDurabilidade(1);
         CXVDiarioAnel::SetTamanhoAnel(4096);
@@ -21,12 +22,14 @@ TEST_F(DiarioCopia, CopiaSaiNaAberturaSoEnquantoEstavaSendoFeita) {
             ASSERT_EQ(banco.Abre(m_Dono, PastaDados()), S_OK);
             ASSERT_EQ(banco.Grava(0, {1, 0, 0}, "a"), S_OK);
             XVUInt64 uiCopia = 0;
-            if (eFim == EFim::eInicioFalhou) {
+            if (bFalhou) {
                 m_FalhasQueda.SetFiltro([](const std::string& s) { return s.ends_with(k_pszNomeDiario); });
-                m_FalhasQueda.Programa({.eOperacao = EOperacaoArquivo::eSincroniza, .uiNumero = 2});
+                m_FalhasQueda.Programa({.eOperacao = eFim == EFim::eEntradaFalhou
+                                                         ? EOperacaoArquivo::eGrava
+                                                         : EOperacaoArquivo::eSincroniza,
+                                        .uiNumero = 2});
             }
-            ASSERT_EQ(banco.diario.IniciaCopia(&m_Dono, "C.cab", &uiCopia),
-                      eFim == EFim::eInicioFalhou ? eHardIO : S_OK);
+            ASSERT_EQ(banco.diario.IniciaCopia(&m_Dono, "C.cab", &uiCopia), bFalhou ? eHardIO : S_OK);
             m_FalhasQueda.Limpa();
             Cria("C.cab", "metade");
             if (eFim == EFim::eTerminada) {
@@ -35,8 +38,7 @@ TEST_F(DiarioCopia, CopiaSaiNaAberturaSoEnquantoEstavaSendoFeita) {
                 Cria("C.cab", "alheia");
             }
             // Of a copy that was never begun nothing stays in the ring.
-            for (XVUInt i = 0; i < (eFim == EFim::eInicioFalhou ? 8U : 1U); ++i)
-                ASSERT_EQ(banco.Grava(1, {i, 9, 9}, "b"), S_OK);
+            for (XVUInt i = 0; i < (bFalhou ? 8U : 1U); ++i) ASSERT_EQ(banco.Grava(1, {i, 9, 9}, "b"), S_OK);
             ASSERT_EQ(banco.diario.PontoSeguro(&m_Dono), S_OK);
             EXPECT_TRUE(Existe("C.cab"));
             morte = Morre();

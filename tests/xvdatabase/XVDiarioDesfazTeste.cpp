@@ -91,58 +91,6 @@ TEST_F(DiarioDesfaz, OQueNaoSeDesfazEspera) {
     }
 }
 
-// With a device that is flushed, what was undone has reached it before the entry is void.
-TEST_F(DiarioDesfaz, DesfeitoChegaAoDispositivoAntesDeNulo) {
-    SetDurabilidade(1);
-    SBancoDuplo banco;
-    ASSERT_EQ(banco.Abre(m_Dono, PastaDados()), S_OK);
-    ASSERT_EQ(banco.Grava(0, {1, 2, 3}, "um"), S_OK);
-    const CXVCapturaTrace captura;
-    m_FalhasQueda.SetFiltro([](const std::string& s) { return s.ends_with("A.dat"); });
-    m_FalhasQueda.Programa({.eOperacao = EOperacaoArquivo::eGrava});
-    m_listaPassos.clear();
-    EXPECT_EQ(banco.Grava(1, {4, 5, 6}, "dois"), eHardIO);
-    EXPECT_LT(Ultimo("+T.dat"), Ultimo("=T.dat"));
-    EXPECT_LT(Ultimo("=T.dat"), Ultimo("+" + std::string(k_pszNomeDiario)));
-    m_FalhasQueda.Limpa();
-    ASSERT_EQ(banco.Fecha(m_Dono), S_OK);
-}
-
-// Half of a write has reached the file: all files are byte for byte what they were, on disk and for readers.
-TEST_F(DiarioDesfaz, OperacaoQueFalhaDeixaTudoComoEstava) {
-    for (const bool bTemTextos : {false, true}) {
-        Cria("A.dat", ArquivoComCabecalho("A.dat", Bytes({{1, 2, 3}})));
-        m_Arquivos.Apaga(PastaDados("T.dat")).Ignora();
-        if (bTemTextos) Cria("T.dat", ArquivoComCabecalho("T.dat", Prefixado("ja havia")));
-        m_Arquivos.Apaga(PastaDados(k_pszControle)).Ignora();
-        SBancoDuplo banco;
-        ASSERT_EQ(banco.Abre(m_Dono, PastaDados()), S_OK);
-        const CXVCapturaTrace captura;
-        m_FalhasQueda.SetFiltro([](const std::string& s) { return s.ends_with(".dat"); });
-        bool bHouveFalha = true;
-        for (XVUInt64 uiNumero = 1; bHouveFalha; ++uiNumero) {
-            SCOPED_TRACE(uiNumero);
-            ASSERT_LT(uiNumero, 20U);
-            const std::string sA = Le("A.dat");
-            const std::string sT = Le("T.dat");
-            m_FalhasQueda.Programa(
-                {.eOperacao = EOperacaoArquivo::eGrava, .uiNumero = uiNumero, .bGravaMetade = true});
-            const HRESULT hr = banco.Grava(1, {7, 8, 9}, "um texto que e longo");
-            bHouveFalha = m_FalhasQueda.GetFalhasOcorridas() > 0;
-            m_FalhasQueda.Limpa();
-            ASSERT_EQ(hr, bHouveFalha ? eHardIO : S_OK);
-            if (!bHouveFalha) break;
-            ASSERT_EQ(Le("A.dat"), sA);
-            ASSERT_EQ(Le("T.dat"), sT);
-            REG_TESTE reg{};
-            ASSERT_EQ(banco.a.Le(1, &reg), S_OK);
-            ASSERT_EQ(reg, (REG_TESTE{1, 2, 3}));
-            ASSERT_EQ(banco.t.GetQtdRegistros(), bTemTextos ? 1U : 0U);
-        }
-        ASSERT_EQ(banco.Fecha(m_Dono), S_OK);
-    }
-}
-
 // A file that somebody made since the operation was prepared is not ours, neither to write nor to delete.
 TEST_F(DiarioDesfaz, ArquivoQueSurgiuNoMeioNaoETocado) {
     SBancoDuplo banco;
@@ -174,14 +122,11 @@ TEST_F(DiarioDesfaz, ArquivoSoSaiQuandoNenhumaEntradaPrecisaDele) {
         m_listaPassos.clear();
         ASSERT_EQ(CXVDataBaseUtil::DeletaArquivo(&m_Dono, XV_DF, "X.dat", CXVDataBaseUtil::eMantemNoControle),
                   S_OK);
-        const std::size_t uiSaida = Ultimo("+X.dat");
-        ASSERT_NE(uiSaida, 0U);
-        for (const char* psz : {"=A.dat", "=T.dat", "+XVDATABASE_ABERTA.srk"}) {
-            EXPECT_NE(Ultimo(psz), 0U) << psz;
-            EXPECT_LT(Ultimo(psz), uiSaida) << psz;
-        }
+        const std::string sEscrito = "+" + std::string(k_pszNomeDiario);
+        for (const char* psz : {"=A.dat", "=T.dat"}) EsperaOrdem({psz, "+X.dat"});
+        EsperaOrdem({sEscrito, "+X.dat"});
         if (ulDurabilidade == 1) {
-            EXPECT_LT(Ultimo("+XVDATABASE_ABERTA.srk"), Ultimo("=XVDATABASE_ABERTA.srk"));
+            EsperaOrdem({sEscrito, "=" + std::string(k_pszNomeDiario)});
         }
         EXPECT_EQ(Campo<XVUInt64>(LeDiario(), 520), 2U);
         auto morte = Morre();

@@ -2,7 +2,6 @@
 #include <array>
 #include <atomic>
 #include <functional>
-#include <optional>
 #include <thread>
 
 #include "tests/xvdatabase/XVCenarioDiario.h"
@@ -91,6 +90,13 @@ class FilaDoDiario : public CXVCenarioDiario {
         }
     }
 
+    void ConfereMesmoArquivo(const std::vector<std::string>& rTextos) {
+        const auto morte = Morre();
+        ASSERT_EQ(m_banco.Fecha(m_Dono), S_OK);
+        ASSERT_EQ(Reabre(morte), S_OK);
+        EXPECT_EQ(LeTextos("A.dat"), rTextos);
+    }
+
     SBancoFila m_banco;
     bool m_bNoMesmoArquivo = false;
     std::array<std::string, 3> m_aTextos{"depois", "depois", "depois"};
@@ -112,22 +118,17 @@ TEST_F(FilaDoDiario, QuemAnexaAoMesmoArquivoContaComQuemEspera) {
     m_bNoMesmoArquivo = true;
     GravamJuntos();
     EXPECT_EQ(m_aCodigos, (std::array<HRESULT, 3>{S_OK, S_OK, S_OK}));
-    const auto morte = Morre();
-    ASSERT_EQ(m_banco.Fecha(m_Dono), S_OK);
-    ASSERT_EQ(Reabre(morte), S_OK);
-    EXPECT_EQ(LeTextos("A.dat"), (std::vector<std::string>{"antes", "depois", "depois", "depois"}));
+    ConfereMesmoArquivo({"antes", "depois", "depois", "depois"});
 }
 
-// A safe point in between: what waits is in the journal alone, and stays needed.
-TEST_F(FilaDoDiario, PontoSeguroNaoDispensaQuemEspera) {
-    XVUInt64 uiPrimeira = 0;
-    GravamJuntos([&](int iDescarga) {
-        if (iDescarga != 2) return;
-        EXPECT_EQ(m_banco.diario.PontoSeguro(&m_Dono), S_OK);
-        uiPrimeira = Campo<XVUInt64>(LeDiario(), 520);
-    });
-    EXPECT_EQ(uiPrimeira, 5U) << "four are over, two wait";
-    Confere({true, true, true});
+// They never began: an opening must not undo what they were prepared on top of.
+TEST_F(FilaDoDiario, QuemAnexavaAtrasDeUmaQueFalhaFicaNulo) {
+    m_bNoMesmoArquivo = true;
+    m_FalhasQueda.SetFiltro([](const std::string& s) { return s.ends_with("A.dat"); });
+    m_FalhasQueda.Programa({.eOperacao = EOperacaoArquivo::eGrava});
+    GravamJuntos();
+    EXPECT_EQ(m_aCodigos, (std::array<HRESULT, 3>{eHardIO, S_OK, S_OK}));
+    ConfereMesmoArquivo({"antes", "depois", "depois"});
 }
 
 // What was prepared on top of an operation that failed is prepared again, and its entries count for nothing.
@@ -206,28 +207,6 @@ TEST_F(FilaEmAnelPequeno, CopiaNaoTomaOLugarDeQuemEspera) {
     EXPECT_EQ(uiCopia, 0U);
     EXPECT_EQ(uiPrimeira, 4U) << "three are over, three wait";
     EXPECT_EQ(m_aCodigos, (std::array<HRESULT, 3>{S_OK, S_OK, S_OK}));
-    Confere({true, true, true});
-}
-
-// Emptied by somebody who must be alone: those that waited are carried out, and the lock is held again.
-TEST_F(FilaDoDiario, QuemPrecisaEstarSozinhoEsvaziaAFila) {
-    std::unique_lock<std::mutex> bloqueio;
-    std::array<XVUInt64, 2> auiTamanhos{};
-    const auto fnSozinho = [&] {
-        bloqueio = std::unique_lock(m_banco.mutexAlteracao);
-        m_banco.diario.EsvaziaFila(bloqueio);
-        auiTamanhos = {m_banco.aFiles[1].GetQtdRegistros(), m_banco.aFiles[2].GetQtdRegistros()};
-        EXPECT_TRUE(bloqueio.owns_lock());
-        EXPECT_FALSE(m_banco.diario.TemFila());
-        bloqueio.unlock();
-    };
-    std::thread sozinho;
-    m_fnAoAlterar = nullptr;
-    GravamJuntos([&](int iDescarga) {
-        if (iDescarga == 2) sozinho = std::thread(fnSozinho);
-    });
-    sozinho.join();
-    EXPECT_EQ(auiTamanhos, (std::array<XVUInt64, 2>{2, 2}));
     Confere({true, true, true});
 }
 

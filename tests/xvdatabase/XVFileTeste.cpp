@@ -13,83 +13,27 @@ class RegistrosFixos : public CXVCenarioBanco {
     }
 };
 
-TEST_F(RegistrosFixos, LeituraForaDosLimitesTemCodigoParaCadaCaso) {
-    TXVBanco<CXVFileTeste> ausente("A.dat");
-    ASSERT_EQ(Abre(ausente), S_OK);
+TEST_F(RegistrosFixos, ForaDosLimitesHaUmCodigoParaCadaCaso) {
     REG_TESTE reg{};
     std::vector<REG_TESTE> lista{{9, 9, 9}};
-    EXPECT_EQ(ausente->Le(0, &reg), E_XVCR_TENTATIVA_LER_POSICAO_ZERO);
-    EXPECT_EQ(ausente->Le(1, &reg), E_XVCR_ARQUIVO_NAO_EXISTE);
-    EXPECT_EQ(ausente->LeColecao(1, 1, lista), E_XVCR_ARQUIVO_NAO_EXISTE);
-    EXPECT_EQ(ausente->LeColecao(0, 0, lista), S_OK);
-    ASSERT_EQ(ausente.xvDB.Finaliza(), S_OK);
-
-    Cria("B.dat", ArquivoComCabecalho("B.dat", ""));
-    TXVBanco<CXVFileTeste> vazio("B.dat");
-    ASSERT_EQ(Abre(vazio), S_OK);
-    EXPECT_EQ(vazio->Le(1, &reg), E_XVCR_POSICAO_LEITURA_SUPERIOR_QUANTIDADE_ARQUIVO);
-    ASSERT_EQ(vazio.xvDB.Finaliza(), S_OK);
-
-    Cria("C.dat", ArquivoComCabecalho("C.dat", Bytes(Lista(3))));
-    TXVBanco<CXVFileTeste> banco("C.dat");
+    XVUInt uiPosicao = 4;
+    TXVBanco<CXVFileTeste> banco("A.dat");
     ASSERT_EQ(Abre(banco), S_OK);
+    EXPECT_EQ(banco->Le(0, &reg), E_XVCR_TENTATIVA_LER_POSICAO_ZERO);
+    EXPECT_EQ(banco->Le(1, &reg), E_XVCR_ARQUIVO_NAO_EXISTE);
+    EXPECT_EQ(banco->Grava(uiPosicao, reg), E_XVCR_POSICAO_GRAVACAO_SUPERIOR_QUANTIDADE_ARQUIVO);
+    EXPECT_FALSE(Existe("A.dat"));
+    ASSERT_EQ(banco.xvDB.Finaliza(), S_OK);
+    Cria("A.dat", ArquivoComCabecalho("A.dat", Bytes(Lista(3))));
+    ASSERT_EQ(Abre(banco), S_OK);
+    EXPECT_EQ(banco->Grava(uiPosicao, reg), E_XVCR_POSICAO_GRAVACAO_SUPERIOR_QUANTIDADE_ARQUIVO);
     EXPECT_EQ(banco->LeColecao(3, 0, lista), E_XVCR_INCONSISTENCIA_CHAVE_QUANTIDADE);
     EXPECT_EQ(banco->LeColecao(0, 3, lista), E_XVCR_INCONSISTENCIA_CHAVE_QUANTIDADE);
-    EXPECT_EQ(banco->LeColecao(4, 1, lista), E_XVCR_POSICAO_LEITURA_SUPERIOR_QUANTIDADE_ARQUIVO);
-    EXPECT_EQ(banco->LeColecao(2, 3, lista), E_XVCR_POSICAO_LEITURA_SUPERIOR_QUANTIDADE_ARQUIVO);
-    EXPECT_EQ(banco->LeColecao(2, ~0ULL, lista), E_XVCR_POSICAO_LEITURA_SUPERIOR_QUANTIDADE_ARQUIVO);
+    for (const auto& [uiDe, uiQtd] : {std::pair{4U, XVUInt64{1}}, {2U, XVUInt64{3}}, {2U, ~XVUInt64{0}}})
+        EXPECT_EQ(banco->LeColecao(uiDe, uiQtd, lista), E_XVCR_POSICAO_LEITURA_SUPERIOR_QUANTIDADE_ARQUIVO);
     EXPECT_EQ(banco->LeColecao(2, 2, lista), S_OK);
-    EXPECT_EQ(lista, (std::vector<REG_TESTE>{{9, 9, 9}, {2, 2, 0}, {3, 0, 0}}))
-        << "appended to what was there";
-    EXPECT_EQ(banco->GetPtrRegistros(), nullptr) << "only for databases with direct access";
+    EXPECT_EQ(lista, (std::vector<REG_TESTE>{{9, 9, 9}, {2, 2, 0}, {3, 0, 0}})) << "appended";
     ASSERT_EQ(banco.xvDB.Finaliza(), S_OK);
-}
-
-TEST_F(RegistrosFixos, FalhaDeLeituraDeixaALinhaDeDiagnostico) {
-    TXVBanco<CXVFileTeste> banco("A.dat");
-    ASSERT_EQ(Abre(banco), S_OK);
-    REG_TESTE reg{};
-    CXVCapturaTrace captura;
-    ASSERT_EQ(banco->Le(5, &reg), E_XVCR_ARQUIVO_NAO_EXISTE);
-    ASSERT_GE(captura.GetFalhas().size(), 2U);
-    const std::string& sLinha = captura.GetFalhas().front().sMensagem;
-    EXPECT_EQ(sLinha.find("hr = 0x810809E3"), 0U) << sLinha;
-    EXPECT_NE(sLinha.find("Arquivo = A.dat"), std::string::npos) << sLinha;
-    EXPECT_NE(sLinha.find("Posição = 5"), std::string::npos) << sLinha;
-    EXPECT_TRUE(sLinha.ends_with("Qtd. Registros = 0")) << sLinha;
-    EXPECT_EQ(captura.GetFalhas().back().sFuncao, "CXVFile<struct REG_TESTE>::Le");
-    EXPECT_EQ(captura.GetFalhas().back().sFonte, "core/xvdatabase/XVFile");
-    ASSERT_EQ(banco.xvDB.Finaliza(), S_OK);
-}
-
-TEST_F(RegistrosFixos, GravacaoPorPosicao) {
-    TXVBanco<CXVFileTeste> banco("A.dat");
-    ASSERT_EQ(Abre(banco), S_OK);
-    XVUInt uiPosicao = 1;
-    EXPECT_EQ(banco->Grava(uiPosicao, {1, 0, 0}), E_XVCR_POSICAO_GRAVACAO_SUPERIOR_QUANTIDADE_ARQUIVO);
-    EXPECT_FALSE(Existe("A.dat"));
-    uiPosicao = 0;
-    EXPECT_EQ(banco->GravaColecao(uiPosicao, {}), S_OK);
-    EXPECT_FALSE(Existe("A.dat")) << "an empty collection does nothing";
-
-    EXPECT_EQ(banco->GravaColecao(uiPosicao, Lista(3)), S_OK);
-    EXPECT_EQ(uiPosicao, 1U);
-    EXPECT_EQ(Le("A.dat").substr(240), Bytes(Lista(3)));
-    uiPosicao = 4;
-    EXPECT_EQ(banco->Grava(uiPosicao, {4, 0, 0}), E_XVCR_POSICAO_GRAVACAO_SUPERIOR_QUANTIDADE_ARQUIVO);
-    uiPosicao = 3;
-    const std::vector<REG_TESTE> aDois{{30, 0, 0}, {40, 0, 0}};
-    EXPECT_EQ(banco->GravaColecao(uiPosicao, aDois), S_OK) << "overwrites the last and appends one";
-    EXPECT_EQ(uiPosicao, 3U);
-    uiPosicao = 0;
-    EXPECT_EQ(banco->Grava(uiPosicao, {50, 0, 0}), S_OK);
-    EXPECT_EQ(uiPosicao, 5U);
-    REG_TESTE reg{};
-    EXPECT_EQ(banco->Le(4, &reg), S_OK);
-    EXPECT_EQ(reg.uiChave, 40U);
-    ASSERT_EQ(banco.xvDB.Finaliza(), S_OK);
-    EXPECT_EQ(LeRegistros("A.dat"),
-              (std::vector<REG_TESTE>{{1, 1, 0}, {2, 2, 0}, {30, 0, 0}, {40, 0, 0}, {50, 0, 0}}));
 }
 
 TEST_F(RegistrosFixos, GravarCustaUmaGravacaoDeDadosEUmaDeCabecalho) {
@@ -144,23 +88,6 @@ TEST_F(RegistrosFixos, PrimeiraGravacaoEncontraRegistrosQueApareceramDepois) {
     EXPECT_EQ(uiPosicao, 3U);
     ASSERT_EQ(banco.xvDB.Finaliza(), S_OK);
     EXPECT_EQ(LeRegistros("A.dat").size(), 3U);
-}
-
-TEST_F(RegistrosFixos, SubstituicaoSemTipo) {
-    TXVBanco<CXVFileTeste> banco("A.dat");
-    ASSERT_EQ(Abre(banco), S_OK);
-    IXVFileBase& rBase = banco.xvFile;
-    const std::vector<REG_TESTE> aRegistros = Lista(3);
-    XVUInt uiPosicao = 0;
-    EXPECT_EQ(rBase.SetArrayData(nullptr, 1), E_POINTER);
-    EXPECT_EQ(rBase.SetRegData(uiPosicao, nullptr), E_POINTER);
-    EXPECT_EQ(rBase.SetArrayData(aRegistros.data(), 3), S_OK);
-    uiPosicao = 2;
-    const REG_TESTE reg{20, 0, 0};
-    EXPECT_EQ(rBase.SetRegData(uiPosicao, &reg), S_OK);
-    EXPECT_EQ(banco->SetConteudo(Lista(1, 5)), S_OK);
-    ASSERT_EQ(banco.xvDB.Finaliza(), S_OK);
-    EXPECT_EQ(LeRegistros("A.dat"), (std::vector<REG_TESTE>{{1, 1, 5}, {20, 0, 0}, {3, 0, 0}}));
 }
 
 }  // namespace

@@ -10,16 +10,6 @@ namespace {
 
 class IndiceArquivo : public CXVCenarioBanco {
   protected:
-    // Column 0 unique, column 1 with zero keys and repeats.
-    HRESULT Declara(CXVFileTeste& rFile) {
-        const HRESULT hr = rFile.IncluiIndex(&m_Chaves, 0);
-        return FAILED(hr) ? hr : rFile.IncluiIndex(&m_Chaves, 1, true, true);
-    }
-    static std::vector<XVUInt> Busca(const CXVFileTeste& rFile, XVUInt64 uiChave, XVUInt uiColuna) {
-        std::vector<XVUInt> lista{99};
-        EXPECT_EQ(rFile.ExisteIndex(uiChave, lista, uiColuna), S_OK);
-        return lista;
-    }
     using L = std::vector<XVUInt>;
     SChavesTeste m_Chaves;
 };
@@ -37,30 +27,10 @@ TEST_F(IndiceArquivo, ColunasSaoDeclaradasEmOrdem) {
     EXPECT_EQ(uiPosicao, 0U);
 }
 
-TEST_F(IndiceArquivo, DadosExistentesSaoConferidosNaDeclaracaoENaInicializacao) {
-    Cria("Z.dat", ArquivoComCabecalho("Z.dat", Bytes({{0, 0, 0}})));
-    Cria("R.dat", ArquivoComCabecalho("R.dat", Bytes({{5, 0, 0}, {5, 0, 0}})));
-    for (const auto& [sNome, hr] : {std::pair{"Z.dat", E_XVCR_INDEXACAO_COM_POSICAO_ZERO},
-                                    std::pair{"R.dat", E_XVCR_CHAVE_DE_INDEXACAO_REPETIDA}}) {
-        const std::string sAntes = Le(sNome);
-        TXVBanco<CXVFileTeste> antes(sNome);
-        ASSERT_EQ(Declara(antes.xvFile), S_OK);
-        const CXVArquivosRecusados recusados;
-        EXPECT_EQ(Abre(antes), hr);
-        EXPECT_EQ(recusados.GetPath(hr), PastaDados(sNome));
-        EXPECT_EQ(Le(sNome), sAntes);
-        TXVBanco<CXVFileTeste> depois(sNome);
-        ASSERT_EQ(Abre(depois), S_OK);
-        EXPECT_EQ(Declara(depois.xvFile), hr);
-        EXPECT_EQ(depois->IncluiIndex(&m_Chaves, 0, true, true), S_OK)
-            << "a refused declaration leaves no column";
-        ASSERT_EQ(depois.xvDB.Finaliza(), S_OK);
-    }
-}
-
 TEST_F(IndiceArquivo, RecusasNaoGravamNada) {
     TXVBanco<CXVFileTeste> banco("A.dat");
-    ASSERT_EQ(Declara(banco.xvFile), S_OK);
+    ASSERT_EQ(banco->IncluiIndex(&m_Chaves, 0), S_OK);
+    ASSERT_EQ(banco->IncluiIndex(&m_Chaves, 1, true, true), S_OK) << "with zero keys and repeats";
     ASSERT_EQ(Abre(banco), S_OK);
     XVUInt uiPosicao = 0;
     EXPECT_EQ(banco->Grava(uiPosicao, {0, 0, 0}), E_XVCR_INDEXACAO_COM_POSICAO_ZERO);
@@ -87,34 +57,13 @@ TEST_F(IndiceArquivo, RecusasNaoGravamNada) {
     EXPECT_EQ(m_Relogio.GetQuantidadeDormidas(), uiDormidas) << "a refusal is not tried again";
     uiPosicao = 5;
     EXPECT_EQ(banco->Grava(uiPosicao, {5, 8, 1}), S_OK) << "a record keeps its own key";
-    EXPECT_EQ(Busca(banco.xvFile, 7, 1), (L{3, 4}));
-    EXPECT_EQ(Busca(banco.xvFile, 8, 1), (L{5, 6})) << "ascending, though 6 came first";
-    EXPECT_EQ(Busca(banco.xvFile, 0, 1), L{}) << "zero keys are left out";
-    EXPECT_EQ(Busca(banco.xvFile, 1234, 0), L{});
+    const std::pair<XVUInt64, L> aGrupos[] = {{7, {3, 4}}, {8, {5, 6}}, {0, {}}};  // ascending; zero left out
+    for (const auto& [uiGrupo, rEsperadas] : aGrupos) {
+        L lista{99};
+        EXPECT_EQ(banco->ExisteIndex(uiGrupo, lista, 1), S_OK);
+        EXPECT_EQ(lista, rEsperadas) << uiGrupo;
+    }
     ASSERT_EQ(banco.xvDB.Finaliza(), S_OK);
-}
-
-TEST_F(IndiceArquivo, LeituraEGravacaoPorChaveETexto) {
-    const std::string sChave = "PEDIDO-1";
-    const XVUInt64 uiCrc = CrcBitABit(sChave);
-    Cria("A.dat", ArquivoComCabecalho("A.dat", Bytes({{1, 0, 0}, {uiCrc, 0, 5}})));
-    TXVBanco<CXVFileTeste> banco("A.dat");
-    ASSERT_EQ(Declara(banco.xvFile), S_OK);
-    ASSERT_EQ(Abre(banco), S_OK);
-    XVUInt uiPosicao = 0;
-    EXPECT_EQ(banco->ExisteIndex(std::string_view(sChave), uiPosicao, 0), S_OK);
-    EXPECT_EQ(uiPosicao, 2U);
-    REG_TESTE reg{};
-    EXPECT_EQ(banco->LeIndex(uiCrc, &reg, 0), S_OK);
-    EXPECT_EQ(reg.ulValor, 5U);
-    EXPECT_EQ(banco->GravaIndex(uiCrc, {uiCrc, 0, 6}, 0), S_OK);
-    CXVCapturaTrace captura;
-    EXPECT_EQ(banco->LeIndex(77, &reg, 0), E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA);
-    EXPECT_EQ(banco->GravaIndex(77, {77, 0, 0}, 0), E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA) << "never appends";
-    EXPECT_EQ(banco->LeIndex(77, &reg, 9), E_XVCR_COLUNA_INDEXACAO_INVALIDA);
-    EXPECT_TRUE(captura.Contem("ExisteIndex(uiPosicaoIndex, uiPosicao, uiColunaIndexacao)"));
-    ASSERT_EQ(banco.xvDB.Finaliza(), S_OK);
-    EXPECT_EQ(LeRegistros("A.dat")[1].ulValor, 6U);
 }
 
 // The map alone, with many keys in few slots, against the standard one.

@@ -1,133 +1,111 @@
 // The initialisation record: which ones a component accepts, and what refusals leave behind.
-#include <gtest/gtest.h>
-
-#include <functional>
-#include <new>
-
-#include "support/trace/XVCapturaTrace.h"
+#include "support/messages/XVMensagens.h"
 #include "support/values/XVCrc64.h"
-#include "tests/harness/XVGuardasPlataforma.h"
-#include "tests/harness/XVRegistryFalso.h"
-#include "tests/xvrpcdll/XVLogicaFalsa.h"
+#include "tests/xvrpcdll/XVCenarioComponente.h"
 
 namespace {
 
-class CInicializacao : public ::testing::Test {
-  protected:
-    CXVRegistryFalso m_registry;
-    CXVGuardaRegistry m_guarda{m_registry};
-    SControleLogica m_controle;
-    CXVCapturaTrace m_captura;
+using TAltera = std::function<void(REG_DF_INICIALIZAPS&)>;
 
-    static REG_DF_INICIALIZAPS Altera(const std::function<void(REG_DF_INICIALIZAPS&)>& fnAltera,
-                                      bool bSela = true) {
+class CInicializacao : public CCenarioComponente {
+  protected:
+    static HRESULT InicializaAlterado(CComponenteFalso& r, const TAltera& fnAltera, bool bSela = true) {
         REG_DF_INICIALIZAPS reg = RegistroValido();
         fnAltera(reg);
         if (bSela) reg.uiCRC = XVCrc64(&reg, offsetof(REG_DF_INICIALIZAPS, uiCRC));
-        return reg;
+        return r.Inicializa_Padrao(&reg);
     }
     void DesligaControle() {
         m_registry.SetNumero(k_sChaveRegistrySuite, "DesabilitaControleInicializacao", 1);
     }
+    // Whether the component holds this record.
+    static bool Guarda(CComponenteFalso& r, const REG_DF_INICIALIZAPS& reg) {
+        const REG_DF_INICIALIZAPS guardado = r.GetRegistroInicializacao();
+        return std::memcmp(&guardado, &reg, sizeof(reg)) == 0;
+    }
 };
-
-bool MesmosBytes(const REG_DF_INICIALIZAPS& a, const REG_DF_INICIALIZAPS& b) {
-    return std::memcmp(&a, &b, sizeof(a)) == 0;
-}
-
-bool TudoZero(const REG_DF_INICIALIZAPS& reg) {
-    return MesmosBytes(reg, REG_DF_INICIALIZAPS{});
-}
 
 }  // namespace
 
-TEST_F(CInicializacao, AceitaRegistroSeladoNosDoisSlotsEGuardaCopia) {
+TEST_F(CInicializacao, DeNovoFinalizaAntesEUmaRecusaNaoMudaNada) {
     const REG_DF_INICIALIZAPS reg = RegistroValido();
-    const CReferencia<CComponenteFalso> p;
-    EXPECT_TRUE(TudoZero(p->GetRegistroInicializacao()));
-    EXPECT_EQ(p->Inicializa_Padrao(&reg), S_OK);
-    EXPECT_TRUE(MesmosBytes(reg, p->GetRegistroInicializacao()));
-    const CReferencia<CComponenteFalso> q;
-    EXPECT_EQ(q->Inicializa(&reg), S_OK);
+    EXPECT_TRUE(Guarda(*m_p, {}));
+    ASSERT_EQ(m_p->Inicializa(&reg), S_OK);
     EXPECT_TRUE(m_captura.GetFalhas().empty());
+    EXPECT_EQ(InicializaAlterado(
+                  *m_p, [](auto& r) { r.uiCRC ^= 1; }, false),
+              E_XVCR_CRC_INICIALIZACAO_INVALIDO);
+    EXPECT_EQ(m_controle.iFinalizacoes, 0);
+    EXPECT_TRUE(Guarda(*m_p, reg));
+    EXPECT_EQ(InicializaAlterado(*m_p, [](auto& r) { r.ulUsuario = 8; }), S_OK);
+    EXPECT_EQ(m_controle.iFinalizacoes, 1);
+    EXPECT_EQ(m_controle.iVivas, 1);
+    EXPECT_FALSE(Guarda(*m_p, reg));
 }
 
 TEST_F(CInicializacao, RecusaNaOrdemComCodigoELinhaDeCadaFalta) {
-    struct SCaso {
-        std::function<void(REG_DF_INICIALIZAPS&)> fnAltera;
+    constexpr HRESULT hrEstrutura = E_XVCR_ESTRUTURA_INICIALIZACAO_INVALIDA;
+    const struct {
+        TAltera fnAltera;
         bool bSela;
         HRESULT hr;
-        const char* pszExpressao;
-        int iLinha;
-    };
-    const SCaso aCasos[] = {
+        XVUInt ulLinha;
+    } aCasos[] = {
         // Everything is wrong at once: the version speaks first, then the seal, then the structure.
         {[](auto& r) { r.usVersao = 126, r.cMarca = 'A', r.uiCRC = 0; }, false, E_XVCR_VERSAO_INCOMPATIVEL,
-         "E_XVCR_VERSAO_INCOMPATIVEL", 36},
-        {[](auto& r) { r.usVersao = 128; }, false, E_XVCR_VERSAO_INCOMPATIVEL, "E_XVCR_VERSAO_INCOMPATIVEL",
          36},
-        {[](auto& r) { r.cMarca = 'A', r.uiCRC ^= 1; }, false, E_XVCR_CRC_INICIALIZACAO_INVALIDO,
-         "E_XVCR_CRC_INICIALIZACAO_INVALIDO", 45},
-        {[](auto& r) { r.cFiller[21] ^= 1; }, false, E_XVCR_CRC_INICIALIZACAO_INVALIDO,
-         "E_XVCR_CRC_INICIALIZACAO_INVALIDO", 45},
-        {[](auto& r) { r.ulNumeroChamador = 0; }, true, E_XVCR_ESTRUTURA_INICIALIZACAO_INVALIDA,
-         "E_XVCR_ESTRUTURA_INICIALIZACAO_INVALIDA", 62},
-        {[](auto& r) { r.szExecutavel[0] = 0; }, true, E_XVCR_ESTRUTURA_INICIALIZACAO_INVALIDA,
-         "E_XVCR_ESTRUTURA_INICIALIZACAO_INVALIDA", 62},
-        {[](auto& r) { r.szModulo[0] = 0; }, true, E_XVCR_ESTRUTURA_INICIALIZACAO_INVALIDA,
-         "E_XVCR_ESTRUTURA_INICIALIZACAO_INVALIDA", 62},
-        {[](auto& r) { r.szIdentificacao[0] = 0; }, true, E_XVCR_ESTRUTURA_INICIALIZACAO_INVALIDA,
-         "E_XVCR_ESTRUTURA_INICIALIZACAO_INVALIDA", 62},
-        {[](auto& r) { r.cMarca = 'b'; }, true, E_XVCR_ESTRUTURA_INICIALIZACAO_INVALIDA,
-         "E_XVCR_ESTRUTURA_INICIALIZACAO_INVALIDA", 62},
+        {[](auto& r) { r.usVersao = 128; }, false, E_XVCR_VERSAO_INCOMPATIVEL, 36},
+        {[](auto& r) { r.cMarca = 'A', r.uiCRC ^= 1; }, false, E_XVCR_CRC_INICIALIZACAO_INVALIDO, 45},
+        {[](auto& r) { r.cFiller[21] ^= 1; }, false, E_XVCR_CRC_INICIALIZACAO_INVALIDO, 45},
+        {[](auto& r) { r.ulNumeroChamador = 0; }, true, hrEstrutura, 62},
+        {[](auto& r) { r.szExecutavel[0] = 0; }, true, hrEstrutura, 62},
+        {[](auto& r) { r.szModulo[0] = 0; }, true, hrEstrutura, 62},
+        {[](auto& r) { r.szIdentificacao[0] = 0; }, true, hrEstrutura, 62},
+        {[](auto& r) { r.cMarca = 'b'; }, true, hrEstrutura, 62},
     };
-    for (const SCaso& rCaso : aCasos) {
+    for (const auto& rCaso : aCasos) {
         const CXVCapturaTrace captura;
-        const REG_DF_INICIALIZAPS reg = Altera(rCaso.fnAltera, rCaso.bSela);
-        const CReferencia<CComponenteFalso> p;
-        EXPECT_EQ(p->Inicializa_Padrao(&reg), rCaso.hr);
-        EXPECT_TRUE(TudoZero(p->GetRegistroInicializacao()));
+        EXPECT_EQ(InicializaAlterado(*m_p, rCaso.fnAltera, rCaso.bSela), rCaso.hr);
+        EXPECT_TRUE(Guarda(*m_p, {}));
         ASSERT_EQ(captura.GetFalhas().size(), 1U);
         const SFalhaCapturada& rFalha = captura.GetFalhas().front();
-        EXPECT_EQ(rFalha.sExpressao, rCaso.pszExpressao);
-        EXPECT_EQ(rFalha.iLinha, rCaso.iLinha);
+        EXPECT_EQ(rFalha.sExpressao, XVBuscaMensagem(rCaso.hr)->sNome);
+        EXPECT_EQ(static_cast<XVUInt>(rFalha.iLinha), rCaso.ulLinha);
         EXPECT_EQ(rFalha.sFonte, "core/xvrpcdll/T_XVUnknown");
         EXPECT_EQ(rFalha.sFuncao,
                   "T_XVUnknown<struct IXVCR_Middleware,class CLogicaFalsa>::Inicializa_Padrao");
         REG_DF_ULTIMO_ERROPS regErro;
-        EXPECT_EQ(p->GetUltimoErro(&regErro), S_OK);
+        EXPECT_EQ(m_p->GetUltimoErro(&regErro), S_OK);
         EXPECT_EQ(regErro.hrErro, rCaso.hr);
-        EXPECT_EQ(regErro.ulLinha, static_cast<XVUInt>(rCaso.iLinha));
+        EXPECT_EQ(regErro.ulLinha, rCaso.ulLinha);
     }
 }
 
-TEST_F(CInicializacao, ControleDesligadoDispensaSeloEMarcaMasNaoAVersao) {
-    DesligaControle();
-    const REG_DF_INICIALIZAPS regSemSelo =
-        Altera([](auto& r) { r.cMarca = 0, r.ulNumeroChamador = 0, r.uiCRC = 5; }, false);
-    const CReferencia<CComponenteFalso> p;
-    EXPECT_EQ(p->Inicializa_Padrao(&regSemSelo), S_OK);
-    const REG_DF_INICIALIZAPS regVersao = Altera([](auto& r) { r.usVersao = 126; });
-    EXPECT_EQ(p->Inicializa_Padrao(&regVersao), E_XVCR_VERSAO_INCOMPATIVEL);
-}
-
-// Sealed or not, with the control or without: what comes from outside is read only as far as its field goes.
-TEST_F(CInicializacao, TextosSemTerminadorSaoSempreRecusados) {
-    const std::function<void(REG_DF_INICIALIZAPS&)> aAlteracoes[] = {
-        [](auto& r) { std::memset(r.szEmpresa, 'E', sizeof(r.szEmpresa)); },
-        [](auto& r) { std::memset(r.szExecutavel, 'E', sizeof(r.szExecutavel)); },
-        [](auto& r) { std::memset(r.szModulo, 'E', sizeof(r.szModulo)); },
-        [](auto& r) { std::memset(r.szIdentificacao, 'E', sizeof(r.szIdentificacao)); },
-        [](auto& r) { std::memset(r.szUsuarioLocal, 'E', sizeof(r.szUsuarioLocal)); },
+// With the control or without: what comes from outside is read only as far as its field goes, and names no
+// directory but its own.
+TEST_F(CInicializacao, ControleDesligadoSoDispensaSeloEEstrutura) {
+    constexpr HRESULT hrEstrutura = E_XVCR_ESTRUTURA_INICIALIZACAO_INVALIDA;
+    const std::pair<TAltera, HRESULT> aCasos[] = {
+        {[](auto& r) { std::memset(r.szEmpresa, 'E', sizeof(r.szEmpresa)); }, hrEstrutura},
+        {[](auto& r) { std::memset(r.szExecutavel, 'E', sizeof(r.szExecutavel)); }, hrEstrutura},
+        {[](auto& r) { std::memset(r.szModulo, 'E', sizeof(r.szModulo)); }, hrEstrutura},
+        {[](auto& r) { std::memset(r.szIdentificacao, 'E', sizeof(r.szIdentificacao)); }, hrEstrutura},
+        {[](auto& r) { std::memset(r.szUsuarioLocal, 'E', sizeof(r.szUsuarioLocal)); }, hrEstrutura},
+        {[](auto& r) { r.ulUsuario = 65535; }, E_INVALIDARG},
+        {[](auto& r) { r.ulUsuario = 0x1FFFF; }, E_INVALIDARG},
+        {[](auto& r) { r.szEmpresa[0] = 0; }, E_INVALIDARG},
+        {[](auto& r) { r.szEmpresa[1] = '/'; }, E_INVALIDARG},
+        {[](auto& r) { r.usVersao = 126; }, E_XVCR_VERSAO_INCOMPATIVEL},
     };
     for (const bool bControle : {true, false}) {
         if (!bControle) DesligaControle();
-        for (const auto& fnAltera : aAlteracoes) {
-            const REG_DF_INICIALIZAPS reg = Altera(fnAltera);
-            const CReferencia<CComponenteFalso> p;
-            EXPECT_EQ(p->Inicializa_Padrao(&reg), E_XVCR_ESTRUTURA_INICIALIZACAO_INVALIDA);
+        for (const auto& [fnAltera, hr] : aCasos) {
+            EXPECT_EQ(InicializaAlterado(*m_p, fnAltera), hr);
+            EXPECT_TRUE(Guarda(*m_p, {}));
         }
     }
+    const auto fnSemSelo = [](auto& r) { r.cMarca = 0, r.ulNumeroChamador = 0, r.uiCRC = 5; };
+    EXPECT_EQ(InicializaAlterado(*m_p, fnSemSelo, false), S_OK);
 }
 
 // Also what is thrown before the frame begins stays inside.
@@ -138,64 +116,24 @@ TEST_F(CInicializacao, RegistroDoSistemaQueLancaViraCodigo) {
             throw std::bad_alloc();
         }
     };
-    const REG_DF_INICIALIZAPS reg = RegistroValido();
-    const CReferencia<CComponenteFalso> p;
-    {
-        CRegistroSemMemoria registry;
-        const CXVGuardaRegistry guarda(registry);
-        EXPECT_EQ(p->Inicializa_Padrao(&reg), E_XV_BAD_ALLOC);
-    }
-    EXPECT_TRUE(TudoZero(p->GetRegistroInicializacao()));
-    EXPECT_EQ(p->Inicializa_Padrao(&reg), S_OK);
-}
-
-TEST_F(CInicializacao, UsuarioDaConversaoEEmpresaQueNaoEhNomeSaoRecusados) {
-    DesligaControle();
-    const auto recusado = [&](const std::function<void(REG_DF_INICIALIZAPS&)>& fnAltera) {
-        const REG_DF_INICIALIZAPS reg = Altera(fnAltera);
-        const CReferencia<CComponenteFalso> p;
-        return p->Inicializa_Padrao(&reg) == E_INVALIDARG && TudoZero(p->GetRegistroInicializacao());
-    };
-    EXPECT_TRUE(recusado([](auto& r) { r.ulUsuario = 65535; }));
-    EXPECT_TRUE(recusado([](auto& r) { r.ulUsuario = 0x1FFFF; }));
-    for (const char* pszEmpresa : {"", "..", "a/b", "a\\b", "CON", "lpt1", "a b", "C:"})
-        EXPECT_TRUE(recusado([&](auto& r) {
-            std::memset(r.szEmpresa, 0, sizeof(r.szEmpresa));
-            std::memcpy(r.szEmpresa, pszEmpresa, std::strlen(pszEmpresa));
-        })) << pszEmpresa;
+    CRegistroSemMemoria registry;
+    const CXVGuardaRegistry guarda(registry);
+    EXPECT_EQ(Inicializa(*m_p), E_XV_BAD_ALLOC);
+    EXPECT_TRUE(Guarda(*m_p, {}));
 }
 
 TEST_F(CInicializacao, FalhaDaLogicaZeraACopiaEPermiteTentarDeNovo) {
-    const REG_DF_INICIALIZAPS reg = RegistroValido();
     m_controle.hrInicializa = eSharingViolation;
-    const CReferencia<CComponenteFalso> p;
-    EXPECT_EQ(p->Inicializa_Padrao(&reg), eSharingViolation);
-    EXPECT_TRUE(TudoZero(p->GetRegistroInicializacao()));
+    EXPECT_EQ(Inicializa(*m_p), eSharingViolation);
+    EXPECT_TRUE(Guarda(*m_p, {}));
     EXPECT_TRUE(m_captura.Contem("pfInSEHFuncao()"));
-    EXPECT_EQ(p->GravaStatusIntegracao(nullptr), E_XVCR_COMPONENTE_NAO_INICIALIZADO);
+    EXPECT_EQ(Chama(*m_p), E_XVCR_COMPONENTE_NAO_INICIALIZADO);
     m_controle.hrInicializa = S_OK;
-    EXPECT_EQ(p->Inicializa_Padrao(&reg), S_OK);
-}
+    EXPECT_EQ(Inicializa(*m_p), S_OK);
 
-TEST_F(CInicializacao, DeNovoFinalizaAntesEUmaRecusaNaoMudaNada) {
-    const REG_DF_INICIALIZAPS reg = RegistroValido();
-    const CReferencia<CComponenteFalso> p;
-    ASSERT_EQ(p->Inicializa_Padrao(&reg), S_OK);
-    const REG_DF_INICIALIZAPS regRuim = Altera([](auto& r) { r.uiCRC ^= 1; }, false);
-    EXPECT_EQ(p->Inicializa_Padrao(&regRuim), E_XVCR_CRC_INICIALIZACAO_INVALIDO);
-    EXPECT_EQ(m_controle.iFinalizacoes, 0);
-    EXPECT_TRUE(MesmosBytes(reg, p->GetRegistroInicializacao()));
-    const REG_DF_INICIALIZAPS regOutro = Altera([](auto& r) { r.ulUsuario = 8; });
-    EXPECT_EQ(p->Inicializa_Padrao(&regOutro), S_OK);
-    EXPECT_EQ(m_controle.iFinalizacoes, 1);
-    EXPECT_EQ(m_controle.iVivas, 1);
-}
-
-TEST_F(CInicializacao, ConstrucaoQueLancaRespondeAInicializacaoComSeuCodigo) {
     m_controle.bConstrucaoLanca = true;
-    const CReferencia<CComponenteFalso> p;
+    const CReferencia p;
     EXPECT_EQ(p->GetResultadoConstrucao(), E_XV_BAD_ALLOC);
-    const REG_DF_INICIALIZAPS reg = RegistroValido();
-    EXPECT_EQ(p->Inicializa_Padrao(&reg), E_XV_BAD_ALLOC);
+    EXPECT_EQ(Inicializa(*p), E_XV_BAD_ALLOC);
     EXPECT_EQ(p->Inicializa_Padrao(nullptr), E_POINTER);
 }

@@ -1,18 +1,20 @@
-// A logic object whose every operation runs what the test asks for, and that tells of its own life.
+// A component over a logic object whose every operation runs what the test asks for, and that tells of its
+// own life.
 #pragma once
 
 #include <atomic>
 #include <functional>
-#include <mutex>
-#include <string>
+#include <new>
+#include <stdexcept>
 
+#include "client/XVConexao.h"
 #include "core/xvrpcdll/XVCR_Middleware.h"
 #include "middleware/XVOperacoesGenericas.h"
 
 // What the test decides; one at a time, installed for its life.
 struct SControleLogica {
-    SControleLogica();
-    ~SControleLogica();
+    SControleLogica() { s_pAtual = this; }
+    ~SControleLogica() { s_pAtual = nullptr; }
 
     std::function<HRESULT()> fnOperacao = [] { return S_OK; };
     std::function<void()> fnFinaliza = [] {};
@@ -21,106 +23,103 @@ struct SControleLogica {
     std::atomic<int> iVivas = 0;
     std::atomic<int> iOperacoes = 0;
     std::atomic<int> iFinalizacoes = 0;
-    std::string sChamada;  // the last one
-    std::mutex mutexChamada;
 
-    static SControleLogica& Atual();
+    static inline SControleLogica* s_pAtual = nullptr;
 };
 
-// An operation and what it was handed, byte for byte.
-template <class... TArgumentos>
-std::string XVChamada(const char* pszOperacao, const TArgumentos&... argumentos) {
-    std::string s = pszOperacao;
-    (s.append(reinterpret_cast<const char*>(&argumentos), sizeof(argumentos)), ...);
-    return s;
-}
-
+// The operations that answer something fill their outputs first, success or not: nothing of a failure may
+// reach the caller.
 class CLogicaFalsa : public CXVBaseParaRotinas, public CXVOperacoesGenericas {
   public:
     XV_CLASSE("CLogicaFalsa", "XVLogicaFalsa")
 
-    CLogicaFalsa();
-    ~CLogicaFalsa() override;
+    CLogicaFalsa() {
+        if (m_rControle.bConstrucaoLanca) throw std::bad_alloc();
+        ++m_rControle.iVivas;
+    }
+    ~CLogicaFalsa() override {
+        XVIgnora(Finaliza());
+        --m_rControle.iVivas;
+    }
 
-    HRESULT LeIntegracao(REG_XVDMC regDmc, tagREG_CR_INTEGRACAO_MIDDLEWAREPS* pReg, XVUInt64 ullFlags);
+    HRESULT LeIntegracao(REG_XVDMC, tagREG_CR_INTEGRACAO_MIDDLEWAREPS* pReg, XVUInt64) {
+        XVIgnora(CXVStringPS::StringToReg("{\"n\":1}", &pReg->regRegistroJSON));
+        pReg->ulPonteiroFilial = 9;
+        return Opera();
+    }
     HRESULT LeIntegracoes(const _REG_DF_LISTA_XVDMCPS& rLista, XVUInt* pulQuantidade,
-                          tagREG_CR_INTEGRACAO_MIDDLEWAREPS** ppReg, XVUInt64 ullFlags);
-    HRESULT GravaIntegracao(REG_XVDMC* pDmc, const tagREG_CR_INTEGRACAO_MIDDLEWAREPS* pReg) {
-        return Opera("GravaIntegracao", *pDmc, *pReg);
+                          tagREG_CR_INTEGRACAO_MIDDLEWAREPS** ppReg, XVUInt64) {
+        *ppReg = static_cast<tagREG_CR_INTEGRACAO_MIDDLEWAREPS*>(
+            XVAmbienteSO::AlocaSaida(rLista.ulQuantidade * sizeof(**ppReg)));
+        for (XVUInt& i = *pulQuantidade = 0; i < rLista.ulQuantidade; ++i) {
+            (*ppReg)[i] = {};
+            XVIgnora(CXVStringPS::StringToReg("mensagem", &(*ppReg)[i].regMensagemIntegracao));
+        }
+        return Opera();
     }
-    HRESULT GravaIntegracaoInstantanea(REG_XVDMC* pDmc, tagREG_CR_INTEGRACAO_MIDDLEWAREPS reg) {
-        return Opera("GravaIntegracaoInstantanea", *pDmc, reg);
+    HRESULT BuscaPonteiros(const auto&, _REG_DF_LISTA_XVDMCPS* pLista) {
+        XVIgnora(XVListaToReg({REG_XVDMC{1}, REG_XVDMC{2}}, pLista));
+        return Opera();
     }
-    HRESULT GravaPendenciaIntegracao(REG_XVDMC regDmc, tagREG_CR_INTEGRACAO_MIDDLEWAREPS reg) {
-        return Opera("GravaPendenciaIntegracao", regDmc, reg);
+    HRESULT BuscaDadosSistemaTerceiro(const auto&, tagREG_CR_STATUS_CONSULTA_SISTEMA_TERCEIROPS* pReg) {
+        XVIgnora(CXVStringPS::StringToReg("resposta", &pReg->regJSONRetorno));
+        pReg->eStatusConsulta = 2;
+        return Opera();
     }
-    HRESULT GravaStatusIntegracao(tagREG_CR_STATUS_INTEGRACAO_MIDDLEWAREPS reg) {
-        return Opera("GravaStatusIntegracao", reg);
-    }
-    HRESULT BuscaPonteiros(const tagREG_CR_FILTRO_INTEGRACAO_MIDDLEWAREPS& reg,
-                           _REG_DF_LISTA_XVDMCPS* pLista);
-    HRESULT GravaChaveRegistroTelvoParaTerceiro(const tagREG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIROPS& reg) {
-        return Opera("GravaChaveRegistroTelvoParaTerceiro", reg);
-    }
-    HRESULT GravaChaveRegistroTelvoParaTerceiroPendente(
-        const tagREG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIROPS& reg) {
-        return Opera("GravaChaveRegistroTelvoParaTerceiroPendente", reg);
-    }
-    HRESULT BuscaChaveRegistroTelvoParaTerceiro(
-        const tagREG_CR_FILTRO_CHAVE_REGISTRO_TELVO_PARA_TERCEIROPS& reg,
-        tagREG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIROPS* pReg) {
-        pReg->eTipoIntegracao = 4;
-        return Opera("BuscaChaveRegistroTelvoParaTerceiro", reg);
-    }
-    HRESULT GravaDataHoraIntegracaoTerceiro(const tagREG_CR_DATA_HORA_INTEGRACAO_TERCEIROPS& reg) {
-        return Opera("GravaDataHoraIntegracaoTerceiro", reg);
-    }
-    HRESULT BuscaDataHoraIntegracaoTerceiro(const tagREG_CR_FILTRO_DATA_HORA_INTEGRACAO_TERCEIROPS& reg,
-                                            tagREG_CR_DATA_HORA_INTEGRACAO_TERCEIROPS* pReg) {
-        pReg->eTipoData = 5;
-        return Opera("BuscaDataHoraIntegracaoTerceiro", reg);
-    }
-    HRESULT BuscaDadosSistemaTerceiro(const tagREG_CR_CONSULTA_SISTEMA_TERCEIROPS& reg,
-                                      tagREG_CR_STATUS_CONSULTA_SISTEMA_TERCEIROPS* pReg);
     HRESULT OnFuncaoGenerica(XVUInt ulFuncao, std::span<const XVByte> entrada,
-                             std::vector<XVByte>& saida) override;
-    HRESULT OnAlteracaoMultiplaCadastro(XVUInt ulPonteiro, std::span<const XVByte> lista) override {
-        return Opera("AlteracaoMultiplaCadastro", ulPonteiro, lista);
+                             std::vector<XVByte>& saida) override {
+        saida.assign(entrada.rbegin(), entrada.rend());
+        saida.push_back(static_cast<XVByte>(ulFuncao));
+        return Opera();
     }
+    HRESULT GravaIntegracao(auto&&...) { return Opera(); }
+    HRESULT GravaIntegracaoInstantanea(auto&&...) { return Opera(); }
+    HRESULT GravaPendenciaIntegracao(auto&&...) { return Opera(); }
+    HRESULT GravaStatusIntegracao(auto&&...) { return Opera(); }
+    HRESULT GravaChaveRegistroTelvoParaTerceiro(auto&&...) { return Opera(); }
+    HRESULT GravaChaveRegistroTelvoParaTerceiroPendente(auto&&...) { return Opera(); }
+    HRESULT BuscaChaveRegistroTelvoParaTerceiro(auto&&...) { return Opera(); }
+    HRESULT GravaDataHoraIntegracaoTerceiro(auto&&...) { return Opera(); }
+    HRESULT BuscaDataHoraIntegracaoTerceiro(auto&&...) { return Opera(); }
 
   protected:
-    HRESULT OnInicializa() override;
-    HRESULT OnFinaliza() override;
+    HRESULT OnInicializa() override { return m_rControle.hrInicializa; }
+    HRESULT OnFinaliza() override {
+        ++m_rControle.iFinalizacoes;
+        m_rControle.fnFinaliza();
+        return S_OK;
+    }
 
   private:
-    template <class... TArgumentos>
-    static HRESULT Opera(const char* pszOperacao, const TArgumentos&... argumentos) {
-        SControleLogica& rControle = SControleLogica::Atual();
-        ++rControle.iOperacoes;
-        {
-            const std::lock_guard trava(rControle.mutexChamada);
-            rControle.sChamada = XVChamada(pszOperacao, argumentos...);
-        }
-        return rControle.fnOperacao();
+    HRESULT Opera() {
+        ++m_rControle.iOperacoes;
+        return m_rControle.fnOperacao();
     }
+
+    SControleLogica& m_rControle = *SControleLogica::s_pAtual;
 };
 
 using CComponenteFalso = T_XVCR_Middleware<CLogicaFalsa>;
 
 // Owns one reference of a component.
-template <class TComponente>
 class CReferencia {
   public:
-    CReferencia() : m_p(new TComponente) {}
+    CReferencia() : m_p(new CComponenteFalso) {}
     ~CReferencia() { m_p->Release(); }
     CReferencia(const CReferencia&) = delete;
     CReferencia& operator=(const CReferencia&) = delete;
-    TComponente* operator->() const { return m_p; }
-    TComponente& operator*() const { return *m_p; }
+    CComponenteFalso* operator->() const { return m_p; }
+    CComponenteFalso& operator*() const { return *m_p; }
 
   private:
-    TComponente* m_p;
+    CComponenteFalso* m_p;
 };
 
 // A sealed record of company "EMPRESA", user 7, session 42.
-REG_DF_INICIALIZAPS RegistroValido();
+inline REG_DF_INICIALIZAPS RegistroValido() {
+    REG_DF_INICIALIZAPS reg;
+    const XVCliente::SIdentificacao identificacao{
+        .sEmpresa = "EMPRESA", .usUsuario = 7, .ulNumeroSessao = 42};
+    if (!XVCliente::MontaRegistroInicializacao(identificacao, &reg)) throw std::logic_error("identification");
+    return reg;
+}

@@ -1,6 +1,5 @@
 #include <windows.h>
 
-#include <array>
 #include <stdexcept>
 #include <utility>
 
@@ -13,9 +12,7 @@ namespace {
 constexpr UINT k_uiCodigoMorto = 0xDEAD;
 
 void Fecha(HANDLE& rhHandle) {
-    if (rhHandle != nullptr) {
-        CloseHandle(std::exchange(rhHandle, nullptr));
-    }
+    if (rhHandle != nullptr) CloseHandle(std::exchange(rhHandle, nullptr));
 }
 
 std::wstring Largo(const std::string& sTexto) {
@@ -49,9 +46,8 @@ HANDLE Abre(const std::string& sCaminho, DWORD dwAcesso, DWORD dwCriacao) {
 void CriaCano(HANDLE& rhLeitura, HANDLE& rhEscrita, bool bFilhoLe) {
     SECURITY_ATTRIBUTES atributos{sizeof(SECURITY_ATTRIBUTES), nullptr, TRUE};
     if (!CreatePipe(&rhLeitura, &rhEscrita, &atributos, 0) ||
-        !SetHandleInformation(bFilhoLe ? rhEscrita : rhLeitura, HANDLE_FLAG_INHERIT, 0)) {
+        !SetHandleInformation(bFilhoLe ? rhEscrita : rhLeitura, HANDLE_FLAG_INHERIT, 0))
         throw std::runtime_error("CreatePipe");
-    }
 }
 
 }  // namespace
@@ -80,9 +76,7 @@ CXVProcessoFilho::CXVProcessoFilho(const std::string& sPrograma,
     }
     inicio.hStdError = hErro != nullptr ? hErro : GetStdHandle(STD_ERROR_HANDLE);
     std::string sComando = Cita(sPrograma);
-    for (const std::string& sArgumento : listaArgumentos) {
-        sComando += ' ' + Cita(sArgumento);
-    }
+    for (const std::string& sArgumento : listaArgumentos) sComando += ' ' + Cita(sArgumento);
     std::wstring sLargo = Largo(sComando);
     PROCESS_INFORMATION informacao{};
     const BOOL bCriado = CreateProcessW(nullptr, sLargo.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr,
@@ -90,9 +84,7 @@ CXVProcessoFilho::CXVProcessoFilho(const std::string& sPrograma,
     Fecha(inicio.hStdInput);
     Fecha(inicio.hStdOutput);
     Fecha(hErro);
-    if (!bCriado) {
-        throw std::runtime_error("CreateProcess " + sPrograma);
-    }
+    if (!bCriado) throw std::runtime_error("CreateProcess " + sPrograma);
     Fecha(informacao.hThread);
     m_pSistema->hProcesso = informacao.hProcess;
 }
@@ -103,13 +95,9 @@ CXVProcessoFilho::~CXVProcessoFilho() {
     Fecha(m_pSistema->hSaida);
 }
 
-std::string CXVProcessoFilho::LePedaco() {
-    std::array<char, 4096> aBytes{};
+bool CXVProcessoFilho::LeByte(char& rcByte) {
     DWORD ulLidos = 0;
-    if (!ReadFile(m_pSistema->hSaida, aBytes.data(), static_cast<DWORD>(aBytes.size()), &ulLidos, nullptr)) {
-        return {};
-    }
-    return std::string(aBytes.data(), ulLidos);
+    return ReadFile(m_pSistema->hSaida, &rcByte, 1, &ulLidos, nullptr) && ulLidos == 1;
 }
 
 void CXVProcessoFilho::FechaEntrada() {
@@ -117,10 +105,9 @@ void CXVProcessoFilho::FechaEntrada() {
 }
 
 void CXVProcessoFilho::Mata() {
-    if (m_pSistema->hProcesso != nullptr) {
-        TerminateProcess(m_pSistema->hProcesso, k_uiCodigoMorto);
-        EsperaFim();
-    }
+    if (m_pSistema->hProcesso == nullptr) return;
+    TerminateProcess(m_pSistema->hProcesso, k_uiCodigoMorto);
+    EsperaFim();
 }
 
 int CXVProcessoFilho::EsperaFim() {

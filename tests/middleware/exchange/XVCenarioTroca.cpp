@@ -2,28 +2,31 @@
 
 #include <algorithm>
 
-namespace {
-
-XVProvedorTexto TextoProvedor(const std::string& sTexto) {
-    return {sTexto.data(), sTexto.size()};
+std::string CXVCenarioTroca::Comuns(XVUInt eTransacao, unsigned uiChaveRegistro, unsigned uiBase,
+                                    unsigned uiFilial) {
+    return " tipo=9 sistema=16 transacao=" + std::to_string(eTransacao) +
+           " auxiliar=21/22 chaveRegistro=" + std::to_string(uiChaveRegistro) +
+           " base=" + std::to_string(uiBase) + " filial=" + std::to_string(uiFilial);
 }
 
-std::string Descreve(SDadosTeste dados) {
-    dados.reg.sRegistroJSON = TextoProvedor(dados.sJSON);
-    dados.reg.sMensagemIntegracao = TextoProvedor(dados.sMensagem);
-    dados.reg.sJSONRetornoIntegracao = TextoProvedor(dados.sRetorno);
-    return XVDescreve(dados.reg);
+std::string CXVCenarioTroca::Respondido(unsigned uiBase, XVUInt eStatus) {
+    const std::string sBase = std::to_string(uiBase);
+    return " chave=" + std::to_string(uiBase + 1) + " status=" + std::to_string(eStatus) +
+           " reconsultar=" + std::to_string(uiBase / 100) + " textos=[json " + sBase + "][mensagem " + sBase +
+           "][retorno " + sBase + "]";
 }
 
-}  // namespace
-
-std::string SDadosTeste::Chamada(const std::string& sOperacao) const {
-    return sOperacao + " MATRIZ/7/99 " + Descreve(*this);
-}
-
-std::string SDadosTeste::Integracao() const {
-    return Descreve(*this) + " inclusor=" + std::to_string(uiUsuarioInclusao) +
-           " cancelador=" + std::to_string(uiUsuarioCancelamento);
+std::string CXVCenarioTroca::Descreve(const SIntegracaoLida& rLida) {
+    if (FAILED(rLida.hr)) return "falha " + std::to_string(rLida.hr);
+    const tagREG_CR_INTEGRACAO_MIDDLEWAREPS& reg = rLida.reg;
+    return "dmc=" + XVDescreveDmc(reg.regDmc.uiValor) +
+           " origens=" + XVDescreveDmc(reg.regDmcIntegracaoOrigem.uiValor) + '/' +
+           XVDescreveDmc(reg.regDmcMovimentoOrigem.uiValor) +
+           " datas=" + XVDescreveDataHora(reg.regDataHoraInclusao.uiValor) + '/' +
+           XVDescreveDataHora(reg.regDataHoraAlteracaoStatus.uiValor) + XVDescreveComuns(reg) +
+           XVDescreveSituacao(reg, rLida.sJSON, rLida.sMensagem, rLida.sRetorno) +
+           " usuarios=" + std::to_string(reg.ulPonteiroUsuarioInclusao) + '/' +
+           std::to_string(reg.ulPonteiroUsuarioCancelamento);
 }
 
 CXVCenarioTroca::CXVCenarioTroca()
@@ -64,100 +67,24 @@ tagREG_CR_INTEGRACAO_MIDDLEWAREPS CXVCenarioTroca::Pedido(XVUInt eTransacao) {
 }
 
 SItemGravador CXVCenarioTroca::Item(const std::string& sJSON) {
-    return {sJSON, k_uiMovimento, 101, 102, Mercos, 103, 1};
-}
-
-SDadosTeste CXVCenarioTroca::Preparado(XVUInt eTransacao) {
-    SDadosTeste dados;
-    dados.sJSON = "{\"p\":1}";
-    dados.reg.uiDmcIntegracaoOrigem = k_uiOrigem;
-    dados.reg.uiDmcMovimentoOrigem = k_uiMovimento;
-    dados.reg.uiDataHoraInclusao = k_uiAgora;
-    dados.reg.uiChaveRegistroSistemaTerceiro = 102;
-    dados.reg.uiBaseDadosTerceiro = 101;
-    dados.reg.eTipoIntegracao = eXVSMiddleware_BuscaPedidos;
-    dados.reg.eSistemaIntegracao = Mercos;
-    dados.reg.eTipoTransacao = eTransacao;
-    dados.reg.ulPonteiroFilial = 103;
-    dados.reg.ulPonteiroAuxiliar = 21;
-    dados.reg.ucTipoPonteiroAuxiliar = 22;
-    dados.uiUsuarioInclusao = 7;
-    return dados;
+    return {sJSON, {{}, k_uiMovimento, 101, 102, Mercos, 103, 1, {}}};
 }
 
 SRespostaDados CXVCenarioTroca::Resposta(unsigned uiBase, XVUInt eStatus) {
-    SRespostaDados resposta;
-    resposta.bMuda = true;
-    resposta.iResultado = 1;  // S_FALSE and its like are no failures, whoever answers them
-    resposta.sJSON = "json " + std::to_string(uiBase);
-    resposta.sMensagem = "mensagem " + std::to_string(uiBase);
-    resposta.sRetorno = "retorno " + std::to_string(uiBase);
-    resposta.uiChave = uiBase + 1;
-    resposta.uiChaveRegistro = uiBase + 2;
-    resposta.uiBase = uiBase + 3;
-    resposta.ulFilial = uiBase + 4;
-    resposta.eStatus = eStatus;
-    resposta.cReconsultar = static_cast<std::uint8_t>(uiBase / 100);
-    return resposta;
-}
-
-void CXVCenarioTroca::Aplica(const SRespostaDados& rResposta, SDadosTeste* pDados) {
-    pDados->sJSON = rResposta.sJSON;
-    pDados->sMensagem = rResposta.sMensagem;
-    pDados->sRetorno = rResposta.sRetorno;
-    pDados->reg.uiChaveIntegracaoSistemaTerceiro = rResposta.uiChave;
-    pDados->reg.uiChaveRegistroSistemaTerceiro = rResposta.uiChaveRegistro;
-    pDados->reg.uiBaseDadosTerceiro = rResposta.uiBase;
-    pDados->reg.ulPonteiroFilial = rResposta.ulFilial;
-    pDados->reg.eStatusIntegracao = rResposta.eStatus;
-    pDados->reg.cReconsultarIdTerceiros = rResposta.cReconsultar;
-}
-
-std::string CXVCenarioTroca::Parametros(const std::string& sOperacao, const XVProvedorParametros& reg) {
-    return sOperacao + " MATRIZ/7/99 " + XVDescreve(reg);
-}
-
-XVProvedorParametros CXVCenarioTroca::ParametrosDe(const SDadosTeste& rDados, XVUInt64 uiDmc) {
-    XVProvedorParametros reg{};
-    reg.eTipoIntegracao = rDados.reg.eTipoIntegracao;
-    reg.uiDmcOrigem = rDados.reg.uiDmcMovimentoOrigem;
-    reg.uiDmcIntegracao = uiDmc;
-    reg.uiChaveRegistroSistemaTerceiro = rDados.reg.uiChaveRegistroSistemaTerceiro;
-    reg.uiBaseDadosTerceiro = rDados.reg.uiBaseDadosTerceiro;
-    reg.eSistemaIntegracao = rDados.reg.eSistemaIntegracao;
-    reg.eTipoTransacao = rDados.reg.eTipoTransacao;
-    reg.ulPonteiroFilial = rDados.reg.ulPonteiroFilial;
-    reg.ulPonteiroAuxiliar = rDados.reg.ulPonteiroAuxiliar;
-    reg.ucTipoPonteiroAuxiliar = rDados.reg.ucTipoPonteiroAuxiliar;
-    return reg;
-}
-
-std::string CXVCenarioTroca::Le(CBaseMiddleware& rLoja, REG_XVDMC regDmc, XVUInt64 ullFlags) {
-    const SIntegracaoLida lida = XVLe(rLoja, regDmc, ullFlags);
-    if (FAILED(lida.hr)) return "falha " + std::to_string(lida.hr);
-    SDadosTeste dados;
-    dados.sJSON = lida.sJSON;
-    dados.sMensagem = lida.sMensagem;
-    dados.sRetorno = lida.sRetorno;
-    dados.reg.uiDmc = lida.reg.regDmc.uiValor;
-    dados.reg.uiDmcIntegracaoOrigem = lida.reg.regDmcIntegracaoOrigem.uiValor;
-    dados.reg.uiDmcMovimentoOrigem = lida.reg.regDmcMovimentoOrigem.uiValor;
-    dados.reg.uiDataHoraInclusao = lida.reg.regDataHoraInclusao.uiValor;
-    dados.reg.uiDataHoraAlteracaoStatus = lida.reg.regDataHoraAlteracaoStatus.uiValor;
-    dados.reg.uiChaveIntegracaoSistemaTerceiro = lida.reg.uiChaveIntegracaoSistemaTerceiro;
-    dados.reg.uiChaveRegistroSistemaTerceiro = lida.reg.uiChaveRegistroSistemaTerceiro;
-    dados.reg.uiBaseDadosTerceiro = lida.reg.uiBaseDadosTerceiro;
-    dados.reg.eTipoIntegracao = lida.reg.eTipoIntegracao;
-    dados.reg.eStatusIntegracao = lida.reg.eStatusIntegracao;
-    dados.reg.eSistemaIntegracao = lida.reg.eSistemaIntegracao;
-    dados.reg.eTipoTransacao = lida.reg.eTipoTransacao;
-    dados.reg.ulPonteiroFilial = lida.reg.ulPonteiroFilial;
-    dados.reg.ulPonteiroAuxiliar = lida.reg.ulPonteiroAuxiliar;
-    dados.reg.cReconsultarIdTerceiros = lida.reg.cReconsultarIdTerceiros;
-    dados.reg.ucTipoPonteiroAuxiliar = lida.reg.ucTipoPonteiroAuxiliar;
-    dados.uiUsuarioInclusao = lida.reg.ulPonteiroUsuarioInclusao;
-    dados.uiUsuarioCancelamento = lida.reg.ulPonteiroUsuarioCancelamento;
-    return dados.Integracao();
+    const std::string sBase = std::to_string(uiBase);
+    SRespostaDados resposta{1, true, {}, "json " + sBase, "mensagem " + sBase, "retorno " + sBase};
+    XVProvedorDados& reg = resposta.reg;
+    reg.uiChaveIntegracaoSistemaTerceiro = uiBase + 1;
+    reg.uiChaveRegistroSistemaTerceiro = uiBase + 2;
+    reg.uiBaseDadosTerceiro = uiBase + 3;
+    reg.ulPonteiroFilial = uiBase + 4;
+    reg.eStatusIntegracao = eStatus;
+    reg.cReconsultarIdTerceiros = static_cast<std::uint8_t>(uiBase / 100);
+    reg.uiDmc = reg.uiDmcIntegracaoOrigem = reg.uiDmcMovimentoOrigem = 1U << 14;
+    reg.uiDataHoraInclusao = reg.uiDataHoraAlteracaoStatus = 1;
+    reg.eTipoIntegracao = reg.eSistemaIntegracao = reg.eTipoTransacao = 2;
+    reg.ulPonteiroAuxiliar = reg.ucTipoPonteiroAuxiliar = 99;
+    return resposta;  // S_FALSE and its like are no failures, whoever answers them
 }
 
 std::vector<std::string> CXVCenarioTroca::LinhasPerdidas() const {

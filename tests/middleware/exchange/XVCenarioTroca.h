@@ -6,16 +6,6 @@
 #include "tests/middleware/XVCenarioLoja.h"
 #include "tests/middleware/exchange/XVGravador.h"
 
-// An integration in the words of the provider's interface, with its texts.
-struct SDadosTeste {
-    XVProvedorDados reg{};
-    std::string sJSON{}, sMensagem{}, sRetorno{};
-    unsigned uiUsuarioInclusao = 0, uiUsuarioCancelamento = 0;
-
-    std::string Chamada(const std::string& sOperacao) const;  // as the library notes it
-    std::string Integracao() const;                           // as the store reads it
-};
-
 class CXVCenarioTroca : public CXVCenarioLoja {
   protected:
     CXVCenarioTroca();
@@ -23,20 +13,22 @@ class CXVCenarioTroca : public CXVCenarioLoja {
 
     static constexpr XVUInt64 k_uiOrigem = XVChaveDmc(XVDma(2024, 3, 1), 15, 2);     // of the integration
     static constexpr XVUInt64 k_uiMovimento = XVChaveDmc(XVDma(2024, 3, 1), 16, 2);  // of the item
-    static constexpr XVUInt64 k_uiAgora = XVDataHora(k_uiHoje, 12);
     static constexpr const char* k_pszMovimento = "20240301-16-2";
 
     // What a caller may hand over: what counts for the exchange, and everything else, which must not leak.
     static tagREG_CR_INTEGRACAO_MIDDLEWAREPS Pedido(XVUInt eTransacao);
     static SItemGravador Item(const std::string& sJSON = "{\"p\":1}");
-    // The item after the exchange's preparation: caller's record and item joined.
-    static SDadosTeste Preparado(XVUInt eTransacao);
-    // An answer of a kind that changes every field that a provider may change.
+    // An answer that changes every field, those that are not a provider's as well.
     static SRespostaDados Resposta(unsigned uiBase, XVUInt eStatus);
-    static void Aplica(const SRespostaDados& rResposta, SDadosTeste* pDados);
-    static std::string Parametros(const std::string& sOperacao, const XVProvedorParametros& reg);
-    static XVProvedorParametros ParametrosDe(const SDadosTeste& rDados, XVUInt64 uiDmc);
-    static std::string Le(CBaseMiddleware& rLoja, REG_XVDMC regDmc, XVUInt64 ullFlags = 7);
+
+    // Parts of the lines in which the library and the tests describe records.
+    static std::string Comuns(XVUInt eTransacao, unsigned uiChaveRegistro, unsigned uiBase,
+                              unsigned uiFilial);
+    static std::string Respondido(unsigned uiBase, XVUInt eStatus);
+    static std::string Descreve(const SIntegracaoLida& rLida);
+    static std::string Le(CBaseMiddleware& rLoja, REG_XVDMC regDmc, XVUInt64 ullFlags = 7) {
+        return Descreve(XVLe(rLoja, regDmc, ullFlags));
+    }
 
     HRESULT Troca(XVUInt eTransacao, REG_XVDMC* pDmc) {
         return m_pLoja->GravaIntegracaoInstantanea(pDmc, Pedido(eTransacao));

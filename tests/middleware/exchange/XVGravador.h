@@ -12,35 +12,29 @@
 
 #include "suite/providers/XVProvedorPlugin.h"
 
-// What an operation on an integration answers. With bMuda false it changes nothing.
+// What the operations on an integration and on parameters answer. With bMuda every field of the answer is
+// handed back, those that are not the library's to change as well.
 struct SRespostaDados {
     std::int32_t iResultado = 0;
     bool bMuda = false;
-    std::string sJSON, sMensagem, sRetorno;
-    std::uint64_t uiChave = 0, uiChaveRegistro = 0, uiBase = 0;
-    std::uint32_t eStatus = 0, ulFilial = 0;
-    std::uint8_t cReconsultar = 0;
+    XVProvedorDados reg{};
+    std::string sJSON{}, sMensagem{}, sRetorno{};
+    std::function<void()> fnDepois{};  // runs at the end of the operation
 };
-
-// What the operations on parameters answer. With bMuda they also write fields that are not theirs.
 struct SRespostaParametros {
     std::int32_t iResultado = 0;
     bool bMuda = false;
-    std::uint32_t eTipo = 0, eTransacao = 0, ulFilial = 0;
-    std::uint64_t uiOrigem = 0, uiChaveRegistro = 0;
+    XVProvedorParametros reg{};
 };
 
 struct SItemGravador {
     std::string sJSON;
-    std::uint64_t uiOrigem = 0, uiBase = 0, uiChaveRegistro = 0;
-    std::uint32_t eSistema = 16, ulFilial = 0;
-    std::uint8_t cReconsultar = 0;
+    XVProvedorPendencia reg;
 };
 
 struct SRespostaConsulta {
-    std::int32_t iResultado = 0;
     std::uint32_t eStatus = 0;
-    std::string sMensagem, sJSON, sDocumento;
+    std::string sMensagem{}, sJSON{}, sDocumento{};
 };
 
 struct SGravador {
@@ -49,8 +43,7 @@ struct SGravador {
     std::map<std::string, SRespostaParametros> mapParametros;  // by operation
     std::vector<SItemGravador> listaItens;
     std::int32_t iResultadoLista = 0;
-    SRespostaConsulta consulta;
-    std::function<void()> fnDepoisDaTroca;  // at the end of send, query and deletion
+    SRespostaConsulta consulta{};
     long lBuffersVivos = 0;
 };
 
@@ -62,29 +55,46 @@ inline std::string_view XVVista(const XVProvedorTexto& rTexto) {
     return {rTexto.pBytes, static_cast<std::size_t>(rTexto.uiTamanho)};
 }
 
-inline std::string XVDescreve(const XVProvedorDados& r) {
+// A key as day, position and kind; a date-time as day and second.
+inline std::string XVDescreveDmc(std::uint64_t uiDmc) {
+    return std::to_string(uiDmc >> 46) + '-' + std::to_string(uiDmc >> 14 & 0xFFFFFFFFU) + '-' +
+           std::to_string(uiDmc & 0x3FFFU);
+}
+inline std::string XVDescreveDataHora(std::uint64_t uiDataHora) {
+    return std::to_string(uiDataHora >> 32) + '+' + std::to_string(uiDataHora & 0xFFFFFFFFU);
+}
+
+// The fields that have the same names in the provider's records and in the store's.
+template <class TRegistro>
+std::string XVDescreveComuns(const TRegistro& r) {
     std::ostringstream s;
-    s << "dmc=" << r.uiDmc << " integracaoOrigem=" << r.uiDmcIntegracaoOrigem
-      << " movimentoOrigem=" << r.uiDmcMovimentoOrigem << " inclusao=" << r.uiDataHoraInclusao
-      << " alteracao=" << r.uiDataHoraAlteracaoStatus << " chave=" << r.uiChaveIntegracaoSistemaTerceiro
-      << " chaveRegistro=" << r.uiChaveRegistroSistemaTerceiro << " base=" << r.uiBaseDadosTerceiro
-      << " tipo=" << r.eTipoIntegracao << " status=" << r.eStatusIntegracao
-      << " sistema=" << r.eSistemaIntegracao << " transacao=" << r.eTipoTransacao
-      << " filial=" << r.ulPonteiroFilial << " auxiliar=" << r.ulPonteiroAuxiliar
-      << " reconsultar=" << +r.cReconsultarIdTerceiros << " tipoAuxiliar=" << +r.ucTipoPonteiroAuxiliar
-      << " json=[" << XVVista(r.sRegistroJSON) << "] mensagem=[" << XVVista(r.sMensagemIntegracao)
-      << "] retorno=[" << XVVista(r.sJSONRetornoIntegracao) << "]";
+    s << " tipo=" << r.eTipoIntegracao << " sistema=" << r.eSistemaIntegracao
+      << " transacao=" << r.eTipoTransacao << " auxiliar=" << r.ulPonteiroAuxiliar << '/'
+      << +r.ucTipoPonteiroAuxiliar << " chaveRegistro=" << r.uiChaveRegistroSistemaTerceiro
+      << " base=" << r.uiBaseDadosTerceiro << " filial=" << r.ulPonteiroFilial;
+    return s.str();
+}
+template <class TRegistro>
+std::string XVDescreveSituacao(const TRegistro& r, std::string_view sJSON, std::string_view sMensagem,
+                               std::string_view sRetorno) {
+    std::ostringstream s;
+    s << " chave=" << r.uiChaveIntegracaoSistemaTerceiro << " status=" << r.eStatusIntegracao
+      << " reconsultar=" << +r.cReconsultarIdTerceiros << " textos=[" << sJSON << "][" << sMensagem << "]["
+      << sRetorno << "]";
     return s.str();
 }
 
+inline std::string XVDescreve(const XVProvedorDados& r) {
+    return "dmc=" + XVDescreveDmc(r.uiDmc) + " origens=" + XVDescreveDmc(r.uiDmcIntegracaoOrigem) + '/' +
+           XVDescreveDmc(r.uiDmcMovimentoOrigem) + " datas=" + XVDescreveDataHora(r.uiDataHoraInclusao) +
+           '/' + XVDescreveDataHora(r.uiDataHoraAlteracaoStatus) + XVDescreveComuns(r) +
+           XVDescreveSituacao(r, XVVista(r.sRegistroJSON), XVVista(r.sMensagemIntegracao),
+                              XVVista(r.sJSONRetornoIntegracao));
+}
+
 inline std::string XVDescreve(const XVProvedorParametros& r) {
-    std::ostringstream s;
-    s << "tipo=" << r.eTipoIntegracao << " origem=" << r.uiDmcOrigem << " dmc=" << r.uiDmcIntegracao
-      << " chaveRegistro=" << r.uiChaveRegistroSistemaTerceiro << " base=" << r.uiBaseDadosTerceiro
-      << " sistema=" << r.eSistemaIntegracao << " transacao=" << r.eTipoTransacao
-      << " filial=" << r.ulPonteiroFilial << " auxiliar=" << r.ulPonteiroAuxiliar
-      << " tipoAuxiliar=" << +r.ucTipoPonteiroAuxiliar;
-    return s.str();
+    return "dmc=" + XVDescreveDmc(r.uiDmcIntegracao) + " origem=" + XVDescreveDmc(r.uiDmcOrigem) +
+           XVDescreveComuns(r);
 }
 
 inline std::string XVDescreve(const XVProvedorConsulta& r) {

@@ -15,53 +15,38 @@ class CXVPendenciaTeste : public CXVCenarioTroca {
     HRESULT GravaPendencia() {
         return m_pLoja->GravaPendenciaIntegracao({k_uiArgumento}, Pedido(eXVSMiddleware_Inclusao));
     }
-    // The parameters of the item before the provider changes them.
-    static XVProvedorParametros ParametrosItem() {
-        XVProvedorParametros reg{};
-        reg.eTipoIntegracao = eXVSMiddleware_BuscaPedidos;
-        reg.uiDmcOrigem = k_uiMovimento;
-        reg.uiDmcIntegracao = XVChaveDmc(k_uiHoje, 77);
-        reg.uiChaveRegistroSistemaTerceiro = 102;
-        reg.uiBaseDadosTerceiro = 101;
-        reg.eSistemaIntegracao = Mercos;
-        reg.eTipoTransacao = eXVSMiddleware_Inclusao;
-        reg.ulPonteiroFilial = 103;
-        reg.ulPonteiroAuxiliar = 21;
-        reg.ucTipoPonteiroAuxiliar = 22;
-        return reg;
+    // What the provider makes of an item's parameters: its fields, and those that are not its to change.
+    void Atualiza(std::int32_t iResultado, XVUInt eTipo, XVUInt eTransacao, XVUInt64 uiOrigem) {
+        const XVProvedorParametros reg{.ulTamanho = 0,
+                                       .eTipoIntegracao = eTipo,
+                                       .uiDmcOrigem = uiOrigem,
+                                       .uiDmcIntegracao = 1U << 14,
+                                       .uiChaveRegistroSistemaTerceiro = 205,
+                                       .uiBaseDadosTerceiro = 99,
+                                       .eSistemaIntegracao = 2,
+                                       .eTipoTransacao = eTransacao,
+                                       .ulPonteiroFilial = 204,
+                                       .ulPonteiroAuxiliar = 99,
+                                       .ucTipoPonteiroAuxiliar = 99,
+                                       .cFiller = {}};
+        m_rGravador.mapParametros["Atualiza"] = {iResultado, true, reg};
     }
 };
 
 TEST_F(CXVPendenciaTeste, ItemEGravadoComOQueOProvedorMudouEComSeuMapeamento) {
     m_rGravador.listaItens = {Item(), Item("")};
-    m_rGravador.mapParametros["Atualiza"] = {
-        1, true, eXVSMiddleware_CadastroProduto, eXVSMiddleware_Alteracao, 204, k_uiTrocada, 205};
+    Atualiza(1, eXVSMiddleware_CadastroProduto, eXVSMiddleware_Alteracao, k_uiTrocada);
     ASSERT_EQ(GravaPendencia(), S_OK);
-    XVProvedorParametros regPergunta = ParametrosItem();
-    regPergunta.uiDmcOrigem = k_uiArgumento;
-    regPergunta.uiChaveRegistroSistemaTerceiro = 992;
-    regPergunta.uiBaseDadosTerceiro = 993;
-    regPergunta.ulPonteiroFilial = 3;
+    const std::string sPedido = " MATRIZ/7/99 dmc=90223-77-1 origem=";
     EXPECT_EQ(m_rGravador.listaChamadas,
-              (std::vector<std::string>{Parametros("BuscaIntegracoes", regPergunta),
-                                        Parametros("Atualiza", ParametrosItem())}));
+              (std::vector<std::string>{"BuscaIntegracoes" + sPedido + "90209-19-2" + Comuns(1, 992, 993, 3),
+                                        "Atualiza" + sPedido + "90209-16-2" + Comuns(1, 102, 101, 103)}));
     ASSERT_EQ(XVBusca(*m_pLoja), TListaDmc{XVChaveDmc(k_uiHoje, 1)}) << "the item without JSON is left out";
 
-    const tagREG_CR_INTEGRACAO_MIDDLEWAREPS pedido = Pedido(eXVSMiddleware_Inclusao);
-    SDadosTeste dados = Preparado(eXVSMiddleware_Alteracao);
-    dados.reg.uiDmc = XVChaveDmc(k_uiHoje, 1);
-    dados.reg.uiDmcIntegracaoOrigem = k_uiArgumento;
-    dados.reg.uiDmcMovimentoOrigem = k_uiTrocada;
-    dados.reg.uiDataHoraInclusao = pedido.regDataHoraInclusao.uiValor;
-    dados.reg.uiDataHoraAlteracaoStatus = pedido.regDataHoraAlteracaoStatus.uiValor;
-    dados.reg.uiChaveRegistroSistemaTerceiro = 0;
-    dados.reg.eTipoIntegracao = eXVSMiddleware_CadastroProduto;
-    dados.reg.eStatusIntegracao = eXVSMiddleware_Pendente;
-    dados.reg.ulPonteiroFilial = 204;
-    dados.reg.cReconsultarIdTerceiros = 1;
-    dados.uiUsuarioInclusao = 994;
-    dados.uiUsuarioCancelamento = 995;
-    EXPECT_EQ(Le(*m_pLoja, {XVChaveDmc(k_uiHoje, 1)}), dados.Integracao());
+    EXPECT_EQ(Le(*m_pLoja, {XVChaveDmc(k_uiHoje, 1)}),
+              "dmc=90223-1-1 origens=90209-19-2/90209-20-2 datas=90209+3600/90209+7200 tipo=6 sistema=16 "
+              "transacao=2 auxiliar=21/22 chaveRegistro=0 base=101 filial=204 chave=0 status=1 reconsultar=1 "
+              "textos=[{\"p\":1}][][] usuarios=994/995");
 
     tagREG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIROPS chave{};
     ASSERT_EQ(m_pLoja->BuscaChaveRegistroTelvoParaTerceiro(
@@ -73,17 +58,17 @@ TEST_F(CXVPendenciaTeste, ItemEGravadoComOQueOProvedorMudouEComSeuMapeamento) {
 
 TEST_F(CXVPendenciaTeste, ItemQueNaoCabeNaoEGravado) {
     m_rGravador.listaItens = {Item(), Item()};
-    m_rGravador.listaItens[1].eSistema = 4;
+    m_rGravador.listaItens[1].reg.eSistemaIntegracao = 4;
     EXPECT_EQ(GravaPendencia(), E_INVALIDARG);
-    m_rGravador.listaItens[1].eSistema = OfficialBank;
+    m_rGravador.listaItens[1].reg.eSistemaIntegracao = OfficialBank;
     EXPECT_EQ(GravaPendencia(), E_NOTIMPL);
     m_rGravador.listaItens = {Item()};
-    m_rGravador.listaItens[0].uiOrigem = 0;  // no mapping without a record of the suite
+    m_rGravador.listaItens[0].reg.uiDmcOrigem = 0;  // no mapping without a record of the suite
     EXPECT_EQ(GravaPendencia(), E_XVCR_CHAVE_REGISTRO_TELVO_ZERADA);
     m_rGravador.listaItens = {Item()};
     for (const auto& [eTipo, eTransacao, uiOrigem] :
          {std::tuple{18U, 1U, k_uiTrocada}, {1U, 4U, k_uiTrocada}, {1U, 1U, XVUInt64{1U << 14 | 4}}}) {
-        m_rGravador.mapParametros["Atualiza"] = {0, true, eTipo, eTransacao, 1, uiOrigem, 1};
+        Atualiza(0, eTipo, eTransacao, uiOrigem);
         EXPECT_EQ(GravaPendencia(), CXVProvedorAdaptador::k_hrRespostaInvalida);
     }
     EXPECT_TRUE(XVBusca(*m_pLoja).empty());

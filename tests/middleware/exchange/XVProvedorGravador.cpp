@@ -36,44 +36,23 @@ void Anota(const char* pszOperacao, const XVProvedorDono& rDono, const TRegistro
     Gravador().listaChamadas.push_back(s.str());
 }
 
-std::int32_t Responde(const char* pszOperacao, const XVProvedorDono* pDono, XVProvedorDados* pDados) {
+constexpr char k_szAnterior[] = "Anterior";
+constexpr char k_szEnviaJson[] = "EnviaJson";
+constexpr char k_szBuscaDados[] = "BuscaDados";
+constexpr char k_szExcluiDados[] = "ExcluiDados";
+
+template <const char* pszOperacao>
+std::int32_t Dados(void*, const XVProvedorDono* pDono, XVProvedorDados* pDados) {
     Anota(pszOperacao, *pDono, *pDados);
     const SRespostaDados& rResposta = Gravador().mapDados[pszOperacao];
-    if (!rResposta.bMuda) return rResposta.iResultado;
-    Preenche(&pDados->bufRegistroJSON, rResposta.sJSON);
-    Preenche(&pDados->bufMensagemIntegracao, rResposta.sMensagem);
-    Preenche(&pDados->bufJSONRetornoIntegracao, rResposta.sRetorno);
-    pDados->uiChaveIntegracaoSistemaTerceiro = rResposta.uiChave;
-    pDados->uiChaveRegistroSistemaTerceiro = rResposta.uiChaveRegistro;
-    pDados->uiBaseDadosTerceiro = rResposta.uiBase;
-    pDados->eStatusIntegracao = rResposta.eStatus;
-    pDados->ulPonteiroFilial = rResposta.ulFilial;
-    pDados->cReconsultarIdTerceiros = rResposta.cReconsultar;
-    // Not its to change.
-    pDados->uiDmc = pDados->uiDmcIntegracaoOrigem = pDados->uiDmcMovimentoOrigem = 1U << 14;
-    pDados->uiDataHoraInclusao = pDados->uiDataHoraAlteracaoStatus = 1;
-    pDados->eTipoIntegracao = pDados->eSistemaIntegracao = pDados->eTipoTransacao = 2;
-    pDados->ulPonteiroAuxiliar = pDados->ucTipoPonteiroAuxiliar = 99;
+    if (rResposta.bMuda) {
+        *pDados = rResposta.reg;
+        Preenche(&pDados->bufRegistroJSON, rResposta.sJSON);
+        Preenche(&pDados->bufMensagemIntegracao, rResposta.sMensagem);
+        Preenche(&pDados->bufJSONRetornoIntegracao, rResposta.sRetorno);
+    }
+    if (rResposta.fnDepois) rResposta.fnDepois();
     return rResposta.iResultado;
-}
-
-std::int32_t Troca(const char* pszOperacao, const XVProvedorDono* pDono, XVProvedorDados* pDados) {
-    const std::int32_t iResultado = Responde(pszOperacao, pDono, pDados);
-    if (Gravador().fnDepoisDaTroca) Gravador().fnDepoisDaTroca();
-    return iResultado;
-}
-
-std::int32_t Anterior(void*, const XVProvedorDono* pDono, XVProvedorDados* pDados) {
-    return Responde("Anterior", pDono, pDados);
-}
-std::int32_t EnviaJson(void*, const XVProvedorDono* pDono, XVProvedorDados* pDados) {
-    return Troca("EnviaJson", pDono, pDados);
-}
-std::int32_t BuscaDados(void*, const XVProvedorDono* pDono, XVProvedorDados* pDados) {
-    return Troca("BuscaDados", pDono, pDados);
-}
-std::int32_t ExcluiDados(void*, const XVProvedorDono* pDono, XVProvedorDados* pDados) {
-    return Troca("ExcluiDados", pDono, pDados);
 }
 
 std::int32_t Posterior(void*, const XVProvedorDono* pDono, const XVProvedorParametros* pParametros) {
@@ -84,16 +63,7 @@ std::int32_t Posterior(void*, const XVProvedorDono* pDono, const XVProvedorParam
 std::int32_t Atualiza(void*, const XVProvedorDono* pDono, XVProvedorParametros* pParametros) {
     Anota("Atualiza", *pDono, *pParametros);
     const SRespostaParametros& rResposta = Gravador().mapParametros["Atualiza"];
-    if (!rResposta.bMuda) return rResposta.iResultado;
-    pParametros->eTipoIntegracao = rResposta.eTipo;
-    pParametros->eTipoTransacao = rResposta.eTransacao;
-    pParametros->ulPonteiroFilial = rResposta.ulFilial;
-    pParametros->uiDmcOrigem = rResposta.uiOrigem;
-    pParametros->uiChaveRegistroSistemaTerceiro = rResposta.uiChaveRegistro;
-    pParametros->uiDmcIntegracao = 1U << 14;  // not its to change, nor what follows
-    pParametros->uiBaseDadosTerceiro = 99;
-    pParametros->eSistemaIntegracao = 2;
-    pParametros->ulPonteiroAuxiliar = pParametros->ucTipoPonteiroAuxiliar = 99;
+    if (rResposta.bMuda) *pParametros = rResposta.reg;
     return rResposta.iResultado;
 }
 
@@ -106,14 +76,8 @@ std::int32_t BuscaIntegracoes(void*, const XVProvedorDono* pDono, const XVProved
     pLista->ulTamanhoElemento = sizeof(XVProvedorPendencia);
     pLista->ulQuantidade = static_cast<std::uint32_t>(rItens.size());
     for (std::size_t i = 0; i < rItens.size(); ++i) {
-        XVProvedorPendencia& rPendencia = pLista->pLista[i];
-        Preenche(&rPendencia.bufJSON, rItens[i].sJSON);
-        rPendencia.uiDmcOrigem = rItens[i].uiOrigem;
-        rPendencia.uiBaseDadosTerceiro = rItens[i].uiBase;
-        rPendencia.uiChaveRegistroSistemaTerceiro = rItens[i].uiChaveRegistro;
-        rPendencia.eSistemaIntegracao = rItens[i].eSistema;
-        rPendencia.ulPonteiroFilial = rItens[i].ulFilial;
-        rPendencia.cReconsultarIdTerceiros = rItens[i].cReconsultar;
+        pLista->pLista[i] = rItens[i].reg;
+        Preenche(&pLista->pLista[i].bufJSON, rItens[i].sJSON);
     }
     return Gravador().iResultadoLista;
 }
@@ -126,7 +90,7 @@ std::int32_t Consulta(void*, const XVProvedorDono* pDono, const XVProvedorConsul
     Preenche(&pStatus->bufMensagemRetorno, rResposta.sMensagem);
     Preenche(&pStatus->bufJSONRetorno, rResposta.sJSON);
     Preenche(&pStatus->bufDocumentoRetorno, rResposta.sDocumento);
-    return rResposta.iResultado;
+    return 0;
 }
 
 }  // namespace
@@ -140,12 +104,12 @@ std::int32_t XVProvedorObtem(std::uint32_t ulVersao, XVProvedorTabela* pTabela) 
     *pTabela = {};
     pTabela->ulTamanho = sizeof(XVProvedorTabela);
     pTabela->ulVersao = ulVersao;
-    pTabela->eSistema = 16;
+    pTabela->eSistema = XV_SISTEMA;
     pTabela->pfnLibera = Libera;
-    pTabela->pfnRealizaOperacaoAnterior = Anterior;
-    pTabela->pfnEnviaJson = EnviaJson;
-    pTabela->pfnBuscaDados = BuscaDados;
-    pTabela->pfnExcluiDados = ExcluiDados;
+    pTabela->pfnRealizaOperacaoAnterior = Dados<k_szAnterior>;
+    pTabela->pfnEnviaJson = Dados<k_szEnviaJson>;
+    pTabela->pfnBuscaDados = Dados<k_szBuscaDados>;
+    pTabela->pfnExcluiDados = Dados<k_szExcluiDados>;
     pTabela->pfnRealizaOperacaoPosterior = Posterior;
     pTabela->pfnAtualizaParametrosIntegracao = Atualiza;
     pTabela->pfnBuscaIntegracoes = BuscaIntegracoes;

@@ -5,7 +5,7 @@
 #include "suite/providers/XVProvedorAdaptador.h"
 #include "tests/harness/XVSistemaArquivosFalhas.h"
 #include "tests/harness/XVTextoNoLog.h"
-#include "tests/middleware/XVRecusaAlocacao.h"
+#include "tests/middleware/XVAlocacoes.h"
 #include "tests/middleware/exchange/XVCenarioTroca.h"
 
 namespace {
@@ -16,6 +16,15 @@ class CXVTrocaPerdidaTeste : public CXVCenarioTroca {
     ~CXVTrocaPerdidaTeste() override {
         m_Falhas.Limpa();
         m_pLoja.reset();
+    }
+    void RecusaGravacoes() {
+        m_Falhas.Programa({.eOperacao = EOperacaoArquivo::eGrava, .bPermanente = true});
+    }
+    // And the store is opened anew.
+    void AceitaGravacoes() {
+        m_Falhas.Limpa();
+        m_pLoja.reset();
+        m_pLoja = Abre();
     }
 
     CXVSistemaArquivosFalhas m_Falhas{m_Arquivos};
@@ -31,13 +40,11 @@ TEST_F(CXVTrocaPerdidaTeste, GravacaoQueFalhaDepoisDaTrocaFicaNoLogDeErros) {
                   {eXVSMiddleware_Alteracao, "BuscaDados", eXVSMiddleware_Sucesso},
                   {eXVSMiddleware_Exclusao, "ExcluiDados", eXVSMiddleware_Cancelado}};
     m_rGravador.listaItens = {Item()};
-    m_rGravador.fnDepoisDaTroca = [this] {
-        m_Falhas.Programa({.eOperacao = EOperacaoArquivo::eGrava, .bPermanente = true});
-    };
     std::size_t uiLinhas = 0;
     for (const auto& rCaso : aCasos) {
         SCOPED_TRACE(rCaso.pszOperacao);
         m_rGravador.mapDados[rCaso.pszOperacao] = Resposta(400, rCaso.eStatus);
+        m_rGravador.mapDados[rCaso.pszOperacao].fnDepois = [this] { RecusaGravacoes(); };
         REG_XVDMC regDmc;
         if (rCaso.eTransacao != eXVSMiddleware_Inclusao) regDmc = GravaAnterior(71, eXVSMiddleware_Enviado);
         const std::string sDmc = regDmc.ToString();
@@ -53,23 +60,18 @@ TEST_F(CXVTrocaPerdidaTeste, GravacaoQueFalhaDepoisDaTrocaFicaNoLogDeErros) {
                       std::string(k_pszMovimento) + ", integração " + sDmc + ", transação " +
                       std::to_string(rCaso.eTransacao) + ", situação " + std::to_string(rCaso.eStatus) +
                       ", resultado " + szFim);
-        m_Falhas.Limpa();
-        m_pLoja.reset();
-        m_pLoja = Abre();
+        AceitaGravacoes();
     }
 }
 
 TEST_F(CXVTrocaPerdidaTeste, ItemAnteriorFicaGravadoEOSeguinteNaoETrocado) {
     m_rGravador.listaItens = {Item("1"), Item("2"), Item("3")};
-    m_rGravador.fnDepoisDaTroca = [this] {
-        if (Chamadas("EnviaJson") == 2)
-            m_Falhas.Programa({.eOperacao = EOperacaoArquivo::eGrava, .bPermanente = true});
+    m_rGravador.mapDados["EnviaJson"].fnDepois = [this] {
+        if (Chamadas("EnviaJson") == 2) RecusaGravacoes();
     };
     REG_XVDMC regDmc;
     EXPECT_TRUE(FAILED(Troca(eXVSMiddleware_Inclusao, &regDmc)));
-    m_Falhas.Limpa();
-    m_pLoja.reset();
-    m_pLoja = Abre();
+    AceitaGravacoes();
     EXPECT_EQ(Chamadas("EnviaJson"), 2U);
     EXPECT_EQ(LinhasPerdidas().size(), 1U);
     EXPECT_EQ(regDmc.uiValor, XVChaveDmc(k_uiHoje, 1)) << "the one that is recorded";
@@ -103,20 +105,12 @@ TEST_F(CXVTrocaPerdidaTeste, RespostaQueNaoSeAproveitaDizAChaveQueTrouxe) {
         REG_XVDMC regDmc;
         EXPECT_EQ(Troca(eXVSMiddleware_Inclusao, &regDmc), rCaso.hrEsperado);
         EXPECT_EQ(Chamadas("EnviaJson"), 1U);
-        std::string sLoja;
-        std::string sResposta;
-        for (const SFalhaCapturada& rFalha : captura.GetFalhas()) {
-            if (rFalha.sMensagem.starts_with("Troca com")) sLoja += rFalha.sMensagem;
-            if (rFalha.sMensagem.starts_with("Resposta do provedor")) sResposta += rFalha.sMensagem;
-        }
-        if (rCaso.pszLoja == nullptr)
-            EXPECT_EQ(sLoja, "");
-        else
-            EXPECT_NE(sLoja.find(rCaso.pszLoja), std::string::npos) << sLoja;
-        if (rCaso.pszResposta == nullptr)
-            EXPECT_EQ(sResposta, "");
-        else
-            EXPECT_NE(sResposta.find(rCaso.pszResposta), std::string::npos) << sResposta;
+        const auto espera = [&](const char* pszInicio, const char* pszTexto) {
+            EXPECT_EQ(XVTextoNoLog(captura, pszInicio), pszTexto != nullptr);
+            EXPECT_TRUE(pszTexto == nullptr || XVTextoNoLog(captura, pszTexto)) << pszTexto;
+        };
+        espera("Troca com o sistema externo", rCaso.pszLoja);
+        espera("Resposta do provedor", rCaso.pszResposta);
     }
     EXPECT_TRUE(XVBusca(*m_pLoja).empty());
 }
@@ -135,15 +129,15 @@ TEST_F(CXVTrocaPerdidaTeste, FaltaDeMemoriaDepoisDaTrocaNaoACala) {
         m_rGravador.mapDados["EnviaJson"] = Resposta(400, eXVSMiddleware_Sucesso);
         m_rGravador.mapDados["EnviaJson"].sJSON.assign(100, 'j');
         m_rGravador.listaChamadas.reserve(m_rGravador.listaChamadas.size() + 8);
-        m_rGravador.fnDepoisDaTroca = [iFalha] { XVRecusaAlocacao::Programa(iFalha); };
+        m_rGravador.mapDados["EnviaJson"].fnDepois = [iFalha] { XVAlocacoes::Recusa(iFalha); };
         REG_XVDMC regDmc;
         HRESULT hr = E_OUTOFMEMORY;
         try {
             hr = pLoja->GravaIntegracaoInstantanea(&regDmc, Pedido(eXVSMiddleware_Inclusao));
         } catch (const std::bad_alloc&) {
         }
-        const bool bOcorreu = XVRecusaAlocacao::Ocorreu();
-        XVRecusaAlocacao::Programa(0);
+        const bool bOcorreu = XVAlocacoes::FoiRecusada();
+        XVAlocacoes::Recusa(0);
         ASSERT_EQ(Chamadas("EnviaJson"), static_cast<unsigned>(iFalha)) << "one exchange a round";
         if (SUCCEEDED(hr) || !regDmc.EhNulo())
             EXPECT_EQ(XVLe(*pLoja, regDmc).reg.uiChaveIntegracaoSistemaTerceiro, 401U);

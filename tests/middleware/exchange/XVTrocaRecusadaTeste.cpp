@@ -77,12 +77,12 @@ class CXVTrocaRecusadaTeste : public CXVCenarioTroca {
 
 TEST_F(CXVTrocaRecusadaTeste, ItemQueNaoPoderiaSerGravadoImpedeTambemOsAnteriores) {
     m_rGravador.listaItens = {Item(), Item()};
-    m_rGravador.listaItens[1].eSistema = OfficialBank;
+    m_rGravador.listaItens[1].reg.eSistemaIntegracao = OfficialBank;
     EsperaRecusa(E_NOTIMPL);
-    m_rGravador.listaItens[1].eSistema = 4;  // has a provider, but no place in the store
+    m_rGravador.listaItens[1].reg.eSistemaIntegracao = 4;  // has a provider, but no place in the store
     EsperaRecusa(E_INVALIDARG);
     m_rGravador.listaItens = {Item(), Item()};
-    m_rGravador.listaItens[0].uiOrigem = 1U << 14 | 4;  // a bit that no key has
+    m_rGravador.listaItens[0].reg.uiDmcOrigem = 1U << 14 | 4;  // a bit that no key has
     EsperaRecusa(CXVProvedorAdaptador::k_hrRespostaInvalida);
     m_rGravador.listaItens = {Item(), Item()};
     m_Relogio.SetUTC({2400, 1, 1, 0, 0, 0});

@@ -1,73 +1,54 @@
 // What a provider is handed and what of its answers is recorded or given back, whole records at a time.
+#include <algorithm>
+#include <utility>
+
 #include "platform/XVAmbienteSO.h"
 #include "tests/middleware/exchange/XVCenarioTroca.h"
 
 namespace {
 
-class CXVTrocaTeste : public CXVCenarioTroca {
-  protected:
-    using TLinhas = std::vector<std::string>;
+using CXVTrocaTeste = CXVCenarioTroca;
+using TLinhas = std::vector<std::string>;
 
-    std::string Pergunta(XVUInt eTransacao, XVUInt64 uiDmc) const {
-        XVProvedorParametros reg{};
-        reg.eTipoIntegracao = eXVSMiddleware_BuscaPedidos;
-        reg.uiDmcOrigem = k_uiOrigem;
-        reg.uiDmcIntegracao = uiDmc;
-        reg.eSistemaIntegracao = Mercos;
-        reg.eTipoTransacao = eTransacao;
-        reg.ulPonteiroFilial = 3;
-        reg.ulPonteiroAuxiliar = 21;
-        reg.ucTipoPonteiroAuxiliar = 22;
-        return Parametros("BuscaIntegracoes", reg);
-    }
-    // One exchange of the only item: what the library was asked, and what it leaves to be recorded.
-    SDadosTeste TrocaItem(XVUInt eTransacao, const std::string& sOperacao, XVUInt eRespondido,
-                          REG_XVDMC* pRegDmc, XVUInt64 uiChaveAntes) {
-        const XVUInt64 uiDmcAntes = pRegDmc->uiValor;
-        m_rGravador.listaItens = {Item()};
-        m_rGravador.mapDados["Anterior"] = Resposta(200, eXVSMiddleware_Pendente);
-        m_rGravador.mapDados[sOperacao] = Resposta(400, eRespondido);
-        EXPECT_EQ(Troca(eTransacao, pRegDmc), S_OK);
-        const XVUInt64 uiDmcDepois = pRegDmc->uiValor;
-        SDadosTeste dados = Preparado(eTransacao);
-        dados.reg.uiDmc = uiDmcAntes;
-        dados.reg.uiChaveIntegracaoSistemaTerceiro = uiChaveAntes;
-        TLinhas listaEsperada{Pergunta(eTransacao, uiDmcAntes), dados.Chamada("Anterior")};
-        Aplica(m_rGravador.mapDados["Anterior"], &dados);
-        listaEsperada.push_back(dados.Chamada(sOperacao));
-        Aplica(m_rGravador.mapDados[sOperacao], &dados);
-        listaEsperada.push_back(Parametros("Posterior", ParametrosDe(dados, uiDmcDepois)));
-        EXPECT_EQ(m_rGravador.listaChamadas, listaEsperada);
-        EXPECT_EQ(LinhasPerdidas(), TLinhas());
-        dados.reg.uiDmc = uiDmcDepois;
-        dados.reg.uiChaveRegistroSistemaTerceiro = 0;  // has no place in the store
-        return dados;
-    }
-};
-
-TEST_F(CXVTrocaTeste, InclusaoEntregaOItemEGravaTudoOQueFoiRespondido) {
-    REG_XVDMC regDmc;
-    const SDadosTeste dados =
-        TrocaItem(eXVSMiddleware_Inclusao, "EnviaJson", eXVSMiddleware_Enviado, &regDmc, 0);
-    EXPECT_EQ(regDmc.uiValor, XVChaveDmc(k_uiHoje, 1));
-    EXPECT_EQ(Le(*m_pLoja, regDmc), dados.Integracao());
-}
-
-TEST_F(CXVTrocaTeste, AlteracaoEExclusaoEntregamAChaveConhecidaETrazemOCarimboDaTroca) {
+TEST_F(CXVTrocaTeste, CadaTransacaoEntregaOItemEGravaTudoOQueFoiRespondido) {
     const struct {
         XVUInt eTransacao;
         const char* pszOperacao;
         XVUInt eRespondido;
-    } aCasos[] = {{eXVSMiddleware_Alteracao, "BuscaDados", eXVSMiddleware_Enviado},
-                  {eXVSMiddleware_Exclusao, "ExcluiDados", eXVSMiddleware_Cancelado}};
+        const char* pszDmc;      // of the integration, before and after
+        const char* pszGravada;  // and when its status changed, which is not told of an inclusion
+    } aCasos[] = {
+        {eXVSMiddleware_Inclusao, "EnviaJson", eXVSMiddleware_Enviado, "0-0-0", "90223-1-1"},
+        {eXVSMiddleware_Alteracao, "BuscaDados", eXVSMiddleware_Enviado, "90221-1-1", "90221-1-1"},
+        {eXVSMiddleware_Exclusao, "ExcluiDados", eXVSMiddleware_Cancelado, "90221-2-1", "90221-2-1"}};
+    m_rGravador.listaItens = {Item()};
+    m_rGravador.mapDados["Anterior"] = Resposta(200, eXVSMiddleware_Pendente);
     for (const auto& rCaso : aCasos) {
+        SCOPED_TRACE(rCaso.pszOperacao);
+        const bool bInclusao = rCaso.eTransacao == eXVSMiddleware_Inclusao;
+        const REG_XVDMC regAntes = bInclusao ? REG_XVDMC() : GravaAnterior(71, eXVSMiddleware_Sucesso);
         m_rGravador.listaChamadas.clear();
-        const REG_XVDMC regAntes = GravaAnterior(71, eXVSMiddleware_Sucesso);
+        m_rGravador.mapDados[rCaso.pszOperacao] = Resposta(400, rCaso.eRespondido);
         REG_XVDMC regDmc = regAntes;
-        SDadosTeste dados = TrocaItem(rCaso.eTransacao, rCaso.pszOperacao, rCaso.eRespondido, &regDmc, 71);
-        EXPECT_EQ(regDmc, regAntes);
-        dados.reg.uiDataHoraAlteracaoStatus = k_uiAgora;
-        EXPECT_EQ(Le(*m_pLoja, regDmc), dados.Integracao());
+        EXPECT_EQ(Troca(rCaso.eTransacao, &regDmc), S_OK);
+        const XVUInt e = rCaso.eTransacao;
+        const std::string sAntes = " MATRIZ/7/99 dmc=" + std::string(rCaso.pszDmc);
+        const std::string sItem = " origens=90209-15-2/90209-16-2 datas=90223+43200/";
+        const std::string sGravada = "dmc=" + std::string(rCaso.pszGravada);
+        EXPECT_EQ(
+            m_rGravador.listaChamadas,
+            (TLinhas{"BuscaIntegracoes" + sAntes + " origem=90209-15-2" + Comuns(e, 0, 0, 3),
+                     "Anterior" + sAntes + sItem + "0+0" + Comuns(e, 102, 101, 103) +
+                         (bInclusao ? " chave=0" : " chave=71") +
+                         " status=0 reconsultar=0 textos=[{\"p\":1}][][]",
+                     rCaso.pszOperacao + sAntes + sItem + "0+0" + Comuns(e, 202, 203, 204) +
+                         Respondido(200, eXVSMiddleware_Pendente),
+                     "Posterior MATRIZ/7/99 " + sGravada + " origem=90209-16-2" + Comuns(e, 402, 403, 404)}));
+        EXPECT_EQ(LinhasPerdidas(), TLinhas());
+        // The key of the record has no place in the store.
+        EXPECT_EQ(Le(*m_pLoja, regDmc), sGravada + sItem + (bInclusao ? "0+0" : "90223+43200") +
+                                            Comuns(e, 0, 403, 404) + Respondido(400, rCaso.eRespondido) +
+                                            " usuarios=7/0");
     }
 }
 
@@ -87,10 +68,10 @@ TEST_F(CXVTrocaTeste, ExclusaoNaoConfirmadaSoFicaNoLog) {
 // Two items, and two that count for nothing: each begins with the caller's record, not with the one before.
 TEST_F(CXVTrocaTeste, CadaItemComecaDoRegistroDoChamador) {
     m_rGravador.listaItens = {Item("{\"p\":1}"), Item(""), Item("sem sistema"), Item("{\"p\":2}")};
-    m_rGravador.listaItens[2].eSistema = Tipo_Nenhum;
-    m_rGravador.listaItens[3].uiBase = 301;
-    m_rGravador.listaItens[3].uiChaveRegistro = 302;
-    m_rGravador.listaItens[3].ulFilial = 0;  // the caller's stays
+    m_rGravador.listaItens[2].reg.eSistemaIntegracao = Tipo_Nenhum;
+    m_rGravador.listaItens[3].reg.uiBaseDadosTerceiro = 301;
+    m_rGravador.listaItens[3].reg.uiChaveRegistroSistemaTerceiro = 302;
+    m_rGravador.listaItens[3].reg.ulPonteiroFilial = 0;  // the caller's stays
     m_rGravador.mapDados["EnviaJson"] = Resposta(400, eXVSMiddleware_Sucesso);
     REG_XVDMC regDmc;
     EXPECT_EQ(Troca(eXVSMiddleware_Alteracao, &regDmc), S_OK);
@@ -101,14 +82,11 @@ TEST_F(CXVTrocaTeste, CadaItemComecaDoRegistroDoChamador) {
     ASSERT_EQ(Troca(eXVSMiddleware_Inclusao, &regDmc), S_OK);
     EXPECT_EQ(regDmc.uiValor, XVChaveDmc(k_uiHoje, 2)) << "the last one recorded";
     ASSERT_EQ(m_rGravador.listaChamadas.size(), 7U);
-    const SDadosTeste um = Preparado(eXVSMiddleware_Inclusao);
-    SDadosTeste dois = um;
-    dois.sJSON = "{\"p\":2}";
-    dois.reg.uiBaseDadosTerceiro = 301;
-    dois.reg.uiChaveRegistroSistemaTerceiro = 302;
-    dois.reg.ulPonteiroFilial = 3;
-    EXPECT_EQ(m_rGravador.listaChamadas[2], um.Chamada("EnviaJson"));
-    EXPECT_EQ(m_rGravador.listaChamadas[5], dois.Chamada("EnviaJson"));
+    const std::string sItem =
+        "EnviaJson MATRIZ/7/99 dmc=0-0-0 origens=90209-15-2/90209-16-2 datas=90223+43200/0+0";
+    const std::string sSituacao = " chave=0 status=0 reconsultar=0 textos=";
+    EXPECT_EQ(m_rGravador.listaChamadas[2], sItem + Comuns(1, 102, 101, 103) + sSituacao + "[{\"p\":1}][][]");
+    EXPECT_EQ(m_rGravador.listaChamadas[5], sItem + Comuns(1, 302, 301, 3) + sSituacao + "[{\"p\":2}][][]");
 }
 
 TEST_F(CXVTrocaTeste, FechamentoQueFalhaNaoTiraOQueFoiGravado) {
@@ -146,7 +124,7 @@ TEST_F(CXVTrocaTeste, RespostaSemChaveMantemAChaveConhecidaOuEGravadaComoErro) {
         SCOPED_TRACE(testing::Message() << rCaso.uiConhecida << " " << rCaso.eRespondido);
         REG_XVDMC regDmc = GravaAnterior(rCaso.uiConhecida, eXVSMiddleware_Pendente);
         m_rGravador.mapDados["BuscaDados"] = Resposta(400, rCaso.eRespondido);
-        m_rGravador.mapDados["BuscaDados"].uiChave = 0;
+        m_rGravador.mapDados["BuscaDados"].reg.uiChaveIntegracaoSistemaTerceiro = 0;
         ASSERT_EQ(Troca(eXVSMiddleware_Alteracao, &regDmc), S_OK);
         const SIntegracaoLida lida = XVLe(*m_pLoja, regDmc);
         EXPECT_EQ(lida.reg.uiChaveIntegracaoSistemaTerceiro, rCaso.uiGravada);
@@ -167,91 +145,49 @@ TEST_F(CXVTrocaTeste, LeituraConsultaOSistemaESoFechaComOsDoisPedidos) {
         EXPECT_EQ(Le(*m_pLoja, regDmc, ullFlags), sGravada);
         EXPECT_EQ(m_rGravador.listaChamadas, TLinhas());
     }
-    SDadosTeste dados;
-    dados.sJSON = "json velho";
-    dados.sMensagem = "mensagem velha";
-    dados.sRetorno = "retorno velho";
-    dados.reg.uiDmc = regDmc.uiValor;
-    dados.reg.uiDmcIntegracaoOrigem = XVChaveDmc(XVDma(2024, 3, 1), 18, 2);
-    dados.reg.uiDmcMovimentoOrigem = XVChaveDmc(XVDma(2023, 1, 2), 5, 2);
-    dados.reg.uiDataHoraInclusao = XVDataHora(XVDma(2024, 3, 13), 8);
-    dados.reg.uiChaveIntegracaoSistemaTerceiro = 71;
-    dados.reg.eTipoIntegracao = eXVSMiddleware_BuscaPedidos;
-    dados.reg.eStatusIntegracao = eXVSMiddleware_Sucesso;
-    dados.reg.eSistemaIntegracao = Mercos;
-    dados.reg.eTipoTransacao = eXVSMiddleware_Inclusao;
-    dados.uiUsuarioInclusao = 33;
-    TLinhas listaEsperada{dados.Chamada("BuscaDados")};
-    Aplica(m_rGravador.mapDados["BuscaDados"], &dados);
-    listaEsperada.push_back(dados.Chamada("Anterior"));
-    Aplica(m_rGravador.mapDados["Anterior"], &dados);
-    EXPECT_EQ(Le(*m_pLoja, regDmc, 7 | 8), dados.Integracao());
+    const std::string sQuem = "dmc=90221-1-1 origens=90209-18-2/89634-5-2 datas=90221+28800/0+0";
+    const std::string sComuns = " tipo=9 sistema=16 transacao=1 auxiliar=0/0 chaveRegistro=";
+    const std::string sLida =
+        sQuem + sComuns + "402 base=403 filial=404" + Respondido(400, eXVSMiddleware_Erro) + " usuarios=33/0";
+    TLinhas listaEsperada{"BuscaDados MATRIZ/7/99 " + sQuem + sComuns +
+                              "0 base=0 filial=0 chave=71 status=3 " +
+                              "reconsultar=0 textos=[json velho][mensagem velha][retorno velho]",
+                          "Anterior MATRIZ/7/99 " + sQuem + sComuns + "202 base=203 filial=204" +
+                              Respondido(200, eXVSMiddleware_Enviado)};
+    EXPECT_EQ(Le(*m_pLoja, regDmc, 7 | 8), sLida);
     EXPECT_EQ(m_rGravador.listaChamadas, listaEsperada);
 
-    XVProvedorParametros reg = ParametrosDe(dados, regDmc.uiValor);
-    reg.uiChaveRegistroSistemaTerceiro =
-        0;  // the closing operation of a reading is not told, nor the auxiliary
-    reg.ulPonteiroAuxiliar = reg.ucTipoPonteiroAuxiliar = 0;
-    listaEsperada.push_back(Parametros("Posterior", reg));
+    // The closing operation of a reading is not told the key of the record, nor the auxiliary.
+    listaEsperada.push_back("Posterior MATRIZ/7/99 dmc=90221-1-1 origem=89634-5-2" + sComuns +
+                            "0 base=403 filial=404");
     m_rGravador.listaChamadas.clear();
-    EXPECT_EQ(Le(*m_pLoja, regDmc, 7 | 8 | 16), dados.Integracao());
+    EXPECT_EQ(Le(*m_pLoja, regDmc, 7 | 8 | 16), sLida);
     EXPECT_EQ(m_rGravador.listaChamadas, listaEsperada);
     EXPECT_EQ(Le(*m_pLoja, regDmc), sGravada) << "nothing was recorded";
 }
 
 TEST_F(CXVTrocaTeste, LeituraDeListaConsultaCadaIntegracaoEmOrdem) {
-    const REG_XVDMC aDmc[] = {GravaAnterior(71, eXVSMiddleware_Sucesso),
-                              GravaAnterior(72, eXVSMiddleware_Enviado)};
+    const auto porOperacao = [](TLinhas lista) {  // a list asks for all before it goes on
+        std::ranges::stable_sort(lista, {}, [](const std::string& s) { return s.substr(0, s.find(' ')); });
+        return lista;
+    };
+    REG_XVDMC aDmc[] = {GravaAnterior(71, eXVSMiddleware_Sucesso), GravaAnterior(72, eXVSMiddleware_Enviado)};
     m_rGravador.mapDados["BuscaDados"] = Resposta(200, eXVSMiddleware_Erro);
-    _REG_DF_LISTA_XVDMCPS lista{2, 0, const_cast<REG_XVDMC*>(aDmc), 0};
     for (const XVUInt64 ullFlags : {XVUInt64{7}, XVUInt64{7 | 16}, XVUInt64{7 | 8}, XVUInt64{7 | 8 | 16}}) {
         SCOPED_TRACE(ullFlags);
-        const bool bConsulta = (ullFlags & 8) != 0;
+        TLinhas listaEsperada;  // each as it reads alone, in calls and answers
         m_rGravador.listaChamadas.clear();
+        for (const REG_XVDMC regDmc : aDmc) listaEsperada.push_back(Le(*m_pLoja, regDmc, ullFlags));
+        const TLinhas listaChamadas = std::exchange(m_rGravador.listaChamadas, {});
         XVUInt ulQuantidade = 0;
         tagREG_CR_INTEGRACAO_MIDDLEWAREPS* pRegs = nullptr;
-        ASSERT_EQ(m_pLoja->LeIntegracoes(lista, &ulQuantidade, &pRegs, ullFlags), S_OK);
-        ASSERT_EQ(ulQuantidade, 2U);
-        for (unsigned i = 0; i < 2; ++i) {
-            EXPECT_EQ(pRegs[i].regDmc, aDmc[i]);
-            EXPECT_EQ(pRegs[i].uiChaveIntegracaoSistemaTerceiro, bConsulta ? 201U : 71U + i);
-            EXPECT_EQ(CXVStringPS::RegToString(pRegs[i].regJSONRetornoIntegracao),
-                      bConsulta ? "retorno 200" : "retorno velho");
-            XVLiberaBuffers(&pRegs[i]);
-        }
+        ASSERT_EQ(m_pLoja->LeIntegracoes({2, 0, aDmc, 0}, &ulQuantidade, &pRegs, ullFlags), S_OK);
+        TLinhas listaLida;
+        for (unsigned i = 0; i < ulQuantidade; ++i) listaLida.push_back(Descreve(XVToma(pRegs[i])));
         XVAmbienteSO::LiberaSaida(pRegs);
-        ASSERT_EQ(Chamadas("BuscaDados"), bConsulta ? 2U : 0U);
-        EXPECT_EQ(Chamadas("Anterior"), bConsulta ? 2U : 0U);
-        EXPECT_EQ(Chamadas("Posterior"), ullFlags == (7 | 8 | 16) ? 2U : 0U);
-        if (bConsulta) {
-            EXPECT_NE(m_rGravador.listaChamadas[0].find(" chave=71 "), std::string::npos);
-            EXPECT_NE(m_rGravador.listaChamadas[1].find(" chave=72 "), std::string::npos);
-        }
+        EXPECT_EQ(listaLida, listaEsperada);
+        EXPECT_EQ(porOperacao(m_rGravador.listaChamadas), porOperacao(listaChamadas));
     }
-}
-
-TEST_F(CXVTrocaTeste, ConsultaDiretaEntregaERecebeTodosOsCampos) {
-    const std::string sChave = "2024-000341";
-    tagREG_CR_CONSULTA_SISTEMA_TERCEIROPS consulta{};
-    consulta.regChaveConsulta = XVTextoPS(sChave);
-    consulta.eTipoConsulta = eXVSMiddleware_ConsultaPagamentoExtrato;
-    consulta.ulPonteiroAuxiliar = 21;
-    consulta.ucTipoPonteiroAuxiliar = 22;
-    m_rGravador.consulta = {1, eXVSMiddleware_ConsultaNaoAutorizada, "mensagem", "{}",
-                            std::string("a\0b", 3)};
-    tagREG_CR_STATUS_CONSULTA_SISTEMA_TERCEIROPS status{};
-    ASSERT_EQ(m_pLoja->BuscaDadosSistemaTerceiro(consulta, &status), S_OK);
-    EXPECT_EQ(m_rGravador.listaChamadas,
-              TLinhas{"Consulta MATRIZ/7/99 tipo=6 chave=[2024-000341] auxiliar=21 tipoAuxiliar=22"});
-    EXPECT_EQ(CXVStringPS::RegToString(status.regMensagemRetorno), "mensagem");
-    EXPECT_EQ(CXVStringPS::RegToString(status.regJSONRetorno), "{}");
-    EXPECT_EQ(status.eStatusConsulta, eXVSMiddleware_ConsultaNaoAutorizada);
-    ASSERT_EQ(status.ulTamanhoDocumentoRetorno, 3U);
-    EXPECT_EQ(std::string(reinterpret_cast<const char*>(status.pDocumentoRetorno), 3),
-              std::string("a\0b", 3));
-    XVLiberaBuffers(&status);
-    m_rGravador.consulta.iResultado = static_cast<std::int32_t>(E_NOTIMPL);
-    EXPECT_EQ(m_pLoja->BuscaDadosSistemaTerceiro(consulta, &status), E_NOTIMPL);
 }
 
 }  // namespace

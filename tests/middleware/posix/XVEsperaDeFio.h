@@ -1,17 +1,20 @@
-// Two callers of a store: the second comes in the middle of the first one's work, which goes on when the
-// second is over or waits for it. That it waits is known and not guessed: while the first stands still nobody
-// else holds a lock or runs, so a thread that sleeps waits for the first.
+// Callers of a store: the others come in the middle of the first one's work, one after the other, and it goes
+// on when each is over or waits for it. That they wait is known and not guessed: while the first stands still
+// nobody else holds a lock or runs, so a thread that sleeps waits for the first.
 #pragma once
 
 #include <sys/syscall.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <atomic>
 #include <fstream>
 #include <functional>
+#include <list>
 #include <string>
 #include <thread>
 #include <utility>
+#include <vector>
 
 #include "tests/harness/XVSistemaArquivosEnvolto.h"
 
@@ -34,41 +37,52 @@ class CXVVigiaFio {
 
 class CXVEsperaDeFio {
   public:
-    // fnEncontro: asked before each operation of the first; at the first true the second comes.
+    // fnEncontro: asked before each operation of the first; at the first true the others come.
     using TEncontro = std::function<bool(const SOperacaoArquivo&)>;
 
-    CXVEsperaDeFio(TEncontro fnEncontro, std::function<void()> fnSegundo)
-        : m_fnEncontro(std::move(fnEncontro)), m_fnSegundo(std::move(fnSegundo)) {}
+    CXVEsperaDeFio(TEncontro fnEncontro, std::vector<std::function<void()>> outros)
+        : m_fnEncontro(std::move(fnEncontro)), m_outros(std::move(outros)) {}
 
     // The first fails at the place, each time that it comes there.
     void FalhaOPrimeiro() { m_bFalha = true; }
 
-    // Runs the first; both are over afterwards. fnNoEncontro: when the second waits or is over.
+    // Runs the first; all are over afterwards. fnNoEncontro: when the others wait or are over, whether all
+    // wait.
     void Executa(const std::function<void()>& fnPrimeiro,
-                 const std::function<void(bool bEspera)>& fnNoEncontro) {
+                 const std::function<void(bool bEsperam)>& fnNoEncontro) {
         const CXVVigiaFio::TAntes antes = [&](const SOperacaoArquivo& rOperacao) -> CXVErroArquivo {
-            if (m_fio.joinable() && !m_bFalha) return {};
-            if (!m_fnEncontro(rOperacao)) return {};
-            if (m_fio.joinable()) return {ECausaArquivo::eErroFisico, 0};
-            m_fio = std::thread([this] {
-                m_lFio = syscall(SYS_gettid);
-                m_fnSegundo();
-                m_bAcabou = true;
-            });
-            while (!m_bAcabou && !Dorme()) std::this_thread::yield();
-            fnNoEncontro(!m_bAcabou);
-            return m_bFalha ? CXVErroArquivo(ECausaArquivo::eErroFisico, 0) : CXVErroArquivo();
+            const CXVErroArquivo erro =
+                m_bFalha ? CXVErroArquivo(ECausaArquivo::eErroFisico, 0) : CXVErroArquivo();
+            if ((!m_fios.empty() && !m_bFalha) || !m_fnEncontro(rOperacao)) return {};
+            if (!m_fios.empty()) return erro;
+            for (const auto& fnOutro : m_outros) {
+                SFio& rFio = m_fios.emplace_back();
+                rFio.fio = std::thread([&rFio, &fnOutro] {
+                    rFio.lFio = syscall(SYS_gettid);
+                    fnOutro();
+                    rFio.bAcabou = true;
+                });
+                while (!rFio.bAcabou && !Dorme(rFio.lFio)) std::this_thread::yield();
+            }
+            fnNoEncontro(std::ranges::none_of(m_fios, [](const SFio& r) { return r.bAcabou.load(); }));
+            return erro;
         };
         CXVVigiaFio::t_pAntes = &antes;
         fnPrimeiro();
         CXVVigiaFio::t_pAntes = nullptr;
-        if (m_fio.joinable()) m_fio.join();
+        for (SFio& rFio : m_fios) rFio.fio.join();
     }
 
   private:
-    bool Dorme() const {
-        if (m_lFio == 0) return false;
-        std::ifstream arquivo("/proc/self/task/" + std::to_string(m_lFio) + "/stat");
+    struct SFio {
+        std::thread fio;
+        std::atomic<long> lFio = 0;
+        std::atomic<bool> bAcabou = false;
+    };
+
+    static bool Dorme(long lFio) {
+        if (lFio == 0) return false;
+        std::ifstream arquivo("/proc/self/task/" + std::to_string(lFio) + "/stat");
         std::string sEstado;
         std::getline(arquivo, sEstado);
         const std::size_t uiFimDoNome = sEstado.rfind(')');
@@ -76,9 +90,7 @@ class CXVEsperaDeFio {
     }
 
     TEncontro m_fnEncontro;
-    std::function<void()> m_fnSegundo;
-    std::thread m_fio;
+    std::vector<std::function<void()>> m_outros;
+    std::list<SFio> m_fios;
     bool m_bFalha = false;
-    std::atomic<long> m_lFio = 0;
-    std::atomic<bool> m_bAcabou = false;
 };

@@ -18,10 +18,10 @@ class CXVLojaEmDoisFios : public CXVCenarioLoja {
     void Abrem(const CXVEsperaDeFio::TEncontro& fnEncontro, const std::function<void()>& fnPrimeiro,
                bool bFalha = false) {
         unsigned uiEncontros = 0;
-        CXVEsperaDeFio fios(fnEncontro, [this] {
-            const CXVCapturaTrace captura;
-            m_pSegunda = Abre(12);
-        });
+        CXVEsperaDeFio fios(fnEncontro, {[this] {
+                                const CXVCapturaTrace captura;
+                                m_pSegunda = Abre(12);
+                            }});
         if (bFalha) fios.FalhaOPrimeiro();
         fios.Executa(fnPrimeiro, [&](bool bEspera) {
             ++uiEncontros;
@@ -59,7 +59,7 @@ TEST_F(CXVLojaEmDoisFios, QuemEsperaPorUmaAberturaQueFalhaAbrePorSi) {
     { Grava(*Abre(), CXVIntegracaoTeste(1)); }
     CBaseMiddleware primeira;
     ASSERT_NO_FATAL_FAILURE(Abrem(
-        AbreIndice, [&] { EXPECT_TRUE(FAILED(primeira.Inicializa(&m_Dono))); }, true));
+        AbreIndice, [&] { EXPECT_EQ(primeira.Inicializa(&m_Dono), eXVGenericError); }, true));
     Grava(*m_pSegunda, CXVIntegracaoTeste(2));
     EXPECT_EQ(XVBusca(*m_pSegunda).size(), 2U);
     EXPECT_EQ(m_pSegunda->Finaliza(), S_OK);
@@ -130,7 +130,7 @@ class CXVFilaDaLoja : public CXVLojaEmDoisFios {
                     return r.eOperacao == EOperacaoArquivo::eSincroniza &&
                            r.sCaminho.ends_with(k_pszNomeDiario);
                 },
-                [&] { Opera(rPar.pszSegunda, rSegunda); })
+                {[&] { Opera(rPar.pszSegunda, rSegunda); }})
                 .Executa([&] { Opera(rPar.pszPrimeira, rPrimeira); },
                          [&](bool bEspera) {
                              EXPECT_TRUE(bEspera);

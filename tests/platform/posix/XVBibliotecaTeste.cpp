@@ -3,18 +3,17 @@
 
 #include "platform/XVAmbienteSO.h"
 #include "tests/harness/XVProcessoFilho.h"
-#include "tests/platform/posix/XVCenarioPosix.h"
+#include "tests/platform/XVCenarioArquivos.h"
 
 namespace fs = std::filesystem;
 
 namespace {
 
-class CXVBibliotecaTeste : public CXVCenarioPosix {
+class CXVBibliotecaTeste : public CXVCenarioArquivos {
   protected:
     void SetUp() override {
-        for (const char* pszDiretorio : {"programa", "corrente", "sistema"}) {
+        for (const char* pszDiretorio : {"programa", "corrente", "sistema"})
             fs::create_directory(Caminho(pszDiretorio));
-        }
         fs::copy_file(XVProgramaVizinho("xv_filho_plataforma"), Caminho("programa/filho"));
         fs::current_path(Caminho("corrente"));
     }
@@ -39,8 +38,8 @@ class CXVBibliotecaTeste : public CXVCenarioPosix {
 TEST_F(CXVBibliotecaTeste, DoDiretorioDoProgramaComESemPrefixo) {
     PoeBiblioteca("programa/xv_a.so");
     PoeBiblioteca("programa/libxv_b.so");
-    m_diretorio.CriaArquivo("programa/xv_b.so", "no library");
-    m_diretorio.CriaArquivo("programa/xv_c.so", "no library");
+    Cria("programa/xv_b.so", "no library");
+    Cria("programa/xv_c.so", "no library");
     EXPECT_EQ(Carrega("xv_a.dll"), "serve");
     EXPECT_EQ(Carrega("XV_A.DLL"), "ausente") << "only the ending is translated";
     EXPECT_EQ(Carrega("xv_a.so"), "serve");
@@ -53,10 +52,8 @@ TEST_F(CXVBibliotecaTeste, DoDiretorioDoProgramaComESemPrefixo) {
 TEST_F(CXVBibliotecaTeste, DoDiretorioCorrenteNunca) {
     PoeBiblioteca("corrente/xv_e.so");
     PoeBiblioteca("sistema/xv_f.so");
-    for (const char* pszBusca :
-         {"", ".", ":/usr/lib", "/usr/lib:", "/usr/lib::/lib", "/usr/lib;../corrente"}) {
+    for (const char* pszBusca : {"", ".", ":/usr/lib", "/usr/lib:", "/usr/lib::/lib", "/usr/lib;../corrente"})
         EXPECT_EQ(Carrega("xv_e.dll", pszBusca), "ausente") << pszBusca;
-    }
     EXPECT_EQ(Carrega("../corrente/xv_e.dll"), "ausente");
     EXPECT_EQ(Carrega("xv_f.dll", Caminho("sistema")), "serve") << "what the administrator names";
 }

@@ -7,7 +7,6 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <cerrno>
 #include <cstdarg>
 #include <cstdio>
@@ -16,8 +15,6 @@
 #include <utility>
 
 namespace {
-
-CXVChamadas* g_pChamadas = nullptr;
 
 // The system's own function behind the one of this program.
 template <class TFuncao>
@@ -30,84 +27,44 @@ ino_t Arquivo(int iDescritor) {
     return Proxima<int(int, struct stat*)>("fstat")(iDescritor, &estado) == 0 ? estado.st_ino : 0;
 }
 
+int Passa(const SChamada& rChamada) {
+    return CXVChamadas::Viva() != nullptr ? CXVChamadas::Viva()->Passa(rChamada) : 0;
+}
+std::size_t Corta(std::size_t uiBytes) {
+    return CXVChamadas::Viva() != nullptr ? CXVChamadas::Viva()->Corta(uiBytes) : uiBytes;
+}
+
 // The call of this name goes on, unless the plan lets it fail.
 template <class TFuncao, class... TArgumentos>
 auto Segue(const SChamada& rChamada, const char* pszNome, TArgumentos... argumentos) {
+    using TResposta = std::invoke_result_t<TFuncao*, TArgumentos...>;
     TFuncao* const pfn = Proxima<TFuncao>(pszNome);
-    if (const int iErrno = CXVChamadas::Passa(rChamada); iErrno != 0) {
-        errno = iErrno;
-        if constexpr (std::is_pointer_v<decltype(pfn(argumentos...))>) {
-            return decltype(pfn(argumentos...)){};
-        } else {
-            return decltype(pfn(argumentos...)){-1};
-        }
-    }
-    return pfn(argumentos...);
+    const int iErrno = Passa(rChamada);
+    if (iErrno == 0) return pfn(argumentos...);
+    errno = iErrno;
+    if constexpr (std::is_pointer_v<TResposta>)
+        return TResposta{};
+    else
+        return TResposta{-1};
 }
 
 }  // namespace
 
-CXVChamadas::CXVChamadas() {
-    g_pChamadas = this;
-}
-CXVChamadas::~CXVChamadas() {
-    g_pChamadas = nullptr;
-}
-
-void CXVChamadas::Falha(EChamada eChamada, int iErrno, unsigned ulVezes, unsigned ulAntes) {
-    Plano(eChamada).iErrno = iErrno;
-    Plano(eChamada).ulVezes = ulVezes;
-    Plano(eChamada).ulAntes = ulAntes;
-}
-
-void CXVChamadas::Antes(EChamada eChamada, std::function<void()> fn) {
-    Plano(eChamada).fnAntes = std::move(fn);
-}
-
-void CXVChamadas::LimitaTransferencias(std::size_t uiBytes) {
-    m_uiMaximo = uiBytes;
-}
-
-std::size_t CXVChamadas::Conta(EChamada eChamada) const {
-    return Filtra({eChamada}).size();
-}
-
 std::vector<SChamada> CXVChamadas::Filtra(const std::vector<EChamada>& listaChamadas) const {
     std::vector<SChamada> lista;
-    std::copy_if(m_listaChamadas.begin(), m_listaChamadas.end(), std::back_inserter(lista),
-                 [&](const SChamada& rChamada) {
-                     return std::count(listaChamadas.begin(), listaChamadas.end(), rChamada.eChamada) != 0;
-                 });
+    for (const SChamada& rChamada : m_listaChamadas)
+        if (std::ranges::count(listaChamadas, rChamada.eChamada) != 0) lista.push_back(rChamada);
     return lista;
 }
 
 int CXVChamadas::Passa(const SChamada& rChamada) {
-    return g_pChamadas != nullptr ? g_pChamadas->Registra(rChamada) : 0;
-}
-
-std::size_t CXVChamadas::Corta(std::size_t uiBytes) {
-    return g_pChamadas != nullptr ? std::min(uiBytes, g_pChamadas->m_uiMaximo) : uiBytes;
-}
-
-bool CXVChamadas::EstaVivo() {
-    return g_pChamadas != nullptr;
-}
-
-int CXVChamadas::Registra(const SChamada& rChamada) {
     m_listaChamadas.push_back(rChamada);
     SPlano& rPlano = Plano(rChamada.eChamada);
-    if (const std::function<void()> fnAntes = std::exchange(rPlano.fnAntes, nullptr)) {
-        fnAntes();
-    }
-    if (rPlano.ulVezes == 0) {
-        return 0;
-    }
-    if (rPlano.ulAntes > 0) {
-        --rPlano.ulAntes;
-        return 0;
-    }
-    --rPlano.ulVezes;
-    return rPlano.iErrno;
+    if (const std::function<void()> fnAntes = std::exchange(rPlano.fnAntes, nullptr)) fnAntes();
+    unsigned* const pulResto = rPlano.ulAntes > 0 && rPlano.ulVezes > 0 ? &rPlano.ulAntes : &rPlano.ulVezes;
+    if (*pulResto == 0) return 0;
+    --*pulResto;
+    return pulResto == &rPlano.ulVezes ? rPlano.iErrno : 0;
 }
 
 extern "C" {
@@ -117,57 +74,54 @@ int open(const char* pszCaminho, int iOpcoes, ...) {
     va_start(argumentos, iOpcoes);
     const mode_t modo = (iOpcoes & O_CREAT) != 0 ? va_arg(argumentos, mode_t) : 0;
     va_end(argumentos);
-    return Segue<int(const char*, int, ...)>({EChamada::eOpen}, "open", pszCaminho, iOpcoes, modo);
+    return Segue<decltype(open)>({EChamada::eOpen}, "open", pszCaminho, iOpcoes, modo);
 }
 
 ssize_t pread(int iDescritor, void* pDados, size_t uiTamanho, off_t iOffset) {
-    return Segue<ssize_t(int, void*, size_t, off_t)>({EChamada::ePread, Arquivo(iDescritor)}, "pread",
-                                                     iDescritor, pDados, CXVChamadas::Corta(uiTamanho),
-                                                     iOffset);
+    return Segue<decltype(pread)>({EChamada::ePread, Arquivo(iDescritor)}, "pread", iDescritor, pDados,
+                                  Corta(uiTamanho), iOffset);
 }
 
 ssize_t pwrite(int iDescritor, const void* pDados, size_t uiTamanho, off_t iOffset) {
-    return Segue<ssize_t(int, const void*, size_t, off_t)>({EChamada::ePwrite, Arquivo(iDescritor)}, "pwrite",
-                                                           iDescritor, pDados, CXVChamadas::Corta(uiTamanho),
-                                                           iOffset);
+    return Segue<decltype(pwrite)>({EChamada::ePwrite, Arquivo(iDescritor)}, "pwrite", iDescritor, pDados,
+                                   Corta(uiTamanho), iOffset);
 }
 
 ssize_t write(int iDescritor, const void* pDados, size_t uiTamanho) {
-    return Segue<ssize_t(int, const void*, size_t)>({EChamada::eWrite, Arquivo(iDescritor)}, "write",
-                                                    iDescritor, pDados, CXVChamadas::Corta(uiTamanho));
+    return Segue<decltype(write)>({EChamada::eWrite, Arquivo(iDescritor)}, "write", iDescritor, pDados,
+                                  Corta(uiTamanho));
 }
 
 int ftruncate(int iDescritor, off_t iTamanho) noexcept {
-    return Segue<int(int, off_t)>({EChamada::eFtruncate, Arquivo(iDescritor)}, "ftruncate", iDescritor,
-                                  iTamanho);
+    return Segue<decltype(ftruncate)>({EChamada::eFtruncate, Arquivo(iDescritor)}, "ftruncate", iDescritor,
+                                      iTamanho);
 }
 
 int fsync(int iDescritor) {
-    return Segue<int(int)>({EChamada::eDescarrega, Arquivo(iDescritor)}, "fsync", iDescritor);
+    return Segue<decltype(fsync)>({EChamada::eDescarrega, Arquivo(iDescritor)}, "fsync", iDescritor);
 }
 
 int fdatasync(int iDescritor) {
-    return Segue<int(int)>({EChamada::eDescarrega, Arquivo(iDescritor)}, "fdatasync", iDescritor);
+    return Segue<decltype(fdatasync)>({EChamada::eDescarrega, Arquivo(iDescritor)}, "fdatasync", iDescritor);
 }
 
 int flock(int iDescritor, int iOperacao) noexcept {
-    return iOperacao == LOCK_UN ? Proxima<int(int, int)>("flock")(iDescritor, iOperacao)
-                                : Segue<int(int, int)>({EChamada::eFlock, Arquivo(iDescritor)}, "flock",
-                                                       iDescritor, iOperacao);
+    if (iOperacao == LOCK_UN) return Proxima<decltype(flock)>("flock")(iDescritor, iOperacao);
+    return Segue<decltype(flock)>({EChamada::eFlock, Arquivo(iDescritor)}, "flock", iDescritor, iOperacao);
 }
 
 int rename(const char* pszOrigem, const char* pszDestino) noexcept {
-    return Segue<int(const char*, const char*)>({EChamada::eRename}, "rename", pszOrigem, pszDestino);
+    return Segue<decltype(rename)>({EChamada::eRename}, "rename", pszOrigem, pszDestino);
 }
 
 int renameat2(int iOrigem, const char* pszOrigem, int iDestino, const char* pszDestino,
               unsigned int ulOpcoes) noexcept {
-    return Segue<int(int, const char*, int, const char*, unsigned int)>(
-        {EChamada::eRename}, "renameat2", iOrigem, pszOrigem, iDestino, pszDestino, ulOpcoes);
+    return Segue<decltype(renameat2)>({EChamada::eRename}, "renameat2", iOrigem, pszOrigem, iDestino,
+                                      pszDestino, ulOpcoes);
 }
 
 int unlink(const char* pszCaminho) noexcept {
-    return Segue<int(const char*)>({EChamada::eUnlink}, "unlink", pszCaminho);
+    return Segue<decltype(unlink)>({EChamada::eUnlink}, "unlink", pszCaminho);
 }
 
 int fstat(int iDescritor, struct stat* pEstado) noexcept {
@@ -175,31 +129,24 @@ int fstat(int iDescritor, struct stat* pEstado) noexcept {
 }
 
 dirent* readdir(DIR* pDiretorio) {
-    return Segue<dirent*(DIR*)>({EChamada::eReaddir}, "readdir", pDiretorio);
+    return Segue<decltype(readdir)>({EChamada::eReaddir}, "readdir", pDiretorio);
 }
 
 int close(int iDescritor) {
     const SChamada chamada{EChamada::eClose, Arquivo(iDescritor)};
-    const int iResultado = Proxima<int(int)>("close")(iDescritor);
-    const int iErrno = CXVChamadas::Passa(chamada);
+    const int iResultado = Proxima<decltype(close)>("close")(iDescritor);
+    const int iErrno = Passa(chamada);
     errno = iErrno != 0 ? iErrno : errno;
     return iErrno != 0 ? -1 : iResultado;
 }
 
 // Interrupted, it leaves a third of the time.
 int nanosleep(const timespec* pTempo, timespec* pResto) {
-    if (!CXVChamadas::EstaVivo()) {
-        return Proxima<int(const timespec*, timespec*)>("nanosleep")(pTempo, pResto);
-    }
+    if (CXVChamadas::Viva() == nullptr) return Proxima<decltype(nanosleep)>("nanosleep")(pTempo, pResto);
     const long lNanossegundos = static_cast<long>(pTempo->tv_sec) * 1000000000L + pTempo->tv_nsec;
-    const int iErrno = CXVChamadas::Passa({EChamada::eNanosleep, 0, lNanossegundos});
-    if (iErrno == 0) {
-        return 0;
-    }
-    if (pResto != nullptr) {
-        *pResto = {lNanossegundos / 3 / 1000000000L, lNanossegundos / 3 % 1000000000L};
-    }
-    errno = iErrno;
+    errno = Passa({EChamada::eNanosleep, 0, lNanossegundos});
+    if (errno == 0) return 0;
+    if (pResto != nullptr) *pResto = {lNanossegundos / 3 / 1000000000L, lNanossegundos / 3 % 1000000000L};
     return -1;
 }
 

@@ -5,6 +5,7 @@
 
 #include <sys/types.h>
 
+#include <algorithm>
 #include <array>
 #include <functional>
 #include <string>
@@ -36,28 +37,30 @@ struct SChamada {
 
 class CXVChamadas {
   public:
-    CXVChamadas();
-    ~CXVChamadas();
+    CXVChamadas() { s_pViva = this; }
+    ~CXVChamadas() { s_pViva = nullptr; }
     CXVChamadas(const CXVChamadas&) = delete;
     CXVChamadas& operator=(const CXVChamadas&) = delete;
 
     // Once ulAntes calls of the kind have passed, ulVezes of them answer iErrno and do nothing (eClose:
     // closes).
-    void Falha(EChamada eChamada, int iErrno, unsigned ulVezes = 1, unsigned ulAntes = 0);
+    void Falha(EChamada eChamada, int iErrno, unsigned ulVezes = 1, unsigned ulAntes = 0) {
+        Plano(eChamada) = {iErrno, ulVezes, ulAntes, nullptr};
+    }
     // fn runs before the next call of the kind, once; what it calls itself is recorded too.
-    void Antes(EChamada eChamada, std::function<void()> fn);
+    void Antes(EChamada eChamada, std::function<void()> fn) { Plano(eChamada).fnAntes = std::move(fn); }
     // No transfer moves more than uiBytes.
-    void LimitaTransferencias(std::size_t uiBytes);
+    void LimitaTransferencias(std::size_t uiBytes) { m_uiMaximo = uiBytes; }
 
-    std::size_t Conta(EChamada eChamada) const;
+    std::size_t Conta(EChamada eChamada) const { return Filtra({eChamada}).size(); }
     // The recorded calls of the kinds, oldest first.
     std::vector<SChamada> Filtra(const std::vector<EChamada>& listaChamadas) const;
     void Esquece() { m_listaChamadas.clear(); }
 
-    // For the calls themselves. Errno of the failure, or 0.
-    static int Passa(const SChamada& rChamada);
-    static std::size_t Corta(std::size_t uiBytes);
-    static bool EstaVivo();
+    // For the calls themselves: the one object, or null; errno of the failure, or 0.
+    static CXVChamadas* Viva() { return s_pViva; }
+    int Passa(const SChamada& rChamada);
+    std::size_t Corta(std::size_t uiBytes) const { return std::min(uiBytes, m_uiMaximo); }
 
   private:
     struct SPlano {
@@ -66,9 +69,9 @@ class CXVChamadas {
         unsigned ulAntes = 0;
         std::function<void()> fnAntes;
     };
-    int Registra(const SChamada& rChamada);
     SPlano& Plano(EChamada eChamada) { return m_aPlanos[static_cast<std::size_t>(eChamada)]; }
 
+    static inline CXVChamadas* s_pViva = nullptr;
     std::array<SPlano, static_cast<std::size_t>(EChamada::eQuantidade)> m_aPlanos;
     std::vector<SChamada> m_listaChamadas;
     std::size_t m_uiMaximo = ~std::size_t{0};

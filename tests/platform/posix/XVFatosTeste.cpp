@@ -14,6 +14,7 @@
 #include <cstring>
 #include <ctime>
 #include <fstream>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -25,25 +26,28 @@ namespace {
 
 // What the system says of itself while one lives: name of the machine, kernel, user, clocks.
 struct SSistemaFalso {
-    SSistemaFalso() { s_pVigente = this; }
-    ~SSistemaFalso() { s_pVigente = nullptr; }
-    SSistemaFalso(const SSistemaFalso&) = delete;
-    SSistemaFalso& operator=(const SSistemaFalso&) = delete;
-
-    static inline const SSistemaFalso* s_pVigente = nullptr;
     std::string sMaquina;
     std::string sNucleo;
     unsigned ulUsuario = 0;
     time_t iAgora = 0;
     timespec monotonico{};  // every other clock stands at 0
 };
+std::optional<SSistemaFalso> g_sistema;
+
+// While a test lives the system is a false one.
+class CXVFatosTeste : public testing::Test {
+  protected:
+    void SetUp() override { g_sistema.emplace(); }
+    void TearDown() override { g_sistema.reset(); }
+};
 
 XVUInt64 KiBDe(const char* pszLinha) {
     std::ifstream arquivo("/proc/meminfo");
-    for (std::string sLinha; std::getline(arquivo, sLinha);) {
-        if (sLinha.starts_with(pszLinha)) return std::stoull(sLinha.substr(std::strlen(pszLinha)));
-    }
-    return 0;
+    for (std::string sLinha; arquivo >> sLinha;)
+        if (sLinha == pszLinha) break;
+    XVUInt64 uiKiB = 0;
+    arquivo >> uiKiB;
+    return uiKiB;
 }
 
 }  // namespace
@@ -51,42 +55,39 @@ XVUInt64 KiBDe(const char* pszLinha) {
 extern "C" {
 
 int gethostname(char* pszNome, size_t uiTamanho) noexcept {
-    std::snprintf(pszNome, uiTamanho, "%s",
-                  SSistemaFalso::s_pVigente != nullptr ? SSistemaFalso::s_pVigente->sMaquina.c_str() : "");
+    std::snprintf(pszNome, uiTamanho, "%s", g_sistema ? g_sistema->sMaquina.c_str() : "");
     return 0;
 }
 
 int uname(utsname* pSistema) noexcept {
     std::snprintf(pSistema->release, sizeof(pSistema->release), "%s",
-                  SSistemaFalso::s_pVigente != nullptr ? SSistemaFalso::s_pVigente->sNucleo.c_str() : "");
+                  g_sistema ? g_sistema->sNucleo.c_str() : "");
     return 0;
 }
 
 uid_t geteuid() noexcept {
-    return SSistemaFalso::s_pVigente != nullptr ? SSistemaFalso::s_pVigente->ulUsuario
-                                                : static_cast<uid_t>(syscall(SYS_geteuid));
+    return g_sistema ? g_sistema->ulUsuario : static_cast<uid_t>(syscall(SYS_geteuid));
+}
+
+int clock_gettime(clockid_t iRelogio, timespec* pInstante) noexcept {
+    if (!g_sistema) return static_cast<int>(syscall(SYS_clock_gettime, iRelogio, pInstante));
+    *pInstante = iRelogio == CLOCK_MONOTONIC ? g_sistema->monotonico : timespec{};
+    return 0;
 }
 
 time_t time(time_t* pAgora) noexcept {
-    const time_t iAgora =
-        SSistemaFalso::s_pVigente != nullptr ? SSistemaFalso::s_pVigente->iAgora : syscall(SYS_time, nullptr);
+    timespec instante{};
+    clock_gettime(CLOCK_REALTIME, &instante);
+    const time_t iAgora = g_sistema ? g_sistema->iAgora : instante.tv_sec;
     if (pAgora != nullptr) *pAgora = iAgora;
     return iAgora;
 }
 
-int clock_gettime(clockid_t iRelogio, timespec* pInstante) noexcept {
-    if (SSistemaFalso::s_pVigente == nullptr)
-        return static_cast<int>(syscall(SYS_clock_gettime, iRelogio, pInstante));
-    *pInstante = iRelogio == CLOCK_MONOTONIC ? SSistemaFalso::s_pVigente->monotonico : timespec{};
-    return 0;
-}
-
 }  // extern "C"
 
-TEST(CXVRelogioPosixTeste, HoraLocalEUTCDeUmInstante) {
+TEST_F(CXVFatosTeste, HoraLocalEUTCDeUmInstante) {
     IXVRelogio& rRelogio = XVPlataforma::RelogioNativo();
-    SSistemaFalso sistema;
-    sistema.iAgora = 1735689598;  // 2024-12-31 23:59:58 UTC
+    g_sistema->iAgora = 1735689598;  // 2024-12-31 23:59:58 UTC
     const struct {
         const char* pszFuso;
         SDataHora local;
@@ -97,32 +98,31 @@ TEST(CXVRelogioPosixTeste, HoraLocalEUTCDeUmInstante) {
         EXPECT_TRUE(rRelogio.AgoraLocal() == local) << pszFuso;
         EXPECT_TRUE(rRelogio.AgoraUTC() == (SDataHora{2024, 12, 31, 23, 59, 58})) << pszFuso;
     }
-    sistema.monotonico = {4294967, 305999999};  // 2^32 ms are 4294967.296 s
+    g_sistema->monotonico = {4294967, 305999999};  // 2^32 ms are 4294967.296 s
     EXPECT_EQ(rRelogio.GetTicks(), 9U);
-    sistema.monotonico = {1234, 567000000};
+    g_sistema->monotonico = {1234, 567000000};
     EXPECT_EQ(rRelogio.GetTicks(), 1234567U);
 }
 
-TEST(CXVAmbientePosixTeste, NomesEVersoes) {
-    SSistemaFalso sistema;
-    const std::vector<std::pair<std::string, std::string>> listaMaquinas{
-        {"maquina-de-nome-longo.exemplo.com", "MAQUINA-DE-NOME"},
-        {"pc7.exemplo.com", "PC7"},
-        {"Caixa", "CAIXA"}};
-    for (const auto& [sNome, sEsperado] : listaMaquinas) {
-        sistema.sMaquina = sNome;
-        EXPECT_EQ(XVAmbienteSO::GetNomeComputador(), sEsperado);
-    }
-    const std::vector<std::pair<std::string, std::string>> listaNucleos{
-        {"6.1.0-13-amd64", "6.1.0.0"},
-        {"5.15.167.4-microsoft-standard", "5.15.167.4"},
-        {"6.2.7.8.9", "6.2.7.8"}};
-    for (const auto& [sNucleo, sEsperado] : listaNucleos) {
-        sistema.sNucleo = sNucleo;
-        EXPECT_EQ(XVAmbienteSO::GetVersaoSistema(), sEsperado);
+TEST_F(CXVFatosTeste, NomesEVersoes) {
+    const struct {
+        std::string SSistemaFalso::*psDito;
+        const char* pszDito;
+        std::string (*pfnFato)();
+        const char* pszFato;
+    } aCasos[] = {{&SSistemaFalso::sMaquina, "maquina-de-nome-longo.exemplo.com",
+                   XVAmbienteSO::GetNomeComputador, "MAQUINA-DE-NOME"},
+                  {&SSistemaFalso::sMaquina, "pc7.exemplo.com", XVAmbienteSO::GetNomeComputador, "PC7"},
+                  {&SSistemaFalso::sNucleo, "6.1.0-13-amd64", XVAmbienteSO::GetVersaoSistema, "6.1.0.0"},
+                  {&SSistemaFalso::sNucleo, "5.15.167.4-microsoft-standard", XVAmbienteSO::GetVersaoSistema,
+                   "5.15.167.4"},
+                  {&SSistemaFalso::sNucleo, "6.2.7.8.9", XVAmbienteSO::GetVersaoSistema, "6.2.7.8"}};
+    for (const auto& [psDito, pszDito, pfnFato, pszFato] : aCasos) {
+        (*g_sistema).*psDito = pszDito;
+        EXPECT_EQ(pfnFato(), pszFato);
     }
     for (const unsigned ulUsuario : {0U, 1U, 65534U}) {
-        sistema.ulUsuario = ulUsuario;
+        g_sistema->ulUsuario = ulUsuario;
         const passwd* pUsuario = getpwuid(ulUsuario);
         EXPECT_EQ(XVAmbienteSO::GetNomeUsuario(), pUsuario != nullptr ? pUsuario->pw_name : "");
     }
@@ -132,7 +132,7 @@ TEST(CXVAmbientePosixTeste, NomesEVersoes) {
     }
 }
 
-TEST(CXVAmbientePosixTeste, MemoriaDaMaquinaEDoProcesso) {
+TEST_F(CXVFatosTeste, MemoriaDaMaquinaEDoProcesso) {
     EXPECT_EQ(XVAmbienteSO::GetMemoriaMaquina().uiTotal, KiBDe("MemTotal:") * 1024);
     // Other processes take memory meanwhile: some look lies between those before and behind it.
     bool bConfere = false;
@@ -158,7 +158,7 @@ TEST(CXVAmbientePosixTeste, MemoriaDaMaquinaEDoProcesso) {
     }
 }
 
-TEST(CXVAmbientePosixTeste, UltimoErroSobreviveAoQueCorreNoMeio) {
+TEST_F(CXVFatosTeste, UltimoErroSobreviveAoQueCorreNoMeio) {
     errno = ENOSPC;
     {
         const CXVPreservaUltimoErro preserva;

@@ -28,7 +28,7 @@ class ProgramaSaida : public XVPrograma {
 };
 
 TEST_F(ProgramaSaida, ResultadoQueNaoSeEscreveEFalha) {
-    const std::string sDmc = Grava({"--json-enviado", std::string(100000, 'x'), "--sistema", "Mercos"});
+    const std::string sDmc = Grava("grava --sistema Mercos --json-enviado " + std::string(100000, 'x'));
     // A pipe whose only reader is gone before the program starts.
     const std::string sCano =
         "trap '' PIPE; mkfifo \"$XVCANO\" && exec 3<>\"$XVCANO\" 4>\"$XVCANO\" 3<&- && \"$@\" >&4 4>&-; "
@@ -51,16 +51,16 @@ TEST_F(ProgramaSaida, ResultadoQueNaoSeEscreveEFalha) {
 }
 
 TEST_F(ProgramaSaida, TextoQueNaoSeGravaEFalha) {
-    const std::string sDmc = Grava("--json-enviado {}");
+    const std::string sDmc = Grava("grava --json-enviado {}");
     std::filesystem::create_directory(m_Diretorio.Junta("textos"));
     const std::string sArquivo = m_Diretorio.Junta("textos/" + sDmc + ".enviado.json");
     std::filesystem::create_symlink("/dev/full", sArquivo);
     const SExecucao execucao =
-        Xvcr({"le", sDmc, "--json-enviado", "--para-pasta", m_Diretorio.Junta("textos")});
+        Xvcr("le --json-enviado " + sDmc, {"--para-pasta", m_Diretorio.Junta("textos")});
     EXPECT_EQ(execucao.iSaida, 1);
     EXPECT_EQ(execucao.sErro, "xvcr: não foi possível gravar o arquivo \"" + sArquivo + "\"\n");
     m_Diretorio.CriaArquivo("arquivo", "");
-    EXPECT_EQ(Xvcr({"le", sDmc, "--todos", "--para-pasta", m_Diretorio.Junta("arquivo")}).sErro,
+    EXPECT_EQ(Xvcr("le --todos " + sDmc, {"--para-pasta", m_Diretorio.Junta("arquivo")}).sErro,
               "xvcr: não foi possível criar a pasta \"" + m_Diretorio.Junta("arquivo") + "\"\n");
 }
 

@@ -13,6 +13,8 @@ struct SBusca {
     bool bLe = false;
     bool bConta = false;
     bool bDmcs = false;
+    CLI::Option* pLimite = nullptr;
+    XVUInt ulLimite = 0;
 };
 
 void AdicionaFiltro(CLI::App& rComando, CXVDadosCR_FiltroIntegracaoMiddleware& rFiltro) {
@@ -62,9 +64,14 @@ void Executa(const SBusca& rBusca, CXVContexto& rContexto) {
     const bool bLe = rBusca.bLe || rBusca.opcoes.GetFlags() != 0;
     if (int{bLe} + int{rBusca.bConta} + int{rBusca.bDmcs} > 1)
         XVErroDeUso("--conta, --dmcs e a leitura das integrações excluem-se");
+    const bool bLimite = rBusca.pLimite->count() > 0;
+    if (bLimite && rBusca.bConta) XVErroDeUso("--limite não vale junto com --conta");
+    if (bLimite && rBusca.ulLimite == 0) XVErroDeUso("--limite: esperado um número a partir de 1");
     CXVSaida& rSaida = rContexto.saida;
     std::vector<REG_XVDMC> lista;
     XVConfere(rContexto.Abre(EUsoDaBase::eLeitura).BuscaPonteiros(rBusca.filtro, &lista));
+    const std::size_t uiAchadas = lista.size();
+    if (bLimite && uiAchadas > rBusca.ulLimite) lista.resize(rBusca.ulLimite);
     if (rBusca.bConta) {
         MostraQuantidade(rSaida, lista.size());
     } else if (bLe) {
@@ -73,7 +80,9 @@ void Executa(const SBusca& rBusca, CXVContexto& rContexto) {
         MostraDmcs(rSaida, lista);
     } else {
         XVTabelaIntegracoes(rContexto, lista);
-        rSaida.Linha(std::to_string(lista.size()) + (lista.size() == 1 ? " integração" : " integrações"));
+        const std::string sMostradas = lista.size() == uiAchadas ? "" : std::to_string(lista.size()) + " de ";
+        rSaida.Linha(sMostradas + std::to_string(uiAchadas) +
+                     (uiAchadas == 1 ? " integração" : " integrações"));
     }
 }
 
@@ -85,6 +94,7 @@ void XVAdicionaBusca(CLI::App& rRaiz, CXVContexto& rContexto) {
         rRaiz, "busca", "Busca integrações",
         "  xvcr busca --status Pendente,Erro --sistema Mercos\n"
         "  xvcr busca --inclusao-de 2026-11-01 --inclusao-ate 2026-11-30 --conta\n"
+        "  xvcr busca --status Erro --limite 10\n"
         "  xvcr busca --chave-inicial 9001 --sistema OfficialBank --le --todos --json\n"
         "A data e a hora de um limite são comparadas em separado: --inclusao-de 2026-11-01T10:00\n"
         "deixa de fora tudo o que foi incluído antes das 10:00, em qualquer dia.");
@@ -92,6 +102,8 @@ void XVAdicionaBusca(CLI::App& rRaiz, CXVContexto& rContexto) {
     pComando->add_flag("--le", pBusca->bLe, "Lê e mostra cada integração achada, como o comando le");
     pComando->add_flag("--conta", pBusca->bConta, "Mostra só a quantidade");
     pComando->add_flag("--dmcs", pBusca->bDmcs, "Mostra só os DMCs, um por linha");
+    pBusca->pLimite = XVOpcaoValor(*pComando, "--limite", "N", "Mostra no máximo as N primeiras achadas",
+                                   &pBusca->ulLimite);
     pBusca->opcoes.Adiciona(*pComando);
     XVDefineAcao(pComando, rContexto, [pBusca, &rContexto] { Executa(*pBusca, rContexto); });
 }

@@ -8,30 +8,29 @@
 
 namespace {
 
-// Integrations in memory at a time; their texts may be large.
+// Integrations in memory at a time; their texts may be large. Without texts, as the table needs them, more.
 constexpr std::size_t k_uiPorLeitura = 64;
+constexpr std::size_t k_uiPorParteDaTabela = 256;
 
-// Calls fRecebe for each integration, reading a few at a time. A query of the external systems is made
+// Calls fRecebe for one part of the integrations after the other. A query of the external systems is made
 // once for the whole list, so the list then stays whole.
 template <class FRecebe>
-void LeTodas(CXVContexto& rContexto, const std::vector<REG_XVDMC>& lista, XVUInt64 uiFlags,
-             FRecebe&& fRecebe) {
+void LeEmPartes(CXVContexto& rContexto, const std::vector<REG_XVDMC>& lista, XVUInt64 uiFlags,
+                std::size_t uiPorLeitura, FRecebe&& fRecebe) {
     XVCliente::CXVCliente& rCliente = rContexto.Abre(EUsoDaBase::eLeitura);
+    std::vector<CXVDadosCR_IntegracaoMiddleware> listaDados(1);
     if (lista.size() == 1) {
-        CXVDadosCR_IntegracaoMiddleware dados;
-        XVConfere(rCliente.LeIntegracao(lista.front(), uiFlags, &dados));
-        fRecebe(dados);
+        XVConfere(rCliente.LeIntegracao(lista.front(), uiFlags, &listaDados.front()));
+        fRecebe(listaDados);
         return;
     }
-    const bool bInteira = (uiFlags & k_ullConsultaSistemaTerceiro) != 0;
-    const std::size_t uiPorLeitura = bInteira ? lista.size() : k_uiPorLeitura;
+    if ((uiFlags & k_ullConsultaSistemaTerceiro) != 0) uiPorLeitura = lista.size();
     for (std::size_t i = 0; i < lista.size(); i += uiPorLeitura) {
         const std::size_t uiFim = std::min(lista.size(), i + uiPorLeitura);
         const std::vector<REG_XVDMC> parte(lista.begin() + static_cast<std::ptrdiff_t>(i),
                                            lista.begin() + static_cast<std::ptrdiff_t>(uiFim));
-        std::vector<CXVDadosCR_IntegracaoMiddleware> listaDados;
         XVConfere(rCliente.LeIntegracoes(parte, uiFlags, &listaDados));
-        for (const CXVDadosCR_IntegracaoMiddleware& rDados : listaDados) fRecebe(rDados);
+        fRecebe(listaDados);
     }
 }
 
@@ -114,10 +113,12 @@ void XVMostraIntegracoes(CXVContexto& rContexto, const std::vector<REG_XVDMC>& l
     const XVUInt64 uiFlags = rOpcoes.GetFlags();
     if (!rOpcoes.sPasta.empty()) XVCriaPasta(rOpcoes.sPasta);
     bool bPrimeira = true;
-    LeTodas(rContexto, lista, uiFlags, [&](const CXVDadosCR_IntegracaoMiddleware& rDados) {
-        if (!bPrimeira && !rContexto.saida.EhJson()) rContexto.saida.Linha("");
-        bPrimeira = false;
-        MostraUma(rContexto, rDados, uiFlags, rOpcoes.sPasta);
+    LeEmPartes(rContexto, lista, uiFlags, k_uiPorLeitura, [&](const auto& rParte) {
+        for (const CXVDadosCR_IntegracaoMiddleware& rDados : rParte) {
+            if (!bPrimeira && !rContexto.saida.EhJson()) rContexto.saida.Linha("");
+            bPrimeira = false;
+            MostraUma(rContexto, rDados, uiFlags, rOpcoes.sPasta);
+        }
     });
 }
 
@@ -130,7 +131,7 @@ void XVTabelaIntegracoes(CXVContexto& rContexto, const std::vector<REG_XVDMC>& l
                       {"Status"},
                       {"Chave externa", CXVTabela::EAlinhamento::eDireita},
                       {"Movimento de origem"}});
-    LeTodas(rContexto, lista, 0, [&](const CXVDadosCR_IntegracaoMiddleware& rDados) {
+    const auto inclui = [&](const CXVDadosCR_IntegracaoMiddleware& rDados) {
         using XVRegistroJson::ParaPessoa;
         tabela.Inclui({ParaPessoa(rDados.regDmc), ParaPessoa(rDados.regDataHoraInclusao),
                        ParaPessoa(EEnumeracao::eTipoIntegracao, rDados.eTipoIntegracao),
@@ -139,6 +140,10 @@ void XVTabelaIntegracoes(CXVContexto& rContexto, const std::vector<REG_XVDMC>& l
                        ParaPessoa(EEnumeracao::eStatusIntegracao, rDados.eStatusIntegracao),
                        ParaPessoa(rDados.uiChaveIntegracaoSistemaTerceiro),
                        ParaPessoa(rDados.regDmcMovimentoOrigem)});
+    };
+    LeEmPartes(rContexto, lista, 0, k_uiPorParteDaTabela, [&](const auto& rParte) {
+        for (const CXVDadosCR_IntegracaoMiddleware& rDados : rParte) inclui(rDados);
+        rContexto.saida.Escreve(tabela.Monta());
     });
-    rContexto.saida.Escreve(tabela.Monta());
+    if (lista.empty()) rContexto.saida.Escreve(tabela.Monta());
 }

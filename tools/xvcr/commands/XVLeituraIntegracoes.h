@@ -24,5 +24,6 @@ struct SOpcoesLeitura {
 void XVMostraIntegracoes(CXVContexto& rContexto, const std::vector<REG_XVDMC>& lista,
                          const SOpcoesLeitura& rOpcoes);
 
-// Reads the integrations in their order and writes them as the rows of one table.
+// Reads the integrations in their order and writes them as the rows of one table, each part of them before
+// the next is read.
 void XVTabelaIntegracoes(CXVContexto& rContexto, const std::vector<REG_XVDMC>& lista);

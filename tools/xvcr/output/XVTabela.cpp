@@ -16,28 +16,35 @@ void CXVTabela::Inclui(std::vector<std::string> listaCelulas) {
     m_listaLinhas.push_back(std::move(listaCelulas));
 }
 
-std::string CXVTabela::Monta() const {
-    const std::size_t uiColunas = m_listaColunas.size();
-    std::vector<std::size_t> listaLarguras(uiColunas);
-    for (std::size_t c = 0; c < uiColunas; ++c) {
-        listaLarguras[c] = XVTextoTela::GetLargura(m_listaColunas[c].sTitulo);
-        for (const auto& rLinha : m_listaLinhas)
-            listaLarguras[c] = std::max(listaLarguras[c], XVTextoTela::GetLargura(rLinha[c]));
-    }
-
-    std::string sSaida;
-    const auto anexa = [&](std::size_t c, const std::string& sCelula) {
-        const std::string sEspacos(listaLarguras[c] - XVTextoTela::GetLargura(sCelula), ' ');
+std::string CXVTabela::MontaLinha(const std::vector<std::string>& listaCelulas) const {
+    std::string sLinha;
+    for (std::size_t c = 0; c < listaCelulas.size(); ++c) {
+        const std::string sEspacos(m_listaLarguras[c] - XVTextoTela::GetLargura(listaCelulas[c]), ' ');
         const bool bDireita = m_listaColunas[c].eAlinhamento == EAlinhamento::eDireita;
-        const bool bUltima = c + 1 == uiColunas;
-        if (bDireita) sSaida += sEspacos;
-        sSaida += sCelula;
-        if (!bDireita && !bUltima) sSaida += sEspacos;
-        sSaida += bUltima ? std::string("\n") : std::string(k_uiEntreColunas, ' ');
-    };
-    for (std::size_t c = 0; c < uiColunas; ++c) anexa(c, m_listaColunas[c].sTitulo);
-    for (std::size_t c = 0; c < uiColunas; ++c) anexa(c, std::string(listaLarguras[c], '-'));
-    for (const auto& rLinha : m_listaLinhas)
-        for (std::size_t c = 0; c < uiColunas; ++c) anexa(c, rLinha[c]);
-    return sSaida;
+        const bool bUltima = c + 1 == listaCelulas.size();
+        if (bDireita) sLinha += sEspacos;
+        sLinha += listaCelulas[c];
+        if (!bDireita && !bUltima) sLinha += sEspacos;
+        sLinha += bUltima ? std::string("\n") : std::string(k_uiEntreColunas, ' ');
+    }
+    return sLinha;
+}
+
+std::string CXVTabela::Monta() {
+    const bool bPrimeira = m_listaLarguras.empty();
+    m_listaLarguras.resize(m_listaColunas.size());
+    std::vector<std::string> listaTitulos;
+    std::vector<std::string> listaTracos;
+    for (std::size_t c = 0; c < m_listaColunas.size(); ++c) {
+        std::size_t& ruiLargura = m_listaLarguras[c];
+        listaTitulos.push_back(m_listaColunas[c].sTitulo);
+        ruiLargura = std::max(ruiLargura, XVTextoTela::GetLargura(m_listaColunas[c].sTitulo));
+        for (const auto& rLinha : m_listaLinhas)
+            ruiLargura = std::max(ruiLargura, XVTextoTela::GetLargura(rLinha[c]));
+        listaTracos.emplace_back(ruiLargura, '-');
+    }
+    std::string sParte = bPrimeira ? MontaLinha(listaTitulos) + MontaLinha(listaTracos) : std::string();
+    for (const auto& rLinha : m_listaLinhas) sParte += MontaLinha(rLinha);
+    m_listaLinhas.clear();
+    return sParte;
 }

@@ -1,4 +1,5 @@
-// A table for a person: columns aligned by what a terminal shows, numbers to the right.
+// A table for a person: columns aligned by what a terminal shows, numbers to the right. It is made a part at
+// a time, so that a long one is never whole in memory.
 #pragma once
 
 #include <string>
@@ -16,10 +17,14 @@ class CXVTabela {
 
     // One cell for each column; control characters are shown escaped.
     void Inclui(std::vector<std::string> listaCelulas);
-    // Title, rule and rows, each ended by a line feed; the last column is not padded.
-    std::string Monta() const;
+    // The rows since the last call, the first time below title and rule, each ended by a line feed; the last
+    // column is not padded. Columns are as wide as all rows so far need.
+    std::string Monta();
 
   private:
+    std::string MontaLinha(const std::vector<std::string>& listaCelulas) const;
+
     std::vector<SColuna> m_listaColunas;
-    std::vector<std::vector<std::string>> m_listaLinhas;
+    std::vector<std::size_t> m_listaLarguras;             // none before the first part
+    std::vector<std::vector<std::string>> m_listaLinhas;  // of the part that is being made
 };

@@ -3,51 +3,62 @@
 #include <algorithm>
 #include <nlohmann/json.hpp>
 
+#include "tools/xvcr/text/XVVarreduraJson.h"
+
 namespace {
 
 constexpr std::string_view k_sBom = "\xEF\xBB\xBF";
+constexpr std::size_t k_uiMembros = 256;  // no record has as many
 
-bool EhEspaco(char c) {
-    return c == ' ' || c == '\t' || c == '\r' || c == '\n';
-}
-
-std::size_t PulaEspacos(std::string_view s, std::size_t i) {
-    while (i < s.size() && EhEspaco(s[i])) ++i;
-    return i;
-}
-
-// Position after the string that begins at i. The text is known to be valid JSON.
+// Position after the string that begins at i, which is known to be one.
 std::size_t PulaTexto(std::string_view s, std::size_t i) {
     for (++i; s[i] != '"'; ++i)
         if (s[i] == '\\') ++i;
     return i + 1;
 }
 
-std::size_t PulaValor(std::string_view s, std::size_t i) {
-    std::size_t uiNivel = 0;
-    for (;;) {
-        const char c = s[i];
-        if (c == '"') {
-            i = PulaTexto(s, i);
-            if (uiNivel == 0) return i;
-            continue;
-        }
-        if (uiNivel == 0 && (c == ',' || c == '}' || EhEspaco(c))) return i;
-        ++i;
-        if (c == '{' || c == '[') ++uiNivel;
-        if ((c == '}' || c == ']') && --uiNivel == 0) return i;
-    }
+// What a string means, which stands in sTexto with its quotation marks.
+std::string Decodifica(std::string_view sTexto) {
+    if (sTexto.find('\\') != std::string_view::npos) return nlohmann::json::parse(sTexto).get<std::string>();
+    return std::string(sTexto.substr(1, sTexto.size() - 2));
 }
 
+// What is wrong with a line that is no JSON.
 std::string DescreveErro(std::string_view sLinha) {
     try {
         const nlohmann::json json = nlohmann::json::parse(sLinha);
-        return json.is_discarded() ? "JSON inválido" : "";
+        return "JSON inválido";
     } catch (const nlohmann::json::parse_error& rErro) {
         return "JSON inválido no byte " + std::to_string(rErro.byte);
     } catch (const nlohmann::json::exception&) {
         return "JSON com um número fora da faixa";
     }
+}
+
+std::string Inclui(std::string_view sNome, std::string_view sValor, std::vector<SMembroJson>& rLista) {
+    SMembroJson membro{Decodifica(sNome), sValor};
+    const auto bIgual = [&](const SMembroJson& rOutro) { return rOutro.sNome == membro.sNome; };
+    if (std::any_of(rLista.begin(), rLista.end(), bIgual)) return "campo \"" + membro.sNome + "\" repetido";
+    if (rLista.size() == k_uiMembros) return "campos demais";
+    rLista.push_back(std::move(membro));
+    return {};
+}
+
+// False where the text is no JSON; that counts more than *psErro, so the text is read to its end.
+bool LeMembros(CXVVarreduraJson& rVarredura, std::vector<SMembroJson>& rLista, std::string* psErro) {
+    std::string_view sNome;
+    std::string_view sValor;
+    if (!rVarredura.Consome('{')) {
+        *psErro = "a linha não é um objeto JSON";
+        return rVarredura.LeValor(&sValor);
+    }
+    if (rVarredura.Consome('}')) return true;
+    do {
+        if (!rVarredura.LeTexto(&sNome) || !rVarredura.Consome(':') || !rVarredura.LeValor(&sValor))
+            return false;
+        if (psErro->empty()) *psErro = Inclui(sNome, sValor, rLista);
+    } while (rVarredura.Consome(','));
+    return rVarredura.Consome('}');
 }
 
 }  // namespace
@@ -70,7 +81,7 @@ SMembroJson::ETipo SMembroJson::GetTipo() const {
 }
 
 std::string SMembroJson::GetTexto() const {
-    return nlohmann::json::parse(sValor).get<std::string>();
+    return Decodifica(sValor);
 }
 
 std::string SMembroJson::GetCompacto() const {
@@ -83,7 +94,7 @@ std::string SMembroJson::GetCompacto() const {
             i = uiFim;
             continue;
         }
-        if (!EhEspaco(sValor[i])) sCompacto += sValor[i];
+        if (static_cast<unsigned char>(sValor[i]) > ' ') sCompacto += sValor[i];
         ++i;
     }
     return sCompacto;
@@ -92,23 +103,9 @@ std::string SMembroJson::GetCompacto() const {
 std::string XVSeparaMembros(std::string_view sLinha, std::vector<SMembroJson>* pLista) {
     pLista->clear();
     if (sLinha.starts_with(k_sBom)) sLinha.remove_prefix(k_sBom.size());
-    if (!nlohmann::json::accept(sLinha)) return DescreveErro(sLinha);
-    std::size_t i = PulaEspacos(sLinha, 0);
-    if (sLinha[i] != '{') return "a linha não é um objeto JSON";
-    i = PulaEspacos(sLinha, i + 1);
-    while (sLinha[i] != '}') {
-        const std::size_t uiFimNome = PulaTexto(sLinha, i);
-        SMembroJson membro{nlohmann::json::parse(sLinha.substr(i, uiFimNome - i)).get<std::string>(), {}};
-        i = PulaEspacos(sLinha, PulaEspacos(sLinha, uiFimNome) + 1);
-        const std::size_t uiFimValor = PulaValor(sLinha, i);
-        membro.sValor = sLinha.substr(i, uiFimValor - i);
-        const auto bIgual = [&](const SMembroJson& rOutro) { return rOutro.sNome == membro.sNome; };
-        if (std::any_of(pLista->begin(), pLista->end(), bIgual))
-            return "campo \"" + membro.sNome + "\" repetido";
-        pLista->push_back(std::move(membro));
-        if (pLista->size() > 256) return "campos demais";
-        i = PulaEspacos(sLinha, uiFimValor);
-        if (sLinha[i] == ',') i = PulaEspacos(sLinha, i + 1);
-    }
-    return {};
+    CXVVarreduraJson varredura(sLinha);
+    std::string sErro;
+    if (LeMembros(varredura, *pLista, &sErro) && varredura.EstaNoFim()) return sErro;
+    pLista->clear();
+    return DescreveErro(sLinha);
 }

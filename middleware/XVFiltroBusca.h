@@ -1,0 +1,60 @@
+// What a search asks for, made ready to be asked for every record of a store.
+//
+// Thread rule: CopiarDe once, then any thread.
+#pragma once
+
+#include <vector>
+
+#include "contract/XVDadosCR.h"
+#include "middleware/XVRegistrosMiddleware.h"
+
+// The values that a list of a filter admits. A caller may name a million of them: asking costs one shift for
+// the values that the system's enumerations have, and a search in a sorted list for all others.
+class CXVValoresAdmitidos {
+  public:
+    CXVValoresAdmitidos() = default;
+    explicit CXVValoresAdmitidos(const std::vector<XVUInt>& lista);
+
+    // An empty list restricts nothing.
+    bool RestringeAlgo() const { return m_bRestringe; }
+    bool Admite(XVUInt eValor) const {
+        if (!m_bRestringe) return true;
+        return eValor < k_ulNaMascara ? (m_uiMascara >> eValor & 1) != 0 : AdmiteMaior(eValor);
+    }
+
+  private:
+    static constexpr XVUInt k_ulNaMascara = 64;
+
+    bool AdmiteMaior(XVUInt eValor) const;
+
+    bool m_bRestringe = false;
+    XVUInt64 m_uiMascara = 0;            // bit i: value i
+    std::vector<XVUInt> m_listaMaiores;  // ascending
+};
+
+class CXVFiltroBusca {
+  public:
+    // The result codes are those of CXVDadosCR_FiltroIntegracaoMiddleware::CopiarDe.
+    HRESULT CopiarDe(const tagREG_CR_FILTRO_INTEGRACAO_MIDDLEWAREPS& reg);
+
+    // A lower bound of the key beside systems asks for that one key in each of them, through the index.
+    bool EhPorChaveSistema() const { return GetChaveInicial() != 0 && m_sistemas.RestringeAlgo(); }
+    XVUInt64 GetChaveInicial() const { return m_dados.uiChaveIntegracaoSistemaTerceiroInicial; }
+    const std::vector<XVUInt>& GetListaSistemaIntegracao() const { return m_dados.listaSistemaIntegracao; }
+    bool AdmiteSistema(XVUInt eSistema) const { return m_sistemas.Admite(eSistema); }
+
+    // Level 1 is what the index record tells, level 2 what only the integration's own record does.
+    bool PassaNivel1(const REG_CR_INDEX_INTEGRACAO_V1& reg) const {
+        const XVUInt64 uiChave = reg.uiChaveIntegracaoSistemaTerceiro;
+        return m_status.Admite(reg.eStatusIntegracao) && m_sistemas.Admite(reg.eSistemaIntegracao) &&
+               uiChave >= GetChaveInicial() && uiChave <= m_uiChaveFinal;
+    }
+    bool TemNivel2() const { return m_bTemNivel2; }
+    bool PassaNivel2(const REG_CR_INTEGRACAO_MIDDLEWARE_V2& reg) const;
+
+  private:
+    CXVDadosCR_FiltroIntegracaoMiddleware m_dados;
+    CXVValoresAdmitidos m_status, m_sistemas, m_tipos, m_transacoes;
+    XVUInt64 m_uiChaveFinal = 0;  // a bound of 0 is none: the highest key
+    bool m_bTemNivel2 = false;
+};
