@@ -127,12 +127,18 @@ class TXVGroupDinamico : public CXVGroupFileBase, private IXVMembrosAbertos {
             }
         }
         if (!bAberto) return PreparaNoMembroFechado(rOperacao, uiChaveNomeArquivo, uiPosicao, aRegistros);
-        if (GetMemoriaMembros().Cresce(aRegistros.size() * TMembro::k_uiMemoriaRegistro)) {
-            const std::lock_guard abertura(GetMemoriaMembros().GetMutexAbertura());
-            GetMemoriaMembros().Acomoda(nullptr);
-        }
+        ContaCrescimento(aRegistros.size() * TMembro::k_uiMemoriaRegistro);
         return S_OK;
     }
+
+    // Open members have grown by so many bytes: others may have to close. No lock is held.
+    void ContaCrescimento(XVUInt64 uiBytes) {
+        if (!GetMemoriaMembros().Cresce(uiBytes)) return;
+        const std::lock_guard abertura(GetMemoriaMembros().GetMutexAbertura());
+        GetMemoriaMembros().Acomoda(nullptr);
+    }
+    // Bytes of one member that may be in memory beside what it needs.
+    XVUInt64 GetMaximoMembro() const { return GetMemoriaMembros().GetOrcamento() / 16; }
 
     // The same as an operation of its own.
     template <class TColecao>

@@ -2,10 +2,14 @@
 
 HRESULT CXVGroupTextFileDynamic::Le(XVUInt64 uiChaveNomeArquivo, XVUInt uiPosicao, std::string* psTexto) {
     psTexto->clear();
-    return NoMembro(uiChaveNomeArquivo, [&](CXVTextFile* pXVFile) {
+    XVUInt64 uiCarregados = 0;
+    const HRESULT hr = NoMembro(uiChaveNomeArquivo, [&](CXVTextFile* pXVFile) {
         XV_CHECK_EM("Le", pXVFile->Le(uiPosicao, psTexto));
+        uiCarregados = pXVFile->CarregaTextosLidos(GetMaximoMembro());
         return S_OK;
     });
+    if (uiCarregados != 0) ContaCrescimento(uiCarregados);
+    return hr;
 }
 
 HRESULT CXVGroupTextFileDynamic::Prepara(CXVOperacao& rOperacao, XVUInt64 uiChaveNomeArquivo,

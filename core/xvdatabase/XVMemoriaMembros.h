@@ -43,6 +43,7 @@ class CXVMemoriaMembros {
 
     // The registry value MemoriaMembros, in MB. A database without groups has no use for it.
     void LeOrcamento(EModulo eModulo);
+    XVUInt64 GetOrcamento() const { return m_uiOrcamento; }  // bytes
 
     std::mutex& GetMutexAbertura() { return m_mutexAbertura; }
 

@@ -54,6 +54,7 @@ HRESULT CXVTextFile::OnInicializa() {
 HRESULT CXVTextFile::OnFinaliza() {
     XV_ESCOPO({"m_sNomeArquivo", GetNomeArquivo()});
     m_aOffsets.Limpa();
+    m_lidos.Limpa();
     XV_CHECK_SUPER(CXVFileBase, OnFinaliza());
     return S_OK;
 }
@@ -63,6 +64,7 @@ HRESULT CXVTextFile::Carrega() {
     m_uiSeek = 0;
     if (ExisteArquivo()) XV_CHECK(GetAreaDados(&m_uiSeek, &uiTamanho));
     m_aOffsets.Limpa();
+    m_lidos.Limpa();
     m_uiFim = 0;
     const HRESULT hr = XV_REGISTRA(CarregaTabela(uiTamanho));
     if (FAILED(hr)) m_aOffsets.Limpa();
@@ -109,9 +111,28 @@ HRESULT CXVTextFile::Le(XVUInt uiPosicao, std::string& sTexto) const {
     const std::shared_lock lock(GetLock());
     if (!ExisteArquivo()) XV_FALHA(E_XVCR_ARQUIVO_NAO_EXISTE);
     if (uiPosicao > m_aOffsets.size()) XV_FALHA(E_XVCR_POSICAO_LEITURA_SUPERIOR_QUANTIDADE_ARQUIVO);
-    XV_CHECK(LeTexto(uiPosicao - 1, sTexto));
+    const std::size_t uiTexto = GetTamanhoTexto(uiPosicao - 1);
+    const XVUInt64 uiOffset = m_aOffsets[uiPosicao - 1] + k_uiTamanhoPrefixo;
+    if (const CXVTextosLidos::SPedaco* pPedaco = m_lidos.Busca(uiOffset, uiTexto)) {
+        sTexto.assign(pPedaco->GetTexto(uiOffset), uiTexto);
+        if (!pPedaco->bTemNul) return S_OK;
+    } else {
+        XV_CHECK(LeTexto(uiPosicao - 1, sTexto));
+        m_lidos.ContaLeitura(k_uiTamanhoPrefixo + uiTexto);
+    }
     if (const std::size_t uiNul = sTexto.find('\0'); uiNul != std::string::npos) sTexto.resize(uiNul);
     return S_OK;
+}
+
+XVUInt64 CXVTextFile::CarregaTextosLidos(XVUInt64 uiMaximo) const {
+    const std::shared_lock lock(GetLock());
+    if (m_uiFim > uiMaximo || !ExisteArquivo() || GetDataBase()->GetVisao() != nullptr) return 0;
+    return m_lidos.Carrega(m_uiFim, [this](CXVTextosLidos::SPedaco& rPedaco) {
+        const auto uiTamanho = static_cast<std::size_t>(rPedaco.uiFim - rPedaco.uiInicio);
+        // What fails here fails again, and is recorded, in the reading that needs it.
+        if (!LePayload(rPedaco.uiInicio, rPedaco.pDados.get(), uiTamanho).Ok()) return false;
+        return ConferePedaco(rPedaco);
+    });
 }
 
 std::size_t CXVTextFile::GetTamanhoTexto(std::size_t uiIndice) const {
@@ -132,6 +153,19 @@ HRESULT CXVTextFile::LeTexto(std::size_t uiIndice, std::string& sTexto) const {
         sTexto.erase(0, k_uiTamanhoPrefixo);
     if (const CXVErroArquivo* pEx = erro.GetFalha()) return Recusa(CatchInicializacao(pEx));
     return ulTamanho == uiTexto ? S_OK : Recusa(E_XVCR_ARQUIVO_TEXTO_QUANTIDADE_CARACTERES_INVALIDA);
+}
+
+// Every prefix must still be the one that was found there; notes whether a text holds a NUL byte.
+bool CXVTextFile::ConferePedaco(CXVTextosLidos::SPedaco& rPedaco) const {
+    for (std::size_t i = m_aOffsets.size(); i-- > 0 && m_aOffsets[i] >= rPedaco.uiInicio;) {
+        const std::size_t uiTexto = GetTamanhoTexto(i);
+        const char* pPrefixo = rPedaco.GetTexto(m_aOffsets[i]);
+        XVUInt ulTamanho = 0;
+        std::memcpy(&ulTamanho, pPrefixo, k_uiTamanhoPrefixo);
+        if (ulTamanho != uiTexto) return false;
+        rPedaco.bTemNul |= std::memchr(pPrefixo + k_uiTamanhoPrefixo, 0, uiTexto) != nullptr;
+    }
+    return true;
 }
 
 HRESULT CXVTextFile::LeTodos(std::vector<std::string>* plistaTextos) const {
@@ -245,5 +279,5 @@ XVUInt64 CXVTextFile::GetQtdRegistros() const {
 
 XVUInt64 CXVTextFile::GetMemoria() const {
     const std::shared_lock lock(GetLock());
-    return sizeof(*this) + m_aOffsets.GetMemoria();
+    return sizeof(*this) + m_aOffsets.GetMemoria() + m_lidos.GetFim();
 }

@@ -1,5 +1,6 @@
 // A file of length-prefixed texts addressed by 1-based position. Memory holds where each text lies; the text
-// is read from the open file, and its prefix must still be the one that was found there.
+// is read from the open file, or from memory where the file is read often, and its prefix must still be the
+// one that was found there.
 //
 // A changed text is never rewritten in place: the new one is appended and the old bytes stay behind,
 // unreferenced; the file only grows. Texts are bytes, never converted. Thread rule: any thread after
@@ -17,6 +18,7 @@
 
 #include "core/xvdatabase/XVArrayRegistros.h"
 #include "core/xvdatabase/XVFileBase.h"
+#include "core/xvdatabase/XVTextosLidos.h"
 
 class CXVTextFile : public CXVFileBase {
   public:
@@ -32,6 +34,9 @@ class CXVTextFile : public CXVFileBase {
     // or the code of a failed read; then the text is empty.
     HRESULT Le(XVUInt uiPosicao, std::string& sTexto) const;
     HRESULT Le(XVUInt uiPosicao, std::string* psTexto) const { return Le(uiPosicao, *psTexto); }
+    // After a reading: brings the texts into memory where so many are read that this costs less, and gives
+    // the bytes that it took. uiMaximo: bytes of a file that may be in memory.
+    XVUInt64 CarregaTextosLidos(XVUInt64 uiMaximo) const;
     // Appends all texts, with all their bytes.
     HRESULT LeTodos(std::vector<std::string>* plistaTextos) const;
 
@@ -50,7 +55,7 @@ class CXVTextFile : public CXVFileBase {
                            std::span<const std::string_view> aRegistros);
 
     XVUInt64 GetQtdRegistros() const;
-    // Bytes that the object and its table take.
+    // Bytes that the object, its table and the texts in memory take.
     XVUInt64 GetMemoria() const;
     static constexpr std::size_t k_uiMemoriaRegistro = sizeof(XVUInt64);
 
@@ -70,6 +75,7 @@ class CXVTextFile : public CXVFileBase {
                                   std::size_t uiTamanho) const;
     std::size_t GetTamanhoTexto(std::size_t uiIndice) const;
     HRESULT LeTexto(std::size_t uiIndice, std::string& sTexto) const;
+    bool ConferePedaco(CXVTextosLidos::SPedaco& rPedaco) const;
     HRESULT LeVisto(XVUInt uiPosicao, std::string& sTexto) const;
     HRESULT CarregaNovos();
     HRESULT AbreParaGravacao();
@@ -85,4 +91,5 @@ class CXVTextFile : public CXVFileBase {
     XVUInt64 m_uiSeek = 0;                                        // of the payload in the file
     std::vector<std::unique_ptr<CPreparados>> m_listaPreparados;  // used again and again
     std::size_t m_uiTextosPreparados = 0;
+    mutable CXVTextosLidos m_lidos;
 };

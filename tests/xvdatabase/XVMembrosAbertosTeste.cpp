@@ -173,6 +173,27 @@ TEST_F(MembrosAbertos, DanoDoTextoDepoisDaCargaTemOMesmoCodigo) {
     XVIgnora(m_xvDB.Finaliza());
 }
 
+TEST_F(MembrosAbertos, TextosMuitoLidosFicamNaMemoriaEContamNoOrcamento) {
+    SetOrcamento(1);
+    CriaRegistros('A', 2, k_ulRegistros);
+    const std::string sLongo(60000, 'x');
+    for (const XVUInt64 i : {1U, 2U, 3U, 4U})
+        Cria(Nome('T', i), ArquivoComCabecalho(Nome('T', i), Prefixado(sLongo) + Prefixado({"a\0b", 3})));
+    ASSERT_EQ(m_xvDB.Inicializa(&m_Dono), S_OK);
+    for (const XVUInt64 uiChave : {1U, 2U, 3U, 4U})
+        for (XVUInt i = 1; i <= 4; ++i) EXPECT_EQ(LeTexto(uiChave, 2 - i % 2), i % 2 == 1 ? sLongo : "a");
+    const XVUInt64 uiLidas = m_Falhas.GetQuantidade(EOperacaoArquivo::eLe);
+    EXPECT_EQ(LeTexto(4, 1), sLongo);
+    EXPECT_EQ(LeTexto(4, 2), "a");
+    EXPECT_EQ(m_Falhas.GetQuantidade(EOperacaoArquivo::eLe), uiLidas);
+    XVUInt uiPosicao = 0;
+    EXPECT_EQ(m_t.Grava(4, uiPosicao, "novo"), S_OK);
+    EXPECT_EQ(LeTexto(4, 3), "novo") << "behind what is in memory";
+    Usa('A', 1);
+    EXPECT_EQ(Usa('A', 2), "A1A2T2T3T4") << "800,000 bytes of records and 240,000 of texts";
+    ASSERT_EQ(m_xvDB.Finaliza(), S_OK);
+}
+
 TEST_F(MembrosAbertos, LeiturasCorremAoLadoDeOutrasEDaCargaDeUmMembro) {
     CXVSistemaArquivosGancho arquivos(m_Falhas);
     const CXVGuardaSistemaArquivos guarda(arquivos);

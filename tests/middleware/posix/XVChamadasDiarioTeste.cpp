@@ -1,8 +1,12 @@
 // What the operation journal asks of the operating system for each recording: nothing where nothing is
 // flushed, one flush before the first file where it is.
+#include <sys/resource.h>
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <csignal>
+#include <filesystem>
+#include <map>
 #include <optional>
 #include <set>
 
@@ -61,6 +65,34 @@ TEST_F(CXVChamadasDiario, SemDescargaODiarioNaoFazChamadaNenhuma) {
               std::vector<SChamada>{});
     for (const SChamada& rChamada : chamadas.Filtra({EChamada::ePwrite}))
         ASSERT_NE(rChamada.uiArquivo, m_uiDiario);
+}
+
+// A file with a window on its header is made shorter like any other, and its header follows.
+TEST_F(CXVChamadasDiario, DiscoCheioDevolveOComprimentoTambemAoArquivoComJanela) {
+    const TLoja pLoja = Abre(0);
+    Grava(*pLoja, 200);
+    const auto tamanhos = [this] {
+        std::map<std::string, std::uintmax_t> mapa;
+        for (const auto& r : std::filesystem::directory_iterator(m_diretorio.Junta("MATRIZ/DF")))
+            if (r.path().extension() == ".dat") mapa[r.path().filename().string()] = r.file_size();
+        return mapa;
+    };
+    const auto antes = tamanhos();
+    CXVIntegracaoTeste integracao(77, Mercos, eXVSMiddleware_Enviado);
+    integracao.Textos("j", "m", std::string(400000, 'r'));
+    REG_XVDMC regDmc;
+    rlimit anterior{};
+    ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &anterior), 0);
+    const auto pfnAnterior = signal(SIGXFSZ, SIG_IGN);
+    const rlimit apertado{400000, anterior.rlim_max};
+    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &apertado), 0);
+    const HRESULT hr = pLoja->GravaIntegracao(&regDmc, integracao.Ptr());
+    setrlimit(RLIMIT_FSIZE, &anterior);
+    signal(SIGXFSZ, pfnAnterior);
+    EXPECT_EQ(hr, eDiskFull);
+    EXPECT_EQ(tamanhos(), antes);
+    EXPECT_EQ(pLoja->GravaIntegracao(&regDmc, integracao.Ptr()), S_OK);
+    EXPECT_EQ(regDmc.GetPonteiro(), 202U) << "nothing is left of the one that failed";
 }
 
 // For each: entry, flush, number in progress, five files, number of the last one. Once the ring is full the
