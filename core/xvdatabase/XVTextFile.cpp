@@ -125,6 +125,7 @@ HRESULT CXVTextFile::Le(XVUInt uiPosicao, std::string& sTexto) const {
 }
 
 XVUInt64 CXVTextFile::CarregaTextosLidos(XVUInt64 uiMaximo) const {
+    if (!m_lidos.FoiMuitoLido()) return 0;
     const std::shared_lock lock(GetLock());
     if (m_uiFim > uiMaximo || !ExisteArquivo() || GetDataBase()->GetVisao() != nullptr) return 0;
     return m_lidos.Carrega(m_uiFim, [this](CXVTextosLidos::SPedaco& rPedaco) {

@@ -38,6 +38,8 @@ class CXVTextosLidos {
         while (p != nullptr && uiOffset < p->uiInicio) p = p->pAnterior;
         return p != nullptr && uiTamanho <= p->uiFim && uiOffset <= p->uiFim - uiTamanho ? p : nullptr;
     }
+    // Whether so much was read from the file that Carrega may be worth its call.
+    bool FoiMuitoLido() const { return m_uiLidos.load(std::memory_order_relaxed) >= k_uiMenorPedaco; }
     void ContaLeitura(XVUInt64 uiBytes) { m_uiLidos.fetch_add(uiBytes, std::memory_order_relaxed); }
     XVUInt64 GetFim() const {
         const SPedaco* p = m_pUltimo.load(std::memory_order_acquire);
@@ -48,7 +50,7 @@ class CXVTextosLidos {
     // fills the piece's bytes and says whether it could. Gives the bytes that are in memory now and were not.
     template <class TCarrega>
     XVUInt64 Carrega(XVUInt64 uiFim, TCarrega carrega) {
-        if (m_uiLidos.load(std::memory_order_relaxed) < k_uiMenorPedaco || !Compensa(uiFim)) return 0;
+        if (!Compensa(uiFim)) return 0;
         const std::unique_lock lock(m_mutex, std::try_to_lock);
         if (!lock.owns_lock() || !Compensa(uiFim)) return 0;
         m_uiLidos.store(0, std::memory_order_relaxed);
