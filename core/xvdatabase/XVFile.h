@@ -64,7 +64,6 @@ class CXVFile : public CXVFileBase {
         const std::shared_lock lock(GetLock());
         return sizeof(*this) + m_aRegistros.GetMemoria();
     }
-    static constexpr std::size_t k_uiMemoriaRegistro = sizeof(T);
     // The whole array, for a database with direct access; otherwise null.
     const TXVArrayRegistros<T>* GetPtrRegistros() const {
         return GetDataBase()->PermiteAcessoDireto() ? &m_aRegistros : nullptr;

@@ -117,9 +117,15 @@ HRESULT CXVFileBase::AbreComTentativas(const std::string& sPath, XVUInt eModoAbe
     return TentaAbrir(sPath, [&] { return XVPlataforma::SistemaArquivos().Abre(sPath, abertura, pArquivo); });
 }
 
-// Causes that have a code at once are not waited for.
+// Causes that have a code at once are not waited for, and handles not where members can give theirs.
 HRESULT CXVFileBase::TentaAbrir(const std::string& sPath, const std::function<CXVErroArquivo()>& abre) {
-    const CXVErroArquivo erro = XVTenta(k_iTentativasLongas, abre, [](const CXVErroArquivo& rErro) {
+    const auto abreOuCede = [&] {
+        const CXVErroArquivo erroAbre = abre();
+        const bool bCede = erroAbre.GetCausa() == ECausaArquivo::eMuitosArquivosAbertos &&
+                           m_pDataBase->GetMemoriaMembros().CedeHandles();
+        return bCede ? abre() : erroAbre;
+    };
+    const CXVErroArquivo erro = XVTenta(k_iTentativasLongas, abreOuCede, [](const CXVErroArquivo& rErro) {
         return !rErro.Ok() && XVCodigosArquivo::DeAberturaImediata(rErro.GetCausa()).pszNome == nullptr;
     });
     if (erro.Ok()) return S_OK;

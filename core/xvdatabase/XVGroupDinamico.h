@@ -88,6 +88,8 @@ class TXVGroupDinamico : public CXVGroupFileBase, private IXVMembrosAbertos {
         TMembro* pXVFileInterface = nullptr;
         XV_CHECK(GetXVFile(uiChaveNomeArquivo, pXVFileInterface));
         const std::shared_lock lock(GetLock());
+        // A member that a write was to make is forgotten when the write fails, without the opening lock.
+        if (BuscaAberto(uiChaveNomeArquivo) != pXVFileInterface) XV_FALHA(E_XVCR_ARQUIVO_GROUP_NAO_ENCONTRADO);
         return operacao(pXVFileInterface);
     }
 
@@ -119,15 +121,18 @@ class TXVGroupDinamico : public CXVGroupFileBase, private IXVMembrosAbertos {
     HRESULT PreparaNoMembro(CXVOperacao& rOperacao, XVUInt64 uiChaveNomeArquivo, XVUInt& uiPosicao,
                             const TColecao& aRegistros) {
         bool bAberto = false;
+        XVUInt64 uiCresceu = 0;
         {
             const std::shared_lock lock(GetLock());
             if (TMembro* pXVFile = BuscaAberto(uiChaveNomeArquivo)) {
+                const XVUInt64 uiAntes = pXVFile->GetMemoria();
                 XV_PREPARA(rOperacao, pXVFile->PreparaColecao(rOperacao, uiPosicao, aRegistros));
+                uiCresceu = pXVFile->GetMemoria() - uiAntes;
                 bAberto = true;
             }
         }
         if (!bAberto) return PreparaNoMembroFechado(rOperacao, uiChaveNomeArquivo, uiPosicao, aRegistros);
-        ContaCrescimento(aRegistros.size() * TMembro::k_uiMemoriaRegistro);
+        if (uiCresceu > 0) ContaCrescimento(uiCresceu);
         return S_OK;
     }
 
@@ -168,9 +173,7 @@ class TXVGroupDinamico : public CXVGroupFileBase, private IXVMembrosAbertos {
     // A viewer loads a member in moments of its own: the moment of the call would not last so long.
     HRESULT CarregaMembro(IXVFileBase* pXVFileInterface) {
         const CXVMomento::CAtivo suspende(nullptr);
-        if (const HRESULT hr = XV_REGISTRA(pXVFileInterface->Inicializa(this)); hr != eTooManyOpenFiles)
-            return hr;
-        GetMemoriaMembros().FechaDispensaveis(this);
+        const CXVMemoriaMembros::CCarga carga(GetMemoriaMembros(), *this);
         XV_CHECK(pXVFileInterface->Inicializa(this));
         return S_OK;
     }

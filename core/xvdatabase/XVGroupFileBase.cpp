@@ -88,9 +88,9 @@ HRESULT CXVGroupFileBase::ProcuraMembroNovo(XVUInt64 uiChaveNomeArquivo, IXVFile
     SAreaVista area;
     XV_CHECK(XVCodigosArquivo::CodigoDeExcecao(arquivo.GetArea(&area)));
     if (!area.bExiste) return S_OK;
-    std::unique_ptr<IXVFileBase>& pNovo = m_mapFiles[uiChaveNomeArquivo];
-    pNovo = CriaMembro(uiChaveNomeArquivo);
+    std::unique_ptr<IXVFileBase> pNovo = CriaMembro(uiChaveNomeArquivo);
     pXVFileInterface = pNovo.get();
+    m_mapFiles[uiChaveNomeArquivo] = std::move(pNovo);
     return S_OK;
 }
 

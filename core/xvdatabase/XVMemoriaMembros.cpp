@@ -21,6 +21,10 @@ void CXVMemoriaMembros::LeOrcamento(EModulo eModulo) {
     m_uiMaximoAbertos = XVAmbienteSO::GetMaximoArquivosAbertos() / 2;
 }
 
+bool CXVMemoriaMembros::CedeHandles() {
+    return m_idCarrega == std::this_thread::get_id() && FechaAte(m_pGrupoCarrega, 0, 0);
+}
+
 bool CXVMemoriaMembros::Cresce(XVUInt64 uiBytes) {
     if (m_uiCrescimento.fetch_add(uiBytes, std::memory_order_relaxed) + uiBytes < k_uiCrescimentoVisto)
         return false;
@@ -28,8 +32,8 @@ bool CXVMemoriaMembros::Cresce(XVUInt64 uiBytes) {
     return true;
 }
 
-void CXVMemoriaMembros::FechaAte(const IXVMembrosAbertos* pAbre, XVUInt64 uiMemoria, std::size_t uiAbertos) {
-    while (true) {
+bool CXVMemoriaMembros::FechaAte(const IXVMembrosAbertos* pAbre, XVUInt64 uiMemoria, std::size_t uiAbertos) {
+    for (bool bFechou = false;; bFechou = true) {
         IXVMembrosAbertos::SResumo total;
         IXVMembrosAbertos* pGrupo = nullptr;
         for (IXVMembrosAbertos* p : m_listaGrupos) {
@@ -42,7 +46,7 @@ void CXVMemoriaMembros::FechaAte(const IXVMembrosAbertos* pAbre, XVUInt64 uiMemo
             total.uiUsoMaisAntigo = resumo.uiUsoMaisAntigo;
             pGrupo = p;
         }
-        if (total.uiMemoria <= uiMemoria && total.uiAbertos <= uiAbertos) return;
-        if (pGrupo == nullptr || !pGrupo->FechaMaisAntigo()) return;
+        if (total.uiMemoria <= uiMemoria && total.uiAbertos <= uiAbertos) return bFechou;
+        if (pGrupo == nullptr || !pGrupo->FechaMaisAntigo()) return bFechou;
     }
 }

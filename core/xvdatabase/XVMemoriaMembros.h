@@ -13,6 +13,7 @@
 #include <atomic>
 #include <limits>
 #include <mutex>
+#include <thread>
 #include <vector>
 
 #include "support/XVAmbiente.h"
@@ -56,16 +57,35 @@ class CXVMemoriaMembros {
     // Under the opening lock and no other: closes members until what is open is within the budget and, with
     // pAbre, one more may open in that group.
     void Acomoda(const IXVMembrosAbertos* pAbre) { FechaAte(pAbre, m_uiOrcamento, m_uiMaximoAbertos); }
-    // The same down to what each group keeps open: the system has no handle left.
-    void FechaDispensaveis(const IXVMembrosAbertos* pAbre) { FechaAte(pAbre, 0, 0); }
-    // Counts bytes by which open members are about to grow. True: so many that Acomoda is due.
+    // For an opening for which the system has no handle left. While this thread loads a member, closes members
+    // down to what each group keeps open; false: nothing was closed.
+    bool CedeHandles();
+    // Counts bytes by which open members grew. True: so many that Acomoda is due.
     bool Cresce(XVUInt64 uiBytes);
 
+    // Around the loading of a member of rGrupo.
+    class CCarga {
+      public:
+        CCarga(CXVMemoriaMembros& rMemoria, const IXVMembrosAbertos& rGrupo) : m_rMemoria(rMemoria) {
+            m_rMemoria.m_pGrupoCarrega = &rGrupo;
+            m_rMemoria.m_idCarrega = std::this_thread::get_id();
+        }
+        ~CCarga() { m_rMemoria.m_idCarrega = std::thread::id(); }
+        CCarga(const CCarga&) = delete;
+        CCarga& operator=(const CCarga&) = delete;
+
+      private:
+        CXVMemoriaMembros& m_rMemoria;
+    };
+
   private:
-    void FechaAte(const IXVMembrosAbertos* pAbre, XVUInt64 uiMemoria, std::size_t uiAbertos);
+    // Whether any was closed.
+    bool FechaAte(const IXVMembrosAbertos* pAbre, XVUInt64 uiMemoria, std::size_t uiAbertos);
 
     std::mutex m_mutexAbertura;
     std::vector<IXVMembrosAbertos*> m_listaGrupos;
+    std::atomic<std::thread::id> m_idCarrega;  // of nobody: no member is being loaded
+    const IXVMembrosAbertos* m_pGrupoCarrega = nullptr;
     XVUInt64 m_uiOrcamento = 0;                 // bytes
     std::size_t m_uiMaximoAbertos = 0;          // members
     std::atomic<XVUInt64> m_uiUltimoUso = 1;    // 0 is the use of a member that was not used yet

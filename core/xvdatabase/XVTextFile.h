@@ -57,7 +57,6 @@ class CXVTextFile : public CXVFileBase {
     XVUInt64 GetQtdRegistros() const;
     // Bytes that the object, its table and the texts in memory take.
     XVUInt64 GetMemoria() const;
-    static constexpr std::size_t k_uiMemoriaRegistro = sizeof(XVUInt64);
 
   protected:
     HRESULT OnInicializa() override;
