@@ -99,8 +99,10 @@ TEST(OrdenacaoDmc, ListasLongasECurtasFicamEmOrdem) {
             std::vector<REG_XVDMC> listaOrdenada = lista;
             std::sort(listaOrdenada.begin(), listaOrdenada.end(),
                       [](REG_XVDMC reg1, REG_XVDMC reg2) { return reg1.uiValor < reg2.uiValor; });
-            XVOrdenaDmcs(lista);
-            EXPECT_TRUE(lista == listaOrdenada) << uiQuantidade;
+            CXVListaAchadas achadas;
+            std::copy(lista.begin(), lista.end(), achadas.Amplia(uiQuantidade));
+            XVOrdenaDmcs(achadas);
+            EXPECT_TRUE(std::ranges::equal(achadas.GetDmcs(), listaOrdenada)) << uiQuantidade;
         }
 }
 
