@@ -1,5 +1,5 @@
-// The DMCs that a search finds, in the memory in which the caller of the interface gets them: what was found is
-// copied for nobody.
+// The DMCs that a search finds, in the memory in which the caller of the interface gets them: what was found
+// is copied for nobody.
 //
 // Thread rule: one thread.
 #pragma once
@@ -25,8 +25,8 @@ class CXVListaAchadas {
     std::size_t size() const { return m_uiQuantidade; }
     bool empty() const { return m_uiQuantidade == 0; }
 
-    // Hands the memory over, without what it has too much; an empty list is null and 0. E_INVALIDARG: more than
-    // the record counts.
+    // Hands the memory over, without what it has too much; an empty list is null and 0. E_INVALIDARG: more
+    // than the record counts.
     HRESULT Entrega(_REG_DF_LISTA_XVDMCPS* pReg);
 
   private:

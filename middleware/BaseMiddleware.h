@@ -11,10 +11,10 @@
 
 #include "contract/XVCR_RegistrosPS.h"
 #include "contract/XVDadosCR.h"
+#include "contract/XVListaAchadas.h"
 #include "core/xvdatabase/XVDataBaseFacade.h"
 #include "middleware/XVDataBase_CR_Middleware.h"
 #include "middleware/XVFiltroBusca.h"
-#include "contract/XVListaAchadas.h"
 #include "middleware/XVOperacoesGenericas.h"
 #include "suite/XVMiddlewareFacade.h"
 

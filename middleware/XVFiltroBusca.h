@@ -55,7 +55,9 @@ class CXVFiltroBusca {
     bool LimitaChave() const {
         return GetChaveInicial() != 0 || m_uiChaveFinal != std::numeric_limits<XVUInt64>::max();
     }
-    bool AdmiteChave(XVUInt64 uiChave) const { return uiChave >= GetChaveInicial() && uiChave <= m_uiChaveFinal; }
+    bool AdmiteChave(XVUInt64 uiChave) const {
+        return uiChave >= GetChaveInicial() && uiChave <= m_uiChaveFinal;
+    }
     bool TemNivel2() const { return m_bTemNivel2; }
     bool PassaNivel2(const REG_CR_INTEGRACAO_MIDDLEWARE_V2& reg) const;
 

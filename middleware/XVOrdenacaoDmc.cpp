@@ -27,8 +27,8 @@ std::vector<std::size_t> ContaDias(std::span<const REG_XVDMC> lista, XVUInt ulPr
 
 }  // namespace
 
-// One move brings each DMC to its day. Within a day the order is that of the index, in which positions ascend but
-// where a newer integration took over the record of an older one.
+// One move brings each DMC to its day. Within a day the order is that of the index, in which positions ascend
+// but where a newer integration took over the record of an older one.
 void XVOrdenaDmcs(CXVListaAchadas& lista) {
     const std::span<REG_XVDMC> aDmcs = lista.GetDmcs();
     if (aDmcs.size() < k_uiMinimo) return std::sort(aDmcs.begin(), aDmcs.end(), EhMenor);

@@ -1,5 +1,5 @@
-// Sorting of what a search found. The date of a DMC stands in its highest bits, so the records of one file come
-// together. Thread rule: none but the caller's; the list is the caller's alone.
+// Sorting of what a search found. The date of a DMC stands in its highest bits, so the records of one file
+// come together. Thread rule: none but the caller's; the list is the caller's alone.
 #pragma once
 
 #include "contract/XVListaAchadas.h"

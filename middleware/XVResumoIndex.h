@@ -1,6 +1,6 @@
-// What the integration index keeps beside its records: one byte for status and system of each, how many records
-// have each of these bytes, and whether the records lie in the order of their DMCs. A search for a status or a
-// system passes over a million bytes and looks only at the records that it finds.
+// What the integration index keeps beside its records: one byte for status and system of each, how many
+// records have each of these bytes, and whether the records lie in the order of their DMCs. A search for a
+// status or a system passes over a million bytes and looks only at the records that it finds.
 //
 // Thread rule: that of the file.
 #pragma once
@@ -16,8 +16,8 @@ struct TXVResumo<REG_CR_INDEX_INTEGRACAO_V1> {
   public:
     using TRegistros = TXVArrayRegistros<REG_CR_INDEX_INTEGRACAO_V1>;
 
-    // The class of a record: bits 0-2 the status, 7 for every status above 6; bits 3-7 the system: 0 for none,
-    // n for the bit n - 1 alone, 31 for every other value.
+    // The class of a record: bits 0-2 the status, 7 for every status above 6; bits 3-7 the system: 0 for
+    // none, n for the bit n - 1 alone, 31 for every other value.
     static constexpr std::size_t k_uiClasses = 256;
     static constexpr XVByte GetClasse(const REG_CR_INDEX_INTEGRACAO_V1& reg) {
         const XVUInt ulStatus = std::min(reg.eStatusIntegracao, k_ulOutroStatus);

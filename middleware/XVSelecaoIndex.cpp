@@ -8,8 +8,8 @@ void CXVSelecaoIndex::Ve(TParte aRegistros, std::size_t uiPrimeiro, const TResum
     for (std::size_t i = 0; i < aRegistros.size(); i += k_uiPorVez) {
         const TParte aVez = aRegistros.subspan(i, std::min(k_uiPorVez, aRegistros.size() - i));
         REG_XVDMC* pDmcs = m_rAchadas.Amplia(aVez.size());
-        const std::size_t uiAchadas = m_bTodas && m_bTodasExatas ? CopiaTodos(aVez, pDmcs)
-                                                                 : Seleciona(aVez, pClasses + i, pDmcs);
+        const std::size_t uiAchadas =
+            m_bTodas && m_bTodasExatas ? CopiaTodos(aVez, pDmcs) : Seleciona(aVez, pClasses + i, pDmcs);
         m_rAchadas.Encurta(aVez.size() - uiAchadas);
     }
 }
@@ -19,7 +19,8 @@ void CXVSelecaoIndex::Prepara(const TResumo& rResumo) {
     for (std::size_t uiClasse = 0; uiClasse < TResumo::k_uiClasses; ++uiClasse) {
         if (rResumo.GetQuantos(uiClasse) == 0) continue;
         const bool bExata = TResumo::EhExata(uiClasse);
-        if (bExata && !m_rFiltro.AdmiteStatusESistema(TResumo::GetStatus(uiClasse), TResumo::GetSistema(uiClasse))) {
+        if (bExata &&
+            !m_rFiltro.AdmiteStatusESistema(TResumo::GetStatus(uiClasse), TResumo::GetSistema(uiClasse))) {
             m_bTodas = false;
             continue;
         }
@@ -42,8 +43,8 @@ void CXVSelecaoIndex::VeCadaUm(TParte aRegistros) {
     }
 }
 
-// Only the key decides, if anything does. The loops store each DMC and keep it by counting it: what passes is no
-// matter of chance to a branch.
+// Only the key decides, if anything does. The loops store each DMC and keep it by counting it: what passes is
+// no matter of chance to a branch.
 std::size_t CXVSelecaoIndex::CopiaTodos(TParte aRegistros, REG_XVDMC* pDmcs) const {
     if (!m_rFiltro.LimitaChave()) {
         for (const REG_CR_INDEX_INTEGRACAO_V1& reg : aRegistros) *pDmcs++ = reg.regDmcIntegracao;
@@ -52,7 +53,7 @@ std::size_t CXVSelecaoIndex::CopiaTodos(TParte aRegistros, REG_XVDMC* pDmcs) con
     std::size_t uiAchadas = 0;
     for (const REG_CR_INDEX_INTEGRACAO_V1& reg : aRegistros) {
         pDmcs[uiAchadas] = reg.regDmcIntegracao;
-        uiAchadas += m_rFiltro.AdmiteChave(reg.uiChaveIntegracaoSistemaTerceiro) ? 1 : 0;
+        uiAchadas += m_rFiltro.AdmiteChave(reg.uiChaveIntegracaoSistemaTerceiro) ? 1U : 0U;
     }
     return uiAchadas;
 }
@@ -78,15 +79,22 @@ bool CXVSelecaoIndex::TemAlguma(const XVByte* pClasses) const {
     return ucAlguma != 0;
 }
 
+// First by the classes alone: records that do not pass are not fetched from memory.
 std::size_t CXVSelecaoIndex::SelecionaGrupo(TParte aRegistros, const XVByte* pClasses,
                                             REG_XVDMC* pDmcs) const {
-    std::size_t uiAchadas = 0;
+    std::array<XVByte, k_uiGrupo> aIndices;
+    std::size_t uiAdmitidas = 0;
     for (std::size_t i = 0; i < aRegistros.size(); ++i) {
-        const REG_CR_INDEX_INTEGRACAO_V1& reg = aRegistros[i];
+        aIndices[uiAdmitidas] = static_cast<XVByte>(i);
+        uiAdmitidas += m_aAdmite[pClasses[i]];
+    }
+    std::size_t uiAchadas = 0;
+    for (std::size_t k = 0; k < uiAdmitidas; ++k) {
+        const REG_CR_INDEX_INTEGRACAO_V1& reg = aRegistros[aIndices[k]];
         pDmcs[uiAchadas] = reg.regDmcIntegracao;
         const bool bPassa = m_bTodasExatas ? m_rFiltro.AdmiteChave(reg.uiChaveIntegracaoSistemaTerceiro)
                                            : m_rFiltro.PassaNivel1(reg);
-        uiAchadas += m_aAdmite[pClasses[i]] & (bPassa ? 1 : 0);
+        uiAchadas += bPassa ? 1U : 0U;
     }
     return uiAchadas;
 }

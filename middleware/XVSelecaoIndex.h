@@ -1,6 +1,6 @@
-// The first level of a search: which records of the index pass the filter. Where the index has a summary, whole
-// groups of records are passed over by their classes; records that a viewer reads are each asked. Both find the
-// same.
+// The first level of a search: which records of the index pass the filter. Where the index has a summary,
+// whole groups of records are passed over by their classes; records that a viewer reads are each asked. Both
+// find the same.
 //
 // Thread rule: one thread.
 #pragma once
@@ -8,8 +8,8 @@
 #include <span>
 #include <vector>
 
-#include "middleware/XVFiltroBusca.h"
 #include "contract/XVListaAchadas.h"
+#include "middleware/XVFiltroBusca.h"
 #include "middleware/XVResumoIndex.h"
 
 class CXVSelecaoIndex {
@@ -41,7 +41,7 @@ class CXVSelecaoIndex {
     bool m_bEmOrdem = true;
     XVUInt64 m_uiUltimo = 0;
     std::array<XVByte, TResumo::k_uiClasses> m_aAdmite{};  // 1: records of the class may pass
-    std::vector<XVByte> m_listaAdmitidas;                  // these classes, as far as there are records of them
-    bool m_bTodas = true;        // no record has another class than these
-    bool m_bTodasExatas = true;  // what passes by its class passes by its status and system
+    std::vector<XVByte> m_listaAdmitidas;  // these classes, as far as there are records of them
+    bool m_bTodas = true;                  // no record has another class than these
+    bool m_bTodasExatas = true;            // what passes by its class passes by its status and system
 };

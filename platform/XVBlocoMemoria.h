@@ -1,5 +1,5 @@
-// A block of memory whose elements are not set before somebody sets them. A large one asks the system for large
-// pages, which cost fewer faults while it is filled and fewer translations of addresses afterwards.
+// A block of memory whose elements are not set before somebody sets them. A large one asks the system for
+// large pages, which cost fewer faults while it is filled and fewer translations of addresses afterwards.
 //
 // Thread rule: none but the owner's.
 #pragma once

@@ -52,8 +52,9 @@ class CXVFile : public CXVFileBase {
     HRESULT LeColecao(XVUInt uiPosicao, XVUInt64 uiQtd, std::vector<T>& aRegistros) const;
 
     // Shows all records in order, in as many parts as they lie in: fnVe(std::span<const T>, number of the
-    // first of them from 0 on, const TXVResumo<T>*). No copy is made of what is in memory. Of what a viewer reads
-    // from the disk there is no summary. Writers of the file wait until it returns: fnVe must not call the file.
+    // first of them from 0 on, const TXVResumo<T>*). No copy is made of what is in memory. Of what a viewer
+    // reads from the disk there is no summary. Writers of the file wait until it returns: fnVe must not call
+    // the file.
     template <class TVe>
     HRESULT Percorre(TVe fnVe) const;
 

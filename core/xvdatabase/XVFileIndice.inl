@@ -13,9 +13,16 @@ HRESULT CXVFile<T>::IncluiIndex(const TDataBase* pDataBase, XVUInt uiColunaIndex
         for (const T& reg : aRegistros)
             *puiChaves++ = static_cast<const TDataBase*>(p)->GetChaveIndex(reg, uiColuna);
     };
-    m_listaIndices.push_back({pDataBase, pfGetChaves, bPermiteChaveZerada, bPermiteChaveRepetida,
-                              CXVIndice(bPermiteChaveRepetida), false, {}});
-    const HRESULT hr = XV_REGISTRA(IniciaIndex(m_listaIndices.back(), uiColunaIndexacao));
+    m_listaIndices.push_back({pDataBase,
+                              pfGetChaves,
+                              bPermiteChaveZerada,
+                              bPermiteChaveRepetida,
+                              CXVIndice(bPermiteChaveRepetida),
+                              false,
+                              {}});
+    const HRESULT hr =
+        XV_REGISTRA_COMPLETO(this, IniciaIndex(m_listaIndices.back(), uiColunaIndexacao),
+                             "AtualizaIndexDoArquivo(m_listaIndices.back(), uiColunaIndexacao)");
     if (FAILED(hr)) m_listaIndices.pop_back();
     return Recusa(hr);
 }
@@ -23,7 +30,8 @@ HRESULT CXVFile<T>::IncluiIndex(const TDataBase* pDataBase, XVUInt uiColunaIndex
 template <class T>
 HRESULT CXVFile<T>::ConstroiIndices() {
     for (std::size_t idx = 0; idx < m_listaIndices.size(); ++idx)
-        XV_CHECK(IniciaIndex(m_listaIndices[idx], idx));
+        XV_CHECK_TEXTO(IniciaIndex(m_listaIndices[idx], idx),
+                       "AtualizaIndexDoArquivo(m_listaIndices[idx], idx)");
     return S_OK;
 }
 
@@ -31,8 +39,7 @@ template <class T>
 HRESULT CXVFile<T>::IniciaIndex(SIndice& rIndice, std::size_t uiColuna) {
     rIndice.indice.Limpa();
     rIndice.bConstruido = false;
-    if (!rIndice.AceitaTudo()) XV_CHECK(AtualizaIndexDoArquivo(rIndice, uiColuna));
-    return S_OK;
+    return rIndice.AceitaTudo() ? S_OK : AtualizaIndexDoArquivo(rIndice, uiColuna);
 }
 
 // Builds one index anew from all records in memory.
@@ -47,13 +54,12 @@ HRESULT CXVFile<T>::AtualizaIndexDoArquivo(SIndice& rIndice, std::size_t uiColun
     m_aRegistros.Percorre(anota);
     const std::span<const XVUInt64> aChaves(chaves.get(), m_aRegistros.size());
     // Of several faults the record that comes first decides.
-    const auto itZerada = rIndice.bPermiteChaveZerada ? aChaves.end()
-                                                      : std::find(aChaves.begin(), aChaves.end(), XVUInt64{0});
+    const auto itZerada =
+        rIndice.bPermiteChaveZerada ? aChaves.end() : std::find(aChaves.begin(), aChaves.end(), XVUInt64{0});
     // Writes that are prepared already must find room for what they bring.
     const std::size_t uiPrevistas = std::max<std::size_t>(m_ulUltimaPrevista, aChaves.size());
-    const bool bRepetida =
-        !rIndice.indice.Constroi(aChaves.first(static_cast<std::size_t>(itZerada - aChaves.begin())),
-                                 uiPrevistas - aChaves.size());
+    const bool bRepetida = !rIndice.indice.Constroi(
+        aChaves.first(static_cast<std::size_t>(itZerada - aChaves.begin())), uiPrevistas - aChaves.size());
     if (bRepetida) XV_FALHA(E_XVCR_CHAVE_DE_INDEXACAO_REPETIDA);
     if (itZerada != aChaves.end()) XV_FALHA(E_XVCR_INDEXACAO_COM_POSICAO_ZERO);
     rIndice.bConstruido = true;
@@ -66,14 +72,14 @@ template <class TBusca>
 HRESULT CXVFile<T>::NoIndex(XVUInt uiColuna, TBusca busca) const {
     {
         const std::shared_lock lock(GetLock());
-        if (uiColuna >= m_listaIndices.size()) XV_FALHA(E_XVCR_COLUNA_INDEXACAO_INVALIDA);
+        if (uiColuna >= m_listaIndices.size()) XV_FALHA_EM("ExisteIndex", E_XVCR_COLUNA_INDEXACAO_INVALIDA);
         if (m_listaIndices[uiColuna].bConstruido) return busca();
     }
     const std::unique_lock lock(GetLock());
     // Nothing that is in the file or may be asked of it changes.
     auto* pThis = const_cast<CXVFile*>(this);
     SIndice& rIndice = pThis->m_listaIndices[uiColuna];
-    if (!rIndice.bConstruido) XV_CHECK(pThis->AtualizaIndexDoArquivo(rIndice, uiColuna));
+    if (!rIndice.bConstruido) XV_CHECK_EM("ExisteIndex", pThis->AtualizaIndexDoArquivo(rIndice, uiColuna));
     return busca();
 }
 
@@ -103,8 +109,7 @@ HRESULT CXVFile<T>::ValidaIndex(XVUInt uiPosicao, std::span<const T> aRegistros,
         }
         if (rIndice.bPermiteChaveRepetida) continue;
         const XVUInt uiPosicaoRegistro = uiPosicao == 0 ? 0 : static_cast<XVUInt>(uiPosicao + i);
-        if (!PodeManterChave(idx, uiChave, uiPosicaoRegistro))
-            XV_FALHA(E_XVCR_CHAVE_DE_INDEXACAO_REPETIDA);
+        if (!PodeManterChave(idx, uiChave, uiPosicaoRegistro)) XV_FALHA(E_XVCR_CHAVE_DE_INDEXACAO_REPETIDA);
         rIndice.setIndexOrdenar.push_back(uiChave);
     }
     std::sort(rIndice.setIndexOrdenar.begin(), rIndice.setIndexOrdenar.end());

@@ -22,13 +22,13 @@ class CXVIndice {
   public:
     explicit CXVIndice(bool bPermiteRepetida) : m_bPermiteRepetida(bPermiteRepetida) {}
 
-    // Makes the map anew of the keys of all positions from 1 on, with room for uiMais further ones. False: one
-    // repeats that must not, and the map is empty. Throws std::bad_alloc and leaves the map as it was.
+    // Makes the map anew of the keys of all positions from 1 on, with room for uiMais further ones. False:
+    // one repeats that must not, and the map is empty. Throws std::bad_alloc and leaves the map as it was.
     bool Constroi(std::span<const XVUInt64> aChaves, std::size_t uiMais = 0);
     void Limpa();
 
-    // Makes room for uiQuantidade further keys up to position uiUltimaPosicao: the inclusions that follow cannot
-    // fail. uiRegistros: how many positions chave answers for.
+    // Makes room for uiQuantidade further keys up to position uiUltimaPosicao: the inclusions that follow
+    // cannot fail. uiRegistros: how many positions chave answers for.
     template <class TChave>
     void Reserva(std::size_t uiQuantidade, XVUInt uiUltimaPosicao, std::size_t uiRegistros, TChave chave);
 
@@ -51,7 +51,9 @@ class CXVIndice {
     }
 
   private:
-    std::size_t Inicio(XVUInt64 uiChave) const { return static_cast<std::size_t>(Espalha(uiChave)) & m_uiMascara; }
+    std::size_t Inicio(XVUInt64 uiChave) const {
+        return static_cast<std::size_t>(Espalha(uiChave)) & m_uiMascara;
+    }
     std::size_t Seguinte(std::size_t i) const { return (i + 1) & m_uiMascara; }
     // The key's slot, or the free slot where it would go. At least one slot is always free.
     template <class TChave>

@@ -56,6 +56,7 @@ TEST(DadosCRTeste, RespostaEListaSaoBuffersDeQuemRecebe) {
     for (const XVUInt64 ui : {1U, 2U}) achadas.Inclui({ui});
     ASSERT_EQ(achadas.Entrega(&lista), S_OK);
     ASSERT_EQ(lista.ulQuantidade, 2U);
+    EXPECT_EQ(lista.pLista[0].uiValor, 1U);
     EXPECT_EQ(lista.pLista[1].uiValor, 2U);
     XVLiberaBuffers(&lista);
     EXPECT_EQ(lista.ulQuantidade, 0U);
