@@ -91,17 +91,3 @@ _REG_DF_LISTA_XVDMCPS XVVista(const std::vector<REG_XVDMC>& lista) {
     if (bCabe && !lista.empty()) reg.pLista = const_cast<REG_XVDMC*>(lista.data());
     return reg;
 }
-
-HRESULT XVListaToReg(const std::vector<REG_XVDMC>& lista, _REG_DF_LISTA_XVDMCPS* pReg) {
-    if (pReg == nullptr) return E_POINTER;
-    *pReg = {};
-    if (lista.empty()) return S_OK;
-    if (lista.size() > std::numeric_limits<XVUInt>::max()) return E_INVALIDARG;
-    const std::size_t uiBytes = lista.size() * sizeof(REG_XVDMC);
-    void* pBuffer = XVAmbienteSO::AlocaSaida(uiBytes);
-    if (pBuffer == nullptr) return E_OUTOFMEMORY;
-    std::memcpy(pBuffer, lista.data(), uiBytes);
-    pReg->ulQuantidade = static_cast<XVUInt>(lista.size());
-    pReg->pLista = static_cast<REG_XVDMC*>(pBuffer);
-    return S_OK;
-}

@@ -31,5 +31,3 @@ void XVLiberaBuffers(tagREG_CR_STATUS_CONSULTA_SISTEMA_TERCEIROPS* pReg);
 
 // A list for a call over the keys themselves, as CXVStringPS::Vista.
 _REG_DF_LISTA_XVDMCPS XVVista(const std::vector<REG_XVDMC>& lista);
-// Copies the keys into a new output list.
-HRESULT XVListaToReg(const std::vector<REG_XVDMC>& lista, _REG_DF_LISTA_XVDMCPS* pReg);

@@ -8,7 +8,7 @@
 #include "core/xvdatabase/XVTextFile.h"
 #include "fuzz/XVBancadaFuzz.h"
 #include "fuzz/XVCabecalhoReparado.h"
-#include "middleware/XVRegistrosMiddleware.h"
+#include "middleware/XVResumoIndex.h"
 
 namespace {
 

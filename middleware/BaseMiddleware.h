@@ -6,10 +6,12 @@
 // serialised per store, reads run beside them. Output records own their buffers (XVLiberaBuffers).
 #pragma once
 
+#include <span>
 #include <vector>
 
 #include "contract/XVCR_RegistrosPS.h"
 #include "contract/XVDadosCR.h"
+#include "contract/XVListaAchadas.h"
 #include "core/xvdatabase/XVDataBaseFacade.h"
 #include "middleware/XVDataBase_CR_Middleware.h"
 #include "middleware/XVFiltroBusca.h"
@@ -93,6 +95,7 @@ class CBaseMiddleware : public CXVDataBaseFacade<CXVDataBase_CR_Middleware, CXVB
 
   private:
     using CListaDmc = std::vector<REG_XVDMC>;
+    using CVistaDmcs = std::span<const REG_XVDMC>;
     using CListaPendencias = std::vector<CXVDadosCR_PendenciaIntegracaoSistema>;
 
     HRESULT ValidaAcesso() const;
@@ -149,14 +152,15 @@ class CBaseMiddleware : public CXVDataBaseFacade<CXVDataBase_CR_Middleware, CXVB
                            std::vector<CXVDadosCR_IntegracaoMiddleware>& listaDados, XVUInt64 ullFlagLeitura);
 
     // Searching.
-    HRESULT ValidaFiltroNivel1(const CXVFiltroBusca& dadosFiltro, CListaDmc& listaPonteiros);
+    HRESULT ValidaFiltroNivel1(const CXVFiltroBusca& dadosFiltro, CXVListaAchadas& listaPonteiros);
     HRESULT ValidaFiltroNivel2(const CXVFiltroBusca& dadosFiltro, XVUInt64 uiChaveArquivoAtual,
-                               const CListaDmc& listaDmc, CListaDmc& listaPonteiros);
-    HRESULT BuscaRegistroIndexComChaveSistema(const CXVFiltroBusca& dadosFiltro, CListaDmc& listaPonteiros);
-    HRESULT ConfirmaAchadas(const CXVFiltroBusca& dadosFiltro, CListaDmc& listaPonteiros);
+                               CVistaDmcs listaDmc, CXVListaAchadas& listaPonteiros);
+    HRESULT BuscaRegistroIndexComChaveSistema(const CXVFiltroBusca& dadosFiltro,
+                                              CXVListaAchadas& listaPonteiros);
+    HRESULT ConfirmaAchadas(const CXVFiltroBusca& dadosFiltro, CXVListaAchadas& listaPonteiros);
     HRESULT PassaNaVista(const CXVFiltroBusca& dadosFiltro, REG_XVDMC regDmc, bool* pbPassa);
-    HRESULT FiltraPorArquivo(const CXVFiltroBusca& dadosFiltro, const CListaDmc& listaOrdenada,
-                             CListaDmc& listaPonteiros);
+    HRESULT FiltraPorArquivo(const CXVFiltroBusca& dadosFiltro, CVistaDmcs aOrdenadas,
+                             CXVListaAchadas& listaPonteiros);
 
     // Key map and date-times.
     HRESULT GetPonteiroIndexChaveRegistroParaTerceiro(const REG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIRO_V2& reg,

@@ -2,10 +2,10 @@
 // opened together and only for integrations that pass.
 #include <algorithm>
 
-#include "contract/XVCR_BuffersPS.h"
 #include "middleware/BaseMiddleware.h"
 #include "middleware/XVFiltroBusca.h"
 #include "middleware/XVOrdenacaoDmc.h"
+#include "middleware/XVSelecaoIndex.h"
 
 HRESULT CBaseMiddleware::BuscaPonteiros(const tagREG_CR_FILTRO_INTEGRACAO_MIDDLEWAREPS& rFiltroPS,
                                         _REG_DF_LISTA_XVDMCPS* pRegListaPonteirosPS) {
@@ -16,70 +16,64 @@ HRESULT CBaseMiddleware::BuscaPonteiros(const tagREG_CR_FILTRO_INTEGRACAO_MIDDLE
     const CXVAcessoDefault acesso(this);
     CXVFiltroBusca dadosFiltro;
     XV_CHECK(dadosFiltro.CopiarDe(rFiltroPS));
-    CListaDmc listaPonteiros;
+    CXVListaAchadas listaPonteiros;
     const HRESULT hr = LeSemEscritas([&] {
         XV_CHECK_EM("BuscaPonteiros", ValidaFiltroNivel1(dadosFiltro, listaPonteiros));
         return S_OK;
     });
     if (FAILED(hr)) return hr;
     if (hr == S_FALSE && dadosFiltro.TemNivel2()) XV_CHECK(ConfirmaAchadas(dadosFiltro, listaPonteiros));
-    XV_CHECK(XVListaToReg(listaPonteiros, pRegListaPonteirosPS));
+    XV_CHECK(listaPonteiros.Entrega(pRegListaPonteirosPS));
     return S_OK;
 }
 
-HRESULT CBaseMiddleware::ValidaFiltroNivel1(const CXVFiltroBusca& dadosFiltro, CListaDmc& listaPonteiros) {
+HRESULT CBaseMiddleware::ValidaFiltroNivel1(const CXVFiltroBusca& dadosFiltro,
+                                            CXVListaAchadas& listaPonteiros) {
     if (dadosFiltro.EhPorChaveSistema()) {
         XV_CHECK(BuscaRegistroIndexComChaveSistema(dadosFiltro, listaPonteiros));
         return S_OK;
     }
-    CListaDmc listaDmc;
-    bool bEmOrdem = true;  // as a store is that records on one day after the other
-    REG_XVDMC regUltimo;
-    const auto anota = [&](std::span<const REG_CR_INDEX_INTEGRACAO_V1> aRegistros) {
-        for (const REG_CR_INDEX_INTEGRACAO_V1& reg : aRegistros) {
-            if (!dadosFiltro.PassaNivel1(reg)) continue;
-            bEmOrdem = bEmOrdem && regUltimo.uiValor <= reg.regDmcIntegracao.uiValor;
-            regUltimo = reg.regDmcIntegracao;
-            listaDmc.push_back(regUltimo);
-        }
-    };
+    CXVListaAchadas listaDmc;
+    CXVSelecaoIndex selecao(dadosFiltro, listaDmc);
+    const auto anota = [&selecao](const auto&... parte) { selecao.Ve(parte...); };
     // The log has always shown the reading of the whole index under this text.
     XV_CHECK_TEXTO(m_pDataBase->m_IndexIntegracao.Percorre(anota),
                    "m_pDataBase->m_IndexIntegracao.LeColecao(1, uiQtdRegistros, listaIndex)");
     // The records of one file come together.
-    if (!bEmOrdem) XVOrdenaDmcs(listaDmc);
+    if (!selecao.EmOrdem()) XVOrdenaDmcs(listaDmc);
     if (!dadosFiltro.TemNivel2()) {
         listaPonteiros = std::move(listaDmc);
         return S_OK;
     }
-    return FiltraPorArquivo(dadosFiltro, listaDmc, listaPonteiros);
+    return FiltraPorArquivo(dadosFiltro, listaDmc.GetDmcs(), listaPonteiros);
 }
 
 // A viewer reads the disk while a writer changes it, so it may have tested an index record from before an
 // operation and the record itself from after it. Both are read again here, in one moment, and tested again.
-HRESULT CBaseMiddleware::ConfirmaAchadas(const CXVFiltroBusca& dadosFiltro, CListaDmc& listaPonteiros) {
+HRESULT CBaseMiddleware::ConfirmaAchadas(const CXVFiltroBusca& dadosFiltro, CXVListaAchadas& listaPonteiros) {
     constexpr std::size_t k_uiPorMomento = 256;
-    CListaDmc listaConfirmadas;
-    for (std::size_t idx = 0; idx < listaPonteiros.size();) {
+    CXVListaAchadas listaConfirmadas;
+    const CVistaDmcs aDmcs = listaPonteiros.GetDmcs();
+    for (std::size_t idx = 0; idx < aDmcs.size();) {
         CListaDmc listaParte;
         std::size_t uiQtd = k_uiPorMomento;
         std::size_t uiLidas = 0;
         const HRESULT hr = LeDeUmMomento([&] {
             listaParte.clear();
-            const std::size_t uiAte = std::min(idx + uiQtd, listaPonteiros.size());
+            const std::size_t uiAte = std::min(idx + uiQtd, aDmcs.size());
             // A busy writer leaves only short moments: each attempt reads half as much as the one before.
             uiQtd = std::max<std::size_t>(uiQtd / 2, 1);
             for (std::size_t k = idx; k < uiAte; ++k) {
                 bool bPassa = false;
-                XV_CHECK_EM("ConfirmaAchadas", PassaNaVista(dadosFiltro, listaPonteiros[k], &bPassa));
-                if (bPassa) listaParte.push_back(listaPonteiros[k]);
+                XV_CHECK_EM("ConfirmaAchadas", PassaNaVista(dadosFiltro, aDmcs[k], &bPassa));
+                if (bPassa) listaParte.push_back(aDmcs[k]);
             }
             uiLidas = uiAte - idx;
             return S_OK;
         });
         if (FAILED(hr)) return hr;
         idx += uiLidas;
-        listaConfirmadas.insert(listaConfirmadas.end(), listaParte.begin(), listaParte.end());
+        std::copy(listaParte.begin(), listaParte.end(), listaConfirmadas.Amplia(listaParte.size()));
     }
     listaPonteiros = std::move(listaConfirmadas);
     return S_OK;
@@ -106,24 +100,24 @@ HRESULT CBaseMiddleware::PassaNaVista(const CXVFiltroBusca& dadosFiltro, REG_XVD
     return S_OK;
 }
 
-HRESULT CBaseMiddleware::FiltraPorArquivo(const CXVFiltroBusca& dadosFiltro, const CListaDmc& listaOrdenada,
-                                          CListaDmc& listaPonteiros) {
-    CListaDmc listaDmc;
-    for (auto itInicio = listaOrdenada.begin(); itInicio != listaOrdenada.end();) {
-        const REG_XVDMA dma = itInicio->GetDma();
-        const auto itFim = std::partition_point(itInicio, listaOrdenada.end(),
+HRESULT CBaseMiddleware::FiltraPorArquivo(const CXVFiltroBusca& dadosFiltro, CVistaDmcs aOrdenadas,
+                                          CXVListaAchadas& listaPonteiros) {
+    for (std::size_t uiInicio = 0; uiInicio < aOrdenadas.size();) {
+        const CVistaDmcs aResto = aOrdenadas.subspan(uiInicio);
+        const REG_XVDMA dma = aResto.front().GetDma();
+        const auto itFim = std::partition_point(aResto.begin(), aResto.end(),
                                                 [dma](REG_XVDMC regDmc) { return regDmc.GetDma() == dma; });
-        listaDmc.assign(itInicio, itFim);
+        const CVistaDmcs listaDmc(aResto.begin(), itFim);
         const XVUInt64 uiChaveArquivoUltimo = dma.ToChave();
         XV_CHECK_EM("ValidaFiltroNivel1",
                     ValidaFiltroNivel2(dadosFiltro, uiChaveArquivoUltimo, listaDmc, listaPonteiros));
-        itInicio = itFim;
+        uiInicio += listaDmc.size();
     }
     return S_OK;
 }
 
 HRESULT CBaseMiddleware::ValidaFiltroNivel2(const CXVFiltroBusca& dadosFiltro, XVUInt64 uiChaveArquivoAtual,
-                                            const CListaDmc& listaDmc, CListaDmc& listaPonteiros) {
+                                            CVistaDmcs listaDmc, CXVListaAchadas& listaPonteiros) {
     // Neighbours are read under one lock of the group: searches side by side would otherwise close each
     // other's member at every record.
     constexpr std::size_t k_uiPorLeitura = 4096;
@@ -137,7 +131,7 @@ HRESULT CBaseMiddleware::ValidaFiltroNivel2(const CXVFiltroBusca& dadosFiltro, X
         aRegistros.clear();
         XV_CHECK(m_pDataBase->m_Integracao.LeColecao(uiChaveArquivoAtual, uiPosicao, uiQtd, aRegistros));
         for (std::size_t k = 0; k < uiQtd; ++k)
-            if (dadosFiltro.PassaNivel2(aRegistros[k])) listaPonteiros.push_back(listaDmc[idx + k]);
+            if (dadosFiltro.PassaNivel2(aRegistros[k])) listaPonteiros.Inclui(listaDmc[idx + k]);
         idx += uiQtd;
     }
     return S_OK;
@@ -146,7 +140,7 @@ HRESULT CBaseMiddleware::ValidaFiltroNivel2(const CXVFiltroBusca& dadosFiltro, X
 // A filter with a key and systems asks for that one key in each of the systems: the lower bound is the key
 // itself, and neither the status nor the upper bound is looked at.
 HRESULT CBaseMiddleware::BuscaRegistroIndexComChaveSistema(const CXVFiltroBusca& dadosFiltro,
-                                                           CListaDmc& listaPonteiros) {
+                                                           CXVListaAchadas& listaPonteiros) {
     const XVUInt64 uiChave = dadosFiltro.GetChaveInicial();
     const bool bNivel2 = dadosFiltro.TemNivel2();
     std::vector<XVUInt> listaPosicao;
@@ -169,8 +163,8 @@ HRESULT CBaseMiddleware::BuscaRegistroIndexComChaveSistema(const CXVFiltroBusca&
                                                       &regIntegracao));
                 if (!dadosFiltro.PassaNivel2(regIntegracao)) continue;
             }
-            if (listaPonteiros.empty() || !(listaPonteiros.back() == regDmc))
-                listaPonteiros.push_back(regDmc);
+            if (listaPonteiros.empty() || !(listaPonteiros.GetDmcs().back() == regDmc))
+                listaPonteiros.Inclui(regDmc);
         }
     }
     return S_OK;

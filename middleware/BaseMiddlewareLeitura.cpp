@@ -1,4 +1,5 @@
 // CBaseMiddleware: reading integrations by DMC.
+#include <algorithm>
 #include <limits>
 
 #include "contract/XVCR_BuffersPS.h"
@@ -27,10 +28,12 @@ HRESULT CBaseMiddleware::LeIntegracao(REG_XVDMC regDmc, tagREG_CR_INTEGRACAO_MID
 
 HRESULT CBaseMiddleware::LeDados(REG_XVDMC regDmc, CXVDadosCR_IntegracaoMiddleware* pDados,
                                  XVUInt64 ullFlagLeitura) {
-    return LeDeUmMomento([&] {
+    const auto le = [&] {
         *pDados = {};
         return LeRegistros(regDmc, pDados, ullFlagLeitura);
-    });
+    };
+    // Of a list a viewer reads several in one moment.
+    return CXVMomento::GetAtual() != nullptr ? le() : LeDeUmMomento(le);
 }
 
 HRESULT CBaseMiddleware::LeRegistros(REG_XVDMC regDmc, CXVDadosCR_IntegracaoMiddleware* pDados,
@@ -104,9 +107,25 @@ HRESULT CBaseMiddleware::CompletaComSistemaTerceiro(CXVDadosCR_IntegracaoMiddlew
 HRESULT CBaseMiddleware::LeDadosDaLista(const _REG_DF_LISTA_XVDMCPS& rListaPS,
                                         std::vector<CXVDadosCR_IntegracaoMiddleware>& listaDadosIntegracao,
                                         XVUInt64 ullFlagLeitura) {
+    // Each moment of a viewer opens the files anew. A busy writer leaves only short ones: each attempt reads
+    // half as much as the one before.
+    constexpr XVUInt k_ulPorMomento = 256;
     listaDadosIntegracao.resize(rListaPS.ulQuantidade);
-    for (XVUInt i = 0; i < rListaPS.ulQuantidade; ++i)
-        XV_CHECK_EM("LeIntegracoes", LeDados(rListaPS.pLista[i], &listaDadosIntegracao[i], ullFlagLeitura));
+    for (XVUInt ulLidas = 0; ulLidas < rListaPS.ulQuantidade;) {
+        XVUInt ulQtd = std::min(k_ulPorMomento, rListaPS.ulQuantidade - ulLidas);
+        XVUInt ulAte = ulLidas;
+        const auto leParte = [&] {
+            ulAte = ulLidas + ulQtd;
+            ulQtd = std::max<XVUInt>(ulQtd / 2, 1);
+            for (XVUInt i = ulLidas; i < ulAte; ++i)
+                XV_CHECK_EM("LeIntegracoes",
+                            LeDados(rListaPS.pLista[i], &listaDadosIntegracao[i], ullFlagLeitura));
+            return S_OK;
+        };
+        const HRESULT hr = EhSomenteLeitura() ? LeDeUmMomento(leParte) : leParte();
+        if (FAILED(hr)) return hr;
+        ulLidas = ulAte;
+    }
     if ((ullFlagLeitura & k_ullConsultaSistemaTerceiro) == 0) return S_OK;
     XV_CHECK_EM("LeIntegracoes", CXVMiddlewareIntegracaoSistemas::BuscaDadosIntegracaoSistemasTerceiros(
                                      listaDadosIntegracao, this));

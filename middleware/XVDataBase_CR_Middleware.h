@@ -8,6 +8,7 @@
 #include "core/xvdatabase/XVGroupFileDynamic.h"
 #include "core/xvdatabase/XVGroupTextFileDynamic.h"
 #include "middleware/XVRegistrosMiddleware.h"
+#include "middleware/XVResumoIndex.h"
 
 inline constexpr const char* k_pszArquivoIndexIntegracao = "CRINDEXINTEG.dat";
 inline constexpr const char* k_pszArquivoIntegracao = "CRINTEGMID????????.dat";

@@ -1,7 +1,6 @@
 #include "middleware/XVFiltroBusca.h"
 
 #include <algorithm>
-#include <limits>
 
 namespace {
 

@@ -3,6 +3,7 @@
 // Thread rule: CopiarDe once, then any thread.
 #pragma once
 
+#include <limits>
 #include <vector>
 
 #include "contract/XVDadosCR.h"
@@ -45,9 +46,17 @@ class CXVFiltroBusca {
 
     // Level 1 is what the index record tells, level 2 what only the integration's own record does.
     bool PassaNivel1(const REG_CR_INDEX_INTEGRACAO_V1& reg) const {
-        const XVUInt64 uiChave = reg.uiChaveIntegracaoSistemaTerceiro;
-        return m_status.Admite(reg.eStatusIntegracao) && m_sistemas.Admite(reg.eSistemaIntegracao) &&
-               uiChave >= GetChaveInicial() && uiChave <= m_uiChaveFinal;
+        return AdmiteStatusESistema(reg.eStatusIntegracao, reg.eSistemaIntegracao) &&
+               AdmiteChave(reg.uiChaveIntegracaoSistemaTerceiro);
+    }
+    bool AdmiteStatusESistema(XVUInt eStatus, XVUInt eSistema) const {
+        return m_status.Admite(eStatus) && m_sistemas.Admite(eSistema);
+    }
+    bool LimitaChave() const {
+        return GetChaveInicial() != 0 || m_uiChaveFinal != std::numeric_limits<XVUInt64>::max();
+    }
+    bool AdmiteChave(XVUInt64 uiChave) const {
+        return uiChave >= GetChaveInicial() && uiChave <= m_uiChaveFinal;
     }
     bool TemNivel2() const { return m_bTemNivel2; }
     bool PassaNivel2(const REG_CR_INTEGRACAO_MIDDLEWARE_V2& reg) const;

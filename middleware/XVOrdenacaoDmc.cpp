@@ -1,45 +1,48 @@
 #include "middleware/XVOrdenacaoDmc.h"
 
 #include <algorithm>
-#include <array>
+#include <utility>
+#include <vector>
 
 namespace {
 
-constexpr unsigned k_uiDigitos = sizeof(XVUInt64);  // of one byte each
-constexpr std::size_t k_uiValores = 256;
-// Below this many the counting of digits costs more than comparing.
+// Below this many the counting of days costs more than comparing.
 constexpr std::size_t k_uiMinimo = 1024;
 
-using TContagem = std::array<std::array<std::size_t, k_uiValores>, k_uiDigitos>;
-
-std::size_t Digito(REG_XVDMC reg, unsigned uiDigito) {
-    return reg.uiValor >> (8 * uiDigito) & (k_uiValores - 1);
+bool EhMenor(REG_XVDMC reg1, REG_XVDMC reg2) {
+    return reg1.uiValor < reg2.uiValor;
 }
 
-// Moves the list into another, ordered by one digit; what is equal there keeps its order.
-void Distribui(const std::vector<REG_XVDMC>& de, std::vector<REG_XVDMC>& para, unsigned uiDigito,
-               const std::array<std::size_t, k_uiValores>& aQuantidades) {
-    std::array<std::size_t, k_uiValores> aProximo{};
-    for (std::size_t v = 1; v < k_uiValores; ++v) aProximo[v] = aProximo[v - 1] + aQuantidades[v - 1];
-    for (const REG_XVDMC reg : de) para[aProximo[Digito(reg, uiDigito)]++] = reg;
+XVUInt Dia(REG_XVDMC reg) {
+    return reg.GetDma().GetValor();
+}
+
+// Where the DMCs of each day begin, from the day ulPrimeiro on, and the end of all.
+std::vector<std::size_t> ContaDias(std::span<const REG_XVDMC> lista, XVUInt ulPrimeiro, XVUInt ulUltimo) {
+    std::vector<std::size_t> listaInicios(std::size_t{ulUltimo} - ulPrimeiro + 2);
+    for (const REG_XVDMC reg : lista) ++listaInicios[Dia(reg) - ulPrimeiro + 1];
+    for (std::size_t i = 1; i < listaInicios.size(); ++i) listaInicios[i] += listaInicios[i - 1];
+    return listaInicios;
 }
 
 }  // namespace
 
-void XVOrdenaDmcs(std::vector<REG_XVDMC>& lista) {
-    if (lista.size() < k_uiMinimo) {
-        std::sort(lista.begin(), lista.end(),
-                  [](REG_XVDMC reg1, REG_XVDMC reg2) { return reg1.uiValor < reg2.uiValor; });
-        return;
+// One move brings each DMC to its day. Within a day the order is that of the index, in which positions ascend
+// but where a newer integration took over the record of an older one.
+void XVOrdenaDmcs(CXVListaAchadas& lista) {
+    const std::span<REG_XVDMC> aDmcs = lista.GetDmcs();
+    if (aDmcs.size() < k_uiMinimo) return std::sort(aDmcs.begin(), aDmcs.end(), EhMenor);
+    const auto [itPrimeiro, itUltimo] = std::minmax_element(aDmcs.begin(), aDmcs.end(), EhMenor);
+    const XVUInt ulPrimeiro = Dia(*itPrimeiro);
+    std::vector<std::size_t> listaInicios = ContaDias(aDmcs, ulPrimeiro, Dia(*itUltimo));
+    CXVListaAchadas listaOrdenada;
+    REG_XVDMC* pDmcs = listaOrdenada.Amplia(aDmcs.size());
+    for (const REG_XVDMC reg : aDmcs) pDmcs[listaInicios[Dia(reg) - ulPrimeiro]++] = reg;
+    std::size_t uiInicio = 0;  // each place now holds where its day ends
+    for (const std::size_t uiFim : listaInicios) {
+        if (!std::is_sorted(pDmcs + uiInicio, pDmcs + uiFim, EhMenor))
+            std::sort(pDmcs + uiInicio, pDmcs + uiFim, EhMenor);
+        uiInicio = uiFim;
     }
-    std::vector<REG_XVDMC> listaOutra(lista.size());
-    TContagem aContagem{};
-    for (const REG_XVDMC reg : lista)
-        for (unsigned i = 0; i < k_uiDigitos; ++i) ++aContagem[i][Digito(reg, i)];
-    for (unsigned i = 0; i < k_uiDigitos; ++i) {
-        // Years and positions leave most digits the same in all.
-        if (aContagem[i][Digito(lista.front(), i)] == lista.size()) continue;
-        Distribui(lista, listaOutra, i, aContagem[i]);
-        lista.swap(listaOutra);
-    }
+    lista = std::move(listaOrdenada);
 }

@@ -40,4 +40,7 @@ std::optional<std::string> GetVariavelAmbiente(const char* pszNome);
 void* AlocaSaida(std::size_t uiTamanho);
 void LiberaSaida(void* pBuffer);
 
+// Asks for large pages under the block, as far as they fit into it. Nothing but speed depends on the answer.
+void PedePaginasGrandes(void* pBloco, std::size_t uiTamanho);
+
 }  // namespace XVAmbienteSO

@@ -9,6 +9,8 @@
 #include <utility>
 #include <vector>
 
+#include "platform/XVBlocoMemoria.h"
+
 template <class T>
 class TXVArrayRegistros {
     static_assert(std::is_trivially_copyable_v<T>);
@@ -30,13 +32,13 @@ class TXVArrayRegistros {
     // Empties the array and gives room for uiQuantidade elements in one block, for the caller to fill.
     T* PreparaBase(std::size_t uiQuantidade) {
         Limpa();
-        if (uiQuantidade > 0) m_pBase.reset(new T[uiQuantidade]);
+        if (uiQuantidade > 0) m_pBase = TXVBlocoMemoria<T>(uiQuantidade);
         m_uiBase = m_uiQuantidade = uiQuantidade;
         return m_pBase.get();
     }
 
     void Limpa() {
-        m_pBase.reset();
+        m_pBase = {};
         m_listaBlocos.clear();
         m_uiBase = m_uiQuantidade = 0;
     }
@@ -79,7 +81,7 @@ class TXVArrayRegistros {
     }
 
   private:
-    std::unique_ptr<T[]> m_pBase;
+    TXVBlocoMemoria<T> m_pBase;
     std::vector<std::unique_ptr<T[]>> m_listaBlocos;
     std::size_t m_uiBase = 0;
     std::size_t m_uiQuantidade = 0;

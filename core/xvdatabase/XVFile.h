@@ -26,6 +26,17 @@
 inline constexpr XVUInt XVDATABASE_POSICAO_NOVO_REGISTRO = 0;
 inline constexpr XVUInt64 k_uiMaximoRegistros = 0xFFFFFFFFU;
 
+// What a file keeps beside its records, so that searches need not look at each of them. The file tells it
+// whatever its memory takes over, under its lock; nobody else changes it. Most layouts have none.
+template <class T>
+struct TXVResumo {
+    void Carrega(const TXVArrayRegistros<T>& /*aRegistros*/) {}
+    // Makes the next uiQuantidade new records unable to fail.
+    void Reserva(std::size_t /*uiQuantidade*/) {}
+    // Before a record takes the place i of the array, or is appended to it.
+    void Muda(const TXVArrayRegistros<T>& /*aRegistros*/, std::size_t /*i*/, const T& /*reg*/) noexcept {}
+};
+
 template <class T>
 class CXVFile : public CXVFileBase {
   public:
@@ -40,8 +51,10 @@ class CXVFile : public CXVFileBase {
     // E_XVCR_INCONSISTENCIA_CHAVE_QUANTIDADE.
     HRESULT LeColecao(XVUInt uiPosicao, XVUInt64 uiQtd, std::vector<T>& aRegistros) const;
 
-    // Shows fnVe(std::span<const T>) all records in order, in as many parts as they lie in; no copy is made
-    // of what is in memory. Writers of the file wait until it returns: fnVe must not call the file.
+    // Shows all records in order, in as many parts as they lie in: fnVe(std::span<const T>, number of the
+    // first of them from 0 on, const TXVResumo<T>*). No copy is made of what is in memory. Of what a viewer
+    // reads from the disk there is no summary. Writers of the file wait until it returns: fnVe must not call
+    // the file.
     template <class TVe>
     HRESULT Percorre(TVe fnVe) const;
 
@@ -75,7 +88,8 @@ class CXVFile : public CXVFileBase {
     HRESULT SetRegData(XVUInt& uiPosicao, const void* pDados) override;
 
     // Declares the index of the next column; TDataBase::GetChaveIndex(record, column) computes the keys, 0
-    // meaning no key. Existing records are entered and checked.
+    // meaning no key. Existing records are checked; where there is nothing to check they are entered when the
+    // index is first asked.
     template <class TDataBase>
     HRESULT IncluiIndex(const TDataBase* pDataBase, XVUInt uiColunaIndexacao,
                         bool bPermiteChaveZerada = false, bool bPermiteChaveRepetida = false);
@@ -110,15 +124,22 @@ class CXVFile : public CXVFileBase {
   private:
     struct SIndice {
         const void* pDataBase;
-        XVUInt64 (*pfGetChaveIndex)(const void* pDataBase, const T& reg, XVUInt uiColuna);
+        // The keys of neighbouring records, in one call.
+        void (*pfGetChaves)(const void* pDataBase, std::span<const T> aRegistros, XVUInt uiColuna,
+                            XVUInt64* puiChaves);
         bool bPermiteChaveZerada;
         bool bPermiteChaveRepetida;
         CXVIndice indice;
+        // What any record may enter has nothing to check at opening: it is made when it is first asked.
+        bool bConstruido = false;
         // The keys of the write that is being checked, sorted. Kept here so that a write needs no new memory.
         std::vector<XVUInt64> setIndexOrdenar;
 
+        bool AceitaTudo() const { return bPermiteChaveZerada && bPermiteChaveRepetida; }
         XVUInt64 GetChave(const T& reg, std::size_t uiColuna) const {
-            return pfGetChaveIndex(pDataBase, reg, static_cast<XVUInt>(uiColuna));
+            XVUInt64 uiChave = 0;
+            pfGetChaves(pDataBase, {&reg, 1}, static_cast<XVUInt>(uiColuna), &uiChave);
+            return uiChave;
         }
     };
 
@@ -144,15 +165,29 @@ class CXVFile : public CXVFileBase {
     HRESULT ValidaIndices(XVUInt uiPosicao, std::span<const T> aRegistros, std::vector<XVUInt64>& aChaves);
     HRESULT ValidaIndex(XVUInt uiPosicao, std::span<const T> aRegistros, std::size_t idx,
                         std::vector<XVUInt64>& aChaves);
-    bool PodeManterChave(const SIndice& rIndice, XVUInt64 uiChave, XVUInt uiPosicaoRegistro) const;
+    bool PodeManterChave(std::size_t uiColuna, XVUInt64 uiChave, XVUInt uiPosicaoRegistro) const;
+    HRESULT IniciaIndex(SIndice& rIndice, std::size_t uiColuna);
     HRESULT AtualizaIndexDoArquivo(SIndice& rIndice, std::size_t uiColuna);
+    template <class TBusca>
+    HRESULT NoIndex(XVUInt uiColuna, TBusca busca) const;
+    // What an index asks the records in memory.
+    auto ChavesDe(std::size_t uiColuna) const {
+        return [this, uiColuna](XVUInt uiPosicao) {
+            return m_listaIndices[uiColuna].GetChave(m_aRegistros[uiPosicao - 1], uiColuna);
+        };
+    }
+    XVUInt BuscaPrimeira(XVUInt64 uiChave, std::size_t uiColuna) const {
+        return m_listaIndices[uiColuna].indice.GetPrimeira(uiChave, ChavesDe(uiColuna));
+    }
     void PreparaMemoria(XVUInt uiPosicao, std::size_t uiQuantidade);
     void AtualizaMemoria(const CPreparados& rPreparados);
 
     TXVArrayRegistros<T> m_aRegistros;
+    TXVResumo<T> m_resumo;
     SVistaCarregada m_vista;
     std::vector<SIndice> m_listaIndices;
     std::vector<std::unique_ptr<CPreparados>> m_listaPreparados;  // used again and again
+    XVUInt m_ulUltimaPrevista = 0;  // highest position that a prepared write may have asked for
 };
 
 #include "core/xvdatabase/XVFileGravacao.inl"

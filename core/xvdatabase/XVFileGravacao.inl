@@ -99,9 +99,13 @@ void CXVFile<T>::PreparaMemoria(XVUInt uiPosicao, std::size_t uiQuantidade) {
     std::size_t uiChaves = uiQuantidade + GetPreparadas();
     if (uiUltima > m_aRegistros.size()) {
         m_aRegistros.Reserva(uiUltima - m_aRegistros.size());
+        m_resumo.Reserva(uiUltima - m_aRegistros.size());
         uiChaves += uiUltima - m_aRegistros.size();
     }
-    for (SIndice& rIndice : m_listaIndices) rIndice.indice.Reserva(uiChaves, uiUltima);
+    m_ulUltimaPrevista = std::max(m_ulUltimaPrevista, uiUltima);
+    for (std::size_t idx = 0; idx < m_listaIndices.size(); ++idx)
+        if (m_listaIndices[idx].bConstruido)
+            m_listaIndices[idx].indice.Reserva(uiChaves, uiUltima, m_aRegistros.size(), ChavesDe(idx));
 }
 
 template <class T>
@@ -113,12 +117,14 @@ void CXVFile<T>::AtualizaMemoria(const CPreparados& rPreparados) {
         const bool bExistia = uiAtual <= m_aRegistros.size();
         for (std::size_t idx = 0; idx < m_listaIndices.size(); ++idx) {
             SIndice& rIndice = m_listaIndices[idx];
+            if (!rIndice.bConstruido) continue;
             const XVUInt64 uiChaveNova = rPreparados.m_aChaves[idx * uiQuantidade + i];
             const XVUInt64 uiChaveAntiga = bExistia ? rIndice.GetChave(m_aRegistros[uiAtual - 1], idx) : 0;
             if (uiChaveAntiga == uiChaveNova) continue;
-            if (uiChaveAntiga != 0) rIndice.indice.Remove(uiChaveAntiga, uiAtual);
-            if (uiChaveNova != 0) rIndice.indice.Inclui(uiChaveNova, uiAtual);
+            if (uiChaveAntiga != 0) rIndice.indice.Remove(uiChaveAntiga, uiAtual, ChavesDe(idx));
+            if (uiChaveNova != 0) rIndice.indice.Inclui(uiChaveNova, uiAtual, ChavesDe(idx));
         }
+        m_resumo.Muda(m_aRegistros, uiAtual - 1, rPreparados.m_aNovos[i]);
         if (bExistia)
             m_aRegistros[uiAtual - 1] = rPreparados.m_aNovos[i];
         else

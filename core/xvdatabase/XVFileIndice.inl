@@ -8,12 +8,21 @@ HRESULT CXVFile<T>::IncluiIndex(const TDataBase* pDataBase, XVUInt uiColunaIndex
     XV_ESCOPO({"m_sNomeArquivo", GetNomeArquivo()}, {"uiColunaIndexacao", XVUInt64{uiColunaIndexacao}});
     const std::unique_lock lock(GetLock());
     if (uiColunaIndexacao != m_listaIndices.size()) XV_FALHA(E_XVCR_COLUNA_INDEXACAO_INVALIDA);
-    const auto pfGetChaveIndex = [](const void* p, const T& reg, XVUInt uiColuna) {
-        return static_cast<const TDataBase*>(p)->GetChaveIndex(reg, uiColuna);
+    const auto pfGetChaves = [](const void* p, std::span<const T> aRegistros, XVUInt uiColuna,
+                                XVUInt64* puiChaves) {
+        for (const T& reg : aRegistros)
+            *puiChaves++ = static_cast<const TDataBase*>(p)->GetChaveIndex(reg, uiColuna);
     };
-    m_listaIndices.push_back(
-        {pDataBase, pfGetChaveIndex, bPermiteChaveZerada, bPermiteChaveRepetida, {}, {}});
-    const HRESULT hr = XV_REGISTRA(AtualizaIndexDoArquivo(m_listaIndices.back(), uiColunaIndexacao));
+    m_listaIndices.push_back({pDataBase,
+                              pfGetChaves,
+                              bPermiteChaveZerada,
+                              bPermiteChaveRepetida,
+                              CXVIndice(bPermiteChaveRepetida),
+                              false,
+                              {}});
+    const HRESULT hr =
+        XV_REGISTRA_COMPLETO(this, IniciaIndex(m_listaIndices.back(), uiColunaIndexacao),
+                             "AtualizaIndexDoArquivo(m_listaIndices.back(), uiColunaIndexacao)");
     if (FAILED(hr)) m_listaIndices.pop_back();
     return Recusa(hr);
 }
@@ -21,26 +30,57 @@ HRESULT CXVFile<T>::IncluiIndex(const TDataBase* pDataBase, XVUInt uiColunaIndex
 template <class T>
 HRESULT CXVFile<T>::ConstroiIndices() {
     for (std::size_t idx = 0; idx < m_listaIndices.size(); ++idx)
-        XV_CHECK(AtualizaIndexDoArquivo(m_listaIndices[idx], idx));
+        XV_CHECK_TEXTO(IniciaIndex(m_listaIndices[idx], idx),
+                       "AtualizaIndexDoArquivo(m_listaIndices[idx], idx)");
     return S_OK;
+}
+
+template <class T>
+HRESULT CXVFile<T>::IniciaIndex(SIndice& rIndice, std::size_t uiColuna) {
+    rIndice.indice.Limpa();
+    rIndice.bConstruido = false;
+    return rIndice.AceitaTudo() ? S_OK : AtualizaIndexDoArquivo(rIndice, uiColuna);
 }
 
 // Builds one index anew from all records in memory.
 template <class T>
 HRESULT CXVFile<T>::AtualizaIndexDoArquivo(SIndice& rIndice, std::size_t uiColuna) {
-    rIndice.indice.Limpa();
-    rIndice.indice.Reserva(m_aRegistros.size(), static_cast<XVUInt>(m_aRegistros.size()));
-    for (std::size_t i = 0; i < m_aRegistros.size(); ++i) {
-        const XVUInt64 uiChave = rIndice.GetChave(m_aRegistros[i], uiColuna);
-        if (uiChave == 0) {
-            if (!rIndice.bPermiteChaveZerada) XV_FALHA(E_XVCR_INDEXACAO_COM_POSICAO_ZERO);
-            continue;
-        }
-        if (!rIndice.bPermiteChaveRepetida && rIndice.indice.GetPrimeira(uiChave) != 0)
-            XV_FALHA(E_XVCR_CHAVE_DE_INDEXACAO_REPETIDA);
-        rIndice.indice.Inclui(uiChave, static_cast<XVUInt>(i + 1));
-    }
+    const TXVBlocoMemoria<XVUInt64> chaves(m_aRegistros.size());
+    XVUInt64* puiProximas = chaves.get();
+    const auto anota = [&](std::span<const T> aRegistros) {
+        rIndice.pfGetChaves(rIndice.pDataBase, aRegistros, static_cast<XVUInt>(uiColuna), puiProximas);
+        puiProximas += aRegistros.size();
+    };
+    m_aRegistros.Percorre(anota);
+    const std::span<const XVUInt64> aChaves(chaves.get(), m_aRegistros.size());
+    // Of several faults the record that comes first decides.
+    const auto itZerada =
+        rIndice.bPermiteChaveZerada ? aChaves.end() : std::find(aChaves.begin(), aChaves.end(), XVUInt64{0});
+    // Writes that are prepared already must find room for what they bring.
+    const std::size_t uiPrevistas = std::max<std::size_t>(m_ulUltimaPrevista, aChaves.size());
+    const bool bRepetida = !rIndice.indice.Constroi(
+        aChaves.first(static_cast<std::size_t>(itZerada - aChaves.begin())), uiPrevistas - aChaves.size());
+    if (bRepetida) XV_FALHA(E_XVCR_CHAVE_DE_INDEXACAO_REPETIDA);
+    if (itZerada != aChaves.end()) XV_FALHA(E_XVCR_INDEXACAO_COM_POSICAO_ZERO);
+    rIndice.bConstruido = true;
     return S_OK;
+}
+
+// Runs busca() on a column that is made, under the lock.
+template <class T>
+template <class TBusca>
+HRESULT CXVFile<T>::NoIndex(XVUInt uiColuna, TBusca busca) const {
+    {
+        const std::shared_lock lock(GetLock());
+        if (uiColuna >= m_listaIndices.size()) XV_FALHA_EM("ExisteIndex", E_XVCR_COLUNA_INDEXACAO_INVALIDA);
+        if (m_listaIndices[uiColuna].bConstruido) return busca();
+    }
+    const std::unique_lock lock(GetLock());
+    // Nothing that is in the file or may be asked of it changes.
+    auto* pThis = const_cast<CXVFile*>(this);
+    SIndice& rIndice = pThis->m_listaIndices[uiColuna];
+    if (!rIndice.bConstruido) XV_CHECK_EM("ExisteIndex", pThis->AtualizaIndexDoArquivo(rIndice, uiColuna));
+    return busca();
 }
 
 // Checks a proposed write against every index, before any byte is written. aChaves: the keys, one column
@@ -69,8 +109,7 @@ HRESULT CXVFile<T>::ValidaIndex(XVUInt uiPosicao, std::span<const T> aRegistros,
         }
         if (rIndice.bPermiteChaveRepetida) continue;
         const XVUInt uiPosicaoRegistro = uiPosicao == 0 ? 0 : static_cast<XVUInt>(uiPosicao + i);
-        if (!PodeManterChave(rIndice, uiChave, uiPosicaoRegistro))
-            XV_FALHA(E_XVCR_CHAVE_DE_INDEXACAO_REPETIDA);
+        if (!PodeManterChave(idx, uiChave, uiPosicaoRegistro)) XV_FALHA(E_XVCR_CHAVE_DE_INDEXACAO_REPETIDA);
         rIndice.setIndexOrdenar.push_back(uiChave);
     }
     std::sort(rIndice.setIndexOrdenar.begin(), rIndice.setIndexOrdenar.end());
@@ -82,8 +121,8 @@ HRESULT CXVFile<T>::ValidaIndex(XVUInt uiPosicao, std::span<const T> aRegistros,
 
 // A key that may not repeat is free, or held by the very record that is overwritten (0: appended).
 template <class T>
-bool CXVFile<T>::PodeManterChave(const SIndice& rIndice, XVUInt64 uiChave, XVUInt uiPosicaoRegistro) const {
-    const XVUInt uiPosicaoAtual = rIndice.indice.GetPrimeira(uiChave);
+bool CXVFile<T>::PodeManterChave(std::size_t uiColuna, XVUInt64 uiChave, XVUInt uiPosicaoRegistro) const {
+    const XVUInt uiPosicaoAtual = BuscaPrimeira(uiChave, uiColuna);
     return uiPosicaoAtual == 0 || uiPosicaoAtual == uiPosicaoRegistro;
 }
 
@@ -92,25 +131,25 @@ HRESULT CXVFile<T>::ExisteIndex(XVUInt64 chave, std::vector<XVUInt>& listaPosica
                                 XVUInt uiColunaIndexacao) const {
     XV_ESCOPO({"m_sNomeArquivo", GetNomeArquivo()}, {"uiColunaIndexacao", XVUInt64{uiColunaIndexacao}});
     XV_CHECK(AtualizaVista());
-    const std::shared_lock lock(GetLock());
     listaPosicao.clear();
-    if (uiColunaIndexacao >= m_listaIndices.size()) XV_FALHA(E_XVCR_COLUNA_INDEXACAO_INVALIDA);
-    const CXVIndice& rIndice = m_listaIndices[uiColunaIndexacao].indice;
-    for (XVUInt uiPosicao = rIndice.GetPrimeira(chave); uiPosicao != 0;
-         uiPosicao = rIndice.GetProxima(uiPosicao))
-        listaPosicao.push_back(uiPosicao);
-    return S_OK;
+    return NoIndex(uiColunaIndexacao, [&] {
+        const CXVIndice& rIndice = m_listaIndices[uiColunaIndexacao].indice;
+        for (XVUInt uiPosicao = BuscaPrimeira(chave, uiColunaIndexacao); uiPosicao != 0;
+             uiPosicao = rIndice.GetProxima(uiPosicao))
+            listaPosicao.push_back(uiPosicao);
+        return S_OK;
+    });
 }
 
 template <class T>
 HRESULT CXVFile<T>::ExisteIndex(XVUInt64 chave, XVUInt& uiPosicao, XVUInt uiColunaIndexacao) const {
     XV_ESCOPO({"m_sNomeArquivo", GetNomeArquivo()}, {"uiColunaIndexacao", XVUInt64{uiColunaIndexacao}});
     XV_CHECK(AtualizaVista());
-    const std::shared_lock lock(GetLock());
     uiPosicao = 0;
-    if (uiColunaIndexacao >= m_listaIndices.size()) XV_FALHA(E_XVCR_COLUNA_INDEXACAO_INVALIDA);
-    uiPosicao = m_listaIndices[uiColunaIndexacao].indice.GetPrimeira(chave);
-    return S_OK;
+    return NoIndex(uiColunaIndexacao, [&] {
+        uiPosicao = BuscaPrimeira(chave, uiColunaIndexacao);
+        return S_OK;
+    });
 }
 
 template <class T>

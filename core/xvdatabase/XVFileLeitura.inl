@@ -6,6 +6,7 @@ HRESULT CXVFile<T>::OnInicializa() {
     XV_ESCOPO({"m_sNomeArquivo", GetNomeArquivo()});
     XV_CHECK_SUPER(CXVFileBase, OnInicializa());
     m_aRegistros.Limpa();
+    m_resumo = {};
     XV_CHECK(IniciaVista());
     XV_CHECK(AbreArquivo());
     XV_CHECK(Recusa(Carrega()));
@@ -17,7 +18,12 @@ template <class T>
 HRESULT CXVFile<T>::OnFinaliza() {
     XV_ESCOPO({"m_sNomeArquivo", GetNomeArquivo()});
     m_aRegistros.Limpa();
-    for (SIndice& rIndice : m_listaIndices) rIndice.indice.Limpa();
+    m_resumo = {};
+    for (SIndice& rIndice : m_listaIndices) {
+        rIndice.indice.Limpa();
+        rIndice.bConstruido = false;
+    }
+    m_ulUltimaPrevista = 0;
     XV_CHECK_SUPER(CXVFileBase, OnFinaliza());
     return S_OK;
 }
@@ -40,7 +46,10 @@ HRESULT CXVFile<T>::Carrega() {
             const CXVErroArquivo* pEx = erro.GetFalha())
             XV_CHECK(CatchInicializacao(pEx));
     }
+    TXVResumo<T> resumo;
+    if (!EhVista()) resumo.Carrega(aRegistros);
     m_aRegistros = std::move(aRegistros);
+    m_resumo = std::move(resumo);
     return S_OK;
 }
 
@@ -100,19 +109,24 @@ template <class TVe>
 HRESULT CXVFile<T>::Percorre(TVe fnVe) const {
     XV_ESCOPO({"m_sNomeArquivo", GetNomeArquivo()});
     const std::shared_lock lock(GetLock());
+    std::size_t uiVistos = 0;
     if (!EhVista()) {
-        m_aRegistros.Percorre(fnVe);
+        const auto mostra = [&](std::span<const T> aParte) {
+            fnVe(aParte, uiVistos, &m_resumo);
+            uiVistos += aParte.size();
+        };
+        m_aRegistros.Percorre(mostra);
         return S_OK;
     }
     // A viewer reads what there was when it began, in parts that need no memory for the whole.
     constexpr XVUInt64 k_uiParte = 1U << 14;
     const XVUInt64 uiQtd = GetQtdVista();
     std::vector<T> aParte;
-    for (XVUInt64 uiLidos = 0; uiLidos < uiQtd; uiLidos += aParte.size()) {
+    for (; uiVistos < uiQtd; uiVistos += aParte.size()) {
         aParte.clear();
-        XV_CHECK(
-            LeColecaoVista(static_cast<XVUInt>(uiLidos + 1), std::min(k_uiParte, uiQtd - uiLidos), aParte));
-        fnVe(std::span<const T>(aParte));
+        XV_CHECK(LeColecaoVista(static_cast<XVUInt>(uiVistos + 1),
+                                std::min<XVUInt64>(k_uiParte, uiQtd - uiVistos), aParte));
+        fnVe(std::span<const T>(aParte), uiVistos, static_cast<const TXVResumo<T>*>(nullptr));
     }
     return S_OK;
 }

@@ -92,8 +92,9 @@ bool CXVFile<T>::LeIndexVisto(XVUInt64 uiChave, T* preg, XVUInt uiColunaIndexaca
     XVUInt uiPosicao = 0;
     {
         const std::shared_lock lock(GetLock());
-        if (uiColunaIndexacao >= m_listaIndices.size()) return false;
-        uiPosicao = m_listaIndices[uiColunaIndexacao].indice.GetPrimeira(uiChave);
+        if (uiColunaIndexacao >= m_listaIndices.size() || !m_listaIndices[uiColunaIndexacao].bConstruido)
+            return false;
+        uiPosicao = BuscaPrimeira(uiChave, uiColunaIndexacao);
     }
     return uiPosicao != 0 && SUCCEEDED(LeVisto(uiPosicao, preg)) &&
            m_listaIndices[uiColunaIndexacao].GetChave(*preg, uiColunaIndexacao) == uiChave;

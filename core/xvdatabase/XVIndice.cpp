@@ -1,116 +1,82 @@
 #include "core/xvdatabase/XVIndice.h"
 
-#include <algorithm>
-#include <bit>
-
-namespace {
-
-constexpr std::size_t k_uiMinimoEntradas = 64;
-
-// Keys are often structured, with dates in the high bits and counters in the middle ones. Every bit of the
-// key must have a say in the slot, or such keys would crowd into few of them.
-constexpr XVUInt64 Espalha(XVUInt64 ui) {
-    ui ^= ui >> 33;
-    ui *= 0xFF51AFD7ED558CCDULL;
-    ui ^= ui >> 33;
-    ui *= 0xC4CEB9FE1A85EC53ULL;
-    return ui ^ (ui >> 33);
+bool CXVIndice::Constroi(std::span<const XVUInt64> aChaves, std::size_t uiMais) {
+    // How far ahead slots and then the keys in them are fetched: the table is much larger than the caches.
+    constexpr std::size_t k_uiAdiante = 24;
+    const std::size_t uiLugares = Lugares(aChaves.size() + uiMais);
+    TXVBlocoMemoria<XVUInt> lugares(uiLugares);
+    ReservaElos(aChaves.size() + uiMais + 1);
+    std::fill_n(lugares.get(), uiLugares, 0);
+    m_lugares = std::move(lugares);
+    m_uiLugares = uiLugares;
+    m_uiMascara = uiLugares - 1;
+    m_uiUsados = 0;
+    const auto chave = [&aChaves](XVUInt uiPosicao) { return aChaves[uiPosicao - 1]; };
+    XVUInt64 uiMaior = 0;
+    for (std::size_t i = 0; i < aChaves.size(); ++i) {
+        if (i + 2 * k_uiAdiante < aChaves.size()) {
+            XVAntecipa(&m_lugares[Inicio(aChaves[i + 2 * k_uiAdiante])]);
+            XVAntecipa(aChaves.data() + m_lugares[Inicio(aChaves[i + k_uiAdiante])]);
+        }
+        if (aChaves[i] == 0) continue;
+        // A key above all before it, as dates and counters bring them, is equal to none of them.
+        const bool bNova = aChaves[i] > uiMaior;
+        const std::size_t uiLugar = bNova ? LocalizaLivre(aChaves[i]) : Localiza(aChaves[i], chave);
+        if (bNova) uiMaior = aChaves[i];
+        if (m_lugares[uiLugar] == 0) {
+            ++m_uiUsados;
+        } else if (!m_bPermiteRepetida) {
+            Limpa();
+            return false;
+        }
+        Encadeia(uiLugar, static_cast<XVUInt>(i + 1));
+    }
+    return true;
 }
 
-}  // namespace
-
-std::size_t CXVIndice::Inicio(XVUInt64 uiChave) const {
-    return static_cast<std::size_t>(Espalha(uiChave)) & (m_listaEntradas.size() - 1);
-}
-
-// The key's slot, or the free slot where it would go. At least one slot is always free.
-std::size_t CXVIndice::Localiza(XVUInt64 uiChave) const {
+std::size_t CXVIndice::LocalizaLivre(XVUInt64 uiChave) const {
     std::size_t i = Inicio(uiChave);
-    while (m_listaEntradas[i].uiPrimeira != 0 && m_listaEntradas[i].uiChave != uiChave)
-        i = (i + 1) & (m_listaEntradas.size() - 1);
+    while (m_lugares[i] != 0) i = Seguinte(i);
     return i;
 }
 
-void CXVIndice::Redimensiona(std::size_t uiEntradas) {
-    std::vector<SEntrada> listaAntigas(uiEntradas);
-    listaAntigas.swap(m_listaEntradas);
-    for (const SEntrada& entrada : listaAntigas)
-        if (entrada.uiPrimeira != 0) m_listaEntradas[Localiza(entrada.uiChave)] = entrada;
-}
-
-void CXVIndice::Reserva(std::size_t uiQuantidade, XVUInt uiUltimaPosicao) {
-    const std::size_t uiPosicoes = static_cast<std::size_t>(uiUltimaPosicao) + 1;
-    if (m_listaProxima.size() < uiPosicoes) {
-        if (m_listaProxima.capacity() < uiPosicoes)
-            m_listaProxima.reserve(std::max(uiPosicoes, m_listaProxima.capacity() * 2));
-        m_listaProxima.resize(uiPosicoes);
-    }
-    const std::size_t uiMinimo = (m_uiUsadas + uiQuantidade) * 4 / 3 + 1;
-    if (m_listaEntradas.size() < uiMinimo)
-        Redimensiona(std::bit_ceil(std::max(uiMinimo, k_uiMinimoEntradas)));
-}
-
-void CXVIndice::Inclui(XVUInt64 uiChave, XVUInt uiPosicao) {
-    SEntrada& rEntrada = m_listaEntradas[Localiza(uiChave)];
-    if (rEntrada.uiPrimeira == 0) {
-        rEntrada = {uiChave, uiPosicao, uiPosicao};
-        m_listaProxima[uiPosicao] = 0;
-        ++m_uiUsadas;
-    } else if (uiPosicao > rEntrada.uiUltima) {  // the usual case: records are appended
-        m_listaProxima[rEntrada.uiUltima] = uiPosicao;
-        m_listaProxima[uiPosicao] = 0;
-        rEntrada.uiUltima = uiPosicao;
-    } else if (uiPosicao < rEntrada.uiPrimeira) {
-        m_listaProxima[uiPosicao] = rEntrada.uiPrimeira;
-        rEntrada.uiPrimeira = uiPosicao;
-    } else {
-        XVUInt uiAnterior = rEntrada.uiPrimeira;
-        while (m_listaProxima[uiAnterior] < uiPosicao) uiAnterior = m_listaProxima[uiAnterior];
-        m_listaProxima[uiPosicao] = m_listaProxima[uiAnterior];
-        m_listaProxima[uiAnterior] = uiPosicao;
-    }
-}
-
-void CXVIndice::Remove(XVUInt64 uiChave, XVUInt uiPosicao) {
-    if (m_listaEntradas.empty()) return;
-    const std::size_t uiEntrada = Localiza(uiChave);
-    SEntrada& rEntrada = m_listaEntradas[uiEntrada];
-    if (rEntrada.uiPrimeira == 0) return;
-    if (rEntrada.uiPrimeira == uiPosicao) {
-        if (rEntrada.uiUltima == uiPosicao)
-            LiberaEntrada(uiEntrada);
-        else
-            rEntrada.uiPrimeira = m_listaProxima[uiPosicao];
-        return;
-    }
-    XVUInt uiAnterior = rEntrada.uiPrimeira;
-    while (uiAnterior != 0 && m_listaProxima[uiAnterior] != uiPosicao)
-        uiAnterior = m_listaProxima[uiAnterior];
-    if (uiAnterior == 0) return;
-    m_listaProxima[uiAnterior] = m_listaProxima[uiPosicao];
-    if (rEntrada.uiUltima == uiPosicao) rEntrada.uiUltima = uiAnterior;
-}
-
-// Closes the gap: entries that were pushed past the freed slot move back to where a look-up finds them.
-void CXVIndice::LiberaEntrada(std::size_t uiLivre) {
-    const std::size_t uiMascara = m_listaEntradas.size() - 1;
-    for (std::size_t i = (uiLivre + 1) & uiMascara; m_listaEntradas[i].uiPrimeira != 0;
-         i = (i + 1) & uiMascara) {
-        const std::size_t uiDistancia = (i - Inicio(m_listaEntradas[i].uiChave)) & uiMascara;
-        if (uiDistancia < ((i - uiLivre) & uiMascara)) continue;
-        m_listaEntradas[uiLivre] = m_listaEntradas[i];
-        uiLivre = i;
-    }
-    m_listaEntradas[uiLivre] = {};
-    --m_uiUsadas;
-}
-
 void CXVIndice::Limpa() {
-    m_listaEntradas = {};
+    m_lugares = {};
     m_listaProxima = {};
-    m_uiUsadas = 0;
+    m_uiLugares = m_uiMascara = m_uiUsados = 0;
 }
 
-XVUInt CXVIndice::GetPrimeira(XVUInt64 uiChave) const {
-    return m_listaEntradas.empty() ? 0 : m_listaEntradas[Localiza(uiChave)].uiPrimeira;
+// In one step with what is likely to come, or each position would move all links.
+void CXVIndice::ReservaElos(std::size_t uiPosicoes) {
+    if (!m_bPermiteRepetida || m_listaProxima.size() >= uiPosicoes) return;
+    if (m_listaProxima.capacity() < uiPosicoes)
+        m_listaProxima.reserve(std::max(uiPosicoes, m_listaProxima.capacity() * 2));
+    m_listaProxima.resize(uiPosicoes);
+}
+
+// Enters a position into the ring of the key that a slot stands for, in ascending order.
+void CXVIndice::Encadeia(std::size_t uiLugar, XVUInt uiPosicao) {
+    XVUInt& rUltima = m_lugares[uiLugar];
+    if (m_bPermiteRepetida) {
+        if (rUltima == 0) {
+            m_listaProxima[uiPosicao] = uiPosicao;
+        } else {
+            XVUInt uiAnterior = rUltima;
+            if (uiPosicao < rUltima)
+                while (m_listaProxima[uiAnterior] < uiPosicao) uiAnterior = m_listaProxima[uiAnterior];
+            m_listaProxima[uiPosicao] = m_listaProxima[uiAnterior];
+            m_listaProxima[uiAnterior] = uiPosicao;
+        }
+    }
+    rUltima = std::max(rUltima, uiPosicao);
+}
+
+// The position before the given one in its ring, itself where it is alone; 0: it is not in the ring.
+XVUInt CXVIndice::Anterior(XVUInt uiUltima, XVUInt uiPosicao) const {
+    XVUInt uiAnterior = uiUltima;
+    while (m_listaProxima[uiAnterior] != uiPosicao) {
+        uiAnterior = m_listaProxima[uiAnterior];
+        if (uiAnterior == uiUltima) return 0;
+    }
+    return uiAnterior;
 }

@@ -1,4 +1,5 @@
 #include <pwd.h>
+#include <sys/mman.h>
 #include <sys/random.h>
 #include <sys/resource.h>
 #include <sys/syscall.h>
@@ -7,6 +8,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -156,6 +158,20 @@ void* AlocaSaida(std::size_t uiTamanho) {
 }
 void LiberaSaida(void* pBuffer) {
     std::free(pBuffer);
+}
+
+void PedePaginasGrandes(void* pBloco, std::size_t uiTamanho) {
+#ifdef MADV_HUGEPAGE
+    constexpr std::uintptr_t k_uiPagina = 1U << 21;
+    const auto uiBloco = reinterpret_cast<std::uintptr_t>(pBloco);
+    const std::uintptr_t uiInicio = (uiBloco + k_uiPagina - 1) & ~(k_uiPagina - 1);
+    const std::uintptr_t uiFim = (uiBloco + uiTamanho) & ~(k_uiPagina - 1);
+    if (uiInicio < uiFim)
+        static_cast<void>(madvise(reinterpret_cast<void*>(uiInicio), uiFim - uiInicio, MADV_HUGEPAGE));
+#else
+    static_cast<void>(pBloco);
+    static_cast<void>(uiTamanho);
+#endif
 }
 
 }  // namespace XVAmbienteSO

@@ -127,4 +127,7 @@ void LiberaSaida(void* pBuffer) {
     CoTaskMemFree(pBuffer);
 }
 
+// Windows gives them to accounts with a privilege only, and then locks them into memory.
+void PedePaginasGrandes(void* /*pBloco*/, std::size_t /*uiTamanho*/) {}
+
 }  // namespace XVAmbienteSO

@@ -5,6 +5,7 @@
 
 #include "contract/XVDadosCR.h"
 #include "middleware/XVOrdenacaoDmc.h"
+#include "middleware/XVSelecaoIndex.h"
 #include "tests/harness/XVSistemaArquivosFalhas.h"
 #include "tests/middleware/XVCenarioLoja.h"
 #include "tests/middleware/XVOperacoesLoja.h"
@@ -99,9 +100,62 @@ TEST(OrdenacaoDmc, ListasLongasECurtasFicamEmOrdem) {
             std::vector<REG_XVDMC> listaOrdenada = lista;
             std::sort(listaOrdenada.begin(), listaOrdenada.end(),
                       [](REG_XVDMC reg1, REG_XVDMC reg2) { return reg1.uiValor < reg2.uiValor; });
-            XVOrdenaDmcs(lista);
-            EXPECT_TRUE(lista == listaOrdenada) << uiQuantidade;
+            CXVListaAchadas achadas;
+            std::copy(lista.begin(), lista.end(), achadas.Amplia(uiQuantidade));
+            XVOrdenaDmcs(achadas);
+            EXPECT_TRUE(std::ranges::equal(achadas.GetDmcs(), listaOrdenada)) << uiQuantidade;
         }
+}
+
+// Records as they are loaded, changed and appended, values of later programs among them.
+TEST(SelecaoIndex, ComESemResumoAchaOMesmo) {
+    using TReg = REG_CR_INDEX_INTEGRACAO_V1;
+    constexpr XVUInt k_aeSistemas[] = {0, 2, 8, 16, 24, 0x80000000U, 0x40000000U};
+    std::mt19937_64 sorteio(11);
+    const auto sorteia = [&](XVUInt64 uiDmc) {
+        return TReg{
+            sorteio() % 50, {uiDmc}, k_aeSistemas[sorteio() % 7], static_cast<XVUInt>(sorteio() % 10)};
+    };
+    for (int i = 0; i < 200; ++i) {
+        TXVArrayRegistros<TReg> aRegistros;
+        std::generate_n(aRegistros.PreparaBase(1500), 1500,
+                        [&, n = XVUInt64{0}]() mutable { return sorteia(++n); });
+        TXVResumo<TReg> resumo;
+        resumo.Carrega(aRegistros);
+        EXPECT_TRUE(resumo.EmOrdem());
+        resumo.Reserva(2100);
+        for (std::size_t n = 0; n < 2100; ++n) {
+            const bool bMuda = n % 3 == 0;
+            const TReg reg = sorteia(bMuda ? n + 1 : aRegistros.size() + 1);
+            resumo.Muda(aRegistros, bMuda ? n : aRegistros.size(), reg);
+            if (bMuda)
+                aRegistros[n] = reg;
+            else
+                aRegistros.Inclui(reg);
+        }
+        CXVDadosCR_FiltroIntegracaoMiddleware dados;
+        for (int k = static_cast<int>(sorteio() % 4); k > 0; --k) {
+            dados.listaStatusIntegracao.push_back(static_cast<XVUInt>(sorteio() % 10));
+            if (i % 2 == 0) dados.listaSistemaIntegracao.push_back(k_aeSistemas[sorteio() % 7]);
+        }
+        if (i % 3 == 0) dados.uiChaveIntegracaoSistemaTerceiroFinal = 1 + sorteio() % 50;
+        CXVFiltroBusca filtro;
+        ASSERT_EQ(filtro.CopiarDe(dados.ComoRegistro()), S_OK);
+        CXVListaAchadas aAchadas[2];
+        for (const bool bResumo : {false, true}) {
+            CXVSelecaoIndex selecao(filtro, aAchadas[bResumo]);
+            auto ve = [&, n = std::size_t{0}](std::span<const TReg> aParte) mutable {
+                selecao.Ve(aParte, n, bResumo ? &resumo : nullptr);
+                n += aParte.size();
+            };
+            aRegistros.Percorre(ve);
+            EXPECT_TRUE(selecao.EmOrdem());
+        }
+        ASSERT_TRUE(std::ranges::equal(aAchadas[0].GetDmcs(), aAchadas[1].GetDmcs())) << i;
+        const TReg reg{0, {1}, 0, 0};
+        resumo.Muda(aRegistros, 7, reg);
+        EXPECT_FALSE(resumo.EmOrdem());
+    }
 }
 
 }  // namespace

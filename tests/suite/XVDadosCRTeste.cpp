@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "contract/XVCR_BuffersPS.h"
+#include "contract/XVListaAchadas.h"
 #include "tests/suite/XVIntegracaoCheia.h"
 
 namespace {
@@ -49,10 +50,13 @@ TEST(DadosCRTeste, RespostaEListaSaoBuffersDeQuemRecebe) {
     EXPECT_TRUE(volta == resposta);
 
     _REG_DF_LISTA_XVDMCPS lista{9, 9, nullptr, 9};
-    ASSERT_EQ(XVListaToReg({}, &lista), S_OK);
+    CXVListaAchadas achadas;
+    ASSERT_EQ(achadas.Entrega(&lista), S_OK);
     EXPECT_EQ(lista.ulQuantidade, 0U);
-    ASSERT_EQ(XVListaToReg({{1}, {2}}, &lista), S_OK);
+    for (const XVUInt64 ui : {1U, 2U}) achadas.Inclui({ui});
+    ASSERT_EQ(achadas.Entrega(&lista), S_OK);
     ASSERT_EQ(lista.ulQuantidade, 2U);
+    EXPECT_EQ(lista.pLista[0].uiValor, 1U);
     EXPECT_EQ(lista.pLista[1].uiValor, 2U);
     XVLiberaBuffers(&lista);
     EXPECT_EQ(lista.ulQuantidade, 0U);

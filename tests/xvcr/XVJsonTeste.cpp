@@ -66,7 +66,8 @@ TEST(LinhaJson, RecusaOQueNaoEUmObjetoEDizOByte) {
     std::istringstream fluxo(R"({ {"a":1 {"a":1}} {"a":} {'a':1} {"a":1,} {"a":1}{"b":2} {"a":[1} {"a":[1,]}
         {"a":{1:2}} {"a":tru} {"a":01} {"a":1.} {"a":-} {"a":1e} {"a":"\x"} {"a":"\u00g0"} {"a":"\ud83d"}
         {"a":"\ud83d\u0041"} {"a":"\ude00"} {"a":1,"a":2,} )"
-                             "{\"a\":\"\x1f\"} {\"a\":\"\xff\"}");
+                             "{\"a\":\"\x1f\"} {\"a\":\"123\x1f"
+                             "45678\"} {\"a\":\"\xff\"}");
     for (std::string sLinha; fluxo >> sLinha;)
         EXPECT_TRUE(XVSeparaMembros(sLinha, &listaMembros).starts_with("JSON inválido no byte ")) << sLinha;
     EXPECT_EQ(XVSeparaMembros("", &listaMembros), "JSON inválido no byte 1");
@@ -75,12 +76,13 @@ TEST(LinhaJson, RecusaOQueNaoEUmObjetoEDizOByte) {
     EXPECT_EQ(XVSeparaMembros("{\"a\":1}" + std::string(1, '\0'), &listaMembros), "JSON inválido");
     EXPECT_EQ(XVSeparaMembros("\xEF\xBB\xBF{ }", &listaMembros), "");
     EXPECT_TRUE(listaMembros.empty());
-    const std::string sLinha = R"({"a":[true,false,null,{},[]],"b":-0.5E+3,"c":"\\\"\/\b\ud83d\ude00"} )";
+    const std::string sLinha =
+        R"({"a":[true,false,null,{},[]],"b":-0.5E+3,"c":"\\\"\/\b\ud83d\ude00\u20ac"} )";
     EXPECT_EQ(XVSeparaMembros(sLinha, &listaMembros), "");
     ASSERT_EQ(listaMembros.size(), 3U);
     EXPECT_EQ(listaMembros[0].sValor, "[true,false,null,{},[]]");
     EXPECT_EQ(listaMembros[1].sValor, "-0.5E+3");
-    EXPECT_EQ(listaMembros[2].GetTexto(), "\\\"/\b\xF0\x9F\x98\x80");
+    EXPECT_EQ(listaMembros[2].GetTexto(), "\\\"/\b\xF0\x9F\x98\x80\xE2\x82\xAC");
 }
 
 TEST(LinhaJson, AninhamentoFundoNaoEsgotaAPilha) {

@@ -46,7 +46,7 @@ TEST_F(ConcorrenciaBanco, GravacaoPreparaEPublicaSozinha) {
     std::string sTravas;
     chaves.fnAoPerguntar = [&] { sTravas += banco->EstaTravado() ? 'x' : '-'; };
     ASSERT_EQ(banco->Grava(uiPosicao, {4, 5, 6}), S_OK);
-    EXPECT_EQ(sTravas, "xx") << "the new key while it is prepared, the old one while memory changes";
+    EXPECT_EQ(sTravas, "xxx") << "the new key prepared, the old one and its place while memory changes";
     chaves.fnAoPerguntar = nullptr;
     ASSERT_EQ(banco.xvDB.Finaliza(), S_OK);
 

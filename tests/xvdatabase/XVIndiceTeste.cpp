@@ -66,36 +66,60 @@ TEST_F(IndiceArquivo, RecusasNaoGravamNada) {
     ASSERT_EQ(banco.xvDB.Finaliza(), S_OK);
 }
 
+// Repeats and zeros allowed: there is nothing to check before somebody asks.
+TEST_F(IndiceArquivo, PedidoPelaPrimeiraVezEnquantoUmaGravacaoEspera) {
+    TXVBanco<CXVFileTeste> banco("A.dat");
+    ASSERT_EQ(banco->IncluiIndex(&m_Chaves, 0, true, true), S_OK);
+    ASSERT_EQ(Abre(banco), S_OK);
+    CXVOperacao operacao(&banco.xvDB);
+    std::vector<REG_TESTE> aRegistros;
+    for (XVUInt i = 1; i <= 1000; ++i) aRegistros.push_back({i, 0, 0});
+    XVUInt uiPosicao = 0;
+    ASSERT_EQ(banco->PreparaColecao(operacao, uiPosicao, aRegistros), S_OK);
+    EXPECT_EQ(banco->ExisteIndex(XVUInt64{500}, uiPosicao, 0), S_OK);
+    EXPECT_EQ(uiPosicao, 0U) << "what is prepared is not there yet";
+    ASSERT_EQ(operacao.Executa(), S_OK);
+    for (XVUInt i = 1; i <= 1000; ++i) {
+        EXPECT_EQ(banco->ExisteIndex(XVUInt64{i}, uiPosicao, 0), S_OK);
+        EXPECT_EQ(uiPosicao, i);
+    }
+    ASSERT_EQ(banco.xvDB.Finaliza(), S_OK);
+}
+
 // The map alone, with many keys in few slots, against the standard one.
 TEST(Indice, ComoUmMultimapaOrdenado) {
     std::mt19937_64 gerador(7);
-    CXVIndice indice;
+    CXVIndice indice(true);
     std::multimap<XVUInt64, XVUInt> modelo;
-    std::map<XVUInt, XVUInt64> mapaChaves;  // by position
-    EXPECT_EQ(indice.GetPrimeira(1), 0U);
-    indice.Remove(1, 1);
+    std::vector<XVUInt64> aChaves(701);  // by position; 0: not in the map
+    const auto chave = [&aChaves](XVUInt uiPosicao) { return aChaves[uiPosicao]; };
+    EXPECT_EQ(indice.GetPrimeira(1, chave), 0U);
+    indice.Remove(1, 1, chave);
     for (int i = 0; i < 60'000; ++i) {
         const auto uiPosicao = static_cast<XVUInt>(1 + gerador() % 700);
         const XVUInt64 uiChave = (1 + gerador() % 90) << (gerador() % 3 * 20);
-        if (const auto it = mapaChaves.find(uiPosicao); it != mapaChaves.end()) {
-            indice.Remove(uiChave == it->second ? uiChave + 1 : uiChave, uiPosicao);  // not held: nothing
-            indice.Remove(it->second, uiPosicao);
-            auto [itDe, itAte] = modelo.equal_range(it->second);
+        if (XVUInt64& rChave = aChaves[uiPosicao]; rChave != 0) {
+            indice.Remove(uiChave == rChave ? uiChave + 1 : uiChave, uiPosicao, chave);  // not held: nothing
+            indice.Remove(rChave, uiPosicao, chave);
+            auto [itDe, itAte] = modelo.equal_range(rChave);
             while (itDe->second != uiPosicao) ++itDe;
             modelo.erase(itDe);
-            mapaChaves.erase(it);
+            rChave = 0;
         } else {
-            indice.Reserva(1, uiPosicao);
-            indice.Inclui(uiChave, uiPosicao);
+            indice.Reserva(1, uiPosicao, aChaves.size() - 1, chave);
+            indice.Inclui(uiChave, uiPosicao, chave);
             modelo.emplace(uiChave, uiPosicao);
-            mapaChaves[uiPosicao] = uiChave;
+            rChave = uiChave;
+        }
+        if (i % 1000 == 999) {
+            ASSERT_TRUE(indice.Constroi(std::span(aChaves).subspan(1)));
         }
         const auto [itDe, itAte] = modelo.equal_range(uiChave);
         std::vector<XVUInt> aEsperadas;
         for (auto it = itDe; it != itAte; ++it) aEsperadas.push_back(it->second);
         std::sort(aEsperadas.begin(), aEsperadas.end());
         std::vector<XVUInt> aObtidas;
-        for (XVUInt ui = indice.GetPrimeira(uiChave); ui != 0; ui = indice.GetProxima(ui))
+        for (XVUInt ui = indice.GetPrimeira(uiChave, chave); ui != 0; ui = indice.GetProxima(ui))
             aObtidas.push_back(ui);
         ASSERT_EQ(aObtidas, aEsperadas) << "step " << i;
     }

@@ -8,6 +8,7 @@
 #include <stdexcept>
 
 #include "client/XVConexao.h"
+#include "contract/XVListaAchadas.h"
 #include "core/xvrpcdll/XVCR_Middleware.h"
 #include "middleware/XVOperacoesGenericas.h"
 
@@ -58,7 +59,10 @@ class CLogicaFalsa : public CXVBaseParaRotinas, public CXVOperacoesGenericas {
         return Opera();
     }
     HRESULT BuscaPonteiros(const auto&, _REG_DF_LISTA_XVDMCPS* pLista) {
-        XVIgnora(XVListaToReg({REG_XVDMC{1}, REG_XVDMC{2}}, pLista));
+        CXVListaAchadas achadas;
+        achadas.Inclui({1});
+        achadas.Inclui({2});
+        XVIgnora(achadas.Entrega(pLista));
         return Opera();
     }
     HRESULT BuscaDadosSistemaTerceiro(const auto&, tagREG_CR_STATUS_CONSULTA_SISTEMA_TERCEIROPS* pReg) {

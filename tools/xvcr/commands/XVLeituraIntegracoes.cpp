@@ -56,27 +56,38 @@ std::string ArquivoDoTexto(const CXVDadosCR_IntegracaoMiddleware& rDados, const 
     return sCaminho;
 }
 
-void MostraUma(CXVContexto& rContexto, const CXVDadosCR_IntegracaoMiddleware& rDados, XVUInt64 uiFlags,
-               const std::string& sPasta) {
-    constexpr const char* k_szArquivo = "_arquivo";
-    XVJson json = XVRegistroJson::ParaJson(rDados, false);
-    XVRegistroJson::XVListaPares listaPares = XVRegistroJson::ParaPares(rDados, false);
+// One integration in the form that was asked for; TForma makes it.
+template <class TForma>
+void MontaUma(TForma forma, const CXVDadosCR_IntegracaoMiddleware& rDados, XVUInt64 uiFlags,
+              const std::string& sPasta) {
     for (const STextoLido& rTexto : k_aTextos) {
         if ((uiFlags & rTexto.uiFlag) == 0) continue;
-        if (!sPasta.empty()) {
-            const std::string sCaminho = ArquivoDoTexto(rDados, rTexto, sPasta);
-            json[std::string(rTexto.pszCampo) + k_szArquivo] = sCaminho;
-            listaPares.emplace_back(std::string(rTexto.pszCampo) + k_szArquivo, sCaminho);
-        } else if (rContexto.saida.EhJson()) {
-            XVRegistroJson::Inclui(json, rTexto.pszCampo, rDados.*rTexto.pMembro);
-        } else {
-            listaPares.emplace_back(rTexto.pszCampo, XVRegistroJson::ParaPessoa(rDados.*rTexto.pMembro));
-        }
+        if (sPasta.empty())
+            forma(rTexto.pszCampo, rDados.*rTexto.pMembro, false);
+        else
+            forma(std::string(rTexto.pszCampo) + "_arquivo", ArquivoDoTexto(rDados, rTexto, sPasta), true);
     }
-    if (rContexto.saida.EhJson())
-        rContexto.saida.LinhaJson(json);
-    else
-        rContexto.saida.Pares(listaPares);
+}
+
+void MostraUma(CXVContexto& rContexto, const CXVDadosCR_IntegracaoMiddleware& rDados, XVUInt64 uiFlags,
+               const std::string& sPasta) {
+    if (rContexto.saida.EhJson()) {
+        XVJson json = XVRegistroJson::ParaJson(rDados, false);
+        const auto inclui = [&json](const std::string& sNome, const std::string& sValor, bool bCaminho) {
+            if (bCaminho)
+                json[sNome] = sValor;
+            else
+                XVRegistroJson::Inclui(json, sNome, sValor);
+        };
+        MontaUma(inclui, rDados, uiFlags, sPasta);
+        return rContexto.saida.LinhaJson(json);
+    }
+    XVRegistroJson::XVListaPares listaPares = XVRegistroJson::ParaPares(rDados, false);
+    const auto inclui = [&listaPares](const std::string& sNome, const std::string& sValor, bool bCaminho) {
+        listaPares.emplace_back(sNome, bCaminho ? sValor : XVRegistroJson::ParaPessoa(sValor));
+    };
+    MontaUma(inclui, rDados, uiFlags, sPasta);
+    rContexto.saida.Pares(listaPares);
 }
 
 }  // namespace

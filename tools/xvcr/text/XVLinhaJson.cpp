@@ -1,6 +1,7 @@
 #include "tools/xvcr/text/XVLinhaJson.h"
 
 #include <algorithm>
+#include <charconv>
 #include <nlohmann/json.hpp>
 
 #include "tools/xvcr/text/XVVarreduraJson.h"
@@ -10,17 +11,63 @@ namespace {
 constexpr std::string_view k_sBom = "\xEF\xBB\xBF";
 constexpr std::size_t k_uiMembros = 256;  // no record has as many
 
-// Position after the string that begins at i, which is known to be one.
-std::size_t PulaTexto(std::string_view s, std::size_t i) {
-    for (++i; s[i] != '"'; ++i)
-        if (s[i] == '\\') ++i;
-    return i + 1;
+void AnexaUtf8(std::string& rTexto, unsigned uiCaractere) {
+    const auto anexa = [&](unsigned uiByte) { rTexto += static_cast<char>(uiByte); };
+    const auto continua = [&](unsigned uiDesloca) { anexa(0x80U | (uiCaractere >> uiDesloca & 0x3FU)); };
+    if (uiCaractere < 0x80) return anexa(uiCaractere);
+    if (uiCaractere < 0x800) {
+        anexa(0xC0U | uiCaractere >> 6);
+        return continua(0);
+    }
+    if (uiCaractere < 0x10000) {
+        anexa(0xE0U | uiCaractere >> 12);
+    } else {
+        anexa(0xF0U | uiCaractere >> 18);
+        continua(12);
+    }
+    continua(6);
+    continua(0);
 }
 
-// What a string means, which stands in sTexto with its quotation marks.
+unsigned Hexadecimal(std::string_view sDigitos) {
+    unsigned uiValor = 0;
+    std::from_chars(sDigitos.data(), sDigitos.data() + sDigitos.size(), uiValor, 16);
+    return uiValor;
+}
+
+// The character of the escape whose backslash stands at i; i is then behind it. The halves of a pair are
+// known to stand together.
+void AnexaEscape(std::string& rTexto, std::string_view s, std::size_t& i) {
+    constexpr std::string_view k_sLetras = "bfnrt";
+    constexpr std::string_view k_sSentidos = "\b\f\n\r\t";
+    const char c = s[i + 1];
+    i += 2;
+    if (c != 'u') {
+        const std::size_t uiLetra = k_sLetras.find(c);
+        rTexto += uiLetra == std::string_view::npos ? c : k_sSentidos[uiLetra];
+        return;
+    }
+    unsigned uiCaractere = Hexadecimal(s.substr(i, 4));
+    i += 4;
+    if ((uiCaractere & 0xFC00U) == 0xD800U) {
+        uiCaractere = 0x10000U + ((uiCaractere & 0x3FFU) << 10) + (Hexadecimal(s.substr(i + 2, 4)) & 0x3FFU);
+        i += 6;
+    }
+    AnexaUtf8(rTexto, uiCaractere);
+}
+
+// What a string means, which stands in sTexto with its quotation marks and was gone over before.
 std::string Decodifica(std::string_view sTexto) {
-    if (sTexto.find('\\') != std::string_view::npos) return nlohmann::json::parse(sTexto).get<std::string>();
-    return std::string(sTexto.substr(1, sTexto.size() - 2));
+    const std::string_view s = sTexto.substr(1, sTexto.size() - 2);
+    std::string sDecodificado;
+    sDecodificado.reserve(s.size());
+    for (std::size_t i = 0; i < s.size();) {
+        const std::size_t uiBarra = std::min(s.find('\\', i), s.size());
+        sDecodificado += s.substr(i, uiBarra - i);
+        i = uiBarra;
+        if (i < s.size()) AnexaEscape(sDecodificado, s, i);
+    }
+    return sDecodificado;
 }
 
 // What is wrong with a line that is no JSON.
@@ -84,19 +131,25 @@ std::string SMembroJson::GetTexto() const {
     return Decodifica(sValor);
 }
 
+// Whitespace means something in strings only.
 std::string SMembroJson::GetCompacto() const {
-    std::string sCompacto;
-    sCompacto.reserve(sValor.size());
-    for (std::size_t i = 0; i < sValor.size();) {
-        if (sValor[i] == '"') {
-            const std::size_t uiFim = PulaTexto(sValor, i);
-            sCompacto += sValor.substr(i, uiFim - i);
-            i = uiFim;
+    std::string sCompacto(sValor.size(), '\0');
+    char* pPara = sCompacto.data();
+    const char* const pFim = sValor.data() + sValor.size();
+    for (const char* p = sValor.data(); p != pFim;) {
+        if (static_cast<unsigned char>(*p) <= ' ') {
+            ++p;
             continue;
         }
-        if (static_cast<unsigned char>(sValor[i]) > ' ') sCompacto += sValor[i];
-        ++i;
+        const bool bTexto = *p == '"';
+        *pPara++ = *p++;
+        // The value was gone over before: every string in it ends.
+        for (bool bDentro = bTexto; bDentro; *pPara++ = *p++) {
+            bDentro = *p != '"';
+            if (*p == '\\') *pPara++ = *p++;
+        }
     }
+    sCompacto.resize(static_cast<std::size_t>(pPara - sCompacto.data()));
     return sCompacto;
 }
 

@@ -1,6 +1,9 @@
 #include "tools/xvcr/text/XVVarreduraJson.h"
 
+#include <bit>
 #include <charconv>
+#include <cstdint>
+#include <cstring>
 #include <nlohmann/json.hpp>
 #include <string>
 
@@ -9,13 +12,6 @@
 bool CXVVarreduraJson::EstaNoFim() {
     PulaEspacos();
     return m_uiPosicao == m_sTexto.size();
-}
-
-bool CXVVarreduraJson::Consome(char c) {
-    PulaEspacos();
-    if (Atual() != c) return false;
-    ++m_uiPosicao;
-    return true;
 }
 
 bool CXVVarreduraJson::LeTexto(std::string_view* psTexto) {
@@ -34,8 +30,23 @@ bool CXVVarreduraJson::LeValor(std::string_view* psValor) {
     return true;
 }
 
-void CXVVarreduraJson::PulaEspacos() {
-    for (char c = Atual(); c == ' ' || c == '\t' || c == '\r' || c == '\n'; c = Atual()) ++m_uiPosicao;
+// Over what is ASCII and means itself in a string, eight bytes at a time. Operations on the word mark in the
+// highest bit of a byte what stops it; only above a true mark they may set a false one.
+void CXVVarreduraJson::PulaSimples() {
+    constexpr std::uint64_t k_uiUns = 0x0101010101010101U;
+    constexpr std::uint64_t k_uiAltos = k_uiUns << 7;
+    static_assert(std::endian::native == std::endian::little);
+    for (std::uint64_t ui = 0; m_sTexto.size() - m_uiPosicao >= sizeof(ui); m_uiPosicao += sizeof(ui)) {
+        std::memcpy(&ui, m_sTexto.data() + m_uiPosicao, sizeof(ui));
+        const std::uint64_t uiAspas = ui ^ (k_uiUns * '"');
+        const std::uint64_t uiBarra = ui ^ (k_uiUns * '\\');
+        const std::uint64_t uiZeros = ((uiAspas - k_uiUns) & ~uiAspas) | ((uiBarra - k_uiUns) & ~uiBarra);
+        const std::uint64_t uiControles = (ui - k_uiUns * ' ') & ~ui;
+        const std::uint64_t uiMarcas = (ui | uiZeros | uiControles) & k_uiAltos;
+        if (uiMarcas == 0) continue;
+        m_uiPosicao += static_cast<std::size_t>(std::countr_zero(uiMarcas)) / 8;
+        return;
+    }
 }
 
 bool CXVVarreduraJson::PulaValor() {
@@ -72,8 +83,8 @@ bool CXVVarreduraJson::PulaNome() {
 bool CXVVarreduraJson::PulaTexto() {
     if (Atual() != '"') return false;
     const std::size_t uiInicio = ++m_uiPosicao;
-    unsigned uiTodos = 0;  // the bits of all bytes
-    for (; m_uiPosicao < m_sTexto.size(); ++m_uiPosicao) {
+    unsigned uiTodos = 0;  // the bits of all bytes but those that are ASCII
+    for (PulaSimples(); m_uiPosicao < m_sTexto.size(); ++m_uiPosicao) {
         const auto ucByte = static_cast<unsigned char>(m_sTexto[m_uiPosicao]);
         uiTodos |= ucByte;
         if (ucByte < 0x20) return false;

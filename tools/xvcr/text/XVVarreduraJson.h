@@ -11,14 +11,22 @@ class CXVVarreduraJson {
 
     bool EstaNoFim();
     // Goes over c where it is what comes next.
-    bool Consome(char c);
+    bool Consome(char c) {
+        PulaEspacos();
+        if (Atual() != c) return false;
+        ++m_uiPosicao;
+        return true;
+    }
     // A string; the view has its quotation marks.
     bool LeTexto(std::string_view* psTexto);
     // Any value, as it stands in the text. Nesting costs memory, not stack.
     bool LeValor(std::string_view* psValor);
 
   private:
-    void PulaEspacos();
+    void PulaEspacos() {
+        for (char c = Atual(); c == ' ' || c == '\t' || c == '\r' || c == '\n'; c = Atual()) ++m_uiPosicao;
+    }
+    void PulaSimples();
     bool PulaValor();
     bool PulaNome();  // of a member, and its colon
     bool PulaTexto();
