@@ -89,7 +89,8 @@ class TXVGroupDinamico : public CXVGroupFileBase, private IXVMembrosAbertos {
         XV_CHECK(GetXVFile(uiChaveNomeArquivo, pXVFileInterface));
         const std::shared_lock lock(GetLock());
         // A member that a write was to make is forgotten when the write fails, without the opening lock.
-        if (BuscaAberto(uiChaveNomeArquivo) != pXVFileInterface) XV_FALHA(E_XVCR_ARQUIVO_GROUP_NAO_ENCONTRADO);
+        if (BuscaAberto(uiChaveNomeArquivo) != pXVFileInterface)
+            XV_FALHA(E_XVCR_ARQUIVO_GROUP_NAO_ENCONTRADO);
         return operacao(pXVFileInterface);
     }
 

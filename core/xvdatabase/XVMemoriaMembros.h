@@ -57,8 +57,8 @@ class CXVMemoriaMembros {
     // Under the opening lock and no other: closes members until what is open is within the budget and, with
     // pAbre, one more may open in that group.
     void Acomoda(const IXVMembrosAbertos* pAbre) { FechaAte(pAbre, m_uiOrcamento, m_uiMaximoAbertos); }
-    // For an opening for which the system has no handle left. While this thread loads a member, closes members
-    // down to what each group keeps open; false: nothing was closed.
+    // For an opening for which the system has no handle left. While this thread loads a member, closes
+    // members down to what each group keeps open; false: nothing was closed.
     bool CedeHandles();
     // Counts bytes by which open members grew. True: so many that Acomoda is due.
     bool Cresce(XVUInt64 uiBytes);
