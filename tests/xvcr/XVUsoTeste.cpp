@@ -92,7 +92,7 @@ TEST(Uso, AjudaDeCadaComandoTemExemplos) {
     EXPECT_THAT(geral.sSaida, HasSubstr("Uso: xvcr"));
     for (const std::string& rComando :
          XVPalavras("grava status le busca carrega mapa datahora pendencia instantanea consulta converte "
-                    "versao registro")) {
+                    "versao registro explica")) {
         EXPECT_THAT(geral.sSaida, HasSubstr(rComando));
         const SExecucao ajuda = XVExecutaAqui({rComando, "--help"});
         EXPECT_EQ(ajuda.iSaida, 0) << rComando;
@@ -100,6 +100,28 @@ TEST(Uso, AjudaDeCadaComandoTemExemplos) {
         EXPECT_THAT(ajuda.sSaida, Not(HasSubstr("REQUIRED")));
     }
     EXPECT_THAT(XVExecutaAqui({"mapa", "busca", "--help"}).sSaida, HasSubstr("xvcr mapa busca --registro"));
+}
+
+TEST(Explica, TodaFormaDeUmCodigoLevaAoSeuConselho) {
+    const std::string sFatal = "0x8004EAD0", sPosicao = "E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA";
+    for (const std::string rForma : {"0x81080AAA", "0X81080aaa", "81080AAA", "2164787882", "-2130179414",
+                                     "e_xvcr_posicao_de_indexacao_invalida"}) {
+        const SExecucao execucao = XVExecutaAqui({"explica", "--", rForma});
+        EXPECT_THAT(execucao.sSaida,
+                    testing::StartsWith("Código:       0x81080AAA " + sPosicao +
+                                        "\nO que houve:  Nenhum registro tem a chave procurada;"))
+            << rForma << execucao.sErro;
+    }
+    const auto linhas = XVLinhasJson(
+        XVExecutaAqui({"--json", "explica", sFatal, "RPC_S_UNKNOWN_IF", "ERROR_DISK_FULL"}).sSaida);
+    ASSERT_EQ(linhas.size(), 3U);
+    EXPECT_EQ(linhas[0]["codigo"], sFatal);
+    EXPECT_EQ(linhas[0]["ate"], "0x8004EADB");
+    EXPECT_EQ(linhas[1]["codigo"], "0x800706B5");
+    EXPECT_EQ(linhas[1]["assunto"], "processo");
+    EXPECT_EQ(linhas[2], (nlohmann::json{{"codigo", "0x80070070"}, {"nome", "ERROR_DISK_FULL"}}));
+    EXPECT_EQ(XVExecutaAqui({"explica", "0x81089999"}).iSaida, 1);
+    EXPECT_EQ(XVExecutaAqui({"explica", "0x"}).iSaida, 2);
 }
 
 // The installation's store, on a disk in memory.

@@ -62,6 +62,7 @@ void AdicionaComandos(CLI::App& rRaiz, CXVContexto& rContexto) {
     XVAdicionaConverte(rRaiz, rContexto);
     XVAdicionaVersao(rRaiz, rContexto);
     XVAdicionaRegistro(rRaiz, rContexto);
+    XVAdicionaExplica(rRaiz, rContexto);
 }
 
 // True when there is something to run; otherwise *piSaida is how the program ends.
