@@ -10,7 +10,8 @@ using enum EAssuntoMensagem;
 // clang-format off
 constexpr SMensagemCodigo k_aArquivo[] = {
     {XVHResult(0x80043E8CU), "eBadSeek", eArquivos,
-     "O posicionamento no arquivo falhou; verifique o disco e o log do sistema, depois rode \"xvcr verifica\".",
+     "O posicionamento no arquivo falhou; verifique o disco e o log do sistema, depois rode \"xvcr "
+     "verifica\".",
      "O sistema não chegou à posição pedida: dispositivo que saiu do ar ou arquivo danificado.",
      "Olhe o log do sistema e o disco, depois repita. Persistindo: " XV_ACAO_DANO},
     {XVHResult(0x80043E95U), "eEndOfFile", eArquivos,
@@ -33,8 +34,8 @@ constexpr SMensagemCodigo k_aArquivo[] = {
      "valor Path).",
      "O código da empresa está errado, pois quem só lê não cria a base; ou o diretório do módulo não está "
      "configurado; ou a unidade não está conectada.",
-     "Confira a empresa (\"xvcr empresas\" lista as que existem) e o diretório do módulo; configure Path, ou "
-     "use --diretorio, ou conecte a unidade. Uma base nova nasce na primeira gravação."},
+     "Confira a empresa (\"xvcr empresas\" lista as que existem) e o diretório do módulo; configure Path, "
+     "ou use --diretorio, ou conecte a unidade. Uma base nova nasce na primeira gravação."},
     {XVHResult(0x80043EC7U), "eTooManyOpenFiles", eArquivos,
      "Há arquivos abertos demais no processo ou na máquina; feche programas ou aumente o limite.",
      "O processo ou o sistema ficou sem descritores. Nada foi mudado.",
@@ -46,17 +47,18 @@ constexpr SMensagemCodigo k_aArquivo[] = {
      "Dê ao usuário do processo os direitos de ler, gravar, criar, apagar e renomear no diretório de dados; "
      "ponha o próprio arquivo no lugar do vínculo."},
     {XVHResult(0x80043ED1U), "eXVReadOnly", eArquivos,
-     "O arquivo é somente leitura ou a base foi aberta só para leitura; retire o atributo ou abra a base para "
-     "gravação.",
-     "O arquivo tem o atributo somente leitura, ou a operação grava e a base foi aberta só para consulta. Um "
-     "arquivo somente leitura nunca é tomado por ausente.",
+     "O arquivo é somente leitura ou a base foi aberta só para leitura; retire o atributo ou abra a base "
+     "para gravação.",
+     "O arquivo tem o atributo somente leitura, ou a operação grava e a base foi aberta só para consulta. "
+     "Um arquivo somente leitura nunca é tomado por ausente.",
      "Retire o atributo, ou abra para gravação (em xvcr, sem --leitura)."},
     {XVHResult(0x80043EE2U), "eInvalidFile", eArquivos,
-     "A operação foi feita sobre um arquivo fechado ou que não é um arquivo; guarde o log de erros e avise o "
-     "suporte.",
+     "A operação foi feita sobre um arquivo fechado ou que não é um arquivo; guarde o log de erros e "
+     "avise o suporte.",
      "O descritor não é mais o de um arquivo: outra falha o fechou antes.", XV_ACAO_SUPORTE},
     {XVHResult(0x80043EE5U), "eDirectoryFull", eArquivos,
-     "O diretório ou o arquivo não aceita mais registros; não retire arquivos de dados dele, avise o suporte.",
+     "O diretório ou o arquivo não aceita mais registros; não retire arquivos de dados dele, avise o "
+     "suporte.",
      "O sistema de arquivos não aceita mais nomes no diretório, ou um arquivo chegou a 4.294.967.295 "
      "registros. Nada foi mudado.",
      "Não mova arquivos de dados para fora: o índice conta com todos. Logs de meses passados podem sair. Se "
@@ -79,7 +81,8 @@ constexpr SMensagemCodigo k_aArquivo[] = {
     {XVHResult(0x80043F10U), "eXVGenericError", eArquivos,
      "O acesso ao arquivo falhou por uma causa sem nome próprio; veja o log de erros e o log do sistema.",
      "O sistema recusou por um motivo que não tem código aqui.",
-     "A linha do log de erros traz o arquivo e o número do sistema; veja também o log do sistema e o disco."},
+     "A linha do log de erros traz o arquivo e o número do sistema; veja também o log do sistema e o "
+     "disco."},
 };
 // clang-format on
 

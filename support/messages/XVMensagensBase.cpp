@@ -32,7 +32,8 @@ constexpr SMensagemCodigo k_aBase[] = {
      "A linha do log de erros traz o número do erro do sistema (DW). Feche o programa que mantém o arquivo "
      "aberto, ou corrija a permissão, e abra a base de novo."},
     {XVHResult(0x810809D7U), "E_XVCR_ARQUIVO_GROUP_NAO_ENCONTRADO", eChamada,
-     "O arquivo do dia pedido não existe; confira a data do DMC e, se ela está certa, rode \"xvcr verifica\".",
+     "O arquivo do dia pedido não existe; confira a data do DMC e, se ela está certa, rode \"xvcr "
+     "verifica\".",
      "O DMC é de um dia sem integrações, ou o arquivo do dia saiu do diretório: foi movido, apagado, ou o "
      "índice é de outro momento. Nada foi gravado.",
      "Confira o DMC. Se ele está certo, procure o arquivo que o log de erros nomeia e devolva-o; se não "
@@ -66,13 +67,14 @@ constexpr SMensagemCodigo k_aBase[] = {
      "O arquivo de versão foi truncado ou trocado por outro. Os arquivos de dados não foram tocados.",
      XV_ACAO_DANO},
     {XVHResult(0x810809F1U), "E_XVCR_NOME_ARQUIVO_GROUP_INVALIDO", eChamada,
-     "O nome dado para o grupo de arquivos não tem a parte variável (sinais de interrogação); é uma falha do "
-     "programa, avise o suporte.",
+     "O nome dado para o grupo de arquivos não tem a parte variável (sinais de interrogação); é uma falha "
+     "do programa, avise o suporte.",
      "O programa declarou um grupo de arquivos de forma errada. Nada foi gravado.", XV_ACAO_SUPORTE},
     {XVHResult(0x810809F2U), "E_XVCR_DELECAO_ARQUIVO", eArquivos,
-     "O arquivo não pôde ser apagado; verifique se outro programa o mantém aberto e se ele é somente leitura.",
-     "O sistema recusou a exclusão 50 vezes em meio segundo. Os dados estão inteiros: só cópias transitórias "
-     "são apagadas.",
+     "O arquivo não pôde ser apagado; verifique se outro programa o mantém aberto e se ele é somente "
+     "leitura.",
+     "O sistema recusou a exclusão 50 vezes em meio segundo. Os dados estão inteiros: só cópias "
+     "transitórias são apagadas.",
      "A linha do log de erros traz o número do erro do sistema (DW). Feche o programa que mantém o arquivo "
      "aberto, ou retire o atributo, e abra a base de novo."},
     {XVHResult(0x81080A04U), "E_XVCR_COMPONENTE_NAO_INICIALIZADO", eChamada,
@@ -92,8 +94,8 @@ constexpr SMensagemCodigo k_aBase[] = {
      "nenhum programa deste sistema. O conteúdo pode estar inteiro: o arquivo não foi nem será alterado.",
      XV_ACAO_DANO},
     {XVHResult(0x81080A43U), "E_XVCR_NOME_ARQUIVO_NAO_CONFERE", eAbertura,
-     "O nome gravado no cabeçalho não é o nome do arquivo; o arquivo foi renomeado ou trocado, devolva-lhe o "
-     "nome original.",
+     "O nome gravado no cabeçalho não é o nome do arquivo; o arquivo foi renomeado ou trocado, "
+     "devolva-lhe o nome original.",
      "Alguém renomeou o arquivo ou pôs outro em seu lugar. O conteúdo está inteiro.",
      "Devolva ao arquivo o seu nome e procure onde ficou o verdadeiro; \"xvcr verifica\" diz os dois nomes. "
      "Não o encontrando, restaure o diretório inteiro."},
@@ -124,8 +126,8 @@ constexpr SMensagemCodigo k_aBase[] = {
      "alguém o mudou por fora.",
      "Altere o registro que existe em vez de incluir outro. Se a base não abre: " XV_ACAO_DANO},
     {XVHResult(0x81080BB1U), "E_XVCR_PARAMETRO_INVALIDO_RUNTIME", eProcesso,
-     "Uma função recebeu um parâmetro inválido e a chamada foi interrompida; guarde o log de erros e avise o "
-     "suporte.",
+     "Uma função recebeu um parâmetro inválido e a chamada foi interrompida; guarde o log de erros e "
+     "avise o suporte.",
      "A biblioteca de execução recusou um parâmetro dentro da chamada. A operação está inteira ou ausente.",
      XV_ACAO_SUPORTE},
     {XVHResult(0x81080BFDU), "E_XVCR_VERSAO_INCOMPATIVEL", eAbertura,
@@ -133,8 +135,9 @@ constexpr SMensagemCodigo k_aBase[] = {
      "converte\"), ou o programa chamador é de outra versão (atualize-o).",
      "Quem só consulta não converte, e esta base ainda não foi convertida; ou o registro de inicialização "
      "que o programa chamador enviou é de outra versão. Tudo está inteiro.",
-     "Em xvcr: faça uma cópia de segurança e rode \"xvcr converte\" (ou abra a base uma vez para gravação), ou "
-     "consulte com o programa antigo. Na inicialização do componente: atualize o programa chamador."},
+     "Em xvcr: faça uma cópia de segurança e rode \"xvcr converte\" (ou abra a base uma vez para "
+     "gravação), ou consulte com o programa antigo. Na inicialização do componente: atualize o programa "
+     "chamador."},
     {XVHResult(0x81080C07U), "E_XVCR_TAMANHO_CABECALHO_NAO_CONFERE", eAbertura,
      "O cabeçalho do arquivo não tem o tamanho esperado; " XV_FRASE_DANO,
      "O arquivo tem menos de 240 bytes com um cabeçalho começado, ou o cabeçalho é de outro sistema.",
@@ -149,10 +152,11 @@ constexpr SMensagemCodigo k_aBase[] = {
      "Um programa mais novo fez o arquivo. Tudo está inteiro e nada foi mudado.", "Atualize o programa."},
     {XVHResult(0x81080C0AU), "E_XVCR_VERSAO_SISTEMA_INFERIOR_VERSAO_MODIFICACAO_ARQUIVO", eAbertura,
      "O arquivo foi modificado por uma versão mais nova do sistema; atualize o programa.",
-     "Um programa mais novo gravou no arquivo. Tudo está inteiro e nada foi mudado.", "Atualize o programa."},
+     "Um programa mais novo gravou no arquivo. Tudo está inteiro e nada foi mudado.", "Atualize o "
+     "programa."},
     {XVHResult(0x81080C17U), "E_XVCR_CRC_INICIALIZACAO_INVALIDO", eChamada,
-     "O registro de inicialização chegou danificado (CRC não confere); o programa chamador deve remontá-lo e "
-     "repetir.",
+     "O registro de inicialização chegou danificado (CRC não confere); o programa chamador deve "
+     "remontá-lo e repetir.",
      "O CRC do registro de inicialização não é o dos seus bytes. Nada foi aberto.",
      "Corrija ou atualize o programa chamador."},
     {XVHResult(0x81080C19U), "E_XVCR_ESTRUTURA_INICIALIZACAO_INVALIDA", eChamada,
@@ -171,20 +175,20 @@ constexpr SMensagemCodigo k_aBase[] = {
      "A alteração deixaria a integração sem chave externa num status que a exige. Nada foi gravado.",
      "Informe a chave (--chave), ou use o status Pendente, Erro ou Cancelado."},
     {XVHResult(0x81080C69U), "E_XVCR_INDEXACAO_CHAVE_INTEGRACAO_SISTEMA_TERCEIRO_ZERADA", eChamada,
-     "O status foi informado sem a chave da integração e sem a chave do sistema de terceiro; informe uma das "
-     "duas.",
+     "O status foi informado sem a chave da integração e sem a chave do sistema de terceiro; informe uma "
+     "das duas.",
      "Não se sabe de qual integração é o status. Nada foi gravado.",
      "Informe o DMC, ou a chave externa e o sistema."},
     {XVHResult(0x81080CEBU), "E_XVCR_CHAVE_REGISTRO_TELVO_ZERADA", eChamada,
      "A chave do registro está zerada; informe a chave do registro a que a operação se refere.",
      "Uma ligação precisa do registro do sistema. Nada foi gravado.", "Informe o registro (--registro)."},
     {XVHResult(0x81080D06U), "E_XVCR_ARQUIVO_CAB_ENCONTRADO", eAbertura,
-     "Há ao lado do arquivo uma cópia (.cab) que o diário não conhece; mova-a para outro lugar e abra a base "
-     "de novo.",
-     "A cópia foi posta ali à mão, ou é de um programa antigo que morreu ao incluir o cabeçalho. O arquivo de "
-     "dados está completo, sem cabeçalho.",
-     "Mova a cópia (.cab), e só ela, para fora do diretório e abra de novo: a abertura faz o cabeçalho outra "
-     "vez."},
+     "Há ao lado do arquivo uma cópia (.cab) que o diário não conhece; mova-a para outro lugar e abra a "
+     "base de novo.",
+     "A cópia foi posta ali à mão, ou é de um programa antigo que morreu ao incluir o cabeçalho. O "
+     "arquivo de dados está completo, sem cabeçalho.",
+     "Mova a cópia (.cab), e só ela, para fora do diretório e abra de novo: a abertura faz o cabeçalho "
+     "outra vez."},
 };
 // clang-format on
 

@@ -11,9 +11,9 @@ using enum EAssuntoMensagem;
     "Uma função da biblioteca de execução, fora dos arquivos da base (que têm códigos próprios, " \
     "0x80043E8C a 0x80043F10), devolveu este erro. " XV_CAUSA_INTEIRA
 
-#define XV_ACAO_ERRNO                                                                                         \
-    "A linha do log de erros (\"xvcr registro\") diz a função e o arquivo. Corrija o que a frase indica e " \
-    "repita; persistindo, avise o suporte."
+#define XV_ACAO_ERRNO                                                          \
+    "A linha do log de erros (\"xvcr registro\") diz a função e o arquivo. " \
+    "Corrija o que a frase indica e repita; persistindo, avise o suporte."
 
 #define XV_ACAO_FATAL                                                                                    \
     "Crie um componente novo e inicialize-o. Guarde o log de erros e o relatório de queda, se houver, " \
@@ -54,10 +54,10 @@ constexpr SMensagemCodigo k_aExecucao[] = {
      "Uma função recusou um valor da chamada. " XV_CAUSA_INTEIRA,
      "Confira os valores informados; se estão certos, guarde o log de erros e avise o suporte."},
     {XVHResult(0x8004EAC5U), "", eProcesso,
-     "Erro fatal dentro do componente, que foi liberado; crie outro componente, guarde o log de erros e avise "
-     "o suporte.",
-     "O resultado diz que o componente não pode continuar: toda chamada seguinte responde 0x81080A04, também a "
-     "inicialização. " XV_CAUSA_INTEIRA,
+     "Erro fatal dentro do componente, que foi liberado; crie outro componente, guarde o log de erros e "
+     "avise o suporte.",
+     "O resultado diz que o componente não pode continuar: toda chamada seguinte responde 0x81080A04, "
+     "também a inicialização. " XV_CAUSA_INTEIRA,
      XV_ACAO_FATAL, XVHResult(0x8004EADBU)},
     {XVHResult(0x8004EADCU), "E_XV_ERRNO_EPERM", eExecucao,
      "A operação não é permitida a este usuário; verifique as permissões.",
@@ -135,8 +135,8 @@ constexpr SMensagemCodigo k_aExecucao[] = {
      "O arquivo passou do tamanho máximo que o sistema aceita; não retire arquivos de dados, avise o "
      "suporte.",
      XV_CAUSA_ERRNO,
-     "Não mova arquivos de dados para fora: o índice conta com todos. Ponha o diretório num sistema de arquivos "
-     "que aceita arquivos maiores, com tudo parado e o diretório inteiro."},
+     "Não mova arquivos de dados para fora: o índice conta com todos. Ponha o diretório num sistema de "
+     "arquivos que aceita arquivos maiores, com tudo parado e o diretório inteiro."},
     {XVHResult(0x8004EAF5U), "E_XV_ERRNO_ENOSPC", eExecucao,
      "Não há espaço no disco; libere espaço e repita.",
      XV_CAUSA_ERRNO, XV_ACAO_ERRNO},
@@ -180,8 +180,8 @@ constexpr SMensagemCodigo k_aExecucao[] = {
      "O texto foi cortado por falta de espaço no destino; informe um texto menor.",
      XV_CAUSA_ERRNO, XV_ACAO_ERRNO},
     {XVHResult(0x8004EE47U), "", eProcesso,
-     "Erro fatal dentro do componente, que foi liberado; crie outro componente, guarde o log de erros e avise "
-     "o suporte.",
+     "Erro fatal dentro do componente, que foi liberado; crie outro componente, guarde o log de erros e "
+     "avise o suporte.",
      "Como 0x8004EAC5: o componente não pode continuar. " XV_CAUSA_INTEIRA, XV_ACAO_FATAL},
 };
 // clang-format on

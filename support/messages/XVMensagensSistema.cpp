@@ -7,9 +7,10 @@ using enum EAssuntoMensagem;
 
 #define XV_CAUSA_SERVIDOR "A operação em andamento está inteira ou ausente, nunca pela metade."
 
-#define XV_ACAO_SERVIDOR                                                                                       \
-    "Se a operação gravava, veja antes se ela ficou gravada (\"xvcr busca\", log geral). Depois repita: um " \
-    "cliente novo sobe o servidor. Havendo relatório de queda no diretório do módulo, envie-o ao suporte."
+#define XV_ACAO_SERVIDOR                                                             \
+    "Se a operação gravava, veja antes se ela ficou gravada (\"xvcr busca\", log " \
+    "geral). Depois repita: um cliente novo sobe o servidor. Havendo relatório de " \
+    "queda no diretório do módulo, envie-o ao suporte."
 
 // clang-format off
 constexpr SMensagemCodigo k_aSistema[] = {
@@ -18,8 +19,8 @@ constexpr SMensagemCodigo k_aSistema[] = {
      "terceiro); escolha outra operação ou instale o provedor.",
      "O sistema externo pedido, ou o de um item pendente, não tem provedor, ou o provedor não oferece esta "
      "troca. Nada foi enviado nem gravado.",
-     "\"xvcr provedores\" diz quais estão carregados, quais foram recusados e por quê. Instale o provedor ao "
-     "lado do programa, ou escolha outra operação."},
+     "\"xvcr provedores\" diz quais estão carregados, quais foram recusados e por quê. Instale o provedor "
+     "ao lado do programa, ou escolha outra operação."},
     {XVHResult(0x80004003U), "E_POINTER", eChamada,
      "O programa chamador passou um ponteiro nulo onde é exigido um valor; corrija o programa chamador.",
      "Falta um argumento da chamada. Nada foi gravado.", "Corrija o programa chamador."},
@@ -47,55 +48,57 @@ constexpr SMensagemCodigo k_aSistema[] = {
      "componente.",
      "O Windows recusou a chamada ao componente, o registro do servidor ou o acesso a um recurso. Nada foi "
      "mudado.",
-     "Rode o registro do servidor como administrador; confira quem pode iniciar e chamar o componente (DCOM) "
-     "e as permissões do diretório de dados."},
+     "Rode o registro do servidor como administrador; confira quem pode iniciar e chamar o componente "
+     "(DCOM) e as permissões do diretório de dados."},
     {XVHResult(0x8007000DU), "ERROR_INVALID_DATA", eProcesso,
-     "Os dados não seguem o formato esperado: um documento da simulação, ou uma chave do servidor no registro "
-     "do Windows; o log de erros diz qual.",
-     "Um documento da simulação foge das regras; ou, ao registrar o servidor, o que foi lido de volta não é o "
-     "que foi escrito; ou um provedor respondeu este código. A base está inteira.",
-     "Na simulação, corrija o documento e a linha que o log de erros nomeia. No registro do servidor, repita "
-     "como administrador. De um provedor, veja a documentação dele."},
+     "Os dados não seguem o formato esperado: um documento da simulação, ou uma chave do servidor no "
+     "registro do Windows; o log de erros diz qual.",
+     "Um documento da simulação foge das regras; ou, ao registrar o servidor, o que foi lido de volta não "
+     "é o que foi escrito; ou um provedor respondeu este código. A base está inteira.",
+     "Na simulação, corrija o documento e a linha que o log de erros nomeia. No registro do servidor, "
+     "repita como administrador. De um provedor, veja a documentação dele."},
     {XVHResult(0x8007000EU), "E_OUTOFMEMORY", eProcesso,
-     "Não há memória suficiente para a operação; feche outros programas ou peça menos registros de cada vez.",
+     "Não há memória suficiente para a operação; feche outros programas ou peça menos registros de cada "
+     "vez.",
      "A memória acabou. O que está no disco está inteiro; a operação foi desfeita.",
      "Peça menos de cada vez; dê mais memória a um índice grande."},
     {XVHResult(0x80070057U), "E_INVALIDARG", eChamada,
-     "Um dos valores informados não é aceito (empresa, data, chave, enumeração ou tamanho de texto); corrija "
-     "o valor e repita.",
-     "Empresa fora da regra, usuário 65535, enumeração sem nome, data fora de 1848 a 2359, DMC impossível ou "
-     "texto não aceito. Nada foi gravado.",
+     "Um dos valores informados não é aceito (empresa, data, chave, enumeração ou tamanho de texto); "
+     "corrija o valor e repita.",
+     "Empresa fora da regra, usuário 65535, enumeração sem nome, data fora de 1848 a 2359, DMC impossível "
+     "ou texto não aceito. Nada foi gravado.",
      "Corrija o valor; o log de erros diz qual foi conferido."},
     {XVHResult(0x800700B7U), "ERROR_ALREADY_EXISTS", eProcesso,
      "O servidor já está no ar; nada há a fazer.",
      "O servidor foi iniciado à mão enquanto outro roda. É só o código de saída do segundo.",
      "Nada: o que está no ar atende."},
     {XVHResult(0x800703E6U), "ERROR_NOACCESS", eProcesso,
-     "Uma chamada usou um endereço de memória inválido; guarde o log de erros e o relatório de queda e avise o "
-     "suporte.",
+     "Uma chamada usou um endereço de memória inválido; guarde o log de erros e o relatório de queda e "
+     "avise o suporte.",
      "Falha de programa no componente, num provedor ou no chamador. " XV_CAUSA_SERVIDOR, XV_ACAO_SUPORTE},
     {XVHResult(0x800705B4U), "ERROR_TIMEOUT", eProcesso,
      "O sistema de terceiro não respondeu no tempo esperado; confira o que foi gravado e repita mais tarde.",
      "O sistema externo demorou demais. O que foi gravado antes fica; a troca pode ter acontecido.",
      "Procure a chave e a origem no sistema externo antes de enviar outra vez."},
     {XVHResult(0x800706B5U), "RPC_S_UNKNOWN_IF", eProcesso,
-     "O servidor não conhece a interface pedida; ele está terminando, ou é de outra versão: repita e confira o "
-     "registro.",
+     "O servidor não conhece a interface pedida; ele está terminando, ou é de outra versão: repita e "
+     "confira o registro.",
      "A chamada chegou a um servidor que está saindo, ou XVCR_MiddlewarePS.dll não é a deste servidor.",
      "Repita. Persistindo, registre de novo o servidor (/RegServer) com a biblioteca que veio com ele."},
     {XVHResult(0x800706BAU), "RPC_S_SERVER_UNAVAILABLE", eProcesso,
-     "O servidor do componente não está no ar; repita a chamada e, se persistir, verifique o serviço e a rede.",
+     "O servidor do componente não está no ar; repita a chamada e, se persistir, verifique o serviço e a "
+     "rede.",
      "O processo do servidor terminou, ou a máquina não responde. " XV_CAUSA_SERVIDOR, XV_ACAO_SERVIDOR},
     {XVHResult(0x800706BEU), "RPC_S_CALL_FAILED", eProcesso,
      "A chamada ao servidor do componente foi interrompida; confira se a operação ficou gravada antes de "
      "repetir.",
      "O servidor terminou durante a chamada. " XV_CAUSA_SERVIDOR, XV_ACAO_SERVIDOR},
     {XVHResult(0x80080005U), "CO_E_SERVER_EXEC_FAILURE", eProcesso,
-     "O Windows não conseguiu iniciar o servidor do componente; confira o registro do servidor e o caminho do "
-     "programa.",
+     "O Windows não conseguiu iniciar o servidor do componente; confira o registro do servidor e o "
+     "caminho do programa.",
      "O programa registrado não está no caminho, não pôde ser executado, ou não se apresentou a tempo.",
-     "Confira se XVCR_Middleware.exe está onde foi registrado e roda à mão; registre-o de novo. Veja o log do "
-     "sistema e relatórios de queda."},
+     "Confira se XVCR_Middleware.exe está onde foi registrado e roda à mão; registre-o de novo. Veja o "
+     "log do sistema e relatórios de queda."},
 };
 // clang-format on
 

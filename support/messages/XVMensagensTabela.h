@@ -11,14 +11,15 @@
 #define XV_FRASE_DANO \
     "veja o dano com \"xvcr verifica\" e restaure o diretório inteiro da empresa ou use \"xvcr recupera\"."
 
-#define XV_ACAO_DANO                                                                                            \
-    "Pare o que grava e guarde uma cópia do diretório da empresa como está. \"xvcr verifica\" diz o que "    \
-    "está danificado. Havendo cópia de segurança, restaure o diretório inteiro, nunca um arquivo só; sem " \
-    "ela, \"xvcr recupera\" monta outro diretório com tudo o que se lê."
+#define XV_ACAO_DANO                                                                   \
+    "Pare o que grava e guarde uma cópia do diretório da empresa como está. "       \
+    "\"xvcr verifica\" diz o que está danificado. Havendo cópia de segurança, "     \
+    "restaure o diretório inteiro, nunca um arquivo só; sem ela, \"xvcr recupera\" " \
+    "monta outro diretório com tudo o que se lê."
 
-#define XV_ACAO_SUPORTE                                                                                 \
-    "Guarde o log de erros e avise o suporte; as linhas do mesmo instante (\"xvcr registro\") dizem a " \
-    "função e o lugar."
+#define XV_ACAO_SUPORTE                                                     \
+    "Guarde o log de erros e avise o suporte; as linhas do mesmo instante " \
+    "(\"xvcr registro\") dizem a função e o lugar."
 
 consteval bool XVMensagensEmOrdem(std::span<const SMensagemCodigo> aMensagens) {
     return std::ranges::is_sorted(aMensagens, {}, [](const SMensagemCodigo& r) { return XVUInt(r.hr); });

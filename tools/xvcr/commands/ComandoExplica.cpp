@@ -6,7 +6,9 @@
 #include "tools/xvcr/commands/XVComandos.h"
 #include "tools/xvcr/commands/XVOpcoes.h"
 #include "tools/xvcr/output/XVTabela.h"
+#include "tools/xvcr/output/XVTerminal.h"
 #include "tools/xvcr/text/XVLeituraCodigo.h"
+#include "tools/xvcr/text/XVTextoTela.h"
 
 namespace {
 
@@ -34,6 +36,15 @@ void MostraSoNome(CXVSaida& rSaida, HRESULT hr) {
                       {"O que houve", "Código do Windows, que este programa apenas repassa."}});
 }
 
+// On a terminal, lines that it can show; otherwise one.
+std::string ParaOTerminal(std::string_view sTexto) {
+    const std::size_t uiLargura = XVTerminal::GetLargura();
+    if (uiLargura == 0) return std::string(sTexto);
+    std::string sLinhas;
+    for (const std::string& rLinha : XVTextoTela::Quebra(sTexto, uiLargura)) sLinhas += rLinha + '\n';
+    return sLinhas;
+}
+
 void Mostra(CXVSaida& rSaida, HRESULT hr) {
     const SMensagemCodigo* pMensagem = XVBuscaMensagem(hr);
     if (pMensagem == nullptr) {
@@ -43,9 +54,9 @@ void Mostra(CXVSaida& rSaida, HRESULT hr) {
     } else {
         const std::string_view sNome = pMensagem->sNome;
         rSaida.Pares({{"Código", XVCliente::CodigoEmTexto(hr).append(sNome.empty() ? "" : " ").append(sNome)},
-                      {"O que houve", std::string(pMensagem->sDescricao)},
-                      {"Causa", std::string(pMensagem->sCausa)},
-                      {"O que fazer", std::string(pMensagem->sAcao)}});
+                      {"O que houve", ParaOTerminal(pMensagem->sDescricao)},
+                      {"Causa", ParaOTerminal(pMensagem->sCausa)},
+                      {"O que fazer", ParaOTerminal(pMensagem->sAcao)}});
     }
 }
 
