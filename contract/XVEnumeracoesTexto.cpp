@@ -145,7 +145,7 @@ std::string GetLista(EEnumeracao eEnumeracao) {
     std::string sLista;
     for (const SNomeEnumeracao& rNome : GetNomes(eEnumeracao)) {
         if (!sLista.empty()) sLista += ", ";
-        sLista += rNome.GetCurto();
+        sLista.append(std::to_string(rNome.ulValor)).append("=").append(rNome.GetCurto());
     }
     return sLista;
 }

@@ -44,7 +44,7 @@ std::string GetNomeCurto(EEnumeracao eEnumeracao, XVUInt ulValor);
 // A full or short name, in any case, or the number of a value that has a name. False: *pulValor unchanged.
 bool Busca(EEnumeracao eEnumeracao, std::string_view sTexto, XVUInt* pulValor);
 
-// The short names for messages and help: "Pendente, Enviado, ...".
+// The values with their short names for messages and help: "1=Pendente, 2=Enviado, ...".
 std::string GetLista(EEnumeracao eEnumeracao);
 
 }  // namespace XVEnumeracoesTexto

@@ -82,6 +82,10 @@ class CBaseMiddleware : public CXVDataBaseFacade<CXVDataBase_CR_Middleware, CXVB
         const tagREG_CR_FILTRO_DATA_HORA_INTEGRACAO_TERCEIROPS& regFiltroPS,
         tagREG_CR_DATA_HORA_INTEGRACAO_TERCEIROPS* pRegRetorno);
 
+    // All of the key map and of the date-times, in the order of their positions.
+    HRESULT ListaChavesRegistro(std::vector<REG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIRO_V2>* pLista);
+    HRESULT ListaDatasHoras(std::vector<REG_CR_DATA_HORA_INTEGRACAO_TERCEIRO_V1>* pLista);
+
     // Direct query of an external system; nothing is stored.
     HRESULT BuscaDadosSistemaTerceiro(const tagREG_CR_CONSULTA_SISTEMA_TERCEIROPS& regConsultaPS,
                                       tagREG_CR_STATUS_CONSULTA_SISTEMA_TERCEIROPS* pRegStatusPS);

@@ -14,6 +14,10 @@ void Prepara();
 std::vector<std::string> GetArgumentos(int iQuantidade, const char* const* ppszArgumentos);
 
 bool SaidaEhTerminal();
+// Columns of the terminal that shows the standard output; 0 where there is none.
+unsigned GetLarguraSaida();
+// Whether it is one that understands the attributes of ECMA-48 ("\x1b[31m").
+bool SaidaAceitaCores();
 bool ErroEhTerminal();
 
 }  // namespace XVConsole

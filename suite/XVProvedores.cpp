@@ -27,31 +27,37 @@ class CXVListaProvedores {
         return lista;
     }
 
+    const std::vector<SSituacaoProvedor>& Situacao() const { return m_listaSituacao; }
+
   private:
     // An absent library is a system without provider; one that is there and cannot be used is told.
     void Carrega(XVUInt eSistema) {
         if (eSistema == SimulacaoSistemaTerceiro) {
             m_lista.push_back(std::make_unique<CXVProvedorSimulacao>());
+            m_listaSituacao.push_back({eSistema, {}, {}});
             return;
         }
-        auto pBiblioteca =
-            std::make_unique<CXVBibliotecaDinamica>("XVProvedor" + std::to_string(eSistema) + ".dll");
+        const std::string sBiblioteca = "XVProvedor" + std::to_string(eSistema) + ".dll";
+        auto pBiblioteca = std::make_unique<CXVBibliotecaDinamica>(sBiblioteca);
         std::string sMotivo = pBiblioteca->GetMotivoFalha();
         std::unique_ptr<IXVProvedorIntegracao> pProvedor;
         if (pBiblioteca->EstaCarregada())
             pProvedor = CXVProvedorAdaptador::Cria(
                 pBiblioteca->GetFuncao<PFXVProvedorObtem>(XVPROVEDOR_FUNCAO), eSistema, &sMotivo);
         if (pProvedor == nullptr) {
-            if (!sMotivo.empty())
-                XVProfiler::RecordError(nullptr, "XVProvedores::Carrega", "suite/XVProvedores", __LINE__,
-                                        "Biblioteca XVProvedor%u não utilizada: %s",
-                                        static_cast<unsigned>(eSistema), sMotivo.c_str());
+            if (sMotivo.empty()) return;
+            m_listaSituacao.push_back({eSistema, sBiblioteca, sMotivo});
+            XVProfiler::RecordError(nullptr, "XVProvedores::Carrega", "suite/XVProvedores", __LINE__,
+                                    "Biblioteca XVProvedor%u não utilizada: %s",
+                                    static_cast<unsigned>(eSistema), sMotivo.c_str());
             return;
         }
+        m_listaSituacao.push_back({eSistema, sBiblioteca, {}});
         m_listaBibliotecas.push_back(std::move(pBiblioteca));
         m_lista.push_back(std::move(pProvedor));
     }
 
+    std::vector<SSituacaoProvedor> m_listaSituacao;
     std::vector<std::unique_ptr<CXVBibliotecaDinamica>> m_listaBibliotecas;
     std::vector<std::unique_ptr<IXVProvedorIntegracao>> m_lista;  // ascending system
 };
@@ -70,4 +76,8 @@ IXVProvedorIntegracao* XVProvedores::Busca(XVUInt eSistema) {
 
 std::vector<IXVProvedorIntegracao*> XVProvedores::Lista() {
     return GetProvedores().Lista();
+}
+
+const std::vector<SSituacaoProvedor>& XVProvedores::Situacao() {
+    return GetProvedores().Situacao();
 }

@@ -1,5 +1,9 @@
 #include <fcntl.h>
+#include <sys/ioctl.h>
 #include <unistd.h>
+
+#include <cstdlib>
+#include <string_view>
 
 #include "platform/XVConsole.h"
 
@@ -20,6 +24,14 @@ std::vector<std::string> GetArgumentos(int iQuantidade, const char* const* ppszA
 
 bool SaidaEhTerminal() {
     return ::isatty(STDOUT_FILENO) == 1;
+}
+unsigned GetLarguraSaida() {
+    winsize tamanho{};
+    return ::ioctl(STDOUT_FILENO, TIOCGWINSZ, &tamanho) == 0 ? tamanho.ws_col : 0;
+}
+bool SaidaAceitaCores() {
+    const char* pszTerminal = std::getenv("TERM");
+    return SaidaEhTerminal() && pszTerminal != nullptr && std::string_view(pszTerminal) != "dumb";
 }
 bool ErroEhTerminal() {
     return ::isatty(STDERR_FILENO) == 1;

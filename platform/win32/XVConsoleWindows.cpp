@@ -39,6 +39,17 @@ std::vector<std::string> GetArgumentos(int, const char* const*) {
 bool SaidaEhTerminal() {
     return EhConsole(STD_OUTPUT_HANDLE);
 }
+unsigned GetLarguraSaida() {
+    CONSOLE_SCREEN_BUFFER_INFO info{};
+    if (GetConsoleScreenBufferInfo(GetStdHandle(STD_OUTPUT_HANDLE), &info) == FALSE) return 0;
+    return static_cast<unsigned>(info.srWindow.Right - info.srWindow.Left + 1);
+}
+bool SaidaAceitaCores() {
+    const HANDLE hSaida = GetStdHandle(STD_OUTPUT_HANDLE);
+    DWORD dwModo = 0;
+    return GetConsoleMode(hSaida, &dwModo) != FALSE &&
+           SetConsoleMode(hSaida, dwModo | ENABLE_VIRTUAL_TERMINAL_PROCESSING) != FALSE;
+}
 bool ErroEhTerminal() {
     return EhConsole(STD_ERROR_HANDLE);
 }

@@ -45,7 +45,15 @@ class IXVProvedorIntegracao {
 
 // The installed providers: the built-in simulation, and for each other system the library
 // "XVProvedor<number of the system>" when it lies in the program's directory. Loaded once per process.
+struct SSituacaoProvedor {
+    XVUInt eSistema;
+    std::string sBiblioteca;  // empty: part of this program
+    std::string sMotivo;      // why a library that is there is not used; empty: it is
+};
+
 namespace XVProvedores {
+// Every provider that there is, those included that cannot be used, in ascending order of their system.
+const std::vector<SSituacaoProvedor>& Situacao();
 // The provider of a system, or null. Valid until the process ends.
 IXVProvedorIntegracao* Busca(XVUInt eSistema);
 // All providers in ascending order of their system.

@@ -24,16 +24,33 @@ TEST(Mensagens, TodoCodigoDoSistemaTemNomeESentenca) {
             XVBuscaMensagem(XVHResult(static_cast<XVUInt>(std::stoul((*it)[2], nullptr, 16))));
         ASSERT_NE(p, nullptr) << (*it)[1];
         EXPECT_TRUE((*it)[1] == "E_XV_ERRNO_PRIMEIRO" || p->sNome == (*it)[1].str()) << p->sNome;
-        EXPECT_GT(p->sDescricao.size(), 30U);
-        EXPECT_EQ(p->sDescricao.back(), '.');
     }
     EXPECT_GE(iCodigos, 55);
     for (XVUInt ul = 0x8004EADCU; ul <= 0x8004EB02U; ++ul) EXPECT_NE(XVBuscaMensagem(XVHResult(ul)), nullptr);
     for (const XVUInt ul : {0x80004001U, 0x80004003U, 0x80004005U, 0x8007000EU, 0x80070057U, 0x800706BAU,
-                            0x800706BEU, 0x80040154U})
+                            0x800706BEU, 0x80040154U, 0x80010108U, 0x800401FDU, 0x80080005U, 0x800703E6U,
+                            0x800706B5U, 0x80070005U, 0x8004EAC5U, 0x8004EADBU, 0x8004EE47U})
         EXPECT_NE(XVBuscaMensagem(XVHResult(ul)), nullptr);
     EXPECT_EQ(XVBuscaMensagem(S_OK), nullptr);
-    EXPECT_EQ(XVBuscaMensagem(XVHResult(0x8004EB03U)), nullptr);
+    for (const XVUInt ul : {0x8004EAC4U, 0x8004EB03U, 0x8004EE46U, 0x8004EE48U, 0x81080D07U})
+        EXPECT_EQ(XVBuscaMensagem(XVHResult(ul)), nullptr);
+}
+
+// The files of a company are of one moment: no advice restores one of them or moves data away.
+TEST(Mensagens, OConselhoDeCadaCodigoEstaCompletoENaoEstragaABase) {
+    for (const auto aMensagens : XVListaMensagens()) {
+        for (const SMensagemCodigo& rMensagem : aMensagens) {
+            for (const std::string_view sTexto : {rMensagem.sDescricao, rMensagem.sCausa, rMensagem.sAcao}) {
+                EXPECT_GT(sTexto.size(), 15U) << rMensagem.sNome;
+                EXPECT_EQ(sTexto.back(), '.') << sTexto;
+                const std::size_t uiRestaura = sTexto.find("restaure");
+                EXPECT_TRUE(uiRestaura == std::string_view::npos ||
+                            sTexto.substr(uiRestaura).starts_with("restaure o diretório inteiro"))
+                    << sTexto;
+            }
+            EXPECT_LE(rMensagem.sDescricao.size(), 205U) << "no room for the file: " << rMensagem.sDescricao;
+        }
+    }
 }
 
 // The tables themselves are compared with the system's header.

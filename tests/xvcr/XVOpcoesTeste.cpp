@@ -147,6 +147,11 @@ TEST_F(Opcoes, MapaLevaCadaUmaAoSeuCampo) {
     EXPECT_EQ(Json("mapa busca --chave-registro 5500" + sOnde), gravada);
     EXPECT_EQ(Json("mapa busca --chave-registro 5501" + sRegistro), std::vector<json>{}) << "both must hold";
     EXPECT_EQ(Json("mapa pendente --origem 20261121-3-1" + sRegistro), gravada) << "left as it is";
+    EXPECT_EQ(Json("mapa lista"), gravada);
+    EXPECT_EQ(Xvcr("mapa lista").sSaida,
+              "Registro      Tipo             Sistema  Base  Id externo  Origem\n"
+              "------------  ---------------  -------  ----  ----------  ------------\n"
+              "20261121-7-2  CadastroProduto  Mercos   3     5500        20261121-2-1\n");
     EXPECT_EQ(Xvcr("mapa busca --chave-registro 5501" + sOnde).sSaida, "nenhuma ligação encontrada\n");
 }
 
@@ -158,6 +163,7 @@ TEST_F(Opcoes, DataHoraLevaCadaUmaAoSeuCampo) {
                                      {"eTipoData", "eXVSMiddleware_DataProximaRequisicao"}}};
     EXPECT_EQ(Json("datahora grava --data-hora 2026-11-21T13:05:09" + sQual), gravada);
     EXPECT_EQ(Json("datahora busca" + sQual), gravada);
+    EXPECT_EQ(Json("datahora lista"), gravada);
     const std::string sOutra = "datahora busca --tipo BuscaPedidos --sistema 16 --tipo-data 1";
     EXPECT_EQ(Json(sOutra), std::vector<json>{});
     EXPECT_EQ(Xvcr(sOutra).sSaida, "nenhuma data-hora encontrada\n");
@@ -254,8 +260,17 @@ TEST_F(OpcoesDeTroca, LeConsultaOSistemaExternoEEncerraAConsulta) {
     EXPECT_EQ(Le(sDmc), gravada) << "nothing is recorded";
 }
 
+TEST_F(OpcoesDeTroca, ProvedoresDizOsQueHa) {
+    const json listados = Json("provedores");
+    ASSERT_EQ(listados.size(), 2U);
+    EXPECT_EQ(listados[0]["eSistemaIntegracao"], "SimulacaoSistemaTerceiro");
+    EXPECT_EQ(listados[1], (json{{"eSistemaIntegracao", "OfficialBank"},
+                                 {"biblioteca", "XVProvedor8.dll"},
+                                 {"carregado", true}}));
+}
+
 TEST_F(OpcoesDeTroca, ConsultaLevaCadaUmaAoProvedorETrazODocumentoByteAByte) {
-    Grava("grava");  // a query makes no store
+    Grava("grava --filial 1");  // a query makes no store
     m_rGravador.consulta = {.eStatus = 3,
                             .sMensagem = "pague",
                             .sJSON = "{\"eco\":1}",

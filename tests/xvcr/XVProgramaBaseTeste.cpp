@@ -17,12 +17,12 @@ using TLinhas = std::vector<nlohmann::json>;
 class ProgramaBase : public XVPrograma {};
 
 TEST_F(ProgramaBase, BaseQueNaoHaNaoECriadaPorQuemSoOlha) {
-    for (const char* pszComando : {"--leitura busca", "busca", "converte --simula"}) {
+    for (const char* pszComando :
+         {"--leitura busca", "busca", "converte --simula", "converte", "versao", "mapa lista"}) {
         const SExecucao execucao = Xvcr(pszComando);
         EXPECT_EQ(execucao.iSaida, 1);
-        EXPECT_THAT(execucao.sErro, HasSubstr("0x80043EBF eBadPath"));
+        EXPECT_THAT(execucao.sErro, HasSubstr("0x80043EBF eBadPath: a empresa \"001\" não tem base"));
     }
-    EXPECT_EQ(Json("versao").at(0)["versao"], 0);
     EXPECT_FALSE(std::filesystem::exists(m_Diretorio.Junta("001")));
 }
 
@@ -34,7 +34,7 @@ TEST_F(ProgramaBase, VersaoDeCadaSituacao) {
     EXPECT_EQ(Json("versao"), versao(0, "anterior"));
     EXPECT_EQ(Json("converte --simula").back()["versao"], 0);
     EXPECT_FALSE(m_Diretorio.LeConteudo("001/DF/CRMIDDLEWAREVS.dat").has_value()) << "asking changes nothing";
-    Grava("grava");
+    Grava("grava --filial 1");
     EXPECT_EQ(Json("versao"), versao(5, "atual"));
     EXPECT_EQ(Xvcr("versao").sSaida,
               "Versão da base:      5\nVersão do programa:  5\nSituação:            atual\n");
@@ -108,13 +108,14 @@ TEST_F(ProgramaBase, VariaveisDeAmbienteValemOndeNaoHaOpcao) {
     PoeVariavel("XVCR_DIRETORIO=" + m_Diretorio.GetCaminho());
     PoeVariavel("XVCR_EMPRESA=002");
     const std::string sPrograma = XVProgramaVizinho("xvcr");
-    EXPECT_EQ(XVExecuta(sPrograma, {"grava"}).iSaida, 0);
-    EXPECT_EQ(XVExecuta(sPrograma, {"--empresa", "003", "grava"}).iSaida, 0);
-    EXPECT_EQ(XVExecuta(sPrograma, {"--diretorio", sOutro, "grava"}).iSaida, 0);
+    EXPECT_EQ(XVExecuta(sPrograma, {"grava", "--filial", "1"}).iSaida, 0);
+    EXPECT_EQ(XVExecuta(sPrograma, {"--empresa", "003", "grava", "--filial", "1"}).iSaida, 0);
+    EXPECT_EQ(XVExecuta(sPrograma, {"--diretorio", sOutro, "grava", "--filial", "1"}).iSaida, 0);
     for (const char* pszBase : {"002", "003", "outro/002"})
         EXPECT_TRUE(
             std::filesystem::exists(m_Diretorio.Junta(pszBase + std::string("/DF/CRINDEXINTEG.dat"))));
     EXPECT_EQ(XVExecuta(sPrograma, {"busca", "--conta"}).sSaida, "1\n");
+    EXPECT_EQ(XVExecuta(sPrograma, {"empresas"}).sSaida, "002\n003\n");
     PoeVariavel("XVCR_DIRETORIO=");
     PoeVariavel("XVCR_EMPRESA=");
 }
@@ -133,7 +134,7 @@ TEST_F(ProgramaBase, ArquivoDeUmDiaDanificadoEDitoComSuaData) {
     for (const std::string& rComando : {"le " + sDmc, std::string("busca --le")}) {
         const SExecucao execucao = Xvcr(rComando);
         EXPECT_EQ(execucao.iSaida, 1) << rComando;
-        EXPECT_THAT(execucao.sErro, StartsWith("xvcr: 0x81080A3F"));
+        EXPECT_THAT(execucao.sErro, StartsWith("xvcr: " + sDmc + ": 0x81080A3F"));
         EXPECT_THAT(execucao.sErro, EndsWith(sFim + '\n'));
     }
     EXPECT_EQ(m_Diretorio.LeConteudo(sArquivo), sBytes);

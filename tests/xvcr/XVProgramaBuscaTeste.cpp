@@ -84,11 +84,34 @@ TEST_F(ProgramaBusca, FormasDoResultado) {
     EXPECT_EQ(Json("busca --limite 1 --le").at(0)["sDmc"], sUm);
     EXPECT_EQ(Json("busca --limite 1").size(), 1U);
     const SExecucao lidas = Xvcr("busca --le --json-enviado");
-    EXPECT_THAT(lidas.sSaida, testing::EndsWith("regRegistroJSON:                   {\"p\":2}\n"));
-    EXPECT_THAT(lidas.sSaida, HasSubstr("\n\nregDmc:"));
-    EXPECT_EQ(lidas.sSaida.find("regMensagemIntegracao"), std::string::npos);
+    EXPECT_THAT(lidas.sSaida, testing::EndsWith("\nJSON enviado:            {\"p\":2}\n"));
+    EXPECT_THAT(lidas.sSaida, HasSubstr("\n\nDMC:"));
+    EXPECT_EQ(lidas.sSaida.find("Mensagem:"), std::string::npos);
     EXPECT_EQ(Xvcr("le --json-enviado " + sUm + ' ' + sDois).sSaida, lidas.sSaida);
     EXPECT_EQ(Xvcr("busca --json-enviado").sSaida, lidas.sSaida);
+}
+
+TEST_F(ProgramaBusca, OrdemECsv) {
+    const auto grava = [&](const char* pszChave, const char* pszInclusao, const char* pszAlteracao) {
+        return Grava(std::string("grava --sistema Mercos --status Erro --chave ") + pszChave +
+                     " --inclusao " + pszInclusao + " --alteracao-status " + pszAlteracao);
+    };
+    const std::string sA = grava("30", "2026-11-02T10:00", "2026-11-13T08:00");
+    const std::string sB = grava("10", "2026-11-02T11:00", "2026-11-11T09:00");
+    const std::string sC = grava("20", "2026-11-01T12:00", "2026-11-12T07:00");
+    using TDmcs = std::vector<std::string>;
+    EXPECT_EQ(Dmcs("--ordem chave"), (TDmcs{sB, sC, sA}));
+    EXPECT_EQ(Dmcs("--ordem inclusao"), (TDmcs{sC, sA, sB}));
+    EXPECT_EQ(Dmcs("--ordem alteracao --decrescente --limite 2"), (TDmcs{sA, sC}));
+    EXPECT_EQ(Dmcs("--ordem dmc --decrescente"), (TDmcs{sC, sB, sA}));
+    EXPECT_EQ(
+        Xvcr("busca --csv --ordem chave --limite 1").sSaida,
+        "DMC;Integração de origem;Movimento de origem;Inclusão;Mudança de status;Chave externa;"
+        "Id externo do registro;Base de dados externa;Tipo;Status;Sistema;Transação;Filial;"
+        "Usuário que incluiu;Usuário que cancelou;Ponteiro auxiliar;Reconsultar ids;Tipo do auxiliar\r\n" +
+            sB +
+            ";;;2026-11-02T11:00:00Z;2026-11-11T09:00:00Z;10;0;0;NenhumaIntegracao;Erro;Mercos;"
+            "TipoTransacaoNenhum;0;0;0;0;0;0\r\n");
 }
 
 // More than are read at a time, in whatever order they are asked for.
@@ -121,7 +144,7 @@ TEST_F(ProgramaBusca, MuitasIntegracoesVoltamTodasNaOrdem) {
               std::vector<nlohmann::json>(lidas.rbegin(), lidas.rend()));
 
     // The external system is asked once for all, so one that fails fails all; one that is not in the store
-    // leaves those of the parts before it.
+    // is named, and the others are there.
     std::filesystem::create_directories(m_Diretorio.Junta("001/DF/simulacao/regras"));
     m_Diretorio.CriaArquivo("001/DF/simulacao/regras/1.regra",
                             "Operacao: BuscaDados\nChave: 1010\nResultado: 0x800706BA\n");
@@ -130,9 +153,13 @@ TEST_F(ProgramaBusca, MuitasIntegracoesVoltamTodasNaOrdem) {
     EXPECT_THAT(consultada.sErro, HasSubstr("xvcr: 0x800706BA"));
     EXPECT_EQ(consultada.sSaida, "");
     listaDmcs[100] = "20200101-1-1";
-    const SExecucao cortada = Xvcr("--json le -", {}, entrada());
-    EXPECT_EQ(cortada.iSaida, 1);
-    EXPECT_EQ(XVLinhasJson(cortada.sSaida).size(), 64U);
+    std::vector<nlohmann::json> outras(lidas.rbegin(), lidas.rend());
+    outras.erase(outras.begin() + 100);
+    const SExecucao semUma = Xvcr("--json le - --json-enviado", {}, entrada());
+    EXPECT_EQ(semUma.iSaida, 1);
+    EXPECT_THAT(semUma.sErro, testing::StartsWith("xvcr: 20200101-1-1: 0x81080AAA "));
+    EXPECT_EQ(std::count(semUma.sErro.begin(), semUma.sErro.end(), '\n'), 1);
+    EXPECT_EQ(XVLinhasJson(semUma.sSaida), outras) << "all others, in the order asked for";
 }
 
 }  // namespace

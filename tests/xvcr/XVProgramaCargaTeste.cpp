@@ -9,7 +9,7 @@ using testing::HasSubstr;
 class ProgramaCarga : public XVPrograma {};
 
 constexpr const char* k_szSistemaDesconhecido =
-    "valor desconhecido; os aceitos são: Nenhum, SimulacaoSistemaTerceiro, OfficialBank, Mercos";
+    "valor desconhecido; os aceitos são: 0=Nenhum, 2=SimulacaoSistemaTerceiro, 8=OfficialBank, 16=Mercos";
 constexpr const char* k_szTresLinhas =
     "{\"eSistemaIntegracao\":\"Mercos\",\"regRegistroJSON\":{\"n\" : 1.50}}\n"
     "\n"

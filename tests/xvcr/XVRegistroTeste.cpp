@@ -109,6 +109,7 @@ TEST_F(Registro, CadaOpcaoMostraOsSeus) {
         {"--funcao grava", {m_Manha}},
         {"--codigo 0x81080aaa", {m_Outubro}},
         {"--codigo 180150001", {m_Noite}},
+        {"--codigo 81080AAA", {m_Outubro}},
         {"--codigo E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA", {m_Outubro}},
         {"--funcao le --ultimos 1", {m_Noite}},
     };
@@ -141,6 +142,7 @@ TEST_F(Registro, SegueOQueChegaPeloTempoPedido) {
     const json primeira = Erro("2026-11-21T10:00:00", "001", 7, 45, "CBase::Le", "81080AAA", k_szPosicao);
     const json segunda = Erro("2026-12-01T10:00:00", "001", 7, 46, "CBase::Le", "81080AAA", k_szPosicao);
     const json terceira = Erro("2026-11-22T10:00:00", "001", 8, 45, "CBase::Le", "81080AAA", k_szPosicao);
+    const json quarta = Erro("2026-11-23T10:00:00", "001", 8, 46, "CBase::Le", "81080AAA", k_szPosicao);
     const auto anexa = [&](const char* pszMes, const std::string& sTexto) {
         std::ofstream(m_Diretorio.Junta(std::string("001/DF/XVProfilerErros_Base_") + pszMes + ".log"),
                       std::ios::app | std::ios::binary)
@@ -151,12 +153,40 @@ TEST_F(Registro, SegueOQueChegaPeloTempoPedido) {
         if (uiDormidas == 2) anexa("202611", Linha(primeira) + Linha(terceira).substr(0, 30));
         if (uiDormidas == 3) anexa("202612", k_sCabecalho + Linha(m_Manha) + Linha(segunda));
         if (uiDormidas == 4) anexa("202611", Linha(terceira).substr(30));
+        if (uiDormidas == 5) {  // moved away with a line not yet shown, and begun anew
+            anexa("202611", Linha(quarta));
+            std::filesystem::rename(m_Diretorio.Junta("001/DF/XVProfilerErros_Base_202611.log"),
+                                    m_Diretorio.Junta("001/DF/antigo.log"));
+            anexa("202611", k_sCabecalho + Linha(m_Noite));
+        }
     });
     const CXVGuardaRelogio guarda(relogio);
     EXPECT_EQ(Mostra("--empresa 001 --segue --por 2 --ultimos 1 --funcao Le"),
-              json::array({m_Noite, primeira, segunda, terceira}));
+              json::array({m_Noite, primeira, segunda, terceira, quarta, m_Noite}));
     EXPECT_EQ(relogio.GetMilissegundosDormidos(), 2000U);
     EXPECT_EQ(Mostra("--empresa 001 --segue --por 1 --do-usuario 9"), json::array({m_Noite}));
+}
+
+// The entry and the exit of one call, beside another call; and a log that is none.
+TEST_F(Registro, EntradaESaidaLevamOMesmoNumero) {
+    std::string sLog = "Data\tHora\tClasseFuncao\tGuid\tTipo\tMemoriaComponente\tDeltaMemoria\tDuracao\n";
+    for (const char* pszFim : {"CA::Le\t{1}\tENTROU\t\t\t", "CB::Le\t{2}\tENTROU\t\t\t",
+                               "CA::Le\t{1}\tSAIU\t5000\t-12\t15", "CA::Le\t{1}\tENTROU\t\t\t"})
+        sLog += std::string("21/11/2026\t10:11:12\t") + pszFim + '\n';
+    m_Diretorio.CriaArquivo("XVProfiler.log", sLog + "cortada\n");
+    m_Diretorio.CriaArquivo("sem.log", Linha(m_Manha) + Linha(m_Noite));
+    const SExecucao perfil = XVExecutaAqui({"registro", "--perfil", "--diretorio", m_Diretorio.GetCaminho()});
+    std::string sNumeros;
+    for (std::size_t i = 0; (i = perfil.sSaida.find('#', i)) != std::string::npos; ++i)
+        sNumeros += perfil.sSaida[i + 1];
+    EXPECT_EQ(sNumeros, "1213") << perfil.sSaida;
+    EXPECT_NE(perfil.sSaida.find("#1  memória 5000 (-12)  15 ms\n"), std::string::npos) << perfil.sSaida;
+    EXPECT_TRUE(perfil.sErro.ends_with("linha 6: cortada ou longa demais, não é mostrada\n")) << perfil.sErro;
+    const SExecucao sem = XVExecutaAqui({"registro", "--arquivo", m_Diretorio.Junta("sem.log")});
+    EXPECT_EQ(sem.sSaida, "");
+    EXPECT_EQ(sem.sErro, "xvcr: aviso: \"" + m_Diretorio.Junta("sem.log") +
+                             "\", linha 1: o log não começa por um cabeçalho; o que vem antes de um não é "
+                             "mostrado\n");
 }
 
 TEST(LinhaLog, LinhaEstranhaOuCortadaNaoDerruba) {

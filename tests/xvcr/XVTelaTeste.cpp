@@ -41,4 +41,34 @@ TEST(Tabela, AlinhaPelaLarguraVistaDasLinhasAteAi) {
     EXPECT_EQ(tabela.Monta(), "a          9  \n");
 }
 
+// As many columns as find room, those that may be shortened, and colours around nothing but the cell.
+TEST(Tabela, CabeNoTerminal) {
+    const auto monta = [](std::size_t uiLargura) {
+        const auto cor = [](std::string_view s) { return s == "Erro" ? std::string_view("31") : ""; };
+        CXVTabela tabela({{"DMC"},
+                          {"Tipo", CXVTabela::EAlinhamento::eEsquerda, 1, 6},
+                          {"Status", CXVTabela::EAlinhamento::eEsquerda, 2, 0, cor},
+                          {"Movimento", CXVTabela::EAlinhamento::eEsquerda, 3}},
+                         uiLargura, true);
+        tabela.Inclui({"20261121-1-1", "CadastroPreço", "Erro", "20261103-217-2"});
+        std::string sTudo = tabela.Monta();
+        tabela.Inclui({"20261121-2-1", "CadastroProduto", "Enviado", ""});
+        return sTudo + tabela.Monta();
+    };
+    EXPECT_EQ(monta(0),
+              "DMC           Tipo           Status  Movimento\n"
+              "------------  -------------  ------  --------------\n"
+              "20261121-1-1  CadastroPreço  \x1b[31mErro\x1b[0m    20261103-217-2\n"
+              "20261121-2-1  CadastroProduto  Enviado  \n");
+    EXPECT_EQ(monta(30),
+              "DMC           Tipo      Status\n"
+              "------------  --------  ------\n"
+              "20261121-1-1  Cadastr…  \x1b[31mErro\x1b[0m\n"
+              "20261121-2-1  Cadastr…  Enviado\n");
+    EXPECT_EQ(monta(21),
+              "DMC           Tipo\n------------  -------\n"
+              "20261121-1-1  Cadast…\n20261121-2-1  Cadast…\n");
+    EXPECT_EQ(monta(5), "DMC\n------------\n20261121-1-1\n20261121-2-1\n");
+}
+
 }  // namespace

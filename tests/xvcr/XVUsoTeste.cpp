@@ -12,6 +12,7 @@ namespace {
 
 using testing::HasSubstr;
 using testing::Not;
+using testing::StartsWith;
 
 const std::string k_sEmpresaInvalida =
     " não é um código de empresa (1 a 47 letras, dígitos, _ ou -, e não um nome de dispositivo)";
@@ -26,19 +27,28 @@ const struct SErroDeUso {
     {"", "falta o comando"},
     {"mapa", "falta o comando"},
     {"apaga", "comando desconhecido: apaga"},
-    {"busca --nada", "argumento inesperado: --nada"},
+    {"busca --nada", "opção desconhecida: --nada"},
+    {"busca --limit 3", "opção desconhecida: --limit (quis dizer --limite?)"},
+    {"mapa buca", "comando desconhecido: buca (quis dizer busca?)"},
+    {"status --dmc 20261121-1-1 --stauts Erro", "opção desconhecida: --stauts (quis dizer --status?)"},
+    {"busca a b", "argumento inesperado: a"},
+    {"busca --csv=x", "--csv: não leva valor"},
+    {"grava", "nada a gravar: dê ao menos um campo"},
+    {"grava --dmc 0 --filial 1", "--dmc: este DMC não é de integração alguma"},
+    {"busca --ordem incluso", "--ordem: esperado dmc, inclusao, alteracao ou chave (quis dizer inclusao?)"},
     {"busca [x", "argumento inesperado: [x"},
     {"status --dmc 20261121-1-1", "falta --status"},
     {"busca --tipo", "--tipo: falta o valor"},
-    {"grava --filial 1 --filial 2", "--filial: dada mais de uma vez ou com valores demais"},
-    {"carrega x --para --continua", "--continua não vale junto com --para"},
+    {"grava --filial 1 --filial 2", "--filial: dada mais de uma vez"},
+    {"carrega x --para --continua", "--para-no-erro não vale junto com --continua"},
     {"le", "falta dmc"},
-    {"grava --status Talvez",
-     "--status: valor desconhecido; os aceitos são: NenhumStatus, Pendente, Enviado, Sucesso, Erro, "
-     "Cancelado"},
+    {"grava --status pendnete",
+     "--status: valor desconhecido (quis dizer Pendente?); os aceitos são: 0=NenhumStatus, 1=Pendente, "
+     "2=Enviado, 3=Sucesso, "
+     "4=Erro, 5=Cancelado"},
     {"busca --status Erro,Talvez",
-     "--status: \"Talvez\": valor desconhecido; os aceitos são: NenhumStatus, Pendente, Enviado, "
-     "Sucesso, Erro, Cancelado"},
+     "--status: \"Talvez\": valor desconhecido; os aceitos são: 0=NenhumStatus, 1=Pendente, "
+     "2=Enviado, 3=Sucesso, 4=Erro, 5=Cancelado"},
     {"busca --inclusao-de ontem",
      "--inclusao-de: esperada uma data-hora ISO 8601 em UTC (2026-11-21T13:05:09Z) ou o valor "
      "empacotado"},
@@ -49,10 +59,12 @@ const struct SErroDeUso {
     {"--usuario 65535 busca", "--usuario: o usuário vai de 0 a 65534"},
     {"--usuario 65536 busca", "--usuario: o usuário vai de 0 a 65534"},
     {"registro --mes 20261x", "--mes: esperado um mês: AAAAMM"},
+    {"registro --mes 202613", "--mes: esperado um mês: AAAAMM"},
+    {"registro --ultimos 0", "--ultimos: esperado um número a partir de 1"},
     {"registro --de 2026-11-21Z",
      "--de: esperada uma data-hora local, sem Z: 2026-11-21 ou 2026-11-21T13:05:09"},
     {"registro --codigo E_X", "--codigo: esperado um código (0x81080AAA) ou o nome simbólico de um"},
-    {"--leitura --empresa 001 grava", "--leitura não vale para um comando que grava"},
+    {"--leitura --empresa 001 grava --filial 1", "--leitura não vale para um comando que grava"},
     {"--empresa .. busca", "--empresa: \"..\"" + k_sEmpresaInvalida},
     {"--empresa COM1 busca", "--empresa: \"COM1\"" + k_sEmpresaInvalida},
     {"--empresa .. registro", "--empresa: \"..\"" + k_sEmpresaInvalida},
@@ -63,10 +75,10 @@ const struct SErroDeUso {
     {"busca --limite 0", "--limite: esperado um número a partir de 1"},
     {"busca --limite 4294967296", "--limite: número acima do limite de 4294967295"},
     {"busca --limite 2 --conta", "--limite não vale junto com --conta"},
-    {"busca --conta --mensagem", "--conta, --dmcs e a leitura das integrações excluem-se"},
+    {"busca --conta --mensagem", "--conta, --dmcs, --csv e a leitura das integrações excluem-se"},
     {"mapa busca --tipo 6 --sistema 16", "a busca pede --registro ou --chave-registro"},
     {"le 20261121-1-1 --operacao-posterior", "--operacao-posterior só vale com --consulta-terceiro"},
-    {"le 20261121-1-1 --para-pasta x", "--para-pasta pede ao menos um texto (--todos, por exemplo)"},
+    {"le 20261121-1-1 --para-pasta x", "--pasta pede ao menos um texto (--todos, por exemplo)"},
     {"le 0", "\"0\": o DMC nulo não é de integração alguma"},
     {"--servidor versao", "--servidor: a versão é lida na própria base"},
     {"--servidor converte", "--servidor: a conversão é feita na própria base"},
@@ -82,7 +94,9 @@ TEST(Uso, ErrosDaLinhaDeComandoEmPortugues) {
         const SExecucao execucao = XVExecutaAqui(XVPalavras(rCaso.pszLinha));
         EXPECT_EQ(execucao.iSaida, rCaso.iSaida) << rCaso.sMensagem;
         EXPECT_EQ(execucao.sSaida, "");
-        EXPECT_EQ(execucao.sErro, "xvcr: " + rCaso.sMensagem + '\n');
+        const bool bUso = rCaso.iSaida == 2;
+        EXPECT_THAT(execucao.sErro, StartsWith("xvcr: " + rCaso.sMensagem + (bUso ? " (veja \"xvcr" : "\n")));
+        EXPECT_EQ(execucao.sErro.ends_with(" --help\")\n"), bUso) << execucao.sErro;
     }
 }
 
@@ -92,7 +106,7 @@ TEST(Uso, AjudaDeCadaComandoTemExemplos) {
     EXPECT_THAT(geral.sSaida, HasSubstr("Uso: xvcr"));
     for (const std::string& rComando :
          XVPalavras("grava status le busca carrega mapa datahora pendencia instantanea consulta converte "
-                    "versao registro")) {
+                    "versao registro empresas provedores explica completa manual")) {
         EXPECT_THAT(geral.sSaida, HasSubstr(rComando));
         const SExecucao ajuda = XVExecutaAqui({rComando, "--help"});
         EXPECT_EQ(ajuda.iSaida, 0) << rComando;
@@ -100,6 +114,65 @@ TEST(Uso, AjudaDeCadaComandoTemExemplos) {
         EXPECT_THAT(ajuda.sSaida, Not(HasSubstr("REQUIRED")));
     }
     EXPECT_THAT(XVExecutaAqui({"mapa", "busca", "--help"}).sSaida, HasSubstr("xvcr mapa busca --registro"));
+    const std::string sBusca = XVExecutaAqui({"busca", "-h"}).sSaida;
+    for (const char* pszValor :
+         {"0=Nenhum,", "16=Mercos\n", "17=MovimentoContasPagarRemessaOnline\n", "5=Cancelado"})
+        EXPECT_THAT(sBusca, HasSubstr(pszValor));
+    EXPECT_EQ(XVExecutaAqui({"-V"}).sSaida, XVExecutaAqui({"--version"}).sSaida);
+}
+
+// Help, completion and manual page are of the same declarations.
+TEST(Uso, CompletaOQueALinhaPodeTer) {
+    const auto completa = [](const TArgumentos& rPalavras) {
+        TArgumentos listaTudo{"completa", "palavras"};
+        listaTudo.insert(listaTudo.end(), rPalavras.begin(), rPalavras.end());
+        return XVExecutaAqui(listaTudo).sSaida;
+    };
+    EXPECT_EQ(completa({"--empresa", "busca", "ma"}), "mapa\nmanual\n");
+    EXPECT_EQ(completa({"mapa", ""}), "grava\npendente\nbusca\nlista\n");
+    EXPECT_EQ(completa({"busca", "--alteracao-"}), "--alteracao-de\n--alteracao-ate\n");
+    EXPECT_EQ(completa({"busca", "--emp"}), "--empresa\n") << "general options too";
+    EXPECT_EQ(completa({"busca", "--status", "Pendente,er"}), "Pendente,Erro\n");
+    EXPECT_EQ(completa({"grava", "--mensagem", ""}), "");
+    EXPECT_THAT(XVExecutaAqui({"completa", "bash"}).sSaida, HasSubstr("complete -o default -F _xvcr xvcr\n"));
+    EXPECT_THAT(XVExecutaAqui({"completa", "powershell"}).sSaida, StartsWith("Register-ArgumentCompleter "));
+    const std::string sManual = XVExecutaAqui({"manual"}).sSaida;
+    for (const char* pszTexto : {".SH \"xvcr mapa lista\"", "\\fB\\-\\-alteracao\\-status\\fR", "16=Mercos",
+                                 "\\-\\-json\\-enviado @pedido.json"})
+        EXPECT_THAT(sManual, HasSubstr(pszTexto));
+}
+
+TEST(Uso, PrimeiraExecucaoDizOQueConfigurar) {
+    CXVRegistryFalso vazio;
+    const CXVGuardaRegistry guarda(vazio);
+    for (const char* pszLinha :
+         {"--empresa 001 busca", "--empresa 001 grava --filial 1", "empresas", "registro"}) {
+        const SExecucao execucao = XVExecutaAqui(XVPalavras(pszLinha));
+        EXPECT_EQ(execucao.iSaida, 1);
+        EXPECT_THAT(execucao.sErro, HasSubstr("eBadPath: nenhum diretório do módulo está configurado; use "
+                                              "--diretorio PASTA, a variável de ambiente XVCR_DIRETORIO"));
+    }
+}
+
+TEST(Explica, TodaFormaDeUmCodigoLevaAoSeuConselho) {
+    const std::string sFatal = "0x8004EAD0", sPosicao = "E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA";
+    for (const std::string rForma : {"0x81080AAA", "0X81080aaa", "81080AAA", "2164787882", "-2130179414",
+                                     "e_xvcr_posicao_de_indexacao_invalida"}) {
+        const SExecucao execucao = XVExecutaAqui({"explica", "--", rForma});
+        EXPECT_THAT(execucao.sSaida, StartsWith("Código:       0x81080AAA " + sPosicao +
+                                                "\nO que houve:  Nenhum registro tem a chave procurada;"))
+            << rForma << execucao.sErro;
+    }
+    const auto linhas = XVLinhasJson(
+        XVExecutaAqui({"--json", "explica", sFatal, "RPC_S_UNKNOWN_IF", "ERROR_DISK_FULL"}).sSaida);
+    ASSERT_EQ(linhas.size(), 3U);
+    EXPECT_EQ(linhas[0]["codigo"], sFatal);
+    EXPECT_EQ(linhas[0]["ate"], "0x8004EADB");
+    EXPECT_EQ(linhas[1]["codigo"], "0x800706B5");
+    EXPECT_EQ(linhas[1]["assunto"], "processo");
+    EXPECT_EQ(linhas[2], (nlohmann::json{{"codigo", "0x80070070"}, {"nome", "ERROR_DISK_FULL"}}));
+    EXPECT_EQ(XVExecutaAqui({"explica", "0x81089999"}).iSaida, 1);
+    EXPECT_EQ(XVExecutaAqui({"explica", "0x"}).iSaida, 2);
 }
 
 // The installation's store, on a disk in memory.
@@ -111,7 +184,7 @@ class UsoEmMemoria : public testing::Test {
         // before.
         for (int i = 0; i < 3; ++i) {
             m_Falhas.Limpa();
-            EXPECT_EQ(Executa("grava").iSaida, 0);
+            EXPECT_EQ(Executa("grava --filial 1").iSaida, 0);
         }
     }
     static SExecucao Executa(const std::string& sLinha) {
@@ -143,6 +216,8 @@ TEST_F(UsoEmMemoria, QuemSoLeDeixaCadaByteDoDiretorioDaEmpresaComoEstava) {
                      {"le " + sDmc},
                      {"le 20200101-1-1", 1},  // an error, which goes to another log
                      {"mapa busca --tipo 6 --sistema 16 --chave-registro 7"},
+                     {"mapa lista"},
+                     {"datahora lista"},
                      {"versao"}};
     for (const auto& rComando : aComandos) {
         EXPECT_EQ(Executa(rComando.sLinha).iSaida, rComando.iSaida) << rComando.sLinha;
@@ -157,7 +232,7 @@ TEST_F(UsoEmMemoria, FalhaAoFecharABaseSaiComUm) {
                        .uiNumero = uiGravacoes,
                        .bPermanente = true,
                        .eCausa = ECausaArquivo::eDiscoCheio});
-    const SExecucao execucao = Executa("grava");
+    const SExecucao execucao = Executa("grava --filial 1");
     EXPECT_EQ(execucao.iSaida, 1) << "the last write of all is one of the closing";
     EXPECT_NE(execucao.sSaida, "") << "the integration was recorded";
     EXPECT_THAT(execucao.sErro, HasSubstr("xvcr: 0x"));

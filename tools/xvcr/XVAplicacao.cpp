@@ -8,6 +8,7 @@
 #include "tools/xvcr/XVFormatoAjuda.h"
 #include "tools/xvcr/XVMensagensUso.h"
 #include "tools/xvcr/commands/XVComandos.h"
+#include "tools/xvcr/commands/XVCompleta.h"
 #include "tools/xvcr/commands/XVOpcoes.h"
 
 namespace {
@@ -62,6 +63,11 @@ void AdicionaComandos(CLI::App& rRaiz, CXVContexto& rContexto) {
     XVAdicionaConverte(rRaiz, rContexto);
     XVAdicionaVersao(rRaiz, rContexto);
     XVAdicionaRegistro(rRaiz, rContexto);
+    XVAdicionaEmpresas(rRaiz, rContexto);
+    XVAdicionaProvedores(rRaiz, rContexto);
+    XVAdicionaExplica(rRaiz, rContexto);
+    XVAdicionaCompleta(rRaiz, rContexto);
+    XVAdicionaManual(rRaiz, rContexto);
 }
 
 // True when there is something to run; otherwise *piSaida is how the program ends.
@@ -79,10 +85,16 @@ bool LeArgumentos(CLI::App& rRaiz, const std::vector<std::string>& listaArgument
         rSaida.Linha(rVersao.what());
         *piSaida = static_cast<int>(ESaida::eSucesso);
     } catch (const CLI::ParseError& rErro) {
-        XVEscreveErro(XVDescreveErroDeUso(rErro, rRaiz.remaining(true)));
-        *piSaida = static_cast<int>(ESaida::eUso);
+        XVErroDeUso(XVDescreveErroDeUso(rRaiz, listaArgumentos, rErro));
     }
     return false;
+}
+
+// What the shells' completion asks for; it is no command of the help.
+int Completa(const CLI::App& rRaiz, const std::vector<std::string>& listaPalavras, CXVSaida& rSaida) {
+    for (const std::string& rPalavra : XVCompletaPalavras(rRaiz, listaPalavras)) rSaida.Linha(rPalavra);
+    rSaida.Termina();
+    return static_cast<int>(ESaida::eSucesso);
 }
 
 int Executa(const std::vector<std::string>& listaArgumentos) {
@@ -92,7 +104,7 @@ int Executa(const std::vector<std::string>& listaArgumentos) {
     raiz.allow_windows_style_options(false);
     raiz.fallthrough();
     raiz.require_subcommand(1);
-    raiz.set_version_flag("--version", "xvcr " + XVAmbienteSO::GetVersaoExecutavel(),
+    raiz.set_version_flag("-V,--version", "xvcr " + XVAmbienteSO::GetVersaoExecutavel(),
                           "Mostra a versão do programa");
     AdicionaOpcoesGlobais(raiz, contexto);
     AdicionaComandos(raiz, contexto);
@@ -100,14 +112,21 @@ int Executa(const std::vector<std::string>& listaArgumentos) {
         "\"xvcr COMANDO --help\" mostra as opções e os exemplos de um comando.\n"
         "Saída: 0 sucesso, 1 operação com falha, 2 linha de comando errada.");
 
-    int iSaida = 0;
-    if (LeArgumentos(raiz, listaArgumentos, contexto.saida, &iSaida)) {
-        contexto.fAcao();
-        contexto.Fecha();
-        iSaida = static_cast<int>(contexto.eSaida);
+    if (listaArgumentos.size() > 2 && listaArgumentos[0] == "completa" && listaArgumentos[1] == "palavras")
+        return Completa(raiz, {listaArgumentos.begin() + 2, listaArgumentos.end()}, contexto.saida);
+    try {
+        int iSaida = 0;
+        if (LeArgumentos(raiz, listaArgumentos, contexto.saida, &iSaida)) {
+            contexto.fAcao();
+            contexto.Fecha();
+            iSaida = static_cast<int>(contexto.eSaida);
+        }
+        contexto.saida.Termina();
+        return iSaida;
+    } catch (const CXVErro& rErro) {
+        if (rErro.GetSaida() != ESaida::eUso) throw;
+        XVErroDeUso(rErro.what() + XVOndeHaAjuda(raiz, listaArgumentos));
     }
-    contexto.saida.Termina();
-    return iSaida;
 }
 
 }  // namespace

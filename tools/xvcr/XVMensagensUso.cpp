@@ -3,51 +3,97 @@
 #include <algorithm>
 #include <string_view>
 
+#include "tools/xvcr/commands/XVDeclaracoes.h"
+#include "tools/xvcr/commands/XVOpcoes.h"
+#include "tools/xvcr/text/XVParecido.h"
+
 namespace {
 
-std::string_view Antes(std::string_view sTexto, std::string_view sMarca) {
-    return sTexto.substr(0, sTexto.find(sMarca));
+using TCaminho = std::vector<const CLI::App*>;
+
+// The first option of the commands of the line for which bVale is true, or null.
+template <class FVale>
+const CLI::Option* Procura(const TCaminho& listaCaminho, FVale&& bVale) {
+    for (const CLI::App* pComando : listaCaminho)
+        for (const CLI::Option* pOpcao : pComando->get_options())
+            if (bVale(*pOpcao)) return pOpcao;
+    return nullptr;
 }
 
-std::string_view Depois(std::string_view sTexto, std::string_view sMarca) {
-    const std::size_t uiMarca = sTexto.find(sMarca);
-    return uiMarca == std::string_view::npos ? sTexto : sTexto.substr(uiMarca + sMarca.size());
+// The argument that belongs to no command or option and stands first in the line, or an empty text.
+std::string PrimeiraSobra(const CLI::App& rRaiz, const std::vector<std::string>& listaArgumentos) {
+    const std::vector<std::string> listaSobras = rRaiz.remaining(true);
+    const auto bSobra = [&](const std::string& rArgumento) {
+        return std::any_of(listaSobras.begin(), listaSobras.end(),
+                           [&](const std::string& rSobra) { return XVDesprotege(rSobra) == rArgumento; });
+    };
+    const auto p = std::find_if(listaArgumentos.begin(), listaArgumentos.end(), bSobra);
+    return p == listaArgumentos.end() ? std::string() : *p;
 }
 
-// The command-line library tells the kind of error by the class and the names only inside an English
-// sentence.
-std::string Descreve(const CLI::ParseError& rErro, const std::vector<std::string>& listaSobras) {
-    const std::string_view sTexto = rErro.what();
-    if (dynamic_cast<const CLI::ExtrasError*>(&rErro) != nullptr)
-        return "argumento inesperado: " + std::string(Depois(sTexto, "expected: "));
-    if (dynamic_cast<const CLI::RequiredError*>(&rErro) != nullptr) {
-        const std::string_view sNome = Antes(sTexto, " is required");
-        if (sNome != "A subcommand") return "falta " + std::string(sNome);
-        return listaSobras.empty() ? "falta o comando" : "comando desconhecido: " + listaSobras.front();
+std::string DescreveSobra(const TCaminho& listaCaminho, const std::string& sSobra) {
+    const std::vector<std::string> listaComandos = XVDeclaracoes::GetNomesDeComandos(*listaCaminho.back());
+    if (!sSobra.starts_with('-') && !listaComandos.empty())
+        return "comando desconhecido: " + sSobra + XVQuisDizer(sSobra, listaComandos);
+    if (!sSobra.starts_with('-')) return "argumento inesperado: " + sSobra;
+    return "opção desconhecida: " + sSobra +
+           XVQuisDizer(sSobra.substr(0, sSobra.find('=')), XVDeclaracoes::GetNomesDeOpcoes(listaCaminho));
+}
+
+std::string DescreveFalta(const TCaminho& listaCaminho) {
+    const CLI::Option* pFalta =
+        Procura(listaCaminho, [](const CLI::Option& r) { return r.get_required() && r.count() == 0; });
+    return pFalta == nullptr ? "falta o comando" : "falta " + XVDeclaracoes::GetNome(*pFalta);
+}
+
+// An option with too many values, too few or, where it takes none, with one.
+std::string DescreveQuantidade(const TCaminho& listaCaminho,
+                               const std::vector<std::string>& listaArgumentos) {
+    const auto bDemais = [](const CLI::Option& r) {
+        return XVDeclaracoes::LevaValor(r) &&
+               r.count() > static_cast<std::size_t>(r.get_items_expected_max());
+    };
+    if (const CLI::Option* pDemais = Procura(listaCaminho, bDemais); pDemais != nullptr)
+        return XVDeclaracoes::GetNome(*pDemais) + ": dada mais de uma vez";
+    for (auto p = listaArgumentos.begin(); p != listaArgumentos.end(); ++p) {
+        const CLI::Option* pOpcao = XVDeclaracoes::GetOpcao(listaCaminho, *p);
+        if (pOpcao == nullptr) continue;
+        const bool bComIgual = p->find('=') != std::string::npos;
+        if (!XVDeclaracoes::LevaValor(*pOpcao) && bComIgual)
+            return XVDeclaracoes::GetNome(*pOpcao) + ": não leva valor";
+        const bool bFim = std::next(p) == listaArgumentos.end();
+        if (XVDeclaracoes::LevaValor(*pOpcao) && !bComIgual &&
+            (bFim || XVDeclaracoes::GetOpcao(listaCaminho, *std::next(p)) != nullptr))
+            return XVDeclaracoes::GetNome(*pOpcao) + ": falta o valor";
     }
-    if (dynamic_cast<const CLI::ArgumentMismatch*>(&rErro) != nullptr) {
-        // "NAME: 1 required TYPE missing", "NAME: At Most 1 required but received 2", "Expected ... to NAME,
-        // got 2".
-        const bool bFalta = sTexto.find("missing") != std::string_view::npos;
-        const std::string_view sNome = sTexto.starts_with("Expected ")
-                                           ? Antes(Depois(sTexto, "arguments to "), ", got")
-                                           : Antes(sTexto, ":");
-        return std::string(sNome) +
-               (bFalta ? ": falta o valor" : ": dada mais de uma vez ou com valores demais");
-    }
-    if (dynamic_cast<const CLI::ExcludesError*>(&rErro) != nullptr)
-        return std::string(Antes(sTexto, " excludes ")) + " não vale junto com " +
-               std::string(Depois(sTexto, " excludes "));
-    if (dynamic_cast<const CLI::ConversionError*>(&rErro) != nullptr)
-        return "valor não aceito: " + std::string(Depois(sTexto, "Could not convert: "));
-    return std::string(sTexto);
+    return "quantidade errada de valores";
+}
+
+std::string DescreveExclusao(const TCaminho& listaCaminho) {
+    std::string sTexto = "opções que se excluem";
+    Procura(listaCaminho, [&](const CLI::Option& r) {
+        for (const CLI::Option* pOutra : r.get_excludes())
+            if (r.count() > 0 && pOutra->count() > 0)
+                sTexto = XVDeclaracoes::GetNome(r) + " não vale junto com " + XVDeclaracoes::GetNome(*pOutra);
+        return false;
+    });
+    return sTexto;
 }
 
 }  // namespace
 
-std::string XVDescreveErroDeUso(const CLI::ParseError& rErro, const std::vector<std::string>& listaSobras) {
-    std::string sTexto = Descreve(rErro, listaSobras);
-    // The mark of protected arguments is nothing that the user wrote.
-    std::erase(sTexto, '\x01');
-    return sTexto;
+std::string XVDescreveErroDeUso(const CLI::App& rRaiz, const std::vector<std::string>& listaArgumentos,
+                                const CLI::ParseError& rErro) {
+    const TCaminho listaCaminho = XVDeclaracoes::GetCaminho(rRaiz, listaArgumentos);
+    // What was mistyped is what is missing, mostly.
+    if (const std::string sSobra = PrimeiraSobra(rRaiz, listaArgumentos); !sSobra.empty())
+        return DescreveSobra(listaCaminho, sSobra);
+    if (dynamic_cast<const CLI::RequiredError*>(&rErro) != nullptr) return DescreveFalta(listaCaminho);
+    if (dynamic_cast<const CLI::ExcludesError*>(&rErro) != nullptr) return DescreveExclusao(listaCaminho);
+    return DescreveQuantidade(listaCaminho, listaArgumentos);
+}
+
+std::string XVOndeHaAjuda(const CLI::App& rRaiz, const std::vector<std::string>& listaArgumentos) {
+    return " (veja \"" + XVDeclaracoes::GetLinha(*XVDeclaracoes::GetCaminho(rRaiz, listaArgumentos).back()) +
+           " --help\")";
 }

@@ -1,9 +1,13 @@
 // What is wrong with a command line, in Portuguese.
 #pragma once
 
-#include <CLI/Error.hpp>
+#include <CLI/App.hpp>
 #include <string>
 #include <vector>
 
-// listaSobras: arguments that belong to no command or option.
-std::string XVDescreveErroDeUso(const CLI::ParseError& rErro, const std::vector<std::string>& listaSobras);
+// Found out from the declarations and what was read of the line; rErro says only of which kind it is.
+std::string XVDescreveErroDeUso(const CLI::App& rRaiz, const std::vector<std::string>& listaArgumentos,
+                                const CLI::ParseError& rErro);
+
+// " (veja "xvcr busca --help")" of the command that the line names.
+std::string XVOndeHaAjuda(const CLI::App& rRaiz, const std::vector<std::string>& listaArgumentos);

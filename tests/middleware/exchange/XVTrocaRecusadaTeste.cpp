@@ -31,6 +31,9 @@ TEST(CXVBibliotecasTeste, BibliotecaQueEstaLaENaoServeEDitaComOMotivo) {
     EXPECT_EQ(rLinhas[1], "Biblioteca XVProvedor64 não utilizada: serve o sistema 65");
     EXPECT_EQ(rLinhas[2], "Biblioteca XVProvedor128 não utilizada: XVProvedorObtem respondeu 0x80070005");
     EXPECT_EQ(rLinhas[3], "Biblioteca XVProvedor256 não utilizada: não exporta XVProvedorObtem");
+    const SSituacaoProvedor& rUltimo = XVProvedores::Situacao().back();
+    EXPECT_EQ(rUltimo.sBiblioteca + ": " + rUltimo.sMotivo, "XVProvedor256.dll: não exporta XVProvedorObtem");
+    EXPECT_EQ(XVProvedores::Situacao().size(), XVProvedores::Lista().size() + rLinhas.size());
 }
 
 class CXVTrocaRecusadaTeste : public CXVCenarioTroca {

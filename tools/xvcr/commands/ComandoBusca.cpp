@@ -1,9 +1,11 @@
 // busca: integrations by what is known of them.
+#include <algorithm>
 #include <memory>
 
 #include "tools/xvcr/commands/XVComandos.h"
 #include "tools/xvcr/commands/XVLeituraIntegracoes.h"
 #include "tools/xvcr/commands/XVOpcoes.h"
+#include "tools/xvcr/text/XVParecido.h"
 
 namespace {
 
@@ -13,6 +15,10 @@ struct SBusca {
     bool bLe = false;
     bool bConta = false;
     bool bDmcs = false;
+    bool bCsv = false;
+    bool bDecrescente = false;
+    CLI::Option* pOrdem = nullptr;
+    EOrdem eOrdem = EOrdem::eDmc;
     CLI::Option* pLimite = nullptr;
     XVUInt ulLimite = 0;
 };
@@ -62,20 +68,27 @@ void MostraQuantidade(CXVSaida& rSaida, std::size_t uiQuantidade) {
 
 void Executa(const SBusca& rBusca, CXVContexto& rContexto) {
     const bool bLe = rBusca.bLe || rBusca.opcoes.GetFlags() != 0;
-    if (int{bLe} + int{rBusca.bConta} + int{rBusca.bDmcs} > 1)
-        XVErroDeUso("--conta, --dmcs e a leitura das integrações excluem-se");
+    CXVSaida& rSaida = rContexto.saida;
+    if (int{bLe} + int{rBusca.bConta} + int{rBusca.bDmcs} + int{rBusca.bCsv} > 1)
+        XVErroDeUso("--conta, --dmcs, --csv e a leitura das integrações excluem-se");
+    if (rBusca.bCsv && rSaida.EhJson()) XVErroDeUso("--csv não vale junto com --json");
+    const bool bOrdem = rBusca.pOrdem->count() > 0;
+    if (rBusca.bDecrescente && !bOrdem) XVErroDeUso("--decrescente só vale com --ordem");
+    if (bOrdem && rBusca.bConta) XVErroDeUso("--ordem não vale junto com --conta");
     const bool bLimite = rBusca.pLimite->count() > 0;
     if (bLimite && rBusca.bConta) XVErroDeUso("--limite não vale junto com --conta");
     if (bLimite && rBusca.ulLimite == 0) XVErroDeUso("--limite: esperado um número a partir de 1");
-    CXVSaida& rSaida = rContexto.saida;
     std::vector<REG_XVDMC> lista;
     XVConfere(rContexto.Abre(EUsoDaBase::eLeitura).BuscaPonteiros(rBusca.filtro, &lista));
     const std::size_t uiAchadas = lista.size();
-    if (bLimite && uiAchadas > rBusca.ulLimite) lista.resize(rBusca.ulLimite);
+    if (bOrdem) lista = XVOrdenaIntegracoes(rContexto, lista, rBusca.eOrdem, rBusca.bDecrescente);
+    if (bLimite && lista.size() > rBusca.ulLimite) lista.resize(rBusca.ulLimite);
     if (rBusca.bConta) {
         MostraQuantidade(rSaida, lista.size());
     } else if (bLe) {
         XVMostraIntegracoes(rContexto, lista, rBusca.opcoes);
+    } else if (rBusca.bCsv) {
+        XVCsvIntegracoes(rContexto, lista);
     } else if (rBusca.bDmcs || rSaida.EhJson()) {
         MostraDmcs(rSaida, lista);
     } else {
@@ -86,6 +99,15 @@ void Executa(const SBusca& rBusca, CXVContexto& rContexto) {
     }
 }
 
+std::string LeOrdem(std::string_view sTexto, EOrdem* peOrdem) {
+    static const std::string s_aNomes[] = {"dmc", "inclusao", "alteracao", "chave"};  // as EOrdem
+    const auto p = std::find(std::begin(s_aNomes), std::end(s_aNomes), sTexto);
+    if (p == std::end(s_aNomes))
+        return "esperado dmc, inclusao, alteracao ou chave" + XVQuisDizer(sTexto, s_aNomes);
+    *peOrdem = static_cast<EOrdem>(p - std::begin(s_aNomes));
+    return {};
+}
+
 }  // namespace
 
 void XVAdicionaBusca(CLI::App& rRaiz, CXVContexto& rContexto) {
@@ -94,7 +116,8 @@ void XVAdicionaBusca(CLI::App& rRaiz, CXVContexto& rContexto) {
         rRaiz, "busca", "Busca integrações",
         "  xvcr busca --status Pendente,Erro --sistema Mercos\n"
         "  xvcr busca --inclusao-de 2026-11-01 --inclusao-ate 2026-11-30 --conta\n"
-        "  xvcr busca --status Erro --limite 10\n"
+        "  xvcr busca --status Erro --ordem inclusao --decrescente --limite 10\n"
+        "  xvcr busca --status Sucesso --csv > integracoes.csv\n"
         "  xvcr busca --chave-inicial 9001 --sistema OfficialBank --le --todos --json\n"
         "A data e a hora de um limite são comparadas em separado: --inclusao-de 2026-11-01T10:00\n"
         "deixa de fora tudo o que foi incluído antes das 10:00, em qualquer dia.");
@@ -102,6 +125,10 @@ void XVAdicionaBusca(CLI::App& rRaiz, CXVContexto& rContexto) {
     pComando->add_flag("--le", pBusca->bLe, "Lê e mostra cada integração achada, como o comando le");
     pComando->add_flag("--conta", pBusca->bConta, "Mostra só a quantidade");
     pComando->add_flag("--dmcs", pBusca->bDmcs, "Mostra só os DMCs, um por linha");
+    pComando->add_flag("--csv", pBusca->bCsv, "Valores separados por ponto e vírgula, sem os textos");
+    pBusca->pOrdem = XVOpcao(*pComando, "--ordem", "CAMPO", "Ordena por dmc, inclusao, alteracao ou chave",
+                             [pBusca](std::string_view s) { return LeOrdem(s, &pBusca->eOrdem); });
+    pComando->add_flag("--decrescente", pBusca->bDecrescente, "Com --ordem: do maior para o menor");
     pBusca->pLimite = XVOpcaoValor(*pComando, "--limite", "N", "Mostra no máximo as N primeiras achadas",
                                    &pBusca->ulLimite);
     pBusca->opcoes.Adiciona(*pComando);

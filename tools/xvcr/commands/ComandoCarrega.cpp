@@ -140,7 +140,7 @@ void XVAdicionaCarrega(CLI::App& rRaiz, CXVContexto& rContexto) {
         ->required();
     CLI::Option* pContinua =
         pComando->add_flag("--continua", pCarrega->bContinua, "Continua depois de uma linha com erro");
-    pComando->add_flag("--para", pCarrega->bPara, "Para na primeira linha com erro (padrão)")
+    pComando->add_flag("--para-no-erro,--para", pCarrega->bPara, "Para na primeira linha com erro (padrão)")
         ->excludes(pContinua);
     XVOpcaoValor(*pComando, "--linha-maxima", "BYTES", "Tamanho máximo de uma linha (padrão: 256 MiB)",
                  &pCarrega->ulLinhaMaxima);

@@ -37,7 +37,7 @@ void Executa(bool bSimula, CXVContexto& rContexto) {
     if (rContexto.loja.bSomenteLeitura && !bSimula)
         XVErroDeUso("--leitura não vale para um comando que grava");
     rContexto.CompletaAcesso();
-    rContexto.ExigeEmpresa();
+    rContexto.ExigeBase();
     const CXVUsoDoDiretorio diretorio(rContexto.loja.sDiretorio);
     const CXVChamador chamador(rContexto.identificacao);
     CXVSaidaConversao observador(rContexto.saida);

@@ -2,7 +2,9 @@
 #include <memory>
 
 #include "tools/xvcr/commands/XVComandos.h"
+#include "tools/xvcr/commands/XVLojaParaVer.h"
 #include "tools/xvcr/commands/XVOpcoes.h"
+#include "tools/xvcr/output/XVTabela.h"
 
 namespace {
 
@@ -43,6 +45,32 @@ void AdicionaBusca(CLI::App& rDataHora, CXVContexto& rContexto) {
     });
 }
 
+void Lista(CXVContexto& rContexto) {
+    CXVLojaParaVer loja(rContexto);
+    std::vector<REG_CR_DATA_HORA_INTEGRACAO_TERCEIRO_V1> lista;
+    XVConfere((*loja).ListaDatasHoras(&lista));
+    CXVTabela tabela({{"Data-hora"}, {"Qual data"}, {"Tipo"}, {"Sistema"}});
+    using XVRegistroJson::ParaPessoa;
+    for (const auto& reg : lista) {
+        CXVDadosCR_DataHoraIntegracaoTerceiro dados;
+        dados.CopiarDe({reg.regDataHora, reg.eTipoIntegracao, reg.eSistemaIntegracao, reg.eTipoData, {}});
+        if (rContexto.saida.EhJson())
+            rContexto.saida.Registro(dados);
+        else
+            tabela.Inclui({ParaPessoa(dados.regDataHora), ParaPessoa(EEnumeracao::eTipoData, dados.eTipoData),
+                           ParaPessoa(EEnumeracao::eTipoIntegracao, dados.eTipoIntegracao),
+                           ParaPessoa(EEnumeracao::eSistemaIntegracao, dados.eSistemaIntegracao)});
+    }
+    if (!rContexto.saida.EhJson()) rContexto.saida.Escreve(tabela.Monta());
+}
+
+void AdicionaLista(CLI::App& rDataHora, CXVContexto& rContexto) {
+    CLI::App* pComando = XVAdicionaComando(rDataHora, "lista", "Lista todas as datas-horas",
+                                           "  xvcr datahora lista\n"
+                                           "  xvcr datahora lista --json");
+    XVDefineAcao(pComando, rContexto, [&rContexto] { Lista(rContexto); });
+}
+
 }  // namespace
 
 void XVAdicionaDataHora(CLI::App& rRaiz, CXVContexto& rContexto) {
@@ -52,4 +80,5 @@ void XVAdicionaDataHora(CLI::App& rRaiz, CXVContexto& rContexto) {
     pDataHora->require_subcommand(1);
     AdicionaGrava(*pDataHora, rContexto);
     AdicionaBusca(*pDataHora, rContexto);
+    AdicionaLista(*pDataHora, rContexto);
 }

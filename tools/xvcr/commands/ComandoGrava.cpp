@@ -14,6 +14,7 @@ struct SGrava {
 };
 
 void Executa(const SGrava& rGrava, CXVContexto& rContexto) {
+    if (!rGrava.opcoes.TemDadas() && !rGrava.bSubstitui) XVErroDeUso("nada a gravar: dê ao menos um campo");
     if (rGrava.bSubstitui && rGrava.regDmc.EhNulo()) XVErroDeUso("--substitui só vale com --dmc");
     XVCliente::CXVCliente& rCliente = rContexto.Abre(EUsoDaBase::eGravacao);
     CXVDadosCR_IntegracaoMiddleware dados;
@@ -43,8 +44,7 @@ void XVAdicionaGrava(CLI::App& rRaiz, CXVContexto& rContexto) {
         "       --transacao Inclusao --json-enviado @pedido.json\n"
         "  xvcr grava --dmc 20261121-15-1 --status Sucesso --chave 9001\n"
         "O resultado é o DMC da integração. Com --dmc, os campos não dados ficam como estão.");
-    XVOpcaoValor(*pComando, "--dmc", "DMC", "Integração a alterar; sem ela, uma nova é incluída",
-                 &pGrava->regDmc);
+    XVOpcaoIntegracao(*pComando, "Integração a alterar; sem ela, uma nova é incluída", &pGrava->regDmc);
     pComando->add_flag("--substitui", pGrava->bSubstitui,
                        "Com --dmc: os campos não dados são gravados vazios em vez de mantidos");
     pGrava->opcoes.Adiciona(*pComando, true);

@@ -38,8 +38,7 @@ void XVAdicionaInstantanea(CLI::App& rRaiz, CXVContexto& rContexto) {
         "       --integracao-origem 20261121-7-2\n"
         "  xvcr instantanea --dmc 20261121-15-1 --tipo CadastroProduto --transacao Alteracao\n"
         "O resultado é o DMC da última integração gravada; com --dmc e nada a trocar, o próprio DMC dado.");
-    XVOpcaoValor(*pComando, "--dmc", "DMC", "Integração a alterar ou excluir; sem ela, inclusão",
-                 &pInstantanea->regDmc);
+    XVOpcaoIntegracao(*pComando, "Integração a alterar ou excluir; sem ela, inclusão", &pInstantanea->regDmc);
     pInstantanea->opcoes.Adiciona(*pComando, false);
     XVDefineAcao(pComando, rContexto, [pInstantanea, &rContexto] { Executa(*pInstantanea, rContexto); });
 }

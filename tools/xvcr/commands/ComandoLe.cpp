@@ -56,7 +56,7 @@ void XVAdicionaLe(CLI::App& rRaiz, CXVContexto& rContexto) {
         XVAdicionaComando(rRaiz, "le", "Lê integrações pelos seus DMCs",
                           "  xvcr le 20261121-15-1 --todos\n"
                           "  xvcr le 20261121-15-1 20261121-16-1 --json --mensagem\n"
-                          "  xvcr busca --status Erro --dmcs | xvcr le - --todos --para-pasta erros");
+                          "  xvcr busca --status Erro --dmcs | xvcr le - --todos --pasta erros");
     pComando
         ->add_option("dmc", pLe->listaArgumentos, "DMCs das integrações; - lê um por linha da entrada padrão")
         ->type_name("DMC")

@@ -2,13 +2,15 @@
 #include <memory>
 
 #include "tools/xvcr/commands/XVComandos.h"
+#include "tools/xvcr/commands/XVLojaParaVer.h"
 #include "tools/xvcr/commands/XVOpcoes.h"
+#include "tools/xvcr/output/XVTabela.h"
 
 namespace {
 
 void AdicionaOpcoes(CLI::App& rComando, CXVDadosCR_ChaveRegistroTelvoParaTerceiro& rDados, bool bChave,
                     bool bOrigem) {
-    XVOpcaoValor(rComando, "--registro", "DMC", "Registro do sistema", &rDados.regDmcRegistroTelvo);
+    XVOpcaoValor(rComando, "--registro", "DMC", "Registro da suíte", &rDados.regDmcRegistroTelvo);
     if (bChave)
         XVOpcaoValor(rComando, "--chave-registro", "NÚMERO", "Id do registro no sistema externo",
                      &rDados.uiChaveRegistroSistemaTerceiro);
@@ -81,13 +83,44 @@ void AdicionaBusca(CLI::App& rMapa, CXVContexto& rContexto) {
     });
 }
 
+void Lista(CXVContexto& rContexto) {
+    CXVLojaParaVer loja(rContexto);
+    std::vector<REG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIRO_V2> lista;
+    XVConfere((*loja).ListaChavesRegistro(&lista));
+    CXVTabela tabela({{"Registro"}, {"Tipo"}, {"Sistema"}, {"Base"}, {"Id externo"}, {"Origem"}});
+    using XVRegistroJson::ParaPessoa;
+    for (const auto& reg : lista) {
+        CXVDadosCR_ChaveRegistroTelvoParaTerceiro dados;
+        dados.CopiarDe({reg.uiChaveRegistroSistemaTerceiro, reg.regDmcRegistroTelvo, reg.uiBaseDadosTerceiro,
+                        reg.eTipoIntegracao, reg.eSistemaIntegracao, reg.regDmcOrigemIntegracao});
+        if (rContexto.saida.EhJson())
+            rContexto.saida.Registro(dados);
+        else
+            tabela.Inclui({ParaPessoa(dados.regDmcRegistroTelvo),
+                           ParaPessoa(EEnumeracao::eTipoIntegracao, dados.eTipoIntegracao),
+                           ParaPessoa(EEnumeracao::eSistemaIntegracao, dados.eSistemaIntegracao),
+                           ParaPessoa(dados.uiBaseDadosTerceiro),
+                           ParaPessoa(dados.uiChaveRegistroSistemaTerceiro),
+                           ParaPessoa(dados.regDmcOrigemIntegracao)});
+    }
+    if (!rContexto.saida.EhJson()) rContexto.saida.Escreve(tabela.Monta());
+}
+
+void AdicionaLista(CLI::App& rMapa, CXVContexto& rContexto) {
+    CLI::App* pComando = XVAdicionaComando(rMapa, "lista", "Lista todas as ligações",
+                                           "  xvcr mapa lista\n"
+                                           "  xvcr mapa lista --json");
+    XVDefineAcao(pComando, rContexto, [&rContexto] { Lista(rContexto); });
+}
+
 }  // namespace
 
 void XVAdicionaMapa(CLI::App& rRaiz, CXVContexto& rContexto) {
-    CLI::App* pMapa = XVAdicionaComando(rRaiz, "mapa", "Ligações entre registros do sistema e ids externos",
+    CLI::App* pMapa = XVAdicionaComando(rRaiz, "mapa", "Ligações entre registros da suíte e ids externos",
                                         "  xvcr mapa grava --help");
     pMapa->require_subcommand(1);
     AdicionaGrava(*pMapa, rContexto);
     AdicionaPendente(*pMapa, rContexto);
     AdicionaBusca(*pMapa, rContexto);
+    AdicionaLista(*pMapa, rContexto);
 }

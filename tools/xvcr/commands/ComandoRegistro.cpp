@@ -1,6 +1,7 @@
 // registro: the trace logs, decoded.
 #include <charconv>
 #include <deque>
+#include <map>
 #include <memory>
 
 #include "platform/XVPlataforma.h"
@@ -55,6 +56,9 @@ XVJson ParaJson(const SLinhaLog& rLinha) {
     inclui("Expressao", rLinha.sExpressao);
     inclui("Mensagem", rLinha.sMensagem);
     inclui("Duracao", rLinha.sDuracao);
+    inclui("MemoriaComponente", rLinha.sMemoria);
+    inclui("DeltaMemoria", rLinha.sDeltaMemoria);
+    inclui("Guid", rLinha.sGuid);
     for (const std::string& rParametro : rLinha.listaParametros) {
         XVJson texto = XVTextoTela::Escapa(rParametro, false);
         json["Parametros"].push_back(std::move(texto));
@@ -70,8 +74,26 @@ void AnexaColuna(std::string& sLinha, const std::string& sValor, std::size_t uiL
     sLinha += "  ";
 }
 
+// A small number for each call, the same at its entry and its exit, in place of the Guid that joins them.
+class CXVChamadas {
+  public:
+    // 0 for what belongs to no call.
+    unsigned Numero(const SLinhaLog& rLinha) {
+        if (rLinha.sGuid.empty() || (rLinha.sTipo != "ENTROU" && rLinha.sTipo != "SAIU")) return 0;
+        const auto [p, bNova] = m_mapAbertas.try_emplace(rLinha.sGuid, m_uiUltima + 1);
+        if (bNova) ++m_uiUltima;
+        const unsigned uiNumero = p->second;
+        if (rLinha.sTipo == "SAIU") m_mapAbertas.erase(p);
+        return uiNumero;
+    }
+
+  private:
+    std::map<std::string, unsigned> m_mapAbertas;
+    unsigned m_uiUltima = 0;
+};
+
 // Columns of a fixed least width, so that records can be shown as they come.
-std::string ParaPessoa(const SLinhaLog& rLinha) {
+std::string ParaPessoa(const SLinhaLog& rLinha, CXVChamadas& rChamadas) {
     std::string sLinha;
     AnexaColuna(sLinha, rLinha.sDataHora, 19);
     AnexaColuna(sLinha, rLinha.sTipo, 8);
@@ -86,6 +108,10 @@ std::string ParaPessoa(const SLinhaLog& rLinha) {
     // A code that a function decides on itself has only its own name as expression.
     if (!rLinha.sExpressao.empty() && rLinha.sExpressao != sNome) AnexaColuna(sLinha, rLinha.sExpressao, 0);
     if (rLinha.sCodigo.empty()) AnexaColuna(sLinha, rLinha.sMensagem, 0);
+    if (const unsigned uiChamada = rChamadas.Numero(rLinha); uiChamada != 0)
+        AnexaColuna(sLinha, "#" + std::to_string(uiChamada), 0);
+    if (rLinha.sTipo == "SAIU" && !rLinha.sMemoria.empty() && rLinha.sMemoria != "0")
+        AnexaColuna(sLinha, "memória " + rLinha.sMemoria + " (" + rLinha.sDeltaMemoria + ")", 0);
     if (!rLinha.sDuracao.empty()) {
         AnexaColuna(sLinha, rLinha.sDuracao + " ms", 0);
         for (const std::string& rParametro : rLinha.listaParametros) AnexaColuna(sLinha, rParametro, 0);
@@ -129,8 +155,7 @@ std::string DiretorioDosLogs(CXVContexto& rContexto, bool bPerfil) {
     rContexto.CompletaAcesso();
     const bool bDaEmpresa = !bPerfil && !rContexto.identificacao.sEmpresa.empty();
     if (bDaEmpresa) rContexto.ExigeEmpresa();
-    std::string sDiretorio = rContexto.loja.sDiretorio;
-    if (sDiretorio.empty()) XVConfere(CAmbienteXV::GetDiretorioModulo(k_eModuloBase, &sDiretorio));
+    const std::string sDiretorio = rContexto.GetDiretorioModulo();
     if (!bDaEmpresa) return sDiretorio;
     return CAmbienteXV::MontaPathDados(k_eModuloBase, sDiretorio, rContexto.identificacao.sEmpresa);
 }
@@ -139,11 +164,12 @@ void Executa(SPedidoLog& rPedido, CXVContexto& rContexto) {
     if (rPedido.origem.sArquivo.empty())
         rPedido.origem.sDiretorio = DiretorioDosLogs(rContexto, rPedido.origem.bPerfil);
     CXVSaida& rSaida = rContexto.saida;
+    CXVChamadas chamadas;
     const auto fMostra = [&](const SLinhaLog& rLinha) {
         if (rSaida.EhJson())
             rSaida.LinhaJson(ParaJson(rLinha));
         else
-            rSaida.Linha(ParaPessoa(rLinha));
+            rSaida.Linha(ParaPessoa(rLinha, chamadas));
     };
     CXVLeitoresLog leitores(rPedido.origem);
     MostraExistentes(rPedido, leitores, rSaida, fMostra);
@@ -158,7 +184,7 @@ void AdicionaFiltro(CLI::App& rComando, SFiltroLog& rFiltro) {
     XVOpcaoSimples(rComando, "--funcao", "TEXTO", "Parte do nome da função", &rFiltro.sFuncao);
     XVOpcao(rComando, "--codigo", "CÓDIGO|NOME", "Código da falha",
             [&rFiltro](std::string_view s) { return SFiltroLog::LeCodigo(s, &rFiltro.sCodigo); });
-    XVOpcaoSimples(rComando, "--da-empresa", "CÓDIGO", "Empresa de quem registrou", &rFiltro.sEmpresa);
+    XVOpcaoSimples(rComando, "--da-empresa", "CÓDIGO", "Empresa de quem gerou a linha", &rFiltro.sEmpresa);
     const auto numero = [&](const char* pszNome, const char* pszDescricao, std::string* psValor) {
         XVOpcao(rComando, pszNome, "NÚMERO", pszDescricao, [psValor](std::string_view s) {
             XVUInt ulNumero = 0;
@@ -167,14 +193,14 @@ void AdicionaFiltro(CLI::App& rComando, SFiltroLog& rFiltro) {
             return sErro;
         });
     };
-    numero("--do-usuario", "Usuário de quem registrou", &rFiltro.sUsuario);
-    numero("--da-sessao", "Sessão de quem registrou", &rFiltro.sSessao);
+    numero("--do-usuario", "Usuário de quem gerou a linha", &rFiltro.sUsuario);
+    numero("--da-sessao", "Sessão de quem gerou a linha", &rFiltro.sSessao);
 }
 
 std::string LeAnoMes(std::string_view sTexto, std::string* psAnoMes) {
     XVUInt ulAnoMes = 0;
-    if (sTexto.size() != 6 || !XVLeituraValor::Le(sTexto, &ulAnoMes).empty())
-        return "esperado um mês: AAAAMM";
+    const bool bNumero = sTexto.size() == 6 && XVLeituraValor::Le(sTexto, &ulAnoMes).empty();
+    if (!bNumero || ulAnoMes % 100 < 1 || ulAnoMes % 100 > 12) return "esperado um mês: AAAAMM";
     *psAnoMes = sTexto;
     return {};
 }
@@ -195,10 +221,14 @@ void XVAdicionaRegistro(CLI::App& rRaiz, CXVContexto& rContexto) {
             [&rOrigem](std::string_view s) { return LeAnoMes(s, &rOrigem.sAnoMes); });
     pComando->add_flag("--perfil", rOrigem.bPerfil, "Entradas, saídas e criações de objetos em vez de erros");
     AdicionaFiltro(*pComando, pPedido->filtro);
-    XVOpcaoValor(*pComando, "--ultimos", "NÚMERO", "Só os últimos que há (padrão: todos)",
-                 &pPedido->ulUltimos);
+    XVOpcao(*pComando, "--ultimos", "NÚMERO", "Só os últimos que há (padrão: todos)",
+            [pPedido](std::string_view s) {
+                std::string sErro = XVLeituraValor::Le(s, &pPedido->ulUltimos);
+                if (sErro.empty() && pPedido->ulUltimos == 0) sErro = "esperado um número a partir de 1";
+                return sErro;
+            });
     pComando->add_flag("--segue", pPedido->bSegue,
-                       "Continua mostrando o que for registrado, até ser interrompido");
+                       "Continua mostrando as linhas que chegam, até ser interrompido");
     XVOpcaoValor(*pComando, "--por", "SEGUNDOS", "Com --segue: termina depois deste tempo", &pPedido->ulPor);
     XVDefineAcao(pComando, rContexto, [pPedido, &rContexto] { Executa(*pPedido, rContexto); });
 }

@@ -11,8 +11,7 @@ void XVAdicionaStatus(CLI::App& rRaiz, CXVContexto& rContexto) {
         "  xvcr status --dmc 20261121-15-1 --status Erro --mensagem \"CNPJ inválido\"\n"
         "  xvcr status --chave 9001 --sistema Mercos --status Sucesso --json-retorno @retorno.json\n"
         "A mensagem é sempre regravada; sem --mensagem, fica vazia.");
-    XVOpcaoValor(*pComando, "--dmc", "DMC", "Integração; sem ela, valem --chave e --sistema",
-                 &pDados->regDmc);
+    XVOpcaoIntegracao(*pComando, "Integração; sem ela, valem --chave e --sistema", &pDados->regDmc);
     XVOpcaoValor(*pComando, "--chave", "NÚMERO", "Chave da integração no sistema externo",
                  &pDados->uiChaveIntegracaoSistemaTerceiro);
     XVOpcaoEnumeracao(*pComando, "--sistema", "Sistema externo", EEnumeracao::eSistemaIntegracao,

@@ -14,7 +14,7 @@ const char* Situacao(XVUShort usVersao) {
 void Executa(CXVContexto& rContexto) {
     if (rContexto.bServidor) XVErroDeUso("--servidor: a versão é lida na própria base");
     rContexto.CompletaAcesso();
-    rContexto.ExigeEmpresa();
+    rContexto.ExigeBase();
     const CXVUsoDoDiretorio diretorio(rContexto.loja.sDiretorio);
     const CXVChamador chamador(rContexto.identificacao);
     CXVConversaoMiddleware conversao(nullptr);
@@ -35,7 +35,6 @@ void Executa(CXVContexto& rContexto) {
 
 void XVAdicionaVersao(CLI::App& rRaiz, CXVContexto& rContexto) {
     CLI::App* pComando = XVAdicionaComando(rRaiz, "versao", "Mostra a versão da base, sem mudar nada",
-                                           "  xvcr versao --empresa 001\n"
-                                           "Uma base que ainda não existe tem versão 0.");
+                                           "  xvcr versao --empresa 001");
     XVDefineAcao(pComando, rContexto, [&rContexto] { Executa(rContexto); });
 }

@@ -19,6 +19,11 @@ void XVAdicionaConsulta(CLI::App& rRaiz, CXVContexto& rContexto);
 void XVAdicionaConverte(CLI::App& rRaiz, CXVContexto& rContexto);
 void XVAdicionaVersao(CLI::App& rRaiz, CXVContexto& rContexto);
 void XVAdicionaRegistro(CLI::App& rRaiz, CXVContexto& rContexto);
+void XVAdicionaEmpresas(CLI::App& rRaiz, CXVContexto& rContexto);
+void XVAdicionaProvedores(CLI::App& rRaiz, CXVContexto& rContexto);
+void XVAdicionaExplica(CLI::App& rRaiz, CXVContexto& rContexto);
+void XVAdicionaCompleta(CLI::App& rRaiz, CXVContexto& rContexto);
+void XVAdicionaManual(CLI::App& rRaiz, CXVContexto& rContexto);
 
 // The group of the help that a command's own options stand in.
 inline constexpr const char* k_szGrupoOpcoes = "Opções";

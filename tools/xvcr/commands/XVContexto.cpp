@@ -28,6 +28,26 @@ void CXVContexto::ExigeEmpresa() const {
             "\" não é um código de empresa (1 a 47 letras, dígitos, _ ou -, e não um nome de dispositivo)");
 }
 
+std::string CXVContexto::GetDiretorioModulo() const {
+    std::string sDiretorio = loja.sDiretorio;
+    if (sDiretorio.empty() && FAILED(CAmbienteXV::GetDiretorioModulo(k_eModuloBase, &sDiretorio)))
+        XVFalha(
+            XVCliente::CodigoEmTexto(eBadPath) +
+            " eBadPath: nenhum diretório do módulo está configurado; use --diretorio PASTA, a variável de "
+            "ambiente XVCR_DIRETORIO ou o valor Path da chave " +
+            CAmbienteXV::GetChaveRegistry(k_eModuloBase));
+    return sDiretorio;
+}
+
+void CXVContexto::ExigeBase() const {
+    ExigeEmpresa();
+    const std::string sDiretorio = GetDiretorioModulo();
+    const std::string sBase = CAmbienteXV::MontaPathDados(k_eModuloBase, sDiretorio, identificacao.sEmpresa);
+    if (XVPlataforma::SistemaArquivos().Existe(sBase) == EExistencia::eAusente)
+        XVFalha(XVCliente::CodigoEmTexto(eBadPath) + " eBadPath: a empresa \"" + identificacao.sEmpresa +
+                "\" não tem base em \"" + sDiretorio + "\"; \"xvcr empresas\" lista as que têm");
+}
+
 HRESULT CXVContexto::Conecta() {
     if (!bServidor) return m_Cliente.ConectaLocal(identificacao, loja);
     if (!XVCliente::TemServidor())
@@ -45,8 +65,12 @@ XVCliente::CXVCliente& CXVContexto::Abre(EUsoDaBase eUso) {
         XVErroDeUso("--leitura não vale para um comando que grava");
     CompletaAcesso();
     ExigeEmpresa();
+    if (!bServidor) static_cast<void>(GetDiretorioModulo());
     // What only reads leaves the store as it is, and works beside whoever writes.
-    if (eUso == EUsoDaBase::eLeitura && !bServidor) loja.bSomenteLeitura = true;
+    if (eUso == EUsoDaBase::eLeitura && !bServidor) {
+        ExigeBase();
+        loja.bSomenteLeitura = true;
+    }
     XVConfere(Conecta());
     return m_Cliente;
 }

@@ -25,6 +25,10 @@ class CXVContexto {
     // Directory and company from the options or the environment, without opening anything.
     void CompletaAcesso();
     void ExigeEmpresa() const;
+    // The module directory of the options or of the installation; none is thrown as CXVErro.
+    std::string GetDiretorioModulo() const;
+    // A company that has a store, for what would only look at one or would make one by mistake.
+    void ExigeBase() const;
     // Disconnects; a failure of closing the store is thrown as CXVErro.
     void Fecha();
 

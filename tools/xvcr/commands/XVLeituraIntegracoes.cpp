@@ -4,6 +4,7 @@
 
 #include "tools/xvcr/commands/XVOpcoes.h"
 #include "tools/xvcr/output/XVTabela.h"
+#include "tools/xvcr/output/XVTerminal.h"
 #include "tools/xvcr/text/XVArquivoSaida.h"
 
 namespace {
@@ -12,41 +13,65 @@ namespace {
 constexpr std::size_t k_uiPorLeitura = 64;
 constexpr std::size_t k_uiPorParteDaTabela = 256;
 
+void EscreveNaoLida(CXVContexto& rContexto, REG_XVDMC regDmc, HRESULT hr) {
+    rContexto.saida.Termina();  // what was read before stands before it
+    XVEscreveErro(regDmc.ToString() + ": " + XVDescreveFalha(hr));
+    rContexto.eSaida = ESaida::eFalha;
+}
+
+// One by one those of a part that cannot be read as a whole: each that cannot be read is named, and the
+// others are there all the same.
+void LeUmaAUma(CXVContexto& rContexto, const std::vector<REG_XVDMC>& parte, XVUInt64 uiFlags,
+               std::vector<CXVDadosCR_IntegracaoMiddleware>* pLista) {
+    pLista->clear();
+    for (const REG_XVDMC regDmc : parte) {
+        CXVDadosCR_IntegracaoMiddleware dados;
+        const HRESULT hr = rContexto.Abre(EUsoDaBase::eLeitura).LeIntegracao(regDmc, uiFlags, &dados);
+        if (SUCCEEDED(hr))
+            pLista->push_back(std::move(dados));
+        else if (XVCliente::ServidorFoiEmbora(hr))
+            XVConfere(hr);
+        else
+            EscreveNaoLida(rContexto, regDmc, hr);
+    }
+}
+
 // Calls fRecebe for one part of the integrations after the other. A query of the external systems is made
-// once for the whole list, so the list then stays whole.
+// once for the whole list, so the list then stays whole, and is not made again for each of them.
 template <class FRecebe>
 void LeEmPartes(CXVContexto& rContexto, const std::vector<REG_XVDMC>& lista, XVUInt64 uiFlags,
                 std::size_t uiPorLeitura, FRecebe&& fRecebe) {
     XVCliente::CXVCliente& rCliente = rContexto.Abre(EUsoDaBase::eLeitura);
-    std::vector<CXVDadosCR_IntegracaoMiddleware> listaDados(1);
-    if (lista.size() == 1) {
-        XVConfere(rCliente.LeIntegracao(lista.front(), uiFlags, &listaDados.front()));
-        fRecebe(listaDados);
-        return;
-    }
-    if ((uiFlags & k_ullConsultaSistemaTerceiro) != 0) uiPorLeitura = lista.size();
+    const bool bConsulta = (uiFlags & k_ullConsultaSistemaTerceiro) != 0;
+    if (bConsulta) uiPorLeitura = lista.size();
+    std::vector<CXVDadosCR_IntegracaoMiddleware> listaDados;
     for (std::size_t i = 0; i < lista.size(); i += uiPorLeitura) {
         const std::size_t uiFim = std::min(lista.size(), i + uiPorLeitura);
         const std::vector<REG_XVDMC> parte(lista.begin() + static_cast<std::ptrdiff_t>(i),
                                            lista.begin() + static_cast<std::ptrdiff_t>(uiFim));
-        XVConfere(rCliente.LeIntegracoes(parte, uiFlags, &listaDados));
+        const HRESULT hr =
+            !bConsulta && parte.size() == 1 ? S_FALSE : rCliente.LeIntegracoes(parte, uiFlags, &listaDados);
+        if (FAILED(hr) && bConsulta) XVConfere(hr);
+        if (hr != S_OK) LeUmaAUma(rContexto, parte, uiFlags, &listaDados);
         fRecebe(listaDados);
     }
 }
 
 struct STextoLido {
     const char* pszCampo;
+    const char* pszRotulo;
     std::string CXVDadosCR_IntegracaoMiddleware::*pMembro;
     XVUInt64 uiFlag;
     const char* pszFimNome;  // of the file that receives it
 };
 
 constexpr STextoLido k_aTextos[] = {
-    {"regRegistroJSON", &CXVDadosCR_IntegracaoMiddleware::sRegistroJSON, k_ullLeJSON, ".enviado.json"},
-    {"regMensagemIntegracao", &CXVDadosCR_IntegracaoMiddleware::sMensagemIntegracao, k_ullLeMensagem,
-     ".mensagem.txt"},
-    {"regJSONRetornoIntegracao", &CXVDadosCR_IntegracaoMiddleware::sJSONRetornoIntegracao, k_ullLeJSONRetorno,
-     ".retorno.json"},
+    {"regRegistroJSON", "JSON enviado", &CXVDadosCR_IntegracaoMiddleware::sRegistroJSON, k_ullLeJSON,
+     ".enviado.json"},
+    {"regMensagemIntegracao", "Mensagem", &CXVDadosCR_IntegracaoMiddleware::sMensagemIntegracao,
+     k_ullLeMensagem, ".mensagem.txt"},
+    {"regJSONRetornoIntegracao", "JSON de retorno", &CXVDadosCR_IntegracaoMiddleware::sJSONRetornoIntegracao,
+     k_ullLeJSONRetorno, ".retorno.json"},
 };
 
 std::string ArquivoDoTexto(const CXVDadosCR_IntegracaoMiddleware& rDados, const STextoLido& rTexto,
@@ -63,9 +88,9 @@ void MontaUma(TForma forma, const CXVDadosCR_IntegracaoMiddleware& rDados, XVUIn
     for (const STextoLido& rTexto : k_aTextos) {
         if ((uiFlags & rTexto.uiFlag) == 0) continue;
         if (sPasta.empty())
-            forma(rTexto.pszCampo, rDados.*rTexto.pMembro, false);
+            forma(rTexto, rDados.*rTexto.pMembro, false);
         else
-            forma(std::string(rTexto.pszCampo) + "_arquivo", ArquivoDoTexto(rDados, rTexto, sPasta), true);
+            forma(rTexto, ArquivoDoTexto(rDados, rTexto, sPasta), true);
     }
 }
 
@@ -73,18 +98,21 @@ void MostraUma(CXVContexto& rContexto, const CXVDadosCR_IntegracaoMiddleware& rD
                const std::string& sPasta) {
     if (rContexto.saida.EhJson()) {
         XVJson json = XVRegistroJson::ParaJson(rDados, false);
-        const auto inclui = [&json](const std::string& sNome, const std::string& sValor, bool bCaminho) {
+        const auto inclui = [&json](const STextoLido& rTexto, const std::string& sValor, bool bCaminho) {
             if (bCaminho)
-                json[sNome] = sValor;
+                json[std::string(rTexto.pszCampo) + "_arquivo"] = sValor;
             else
-                XVRegistroJson::Inclui(json, sNome, sValor);
+                XVRegistroJson::Inclui(json, rTexto.pszCampo, sValor);
         };
         MontaUma(inclui, rDados, uiFlags, sPasta);
         return rContexto.saida.LinhaJson(json);
     }
     XVRegistroJson::XVListaPares listaPares = XVRegistroJson::ParaPares(rDados, false);
-    const auto inclui = [&listaPares](const std::string& sNome, const std::string& sValor, bool bCaminho) {
-        listaPares.emplace_back(sNome, bCaminho ? sValor : XVRegistroJson::ParaPessoa(sValor));
+    const auto inclui = [&listaPares](const STextoLido& rTexto, const std::string& sValor, bool bCaminho) {
+        if (bCaminho)
+            listaPares.emplace_back(std::string(rTexto.pszRotulo) + ", arquivo", sValor);
+        else
+            listaPares.emplace_back(rTexto.pszRotulo, XVRegistroJson::ParaPessoa(sValor));
     };
     MontaUma(inclui, rDados, uiFlags, sPasta);
     rContexto.saida.Pares(listaPares);
@@ -101,7 +129,7 @@ void SOpcoesLeitura::Adiciona(CLI::App& rComando) {
                       "Consulta de novo os dados da integração no sistema externo");
     rComando.add_flag("--operacao-posterior", bOperacaoPosterior,
                       "Com --consulta-terceiro: faz também a operação que encerra a consulta");
-    XVOpcaoSimples(rComando, "--para-pasta", "PASTA",
+    XVOpcaoSimples(rComando, "--pasta,--para-pasta", "PASTA",
                    "Grava cada texto lido num arquivo desta pasta em vez de mostrá-lo", &sPasta);
 }
 
@@ -112,8 +140,7 @@ XVUInt64 SOpcoesLeitura::GetFlags() const {
     if (bRegistroJSON) uiFlags |= k_ullLeJSON;
     if (bMensagem) uiFlags |= k_ullLeMensagem;
     if (bJSONRetorno) uiFlags |= k_ullLeJSONRetorno;
-    if (!sPasta.empty() && uiFlags == 0)
-        XVErroDeUso("--para-pasta pede ao menos um texto (--todos, por exemplo)");
+    if (!sPasta.empty() && uiFlags == 0) XVErroDeUso("--pasta pede ao menos um texto (--todos, por exemplo)");
     if (bConsultaTerceiro) uiFlags |= k_ullConsultaSistemaTerceiro;
     if (bOperacaoPosterior) uiFlags |= k_ullOperacaoPosterior;
     return uiFlags;
@@ -134,14 +161,21 @@ void XVMostraIntegracoes(CXVContexto& rContexto, const std::vector<REG_XVDMC>& l
 }
 
 void XVTabelaIntegracoes(CXVContexto& rContexto, const std::vector<REG_XVDMC>& lista) {
+    const auto cor = [](std::string_view sStatus) -> std::string_view {
+        if (sStatus == "Erro") return "31";
+        if (sStatus == "Pendente") return "33";
+        return sStatus == "Sucesso" ? "32" : std::string_view();
+    };
+    using enum CXVTabela::EAlinhamento;
     CXVTabela tabela({{"DMC"},
-                      {"Inclusão"},
-                      {"Tipo"},
-                      {"Transação"},
-                      {"Sistema"},
-                      {"Status"},
-                      {"Chave externa", CXVTabela::EAlinhamento::eDireita},
-                      {"Movimento de origem"}});
+                      {"Inclusão", eEsquerda, 4, 17},
+                      {"Tipo", eEsquerda, 2, 10},
+                      {"Transação", eEsquerda, 6},
+                      {"Sistema", eEsquerda, 5, 7},
+                      {"Status", eEsquerda, 1, 0, cor},
+                      {"Chave externa", eDireita, 3},
+                      {"Movimento de origem", eEsquerda, 7}},
+                     XVTerminal::GetLargura(), XVTerminal::UsaCores());
     const auto inclui = [&](const CXVDadosCR_IntegracaoMiddleware& rDados) {
         using XVRegistroJson::ParaPessoa;
         tabela.Inclui({ParaPessoa(rDados.regDmc), ParaPessoa(rDados.regDataHoraInclusao),
@@ -157,4 +191,53 @@ void XVTabelaIntegracoes(CXVContexto& rContexto, const std::vector<REG_XVDMC>& l
         rContexto.saida.Escreve(tabela.Monta());
     });
     if (lista.empty()) rContexto.saida.Escreve(tabela.Monta());
+}
+
+void XVCsvIntegracoes(CXVContexto& rContexto, const std::vector<REG_XVDMC>& lista) {
+    const auto escreve = [&](const CXVDadosCR_IntegracaoMiddleware& rDados, auto&& fCelula) {
+        std::string sLinha;
+        for (const auto& [sNome, sValor] : XVRegistroJson::ParaPares(rDados, false)) {
+            if (!sLinha.empty()) sLinha += ';';
+            sLinha += fCelula(sNome, sValor);
+        }
+        rContexto.saida.Linha(sLinha + '\r');
+    };
+    // No cell needs quotes: names, numbers, keys and times hold neither semicolon nor quote nor line end.
+    escreve({}, [](const std::string& sNome, const std::string&) { return sNome; });
+    LeEmPartes(rContexto, lista, 0, k_uiPorParteDaTabela, [&](const auto& rParte) {
+        for (const CXVDadosCR_IntegracaoMiddleware& rDados : rParte)
+            escreve(rDados, [](const std::string&, const std::string& sValor) {
+                return sValor == "-" ? std::string() : sValor;
+            });
+    });
+}
+
+std::vector<REG_XVDMC> XVOrdenaIntegracoes(CXVContexto& rContexto, const std::vector<REG_XVDMC>& lista,
+                                           EOrdem eOrdem, bool bDecrescente) {
+    std::vector<std::pair<XVUInt64, REG_XVDMC>> listaChaves;
+    // Day and time of a moment, and date and pointer of a DMC, lie in their values in the order that sorts.
+    const auto chave = [eOrdem](const CXVDadosCR_IntegracaoMiddleware& rDados) {
+        switch (eOrdem) {
+            case EOrdem::eInclusao:
+                return rDados.regDataHoraInclusao.uiValor;
+            case EOrdem::eAlteracao:
+                return rDados.regDataHoraAlteracaoStatus.uiValor;
+            case EOrdem::eChave:
+                return rDados.uiChaveIntegracaoSistemaTerceiro;
+            case EOrdem::eDmc:
+                break;
+        }
+        return rDados.regDmc.uiValor;
+    };
+    LeEmPartes(rContexto, lista, 0, k_uiPorParteDaTabela, [&](const auto& rParte) {
+        for (const CXVDadosCR_IntegracaoMiddleware& rDados : rParte)
+            listaChaves.emplace_back(chave(rDados), rDados.regDmc);
+    });
+    std::stable_sort(listaChaves.begin(), listaChaves.end(), [bDecrescente](const auto& a, const auto& b) {
+        return bDecrescente ? b.first < a.first : a.first < b.first;
+    });
+    std::vector<REG_XVDMC> listaOrdenada;
+    listaOrdenada.reserve(listaChaves.size());
+    for (const auto& [uiChave, regDmc] : listaChaves) listaOrdenada.push_back(regDmc);
+    return listaOrdenada;
 }

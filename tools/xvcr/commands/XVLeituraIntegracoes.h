@@ -20,6 +20,9 @@ struct SOpcoesLeitura {
     XVUInt64 GetFlags() const;
 };
 
+// An integration that cannot be read is named on the error output, the others are written all the same, and
+// the program ends as failed.
+
 // Reads the integrations in their order and writes each as a record.
 void XVMostraIntegracoes(CXVContexto& rContexto, const std::vector<REG_XVDMC>& lista,
                          const SOpcoesLeitura& rOpcoes);
@@ -27,3 +30,13 @@ void XVMostraIntegracoes(CXVContexto& rContexto, const std::vector<REG_XVDMC>& l
 // Reads the integrations in their order and writes them as the rows of one table, each part of them before
 // the next is read.
 void XVTabelaIntegracoes(CXVContexto& rContexto, const std::vector<REG_XVDMC>& lista);
+
+// The same as lines of values parted by semicolons, one for each integration, below a line of their names.
+void XVCsvIntegracoes(CXVContexto& rContexto, const std::vector<REG_XVDMC>& lista);
+
+enum class EOrdem : std::uint8_t { eDmc, eInclusao, eAlteracao, eChave };
+
+// The integrations in the order of a field of theirs, equal ones as they came; what cannot be read is left
+// out.
+std::vector<REG_XVDMC> XVOrdenaIntegracoes(CXVContexto& rContexto, const std::vector<REG_XVDMC>& lista,
+                                           EOrdem eOrdem, bool bDecrescente);

@@ -1,5 +1,7 @@
 #include "tools/xvcr/commands/XVOpcoes.h"
 
+#include "tools/xvcr/commands/XVDeclaracoes.h"
+#include "tools/xvcr/text/XVErros.h"
 #include "tools/xvcr/text/XVTextoEntrada.h"
 
 namespace {
@@ -34,7 +36,7 @@ CLI::Option* XVOpcao(CLI::App& rComando, const std::string& sNome, const std::st
                      const std::string& sDescricao, FLeOpcao fLe) {
     const auto fRecebe = [sNome, fLe = std::move(fLe)](const std::string& sArgumento) {
         const std::string sErro = fLe(XVDesprotege(sArgumento));
-        if (!sErro.empty()) throw CLI::ValidationError(sNome, sErro);
+        if (!sErro.empty()) XVErroDeUso(sNome.substr(0, sNome.find(',')) + ": " + sErro);
     };
     return rComando.add_option_function<std::string>(sNome, fRecebe, sDescricao)
         ->type_name(sTipo)
@@ -57,11 +59,18 @@ CLI::Option* XVOpcaoTexto(CLI::App& rComando, const std::string& sNome, const st
     });
 }
 
+CLI::Option* XVOpcaoIntegracao(CLI::App& rComando, const std::string& sDescricao, REG_XVDMC* pDmc) {
+    return XVOpcao(rComando, "--dmc", "DMC", sDescricao, [pDmc](std::string_view s) {
+        std::string sErro = XVLeituraValor::Le(s, pDmc);
+        return sErro.empty() && !pDmc->EhDeIntegracao() ? "este DMC não é de integração alguma" : sErro;
+    });
+}
+
 CLI::Option* XVOpcaoEnumeracao(CLI::App& rComando, const std::string& sNome, const std::string& sDescricao,
                                EEnumeracao eEnumeracao, XVUInt* pulValor) {
-    return XVOpcao(rComando, sNome, "NOME|NÚMERO", sDescricao, [eEnumeracao, pulValor](std::string_view s) {
-        return XVLeituraValor::Le(s, eEnumeracao, pulValor);
-    });
+    return XVOpcao(
+        rComando, sNome, std::string(XVDeclaracoes::GetNomeDoTipo(eEnumeracao)), sDescricao,
+        [eEnumeracao, pulValor](std::string_view s) { return XVLeituraValor::Le(s, eEnumeracao, pulValor); });
 }
 
 void XVOpcoesTipoESistema(CLI::App& rComando, XVUInt* peTipo, XVUInt* peSistema) {
@@ -78,12 +87,13 @@ CLI::Option* XVOpcaoLista(CLI::App& rComando, const std::string& sNome, const st
             for (const std::string& rNome : CLI::detail::split(XVDesprotege(rArgumento), ',')) {
                 XVUInt ulValor = 0;
                 const std::string sErro = XVLeituraValor::Le(rNome, eEnumeracao, &ulValor);
-                if (!sErro.empty()) throw CLI::ValidationError(sNome, "\"" + rNome + "\": " + sErro);
+                if (!sErro.empty()) XVErroDeUso(sNome + ": \"" + rNome + "\": " + sErro);
                 pLista->push_back(ulValor);
             }
         }
     };
+    const std::string sTipo(XVDeclaracoes::GetNomeDoTipo(eEnumeracao));
     return rComando.add_option_function<std::vector<std::string>>(sNome, fRecebe, sDescricao)
-        ->type_name("NOME[,NOME...]")
+        ->type_name(sTipo + "[," + sTipo + "...]")
         ->allow_extra_args(false);
 }

@@ -16,7 +16,8 @@ std::string XVDesprotege(const std::string& sArgumento);
 
 using FLeOpcao = std::function<std::string(std::string_view)>;
 
-// An option with one value. fLe gets the value and answers what is wrong with it, or an empty text.
+// An option with one value. A second name behind a comma is an older one, still accepted. fLe gets the value
+// and answers what is wrong with it, or an empty text.
 CLI::Option* XVOpcao(CLI::App& rComando, const std::string& sNome, const std::string& sTipo,
                      const std::string& sDescricao, FLeOpcao fLe);
 
@@ -34,6 +35,9 @@ CLI::Option* XVOpcaoSimples(CLI::App& rComando, const std::string& sNome, const 
 // A text for the store: literal, @file or -.
 CLI::Option* XVOpcaoTexto(CLI::App& rComando, const std::string& sNome, const std::string& sDescricao,
                           std::string* psValor);
+
+// --dmc: an integration that exists, so never the null DMC.
+CLI::Option* XVOpcaoIntegracao(CLI::App& rComando, const std::string& sDescricao, REG_XVDMC* pDmc);
 
 CLI::Option* XVOpcaoEnumeracao(CLI::App& rComando, const std::string& sNome, const std::string& sDescricao,
                                EEnumeracao eEnumeracao, XVUInt* pulValor);

@@ -1,5 +1,7 @@
 #include "tools/xvcr/commands/XVOpcoesIntegracao.h"
 
+#include <algorithm>
+
 #include "tools/xvcr/commands/XVOpcoes.h"
 
 template <auto membro>
@@ -41,7 +43,7 @@ void CXVOpcoesIntegracao::Adiciona(CLI::App& rComando, bool bTextos) {
     Valor<&S::regDmcIntegracaoOrigem>(rComando, "--integracao-origem", "DMC",
                                       "Integração que deu origem a esta");
     Valor<&S::regDmcMovimentoOrigem>(rComando, "--movimento-origem", "DMC",
-                                     "Registro do sistema que é integrado");
+                                     "Registro da suíte que é integrado");
     Valor<&S::regDataHoraInclusao>(rComando, "--inclusao", "DATA-HORA",
                                    "Data-hora de inclusão em UTC (padrão: agora)");
     Valor<&S::regDataHoraAlteracaoStatus>(rComando, "--alteracao-status", "DATA-HORA",
@@ -54,6 +56,11 @@ void CXVOpcoesIntegracao::Adiciona(CLI::App& rComando, bool bTextos) {
     Valor<&S::ucTipoPonteiroAuxiliar>(rComando, "--tipo-auxiliar", k_szNumero, "Tipo do ponteiro auxiliar");
     Valor<&S::cReconsultarIdTerceiros>(rComando, "--reconsultar", "0|1",
                                        "Consultar de novo os ids do sistema externo");
+}
+
+bool CXVOpcoesIntegracao::TemDadas() const {
+    return std::any_of(m_listaDadas.begin(), m_listaDadas.end(),
+                       [](const SDada& rDada) { return rDada.pOpcao->count() > 0; });
 }
 
 void CXVOpcoesIntegracao::Aplica(CXVDadosCR_IntegracaoMiddleware& rDados) const {

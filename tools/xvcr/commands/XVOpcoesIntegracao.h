@@ -16,6 +16,8 @@ class CXVOpcoesIntegracao {
     // Adds the options; this object must outlive the command. Texts only where bTextos.
     void Adiciona(CLI::App& rComando, bool bTextos);
 
+    // Whether any field was given.
+    bool TemDadas() const;
     // The fields that were given, over those of rDados.
     void Aplica(CXVDadosCR_IntegracaoMiddleware& rDados) const;
 

@@ -90,14 +90,14 @@ XVListaPares ParaPares(const T& rDados, bool bTextos = true) {
     Visita(rDados, bTextos, [&](const TCampo<T>& rCampo, const auto& rValor) {
         if constexpr (std::is_same_v<std::decay_t<decltype(rValor)>, XVUInt>) {
             if (rCampo.eEnumeracao != EEnumeracao::eNenhuma) {
-                lista.emplace_back(rCampo.sNome, ParaPessoa(rCampo.eEnumeracao, rValor));
+                lista.emplace_back(rCampo.sRotulo, ParaPessoa(rCampo.eEnumeracao, rValor));
                 return;
             }
         }
         if constexpr (std::is_integral_v<std::decay_t<decltype(rValor)>>)
-            lista.emplace_back(rCampo.sNome, ParaPessoa(XVUInt64{rValor}));
+            lista.emplace_back(rCampo.sRotulo, ParaPessoa(XVUInt64{rValor}));
         else
-            lista.emplace_back(rCampo.sNome, ParaPessoa(rValor));
+            lista.emplace_back(rCampo.sRotulo, ParaPessoa(rValor));
     });
     return lista;
 }

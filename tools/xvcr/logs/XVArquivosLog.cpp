@@ -1,8 +1,10 @@
 #include "tools/xvcr/logs/XVArquivosLog.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "platform/XVPlataforma.h"
+#include "tools/xvcr/text/XVArquivoSaida.h"
 #include "tools/xvcr/text/XVErros.h"
 
 namespace {
@@ -32,17 +34,33 @@ std::vector<std::string> SOrigemLog::Lista() const {
 }
 
 CXVLeitorLog::CXVLeitorLog(const std::string& sArquivo)
-    : m_pFonte(XVAbreFonte(sArquivo)), m_Leitor(*m_pFonte, k_uiLimiteLinha, true) {}
+    : m_sArquivo(sArquivo), m_pFonte(XVAbreFonte(sArquivo)), m_Leitor(*m_pFonte, k_uiLimiteLinha, true) {}
 
 bool CXVLeitorLog::Proximo(SLinhaLog* pLinha) {
     std::string sLinha;
     for (;;) {
         const CXVLeitorLinhas::EResultado eResultado = m_Leitor.Proxima(&sLinha);
         if (eResultado == CXVLeitorLinhas::EResultado::eFim) return false;
-        if (eResultado == CXVLeitorLinhas::EResultado::eLonga) continue;
-        if (CXVCabecalhoLog::EhCabecalho(sLinha))
+        if (eResultado == CXVLeitorLinhas::EResultado::eLinha && CXVCabecalhoLog::EhCabecalho(sLinha))
             m_Cabecalho.emplace(sLinha);
-        else if (m_Cabecalho.has_value() && m_Cabecalho->Le(sLinha, pLinha))
+        else if (eResultado == CXVLeitorLinhas::EResultado::eLinha && m_Cabecalho.has_value() &&
+                 m_Cabecalho->Le(sLinha, pLinha))
             return true;
+        else
+            DizIlegivel();
     }
+}
+
+void CXVLeitorLog::DizIlegivel() {
+    const std::string sOnde = "aviso: \"" + m_sArquivo + "\", linha " + std::to_string(m_Leitor.GetNumero());
+    if (m_Cabecalho.has_value())
+        XVEscreveErro(sOnde + ": cortada ou longa demais, não é mostrada");
+    else if (!std::exchange(m_bDitoSemCabecalho, true))
+        XVEscreveErro(sOnde + ": o log não começa por um cabeçalho; o que vem antes de um não é mostrado");
+}
+
+bool CXVLeitorLog::FoiTrocado() const {
+    std::error_code erro;
+    const std::uintmax_t uiTamanho = std::filesystem::file_size(XVCaminhoDeUtf8(m_sArquivo), erro);
+    return !erro && uiTamanho < m_Leitor.GetBytes();
 }

@@ -1,6 +1,7 @@
 // The trace logs of an installation: which files there are, and reading them while they grow.
 #pragma once
 
+#include <algorithm>
 #include <map>
 #include <memory>
 #include <optional>
@@ -26,16 +27,22 @@ class CXVLeitorLog {
   public:
     explicit CXVLeitorLog(const std::string& sArquivo);
 
-    // The next record that is there now; lines that are none are passed over.
+    // The next record that is there now. Lines that are none are passed over, and told on the error output.
     bool Proximo(SLinhaLog* pLinha);
+    // Whether the file that now has this name is shorter than what was read of it: cut, or another one.
+    bool FoiTrocado() const;
 
   private:
+    void DizIlegivel();
+
+    const std::string m_sArquivo;
     std::unique_ptr<IXVFonteBytes> m_pFonte;
     CXVLeitorLinhas m_Leitor;
     std::optional<CXVCabecalhoLog> m_Cabecalho;
+    bool m_bDitoSemCabecalho = false;
 };
 
-// All logs of an origin, those included that appear later.
+// All logs of an origin, those included that appear later, are moved away and begin anew, or are cut.
 class CXVLeitoresLog {
   public:
     explicit CXVLeitoresLog(SOrigemLog origem) : m_Origem(std::move(origem)) {}
@@ -43,15 +50,26 @@ class CXVLeitoresLog {
     // Calls fRecebe for each record that has come since the last call.
     template <class FRecebe>
     void LeNovos(FRecebe&& fRecebe) {
-        for (const std::string& rArquivo : m_Origem.Lista()) {
-            auto pLeitor = m_mapLeitores.find(rArquivo);
-            if (pLeitor == m_mapLeitores.end()) pLeitor = m_mapLeitores.try_emplace(rArquivo, rArquivo).first;
-            SLinhaLog linha;
-            while (pLeitor->second.Proximo(&linha)) fRecebe(linha);
+        const std::vector<std::string> listaArquivos = m_Origem.Lista();
+        // What an open file still held when it lost its name comes first.
+        for (auto p = m_mapLeitores.begin(); p != m_mapLeitores.end();) {
+            const bool bSaiu =
+                std::find(listaArquivos.begin(), listaArquivos.end(), p->first) == listaArquivos.end() ||
+                p->second.FoiTrocado();
+            if (bSaiu) LeResto(p->second, fRecebe);
+            p = bSaiu ? m_mapLeitores.erase(p) : std::next(p);
         }
+        for (const std::string& rArquivo : listaArquivos)
+            LeResto(m_mapLeitores.try_emplace(rArquivo, rArquivo).first->second, fRecebe);
     }
 
   private:
+    template <class FRecebe>
+    static void LeResto(CXVLeitorLog& rLeitor, FRecebe&& fRecebe) {
+        SLinhaLog linha;
+        while (rLeitor.Proximo(&linha)) fRecebe(linha);
+    }
+
     SOrigemLog m_Origem;
     std::map<std::string, CXVLeitorLog> m_mapLeitores;
 };

@@ -1,11 +1,9 @@
 #include "tools/xvcr/logs/XVFiltroLog.h"
 
-#include <charconv>
-
 #include "client/XVClienteCodigos.h"
-#include "support/messages/XVMensagens.h"
 #include "support/values/XVData.h"
 #include "support/values/XVTextoAscii.h"
+#include "tools/xvcr/text/XVLeituraCodigo.h"
 
 bool SFiltroLog::Aceita(const SLinhaLog& rLinha) const {
     const auto igual = [](const std::string& sFiltro, const std::string& sValor) {
@@ -33,17 +31,8 @@ std::string SFiltroLog::LeMomento(std::string_view sTexto, bool bFim, std::strin
 }
 
 std::string SFiltroLog::LeCodigo(std::string_view sTexto, std::string* psCodigo) {
-    const bool bHexadecimal = sTexto.starts_with("0x") || sTexto.starts_with("0X");
-    const std::string_view sDigitos = bHexadecimal ? sTexto.substr(2) : sTexto;
-    const char* pszFim = sDigitos.data() + sDigitos.size();
-    XVUInt ulCodigo = 0;
-    const auto [pszLido, erro] = std::from_chars(sDigitos.data(), pszFim, ulCodigo, bHexadecimal ? 16 : 10);
-    if (erro == std::errc() && pszLido == pszFim) {
-        *psCodigo = XVCliente::CodigoEmTexto(XVHResult(ulCodigo));
-        return {};
-    }
-    const SMensagemCodigo* pMensagem = XVBuscaMensagemPorNome(sTexto);
-    if (pMensagem == nullptr) return "esperado um código (0x81080AAA) ou o nome simbólico de um";
-    *psCodigo = XVCliente::CodigoEmTexto(pMensagem->hr);
-    return {};
+    HRESULT hr = S_OK;
+    std::string sErro = XVLeituraCodigo::Le(sTexto, &hr);
+    if (sErro.empty()) *psCodigo = XVCliente::CodigoEmTexto(hr);
+    return sErro;
 }

@@ -18,6 +18,6 @@ struct SFiltroLog {
 
     // Readers of option values; the explanation of what is wrong, or an empty text.
     [[nodiscard]] static std::string LeMomento(std::string_view sTexto, bool bFim, std::string* psMomento);
-    // A hexadecimal or decimal code, or the symbolic name of one.
+    // A code in any form of XVLeituraCodigo.
     [[nodiscard]] static std::string LeCodigo(std::string_view sTexto, std::string* psCodigo);
 };

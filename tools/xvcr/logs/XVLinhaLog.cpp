@@ -62,7 +62,7 @@ std::string_view CXVCabecalhoLog::Coluna(const std::vector<std::string_view>& li
                                          std::string_view sNome) const {
     const auto pNome = std::find(m_listaNomes.begin(), m_listaNomes.end(), sNome);
     const auto uiColuna = static_cast<std::size_t>(pNome - m_listaNomes.begin());
-    if (uiColuna >= listaCelulas.size()) return {};
+    if (pNome == m_listaNomes.end() || uiColuna >= listaCelulas.size()) return {};
     return SemNome(listaCelulas[uiColuna], sNome);
 }
 
@@ -82,6 +82,9 @@ bool CXVCabecalhoLog::Le(std::string_view sLinha, SLinhaLog* pLinha) const {
     linha.sArquivo = coluna("Arquivo");
     linha.sLinha = coluna("Linha");
     linha.sDuracao = coluna("Duracao");
+    linha.sMemoria = coluna("MemoriaComponente");
+    linha.sDeltaMemoria = coluna("DeltaMemoria");
+    linha.sGuid = coluna("Guid");
     linha.sExpressao = SemNome(Coluna(listaCelulas, "Log"), "hr");
     const auto pPrimeiro = std::find(m_listaNomes.begin(), m_listaNomes.end(), "Parameter1");
     for (auto i = static_cast<std::size_t>(pPrimeiro - m_listaNomes.begin()); i < listaCelulas.size(); ++i)

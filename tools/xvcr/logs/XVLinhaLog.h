@@ -21,6 +21,9 @@ struct SLinhaLog {
     std::string sCodigo;     // "0x81080AAA", empty when the line holds none
     std::string sMensagem;   // what stands beside the code, or the whole text of a line without check
     std::string sDuracao;    // milliseconds, entry and exit records
+    std::string sMemoria;    // of the process, and how much it changed in the call; exit records
+    std::string sDeltaMemoria;
+    std::string sGuid;                         // the same in a call's entry and exit
     std::vector<std::string> listaParametros;  // "name = value"
 };
 

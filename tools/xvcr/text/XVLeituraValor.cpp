@@ -2,6 +2,9 @@
 
 #include <charconv>
 #include <limits>
+#include <vector>
+
+#include "tools/xvcr/text/XVParecido.h"
 
 namespace {
 
@@ -53,7 +56,11 @@ std::string Le(std::string_view sTexto, REG_XVDMAHMSUTC* pDataHora) {
 
 std::string Le(std::string_view sTexto, EEnumeracao eEnumeracao, XVUInt* pulValor) {
     if (XVEnumeracoesTexto::Busca(eEnumeracao, sTexto, pulValor)) return {};
-    return "valor desconhecido; os aceitos são: " + XVEnumeracoesTexto::GetLista(eEnumeracao);
+    std::vector<std::string> listaNomes;
+    for (const SNomeEnumeracao& rNome : XVEnumeracoesTexto::GetNomes(eEnumeracao))
+        listaNomes.emplace_back(rNome.GetCurto());
+    return "valor desconhecido" + XVQuisDizer(sTexto, listaNomes) +
+           "; os aceitos são: " + XVEnumeracoesTexto::GetLista(eEnumeracao);
 }
 
 }  // namespace XVLeituraValor

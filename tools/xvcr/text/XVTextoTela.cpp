@@ -1,5 +1,6 @@
 #include "tools/xvcr/text/XVTextoTela.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <span>
 
@@ -101,6 +102,33 @@ std::string Escapa(std::string_view sTexto, bool bVariasLinhas) {
         sTexto.remove_prefix(uiBytes);
     }
     return sSaida;
+}
+
+std::string Corta(const std::string& sTexto, std::size_t uiLargura) {
+    if (GetLargura(sTexto) <= uiLargura) return sTexto;
+    std::string sCortado;
+    for (std::string_view sResto = sTexto; !sResto.empty();) {
+        char32_t c = 0;
+        const std::size_t uiBytes = std::max<std::size_t>(DecodificaUm(sResto, &c), 1);
+        if (GetLargura(sCortado) + GetLargura(sResto.substr(0, uiBytes)) + 1 > uiLargura) break;
+        sCortado += sResto.substr(0, uiBytes);
+        sResto.remove_prefix(uiBytes);
+    }
+    return sCortado + "…";
+}
+
+std::vector<std::string> Quebra(std::string_view sTexto, std::size_t uiLargura) {
+    std::vector<std::string> listaLinhas(1);
+    while (!sTexto.empty()) {
+        const std::string_view sPalavra = sTexto.substr(0, sTexto.find(' '));
+        sTexto.remove_prefix(std::min(sPalavra.size() + 1, sTexto.size()));
+        if (!listaLinhas.back().empty() &&
+            GetLargura(listaLinhas.back()) + 1 + GetLargura(sPalavra) > uiLargura)
+            listaLinhas.emplace_back();
+        if (!listaLinhas.back().empty()) listaLinhas.back() += ' ';
+        listaLinhas.back() += sPalavra;
+    }
+    return listaLinhas;
 }
 
 }  // namespace XVTextoTela

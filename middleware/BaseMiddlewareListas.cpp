@@ -1,0 +1,27 @@
+// CBaseMiddleware: the whole key map and all date-times, in the order in which they were recorded.
+#include "middleware/BaseMiddleware.h"
+
+HRESULT CBaseMiddleware::ListaChavesRegistro(
+    std::vector<REG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIRO_V2>* pLista) {
+    XV_ESCOPO();
+    XV_CHECK(ValidaAcesso());
+    const CXVAcessoDefault acesso(this);
+    return LeDeUmMomento([&] {
+        pLista->clear();
+        return m_pDataBase->m_ChaveRegistroParaTerceiro.Percorre([&](const auto aRegistros) {
+            pLista->insert(pLista->end(), aRegistros.begin(), aRegistros.end());
+        });
+    });
+}
+
+HRESULT CBaseMiddleware::ListaDatasHoras(std::vector<REG_CR_DATA_HORA_INTEGRACAO_TERCEIRO_V1>* pLista) {
+    XV_ESCOPO();
+    XV_CHECK(ValidaAcesso());
+    const CXVAcessoDefault acesso(this);
+    return LeDeUmMomento([&] {
+        pLista->clear();
+        return m_pDataBase->m_DataHoraIntegracao.Percorre([&](const auto aRegistros) {
+            pLista->insert(pLista->end(), aRegistros.begin(), aRegistros.end());
+        });
+    });
+}
