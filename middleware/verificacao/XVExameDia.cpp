@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "contract/XVCR_Enumeracoes.h"
 #include "core/xvdatabase/XVNomeArquivo.h"
 #include "middleware/XVDataBase_CR_Middleware.h"
 #include "middleware/verificacao/XVPedacosEmRegistros.h"
@@ -94,6 +95,17 @@ void CXVExameDia::JulgaIndice(std::span<const SEntradaIndice> aEntradas, XVUInt 
         }
         if (m_aNoIndice[i] && FAILED(m_arquivo.hr)) m_aMotivos[i] |= eMotivo_DiaRecusado;
     }
+}
+
+void CXVExameDia::JuntaChavesDoBanco(std::span<const SEntradaIndice> aEntradas,
+                                     std::vector<XVUInt64>* paChaves) const {
+    constexpr XVUInt k_ulNaoVale =
+        eMotivo_RegistroVazio | eMotivo_RegistroImpossivel | eMotivo_IndiceRepetido;
+    for (const SEntradaIndice& rEntrada : aEntradas)
+        if (rEntrada.reg.eSistemaIntegracao == OfficialBank &&
+            rEntrada.GetPonteiro() <= m_aRegistros.size() &&
+            (m_aMotivos[rEntrada.GetPonteiro() - 1] & k_ulNaoVale) == 0)
+            paChaves->push_back(rEntrada.reg.uiChaveIntegracaoSistemaTerceiro);
 }
 
 void CXVExameDia::ExaminaTexto(std::size_t uiQual) {

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "contract/XVCR_Enumeracoes.h"
 #include "middleware/verificacao/XVPedacosEmRegistros.h"
 
 HRESULT CXVExameIndice::Examina(CXVLeituraLoja& rLeitura, const SArquivoLoja& rArquivo, XVUInt64 uiAte,
@@ -38,19 +37,4 @@ void CXVExameIndice::Ordena() {
     const auto antes = [&](const SEntradaIndice& a, const SEntradaIndice& b) { return chave(a) < chave(b); };
     if (!std::is_sorted(m_aEntradas.begin(), m_aEntradas.end(), antes))
         std::sort(m_aEntradas.begin(), m_aEntradas.end(), antes);
-    for (std::size_t i = 0; i < m_aEntradas.size(); ++i) {
-        const SEntradaIndice& rEntrada = m_aEntradas[i];
-        const auto outra = [&](std::size_t k) {
-            return k < m_aEntradas.size() && m_aEntradas[k].GetDia() == rEntrada.GetDia() &&
-                   m_aEntradas[k].GetPonteiro() == rEntrada.GetPonteiro();
-        };
-        // Of two records of one integration at least one is another's: neither tells who took whose place.
-        if (rEntrada.reg.eSistemaIntegracao == OfficialBank && !outra(i + 1) && !outra(i - 1))
-            m_aDoBanco.push_back(rEntrada.reg.uiChaveIntegracaoSistemaTerceiro);
-    }
-    std::sort(m_aDoBanco.begin(), m_aDoBanco.end());
-}
-
-bool CXVExameIndice::TemDoBanco(XVUInt64 uiChave) const {
-    return std::binary_search(m_aDoBanco.begin(), m_aDoBanco.end(), uiChave);
 }

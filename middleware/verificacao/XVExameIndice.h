@@ -28,10 +28,6 @@ class CXVExameIndice {
     // Positions of records that can be no index record.
     const std::vector<XVUInt>& GetImpossiveis() const { return m_aImpossiveis; }
     XVUInt64 GetSobra() const { return m_uiSobra; }
-    // Whether there are integrations of the bank, and one with this external key: it took over the index
-    // record of all others with the key.
-    bool TemDoBanco() const { return !m_aDoBanco.empty(); }
-    bool TemDoBanco(XVUInt64 uiChave) const;
     XVUInt64 GetBlocosAlterados() const { return m_uiBlocosAlterados; }
     const SSelo& GetSelo() const { return m_selo; }
 
@@ -40,7 +36,6 @@ class CXVExameIndice {
 
     std::vector<SEntradaIndice> m_aEntradas;
     std::vector<XVUInt> m_aImpossiveis;
-    std::vector<XVUInt64> m_aDoBanco;  // external keys, ascending
     XVUInt64 m_uiSobra = 0;
     XVUInt64 m_uiBlocosAlterados = 0;
     SSelo m_selo;

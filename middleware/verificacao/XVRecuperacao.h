@@ -13,7 +13,6 @@
 #include <map>
 #include <memory>
 #include <optional>
-#include <set>
 #include <string>
 #include <vector>
 
@@ -111,16 +110,13 @@ class CXVRecuperacao {
     CXVExameIndice m_indice;
     bool m_bIndiceConfere = false;
     std::vector<SDiaListado> m_listaDias;
+    std::vector<XVUInt64> m_aDoBanco;  // keys of its integrations that come back, ascending
     CXVChavesDoLog m_log;
     // Index records by their old position; those that are made anew come behind all others.
     std::map<XVUInt64, REG_CR_INDEX_INTEGRACAO_V1> m_mapaIndice;
     std::vector<std::string> m_listaArquivos;  // that were made
-    // Of the day that is being made.
-    struct SEscritos {
-        std::array<XVUInt, CXVExameDia::k_uiTextos> aulTextos{};  // how many there are
-        std::set<std::pair<std::size_t, XVUInt>> tomados;         // that a record names already, of several
-    };
-    SEscritos m_escritos;
+    // Of the day that is being made: texts, and how many there are.
+    std::array<XVUInt, CXVExameDia::k_uiTextos> m_aulTextos{};
     std::array<std::unique_ptr<CXVEscritaRecuperada>, CXVExameDia::k_uiTextos> m_aTextos;
 };
 

@@ -50,6 +50,12 @@ void PoePonteiro(TRegistro* pReg, std::size_t uiQual, XVUInt ulPosicao) {
         pReg->ulPonteiroJSONRetornoIntegracao = ulPosicao;
 }
 
+// Positions that the new file will give to other texts.
+void EsqueceTextosPerdidos(const CXVExameDia& rDia, TRegistro* pReg) {
+    for (std::size_t i = 0; i < CXVExameDia::k_uiTextos; ++i)
+        if (XVPonteirosDeTextos(*pReg)[i] > rDia.GetTextos(i).GetQuantidade()) PoePonteiro(pReg, i, 0);
+}
+
 }  // namespace
 
 HRESULT CXVRecuperacao::RecuperaDia(XVUInt64 uiDia, std::span<const SEntradaIndice> aEntradas) {
@@ -61,7 +67,6 @@ HRESULT CXVRecuperacao::RecuperaDia(XVUInt64 uiDia, std::span<const SEntradaIndi
     const SArquivoLoja& rArquivo = dia.GetArquivo();
     if (!dia.GetDmc(1).EhDeIntegracao()) return SeparaDia(dia);
     AnotaIlegivel(rArquivo, dia.GetFalha(CXVExameDia::k_uiTextos));
-    m_escritos = {};
     hr = RecuperaTextos(dia);
     if (FAILED(hr)) return hr;
     const XVUInt64 uiLidos = dia.GetRegistros().size() * sizeof(TRegistro);
@@ -98,7 +103,7 @@ HRESULT CXVRecuperacao::RecuperaTextos(const CXVExameDia& rDia) {
         m_aTextos[i] = std::make_unique<CXVEscritaRecuperada>(
             m_pastas.sDestino, XVNomeArquivo::ChaveParaNome(rDia.GetDia(), k_apszGruposDeTextos[i]),
             CXVEscritaRecuperada::ECabecalho::eCom);
-        m_escritos.aulTextos[i] = static_cast<XVUInt>(rTextos.GetQuantidade());
+        m_aulTextos[i] = static_cast<XVUInt>(rTextos.GetQuantidade());
         AnotaIlegivel(rArquivo, rDia.GetFalha(i));
         if (!rArquivo.bExiste) continue;
         hr = m_aTextos[i]->Abre();
@@ -160,7 +165,10 @@ HRESULT CXVRecuperacao::RecuperaRegistro(const CXVExameDia& rDia, XVUInt ulPonte
         return bVago ? S_OK : Separa(rDia.GetArquivo(), uiDe, uiDe + sizeof(TRegistro));
     }
     if (pEntrada == nullptr) {
-        if (FoiSubstituida(regDmc)) return S_OK;
+        if (FoiSubstituida(regDmc)) {
+            EsqueceTextosPerdidos(rDia, pReg);
+            return S_OK;
+        }
         ulMotivos |= eMotivo_SemIndice;
     }
     if ((ulMotivos & (eMotivo_SemIndice | eMotivo_IndiceRepetido)) != 0)
@@ -178,8 +186,8 @@ HRESULT CXVRecuperacao::RecuperaRegistro(const CXVExameDia& rDia, XVUInt ulPonte
     return SUCCEEDED(hr) ? GravaAviso(rDia, ulMotivos, pReg) : hr;
 }
 
-// Lost texts are named no more. A text that two records name goes with the first, and a copy of it with every
-// other: which of them it belongs to nobody can tell.
+// Lost texts are named no more. Of a text that two records name each gets a copy: whose it is nobody can
+// tell.
 HRESULT CXVRecuperacao::RefazTextos(const CXVExameDia& rDia, XVUInt ulMotivos, TRegistro* pReg) {
     HRESULT hr = S_OK;
     for (std::size_t i = 0; i < CXVExameDia::k_uiTextos && SUCCEEDED(hr); ++i) {
@@ -195,8 +203,7 @@ HRESULT CXVRecuperacao::RefazTextos(const CXVExameDia& rDia, XVUInt ulMotivos, T
             const XVUInt64 uiDe = rTextos.GetInicio(ulPosicao);
             hr = Separa(rDia.GetArquivoTextos(i), uiDe, uiDe + rTextos.GetTamanho(ulPosicao));
             PoePonteiro(pReg, i, 0);
-        } else if ((ucMarcas & eTexto_Repetido) != 0 && i != k_uiMensagem &&
-                   !m_escritos.tomados.emplace(i, ulPosicao).second) {
+        } else if ((ucMarcas & eTexto_Repetido) != 0 && i != k_uiMensagem) {
             std::string sTexto;
             hr = LeTexto(rDia, i, ulPosicao, &sTexto);
             if (SUCCEEDED(hr)) hr = GravaTexto(i, sTexto, pReg);
@@ -219,7 +226,7 @@ HRESULT CXVRecuperacao::LeTexto(const CXVExameDia& rDia, std::size_t uiQual, XVU
 HRESULT CXVRecuperacao::GravaTexto(std::size_t uiQual, const std::string& sTexto, TRegistro* pReg) {
     HRESULT hr = m_aTextos[uiQual]->EstaAberta() ? S_OK : m_aTextos[uiQual]->Abre();
     if (SUCCEEDED(hr)) hr = m_aTextos[uiQual]->GravaTexto(sTexto);
-    PoePonteiro(pReg, uiQual, ++m_escritos.aulTextos[uiQual]);
+    PoePonteiro(pReg, uiQual, ++m_aulTextos[uiQual]);
     return hr;
 }
 

@@ -154,6 +154,7 @@ void CXVVerificacao::VerificaDia(XVUInt64 uiDia, std::span<const SEntradaIndice>
     CXVExameDia dia(m_leitura, m_selos, uiDia, CXVExameDia::EAlcance::eAteOCabecalho);
     dia.ExaminaRegistros(aEntradas, ulLimite);
     dia.ExaminaTextos();
+    dia.JuntaChavesDoBanco(aEntradas, &m_aDoBanco);
     JulgaArquivosDoDia(dia);
     ContaDia(dia);
     for (const XVUInt ulPonteiro : dia.GetSemIndice()) m_listaSemIndice.push_back(dia.GetDmc(ulPonteiro));
@@ -220,6 +221,7 @@ void CXVVerificacao::ContaDia(const CXVExameDia& rDia) {
 void CXVVerificacao::JulgaSemIndice() {
     CXVChavesDoLog log;
     log.Le(m_sDiretorio, m_listaSemIndice);
+    std::sort(m_aDoBanco.begin(), m_aDoBanco.end());
     SXVAchado aAchados[2];
     const auto anota = [&] {
         for (SXVAchado& rAchado : aAchados)
@@ -227,11 +229,11 @@ void CXVVerificacao::JulgaSemIndice() {
     };
     for (const REG_XVDMC regDmc : m_listaSemIndice) {
         const auto uiChave = log.GetChave(regDmc);
-        if (uiChave && *uiChave != 0 && m_indice.TemDoBanco(*uiChave)) {
+        if (uiChave && *uiChave != 0 && std::binary_search(m_aDoBanco.begin(), m_aDoBanco.end(), *uiChave)) {
             ++m_pVerificacao->uiSubstituidas;
             continue;
         }
-        const bool bTalvez = m_bIndiceConfere && !uiChave && m_indice.TemDoBanco();
+        const bool bTalvez = m_bIndiceConfere && !uiChave && !m_aDoBanco.empty();
         const XVUInt64 uiDia = regDmc.GetDma().ToChave();
         SXVAchado& rAchado = aAchados[bTalvez ? 1 : 0];
         if (rAchado.uiDia != uiDia) anota();

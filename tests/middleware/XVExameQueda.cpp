@@ -97,9 +97,11 @@ void CXVExameQueda::Recuperada(bool bDurabilidade) {
     const HRESULT hr = executor.Executa(&recuperacao);
     if (hr == eBadPath) return;  // there was no store yet
     Exige(hr == S_OK, "the recovery failed, " + std::to_string(static_cast<unsigned>(hr)));
-    Exige(CXVVerificacao(sNova).Executa(&verificacao) == S_OK && verificacao.EhIntegra(),
-          "what was recovered is not sound: " +
-              (verificacao.listaAchados.empty() ? std::string() : verificacao.listaAchados.front().sArquivo));
+    Exige(CXVVerificacao(sNova).Executa(&verificacao) == S_OK, "what was recovered cannot be verified");
+    for (const SXVAchado& rAchado : verificacao.listaAchados)
+        Exige(XVDescreveAchado(rAchado.eTipo).eGravidade != EGravidade::eDano,
+              "what was recovered is not sound: " + rAchado.sArquivo + ' ' +
+                  XVDescreveAchado(rAchado.eTipo).pszNome);
     CXVRegistryFalso registry;
     registry.SetTexto(CAmbienteXV::GetChaveRegistry(XV_DF), "Path", "/recuperada");
     const CXVGuardaRegistry guarda(registry);
