@@ -37,7 +37,7 @@ constexpr SDescricaoAchado k_aDescricoes[] = {
     {"arquivoRecusado", EGravidade::eDano, "o arquivo é recusado na abertura", k_pszRestaura},
     {"arquivoIlegivel", EGravidade::eDano, "o arquivo não pôde ser lido até o fim",
      "Confira as permissões e o disco, e verifique de novo."},
-    {"arquivoAusente", EGravidade::eDano, "o arquivo está no controle de criação e não está na pasta",
+    {"arquivoAusente", EGravidade::eDano, "o arquivo devia estar na pasta e não está",
      "Procure-o (outra pasta, lixeira, quarentena do antivírus) e devolva-o; senão, restaure a pasta "
      "inteira, ou use xvcr recupera."},
     {"semCabecalho", EGravidade::eAviso, "o arquivo, de um programa antigo, ainda não tem cabeçalho",

@@ -136,6 +136,11 @@ void CXVVerificacao::VerificaIndice() {
     HRESULT hr = m_leitura.Descreve(k_pszArquivoIndexIntegracao, &arquivo);
     if (SUCCEEDED(hr)) hr = m_indice.Examina(m_leitura, arquivo, arquivo.GetTamanhoDados(), m_selos);
     JulgaArquivo(arquivo, 0, hr);
+    const auto& rAchados = m_pVerificacao->listaAchados;
+    const bool bDito = std::any_of(rAchados.begin(), rAchados.end(),
+                                   [&](const SXVAchado& r) { return r.sArquivo == arquivo.sNome; });
+    if (!arquivo.bExiste && !bDito && !m_listaDias.empty())
+        Anota({.eTipo = EAchado::eArquivoAusente, .sArquivo = arquivo.sNome});
     AnotaSelo(arquivo, m_indice.GetSelo(), m_indice.GetBlocosAlterados(), 0);
     if (m_indice.GetSobra() != 0)
         Anota({.eTipo = EAchado::eRegistroPelaMetade, .sArquivo = arquivo.sNome, .uiQuantidade = 1});
