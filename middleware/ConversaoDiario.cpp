@@ -13,7 +13,6 @@
 
 namespace {
 
-constexpr const char* k_pszArquivoDiario = "CRMIDDLEWARECV.srk";
 constexpr const char* k_pszArquivoDiarioNovo = "CRMIDDLEWARECVN.srk";
 constexpr XVUInt64 k_uiAssinatura = 0x32305643524B5653ULL;          // "SVKRCV02"
 constexpr XVUInt64 k_uiAssinaturaSemSomas = 0x31305643524B5653ULL;  // "SVKRCV01"
@@ -126,7 +125,7 @@ HRESULT CXVDiarioConversao::Le(XVUShort usPasso) {
     m_bEmCurso = false;
     m_bTemSomas = true;
     std::string sPath;
-    XV_CHECK(MontaPath(k_pszArquivoDiario, &sPath));
+    XV_CHECK(MontaPath(k_pszDiarioConversao, &sPath));
     bool bExiste = false;
     XV_CHECK(CXVDataBaseUtil::Existe(this, sPath, &bExiste));
     if (!bExiste) return S_OK;
@@ -164,7 +163,7 @@ HRESULT CXVDiarioConversao::Grava(XVUShort usPasso) {
 
     std::string sPath;
     std::string sPathNovo;
-    XV_CHECK(MontaPath(k_pszArquivoDiario, &sPath));
+    XV_CHECK(MontaPath(k_pszDiarioConversao, &sPath));
     XV_CHECK(MontaPath(k_pszArquivoDiarioNovo, &sPathNovo));
     CXVImagemArquivo xvDiario(XV_DF, k_pszArquivoDiarioNovo);
     XV_CHECK(xvDiario.Inicializa(this));
@@ -177,7 +176,7 @@ HRESULT CXVDiarioConversao::Grava(XVUShort usPasso) {
 }
 
 HRESULT CXVDiarioConversao::Remove() {
-    for (const char* pszNome : {k_pszArquivoDiario, k_pszArquivoDiarioNovo}) {
+    for (const char* pszNome : {k_pszDiarioConversao, k_pszArquivoDiarioNovo}) {
         std::string sPath;
         XV_CHECK(MontaPath(pszNome, &sPath));
         bool bExiste = false;

@@ -12,6 +12,8 @@
 #include "middleware/ConversaoArquivo.h"
 #include "suite/XVInicializador.h"
 
+inline constexpr const char* k_pszDiarioConversao = "CRMIDDLEWARECV.srk";
+
 struct SEntradaDiario {
     std::string sNome;    // of the live file
     SSomaArquivo antigo;  // the live file that was converted

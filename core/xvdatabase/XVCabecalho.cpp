@@ -7,6 +7,7 @@
 #include "core/xvdatabase/XVNomeArquivo.h"
 #include "platform/XVAmbienteSO.h"
 #include "platform/XVPlataforma.h"
+#include "support/codes/XVCodigos.h"
 #include "support/values/XVCrc64.h"
 #include "support/values/XVTextoAscii.h"
 
@@ -160,6 +161,19 @@ bool EhIntegro(const REG_XVCABECALHO& reg, std::string_view sNomeArquivo, XVUInt
            uiTamanhoArquivo >= k_uiTamanhoCabecalho &&
            reg.regB.uiTamanhoDados == uiTamanhoArquivo - k_uiTamanhoCabecalho &&
            NomeConfere(reg.regB, sNomeArquivo);
+}
+
+HRESULT ValidaBlocoB(const REG_XVCABECALHO_B& regB, std::string_view sNomeArquivo,
+                     XVUInt64 uiTamanhoArquivo) {
+    if (regB.uiTamanhoBloco != k_uiTamanhoBlocoB) return E_XVCR_TAMANHO_CABECALHO_NAO_CONFERE;
+    if (!CrcConfere(regB)) return E_XVCR_CRC_CABECALHO_NAO_CONFERE;
+    if (regB.uiTamanhoDados != uiTamanhoArquivo - k_uiTamanhoCabecalho)
+        return E_XVCR_TAMANHO_ARQUIVO_NAO_CONFERE;
+    if (regB.usVersaoSistemaCriacao > k_usVersaoSistema)
+        return E_XVCR_VERSAO_SISTEMA_INFERIOR_VERSAO_CRIACAO_CABECALHO;
+    if (regB.usVersaoSistemaAtualizacao > k_usVersaoSistema)
+        return E_XVCR_VERSAO_SISTEMA_INFERIOR_VERSAO_MODIFICACAO_ARQUIVO;
+    return NomeConfere(regB, sNomeArquivo) ? S_OK : E_XVCR_NOME_ARQUIVO_NAO_CONFERE;
 }
 
 bool NomeConfere(const REG_XVCABECALHO_B& regB, std::string_view sNomeArquivo) {

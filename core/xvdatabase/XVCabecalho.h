@@ -108,6 +108,10 @@ bool EhReconhecivel(std::span<const XVByte> aInicio, std::string_view sNomeArqui
 // Whether a header holds as a whole for a file of this length and name; the engine versions are not asked.
 bool EhIntegro(const REG_XVCABECALHO& reg, std::string_view sNomeArquivo, XVUInt64 uiTamanhoArquivo);
 
+// Block B as an opening demands it of a file of this length (240 bytes at the least) and name: S_OK, or the
+// code of the first rule that it breaks.
+HRESULT ValidaBlocoB(const REG_XVCABECALHO_B& regB, std::string_view sNomeArquivo, XVUInt64 uiTamanhoArquivo);
+
 // The file-name field against a name: last 23 characters, case ignored.
 bool NomeConfere(const REG_XVCABECALHO_B& regB, std::string_view sNomeArquivo);
 

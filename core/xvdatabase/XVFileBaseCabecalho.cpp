@@ -121,15 +121,7 @@ HRESULT CXVFileBase::ValidaCabecalhoV01() {
     if (const CXVErroArquivo erro = LeDados(k_uiTamanhoBlocoA, &regB, sizeof(regB));
         const CXVErroArquivo* pEx = erro.GetFalha())
         XV_CHECK(CatchInicializacao(pEx));
-    if (regB.uiTamanhoBloco != k_uiTamanhoBlocoB) XV_FALHA(E_XVCR_TAMANHO_CABECALHO_NAO_CONFERE);
-    if (!XVCabecalho::CrcConfere(regB)) XV_FALHA(E_XVCR_CRC_CABECALHO_NAO_CONFERE);
-    if (regB.uiTamanhoDados != m_uiTamanhoArquivo - k_uiTamanhoCabecalho)
-        XV_FALHA(E_XVCR_TAMANHO_ARQUIVO_NAO_CONFERE);
-    if (regB.usVersaoSistemaCriacao > k_usVersaoSistema)
-        XV_FALHA(E_XVCR_VERSAO_SISTEMA_INFERIOR_VERSAO_CRIACAO_CABECALHO);
-    if (regB.usVersaoSistemaAtualizacao > k_usVersaoSistema)
-        XV_FALHA(E_XVCR_VERSAO_SISTEMA_INFERIOR_VERSAO_MODIFICACAO_ARQUIVO);
-    if (!XVCabecalho::NomeConfere(regB, m_sNomeArquivo)) XV_FALHA(E_XVCR_NOME_ARQUIVO_NAO_CONFERE);
+    XV_CHECK(XVCabecalho::ValidaBlocoB(regB, m_sNomeArquivo, m_uiTamanhoArquivo));
     return S_OK;
 }
 

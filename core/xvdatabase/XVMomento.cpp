@@ -194,7 +194,8 @@ CXVErroArquivo CXVMomento::LeArea(const std::string& sNomeArquivo, SVisto& rVist
             area.uiSoma = XVSoma64(&reg, sizeof(reg));
             if (XVCabecalho::AssinaturaConfere(reg.regA) && reg.regA.usVersao == k_usVersaoCabecalho) {
                 area.uiSeek = k_uiTamanhoCabecalho;
-                if (!CXVFileBase::CabecalhoDesabilitadoNaMaquina() &&
+                if (m_rVisao.GetFim() == CXVVisao::EFimArquivo::eDoCabecalho &&
+                    !CXVFileBase::CabecalhoDesabilitadoNaMaquina() &&
                     reg.regB.uiTamanhoBloco == k_uiTamanhoBlocoB && XVCabecalho::CrcConfere(reg.regB) &&
                     reg.regB.uiTamanhoDados < area.uiTamanho - k_uiTamanhoCabecalho)
                     area.uiTamanho = k_uiTamanhoCabecalho + reg.regB.uiTamanhoDados;

@@ -28,7 +28,7 @@ struct SMarcaDiario {
 struct SAreaVista {
     bool bExiste = false;
     XVUInt64 uiSeek = 0;     // of the payload: 240 or 0
-    XVUInt64 uiTamanho = 0;  // of the file, up to where its header says
+    XVUInt64 uiTamanho = 0;  // of the file, up to where it ends for the view
     XVUInt64 uiSoma = 0;     // of the header
 };
 

@@ -25,6 +25,8 @@ class CXVReconstrucao {
 
     // Whether the entries speak of no file.
     bool EhVazia() const { return m_mapaArquivos.empty(); }
+    // Transient copies that were being made, and that Aplica deletes.
+    const std::vector<std::string>& GetCopias() const { return m_listaCopias; }
     // Whether every file is in a state that the entries explain. The same code when one is not; the error log
     // names it.
     HRESULT Confere(const IXVDF_Profiler* pDono);
@@ -78,6 +80,6 @@ class CXVReconstrucao {
     std::string m_sDiretorio;
     CXVDiarioLeitura m_diario;
     std::map<std::string, SArquivo> m_mapaArquivos;
-    std::vector<std::string> m_listaCopias;  // transient copies that were being made
+    std::vector<std::string> m_listaCopias;
     bool m_bDesfaz = false;
 };

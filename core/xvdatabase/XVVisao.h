@@ -8,7 +8,7 @@
 // nobody has the store open; one that came and went during the reading shows in reading twice. Files
 // that the journal does not explain are shown as they are.
 //
-// A file ends where its header says, whatever lies behind.
+// A file ends where its header says, whatever lies behind, unless the view is made to examine the files.
 //
 // Thread rule: any thread; a moment belongs to the thread that reads in it.
 #pragma once
@@ -25,7 +25,12 @@
 
 class CXVVisao {
   public:
-    explicit CXVVisao(std::string sDiretorio) : m_sDiretorio(std::move(sDiretorio)) {}
+    // Where a file ends for who looks: where its header says, or where the system says, for who examines
+    // files that may be damaged.
+    enum class EFimArquivo : bool { eDoCabecalho, eDoSistema };
+
+    explicit CXVVisao(std::string sDiretorio, EFimArquivo eFim = EFimArquivo::eDoCabecalho)
+        : m_sDiretorio(std::move(sDiretorio)), m_eFim(eFim) {}
     CXVVisao(const CXVVisao&) = delete;
     CXVVisao& operator=(const CXVVisao&) = delete;
 
@@ -105,6 +110,7 @@ class CXVVisao {
     // Whether somebody has the directory open for writing.
     bool TemEscritor() { return CXVMomento(*this, 0).EscritorVive(); }
     const std::string& GetDiretorio() const { return m_sDiretorio; }
+    EFimArquivo GetFim() const { return m_eFim; }
 
   private:
     friend class CXVMomento;
@@ -123,6 +129,7 @@ class CXVVisao {
     CSobreposta Guarda(IXVArquivo& rDiario, const SMarcaDiario& rMarca, bool bConcluida, TLeitura leitura);
 
     std::string m_sDiretorio;
+    EFimArquivo m_eFim;
     std::atomic<XVUInt64> m_uiChamadas = 0;
     std::mutex m_Mutex;
     SMarcaDiario m_marcaGuardada;  // the state of the journal that m_pGuardada is made of

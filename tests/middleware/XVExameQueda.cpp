@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <stdexcept>
 
+#include "middleware/verificacao/XVRecuperacao.h"
+#include "middleware/verificacao/XVVerificacao.h"
 #include "support/trace/XVCapturaTrace.h"
 
 namespace {
@@ -82,6 +84,32 @@ bool CXVExameQueda::SemDurabilidade() {
     }
     ConfereReabertura(loja);
     return true;
+}
+
+void CXVExameQueda::Recuperada(bool bDurabilidade) {
+    const CXVDonoFixo dono("MATRIZ");
+    const std::string sNova = CAmbienteXV::MontaPathDados(XV_DF, "/recuperada", "MATRIZ");
+    std::string sDiretorio;
+    SRecuperacao recuperacao;
+    SVerificacao verificacao;
+    Exige(CAmbienteXV::GetPathDados(XV_DF, "MATRIZ", &sDiretorio) == S_OK, "no directory");
+    CXVRecuperacao executor({sDiretorio, sNova, "/recuperada/separados"}, dono, true);
+    const HRESULT hr = executor.Executa(&recuperacao);
+    if (hr == eBadPath) return;  // there was no store yet
+    Exige(hr == S_OK, "the recovery failed, " + std::to_string(static_cast<unsigned>(hr)));
+    Exige(CXVVerificacao(sNova).Executa(&verificacao) == S_OK, "what was recovered cannot be verified");
+    for (const SXVAchado& rAchado : verificacao.listaAchados)
+        Exige(XVDescreveAchado(rAchado.eTipo).eGravidade != EGravidade::eDano,
+              "what was recovered is not sound: " + rAchado.sArquivo + ' ' +
+                  XVDescreveAchado(rAchado.eTipo).pszNome);
+    CXVRegistryFalso registry;
+    registry.SetTexto(CAmbienteXV::GetChaveRegistry(XV_DF), "Path", "/recuperada");
+    const CXVGuardaRegistry guarda(registry);
+    CBaseMiddleware loja;
+    Exige(Inicializa(loja) == S_OK, "what was recovered does not open");
+    ConfereDonos(loja);
+    m_mapaLidas.clear();
+    if (bDurabilidade) Compara("what was recovered", XVRetrataLoja(loja));
 }
 
 // Every integration that is shown was recorded, and shows nothing of another. What was readable before stays

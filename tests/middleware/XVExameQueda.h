@@ -26,6 +26,10 @@ class CXVExameQueda {
     // under another, and no later operation makes it worse.
     bool SemDurabilidade();
 
+    // What is recovered of it, whether it opens or not, is a sound store that shows nothing under a key that
+    // was recorded under another; with durability, all that was acknowledged and whole operations only.
+    void Recuperada(bool bDurabilidade);
+
   private:
     // Whose an integration is; 0: nobody's. A key that the failure took away may have been given out again.
     unsigned Dono(XVUInt64 uiDmc) const;

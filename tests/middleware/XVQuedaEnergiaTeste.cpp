@@ -122,6 +122,7 @@ unsigned Examina(const CXVExecucaoQueda& rExecucao, bool bDurabilidade) {
         const SVerdadeQueda verdade = rExecucao.GetVerdade(rCorte);
         CXVExameQueda exame(verdade);
         try {
+            exame.Recuperada(bDurabilidade);
             if (bDurabilidade)
                 exame.ComDurabilidade();
             else if (!exame.SemDurabilidade())

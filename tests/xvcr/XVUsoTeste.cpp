@@ -82,6 +82,10 @@ const struct SErroDeUso {
     {"le 0", "\"0\": o DMC nulo não é de integração alguma"},
     {"--servidor versao", "--servidor: a versão é lida na própria base"},
     {"--servidor converte", "--servidor: a conversão é feita na própria base"},
+    {"--servidor verifica", "--servidor: a verificação é feita na própria base"},
+    {"--leitura verifica --sela", "--leitura não vale com --sela, que grava os selos"},
+    {"--servidor recupera", "--servidor: a recuperação é feita na própria base"},
+    {"--leitura recupera", "--leitura não vale para um comando que grava"},
     {"grava --json-enviado @não-há\x1b[2J", "não foi possível abrir o arquivo \"não-há\\x1B[2J\"", 1},
     {"--diretorio não-há\x1b[2J --empresa 1 busca", "o diretório do módulo \"não-há\\x1B[2J\" não existe", 1},
     {"carrega .", "\".\" é um diretório", 1},
@@ -106,7 +110,7 @@ TEST(Uso, AjudaDeCadaComandoTemExemplos) {
     EXPECT_THAT(geral.sSaida, HasSubstr("Uso: xvcr"));
     for (const std::string& rComando :
          XVPalavras("grava status le busca carrega mapa datahora pendencia instantanea consulta converte "
-                    "versao registro empresas provedores explica completa manual")) {
+                    "versao verifica recupera registro empresas provedores explica completa manual")) {
         EXPECT_THAT(geral.sSaida, HasSubstr(rComando));
         const SExecucao ajuda = XVExecutaAqui({rComando, "--help"});
         EXPECT_EQ(ajuda.iSaida, 0) << rComando;
@@ -216,9 +220,10 @@ TEST_F(UsoEmMemoria, QuemSoLeDeixaCadaByteDoDiretorioDaEmpresaComoEstava) {
                      {"le " + sDmc},
                      {"le 20200101-1-1", 1},  // an error, which goes to another log
                      {"mapa busca --tipo 6 --sistema 16 --chave-registro 7"},
-                     {"mapa lista"},
-                     {"datahora lista"},
-                     {"versao"}};
+                      {"mapa lista"},
+                      {"datahora lista"},
+                      {"versao"},
+                      {"verifica"}};
     for (const auto& rComando : aComandos) {
         EXPECT_EQ(Executa(rComando.sLinha).iSaida, rComando.iSaida) << rComando.sLinha;
         EXPECT_EQ(CXVSistemaArquivosMemoria::Diferenca(antes, DaEmpresa()), "") << rComando.sLinha;

@@ -62,6 +62,8 @@ void AdicionaComandos(CLI::App& rRaiz, CXVContexto& rContexto) {
     XVAdicionaConsulta(rRaiz, rContexto);
     XVAdicionaConverte(rRaiz, rContexto);
     XVAdicionaVersao(rRaiz, rContexto);
+    XVAdicionaVerifica(rRaiz, rContexto);
+    XVAdicionaRecupera(rRaiz, rContexto);
     XVAdicionaRegistro(rRaiz, rContexto);
     XVAdicionaEmpresas(rRaiz, rContexto);
     XVAdicionaProvedores(rRaiz, rContexto);

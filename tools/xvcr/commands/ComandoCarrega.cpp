@@ -1,12 +1,11 @@
 // carrega: many integrations from JSON Lines.
-#include <cstdio>
 #include <memory>
 
 #include "platform/XVConsole.h"
-#include "platform/XVPlataforma.h"
 #include "tools/xvcr/commands/XVCarga.h"
 #include "tools/xvcr/commands/XVComandos.h"
 #include "tools/xvcr/commands/XVOpcoes.h"
+#include "tools/xvcr/output/XVProgresso.h"
 #include "tools/xvcr/text/XVFonteBytes.h"
 #include "tools/xvcr/text/XVLeitorLinhas.h"
 
@@ -19,40 +18,16 @@ struct SCarrega {
     XVUInt ulLinhaMaxima = 256U * 1024U * 1024U;  // bytes
 };
 
-// How far the load is, on the terminal that shows no results.
-class CXVProgresso {
-  public:
-    explicit CXVProgresso(std::uintmax_t uiTotal)
-        : m_uiTotal(uiTotal), m_bAtivo(XVConsole::ErroEhTerminal() && !XVConsole::SaidaEhTerminal()) {}
-    ~CXVProgresso() {
-        if (m_bMostrado) std::fputs("\r\x1b[K", stderr);
-    }
-    CXVProgresso(const CXVProgresso&) = delete;
-    CXVProgresso& operator=(const CXVProgresso&) = delete;
-
-    void Mostra(const CXVLeitorLinhas& rLeitor) {
-        if (!m_bAtivo) return;
-        const XVUInt ulAgora = XVPlataforma::Relogio().GetTicks();
-        if (m_bMostrado && ulAgora - m_ulUltimo < k_ulIntervalo) return;
-        m_ulUltimo = ulAgora;
-        m_bMostrado = true;
-        std::string sTexto = "\r" + std::to_string(rLeitor.GetNumero()) + " linhas";
-        if (m_uiTotal > 0) sTexto += " (" + std::to_string(rLeitor.GetBytes() * 100 / m_uiTotal) + "%)";
-        std::fputs(sTexto.c_str(), stderr);
-    }
-
-  private:
-    static constexpr XVUInt k_ulIntervalo = 200;  // milliseconds
-    std::uintmax_t m_uiTotal;
-    bool m_bAtivo;
-    bool m_bMostrado = false;
-    XVUInt m_ulUltimo = 0;
-};
-
 struct SContagem {
     std::uint64_t uiLidas = 0;
     std::uint64_t uiGravadas = 0;
 };
+
+std::string DescreveProgresso(const CXVLeitorLinhas& rLeitor, std::uintmax_t uiTotal) {
+    std::string sTexto = std::to_string(rLeitor.GetNumero()) + " linhas";
+    if (uiTotal > 0) sTexto += " (" + std::to_string(rLeitor.GetBytes() * 100 / uiTotal) + "%)";
+    return sTexto;
+}
 
 void MostraLinha(CXVSaida& rSaida, std::uint64_t uiLinha, const SResultadoLinha& rResultado) {
     const bool bStatus = rResultado.eOperacao == SResultadoLinha::EOperacao::eStatus;
@@ -97,7 +72,9 @@ void Executa(const SCarrega& rCarrega, CXVContexto& rContexto) {
     CXVLeitorLinhas leitor(*pFonte, rCarrega.ulLinhaMaxima);
     SContagem contagem;
     {
-        CXVProgresso progresso(pFonte->GetTamanho());
+        // On the terminal that shows no results.
+        CXVProgresso progresso(XVConsole::ErroEhTerminal() && !XVConsole::SaidaEhTerminal());
+        const std::uintmax_t uiTotal = pFonte->GetTamanho();
         std::string sLinha;
         for (;;) {
             const CXVLeitorLinhas::EResultado eResultado = leitor.Proxima(&sLinha);
@@ -116,7 +93,7 @@ void Executa(const SCarrega& rCarrega, CXVContexto& rContexto) {
                 EscreveErroDaLinha(leitor.GetNumero(), resultado);
                 if (!rCarrega.bContinua) break;
             }
-            progresso.Mostra(leitor);
+            progresso.Mostra([&] { return DescreveProgresso(leitor, uiTotal); });
         }
     }
     MostraContagem(rContexto.saida, contagem);

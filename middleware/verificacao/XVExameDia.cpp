@@ -1,0 +1,158 @@
+#include "middleware/verificacao/XVExameDia.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "contract/XVCR_Enumeracoes.h"
+#include "core/xvdatabase/XVNomeArquivo.h"
+#include "middleware/XVDataBase_CR_Middleware.h"
+#include "middleware/verificacao/XVPedacosEmRegistros.h"
+
+const std::array<const char*, CXVExameDia::k_uiTextos> k_apszGruposDeTextos{
+    k_pszArquivoJSONIntegracao, k_pszArquivoMensagemIntegracao, k_pszArquivoJSONRetornoIntegracao};
+
+namespace {
+using TRegistro = REG_CR_INTEGRACAO_MIDDLEWARE_V2;
+}
+
+std::array<XVUInt, CXVExameDia::k_uiTextos> XVPonteirosDeTextos(const TRegistro& reg) {
+    return {reg.ulPonteiroJSONRegistro, reg.ulPonteiroMensagemRetorno, reg.ulPonteiroJSONRetornoIntegracao};
+}
+
+bool XVEhRegistroVago(const TRegistro& reg) {
+    static constexpr TRegistro k_regVago{};
+    return std::memcmp(&reg, &k_regVago, sizeof(reg)) == 0;
+}
+
+CXVExameDia::CXVExameDia(CXVLeituraLoja& rLeitura, const TSelos& rSelos, XVUInt64 uiDia, EAlcance eAlcance)
+    : m_rLeitura(rLeitura), m_rSelos(rSelos), m_uiDia(uiDia), m_eAlcance(eAlcance) {}
+
+REG_XVDMC CXVExameDia::GetDmc(XVUInt ulPonteiro) const {
+    return REG_XVDMC::Cria(
+        REG_XVDMC::k_uiTipoIntegracao, ulPonteiro,
+        REG_XVDMA::Cria(static_cast<unsigned>(m_uiDia / 10000), static_cast<unsigned>(m_uiDia / 100 % 100),
+                        static_cast<unsigned>(m_uiDia % 100)));
+}
+
+// Texts are appended before the record that names them is written, so a length taken before the records were
+// read tells which texts a record could know of.
+void CXVExameDia::ExaminaRegistros(std::span<const SEntradaIndice> aEntradas, XVUInt ulLimite) {
+    for (std::size_t i = 0; i < k_uiTextos; ++i)
+        XVIgnora(m_rLeitura.Descreve(XVNomeArquivo::ChaveParaNome(m_uiDia, k_apszGruposDeTextos[i]),
+                                     &m_aArquivosTextos[i]));
+    m_aFalhas[k_uiTextos] = LeRegistros();
+    JulgaIndice(aEntradas, ulLimite);
+}
+
+void CXVExameDia::ExaminaTextos() {
+    for (std::size_t i = 0; i < k_uiTextos; ++i) ExaminaTexto(i);
+    JulgaTextos();
+}
+
+HRESULT CXVExameDia::LeRegistros() {
+    HRESULT hr =
+        m_rLeitura.Descreve(XVNomeArquivo::ChaveParaNome(m_uiDia, k_pszArquivoIntegracao), &m_arquivo);
+    if (FAILED(hr)) return hr;
+    CXVConferenciaSelo conferencia(m_rSelos, m_arquivo, false);
+    TXVPedacosEmRegistros<TRegistro> pedacos;
+    const XVUInt64 uiAte = Alcance(m_arquivo);
+    m_aRegistros.reserve(static_cast<std::size_t>(uiAte / sizeof(TRegistro)));
+    hr = m_rLeitura.Percorre(m_arquivo, uiAte, [&](XVUInt64 uiOffset, std::span<const char> aBytes) {
+        const bool bAlterado = conferencia.Confere(uiOffset, aBytes);
+        pedacos.Toma(aBytes, bAlterado, [&](const TRegistro& reg, bool bRegistroAlterado) {
+            m_aRegistros.push_back(reg);
+            m_aMotivos.push_back(bRegistroAlterado ? eMotivo_Alterada : 0U);
+        });
+    });
+    m_uiSobra = pedacos.GetSobra();
+    m_uiBlocosAlterados = conferencia.GetAlterados();
+    m_selo = conferencia.GetNovo();
+    return hr;
+}
+
+void CXVExameDia::JulgaIndice(std::span<const SEntradaIndice> aEntradas, XVUInt ulLimite) {
+    m_aNoIndice.assign(m_aRegistros.size(), false);
+    for (const SEntradaIndice& rEntrada : aEntradas) {
+        const XVUInt ulPonteiro = rEntrada.GetPonteiro();
+        if (ulPonteiro > m_aRegistros.size()) {
+            m_aAusentes.push_back(rEntrada);
+            continue;
+        }
+        XVUInt& rulMotivos = m_aMotivos[ulPonteiro - 1];
+        if (m_aNoIndice[ulPonteiro - 1]) rulMotivos |= eMotivo_IndiceRepetido;
+        if (rEntrada.bAlterada) rulMotivos |= eMotivo_Alterada;
+        m_aNoIndice[ulPonteiro - 1] = true;
+    }
+    for (std::size_t i = 0; i < m_aRegistros.size(); ++i) {
+        const bool bVago = XVEhRegistroVago(m_aRegistros[i]);
+        if (!m_aNoIndice[i]) {
+            m_uiVagos += bVago ? 1 : 0;
+            if (!bVago && i < ulLimite) m_aSemIndice.push_back(static_cast<XVUInt>(i + 1));
+        } else if (bVago) {
+            m_aMotivos[i] |= eMotivo_RegistroVazio;
+        } else if (!TXVPlausibilidade<TRegistro>::EhPlausivel(m_aRegistros[i])) {
+            m_aMotivos[i] |= eMotivo_RegistroImpossivel;
+        }
+        if (m_aNoIndice[i] && FAILED(m_arquivo.hr)) m_aMotivos[i] |= eMotivo_DiaRecusado;
+    }
+}
+
+void CXVExameDia::JuntaChavesDoBanco(std::span<const SEntradaIndice> aEntradas,
+                                     std::vector<XVUInt64>* paChaves) const {
+    constexpr XVUInt k_ulNaoVale =
+        eMotivo_RegistroVazio | eMotivo_RegistroImpossivel | eMotivo_IndiceRepetido;
+    for (const SEntradaIndice& rEntrada : aEntradas)
+        if (rEntrada.reg.eSistemaIntegracao == OfficialBank &&
+            rEntrada.GetPonteiro() <= m_aRegistros.size() &&
+            (m_aMotivos[rEntrada.GetPonteiro() - 1] & k_ulNaoVale) == 0)
+            paChaves->push_back(rEntrada.reg.uiChaveIntegracaoSistemaTerceiro);
+}
+
+void CXVExameDia::ExaminaTexto(std::size_t uiQual) {
+    SArquivoLoja& rArquivo = m_aArquivosTextos[uiQual];
+    const XVUInt64 uiTamanhoAntes = rArquivo.uiTamanho;
+    CXVExameTextos& rTextos = m_aTextos[uiQual];
+    HRESULT hr =
+        m_rLeitura.Descreve(XVNomeArquivo::ChaveParaNome(m_uiDia, k_apszGruposDeTextos[uiQual]), &rArquivo);
+    if (SUCCEEDED(hr)) hr = rTextos.Examina(m_rLeitura, rArquivo, Alcance(rArquivo), m_rSelos);
+    const bool bMesmo = uiTamanhoAntes == rArquivo.uiTamanho;
+    XVUInt ulMaior = 0;
+    for (const TRegistro& reg : m_aRegistros) ulMaior = std::max(ulMaior, XVPonteirosDeTextos(reg)[uiQual]);
+    // Zeros where a header stands are one, or the sixty empty texts of a file that never had a header. What
+    // the records name tells which.
+    if (SUCCEEDED(hr) && rArquivo.bInicioZerado && ulMaior > rTextos.GetQuantidade()) {
+        rArquivo.uiTamanho += rArquivo.uiInicio;
+        rArquivo.uiInicio = 0;
+        rArquivo.hr = S_OK;
+        hr = rTextos.Examina(m_rLeitura, rArquivo, rArquivo.uiTamanho, m_rSelos);
+    }
+    m_aFalhas[uiQual] = hr;
+    for (std::size_t i = 0; i < m_aRegistros.size(); ++i) {
+        // What a record says that cannot be one is held against no text.
+        if (!TXVPlausibilidade<TRegistro>::EhPlausivel(m_aRegistros[i])) continue;
+        const XVUInt ulPonteiro = XVPonteirosDeTextos(m_aRegistros[i])[uiQual];
+        if (ulPonteiro != 0 && !rTextos.Aponta(ulPonteiro)) m_aMotivos[i] |= eMotivo_SemJSON << uiQual;
+    }
+    // Returned texts are given up by an update without one; of the others the last is always named.
+    if (uiQual + 1 < k_uiTextos && bMesmo) rTextos.MarcaZerosNoFim();
+}
+
+void CXVExameDia::JulgaTextos() {
+    for (std::size_t i = 0; i < m_aRegistros.size(); ++i) {
+        const auto aPonteiros = XVPonteirosDeTextos(m_aRegistros[i]);
+        for (std::size_t uiQual = 0; uiQual < k_uiTextos; ++uiQual) {
+            const XVUInt ulPonteiro = aPonteiros[uiQual];
+            if (ulPonteiro == 0) continue;
+            if (FAILED(m_aArquivosTextos[uiQual].hr)) m_aMotivos[i] |= eMotivo_DiaRecusado;
+            if (ulPonteiro > m_aTextos[uiQual].GetQuantidade()) continue;
+            const XVByte ucMarcas = m_aTextos[uiQual].GetMarcas(ulPonteiro);
+            if ((ucMarcas & (eTexto_Zerado | eTexto_ZerosNoFim)) != 0) m_aMotivos[i] |= eMotivo_TextoZerado;
+            if ((ucMarcas & eTexto_Repetido) != 0) m_aMotivos[i] |= eMotivo_TextoDeOutra;
+            if ((ucMarcas & eTexto_Alterado) != 0) m_aMotivos[i] |= eMotivo_Alterada;
+        }
+    }
+    // Of a record that nobody can find nothing is missed but its place in the index.
+    for (const XVUInt ulPonteiro : m_aSemIndice)
+        if (!TXVPlausibilidade<TRegistro>::EhPlausivel(m_aRegistros[ulPonteiro - 1]))
+            m_aMotivos[ulPonteiro - 1] = eMotivo_RegistroImpossivel;
+}

@@ -1,0 +1,40 @@
+#include "middleware/verificacao/XVExameIndice.h"
+
+#include <algorithm>
+
+#include "middleware/verificacao/XVPedacosEmRegistros.h"
+
+HRESULT CXVExameIndice::Examina(CXVLeituraLoja& rLeitura, const SArquivoLoja& rArquivo, XVUInt64 uiAte,
+                                const TSelos& rSelos) {
+    using TPlausivel = TXVPlausibilidade<REG_CR_INDEX_INTEGRACAO_V1>;
+    m_aEntradas.reserve(static_cast<std::size_t>(uiAte / sizeof(REG_CR_INDEX_INTEGRACAO_V1)));
+    CXVConferenciaSelo conferencia(rSelos, rArquivo, false);
+    TXVPedacosEmRegistros<REG_CR_INDEX_INTEGRACAO_V1> pedacos;
+    XVUInt ulPosicao = 0;
+    const HRESULT hr =
+        rLeitura.Percorre(rArquivo, uiAte, [&](XVUInt64 uiOffset, std::span<const char> aBytes) {
+            const bool bAlterado = conferencia.Confere(uiOffset, aBytes);
+            pedacos.Toma(aBytes, bAlterado,
+                         [&](const REG_CR_INDEX_INTEGRACAO_V1& reg, bool bRegistroAlterado) {
+                             ++ulPosicao;
+                             if (TPlausivel::EhPlausivel(reg))
+                                 m_aEntradas.push_back({reg, ulPosicao, bRegistroAlterado});
+                             else
+                                 m_aImpossiveis.push_back(ulPosicao);
+                         });
+        });
+    m_uiSobra = pedacos.GetSobra();
+    m_uiBlocosAlterados = conferencia.GetAlterados();
+    m_selo = conferencia.GetNovo();
+    Ordena();
+    return hr;
+}
+
+void CXVExameIndice::Ordena() {
+    const auto chave = [](const SEntradaIndice& r) {
+        return std::pair(REG_XVDMC(r.reg.regDmcIntegracao).uiValor, r.ulPosicao);
+    };
+    const auto antes = [&](const SEntradaIndice& a, const SEntradaIndice& b) { return chave(a) < chave(b); };
+    if (!std::is_sorted(m_aEntradas.begin(), m_aEntradas.end(), antes))
+        std::sort(m_aEntradas.begin(), m_aEntradas.end(), antes);
+}

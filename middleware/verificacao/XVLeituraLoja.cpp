@@ -1,0 +1,123 @@
+#include "middleware/verificacao/XVLeituraLoja.h"
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+
+#include "core/xvdatabase/XVFileBase.h"
+#include "core/xvdatabase/XVNomeArquivo.h"
+#include "platform/XVAberturaConsulta.h"
+#include "platform/XVPlataforma.h"
+#include "support/codes/XVCodigosArquivo.h"
+#include "support/trace/XVCapturaTrace.h"
+
+namespace {
+
+using TInicio = std::array<XVByte, k_uiTamanhoCabecalho>;
+
+// What the first bytes of a file that is no exempt one say of it; the sizes are those without a header.
+void JulgaCabecalho(const TInicio& aInicio, std::size_t uiLidos, SArquivoLoja* pArquivo) {
+    REG_XVCABECALHO reg;
+    static_assert(sizeof(reg) == sizeof(aInicio));
+    std::memcpy(&reg, aInicio.data(), sizeof(reg));
+    const XVUInt64 uiTamanhoArquivo = pArquivo->uiTamanho;
+    const bool bAssinatura = uiLidos >= k_uiTamanhoBlocoA && XVCabecalho::AssinaturaConfere(reg.regA);
+    pArquivo->bInicioZerado = uiLidos == aInicio.size() &&
+                              std::all_of(aInicio.begin(), aInicio.end(), [](XVByte uc) { return uc == 0; });
+    if (!bAssinatura && !pArquivo->bInicioZerado &&
+        !XVCabecalho::EhReconhecivel({aInicio.data(), uiLidos}, pArquivo->sNome))
+        return;
+    pArquivo->uiInicio = std::min(k_uiTamanhoCabecalho, uiTamanhoArquivo);
+    pArquivo->uiTamanho = uiTamanhoArquivo - pArquivo->uiInicio;
+    if (!bAssinatura) {
+        pArquivo->hr = E_XVCR_CRC_CABECALHO_NAO_CONFERE;
+    } else if (reg.regA.usVersao != k_usVersaoCabecalho) {
+        pArquivo->hr = E_XVCR_VERSAO_CABECALHO_SUPERIOR_VERSAO_SISTEMA;
+    } else if (uiLidos < aInicio.size()) {
+        pArquivo->hr = E_XVCR_TAMANHO_CABECALHO_NAO_CONFERE;
+    } else if (!CXVFileBase::CabecalhoDesabilitadoNaMaquina()) {
+        pArquivo->hr = XVCabecalho::ValidaBlocoB(reg.regB, pArquivo->sNome, uiTamanhoArquivo);
+        pArquivo->bCabecalho =
+            reg.regB.uiTamanhoBloco == k_uiTamanhoBlocoB && XVCabecalho::CrcConfere(reg.regB);
+        pArquivo->regB = reg.regB;
+    }
+}
+
+}  // namespace
+
+CXVLeituraLoja::CXVLeituraLoja(const std::string& sDiretorio)
+    : m_visao(sDiretorio, CXVVisao::EFimArquivo::eDoSistema) {}
+
+HRESULT CXVLeituraLoja::Abre() {
+    std::vector<std::string> listaNomes;
+    const CXVErroArquivo erro =
+        XVPlataforma::SistemaArquivos().Lista(m_visao.GetDiretorio(), "*", listaNomes);
+    if (!erro.Ok()) return XVCodigoArquivo(erro);
+    m_mapaNomes.clear();
+    for (const std::string& rNome : listaNomes) m_mapaNomes.emplace(XVEmMinusculas(rNome), rNome);
+    return LeDiario();
+}
+
+HRESULT CXVLeituraLoja::LeDiario() {
+    m_eDiario = EDiario::eAusente;
+    IXVSistemaArquivos& rSistema = XVPlataforma::SistemaArquivos();
+    std::unique_ptr<IXVArquivo> pDiario;
+    const CXVErroArquivo erro =
+        rSistema.Abre(rSistema.Junta(m_visao.GetDiretorio(), k_pszNomeDiario), k_aberturaConsulta, pDiario);
+    if (erro.GetCausa() == ECausaArquivo::eArquivoNaoEncontrado) return S_OK;
+    if (!erro.Ok()) return XVCodigoArquivo(erro);
+    if (m_visao.TemEscritor())
+        m_eDiario = EDiario::eEmUso;
+    else
+        ConfereDiario(*pDiario);
+    return S_OK;
+}
+
+// As the next opening for writing will, which is asked to say what it would refuse and not to log it.
+void CXVLeituraLoja::ConfereDiario(IXVArquivo& rDiario) {
+    const CXVCapturaTrace captura;
+    CXVReconstrucao reconstrucao;
+    HRESULT hr = reconstrucao.Le(nullptr, m_visao.GetDiretorio(), rDiario);
+    if (SUCCEEDED(hr)) hr = reconstrucao.Confere(nullptr);
+    m_eDiario = SUCCEEDED(hr) ? EDiario::eAConcluir : EDiario::eNaoConfere;
+    m_listaCopias = reconstrucao.GetCopias();
+    if (SUCCEEDED(hr) || captura.GetFalhas().empty()) return;
+    m_sMotivoDiario = captura.GetFalhas().front().sMensagem;
+    std::replace(m_sMotivoDiario.begin(), m_sMotivoDiario.end(), '\t', ' ');
+}
+
+HRESULT CXVLeituraLoja::Descreve(const std::string& sNome, SArquivoLoja* pArquivo) {
+    const CXVErroArquivo erro = m_visao.NoMomento([&](CXVMomento& rMomento) -> CXVErroArquivo {
+        *pArquivo = {};
+        pArquivo->sNome = sNome;
+        SAreaVista area;
+        CXVErroArquivo erroLeitura = rMomento.GetArea(sNome, &area);
+        if (!erroLeitura.Ok() || !area.bExiste) return erroLeitura;
+        pArquivo->bExiste = true;
+        pArquivo->uiTamanho = area.uiTamanho;
+        TInicio aInicio{};
+        const auto uiLidos = static_cast<std::size_t>(std::min<XVUInt64>(area.uiTamanho, aInicio.size()));
+        if (uiLidos == 0 || XVNomeArquivo::EhIsento(sNome)) return erroLeitura;
+        erroLeitura = rMomento.Le(sNome, 0, aInicio.data(), uiLidos);
+        if (erroLeitura.Ok()) JulgaCabecalho(aInicio, uiLidos, pArquivo);
+        return erroLeitura;
+    });
+    if (!erro.Ok()) pArquivo->hr = XVCodigoArquivo(erro);
+    return XVCodigoArquivo(erro);
+}
+
+HRESULT CXVLeituraLoja::Percorre(const SArquivoLoja& rArquivo, XVUInt64 uiDe, XVUInt64 uiAte,
+                                 const FPedaco& fn) {
+    std::vector<char> aBloco;
+    CXVMomento momento(m_visao, 0);
+    for (XVUInt64 uiOffset = uiDe; uiOffset < uiAte; uiOffset += aBloco.size()) {
+        aBloco.resize(static_cast<std::size_t>(std::min<XVUInt64>(k_uiBloco, uiAte - uiOffset)));
+        const CXVErroArquivo erro = m_visao.NoMomento(momento, [&](CXVMomento& rMomento) {
+            return rMomento.Le(rArquivo.sNome, rArquivo.uiInicio + uiOffset, aBloco.data(), aBloco.size());
+        });
+        if (!erro.Ok()) return XVCodigoArquivo(erro);
+        if (m_fnProgresso) m_fnProgresso(rArquivo.sNome, aBloco.size());
+        fn(uiOffset, aBloco);
+    }
+    return S_OK;
+}

@@ -1,0 +1,168 @@
+#include "middleware/verificacao/XVRecuperacao.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "contract/XVCR_Enumeracoes.h"
+#include "core/xvdatabase/XVNomeArquivo.h"
+#include "core/xvdatabase/XVRegistroVersao.h"
+#include "middleware/ConversaoMiddleware.h"
+#include "middleware/XVDataBase_CR_Middleware.h"
+#include "middleware/verificacao/XVEscritaRecuperada.h"
+#include "platform/XVPlataforma.h"
+#include "support/codes/XVCodigosArquivo.h"
+
+namespace {
+// Behind every position that an index can have.
+constexpr XVUInt64 k_uiDepoisDoIndice = XVUInt64{1} << 32;
+}  // namespace
+
+CXVRecuperacao::CXVRecuperacao(SPastas pastas, const IXVDF_Profiler& rDono, bool bVersaoAtual)
+    : m_pastas(std::move(pastas)),
+      m_rDono(rDono),
+      m_bVersaoAtual(bVersaoAtual),
+      m_leitura(m_pastas.sOrigem) {}
+
+CXVRecuperacao::~CXVRecuperacao() = default;
+
+HRESULT CXVRecuperacao::Executa(SRecuperacao* pRecuperacao) {
+    *pRecuperacao = {};
+    m_pRecuperacao = pRecuperacao;
+    HRESULT hr = Prepara();
+    if (SUCCEEDED(hr)) hr = LeIndice();
+    if (FAILED(hr)) return hr;
+    XVPercorreDias(m_listaDias, m_indice.GetEntradas(),
+                   [&](XVUInt64 uiDia, std::span<const SEntradaIndice> aEntradas, XVUInt) {
+                       if (SUCCEEDED(hr)) hr = RecuperaDia(uiDia, aEntradas);
+                   });
+    using TMapa = REG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIRO_V2;
+    using TDataHora = REG_CR_DATA_HORA_INTEGRACAO_TERCEIRO_V1;
+    if (SUCCEEDED(hr)) hr = RecuperaLancamentos<TMapa>(k_pszArquivoChaveRegistroParaTerceiro, 2);
+    if (SUCCEEDED(hr)) hr = RecuperaLancamentos<TDataHora>(k_pszArquivoDataHoraIntegracao, 1);
+    if (SUCCEEDED(hr)) hr = GravaIndice();
+    if (SUCCEEDED(hr)) hr = CopiaLogs();
+    if (SUCCEEDED(hr)) hr = GravaControle();
+    // Last of all: without it the new directory is no store of this version.
+    if (SUCCEEDED(hr)) hr = GravaVersao();
+    if (FAILED(hr)) return hr;
+    return XVCodigoArquivo(XVPlataforma::SistemaArquivos().SincronizaDiretorio(m_pastas.sDestino));
+}
+
+HRESULT CXVRecuperacao::Prepara() {
+    HRESULT hr = m_leitura.Abre();
+    if (FAILED(hr)) return hr;
+    if (m_leitura.GetDiario() == EDiario::eEmUso) return eSharingViolation;
+    hr = ConfereVersao();
+    if (FAILED(hr)) return hr;
+    m_leitura.m_fnProgresso = [this](const std::string&, XVUInt64 uiBytes) {
+        if (m_fnProgresso) m_fnProgresso(uiBytes);
+    };
+    IXVSistemaArquivos& rSistema = XVPlataforma::SistemaArquivos();
+    CXVErroArquivo erro = rSistema.CriaDiretorio(m_pastas.sDestino);
+    std::vector<std::string> listaNomes;
+    if (erro.Ok()) erro = rSistema.Lista(m_pastas.sDestino, "*", listaNomes);
+    if (!erro.Ok()) return XVCodigoArquivo(erro);
+    return listaNomes.empty() ? S_OK : eInvalidFile;
+}
+
+// The record is believed where it reads as the present version and nothing else, its header whole or not.
+HRESULT CXVRecuperacao::ConfereVersao() {
+    SArquivoLoja arquivo;
+    HRESULT hr = m_leitura.Descreve(k_pszArquivoVersao, &arquivo);
+    REG_CR_MIDDLEWARE_VERSAO reg{};
+    if (SUCCEEDED(hr) && arquivo.uiTamanho == sizeof(reg))
+        hr = m_leitura.Percorre(arquivo, sizeof(reg), [&](XVUInt64, std::span<const char> aBytes) {
+            std::memcpy(&reg, aBytes.data(), sizeof(reg));
+        });
+    REG_CR_MIDDLEWARE_VERSAO regAtual{};
+    regAtual.usVersao = k_usVersaoAtualBase;
+    if (SUCCEEDED(hr) && std::memcmp(&reg, &regAtual, sizeof(reg)) == 0) return S_OK;
+    if (!XVTemDados(m_leitura)) return S_OK;
+    if (SUCCEEDED(hr) && SUCCEEDED(arquivo.hr) && arquivo.uiTamanho == sizeof(reg))
+        return reg.usVersao < k_usVersaoAtualBase ? E_XVCR_VERSAO_INCOMPATIVEL
+                                                  : E_XVCR_VERSAO_BASE_SUPERIOR_VERSAO_SISTEMA;
+    return m_bVersaoAtual ? S_OK : E_XVCR_INCONSISTENCIA_CONTROLE_CRIACAO_ARQUIVOS;
+}
+
+// The index, and of every integration that it does not know what the general log tells.
+HRESULT CXVRecuperacao::LeIndice() {
+    HRESULT hr = m_leitura.Descreve(k_pszArquivoIndexIntegracao, &m_arquivoIndice);
+    if (FAILED(hr)) return hr;
+    if (XVEhDeOutroPrograma(m_arquivoIndice.hr)) return m_arquivoIndice.hr;
+    // Under another name it may be another store's.
+    if (m_arquivoIndice.hr == E_XVCR_NOME_ARQUIVO_NAO_CONFERE) {
+        hr = Separa(m_arquivoIndice, 0, m_arquivoIndice.uiTamanho);
+        if (FAILED(hr)) return hr;
+    } else {
+        AnotaIlegivel(m_arquivoIndice,
+                      m_indice.Examina(m_leitura, m_arquivoIndice, m_arquivoIndice.uiTamanho, m_semSelos));
+    }
+    m_bIndiceConfere = m_arquivoIndice.bExiste && SUCCEEDED(m_arquivoIndice.hr) && m_indice.GetSobra() == 0 &&
+                       m_indice.GetImpossiveis().empty() && m_pRecuperacao->listaIlegiveis.empty();
+    constexpr XVUInt64 k_uiRegistro = sizeof(REG_CR_INDEX_INTEGRACAO_V1);
+    for (const XVUInt ulPosicao : m_indice.GetImpossiveis())
+        if (hr = Separa(m_arquivoIndice, (ulPosicao - 1) * k_uiRegistro, ulPosicao * k_uiRegistro);
+            FAILED(hr))
+            return hr;
+    m_listaDias = XVListaDias(m_leitura);
+    std::vector<REG_XVDMC> listaSemIndice;
+    XVPercorreDias(m_listaDias, m_indice.GetEntradas(),
+                   [&](XVUInt64 uiDia, std::span<const SEntradaIndice> aEntradas, XVUInt) {
+                       CXVExameDia dia(m_leitura, m_semSelos, uiDia, CXVExameDia::EAlcance::eTudo);
+                       dia.ExaminaRegistros(aEntradas, ~XVUInt{0});
+                       dia.JuntaChavesDoBanco(aEntradas, &m_aDoBanco);
+                       for (const XVUInt ulPonteiro : dia.GetSemIndice())
+                           listaSemIndice.push_back(dia.GetDmc(ulPonteiro));
+                       for (XVUInt ul = 1; ul <= dia.GetMotivos().size(); ++ul)
+                           if ((dia.GetMotivos()[ul - 1] & eMotivo_IndiceRepetido) != 0)
+                               listaSemIndice.push_back(dia.GetDmc(ul));
+                   });
+    std::sort(m_aDoBanco.begin(), m_aDoBanco.end());
+    m_log.Le(m_pastas.sOrigem, listaSemIndice);
+    return S_OK;
+}
+
+// A later integration of the bank with the same key took its place in the index; or may have, where the
+// index is whole and no line of the log is left to say so. It stays as it was, unknown to the index.
+bool CXVRecuperacao::FoiSubstituida(REG_XVDMC regDmc) const {
+    const auto uiChave = m_log.GetChave(regDmc);
+    if (uiChave) return *uiChave != 0 && std::binary_search(m_aDoBanco.begin(), m_aDoBanco.end(), *uiChave);
+    return m_bIndiceConfere && !m_aDoBanco.empty();
+}
+
+void CXVRecuperacao::PoeNoIndice(REG_XVDMC regDmc) {
+    REG_CR_INDEX_INTEGRACAO_V1 reg{};
+    reg.regDmcIntegracao = regDmc;
+    reg.uiChaveIntegracaoSistemaTerceiro = m_log.GetChave(regDmc).value_or(0);
+    reg.eSistemaIntegracao = Tipo_Nenhum;
+    reg.eStatusIntegracao = eXVSMiddleware_Erro;
+    m_mapaIndice.emplace(k_uiDepoisDoIndice + m_mapaIndice.size(), reg);
+}
+
+void CXVRecuperacao::AnotaPerdida(REG_XVDMC regDmc, XVUInt ulMotivos, std::optional<XVUInt64> uiChave) {
+    ++m_pRecuperacao->uiPerdidas;
+    m_pRecuperacao->listaIntegracoes.push_back({regDmc, true, ulMotivos, uiChave});
+}
+
+void CXVRecuperacao::AnotaIlegivel(const SArquivoLoja& rArquivo, HRESULT hr) {
+    if (FAILED(hr)) m_pRecuperacao->listaIlegiveis.push_back(rArquivo.sNome);
+}
+
+HRESULT CXVRecuperacao::Separa(const SArquivoLoja& rArquivo, XVUInt64 uiDe, XVUInt64 uiAte) {
+    if (uiDe >= uiAte) return S_OK;
+    const XVUInt64 uiOffset = rArquivo.uiInicio + uiDe;
+    const CXVErroArquivo erro = XVPlataforma::SistemaArquivos().CriaDiretorio(m_pastas.sSeparados);
+    if (!erro.Ok()) return XVCodigoArquivo(erro);
+    CXVEscritaRecuperada escrita(m_pastas.sSeparados, rArquivo.sNome + '.' + std::to_string(uiOffset),
+                                 CXVEscritaRecuperada::ECabecalho::eSem);
+    HRESULT hr = escrita.Abre();
+    if (FAILED(hr)) return hr;
+    const HRESULT hrLeitura =
+        m_leitura.Percorre(rArquivo, uiDe, uiAte, [&](XVUInt64, std::span<const char> aBytes) {
+            if (SUCCEEDED(hr)) hr = escrita.Grava({aBytes.data(), aBytes.size()});
+        });
+    AnotaIlegivel(rArquivo, hrLeitura);
+    if (SUCCEEDED(hr)) hr = escrita.Conclui(m_rDono, 0);
+    m_pRecuperacao->listaSeparados.push_back({rArquivo.sNome, uiOffset, uiAte - uiDe});
+    return hr;
+}

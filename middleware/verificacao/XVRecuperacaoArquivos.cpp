@@ -1,0 +1,117 @@
+// CXVRecuperacao: what is not of a day.
+#include <algorithm>
+
+#include "core/xvdatabase/XVNomeArquivo.h"
+#include "core/xvdatabase/XVRegistroVersao.h"
+#include "middleware/ConversaoMiddleware.h"
+#include "middleware/XVDataBase_CR_Middleware.h"
+#include "middleware/verificacao/XVEscritaRecuperada.h"
+#include "middleware/verificacao/XVPedacosEmRegistros.h"
+#include "middleware/verificacao/XVRecuperacao.h"
+#include "platform/XVAberturaConsulta.h"
+#include "platform/XVPlataforma.h"
+#include "support/codes/XVCodigosArquivo.h"
+
+namespace {
+
+template <class T>
+std::string_view Bytes(const T& reg) {
+    return {reinterpret_cast<const char*>(&reg), sizeof(reg)};
+}
+
+}  // namespace
+
+HRESULT CXVRecuperacao::Conclui(CXVEscritaRecuperada& rEscrita) {
+    m_listaArquivos.push_back(rEscrita.GetNome());
+    return rEscrita.Conclui(m_rDono, k_usVersaoArquivoInicial);
+}
+
+// The records that can be one, in their order; the others are put aside.
+template <class T>
+HRESULT CXVRecuperacao::RecuperaLancamentos(const char* pszNome, XVUInt ulColunas) {
+    SArquivoLoja arquivo;
+    HRESULT hr = m_leitura.Descreve(pszNome, &arquivo);
+    if (FAILED(hr) || !arquivo.bExiste) return hr;
+    if (XVEhDeOutroPrograma(arquivo.hr)) return arquivo.hr;
+    const CXVDataBase_CR_Middleware esquema;
+    std::vector<T> aBons;
+    std::vector<XVUInt64> aRuins;
+    TXVPedacosEmRegistros<T> pedacos;
+    const auto examina = [&](const T& reg, bool) {
+        bool bBom = TXVPlausibilidade<T>::EhPlausivel(reg);
+        for (XVUInt ul = 0; ul < ulColunas; ++ul) bBom = bBom && esquema.GetChaveIndex(reg, ul) != 0;
+        if (bBom)
+            aBons.push_back(reg);
+        else
+            aRuins.push_back((aBons.size() + aRuins.size()) * sizeof(T));
+    };
+    if (arquivo.hr != E_XVCR_NOME_ARQUIVO_NAO_CONFERE)
+        AnotaIlegivel(arquivo, m_leitura.Percorre(arquivo, arquivo.uiTamanho,
+                                                  [&](XVUInt64, std::span<const char> aBytes) {
+                                                      pedacos.Toma(aBytes, false, examina);
+                                                  }));
+    for (const XVUInt64 uiDe : aRuins)
+        if (hr = Separa(arquivo, uiDe, uiDe + sizeof(T)); FAILED(hr)) return hr;
+    hr = Separa(arquivo, (aBons.size() + aRuins.size()) * sizeof(T), arquivo.uiTamanho);
+    m_pRecuperacao->uiLancamentos += aBons.size();
+    CXVEscritaRecuperada escrita(m_pastas.sDestino, pszNome, CXVEscritaRecuperada::ECabecalho::eCom);
+    if (SUCCEEDED(hr)) hr = escrita.Abre();
+    for (auto it = aBons.begin(); it != aBons.end() && SUCCEEDED(hr); ++it) hr = escrita.Grava(Bytes(*it));
+    return SUCCEEDED(hr) ? Conclui(escrita) : hr;
+}
+template HRESULT CXVRecuperacao::RecuperaLancamentos<REG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIRO_V2>(
+    const char*, XVUInt);
+template HRESULT CXVRecuperacao::RecuperaLancamentos<REG_CR_DATA_HORA_INTEGRACAO_TERCEIRO_V1>(const char*,
+                                                                                              XVUInt);
+
+// In the old order: of several integrations with one key the lowest position is the one that a status meets.
+HRESULT CXVRecuperacao::GravaIndice() {
+    if (m_mapaIndice.empty() && !m_arquivoIndice.bExiste) return S_OK;
+    CXVEscritaRecuperada escrita(m_pastas.sDestino, k_pszArquivoIndexIntegracao,
+                                 CXVEscritaRecuperada::ECabecalho::eCom);
+    HRESULT hr = escrita.Abre();
+    for (auto it = m_mapaIndice.begin(); it != m_mapaIndice.end() && SUCCEEDED(hr); ++it)
+        hr = escrita.Grava(Bytes(it->second));
+    return SUCCEEDED(hr) ? Conclui(escrita) : hr;
+}
+
+HRESULT CXVRecuperacao::GravaVersao() {
+    REG_CR_MIDDLEWARE_VERSAO reg{};
+    reg.usVersao = k_usVersaoAtualBase;
+    CXVEscritaRecuperada escrita(m_pastas.sDestino, k_pszArquivoVersao,
+                                 CXVEscritaRecuperada::ECabecalho::eCom);
+    HRESULT hr = escrita.Abre();
+    if (SUCCEEDED(hr)) hr = escrita.Grava(Bytes(reg));
+    return SUCCEEDED(hr) ? escrita.Conclui(m_rDono, k_usVersaoArquivoInicial) : hr;
+}
+
+HRESULT CXVRecuperacao::GravaControle() {
+    m_listaArquivos.insert(m_listaArquivos.begin(), k_pszArquivoVersao);
+    CXVEscritaRecuperada escrita(m_pastas.sDestino,
+                                 std::string(XVDATABASE_NOME_ARQUIVO_CONTROLE_CRIACAO_ARQUIVOS),
+                                 CXVEscritaRecuperada::ECabecalho::eSem);
+    HRESULT hr = escrita.Abre();
+    for (auto it = m_listaArquivos.begin(); it != m_listaArquivos.end() && SUCCEEDED(hr); ++it)
+        hr = escrita.GravaTexto(*it);
+    return SUCCEEDED(hr) ? escrita.Conclui(m_rDono, 0) : hr;
+}
+
+// The general logs belong to the store's history; without them nothing tells keys that an index lost.
+HRESULT CXVRecuperacao::CopiaLogs() {
+    for (const auto& [sMinusculo, sNome] : m_leitura.GetNomes()) {
+        if (!sMinusculo.starts_with("xvloggeral_") || !sMinusculo.ends_with(".log")) continue;
+        SArquivoLoja arquivo;
+        HRESULT hr = m_leitura.Descreve(sNome, &arquivo);
+        CXVEscritaRecuperada escrita(m_pastas.sDestino, sNome, CXVEscritaRecuperada::ECabecalho::eSem);
+        if (SUCCEEDED(hr)) hr = escrita.Abre();
+        if (FAILED(hr)) return hr;
+        AnotaIlegivel(arquivo, m_leitura.Percorre(arquivo, arquivo.uiTamanho,
+                                                  [&](XVUInt64, std::span<const char> aBytes) {
+                                                      if (SUCCEEDED(hr))
+                                                          hr = escrita.Grava({aBytes.data(), aBytes.size()});
+                                                  }));
+        if (SUCCEEDED(hr)) hr = escrita.Conclui(m_rDono, 0);
+        if (FAILED(hr)) return hr;
+    }
+    return S_OK;
+}

@@ -1,0 +1,346 @@
+// Damage done to a sound store: verification names it, recovery brings back whatever bytes are there, and the
+// store that it makes is sound and answers as the old one did.
+#include <functional>
+
+#include "middleware/verificacao/XVRecuperacao.h"
+#include "middleware/verificacao/XVVerificacao.h"
+#include "tests/harness/XVGanchoArquivos.h"
+#include "tests/middleware/XVOperacoesLoja.h"
+#include "tests/middleware/XVRetratoLoja.h"
+
+namespace {
+
+// Findings that are more than notes: "semJSON 20240315:2-3", "arquivoRecusado CRINDEXINTEG.dat".
+std::string Achados(const SVerificacao& rVerificacao, EGravidade eDesde = EGravidade::eAviso) {
+    std::string sTexto;
+    for (const SXVAchado& rAchado : rVerificacao.listaAchados) {
+        if (XVDescreveAchado(rAchado.eTipo).eGravidade < eDesde) continue;
+        sTexto += std::string(sTexto.empty() ? "" : "; ") + XVDescreveAchado(rAchado.eTipo).pszNome + ' ';
+        sTexto += rAchado.aFaixas.empty() ? rAchado.sArquivo : std::to_string(rAchado.uiDia) + ':';
+        for (const SFaixa& rFaixa : rAchado.aFaixas)
+            sTexto += (sTexto.back() == ':' ? "" : ",") + std::to_string(rFaixa.ulDe) +
+                      (rFaixa.ulDe == rFaixa.ulAte ? "" : '-' + std::to_string(rFaixa.ulAte));
+    }
+    return sTexto;
+}
+
+class Verificacao : public CXVCenarioLoja {
+  protected:
+    Verificacao() {
+        EXPECT_TRUE(XVPovoaLoja(*Abre(), [this](unsigned uiDia) { SetDia(uiDia); }));
+        m_original = XVRetrataLoja(*Abre());  // all files are listed from now on
+    }
+    std::string Verifica(SVerificacao* pVerificacao = nullptr, EGravidade eDesde = EGravidade::eAviso) {
+        SVerificacao verificacao;
+        EXPECT_EQ(CXVVerificacao(PastaDados()).Executa(&verificacao), S_OK);
+        if (pVerificacao != nullptr) *pVerificacao = verificacao;
+        EXPECT_EQ(verificacao.EhIntegra(), Achados(verificacao, EGravidade::eDano).empty());
+        return Achados(verificacao, eDesde);
+    }
+    // "20240315-3-1 perdida; 20240315-2-1 com faltas"; from now on the new store is the one that opens.
+    std::string Recupera() {
+        SRecuperacao recuperacao;
+        const std::string sDestino = "/nova/MATRIZ/DF";
+        CXVRecuperacao recupera({PastaDados(), sDestino, "/nova/MATRIZ/separados"}, m_Dono, true);
+        EXPECT_EQ(recupera.Executa(&recuperacao), S_OK);
+        m_registry.SetTexto(CAmbienteXV::GetChaveRegistry(XV_DF), "Path", "/nova");
+        std::string sTexto;
+        for (const SIntegracaoRecuperada& r : recuperacao.listaIntegracoes)
+            sTexto += (sTexto.empty() ? "" : "; ") + r.regDmc.ToString() +
+                      (r.bPerdida ? " perdida" : " com faltas");
+        return sTexto;
+    }
+    void Muda(const std::string& sNome, const std::function<void(std::string&)>& fn) {
+        std::string sBytes = Conteudo(sNome);
+        fn(sBytes);
+        m_Arquivos.CriaArquivo(PastaDados(sNome), sBytes);
+    }
+    // Changes the payload under a header that vouches for it.
+    void MudaDados(const std::string& sNome, const std::function<void(std::string&)>& fn) {
+        Muda(sNome, [&](std::string& rs) {
+            rs.erase(0, 240);
+            fn(rs);
+            rs = XVArquivoDoTeste({.sNome = sNome}, rs);
+        });
+    }
+    void Apaga(const std::string& sNome) { EXPECT_TRUE(m_Arquivos.Apaga(PastaDados(sNome)).Ok()); }
+
+    TRetratoLoja m_original;
+};
+
+constexpr const char* k_pszIndice = "CRINDEXINTEG.dat";
+constexpr const char* k_pszControle = "XVDATABASE_FILE_CTRL.dat";
+constexpr const char* k_pszDia = "CRINTEGMID20240315.dat";
+constexpr const char* k_pszJSON = "CRINTEGMIDJSON20240315.dat";
+constexpr const char* k_pszMensagem = "CRINTEGMIDMENS20240315.dat";
+
+struct SDano {
+    const char* pszNome;
+    std::function<void(Verificacao&)> fnFaz;
+    const char* pszAchados;
+    const char* pszRecuperadas;  // what did not come back as it was
+};
+void PrintTo(const SDano& rDano, std::ostream* pSaida) {
+    *pSaida << rDano.pszNome;
+}
+
+class VerificacaoDano : public Verificacao, public testing::WithParamInterface<SDano> {
+  public:
+    using Verificacao::Apaga;
+    using Verificacao::Conteudo;
+    using Verificacao::m_Arquivos;
+    using Verificacao::Muda;
+    using Verificacao::MudaDados;
+    using Verificacao::PastaDados;
+};
+using V = VerificacaoDano;
+
+V& D(Verificacao& r) {
+    return static_cast<V&>(r);
+}
+// What is done to a file: to its payload under a header that vouches for it, or to the whole file.
+using TMuda = std::function<void(std::string&)>;
+auto NosDados(const char* pszNome, TMuda fn) {
+    return [=](Verificacao& r) { D(r).MudaDados(pszNome, fn); };
+}
+auto NoArquivo(const char* pszNome, TMuda fn) {
+    return [=](Verificacao& r) { D(r).Muda(pszNome, fn); };
+}
+auto Zera(const char* pszNome, std::size_t uiDe, std::size_t uiBytes) {
+    return NosDados(pszNome, [=](std::string& rs) { rs.replace(uiDe, uiBytes, uiBytes, '\0'); });
+}
+auto ZeraFim(const char* pszNome, std::size_t ui) {
+    return NosDados(pszNome, [=](std::string& rs) { rs.replace(rs.size() - ui, ui, ui, '\0'); });
+}
+auto Poe(const char* pszNome, std::size_t uiOnde, char c) {
+    return NosDados(pszNome, [=](std::string& rs) { rs[uiOnde] = c; });
+}
+auto Vira(const char* pszNome, std::size_t uiOnde) {
+    return NoArquivo(pszNome, [=](std::string& rs) { rs[uiOnde] = static_cast<char>(rs[uiOnde] ^ 1); });
+}
+auto Corta(const char* pszNome, std::size_t uiBytes) {
+    return NoArquivo(pszNome, [=](std::string& rs) { rs.resize(rs.size() - uiBytes); });
+}
+auto Some(const char* pszNome) {
+    return [=](Verificacao& r) { D(r).Apaga(pszNome); };
+}
+// The content of another file.
+auto Troca(const char* pszNome, const char* pszPor) {
+    return
+        [=](Verificacao& r) { D(r).m_Arquivos.CriaArquivo(D(r).PastaDados(pszNome), D(r).Conteudo(pszPor)); };
+}
+
+const std::string k_sDeDoisRegistros = XVCabecalhoDoTeste({.sNome = k_pszDia}, 2 * 88);
+const SDano k_aDanos[] = {
+    {"CabecalhoDoIndice", Vira(k_pszIndice, 130), "arquivoRecusado CRINDEXINTEG.dat", ""},
+    {"IndiceAusente", Some(k_pszIndice),
+     "arquivoAusente CRINDEXINTEG.dat; semIndice 20240313:1-2; semIndice 20240314:1; semIndice 20240315:1-3",
+     "20240313-1-1 com faltas; 20240313-2-1 com faltas; 20240314-1-1 com faltas; 20240315-1-1 com faltas; "
+     "20240315-2-1 com faltas; 20240315-3-1 com faltas"},
+    {"IndiceComZeros", Zera(k_pszIndice, 24, 24), "indiceImpossivel CRINDEXINTEG.dat; semIndice 20240313:2",
+     "20240313-2-1 com faltas"},
+    {"IndiceSemUm", NosDados(k_pszIndice, [](std::string& rs) { rs.erase(72, 24); }), "semIndice 20240315:1",
+     "20240315-1-1 com faltas"},
+    {"IndiceRepetido", NosDados(k_pszIndice, [](std::string& rs) { rs.replace(104, 8, rs.substr(80, 8)); }),
+     "indiceRepetido 20240315:1; semIndice 20240315:2", "20240315-1-1 com faltas; 20240315-2-1 com faltas"},
+    {"RegistrosCortados", Corta(k_pszDia, 10),
+     "arquivoRecusado CRINTEGMID20240315.dat; registroPelaMetade CRINTEGMID20240315.dat; "
+     "semRegistro 20240315:3; diaRecusado 20240315:1-2",
+     "20240315-3-1 perdida"},
+    {"CabecalhoAtrasado",
+     NoArquivo(k_pszDia, [](std::string& rs) { rs.replace(0, 240, k_sDeDoisRegistros); }),
+     "arquivoRecusado CRINTEGMID20240315.dat; semRegistro 20240315:3; diaRecusado 20240315:1-2", ""},
+    {"RegistroZerado", Zera(k_pszDia, 88, 88), "registroVazio 20240315:2", "20240315-2-1 perdida"},
+    {"RegistroImpossivel", Poe(k_pszDia, 19, '\x7f'), "registroImpossivel 20240315:1",
+     "20240315-1-1 perdida"},
+    {"DiaDeOutroDia", Troca(k_pszDia, "CRINTEGMID20240313.dat"),
+     "arquivoRecusado CRINTEGMID20240315.dat; semRegistro 20240315:1-3",
+     "20240315-1-1 perdida; 20240315-2-1 perdida; 20240315-3-1 perdida"},
+    {"TextoDeOutra", Poe(k_pszDia, 2 * 88 + 48, 1), "textoDeOutra 20240315:1,3",
+     "20240315-1-1 com faltas; 20240315-3-1 com faltas"},
+    {"CadeiaPartida", Poe(k_pszJSON, 4 + 712 + 3, '\x7f'),
+     "cadeiaPartida CRINTEGMIDJSON20240315.dat; semJSON 20240315:2-3",
+     "20240315-2-1 com faltas; 20240315-3-1 com faltas"},
+    {"TextoComZeros", Zera(k_pszJSON, 100, 512), "textoZerado 20240315:1", "20240315-1-1 com faltas"},
+    {"ZerosNoFim", ZeraFim(k_pszMensagem, 17),
+     "cadeiaPartida CRINTEGMIDMENS20240315.dat; textoZerado 20240315:3", "20240315-3-1 com faltas"},
+    {"MensagensAusentes", Some(k_pszMensagem),
+     "arquivoAusente CRINTEGMIDMENS20240315.dat; semMensagem 20240315:1-3",
+     "20240315-1-1 com faltas; 20240315-2-1 com faltas; 20240315-3-1 com faltas"},
+    {"SoMeioCabecalho", Corta("CRINTEGMIDJSON20240314.dat", 800),
+     "arquivoRecusado CRINTEGMIDJSON20240314.dat; semJSON 20240314:1; diaRecusado 20240314:1",
+     "20240314-1-1 com faltas"},
+    {"CabecalhoZerado", NoArquivo(k_pszJSON, [](std::string& rs) { rs.replace(0, 240, 240, '\0'); }),
+     "arquivoRecusado CRINTEGMIDJSON20240315.dat; diaRecusado 20240315:1-3", ""},
+    {"VersaoAusente", Some("CRMIDDLEWAREVS.dat"), "arquivoAusente CRMIDDLEWAREVS.dat", ""},
+    {"ControleCortado", Corta(k_pszControle, 2), "cadeiaPartida XVDATABASE_FILE_CTRL.dat", ""},
+    {"CopiaDeixada", Troca("CRDTHRINTEG.tra", "CRDTHRINTEG.dat"), "copiaDeixada CRDTHRINTEG.tra", ""},
+    {"DatasComZeros", Zera("CRDTHRINTEG.dat", 0, 32), "lancamentoImpossivel CRDTHRINTEG.dat", ""},
+};
+
+TEST_P(VerificacaoDano, EhDitoERecuperado) {
+    GetParam().fnFaz(*this);
+    const auto antes = m_Arquivos.Retrata();
+    SVerificacao verificacao;
+    EXPECT_EQ(Verifica(&verificacao), GetParam().pszAchados);
+    EXPECT_EQ(verificacao.uiIntegracoes, 6U);
+    const std::string sRecuperadas = Recupera();
+    EXPECT_EQ(sRecuperadas, GetParam().pszRecuperadas);
+    for (const auto& [sPath, arquivo] : antes)
+        EXPECT_TRUE(sPath.ends_with('/') || arquivo.sConteudo == m_Arquivos.LeConteudo(sPath)) << sPath;
+    EXPECT_EQ(Verifica(), "") << "what was recovered is sound";
+    TRetratoLoja esperado = m_original;
+    TRetratoLoja obtido = XVRetrataLoja(*Abre());
+    for (TRetratoLoja* pRetrato : {&esperado, &obtido})
+        std::erase_if(*pRetrato, [&](const auto& it) {
+            const bool bIntegracao = it.first.starts_with("integracao ");
+            return bIntegracao ? sRecuperadas.find(it.first.substr(11)) != std::string::npos
+                               : !sRecuperadas.empty() || it.first.starts_with("data e hora ");
+        });
+    EXPECT_EQ(XVDiferenca(esperado, obtido), "");
+    EXPECT_EQ(Verifica(), "") << "and stays sound in use";
+}
+INSTANTIATE_TEST_SUITE_P(Loja, VerificacaoDano, testing::ValuesIn(k_aDanos),
+                         [](const auto& rInfo) { return std::string(rInfo.param.pszNome); });
+
+// What only the index knew is not made up, and nobody gets a key that was somebody's.
+TEST_F(Verificacao, SemIndiceVoltaComErroEAChaveDoLog) {
+    Apaga(k_pszIndice);
+    Corta(k_pszDia, 88)(*this);
+    EXPECT_EQ(Recupera().find("perdida"), std::string::npos) << "nothing tells of the third of the 15th";
+    TLoja pLoja = Abre();
+    const SIntegracaoLida lida = XVLe(*pLoja, {XVChaveDmc(k_uiHoje, 1)});
+    EXPECT_EQ(lida.reg.eStatusIntegracao, XVUInt{eXVSMiddleware_Erro});
+    EXPECT_EQ(lida.reg.eSistemaIntegracao, XVUInt{Tipo_Nenhum});
+    EXPECT_EQ(lida.reg.uiChaveIntegracaoSistemaTerceiro, 1U);
+    EXPECT_EQ(lida.sJSON, "{\"quinze\":1}" + std::string(700, 'j'));
+    EXPECT_NE(lida.sMensagem.find("status e sistema externo não são conhecidos"), std::string::npos);
+    EXPECT_NE(lida.sMensagem.find("Mensagem anterior: quinze enviada"), std::string::npos);
+}
+
+TEST_F(Verificacao, LugarDaPerdidaFicaVago) {
+    Corta(k_pszDia, 88)(*this);
+    EXPECT_EQ(Recupera(), "20240315-3-1 perdida");
+    SetDia(15);
+    EXPECT_EQ(Grava(*Abre(), CXVIntegracaoTeste(77)).uiValor, XVChaveDmc(k_uiHoje, 4));
+}
+
+TEST_F(Verificacao, RecuperacaoRecusaOQueNaoPodeSaber) {
+    const auto recupera = [&](bool bVersaoAtual) {
+        SRecuperacao recuperacao;
+        return CXVRecuperacao({PastaDados(), "/nova/MATRIZ/DF", "/nova/x"}, m_Dono, bVersaoAtual)
+            .Executa(&recuperacao);
+    };
+    {
+        const TLoja pAberta = Abre();
+        EXPECT_EQ(recupera(false), eSharingViolation);
+    }
+    const std::string sVersao = Conteudo("CRMIDDLEWAREVS.dat");
+    Apaga("CRMIDDLEWAREVS.dat");
+    EXPECT_EQ(recupera(false), E_XVCR_INCONSISTENCIA_CONTROLE_CRIACAO_ARQUIVOS);
+    for (const auto& [cVersao, hr] : {std::pair('\4', E_XVCR_VERSAO_INCOMPATIVEL),
+                                      std::pair('\6', E_XVCR_VERSAO_BASE_SUPERIOR_VERSAO_SISTEMA)}) {
+        m_Arquivos.CriaArquivo(PastaDados("CRMIDDLEWAREVS.dat"), sVersao);
+        MudaDados("CRMIDDLEWAREVS.dat", [c = cVersao](std::string& rs) { rs[0] = c; });
+        EXPECT_EQ(recupera(true), hr);
+        EXPECT_EQ(Verifica(), cVersao == '\4' ? "versaoAnterior CRMIDDLEWAREVS.dat"
+                                              : "versaoPosterior CRMIDDLEWAREVS.dat");
+    }
+    m_Arquivos.CriaArquivo(PastaDados("CRMIDDLEWAREVS.dat"), sVersao);
+    m_Arquivos.CriaArquivo("/nova/MATRIZ/DF/x", "");
+    EXPECT_EQ(recupera(false), eInvalidFile);
+}
+
+// The bank's later integration takes the place of the earlier one in the index: by the log that is the normal
+// course of things, without the log it may be.
+TEST_F(Verificacao, SubstituidaDoBancoNaoFazFalta) {
+    SetDia(16);
+    Grava(*Abre(), CXVIntegracaoTeste(500, OfficialBank));
+    SVerificacao verificacao;
+    EXPECT_EQ(Verifica(&verificacao), "");
+    EXPECT_EQ(verificacao.uiSubstituidas, 1U);
+    EXPECT_EQ(verificacao.uiIntegracoes, 6U);
+    Apaga("XVLogGeral_202403.log");
+    EXPECT_EQ(Verifica(&verificacao), "talvezSubstituida 20240315:2");
+    EXPECT_TRUE(verificacao.EhIntegra());
+    EXPECT_EQ(Recupera(), "");
+    EXPECT_EQ(Verifica(), "talvezSubstituida 20240315:2");
+}
+
+// Operations come between any two file operations of the verification, and the store is left as a process
+// leaves it that is killed.
+TEST_F(Verificacao, AoLadoDeQuemGravaEDepoisDaMorte) {
+    TLoja pEscritor = Abre();
+    unsigned uiVez = 0;
+    const auto grava = [&] {
+        const unsigned uiQual = ++uiVez % 4;
+        SetDia(15 + uiVez % 10);
+        const REG_XVDMC regDmc = Grava(
+            *pEscritor, CXVIntegracaoTeste(uiQual == 1 ? 500 : uiVez, uiQual == 1 ? OfficialBank : Mercos)
+                            .Textos(std::string(uiVez * 40, 'j'), "m", uiQual == 2 ? "" : "r"));
+        const std::string sTexto(uiVez, 'x');
+        EXPECT_EQ(pEscritor->GravaStatusIntegracao(
+                      XVStatusPS(uiQual == 3 ? REG_XVDMC{XVChaveDmc(k_uiHoje, 1)} : regDmc, 0,
+                                 eXVSMiddleware_Erro, sTexto, sTexto)),
+                  S_OK);
+    };
+    CXVSistemaArquivosGancho gancho(m_Arquivos);
+    const CXVGuardaSistemaArquivos guarda(gancho);
+    unsigned uiOperacoes = 1;
+    for (unsigned uiOnde = 0; uiOnde < uiOperacoes && !HasFailure(); uiOnde += 7) {
+        SCOPED_TRACE(uiOnde);
+        uiOperacoes = 0;
+        const CXVGanchoArquivos depois([&] {
+            if (uiOperacoes++ == uiOnde) grava();
+        });
+        SVerificacao verificacao;
+        EXPECT_EQ(Verifica(&verificacao), "");
+        EXPECT_EQ(verificacao.uiInteiras, verificacao.uiIntegracoes);
+    }
+    EXPECT_EQ(Verifica(nullptr, EGravidade::eNota), "emUso XVDATABASE_ABERTA.srk");
+    const auto morta = m_Arquivos.Retrata();
+    pEscritor.reset();
+    m_Arquivos.Restaura(morta);
+    EXPECT_EQ(Verifica(nullptr, EGravidade::eNota), "diarioAConcluir XVDATABASE_ABERTA.srk");
+    Muda(k_pszIndice, [](std::string& rs) { rs += "x"; });
+    EXPECT_EQ(Verifica().substr(0, 38), "diarioNaoConfere XVDATABASE_ABERTA.srk");
+}
+
+// A bit that nobody wrote is seen by the seal alone; what operations do is none.
+TEST_F(Verificacao, SeloAcusaOQueNenhumaOperacaoMudou) {
+    SVerificacao verificacao;
+    const auto sela = [&] {
+        CXVVerificacao executor(PastaDados());
+        EXPECT_EQ(executor.Executa(&verificacao), S_OK);
+        return executor.Sela();
+    };
+    EXPECT_EQ(sela(), S_OK);
+    SetDia(15);
+    {
+        const TLoja pLoja = Abre();
+        Grava(*pLoja, CXVIntegracaoTeste(9).Textos("{}", "nova", "{}"));
+        EXPECT_EQ(pLoja->GravaStatusIntegracao(
+                      XVStatusPS({XVChaveDmc(k_uiHoje, 1)}, 0, eXVSMiddleware_Erro, "s", "")),
+                  S_OK);
+    }
+    EXPECT_EQ(Verifica(&verificacao), "");
+    EXPECT_EQ(verificacao.uiSelados, 15U);
+    const auto antes = m_Arquivos.Retrata();
+    for (const auto& [pszNome, uiOnde, pszAchados] :
+         {std::tuple("CRINTEGMIDJSON20240313.dat", 300,
+                     "blocoAlterado CRINTEGMIDJSON20240313.dat; alterada 20240313:1-2"),
+          std::tuple(k_pszJSON, 300, "blocoAlterado CRINTEGMIDJSON20240315.dat; alterada 20240315:1-4"),
+          std::tuple("CRINTEGMID20240314.dat", 240 + 72,
+                     "blocoAlterado CRINTEGMID20240314.dat; alterada 20240314:1"),
+          std::tuple("CRDTHRINTEG.dat", 241, "blocoAlterado CRDTHRINTEG.dat")}) {
+        m_Arquivos.Restaura(antes);
+        Vira(pszNome, static_cast<std::size_t>(uiOnde))(*this);
+        EXPECT_EQ(Verifica(), pszAchados);
+        EXPECT_EQ(sela(), S_FALSE) << "a seal over damage would hide it";
+    }
+    m_Arquivos.Restaura(antes);
+    Vira(k_pszArquivoSelos, 40)(*this);
+    EXPECT_EQ(Verifica(), "selosInvalidos XVDATABASE_SELOS.srk");
+}
+
+}  // namespace

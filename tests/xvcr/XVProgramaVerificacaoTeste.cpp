@@ -1,0 +1,60 @@
+// verifica and recupera as a person or a program uses them.
+#include <gmock/gmock.h>
+
+#include "tests/harness/XVProcessoFilho.h"
+#include "tests/xvcr/XVPrograma.h"
+
+namespace {
+
+using testing::HasSubstr;
+using testing::StartsWith;
+
+class ProgramaVerificacao : public XVPrograma {};
+
+TEST_F(ProgramaVerificacao, DanoDitoRecuperadoEASalvo) {
+    const std::string sPrimeira = Grava("grava --status Pendente --json-enviado {\"n\":1} --mensagem ida");
+    const std::string sSegunda = Grava("grava --status Pendente --json-enviado {\"n\":2} --mensagem volta");
+    EXPECT_THAT(
+        Xvcr("verifica --sela").sSaida,
+        StartsWith(
+            "Empresa 001: todas as 2 integrações, de 1 dia, estão inteiras, e a base está íntegra.\n"));
+    const std::string sArquivo = "001/DF/CRINTEGMIDJSON" + sPrimeira.substr(0, 8) + ".dat";
+    std::string sBytes = m_Diretorio.LeConteudo(sArquivo).value_or("");
+    ASSERT_EQ(sBytes.size(), 240U + 2 * 11);
+    sBytes[240 + 4] = '[';
+    m_Diretorio.CriaArquivo(sArquivo, sBytes);
+    EXPECT_THAT(Xvcr("verifica").sSaida, HasSubstr("não são mais os selados"));
+    sBytes[240 + 11 + 3] = '\x7f';
+    m_Diretorio.CriaArquivo(sArquivo, sBytes);
+    const SExecucao verifica = Xvcr("verifica");
+    EXPECT_EQ(verifica.iSaida, 1);
+    EXPECT_THAT(verifica.sSaida,
+                StartsWith("Empresa 001: de 2 integrações, 0 estão inteiras e 2 não.\n\nDanos:\n"));
+    EXPECT_THAT(verifica.sSaida, HasSubstr("- falta o JSON enviado (1 integração)\n"));
+    EXPECT_THAT(verifica.sSaida, HasSubstr("  " + sSegunda + "\n"));
+    const auto linhas = XVLinhasJson(Xvcr("verifica --json").sSaida);
+    EXPECT_EQ(linhas.back()["inteiras"], 0);
+    EXPECT_EQ(linhas.back()["integra"], false);
+
+    const std::string sNova = m_Diretorio.Junta("nova");
+    const SExecucao recupera = Xvcr("recupera --json --para", {sNova});
+    EXPECT_EQ(recupera.iSaida, 1) << "something is missing";
+    const auto recuperadas = XVLinhasJson(recupera.sSaida);
+    EXPECT_EQ(recuperadas.at(0)["sDmc"], sSegunda);
+    EXPECT_EQ(recuperadas.at(0)["motivos"].at(0), "semJSON");
+    EXPECT_EQ(recuperadas.back()["inteiras"], 1);
+    EXPECT_EQ(recuperadas.back()["comFaltas"], 1);
+    EXPECT_EQ(recuperadas.back()["integra"], true);
+    EXPECT_EQ(Xvcr("recupera --para", {sNova}).iSaida, 1) << "a directory that holds a store is left alone";
+    const auto naNova = [&](const std::string& sPalavras) {
+        TArgumentos lista = XVPalavras("--empresa 001 --json " + sPalavras);
+        lista.insert(lista.begin(), {"--diretorio", sNova});
+        return XVLinhasJson(XVExecuta(XVProgramaVizinho("xvcr"), lista).sSaida);
+    };
+    EXPECT_EQ(naNova("verifica").back()["inteiras"], 2);
+    EXPECT_THAT(naNova("le --todos " + sSegunda).at(0).value("regMensagemIntegracao", ""),
+                testing::AllOf(HasSubstr("O JSON enviado se perdeu."), testing::EndsWith("anterior: volta")));
+    EXPECT_THAT(Xvcr("recupera").sSaida, HasSubstr("A base nova está em "));
+}
+
+}  // namespace
