@@ -1,7 +1,5 @@
 // Foreign bytes in the place of each kind of database file: opening either refuses the file and leaves it
 // byte for byte as found, or serves it, takes one more record and serves that too after reopening.
-#include <cstdint>
-
 #include "core/xvdatabase/XVFile.h"
 #include "core/xvdatabase/XVFileSingleReg.h"
 #include "core/xvdatabase/XVRegistroVersao.h"

@@ -1,8 +1,5 @@
 // Foreign lines as the bulk input of the command-line program: each is refused or recorded, what was recorded
 // is read back at once, and after a reopening every integration is there and readable.
-#include <cstdint>
-#include <string>
-
 #include "fuzz/XVBancadaFuzz.h"
 #include "tools/xvcr/commands/XVCarga.h"
 

@@ -1,7 +1,5 @@
 // Foreign bytes in the place of the control file beside a sound store: opening refuses the store or serves it
 // whole, and no data file is changed by it.
-#include <cstdint>
-
 #include "fuzz/XVLojaSa.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pDados, std::size_t uiTamanho) {

@@ -1,7 +1,5 @@
 // Foreign bytes in the version file, a group member, the key map and the journal of a conversion: the
 // conversion ends with a code, holds no file open, and run again ends with the same code and files.
-#include <cstdint>
-
 #include "fuzz/XVBancadaFuzz.h"
 #include "fuzz/XVCabecalhoReparado.h"
 #include "middleware/ConversaoMiddleware.h"

@@ -1,8 +1,6 @@
 // The journal of operations: foreign bytes in its place beside a sound store, and the true journal of a store
 // whose process died, changed here and there under checksums that hold. Opening refuses or serves the store;
 // no data file is changed that the journal does not name, and none at all by a journal without its checksums.
-#include <algorithm>
-#include <cstdint>
 #include <cstring>
 
 #include "core/xvdatabase/XVDiarioFormato.h"

@@ -1,8 +1,5 @@
 // Foreign bytes in the texts that people write: log.ini, the registry file, simulation documents, DMCs and
 // date-times. Whatever is accepted must come back the same from its own written form.
-#include <cstdint>
-#include <string>
-
 #include "fuzz/XVBancadaFuzz.h"
 #include "platform/XVRegistryTexto.h"
 #include "suite/simulation/XVDocumentoSimulacao.h"

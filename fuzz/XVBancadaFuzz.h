@@ -3,7 +3,6 @@
 #pragma once
 
 #include <cstdio>
-#include <string>
 
 #include "suite/XVInicializador.h"
 #include "tests/harness/XVSistemaArquivosMemoria.h"

@@ -1,12 +1,11 @@
 // Every operation of the client, with the sizes that programs use and those they do not: the same by both
 // doors, through the real proxy and in this process.
-#include <gtest/gtest.h>
-
 #include <filesystem>
 #include <fstream>
 
 #include "support/trace/XVArquivoRecusado.h"
 #include "tests/client/XVPortaTeste.h"
+#include "tests/suite/XVIntegracaoCheia.h"
 
 namespace {
 
@@ -38,36 +37,16 @@ std::string TextoGrande(std::size_t uiBytes) {
     return sTexto;
 }
 
-// Every field at a value of its own, but for what the external system gives.
-CXVDadosCR_IntegracaoMiddleware IntegracaoCheia() {
-    const REG_XVDMA regDia = REG_XVDMA::Cria(2026, 11, 21);
-    return {.sRegistroJSON = "{\"pedido\":\"São João\"}",
-            .regDmcIntegracaoOrigem = REG_XVDMC::Cria(1, 8, regDia),
-            .regDmcMovimentoOrigem = REG_XVDMC::Cria(2, 9, regDia),
-            .regDataHoraInclusao = REG_XVDMAHMSUTC::Cria(regDia, 3600),
-            .regDataHoraAlteracaoStatus = REG_XVDMAHMSUTC::Cria(regDia, 7200),
-            .uiBaseDadosTerceiro = 0x1122334455667788U,
-            .eTipoIntegracao = eXVSMiddleware_BuscaPedidos,
-            .eStatusIntegracao = eXVSMiddleware_Pendente,
-            .eSistemaIntegracao = SimulacaoSistemaTerceiro,
-            .eTipoTransacao = eXVSMiddleware_Exclusao,
-            .ulPonteiroFilial = 3,
-            .ulPonteiroUsuarioInclusao = 20,
-            .ulPonteiroUsuarioCancelamento = 21,
-            .ulPonteiroAuxiliar = 4,
-            .cReconsultarIdTerceiros = 1,
-            .ucTipoPonteiroAuxiliar = 5};
-}
-
 }  // namespace
 
 TEST_F(CMetodosCliente, GravaAlteraELe) {
-    CXVDadosCR_IntegracaoMiddleware dados = IntegracaoCheia();
+    CXVDadosCR_IntegracaoMiddleware dados = XVIntegracaoCheia();
+    dados.uiChaveRegistroSistemaTerceiro = 0;  // the external system gives it
     dados.regDmc = Grava(dados);
     EXPECT_TRUE(dados.regDmc.EhValido());
     EXPECT_EQ(Le(dados.regDmc), dados);
 
-    dados.eStatusIntegracao = 3;
+    dados.eStatusIntegracao = 1;
     dados.uiChaveIntegracaoSistemaTerceiro = 5001;
     dados.sRegistroJSON = "{\"pedido\":2}";
     dados.sMensagemIntegracao = "aceito";

@@ -1,10 +1,6 @@
-// The door to a component in this process, and what is this door's alone: the directory that it names,
-// viewing beside whoever writes, and how a store closes.
-#include <gtest/gtest.h>
-
+// The door to a component in this process, and what is this door's alone: the directory that it names
+// and who it says that it is. Viewing is tested with the store and with the command-line program.
 #include <cstring>
-#include <filesystem>
-#include <fstream>
 
 #include "client/XVConexao.h"
 #include "platform/XVAmbienteSO.h"
@@ -25,22 +21,12 @@ const std::string& DiretorioModulo() {
     return s_sCaminho;
 }
 
-XVCliente::SLojaLocal Loja(bool bSomenteLeitura = false) {
-    return {.sDiretorio = DiretorioModulo(), .bSomenteLeitura = bSomenteLeitura};
-}
-
-std::size_t Conta(XVCliente::CXVCliente& rCliente) {
-    std::vector<REG_XVDMC> lista;
-    EXPECT_EQ(rCliente.BuscaPonteiros({}, &lista), S_OK);
-    return lista.size();
-}
-
 }  // namespace
 
 namespace XVPortaTeste {
 
 HRESULT Conecta(XVCliente::CXVCliente& rCliente, const XVCliente::SIdentificacao& rIdentificacao) {
-    return rCliente.ConectaLocal(rIdentificacao, Loja());
+    return rCliente.ConectaLocal(rIdentificacao, {.sDiretorio = DiretorioModulo()});
 }
 
 std::string DiretorioEmpresa(const std::string& sEmpresa) {
@@ -48,28 +34,6 @@ std::string DiretorioEmpresa(const std::string& sEmpresa) {
 }
 
 }  // namespace XVPortaTeste
-
-TEST(PortaLocal, QuemSoOlhaVeOQueOutroGravaENaoGravaNada) {
-    const std::string sEmpresa = NovaEmpresa();
-    XVCliente::CXVCliente consulta;
-    ASSERT_EQ(consulta.ConectaLocal({.sEmpresa = sEmpresa}, Loja(true)), eBadPath) << "nothing to view";
-    EXPECT_FALSE(std::filesystem::exists(DiretorioEmpresa(sEmpresa)));
-    XVCliente::CXVCliente cliente;
-    ASSERT_EQ(Conecta(cliente, {.sEmpresa = sEmpresa}), S_OK);
-    const auto dados = IntegracaoPendente("{\"n\":1}");
-    REG_XVDMC regDmc;
-    ASSERT_EQ(cliente.GravaIntegracao(&regDmc, dados), S_OK);
-
-    ASSERT_EQ(consulta.Reconecta(), S_OK) << "by the same door";
-    EXPECT_EQ(Conta(consulta), 1U);
-    REG_XVDMC regOutra;
-    EXPECT_EQ(consulta.GravaIntegracao(&regOutra, dados), eXVReadOnly);
-    EXPECT_EQ(cliente.GravaIntegracao(&regOutra, dados), S_OK) << "the viewer must not be in the way";
-    EXPECT_EQ(Conta(consulta), 2U);
-    CXVDadosCR_IntegracaoMiddleware lida;
-    EXPECT_EQ(consulta.LeIntegracao(regOutra, k_ullLeTextos, &lida), S_OK);
-    EXPECT_EQ(lida.sRegistroJSON, dados.sRegistroJSON);
-}
 
 TEST(PortaLocal, OutroDiretorioSoDepoisDeDesconectar) {
     const CXVDiretorioTeste outro;

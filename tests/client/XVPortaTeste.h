@@ -2,6 +2,8 @@
 // own.
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <string>
 
 #include "client/XVCliente.h"
@@ -25,6 +27,13 @@ inline CXVDadosCR_IntegracaoMiddleware IntegracaoPendente(const std::string& sJS
             .eStatusIntegracao = eXVSMiddleware_Pendente,
             .eSistemaIntegracao = SimulacaoSistemaTerceiro,
             .eTipoTransacao = eXVSMiddleware_Inclusao};
+}
+
+// How many integrations the client finds.
+inline std::size_t Conta(XVCliente::CXVCliente& rCliente) {
+    std::vector<REG_XVDMC> lista;
+    EXPECT_EQ(rCliente.BuscaPonteiros({}, &lista), S_OK);
+    return lista.size();
 }
 
 }  // namespace XVPortaTeste

@@ -1,7 +1,5 @@
 #include "tests/com/XVAmbienteCom.h"
 
-#include <optional>
-
 #include "platform/win32/XVTextoWindows.h"
 #include "tests/com/XVServidores.h"
 #include "tests/harness/XVDiretorioTemporario.h"

@@ -4,8 +4,6 @@
 
 #include <windows.h>
 
-#include <string>
-
 #include "tests/client/XVPortaTeste.h"
 
 namespace XVAmbienteCom {

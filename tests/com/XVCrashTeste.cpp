@@ -1,8 +1,6 @@
 // The crash handler, in processes that crash: a minidump, or the report with registers and stack.
 #include <gtest/gtest.h>
 
-#include <filesystem>
-
 #include "tests/harness/XVDiretorioTemporario.h"
 #include "tests/harness/XVExecucao.h"
 #include "tests/harness/XVProcessoFilho.h"

@@ -3,8 +3,6 @@
 
 #include <objbase.h>
 
-#include <filesystem>
-
 #include "contract/XVCR_MiddlewareGuids.h"
 #include "server/XVChaveRegistry.h"
 #include "server/XVLinhaComando.h"

@@ -1,6 +1,4 @@
 // Several processes: clients side by side, clients and servers that die, and the life of the server process.
-#include <gtest/gtest.h>
-
 #include <filesystem>
 #include <fstream>
 #include <list>
@@ -24,9 +22,7 @@ CXVProcessoFilho Filho(const std::vector<std::string>& listaArgumentos) {
 std::size_t Conta(const std::string& sEmpresa) {
     XVCliente::CXVCliente cliente;
     EXPECT_EQ(cliente.Conecta({.sEmpresa = sEmpresa}), S_OK);
-    std::vector<REG_XVDMC> lista;
-    EXPECT_EQ(cliente.BuscaPonteiros({}, &lista), S_OK);
-    return lista.size();
+    return XVPortaTeste::Conta(cliente);
 }
 
 // The lines of the company's general log that a user left.

@@ -11,6 +11,7 @@
 #include <set>
 #include <string>
 
+#include "platform/XVCaminho.h"
 #include "platform/XVMascara.h"
 #include "platform/XVSistemaArquivos.h"
 
@@ -54,6 +55,60 @@ struct SDiscoMemoria {
         for (const auto& [sCaminho, pConteudo] : mapaEntradas)
             uiLivres -= pConteudo ? std::min<XVUInt64>(uiLivres, pConteudo->sBytes.size()) : 0;
         return rConteudo.sBytes.size() + uiLivres;
+    }
+
+    static constexpr std::string_view k_sSeparadores = "/\\";
+
+    static constexpr CXVErroArquivo Erro(ECausaArquivo eCausa) { return {eCausa, 0}; }
+
+    // "/a/b" for every way to write it; "" for the root.
+    static std::string Normaliza(std::string_view sCaminho) {
+        std::string sNormal;
+        while (!sCaminho.empty()) {
+            const std::size_t uiFim = std::min(sCaminho.find_first_of(k_sSeparadores), sCaminho.size());
+            const std::string_view sParte = sCaminho.substr(0, uiFim);
+            if (!sParte.empty() && sParte != ".") sNormal.append(1, '/').append(sParte);
+            sCaminho.remove_prefix(std::min(uiFim + 1, sCaminho.size()));
+        }
+        return sNormal;
+    }
+
+    static std::string DiretorioDe(const std::string& sNormal) {
+        return sNormal.substr(0, sNormal.rfind('/'));
+    }
+    static std::string NomeDe(const std::string& sNormal) { return sNormal.substr(sNormal.rfind('/') + 1); }
+
+    struct SLugar {
+        std::string sNormal;
+        std::shared_ptr<SConteudo> pConteudo;
+
+        bool EstaAberto() const { return pConteudo && !pConteudo->listaAberturas.empty(); }
+        bool EhSomenteLeitura() const { return pConteudo && pConteudo->bSomenteLeitura; }
+    };
+
+    // Null for a directory as well as for nothing.
+    std::shared_ptr<SConteudo> Conteudo(const std::string& sNormal) const {
+        const auto it = mapaEntradas.find(sNormal);
+        return it == mapaEntradas.end() ? nullptr : it->second;
+    }
+    bool EhDiretorio(const std::string& sNormal) const {
+        return sNormal.empty() || (mapaEntradas.contains(sNormal) && !Conteudo(sNormal));
+    }
+    // False when a file is in the way.
+    bool CriaDiretorios(const std::string& sNormal) {
+        return sNormal.empty() ||
+               (CriaDiretorios(DiretorioDe(sNormal)) && !mapaEntradas.try_emplace(sNormal).first->second);
+    }
+    // The file that a path names.
+    CXVErroArquivo Localiza(const std::string& sCaminho, SLugar& rLugar) const {
+        if (!XVCaminho::PodeNomearArquivo(sCaminho, k_sSeparadores))
+            return Erro(ECausaArquivo::eCaminhoInvalido);
+        rLugar.sNormal = Normaliza(sCaminho);
+        rLugar.pConteudo = Conteudo(rLugar.sNormal);
+        if (EhDiretorio(rLugar.sNormal)) return Erro(ECausaArquivo::eAcessoNegado);
+        if (rLugar.pConteudo) return {};
+        return Erro(EhDiretorio(DiretorioDe(rLugar.sNormal)) ? ECausaArquivo::eArquivoNaoEncontrado
+                                                             : ECausaArquivo::eCaminhoInvalido);
     }
 };
 

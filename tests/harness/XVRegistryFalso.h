@@ -2,6 +2,7 @@
 #pragma once
 
 #include <algorithm>
+#include <functional>
 #include <map>
 #include <mutex>
 #include <string>
@@ -32,6 +33,8 @@ class CXVRegistryFalso final : public IXVRegistry {
         return CXVRegistryTexto::ConverteNumero(LeTexto(sChave, sValor).value_or(""));
     }
 
+    std::function<void()> fnAoLer;  // runs before each reading, without any lock
+
   private:
     using TValor = std::variant<std::monostate, std::string, XVUInt>;
 
@@ -40,6 +43,7 @@ class CXVRegistryFalso final : public IXVRegistry {
         m_mapaValores[sNome] = std::move(valor);
     }
     TValor Get(const std::string& sNome) {
+        if (fnAoLer) fnAoLer();
         const std::lock_guard trava(m_mutex);
         return m_mapaValores[sNome];
     }

@@ -33,8 +33,7 @@ class CXVCenarioConversao : public CXVCenarioLoja {
     }
     HRESULT AbreEFecha(bool bSomenteLeitura) const {
         CBaseMiddleware loja;
-        loja.SetSomenteLeitura(bSomenteLeitura);
-        return loja.Inicializa(&m_Dono);
+        return XVInicializa(loja, bSomenteLeitura);
     }
     // Neither conversion, opening nor viewing takes the store, nothing of it changes, and the error log names
     // the file.

@@ -36,13 +36,7 @@ TEST_F(CXVCompartilhamentoTeste, ObjetosDaEmpresaDividemABaseECarimbamSeuUsuario
 
 TEST_F(CXVCompartilhamentoTeste, BaseDeOutroProcessoERecusadaENadaFicaAberto) {
     { Grava(*Abre(), CXVIntegracaoTeste(1)); }
-    std::unique_ptr<IXVArquivo> pAlheio;
-    ASSERT_TRUE(m_Arquivos
-                    .Abre(PastaDados("CRINDEXINTEG.dat"),
-                          {EAcessoArquivo::eLeituraEscrita, ECompartilhamentoArquivo::eNegaEscrita,
-                           ECriacaoArquivo::eSomenteExistente},
-                          pAlheio)
-                    .Ok());
+    std::unique_ptr<IXVArquivo> pAlheio = Segura("CRINDEXINTEG.dat");
     CBaseMiddleware loja;
     EXPECT_EQ(loja.Inicializa(&m_Dono), eSharingViolation);
     EXPECT_EQ(m_Arquivos.GetQuantidadeAberta(), 1U);

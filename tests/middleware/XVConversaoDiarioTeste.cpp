@@ -1,7 +1,5 @@
 // A conversion that was interrupted in the middle of its exchange, and what somebody did to its files
 // before it goes on.
-#include <optional>
-
 #include "support/codes/XVCodigos.h"
 #include "tests/harness/XVSistemaArquivosFalhas.h"
 #include "tests/middleware/XVCenarioConversao.h"

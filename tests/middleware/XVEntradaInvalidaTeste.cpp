@@ -1,6 +1,4 @@
 // Input from outside that cannot be: refused before anything is written, and the next valid one works.
-#include <functional>
-
 #include "contract/XVDadosCR.h"
 #include "tests/middleware/XVCenarioLoja.h"
 
@@ -39,7 +37,7 @@ TEST_F(CXVEntradaInvalidaTeste, NenhumaOperacaoGravaIntegracaoImpossivel) {
         [](TReg& r) { r.regDmcMovimentoOrigem = {XVChaveDmc(k_uiHoje, 1) | 1U << 5}; },
         [](TReg& r) { r.regRegistroJSON.ulQtdBytes = 5; },
         [](TReg& r) { r.regMensagemIntegracao.ulQtdBytes = 0xFFFFFFFF; },
-        [&](TReg& r) { r.regJSONRetornoIntegracao = XVTextoPS(sComNul); }};
+        [&](TReg& r) { r.regJSONRetornoIntegracao = CXVStringPS::Vista(sComNul); }};
     for (std::size_t i = 0; i < std::size(aDefeitos); ++i) {
         CXVIntegracaoTeste integracao(2);
         aDefeitos[i](integracao.reg);
@@ -80,24 +78,6 @@ TEST_F(CXVEntradaInvalidaTeste, ChavesEDatasQueNaoExistemSaoRecusadas) {
     EXPECT_EQ(m_pLoja->GravaDataHoraIntegracaoTerceiro({{XVDataHora(k_uiHoje, 1)}, 0, 0, 0, {}}),
               E_XVCR_INDEXACAO_COM_POSICAO_ZERO)
         << "a record without any key field could never be found";
-}
-
-TEST_F(CXVEntradaInvalidaTeste, ListasComQuantidadeESemPonteiroSaoRecusadas) {
-    tagREG_CR_FILTRO_INTEGRACAO_MIDDLEWAREPS filtro{};
-    filtro.ulQuantidadeStatusIntegracao = 2;
-    REG_XVDMC regLixo{1};
-    _REG_DF_LISTA_XVDMCPS lista{3, 0, &regLixo, 0};
-    EXPECT_EQ(m_pLoja->BuscaPonteiros(filtro, &lista), E_INVALIDARG);
-    EXPECT_EQ(lista.pLista, nullptr);
-    EXPECT_EQ(lista.ulQuantidade, 0U);
-    XVUInt ulQuantidade = 9;
-    auto* pRegs = reinterpret_cast<tagREG_CR_INTEGRACAO_MIDDLEWAREPS*>(&lista);
-    EXPECT_EQ(m_pLoja->LeIntegracoes({2, 0, nullptr, 0}, &ulQuantidade, &pRegs, 0), E_INVALIDARG);
-    EXPECT_EQ(pRegs, nullptr);
-    EXPECT_EQ(ulQuantidade, 0U);
-    EXPECT_EQ(m_pLoja->LeIntegracoes({0, 0, nullptr, 0}, &ulQuantidade, &pRegs, 0), S_OK);
-    tagREG_CR_STATUS_CONSULTA_SISTEMA_TERCEIROPS consulta{};
-    EXPECT_EQ(m_pLoja->BuscaDadosSistemaTerceiro({}, &consulta), E_INVALIDARG);
 }
 
 }  // namespace

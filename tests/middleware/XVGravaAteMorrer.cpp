@@ -2,7 +2,6 @@
 // XVGravaAteMorrer DIRECTORY DURABILITY SEED [steps]. A line is on its way when the store is open, after each
 // step and at the end; "falha" when one failed.
 #include <cstdio>
-#include <cstdlib>
 
 #include "tests/middleware/XVMaquinaMorte.h"
 

@@ -1,7 +1,5 @@
 // What must hold before anything of an operation is prepared: a free position, texts that are there, a clock
 // that can be recorded. A refused operation writes nothing at all and names the file.
-#include <algorithm>
-
 #include "support/trace/XVArquivoRecusado.h"
 #include "tests/harness/XVTextoNoLog.h"
 #include "tests/middleware/XVCenarioLoja.h"
@@ -16,11 +14,7 @@ class GravacaoRecusada : public CXVCenarioLoja {
     GravacaoRecusada() : m_pLoja(Abre()) {
         EXPECT_TRUE(XVPovoaLoja(*m_pLoja, [&](unsigned uiDia) { SetDia(uiDia); }));
     }
-    HRESULT Opera(const std::string& sNome) {
-        const auto it =
-            std::ranges::find(XVOperacoesLoja(), sNome, [](const auto& r) { return std::string(r.pszNome); });
-        return it->fnExecuta(*m_pLoja);
-    }
+    HRESULT Opera(const std::string& sNome) { return XVOperacaoLoja(sNome).fnExecuta(*m_pLoja); }
     // The whole tree stays, the general log in it. Apart: the journal, and the list of names, which grows
     // when files of a day are opened.
     CXVSistemaArquivosMemoria::TRetrato Retrato() const {

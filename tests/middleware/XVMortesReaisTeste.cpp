@@ -5,9 +5,6 @@
 // XV_MORTES: number of kills (50); XV_MORTES_SEMENTE: seed of the run (1). The seed fixes what the writers
 // do and about when they are killed; the very instant is the machine's.
 #include <atomic>
-#include <filesystem>
-#include <optional>
-#include <random>
 #include <set>
 
 #include "platform/XVPlataforma.h"
@@ -92,9 +89,8 @@ class CVidas {
     void Confere(bool bSomenteLeitura) {
         const CXVMaquinaMorte maquina(m_diretorio.GetCaminho(), m_ulDurabilidade);
         CBaseMiddleware loja;
-        loja.SetSomenteLeitura(bSomenteLeitura);
-        const CXVDonoFixo dono("MATRIZ");
-        ASSERT_EQ(loja.Inicializa(&dono), S_OK) << (bSomenteLeitura ? "a viewer" : "needs a person");
+        ASSERT_EQ(XVInicializa(loja, bSomenteLeitura), S_OK)
+            << (bSomenteLeitura ? "a viewer" : "needs a person");
         const TRetratoLoja retrato = XVRetrataLoja(loja);
         EXPECT_TRUE(retrato == m_antes || retrato == m_depois)
             << (bSomenteLeitura ? "a viewer: " : "") << "neither before\n"
@@ -132,11 +128,9 @@ TEST(MortesReais, MarcasQueNinguemSeguraSaoRetiradasPeloProximoEscritor) {
     const CXVDiretorioTeste diretorio;
     const CXVMaquinaMorte maquina(diretorio.GetCaminho());
     const fs::path pasta = fs::path(diretorio.Junta("MATRIZ")) / "DF";
-    const CXVDonoFixo dono("MATRIZ");
-    const auto abreEFecha = [&dono](bool bSomenteLeitura) {
+    const auto abreEFecha = [](bool bSomenteLeitura) {
         CBaseMiddleware loja;
-        loja.SetSomenteLeitura(bSomenteLeitura);
-        EXPECT_EQ(loja.Inicializa(&dono), S_OK);
+        EXPECT_EQ(XVInicializa(loja, bSomenteLeitura), S_OK);
         EXPECT_EQ(loja.Finaliza(), S_OK);
     };
     const auto marcas = [&pasta] {

@@ -99,3 +99,7 @@ const std::vector<SOperacaoLoja>& XVOperacoesLoja() {
     };
     return s_lista;
 }
+
+const SOperacaoLoja& XVOperacaoLoja(std::string_view sNome) {
+    return *std::ranges::find(XVOperacoesLoja(), sNome, &SOperacaoLoja::pszNome);
+}

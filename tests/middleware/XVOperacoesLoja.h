@@ -21,6 +21,7 @@ struct SOperacaoLoja {
 };
 
 const std::vector<SOperacaoLoja>& XVOperacoesLoja();
+const SOperacaoLoja& XVOperacaoLoja(std::string_view sNome);  // one of them
 
 // Fills a new store on three days, the last of them the 15th. False: an operation failed.
 bool XVPovoaLoja(CBaseMiddleware& rLoja, const std::function<void(unsigned uiDia)>& fnSetDia);

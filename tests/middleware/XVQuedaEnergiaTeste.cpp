@@ -2,10 +2,7 @@
 // failure and what of the writes until then had reached the device; the same number is the same state.
 //
 // XV_QUEDAS: states for each durability (300); XV_QUEDA_PRIMEIRA: the first of them (1000).
-#include <gtest/gtest.h>
-
 #include <stdexcept>
-#include <vector>
 
 #include "tests/harness/XVSistemaArquivosFalhas.h"
 #include "tests/harness/XVSistemaArquivosQueda.h"

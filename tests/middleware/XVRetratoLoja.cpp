@@ -2,10 +2,9 @@
 
 #include <set>
 #include <sstream>
-#include <vector>
 
 #include "contract/XVCR_BuffersPS.h"
-#include "tests/middleware/XVBytesBase.h"
+#include "tests/harness/XVBytesBase.h"
 
 namespace {
 

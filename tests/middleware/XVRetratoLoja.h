@@ -2,9 +2,6 @@
 // show is equal exactly when nobody can tell their stores apart.
 #pragma once
 
-#include <map>
-#include <string>
-
 #include "tests/middleware/XVCenarioLoja.h"
 
 // Question -> answer. A question that fails is answered by k_pszRecusa and its code.

@@ -8,19 +8,16 @@ namespace {
 
 class CXVVarreduraMorteLoja : public CXVCenarioVarredura {
   protected:
-    CXVVarreduraMorteLoja() : m_Morte(m_Arquivos, EContagem::eAlteracoes, EMorte::eCala), m_Guarda(m_Morte) {
-        m_Morte.Nasce(0);
-    }
-
     // Opens, operates where it is told to, closes, and dies at its change uiMorte. True: it died.
     bool Morre(XVUInt64 uiMorte, bool bGravaMetade, bool bOpera, bool* pbReconhecida) {
         m_Morte.Nasce(uiMorte, bGravaMetade);
-        const bool bMorreu = m_Morte.Executa([&] {
+        {
             CBaseMiddleware loja;
-            if (FAILED(loja.Inicializa(&m_Dono))) return;
-            if (bOpera) *pbReconhecida = SUCCEEDED(Opera(loja)) && !m_Morte.EstaMorto();
+            const bool bAberta = SUCCEEDED(loja.Inicializa(&m_Dono));
+            if (bAberta && bOpera) *pbReconhecida = SUCCEEDED(Opera(loja)) && !m_Morte.EstaMorto();
             XVIgnora(loja.Finaliza());
-        });
+        }
+        const bool bMorreu = m_Morte.EstaMorto();
         m_uiAlteracoes = m_Morte.GetQuantidade();
         m_Morte.Nasce(0);
         return bMorreu;
@@ -69,8 +66,8 @@ class CXVVarreduraMorteLoja : public CXVCenarioVarredura {
     }
 
     XVUInt64 m_uiAlteracoes = 0;  // that the process made which died or ended last
-    CXVSistemaArquivosMorte m_Morte;
-    CXVGuardaSistemaArquivos m_Guarda;
+    CXVSistemaArquivosMorte m_Morte{m_Arquivos};
+    CXVGuardaSistemaArquivos m_Guarda{m_Morte};
 };
 
 TEST_P(CXVVarreduraMorteLoja, EmCadaAlteracaoDosArquivos) {

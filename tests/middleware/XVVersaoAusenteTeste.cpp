@@ -108,22 +108,6 @@ TEST_F(CXVVersaoAusenteTeste, ArquivoListadoAusenteParaAConversaoPeloNome) {
     }
 }
 
-// A file that carries the step's stamp or a later one has been through it; one before has not.
-TEST_F(CXVVersaoAusenteTeste, CadaPassoRespeitaOsCarimbos) {
-    const struct {
-        unsigned uiVersao;
-        const char* pszNome;
-    } aCasos[] = {{3, k_apszDias[1]}, {4, k_pszMapa}, {4, k_pszDatas}};
-    for (const auto& [uiVersao, pszNome] : aCasos)
-        for (unsigned uiCarimbo = 0; uiCarimbo <= 6; ++uiCarimbo) {
-            TArquivos base = XVBaseDourada(uiVersao, true);
-            base[pszNome] = XVArquivoDoTeste({pszNome, 3, uiCarimbo}, Dados(base[pszNome]));
-            Recomeca(base);
-            EXPECT_EQ(Converte(), S_OK);
-            EXPECT_EQ(Conteudo(pszNome) == base[pszNome], uiCarimbo > uiVersao) << pszNome << uiCarimbo;
-        }
-}
-
 TEST_F(CXVVersaoAusenteTeste, ArquivoDanificadoEncerraOPassoPeloNomeETudoFicaComoEstava) {
     const std::string sDia = k_apszDias[1];
     for (const unsigned uiVersao : {0U, 3U}) {

@@ -19,8 +19,7 @@ class CXVVisaoEscritor : public CXVCenarioVarredura {
     }
     void OlhaDeNovo() {
         CBaseMiddleware visor;
-        visor.SetSomenteLeitura(true);
-        ASSERT_EQ(visor.Inicializa(&m_Dono), S_OK) << "file operation " << m_uiOperacoes;
+        ASSERT_EQ(XVInicializa(visor, true), S_OK) << "file operation " << m_uiOperacoes;
         Olha(visor, m_bNovoViuDepois, "a new viewer");
     }
 
@@ -37,8 +36,7 @@ TEST_P(CXVVisaoEscritor, CadaVisorVeOperacoesInteiras) {
     if (HasFatalFailure()) return;
     Prepara();
     CBaseMiddleware antigo;
-    antigo.SetSomenteLeitura(true);
-    ASSERT_EQ(antigo.Inicializa(&m_Dono), S_OK);
+    ASSERT_EQ(XVInicializa(antigo, true), S_OK);
     {
         const CXVGanchoArquivos gancho([&] {
             ++m_uiOperacoes;

@@ -11,8 +11,7 @@ class CXVVisaoTeste : public CXVCenarioLoja {
   protected:
     TLoja AbreVisor() const {
         auto pVisor = std::make_unique<CBaseMiddleware>();
-        pVisor->SetSomenteLeitura(true);
-        EXPECT_EQ(pVisor->Inicializa(&m_Dono), S_OK);
+        EXPECT_EQ(XVInicializa(*pVisor, true), S_OK);
         return pVisor;
     }
 };
@@ -71,7 +70,7 @@ TEST_F(CXVVisaoTeste, OperacaoInteiraNoMeioDaLeituraOuDaBusca) {
 // Neither by reading nor by an error, nor when it is asked to record.
 TEST_F(CXVVisaoTeste, NadaEhEscritoNemComErro) {
     REG_XVDMC regDmc = Grava(*Abre(), CXVIntegracaoTeste(1).Textos("{}", "m", "{}"));
-    CXVSistemaArquivosMorte contador(m_Arquivos, EContagem::eAlteracoes);
+    CXVSistemaArquivosMorte contador(m_Arquivos);
     const CXVGuardaSistemaArquivos guarda(contador);
     contador.Nasce(0);
     const auto antes = m_Arquivos.Retrata();

@@ -5,8 +5,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <memory>
-#include <string>
 #include <vector>
 
 #include "platform/XVPlataforma.h"

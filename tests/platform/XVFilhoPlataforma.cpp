@@ -3,7 +3,6 @@
 //
 //   abre <path> <access> <share>   marca <directory> <name>
 //   carrega <name>      prints what became of the library of this name
-#include <cstdlib>
 #include <iostream>
 #include <memory>
 #include <string>

@@ -3,8 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <string>
-
 #include "suite/XVBaseParaRotinas.h"
 #include "support/XVAmbiente.h"
 #include "tests/harness/XVDonoFixo.h"
@@ -25,6 +23,15 @@ class CXVCenarioSuite : public ::testing::Test {
         std::string sDiretorio;
         EXPECT_EQ(CAmbienteXV::GetPathDados(XV_DF, "MATRIZ", &sDiretorio), S_OK);
         return sNome.empty() ? sDiretorio : m_Arquivos.Junta(sDiretorio, sNome);
+    }
+    // A file as another process holds it that writes to it.
+    std::unique_ptr<IXVArquivo> Segura(const std::string& sNome) {
+        constexpr SAberturaArquivo k_escrita{EAcessoArquivo::eLeituraEscrita,
+                                             ECompartilhamentoArquivo::eNegaEscrita,
+                                             ECriacaoArquivo::eSomenteExistente};
+        std::unique_ptr<IXVArquivo> pArquivo;
+        EXPECT_TRUE(m_Arquivos.Abre(PastaDados(sNome), k_escrita, pArquivo).Ok());
+        return pArquivo;
     }
     void CriaSimulacao(const std::string& sNome, std::string sConteudo) {
         m_Arquivos.CriaArquivo(m_Arquivos.Junta(PastaDados("simulacao"), sNome), std::move(sConteudo));

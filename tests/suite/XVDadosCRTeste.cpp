@@ -9,9 +9,7 @@
 
 namespace {
 
-constexpr REG_XVDMAHMSUTC DataHora(XVUInt ulSegundos) {
-    return REG_XVDMAHMSUTC::Cria(REG_XVDMA::Cria(2024, 2, 29), ulSegundos);
-}
+constexpr auto DataHora = XVDataHoraTeste;
 
 const CXVDadosCR_FiltroIntegracaoMiddleware k_filtro{
     1, 2, DataHora(96), DataHora(97), DataHora(98), DataHora(99), {1, 2}, {3}, {8, 16}, {4, 5, 6}};

@@ -7,6 +7,10 @@ inline REG_XVDMC XVOrigemTeste(XVUInt ulPonteiro) {
     return REG_XVDMC::Cria(2, ulPonteiro, REG_XVDMA::Cria(2024, 3, 15));
 }
 
+inline REG_XVDMAHMSUTC XVDataHoraTeste(XVUInt ulSegundos) {
+    return REG_XVDMAHMSUTC::Cria(REG_XVDMA::Cria(2024, 2, 29), ulSegundos);
+}
+
 inline CXVDadosCR_IntegracaoMiddleware XVIntegracaoCheia() {
     return {.sRegistroJSON = "{\"a\":\"ção\r\n\"}\n",
             .sMensagemIntegracao = "mensagem velha",
@@ -14,8 +18,8 @@ inline CXVDadosCR_IntegracaoMiddleware XVIntegracaoCheia() {
             .regDmc = XVOrigemTeste(1001),
             .regDmcIntegracaoOrigem = XVOrigemTeste(1002),
             .regDmcMovimentoOrigem = XVOrigemTeste(1),
-            .regDataHoraInclusao = {21},
-            .regDataHoraAlteracaoStatus = {22},
+            .regDataHoraInclusao = XVDataHoraTeste(21),
+            .regDataHoraAlteracaoStatus = XVDataHoraTeste(22),
             .uiChaveIntegracaoSistemaTerceiro = 51,
             .uiChaveRegistroSistemaTerceiro = 55,
             .uiBaseDadosTerceiro = 31,

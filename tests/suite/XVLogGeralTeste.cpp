@@ -1,8 +1,5 @@
 // The general log: one line for each record, whatever the text, the month, the thread or the fault.
-#include <optional>
-
 #include "support/codes/XVCodigos.h"
-#include "tests/harness/XVEmThreads.h"
 #include "tests/harness/XVGanchoArquivos.h"
 #include "tests/harness/XVSistemaArquivosFalhas.h"
 #include "tests/suite/XVCenarioSuite.h"
@@ -93,24 +90,6 @@ TEST_F(LogGeralTeste, CadaFalhaDoDiscoVoltaComoCodigoEALinhaSeguinteEntraInteira
         EXPECT_EQ(Grava(m_Acesso, "segunda"), S_OK) << uiFalha;
         EXPECT_TRUE(Le().ends_with("\n" + Linha("segunda"))) << uiFalha;
     }
-}
-
-// One object for all threads: the thread sanitizer watches it, and a second object stands for another
-// process.
-TEST_F(LogGeralTeste, ThreadsDeUmObjetoEOutroProcessoNaoMisturamLinhas) {
-    const std::string sTexto(300, 'x');
-    CXVAcessoEmpresarial outro(&m_Dono);
-    EXPECT_EQ(Grava(outro, sTexto), S_OK);  // with the header
-    XVEmThreads(4, [&](unsigned iThread) {
-        CXVAcessoEmpresarial& rAcesso = iThread == 3 ? outro : m_Acesso;
-        for (int j = 0; j < 50; ++j) {
-            EXPECT_EQ(Grava(rAcesso, sTexto), S_OK);
-            if (j % 10 == 9) rAcesso.Fecha();
-        }
-    });
-    std::string sEsperado = k_pszCabecalho;
-    for (int i = 0; i < 201; ++i) sEsperado += Linha(sTexto);
-    EXPECT_EQ(Le(), sEsperado);
 }
 
 }  // namespace

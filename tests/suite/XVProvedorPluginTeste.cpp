@@ -2,7 +2,6 @@
 // and no buffer of it is lost. What honest ones are handed and answer is tested with the store.
 #include <cstdlib>
 #include <cstring>
-#include <functional>
 
 #include "suite/XVMiddlewareFacade.h"
 #include "suite/providers/XVProvedorAdaptador.h"
@@ -92,7 +91,8 @@ TEST_F(ProvedorPluginTeste, TextosImpossiveisSaoRecusados) {
     const TFaz pfnSemFim = [] { return Buffer("abc", 0x1'0000'0000ULL, 1); };
     const TFaz pfnSemEndereco = [] { return XVProvedorBuffer{nullptr, 5, 1, 0}; };
     const TFaz pfnNaoPreenchido = [] { return Buffer("abc", 3, 0); };
-    EXPECT_EQ(Envia([](auto* p) { EXPECT_EQ(p->uiDataHoraAlteracaoStatus, 22U); }), S_OK)
+    EXPECT_EQ(Envia([](auto* p) { EXPECT_EQ(p->uiDataHoraAlteracaoStatus, XVDataHoraTeste(22).uiValor); }),
+              S_OK)
         << "success by another number";
     for (const TFaz pfnFaz : {pfnNul, pfnSemFim, pfnSemEndereco, pfnNaoPreenchido}) {
         for (const auto pCampo : {&XVProvedorDados::bufRegistroJSON, &XVProvedorDados::bufMensagemIntegracao,

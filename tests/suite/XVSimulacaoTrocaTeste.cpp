@@ -1,7 +1,4 @@
 // The simulated system without rules: it keeps what it is sent under keys of its own and answers by it.
-#include <set>
-
-#include "tests/harness/XVGanchoArquivos.h"
 #include "tests/suite/XVCenarioSimulacao.h"
 
 namespace {
@@ -60,42 +57,6 @@ TEST_F(SimulacaoTrocaTeste, SemJSONNadaEEnviadoESemPastaNadaEEncontrado) {
         ASSERT_EQ(Exclui(dados), S_OK);
         EXPECT_TRUE(dados == esperado);
     }
-}
-
-// Another process sends after each step of a sending in turn: it gets a key of its own, or finds the counter
-// held for as long as it waits. What a person put there is passed over.
-TEST_F(SimulacaoTrocaTeste, QuemEnviaNoMeioTemOutraChaveENenhumaSobrepoeDocumento) {
-    CriaSimulacao("2.doc", "Status: Sucesso\n");
-    CXVSistemaArquivosGancho arquivos(m_Arquivos);
-    const CXVGuardaSistemaArquivos guarda(arquivos);
-    std::set<std::string> documentos;
-    std::size_t uiEnviados = 0;
-    const auto envia = [&] {
-        TDados dados = Dados();
-        const HRESULT hr = Envia(dados);
-        EXPECT_TRUE(hr == S_OK || hr == eSharingViolation) << hr;
-        if (FAILED(hr)) return;
-        documentos.insert(std::to_string(dados.uiChaveIntegracaoSistemaTerceiro) + ".doc");
-        ++uiEnviados;
-    };
-    std::size_t uiPassos = 1;
-    std::size_t uiEscolhido = 0;
-    while (uiEscolhido++ < uiPassos) {
-        uiPassos = 0;
-        const CXVGanchoArquivos gancho([&] {
-            if (++uiPassos == uiEscolhido) envia();
-        });
-        envia();
-    }
-    EXPECT_EQ(documentos.size(), uiEnviados);
-    for (const std::string& s : documentos) EXPECT_TRUE(LeSimulacao(s).ends_with("\"aceito\"}")) << s;
-    EXPECT_GT(uiEnviados, uiPassos) << "before the counter is held and after";
-    EXPECT_LT(uiEnviados, 2 * uiPassos) << "while it is held";
-    EXPECT_EQ(LeSimulacao("2.doc"), "Status: Sucesso\n");
-    CriaSimulacao("contador.doc", "Ultima: 18446744073709551615\n");
-    TDados dados = Dados();
-    EXPECT_TRUE(FAILED(Envia(dados)));
-    EXPECT_TRUE(dados == Dados());
 }
 
 TEST_F(SimulacaoTrocaTeste, SemChaveEODocumentoMaisNovoDaOrigemEDoTipo) {

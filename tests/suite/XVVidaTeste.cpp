@@ -1,6 +1,5 @@
 // Life of objects: initialisation and its failures, who an object speaks for, registry settings.
 #include <new>
-#include <thread>
 
 #include "tests/suite/XVCenarioSuite.h"
 

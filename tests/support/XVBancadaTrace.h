@@ -3,7 +3,6 @@
 #pragma once
 
 #include <sstream>
-#include <string>
 #include <vector>
 
 #include "support/XVAmbiente.h"

@@ -1,11 +1,7 @@
 // Several processes and threads append to one log, and several threads ask for all that a record needs.
 #include <gtest/gtest.h>
 
-#include <memory>
 #include <set>
-#include <string>
-#include <thread>
-#include <vector>
 
 #include "platform/XVPlataforma.h"
 #include "support/trace/XVCheck.h"

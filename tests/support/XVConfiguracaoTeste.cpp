@@ -108,13 +108,11 @@ TEST(Configuracao, RecarregaDepoisDoIntervaloTambemNaVoltaDoContador) {
 
 TEST(Filtro, Processos) {
     SConfiguracaoTrace configuracao;
-    for (const auto& [pszLista, bPassa] : {std::pair{"todos", true},
-                                           {"nada,todososdias", true},
-                                           {"outro; xvcr", true},
-                                           {"a,,server.exe", true},
-                                           {"outro", false},
-                                           {"", false},
-                                           {";, ;", false}}) {
+    const std::pair<const char*, bool> aCasos[] = {{"todos", true},       {"nada,todososdias", true},
+                                                   {"outro; xvcr", true}, {"a,,server.exe", true},
+                                                   {"outro", false},      {"", false},
+                                                   {";, ;", false}};
+    for (const auto& [pszLista, bPassa] : aCasos) {
         configuracao.sProcessos = pszLista;
         EXPECT_EQ(XVProfilerFiltro::DeveLogarProcesso(configuracao, "xvcr_server.exe"), bPassa) << pszLista;
     }

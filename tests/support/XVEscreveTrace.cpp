@@ -2,7 +2,6 @@
 // number of records that were lost.
 #include <cstdio>
 #include <cstdlib>
-#include <string>
 
 #include "support/XVAmbiente.h"
 #include "support/trace/XVCheck.h"

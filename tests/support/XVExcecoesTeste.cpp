@@ -80,16 +80,12 @@ TEST(Errno, NumerosDesteSistemaPeloNome) {
     }
     for (int i = -1; i <= 34; ++i) EXPECT_EQ(XVHResultDeErrno(i), XVHResultDeErrnoWindows(i)) << i;
     EXPECT_EQ(ulEsperado, 0x8004EB03U);
-    for (const auto& [iErrno, ulCodigo] : {std::pair{ENOSPC, 0x8004EAF5U},
-                                           {ESPIPE, 0x8004EAF6U},
-                                           {EDEADLK, 0x8004EAFCU},
-                                           {ENOLCK, 0x8004EAFEU},
-                                           {ENAMETOOLONG, 0x8004EAFDU},
-                                           {ENOSYS, 0x8004EAFFU},
-                                           {EILSEQ, 0x8004EB01U},
-                                           {ENOTEMPTY, 0x8004EB00U},
-                                           {0, 0x8004EA60U},
-                                           {ETIMEDOUT, 0x8004EA60U}}) {
+    const std::pair<int, XVUInt> aCasos[] = {
+        {ENOSPC, 0x8004EAF5U},   {ESPIPE, 0x8004EAF6U},       {EDEADLK, 0x8004EAFCU},
+        {ENOLCK, 0x8004EAFEU},   {ENAMETOOLONG, 0x8004EAFDU}, {ENOSYS, 0x8004EAFFU},
+        {EILSEQ, 0x8004EB01U},   {ENOTEMPTY, 0x8004EB00U},    {0, 0x8004EA60U},
+        {ETIMEDOUT, 0x8004EA60U}};
+    for (const auto& [iErrno, ulCodigo] : aCasos) {
         errno = iErrno;
         EXPECT_EQ(XVHResultDoErrnoAtual(), XVHResult(ulCodigo)) << iErrno;
     }

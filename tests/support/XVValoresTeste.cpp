@@ -1,4 +1,5 @@
-// CRC-64, dates, date-times, keys, and the rules for directories and company codes.
+// CRC-64, the checksum of journal entries, dates, date-times, keys, and the rules for directories and company
+// codes.
 #include <gtest/gtest.h>
 
 #include <limits>
@@ -7,7 +8,8 @@
 #include "support/codes/XVCodigos.h"
 #include "support/values/XVCrc64.h"
 #include "support/values/XVDmc.h"
-#include "tests/harness/XVCrcBitABit.h"
+#include "support/values/XVSoma64.h"
+#include "tests/harness/XVBytesBase.h"
 #include "tests/support/XVBancadaTrace.h"
 
 TEST(Crc64, ConfereComODefinidoEContinuaDoAnterior) {
@@ -20,6 +22,21 @@ TEST(Crc64, ConfereComODefinidoEContinuaDoAnterior) {
         EXPECT_EQ(uiInicio, CrcBitABit(std::string_view(sTexto).substr(0, i))) << i;
         EXPECT_EQ(XVCrc64(sTexto.data() + i, sTexto.size() - i, uiInicio), CrcBitABit(sTexto)) << i;
         EXPECT_EQ(XVCrcInterno::PorTabelas(sTexto.data(), i, 0), uiInicio) << i;
+    }
+}
+
+// Against values that another implementation computed from the description.
+TEST(Soma64, ConfereComOutraImplementacao) {
+    constexpr struct {
+        std::size_t uiTamanho;
+        std::uint64_t uiSoma;
+    } k_aCasos[] = {{0, 0x324898C83F53FE0E},   {1, 0x42F5D7DB4468F83B},  {8, 0x5EC31A2AB950C3C6},
+                    {63, 0x32F51E892E3DFC02},  {64, 0x6EB415D34AF8E562}, {65, 0x717EE0A6D2B24FFD},
+                    {128, 0xB418000D20CC920B}, {200, 0xD86AF34B77637FE9}};
+    for (const auto& rCaso : k_aCasos) {
+        std::string s(rCaso.uiTamanho, '\0');
+        for (std::size_t i = 0; i < s.size(); ++i) s[i] = static_cast<char>(i * 7 + 3);
+        EXPECT_EQ(XVSoma64(s.data(), s.size()), rCaso.uiSoma) << rCaso.uiTamanho;
     }
 }
 
@@ -82,27 +99,27 @@ TEST(Dmc, CamposTextoEValidade) {
 
 TEST(Dmc, TextoEstranhoERecusadoSemMudarOValor) {
     REG_XVDMC dmc{77};
-    const char* const apsz[] = {"",
-                                "-",
-                                "20261121-",
-                                "20261121-0-1",
-                                "20261121-1-4",
-                                "20261121-1-",
-                                "x",
-                                "20260230-1-1",
-                                "20261033-1-1",
-                                "20261701-1-1",
-                                "18471231-1-1",
-                                "23600101-1-1",
-                                "20261121-4294967297-1",
-                                "4315228417-1-1",
-                                "20261121-1-1-1",
-                                "18446744073709551616",
-                                "-5",
-                                "20261121--1-1",
-                                "120261121-1-1",
-                                " 5"};
-    for (const char* psz : apsz) EXPECT_FALSE(REG_XVDMC::DeString(psz, &dmc)) << psz;
+    for (const char* psz : {"",
+                            "-",
+                            "20261121-",
+                            "20261121-0-1",
+                            "20261121-1-4",
+                            "20261121-1-",
+                            "x",
+                            "20260230-1-1",
+                            "20261033-1-1",
+                            "20261701-1-1",
+                            "18471231-1-1",
+                            "23600101-1-1",
+                            "20261121-4294967297-1",
+                            "4315228417-1-1",
+                            "20261121-1-1-1",
+                            "18446744073709551616",
+                            "-5",
+                            "20261121--1-1",
+                            "120261121-1-1",
+                            " 5"})
+        EXPECT_FALSE(REG_XVDMC::DeString(psz, &dmc)) << psz;
     EXPECT_EQ(dmc.uiValor, 77U);
 }
 

@@ -3,7 +3,6 @@
 #pragma once
 
 #include <cstring>
-#include <string>
 #include <vector>
 
 #include "core/xvdatabase/XVDataBase.h"
@@ -13,6 +12,7 @@
 #include "core/xvdatabase/XVTextFile.h"
 #include "support/codes/XVCodigos.h"
 #include "support/trace/XVCapturaTrace.h"
+#include "tests/harness/XVBytesBase.h"
 #include "tests/harness/XVSistemaArquivosFalhas.h"
 #include "tests/suite/XVCenarioSuite.h"
 
@@ -106,6 +106,5 @@ inline std::string Bytes(const std::vector<REG_TESTE>& lista) {
 }
 // A text record as it lies on disk.
 inline std::string Prefixado(const std::string& sTexto) {
-    const auto ulTamanho = static_cast<XVUInt>(sTexto.size());
-    return std::string(reinterpret_cast<const char*>(&ulTamanho), sizeof(ulTamanho)) + sTexto;
+    return CXVBytes().Texto(sTexto);
 }

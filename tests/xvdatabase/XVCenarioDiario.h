@@ -1,11 +1,7 @@
 // A directory with its journal, above a file system that tells every step that reaches the device.
 #pragma once
 
-#include <algorithm>
 #include <cstddef>
-#include <mutex>
-#include <string>
-#include <vector>
 
 #include "core/xvdatabase/XVDiario.h"
 #include "tests/harness/XVSistemaArquivosQueda.h"

@@ -1,9 +1,6 @@
 // Which locks a write holds. That readers take theirs beside writers, the thread sanitizer sees in the
 // threads of the model (scripts/sanitize thread).
-#include <functional>
-#include <mutex>
 #include <shared_mutex>
-#include <thread>
 
 #include "tests/xvdatabase/XVCenarioBanco.h"
 

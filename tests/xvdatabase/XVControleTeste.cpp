@@ -29,11 +29,7 @@ TEST_F(Controle, NomeNaListaEOQueHaNoDiretorio) {
     EXPECT_EQ(Listados(), T{"B.dat"});
 
     CriaBom("B.dat");
-    std::unique_ptr<IXVArquivo> pEscritor;
-    constexpr SAberturaArquivo k_escrita{EAcessoArquivo::eLeituraEscrita,
-                                         ECompartilhamentoArquivo::eNegaEscrita,
-                                         ECriacaoArquivo::eSomenteExistente};
-    ASSERT_TRUE(m_Arquivos.Abre(PastaDados(k_pszControle), k_escrita, pEscritor).Ok());
+    std::unique_ptr<IXVArquivo> pEscritor = Segura(k_pszControle);
     EXPECT_EQ(Tenta<CXVFileTeste>("B.dat"), S_OK);
     pEscritor.reset();
 

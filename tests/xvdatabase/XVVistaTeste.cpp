@@ -40,13 +40,7 @@ TEST_F(Vista, ArquivoSemCabecalhoAcabaOndeAcabavaAntesDaOperacao) {
     std::string sDiario = DiarioBytes(1, {EntradaBytes(1, {1, {anexa}})});
     Poe<XVUInt64>(sDiario, 512, 1);
     Cria(k_pszNomeDiario, sDiario);
-    std::unique_ptr<IXVArquivo> pEscritor;
-    ASSERT_TRUE(m_Arquivos
-                    .Abre(PastaDados(k_pszNomeDiario),
-                          {EAcessoArquivo::eLeituraEscrita, ECompartilhamentoArquivo::eNegaEscrita,
-                           ECriacaoArquivo::eSomenteExistente},
-                          pEscritor)
-                    .Ok());
+    const std::unique_ptr<IXVArquivo> pEscritor = Segura(k_pszNomeDiario);
     TXVBanco<CXVTextFile> banco("C.dat");
     banco.xvDB.SetSomenteLeituraSemBloqueio(true);
     ASSERT_EQ(Abre(banco), S_OK);

@@ -1,11 +1,13 @@
 // The component over the real store: one store for all components of a company, each call in the name of its
 // caller, and nothing left open when the last one goes.
-#include "client/XVCliente.h"
 #include "support/trace/XVCapturaTrace.h"
+#include "tests/client/XVPortaTeste.h"
 #include "tests/harness/XVEmThreads.h"
 #include "tests/suite/XVCenarioSuite.h"
 
 namespace {
+
+using XVPortaTeste::Conta;
 
 class CComponenteReal : public CXVCenarioSuite {
   protected:
@@ -15,16 +17,7 @@ class CComponenteReal : public CXVCenarioSuite {
     }
     static void Grava(XVCliente::CXVCliente& r) {
         REG_XVDMC regDmc;
-        EXPECT_EQ(r.GravaIntegracao(&regDmc, {.eTipoIntegracao = eXVSMiddleware_BuscaPedidos,
-                                              .eStatusIntegracao = eXVSMiddleware_Pendente,
-                                              .eSistemaIntegracao = SimulacaoSistemaTerceiro,
-                                              .eTipoTransacao = eXVSMiddleware_Inclusao}),
-                  S_OK);
-    }
-    static std::size_t Conta(XVCliente::CXVCliente& r) {
-        std::vector<REG_XVDMC> lista;
-        EXPECT_EQ(r.BuscaPonteiros({}, &lista), S_OK);
-        return lista.size();
+        EXPECT_EQ(r.GravaIntegracao(&regDmc, XVPortaTeste::IntegracaoPendente("")), S_OK);
     }
     // How many lines of the company's general log bear user and session.
     int Linhas(unsigned uiUsuario) const {

@@ -110,14 +110,7 @@ TEST_F(CInicializacao, ControleDesligadoSoDispensaSeloEEstrutura) {
 
 // Also what is thrown before the frame begins stays inside.
 TEST_F(CInicializacao, RegistroDoSistemaQueLancaViraCodigo) {
-    class CRegistroSemMemoria final : public IXVRegistry {
-        std::optional<std::string> LeTexto(std::string_view, std::string_view) override { return {}; }
-        std::optional<XVUInt> LeNumero(std::string_view, std::string_view) override {
-            throw std::bad_alloc();
-        }
-    };
-    CRegistroSemMemoria registry;
-    const CXVGuardaRegistry guarda(registry);
+    m_registry.fnAoLer = [] { throw std::bad_alloc(); };
     EXPECT_EQ(Inicializa(*m_p), E_XV_BAD_ALLOC);
     EXPECT_TRUE(Guarda(*m_p, {}));
 }

@@ -4,6 +4,7 @@
 
 #include <atomic>
 #include <functional>
+#include <memory>
 #include <new>
 #include <stdexcept>
 
@@ -106,17 +107,11 @@ class CLogicaFalsa : public CXVBaseParaRotinas, public CXVOperacoesGenericas {
 using CComponenteFalso = T_XVCR_Middleware<CLogicaFalsa>;
 
 // Owns one reference of a component.
-class CReferencia {
-  public:
-    CReferencia() : m_p(new CComponenteFalso) {}
-    ~CReferencia() { m_p->Release(); }
-    CReferencia(const CReferencia&) = delete;
-    CReferencia& operator=(const CReferencia&) = delete;
-    CComponenteFalso* operator->() const { return m_p; }
-    CComponenteFalso& operator*() const { return *m_p; }
-
-  private:
-    CComponenteFalso* m_p;
+struct SSolta {
+    void operator()(CComponenteFalso* p) const { p->Release(); }
+};
+struct CReferencia : std::unique_ptr<CComponenteFalso, SSolta> {
+    CReferencia() : unique_ptr(new CComponenteFalso) {}
 };
 
 // A sealed record of company "EMPRESA", user 7, session 42.

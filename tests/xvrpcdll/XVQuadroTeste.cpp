@@ -1,6 +1,5 @@
 // The frame around every method: refusal, yield, codes of exceptions, death of the component.
 #include <future>
-#include <thread>
 
 #include "support/faults/XVExcecoes.h"
 #include "tests/harness/XVRelogioFalso.h"
@@ -87,14 +86,10 @@ TEST_F(CQuadro, FalhasEExcecoesViramSeusCodigosESaoRegistradasComOMetodo) {
 }
 
 TEST_F(CQuadro, SoAFaixaFatalMataOComponente) {
-    for (const auto& [ulCodigo, bFatal] : {std::pair{0x8004EAC4U, false},
-                                           {0x8004EAC5U, true},
-                                           {0x8004EADBU, true},
-                                           {0x8004EADCU, false},
-                                           {0x8004EE46U, false},
-                                           {0x8004EE47U, true},
-                                           {0x8004EE48U, false},
-                                           {0x80004005U, false}}) {
+    const std::pair<XVUInt, bool> aCasos[] = {{0x8004EAC4U, false}, {0x8004EAC5U, true},  {0x8004EADBU, true},
+                                              {0x8004EADCU, false}, {0x8004EE46U, false}, {0x8004EE47U, true},
+                                              {0x8004EE48U, false}, {0x80004005U, false}};
+    for (const auto& [ulCodigo, bFatal] : aCasos) {
         const HRESULT hrDepois = bFatal ? E_XVCR_COMPONENTE_NAO_INICIALIZADO : S_OK;
         const CReferencia p;
         ASSERT_EQ(Inicializa(*p), S_OK);

@@ -2,11 +2,9 @@
 // and in the message of the command-line program, with its date for the file of a day.
 #include <gmock/gmock.h>
 
-#include <functional>
-
-#include "client/XVCliente.h"
 #include "support/codes/XVCodigos.h"
 #include "support/trace/XVArquivoRecusado.h"
+#include "tests/client/XVPortaTeste.h"
 #include "tests/harness/XVSistemaArquivosFalhas.h"
 #include "tests/harness/XVTextoNoLog.h"
 #include "tests/suite/XVCenarioSuite.h"
@@ -47,11 +45,7 @@ class Recusa : public CXVCenarioSuite {
 
     HRESULT Usa(EUso eUso) {
         HRESULT hr = m_Cliente.ConectaLocal({.sEmpresa = "MATRIZ", .usUsuario = 7}, {});
-        CXVDadosCR_IntegracaoMiddleware dados{.sRegistroJSON = "{}",
-                                              .eTipoIntegracao = eXVSMiddleware_BuscaPedidos,
-                                              .eStatusIntegracao = eXVSMiddleware_Pendente,
-                                              .eSistemaIntegracao = SimulacaoSistemaTerceiro,
-                                              .eTipoTransacao = eXVSMiddleware_Inclusao};
+        auto dados = XVPortaTeste::IntegracaoPendente("{}");
         std::vector<REG_XVDMC> lista;
         REG_XVDMC regNova;
         if (SUCCEEDED(hr) && eUso == EUso::eGrava) hr = m_Cliente.GravaIntegracao(&regNova, dados);

@@ -1,5 +1,4 @@
 // What a provider is handed and what of its answers is recorded or given back, whole records at a time.
-#include <algorithm>
 #include <utility>
 
 #include "platform/XVAmbienteSO.h"

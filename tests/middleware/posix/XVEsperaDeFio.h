@@ -11,9 +11,7 @@
 #include <fstream>
 #include <functional>
 #include <list>
-#include <string>
 #include <thread>
-#include <utility>
 #include <vector>
 
 #include "tests/harness/XVSistemaArquivosEnvolto.h"

@@ -1,6 +1,5 @@
 // Two callers at the same time, the second in the middle of the first one's work: who opens and who closes a
 // store, and who may share a flush with an operation that waits for the device.
-#include <algorithm>
 #include <ostream>
 
 #include "core/xvdatabase/XVDiarioFormato.h"
@@ -96,12 +95,9 @@ class CXVFilaDaLoja : public CXVLojaEmDoisFios {
         EXPECT_TRUE(XVPovoaLoja(*pLoja, [this](unsigned uiDia) { SetDia(uiDia); }));
     }
     void Opera(const char* pszNome, CBaseMiddleware& rLoja) {
-        const auto it = std::ranges::find_if(XVOperacoesLoja(), [&](const SOperacaoLoja& rOperacao) {
-            return std::string_view(rOperacao.pszNome) == pszNome;
-        });
-        ASSERT_NE(it, XVOperacoesLoja().end()) << pszNome;
-        SetDia(it->uiDia);
-        EXPECT_EQ(it->fnExecuta(rLoja), S_OK) << pszNome;
+        const SOperacaoLoja& rOperacao = XVOperacaoLoja(pszNome);
+        SetDia(rOperacao.uiDia);
+        EXPECT_EQ(rOperacao.fnExecuta(rLoja), S_OK) << pszNome;
     }
     // What both leave on disk, brought together by fnOpera(first's store, second's).
     template <class TOpera>

@@ -1,9 +1,5 @@
 // Several callers of one store with Durabilidade 1 share a flush: while the device works for the first, the
 // others prepare on top of it. Power failures and failing writes in every moment of that.
-#include <algorithm>
-#include <array>
-#include <mutex>
-
 #include "tests/harness/XVSistemaArquivosFalhas.h"
 #include "tests/harness/XVSistemaArquivosQueda.h"
 #include "tests/middleware/XVCenarioLoja.h"

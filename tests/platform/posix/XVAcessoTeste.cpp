@@ -5,9 +5,7 @@
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
-#include <unistd.h>
 
-#include <filesystem>
 #include <fstream>
 
 #include "platform/posix/XVDescritorPosix.h"

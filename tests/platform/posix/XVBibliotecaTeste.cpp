@@ -1,6 +1,4 @@
 // Where libraries are looked for, seen from a program that lies in a directory of the test's.
-#include <filesystem>
-
 #include "platform/XVAmbienteSO.h"
 #include "tests/harness/XVProcessoFilho.h"
 #include "tests/platform/XVCenarioArquivos.h"

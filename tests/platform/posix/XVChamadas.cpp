@@ -50,23 +50,6 @@ auto Segue(const SChamada& rChamada, const char* pszNome, TArgumentos... argumen
 
 }  // namespace
 
-std::vector<SChamada> CXVChamadas::Filtra(const std::vector<EChamada>& listaChamadas) const {
-    std::vector<SChamada> lista;
-    for (const SChamada& rChamada : m_listaChamadas)
-        if (std::ranges::count(listaChamadas, rChamada.eChamada) != 0) lista.push_back(rChamada);
-    return lista;
-}
-
-int CXVChamadas::Passa(const SChamada& rChamada) {
-    m_listaChamadas.push_back(rChamada);
-    SPlano& rPlano = Plano(rChamada.eChamada);
-    if (const std::function<void()> fnAntes = std::exchange(rPlano.fnAntes, nullptr)) fnAntes();
-    unsigned* const pulResto = rPlano.ulAntes > 0 && rPlano.ulVezes > 0 ? &rPlano.ulAntes : &rPlano.ulVezes;
-    if (*pulResto == 0) return 0;
-    --*pulResto;
-    return pulResto == &rPlano.ulVezes ? rPlano.iErrno : 0;
-}
-
 extern "C" {
 
 int open(const char* pszCaminho, int iOpcoes, ...) {

@@ -8,7 +8,7 @@
 #include <algorithm>
 #include <array>
 #include <functional>
-#include <string>
+#include <utility>
 #include <vector>
 
 enum class EChamada : unsigned char {
@@ -54,12 +54,26 @@ class CXVChamadas {
 
     std::size_t Conta(EChamada eChamada) const { return Filtra({eChamada}).size(); }
     // The recorded calls of the kinds, oldest first.
-    std::vector<SChamada> Filtra(const std::vector<EChamada>& listaChamadas) const;
+    std::vector<SChamada> Filtra(const std::vector<EChamada>& listaChamadas) const {
+        std::vector<SChamada> lista;
+        for (const SChamada& rChamada : m_listaChamadas)
+            if (std::ranges::count(listaChamadas, rChamada.eChamada) != 0) lista.push_back(rChamada);
+        return lista;
+    }
     void Esquece() { m_listaChamadas.clear(); }
 
     // For the calls themselves: the one object, or null; errno of the failure, or 0.
     static CXVChamadas* Viva() { return s_pViva; }
-    int Passa(const SChamada& rChamada);
+    int Passa(const SChamada& rChamada) {
+        m_listaChamadas.push_back(rChamada);
+        SPlano& rPlano = Plano(rChamada.eChamada);
+        if (const std::function<void()> fnAntes = std::exchange(rPlano.fnAntes, nullptr)) fnAntes();
+        unsigned* const pulResto =
+            rPlano.ulAntes > 0 && rPlano.ulVezes > 0 ? &rPlano.ulAntes : &rPlano.ulVezes;
+        if (*pulResto == 0) return 0;
+        --*pulResto;
+        return pulResto == &rPlano.ulVezes ? rPlano.iErrno : 0;
+    }
     std::size_t Corta(std::size_t uiBytes) const { return std::min(uiBytes, m_uiMaximo); }
 
   private:

@@ -6,7 +6,6 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <map>
 
 #include "tests/platform/XVCenarioArquivos.h"
 

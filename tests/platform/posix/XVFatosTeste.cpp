@@ -16,7 +16,6 @@
 #include <fstream>
 #include <optional>
 #include <string>
-#include <vector>
 
 #include "platform/XVAmbienteSO.h"
 #include "platform/XVPlataforma.h"

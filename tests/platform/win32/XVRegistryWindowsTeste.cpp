@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
-#include "platform/XVAmbienteSO.h"
 #include "platform/XVPlataforma.h"
 
 namespace {

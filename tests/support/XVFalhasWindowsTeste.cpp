@@ -1,10 +1,13 @@
-// The trap hooked to the universal C runtime of Windows, called as a library of the process would.
+// What exists on Windows only: the trap hooked to the universal C runtime, called as a library of the process
+// would, the exception of the COM support, and errno with the numbers of the table.
 #include <windows.h>
 
+#include <comdef.h>
 #include <gtest/gtest.h>
 
 #include <thread>
 
+#include "support/codes/XVErrno.h"
 #include "support/faults/XVExcecoes.h"
 #include "support/faults/XVTrapParametroInvalido.h"
 #include "support/trace/XVCapturaTrace.h"
@@ -38,4 +41,18 @@ TEST(TrapRuntime, ParametroRecusadoPeloRuntimeSaiComoHResultDoErrno) {
     EXPECT_EQ(CopiaParaNulo(), XVHResult(0x8004EAF0U));
     ASSERT_EQ(captura.GetFalhas().size(), 1U);
     EXPECT_EQ(captura.GetFalhas()[0].iLinha, 7);
+}
+
+TEST(Excecoes, ErroDoSuporteACom) {
+    HRESULT hr = S_OK;
+    try {
+        throw _com_error(static_cast<HRESULT>(0x800706BAL));
+    } catch (...) {
+        hr = XVTranslateThrownExceptionToHresult();
+    }
+    EXPECT_EQ(hr, static_cast<HRESULT>(0x800706BAL));
+}
+
+TEST(Errno, NomesDesteRuntimeTemOsNumerosDaTabela) {
+    for (int i = -1; i <= 150; ++i) EXPECT_EQ(XVHResultDeErrno(i), XVHResultDeErrnoWindows(i)) << i;
 }
