@@ -154,6 +154,7 @@ CXVErroArquivo CXVSistemaArquivosMemoria::Lista(const std::string& sDiretorio, c
         if (pConteudo && XVMascara::NomesIguais(DiretorioDe(sCaminho), sNormal) &&
             XVMascara::Confere(sMascara, NomeDe(sCaminho)))
             listaNomes.push_back(NomeDe(sCaminho));
+    std::reverse(listaNomes.begin(), listaNomes.end());  // no directory promises the order of the names
     return {};
 }
 

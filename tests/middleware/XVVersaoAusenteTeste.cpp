@@ -56,6 +56,9 @@ TEST_F(CXVVersaoAusenteTeste, VersaoEControleAusentesNaoProvamNada) {
     // Records that are possible in either layout show neither.
     EsperaRecusaDe({{k_apszDias[0], XVArquivoDoTeste({k_apszDias[0]}, std::string(880, '\0'))}}, k_pszVersao,
                    "zero records");
+    Recomeca({{k_apszDias[0], SemVersao(0, true)[k_apszDias[0]]},
+              {k_apszDias[1], XVArquivoDoTeste({k_apszDias[1]}, std::string(880, '\0'))}});
+    EXPECT_EQ(Converte(), S_OK) << "one day that shows the first layout is enough";
     Recomeca({{k_pszIndice, ""}, {k_apszDias[0], XVArquivoDoTeste({k_apszDias[0]}, "")}});
     EXPECT_EQ(Converte(), S_OK) << "nothing in it";
 }

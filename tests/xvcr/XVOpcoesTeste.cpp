@@ -77,6 +77,10 @@ TEST_F(Opcoes, GravaLevaCadaUmaAoSeuCampo) {
         comUm[sCampo] = m_Tudo[sCampo];
         EXPECT_EQ(Json("le --" + sOpcao + ' ' + sDmc).at(0), comUm) << "one text alone";
     }
+    json comDois = semTextos;
+    for (const char* pszCampo : {"regRegistroJSON", "regMensagemIntegracao"})
+        comDois[pszCampo] = m_Tudo[pszCampo];
+    EXPECT_EQ(Json("le --json-enviado --mensagem " + sDmc).at(0), comDois) << "two together";
     EXPECT_EQ(Json("grava --filial 119 --mensagem outra --dmc " + sDmc),
               (std::vector<json>{{{"regDmc", Decimal(sDmc)}, {"sDmc", sDmc}}}));
     const json outra{{"ulPonteiroFilial", 119}, {"regMensagemIntegracao", "outra"}};

@@ -115,6 +115,9 @@ TEST_F(ProgramaBase, VariaveisDeAmbienteValemOndeNaoHaOpcao) {
         EXPECT_TRUE(
             std::filesystem::exists(m_Diretorio.Junta(pszBase + std::string("/DF/CRINDEXINTEG.dat"))));
     EXPECT_EQ(XVExecuta(sPrograma, {"busca", "--conta"}).sSaida, "1\n");
+    EXPECT_THAT(XVExecuta(sPrograma, {"--diretorio", sPrograma, "busca"}).sErro,
+                StartsWith("xvcr: o diretório do módulo"))
+        << "a file is no directory";
     PoeVariavel("XVCR_DIRETORIO=");
     PoeVariavel("XVCR_EMPRESA=");
 }

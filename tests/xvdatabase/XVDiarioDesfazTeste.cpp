@@ -12,10 +12,11 @@ TEST_F(DiarioDesfaz, FalhasDoDiarioNaoDeixamOperacaoQueVolta) {
     const auto inicial = m_Arquivos.Retrata();
     for (const XVUInt ulDurabilidade : {0U, 1U}) {
         SetDurabilidade(ulDurabilidade);
-        for (const bool bPermanente : {false, true}) {
+        for (const auto& [bPermanente, bFazTudo] :
+             {std::pair(false, false), {true, false}, {false, true}, {true, true}}) {
             bool bHouveFalha = true;
             for (XVUInt64 uiNumero = 1; bHouveFalha; ++uiNumero) {
-                SCOPED_TRACE(testing::Message() << ulDurabilidade << bPermanente << uiNumero);
+                SCOPED_TRACE(testing::Message() << ulDurabilidade << bPermanente << bFazTudo << uiNumero);
                 ASSERT_LT(uiNumero, 60U);
                 m_Arquivos.Restaura(inicial);
                 const CXVCapturaTrace captura;
@@ -27,7 +28,8 @@ TEST_F(DiarioDesfaz, FalhasDoDiarioNaoDeixamOperacaoQueVolta) {
                     ASSERT_EQ(banco.Grava(0, {1, 0, 0}, "primeiro"), S_OK);
                     m_FalhasQueda.SetFiltro(
                         [](const std::string& s) { return s.ends_with(k_pszNomeDiario); });
-                    m_FalhasQueda.Programa({.uiNumero = uiNumero, .bPermanente = bPermanente});
+                    m_FalhasQueda.Programa(
+                        {.uiNumero = uiNumero, .bPermanente = bPermanente, .bFazTudo = bFazTudo});
                     hr = banco.Grava(1, {2, 0, 0}, "que falha");
                     bHouveFalha = m_FalhasQueda.GetFalhasOcorridas() > 0;
                     m_FalhasQueda.Limpa();
