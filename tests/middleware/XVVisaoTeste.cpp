@@ -68,6 +68,31 @@ TEST_F(CXVVisaoTeste, OperacaoInteiraNoMeioDaLeituraOuDaBusca) {
     }
 }
 
+// What a search found is read again in one moment, in smaller parts each time that somebody wrote meanwhile.
+TEST_F(CXVVisaoTeste, BuscaRepetidaEmPartesMenoresAchaCadaUmaUmaVez) {
+    TListaDmc esperada;
+    {
+        const TLoja pEscritor = Abre();
+        for (unsigned i = 1; i <= 130; ++i)  // more than the second attempt reads
+            esperada.push_back(Grava(*pEscritor, CXVIntegracaoTeste(i)).uiValor);
+    }
+    const TLoja pVisor = AbreVisor();
+    const SFiltroTeste filtro{.transacoes = {CXVIntegracaoTeste().reg.eTipoTransacao}};
+    CXVSistemaArquivosGancho gancho(m_Arquivos);
+    const CXVGuardaSistemaArquivos guarda(gancho);
+    unsigned uiOperacoes = 0;
+    unsigned uiOnde = 0;
+    const CXVGanchoArquivos depois([&] {
+        if (++uiOperacoes != uiOnde) return;
+        EXPECT_EQ(Abre()->GravaDataHoraIntegracaoTerceiro({{}, 9, 2, 1, {}}), S_OK);
+    });
+    EXPECT_EQ(XVBusca(*pVisor, filtro), esperada);
+    for (const unsigned uiDoFim : {3U, 20U, 100U}) {
+        uiOnde = std::exchange(uiOperacoes, 0) - uiDoFim;
+        EXPECT_EQ(XVBusca(*pVisor, filtro), esperada) << uiDoFim;
+    }
+}
+
 // Neither by reading nor by an error, nor when it is asked to record.
 TEST_F(CXVVisaoTeste, NadaEhEscritoNemComErro) {
     REG_XVDMC regDmc = Grava(*Abre(), CXVIntegracaoTeste(1).Textos("{}", "m", "{}"));

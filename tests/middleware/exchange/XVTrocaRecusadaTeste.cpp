@@ -134,10 +134,8 @@ TEST_F(CXVTrocaRecusadaTeste, IntegracaoOuDiaQueNaoSeLeNaoETrocado) {
                 std::string(pszGrupo) + (bInclusao ? "20240315.dat" : "20240313.dat");
             SCOPED_TRACE(sArquivo);
             Estraga(sArquivo, 100);
-            if (bInclusao)
-                EsperaRecusa(S_OK);
-            else
-                EsperaRecusa(S_OK, eXVSMiddleware_Alteracao, regAnterior);
+            if (bInclusao) EsperaRecusa(S_OK);
+            EsperaRecusa(S_OK, bInclusao ? eXVSMiddleware_Inclusao : eXVSMiddleware_Alteracao, regAnterior);
             Estraga(sArquivo, 100);  // whole again
         }
     REG_XVDMC regNova;
