@@ -79,7 +79,8 @@ TEST_F(CXVVersaoAusenteTeste, VistaSoAbreAVersaoAtual) {
     const TArquivos atual = XVBaseDourada(5, true);
     EXPECT_EQ(visita(atual), S_OK);
     // A store that somebody is making passes through the versions.
-    Recomeca({{k_pszVersao, XVBaseDourada(3, true).at(k_pszVersao)}, {k_pszNomeDiario, ""}});
+    Recomeca(
+        {{k_pszVersao, XVBaseDourada(3, true).at(k_pszVersao)}, {k_pszNomeDiario, ""}, {k_pszIndice, ""}});
     std::unique_ptr<IXVArquivo> pEscritor;
     ASSERT_TRUE(m_Arquivos
                     .Abre(PastaDados(k_pszNomeDiario),

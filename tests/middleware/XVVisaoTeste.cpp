@@ -80,16 +80,19 @@ TEST_F(CXVVisaoTeste, BuscaRepetidaEmPartesMenoresAchaCadaUmaUmaVez) {
     const SFiltroTeste filtro{.transacoes = {CXVIntegracaoTeste().reg.eTipoTransacao}};
     CXVSistemaArquivosGancho gancho(m_Arquivos);
     const CXVGuardaSistemaArquivos guarda(gancho);
+    CXVIntegracaoTeste outra(131);
+    outra.reg.eTipoTransacao = eXVSMiddleware_Exclusao;
     unsigned uiOperacoes = 0;
     unsigned uiOnde = 0;
     const CXVGanchoArquivos depois([&] {
-        if (++uiOperacoes != uiOnde) return;
-        EXPECT_EQ(Abre()->GravaDataHoraIntegracaoTerceiro({{}, 9, 2, 1, {}}), S_OK);
+        if (++uiOperacoes == uiOnde) Grava(*Abre(), outra);
     });
     EXPECT_EQ(XVBusca(*pVisor, filtro), esperada);
-    for (const unsigned uiDoFim : {3U, 20U, 100U}) {
-        uiOnde = std::exchange(uiOperacoes, 0) - uiDoFim;
-        EXPECT_EQ(XVBusca(*pVisor, filtro), esperada) << uiDoFim;
+    const unsigned uiTodas = uiOperacoes;
+    for (unsigned i = 1; i < 8; ++i) {
+        uiOperacoes = 0;
+        uiOnde = uiTodas * i / 8;
+        EXPECT_EQ(XVBusca(*pVisor, filtro), esperada) << i;
     }
 }
 

@@ -20,7 +20,7 @@ TEST_F(DiarioDesfaz, FalhasDoDiarioNaoDeixamOperacaoQueVolta) {
                 ASSERT_LT(uiNumero, 60U);
                 m_Arquivos.Restaura(inicial);
                 const CXVCapturaTrace captura;
-                CXVSistemaArquivosMemoria::TRetrato depois, morte;
+                CXVSistemaArquivosMemoria::TRetrato depois, morte, falha;
                 HRESULT hr = S_OK;
                 {
                     SBancoDuplo banco;
@@ -33,10 +33,15 @@ TEST_F(DiarioDesfaz, FalhasDoDiarioNaoDeixamOperacaoQueVolta) {
                     hr = banco.Grava(1, {2, 0, 0}, "que falha");
                     bHouveFalha = m_FalhasQueda.GetFalhasOcorridas() > 0;
                     m_FalhasQueda.Limpa();
+                    falha = Morre();
                     ASSERT_EQ(banco.Grava(1, {3, 0, 0}, "seguinte"), S_OK);
                     morte = Morre();
                     ASSERT_EQ(banco.Fecha(m_Dono), S_OK);
                     depois = Morre();
+                }
+                if (FAILED(hr) && bFazTudo) {
+                    ASSERT_EQ(Reabre(falha), S_OK);
+                    ASSERT_EQ(LeTextos("T.dat"), std::vector<std::string>{"primeiro"});
                 }
                 for (const auto& rRetrato : {depois, morte}) {
                     ASSERT_EQ(Reabre(rRetrato), S_OK);
