@@ -22,10 +22,10 @@ XVUInt64 CrcDosCampos(TCampos... campos) {
 CXVDataBase_CR_Middleware::CXVDataBase_CR_Middleware()
     : CXVDataBase(XV_DF),
       m_IndexIntegracao(k_pszArquivoIndexIntegracao, this),
-      m_Integracao(k_pszArquivoIntegracao, this, k_uiLimiteAbertos),
-      m_JSONIntegracao(k_pszArquivoJSONIntegracao, this, k_uiLimiteAbertos),
-      m_MensagemIntegracao(k_pszArquivoMensagemIntegracao, this, k_uiLimiteAbertos),
-      m_JSONRetornoIntegracao(k_pszArquivoJSONRetornoIntegracao, this, k_uiLimiteAbertos),
+      m_Integracao(k_pszArquivoIntegracao, this, k_uiMinimoAbertos),
+      m_JSONIntegracao(k_pszArquivoJSONIntegracao, this, k_uiMinimoAbertos),
+      m_MensagemIntegracao(k_pszArquivoMensagemIntegracao, this, k_uiMinimoAbertos),
+      m_JSONRetornoIntegracao(k_pszArquivoJSONRetornoIntegracao, this, k_uiMinimoAbertos),
       m_ChaveRegistroParaTerceiro(k_pszArquivoChaveRegistroParaTerceiro, this),
       m_DataHoraIntegracao(k_pszArquivoDataHoraIntegracao, this) {}
 

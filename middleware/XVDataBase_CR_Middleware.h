@@ -68,8 +68,8 @@ class CXVDataBase_CR_Middleware : public CXVDataBase {
     // Records that a day's file of a group contradicts another file, and yields the code for it.
     HRESULT RecusaMembro(XVUInt64 uiChaveNomeArquivo, const std::string& sPadrao) const;
 
-    // Every group keeps at most this many members open.
-    static constexpr std::size_t k_uiLimiteAbertos = 2;
+    // Every group keeps at least the members that it used last open; more, while the budget allows.
+    static constexpr std::size_t k_uiMinimoAbertos = 2;
 
     CXVFile<REG_CR_INDEX_INTEGRACAO_V1> m_IndexIntegracao;
     CXVGroupFileDynamic<REG_CR_INTEGRACAO_MIDDLEWARE_V2> m_Integracao;

@@ -16,6 +16,7 @@ std::string GetCaminhoExecutavel();  // absolute path of the running program
 std::string GetDiretorioExecutavel();
 XVUInt GetIdProcesso();
 XVUInt GetIdThread();
+std::size_t GetMaximoArquivosAbertos();  // by this process at one time; large where nothing limits it
 bool EhSessaoRemota();
 
 struct SMemoriaMaquina {

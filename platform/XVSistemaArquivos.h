@@ -14,7 +14,8 @@
 // the system has such permissions).
 //
 // Thread rule: a file system may be called from any thread at any time. An open file may be used by
-// several threads for reading; a writer must be alone (the engine's file locks see to that).
+// several threads for reading, also beside one that writes other bytes or changes the length behind what is
+// read; two writers must not meet (the engine's locks see to that).
 #pragma once
 
 #include <memory>

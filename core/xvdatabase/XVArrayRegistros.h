@@ -18,6 +18,8 @@ class TXVArrayRegistros {
 
     std::size_t size() const { return m_uiQuantidade; }
     bool empty() const { return m_uiQuantidade == 0; }
+    // Bytes that the elements take, and those that there is room for.
+    std::size_t GetMemoria() const { return (m_uiBase + m_listaBlocos.size() * k_uiBloco) * sizeof(T); }
 
     const T& operator[](std::size_t i) const {
         return i < m_uiBase ? m_pBase[i]

@@ -1,5 +1,5 @@
 // What makes a payload sound without a header to vouch for it: fixed-size records that are possible, or
-// an unbroken chain of texts. Both walks read the payload once, front to back, in pieces of at most about
+// an unbroken chain of texts. The walks read the payload once, front to back, in pieces of at most about
 // 1 MiB, and change nothing.
 //
 // le(offset, pointer, size) reads from the payload and answers a CXVErroArquivo. The walks give the first
@@ -38,8 +38,9 @@ CXVErroArquivo XVConfereRegistros(XVUInt64 uiTamanho, bool* pbIntegro, TLe le) {
     return {};
 }
 
-template <class TLe>
-CXVErroArquivo XVConfereTextos(XVUInt64 uiTamanho, bool* pbIntegro, TLe le) {
+// Walks a chain of texts and calls texto(offset of the length prefix, length) for each.
+template <class TLe, class TTexto>
+CXVErroArquivo XVPercorreTextos(XVUInt64 uiTamanho, bool* pbIntegro, TLe le, TTexto texto) {
     *pbIntegro = false;
     std::vector<char> aPedaco;
     XVUInt64 uiInicioPedaco = 0;
@@ -54,7 +55,13 @@ CXVErroArquivo XVConfereTextos(XVUInt64 uiTamanho, bool* pbIntegro, TLe le) {
         }
         std::memcpy(&ulTexto, aPedaco.data() + (uiOffset - uiInicioPedaco), sizeof(ulTexto));
         if (ulTexto > uiTamanho - uiOffset - sizeof(ulTexto)) return {};
+        texto(uiOffset, ulTexto);
     }
     *pbIntegro = true;
     return {};
+}
+
+template <class TLe>
+CXVErroArquivo XVConfereTextos(XVUInt64 uiTamanho, bool* pbIntegro, TLe le) {
+    return XVPercorreTextos(uiTamanho, pbIntegro, le, [](XVUInt64, XVUInt) {});
 }

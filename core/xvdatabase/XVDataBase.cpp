@@ -27,6 +27,7 @@ HRESULT CXVDataBase::OnInicializa() {
     m_pVisao = m_bSomenteLeitura ? CXVVisao::GetAtual() : nullptr;
     if (!m_bSomenteLeitura && SUCCEEDED(CAmbienteXV::GetPathDados(m_eModulo, GetEmpresa(), &sDiretorio)))
         m_pDiario = CXVDiario::Busca(sDiretorio);
+    m_memoriaMembros.LeOrcamento(m_eModulo);
     for (const auto& file : m_mapFiles) XV_CHECK(file.second->Inicializa(this));
     return S_OK;
 }

@@ -10,6 +10,7 @@
 #include <string>
 
 #include "core/xvdatabase/IXVFileBase.h"
+#include "core/xvdatabase/XVMemoriaMembros.h"
 #include "suite/XVBaseParaRotinas.h"
 
 class CXVDiario;
@@ -47,6 +48,9 @@ class CXVDataBase : public CXVBaseParaRotinas {
     // or writes. Known after Inicializa.
     CXVVisao* GetVisao() const { return m_pVisao; }
 
+    // What the members of this database's groups may take.
+    CXVMemoriaMembros& GetMemoriaMembros() { return m_memoriaMembros; }
+
     // Enclose the moment in which the memory of several files passes from the state before an operation to
     // the state after it.
     void IniciaPublicacao() { m_uiIniciadas.fetch_add(1, std::memory_order_acq_rel); }
@@ -72,6 +76,7 @@ class CXVDataBase : public CXVBaseParaRotinas {
     bool m_bCabecalhoDesabilitado = false;
     CXVDiario* m_pDiario = nullptr;
     CXVVisao* m_pVisao = nullptr;
+    CXVMemoriaMembros m_memoriaMembros;
     std::atomic<XVUInt64> m_uiIniciadas = 0;
     std::atomic<XVUInt64> m_uiTerminadas = 0;
 };

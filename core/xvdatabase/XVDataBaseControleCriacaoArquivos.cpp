@@ -28,7 +28,6 @@ class CXVDataBaseControle : public CXVDataBase {
     enum class EUso { eLeitura, eEscrita };
     CXVDataBaseControle(EModulo eModulo, const std::string& sNomeArquivo, EUso eUso)
         : CXVDataBase(eModulo), m_xvTextFile(sNomeArquivo, this) {
-        HabilitaAcessoDireto();
         SetSomenteLeituraSemBloqueio(eUso == EUso::eLeitura);
     }
     ~CXVDataBaseControle() override { XVIgnora(Finaliza()); }
@@ -38,10 +37,10 @@ class CXVDataBaseControle : public CXVDataBase {
     CXVTextFile m_xvTextFile;
 };
 
-bool ContemNome(const CXVTextFile::CColecao& rColecao, std::string_view sNome) {
-    for (std::size_t i = 0; i < rColecao.size(); ++i)
-        if (XVIgualSemCaixa(rColecao[i].GetTexto(), sNome)) return true;
-    return false;
+// Of the directory's journal, when this process has one; the list is about to change.
+CXVNomesControlados* NomesDe(const std::string& sDiretorio) {
+    CXVDiario* pDiario = CXVDiario::Busca(sDiretorio);
+    return pDiario == nullptr ? nullptr : &pDiario->GetNomesControlados();
 }
 
 }  // namespace
@@ -94,9 +93,25 @@ HRESULT CXVDataBaseControleCriacaoArquivos::GerenciaControleCriacaoArquivos(XVUI
 
 HRESULT CXVDataBaseControleCriacaoArquivos::PossuiControleCriacaoArquivos(bool* pbPossui) {
     *pbPossui = false;
+    CXVNomesControlados* pNomes = m_pDiario == nullptr ? nullptr : &m_pDiario->GetNomesControlados();
+    if (pNomes != nullptr)
+        if (const std::optional<bool> bGuardado = pNomes->Possui(m_sNomeArquivo)) {
+            *pbPossui = *bGuardado;
+            return S_OK;
+        }
+    const XVUInt64 uiGeracao = pNomes == nullptr ? 0 : pNomes->GetGeracao();
+    std::vector<std::string> listaNomes;
+    const HRESULT hr = LeLista(&listaNomes);
+    if (FAILED(hr)) return hr;
+    *pbPossui = CXVNomesControlados::Contem(listaNomes, m_sNomeArquivo);
+    if (pNomes != nullptr) pNomes->Guarda(uiGeracao, std::move(listaNomes));
+    return S_OK;
+}
+
+HRESULT CXVDataBaseControleCriacaoArquivos::LeLista(std::vector<std::string>* plistaNomes) {
     CXVDataBaseControle xvDB(m_eModulo, k_sNomeControle, CXVDataBaseControle::EUso::eLeitura);
-    XV_CHECK(xvDB.Inicializa(this));
-    *pbPossui = ContemNome(*xvDB.GetArquivo().GetPtrRegistros(), m_sNomeArquivo);
+    XV_CHECK_EM("PossuiControleCriacaoArquivos", xvDB.Inicializa(this));
+    XV_CHECK_EM("PossuiControleCriacaoArquivos", xvDB.GetArquivo().LeTodos(plistaNomes));
     return S_OK;
 }
 
@@ -111,17 +126,16 @@ HRESULT CXVDataBaseControleCriacaoArquivos::ConfereArquivoControlado() {
 
 HRESULT CXVDataBaseControleCriacaoArquivos::LeNomesControlados(std::vector<std::string>* plistaNomes) {
     plistaNomes->clear();
-    CXVDataBaseControle xvDB(m_eModulo, k_sNomeControle, CXVDataBaseControle::EUso::eLeitura);
-    XV_CHECK(xvDB.Inicializa(this));
-    const CXVTextFile::CColecao& rColecao = *xvDB.GetArquivo().GetPtrRegistros();
-    for (std::size_t i = 0; i < rColecao.size(); ++i) plistaNomes->emplace_back(rColecao[i].GetTexto());
-    return S_OK;
+    return LeLista(plistaNomes);
 }
 
 HRESULT CXVDataBaseControleCriacaoArquivos::CriaControleCriacaoArquivos() {
     XV_ESCOPO({"m_sNomeArquivo", m_sNomeArquivo});
     std::unique_ptr<IXVMarcaDiretorio> marca;
     XV_CHECK(ExecutaMarcaDiretorio(marca));
+    std::string sDiretorio;
+    XV_CHECK(CXVDataBaseUtil::GetPathDados(m_eModulo, GetEmpresa(), &sDiretorio));
+    const CXVNomesControlados::CMudanca mudanca(NomesDe(sDiretorio));
     bool bPossui = false;
     XV_CHECK(PossuiControleCriacaoArquivos(&bPossui));
     if (bPossui) return S_OK;
@@ -147,6 +161,7 @@ HRESULT CXVDataBaseControleCriacaoArquivos::RemoveControleCriacaoArquivos() {
     XV_CHECK(ExecutaMarcaDiretorio(marca));
     std::string sDiretorio;
     XV_CHECK(CXVDataBaseUtil::GetPathDados(m_eModulo, GetEmpresa(), &sDiretorio));
+    const CXVNomesControlados::CMudanca mudanca(NomesDe(sDiretorio));
     const std::string sNomeTra = XVNomeArquivo::TrocaExtensao(k_sNomeControle, "tra");
     const std::string sPathTra = XVPlataforma::SistemaArquivos().Junta(sDiretorio, sNomeTra);
     bool bExiste = false;

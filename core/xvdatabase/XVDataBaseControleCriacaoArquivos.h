@@ -17,6 +17,7 @@
 #include "suite/XVInicializador.h"
 #include "support/XVAmbiente.h"
 
+class CXVDiario;
 class CXVImagemArquivo;
 
 class CXVDataBaseControleCriacaoArquivos : public CXVInicializador {
@@ -25,6 +26,9 @@ class CXVDataBaseControleCriacaoArquivos : public CXVInicializador {
 
     CXVDataBaseControleCriacaoArquivos(EModulo eModulo, std::string sNomeArquivo)
         : m_eModulo(eModulo), m_sNomeArquivo(std::move(sNomeArquivo)) {}
+
+    // The journal of the directory, where this process holds it for writing; null: the list is always read.
+    void SetDiario(CXVDiario* pDiario) { m_pDiario = pDiario; }
 
     // The check run by the file's opening. Only in eModoLeituraGravacao: a listed file that is missing is
     // E_XVCR_INCONSISTENCIA_CONTROLE_CRIACAO_ARQUIVOS; a present file that is not listed is listed; with the
@@ -45,6 +49,7 @@ class CXVDataBaseControleCriacaoArquivos : public CXVInicializador {
     HRESULT OnFinaliza() override;
 
   private:
+    HRESULT LeLista(std::vector<std::string>* plistaNomes);
     HRESULT ExecutaMarcaDiretorio(std::unique_ptr<IXVMarcaDiretorio>& marca);
     HRESULT LeOutrosNomes(std::vector<std::string>* plistaNomes);
     HRESULT SubstituiLista(const std::string& sPathTra, bool bVazia);
@@ -53,4 +58,5 @@ class CXVDataBaseControleCriacaoArquivos : public CXVInicializador {
     EModulo m_eModulo;
     std::string m_sNomeArquivo;
     bool m_bDesabilitado = false;
+    CXVDiario* m_pDiario = nullptr;
 };

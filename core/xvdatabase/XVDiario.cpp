@@ -116,6 +116,7 @@ HRESULT CXVDiario::Abre(const IXVDF_Profiler* pDono, EModulo eModulo, const std:
     }
     LeDurabilidade(pDono, eModulo);
     m_uiSegura = m_uiDispensada = 0;
+    m_nomesControlados.Esquece();
     m_bAberto = true;
     m_sChave = ChaveDoDiretorio(sDiretorio);
     const std::lock_guard lock(Diarios().mutex);

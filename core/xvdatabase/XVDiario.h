@@ -21,6 +21,7 @@
 #include <vector>
 
 #include "core/xvdatabase/XVDiarioAnel.h"
+#include "core/xvdatabase/XVNomesControlados.h"
 #include "support/XVAmbiente.h"
 #include "support/trace/XVCheck.h"
 
@@ -74,6 +75,9 @@ class CXVDiario {
     void TerminaCopia(XVUInt64 uiNumero) noexcept;
     // Everything written so far reaches the device, and the journal forgets it: before a file is deleted.
     HRESULT PontoSeguro(const IXVDF_Profiler* pDono);
+
+    // What the directory's creation control lists.
+    CXVNomesControlados& GetNomesControlados() { return m_nomesControlados; }
 
     // A file that was opened again, and one that is about to close.
     void LembraArquivo(CXVFileBase& rFile);
@@ -144,6 +148,7 @@ class CXVDiario {
     std::string m_sPath;
     std::unique_ptr<IXVArquivo> m_pArquivo;
     CXVDiarioAnel m_anel;
+    CXVNomesControlados m_nomesControlados;
     bool m_bAberto = false;
     bool m_bDuravel = false;
     XVUInt64 m_uiSegura = 0;      // up to this entry everything is in the files on the device

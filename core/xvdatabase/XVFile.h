@@ -59,6 +59,12 @@ class CXVFile : public CXVFileBase {
     HRESULT PreparaColecao(CXVOperacao& rOperacao, XVUInt& uiPosicao, std::span<const T> aRegistros);
 
     XVUInt64 GetQtdRegistros() const;
+    // Bytes that the object and its records take; indexes, which members of groups do not have, apart.
+    XVUInt64 GetMemoria() const {
+        const std::shared_lock lock(GetLock());
+        return sizeof(*this) + m_aRegistros.GetMemoria();
+    }
+    static constexpr std::size_t k_uiMemoriaRegistro = sizeof(T);
     // The whole array, for a database with direct access; otherwise null.
     const TXVArrayRegistros<T>* GetPtrRegistros() const {
         return GetDataBase()->PermiteAcessoDireto() ? &m_aRegistros : nullptr;

@@ -50,6 +50,7 @@ HRESULT CXVFileBase::OnInicializa() {
         if (bExiste) XV_CHECK(XVArquivoRecusado::Anota(E_XVCR_ARQUIVO_TRA_ENCONTRADO, sPathTra, this));
     }
     XV_CHECK(m_ControleCriacaoArquivos.Inicializa(this));
+    m_ControleCriacaoArquivos.SetDiario(m_pDataBase->GetDiario());
     FechaArquivo();
     return S_OK;
 }
@@ -149,6 +150,11 @@ void CXVFileBase::FechaArquivo() {
     m_pVisto = nullptr;
 }
 
+void CXVFileBase::AbandonaArquivo() {
+    const std::unique_lock lock(GetLock());
+    FechaArquivo();
+}
+
 HRESULT CXVFileBase::DeletaArquivo() {
     XV_ESCOPO({"m_sNomeArquivo", m_sNomeArquivo});
     FechaArquivo();
@@ -215,7 +221,7 @@ HRESULT CXVFileBase::ValidaGravacao() {
     return m_pDataBase->EhSomenteLeituraSemBloqueio() ? eXVReadOnly : S_OK;
 }
 
-CXVErroArquivo CXVFileBase::LeDados(XVUInt64 uiOffset, void* pDados, std::size_t uiTamanho) {
+CXVErroArquivo CXVFileBase::LeDados(XVUInt64 uiOffset, void* pDados, std::size_t uiTamanho) const {
     return m_pArquivo->Le(uiOffset, pDados, uiTamanho);
 }
 

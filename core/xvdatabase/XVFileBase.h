@@ -50,6 +50,8 @@ class CXVFileBase : public IXVFileBase {
     // then, and nothing rewrites that header.
     HRESULT AbreArquivo(XVUInt eModoAbertura = eModoLeituraGravacao);
     void FechaArquivo();
+    // The same beside readers.
+    void AbandonaArquivo();
     // Whether the file is open; does not look at the disk.
     bool ExisteArquivo() const { return m_pArquivo != nullptr; }
 
@@ -135,7 +137,7 @@ class CXVFileBase : public IXVFileBase {
     HRESULT ValidaGravacao();
 
     // Reads at an offset of the file (header included).
-    CXVErroArquivo LeDados(XVUInt64 uiOffset, void* pDados, std::size_t uiTamanho);
+    CXVErroArquivo LeDados(XVUInt64 uiOffset, void* pDados, std::size_t uiTamanho) const;
 
     // Reads the same bytes. A viewer beside a busy writer could wait long for one moment that is still there
     // at the end of a long reading, so it reads in pieces of whole units of uiUnidade bytes, each piece of

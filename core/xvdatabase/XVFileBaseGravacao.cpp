@@ -158,10 +158,7 @@ CXVErroArquivo CXVFileBase::DesfazGravacao(const SGravacao& g) {
 // Only a file that this write made: one that had appeared meanwhile is somebody else's. Where its length
 // could not be asked for, it is this write's as long as it is empty.
 CXVErroArquivo CXVFileBase::DesfazArquivoCriado() {
-    {
-        const std::unique_lock lock(GetLock());
-        FechaArquivo();
-    }
+    AbandonaArquivo();
     IXVSistemaArquivos& rSistema = XVPlataforma::SistemaArquivos();
     XVUInt64 uiTamanho = 0;
     CXVErroArquivo erro;

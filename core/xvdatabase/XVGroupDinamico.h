@@ -1,15 +1,16 @@
-// The part that both kinds of dynamic groups share: members are opened on demand and at most m_uiLimite
-// of them are open at once; opening one more closes the one opened first.
+// The part that both kinds of dynamic groups share: members are opened on demand and stay open as long as the
+// store's budget allows (XVMemoriaMembros.h).
 //
 // TNomes gives the class name and source unit for traces. Thread rule: whoever uses a member that is open
-// shares the group's lock; opening and closing members holds it alone. A member with a prepared write is not
-// closed.
+// shares the group's lock; it is held alone only while a member enters or leaves the list of open ones.
+// Members are loaded and closed under the opening lock of the store: beside them the other members are used.
 #pragma once
 
 #include <algorithm>
-#include <deque>
+#include <atomic>
 #include <mutex>
 #include <shared_mutex>
+#include <unordered_map>
 
 #include "core/xvdatabase/XVDataBase.h"
 #include "core/xvdatabase/XVFileBase.h"
@@ -18,15 +19,18 @@
 #include "support/trace/XVProfiler.h"
 
 template <class TMembro, class TNomes>
-class TXVGroupDinamico : public CXVGroupFileBase {
+class TXVGroupDinamico : public CXVGroupFileBase, private IXVMembrosAbertos {
   public:
     static constexpr const char* XVNomeClasse() { return TNomes::XVNomeClasse(); }
     static constexpr const char* XVNomeFonte() { return TNomes::XVNomeFonte(); }
 
-    TXVGroupDinamico(std::string sNomeArquivo, CXVDataBase* pDataBase, std::size_t uiLimite)
-        : CXVGroupFileBase(std::move(sNomeArquivo), pDataBase), m_uiLimite(uiLimite) {
+    // uiMinimo: members that stay open whatever the store's budget.
+    TXVGroupDinamico(std::string sNomeArquivo, CXVDataBase* pDataBase, std::size_t uiMinimo)
+        : CXVGroupFileBase(std::move(sNomeArquivo), pDataBase), m_uiMinimo(uiMinimo) {
         AdiaInicializacaoMembros();
+        GetMemoriaMembros().Inclui(*this);
     }
+    ~TXVGroupDinamico() override { GetMemoriaMembros().Retira(*this); }
 
     std::unique_ptr<IXVFileBase> NewFile(const std::string& sNomeArquivo, CXVDataBase* pDataBase) override {
         return std::make_unique<TMembro>(sNomeArquivo, pDataBase, ERegistroArquivo::eAvulso);
@@ -38,6 +42,11 @@ class TXVGroupDinamico : public CXVGroupFileBase {
             *puiQuantidade = pXVFile->GetQtdRegistros();
             return S_OK;
         });
+    }
+
+    HRESULT DeletaArquivo() override {
+        const std::lock_guard abertura(GetMemoriaMembros().GetMutexAbertura());
+        return CXVGroupFileBase::DeletaArquivo();
     }
 
     // Whether the key's member is open and holds a file.
@@ -60,7 +69,7 @@ class TXVGroupDinamico : public CXVGroupFileBase {
 
   protected:
     void EsqueceMembros() override {
-        m_filaAbertos.clear();
+        m_mapAbertos.clear();
         CXVGroupFileBase::EsqueceMembros();
     }
 
@@ -75,27 +84,33 @@ class TXVGroupDinamico : public CXVGroupFileBase {
             const std::shared_lock lock(GetLock());
             if (TMembro* pAberto = BuscaAberto(uiChaveNomeArquivo)) return operacao(pAberto);
         }
-        const std::unique_lock lock(GetLock());
+        const std::lock_guard abertura(GetMemoriaMembros().GetMutexAbertura());
         TMembro* pXVFileInterface = nullptr;
         XV_CHECK(GetXVFile(uiChaveNomeArquivo, pXVFileInterface));
+        const std::shared_lock lock(GetLock());
         return operacao(pXVFileInterface);
     }
 
-    // The member of a key, loaded. The order of the queue is that of opening, not of use. A member that does
-    // not initialise leaves the queue, so that the next call tries again.
+    // The member of a key, loaded; under the opening lock and no other. A member that does not initialise is
+    // not open, so that the next call tries again.
     HRESULT GetXVFile(XVUInt64 uiChaveNomeArquivo, TMembro*& pMembro) {
         pMembro = nullptr;
         IXVFileBase* pXVFileInterface = nullptr;
-        XV_CHECK(LookupMapFiles(uiChaveNomeArquivo, pXVFileInterface));
-        auto* pXVFile = static_cast<TMembro*>(pXVFileInterface);
-        if (std::find(m_filaAbertos.begin(), m_filaAbertos.end(), pXVFile) == m_filaAbertos.end()) {
-            if (!m_filaAbertos.empty() && m_filaAbertos.size() >= m_uiLimite) FechaMaisAntigo();
-            // A viewer loads a member in moments of its own: the moment of the call would not last so long.
-            const CXVMomento::CAtivo suspende(nullptr);
-            XV_CHECK(pXVFileInterface->Inicializa(this));
-            m_filaAbertos.push_back(pXVFile);
+        {
+            const std::unique_lock lock(GetLock());
+            XV_CHECK(LookupMapFiles(uiChaveNomeArquivo, pXVFileInterface));
+            pMembro = BuscaAberto(uiChaveNomeArquivo);
         }
-        pMembro = pXVFile;
+        if (pMembro != nullptr) return S_OK;
+        GetMemoriaMembros().Acomoda(this);
+        XV_CHECK(CarregaMembro(pXVFileInterface));
+        {
+            const std::unique_lock lock(GetLock());
+            SAberto& rAberto = m_mapAbertos[uiChaveNomeArquivo];
+            rAberto.pMembro = static_cast<TMembro*>(pXVFileInterface);
+            pMembro = BuscaAberto(uiChaveNomeArquivo);
+        }
+        GetMemoriaMembros().Acomoda(nullptr);
         return S_OK;
     }
 
@@ -103,25 +118,20 @@ class TXVGroupDinamico : public CXVGroupFileBase {
     template <class TColecao>
     HRESULT PreparaNoMembro(CXVOperacao& rOperacao, XVUInt64 uiChaveNomeArquivo, XVUInt& uiPosicao,
                             const TColecao& aRegistros) {
+        bool bAberto = false;
         {
             const std::shared_lock lock(GetLock());
             if (TMembro* pXVFile = BuscaAberto(uiChaveNomeArquivo)) {
                 XV_PREPARA(rOperacao, pXVFile->PreparaColecao(rOperacao, uiPosicao, aRegistros));
-                return S_OK;
+                bAberto = true;
             }
         }
-        const std::unique_lock lock(GetLock());
-        IXVFileBase* pXVFileInterface = nullptr;
-        XV_CHECK(LookupMapFiles(uiChaveNomeArquivo, pXVFileInterface, false));
-        const bool bNovo = pXVFileInterface == nullptr;
-        if (bNovo) {
-            auto pXVFile = CriaMembro(uiChaveNomeArquivo);
-            XV_CHECK(pXVFile->Inicializa(this));
-            GetMapa()[uiChaveNomeArquivo] = std::move(pXVFile);
+        if (!bAberto) return PreparaNoMembroFechado(rOperacao, uiChaveNomeArquivo, uiPosicao, aRegistros);
+        if (GetMemoriaMembros().Cresce(aRegistros.size() * TMembro::k_uiMemoriaRegistro)) {
+            const std::lock_guard abertura(GetMemoriaMembros().GetMutexAbertura());
+            GetMemoriaMembros().Acomoda(nullptr);
         }
-        const HRESULT hr = PreparaNoMembroDoMapa(rOperacao, uiChaveNomeArquivo, uiPosicao, aRegistros);
-        if (FAILED(hr) && bNovo) EsqueceMembro(uiChaveNomeArquivo);
-        return hr;
+        return S_OK;
     }
 
     // The same as an operation of its own.
@@ -134,13 +144,48 @@ class TXVGroupDinamico : public CXVGroupFileBase {
     }
 
   private:
+    struct SAberto {
+        TMembro* pMembro = nullptr;
+        mutable std::atomic<XVUInt64> uiUso = 0;
+    };
+
+    CXVMemoriaMembros& GetMemoriaMembros() const { return GetDataBase()->GetMemoriaMembros(); }
+
+    // The open member of a key, which counts as used now.
     TMembro* BuscaAberto(XVUInt64 uiChaveNomeArquivo) const {
-        const auto it = GetMapa().find(uiChaveNomeArquivo);
-        if (it == GetMapa().end()) return nullptr;
-        auto* pMembro = static_cast<TMembro*>(it->second.get());
-        const bool bAberto =
-            std::find(m_filaAbertos.begin(), m_filaAbertos.end(), pMembro) != m_filaAbertos.end();
-        return bAberto ? pMembro : nullptr;
+        const auto it = m_mapAbertos.find(uiChaveNomeArquivo);
+        if (it == m_mapAbertos.end()) return nullptr;
+        GetMemoriaMembros().Usa(it->second.uiUso);
+        return it->second.pMembro;
+    }
+
+    // A viewer loads a member in moments of its own: the moment of the call would not last so long.
+    HRESULT CarregaMembro(IXVFileBase* pXVFileInterface) {
+        const CXVMomento::CAtivo suspende(nullptr);
+        if (const HRESULT hr = XV_REGISTRA(pXVFileInterface->Inicializa(this)); hr != eTooManyOpenFiles)
+            return hr;
+        GetMemoriaMembros().FechaDispensaveis(this);
+        XV_CHECK(pXVFileInterface->Inicializa(this));
+        return S_OK;
+    }
+
+    template <class TColecao>
+    HRESULT PreparaNoMembroFechado(CXVOperacao& rOperacao, XVUInt64 uiChaveNomeArquivo, XVUInt& uiPosicao,
+                                   const TColecao& aRegistros) {
+        const std::lock_guard abertura(GetMemoriaMembros().GetMutexAbertura());
+        const bool bNovo = !TemMembro(uiChaveNomeArquivo);
+        if (bNovo) {
+            auto pXVFile = CriaMembro(uiChaveNomeArquivo);
+            XV_CHECK(pXVFile->Inicializa(this));
+            const std::unique_lock lock(GetLock());
+            GetMapa()[uiChaveNomeArquivo] = std::move(pXVFile);
+        }
+        const HRESULT hr = PreparaNoMembroDoMapa(rOperacao, uiChaveNomeArquivo, uiPosicao, aRegistros);
+        if (FAILED(hr) && bNovo) {
+            const std::unique_lock lock(GetLock());
+            EsqueceMembro(uiChaveNomeArquivo);
+        }
+        return hr;
     }
 
     template <class TColecao>
@@ -148,6 +193,7 @@ class TXVGroupDinamico : public CXVGroupFileBase {
                                   const TColecao& aRegistros) {
         TMembro* pXVFileInterface = nullptr;
         XV_CHECK(GetXVFile(uiChaveNomeArquivo, pXVFileInterface));
+        const std::shared_lock lock(GetLock());
         const std::size_t uiPrimeira = rOperacao.GetQuantidade();
         XV_PREPARA(rOperacao, pXVFileInterface->PreparaColecao(rOperacao, uiPosicao, aRegistros));
         if (rOperacao.GetQuantidade() > uiPrimeira && !pXVFileInterface->ExisteArquivo()) {
@@ -158,25 +204,49 @@ class TXVGroupDinamico : public CXVGroupFileBase {
         return S_OK;
     }
 
-    // A member with a prepared write must stay open. When all of them have one, none is closed, and one more
-    // than the limit stays open for a while.
-    void FechaMaisAntigo() {
-        const auto it = std::find_if(m_filaAbertos.begin(), m_filaAbertos.end(),
-                                     [](const TMembro* p) { return !p->TemPreparadas(); });
-        if (it == m_filaAbertos.end()) return;
-        TMembro* pFirstFile = *it;
-        m_filaAbertos.erase(it);
-        XVIgnora(XV_REGISTRA(pFirstFile->Finaliza()));
-    }
-
     void EsqueceMembro(XVUInt64 uiChaveNomeArquivo) {
         const auto it = GetMapa().find(uiChaveNomeArquivo);
-        std::erase(m_filaAbertos, static_cast<TMembro*>(it->second.get()));
+        m_mapAbertos.erase(uiChaveNomeArquivo);
         XVIgnora(it->second->Finaliza());
         GetMapa().erase(it);
     }
 
-    std::deque<TMembro*> m_filaAbertos;
-    std::size_t m_uiLimite;
+    // A member with a prepared write must stay open.
+    auto BuscaMaisAntigo() const {
+        auto itAntigo = m_mapAbertos.end();
+        for (auto it = m_mapAbertos.begin(); it != m_mapAbertos.end(); ++it)
+            if (!it->second.pMembro->TemPreparadas() &&
+                (itAntigo == m_mapAbertos.end() || it->second.uiUso < itAntigo->second.uiUso))
+                itAntigo = it;
+        return itAntigo;
+    }
+
+    SResumo Resume() const override {
+        const std::shared_lock lock(GetLock());
+        SResumo resumo;
+        resumo.uiAbertos = m_mapAbertos.size();
+        for (const auto& it : m_mapAbertos) resumo.uiMemoria += it.second.pMembro->GetMemoria();
+        if (const auto itAntigo = BuscaMaisAntigo(); itAntigo != m_mapAbertos.end())
+            resumo.uiUsoMaisAntigo = itAntigo->second.uiUso;
+        return resumo;
+    }
+    std::size_t GetMinimoAbertos() const override { return m_uiMinimo; }
+
+    // Whoever uses a member holds the lock meanwhile: what has left the list is used by nobody.
+    bool FechaMaisAntigo() override {
+        TMembro* pFirstFile = nullptr;
+        {
+            const std::unique_lock lock(GetLock());
+            const auto it = BuscaMaisAntigo();
+            if (it == m_mapAbertos.end()) return false;
+            pFirstFile = it->second.pMembro;
+            m_mapAbertos.erase(it);
+        }
+        XVIgnora(XV_REGISTRA(pFirstFile->Finaliza()));
+        return true;
+    }
+
+    std::unordered_map<XVUInt64, SAberto> m_mapAbertos;  // by key
+    std::size_t m_uiMinimo;
     std::mutex m_mutexGravacao;  // writes that belong to no operation of a store
 };

@@ -56,7 +56,7 @@ HRESULT CXVOperacao::Executa() {
         Publica();
     } else if (!Desfaz().Ok()) {
         // Nobody is left to finish the undoing: what is on disk must not be used further.
-        for (CXVGravacaoPreparada* p : GetPartes()) p->GetArquivo().FechaArquivo();
+        for (CXVGravacaoPreparada* p : GetPartes()) p->GetArquivo().AbandonaArquivo();
     }
     Termina();
     return hr;

@@ -53,44 +53,42 @@ HRESULT CXVTextFile::OnInicializa() {
 
 HRESULT CXVTextFile::OnFinaliza() {
     XV_ESCOPO({"m_sNomeArquivo", GetNomeArquivo()});
-    m_colecao.Limpa();
-    m_listaBlocos.clear();
+    m_aOffsets.Limpa();
     XV_CHECK_SUPER(CXVFileBase, OnFinaliza());
     return S_OK;
 }
 
 HRESULT CXVTextFile::Carrega() {
-    XVUInt64 uiSeek = 0;
     XVUInt64 uiTamanho = 0;
-    std::unique_ptr<char[]> pDados;
-    if (ExisteArquivo()) XV_CHECK(GetAreaDados(&uiSeek, &uiTamanho));
-    if (uiTamanho > 0) {
-        pDados.reset(new char[static_cast<std::size_t>(uiTamanho)]);
-        if (const CXVErroArquivo erro = LeDados(uiSeek, pDados.get(), static_cast<std::size_t>(uiTamanho));
-            const CXVErroArquivo* pEx = erro.GetFalha())
-            XV_CHECK(CatchInicializacao(pEx));
-    }
-    m_colecao.Limpa();
-    m_listaBlocos.clear();
-    m_listaBlocos.push_back(std::move(pDados));
-    XV_CHECK(InterpretaDados(m_listaBlocos.back().get(), 0, uiTamanho));
-    m_uiFimCarregado = uiTamanho;
-    return S_OK;
+    m_uiSeek = 0;
+    if (ExisteArquivo()) XV_CHECK(GetAreaDados(&m_uiSeek, &uiTamanho));
+    m_aOffsets.Limpa();
+    m_uiFim = 0;
+    const HRESULT hr = XV_REGISTRA(CarregaTabela(uiTamanho));
+    if (FAILED(hr)) m_aOffsets.Limpa();
+    return hr;
 }
 
-// Walks the prefixes from uiInicio of the payload on; the texts stay where they were read.
-HRESULT CXVTextFile::InterpretaDados(const char* pDados, XVUInt64 uiInicio, XVUInt64 uiTamanho) {
-    XVUInt64 uiOffset = 0;
-    while (uiOffset < uiTamanho) {
-        if (uiTamanho - uiOffset < k_uiTamanhoPrefixo)
-            XV_FALHA(E_XVCR_ARQUIVO_TEXTO_QUANTIDADE_CARACTERES_INVALIDA);
-        XVUInt ulTexto = 0;
-        std::memcpy(&ulTexto, pDados + uiOffset, k_uiTamanhoPrefixo);
-        if (ulTexto > uiTamanho - uiOffset - k_uiTamanhoPrefixo)
-            XV_FALHA(E_XVCR_ARQUIVO_TEXTO_QUANTIDADE_CARACTERES_INVALIDA);
-        m_colecao.Inclui({uiInicio + uiOffset, pDados + uiOffset + k_uiTamanhoPrefixo, ulTexto});
-        uiOffset += k_uiTamanhoPrefixo + ulTexto;
-    }
+CXVErroArquivo CXVTextFile::LePayload(XVUInt64 uiOffsetDados, void* pDados, std::size_t uiTamanho) const {
+    if (CXVVisao* pVisao = GetDataBase()->GetVisao())
+        return LePayloadVisto(*pVisao, uiOffsetDados, pDados, uiTamanho);
+    return LeDados(m_uiSeek + uiOffsetDados, pDados, uiTamanho);
+}
+
+// Adds the texts from m_uiFim to uiFim of the payload. After a failure the table holds those before it
+// and may be loaded on.
+HRESULT CXVTextFile::CarregaTabela(XVUInt64 uiFim) {
+    const XVUInt64 uiInicio = m_uiFim;
+    bool bIntegro = false;
+    const CXVErroArquivo erro = XVPercorreTextos(
+        uiFim - uiInicio, &bIntegro,
+        [&](XVUInt64 uiOffset, void* p, std::size_t n) { return LePayload(uiInicio + uiOffset, p, n); },
+        [&](XVUInt64 uiOffset, XVUInt ulTamanho) {
+            m_aOffsets.Inclui(uiInicio + uiOffset);
+            m_uiFim = uiInicio + uiOffset + k_uiTamanhoPrefixo + ulTamanho;
+        });
+    if (const CXVErroArquivo* pEx = erro.GetFalha()) XV_CHECK(CatchInicializacao(pEx));
+    if (!bIntegro) XV_FALHA(E_XVCR_ARQUIVO_TEXTO_QUANTIDADE_CARACTERES_INVALIDA);
     return S_OK;
 }
 
@@ -110,17 +108,52 @@ HRESULT CXVTextFile::Le(XVUInt uiPosicao, std::string& sTexto) const {
     }
     const std::shared_lock lock(GetLock());
     if (!ExisteArquivo()) XV_FALHA(E_XVCR_ARQUIVO_NAO_EXISTE);
-    if (uiPosicao > m_colecao.size()) XV_FALHA(E_XVCR_POSICAO_LEITURA_SUPERIOR_QUANTIDADE_ARQUIVO);
-    const std::string_view sGuardado = m_colecao[uiPosicao - 1].GetTexto();
-    sTexto = sGuardado.substr(0, sGuardado.find('\0'));
+    if (uiPosicao > m_aOffsets.size()) XV_FALHA(E_XVCR_POSICAO_LEITURA_SUPERIOR_QUANTIDADE_ARQUIVO);
+    XV_CHECK(LeTexto(uiPosicao - 1, sTexto));
+    if (const std::size_t uiNul = sTexto.find('\0'); uiNul != std::string::npos) sTexto.resize(uiNul);
     return S_OK;
 }
 
-bool CXVTextFile::PrecisaGravar(XVUInt uiPosicao, std::span<const std::string_view> aRegistros) const {
-    if (uiPosicao == 0 || uiPosicao - 1 + aRegistros.size() > m_colecao.size()) return true;
+std::size_t CXVTextFile::GetTamanhoTexto(std::size_t uiIndice) const {
+    const XVUInt64 uiFim = uiIndice + 1 < m_aOffsets.size() ? m_aOffsets[uiIndice + 1] : m_uiFim;
+    return static_cast<std::size_t>(uiFim - m_aOffsets[uiIndice]) - k_uiTamanhoPrefixo;
+}
+
+// The lock is held. All bytes of a text; empty on failure.
+HRESULT CXVTextFile::LeTexto(std::size_t uiIndice, std::string& sTexto) const {
+    const std::size_t uiTexto = GetTamanhoTexto(uiIndice);
+    sTexto.resize(k_uiTamanhoPrefixo + uiTexto);
+    const CXVErroArquivo erro = LePayload(m_aOffsets[uiIndice], sTexto.data(), sTexto.size());
+    XVUInt ulTamanho = 0;
+    std::memcpy(&ulTamanho, sTexto.data(), k_uiTamanhoPrefixo);
+    if (!erro.Ok() || ulTamanho != uiTexto)
+        sTexto.clear();
+    else
+        sTexto.erase(0, k_uiTamanhoPrefixo);
+    if (const CXVErroArquivo* pEx = erro.GetFalha()) return Recusa(CatchInicializacao(pEx));
+    return ulTamanho == uiTexto ? S_OK : Recusa(E_XVCR_ARQUIVO_TEXTO_QUANTIDADE_CARACTERES_INVALIDA);
+}
+
+HRESULT CXVTextFile::LeTodos(std::vector<std::string>* plistaTextos) const {
+    const std::shared_lock lock(GetLock());
+    for (std::size_t i = 0; i < m_aOffsets.size(); ++i) XV_CHECK(LeTexto(i, plistaTextos->emplace_back()));
+    return S_OK;
+}
+
+HRESULT CXVTextFile::PrecisaGravar(XVUInt uiPosicao, std::span<const std::string_view> aRegistros,
+                                   bool* pbPrecisa) const {
+    *pbPrecisa = true;
+    if (uiPosicao == 0 || !ExisteArquivo()) return S_OK;
+    if (uiPosicao - 1 + aRegistros.size() > m_aOffsets.size()) return S_OK;
     for (std::size_t k = 0; k < aRegistros.size(); ++k)
-        if (m_colecao[uiPosicao - 1 + k].GetTexto() != aRegistros[k]) return true;
-    return false;
+        if (GetTamanhoTexto(uiPosicao - 1 + k) != aRegistros[k].size()) return S_OK;
+    std::string sGuardado;
+    for (std::size_t k = 0; k < aRegistros.size(); ++k) {
+        XV_CHECK(LeTexto(uiPosicao - 1 + k, sGuardado));
+        if (sGuardado != aRegistros[k]) return S_OK;
+    }
+    *pbPrecisa = false;
+    return S_OK;
 }
 
 HRESULT CXVTextFile::Grava(XVUInt& uiPosicao, std::string_view sTexto) {
@@ -149,19 +182,19 @@ HRESULT CXVTextFile::PreparaColecao(CXVOperacao& rOperacao, XVUInt& uiPosicao,
     if (aRegistros.empty()) return S_OK;
     const std::unique_lock lock(GetLock());
     XV_CHECK(ValidaGravacao());
-    if (uiPosicao > m_colecao.size()) XV_FALHA(E_XVCR_POSICAO_GRAVACAO_SUPERIOR_QUANTIDADE_ARQUIVO);
+    if (uiPosicao > m_aOffsets.size()) XV_FALHA(E_XVCR_POSICAO_GRAVACAO_SUPERIOR_QUANTIDADE_ARQUIVO);
     if (!ExisteArquivo() && !EstaAusente()) XV_CHECK(AbreParaGravacao());
-    if (!PrecisaGravar(uiPosicao, aRegistros)) return S_OK;
+    bool bPrecisa = true;
+    XV_CHECK(PrecisaGravar(uiPosicao, aRegistros, &bPrecisa));
+    if (!bPrecisa) return S_OK;
     CPreparados& rPreparados = PreparadaLivre(m_listaPreparados, *this);
     XV_CHECK(MontaBloco(aRegistros, &rPreparados));
-    m_colecao.Reserva(m_uiTextosPreparados + aRegistros.size());
-    if (m_listaBlocos.size() + GetPreparadas() + 1 > m_listaBlocos.capacity())
-        m_listaBlocos.reserve((m_listaBlocos.size() + GetPreparadas()) * 2 + 16);
+    m_aOffsets.Reserva(m_uiTextosPreparados + aRegistros.size());
     rPreparados.m_uiOffsetDados = GetTamanhoDadosPrevisto();
     XV_CHECK(PreparaGravacao(rOperacao, rPreparados, rPreparados.m_uiOffsetDados,
                              std::as_bytes(std::span(rPreparados.m_pDados.get(), rPreparados.m_uiTamanho)),
                              {}));
-    uiPosicao = static_cast<XVUInt>(m_colecao.size() + m_uiTextosPreparados + 1);
+    uiPosicao = static_cast<XVUInt>(m_aOffsets.size() + m_uiTextosPreparados + 1);
     m_uiTextosPreparados += aRegistros.size();
     return S_OK;
 }
@@ -171,10 +204,9 @@ HRESULT CXVTextFile::AbreParaGravacao() {
     return AbreECarrega([this] { return Carrega(); });
 }
 
-// Prefixes and texts one after the other: the run reaches the disk in one write and the same block then
-// holds the texts in memory.
+// Prefixes and texts one after the other: the run reaches the disk in one write.
 HRESULT CXVTextFile::MontaBloco(std::span<const std::string_view> aRegistros, CPreparados* pPreparados) {
-    if (aRegistros.size() > k_uiMaximoTextos - m_colecao.size() - m_uiTextosPreparados)
+    if (aRegistros.size() > k_uiMaximoTextos - m_aOffsets.size() - m_uiTextosPreparados)
         XV_FALHA(eDirectoryFull);
     pPreparados->m_uiTamanho = 0;
     pPreparados->m_uiTextos = aRegistros.size();
@@ -193,25 +225,25 @@ HRESULT CXVTextFile::MontaBloco(std::span<const std::string_view> aRegistros, CP
     return S_OK;
 }
 
-void CXVTextFile::AtualizaMemoria(CPreparados& rPreparados) {
+void CXVTextFile::AtualizaMemoria(const CPreparados& rPreparados) {
     const std::unique_lock lock(GetLock());
-    m_listaBlocos.push_back(std::move(rPreparados.m_pDados));
-    const char* pTexto = m_listaBlocos.back().get();
-    XVUInt64 uiOffsetDados = rPreparados.m_uiOffsetDados;
-    for (std::size_t k = 0; k < rPreparados.m_uiTextos; ++k) {
+    m_uiSeek =
+        rPreparados.m_gravacao.uiOffset - rPreparados.m_uiOffsetDados;  // the write may have made the file
+    for (std::size_t i = 0; i < rPreparados.m_uiTamanho;) {
         XVUInt ulTamanho = 0;
-        std::memcpy(&ulTamanho, pTexto, k_uiTamanhoPrefixo);
-        m_colecao.Inclui({uiOffsetDados, pTexto + k_uiTamanhoPrefixo, ulTamanho});
-        pTexto += k_uiTamanhoPrefixo + ulTamanho;
-        uiOffsetDados += k_uiTamanhoPrefixo + ulTamanho;
+        std::memcpy(&ulTamanho, rPreparados.m_pDados.get() + i, k_uiTamanhoPrefixo);
+        m_aOffsets.Inclui(rPreparados.m_uiOffsetDados + i);
+        i += k_uiTamanhoPrefixo + ulTamanho;
     }
+    m_uiFim = rPreparados.m_uiOffsetDados + rPreparados.m_uiTamanho;
 }
 
 XVUInt64 CXVTextFile::GetQtdRegistros() const {
     const std::shared_lock lock(GetLock());
-    return m_colecao.size();
+    return m_aOffsets.size();
 }
 
-const CXVTextFile::CColecao* CXVTextFile::GetPtrRegistros() const {
-    return GetDataBase()->PermiteAcessoDireto() ? &m_colecao : nullptr;
+XVUInt64 CXVTextFile::GetMemoria() const {
+    const std::shared_lock lock(GetLock());
+    return sizeof(*this) + m_aOffsets.GetMemoria();
 }

@@ -1,8 +1,10 @@
-// A file of length-prefixed texts addressed by 1-based position, kept whole in memory.
+// A file of length-prefixed texts addressed by 1-based position. Memory holds where each text lies; the text
+// is read from the open file, and its prefix must still be the one that was found there.
 //
 // A changed text is never rewritten in place: the new one is appended and the old bytes stay behind,
 // unreferenced; the file only grows. Texts are bytes, never converted. Thread rule: any thread after
-// Inicializa; reads share the file's lock, a write holds it alone only while it changes memory.
+// Inicializa; reads share the file's lock, a write holds it alone only while it changes memory. Texts that
+// memory knows are never written again, so they are read beside a write.
 // Limits: 4,294,967,295 texts a file and as many bytes a text.
 #pragma once
 
@@ -25,21 +27,13 @@ class CXVTextFile : public CXVFileBase {
                 ERegistroArquivo eRegistro = ERegistroArquivo::eNoContainer);
     ~CXVTextFile() override;
 
-    // One text: the offset of its length prefix from the first byte after the header, and its bytes, which
-    // live in blocks owned by the file.
-    struct SEntrada {
-        XVUInt64 uiOffsetDados;
-        const char* pTexto;
-        XVUInt ulTamanho;
-
-        std::string_view GetTexto() const { return {pTexto, ulTamanho}; }
-    };
-    using CColecao = TXVArrayRegistros<SEntrada>;
-
     // Copies a text up to its first NUL byte. E_XVCR_TENTATIVA_LER_POSICAO_ZERO, E_XVCR_ARQUIVO_NAO_EXISTE,
-    // E_XVCR_POSICAO_LEITURA_SUPERIOR_QUANTIDADE_ARQUIVO; then the text is empty.
+    // E_XVCR_POSICAO_LEITURA_SUPERIOR_QUANTIDADE_ARQUIVO, E_XVCR_ARQUIVO_TEXTO_QUANTIDADE_CARACTERES_INVALIDA
+    // or the code of a failed read; then the text is empty.
     HRESULT Le(XVUInt uiPosicao, std::string& sTexto) const;
     HRESULT Le(XVUInt uiPosicao, std::string* psTexto) const { return Le(uiPosicao, *psTexto); }
+    // Appends all texts, with all their bytes.
+    HRESULT LeTodos(std::vector<std::string>* plistaTextos) const;
 
     // Store one text, or a run of texts that belong together. uiPosicao in: the run's present position or 0;
     // out: where it stands now. An unchanged run is not written and keeps its position.
@@ -55,10 +49,10 @@ class CXVTextFile : public CXVFileBase {
     HRESULT PreparaColecao(CXVOperacao& rOperacao, XVUInt& uiPosicao,
                            std::span<const std::string_view> aRegistros);
 
-    bool PrecisaGravar(XVUInt uiPosicao, std::span<const std::string_view> aRegistros) const;
     XVUInt64 GetQtdRegistros() const;
-    // The collection, for a database with direct access; otherwise null.
-    const CColecao* GetPtrRegistros() const;
+    // Bytes that the object and its table take.
+    XVUInt64 GetMemoria() const;
+    static constexpr std::size_t k_uiMemoriaRegistro = sizeof(XVUInt64);
 
   protected:
     HRESULT OnInicializa() override;
@@ -66,20 +60,29 @@ class CXVTextFile : public CXVFileBase {
     CXVErroArquivo ConfereConteudo(XVUInt64 uiTamanho, bool* pbIntegro) override;
 
   private:
-    // A prepared write: a run of texts as it lies on disk, which then holds the texts in memory.
+    // A prepared write: a run of texts as it lies on disk.
     class CPreparados;
 
     HRESULT Carrega();
+    HRESULT CarregaTabela(XVUInt64 uiFim);
+    CXVErroArquivo LePayload(XVUInt64 uiOffsetDados, void* pDados, std::size_t uiTamanho) const;
+    CXVErroArquivo LePayloadVisto(CXVVisao& rVisao, XVUInt64 uiOffsetDados, void* pDados,
+                                  std::size_t uiTamanho) const;
+    std::size_t GetTamanhoTexto(std::size_t uiIndice) const;
+    HRESULT LeTexto(std::size_t uiIndice, std::string& sTexto) const;
     HRESULT LeVisto(XVUInt uiPosicao, std::string& sTexto) const;
     HRESULT CarregaNovos();
     HRESULT AbreParaGravacao();
-    HRESULT InterpretaDados(const char* pDados, XVUInt64 uiInicio, XVUInt64 uiTamanho);
+    HRESULT PrecisaGravar(XVUInt uiPosicao, std::span<const std::string_view> aRegistros,
+                          bool* pbPrecisa) const;
     HRESULT MontaBloco(std::span<const std::string_view> aRegistros, CPreparados* pPreparados);
-    void AtualizaMemoria(CPreparados& rPreparados);
+    void AtualizaMemoria(const CPreparados& rPreparados);
 
-    CColecao m_colecao;
-    std::vector<std::unique_ptr<char[]>> m_listaBlocos;           // where the texts live
+    // Where the length prefix of each text lies in the payload. Texts follow each other without a gap, so a
+    // text ends where the next one begins.
+    TXVArrayRegistros<XVUInt64> m_aOffsets;
+    XVUInt64 m_uiFim = 0;                                         // of the last text in the table
+    XVUInt64 m_uiSeek = 0;                                        // of the payload in the file
     std::vector<std::unique_ptr<CPreparados>> m_listaPreparados;  // used again and again
     std::size_t m_uiTextosPreparados = 0;
-    XVUInt64 m_uiFimCarregado = 0;  // bytes of payload that a viewer has in memory
 };

@@ -1,5 +1,6 @@
 #include <pwd.h>
 #include <sys/random.h>
+#include <sys/resource.h>
 #include <sys/syscall.h>
 #include <sys/utsname.h>
 #include <unistd.h>
@@ -58,6 +59,15 @@ std::string GetDiretorioExecutavel() {
 
 XVUInt GetIdProcesso() {
     return static_cast<XVUInt>(getpid());
+}
+
+std::size_t GetMaximoArquivosAbertos() {
+    constexpr std::size_t k_uiSemLimite = 65536;
+    struct rlimit limite;
+    if (getrlimit(RLIMIT_NOFILE, &limite) != 0) {
+        return 0;
+    }
+    return static_cast<std::size_t>(std::min<rlim_t>(limite.rlim_cur, k_uiSemLimite));
 }
 
 XVUInt GetIdThread() {

@@ -51,6 +51,10 @@ std::string GetDiretorioExecutavel() {
 XVUInt GetIdProcesso() {
     return GetCurrentProcessId();
 }
+// Handles are limited by memory alone.
+std::size_t GetMaximoArquivosAbertos() {
+    return 65536;
+}
 XVUInt GetIdThread() {
     return GetCurrentThreadId();
 }

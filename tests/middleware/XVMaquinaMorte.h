@@ -11,6 +11,7 @@ class CXVMaquinaMorte {
         m_registry.SetTexto(CAmbienteXV::GetChaveRegistry(XV_DF), "Path", sDiretorio);
         m_registry.SetNumero(CAmbienteXV::GetChaveRegistry(XV_DF), "Durabilidade", ulDurabilidade);
     }
+    CXVRegistryFalso& GetRegistry() { return m_registry; }
     CXVRelogioFalso& GetRelogio() { return m_relogio; }
     // Some scripts have texts that make a journal of any small size go round, and operations that do not fit
     // into it.

@@ -34,7 +34,8 @@ TEST_F(CXVMemoriaTeste, ConversaoTemUmMembroPorVez) {
     EXPECT_LT(XVAlocacoes::GetPico() - uiAntes, std::size_t{2} * k_uiRegistros * 88 + (3U << 20));
 }
 
-TEST_F(CXVMemoriaTeste, GravarEmMuitosDiasGuardaOIndiceEDoisMembrosPorGrupo) {
+TEST_F(CXVMemoriaTeste, GravarEmMuitosDiasGuardaOIndiceEMembrosNoOrcamento) {
+    m_maquina.GetRegistry().SetNumero(CAmbienteXV::GetChaveRegistry(XV_DF), "MemoriaMembros", 1);
     CBaseMiddleware loja;
     ASSERT_EQ(loja.Inicializa(&m_dono), S_OK);
     const std::string sTexto(2000, 'x');
@@ -51,7 +52,8 @@ TEST_F(CXVMemoriaTeste, GravarEmMuitosDiasGuardaOIndiceEDoisMembrosPorGrupo) {
     for (unsigned uiDia = 0; uiDia < 3; ++uiDia) grava(uiDia);
     const std::size_t uiTresDias = XVAlocacoes::ZeraPico();
     for (unsigned uiDia = 3; uiDia < 23; ++uiDia) grava(uiDia);
-    // 20 days hold 8 MB of texts; per integration the index may keep its record and its keys.
+    // 20 days hold 8 MB of texts, and their files would take 2 MB; per integration the index may keep its
+    // record and its keys.
     EXPECT_LT(XVAlocacoes::GetBytesVivos(), uiTresDias + 20 * k_uiPorDia * 200U + (1U << 20));
 }
 

@@ -22,6 +22,8 @@ using CXVGrupoTexto = TXVBancoGrupo<CXVGroupTextFileDynamic>;
 
 class Grupo : public CXVCenarioBanco {
   protected:
+    // Two members stay open.
+    Grupo() { m_registry.SetNumero(CAmbienteXV::GetChaveRegistry(XV_DF), "MemoriaMembros", 0); }
     static std::string Nome(int iChave) { return "GRP000" + std::to_string(iChave) + ".dat"; }
     void CriaMembros(int iQuantidade) {
         for (int i = 1; i <= iQuantidade; ++i) {
