@@ -22,6 +22,13 @@ static_assert(offsetof(REG_CR_INDEX_INTEGRACAO_V1, regDmcIntegracao) == 8);
 static_assert(offsetof(REG_CR_INDEX_INTEGRACAO_V1, eSistemaIntegracao) == 16);
 static_assert(offsetof(REG_CR_INDEX_INTEGRACAO_V1, eStatusIntegracao) == 20);
 
+// The index keeps a summary of its records. Whoever makes a file of them without XVResumoIndex.h must not
+// compile: it would be another class of the same name.
+template <class T>
+struct TXVResumo;
+template <>
+struct TXVResumo<REG_CR_INDEX_INTEGRACAO_V1>;
+
 // One per integration, in the "CRINTEGMID????????.dat" of its date at the position in its DMC. Status,
 // external system and external key are kept in the index record only.
 struct REG_CR_INTEGRACAO_MIDDLEWARE_V2 {

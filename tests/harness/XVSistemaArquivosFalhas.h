@@ -20,6 +20,7 @@ struct SFalhaArquivo {
     ECausaArquivo eCausa = ECausaArquivo::eErroFisico;
     XVUInt ulErroSistema = 0;
     bool bGravaMetade = false;  // a failing write has written the first half of its bytes
+    bool bFazTudo = false;      // what fails has been done all the same
 
     bool EhDaEspecie(EOperacaoArquivo e) const {
         return eOperacao ? *eOperacao == e : e != EOperacaoArquivo::eConsulta;
@@ -61,6 +62,7 @@ class CXVPlanoFalhas {
         const auto falha = Registra(rOperacao);
         if (!falha) return fnFaz();
         if (falha->bGravaMetade) fnMetade();
+        if (falha->bFazTudo) fnFaz().Ignora();
         if (rOperacao.eOperacao == EOperacaoArquivo::eConsulta) return {ECausaArquivo::eAcessoNegado, 0};
         return {falha->eCausa, falha->ulErroSistema};
     }

@@ -99,6 +99,7 @@ class CXVSistemaArquivosMemoria final : public IXVSistemaArquivos {
             if (pConteudo && XVMascara::NomesIguais(SDiscoMemoria::DiretorioDe(sCaminho), sNormal) &&
                 XVMascara::Confere(sMascara, SDiscoMemoria::NomeDe(sCaminho)))
                 listaNomes.push_back(SDiscoMemoria::NomeDe(sCaminho));
+        std::reverse(listaNomes.begin(), listaNomes.end());  // no directory promises the order of the names
         return {};
     }
     CXVErroArquivo CriaDiretorio(const std::string& sDiretorio) override {

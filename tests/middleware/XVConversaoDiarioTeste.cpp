@@ -132,6 +132,20 @@ TEST_F(CXVConversaoDiarioTeste, DiarioDeOutroPassoOuDeOutrosArquivosERecusado) {
     Recusa(Membro(1), "a file of the step that it does not name", {{k_pszDiario, Diario(4, sSemSegundo, 2)}});
 }
 
+// More than one piece of the reading: the sum is of all its bytes.
+TEST_F(CXVConversaoDiarioTeste, CopiaGrandeValePelaSomaDeTodosOsBytes) {
+    const std::string sGrande = XVArquivoDoTeste({Membro(1), 0, 4}, std::string(88 * 12000, '\1'));
+    std::string sEntradas = m_sDiario.substr(16, m_sDiario.size() - 24);
+    CXVBytes soma;
+    soma.U64(sGrande.size()).U64(CrcBitABit(sGrande.substr(0, 232))).U64(CrcBitABit(sGrande.substr(232)));
+    sEntradas.replace(2 * (4 + Membro(1).size() + 48) - 24, 24, soma.Str());
+    m_Arquivos.Restaura(m_meio);
+    Poe(k_pszDiario, Diario(4, sEntradas, 3));
+    Poe(Copia(Membro(1)), sGrande);
+    EXPECT_EQ(Converte(), S_OK);
+    EXPECT_EQ(Conteudo(Membro(1)) == sGrande, true);
+}
+
 // Moved files carry the step's stamp: they are not converted again whatever became of the journal.
 TEST_F(CXVConversaoDiarioTeste, DeixadaEmPazOuSemDiarioTermina) {
     Conclui("untouched", {});
@@ -140,7 +154,7 @@ TEST_F(CXVConversaoDiarioTeste, DeixadaEmPazOuSemDiarioTermina) {
     Conclui("journal gone", {{k_pszDiario, {}}});
     Conclui("journal and copies gone", {{k_pszDiario, {}}, {Copia(Membro(1)), {}}, {Copia(Membro(2)), {}}});
     Conclui("journal of the step before, which has served",
-            {{k_pszDiario, Diario(3, CXVBytes().Texto(Membro(0)).Zeros(48), 1)}});
+            {{k_pszDiario, Diario(3, CXVBytes().Texto(k_pszIndice).Zeros(48), 1)}});
 }
 
 // Journals of earlier programs name the files and no more.

@@ -150,6 +150,9 @@ TEST(MortesReais, MarcasQueNinguemSeguraSaoRetiradasPeloProximoEscritor) {
     EXPECT_EQ(marcas(), std::set<std::string>{"DFXXMARCA2"});
     pSegura.reset();
     EXPECT_EQ(marcas(), std::set<std::string>{});
+    diretorio.CriaArquivo("MATRIZ/DF/DFXXMARCA2", "");
+    abreEFecha(false);
+    EXPECT_EQ(marcas(), std::set<std::string>{}) << "this one, too, when nobody holds it";
 }
 
 }  // namespace

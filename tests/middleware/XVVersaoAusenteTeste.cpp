@@ -1,5 +1,6 @@
 // A store whose version file is not there: version 0 only where nothing says otherwise. And listed files
 // that are gone, stamps that were left, records that no program of this system wrote.
+#include "core/xvdatabase/XVDiarioFormato.h"
 #include "support/codes/XVCodigos.h"
 #include "tests/middleware/XVCenarioConversao.h"
 
@@ -56,6 +57,9 @@ TEST_F(CXVVersaoAusenteTeste, VersaoEControleAusentesNaoProvamNada) {
     // Records that are possible in either layout show neither.
     EsperaRecusaDe({{k_apszDias[0], XVArquivoDoTeste({k_apszDias[0]}, std::string(880, '\0'))}}, k_pszVersao,
                    "zero records");
+    Recomeca({{k_apszDias[0], SemVersao(0, true)[k_apszDias[0]]},
+              {k_apszDias[1], XVArquivoDoTeste({k_apszDias[1]}, std::string(880, '\0'))}});
+    EXPECT_EQ(Converte(), S_OK) << "one day that shows the first layout is enough";
     Recomeca({{k_pszIndice, ""}, {k_apszDias[0], XVArquivoDoTeste({k_apszDias[0]}, "")}});
     EXPECT_EQ(Converte(), S_OK) << "nothing in it";
 }
@@ -74,6 +78,20 @@ TEST_F(CXVVersaoAusenteTeste, VistaSoAbreAVersaoAtual) {
     EXPECT_EQ(visita({}), S_OK) << "a directory without a store";
     const TArquivos atual = XVBaseDourada(5, true);
     EXPECT_EQ(visita(atual), S_OK);
+    // A store that somebody is making passes through the versions.
+    Recomeca(
+        {{k_pszVersao, XVBaseDourada(3, true).at(k_pszVersao)}, {k_pszNomeDiario, ""}, {k_pszIndice, ""}});
+    std::unique_ptr<IXVArquivo> pEscritor;
+    ASSERT_TRUE(m_Arquivos
+                    .Abre(PastaDados(k_pszNomeDiario),
+                          {EAcessoArquivo::eLeituraEscrita, ECompartilhamentoArquivo::eNegaEscrita,
+                           ECriacaoArquivo::eSomenteExistente},
+                          pEscritor)
+                    .Ok());
+    m_Relogio.SetAoDormir([&](XVUInt64) { Poe(k_pszVersao, atual.at(k_pszVersao)); });
+    EXPECT_EQ(AbreEFecha(true), S_OK) << "it is waited for";
+    m_Relogio.SetAoDormir(nullptr);
+    pEscritor.reset();
     CXVBytes lista;
     for (const auto& it : atual) lista.Texto(it.first);
     for (const char* pszNome : {k_pszIndice, k_pszMapa, k_pszDatas}) {

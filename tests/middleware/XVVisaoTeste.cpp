@@ -67,6 +67,34 @@ TEST_F(CXVVisaoTeste, OperacaoInteiraNoMeioDaLeituraOuDaBusca) {
     }
 }
 
+// What a search found is read again in one moment, in smaller parts each time that somebody wrote meanwhile.
+TEST_F(CXVVisaoTeste, BuscaRepetidaEmPartesMenoresAchaCadaUmaUmaVez) {
+    TListaDmc esperada;
+    {
+        const TLoja pEscritor = Abre();
+        for (unsigned i = 1; i <= 130; ++i)  // more than the second attempt reads
+            esperada.push_back(Grava(*pEscritor, CXVIntegracaoTeste(i)).uiValor);
+    }
+    const TLoja pVisor = AbreVisor();
+    const SFiltroTeste filtro{.transacoes = {CXVIntegracaoTeste().reg.eTipoTransacao}};
+    CXVSistemaArquivosGancho gancho(m_Arquivos);
+    const CXVGuardaSistemaArquivos guarda(gancho);
+    CXVIntegracaoTeste outra(131);
+    outra.reg.eTipoTransacao = eXVSMiddleware_Exclusao;
+    unsigned uiOperacoes = 0;
+    unsigned uiOnde = 0;
+    const CXVGanchoArquivos depois([&] {
+        if (++uiOperacoes == uiOnde) Grava(*Abre(), outra);
+    });
+    EXPECT_EQ(XVBusca(*pVisor, filtro), esperada);
+    const unsigned uiTodas = uiOperacoes;
+    for (unsigned i = 1; i < 8; ++i) {
+        uiOperacoes = 0;
+        uiOnde = uiTodas * i / 8;
+        EXPECT_EQ(XVBusca(*pVisor, filtro), esperada) << i;
+    }
+}
+
 // Neither by reading nor by an error, nor when it is asked to record.
 TEST_F(CXVVisaoTeste, NadaEhEscritoNemComErro) {
     REG_XVDMC regDmc = Grava(*Abre(), CXVIntegracaoTeste(1).Textos("{}", "m", "{}"));

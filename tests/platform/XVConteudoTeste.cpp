@@ -120,6 +120,7 @@ TEST_P(CXVJanelaTeste, ArquivoMenorQueSuaJanelaNaoDerrubaNinguem) {
         ConfereConteudo(Padrao(), "refused");
     }
     EXPECT_TRUE(pJanela->Grava(k_uiTamanho - 1, "z", 1).Ok());
+    EXPECT_TRUE(m_pArquivo->SetTamanho(k_uiTamanho).Ok()) << "it may stay";
     EXPECT_TRUE(m_pArquivo->SetTamanho(k_uiTamanho + 100).Ok()) << "it may grow";
     pJanela.reset();
     EXPECT_TRUE(m_pArquivo->SetTamanho(16).Ok()) << "the window is gone";

@@ -61,7 +61,7 @@ TEST(DocumentoSimulacaoTeste, RegraSoAceitaOQueAOperacaoConhece) {
           "Resultado: 0x0", "Resultado: 0x180004005", "Resultado: 2147500037", "Resultado: 0x00000001",
           "Espera: 60001", "Espera: 1\nTempoEsgotado: 1", "Resultado: 0x80004005\nTempoEsgotado: 1"})
         EXPECT_NE(RecusaRegra(std::string("Operacao: EnviaJson\n") + pszResto), "") << pszResto;
-    for (const char* pszDocumento : {"../x", "a\\b", "x/../../y", "."})
+    for (const char* pszDocumento : {"../x", "a\\b", "x/../../y", ".", ".a"})
         EXPECT_NE(RecusaRegra(std::string("Operacao: BuscaDadosSistemaTerceiro\nDocumento: ") + pszDocumento),
                   "")
             << pszDocumento;

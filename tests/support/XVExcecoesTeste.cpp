@@ -133,7 +133,12 @@ TEST(TextoLargo, ViraUtf8) {
         const wchar_t aFora[] = {static_cast<wchar_t>(0x10FFFF), static_cast<wchar_t>(0x110000), L'\0'};
         EXPECT_EQ(XVTextoDeLargo(aFora), "\xF4\x8F\xBF\xBF\xEF\xBF\xBD");
     }
-    const wchar_t aSolto[] = {static_cast<wchar_t>(0xD83D), L'x', static_cast<wchar_t>(0xDE00),
-                              static_cast<wchar_t>(0xD83D), L'\0'};
-    EXPECT_EQ(XVTextoDeLargo(aSolto), "\xEF\xBF\xBDx\xEF\xBF\xBD\xEF\xBF\xBD");
+    const wchar_t aSolto[] = {static_cast<wchar_t>(0xD83D),
+                              L'x',
+                              static_cast<wchar_t>(0xDE00),
+                              static_cast<wchar_t>(0xD83D),
+                              static_cast<wchar_t>(0xDBFF),
+                              static_cast<wchar_t>(0xDFFF),
+                              L'\0'};
+    EXPECT_EQ(XVTextoDeLargo(aSolto), "\xEF\xBF\xBDx\xEF\xBF\xBD\xEF\xBF\xBD\xF4\x8F\xBF\xBF");
 }

@@ -46,7 +46,7 @@ TEST(RegistroJson, DizOCampoErrado) {
     EXPECT_EQ(CampoErrado(R"({"regRegistroJSON":12})"), "regRegistroJSON");
     EXPECT_EQ(CampoErrado(R"({"regRegistroJSON":"a\u0000b"})"), "regRegistroJSON");
     EXPECT_EQ(CampoErrado(R"({"regRegistroJSON_base64":"Zg="})"), "regRegistroJSON_base64");
-    EXPECT_EQ(CampoErrado(R"({"eTipoIntegracao_base64":"Zg=="})"), "eTipoIntegracao_base64");
+    EXPECT_EQ(CampoErrado(R"({"eTipoIntegracao_base64":"BuscaPedidos"})"), "eTipoIntegracao_base64");
     EXPECT_EQ(CampoErrado(R"({"regDataHoraInclusao":"2026-13-01"})"), "regDataHoraInclusao");
     EXPECT_EQ(CampoErrado(R"({"regDmc":"20260231-1-1"})"), "regDmc");
     EXPECT_EQ(CampoErrado(R"({"sDmc":"20261121-1-1","regDmc":"20261121-2-1"})"), "regDmc");

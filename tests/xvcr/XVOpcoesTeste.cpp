@@ -13,7 +13,7 @@ namespace {
 using nlohmann::json;
 
 // Texts with bytes that JSON escapes and bytes that it cannot hold; numbers at their limits.
-const TArgumentos k_textos{"--json-enviado", "{\"ç\":1}",     "--mensagem", "linha 1\nlinha \"2\"\t\x01",
+const TArgumentos k_textos{"--json-enviado", "{\"ç\":1}",     "--mensagem", "\x01linha 1\nlinha \"2\"\t",
                            "--json-retorno", "\xff\xfe bytes"};
 const std::string k_sCampos =
     " --tipo CadastroProduto --status Erro --transacao Exclusao --chave 18446744073709551615 "
@@ -41,7 +41,7 @@ constexpr const char* k_szTudo = R"({
     "eSistemaIntegracao":"Mercos", "eTipoTransacao":"eXVSMiddleware_Exclusao",
     "ulPonteiroFilial":4294967295, "ulPonteiroUsuarioInclusao":20, "ulPonteiroUsuarioCancelamento":21,
     "ulPonteiroAuxiliar":22, "cReconsultarIdTerceiros":1, "ucTipoPonteiroAuxiliar":255,
-    "regRegistroJSON":"{\"ç\":1}", "regMensagemIntegracao":"linha 1\nlinha \"2\"\t\u0001",
+    "regRegistroJSON":"{\"ç\":1}", "regMensagemIntegracao":"\u0001linha 1\nlinha \"2\"\t",
     "regJSONRetornoIntegracao":null, "regJSONRetornoIntegracao_base64":"//4gYnl0ZXM="})";
 
 std::string Decimal(const std::string& sDmc) {
@@ -77,6 +77,10 @@ TEST_F(Opcoes, GravaLevaCadaUmaAoSeuCampo) {
         comUm[sCampo] = m_Tudo[sCampo];
         EXPECT_EQ(Json("le --" + sOpcao + ' ' + sDmc).at(0), comUm) << "one text alone";
     }
+    json comDois = semTextos;
+    for (const char* pszCampo : {"regRegistroJSON", "regMensagemIntegracao"})
+        comDois[pszCampo] = m_Tudo[pszCampo];
+    EXPECT_EQ(Json("le --json-enviado --mensagem " + sDmc).at(0), comDois) << "two together";
     EXPECT_EQ(Json("grava --filial 119 --mensagem outra --dmc " + sDmc),
               (std::vector<json>{{{"regDmc", Decimal(sDmc)}, {"sDmc", sDmc}}}));
     const json outra{{"ulPonteiroFilial", 119}, {"regMensagemIntegracao", "outra"}};

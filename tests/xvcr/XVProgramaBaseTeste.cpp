@@ -116,6 +116,9 @@ TEST_F(ProgramaBase, VariaveisDeAmbienteValemOndeNaoHaOpcao) {
             std::filesystem::exists(m_Diretorio.Junta(pszBase + std::string("/DF/CRINDEXINTEG.dat"))));
     EXPECT_EQ(XVExecuta(sPrograma, {"busca", "--conta"}).sSaida, "1\n");
     EXPECT_EQ(XVExecuta(sPrograma, {"empresas"}).sSaida, "002\n003\n");
+    EXPECT_THAT(XVExecuta(sPrograma, {"--diretorio", sPrograma, "busca"}).sErro,
+                StartsWith("xvcr: o diretório do módulo"))
+        << "a file is no directory";
     PoeVariavel("XVCR_DIRETORIO=");
     PoeVariavel("XVCR_EMPRESA=");
 }

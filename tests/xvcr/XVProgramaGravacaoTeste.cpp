@@ -17,6 +17,7 @@ TEST_F(ProgramaGravacao, TextosVoltamByteAByte) {
     const std::string sDmc =
         Grava("grava", {"--json-enviado", "@" + m_Diretorio.Junta("bytes.bin"), "--mensagem", "",
                         "--json-retorno", "[1, {\"ação\": \"\\\"日本\\\"\"}]"});
+    Json("le --json-enviado " + sDmc, {"--para-pasta", m_Diretorio.Junta("saída")});  // and again below
     const nlohmann::json lida =
         Json("le --todos " + sDmc, {"--para-pasta", m_Diretorio.Junta("saída")}).at(0);
     EXPECT_FALSE(lida.contains("regRegistroJSON"));

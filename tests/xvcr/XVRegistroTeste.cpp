@@ -83,7 +83,7 @@ class Registro : public testing::Test {
     const json m_Outubro = Erro("2026-10-31T23:59:58", "001", 7, 41, "CBase::Le", "81080AAA", k_szPosicao);
     const json m_Manha = Erro("2026-11-20T00:00:00", "001", 8, 42, "CBase::Grava", "81080C67",
                               "E_XVCR_TENTATIVA_GRAVACAO_INTEGRACAO_COM_CHAVE_SISTEMA_TERCEIRO_ZERADA");
-    const json m_Noite = Erro("2026-11-20T23:59:59", "002", 9, 43, "CBase::Le", "0ABCDEF1", nullptr);
+    const json m_Noite = Erro("2026-11-20T23:59:59", "002", 0, 43, "CBase::Le", "0ABCDEF1", nullptr);
     const json m_Programas = Erro("2026-11-21T10:11:12", "001", 7, 44, "CTroca::Le", "81080AAA", k_szPosicao);
     CXVDiretorioTeste m_Diretorio;
 };
@@ -135,6 +135,7 @@ TEST_F(Registro, SemEmpresaOsDosProgramas) {
     EXPECT_EQ(XVExecutaAqui({"registro", "--perfil"}).sSaida, sSaiu);
     EXPECT_EQ(XVExecutaAqui({"--empresa", "001", "registro", "--perfil"}).sSaida, sSaiu)
         << "one for all companies";
+    EXPECT_EQ(Mostra("--perfil").at(0)["Parametros"], json({"n = 3", "m = \\x1B"})) << "also in JSON";
 }
 
 // Records of the log that there is, of a month that begins, and one whose line is not yet whole.
@@ -164,7 +165,7 @@ TEST_F(Registro, SegueOQueChegaPeloTempoPedido) {
     EXPECT_EQ(Mostra("--empresa 001 --segue --por 2 --ultimos 1 --funcao Le"),
               json::array({m_Noite, primeira, segunda, terceira, quarta, m_Noite}));
     EXPECT_EQ(relogio.GetMilissegundosDormidos(), 2000U);
-    EXPECT_EQ(Mostra("--empresa 001 --segue --por 1 --do-usuario 9"), json::array({m_Noite}));
+    EXPECT_EQ(Mostra("--empresa 001 --segue --por 1 --do-usuario 0"), json::array({m_Noite}));
 }
 
 // The entry and the exit of one call, beside another call; and a log that is none.

@@ -3,7 +3,10 @@
 #include <optional>
 
 #include "contract/XVCR_Enumeracoes.h"
+#include "tests/harness/XVDiretorioTemporario.h"
 #include "tools/xvcr/text/XVBase64.h"
+#include "tools/xvcr/text/XVErros.h"
+#include "tools/xvcr/text/XVFonteBytes.h"
 #include "tools/xvcr/text/XVLeituraValor.h"
 
 namespace {
@@ -60,6 +63,13 @@ TEST(LeituraValor, DmcEDataHoraNasDuasFormasENenhuns) {
     for (const char* pszTexto :
          {"2026-02-30", "2026-11-21T24:00", "86400", "21/11/2026", "2026-11-21T13:05:09+01"})
         EXPECT_FALSE(Le<REG_XVDMAHMSUTC>(pszTexto)) << pszTexto;
+}
+
+TEST(FonteBytes, TextoVaiAteOLimiteENaoAlem) {
+    const CXVDiretorioTeste diretorio;
+    diretorio.CriaArquivo("a", "abc");
+    EXPECT_EQ(XVLeTudo(*XVAbreFonte(diretorio.Junta("a")), 3), "abc");
+    EXPECT_THROW(XVLeTudo(*XVAbreFonte(diretorio.Junta("a")), 2), CXVErro);
 }
 
 TEST(Base64, VaiEVoltaComQualquerByteERecusaOQueNaoECanonico) {

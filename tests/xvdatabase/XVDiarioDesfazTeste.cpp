@@ -12,14 +12,15 @@ TEST_F(DiarioDesfaz, FalhasDoDiarioNaoDeixamOperacaoQueVolta) {
     const auto inicial = m_Arquivos.Retrata();
     for (const XVUInt ulDurabilidade : {0U, 1U}) {
         SetDurabilidade(ulDurabilidade);
-        for (const bool bPermanente : {false, true}) {
+        for (const auto& [bPermanente, bFazTudo] :
+             {std::pair(false, false), {true, false}, {false, true}, {true, true}}) {
             bool bHouveFalha = true;
             for (XVUInt64 uiNumero = 1; bHouveFalha; ++uiNumero) {
-                SCOPED_TRACE(testing::Message() << ulDurabilidade << bPermanente << uiNumero);
+                SCOPED_TRACE(testing::Message() << ulDurabilidade << bPermanente << bFazTudo << uiNumero);
                 ASSERT_LT(uiNumero, 60U);
                 m_Arquivos.Restaura(inicial);
                 const CXVCapturaTrace captura;
-                CXVSistemaArquivosMemoria::TRetrato depois, morte;
+                CXVSistemaArquivosMemoria::TRetrato depois, morte, falha;
                 HRESULT hr = S_OK;
                 {
                     SBancoDuplo banco;
@@ -27,14 +28,20 @@ TEST_F(DiarioDesfaz, FalhasDoDiarioNaoDeixamOperacaoQueVolta) {
                     ASSERT_EQ(banco.Grava(0, {1, 0, 0}, "primeiro"), S_OK);
                     m_FalhasQueda.SetFiltro(
                         [](const std::string& s) { return s.ends_with(k_pszNomeDiario); });
-                    m_FalhasQueda.Programa({.uiNumero = uiNumero, .bPermanente = bPermanente});
+                    m_FalhasQueda.Programa(
+                        {.uiNumero = uiNumero, .bPermanente = bPermanente, .bFazTudo = bFazTudo});
                     hr = banco.Grava(1, {2, 0, 0}, "que falha");
                     bHouveFalha = m_FalhasQueda.GetFalhasOcorridas() > 0;
                     m_FalhasQueda.Limpa();
+                    falha = Morre();
                     ASSERT_EQ(banco.Grava(1, {3, 0, 0}, "seguinte"), S_OK);
                     morte = Morre();
                     ASSERT_EQ(banco.Fecha(m_Dono), S_OK);
                     depois = Morre();
+                }
+                if (FAILED(hr) && bFazTudo) {
+                    ASSERT_EQ(Reabre(falha), S_OK);
+                    ASSERT_EQ(LeTextos("T.dat"), std::vector<std::string>{"primeiro"});
                 }
                 for (const auto& rRetrato : {depois, morte}) {
                     ASSERT_EQ(Reabre(rRetrato), S_OK);

@@ -210,4 +210,20 @@ TEST_F(FilaEmAnelPequeno, CopiaNaoTomaOLugarDeQuemEspera) {
     Confere({true, true, true});
 }
 
+TEST_F(FilaEmAnelPequeno, EntradaNaoTomaOLugarDeQuemEspera) {
+    m_aTextos = {std::string(588, 'a'), std::string(588, 'b'), std::string(1100, 'c')};
+    m_fnComTodosNaFila = [&] {
+        m_fios.emplace_back([this] {
+            const CXVCapturaTrace captura;
+            EXPECT_EQ(m_banco.Grava(1, std::string(1100, 'd'), 4), S_OK);
+        });
+        while (m_banco.ulRefeitas == 0 && !m_banco.diario.TemNaFila(4)) std::this_thread::yield();
+        EXPECT_FALSE(m_banco.diario.TemNaFila(4)) << "there is no place for it yet";
+    };
+    GravamJuntos();
+    EXPECT_EQ(m_aCodigos, (std::array<HRESULT, 3>{S_OK, S_OK, S_OK}));
+    ASSERT_EQ(m_banco.Fecha(m_Dono), S_OK);
+    EXPECT_EQ(LeTextos("B.dat"), (std::vector<std::string>{"antes", m_aTextos[1], std::string(1100, 'd')}));
+}
+
 }  // namespace

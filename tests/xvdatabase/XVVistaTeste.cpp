@@ -31,23 +31,58 @@ TEST_F(Vista, ChaveNaoDaORegistroDeOutra) {
     ASSERT_EQ(banco.xvDB.Finaliza(), S_OK);
 }
 
-// Without a header only the journal tells where a file ended before an operation that is being written.
-TEST_F(Vista, ArquivoSemCabecalhoAcabaOndeAcabavaAntesDaOperacao) {
+// Without a header only the journal tells where a file ended before an operation that is being written. When
+// its writer is gone, or an opening is concluding it, the operation has taken place.
+TEST_F(Vista, ArquivoSemCabecalhoAcabaOndeODiarioDiz) {
     const std::string sAntes = Prefixado("um");
     const std::string sNovos = Prefixado("dois");
     Cria("C.dat", sAntes + sNovos.substr(0, 6));
-    const SParteBytes anexa{"C.dat", sAntes.size(), sAntes.size(), sAntes.size() + sNovos.size(), sNovos, ""};
-    std::string sDiario = DiarioBytes(1, {EntradaBytes(1, {1, {anexa}})});
-    Poe<XVUInt64>(sDiario, 512, 1);
-    Cria(k_pszNomeDiario, sDiario);
-    const std::unique_ptr<IXVArquivo> pEscritor = Segura(k_pszNomeDiario);
+    Cria("A.dat", Bytes({{1, 2, 3}}));
+    const SParteBytes texto{"C.dat", sAntes.size(), sAntes.size(), sAntes.size() + sNovos.size(), sNovos, ""};
+    const SParteBytes registros{"A.dat", 16, 16, 48, Bytes({{4, 5, 6}, {7, 8, 9}}), ""};
+    std::string sDiario = DiarioBytes(1, {EntradaBytes(1, {1, {texto, registros}})});
+    std::unique_ptr<IXVArquivo> pEscritor;
+    const auto escreve = [&](XVUInt64 uiPalavra) {
+        Poe<XVUInt64>(sDiario, 512, uiPalavra);
+        Cria(k_pszNomeDiario, sDiario);
+        pEscritor = Segura(k_pszNomeDiario);
+    };
+    const auto espera = [&](const std::vector<std::string>& rTextos, HRESULT hrTerceiro) {
+        TXVBanco<CXVTextFile> textos("C.dat");
+        TXVBanco<CXVFileTeste> banco("A.dat");
+        textos.xvDB.SetSomenteLeituraSemBloqueio(true);
+        banco.xvDB.SetSomenteLeituraSemBloqueio(true);
+        ASSERT_EQ(Abre(textos), S_OK);
+        ASSERT_EQ(Abre(banco), S_OK);
+        EXPECT_EQ(textos->GetQtdRegistros(), rTextos.size());
+        std::string sTexto;
+        for (std::size_t i = 0; i < rTextos.size(); ++i) {
+            EXPECT_EQ(textos->Le(static_cast<XVUInt>(i + 1), sTexto), S_OK);
+            EXPECT_EQ(sTexto, rTextos[i]);
+        }
+        REG_TESTE reg{};
+        EXPECT_EQ(banco->Le(3, &reg), hrTerceiro);
+        EXPECT_EQ(reg, (SUCCEEDED(hrTerceiro) ? REG_TESTE{7, 8, 9} : REG_TESTE{}));
+        ASSERT_EQ(textos.xvDB.Finaliza(), S_OK);
+        ASSERT_EQ(banco.xvDB.Finaliza(), S_OK);
+    };
+    ASSERT_NO_FATAL_FAILURE(escreve(1));
+    espera({"um"}, E_XVCR_POSICAO_LEITURA_SUPERIOR_QUANTIDADE_ARQUIVO);
+    pEscritor.reset();
+    espera({"um", "dois"}, S_OK);
+    ASSERT_NO_FATAL_FAILURE(escreve(k_uiPalavraConclusao));
+    espera({"um", "dois"}, S_OK);
+}
+
+// What came to a file since it was loaded, and is damaged, is no text.
+TEST_F(Vista, TextoNovoComPrefixoDanificadoNaoSeLe) {
+    Cria("C.dat", Prefixado("um"));
     TXVBanco<CXVTextFile> banco("C.dat");
     banco.xvDB.SetSomenteLeituraSemBloqueio(true);
     ASSERT_EQ(Abre(banco), S_OK);
-    EXPECT_EQ(banco->GetQtdRegistros(), 1U);
+    Cria("C.dat", Prefixado("um") + "\xFF\xFF\xFF\x7F" + "dois");
     std::string sTexto;
-    EXPECT_EQ(banco->Le(1, sTexto), S_OK);
-    EXPECT_EQ(sTexto, "um");
+    EXPECT_EQ(banco->Le(2, sTexto), E_XVCR_POSICAO_LEITURA_SUPERIOR_QUANTIDADE_ARQUIVO);
     ASSERT_EQ(banco.xvDB.Finaliza(), S_OK);
 }
 

@@ -24,16 +24,19 @@ const testing::Environment* const k_pAmbiente = testing::AddGlobalTestEnvironmen
 TEST(CXVBibliotecasTeste, BibliotecaQueEstaLaENaoServeEDitaComOMotivo) {
     ASSERT_NE(k_pAmbiente, nullptr);
     const std::vector<std::string>& rLinhas = CXVAmbienteBibliotecas::GetLinhas();
-    ASSERT_EQ(rLinhas.size(), 4U) << "absent ones and those in use are not told";
+    ASSERT_EQ(rLinhas.size(), 5U) << "absent ones and those in use are not told";
     const std::string sIlegivel = "Biblioteca XVProvedor32 não utilizada: ";
     EXPECT_EQ(rLinhas[0].substr(0, sIlegivel.size()), sIlegivel);
     EXPECT_GT(rLinhas[0].size(), sIlegivel.size()) << "the system's reason";
     EXPECT_EQ(rLinhas[1], "Biblioteca XVProvedor64 não utilizada: serve o sistema 65");
     EXPECT_EQ(rLinhas[2], "Biblioteca XVProvedor128 não utilizada: XVProvedorObtem respondeu 0x80070005");
     EXPECT_EQ(rLinhas[3], "Biblioteca XVProvedor256 não utilizada: não exporta XVProvedorObtem");
-    const SSituacaoProvedor& rUltimo = XVProvedores::Situacao().back();
-    EXPECT_EQ(rUltimo.sBiblioteca + ": " + rUltimo.sMotivo, "XVProvedor256.dll: não exporta XVProvedorObtem");
-    EXPECT_EQ(XVProvedores::Situacao().size(), XVProvedores::Lista().size() + rLinhas.size());
+    EXPECT_TRUE(rLinhas[4].starts_with("Biblioteca XVProvedor2147483648 não utilizada: ")) << rLinhas[4];
+    const std::vector<SSituacaoProvedor>& aSituacao = XVProvedores::Situacao();
+    const SSituacaoProvedor& rPenultimo = aSituacao[aSituacao.size() - 2];
+    EXPECT_EQ(rPenultimo.sBiblioteca + ": " + rPenultimo.sMotivo,
+              "XVProvedor256.dll: não exporta XVProvedorObtem");
+    EXPECT_EQ(aSituacao.size(), XVProvedores::Lista().size() + rLinhas.size());
 }
 
 class CXVTrocaRecusadaTeste : public CXVCenarioTroca {
@@ -117,6 +120,8 @@ TEST_F(CXVTrocaRecusadaTeste, SistemaDoChamadorDecideQuemEPerguntado) {
             listaSistemas.push_back(XVLe(*m_pLoja, {listaDepois[i]}).reg.eSistemaIntegracao);
         EXPECT_EQ(listaSistemas, rCaso.listaEsperada);
     }
+    m_rGravador.iResultadoLista = static_cast<std::int32_t>(0x800705B4U);
+    EsperaRecusa(XVHResult(0x800705B4U), pedido, {});  // all are asked, and one cannot tell
 }
 
 // The named integration of a change, and the day's files of an inclusion.
@@ -132,10 +137,8 @@ TEST_F(CXVTrocaRecusadaTeste, IntegracaoOuDiaQueNaoSeLeNaoETrocado) {
                 std::string(pszGrupo) + (bInclusao ? "20240315.dat" : "20240313.dat");
             SCOPED_TRACE(sArquivo);
             Estraga(sArquivo, 100);
-            if (bInclusao)
-                EsperaRecusa(S_OK);
-            else
-                EsperaRecusa(S_OK, eXVSMiddleware_Alteracao, regAnterior);
+            if (bInclusao) EsperaRecusa(S_OK);
+            EsperaRecusa(S_OK, bInclusao ? eXVSMiddleware_Inclusao : eXVSMiddleware_Alteracao, regAnterior);
             Estraga(sArquivo, 100);  // whole again
         }
     REG_XVDMC regNova;

@@ -214,6 +214,7 @@ TEST_F(CXVAcessoTeste, JanelaPassaPelaMemoriaOndeECertoQueNaoDerrubaOProcesso) {
     for (const auto& [uiOffsetDados, uiJanela, bMapeado] : aCasos) {
         ASSERT_TRUE(m_rSistema.Abre(sCaminho, k_criacao, m_pArquivo).Ok());
         ASSERT_TRUE(m_pArquivo->SetTamanho(2 * k_uiMetade).Ok());
+        ASSERT_EQ(Grava(0, "x"), ECausa::eNenhuma);  // a hole need not be at the beginning
         ASSERT_EQ(Grava(uiOffsetDados, std::string(k_uiMetade, 'x')), ECausa::eNenhuma);
         std::unique_ptr<IXVJanela> pJanela;
         EXPECT_TRUE(m_pArquivo->AbreJanela(uiJanela, pJanela).Ok());
