@@ -1,6 +1,17 @@
 // CBaseMiddleware: the whole key map and all date-times, in the order in which they were recorded.
 #include "middleware/BaseMiddleware.h"
 
+namespace {
+
+template <class T>
+auto AnexaA(std::vector<T>* pLista) {
+    return [pLista](std::span<const T> aRegistros, std::size_t, const TXVResumo<T>*) {
+        pLista->insert(pLista->end(), aRegistros.begin(), aRegistros.end());
+    };
+}
+
+}  // namespace
+
 HRESULT CBaseMiddleware::ListaChavesRegistro(
     std::vector<REG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIRO_V2>* pLista) {
     XV_ESCOPO();
@@ -8,9 +19,7 @@ HRESULT CBaseMiddleware::ListaChavesRegistro(
     const CXVAcessoDefault acesso(this);
     return LeDeUmMomento([&] {
         pLista->clear();
-        return m_pDataBase->m_ChaveRegistroParaTerceiro.Percorre([&](const auto aRegistros) {
-            pLista->insert(pLista->end(), aRegistros.begin(), aRegistros.end());
-        });
+        return m_pDataBase->m_ChaveRegistroParaTerceiro.Percorre(AnexaA(pLista));
     });
 }
 
@@ -20,8 +29,6 @@ HRESULT CBaseMiddleware::ListaDatasHoras(std::vector<REG_CR_DATA_HORA_INTEGRACAO
     const CXVAcessoDefault acesso(this);
     return LeDeUmMomento([&] {
         pLista->clear();
-        return m_pDataBase->m_DataHoraIntegracao.Percorre([&](const auto aRegistros) {
-            pLista->insert(pLista->end(), aRegistros.begin(), aRegistros.end());
-        });
+        return m_pDataBase->m_DataHoraIntegracao.Percorre(AnexaA(pLista));
     });
 }
