@@ -66,7 +66,8 @@ template HRESULT CXVRecuperacao::RecuperaLancamentos<REG_CR_DATA_HORA_INTEGRACAO
 
 // In the old order: of several integrations with one key the lowest position is the one that a status meets.
 HRESULT CXVRecuperacao::GravaIndice() {
-    if (m_mapaIndice.empty() && !m_arquivoIndice.bExiste) return S_OK;
+    // Days without an index would be a store that lost it, even where none of their integrations is left.
+    if (m_mapaIndice.empty() && !m_arquivoIndice.bExiste && m_listaArquivos.empty()) return S_OK;
     CXVEscritaRecuperada escrita(m_pastas.sDestino, k_pszArquivoIndexIntegracao,
                                  CXVEscritaRecuperada::ECabecalho::eCom);
     HRESULT hr = escrita.Abre();

@@ -64,8 +64,10 @@ class CXVExameQueda {
     }
 
     // What is recovered of it, whether it opens or not, is a sound store that shows nothing under a key that
-    // was recorded under another; with durability, all that was acknowledged and whole operations only.
-    void Recuperada(bool bDurabilidade) {
+    // was recorded under another; with durability, all that was acknowledged and whole operations only. Without
+    // it nothing may have reached the device of the undoing of an operation that failed (bTeveFalha): its bytes
+    // are then as readable as any others.
+    void Recuperada(bool bDurabilidade, bool bTeveFalha) {
         const CXVDonoFixo dono("MATRIZ");
         const std::string sNova = CAmbienteXV::MontaPathDados(XV_DF, "/recuperada", "MATRIZ");
         std::string sDiretorio;
@@ -86,7 +88,7 @@ class CXVExameQueda {
         const CXVGuardaRegistry guarda(registry);
         CBaseMiddleware loja;
         Exige(XVInicializa(loja) == S_OK, "what was recovered does not open");
-        ConfereDonos(loja);
+        if (bDurabilidade || !bTeveFalha) ConfereDonos(loja);
         m_mapaLidas.clear();
         if (bDurabilidade) Compara("what was recovered", XVRetrataLoja(loja));
     }

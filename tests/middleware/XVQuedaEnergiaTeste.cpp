@@ -51,6 +51,7 @@ class CXVExecucaoQueda {
         corte.uiAlteracao = 1 + sorteio.Ate(corte.uiPasso == 0 ? 40 : 24);
         m_listaCortes.push_back(std::move(corte));
     }
+    bool TemFalha() const { return m_uiPassoComFalha != 0; }
     // False: a step failed without a fault, or the store did not open after one.
     bool Executa() {
         const CXVGuardaSistemaArquivos guarda(m_falhas);
@@ -119,7 +120,7 @@ unsigned Examina(const CXVExecucaoQueda& rExecucao, bool bDurabilidade) {
         const SVerdadeQueda verdade = rExecucao.GetVerdade(rCorte);
         CXVExameQueda exame(verdade);
         try {
-            exame.Recuperada(bDurabilidade);
+            exame.Recuperada(bDurabilidade, rExecucao.TemFalha());
             if (bDurabilidade)
                 exame.ComDurabilidade();
             else if (!exame.SemDurabilidade())

@@ -220,10 +220,10 @@ TEST_F(UsoEmMemoria, QuemSoLeDeixaCadaByteDoDiretorioDaEmpresaComoEstava) {
                      {"le " + sDmc},
                      {"le 20200101-1-1", 1},  // an error, which goes to another log
                      {"mapa busca --tipo 6 --sistema 16 --chave-registro 7"},
-                      {"mapa lista"},
-                      {"datahora lista"},
-                      {"versao"},
-                      {"verifica"}};
+                     {"mapa lista"},
+                     {"datahora lista"},
+                     {"versao"},
+                     {"verifica"}};
     for (const auto& rComando : aComandos) {
         EXPECT_EQ(Executa(rComando.sLinha).iSaida, rComando.iSaida) << rComando.sLinha;
         EXPECT_EQ(CXVSistemaArquivosMemoria::Diferenca(antes, DaEmpresa()), "") << rComando.sLinha;
