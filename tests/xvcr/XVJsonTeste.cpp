@@ -34,6 +34,16 @@ TEST(RegistroJson, JsonEmbutidoFicaComoEstaMenosOsEspacos) {
     EXPECT_EQ(dados.sJSONRetornoIntegracao, "[]");
 }
 
+TEST(RegistroJson, ObjetoDeUmDmcEOMesmoComoTexto) {
+    for (const REG_XVDMC regDmc : {REG_XVDMC{}, REG_XVDMC{6439443779698049025U}, REG_XVDMC{~XVUInt64{0}}}) {
+        XVJson json;
+        XVRegistroJson::Inclui(json, "regDmc", regDmc);
+        std::string sTexto;
+        XVRegistroJson::AnexaObjeto(sTexto, regDmc);
+        EXPECT_EQ(sTexto, json.dump());
+    }
+}
+
 TEST(RegistroJson, DizOCampoErrado) {
     EXPECT_EQ(CampoErrado(R"({"eStatus":1})"), "eStatus");
     EXPECT_EQ(CampoErrado(R"({"eStatusIntegracao":6})"), "eStatusIntegracao");

@@ -48,14 +48,14 @@ void AdicionaFiltro(CLI::App& rComando, CXVDadosCR_FiltroIntegracaoMiddleware& r
 }
 
 void MostraDmcs(CXVSaida& rSaida, const std::vector<REG_XVDMC>& lista) {
+    std::string sLinha;
     for (const REG_XVDMC regDmc : lista) {
-        if (!rSaida.EhJson()) {
-            rSaida.Linha(regDmc.ToString());
-            continue;
-        }
-        XVJson json = XVJson::object();
-        XVRegistroJson::Inclui(json, "regDmc", regDmc);
-        rSaida.LinhaJson(json);
+        sLinha.clear();
+        if (rSaida.EhJson())
+            XVRegistroJson::AnexaObjeto(sLinha, regDmc);
+        else
+            regDmc.AnexaA(sLinha);
+        rSaida.Linha(sLinha);
     }
 }
 

@@ -1,5 +1,6 @@
 #include "tools/xvcr/fields/XVRegistroJson.h"
 
+#include "support/values/XVTextoDecimal.h"
 #include "tools/xvcr/text/XVBase64.h"
 #include "tools/xvcr/text/XVLeituraValor.h"
 #include "tools/xvcr/text/XVTextoEntrada.h"
@@ -39,6 +40,14 @@ void Inclui(XVJson& rJson, std::string_view sCampo, const std::string& sTexto) {
 void Inclui(XVJson& rJson, std::string_view sCampo, REG_XVDMC regDmc) {
     rJson[std::string(sCampo)] = std::to_string(regDmc.uiValor);
     if (sCampo == "regDmc") rJson["sDmc"] = regDmc.ToString();
+}
+
+void AnexaObjeto(std::string& rTexto, REG_XVDMC regDmc) {
+    rTexto += R"({"regDmc":")";
+    XVAnexaDecimal(rTexto, regDmc.uiValor);
+    rTexto += R"(","sDmc":")";
+    regDmc.AnexaA(rTexto);
+    rTexto += R"("})";
 }
 
 void Inclui(XVJson& rJson, std::string_view sCampo, REG_XVDMAHMSUTC regDataHora) {

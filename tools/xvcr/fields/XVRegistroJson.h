@@ -28,6 +28,8 @@ namespace XVRegistroJson {
 
 void Inclui(XVJson& rJson, std::string_view sCampo, const std::string& sTexto);
 void Inclui(XVJson& rJson, std::string_view sCampo, REG_XVDMC regDmc);
+// An object of nothing but its DMC, as text: a search of a million writes a million of them.
+void AnexaObjeto(std::string& rTexto, REG_XVDMC regDmc);
 void Inclui(XVJson& rJson, std::string_view sCampo, REG_XVDMAHMSUTC regDataHora);
 void Inclui(XVJson& rJson, std::string_view sCampo, XVUInt64 uiValor);
 void Inclui(XVJson& rJson, std::string_view sCampo, EEnumeracao eEnumeracao, XVUInt ulValor);
