@@ -5,6 +5,7 @@
 #include "middleware/BaseMiddleware.h"
 #include "middleware/XVFiltroBusca.h"
 #include "middleware/XVOrdenacaoDmc.h"
+#include "middleware/XVParteDoMomento.h"
 #include "middleware/XVSelecaoIndex.h"
 
 HRESULT CBaseMiddleware::BuscaPonteiros(const tagREG_CR_FILTRO_INTEGRACAO_MIDDLEWAREPS& rFiltroPS,
@@ -60,7 +61,7 @@ HRESULT CBaseMiddleware::ConfirmaAchadas(const CXVFiltroBusca& dadosFiltro, CXVL
         std::size_t uiLidas = 0;
         const HRESULT hr = LeDeUmMomento([&] {
             listaParte.clear();
-            const std::size_t uiAte = std::min(idx + uiQtd, aDmcs.size());
+            const std::size_t uiAte = idx + XVParteDoMomento(aDmcs.subspan(idx), uiQtd);
             // A busy writer leaves only short moments: each attempt reads half as much as the one before.
             uiQtd = std::max<std::size_t>(uiQtd / 2, 1);
             for (std::size_t k = idx; k < uiAte; ++k) {

@@ -4,6 +4,7 @@
 
 #include "contract/XVCR_BuffersPS.h"
 #include "middleware/BaseMiddleware.h"
+#include "middleware/XVParteDoMomento.h"
 #include "platform/XVAmbienteSO.h"
 
 HRESULT CBaseMiddleware::LeIntegracao(REG_XVDMC regDmc, tagREG_CR_INTEGRACAO_MIDDLEWAREPS* pRegIntegracaoPS,
@@ -115,7 +116,9 @@ HRESULT CBaseMiddleware::LeDadosDaLista(const _REG_DF_LISTA_XVDMCPS& rListaPS,
         XVUInt ulQtd = std::min(k_ulPorMomento, rListaPS.ulQuantidade - ulLidas);
         XVUInt ulAte = ulLidas;
         const auto leParte = [&] {
-            ulAte = ulLidas + ulQtd;
+            const std::span<const REG_XVDMC> aResto(rListaPS.pLista + ulLidas,
+                                                    rListaPS.ulQuantidade - ulLidas);
+            ulAte = ulLidas + static_cast<XVUInt>(XVParteDoMomento(aResto, ulQtd));
             ulQtd = std::max<XVUInt>(ulQtd / 2, 1);
             for (XVUInt i = ulLidas; i < ulAte; ++i)
                 XV_CHECK_EM("LeIntegracoes",

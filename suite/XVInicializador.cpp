@@ -57,7 +57,11 @@ HRESULT CXVInicializador::Inicializa(const IXVDF_Profiler* pProfiler) {
 
 HRESULT CXVInicializador::Finaliza() {
     if (!m_bInicializado) return S_OK;
-    const HRESULT hr = OnFinaliza();  // which may ask whether the object ever was initialised
-    m_bInicializado = false;
-    return hr;
+    // OnFinaliza may ask whether the object ever was initialised. Afterwards it is not, whatever was thrown:
+    // an object of which half is closed loads anew before it serves anyone.
+    struct SFim {
+        std::atomic<bool>& rbInicializado;
+        ~SFim() { rbInicializado = false; }
+    } const fim{m_bInicializado};
+    return OnFinaliza();
 }

@@ -149,6 +149,7 @@ class CXVFile : public CXVFileBase {
     HRESULT AtualizaVista() const;
     HRESULT IniciaVista();
     HRESULT CarregaVista(XVUInt64 uiChamada);
+    void EsqueceRegistros() noexcept;
     HRESULT LeVisto(XVUInt uiPosicao, T* preg) const;
     HRESULT LeColecaoVista(XVUInt uiPosicao, XVUInt64 uiQtd, std::vector<T>& aRegistros) const;
     bool LeIndexVisto(XVUInt64 uiChave, T* preg, XVUInt uiColunaIndexacao) const;
@@ -185,6 +186,7 @@ class CXVFile : public CXVFileBase {
     TXVArrayRegistros<T> m_aRegistros;
     TXVResumo<T> m_resumo;
     SVistaCarregada m_vista;
+    bool m_bVistaValida = true;  // what is in memory was loaded whole
     std::vector<SIndice> m_listaIndices;
     std::vector<std::unique_ptr<CPreparados>> m_listaPreparados;  // used again and again
     XVUInt m_ulUltimaPrevista = 0;  // highest position that a prepared write may have asked for

@@ -58,13 +58,23 @@ HRESULT CXVFileBase::OnInicializa() {
 HRESULT CXVFileBase::OnFinaliza() {
     XV_ESCOPO({"m_sNomeArquivo", m_sNomeArquivo});
     CXVDiario* pDiario = m_pDataBase->GetDiario();
+    struct SFim {  // also when there is no memory for the last header: a file that stays open is in its own way
+        CXVFileBase& rArquivo;
+        CXVDiario* pDiario;
+        ~SFim() {
+            if (pDiario != nullptr) pDiario->EsqueceArquivo(rArquivo);
+            rArquivo.FechaArquivo();
+        }
+    };
     if (pDiario != nullptr) pDiario->LargaPendente(*this);
     // The last header is written by a call: a flush through another opening brings along what calls wrote.
     FechaJanelaCabecalho();
     // A file that was not changed, or was refused, stays byte for byte as found.
-    const HRESULT hrAtualiza = EstaInicializado() && m_bAlterado ? XV_REGISTRA(AtualizaArquivo()) : S_OK;
-    if (pDiario != nullptr) pDiario->EsqueceArquivo(*this);
-    FechaArquivo();
+    HRESULT hrAtualiza = S_OK;
+    {
+        const SFim fim{*this, pDiario};
+        if (EstaInicializado() && m_bAlterado) hrAtualiza = XV_REGISTRA(AtualizaArquivo());
+    }
     const HRESULT hrControle = XV_REGISTRA(m_ControleCriacaoArquivos.Finaliza());
     if (const HRESULT hr = XVPrimeiraFalha(hrAtualiza, hrControle); FAILED(hr)) return hr;
     XV_CHECK_SUPER(IXVFileBase, OnFinaliza());
@@ -130,9 +140,12 @@ HRESULT CXVFileBase::TentaAbrir(const std::string& sPath, const std::function<CX
     });
     if (erro.Ok()) return S_OK;
     SCodigoArquivo codigo = XVCodigosArquivo::DeAberturaImediata(erro.GetCausa());
-    if (codigo.pszNome == nullptr)
-        codigo = XVCodigosArquivo::DeAberturaFinal(erro.GetCausa(),
-                                                   XVPlataforma::SistemaArquivos().EhSomenteLeitura(sPath));
+    if (codigo.pszNome == nullptr) {
+        // That a file may not be written explains nothing to who only looks.
+        const bool bProtegido = !m_pDataBase->EhSomenteLeituraSemBloqueio() &&
+                                XVPlataforma::SistemaArquivos().EhSomenteLeitura(sPath);
+        codigo = XVCodigosArquivo::DeAberturaFinal(erro.GetCausa(), bProtegido);
+    }
     return Recusa(
         CheckHr(codigo.hr, codigo.pszNome, "CXVFileBase::AbreArquivo", XVNomeFonte(), __LINE__, this));
 }

@@ -16,7 +16,7 @@ HRESULT CXVFileBase::AbreVisto(CXVVisao& rVisao) {
     return rVisao.DeUmMomento([&] {
         LimpaCabecalho();
         if (const CXVErroArquivo erro = m_pVisto->GetArea(&area); const CXVErroArquivo* pEx = erro.GetFalha())
-            XV_CHECK_EM("AbreVisto", CatchInicializacao(pEx));
+            XV_CHECK_EM("AbreVisto", Recusa(CatchInicializacao(pEx)));
         m_uiTamanhoArquivo = area.uiTamanho;
         if (GerenciarCabecalho()) XV_CHECK_EM("AbreVisto", ConfereCabecalho());
         return S_OK;

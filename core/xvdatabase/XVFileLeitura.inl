@@ -17,12 +17,7 @@ HRESULT CXVFile<T>::OnInicializa() {
 template <class T>
 HRESULT CXVFile<T>::OnFinaliza() {
     XV_ESCOPO({"m_sNomeArquivo", GetNomeArquivo()});
-    m_aRegistros.Limpa();
-    m_resumo = {};
-    for (SIndice& rIndice : m_listaIndices) {
-        rIndice.indice.Limpa();
-        rIndice.bConstruido = false;
-    }
+    EsqueceRegistros();
     m_ulUltimaPrevista = 0;
     XV_CHECK_SUPER(CXVFileBase, OnFinaliza());
     return S_OK;

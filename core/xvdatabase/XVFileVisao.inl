@@ -7,7 +7,7 @@ template <class T>
 HRESULT CXVFile<T>::IniciaVista() {
     if (!EhVista()) return S_OK;
     if (const CXVErroArquivo erro = LeVistaAtual(&m_vista); const CXVErroArquivo* pEx = erro.GetFalha())
-        XV_CHECK(CatchInicializacao(pEx));
+        XV_CHECK(Recusa(CatchInicializacao(pEx)));
     return S_OK;
 }
 
@@ -17,13 +17,29 @@ HRESULT CXVFile<T>::CarregaVista(XVUInt64 uiChamada) {
     const CXVMomento::CAtivo suspende(nullptr);
     const std::unique_lock lock(GetLock());
     FechaArquivo();
-    m_aRegistros.Limpa();
+    EsqueceRegistros();
+    // After a failure every call loads again and gets the code of the load, not an answer from half a copy.
+    m_bVistaValida = false;
     XV_CHECK(IniciaVista());
     m_vista.uiChamada = uiChamada;
     XV_CHECK(AbreArquivo());
     XV_CHECK(Recusa(Carrega()));
-    XV_CHECK(Recusa(ConstroiIndices()));
+    const HRESULT hr = Recusa(ConstroiIndices());
+    if (FAILED(hr)) EsqueceRegistros();
+    XV_CHECK(hr);
+    m_bVistaValida = true;
     return S_OK;
+}
+
+// Tables of keys ask the records for them: both go together.
+template <class T>
+void CXVFile<T>::EsqueceRegistros() noexcept {
+    m_aRegistros.Limpa();
+    m_resumo = {};
+    for (SIndice& rIndice : m_listaIndices) {
+        rIndice.indice.Limpa();
+        rIndice.bConstruido = false;
+    }
 }
 
 // One call reloads a file once at the most: what was there when the call began is then known.
@@ -32,11 +48,11 @@ HRESULT CXVFile<T>::AtualizaVista() const {
     if (!EhVista()) return S_OK;
     SVistaCarregada atual;
     const CXVErroArquivo erro = LeVistaAtual(&atual);
-    if (const CXVErroArquivo* pEx = erro.GetFalha()) return CatchInicializacao(pEx);
+    if (const CXVErroArquivo* pEx = erro.GetFalha()) return Recusa(CatchInicializacao(pEx));
     {
         const std::shared_lock lock(GetLock());
         const bool bMesmaChamada = atual.uiChamada != 0 && atual.uiChamada == m_vista.uiChamada;
-        if (bMesmaChamada || atual.EhIgual(m_vista)) return S_OK;
+        if (m_bVistaValida && (bMesmaChamada || atual.EhIgual(m_vista))) return S_OK;
     }
     // What a viewer keeps in memory is a copy of the disk: renewing it changes nothing.
     return const_cast<CXVFile*>(this)->CarregaVista(atual.uiChamada);
@@ -52,7 +68,7 @@ HRESULT CXVFile<T>::LeVisto(XVUInt uiPosicao, T* preg) const {
                                  sizeof(T));
         return erroLe;
     });
-    if (const CXVErroArquivo* pEx = erro.GetFalha()) return CatchInicializacao(pEx);
+    if (const CXVErroArquivo* pEx = erro.GetFalha()) return Recusa(CatchInicializacao(pEx));
     if (!area.bExiste) return E_XVCR_ARQUIVO_NAO_EXISTE;
     return uiPosicao <= GetQtdNaArea(area) ? S_OK : E_XVCR_POSICAO_LEITURA_SUPERIOR_QUANTIDADE_ARQUIVO;
 }
@@ -74,7 +90,7 @@ HRESULT CXVFile<T>::LeColecaoVista(XVUInt uiPosicao, XVUInt64 uiQtd, std::vector
                                    sizeof(T));
         if (!erro.Ok()) aRegistros.resize(uiAntes);
     }
-    if (const CXVErroArquivo* pEx = erro.GetFalha()) XV_CHECK(CatchInicializacao(pEx));
+    if (const CXVErroArquivo* pEx = erro.GetFalha()) XV_CHECK(Recusa(CatchInicializacao(pEx)));
     return S_OK;
 }
 

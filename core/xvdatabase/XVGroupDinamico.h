@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <atomic>
 #include <mutex>
+#include <new>
 #include <shared_mutex>
 #include <unordered_map>
 
@@ -252,7 +253,11 @@ class TXVGroupDinamico : public CXVGroupFileBase, private IXVMembrosAbertos {
             pFirstFile = it->second.pMembro;
             m_mapAbertos.erase(it);
         }
-        XVIgnora(XV_REGISTRA(pFirstFile->Finaliza()));
+        try {
+            XVIgnora(XV_REGISTRA(pFirstFile->Finaliza()));
+        } catch (const std::bad_alloc&) {  // who needs the room did nothing wrong
+            XVIgnora(XV_REGISTRA(E_OUTOFMEMORY));
+        }
         return true;
     }
 

@@ -28,6 +28,11 @@ TEST_F(Vista, ChaveNaoDaORegistroDeOutra) {
     EXPECT_EQ(banco->LeIndex(1, &reg, 0), E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA);
     EXPECT_EQ(banco->LeIndex(4, &reg, 0), S_OK);
     EXPECT_EQ(reg, (REG_TESTE{4, 5, 6}));
+    // A file that cannot be loaded any more answers with its code, however often it is asked.
+    Cria("A.dat", sOutro.substr(0, sOutro.size() - 1));
+    for (int i = 0; i < 2; ++i) EXPECT_EQ(banco->LeIndex(4, &reg, 0), E_XVCR_TAMANHO_ARQUIVO_NAO_CONFERE);
+    Cria("A.dat", sOutro);
+    EXPECT_EQ(banco->LeIndex(4, &reg, 0), S_OK);
     ASSERT_EQ(banco.xvDB.Finaliza(), S_OK);
 }
 
