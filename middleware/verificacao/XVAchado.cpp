@@ -5,7 +5,9 @@
 
 namespace {
 
-constexpr const char* k_pszRestaura = "Restaure a pasta inteira da cópia de segurança, ou use xvcr recupera.";
+constexpr const char* k_pszRestaura =
+    "Antes de tudo, copie o diretório inteiro da empresa como está. Depois restaure o diretório inteiro da "
+    "empresa da cópia de segurança, ou use xvcr recupera.";
 constexpr const char* k_pszNada = "Nada.";
 
 constexpr SDescricaoAchado k_aDescricoes[] = {
@@ -21,7 +23,8 @@ constexpr SDescricaoAchado k_aDescricoes[] = {
      k_pszRestaura},
     {"textoDeOutra", EGravidade::eDano,
      "duas integrações apontam o mesmo texto: uma delas mostra o texto da outra",
-     "Compare as duas com o sistema externo; restaure a pasta da cópia de segurança se houver dúvida."},
+     "Compare as duas com o sistema externo; se houver dúvida, restaure o diretório inteiro da "
+     "empresa da cópia de segurança."},
     {"semIndice", EGravidade::eDano, "a integração está no arquivo do dia e não no índice: ninguém a acha",
      k_pszRestaura},
     {"indiceRepetido", EGravidade::eDano, "o índice traz a integração mais de uma vez", k_pszRestaura},
@@ -38,8 +41,8 @@ constexpr SDescricaoAchado k_aDescricoes[] = {
     {"arquivoIlegivel", EGravidade::eDano, "o arquivo não pôde ser lido até o fim",
      "Confira as permissões e o disco, e verifique de novo."},
     {"arquivoAusente", EGravidade::eDano, "o arquivo devia estar na pasta e não está",
-     "Procure-o (outra pasta, lixeira, quarentena do antivírus) e devolva-o; senão, restaure a pasta "
-     "inteira, ou use xvcr recupera."},
+     "Procure-o (outra pasta, lixeira, quarentena do antivírus) e devolva-o; senão, copie o "
+     "diretório da empresa como está e restaure o diretório inteiro dela, ou use xvcr recupera."},
     {"semCabecalho", EGravidade::eAviso, "o arquivo, de um programa antigo, ainda não tem cabeçalho",
      "Nada: a próxima abertura para gravar o cria."},
     {"registroPelaMetade", EGravidade::eDano, "o arquivo termina no meio de um registro", k_pszRestaura},
@@ -59,7 +62,8 @@ constexpr SDescricaoAchado k_aDescricoes[] = {
      "Sele de novo com xvcr verifica --sela."},
     {"versaoAnterior", EGravidade::eDano,
      "a base é de uma versão anterior: só os cabeçalhos foram verificados",
-     "Converta com xvcr converte e verifique de novo."},
+     "Faça uma cópia de segurança do diretório inteiro da empresa, converta com xvcr converte e verifique de "
+     "novo."},
     {"versaoPosterior", EGravidade::eDano, "a base é de um programa mais novo", "Atualize o programa."},
     {"listadoDuasVezes", EGravidade::eAviso, "o controle de criação traz o nome mais de uma vez", k_pszNada},
     {"copiaDeixada", EGravidade::eDano, "uma cópia transitória que ninguém conhece está ao lado do arquivo",
@@ -82,4 +86,11 @@ static_assert(std::size(k_aDescricoes) == static_cast<std::size_t>(EAchado::eQua
 
 const SDescricaoAchado& XVDescreveAchado(EAchado eTipo) {
     return k_aDescricoes[static_cast<std::size_t>(eTipo)];
+}
+
+const char* XVOQueFazer(EAchado eTipo, bool bHaIlegivel) {
+    const char* pszFazer = XVDescreveAchado(eTipo).pszFazer;
+    return bHaIlegivel && pszFazer == k_pszRestaura
+               ? "Primeiro torne legível o arquivo acima e verifique de novo."
+               : pszFazer;
 }

@@ -76,3 +76,7 @@ struct SDescricaoAchado {
     const char* pszFazer;  // what to do
 };
 const SDescricaoAchado& XVDescreveAchado(EAchado eTipo);
+
+// What to do where the same store has files that could not be read (bHaIlegivel): damage beside them may be
+// nothing but their missing, so nobody restores anything before they are read.
+const char* XVOQueFazer(EAchado eTipo, bool bHaIlegivel);

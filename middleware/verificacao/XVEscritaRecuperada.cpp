@@ -1,6 +1,7 @@
 #include "middleware/verificacao/XVEscritaRecuperada.h"
 
 #include "core/xvdatabase/XVCabecalho.h"
+#include "middleware/verificacao/XVLeituraLoja.h"
 #include "platform/XVPlataforma.h"
 #include "support/codes/XVCodigosArquivo.h"
 
@@ -21,7 +22,7 @@ HRESULT CXVEscritaRecuperada::Abre() {
     IXVSistemaArquivos& rSistema = XVPlataforma::SistemaArquivos();
     CXVErroArquivo erro = rSistema.Abre(rSistema.Junta(m_sDiretorio, m_sNome), k_abertura, m_pArquivo);
     if (erro.Ok()) erro = m_pArquivo->SetTamanho(m_uiInicio);
-    return XVCodigoArquivo(erro);
+    return XVNotaCaminho(XVCodigoArquivo(erro), m_sDiretorio, m_sNome);
 }
 
 HRESULT CXVEscritaRecuperada::Grava(std::string_view sBytes) {
@@ -39,7 +40,7 @@ HRESULT CXVEscritaRecuperada::Descarrega() {
     const CXVErroArquivo erro = m_pArquivo->Grava(m_uiOffset, m_sBuffer.data(), m_sBuffer.size());
     m_uiOffset += m_sBuffer.size();
     m_sBuffer.clear();
-    return XVCodigoArquivo(erro);
+    return XVNotaCaminho(XVCodigoArquivo(erro), m_sDiretorio, m_sNome);
 }
 
 HRESULT CXVEscritaRecuperada::Conclui(const IXVDF_Profiler& rDono, XVUShort usVersaoArquivo) {
@@ -53,5 +54,5 @@ HRESULT CXVEscritaRecuperada::Conclui(const IXVDF_Profiler& rDono, XVUShort usVe
     }
     if (erro.Ok()) erro = m_pArquivo->Sincroniza();
     m_pArquivo.reset();
-    return XVCodigoArquivo(erro);
+    return XVNotaCaminho(XVCodigoArquivo(erro), m_sDiretorio, m_sNome);
 }

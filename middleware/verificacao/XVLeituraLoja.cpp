@@ -9,6 +9,7 @@
 #include "platform/XVAberturaConsulta.h"
 #include "platform/XVPlataforma.h"
 #include "support/codes/XVCodigosArquivo.h"
+#include "support/trace/XVArquivoRecusado.h"
 #include "support/trace/XVCapturaTrace.h"
 
 namespace {
@@ -45,6 +46,14 @@ void JulgaCabecalho(const TInicio& aInicio, std::size_t uiLidos, SArquivoLoja* p
 
 }  // namespace
 
+HRESULT XVNotaCaminho(HRESULT hr, const std::string& sDiretorio, const std::string& sNome) {
+    CXVArquivosRecusados* pRecusados = CXVArquivosRecusados::GetAtual();
+    if (FAILED(hr) && pRecusados != nullptr)
+        pRecusados->Inclui(
+            hr, sNome.empty() ? sDiretorio : XVPlataforma::SistemaArquivos().Junta(sDiretorio, sNome));
+    return hr;
+}
+
 CXVLeituraLoja::CXVLeituraLoja(const std::string& sDiretorio)
     : m_visao(sDiretorio, CXVVisao::EFimArquivo::eDoSistema) {}
 
@@ -52,7 +61,7 @@ HRESULT CXVLeituraLoja::Abre() {
     std::vector<std::string> listaNomes;
     const CXVErroArquivo erro =
         XVPlataforma::SistemaArquivos().Lista(m_visao.GetDiretorio(), "*", listaNomes);
-    if (!erro.Ok()) return XVCodigoArquivo(erro);
+    if (!erro.Ok()) return XVNotaCaminho(XVCodigoArquivo(erro), m_visao.GetDiretorio());
     m_mapaNomes.clear();
     for (const std::string& rNome : listaNomes) m_mapaNomes.emplace(XVEmMinusculas(rNome), rNome);
     return LeDiario();

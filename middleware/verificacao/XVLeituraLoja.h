@@ -78,3 +78,7 @@ class CXVLeituraLoja {
     std::string m_sMotivoDiario;
     std::vector<std::string> m_listaCopias;
 };
+
+// Where hr is a failure: notes for the message of the program that it came of this file (empty: the directory
+// itself), without the log line, for the store is only looked at. Returns hr unchanged.
+HRESULT XVNotaCaminho(HRESULT hr, const std::string& sDiretorio, const std::string& sNome = {});

@@ -48,6 +48,10 @@ HRESULT CXVRecuperacao::Executa(SRecuperacao* pRecuperacao) {
     return XVCodigoArquivo(XVPlataforma::SistemaArquivos().SincronizaDiretorio(m_pastas.sDestino));
 }
 
+HRESULT CXVRecuperacao::Descreve(const std::string& sNome, SArquivoLoja* pArquivo) {
+    return XVNotaCaminho(m_leitura.Descreve(sNome, pArquivo), m_pastas.sOrigem, sNome);
+}
+
 HRESULT CXVRecuperacao::Prepara() {
     HRESULT hr = m_leitura.Abre();
     if (FAILED(hr)) return hr;
@@ -61,7 +65,7 @@ HRESULT CXVRecuperacao::Prepara() {
     CXVErroArquivo erro = rSistema.CriaDiretorio(m_pastas.sDestino);
     std::vector<std::string> listaNomes;
     if (erro.Ok()) erro = rSistema.Lista(m_pastas.sDestino, "*", listaNomes);
-    if (!erro.Ok()) return XVCodigoArquivo(erro);
+    if (!erro.Ok()) return XVNotaCaminho(XVCodigoArquivo(erro), m_pastas.sDestino);
     return listaNomes.empty() ? S_OK : eInvalidFile;
 }
 
@@ -86,7 +90,7 @@ HRESULT CXVRecuperacao::ConfereVersao() {
 
 // The index, and of every integration that it does not know what the general log tells.
 HRESULT CXVRecuperacao::LeIndice() {
-    HRESULT hr = m_leitura.Descreve(k_pszArquivoIndexIntegracao, &m_arquivoIndice);
+    HRESULT hr = Descreve(k_pszArquivoIndexIntegracao, &m_arquivoIndice);
     if (FAILED(hr)) return hr;
     if (XVEhDeOutroPrograma(m_arquivoIndice.hr)) return m_arquivoIndice.hr;
     // Under another name it may be another store's.
@@ -152,7 +156,7 @@ HRESULT CXVRecuperacao::Separa(const SArquivoLoja& rArquivo, XVUInt64 uiDe, XVUI
     if (uiDe >= uiAte) return S_OK;
     const XVUInt64 uiOffset = rArquivo.uiInicio + uiDe;
     const CXVErroArquivo erro = XVPlataforma::SistemaArquivos().CriaDiretorio(m_pastas.sSeparados);
-    if (!erro.Ok()) return XVCodigoArquivo(erro);
+    if (!erro.Ok()) return XVNotaCaminho(XVCodigoArquivo(erro), m_pastas.sSeparados);
     CXVEscritaRecuperada escrita(m_pastas.sSeparados, rArquivo.sNome + '.' + std::to_string(uiOffset),
                                  CXVEscritaRecuperada::ECabecalho::eSem);
     HRESULT hr = escrita.Abre();

@@ -73,6 +73,8 @@ class CXVRecuperacao {
 
   private:
     HRESULT Prepara();
+    // A file without which the recovery cannot go on.
+    HRESULT Descreve(const std::string& sNome, SArquivoLoja* pArquivo);
     HRESULT ConfereVersao();
     HRESULT LeIndice();
     HRESULT RecuperaDia(XVUInt64 uiDia, std::span<const SEntradaIndice> aEntradas);

@@ -30,7 +30,7 @@ HRESULT CXVRecuperacao::Conclui(CXVEscritaRecuperada& rEscrita) {
 template <class T>
 HRESULT CXVRecuperacao::RecuperaLancamentos(const char* pszNome, XVUInt ulColunas) {
     SArquivoLoja arquivo;
-    HRESULT hr = m_leitura.Descreve(pszNome, &arquivo);
+    HRESULT hr = Descreve(pszNome, &arquivo);
     if (FAILED(hr) || !arquivo.bExiste) return hr;
     if (XVEhDeOutroPrograma(arquivo.hr)) return arquivo.hr;
     const CXVDataBase_CR_Middleware esquema;
@@ -102,7 +102,7 @@ HRESULT CXVRecuperacao::CopiaLogs() {
     for (const auto& [sMinusculo, sNome] : m_leitura.GetNomes()) {
         if (!sMinusculo.starts_with("xvloggeral_") || !sMinusculo.ends_with(".log")) continue;
         SArquivoLoja arquivo;
-        HRESULT hr = m_leitura.Descreve(sNome, &arquivo);
+        HRESULT hr = Descreve(sNome, &arquivo);
         CXVEscritaRecuperada escrita(m_pastas.sDestino, sNome, CXVEscritaRecuperada::ECabecalho::eSem);
         if (SUCCEEDED(hr)) hr = escrita.Abre();
         if (FAILED(hr)) return hr;

@@ -69,7 +69,7 @@ HRESULT CXVVerificacao::Sela() {
                             arquivo.GetTamanhoDados() == it->second.uiTamanho;
         it = bMesmo ? std::next(it) : m_selosNovos.erase(it);
     }
-    return XVSelos::Grava(m_sDiretorio, m_selosNovos);
+    return XVNotaCaminho(XVSelos::Grava(m_sDiretorio, m_selosNovos), m_sDiretorio, k_pszArquivoSelos);
 }
 
 // The lengths of the days' records are those of now, before the index is read: every record within them is

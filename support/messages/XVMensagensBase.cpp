@@ -44,9 +44,8 @@ constexpr SMensagemCodigo k_aBase[] = {
      "O arquivo foi truncado ou trocado por outro. Os registros inteiros do começo se leem.", XV_ACAO_DANO},
     {XVHResult(0x810809D9U), "E_XVCR_TENTATIVA_LER_POSICAO_ZERO", eChamada,
      "A integração pedida não está no índice: foi pedida a posição zero; confira a chave informada.",
-     "Um status foi dado para uma chave que o índice não tem, numa base vazia ou de outra empresa. Nada foi "
-     "gravado.",
-     "Confira a empresa e a chave. Se a integração devia existir, rode \"xvcr verifica\"."},
+     "Não há na empresa integração com esse DMC: o DMC está errado ou é de outra empresa. Nada foi gravado.",
+     "Confira a empresa e o DMC. Se a integração devia existir, rode \"xvcr verifica\"."},
     {XVHResult(0x810809DAU), "E_XVCR_POSICAO_LEITURA_SUPERIOR_QUANTIDADE_ARQUIVO", eChamada,
      "A posição pedida fica depois do último registro do arquivo; confira o DMC e, se está certo, rode "
      "\"xvcr verifica\".",
@@ -111,7 +110,7 @@ constexpr SMensagemCodigo k_aBase[] = {
      "Foi usado um índice que o arquivo não tem; é uma falha do programa, avise o suporte.",
      "O programa pediu um índice que não foi declarado. Nada foi gravado.", XV_ACAO_SUPORTE},
     {XVHResult(0x81080AAAU), "E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA", eChamada,
-     "Nenhum registro tem a chave procurada; confira a chave e o sistema de terceiro.",
+     "Nenhum registro tem a chave procurada; confira a chave e o sistema externo.",
      "Não há integração com esse DMC ou com essa chave externa nessa empresa. No OfficialBank, uma "
      "integração nova com a mesma chave toma o lugar da anterior no índice.",
      "Confira a empresa, o DMC ou a chave e o sistema; \"xvcr busca\" mostra as integrações que existem."},
@@ -170,12 +169,12 @@ constexpr SMensagemCodigo k_aBase[] = {
      XV_ACAO_DANO},
     {XVHResult(0x81080C67U), "E_XVCR_TENTATIVA_GRAVACAO_INTEGRACAO_COM_CHAVE_SISTEMA_TERCEIRO_ZERADA",
      eChamada,
-     "A integração só pode ficar sem a chave do sistema de terceiro enquanto pendente, com erro ou "
+     "A integração só pode ficar sem a chave do sistema externo enquanto pendente, com erro ou "
      "cancelada; informe a chave.",
      "A alteração deixaria a integração sem chave externa num status que a exige. Nada foi gravado.",
      "Informe a chave (--chave), ou use o status Pendente, Erro ou Cancelado."},
     {XVHResult(0x81080C69U), "E_XVCR_INDEXACAO_CHAVE_INTEGRACAO_SISTEMA_TERCEIRO_ZERADA", eChamada,
-     "O status foi informado sem a chave da integração e sem a chave do sistema de terceiro; informe uma "
+     "O status foi informado sem a chave da integração e sem a chave do sistema externo; informe uma "
      "das duas.",
      "Não se sabe de qual integração é o status. Nada foi gravado.",
      "Informe o DMC, ou a chave externa e o sistema."},

@@ -15,8 +15,8 @@ using enum EAssuntoMensagem;
 // clang-format off
 constexpr SMensagemCodigo k_aSistema[] = {
     {XVHResult(0x80004001U), "E_NOTIMPL", eChamada,
-     "A operação não é oferecida neste caso (por exemplo, não há provedor instalado para o sistema de "
-     "terceiro); escolha outra operação ou instale o provedor.",
+     "A operação não é oferecida neste caso (por exemplo, não há provedor instalado para o sistema "
+     "externo); escolha outra operação ou instale o provedor.",
      "O sistema externo pedido, ou o de um item pendente, não tem provedor, ou o provedor não oferece esta "
      "troca. Nada foi enviado nem gravado.",
      "\"xvcr provedores\" diz quais estão carregados, quais foram recusados e por quê. Instale o provedor "
@@ -77,7 +77,7 @@ constexpr SMensagemCodigo k_aSistema[] = {
      "avise o suporte.",
      "Falha de programa no componente, num provedor ou no chamador. " XV_CAUSA_SERVIDOR, XV_ACAO_SUPORTE},
     {XVHResult(0x800705B4U), "ERROR_TIMEOUT", eProcesso,
-     "O sistema de terceiro não respondeu no tempo esperado; confira o que foi gravado e repita mais tarde.",
+     "O sistema externo não respondeu no tempo esperado; confira o que foi gravado e repita mais tarde.",
      "O sistema externo demorou demais. O que foi gravado antes fica; a troca pode ter acontecido.",
      "Procure a chave e a origem no sistema externo antes de enviar outra vez."},
     {XVHResult(0x800706B5U), "RPC_S_UNKNOWN_IF", eProcesso,

@@ -201,7 +201,7 @@ class OpcoesDeTroca : public Opcoes {
 
 TEST_F(OpcoesDeTroca, PendenciaLevaCadaUmaAoProvedorEAoRegistro) {
     EXPECT_EQ(Xvcr("pendencia --sistema OfficialBank --origem 20261121-18-1" + k_sCampos).sSaida,
-              "pendências gravadas\n");
+              "gravado o que havia pendente\n");
     EXPECT_EQ(
         m_rGravador.listaChamadas.at(0),
         "BuscaIntegracoes 001/7/42 dmc=0-0-0 origem=91509-18-1 tipo=6 sistema=8 transacao=3 auxiliar=22/255 "

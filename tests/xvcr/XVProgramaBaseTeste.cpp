@@ -17,8 +17,8 @@ using TLinhas = std::vector<nlohmann::json>;
 class ProgramaBase : public XVPrograma {};
 
 TEST_F(ProgramaBase, BaseQueNaoHaNaoECriadaPorQuemSoOlha) {
-    for (const char* pszComando :
-         {"--leitura busca", "busca", "converte --simula", "converte", "versao", "mapa lista"}) {
+    for (const char* pszComando : {"--leitura busca", "busca", "converte --simula", "converte", "versao",
+                                   "mapa lista", "verifica", "recupera", "registro"}) {
         const SExecucao execucao = Xvcr(pszComando);
         EXPECT_EQ(execucao.iSaida, 1);
         EXPECT_THAT(execucao.sErro, HasSubstr("0x80043EBF eBadPath: a empresa \"001\" não tem base"));
@@ -140,6 +140,7 @@ TEST_F(ProgramaBase, ArquivoDeUmDiaDanificadoEDitoComSuaData) {
         EXPECT_THAT(execucao.sErro, StartsWith("xvcr: " + sDmc + ": 0x81080A3F"));
         EXPECT_THAT(execucao.sErro, EndsWith(sFim + '\n'));
     }
+    EXPECT_THAT(Xvcr("busca").sSaida, EndsWith("---\n0 de 1 integração\n"));
     EXPECT_EQ(m_Diretorio.LeConteudo(sArquivo), sBytes);
     // Of a load the line that met the file names it, the one that did not names none.
     const auto linha = [](const std::string& s) {

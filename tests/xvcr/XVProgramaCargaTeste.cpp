@@ -81,6 +81,11 @@ TEST_F(ProgramaCarga, LimiteDaLinhaEEntradasVazias) {
     const std::string sStatus = R"({"operacao":"status","sDmc":")" + Json("busca").at(0).value("sDmc", "") +
                                 R"(","eStatusIntegracao":1})";
     EXPECT_THAT(Xvcr("carrega -", {}, sStatus).sSaida, HasSubstr(" status gravado\n1 lidas, 1 gravadas"));
+    const std::string sDuasVezes =
+        sStatus.substr(0, sStatus.size() - 1) + R"(,"eSistemaIntegracao":"Mercos"})";
+    EXPECT_EQ(
+        Xvcr("carrega -", {}, sDuasVezes).sErro,
+        "xvcr: linha 1, campo \"eSistemaIntegracao\": não vale junto com o DMC, que já diz a integração\n");
 }
 
 }  // namespace

@@ -117,6 +117,9 @@ TEST_F(Registro, CadaOpcaoMostraOsSeus) {
         EXPECT_EQ(Mostra("--empresa 001 " + rCaso.sOpcoes), json(rCaso.esperados)) << rCaso.sOpcoes;
     const std::string sArquivo = m_Diretorio.Junta("001/DF/XVProfilerErros_Base_202610.log");
     EXPECT_EQ(Mostra("", {"--arquivo", sArquivo}), json::array({m_Outubro}));
+    const std::string sSemFim = k_sCabecalho + Linha(m_Manha) + Linha(m_Noite);
+    m_Diretorio.CriaArquivo("sem fim.log", sSemFim.substr(0, sSemFim.size() - 1));
+    EXPECT_EQ(Mostra("", {"--arquivo", m_Diretorio.Junta("sem fim.log")}), (json{m_Manha, m_Noite}));
 }
 
 TEST_F(Registro, SemEmpresaOsDosProgramas) {

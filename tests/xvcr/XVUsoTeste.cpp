@@ -72,6 +72,18 @@ const struct SErroDeUso {
     {"versao", "falta a empresa: use --empresa ou a variável de ambiente XVCR_EMPRESA"},
     {"grava --substitui", "--substitui só vale com --dmc"},
     {"status --status Erro --chave 1", "a integração é dada por --dmc, ou por --chave e --sistema"},
+    {"status --status Erro --dmc 20261121-1-1 --chave 1", "--chave não vale junto com --dmc"},
+    {"status --status Erro --dmc 20261121-1-1 --sistema Mercos", "--sistema não vale junto com --dmc"},
+    {"mapa grava --registro 20261121-7-2 --tipo 6 --sistema Mercos", "falta --chave-registro"},
+    {"busca --chave-inicial 1 --chave-final 2 --sistema Mercos",
+     "com --sistema, --chave-inicial é a chave exata; --chave-final não vale junto"},
+    {"pendencia --origem 0", "--origem: o DMC nulo não é de registro algum"},
+    {"registro --por 3", "--por só vale com --segue"},
+    {"registro --perfil --mes 202611", "--perfil não vale junto com --mes"},
+    {"registro --mes 202611 --arquivo x", "--arquivo não vale junto com --mes"},
+    {"--leitura=false busca", "--leitura: não leva valor"},
+    {"busca --json=2", "--json: não leva valor"},
+    {"carrega x --linha-maxima 0", "--linha-maxima: esperado um número a partir de 1"},
     {"busca --limite 0", "--limite: esperado um número a partir de 1"},
     {"busca --limite 4294967296", "--limite: número acima do limite de 4294967295"},
     {"busca --limite 2 --conta", "--limite não vale junto com --conta"},
@@ -156,6 +168,10 @@ TEST(Uso, PrimeiraExecucaoDizOQueConfigurar) {
         EXPECT_THAT(execucao.sErro, HasSubstr("eBadPath: nenhum diretório do módulo está configurado; use "
                                               "--diretorio PASTA, a variável de ambiente XVCR_DIRETORIO"));
     }
+    vazio.SetTexto(CAmbienteXV::GetChaveRegistry(k_eModuloBase), "Path", "/não-há");
+    for (const char* pszLinha : {"empresas", "registro"})
+        EXPECT_THAT(XVExecutaAqui({pszLinha}).sErro,
+                    StartsWith("xvcr: 0x80043EBF eBadPath: o diretório do módulo configurado, "));
 }
 
 TEST(Explica, TodaFormaDeUmCodigoLevaAoSeuConselho) {
@@ -228,6 +244,21 @@ TEST_F(UsoEmMemoria, QuemSoLeDeixaCadaByteDoDiretorioDaEmpresaComoEstava) {
         EXPECT_EQ(Executa(rComando.sLinha).iSaida, rComando.iSaida) << rComando.sLinha;
         EXPECT_EQ(CXVSistemaArquivosMemoria::Diferenca(antes, DaEmpresa()), "") << rComando.sLinha;
     }
+}
+
+// What is missing because a file cannot be read is no reason to restore anything.
+TEST_F(UsoEmMemoria, ArquivoIlegivelVemAntesDoQueDependeDele) {
+    m_Falhas.SetFiltro([](const std::string& s) { return s.ends_with("CRINDEXINTEG.dat"); });
+    m_Falhas.Programa({.eOperacao = EOperacaoArquivo::eLe, .bPermanente = true});
+    const std::string sTexto = Executa("verifica").sSaida;
+    EXPECT_THAT(sTexto, HasSubstr("Danos:\n- o arquivo não pôde ser lido até o fim\n"));
+    EXPECT_THAT(sTexto, HasSubstr("O que fazer: Primeiro torne legível o arquivo acima"));
+    EXPECT_THAT(sTexto, Not(HasSubstr("estaure")));
+    const auto linhas = XVLinhasJson(Executa("verifica --json").sSaida);
+    EXPECT_EQ(linhas.at(0)["achado"], "arquivoIlegivel");
+    EXPECT_THAT(linhas.at(1).value("fazer", ""), StartsWith("Primeiro torne legível"));
+    EXPECT_THAT(Executa("recupera --para /nova").sErro,
+                HasSubstr(" Arquivo: /dados/001/DF/CRINDEXINTEG.dat"));
 }
 
 // What is known only when the store closes is a failure of the command too.

@@ -19,7 +19,7 @@ void PoeEmPortugues(CLI::App& rRaiz) {
     rRaiz.formatter(std::make_shared<CXVFormatoAjuda>());
     rRaiz.set_help_flag("-h,--help", "Mostra esta ajuda");
     rRaiz.get_help_ptr()->group(k_szGrupoOpcoes);
-    rRaiz.option_defaults()->group(k_szGrupoOpcoes);
+    rRaiz.option_defaults()->group(k_szGrupoOpcoes)->disable_flag_override();  // no --leitura=false
 }
 
 void AdicionaOpcoesGlobais(CLI::App& rRaiz, CXVContexto& rContexto) {

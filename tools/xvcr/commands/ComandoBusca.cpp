@@ -26,7 +26,8 @@ struct SBusca {
 void AdicionaFiltro(CLI::App& rComando, CXVDadosCR_FiltroIntegracaoMiddleware& rFiltro) {
     XVOpcaoValor(rComando, "--chave-inicial", "NÚMERO", "Menor chave externa; com --sistema, a chave exata",
                  &rFiltro.uiChaveIntegracaoSistemaTerceiroInicial);
-    XVOpcaoValor(rComando, "--chave-final", "NÚMERO", "Maior chave externa",
+    XVOpcaoValor(rComando, "--chave-final", "NÚMERO",
+                 "Maior chave externa; não vale com --chave-inicial e --sistema",
                  &rFiltro.uiChaveIntegracaoSistemaTerceiroFinal);
     XVOpcaoValor(rComando, "--inclusao-de", "DATA-HORA", "Incluída desta data e desta hora do dia em diante",
                  &rFiltro.regDataHoraInicialInclusao);
@@ -77,7 +78,10 @@ void Executa(const SBusca& rBusca, CXVContexto& rContexto) {
     if (bOrdem && rBusca.bConta) XVErroDeUso("--ordem não vale junto com --conta");
     const bool bLimite = rBusca.pLimite->count() > 0;
     if (bLimite && rBusca.bConta) XVErroDeUso("--limite não vale junto com --conta");
-    if (bLimite && rBusca.ulLimite == 0) XVErroDeUso("--limite: esperado um número a partir de 1");
+    if (!rBusca.filtro.listaSistemaIntegracao.empty() &&
+        rBusca.filtro.uiChaveIntegracaoSistemaTerceiroInicial != 0 &&
+        rBusca.filtro.uiChaveIntegracaoSistemaTerceiroFinal != 0)
+        XVErroDeUso("com --sistema, --chave-inicial é a chave exata; --chave-final não vale junto");
     std::vector<REG_XVDMC> lista;
     XVConfere(rContexto.Abre(EUsoDaBase::eLeitura).BuscaPonteiros(rBusca.filtro, &lista));
     const std::size_t uiAchadas = lista.size();
@@ -92,8 +96,8 @@ void Executa(const SBusca& rBusca, CXVContexto& rContexto) {
     } else if (rBusca.bDmcs || rSaida.EhJson()) {
         MostraDmcs(rSaida, lista);
     } else {
-        XVTabelaIntegracoes(rContexto, lista);
-        const std::string sMostradas = lista.size() == uiAchadas ? "" : std::to_string(lista.size()) + " de ";
+        const std::size_t uiMostradas = XVTabelaIntegracoes(rContexto, lista);
+        const std::string sMostradas = uiMostradas == uiAchadas ? "" : std::to_string(uiMostradas) + " de ";
         rSaida.Linha(sMostradas + std::to_string(uiAchadas) +
                      (uiAchadas == 1 ? " integração" : " integrações"));
     }
@@ -129,8 +133,8 @@ void XVAdicionaBusca(CLI::App& rRaiz, CXVContexto& rContexto) {
     pBusca->pOrdem = XVOpcao(*pComando, "--ordem", "CAMPO", "Ordena por dmc, inclusao, alteracao ou chave",
                              [pBusca](std::string_view s) { return LeOrdem(s, &pBusca->eOrdem); });
     pComando->add_flag("--decrescente", pBusca->bDecrescente, "Com --ordem: do maior para o menor");
-    pBusca->pLimite = XVOpcaoValor(*pComando, "--limite", "N", "Mostra no máximo as N primeiras achadas",
-                                   &pBusca->ulLimite);
+    pBusca->pLimite = XVOpcaoContagem(*pComando, "--limite", "N", "Mostra no máximo as N primeiras achadas",
+                                      &pBusca->ulLimite);
     pBusca->opcoes.Adiciona(*pComando);
     XVDefineAcao(pComando, rContexto, [pBusca, &rContexto] { Executa(*pBusca, rContexto); });
 }

@@ -70,7 +70,10 @@ void Executa(const SCarrega& rCarrega, CXVContexto& rContexto) {
     const std::unique_ptr<IXVFonteBytes> pFonte = XVAbreFonte(rCarrega.sArquivo);
     CXVCarga carga(rContexto.Abre(EUsoDaBase::eGravacao));
     CXVLeitorLinhas leitor(*pFonte, rCarrega.ulLinhaMaxima);
-    SContagem contagem;
+    const auto pContagem = std::make_shared<SContagem>();  // the output asks for it until its end
+    SContagem& rContagem = *pContagem;
+    rContexto.saida.AoFalharDiz(
+        [pContagem] { return std::to_string(pContagem->uiGravadas) + " linhas gravadas"; });
     {
         // On the terminal that shows no results.
         CXVProgresso progresso(XVConsole::ErroEhTerminal() && !XVConsole::SaidaEhTerminal());
@@ -86,8 +89,8 @@ void Executa(const SCarrega& rCarrega, CXVContexto& rContexto) {
                 resultado.sErro = "mais de " + std::to_string(rCarrega.ulLinhaMaxima) + " bytes";
             else
                 resultado = carga.Executa(sLinha);
-            ++contagem.uiLidas;
-            if (resultado.sErro.empty()) ++contagem.uiGravadas;
+            ++rContagem.uiLidas;
+            if (resultado.sErro.empty()) ++rContagem.uiGravadas;
             MostraLinha(rContexto.saida, leitor.GetNumero(), resultado);
             if (!resultado.sErro.empty()) {
                 EscreveErroDaLinha(leitor.GetNumero(), resultado);
@@ -96,8 +99,8 @@ void Executa(const SCarrega& rCarrega, CXVContexto& rContexto) {
             progresso.Mostra([&] { return DescreveProgresso(leitor, uiTotal); });
         }
     }
-    MostraContagem(rContexto.saida, contagem);
-    if (contagem.uiGravadas != contagem.uiLidas) rContexto.eSaida = ESaida::eFalha;
+    MostraContagem(rContexto.saida, rContagem);
+    if (rContagem.uiGravadas != rContagem.uiLidas) rContexto.eSaida = ESaida::eFalha;
 }
 
 }  // namespace
@@ -119,7 +122,7 @@ void XVAdicionaCarrega(CLI::App& rRaiz, CXVContexto& rContexto) {
         pComando->add_flag("--continua", pCarrega->bContinua, "Continua depois de uma linha com erro");
     pComando->add_flag("--para-no-erro,--para", pCarrega->bPara, "Para na primeira linha com erro (padrão)")
         ->excludes(pContinua);
-    XVOpcaoValor(*pComando, "--linha-maxima", "BYTES", "Tamanho máximo de uma linha (padrão: 256 MiB)",
-                 &pCarrega->ulLinhaMaxima);
+    XVOpcaoContagem(*pComando, "--linha-maxima", "BYTES", "Tamanho máximo de uma linha (padrão: 256 MiB)",
+                    &pCarrega->ulLinhaMaxima);
     XVDefineAcao(pComando, rContexto, [pCarrega, &rContexto] { Executa(*pCarrega, rContexto); });
 }

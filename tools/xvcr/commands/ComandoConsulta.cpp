@@ -30,7 +30,7 @@ void Executa(const SConsulta& rConsulta, CXVContexto& rContexto) {
         if (rConsulta.sArquivo.empty())
             json["pDocumentoRetorno_base64"] = XVBase64::Codifica(resposta.sDocumentoRetorno);
         else
-            json["pDocumentoRetorno_arquivo"] = rConsulta.sArquivo;
+            XVRegistroJson::Inclui(json, "pDocumentoRetorno_arquivo", rConsulta.sArquivo);
         rContexto.saida.LinhaJson(json);
         return;
     }

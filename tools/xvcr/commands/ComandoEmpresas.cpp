@@ -10,7 +10,7 @@ namespace {
 void Executa(CXVContexto& rContexto) {
     if (rContexto.bServidor) XVErroDeUso("--servidor: as empresas são as do diretório do módulo");
     rContexto.CompletaAcesso();
-    const std::string sDiretorio = rContexto.GetDiretorioModulo();
+    const std::string sDiretorio = rContexto.GetDiretorioQueExiste();
     std::error_code erro;
     std::filesystem::directory_iterator entrada(XVCaminhoDeUtf8(sDiretorio), erro);
     std::vector<std::string> listaEmpresas;

@@ -25,6 +25,7 @@ void Executa(const SGrava& rGrava, CXVContexto& rContexto) {
 
     REG_XVDMC regDmc = rGrava.regDmc;
     XVConfere(rCliente.GravaIntegracao(&regDmc, dados));
+    rContexto.saida.AoFalharDiz([regDmc] { return "gravada: " + regDmc.ToString(); });
     if (rContexto.saida.EhJson()) {
         XVJson json = XVJson::object();
         XVRegistroJson::Inclui(json, "regDmc", regDmc);

@@ -17,6 +17,8 @@ void Executa(const SInstantanea& rInstantanea, CXVContexto& rContexto) {
     rInstantanea.opcoes.Aplica(dados);
     REG_XVDMC regDmc = rInstantanea.regDmc;
     XVConfere(rContexto.Abre(EUsoDaBase::eGravacao).GravaIntegracaoInstantanea(&regDmc, dados));
+    if (!regDmc.EhNulo())
+        rContexto.saida.AoFalharDiz([regDmc] { return "última integração: " + regDmc.ToString(); });
     if (rContexto.saida.EhJson()) {
         if (regDmc.EhNulo()) return;
         XVJson json = XVJson::object();

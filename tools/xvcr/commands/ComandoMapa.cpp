@@ -45,6 +45,7 @@ void AdicionaGrava(CLI::App& rMapa, CXVContexto& rContexto) {
                           "  xvcr mapa grava --registro 20261121-7-2 --chave-registro 5501 --tipo "
                           "CadastroProduto --sistema Mercos");
     AdicionaOpcoes(*pComando, *pDados, true, true);
+    pComando->get_option("--chave-registro")->required();  // without it the id that stands there would go
     XVDefineAcao(pComando, rContexto, [pDados, &rContexto] {
         XVCliente::CXVCliente& rCliente = rContexto.Abre(EUsoDaBase::eGravacao);
         XVConfere(rCliente.GravaChaveRegistro(*pDados));

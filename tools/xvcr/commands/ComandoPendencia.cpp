@@ -21,7 +21,12 @@ void XVAdicionaPendencia(CLI::App& rRaiz, CXVContexto& rContexto) {
         "Grava como pendentes as integrações que o sistema externo aponta para um registro",
         "  xvcr pendencia --origem 20261121-7-2 --tipo CadastroProduto --transacao Inclusao \\\n"
         "       --sistema SimulacaoSistemaTerceiro");
-    XVOpcaoValor(*pComando, "--origem", "DMC", "Registro ou integração de origem", &pPendencia->regDmcOrigem)
+    XVOpcao(*pComando, "--origem", "DMC", "Registro ou integração de origem",
+            [pPendencia](std::string_view s) {
+                std::string sErro = XVLeituraValor::Le(s, &pPendencia->regDmcOrigem);
+                const bool bNulo = sErro.empty() && pPendencia->regDmcOrigem.EhNulo();
+                return bNulo ? "o DMC nulo não é de registro algum" : sErro;
+            })
         ->required();
     pPendencia->opcoes.Adiciona(*pComando, false);
     XVDefineAcao(pComando, rContexto, [pPendencia, &rContexto] {
@@ -29,6 +34,6 @@ void XVAdicionaPendencia(CLI::App& rRaiz, CXVContexto& rContexto) {
         pPendencia->opcoes.Aplica(dados);
         XVConfere(
             rContexto.Abre(EUsoDaBase::eGravacao).GravaPendenciaIntegracao(pPendencia->regDmcOrigem, dados));
-        if (!rContexto.saida.EhJson()) rContexto.saida.Linha("pendências gravadas");
+        if (!rContexto.saida.EhJson()) rContexto.saida.Linha("gravado o que havia pendente");
     });
 }

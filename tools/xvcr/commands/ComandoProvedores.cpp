@@ -13,7 +13,7 @@ void Executa(CXVSaida& rSaida) {
             XVJson json = XVJson::object();
             XVRegistroJson::Inclui(json, "eSistemaIntegracao", EEnumeracao::eSistemaIntegracao,
                                    rSituacao.eSistema);
-            json["biblioteca"] = rSituacao.sBiblioteca;
+            XVRegistroJson::Inclui(json, "biblioteca", rSituacao.sBiblioteca);
             json["carregado"] = bCarregado;
             if (!bCarregado) XVRegistroJson::Inclui(json, "motivo", rSituacao.sMotivo);
             rSaida.LinhaJson(json);

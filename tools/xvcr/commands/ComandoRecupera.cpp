@@ -123,7 +123,7 @@ void Executa(const SRecupera& rRecupera, CXVContexto& rContexto) {
     if (rContexto.bServidor) XVErroDeUso("--servidor: a recuperação é feita na própria base");
     if (rContexto.loja.bSomenteLeitura) XVErroDeUso("--leitura não vale para um comando que grava");
     rContexto.CompletaAcesso();
-    rContexto.ExigeEmpresa();
+    rContexto.ExigeBase();
     const CXVUsoDoDiretorio diretorio(rContexto.loja.sDiretorio);
     const std::string& rEmpresa = rContexto.identificacao.sEmpresa;
     std::string sModulo;

@@ -20,7 +20,7 @@ constexpr XVUInt k_ulEntreLeituras = 250;  // milliseconds
 struct SPedidoLog {
     SOrigemLog origem;
     SFiltroLog filtro;
-    bool bSegue = false;
+    CLI::Option* pPor = nullptr;
     XVUInt ulPor = 0;      // seconds that --segue lasts; 0: until it is interrupted
     XVUInt ulUltimos = 0;  // 0: all
 };
@@ -141,7 +141,8 @@ void Segue(const SPedidoLog& rPedido, CXVLeitoresLog& rLeitores, CXVSaida& rSaid
            const std::function<void(const SLinhaLog&)>& fMostra) {
     IXVRelogio& rRelogio = XVPlataforma::Relogio();
     const XVUInt ulInicio = rRelogio.GetTicks();
-    while (rPedido.ulPor == 0 || rRelogio.GetTicks() - ulInicio < rPedido.ulPor * 1000U) {
+    const XVUInt64 uiPor = XVUInt64{rPedido.ulPor} * 1000;  // milliseconds
+    while (uiPor == 0 || rRelogio.GetTicks() - ulInicio < uiPor) {
         rRelogio.Dorme(k_ulEntreLeituras);
         rLeitores.LeNovos([&](const SLinhaLog& rLinha) {
             if (rPedido.filtro.Aceita(rLinha)) fMostra(rLinha);
@@ -154,13 +155,14 @@ void Segue(const SPedidoLog& rPedido, CXVLeitoresLog& rLeitores, CXVSaida& rSaid
 std::string DiretorioDosLogs(CXVContexto& rContexto, bool bPerfil) {
     rContexto.CompletaAcesso();
     const bool bDaEmpresa = !bPerfil && !rContexto.identificacao.sEmpresa.empty();
-    if (bDaEmpresa) rContexto.ExigeEmpresa();
+    if (!bDaEmpresa) return rContexto.GetDiretorioQueExiste();
+    rContexto.ExigeBase();
     const std::string sDiretorio = rContexto.GetDiretorioModulo();
-    if (!bDaEmpresa) return sDiretorio;
     return CAmbienteXV::MontaPathDados(k_eModuloBase, sDiretorio, rContexto.identificacao.sEmpresa);
 }
 
 void Executa(SPedidoLog& rPedido, CXVContexto& rContexto) {
+    if (rPedido.pPor->count() > 0 && !rPedido.origem.bSegue) XVErroDeUso("--por só vale com --segue");
     if (rPedido.origem.sArquivo.empty())
         rPedido.origem.sDiretorio = DiretorioDosLogs(rContexto, rPedido.origem.bPerfil);
     CXVSaida& rSaida = rContexto.saida;
@@ -173,7 +175,7 @@ void Executa(SPedidoLog& rPedido, CXVContexto& rContexto) {
     };
     CXVLeitoresLog leitores(rPedido.origem);
     MostraExistentes(rPedido, leitores, rSaida, fMostra);
-    if (rPedido.bSegue) Segue(rPedido, leitores, rSaida, fMostra);
+    if (rPedido.origem.bSegue) Segue(rPedido, leitores, rSaida, fMostra);
 }
 
 void AdicionaFiltro(CLI::App& rComando, SFiltroLog& rFiltro) {
@@ -216,19 +218,18 @@ void XVAdicionaRegistro(CLI::App& rRaiz, CXVContexto& rContexto) {
         "  xvcr registro --empresa 001 --segue --json\n"
         "Sem empresa, os logs dos programas, que ficam no diretório do módulo.");
     SOrigemLog& rOrigem = pPedido->origem;
-    XVOpcaoSimples(*pComando, "--arquivo", "ARQUIVO", "Um arquivo de log pelo caminho", &rOrigem.sArquivo);
-    XVOpcao(*pComando, "--mes", "AAAAMM", "Só o arquivo deste mês",
-            [&rOrigem](std::string_view s) { return LeAnoMes(s, &rOrigem.sAnoMes); });
-    pComando->add_flag("--perfil", rOrigem.bPerfil, "Entradas, saídas e criações de objetos em vez de erros");
+    CLI::Option* pMes = XVOpcao(*pComando, "--mes", "AAAAMM", "Só o arquivo deste mês",
+                                [&rOrigem](std::string_view s) { return LeAnoMes(s, &rOrigem.sAnoMes); });
+    XVOpcaoSimples(*pComando, "--arquivo", "ARQUIVO", "Um arquivo de log pelo caminho", &rOrigem.sArquivo)
+        ->excludes(pMes);
+    pComando->add_flag("--perfil", rOrigem.bPerfil, "Entradas, saídas e criações de objetos em vez de erros")
+        ->excludes(pMes);
     AdicionaFiltro(*pComando, pPedido->filtro);
-    XVOpcao(*pComando, "--ultimos", "NÚMERO", "Só os últimos que há (padrão: todos)",
-            [pPedido](std::string_view s) {
-                std::string sErro = XVLeituraValor::Le(s, &pPedido->ulUltimos);
-                if (sErro.empty() && pPedido->ulUltimos == 0) sErro = "esperado um número a partir de 1";
-                return sErro;
-            });
-    pComando->add_flag("--segue", pPedido->bSegue,
+    XVOpcaoContagem(*pComando, "--ultimos", "NÚMERO", "Só os últimos que há (padrão: todos)",
+                    &pPedido->ulUltimos);
+    pComando->add_flag("--segue", rOrigem.bSegue,
                        "Continua mostrando as linhas que chegam, até ser interrompido");
-    XVOpcaoValor(*pComando, "--por", "SEGUNDOS", "Com --segue: termina depois deste tempo", &pPedido->ulPor);
+    pPedido->pPor = XVOpcaoValor(*pComando, "--por", "SEGUNDOS", "Com --segue: termina depois deste tempo",
+                                 &pPedido->ulPor);
     XVDefineAcao(pComando, rContexto, [pPedido, &rContexto] { Executa(*pPedido, rContexto); });
 }

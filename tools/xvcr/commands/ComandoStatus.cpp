@@ -10,12 +10,16 @@ void XVAdicionaStatus(CLI::App& rRaiz, CXVContexto& rContexto) {
         rRaiz, "status", "Grava o status e os textos de retorno de uma integração",
         "  xvcr status --dmc 20261121-15-1 --status Erro --mensagem \"CNPJ inválido\"\n"
         "  xvcr status --chave 9001 --sistema Mercos --status Sucesso --json-retorno @retorno.json\n"
-        "A mensagem é sempre regravada; sem --mensagem, fica vazia.");
-    XVOpcaoIntegracao(*pComando, "Integração; sem ela, valem --chave e --sistema", &pDados->regDmc);
+        "A mensagem é sempre regravada; sem --mensagem, fica vazia. De duas integrações do sistema com a\n"
+        "mesma chave, o status vai para a que está primeiro no índice, a incluída antes.");
+    CLI::Option* pDmc =
+        XVOpcaoIntegracao(*pComando, "Integração; sem ela, valem --chave e --sistema", &pDados->regDmc);
     XVOpcaoValor(*pComando, "--chave", "NÚMERO", "Chave da integração no sistema externo",
-                 &pDados->uiChaveIntegracaoSistemaTerceiro);
+                 &pDados->uiChaveIntegracaoSistemaTerceiro)
+        ->excludes(pDmc);
     XVOpcaoEnumeracao(*pComando, "--sistema", "Sistema externo", EEnumeracao::eSistemaIntegracao,
-                      &pDados->eSistemaIntegracao);
+                      &pDados->eSistemaIntegracao)
+        ->excludes(pDmc);
     XVOpcaoEnumeracao(*pComando, "--status", "Status novo", EEnumeracao::eStatusIntegracao,
                       &pDados->eStatusIntegracao)
         ->required();

@@ -15,7 +15,7 @@ void Executa(bool bSela, CXVContexto& rContexto) {
     if (rContexto.loja.bSomenteLeitura && bSela)
         XVErroDeUso("--leitura não vale com --sela, que grava os selos");
     rContexto.CompletaAcesso();
-    rContexto.ExigeEmpresa();
+    rContexto.ExigeBase();
     const CXVUsoDoDiretorio diretorio(rContexto.loja.sDiretorio);
     std::string sDiretorio;
     XVConfere(CAmbienteXV::GetPathDados(XV_DF, rContexto.identificacao.sEmpresa, &sDiretorio));

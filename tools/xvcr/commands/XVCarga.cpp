@@ -31,6 +31,19 @@ bool LeDados(const std::vector<SMembroJson>& listaMembros, T* pDados, SResultado
     return pResultado->sErro.empty();
 }
 
+// The store would take the DMC alone and drop what names an integration beside it.
+bool NomeiaUmaVez(const CXVDadosCR_StatusIntegracaoMiddleware& rDados, SResultadoLinha* pResultado) {
+    if (rDados.regDmc.EhNulo()) return true;
+    if (rDados.uiChaveIntegracaoSistemaTerceiro != 0)
+        pResultado->sCampo = "uiChaveIntegracaoSistemaTerceiro";
+    else if (rDados.eSistemaIntegracao != 0)
+        pResultado->sCampo = "eSistemaIntegracao";
+    else
+        return true;
+    pResultado->sErro = "não vale junto com o DMC, que já diz a integração";
+    return false;
+}
+
 }  // namespace
 
 SResultadoLinha CXVCarga::Executa(const std::string& sLinha) {
@@ -48,6 +61,7 @@ SResultadoLinha CXVCarga::Executa(const std::string& sLinha) {
         CXVDadosCR_StatusIntegracaoMiddleware dados;
         if (!LeDados(listaMembros, &dados, &resultado)) return resultado;
         resultado.regDmc = dados.regDmc;
+        if (!NomeiaUmaVez(dados, &resultado)) return resultado;
         resultado.hr = m_rCliente.GravaStatusIntegracao(dados);
     } else {
         CXVDadosCR_IntegracaoMiddleware dados;

@@ -39,6 +39,18 @@ std::string CXVContexto::GetDiretorioModulo() const {
     return sDiretorio;
 }
 
+std::string CXVContexto::GetDiretorioQueExiste() const {
+    std::string sDiretorio = GetDiretorioModulo();
+    if (XVPlataforma::SistemaArquivos().Existe(sDiretorio) == EExistencia::eAusente)
+        XVFalha(
+            XVCliente::CodigoEmTexto(eBadPath) + " eBadPath: o diretório do módulo configurado, \"" +
+            sDiretorio +
+            "\", não existe; use --diretorio PASTA ou a variável de ambiente XVCR_DIRETORIO, ou corrija o "
+            "valor Path da chave " +
+            CAmbienteXV::GetChaveRegistry(k_eModuloBase));
+    return sDiretorio;
+}
+
 void CXVContexto::ExigeBase() const {
     ExigeEmpresa();
     const std::string sDiretorio = GetDiretorioModulo();

@@ -27,6 +27,8 @@ class CXVContexto {
     void ExigeEmpresa() const;
     // The module directory of the options or of the installation; none is thrown as CXVErro.
     std::string GetDiretorioModulo() const;
+    // The same; one that is configured and does not exist is thrown too.
+    std::string GetDiretorioQueExiste() const;
     // A company that has a store, for what would only look at one or would make one by mistake.
     void ExigeBase() const;
     // Disconnects; a failure of closing the store is thrown as CXVErro.

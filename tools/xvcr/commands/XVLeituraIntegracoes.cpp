@@ -99,10 +99,8 @@ void MostraUma(CXVContexto& rContexto, const CXVDadosCR_IntegracaoMiddleware& rD
     if (rContexto.saida.EhJson()) {
         XVJson json = XVRegistroJson::ParaJson(rDados, false);
         const auto inclui = [&json](const STextoLido& rTexto, const std::string& sValor, bool bCaminho) {
-            if (bCaminho)
-                json[std::string(rTexto.pszCampo) + "_arquivo"] = sValor;
-            else
-                XVRegistroJson::Inclui(json, rTexto.pszCampo, sValor);
+            const std::string sCampo = rTexto.pszCampo;
+            XVRegistroJson::Inclui(json, bCaminho ? sCampo + "_arquivo" : sCampo, sValor);
         };
         MontaUma(inclui, rDados, uiFlags, sPasta);
         return rContexto.saida.LinhaJson(json);
@@ -160,7 +158,7 @@ void XVMostraIntegracoes(CXVContexto& rContexto, const std::vector<REG_XVDMC>& l
     });
 }
 
-void XVTabelaIntegracoes(CXVContexto& rContexto, const std::vector<REG_XVDMC>& lista) {
+std::size_t XVTabelaIntegracoes(CXVContexto& rContexto, const std::vector<REG_XVDMC>& lista) {
     const auto cor = [](std::string_view sStatus) -> std::string_view {
         if (sStatus == "Erro") return "31";
         if (sStatus == "Pendente") return "33";
@@ -186,11 +184,14 @@ void XVTabelaIntegracoes(CXVContexto& rContexto, const std::vector<REG_XVDMC>& l
                        ParaPessoa(rDados.uiChaveIntegracaoSistemaTerceiro),
                        ParaPessoa(rDados.regDmcMovimentoOrigem)});
     };
+    std::size_t uiMostradas = 0;
     LeEmPartes(rContexto, lista, 0, k_uiPorParteDaTabela, [&](const auto& rParte) {
         for (const CXVDadosCR_IntegracaoMiddleware& rDados : rParte) inclui(rDados);
+        uiMostradas += rParte.size();
         rContexto.saida.Escreve(tabela.Monta());
     });
     if (lista.empty()) rContexto.saida.Escreve(tabela.Monta());
+    return uiMostradas;
 }
 
 void XVCsvIntegracoes(CXVContexto& rContexto, const std::vector<REG_XVDMC>& lista) {

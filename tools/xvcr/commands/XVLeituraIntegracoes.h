@@ -28,8 +28,8 @@ void XVMostraIntegracoes(CXVContexto& rContexto, const std::vector<REG_XVDMC>& l
                          const SOpcoesLeitura& rOpcoes);
 
 // Reads the integrations in their order and writes them as the rows of one table, each part of them before
-// the next is read.
-void XVTabelaIntegracoes(CXVContexto& rContexto, const std::vector<REG_XVDMC>& lista);
+// the next is read. Answers how many of them could be read.
+std::size_t XVTabelaIntegracoes(CXVContexto& rContexto, const std::vector<REG_XVDMC>& lista);
 
 // The same as lines of values parted by semicolons, one for each integration, below a line of their names.
 void XVCsvIntegracoes(CXVContexto& rContexto, const std::vector<REG_XVDMC>& lista);

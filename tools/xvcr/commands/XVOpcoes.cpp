@@ -43,6 +43,14 @@ CLI::Option* XVOpcao(CLI::App& rComando, const std::string& sNome, const std::st
         ->allow_extra_args(false);
 }
 
+CLI::Option* XVOpcaoContagem(CLI::App& rComando, const std::string& sNome, const std::string& sTipo,
+                             const std::string& sDescricao, XVUInt* pulValor) {
+    return XVOpcao(rComando, sNome, sTipo, sDescricao, [pulValor](std::string_view s) {
+        std::string sErro = XVLeituraValor::Le(s, pulValor);
+        return sErro.empty() && *pulValor == 0 ? "esperado um número a partir de 1" : sErro;
+    });
+}
+
 CLI::Option* XVOpcaoSimples(CLI::App& rComando, const std::string& sNome, const std::string& sTipo,
                             const std::string& sDescricao, std::string* psValor) {
     return XVOpcao(rComando, sNome, sTipo, sDescricao, [psValor](std::string_view s) {

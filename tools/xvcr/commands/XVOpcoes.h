@@ -28,6 +28,10 @@ CLI::Option* XVOpcaoValor(CLI::App& rComando, const std::string& sNome, const st
                    [pValor](std::string_view s) { return XVLeituraValor::Le(s, pValor); });
 }
 
+// A number from 1.
+CLI::Option* XVOpcaoContagem(CLI::App& rComando, const std::string& sNome, const std::string& sTipo,
+                             const std::string& sDescricao, XVUInt* pulValor);
+
 // Any text, as it stands.
 CLI::Option* XVOpcaoSimples(CLI::App& rComando, const std::string& sNome, const std::string& sTipo,
                             const std::string& sDescricao, std::string* psValor);

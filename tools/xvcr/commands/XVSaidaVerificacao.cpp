@@ -25,7 +25,12 @@ std::string DmcEmTexto(XVUInt64 uiDia, XVUInt ulPonteiro) {
     return std::to_string(uiDia) + '-' + std::to_string(ulPonteiro) + "-1";
 }
 
-XVJson AchadoEmJson(const SXVAchado& rAchado) {
+bool Tem(const SVerificacao& r, EAchado eTipo) {
+    return std::any_of(r.listaAchados.begin(), r.listaAchados.end(),
+                       [eTipo](const SXVAchado& rAchado) { return rAchado.eTipo == eTipo; });
+}
+
+XVJson AchadoEmJson(const SXVAchado& rAchado, bool bHaIlegivel) {
     const SDescricaoAchado& rDescricao = XVDescreveAchado(rAchado.eTipo);
     XVJson json{{"achado", rDescricao.pszNome}};
     for (const SGravidade& rGravidade : k_aGravidades)
@@ -39,12 +44,16 @@ XVJson AchadoEmJson(const SXVAchado& rAchado) {
             {DmcEmTexto(rAchado.uiDia, rFaixa.ulDe), DmcEmTexto(rAchado.uiDia, rFaixa.ulAte)});
     if (!rAchado.sDetalhe.empty()) XVRegistroJson::Inclui(json, "detalhe", rAchado.sDetalhe);
     json["frase"] = rDescricao.pszFrase;
-    json["fazer"] = rDescricao.pszFazer;
+    json["fazer"] = XVOQueFazer(rAchado.eTipo, bHaIlegivel);
     return json;
 }
 
 void MostraJson(CXVSaida& rSaida, const SVerificacao& r) {
-    for (const SXVAchado& rAchado : r.listaAchados) rSaida.LinhaJson(AchadoEmJson(rAchado));
+    const bool bHaIlegivel = Tem(r, EAchado::eArquivoIlegivel);
+    for (const bool bIlegiveis : {true, false})  // those first: the others may follow from them
+        for (const SXVAchado& rAchado : r.listaAchados)
+            if ((rAchado.eTipo == EAchado::eArquivoIlegivel) == bIlegiveis)
+                rSaida.LinhaJson(AchadoEmJson(rAchado, bHaIlegivel));
     rSaida.LinhaJson(XVJson{{"integra", r.EhIntegra()},
                             {"integracoes", r.uiIntegracoes},
                             {"inteiras", r.uiInteiras},
@@ -85,12 +94,12 @@ std::string Lugar(const SXVAchado& rAchado) {
     return sLugar;
 }
 
-void MostraTipo(CXVSaida& rSaida, EAchado eTipo, const std::vector<SXVAchado>& listaAchados) {
+void MostraTipo(CXVSaida& rSaida, EAchado eTipo, const SVerificacao& r) {
     const SDescricaoAchado& rDescricao = XVDescreveAchado(eTipo);
     XVUInt64 uiIntegracoes = 0;
     std::size_t uiLugares = 0;
     std::string sLugares;
-    for (const SXVAchado& rAchado : listaAchados) {
+    for (const SXVAchado& rAchado : r.listaAchados) {
         if (rAchado.eTipo != eTipo) continue;
         if (!rAchado.aFaixas.empty()) uiIntegracoes += rAchado.uiQuantidade;
         if (++uiLugares <= k_uiLugaresMostrados) sLugares += Lugar(rAchado) + '\n';
@@ -100,21 +109,26 @@ void MostraTipo(CXVSaida& rSaida, EAchado eTipo, const std::vector<SXVAchado>& l
     rSaida.Linha("- " + std::string(rDescricao.pszFrase) +
                  (uiIntegracoes > 0 ? " (" + XVContaIntegracoes(uiIntegracoes) + ")" : ""));
     rSaida.Escreve(sLugares);
-    rSaida.Linha("  O que fazer: " + std::string(rDescricao.pszFazer));
+    rSaida.Linha("  O que fazer: " + std::string(XVOQueFazer(eTipo, Tem(r, EAchado::eArquivoIlegivel))));
+}
+
+// Files that could not be read first: the other findings may follow from them.
+std::vector<EAchado> NaOrdemDeMostrar() {
+    std::vector<EAchado> listaTipos{EAchado::eArquivoIlegivel};
+    for (unsigned i = 0; i < static_cast<unsigned>(EAchado::eQuantidade); ++i)
+        if (const auto eTipo = static_cast<EAchado>(i); eTipo != EAchado::eArquivoIlegivel)
+            listaTipos.push_back(eTipo);
+    return listaTipos;
 }
 
 void MostraTexto(CXVSaida& rSaida, const std::string& sEmpresa, const SVerificacao& r) {
     rSaida.Linha(Resumo(sEmpresa, r));
     for (const SGravidade& rGravidade : k_aGravidades) {
         bool bTitulo = false;
-        for (unsigned i = 0; i < static_cast<unsigned>(EAchado::eQuantidade); ++i) {
-            const auto eTipo = static_cast<EAchado>(i);
-            if (XVDescreveAchado(eTipo).eGravidade != rGravidade.eGravidade) continue;
-            if (std::none_of(r.listaAchados.begin(), r.listaAchados.end(),
-                             [eTipo](const SXVAchado& rAchado) { return rAchado.eTipo == eTipo; }))
-                continue;
+        for (const EAchado eTipo : NaOrdemDeMostrar()) {
+            if (XVDescreveAchado(eTipo).eGravidade != rGravidade.eGravidade || !Tem(r, eTipo)) continue;
             if (!std::exchange(bTitulo, true)) rSaida.Linha(std::string("\n") + rGravidade.pszTitulo + ':');
-            MostraTipo(rSaida, eTipo, r.listaAchados);
+            MostraTipo(rSaida, eTipo, r);
         }
     }
     rSaida.Linha("\nArquivos lidos: " + XVComPontos(r.uiArquivos) + ", " + XVComPontos(r.uiBytes) +

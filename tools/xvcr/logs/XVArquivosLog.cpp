@@ -33,8 +33,8 @@ std::vector<std::string> SOrigemLog::Lista() const {
     return listaNomes;
 }
 
-CXVLeitorLog::CXVLeitorLog(const std::string& sArquivo)
-    : m_sArquivo(sArquivo), m_pFonte(XVAbreFonte(sArquivo)), m_Leitor(*m_pFonte, k_uiLimiteLinha, true) {}
+CXVLeitorLog::CXVLeitorLog(const std::string& sArquivo, bool bCresce)
+    : m_sArquivo(sArquivo), m_pFonte(XVAbreFonte(sArquivo)), m_Leitor(*m_pFonte, k_uiLimiteLinha, bCresce) {}
 
 bool CXVLeitorLog::Proximo(SLinhaLog* pLinha) {
     std::string sLinha;

@@ -17,6 +17,7 @@ struct SOrigemLog {
     std::string sArquivo;  // one file by its path; then nothing else counts
     std::string sAnoMes;   // "202611"; empty: all months
     bool bPerfil = false;  // entries, exits and object creations instead of errors
+    bool bSegue = false;   // the files grow while they are read, so a last line may not be whole yet
 
     // The files in the order of their months. A directory that cannot be listed is thrown as CXVErro.
     std::vector<std::string> Lista() const;
@@ -25,7 +26,7 @@ struct SOrigemLog {
 // One log, read line by line as it grows.
 class CXVLeitorLog {
   public:
-    explicit CXVLeitorLog(const std::string& sArquivo);
+    CXVLeitorLog(const std::string& sArquivo, bool bCresce);
 
     // The next record that is there now. Lines that are none are passed over, and told on the error output.
     bool Proximo(SLinhaLog* pLinha);
@@ -60,7 +61,7 @@ class CXVLeitoresLog {
             p = bSaiu ? m_mapLeitores.erase(p) : std::next(p);
         }
         for (const std::string& rArquivo : listaArquivos)
-            LeResto(m_mapLeitores.try_emplace(rArquivo, rArquivo).first->second, fRecebe);
+            LeResto(m_mapLeitores.try_emplace(rArquivo, rArquivo, m_Origem.bSegue).first->second, fRecebe);
     }
 
   private:

@@ -6,14 +6,13 @@
 #include "tools/xvcr/text/XVErros.h"
 #include "tools/xvcr/text/XVTextoTela.h"
 
-namespace {
-
-constexpr const char* k_szFalha = "não foi possível escrever o resultado na saída padrão";
-
-}  // namespace
+void CXVSaida::Falha() const {
+    XVFalha("não foi possível escrever o resultado na saída padrão" +
+            (m_fnFeito ? "; " + m_fnFeito() : std::string()));
+}
 
 void CXVSaida::Escreve(std::string_view sTexto) {
-    if (std::fwrite(sTexto.data(), 1, sTexto.size(), stdout) != sTexto.size()) XVFalha(k_szFalha);
+    if (std::fwrite(sTexto.data(), 1, sTexto.size(), stdout) != sTexto.size()) Falha();
 }
 
 void CXVSaida::Linha(std::string_view sTexto) {
@@ -38,5 +37,5 @@ void CXVSaida::Pares(const XVRegistroJson::XVListaPares& listaPares) {
 }
 
 void CXVSaida::Termina() {
-    if (std::fflush(stdout) != 0) XVFalha(k_szFalha);
+    if (std::fflush(stdout) != 0) Falha();
 }

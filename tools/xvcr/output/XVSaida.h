@@ -1,6 +1,7 @@
 // The standard output of a command: JSON Lines for programs or text for a person.
 #pragma once
 
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -10,6 +11,9 @@ class CXVSaida {
   public:
     void SetJson(bool bJson) { m_bJson = bJson; }
     bool EhJson() const { return m_bJson; }
+
+    // What was recorded before the result is written: a failure to write it says so, since nobody else will.
+    void AoFalharDiz(std::function<std::string()> fnFeito) { m_fnFeito = std::move(fnFeito); }
 
     // Bytes as they are; a failure is thrown as CXVErro.
     void Escreve(std::string_view sTexto);
@@ -31,5 +35,8 @@ class CXVSaida {
     void Termina();
 
   private:
+    [[noreturn]] void Falha() const;
+
     bool m_bJson = false;
+    std::function<std::string()> m_fnFeito;
 };
