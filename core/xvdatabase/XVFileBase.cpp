@@ -58,7 +58,8 @@ HRESULT CXVFileBase::OnInicializa() {
 HRESULT CXVFileBase::OnFinaliza() {
     XV_ESCOPO({"m_sNomeArquivo", m_sNomeArquivo});
     CXVDiario* pDiario = m_pDataBase->GetDiario();
-    struct SFim {  // also when there is no memory for the last header: a file that stays open is in its own way
+    struct SFim {  // also when there is no memory for the last header: a file that stays open is in its own
+                   // way
         CXVFileBase& rArquivo;
         CXVDiario* pDiario;
         ~SFim() {

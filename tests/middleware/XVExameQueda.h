@@ -64,9 +64,9 @@ class CXVExameQueda {
     }
 
     // What is recovered of it, whether it opens or not, is a sound store that shows nothing under a key that
-    // was recorded under another; with durability, all that was acknowledged and whole operations only. Without
-    // it nothing may have reached the device of the undoing of an operation that failed (bTeveFalha): its bytes
-    // are then as readable as any others.
+    // was recorded under another; with durability, all that was acknowledged and whole operations only.
+    // Without it nothing may have reached the device of the undoing of an operation that failed (bTeveFalha):
+    // its bytes are then as readable as any others.
     void Recuperada(bool bDurabilidade, bool bTeveFalha) {
         const CXVDonoFixo dono("MATRIZ");
         const std::string sNova = CAmbienteXV::MontaPathDados(XV_DF, "/recuperada", "MATRIZ");
