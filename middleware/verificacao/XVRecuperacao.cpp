@@ -29,7 +29,9 @@ HRESULT CXVRecuperacao::Executa(SRecuperacao* pRecuperacao) {
     *pRecuperacao = {};
     m_pRecuperacao = pRecuperacao;
     HRESULT hr = Prepara();
-    if (SUCCEEDED(hr)) hr = LeIndice();
+    if (FAILED(hr)) return hr;
+    ProcuraIncompletos();
+    hr = LeIndice();
     if (FAILED(hr)) return hr;
     XVPercorreDias(m_listaDias, m_indice.GetEntradas(),
                    [&](XVUInt64 uiDia, std::span<const SEntradaIndice> aEntradas, XVUInt) {

@@ -45,6 +45,13 @@ struct SRecuperacao {
     std::vector<SIntegracaoRecuperada> listaIntegracoes;  // with gaps, or lost
     std::vector<SBytesSeparados> listaSeparados;
     std::vector<std::string> listaIlegiveis;  // files that the system would not read to their end
+    // Files that the creation control names and that are gone, or that are shorter than their header says.
+    std::vector<std::string> listaIncompletos;
+
+    bool TudoVoltou() const {
+        return uiComFaltas + uiPerdidas == 0 && listaSeparados.empty() && listaIlegiveis.empty() &&
+               listaIncompletos.empty();
+    }
 };
 
 class CXVEscritaRecuperada;
@@ -74,6 +81,7 @@ class CXVRecuperacao {
   private:
     HRESULT Prepara();
     HRESULT ConfereVersao();
+    void ProcuraIncompletos();
     HRESULT LeIndice();
     HRESULT RecuperaDia(XVUInt64 uiDia, std::span<const SEntradaIndice> aEntradas);
     HRESULT SeparaDia(const CXVExameDia& rDia);

@@ -48,7 +48,7 @@ class Verificacao : public CXVCenarioLoja {
         for (const SIntegracaoRecuperada& r : recuperacao.listaIntegracoes)
             sTexto += (sTexto.empty() ? "" : "; ") + r.regDmc.ToString() +
                       (r.bPerdida ? " perdida" : " com faltas");
-        return sTexto;
+        return sTexto.empty() && !recuperacao.TudoVoltou() ? "bytes" : sTexto;
     }
     void Muda(const std::string& sNome, const std::function<void(std::string&)>& fn) {
         std::string sBytes = Conteudo(sNome);
@@ -175,7 +175,9 @@ const SDano k_aDanos[] = {
     {"VersaoAusente", Some("CRMIDDLEWAREVS.dat"), "arquivoAusente CRMIDDLEWAREVS.dat", ""},
     {"ControleCortado", Corta(k_pszControle, 2), "cadeiaPartida XVDATABASE_FILE_CTRL.dat", ""},
     {"CopiaDeixada", Troca("CRDTHRINTEG.tra", "CRDTHRINTEG.dat"), "copiaDeixada CRDTHRINTEG.tra", ""},
-    {"DatasComZeros", Zera("CRDTHRINTEG.dat", 0, 32), "lancamentoImpossivel CRDTHRINTEG.dat", ""},
+    {"DatasComZeros", Zera("CRDTHRINTEG.dat", 0, 32), "lancamentoImpossivel CRDTHRINTEG.dat", "bytes"},
+    {"DatasAusentes", Some("CRDTHRINTEG.dat"), "arquivoAusente CRDTHRINTEG.dat", "bytes"},
+    {"DatasCortadas", Corta("CRDTHRINTEG.dat", 32), "arquivoRecusado CRDTHRINTEG.dat", "bytes"},
 };
 
 TEST_P(VerificacaoDano, EhDitoERecuperado) {

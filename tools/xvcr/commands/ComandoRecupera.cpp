@@ -54,6 +54,7 @@ void MostraJson(CXVSaida& rSaida, const SRecuperacao& r, const std::string& sPas
         rSaida.LinhaJson(
             XVJson{{"separado", rBytes.sArquivo}, {"byte", rBytes.uiOffset}, {"bytes", rBytes.uiBytes}});
     for (const std::string& rArquivo : r.listaIlegiveis) rSaida.LinhaJson(XVJson{{"ilegivel", rArquivo}});
+    for (const std::string& rArquivo : r.listaIncompletos) rSaida.LinhaJson(XVJson{{"incompleto", rArquivo}});
     XVJson json{{"inteiras", r.uiInteiras},
                 {"comFaltas", r.uiComFaltas},
                 {"perdidas", r.uiPerdidas},
@@ -95,6 +96,8 @@ void MostraTexto(CXVSaida& rSaida, const SRecuperacao& r, const std::string& sSe
                      " em diante: " + XVComPontos(rBytes.uiBytes) + " bytes");
     for (const std::string& rArquivo : r.listaIlegiveis)
         rSaida.Linha("O sistema não deixou ler até o fim: " + rArquivo);
+    for (const std::string& rArquivo : r.listaIncompletos)
+        rSaida.Linha("Não está na pasta, ou tem menos bytes do que o cabeçalho diz: " + rArquivo);
 }
 
 SRecuperacao Recupera(const SRecupera& rRecupera, const CXVRecuperacao::SPastas& rPastas,
@@ -144,8 +147,7 @@ void Executa(const SRecupera& rRecupera, CXVContexto& rContexto) {
         rSaida.Linha("\nA base nova está em " + pastas.sDestino + '.');
         XVMostraVerificacao(rSaida, rEmpresa, verificacao);
     }
-    if (!verificacao.EhIntegra() || recuperacao.uiComFaltas + recuperacao.uiPerdidas > 0)
-        rContexto.eSaida = ESaida::eFalha;
+    if (!verificacao.EhIntegra() || !recuperacao.TudoVoltou()) rContexto.eSaida = ESaida::eFalha;
 }
 
 }  // namespace
