@@ -112,24 +112,23 @@ HRESULT CXVRecuperacao::LeIndice() {
                    [&](XVUInt64 uiDia, std::span<const SEntradaIndice> aEntradas, XVUInt) {
                        CXVExameDia dia(m_leitura, m_semSelos, uiDia, CXVExameDia::EAlcance::eTudo);
                        dia.ExaminaRegistros(aEntradas, ~XVUInt{0});
-                       dia.JuntaChavesDoBanco(aEntradas, &m_aDoBanco);
+                       dia.JuntaDoBanco(aEntradas, &m_aDoBanco);
                        for (const XVUInt ulPonteiro : dia.GetSemIndice())
                            listaSemIndice.push_back(dia.GetDmc(ulPonteiro));
                        for (XVUInt ul = 1; ul <= dia.GetMotivos().size(); ++ul)
                            if ((dia.GetMotivos()[ul - 1] & eMotivo_IndiceRepetido) != 0)
                                listaSemIndice.push_back(dia.GetDmc(ul));
                    });
-    std::sort(m_aDoBanco.begin(), m_aDoBanco.end());
-    m_log.Le(m_pastas.sOrigem, listaSemIndice);
+    m_log.Le(m_pastas.sOrigem, listaSemIndice, m_aDoBanco);
     return S_OK;
 }
 
-// A later integration of the bank with the same key took its place in the index; or may have, where the
-// index is whole and no line of the log is left to say so. It stays as it was, unknown to the index.
+// A later integration of the bank with the same key took its place in the index; or may have, where no line
+// of the log is left to say so. It stays as it was, unknown to the index. Only of an index that is whole: a
+// damaged one may have lost it.
 bool CXVRecuperacao::FoiSubstituida(REG_XVDMC regDmc) const {
-    const auto uiChave = m_log.GetChave(regDmc);
-    if (uiChave) return *uiChave != 0 && std::binary_search(m_aDoBanco.begin(), m_aDoBanco.end(), *uiChave);
-    return m_bIndiceConfere && !m_aDoBanco.empty();
+    if (!m_bIndiceConfere) return false;
+    return m_log.GetChave(regDmc) ? m_log.FoiSubstituida(regDmc) : !m_aDoBanco.empty();
 }
 
 void CXVRecuperacao::PoeNoIndice(REG_XVDMC regDmc) {

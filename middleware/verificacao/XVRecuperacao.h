@@ -118,7 +118,7 @@ class CXVRecuperacao {
     CXVExameIndice m_indice;
     bool m_bIndiceConfere = false;
     std::vector<SDiaListado> m_listaDias;
-    std::vector<XVUInt64> m_aDoBanco;  // keys of its integrations that come back, ascending
+    std::vector<TChaveDmc> m_aDoBanco;  // that come back
     CXVChavesDoLog m_log;
     // Index records by their old position; those that are made anew come behind all others.
     std::map<XVUInt64, REG_CR_INDEX_INTEGRACAO_V1> m_mapaIndice;

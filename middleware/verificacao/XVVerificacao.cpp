@@ -159,7 +159,7 @@ void CXVVerificacao::VerificaDia(XVUInt64 uiDia, std::span<const SEntradaIndice>
     CXVExameDia dia(m_leitura, m_selos, uiDia, CXVExameDia::EAlcance::eAteOCabecalho);
     dia.ExaminaRegistros(aEntradas, ulLimite);
     dia.ExaminaTextos();
-    dia.JuntaChavesDoBanco(aEntradas, &m_aDoBanco);
+    dia.JuntaDoBanco(aEntradas, &m_aDoBanco);
     JulgaArquivosDoDia(dia);
     ContaDia(dia);
     for (const XVUInt ulPonteiro : dia.GetSemIndice()) m_listaSemIndice.push_back(dia.GetDmc(ulPonteiro));
@@ -225,20 +225,21 @@ void CXVVerificacao::ContaDia(const CXVExameDia& rDia) {
 // key took that place. The record does not hold the key; the general log does.
 void CXVVerificacao::JulgaSemIndice() {
     CXVChavesDoLog log;
-    log.Le(m_sDiretorio, m_listaSemIndice);
-    std::sort(m_aDoBanco.begin(), m_aDoBanco.end());
+    log.Le(m_sDiretorio, m_listaSemIndice, m_aDoBanco);
     SXVAchado aAchados[2];
     const auto anota = [&] {
         for (SXVAchado& rAchado : aAchados)
             if (rAchado.uiQuantidade > 0) Anota(std::exchange(rAchado, {}));
     };
     for (const REG_XVDMC regDmc : m_listaSemIndice) {
-        const auto uiChave = log.GetChave(regDmc);
-        if (uiChave && *uiChave != 0 && std::binary_search(m_aDoBanco.begin(), m_aDoBanco.end(), *uiChave)) {
+        const bool bSubstituida = log.FoiSubstituida(regDmc);
+        if (bSubstituida && m_bIndiceConfere) {
             ++m_pVerificacao->uiSubstituidas;
             continue;
         }
-        const bool bTalvez = m_bIndiceConfere && !uiChave && !m_aDoBanco.empty();
+        // Of an index that is damaged itself nobody can tell what it never held from what it lost.
+        const bool bTalvez =
+            bSubstituida || (m_bIndiceConfere && !log.GetChave(regDmc) && !m_aDoBanco.empty());
         const XVUInt64 uiDia = regDmc.GetDma().ToChave();
         SXVAchado& rAchado = aAchados[bTalvez ? 1 : 0];
         if (rAchado.uiDia != uiDia) anota();

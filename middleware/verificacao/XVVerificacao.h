@@ -72,7 +72,7 @@ class CXVVerificacao {
     CXVExameIndice m_indice;
     std::vector<SDiaListado> m_listaDias;
     std::vector<REG_XVDMC> m_listaSemIndice;
-    std::vector<XVUInt64> m_aDoBanco;  // external keys of the bank's integrations
+    std::vector<TChaveDmc> m_aDoBanco;
     XVUInt64 m_uiBytesLidos = 0;
     XVUInt64 m_uiBytesTotal = 0;
 };

@@ -262,11 +262,22 @@ TEST_F(Verificacao, SubstituidaDoBancoNaoFazFalta) {
     EXPECT_EQ(Verifica(&verificacao), "");
     EXPECT_EQ(verificacao.uiSubstituidas, 1U);
     EXPECT_EQ(verificacao.uiIntegracoes, 6U);
+    REG_XVDMC regDmc{XVChaveDmc(XVDma(2024, 3, 16), 1)};
+    EXPECT_EQ(Abre()->GravaIntegracao(&regDmc, CXVIntegracaoTeste(501, OfficialBank).Ptr()), S_OK);
+    EXPECT_EQ(Verifica(&verificacao), "") << "its successor has had another key since";
+    EXPECT_EQ(verificacao.uiSubstituidas, 1U);
     Apaga("XVLogGeral_202403.log");
     EXPECT_EQ(Verifica(&verificacao), "talvezSubstituida 20240315:2");
     EXPECT_TRUE(verificacao.EhIntegra());
     EXPECT_EQ(Recupera(), "");
     EXPECT_EQ(Verifica(), "talvezSubstituida 20240315:2");
+}
+
+TEST_F(Verificacao, DeIndiceDanificadoNadaFoiSubstituido) {
+    Grava(*Abre(), CXVIntegracaoTeste(500, OfficialBank));
+    NosDados(k_pszIndice, [](std::string& rs) { rs.append(24, '\0'); })(*this);
+    EXPECT_EQ(Verifica(), "indiceImpossivel CRINDEXINTEG.dat; talvezSubstituida 20240315:2");
+    EXPECT_EQ(Recupera(), "20240315-2-1 com faltas");
 }
 
 // Operations come between any two file operations of the verification, and the store is left as a process
