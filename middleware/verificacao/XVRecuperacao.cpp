@@ -9,6 +9,7 @@
 #include "middleware/ConversaoMiddleware.h"
 #include "middleware/XVDataBase_CR_Middleware.h"
 #include "middleware/verificacao/XVEscritaRecuperada.h"
+#include "middleware/verificacao/XVVersaoZero.h"
 #include "platform/XVPlataforma.h"
 #include "support/codes/XVCodigosArquivo.h"
 
@@ -67,7 +68,7 @@ HRESULT CXVRecuperacao::Prepara() {
     return listaNomes.empty() ? S_OK : eInvalidFile;
 }
 
-// The record is believed where it reads as the present version and nothing else, its header whole or not.
+// The record is believed where it reads as the present version, its header whole or not.
 HRESULT CXVRecuperacao::ConfereVersao() {
     SArquivoLoja arquivo;
     HRESULT hr = m_leitura.Descreve(k_pszArquivoVersao, &arquivo);
@@ -76,13 +77,13 @@ HRESULT CXVRecuperacao::ConfereVersao() {
         hr = m_leitura.Percorre(arquivo, sizeof(reg), [&](XVUInt64, std::span<const char> aBytes) {
             std::memcpy(&reg, aBytes.data(), sizeof(reg));
         });
-    REG_CR_MIDDLEWARE_VERSAO regAtual{};
-    regAtual.usVersao = k_usVersaoAtualBase;
-    if (SUCCEEDED(hr) && std::memcmp(&reg, &regAtual, sizeof(reg)) == 0) return S_OK;
+    if (SUCCEEDED(hr) && reg.usVersao == k_usVersaoAtualBase) return S_OK;
     if (!XVTemDados(m_leitura)) return S_OK;
     if (SUCCEEDED(hr) && SUCCEEDED(arquivo.hr) && arquivo.uiTamanho == sizeof(reg))
         return reg.usVersao < k_usVersaoAtualBase ? E_XVCR_VERSAO_INCOMPATIVEL
                                                   : E_XVCR_VERSAO_BASE_SUPERIOR_VERSAO_SISTEMA;
+    if (SUCCEEDED(hr) && !arquivo.bExiste && XVEhVersaoZero(m_leitura, m_pastas.sOrigem, m_rDono))
+        return E_XVCR_VERSAO_INCOMPATIVEL;
     return m_bVersaoAtual ? S_OK : E_XVCR_INCONSISTENCIA_CONTROLE_CRIACAO_ARQUIVOS;
 }
 

@@ -30,8 +30,11 @@ bool SVerificacao::EhIntegra() const {
     });
 }
 
-CXVVerificacao::CXVVerificacao(std::string sDiretorio, FProgresso fnProgresso)
-    : m_sDiretorio(std::move(sDiretorio)), m_fnProgresso(std::move(fnProgresso)), m_leitura(m_sDiretorio) {
+CXVVerificacao::CXVVerificacao(std::string sDiretorio, const IXVDF_Profiler& rDono, FProgresso fnProgresso)
+    : m_sDiretorio(std::move(sDiretorio)),
+      m_rDono(rDono),
+      m_fnProgresso(std::move(fnProgresso)),
+      m_leitura(m_sDiretorio) {
     if (!m_fnProgresso) return;
     m_leitura.m_fnProgresso = [this](const std::string&, XVUInt64 uiBytes) {
         m_uiBytesLidos += uiBytes;

@@ -12,6 +12,7 @@
 #include "middleware/verificacao/XVPedacosEmRegistros.h"
 #include "middleware/verificacao/XVTextosDoControle.h"
 #include "middleware/verificacao/XVVerificacao.h"
+#include "middleware/verificacao/XVVersaoZero.h"
 
 namespace {
 
@@ -70,20 +71,32 @@ bool CXVVerificacao::VerificaVersao() {
             std::memcpy(&reg, aBytes.data(), sizeof(reg));
         });
     JulgaArquivo(arquivo, 0, hr);
-    if (!arquivo.bExiste && SUCCEEDED(hr))
+    if (!arquivo.bExiste && SUCCEEDED(hr)) {
+        if (XVEhVersaoZero(m_leitura, m_sDiretorio, m_rDono)) {
+            VerificaOutraVersao(0);
+            return false;
+        }
         Anota({.eTipo = EAchado::eArquivoAusente, .sArquivo = k_pszArquivoVersao});
+    }
     if (!arquivo.bExiste || FAILED(hr) || FAILED(arquivo.hr) || reg.usVersao == k_usVersaoAtualBase)
         return true;
-    const bool bAnterior = reg.usVersao < k_usVersaoAtualBase;
-    if (bAnterior && !XVTemDados(m_leitura)) return true;
-    Anota({.eTipo = bAnterior ? EAchado::eVersaoAnterior : EAchado::eVersaoPosterior,
+    if (reg.usVersao < k_usVersaoAtualBase && !XVTemDados(m_leitura)) return true;
+    VerificaOutraVersao(reg.usVersao);
+    return false;
+}
+
+// Of layouts that are not of this program the headers are looked at, and nothing else.
+void CXVVerificacao::VerificaOutraVersao(XVUShort usVersao) {
+    Anota({.eTipo = usVersao < k_usVersaoAtualBase ? EAchado::eVersaoAnterior : EAchado::eVersaoPosterior,
            .sArquivo = k_pszArquivoVersao,
-           .sDetalhe = "versão " + std::to_string(reg.usVersao)});
+           .sDetalhe = "versão " + std::to_string(usVersao)});
     for (const auto& [sMinusculo, sNome] : m_leitura.GetNomes())
         if (EhDoEsquema(sNome) && !XVIgualSemCaixa(sNome, k_pszArquivoVersao) &&
-            !XVNomeArquivo::EhIsento(sNome))
-            if (hr = m_leitura.Descreve(sNome, &arquivo); true) JulgaArquivo(arquivo, DiaDoNome(sNome), hr);
-    return false;
+            !XVNomeArquivo::EhIsento(sNome)) {
+            SArquivoLoja arquivo;
+            const HRESULT hr = m_leitura.Descreve(sNome, &arquivo);
+            JulgaArquivo(arquivo, DiaDoNome(sNome), hr);
+        }
 }
 
 void CXVVerificacao::VerificaControle() {

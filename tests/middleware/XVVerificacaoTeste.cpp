@@ -5,6 +5,7 @@
 #include "middleware/verificacao/XVRecuperacao.h"
 #include "middleware/verificacao/XVVerificacao.h"
 #include "tests/harness/XVGanchoArquivos.h"
+#include "tests/middleware/XVBaseDourada.h"
 #include "tests/middleware/XVOperacoesLoja.h"
 #include "tests/middleware/XVRetratoLoja.h"
 
@@ -32,7 +33,7 @@ class Verificacao : public CXVCenarioLoja {
     }
     std::string Verifica(SVerificacao* pVerificacao = nullptr, EGravidade eDesde = EGravidade::eAviso) {
         SVerificacao verificacao;
-        EXPECT_EQ(CXVVerificacao(PastaDados()).Executa(&verificacao), S_OK);
+        EXPECT_EQ(CXVVerificacao(PastaDados(), m_Dono).Executa(&verificacao), S_OK);
         if (pVerificacao != nullptr) *pVerificacao = verificacao;
         EXPECT_EQ(verificacao.EhIntegra(), Achados(verificacao, EGravidade::eDano).empty());
         return Achados(verificacao, eDesde);
@@ -251,6 +252,13 @@ TEST_F(Verificacao, RecuperacaoRecusaOQueNaoPodeSaber) {
     m_Arquivos.CriaArquivo(PastaDados("CRMIDDLEWAREVS.dat"), sVersao);
     m_Arquivos.CriaArquivo("/nova/MATRIZ/DF/x", "");
     EXPECT_EQ(recupera(false), eInvalidFile);
+    std::vector<std::string> listaNomes;
+    EXPECT_TRUE(m_Arquivos.Lista(PastaDados(), "*", listaNomes).Ok());
+    for (const std::string& rNome : listaNomes) Apaga(rNome);
+    for (const auto& [sNome, sBytes] : XVBaseDourada(0, true))
+        m_Arquivos.CriaArquivo(PastaDados(sNome), sBytes);
+    EXPECT_EQ(recupera(true), E_XVCR_VERSAO_INCOMPATIVEL) << "the first version never had a version file";
+    EXPECT_EQ(Verifica(), "versaoAnterior CRMIDDLEWAREVS.dat");
 }
 
 // The bank's later integration takes the place of the earlier one in the index: by the log that is the normal
@@ -323,7 +331,7 @@ TEST_F(Verificacao, AoLadoDeQuemGravaEDepoisDaMorte) {
 TEST_F(Verificacao, SeloAcusaOQueNenhumaOperacaoMudou) {
     SVerificacao verificacao;
     const auto sela = [&] {
-        CXVVerificacao executor(PastaDados());
+        CXVVerificacao executor(PastaDados(), m_Dono);
         EXPECT_EQ(executor.Executa(&verificacao), S_OK);
         return executor.Sela();
     };

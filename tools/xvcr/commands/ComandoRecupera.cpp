@@ -138,7 +138,8 @@ void Executa(const SRecupera& rRecupera, CXVContexto& rContexto) {
                                          rSistema.Junta(rSistema.Junta(sPasta, rEmpresa), "separados")};
     const SRecuperacao recuperacao = Recupera(rRecupera, pastas, rContexto);
     SVerificacao verificacao;
-    XVConfere(CXVVerificacao(pastas.sDestino).Executa(&verificacao));
+    const CXVChamador chamador(rContexto.identificacao);
+    XVConfere(CXVVerificacao(pastas.sDestino, chamador).Executa(&verificacao));
     CXVSaida& rSaida = rContexto.saida;
     if (rSaida.EhJson()) {
         MostraJson(rSaida, recuperacao, sPasta, verificacao.EhIntegra());
