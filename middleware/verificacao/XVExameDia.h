@@ -45,6 +45,8 @@ class CXVExameDia {
     XVUInt64 GetDia() const { return m_uiDia; }
     // Key of the integration at a pointer of this day.
     REG_XVDMC GetDmc(XVUInt ulPonteiro) const;
+    // The day is one of the calendar; keys of any other would name another day, or nothing.
+    bool TemChaves() const { return GetDmc(1).EhDeIntegracao() && GetDmc(1).GetDma().ToChave() == m_uiDia; }
     const SArquivoLoja& GetArquivo() const { return m_arquivo; }
     const SArquivoLoja& GetArquivoTextos(std::size_t uiQual) const { return m_aArquivosTextos[uiQual]; }
     const CXVExameTextos& GetTextos(std::size_t uiQual) const { return m_aTextos[uiQual]; }

@@ -113,6 +113,7 @@ HRESULT CXVRecuperacao::LeIndice() {
                    [&](XVUInt64 uiDia, std::span<const SEntradaIndice> aEntradas, XVUInt) {
                        CXVExameDia dia(m_leitura, m_semSelos, uiDia, CXVExameDia::EAlcance::eTudo);
                        dia.ExaminaRegistros(aEntradas, ~XVUInt{0});
+                       if (!dia.TemChaves()) return;
                        dia.JuntaDoBanco(aEntradas, &m_aDoBanco);
                        for (const XVUInt ulPonteiro : dia.GetSemIndice())
                            listaSemIndice.push_back(dia.GetDmc(ulPonteiro));

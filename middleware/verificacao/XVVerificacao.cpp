@@ -60,6 +60,7 @@ HRESULT CXVVerificacao::Executa(SVerificacao* pVerificacao) {
                        VerificaDia(uiDia, aEntradas, ulLimite);
                    });
     JulgaSemIndice();
+    VerificaSelos();
     return S_OK;
 }
 
@@ -165,7 +166,14 @@ void CXVVerificacao::VerificaDia(XVUInt64 uiDia, std::span<const SEntradaIndice>
     dia.JuntaDoBanco(aEntradas, &m_aDoBanco);
     JulgaArquivosDoDia(dia);
     ContaDia(dia);
-    for (const XVUInt ulPonteiro : dia.GetSemIndice()) m_listaSemIndice.push_back(dia.GetDmc(ulPonteiro));
+    const auto& rSemIndice = dia.GetSemIndice();
+    if (!dia.TemChaves() && !rSemIndice.empty())
+        Anota({.eTipo = EAchado::eSemIndice,
+               .sArquivo = dia.GetArquivo().sNome,
+               .uiQuantidade = rSemIndice.size(),
+               .sDetalhe = "o nome do arquivo não é de um dia do calendário"});
+    else
+        for (const XVUInt ulPonteiro : rSemIndice) m_listaSemIndice.push_back(dia.GetDmc(ulPonteiro));
 }
 
 void CXVVerificacao::JulgaArquivosDoDia(const CXVExameDia& rDia) {

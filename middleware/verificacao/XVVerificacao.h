@@ -54,6 +54,7 @@ class CXVVerificacao {
     void VerificaOutraVersao(XVUShort usVersao);
     void VerificaControle();
     void VerificaSobras();
+    void VerificaSelos();
     void VerificaIndice();
     template <class T>
     void VerificaLancamentos(const char* pszNome, XVUInt ulColunas);

@@ -2,7 +2,9 @@
 #include <algorithm>
 #include <cstring>
 #include <set>
+#include <utility>
 
+#include "core/xvdatabase/XVFileBase.h"
 #include "core/xvdatabase/XVNomeArquivo.h"
 #include "core/xvdatabase/XVRegistroVersao.h"
 #include "middleware/ConversaoDiario.h"
@@ -120,11 +122,45 @@ void CXVVerificacao::VerificaControle() {
         SArquivoLoja arquivo;
         // The version file's absence is told with the version.
         if (XVIgualSemCaixa(rNome, k_pszArquivoVersao)) continue;
-        if (!m_leitura.TemNome(rNome) && (FAILED(m_leitura.Descreve(rNome, &arquivo)) || !arquivo.bExiste))
+        // A link to nowhere has a name and is no file; a file that cannot be read is told by its name.
+        const bool bLida = SUCCEEDED(m_leitura.Descreve(rNome, &arquivo));
+        if (bLida ? !arquivo.bExiste : !m_leitura.TemNome(rNome))
             Anota({.eTipo = EAchado::eArquivoAusente,
                    .sArquivo = rNome,
                    .uiDia = DiaDoNome(rNome),
                    .hr = E_XVCR_INCONSISTENCIA_CONTROLE_CRIACAO_ARQUIVOS});
+    }
+}
+
+// What is told of no block: a sealed file that is gone, empty, without header, or an older one put in its
+// place. Operations only add bytes, and only raise the counter. Where headers are off, nothing tells.
+void CXVVerificacao::VerificaSelos() {
+    if (CXVFileBase::CabecalhoDesabilitadoNaMaquina()) return;
+    for (const auto& [sMinusculo, selo] : m_selos) {
+        const auto itNome = m_leitura.GetNomes().find(sMinusculo);
+        const std::string sNome = itNome != m_leitura.GetNomes().end() ? itNome->second : sMinusculo;
+        const auto& rAchados = m_pVerificacao->listaAchados;
+        const bool bDito = std::any_of(rAchados.begin(), rAchados.end(), [&](const SXVAchado& r) {
+            return XVIgualSemCaixa(r.sArquivo, sNome) &&
+                   XVDescreveAchado(r.eTipo).eGravidade == EGravidade::eDano;
+        });
+        SArquivoLoja arquivo;
+        if (bDito || FAILED(m_leitura.Descreve(sNome, &arquivo)) || FAILED(arquivo.hr)) continue;
+        const std::pair agora(XVUInt64{arquivo.regB.usVoltasContador},
+                              XVUInt64{arquivo.regB.uiContadorAtualizacao});
+        SXVAchado achado{.eTipo = EAchado::eBlocoAlterado, .sArquivo = sNome, .uiDia = DiaDoNome(sNome)};
+        achado.uiQuantidade = selo.aSomas.size();
+        if (!arquivo.bExiste)
+            achado.eTipo = EAchado::eArquivoAusente;
+        else if (!arquivo.bCabecalho)
+            achado.sDetalhe = "o arquivo foi selado com cabeçalho e não o tem mais";
+        else if (arquivo.uiTamanho < selo.uiTamanho)
+            achado.sDetalhe = "o arquivo tem menos bytes do que quando foi selado";
+        else if (agora < std::pair(selo.uiVoltas, selo.uiContador))
+            achado.sDetalhe = "o arquivo é anterior ao que foi selado";
+        else
+            continue;
+        Anota(std::move(achado));
     }
 }
 

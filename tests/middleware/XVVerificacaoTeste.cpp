@@ -140,6 +140,8 @@ const SDano k_aDanos[] = {
      "20240315-2-1 com faltas; 20240315-3-1 com faltas"},
     {"IndiceComZeros", Zera(k_pszIndice, 24, 24), "indiceImpossivel CRINDEXINTEG.dat; semIndice 20240313:2",
      "20240313-2-1 com faltas"},
+    {"IndiceComOutroTipo", Poe(k_pszIndice, 32, '\2'),
+     "indiceImpossivel CRINDEXINTEG.dat; semIndice 20240313:2", "20240313-2-1 com faltas"},
     {"IndiceSemUm", NosDados(k_pszIndice, [](std::string& rs) { rs.erase(72, 24); }), "semIndice 20240315:1",
      "20240315-1-1 com faltas"},
     {"IndiceRepetido", NosDados(k_pszIndice, [](std::string& rs) { rs.replace(104, 8, rs.substr(80, 8)); }),
@@ -157,6 +159,13 @@ const SDano k_aDanos[] = {
     {"DiaDeOutroDia", Troca(k_pszDia, "CRINTEGMID20240313.dat"),
      "arquivoRecusado CRINTEGMID20240315.dat; semRegistro 20240315:1-3",
      "20240315-1-1 perdida; 20240315-2-1 perdida; 20240315-3-1 perdida"},
+    {"DiaForaDoCalendario",
+     [](Verificacao& r) {
+         const std::string sNome = "CRINTEGMID99999999.dat";
+         D(r).m_Arquivos.CriaArquivo(D(r).PastaDados(sNome),
+                                     XVArquivoDoTeste({.sNome = sNome}, D(r).Conteudo(k_pszDia).substr(240)));
+     },
+     "semIndice CRINTEGMID99999999.dat", "bytes"},
     {"TextoDeOutra", Poe(k_pszDia, 2 * 88 + 48, 1), "textoDeOutra 20240315:1,3",
      "20240315-1-1 com faltas; 20240315-3-1 com faltas"},
     {"CadeiaPartida", Poe(k_pszJSON, 4 + 712 + 3, '\x7f'),
@@ -358,6 +367,18 @@ TEST_F(Verificacao, SeloAcusaOQueNenhumaOperacaoMudou) {
         Vira(pszNome, static_cast<std::size_t>(uiOnde))(*this);
         EXPECT_EQ(Verifica(), pszAchados);
         EXPECT_EQ(sela(), S_FALSE) << "a seal over damage would hide it";
+    }
+    const auto antigo = [](std::string& rs) {
+        rs = XVArquivoDoTeste({.sNome = "CRDTHRINTEG.dat"}, rs.substr(240));
+    };
+    const auto semCabecalho = [](std::string& rs) { rs.erase(0, 240); };
+    for (const auto& [fn, pszAchados] :
+         {std::pair(TMuda([](std::string& rs) { rs.clear(); }), "blocoAlterado CRDTHRINTEG.dat"),
+          std::pair(TMuda(semCabecalho), "semCabecalho CRDTHRINTEG.dat; blocoAlterado CRDTHRINTEG.dat"),
+          std::pair(TMuda(antigo), "blocoAlterado CRDTHRINTEG.dat")}) {
+        m_Arquivos.Restaura(antes);
+        Muda("CRDTHRINTEG.dat", fn);
+        EXPECT_EQ(Verifica(), pszAchados);
     }
     m_Arquivos.Restaura(antes);
     Vira(k_pszArquivoSelos, 40)(*this);
