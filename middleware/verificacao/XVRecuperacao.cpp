@@ -54,18 +54,33 @@ HRESULT CXVRecuperacao::Executa(SRecuperacao* pRecuperacao) {
 HRESULT CXVRecuperacao::Prepara() {
     HRESULT hr = m_leitura.Abre();
     if (FAILED(hr)) return hr;
-    if (m_leitura.GetDiario() == EDiario::eEmUso) return eSharingViolation;
+    if (m_leitura.GetDiario() == EDiario::eEmUso) return Recusa(ERecusa::eEmUso, eSharingViolation);
     hr = ConfereVersao();
     if (FAILED(hr)) return hr;
     m_leitura.m_fnProgresso = [this](const std::string&, XVUInt64 uiBytes) {
         if (m_fnProgresso) m_fnProgresso(uiBytes);
     };
+    return PreparaDestino();
+}
+
+HRESULT CXVRecuperacao::PreparaDestino() {
     IXVSistemaArquivos& rSistema = XVPlataforma::SistemaArquivos();
-    CXVErroArquivo erro = rSistema.CriaDiretorio(m_pastas.sDestino);
-    std::vector<std::string> listaNomes;
-    if (erro.Ok()) erro = rSistema.Lista(m_pastas.sDestino, "*", listaNomes);
-    if (!erro.Ok()) return XVCodigoArquivo(erro);
-    return listaNomes.empty() ? S_OK : eInvalidFile;
+    const std::string sNaOrigem = rSistema.Junta(m_pastas.sOrigem, "");
+    for (const std::string* psPasta : {&m_pastas.sDestino, &m_pastas.sSeparados})
+        if (rSistema.Junta(*psPasta, "").starts_with(sNaOrigem))
+            return Recusa(ERecusa::eDestinoNaOrigem, E_INVALIDARG);
+    for (const std::string* psPasta : {&m_pastas.sSeparados, &m_pastas.sDestino}) {
+        std::vector<std::string> listaNomes;
+        CXVErroArquivo erro;
+        if (psPasta == &m_pastas.sDestino) erro = rSistema.CriaDiretorio(*psPasta);
+        if (erro.Ok()) erro = rSistema.Lista(*psPasta, "*", listaNomes);
+        const bool bAusente = erro.GetCausa() == ECausaArquivo::eCaminhoInvalido ||
+                              erro.GetCausa() == ECausaArquivo::eArquivoNaoEncontrado;
+        if (!erro.Ok() && !(bAusente && psPasta == &m_pastas.sSeparados)) return XVCodigoArquivo(erro);
+        if (!listaNomes.empty()) return Recusa(ERecusa::eDestinoOcupado, eInvalidFile);
+    }
+    m_bComecou = true;
+    return S_OK;
 }
 
 // The record is believed where it reads as the present version, its header whole or not.

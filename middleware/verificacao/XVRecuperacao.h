@@ -71,15 +71,29 @@ class CXVRecuperacao {
 
     // eSharingViolation: somebody has the store open. E_XVCR_VERSAO_INCOMPATIVEL,
     // E_XVCR_VERSAO_BASE_SUPERIOR_VERSAO_SISTEMA: it is of another version.
-    // E_XVCR_INCONSISTENCIA_CONTROLE_CRIACAO_ARQUIVOS: nothing tells its version. eInvalidFile: the new
-    // directory is not empty.
+    // E_XVCR_INCONSISTENCIA_CONTROLE_CRIACAO_ARQUIVOS: nothing tells its version.
     HRESULT Executa(SRecuperacao* pRecuperacao);
+    // Why Executa refused the directories before it made anything.
+    enum class ERecusa : std::uint8_t {
+        eNenhuma,
+        eEmUso,            // eSharingViolation, of the damaged store
+        eDestinoOcupado,   // eInvalidFile: the new directory, or the one for bytes put aside, is not empty
+        eDestinoNaOrigem,  // E_INVALIDARG: one of them lies in the damaged store
+    };
+    ERecusa GetRecusa() const { return m_eRecusa; }
+    // From here on a failure leaves a part of the new store behind.
+    bool Comecou() const { return m_bComecou; }
 
     // Told of every piece that was read.
     std::function<void(XVUInt64 uiBytes)> m_fnProgresso;
 
   private:
     HRESULT Prepara();
+    HRESULT PreparaDestino();
+    HRESULT Recusa(ERecusa eRecusa, HRESULT hr) {
+        m_eRecusa = eRecusa;
+        return hr;
+    }
     HRESULT ConfereVersao();
     void ProcuraIncompletos();
     HRESULT LeIndice();
@@ -111,6 +125,8 @@ class CXVRecuperacao {
     SPastas m_pastas;
     const IXVDF_Profiler& m_rDono;
     bool m_bVersaoAtual;
+    bool m_bComecou = false;
+    ERecusa m_eRecusa = ERecusa::eNenhuma;
     CXVLeituraLoja m_leitura;
     const TSelos m_semSelos;
     SRecuperacao* m_pRecuperacao = nullptr;

@@ -64,9 +64,9 @@ class CXVExameQueda {
     }
 
     // What is recovered of it, whether it opens or not, is a sound store that shows nothing under a key that
-    // was recorded under another; with durability, all that was acknowledged and whole operations only. Without
-    // it nothing may have reached the device of the undoing of an operation that failed (bTeveFalha): its bytes
-    // are then as readable as any others.
+    // was recorded under another; with durability, all that was acknowledged and whole operations only.
+    // Without it nothing may have reached the device of the undoing of an operation that failed (bTeveFalha):
+    // its bytes are then as readable as any others.
     void Recuperada(bool bDurabilidade, bool bTeveFalha) {
         const CXVDonoFixo dono("MATRIZ");
         const std::string sNova = CAmbienteXV::MontaPathDados(XV_DF, "/recuperada", "MATRIZ");
@@ -78,7 +78,8 @@ class CXVExameQueda {
         const HRESULT hr = executor.Executa(&recuperacao);
         if (hr == eBadPath) return;  // there was no store yet
         Exige(hr == S_OK, "the recovery failed, " + std::to_string(static_cast<unsigned>(hr)));
-        Exige(CXVVerificacao(sNova, dono).Executa(&verificacao) == S_OK, "what was recovered cannot be verified");
+        Exige(CXVVerificacao(sNova, dono).Executa(&verificacao) == S_OK,
+              "what was recovered cannot be verified");
         for (const SXVAchado& rAchado : verificacao.listaAchados)
             Exige(XVDescreveAchado(rAchado.eTipo).eGravidade != EGravidade::eDano,
                   "what was recovered is not sound: " + rAchado.sArquivo + ' ' +

@@ -130,6 +130,13 @@ auto Troca(const char* pszNome, const char* pszPor) {
     return
         [=](Verificacao& r) { D(r).m_Arquivos.CriaArquivo(D(r).PastaDados(pszNome), D(r).Conteudo(pszPor)); };
 }
+// The same payload under a name of its own.
+auto Copia(const char* pszNome, const char* pszDe) {
+    return [=](Verificacao& r) {
+        D(r).m_Arquivos.CriaArquivo(D(r).PastaDados(pszNome),
+                                    XVArquivoDoTeste({.sNome = pszNome}, D(r).Conteudo(pszDe).substr(240)));
+    };
+}
 
 const std::string k_sDeDoisRegistros = XVCabecalhoDoTeste({.sNome = k_pszDia}, 2 * 88);
 const SDano k_aDanos[] = {
@@ -159,13 +166,8 @@ const SDano k_aDanos[] = {
     {"DiaDeOutroDia", Troca(k_pszDia, "CRINTEGMID20240313.dat"),
      "arquivoRecusado CRINTEGMID20240315.dat; semRegistro 20240315:1-3",
      "20240315-1-1 perdida; 20240315-2-1 perdida; 20240315-3-1 perdida"},
-    {"DiaForaDoCalendario",
-     [](Verificacao& r) {
-         const std::string sNome = "CRINTEGMID99999999.dat";
-         D(r).m_Arquivos.CriaArquivo(D(r).PastaDados(sNome),
-                                     XVArquivoDoTeste({.sNome = sNome}, D(r).Conteudo(k_pszDia).substr(240)));
-     },
-     "semIndice CRINTEGMID99999999.dat", "bytes"},
+    {"DiaForaDoCalendario", Copia("CRINTEGMID99999999.dat", k_pszDia), "semIndice CRINTEGMID99999999.dat",
+     "bytes"},
     {"TextoDeOutra", Poe(k_pszDia, 2 * 88 + 48, 1), "textoDeOutra 20240315:1,3",
      "20240315-1-1 com faltas; 20240315-3-1 com faltas"},
     {"CadeiaPartida", Poe(k_pszJSON, 4 + 712 + 3, '\x7f'),
@@ -261,6 +263,13 @@ TEST_F(Verificacao, RecuperacaoRecusaOQueNaoPodeSaber) {
     m_Arquivos.CriaArquivo(PastaDados("CRMIDDLEWAREVS.dat"), sVersao);
     m_Arquivos.CriaArquivo("/nova/MATRIZ/DF/x", "");
     EXPECT_EQ(recupera(false), eInvalidFile);
+    for (const auto& [sDestino, sSeparados, hr] :
+         {std::tuple(PastaDados("x/DF"), PastaDados("x/separados"), HRESULT{E_INVALIDARG}),
+          std::tuple(std::string("/outra/DF"), std::string("/nova/MATRIZ/DF"), HRESULT{eInvalidFile})}) {
+        SRecuperacao recuperacao;
+        EXPECT_EQ(CXVRecuperacao({PastaDados(), sDestino, sSeparados}, m_Dono, true).Executa(&recuperacao),
+                  hr);
+    }
     std::vector<std::string> listaNomes;
     EXPECT_TRUE(m_Arquivos.Lista(PastaDados(), "*", listaNomes).Ok());
     for (const std::string& rNome : listaNomes) Apaga(rNome);

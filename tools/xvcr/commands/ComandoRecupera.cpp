@@ -112,10 +112,18 @@ SRecuperacao Recupera(const SRecupera& rRecupera, const CXVRecuperacao::SPastas&
     };
     SRecuperacao recuperacao;
     const HRESULT hr = executor.Executa(&recuperacao);
-    if (hr == eInvalidFile)
-        XVFalha("a pasta " + rPastas.sDestino + " já tem arquivos; diga outra com --para");
-    if (hr == eSharingViolation)
+    using ERecusa = CXVRecuperacao::ERecusa;
+    const ERecusa eRecusa = executor.GetRecusa();
+    if (eRecusa == ERecusa::eDestinoOcupado)
+        XVFalha("a pasta " + rPastas.sDestino +
+                ", ou separados ao lado dela, já tem arquivos; diga outra com --para");
+    if (eRecusa == ERecusa::eDestinoNaOrigem)
+        XVFalha("a pasta " + rPastas.sDestino + " fica dentro da base danificada; diga outra com --para");
+    if (eRecusa == ERecusa::eEmUso)
         XVFalha("a base está em uso; feche os programas que a usam e recupere de novo");
+    if (FAILED(hr) && executor.Comecou())
+        XVFalha(XVDescreveFalha(hr) + "; o que foi feito até aí está em " + rPastas.sDestino +
+                " e não é uma base: apague essa pasta antes de recuperar de novo");
     if (hr == E_XVCR_INCONSISTENCIA_CONTROLE_CRIACAO_ARQUIVOS)
         XVFalha("nada diz a versão da base; se ela era da versão atual, diga --versao-atual");
     XVConfere(hr);
