@@ -118,10 +118,11 @@ HRESULT CXVRecuperacao::LeIndice() {
     m_bIndiceConfere = m_arquivoIndice.bExiste && SUCCEEDED(m_arquivoIndice.hr) && m_indice.GetSobra() == 0 &&
                        m_indice.GetImpossiveis().empty() && m_pRecuperacao->listaIlegiveis.empty();
     constexpr XVUInt64 k_uiRegistro = sizeof(REG_CR_INDEX_INTEGRACAO_V1);
+    std::vector<XVUInt64> aImpossiveis;
     for (const XVUInt ulPosicao : m_indice.GetImpossiveis())
-        if (hr = Separa(m_arquivoIndice, (ulPosicao - 1) * k_uiRegistro, ulPosicao * k_uiRegistro);
-            FAILED(hr))
-            return hr;
+        aImpossiveis.push_back((ulPosicao - 1) * k_uiRegistro);
+    hr = SeparaRegistros(m_arquivoIndice, aImpossiveis, k_uiRegistro);
+    if (FAILED(hr)) return hr;
     m_listaDias = XVListaDias(m_leitura);
     std::vector<REG_XVDMC> listaSemIndice;
     XVPercorreDias(m_listaDias, m_indice.GetEntradas(),
@@ -182,5 +183,16 @@ HRESULT CXVRecuperacao::Separa(const SArquivoLoja& rArquivo, XVUInt64 uiDe, XVUI
     AnotaIlegivel(rArquivo, hrLeitura);
     if (SUCCEEDED(hr)) hr = escrita.Conclui(m_rDono, 0);
     m_pRecuperacao->listaSeparados.push_back({rArquivo.sNome, uiOffset, uiAte - uiDe});
+    return hr;
+}
+
+HRESULT CXVRecuperacao::SeparaRegistros(const SArquivoLoja& rArquivo, std::span<const XVUInt64> aDe,
+                                        XVUInt64 uiTamanho) {
+    HRESULT hr = S_OK;
+    for (std::size_t i = 0; i < aDe.size() && SUCCEEDED(hr);) {
+        const std::size_t uiPrimeiro = i;
+        for (++i; i < aDe.size() && aDe[i] == aDe[i - 1] + uiTamanho;) ++i;
+        hr = Separa(rArquivo, aDe[uiPrimeiro], aDe[i - 1] + uiTamanho);
+    }
     return hr;
 }

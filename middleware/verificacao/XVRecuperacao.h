@@ -120,6 +120,8 @@ class CXVRecuperacao {
     HRESULT Conclui(CXVEscritaRecuperada& rEscrita);
     // Bytes of a file from uiDe to uiAte of its payload.
     HRESULT Separa(const SArquivoLoja& rArquivo, XVUInt64 uiDe, XVUInt64 uiAte);
+    // Records of one size by where they begin, ascending; neighbours are one run.
+    HRESULT SeparaRegistros(const SArquivoLoja& rArquivo, std::span<const XVUInt64> aDe, XVUInt64 uiTamanho);
     void AnotaIlegivel(const SArquivoLoja& rArquivo, HRESULT hr);
 
     SPastas m_pastas;

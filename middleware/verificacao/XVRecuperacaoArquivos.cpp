@@ -71,8 +71,8 @@ HRESULT CXVRecuperacao::RecuperaLancamentos(const char* pszNome, XVUInt ulColuna
                                                   [&](XVUInt64, std::span<const char> aBytes) {
                                                       pedacos.Toma(aBytes, false, examina);
                                                   }));
-    for (const XVUInt64 uiDe : aRuins)
-        if (hr = Separa(arquivo, uiDe, uiDe + sizeof(T)); FAILED(hr)) return hr;
+    hr = SeparaRegistros(arquivo, aRuins, sizeof(T));
+    if (FAILED(hr)) return hr;
     hr = Separa(arquivo, (aBons.size() + aRuins.size()) * sizeof(T), arquivo.uiTamanho);
     m_pRecuperacao->uiLancamentos += aBons.size();
     CXVEscritaRecuperada escrita(m_pastas.sDestino, pszNome, CXVEscritaRecuperada::ECabecalho::eCom);

@@ -301,9 +301,10 @@ TEST_F(Verificacao, SubstituidaDoBancoNaoFazFalta) {
 
 TEST_F(Verificacao, DeIndiceDanificadoNadaFoiSubstituido) {
     Grava(*Abre(), CXVIntegracaoTeste(500, OfficialBank));
-    NosDados(k_pszIndice, [](std::string& rs) { rs.append(24, '\0'); })(*this);
+    NosDados(k_pszIndice, [](std::string& rs) { rs.append(48, '\0'); })(*this);
     EXPECT_EQ(Verifica(), "indiceImpossivel CRINDEXINTEG.dat; talvezSubstituida 20240315:2");
     EXPECT_EQ(Recupera(), "20240315-2-1 com faltas");
+    EXPECT_EQ(m_Arquivos.LeConteudo("/nova/MATRIZ/separados/CRINDEXINTEG.dat.384"), std::string(48, '\0'));
 }
 
 // Operations come between any two file operations of the verification, and the store is left as a process
