@@ -97,15 +97,16 @@ void CXVExameDia::JulgaIndice(std::span<const SEntradaIndice> aEntradas, XVUInt 
     }
 }
 
-void CXVExameDia::JuntaChavesDoBanco(std::span<const SEntradaIndice> aEntradas,
-                                     std::vector<XVUInt64>* paChaves) const {
+void CXVExameDia::JuntaDoBanco(std::span<const SEntradaIndice> aEntradas,
+                               std::vector<TChaveDmc>* paDoBanco) const {
     constexpr XVUInt k_ulNaoVale =
         eMotivo_RegistroVazio | eMotivo_RegistroImpossivel | eMotivo_IndiceRepetido;
     for (const SEntradaIndice& rEntrada : aEntradas)
         if (rEntrada.reg.eSistemaIntegracao == OfficialBank &&
             rEntrada.GetPonteiro() <= m_aRegistros.size() &&
             (m_aMotivos[rEntrada.GetPonteiro() - 1] & k_ulNaoVale) == 0)
-            paChaves->push_back(rEntrada.reg.uiChaveIntegracaoSistemaTerceiro);
+            paDoBanco->emplace_back(rEntrada.reg.uiChaveIntegracaoSistemaTerceiro,
+                                    REG_XVDMC(rEntrada.reg.regDmcIntegracao).uiValor);
 }
 
 void CXVExameDia::ExaminaTexto(std::size_t uiQual) {

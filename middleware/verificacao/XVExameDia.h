@@ -7,6 +7,7 @@
 #include <span>
 #include <vector>
 
+#include "middleware/verificacao/XVChavesDoLog.h"
 #include "middleware/verificacao/XVExameIndice.h"
 #include "middleware/verificacao/XVExameTextos.h"
 
@@ -44,6 +45,8 @@ class CXVExameDia {
     XVUInt64 GetDia() const { return m_uiDia; }
     // Key of the integration at a pointer of this day.
     REG_XVDMC GetDmc(XVUInt ulPonteiro) const;
+    // The day is one of the calendar; keys of any other would name another day, or nothing.
+    bool TemChaves() const { return GetDmc(1).EhDeIntegracao() && GetDmc(1).GetDma().ToChave() == m_uiDia; }
     const SArquivoLoja& GetArquivo() const { return m_arquivo; }
     const SArquivoLoja& GetArquivoTextos(std::size_t uiQual) const { return m_aArquivosTextos[uiQual]; }
     const CXVExameTextos& GetTextos(std::size_t uiQual) const { return m_aTextos[uiQual]; }
@@ -55,9 +58,9 @@ class CXVExameDia {
     const std::vector<SEntradaIndice>& GetAusentes() const { return m_aAusentes; }
     // Pointers of records that the index does not know; whether they are missed is not decided here.
     const std::vector<XVUInt>& GetSemIndice() const { return m_aSemIndice; }
-    // Adds the external keys of the bank's integrations of this day that the index names once and whose
-    // records are there: each took over the place of all others with its key.
-    void JuntaChavesDoBanco(std::span<const SEntradaIndice> aEntradas, std::vector<XVUInt64>* paChaves) const;
+    // Adds the bank's integrations of this day that the index names once and whose records are there: each
+    // took over the place of all others with its key.
+    void JuntaDoBanco(std::span<const SEntradaIndice> aEntradas, std::vector<TChaveDmc>* paDoBanco) const;
     XVUInt64 GetVagos() const { return m_uiVagos; }
     XVUInt64 GetSobra() const { return m_uiSobra; }
     XVUInt64 GetBlocosAlterados() const { return m_uiBlocosAlterados; }

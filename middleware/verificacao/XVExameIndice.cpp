@@ -17,7 +17,9 @@ HRESULT CXVExameIndice::Examina(CXVLeituraLoja& rLeitura, const SArquivoLoja& rA
             pedacos.Toma(aBytes, bAlterado,
                          [&](const REG_CR_INDEX_INTEGRACAO_V1& reg, bool bRegistroAlterado) {
                              ++ulPosicao;
-                             if (TPlausivel::EhPlausivel(reg))
+                             // No program gives an integration a key of another kind.
+                             if (TPlausivel::EhPlausivel(reg) &&
+                                 REG_XVDMC(reg.regDmcIntegracao).GetTipo() == REG_XVDMC::k_uiTipoIntegracao)
                                  m_aEntradas.push_back({reg, ulPosicao, bRegistroAlterado});
                              else
                                  m_aImpossiveis.push_back(ulPosicao);

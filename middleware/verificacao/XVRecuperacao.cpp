@@ -9,6 +9,7 @@
 #include "middleware/ConversaoMiddleware.h"
 #include "middleware/XVDataBase_CR_Middleware.h"
 #include "middleware/verificacao/XVEscritaRecuperada.h"
+#include "middleware/verificacao/XVVersaoZero.h"
 #include "platform/XVPlataforma.h"
 #include "support/codes/XVCodigosArquivo.h"
 
@@ -29,7 +30,9 @@ HRESULT CXVRecuperacao::Executa(SRecuperacao* pRecuperacao) {
     *pRecuperacao = {};
     m_pRecuperacao = pRecuperacao;
     HRESULT hr = Prepara();
-    if (SUCCEEDED(hr)) hr = LeIndice();
+    if (FAILED(hr)) return hr;
+    ProcuraIncompletos();
+    hr = LeIndice();
     if (FAILED(hr)) return hr;
     XVPercorreDias(m_listaDias, m_indice.GetEntradas(),
                    [&](XVUInt64 uiDia, std::span<const SEntradaIndice> aEntradas, XVUInt) {
@@ -55,21 +58,37 @@ HRESULT CXVRecuperacao::Descreve(const std::string& sNome, SArquivoLoja* pArquiv
 HRESULT CXVRecuperacao::Prepara() {
     HRESULT hr = m_leitura.Abre();
     if (FAILED(hr)) return hr;
-    if (m_leitura.GetDiario() == EDiario::eEmUso) return eSharingViolation;
+    if (m_leitura.GetDiario() == EDiario::eEmUso) return Recusa(ERecusa::eEmUso, eSharingViolation);
     hr = ConfereVersao();
     if (FAILED(hr)) return hr;
     m_leitura.m_fnProgresso = [this](const std::string&, XVUInt64 uiBytes) {
         if (m_fnProgresso) m_fnProgresso(uiBytes);
     };
-    IXVSistemaArquivos& rSistema = XVPlataforma::SistemaArquivos();
-    CXVErroArquivo erro = rSistema.CriaDiretorio(m_pastas.sDestino);
-    std::vector<std::string> listaNomes;
-    if (erro.Ok()) erro = rSistema.Lista(m_pastas.sDestino, "*", listaNomes);
-    if (!erro.Ok()) return XVNotaCaminho(XVCodigoArquivo(erro), m_pastas.sDestino);
-    return listaNomes.empty() ? S_OK : eInvalidFile;
+    return PreparaDestino();
 }
 
-// The record is believed where it reads as the present version and nothing else, its header whole or not.
+HRESULT CXVRecuperacao::PreparaDestino() {
+    IXVSistemaArquivos& rSistema = XVPlataforma::SistemaArquivos();
+    const std::string sNaOrigem = rSistema.Junta(m_pastas.sOrigem, "");
+    for (const std::string* psPasta : {&m_pastas.sDestino, &m_pastas.sSeparados})
+        if (rSistema.Junta(*psPasta, "").starts_with(sNaOrigem))
+            return Recusa(ERecusa::eDestinoNaOrigem, E_INVALIDARG);
+    for (const std::string* psPasta : {&m_pastas.sSeparados, &m_pastas.sDestino}) {
+        std::vector<std::string> listaNomes;
+        CXVErroArquivo erro;
+        if (psPasta == &m_pastas.sDestino) erro = rSistema.CriaDiretorio(*psPasta);
+        if (erro.Ok()) erro = rSistema.Lista(*psPasta, "*", listaNomes);
+        const bool bAusente = erro.GetCausa() == ECausaArquivo::eCaminhoInvalido ||
+                              erro.GetCausa() == ECausaArquivo::eArquivoNaoEncontrado;
+        if (!erro.Ok() && !(bAusente && psPasta == &m_pastas.sSeparados))
+            return XVNotaCaminho(XVCodigoArquivo(erro), *psPasta);
+        if (!listaNomes.empty()) return Recusa(ERecusa::eDestinoOcupado, eInvalidFile);
+    }
+    m_bComecou = true;
+    return S_OK;
+}
+
+// The record is believed where it reads as the present version, its header whole or not.
 HRESULT CXVRecuperacao::ConfereVersao() {
     SArquivoLoja arquivo;
     HRESULT hr = m_leitura.Descreve(k_pszArquivoVersao, &arquivo);
@@ -78,13 +97,13 @@ HRESULT CXVRecuperacao::ConfereVersao() {
         hr = m_leitura.Percorre(arquivo, sizeof(reg), [&](XVUInt64, std::span<const char> aBytes) {
             std::memcpy(&reg, aBytes.data(), sizeof(reg));
         });
-    REG_CR_MIDDLEWARE_VERSAO regAtual{};
-    regAtual.usVersao = k_usVersaoAtualBase;
-    if (SUCCEEDED(hr) && std::memcmp(&reg, &regAtual, sizeof(reg)) == 0) return S_OK;
+    if (SUCCEEDED(hr) && reg.usVersao == k_usVersaoAtualBase) return S_OK;
     if (!XVTemDados(m_leitura)) return S_OK;
     if (SUCCEEDED(hr) && SUCCEEDED(arquivo.hr) && arquivo.uiTamanho == sizeof(reg))
         return reg.usVersao < k_usVersaoAtualBase ? E_XVCR_VERSAO_INCOMPATIVEL
                                                   : E_XVCR_VERSAO_BASE_SUPERIOR_VERSAO_SISTEMA;
+    if (SUCCEEDED(hr) && !arquivo.bExiste && XVEhVersaoZero(m_leitura, m_pastas.sOrigem, m_rDono))
+        return E_XVCR_VERSAO_INCOMPATIVEL;
     return m_bVersaoAtual ? S_OK : E_XVCR_INCONSISTENCIA_CONTROLE_CRIACAO_ARQUIVOS;
 }
 
@@ -104,34 +123,35 @@ HRESULT CXVRecuperacao::LeIndice() {
     m_bIndiceConfere = m_arquivoIndice.bExiste && SUCCEEDED(m_arquivoIndice.hr) && m_indice.GetSobra() == 0 &&
                        m_indice.GetImpossiveis().empty() && m_pRecuperacao->listaIlegiveis.empty();
     constexpr XVUInt64 k_uiRegistro = sizeof(REG_CR_INDEX_INTEGRACAO_V1);
+    std::vector<XVUInt64> aImpossiveis;
     for (const XVUInt ulPosicao : m_indice.GetImpossiveis())
-        if (hr = Separa(m_arquivoIndice, (ulPosicao - 1) * k_uiRegistro, ulPosicao * k_uiRegistro);
-            FAILED(hr))
-            return hr;
+        aImpossiveis.push_back((ulPosicao - 1) * k_uiRegistro);
+    hr = SeparaRegistros(m_arquivoIndice, aImpossiveis, k_uiRegistro);
+    if (FAILED(hr)) return hr;
     m_listaDias = XVListaDias(m_leitura);
     std::vector<REG_XVDMC> listaSemIndice;
     XVPercorreDias(m_listaDias, m_indice.GetEntradas(),
                    [&](XVUInt64 uiDia, std::span<const SEntradaIndice> aEntradas, XVUInt) {
                        CXVExameDia dia(m_leitura, m_semSelos, uiDia, CXVExameDia::EAlcance::eTudo);
                        dia.ExaminaRegistros(aEntradas, ~XVUInt{0});
-                       dia.JuntaChavesDoBanco(aEntradas, &m_aDoBanco);
+                       if (!dia.TemChaves()) return;
+                       dia.JuntaDoBanco(aEntradas, &m_aDoBanco);
                        for (const XVUInt ulPonteiro : dia.GetSemIndice())
                            listaSemIndice.push_back(dia.GetDmc(ulPonteiro));
                        for (XVUInt ul = 1; ul <= dia.GetMotivos().size(); ++ul)
                            if ((dia.GetMotivos()[ul - 1] & eMotivo_IndiceRepetido) != 0)
                                listaSemIndice.push_back(dia.GetDmc(ul));
                    });
-    std::sort(m_aDoBanco.begin(), m_aDoBanco.end());
-    m_log.Le(m_pastas.sOrigem, listaSemIndice);
+    m_log.Le(m_pastas.sOrigem, listaSemIndice, m_aDoBanco);
     return S_OK;
 }
 
-// A later integration of the bank with the same key took its place in the index; or may have, where the
-// index is whole and no line of the log is left to say so. It stays as it was, unknown to the index.
+// A later integration of the bank with the same key took its place in the index; or may have, where no line
+// of the log is left to say so. It stays as it was, unknown to the index. Only of an index that is whole: a
+// damaged one may have lost it.
 bool CXVRecuperacao::FoiSubstituida(REG_XVDMC regDmc) const {
-    const auto uiChave = m_log.GetChave(regDmc);
-    if (uiChave) return *uiChave != 0 && std::binary_search(m_aDoBanco.begin(), m_aDoBanco.end(), *uiChave);
-    return m_bIndiceConfere && !m_aDoBanco.empty();
+    if (!m_bIndiceConfere) return false;
+    return m_log.GetChave(regDmc) ? m_log.FoiSubstituida(regDmc) : !m_aDoBanco.empty();
 }
 
 void CXVRecuperacao::PoeNoIndice(REG_XVDMC regDmc) {
@@ -168,5 +188,16 @@ HRESULT CXVRecuperacao::Separa(const SArquivoLoja& rArquivo, XVUInt64 uiDe, XVUI
     AnotaIlegivel(rArquivo, hrLeitura);
     if (SUCCEEDED(hr)) hr = escrita.Conclui(m_rDono, 0);
     m_pRecuperacao->listaSeparados.push_back({rArquivo.sNome, uiOffset, uiAte - uiDe});
+    return hr;
+}
+
+HRESULT CXVRecuperacao::SeparaRegistros(const SArquivoLoja& rArquivo, std::span<const XVUInt64> aDe,
+                                        XVUInt64 uiTamanho) {
+    HRESULT hr = S_OK;
+    for (std::size_t i = 0; i < aDe.size() && SUCCEEDED(hr);) {
+        const std::size_t uiPrimeiro = i;
+        for (++i; i < aDe.size() && aDe[i] == aDe[i - 1] + uiTamanho;) ++i;
+        hr = Separa(rArquivo, aDe[uiPrimeiro], aDe[i - 1] + uiTamanho);
+    }
     return hr;
 }

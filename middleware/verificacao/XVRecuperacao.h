@@ -45,6 +45,13 @@ struct SRecuperacao {
     std::vector<SIntegracaoRecuperada> listaIntegracoes;  // with gaps, or lost
     std::vector<SBytesSeparados> listaSeparados;
     std::vector<std::string> listaIlegiveis;  // files that the system would not read to their end
+    // Files that the creation control names and that are gone, or that are shorter than their header says.
+    std::vector<std::string> listaIncompletos;
+
+    bool TudoVoltou() const {
+        return uiComFaltas + uiPerdidas == 0 && listaSeparados.empty() && listaIlegiveis.empty() &&
+               listaIncompletos.empty();
+    }
 };
 
 class CXVEscritaRecuperada;
@@ -64,9 +71,18 @@ class CXVRecuperacao {
 
     // eSharingViolation: somebody has the store open. E_XVCR_VERSAO_INCOMPATIVEL,
     // E_XVCR_VERSAO_BASE_SUPERIOR_VERSAO_SISTEMA: it is of another version.
-    // E_XVCR_INCONSISTENCIA_CONTROLE_CRIACAO_ARQUIVOS: nothing tells its version. eInvalidFile: the new
-    // directory is not empty.
+    // E_XVCR_INCONSISTENCIA_CONTROLE_CRIACAO_ARQUIVOS: nothing tells its version.
     HRESULT Executa(SRecuperacao* pRecuperacao);
+    // Why Executa refused the directories before it made anything.
+    enum class ERecusa : std::uint8_t {
+        eNenhuma,
+        eEmUso,            // eSharingViolation, of the damaged store
+        eDestinoOcupado,   // eInvalidFile: the new directory, or the one for bytes put aside, is not empty
+        eDestinoNaOrigem,  // E_INVALIDARG: one of them lies in the damaged store
+    };
+    ERecusa GetRecusa() const { return m_eRecusa; }
+    // From here on a failure leaves a part of the new store behind.
+    bool Comecou() const { return m_bComecou; }
 
     // Told of every piece that was read.
     std::function<void(XVUInt64 uiBytes)> m_fnProgresso;
@@ -75,7 +91,13 @@ class CXVRecuperacao {
     HRESULT Prepara();
     // A file without which the recovery cannot go on.
     HRESULT Descreve(const std::string& sNome, SArquivoLoja* pArquivo);
+    HRESULT PreparaDestino();
+    HRESULT Recusa(ERecusa eRecusa, HRESULT hr) {
+        m_eRecusa = eRecusa;
+        return hr;
+    }
     HRESULT ConfereVersao();
+    void ProcuraIncompletos();
     HRESULT LeIndice();
     HRESULT RecuperaDia(XVUInt64 uiDia, std::span<const SEntradaIndice> aEntradas);
     HRESULT SeparaDia(const CXVExameDia& rDia);
@@ -100,11 +122,15 @@ class CXVRecuperacao {
     HRESULT Conclui(CXVEscritaRecuperada& rEscrita);
     // Bytes of a file from uiDe to uiAte of its payload.
     HRESULT Separa(const SArquivoLoja& rArquivo, XVUInt64 uiDe, XVUInt64 uiAte);
+    // Records of one size by where they begin, ascending; neighbours are one run.
+    HRESULT SeparaRegistros(const SArquivoLoja& rArquivo, std::span<const XVUInt64> aDe, XVUInt64 uiTamanho);
     void AnotaIlegivel(const SArquivoLoja& rArquivo, HRESULT hr);
 
     SPastas m_pastas;
     const IXVDF_Profiler& m_rDono;
     bool m_bVersaoAtual;
+    bool m_bComecou = false;
+    ERecusa m_eRecusa = ERecusa::eNenhuma;
     CXVLeituraLoja m_leitura;
     const TSelos m_semSelos;
     SRecuperacao* m_pRecuperacao = nullptr;
@@ -112,7 +138,7 @@ class CXVRecuperacao {
     CXVExameIndice m_indice;
     bool m_bIndiceConfere = false;
     std::vector<SDiaListado> m_listaDias;
-    std::vector<XVUInt64> m_aDoBanco;  // keys of its integrations that come back, ascending
+    std::vector<TChaveDmc> m_aDoBanco;  // that come back
     CXVChavesDoLog m_log;
     // Index records by their old position; those that are made anew come behind all others.
     std::map<XVUInt64, REG_CR_INDEX_INTEGRACAO_V1> m_mapaIndice;

@@ -1,5 +1,6 @@
 // CXVRecuperacao: what is not of a day.
 #include <algorithm>
+#include <set>
 
 #include "core/xvdatabase/XVNomeArquivo.h"
 #include "core/xvdatabase/XVRegistroVersao.h"
@@ -8,6 +9,7 @@
 #include "middleware/verificacao/XVEscritaRecuperada.h"
 #include "middleware/verificacao/XVPedacosEmRegistros.h"
 #include "middleware/verificacao/XVRecuperacao.h"
+#include "middleware/verificacao/XVTextosDoControle.h"
 #include "platform/XVAberturaConsulta.h"
 #include "platform/XVPlataforma.h"
 #include "support/codes/XVCodigosArquivo.h"
@@ -24,6 +26,25 @@ std::string_view Bytes(const T& reg) {
 HRESULT CXVRecuperacao::Conclui(CXVEscritaRecuperada& rEscrita) {
     m_listaArquivos.push_back(rEscrita.GetNome());
     return rEscrita.Conclui(m_rDono, k_usVersaoArquivoInicial);
+}
+
+// What is missing as a whole or at its end; nothing else tells it of the key map, the date-times and of days
+// that the index lost too.
+void CXVRecuperacao::ProcuraIncompletos() {
+    std::vector<std::string> listaNomes;
+    bool bPartida = false;
+    XVIgnora(XVTextosDoControle::Le(m_leitura, &listaNomes, &bPartida));
+    for (const auto& [sMinusculo, sNome] : m_leitura.GetNomes()) listaNomes.push_back(sNome);
+    std::set<std::string> vistos;
+    for (const std::string& rNome : listaNomes) {
+        // What the version file says is known by now.
+        if (XVIgualSemCaixa(rNome, k_pszArquivoVersao) || !vistos.insert(XVEmMinusculas(rNome)).second)
+            continue;
+        SArquivoLoja arquivo;
+        if (FAILED(m_leitura.Descreve(rNome, &arquivo))) continue;
+        const bool bCurto = arquivo.bCabecalho && arquivo.uiTamanho < arquivo.regB.uiTamanhoDados;
+        if (!arquivo.bExiste || bCurto) m_pRecuperacao->listaIncompletos.push_back(rNome);
+    }
 }
 
 // The records that can be one, in their order; the others are put aside.
@@ -50,8 +71,8 @@ HRESULT CXVRecuperacao::RecuperaLancamentos(const char* pszNome, XVUInt ulColuna
                                                   [&](XVUInt64, std::span<const char> aBytes) {
                                                       pedacos.Toma(aBytes, false, examina);
                                                   }));
-    for (const XVUInt64 uiDe : aRuins)
-        if (hr = Separa(arquivo, uiDe, uiDe + sizeof(T)); FAILED(hr)) return hr;
+    hr = SeparaRegistros(arquivo, aRuins, sizeof(T));
+    if (FAILED(hr)) return hr;
     hr = Separa(arquivo, (aBons.size() + aRuins.size()) * sizeof(T), arquivo.uiTamanho);
     m_pRecuperacao->uiLancamentos += aBons.size();
     CXVEscritaRecuperada escrita(m_pastas.sDestino, pszNome, CXVEscritaRecuperada::ECabecalho::eCom);

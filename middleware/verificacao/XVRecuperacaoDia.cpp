@@ -65,7 +65,7 @@ HRESULT CXVRecuperacao::RecuperaDia(XVUInt64 uiDia, std::span<const SEntradaIndi
     HRESULT hr = RecusaOutroPrograma(dia);
     if (FAILED(hr)) return hr;
     const SArquivoLoja& rArquivo = dia.GetArquivo();
-    if (!dia.GetDmc(1).EhDeIntegracao()) return SeparaDia(dia);
+    if (!dia.TemChaves()) return SeparaDia(dia);
     AnotaIlegivel(rArquivo, dia.GetFalha(CXVExameDia::k_uiTextos));
     hr = RecuperaTextos(dia);
     if (FAILED(hr)) return hr;

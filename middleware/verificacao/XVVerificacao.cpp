@@ -30,8 +30,11 @@ bool SVerificacao::EhIntegra() const {
     });
 }
 
-CXVVerificacao::CXVVerificacao(std::string sDiretorio, FProgresso fnProgresso)
-    : m_sDiretorio(std::move(sDiretorio)), m_fnProgresso(std::move(fnProgresso)), m_leitura(m_sDiretorio) {
+CXVVerificacao::CXVVerificacao(std::string sDiretorio, const IXVDF_Profiler& rDono, FProgresso fnProgresso)
+    : m_sDiretorio(std::move(sDiretorio)),
+      m_rDono(rDono),
+      m_fnProgresso(std::move(fnProgresso)),
+      m_leitura(m_sDiretorio) {
     if (!m_fnProgresso) return;
     m_leitura.m_fnProgresso = [this](const std::string&, XVUInt64 uiBytes) {
         m_uiBytesLidos += uiBytes;
@@ -57,6 +60,7 @@ HRESULT CXVVerificacao::Executa(SVerificacao* pVerificacao) {
                        VerificaDia(uiDia, aEntradas, ulLimite);
                    });
     JulgaSemIndice();
+    VerificaSelos();
     return S_OK;
 }
 
@@ -159,10 +163,17 @@ void CXVVerificacao::VerificaDia(XVUInt64 uiDia, std::span<const SEntradaIndice>
     CXVExameDia dia(m_leitura, m_selos, uiDia, CXVExameDia::EAlcance::eAteOCabecalho);
     dia.ExaminaRegistros(aEntradas, ulLimite);
     dia.ExaminaTextos();
-    dia.JuntaChavesDoBanco(aEntradas, &m_aDoBanco);
+    dia.JuntaDoBanco(aEntradas, &m_aDoBanco);
     JulgaArquivosDoDia(dia);
     ContaDia(dia);
-    for (const XVUInt ulPonteiro : dia.GetSemIndice()) m_listaSemIndice.push_back(dia.GetDmc(ulPonteiro));
+    const auto& rSemIndice = dia.GetSemIndice();
+    if (!dia.TemChaves() && !rSemIndice.empty())
+        Anota({.eTipo = EAchado::eSemIndice,
+               .sArquivo = dia.GetArquivo().sNome,
+               .uiQuantidade = rSemIndice.size(),
+               .sDetalhe = "o nome do arquivo não é de um dia do calendário"});
+    else
+        for (const XVUInt ulPonteiro : rSemIndice) m_listaSemIndice.push_back(dia.GetDmc(ulPonteiro));
 }
 
 void CXVVerificacao::JulgaArquivosDoDia(const CXVExameDia& rDia) {
@@ -225,20 +236,21 @@ void CXVVerificacao::ContaDia(const CXVExameDia& rDia) {
 // key took that place. The record does not hold the key; the general log does.
 void CXVVerificacao::JulgaSemIndice() {
     CXVChavesDoLog log;
-    log.Le(m_sDiretorio, m_listaSemIndice);
-    std::sort(m_aDoBanco.begin(), m_aDoBanco.end());
+    log.Le(m_sDiretorio, m_listaSemIndice, m_aDoBanco);
     SXVAchado aAchados[2];
     const auto anota = [&] {
         for (SXVAchado& rAchado : aAchados)
             if (rAchado.uiQuantidade > 0) Anota(std::exchange(rAchado, {}));
     };
     for (const REG_XVDMC regDmc : m_listaSemIndice) {
-        const auto uiChave = log.GetChave(regDmc);
-        if (uiChave && *uiChave != 0 && std::binary_search(m_aDoBanco.begin(), m_aDoBanco.end(), *uiChave)) {
+        const bool bSubstituida = log.FoiSubstituida(regDmc);
+        if (bSubstituida && m_bIndiceConfere) {
             ++m_pVerificacao->uiSubstituidas;
             continue;
         }
-        const bool bTalvez = m_bIndiceConfere && !uiChave && !m_aDoBanco.empty();
+        // Of an index that is damaged itself nobody can tell what it never held from what it lost.
+        const bool bTalvez =
+            bSubstituida || (m_bIndiceConfere && !log.GetChave(regDmc) && !m_aDoBanco.empty());
         const XVUInt64 uiDia = regDmc.GetDma().ToChave();
         SXVAchado& rAchado = aAchados[bTalvez ? 1 : 0];
         if (rAchado.uiDia != uiDia) anota();

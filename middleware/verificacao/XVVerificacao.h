@@ -15,6 +15,7 @@
 #include "middleware/verificacao/XVAchado.h"
 #include "middleware/verificacao/XVDiasDaLoja.h"
 #include "middleware/verificacao/XVExameDia.h"
+#include "support/trace/IXVDF_Profiler.h"
 
 struct SVerificacao {
     XVUInt64 uiIntegracoes = 0;   // that the store knows, or should
@@ -37,7 +38,8 @@ class CXVVerificacao {
     // Told now and then how many of how many bytes were read.
     using FProgresso = std::function<void(XVUInt64 uiFeitos, XVUInt64 uiTotal)>;
 
-    explicit CXVVerificacao(std::string sDiretorio, FProgresso fnProgresso = {});
+    // rDono must outlive this object.
+    CXVVerificacao(std::string sDiretorio, const IXVDF_Profiler& rDono, FProgresso fnProgresso = {});
 
     // Failures of single files are findings; a failure of the directory as a whole is the code.
     HRESULT Executa(SVerificacao* pVerificacao);
@@ -49,8 +51,10 @@ class CXVVerificacao {
     HRESULT Prepara();
     void VerificaDiario();
     bool VerificaVersao();
+    void VerificaOutraVersao(XVUShort usVersao);
     void VerificaControle();
     void VerificaSobras();
+    void VerificaSelos();
     void VerificaIndice();
     template <class T>
     void VerificaLancamentos(const char* pszNome, XVUInt ulColunas);
@@ -63,6 +67,7 @@ class CXVVerificacao {
     void AnotaSelo(const SArquivoLoja& rArquivo, const SSelo& rSelo, XVUInt64 uiAlterados, XVUInt64 uiDia);
 
     std::string m_sDiretorio;
+    const IXVDF_Profiler& m_rDono;
     FProgresso m_fnProgresso;
     CXVLeituraLoja m_leitura;
     SVerificacao* m_pVerificacao = nullptr;
@@ -72,7 +77,7 @@ class CXVVerificacao {
     CXVExameIndice m_indice;
     std::vector<SDiaListado> m_listaDias;
     std::vector<REG_XVDMC> m_listaSemIndice;
-    std::vector<XVUInt64> m_aDoBanco;  // external keys of the bank's integrations
+    std::vector<TChaveDmc> m_aDoBanco;
     XVUInt64 m_uiBytesLidos = 0;
     XVUInt64 m_uiBytesTotal = 0;
 };

@@ -2,7 +2,9 @@
 #include <algorithm>
 #include <cstring>
 #include <set>
+#include <utility>
 
+#include "core/xvdatabase/XVFileBase.h"
 #include "core/xvdatabase/XVNomeArquivo.h"
 #include "core/xvdatabase/XVRegistroVersao.h"
 #include "middleware/ConversaoDiario.h"
@@ -12,6 +14,7 @@
 #include "middleware/verificacao/XVPedacosEmRegistros.h"
 #include "middleware/verificacao/XVTextosDoControle.h"
 #include "middleware/verificacao/XVVerificacao.h"
+#include "middleware/verificacao/XVVersaoZero.h"
 
 namespace {
 
@@ -70,20 +73,32 @@ bool CXVVerificacao::VerificaVersao() {
             std::memcpy(&reg, aBytes.data(), sizeof(reg));
         });
     JulgaArquivo(arquivo, 0, hr);
-    if (!arquivo.bExiste && SUCCEEDED(hr))
+    if (!arquivo.bExiste && SUCCEEDED(hr)) {
+        if (XVEhVersaoZero(m_leitura, m_sDiretorio, m_rDono)) {
+            VerificaOutraVersao(0);
+            return false;
+        }
         Anota({.eTipo = EAchado::eArquivoAusente, .sArquivo = k_pszArquivoVersao});
+    }
     if (!arquivo.bExiste || FAILED(hr) || FAILED(arquivo.hr) || reg.usVersao == k_usVersaoAtualBase)
         return true;
-    const bool bAnterior = reg.usVersao < k_usVersaoAtualBase;
-    if (bAnterior && !XVTemDados(m_leitura)) return true;
-    Anota({.eTipo = bAnterior ? EAchado::eVersaoAnterior : EAchado::eVersaoPosterior,
+    if (reg.usVersao < k_usVersaoAtualBase && !XVTemDados(m_leitura)) return true;
+    VerificaOutraVersao(reg.usVersao);
+    return false;
+}
+
+// Of layouts that are not of this program the headers are looked at, and nothing else.
+void CXVVerificacao::VerificaOutraVersao(XVUShort usVersao) {
+    Anota({.eTipo = usVersao < k_usVersaoAtualBase ? EAchado::eVersaoAnterior : EAchado::eVersaoPosterior,
            .sArquivo = k_pszArquivoVersao,
-           .sDetalhe = "versão " + std::to_string(reg.usVersao)});
+           .sDetalhe = "versão " + std::to_string(usVersao)});
     for (const auto& [sMinusculo, sNome] : m_leitura.GetNomes())
         if (EhDoEsquema(sNome) && !XVIgualSemCaixa(sNome, k_pszArquivoVersao) &&
-            !XVNomeArquivo::EhIsento(sNome))
-            if (hr = m_leitura.Descreve(sNome, &arquivo); true) JulgaArquivo(arquivo, DiaDoNome(sNome), hr);
-    return false;
+            !XVNomeArquivo::EhIsento(sNome)) {
+            SArquivoLoja arquivo;
+            const HRESULT hr = m_leitura.Descreve(sNome, &arquivo);
+            JulgaArquivo(arquivo, DiaDoNome(sNome), hr);
+        }
 }
 
 void CXVVerificacao::VerificaControle() {
@@ -107,11 +122,45 @@ void CXVVerificacao::VerificaControle() {
         SArquivoLoja arquivo;
         // The version file's absence is told with the version.
         if (XVIgualSemCaixa(rNome, k_pszArquivoVersao)) continue;
-        if (!m_leitura.TemNome(rNome) && (FAILED(m_leitura.Descreve(rNome, &arquivo)) || !arquivo.bExiste))
+        // A link to nowhere has a name and is no file; a file that cannot be read is told by its name.
+        const bool bLida = SUCCEEDED(m_leitura.Descreve(rNome, &arquivo));
+        if (bLida ? !arquivo.bExiste : !m_leitura.TemNome(rNome))
             Anota({.eTipo = EAchado::eArquivoAusente,
                    .sArquivo = rNome,
                    .uiDia = DiaDoNome(rNome),
                    .hr = E_XVCR_INCONSISTENCIA_CONTROLE_CRIACAO_ARQUIVOS});
+    }
+}
+
+// What is told of no block: a sealed file that is gone, empty, without header, or an older one put in its
+// place. Operations only add bytes, and only raise the counter. Where headers are off, nothing tells.
+void CXVVerificacao::VerificaSelos() {
+    if (CXVFileBase::CabecalhoDesabilitadoNaMaquina()) return;
+    for (const auto& [sMinusculo, selo] : m_selos) {
+        const auto itNome = m_leitura.GetNomes().find(sMinusculo);
+        const std::string sNome = itNome != m_leitura.GetNomes().end() ? itNome->second : sMinusculo;
+        const auto& rAchados = m_pVerificacao->listaAchados;
+        const bool bDito = std::any_of(rAchados.begin(), rAchados.end(), [&](const SXVAchado& r) {
+            return XVIgualSemCaixa(r.sArquivo, sNome) &&
+                   XVDescreveAchado(r.eTipo).eGravidade == EGravidade::eDano;
+        });
+        SArquivoLoja arquivo;
+        if (bDito || FAILED(m_leitura.Descreve(sNome, &arquivo)) || FAILED(arquivo.hr)) continue;
+        const std::pair agora(XVUInt64{arquivo.regB.usVoltasContador},
+                              XVUInt64{arquivo.regB.uiContadorAtualizacao});
+        SXVAchado achado{.eTipo = EAchado::eBlocoAlterado, .sArquivo = sNome, .uiDia = DiaDoNome(sNome)};
+        achado.uiQuantidade = selo.aSomas.size();
+        if (!arquivo.bExiste)
+            achado.eTipo = EAchado::eArquivoAusente;
+        else if (!arquivo.bCabecalho)
+            achado.sDetalhe = "o arquivo foi selado com cabeçalho e não o tem mais";
+        else if (arquivo.uiTamanho < selo.uiTamanho)
+            achado.sDetalhe = "o arquivo tem menos bytes do que quando foi selado";
+        else if (agora < std::pair(selo.uiVoltas, selo.uiContador))
+            achado.sDetalhe = "o arquivo é anterior ao que foi selado";
+        else
+            continue;
+        Anota(std::move(achado));
     }
 }
 

@@ -78,7 +78,8 @@ class CXVExameQueda {
         const HRESULT hr = executor.Executa(&recuperacao);
         if (hr == eBadPath) return;  // there was no store yet
         Exige(hr == S_OK, "the recovery failed, " + std::to_string(static_cast<unsigned>(hr)));
-        Exige(CXVVerificacao(sNova).Executa(&verificacao) == S_OK, "what was recovered cannot be verified");
+        Exige(CXVVerificacao(sNova, dono).Executa(&verificacao) == S_OK,
+              "what was recovered cannot be verified");
         for (const SXVAchado& rAchado : verificacao.listaAchados)
             Exige(XVDescreveAchado(rAchado.eTipo).eGravidade != EGravidade::eDano,
                   "what was recovered is not sound: " + rAchado.sArquivo + ' ' +

@@ -5,6 +5,7 @@
 #include "middleware/verificacao/XVRecuperacao.h"
 #include "middleware/verificacao/XVVerificacao.h"
 #include "tests/harness/XVGanchoArquivos.h"
+#include "tests/middleware/XVBaseDourada.h"
 #include "tests/middleware/XVOperacoesLoja.h"
 #include "tests/middleware/XVRetratoLoja.h"
 
@@ -32,7 +33,7 @@ class Verificacao : public CXVCenarioLoja {
     }
     std::string Verifica(SVerificacao* pVerificacao = nullptr, EGravidade eDesde = EGravidade::eAviso) {
         SVerificacao verificacao;
-        EXPECT_EQ(CXVVerificacao(PastaDados()).Executa(&verificacao), S_OK);
+        EXPECT_EQ(CXVVerificacao(PastaDados(), m_Dono).Executa(&verificacao), S_OK);
         if (pVerificacao != nullptr) *pVerificacao = verificacao;
         EXPECT_EQ(verificacao.EhIntegra(), Achados(verificacao, EGravidade::eDano).empty());
         return Achados(verificacao, eDesde);
@@ -48,7 +49,7 @@ class Verificacao : public CXVCenarioLoja {
         for (const SIntegracaoRecuperada& r : recuperacao.listaIntegracoes)
             sTexto += (sTexto.empty() ? "" : "; ") + r.regDmc.ToString() +
                       (r.bPerdida ? " perdida" : " com faltas");
-        return sTexto;
+        return sTexto.empty() && !recuperacao.TudoVoltou() ? "bytes" : sTexto;
     }
     void Muda(const std::string& sNome, const std::function<void(std::string&)>& fn) {
         std::string sBytes = Conteudo(sNome);
@@ -129,6 +130,13 @@ auto Troca(const char* pszNome, const char* pszPor) {
     return
         [=](Verificacao& r) { D(r).m_Arquivos.CriaArquivo(D(r).PastaDados(pszNome), D(r).Conteudo(pszPor)); };
 }
+// The same payload under a name of its own.
+auto Copia(const char* pszNome, const char* pszDe) {
+    return [=](Verificacao& r) {
+        D(r).m_Arquivos.CriaArquivo(D(r).PastaDados(pszNome),
+                                    XVArquivoDoTeste({.sNome = pszNome}, D(r).Conteudo(pszDe).substr(240)));
+    };
+}
 
 const std::string k_sDeDoisRegistros = XVCabecalhoDoTeste({.sNome = k_pszDia}, 2 * 88);
 const SDano k_aDanos[] = {
@@ -139,6 +147,8 @@ const SDano k_aDanos[] = {
      "20240315-2-1 com faltas; 20240315-3-1 com faltas"},
     {"IndiceComZeros", Zera(k_pszIndice, 24, 24), "indiceImpossivel CRINDEXINTEG.dat; semIndice 20240313:2",
      "20240313-2-1 com faltas"},
+    {"IndiceComOutroTipo", Poe(k_pszIndice, 32, '\2'),
+     "indiceImpossivel CRINDEXINTEG.dat; semIndice 20240313:2", "20240313-2-1 com faltas"},
     {"IndiceSemUm", NosDados(k_pszIndice, [](std::string& rs) { rs.erase(72, 24); }), "semIndice 20240315:1",
      "20240315-1-1 com faltas"},
     {"IndiceRepetido", NosDados(k_pszIndice, [](std::string& rs) { rs.replace(104, 8, rs.substr(80, 8)); }),
@@ -156,6 +166,8 @@ const SDano k_aDanos[] = {
     {"DiaDeOutroDia", Troca(k_pszDia, "CRINTEGMID20240313.dat"),
      "arquivoRecusado CRINTEGMID20240315.dat; semRegistro 20240315:1-3",
      "20240315-1-1 perdida; 20240315-2-1 perdida; 20240315-3-1 perdida"},
+    {"DiaForaDoCalendario", Copia("CRINTEGMID99999999.dat", k_pszDia), "semIndice CRINTEGMID99999999.dat",
+     "bytes"},
     {"TextoDeOutra", Poe(k_pszDia, 2 * 88 + 48, 1), "textoDeOutra 20240315:1,3",
      "20240315-1-1 com faltas; 20240315-3-1 com faltas"},
     {"CadeiaPartida", Poe(k_pszJSON, 4 + 712 + 3, '\x7f'),
@@ -175,7 +187,9 @@ const SDano k_aDanos[] = {
     {"VersaoAusente", Some("CRMIDDLEWAREVS.dat"), "arquivoAusente CRMIDDLEWAREVS.dat", ""},
     {"ControleCortado", Corta(k_pszControle, 2), "cadeiaPartida XVDATABASE_FILE_CTRL.dat", ""},
     {"CopiaDeixada", Troca("CRDTHRINTEG.tra", "CRDTHRINTEG.dat"), "copiaDeixada CRDTHRINTEG.tra", ""},
-    {"DatasComZeros", Zera("CRDTHRINTEG.dat", 0, 32), "lancamentoImpossivel CRDTHRINTEG.dat", ""},
+    {"DatasComZeros", Zera("CRDTHRINTEG.dat", 0, 32), "lancamentoImpossivel CRDTHRINTEG.dat", "bytes"},
+    {"DatasAusentes", Some("CRDTHRINTEG.dat"), "arquivoAusente CRDTHRINTEG.dat", "bytes"},
+    {"DatasCortadas", Corta("CRDTHRINTEG.dat", 32), "arquivoRecusado CRDTHRINTEG.dat", "bytes"},
 };
 
 TEST_P(VerificacaoDano, EhDitoERecuperado) {
@@ -249,6 +263,20 @@ TEST_F(Verificacao, RecuperacaoRecusaOQueNaoPodeSaber) {
     m_Arquivos.CriaArquivo(PastaDados("CRMIDDLEWAREVS.dat"), sVersao);
     m_Arquivos.CriaArquivo("/nova/MATRIZ/DF/x", "");
     EXPECT_EQ(recupera(false), eInvalidFile);
+    for (const auto& [sDestino, sSeparados, hr] :
+         {std::tuple(PastaDados("x/DF"), PastaDados("x/separados"), HRESULT{E_INVALIDARG}),
+          std::tuple(std::string("/outra/DF"), std::string("/nova/MATRIZ/DF"), HRESULT{eInvalidFile})}) {
+        SRecuperacao recuperacao;
+        EXPECT_EQ(CXVRecuperacao({PastaDados(), sDestino, sSeparados}, m_Dono, true).Executa(&recuperacao),
+                  hr);
+    }
+    std::vector<std::string> listaNomes;
+    EXPECT_TRUE(m_Arquivos.Lista(PastaDados(), "*", listaNomes).Ok());
+    for (const std::string& rNome : listaNomes) Apaga(rNome);
+    for (const auto& [sNome, sBytes] : XVBaseDourada(0, true))
+        m_Arquivos.CriaArquivo(PastaDados(sNome), sBytes);
+    EXPECT_EQ(recupera(true), E_XVCR_VERSAO_INCOMPATIVEL) << "the first version never had a version file";
+    EXPECT_EQ(Verifica(), "versaoAnterior CRMIDDLEWAREVS.dat");
 }
 
 // The bank's later integration takes the place of the earlier one in the index: by the log that is the normal
@@ -260,11 +288,23 @@ TEST_F(Verificacao, SubstituidaDoBancoNaoFazFalta) {
     EXPECT_EQ(Verifica(&verificacao), "");
     EXPECT_EQ(verificacao.uiSubstituidas, 1U);
     EXPECT_EQ(verificacao.uiIntegracoes, 6U);
+    REG_XVDMC regDmc{XVChaveDmc(XVDma(2024, 3, 16), 1)};
+    EXPECT_EQ(Abre()->GravaIntegracao(&regDmc, CXVIntegracaoTeste(501, OfficialBank).Ptr()), S_OK);
+    EXPECT_EQ(Verifica(&verificacao), "") << "its successor has had another key since";
+    EXPECT_EQ(verificacao.uiSubstituidas, 1U);
     Apaga("XVLogGeral_202403.log");
     EXPECT_EQ(Verifica(&verificacao), "talvezSubstituida 20240315:2");
     EXPECT_TRUE(verificacao.EhIntegra());
     EXPECT_EQ(Recupera(), "");
     EXPECT_EQ(Verifica(), "talvezSubstituida 20240315:2");
+}
+
+TEST_F(Verificacao, DeIndiceDanificadoNadaFoiSubstituido) {
+    Grava(*Abre(), CXVIntegracaoTeste(500, OfficialBank));
+    NosDados(k_pszIndice, [](std::string& rs) { rs.append(48, '\0'); })(*this);
+    EXPECT_EQ(Verifica(), "indiceImpossivel CRINDEXINTEG.dat; talvezSubstituida 20240315:2");
+    EXPECT_EQ(Recupera(), "20240315-2-1 com faltas");
+    EXPECT_EQ(m_Arquivos.LeConteudo("/nova/MATRIZ/separados/CRINDEXINTEG.dat.384"), std::string(48, '\0'));
 }
 
 // Operations come between any two file operations of the verification, and the store is left as a process
@@ -310,7 +350,7 @@ TEST_F(Verificacao, AoLadoDeQuemGravaEDepoisDaMorte) {
 TEST_F(Verificacao, SeloAcusaOQueNenhumaOperacaoMudou) {
     SVerificacao verificacao;
     const auto sela = [&] {
-        CXVVerificacao executor(PastaDados());
+        CXVVerificacao executor(PastaDados(), m_Dono);
         EXPECT_EQ(executor.Executa(&verificacao), S_OK);
         return executor.Sela();
     };
@@ -337,6 +377,18 @@ TEST_F(Verificacao, SeloAcusaOQueNenhumaOperacaoMudou) {
         Vira(pszNome, static_cast<std::size_t>(uiOnde))(*this);
         EXPECT_EQ(Verifica(), pszAchados);
         EXPECT_EQ(sela(), S_FALSE) << "a seal over damage would hide it";
+    }
+    const auto antigo = [](std::string& rs) {
+        rs = XVArquivoDoTeste({.sNome = "CRDTHRINTEG.dat"}, rs.substr(240));
+    };
+    const auto semCabecalho = [](std::string& rs) { rs.erase(0, 240); };
+    for (const auto& [fn, pszAchados] :
+         {std::pair(TMuda([](std::string& rs) { rs.clear(); }), "blocoAlterado CRDTHRINTEG.dat"),
+          std::pair(TMuda(semCabecalho), "semCabecalho CRDTHRINTEG.dat; blocoAlterado CRDTHRINTEG.dat"),
+          std::pair(TMuda(antigo), "blocoAlterado CRDTHRINTEG.dat")}) {
+        m_Arquivos.Restaura(antes);
+        Muda("CRDTHRINTEG.dat", fn);
+        EXPECT_EQ(Verifica(), pszAchados);
     }
     m_Arquivos.Restaura(antes);
     Vira(k_pszArquivoSelos, 40)(*this);

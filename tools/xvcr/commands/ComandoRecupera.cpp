@@ -54,6 +54,7 @@ void MostraJson(CXVSaida& rSaida, const SRecuperacao& r, const std::string& sPas
         rSaida.LinhaJson(
             XVJson{{"separado", rBytes.sArquivo}, {"byte", rBytes.uiOffset}, {"bytes", rBytes.uiBytes}});
     for (const std::string& rArquivo : r.listaIlegiveis) rSaida.LinhaJson(XVJson{{"ilegivel", rArquivo}});
+    for (const std::string& rArquivo : r.listaIncompletos) rSaida.LinhaJson(XVJson{{"incompleto", rArquivo}});
     XVJson json{{"inteiras", r.uiInteiras},
                 {"comFaltas", r.uiComFaltas},
                 {"perdidas", r.uiPerdidas},
@@ -95,6 +96,8 @@ void MostraTexto(CXVSaida& rSaida, const SRecuperacao& r, const std::string& sSe
                      " em diante: " + XVComPontos(rBytes.uiBytes) + " bytes");
     for (const std::string& rArquivo : r.listaIlegiveis)
         rSaida.Linha("O sistema não deixou ler até o fim: " + rArquivo);
+    for (const std::string& rArquivo : r.listaIncompletos)
+        rSaida.Linha("Não está na pasta, ou tem menos bytes do que o cabeçalho diz: " + rArquivo);
 }
 
 SRecuperacao Recupera(const SRecupera& rRecupera, const CXVRecuperacao::SPastas& rPastas,
@@ -109,10 +112,18 @@ SRecuperacao Recupera(const SRecupera& rRecupera, const CXVRecuperacao::SPastas&
     };
     SRecuperacao recuperacao;
     const HRESULT hr = executor.Executa(&recuperacao);
-    if (hr == eInvalidFile)
-        XVFalha("a pasta " + rPastas.sDestino + " já tem arquivos; diga outra com --para");
-    if (hr == eSharingViolation)
+    using ERecusa = CXVRecuperacao::ERecusa;
+    const ERecusa eRecusa = executor.GetRecusa();
+    if (eRecusa == ERecusa::eDestinoOcupado)
+        XVFalha("a pasta " + rPastas.sDestino +
+                ", ou separados ao lado dela, já tem arquivos; diga outra com --para");
+    if (eRecusa == ERecusa::eDestinoNaOrigem)
+        XVFalha("a pasta " + rPastas.sDestino + " fica dentro da base danificada; diga outra com --para");
+    if (eRecusa == ERecusa::eEmUso)
         XVFalha("a base está em uso; feche os programas que a usam e recupere de novo");
+    if (FAILED(hr) && executor.Comecou())
+        XVFalha(XVDescreveFalha(hr) + "; o que foi feito até aí está em " + rPastas.sDestino +
+                " e não é uma base: apague essa pasta antes de recuperar de novo");
     if (hr == E_XVCR_INCONSISTENCIA_CONTROLE_CRIACAO_ARQUIVOS)
         XVFalha("nada diz a versão da base; se ela era da versão atual, diga --versao-atual");
     XVConfere(hr);
@@ -135,7 +146,8 @@ void Executa(const SRecupera& rRecupera, CXVContexto& rContexto) {
                                          rSistema.Junta(rSistema.Junta(sPasta, rEmpresa), "separados")};
     const SRecuperacao recuperacao = Recupera(rRecupera, pastas, rContexto);
     SVerificacao verificacao;
-    XVConfere(CXVVerificacao(pastas.sDestino).Executa(&verificacao));
+    const CXVChamador chamador(rContexto.identificacao);
+    XVConfere(CXVVerificacao(pastas.sDestino, chamador).Executa(&verificacao));
     CXVSaida& rSaida = rContexto.saida;
     if (rSaida.EhJson()) {
         MostraJson(rSaida, recuperacao, sPasta, verificacao.EhIntegra());
@@ -144,8 +156,7 @@ void Executa(const SRecupera& rRecupera, CXVContexto& rContexto) {
         rSaida.Linha("\nA base nova está em " + pastas.sDestino + '.');
         XVMostraVerificacao(rSaida, rEmpresa, verificacao);
     }
-    if (!verificacao.EhIntegra() || recuperacao.uiComFaltas + recuperacao.uiPerdidas > 0)
-        rContexto.eSaida = ESaida::eFalha;
+    if (!verificacao.EhIntegra() || !recuperacao.TudoVoltou()) rContexto.eSaida = ESaida::eFalha;
 }
 
 }  // namespace

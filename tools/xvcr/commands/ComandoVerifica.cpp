@@ -1,6 +1,7 @@
 // verifica: is the store whole? Reads all of it and changes nothing.
 #include <memory>
 
+#include "client/XVChamador.h"
 #include "client/XVRegistryComDiretorio.h"
 #include "platform/XVConsole.h"
 #include "support/XVAmbiente.h"
@@ -21,7 +22,8 @@ void Executa(bool bSela, CXVContexto& rContexto) {
     XVConfere(CAmbienteXV::GetPathDados(XV_DF, rContexto.identificacao.sEmpresa, &sDiretorio));
     SVerificacao verificacao;
     CXVProgresso progresso(XVConsole::ErroEhTerminal());
-    CXVVerificacao executor(sDiretorio, [&](XVUInt64 uiFeitos, XVUInt64 uiTotal) {
+    const CXVChamador chamador(rContexto.identificacao);
+    CXVVerificacao executor(sDiretorio, chamador, [&](XVUInt64 uiFeitos, XVUInt64 uiTotal) {
         progresso.Mostra([&] {
             return "verificando: " + std::to_string(uiTotal == 0 ? 100 : uiFeitos * 100 / uiTotal) + "%";
         });
