@@ -46,7 +46,7 @@ TEST_F(ProgramaVerificacao, DanoDitoRecuperadoEASalvo) {
     EXPECT_EQ(recuperadas.back()["comFaltas"], 1);
     EXPECT_EQ(recuperadas.back()["integra"], true);
     EXPECT_EQ(Xvcr("recupera --para", {sNova}).iSaida, 1) << "a directory that holds a store is left alone";
-    EXPECT_THAT(Xvcr("recupera --para", {m_Diretorio.Junta(sArquivo)}).sErro, HasSubstr(" Arquivo: "));
+    EXPECT_THAT(Xvcr("recupera --para", {sNova + "/001/DF/CRINDEXINTEG.dat"}).sErro, HasSubstr(" Arquivo: "));
     const auto naNova = [&](const std::string& sPalavras) {
         TArgumentos lista = XVPalavras("--empresa 001 --json " + sPalavras);
         lista.insert(lista.begin(), {"--diretorio", sNova});
