@@ -169,7 +169,7 @@ TEST_F(Registro, SegueOQueChegaPeloTempoPedido) {
     EXPECT_EQ(Mostra("--empresa 001 --segue --por 2 --ultimos 1 --funcao Le"),
               json::array({m_Noite, primeira, segunda, terceira, quarta, m_Noite}));
     EXPECT_EQ(relogio.GetMilissegundosDormidos(), 2000U);
-    EXPECT_EQ(Mostra("--empresa 001 --segue --por 1 --do-usuario 0"), json::array({m_Noite}));
+    EXPECT_EQ(Mostra("--empresa 001 --segue --por 1 --do-usuario 0").back(), m_Noite);
 }
 
 // The entry and the exit of one call, beside another call; and a log that is none.
