@@ -26,7 +26,11 @@ std::string Achados(const SVerificacao& rVerificacao, EGravidade eDesde = EGravi
 }
 
 class Verificacao : public CXVCenarioLoja {
-  protected:
+  public:  // what a damage of the table below works with
+    using CXVCenarioLoja::Conteudo;
+    using CXVCenarioLoja::m_Arquivos;
+    using CXVCenarioLoja::PastaDados;
+
     Verificacao() {
         EXPECT_TRUE(XVPovoaLoja(*Abre(), [this](unsigned uiDia) { SetDia(uiDia); }));
         m_original = XVRetrataLoja(*Abre());  // all files are listed from now on
@@ -85,27 +89,15 @@ void PrintTo(const SDano& rDano, std::ostream* pSaida) {
     *pSaida << rDano.pszNome;
 }
 
-class VerificacaoDano : public Verificacao, public testing::WithParamInterface<SDano> {
-  public:
-    using Verificacao::Apaga;
-    using Verificacao::Conteudo;
-    using Verificacao::m_Arquivos;
-    using Verificacao::Muda;
-    using Verificacao::MudaDados;
-    using Verificacao::PastaDados;
-};
-using V = VerificacaoDano;
+class VerificacaoDano : public Verificacao, public testing::WithParamInterface<SDano> {};
 
-V& D(Verificacao& r) {
-    return static_cast<V&>(r);
-}
 // What is done to a file: to its payload under a header that vouches for it, or to the whole file.
 using TMuda = std::function<void(std::string&)>;
 auto NosDados(const char* pszNome, TMuda fn) {
-    return [=](Verificacao& r) { D(r).MudaDados(pszNome, fn); };
+    return [=](Verificacao& r) { r.MudaDados(pszNome, fn); };
 }
 auto NoArquivo(const char* pszNome, TMuda fn) {
-    return [=](Verificacao& r) { D(r).Muda(pszNome, fn); };
+    return [=](Verificacao& r) { r.Muda(pszNome, fn); };
 }
 auto Zera(const char* pszNome, std::size_t uiDe, std::size_t uiBytes) {
     return NosDados(pszNome, [=](std::string& rs) { rs.replace(uiDe, uiBytes, uiBytes, '\0'); });
@@ -123,18 +115,17 @@ auto Corta(const char* pszNome, std::size_t uiBytes) {
     return NoArquivo(pszNome, [=](std::string& rs) { rs.resize(rs.size() - uiBytes); });
 }
 auto Some(const char* pszNome) {
-    return [=](Verificacao& r) { D(r).Apaga(pszNome); };
+    return [=](Verificacao& r) { r.Apaga(pszNome); };
 }
 // The content of another file.
 auto Troca(const char* pszNome, const char* pszPor) {
-    return
-        [=](Verificacao& r) { D(r).m_Arquivos.CriaArquivo(D(r).PastaDados(pszNome), D(r).Conteudo(pszPor)); };
+    return [=](Verificacao& r) { r.m_Arquivos.CriaArquivo(r.PastaDados(pszNome), r.Conteudo(pszPor)); };
 }
 // The same payload under a name of its own.
 auto Copia(const char* pszNome, const char* pszDe) {
     return [=](Verificacao& r) {
-        D(r).m_Arquivos.CriaArquivo(D(r).PastaDados(pszNome),
-                                    XVArquivoDoTeste({.sNome = pszNome}, D(r).Conteudo(pszDe).substr(240)));
+        r.m_Arquivos.CriaArquivo(r.PastaDados(pszNome),
+                                 XVArquivoDoTeste({.sNome = pszNome}, r.Conteudo(pszDe).substr(240)));
     };
 }
 
