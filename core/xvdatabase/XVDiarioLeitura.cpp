@@ -77,6 +77,7 @@ CXVErroArquivo CXVDiarioLeitura::Le(IXVArquivo& rArquivo) {
         reg.uiTamanhoAnel > k_uiTamanhoMaximoAnel || reg.uiTamanhoAnel > uiTamanho - k_uiTamanhoPaginaDiario)
         return erro;
     m_uiSessao = reg.uiSessao;
+    m_uiPalavra = Palavra<XVUInt64>(static_cast<std::size_t>(k_uiOffsetSequencia));
     const XVUInt64 uiFimAnel = k_uiTamanhoPaginaDiario + reg.uiTamanhoAnel;
     erro = LeAte(rArquivo, uiFimAnel);
     // Behind the ring there is one entry, or what is left of one; its length is believed as far as the file

@@ -38,6 +38,10 @@ class CXVDiarioLeitura {
 
     // The entries that are still needed, oldest first.
     const std::vector<SEntradaLida>& GetEntradas() const { return m_listaEntradas; }
+    // 0: the bytes are no journal.
+    XVUInt64 GetSessao() const { return m_uiSessao; }
+    // The word that tells how far the writer is, as it stood before the entries were read.
+    XVUInt64 GetPalavra() const { return m_uiPalavra; }
     // An entry that is needed is not there: the device lost it.
     bool TemLacuna() const { return m_bLacuna; }
     // An entry that is needed does not say what became of its operation.
@@ -58,6 +62,7 @@ class CXVDiarioLeitura {
     std::string m_sBytes;
     std::vector<SEntradaLida> m_listaEntradas;
     XVUInt64 m_uiSessao = 0;
+    XVUInt64 m_uiPalavra = 0;
     XVUInt64 m_uiMaiorInacabada = 0;
     XVUInt64 m_uiSomados = 0;  // bytes of which sums were taken
     bool m_bLacuna = false;

@@ -97,26 +97,8 @@ bool CXVReconstrucao::Inclui(const SParteLida& rParte, bool bDesfaz) {
     }
     rArquivo.uiTamanhoFinal = bDesfaz ? rParte.uiTamanhoAntes : rParte.uiTamanhoDepois;
     rArquivo.bApaga = bDesfaz && rParte.bCria;
-    Mescla(rArquivo.mapaFinal, rParte.uiOffset, bDesfaz ? rParte.sAntigos : rParte.sNovos);
+    rArquivo.faixasFinais.Mescla(rParte.uiOffset, bDesfaz ? rParte.sAntigos : rParte.sNovos);
     return true;
-}
-
-// Newer bytes take the place of what older ranges say of them.
-void CXVReconstrucao::Mescla(std::map<XVUInt64, std::string>& rMapa, XVUInt64 uiOffset,
-                             std::string_view sBytes) {
-    if (sBytes.empty()) return;
-    const XVUInt64 uiFim = uiOffset + sBytes.size();
-    auto it = rMapa.lower_bound(uiOffset);
-    if (it != rMapa.begin() && std::prev(it)->first + std::prev(it)->second.size() > uiOffset) --it;
-    while (it != rMapa.end() && it->first < uiFim) {
-        const XVUInt64 uiInicioVelho = it->first;
-        const std::string sVelho = std::move(it->second);
-        it = rMapa.erase(it);
-        if (uiInicioVelho < uiOffset) rMapa[uiInicioVelho] = sVelho.substr(0, uiOffset - uiInicioVelho);
-        if (uiInicioVelho + sVelho.size() > uiFim)
-            it = rMapa.emplace(uiFim, sVelho.substr(uiFim - uiInicioVelho)).first;
-    }
-    rMapa[uiOffset] = sBytes;
 }
 
 HRESULT CXVReconstrucao::Confere(const IXVDF_Profiler* pDono) {
@@ -272,7 +254,7 @@ CXVErroArquivo CXVReconstrucao::AplicaBytes(IXVArquivo& rFile, XVUInt64 uiTamanh
         *pbAlterou = true;
         return rFile.Grava(uiOffset, sBytes.data(), sBytes.size());
     };
-    for (const auto& [uiOffset, sBytes] : rArquivo.mapaFinal)
+    for (const auto& [uiOffset, sBytes] : rArquivo.faixasFinais)
         if (const CXVErroArquivo erro = grava(uiOffset, sBytes); !erro.Ok()) return erro;
     if (rArquivo.pCabecalhoFinal == nullptr) return {};
     REG_XVCABECALHO reg{XVCabecalho::BlocoA(), *rArquivo.pCabecalhoFinal};

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "core/xvdatabase/XVDiarioLeitura.h"
+#include "core/xvdatabase/XVFaixas.h"
 #include "support/trace/IXVDF_Profiler.h"
 #include "support/trace/XVCheck.h"
 
@@ -37,6 +38,8 @@ class CXVReconstrucao {
     // For viewing. Instead of Le: the files as they were before the operation of this number, which is in
     // flight; where all of it stands in the files already, or nothing of it any more, as they are.
     CXVErroArquivo LeDesfeita(const std::string& sDiretorio, IXVArquivo& rDiario, XVUInt64 uiNumero);
+    // The files that the entries speak of, and whether each is to be there.
+    std::map<std::string, bool> GetExistencias() const;
     // The length that a file is to have, and whether it is to be there; false: the entries do not speak of
     // it.
     bool BuscaExistencia(const std::string& sNomeArquivo, bool* pbExiste) const;
@@ -55,12 +58,11 @@ class CXVReconstrucao {
         std::vector<const REG_XVCABECALHO_B*> listaCabecalhos;  // in the order in which they were written
         const REG_XVCABECALHO_B* pCabecalhoFinal = nullptr;
         std::vector<const SParteLida*> listaPartes;
-        std::map<XVUInt64, std::string> mapaFinal;  // ranges by offset, none over another
+        CXVFaixas faixasFinais;
     };
 
     HRESULT Monta(const IXVDF_Profiler* pDono);
     bool Inclui(const SParteLida& rParte, bool bDesfaz);
-    static void Mescla(std::map<XVUInt64, std::string>& rMapa, XVUInt64 uiOffset, std::string_view sBytes);
     HRESULT RecusaArquivo(const IXVDF_Profiler* pDono, const std::string& sNome, const char* pszMotivo) const;
 
     HRESULT ConfereArquivo(const IXVDF_Profiler* pDono, const std::string& sNome, const SArquivo& rArquivo);

@@ -45,6 +45,12 @@ bool CXVReconstrucao::EstaEscrita(const SParteLida& rParte) const {
            std::memcmp(&reg, rParte.pDepois, sizeof(reg)) == 0;
 }
 
+std::map<std::string, bool> CXVReconstrucao::GetExistencias() const {
+    std::map<std::string, bool> mapa;
+    for (const auto& [sNome, rArquivo] : m_mapaArquivos) mapa.emplace(sNome, !rArquivo.bApaga);
+    return mapa;
+}
+
 bool CXVReconstrucao::BuscaExistencia(const std::string& sNomeArquivo, bool* pbExiste) const {
     const auto it = m_mapaArquivos.find(sNomeArquivo);
     if (it == m_mapaArquivos.end()) return false;
@@ -70,7 +76,7 @@ void CXVReconstrucao::Sobrepoe(const std::string& sNomeArquivo, XVUInt64 uiOffse
             std::memcpy(static_cast<char*>(pDados) + (uiDe - uiOffset), sBytes.data() + (uiDe - uiInicio),
                         static_cast<std::size_t>(uiAte - uiDe));
     };
-    for (const auto& [uiInicio, sBytes] : it->second.mapaFinal) copia(uiInicio, sBytes);
+    for (const auto& [uiInicio, sBytes] : it->second.faixasFinais) copia(uiInicio, sBytes);
     if (it->second.pCabecalhoFinal == nullptr) return;
     const REG_XVCABECALHO reg{XVCabecalho::BlocoA(), *it->second.pCabecalhoFinal};
     copia(0, std::string_view(reinterpret_cast<const char*>(&reg), sizeof(reg)));

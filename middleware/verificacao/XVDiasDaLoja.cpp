@@ -35,3 +35,11 @@ std::vector<SDiaListado> XVListaDias(CXVLeituraLoja& rLeitura) {
     }
     return listaDias;
 }
+
+bool XVEhArquivoDaLoja(const std::string& sNome) {
+    const auto igual = [&](const char* psz) { return XVIgualSemCaixa(sNome, psz); };
+    return std::any_of(std::begin(k_apszArquivosUnicos), std::end(k_apszArquivosUnicos), igual) ||
+           igual(k_pszArquivoVersao) || XVNomeArquivo::EhArquivoControle(sNome) ||
+           std::any_of(std::begin(k_apszGrupos), std::end(k_apszGrupos),
+                       [&](const char* psz) { return XVNomeArquivo::NomeParaChave(sNome, psz).has_value(); });
+}

@@ -18,6 +18,9 @@ std::vector<SDiaListado> XVListaDias(CXVLeituraLoja& rLeitura);
 // made.
 bool XVTemDados(const CXVLeituraLoja& rLeitura);
 
+// Whether a name is that of a file of a store: data, version or creation control.
+bool XVEhArquivoDaLoja(const std::string& sNome);
+
 // fn(day, index records of the day, records that the day had when it was listed).
 template <class TFn>
 void XVPercorreDias(const std::vector<SDiaListado>& rDias, const std::vector<SEntradaIndice>& rEntradas,

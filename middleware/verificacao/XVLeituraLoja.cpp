@@ -90,6 +90,14 @@ void CXVLeituraLoja::ConfereDiario(IXVArquivo& rDiario) {
     if (SUCCEEDED(hr)) hr = reconstrucao.Confere(nullptr);
     m_eDiario = SUCCEEDED(hr) ? EDiario::eAConcluir : EDiario::eNaoConfere;
     m_listaCopias = reconstrucao.GetCopias();
+    // A file that an operation made, and that its writer did not come to make, is there once it is concluded.
+    if (SUCCEEDED(hr))
+        for (const auto& [sNome, bExiste] : reconstrucao.GetExistencias()) {
+            if (bExiste)
+                m_mapaNomes.emplace(XVEmMinusculas(sNome), sNome);
+            else
+                m_mapaNomes.erase(XVEmMinusculas(sNome));
+        }
     if (SUCCEEDED(hr) || captura.GetFalhas().empty()) return;
     m_sMotivoDiario = captura.GetFalhas().front().sMensagem;
     std::replace(m_sMotivoDiario.begin(), m_sMotivoDiario.end(), '\t', ' ');

@@ -48,6 +48,7 @@ class CXVLeituraLoja {
     // Lists the directory and looks at the journal. A directory that is not there: eBadPath.
     HRESULT Abre();
     EDiario GetDiario() const { return m_eDiario; }
+    CXVVisao& GetVisao() { return m_visao; }
     // What the journal's own check says where it does not explain the files.
     const std::string& GetMotivoDiario() const { return m_sMotivoDiario; }
     // Transient copies that the next use will delete, as the journal says.

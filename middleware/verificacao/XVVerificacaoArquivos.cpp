@@ -18,14 +18,6 @@
 
 namespace {
 
-bool EhDoEsquema(const std::string& sNome) {
-    const auto igual = [&](const char* psz) { return XVIgualSemCaixa(sNome, psz); };
-    return std::any_of(std::begin(k_apszArquivosUnicos), std::end(k_apszArquivosUnicos), igual) ||
-           igual(k_pszArquivoVersao) || XVNomeArquivo::EhArquivoControle(sNome) ||
-           std::any_of(std::begin(k_apszGrupos), std::end(k_apszGrupos),
-                       [&](const char* psz) { return XVNomeArquivo::NomeParaChave(sNome, psz).has_value(); });
-}
-
 // Files that stand in the directory by right and hold no data.
 bool EhDeServico(const std::string& sNome) {
     static constexpr const char* k_apszNomes[] = {k_pszNomeDiario, k_pszArquivoSelos, k_pszArquivoSelosNovo,
@@ -93,7 +85,7 @@ void CXVVerificacao::VerificaOutraVersao(XVUShort usVersao) {
            .sArquivo = k_pszArquivoVersao,
            .sDetalhe = "versão " + std::to_string(usVersao)});
     for (const auto& [sMinusculo, sNome] : m_leitura.GetNomes())
-        if (EhDoEsquema(sNome) && !XVIgualSemCaixa(sNome, k_pszArquivoVersao) &&
+        if (XVEhArquivoDaLoja(sNome) && !XVIgualSemCaixa(sNome, k_pszArquivoVersao) &&
             !XVNomeArquivo::EhIsento(sNome)) {
             SArquivoLoja arquivo;
             const HRESULT hr = m_leitura.Descreve(sNome, &arquivo);
@@ -168,10 +160,10 @@ void CXVVerificacao::VerificaSobras() {
     const bool bConversao = m_leitura.TemNome(k_pszDiarioConversao);
     const auto& rConhecidas = m_leitura.GetCopiasConhecidas();
     for (const auto& [sMinusculo, sNome] : m_leitura.GetNomes()) {
-        if (EhDoEsquema(sNome) || EhDeServico(sNome)) continue;
+        if (XVEhArquivoDaLoja(sNome) || EhDeServico(sNome)) continue;
         const std::string_view sExtensao = XVNomeArquivo::GetExtensao(sMinusculo);
         const bool bCopia = (sExtensao == "cab" || sExtensao == "tra") &&
-                            EhDoEsquema(XVNomeArquivo::TrocaExtensao(sNome, "dat"));
+                            XVEhArquivoDaLoja(XVNomeArquivo::TrocaExtensao(sNome, "dat"));
         const bool bConhecida = (bConversao && sExtensao == "tra") ||
                                 m_leitura.GetDiario() == EDiario::eEmUso ||
                                 std::find(rConhecidas.begin(), rConhecidas.end(), sNome) != rConhecidas.end();

@@ -64,6 +64,7 @@ void AdicionaComandos(CLI::App& rRaiz, CXVContexto& rContexto) {
     XVAdicionaVersao(rRaiz, rContexto);
     XVAdicionaVerifica(rRaiz, rContexto);
     XVAdicionaRecupera(rRaiz, rContexto);
+    XVAdicionaCopia(rRaiz, rContexto);
     XVAdicionaRegistro(rRaiz, rContexto);
     XVAdicionaEmpresas(rRaiz, rContexto);
     XVAdicionaProvedores(rRaiz, rContexto);

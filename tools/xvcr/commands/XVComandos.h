@@ -20,6 +20,7 @@ void XVAdicionaConverte(CLI::App& rRaiz, CXVContexto& rContexto);
 void XVAdicionaVersao(CLI::App& rRaiz, CXVContexto& rContexto);
 void XVAdicionaVerifica(CLI::App& rRaiz, CXVContexto& rContexto);
 void XVAdicionaRecupera(CLI::App& rRaiz, CXVContexto& rContexto);
+void XVAdicionaCopia(CLI::App& rRaiz, CXVContexto& rContexto);
 void XVAdicionaRegistro(CLI::App& rRaiz, CXVContexto& rContexto);
 void XVAdicionaEmpresas(CLI::App& rRaiz, CXVContexto& rContexto);
 void XVAdicionaProvedores(CLI::App& rRaiz, CXVContexto& rContexto);

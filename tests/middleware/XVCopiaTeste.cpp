@@ -1,0 +1,217 @@
+// Copies of a store, made while others write to it, die or pull the ground away: the copy is one moment of the
+// store and a store at rest, or it is refused, and the store itself is never changed.
+#include "core/xvdatabase/XVDiarioAnel.h"
+#include "middleware/copia/XVCopia.h"
+#include "middleware/verificacao/XVVerificacao.h"
+#include "tests/harness/XVSistemaArquivosMorte.h"
+#include "tests/middleware/XVOperacoesLoja.h"
+#include "tests/middleware/XVRetratoLoja.h"
+
+namespace {
+
+class Copia : public CXVCenarioLoja {
+  protected:
+    Copia() { EXPECT_TRUE(XVPovoaLoja(*Abre(), [this](unsigned uiDia) { SetDia(uiDia); })); }
+    ~Copia() override { CXVDiarioAnel::SetTamanhoAnel(1U << 20); }
+
+    // fnPedaco: told of every piece of the store that is read.
+    HRESULT Executa(std::function<void()> fnPedaco = [] {}) {
+        CXVCopia executor(PastaDados(), {"/copias/MATRIZ", "/copias/MATRIZ/DF"});
+        executor.m_fnProgresso = [&](XVUInt64) { fnPedaco(); };
+        const HRESULT hr = executor.Executa(&m_copia);
+        m_eRecusa = executor.GetRecusa();
+        return hr;
+    }
+    void UsaPasta(const char* pszModulo) {
+        m_registry.SetTexto(CAmbienteXV::GetChaveRegistry(XV_DF), "Path", pszModulo);
+    }
+    // What the copy answers, opened for writing as a restored store is. It is at rest: nothing is to be
+    // concluded, and nothing to be found by a verification.
+    TRetratoLoja RetrataCopia() {
+        UsaPasta("/copias");
+        SVerificacao verificacao;
+        EXPECT_EQ(CXVVerificacao(PastaDados(), m_Dono).Executa(&verificacao), S_OK);
+        EXPECT_TRUE(verificacao.EhIntegra());
+        EXPECT_EQ(Conteudo(k_pszNomeDiario), "<ausente>");
+        const auto antes = m_Arquivos.Retrata();
+        TRetratoLoja retrato = Retrata();
+        EXPECT_EQ(Conteudo("XVProfilerErros_Base_202403.log"), "<ausente>") << "nothing was concluded";
+        m_Arquivos.Restaura(antes);
+        UsaPasta("/telvo");
+        return retrato;
+    }
+    TRetratoLoja Retrata() {
+        CBaseMiddleware loja;
+        const HRESULT hr = XVInicializa(loja);
+        return SUCCEEDED(hr) ? XVRetrataLoja(loja) : XVRetratoRecusado(hr);
+    }
+    // The n-th change of a busy writer: recordings on a new day, of all three texts, updates, the key map.
+    void Escreve(CBaseMiddleware& rLoja, unsigned n) {
+        SetDia(16 + n % 3);
+        CXVIntegracaoTeste integracao(7000 + n);
+        integracao.Textos("{\"n\":" + std::to_string(n) + '}', std::string(n % 7 * 40, 'm'), "{}");
+        if (n % 3 == 0) m_regUltima = Grava(rLoja, integracao);
+        const std::string sMensagem = "mudada " + std::to_string(n);
+        const auto regStatus = XVStatusPS(m_regUltima, 0, eXVSMiddleware_Erro, sMensagem, "{}");
+        if (n % 3 == 1) {
+            EXPECT_EQ(rLoja.GravaStatusIntegracao(regStatus), S_OK);
+        }
+        if (n % 3 == 2) {
+            EXPECT_EQ(XVOperacaoLoja("MapaAltera").fnExecuta(rLoja), S_OK);
+        }
+    }
+    auto ArquivosDe(std::string_view sPasta) {
+        auto retrato = RetratoSemLogs();
+        std::erase_if(retrato, [&](const auto& it) { return !it.first.starts_with(sPasta); });
+        return retrato;
+    }
+
+    SCopia m_copia;
+    ERecusaCopia m_eRecusa = ERecusaCopia::eNenhuma;
+    REG_XVDMC m_regUltima;
+};
+
+// With a ring that holds a few operations, too many come to be followed now and then.
+TEST_F(Copia, EhUmMomentoDaLojaQueOutroGrava) {
+    for (const XVUInt64 uiAnel : {1U << 20, 16U << 10}) {
+        CXVDiarioAnel::SetTamanhoAnel(uiAnel);
+        const TLoja pLoja = Abre();
+        unsigned n = 0;
+        for (const unsigned uiAte : {40U, 44U, 130U}) {
+            SCOPED_TRACE("ring of " + std::to_string(uiAnel) + ", change " + std::to_string(uiAte));
+            ASSERT_EQ(Executa([&] {
+                          for (unsigned i = 0; i < uiAte / 20 && n < uiAte; ++i) Escreve(*pLoja, n++);
+                      }),
+                      S_OK);
+            EXPECT_EQ(n, uiAte);
+            EXPECT_EQ(XVDiferenca(XVRetrataLoja(*pLoja), RetrataCopia()), "");
+        }
+        EXPECT_EQ(pLoja->Finaliza(), S_OK);
+    }
+}
+
+TEST_F(Copia, RepetidaCopiaSoOQueMudou) {
+    ASSERT_EQ(Executa(), S_OK);
+    const XVUInt64 uiArquivos = m_copia.uiArquivos;
+    EXPECT_EQ(m_copia.uiIntegracoes, Dados(Conteudo("CRINDEXINTEG.dat")).size() / 24);
+    EXPECT_EQ(Executa(), S_OK);
+    EXPECT_EQ(m_copia.uiCopiados, 1U) << "only the creation control, which has no header";
+    const auto lista = XVBusca(*Abre());
+    REG_XVDMC regDmc;
+    regDmc.uiValor = lista.front();
+    const auto regStatus = XVStatusPS(regDmc, 0, eXVSMiddleware_Cancelado, "", "");
+    EXPECT_EQ(Abre()->GravaStatusIntegracao(regStatus), S_OK);
+    EXPECT_EQ(Executa(), S_OK);
+    EXPECT_EQ(m_copia.uiArquivos, uiArquivos);
+    EXPECT_EQ(m_copia.uiCopiados, 4U) << "control, general log, index and one day's records";
+    EXPECT_EQ(XVDiferenca(Retrata(), RetrataCopia()), "");
+}
+
+// Killed at any of its changes: the copy of before, or none that opens; and copying again completes it.
+TEST_F(Copia, MortaEmQualquerPontoNuncaPareceInteira) {
+    const TRetratoLoja antes = Retrata();
+    const auto semCopia = m_Arquivos.Retrata();
+    ASSERT_EQ(Executa(), S_OK);
+    Escreve(*Abre(), 0);
+    const TRetratoLoja depois = Retrata();
+    const auto comCopia = m_Arquivos.Retrata();
+    CXVSistemaArquivosMorte morte(m_Arquivos);
+    const CXVGuardaSistemaArquivos guarda(morte);
+    unsigned uiRecusadas = 0;
+    for (const auto* pInicial : {&comCopia, &semCopia}) {
+        for (XVUInt64 uiMorte = 1; !HasFailure(); ++uiMorte) {
+            SCOPED_TRACE("died at change " + std::to_string(uiMorte));
+            m_Arquivos.Restaura(*pInicial);
+            const auto origem = ArquivosDe("/telvo");
+            morte.Nasce(uiMorte, uiMorte % 2 == 0);
+            const HRESULT hr = Executa();
+            const bool bMorreu = morte.EstaMorto();
+            morte.Nasce(0);
+            EXPECT_EQ(ArquivosDe("/telvo"), origem) << "the store itself is only read";
+            if (!bMorreu) {
+                EXPECT_EQ(hr, S_OK);
+                break;
+            }
+            UsaPasta("/copias");
+            const auto deixada = m_Arquivos.Retrata();
+            if (deixada.contains("/copias/MATRIZ/DF/CRINDEXINTEG.dat")) {
+                const TRetratoLoja retrato = Retrata();
+                const bool bRecusada = retrato == XVRetratoRecusado(E_XVCR_INCONSISTENCIA_CONTROLE_CRIACAO_ARQUIVOS);
+                EXPECT_TRUE(bRecusada || retrato == antes || retrato == depois) << XVDiferenca(antes, retrato);
+                uiRecusadas += bRecusada ? 1 : 0;
+            }
+            m_Arquivos.Restaura(deixada);
+            UsaPasta("/telvo");
+            ASSERT_EQ(Executa(), S_OK) << "copied again";
+            EXPECT_EQ(XVDiferenca(pInicial == &comCopia ? depois : antes, RetrataCopia()), "");
+        }
+    }
+    EXPECT_GT(uiRecusadas, 5U) << "no death fell into the exchange of the files";
+}
+
+// Of a writer that died anywhere in an operation the copy is what the next opening makes of the store.
+TEST_F(Copia, DeQuemMorreuEhOQueAAberturaConclui) {
+    const auto inicial = m_Arquivos.Retrata();
+    CXVSistemaArquivosMorte morte(m_Arquivos);
+    const CXVGuardaSistemaArquivos guarda(morte);
+    for (XVUInt64 uiMorte = 1, bMorreu = 1; bMorreu != 0 && !HasFailure(); ++uiMorte) {
+        SCOPED_TRACE("died at change " + std::to_string(uiMorte));
+        m_Arquivos.Restaura(inicial);
+        morte.Nasce(uiMorte);
+        {
+            CBaseMiddleware loja;
+            REG_XVDMC regDmc;
+            SetDia(17);
+            if (SUCCEEDED(loja.Inicializa(&m_Dono)))
+                XVIgnora(loja.GravaIntegracao(&regDmc, CXVIntegracaoTeste(1).Textos("{}", "m", "[]").Ptr()));
+            XVIgnora(loja.Finaliza());
+        }
+        bMorreu = morte.EstaMorto() ? 1 : 0;
+        morte.Nasce(0);
+        ASSERT_EQ(Executa(), S_OK);
+        EXPECT_EQ(XVDiferenca(Retrata(), RetrataCopia()), "");
+    }
+}
+
+TEST_F(Copia, RecusaOQueNaoEhCopiaDestaBase) {
+    ASSERT_EQ(Executa(), S_OK);
+    const auto inteira = m_Arquivos.Retrata();
+    const auto recusada = [&](ERecusaCopia eRecusa, const std::function<void()>& fnMuda) {
+        m_Arquivos.Restaura(inteira);
+        SetDia(20);
+        fnMuda();
+        UsaPasta("/telvo");
+        const auto antes = ArquivosDe("/copias");
+        EXPECT_TRUE(FAILED(Executa()));
+        EXPECT_EQ(m_eRecusa, eRecusa);
+        EXPECT_EQ(ArquivosDe("/copias"), antes) << "nothing of the destination was touched";
+    };
+    const auto gravaEm = [&](const char* pszModulo) {
+        UsaPasta(pszModulo);
+        Grava(*Abre(), CXVIntegracaoTeste(5));
+    };
+    recusada(ERecusaCopia::eCopiaMudada, [&] { gravaEm("/copias"); });
+    recusada(ERecusaCopia::eCopiaMaisNova, [&] {
+        gravaEm("/telvo");
+        ASSERT_EQ(Executa(), S_OK);
+        for (const auto& [sCaminho, rArquivo] : inteira)
+            if (sCaminho.starts_with("/telvo")) m_Arquivos.CriaArquivo(sCaminho, rArquivo.sConteudo);
+    });
+    recusada(ERecusaCopia::eOutraBase, [&] {
+        for (const auto& [sCaminho, rArquivo] : ArquivosDe("/telvo"))
+            EXPECT_TRUE(m_Arquivos.Apaga(sCaminho).Ok());
+        ASSERT_TRUE(XVPovoaLoja(*Abre(), [this](unsigned uiDia) { SetDia(uiDia + 5); }));
+    });
+    recusada(ERecusaCopia::eArquivoSumiu,
+             [&] { EXPECT_TRUE(m_Arquivos.Apaga(PastaDados("CRCHAVEREGTER.dat")).Ok()); });
+    recusada(ERecusaCopia::eOrigemDanificada, [&] {
+        std::string sBytes = Conteudo("CRDTHRINTEG.dat");
+        sBytes[100] ^= 1;
+        m_Arquivos.CriaArquivo(PastaDados("CRDTHRINTEG.dat"), sBytes);
+    });
+    recusada(ERecusaCopia::eDestinoOcupado, [&] {
+        EXPECT_TRUE(m_Arquivos.Apaga(std::string("/copias/MATRIZ/") + k_pszManifestoCopia).Ok());
+    });
+}
+
+}  // namespace

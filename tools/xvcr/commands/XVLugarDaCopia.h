@@ -1,0 +1,10 @@
+// Where a copy of a store may lie: never in the store, nor the store in it, whatever the paths are called.
+#pragma once
+
+#include <string>
+#include <vector>
+
+// sDestino: as the user names it; aPastas: those in it that would be written to. A place that will not do is
+// thrown as CXVErro, and nothing was made or changed.
+void XVExigeLugarDaCopia(const std::string& sDestino, const std::string& sOrigem,
+                         const std::vector<std::string>& aPastas);
