@@ -21,9 +21,8 @@ std::pair<XVUInt64, XVUInt64> Contador(const REG_XVCABECALHO_B& regB) {
 }
 
 bool EhDeTextos(const std::string& sNome) {
-    return std::any_of(std::begin(k_apszGrupos) + 1, std::end(k_apszGrupos), [&](const char* psz) {
-        return XVNomeArquivo::NomeParaChave(sNome, psz).has_value();
-    });
+    return std::any_of(std::begin(k_apszGrupos) + 1, std::end(k_apszGrupos),
+                       [&](const char* psz) { return XVNomeArquivo::NomeParaChave(sNome, psz).has_value(); });
 }
 }  // namespace
 
@@ -106,9 +105,9 @@ HRESULT CXVCopia::Passada(bool bPrimeira, bool* pbPronta) {
     HRESULT hr = m_leitura.Abre();  // after it: every file that is missing in the list comes by an operation
     if (FAILED(hr)) return hr;
     if (m_leitura.GetDiario() == EDiario::eNaoConfere)
-        return Recusa(ERecusaCopia::eOrigemDanificada,
-                      XVNotaCaminho(E_XVCR_INCONSISTENCIA_CONTROLE_CRIACAO_ARQUIVOS, m_sOrigem,
-                                    k_pszNomeDiario));
+        return Recusa(
+            ERecusaCopia::eOrigemDanificada,
+            XVNotaCaminho(E_XVCR_INCONSISTENCIA_CONTROLE_CRIACAO_ARQUIVOS, m_sOrigem, k_pszNomeDiario));
     if (m_leitura.TemNome(k_pszDiarioConversao))
         return Recusa(ERecusaCopia::eConversao,
                       XVNotaCaminho(eSharingViolation, m_sOrigem, k_pszDiarioConversao));
@@ -146,8 +145,7 @@ HRESULT CXVCopia::CopiaArquivo(const std::string& sNome) {
         const auto it = m_mapaFeitos.find(sNome);
         if (it != m_mapaFeitos.end() && it->second == agora) return S_OK;
         // Texts are only ever appended: those that were copied in a pass before stay.
-        const bool bAnexa =
-            EhDeTextos(sNome) && it != m_mapaFeitos.end() && m_destino.EstaNoPalco(sNome);
+        const bool bAnexa = EhDeTextos(sNome) && it != m_mapaFeitos.end() && m_destino.EstaNoPalco(sNome);
         XVUInt64 uiSoma = 0;
         hr = CopiaBytes(arquivo, bAnexa ? it->second.uiTamanho - k_uiTamanhoCabecalho : 0, &uiSoma);
     }

@@ -21,8 +21,8 @@
 #include "platform/XVRelogio.h"
 
 struct SCopia {
-    SDataHora momento;             // UTC
-    XVUInt64 uiIntegracoes = 0;    // records of the index
+    SDataHora momento;           // UTC
+    XVUInt64 uiIntegracoes = 0;  // records of the index
     XVUInt64 uiArquivos = 0;
     XVUInt64 uiCopiados = 0;       // files that are new or had changed
     XVUInt64 uiBytesCopiados = 0;  // of them

@@ -13,9 +13,8 @@
 
 namespace {
 
-constexpr SAberturaArquivo k_aberturaEscrita{EAcessoArquivo::eLeituraEscrita,
-                                             ECompartilhamentoArquivo::eNegaTudo,
-                                             ECriacaoArquivo::eCriaSeAusente};
+constexpr SAberturaArquivo k_aberturaEscrita{
+    EAcessoArquivo::eLeituraEscrita, ECompartilhamentoArquivo::eNegaTudo, ECriacaoArquivo::eCriaSeAusente};
 constexpr const char* k_pszMarca = "copia-em-curso";
 
 IXVSistemaArquivos& Sistema() {
@@ -67,9 +66,8 @@ HRESULT CXVDestinoCopia::ExigeVazia(const std::string& sPasta) {
     const CXVErroArquivo erro = Sistema().Lista(sPasta, "*", listaNomes);
     if (!erro.Ok() && (!EhAusente(erro) || Sistema().Existe(sPasta) != EExistencia::eAusente))
         return XVNotaCaminho(XVCodigoArquivo(erro), sPasta);
-    std::erase_if(listaNomes, [](const std::string& s) {
-        return s == k_pszMarca || s == k_pszManifestoCopiaNovo;
-    });
+    std::erase_if(listaNomes,
+                  [](const std::string& s) { return s == k_pszMarca || s == k_pszManifestoCopiaNovo; });
     return listaNomes.empty() ? S_OK : Recusa(ERecusaCopia::eDestinoOcupado, eInvalidFile);
 }
 

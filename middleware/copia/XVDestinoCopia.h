@@ -17,15 +17,15 @@
 // Why nothing was copied.
 enum class ERecusaCopia : std::uint8_t {
     eNenhuma,
-    eDestinoOcupado,   // the directory holds files and is no copy
-    eDestinoEmUso,     // somebody copies to it
-    eCopiaMudada,      // the copy was opened and written to, or damaged
-    eOutraBase,        // the copy is another store's
-    eCopiaMaisNova,    // the copy is of a later moment than the store
-    eArquivoSumiu,     // the store has lost a file that the copy holds
+    eDestinoOcupado,    // the directory holds files and is no copy
+    eDestinoEmUso,      // somebody copies to it
+    eCopiaMudada,       // the copy was opened and written to, or damaged
+    eOutraBase,         // the copy is another store's
+    eCopiaMaisNova,     // the copy is of a later moment than the store
+    eArquivoSumiu,      // the store has lost a file that the copy holds
     eOrigemDanificada,  // a file or the journal of the store would be refused
-    eConversao,        // a conversion of the store was interrupted, or is under way
-    eSemSossego,       // the store was written to faster than it could be read
+    eConversao,         // a conversion of the store was interrupted, or is under way
+    eSemSossego,        // the store was written to faster than it could be read
 };
 
 // The file that is written and read as whole as possible: length and first bytes.

@@ -1,5 +1,5 @@
-// What a copy of a store holds: "XVDATABASE_COPIA.srk" beside its data directory. Without it a directory is no
-// copy. docs/formats.md describes it.
+// What a copy of a store holds: "XVDATABASE_COPIA.srk" beside its data directory. Without it a directory is
+// no copy. docs/formats.md describes it.
 #pragma once
 
 #include <map>

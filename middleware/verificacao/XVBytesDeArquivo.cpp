@@ -87,8 +87,8 @@ HRESULT XVBytesDeArquivo::Grava(const std::string& sPath, const std::string& sPa
     if (erro.Ok()) erro = pArquivo->Sincroniza();
     pArquivo.reset();
     if (erro.Ok())
-        erro = XVTentaEnquantoOcupado(k_iTentativasCurtas,
-                                      [&] { return rSistema.Substitui(sPathNovo, sPath); });
+        erro =
+            XVTentaEnquantoOcupado(k_iTentativasCurtas, [&] { return rSistema.Substitui(sPathNovo, sPath); });
     if (!erro.Ok()) rSistema.Apaga(sPathNovo).Ignora();
     return XVCodigoArquivo(erro);
 }

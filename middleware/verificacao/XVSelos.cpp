@@ -44,8 +44,7 @@ std::string Path(const std::string& sDiretorio, const char* pszNome) {
 HRESULT XVSelos::Le(const std::string& sDiretorio, TSelos* pSelos) {
     pSelos->clear();
     std::string sBytes;
-    const HRESULT hr =
-        XVBytesDeArquivo::Le(Path(sDiretorio, k_pszArquivoSelos), k_uiAssinatura, &sBytes);
+    const HRESULT hr = XVBytesDeArquivo::Le(Path(sDiretorio, k_pszArquivoSelos), k_uiAssinatura, &sBytes);
     if (hr == S_FALSE) return S_OK;
     if (FAILED(hr) || Interpreta(sBytes, pSelos)) return hr;
     pSelos->clear();

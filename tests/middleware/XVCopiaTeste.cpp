@@ -1,5 +1,5 @@
-// Copies of a store, made while others write to it, die or pull the ground away: the copy is one moment of the
-// store and a store at rest, or it is refused, and the store itself is never changed.
+// Copies of a store, made while others write to it, die or pull the ground away: the copy is one moment of
+// the store and a store at rest, or it is refused, and the store itself is never changed.
 #include "core/xvdatabase/XVDiarioAnel.h"
 #include "middleware/copia/XVCopia.h"
 #include "middleware/verificacao/XVVerificacao.h"
@@ -11,7 +11,9 @@ namespace {
 
 class Copia : public CXVCenarioLoja {
   protected:
-    Copia() { EXPECT_TRUE(XVPovoaLoja(*Abre(), [this](unsigned uiDia) { SetDia(uiDia); })); }
+    Copia() {
+        EXPECT_TRUE(XVPovoaLoja(*Abre(), [this](unsigned uiDia) { SetDia(uiDia); }));
+    }
     ~Copia() override { CXVDiarioAnel::SetTamanhoAnel(1U << 20); }
 
     // fnPedaco: told of every piece of the store that is read.
@@ -78,7 +80,8 @@ class Copia : public CXVCenarioLoja {
     REG_XVDMC m_regUltima;
 };
 
-// The writer goes on with every piece that is read; with a small ring too many operations come to be followed.
+// The writer goes on with every piece that is read; with a small ring too many operations come to be
+// followed.
 TEST_F(Copia, EhUmMomentoDaLojaQueOutroGrava) {
     for (const XVUInt64 uiAnel : {1U << 20, 16U << 10}) {
         CXVDiarioAnel::SetTamanhoAnel(uiAnel);
@@ -150,8 +153,10 @@ TEST_F(Copia, MortaEmQualquerPontoNuncaPareceInteira) {
             const auto deixada = m_Arquivos.Retrata();
             if (deixada.contains("/copias/MATRIZ/DF/CRINDEXINTEG.dat")) {
                 const TRetratoLoja retrato = Retrata();
-                const bool bRecusada = retrato == XVRetratoRecusado(E_XVCR_INCONSISTENCIA_CONTROLE_CRIACAO_ARQUIVOS);
-                EXPECT_TRUE(bRecusada || retrato == antes || retrato == depois) << XVDiferenca(antes, retrato);
+                const bool bRecusada =
+                    retrato == XVRetratoRecusado(E_XVCR_INCONSISTENCIA_CONTROLE_CRIACAO_ARQUIVOS);
+                EXPECT_TRUE(bRecusada || retrato == antes || retrato == depois)
+                    << XVDiferenca(antes, retrato);
                 uiRecusadas += bRecusada ? 1 : 0;
             }
             m_Arquivos.Restaura(deixada);

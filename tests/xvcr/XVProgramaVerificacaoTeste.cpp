@@ -1,5 +1,7 @@
-// verifica and recupera as a person or a program uses them.
+// verifica, recupera and copia as a person or a program uses them.
 #include <gmock/gmock.h>
+
+#include <filesystem>
 
 #include "tests/harness/XVProcessoFilho.h"
 #include "tests/xvcr/XVPrograma.h"
@@ -56,6 +58,38 @@ TEST_F(ProgramaVerificacao, DanoDitoRecuperadoEASalvo) {
     EXPECT_THAT(naNova("le --todos " + sSegunda).at(0).value("regMensagemIntegracao", ""),
                 testing::AllOf(HasSubstr("O JSON enviado se perdeu."), testing::EndsWith("anterior: volta")));
     EXPECT_THAT(Xvcr("recupera").sSaida, HasSubstr("A base nova está em "));
+}
+
+TEST_F(ProgramaVerificacao, CopiaSoParaOndeNadaSePerde) {
+    Grava("grava --status Pendente --json-enviado {\"n\":1}");
+    const std::string sCopias = m_Diretorio.Junta("copias");
+    const auto primeira = Json("copia", {sCopias}).at(0);
+    EXPECT_EQ(primeira["integracoes"], 1);
+    EXPECT_EQ(primeira["integra"], true);
+    EXPECT_EQ(primeira["bytesIguais"], 0);
+    EXPECT_GT(primeira["bytesCopiados"], 4 * 240);
+    // The copy is a store, and sealed: what its disk changes is found when it is repeated.
+    EXPECT_EQ(Json("copia --diretorio", {sCopias, m_Diretorio.Junta("outras")}).at(0)["integracoes"], 1);
+    const std::string sArquivo =
+        "copias/001/DF/CRINTEGMIDJSON" + Grava("grava --status Pendente").substr(0, 8) + ".dat";
+    std::string sBytes = m_Diretorio.LeConteudo(sArquivo).value_or("");
+    sBytes.back() ^= 1;
+    m_Diretorio.CriaArquivo(sArquivo, sBytes);
+    const SExecucao repetida = Xvcr("copia", {sCopias});
+    EXPECT_EQ(repetida.iSaida, 1);
+    EXPECT_THAT(repetida.sSaida,
+                testing::AllOf(StartsWith("Copiadas 2 integrações, "), HasSubstr("não são mais os selados")));
+
+    // The same directories by other names.
+    const std::string sDentro = m_Diretorio.Junta("001/../001/DF/dentro");
+    EXPECT_THAT(Xvcr("copia", {sDentro}).sErro, HasSubstr("dentro da própria base"));
+    EXPECT_THAT(Xvcr("copia", {m_Diretorio.Junta("copias/..")}).sErro,
+                HasSubstr("a base fica dentro do destino"));
+    m_Diretorio.CriaArquivo("alheia/fotos/uma.jpg", "bytes");
+    EXPECT_THAT(Xvcr("copia", {m_Diretorio.Junta("alheia")}).sErro, HasSubstr("não é de cópias"));
+    EXPECT_FALSE(std::filesystem::exists(m_Diretorio.Junta("001/DF/dentro")));
+    EXPECT_FALSE(std::filesystem::exists(m_Diretorio.Junta("alheia/001")));
+    EXPECT_EQ(Xvcr("copia").iSaida, 2);
 }
 
 }  // namespace

@@ -81,15 +81,15 @@ void Mostra(CXVSaida& rSaida, const SCopia& rCopia, const std::string& sPasta,
         rSaida.Linha("Copiadas " + XVContaIntegracoes(rCopia.uiIntegracoes) + ", como estavam em " +
                      MomentoEmTexto(rCopia.momento) + ".");
         rSaida.Linha("Arquivos: " + XVComPontos(rCopia.uiArquivos) + ", dos quais " +
-                     XVComPontos(rCopia.uiCopiados) + " copiados agora. Bytes copiados: " +
-                     XVComPontos(rCopia.uiBytesCopiados) + "; iguais aos da cópia anterior: " +
-                     XVComPontos(rCopia.uiBytesIguais) + ".");
+                     XVComPontos(rCopia.uiCopiados) +
+                     " copiados agora. Bytes copiados: " + XVComPontos(rCopia.uiBytesCopiados) +
+                     "; iguais aos da cópia anterior: " + XVComPontos(rCopia.uiBytesIguais) + ".");
         rSaida.Linha("A cópia está em " + sPasta + '.');
         return;
     }
-    XVJson json{{"integracoes", rCopia.uiIntegracoes}, {"arquivos", rCopia.uiArquivos},
+    XVJson json{{"integracoes", rCopia.uiIntegracoes},   {"arquivos", rCopia.uiArquivos},
                 {"arquivosCopiados", rCopia.uiCopiados}, {"bytesCopiados", rCopia.uiBytesCopiados},
-                {"bytesIguais", rCopia.uiBytesIguais}, {"momento", MomentoEmTexto(rCopia.momento)}};
+                {"bytesIguais", rCopia.uiBytesIguais},   {"momento", MomentoEmTexto(rCopia.momento)}};
     XVRegistroJson::Inclui(json, "diretorio", sPasta);
     if (pVerificacao != nullptr) json["integra"] = pVerificacao->EhIntegra();
     rSaida.LinhaJson(json);
@@ -101,8 +101,8 @@ void Verifica(CXVContexto& rContexto, const std::string& sDados, SVerificacao* p
     CXVProgresso progresso(XVConsole::ErroEhTerminal());
     CXVVerificacao executor(sDados, chamador, [&](XVUInt64 uiFeitos, XVUInt64 uiTotal) {
         progresso.Mostra([&] {
-            return "verificando a cópia: " +
-                   std::to_string(uiTotal == 0 ? 100 : uiFeitos * 100 / uiTotal) + "%";
+            return "verificando a cópia: " + std::to_string(uiTotal == 0 ? 100 : uiFeitos * 100 / uiTotal) +
+                   "%";
         });
     });
     XVConfere(executor.Executa(pVerificacao));
@@ -119,9 +119,8 @@ void Executa(const SComandoCopia& rComando, CXVContexto& rContexto) {
     const std::string& rEmpresa = rContexto.identificacao.sEmpresa;
     std::string sOrigem;
     XVConfere(CAmbienteXV::GetPathDados(XV_DF, rEmpresa, &sOrigem));
-    const CXVDestinoCopia::SPastas pastas{
-        XVPlataforma::SistemaArquivos().Junta(rComando.sDestino, rEmpresa),
-        CAmbienteXV::MontaPathDados(XV_DF, rComando.sDestino, rEmpresa)};
+    const CXVDestinoCopia::SPastas pastas{XVPlataforma::SistemaArquivos().Junta(rComando.sDestino, rEmpresa),
+                                          CAmbienteXV::MontaPathDados(XV_DF, rComando.sDestino, rEmpresa)};
     XVExigeLugarDaCopia(rComando.sDestino, sOrigem, {pastas.sCopia, pastas.sDados});
     const SCopia copia = Copia(sOrigem, pastas);
     SVerificacao verificacao;

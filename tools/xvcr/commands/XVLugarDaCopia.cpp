@@ -50,7 +50,8 @@ void XVExigeLugarDaCopia(const std::string& sDestino, const std::string& sOrigem
     const path origem = XVCaminhoDeUtf8(sOrigem);
     const path destino = XVCaminhoDeUtf8(sDestino);
     bool bNaOrigem = FicaEm(destino, origem);
-    for (const std::string& rPasta : aPastas) bNaOrigem = bNaOrigem || FicaEm(XVCaminhoDeUtf8(rPasta), origem);
+    for (const std::string& rPasta : aPastas)
+        bNaOrigem = bNaOrigem || FicaEm(XVCaminhoDeUtf8(rPasta), origem);
     if (bNaOrigem) XVFalha("o destino fica dentro da própria base; copie para outra pasta");
     if (FicaEm(origem, destino)) XVFalha("a base fica dentro do destino; copie para outra pasta");
     std::error_code erro;
