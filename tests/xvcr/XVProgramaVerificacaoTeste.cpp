@@ -61,30 +61,29 @@ TEST_F(ProgramaVerificacao, DanoDitoRecuperadoEASalvo) {
 }
 
 TEST_F(ProgramaVerificacao, CopiaSoParaOndeNadaSePerde) {
-    Grava("grava --status Pendente --json-enviado {\"n\":1}");
+    const std::string sDmc = Grava("grava --status Pendente --json-enviado {\"n\":1}");
     const std::string sCopias = m_Diretorio.Junta("copias");
     const auto primeira = Json("copia", {sCopias}).at(0);
     EXPECT_EQ(primeira["integracoes"], 1);
     EXPECT_EQ(primeira["integra"], true);
     EXPECT_EQ(primeira["bytesIguais"], 0);
     EXPECT_GT(primeira["bytesCopiados"], 4 * 240);
-    // The copy is a store, and sealed: what its disk changes is found when it is repeated.
-    EXPECT_EQ(Json("copia --diretorio", {sCopias, m_Diretorio.Junta("outras")}).at(0)["integracoes"], 1);
-    const std::string sArquivo =
-        "copias/001/DF/CRINTEGMIDJSON" + Grava("grava --status Pendente").substr(0, 8) + ".dat";
+    // The copy is sealed: what its disk changes is found when it is repeated.
+    const std::string sArquivo = "copias/001/DF/CRINTEGMIDJSON" + sDmc.substr(0, 8) + ".dat";
     std::string sBytes = m_Diretorio.LeConteudo(sArquivo).value_or("");
     sBytes.back() ^= 1;
     m_Diretorio.CriaArquivo(sArquivo, sBytes);
     const SExecucao repetida = Xvcr("copia", {sCopias});
     EXPECT_EQ(repetida.iSaida, 1);
     EXPECT_THAT(repetida.sSaida,
-                testing::AllOf(StartsWith("Copiadas 2 integrações, "), HasSubstr("não são mais os selados")));
+                testing::AllOf(StartsWith("Copiadas 1 integração, "), HasSubstr("não são mais os selados")));
 
     // The same directories by other names.
     const std::string sDentro = m_Diretorio.Junta("001/../001/DF/dentro");
     EXPECT_THAT(Xvcr("copia", {sDentro}).sErro, HasSubstr("dentro da própria base"));
     EXPECT_THAT(Xvcr("copia", {m_Diretorio.Junta("copias/..")}).sErro,
                 HasSubstr("a base fica dentro do destino"));
+    std::filesystem::create_directories(m_Diretorio.Junta("alheia/fotos"));
     m_Diretorio.CriaArquivo("alheia/fotos/uma.jpg", "bytes");
     EXPECT_THAT(Xvcr("copia", {m_Diretorio.Junta("alheia")}).sErro, HasSubstr("não é de cópias"));
     EXPECT_FALSE(std::filesystem::exists(m_Diretorio.Junta("001/DF/dentro")));

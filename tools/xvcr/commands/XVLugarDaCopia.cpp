@@ -21,7 +21,7 @@ bool EhOMesmo(const path& rUm, const path& rOutro) {
 path Absoluto(const path& rCaminho) {
     std::error_code erro;
     path resultado = std::filesystem::weakly_canonical(std::filesystem::absolute(rCaminho), erro);
-    if (erro) XVFalha("não foi possível encontrar a pasta \"" + rCaminho.string() + '"');
+    if (erro) XVFalha("não foi possível chegar à pasta do destino ou da base: " + erro.message());
     return resultado;
 }
 
@@ -49,11 +49,11 @@ void XVExigeLugarDaCopia(const std::string& sDestino, const std::string& sOrigem
                          const std::vector<std::string>& aPastas) {
     const path origem = XVCaminhoDeUtf8(sOrigem);
     const path destino = XVCaminhoDeUtf8(sDestino);
-    bool bNaOrigem = FicaEm(destino, origem);
-    for (const std::string& rPasta : aPastas)
-        bNaOrigem = bNaOrigem || FicaEm(XVCaminhoDeUtf8(rPasta), origem);
-    if (bNaOrigem) XVFalha("o destino fica dentro da própria base; copie para outra pasta");
+    const char* pszNaBase = "o destino fica dentro da própria base; copie para outra pasta";
+    if (FicaEm(destino, origem)) XVFalha(pszNaBase);
     if (FicaEm(origem, destino)) XVFalha("a base fica dentro do destino; copie para outra pasta");
+    for (const std::string& rPasta : aPastas)
+        if (FicaEm(XVCaminhoDeUtf8(rPasta), origem)) XVFalha(pszNaBase);
     std::error_code erro;
     if (!std::filesystem::exists(destino, erro)) return;
     if (!std::filesystem::is_directory(destino, erro)) XVFalha("o destino não é uma pasta");
