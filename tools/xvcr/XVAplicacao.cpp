@@ -54,6 +54,7 @@ void AdicionaComandos(CLI::App& rRaiz, CXVContexto& rContexto) {
     XVAdicionaStatus(rRaiz, rContexto);
     XVAdicionaLe(rRaiz, rContexto);
     XVAdicionaBusca(rRaiz, rContexto);
+    XVAdicionaAcompanha(rRaiz, rContexto);
     XVAdicionaCarrega(rRaiz, rContexto);
     XVAdicionaMapa(rRaiz, rContexto);
     XVAdicionaDataHora(rRaiz, rContexto);

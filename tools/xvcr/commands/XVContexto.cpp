@@ -19,9 +19,13 @@ void CXVContexto::CompletaAcesso() {
         XVFalha("o diretório do módulo \"" + loja.sDiretorio + "\" não existe");
 }
 
-void CXVContexto::ExigeEmpresa() const {
+void CXVContexto::ExigeAlgumaEmpresa() const {
     if (identificacao.sEmpresa.empty())
         XVErroDeUso("falta a empresa: use --empresa ou a variável de ambiente XVCR_EMPRESA");
+}
+
+void CXVContexto::ExigeEmpresa() const {
+    ExigeAlgumaEmpresa();
     if (!CAmbienteXV::EhEmpresaValida(identificacao.sEmpresa))
         XVErroDeUso(
             "--empresa: \"" + identificacao.sEmpresa +
