@@ -41,6 +41,7 @@ TEST_F(ProgramaSaida, ResultadoQueNaoSeEscreveEFalha) {
                                                               {"le", sDmc, "--todos"},
                                                               {"le", sDmc, "--todos", "--json"},
                                                               {"versao"},
+                                                              {"acompanha"},
                                                               {"--help"},
                                                               {"--version"},
                                                               {"grava", "--status", "Pendente"}};

@@ -11,6 +11,8 @@
 namespace {
 
 constexpr XVUInt k_ulEntreRodadas = 250;  // milliseconds
+// Also where nothing comes: whoever reads knows that it has all, and a reader that is gone is noticed.
+constexpr unsigned k_uiRodadasEntreSinais = 8;
 
 struct SPedidoAcompanha {
     SSelecaoSeguidas selecao;
@@ -46,8 +48,10 @@ void Segue(const SPedidoAcompanha& rPedido, CXVSeguidas& rSeguidas, CXVSaida& rS
     IXVRelogio& rRelogio = XVPlataforma::Relogio();
     const XVUInt ulInicio = rRelogio.GetTicks();
     const XVUInt64 uiPor = XVUInt64{rPedido.ulPor} * 1000;  // milliseconds
-    for (;;) {
-        if (rSeguidas.Rodada()) rSaida.LinhaJson(XVJson{{"evento", "emDia"}});
+    for (unsigned uiRodada = 1;; ++uiRodada) {
+        const bool bEscreveu = rSeguidas.Rodada();
+        if (bEscreveu || uiRodada % k_uiRodadasEntreSinais == 0)
+            rSaida.LinhaJson(XVJson{{"evento", "emDia"}});
         rSaida.Termina();
         if (rPedido.bUmaVez || rSeguidas.FalhamTodas() || XVInterrupcao::FoiPedida()) return;
         if (uiPor != 0 && rRelogio.GetTicks() - ulInicio >= uiPor) return;
