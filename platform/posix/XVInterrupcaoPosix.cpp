@@ -21,7 +21,12 @@ void Observa() {
     // Calls go on where they were interrupted, and the second signal finds the system's own action.
     acao.sa_flags = static_cast<int>(SA_RESTART | SA_RESETHAND);
     sigemptyset(&acao.sa_mask);
-    for (const int iSinal : {SIGINT, SIGTERM, SIGHUP}) ::sigaction(iSinal, &acao, nullptr);
+    for (const int iSinal : {SIGINT, SIGTERM, SIGHUP}) {
+        struct sigaction anterior {};
+        ::sigaction(iSinal, &acao, &anterior);
+        // Who started the program said that it is not to be ended so, as nohup does.
+        if (anterior.sa_handler == SIG_IGN) ::sigaction(iSinal, &anterior, nullptr);
+    }
     static_cast<void>(std::signal(SIGPIPE, SIG_IGN));
 }
 

@@ -41,7 +41,7 @@ TEST_F(ProgramaSaida, ResultadoQueNaoSeEscreveEFalha) {
                                                               {"le", sDmc, "--todos"},
                                                               {"le", sDmc, "--todos", "--json"},
                                                               {"versao"},
-                                                              {"acompanha"},
+                                                              {"acompanha", "--desde-o-inicio", "--uma-vez"},
                                                               {"--help"},
                                                               {"--version"},
                                                               {"grava", "--status", "Pendente"}};
@@ -58,6 +58,20 @@ TEST_F(ProgramaSaida, ResultadoQueNaoSeEscreveEFalha) {
         const SExecucao cano = Roteiro(sComCano, rComando);
         std::filesystem::remove(m_Diretorio.Junta("cano"));
         EXPECT_THAT(cano.sErro, testing::AllOf(StartsWith(sErro + pszGravado), EndsWith("\nsaida=1\n")));
+    }
+}
+
+TEST_F(ProgramaSaida, AcompanhaQueAlguemPedeQueTermineAcabaALinha) {
+    Grava("grava --chave 1");
+    for (const char* pszSinal : {"TERM", "HUP"}) {
+        const SExecucao execucao = Roteiro(
+            "cd \"$3\" && : >saida && { \"$@\" >saida & p=$!; } && until [ -s saida ]; do "
+            "kill -0 $p || exit 9; done; kill -" +
+                std::string(pszSinal) + " $p; wait $p; echo $?; cat saida",
+            {"acompanha"});
+        EXPECT_THAT(execucao.sSaida,
+                    testing::MatchesRegex("0\n\\{\"evento\":\"inicio\".*\\}\n\\{.*emDia\"\\}\n"))
+            << pszSinal;
     }
 }
 
