@@ -1,6 +1,7 @@
 // acompanha: new and changed integrations of one or many companies, as JSON Lines, while they are recorded.
 #include <memory>
 
+#include "platform/XVConsole.h"
 #include "platform/XVInterrupcao.h"
 #include "platform/XVPlataforma.h"
 #include "tools/xvcr/commands/XVComandos.h"
@@ -53,7 +54,7 @@ void Segue(const SPedidoAcompanha& rPedido, CXVSeguidas& rSeguidas, CXVSaida& rS
         if (bEscreveu || uiRodada % k_uiRodadasEntreSinais == 0)
             rSaida.LinhaJson(XVJson{{"evento", "emDia"}});
         rSaida.Termina();
-        if (rPedido.bUmaVez || rSeguidas.FalhamTodas() || XVInterrupcao::FoiPedida()) return;
+        if (rPedido.bUmaVez || rSeguidas.FalhamTodas() || XVInterrupcao::Pedida()) return;
         if (uiPor != 0 && rRelogio.GetTicks() - ulInicio >= uiPor) return;
         rRelogio.Dorme(k_ulEntreRodadas);
     }
@@ -63,8 +64,9 @@ void Executa(const SPedidoAcompanha& rPedido, CXVContexto& rContexto) {
     if (rContexto.bServidor) XVErroDeUso("--servidor: este comando lê os arquivos da própria base");
     rContexto.CompletaAcesso();
     const SAcompanha tudo{rContexto, rContexto.GetDiretorioQueExiste(),
-                          rPedido.bSemTextos ? 0 : k_ullLeTextos, XVInterrupcao::FoiPedida};
-    XVInterrupcao::Observa();
+                          rPedido.bSemTextos ? 0 : k_ullLeTextos, XVInterrupcao::Pedida};
+    if (!XVInterrupcao::Observa()) XVFalha("não foi possível preparar a interrupção do acompanhamento");
+    XVConsole::CanoSemLeitorEhFalha();
     CXVSeguidas seguidas(rPedido.selecao, tudo);
     Segue(rPedido, seguidas, rContexto.saida);
 }

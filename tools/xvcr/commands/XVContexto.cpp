@@ -1,6 +1,7 @@
 #include "tools/xvcr/commands/XVContexto.h"
 
 #include "platform/XVAmbienteSO.h"
+#include "platform/XVConsole.h"
 #include "platform/XVPlataforma.h"
 #include "support/XVAmbiente.h"
 #include "support/codes/XVCodigos.h"
@@ -87,6 +88,7 @@ XVCliente::CXVCliente& CXVContexto::Abre(EUsoDaBase eUso) {
         ExigeBase();
         loja.bSomenteLeitura = true;
     }
+    if (eUso == EUsoDaBase::eGravacao) XVConsole::CanoSemLeitorEhFalha();
     XVConfere(Conecta());
     return m_Cliente;
 }
