@@ -13,6 +13,10 @@ void Prepara();
 // The program's arguments in UTF-8, without its own name.
 std::vector<std::string> GetArgumentos(int iQuantidade, const char* const* ppszArgumentos);
 
+// Writing to a pipe without reader fails from here on and does not end the process, which has recorded
+// something and has to say so.
+void CanoSemLeitorEhFalha();
+
 bool SaidaEhTerminal();
 // Columns of the terminal that shows the standard output; 0 where there is none.
 unsigned GetLarguraSaida();

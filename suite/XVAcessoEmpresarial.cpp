@@ -121,9 +121,10 @@ void CXVAcessoEmpresarial::Fecha() {
 
 HRESULT CXVAcessoEmpresarial::Anexa(XVUInt64 uiChave, XVUInt ulTipoRegistro, XVUInt ulServico,
                                     std::string_view sTexto) {
-    const SDataHora agora = XVPlataforma::Relogio().AgoraLocal();
     const std::string_view sEmpresa = m_pDono->GetEmpresa();
     const std::lock_guard trava(m_Mutex);
+    // Read under the lock: no line goes to a month after the first line of the next one.
+    const SDataHora agora = XVPlataforma::Relogio().AgoraLocal();
     m_sLinha.clear();
     AnexaDataHora(m_sLinha, agora);
     AnexaColuna(m_sLinha, sEmpresa);

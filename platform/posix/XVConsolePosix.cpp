@@ -1,4 +1,5 @@
 #include <fcntl.h>
+#include <signal.h>
 #include <sys/ioctl.h>
 #include <unistd.h>
 
@@ -20,6 +21,10 @@ void Prepara() {
 std::vector<std::string> GetArgumentos(int iQuantidade, const char* const* ppszArgumentos) {
     if (iQuantidade < 1) return {};
     return std::vector<std::string>(ppszArgumentos + 1, ppszArgumentos + iQuantidade);
+}
+
+void CanoSemLeitorEhFalha() {
+    static_cast<void>(::signal(SIGPIPE, SIG_IGN));
 }
 
 bool SaidaEhTerminal() {

@@ -36,6 +36,8 @@ std::vector<std::string> GetArgumentos(int, const char* const*) {
     return listaArgumentos;
 }
 
+void CanoSemLeitorEhFalha() {}  // it always is
+
 bool SaidaEhTerminal() {
     return EhConsole(STD_OUTPUT_HANDLE);
 }

@@ -5,12 +5,12 @@
 #include <string>
 #include <vector>
 
-// Files that are its standard streams; the outputs are created. None: input and output are pipes, and the
-// error output is the test's own.
+// Files that are its standard streams; the outputs are created. Where none is named input and output are
+// pipes, and the error output is the test's own.
 struct SFluxosFilho {
-    std::string sEntrada;
-    std::string sSaida;
-    std::string sErro;
+    std::string sEntrada{};
+    std::string sSaida{};
+    std::string sErro{};
 };
 
 class CXVProcessoFilho {
@@ -30,9 +30,12 @@ class CXVProcessoFilho {
             if (c != '\r') sLinha += c;
         return sLinha;
     }
-    void FechaEntrada();  // the program sees the end of its input
-    void Mata();          // at once, without any clean-up of its own; returns after its end
-    int EsperaFim();      // exit code; -1 when it was killed
+    void Escreve(const std::string& sTexto);  // into its input
+    void FechaEntrada();                      // the program sees the end of its input
+    long GetNumero() const;                   // the system's, while it runs
+    void Mata();  // at once, without any clean-up of its own; returns after its end
+    // Exit code; -1 when it was killed, and the negative number of another signal that it ended by.
+    int EsperaFim();
 
   private:
     struct SSistema;

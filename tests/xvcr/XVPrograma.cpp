@@ -3,7 +3,6 @@
 #include <iterator>
 #include <sstream>
 
-#include "tests/harness/XVProcessoFilho.h"
 #include "tools/xvcr/XVAplicacao.h"
 
 SExecucao XVExecutaAqui(const TArgumentos& listaArgumentos) {
@@ -44,4 +43,11 @@ std::vector<nlohmann::json> XVPrograma::Json(const std::string& sPalavras, const
 std::string XVPrograma::Grava(const std::string& sPalavras, const TArgumentos& rMais,
                               const std::string& sEntrada) const {
     return Json(sPalavras, rMais, sEntrada).at(0).value("sDmc", "");
+}
+
+CXVProcessoFilho XVPrograma::Carrega(const std::string& sArquivo) const {
+    return CXVProcessoFilho(
+        XVProgramaVizinho("xvcr"),
+        {"--diretorio", m_Diretorio.GetCaminho(), "--empresa", "001", "carrega", sArquivo},
+        {.sErro = m_Diretorio.Junta("erro")});
 }

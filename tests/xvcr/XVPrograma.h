@@ -10,6 +10,7 @@
 
 #include "tests/harness/XVDiretorioTemporario.h"
 #include "tests/harness/XVExecucao.h"
+#include "tests/harness/XVProcessoFilho.h"
 
 using TArgumentos = std::vector<std::string>;
 
@@ -32,6 +33,8 @@ class XVPrograma : public testing::Test {
     // The same with --json; the run must succeed.
     std::vector<nlohmann::json> Json(const std::string& sPalavras, const TArgumentos& rMais = {},
                                      const std::string& sEntrada = {}) const;
+    // The program at work with "carrega", its input and output pipes, its error output in the file "erro".
+    CXVProcessoFilho Carrega(const std::string& sArquivo) const;
     // The text form of the DMC that a command answers that records.
     std::string Grava(const std::string& sPalavras, const TArgumentos& rMais = {},
                       const std::string& sEntrada = {}) const;

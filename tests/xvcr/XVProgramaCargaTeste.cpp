@@ -1,6 +1,9 @@
 #include <gmock/gmock.h>
 
+#include "tests/harness/XVGuardasPlataforma.h"
+#include "tests/harness/XVSistemaArquivosFalhas.h"
 #include "tests/xvcr/XVPrograma.h"
+#include "tools/xvcr/commands/XVSaidaCarga.h"
 
 namespace {
 
@@ -74,7 +77,7 @@ TEST_F(ProgramaCarga, LimiteDaLinhaEEntradasVazias) {
     EXPECT_EQ(execucao.iSaida, 1);
     EXPECT_EQ(execucao.sErro, "xvcr: linha 2: mais de " + sLimite + " bytes\n");
     EXPECT_THAT(execucao.sSaida, HasSubstr("2 lidas, 1 gravadas, 1 com erro\n"));
-    const SExecucao vazia = Xvcr("carrega -");
+    const SExecucao vazia = Xvcr("carrega - --progresso");
     EXPECT_EQ(vazia.iSaida, 0);
     EXPECT_EQ(vazia.sSaida, "0 lidas, 0 gravadas, 0 com erro\n");
     EXPECT_EQ(Xvcr("carrega", {m_Diretorio.Junta("não há")}).iSaida, 1);
@@ -86,6 +89,89 @@ TEST_F(ProgramaCarga, LimiteDaLinhaEEntradasVazias) {
     EXPECT_EQ(
         Xvcr("carrega -", {}, sDuasVezes).sErro,
         "xvcr: linha 1, campo \"eSistemaIntegracao\": não vale junto com o DMC, que já diz a integração\n");
+}
+
+// The writer waits for the answer to each line, and does not end its lines when the load ends at one.
+TEST_F(ProgramaCarga, CadaLinhaERespondidaQuandoChegaEOErroNaoEsperaAProxima) {
+    CXVProcessoFilho filho = Carrega("-");
+    for (const char* pszLinha : {"linha 1", "linha 2"}) {
+        filho.Escreve("{\"eSistemaIntegracao\":16}\n");
+        EXPECT_THAT(filho.LeLinha(), testing::StartsWith(pszLinha));
+    }
+    filho.Escreve("{\"eSistemaIntegracao\":16}\n{}}\n");
+    for (const char* pszLinha : {"linha 3: ", "linha 4: erro", "4 lidas, 3 gravadas, 1 com erro"})
+        EXPECT_THAT(filho.LeLinha(), testing::StartsWith(pszLinha));
+    EXPECT_EQ(filho.EsperaFim(), 1);
+    EXPECT_EQ(Xvcr("busca --conta").sSaida, "3\n");
+}
+
+TEST_F(ProgramaCarga, ChaveUnicaNaoGravaDeNovoOQueABaseTem) {
+    const auto linha = [](const std::string& sCampos) {
+        return "{\"uiChaveIntegracaoSistemaTerceiro\":7," + sCampos + "}\n";
+    };
+    const std::string sMercos = linha(R"("eSistemaIntegracao":16,"eTipoIntegracao":6)");
+    const std::string sLinhas = sMercos + sMercos + linha(R"("eSistemaIntegracao":16,"eTipoIntegracao":9)") +
+                                linha(R"("eSistemaIntegracao":16,"eTipoIntegracao":6,"eTipoTransacao":1)") +
+                                linha(R"("eSistemaIntegracao":8,"eTipoIntegracao":6)") +
+                                linha(R"("eSistemaIntegracao":8,"eTipoIntegracao":9)") +
+                                linha(R"("eTipoIntegracao":6)") +
+                                R"({"eSistemaIntegracao":16,"eTipoIntegracao":6})";
+    const auto respostas = [&] {
+        std::vector<std::pair<std::string, bool>> lista;
+        std::vector<nlohmann::json> listaLinhas = Json("carrega - --chave-unica", {}, sLinhas);
+        const nlohmann::json total = listaLinhas.back();
+        listaLinhas.pop_back();
+        std::size_t uiExistentes = 0;
+        for (const nlohmann::json& rLinha : listaLinhas) {
+            lista.emplace_back(rLinha.value("sDmc", ""), rLinha.value("existente", false));
+            uiExistentes += lista.back().second ? 1U : 0U;
+        }
+        EXPECT_EQ(total.value("existentes", std::size_t{99}), uiExistentes);
+        EXPECT_EQ(total.value("gravadas", std::size_t{99}), lista.size() - uiExistentes);
+        return lista;
+    };
+    // Without key or system every line is one more.
+    auto primeira = respostas();
+    ASSERT_EQ(primeira.size(), 8U);
+    EXPECT_EQ(primeira[1], std::pair(primeira[0].first, true));
+    EXPECT_EQ(primeira[5], std::pair(primeira[4].first, true));
+    EXPECT_EQ(Xvcr("busca --conta").sSaida, "6\n");
+    const auto segunda = respostas();
+    for (std::size_t i = 0; i < 6; ++i) EXPECT_EQ(segunda[i], std::pair(primeira[i].first, true)) << i;
+    for (std::size_t i = 6; i < 8; ++i) EXPECT_FALSE(segunda[i].second);
+    EXPECT_THAT(Xvcr("carrega - --chave-unica", {}, sMercos).sSaida,
+                testing::MatchesRegex(
+                    "linha 1: 2.*-1 já existente\n1 lidas, 0 gravadas, 1 já existentes, 0 com erro\n"));
+    EXPECT_EQ(Xvcr("busca --conta").sSaida, "8\n");
+}
+
+class ProgramaCargaAqui : public XVPrograma {
+  protected:
+    ProgramaCargaAqui() : XVPrograma(true) {}
+};
+
+// A full disk would refuse each of the lines that follow.
+TEST_F(ProgramaCargaAqui, ContinuaNaoPassaDoDiscoCheio) {
+    const std::string sLinha = "{\"regRegistroJSON\":\"texto\"}\n";
+    m_Diretorio.CriaArquivo("linhas.jsonl", "{}}\n" + sLinha + sLinha);
+    CXVSistemaArquivosFalhas falhas(XVPlataforma::SistemaArquivos());
+    falhas.SetFiltro([](const std::string& s) { return s.find("CRINTEGMIDJSON2") != std::string::npos; });
+    const CXVGuardaSistemaArquivos guarda(falhas);
+    const TArgumentos listaArquivo{m_Diretorio.Junta("linhas.jsonl")};
+    EXPECT_THAT(Xvcr("carrega --continua", listaArquivo).sSaida,
+                testing::EndsWith("\n3 lidas, 2 gravadas, 1 com erro\n"));
+    falhas.Programa(
+        {.eOperacao = EOperacaoArquivo::eGrava, .bPermanente = true, .eCausa = ECausaArquivo::eDiscoCheio});
+    const SExecucao cheio = Xvcr("carrega --continua", listaArquivo);
+    EXPECT_EQ(cheio.iSaida, 1);
+    EXPECT_THAT(cheio.sSaida, testing::EndsWith("\n2 lidas, 0 gravadas, 2 com erro\n"));
+    EXPECT_THAT(cheio.sErro, HasSubstr("linha 2: 0x80043F08 "));
+}
+
+TEST(ProgressoCarga, TaxaETempoQueFalta) {
+    EXPECT_EQ(XVDescreveProgressoCarga(12, 500, 0, 999), "12 linhas");
+    EXPECT_EQ(XVDescreveProgressoCarga(3000, 500, 0, 1500), "3000 linhas, 2000 linhas/s");
+    EXPECT_EQ(XVDescreveProgressoCarga(100, 250, 1000, 21000), "100 linhas (25%), 4 linhas/s, faltam 1:03");
 }
 
 }  // namespace

@@ -84,6 +84,8 @@ const struct SErroDeUso {
     {"registro --mes 202611 --arquivo x", "--arquivo não vale junto com --mes"},
     {"--leitura=false busca", "--leitura: não leva valor"},
     {"busca --json=2", "--json: não leva valor"},
+    {"busca --csv=true", "--csv: não leva valor"},
+    {"grava --mensagem --json=true -h=true", "--help: não leva valor"},
     {"carrega x --linha-maxima 0", "--linha-maxima: esperado um número a partir de 1"},
     {"busca --limite 0", "--limite: esperado um número a partir de 1"},
     {"busca --limite 4294967296", "--limite: número acima do limite de 4294967295"},

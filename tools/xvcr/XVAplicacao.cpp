@@ -19,7 +19,7 @@ void PoeEmPortugues(CLI::App& rRaiz) {
     rRaiz.formatter(std::make_shared<CXVFormatoAjuda>());
     rRaiz.set_help_flag("-h,--help", "Mostra esta ajuda");
     rRaiz.get_help_ptr()->group(k_szGrupoOpcoes);
-    rRaiz.option_defaults()->group(k_szGrupoOpcoes)->disable_flag_override();  // no --leitura=false
+    rRaiz.option_defaults()->group(k_szGrupoOpcoes);
 }
 
 void AdicionaOpcoesGlobais(CLI::App& rRaiz, CXVContexto& rContexto) {
@@ -54,6 +54,7 @@ void AdicionaComandos(CLI::App& rRaiz, CXVContexto& rContexto) {
     XVAdicionaStatus(rRaiz, rContexto);
     XVAdicionaLe(rRaiz, rContexto);
     XVAdicionaBusca(rRaiz, rContexto);
+    XVAdicionaAcompanha(rRaiz, rContexto);
     XVAdicionaCarrega(rRaiz, rContexto);
     XVAdicionaMapa(rRaiz, rContexto);
     XVAdicionaDataHora(rRaiz, rContexto);
@@ -76,6 +77,8 @@ void AdicionaComandos(CLI::App& rRaiz, CXVContexto& rContexto) {
 // True when there is something to run; otherwise *piSaida is how the program ends.
 bool LeArgumentos(CLI::App& rRaiz, const std::vector<std::string>& listaArgumentos, CXVSaida& rSaida,
                   int* piSaida) {
+    if (std::string sErro = XVDescreveValorDemais(rRaiz, listaArgumentos); !sErro.empty())
+        XVErroDeUso(std::move(sErro));
     try {
         std::vector<std::string> listaProtegida = XVProtegeArgumentos(listaArgumentos);
         std::reverse(listaProtegida.begin(), listaProtegida.end());

@@ -46,7 +46,7 @@ std::string DescreveFalta(const TCaminho& listaCaminho) {
     return pFalta == nullptr ? "falta o comando" : "falta " + XVDeclaracoes::GetNome(*pFalta);
 }
 
-// An option with too many values, too few or, where it takes none, with one.
+// An option with too many values or too few.
 std::string DescreveQuantidade(const TCaminho& listaCaminho,
                                const std::vector<std::string>& listaArgumentos) {
     const auto bDemais = [](const CLI::Option& r) {
@@ -59,8 +59,6 @@ std::string DescreveQuantidade(const TCaminho& listaCaminho,
         const CLI::Option* pOpcao = XVDeclaracoes::GetOpcao(listaCaminho, *p);
         if (pOpcao == nullptr) continue;
         const bool bComIgual = p->find('=') != std::string::npos;
-        if (!XVDeclaracoes::LevaValor(*pOpcao) && bComIgual)
-            return XVDeclaracoes::GetNome(*pOpcao) + ": não leva valor";
         const bool bFim = std::next(p) == listaArgumentos.end();
         if (XVDeclaracoes::LevaValor(*pOpcao) && !bComIgual &&
             (bFim || XVDeclaracoes::GetOpcao(listaCaminho, *std::next(p)) != nullptr))
@@ -81,6 +79,21 @@ std::string DescreveExclusao(const TCaminho& listaCaminho) {
 }
 
 }  // namespace
+
+std::string XVDescreveValorDemais(const CLI::App& rRaiz, const std::vector<std::string>& listaArgumentos) {
+    const TCaminho listaCaminho = XVDeclaracoes::GetCaminho(rRaiz, listaArgumentos);
+    bool bEhValor = false;  // of the option before it, whatever it looks like
+    for (const std::string& rArgumento : listaArgumentos) {
+        if (rArgumento == "--" && !bEhValor) break;
+        const CLI::Option* pOpcao = bEhValor ? nullptr : XVDeclaracoes::GetOpcao(listaCaminho, rArgumento);
+        const bool bComIgual = rArgumento.find('=') != std::string::npos;
+        const bool bLevaValor = pOpcao != nullptr && XVDeclaracoes::LevaValor(*pOpcao);
+        if (pOpcao != nullptr && !bLevaValor && bComIgual)
+            return XVDeclaracoes::GetNome(*pOpcao) + ": não leva valor";
+        bEhValor = bLevaValor && !bComIgual;
+    }
+    return {};
+}
 
 std::string XVDescreveErroDeUso(const CLI::App& rRaiz, const std::vector<std::string>& listaArgumentos,
                                 const CLI::ParseError& rErro) {

@@ -9,5 +9,9 @@
 std::string XVDescreveErroDeUso(const CLI::App& rRaiz, const std::vector<std::string>& listaArgumentos,
                                 const CLI::ParseError& rErro);
 
+// What is wrong where a flag is given a value ("--json=true"), which the library would take; else an empty
+// text.
+std::string XVDescreveValorDemais(const CLI::App& rRaiz, const std::vector<std::string>& listaArgumentos);
+
 // " (veja "xvcr busca --help")" of the command that the line names.
 std::string XVOndeHaAjuda(const CLI::App& rRaiz, const std::vector<std::string>& listaArgumentos);

@@ -38,15 +38,15 @@ CXVProcessoFilho::CXVProcessoFilho(const std::string& sPrograma,
 
     posix_spawn_file_actions_t acoes;
     posix_spawn_file_actions_init(&acoes);
-    if (rFluxos.sEntrada.empty()) {
-        posix_spawn_file_actions_adddup2(&acoes, entradaDoFilho.Get(), STDIN_FILENO);
-        posix_spawn_file_actions_adddup2(&acoes, saidaDoFilho.Get(), STDOUT_FILENO);
-    } else {
-        constexpr int k_iCria = O_WRONLY | O_CREAT;
-        posix_spawn_file_actions_addopen(&acoes, STDIN_FILENO, rFluxos.sEntrada.c_str(), O_RDONLY, 0);
-        posix_spawn_file_actions_addopen(&acoes, STDOUT_FILENO, rFluxos.sSaida.c_str(), k_iCria, 0600);
-        posix_spawn_file_actions_addopen(&acoes, STDERR_FILENO, rFluxos.sErro.c_str(), k_iCria, 0600);
-    }
+    const auto poe = [&acoes](int iFluxo, const std::string& sArquivo, int iOpcoes, int iCano) {
+        if (!sArquivo.empty())
+            posix_spawn_file_actions_addopen(&acoes, iFluxo, sArquivo.c_str(), iOpcoes, 0600);
+        else if (iCano >= 0)
+            posix_spawn_file_actions_adddup2(&acoes, iCano, iFluxo);
+    };
+    poe(STDIN_FILENO, rFluxos.sEntrada, O_RDONLY, entradaDoFilho.Get());
+    poe(STDOUT_FILENO, rFluxos.sSaida, O_WRONLY | O_CREAT, saidaDoFilho.Get());
+    poe(STDERR_FILENO, rFluxos.sErro, O_WRONLY | O_CREAT, -1);
     const int iErro = posix_spawn(&m_pSistema->iProcesso, sPrograma.c_str(), &acoes, nullptr,
                                   listaPonteiros.data(), environ);
     posix_spawn_file_actions_destroy(&acoes);
@@ -61,8 +61,17 @@ bool CXVProcessoFilho::LeByte(char& rcByte) {
     return XVRepeteInterrompida([&] { return read(m_pSistema->saida.Get(), &rcByte, 1); }) == 1;
 }
 
+void CXVProcessoFilho::Escreve(const std::string& sTexto) {
+    if (write(m_pSistema->entrada.Get(), sTexto.data(), sTexto.size()) != static_cast<ssize_t>(sTexto.size()))
+        throw std::runtime_error("write into the child's input");
+}
+
 void CXVProcessoFilho::FechaEntrada() {
     m_pSistema->entrada.Fecha();
+}
+
+long CXVProcessoFilho::GetNumero() const {
+    return m_pSistema->iProcesso;
 }
 
 void CXVProcessoFilho::Mata() {
@@ -75,7 +84,9 @@ int CXVProcessoFilho::EsperaFim() {
     int iEstado = 0;
     const pid_t iProcesso = std::exchange(m_pSistema->iProcesso, -1);
     const pid_t iFim = XVRepeteInterrompida([&] { return waitpid(iProcesso, &iEstado, 0); });
-    return iFim == iProcesso && WIFEXITED(iEstado) ? WEXITSTATUS(iEstado) : -1;
+    if (iFim != iProcesso) return -1;
+    if (WIFEXITED(iEstado)) return WEXITSTATUS(iEstado);
+    return WTERMSIG(iEstado) == SIGKILL ? -1 : -WTERMSIG(iEstado);
 }
 
 std::string XVProgramaVizinho(const std::string& sNome) {

@@ -66,14 +66,15 @@ CXVProcessoFilho::CXVProcessoFilho(const std::string& sPrograma,
     inicio.cb = sizeof(inicio);
     inicio.dwFlags = STARTF_USESTDHANDLES;
     HANDLE hErro = nullptr;
-    if (rFluxos.sEntrada.empty()) {
+    if (rFluxos.sEntrada.empty())
         CriaCano(inicio.hStdInput, m_pSistema->hEntrada, true);
-        CriaCano(m_pSistema->hSaida, inicio.hStdOutput, false);
-    } else {
+    else
         inicio.hStdInput = Abre(rFluxos.sEntrada, GENERIC_READ, OPEN_EXISTING);
+    if (rFluxos.sSaida.empty())
+        CriaCano(m_pSistema->hSaida, inicio.hStdOutput, false);
+    else
         inicio.hStdOutput = Abre(rFluxos.sSaida, GENERIC_WRITE, CREATE_ALWAYS);
-        hErro = Abre(rFluxos.sErro, GENERIC_WRITE, CREATE_ALWAYS);
-    }
+    if (!rFluxos.sErro.empty()) hErro = Abre(rFluxos.sErro, GENERIC_WRITE, CREATE_ALWAYS);
     inicio.hStdError = hErro != nullptr ? hErro : GetStdHandle(STD_ERROR_HANDLE);
     std::string sComando = Cita(sPrograma);
     for (const std::string& sArgumento : listaArgumentos) sComando += ' ' + Cita(sArgumento);
@@ -100,8 +101,20 @@ bool CXVProcessoFilho::LeByte(char& rcByte) {
     return ReadFile(m_pSistema->hSaida, &rcByte, 1, &ulLidos, nullptr) && ulLidos == 1;
 }
 
+void CXVProcessoFilho::Escreve(const std::string& sTexto) {
+    DWORD ulEscritos = 0;
+    if (!WriteFile(m_pSistema->hEntrada, sTexto.data(), static_cast<DWORD>(sTexto.size()), &ulEscritos,
+                   nullptr) ||
+        ulEscritos != sTexto.size())
+        throw std::runtime_error("WriteFile into the child's input");
+}
+
 void CXVProcessoFilho::FechaEntrada() {
     Fecha(m_pSistema->hEntrada);
+}
+
+long CXVProcessoFilho::GetNumero() const {
+    return static_cast<long>(GetProcessId(m_pSistema->hProcesso));
 }
 
 void CXVProcessoFilho::Mata() {

@@ -31,9 +31,9 @@ TEST_F(ProgramaSaida, ResultadoQueNaoSeEscreveEFalha) {
     const std::string sDmc = Grava("grava --sistema Mercos --json-enviado " + std::string(100000, 'x'));
     // A pipe whose only reader is gone before the program starts.
     const std::string sCano =
-        "trap '' PIPE; mkfifo \"$XVCANO\" && exec 3<>\"$XVCANO\" 4>\"$XVCANO\" 3<&- && \"$@\" >&4 4>&-; "
+        "mkfifo \"$XVCANO\" && exec 3<>\"$XVCANO\" 4>\"$XVCANO\" 3<&- && \"$@\" >&4 4>&-; "
         "echo saida=$? >&2";
-    const std::string sComCano = "XVCANO='" + m_Diretorio.Junta("cano") + "'; export XVCANO; " + sCano;
+    const std::string sExporta = "XVCANO='" + m_Diretorio.Junta("cano") + "'; export XVCANO; ";
     m_Diretorio.CriaArquivo("uma.jsonl", "{}");
     const std::vector<std::vector<std::string>> listaComandos{{"carrega", m_Diretorio.Junta("uma.jsonl")},
                                                               {"busca"},
@@ -41,12 +41,13 @@ TEST_F(ProgramaSaida, ResultadoQueNaoSeEscreveEFalha) {
                                                               {"le", sDmc, "--todos"},
                                                               {"le", sDmc, "--todos", "--json"},
                                                               {"versao"},
+                                                              {"acompanha", "--desde-o-inicio", "--uma-vez"},
                                                               {"--help"},
                                                               {"--version"},
                                                               {"grava", "--status", "Pendente"}};
     for (const auto& rComando : listaComandos) {
         const char* pszGravado = rComando[0] == "grava"     ? "; gravada: 2"
-                                 : rComando[0] == "carrega" ? "; 1 linhas gravadas\n"
+                                 : rComando[0] == "carrega" ? "; 1 linhas gravadas, até a linha 1\n"
                                                             : "\n";
         const std::string sErro = "xvcr: não foi possível escrever o resultado na saída padrão";
         for (const char* pszRoteiro : {"exec \"$@\" >/dev/full", "exec \"$@\" >&-"}) {
@@ -54,9 +55,25 @@ TEST_F(ProgramaSaida, ResultadoQueNaoSeEscreveEFalha) {
             EXPECT_EQ(execucao.iSaida, 1) << pszRoteiro << testing::PrintToString(rComando);
             EXPECT_THAT(execucao.sErro, StartsWith(sErro + pszGravado));
         }
-        const SExecucao cano = Roteiro(sComCano, rComando);
+        // What records survives the pipe by itself; what only reads may end as pipelines do.
+        const bool bGrava = *pszGravado == ';';
+        const SExecucao cano = Roteiro(sExporta + (bGrava ? "" : "trap '' PIPE; ") + sCano, rComando);
         std::filesystem::remove(m_Diretorio.Junta("cano"));
         EXPECT_THAT(cano.sErro, testing::AllOf(StartsWith(sErro + pszGravado), EndsWith("\nsaida=1\n")));
+    }
+}
+
+TEST_F(ProgramaSaida, AcompanhaQueAlguemPedeQueTermineAcabaALinha) {
+    Grava("grava --chave 1");
+    for (const char* pszSinal : {"TERM", "HUP"}) {
+        const SExecucao execucao = Roteiro(
+            "cd \"$3\" && : >saida && { \"$@\" >saida & p=$!; } && until [ -s saida ]; do "
+            "kill -0 $p || exit 9; done; kill -" +
+                std::string(pszSinal) + " $p; wait $p; echo $?; cat saida",
+            {"acompanha"});
+        EXPECT_THAT(execucao.sSaida,
+                    testing::MatchesRegex("1(43|29)\n\\{\"evento\":\"inicio\".*\\}\n\\{.*emDia\"\\}\n"))
+            << pszSinal;
     }
 }
 

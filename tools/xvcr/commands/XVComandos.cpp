@@ -1,7 +1,5 @@
 #include "tools/xvcr/commands/XVComandos.h"
 
-#include "tools/xvcr/commands/XVDeclaracoes.h"
-
 CLI::App* XVAdicionaComando(CLI::App& rRaiz, const std::string& sNome, const std::string& sDescricao,
                             const std::string& sExemplos) {
     CLI::App* pComando = rRaiz.add_subcommand(sNome, sDescricao);
@@ -14,7 +12,5 @@ CLI::App* XVAdicionaComando(CLI::App& rRaiz, const std::string& sNome, const std
 }
 
 void XVDefineAcao(CLI::App* pComando, CXVContexto& rContexto, std::function<void()> fAcao) {
-    for (CLI::Option* pOpcao : pComando->get_options())
-        if (!XVDeclaracoes::LevaValor(*pOpcao)) pOpcao->disable_flag_override();
     pComando->callback([&rContexto, fAcao = std::move(fAcao)] { rContexto.fAcao = fAcao; });
 }

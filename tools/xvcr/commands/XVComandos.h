@@ -10,6 +10,7 @@ void XVAdicionaGrava(CLI::App& rRaiz, CXVContexto& rContexto);
 void XVAdicionaStatus(CLI::App& rRaiz, CXVContexto& rContexto);
 void XVAdicionaLe(CLI::App& rRaiz, CXVContexto& rContexto);
 void XVAdicionaBusca(CLI::App& rRaiz, CXVContexto& rContexto);
+void XVAdicionaAcompanha(CLI::App& rRaiz, CXVContexto& rContexto);
 void XVAdicionaCarrega(CLI::App& rRaiz, CXVContexto& rContexto);
 void XVAdicionaMapa(CLI::App& rRaiz, CXVContexto& rContexto);
 void XVAdicionaDataHora(CLI::App& rRaiz, CXVContexto& rContexto);

@@ -1,6 +1,7 @@
 #include "tools/xvcr/commands/XVContexto.h"
 
 #include "platform/XVAmbienteSO.h"
+#include "platform/XVConsole.h"
 #include "platform/XVPlataforma.h"
 #include "support/XVAmbiente.h"
 #include "support/codes/XVCodigos.h"
@@ -19,9 +20,13 @@ void CXVContexto::CompletaAcesso() {
         XVFalha("o diretório do módulo \"" + loja.sDiretorio + "\" não existe");
 }
 
-void CXVContexto::ExigeEmpresa() const {
+void CXVContexto::ExigeAlgumaEmpresa() const {
     if (identificacao.sEmpresa.empty())
         XVErroDeUso("falta a empresa: use --empresa ou a variável de ambiente XVCR_EMPRESA");
+}
+
+void CXVContexto::ExigeEmpresa() const {
+    ExigeAlgumaEmpresa();
     if (!CAmbienteXV::EhEmpresaValida(identificacao.sEmpresa))
         XVErroDeUso(
             "--empresa: \"" + identificacao.sEmpresa +
@@ -83,6 +88,7 @@ XVCliente::CXVCliente& CXVContexto::Abre(EUsoDaBase eUso) {
         ExigeBase();
         loja.bSomenteLeitura = true;
     }
+    if (eUso == EUsoDaBase::eGravacao) XVConsole::CanoSemLeitorEhFalha();
     XVConfere(Conecta());
     return m_Cliente;
 }

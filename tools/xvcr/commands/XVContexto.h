@@ -25,6 +25,7 @@ class CXVContexto {
     // Directory and company from the options or the environment, without opening anything.
     void CompletaAcesso();
     void ExigeEmpresa() const;
+    void ExigeAlgumaEmpresa() const;  // the same of a text that may name several
     // The module directory of the options or of the installation; none is thrown as CXVErro.
     std::string GetDiretorioModulo() const;
     // The same; one that is configured and does not exist is thrown too.

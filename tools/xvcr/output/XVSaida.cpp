@@ -6,7 +6,8 @@
 #include "tools/xvcr/text/XVErros.h"
 #include "tools/xvcr/text/XVTextoTela.h"
 
-void CXVSaida::Falha() const {
+void CXVSaida::Falha() {
+    m_bFalhou = true;
     XVFalha("não foi possível escrever o resultado na saída padrão" +
             (m_fnFeito ? "; " + m_fnFeito() : std::string()));
 }

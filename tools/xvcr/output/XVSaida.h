@@ -33,10 +33,13 @@ class CXVSaida {
 
     // Hands everything to the system; a failure is thrown as CXVErro.
     void Termina();
+    // Whether a failure of this output was thrown.
+    bool Falhou() const { return m_bFalhou; }
 
   private:
-    [[noreturn]] void Falha() const;
+    [[noreturn]] void Falha();
 
     bool m_bJson = false;
+    bool m_bFalhou = false;
     std::function<std::string()> m_fnFeito;
 };

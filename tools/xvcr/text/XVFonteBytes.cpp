@@ -1,30 +1,40 @@
 #include "tools/xvcr/text/XVFonteBytes.h"
 
 #include <cstdint>
-#include <cstdio>
 #include <filesystem>
 #include <fstream>
+#include <utility>
 
+#include "platform/XVFluxoEntrada.h"
 #include "tools/xvcr/text/XVArquivoSaida.h"
 #include "tools/xvcr/text/XVErros.h"
 
 namespace {
 
-class CXVFonteEntrada : public IXVFonteBytes {
+class CXVFonteFluxo : public IXVFonteBytes {
   public:
+    CXVFonteFluxo(std::unique_ptr<IXVFluxoEntrada> pFluxo, std::string sNome)
+        : m_pFluxo(std::move(pFluxo)), m_sNome(std::move(sNome)) {
+        if (m_pFluxo == nullptr) XVFalha("não foi possível abrir " + m_sNome);
+    }
+
     std::size_t Le(char* pDados, std::size_t uiTamanho) override {
-        const std::size_t uiLidos = std::fread(pDados, 1, uiTamanho, stdin);
-        if (uiLidos == 0 && std::ferror(stdin) != 0) XVFalha("não foi possível ler a entrada padrão");
+        std::size_t uiLidos = 0;
+        if (!m_pFluxo->Le(pDados, uiTamanho, &uiLidos)) XVFalha("não foi possível ler " + m_sNome);
         return uiLidos;
     }
+    bool EhArquivo() const override { return m_pFluxo->EhArquivo(); }
+    std::uintmax_t GetTamanho() const override { return m_pFluxo->GetTamanho(); }
+
+  private:
+    std::unique_ptr<IXVFluxoEntrada> m_pFluxo;
+    std::string m_sNome;
 };
 
 class CXVFonteArquivo : public IXVFonteBytes {
   public:
-    explicit CXVFonteArquivo(const std::string& sNome) : m_sNome(sNome) {
-        const std::filesystem::path caminho = XVCaminhoDeUtf8(sNome);
+    CXVFonteArquivo(const std::filesystem::path& caminho, const std::string& sNome) : m_sNome(sNome) {
         std::error_code erro;
-        if (std::filesystem::is_directory(caminho, erro)) XVFalha("\"" + sNome + "\" é um diretório");
         m_Arquivo.open(caminho, std::ios::binary);
         if (!m_Arquivo) XVFalha("não foi possível abrir o arquivo \"" + sNome + "\"");
         m_uiTamanho = std::filesystem::file_size(caminho, erro);
@@ -42,6 +52,7 @@ class CXVFonteArquivo : public IXVFonteBytes {
         m_bFim = m_Arquivo.gcount() == 0;
         return static_cast<std::size_t>(m_Arquivo.gcount());
     }
+    bool EhArquivo() const override { return true; }
     std::uintmax_t GetTamanho() const override { return m_uiTamanho; }
 
   private:
@@ -55,11 +66,20 @@ class CXVFonteArquivo : public IXVFonteBytes {
 }  // namespace
 
 std::unique_ptr<IXVFonteBytes> XVAbreFonte(const std::string& sNome) {
-    if (sNome != "-") return std::make_unique<CXVFonteArquivo>(sNome);
-    static bool s_bTomada = false;
-    if (s_bTomada) XVErroDeUso("a entrada padrão (-) só pode ser lida uma vez por comando");
-    s_bTomada = true;
-    return std::make_unique<CXVFonteEntrada>();
+    if (sNome == "-") {
+        static bool s_bTomada = false;
+        if (s_bTomada) XVErroDeUso("a entrada padrão (-) só pode ser lida uma vez por comando");
+        s_bTomada = true;
+        return std::make_unique<CXVFonteFluxo>(XVFluxoEntradaPadrao(), "a entrada padrão");
+    }
+    const std::filesystem::path caminho = XVCaminhoDeUtf8(sNome);
+    std::error_code erro;
+    const std::filesystem::file_type eTipo = std::filesystem::status(caminho, erro).type();
+    if (eTipo == std::filesystem::file_type::directory) XVFalha("\"" + sNome + "\" é um diretório");
+    // Pipes with a name and what a shell puts in the place of a command's output.
+    if (eTipo == std::filesystem::file_type::fifo || eTipo == std::filesystem::file_type::character)
+        return std::make_unique<CXVFonteFluxo>(XVAbreFluxoEntrada(sNome), '"' + sNome + '"');
+    return std::make_unique<CXVFonteArquivo>(caminho, sNome);
 }
 
 std::string XVLeTudo(IXVFonteBytes& rFonte, std::size_t uiLimite) {

@@ -13,7 +13,12 @@ bool CXVLeitorLinhas::Enche() {
 CXVLeitorLinhas::EResultado CXVLeitorLinhas::Termina(std::string* psLinha) {
     ++m_uiNumero;
     m_bIniciada = false;
-    *psLinha = std::exchange(m_sLinha, {});
+    // Two texts take turns, so that no line asks for memory; one that was much larger than most gives it
+    // back.
+    constexpr std::size_t k_uiMantido = 1U << 20;
+    psLinha->clear();
+    if (psLinha->capacity() > k_uiMantido) psLinha->shrink_to_fit();
+    std::swap(*psLinha, m_sLinha);
     if (std::exchange(m_bLonga, false)) {
         psLinha->clear();
         return EResultado::eLonga;

@@ -21,6 +21,9 @@ class CXVLeitorLinhas {
     // The next line without its line feed and carriage return.
     EResultado Proxima(std::string* psLinha);
 
+    // Whether the next line has to be waited for: no whole one is at hand.
+    bool PrecisaLer() const { return m_sBloco.find('\n', m_uiPosicao) == std::string::npos; }
+
     std::uint64_t GetNumero() const { return m_uiNumero; }  // of the last line, from 1
     std::uint64_t GetBytes() const { return m_uiBytes; }    // taken so far
 
