@@ -3,7 +3,7 @@
 #include <utility>
 
 bool CXVLeitorLinhas::Enche() {
-    constexpr std::size_t k_uiBloco = 65536;
+    constexpr std::size_t k_uiBloco = 262144;
     m_sBloco.resize(k_uiBloco);
     m_sResto = std::string_view(m_sBloco.data(), m_rFonte.Le(m_sBloco.data(), k_uiBloco));
     return !m_sResto.empty();
