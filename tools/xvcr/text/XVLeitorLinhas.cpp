@@ -3,11 +3,10 @@
 #include <utility>
 
 bool CXVLeitorLinhas::Enche() {
-    constexpr std::size_t k_uiBloco = 65536;
+    constexpr std::size_t k_uiBloco = 262144;
     m_sBloco.resize(k_uiBloco);
-    m_sBloco.resize(m_rFonte.Le(m_sBloco.data(), k_uiBloco));
-    m_uiPosicao = 0;
-    return !m_sBloco.empty();
+    m_sResto = std::string_view(m_sBloco.data(), m_rFonte.Le(m_sBloco.data(), k_uiBloco));
+    return !m_sResto.empty();
 }
 
 CXVLeitorLinhas::EResultado CXVLeitorLinhas::Termina(std::string* psLinha) {
@@ -29,19 +28,19 @@ CXVLeitorLinhas::EResultado CXVLeitorLinhas::Termina(std::string* psLinha) {
 
 CXVLeitorLinhas::EResultado CXVLeitorLinhas::Proxima(std::string* psLinha) {
     for (;;) {
-        if (m_uiPosicao == m_sBloco.size() && !Enche())
+        if (m_sResto.empty() && !Enche())
             return m_bIniciada && !m_bCresce ? Termina(psLinha) : EResultado::eFim;
-        const std::size_t uiFim = m_sBloco.find('\n', m_uiPosicao);
-        const bool bCompleta = uiFim != std::string::npos;
-        const std::size_t uiBytes = (bCompleta ? uiFim : m_sBloco.size()) - m_uiPosicao;
+        const std::size_t uiFim = m_sResto.find('\n');
+        const bool bCompleta = uiFim != std::string_view::npos;
+        const std::size_t uiBytes = bCompleta ? uiFim : m_sResto.size();
         if (uiBytes > m_uiLimite - m_sLinha.size()) {
             m_bLonga = true;
             m_sLinha.clear();
             m_sLinha.shrink_to_fit();
         }
-        if (!m_bLonga) m_sLinha.append(m_sBloco, m_uiPosicao, uiBytes);
+        if (!m_bLonga) m_sLinha.append(m_sResto.substr(0, uiBytes));
         const std::size_t uiAvanco = uiBytes + (bCompleta ? 1U : 0U);
-        m_uiPosicao += uiAvanco;
+        m_sResto.remove_prefix(uiAvanco);
         m_uiBytes += uiAvanco;
         m_bIniciada = true;
         if (bCompleta) return Termina(psLinha);

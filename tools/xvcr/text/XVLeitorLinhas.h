@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 #include "tools/xvcr/text/XVFonteBytes.h"
 
@@ -22,7 +23,7 @@ class CXVLeitorLinhas {
     EResultado Proxima(std::string* psLinha);
 
     // Whether the next line has to be waited for: no whole one is at hand.
-    bool PrecisaLer() const { return m_sBloco.find('\n', m_uiPosicao) == std::string::npos; }
+    bool PrecisaLer() const { return m_sResto.find('\n') == std::string_view::npos; }
 
     std::uint64_t GetNumero() const { return m_uiNumero; }  // of the last line, from 1
     std::uint64_t GetBytes() const { return m_uiBytes; }    // taken so far
@@ -35,8 +36,8 @@ class CXVLeitorLinhas {
     std::size_t m_uiLimite;
     bool m_bCresce;
     std::string m_sBloco;
-    std::size_t m_uiPosicao = 0;  // in m_sBloco
-    std::string m_sLinha;         // what is known of the line so far
+    std::string_view m_sResto;  // of m_sBloco: read and not yet taken
+    std::string m_sLinha;       // what is known of the line so far
     bool m_bLonga = false;
     bool m_bIniciada = false;
     std::uint64_t m_uiNumero = 0;

@@ -70,6 +70,17 @@ std::string Decodifica(std::string_view sTexto) {
     return sDecodificado;
 }
 
+// Behind the closing quotation mark of the string that begins at i.
+std::size_t FimDoTexto(std::string_view s, std::size_t i) {
+    ++i;
+    for (;;) {
+        const std::size_t uiAspas = s.find('"', i);
+        const std::size_t uiBarra = s.substr(i, uiAspas - i).find('\\');
+        if (uiBarra == std::string_view::npos) return uiAspas + 1;
+        i += uiBarra + 2;
+    }
+}
+
 // What is wrong with a line that is no JSON.
 std::string DescreveErro(std::string_view sLinha) {
     try {
@@ -131,30 +142,26 @@ std::string SMembroJson::GetTexto() const {
     return Decodifica(sValor);
 }
 
-// Whitespace means something in strings only.
+// Whitespace means something in strings only. The value was gone over before: every string in it ends.
 std::string SMembroJson::GetCompacto() const {
-    std::string sCompacto(sValor.size(), '\0');
-    char* pPara = sCompacto.data();
-    const char* const pFim = sValor.data() + sValor.size();
-    for (const char* p = sValor.data(); p != pFim;) {
-        if (static_cast<unsigned char>(*p) <= ' ') {
-            ++p;
-            continue;
-        }
-        const bool bTexto = *p == '"';
-        *pPara++ = *p++;
-        // The value was gone over before: every string in it ends.
-        for (bool bDentro = bTexto; bDentro; *pPara++ = *p++) {
-            bDentro = *p != '"';
-            if (*p == '\\') *pPara++ = *p++;
+    std::string sCompacto;
+    sCompacto.reserve(sValor.size());
+    for (std::size_t i = 0; i < sValor.size();) {
+        const std::size_t uiInicio = i;
+        if (static_cast<unsigned char>(sValor[i]) > ' ') {
+            i = sValor[i] == '"' ? FimDoTexto(sValor, i) : i + 1;
+            sCompacto += sValor.substr(uiInicio, i - uiInicio);
+        } else {
+            ++i;
         }
     }
-    sCompacto.resize(static_cast<std::size_t>(pPara - sCompacto.data()));
     return sCompacto;
 }
 
 std::string XVSeparaMembros(std::string_view sLinha, std::vector<SMembroJson>* pLista) {
+    constexpr std::size_t k_uiQuaseSempre = 24;  // the fields of an integration
     pLista->clear();
+    pLista->reserve(k_uiQuaseSempre);
     if (sLinha.starts_with(k_sBom)) sLinha.remove_prefix(k_sBom.size());
     CXVVarreduraJson varredura(sLinha);
     std::string sErro;

@@ -1,9 +1,9 @@
 #include "tools/xvcr/text/XVVarreduraJson.h"
 
+#include <emmintrin.h>
+
 #include <bit>
 #include <charconv>
-#include <cstdint>
-#include <cstring>
 #include <nlohmann/json.hpp>
 #include <string>
 
@@ -30,21 +30,22 @@ bool CXVVarreduraJson::LeValor(std::string_view* psValor) {
     return true;
 }
 
-// Over what is ASCII and means itself in a string, eight bytes at a time. Operations on the word mark in the
-// highest bit of a byte what stops it; only above a true mark they may set a false one.
+// Over what is ASCII and means itself in a string, as many bytes at a time as the processor takes; the last
+// ones of the text are left to the caller.
 void CXVVarreduraJson::PulaSimples() {
-    constexpr std::uint64_t k_uiUns = 0x0101010101010101U;
-    constexpr std::uint64_t k_uiAltos = k_uiUns << 7;
-    static_assert(std::endian::native == std::endian::little);
-    for (std::uint64_t ui = 0; m_sTexto.size() - m_uiPosicao >= sizeof(ui); m_uiPosicao += sizeof(ui)) {
-        std::memcpy(&ui, m_sTexto.data() + m_uiPosicao, sizeof(ui));
-        const std::uint64_t uiAspas = ui ^ (k_uiUns * '"');
-        const std::uint64_t uiBarra = ui ^ (k_uiUns * '\\');
-        const std::uint64_t uiZeros = ((uiAspas - k_uiUns) & ~uiAspas) | ((uiBarra - k_uiUns) & ~uiBarra);
-        const std::uint64_t uiControles = (ui - k_uiUns * ' ') & ~ui;
-        const std::uint64_t uiMarcas = (ui | uiZeros | uiControles) & k_uiAltos;
+    const __m128i aAspas = _mm_set1_epi8('"');
+    const __m128i aBarra = _mm_set1_epi8('\\');
+    const __m128i aEspaco = _mm_set1_epi8(' ');
+    for (; m_sTexto.size() - m_uiPosicao >= sizeof(__m128i); m_uiPosicao += sizeof(__m128i)) {
+        const __m128i aBytes =
+            _mm_loadu_si128(reinterpret_cast<const __m128i*>(m_sTexto.data() + m_uiPosicao));
+        // With a sign, what is not ASCII is below a blank as well as controls are.
+        const __m128i aParam =
+            _mm_or_si128(_mm_cmplt_epi8(aBytes, aEspaco),
+                         _mm_or_si128(_mm_cmpeq_epi8(aBytes, aAspas), _mm_cmpeq_epi8(aBytes, aBarra)));
+        const auto uiMarcas = static_cast<unsigned>(_mm_movemask_epi8(aParam));
         if (uiMarcas == 0) continue;
-        m_uiPosicao += static_cast<std::size_t>(std::countr_zero(uiMarcas)) / 8;
+        m_uiPosicao += static_cast<std::size_t>(std::countr_zero(uiMarcas));
         return;
     }
 }
@@ -88,7 +89,12 @@ bool CXVVarreduraJson::PulaTexto() {
         const auto ucByte = static_cast<unsigned char>(m_sTexto[m_uiPosicao]);
         uiTodos |= ucByte;
         if (ucByte < 0x20) return false;
-        if (ucByte == '\\' && !PulaEscape()) return false;
+        if (ucByte == '\\') {
+            if (!PulaEscape()) return false;
+            ++m_uiPosicao;
+            PulaSimples();
+            --m_uiPosicao;
+        }
         if (ucByte != '"') continue;
         const std::string_view sConteudo = m_sTexto.substr(uiInicio, m_uiPosicao - uiInicio);
         ++m_uiPosicao;
