@@ -35,8 +35,8 @@ bool XVPodeSerImportada(const SIntegracaoTransportada& rIntegracao) {
                            ValidaStatusIntegracao(r.eStatusIntegracao),
                            ValidaSistemaIntegracao(r.eSistemaIntegracao),
                            ValidaTipoTransacao(r.eTipoTransacao)};
-    const bool bNoIndice = r.eStatusIntegracao != 0 || r.eSistemaIntegracao != 0 ||
-                           r.uiChaveIntegracaoSistemaTerceiro != 0;
+    const bool bNoIndice =
+        r.eStatusIntegracao != 0 || r.eSistemaIntegracao != 0 || r.uiChaveIntegracaoSistemaTerceiro != 0;
     return std::all_of(std::begin(ahr), std::end(ahr), [](HRESULT hr) { return SUCCEEDED(hr); }) &&
            r.uiChaveRegistroSistemaTerceiro == 0 && (rIntegracao.eTipo == ETipo::eInteira || !bNoIndice) &&
            !TemNul(r.sRegistroJSON) && !TemNul(r.sMensagemIntegracao) && !TemNul(r.sJSONRetornoIntegracao);
@@ -78,10 +78,10 @@ HRESULT CBaseMiddleware::LeTransportadas(std::span<const REG_XVDMC> aDmcs,
 
 HRESULT CBaseMiddleware::LeTransportada(REG_XVDMC regDmc, SIntegracaoTransportada* pIntegracao) {
     *pIntegracao = {};
-    XV_CHECK_EM("LeTransportadas", m_pDataBase->m_IndexIntegracao.ExisteIndex(
-                                       CXVDataBase_CR_Middleware::GetChaveIndex(regDmc),
-                                       pIntegracao->ulPosicaoIndice,
-                                       EColuna_Indexacao_Middleware::eIndexacao_DMCIntegracao));
+    XV_CHECK_EM("LeTransportadas",
+                m_pDataBase->m_IndexIntegracao.ExisteIndex(
+                    CXVDataBase_CR_Middleware::GetChaveIndex(regDmc), pIntegracao->ulPosicaoIndice,
+                    EColuna_Indexacao_Middleware::eIndexacao_DMCIntegracao));
     if (pIntegracao->ulPosicaoIndice != 0) return LeRegistros(regDmc, &pIntegracao->dados, k_ullLeTextos);
     pIntegracao->eTipo = ETipo::eSubstituida;
     REG_CR_INTEGRACAO_MIDDLEWARE_V2 reg;
@@ -91,7 +91,8 @@ HRESULT CBaseMiddleware::LeTransportada(REG_XVDMC regDmc, SIntegracaoTransportad
     return LeDoRegistro(regDmc, reg, &pIntegracao->dados, k_ullLeTextos);
 }
 
-HRESULT CBaseMiddleware::ImportaIntegracao(const SIntegracaoTransportada& rIntegracao, EImportada* peImportada) {
+HRESULT CBaseMiddleware::ImportaIntegracao(const SIntegracaoTransportada& rIntegracao,
+                                           EImportada* peImportada) {
     const CXVDadosCR_IntegracaoMiddleware& rDados = rIntegracao.dados;
     XV_ESCOPO({"regDmc", rDados.regDmc.uiValor});
     XV_CHECK(ValidaAcessoGravacao());

@@ -15,6 +15,11 @@ namespace {
 
 using ETipo = SIntegracaoTransportada::ETipo;
 
+using ECabecalho = CXVEscritaRecuperada::ECabecalho;
+
+const std::string k_sControle(XVDATABASE_NOME_ARQUIVO_CONTROLE_CRIACAO_ARQUIVOS);
+constexpr const char* k_pszCopia = ".tra";
+
 template <class T>
 std::string_view Bytes(const T& reg) {
     return {reinterpret_cast<const char*>(&reg), sizeof(reg)};
@@ -45,7 +50,7 @@ HRESULT CXVLojaNova::Comeca() {
 
 bool CXVLojaNova::Segue(const SIntegracaoTransportada& rIntegracao) const {
     const REG_XVDMC regDmc = rIntegracao.dados.regDmc;
-    if (!XVPodeSerImportada(rIntegracao)) return false;
+    if (!m_bComecou || !XVPodeSerImportada(rIntegracao)) return false;
     return regDmc.GetDma() == m_dma ? m_ulRegistros + 1 == regDmc.GetPonteiro()
                                     : regDmc.GetDma() > m_dma && regDmc.GetPonteiro() == 1;
 }
@@ -112,26 +117,36 @@ HRESULT CXVLojaNova::ConcluiDia() {
 }
 
 HRESULT CXVLojaNova::Conclui() {
+    if (!m_bComecou) return S_OK;
     HRESULT hr = ConcluiDia();
     if (SUCCEEDED(hr)) hr = GravaControle(m_listaArquivos);
     if (SUCCEEDED(hr)) hr = GravaIndice();
-    if (FAILED(hr)) return hr;
-    m_bComecou = false;
-    return XVCodigoArquivo(XVPlataforma::SistemaArquivos().SincronizaDiretorio(m_sDiretorio));
+    if (SUCCEEDED(hr))
+        hr = XVCodigoArquivo(XVPlataforma::SistemaArquivos().SincronizaDiretorio(m_sDiretorio));
+    m_bComecou = FAILED(hr);
+    return hr;
 }
 
 // The files that were made, and the index, which is made last. The list is replaced as a whole: at no moment
 // is there one that does not name the index.
 HRESULT CXVLojaNova::GravaControle(std::vector<std::string> listaNomes) {
-    const std::string sNome(XVDATABASE_NOME_ARQUIVO_CONTROLE_CRIACAO_ARQUIVOS);
-    std::erase(listaNomes, sNome);
+    std::erase(listaNomes, k_sControle);
     listaNomes.emplace_back(k_pszArquivoIndexIntegracao);
-    const std::string sCopia = sNome + ".tra";
-    CXVEscritaRecuperada escrita(m_sDiretorio, sCopia, CXVEscritaRecuperada::ECabecalho::eSem);
+    return PoeDeUmaVez(k_sControle, ECabecalho::eSem, [&](CXVEscritaRecuperada& rEscrita) {
+        HRESULT hr = S_OK;
+        for (auto it = listaNomes.begin(); it != listaNomes.end() && SUCCEEDED(hr); ++it)
+            hr = rEscrita.GravaTexto(*it);
+        return hr;
+    });
+}
+
+template <class FEscreve>
+HRESULT CXVLojaNova::PoeDeUmaVez(const std::string& sNome, ECabecalho eCabecalho, FEscreve fnEscreve) {
+    const std::string sCopia = sNome + k_pszCopia;
+    CXVEscritaRecuperada escrita(m_sDiretorio, sNome, eCabecalho, sCopia);
     HRESULT hr = escrita.Abre();
-    for (auto it = listaNomes.begin(); it != listaNomes.end() && SUCCEEDED(hr); ++it)
-        hr = escrita.GravaTexto(*it);
-    if (SUCCEEDED(hr)) hr = escrita.Conclui(m_rDono, 0);
+    if (SUCCEEDED(hr)) hr = fnEscreve(escrita);
+    if (SUCCEEDED(hr)) hr = escrita.Conclui(m_rDono, k_usVersaoArquivoInicial);
     if (FAILED(hr)) return hr;
     IXVSistemaArquivos& rSistema = XVPlataforma::SistemaArquivos();
     m_listaArquivos.push_back(sNome);
@@ -149,20 +164,21 @@ HRESULT CXVLojaNova::GravaVersao() {
     return SUCCEEDED(hr) ? ConcluiArquivo(pEscrita) : hr;
 }
 
-// In the order of the store that they come from, without the gaps that it may have.
+// In the order of the store that they come from, without the gaps that it may have. An empty index would
+// open as a store without integrations, so the file gets its name when it is whole.
 HRESULT CXVLojaNova::GravaIndice() {
     std::stable_sort(m_listaIndice.begin(), m_listaIndice.end(),
                      [](const SNoIndice& a, const SNoIndice& b) { return a.ulPosicao < b.ulPosicao; });
-    std::unique_ptr<CXVEscritaRecuperada> pEscrita;
-    HRESULT hr = CriaArquivo(k_pszArquivoIndexIntegracao, &pEscrita);
-    for (auto it = m_listaIndice.begin(); it != m_listaIndice.end() && SUCCEEDED(hr); ++it)
-        hr = pEscrita->Grava(Bytes(it->reg));
-    return SUCCEEDED(hr) ? ConcluiArquivo(pEscrita) : hr;
+    return PoeDeUmaVez(k_pszArquivoIndexIntegracao, ECabecalho::eCom, [this](CXVEscritaRecuperada& rEscrita) {
+        HRESULT hr = S_OK;
+        for (auto it = m_listaIndice.begin(); it != m_listaIndice.end() && SUCCEEDED(hr); ++it)
+            hr = rEscrita.Grava(Bytes(it->reg));
+        return hr;
+    });
 }
 
 HRESULT CXVLojaNova::CriaArquivo(const std::string& sNome, std::unique_ptr<CXVEscritaRecuperada>* ppEscrita) {
-    *ppEscrita = std::make_unique<CXVEscritaRecuperada>(m_sDiretorio, sNome,
-                                                        CXVEscritaRecuperada::ECabecalho::eCom);
+    *ppEscrita = std::make_unique<CXVEscritaRecuperada>(m_sDiretorio, sNome, ECabecalho::eCom);
     m_listaArquivos.push_back(sNome);
     return (*ppEscrita)->Abre();
 }
@@ -177,6 +193,8 @@ void CXVLojaNova::Desfaz() {
     m_pRegistros.reset();
     for (auto& rpTextos : m_aTextos) rpTextos.reset();
     IXVSistemaArquivos& rSistema = XVPlataforma::SistemaArquivos();
+    for (const std::string& rNome : {k_sControle, std::string(k_pszArquivoIndexIntegracao)})
+        m_listaArquivos.push_back(rNome + k_pszCopia);
     for (const std::string& rNome : m_listaArquivos)
         static_cast<void>(rSistema.Apaga(rSistema.Junta(m_sDiretorio, rNome)));
 }

@@ -26,7 +26,8 @@ class CXVLojaNova {
     CXVLojaNova(const CXVLojaNova&) = delete;
     CXVLojaNova& operator=(const CXVLojaNova&) = delete;
 
-    // S_FALSE: the directory holds something besides logs, so a store cannot be made there like this.
+    // S_FALSE: the directory holds something besides logs, so a store cannot be made there like this, and
+    // the other operations do nothing.
     HRESULT Comeca();
     // Days and, in each of them, positions come in ascending order without a gap. S_FALSE: this one does not,
     // or the store's own operations have to judge it; nothing of it was written.
@@ -48,6 +49,10 @@ class CXVLojaNova {
     HRESULT GravaControle(std::vector<std::string> listaNomes);
     HRESULT GravaVersao();
     HRESULT GravaIndice();
+    // A file that is whole under its name from the first moment on.
+    template <class FEscreve>
+    HRESULT PoeDeUmaVez(const std::string& sNome, CXVEscritaRecuperada::ECabecalho eCabecalho,
+                        FEscreve fnEscreve);
     HRESULT CriaArquivo(const std::string& sNome, std::unique_ptr<CXVEscritaRecuperada>* ppEscrita);
     HRESULT ConcluiArquivo(std::unique_ptr<CXVEscritaRecuperada>& rpEscrita);
     void Desfaz();

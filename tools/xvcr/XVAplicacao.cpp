@@ -55,6 +55,8 @@ void AdicionaComandos(CLI::App& rRaiz, CXVContexto& rContexto) {
     XVAdicionaLe(rRaiz, rContexto);
     XVAdicionaBusca(rRaiz, rContexto);
     XVAdicionaCarrega(rRaiz, rContexto);
+    XVAdicionaExporta(rRaiz, rContexto);
+    XVAdicionaImporta(rRaiz, rContexto);
     XVAdicionaMapa(rRaiz, rContexto);
     XVAdicionaDataHora(rRaiz, rContexto);
     XVAdicionaPendencia(rRaiz, rContexto);
