@@ -16,6 +16,7 @@
 #include "middleware/XVDataBase_CR_Middleware.h"
 #include "middleware/XVFiltroBusca.h"
 #include "middleware/XVOperacoesGenericas.h"
+#include "middleware/XVTransporte.h"
 #include "suite/XVMiddlewareFacade.h"
 
 class CBaseMiddleware : public CXVDataBaseFacade<CXVDataBase_CR_Middleware, CXVBaseParaRotinas>,
@@ -86,6 +87,20 @@ class CBaseMiddleware : public CXVDataBaseFacade<CXVDataBase_CR_Middleware, CXVB
     HRESULT ListaChavesRegistro(std::vector<REG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIRO_V2>* pLista);
     HRESULT ListaDatasHoras(std::vector<REG_CR_DATA_HORA_INTEGRACAO_TERCEIRO_V1>* pLista);
 
+    // From one store to another. The index as it stands; the days that have records; how many of them, those
+    // included that the index does not know.
+    HRESULT ListaIndice(std::vector<REG_CR_INDEX_INTEGRACAO_V1>* pLista);
+    HRESULT ListaDias(std::vector<XVUInt64>* pLista);
+    HRESULT ContaRegistrosDoDia(XVUInt64 uiDia, XVUInt* pulQuantidade);
+    // Records of a few days with their texts, all of one moment. A vacant place is no failure.
+    HRESULT LeTransportadas(std::span<const REG_XVDMC> aDmcs, std::vector<SIntegracaoTransportada>* pLista);
+    // Records an integration under the key that it brings, where that is the next one of its day. Whatever
+    // *peImportada tells beside eNova is a success that has changed nothing. E_INVALIDARG: the store could
+    // not have recorded it itself.
+    HRESULT ImportaIntegracao(const SIntegracaoTransportada& rIntegracao, EImportada* peImportada);
+    static REG_CR_INTEGRACAO_MIDDLEWARE_V2 MontaRegistro(const tagREG_CR_INTEGRACAO_MIDDLEWAREPS& reg);
+    static REG_CR_INDEX_INTEGRACAO_V1 MontaIndice(const CXVDadosCR_IntegracaoMiddleware& rDados);
+
     // Direct query of an external system; nothing is stored.
     HRESULT BuscaDadosSistemaTerceiro(const tagREG_CR_CONSULTA_SISTEMA_TERCEIROPS& regConsultaPS,
                                       tagREG_CR_STATUS_CONSULTA_SISTEMA_TERCEIROPS* pRegStatusPS);
@@ -105,7 +120,6 @@ class CBaseMiddleware : public CXVDataBaseFacade<CXVDataBase_CR_Middleware, CXVB
     HRESULT ValidaAcesso() const;
     HRESULT ValidaAcessoGravacao() const;
     HRESULT ValidaRegistro(const tagREG_CR_INTEGRACAO_MIDDLEWAREPS& reg) const;
-    static REG_CR_INTEGRACAO_MIDDLEWARE_V2 MontaRegistro(const tagREG_CR_INTEGRACAO_MIDDLEWAREPS& reg);
     void GravaLinhaLogGeral(const char* pszOperacao, REG_XVDMC regDmcIntegracao,
                             XVUInt64 uiChaveSistemaTerceiro, REG_XVDMC regDmcMovimentoOrigem) noexcept;
 
@@ -121,6 +135,9 @@ class CBaseMiddleware : public CXVDataBaseFacade<CXVDataBase_CR_Middleware, CXVB
     HRESULT PreparaChaveRegistro(CXVOperacao& operacao, REG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIRO_V2 reg);
     HRESULT PreparaChaveRegistroPendente(CXVOperacao& operacao,
                                          const tagREG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIROPS& regPS);
+    HRESULT PreparaImportacao(CXVOperacao& operacao, const SIntegracaoTransportada& rIntegracao,
+                              EImportada* peImportada);
+    HRESULT PreparaImportada(CXVOperacao& operacao, const SIntegracaoTransportada& rIntegracao);
     // The texts that an operation is about to add to; the message always.
     HRESULT ConfereTextosDoDia(XVUInt64 uiChaveNomeArquivo, bool bJSON, bool bJSONRetorno);
     HRESULT ValidaPosicaoLivre(REG_XVDMC regDmc);
@@ -149,6 +166,9 @@ class CBaseMiddleware : public CXVDataBaseFacade<CXVDataBase_CR_Middleware, CXVB
     // Reading.
     HRESULT LeDados(REG_XVDMC regDmc, CXVDadosCR_IntegracaoMiddleware* pDados, XVUInt64 ullFlagLeitura);
     HRESULT LeRegistros(REG_XVDMC regDmc, CXVDadosCR_IntegracaoMiddleware* pDados, XVUInt64 ullFlagLeitura);
+    HRESULT LeTransportada(REG_XVDMC regDmc, SIntegracaoTransportada* pIntegracao);
+    HRESULT LeDoRegistro(REG_XVDMC regDmc, const REG_CR_INTEGRACAO_MIDDLEWARE_V2& reg,
+                         CXVDadosCR_IntegracaoMiddleware* pDados, XVUInt64 ullFlagLeitura);
     HRESULT LeTextos(XVUInt64 uiChaveNomeArquivo, const REG_CR_INTEGRACAO_MIDDLEWARE_V2& reg,
                      CXVDadosCR_IntegracaoMiddleware* pDados, XVUInt64 ullFlagLeitura);
     HRESULT CompletaComSistemaTerceiro(CXVDadosCR_IntegracaoMiddleware& rDados, bool bOperacaoPosterior);

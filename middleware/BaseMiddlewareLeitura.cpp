@@ -49,16 +49,21 @@ HRESULT CBaseMiddleware::LeRegistros(REG_XVDMC regDmc, CXVDadosCR_IntegracaoMidd
     const XVUInt64 uiChaveNomeArquivo = regDmc.GetDma().ToChave();
     REG_CR_INTEGRACAO_MIDDLEWARE_V2 reg;
     XV_CHECK_EM("LeIntegracao", m_pDataBase->m_Integracao.Le(uiChaveNomeArquivo, regDmc.GetPonteiro(), &reg));
+    pDados->uiChaveIntegracaoSistemaTerceiro = regIndex.uiChaveIntegracaoSistemaTerceiro;
+    pDados->eStatusIntegracao = regIndex.eStatusIntegracao;
+    pDados->eSistemaIntegracao = regIndex.eSistemaIntegracao;
+    return LeDoRegistro(regDmc, reg, pDados, ullFlagLeitura);
+}
+
+HRESULT CBaseMiddleware::LeDoRegistro(REG_XVDMC regDmc, const REG_CR_INTEGRACAO_MIDDLEWARE_V2& reg,
+                                      CXVDadosCR_IntegracaoMiddleware* pDados, XVUInt64 ullFlagLeitura) {
     pDados->regDmc = regDmc;
     pDados->regDmcIntegracaoOrigem = reg.regDmcIntegracaoOrigem;
     pDados->regDmcMovimentoOrigem = reg.regDmcMovimentoOrigem;
     pDados->regDataHoraInclusao = reg.regDataHoraInclusao;
     pDados->regDataHoraAlteracaoStatus = reg.regDataHoraAlteracaoStatus;
-    pDados->uiChaveIntegracaoSistemaTerceiro = regIndex.uiChaveIntegracaoSistemaTerceiro;
     pDados->uiBaseDadosTerceiro = reg.uiBaseDadosTerceiro;
     pDados->eTipoIntegracao = reg.eTipoIntegracao;
-    pDados->eStatusIntegracao = regIndex.eStatusIntegracao;
-    pDados->eSistemaIntegracao = regIndex.eSistemaIntegracao;
     pDados->eTipoTransacao = reg.eTipoTransacao;
     pDados->ulPonteiroFilial = reg.ulPonteiroFilial;
     pDados->ulPonteiroUsuarioInclusao = reg.ulPonteiroUsuarioInclusao;
@@ -66,7 +71,7 @@ HRESULT CBaseMiddleware::LeRegistros(REG_XVDMC regDmc, CXVDadosCR_IntegracaoMidd
     pDados->ulPonteiroAuxiliar = reg.ulPonteiroAuxiliar;
     pDados->cReconsultarIdTerceiros = reg.cReconsultarIdTerceiros;
     pDados->ucTipoPonteiroAuxiliar = reg.ucTipoPonteiroAuxiliar;
-    return LeTextos(uiChaveNomeArquivo, reg, pDados, ullFlagLeitura);
+    return LeTextos(regDmc.GetDma().ToChave(), reg, pDados, ullFlagLeitura);
 }
 
 HRESULT CBaseMiddleware::LeTextos(XVUInt64 uiChaveNomeArquivo, const REG_CR_INTEGRACAO_MIDDLEWARE_V2& reg,

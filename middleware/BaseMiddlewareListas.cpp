@@ -1,4 +1,4 @@
-// CBaseMiddleware: the whole key map and all date-times, in the order in which they were recorded.
+// CBaseMiddleware: the whole key map, all date-times and the index, in the order of their positions.
 #include "middleware/BaseMiddleware.h"
 
 namespace {
@@ -30,5 +30,15 @@ HRESULT CBaseMiddleware::ListaDatasHoras(std::vector<REG_CR_DATA_HORA_INTEGRACAO
     return LeDeUmMomento([&] {
         pLista->clear();
         return m_pDataBase->m_DataHoraIntegracao.Percorre(AnexaA(pLista));
+    });
+}
+
+HRESULT CBaseMiddleware::ListaIndice(std::vector<REG_CR_INDEX_INTEGRACAO_V1>* pLista) {
+    XV_ESCOPO();
+    XV_CHECK(ValidaAcesso());
+    const CXVAcessoDefault acesso(this);
+    return LeDeUmMomento([&] {
+        pLista->clear();
+        return m_pDataBase->m_IndexIntegracao.Percorre(AnexaA(pLista));
     });
 }

@@ -109,6 +109,13 @@ HRESULT CXVGroupFileBase::GetQtdRegistros(XVUInt64 uiChaveNomeArquivo, XVUInt64*
     return S_OK;
 }
 
+std::vector<XVUInt64> CXVGroupFileBase::GetChaves() const {
+    const std::shared_lock lock(m_Lock);
+    std::vector<XVUInt64> listaChaves;
+    for (const auto& [uiChave, pMembro] : m_mapFiles) listaChaves.push_back(uiChave);
+    return listaChaves;
+}
+
 XVUInt64 CXVGroupFileBase::GetTamanho() const {
     const std::shared_lock lock(m_Lock);
     XVUInt64 uiTotal = 0;

@@ -8,6 +8,7 @@
 #include <memory>
 #include <shared_mutex>
 #include <string>
+#include <vector>
 
 #include "core/xvdatabase/IXVFileBase.h"
 #include "platform/XVTravaLeitores.h"
@@ -36,6 +37,8 @@ class CXVGroupFileBase : public IXVFileBase {
         const std::shared_lock lock(m_Lock);
         return m_mapFiles.contains(uiChaveNomeArquivo);
     }
+    // The keys of all files that are known, ascending.
+    std::vector<XVUInt64> GetChaves() const;
     // The end of the write that a member was made for. If it did not take place, the member is forgotten: a
     // group knows only members that have a file.
     virtual void DevolveNoMembroNovo(CXVGravacaoPreparada& rGravacao) noexcept = 0;

@@ -9,9 +9,11 @@ namespace {
 constexpr std::size_t k_uiBuffer = 1U << 20;
 }
 
-CXVEscritaRecuperada::CXVEscritaRecuperada(std::string sDiretorio, std::string sNome, ECabecalho eCabecalho)
+CXVEscritaRecuperada::CXVEscritaRecuperada(std::string sDiretorio, std::string sNome, ECabecalho eCabecalho,
+                                           std::string sNoDisco)
     : m_sDiretorio(std::move(sDiretorio)),
       m_sNome(std::move(sNome)),
+      m_sNoDisco(sNoDisco.empty() ? m_sNome : std::move(sNoDisco)),
       m_uiInicio(eCabecalho == ECabecalho::eCom ? k_uiTamanhoCabecalho : 0),
       m_uiOffset(m_uiInicio) {}
 
@@ -20,9 +22,9 @@ HRESULT CXVEscritaRecuperada::Abre() {
                                           ECompartilhamentoArquivo::eNegaTudo,
                                           ECriacaoArquivo::eCriaSeAusente};
     IXVSistemaArquivos& rSistema = XVPlataforma::SistemaArquivos();
-    CXVErroArquivo erro = rSistema.Abre(rSistema.Junta(m_sDiretorio, m_sNome), k_abertura, m_pArquivo);
+    CXVErroArquivo erro = rSistema.Abre(rSistema.Junta(m_sDiretorio, m_sNoDisco), k_abertura, m_pArquivo);
     if (erro.Ok()) erro = m_pArquivo->SetTamanho(m_uiInicio);
-    return XVNotaCaminho(XVCodigoArquivo(erro), m_sDiretorio, m_sNome);
+    return XVNotaCaminho(XVCodigoArquivo(erro), m_sDiretorio, m_sNoDisco);
 }
 
 HRESULT CXVEscritaRecuperada::Grava(std::string_view sBytes) {
@@ -40,7 +42,7 @@ HRESULT CXVEscritaRecuperada::Descarrega() {
     const CXVErroArquivo erro = m_pArquivo->Grava(m_uiOffset, m_sBuffer.data(), m_sBuffer.size());
     m_uiOffset += m_sBuffer.size();
     m_sBuffer.clear();
-    return XVNotaCaminho(XVCodigoArquivo(erro), m_sDiretorio, m_sNome);
+    return XVNotaCaminho(XVCodigoArquivo(erro), m_sDiretorio, m_sNoDisco);
 }
 
 HRESULT CXVEscritaRecuperada::Conclui(const IXVDF_Profiler& rDono, XVUShort usVersaoArquivo) {
@@ -54,5 +56,5 @@ HRESULT CXVEscritaRecuperada::Conclui(const IXVDF_Profiler& rDono, XVUShort usVe
     }
     if (erro.Ok()) erro = m_pArquivo->Sincroniza();
     m_pArquivo.reset();
-    return XVNotaCaminho(XVCodigoArquivo(erro), m_sDiretorio, m_sNome);
+    return XVNotaCaminho(XVCodigoArquivo(erro), m_sDiretorio, m_sNoDisco);
 }

@@ -14,7 +14,9 @@ class CXVEscritaRecuperada {
   public:
     enum class ECabecalho : bool { eSem, eCom };
 
-    CXVEscritaRecuperada(std::string sDiretorio, std::string sNome, ECabecalho eCabecalho);
+    // sNoDisco: the name that the file has until somebody moves it to its own; empty: its own.
+    CXVEscritaRecuperada(std::string sDiretorio, std::string sNome, ECabecalho eCabecalho,
+                         std::string sNoDisco = {});
 
     // Makes the file.
     HRESULT Abre();
@@ -33,6 +35,7 @@ class CXVEscritaRecuperada {
 
     std::string m_sDiretorio;
     std::string m_sNome;
+    std::string m_sNoDisco;
     XVUInt64 m_uiInicio;
     XVUInt64 m_uiOffset;
     std::string m_sBuffer;

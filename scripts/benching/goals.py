@@ -31,6 +31,8 @@ PROGRAMS = {
     "carrega, 2 KB a line": (60000, False, "lines a CPU second"),
     "busca --json, to sqlite3 -json": (2.0, True, "times"),
     "busca --json, memory": (100e6 + 80e6, True, "bytes"),
+    "exporta | importa, to sqlite3 .dump | sqlite3": (2.0, True, "times"),
+    "exporta | importa, memory": (100e6 + 80e6, True, "bytes"),
     "converte from version 0, CPU": (0.5, True, "s"),
     "converte from version 0, memory": (8e6, True, "bytes"),
 }

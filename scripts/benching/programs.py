@@ -78,6 +78,31 @@ def search(xvcr, folder):
     return ours["wall"] / theirs["wall"], ours["peak"]
 
 
+def pipe(source, target):
+    """Wall seconds of two commands, the output of one of which is the other's input, and the peaks of both."""
+    begin, peaks = time.perf_counter(), [0, 0]
+    first = subprocess.Popen(source, stdout=subprocess.PIPE)
+    second = subprocess.Popen(target, stdin=first.stdout, stdout=subprocess.DEVNULL)
+    first.stdout.close()
+    while second.poll() is None:
+        peaks = [max(peak, peak_of(child.pid)) for peak, child in zip(peaks, (first, second))]
+        time.sleep(0.01)
+    if first.wait() != 0 or second.returncode != 0:
+        raise SystemExit(f"{' '.join(source)} | {' '.join(target)} failed")
+    return {"wall": time.perf_counter() - begin, "peak": max(peaks)}
+
+
+def transport(xvcr, folder):
+    """All of the comparison's stores into new ones, by both programs."""
+    ours = pipe([xvcr, "--diretorio", folder, "--empresa", "grande-store", "exporta"],
+                [xvcr, "--diretorio", folder, "--empresa", "copia", "importa", "-"])
+    shutil.rmtree(os.path.join(folder, "copia"))
+    copy = os.path.join(folder, "copia.db")
+    theirs = pipe(["sqlite3", os.path.join(folder, "grande-sqlite", "banco.db"), ".dump"], ["sqlite3", copy])
+    os.remove(copy)
+    return ours["wall"] / theirs["wall"], ours["peak"]
+
+
 def old_record(position):
     day, pointers = DAY + 1, (position, position, position)
     stamp = day << 32 | 3600
@@ -103,9 +128,12 @@ def all_of(xvcr, folder, size, rounds):
     for _ in range(rounds):
         searched = search(xvcr, folder)
         converted = convert(xvcr, folder, size)
+        transported = transport(xvcr, folder)
         for name, value in (("carrega, 2 KB a line", load(xvcr, folder, min(size, 50000))),
                             ("busca --json, to sqlite3 -json", searched[0]),
                             ("busca --json, memory", searched[1]),
+                            ("exporta | importa, to sqlite3 .dump | sqlite3", transported[0]),
+                            ("exporta | importa, memory", transported[1]),
                             ("converte from version 0, CPU", converted["cpu"]),
                             ("converte from version 0, memory", converted["peak"])):
             taken.setdefault(name, []).append(value)

@@ -56,6 +56,8 @@ void AdicionaComandos(CLI::App& rRaiz, CXVContexto& rContexto) {
     XVAdicionaBusca(rRaiz, rContexto);
     XVAdicionaAcompanha(rRaiz, rContexto);
     XVAdicionaCarrega(rRaiz, rContexto);
+    XVAdicionaExporta(rRaiz, rContexto);
+    XVAdicionaImporta(rRaiz, rContexto);
     XVAdicionaMapa(rRaiz, rContexto);
     XVAdicionaDataHora(rRaiz, rContexto);
     XVAdicionaPendencia(rRaiz, rContexto);

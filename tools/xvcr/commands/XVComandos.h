@@ -12,6 +12,8 @@ void XVAdicionaLe(CLI::App& rRaiz, CXVContexto& rContexto);
 void XVAdicionaBusca(CLI::App& rRaiz, CXVContexto& rContexto);
 void XVAdicionaAcompanha(CLI::App& rRaiz, CXVContexto& rContexto);
 void XVAdicionaCarrega(CLI::App& rRaiz, CXVContexto& rContexto);
+void XVAdicionaExporta(CLI::App& rRaiz, CXVContexto& rContexto);
+void XVAdicionaImporta(CLI::App& rRaiz, CXVContexto& rContexto);
 void XVAdicionaMapa(CLI::App& rRaiz, CXVContexto& rContexto);
 void XVAdicionaDataHora(CLI::App& rRaiz, CXVContexto& rContexto);
 void XVAdicionaPendencia(CLI::App& rRaiz, CXVContexto& rContexto);
