@@ -139,25 +139,24 @@ TEST_F(CXVColunasTeste, FiosBuscamAoLadoDeGravacoesEDeDiasQueFecham) {
     ASSERT_EQ(m_base.Finaliza(), S_OK);
 }
 
-// Values of later programs, and an index that names more records than the day has: before the columns are
-// made and after.
+// Values of later programs, in a day of which one record is not asked for, and an index that names more
+// records than the day has: before the columns are made and after.
 TEST_F(CXVCenarioLoja, ColunasNaoRespondemPeloQueNaoSabem) {
     TLoja pLoja = Abre();
     ASSERT_TRUE(XVPovoaLoja(*pLoja, [&](unsigned uiDia) { SetDia(uiDia); }));
-    const TListaDmc doDia = XVBusca(*pLoja, {.incluidaDe = {XVDataHora(XVDma(2024, 3, 13), 0)},
-                                             .incluidaAte = {XVDataHora(XVDma(2024, 3, 13), 0)}});
-    ASSERT_EQ(doDia.size(), 2U);
+    const TListaDmc doDia = XVBusca(*pLoja, {.incluidaDe = {XVDataHora(XVDma(2024, 3, 15), 0)}});
+    ASSERT_EQ(doDia.size(), 3U);
     pLoja.reset();
-    const std::string sDia13 = "CRINTEGMID20240313.dat";
-    std::string sBytes = Conteudo(sDia13);
-    sBytes[240 + 88 + 41] = 1;  // the second type gets 256 more
-    m_Arquivos.CriaArquivo(PastaDados(sDia13), sBytes);
     const std::string sDia15 = "CRINTEGMID20240315.dat";
-    m_Arquivos.CriaArquivo(PastaDados(sDia15), XVArquivoDoTeste({sDia15}, Conteudo(sDia15).substr(240, 176)));
+    std::string sBytes = Conteudo(sDia15);
+    sBytes[240 + 2 * 88 + 41] = 1;  // the third type gets 256 more
+    m_Arquivos.CriaArquivo(PastaDados(sDia15), sBytes);
+    const std::string sDia14 = "CRINTEGMID20240314.dat";
+    m_Arquivos.CriaArquivo(PastaDados(sDia14), XVArquivoDoTeste({sDia14}, ""));
     pLoja = Abre();
     for (int i = 0; i < 2; ++i) {
-        EXPECT_EQ(XVBusca(*pLoja, {.ate = 4, .tipos = {eXVSMiddleware_BuscaPedidos + 256}}),
-                  TListaDmc{doDia[1]});
+        EXPECT_EQ(XVBusca(*pLoja, {.tipos = {eXVSMiddleware_BuscaPedidos + 256}, .sistemas = {Mercos}}),
+                  TListaDmc{doDia[2]});
         const SBuscaFeita feita = XVBuscaComCodigo(*pLoja, {.tipos = {eXVSMiddleware_BuscaPedidos}});
         EXPECT_EQ(feita.hr, E_XVCR_POSICAO_LEITURA_SUPERIOR_QUANTIDADE_ARQUIVO);
         EXPECT_EQ(feita.lista, TListaDmc());
