@@ -104,8 +104,9 @@ class CXVDadosCR_FiltroIntegracaoMiddleware {
     std::vector<XVUInt> listaSistemaIntegracao{};
     std::vector<XVUInt> listaTipoTransacao{};
 
-    // E_INVALIDARG: a count above 0 with a null pointer, or a date-time that is none; then nothing is
-    // changed.
+    // E_INVALIDARG: a count above 0 with a null pointer, or a date-time that is none.
+    static HRESULT Valida(const tagREG_CR_FILTRO_INTEGRACAO_MIDDLEWAREPS& reg);
+    // Of a record that is not valid nothing is taken.
     HRESULT CopiarDe(const tagREG_CR_FILTRO_INTEGRACAO_MIDDLEWAREPS& reg);
     tagREG_CR_FILTRO_INTEGRACAO_MIDDLEWAREPS ComoRegistro() const;
 

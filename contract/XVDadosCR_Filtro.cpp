@@ -24,7 +24,7 @@ void PoeLista(const std::vector<XVUInt>& lista, XVUInt* pulQuantidade, XVUInt** 
 
 }  // namespace
 
-HRESULT CXVDadosCR_FiltroIntegracaoMiddleware::CopiarDe(const tagREG_CR_FILTRO_INTEGRACAO_MIDDLEWAREPS& reg) {
+HRESULT CXVDadosCR_FiltroIntegracaoMiddleware::Valida(const tagREG_CR_FILTRO_INTEGRACAO_MIDDLEWAREPS& reg) {
     if (!EhListaValida(reg.ulQuantidadeTipoIntegracao, reg.pListaTipoIntegracao) ||
         !EhListaValida(reg.ulQuantidadeStatusIntegracao, reg.pListaStatusIntegracao) ||
         !EhListaValida(reg.ulQuantidadeSistemaIntegracao, reg.pListaSistemaIntegracao) ||
@@ -34,6 +34,11 @@ HRESULT CXVDadosCR_FiltroIntegracaoMiddleware::CopiarDe(const tagREG_CR_FILTRO_I
          {reg.regDataHoraInicialInclusao, reg.regDataHoraFinalInclusao, reg.regDataHoraInicialAlteracaoStatus,
           reg.regDataHoraFinalAlteracaoStatus})
         if (!rDataHora.EhValida()) return E_INVALIDARG;
+    return S_OK;
+}
+
+HRESULT CXVDadosCR_FiltroIntegracaoMiddleware::CopiarDe(const tagREG_CR_FILTRO_INTEGRACAO_MIDDLEWAREPS& reg) {
+    if (const HRESULT hr = Valida(reg); FAILED(hr)) return hr;
     uiChaveIntegracaoSistemaTerceiroInicial = reg.uiChaveIntegracaoSistemaTerceiroInicial;
     uiChaveIntegracaoSistemaTerceiroFinal = reg.uiChaveIntegracaoSistemaTerceiroFinal;
     regDataHoraInicialInclusao = reg.regDataHoraInicialInclusao;

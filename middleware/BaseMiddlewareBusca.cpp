@@ -1,11 +1,12 @@
 // CBaseMiddleware: searching. The small index records are tested first; the records of one date are
-// opened together and only for integrations that pass.
+// asked together and only for integrations that pass.
 #include <algorithm>
 
 #include "middleware/BaseMiddleware.h"
 #include "middleware/XVFiltroBusca.h"
 #include "middleware/XVOrdenacaoDmc.h"
 #include "middleware/XVParteDoMomento.h"
+#include "middleware/XVSelecaoColunas.h"
 #include "middleware/XVSelecaoIndex.h"
 
 HRESULT CBaseMiddleware::BuscaPonteiros(const tagREG_CR_FILTRO_INTEGRACAO_MIDDLEWAREPS& rFiltroPS,
@@ -16,7 +17,7 @@ HRESULT CBaseMiddleware::BuscaPonteiros(const tagREG_CR_FILTRO_INTEGRACAO_MIDDLE
     XV_CHECK(ValidaAcesso());
     const CXVAcessoDefault acesso(this);
     CXVFiltroBusca dadosFiltro;
-    XV_CHECK(dadosFiltro.CopiarDe(rFiltroPS));
+    XV_CHECK_TEXTO(dadosFiltro.Interpreta(rFiltroPS), "dadosFiltro.CopiarDe(rFiltroPS)");
     CXVListaAchadas listaPonteiros;
     const HRESULT hr = LeSemEscritas([&] {
         XV_CHECK_EM("BuscaPonteiros", ValidaFiltroNivel1(dadosFiltro, listaPonteiros));
@@ -30,23 +31,28 @@ HRESULT CBaseMiddleware::BuscaPonteiros(const tagREG_CR_FILTRO_INTEGRACAO_MIDDLE
 
 HRESULT CBaseMiddleware::ValidaFiltroNivel1(const CXVFiltroBusca& dadosFiltro,
                                             CXVListaAchadas& listaPonteiros) {
-    if (dadosFiltro.EhPorChaveSistema()) {
-        XV_CHECK(BuscaRegistroIndexComChaveSistema(dadosFiltro, listaPonteiros));
-        return S_OK;
-    }
     CXVListaAchadas listaDmc;
-    CXVSelecaoIndex selecao(dadosFiltro, listaDmc);
-    const auto anota = [&selecao](const auto&... parte) { selecao.Ve(parte...); };
-    // The log has always shown the reading of the whole index under this text.
-    XV_CHECK_TEXTO(m_pDataBase->m_IndexIntegracao.Percorre(anota),
-                   "m_pDataBase->m_IndexIntegracao.LeColecao(1, uiQtdRegistros, listaIndex)");
-    // The records of one file come together.
-    if (!selecao.EmOrdem()) XVOrdenaDmcs(listaDmc);
+    if (dadosFiltro.EhPorChaveSistema()) {
+        XV_CHECK(BuscaRegistroIndexComChaveSistema(dadosFiltro, listaDmc));
+    } else {
+        CXVSelecaoIndex selecao(dadosFiltro, listaDmc);
+        const auto anota = [&selecao](const auto&... parte) { selecao.Ve(parte...); };
+        // The log has always shown the reading of the whole index under this text.
+        XV_CHECK_TEXTO(m_pDataBase->m_IndexIntegracao.Percorre(anota),
+                       "m_pDataBase->m_IndexIntegracao.LeColecao(1, uiQtdRegistros, listaIndex)");
+        // The records of one file come together.
+        if (!selecao.EmOrdem()) XVOrdenaDmcs(listaDmc);
+    }
     if (!dadosFiltro.TemNivel2()) {
         listaPonteiros = std::move(listaDmc);
         return S_OK;
     }
-    return FiltraPorArquivo(dadosFiltro, listaDmc.GetDmcs(), listaPonteiros);
+    // What was found by one key stays in the order of the systems: each is a part of its own.
+    const CVistaDmcs aDmcs = listaDmc.GetDmcs();
+    const std::size_t uiParte = dadosFiltro.EhPorChaveSistema() ? 1 : aDmcs.size();
+    for (std::size_t i = 0; i < aDmcs.size(); i += uiParte)
+        XV_CHECK(FiltraPorArquivo(dadosFiltro, aDmcs.subspan(i, uiParte), listaPonteiros));
+    return S_OK;
 }
 
 // A viewer reads the disk while a writer changes it, so it may have tested an index record from before an
@@ -119,6 +125,14 @@ HRESULT CBaseMiddleware::FiltraPorArquivo(const CXVFiltroBusca& dadosFiltro, CVi
 
 HRESULT CBaseMiddleware::ValidaFiltroNivel2(const CXVFiltroBusca& dadosFiltro, XVUInt64 uiChaveArquivoAtual,
                                             CVistaDmcs listaDmc, CXVListaAchadas& listaPonteiros) {
+    bool bVistas = false;
+    const auto seleciona = [&](const auto& rColunas) {
+        bVistas = XVSelecionaPorColunas(dadosFiltro, rColunas, listaDmc, listaPonteiros);
+    };
+    // To who reads the log, columns that cannot be made are records that cannot be read.
+    XV_CHECK_TEXTO(m_pDataBase->m_Integracao.VeColunas(uiChaveArquivoAtual, seleciona),
+                   "m_pDataBase->m_Integracao.LeColecao(uiChaveArquivoAtual, uiPosicao, uiQtd, aRegistros)");
+    if (bVistas) return S_OK;
     // Neighbours are read under one lock of the group: searches side by side would otherwise close each
     // other's member at every record.
     constexpr std::size_t k_uiPorLeitura = 4096;
@@ -143,30 +157,20 @@ HRESULT CBaseMiddleware::ValidaFiltroNivel2(const CXVFiltroBusca& dadosFiltro, X
 HRESULT CBaseMiddleware::BuscaRegistroIndexComChaveSistema(const CXVFiltroBusca& dadosFiltro,
                                                            CXVListaAchadas& listaPonteiros) {
     const XVUInt64 uiChave = dadosFiltro.GetChaveInicial();
-    const bool bNivel2 = dadosFiltro.TemNivel2();
-    std::vector<XVUInt> listaPosicao;
     for (const XVUInt eSistema : dadosFiltro.GetListaSistemaIntegracao()) {
+        const auto anota = [&](const REG_CR_INDEX_INTEGRACAO_V1& regIndex) {
+            const bool bAchada = regIndex.uiChaveIntegracaoSistemaTerceiro == uiChave &&
+                                 regIndex.eSistemaIntegracao == eSistema;
+            const REG_XVDMC regDmc = regIndex.regDmcIntegracao;
+            if (bAchada && (listaPonteiros.empty() || !(listaPonteiros.GetDmcs().back() == regDmc)))
+                listaPonteiros.Inclui(regDmc);
+        };
         const XVUInt64 uiChaveIndex =
             CXVDataBase_CR_Middleware::GetChaveIndexSistemaTerceiro(uiChave, eSistema);
-        XV_CHECK(m_pDataBase->m_IndexIntegracao.ExisteIndex(
-            uiChaveIndex, listaPosicao,
-            EColuna_Indexacao_Middleware::eIndexacao_ChaveIntegracaoComSistemaTerceiro));
-        for (const XVUInt uiPosicao : listaPosicao) {
-            REG_CR_INDEX_INTEGRACAO_V1 regIndex;
-            XV_CHECK(m_pDataBase->m_IndexIntegracao.Le(uiPosicao, &regIndex));
-            if (regIndex.uiChaveIntegracaoSistemaTerceiro != uiChave ||
-                regIndex.eSistemaIntegracao != eSistema)
-                continue;
-            const REG_XVDMC regDmc = regIndex.regDmcIntegracao;
-            if (bNivel2) {
-                REG_CR_INTEGRACAO_MIDDLEWARE_V2 regIntegracao;
-                XV_CHECK(m_pDataBase->m_Integracao.Le(regDmc.GetDma().ToChave(), regDmc.GetPonteiro(),
-                                                      &regIntegracao));
-                if (!dadosFiltro.PassaNivel2(regIntegracao)) continue;
-            }
-            if (listaPonteiros.empty() || !(listaPonteiros.GetDmcs().back() == regDmc))
-                listaPonteiros.Inclui(regDmc);
-        }
+        XV_CHECK_TEXTO(m_pDataBase->m_IndexIntegracao.PercorreIndex(
+                           uiChaveIndex, eIndexacao_ChaveIntegracaoComSistemaTerceiro, anota),
+                       "m_pDataBase->m_IndexIntegracao.ExisteIndex(uiChaveIndex, listaPosicao, "
+                       "EColuna_Indexacao_Middleware::eIndexacao_ChaveIntegracaoComSistemaTerceiro)");
     }
     return S_OK;
 }

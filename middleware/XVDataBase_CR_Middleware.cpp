@@ -1,6 +1,8 @@
 #include "middleware/XVDataBase_CR_Middleware.h"
 
 #include <algorithm>
+#include <array>
+#include <cstring>
 
 #include "core/xvdatabase/XVDataBaseUtil.h"
 #include "core/xvdatabase/XVNomeArquivo.h"
@@ -9,12 +11,14 @@
 
 namespace {
 
-// One CRC over the bytes of the fields, in memory order.
+// One CRC over the bytes of the fields, in memory order. They are laid side by side first: eight bytes
+// together cost less than one alone.
 template <class... TCampos>
 XVUInt64 CrcDosCampos(TCampos... campos) {
-    XVUInt64 uiCrc = 0;
-    ((uiCrc = XVCrc64(&campos, sizeof(campos), uiCrc)), ...);
-    return uiCrc;
+    std::array<XVByte, (sizeof(campos) + ...)> aBytes;
+    XVByte* p = aBytes.data();
+    ((std::memcpy(p, &campos, sizeof(campos)), p += sizeof(campos)), ...);
+    return XVCrc64(aBytes.data(), aBytes.size());
 }
 
 }  // namespace
@@ -138,7 +142,8 @@ HRESULT CXVDataBase_CR_Middleware::ConfereTextos(XVUInt64 uiChaveNomeArquivo, ET
 XVUInt64 CXVDataBase_CR_Middleware::GetChaveIndexSistemaTerceiro(XVUInt64 uiChaveIntegracaoSistemaTerceiro,
                                                                  XVUInt eSistemaIntegracao) {
     if (uiChaveIntegracaoSistemaTerceiro == 0 || eSistemaIntegracao == 0) return 0;
-    return CrcDosCampos(uiChaveIntegracaoSistemaTerceiro, eSistemaIntegracao, XVUInt{0});
+    // Four zero bytes follow the system; in one value with it they are fetched at once.
+    return CrcDosCampos(uiChaveIntegracaoSistemaTerceiro, XVUInt64{eSistemaIntegracao});
 }
 
 XVUInt64 CXVDataBase_CR_Middleware::GetChaveIndex(const REG_CR_INDEX_INTEGRACAO_V1& reg,

@@ -7,6 +7,7 @@
 #include "core/xvdatabase/XVFile.h"
 #include "core/xvdatabase/XVGroupFileDynamic.h"
 #include "core/xvdatabase/XVGroupTextFileDynamic.h"
+#include "middleware/XVColunasIntegracao.h"
 #include "middleware/XVRegistrosMiddleware.h"
 #include "middleware/XVResumoIndex.h"
 

@@ -17,16 +17,15 @@ bool PassaLimiteSuperior(REG_XVDMAHMSUTC regDataHora, REG_XVDMAHMSUTC regLimite)
            (regLimite.GetSegundos() == 0 || regDataHora.GetSegundos() <= regLimite.GetSegundos());
 }
 
-bool LimitaDataHora(const CXVDadosCR_FiltroIntegracaoMiddleware& rFiltro) {
-    return !rFiltro.GetDataHoraInicialInclusao().EhNula() || !rFiltro.GetDataHoraFinalInclusao().EhNula() ||
-           !rFiltro.GetDataHoraInicialAlteracaoStatus().EhNula() ||
-           !rFiltro.GetDataHoraFinalAlteracaoStatus().EhNula();
+bool LimitaDataHora(const tagREG_CR_FILTRO_INTEGRACAO_MIDDLEWAREPS& reg) {
+    return !reg.regDataHoraInicialInclusao.EhNula() || !reg.regDataHoraFinalInclusao.EhNula() ||
+           !reg.regDataHoraInicialAlteracaoStatus.EhNula() || !reg.regDataHoraFinalAlteracaoStatus.EhNula();
 }
 
 }  // namespace
 
-CXVValoresAdmitidos::CXVValoresAdmitidos(const std::vector<XVUInt>& lista) : m_bRestringe(!lista.empty()) {
-    for (const XVUInt eValor : lista) {
+CXVValoresAdmitidos::CXVValoresAdmitidos(std::span<const XVUInt> aLista) : m_bRestringe(!aLista.empty()) {
+    for (const XVUInt eValor : aLista) {
         if (eValor < k_ulNaMascara)
             m_uiMascara |= XVUInt64{1} << eValor;
         else
@@ -39,23 +38,32 @@ bool CXVValoresAdmitidos::AdmiteMaior(XVUInt eValor) const {
     return std::binary_search(m_listaMaiores.begin(), m_listaMaiores.end(), eValor);
 }
 
-HRESULT CXVFiltroBusca::CopiarDe(const tagREG_CR_FILTRO_INTEGRACAO_MIDDLEWAREPS& reg) {
-    if (const HRESULT hr = m_dados.CopiarDe(reg); FAILED(hr)) return hr;
-    m_status = CXVValoresAdmitidos(m_dados.listaStatusIntegracao);
-    m_sistemas = CXVValoresAdmitidos(m_dados.listaSistemaIntegracao);
-    m_tipos = CXVValoresAdmitidos(m_dados.listaTipoIntegracao);
-    m_transacoes = CXVValoresAdmitidos(m_dados.listaTipoTransacao);
-    m_uiChaveFinal = m_dados.uiChaveIntegracaoSistemaTerceiroFinal == 0
+HRESULT CXVFiltroBusca::Interpreta(const tagREG_CR_FILTRO_INTEGRACAO_MIDDLEWAREPS& reg) {
+    if (const HRESULT hr = CXVDadosCR_FiltroIntegracaoMiddleware::Valida(reg); FAILED(hr)) return hr;
+    m_reg = reg;
+    const auto admite = [](CXVValoresAdmitidos& rValores, const XVUInt* pLista, XVUInt ulQuantidade) {
+        if (ulQuantidade > 0) rValores = CXVValoresAdmitidos({pLista, ulQuantidade});
+    };
+    admite(m_status, reg.pListaStatusIntegracao, reg.ulQuantidadeStatusIntegracao);
+    admite(m_sistemas, reg.pListaSistemaIntegracao, reg.ulQuantidadeSistemaIntegracao);
+    admite(m_tipos, reg.pListaTipoIntegracao, reg.ulQuantidadeTipoIntegracao);
+    admite(m_transacoes, reg.pListaTipoTransacao, reg.ulQuantidadeTipoTransacao);
+    m_uiChaveFinal = reg.uiChaveIntegracaoSistemaTerceiroFinal == 0
                          ? std::numeric_limits<XVUInt64>::max()
-                         : m_dados.uiChaveIntegracaoSistemaTerceiroFinal;
-    m_bTemNivel2 = m_tipos.RestringeAlgo() || m_transacoes.RestringeAlgo() || LimitaDataHora(m_dados);
+                         : reg.uiChaveIntegracaoSistemaTerceiroFinal;
+    m_bLimitaDatas = LimitaDataHora(reg);
+    m_bTemNivel2 = m_tipos.RestringeAlgo() || m_transacoes.RestringeAlgo() || m_bLimitaDatas;
     return S_OK;
 }
 
 bool CXVFiltroBusca::PassaNivel2(const REG_CR_INTEGRACAO_MIDDLEWARE_V2& reg) const {
     return m_tipos.Admite(reg.eTipoIntegracao) && m_transacoes.Admite(reg.eTipoTransacao) &&
-           PassaLimiteInferior(reg.regDataHoraInclusao, m_dados.GetDataHoraInicialInclusao()) &&
-           PassaLimiteSuperior(reg.regDataHoraInclusao, m_dados.GetDataHoraFinalInclusao()) &&
-           PassaLimiteInferior(reg.regDataHoraAlteracaoStatus, m_dados.GetDataHoraInicialAlteracaoStatus()) &&
-           PassaLimiteSuperior(reg.regDataHoraAlteracaoStatus, m_dados.GetDataHoraFinalAlteracaoStatus());
+           PassaDatas(reg.regDataHoraInclusao, reg.regDataHoraAlteracaoStatus);
+}
+
+bool CXVFiltroBusca::PassaDatas(REG_XVDMAHMSUTC regInclusao, REG_XVDMAHMSUTC regAlteracaoStatus) const {
+    return PassaLimiteInferior(regInclusao, m_reg.regDataHoraInicialInclusao) &&
+           PassaLimiteSuperior(regInclusao, m_reg.regDataHoraFinalInclusao) &&
+           PassaLimiteInferior(regAlteracaoStatus, m_reg.regDataHoraInicialAlteracaoStatus) &&
+           PassaLimiteSuperior(regAlteracaoStatus, m_reg.regDataHoraFinalAlteracaoStatus);
 }

@@ -1,9 +1,10 @@
 // What a search asks for, made ready to be asked for every record of a store.
 //
-// Thread rule: CopiarDe once, then any thread.
+// Thread rule: Interpreta once, then any thread.
 #pragma once
 
 #include <limits>
+#include <span>
 #include <vector>
 
 #include "contract/XVDadosCR.h"
@@ -14,7 +15,7 @@
 class CXVValoresAdmitidos {
   public:
     CXVValoresAdmitidos() = default;
-    explicit CXVValoresAdmitidos(const std::vector<XVUInt>& lista);
+    explicit CXVValoresAdmitidos(std::span<const XVUInt> aLista);
 
     // An empty list restricts nothing.
     bool RestringeAlgo() const { return m_bRestringe; }
@@ -35,13 +36,16 @@ class CXVValoresAdmitidos {
 
 class CXVFiltroBusca {
   public:
-    // The result codes are those of CXVDadosCR_FiltroIntegracaoMiddleware::CopiarDe.
-    HRESULT CopiarDe(const tagREG_CR_FILTRO_INTEGRACAO_MIDDLEWAREPS& reg);
+    // The lists stay the caller's, and must outlive the filter: a search for one key costs less than copying
+    // them. The result codes are those of CXVDadosCR_FiltroIntegracaoMiddleware::Valida.
+    HRESULT Interpreta(const tagREG_CR_FILTRO_INTEGRACAO_MIDDLEWAREPS& reg);
 
     // A lower bound of the key beside systems asks for that one key in each of them, through the index.
     bool EhPorChaveSistema() const { return GetChaveInicial() != 0 && m_sistemas.RestringeAlgo(); }
-    XVUInt64 GetChaveInicial() const { return m_dados.uiChaveIntegracaoSistemaTerceiroInicial; }
-    const std::vector<XVUInt>& GetListaSistemaIntegracao() const { return m_dados.listaSistemaIntegracao; }
+    XVUInt64 GetChaveInicial() const { return m_reg.uiChaveIntegracaoSistemaTerceiroInicial; }
+    std::span<const XVUInt> GetListaSistemaIntegracao() const {
+        return {m_reg.pListaSistemaIntegracao, m_reg.ulQuantidadeSistemaIntegracao};
+    }
     bool AdmiteSistema(XVUInt eSistema) const { return m_sistemas.Admite(eSistema); }
 
     // Level 1 is what the index record tells, level 2 what only the integration's own record does.
@@ -60,10 +64,16 @@ class CXVFiltroBusca {
     }
     bool TemNivel2() const { return m_bTemNivel2; }
     bool PassaNivel2(const REG_CR_INTEGRACAO_MIDDLEWARE_V2& reg) const;
+    // Its parts, for who has the values apart.
+    bool AdmiteTipo(XVUInt eTipo) const { return m_tipos.Admite(eTipo); }
+    bool AdmiteTransacao(XVUInt eTransacao) const { return m_transacoes.Admite(eTransacao); }
+    bool LimitaDatas() const { return m_bLimitaDatas; }
+    bool PassaDatas(REG_XVDMAHMSUTC regInclusao, REG_XVDMAHMSUTC regAlteracaoStatus) const;
 
   private:
-    CXVDadosCR_FiltroIntegracaoMiddleware m_dados;
+    tagREG_CR_FILTRO_INTEGRACAO_MIDDLEWAREPS m_reg{};
     CXVValoresAdmitidos m_status, m_sistemas, m_tipos, m_transacoes;
     XVUInt64 m_uiChaveFinal = 0;  // a bound of 0 is none: the highest key
+    bool m_bLimitaDatas = false;
     bool m_bTemNivel2 = false;
 };

@@ -67,6 +67,12 @@ static_assert(offsetof(REG_CR_INTEGRACAO_MIDDLEWARE_V2, cReconsultarIdTerceiros)
 static_assert(offsetof(REG_CR_INTEGRACAO_MIDDLEWARE_V2, ucTipoPonteiroAuxiliar) == 73);
 static_assert(offsetof(REG_CR_INTEGRACAO_MIDDLEWARE_V2, ulPonteiroAuxiliar) == 74);
 
+// Its columns likewise are XVColunasIntegracao.h.
+template <class T>
+struct TXVColunas;
+template <>
+struct TXVColunas<REG_CR_INTEGRACAO_MIDDLEWARE_V2>;
+
 // Earlier layout of the integration record, read by the conversions only.
 struct REG_CR_INTEGRACAO_MIDDLEWARE_V1 {
     REG_XVDMC regDmcIntegracaoOrigem;

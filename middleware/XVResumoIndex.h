@@ -23,8 +23,9 @@ struct TXVResumo<REG_CR_INDEX_INTEGRACAO_V1> {
         const XVUInt ulStatus = std::min(reg.eStatusIntegracao, k_ulOutroStatus);
         const XVUInt eSistema = reg.eSistemaIntegracao;
         XVUInt ulSistema = k_ulOutroSistema;
-        if (eSistema == 0) ulSistema = 0;
-        if (std::has_single_bit(eSistema))
+        if (eSistema == 0)
+            ulSistema = 0;
+        else if ((eSistema & (eSistema - 1)) == 0)  // a single bit
             ulSistema = std::min(static_cast<XVUInt>(std::countr_zero(eSistema)) + 1, k_ulOutroSistema);
         return static_cast<XVByte>(ulStatus | ulSistema << 3);
     }

@@ -25,6 +25,12 @@ void Exige(HRESULT hr, const char* pszO) {
     XVTermina(std::string(pszO) + szCodigo);
 }
 
+// A list of a record that only goes in: nobody writes through it.
+void Empresta(const std::vector<XVUInt>& rLista, XVUInt* pulQuantidade, XVUInt** ppLista) {
+    *pulQuantidade = static_cast<XVUInt>(rLista.size());
+    *ppLista = const_cast<XVUInt*>(rLista.data());
+}
+
 class CDono final : public IXVDF_Profiler {
   public:
     explicit CDono(std::string sEmpresa) : m_sEmpresa(std::move(sEmpresa)) {}
@@ -112,18 +118,16 @@ SLidaBench CXVLojaBench::Le(REG_XVDMC regDmc) {
 
 std::span<const REG_XVDMC> CXVLojaBench::Busca(const SFiltroBench& rFiltro) {
     Libera();
-    CXVDadosCR_FiltroIntegracaoMiddleware dados;
-    dados.uiChaveIntegracaoSistemaTerceiroInicial = rFiltro.uiChaveInicial;
+    tagREG_CR_FILTRO_INTEGRACAO_MIDDLEWAREPS reg{};
+    reg.uiChaveIntegracaoSistemaTerceiroInicial = rFiltro.uiChaveInicial;
     // With a system and no final key the store finds the first key itself.
-    if (!rFiltro.EhExato()) dados.uiChaveIntegracaoSistemaTerceiroFinal = rFiltro.uiChaveFinal;
+    if (!rFiltro.EhExato()) reg.uiChaveIntegracaoSistemaTerceiroFinal = rFiltro.uiChaveFinal;
     if (!rFiltro.diaInicial.EhNula())
-        dados.regDataHoraInicialInclusao = REG_XVDMAHMSUTC::Cria(rFiltro.diaInicial, 0);
-    if (!rFiltro.diaFinal.EhNula())
-        dados.regDataHoraFinalInclusao = REG_XVDMAHMSUTC::Cria(rFiltro.diaFinal, 0);
-    dados.listaTipoIntegracao = rFiltro.listaTipos;
-    dados.listaStatusIntegracao = rFiltro.listaStatus;
-    dados.listaSistemaIntegracao = rFiltro.listaSistemas;
-    const tagREG_CR_FILTRO_INTEGRACAO_MIDDLEWAREPS reg = dados.ComoRegistro();
+        reg.regDataHoraInicialInclusao = REG_XVDMAHMSUTC::Cria(rFiltro.diaInicial, 0);
+    if (!rFiltro.diaFinal.EhNula()) reg.regDataHoraFinalInclusao = REG_XVDMAHMSUTC::Cria(rFiltro.diaFinal, 0);
+    Empresta(rFiltro.listaTipos, &reg.ulQuantidadeTipoIntegracao, &reg.pListaTipoIntegracao);
+    Empresta(rFiltro.listaStatus, &reg.ulQuantidadeStatusIntegracao, &reg.pListaStatusIntegracao);
+    Empresta(rFiltro.listaSistemas, &reg.ulQuantidadeSistemaIntegracao, &reg.pListaSistemaIntegracao);
     Exige(m_loja.BuscaPonteiros(reg, &m_regAchadas), "BuscaPonteiros");
     return {m_regAchadas.pLista, m_regAchadas.ulQuantidade};
 }

@@ -56,19 +56,23 @@ class TXVArrayRegistros {
         ++m_uiQuantidade;
     }
 
+    // The elements from i on, as many as lie side by side.
+    std::span<const T> GetContiguos(std::size_t i) const {
+        const std::size_t uiAte = i < m_uiBase ? m_uiBase : i + k_uiBloco - (i - m_uiBase) % k_uiBloco;
+        return {&(*this)[i], std::min(uiAte, m_uiQuantidade) - i};
+    }
+
     // Appends the elements from uiInicio to the vector.
     void CopiaPara(std::vector<T>& lista, std::size_t uiInicio, std::size_t uiQuantidade) const {
         // Repeated calls must not allocate once each.
         if (lista.capacity() < lista.size() + uiQuantidade)
             lista.reserve(std::max(lista.size() + uiQuantidade, lista.capacity() * 2));
         while (uiQuantidade > 0) {
-            const T* p = &(*this)[uiInicio];
-            const std::size_t uiContiguos =
-                uiInicio < m_uiBase ? m_uiBase - uiInicio : k_uiBloco - (uiInicio - m_uiBase) % k_uiBloco;
-            const std::size_t uiParte = uiContiguos < uiQuantidade ? uiContiguos : uiQuantidade;
-            lista.insert(lista.end(), p, p + uiParte);
-            uiInicio += uiParte;
-            uiQuantidade -= uiParte;
+            const std::span<const T> aContiguos = GetContiguos(uiInicio);
+            const std::span<const T> aParte = aContiguos.first(std::min(aContiguos.size(), uiQuantidade));
+            lista.insert(lista.end(), aParte.begin(), aParte.end());
+            uiInicio += aParte.size();
+            uiQuantidade -= aParte.size();
         }
     }
 

@@ -37,6 +37,21 @@ struct TXVResumo {
     void Muda(const TXVArrayRegistros<T>& /*aRegistros*/, std::size_t /*i*/, const T& /*reg*/) noexcept {}
 };
 
+// What searches want of many records of a layout, in little memory: so it can stay when the records of a
+// member are no longer there. It is made of the records when it is first asked for, and follows them from
+// then on. Most layouts have none.
+template <class T>
+struct TXVColunas {
+    bool Existe() const { return false; }
+    // Of all records; the records up to uiPrevistas will not be able to fail.
+    void Faz(const TXVArrayRegistros<T>& /*aRegistros*/, std::size_t /*uiPrevistas*/) {}
+    // Makes the next uiQuantidade new records unable to fail.
+    void Reserva(std::size_t /*uiQuantidade*/) {}
+    // A record takes the place i, or is appended.
+    void Muda(std::size_t /*i*/, const T& /*reg*/) noexcept {}
+    std::size_t GetMemoria() const { return 0; }  // bytes
+};
+
 template <class T>
 class CXVFile : public CXVFileBase {
   public:
@@ -57,6 +72,18 @@ class CXVFile : public CXVFileBase {
     // the file.
     template <class TVe>
     HRESULT Percorre(TVe fnVe) const;
+
+    // The columns of the records, which outlive the closing of the file. VeColunas shows fnVe them where they
+    // exist, and says whether they do; fnVe must not call the file. They are made of the records of an open
+    // file.
+    template <class TVe>
+    bool VeColunas(TVe fnVe) const;
+    void FazColunas();
+    bool EsqueceColunas();  // whether there were any
+    XVUInt64 GetMemoriaColunas() const {
+        const std::shared_lock lock(GetLock());
+        return m_colunas.GetMemoria();
+    }
 
     // Write one record, or consecutive records from uiPosicao; in: position or 0, out: first position used.
     // What does not differ from the stored records is not written. A failure leaves file, memory and indexes
@@ -108,6 +135,11 @@ class CXVFile : public CXVFileBase {
     HRESULT ExisteIndex(std::string_view chave, XVUInt& uiPosicao, XVUInt uiColunaIndexacao) const {
         return ExisteIndex(XVCrc64(chave.data(), chave.size()), uiPosicao, uiColunaIndexacao);
     }
+
+    // Shows fnVe(const T&) the records that hold the key, in the order of their positions. Writers of the
+    // file wait until it returns: fnVe must not call the file.
+    template <class TVe>
+    HRESULT PercorreIndex(XVUInt64 chave, XVUInt uiColunaIndexacao, TVe fnVe) const;
 
     // Read, overwrite, or prepare the overwriting of the record that holds the key uiPosicaoIndex, the lowest
     // one when several do. E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA: none does, and nothing is appended.
@@ -185,6 +217,7 @@ class CXVFile : public CXVFileBase {
 
     TXVArrayRegistros<T> m_aRegistros;
     TXVResumo<T> m_resumo;
+    TXVColunas<T> m_colunas;
     SVistaCarregada m_vista;
     bool m_bVistaValida = true;  // what is in memory was loaded whole
     std::vector<SIndice> m_listaIndices;

@@ -100,6 +100,7 @@ void CXVFile<T>::PreparaMemoria(XVUInt uiPosicao, std::size_t uiQuantidade) {
     if (uiUltima > m_aRegistros.size()) {
         m_aRegistros.Reserva(uiUltima - m_aRegistros.size());
         m_resumo.Reserva(uiUltima - m_aRegistros.size());
+        m_colunas.Reserva(uiUltima - m_aRegistros.size());
         uiChaves += uiUltima - m_aRegistros.size();
     }
     m_ulUltimaPrevista = std::max(m_ulUltimaPrevista, uiUltima);
@@ -125,6 +126,7 @@ void CXVFile<T>::AtualizaMemoria(const CPreparados& rPreparados) {
             if (uiChaveNova != 0) rIndice.indice.Inclui(uiChaveNova, uiAtual, ChavesDe(idx));
         }
         m_resumo.Muda(m_aRegistros, uiAtual - 1, rPreparados.m_aNovos[i]);
+        m_colunas.Muda(uiAtual - 1, rPreparados.m_aNovos[i]);
         if (bExistia)
             m_aRegistros[uiAtual - 1] = rPreparados.m_aNovos[i];
         else

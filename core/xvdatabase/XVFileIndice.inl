@@ -153,6 +153,29 @@ HRESULT CXVFile<T>::ExisteIndex(XVUInt64 chave, XVUInt& uiPosicao, XVUInt uiColu
 }
 
 template <class T>
+template <class TVe>
+HRESULT CXVFile<T>::PercorreIndex(XVUInt64 chave, XVUInt uiColunaIndexacao, TVe fnVe) const {
+    XV_ESCOPO({"m_sNomeArquivo", GetNomeArquivo()}, {"uiColunaIndexacao", XVUInt64{uiColunaIndexacao}});
+    if (EhVista()) {  // whose records are on the disk
+        std::vector<XVUInt> listaPosicao;
+        XV_CHECK(ExisteIndex(chave, listaPosicao, uiColunaIndexacao));
+        for (const XVUInt uiPosicao : listaPosicao) {
+            T reg;
+            XV_CHECK(Le(uiPosicao, &reg));
+            fnVe(reg);
+        }
+        return S_OK;
+    }
+    return NoIndex(uiColunaIndexacao, [&] {
+        const CXVIndice& rIndice = m_listaIndices[uiColunaIndexacao].indice;
+        for (XVUInt uiPosicao = BuscaPrimeira(chave, uiColunaIndexacao); uiPosicao != 0;
+             uiPosicao = rIndice.GetProxima(uiPosicao))
+            fnVe(m_aRegistros[uiPosicao - 1]);
+        return S_OK;
+    });
+}
+
+template <class T>
 HRESULT CXVFile<T>::LeIndex(XVUInt64 uiPosicaoIndex, T* preg, XVUInt uiColunaIndexacao) const {
     XV_ESCOPO({"m_sNomeArquivo", GetNomeArquivo()}, {"uiColunaIndexacao", XVUInt64{uiColunaIndexacao}});
     if (EhVista() && LeIndexVisto(uiPosicaoIndex, preg, uiColunaIndexacao)) return S_OK;

@@ -7,10 +7,12 @@ HRESULT CXVFile<T>::OnInicializa() {
     XV_CHECK_SUPER(CXVFileBase, OnInicializa());
     m_aRegistros.Limpa();
     m_resumo = {};
+    const bool bColunas = EsqueceColunas();  // of what the file held when it was closed
     XV_CHECK(IniciaVista());
     XV_CHECK(AbreArquivo());
     XV_CHECK(Recusa(Carrega()));
     XV_CHECK(Recusa(ConstroiIndices()));
+    if (bColunas) FazColunas();
     return S_OK;
 }
 
@@ -124,6 +126,31 @@ HRESULT CXVFile<T>::Percorre(TVe fnVe) const {
         fnVe(std::span<const T>(aParte), uiVistos, static_cast<const TXVResumo<T>*>(nullptr));
     }
     return S_OK;
+}
+
+template <class T>
+template <class TVe>
+bool CXVFile<T>::VeColunas(TVe fnVe) const {
+    const std::shared_lock lock(GetLock());
+    if (!m_colunas.Existe()) return false;
+    fnVe(m_colunas);
+    return true;
+}
+
+template <class T>
+void CXVFile<T>::FazColunas() {
+    const std::unique_lock lock(GetLock());
+    if (!ExisteArquivo() || m_colunas.Existe()) return;
+    // Writes that are prepared already must find room for what they bring.
+    m_colunas.Faz(m_aRegistros, std::max<std::size_t>(m_ulUltimaPrevista, m_aRegistros.size()));
+}
+
+template <class T>
+bool CXVFile<T>::EsqueceColunas() {
+    const std::unique_lock lock(GetLock());
+    const bool bExistiam = m_colunas.Existe();
+    m_colunas = {};
+    return bExistiam;
 }
 
 template <class T>

@@ -140,7 +140,7 @@ TEST(SelecaoIndex, ComESemResumoAchaOMesmo) {
         }
         if (i % 3 == 0) dados.uiChaveIntegracaoSistemaTerceiroFinal = 1 + sorteio() % 50;
         CXVFiltroBusca filtro;
-        ASSERT_EQ(filtro.CopiarDe(dados.ComoRegistro()), S_OK);
+        ASSERT_EQ(filtro.Interpreta(dados.ComoRegistro()), S_OK);
         CXVListaAchadas aAchadas[2];
         for (const bool bResumo : {false, true}) {
             CXVSelecaoIndex selecao(filtro, aAchadas[bResumo]);
