@@ -12,6 +12,37 @@
 namespace {
 constexpr std::size_t k_uiTamanhoPrefixo = sizeof(XVUInt);
 constexpr std::size_t k_uiMaximoTextos = 0xFFFFFFFFU;
+
+// A string that is filled as a CXVBufferSaida is.
+class CTextoEmString {
+  public:
+    explicit CTextoEmString(std::string& rTexto) : m_rTexto(rTexto) {}
+
+    char* Prepara(std::size_t uiTamanho) {
+        m_rTexto.resize(uiTamanho);
+        return m_rTexto.data();
+    }
+    void Recorta(std::size_t uiInicio, std::size_t uiTamanho) {
+        m_rTexto.erase(0, uiInicio);
+        m_rTexto.resize(uiTamanho);
+    }
+    void Limpa() { m_rTexto.clear(); }
+    const char* GetDados() const { return m_rTexto.data(); }
+
+  private:
+    std::string& m_rTexto;
+};
+
+std::size_t TamanhoAteNul(const char* pTexto, std::size_t uiTamanho) {
+    const void* pNul = uiTamanho == 0 ? nullptr : std::memchr(pTexto, 0, uiTamanho);
+    return pNul == nullptr ? uiTamanho : static_cast<std::size_t>(static_cast<const char*>(pNul) - pTexto);
+}
+
+template <class TDestino>
+void Copia(std::string_view sOrigem, TDestino& sDestino) {
+    if (!sOrigem.empty()) std::memcpy(sDestino.Prepara(sOrigem.size()), sOrigem.data(), sOrigem.size());
+}
+
 }  // namespace
 
 class CXVTextFile::CPreparados final : public CXVGravacaoPreparada {
@@ -102,25 +133,39 @@ CXVErroArquivo CXVTextFile::ConfereConteudo(XVUInt64 uiTamanho, bool* pbIntegro)
 
 HRESULT CXVTextFile::Le(XVUInt uiPosicao, std::string& sTexto) const {
     XV_ESCOPO({"m_sNomeArquivo", GetNomeArquivo()}, {"uiPosicao", XVUInt64{uiPosicao}});
-    sTexto.clear();
-    if (uiPosicao == 0) XV_FALHA(E_XVCR_TENTATIVA_LER_POSICAO_ZERO);
+    CTextoEmString texto(sTexto);
+    return LePara(uiPosicao, texto);
+}
+
+HRESULT CXVTextFile::Le(XVUInt uiPosicao, CXVBufferSaida* pTexto) const {
+    XV_ESCOPO({"m_sNomeArquivo", GetNomeArquivo()}, {"uiPosicao", XVUInt64{uiPosicao}});
+    return LePara(uiPosicao, *pTexto);
+}
+
+template <class TDestino>
+HRESULT CXVTextFile::LePara(XVUInt uiPosicao, TDestino& sTexto) const {
+    sTexto.Limpa();
+    if (uiPosicao == 0) XV_FALHA_EM("Le", E_XVCR_TENTATIVA_LER_POSICAO_ZERO);
     if (GetDataBase()->GetVisao() != nullptr && uiPosicao > GetQtdRegistros()) {
-        XV_CHECK(LeVisto(uiPosicao, sTexto));
+        std::string sVisto;
+        XV_CHECK_EM("Le", LeVisto(uiPosicao, sVisto));
+        Copia(sVisto, sTexto);
         return S_OK;
     }
     const std::shared_lock lock(GetLock());
-    if (!ExisteArquivo()) XV_FALHA(E_XVCR_ARQUIVO_NAO_EXISTE);
-    if (uiPosicao > m_aOffsets.size()) XV_FALHA(E_XVCR_POSICAO_LEITURA_SUPERIOR_QUANTIDADE_ARQUIVO);
+    if (!ExisteArquivo()) XV_FALHA_EM("Le", E_XVCR_ARQUIVO_NAO_EXISTE);
+    if (uiPosicao > m_aOffsets.size())
+        XV_FALHA_EM("Le", E_XVCR_POSICAO_LEITURA_SUPERIOR_QUANTIDADE_ARQUIVO);
     const std::size_t uiTexto = GetTamanhoTexto(uiPosicao - 1);
     const XVUInt64 uiOffset = m_aOffsets[uiPosicao - 1] + k_uiTamanhoPrefixo;
     if (const CXVTextosLidos::SPedaco* pPedaco = m_lidos.Busca(uiOffset, uiTexto)) {
-        sTexto.assign(pPedaco->GetTexto(uiOffset), uiTexto);
-        if (!pPedaco->bTemNul) return S_OK;
-    } else {
-        XV_CHECK(LeTexto(uiPosicao - 1, sTexto));
-        m_lidos.ContaLeitura(k_uiTamanhoPrefixo + uiTexto);
+        const char* pTexto = pPedaco->GetTexto(uiOffset);
+        Copia({pTexto, pPedaco->bTemNul ? TamanhoAteNul(pTexto, uiTexto) : uiTexto}, sTexto);
+        return S_OK;
     }
-    if (const std::size_t uiNul = sTexto.find('\0'); uiNul != std::string::npos) sTexto.resize(uiNul);
+    XV_CHECK_EM("Le", LeTexto(uiPosicao - 1, sTexto));
+    sTexto.Recorta(0, TamanhoAteNul(sTexto.GetDados(), uiTexto));
+    m_lidos.ContaLeitura(k_uiTamanhoPrefixo + uiTexto);
     return S_OK;
 }
 
@@ -142,18 +187,22 @@ std::size_t CXVTextFile::GetTamanhoTexto(std::size_t uiIndice) const {
 }
 
 // The lock is held. All bytes of a text; empty on failure.
-HRESULT CXVTextFile::LeTexto(std::size_t uiIndice, std::string& sTexto) const {
+template <class TDestino>
+HRESULT CXVTextFile::LeTexto(std::size_t uiIndice, TDestino& sTexto) const {
     const std::size_t uiTexto = GetTamanhoTexto(uiIndice);
-    sTexto.resize(k_uiTamanhoPrefixo + uiTexto);
-    const CXVErroArquivo erro = LePayload(m_aOffsets[uiIndice], sTexto.data(), sTexto.size());
+    char* pDados = sTexto.Prepara(k_uiTamanhoPrefixo + uiTexto);
+    const CXVErroArquivo erro = LePayload(m_aOffsets[uiIndice], pDados, k_uiTamanhoPrefixo + uiTexto);
     XVUInt ulTamanho = 0;
-    std::memcpy(&ulTamanho, sTexto.data(), k_uiTamanhoPrefixo);
-    if (!erro.Ok() || ulTamanho != uiTexto)
-        sTexto.clear();
-    else
-        sTexto.erase(0, k_uiTamanhoPrefixo);
+    if (erro.Ok()) std::memcpy(&ulTamanho, pDados, k_uiTamanhoPrefixo);
+    const bool bLido = erro.Ok() && ulTamanho == uiTexto;
+    sTexto.Recorta(k_uiTamanhoPrefixo, bLido ? uiTexto : 0);
     if (const CXVErroArquivo* pEx = erro.GetFalha()) return Recusa(CatchInicializacao(pEx));
-    return ulTamanho == uiTexto ? S_OK : Recusa(E_XVCR_ARQUIVO_TEXTO_QUANTIDADE_CARACTERES_INVALIDA);
+    return bLido ? S_OK : Recusa(E_XVCR_ARQUIVO_TEXTO_QUANTIDADE_CARACTERES_INVALIDA);
+}
+
+HRESULT CXVTextFile::LeTexto(std::size_t uiIndice, std::string& sTexto) const {
+    CTextoEmString texto(sTexto);
+    return LeTexto(uiIndice, texto);
 }
 
 // Every prefix must still be the one that was found there; notes whether a text holds a NUL byte.

@@ -19,6 +19,7 @@
 #include "core/xvdatabase/XVArrayRegistros.h"
 #include "core/xvdatabase/XVFileBase.h"
 #include "core/xvdatabase/XVTextosLidos.h"
+#include "platform/XVBufferSaida.h"
 
 class CXVTextFile : public CXVFileBase {
   public:
@@ -34,6 +35,8 @@ class CXVTextFile : public CXVFileBase {
     // or the code of a failed read; then the text is empty.
     HRESULT Le(XVUInt uiPosicao, std::string& sTexto) const;
     HRESULT Le(XVUInt uiPosicao, std::string* psTexto) const { return Le(uiPosicao, *psTexto); }
+    // The same to where a caller of the interface will read it.
+    HRESULT Le(XVUInt uiPosicao, CXVBufferSaida* pTexto) const;
     // After a reading: brings the texts into memory where so many are read that this costs less, and gives
     // the bytes that it took. uiMaximo: bytes of a file that may be in memory.
     XVUInt64 CarregaTextosLidos(XVUInt64 uiMaximo) const;
@@ -73,6 +76,10 @@ class CXVTextFile : public CXVFileBase {
     CXVErroArquivo LePayloadVisto(CXVVisao& rVisao, XVUInt64 uiOffsetDados, void* pDados,
                                   std::size_t uiTamanho) const;
     std::size_t GetTamanhoTexto(std::size_t uiIndice) const;
+    template <class TDestino>
+    HRESULT LePara(XVUInt uiPosicao, TDestino& sTexto) const;
+    template <class TDestino>
+    HRESULT LeTexto(std::size_t uiIndice, TDestino& sTexto) const;
     HRESULT LeTexto(std::size_t uiIndice, std::string& sTexto) const;
     bool ConferePedaco(CXVTextosLidos::SPedaco& rPedaco) const;
     HRESULT LeVisto(XVUInt uiPosicao, std::string& sTexto) const;
