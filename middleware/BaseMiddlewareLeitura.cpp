@@ -52,8 +52,8 @@ HRESULT CBaseMiddleware::LeRegistros(REG_XVDMC regDmc, TDados* pDados, XVUInt64 
     XV_CHECK_EM("LeIntegracao", m_pDataBase->m_IndexIntegracao.LeIndex(
                                     CXVDataBase_CR_Middleware::GetChaveIndex(regDmc), &regIndex,
                                     EColuna_Indexacao_Middleware::eIndexacao_DMCIntegracao));
-    // Between a viewer's look-up and its reading, the index record may have passed to a newer integration with
-    // its key.
+    // Between a viewer's look-up and its reading, the index record may have passed to a newer integration
+    // with its key.
     if (!(regIndex.regDmcIntegracao == regDmc))
         XV_FALHA_EM("LeIntegracao", E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA);
     const XVUInt64 uiChaveNomeArquivo = regDmc.GetDma().ToChave();

@@ -67,6 +67,8 @@ class CXVTextFile : public CXVFileBase {
     CXVErroArquivo ConfereConteudo(XVUInt64 uiTamanho, bool* pbIntegro) override;
 
   private:
+    static constexpr std::size_t k_uiTamanhoPrefixo = sizeof(XVUInt);
+
     // A prepared write: a run of texts as it lies on disk.
     class CPreparados;
 
@@ -76,6 +78,7 @@ class CXVTextFile : public CXVFileBase {
     CXVErroArquivo LePayloadVisto(CXVVisao& rVisao, XVUInt64 uiOffsetDados, void* pDados,
                                   std::size_t uiTamanho) const;
     std::size_t GetTamanhoTexto(std::size_t uiIndice) const;
+    bool PodeSerOTexto(std::size_t uiIndice, std::string_view sTexto) const;
     template <class TDestino>
     HRESULT LePara(XVUInt uiPosicao, TDestino& sTexto) const;
     template <class TDestino>
@@ -93,6 +96,10 @@ class CXVTextFile : public CXVFileBase {
     // Where the length prefix of each text lies in the payload. Texts follow each other without a gap, so a
     // text ends where the next one begins.
     TXVArrayRegistros<XVUInt64> m_aOffsets;
+    // Sums of the texts that were written since the file was opened: what differs by them need not be read to
+    // be known as different.
+    std::size_t m_uiSemSoma = 0;  // texts before them
+    TXVArrayRegistros<XVUInt> m_aSomas;
     XVUInt64 m_uiFim = 0;                                         // of the last text in the table
     XVUInt64 m_uiSeek = 0;                                        // of the payload in the file
     std::vector<std::unique_ptr<CPreparados>> m_listaPreparados;  // used again and again
