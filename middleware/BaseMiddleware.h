@@ -15,6 +15,7 @@
 #include "core/xvdatabase/XVDataBaseFacade.h"
 #include "middleware/XVDataBase_CR_Middleware.h"
 #include "middleware/XVFiltroBusca.h"
+#include "middleware/XVIntegracaoSaida.h"
 #include "middleware/XVOperacoesGenericas.h"
 #include "middleware/XVTransporte.h"
 #include "suite/XVMiddlewareFacade.h"
@@ -164,16 +165,30 @@ class CBaseMiddleware : public CXVDataBaseFacade<CXVDataBase_CR_Middleware, CXVB
                               const tagREG_CR_INTEGRACAO_MIDDLEWAREPS& regPS);
 
     // Reading.
-    HRESULT LeDados(REG_XVDMC regDmc, CXVDadosCR_IntegracaoMiddleware* pDados, XVUInt64 ullFlagLeitura);
-    HRESULT LeRegistros(REG_XVDMC regDmc, CXVDadosCR_IntegracaoMiddleware* pDados, XVUInt64 ullFlagLeitura);
+    // TDados: SIntegracaoSaida, or CXVDadosCR_IntegracaoMiddleware.
+    template <class TDados>
+    HRESULT LeDados(REG_XVDMC regDmc, TDados* pDados, XVUInt64 ullFlagLeitura);
+    template <class TDados>
+    HRESULT LeRegistros(REG_XVDMC regDmc, TDados* pDados, XVUInt64 ullFlagLeitura);
+    template <class TDados>
+    HRESULT LeDoRegistro(REG_XVDMC regDmc, const REG_CR_INTEGRACAO_MIDDLEWARE_V2& reg, TDados* pDados,
+                         XVUInt64 ullFlagLeitura);
     HRESULT LeTransportada(REG_XVDMC regDmc, SIntegracaoTransportada* pIntegracao);
-    HRESULT LeDoRegistro(REG_XVDMC regDmc, const REG_CR_INTEGRACAO_MIDDLEWARE_V2& reg,
-                         CXVDadosCR_IntegracaoMiddleware* pDados, XVUInt64 ullFlagLeitura);
-    HRESULT LeTextos(XVUInt64 uiChaveNomeArquivo, const REG_CR_INTEGRACAO_MIDDLEWARE_V2& reg,
-                     CXVDadosCR_IntegracaoMiddleware* pDados, XVUInt64 ullFlagLeitura);
+    template <class TDados>
+    HRESULT LeTextos(XVUInt64 uiChaveNomeArquivo, const REG_CR_INTEGRACAO_MIDDLEWARE_V2& reg, TDados* pDados,
+                     XVUInt64 ullFlagLeitura);
+    HRESULT ConsultaSistemaTerceiro(CXVDadosCR_IntegracaoMiddleware& rDados, XVUInt64 ullFlagLeitura);
     HRESULT CompletaComSistemaTerceiro(CXVDadosCR_IntegracaoMiddleware& rDados, bool bOperacaoPosterior);
-    HRESULT LeDadosDaLista(const _REG_DF_LISTA_XVDMCPS& rListaPS,
-                           std::vector<CXVDadosCR_IntegracaoMiddleware>& listaDados, XVUInt64 ullFlagLeitura);
+    template <class TDados>
+    HRESULT LeDadosDaLista(const _REG_DF_LISTA_XVDMCPS& rListaPS, std::vector<TDados>& listaDados,
+                           XVUInt64 ullFlagLeitura);
+    HRESULT ConsultaSistemaTerceiro(std::vector<CXVDadosCR_IntegracaoMiddleware>& listaDados,
+                                    XVUInt64 ullFlagLeitura);
+    template <class TDados>
+    HRESULT EntregaLista(std::vector<TDados>& listaDados, XVUInt* pulQuantidade,
+                         tagREG_CR_INTEGRACAO_MIDDLEWAREPS** ppRegIntegracaoPS);
+    HRESULT Entrega(SIntegracaoSaida& rSaida, tagREG_CR_INTEGRACAO_MIDDLEWAREPS* pReg);
+    HRESULT Entrega(CXVDadosCR_IntegracaoMiddleware& rDados, tagREG_CR_INTEGRACAO_MIDDLEWAREPS* pReg);
 
     // Searching.
     HRESULT ValidaFiltroNivel1(const CXVFiltroBusca& dadosFiltro, CXVListaAchadas& listaPonteiros);

@@ -14,21 +14,28 @@ HRESULT CBaseMiddleware::LeIntegracao(REG_XVDMC regDmc, tagREG_CR_INTEGRACAO_MID
     *pRegIntegracaoPS = {};
     XV_CHECK(ValidaAcesso());
     const CXVAcessoDefault acesso(this);
+    if ((ullFlagLeitura & k_ullConsultaSistemaTerceiro) == 0) {
+        SIntegracaoSaida saida;
+        const HRESULT hr = LeDados(regDmc, &saida, ullFlagLeitura);
+        return FAILED(hr) ? hr : Entrega(saida, pRegIntegracaoPS);
+    }
     CXVDadosCR_IntegracaoMiddleware dadosIntegracao;
     HRESULT hr = LeDados(regDmc, &dadosIntegracao, ullFlagLeitura);
+    if (SUCCEEDED(hr)) hr = ConsultaSistemaTerceiro(dadosIntegracao, ullFlagLeitura);
     if (FAILED(hr)) return hr;
-    if ((ullFlagLeitura & k_ullConsultaSistemaTerceiro) != 0) {
-        XV_CHECK(CXVMiddlewareIntegracaoSistemas::BuscaDadosIntegracaoSistemasTerceiros(dadosIntegracao,
-                                                                                        nullptr, this));
-        hr = CompletaComSistemaTerceiro(dadosIntegracao, (ullFlagLeitura & k_ullOperacaoPosterior) != 0);
-        if (FAILED(hr)) return hr;
-    }
     XV_CHECK(dadosIntegracao.CopiarParaPS(pRegIntegracaoPS));
     return S_OK;
 }
 
-HRESULT CBaseMiddleware::LeDados(REG_XVDMC regDmc, CXVDadosCR_IntegracaoMiddleware* pDados,
-                                 XVUInt64 ullFlagLeitura) {
+HRESULT CBaseMiddleware::ConsultaSistemaTerceiro(CXVDadosCR_IntegracaoMiddleware& dadosIntegracao,
+                                                 XVUInt64 ullFlagLeitura) {
+    XV_CHECK_EM("LeIntegracao", CXVMiddlewareIntegracaoSistemas::BuscaDadosIntegracaoSistemasTerceiros(
+                                    dadosIntegracao, nullptr, this));
+    return CompletaComSistemaTerceiro(dadosIntegracao, (ullFlagLeitura & k_ullOperacaoPosterior) != 0);
+}
+
+template <class TDados>
+HRESULT CBaseMiddleware::LeDados(REG_XVDMC regDmc, TDados* pDados, XVUInt64 ullFlagLeitura) {
     const auto le = [&] {
         *pDados = {};
         return LeRegistros(regDmc, pDados, ullFlagLeitura);
@@ -37,48 +44,58 @@ HRESULT CBaseMiddleware::LeDados(REG_XVDMC regDmc, CXVDadosCR_IntegracaoMiddlewa
     return CXVMomento::GetAtual() != nullptr ? le() : LeDeUmMomento(le);
 }
 
-HRESULT CBaseMiddleware::LeRegistros(REG_XVDMC regDmc, CXVDadosCR_IntegracaoMiddleware* pDados,
-                                     XVUInt64 ullFlagLeitura) {
+template HRESULT CBaseMiddleware::LeDados(REG_XVDMC, CXVDadosCR_IntegracaoMiddleware*, XVUInt64);
+
+template <class TDados>
+HRESULT CBaseMiddleware::LeRegistros(REG_XVDMC regDmc, TDados* pDados, XVUInt64 ullFlagLeitura) {
     REG_CR_INDEX_INTEGRACAO_V1 regIndex;
     XV_CHECK_EM("LeIntegracao", m_pDataBase->m_IndexIntegracao.LeIndex(
                                     CXVDataBase_CR_Middleware::GetChaveIndex(regDmc), &regIndex,
                                     EColuna_Indexacao_Middleware::eIndexacao_DMCIntegracao));
-    // Between the look-up and the read, the index record may have passed to a newer integration with its key.
+    // Between a viewer's look-up and its reading, the index record may have passed to a newer integration
+    // with its key.
     if (!(regIndex.regDmcIntegracao == regDmc))
         XV_FALHA_EM("LeIntegracao", E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA);
     const XVUInt64 uiChaveNomeArquivo = regDmc.GetDma().ToChave();
     REG_CR_INTEGRACAO_MIDDLEWARE_V2 reg;
     XV_CHECK_EM("LeIntegracao", m_pDataBase->m_Integracao.Le(uiChaveNomeArquivo, regDmc.GetPonteiro(), &reg));
-    pDados->uiChaveIntegracaoSistemaTerceiro = regIndex.uiChaveIntegracaoSistemaTerceiro;
-    pDados->eStatusIntegracao = regIndex.eStatusIntegracao;
-    pDados->eSistemaIntegracao = regIndex.eSistemaIntegracao;
+    auto& rCampos = XVCampos(*pDados);
+    rCampos.uiChaveIntegracaoSistemaTerceiro = regIndex.uiChaveIntegracaoSistemaTerceiro;
+    rCampos.eStatusIntegracao = regIndex.eStatusIntegracao;
+    rCampos.eSistemaIntegracao = regIndex.eSistemaIntegracao;
     return LeDoRegistro(regDmc, reg, pDados, ullFlagLeitura);
 }
 
+template <class TDados>
 HRESULT CBaseMiddleware::LeDoRegistro(REG_XVDMC regDmc, const REG_CR_INTEGRACAO_MIDDLEWARE_V2& reg,
-                                      CXVDadosCR_IntegracaoMiddleware* pDados, XVUInt64 ullFlagLeitura) {
-    pDados->regDmc = regDmc;
-    pDados->regDmcIntegracaoOrigem = reg.regDmcIntegracaoOrigem;
-    pDados->regDmcMovimentoOrigem = reg.regDmcMovimentoOrigem;
-    pDados->regDataHoraInclusao = reg.regDataHoraInclusao;
-    pDados->regDataHoraAlteracaoStatus = reg.regDataHoraAlteracaoStatus;
-    pDados->uiBaseDadosTerceiro = reg.uiBaseDadosTerceiro;
-    pDados->eTipoIntegracao = reg.eTipoIntegracao;
-    pDados->eTipoTransacao = reg.eTipoTransacao;
-    pDados->ulPonteiroFilial = reg.ulPonteiroFilial;
-    pDados->ulPonteiroUsuarioInclusao = reg.ulPonteiroUsuarioInclusao;
-    pDados->ulPonteiroUsuarioCancelamento = reg.ulPonteiroUsuarioCancelamento;
-    pDados->ulPonteiroAuxiliar = reg.ulPonteiroAuxiliar;
-    pDados->cReconsultarIdTerceiros = reg.cReconsultarIdTerceiros;
-    pDados->ucTipoPonteiroAuxiliar = reg.ucTipoPonteiroAuxiliar;
+                                      TDados* pDados, XVUInt64 ullFlagLeitura) {
+    auto& rCampos = XVCampos(*pDados);
+    rCampos.regDmc = regDmc;
+    rCampos.regDmcIntegracaoOrigem = reg.regDmcIntegracaoOrigem;
+    rCampos.regDmcMovimentoOrigem = reg.regDmcMovimentoOrigem;
+    rCampos.regDataHoraInclusao = reg.regDataHoraInclusao;
+    rCampos.regDataHoraAlteracaoStatus = reg.regDataHoraAlteracaoStatus;
+    rCampos.uiBaseDadosTerceiro = reg.uiBaseDadosTerceiro;
+    rCampos.eTipoIntegracao = reg.eTipoIntegracao;
+    rCampos.eTipoTransacao = reg.eTipoTransacao;
+    rCampos.ulPonteiroFilial = reg.ulPonteiroFilial;
+    rCampos.ulPonteiroUsuarioInclusao = reg.ulPonteiroUsuarioInclusao;
+    rCampos.ulPonteiroUsuarioCancelamento = reg.ulPonteiroUsuarioCancelamento;
+    rCampos.ulPonteiroAuxiliar = reg.ulPonteiroAuxiliar;
+    rCampos.cReconsultarIdTerceiros = reg.cReconsultarIdTerceiros;
+    rCampos.ucTipoPonteiroAuxiliar = reg.ucTipoPonteiroAuxiliar;
     return LeTextos(regDmc.GetDma().ToChave(), reg, pDados, ullFlagLeitura);
 }
 
+template HRESULT CBaseMiddleware::LeDoRegistro(REG_XVDMC, const REG_CR_INTEGRACAO_MIDDLEWARE_V2&,
+                                               CXVDadosCR_IntegracaoMiddleware*, XVUInt64);
+
+template <class TDados>
 HRESULT CBaseMiddleware::LeTextos(XVUInt64 uiChaveNomeArquivo, const REG_CR_INTEGRACAO_MIDDLEWARE_V2& reg,
-                                  CXVDadosCR_IntegracaoMiddleware* pDados, XVUInt64 ullFlagLeitura) {
-    std::string& sJSON = pDados->sRegistroJSON;
-    std::string& sMensagem = pDados->sMensagemIntegracao;
-    std::string& sJSONRetornoIntegracao = pDados->sJSONRetornoIntegracao;
+                                  TDados* pDados, XVUInt64 ullFlagLeitura) {
+    auto& sJSON = pDados->sRegistroJSON;
+    auto& sMensagem = pDados->sMensagemIntegracao;
+    auto& sJSONRetornoIntegracao = pDados->sJSONRetornoIntegracao;
     if ((ullFlagLeitura & k_ullLeJSON) != 0 && reg.ulPonteiroJSONRegistro != 0)
         XV_CHECK_EM("LeIntegracao",
                     m_pDataBase->m_JSONIntegracao.Le(uiChaveNomeArquivo, reg.ulPonteiroJSONRegistro, &sJSON));
@@ -110,9 +127,9 @@ HRESULT CBaseMiddleware::CompletaComSistemaTerceiro(CXVDadosCR_IntegracaoMiddlew
     return S_OK;
 }
 
+template <class TDados>
 HRESULT CBaseMiddleware::LeDadosDaLista(const _REG_DF_LISTA_XVDMCPS& rListaPS,
-                                        std::vector<CXVDadosCR_IntegracaoMiddleware>& listaDadosIntegracao,
-                                        XVUInt64 ullFlagLeitura) {
+                                        std::vector<TDados>& listaDadosIntegracao, XVUInt64 ullFlagLeitura) {
     // Each moment of a viewer opens the files anew. A busy writer leaves only short ones: each attempt reads
     // half as much as the one before.
     constexpr XVUInt k_ulPorMomento = 256;
@@ -134,7 +151,11 @@ HRESULT CBaseMiddleware::LeDadosDaLista(const _REG_DF_LISTA_XVDMCPS& rListaPS,
         if (FAILED(hr)) return hr;
         ulLidas = ulAte;
     }
-    if ((ullFlagLeitura & k_ullConsultaSistemaTerceiro) == 0) return S_OK;
+    return S_OK;
+}
+
+HRESULT CBaseMiddleware::ConsultaSistemaTerceiro(
+    std::vector<CXVDadosCR_IntegracaoMiddleware>& listaDadosIntegracao, XVUInt64 ullFlagLeitura) {
     XV_CHECK_EM("LeIntegracoes", CXVMiddlewareIntegracaoSistemas::BuscaDadosIntegracaoSistemasTerceiros(
                                      listaDadosIntegracao, this));
     for (CXVDadosCR_IntegracaoMiddleware& dadosIntegracao : listaDadosIntegracao) {
@@ -156,27 +177,48 @@ HRESULT CBaseMiddleware::LeIntegracoes(const _REG_DF_LISTA_XVDMCPS& rListaPS, XV
     if (rListaPS.ulQuantidade == 0) return S_OK;
     if (rListaPS.pLista == nullptr) XV_FALHA(E_INVALIDARG);
     const CXVAcessoDefault acesso(this);
+    if ((ullFlagLeitura & k_ullConsultaSistemaTerceiro) == 0) {
+        std::vector<SIntegracaoSaida> listaSaida;
+        const HRESULT hr = LeDadosDaLista(rListaPS, listaSaida, ullFlagLeitura);
+        return FAILED(hr) ? hr : EntregaLista(listaSaida, pulQuantidade, ppRegIntegracaoPS);
+    }
     std::vector<CXVDadosCR_IntegracaoMiddleware> listaDadosIntegracao;
     HRESULT hr = LeDadosDaLista(rListaPS, listaDadosIntegracao, ullFlagLeitura);
-    if (FAILED(hr)) return hr;
+    if (SUCCEEDED(hr)) hr = ConsultaSistemaTerceiro(listaDadosIntegracao, ullFlagLeitura);
+    return FAILED(hr) ? hr : EntregaLista(listaDadosIntegracao, pulQuantidade, ppRegIntegracaoPS);
+}
 
+template <class TDados>
+HRESULT CBaseMiddleware::EntregaLista(std::vector<TDados>& listaDadosIntegracao, XVUInt* pulQuantidade,
+                                      tagREG_CR_INTEGRACAO_MIDDLEWAREPS** ppRegIntegracaoPS) {
     if (listaDadosIntegracao.size() >
         std::numeric_limits<std::size_t>::max() / sizeof(tagREG_CR_INTEGRACAO_MIDDLEWAREPS))
-        XV_FALHA(E_OUTOFMEMORY);
+        XV_FALHA_EM("LeIntegracoes", E_OUTOFMEMORY);
     auto* pRegs = static_cast<tagREG_CR_INTEGRACAO_MIDDLEWAREPS*>(
         XVAmbienteSO::AlocaSaida(listaDadosIntegracao.size() * sizeof(tagREG_CR_INTEGRACAO_MIDDLEWAREPS)));
-    if (pRegs == nullptr) XV_FALHA(E_OUTOFMEMORY);
+    if (pRegs == nullptr) XV_FALHA_EM("LeIntegracoes", E_OUTOFMEMORY);
     std::fill_n(pRegs, listaDadosIntegracao.size(), tagREG_CR_INTEGRACAO_MIDDLEWAREPS{});
-    for (std::size_t i = 0; i < listaDadosIntegracao.size() && SUCCEEDED(hr); ++i) {
-        hr = XV_REGISTRA(listaDadosIntegracao[i].CopiarParaPS(&pRegs[i]));
-        listaDadosIntegracao[i] = {};  // its texts now stand in the output
-    }
+    HRESULT hr = S_OK;
+    for (std::size_t i = 0; i < listaDadosIntegracao.size() && SUCCEEDED(hr); ++i)
+        hr = Entrega(listaDadosIntegracao[i], &pRegs[i]);
     if (FAILED(hr)) {
         for (std::size_t i = 0; i < listaDadosIntegracao.size(); ++i) XVLiberaBuffers(&pRegs[i]);
         XVAmbienteSO::LiberaSaida(pRegs);
         return hr;
     }
-    *pulQuantidade = rListaPS.ulQuantidade;
+    *pulQuantidade = static_cast<XVUInt>(listaDadosIntegracao.size());
     *ppRegIntegracaoPS = pRegs;
+    return S_OK;
+}
+
+HRESULT CBaseMiddleware::Entrega(SIntegracaoSaida& rSaida, tagREG_CR_INTEGRACAO_MIDDLEWAREPS* pReg) {
+    *pReg = rSaida.Entrega();
+    return S_OK;
+}
+
+HRESULT CBaseMiddleware::Entrega(CXVDadosCR_IntegracaoMiddleware& rDados,
+                                 tagREG_CR_INTEGRACAO_MIDDLEWAREPS* pReg) {
+    XV_CHECK_EM("LeIntegracoes", rDados.CopiarParaPS(pReg));
+    rDados = {};  // its texts now stand in the output
     return S_OK;
 }

@@ -55,7 +55,7 @@ class CXVDiario {
     // The same before the last write of a file that is about to close; what still fails then is left to the
     // next opening, and nothing more is written before it.
     void LargaPendente(const CXVFileBase& rFile);
-    // Carries an operation out now.
+    // Carries an operation out now. S_FALSE: it was not, there is no place for it before the queue is empty.
     HRESULT Executa(CXVOperacao& rOperacao);
     // The same for callers that prepare under one lock, which is released while the device works: others
     // prepare their operations meanwhile and share the flush. bloqueio is not held afterwards. *pbRefaz: an

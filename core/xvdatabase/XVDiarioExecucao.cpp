@@ -107,13 +107,12 @@ HRESULT CXVDiario::Executa(CXVOperacao& rOperacao) {
         hr = ResolvePendente(resolvida);
         XVUInt64 uiNumero = 0;
         if (SUCCEEDED(hr)) hr = RegistraEntrada(rOperacao, &uiNumero);
-        if (hr == S_FALSE) hr = eDiskFull;
-        if (SUCCEEDED(hr) && m_bDuravel)
+        if (hr == S_OK && m_bDuravel)
             if (const CXVErroArquivo erro = m_pArquivo->Sincroniza(); !erro.Ok()) {
                 Desfaz(rOperacao, uiNumero);
                 hr = Codigo(erro, "m_pArquivo->Sincroniza()");
             }
-        if (SUCCEEDED(hr)) hr = Conclui(rOperacao, uiNumero, false);
+        if (hr == S_OK) hr = Conclui(rOperacao, uiNumero, false);
     }
     rOperacao.Termina();
     return hr;

@@ -190,7 +190,8 @@ HRESULT CXVFileBase::PreparaCabecalho(CXVOperacao& rOperacao) {
 HRESULT CXVFileBase::AtualizaArquivo() {
     CXVOperacao operacao(m_pDataBase);
     XV_CHECK(PreparaCabecalho(operacao));
-    XV_CHECK(operacao.Executa());
+    // Where others leave it no place, the header of the last write stays, which vouches for all of the file.
+    XV_CHECK(operacao.ExecutaSeCabe());
     return S_OK;
 }
 

@@ -178,12 +178,20 @@ HRESULT CXVFile<T>::PercorreIndex(XVUInt64 chave, XVUInt uiColunaIndexacao, TVe 
 template <class T>
 HRESULT CXVFile<T>::LeIndex(XVUInt64 uiPosicaoIndex, T* preg, XVUInt uiColunaIndexacao) const {
     XV_ESCOPO({"m_sNomeArquivo", GetNomeArquivo()}, {"uiColunaIndexacao", XVUInt64{uiColunaIndexacao}});
-    if (EhVista() && LeIndexVisto(uiPosicaoIndex, preg, uiColunaIndexacao)) return S_OK;
-    XVUInt uiPosicao = 0;
-    XV_CHECK(ExisteIndex(uiPosicaoIndex, uiPosicao, uiColunaIndexacao));
-    if (uiPosicao == 0) XV_FALHA(E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA);
-    XV_CHECK(Le(uiPosicao, preg));
-    return S_OK;
+    if (EhVista()) {
+        if (LeIndexVisto(uiPosicaoIndex, preg, uiColunaIndexacao)) return S_OK;
+        XVUInt uiPosicao = 0;
+        XV_CHECK(ExisteIndex(uiPosicaoIndex, uiPosicao, uiColunaIndexacao));
+        if (uiPosicao == 0) XV_FALHA(E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA);
+        XV_CHECK(Le(uiPosicao, preg));
+        return S_OK;
+    }
+    return NoIndex(uiColunaIndexacao, [&] {
+        const XVUInt uiPosicao = BuscaPrimeira(uiPosicaoIndex, uiColunaIndexacao);
+        if (uiPosicao == 0) XV_FALHA_EM("LeIndex", E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA);
+        *preg = m_aRegistros[uiPosicao - 1];
+        return S_OK;
+    });
 }
 
 template <class T>

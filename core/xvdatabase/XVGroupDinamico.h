@@ -159,6 +159,7 @@ class TXVGroupDinamico : public CXVGroupFileBase, private IXVMembrosAbertos {
   private:
     struct SAberto {
         TMembro* pMembro = nullptr;
+        CXVMemoriaMembros::CAberto aberto{};
         mutable std::atomic<XVUInt64> uiUso = 0;
     };
 

@@ -2,6 +2,16 @@
 
 HRESULT CXVGroupTextFileDynamic::Le(XVUInt64 uiChaveNomeArquivo, XVUInt uiPosicao, std::string* psTexto) {
     psTexto->clear();
+    return LePara(uiChaveNomeArquivo, uiPosicao, psTexto);
+}
+
+HRESULT CXVGroupTextFileDynamic::Le(XVUInt64 uiChaveNomeArquivo, XVUInt uiPosicao, CXVBufferSaida* psTexto) {
+    psTexto->Limpa();
+    return LePara(uiChaveNomeArquivo, uiPosicao, psTexto);
+}
+
+template <class TDestino>
+HRESULT CXVGroupTextFileDynamic::LePara(XVUInt64 uiChaveNomeArquivo, XVUInt uiPosicao, TDestino* psTexto) {
     XVUInt64 uiCarregados = 0;
     const HRESULT hr = NoMembro(uiChaveNomeArquivo, [&](CXVTextFile* pXVFile) {
         XV_CHECK_EM("Le", pXVFile->Le(uiPosicao, psTexto));

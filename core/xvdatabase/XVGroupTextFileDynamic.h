@@ -18,6 +18,7 @@ class CXVGroupTextFileDynamic : public TXVGroupDinamico<CXVTextFile, SNomesGroup
 
     // As the member's operations. E_XVCR_ARQUIVO_GROUP_NAO_ENCONTRADO: the key has no member.
     HRESULT Le(XVUInt64 uiChaveNomeArquivo, XVUInt uiPosicao, std::string* psTexto);
+    HRESULT Le(XVUInt64 uiChaveNomeArquivo, XVUInt uiPosicao, CXVBufferSaida* psTexto);
     // A text as part of an operation; out: the position that it will have.
     HRESULT Prepara(CXVOperacao& rOperacao, XVUInt64 uiChaveNomeArquivo, XVUInt& uiPosicao,
                     std::string_view sTexto);
@@ -25,4 +26,8 @@ class CXVGroupTextFileDynamic : public TXVGroupDinamico<CXVTextFile, SNomesGroup
     HRESULT Grava(XVUInt64 uiChaveNomeArquivo, XVUInt& uiPosicao, std::string_view sTexto);
     HRESULT GravaColecao(XVUInt64 uiChaveNomeArquivo, XVUInt& uiPosicao,
                          std::span<const std::string_view> aRegistros);
+
+  private:
+    template <class TDestino>
+    HRESULT LePara(XVUInt64 uiChaveNomeArquivo, XVUInt uiPosicao, TDestino* psTexto);
 };

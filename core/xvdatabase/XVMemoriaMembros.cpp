@@ -35,11 +35,11 @@ bool CXVMemoriaMembros::Cresce(XVUInt64 uiBytes) {
 bool CXVMemoriaMembros::FechaAte(const IXVMembrosAbertos* pAbre, XVUInt64 uiMemoria, std::size_t uiAbertos) {
     for (bool bFechou = false;; bFechou = true) {
         IXVMembrosAbertos::SResumo total;
+        total.uiAbertos = s_uiAbertos.load(std::memory_order_relaxed) + (pAbre == nullptr ? 0 : 1);
         IXVMembrosAbertos* pGrupo = nullptr;
         for (IXVMembrosAbertos* p : m_listaGrupos) {
             IXVMembrosAbertos::SResumo resumo = p->Resume();
             if (p == pAbre) ++resumo.uiAbertos;
-            total.uiAbertos += resumo.uiAbertos;
             total.uiMemoria += resumo.uiMemoria;
             if (resumo.uiAbertos <= p->GetMinimoAbertos() || resumo.uiUsoMaisAntigo >= total.uiUsoMaisAntigo)
                 continue;

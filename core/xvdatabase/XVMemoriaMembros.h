@@ -1,8 +1,9 @@
 // How many members of a store's dynamic groups stay open, and which one closes.
 //
 // Members stay open while the memory of all of them is within the store's budget and handles last; beyond
-// that the one used longest ago closes, in whatever group it is. Every group keeps its least number open
-// whatever the budget says. A member with a prepared write never closes.
+// that the one used longest ago closes, in whatever group. Handles are the process's: members of all stores
+// count, and a store that opens one too many closes its own. Every group keeps its least number open whatever
+// the budget says. A member with a prepared write never closes.
 //
 // Thread rule: any thread, but Inclui, Retira and LeOrcamento, which are called like CXVDataBase's AddFile
 // and Inicializa. Members are opened and closed under the opening lock, which is taken before every lock of a
@@ -48,6 +49,15 @@ class CXVMemoriaMembros {
 
     std::mutex& GetMutexAbertura() { return m_mutexAbertura; }
 
+    // Beside every open member: one of the process.
+    class CAberto {
+      public:
+        CAberto() { s_uiAbertos.fetch_add(1, std::memory_order_relaxed); }
+        ~CAberto() { s_uiAbertos.fetch_sub(1, std::memory_order_relaxed); }
+        CAberto(const CAberto&) = delete;
+        CAberto& operator=(const CAberto&) = delete;
+    };
+
     // Notes in uiUso that its member is the one used last.
     void Usa(std::atomic<XVUInt64>& uiUso) {
         if (uiUso.load(std::memory_order_relaxed) == m_uiUltimoUso.load(std::memory_order_relaxed)) return;
@@ -82,12 +92,14 @@ class CXVMemoriaMembros {
     // Whether any was closed.
     bool FechaAte(const IXVMembrosAbertos* pAbre, XVUInt64 uiMemoria, std::size_t uiAbertos);
 
+    inline static std::atomic<std::size_t> s_uiAbertos = 0;  // members, in all stores of the process
+
     std::mutex m_mutexAbertura;
     std::vector<IXVMembrosAbertos*> m_listaGrupos;
     std::atomic<std::thread::id> m_idCarrega;  // of nobody: no member is being loaded
     const IXVMembrosAbertos* m_pGrupoCarrega = nullptr;
     XVUInt64 m_uiOrcamento = 0;                 // bytes
-    std::size_t m_uiMaximoAbertos = 0;          // members
+    std::size_t m_uiMaximoAbertos = 0;          // members, in all stores of the process
     std::atomic<XVUInt64> m_uiUltimoUso = 1;    // 0 is the use of a member that was not used yet
     std::atomic<XVUInt64> m_uiCrescimento = 0;  // bytes, since the budget was looked at
 };

@@ -49,6 +49,11 @@ HRESULT CXVOperacao::Inicia() {
 }
 
 HRESULT CXVOperacao::Executa() {
+    const HRESULT hr = ExecutaSeCabe();
+    return hr == S_FALSE ? eDiskFull : hr;
+}
+
+HRESULT CXVOperacao::ExecutaSeCabe() {
     if (EhVazia()) return S_OK;
     if (CXVDiario* pDiario = m_pDataBase->GetDiario()) return pDiario->Executa(*this);
     const HRESULT hr = Escreve();

@@ -115,6 +115,9 @@ class CXVOperacao {
 
     // Writes what was prepared, at once. The first failing step's code; then nothing has changed.
     HRESULT Executa();
+    // The same for what need not take place. S_FALSE: nothing has changed, because operations that wait for
+    // the device leave it no place in the journal.
+    HRESULT ExecutaSeCabe();
 
     // An operation of one write that belongs to no operation of a store: prepara(CXVOperacao&, XVUInt&)
     // prepares it. mutexGravacao keeps such writers of one file or group apart. uiPosicao in: where the

@@ -1,7 +1,6 @@
 #include "core/xvdatabase/XVTextFile.h"
 
 #include <cstring>
-#include <mutex>
 #include <shared_mutex>
 
 #include "core/xvdatabase/XVConteudo.h"
@@ -10,38 +9,38 @@
 #include "support/trace/XVProfiler.h"
 
 namespace {
-constexpr std::size_t k_uiTamanhoPrefixo = sizeof(XVUInt);
-constexpr std::size_t k_uiMaximoTextos = 0xFFFFFFFFU;
-}  // namespace
 
-class CXVTextFile::CPreparados final : public CXVGravacaoPreparada {
+// A string that is filled as a CXVBufferSaida is.
+class CTextoEmString {
   public:
-    explicit CPreparados(CXVTextFile& rFile) : m_rFile(rFile) {}
+    explicit CTextoEmString(std::string& rTexto) : m_rTexto(rTexto) {}
 
-    CXVFileBase& GetArquivo() const override { return m_rFile; }
-    XV_PONTOS_GRAVACAO("GravaColecao", "GravaRegistros", "GravaRegistros(uiPosicao, aRegistros)")
-    void Publica() noexcept override { m_rFile.AtualizaMemoria(*this); }
-    void Devolve() noexcept override {
-        m_pDados.reset();
-        {
-            const std::unique_lock lock(m_rFile.GetLock());
-            m_rFile.m_uiTextosPreparados -= m_uiTextos;
-        }
-        m_rFile.DevolveGravacao(*this);
+    char* Prepara(std::size_t uiTamanho) {
+        m_rTexto.resize(uiTamanho);
+        return m_rTexto.data();
     }
-
-    std::unique_ptr<char[]> m_pDados;
-    std::size_t m_uiTamanho = 0;  // bytes
-    std::size_t m_uiTextos = 0;
-    XVUInt64 m_uiOffsetDados = 0;  // in the payload
+    void Recorta(std::size_t uiInicio, std::size_t uiTamanho) {
+        m_rTexto.erase(0, uiInicio);
+        m_rTexto.resize(uiTamanho);
+    }
+    void Limpa() { m_rTexto.clear(); }
+    const char* GetDados() const { return m_rTexto.data(); }
 
   private:
-    CXVTextFile& m_rFile;
+    std::string& m_rTexto;
 };
 
-CXVTextFile::CXVTextFile(std::string sNomeArquivo, CXVDataBase* pDataBase, ERegistroArquivo eRegistro)
-    : CXVFileBase(std::move(sNomeArquivo), pDataBase, eRegistro) {}
-CXVTextFile::~CXVTextFile() = default;
+std::size_t TamanhoAteNul(const char* pTexto, std::size_t uiTamanho) {
+    const void* pNul = uiTamanho == 0 ? nullptr : std::memchr(pTexto, 0, uiTamanho);
+    return pNul == nullptr ? uiTamanho : static_cast<std::size_t>(static_cast<const char*>(pNul) - pTexto);
+}
+
+template <class TDestino>
+void Copia(std::string_view sOrigem, TDestino& sDestino) {
+    if (!sOrigem.empty()) std::memcpy(sDestino.Prepara(sOrigem.size()), sOrigem.data(), sOrigem.size());
+}
+
+}  // namespace
 
 HRESULT CXVTextFile::OnInicializa() {
     XV_ESCOPO({"m_sNomeArquivo", GetNomeArquivo()});
@@ -54,6 +53,7 @@ HRESULT CXVTextFile::OnInicializa() {
 HRESULT CXVTextFile::OnFinaliza() {
     XV_ESCOPO({"m_sNomeArquivo", GetNomeArquivo()});
     m_aOffsets.Limpa();
+    m_aSomas.Limpa();
     m_lidos.Limpa();
     XV_CHECK_SUPER(CXVFileBase, OnFinaliza());
     return S_OK;
@@ -68,6 +68,8 @@ HRESULT CXVTextFile::Carrega() {
     m_uiFim = 0;
     const HRESULT hr = XV_REGISTRA(CarregaTabela(uiTamanho));
     if (FAILED(hr)) m_aOffsets.Limpa();
+    m_aSomas.Limpa();
+    m_uiSemSoma = m_aOffsets.size();
     return hr;
 }
 
@@ -102,25 +104,38 @@ CXVErroArquivo CXVTextFile::ConfereConteudo(XVUInt64 uiTamanho, bool* pbIntegro)
 
 HRESULT CXVTextFile::Le(XVUInt uiPosicao, std::string& sTexto) const {
     XV_ESCOPO({"m_sNomeArquivo", GetNomeArquivo()}, {"uiPosicao", XVUInt64{uiPosicao}});
-    sTexto.clear();
-    if (uiPosicao == 0) XV_FALHA(E_XVCR_TENTATIVA_LER_POSICAO_ZERO);
+    CTextoEmString texto(sTexto);
+    return LePara(uiPosicao, texto);
+}
+
+HRESULT CXVTextFile::Le(XVUInt uiPosicao, CXVBufferSaida* pTexto) const {
+    XV_ESCOPO({"m_sNomeArquivo", GetNomeArquivo()}, {"uiPosicao", XVUInt64{uiPosicao}});
+    return LePara(uiPosicao, *pTexto);
+}
+
+template <class TDestino>
+HRESULT CXVTextFile::LePara(XVUInt uiPosicao, TDestino& sTexto) const {
+    sTexto.Limpa();
+    if (uiPosicao == 0) XV_FALHA_EM("Le", E_XVCR_TENTATIVA_LER_POSICAO_ZERO);
     if (GetDataBase()->GetVisao() != nullptr && uiPosicao > GetQtdRegistros()) {
-        XV_CHECK(LeVisto(uiPosicao, sTexto));
+        std::string sVisto;
+        XV_CHECK_EM("Le", LeVisto(uiPosicao, sVisto));
+        Copia(sVisto, sTexto);
         return S_OK;
     }
     const std::shared_lock lock(GetLock());
-    if (!ExisteArquivo()) XV_FALHA(E_XVCR_ARQUIVO_NAO_EXISTE);
-    if (uiPosicao > m_aOffsets.size()) XV_FALHA(E_XVCR_POSICAO_LEITURA_SUPERIOR_QUANTIDADE_ARQUIVO);
+    if (!ExisteArquivo()) XV_FALHA_EM("Le", E_XVCR_ARQUIVO_NAO_EXISTE);
+    if (uiPosicao > m_aOffsets.size()) XV_FALHA_EM("Le", E_XVCR_POSICAO_LEITURA_SUPERIOR_QUANTIDADE_ARQUIVO);
     const std::size_t uiTexto = GetTamanhoTexto(uiPosicao - 1);
     const XVUInt64 uiOffset = m_aOffsets[uiPosicao - 1] + k_uiTamanhoPrefixo;
     if (const CXVTextosLidos::SPedaco* pPedaco = m_lidos.Busca(uiOffset, uiTexto)) {
-        sTexto.assign(pPedaco->GetTexto(uiOffset), uiTexto);
-        if (!pPedaco->bTemNul) return S_OK;
-    } else {
-        XV_CHECK(LeTexto(uiPosicao - 1, sTexto));
-        m_lidos.ContaLeitura(k_uiTamanhoPrefixo + uiTexto);
+        const char* pTexto = pPedaco->GetTexto(uiOffset);
+        Copia({pTexto, pPedaco->bTemNul ? TamanhoAteNul(pTexto, uiTexto) : uiTexto}, sTexto);
+        return S_OK;
     }
-    if (const std::size_t uiNul = sTexto.find('\0'); uiNul != std::string::npos) sTexto.resize(uiNul);
+    XV_CHECK_EM("Le", LeTexto(uiPosicao - 1, sTexto));
+    sTexto.Recorta(0, TamanhoAteNul(sTexto.GetDados(), uiTexto));
+    m_lidos.ContaLeitura(k_uiTamanhoPrefixo + uiTexto);
     return S_OK;
 }
 
@@ -142,18 +157,22 @@ std::size_t CXVTextFile::GetTamanhoTexto(std::size_t uiIndice) const {
 }
 
 // The lock is held. All bytes of a text; empty on failure.
-HRESULT CXVTextFile::LeTexto(std::size_t uiIndice, std::string& sTexto) const {
+template <class TDestino>
+HRESULT CXVTextFile::LeTexto(std::size_t uiIndice, TDestino& sTexto) const {
     const std::size_t uiTexto = GetTamanhoTexto(uiIndice);
-    sTexto.resize(k_uiTamanhoPrefixo + uiTexto);
-    const CXVErroArquivo erro = LePayload(m_aOffsets[uiIndice], sTexto.data(), sTexto.size());
+    char* pDados = sTexto.Prepara(k_uiTamanhoPrefixo + uiTexto);
+    const CXVErroArquivo erro = LePayload(m_aOffsets[uiIndice], pDados, k_uiTamanhoPrefixo + uiTexto);
     XVUInt ulTamanho = 0;
-    std::memcpy(&ulTamanho, sTexto.data(), k_uiTamanhoPrefixo);
-    if (!erro.Ok() || ulTamanho != uiTexto)
-        sTexto.clear();
-    else
-        sTexto.erase(0, k_uiTamanhoPrefixo);
+    if (erro.Ok()) std::memcpy(&ulTamanho, pDados, k_uiTamanhoPrefixo);
+    const bool bLido = erro.Ok() && ulTamanho == uiTexto;
+    sTexto.Recorta(k_uiTamanhoPrefixo, bLido ? uiTexto : 0);
     if (const CXVErroArquivo* pEx = erro.GetFalha()) return Recusa(CatchInicializacao(pEx));
-    return ulTamanho == uiTexto ? S_OK : Recusa(E_XVCR_ARQUIVO_TEXTO_QUANTIDADE_CARACTERES_INVALIDA);
+    return bLido ? S_OK : Recusa(E_XVCR_ARQUIVO_TEXTO_QUANTIDADE_CARACTERES_INVALIDA);
+}
+
+HRESULT CXVTextFile::LeTexto(std::size_t uiIndice, std::string& sTexto) const {
+    CTextoEmString texto(sTexto);
+    return LeTexto(uiIndice, texto);
 }
 
 // Every prefix must still be the one that was found there; notes whether a text holds a NUL byte.
@@ -175,104 +194,6 @@ HRESULT CXVTextFile::LeTodos(std::vector<std::string>* plistaTextos) const {
     return S_OK;
 }
 
-HRESULT CXVTextFile::PrecisaGravar(XVUInt uiPosicao, std::span<const std::string_view> aRegistros,
-                                   bool* pbPrecisa) const {
-    *pbPrecisa = true;
-    if (uiPosicao == 0 || !ExisteArquivo()) return S_OK;
-    if (uiPosicao - 1 + aRegistros.size() > m_aOffsets.size()) return S_OK;
-    for (std::size_t k = 0; k < aRegistros.size(); ++k)
-        if (GetTamanhoTexto(uiPosicao - 1 + k) != aRegistros[k].size()) return S_OK;
-    std::string sGuardado;
-    for (std::size_t k = 0; k < aRegistros.size(); ++k) {
-        XV_CHECK(LeTexto(uiPosicao - 1 + k, sGuardado));
-        if (sGuardado != aRegistros[k]) return S_OK;
-    }
-    *pbPrecisa = false;
-    return S_OK;
-}
-
-HRESULT CXVTextFile::Grava(XVUInt& uiPosicao, std::string_view sTexto) {
-    XV_ESCOPO({"m_sNomeArquivo", GetNomeArquivo()}, {"uiPosicao", XVUInt64{uiPosicao}});
-    const std::span<const std::string_view> aRegistros(&sTexto, 1);
-    XV_CHECK(GravaColecao(uiPosicao, aRegistros));
-    return S_OK;
-}
-
-HRESULT CXVTextFile::GravaColecao(XVUInt& uiPosicao, const std::vector<std::string>& aRegistros) {
-    const std::vector<std::string_view> aTextos(aRegistros.begin(), aRegistros.end());
-    return GravaColecao(uiPosicao, std::span<const std::string_view>(aTextos));
-}
-
-HRESULT CXVTextFile::GravaColecao(XVUInt& uiPosicao, std::span<const std::string_view> aRegistros) {
-    XV_ESCOPO({"m_sNomeArquivo", GetNomeArquivo()}, {"uiPosicao", XVUInt64{uiPosicao}},
-              {"aRegistros.size()", XVUInt64{aRegistros.size()}});
-    return CXVOperacao::ExecutaSozinha(GetDataBase(), GetMutexGravacao(), uiPosicao,
-                                       [&](CXVOperacao& rOperacao, XVUInt& uiPosicaoNova) {
-                                           return PreparaColecao(rOperacao, uiPosicaoNova, aRegistros);
-                                       });
-}
-
-HRESULT CXVTextFile::PreparaColecao(CXVOperacao& rOperacao, XVUInt& uiPosicao,
-                                    std::span<const std::string_view> aRegistros) {
-    if (aRegistros.empty()) return S_OK;
-    const std::unique_lock lock(GetLock());
-    XV_CHECK(ValidaGravacao());
-    if (uiPosicao > m_aOffsets.size()) XV_FALHA(E_XVCR_POSICAO_GRAVACAO_SUPERIOR_QUANTIDADE_ARQUIVO);
-    if (!ExisteArquivo() && !EstaAusente()) XV_CHECK(AbreParaGravacao());
-    bool bPrecisa = true;
-    XV_CHECK(PrecisaGravar(uiPosicao, aRegistros, &bPrecisa));
-    if (!bPrecisa) return S_OK;
-    CPreparados& rPreparados = PreparadaLivre(m_listaPreparados, *this);
-    XV_CHECK(MontaBloco(aRegistros, &rPreparados));
-    m_aOffsets.Reserva(m_uiTextosPreparados + aRegistros.size());
-    rPreparados.m_uiOffsetDados = GetTamanhoDadosPrevisto();
-    XV_CHECK(PreparaGravacao(rOperacao, rPreparados, rPreparados.m_uiOffsetDados,
-                             std::as_bytes(std::span(rPreparados.m_pDados.get(), rPreparados.m_uiTamanho)),
-                             {}));
-    uiPosicao = static_cast<XVUInt>(m_aOffsets.size() + m_uiTextosPreparados + 1);
-    m_uiTextosPreparados += aRegistros.size();
-    return S_OK;
-}
-
-// Takes over a file that appeared since: its texts come first.
-HRESULT CXVTextFile::AbreParaGravacao() {
-    return AbreECarrega([this] { return Carrega(); });
-}
-
-// Prefixes and texts one after the other: the run reaches the disk in one write.
-HRESULT CXVTextFile::MontaBloco(std::span<const std::string_view> aRegistros, CPreparados* pPreparados) {
-    if (aRegistros.size() > k_uiMaximoTextos - m_aOffsets.size() - m_uiTextosPreparados)
-        XV_FALHA(eDirectoryFull);
-    pPreparados->m_uiTamanho = 0;
-    pPreparados->m_uiTextos = aRegistros.size();
-    for (const std::string_view sTexto : aRegistros) {
-        if (sTexto.size() > 0xFFFFFFFFU) XV_FALHA(E_XVCR_ARQUIVO_TEXTO_QUANTIDADE_CARACTERES_INVALIDA);
-        pPreparados->m_uiTamanho += k_uiTamanhoPrefixo + sTexto.size();
-    }
-    pPreparados->m_pDados.reset(new char[pPreparados->m_uiTamanho]);
-    char* p = pPreparados->m_pDados.get();
-    for (const std::string_view sTexto : aRegistros) {
-        const auto ulTamanho = static_cast<XVUInt>(sTexto.size());
-        std::memcpy(p, &ulTamanho, k_uiTamanhoPrefixo);
-        std::copy(sTexto.begin(), sTexto.end(), p + k_uiTamanhoPrefixo);
-        p += k_uiTamanhoPrefixo + sTexto.size();
-    }
-    return S_OK;
-}
-
-void CXVTextFile::AtualizaMemoria(const CPreparados& rPreparados) {
-    const std::unique_lock lock(GetLock());
-    m_uiSeek =
-        rPreparados.m_gravacao.uiOffset - rPreparados.m_uiOffsetDados;  // the write may have made the file
-    for (std::size_t i = 0; i < rPreparados.m_uiTamanho;) {
-        XVUInt ulTamanho = 0;
-        std::memcpy(&ulTamanho, rPreparados.m_pDados.get() + i, k_uiTamanhoPrefixo);
-        m_aOffsets.Inclui(rPreparados.m_uiOffsetDados + i);
-        i += k_uiTamanhoPrefixo + ulTamanho;
-    }
-    m_uiFim = rPreparados.m_uiOffsetDados + rPreparados.m_uiTamanho;
-}
-
 XVUInt64 CXVTextFile::GetQtdRegistros() const {
     const std::shared_lock lock(GetLock());
     return m_aOffsets.size();
@@ -280,5 +201,5 @@ XVUInt64 CXVTextFile::GetQtdRegistros() const {
 
 XVUInt64 CXVTextFile::GetMemoria() const {
     const std::shared_lock lock(GetLock());
-    return sizeof(*this) + m_aOffsets.GetMemoria() + m_lidos.GetFim();
+    return sizeof(*this) + m_aOffsets.GetMemoria() + m_aSomas.GetMemoria() + m_lidos.GetFim();
 }

@@ -19,6 +19,7 @@
 #include "core/xvdatabase/XVArrayRegistros.h"
 #include "core/xvdatabase/XVFileBase.h"
 #include "core/xvdatabase/XVTextosLidos.h"
+#include "platform/XVBufferSaida.h"
 
 class CXVTextFile : public CXVFileBase {
   public:
@@ -34,6 +35,8 @@ class CXVTextFile : public CXVFileBase {
     // or the code of a failed read; then the text is empty.
     HRESULT Le(XVUInt uiPosicao, std::string& sTexto) const;
     HRESULT Le(XVUInt uiPosicao, std::string* psTexto) const { return Le(uiPosicao, *psTexto); }
+    // The same to where a caller of the interface will read it.
+    HRESULT Le(XVUInt uiPosicao, CXVBufferSaida* pTexto) const;
     // After a reading: brings the texts into memory where so many are read that this costs less, and gives
     // the bytes that it took. uiMaximo: bytes of a file that may be in memory.
     XVUInt64 CarregaTextosLidos(XVUInt64 uiMaximo) const;
@@ -64,6 +67,8 @@ class CXVTextFile : public CXVFileBase {
     CXVErroArquivo ConfereConteudo(XVUInt64 uiTamanho, bool* pbIntegro) override;
 
   private:
+    static constexpr std::size_t k_uiTamanhoPrefixo = sizeof(XVUInt);
+
     // A prepared write: a run of texts as it lies on disk.
     class CPreparados;
 
@@ -73,6 +78,11 @@ class CXVTextFile : public CXVFileBase {
     CXVErroArquivo LePayloadVisto(CXVVisao& rVisao, XVUInt64 uiOffsetDados, void* pDados,
                                   std::size_t uiTamanho) const;
     std::size_t GetTamanhoTexto(std::size_t uiIndice) const;
+    bool PodeSerOTexto(std::size_t uiIndice, std::string_view sTexto) const;
+    template <class TDestino>
+    HRESULT LePara(XVUInt uiPosicao, TDestino& sTexto) const;
+    template <class TDestino>
+    HRESULT LeTexto(std::size_t uiIndice, TDestino& sTexto) const;
     HRESULT LeTexto(std::size_t uiIndice, std::string& sTexto) const;
     bool ConferePedaco(CXVTextosLidos::SPedaco& rPedaco) const;
     HRESULT LeVisto(XVUInt uiPosicao, std::string& sTexto) const;
@@ -86,6 +96,10 @@ class CXVTextFile : public CXVFileBase {
     // Where the length prefix of each text lies in the payload. Texts follow each other without a gap, so a
     // text ends where the next one begins.
     TXVArrayRegistros<XVUInt64> m_aOffsets;
+    // Sums of the texts that were written since the file was opened: what differs by them need not be read to
+    // be known as different.
+    std::size_t m_uiSemSoma = 0;  // texts before them
+    TXVArrayRegistros<XVUInt> m_aSomas;
     XVUInt64 m_uiFim = 0;                                         // of the last text in the table
     XVUInt64 m_uiSeek = 0;                                        // of the payload in the file
     std::vector<std::unique_ptr<CPreparados>> m_listaPreparados;  // used again and again

@@ -9,6 +9,7 @@
 #include <cerrno>
 #include <iterator>
 #include <limits>
+#include <new>
 
 #include "platform/XVJanelaMemoria.h"
 
@@ -76,7 +77,11 @@ std::unique_ptr<IXVJanela> AbreJanela(int iDescritor, XVUInt64 uiTamanho, std::a
         munmap(pInicio, uiMapeados);
         return nullptr;
     }
-    return std::make_unique<CXVJanelaPosix>(pInicio, uiMapeados, rulJanelas);
+    std::unique_ptr<IXVJanela> pJanela(new (std::nothrow) CXVJanelaPosix(pInicio, uiMapeados, rulJanelas));
+    if (pJanela == nullptr) {
+        munmap(pInicio, uiMapeados);
+    }
+    return pJanela;
 }
 
 }  // namespace XVJanelaPosix

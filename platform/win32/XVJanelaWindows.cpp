@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <new>
 #include <string>
 
 #include "platform/win32/XVErroWindows.h"
@@ -100,7 +101,11 @@ std::unique_ptr<IXVJanela> AbreJanela(HANDLE hArquivo, XVUInt64 uiTamanho, CXVJa
     if (pInicio == nullptr) {
         return nullptr;
     }
-    return std::make_unique<CXVJanelaWindows>(pInicio, uiMapeados, rJanelas);
+    std::unique_ptr<IXVJanela> pJanela(new (std::nothrow) CXVJanelaWindows(pInicio, uiMapeados, rJanelas));
+    if (pJanela == nullptr) {
+        UnmapViewOfFile(pInicio);
+    }
+    return pJanela;
 }
 
 }  // namespace XVJanelaWindows

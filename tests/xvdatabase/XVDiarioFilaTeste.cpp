@@ -210,6 +210,21 @@ TEST_F(FilaEmAnelPequeno, CopiaNaoTomaOLugarDeQuemEspera) {
     Confere({true, true, true});
 }
 
+// Its last header would take the place of one that waits: it goes without, and says nothing of a full disk.
+TEST_F(FilaEmAnelPequeno, ArquivoQueFechaSemLugarNoDiarioNaoFalha) {
+    m_bNoMesmoArquivo = true;
+    m_aTextos = {std::string(588, 'a'), std::string(588, 'b'), std::string(1100, 'c')};
+    m_fnComTodosNaFila = [&] {
+        const CXVCapturaTrace captura;
+        EXPECT_EQ(m_banco.aFiles[1].Finaliza(), S_OK);
+        EXPECT_TRUE(captura.GetFalhas().empty());
+    };
+    GravamJuntos();
+    EXPECT_EQ(m_aCodigos, (std::array<HRESULT, 3>{S_OK, S_OK, S_OK}));
+    ConfereMesmoArquivo({"antes", m_aTextos[0], m_aTextos[1], m_aTextos[2]});
+    EXPECT_EQ(LeTextos("B.dat"), std::vector<std::string>{"antes"});
+}
+
 TEST_F(FilaEmAnelPequeno, EntradaNaoTomaOLugarDeQuemEspera) {
     m_aTextos = {std::string(588, 'a'), std::string(588, 'b'), std::string(1100, 'c')};
     m_fnComTodosNaFila = [&] {

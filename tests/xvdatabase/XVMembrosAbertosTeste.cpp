@@ -175,6 +175,24 @@ TEST_F(MembrosAbertos, DanoDoTextoDepoisDaCargaTemOMesmoCodigo) {
     XVIgnora(m_xvDB.Finaliza());
 }
 
+TEST_F(MembrosAbertos, TextoTrocadoPorOutroDoMesmoTamanhoNaoSeLe) {
+    CriaTextos(1);
+    ASSERT_EQ(m_xvDB.Inicializa(&m_Dono), S_OK);
+    XVUInt uiPosicao = 0;
+    ASSERT_EQ(m_t.Grava(1, uiPosicao, "tres"), S_OK);
+    const XVUInt64 uiLidas = m_Falhas.GetQuantidade(EOperacaoArquivo::eLe);
+    ASSERT_EQ(m_t.Grava(1, uiPosicao, "seis"), S_OK);
+    EXPECT_EQ(uiPosicao, 4U);
+    EXPECT_EQ(m_Falhas.GetQuantidade(EOperacaoArquivo::eLe), uiLidas) << "this opening wrote the old one";
+    for (const char* pszTexto : {"seis", "dois"}) ASSERT_EQ(m_t.Grava(1, uiPosicao, pszTexto), S_OK);
+    EXPECT_EQ(uiPosicao, 5U) << "the same once more is not written";
+    uiPosicao = 2;
+    ASSERT_EQ(m_t.Grava(1, uiPosicao, Texto(1)), S_OK);
+    EXPECT_EQ(uiPosicao, 2U) << "nor one that was found there";
+    ASSERT_EQ(m_xvDB.Finaliza(), S_OK);
+    EXPECT_EQ(LeTextos(Nome('T', 1)), (std::vector<std::string>{"um", Texto(1), "tres", "seis", "dois"}));
+}
+
 TEST_F(MembrosAbertos, TextosMuitoLidosFicamNaMemoriaEContamNoOrcamento) {
     SetOrcamento(1);
     CriaRegistros('A', 2, k_ulRegistros);
