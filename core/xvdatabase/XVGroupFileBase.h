@@ -8,6 +8,7 @@
 #include <memory>
 #include <shared_mutex>
 #include <string>
+#include <vector>
 
 #include "core/xvdatabase/IXVFileBase.h"
 #include "platform/XVTravaLeitores.h"
@@ -36,6 +37,8 @@ class CXVGroupFileBase : public IXVFileBase {
         const std::shared_lock lock(m_Lock);
         return m_mapFiles.contains(uiChaveNomeArquivo);
     }
+    // Keys below this one that have a member, the highest first, uiMaximo of them at the most.
+    std::vector<XVUInt64> GetChavesAbaixoDe(XVUInt64 uiChaveNomeArquivo, std::size_t uiMaximo) const;
     // The end of the write that a member was made for. If it did not take place, the member is forgotten: a
     // group knows only members that have a file.
     virtual void DevolveNoMembroNovo(CXVGravacaoPreparada& rGravacao) noexcept = 0;

@@ -11,12 +11,30 @@
 #include "middleware/verificacao/XVEscritaRecuperada.h"
 #include "middleware/verificacao/XVInicioArquivo.h"
 #include "middleware/verificacao/XVVersaoZero.h"
+#include "platform/XVCaminho.h"
 #include "platform/XVPlataforma.h"
 #include "support/codes/XVCodigosArquivo.h"
 
 namespace {
 // Behind every position that an index can have.
 constexpr XVUInt64 k_uiDepoisDoIndice = XVUInt64{1} << 32;
+
+std::string ComSeparador(const std::string& sDiretorio) {
+    return XVPlataforma::SistemaArquivos().Junta(sDiretorio, "");
+}
+
+// Whether a directory lies, or will lie when it is made, in the one whose real path is given. Links and ".."
+// lead on through directories that are there; behind one that is not, nobody knows yet.
+bool FicaEm(std::string sDiretorio, const std::string& sReal) {
+    std::string sLugar;
+    while (!XVPlataforma::SistemaArquivos().GetCaminhoReal(sDiretorio, sLugar).Ok()) {
+        const XVCaminho::SPartes partes = XVCaminho::Separa(sDiretorio, "/\\");
+        if (partes.sNome == "..") return true;
+        if (partes.sDiretorio == sDiretorio) break;
+        sDiretorio = partes.sDiretorio;
+    }
+    return ComSeparador(sLugar).starts_with(ComSeparador(sReal));
+}
 }  // namespace
 
 CXVRecuperacao::CXVRecuperacao(SPastas pastas, const IXVDF_Profiler& rDono, bool bVersaoAtual)
@@ -72,10 +90,11 @@ HRESULT CXVRecuperacao::Prepara() {
 
 HRESULT CXVRecuperacao::PreparaDestino() {
     IXVSistemaArquivos& rSistema = XVPlataforma::SistemaArquivos();
-    const std::string sNaOrigem = rSistema.Junta(m_pastas.sOrigem, "");
+    std::string sOrigem;
+    const CXVErroArquivo erroOrigem = rSistema.GetCaminhoReal(m_pastas.sOrigem, sOrigem);
+    if (!erroOrigem.Ok()) return XVNotaCaminho(XVCodigoArquivo(erroOrigem), m_pastas.sOrigem);
     for (const std::string* psPasta : {&m_pastas.sDestino, &m_pastas.sSeparados})
-        if (rSistema.Junta(*psPasta, "").starts_with(sNaOrigem))
-            return Recusa(ERecusa::eDestinoNaOrigem, E_INVALIDARG);
+        if (FicaEm(*psPasta, sOrigem)) return Recusa(ERecusa::eDestinoNaOrigem, E_INVALIDARG);
     for (const std::string* psPasta : {&m_pastas.sSeparados, &m_pastas.sDestino}) {
         std::vector<std::string> listaNomes;
         CXVErroArquivo erro;

@@ -34,7 +34,8 @@ HRESULT CXVRecuperacao::Conclui(CXVEscritaRecuperada& rEscrita) {
 void CXVRecuperacao::ProcuraIncompletos() {
     std::vector<std::string> listaNomes;
     bool bPartida = false;
-    XVIgnora(XVTextosDoControle::Le(m_leitura, &listaNomes, &bPartida));
+    AnotaIlegivel(std::string(XVDATABASE_NOME_ARQUIVO_CONTROLE_CRIACAO_ARQUIVOS),
+                  XVTextosDoControle::Le(m_leitura, &listaNomes, &bPartida));
     for (const auto& [sMinusculo, sNome] : m_leitura.GetNomes()) listaNomes.push_back(sNome);
     std::set<std::string> vistos;
     for (const std::string& rNome : listaNomes) {

@@ -1,5 +1,6 @@
 #include "middleware/verificacao/XVRetomada.h"
 
+#include <array>
 #include <cstring>
 #include <map>
 
@@ -17,35 +18,35 @@ class CXVCadeia {
     bool EstaEsgotada() const { return m_uiPassos >= k_uiPassos; }
     // Whether texts lie one behind the other from here to the end; passes over the empty ones at the front.
     bool Chega(XVUInt64* puiDe) {
-        bool bVazios = true;
-        for (XVUInt64 ui = *puiDe; ui < m_uiAte;) {
-            XVUInt ulTamanho = 0;
-            if (++m_uiPassos >= k_uiPassos || !LeTamanho(ui, &ulTamanho)) return false;
-            if (bVazios && ulTamanho != 0) {
-                bVazios = false;
-                *puiDe = ui;
-            }
-            ui += sizeof(ulTamanho) + ulTamanho;
-        }
-        return !bVazios;
+        SVazios& rVazios = m_aVazios[*puiDe % m_aVazios.size()];
+        if (*puiDe >= rVazios.uiDe && *puiDe < rVazios.uiAte) return false;
+        const XVUInt64 uiDe = *puiDe;
+        while (*puiDe < m_uiAte && EhTexto(*puiDe) && m_ulTamanho == 0) *puiDe += sizeof(m_ulTamanho);
+        XVUInt64 ui = *puiDe;
+        while (ui < m_uiAte && EhTexto(ui)) ui += sizeof(m_ulTamanho) + m_ulTamanho;
+        if (ui == m_uiAte && *puiDe < m_uiAte) return true;
+        rVazios = {uiDe, *puiDe};
+        return false;
     }
-    // The length at a text that is part of a chain.
-    XVUInt GetTamanho(XVUInt64 uiDe) {
-        XVUInt ulTamanho = 0;
-        LeTamanho(uiDe, &ulTamanho);
-        return ulTamanho;
-    }
+    // Of a text that is part of a chain.
+    XVUInt64 GetFim(XVUInt64 uiDe) { return EhTexto(uiDe) ? uiDe + sizeof(m_ulTamanho) + m_ulTamanho : uiDe; }
 
   private:
-    // False: no text can begin here.
-    bool LeTamanho(XVUInt64 uiDe, XVUInt* pulTamanho) {
-        const XVUInt64 uiFim = uiDe + sizeof(*pulTamanho);
-        if (uiFim > m_uiAte || m_rBuracos.Toca(uiDe, uiFim)) return false;
-        unsigned char aBytes[sizeof(*pulTamanho)];
+    // Empty texts, one behind the other, that lead to nothing: so does each of them.
+    struct SVazios {
+        XVUInt64 uiDe = 0;
+        XVUInt64 uiAte = 0;
+    };
+
+    // Whether a text can begin here, and how long it is.
+    bool EhTexto(XVUInt64 uiDe) {
+        const XVUInt64 uiFim = uiDe + sizeof(m_ulTamanho);
+        if (++m_uiPassos >= k_uiPassos || uiFim > m_uiAte || m_rBuracos.Toca(uiDe, uiFim)) return false;
+        unsigned char aBytes[sizeof(m_ulTamanho)];
         for (std::size_t i = 0; i < sizeof(aBytes); ++i)
             if (!LeByte(uiDe + i, &aBytes[i])) return false;
-        std::memcpy(pulTamanho, aBytes, sizeof(aBytes));
-        return *pulTamanho <= m_uiAte - uiFim;
+        std::memcpy(&m_ulTamanho, aBytes, sizeof(aBytes));
+        return m_ulTamanho <= m_uiAte - uiFim;
     }
     bool LeByte(XVUInt64 uiOffset, unsigned char* puc) {
         const XVUInt64 uiBloco = uiOffset / CXVLeituraLoja::k_uiBloco;
@@ -76,6 +77,8 @@ class CXVCadeia {
     XVUInt64 m_uiAte;
     const CXVBuracos& m_rBuracos;
     XVUInt64 m_uiPassos = 0;
+    XVUInt m_ulTamanho = 0;
+    std::array<SVazios, sizeof(XVUInt)> m_aVazios{};
     std::map<XVUInt64, std::string> m_mapaBlocos;
     XVUInt64 m_uiBloco = 0;
     const std::string* m_psBloco = nullptr;
@@ -95,7 +98,7 @@ std::optional<XVUInt64> XVAchaRetomada(CXVLeituraLoja& rLeitura, const SArquivoL
         if (uiAchada && uiInicio != *uiAchada && uiInicio < uiFimDaAchada) return std::nullopt;
         if (uiAchada) continue;
         uiAchada = uiInicio;
-        uiFimDaAchada = uiInicio + sizeof(XVUInt) + cadeia.GetTamanho(uiInicio);
+        uiFimDaAchada = cadeia.GetFim(uiInicio);
     }
     return cadeia.EstaEsgotada() ? std::nullopt : uiAchada;
 }

@@ -162,6 +162,11 @@ class TXVSistemaArquivosEnvolto : public IXVSistemaArquivos {
     bool EhSomenteLeitura(const std::string& sCaminho) override {
         return Consulta(sCaminho, false, [&] { return m_rInterno.EhSomenteLeitura(sCaminho); });
     }
+    CXVErroArquivo GetCaminhoReal(const std::string& sDiretorio, std::string& sReal) override {
+        sReal.clear();
+        return Opera(EOperacaoArquivo::eConsulta, sDiretorio, false,
+                     [&] { return m_rInterno.GetCaminhoReal(sDiretorio, sReal); });
+    }
     CXVErroArquivo BuscaNomeReal(const std::string& sCaminho, std::string& sNomeReal) override {
         sNomeReal.clear();
         return Opera(EOperacaoArquivo::eConsulta, sCaminho, false,

@@ -2,6 +2,7 @@
 // store that it makes is sound and answers as the old one did.
 #include <functional>
 
+#include "middleware/verificacao/XVMiddlewareComSelos.h"
 #include "middleware/verificacao/XVRecuperacao.h"
 #include "middleware/verificacao/XVVerificacao.h"
 #include "tests/harness/XVGanchoArquivos.h"
@@ -323,6 +324,8 @@ TEST_F(Verificacao, RecuperacaoRecusaOQueNaoPodeSaber) {
     EXPECT_EQ(recupera(false), eInvalidFile);
     for (const auto& [sDestino, sSeparados, hr] :
          {std::tuple(PastaDados("x/DF"), PastaDados("x/separados"), HRESULT{E_INVALIDARG}),
+          std::tuple(PastaDados("../DF/x"), std::string("/nova/x"), HRESULT{E_INVALIDARG}),
+          std::tuple(std::string("/nao/../outra/DF"), std::string("/nova/x"), HRESULT{E_INVALIDARG}),
           std::tuple(std::string("/outra/DF"), std::string("/nova/MATRIZ/DF"), HRESULT{eInvalidFile})}) {
         SRecuperacao recuperacao;
         EXPECT_EQ(CXVRecuperacao({PastaDados(), sDestino, sSeparados}, m_Dono, true).Executa(&recuperacao),
@@ -402,6 +405,35 @@ TEST_F(Verificacao, AoLadoDeQuemGravaEDepoisDaMorte) {
     EXPECT_EQ(Verifica(nullptr, EGravidade::eNota), "diarioAConcluir XVDATABASE_ABERTA.srk");
     Muda(k_pszIndice, [](std::string& rs) { rs += "x"; });
     EXPECT_EQ(Verifica().substr(0, 38), "diarioNaoConfere XVDATABASE_ABERTA.srk");
+}
+
+// With the first integration of a day the days before are sealed, those that are sound; a later seal never
+// covers what an earlier one shows.
+TEST_F(Verificacao, DiasQuePassaramSaoSeladosSemQueSePeca) {
+    const auto comecaDia = [this](unsigned uiDia) {
+        CXVMiddlewareComSelos loja;
+        ASSERT_EQ(XVInicializa(loja), S_OK);
+        SetDia(uiDia);
+        Grava(loja, CXVIntegracaoTeste(uiDia).Textos("{}", "m", "r"));
+        Grava(loja, CXVIntegracaoTeste(uiDia + 100));
+        EXPECT_EQ(loja.Finaliza(), S_OK);
+    };
+    const auto selados = [this] {
+        TSelos selos;
+        EXPECT_EQ(XVSelos::Le(PastaDados(), &selos), S_OK);
+        return selos;
+    };
+    Poe(k_pszJSON, 4 + 712 + 3, '\x7f')(*this);
+    comecaDia(16);
+    const TSelos primeiros = selados();
+    EXPECT_EQ(primeiros.size(), 8U) << "the 13th and the 14th; the 15th is damaged, the 16th goes on";
+    EXPECT_TRUE(primeiros.contains("crintegmidjsonret20240314.dat"));
+    Vira("CRINTEGMIDJSON20240314.dat", 300)(*this);
+    comecaDia(17);
+    EXPECT_EQ(selados().size(), 12U);
+    EXPECT_EQ(selados().at("crintegmidjson20240314.dat"), primeiros.at("crintegmidjson20240314.dat"));
+    EXPECT_EQ(Verifica().find("blocoAlterado CRINTEGMIDJSON20240314.dat; alterada 20240314:1"), 0U)
+        << Verifica();
 }
 
 // A bit that nobody wrote is seen by the seal alone; what operations do is none.
