@@ -59,7 +59,7 @@ void CXVExameTextos::Comeca(bool bAlterado) {
         m_bPartida = true;
         return;
     }
-    m_bTemNul = false;
+    m_bTemNul = m_bTemNul && m_ulTamanho == 0;
     m_aMarcas.push_back(bAlterado ? eTexto_Alterado : 0);
     m_aInicios.push_back(m_uiFimSao);
     m_aulTamanhos.push_back(m_ulTamanho);
@@ -70,6 +70,8 @@ void CXVExameTextos::Comeca(bool bAlterado) {
 void CXVExameTextos::Acaba() {
     const XVUInt64 uiInicio = m_uiFimSao;
     m_uiFimSao += sizeof(m_ulTamanho) + m_ulTamanho;
+    // One at the end may be the terminator of an earlier program; more are zeros that begin in this text.
+    if (m_ulTamanho > 0 && m_uiZeros > 1) m_aMarcas.back() |= eTexto_Zerado;
     if (m_buracos.Toca(uiInicio, m_uiFimSao))
         m_aMarcas.back() = static_cast<XVByte>((m_aMarcas.back() & ~eTexto_Zerado) | eTexto_Ilegivel);
 }
@@ -82,11 +84,12 @@ void CXVExameTextos::Encurta(std::size_t uiTextos) {
 }
 
 // A length that was changed shows only where it leads: the text that it was of ends in the middle of another,
-// with bytes of a length in it, or is empty. No text holds a NUL byte.
+// with bytes of a length in it, or is empty. Zeros may have begun in the last text that is not. No text holds
+// a NUL byte.
 void CXVExameTextos::Recua() {
     std::size_t uiTextos = m_aMarcas.size();
     while (uiTextos > 0 && m_aulTamanhos[uiTextos - 1] == 0) --uiTextos;
-    if (uiTextos > 0 && uiTextos == m_aMarcas.size() && m_bTemNul) --uiTextos;
+    if (uiTextos > 0 && m_bTemNul) --uiTextos;
     Encurta(uiTextos);
 }
 
@@ -109,6 +112,15 @@ bool CXVExameTextos::AchaZeros(XVUInt ulUltima, std::size_t* puiDe, std::size_t*
     return *puiAte != 0;
 }
 
+// Whether the zeros that begin here, at the end of a text, begin in the text.
+bool CXVExameTextos::TerminaEmZero(CXVLeituraLoja& rLeitura, const SArquivoLoja& rArquivo, XVUInt64 uiFim) {
+    bool bZero = false;
+    XVIgnora(rLeitura.Percorre(rArquivo, uiFim - 1, uiFim, [&](XVUInt64, std::span<const char> aBytes) {
+        bZero = aBytes.front() == '\0';
+    }));
+    return bZero;
+}
+
 void CXVExameTextos::Emenda(CXVLeituraLoja& rLeitura, const SArquivoLoja& rArquivo, XVUInt ulUltima) {
     std::size_t uiDe = 0;
     std::size_t uiAte = 0;
@@ -127,6 +139,7 @@ void CXVExameTextos::Emenda(CXVLeituraLoja& rLeitura, const SArquivoLoja& rArqui
     } else if (m_aMarcas.size() > ulUltima && AchaZeros(ulUltima, &uiDe, &uiAte)) {
         const CXVExameTextos cauda = *this;
         m_bDeslocada = true;
+        if (uiDe > 0 && TerminaEmZero(rLeitura, rArquivo, m_aInicios[uiDe])) --uiDe;
         Encurta(uiDe);
         m_uiSaos = uiDe;
         if (uiAte < cauda.m_aMarcas.size()) Junta(cauda, uiAte, ulUltima);

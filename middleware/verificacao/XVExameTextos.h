@@ -65,6 +65,7 @@ class CXVExameTextos {
     void Recua();
     void Encurta(std::size_t uiTextos);
     bool AchaZeros(XVUInt ulUltima, std::size_t* puiDe, std::size_t* puiAte) const;
+    static bool TerminaEmZero(CXVLeituraLoja& rLeitura, const SArquivoLoja& rArquivo, XVUInt64 uiFim);
     void Junta(const CXVExameTextos& rCauda, std::size_t uiPrimeiro, XVUInt ulUltima);
 
     std::vector<XVByte> m_aMarcas;

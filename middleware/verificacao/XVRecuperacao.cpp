@@ -121,7 +121,8 @@ HRESULT CXVRecuperacao::ConfereVersao() {
         });
     if (SUCCEEDED(hr) && reg.usVersao == k_usVersaoAtualBase) return S_OK;
     if (!XVTemDados(m_leitura)) return S_OK;
-    if (SUCCEEDED(hr) && SUCCEEDED(arquivo.hr) && arquivo.uiTamanho == sizeof(reg))
+    // The first version had no such file.
+    if (SUCCEEDED(hr) && SUCCEEDED(arquivo.hr) && arquivo.uiTamanho == sizeof(reg) && reg.usVersao != 0)
         return reg.usVersao < k_usVersaoAtualBase ? E_XVCR_VERSAO_INCOMPATIVEL
                                                   : E_XVCR_VERSAO_BASE_SUPERIOR_VERSAO_SISTEMA;
     if (SUCCEEDED(hr) && !arquivo.bExiste && XVEhVersaoZero(m_leitura, m_pastas.sOrigem, m_rDono))

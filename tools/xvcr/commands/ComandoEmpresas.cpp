@@ -3,14 +3,10 @@
 
 #include "support/XVAmbiente.h"
 #include "tools/xvcr/commands/XVComandos.h"
+#include "tools/xvcr/commands/XVListaEmpresas.h"
 #include "tools/xvcr/text/XVArquivoSaida.h"
 
-namespace {
-
-void Executa(CXVContexto& rContexto) {
-    if (rContexto.bServidor) XVErroDeUso("--servidor: as empresas são as do diretório do módulo");
-    rContexto.CompletaAcesso();
-    const std::string sDiretorio = rContexto.GetDiretorioQueExiste();
+std::vector<std::string> XVListaEmpresas(const std::string& sDiretorio) {
     std::error_code erro;
     std::filesystem::directory_iterator entrada(XVCaminhoDeUtf8(sDiretorio), erro);
     std::vector<std::string> listaEmpresas;
@@ -25,6 +21,16 @@ void Executa(CXVContexto& rContexto) {
     }
     if (erro) XVFalha("não foi possível listar o diretório \"" + sDiretorio + "\"");
     std::sort(listaEmpresas.begin(), listaEmpresas.end());
+    return listaEmpresas;
+}
+
+namespace {
+
+void Executa(CXVContexto& rContexto) {
+    if (rContexto.bServidor) XVErroDeUso("--servidor: as empresas são as do diretório do módulo");
+    rContexto.CompletaAcesso();
+    const std::string sDiretorio = rContexto.GetDiretorioQueExiste();
+    const std::vector<std::string> listaEmpresas = XVListaEmpresas(sDiretorio);
     for (const std::string& rEmpresa : listaEmpresas) {
         if (rContexto.saida.EhJson())
             rContexto.saida.LinhaJson(XVJson{{"empresa", rEmpresa}});
