@@ -47,7 +47,7 @@ class CXVCliente::CConexaoLocal final : public CXVCliente::CConexao {
         if (m_bSomenteLeitura)
             CriaComponente<CBaseMiddlewareConsulta>(ppComponente);
         else
-            CriaComponente<CBaseMiddleware>(ppComponente);
+            CriaComponente<CXVMiddlewareComSelos>(ppComponente);
         return S_OK;
     }
     HRESULT Encerra() override { return m_fnEncerra(); }

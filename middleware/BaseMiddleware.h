@@ -112,6 +112,9 @@ class CBaseMiddleware : public CXVDataBaseFacade<CXVDataBase_CR_Middleware, CXVB
     HRESULT ExecutaConversao() override;
     HRESULT RecusaVersaoPosterior() override;
     HRESULT ValidaVersaoSomenteLeitura() override;
+    // The first integration that this process records in the store on a day; the ones before are over. Any
+    // thread, inside of the call that recorded it: what takes time is done elsewhere.
+    virtual void AoComecarDia(XVUInt64 /*uiDia*/) noexcept {}
 
   private:
     using CListaDmc = std::vector<REG_XVDMC>;

@@ -95,6 +95,8 @@ HRESULT CBaseMiddleware::GravaInternalIntegracao(REG_XVDMC* pRegDmc,
         eFila, 0, [&](CXVOperacao& operacao) { return PreparaInclusao(operacao, pregps, &regDmc); });
     if (FAILED(hr)) return hr;
     *pRegDmc = regDmc;
+    const XVUInt64 uiDia = regDmc.GetDma().ToChave();
+    if (m_pDataBase->ComecaDia(uiDia)) AoComecarDia(uiDia);
     GravaLinhaLogGeral("GravaInternalIntegracao", regDmc, pregps->uiChaveIntegracaoSistemaTerceiro,
                        pregps->regDmcMovimentoOrigem);
     return S_OK;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <array>
+#include <atomic>
 #include <map>
 
 #include "core/xvdatabase/XVFile.h"
@@ -57,6 +58,11 @@ class CXVDataBase_CR_Middleware : public CXVDataBase {
     static XVUInt64 GetChaveIndexSistemaTerceiro(XVUInt64 uiChaveIntegracaoSistemaTerceiro,
                                                  XVUInt eSistemaIntegracao);
 
+    // True for one call with each day, and again once another day was begun.
+    bool ComecaDia(XVUInt64 uiDia) {
+        return m_uiDiaAtual.load(std::memory_order_relaxed) != uiDia && m_uiDiaAtual.exchange(uiDia) != uiDia;
+    }
+
     // Whether the four files of a day are there and open.
     bool EstaDiaAberto(XVUInt64 uiChaveNomeArquivo) const;
     // The texts of an integration, each in a group of its own.
@@ -96,4 +102,5 @@ class CXVDataBase_CR_Middleware : public CXVDataBase {
     CXVGroupTextFileDynamic& GetGrupo(ETexto eTexto);
 
     std::map<XVUInt64, SDia> m_mapaDias;
+    std::atomic<XVUInt64> m_uiDiaAtual = 0;
 };

@@ -114,6 +114,10 @@ class IXVSistemaArquivos {
     // eCaminhoInvalido; a directory that may not be looked into: eAcessoNegado. On failure the name is empty.
     virtual CXVErroArquivo BuscaNomeReal(const std::string& sCaminho, std::string& sNomeReal) = 0;
 
+    // The one path of a directory that is there, without links and "..", by which two names of the same place
+    // are told. Absent: eCaminhoInvalido. On failure sReal is empty.
+    virtual CXVErroArquivo GetCaminhoReal(const std::string& sDiretorio, std::string& sReal) = 0;
+
     // Deletes one file. A file that anyone has open: eViolacaoCompartilhamento. Read-only: eAcessoNegado.
     virtual CXVErroArquivo Apaga(const std::string& sCaminho) = 0;
 

@@ -139,3 +139,13 @@ void CXVGroupFileBase::DesabilitaControleCriacaoArquivos() {
     m_bControleDesabilitado = true;
     for (const auto& it : m_mapFiles) it.second->DesabilitaControleCriacaoArquivos();
 }
+
+std::vector<XVUInt64> CXVGroupFileBase::GetChavesAbaixoDe(XVUInt64 uiChaveNomeArquivo,
+                                                          std::size_t uiMaximo) const {
+    const std::shared_lock lock(m_Lock);
+    std::vector<XVUInt64> listaChaves;
+    for (auto it = m_mapFiles.lower_bound(uiChaveNomeArquivo);
+         it != m_mapFiles.begin() && listaChaves.size() < uiMaximo;)
+        listaChaves.push_back((--it)->first);
+    return listaChaves;
+}

@@ -39,6 +39,8 @@ class CXVGroupFileBase : public IXVFileBase {
     }
     // The keys of all files that are known, ascending.
     std::vector<XVUInt64> GetChaves() const;
+    // Keys below this one that have a member, the highest first, uiMaximo of them at the most.
+    std::vector<XVUInt64> GetChavesAbaixoDe(XVUInt64 uiChaveNomeArquivo, std::size_t uiMaximo) const;
     // The end of the write that a member was made for. If it did not take place, the member is forgotten: a
     // group knows only members that have a file.
     virtual void DevolveNoMembroNovo(CXVGravacaoPreparada& rGravacao) noexcept = 0;

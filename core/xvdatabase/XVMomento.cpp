@@ -190,7 +190,12 @@ CXVErroArquivo CXVMomento::LeArea(const std::string& sNomeArquivo, SVisto& rVist
         if (!XVNomeArquivo::EhIsento(sNomeArquivo) && area.uiTamanho >= k_uiTamanhoCabecalho) {
             REG_XVCABECALHO reg;
             const CXVErroArquivo erro = LeCru(sNomeArquivo, rVisto, 0, &reg, sizeof(reg));
-            if (!erro.Ok()) return erro;
+            // Who looks at the file as the system shows it asks for the header by itself.
+            if (erro.GetCausa() == ECausaArquivo::eErroFisico &&
+                m_rVisao.GetFim() == CXVVisao::EFimArquivo::eDoSistema)
+                reg = {};
+            else if (!erro.Ok())
+                return erro;
             area.uiSoma = XVSoma64(&reg, sizeof(reg));
             if (XVCabecalho::AssinaturaConfere(reg.regA) && reg.regA.usVersao == k_usVersaoCabecalho) {
                 area.uiSeek = k_uiTamanhoCabecalho;

@@ -2,10 +2,10 @@
 #pragma once
 
 #include "core/xvrpcdll/XVCR_Middleware.h"
-#include "middleware/BaseMiddleware.h"
+#include "middleware/verificacao/XVMiddlewareComSelos.h"
 
 // Instantiated once, in XVComponenteMiddleware.cpp.
-extern template class T_XVUnknown<IXVCR_Middleware, CBaseMiddleware>;
-extern template class T_XVCR_Middleware<CBaseMiddleware>;
+extern template class T_XVUnknown<IXVCR_Middleware, CXVMiddlewareComSelos>;
+extern template class T_XVCR_Middleware<CXVMiddlewareComSelos>;
 
-using CXVCR_Middleware = T_XVCR_Middleware<CBaseMiddleware>;
+using CXVCR_Middleware = T_XVCR_Middleware<CXVMiddlewareComSelos>;

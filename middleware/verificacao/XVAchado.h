@@ -27,6 +27,9 @@ enum class EAchado : std::uint8_t {
     eIndiceRepetido,
     eDiaRecusado,
     eAlterada,
+    eIlegivel,
+    eTextoIlegivel,
+    eTextoDeduzido,
     eTalvezSubstituida,
     // Of files.
     eArquivoRecusado,
@@ -35,6 +38,7 @@ enum class EAchado : std::uint8_t {
     eSemCabecalho,
     eRegistroPelaMetade,
     eCadeiaPartida,
+    eTextosDeslocados,
     eIndiceImpossivel,
     eLancamentoImpossivel,
     eLancamentoRepetido,

@@ -6,6 +6,7 @@
 #include "contract/XVCR_Enumeracoes.h"
 #include "core/xvdatabase/XVNomeArquivo.h"
 #include "middleware/XVDataBase_CR_Middleware.h"
+#include "middleware/verificacao/XVInicioArquivo.h"
 #include "middleware/verificacao/XVPedacosEmRegistros.h"
 
 const std::array<const char*, CXVExameDia::k_uiTextos> k_apszGruposDeTextos{
@@ -53,17 +54,24 @@ HRESULT CXVExameDia::LeRegistros() {
     HRESULT hr =
         m_rLeitura.Descreve(XVNomeArquivo::ChaveParaNome(m_uiDia, k_pszArquivoIntegracao), &m_arquivo);
     if (FAILED(hr)) return hr;
+    XVDecideInicioDosRegistros<TRegistro>(m_rLeitura, &m_arquivo);
     CXVConferenciaSelo conferencia(m_rSelos, m_arquivo, false);
     TXVPedacosEmRegistros<TRegistro> pedacos;
+    CXVBuracos buracos;
     const XVUInt64 uiAte = Alcance(m_arquivo);
     m_aRegistros.reserve(static_cast<std::size_t>(uiAte / sizeof(TRegistro)));
-    hr = m_rLeitura.Percorre(m_arquivo, uiAte, [&](XVUInt64 uiOffset, std::span<const char> aBytes) {
-        const bool bAlterado = conferencia.Confere(uiOffset, aBytes);
-        pedacos.Toma(aBytes, bAlterado, [&](const TRegistro& reg, bool bRegistroAlterado) {
-            m_aRegistros.push_back(reg);
-            m_aMotivos.push_back(bRegistroAlterado ? eMotivo_Alterada : 0U);
-        });
-    });
+    const auto toma = [&](const TRegistro& reg, bool bRegistroAlterado) {
+        const XVUInt64 uiDe = m_aRegistros.size() * sizeof(TRegistro);
+        const bool bIlegivel = buracos.Toca(uiDe, uiDe + sizeof(TRegistro));
+        m_aRegistros.push_back(bIlegivel ? TRegistro{} : reg);
+        m_aMotivos.push_back(bIlegivel ? eMotivo_Ilegivel : bRegistroAlterado ? eMotivo_Alterada : 0U);
+    };
+    hr = m_rLeitura.Percorre(
+        m_arquivo, uiAte,
+        [&](XVUInt64 uiOffset, std::span<const char> aBytes) {
+            pedacos.Toma(aBytes, conferencia.Confere(uiOffset, aBytes), toma);
+        },
+        &buracos);
     m_uiSobra = pedacos.GetSobra();
     m_uiBlocosAlterados = conferencia.GetAlterados();
     m_selo = conferencia.GetNovo();
@@ -85,6 +93,7 @@ void CXVExameDia::JulgaIndice(std::span<const SEntradaIndice> aEntradas, XVUInt 
     }
     for (std::size_t i = 0; i < m_aRegistros.size(); ++i) {
         const bool bVago = XVEhRegistroVago(m_aRegistros[i]);
+        if ((m_aMotivos[i] & eMotivo_Ilegivel) != 0) continue;
         if (!m_aNoIndice[i]) {
             m_uiVagos += bVago ? 1 : 0;
             if (!bVago && i < ulLimite) m_aSemIndice.push_back(static_cast<XVUInt>(i + 1));
@@ -100,7 +109,7 @@ void CXVExameDia::JulgaIndice(std::span<const SEntradaIndice> aEntradas, XVUInt 
 void CXVExameDia::JuntaDoBanco(std::span<const SEntradaIndice> aEntradas,
                                std::vector<TChaveDmc>* paDoBanco) const {
     constexpr XVUInt k_ulNaoVale =
-        eMotivo_RegistroVazio | eMotivo_RegistroImpossivel | eMotivo_IndiceRepetido;
+        eMotivo_RegistroVazio | eMotivo_RegistroImpossivel | eMotivo_IndiceRepetido | eMotivo_Ilegivel;
     for (const SEntradaIndice& rEntrada : aEntradas)
         if (rEntrada.reg.eSistemaIntegracao == OfficialBank &&
             rEntrada.GetPonteiro() <= m_aRegistros.size() &&
@@ -109,24 +118,32 @@ void CXVExameDia::JuntaDoBanco(std::span<const SEntradaIndice> aEntradas,
                                     REG_XVDMC(rEntrada.reg.regDmcIntegracao).uiValor);
 }
 
+// Of the returned texts the last may be named no more; the last of the others always is.
+XVUInt CXVExameDia::UltimaApontada(std::size_t uiQual) const {
+    if (uiQual + 1 == k_uiTextos || FAILED(m_aFalhas[k_uiTextos]) || FAILED(m_arquivo.hr) || m_uiSobra != 0 ||
+        !m_aAusentes.empty())
+        return 0;
+    XVUInt ulUltima = 0;
+    for (const TRegistro& reg : m_aRegistros) {
+        if (XVEhRegistroVago(reg) || !TXVPlausibilidade<TRegistro>::EhPlausivel(reg)) return 0;
+        ulUltima = std::max(ulUltima, XVPonteirosDeTextos(reg)[uiQual]);
+    }
+    return ulUltima;
+}
+
 void CXVExameDia::ExaminaTexto(std::size_t uiQual) {
     SArquivoLoja& rArquivo = m_aArquivosTextos[uiQual];
     const XVUInt64 uiTamanhoAntes = rArquivo.uiTamanho;
     CXVExameTextos& rTextos = m_aTextos[uiQual];
     HRESULT hr =
         m_rLeitura.Descreve(XVNomeArquivo::ChaveParaNome(m_uiDia, k_apszGruposDeTextos[uiQual]), &rArquivo);
-    if (SUCCEEDED(hr)) hr = rTextos.Examina(m_rLeitura, rArquivo, Alcance(rArquivo), m_rSelos);
     const bool bMesmo = uiTamanhoAntes == rArquivo.uiTamanho;
     XVUInt ulMaior = 0;
     for (const TRegistro& reg : m_aRegistros) ulMaior = std::max(ulMaior, XVPonteirosDeTextos(reg)[uiQual]);
-    // Zeros where a header stands are one, or the sixty empty texts of a file that never had a header. What
-    // the records name tells which.
-    if (SUCCEEDED(hr) && rArquivo.bInicioZerado && ulMaior > rTextos.GetQuantidade()) {
-        rArquivo.uiTamanho += rArquivo.uiInicio;
-        rArquivo.uiInicio = 0;
-        rArquivo.hr = S_OK;
-        hr = rTextos.Examina(m_rLeitura, rArquivo, rArquivo.uiTamanho, m_rSelos);
-    }
+    if (SUCCEEDED(hr)) XVDecideInicioDosTextos(m_rLeitura, ulMaior, &rArquivo);
+    if (SUCCEEDED(hr)) hr = rTextos.Examina(m_rLeitura, rArquivo, Alcance(rArquivo), m_rSelos);
+    const XVUInt ulUltima = bMesmo ? UltimaApontada(uiQual) : 0;
+    if (ulUltima != 0) rTextos.Emenda(m_rLeitura, rArquivo, ulUltima);
     m_aFalhas[uiQual] = hr;
     for (std::size_t i = 0; i < m_aRegistros.size(); ++i) {
         // What a record says that cannot be one is held against no text.
@@ -150,6 +167,8 @@ void CXVExameDia::JulgaTextos() {
             if ((ucMarcas & (eTexto_Zerado | eTexto_ZerosNoFim)) != 0) m_aMotivos[i] |= eMotivo_TextoZerado;
             if ((ucMarcas & eTexto_Repetido) != 0) m_aMotivos[i] |= eMotivo_TextoDeOutra;
             if ((ucMarcas & eTexto_Alterado) != 0) m_aMotivos[i] |= eMotivo_Alterada;
+            if ((ucMarcas & eTexto_Ilegivel) != 0) m_aMotivos[i] |= eMotivo_TextoIlegivel;
+            if ((ucMarcas & eTexto_Deduzido) != 0) m_aMotivos[i] |= eMotivo_TextoDeduzido;
         }
     }
     // Of a record that nobody can find nothing is missed but its place in the index.

@@ -25,8 +25,11 @@ enum EMotivo : XVUInt {
     eMotivo_IndiceRepetido = 1U << 9,
     eMotivo_DiaRecusado = 1U << 10,
     eMotivo_Alterada = 1U << 11,
+    eMotivo_Ilegivel = 1U << 12,
+    eMotivo_TextoIlegivel = 1U << 13,
+    eMotivo_TextoDeduzido = 1U << 14,
 };
-inline constexpr unsigned k_uiMotivos = 12;
+inline constexpr unsigned k_uiMotivos = 15;
 
 class CXVExameDia {
   public:
@@ -73,9 +76,12 @@ class CXVExameDia {
     void ExaminaTexto(std::size_t uiQual);
     void JulgaIndice(std::span<const SEntradaIndice> aEntradas, XVUInt ulLimite);
     void JulgaTextos();
+    // The highest position that a record names in a file of texts; 0: a record that may name a higher one is
+    // lost, or that file's texts are given up again.
+    XVUInt UltimaApontada(std::size_t uiQual) const;
     // A file that carries another's name is of another day, or another store: nothing of it is this day's.
     XVUInt64 Alcance(const SArquivoLoja& rArquivo) const {
-        if (rArquivo.hr == E_XVCR_NOME_ARQUIVO_NAO_CONFERE) return 0;
+        if (rArquivo.hr == E_XVCR_NOME_ARQUIVO_NAO_CONFERE || rArquivo.bInicioIncerto) return 0;
         return m_eAlcance == EAlcance::eTudo ? rArquivo.uiTamanho : rArquivo.GetTamanhoDados();
     }
 

@@ -6,25 +6,27 @@
 
 HRESULT CXVExameIndice::Examina(CXVLeituraLoja& rLeitura, const SArquivoLoja& rArquivo, XVUInt64 uiAte,
                                 const TSelos& rSelos) {
-    using TPlausivel = TXVPlausibilidade<REG_CR_INDEX_INTEGRACAO_V1>;
-    m_aEntradas.reserve(static_cast<std::size_t>(uiAte / sizeof(REG_CR_INDEX_INTEGRACAO_V1)));
+    using TRegistro = REG_CR_INDEX_INTEGRACAO_V1;
+    m_aEntradas.reserve(static_cast<std::size_t>(uiAte / sizeof(TRegistro)));
     CXVConferenciaSelo conferencia(rSelos, rArquivo, false);
-    TXVPedacosEmRegistros<REG_CR_INDEX_INTEGRACAO_V1> pedacos;
+    TXVPedacosEmRegistros<TRegistro> pedacos;
+    CXVBuracos buracos;
     XVUInt ulPosicao = 0;
-    const HRESULT hr =
-        rLeitura.Percorre(rArquivo, uiAte, [&](XVUInt64 uiOffset, std::span<const char> aBytes) {
-            const bool bAlterado = conferencia.Confere(uiOffset, aBytes);
-            pedacos.Toma(aBytes, bAlterado,
-                         [&](const REG_CR_INDEX_INTEGRACAO_V1& reg, bool bRegistroAlterado) {
-                             ++ulPosicao;
-                             // No program gives an integration a key of another kind.
-                             if (TPlausivel::EhPlausivel(reg) &&
-                                 REG_XVDMC(reg.regDmcIntegracao).GetTipo() == REG_XVDMC::k_uiTipoIntegracao)
-                                 m_aEntradas.push_back({reg, ulPosicao, bRegistroAlterado});
-                             else
-                                 m_aImpossiveis.push_back(ulPosicao);
-                         });
-        });
+    const auto toma = [&](const TRegistro& reg, bool bAlterada) {
+        const XVUInt64 uiDe = XVUInt64{ulPosicao++} * sizeof(TRegistro);
+        // No program gives an integration a key of another kind.
+        if (!buracos.Toca(uiDe, uiDe + sizeof(TRegistro)) && TXVPlausibilidade<TRegistro>::EhPlausivel(reg) &&
+            REG_XVDMC(reg.regDmcIntegracao).GetTipo() == REG_XVDMC::k_uiTipoIntegracao)
+            m_aEntradas.push_back({reg, ulPosicao, bAlterada});
+        else
+            m_aImpossiveis.push_back(ulPosicao);
+    };
+    const HRESULT hr = rLeitura.Percorre(
+        rArquivo, uiAte,
+        [&](XVUInt64 uiOffset, std::span<const char> aBytes) {
+            pedacos.Toma(aBytes, conferencia.Confere(uiOffset, aBytes), toma);
+        },
+        &buracos);
     m_uiSobra = pedacos.GetSobra();
     m_uiBlocosAlterados = conferencia.GetAlterados();
     m_selo = conferencia.GetNovo();

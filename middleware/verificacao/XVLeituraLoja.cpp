@@ -25,9 +25,10 @@ void JulgaCabecalho(const TInicio& aInicio, std::size_t uiLidos, SArquivoLoja* p
     const bool bAssinatura = uiLidos >= k_uiTamanhoBlocoA && XVCabecalho::AssinaturaConfere(reg.regA);
     pArquivo->bInicioZerado = uiLidos == aInicio.size() &&
                               std::all_of(aInicio.begin(), aInicio.end(), [](XVByte uc) { return uc == 0; });
-    if (!bAssinatura && !pArquivo->bInicioZerado &&
-        !XVCabecalho::EhReconhecivel({aInicio.data(), uiLidos}, pArquivo->sNome))
-        return;
+    const bool bRestos =
+        !bAssinatura && XVCabecalho::EhReconhecivel({aInicio.data(), uiLidos}, pArquivo->sNome);
+    pArquivo->bSemSinal = !bAssinatura && !bRestos;
+    if (pArquivo->bSemSinal && !pArquivo->bInicioZerado) return;
     pArquivo->uiInicio = std::min(k_uiTamanhoCabecalho, uiTamanhoArquivo);
     pArquivo->uiTamanho = uiTamanhoArquivo - pArquivo->uiInicio;
     if (!bAssinatura) {
@@ -116,25 +117,54 @@ HRESULT CXVLeituraLoja::Descreve(const std::string& sNome, SArquivoLoja* pArquiv
         const auto uiLidos = static_cast<std::size_t>(std::min<XVUInt64>(area.uiTamanho, aInicio.size()));
         if (uiLidos == 0 || XVNomeArquivo::EhIsento(sNome)) return erroLeitura;
         erroLeitura = rMomento.Le(sNome, 0, aInicio.data(), uiLidos);
-        if (erroLeitura.Ok()) JulgaCabecalho(aInicio, uiLidos, pArquivo);
+        if (erroLeitura.Ok()) {
+            JulgaCabecalho(aInicio, uiLidos, pArquivo);
+        } else if (erroLeitura.GetCausa() == ECausaArquivo::eErroFisico) {
+            pArquivo->hr = XVCodigoArquivo(erroLeitura);
+            pArquivo->bSemSinal = pArquivo->bInicioIlegivel = true;
+            return {};
+        }
         return erroLeitura;
     });
     if (!erro.Ok()) pArquivo->hr = XVCodigoArquivo(erro);
     return XVCodigoArquivo(erro);
 }
 
+// By halves, down to what a device keeps or loses as one: one bad sector costs a few more readings.
+CXVErroArquivo CXVLeituraLoja::LePedaco(CXVMomento& rMomento, const SArquivoLoja& rArquivo, XVUInt64 uiOffset,
+                                        std::span<char> aBytes, CXVBuracos* pBuracos) {
+    constexpr std::size_t k_uiSetor = 512;
+    const CXVErroArquivo erro = m_visao.NoMomento(rMomento, [&](CXVMomento& r) {
+        return r.Le(rArquivo.sNome, rArquivo.uiInicio + uiOffset, aBytes.data(), aBytes.size());
+    });
+    if (erro.GetCausa() != ECausaArquivo::eErroFisico || pBuracos == nullptr) return erro;
+    const XVUInt64 uiNoArquivo = rArquivo.uiInicio + uiOffset;
+    const XVUInt64 uiMeio = (uiNoArquivo + (aBytes.size() + k_uiSetor) / 2) / k_uiSetor * k_uiSetor;
+    if (uiMeio <= uiNoArquivo || uiMeio >= uiNoArquivo + aBytes.size()) {
+        std::fill(aBytes.begin(), aBytes.end(), '\0');
+        pBuracos->Inclui(uiOffset, aBytes.size());
+        return erro;
+    }
+    const auto uiMetade = static_cast<std::size_t>(uiMeio - uiNoArquivo);
+    const CXVErroArquivo primeiro = LePedaco(rMomento, rArquivo, uiOffset, aBytes.first(uiMetade), pBuracos);
+    if (!primeiro.Ok() && primeiro.GetCausa() != ECausaArquivo::eErroFisico) return primeiro;
+    const CXVErroArquivo segundo =
+        LePedaco(rMomento, rArquivo, uiOffset + uiMetade, aBytes.subspan(uiMetade), pBuracos);
+    return segundo.Ok() ? primeiro : segundo;
+}
+
 HRESULT CXVLeituraLoja::Percorre(const SArquivoLoja& rArquivo, XVUInt64 uiDe, XVUInt64 uiAte,
-                                 const FPedaco& fn) {
+                                 const FPedaco& fn, CXVBuracos* pBuracos) {
     std::vector<char> aBloco;
     CXVMomento momento(m_visao, 0);
+    HRESULT hr = S_OK;
     for (XVUInt64 uiOffset = uiDe; uiOffset < uiAte; uiOffset += aBloco.size()) {
         aBloco.resize(static_cast<std::size_t>(std::min<XVUInt64>(k_uiBloco, uiAte - uiOffset)));
-        const CXVErroArquivo erro = m_visao.NoMomento(momento, [&](CXVMomento& rMomento) {
-            return rMomento.Le(rArquivo.sNome, rArquivo.uiInicio + uiOffset, aBloco.data(), aBloco.size());
-        });
-        if (!erro.Ok()) return XVCodigoArquivo(erro);
+        const CXVErroArquivo erro = LePedaco(momento, rArquivo, uiOffset, aBloco, pBuracos);
+        hr = XVPrimeiraFalha(hr, XVCodigoArquivo(erro));
+        if (!erro.Ok() && (pBuracos == nullptr || erro.GetCausa() != ECausaArquivo::eErroFisico)) return hr;
         if (m_fnProgresso) m_fnProgresso(rArquivo.sNome, aBloco.size());
         fn(uiOffset, aBloco);
     }
-    return S_OK;
+    return hr;
 }

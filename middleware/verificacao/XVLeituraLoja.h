@@ -4,15 +4,39 @@
 // Thread rule: one thread.
 #pragma once
 
+#include <algorithm>
 #include <functional>
 #include <map>
 #include <span>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "core/xvdatabase/XVCabecalho.h"
 #include "core/xvdatabase/XVVisao.h"
 #include "support/values/XVTextoAscii.h"
+
+// Bytes of a payload that the device does not give back.
+class CXVBuracos {
+  public:
+    void Inclui(XVUInt64 uiDe, XVUInt64 uiBytes) { m_lista.emplace_back(uiDe, uiDe + uiBytes); }
+    bool Toca(XVUInt64 uiDe, XVUInt64 uiAte) const {
+        return std::any_of(m_lista.begin(), m_lista.end(),
+                           [&](const auto& r) { return r.first < uiAte && uiDe < r.second; });
+    }
+    // Of a piece of uiBytes at uiOffset: where the run of bytes that begins at uiDe of it ends, all of which
+    // can be read, or none.
+    std::size_t GetFimDoTrecho(XVUInt64 uiOffset, std::size_t uiDe, std::size_t uiBytes) const {
+        XVUInt64 uiFim = uiOffset + uiBytes;
+        for (const auto& [uiInicio, uiAte] : m_lista)
+            for (const XVUInt64 uiBorda : {uiInicio, uiAte})
+                if (uiBorda > uiOffset + uiDe) uiFim = std::min(uiFim, uiBorda);
+        return static_cast<std::size_t>(uiFim - uiOffset);
+    }
+
+  private:
+    std::vector<std::pair<XVUInt64, XVUInt64>> m_lista;  // from, up to; ascending
+};
 
 // A file, and what an opening for writing would say of its header.
 struct SArquivoLoja {
@@ -21,12 +45,18 @@ struct SArquivoLoja {
     HRESULT hr = S_OK;
     bool bCabecalho = false;  // the fields of regB are believed: its checksum holds, and headers are not off
     REG_XVCABECALHO_B regB{};
-    bool bInicioZerado = false;  // zeros where a header would stand
-    XVUInt64 uiInicio = 0;       // of the payload: 240 or 0
-    XVUInt64 uiTamanho = 0;      // bytes of payload on the disk, whatever the header says
+    // Nothing in the first 240 bytes tells whether they are a header that was lost or data of a file that
+    // never had one. XVDecideInicio asks the rest of the file.
+    bool bSemSinal = false;
+    bool bInicioZerado = false;    // they are zeros
+    bool bInicioIlegivel = false;  // they cannot be read
+    bool bInicioIncerto = false;   // nor does the rest tell: nothing of the file can be placed
+    XVUInt64 uiInicio = 0;         // of the payload: 240 or 0
+    XVUInt64 uiTamanho = 0;        // bytes of payload on the disk, whatever the header says
 
     // The bytes of payload that an opening would look at.
     XVUInt64 GetTamanhoDados() const {
+        if (bInicioIncerto) return 0;
         return bCabecalho && regB.uiTamanhoDados < uiTamanho ? regB.uiTamanhoDados : uiTamanho;
     }
 };
@@ -59,12 +89,16 @@ class CXVLeituraLoja {
 
     // An absent file is no failure.
     HRESULT Descreve(const std::string& sNome, SArquivoLoja* pArquivo);
-    // Hands the payload's bytes from 0 to uiAte to fn(offset, bytes), in pieces of k_uiBloco.
+    // Hands the payload's bytes from 0 to uiAte to fn(offset, bytes), in pieces of k_uiBloco. What the device
+    // does not give back ends the walk; where pBuracos is given it is noted there, before fn gets the piece
+    // with zeros in its place, and the walk goes on. Either way the failure is the result.
     using FPedaco = std::function<void(XVUInt64 uiOffset, std::span<const char> aBytes)>;
-    HRESULT Percorre(const SArquivoLoja& rArquivo, XVUInt64 uiAte, const FPedaco& fn) {
-        return Percorre(rArquivo, 0, uiAte, fn);
+    HRESULT Percorre(const SArquivoLoja& rArquivo, XVUInt64 uiAte, const FPedaco& fn,
+                     CXVBuracos* pBuracos = nullptr) {
+        return Percorre(rArquivo, 0, uiAte, fn, pBuracos);
     }
-    HRESULT Percorre(const SArquivoLoja& rArquivo, XVUInt64 uiDe, XVUInt64 uiAte, const FPedaco& fn);
+    HRESULT Percorre(const SArquivoLoja& rArquivo, XVUInt64 uiDe, XVUInt64 uiAte, const FPedaco& fn,
+                     CXVBuracos* pBuracos = nullptr);
 
     // Told of every piece that was read: file and bytes.
     std::function<void(const std::string&, XVUInt64)> m_fnProgresso;
@@ -72,6 +106,8 @@ class CXVLeituraLoja {
   private:
     HRESULT LeDiario();
     void ConfereDiario(IXVArquivo& rDiario);
+    CXVErroArquivo LePedaco(CXVMomento& rMomento, const SArquivoLoja& rArquivo, XVUInt64 uiOffset,
+                            std::span<char> aBytes, CXVBuracos* pBuracos);
 
     CXVVisao m_visao;
     std::map<std::string, std::string> m_mapaNomes;

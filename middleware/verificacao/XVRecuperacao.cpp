@@ -9,13 +9,32 @@
 #include "middleware/ConversaoMiddleware.h"
 #include "middleware/XVDataBase_CR_Middleware.h"
 #include "middleware/verificacao/XVEscritaRecuperada.h"
+#include "middleware/verificacao/XVInicioArquivo.h"
 #include "middleware/verificacao/XVVersaoZero.h"
+#include "platform/XVCaminho.h"
 #include "platform/XVPlataforma.h"
 #include "support/codes/XVCodigosArquivo.h"
 
 namespace {
 // Behind every position that an index can have.
 constexpr XVUInt64 k_uiDepoisDoIndice = XVUInt64{1} << 32;
+
+std::string ComSeparador(const std::string& sDiretorio) {
+    return XVPlataforma::SistemaArquivos().Junta(sDiretorio, "");
+}
+
+// Whether a directory lies, or will lie when it is made, in the one whose real path is given. Links and ".."
+// lead on through directories that are there; behind one that is not, nobody knows yet.
+bool FicaEm(std::string sDiretorio, const std::string& sReal) {
+    std::string sLugar;
+    while (!XVPlataforma::SistemaArquivos().GetCaminhoReal(sDiretorio, sLugar).Ok()) {
+        const XVCaminho::SPartes partes = XVCaminho::Separa(sDiretorio, "/\\");
+        if (partes.sNome == "..") return true;
+        if (partes.sDiretorio == sDiretorio) break;
+        sDiretorio = partes.sDiretorio;
+    }
+    return ComSeparador(sLugar).starts_with(ComSeparador(sReal));
+}
 }  // namespace
 
 CXVRecuperacao::CXVRecuperacao(SPastas pastas, const IXVDF_Profiler& rDono, bool bVersaoAtual)
@@ -52,7 +71,9 @@ HRESULT CXVRecuperacao::Executa(SRecuperacao* pRecuperacao) {
 }
 
 HRESULT CXVRecuperacao::Descreve(const std::string& sNome, SArquivoLoja* pArquivo) {
-    return XVNotaCaminho(m_leitura.Descreve(sNome, pArquivo), m_pastas.sOrigem, sNome);
+    const HRESULT hr = m_leitura.Descreve(sNome, pArquivo);
+    AnotaIlegivel(sNome, hr);
+    return FAILED(hr) ? S_FALSE : S_OK;
 }
 
 HRESULT CXVRecuperacao::Prepara() {
@@ -69,10 +90,11 @@ HRESULT CXVRecuperacao::Prepara() {
 
 HRESULT CXVRecuperacao::PreparaDestino() {
     IXVSistemaArquivos& rSistema = XVPlataforma::SistemaArquivos();
-    const std::string sNaOrigem = rSistema.Junta(m_pastas.sOrigem, "");
+    std::string sOrigem;
+    const CXVErroArquivo erroOrigem = rSistema.GetCaminhoReal(m_pastas.sOrigem, sOrigem);
+    if (!erroOrigem.Ok()) return XVNotaCaminho(XVCodigoArquivo(erroOrigem), m_pastas.sOrigem);
     for (const std::string* psPasta : {&m_pastas.sDestino, &m_pastas.sSeparados})
-        if (rSistema.Junta(*psPasta, "").starts_with(sNaOrigem))
-            return Recusa(ERecusa::eDestinoNaOrigem, E_INVALIDARG);
+        if (FicaEm(*psPasta, sOrigem)) return Recusa(ERecusa::eDestinoNaOrigem, E_INVALIDARG);
     for (const std::string* psPasta : {&m_pastas.sSeparados, &m_pastas.sDestino}) {
         std::vector<std::string> listaNomes;
         CXVErroArquivo erro;
@@ -99,7 +121,8 @@ HRESULT CXVRecuperacao::ConfereVersao() {
         });
     if (SUCCEEDED(hr) && reg.usVersao == k_usVersaoAtualBase) return S_OK;
     if (!XVTemDados(m_leitura)) return S_OK;
-    if (SUCCEEDED(hr) && SUCCEEDED(arquivo.hr) && arquivo.uiTamanho == sizeof(reg))
+    // The first version had no such file.
+    if (SUCCEEDED(hr) && SUCCEEDED(arquivo.hr) && arquivo.uiTamanho == sizeof(reg) && reg.usVersao != 0)
         return reg.usVersao < k_usVersaoAtualBase ? E_XVCR_VERSAO_INCOMPATIVEL
                                                   : E_XVCR_VERSAO_BASE_SUPERIOR_VERSAO_SISTEMA;
     if (SUCCEEDED(hr) && !arquivo.bExiste && XVEhVersaoZero(m_leitura, m_pastas.sOrigem, m_rDono))
@@ -109,15 +132,19 @@ HRESULT CXVRecuperacao::ConfereVersao() {
 
 // The index, and of every integration that it does not know what the general log tells.
 HRESULT CXVRecuperacao::LeIndice() {
-    HRESULT hr = Descreve(k_pszArquivoIndexIntegracao, &m_arquivoIndice);
-    if (FAILED(hr)) return hr;
-    if (XVEhDeOutroPrograma(m_arquivoIndice.hr)) return m_arquivoIndice.hr;
+    // Without it every integration would come back with its place in the index lost: who may not look at it
+    // is to be let, before that.
+    HRESULT hr = m_leitura.Descreve(k_pszArquivoIndexIntegracao, &m_arquivoIndice);
+    if (FAILED(hr)) return XVNotaCaminho(hr, m_pastas.sOrigem, k_pszArquivoIndexIntegracao);
+    if (XVEhDeOutroPrograma(m_arquivoIndice.hr))
+        return XVNotaCaminho(m_arquivoIndice.hr, m_pastas.sOrigem, k_pszArquivoIndexIntegracao);
+    XVDecideInicioDosRegistros<REG_CR_INDEX_INTEGRACAO_V1>(m_leitura, &m_arquivoIndice);
     // Under another name it may be another store's.
-    if (m_arquivoIndice.hr == E_XVCR_NOME_ARQUIVO_NAO_CONFERE) {
+    if (m_arquivoIndice.hr == E_XVCR_NOME_ARQUIVO_NAO_CONFERE || m_arquivoIndice.bInicioIncerto) {
         hr = Separa(m_arquivoIndice, 0, m_arquivoIndice.uiTamanho);
         if (FAILED(hr)) return hr;
     } else {
-        AnotaIlegivel(m_arquivoIndice,
+        AnotaIlegivel(m_arquivoIndice.sNome,
                       m_indice.Examina(m_leitura, m_arquivoIndice, m_arquivoIndice.uiTamanho, m_semSelos));
     }
     m_bIndiceConfere = m_arquivoIndice.bExiste && SUCCEEDED(m_arquivoIndice.hr) && m_indice.GetSobra() == 0 &&
@@ -168,26 +195,50 @@ void CXVRecuperacao::AnotaPerdida(REG_XVDMC regDmc, XVUInt ulMotivos, std::optio
     m_pRecuperacao->listaIntegracoes.push_back({regDmc, true, ulMotivos, uiChave});
 }
 
-void CXVRecuperacao::AnotaIlegivel(const SArquivoLoja& rArquivo, HRESULT hr) {
-    if (FAILED(hr)) m_pRecuperacao->listaIlegiveis.push_back(rArquivo.sNome);
+void CXVRecuperacao::AnotaIlegivel(const std::string& sNome, HRESULT hr) {
+    auto& rLista = m_pRecuperacao->listaIlegiveis;
+    if (FAILED(hr) && std::find(rLista.begin(), rLista.end(), sNome) == rLista.end()) rLista.push_back(sNome);
 }
 
 HRESULT CXVRecuperacao::Separa(const SArquivoLoja& rArquivo, XVUInt64 uiDe, XVUInt64 uiAte) {
     if (uiDe >= uiAte) return S_OK;
-    const XVUInt64 uiOffset = rArquivo.uiInicio + uiDe;
     const CXVErroArquivo erro = XVPlataforma::SistemaArquivos().CriaDiretorio(m_pastas.sSeparados);
     if (!erro.Ok()) return XVNotaCaminho(XVCodigoArquivo(erro), m_pastas.sSeparados);
-    CXVEscritaRecuperada escrita(m_pastas.sSeparados, rArquivo.sNome + '.' + std::to_string(uiOffset),
-                                 CXVEscritaRecuperada::ECabecalho::eSem);
-    HRESULT hr = escrita.Abre();
-    if (FAILED(hr)) return hr;
-    const HRESULT hrLeitura =
-        m_leitura.Percorre(rArquivo, uiDe, uiAte, [&](XVUInt64, std::span<const char> aBytes) {
-            if (SUCCEEDED(hr)) hr = escrita.Grava({aBytes.data(), aBytes.size()});
-        });
-    AnotaIlegivel(rArquivo, hrLeitura);
-    if (SUCCEEDED(hr)) hr = escrita.Conclui(m_rDono, 0);
-    m_pRecuperacao->listaSeparados.push_back({rArquivo.sNome, uiOffset, uiAte - uiDe});
+    CXVBuracos buracos;
+    std::unique_ptr<CXVEscritaRecuperada> pEscrita;
+    HRESULT hr = S_OK;
+    const auto conclui = [&] {
+        if (pEscrita == nullptr) return;
+        m_pRecuperacao->listaSeparados.back().uiBytes = pEscrita->GetTamanhoDados();
+        if (SUCCEEDED(hr)) hr = pEscrita->Conclui(m_rDono, 0);
+        pEscrita.reset();
+    };
+    const auto grava = [&](XVUInt64 uiOffset, std::span<const char> aBytes) {
+        if (pEscrita == nullptr) {
+            const XVUInt64 uiNoArquivo = rArquivo.uiInicio + uiOffset;
+            pEscrita = std::make_unique<CXVEscritaRecuperada>(
+                m_pastas.sSeparados, rArquivo.sNome + '.' + std::to_string(uiNoArquivo),
+                CXVEscritaRecuperada::ECabecalho::eSem);
+            m_pRecuperacao->listaSeparados.push_back({rArquivo.sNome, uiNoArquivo, 0});
+            hr = pEscrita->Abre();
+        }
+        if (SUCCEEDED(hr)) hr = pEscrita->Grava({aBytes.data(), aBytes.size()});
+    };
+    const HRESULT hrLeitura = m_leitura.Percorre(
+        rArquivo, uiDe, uiAte,
+        [&](XVUInt64 uiOffset, std::span<const char> aBytes) {
+            for (std::size_t i = 0; i < aBytes.size() && SUCCEEDED(hr);) {
+                const std::size_t uiFim = buracos.GetFimDoTrecho(uiOffset, i, aBytes.size());
+                if (buracos.Toca(uiOffset + i, uiOffset + i + 1))
+                    conclui();
+                else
+                    grava(uiOffset + i, aBytes.subspan(i, uiFim - i));
+                i = uiFim;
+            }
+        },
+        &buracos);
+    AnotaIlegivel(rArquivo.sNome, hrLeitura);
+    conclui();
     return hr;
 }
 

@@ -3,8 +3,9 @@
 // Headers, index and creation control are made anew; records and texts keep their positions, for keys name
 // them. A place whose record is lost stays vacant, so that no later integration gets its key. What only the
 // index knew and nothing else tells is not invented: such an integration comes back without system, in status
-// error, with a message that says so. What can be placed nowhere is put aside, byte for byte. The damaged
-// directory is only read.
+// error, with a message that says so. What can be placed nowhere is put aside, byte for byte. A file that
+// cannot be read, or not to its end, is named, and everything else goes on. The damaged directory is only
+// read.
 //
 // Thread rule: one thread.
 #pragma once
@@ -89,7 +90,7 @@ class CXVRecuperacao {
 
   private:
     HRESULT Prepara();
-    // A file without which the recovery cannot go on.
+    // S_FALSE: the system does not let the file be looked at, which is noted.
     HRESULT Descreve(const std::string& sNome, SArquivoLoja* pArquivo);
     HRESULT PreparaDestino();
     HRESULT Recusa(ERecusa eRecusa, HRESULT hr) {
@@ -103,6 +104,8 @@ class CXVRecuperacao {
     HRESULT SeparaDia(const CXVExameDia& rDia);
     static HRESULT RecusaOutroPrograma(const CXVExameDia& rDia);
     HRESULT RecuperaTextos(const CXVExameDia& rDia);
+    HRESULT CopiaTextos(const SArquivoLoja& rArquivo, XVUInt64 uiDe, XVUInt64 uiAte,
+                        CXVEscritaRecuperada& rEscrita);
     HRESULT RecuperaRegistros(const CXVExameDia& rDia, std::span<const SEntradaIndice> aEntradas);
     HRESULT RecuperaRegistro(const CXVExameDia& rDia, XVUInt ulPonteiro, const SEntradaIndice* pEntrada,
                              REG_CR_INTEGRACAO_MIDDLEWARE_V2* pReg);
@@ -119,12 +122,14 @@ class CXVRecuperacao {
     HRESULT GravaVersao();
     HRESULT GravaControle();
     HRESULT CopiaLogs();
+    HRESULT CopiaLog(const std::string& sNome);
     HRESULT Conclui(CXVEscritaRecuperada& rEscrita);
-    // Bytes of a file from uiDe to uiAte of its payload.
+    // Bytes of a file from uiDe to uiAte of its payload; a run of its own behind each place that cannot be
+    // read.
     HRESULT Separa(const SArquivoLoja& rArquivo, XVUInt64 uiDe, XVUInt64 uiAte);
     // Records of one size by where they begin, ascending; neighbours are one run.
     HRESULT SeparaRegistros(const SArquivoLoja& rArquivo, std::span<const XVUInt64> aDe, XVUInt64 uiTamanho);
-    void AnotaIlegivel(const SArquivoLoja& rArquivo, HRESULT hr);
+    void AnotaIlegivel(const std::string& sNome, HRESULT hr);
 
     SPastas m_pastas;
     const IXVDF_Profiler& m_rDono;

@@ -7,6 +7,7 @@
 #include "middleware/ConversaoMiddleware.h"
 #include "middleware/XVDataBase_CR_Middleware.h"
 #include "middleware/verificacao/XVEscritaRecuperada.h"
+#include "middleware/verificacao/XVInicioArquivo.h"
 #include "middleware/verificacao/XVPedacosEmRegistros.h"
 #include "middleware/verificacao/XVRecuperacao.h"
 #include "middleware/verificacao/XVTextosDoControle.h"
@@ -33,7 +34,8 @@ HRESULT CXVRecuperacao::Conclui(CXVEscritaRecuperada& rEscrita) {
 void CXVRecuperacao::ProcuraIncompletos() {
     std::vector<std::string> listaNomes;
     bool bPartida = false;
-    XVIgnora(XVTextosDoControle::Le(m_leitura, &listaNomes, &bPartida));
+    AnotaIlegivel(std::string(XVDATABASE_NOME_ARQUIVO_CONTROLE_CRIACAO_ARQUIVOS),
+                  XVTextosDoControle::Le(m_leitura, &listaNomes, &bPartida));
     for (const auto& [sMinusculo, sNome] : m_leitura.GetNomes()) listaNomes.push_back(sNome);
     std::set<std::string> vistos;
     for (const std::string& rNome : listaNomes) {
@@ -51,27 +53,31 @@ void CXVRecuperacao::ProcuraIncompletos() {
 template <class T>
 HRESULT CXVRecuperacao::RecuperaLancamentos(const char* pszNome, XVUInt ulColunas) {
     SArquivoLoja arquivo;
-    HRESULT hr = Descreve(pszNome, &arquivo);
-    if (FAILED(hr) || !arquivo.bExiste) return hr;
-    if (XVEhDeOutroPrograma(arquivo.hr)) return arquivo.hr;
+    if (Descreve(pszNome, &arquivo) != S_OK || !arquivo.bExiste) return S_OK;
+    if (XVEhDeOutroPrograma(arquivo.hr)) return XVNotaCaminho(arquivo.hr, m_pastas.sOrigem, pszNome);
+    XVDecideInicioDosRegistros<T>(m_leitura, &arquivo);
     const CXVDataBase_CR_Middleware esquema;
     std::vector<T> aBons;
     std::vector<XVUInt64> aRuins;
     TXVPedacosEmRegistros<T> pedacos;
+    CXVBuracos buracos;
     const auto examina = [&](const T& reg, bool) {
-        bool bBom = TXVPlausibilidade<T>::EhPlausivel(reg);
+        const XVUInt64 uiDe = (aBons.size() + aRuins.size()) * sizeof(T);
+        bool bBom = !buracos.Toca(uiDe, uiDe + sizeof(T)) && TXVPlausibilidade<T>::EhPlausivel(reg);
         for (XVUInt ul = 0; ul < ulColunas; ++ul) bBom = bBom && esquema.GetChaveIndex(reg, ul) != 0;
         if (bBom)
             aBons.push_back(reg);
         else
-            aRuins.push_back((aBons.size() + aRuins.size()) * sizeof(T));
+            aRuins.push_back(uiDe);
     };
-    if (arquivo.hr != E_XVCR_NOME_ARQUIVO_NAO_CONFERE)
-        AnotaIlegivel(arquivo, m_leitura.Percorre(arquivo, arquivo.uiTamanho,
-                                                  [&](XVUInt64, std::span<const char> aBytes) {
-                                                      pedacos.Toma(aBytes, false, examina);
-                                                  }));
-    hr = SeparaRegistros(arquivo, aRuins, sizeof(T));
+    if (arquivo.hr != E_XVCR_NOME_ARQUIVO_NAO_CONFERE && !arquivo.bInicioIncerto)
+        AnotaIlegivel(pszNome, m_leitura.Percorre(
+                                   arquivo, arquivo.uiTamanho,
+                                   [&](XVUInt64, std::span<const char> aBytes) {
+                                       pedacos.Toma(aBytes, false, examina);
+                                   },
+                                   &buracos));
+    HRESULT hr = SeparaRegistros(arquivo, aRuins, sizeof(T));
     if (FAILED(hr)) return hr;
     hr = Separa(arquivo, (aBons.size() + aRuins.size()) * sizeof(T), arquivo.uiTamanho);
     m_pRecuperacao->uiLancamentos += aBons.size();
@@ -120,20 +126,27 @@ HRESULT CXVRecuperacao::GravaControle() {
 
 // The general logs belong to the store's history; without them nothing tells keys that an index lost.
 HRESULT CXVRecuperacao::CopiaLogs() {
-    for (const auto& [sMinusculo, sNome] : m_leitura.GetNomes()) {
-        if (!sMinusculo.starts_with("xvloggeral_") || !sMinusculo.ends_with(".log")) continue;
-        SArquivoLoja arquivo;
-        HRESULT hr = Descreve(sNome, &arquivo);
-        CXVEscritaRecuperada escrita(m_pastas.sDestino, sNome, CXVEscritaRecuperada::ECabecalho::eSem);
-        if (SUCCEEDED(hr)) hr = escrita.Abre();
-        if (FAILED(hr)) return hr;
-        AnotaIlegivel(arquivo, m_leitura.Percorre(arquivo, arquivo.uiTamanho,
-                                                  [&](XVUInt64, std::span<const char> aBytes) {
-                                                      if (SUCCEEDED(hr))
-                                                          hr = escrita.Grava({aBytes.data(), aBytes.size()});
-                                                  }));
-        if (SUCCEEDED(hr)) hr = escrita.Conclui(m_rDono, 0);
-        if (FAILED(hr)) return hr;
-    }
-    return S_OK;
+    HRESULT hr = S_OK;
+    for (const auto& [sMinusculo, sNome] : m_leitura.GetNomes())
+        if (SUCCEEDED(hr) && sMinusculo.starts_with("xvloggeral_") && sMinusculo.ends_with(".log"))
+            hr = CopiaLog(sNome);
+    return hr;
+}
+
+// All bytes of it, whatever stands in front; zeros where it cannot be read, so that no line seems whole that
+// is not.
+HRESULT CXVRecuperacao::CopiaLog(const std::string& sNome) {
+    SArquivoLoja arquivo;
+    if (Descreve(sNome, &arquivo) != S_OK) return S_OK;
+    arquivo = XVInicioArquivo::APartirDe(arquivo, 0);
+    CXVEscritaRecuperada escrita(m_pastas.sDestino, sNome, CXVEscritaRecuperada::ECabecalho::eSem);
+    HRESULT hr = escrita.Abre();
+    CXVBuracos buracos;
+    AnotaIlegivel(sNome, m_leitura.Percorre(
+                             arquivo, arquivo.uiTamanho,
+                             [&](XVUInt64, std::span<const char> aBytes) {
+                                 if (SUCCEEDED(hr)) hr = escrita.Grava({aBytes.data(), aBytes.size()});
+                             },
+                             &buracos));
+    return SUCCEEDED(hr) ? escrita.Conclui(m_rDono, 0) : hr;
 }

@@ -17,10 +17,11 @@ constexpr std::size_t k_uiMensagem = 1;  // among the texts of a day
 // that names a far position is more likely to be wrong itself.
 constexpr XVUInt64 k_uiMaximoVagas = 65536;
 
-constexpr XVUInt k_ulPerdida = eMotivo_SemRegistro | eMotivo_RegistroVazio | eMotivo_RegistroImpossivel;
+constexpr XVUInt k_ulPerdida =
+    eMotivo_SemRegistro | eMotivo_RegistroVazio | eMotivo_RegistroImpossivel | eMotivo_Ilegivel;
 constexpr XVUInt k_ulComAviso = eMotivo_SemJSON | eMotivo_SemMensagem | eMotivo_SemRetorno |
                                 eMotivo_TextoZerado | eMotivo_TextoDeOutra | eMotivo_SemIndice |
-                                eMotivo_IndiceRepetido;
+                                eMotivo_IndiceRepetido | eMotivo_TextoIlegivel | eMotivo_TextoDeduzido;
 
 struct SFrase {
     XVUInt ulMotivos;
@@ -34,11 +35,16 @@ constexpr SFrase k_aFrases[] = {
     {eMotivo_SemMensagem, " A mensagem de retorno se perdeu."},
     {eMotivo_SemRetorno, " O JSON retornado se perdeu."},
     {eMotivo_TextoZerado, " Um texto que voltou em zeros foi posto de lado."},
+    {eMotivo_TextoIlegivel, " Um texto que o disco não devolveu inteiro foi posto de lado."},
+    {eMotivo_TextoDeduzido,
+     " Um texto está depois de um trecho danificado do arquivo: que é desta integração, só a contagem a "
+     "partir "
+     "do fim diz."},
     {eMotivo_TextoDeOutra, " Um dos textos pode ser de outra integração, que aponta o mesmo."},
 };
 
 bool EhRuim(XVByte ucMarcas) {
-    return (ucMarcas & (eTexto_Zerado | eTexto_ZerosNoFim)) != 0;
+    return (ucMarcas & (eTexto_Zerado | eTexto_ZerosNoFim | eTexto_Ilegivel)) != 0;
 }
 
 void PoePonteiro(TRegistro* pReg, std::size_t uiQual, XVUInt ulPosicao) {
@@ -66,7 +72,8 @@ HRESULT CXVRecuperacao::RecuperaDia(XVUInt64 uiDia, std::span<const SEntradaIndi
     if (FAILED(hr)) return hr;
     const SArquivoLoja& rArquivo = dia.GetArquivo();
     if (!dia.TemChaves()) return SeparaDia(dia);
-    AnotaIlegivel(rArquivo, dia.GetFalha(CXVExameDia::k_uiTextos));
+    AnotaIlegivel(rArquivo.sNome, dia.GetFalha(CXVExameDia::k_uiTextos));
+    if (rArquivo.bInicioIlegivel) AnotaIlegivel(rArquivo.sNome, rArquivo.hr);
     hr = RecuperaTextos(dia);
     if (FAILED(hr)) return hr;
     const XVUInt64 uiLidos = dia.GetRegistros().size() * sizeof(TRegistro);
@@ -94,7 +101,8 @@ HRESULT CXVRecuperacao::RecusaOutroPrograma(const CXVExameDia& rDia) {
     return hr;
 }
 
-// The texts up to where the chain breaks, at their positions; what is behind is put aside.
+// The texts at their positions, up to where the chain breaks, and on behind the damage where their positions
+// are known; empty ones stand for those that were lost. What is between, or behind, is put aside.
 HRESULT CXVRecuperacao::RecuperaTextos(const CXVExameDia& rDia) {
     HRESULT hr = S_OK;
     for (std::size_t i = 0; i < CXVExameDia::k_uiTextos && SUCCEEDED(hr); ++i) {
@@ -104,19 +112,31 @@ HRESULT CXVRecuperacao::RecuperaTextos(const CXVExameDia& rDia) {
             m_pastas.sDestino, XVNomeArquivo::ChaveParaNome(rDia.GetDia(), k_apszGruposDeTextos[i]),
             CXVEscritaRecuperada::ECabecalho::eCom);
         m_aulTextos[i] = static_cast<XVUInt>(rTextos.GetQuantidade());
-        AnotaIlegivel(rArquivo, rDia.GetFalha(i));
+        AnotaIlegivel(rArquivo.sNome, rArquivo.bInicioIlegivel ? rArquivo.hr : rDia.GetFalha(i));
         if (!rArquivo.bExiste) continue;
+        const XVUInt64 uiRetomada = rTextos.GetPerdidos() == 0 ? rArquivo.uiTamanho : rTextos.GetRetomada();
         hr = m_aTextos[i]->Abre();
-        HRESULT hrLeitura = S_OK;
-        if (SUCCEEDED(hr))
-            hrLeitura = m_leitura.Percorre(rArquivo, rTextos.GetFimSao(),
-                                           [&](XVUInt64, std::span<const char> aBytes) {
-                                               if (SUCCEEDED(hr))
-                                                   hr = m_aTextos[i]->Grava({aBytes.data(), aBytes.size()});
-                                           });
-        hr = XVPrimeiraFalha(hr, hrLeitura);
-        if (SUCCEEDED(hr)) hr = Separa(rArquivo, rTextos.GetFimSao(), rArquivo.uiTamanho);
+        if (SUCCEEDED(hr)) hr = CopiaTextos(rArquivo, 0, rTextos.GetFimSao(), *m_aTextos[i]);
+        for (XVUInt64 ui = 0; ui < rTextos.GetPerdidos() && SUCCEEDED(hr); ++ui)
+            hr = m_aTextos[i]->GravaTexto({});
+        if (SUCCEEDED(hr)) hr = CopiaTextos(rArquivo, uiRetomada, rArquivo.uiTamanho, *m_aTextos[i]);
+        if (SUCCEEDED(hr)) hr = Separa(rArquivo, rTextos.GetFimSao(), uiRetomada);
     }
+    return hr;
+}
+
+// Zeros where they cannot be read; no record will name such a text.
+HRESULT CXVRecuperacao::CopiaTextos(const SArquivoLoja& rArquivo, XVUInt64 uiDe, XVUInt64 uiAte,
+                                    CXVEscritaRecuperada& rEscrita) {
+    HRESULT hr = S_OK;
+    CXVBuracos buracos;
+    AnotaIlegivel(rArquivo.sNome, m_leitura.Percorre(
+                                      rArquivo, uiDe, uiAte,
+                                      [&](XVUInt64, std::span<const char> aBytes) {
+                                          if (SUCCEEDED(hr))
+                                              hr = rEscrita.Grava({aBytes.data(), aBytes.size()});
+                                      },
+                                      &buracos));
     return hr;
 }
 
@@ -154,7 +174,8 @@ HRESULT CXVRecuperacao::RecuperaRegistro(const CXVExameDia& rDia, XVUInt ulPonte
     const bool bVago = XVEhRegistroVago(*pReg);
     const REG_XVDMC regDmc =
         pEntrada != nullptr ? REG_XVDMC(pEntrada->reg.regDmcIntegracao) : rDia.GetDmc(ulPonteiro);
-    if (pEntrada == nullptr && bVago) return S_OK;
+    const bool bIlegivel = (ulMotivos & eMotivo_Ilegivel) != 0;
+    if (pEntrada == nullptr && bVago && !bIlegivel) return S_OK;
     if ((ulMotivos & k_ulPerdida) != 0) {
         AnotaPerdida(regDmc, ulMotivos,
                      pEntrada != nullptr
@@ -162,7 +183,7 @@ HRESULT CXVRecuperacao::RecuperaRegistro(const CXVExameDia& rDia, XVUInt ulPonte
                          : m_log.GetChave(regDmc));
         *pReg = {};
         const XVUInt64 uiDe = (XVUInt64{ulPonteiro} - 1) * sizeof(TRegistro);
-        return bVago ? S_OK : Separa(rDia.GetArquivo(), uiDe, uiDe + sizeof(TRegistro));
+        return bVago && !bIlegivel ? S_OK : Separa(rDia.GetArquivo(), uiDe, uiDe + sizeof(TRegistro));
     }
     if (pEntrada == nullptr) {
         if (FoiSubstituida(regDmc)) {

@@ -6,6 +6,7 @@
 #include "core/xvdatabase/XVNomeArquivo.h"
 #include "middleware/XVDataBase_CR_Middleware.h"
 #include "middleware/verificacao/XVChavesDoLog.h"
+#include "middleware/verificacao/XVInicioArquivo.h"
 
 namespace {
 
@@ -101,6 +102,7 @@ void CXVVerificacao::Anota(SXVAchado achado) {
 void CXVVerificacao::JulgaArquivo(const SArquivoLoja& rArquivo, XVUInt64 uiDia, HRESULT hrLeitura) {
     if (!rArquivo.bExiste && SUCCEEDED(hrLeitura)) return;
     SXVAchado achado{.sArquivo = rArquivo.sNome, .uiDia = uiDia};
+    if (rArquivo.bInicioIlegivel) hrLeitura = rArquivo.hr;
     if (FAILED(hrLeitura)) {
         achado.eTipo = EAchado::eArquivoIlegivel;
         achado.hr = hrLeitura;
@@ -138,6 +140,7 @@ void CXVVerificacao::AnotaSelo(const SArquivoLoja& rArquivo, const SSelo& rSelo,
 void CXVVerificacao::VerificaIndice() {
     SArquivoLoja arquivo;
     HRESULT hr = m_leitura.Descreve(k_pszArquivoIndexIntegracao, &arquivo);
+    if (SUCCEEDED(hr)) XVDecideInicioDosRegistros<REG_CR_INDEX_INTEGRACAO_V1>(m_leitura, &arquivo);
     if (SUCCEEDED(hr)) hr = m_indice.Examina(m_leitura, arquivo, arquivo.GetTamanhoDados(), m_selos);
     JulgaArquivo(arquivo, 0, hr);
     const auto& rAchados = m_pVerificacao->listaAchados;
@@ -190,12 +193,16 @@ void CXVVerificacao::JulgaArquivosDoDia(const CXVExameDia& rDia) {
         JulgaArquivo(rArquivo, rDia.GetDia(), rDia.GetFalha(i));
         AnotaSelo(rArquivo, rTextos.GetSelo(), rTextos.GetBlocosAlterados(), rDia.GetDia());
         rTextos.ContaMortos(&m_pVerificacao->uiTextosMortos, &m_pVerificacao->uiBytesMortos);
-        if (!rTextos.EstaPartida()) continue;
+        if (!rTextos.EstaPartida() && !rTextos.EstaDeslocada()) continue;
         SXVAchado achado{
-            .eTipo = EAchado::eCadeiaPartida, .sArquivo = rArquivo.sNome, .uiDia = rDia.GetDia()};
-        achado.uiQuantidade = 1;
-        achado.sDetalhe = "depois do texto " + std::to_string(rTextos.GetQuantidade()) + ", no byte " +
+            .eTipo = rTextos.EstaPartida() ? EAchado::eCadeiaPartida : EAchado::eTextosDeslocados,
+            .sArquivo = rArquivo.sNome,
+            .uiDia = rDia.GetDia(),
+            .uiQuantidade = 1};
+        achado.sDetalhe = "depois do texto " + std::to_string(rTextos.GetTextosSaos()) + ", no byte " +
                           std::to_string(rArquivo.uiInicio + rTextos.GetFimSao());
+        if (rTextos.GetPerdidos() > 0)
+            achado.sDetalhe += "; segue no byte " + std::to_string(rArquivo.uiInicio + rTextos.GetRetomada());
         Anota(achado);
     }
 }

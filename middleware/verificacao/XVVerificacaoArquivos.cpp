@@ -11,6 +11,7 @@
 #include "middleware/ConversaoMiddleware.h"
 #include "middleware/XVDataBase_CR_Middleware.h"
 #include "middleware/verificacao/XVDiasDaLoja.h"
+#include "middleware/verificacao/XVInicioArquivo.h"
 #include "middleware/verificacao/XVPedacosEmRegistros.h"
 #include "middleware/verificacao/XVTextosDoControle.h"
 #include "middleware/verificacao/XVVerificacao.h"
@@ -180,24 +181,28 @@ void CXVVerificacao::VerificaLancamentos(const char* pszNome, XVUInt ulColunas) 
     SArquivoLoja arquivo;
     HRESULT hr = m_leitura.Descreve(pszNome, &arquivo);
     const CXVDataBase_CR_Middleware esquema;
+    if (SUCCEEDED(hr)) XVDecideInicioDosRegistros<T>(m_leitura, &arquivo);
     CXVConferenciaSelo conferencia(m_selos, arquivo, false);
     TXVPedacosEmRegistros<T> pedacos;
+    CXVBuracos buracos;
     SXVAchado impossivel{.eTipo = EAchado::eLancamentoImpossivel, .sArquivo = pszNome};
     std::vector<XVUInt64> aChaves;
     XVUInt ulPosicao = 0;
     const auto examina = [&](const T& reg, bool) {
-        ++ulPosicao;
-        bool bBom = TXVPlausibilidade<T>::EhPlausivel(reg);
+        const XVUInt64 uiDe = XVUInt64{ulPosicao++} * sizeof(T);
+        bool bBom = !buracos.Toca(uiDe, uiDe + sizeof(T)) && TXVPlausibilidade<T>::EhPlausivel(reg);
         for (XVUInt ul = 0; ul < ulColunas; ++ul) bBom = bBom && esquema.GetChaveIndex(reg, ul) != 0;
         if (bBom) aChaves.push_back(esquema.GetChaveIndex(reg, 0));
         if (!bBom && ++impossivel.uiQuantidade == 1)
             impossivel.sDetalhe = "o primeiro deles na posição " + std::to_string(ulPosicao);
     };
     if (SUCCEEDED(hr))
-        hr = m_leitura.Percorre(arquivo, arquivo.GetTamanhoDados(),
-                                [&](XVUInt64 uiOffset, std::span<const char> aBytes) {
-                                    pedacos.Toma(aBytes, conferencia.Confere(uiOffset, aBytes), examina);
-                                });
+        hr = m_leitura.Percorre(
+            arquivo, arquivo.GetTamanhoDados(),
+            [&](XVUInt64 uiOffset, std::span<const char> aBytes) {
+                pedacos.Toma(aBytes, conferencia.Confere(uiOffset, aBytes), examina);
+            },
+            &buracos);
     JulgaArquivo(arquivo, 0, hr);
     AnotaSelo(arquivo, conferencia.GetNovo(), conferencia.GetAlterados(), 0);
     if (pedacos.GetSobra() != 0)

@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <cerrno>
+#include <cstdlib>
 
 #include "platform/XVCaminho.h"
 #include "platform/XVCriaDiretorios.h"
@@ -17,6 +18,10 @@ struct SFechaDiretorio {
     void operator()(DIR* pDiretorio) const { closedir(pDiretorio); }
 };
 using CXVDiretorioAberto = std::unique_ptr<DIR, SFechaDiretorio>;
+
+struct SLibera {
+    void operator()(char* psz) const { std::free(psz); }
+};
 
 // Null on failure, with errno set.
 CXVDiretorioAberto AbreDiretorio(const std::string& sDiretorio) {
@@ -120,4 +125,17 @@ CXVErroArquivo CXVSistemaArquivosPosix::SincronizaDiretorio(const std::string& s
 
 CXVErroArquivo CXVSistemaArquivosPosix::CriaDiretorio(const std::string& sDiretorio) {
     return XVCriaDiretorios(sDiretorio, "/", CriaUm);
+}
+
+CXVErroArquivo CXVSistemaArquivosPosix::GetCaminhoReal(const std::string& sDiretorio, std::string& sReal) {
+    sReal.clear();
+    if (!XVCaminho::PodeNomearDiretorio(sDiretorio)) {
+        return {ECausaArquivo::eCaminhoInvalido, 0};
+    }
+    const std::unique_ptr<char, SLibera> pszReal(realpath(sDiretorio.c_str(), nullptr));
+    if (pszReal == nullptr) {
+        return ErroDiretorio();
+    }
+    sReal = pszReal.get();
+    return {};
 }

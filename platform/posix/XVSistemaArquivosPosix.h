@@ -10,6 +10,7 @@ class CXVSistemaArquivosPosix final : public IXVSistemaArquivos {
     EExistencia Existe(const std::string& sCaminho) override;
     bool EhSomenteLeitura(const std::string& sCaminho) override;
     CXVErroArquivo BuscaNomeReal(const std::string& sCaminho, std::string& sNomeReal) override;
+    CXVErroArquivo GetCaminhoReal(const std::string& sDiretorio, std::string& sReal) override;
     CXVErroArquivo Apaga(const std::string& sCaminho) override;
     CXVErroArquivo Substitui(const std::string& sOrigem, const std::string& sDestino) override;
     CXVErroArquivo Lista(const std::string& sDiretorio, const std::string& sMascara,

@@ -131,3 +131,29 @@ CXVErroArquivo CXVSistemaArquivosWindows::MarcaDiretorio(const std::string& sDir
     pMarca = std::make_unique<CXVMarcaDiretorioWindows>(std::move(handle));
     return {};
 }
+
+CXVErroArquivo CXVSistemaArquivosWindows::GetCaminhoReal(const std::string& sDiretorio, std::string& sReal) {
+    sReal.clear();
+    std::wstring sLargo;
+    const CXVErroArquivo erro = XVCaminhoWindows::Converte(sDiretorio, sLargo);
+    if (!erro.Ok()) {
+        return erro;
+    }
+    const CXVHandleArquivo handle(CreateFileW(sLargo.c_str(), 0,
+                                              FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                                              OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr));
+    if (!handle.EhValido()) {
+        const DWORD ulErro = GetLastError();
+        return XVErroWindows::De(ulErro == ERROR_FILE_NOT_FOUND ? ERROR_PATH_NOT_FOUND : ulErro);
+    }
+    const DWORD ulTamanho = GetFinalPathNameByHandleW(handle.Get(), nullptr, 0, FILE_NAME_NORMALIZED);
+    std::wstring sFinal(ulTamanho, L'\0');
+    const DWORD ulEscritos =
+        GetFinalPathNameByHandleW(handle.Get(), sFinal.data(), ulTamanho, FILE_NAME_NORMALIZED);
+    if (ulEscritos == 0 || ulEscritos >= ulTamanho) {
+        return XVErroWindows::De(GetLastError());
+    }
+    sFinal.resize(ulEscritos);
+    sReal = XVTextoWindows::ParaUtf8(sFinal);
+    return {};
+}

@@ -66,8 +66,10 @@ constexpr SMensagemCodigo k_aSistema[] = {
      "Um dos valores informados não é aceito (empresa, data, chave, enumeração ou tamanho de texto); "
      "corrija o valor e repita.",
      "Empresa fora da regra, usuário 65535, enumeração sem nome, data fora de 1848 a 2359, DMC impossível "
-     "ou texto não aceito. Nada foi gravado.",
-     "Corrija o valor; o log de erros diz qual foi conferido."},
+     "ou texto não aceito; ou a consulta ao sistema externo de uma integração que não tem sistema. Nada foi "
+     "gravado.",
+     "Corrija o valor; o log de erros diz qual foi conferido. De uma integração sem sistema, leia sem a "
+     "consulta (sem --consulta-terceiro), ou dê a ela o sistema."},
     {XVHResult(0x800700B7U), "ERROR_ALREADY_EXISTS", eProcesso,
      "O servidor já está no ar; nada há a fazer.",
      "O servidor foi iniciado à mão enquanto outro roda. É só o código de saída do segundo.",

@@ -32,8 +32,8 @@ struct SOperacaoArquivo {
     const std::string& sCaminho;  // of a move: where it goes
     bool bAltera = false;   // can change something: openings that may create, writes, lengths, deletions,
                             // moves, directories, marks
-    XVUInt64 uiOffset = 0;  // of a write (k_uiNoFim: appended), or the new length
-    std::string_view sDados = {};  // what a write writes, or where a move comes from
+    XVUInt64 uiOffset = 0;  // of a read or a write (k_uiNoFim: appended), or the new length
+    std::string_view sDados = {};  // what a write writes, where a read goes, or where a move comes from
 };
 
 // What an opened file or a mark holds of the file system beneath; the watcher may let it go earlier.
@@ -94,7 +94,13 @@ class TXVArquivoEnvolto final : public IXVArquivo, private TXVAberto<TVigia> {
           m_bAnexacao(bAnexacao) {}
 
     CXVErroArquivo Le(XVUInt64 uiOffset, void* pDados, std::size_t uiTamanho) override {
-        return Opera(EOperacaoArquivo::eLe, [&] { return Interno().Le(uiOffset, pDados, uiTamanho); });
+        return this->m_pVigia->Opera(
+            {EOperacaoArquivo::eLe,
+             m_sCaminho,
+             false,
+             uiOffset,
+             {static_cast<const char*>(pDados), uiTamanho}},
+            [&] { return Interno().Le(uiOffset, pDados, uiTamanho); }, [] {});
     }
     CXVErroArquivo Grava(XVUInt64 uiOffset, const void* pDados, std::size_t uiTamanho) override {
         return this->m_pVigia->Opera(
@@ -155,6 +161,11 @@ class TXVSistemaArquivosEnvolto : public IXVSistemaArquivos {
     }
     bool EhSomenteLeitura(const std::string& sCaminho) override {
         return Consulta(sCaminho, false, [&] { return m_rInterno.EhSomenteLeitura(sCaminho); });
+    }
+    CXVErroArquivo GetCaminhoReal(const std::string& sDiretorio, std::string& sReal) override {
+        sReal.clear();
+        return Opera(EOperacaoArquivo::eConsulta, sDiretorio, false,
+                     [&] { return m_rInterno.GetCaminhoReal(sDiretorio, sReal); });
     }
     CXVErroArquivo BuscaNomeReal(const std::string& sCaminho, std::string& sNomeReal) override {
         sNomeReal.clear();

@@ -62,6 +62,13 @@ class CXVSistemaArquivosMemoria final : public IXVSistemaArquivos {
         sNomeReal = SDiscoMemoria::NomeDe(it->first);
         return {};
     }
+    CXVErroArquivo GetCaminhoReal(const std::string& sDiretorio, std::string& sReal) override {
+        const std::lock_guard trava(m_pEstado->mutex);
+        const std::string sNormal = Normaliza(sDiretorio);
+        const bool bTem = XVCaminho::PodeNomearDiretorio(sDiretorio) && m_pEstado->EhDiretorio(sNormal);
+        sReal = bTem ? sNormal : "";
+        return bTem ? CXVErroArquivo() : Erro(ECausaArquivo::eCaminhoInvalido);
+    }
     CXVErroArquivo Apaga(const std::string& sCaminho) override {
         const std::lock_guard trava(m_pEstado->mutex);
         SLugar lugar;

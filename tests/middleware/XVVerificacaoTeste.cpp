@@ -2,9 +2,11 @@
 // store that it makes is sound and answers as the old one did.
 #include <functional>
 
+#include "middleware/verificacao/XVMiddlewareComSelos.h"
 #include "middleware/verificacao/XVRecuperacao.h"
 #include "middleware/verificacao/XVVerificacao.h"
 #include "tests/harness/XVGanchoArquivos.h"
+#include "tests/harness/XVSistemaArquivosSetorRuim.h"
 #include "tests/middleware/XVBaseDourada.h"
 #include "tests/middleware/XVOperacoesLoja.h"
 #include "tests/middleware/XVRetratoLoja.h"
@@ -114,6 +116,9 @@ auto Vira(const char* pszNome, std::size_t uiOnde) {
 auto Corta(const char* pszNome, std::size_t uiBytes) {
     return NoArquivo(pszNome, [=](std::string& rs) { rs.resize(rs.size() - uiBytes); });
 }
+auto Lixo(const char* pszNome) {
+    return NoArquivo(pszNome, [](std::string& rs) { rs.replace(0, 240, 240, '#'); });
+}
 auto Some(const char* pszNome) {
     return [=](Verificacao& r) { r.Apaga(pszNome); };
 }
@@ -162,11 +167,26 @@ const SDano k_aDanos[] = {
     {"TextoDeOutra", Poe(k_pszDia, 2 * 88 + 48, 1), "textoDeOutra 20240315:1,3",
      "20240315-1-1 com faltas; 20240315-3-1 com faltas"},
     {"CadeiaPartida", Poe(k_pszJSON, 4 + 712 + 3, '\x7f'),
-     "cadeiaPartida CRINTEGMIDJSON20240315.dat; semJSON 20240315:2-3",
+     "cadeiaPartida CRINTEGMIDJSON20240315.dat; semJSON 20240315:2; textoDeduzido 20240315:3",
      "20240315-2-1 com faltas; 20240315-3-1 com faltas"},
     {"TextoComZeros", Zera(k_pszJSON, 100, 512), "textoZerado 20240315:1", "20240315-1-1 com faltas"},
     {"ZerosNoFim", ZeraFim(k_pszMensagem, 17),
-     "cadeiaPartida CRINTEGMIDMENS20240315.dat; textoZerado 20240315:3", "20240315-3-1 com faltas"},
+     "cadeiaPartida CRINTEGMIDMENS20240315.dat; semMensagem 20240315:3", "20240315-3-1 com faltas"},
+    {"ZerosPorTextos", Zera(k_pszJSON, 0, 716),
+     "textosDeslocados CRINTEGMIDJSON20240315.dat; semJSON 20240315:1; textoDeduzido 20240315:2-3",
+     "20240315-1-1 com faltas; 20240315-2-1 com faltas; 20240315-3-1 com faltas"},
+    {"TamanhoMaior", Poe(k_pszJSON, 1, '\3'),
+     "cadeiaPartida CRINTEGMIDJSON20240315.dat; semJSON 20240315:1; textoDeduzido 20240315:2-3",
+     "20240315-1-1 com faltas; 20240315-2-1 com faltas; 20240315-3-1 com faltas"},
+    {"CabecalhoEmLixoDoDia", Lixo(k_pszDia),
+     "arquivoRecusado CRINTEGMID20240315.dat; diaRecusado 20240315:1-3", ""},
+    {"CabecalhoEmLixoDoIndice", Lixo(k_pszIndice), "arquivoRecusado CRINDEXINTEG.dat", ""},
+    {"CabecalhoEmLixoDosTextos", Lixo(k_pszMensagem),
+     "arquivoRecusado CRINTEGMIDMENS20240315.dat; diaRecusado 20240315:1-3", ""},
+    {"CabecalhoEmLixoDoMapa", Lixo("CRCHAVEREGTER.dat"), "arquivoRecusado CRCHAVEREGTER.dat", ""},
+    {"InicioQueNadaDiz", NoArquivo(k_pszMensagem, [](std::string& rs) { rs.replace(0, 246, 246, '#'); }),
+     "arquivoRecusado CRINTEGMIDMENS20240315.dat; semMensagem 20240315:1-3; diaRecusado 20240315:1-3",
+     "20240315-1-1 com faltas; 20240315-2-1 com faltas; 20240315-3-1 com faltas"},
     {"MensagensAusentes", Some(k_pszMensagem),
      "arquivoAusente CRINTEGMIDMENS20240315.dat; semMensagem 20240315:1-3",
      "20240315-1-1 com faltas; 20240315-2-1 com faltas; 20240315-3-1 com faltas"},
@@ -207,6 +227,54 @@ TEST_P(VerificacaoDano, EhDitoERecuperado) {
 }
 INSTANTIATE_TEST_SUITE_P(Loja, VerificacaoDano, testing::ValuesIn(k_aDanos),
                          [](const auto& rInfo) { return std::string(rInfo.param.pszNome); });
+
+// A sector that the device does not give back: what lies beside it comes back, at its place, whatever the
+// sector held. What is not known to be whole is told.
+TEST_F(Verificacao, SetorRuimNaoLevaOQueEstaAtras) {
+    CXVSistemaArquivosSetorRuim disco(m_Arquivos);
+    const CXVGuardaSistemaArquivos guarda(disco);
+    SetDia(15);
+    for (unsigned i = 4; i <= 13; ++i) Grava(*Abre(), CXVIntegracaoTeste(i).Textos("{}", "m", "r"));
+    const auto inteiro = m_Arquivos.Retrata();
+    const auto prova = [&](const char* pszNome, XVUInt64 uiDe, XVUInt64 uiBytes, const std::string& sAchados,
+                           const std::string& sRecuperadas) {
+        SCOPED_TRACE(std::string(pszNome) + ' ' + std::to_string(uiDe));
+        m_Arquivos.Restaura(inteiro);
+        m_registry.SetTexto(CAmbienteXV::GetChaveRegistry(XV_DF), "Path", "/telvo");
+        disco.GetTrechos() = {{PastaDados(pszNome), uiDe, uiBytes}};
+        EXPECT_EQ(Verifica(), "arquivoIlegivel " + std::string(pszNome) + sAchados);
+        EXPECT_EQ(Recupera(), sRecuperadas);
+        EXPECT_EQ(Verifica(), "");
+        return XVLe(*Abre(), {XVChaveDmc(k_uiHoje, 3)});
+    };
+    const std::string sOutra = "{\"outra\":1}" + std::string(700, 'j');
+    EXPECT_EQ(prova(k_pszDia, 600, 8, "; ilegivel 20240315:4-9",
+                    "20240315-4-1 perdida; 20240315-5-1 perdida; 20240315-6-1 perdida; "
+                    "20240315-7-1 perdida; 20240315-8-1 perdida; 20240315-9-1 perdida")
+                  .sJSON,
+              sOutra);
+    EXPECT_EQ(XVLe(*Abre(), {XVChaveDmc(k_uiHoje, 13)}).reg.uiChaveIntegracaoSistemaTerceiro, 13U);
+    EXPECT_EQ(prova(k_pszJSON, 1100, 8, "; textoIlegivel 20240315:2", "20240315-2-1 com faltas").sJSON,
+              sOutra);
+    // The length of the second text, in a sector that begins in the first one.
+    std::string sTodas = "20240315-1-1 com faltas";
+    for (unsigned i = 2; i <= 13; ++i) sTodas += "; 20240315-" + std::to_string(i) + "-1 com faltas";
+    const SIntegracaoLida deduzida =
+        prova(k_pszJSON, 956, 4,
+              "; cadeiaPartida CRINTEGMIDJSON20240315.dat; semJSON 20240315:1-2; "
+              "textoDeduzido 20240315:3-13",
+              sTodas);
+    EXPECT_EQ(deduzida.sJSON, sOutra);
+    EXPECT_NE(deduzida.sMensagem.find("só a contagem"), std::string::npos);
+    EXPECT_EQ(m_Arquivos.LeConteudo("/nova/MATRIZ/separados/CRINTEGMIDJSON20240315.dat.1024"),
+              std::string(647, 'j'))
+        << "what lies between the sector and the next text is kept";
+    EXPECT_EQ(prova(k_pszMensagem, 0, 240, "; diaRecusado 20240315:1-13", "bytes").sMensagem,
+              "outra enviada");
+    EXPECT_EQ(
+        prova("CRCHAVEREGTER.dat", 240, 8, "; lancamentoImpossivel CRCHAVEREGTER.dat", "bytes").sRetorno,
+        "{\"outra\":2}" + std::string(300, 'r'));
+}
 
 // What only the index knew is not made up, and nobody gets a key that was somebody's.
 TEST_F(Verificacao, SemIndiceVoltaComErroEAChaveDoLog) {
@@ -256,6 +324,8 @@ TEST_F(Verificacao, RecuperacaoRecusaOQueNaoPodeSaber) {
     EXPECT_EQ(recupera(false), eInvalidFile);
     for (const auto& [sDestino, sSeparados, hr] :
          {std::tuple(PastaDados("x/DF"), PastaDados("x/separados"), HRESULT{E_INVALIDARG}),
+          std::tuple(PastaDados("../DF/x"), std::string("/nova/x"), HRESULT{E_INVALIDARG}),
+          std::tuple(std::string("/nao/../outra/DF"), std::string("/nova/x"), HRESULT{E_INVALIDARG}),
           std::tuple(std::string("/outra/DF"), std::string("/nova/MATRIZ/DF"), HRESULT{eInvalidFile})}) {
         SRecuperacao recuperacao;
         EXPECT_EQ(CXVRecuperacao({PastaDados(), sDestino, sSeparados}, m_Dono, true).Executa(&recuperacao),
@@ -335,6 +405,35 @@ TEST_F(Verificacao, AoLadoDeQuemGravaEDepoisDaMorte) {
     EXPECT_EQ(Verifica(nullptr, EGravidade::eNota), "diarioAConcluir XVDATABASE_ABERTA.srk");
     Muda(k_pszIndice, [](std::string& rs) { rs += "x"; });
     EXPECT_EQ(Verifica().substr(0, 38), "diarioNaoConfere XVDATABASE_ABERTA.srk");
+}
+
+// With the first integration of a day the days before are sealed, those that are sound; a later seal never
+// covers what an earlier one shows.
+TEST_F(Verificacao, DiasQuePassaramSaoSeladosSemQueSePeca) {
+    const auto comecaDia = [this](unsigned uiDia) {
+        CXVMiddlewareComSelos loja;
+        ASSERT_EQ(XVInicializa(loja), S_OK);
+        SetDia(uiDia);
+        Grava(loja, CXVIntegracaoTeste(uiDia).Textos("{}", "m", "r"));
+        Grava(loja, CXVIntegracaoTeste(uiDia + 100));
+        EXPECT_EQ(loja.Finaliza(), S_OK);
+    };
+    const auto selados = [this] {
+        TSelos selos;
+        EXPECT_EQ(XVSelos::Le(PastaDados(), &selos), S_OK);
+        return selos;
+    };
+    Poe(k_pszJSON, 4 + 712 + 3, '\x7f')(*this);
+    comecaDia(16);
+    const TSelos primeiros = selados();
+    EXPECT_EQ(primeiros.size(), 8U) << "the 13th and the 14th; the 15th is damaged, the 16th goes on";
+    EXPECT_TRUE(primeiros.contains("crintegmidjsonret20240314.dat"));
+    Vira("CRINTEGMIDJSON20240314.dat", 300)(*this);
+    comecaDia(17);
+    EXPECT_EQ(selados().size(), 12U);
+    EXPECT_EQ(selados().at("crintegmidjson20240314.dat"), primeiros.at("crintegmidjson20240314.dat"));
+    EXPECT_EQ(Verifica().find("blocoAlterado CRINTEGMIDJSON20240314.dat; alterada 20240314:1"), 0U)
+        << Verifica();
 }
 
 // A bit that nobody wrote is seen by the seal alone; what operations do is none.

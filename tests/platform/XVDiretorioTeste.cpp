@@ -14,6 +14,19 @@ TEST_P(CXVSistemaArquivosTeste, NomeRealEAchadoSemOlharACaixa) {
     }
 }
 
+TEST_P(CXVSistemaArquivosTeste, DoisNomesDoMesmoLugarTemUmCaminhoReal) {
+    ASSERT_EQ(CriaDiretorio("a/b"), ECausa::eNenhuma);
+    std::string sReal;
+    std::string sOutro;
+    ASSERT_TRUE(m_rSistema.GetCaminhoReal(Caminho("a"), sReal).Ok());
+    EXPECT_TRUE(m_rSistema.GetCaminhoReal(Caminho("a/b/../."), sOutro).Ok());
+    EXPECT_EQ(sOutro, sReal);
+    ASSERT_TRUE(m_rSistema.GetCaminhoReal(Caminho("a/b"), sOutro).Ok());
+    EXPECT_EQ(sOutro.substr(0, sReal.size()), sReal);
+    EXPECT_EQ(m_rSistema.GetCaminhoReal(Caminho("nao"), sOutro).GetCausa(), ECausa::eCaminhoInvalido);
+    EXPECT_EQ(sOutro, "");
+}
+
 TEST_P(CXVSistemaArquivosTeste, ArquivoAbertoPorAlguemNaoEApagadoNemSubstituido) {
     Cria("a.dat", "aaa");
     Cria("b.dat", "bbb");

@@ -19,7 +19,7 @@ class ProgramaBase : public XVPrograma {};
 
 TEST_F(ProgramaBase, BaseQueNaoHaNaoECriadaPorQuemSoOlha) {
     for (const char* pszComando : {"--leitura busca", "busca", "converte --simula", "converte", "versao",
-                                   "mapa lista", "verifica", "recupera", "registro"}) {
+                                   "mapa lista", "verifica", "recupera", "resumo", "registro"}) {
         const SExecucao execucao = Xvcr(pszComando);
         EXPECT_EQ(execucao.iSaida, 1);
         EXPECT_THAT(execucao.sErro, HasSubstr("0x80043EBF eBadPath: a empresa \"001\" não tem base"));

@@ -162,7 +162,9 @@ TEST_F(Registro, SegueOQueChegaPeloTempoPedido) {
             std::error_code erro;  // Windows does not let a file be moved that somebody reads
             std::filesystem::rename(m_Diretorio.Junta("001/DF/XVProfilerErros_Base_202611.log"),
                                     m_Diretorio.Junta("001/DF/antigo.log"), erro);
-            anexa("202611", (erro ? "" : k_sCabecalho) + Linha(m_Noite));
+            std::string sNovo = erro ? "" : k_sCabecalho;  // longer than what was read of the one before
+            for (int i = 0; i < 20; ++i) sNovo += Linha(m_Manha);
+            anexa("202611", sNovo + Linha(m_Noite));
         }
     });
     const CXVGuardaRelogio guarda(relogio);

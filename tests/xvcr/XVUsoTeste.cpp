@@ -260,8 +260,13 @@ TEST_F(UsoEmMemoria, ArquivoIlegivelVemAntesDoQueDependeDele) {
     const auto linhas = XVLinhasJson(Executa("verifica --json").sSaida);
     EXPECT_EQ(linhas.at(0)["achado"], "arquivoIlegivel");
     EXPECT_THAT(linhas.at(1).value("fazer", ""), StartsWith("Primeiro torne legível"));
-    EXPECT_THAT(Executa("recupera --para /nova").sErro,
-                HasSubstr(" Arquivo: /dados/001/DF/CRINDEXINTEG.dat"));
+    EXPECT_THAT(Executa("recupera --para /nova").sSaida,
+                HasSubstr("O sistema não deixou ler até o fim: CRINDEXINTEG.dat\n"));
+    m_Falhas.Programa(
+        {.eOperacao = EOperacaoArquivo::eAbre, .bPermanente = true, .eCausa = ECausaArquivo::eAcessoNegado});
+    EXPECT_THAT(Executa("recupera --para /outra").sErro,
+                HasSubstr(" Arquivo: /dados/001/DF/CRINDEXINTEG.dat"))
+        << "who may not read the index is to be let, before every status is given up";
 }
 
 // What is known only when the store closes is a failure of the command too.

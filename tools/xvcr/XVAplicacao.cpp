@@ -65,6 +65,7 @@ void AdicionaComandos(CLI::App& rRaiz, CXVContexto& rContexto) {
     XVAdicionaConsulta(rRaiz, rContexto);
     XVAdicionaConverte(rRaiz, rContexto);
     XVAdicionaVersao(rRaiz, rContexto);
+    XVAdicionaResumo(rRaiz, rContexto);
     XVAdicionaVerifica(rRaiz, rContexto);
     XVAdicionaRecupera(rRaiz, rContexto);
     XVAdicionaCopia(rRaiz, rContexto);

@@ -21,6 +21,7 @@ void XVAdicionaInstantanea(CLI::App& rRaiz, CXVContexto& rContexto);
 void XVAdicionaConsulta(CLI::App& rRaiz, CXVContexto& rContexto);
 void XVAdicionaConverte(CLI::App& rRaiz, CXVContexto& rContexto);
 void XVAdicionaVersao(CLI::App& rRaiz, CXVContexto& rContexto);
+void XVAdicionaResumo(CLI::App& rRaiz, CXVContexto& rContexto);
 void XVAdicionaVerifica(CLI::App& rRaiz, CXVContexto& rContexto);
 void XVAdicionaRecupera(CLI::App& rRaiz, CXVContexto& rContexto);
 void XVAdicionaCopia(CLI::App& rRaiz, CXVContexto& rContexto);

@@ -1,6 +1,7 @@
 #include "tools/xvcr/logs/XVArquivosLog.h"
 
 #include <algorithm>
+#include <fstream>
 #include <utility>
 
 #include "platform/XVPlataforma.h"
@@ -15,6 +16,16 @@ constexpr std::size_t k_uiLimiteLinha = 1024U * 1024U;  // bytes; a record is fa
 std::string_view AnoMes(std::string_view sNome) {
     constexpr std::size_t k_uiFim = sizeof("202611.log") - 1;
     return sNome.size() < k_uiFim ? std::string_view() : sNome.substr(sNome.size() - k_uiFim, 6);
+}
+
+// The header and the first records, which hold their moments: what tells one log from another.
+std::string Inicio(const std::string& sArquivo) {
+    constexpr std::streamsize k_iInicio = 4096;  // bytes
+    std::ifstream arquivo(XVCaminhoDeUtf8(sArquivo), std::ios::binary);
+    std::string sInicio(k_iInicio, '\0');
+    arquivo.read(sInicio.data(), k_iInicio);
+    sInicio.resize(static_cast<std::size_t>(arquivo.gcount()));
+    return sInicio;
 }
 
 }  // namespace
@@ -34,7 +45,10 @@ std::vector<std::string> SOrigemLog::Lista() const {
 }
 
 CXVLeitorLog::CXVLeitorLog(const std::string& sArquivo, bool bCresce)
-    : m_sArquivo(sArquivo), m_pFonte(XVAbreFonte(sArquivo)), m_Leitor(*m_pFonte, k_uiLimiteLinha, bCresce) {}
+    : m_sArquivo(sArquivo),
+      m_sInicio(Inicio(sArquivo)),
+      m_pFonte(XVAbreFonte(sArquivo)),
+      m_Leitor(*m_pFonte, k_uiLimiteLinha, bCresce) {}
 
 bool CXVLeitorLog::Proximo(SLinhaLog* pLinha) {
     std::string sLinha;
@@ -59,8 +73,12 @@ void CXVLeitorLog::DizIlegivel() {
         XVEscreveErro(sOnde + ": o log não começa por um cabeçalho; o que vem antes de um não é mostrado");
 }
 
-bool CXVLeitorLog::FoiTrocado() const {
+bool CXVLeitorLog::FoiTrocado() {
     std::error_code erro;
     const std::uintmax_t uiTamanho = std::filesystem::file_size(XVCaminhoDeUtf8(m_sArquivo), erro);
-    return !erro && uiTamanho < m_Leitor.GetBytes();
+    if (erro) return false;
+    std::string sInicio = Inicio(m_sArquivo);
+    if (uiTamanho < m_Leitor.GetBytes() || !sInicio.starts_with(m_sInicio)) return true;
+    m_sInicio = std::move(sInicio);
+    return false;
 }

@@ -30,13 +30,15 @@ class CXVLeitorLog {
 
     // The next record that is there now. Lines that are none are passed over, and told on the error output.
     bool Proximo(SLinhaLog* pLinha);
-    // Whether the file that now has this name is shorter than what was read of it: cut, or another one.
-    bool FoiTrocado() const;
+    // Whether the file that now has this name is shorter than what was read of it, or begins otherwise: cut,
+    // or another one.
+    bool FoiTrocado();
 
   private:
     void DizIlegivel();
 
     const std::string m_sArquivo;
+    std::string m_sInicio;  // as it was when the file was last looked at
     std::unique_ptr<IXVFonteBytes> m_pFonte;
     CXVLeitorLinhas m_Leitor;
     std::optional<CXVCabecalhoLog> m_Cabecalho;

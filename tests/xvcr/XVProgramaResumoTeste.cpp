@@ -1,0 +1,96 @@
+// resumo, as a person, a program and a collector of numbers read it.
+#include <gmock/gmock.h>
+
+#include <filesystem>
+#include <regex>
+#include <set>
+#include <sstream>
+
+#include "tests/xvcr/XVPrograma.h"
+#include "tools/xvcr/text/XVTextoTela.h"
+
+namespace {
+
+using testing::HasSubstr;
+using testing::Not;
+
+class ProgramaResumo : public XVPrograma {
+  protected:
+    void SetUp() override {
+        m_sVelha =
+            Grava("grava --status Pendente --sistema Mercos --tipo BuscaPedidos --inclusao 2020-01-01");
+        Grava("grava --status Pendente --sistema OfficialBank --tipo BuscaPedidos --chave 1");
+        GravaErro("Falha de rede");
+        GravaErro("Produto P1004 não encontrado (pedido 12/2026, às 10:05)");
+        m_sUltima = GravaErro("Produto 77-B não encontrado (pedido 9, às 11:00)");
+    }
+    std::string GravaErro(const std::string& sMensagem) {
+        const std::string sDmc = Grava("grava --status Pendente --sistema Mercos --tipo CadastroProduto");
+        EXPECT_EQ(Xvcr("status --status Erro --dmc " + sDmc + " --mensagem", {sMensagem}).iSaida, 0);
+        return sDmc;
+    }
+    std::string m_sVelha, m_sUltima;
+};
+
+TEST_F(ProgramaResumo, OQueEsperaPorAlguemVemPrimeiroEContado) {
+    const auto json = XVLinhasJson(Xvcr("resumo --json").sSaida).at(0);
+    EXPECT_EQ(json["integracoes"], 5);
+    EXPECT_EQ(json["ilegiveis"], 0);
+    std::vector<int> listaIdades;
+    for (const auto& rIdade : json["pendentes"]["idades"]) listaIdades.push_back(rIdade["quantidade"]);
+    EXPECT_EQ(listaIdades, (std::vector{1, 0, 0, 0, 1}));
+    EXPECT_EQ(json["pendentes"]["maisAntiga"]["sDmc"], m_sVelha);
+    EXPECT_GT(json["pendentes"]["maisAntiga"]["segundos"], 5 * 365 * 86400);
+    const auto& rGrupos = json["erros"]["grupos"];
+    EXPECT_EQ(json["erros"]["quantidade"], 3);
+    ASSERT_EQ(rGrupos.size(), 2U);
+    EXPECT_EQ(rGrupos[0]["quantidade"], 2);
+    EXPECT_EQ(rGrupos[0]["mensagem"], "Produto # não encontrado (pedido #, às #)");
+    EXPECT_EQ(rGrupos[0]["sDmc"], m_sUltima);
+    EXPECT_EQ(rGrupos[0]["exemplo"], "Produto 77-B não encontrado (pedido 9, às 11:00)");
+    EXPECT_EQ(json["status"].dump(), R"({"Erro":3,"Pendente":2})");
+    EXPECT_EQ(json["sistemas"].dump(), R"({"Mercos":4,"OfficialBank":1})");
+    EXPECT_EQ(json["tipos"].dump(), R"({"BuscaPedidos":2,"CadastroProduto":3})");
+    EXPECT_EQ(json["dias"][m_sVelha.substr(0, 8)], 5);
+    EXPECT_EQ(json["textosMortos"], 3) << "the empty messages of before";
+    EXPECT_EQ(json["bytesMortos"], 12);
+    const std::string sTexto = Xvcr("resumo").sSaida;
+    EXPECT_LT(sTexto.find("Pendentes: 2; a mais antiga, " + m_sVelha), sTexto.find("Com erro: 3"));
+    EXPECT_LT(sTexto.find("2  Produto # não encontrado"), sTexto.find("1  Falha de rede"));
+    std::istringstream linhas(sTexto);
+    for (std::string sLinha; std::getline(linhas, sLinha);)
+        EXPECT_LE(XVTextoTela::GetLargura(sLinha), 80U) << sLinha;
+}
+
+TEST_F(ProgramaResumo, NumerosParaColetoresSaoSoNumeros) {
+    std::filesystem::create_directories(m_Diretorio.Junta("002/DF"));
+    m_Diretorio.CriaArquivo("002/DF/CRMIDDLEWAREVS.dat", std::string(16, '\4'));
+    m_Diretorio.CriaArquivo("002/DF/CRDTHRINTEG.dat", std::string(32, '\1'));
+    const SExecucao execucao = Xvcr("resumo --todas --prometheus");
+    EXPECT_EQ(execucao.iSaida, 1);
+    EXPECT_THAT(execucao.sErro, HasSubstr("empresa 002: 0x"));
+    EXPECT_THAT(execucao.sSaida, Not(HasSubstr("rede")));
+    const std::regex amostra(R"re((\w+)\{empresa="001"(,\w+="(?:[^"\\\n]|\\["\\n])*")*\} \d+)re");
+    std::set<std::string> nomes;
+    std::string sNome;
+    std::istringstream linhas(execucao.sSaida);
+    for (std::string sLinha; std::getline(linhas, sLinha);) {
+        std::smatch partes;
+        if (sLinha.starts_with("# HELP ")) {
+            sNome = sLinha.substr(7, sLinha.find(' ', 7) - 7);
+            EXPECT_TRUE(nomes.insert(sNome).second) << "all samples of a name stand together: " << sNome;
+            ASSERT_TRUE(std::getline(linhas, sLinha));
+            EXPECT_EQ(sLinha, "# TYPE " + sNome + " gauge");
+        } else if (std::regex_match(sLinha, partes, amostra)) {
+            EXPECT_EQ(partes[1], sNome);
+        } else {
+            ADD_FAILURE() << sLinha;
+        }
+    }
+    EXPECT_EQ(nomes.size(), 7U);
+    EXPECT_THAT(execucao.sSaida,
+                HasSubstr("\nxvcr_integracoes{empresa=\"001\",status=\"Erro\",sistema=\"Mercos\"} 3\n"));
+    EXPECT_THAT(execucao.sSaida, HasSubstr("\nxvcr_pendentes{empresa=\"001\",idade=\"maior\"} 1\n"));
+}
+
+}  // namespace
