@@ -142,7 +142,9 @@ void CXVExameDia::ExaminaTexto(std::size_t uiQual) {
     for (const TRegistro& reg : m_aRegistros) ulMaior = std::max(ulMaior, XVPonteirosDeTextos(reg)[uiQual]);
     if (SUCCEEDED(hr)) XVDecideInicioDosTextos(m_rLeitura, ulMaior, &rArquivo);
     if (SUCCEEDED(hr)) hr = rTextos.Examina(m_rLeitura, rArquivo, Alcance(rArquivo), m_rSelos);
-    const XVUInt ulUltima = bMesmo ? UltimaApontada(uiQual) : 0;
+    // Of a store that was not closed the device may have the records and not the last texts.
+    const bool bFechada = m_rLeitura.GetDiario() == EDiario::eAusente;
+    const XVUInt ulUltima = bMesmo && bFechada ? UltimaApontada(uiQual) : 0;
     if (ulUltima != 0) rTextos.Emenda(m_rLeitura, rArquivo, ulUltima);
     m_aFalhas[uiQual] = hr;
     for (std::size_t i = 0; i < m_aRegistros.size(); ++i) {

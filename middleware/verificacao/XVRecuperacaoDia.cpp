@@ -37,14 +37,14 @@ constexpr SFrase k_aFrases[] = {
     {eMotivo_TextoZerado, " Um texto que voltou em zeros foi posto de lado."},
     {eMotivo_TextoIlegivel, " Um texto que o disco não devolveu inteiro foi posto de lado."},
     {eMotivo_TextoDeduzido,
-     " Um texto está depois de um trecho danificado do arquivo: que é desta integração, só a contagem a "
-     "partir "
-     "do fim diz."},
+     " Um texto que está depois de um trecho danificado do arquivo foi posto de lado: que é desta "
+     "integração, "
+     "só a contagem a partir do fim diz."},
     {eMotivo_TextoDeOutra, " Um dos textos pode ser de outra integração, que aponta o mesmo."},
 };
 
 bool EhRuim(XVByte ucMarcas) {
-    return (ucMarcas & (eTexto_Zerado | eTexto_ZerosNoFim | eTexto_Ilegivel)) != 0;
+    return (ucMarcas & (eTexto_Zerado | eTexto_ZerosNoFim | eTexto_Ilegivel | eTexto_Deduzido)) != 0;
 }
 
 void PoePonteiro(TRegistro* pReg, std::size_t uiQual, XVUInt ulPosicao) {
