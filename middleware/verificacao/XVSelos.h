@@ -43,7 +43,6 @@ class CXVConferenciaSelo {
     // A block of the payload, in order. True: its bytes are not those that were sealed.
     bool Confere(XVUInt64 uiOffset, std::span<const char> aBytes);
     // Once all was read.
-    bool TemSelo() const { return m_pAntigo != nullptr; }
     XVUInt64 GetAlterados() const { return m_uiAlterados; }
     const SSelo& GetNovo() const { return m_novo; }
 

@@ -152,7 +152,7 @@ TEST(SelecaoIndex, ComESemResumoAchaOMesmo) {
             EXPECT_TRUE(selecao.EmOrdem());
         }
         ASSERT_TRUE(std::ranges::equal(aAchadas[0].GetDmcs(), aAchadas[1].GetDmcs())) << i;
-        const TReg reg{0, {1}, 0, 0};
+        const TReg reg{0, {i % 2 == 0 ? 1U : 5000U}, 0, 0};  // older than the one before, newer than the next
         resumo.Muda(aRegistros, 7, reg);
         EXPECT_FALSE(resumo.EmOrdem());
     }

@@ -4,6 +4,7 @@
 #include <list>
 #include <utility>
 
+#include "client/XVCliente.h"
 #include "tests/harness/XVProcessoFilho.h"
 #include "tests/xvcr/XVPrograma.h"
 
@@ -24,6 +25,19 @@ TEST_F(ProgramaBase, BaseQueNaoHaNaoECriadaPorQuemSoOlha) {
         EXPECT_THAT(execucao.sErro, HasSubstr("0x80043EBF eBadPath: a empresa \"001\" não tem base"));
     }
     EXPECT_FALSE(std::filesystem::exists(m_Diretorio.Junta("001")));
+}
+
+TEST_F(ProgramaBase, QuemSoOlhaTrabalhaAoLadoDeQuemEscreve) {
+    XVCliente::CXVCliente escritor;
+    ASSERT_EQ(escritor.ConectaLocal({.sEmpresa = "001"}, {.sDiretorio = m_Diretorio.GetCaminho()}), S_OK);
+    REG_XVDMC regDmc;
+    ASSERT_EQ(escritor.GravaIntegracao(&regDmc, {.eStatusIntegracao = eXVSMiddleware_Pendente,
+                                                 .eSistemaIntegracao = SimulacaoSistemaTerceiro}),
+              S_OK);
+    EXPECT_EQ(Xvcr("busca --conta").sSaida, "1\n");
+    for (const char* pszComando : {"busca --le", "mapa lista", "datahora lista", "versao", "verifica"})
+        EXPECT_EQ(Xvcr(pszComando).iSaida, 0) << pszComando;
+    EXPECT_EQ(escritor.Desconecta(), S_OK);
 }
 
 TEST_F(ProgramaBase, VersaoDeCadaSituacao) {

@@ -79,6 +79,7 @@ TEST_F(ProgramaBusca, FormasDoResultado) {
     EXPECT_THAT(Xvcr("busca --limite 2").sSaida, testing::EndsWith("\n2 integrações\n"));
     EXPECT_THAT(Xvcr("busca --limite 1").sSaida, testing::EndsWith("20261103-217-2\n1 de 2 integrações\n"));
     EXPECT_EQ(Xvcr("busca --limite 1 --dmcs").sSaida, sUm + "\n");
+    EXPECT_EQ(Xvcr("busca --limite 3 --dmcs").sSaida, sUm + "\n" + sDois + "\n");
     EXPECT_THAT(Xvcr("busca --status Enviado --limite 1").sSaida,
                 testing::AllOf(testing::StartsWith("DMC  "), testing::EndsWith("---\n0 integrações\n")));
     EXPECT_EQ(Json("busca --limite 1 --le").at(0)["sDmc"], sUm);

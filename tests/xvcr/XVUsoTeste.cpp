@@ -29,6 +29,7 @@ const struct SErroDeUso {
     {"apaga", "comando desconhecido: apaga"},
     {"busca --nada", "opção desconhecida: --nada"},
     {"busca --limit 3", "opção desconhecida: --limit (quis dizer --limite?)"},
+    {"mapa bsuca", "comando desconhecido: bsuca (quis dizer busca?)"},
     {"mapa buca", "comando desconhecido: buca (quis dizer busca?)"},
     {"status --dmc 20261121-1-1 --stauts Erro", "opção desconhecida: --stauts (quis dizer --status?)"},
     {"busca a b", "argumento inesperado: a"},

@@ -56,7 +56,11 @@ TEST_F(IndiceArquivo, RecusasNaoGravamNada) {
     recusa(5, {{6, 0, 0}, {5, 0, 0}}, E_XVCR_CHAVE_DE_INDEXACAO_REPETIDA);
     EXPECT_EQ(m_Relogio.GetQuantidadeDormidas(), uiDormidas) << "a refusal is not tried again";
     uiPosicao = 5;
-    EXPECT_EQ(banco->Grava(uiPosicao, {5, 8, 1}), S_OK) << "a record keeps its own key";
+    L listaPedida;  // from here on the table is there, and follows the changes
+    EXPECT_EQ(banco->ExisteIndex(XVUInt64{7}, listaPedida, 1), S_OK);
+    EXPECT_EQ(listaPedida, (L{3, 4, 5}));
+    for (const XVUInt ulGrupo : {8U, 7U, 8U})
+        EXPECT_EQ(banco->Grava(uiPosicao, {5, ulGrupo, 1}), S_OK) << "a record keeps its own key";
     const std::pair<XVUInt64, L> aGrupos[] = {{7, {3, 4}}, {8, {5, 6}}, {0, {}}};  // ascending; zero left out
     for (const auto& [uiGrupo, rEsperadas] : aGrupos) {
         L lista{99};

@@ -91,10 +91,12 @@ TEST_F(MembrosAbertos, OrcamentoEDaBaseEValeTambemParaOQueCresce) {
     EXPECT_EQ(Usa('B', 2), "A1A2A3B1B2") << "2,000,000 bytes of records";
     Usa('A', 1);
     EXPECT_EQ(Usa('B', 3), "A1A3B1B2B3") << "the one of another group was used longest ago";
+    Usa('A', 2);
+    EXPECT_EQ(Usa('A', 3), "A1A2A3B2B3") << "the same of the group behind";
     XVUInt uiPosicao = 0;
     const std::vector<REG_TESTE> aMuitos(3 * k_ulRegistros, {9, 9, 9});
     EXPECT_EQ(m_b.GravaColecao(3, uiPosicao, aMuitos), S_OK);
-    EXPECT_EQ(Abertos(), "A1A3B2B3") << "two of each group stay, whatever they take";
+    EXPECT_EQ(Abertos(), "A2A3B2B3") << "two of each group stay, whatever they take";
     ASSERT_EQ(m_xvDB.Finaliza(), S_OK);
 }
 
