@@ -44,6 +44,12 @@ class Verificacao : public CXVCenarioLoja {
         EXPECT_EQ(verificacao.EhIntegra(), Achados(verificacao, EGravidade::eDano).empty());
         return Achados(verificacao, eDesde);
     }
+    HRESULT Sela() {
+        SVerificacao verificacao;
+        CXVVerificacao executor(PastaDados(), m_Dono);
+        EXPECT_EQ(executor.Executa(&verificacao), S_OK);
+        return executor.Sela();
+    }
     // "20240315-3-1 perdida; 20240315-2-1 com faltas"; from now on the new store is the one that opens.
     std::string Recupera() {
         SRecuperacao recuperacao;
@@ -200,6 +206,8 @@ const SDano k_aDanos[] = {
     {"CopiaDeixada", Troca("CRDTHRINTEG.tra", "CRDTHRINTEG.dat"), "copiaDeixada CRDTHRINTEG.tra", ""},
     {"DatasComZeros", Zera("CRDTHRINTEG.dat", 0, 32), "lancamentoImpossivel CRDTHRINTEG.dat", "bytes"},
     {"DatasAusentes", Some("CRDTHRINTEG.dat"), "arquivoAusente CRDTHRINTEG.dat", "bytes"},
+    {"DatasComResto", NosDados("CRDTHRINTEG.dat", [](std::string& rs) { rs += "resto"; }),
+     "registroPelaMetade CRDTHRINTEG.dat", "bytes"},
     {"DatasCortadas", Corta("CRDTHRINTEG.dat", 32), "arquivoRecusado CRDTHRINTEG.dat", "bytes"},
 };
 
@@ -354,15 +362,26 @@ TEST_F(Verificacao, SubstituidaDoBancoNaoFazFalta) {
     EXPECT_EQ(Abre()->GravaIntegracao(&regDmc, CXVIntegracaoTeste(501, OfficialBank).Ptr()), S_OK);
     EXPECT_EQ(Verifica(&verificacao), "") << "its successor has had another key since";
     EXPECT_EQ(verificacao.uiSubstituidas, 1U);
+    SetDia(17);
+    Grava(*Abre(), CXVIntegracaoTeste(501, OfficialBank));
+    EXPECT_EQ(Verifica(&verificacao), "") << "its successor has been replaced itself";
+    EXPECT_EQ(verificacao.uiSubstituidas, 2U);
     Apaga("XVLogGeral_202403.log");
-    EXPECT_EQ(Verifica(&verificacao), "talvezSubstituida 20240315:2");
+    const char* pszAchados = "talvezSubstituida 20240315:2; talvezSubstituida 20240316:1";
+    EXPECT_EQ(Verifica(&verificacao), pszAchados);
     EXPECT_TRUE(verificacao.EhIntegra());
+    const std::string sAntes = Conteudo("CRINTEGMID20240316.dat");
     EXPECT_EQ(Recupera(), "");
-    EXPECT_EQ(Verifica(), "talvezSubstituida 20240315:2");
+    EXPECT_EQ(Verifica(), pszAchados);
+    EXPECT_EQ(Conteudo("CRINTEGMID20240316.dat").substr(240), sAntes.substr(240)) << "texts and all";
 }
 
 TEST_F(Verificacao, DeIndiceDanificadoNadaFoiSubstituido) {
     Grava(*Abre(), CXVIntegracaoTeste(500, OfficialBank));
+    const auto antes = m_Arquivos.Retrata();
+    NosDados(k_pszIndice, [](std::string& rs) { rs += "resto"; })(*this);
+    EXPECT_EQ(Verifica(), "registroPelaMetade CRINDEXINTEG.dat; talvezSubstituida 20240315:2");
+    m_Arquivos.Restaura(antes);
     NosDados(k_pszIndice, [](std::string& rs) { rs.append(48, '\0'); })(*this);
     EXPECT_EQ(Verifica(), "indiceImpossivel CRINDEXINTEG.dat; talvezSubstituida 20240315:2");
     EXPECT_EQ(Recupera(), "20240315-2-1 com faltas");
@@ -400,6 +419,10 @@ TEST_F(Verificacao, AoLadoDeQuemGravaEDepoisDaMorte) {
         EXPECT_EQ(verificacao.uiInteiras, verificacao.uiIntegracoes);
     }
     EXPECT_EQ(Verifica(nullptr, EGravidade::eNota), "emUso XVDATABASE_ABERTA.srk");
+    m_Arquivos.CriaArquivo(PastaDados("CRDTHRINTEG.tra"), "");
+    EXPECT_EQ(Verifica(nullptr, EGravidade::eNota),
+              "emUso XVDATABASE_ABERTA.srk; conversaoInterrompida CRDTHRINTEG.tra");
+    Apaga("CRDTHRINTEG.tra");
     const auto morta = m_Arquivos.Retrata();
     pEscritor.reset();
     m_Arquivos.Restaura(morta);
@@ -439,13 +462,13 @@ TEST_F(Verificacao, DiasQuePassaramSaoSeladosSemQueSePeca) {
 
 // A bit that nobody wrote is seen by the seal alone; what operations do is none.
 TEST_F(Verificacao, SeloAcusaOQueNenhumaOperacaoMudou) {
-    SVerificacao verificacao;
-    const auto sela = [&] {
-        CXVVerificacao executor(PastaDados(), m_Dono);
-        EXPECT_EQ(executor.Executa(&verificacao), S_OK);
-        return executor.Sela();
-    };
-    EXPECT_EQ(sela(), S_OK);
+    // Of the third text on the 14th the length begins in the first block and ends in the second.
+    const char* pszLongos = "CRINTEGMIDJSON20240314.dat";
+    const std::size_t uiUm = CXVLeituraLoja::k_uiBloco + 234 - Conteudo(pszLongos).size();
+    SetDia(14);
+    for (const std::size_t ui : {uiUm, std::size_t{2}})
+        Grava(*Abre(), CXVIntegracaoTeste(ui).Textos(std::string(ui, 'j'), "", ""));
+    EXPECT_EQ(Sela(), S_OK);
     SetDia(15);
     {
         const TLoja pLoja = Abre();
@@ -454,6 +477,7 @@ TEST_F(Verificacao, SeloAcusaOQueNenhumaOperacaoMudou) {
                       XVStatusPS({XVChaveDmc(k_uiHoje, 1)}, 0, eXVSMiddleware_Erro, "s", "")),
                   S_OK);
     }
+    SVerificacao verificacao;
     EXPECT_EQ(Verifica(&verificacao), "");
     EXPECT_EQ(verificacao.uiSelados, 15U);
     const auto antes = m_Arquivos.Retrata();
@@ -461,13 +485,14 @@ TEST_F(Verificacao, SeloAcusaOQueNenhumaOperacaoMudou) {
          {std::tuple("CRINTEGMIDJSON20240313.dat", 300,
                      "blocoAlterado CRINTEGMIDJSON20240313.dat; alterada 20240313:1-2"),
           std::tuple(k_pszJSON, 300, "blocoAlterado CRINTEGMIDJSON20240315.dat; alterada 20240315:1-4"),
+          std::tuple(pszLongos, 300, "blocoAlterado CRINTEGMIDJSON20240314.dat; alterada 20240314:1-3"),
           std::tuple("CRINTEGMID20240314.dat", 240 + 72,
-                     "blocoAlterado CRINTEGMID20240314.dat; alterada 20240314:1"),
+                     "blocoAlterado CRINTEGMID20240314.dat; alterada 20240314:1-3"),
           std::tuple("CRDTHRINTEG.dat", 241, "blocoAlterado CRDTHRINTEG.dat")}) {
         m_Arquivos.Restaura(antes);
         Vira(pszNome, static_cast<std::size_t>(uiOnde))(*this);
         EXPECT_EQ(Verifica(), pszAchados);
-        EXPECT_EQ(sela(), S_FALSE) << "a seal over damage would hide it";
+        EXPECT_EQ(Sela(), S_FALSE) << "a seal over damage would hide it";
     }
     const auto antigo = [](std::string& rs) {
         rs = XVArquivoDoTeste({.sNome = "CRDTHRINTEG.dat"}, rs.substr(240));

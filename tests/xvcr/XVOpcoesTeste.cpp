@@ -81,6 +81,8 @@ TEST_F(Opcoes, GravaLevaCadaUmaAoSeuCampo) {
     for (const char* pszCampo : {"regRegistroJSON", "regMensagemIntegracao"})
         comDois[pszCampo] = m_Tudo[pszCampo];
     EXPECT_EQ(Json("le --json-enviado --mensagem " + sDmc).at(0), comDois) << "two together";
+    Grava("grava --filial 118 --dmc " + sDmc);
+    EXPECT_EQ(Le(sDmc), Integracao(sDmc, m_Tudo, {{"ulPonteiroFilial", 118}})) << "the texts too";
     EXPECT_EQ(Json("grava --filial 119 --mensagem outra --dmc " + sDmc),
               (std::vector<json>{{{"regDmc", Decimal(sDmc)}, {"sDmc", sDmc}}}));
     const json outra{{"ulPonteiroFilial", 119}, {"regMensagemIntegracao", "outra"}};

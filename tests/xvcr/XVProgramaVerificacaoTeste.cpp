@@ -91,4 +91,12 @@ TEST_F(ProgramaVerificacao, CopiaSoParaOndeNadaSePerde) {
     EXPECT_EQ(Xvcr("copia").iSaida, 2);
 }
 
+TEST_F(ProgramaVerificacao, VinteLugaresAparecemEOsOutrosSeContam) {
+    Grava("grava --status Pendente");
+    for (int i = 101; i <= 121; ++i) m_Diretorio.CriaArquivo("001/DF/estranho" + std::to_string(i), "");
+    const SExecucao verifica = Xvcr("verifica");
+    EXPECT_EQ(verifica.iSaida, 0) << verifica.sErro;
+    EXPECT_THAT(verifica.sSaida, HasSubstr("\n  estranho120\n  e mais 1 (todos com --json)\n"));
+}
+
 }  // namespace

@@ -70,7 +70,7 @@ const struct SErroDeUso {
     {"--empresa COM1 busca", "--empresa: \"COM1\"" + k_sEmpresaInvalida},
     {"--empresa .. registro", "--empresa: \"..\"" + k_sEmpresaInvalida},
     {"busca --empresa=", "falta a empresa: use --empresa ou a variável de ambiente XVCR_EMPRESA"},
-    {"versao", "falta a empresa: use --empresa ou a variável de ambiente XVCR_EMPRESA"},
+    {"--usuario 65534 versao", "falta a empresa: use --empresa ou a variável de ambiente XVCR_EMPRESA"},
     {"grava --substitui", "--substitui só vale com --dmc"},
     {"status --status Erro --chave 1", "a integração é dada por --dmc, ou por --chave e --sistema"},
     {"status --status Erro --dmc 20261121-1-1 --chave 1", "--chave não vale junto com --dmc"},

@@ -54,18 +54,28 @@ TEST_F(AberturaArquivo, ModosEReabertura) {
     ASSERT_EQ(banco.xvDB.Finaliza(), S_OK);
 }
 
-// Opened for writing, a file gets the name that it was asked for by; viewing leaves it.
+// Opened for writing, a file gets the name that it was asked for by; viewing leaves it, as does a directory
+// that lets nobody rename.
 TEST_F(AberturaArquivo, NomeEmOutraCaixa) {
     Cria("a.DAT", ArquivoComCabecalho("A.dat", Bytes({k_reg})));
-    for (const bool bConsulta : {true, false}) {
+    for (const auto& [bConsulta, bRenomeia] : {std::pair(true, true), {false, false}, {false, true}}) {
+        bool bPeloReal = false;
+        m_Falhas.Limpa();
+        m_Falhas.SetFiltro([&](const std::string& s) {
+            bPeloReal = bPeloReal || s.ends_with("a.DAT");
+            return s.ends_with("A.dat");
+        });
+        if (!bRenomeia) m_Falhas.Programa({.eOperacao = EOperacaoArquivo::eSubstitui, .bPermanente = true});
         TXVBanco<CXVFileTeste> banco("A.dat");
         banco.xvDB.SetSomenteLeituraSemBloqueio(bConsulta);
         ASSERT_EQ(Abre(banco), S_OK);
         EXPECT_EQ(banco->GetQtdRegistros(), 1U);
         std::string sNomeReal;
         ASSERT_TRUE(m_Arquivos.BuscaNomeReal(PastaDados("A.dat"), sNomeReal).Ok());
-        EXPECT_EQ(sNomeReal, bConsulta ? "a.DAT" : "A.dat");
+        EXPECT_EQ(sNomeReal, bConsulta || !bRenomeia ? "a.DAT" : "A.dat");
+        EXPECT_EQ(bPeloReal, sNomeReal == "a.DAT") << "where case matters there is no other file";
         ASSERT_EQ(banco.xvDB.Finaliza(), S_OK);
+        m_Falhas.SetFiltro({});
     }
 }
 

@@ -117,6 +117,7 @@ TEST_F(MembrosAbertos, SemHandlesFechamOsDispensaveisEAAberturaRepete) {
                        .eCausa = ECausaArquivo::eMuitosArquivosAbertos});
     EXPECT_EQ(Usa('A', 4), "A1A4B2B3");
     EXPECT_EQ(m_Falhas.GetFalhasOcorridas(), 1U) << "at once";
+    EXPECT_EQ(m_Relogio.GetMilissegundosDormidos(), 0U);
     m_Falhas.SetFiltro({});
     m_Falhas.Limpa();
     ASSERT_EQ(m_xvDB.Finaliza(), S_OK);

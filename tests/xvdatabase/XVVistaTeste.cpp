@@ -88,6 +88,10 @@ TEST_F(Vista, TextoNovoComPrefixoDanificadoNaoSeLe) {
     Cria("C.dat", Prefixado("um") + "\xFF\xFF\xFF\x7F" + "dois");
     std::string sTexto;
     EXPECT_EQ(banco->Le(2, sTexto), E_XVCR_POSICAO_LEITURA_SUPERIOR_QUANTIDADE_ARQUIVO);
+    const std::string sComNul("dois\0x", 6);
+    Cria("C.dat", Prefixado("um") + Prefixado(sComNul));
+    EXPECT_EQ(banco->Le(2, sTexto), S_OK);
+    EXPECT_EQ(sTexto, "dois") << "a text ends where it always ended";
     ASSERT_EQ(banco.xvDB.Finaliza(), S_OK);
 }
 
