@@ -26,11 +26,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pDados, std::size_t ui
     {
         XVCliente::CXVCliente cliente;
         XV_EXIGE(SUCCEEDED(cliente.ConectaLocal(k_identificacao, {})));
-        CXVCarga carga(cliente);
+        CXVCarga carga(cliente, uiTamanho % 2 != 0);
         for (std::size_t uiInicio = 0; uiInicio < sTudo.size();) {
             const std::size_t uiFim = std::min(sTudo.find('\n', uiInicio), sTudo.size());
-            const SResultadoLinha resultado =
-                carga.Executa(std::string(sTudo.substr(uiInicio, uiFim - uiInicio)));
+            SLinhaCarga linha;
+            XVPreparaLinha(sTudo.substr(uiInicio, uiFim - uiInicio), &linha);
+            carga.Executa(&linha);
+            const SResultadoLinha& resultado = linha.resultado;
             if (resultado.sErro.empty() && resultado.eOperacao == SResultadoLinha::EOperacao::eIntegracao) {
                 CXVDadosCR_IntegracaoMiddleware dados;
                 XV_EXIGE(SUCCEEDED(cliente.LeIntegracao(resultado.regDmc, k_ullLeTextos, &dados)));
