@@ -3,6 +3,7 @@
 // components; every path starts at one root, which always exists. Thread rule: any thread.
 #pragma once
 
+#include <filesystem>
 #include <map>
 #include <memory>
 #include <optional>
@@ -64,8 +65,10 @@ class CXVSistemaArquivosMemoria final : public IXVSistemaArquivos {
     }
     CXVErroArquivo GetCaminhoReal(const std::string& sDiretorio, std::string& sReal) override {
         const std::lock_guard trava(m_pEstado->mutex);
-        const std::string sNormal = Normaliza(sDiretorio);
-        const bool bTem = XVCaminho::PodeNomearDiretorio(sDiretorio) && m_pEstado->EhDiretorio(sNormal);
+        std::string sCurto = std::filesystem::path(sDiretorio).lexically_normal().generic_string();
+        if (sCurto.size() > 1 && sCurto.back() == '/') sCurto.pop_back();
+        const std::string sNormal = Normaliza(sCurto);
+        const bool bTem = XVCaminho::PodeNomearDiretorio(sCurto) && m_pEstado->EhDiretorio(sNormal);
         sReal = bTem ? sNormal : "";
         return bTem ? CXVErroArquivo() : Erro(ECausaArquivo::eCaminhoInvalido);
     }
