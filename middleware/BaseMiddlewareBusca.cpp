@@ -50,8 +50,10 @@ HRESULT CBaseMiddleware::ValidaFiltroNivel1(const CXVFiltroBusca& dadosFiltro,
     // What was found by one key stays in the order of the systems: each is a part of its own.
     const CVistaDmcs aDmcs = listaDmc.GetDmcs();
     const std::size_t uiParte = dadosFiltro.EhPorChaveSistema() ? 1 : aDmcs.size();
-    for (std::size_t i = 0; i < aDmcs.size(); i += uiParte)
-        XV_CHECK(FiltraPorArquivo(dadosFiltro, aDmcs.subspan(i, uiParte), listaPonteiros));
+    for (std::size_t i = 0; i < aDmcs.size(); i += uiParte) {
+        const bool bRepete = !listaPonteiros.empty() && listaPonteiros.GetDmcs().back() == aDmcs[i];
+        if (!bRepete) XV_CHECK(FiltraPorArquivo(dadosFiltro, aDmcs.subspan(i, uiParte), listaPonteiros));
+    }
     return S_OK;
 }
 

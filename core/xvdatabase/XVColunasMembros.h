@@ -1,5 +1,5 @@
 // Which members of a group have columns (XVFile.h) in memory, and which of them lose theirs when the store's
-// budget is exceeded. They have no handle: whatever their number, they count as one open member.
+// budget is exceeded. They have no handle, so they stay when only handles run short.
 //
 // Thread rule: any thread. Its lock is taken before those of the group and of the member.
 #pragma once
@@ -32,6 +32,7 @@ class CXVColunasMembros final : public IXVMembrosAbertos {
 
     SResumo Resume() const override;
     std::size_t GetMinimoAbertos() const override { return 0; }
+    bool TemHandles() const override { return false; }
     bool FechaMaisAntigo() override;
 
   private:

@@ -75,9 +75,10 @@ HRESULT CXVFile<T>::PreparaColecao(CXVOperacao& rOperacao, XVUInt& uiPosicao, st
     return S_OK;
 }
 
-// Takes over a file that appeared since: its records and keys come first.
+// Takes over a file that appeared since: its records and keys come first, and columns are of other records.
 template <class T>
 HRESULT CXVFile<T>::AbreParaGravacao() {
+    m_colunas = {};
     return AbreECarrega([this] {
         const HRESULT hrCarga = Carrega();
         return FAILED(hrCarga) ? hrCarga : ConstroiIndices();

@@ -243,6 +243,7 @@ class TXVGroupDinamico : public CXVGroupFileBase, private IXVMembrosAbertos {
         return resumo;
     }
     std::size_t GetMinimoAbertos() const override { return m_uiMinimo; }
+    bool TemHandles() const override { return true; }
 
     // Whoever uses a member holds the lock meanwhile: what has left the list is used by nobody.
     bool FechaMaisAntigo() override {

@@ -9,6 +9,18 @@ constexpr XVUInt k_ulOrcamentoPadrao = 256;          // MB
 constexpr XVUInt64 k_uiMegabyte = 1U << 20;          // bytes
 constexpr XVUInt64 k_uiCrescimentoVisto = 1U << 20;  // bytes by which the budget may be exceeded unseen
 
+// The group whose member that may close was used longest ago.
+struct SMaisAntigo {
+    IXVMembrosAbertos* pGrupo = nullptr;
+    XVUInt64 uiUso = IXVMembrosAbertos::k_uiNenhumUso;
+
+    void Compara(IXVMembrosAbertos* p, XVUInt64 uiUsoDoGrupo) {
+        if (uiUsoDoGrupo >= uiUso) return;
+        pGrupo = p;
+        uiUso = uiUsoDoGrupo;
+    }
+};
+
 }  // namespace
 
 void CXVMemoriaMembros::LeOrcamento(EModulo eModulo) {
@@ -22,7 +34,8 @@ void CXVMemoriaMembros::LeOrcamento(EModulo eModulo) {
 }
 
 bool CXVMemoriaMembros::CedeHandles() {
-    return m_idCarrega == std::this_thread::get_id() && FechaAte(m_pGrupoCarrega, 0, 0);
+    constexpr XVUInt64 k_uiQualquer = std::numeric_limits<XVUInt64>::max();
+    return m_idCarrega == std::this_thread::get_id() && FechaAte(m_pGrupoCarrega, k_uiQualquer, 0);
 }
 
 bool CXVMemoriaMembros::Cresce(XVUInt64 uiBytes) {
@@ -34,19 +47,21 @@ bool CXVMemoriaMembros::Cresce(XVUInt64 uiBytes) {
 
 bool CXVMemoriaMembros::FechaAte(const IXVMembrosAbertos* pAbre, XVUInt64 uiMemoria, std::size_t uiAbertos) {
     for (bool bFechou = false;; bFechou = true) {
-        IXVMembrosAbertos::SResumo total;
-        total.uiAbertos = s_uiAbertos.load(std::memory_order_relaxed) + (pAbre == nullptr ? 0 : 1);
-        IXVMembrosAbertos* pGrupo = nullptr;
+        XVUInt64 uiTotal = 0;
+        SMaisAntigo deTodos;
+        SMaisAntigo comHandle;
         for (IXVMembrosAbertos* p : m_listaGrupos) {
             IXVMembrosAbertos::SResumo resumo = p->Resume();
             if (p == pAbre) ++resumo.uiAbertos;
-            total.uiMemoria += resumo.uiMemoria;
-            if (resumo.uiAbertos <= p->GetMinimoAbertos() || resumo.uiUsoMaisAntigo >= total.uiUsoMaisAntigo)
-                continue;
-            total.uiUsoMaisAntigo = resumo.uiUsoMaisAntigo;
-            pGrupo = p;
+            uiTotal += resumo.uiMemoria;
+            if (resumo.uiAbertos <= p->GetMinimoAbertos()) continue;
+            deTodos.Compara(p, resumo.uiUsoMaisAntigo);
+            if (p->TemHandles()) comHandle.Compara(p, resumo.uiUsoMaisAntigo);
         }
-        if (total.uiMemoria <= uiMemoria && total.uiAbertos <= uiAbertos) return bFechou;
+        const std::size_t uiNoProcesso =
+            s_uiAbertos.load(std::memory_order_relaxed) + (pAbre == nullptr ? 0 : 1);
+        IXVMembrosAbertos* pGrupo = uiNoProcesso > uiAbertos ? comHandle.pGrupo : nullptr;
+        if (pGrupo == nullptr && uiTotal > uiMemoria) pGrupo = deTodos.pGrupo;
         if (pGrupo == nullptr || !pGrupo->FechaMaisAntigo()) return bFechou;
     }
 }

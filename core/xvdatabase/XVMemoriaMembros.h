@@ -1,8 +1,9 @@
 // How many members of a store's dynamic groups stay open, and which one closes.
 //
 // Members stay open while the memory of all of them is within the store's budget and handles last; beyond
-// that the one used longest ago closes, in whatever group. Handles are the process's: members of all stores
-// count, and a store that opens one too many closes its own. Every group keeps its least number open whatever
+// that the one used longest ago closes, in whatever group. What has memory and no handle gives way to the
+// budget alone. Handles are the process's: members of all stores count, and a store that opens one too many
+// closes its own. Every group keeps its least number open whatever
 // the budget says. A member with a prepared write never closes.
 //
 // Thread rule: any thread, but Inclui, Retira and LeOrcamento, which are called like CXVDataBase's AddFile
@@ -31,6 +32,8 @@ class IXVMembrosAbertos {
     virtual SResumo Resume() const = 0;
     // What stays open whatever the budget says.
     virtual std::size_t GetMinimoAbertos() const = 0;
+    // Whether closing gives handles back, and not memory alone.
+    virtual bool TemHandles() const = 0;
     // Closes the member used longest ago of those that may close; false: none may any more.
     virtual bool FechaMaisAntigo() = 0;
 

@@ -49,6 +49,13 @@ TEST_F(CXVBuscaTeste, ChavesDeMesmaSomaNaoSeConfundem) {
         Grava(*m_pLoja, CXVIntegracaoTeste(71 ^ k_uiEntreSistemas, SimulacaoSistemaTerceiro));
     const REG_XVDMC regDmc = Grava(*m_pLoja, CXVIntegracaoTeste(71, Mercos));
     EXPECT_EQ(XVBusca(*m_pLoja, {.de = 71, .sistemas = {Mercos, Mercos}}), TListaDmc{regDmc.uiValor});
+    CXVIntegracaoTeste deOutroTipo(71, Mercos);
+    deOutroTipo.reg.eTipoIntegracao = eXVSMiddleware_EnvioSaldoEstoque;
+    Grava(*m_pLoja, deOutroTipo);
+    EXPECT_EQ(
+        XVBusca(*m_pLoja, {.de = 71, .tipos = {eXVSMiddleware_BuscaPedidos}, .sistemas = {Mercos, Mercos}}),
+        TListaDmc{regDmc.uiValor})
+        << "not twice in a row, whatever does not pass stands between";
     const CXVDadosCR_StatusIntegracaoMiddleware status{.uiChaveIntegracaoSistemaTerceiro = 71,
                                                        .eStatusIntegracao = eXVSMiddleware_Sucesso,
                                                        .eSistemaIntegracao = Mercos};

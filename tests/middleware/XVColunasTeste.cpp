@@ -104,6 +104,38 @@ TEST_F(CXVColunasTeste, DizemOQueOsRegistrosDizemSemAbrirOArquivo) {
     m_falhas.Limpa();
     EXPECT_EQ(Colunas(k_uiDia + 1), listaAntes[1]) << "and nothing came there";
     EXPECT_EQ(Registros(k_uiDia + 1), listaAntes[1]);
+
+    uiPosicao = 0;
+    EXPECT_EQ(Colunas(k_uiDia + 2), listaAntes[2]);
+    m_falhas.Programa(
+        {.eOperacao = EOperacaoArquivo::eGrava, .bPermanente = true, .eCausa = ECausaArquivo::eFimDeArquivo});
+    EXPECT_EQ(m_base.m_Integracao.Grava(k_uiDia + 2, uiPosicao, Registro(10)), eEndOfFile);
+    m_falhas.Limpa();
+    EXPECT_FALSE(m_base.m_Integracao.TemArquivoAberto(k_uiDia + 2));
+    const std::string sDia = "CRINTEGMID20240317.dat";
+    m_Arquivos.CriaArquivo(PastaDados(sDia), XVArquivoDoTeste({sDia}, ""));
+    EXPECT_EQ(m_base.m_Integracao.Grava(k_uiDia + 2, uiPosicao, Registro(11)), S_OK);
+    EXPECT_EQ(Colunas(k_uiDia + 2), Registros(k_uiDia + 2)) << "of a file that was given up and found anew";
+    ASSERT_EQ(m_base.Finaliza(), S_OK);
+}
+
+TEST_F(CXVColunasTeste, FicamQuandoSoFaltamHandles) {
+    Inicia(100);
+    for (XVUInt64 uiDia = k_uiDia; uiDia < k_uiDia + 3; ++uiDia) Colunas(uiDia);
+    const std::size_t uiAbertos = m_Arquivos.GetQuantidadeAberta();
+    m_falhas.SetFiltro([this, uiAbertos](const std::string& s) {
+        return s.ends_with("20240318.dat") && m_Arquivos.GetQuantidadeAberta() >= uiAbertos;
+    });
+    m_falhas.Programa({.eOperacao = EOperacaoArquivo::eAbre,
+                       .bPermanente = true,
+                       .eCausa = ECausaArquivo::eMuitosArquivosAbertos});
+    EXPECT_NE(Registros(k_uiDia + 3), "");
+    EXPECT_FALSE(m_base.m_Integracao.TemArquivoAberto(k_uiDia));
+    m_falhas.SetFiltro({});
+    m_falhas.Limpa();
+    const XVUInt64 uiOperacoes = m_falhas.GetQuantidadeTotal();
+    for (XVUInt64 uiDia = k_uiDia; uiDia < k_uiDia + 3; ++uiDia) Colunas(uiDia);
+    EXPECT_EQ(m_falhas.GetQuantidadeTotal(), uiOperacoes) << "columns have none to give";
     ASSERT_EQ(m_base.Finaliza(), S_OK);
 }
 

@@ -32,6 +32,12 @@ TEST(RegistroJson, JsonEmbutidoFicaComoEstaMenosOsEspacos) {
               R"({"z":1.50,"a":[1e2,12345678901234567890123,"é \" , \\"],"a2":"\u00e9"})");
     EXPECT_EQ(dados.sMensagemIntegracao, "texto é \xF0\x9F\x98\x80");
     EXPECT_EQ(dados.sJSONRetornoIntegracao, "[]");
+
+    // A document in a string of a document: what looks ahead at each escape needs hours.
+    std::string sEscapes;
+    for (int i = 0; i < 1 << 23; ++i) sEscapes += "\\/";
+    ASSERT_EQ(Le(R"({"regRegistroJSON":[")" + sEscapes + "\" ]}", &dados).sMensagem, "");
+    EXPECT_TRUE(dados.sRegistroJSON == "[\"" + sEscapes + "\"]");
 }
 
 TEST(RegistroJson, ObjetoDeUmDmcEOMesmoComoTexto) {

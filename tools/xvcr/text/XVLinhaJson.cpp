@@ -70,14 +70,15 @@ std::string Decodifica(std::string_view sTexto) {
     return sDecodificado;
 }
 
-// Behind the closing quotation mark of the string that begins at i.
+// Behind the closing quotation mark of the string that begins at i. The next mark is looked for once and not
+// at every escape before it: a string may be all escapes and as long as a line.
 std::size_t FimDoTexto(std::string_view s, std::size_t i) {
-    ++i;
+    std::size_t uiAspas = s.find('"', ++i);
     for (;;) {
-        const std::size_t uiAspas = s.find('"', i);
         const std::size_t uiBarra = s.substr(i, uiAspas - i).find('\\');
         if (uiBarra == std::string_view::npos) return uiAspas + 1;
         i += uiBarra + 2;
+        if (i > uiAspas) uiAspas = s.find('"', i);
     }
 }
 
