@@ -71,8 +71,9 @@ BEGIN
     DELETE FROM xvcr.integracao i USING evento e
      WHERE e.evento = 'ausente' AND e.ultimo AND i.empresa = e.empresa AND i.dmc = e.dmc;
 
-    -- What cannot be read is not gone: the row stays as it was last seen.
-    DELETE FROM xvcr.ilegivel l USING evento e WHERE l.empresa = e.empresa AND l.dmc = e.dmc;
+    -- What cannot be read is not gone: the row stays as it was last seen. A pass names all of them anew.
+    DELETE FROM xvcr.ilegivel l USING evento e
+     WHERE l.empresa = e.empresa AND (l.dmc = e.dmc OR e.evento = 'passagem');
     INSERT INTO xvcr.ilegivel
         SELECT empresa, dmc, hr FROM evento WHERE evento = 'ilegivel' AND ultimo;
     UPDATE xvcr.integracao i SET passagem = p.passagem

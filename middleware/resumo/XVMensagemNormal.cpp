@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "support/values/XVTextoUtf8.h"
+
 namespace {
 
 constexpr std::size_t k_uiMaximo = 200;  // bytes
@@ -21,18 +23,10 @@ bool EhBranco(char c) {
     return static_cast<unsigned char>(c) <= ' ';
 }
 
-// Never inside of a character.
-std::string_view Corta(std::string_view s) {
-    if (s.size() <= k_uiMaximo) return s;
-    std::size_t ui = k_uiMaximo;
-    while (ui > 0 && (static_cast<unsigned char>(s[ui]) & 0xC0U) == 0x80) --ui;
-    return s.substr(0, ui);
-}
-
 }  // namespace
 
 std::string XVMensagemNormal(std::string_view sMensagem) {
-    const std::string_view s = Corta(sMensagem);
+    const std::string_view s = sMensagem.substr(0, XVCorteUtf8(sMensagem, k_uiMaximo));
     std::string sNormal;
     for (std::size_t i = 0; i < s.size();) {
         if (EhBranco(s[i])) {

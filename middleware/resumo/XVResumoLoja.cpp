@@ -1,5 +1,6 @@
 #include "middleware/resumo/XVResumoLoja.h"
 
+#include <algorithm>
 #include <bit>
 #include <chrono>
 #include <cstring>
@@ -12,6 +13,7 @@
 #include "middleware/XVDataBase_CR_Middleware.h"
 #include "middleware/resumo/XVMensagemNormal.h"
 #include "middleware/verificacao/XVInicioArquivo.h"
+#include "support/values/XVTextoUtf8.h"
 
 namespace {
 
@@ -59,18 +61,31 @@ HRESULT CXVResumoLoja::Executa(SResumoLoja* pResumo) {
     };
     HRESULT hr = Prepara();
     if (FAILED(hr)) return hr;
-    SArquivoLoja arquivo;
     CXVExameIndice indice;
-    hr = m_leitura.Descreve(k_pszArquivoIndexIntegracao, &arquivo);
-    if (SUCCEEDED(hr)) XVDecideInicioDosRegistros<TIndice>(m_leitura, &arquivo);
-    if (SUCCEEDED(hr)) hr = indice.Examina(m_leitura, arquivo, arquivo.GetTamanhoDados(), m_semSelos);
+    hr = LeIndice(&indice);
     if (FAILED(hr)) return XVNotaCaminho(hr, m_sDiretorio, k_pszArquivoIndexIntegracao);
+    pResumo->uiIntegracoes = pResumo->uiIlegiveis = indice.GetImpossiveis().size();
     pResumo->uiMemoria += Memoria(indice.GetEntradas().size(), sizeof(TIndice) + 1, 3, 2);
     XVPercorreDias({}, indice.GetEntradas(),
                    [this](XVUInt64 uiDia, std::span<const SEntradaIndice> aEntradas, XVUInt) {
                        ResumeDia(uiDia, aEntradas);
                    });
     return S_OK;
+}
+
+// Without a whole index every count would be of what happens to be left of it.
+HRESULT CXVResumoLoja::LeIndice(CXVExameIndice* pIndice) {
+    const std::vector<SDiaListado> listaDias = XVListaDias(m_leitura);  // first: a writer may go on meanwhile
+    SArquivoLoja arquivo;
+    const HRESULT hr = m_leitura.Descreve(k_pszArquivoIndexIntegracao, &arquivo);
+    if (FAILED(hr)) return hr;
+    XVDecideInicioDosRegistros<TIndice>(m_leitura, &arquivo);
+    if (FAILED(arquivo.hr)) return arquivo.hr;
+    if (arquivo.uiInicio + arquivo.uiTamanho == 0 &&
+        std::any_of(listaDias.begin(), listaDias.end(),
+                    [](const SDiaListado& r) { return r.ulRegistros > 0; }))
+        return E_XVCR_INCONSISTENCIA_CONTROLE_CRIACAO_ARQUIVOS;
+    return pIndice->Examina(m_leitura, arquivo, arquivo.GetTamanhoDados(), m_semSelos);
 }
 
 HRESULT CXVResumoLoja::Prepara() {
@@ -160,11 +175,12 @@ void CXVResumoLoja::AnotaFalha(const CXVExameDia& rDia, REG_XVDMC regDmc, XVUInt
     const CXVExameTextos& rTextos = rDia.GetTextos(k_uiMensagem);
     if (ulMensagem != 0 && ulMensagem <= rTextos.GetQuantidade()) {
         const XVUInt64 uiDe = rTextos.GetInicio(ulMensagem);
-        const XVUInt64 uiBytes = std::min<XVUInt64>(rTextos.GetTamanho(ulMensagem), k_uiMaiorExemplo);
+        const XVUInt64 uiBytes = std::min<XVUInt64>(rTextos.GetTamanho(ulMensagem), k_uiMaiorExemplo + 1);
         XVIgnora(m_leitura.Percorre(
             rDia.GetArquivoTextos(k_uiMensagem), uiDe, uiDe + uiBytes,
             [&](XVUInt64, std::span<const char> aBytes) { sMensagem.append(aBytes.data(), aBytes.size()); }));
         sMensagem.resize(std::min(sMensagem.size(), sMensagem.find('\0')));
+        sMensagem.resize(XVCorteUtf8(sMensagem, k_uiMaiorExemplo));
     }
     const std::string sNormal = XVMensagemNormal(sMensagem);
     auto& rMapa = m_pResumo->mapaFalhas;

@@ -34,7 +34,7 @@ struct SGrupoFalhas {
 struct SResumoLoja {
     REG_XVDMAHMSUTC regMomento;
     XVUInt64 uiIntegracoes = 0;
-    XVUInt64 uiIlegiveis = 0;                                     // of them: without a record that can be one
+    XVUInt64 uiIlegiveis = 0;  // of them: without a record, or a place in the index, that can be one
     std::array<XVUInt64, k_auiIdades.size() + 1> auiPendentes{};  // the last: older than all
     std::optional<std::pair<REG_XVDMC, XVUInt64>> maisAntiga;     // pending, and its age in seconds
     XVUInt64 uiFalhas = 0;
@@ -62,13 +62,14 @@ class CXVResumoLoja {
     CXVResumoLoja(std::string sDiretorio, EAlcance eAlcance);
 
     // E_XVCR_VERSAO_INCOMPATIVEL, E_XVCR_VERSAO_BASE_SUPERIOR_VERSAO_SISTEMA: the store is of another
-    // version. A failure of the directory or of the index is the code.
+    // version. A failure of the directory, or an index that is gone or refused, is the code.
     HRESULT Executa(SResumoLoja* pResumo);
 
     std::function<void(XVUInt64 uiBytes)> m_fnProgresso;  // told of every piece that was read
 
   private:
     HRESULT ConfereVersao();
+    HRESULT LeIndice(CXVExameIndice* pIndice);
     HRESULT Prepara();
     void ResumeDia(XVUInt64 uiDia, std::span<const SEntradaIndice> aEntradas);
     void ResumeIntegracao(CXVExameDia& rDia, const SEntradaIndice& rEntrada);

@@ -227,6 +227,10 @@ TEST_F(Acompanha, SegueMuitasEmpresasEUmaQueFalhaNaoPrendeAsOutras) {
     m_Diretorio.CriaArquivo("tokens", receptor.GetToken("001") + "\n\n" + receptor.GetToken("003") + "\n");
     const std::string sTokens = " --uma-vez --tokens " + m_Diretorio.Junta("tokens");
     EXPECT_EQ(executa("--empresa 001,003" + sTokens).sSaida, "");
+    const std::string sPrimeiro =
+        "--empresa 001,003 --uma-vez --token " + receptor.GetToken("001") + " --token ";
+    EXPECT_EQ(executa(sPrimeiro + receptor.GetToken("003")).sSaida, "") << "each of them counts";
+    EXPECT_EQ(executa(sPrimeiro + receptor.GetToken("001")).iSaida, 2);
     EXPECT_EQ(executa("--empresa 001" + sTokens).sErro,
               "xvcr: há um token da empresa \"003\", que não está entre as acompanhadas\n");
 }

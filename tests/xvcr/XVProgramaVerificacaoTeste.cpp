@@ -8,6 +8,7 @@
 
 namespace {
 
+using testing::AllOf;
 using testing::HasSubstr;
 using testing::StartsWith;
 
@@ -56,8 +57,18 @@ TEST_F(ProgramaVerificacao, DanoDitoRecuperadoEASalvo) {
     };
     EXPECT_EQ(naNova("verifica").back()["inteiras"], 2);
     EXPECT_THAT(naNova("le --todos " + sSegunda).at(0).value("regMensagemIntegracao", ""),
-                testing::AllOf(HasSubstr("O JSON enviado se perdeu."), testing::EndsWith("anterior: volta")));
-    EXPECT_THAT(Xvcr("recupera").sSaida, HasSubstr("A base nova está em "));
+                AllOf(HasSubstr("O JSON enviado se perdeu."), testing::EndsWith("anterior: volta")));
+    const std::string sControle = "001/DF/XVDATABASE_FILE_CTRL.dat";
+    std::string sNomes = m_Diretorio.LeConteudo(sControle).value_or("");
+    sNomes.replace(4, 1, "\xfd");  // of the first name
+    m_Diretorio.CriaArquivo(sControle, sNomes);
+    EXPECT_THAT(Xvcr("recupera").sSaida,
+                AllOf(HasSubstr("A base nova está em "), HasSubstr("diz: \\xFDRMID")));
+    EXPECT_THAT(Xvcr("recupera --json --para", {m_Diretorio.Junta("outra")}).sSaida,
+                AllOf(HasSubstr("\"incompleto_base64\":"), HasSubstr("\"lancamentos\":")));
+    std::string sVersao = m_Diretorio.LeConteudo("001/DF/CRMIDDLEWAREVS.dat").value_or("");
+    m_Diretorio.CriaArquivo("001/DF/CRMIDDLEWAREVS.dat", sVersao.replace(240, 1, "\6"));
+    EXPECT_THAT(Xvcr("verifica").sSaida, StartsWith("Empresa 001: a base é de outra versão, e as "));
 }
 
 TEST_F(ProgramaVerificacao, CopiaSoParaOndeNadaSePerde) {

@@ -87,9 +87,17 @@ void XVAdicionaAcompanha(CLI::App& rRaiz, CXVContexto& rContexto) {
         "Sem token começa no fim do log ou, com --desde-o-inicio, por tudo o que a base tem.");
     pComando->add_flag("--todas", rSelecao.bTodas,
                        "Todas as empresas do diretório do módulo, também as novas");
-    XVOpcao(*pComando, "--token", "TOKEN", "Continua depois da linha que trouxe este token; um por empresa",
-            [&rSelecao](std::string_view s) { return LeToken(s, &rSelecao); })
-        ->take_all();
+    pComando
+        ->add_option_function<std::vector<std::string>>(
+            "--token",
+            [&rSelecao](const std::vector<std::string>& lista) {
+                for (const std::string& rToken : lista)
+                    if (const std::string sErro = LeToken(XVDesprotege(rToken), &rSelecao); !sErro.empty())
+                        XVErroDeUso("--token: " + sErro);
+            },
+            "Continua depois da linha que trouxe este token; um por empresa")
+        ->type_name("TOKEN")
+        ->allow_extra_args(false);
     XVOpcao(*pComando, "--tokens", "ARQUIVO|-", "O mesmo, com um token por linha",
             [&rSelecao](std::string_view s) { return LeTokens(std::string(s), &rSelecao); });
     pComando->add_flag("--desde-o-inicio", rSelecao.bDesdeOInicio,

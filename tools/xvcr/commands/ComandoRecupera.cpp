@@ -12,6 +12,7 @@
 #include "tools/xvcr/commands/XVOpcoes.h"
 #include "tools/xvcr/commands/XVSaidaVerificacao.h"
 #include "tools/xvcr/output/XVProgresso.h"
+#include "tools/xvcr/text/XVTextoTela.h"
 
 namespace {
 
@@ -39,6 +40,16 @@ void PercorreMotivos(XVUInt ulMotivos, TFn fn) {
         if ((ulMotivos & (1U << i)) != 0) fn(XVDescreveAchado(static_cast<EAchado>(i)));
 }
 
+// A name may come out of a damaged list.
+XVJson ArquivoEmJson(const char* pszChave, const std::string& sArquivo) {
+    XVJson json = XVJson::object();
+    XVRegistroJson::Inclui(json, pszChave, sArquivo);
+    return json;
+}
+std::string ArquivoEmTexto(const std::string& sArquivo) {
+    return XVTextoTela::Escapa(sArquivo, false);
+}
+
 void MostraJson(CXVSaida& rSaida, const SRecuperacao& r, const std::string& sPasta, bool bIntegra) {
     for (const SIntegracaoRecuperada& rIntegracao : r.listaIntegracoes) {
         XVJson json{{"resultado", rIntegracao.bPerdida ? "perdida" : "comFaltas"}};
@@ -50,11 +61,16 @@ void MostraJson(CXVSaida& rSaida, const SRecuperacao& r, const std::string& sPas
             json["uiChaveIntegracaoSistemaTerceiro"] = std::to_string(*rIntegracao.uiChave);
         rSaida.LinhaJson(json);
     }
-    for (const SBytesSeparados& rBytes : r.listaSeparados)
-        rSaida.LinhaJson(
-            XVJson{{"separado", rBytes.sArquivo}, {"byte", rBytes.uiOffset}, {"bytes", rBytes.uiBytes}});
-    for (const std::string& rArquivo : r.listaIlegiveis) rSaida.LinhaJson(XVJson{{"ilegivel", rArquivo}});
-    for (const std::string& rArquivo : r.listaIncompletos) rSaida.LinhaJson(XVJson{{"incompleto", rArquivo}});
+    for (const SBytesSeparados& rBytes : r.listaSeparados) {
+        XVJson json = ArquivoEmJson("separado", rBytes.sArquivo);
+        json["byte"] = rBytes.uiOffset;
+        json["bytes"] = rBytes.uiBytes;
+        rSaida.LinhaJson(json);
+    }
+    for (const std::string& rArquivo : r.listaIlegiveis)
+        rSaida.LinhaJson(ArquivoEmJson("ilegivel", rArquivo));
+    for (const std::string& rArquivo : r.listaIncompletos)
+        rSaida.LinhaJson(ArquivoEmJson("incompleto", rArquivo));
     XVJson json{{"inteiras", r.uiInteiras},
                 {"comFaltas", r.uiComFaltas},
                 {"perdidas", r.uiPerdidas},
@@ -86,18 +102,20 @@ void MostraIntegracoes(CXVSaida& rSaida, const SRecuperacao& r, bool bPerdidas, 
 void MostraTexto(CXVSaida& rSaida, const SRecuperacao& r, const std::string& sSeparados) {
     rSaida.Linha("Inteiras: " + XVContaIntegracoes(r.uiInteiras) + ". Com faltas: " +
                  XVComPontos(r.uiComFaltas) + ". Perdidas: " + XVComPontos(r.uiPerdidas) + ".");
-    rSaida.Linha("Do mapa de chaves e das datas: " + XVComPontos(r.uiLancamentos) + " registros.");
+    rSaida.Linha("Do mapa de chaves e das datas: " + XVComPontos(r.uiLancamentos) +
+                 (r.uiLancamentos == 1 ? " registro." : " registros."));
     MostraIntegracoes(rSaida, r, false,
                       "Voltaram com faltas, que a mensagem de cada uma diz; decida uma a uma:");
     MostraIntegracoes(rSaida, r, true, "Perderam-se:");
     if (!r.listaSeparados.empty()) rSaida.Linha("\nBytes sem lugar, guardados em " + sSeparados + ':');
     for (const SBytesSeparados& rBytes : r.listaSeparados)
-        rSaida.Linha("  " + rBytes.sArquivo + ", do byte " + XVComPontos(rBytes.uiOffset) +
+        rSaida.Linha("  " + ArquivoEmTexto(rBytes.sArquivo) + ", do byte " + XVComPontos(rBytes.uiOffset) +
                      " em diante: " + XVComPontos(rBytes.uiBytes) + " bytes");
     for (const std::string& rArquivo : r.listaIlegiveis)
-        rSaida.Linha("O sistema não deixou ler até o fim: " + rArquivo);
+        rSaida.Linha("O sistema não deixou ler até o fim: " + ArquivoEmTexto(rArquivo));
     for (const std::string& rArquivo : r.listaIncompletos)
-        rSaida.Linha("Não está na pasta, ou tem menos bytes do que o cabeçalho diz: " + rArquivo);
+        rSaida.Linha("Não está na pasta, ou tem menos bytes do que o cabeçalho diz: " +
+                     ArquivoEmTexto(rArquivo));
 }
 
 SRecuperacao Recupera(const SRecupera& rRecupera, const CXVRecuperacao::SPastas& rPastas,

@@ -98,7 +98,7 @@ void MostraDias(CXVSaida& rSaida, const SResumoLoja& r) {
     }
     if (r.mapaDias.size() > uiMostrados)
         rSaida.Linha("               e mais " + XVComPontos(r.mapaDias.size() - uiMostrados) +
-                     " dias antes (todos com --json)");
+                     (r.mapaDias.size() - uiMostrados == 1 ? " dia" : " dias") + " antes (todos com --json)");
 }
 
 // One of the two halves of status and system.

@@ -69,12 +69,16 @@ void MostraJson(CXVSaida& rSaida, const SVerificacao& r) {
 
 std::string Resumo(const std::string& sEmpresa, const SVerificacao& r) {
     const std::string sInicio = "Empresa " + sEmpresa + ": ";
+    if (Tem(r, EAchado::eVersaoAnterior) || Tem(r, EAchado::eVersaoPosterior))
+        return sInicio + "a base é de outra versão, e as integrações não foram verificadas.";
     const XVUInt64 uiNao = r.uiIntegracoes - r.uiInteiras;
     if (uiNao > 0)
         return sInicio + "de " + XVContaIntegracoes(r.uiIntegracoes) + ", " + XVComPontos(r.uiInteiras) +
                (r.uiInteiras == 1 ? " está inteira e " : " estão inteiras e ") + XVComPontos(uiNao) + " não.";
     const std::string sDias = XVComPontos(r.uiDias) + (r.uiDias == 1 ? " dia" : " dias");
-    const std::string sTodas = r.uiIntegracoes == 0   ? "ainda não há integrações"
+    const std::string sNenhuma =
+        r.EhIntegra() ? "ainda não há integrações" : "nenhuma integração foi encontrada";
+    const std::string sTodas = r.uiIntegracoes == 0   ? sNenhuma
                                : r.uiIntegracoes == 1 ? "a única integração está inteira"
                                                       : "todas as " + XVContaIntegracoes(r.uiIntegracoes) +
                                                             ", de " + sDias + ", estão inteiras";
