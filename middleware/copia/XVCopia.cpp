@@ -75,8 +75,7 @@ HRESULT CXVCopia::ConfereComAnterior(const std::string& sNome) {
         return Recusa(ERecusaCopia::eArquivoSumiu,
                       XVNotaCaminho(E_XVCR_INCONSISTENCIA_CONTROLE_CRIACAO_ARQUIVOS, m_sOrigem, sNome));
     REG_XVCABECALHO reg;
-    if (!arquivo.bCabecalho || FAILED(m_destino.LeCabecalho(sNome, &reg)) ||
-        !XVCabecalho::AssinaturaConfere(reg.regA) || !XVCabecalho::CrcConfere(reg.regB))
+    if (!arquivo.bCabecalho || !m_destino.LeCabecalho(sNome, &reg) || !XVCabecalho::CrcConfere(reg.regB))
         return S_OK;
     const bool bMesmoArquivo =
         std::memcmp(&reg.regB.regCriacao, &arquivo.regB.regCriacao, sizeof(reg.regB.regCriacao)) == 0;
@@ -144,8 +143,11 @@ HRESULT CXVCopia::CopiaArquivo(const std::string& sNome) {
         agora.uiSoma = XVSoma64(&reg, sizeof(reg));
         const auto it = m_mapaFeitos.find(sNome);
         if (it != m_mapaFeitos.end() && it->second == agora) return S_OK;
-        // Texts are only ever appended: those that were copied in a pass before stay.
-        const bool bAnexa = EhDeTextos(sNome) && it != m_mapaFeitos.end() && m_destino.EstaNoPalco(sNome);
+        // Texts are only ever appended: those that were copied in a pass before stay, unless the file has
+        // been given its header since.
+        REG_XVCABECALHO regPalco;
+        const bool bAnexa = EhDeTextos(sNome) && it != m_mapaFeitos.end() && m_destino.EstaNoPalco(sNome) &&
+                            m_destino.LeCabecalho(sNome, &regPalco);
         XVUInt64 uiSoma = 0;
         hr = CopiaBytes(arquivo, bAnexa ? it->second.uiTamanho - k_uiTamanhoCabecalho : 0, &uiSoma);
     }
@@ -239,8 +241,7 @@ HRESULT CXVCopia::Conta(SCopia* pCopia) const {
         (bCopiado ? pCopia->uiBytesCopiados : pCopia->uiBytesIguais) += arquivo.uiTamanho;
         if (rNome != k_pszArquivoIndexIntegracao) continue;
         REG_XVCABECALHO reg;
-        if (SUCCEEDED(m_destino.LeCabecalho(rNome, &reg)) && XVCabecalho::AssinaturaConfere(reg.regA))
-            arquivo.uiTamanho -= sizeof(reg);
+        if (m_destino.LeCabecalho(rNome, &reg)) arquivo.uiTamanho -= sizeof(reg);
         pCopia->uiIntegracoes = arquivo.uiTamanho / sizeof(REG_CR_INDEX_INTEGRACAO_V1);
     }
     return S_OK;

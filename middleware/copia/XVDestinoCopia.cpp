@@ -123,11 +123,10 @@ CXVErroArquivo CXVDestinoCopia::Abre(const std::string& sNome, const SAberturaAr
     return Sistema().Abre(Sistema().Junta(GetPasta(sNome), sNome), rAbertura, *ppArquivo);
 }
 
-HRESULT CXVDestinoCopia::LeCabecalho(const std::string& sNome, REG_XVCABECALHO* pReg) const {
+bool CXVDestinoCopia::LeCabecalho(const std::string& sNome, REG_XVCABECALHO* pReg) const {
     std::unique_ptr<IXVArquivo> pArquivo;
-    CXVErroArquivo erro = Abre(sNome, k_aberturaConsulta, &pArquivo);
-    if (erro.Ok()) erro = pArquivo->Le(0, pReg, sizeof(*pReg));
-    return Nota(erro, sNome);
+    return Abre(sNome, k_aberturaConsulta, &pArquivo).Ok() && pArquivo->Le(0, pReg, sizeof(*pReg)).Ok() &&
+           XVCabecalho::AssinaturaConfere(pReg->regA);
 }
 
 HRESULT CXVDestinoCopia::Resume(const std::string& sNome, SArquivoCopiado* pResumo) const {

@@ -49,7 +49,8 @@ class CXVDestinoCopia {
     const std::map<std::string, SArquivoCopiado>& GetArquivos() const { return m_manifesto.mapaArquivos; }
     // Of a file as the copy is to hold it: on the stage, or of before.
     bool Existe(const std::string& sNome) const { return Existe(GetPasta(sNome), sNome); }
-    HRESULT LeCabecalho(const std::string& sNome, REG_XVCABECALHO* pReg) const;
+    // False: it has no header that can be read.
+    bool LeCabecalho(const std::string& sNome, REG_XVCABECALHO* pReg) const;
     HRESULT Resume(const std::string& sNome, SArquivoCopiado* pResumo) const;
 
     HRESULT AbreNoPalco(const std::string& sNome, std::unique_ptr<IXVArquivo>* ppArquivo);

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "contract/XVCR_Enumeracoes.h"
+#include "core/xvdatabase/XVMarcas.h"
 #include "core/xvdatabase/XVNomeArquivo.h"
 #include "core/xvdatabase/XVRegistroVersao.h"
 #include "middleware/BaseMiddleware.h"
@@ -10,6 +11,7 @@
 #include "middleware/verificacao/XVExameDia.h"
 #include "middleware/verificacao/XVLeituraLoja.h"
 #include "platform/XVPlataforma.h"
+#include "platform/XVTentativas.h"
 
 namespace {
 
@@ -36,12 +38,19 @@ CXVLojaNova::~CXVLojaNova() {
 
 HRESULT CXVLojaNova::Comeca() {
     IXVSistemaArquivos& rSistema = XVPlataforma::SistemaArquivos();
+    const std::string sMarca = XVMarcas::Nome(XV_DF, IXVArqMarcaEnum::ControleCriacaoArquivosInMemory);
     CXVErroArquivo erro = rSistema.CriaDiretorio(m_sDiretorio);
+    // Of two that find the directory empty at the same time one makes the store; the other one finds its
+    // list.
+    std::unique_ptr<IXVMarcaDiretorio> pMarca;
+    if (erro.Ok()) erro = XVTentaMarca(k_iTentativasLongas, m_sDiretorio, sMarca, pMarca);
     std::vector<std::string> listaNomes;
     if (erro.Ok()) erro = rSistema.Lista(m_sDiretorio, "*", listaNomes);
     if (!erro.Ok()) return XVNotaCaminho(XVCodigoArquivo(erro), m_sDiretorio);
-    const auto bLog = [](const std::string& rNome) { return XVEmMinusculas(rNome).ends_with(".log"); };
-    if (!std::all_of(listaNomes.begin(), listaNomes.end(), bLog)) return S_FALSE;
+    const auto bDeServico = [&](const std::string& rNome) {
+        return rNome == sMarca || XVEmMinusculas(rNome).ends_with(".log");
+    };
+    if (!std::all_of(listaNomes.begin(), listaNomes.end(), bDeServico)) return S_FALSE;
     m_bComecou = true;
     // First of all what keeps others away: a list that names an index, and that there is none yet.
     const HRESULT hr = GravaControle({k_pszArquivoVersao});

@@ -106,6 +106,25 @@ TEST_F(Copia, EhUmMomentoDaLojaQueOutroGrava) {
     }
 }
 
+// A file of an old program is given its header between two passes: nothing of it is where it was.
+TEST_F(Copia, TextosQueRecebemOCabecalhoNoMeio) {
+    const std::string sNome = "CRINTEGMIDJSON20240314.dat";
+    const std::string sInteiro = Conteudo(sNome);
+    ASSERT_GT(sInteiro.size(), 240U);
+    m_Arquivos.CriaArquivo(PastaDados(sNome), sInteiro.substr(240));
+    bool bRecebeu = false;
+    ASSERT_EQ(Executa([&] {
+                  const auto retrato = m_Arquivos.Retrata();
+                  const auto it = retrato.find("/copias/MATRIZ/parcial/" + sNome);
+                  if (bRecebeu || it == retrato.end() || it->second.sConteudo != sInteiro.substr(240)) return;
+                  m_Arquivos.CriaArquivo(PastaDados(sNome), sInteiro);
+                  bRecebeu = true;
+              }),
+              S_OK);
+    EXPECT_TRUE(bRecebeu);
+    EXPECT_EQ(XVDiferenca(Retrata(), RetrataCopia()), "");
+}
+
 TEST_F(Copia, RepetidaCopiaSoOQueMudou) {
     ASSERT_EQ(Executa(), S_OK);
     const XVUInt64 uiArquivos = m_copia.uiArquivos;

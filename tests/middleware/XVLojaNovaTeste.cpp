@@ -1,6 +1,7 @@
 // A store written from front to back, when the machine fails or dies in the middle of it.
 #include "middleware/verificacao/XVLojaNova.h"
 
+#include "tests/harness/XVGanchoArquivos.h"
 #include "tests/harness/XVSistemaArquivosFalhas.h"
 #include "tests/harness/XVSistemaArquivosMorte.h"
 #include "tests/middleware/XVCenarioLoja.h"
@@ -77,6 +78,30 @@ TEST_F(LojaNova, MorteEmCadaAlteracaoNaoDeixaBaseComUmaParte) {
         EXPECT_TRUE(uiAchadas == 3U || (bMorreu && (!uiAchadas || !bTemDias))) << uiAlteracao;
     }
     EXPECT_GT(uiAlteracao, 20U);
+}
+
+// A second one that begins at any moment of the first: one of them makes the store, and it is whole.
+TEST_F(LojaNova, DeDuasAoMesmoTempoUmaFazABase) {
+    const auto inicio = m_Arquivos.Retrata();
+    CXVSistemaArquivosGancho gancho(m_Arquivos);
+    const CXVGuardaSistemaArquivos guarda(gancho);
+    unsigned uiMomentos = 0;
+    for (unsigned uiOutra = 1; uiOutra <= uiMomentos + 1 && !HasFailure(); ++uiOutra) {
+        m_Arquivos.Restaura(inicio);
+        HRESULT hrOutra = S_FALSE;
+        HRESULT hr = S_FALSE;
+        {
+            unsigned ui = 0;
+            const CXVGanchoArquivos aCada([&] {
+                if (++ui == uiOutra) hrOutra = Faz();
+            });
+            hr = Faz();
+            uiMomentos = ui;
+        }
+        EXPECT_NE(hr == S_OK, hrOutra == S_OK) << uiOutra;
+        EXPECT_EQ(Conta(), 3U) << uiOutra;
+    }
+    EXPECT_GT(uiMomentos, 20U);
 }
 
 }  // namespace

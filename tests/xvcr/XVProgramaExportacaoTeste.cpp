@@ -165,13 +165,16 @@ TEST_F(ProgramaExportacao, ArquivoIncompletoOuAlteradoNaoEntra) {
     std::string sSemLinha = sTudo;
     sSemLinha.erase(sTudo.find(R"({"linha":"dataHora")"),
                     sTudo.rfind(R"({"linha":"fim")") - sTudo.find(R"({"linha":"dataHora")"));
-    for (const std::string& rConteudo : {sAlterado, sSemFim, sSemLinha, std::string("{}\n")}) {
+    for (const std::string& rConteudo : {sAlterado, sSemFim, sSemLinha, std::string("{}\n"), std::string()}) {
         m_Diretorio.CriaArquivo("danificado.jsonl", rConteudo);
         const SExecucao execucao = Outra("importa " + m_Diretorio.Junta("danificado.jsonl"));
         EXPECT_EQ(execucao.iSaida, 1);
         EXPECT_THAT(execucao.sErro, HasSubstr("nada foi importado"));
         EXPECT_TRUE(Bytes(m_Outro).empty());
     }
+    m_Diretorio.CriaArquivo("inteira.jsonl", sTudo);
+    EXPECT_THAT(Outra("importa --linha-maxima 60 " + m_Diretorio.Junta("inteira.jsonl")).sErro,
+                HasSubstr("linha 2: mais de 60 bytes"));
     const SExecucao execucao = Outra("importa - --json", sAlterado);
     EXPECT_EQ(execucao.iSaida, 1);
     EXPECT_THAT(execucao.sErro, HasSubstr("a linha final não confere"));
@@ -239,10 +242,14 @@ TEST_F(ProgramaExportacao, TabelasParaAnalise) {
     EXPECT_THAT(Xvcr("exporta --csv --sem-textos").sSaida,
                 EndsWith("base64\r\n" +
                          sCsv.substr(sCsv.find(sDmc), sCsv.rfind("regJSON") - sCsv.find(sDmc)) + "\r\n"));
-    EXPECT_THAT(Xvcr("exporta --sql").sSaida, HasSubstr("VALUES(NULL,'diz \"oi\", d''água\r\n; \\','//4=','" +
-                                                        sDmc + "',NULL,NULL,'2020-"));
+    const std::string sSql = Xvcr("exporta --sql").sSaida;
+    EXPECT_THAT(sSql, HasSubstr("VALUES(NULL,replace('diz \"oi\", d''água{"));
+    EXPECT_THAT(sSql, HasSubstr("}; \\','{"));
+    EXPECT_THAT(sSql, HasSubstr("}','\r'||'\n'),'//4=','" + sDmc + "',NULL,NULL,'2020-"));
+    EXPECT_THAT(sSql, testing::Not(HasSubstr("\r\n"))) << "sqlite3 would make it a line feed";
     EXPECT_EQ(Xvcr("exporta --csv --ate 2020-01-01").sSaida, sCsv.substr(0, sCsv.find('\n') + 1));
-    for (const char* pszErrada : {"exporta --por-dia", "exporta --csv --sql", "exporta --sem-textos"})
+    for (const char* pszErrada : {"exporta --por-dia", "exporta --csv --sql", "exporta --sem-textos",
+                                  "exporta --desde 2020-01-02 --ate 2020-01-01"})
         EXPECT_EQ(Xvcr(pszErrada).iSaida, 2) << pszErrada;
 }
 

@@ -148,6 +148,8 @@ void Executa(const SExporta& rExporta, CXVContexto& rContexto) {
     if (rExporta.bPorDia && rExporta.bSql) XVErroDeUso("--por-dia não vale junto com --sql");
     if (rExporta.bSemTextos && !rExporta.bCsv && !rExporta.bSql)
         XVErroDeUso("--sem-textos só vale com --csv ou --sql");
+    if (!rExporta.regAte.EhNula() && rExporta.regAte.GetDma() < rExporta.regDesde.GetDma())
+        XVErroDeUso("--ate é uma data anterior a --desde");
     CXVExecucaoExporta(rExporta, rContexto).Executa();
 }
 

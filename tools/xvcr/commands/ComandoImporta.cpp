@@ -68,9 +68,8 @@ class CXVExecucaoImporta {
   private:
     // What can be read twice is looked at whole before anything of it is recorded.
     void Confere(const std::string& sFonte) const {
-        if (sFonte == "-") return;
+        if (XVFonteSoSeLeUmaVez(sFonte)) return;
         const std::unique_ptr<IXVFonteBytes> pFonte = XVAbreFonte(sFonte);
-        if (pFonte->GetTamanho() == 0) return;
         const std::string sErro = XVConfereExportacao(*pFonte, m_rImporta.ulLinhaMaxima);
         if (!sErro.empty())
             XVFalha(sFonte + ": " + sErro +
@@ -88,8 +87,7 @@ class CXVExecucaoImporta {
             const CXVArquivosRecusados recusados;  // of this line alone
             const bool bLonga = eResultado == CXVLeitorLinhas::EResultado::eLonga;
             const CXVImportacao::SErro erro =
-                bLonga ? CXVImportacao::SErro{{"", "mais de " + std::to_string(m_rImporta.ulLinhaMaxima) +
-                                                       " bytes"}}
+                bLonga ? CXVImportacao::SErro{{"", XVDescreveLinhaLonga(m_rImporta.ulLinhaMaxima)}}
                        : m_importacao.Importa(sLinha);
             if (!erro.Ok()) RecusaLinha(sOnde + "linha " + std::to_string(leitor.GetNumero()), erro);
             m_progresso.Mostra(

@@ -63,6 +63,11 @@ class CXVFonteArquivo : public IXVFonteBytes {
     bool m_bFim = false;
 };
 
+std::filesystem::file_type Tipo(const std::string& sNome) {
+    std::error_code erro;
+    return std::filesystem::status(XVCaminhoDeUtf8(sNome), erro).type();
+}
+
 }  // namespace
 
 std::unique_ptr<IXVFonteBytes> XVAbreFonte(const std::string& sNome) {
@@ -72,14 +77,16 @@ std::unique_ptr<IXVFonteBytes> XVAbreFonte(const std::string& sNome) {
         s_bTomada = true;
         return std::make_unique<CXVFonteFluxo>(XVFluxoEntradaPadrao(), "a entrada padrão");
     }
-    const std::filesystem::path caminho = XVCaminhoDeUtf8(sNome);
-    std::error_code erro;
-    const std::filesystem::file_type eTipo = std::filesystem::status(caminho, erro).type();
-    if (eTipo == std::filesystem::file_type::directory) XVFalha("\"" + sNome + "\" é um diretório");
-    // Pipes with a name and what a shell puts in the place of a command's output.
-    if (eTipo == std::filesystem::file_type::fifo || eTipo == std::filesystem::file_type::character)
+    if (Tipo(sNome) == std::filesystem::file_type::directory) XVFalha("\"" + sNome + "\" é um diretório");
+    if (XVFonteSoSeLeUmaVez(sNome))
         return std::make_unique<CXVFonteFluxo>(XVAbreFluxoEntrada(sNome), '"' + sNome + '"');
-    return std::make_unique<CXVFonteArquivo>(caminho, sNome);
+    return std::make_unique<CXVFonteArquivo>(XVCaminhoDeUtf8(sNome), sNome);
+}
+
+bool XVFonteSoSeLeUmaVez(const std::string& sNome) {
+    if (sNome == "-") return true;
+    const std::filesystem::file_type eTipo = Tipo(sNome);
+    return eTipo == std::filesystem::file_type::fifo || eTipo == std::filesystem::file_type::character;
 }
 
 std::string XVLeTudo(IXVFonteBytes& rFonte, std::size_t uiLimite) {

@@ -21,5 +21,9 @@ class IXVFonteBytes {
 // XVInterrupcao::Observa was called a request to end ends what does not come from a file opened by its name.
 std::unique_ptr<IXVFonteBytes> XVAbreFonte(const std::string& sNome);
 
+// Whether opening it takes what it holds: the standard input, pipes with a name, and what a shell puts in the
+// place of a command's output.
+bool XVFonteSoSeLeUmaVez(const std::string& sNome);
+
 // All that the source holds. More than uiLimite bytes: CXVErro.
 std::string XVLeTudo(IXVFonteBytes& rFonte, std::size_t uiLimite);

@@ -1,5 +1,6 @@
 // SQL that SQLite and PostgreSQL read alike. Numbers of 64 bits are texts: both have only signed ones. A text
 // ends with its quotation mark and nothing but that mark is special in it, as the standard has it.
+#include "support/values/XVCrc64.h"
 #include "tools/xvcr/transport/XVFormatos.h"
 #include "tools/xvcr/transport/XVValoresTabela.h"
 
@@ -8,7 +9,7 @@ namespace {
 constexpr unsigned k_uiPorTransacao = 1000;  // rows
 constexpr std::string_view k_sBase64 = "base64";
 
-void AnexaTexto(std::string& rPara, std::string_view sTexto) {
+void AnexaLiteral(std::string& rPara, std::string_view sTexto) {
     rPara += '\'';
     for (std::size_t uiDe = 0; uiDe <= sTexto.size();) {
         const std::size_t uiAspa = std::min(sTexto.find('\'', uiDe), sTexto.size());
@@ -17,6 +18,27 @@ void AnexaTexto(std::string& rPara, std::string_view sTexto) {
         uiDe = uiAspa + 1;
     }
     rPara += '\'';
+}
+
+// sqlite3 reads the end of a line as a line feed, whichever it is: a carriage return in front of one would be
+// lost. Something that the text does not hold stands for the pair, and the engine puts the pair in its place.
+void AnexaTexto(std::string& rPara, std::string_view sTexto) {
+    constexpr std::string_view k_sPar = "\r\n";
+    std::size_t uiPar = sTexto.find(k_sPar);
+    if (uiPar == std::string_view::npos) return AnexaLiteral(rPara, sTexto);
+    std::string sMarca;
+    for (XVUInt64 ui = XVCrc64(sTexto.data(), sTexto.size());; ++ui) {
+        sMarca = '{' + std::to_string(ui) + '}';
+        if (sTexto.find(sMarca) == std::string_view::npos) break;
+    }
+    std::string sMarcado;
+    for (; uiPar != std::string_view::npos; uiPar = sTexto.find(k_sPar)) {
+        sMarcado.append(sTexto.substr(0, uiPar)).append(sMarca);
+        sTexto.remove_prefix(uiPar + k_sPar.size());
+    }
+    rPara += "replace(";
+    AnexaLiteral(rPara, sMarcado.append(sTexto));
+    rPara += ",'" + sMarca + "','\r'||'\n')";
 }
 
 std::string_view TipoSql(XVValoresTabela::ETipo eTipo) {

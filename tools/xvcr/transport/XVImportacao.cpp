@@ -190,6 +190,10 @@ HRESULT CXVImportacao::Termina() {
     return FAILED(hr) ? hr : hrBase;
 }
 
+std::string XVDescreveLinhaLonga(std::size_t uiLinhaMaxima) {
+    return "mais de " + std::to_string(uiLinhaMaxima) + " bytes; --linha-maxima aceita mais";
+}
+
 std::string XVConfereExportacao(IXVFonteBytes& rFonte, std::size_t uiLinhaMaxima) {
     CXVLeitorLinhas leitor(rFonte, uiLinhaMaxima);
     XVUInt64 uiSoma = 0;
@@ -198,6 +202,8 @@ std::string XVConfereExportacao(IXVFonteBytes& rFonte, std::size_t uiLinhaMaxima
     for (;;) {
         const CXVLeitorLinhas::EResultado eResultado = leitor.Proxima(&sLinha);
         if (eResultado == CXVLeitorLinhas::EResultado::eFim) break;
+        if (eResultado == CXVLeitorLinhas::EResultado::eLonga)
+            return "linha " + std::to_string(leitor.GetNumero()) + ": " + XVDescreveLinhaLonga(uiLinhaMaxima);
         if (!bDentro) {
             if (!XVLinhaExportacao::EhInicio(sLinha)) return "não é uma exportação inteira do xvcr";
             bDentro = true;
@@ -212,5 +218,5 @@ std::string XVConfereExportacao(IXVFonteBytes& rFonte, std::size_t uiLinhaMaxima
         }
         uiSoma = Soma(sLinha, uiSoma);
     }
-    return bDentro ? "falta a linha final: a exportação está incompleta" : "";
+    return bDentro || leitor.GetNumero() == 0 ? "falta a linha final: a exportação está incompleta" : "";
 }

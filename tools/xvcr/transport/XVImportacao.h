@@ -80,5 +80,6 @@ class CXVImportacao {
     std::unordered_map<XVUInt64, REG_XVDMC> m_mapaChaves;  // new ones, by those that came
 };
 
+std::string XVDescreveLinhaLonga(std::size_t uiLinhaMaxima);
 // Reads a whole export for its sums and last lines alone; an empty text, or what is wrong.
 std::string XVConfereExportacao(IXVFonteBytes& rFonte, std::size_t uiLinhaMaxima);
