@@ -191,3 +191,32 @@ HRESULT CBaseMiddleware::LocalizaIndexSistemaTerceiro(XVUInt64 uiChaveIntegracao
     }
     return S_OK;
 }
+
+// Here, with the other two that write this group: the linker of one compiler takes the texts inside the
+// group's templates from one object only.
+HRESULT CBaseMiddleware::PreparaImportada(CXVOperacao& operacao, const SIntegracaoTransportada& rIntegracao) {
+    using ETipo = SIntegracaoTransportada::ETipo;
+    const CXVDadosCR_IntegracaoMiddleware& rDados = rIntegracao.dados;
+    const XVUInt64 uiDia = rDados.regDmc.GetDma().ToChave();
+    // The record is packed. Aligned as a whole, it has its text positions aligned too, which are handed out
+    // by reference.
+    alignas(XVUInt) REG_CR_INTEGRACAO_MIDDLEWARE_V2 regGrava{};
+    if (rIntegracao.eTipo != ETipo::eVaga) {
+        XV_CHECK_EM("ImportaIntegracao", ConfereTextosDoDia(uiDia, true, true));
+        regGrava = MontaRegistro(rDados.ComoRegistro());
+        XV_GRAVA_EM(operacao, "ImportaIntegracao", m_pDataBase->m_JSONIntegracao, uiDia,
+                    regGrava.ulPonteiroJSONRegistro, rDados.sRegistroJSON);
+        XV_GRAVA_EM(operacao, "ImportaIntegracao", m_pDataBase->m_MensagemIntegracao, uiDia,
+                    regGrava.ulPonteiroMensagemRetorno, rDados.sMensagemIntegracao);
+        XV_GRAVA_EM(operacao, "ImportaIntegracao", m_pDataBase->m_JSONRetornoIntegracao, uiDia,
+                    regGrava.ulPonteiroJSONRetornoIntegracao, rDados.sJSONRetornoIntegracao);
+    }
+    XVUInt uiPosicao = XVDATABASE_POSICAO_NOVO_REGISTRO;
+    XV_GRAVA_EM(operacao, "ImportaIntegracao", m_pDataBase->m_Integracao, uiDia, uiPosicao, regGrava);
+    XV_CHECK_EM("ImportaIntegracao", ValidaPosicaoLivre(rDados.regDmc));
+    if (rIntegracao.eTipo != ETipo::eInteira) return S_OK;
+    XVUInt uiPosicaoIndice = XVDATABASE_POSICAO_NOVO_REGISTRO;
+    const REG_CR_INDEX_INTEGRACAO_V1 regIndex = MontaIndice(rDados);
+    XV_GRAVA_EM(operacao, "ImportaIntegracao", m_pDataBase->m_IndexIntegracao, uiPosicaoIndice, regIndex);
+    return S_OK;
+}
