@@ -65,10 +65,14 @@ class CXVSistemaArquivosMemoria final : public IXVSistemaArquivos {
     }
     CXVErroArquivo GetCaminhoReal(const std::string& sDiretorio, std::string& sReal) override {
         const std::lock_guard trava(m_pEstado->mutex);
-        std::string sCurto = std::filesystem::path(sDiretorio).lexically_normal().generic_string();
-        if (sCurto.size() > 1 && sCurto.back() == '/') sCurto.pop_back();
-        const std::string sNormal = Normaliza(sCurto);
-        const bool bTem = XVCaminho::PodeNomearDiretorio(sCurto) && m_pEstado->EhDiretorio(sNormal);
+        // As the real ones do it: what stands before ".." has to be there.
+        std::filesystem::path caminho;
+        bool bTem = XVCaminho::PodeNomearDiretorio(sDiretorio);
+        for (const auto& rParte : std::filesystem::path(sDiretorio)) {
+            caminho = rParte == ".." ? caminho.parent_path() : rParte == "." ? caminho : caminho / rParte;
+            bTem = bTem && m_pEstado->EhDiretorio(Normaliza(caminho.generic_string()));
+        }
+        const std::string sNormal = Normaliza(caminho.generic_string());
         sReal = bTem ? sNormal : "";
         return bTem ? CXVErroArquivo() : Erro(ECausaArquivo::eCaminhoInvalido);
     }
