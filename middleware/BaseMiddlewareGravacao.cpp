@@ -192,8 +192,6 @@ HRESULT CBaseMiddleware::LocalizaIndexSistemaTerceiro(XVUInt64 uiChaveIntegracao
     return S_OK;
 }
 
-// Here, with the other two that write this group: the linker of one compiler takes the texts inside the
-// group's templates from one object only.
 HRESULT CBaseMiddleware::PreparaImportada(CXVOperacao& operacao, const SIntegracaoTransportada& rIntegracao) {
     using ETipo = SIntegracaoTransportada::ETipo;
     const CXVDadosCR_IntegracaoMiddleware& rDados = rIntegracao.dados;

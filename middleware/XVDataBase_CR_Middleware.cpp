@@ -179,3 +179,7 @@ XVUInt64 CXVDataBase_CR_Middleware::GetChaveIndex(const REG_CR_DATA_HORA_INTEGRA
     if (uiColuna != eIndexacao_SistemaTipoIntegracaoTipoData) return 0;
     return CrcDosCampos(reg.eSistemaIntegracao, reg.eTipoIntegracao, reg.eTipoData);
 }
+
+template XV_PREPARACAO_INTEGRACAO(PreparaNoMembro);
+template XV_PREPARACAO_INTEGRACAO(PreparaNoMembroFechado);
+template XV_PREPARACAO_INTEGRACAO(PreparaNoMembroDoMapa);

@@ -41,6 +41,16 @@ enum EColuna_Indexacao_DataHoraIntegracao : XVUInt {
     eIndexacao_SistemaTipoIntegracaoTipoData = 0,
 };
 
+// Several objects write this group. The texts inside its templates stand in one of them: the linker of MinGW
+// takes such texts for defined twice where one compilation kept a function that another one did not.
+#define XV_PREPARACAO_INTEGRACAO(funcao)                                                \
+    HRESULT TXVGroupDinamico<CXVFile<REG_CR_INTEGRACAO_MIDDLEWARE_V2>,                  \
+                             SNomesGroupFileDynamic<REG_CR_INTEGRACAO_MIDDLEWARE_V2>>:: \
+        funcao(CXVOperacao&, XVUInt64, XVUInt&, const std::span<const REG_CR_INTEGRACAO_MIDDLEWARE_V2>&)
+extern template XV_PREPARACAO_INTEGRACAO(PreparaNoMembro);
+extern template XV_PREPARACAO_INTEGRACAO(PreparaNoMembroFechado);
+extern template XV_PREPARACAO_INTEGRACAO(PreparaNoMembroDoMapa);
+
 class CXVDataBase_CR_Middleware : public CXVDataBase {
   public:
     XV_CLASSE("CXVDataBase_CR_Middleware", "XVDataBase_CR_Middleware")
