@@ -17,7 +17,9 @@ namespace {
 constexpr int k_iPassadas = 100;
 
 std::pair<XVUInt64, XVUInt64> Contador(const REG_XVCABECALHO_B& regB) {
-    return {regB.usVoltasContador, regB.uiContadorAtualizacao};
+    const XVUInt64 uiVoltas = regB.usVoltasContador;  // the record is packed: no reference to its fields
+    const XVUInt64 uiContador = regB.uiContadorAtualizacao;
+    return {uiVoltas, uiContador};
 }
 
 bool EhDeTextos(const std::string& sNome) {
