@@ -56,7 +56,8 @@ class Copia : public CXVCenarioLoja {
         integracao.Textos("{\"n\":" + std::to_string(n) + '}', std::string(n % 7 * 40, 'm'), "{}");
         if (n % 3 == 0) m_regUltima = Grava(rLoja, integracao);
         const std::string sMensagem = "mudada " + std::to_string(n);
-        const auto regStatus = XVStatusPS(m_regUltima, 0, eXVSMiddleware_Erro, sMensagem, "{}");
+        const std::string sRetorno = "{}";  // the record only borrows them
+        const auto regStatus = XVStatusPS(m_regUltima, 0, eXVSMiddleware_Erro, sMensagem, sRetorno);
         if (n % 3 == 1) {
             EXPECT_EQ(rLoja.GravaStatusIntegracao(regStatus), S_OK);
         }
@@ -134,7 +135,9 @@ TEST_F(Copia, RepetidaCopiaSoOQueMudou) {
     const auto lista = XVBusca(*Abre());
     REG_XVDMC regDmc;
     regDmc.uiValor = lista.front();
-    const auto regStatus = XVStatusPS(regDmc, 0, eXVSMiddleware_Cancelado, "m", "{}");
+    const std::string sMensagem = "m";
+    const std::string sRetorno = "{}";
+    const auto regStatus = XVStatusPS(regDmc, 0, eXVSMiddleware_Cancelado, sMensagem, sRetorno);
     EXPECT_EQ(Abre()->GravaStatusIntegracao(regStatus), S_OK);
     EXPECT_EQ(Executa(), S_OK);
     EXPECT_EQ(m_copia.uiArquivos, uiArquivos);
