@@ -75,6 +75,13 @@ class Acompanha : public XVPrograma {
     static void Escreve(const std::string& sArquivo, const std::string& sTexto) {
         std::ofstream(sArquivo, std::ios::binary) << sTexto;
     }
+    std::map<std::string, std::string> Retrato() const {
+        std::map<std::string, std::string> mapArquivos;
+        for (const auto& rEntrada : std::filesystem::recursive_directory_iterator(m_Diretorio.GetCaminho()))
+            if (rEntrada.is_regular_file())
+                mapArquivos[rEntrada.path().string()] = Conteudo(rEntrada.path().string());
+        return mapArquivos;
+    }
     // By the component, while the program runs in this process too.
     void GravaAoLado(const std::string& sEmpresa, XVUInt64 uiChave) const {
         XVCliente::CXVCliente cliente;
@@ -184,13 +191,6 @@ TEST_F(Acompanha, SegueMuitasEmpresasEUmaQueFalhaNaoPrendeAsOutras) {
     for (const char* pszEmpresa : {"001", "002"}) GravaAoLado(pszEmpresa, 1);
     const std::string sLog = Conteudo(Log("202403", "002"));
     std::map<std::string, std::string> mapAntes;
-    const auto retrato = [&] {
-        std::map<std::string, std::string> mapArquivos;
-        for (const auto& rEntrada : std::filesystem::recursive_directory_iterator(m_Diretorio.GetCaminho()))
-            if (rEntrada.is_regular_file())
-                mapArquivos[rEntrada.path().string()] = Conteudo(rEntrada.path().string());
-        return mapArquivos;
-    };
     int iPasso = 0;
     bool bDentro = false;  // what is recorded here may wait too
     m_Relogio.SetAoDormir([&](XVUInt64) {
@@ -201,7 +201,7 @@ TEST_F(Acompanha, SegueMuitasEmpresasEUmaQueFalhaNaoPrendeAsOutras) {
         if (iPasso == 5) Escreve(Log("202403", "002"), sLog);
         if (iPasso == 6) GravaAoLado("002", 3);
         if (iPasso == 7) GravaAoLado("003", 4);
-        if (iPasso == 8) mapAntes = retrato();
+        if (iPasso == 8) mapAntes = Retrato();
         bDentro = false;
     });
     const auto executa = [&](const std::string& sPalavras) {
@@ -210,7 +210,7 @@ TEST_F(Acompanha, SegueMuitasEmpresasEUmaQueFalhaNaoPrendeAsOutras) {
         return XVExecutaAqui(listaTudo);
     };
     const SExecucao execucao = executa("--todas --desde-o-inicio --por 12");
-    EXPECT_EQ(mapAntes, retrato());
+    EXPECT_EQ(mapAntes, Retrato());
     EXPECT_EQ(execucao.iSaida, 1);
     EXPECT_TRUE(execucao.sErro.starts_with("xvcr: empresa 002: o token não vale mais: o log \""))
         << execucao.sErro;

@@ -58,6 +58,10 @@ TEST_F(ProgramaVerificacao, DanoDitoRecuperadoEASalvo) {
     EXPECT_EQ(naNova("verifica").back()["inteiras"], 2);
     EXPECT_THAT(naNova("le --todos " + sSegunda).at(0).value("regMensagemIntegracao", ""),
                 AllOf(HasSubstr("O JSON enviado se perdeu."), testing::EndsWith("anterior: volta")));
+}
+
+TEST_F(ProgramaVerificacao, NomeDanificadoNaListaEBaseDeOutraVersao) {
+    Grava("grava --status Pendente");
     const std::string sControle = "001/DF/XVDATABASE_FILE_CTRL.dat";
     std::string sNomes = m_Diretorio.LeConteudo(sControle).value_or("");
     sNomes.replace(4, 1, "\xfd");  // of the first name
