@@ -128,11 +128,12 @@ class CBaseMiddleware : public CXVDataBaseFacade<CXVDataBase_CR_Middleware, CXVB
                             XVUInt64 uiChaveSistemaTerceiro, REG_XVDMC regDmcMovimentoOrigem) noexcept;
 
     // Recording: what an operation is to write. The lock of changes is held. S_FALSE: the operation must be
-    // alone.
+    // alone; rbSozinha, false at first, keeps that this was answered.
     HRESULT PreparaAlteracao(CXVOperacao& operacao, REG_XVDMC regDmc,
-                             const tagREG_CR_INTEGRACAO_MIDDLEWAREPS* pregps);
+                             const tagREG_CR_INTEGRACAO_MIDDLEWAREPS* pregps, bool& rbSozinha);
     HRESULT PreparaInclusao(CXVOperacao& operacao, const tagREG_CR_INTEGRACAO_MIDDLEWAREPS* pregps,
-                            REG_XVDMC* pRegDmc);
+                            bool& rbSozinha, REG_XVDMC* pRegDmc);
+    static XVUInt64 ChaveNaFila(const tagREG_CR_INTEGRACAO_MIDDLEWAREPS& regps);
     HRESULT PreparaStatus(CXVOperacao& operacao, const tagREG_CR_STATUS_INTEGRACAO_MIDDLEWAREPS& regStatus,
                           REG_CR_INDEX_INTEGRACAO_V1 regIndex, XVUInt uiPosicaoIndex,
                           REG_XVDMC* pRegDmcMovimentoOrigem);

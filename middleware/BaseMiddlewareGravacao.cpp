@@ -1,4 +1,6 @@
 // CBaseMiddleware: recording and updating integrations.
+#include <utility>
+
 #include "middleware/BaseMiddleware.h"
 #include "middleware/XVValidacaoIntegracao.h"
 
@@ -18,9 +20,10 @@ HRESULT CBaseMiddleware::GravaIntegracao(REG_XVDMC* pRegDmc,
         XV_FALHA(E_XVCR_TENTATIVA_GRAVACAO_INTEGRACAO_COM_CHAVE_SISTEMA_TERCEIRO_ZERADA);
     const CXVAcessoDefault acesso(this);
     const REG_XVDMC regDmc = *pRegDmc;
-    const HRESULT hr =
-        ExecutaOperacao(EFila::eComOutras, CXVDataBase_CR_Middleware::GetChaveIndex(regDmc),
-                        [&](CXVOperacao& operacao) { return PreparaAlteracao(operacao, regDmc, pregps); });
+    bool bSozinha = false;
+    const HRESULT hr = ExecutaOperacao(
+        EFila::eComOutras, CXVDataBase_CR_Middleware::GetChaveIndex(regDmc),
+        [&](CXVOperacao& operacao) { return PreparaAlteracao(operacao, regDmc, pregps, bSozinha); });
     if (FAILED(hr)) return hr;
     GravaLinhaLogGeral("GravaIntegracao", regDmc, pregps->uiChaveIntegracaoSistemaTerceiro,
                        pregps->regDmcMovimentoOrigem);
@@ -28,12 +31,19 @@ HRESULT CBaseMiddleware::GravaIntegracao(REG_XVDMC* pRegDmc,
 }
 
 HRESULT CBaseMiddleware::PreparaAlteracao(CXVOperacao& operacao, REG_XVDMC regDmc,
-                                          const tagREG_CR_INTEGRACAO_MIDDLEWAREPS* pregps) {
+                                          const tagREG_CR_INTEGRACAO_MIDDLEWAREPS* pregps, bool& rbSozinha) {
     const XVUInt64 uiChaveIndex = CXVDataBase_CR_Middleware::GetChaveIndex(regDmc);
     REG_CR_INDEX_INTEGRACAO_V1 regIndex;
     XV_CHECK_EM("GravaIntegracao",
                 m_pDataBase->m_IndexIntegracao.LeIndex(
                     uiChaveIndex, &regIndex, EColuna_Indexacao_Middleware::eIndexacao_DMCIntegracao));
+    // A key of the bank that comes to stand in the index: whoever records the same key has to find it there.
+    if (const XVUInt64 uiChaveBanco = ChaveNaFila(*pregps);
+        uiChaveBanco != 0 &&
+        uiChaveBanco != CXVDataBase_CR_Middleware::GetChaveIndexSistemaTerceiro(
+                            regIndex.uiChaveIntegracaoSistemaTerceiro, regIndex.eSistemaIntegracao) &&
+        !std::exchange(rbSozinha, true))
+        return S_FALSE;
     const XVUInt eStatusAnterior = regIndex.eStatusIntegracao;
     regIndex.eStatusIntegracao = pregps->eStatusIntegracao;
     regIndex.eSistemaIntegracao = pregps->eSistemaIntegracao;
@@ -87,12 +97,11 @@ HRESULT CBaseMiddleware::GravaInternalIntegracao(REG_XVDMC* pRegDmc,
     XV_CHECK(ValidaAcessoGravacao());
     XV_CHECK(ValidaRegistro(*pregps));
     const CXVAcessoDefault acesso(this);
-    // An integration of the bank takes over the index record that holds its key. An operation that waits for
-    // the device may be about to add such a record, so this one runs alone.
-    const EFila eFila = pregps->eSistemaIntegracao == OfficialBank ? EFila::eSozinha : EFila::eComOutras;
     REG_XVDMC regDmc;
-    const HRESULT hr = ExecutaOperacao(
-        eFila, 0, [&](CXVOperacao& operacao) { return PreparaInclusao(operacao, pregps, &regDmc); });
+    bool bSozinha = false;
+    const HRESULT hr = ExecutaOperacao(EFila::eComOutras, ChaveNaFila(*pregps), [&](CXVOperacao& operacao) {
+        return PreparaInclusao(operacao, pregps, bSozinha, &regDmc);
+    });
     if (FAILED(hr)) return hr;
     *pRegDmc = regDmc;
     const XVUInt64 uiDia = regDmc.GetDma().ToChave();
@@ -102,8 +111,16 @@ HRESULT CBaseMiddleware::GravaInternalIntegracao(REG_XVDMC* pRegDmc,
     return S_OK;
 }
 
+// An integration of the bank takes over the index record that holds its key, so it waits for one of the same
+// key that waits for the device. The keys of other systems lead to as many integrations as have them.
+XVUInt64 CBaseMiddleware::ChaveNaFila(const tagREG_CR_INTEGRACAO_MIDDLEWAREPS& regps) {
+    if (regps.eSistemaIntegracao != OfficialBank) return 0;
+    return CXVDataBase_CR_Middleware::GetChaveIndexSistemaTerceiro(regps.uiChaveIntegracaoSistemaTerceiro,
+                                                                   regps.eSistemaIntegracao);
+}
+
 HRESULT CBaseMiddleware::PreparaInclusao(CXVOperacao& operacao,
-                                         const tagREG_CR_INTEGRACAO_MIDDLEWAREPS* pregps,
+                                         const tagREG_CR_INTEGRACAO_MIDDLEWAREPS* pregps, bool& rbSozinha,
                                          REG_XVDMC* pRegDmc) {
     const REG_XVDMAHMSUTC regAgora = REG_XVDMAHMSUTC::Agora();
     if (regAgora.EhNula() || !regAgora.EhValida()) XV_FALHA_EM("GravaInternalIntegracao", E_INVALIDARG);
@@ -136,6 +153,8 @@ HRESULT CBaseMiddleware::PreparaInclusao(CXVOperacao& operacao,
     XV_CHECK_EM("GravaInternalIntegracao", ValidaPosicaoLivre(regIndex.regDmcIntegracao));
     XV_CHECK_EM("GravaInternalIntegracao",
                 BuscaPosicaoIndexSistemaTerceiro(pregps, uiPosicao, regIndex.regDmcIntegracao));
+    // What is prepared beside this operation must not count on the index record that it takes over.
+    if (uiPosicao != XVDATABASE_POSICAO_NOVO_REGISTRO && !std::exchange(rbSozinha, true)) return S_FALSE;
     XV_GRAVA_EM(operacao, "GravaInternalIntegracao", m_pDataBase->m_IndexIntegracao, uiPosicao, regIndex);
     *pRegDmc = regIndex.regDmcIntegracao;
     return S_OK;

@@ -22,8 +22,9 @@ HRESULT Inclui(CBaseMiddleware& rLoja, XVUInt64 uiChave, XVUInt eSistema, const 
     return rLoja.GravaIntegracao(&regDmc, integracao.Ptr());
 }
 
-HRESULT Altera(CBaseMiddleware& rLoja, REG_XVDMC regDmc, const char* pszRetorno) {
-    CXVIntegracaoTeste integracao(2, Mercos, eXVSMiddleware_Erro);
+HRESULT Altera(CBaseMiddleware& rLoja, REG_XVDMC regDmc, const char* pszRetorno, XVUInt64 uiChave = 2,
+               XVUInt eSistema = Mercos) {
+    CXVIntegracaoTeste integracao(uiChave, eSistema, eXVSMiddleware_Erro);
     integracao.reg.eTipoIntegracao = eXVSMiddleware_CadastroProduto;
     integracao.reg.eTipoTransacao = eXVSMiddleware_Alteracao;
     integracao.reg.uiBaseDadosTerceiro = 8;
@@ -74,6 +75,10 @@ const std::vector<SOperacaoLoja>& XVOperacoesLoja() {
         {"PosteriorDoDia", k_eComum, 15, [](L& r) { return Inclui(r, 1, Mercos, "posterior"); }},
         {"SemTextos", k_eComum, 15, [](L& r) { return Inclui(r, 0, Mercos, ""); }},
         {"BancoTomaAPosicao", k_eComum, 15, [](L& r) { return Inclui(r, 500, OfficialBank, "nova"); }},
+        {"BancoComChaveNova", k_eComum, 15, [](L& r) { return Inclui(r, 600, OfficialBank, "chave nova"); }},
+        {"BancoComOutraChave", k_eComum, 15, [](L& r) { return Inclui(r, 601, OfficialBank, "outra"); }},
+        {"AlteracaoParaOBanco", k_eComum, 15,
+         [](L& r) { return Altera(r, Dmc(13, 2), "{}", 600, OfficialBank); }},
         {"AlteracaoComRetorno", k_eComum, 15,
          [](L& r) { return Altera(r, Dmc(15, 1), "{\"retorno\":\"novo\"}"); }},
         {"AlteracaoSemRetorno", k_eComum, 15, [](L& r) { return Altera(r, Dmc(15, 1), ""); }},
