@@ -203,12 +203,13 @@ void CXVComparacao::MedeStatus(const char* pszTrabalho, CAbertos& rAbertos, CXVG
     });
 }
 
-// The first block of each is warming up: it opens files and meets pages.
+// What comes first of each is warming up: it opens files, meets pages, and makes a day one that is read
+// often.
 void CXVComparacao::MedeLeitura(const char* pszTrabalho, CAbertos& rAbertos, CXVGeradorBench& rGerador,
                                 unsigned uiPrimeiro, unsigned uiQuantos) {
-    const auto sorteia = [&](unsigned uiSemente) {
+    const auto sorteia = [&](unsigned uiSemente, unsigned uiLeituras) {
         std::vector<REG_XVDMC> lista;
-        for (const unsigned n : Sorteia(uiSemente, uiPrimeiro, uiQuantos, m_opcoes.uiLeituras))
+        for (const unsigned n : Sorteia(uiSemente, uiPrimeiro, uiQuantos, uiLeituras))
             lista.push_back(rGerador.Gera(n).regDmc);
         return lista;
     };
@@ -217,9 +218,10 @@ void CXVComparacao::MedeLeitura(const char* pszTrabalho, CAbertos& rAbertos, CXV
         for (const REG_XVDMC regDmc : rLista) uiBytes += rAbertos[i]->Le(regDmc).sRetorno.size();
         if (uiBytes != k_uiBytesRetorno * rLista.size()) XVTermina("a text came back with another length");
     };
-    for (std::size_t i = 0; i < rAbertos.size(); ++i) le(i, sorteia(m_opcoes.uiRodadas));
+    const unsigned uiAquece = std::max(m_opcoes.uiLeituras, std::min(uiQuantos, rGerador.PorDia()) * 2);
+    for (std::size_t i = 0; i < rAbertos.size(); ++i) le(i, sorteia(m_opcoes.uiRodadas, uiAquece));
     EmRodadas([&](std::size_t i, unsigned uiRodada) {
-        const std::vector<REG_XVDMC> lista = sorteia(uiRodada);
+        const std::vector<REG_XVDMC> lista = sorteia(uiRodada, m_opcoes.uiLeituras);
         const CXVCronometro desde;
         le(i, lista);
         m_medidas.AnotaTempo(pszTrabalho, m_listaAdversarios[i].pszNome, desde, lista.size());

@@ -13,6 +13,7 @@
 #include <mutex>
 #include <new>
 
+#include "platform/XVAmbienteSO.h"
 #include "platform/XVTipos.h"
 
 class CXVTextosLidos {
@@ -61,7 +62,9 @@ class CXVTextosLidos {
         pPedaco->uiFim = uiFim;
         const auto uiTamanho = static_cast<std::size_t>(uiFim - pPedaco->uiInicio);
         pPedaco->pDados.reset(new (std::nothrow) char[uiTamanho]);
-        if (pPedaco->pDados == nullptr || !carrega(*pPedaco)) return 0;
+        if (pPedaco->pDados == nullptr) return 0;
+        XVAmbienteSO::PedePaginasGrandes(pPedaco->pDados.get(), uiTamanho);
+        if (!carrega(*pPedaco)) return 0;
         pPedaco->pAnterior = m_pUltimo.load(std::memory_order_relaxed);
         m_pUltimo.store(pPedaco.release(), std::memory_order_release);
         return uiTamanho;
