@@ -17,6 +17,30 @@ struct CXVProcessoFilho::SSistema {
     CXVDescritor saida;
 };
 
+namespace {
+
+// Signals that whoever started the tests ignores, as nohup does, would be ignored by the child, too.
+class CSinaisDeOrigem {
+  public:
+    CSinaisDeOrigem() {
+        sigset_t sinais;
+        sigemptyset(&sinais);
+        for (const int iSinal : {SIGHUP, SIGINT, SIGTERM, SIGPIPE}) sigaddset(&sinais, iSinal);
+        posix_spawnattr_init(&m_atributos);
+        posix_spawnattr_setsigdefault(&m_atributos, &sinais);
+        posix_spawnattr_setflags(&m_atributos, POSIX_SPAWN_SETSIGDEF);
+    }
+    ~CSinaisDeOrigem() { posix_spawnattr_destroy(&m_atributos); }
+    CSinaisDeOrigem(const CSinaisDeOrigem&) = delete;
+    CSinaisDeOrigem& operator=(const CSinaisDeOrigem&) = delete;
+    const posix_spawnattr_t* Get() const { return &m_atributos; }
+
+  private:
+    posix_spawnattr_t m_atributos;
+};
+
+}  // namespace
+
 CXVProcessoFilho::CXVProcessoFilho(const std::string& sPrograma,
                                    const std::vector<std::string>& listaArgumentos,
                                    const SFluxosFilho& rFluxos)
@@ -47,7 +71,8 @@ CXVProcessoFilho::CXVProcessoFilho(const std::string& sPrograma,
     poe(STDIN_FILENO, rFluxos.sEntrada, O_RDONLY, entradaDoFilho.Get());
     poe(STDOUT_FILENO, rFluxos.sSaida, O_WRONLY | O_CREAT, saidaDoFilho.Get());
     poe(STDERR_FILENO, rFluxos.sErro, O_WRONLY | O_CREAT, -1);
-    const int iErro = posix_spawn(&m_pSistema->iProcesso, sPrograma.c_str(), &acoes, nullptr,
+    const CSinaisDeOrigem sinais;
+    const int iErro = posix_spawn(&m_pSistema->iProcesso, sPrograma.c_str(), &acoes, sinais.Get(),
                                   listaPonteiros.data(), environ);
     posix_spawn_file_actions_destroy(&acoes);
     if (iErro != 0) throw std::runtime_error("posix_spawn " + sPrograma);
