@@ -83,7 +83,8 @@ TEST(LinhaJson, RecusaOQueNaoEUmObjetoEDizOByte) {
         {"a":{1:2}} {"a":tru} {"a":01} {"a":1.} {"a":-} {"a":1e} {"a":"\x"} {"a":"\u00g0"} {"a":"\ud83d"}
         {"a":"\ud83d\u0041"} {"a":"\ude00"} {"a":1,"a":2,} )"
                              "{\"a\":\"\x1f\"} {\"a\":\"123\x1f"
-                             "45678\"} {\"a\":\"\xff\"}");
+                             "45678\"} {\"a\":\"0123456789\x1f"
+                             "0123456789abcdef\"} {\"a\":\"\xff\"}");
     for (std::string sLinha; fluxo >> sLinha;)
         EXPECT_TRUE(XVSeparaMembros(sLinha, &listaMembros).starts_with("JSON inválido no byte ")) << sLinha;
     EXPECT_EQ(XVSeparaMembros("", &listaMembros), "JSON inválido no byte 1");
