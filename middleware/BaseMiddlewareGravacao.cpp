@@ -4,6 +4,17 @@
 #include "middleware/BaseMiddleware.h"
 #include "middleware/XVValidacaoIntegracao.h"
 
+namespace {
+
+// A key of the bank that comes to stand in the index: whoever records the same key has to find it there.
+bool TrazChaveDoBanco(const REG_CR_INDEX_INTEGRACAO_V1& rIndex, XVUInt64 uiChaveBanco) {
+    return uiChaveBanco != 0 &&
+           uiChaveBanco != CXVDataBase_CR_Middleware::GetChaveIndexSistemaTerceiro(
+                               rIndex.uiChaveIntegracaoSistemaTerceiro, rIndex.eSistemaIntegracao);
+}
+
+}  // namespace
+
 HRESULT CBaseMiddleware::GravaIntegracao(REG_XVDMC* pRegDmc,
                                          const tagREG_CR_INTEGRACAO_MIDDLEWAREPS* pregps) {
     XV_ESCOPO({"regDmc", pRegDmc != nullptr ? pRegDmc->uiValor : 0});
@@ -37,13 +48,7 @@ HRESULT CBaseMiddleware::PreparaAlteracao(CXVOperacao& operacao, REG_XVDMC regDm
     XV_CHECK_EM("GravaIntegracao",
                 m_pDataBase->m_IndexIntegracao.LeIndex(
                     uiChaveIndex, &regIndex, EColuna_Indexacao_Middleware::eIndexacao_DMCIntegracao));
-    // A key of the bank that comes to stand in the index: whoever records the same key has to find it there.
-    if (const XVUInt64 uiChaveBanco = ChaveNaFila(*pregps);
-        uiChaveBanco != 0 &&
-        uiChaveBanco != CXVDataBase_CR_Middleware::GetChaveIndexSistemaTerceiro(
-                            regIndex.uiChaveIntegracaoSistemaTerceiro, regIndex.eSistemaIntegracao) &&
-        !std::exchange(rbSozinha, true))
-        return S_FALSE;
+    if (TrazChaveDoBanco(regIndex, ChaveNaFila(*pregps)) && !std::exchange(rbSozinha, true)) return S_FALSE;
     const XVUInt eStatusAnterior = regIndex.eStatusIntegracao;
     regIndex.eStatusIntegracao = pregps->eStatusIntegracao;
     regIndex.eSistemaIntegracao = pregps->eSistemaIntegracao;
