@@ -133,6 +133,15 @@ HRESULT CBaseMiddleware::PreparaInclusao(CXVOperacao& operacao,
     // The first operation of a day makes the day's files. While it waits for the device no other operation
     // may be prepared on files that may yet be taken back, so the first one runs alone.
     if (TemFila() && !m_pDataBase->EstaDiaAberto(uiChaveNomeArquivo)) return S_FALSE;
+    // What is prepared beside this operation must not count on the index record that it takes over. Asked
+    // before anything is prepared, which would be in vain.
+    XVUInt uiTomado = 0;
+    if (pregps->eSistemaIntegracao == OfficialBank)
+        XV_CHECK_EM("GravaInternalIntegracao",
+                    m_pDataBase->m_IndexIntegracao.ExisteIndex(
+                        ChaveNaFila(*pregps), uiTomado,
+                        EColuna_Indexacao_Middleware::eIndexacao_ChaveIntegracaoComSistemaTerceiro));
+    if (uiTomado != 0 && !std::exchange(rbSozinha, true)) return S_FALSE;
     XV_CHECK_EM("GravaInternalIntegracao", ConfereTextosDoDia(uiChaveNomeArquivo, true, true));
     // The record is packed. Aligned as a whole, it has its text positions aligned too, which are handed out
     // by reference.
@@ -158,8 +167,6 @@ HRESULT CBaseMiddleware::PreparaInclusao(CXVOperacao& operacao,
     XV_CHECK_EM("GravaInternalIntegracao", ValidaPosicaoLivre(regIndex.regDmcIntegracao));
     XV_CHECK_EM("GravaInternalIntegracao",
                 BuscaPosicaoIndexSistemaTerceiro(pregps, uiPosicao, regIndex.regDmcIntegracao));
-    // What is prepared beside this operation must not count on the index record that it takes over.
-    if (uiPosicao != XVDATABASE_POSICAO_NOVO_REGISTRO && !std::exchange(rbSozinha, true)) return S_FALSE;
     XV_GRAVA_EM(operacao, "GravaInternalIntegracao", m_pDataBase->m_IndexIntegracao, uiPosicao, regIndex);
     *pRegDmc = regIndex.regDmcIntegracao;
     return S_OK;
