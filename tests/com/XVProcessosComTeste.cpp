@@ -37,21 +37,6 @@ int LinhasDoUsuario(const std::string& sEmpresa, const std::string& sUsuario) {
     return iLinhas;
 }
 
-// A value under the suite's root key, for servers that start while it lives.
-class CValorDaRegistry {
-  public:
-    CValorDaRegistry(const wchar_t* pszValor, DWORD ulNumero) : m_pszValor(pszValor) {
-        ::RegSetKeyValueW(HKEY_LOCAL_MACHINE, k_pszChave, pszValor, REG_DWORD, &ulNumero, sizeof(ulNumero));
-    }
-    ~CValorDaRegistry() { ::RegDeleteKeyValueW(HKEY_LOCAL_MACHINE, k_pszChave, m_pszValor); }
-    CValorDaRegistry(const CValorDaRegistry&) = delete;
-    CValorDaRegistry& operator=(const CValorDaRegistry&) = delete;
-
-  private:
-    static constexpr const wchar_t* k_pszChave = L"SOFTWARE\\Wow6432Node\\Velmora";
-    const wchar_t* m_pszValor;
-};
-
 }  // namespace
 
 TEST(Processos, QuatroClientesNumaEmpresaEEmDuas) {
