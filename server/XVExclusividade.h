@@ -1,5 +1,8 @@
 // One server at a time for a user and session: a named mutex, held from before the class is registered
-// until after it is withdrawn, so that the next server opens stores that the last one has closed.
+// until after it is withdrawn, so that the next server opens stores that the last one has closed. A named
+// event beside it tells a server that is ending from one that serves.
+//
+// Thread rule: the main thread; the mutex belongs to the thread that took it.
 #pragma once
 
 #include <windows.h>
@@ -11,11 +14,18 @@ class CXVExclusividade {
     CXVExclusividade(const CXVExclusividade&) = delete;
     CXVExclusividade& operator=(const CXVExclusividade&) = delete;
 
-    // Waits for a server that is ending. False: another one is there and stays. Of a server that was
-    // killed the mark is taken over at once.
-    bool Toma(DWORD ulMilissegundos);
+    // Waits as long as it takes for a server that is ending (k_ulEsperaFimDoAnterior at most), and for one
+    // that serves ulSeAtende milliseconds. False: another one is there and stays. Of a server that was killed
+    // the mark is taken over at once.
+    bool Toma(DWORD ulSeAtende);
+
+    // Who holds the mark says whether it is about to give it up.
+    void AnunciaFim(bool bTermina);
 
   private:
+    bool EstaTerminando() const;
+
     HANDLE m_hMutex;
+    HANDLE m_hTerminando;
     bool m_bTomado = false;
 };

@@ -18,7 +18,13 @@ class CXVComponenteServido final : private CXVPresencaCliente, public CXVCR_Midd
     CXVComponenteServido() { CXVVidaServidor::Get().Inclui(this); }
 
   private:
-    ~CXVComponenteServido() override { CXVVidaServidor::Get().Retira(this); }
+    ~CXVComponenteServido() override {
+        CXVVidaServidor::Get().Retira(this);
+        XVIgnora(XVNaFronteira([this] {
+            CXVVidaServidor::Get().GetLojas().Guarda(EntregaLogica());
+            return S_OK;
+        }));
+    }
 };
 
 }  // namespace
@@ -46,17 +52,7 @@ HRESULT STDMETHODCALLTYPE CXVFabricaClasse::CreateInstance(IUnknown* pExterno, R
 }
 
 HRESULT STDMETHODCALLTYPE CXVFabricaClasse::LockServer(BOOL bTrava) {
-    if (bTrava != FALSE) {
-        CXVVidaServidor::Get().Entra();
-        ++m_lTravas;
-        return S_OK;
-    }
-    long lTravas = m_lTravas.load();
-    while (lTravas > 0 && !m_lTravas.compare_exchange_weak(lTravas, lTravas - 1)) {
-    }
-    if (lTravas <= 0) return E_UNEXPECTED;
-    CXVVidaServidor::Get().Sai();
-    return S_OK;
+    return CXVVidaServidor::Get().Trava(bTrava != FALSE);
 }
 
 HRESULT CXVInscricaoFabrica::Registra() {

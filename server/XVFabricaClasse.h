@@ -13,11 +13,6 @@ class CXVFabricaClasse final : public IClassFactory {
     ULONG STDMETHODCALLTYPE Release() override { return 1; }
     HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown* pExterno, REFIID riid, void** ppvObject) override;
     HRESULT STDMETHODCALLTYPE LockServer(BOOL bTrava) override;
-
-  private:
-    // Locks are counted apart from components, so that a client that unlocks more than it locked does not
-    // take away the reference that a component holds on the process.
-    std::atomic<long> m_lTravas = 0;
 };
 
 XV_INTERFACE_COM_FIM

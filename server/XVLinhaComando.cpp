@@ -15,6 +15,7 @@ constexpr SSwitch k_aSwitches[] = {
     {L"unregserver", EComandoServidor::eDesregistra},
     {L"regserverperuser", EComandoServidor::eRegistraUsuario},
     {L"unregserverperuser", EComandoServidor::eDesregistraUsuario},
+    {L"stop", EComandoServidor::ePara},
 };
 
 bool IgualSemCaixa(std::wstring_view sTexto, std::wstring_view sMinusculo) {

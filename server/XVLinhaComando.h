@@ -5,12 +5,13 @@
 #include <vector>
 
 enum class EComandoServidor {
-    eServe,         // started by hand: serves until the last client leaves
+    eServe,         // started by hand: serves until its last client has left
     eServeAtivado,  // started by COM for a client that is waiting: leaves by itself when none comes
     eRegistra,
     eDesregistra,
     eRegistraUsuario,
     eDesregistraUsuario,
+    ePara,  // ends the server that runs
     eDesconhecido,
 };
 

@@ -8,6 +8,7 @@
 #include "platform/win32/XVTextoWindows.h"
 #include "server/XVInscricaoClasse.h"
 #include "server/XVLinhaComando.h"
+#include "server/XVPedidoFim.h"
 #include "server/XVServidor.h"
 #include "server/XVTratamentoCrash.h"
 #include "support/XVAmbiente.h"
@@ -16,16 +17,16 @@
 namespace {
 
 constexpr const char* k_pszUso =
-    "XVCR_Middleware: argumento desconhecido. Use /RegServer, /UnregServer, /RegServerPerUser ou "
-    "/UnregServerPerUser, ou nenhum para servir.\n";
+    "XVCR_Middleware: argumento desconhecido. Use /RegServer, /UnregServer, /RegServerPerUser, "
+    "/UnregServerPerUser ou /Stop, ou nenhum para servir.\n";
 
-// Writes one line to the standard error output. This is a program without a console, so it has such an output
-// only when whoever started it passed one on; otherwise nothing is written.
-void EscreveErro(const char* pszLinha) {
-    const HANDLE hErro = ::GetStdHandle(STD_ERROR_HANDLE);
-    if (hErro == nullptr || hErro == INVALID_HANDLE_VALUE) return;
+// Writes one line to a standard output. This is a program without a console, so it has such an output only
+// when whoever started it passed one on; otherwise nothing is written.
+void Escreve(DWORD ulSaida, const char* pszLinha) {
+    const HANDLE hSaida = ::GetStdHandle(ulSaida);
+    if (hSaida == nullptr || hSaida == INVALID_HANDLE_VALUE) return;
     DWORD ulGravados = 0;
-    ::WriteFile(hErro, pszLinha, static_cast<DWORD>(::lstrlenA(pszLinha)), &ulGravados, nullptr);
+    ::WriteFile(hSaida, pszLinha, static_cast<DWORD>(::lstrlenA(pszLinha)), &ulGravados, nullptr);
 }
 
 int Relata(HRESULT hr, const char* pszPasso) {
@@ -33,13 +34,23 @@ int Relata(HRESULT hr, const char* pszPasso) {
     char szLinha[512];
     std::snprintf(szLinha, sizeof(szLinha), "XVCR_Middleware: não foi possível %s (código 0x%08lX).\n",
                   pszPasso, static_cast<unsigned long>(hr));
-    EscreveErro(szLinha);
+    Escreve(STD_ERROR_HANDLE, szLinha);
     XVProfiler::RecordError(nullptr, "XVCR_Middleware", "server/XVPrograma", __LINE__, "%s", szLinha);
     return static_cast<int>(hr);
 }
 
 int Relata(const SResultadoInscricao& rResultado) {
     return Relata(rResultado.hr, rResultado.sPasso.c_str());
+}
+
+int Para() {
+    const SParada parada = XVParaServidores();
+    if (FAILED(parada.hr)) return Relata(parada.hr, "terminar o servidor no tempo previsto");
+    std::string sLinha = parada.uiTerminados != 0 ? "XVCR_Middleware: o servidor terminou."
+                                                  : "XVCR_Middleware: nenhum servidor em execução.";
+    if (parada.uiDeOutrosUsuarios != 0) sLinha += " O servidor de outro usuário continua em execução.";
+    Escreve(STD_OUTPUT_HANDLE, (sLinha + "\n").c_str());
+    return 0;
 }
 
 int Executa(EComandoServidor eComando) {
@@ -52,6 +63,8 @@ int Executa(EComandoServidor eComando) {
             return Relata(XVInscreveClasse(EEscopoInscricao::eUsuario));
         case EComandoServidor::eDesregistraUsuario:
             return Relata(XVRemoveClasse(EEscopoInscricao::eUsuario));
+        case EComandoServidor::ePara:
+            return Para();
         case EComandoServidor::eServe:
         case EComandoServidor::eServeAtivado: {
             const SFimServidor fim = XVExecutaServidor(eComando == EComandoServidor::eServeAtivado);
@@ -60,7 +73,7 @@ int Executa(EComandoServidor eComando) {
         case EComandoServidor::eDesconhecido:
             break;
     }
-    EscreveErro(k_pszUso);
+    Escreve(STD_ERROR_HANDLE, k_pszUso);
     return static_cast<int>(E_INVALIDARG);
 }
 

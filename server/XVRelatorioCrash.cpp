@@ -27,23 +27,21 @@ void Escreve(HANDLE hArquivo, const char* pszFormato, ...) {
 }
 
 void EscreveQuadro(HANDLE hArquivo, int iQuadro, std::uint64_t uiEndereco) {
-    HMODULE hModulo = nullptr;
-    char szModulo[MAX_PATH] = "?";
-    if (::GetModuleHandleExW(
-            GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
-            reinterpret_cast<LPCWSTR>(uiEndereco), &hModulo) != 0)
-        ::GetModuleFileNameA(hModulo, szModulo, MAX_PATH);
+    char szModulo[MAX_PATH];
+    const HMODULE hModulo = XVModuloDoEndereco(reinterpret_cast<const void*>(uiEndereco), szModulo);
     Escreve(hArquivo, "#%02d %016llx %s+0x%llx\r\n", iQuadro, static_cast<unsigned long long>(uiEndereco),
             szModulo, static_cast<unsigned long long>(uiEndereco - reinterpret_cast<std::uint64_t>(hModulo)));
 }
 
-// Walks the unwind tables from the context of the crash.
+// Walks the unwind tables from the context of the crash. An address in no code, as after a call through null,
+// is taken for a leaf, which leads to its caller.
 void EscrevePilha(HANDLE hArquivo, CONTEXT contexto) {
     constexpr int k_iMaximoQuadros = 64;
-    for (int i = 0; i < k_iMaximoQuadros && contexto.Rip != 0; ++i) {
+    for (int i = 0; i < k_iMaximoQuadros && (contexto.Rip != 0 || i == 0); ++i) {
         EscreveQuadro(hArquivo, i, contexto.Rip);
         DWORD64 uiBase = 0;
-        const PRUNTIME_FUNCTION pFuncao = ::RtlLookupFunctionEntry(contexto.Rip, &uiBase, nullptr);
+        const PRUNTIME_FUNCTION pFuncao =
+            contexto.Rip == 0 ? nullptr : ::RtlLookupFunctionEntry(contexto.Rip, &uiBase, nullptr);
         if (pFuncao == nullptr) {  // a leaf: the return address is on top of the stack
             MEMORY_BASIC_INFORMATION regiao{};
             if (::VirtualQuery(reinterpret_cast<LPCVOID>(contexto.Rsp), &regiao, sizeof(regiao)) == 0 ||
@@ -62,13 +60,23 @@ void EscrevePilha(HANDLE hArquivo, CONTEXT contexto) {
 
 }  // namespace
 
-void XVGravaRelatorioCrash(HANDLE hArquivo, const EXCEPTION_POINTERS& rExcecao) {
+HMODULE XVModuloDoEndereco(const void* pEndereco, char (&szModulo)[MAX_PATH]) {
+    HMODULE hModulo = nullptr;
+    ::lstrcpyA(szModulo, "?");
+    if (::GetModuleHandleExW(
+            GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
+            static_cast<LPCWSTR>(pEndereco), &hModulo) != 0)
+        ::GetModuleFileNameA(hModulo, szModulo, MAX_PATH);
+    return hModulo;
+}
+
+void XVGravaRelatorioCrash(HANDLE hArquivo, const EXCEPTION_POINTERS& rExcecao, DWORD ulThread) {
     const EXCEPTION_RECORD& rRegistro = *rExcecao.ExceptionRecord;
     const CONTEXT& c = *rExcecao.ContextRecord;
     const auto hex = [](auto v) { return static_cast<unsigned long long>(v); };
     Escreve(hArquivo, "Exceção 0x%08lX no endereço %p, thread %lu\r\n",
             static_cast<unsigned long>(rRegistro.ExceptionCode), rRegistro.ExceptionAddress,
-            static_cast<unsigned long>(::GetCurrentThreadId()));
+            static_cast<unsigned long>(ulThread));
     for (DWORD i = 0; i < rRegistro.NumberParameters && i < EXCEPTION_MAXIMUM_PARAMETERS; ++i)
         Escreve(hArquivo, "Parâmetro %lu: %016llx\r\n", static_cast<unsigned long>(i),
                 hex(rRegistro.ExceptionInformation[i]));

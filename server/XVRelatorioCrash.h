@@ -5,4 +5,8 @@
 #include <windows.h>
 
 // Writes exception, registers and the stack of the context (at most 64 frames, each as module + offset).
-void XVGravaRelatorioCrash(HANDLE hArquivo, const EXCEPTION_POINTERS& rExcecao);
+// ulThread is the thread that crashed.
+void XVGravaRelatorioCrash(HANDLE hArquivo, const EXCEPTION_POINTERS& rExcecao, DWORD ulThread);
+
+// The path of the module that holds the address and its beginning; "?" and null where it is in none.
+HMODULE XVModuloDoEndereco(const void* pEndereco, char (&szModulo)[MAX_PATH]);

@@ -2,20 +2,28 @@
 
 #include <objidl.h>
 
+#include <algorithm>
+
 #include "server/XVExclusividade.h"
 #include "server/XVFabricaClasse.h"
 #include "server/XVJanelaSessao.h"
 #include "server/XVSegurancaCom.h"
+#include "server/XVTemposFim.h"
 
 namespace {
 
-constexpr DWORD k_ulEsperaServidorAnterior = 3000;
+// A server that serves, and was started beside this one, takes the client that this one was started for.
+constexpr DWORD k_ulEsperaServidorQueAtende = 3000;
 constexpr XVUInt k_ulEsperaPrimeiroCliente = 60;          // seconds
 constexpr XVUInt k_ulInatividadeMaxima = 8 * 60 * 60;     // seconds
+constexpr XVUInt k_ulPermanencia = 30;                    // seconds
 constexpr XVUInt k_ulMaximoSegundos = 40 * 24 * 60 * 60;  // of a configured time: ticks wrap after 49 days
-constexpr DWORD k_ulIntervaloVerificacao = 1000;
-// The next server must get its turn while it waits for this one.
-constexpr DWORD k_ulFimMaximo = k_ulEsperaServidorAnterior - 1000;
+constexpr DWORD k_ulIntervaloVerificacao = 500;
+// Milliseconds for which a store stays open after its last component. Another process that wants it waits 5 s
+// for it at the most, and has to get it.
+constexpr XVUInt k_ulTempoLojaMantida = 4000;
+// What COM gets for its own end, when all stores are closed.
+constexpr DWORD k_ulFimDoCom = 2000;
 
 // A time of the registry, given in seconds, in milliseconds.
 XVUInt LeTempo(const char* pszValor, XVUInt ulPadraoSegundos) {
@@ -50,17 +58,19 @@ void NaoEngoleExcecoes() {
     pOpcoes->Release();
 }
 
-DWORD WINAPI TerminaSeNaoTerminou(void*) {
-    ::Sleep(k_ulFimMaximo);
+DWORD WINAPI TerminaDepois(void* pTempo) {
+    ::Sleep(*static_cast<const DWORD*>(pTempo));
     ::TerminateProcess(::GetCurrentProcess(), S_OK);
     return 0;
 }
 
-// From here on nothing is lost when the process ends at any place: its class is withdrawn, and its stores are
-// closed or were waited for long enough. The runtime of remote calls waits for calls that are not over, and
-// has been seen to wait for one that was: nobody would be served any more, by this server or by the next.
-void LimitaFim() {
-    if (const HANDLE hThread = ::CreateThread(nullptr, 0, TerminaSeNaoTerminou, nullptr, 0, nullptr);
+// The process is gone when the time is over, wherever it is then. rulTempo is a constant. Nothing is lost by
+// it: the class is withdrawn, and an operation that is cut off is whole or absent at the store's next opening.
+// The runtime of remote calls waits for calls that are not over, and has been seen to wait for one that was:
+// nobody would be served any more, by this server or by the next.
+void LimitaFim(const DWORD& rulTempo) {
+    if (const HANDLE hThread =
+            ::CreateThread(nullptr, 0, TerminaDepois, const_cast<DWORD*>(&rulTempo), 0, nullptr);
         hThread != nullptr)
         ::CloseHandle(hThread);
 }
@@ -73,20 +83,39 @@ void ProcessaMensagens() {
     }
 }
 
+// How long the server waits, in milliseconds, and for what.
+struct STempos {
+    XVUInt ulPrimeiroCliente = LeTempo("EsperaPrimeiroCliente", k_ulEsperaPrimeiroCliente);
+    XVUInt ulPermanencia = LeTempo("PermanenciaServidor", k_ulPermanencia);
+    bool bAtivado;
+
+    // Whether a server that has been without clients for ulVazio has nothing more to wait for. One that was
+    // started by hand waits for its first client without end.
+    bool Passou(XVUInt ulVazio) const {
+        if (CXVVidaServidor::Get().TeveClientes()) return ulVazio >= ulPermanencia;
+        return bAtivado && ulVazio >= ulPrimeiroCliente;
+    }
+};
+
 // Withdraws the class and looks again: a client may have come in between. Then the class is offered anew,
 // because ending beside a live component would leave its store open while the next server starts.
-bool PodeTerminar(CXVInscricaoFabrica& rInscricao) {
+bool PodeTerminar(CXVExclusividade& rExclusividade, CXVInscricaoFabrica& rInscricao) {
+    CXVVidaServidor& rVida = CXVVidaServidor::Get();
+    rExclusividade.AnunciaFim(true);
+    rVida.LargaProcesso();
     rInscricao.Revoga();
-    if (!CXVVidaServidor::Get().TemClientes()) return true;
+    if (!rVida.TemClientes()) return true;
+    rVida.SeguraProcesso();
+    rExclusividade.AnunciaFim(false);
     return FAILED(rInscricao.Registra()) || FAILED(rInscricao.Retoma());
 }
 
 // Returns when the process may end.
-void Atende(CXVInscricaoFabrica& rInscricao, bool bAtivado) {
+void Atende(CXVExclusividade& rExclusividade, CXVInscricaoFabrica& rInscricao, bool bAtivado) {
     CXVVidaServidor& rVida = CXVVidaServidor::Get();
-    const XVUInt ulInatividade = LeTempo("InatividadeMaximaComponente", k_ulInatividadeMaxima);
-    const XVUInt ulPrimeiro = LeTempo("EsperaPrimeiroCliente", k_ulEsperaPrimeiroCliente);
-    const XVUInt ulInicio = XVPlataforma::Relogio().GetTicks();
+    const STempos tempos{.bAtivado = bAtivado};
+    rVida.GetLojas().SetTempo(std::min(tempos.ulPermanencia, k_ulTempoLojaMantida));
+    XVUInt ulVazioDesde = XVPlataforma::Relogio().GetTicks();
     const HANDLE ahEventos[] = {rVida.GetEventoFim(), rVida.GetEventoSemClientes()};
     for (;;) {
         const DWORD ulEspera =
@@ -96,15 +125,12 @@ void Atende(CXVInscricaoFabrica& rInscricao, bool bAtivado) {
             ProcessaMensagens();
             continue;
         }
-        if (ulInatividade != 0) rVida.DesconectaOciosos(ulInatividade);
-        const bool bNinguemVeio =
-            bAtivado && !rVida.TeveClientes() && XVPlataforma::Relogio().GetTicks() - ulInicio >= ulPrimeiro;
-        const bool bTodosSairam = ulEspera == WAIT_OBJECT_0 + 1;
-        // COM suspended the class when the last client left. A client that came in before that keeps the
-        // server running, so the class is offered again to everybody else.
-        if (bTodosSairam && rVida.TemClientes())
-            XVIgnora(rInscricao.Retoma());
-        else if ((bTodosSairam || bNinguemVeio) && PodeTerminar(rInscricao))
+        rVida.DesconectaOciosos();
+        rVida.GetLojas().FechaVencidas();
+        if (ulEspera == WAIT_OBJECT_0 + 1 || rVida.TemClientes())
+            ulVazioDesde = XVPlataforma::Relogio().GetTicks();
+        if (!rVida.TemClientes() && tempos.Passou(XVPlataforma::Relogio().GetTicks() - ulVazioDesde) &&
+            PodeTerminar(rExclusividade, rInscricao))
             return;
     }
 }
@@ -115,11 +141,14 @@ SFimServidor XVExecutaServidor(bool bAtivado) {
     // This is the first step because a server that ran before may still be closing its stores: until it has
     // ended, nothing in this process may open them.
     CXVExclusividade exclusividade;
-    if (!exclusividade.Toma(k_ulEsperaServidorAnterior)) {
+    if (!exclusividade.Toma(bAtivado ? k_ulEsperaServidorQueAtende : 0)) {
         // COM started this process although another server is running: the client is served by that one.
         if (bAtivado) return {};
         return {HRESULT_FROM_WIN32(ERROR_ALREADY_EXISTS), "iniciar o servidor: já há outro em execução"};
     }
+    // From here on the process can be asked to end.
+    CXVVidaServidor& rVida = CXVVidaServidor::Get();
+    rVida.SetInatividade(LeTempo("InatividadeMaximaComponente", k_ulInatividadeMaxima));
     const CXVApartamento apartamento;
     if (FAILED(apartamento.GetResultado())) return {apartamento.GetResultado(), "iniciar o COM"};
     // COM would otherwise swallow a fault inside a call and go on with a process that cannot be trusted; so
@@ -129,12 +158,15 @@ SFimServidor XVExecutaServidor(bool bAtivado) {
     if (const HRESULT hr = XVInicializaSegurancaCom(); FAILED(hr)) return {hr, "definir a segurança do COM"};
     const CXVJanelaSessao janela;
     CXVInscricaoFabrica inscricao;
+    rVida.SeguraProcesso();
     if (const HRESULT hr = inscricao.Registra(); FAILED(hr)) return {hr, "oferecer a classe do componente"};
     // This is the last step because clients come in from here on, and find everything in place.
     if (const HRESULT hr = inscricao.Retoma(); FAILED(hr)) return {hr, "abrir o servidor aos clientes"};
-    Atende(inscricao, bAtivado);
+    Atende(exclusividade, inscricao, bAtivado);
+    exclusividade.AnunciaFim(true);
+    LimitaFim(k_ulFimMaximo);
     inscricao.Revoga();
-    CXVVidaServidor::Get().Encerra();
-    LimitaFim();
+    rVida.Encerra();
+    LimitaFim(k_ulFimDoCom);
     return {};
 }

@@ -5,50 +5,69 @@
 #include <dbghelp.h>
 
 #include <atomic>
+#include <csignal>
 #include <cstdlib>
 #include <exception>
 #include <iterator>
+#include <string>
 
 #include "platform/XVBibliotecaDinamica.h"
+#include "platform/XVChamadaVigiada.h"
 #include "platform/XVPlataforma.h"
+#include "platform/win32/XVTextoWindows.h"
+#include "server/XVPilhaThreads.h"
 #include "server/XVRelatorioCrash.h"
+#include "support/trace/XVProfiler.h"
 
 namespace {
 
 using PGravaMinidump = decltype(&::MiniDumpWriteDump);
 
-constexpr DWORD k_ulExcecaoTermino = 0xE0585641;  // a std::terminate turned into an exception record
+// An end that is no exception of the system's, turned into an exception record.
+constexpr DWORD k_ulExcecaoTermino = 0xE0585641;  // std::terminate
+constexpr DWORD k_ulExcecaoAborto = 0xE0585642;   // abort
+// What the line of the error log and the whole report get. A fault may have come with any lock held, and they
+// may then never end.
+constexpr DWORD k_ulTempoLinha = 2000;
+constexpr DWORD k_ulTempoRelatorio = 20000;
 
-// Prepared at installation: nothing is loaded or allocated during a crash.
+// Prepared at installation: nothing is loaded or allocated during a crash. Line and report are written by
+// threads that do nothing else, for the stack of the one that crashed may be full or destroyed.
 struct SEstado {
     wchar_t szPrefixo[MAX_PATH * 2] = L"";  // directory and file name up to the date
     PGravaMinidump pGravaMinidump = nullptr;
     const void* pInicioModulo = nullptr;
     const void* pFimModulo = nullptr;
+    HANDLE hRelator = nullptr;
+    HANDLE hEscritor = nullptr;  // of the line
+    HANDLE hPedido = nullptr;    // signalled when the fields below are there
+    DWORD ulRelator = 0;
+    DWORD ulEscritor = 0;
+    wchar_t szRelatorio[MAX_PATH * 3] = L"";  // path of the report without extension
     std::atomic<DWORD> ulThreadTratando = 0;  // 0: none
+    EXCEPTION_POINTERS* pExcecao = nullptr;
 };
 SEstado g_estado;
 
-void MontaCaminho(const wchar_t* pszExtensao, wchar_t (&szCaminho)[MAX_PATH * 3]) {
+void MontaCaminho() {
     SYSTEMTIME agora;
     ::GetLocalTime(&agora);
     // wsprintfW writes at most 1024 characters, and what it writes here is shorter than the field.
-    ::wsprintfW(szCaminho, L"%s_%04u%02u%02u_%02u%02u%02u_%lu.%s", g_estado.szPrefixo, agora.wYear,
-                agora.wMonth, agora.wDay, agora.wHour, agora.wMinute, agora.wSecond, ::GetCurrentProcessId(),
-                pszExtensao);
+    ::wsprintfW(g_estado.szRelatorio, L"%s_%04u%02u%02u_%02u%02u%02u_%lu", g_estado.szPrefixo, agora.wYear,
+                agora.wMonth, agora.wDay, agora.wHour, agora.wMinute, agora.wSecond, ::GetCurrentProcessId());
 }
 
-HANDLE CriaArquivo(const wchar_t* pszExtensao, wchar_t (&szCaminho)[MAX_PATH * 3]) {
-    MontaCaminho(pszExtensao, szCaminho);
+HANDLE CriaArquivo(const wchar_t* pszExtensao, wchar_t (&szCaminho)[MAX_PATH * 3 + 8]) {
+    ::wsprintfW(szCaminho, L"%s.%s", g_estado.szRelatorio, pszExtensao);
     return ::CreateFileW(szCaminho, GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
 }
 
 bool GravaMinidump(EXCEPTION_POINTERS* pExcecao) {
     if (g_estado.pGravaMinidump == nullptr) return false;
-    wchar_t szCaminho[MAX_PATH * 3];
+    wchar_t szCaminho[MAX_PATH * 3 + 8];
     const HANDLE hArquivo = CriaArquivo(L"dmp", szCaminho);
     if (hArquivo == INVALID_HANDLE_VALUE) return false;
-    MINIDUMP_EXCEPTION_INFORMATION informacao{::GetCurrentThreadId(), pExcecao, FALSE};
+    MINIDUMP_EXCEPTION_INFORMATION informacao{g_estado.ulThreadTratando.load(), pExcecao, FALSE};
     const bool bGravou = g_estado.pGravaMinidump(::GetCurrentProcess(), ::GetCurrentProcessId(), hArquivo,
                                                  MiniDumpNormal, &informacao, nullptr, nullptr) != FALSE;
     ::CloseHandle(hArquivo);
@@ -57,20 +76,48 @@ bool GravaMinidump(EXCEPTION_POINTERS* pExcecao) {
 }
 
 void GravaRelatorio(EXCEPTION_POINTERS* pExcecao) {
-    wchar_t szCaminho[MAX_PATH * 3];
+    wchar_t szCaminho[MAX_PATH * 3 + 8];
     const HANDLE hArquivo = CriaArquivo(L"txt", szCaminho);
     if (hArquivo == INVALID_HANDLE_VALUE) return;
-    XVGravaRelatorioCrash(hArquivo, *pExcecao);
+    XVGravaRelatorioCrash(hArquivo, *pExcecao, g_estado.ulThreadTratando.load());
     ::CloseHandle(hArquivo);
 }
 
-// The first thread to crash reports; others wait for the end of the process. A fault of the report itself
-// (a broken stack, say) ends the process at once: waiting for itself it would never end.
+// Goes through the program's own log, which needs the heap and locks.
+DWORD WINAPI EscreveLinha(void*) {
+    ::WaitForSingleObject(g_estado.hPedido, INFINITE);
+    const EXCEPTION_RECORD& rRegistro = *g_estado.pExcecao->ExceptionRecord;
+    char szModulo[MAX_PATH];
+    XVModuloDoEndereco(rRegistro.ExceptionAddress, szModulo);
+    XVProfiler::RecordError(
+        nullptr, "XVTratamentoCrash::Encerra", "server/XVTratamentoCrash", __LINE__,
+        "Falha 0x%08lX no endereço %p (%s): o servidor termina. Relatório: %s (.dmp ou .txt)",
+        static_cast<unsigned long>(rRegistro.ExceptionCode), rRegistro.ExceptionAddress, szModulo,
+        XVTextoWindows::ParaUtf8(g_estado.szRelatorio).c_str());
+    return 0;
+}
+
+// The line comes first: a minidump takes seconds.
+DWORD WINAPI Relata(void*) {
+    ::WaitForSingleObject(g_estado.hPedido, INFINITE);
+    ::WaitForSingleObject(g_estado.hEscritor, k_ulTempoLinha);
+    if (!GravaMinidump(g_estado.pExcecao)) GravaRelatorio(g_estado.pExcecao);
+    return 0;
+}
+
+// The first thread to crash has it reported; others wait for the end of the process. A fault of the report
+// itself ends the process at once: waiting for itself it would never end.
 [[noreturn]] void Encerra(EXCEPTION_POINTERS* pExcecao) {
+    const DWORD ulThread = ::GetCurrentThreadId();
     DWORD ulTratando = 0;
-    if (g_estado.ulThreadTratando.compare_exchange_strong(ulTratando, ::GetCurrentThreadId())) {
-        if (!GravaMinidump(pExcecao)) GravaRelatorio(pExcecao);
-    } else if (ulTratando != ::GetCurrentThreadId()) {
+    if (g_estado.ulThreadTratando.compare_exchange_strong(ulTratando, ulThread)) {
+        g_estado.pExcecao = pExcecao;
+        MontaCaminho();
+        ::SetEvent(g_estado.hPedido);
+        ::WaitForSingleObject(g_estado.hRelator, k_ulTempoRelatorio);
+    } else if (ulThread == g_estado.ulEscritor) {
+        ::ExitThread(1);  // the report goes on without the line
+    } else if (ulTratando != ulThread && ulThread != g_estado.ulRelator) {
         for (;;) ::Sleep(INFINITE);
     }
     ::TerminateProcess(::GetCurrentProcess(), pExcecao->ExceptionRecord->ExceptionCode);
@@ -86,36 +133,58 @@ bool EhFatal(DWORD ulCodigo) {
         case EXCEPTION_IN_PAGE_ERROR:
         case EXCEPTION_INT_DIVIDE_BY_ZERO:
         case EXCEPTION_PRIV_INSTRUCTION:
-        case EXCEPTION_STACK_OVERFLOW:
             return true;
         default:
             return false;
     }
 }
 
+// Whether what faulted is the fetch of the instruction itself.
+bool EhSaltoParaNada(const EXCEPTION_POINTERS& rExcecao) {
+    const EXCEPTION_RECORD& rRegistro = *rExcecao.ExceptionRecord;
+    return rRegistro.ExceptionCode == EXCEPTION_ACCESS_VIOLATION && rRegistro.NumberParameters >= 2 &&
+           rRegistro.ExceptionInformation[1] == rExcecao.ContextRecord->Rip;
+}
+
 LONG CALLBACK TrataNaoTratada(EXCEPTION_POINTERS* pExcecao) {
     Encerra(pExcecao);
 }
 
-// The runtime of remote calls turns a fault inside a method into an answer and goes on. A fault in this
-// program's own code is never handled by it, so it is taken before that.
+// What no code inside of a call took.
+void TrataFalhaNaChamada(void* pDescricao) {
+    Encerra(static_cast<EXCEPTION_POINTERS*>(pDescricao));
+}
+
+// A fault in this program's own code is never handled by it. One elsewhere may be: libraries that run managed
+// code, for one, fault and go on. A full stack is the end in any code, and leaves little room to look further; and where the fault is in
+// no code at all, as after a call through null, a search for handlers has nowhere to begin.
 LONG CALLBACK TrataPrimeiraChance(EXCEPTION_POINTERS* pExcecao) {
+    const DWORD ulCodigo = pExcecao->ExceptionRecord->ExceptionCode;
     const void* pEndereco = pExcecao->ExceptionRecord->ExceptionAddress;
-    if (EhFatal(pExcecao->ExceptionRecord->ExceptionCode) && pEndereco >= g_estado.pInicioModulo &&
-        pEndereco < g_estado.pFimModulo)
+    if (ulCodigo == EXCEPTION_STACK_OVERFLOW || EhSaltoParaNada(*pExcecao)) Encerra(pExcecao);
+    if (EhFatal(ulCodigo) && pEndereco >= g_estado.pInicioModulo && pEndereco < g_estado.pFimModulo)
         Encerra(pExcecao);
     return EXCEPTION_CONTINUE_SEARCH;
 }
 
-[[noreturn]] void TrataTermino() {
+[[noreturn]] void EncerraAqui(DWORD ulCodigo) {
     CONTEXT contexto{};
     ::RtlCaptureContext(&contexto);
     EXCEPTION_RECORD registro{};
-    registro.ExceptionCode = k_ulExcecaoTermino;
+    registro.ExceptionCode = ulCodigo;
     registro.ExceptionFlags = EXCEPTION_NONCONTINUABLE;
     registro.ExceptionAddress = reinterpret_cast<void*>(contexto.Rip);
     EXCEPTION_POINTERS excecao{&registro, &contexto};
     Encerra(&excecao);
+}
+
+[[noreturn]] void TrataTermino() {
+    EncerraAqui(k_ulExcecaoTermino);
+}
+
+// Libraries that share this program's C run time come here as well.
+void TrataAborto(int) {
+    EncerraAqui(k_ulExcecaoAborto);
 }
 
 void LocalizaModulo() {
@@ -157,10 +226,18 @@ void Instala(const std::wstring& sDiretorio, bool bComMinidump) {
         static const CXVBibliotecaDinamica s_biblioteca("dbghelp.dll");
         g_estado.pGravaMinidump = s_biblioteca.GetFuncao<PGravaMinidump>("MiniDumpWriteDump");
     }
+    g_estado.hPedido = ::CreateEventW(nullptr, TRUE, FALSE, nullptr);
+    g_estado.hEscritor = ::CreateThread(nullptr, 0, EscreveLinha, nullptr, 0, &g_estado.ulEscritor);
+    g_estado.hRelator = ::CreateThread(nullptr, 0, Relata, nullptr, 0, &g_estado.ulRelator);
+    XVReservaPilha();
     ::SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOGPFAULTERRORBOX);
     ::SetUnhandledExceptionFilter(&TrataNaoTratada);
     ::AddVectoredExceptionHandler(1, &TrataPrimeiraChance);
+    XVVigiaFalhas(&TrataFalhaNaChamada);
     std::set_terminate(&TrataTermino);
+    // No dialogue that nobody would answer.
+    ::_set_error_mode(_OUT_TO_STDERR);
+    std::signal(SIGABRT, &TrataAborto);
 }
 
 }  // namespace XVTratamentoCrash

@@ -26,6 +26,7 @@
 #include "core/xvrpcdll/XVListasPS.h"
 #include "core/xvrpcdll/XVQuadroMetodo.h"
 #include "platform/XVAmbienteSO.h"
+#include "platform/XVChamadaVigiada.h"
 #include "platform/XVCom.h"
 #include "platform/XVPlataforma.h"
 #include "support/codes/XVCodigos.h"
@@ -79,6 +80,15 @@ class T_XVUnknown : public TInterface {
   protected:
     // Released, never deleted from outside.
     virtual ~T_XVUnknown();
+
+    // For the destructor of a derived class: the logic object, which is whoever's takes it to finalise. Null:
+    // there is none any more.
+    std::shared_ptr<TLogica> EntregaLogica() {
+        std::shared_ptr<TLogica> pLogica;
+        const std::lock_guard trava(m_MutexLogica);
+        m_pLogica.swap(pLogica);
+        return pLogica;
+    }
 
     // Before each call: a server lets others pass first. A component in its only caller's own process has
     // nobody to wait for, and on a busy machine the turn may take long to come back.

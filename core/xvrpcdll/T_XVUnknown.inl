@@ -60,7 +60,8 @@ HRESULT T_XVUnknown<TInterface, TLogica>::ExecutaQuadro(const SMetodoInterface& 
     const CXVBaseParaRotinas& rBase = *pLogica;
     std::optional<CXVAcessoDefault> acesso;
     if (rBase.EstaInicializado()) acesso.emplace(&rBase);
-    const HRESULT hr = ExecutaCorpo(rMetodo, *pLogica, fnCorpo);
+    HRESULT hr = E_UNEXPECTED;
+    XVExecutaVigiada([&] { hr = ExecutaCorpo(rMetodo, *pLogica, fnCorpo); });
     if (XVEhResultadoFatal(hr)) [[unlikely]]
         DescartaLogica(pLogica);
     return hr;

@@ -37,21 +37,6 @@ int LinhasDoUsuario(const std::string& sEmpresa, const std::string& sUsuario) {
     return iLinhas;
 }
 
-// A value under the suite's root key, for servers that start while it lives.
-class CValorDaRegistry {
-  public:
-    CValorDaRegistry(const wchar_t* pszValor, DWORD ulNumero) : m_pszValor(pszValor) {
-        ::RegSetKeyValueW(HKEY_LOCAL_MACHINE, k_pszChave, pszValor, REG_DWORD, &ulNumero, sizeof(ulNumero));
-    }
-    ~CValorDaRegistry() { ::RegDeleteKeyValueW(HKEY_LOCAL_MACHINE, k_pszChave, m_pszValor); }
-    CValorDaRegistry(const CValorDaRegistry&) = delete;
-    CValorDaRegistry& operator=(const CValorDaRegistry&) = delete;
-
-  private:
-    static constexpr const wchar_t* k_pszChave = L"SOFTWARE\\Wow6432Node\\Velmora";
-    const wchar_t* m_pszValor;
-};
-
 }  // namespace
 
 TEST(Processos, QuatroClientesNumaEmpresaEEmDuas) {
@@ -121,7 +106,7 @@ TEST(Processos, AtivadoSemClienteSaiEPelaMaoSoHaUm) {
 // others work on, and the server leaves when only the dead were left.
 TEST(Processos, ClientesMortosEntreChamadasENoMeioDeUma) {
     ASSERT_TRUE(XVServidores::Espera(0));
-    const CValorDaRegistry inatividade(L"InatividadeMaximaComponente", 3);
+    const CValorDaRegistry inatividade(L"InatividadeMaximaComponente", 6);
     const std::string sEmpresa = NovaEmpresa();
     std::size_t uiAntes = 0;
     {
