@@ -2,7 +2,7 @@
 """What a package holds, and the licences of what is linked into its programs.
 
 Usage: contents.py debian|windows FOLDER FILE    writes the list of FOLDER into FILE
-       contents.py copyright FILE                writes the whole texts of the licences into FILE
+       contents.py licences debian|windows FILE  writes the whole texts of the licences into FILE
 """
 import hashlib
 import os
@@ -52,18 +52,20 @@ def contents(kind, folder, target):
         out.write("\n".join(lines) + "\n")
 
 
-def copyrights(target):
+def licences(kind, target):
     with open(target, "w", encoding="utf-8") as out:
-        for what, package, licence, _ in LINKED:
+        for what, package, licence, kinds in LINKED:
+            if kind not in kinds:
+                continue
             out.write(f"{'=' * 78}\n{what}, {version(package)}\n{licence}\n{'=' * 78}\n\n")
             with open(f"/usr/share/doc/{package}/copyright", encoding="utf-8", errors="replace") as text:
                 out.write(text.read() + "\n")
 
 
 if __name__ == "__main__":
-    if len(sys.argv) == 3 and sys.argv[1] == "copyright":
-        copyrights(sys.argv[2])
-    elif len(sys.argv) == 4 and sys.argv[1] in ("debian", "windows"):
-        contents(*sys.argv[1:])
-    else:
+    if len(sys.argv) != 4:
         sys.exit(__doc__)
+    if sys.argv[1] == "licences":
+        licences(*sys.argv[2:])
+    else:
+        contents(*sys.argv[1:])
