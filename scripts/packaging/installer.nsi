@@ -28,6 +28,7 @@ VIAddVersionKey "FileVersion" "${VERSAO}"
 VIAddVersionKey "LegalCopyright" ""
 !include LogicLib.nsh
 !include FileFunc.nsh
+!include WordFunc.nsh
 Page directory
 Page instfiles
 UninstPage uninstConfirm
@@ -54,12 +55,15 @@ Function ${UN}Encerra
     Pop $0
   ${EndIf}
   StrCpy $1 0
-  ${While} ${FileExists} $R8
-  ${AndIf} $1 < 180
-    Sleep 250
+  ${Do}
     Delete $R8
+    ${IfNot} ${FileExists} $R8
+    ${OrIf} $1 >= 180
+      ${ExitDo}
+    ${EndIf}
+    Sleep 250
     IntOp $1 $1 + 1
-  ${EndWhile}
+  ${Loop}
   ${If} ${FileExists} $R8
     SetErrorLevel 3
   ${EndIf}
@@ -70,6 +74,8 @@ FunctionEnd
 
 Function .onInit
   ${GetParameters} $0
+  ; A shell may put the quotes around the whole word.
+  ${WordReplace} $0 '"/Dados=' '/Dados="' "+" $0
   ${GetOptions} $0 "/Dados=" $dados
   ClearErrors
 FunctionEnd

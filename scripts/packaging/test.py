@@ -145,8 +145,8 @@ class Windows:
         os.mkdir(archive)
         run("cmake", "-E", "tar", "xf", f"{self.folder}/{self.name}-dev.zip", cwd=archive)
         prefix = f"{archive}/{self.name}-dev"
-        outside(f"{self.folder}/outside-windows", prefix, f"-DCMAKE_TOOLCHAIN_FILE={ROOT}/cmake/mingw-x86_64.cmake",
-                "-DCMAKE_FIND_ROOT_PATH_MODE_PACKAGE=BOTH")
+        outside(f"{self.folder}/outside-windows", prefix, "-DCMAKE_SYSTEM_NAME=Windows",
+                "-DCMAKE_CXX_COMPILER=x86_64-w64-mingw32-g++-posix", "-DCMAKE_EXE_LINKER_FLAGS=-static")
         run("x86_64-w64-mingw32-gcc-posix", "-O1", "-Wall", "-Werror", f"-I{prefix}/include/xvcr",
             f"{ROOT}/tests/package/XVClienteAlheio.c", f"{prefix}/include/xvcr/com/XVCR_Middleware_i.c", "-o",
             f"{self.folder}/alheio.exe", "-lole32", "-luuid")

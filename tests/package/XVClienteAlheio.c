@@ -7,6 +7,7 @@
  *                                     one is missing or another
  */
 #define COBJMACROS
+#define __USE_MINGW_ANSI_STDIO 1
 #include <windows.h>
 
 #include <ole2.h>
@@ -80,7 +81,7 @@ static int Grava(const char* pszEmpresa, const char* pszFim) {
         snprintf(szTexto, sizeof(szTexto), "{\"n\":%d}", ++iNumero);
         if (SUCCEEDED(hr)) hr = Inclui(pComponente, szTexto, &regDmc);
         if (SUCCEEDED(hr)) {
-            printf("%I64u %d\n", regDmc.uiValor, iNumero);
+            printf("%llu %d\n", regDmc.uiValor, iNumero);
             fflush(stdout);
             ullUltimo = GetTickCount64();
             if (GetFileAttributesA(pszFim) != INVALID_FILE_ATTRIBUTES) break;
@@ -105,7 +106,7 @@ static int Confere(const char* pszEmpresa, const char* pszLista) {
         fprintf(stderr, "Inicializa: 0x%08lX\n", (unsigned long)hr);
         return 1;
     }
-    while (fscanf(pLista, "%I64u %d", &uiDmc, &iNumero) == 2) {
+    while (fscanf(pLista, "%llu %d", &uiDmc, &iNumero) == 2) {
         char szTexto[32];
         REG_CR_INTEGRACAO_MIDDLEWAREPS reg;
         snprintf(szTexto, sizeof(szTexto), "{\"n\":%d}", iNumero);
