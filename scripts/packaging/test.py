@@ -26,7 +26,7 @@ PROGRAMS = r"C:\Arquivos de Programas\XVCR Loja"
 DATA = r"C:\Dados da Casa"
 SYSTEM_LIBRARIES = {"ADVAPI32", "KERNEL32", "msvcrt", "ole32", "OLEAUT32", "PSAPI", "RPCRT4", "SHELL32", "USER32",
                     "VERSION", "dbghelp", "DBGHELP"}
-MODULE_KEY = r"[HKEY_LOCAL_MACHINE\SOFTWARE\Wow6432Node\Velmora\DF]"
+MODULE_KEY = r"[HKEY_LOCAL_MACHINE\Software\Wow6432Node\Velmora\DF]"
 
 
 def run(*words, code=0, **options):
@@ -137,7 +137,9 @@ class Windows:
         keys = {}
         for block in re.split(r"\n\n(?=\[)", text.replace("\r", "")):
             key, _, values = block.partition("\n")
-            keys[key] = values.strip()
+            # There Windows itself keeps devices, and what it is to delete at its next start: the removal's own copy.
+            if not key.startswith((r"[HKEY_LOCAL_MACHINE\System", r"[HKEY_LOCAL_MACHINE\Hardware")):
+                keys[key] = values.strip()
         return keys
 
     def build_clients(self):
@@ -167,7 +169,8 @@ class Windows:
         self.install(setup)
         _, other, failed = filecmp.cmpfiles(stage, self.programs, names, shallow=False)
         demand(not other and not failed, f"the update left old programs: {other} {failed}")
-        left = [n for n in os.listdir(self.programs) if "velho" in n or n == "novo"]
+        left = [n for n in os.listdir(self.programs)
+                if n == "novo" or "velho" in n and not n.startswith("XVCR_MiddlewarePS.dll")]
         demand(not left, f"the update left {left}")
 
     def written(self):
@@ -212,6 +215,8 @@ class Windows:
             demand(needed <= SYSTEM_LIBRARIES, f"{program} needs {needed - SYSTEM_LIBRARIES}")
         self.build_clients()
         self.wine("reg", "add", r"HKLM\SOFTWARE\Wow6432Node\Velmora\DF", "/v", "Alheio", "/d", "fica", "/f")
+        # Before the installation there is no server for the script: the same program answers 10.
+        self.wine(f"{self.folder}/alheio-nsis.exe", code=10)
         before = self.registry()
         self.install(self.setup)
         # From here on without another step: the first integration.
@@ -234,7 +239,7 @@ class Windows:
         after = self.registry()
         changed = {key: after.get(key) for key in before.keys() | after.keys() if before.get(key) != after.get(key)}
         where = '"Alheio"="fica"\n"Path"="%s"' % DATA.replace("\\", "\\\\")
-        demand(changed == {MODULE_KEY: where}, f"the registry before and after: {changed}")
+        demand(changed == {MODULE_KEY: where}, f"the registry after the removal is another: {sorted(changed)}")
         for company in ("PRIMEIRA", "NSIS", "ESCRITA"):
             run(self.xvcr, "--diretorio", self.data, "--empresa", company, "verifica")
 
