@@ -1,0 +1,267 @@
+#!/usr/bin/env python3
+"""Tests the packages as those who use them meet them. Called by scripts/package.
+
+  - The sums hold; the programs for Windows need no library that Windows does not bring.
+  - The Debian package is installed into a root of its own, works there, and leaves nothing when it is removed.
+  - A project outside the tree is built against the installed client, natively and for Windows.
+  - Under Wine, in a prefix of its own: installed without a question, into a folder with blanks; used by clients
+    that know the interface only (a C program, an installer script that calls slots); updated three times while a
+    client writes: every acknowledged integration is there; removed: of the registry only the value stays that
+    says where the data are, and the data are sound.
+
+Usage: test.py FOLDER VERSION    the folder that scripts/package made
+"""
+import filecmp
+import glob
+import os
+import re
+import shutil
+import struct
+import subprocess
+import sys
+import time
+
+ROOT = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
+PROGRAMS = r"C:\Arquivos de Programas\XVCR Loja"
+DATA = r"C:\Dados da Casa"
+SYSTEM_LIBRARIES = {"ADVAPI32", "KERNEL32", "msvcrt", "ole32", "OLEAUT32", "PSAPI", "RPCRT4", "SHELL32", "USER32",
+                    "VERSION", "dbghelp", "DBGHELP"}
+MODULE_KEY = r"[HKEY_LOCAL_MACHINE\Software\Wow6432Node\Velmora\DF]"
+
+
+def run(*words, code=0, **options):
+    done = subprocess.run([str(w) for w in words], capture_output=True, text=True, check=False, **options)
+    if done.returncode != code:
+        sys.exit(f"test: {' '.join(map(str, words))}: exit {done.returncode}, not {code}\n"
+                 f"{done.stdout[-2000:]}{done.stderr[-2000:]}")
+    return done.stdout
+
+
+def demand(holds, what):
+    if not holds:
+        sys.exit(f"test: {what}")
+
+
+def tree(folder):
+    return {os.path.relpath(path, folder) for path in glob.glob(f"{folder}/**", recursive=True)}
+
+
+class Debian:
+    """The package in a root folder of its own."""
+
+    def __init__(self, folder, version):
+        self.folder, self.version = folder, version
+        self.root = f"{folder}/root"
+        self.dpkg = ["dpkg", f"--root={self.root}", "--force-depends", "--force-not-root", "--log=/dev/null"]
+        for name in ("updates", "info"):
+            os.makedirs(f"{self.root}/var/lib/dpkg/{name}")
+        open(f"{self.root}/var/lib/dpkg/status", "w", encoding="utf-8").close()
+        self.xvcr = f"{self.root}/usr/bin/xvcr"
+
+    def test(self):
+        before = tree(f"{self.root}/usr")
+        packages = glob.glob(f"{self.folder}/*.deb")
+        run(*self.dpkg, "-i", *packages)
+        demand(run(*self.dpkg, "-V") == "", "installed files are not those of their packages")
+        demand(run(self.xvcr, "--version").strip() == f"xvcr {self.version}", "another version than the package's")
+        store = f"{self.folder}/dados"
+        os.mkdir(store)
+        say = (self.xvcr, "--diretorio", store, "--empresa", "001")
+        run(*say, "carrega", f"{ROOT}/examples/integracoes.jsonl")
+        with open(f"{ROOT}/examples/integracoes.jsonl", encoding="utf-8") as lines:
+            given = sum("\"operacao\"" not in line for line in lines)
+        demand(run(*say, "busca", "--conta").strip() == str(given), "not all was loaded")
+        run(*say, "status", "--dmc", "20010101-1-1", "--status", "Sucesso", code=1)
+        with open(glob.glob(f"{store}/001/DF/XVProfilerErros_*")[0], encoding="utf-8") as log:
+            demand("A integração pedida não está no índice" in log.read(), "the log's codes have no sentences")
+        page = run("zcat", f"{self.root}/usr/share/man/man1/xvcr.1.gz")
+        demand(page == run(self.xvcr, "manual"), "the manual page is another program's")
+        completion = run("bash", "-c", f"PATH={self.root}/usr/bin:$PATH; . {self.root}/usr/share/bash-completion/"
+                         "completions/xvcr; COMP_WORDS=(xvcr verif); COMP_CWORD=1; _xvcr; echo $COMPREPLY")
+        demand(completion.strip() == "verifica", f"bash completes verif to {completion}")
+        self.client(store)
+        run(*self.dpkg, "-P", "xvcr", "xvcr-dev")
+        demand(tree(f"{self.root}/usr") - {"."} <= before, "the removed packages left files")
+        run(*self.dpkg, "-i", *packages)
+
+    def client(self, store):
+        outside(f"{self.folder}/outside", f"{self.root}/usr")
+        said = run(f"{self.folder}/outside/build/xv_exemplo_cliente", "FORA", store)
+        demand("Padaria São João" in said, "the client outside the tree read something else: " + said)
+
+
+def outside(project, prefix, *options):
+    """The example client as a project of its own, away from the tree."""
+    shutil.copytree(f"{ROOT}/examples/client", project)
+    run("cmake", "-S", project, "-B", f"{project}/build", "-G", "Ninja", f"-DCMAKE_PREFIX_PATH={prefix}", *options)
+    run("cmake", "--build", f"{project}/build")
+
+
+def initialisation(path):
+    """The sealed record of initialisation, as its description in docs/component.md gives it."""
+    record = struct.pack("<IIIIH6x48s48s48s64s32sBB22x", 21, 0, 1, 0, 127, b"NSIS", b"alheio.exe", b"alheio", b"alheio",
+                         b"", ord("B"), 0)
+    crc = 0
+    for byte in record:
+        crc ^= byte
+        for _ in range(8):
+            crc = crc >> 1 ^ (0xC96C5795D7870F42 if crc & 1 else 0)
+    with open(path, "wb") as out:
+        out.write(record + struct.pack("<Q", crc))
+
+
+class Windows:
+    """The packages under Wine."""
+
+    def __init__(self, folder, version, xvcr):
+        self.folder, self.version, self.xvcr = folder, version, xvcr
+        self.prefix = f"{folder}/wine"
+        self.name = f"xvcr-{version}-windows-x64"
+        self.stage, self.setup = f"{folder}/stage/{self.name}", f"{folder}/{self.name}.exe"
+        self.drive = f"{self.prefix}/drive_c"
+        self.programs, self.data = (f"{self.drive}/{p[3:]}".replace("\\", "/") for p in (PROGRAMS, DATA))
+
+    def wine(self, *words, **options):
+        return run(f"{ROOT}/scripts/wine-run", *words, env=os.environ | {"WINEPREFIX": self.prefix}, **options)
+
+    def install(self, setup):
+        # What follows /D= is taken as it stands, blanks and all, so that the words must not come quoted.
+        self.wine(setup, "/S", f"/Dados={DATA}", *f"/D={PROGRAMS}".split())
+
+    def registry(self):
+        text = ""
+        for root in ("HKLM", "HKCU"):
+            self.wine("reg", "export", root, f"C:\\{root}.reg", "/y")
+            with open(f"{self.drive}/{root}.reg", encoding="utf-16") as exported:
+                text += exported.read()
+        keys = {}
+        for block in re.split(r"\n\n(?=\[)", text.replace("\r", "")):
+            key, _, values = block.partition("\n")
+            # There Windows itself keeps devices, and what it is to delete at its next start: the removal's own copy.
+            if not key.startswith((r"[HKEY_LOCAL_MACHINE\System", r"[HKEY_LOCAL_MACHINE\Hardware")):
+                keys[key] = values.strip()
+        return keys
+
+    def build_clients(self):
+        archive = f"{self.folder}/dev"
+        os.mkdir(archive)
+        run("cmake", "-E", "tar", "xf", f"{self.folder}/{self.name}-dev.zip", cwd=archive)
+        prefix = f"{archive}/{self.name}-dev"
+        outside(f"{self.folder}/outside-windows", prefix, "-DCMAKE_SYSTEM_NAME=Windows",
+                "-DCMAKE_CXX_COMPILER=x86_64-w64-mingw32-g++-posix", "-DCMAKE_EXE_LINKER_FLAGS=-static")
+        run("x86_64-w64-mingw32-gcc-posix", "-O1", "-Wall", "-Werror", f"-I{prefix}/include/xvcr",
+            f"{ROOT}/tests/package/XVClienteAlheio.c", f"{prefix}/include/xvcr/com/XVCR_Middleware_i.c", "-o",
+            f"{self.folder}/alheio.exe", "-lole32", "-luuid")
+        initialisation(f"{self.folder}/inicializa")
+        run("makensis", "-V2", f"-DSAIDA={self.folder}/alheio-nsis.exe", f"-DINICIALIZA={self.folder}/inicializa",
+            f"{ROOT}/tests/package/alheio.nsi")
+
+    def update(self, number):
+        """An installer whose programs differ in a byte at their end, run over the installed ones."""
+        stage, setup = f"{self.folder}/update{number}", f"{self.folder}/update{number}.exe"
+        shutil.copytree(self.stage, stage)
+        names = [n for n in os.listdir(stage) if n.endswith((".exe", ".dll"))]
+        for name in names:
+            with open(f"{stage}/{name}", "ab") as program:
+                program.write(b"%d" % number)
+        run("makensis", "-V2", f"-DVERSAO={self.version}", f"-DPASTA={stage}", f"-DSAIDA={setup}",
+            f"{ROOT}/scripts/packaging/installer.nsi")
+        self.install(setup)
+        _, other, failed = filecmp.cmpfiles(stage, self.programs, names, shallow=False)
+        demand(not other and not failed, f"the update left old programs: {other} {failed}")
+        left = [n for n in os.listdir(self.programs)
+                if n == "novo" or "velho" in n and not n.startswith("XVCR_MiddlewarePS.dll")]
+        demand(not left, f"the update left {left}")
+
+    def written(self):
+        """Bytes of the index of the company that the writing client writes."""
+        try:
+            return os.path.getsize(f"{self.data}/ESCRITA/DF/CRINDEXINTEG.dat")
+        except FileNotFoundError:
+            return 0
+
+    def wait_for_more(self):
+        start, until = self.written(), time.monotonic() + 90
+        while self.written() < start + 4096:
+            demand(time.monotonic() < until, "the client writes nothing")
+            time.sleep(0.1)
+
+    def update_under_load(self):
+        end = f"{self.drive}/fim"
+        with open(f"{self.folder}/escritas", "w", encoding="utf-8") as out, \
+                open(f"{self.folder}/recusas", "w", encoding="utf-8") as err, \
+                subprocess.Popen([f"{ROOT}/scripts/wine-run", f"{self.folder}/alheio.exe", "grava", "ESCRITA", r"C:\fim"],
+                                 stdout=out, stderr=err, env=os.environ | {"WINEPREFIX": self.prefix}) as writer:
+            try:
+                for number in range(1, 4):
+                    self.wait_for_more()
+                    self.update(number)
+                self.wait_for_more()
+            finally:
+                open(end, "w", encoding="utf-8").close()
+                code = writer.wait()
+        with open(f"{self.folder}/recusas", encoding="utf-8") as refused:
+            refused = refused.read()
+        demand(code == 0, "the writing client gave up: " + refused)
+        shutil.copy(f"{self.folder}/escritas", f"{self.drive}/escritas")
+        read, lost = self.wine(f"{self.folder}/alheio.exe", "confere", "ESCRITA", r"C:\escritas").split()
+        print(f"   three updates under a writing client: {read} acknowledged, {lost} lost, "
+              f"{len(refused.splitlines())} calls tried again")
+
+    def test(self):
+        for program in glob.glob(f"{self.stage}/*.exe") + glob.glob(f"{self.stage}/*.dll"):
+            needed = set(re.findall(r"DLL Name: (\S+)\.(?:dll|DRV)", run("x86_64-w64-mingw32-objdump", "-p", program),
+                                    re.I))
+            demand(needed <= SYSTEM_LIBRARIES, f"{program} needs {needed - SYSTEM_LIBRARIES}")
+        self.build_clients()
+        self.wine("reg", "add", r"HKLM\SOFTWARE\Wow6432Node\Velmora\DF", "/v", "Alheio", "/d", "fica", "/f")
+        # Before the installation there is no server for the script: the same program answers 10.
+        self.wine(f"{self.folder}/alheio-nsis.exe", code=10)
+        before = self.registry()
+        self.install(self.setup)
+        # From here on without another step: the first integration.
+        self.wine(f"{self.folder}/outside-windows/build/xv_exemplo_cliente.exe", "PRIMEIRA")
+        self.wine(f"{self.folder}/alheio-nsis.exe")
+        said = self.wine(f"{self.programs}/xvcr.exe", "--servidor", "--empresa", "NSIS", "busca", "--conta")
+        demand(said.split()[0] == "1", "the script's integration is not there: " + said)
+        self.update_under_load()
+        self.remove(before)
+
+    def remove(self, before):
+        with open(f"{self.programs}/XVProvedor9.dll", "w", encoding="utf-8") as foreign:
+            foreign.write("de outrem")
+        self.wine(f"{self.programs}/Desinstala.exe", "/S")
+        until = time.monotonic() + 90
+        while os.listdir(self.programs) != ["XVProvedor9.dll"]:
+            demand(time.monotonic() < until, f"the removal left {os.listdir(self.programs)}")
+            time.sleep(0.2)
+        time.sleep(1)
+        after = self.registry()
+        changed = {key: after.get(key) for key in before.keys() | after.keys() if before.get(key) != after.get(key)}
+        where = '"Alheio"="fica"\n"Path"="%s"' % DATA.replace("\\", "\\\\")
+        demand(changed == {MODULE_KEY: where}, f"the registry after the removal is another: {sorted(changed)}")
+        for company in ("PRIMEIRA", "NSIS", "ESCRITA"):
+            run(self.xvcr, "--diretorio", self.data, "--empresa", company, "verifica")
+
+    def end(self):
+        subprocess.run(["bash", "-c", f"source {ROOT}/scripts/wine-prefix; wine_ambiente '{self.prefix}'; wine_encerra"],
+                       check=False)
+
+
+def main():
+    folder, version = os.path.abspath(sys.argv[1]), sys.argv[2]
+    run("sha256sum", "--check", "--strict", "SHA256SUMS", cwd=folder)
+    print("== Debian packages")
+    debian = Debian(folder, version)
+    debian.test()
+    print("== Windows packages under Wine")
+    windows = Windows(folder, version, debian.xvcr)
+    try:
+        windows.test()
+    finally:
+        windows.end()
+    print("package: installed, used, updated, removed")
+
+
+if __name__ == "__main__":
+    main()
