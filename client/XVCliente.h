@@ -137,15 +137,16 @@ class CXVCliente {
     // system without provider.
     HRESULT GravaPendenciaIntegracao(REG_XVDMC regDmcOrigem, const CXVDadosCR_IntegracaoMiddleware& rDados);
     // Records status, message and returned JSON of one integration; an empty JSON leaves the stored one.
-    // 0x81080AAA: no such integration. 0x81080C69: neither its key nor external key and system are given.
-    // 0x810809D9: the store is empty.
+    // 0x810809D9: no integration of that key. 0x81080AAA: none of that external key and system. 0x81080C69:
+    // neither its key nor external key and system are given.
     HRESULT GravaStatusIntegracao(const CXVDadosCR_StatusIntegracaoMiddleware& rDados);
 
     // Reads one integration. ullFlags: bits k_ullLe... of contract/XVCR_Enumeracoes.h; texts that are not
     // asked for are empty. 0x81080AAA: no such integration.
     HRESULT LeIntegracao(REG_XVDMC regDmc, XVUInt64 ullFlags, CXVDadosCR_IntegracaoMiddleware* pDados);
     // Reads each integration of the list, in its order; one that fails fails the whole. All results are in
-    // memory together. A query of the external system is made once for the whole list.
+    // memory together. A query of the external system is made once for the whole list. 0x80070057: of more
+    // than a million keys, more than the store has integrations.
     HRESULT LeIntegracoes(const std::vector<REG_XVDMC>& listaDmc, XVUInt64 ullFlags,
                           std::vector<CXVDadosCR_IntegracaoMiddleware>* pLista);
     // Keys of the integrations that meet all conditions, grouped by their dates. Nothing found: success and
@@ -178,7 +179,7 @@ class CXVCliente {
     // component has none.
     HRESULT FuncaoGenerica(XVUInt ulFuncao, const std::string& sEntrada, std::string* psSaida);
     // The last failure of the component in hand or, after a connection that failed, of the one that refused
-    // to initialise. It never connects again: a new component has no last error.
+    // to initialise, or why none could be made. It never connects again: a new component has no last error.
     HRESULT GetUltimoErro(SUltimoErro* pErro);
 
   private:

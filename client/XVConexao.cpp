@@ -3,6 +3,7 @@
 #include <cstring>
 
 #include "platform/XVAmbienteSO.h"
+#include "suite/XVUltimoErro.h"
 
 namespace XVCliente {
 
@@ -55,8 +56,15 @@ HRESULT CXVCliente::CConexao::Abre() {
     if (m_pComponente != nullptr && FAILED(m_pComponente->GetUltimoErro(&m_regRecusa)))
         m_regRecusa = {};  // the server has gone
     Larga();
+    if (m_regRecusa.hrErro == 0) AnotaRecusa(hr);
     OnFalha(hr);
     return hr;
+}
+
+void CXVCliente::CConexao::AnotaRecusa(HRESULT hr) {
+    CXVUltimoErro erro;
+    erro.Registra(hr, "XVCliente::CXVCliente::CConexao::Abre", "client/XVConexao", __LINE__);
+    erro.CopiaPara(&m_regRecusa);
 }
 
 HRESULT CXVCliente::CConexao::Fecha() {

@@ -32,8 +32,8 @@ class CXVCliente::CConexao {
     // What the component says of its end; it goes in any case.
     HRESULT Fecha();
     bool EstaAberta() const { return m_pComponente != nullptr; }
-    // Of the component in hand, or else what the last one said of its own refusal to initialise (hrErro 0: it
-    // did not refuse).
+    // Of the component in hand, or else what the last one said of its own refusal to initialise, or why none
+    // could be made (hrErro 0: nothing was refused).
     HRESULT GetUltimoErro(REG_DF_ULTIMO_ERROPS* pReg);
 
     // Calls fnChamada(IXVCR_Middleware&), connected again first where the server had gone. bRepetivel: a
@@ -60,6 +60,7 @@ class CXVCliente::CConexao {
     virtual void OnFalha(HRESULT) {}
 
   private:
+    void AnotaRecusa(HRESULT hr);
     void Larga();
 
     REG_DF_INICIALIZAPS m_reg;

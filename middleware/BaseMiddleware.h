@@ -62,7 +62,8 @@ class CBaseMiddleware : public CXVDataBaseFacade<CXVDataBase_CR_Middleware, CXVB
                          XVUInt64 ullFlagLeitura);
 
     // Reads each integration of a list into a new array of *pulQuantidade records (AlocaSaida; each record
-    // owns its texts). Flags 8 and 16 query the external systems once for the whole list.
+    // owns its texts). Flags 8 and 16 query the external systems once for the whole list. A list with a key
+    // that the store does not have, or of more keys than it can have, costs no memory.
     HRESULT LeIntegracoes(const _REG_DF_LISTA_XVDMCPS& rListaPS, XVUInt* pulQuantidade,
                           tagREG_CR_INTEGRACAO_MIDDLEWAREPS** ppRegIntegracaoPS, XVUInt64 ullFlagLeitura);
 
@@ -183,6 +184,7 @@ class CBaseMiddleware : public CXVDataBaseFacade<CXVDataBase_CR_Middleware, CXVB
                      XVUInt64 ullFlagLeitura);
     HRESULT ConsultaSistemaTerceiro(CXVDadosCR_IntegracaoMiddleware& rDados, XVUInt64 ullFlagLeitura);
     HRESULT CompletaComSistemaTerceiro(CXVDadosCR_IntegracaoMiddleware& rDados, bool bOperacaoPosterior);
+    HRESULT ConfereLista(const _REG_DF_LISTA_XVDMCPS& rListaPS);
     template <class TDados>
     HRESULT LeDadosDaLista(const _REG_DF_LISTA_XVDMCPS& rListaPS, std::vector<TDados>& listaDados,
                            XVUInt64 ullFlagLeitura);

@@ -127,13 +127,32 @@ HRESULT CBaseMiddleware::CompletaComSistemaTerceiro(CXVDadosCR_IntegracaoMiddlew
     return S_OK;
 }
 
+HRESULT CBaseMiddleware::ConfereLista(const _REG_DF_LISTA_XVDMCPS& rListaPS) {
+    // A list may name an integration more than once; one longer than this has at most one key for each.
+    constexpr XVUInt64 k_uiComRepetidas = 1000000;
+    if (rListaPS.ulQuantidade > std::max(k_uiComRepetidas, m_pDataBase->m_IndexIntegracao.GetQtdRegistros()))
+        XV_FALHA_EM("LeIntegracoes", E_INVALIDARG);
+    for (const REG_XVDMC regDmc : std::span(rListaPS.pLista, rListaPS.ulQuantidade)) {
+        XVUInt uiPosicao = 0;
+        XV_CHECK_EM("LeIntegracoes", m_pDataBase->m_IndexIntegracao.ExisteIndex(
+                                         CXVDataBase_CR_Middleware::GetChaveIndex(regDmc), uiPosicao,
+                                         EColuna_Indexacao_Middleware::eIndexacao_DMCIntegracao));
+        if (uiPosicao == 0) XV_FALHA_EM("LeIntegracoes", E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA);
+    }
+    return S_OK;
+}
+
 template <class TDados>
 HRESULT CBaseMiddleware::LeDadosDaLista(const _REG_DF_LISTA_XVDMCPS& rListaPS,
                                         std::vector<TDados>& listaDadosIntegracao, XVUInt64 ullFlagLeitura) {
     // Each moment of a viewer opens the files anew. A busy writer leaves only short ones: each attempt reads
     // half as much as the one before.
     constexpr XVUInt k_ulPorMomento = 256;
-    listaDadosIntegracao.resize(rListaPS.ulQuantidade);
+    // A viewer works for its own process alone, and would open the index for every key.
+    if (!EhSomenteLeitura()) {
+        XV_CHECK_EM("LeIntegracoes", ConfereLista(rListaPS));
+        listaDadosIntegracao.reserve(rListaPS.ulQuantidade);
+    }
     for (XVUInt ulLidas = 0; ulLidas < rListaPS.ulQuantidade;) {
         XVUInt ulQtd = std::min(k_ulPorMomento, rListaPS.ulQuantidade - ulLidas);
         XVUInt ulAte = ulLidas;
@@ -142,6 +161,7 @@ HRESULT CBaseMiddleware::LeDadosDaLista(const _REG_DF_LISTA_XVDMCPS& rListaPS,
                                                     rListaPS.ulQuantidade - ulLidas);
             ulAte = ulLidas + static_cast<XVUInt>(XVParteDoMomento(aResto, ulQtd));
             ulQtd = std::max<XVUInt>(ulQtd / 2, 1);
+            listaDadosIntegracao.resize(ulAte);
             for (XVUInt i = ulLidas; i < ulAte; ++i)
                 XV_CHECK_EM("LeIntegracoes",
                             LeDados(rListaPS.pLista[i], &listaDadosIntegracao[i], ullFlagLeitura));

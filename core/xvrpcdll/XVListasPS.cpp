@@ -1,5 +1,6 @@
 #include "core/xvrpcdll/XVListasPS.h"
 
+#include <algorithm>
 #include <cstring>
 #include <limits>
 
@@ -23,7 +24,11 @@ HRESULT XVListaDeDmc(const _REG_DF_LISTA_XVDMCPS* pReg) {
     static_assert(sizeof(void*) == 4 ||
                   std::numeric_limits<XVUInt>::max() <=
                       std::numeric_limits<std::ptrdiff_t>::max() / sizeof(tagREG_CR_INTEGRACAO_MIDDLEWAREPS));
-    return pReg->pLista == nullptr ? E_INVALIDARG : S_OK;
+    if (pReg->pLista == nullptr) return E_INVALIDARG;
+    const std::span<const REG_XVDMC> aDmcs(pReg->pLista, pReg->ulQuantidade);
+    return std::all_of(aDmcs.begin(), aDmcs.end(), [](REG_XVDMC regDmc) { return regDmc.EhValido(); })
+               ? S_OK
+               : E_INVALIDARG;
 }
 
 HRESULT XVListaDeBytesToReg(std::span<const XVByte> lista, _REG_CR_LISTA_BYTESPS* pReg) {

@@ -7,7 +7,7 @@
 #include "contract/XVCR_RegistrosPS.h"
 
 // The list's elements; valid while the record's buffer lives. No record: E_POINTER. A count above 0
-// with a null pointer, or more bytes than can be addressed: E_INVALIDARG.
+// with a null pointer, more bytes than can be addressed, or a key that cannot be: E_INVALIDARG.
 HRESULT XVListaDeBytes(const _REG_CR_LISTA_BYTESPS* pReg, std::span<const XVByte>* pLista);
 HRESULT XVListaDeDmc(const _REG_DF_LISTA_XVDMCPS* pReg);
 

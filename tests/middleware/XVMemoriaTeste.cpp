@@ -57,4 +57,36 @@ TEST_F(CXVMemoriaTeste, GravarEmMuitosDiasGuardaOIndiceEMembrosNoOrcamento) {
     EXPECT_LT(XVAlocacoes::GetBytesVivos(), uiTresDias + 20 * k_uiPorDia * 200U + (1U << 20));
 }
 
+// What a list costs before its last key has been found is nothing, and that is seen before it is read.
+TEST_F(CXVMemoriaTeste, ListaDeChavesQueNaoHaNaoTomaMemoria) {
+    CBaseMiddleware loja;
+    ASSERT_EQ(loja.Inicializa(&m_dono), S_OK);
+    REG_XVDMC regDmc;
+    ASSERT_EQ(loja.GravaIntegracao(&regDmc, CXVIntegracaoTeste(1).Textos("{}", "m", "{}").Ptr()), S_OK);
+    const auto le = [&](std::vector<REG_XVDMC> dmcs, REG_XVDMC regUltimo, HRESULT hrEsperado) {
+        dmcs.back() = regUltimo;
+        const _REG_DF_LISTA_XVDMCPS lista{static_cast<XVUInt>(dmcs.size()), 0, dmcs.data(), 0};
+        XVUInt ulQuantidade = 9;
+        tagREG_CR_INTEGRACAO_MIDDLEWAREPS* pReg = nullptr;
+        const std::size_t uiAntes = XVAlocacoes::ZeraPico();
+        const XVUInt64 uiPrivadaAntes = XVAmbienteSO::GetMemoriaPrivadaProcesso();
+        EXPECT_EQ(loja.LeIntegracoes(lista, &ulQuantidade, &pReg, 7), hrEsperado);
+        const std::size_t uiTomada = XVAlocacoes::GetPico() - uiAntes;
+        EXPECT_EQ(ulQuantidade, SUCCEEDED(hrEsperado) ? lista.ulQuantidade : 0U);
+        EXPECT_LT(XVAmbienteSO::GetMemoriaPrivadaProcesso(), uiPrivadaAntes + (8U << 20));
+        for (XVUInt i = 0; i < ulQuantidade; ++i) XVLiberaBuffers(&pReg[i]);
+        XVAmbienteSO::LiberaSaida(pReg);
+        return uiTomada;
+    };
+    const REG_XVDMC regAusente{regDmc.uiValor + (XVUInt64{1} << 14)};
+    constexpr std::size_t k_uiPequena = 64U << 10;
+    for (const REG_XVDMC regPrimeiras : {regAusente, regDmc}) {
+        EXPECT_LT(le(std::vector(4000000, regPrimeiras), regAusente, E_INVALIDARG), k_uiPequena)
+            << "more keys than the store has integrations";
+        EXPECT_LT(le(std::vector(1000000, regPrimeiras), regAusente, E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA),
+                  k_uiPequena);
+    }
+    EXPECT_GT(le(std::vector(1000, regDmc), regDmc, S_OK), k_uiPequena);
+}
+
 }  // namespace

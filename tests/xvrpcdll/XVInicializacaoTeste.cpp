@@ -121,6 +121,11 @@ TEST_F(CInicializacao, FalhaDaLogicaZeraACopiaEPermiteTentarDeNovo) {
     EXPECT_TRUE(Guarda(*m_p, {}));
     EXPECT_TRUE(m_captura.Contem("pfInSEHFuncao()"));
     EXPECT_EQ(Chama(*m_p), E_XVCR_COMPONENTE_NAO_INICIALIZADO);
+    REG_DF_ULTIMO_ERROPS regErro;
+    EXPECT_EQ(m_p->GetUltimoErro(&regErro), S_OK);
+    EXPECT_EQ(regErro.hrErro, eSharingViolation) << "what refused the store, not that there is none";
+    EXPECT_STREQ(regErro.szFuncao,
+                 "T_XVUnknown<struct IXVCR_Middleware,class CLogicaFalsa>::Inicializa_Padrao");
     m_controle.hrInicializa = S_OK;
     EXPECT_EQ(Inicializa(*m_p), S_OK);
 

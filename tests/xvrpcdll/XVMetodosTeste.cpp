@@ -96,12 +96,18 @@ TEST_F(CMetodos, PonteirosNulosListasEChavesImpossiveisSaoRecusadosAntesDaLogica
     EXPECT_EQ(ulQuantidade, 0U);
 
     const _REG_DF_LISTA_XVDMCPS listaSemPonteiro{5, 0, nullptr, 0};
+    REG_XVDMC aComData[] = {m_dmc, m_dmc, REG_XVDMC::Cria(1, 15, REG_XVDMA::Cria(2026, 2, 30))};
+    REG_XVDMC aComPonteiro[] = {REG_XVDMC::Cria(1, 0, REG_XVDMA::Cria(2026, 11, 21)), m_dmc};
+    const _REG_DF_LISTA_XVDMCPS listaComData{3, 0, aComData, 0};
+    const _REG_DF_LISTA_XVDMCPS listaComPonteiro{2, 0, aComPonteiro, 0};
     const _REG_CR_LISTA_BYTESPS bytesSemPonteiro{0xFFFFFFFFU, 0, nullptr, 0};
     const _REG_CR_LISTA_BYTESPS vazia{};
     tagREG_CR_INTEGRACAO_MIDDLEWAREPS* pReg = nullptr;
     _REG_CR_LISTA_BYTESPS saida{};
     for (const HRESULT hr :
          {m_p->LeIntegracoes(&listaSemPonteiro, &ulQuantidade, &pReg, ~XVUInt64{0}),
+          m_p->LeIntegracoes(&listaComData, &ulQuantidade, &pReg, 0),
+          m_p->LeIntegracoes(&listaComPonteiro, &ulQuantidade, &pReg, 0),
           m_p->FuncaoGenerica(1, &bytesSemPonteiro, &saida),
           m_p->AlteracaoMultiplaCadastro(1, &bytesSemPonteiro), m_p->LeIntegracao(~XVUInt64{0}, &reg, 0),
           m_p->AlteracaoMultiplaMovimento(~XVUInt64{0}, &vazia)})
