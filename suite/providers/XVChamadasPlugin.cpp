@@ -160,8 +160,9 @@ HRESULT CXVChamadaLista::Toma(HRESULT hr, std::vector<CXVDadosCR_PendenciaIntegr
 }
 
 void CXVChamadaLista::Descarta(HRESULT hr) {
+    RegistraAtraso(hr, "");
     std::vector<CXVDadosCR_PendenciaIntegracaoSistema> lista;
-    RegistraAtraso(Toma(hr, &lista), "");
+    XVIgnora(Toma(hr, &lista));
 }
 
 CXVChamadaConsulta::CXVChamadaConsulta(const IXVDF_Profiler& rDono, const XVProvedorTabela& rTabela,

@@ -49,7 +49,7 @@ class CXVChamadaDados final : public CXVChamadaProvedor {
 template <class TParametros>
 class TXVChamadaParametros final : public CXVChamadaProvedor {
   public:
-    using PFuncao = std::int32_t (*)(void*, const XVProvedorDono*, TParametros*);
+    using PFuncao = std::int32_t(XVPROVEDOR_CHAMADA*)(void*, const XVProvedorDono*, TParametros*);
 
     TXVChamadaParametros(const char* pszFuncao, const IXVDF_Profiler& rDono, const XVProvedorTabela& rTabela,
                          PFuncao pfnOperacao, const CXVDadosCR_ParametrosIntegracao& rParametros);
