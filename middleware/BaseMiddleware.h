@@ -18,6 +18,7 @@
 #include "middleware/XVIntegracaoSaida.h"
 #include "middleware/XVOperacoesGenericas.h"
 #include "middleware/XVTransporte.h"
+#include "middleware/XVUltimasGravadas.h"
 #include "suite/XVMiddlewareFacade.h"
 
 class CBaseMiddleware : public CXVDataBaseFacade<CXVDataBase_CR_Middleware, CXVBaseParaRotinas>,
@@ -106,6 +107,10 @@ class CBaseMiddleware : public CXVDataBaseFacade<CXVDataBase_CR_Middleware, CXVB
     // Direct query of an external system; nothing is stored.
     HRESULT BuscaDadosSistemaTerceiro(const tagREG_CR_CONSULTA_SISTEMA_TERCEIROPS& regConsultaPS,
                                       tagREG_CR_STATUS_CONSULTA_SISTEMA_TERCEIROPS* pRegStatusPS);
+
+    // k_ulFuncaoUltimasGravadas; E_INVALIDARG: with an input.
+    HRESULT OnFuncaoGenerica(XVUInt ulFuncao, std::span<const XVByte> entrada,
+                             std::vector<XVByte>& saida) override;
 
   protected:
     HRESULT OnInicializa() override;
@@ -212,4 +217,6 @@ class CBaseMiddleware : public CXVDataBaseFacade<CXVDataBase_CR_Middleware, CXVB
                                                       XVUInt& uiPonteiro);
     HRESULT GetPonteiroIndexDataHoraIntegracao(const REG_CR_DATA_HORA_INTEGRACAO_TERCEIRO_V1& reg,
                                                XVUInt& uiPonteiro);
+
+    CXVUltimasGravadas m_ultimasGravadas;
 };

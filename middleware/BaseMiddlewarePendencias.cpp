@@ -1,5 +1,7 @@
 // CBaseMiddleware: what is asked of external systems without an exchange: the pending items of a record,
-// which are recorded as such, and direct queries.
+// which are recorded as such, and direct queries; and what an exchange has recorded.
+#include <cstring>
+
 #include "middleware/BaseMiddleware.h"
 #include "middleware/XVItemTroca.h"
 #include "middleware/XVValidacaoIntegracao.h"
@@ -15,8 +17,10 @@ HRESULT CBaseMiddleware::GravaPendenciaIntegracao(REG_XVDMC regDmcIntegracaoOrig
     regPS.regDmcIntegracaoOrigem = regDmcIntegracaoOrigem;
     regPS.regRegistroJSON = regPS.regMensagemIntegracao = regPS.regJSONRetornoIntegracao = {};
     regPS.uiChaveIntegracaoSistemaTerceiro = 0;
+    m_ultimasGravadas.Comeca(0);
     CListaPendencias listaDados;
     XV_CHECK(GetListaDadosIntegracaoPendente(regPS, listaDados));
+    m_ultimasGravadas.Comeca(listaDados.size());
     CXVMiddlewareFacade facade;
     XV_CHECK(facade.Inicializa(this));
     for (const auto& rItem : listaDados) {
@@ -52,6 +56,7 @@ HRESULT CBaseMiddleware::GravaItemPendente(CXVMiddlewareFacade& facade,
     REG_XVDMC regDmc;
     const tagREG_CR_INTEGRACAO_MIDDLEWAREPS regPS = dados.ComoRegistro();
     XV_CHECK_EM("GravaPendenciaIntegracao", GravaInternalIntegracao(&regDmc, &regPS));
+    m_ultimasGravadas.Inclui(regDmc);
     tagREG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIROPS regPSChave{};
     regPSChave.regDmcRegistroTelvo = dados.regDmcMovimentoOrigem;
     regPSChave.uiBaseDadosTerceiro = dados.uiBaseDadosTerceiro;
@@ -59,6 +64,17 @@ HRESULT CBaseMiddleware::GravaItemPendente(CXVMiddlewareFacade& facade,
     regPSChave.eSistemaIntegracao = dados.eSistemaIntegracao;
     regPSChave.regDmcOrigemIntegracao = regDmc;
     XV_CHECK_EM("GravaPendenciaIntegracao", GravaChaveRegistroTelvoParaTerceiroPendente(regPSChave));
+    return S_OK;
+}
+
+HRESULT CBaseMiddleware::OnFuncaoGenerica(XVUInt ulFuncao, std::span<const XVByte> entrada,
+                                          std::vector<XVByte>& saida) {
+    if (ulFuncao != k_ulFuncaoUltimasGravadas)
+        return CXVOperacoesGenericas::OnFuncaoGenerica(ulFuncao, entrada, saida);
+    if (!entrada.empty()) return E_INVALIDARG;
+    const std::vector<REG_XVDMC> lista = m_ultimasGravadas.Get();
+    saida.resize(lista.size() * sizeof(REG_XVDMC));
+    if (!lista.empty()) std::memcpy(saida.data(), lista.data(), saida.size());
     return S_OK;
 }
 

@@ -90,9 +90,11 @@ HRESULT CBaseMiddleware::GravaIntegracaoInstantanea(REG_XVDMC* pDmcRegistroIndex
     regPS.ulPonteiroUsuarioInclusao = GetUsuario();
     regPS.regDmc = *pDmcRegistroIndex;
 
+    m_ultimasGravadas.Comeca(0);
     CListaPendencias listaDados;
     XV_CHECK(GetListaDadosIntegracaoPendente(regPS, listaDados));
     if (listaDados.empty()) return S_OK;
+    m_ultimasGravadas.Comeca(listaDados.size());
     const REG_XVDMC regDmcDoChamador = *pDmcRegistroIndex;
     HRESULT hr = ValidaDestino(regDmcDoChamador, regPS.eTipoTransacao);
     if (FAILED(hr)) return hr;
@@ -157,6 +159,7 @@ HRESULT CBaseMiddleware::ExecutaTransacao(CXVDadosCR_IntegracaoMiddleware& dados
             regPS = dados.ComoRegistro();
             XV_CHECK_EM("GravaIntegracaoInstantanea",
                         troca.Grava(GravaInternalIntegracao(pDmcRegistroIndex, &regPS)));
+            m_ultimasGravadas.Inclui(*pDmcRegistroIndex);
             break;
         case eXVSMiddleware_Alteracao:
             XV_CHECK_EM("GravaIntegracaoInstantanea",
@@ -166,6 +169,7 @@ HRESULT CBaseMiddleware::ExecutaTransacao(CXVDadosCR_IntegracaoMiddleware& dados
             regPS = dados.ComoRegistro();
             XV_CHECK_EM("GravaIntegracaoInstantanea",
                         troca.Grava(GravaIntegracao(pDmcRegistroIndex, &regPS)));
+            m_ultimasGravadas.Inclui(*pDmcRegistroIndex);
             break;
         case eXVSMiddleware_Exclusao:
             XV_CHECK_EM(
@@ -179,6 +183,7 @@ HRESULT CBaseMiddleware::ExecutaTransacao(CXVDadosCR_IntegracaoMiddleware& dados
             regPS = dados.ComoRegistro();
             XV_CHECK_EM("GravaIntegracaoInstantanea",
                         troca.Grava(GravaIntegracao(pDmcRegistroIndex, &regPS)));
+            m_ultimasGravadas.Inclui(*pDmcRegistroIndex);
             break;
         default:
             break;

@@ -1,12 +1,16 @@
 // Operations that the components of the suite have in common and that each component may offer: a call
-// numbered by the caller, and changes of many fields of one master record or movement in one go. This
-// component offers none of them: E_NOTIMPL.
+// numbered by the caller, and changes of many fields of one master record or movement in one go. What a
+// component does not offer is E_NOTIMPL.
 #pragma once
 
 #include <span>
 #include <vector>
 
 #include "support/values/XVDmc.h"
+
+// No input. Answers the keys (8 bytes each, in their order) that the exchange operations of the component have
+// recorded since the last of them began, also where it failed.
+inline constexpr XVUInt k_ulFuncaoUltimasGravadas = 100;
 
 class CXVOperacoesGenericas {
   public:

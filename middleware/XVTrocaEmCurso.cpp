@@ -3,6 +3,7 @@
 #include <cinttypes>
 #include <cstdio>
 
+#include "support/codes/XVCodigos.h"
 #include "support/trace/XVProfiler.h"
 
 namespace {
@@ -40,7 +41,7 @@ CXVTrocaEmCurso::~CXVTrocaEmCurso() {
 
 HRESULT CXVTrocaEmCurso::Responde(HRESULT hr) {
     m_hr = hr;
-    if (hr == E_NOTIMPL)
+    if (hr == E_NOTIMPL || hr == E_XVCR_PROVEDOR_SUSPENSO)
         m_eEstado = EEstado::eConcluida;
     else if (SUCCEEDED(hr))
         m_eEstado = EEstado::eRespondida;

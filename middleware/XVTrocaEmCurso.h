@@ -20,8 +20,9 @@ class CXVTrocaEmCurso {
     CXVTrocaEmCurso(const CXVTrocaEmCurso&) = delete;
     CXVTrocaEmCurso& operator=(const CXVTrocaEmCurso&) = delete;
 
-    // What the provider answered; handed back unchanged. E_NOTIMPL: the system does not offer the operation,
-    // so nothing was sent. Any other failure leaves open whether the system received it.
+    // What the provider answered; handed back unchanged. E_NOTIMPL: the system does not offer the operation;
+    // E_XVCR_PROVEDOR_SUSPENSO: its provider was not called; nothing was sent then. Any other failure leaves
+    // open whether the system received it.
     HRESULT Responde(HRESULT hr);
     // What recording the result gave; handed back unchanged.
     HRESULT Grava(HRESULT hr);

@@ -1,18 +1,52 @@
 #include <algorithm>
+#include <bit>
+#include <charconv>
+#include <set>
 #include <string>
+#include <string_view>
 
+#include "platform/XVAmbienteSO.h"
 #include "platform/XVBibliotecaDinamica.h"
+#include "platform/XVMascara.h"
+#include "platform/XVPlataforma.h"
 #include "suite/providers/XVProvedorAdaptador.h"
 #include "suite/simulation/XVProvedorSimulacao.h"
 #include "support/trace/XVProfiler.h"
 
 namespace {
 
-// Systems are single bits of 32, so the libraries that may exist are known by name.
+constexpr std::string_view k_sInicioBiblioteca = "XVProvedor";
+
+// The system of a file's name, with or without the "lib" of other systems' libraries; 0: no provider's.
+XVUInt SistemaDoNome(std::string_view sNome) {
+    for (const std::string_view sInicio : {std::string_view("lib"), k_sInicioBiblioteca})
+        if (XVMascara::NomesIguais(sNome.substr(0, sInicio.size()), sInicio))
+            sNome.remove_prefix(sInicio.size());
+    XVUInt eSistema = 0;
+    const auto [pFim, erro] = std::from_chars(sNome.data(), sNome.data() + sNome.size(), eSistema);
+    return erro == std::errc() ? eSistema : 0;
+}
+
+// The numbers of the libraries that lie in the program's directory: one look at it instead of one for each
+// name that could be there. A directory that cannot be listed may still hold all of them.
+std::set<XVUInt> SistemasInstalados() {
+    std::set<XVUInt> conjunto{SimulacaoSistemaTerceiro};
+    std::vector<std::string> listaNomes;
+    if (XVPlataforma::SistemaArquivosNativo()
+            .Lista(XVAmbienteSO::GetDiretorioExecutavel(), "*XVProvedor*", listaNomes)
+            .Ok()) {
+        for (const std::string& sNome : listaNomes) conjunto.insert(SistemaDoNome(sNome));
+        std::erase_if(conjunto, [](XVUInt eSistema) { return !std::has_single_bit(eSistema); });
+    } else {
+        for (unsigned uiBit = 0; uiBit < 32; ++uiBit) conjunto.insert(XVUInt{1} << uiBit);
+    }
+    return conjunto;
+}
+
 class CXVListaProvedores {
   public:
     CXVListaProvedores() {
-        for (unsigned uiBit = 0; uiBit < 32; ++uiBit) Carrega(XVUInt{1} << uiBit);
+        for (const XVUInt eSistema : SistemasInstalados()) Carrega(eSistema);
     }
 
     IXVProvedorIntegracao* Busca(XVUInt eSistema) const {
@@ -37,13 +71,16 @@ class CXVListaProvedores {
             m_listaSituacao.push_back({eSistema, {}, {}});
             return;
         }
-        const std::string sBiblioteca = "XVProvedor" + std::to_string(eSistema) + ".dll";
+        const std::string sBiblioteca = std::string(k_sInicioBiblioteca) + std::to_string(eSistema) + ".dll";
         auto pBiblioteca = std::make_unique<CXVBibliotecaDinamica>(sBiblioteca);
         std::string sMotivo = pBiblioteca->GetMotivoFalha();
         std::unique_ptr<IXVProvedorIntegracao> pProvedor;
-        if (pBiblioteca->EstaCarregada())
+        if (pBiblioteca->EstaCarregada()) {
             pProvedor = CXVProvedorAdaptador::Cria(
                 pBiblioteca->GetFuncao<PFXVProvedorObtem>(XVPROVEDOR_FUNCAO), eSistema, &sMotivo);
+            // One that is refused stays as well: its entry may not have returned yet.
+            m_listaBibliotecas.push_back(std::move(pBiblioteca));
+        }
         if (pProvedor == nullptr) {
             if (sMotivo.empty()) return;
             m_listaSituacao.push_back({eSistema, sBiblioteca, sMotivo});
@@ -53,7 +90,6 @@ class CXVListaProvedores {
             return;
         }
         m_listaSituacao.push_back({eSistema, sBiblioteca, {}});
-        m_listaBibliotecas.push_back(std::move(pBiblioteca));
         m_lista.push_back(std::move(pProvedor));
     }
 

@@ -1,103 +1,14 @@
 #include "suite/providers/XVProvedorAdaptador.h"
 
 #include <cstdio>
-#include <cstring>
-#include <limits>
 #include <utility>
 
+#include "suite/providers/XVBufferDoPlugin.h"
+#include "suite/providers/XVChamadasPlugin.h"
 #include "suite/providers/XVRespostaPerdida.h"
+#include "support/codes/XVCodigos.h"
 
 namespace {
-
-constexpr XVUInt k_ulMaximoPendencias = 1'000'000;
-
-XVProvedorTexto ComoTexto(std::string_view sTexto) {
-    return {sTexto.data(), sTexto.size()};
-}
-
-XVProvedorDono ComoDono(const IXVDF_Profiler& rDono) {
-    XVProvedorDono dono{};
-    dono.ulTamanho = sizeof(dono);
-    dono.ulNumeroSessao = rDono.GetNumeroSessao();
-    dono.sEmpresa = ComoTexto(rDono.GetEmpresa());
-    dono.ulUsuario = rDono.GetUsuario();
-    return dono;
-}
-
-XVProvedorDados ComoDados(const CXVDadosCR_IntegracaoMiddleware& rDados) {
-    XVProvedorDados reg{};
-    reg.ulTamanho = sizeof(reg);
-    reg.sRegistroJSON = ComoTexto(rDados.sRegistroJSON);
-    reg.sMensagemIntegracao = ComoTexto(rDados.sMensagemIntegracao);
-    reg.sJSONRetornoIntegracao = ComoTexto(rDados.sJSONRetornoIntegracao);
-    reg.uiDmc = rDados.regDmc.uiValor;
-    reg.uiDmcIntegracaoOrigem = rDados.regDmcIntegracaoOrigem.uiValor;
-    reg.uiDmcMovimentoOrigem = rDados.regDmcMovimentoOrigem.uiValor;
-    reg.uiDataHoraInclusao = rDados.regDataHoraInclusao.uiValor;
-    reg.uiDataHoraAlteracaoStatus = rDados.regDataHoraAlteracaoStatus.uiValor;
-    reg.uiChaveIntegracaoSistemaTerceiro = rDados.uiChaveIntegracaoSistemaTerceiro;
-    reg.uiChaveRegistroSistemaTerceiro = rDados.uiChaveRegistroSistemaTerceiro;
-    reg.uiBaseDadosTerceiro = rDados.uiBaseDadosTerceiro;
-    reg.eTipoIntegracao = rDados.eTipoIntegracao;
-    reg.eStatusIntegracao = rDados.eStatusIntegracao;
-    reg.eSistemaIntegracao = rDados.eSistemaIntegracao;
-    reg.eTipoTransacao = rDados.eTipoTransacao;
-    reg.ulPonteiroFilial = rDados.ulPonteiroFilial;
-    reg.ulPonteiroAuxiliar = rDados.ulPonteiroAuxiliar;
-    reg.cReconsultarIdTerceiros = rDados.cReconsultarIdTerceiros;
-    reg.ucTipoPonteiroAuxiliar = rDados.ucTipoPonteiroAuxiliar;
-    return reg;
-}
-
-XVProvedorParametros ComoParametros(const CXVDadosCR_ParametrosIntegracao& rParametros) {
-    XVProvedorParametros reg{};
-    reg.ulTamanho = sizeof(reg);
-    reg.eTipoIntegracao = rParametros.eTipoIntegracao;
-    reg.uiDmcOrigem = rParametros.regDmcOrigem.uiValor;
-    reg.uiDmcIntegracao = rParametros.regDmcIntegracao.uiValor;
-    reg.uiChaveRegistroSistemaTerceiro = rParametros.uiChaveRegistroSistemaTerceiro;
-    reg.uiBaseDadosTerceiro = rParametros.uiBaseDadosTerceiro;
-    reg.eSistemaIntegracao = rParametros.eSistemaIntegracao;
-    reg.eTipoTransacao = rParametros.eTipoTransacao;
-    reg.ulPonteiroFilial = rParametros.ulPonteiroFilial;
-    reg.ulPonteiroAuxiliar = rParametros.ulPonteiroAuxiliar;
-    reg.ucTipoPonteiroAuxiliar = rParametros.ucTipoPonteiroAuxiliar;
-    return reg;
-}
-
-// Gives a buffer of the library back when the scope ends.
-class CXVBufferDoPlugin {
-  public:
-    CXVBufferDoPlugin(const XVProvedorTabela& rTabela, const XVProvedorBuffer& rBuffer)
-        : m_rTabela(rTabela), m_rBuffer(rBuffer) {}
-    ~CXVBufferDoPlugin() {
-        if (m_rBuffer.pBytes != nullptr) m_rTabela.pfnLibera(m_rTabela.pContexto, m_rBuffer.pBytes);
-    }
-    CXVBufferDoPlugin(const CXVBufferDoPlugin&) = delete;
-    CXVBufferDoPlugin& operator=(const CXVBufferDoPlugin&) = delete;
-
-    bool EhValido(bool bTexto) const {
-        if (m_rBuffer.bPreenchido == 0) return m_rBuffer.pBytes == nullptr && m_rBuffer.uiTamanho == 0;
-        if (m_rBuffer.uiTamanho == 0) return true;
-        if (m_rBuffer.pBytes == nullptr || m_rBuffer.uiTamanho > std::numeric_limits<XVUInt>::max())
-            return false;
-        return !bTexto ||
-               std::memchr(m_rBuffer.pBytes, 0, static_cast<std::size_t>(m_rBuffer.uiTamanho)) == nullptr;
-    }
-    // Only for a valid buffer; one that was not filled leaves the text as it is.
-    void Aplica(std::string& sTexto) const {
-        if (m_rBuffer.bPreenchido == 0) return;
-        if (m_rBuffer.uiTamanho == 0)
-            sTexto.clear();
-        else
-            sTexto.assign(static_cast<const char*>(m_rBuffer.pBytes),
-                          static_cast<std::size_t>(m_rBuffer.uiTamanho));
-    }
-
-  private:
-    const XVProvedorTabela& m_rTabela;
-    const XVProvedorBuffer& m_rBuffer;
-};
 
 // What keeps a library from being used; empty: nothing.
 std::string MotivoDaRecusa(const XVProvedorTabela& rTabela, XVUInt eSistema) {
@@ -111,54 +22,34 @@ std::string MotivoDaRecusa(const XVProvedorTabela& rTabela, XVUInt eSistema) {
     return rTabela.pfnLibera == nullptr ? "tabela sem pfnLibera" : std::string();
 }
 
-// What a library may answer: a success counts as S_OK.
-HRESULT Codigo(std::int32_t iResultado) {
-    return iResultado < 0 ? static_cast<HRESULT>(iResultado) : S_OK;
-}
-
-HRESULT CopiaPendencia(const XVProvedorTabela& rTabela, const XVProvedorPendencia& rItem,
-                       CXVDadosCR_PendenciaIntegracaoSistema* pDados) {
-    const CXVBufferDoPlugin json(rTabela, rItem.bufJSON);
-    const REG_XVDMC regDmcOrigem{rItem.uiDmcOrigem};
-    if (!json.EhValido(true) || !regDmcOrigem.EhValido()) return CXVProvedorAdaptador::k_hrRespostaInvalida;
-    json.Aplica(pDados->sJSON);
-    pDados->regDmcOrigem = regDmcOrigem;
-    pDados->uiBaseDadosTerceiro = rItem.uiBaseDadosTerceiro;
-    pDados->uiChaveRegistroSistemaTerceiro = rItem.uiChaveRegistroSistemaTerceiro;
-    pDados->eSistemaIntegracao = rItem.eSistemaIntegracao;
-    pDados->ulPonteiroFilial = rItem.ulPonteiroFilial;
-    pDados->cReconsultarIdTerceiros = rItem.cReconsultarIdTerceiros;
-    return S_OK;
-}
-
 }  // namespace
 
 std::unique_ptr<IXVProvedorIntegracao> CXVProvedorAdaptador::Cria(PFXVProvedorObtem pfnObtem, XVUInt eSistema,
                                                                   std::string* psMotivo) {
     *psMotivo = "não exporta " XVPROVEDOR_FUNCAO;
     if (pfnObtem == nullptr) return nullptr;
-    XVProvedorTabela tabela{};
-    tabela.ulTamanho = sizeof(tabela);
-    tabela.ulVersao = XVPROVEDOR_VERSAO;
-    if (const std::int32_t iResultado = pfnObtem(XVPROVEDOR_VERSAO, &tabela); iResultado < 0) {
+    const auto pChamada = std::make_shared<CXVChamadaObtem>(CXVProfilerEmpresa(), pfnObtem);
+    if (const HRESULT hr = CXVVigiaProvedor(eSistema).Chama(pChamada); FAILED(hr)) {
         char szMotivo[64];
         std::snprintf(szMotivo, sizeof(szMotivo), XVPROVEDOR_FUNCAO " respondeu 0x%08X",
-                      static_cast<unsigned>(iResultado));
-        *psMotivo = szMotivo;
+                      static_cast<unsigned>(hr));
+        *psMotivo = CXVVigiaProvedor::Respondeu(hr) ? szMotivo : XVPROVEDOR_FUNCAO " não respondeu no prazo";
         return nullptr;
     }
-    *psMotivo = MotivoDaRecusa(tabela, eSistema);
+    *psMotivo = MotivoDaRecusa(pChamada->tabela, eSistema);
     if (!psMotivo->empty()) return nullptr;
-    return std::unique_ptr<IXVProvedorIntegracao>(new CXVProvedorAdaptador(tabela));
+    return std::unique_ptr<IXVProvedorIntegracao>(new CXVProvedorAdaptador(pChamada->tabela));
 }
 
-HRESULT CXVProvedorAdaptador::Executa(PFXVProvedorDados pfnOperacao, const IXVDF_Profiler& rDono,
+HRESULT CXVProvedorAdaptador::Executa(const char* pszFuncao, PFXVProvedorDados pfnOperacao,
+                                      const IXVDF_Profiler& rDono,
                                       CXVDadosCR_IntegracaoMiddleware& rDados) const {
     if (pfnOperacao == nullptr) return E_NOTIMPL;
-    const XVProvedorDono dono = ComoDono(rDono);
-    XVProvedorDados reg = ComoDados(rDados);
+    const auto pChamada = std::make_shared<CXVChamadaDados>(pszFuncao, rDono, m_Tabela, pfnOperacao, rDados);
+    const XVProvedorDados& reg = pChamada->reg;
     CXVRespostaPerdida perdida(rDono, rDados, reg);
-    const HRESULT hr = Codigo(pfnOperacao(m_Tabela.pContexto, &dono, &reg));
+    const HRESULT hr = m_vigia.Chama(pChamada);
+    if (!CXVVigiaProvedor::Respondeu(hr)) return perdida.SemResposta(hr);
     const CXVBufferDoPlugin json(m_Tabela, reg.bufRegistroJSON);
     const CXVBufferDoPlugin mensagem(m_Tabela, reg.bufMensagemIntegracao);
     const CXVBufferDoPlugin jsonRetorno(m_Tabela, reg.bufJSONRetornoIntegracao);
@@ -188,39 +79,40 @@ HRESULT CXVProvedorAdaptador::Executa(PFXVProvedorDados pfnOperacao, const IXVDF
 
 HRESULT CXVProvedorAdaptador::RealizaOperacaoAnterior(const IXVDF_Profiler& rDono,
                                                       CXVDadosCR_IntegracaoMiddleware& rDados) {
-    return Executa(m_Tabela.pfnRealizaOperacaoAnterior, rDono, rDados);
+    return Executa("pfnRealizaOperacaoAnterior", m_Tabela.pfnRealizaOperacaoAnterior, rDono, rDados);
 }
 
 HRESULT CXVProvedorAdaptador::EnviaJson(const IXVDF_Profiler& rDono,
                                         CXVDadosCR_IntegracaoMiddleware& rDados) {
-    return Executa(m_Tabela.pfnEnviaJson, rDono, rDados);
+    return Executa("pfnEnviaJson", m_Tabela.pfnEnviaJson, rDono, rDados);
 }
 
 HRESULT CXVProvedorAdaptador::BuscaDados(const IXVDF_Profiler& rDono,
                                          CXVDadosCR_IntegracaoMiddleware& rDados) {
-    return Executa(m_Tabela.pfnBuscaDados, rDono, rDados);
+    return Executa("pfnBuscaDados", m_Tabela.pfnBuscaDados, rDono, rDados);
 }
 
 HRESULT CXVProvedorAdaptador::ExcluiDados(const IXVDF_Profiler& rDono,
                                           CXVDadosCR_IntegracaoMiddleware& rDados) {
-    return Executa(m_Tabela.pfnExcluiDados, rDono, rDados);
+    return Executa("pfnExcluiDados", m_Tabela.pfnExcluiDados, rDono, rDados);
 }
 
 HRESULT CXVProvedorAdaptador::RealizaOperacaoPosterior(const IXVDF_Profiler& rDono,
                                                        const CXVDadosCR_ParametrosIntegracao& rParametros) {
     if (m_Tabela.pfnRealizaOperacaoPosterior == nullptr) return E_NOTIMPL;
-    const XVProvedorDono dono = ComoDono(rDono);
-    const XVProvedorParametros reg = ComoParametros(rParametros);
-    return Codigo(m_Tabela.pfnRealizaOperacaoPosterior(m_Tabela.pContexto, &dono, &reg));
+    return m_vigia.Chama(std::make_shared<TXVChamadaParametros<const XVProvedorParametros>>(
+        "pfnRealizaOperacaoPosterior", rDono, m_Tabela, m_Tabela.pfnRealizaOperacaoPosterior, rParametros));
 }
 
 HRESULT CXVProvedorAdaptador::AtualizaParametrosIntegracao(const IXVDF_Profiler& rDono,
                                                            CXVDadosCR_ParametrosIntegracao& rParametros) {
     if (m_Tabela.pfnAtualizaParametrosIntegracao == nullptr) return E_NOTIMPL;
-    const XVProvedorDono dono = ComoDono(rDono);
-    XVProvedorParametros reg = ComoParametros(rParametros);
-    const HRESULT hr = Codigo(m_Tabela.pfnAtualizaParametrosIntegracao(m_Tabela.pContexto, &dono, &reg));
+    const auto pChamada = std::make_shared<TXVChamadaParametros<XVProvedorParametros>>(
+        "pfnAtualizaParametrosIntegracao", rDono, m_Tabela, m_Tabela.pfnAtualizaParametrosIntegracao,
+        rParametros);
+    const HRESULT hr = m_vigia.Chama(pChamada);
     if (FAILED(hr)) return hr;
+    const XVProvedorParametros& reg = pChamada->reg;
     const REG_XVDMC regDmcOrigem{reg.uiDmcOrigem};
     if (reg.eTipoIntegracao >= eXVSMiddleware_QuantidadeTipoIntegracao ||
         reg.eTipoTransacao >= eXVSMiddleware_QuantidadeTipoTransacao || !regDmcOrigem.EhValido())
@@ -237,24 +129,11 @@ HRESULT CXVProvedorAdaptador::BuscaIntegracoes(
     const IXVDF_Profiler& rDono, const CXVDadosCR_ParametrosIntegracao& rParametros,
     std::vector<CXVDadosCR_PendenciaIntegracaoSistema>& listaDados) {
     if (m_Tabela.pfnBuscaIntegracoes == nullptr) return E_NOTIMPL;
-    const XVProvedorDono dono = ComoDono(rDono);
-    const XVProvedorParametros reg = ComoParametros(rParametros);
-    XVProvedorListaPendencias lista{};
-    lista.ulTamanho = sizeof(lista);
-    HRESULT hr = Codigo(m_Tabela.pfnBuscaIntegracoes(m_Tabela.pContexto, &dono, &reg, &lista));
-    const XVProvedorBuffer bloco{lista.pLista, 0, 0, 0};
-    const CXVBufferDoPlugin devolucao(m_Tabela, bloco);
-    if (lista.ulQuantidade == 0) return hr;
-    // Elements of an unknown size cannot be walked: their buffers are lost with the faulty library.
-    if (lista.pLista == nullptr || lista.ulTamanhoElemento != sizeof(XVProvedorPendencia) ||
-        lista.ulQuantidade > k_ulMaximoPendencias)
-        return FAILED(hr) ? hr : k_hrRespostaInvalida;
-    std::vector<CXVDadosCR_PendenciaIntegracaoSistema> listaNova(lista.ulQuantidade);
-    // Every element is visited, so that every buffer goes back; the first fault decides.
-    for (XVUInt i = 0; i < lista.ulQuantidade; ++i) {
-        const HRESULT hrItem = CopiaPendencia(m_Tabela, lista.pLista[i], &listaNova[i]);
-        if (SUCCEEDED(hr)) hr = hrItem;
-    }
+    const auto pChamada = std::make_shared<CXVChamadaLista>(rDono, m_Tabela, rParametros);
+    HRESULT hr = m_vigia.Chama(pChamada);
+    if (!CXVVigiaProvedor::Respondeu(hr)) return hr;
+    std::vector<CXVDadosCR_PendenciaIntegracaoSistema> listaNova;
+    hr = pChamada->Toma(hr, &listaNova);
     if (FAILED(hr)) return hr;
     listaDados.insert(listaDados.end(), std::make_move_iterator(listaNova.begin()),
                       std::make_move_iterator(listaNova.end()));
@@ -265,17 +144,10 @@ HRESULT CXVProvedorAdaptador::BuscaDadosSistemaTerceiro(const IXVDF_Profiler& rD
                                                         const CXVDadosCR_ConsultaSistemaTerceiro& rConsulta,
                                                         CXVDadosCR_StatusConsultaSistemaTerceiro& rStatus) {
     if (m_Tabela.pfnBuscaDadosSistemaTerceiro == nullptr) return E_NOTIMPL;
-    const XVProvedorDono dono = ComoDono(rDono);
-    XVProvedorConsulta reg{};
-    reg.ulTamanho = sizeof(reg);
-    reg.eTipoConsulta = rConsulta.eTipoConsulta;
-    reg.sChaveConsulta = ComoTexto(rConsulta.sChaveConsulta);
-    reg.ulPonteiroAuxiliar = rConsulta.ulPonteiroAuxiliar;
-    reg.ucTipoPonteiroAuxiliar = rConsulta.ucTipoPonteiroAuxiliar;
-    XVProvedorStatusConsulta status{};
-    status.ulTamanho = sizeof(status);
-    const HRESULT hr =
-        Codigo(m_Tabela.pfnBuscaDadosSistemaTerceiro(m_Tabela.pContexto, &dono, &reg, &status));
+    const auto pChamada = std::make_shared<CXVChamadaConsulta>(rDono, m_Tabela, rConsulta);
+    const HRESULT hr = m_vigia.Chama(pChamada);
+    if (!CXVVigiaProvedor::Respondeu(hr)) return hr;
+    const XVProvedorStatusConsulta& status = pChamada->status;
     const CXVBufferDoPlugin mensagem(m_Tabela, status.bufMensagemRetorno);
     const CXVBufferDoPlugin json(m_Tabela, status.bufJSONRetorno);
     const CXVBufferDoPlugin documento(m_Tabela, status.bufDocumentoRetorno);

@@ -1,5 +1,6 @@
 // A provider that lives in a plug-in library: translates between the data classes and the records of
-// suite/providers/XVProvedorPlugin.h and trusts nothing that the library hands back.
+// suite/providers/XVProvedorPlugin.h, waits for no call for ever (XVVigiaProvedor.h) and trusts nothing that
+// the library hands back.
 #pragma once
 
 #include <memory>
@@ -7,6 +8,7 @@
 
 #include "suite/providers/XVProvedorIntegracao.h"
 #include "suite/providers/XVProvedorPlugin.h"
+#include "suite/providers/XVVigiaProvedor.h"
 
 class CXVProvedorAdaptador final : public IXVProvedorIntegracao {
   public:
@@ -36,9 +38,11 @@ class CXVProvedorAdaptador final : public IXVProvedorIntegracao {
                                       CXVDadosCR_StatusConsultaSistemaTerceiro& rStatus) override;
 
   private:
-    explicit CXVProvedorAdaptador(const XVProvedorTabela& rTabela) : m_Tabela(rTabela) {}
-    HRESULT Executa(PFXVProvedorDados pfnOperacao, const IXVDF_Profiler& rDono,
+    explicit CXVProvedorAdaptador(const XVProvedorTabela& rTabela)
+        : m_Tabela(rTabela), m_vigia(rTabela.eSistema) {}
+    HRESULT Executa(const char* pszFuncao, PFXVProvedorDados pfnOperacao, const IXVDF_Profiler& rDono,
                     CXVDadosCR_IntegracaoMiddleware& rDados) const;
 
     XVProvedorTabela m_Tabela;
+    CXVVigiaProvedor m_vigia;
 };

@@ -1,8 +1,10 @@
 /* Binary interface of a provider library "XVProvedor<number of the system>" (docs/providers.md). Plain C, so
  * that any compiler can make one: natural alignment, little-endian, the platform's C calling convention.
  *
- * The library exports XVProvedorObtem. The table it fills must stay valid until the process ends; the library
- * is never unloaded. Functions may be called from several threads at once and must let no exception out.
+ * The library defines and exports XVProvedorObtem, declared below: a definition of another form does not
+ * compile where this header is included. The table it fills must stay valid until the process ends; the
+ * library is never unloaded. Functions may be called from several threads at once and must let no exception
+ * out.
  *
  * Ownership: XVProvedorTexto is lent for the call only, never terminated, and never freed by the receiver.
  * XVProvedorBuffer is allocated by the library and given back through its own pfnLibera exactly once, after
@@ -20,6 +22,15 @@
 
 #ifdef __cplusplus
 extern "C" {
+#endif
+
+/* How the functions of a library are called, and how its entry is exported. */
+#if defined(_WIN32)
+#define XVPROVEDOR_CHAMADA __cdecl
+#define XVPROVEDOR_EXPORTA __declspec(dllexport)
+#else
+#define XVPROVEDOR_CHAMADA
+#define XVPROVEDOR_EXPORTA __attribute__((visibility("default")))
 #endif
 
 #define XVPROVEDOR_VERSAO 1U
@@ -128,7 +139,8 @@ typedef struct XVProvedorStatusConsulta {
     XVProvedorBuffer bufDocumentoRetorno; /* raw bytes */
 } XVProvedorStatusConsulta;
 
-typedef int32_t (*PFXVProvedorDados)(void* pContexto, const XVProvedorDono* pDono, XVProvedorDados* pDados);
+typedef int32_t(XVPROVEDOR_CHAMADA* PFXVProvedorDados)(void* pContexto, const XVProvedorDono* pDono,
+                                                       XVProvedorDados* pDados);
 
 typedef struct XVProvedorTabela {
     uint32_t ulTamanho; /* both written by the library: sizeof(XVProvedorTabela) and XVPROVEDOR_VERSAO */
@@ -136,26 +148,27 @@ typedef struct XVProvedorTabela {
     uint32_t eSistema; /* must be the number in the library's name */
     uint32_t ulFiller;
     void* pContexto; /* handed to every function */
-    void (*pfnLibera)(void* pContexto, void* pBuffer);
+    void(XVPROVEDOR_CHAMADA* pfnLibera)(void* pContexto, void* pBuffer);
     PFXVProvedorDados pfnRealizaOperacaoAnterior;
     PFXVProvedorDados pfnEnviaJson;
     PFXVProvedorDados pfnBuscaDados;
     PFXVProvedorDados pfnExcluiDados;
-    int32_t (*pfnRealizaOperacaoPosterior)(void* pContexto, const XVProvedorDono* pDono,
-                                           const XVProvedorParametros* pParametros);
-    int32_t (*pfnAtualizaParametrosIntegracao)(void* pContexto, const XVProvedorDono* pDono,
-                                               XVProvedorParametros* pParametros);
-    int32_t (*pfnBuscaIntegracoes)(void* pContexto, const XVProvedorDono* pDono,
-                                   const XVProvedorParametros* pParametros,
-                                   XVProvedorListaPendencias* pLista);
-    int32_t (*pfnBuscaDadosSistemaTerceiro)(void* pContexto, const XVProvedorDono* pDono,
-                                            const XVProvedorConsulta* pConsulta,
-                                            XVProvedorStatusConsulta* pStatus);
+    int32_t(XVPROVEDOR_CHAMADA* pfnRealizaOperacaoPosterior)(void* pContexto, const XVProvedorDono* pDono,
+                                                             const XVProvedorParametros* pParametros);
+    int32_t(XVPROVEDOR_CHAMADA* pfnAtualizaParametrosIntegracao)(void* pContexto, const XVProvedorDono* pDono,
+                                                                 XVProvedorParametros* pParametros);
+    int32_t(XVPROVEDOR_CHAMADA* pfnBuscaIntegracoes)(void* pContexto, const XVProvedorDono* pDono,
+                                                     const XVProvedorParametros* pParametros,
+                                                     XVProvedorListaPendencias* pLista);
+    int32_t(XVPROVEDOR_CHAMADA* pfnBuscaDadosSistemaTerceiro)(void* pContexto, const XVProvedorDono* pDono,
+                                                              const XVProvedorConsulta* pConsulta,
+                                                              XVProvedorStatusConsulta* pStatus);
 } XVProvedorTabela;
 
 /* Exported by the library. ulVersao and pTabela->ulTamanho say what the caller knows; a library that needs
  * another version answers a failure and is not used. */
-typedef int32_t (*PFXVProvedorObtem)(uint32_t ulVersao, XVProvedorTabela* pTabela);
+typedef int32_t(XVPROVEDOR_CHAMADA* PFXVProvedorObtem)(uint32_t ulVersao, XVProvedorTabela* pTabela);
+XVPROVEDOR_EXPORTA int32_t XVPROVEDOR_CHAMADA XVProvedorObtem(uint32_t ulVersao, XVProvedorTabela* pTabela);
 
 #ifdef __cplusplus
 }

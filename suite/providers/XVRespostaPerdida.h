@@ -45,6 +45,11 @@ class CXVRespostaPerdida {
         m_pszMotivo = bChaveNova ? "falha com chave" : nullptr;
         return hr;
     }
+    // There is no answer; rResposta may still be written into by the library. hr is handed back.
+    HRESULT SemResposta(HRESULT hr) {
+        m_pszMotivo = nullptr;
+        return hr;
+    }
     void Aproveitada() { m_pszMotivo = nullptr; }
 
   private:

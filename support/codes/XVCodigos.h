@@ -42,6 +42,10 @@ inline constexpr HRESULT E_XVCR_INDEXACAO_CHAVE_INTEGRACAO_SISTEMA_TERCEIRO_ZERA
 inline constexpr HRESULT E_XVCR_CHAVE_REGISTRO_TELVO_ZERADA = XVHResult(0x81080CEBU);
 inline constexpr HRESULT E_XVCR_ARQUIVO_CAB_ENCONTRADO = XVHResult(0x81080D06U);
 
+// Exchange with external systems.
+inline constexpr HRESULT E_XVCR_PROVEDOR_SEM_RESPOSTA = XVHResult(0x81080D20U);
+inline constexpr HRESULT E_XVCR_PROVEDOR_SUSPENSO = XVHResult(0x81080D21U);
+
 // File-exception causes, under the names that traces show.
 inline constexpr HRESULT eBadSeek = XVHResult(0x80043E8CU);
 inline constexpr HRESULT eEndOfFile = XVHResult(0x80043E95U);

@@ -188,6 +188,19 @@ constexpr SMensagemCodigo k_aBase[] = {
      "arquivo de dados está completo, sem cabeçalho.",
      "Mova a cópia (.cab), e só ela, para fora do diretório e abra de novo: a abertura faz o cabeçalho "
      "outra vez."},
+    {XVHResult(0x81080D20U), "E_XVCR_PROVEDOR_SEM_RESPOSTA", eChamada,
+     "O provedor do sistema externo não respondeu no prazo (EsperaProvedor); confira no sistema externo se a "
+     "troca foi feita antes de mandar de novo.",
+     "A chamada do provedor foi abandonada: só o sistema externo sabe se recebeu o que ela mandava. O que já "
+     "estava gravado está inteiro, e os itens anteriores da mesma operação ficam gravados.",
+     "O log de erros nomeia sistema e função, e também a resposta que chegar depois. Achando o documento no "
+     "sistema externo, grave-o à mão (\"xvcr grava\"). Sendo o provedor só lento, aumente EsperaProvedor."},
+    {XVHResult(0x81080D21U), "E_XVCR_PROVEDOR_SUSPENSO", eChamada,
+     "O provedor do sistema externo não foi chamado, porque uma chamada anterior dele ainda não voltou.",
+     "Uma chamada abandonada (0x81080D20) continua presa no provedor. Por esta chamada nada foi enviado nem "
+     "gravado; os itens anteriores da mesma operação ficam gravados.",
+     "Espere que a chamada presa volte, o que o log de erros diz, ou encerre o processo que o chama e "
+     "avise quem mantém o provedor."},
 };
 // clang-format on
 

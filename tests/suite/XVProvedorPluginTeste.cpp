@@ -1,10 +1,14 @@
 // Providers in libraries are believed in nothing: an answer that cannot be right is refused, changes nothing,
 // and no buffer of it is lost. What honest ones are handed and answer is tested with the store.
+#include <atomic>
 #include <cstdlib>
 #include <cstring>
+#include <future>
+#include <thread>
 
 #include "suite/XVMiddlewareFacade.h"
 #include "suite/providers/XVProvedorAdaptador.h"
+#include "support/codes/XVCodigos.h"
 #include "support/trace/XVCapturaTrace.h"
 #include "tests/suite/XVCenarioSuite.h"
 #include "tests/suite/XVIntegracaoCheia.h"
@@ -15,7 +19,8 @@ constexpr HRESULT k_hrInvalida = CXVProvedorAdaptador::k_hrRespostaInvalida;
 
 // The library: its table, and what it does with each record that it is to fill.
 XVProvedorTabela g_tabela;
-long g_lBuffersVivos = 0;
+std::atomic<long> g_lBuffersVivos = 0;
+std::atomic<long> g_lDevolvidos = 0;
 template <class TReg>
 std::function<void(TReg*)> g_fnResponde;
 
@@ -34,8 +39,9 @@ class ProvedorPluginTeste : public CXVCenarioSuite {
         g_tabela.ulVersao = XVPROVEDOR_VERSAO;
         g_tabela.eSistema = Mercos;
         g_tabela.pfnLibera = [](void*, void* pBuffer) {
-            --g_lBuffersVivos;
             std::free(pBuffer);
+            --g_lBuffersVivos;
+            ++g_lDevolvidos;
         };
         g_tabela.pfnEnviaJson = [](void*, auto, auto p) { return Responde(p, 1); };
         g_tabela.pfnBuscaDadosSistemaTerceiro = [](void*, auto, auto, auto p) { return Responde(p, 0); };
@@ -127,6 +133,39 @@ TEST_F(ProvedorPluginTeste, RespostaAConsultaOuListaImpossivelERecusada) {
     EXPECT_EQ(lista(sizeof(XVProvedorPendencia), 1, false), k_hrInvalida);
     EXPECT_EQ(lista(1, 1, true), k_hrInvalida) << "elements of another size";
     EXPECT_EQ(lista(sizeof(XVProvedorPendencia), 1'000'001, true), k_hrInvalida);
+}
+
+// Every kind of call, the entry included. Buffers go back last, so that nothing is at work when they are
+// back.
+TEST_F(ProvedorPluginTeste, RespostaDepoisDoPrazoVoltaABiblioteca) {
+    m_registry.SetNumero(k_sChaveRegistrySuite, "EsperaProvedor", 1);
+    g_lDevolvidos = 0;
+    std::promise<void> solta;
+    const auto prende = [quando = solta.get_future().share()](XVProvedorBuffer* pBuffer) {
+        quando.wait();
+        *pBuffer = Buffer("tarde", 5, 1);
+    };
+    EXPECT_EQ(Envia([=](auto* p) { prende(&p->bufMensagemIntegracao); }), E_XVCR_PROVEDOR_SEM_RESPOSTA);
+    EXPECT_EQ(Consulta([=](auto* p) { prende(&p->bufDocumentoRetorno); }), E_XVCR_PROVEDOR_SEM_RESPOSTA);
+    EXPECT_EQ(Lista([=](auto* p) {
+                  static XVProvedorPendencia s_item;
+                  prende(&s_item.bufJSON);
+                  p->ulTamanhoElemento = sizeof s_item;
+                  p->ulQuantidade = 1;
+                  p->pLista = static_cast<XVProvedorPendencia*>(
+                      Buffer({reinterpret_cast<const char*>(&s_item), sizeof s_item}, 0, 0).pBytes);
+              }),
+              E_XVCR_PROVEDOR_SEM_RESPOSTA);
+    solta.set_value();
+    while (g_lDevolvidos != 4) std::this_thread::sleep_for(std::chrono::milliseconds(5));
+
+    static std::promise<void>& s_rNunca = *new std::promise<void>;
+    const auto pfnNunca = [](std::uint32_t, XVProvedorTabela*) {
+        s_rNunca.get_future().wait();
+        return 0;
+    };
+    EXPECT_EQ(CXVProvedorAdaptador::Cria(pfnNunca, Mercos, &m_sMotivo), nullptr);
+    EXPECT_EQ(m_sMotivo, "XVProvedorObtem não respondeu no prazo");
 }
 
 TEST_F(ProvedorPluginTeste, OperacaoAusenteESistemaSemProvedorSaoENotimpl) {

@@ -202,13 +202,16 @@ class OpcoesDeTroca : public Opcoes {
 };
 
 TEST_F(OpcoesDeTroca, PendenciaLevaCadaUmaAoProvedorEAoRegistro) {
-    EXPECT_EQ(Xvcr("pendencia --sistema OfficialBank --origem 20261121-18-1" + k_sCampos).sSaida,
-              "gravado o que havia pendente\n");
+    const std::string sDmc = Grava(
+        "pendencia --sistema OfficialBank --origem 20261121-18-1 --tipo CadastroProduto --transacao Exclusao "
+        "--chave-registro 12 --base-dados 9007199254740993 --inclusao 2026-11-01T01:02:03 "
+        "--alteracao-status 1848-01-01 --filial 4294967295 --usuario-inclusao 20 --usuario-cancelamento 21 "
+        "--auxiliar 22 --tipo-auxiliar 255");
     EXPECT_EQ(
         m_rGravador.listaChamadas.at(0),
         "BuscaIntegracoes 001/7/42 dmc=0-0-0 origem=91509-18-1 tipo=6 sistema=8 transacao=3 auxiliar=22/255 "
         "chaveRegistro=12 base=9007199254740993 filial=4294967295");
-    const std::string sDmc = Json("busca").at(0)["sDmc"];
+    EXPECT_EQ(Json("busca").at(0)["sDmc"], sDmc);
     EXPECT_EQ(Le(sDmc), Integracao(sDmc, m_Tudo,
                                    {{"regDmcIntegracaoOrigem", Decimal("20261121-18-1")},
                                     {"regDmcMovimentoOrigem", m_sOrigem},
@@ -221,8 +224,9 @@ TEST_F(OpcoesDeTroca, PendenciaLevaCadaUmaAoProvedorEAoRegistro) {
                                     {"regMensagemIntegracao", ""},
                                     {"regJSONRetornoIntegracao", ""},
                                     {"regJSONRetornoIntegracao_base64", nullptr}}));
-    EXPECT_EQ(Json("pendencia --sistema OfficialBank --origem 20261121-17-1 --tipo 6 --transacao 1"),
-              std::vector<json>{});
+    m_rGravador.listaItens.clear();
+    EXPECT_EQ(Xvcr("pendencia --sistema OfficialBank --origem 20261121-17-1").sSaida,
+              "nenhuma integração gravada\n");
 }
 
 TEST_F(OpcoesDeTroca, InstantaneaLevaCadaUmaAoProvedorEAoRegistro) {
@@ -249,6 +253,34 @@ TEST_F(OpcoesDeTroca, InstantaneaLevaCadaUmaAoProvedorEAoRegistro) {
     m_rGravador.listaItens.clear();
     EXPECT_EQ(Xvcr(sPedido + "--transacao 1").sSaida, "nenhuma integração gravada\n");
     EXPECT_EQ(Json(sPedido + "--transacao 1"), std::vector<json>{});
+}
+
+TEST_F(OpcoesDeTroca, OQueFoiGravadoEDitoTambemQuandoUmItemPosteriorFalha) {
+    m_rGravador.listaItens.resize(4, m_rGravador.listaItens[0]);
+    SRespostaDados& rEnvio = m_rGravador.mapDados["EnviaJson"];
+    rEnvio.fnDepois = [&rEnvio, i = 0]() mutable {
+        if (++i == 3) rEnvio.iResultado = static_cast<std::int32_t>(0x80990001U);
+    };
+    const SExecucao troca = Xvcr("instantanea --tipo 6 --transacao 1 --integracao-origem 20261121-17-1");
+    const auto listaTrocadas = Json("busca");
+    ASSERT_EQ(listaTrocadas.size(), 2U);
+    EXPECT_EQ(troca.iSaida, 1);
+    EXPECT_EQ(troca.sSaida, listaTrocadas[0]["sDmc"].get<std::string>() + '\n' +
+                                listaTrocadas[1]["sDmc"].get<std::string>() + '\n');
+    EXPECT_EQ(
+        troca.sErro,
+        "xvcr: 0x80990001: a operação falhou; integrações gravadas: 2; confira no sistema externo e com "
+        "\"xvcr registro\" o que já foi enviado, antes de enviar outra vez\n");
+
+    m_rGravador.listaItens[1].reg.uiDmcOrigem = 0;  // a pending integration needs a record of the suite
+    const SExecucao pendencia = Xvcr("pendencia --origem 20261121-17-1 --tipo 6 --transacao 1");
+    ASSERT_EQ(Json("busca").size(), 3U);
+    EXPECT_EQ(pendencia.iSaida, 1);
+    EXPECT_EQ(pendencia.sSaida, Json("busca").at(2)["sDmc"].get<std::string>() + '\n');
+    EXPECT_EQ(
+        pendencia.sErro,
+        "xvcr: 0x81080CEB E_XVCR_CHAVE_REGISTRO_TELVO_ZERADA: A chave do registro está zerada; integrações "
+        "gravadas: 1; o que já está gravado seria gravado outra vez\n");
 }
 
 TEST_F(OpcoesDeTroca, LeConsultaOSistemaExternoEEncerraAConsulta) {

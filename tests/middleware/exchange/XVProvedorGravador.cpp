@@ -97,7 +97,6 @@ std::int32_t Consulta(void*, const XVProvedorDono* pDono, const XVProvedorConsul
 
 extern "C" {
 
-std::int32_t XVProvedorObtem(std::uint32_t ulVersao, XVProvedorTabela* pTabela);
 SGravador* XVProvedorGravador();
 
 std::int32_t XVProvedorObtem(std::uint32_t ulVersao, XVProvedorTabela* pTabela) {

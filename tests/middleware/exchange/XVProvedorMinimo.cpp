@@ -5,8 +5,6 @@
 
 extern "C" {
 
-std::int32_t XVProvedorObtem(std::uint32_t ulVersao, XVProvedorTabela* pTabela);
-
 std::int32_t XVProvedorObtem(std::uint32_t ulVersao, XVProvedorTabela* pTabela) {
     *pTabela = {};
     pTabela->ulTamanho = sizeof(XVProvedorTabela);

@@ -48,6 +48,6 @@ void XVAdicionaGrava(CLI::App& rRaiz, CXVContexto& rContexto) {
     XVOpcaoIntegracao(*pComando, "Integração a alterar; sem ela, uma nova é incluída", &pGrava->regDmc);
     pComando->add_flag("--substitui", pGrava->bSubstitui,
                        "Com --dmc: os campos não dados são gravados vazios em vez de mantidos");
-    pGrava->opcoes.Adiciona(*pComando, true);
+    pGrava->opcoes.Adiciona(*pComando, EUsoDosCampos::eGravacao);
     XVDefineAcao(pComando, rContexto, [pGrava, &rContexto] { Executa(*pGrava, rContexto); });
 }

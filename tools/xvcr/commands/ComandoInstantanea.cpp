@@ -2,6 +2,7 @@
 #include <memory>
 
 #include "tools/xvcr/commands/XVComandos.h"
+#include "tools/xvcr/commands/XVGravadasNaTroca.h"
 #include "tools/xvcr/commands/XVOpcoes.h"
 #include "tools/xvcr/commands/XVOpcoesIntegracao.h"
 
@@ -16,17 +17,12 @@ void Executa(const SInstantanea& rInstantanea, CXVContexto& rContexto) {
     CXVDadosCR_IntegracaoMiddleware dados;
     rInstantanea.opcoes.Aplica(dados);
     REG_XVDMC regDmc = rInstantanea.regDmc;
-    XVConfere(rContexto.Abre(EUsoDaBase::eGravacao).GravaIntegracaoInstantanea(&regDmc, dados));
-    if (!regDmc.EhNulo())
-        rContexto.saida.AoFalharDiz([regDmc] { return "última integração: " + regDmc.ToString(); });
-    if (rContexto.saida.EhJson()) {
-        if (regDmc.EhNulo()) return;
-        XVJson json = XVJson::object();
-        XVRegistroJson::Inclui(json, "regDmc", regDmc);
-        rContexto.saida.LinhaJson(json);
-    } else {
-        rContexto.saida.Linha(regDmc.EhNulo() ? "nenhuma integração gravada" : regDmc.ToString());
-    }
+    XVCliente::CXVCliente& rCliente = rContexto.Abre(EUsoDaBase::eGravacao);
+    const HRESULT hr = rCliente.GravaIntegracaoInstantanea(&regDmc, dados);
+    XVMostraGravadas(
+        rContexto, rCliente, hr, "nenhuma integração gravada",
+        "confira no sistema externo e com \"xvcr registro\" o que já foi enviado, antes de enviar "
+        "outra vez");
 }
 
 }  // namespace
@@ -39,8 +35,9 @@ void XVAdicionaInstantanea(CLI::App& rRaiz, CXVContexto& rContexto) {
         "\\\n"
         "       --integracao-origem 20261121-7-2\n"
         "  xvcr instantanea --dmc 20261121-15-1 --tipo CadastroProduto --transacao Alteracao\n"
-        "O resultado é o DMC da última integração gravada; com --dmc e nada a trocar, o próprio DMC dado.");
+        "O resultado são os DMCs das integrações gravadas, um por linha, também quando um item posterior "
+        "falha.");
     XVOpcaoIntegracao(*pComando, "Integração a alterar ou excluir; sem ela, inclusão", &pInstantanea->regDmc);
-    pInstantanea->opcoes.Adiciona(*pComando, false);
+    pInstantanea->opcoes.Adiciona(*pComando, EUsoDosCampos::eInstantanea);
     XVDefineAcao(pComando, rContexto, [pInstantanea, &rContexto] { Executa(*pInstantanea, rContexto); });
 }

@@ -2,6 +2,7 @@
 #include <memory>
 
 #include "tools/xvcr/commands/XVComandos.h"
+#include "tools/xvcr/commands/XVGravadasNaTroca.h"
 #include "tools/xvcr/commands/XVOpcoes.h"
 #include "tools/xvcr/commands/XVOpcoesIntegracao.h"
 
@@ -28,12 +29,13 @@ void XVAdicionaPendencia(CLI::App& rRaiz, CXVContexto& rContexto) {
                 return bNulo ? "o DMC nulo não é de registro algum" : sErro;
             })
         ->required();
-    pPendencia->opcoes.Adiciona(*pComando, false);
+    pPendencia->opcoes.Adiciona(*pComando, EUsoDosCampos::ePendencia);
     XVDefineAcao(pComando, rContexto, [pPendencia, &rContexto] {
         CXVDadosCR_IntegracaoMiddleware dados;
         pPendencia->opcoes.Aplica(dados);
-        XVConfere(
-            rContexto.Abre(EUsoDaBase::eGravacao).GravaPendenciaIntegracao(pPendencia->regDmcOrigem, dados));
-        if (!rContexto.saida.EhJson()) rContexto.saida.Linha("gravado o que havia pendente");
+        XVCliente::CXVCliente& rCliente = rContexto.Abre(EUsoDaBase::eGravacao);
+        const HRESULT hr = rCliente.GravaPendenciaIntegracao(pPendencia->regDmcOrigem, dados);
+        XVMostraGravadas(rContexto, rCliente, hr, "nenhuma integração gravada",
+                         "o que já está gravado seria gravado outra vez");
     });
 }

@@ -7,14 +7,17 @@
 #include "contract/XVDadosCR.h"
 #include "contract/XVEnumeracoesTexto.h"
 
+// Which of the fields an operation looks at; it offers no others.
+enum class EUsoDosCampos : std::uint8_t { eGravacao, eInstantanea, ePendencia };
+
 class CXVOpcoesIntegracao {
   public:
     CXVOpcoesIntegracao() = default;
     CXVOpcoesIntegracao(const CXVOpcoesIntegracao&) = delete;
     CXVOpcoesIntegracao& operator=(const CXVOpcoesIntegracao&) = delete;
 
-    // Adds the options; this object must outlive the command. Texts only where bTextos.
-    void Adiciona(CLI::App& rComando, bool bTextos);
+    // Adds the options of the use; this object must outlive the command.
+    void Adiciona(CLI::App& rComando, EUsoDosCampos eUso);
 
     // Whether any field was given.
     bool TemDadas() const;
@@ -22,6 +25,9 @@ class CXVOpcoesIntegracao {
     void Aplica(CXVDadosCR_IntegracaoMiddleware& rDados) const;
 
   private:
+    // Who recorded what when, and under which ids of the external system.
+    void AdicionaAutoria(CLI::App& rComando);
+
     struct SDada {
         const CLI::Option* pOpcao;
         void (*pfCopia)(CXVDadosCR_IntegracaoMiddleware& rDestino,
