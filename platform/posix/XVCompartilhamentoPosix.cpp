@@ -1,8 +1,11 @@
 #include "platform/posix/XVCompartilhamentoPosix.h"
 
 #include <fcntl.h>
+#include <sched.h>
 #include <sys/file.h>
 #include <sys/stat.h>
+#include <cerrno>
+#include <ctime>
 
 #include "platform/posix/XVDescritorPosix.h"
 #include "platform/posix/XVErroPosix.h"
@@ -96,10 +99,25 @@ CXVErroArquivo PercorreFaixas(unsigned uiBytes, TOperacao fnOperacao) {
 }  // namespace
 
 CXVErroArquivo TomaPortao(int iDescritor) {
-    if (XVRepeteInterrompida([&] { return flock(iDescritor, LOCK_EX); }) != 0) {
-        return XVErroPosix::DeErrno(errno);
+    // A holder of this system is through after two system calls, or once it gets the processor again: the
+    // first looks follow each other at once, the later ones after a sleep.
+    constexpr int k_iTentativas = 120;
+    constexpr int k_iSemDormir = 20;
+    constexpr timespec k_pausa{0, 1'000'000};
+    for (int i = 0; i < k_iTentativas; ++i) {
+        if (flock(iDescritor, LOCK_EX | LOCK_NB) == 0) {
+            return {};
+        }
+        if (errno != EWOULDBLOCK && errno != EINTR) {
+            return XVErroPosix::DeErrno(errno);
+        }
+        if (i < k_iSemDormir) {
+            sched_yield();
+        } else {
+            nanosleep(&k_pausa, nullptr);
+        }
     }
-    return {};
+    return {ECausaArquivo::eViolacaoCompartilhamento, 0};
 }
 
 void LiberaPortao(int iDescritor) {

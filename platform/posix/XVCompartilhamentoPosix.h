@@ -3,7 +3,9 @@
 // Every opening holds shared locks of its open file description on marker bytes far behind any content:
 // one says "has read access", one "has write access", one "denies reading", one "denies writing". The
 // kernel drops them with the last reference to the description, whatever ends the process. Testing and
-// placing are one step because both happen under flock(LOCK_EX), which is never held longer than that.
+// placing are one step because both happen under flock(LOCK_EX), which is never held longer than that by
+// this system. A foreign program may hold a flock of its own for as long as it likes: nobody waits for it
+// without end.
 #pragma once
 
 #include <string>
@@ -12,7 +14,8 @@
 
 namespace XVCompartilhamentoPosix {
 
-// Waits for the gate of the file. It opens with LiberaPortao or when the descriptor is closed.
+// Waits for the gate of the file, which opens with LiberaPortao or when the descriptor is closed. One that
+// stays shut is eViolacaoCompartilhamento.
 CXVErroArquivo TomaPortao(int iDescritor);
 void LiberaPortao(int iDescritor);
 

@@ -9,6 +9,7 @@
 #include "support/trace/XVPerfilPrivado.h"
 #include "support/trace/XVProfiler.h"
 #include "support/values/XVTextoAscii.h"
+#include "support/values/XVTextoLargo.h"
 
 namespace {
 
@@ -112,7 +113,8 @@ XVUInt GetGeracao() {
 }
 
 SConfiguracaoTrace Interpreta(std::string_view sConteudo) {
-    const CXVPerfilPrivado perfil(sConteudo);
+    const std::string sTexto = XVTextoDeArquivo(sConteudo);
+    const CXVPerfilPrivado perfil(sTexto);
     const auto ligado = [&](std::string_view sChave) { return perfil.LeInteiro(k_sSecao, sChave, 0) == 1; };
     const auto texto = [&](std::string_view sChave, std::string_view sPadrao) {
         return perfil.LeTexto(k_sSecao, sChave).value_or(sPadrao).substr(0, k_uiMaximoTexto);

@@ -27,6 +27,9 @@ std::string Valor(const SParametroTrace& rParametro) {
 struct ProfilerScope::SEventoEscopo {
     SEventoEscopo(const IXVDF_Profiler* pDono) : evento(ETipoEvento::eEntrada, pDono) {}
     SProfilerEvento evento;
+    // What was taken at the entry: log.ini may ask for more by the exit, which then has nothing to compare.
+    bool bTempo = false;
+    bool bMemoria = false;
 };
 
 void ProfilerScope::Entra(const IXVDF_Profiler* pDono, const char* pszClasse, const char* pszFuncao,
@@ -42,8 +45,10 @@ void ProfilerScope::Entra(const IXVDF_Profiler* pDono, const char* pszClasse, co
         if (pConfiguracao->bEntrada && pConfiguracao->bSaida) rEvento.sGuid = XVAmbienteSO::NovoGuid();
         for (const SParametroTrace& rParametro : listaParametros)
             rEvento.listaParametros.emplace_back(rParametro.pszNome, Valor(rParametro));
-        if (pConfiguracao->bPerformance) rEvento.ulTicksInicio = XVPlataforma::Relogio().GetTicks();
-        if (pConfiguracao->bMemory) rEvento.uiMemoriaInicio = XVAmbienteSO::GetMemoriaPrivadaProcesso();
+        pEscopo->bTempo = pConfiguracao->bPerformance;
+        pEscopo->bMemoria = pConfiguracao->bMemory;
+        if (pEscopo->bTempo) rEvento.ulTicksInicio = XVPlataforma::Relogio().GetTicks();
+        if (pEscopo->bMemoria) rEvento.uiMemoriaInicio = XVAmbienteSO::GetMemoriaPrivadaProcesso();
         rEvento.ulTicksFim = rEvento.ulTicksInicio;
         rEvento.uiMemoriaFim = rEvento.uiMemoriaInicio;
         if (pConfiguracao->bEntrada) XVProfilerSaida::Escreve(*pConfiguracao, rEvento);
@@ -59,8 +64,10 @@ void ProfilerScope::Sai() noexcept {
         if (!pConfiguracao->bSaida || !PassaFiltros(*pConfiguracao, rEvento.sClasseFuncao)) return;
         rEvento.eTipo = ETipoEvento::eSaida;
         rEvento.dataHora = XVPlataforma::Relogio().AgoraLocal();
-        if (pConfiguracao->bPerformance) rEvento.ulTicksFim = XVPlataforma::Relogio().GetTicks();
-        if (pConfiguracao->bMemory) rEvento.uiMemoriaFim = XVAmbienteSO::GetMemoriaPrivadaProcesso();
+        if (pConfiguracao->bPerformance && pEscopo->bTempo)
+            rEvento.ulTicksFim = XVPlataforma::Relogio().GetTicks();
+        if (pConfiguracao->bMemory && pEscopo->bMemoria)
+            rEvento.uiMemoriaFim = XVAmbienteSO::GetMemoriaPrivadaProcesso();
         XVProfilerSaida::Escreve(*pConfiguracao, rEvento);
     });
 }

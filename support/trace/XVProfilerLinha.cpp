@@ -21,9 +21,8 @@ constexpr std::string_view k_sCabecalhoProfiler = "Duracao\tDeltaMemoria";
 constexpr std::string_view k_sCabecalhoErro = "VersaoTelvo\tVersaoSO\tArquivo\tLinha\tLog";
 
 constexpr std::size_t k_uiMaximoParametros = 9;
-// Columns that stay empty: UsuarioDominio, Aplicativo and ModuleName; WTS and the two called Filler.
+// Columns that stay empty: UsuarioDominio, Aplicativo and ModuleName.
 constexpr std::size_t k_uiVagasAntesDaFonte = 3;
-constexpr std::size_t k_uiVagasDepoisDaFonte = 3;
 
 std::size_t ContaTabs(std::string_view sTexto) {
     return static_cast<std::size_t>(std::count(sTexto.begin(), sTexto.end(), '\t'));
@@ -126,7 +125,11 @@ void CamposFonte(CLinha& rLinha, const SProfilerEvento& rEvento) {
     for (std::size_t i = 0; i < k_uiVagasAntesDaFonte; ++i) rLinha.Campo({});
     rLinha.Campo(rEvento.sArquivoFonte);
     rLinha.Campo(rEvento.sArquivoFonte.empty() ? std::string() : std::to_string(rEvento.iLinhaFonte));
-    for (std::size_t i = 0; i < k_uiVagasDepoisDaFonte; ++i) rLinha.Campo({});
+    rLinha.Campo({});  // WTS
+    // The first of the two called Filler.
+    rLinha.Campo(rEvento.uiPerdidosAntes == 0 ? std::string()
+                                              : "Perdidas = " + std::to_string(rEvento.uiPerdidosAntes));
+    rLinha.Campo({});
 }
 
 void CamposComuns(CLinha& rLinha, const SProfilerEvento& rEvento) {

@@ -30,6 +30,7 @@ struct SProfilerEvento {
     XVUInt ulTicksFim = 0;
     XVUInt64 uiMemoriaInicio = 0;  // private bytes of the process
     XVUInt64 uiMemoriaFim = 0;
+    XVUInt64 uiPerdidosAntes = 0;  // records of this process that were lost and no other tells of
 };
 
 namespace XVProfilerLinha {

@@ -5,7 +5,8 @@
 
 namespace XVProfilerSaida {
 
-void Escreve(const SConfiguracaoTrace& rConfiguracao, const SProfilerEvento& rEvento);
-XVUInt64 GetPerdidos();
+// The record also tells how many before it could not be written.
+void Escreve(const SConfiguracaoTrace& rConfiguracao, SProfilerEvento& rEvento);
+XVUInt64 GetPerdidos();  // of this process, in all
 
 }  // namespace XVProfilerSaida

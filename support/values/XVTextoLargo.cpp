@@ -32,18 +32,38 @@ void AnexaUtf8(std::string& rTexto, std::uint32_t ul) {
     }
 }
 
-}  // namespace
-
-std::string XVTextoDeLargo(const wchar_t* pszTexto) {
+template <class TUnidade>
+std::string Converte(std::basic_string_view<TUnidade> sLargo) {
     std::string sTexto;
-    if (pszTexto == nullptr) return sTexto;
-    for (; *pszTexto != L'\0'; ++pszTexto) {
-        auto ul = static_cast<std::uint32_t>(*pszTexto);
-        // A pair of UTF-16; the second half is looked at only after a first one, so never past the end.
-        if (EhAlto(ul) && EhBaixo(static_cast<std::uint32_t>(pszTexto[1])))
-            ul = 0x10000 + ((ul - 0xD800) << 10) + (static_cast<std::uint32_t>(*++pszTexto) - 0xDC00);
+    for (std::size_t i = 0; i < sLargo.size(); ++i) {
+        auto ul = static_cast<std::uint32_t>(sLargo[i]);
+        const std::uint32_t ulSeguinte =
+            i + 1 < sLargo.size() ? static_cast<std::uint32_t>(sLargo[i + 1]) : 0;
+        if (EhAlto(ul) && EhBaixo(ulSeguinte)) {  // a pair of UTF-16
+            ul = 0x10000 + ((ul - 0xD800) << 10) + (ulSeguinte - 0xDC00);
+            ++i;
+        }
         if (EhAlto(ul) || EhBaixo(ul) || ul > 0x10FFFF) ul = k_ulSubstituto;
         AnexaUtf8(sTexto, ul);
     }
     return sTexto;
+}
+
+}  // namespace
+
+std::string XVTextoDeLargo(const wchar_t* pszTexto) {
+    return pszTexto == nullptr ? std::string() : Converte(std::wstring_view(pszTexto));
+}
+
+std::string XVTextoDeArquivo(std::string_view sBytes) {
+    const bool bMenorPrimeiro = sBytes.starts_with("\xFF\xFE");
+    if (!bMenorPrimeiro && !sBytes.starts_with("\xFE\xFF")) return std::string(sBytes);
+    const auto byte = [&](std::size_t i) {
+        return static_cast<unsigned>(static_cast<unsigned char>(sBytes[i]));
+    };
+    std::u16string sLargo;
+    for (std::size_t i = 2; i + 1 < sBytes.size(); i += 2)
+        sLargo +=
+            static_cast<char16_t>(bMenorPrimeiro ? byte(i) | byte(i + 1) << 8 : byte(i) << 8 | byte(i + 1));
+    return Converte(std::u16string_view(sLargo));
 }

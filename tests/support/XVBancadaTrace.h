@@ -22,6 +22,9 @@ class CXVBancadaTrace {
         m_sistema.CriaDiretorio("/xv/ACME/DF").Ignora();
         m_relogio.SetUTC({2023, 7, 4, 15, 30, 9});
         XVProfiler::RecarregaConfiguracao();
+        // What an earlier test lost is told here, and not by the first record of the test.
+        XVProfiler::RecordError(nullptr, "F", "f", 1, "%s", "");
+        m_sistema.Apaga("/xv/XVProfilerErros_Pgms_202307.log").Ignora();
     }
     ~CXVBancadaTrace() {  // the next test finds tracing off
         EscreveLogIni("");

@@ -69,6 +69,24 @@ TEST(Configuracao, CadaChaveMudaOSeuValorENenhumOutro) {
     EXPECT_EQ(XVProfilerConfig::Interpreta(sLonga).sProcessos.size(), 259U);
 }
 
+TEST(Configuracao, ArquivoEmUtf16ELidoNasDuasOrdens) {
+    const std::string sValores = "[Log]\r\nSaida=1\r\nProcessos=n\xC3\xA3o\xF0\x9F\x98\x80\r\n";
+    const std::u16string sLargo = u"[Log]\r\nSaida=1\r\nProcessos=n\u00E3o\U0001F600\r\n";
+    std::string sMenor = "\xFF\xFE";
+    std::string sMaior = "\xFE\xFF";
+    for (const char16_t c : sLargo) {
+        const char aBytes[] = {static_cast<char>(c & 0xFF), static_cast<char>(c >> 8)};
+        sMenor.append({aBytes[0], aBytes[1]});
+        sMaior.append({aBytes[1], aBytes[0]});
+    }
+    const SConfiguracaoTrace esperada = XVProfilerConfig::Interpreta(sValores);
+    for (const std::string& rBytes : {sMenor, sMaior, sMenor + 'x'}) {
+        const SConfiguracaoTrace lida = XVProfilerConfig::Interpreta(rBytes);
+        EXPECT_TRUE(lida.bSaida);
+        EXPECT_EQ(lida.sProcessos, esperada.sProcessos);
+    }
+}
+
 TEST(Configuracao, ArquivoSoELidoAte64KiBEEmUsoPorOutroDeixaComoEstava) {
     CXVBancadaTrace bancada;
     for (const bool bCabe : {false, true}) {

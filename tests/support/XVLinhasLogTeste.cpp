@@ -219,6 +219,58 @@ TEST_F(Anexar, OcupadoPorOutroProcessoEsperaEEscreve) {
     EXPECT_EQ(linhas[0][0], "Data");
 }
 
+// The column in which a written record tells of those before it that were lost.
+TEST_F(Anexar, LinhasPerdidasSaoContadasNaProximaQueEGravada) {
+    m_falhas.Programa({EOperacaoArquivo::eAbre, 1, true, ECausaArquivo::eAcessoNegado});
+    for (int i = 0; i < 3; ++i) Falha("perdida");
+    m_falhas.Programa({EOperacaoArquivo::eGrava, 1, false, ECausaArquivo::eDiscoCheio});
+    Falha("perdida ao gravar");
+    for (const char* psz : {"contada", "sem perdas"}) Falha(psz);
+    const TLinhas linhas = m_bancada.LeLog(k_pszLogPgms);
+    ASSERT_EQ(linhas.size(), 3U);
+    EXPECT_EQ(linhas[0][19], "Filler");
+    EXPECT_EQ(linhas[1][19], "Perdidas = 4");
+    EXPECT_EQ(linhas[2][19], "");
+    EXPECT_EQ(linhas[2].size(), k_uiColunasErro);
+}
+
+// Whatever the death of a process left of the last line, or of the header, the next record stands alone.
+TEST_F(Anexar, LinhaQueFicouCortadaETerminadaAntesDaProxima) {
+    Falha("primeira");
+    const std::string sInteiro = m_bancada.m_sistema.LeConteudo(k_pszLogPgms).value();
+    const std::size_t uiCabecalho = XVProfilerLinha::GetCabecalho(ETipoEvento::eErro).size();
+    for (const std::size_t uiFica : {std::size_t{7}, uiCabecalho, uiCabecalho + 5, sInteiro.size()}) {
+        const std::string sAntes = sInteiro.substr(0, uiFica);
+        m_bancada.m_sistema.CriaArquivo(k_pszLogPgms, sAntes);
+        Falha("segunda");
+        const std::string sDepois = m_bancada.m_sistema.LeConteudo(k_pszLogPgms).value();
+        const std::string sEsperado = sAntes + (sAntes.ends_with('\n') ? "" : "\n") +
+                                      (uiFica < uiCabecalho ? sInteiro.substr(0, uiCabecalho) : "") +
+                                      "04/07/2023\t";
+        EXPECT_TRUE(sDepois.starts_with(sEsperado)) << uiFica << '\n' << sDepois;
+        EXPECT_NE(sDepois.find("hr = segunda\t", sEsperado.size()), std::string::npos);
+    }
+}
+
+// A file that somebody keeps locked, while each attempt takes its time: the call goes on soon.
+TEST_F(Anexar, TentativasDemoradasAcabamLogo) {
+    m_bancada.m_relogio.SetAoDormir([&](XVUInt64) { m_bancada.m_relogio.Avanca(1); });
+    m_falhas.Programa({EOperacaoArquivo::eAbre, 1, true, ECausaArquivo::eViolacaoCompartilhamento});
+    Falha("x");
+    // The waits between the attempts take 1 + i * i each.
+    EXPECT_EQ(m_falhas.GetQuantidade(EOperacaoArquivo::eAbre), 10U);
+    EXPECT_EQ(XVProfiler::GetLinhasPerdidas(), m_uiPerdidos + 1);
+}
+
+TEST_F(Anexar, EmpresaAindaSemDiretorioEscreveNoLogDosProgramas) {
+    const CXVDonoFixo nova("NOVA");
+    Falha("antes do diretório", &nova);
+    EXPECT_EQ(XVProfiler::GetLinhasPerdidas(), m_uiPerdidos);
+    const TLinhas linhas = m_bancada.LeLog(k_pszLogPgms);
+    ASSERT_EQ(linhas.size(), 2U);
+    EXPECT_EQ(linhas[1][6], "ENOVA");
+}
+
 TEST_F(Anexar, GravacaoPelaMetadeNaoDeixaLinhaCortada) {
     Falha("inteira");
     const auto antes = m_bancada.m_sistema.LeConteudo(k_pszLogPgms);
@@ -254,6 +306,25 @@ TEST(Escopo, EntradaSaidaECriacaoDeObjetoInteiras) {
     EXPECT_EQ(Linha(linhas[3]), ComColunas("12:30:11", "C::Cria", "\t", "COCREATE",
                                            "0\t0\t0\tProgID = Velmora.XVCR\tModulo = XVCR\tResultado = "
                                            "0x80040154\t\t\t\t\t\t"));
+}
+
+// What the entry did not measure, the exit has nothing to compare with.
+TEST(Escopo, MedidaLigadaOuDesligadaNoMeioNaoDaDiferenca) {
+    CXVBancadaTrace bancada;
+    bancada.m_relogio.SetTicks(77'000);
+    const char* const pszSem = "Entrada=1\nSaida=1\n";
+    const char* const pszCom = "Entrada=1\nSaida=1\nPerformance=1\nMemory=1\n";
+    for (const auto& [pszAntes, pszDepois] : {std::pair{pszSem, pszCom}, {pszCom, pszSem}}) {
+        bancada.EscreveLogIni(pszAntes);
+        {
+            const ProfilerScope escopo(nullptr, "CBase", "Faz", {});
+            bancada.m_relogio.Avanca(2250);
+            bancada.EscreveLogIni(pszDepois);
+        }
+        const auto saida = bancada.LeLog(k_pszLogProfiler).back();
+        EXPECT_EQ(saida[k_uiColunaTipo], "SAIU");
+        EXPECT_EQ(saida[25] + ' ' + saida[26], "0 0") << pszAntes;
+    }
 }
 
 TEST(Escopo, SomenteOQueLogIniPede) {

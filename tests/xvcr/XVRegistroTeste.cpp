@@ -141,6 +141,71 @@ TEST_F(Registro, SemEmpresaOsDosProgramas) {
     EXPECT_EQ(Mostra("--perfil").at(0)["Parametros"], json({"n = 3", "m = \\x1B"})) << "also in JSON";
 }
 
+// A log far larger than what its last records need, with lines in it that are none, and without a line feed
+// at its end.
+TEST_F(Registro, UltimosSaoLidosDoFim) {
+    const auto linha = [](unsigned i) {
+        return Erro("2026-12-01T10:00:00", "001", i, 45, i % 100 == 7 ? "CBase::Rara" : "CBase::Le",
+                    "81080AAA", k_szPosicao);
+    };
+    std::string sLog = k_sCabecalho + std::string(300'000, 'x') + '\n';
+    for (unsigned i = 1000; i < 4000; ++i) sLog += Linha(linha(i));
+    const std::string sCortada = Linha(linha(1)).substr(3, 20) + '\n';
+    sLog += sCortada + Linha(linha(4000)) + sCortada + Linha(linha(4001));
+    sLog.pop_back();
+    m_Diretorio.CriaArquivo("001/DF/XVProfilerErros_Base_202612.log", sLog);
+    std::vector<json> esperadas;
+    for (unsigned i = 3002; i <= 4001; ++i) esperadas.push_back(linha(i));
+    EXPECT_EQ(Mostra("--empresa 001 --ultimos 1000"), json(esperadas));
+    EXPECT_EQ(Mostra("--empresa 001 --funcao rara --ultimos 2"), (json{linha(3807), linha(3907)}));
+    EXPECT_EQ(Mostra("--empresa 001 --da-sessao 43 --ultimos 1"), json::array({m_Noite})) << "a month before";
+
+    const SExecucao duas = XVExecutaAqui(
+        {"registro", "--ultimos", "2", "--diretorio", m_Diretorio.GetCaminho(), "--empresa", "001"});
+    const std::size_t uiFim = sLog.size() - Linha(linha(4001)).size() + 1;
+    const auto aviso = [&](std::size_t uiByte) {
+        return "xvcr: aviso: \"" + m_Diretorio.Junta("001/DF/XVProfilerErros_Base_202612.log") +
+               "\", linha que termina no byte " + std::to_string(uiByte) +
+               ": cortada ou longa demais, não é mostrada\n";
+    };
+    EXPECT_EQ(duas.sErro, aviso(uiFim - sCortada.size() - Linha(linha(4000)).size()) + aviso(uiFim));
+}
+
+// What was shown from the end is followed from there.
+TEST_F(Registro, SegueDepoisDosUltimosNosMesesQueNaoLeu) {
+    const json nova = Erro("2026-11-21T10:00:00", "001", 7, 45, "CBase::Le", "81080AAA", k_szPosicao);
+    CXVRelogioFalso relogio;
+    relogio.SetAoDormir([&](XVUInt64 uiDormidas) {
+        if (uiDormidas > 2) return;
+        std::ofstream(m_Diretorio.Junta(std::string("001/DF/XVProfilerErros_Base_") +
+                                        (uiDormidas == 1 ? "202610" : "202611") + ".log"),
+                      std::ios::app | std::ios::binary)
+            << Linha(nova);
+    });
+    const CXVGuardaRelogio guarda(relogio);
+    EXPECT_EQ(Mostra("--empresa 001 --segue --por 1 --ultimos 1"), (json{m_Noite, nova, nova}));
+}
+
+// A failure of a record that cannot be read, which stands in a line of another form, after two lost lines.
+TEST_F(Registro, CodigoNoLugarDaExpressaoELinhasPerdidas) {
+    m_Diretorio.CriaArquivo("outra.log",
+                            "Data\tHora\tClasseFuncao\tFiller\tFiller\tTipo\tLog\tParameter1\tParameter2\n"
+                            "21/11/2026\t10:11:12\tCA::Le\tPerdidas = 2\t\tERRO\tLog = hr = 0x81080AAA\t"
+                            "Descrição = Não há\tArquivo = a.dat\n");
+    const json esperada{{"DataHora", "2026-11-21T10:11:12"},
+                        {"Tipo", "ERRO"},
+                        {"ClasseFuncao", "CA::Le"},
+                        {"Codigo", "0x81080AAA"},
+                        {"Nome", k_szPosicao},
+                        {"Mensagem", "Não há"},
+                        {"Perdidas", "2"},
+                        {"Parametros", {"Descrição = Não há", "Arquivo = a.dat"}}};
+    const TArgumentos listaArquivo{"--arquivo", m_Diretorio.Junta("outra.log")};
+    EXPECT_EQ(Mostra("--codigo=-2130179414", listaArquivo), json::array({esperada}));
+    EXPECT_TRUE(XVExecutaAqui({"registro", "--arquivo", listaArquivo[1]})
+                    .sSaida.ends_with("Descrição = Não há  Arquivo = a.dat  (2 antes não gravadas)\n"));
+}
+
 // Records of the log that there is, of a month that begins, and one whose line is not yet whole.
 TEST_F(Registro, SegueOQueChegaPeloTempoPedido) {
     const json primeira = Erro("2026-11-21T10:00:00", "001", 7, 45, "CBase::Le", "81080AAA", k_szPosicao);

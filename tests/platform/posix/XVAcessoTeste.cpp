@@ -2,6 +2,7 @@
 // of files.
 #include <fcntl.h>
 #include <signal.h>
+#include <sys/file.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -33,6 +34,23 @@ class CXVAcessoTeste : public CXVCenarioArquivos {
 };
 
 }  // namespace
+
+// A foreign program's flock on a file of the store, or on a log, is answered in the end and not waited for.
+TEST_F(CXVAcessoTeste, TravaDeOutroProgramaNaoPrendeQuemAbre) {
+    Cria("A.dat", "x");
+    const auto abre = [&] {
+        std::unique_ptr<IXVArquivo> pArquivo;
+        return XVPlataforma::SistemaArquivos().Abre(Caminho("A.dat"), {}, pArquivo).GetCausa();
+    };
+    {
+        const CXVDescritor alheio = XVAbreDescritor(Caminho("A.dat"), O_RDONLY, 0);
+        ASSERT_EQ(flock(alheio.Get(), LOCK_EX), 0);
+        EXPECT_EQ(abre(), ECausa::eViolacaoCompartilhamento);
+        EXPECT_EQ(XVPlataforma::SistemaArquivos().Apaga(Caminho("A.dat")).GetCausa(),
+                  ECausa::eViolacaoCompartilhamento);
+    }
+    EXPECT_EQ(abre(), ECausa::eNenhuma);
+}
 
 TEST_F(CXVAcessoTeste, DiretorioFechadoSoDizOQueMostra) {
     ASSERT_EQ(CriaDiretorio("fechado"), ECausa::eNenhuma);

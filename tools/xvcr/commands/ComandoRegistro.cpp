@@ -1,6 +1,5 @@
 // registro: the trace logs, decoded.
 #include <charconv>
-#include <deque>
 #include <map>
 #include <memory>
 
@@ -59,6 +58,7 @@ XVJson ParaJson(const SLinhaLog& rLinha) {
     inclui("MemoriaComponente", rLinha.sMemoria);
     inclui("DeltaMemoria", rLinha.sDeltaMemoria);
     inclui("Guid", rLinha.sGuid);
+    inclui("Perdidas", rLinha.sPerdidas);
     for (const std::string& rParametro : rLinha.listaParametros) {
         XVJson texto = XVTextoTela::Escapa(rParametro, false);
         json["Parametros"].push_back(std::move(texto));
@@ -112,10 +112,11 @@ std::string ParaPessoa(const SLinhaLog& rLinha, CXVChamadas& rChamadas) {
         AnexaColuna(sLinha, "#" + std::to_string(uiChamada), 0);
     if (rLinha.sTipo == "SAIU" && !rLinha.sMemoria.empty() && rLinha.sMemoria != "0")
         AnexaColuna(sLinha, "memória " + rLinha.sMemoria + " (" + rLinha.sDeltaMemoria + ")", 0);
-    if (!rLinha.sDuracao.empty()) {
-        AnexaColuna(sLinha, rLinha.sDuracao + " ms", 0);
+    if (!rLinha.sDuracao.empty()) AnexaColuna(sLinha, rLinha.sDuracao + " ms", 0);
+    // A call's, or what a failure without expression says of its file.
+    if (!rLinha.sDuracao.empty() || (!rLinha.sCodigo.empty() && rLinha.sExpressao.empty()))
         for (const std::string& rParametro : rLinha.listaParametros) AnexaColuna(sLinha, rParametro, 0);
-    }
+    if (!rLinha.sPerdidas.empty()) AnexaColuna(sLinha, "(" + rLinha.sPerdidas + " antes não gravadas)", 0);
     sLinha.resize(sLinha.find_last_not_of(' ') + 1);
     return sLinha;
 }
@@ -123,17 +124,14 @@ std::string ParaPessoa(const SLinhaLog& rLinha, CXVChamadas& rChamadas) {
 // What is there now; only the last ones where a number of them is asked for.
 void MostraExistentes(const SPedidoLog& rPedido, CXVLeitoresLog& rLeitores, CXVSaida& rSaida,
                       const std::function<void(const SLinhaLog&)>& fMostra) {
-    std::deque<SLinhaLog> listaUltimos;
-    rLeitores.LeNovos([&](SLinhaLog& rLinha) {
-        if (!rPedido.filtro.Aceita(rLinha)) return;
-        if (rPedido.ulUltimos == 0) {
-            fMostra(rLinha);
-            return;
-        }
-        listaUltimos.push_back(std::move(rLinha));
-        if (listaUltimos.size() > rPedido.ulUltimos) listaUltimos.pop_front();
-    });
-    for (const SLinhaLog& rLinha : listaUltimos) fMostra(rLinha);
+    const auto fAceita = [&](const SLinhaLog& rLinha) { return rPedido.filtro.Aceita(rLinha); };
+    if (rPedido.ulUltimos > 0) {
+        for (const SLinhaLog& rLinha : rLeitores.LeUltimos(rPedido.ulUltimos, fAceita)) fMostra(rLinha);
+    } else {
+        rLeitores.LeNovos([&](const SLinhaLog& rLinha) {
+            if (fAceita(rLinha)) fMostra(rLinha);
+        });
+    }
     rSaida.Termina();
 }
 

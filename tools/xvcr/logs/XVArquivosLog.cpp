@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <fstream>
-#include <utility>
+#include <iterator>
 
 #include "platform/XVPlataforma.h"
 #include "tools/xvcr/text/XVArquivoSaida.h"
@@ -28,6 +28,14 @@ std::string Inicio(const std::string& sArquivo) {
     return sInicio;
 }
 
+// 0 also of what can only be read from its beginning.
+std::uintmax_t Tamanho(const std::string& sArquivo) {
+    std::error_code erro;
+    const std::uintmax_t uiTamanho =
+        XVFonteSoSeLeUmaVez(sArquivo) ? 0 : std::filesystem::file_size(XVCaminhoDeUtf8(sArquivo), erro);
+    return erro ? 0 : uiTamanho;
+}
+
 }  // namespace
 
 std::vector<std::string> SOrigemLog::Lista() const {
@@ -44,33 +52,44 @@ std::vector<std::string> SOrigemLog::Lista() const {
     return listaNomes;
 }
 
-CXVLeitorLog::CXVLeitorLog(const std::string& sArquivo, bool bCresce)
+// One byte earlier than wanted: where that is a line feed, a line begins behind it.
+CXVLeitorLog::CXVLeitorLog(const std::string& sArquivo, bool bCresce, std::uintmax_t uiInicio)
     : m_sArquivo(sArquivo),
+      m_uiInicio(uiInicio > 0 ? uiInicio - 1 : 0),
       m_sInicio(Inicio(sArquivo)),
-      m_pFonte(XVAbreFonte(sArquivo)),
-      m_Leitor(*m_pFonte, k_uiLimiteLinha, bCresce) {}
+      m_pFonte(XVAbreFonte(sArquivo, m_uiInicio)),
+      m_Leitor(*m_pFonte, k_uiLimiteLinha, bCresce),
+      m_bNoMeioDaLinha(uiInicio > 0) {
+    const std::string_view sPrimeira = std::string_view(m_sInicio).substr(0, m_sInicio.find('\n'));
+    if (uiInicio > 0 && CXVCabecalhoLog::EhCabecalho(sPrimeira)) m_Cabecalho.emplace(sPrimeira);
+}
 
 bool CXVLeitorLog::Proximo(SLinhaLog* pLinha) {
     std::string sLinha;
     for (;;) {
         const CXVLeitorLinhas::EResultado eResultado = m_Leitor.Proxima(&sLinha);
         if (eResultado == CXVLeitorLinhas::EResultado::eFim) return false;
+        if (std::exchange(m_bNoMeioDaLinha, false)) continue;
         if (eResultado == CXVLeitorLinhas::EResultado::eLinha && CXVCabecalhoLog::EhCabecalho(sLinha))
             m_Cabecalho.emplace(sLinha);
         else if (eResultado == CXVLeitorLinhas::EResultado::eLinha && m_Cabecalho.has_value() &&
                  m_Cabecalho->Le(sLinha, pLinha))
             return true;
         else
-            DizIlegivel();
+            AvisaIlegivel();
     }
 }
 
-void CXVLeitorLog::DizIlegivel() {
-    const std::string sOnde = "aviso: \"" + m_sArquivo + "\", linha " + std::to_string(m_Leitor.GetNumero());
+void CXVLeitorLog::AvisaIlegivel() {
+    const std::string sLugar =
+        m_uiInicio == 0 ? "linha " + std::to_string(m_Leitor.GetNumero())
+                        : "linha que termina no byte " + std::to_string(m_uiInicio + m_Leitor.GetBytes());
+    const std::string sOnde = "aviso: \"" + m_sArquivo + "\", " + sLugar;
     if (m_Cabecalho.has_value())
-        XVEscreveErro(sOnde + ": cortada ou longa demais, não é mostrada");
+        m_listaAvisos.push_back(sOnde + ": cortada ou longa demais, não é mostrada");
     else if (!std::exchange(m_bDitoSemCabecalho, true))
-        XVEscreveErro(sOnde + ": o log não começa por um cabeçalho; o que vem antes de um não é mostrado");
+        m_listaAvisos.push_back(sOnde +
+                                ": o log não começa por um cabeçalho; o que vem antes de um não é mostrado");
 }
 
 bool CXVLeitorLog::FoiTrocado() {
@@ -78,7 +97,58 @@ bool CXVLeitorLog::FoiTrocado() {
     const std::uintmax_t uiTamanho = std::filesystem::file_size(XVCaminhoDeUtf8(m_sArquivo), erro);
     if (erro) return false;
     std::string sInicio = Inicio(m_sArquivo);
-    if (uiTamanho < m_Leitor.GetBytes() || !sInicio.starts_with(m_sInicio)) return true;
+    if (uiTamanho < m_uiInicio + m_Leitor.GetBytes() || !sInicio.starts_with(m_sInicio)) return true;
     m_sInicio = std::move(sInicio);
     return false;
+}
+
+void CXVLeitoresLog::Avisa(const std::vector<std::string>& listaAvisos) {
+    for (const std::string& rAviso : listaAvisos) XVEscreveErro(rAviso);
+}
+
+// From ever farther before the end, until there are enough. A reader whose beginning lay too late is given
+// up.
+std::deque<CXVLeitoresLog::SAchada> CXVLeitoresLog::UltimosDe(
+    const std::string& sArquivo, std::size_t uiQuantos,
+    const std::function<bool(const SLinhaLog&)>& fAceita) {
+    constexpr std::uintmax_t k_uiPrimeiraJanela = 64U * 1024U;  // bytes
+    constexpr std::uintmax_t k_uiFator = 4;
+    const std::uintmax_t uiTamanho = Tamanho(sArquivo);
+    for (std::uintmax_t uiJanela = k_uiPrimeiraJanela;; uiJanela *= k_uiFator) {
+        const std::uintmax_t uiInicio = uiJanela < uiTamanho ? uiTamanho - uiJanela : 0;
+        m_mapLeitores.erase(sArquivo);
+        CXVLeitorLog& rLeitor =
+            m_mapLeitores.try_emplace(sArquivo, sArquivo, m_Origem.bSegue, uiInicio).first->second;
+        std::deque<SAchada> listaAchadas;
+        SAchada achada;
+        while (rLeitor.Proximo(&achada.linha)) {
+            if (!fAceita(achada.linha)) continue;
+            achada.listaAvisos = rLeitor.TiraAvisos();
+            listaAchadas.push_back(std::move(achada));
+            if (listaAchadas.size() > uiQuantos) listaAchadas.pop_front();
+        }
+        if (uiInicio > 0 && listaAchadas.size() < uiQuantos) continue;
+        return listaAchadas;
+    }
+}
+
+std::vector<SLinhaLog> CXVLeitoresLog::LeUltimos(std::size_t uiQuantos,
+                                                 const std::function<bool(const SLinhaLog&)>& fAceita) {
+    std::vector<std::string> listaArquivos = m_Origem.Lista();
+    std::deque<SAchada> listaTodas;
+    for (auto p = listaArquivos.rbegin(); p != listaArquivos.rend(); ++p) {
+        if (listaTodas.size() == uiQuantos) {
+            if (m_Origem.bSegue) m_mapLeitores.try_emplace(*p, *p, true, Tamanho(*p));
+            continue;
+        }
+        std::deque<SAchada> listaDoArquivo = UltimosDe(*p, uiQuantos - listaTodas.size(), fAceita);
+        std::move(listaDoArquivo.rbegin(), listaDoArquivo.rend(), std::front_inserter(listaTodas));
+    }
+    std::vector<SLinhaLog> listaLinhas;
+    for (SAchada& rAchada : listaTodas) {
+        Avisa(rAchada.listaAvisos);
+        listaLinhas.push_back(std::move(rAchada.linha));
+    }
+    for (auto& [sArquivo, rLeitor] : m_mapLeitores) Avisa(rLeitor.TiraAvisos());
+    return listaLinhas;
 }

@@ -2,10 +2,13 @@
 #pragma once
 
 #include <algorithm>
+#include <deque>
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "tools/xvcr/logs/XVLinhaLog.h"
@@ -26,22 +29,28 @@ struct SOrigemLog {
 // One log, read line by line as it grows.
 class CXVLeitorLog {
   public:
-    CXVLeitorLog(const std::string& sArquivo, bool bCresce);
+    // uiInicio: the byte from which on the first whole line is wanted; the columns are those of the header at
+    // the beginning of the file.
+    CXVLeitorLog(const std::string& sArquivo, bool bCresce, std::uintmax_t uiInicio = 0);
 
-    // The next record that is there now. Lines that are none are passed over, and told on the error output.
+    // The next record that is there now. Lines that are none are passed over and leave a warning.
     bool Proximo(SLinhaLog* pLinha);
+    std::vector<std::string> TiraAvisos() { return std::exchange(m_listaAvisos, {}); }
     // Whether the file that now has this name is shorter than what was read of it, or begins otherwise: cut,
     // or another one.
     bool FoiTrocado();
 
   private:
-    void DizIlegivel();
+    void AvisaIlegivel();
 
     const std::string m_sArquivo;
-    std::string m_sInicio;  // as it was when the file was last looked at
+    const std::uintmax_t m_uiInicio;  // byte with which the reading began
+    std::string m_sInicio;            // as the file began when it was last looked at
     std::unique_ptr<IXVFonteBytes> m_pFonte;
     CXVLeitorLinhas m_Leitor;
     std::optional<CXVCabecalhoLog> m_Cabecalho;
+    std::vector<std::string> m_listaAvisos;
+    bool m_bNoMeioDaLinha;  // the line that comes next is the rest of one
     bool m_bDitoSemCabecalho = false;
 };
 
@@ -49,6 +58,11 @@ class CXVLeitorLog {
 class CXVLeitoresLog {
   public:
     explicit CXVLeitoresLog(SOrigemLog origem) : m_Origem(std::move(origem)) {}
+
+    // The last records that fAceita takes, uiQuantos at most, in their order. Each log is read from its end,
+    // as far as they need it; LeNovos then goes on behind them.
+    std::vector<SLinhaLog> LeUltimos(std::size_t uiQuantos,
+                                     const std::function<bool(const SLinhaLog&)>& fAceita);
 
     // Calls fRecebe for each record that has come since the last call.
     template <class FRecebe>
@@ -67,11 +81,24 @@ class CXVLeitoresLog {
     }
 
   private:
+    // A record, and the warnings about lines before it.
+    struct SAchada {
+        SLinhaLog linha;
+        std::vector<std::string> listaAvisos;
+    };
+
     template <class FRecebe>
     static void LeResto(CXVLeitorLog& rLeitor, FRecebe&& fRecebe) {
         SLinhaLog linha;
-        while (rLeitor.Proximo(&linha)) fRecebe(linha);
+        for (bool bLida = true; bLida;) {
+            bLida = rLeitor.Proximo(&linha);
+            Avisa(rLeitor.TiraAvisos());
+            if (bLida) fRecebe(linha);
+        }
     }
+    static void Avisa(const std::vector<std::string>& listaAvisos);
+    std::deque<SAchada> UltimosDe(const std::string& sArquivo, std::size_t uiQuantos,
+                                  const std::function<bool(const SLinhaLog&)>& fAceita);
 
     SOrigemLog m_Origem;
     std::map<std::string, CXVLeitorLog> m_mapLeitores;

@@ -38,7 +38,7 @@ std::string_view SemNome(std::string_view sCelula, std::string_view sNome) {
     return bTem ? sCelula.substr(sNome.size() + k_sIgual.size()) : sCelula;
 }
 
-// "hr = 0X81080AAA text" of the cell after the expression.
+// "hr = 0X81080AAA text" of the cell after the expression, or in the expression's place.
 bool LeCodigo(std::string_view sCelula, SLinhaLog* pLinha) {
     sCelula = SemNome(sCelula, "hr");
     if (!sCelula.starts_with("0X") && !sCelula.starts_with("0x")) return false;
@@ -85,15 +85,20 @@ bool CXVCabecalhoLog::Le(std::string_view sLinha, SLinhaLog* pLinha) const {
     linha.sMemoria = coluna("MemoriaComponente");
     linha.sDeltaMemoria = coluna("DeltaMemoria");
     linha.sGuid = coluna("Guid");
+    linha.sPerdidas = SemNome(Coluna(listaCelulas, "Filler"), "Perdidas");
     linha.sExpressao = SemNome(Coluna(listaCelulas, "Log"), "hr");
     const auto pPrimeiro = std::find(m_listaNomes.begin(), m_listaNomes.end(), "Parameter1");
     for (auto i = static_cast<std::size_t>(pPrimeiro - m_listaNomes.begin()); i < listaCelulas.size(); ++i)
         if (!listaCelulas[i].empty()) linha.listaParametros.emplace_back(listaCelulas[i]);
     if (linha.sTipo == "ERRO") {
-        const bool bCodigo =
-            !linha.listaParametros.empty() && LeCodigo(linha.listaParametros.front(), &linha);
-        if (!bCodigo) linha.sMensagem = std::move(linha.sExpressao);
-        if (!bCodigo) linha.sExpressao.clear();
+        const std::string sPrimeiro = linha.listaParametros.empty() ? "" : linha.listaParametros.front();
+        if (!LeCodigo(sPrimeiro, &linha)) {
+            if (LeCodigo(linha.sExpressao, &linha))  // of a record or a text that cannot be read
+                linha.sMensagem = SemNome(sPrimeiro, "Descrição");
+            else
+                linha.sMensagem = std::move(linha.sExpressao);
+            linha.sExpressao.clear();
+        }
     }
     *pLinha = std::move(linha);
     return true;

@@ -24,6 +24,7 @@ struct SLinhaLog {
     std::string sMemoria;    // of the process, and how much it changed in the call; exit records
     std::string sDeltaMemoria;
     std::string sGuid;                         // the same in a call's entry and exit
+    std::string sPerdidas;                     // records before it that its process could not write
     std::vector<std::string> listaParametros;  // "name = value"
 };
 

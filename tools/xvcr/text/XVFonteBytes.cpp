@@ -33,7 +33,8 @@ class CXVFonteFluxo : public IXVFonteBytes {
 
 class CXVFonteArquivo : public IXVFonteBytes {
   public:
-    CXVFonteArquivo(const std::filesystem::path& caminho, const std::string& sNome) : m_sNome(sNome) {
+    CXVFonteArquivo(const std::filesystem::path& caminho, const std::string& sNome, std::uintmax_t uiInicio)
+        : m_sNome(sNome), m_iPosicao(static_cast<std::streamoff>(uiInicio)), m_bFim(uiInicio > 0) {
         std::error_code erro;
         m_Arquivo.open(caminho, std::ios::binary);
         if (!m_Arquivo) XVFalha("não foi possível abrir o arquivo \"" + sNome + "\"");
@@ -59,8 +60,8 @@ class CXVFonteArquivo : public IXVFonteBytes {
     std::string m_sNome;
     std::ifstream m_Arquivo;
     std::uintmax_t m_uiTamanho = 0;
-    std::streamoff m_iPosicao = 0;
-    bool m_bFim = false;
+    std::streamoff m_iPosicao;
+    bool m_bFim;  // to be positioned before the next reading
 };
 
 std::filesystem::file_type Tipo(const std::string& sNome) {
@@ -70,7 +71,7 @@ std::filesystem::file_type Tipo(const std::string& sNome) {
 
 }  // namespace
 
-std::unique_ptr<IXVFonteBytes> XVAbreFonte(const std::string& sNome) {
+std::unique_ptr<IXVFonteBytes> XVAbreFonte(const std::string& sNome, std::uintmax_t uiInicio) {
     if (sNome == "-") {
         static bool s_bTomada = false;
         if (s_bTomada) XVErroDeUso("a entrada padrão (-) só pode ser lida uma vez por comando");
@@ -80,7 +81,7 @@ std::unique_ptr<IXVFonteBytes> XVAbreFonte(const std::string& sNome) {
     if (Tipo(sNome) == std::filesystem::file_type::directory) XVFalha("\"" + sNome + "\" é um diretório");
     if (XVFonteSoSeLeUmaVez(sNome))
         return std::make_unique<CXVFonteFluxo>(XVAbreFluxoEntrada(sNome), '"' + sNome + '"');
-    return std::make_unique<CXVFonteArquivo>(XVCaminhoDeUtf8(sNome), sNome);
+    return std::make_unique<CXVFonteArquivo>(XVCaminhoDeUtf8(sNome), sNome, uiInicio);
 }
 
 bool XVFonteSoSeLeUmaVez(const std::string& sNome) {

@@ -19,7 +19,8 @@ class IXVFonteBytes {
 
 // "-" is the standard input, which can be taken once. Failures are thrown as CXVErro. Where
 // XVInterrupcao::Observa was called a request to end ends what does not come from a file opened by its name.
-std::unique_ptr<IXVFonteBytes> XVAbreFonte(const std::string& sNome);
+// uiInicio: the byte of a file opened by its name with which the reading begins.
+std::unique_ptr<IXVFonteBytes> XVAbreFonte(const std::string& sNome, std::uintmax_t uiInicio = 0);
 
 // Whether opening it takes what it holds: the standard input, pipes with a name, and what a shell puts in the
 // place of a command's output.
