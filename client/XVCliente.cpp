@@ -31,26 +31,17 @@ struct SSaidaIntegracoes {
     tagREG_CR_INTEGRACAO_MIDDLEWAREPS* pLista = nullptr;
 };
 
-}  // namespace
+using enum CXVCliente::EOperacao;
 
-bool ServidorFoiEmbora(HRESULT hr) {
-    switch (static_cast<XVUInt>(hr)) {
-        case 0x800706B5U:  // an ending server has given its interfaces back already: the call did not execute
-        case 0x800706BAU:  // server unavailable
-        case 0x800706BEU:  // call failed
-        case 0x800706BFU:  // call failed and did not execute
-        case 0x80010007U:  // server died
-        case 0x80010012U:  // server died, the call did not execute
-        case 0x80010108U:  // disconnected from its clients
-        case 0x800401FDU:  // object not connected
-        case 0x80080008U:  // server stopping
-            return true;
-        default:
-            return false;
-    }
+// A reading that asks the external system again comes to a provider.
+CXVCliente::EOperacao TipoDaLeitura(XVUInt64 ullFlags) {
+    return (ullFlags & k_ullConsultaSistemaTerceiro) == 0 ? eLeitura : eTroca;
 }
 
+}  // namespace
+
 CXVCliente::CXVCliente() = default;
+CXVCliente::CXVCliente(std::unique_ptr<CConexao> pConexao) : m_pConexao(std::move(pConexao)) {}
 CXVCliente::~CXVCliente() = default;
 
 HRESULT CXVCliente::Reconecta() {
@@ -69,39 +60,43 @@ bool CXVCliente::EstaConectado() const {
 }
 
 template <class TChamada>
-HRESULT CXVCliente::Executa(bool bRepetivel, TChamada&& fnChamada) {
+HRESULT CXVCliente::Executa(EOperacao eOperacao, TChamada&& fnChamada) {
     if (m_pConexao == nullptr) return E_XVCR_COMPONENTE_NAO_INICIALIZADO;
-    return m_pConexao->Executa(bRepetivel, fnChamada);
+    return m_pConexao->Executa(eOperacao, fnChamada);
 }
 
 HRESULT CXVCliente::GravaIntegracao(REG_XVDMC* pDmc, const CXVDadosCR_IntegracaoMiddleware& rDados) {
     const auto reg = rDados.ComoRegistro();
-    return Executa(false, [&](IXVCR_Middleware& r) { return r.GravaIntegracao(pDmc, &reg); });
+    return Executa(eGravacao, [&, regAntes = *pDmc](IXVCR_Middleware& r) {
+        *pDmc = regAntes;  // a call that failed may have left anything there
+        return r.GravaIntegracao(pDmc, &reg);
+    });
 }
 
 HRESULT CXVCliente::GravaIntegracaoInstantanea(REG_XVDMC* pDmc,
                                                const CXVDadosCR_IntegracaoMiddleware& rDados) {
     const auto reg = rDados.ComoRegistro();
-    return Executa(false, [&](IXVCR_Middleware& r) { return r.GravaIntegracaoInstantanea(pDmc, &reg); });
+    return Executa(eTroca, [&](IXVCR_Middleware& r) { return r.GravaIntegracaoInstantanea(pDmc, &reg); });
 }
 
 HRESULT CXVCliente::GravaPendenciaIntegracao(REG_XVDMC regDmcOrigem,
                                              const CXVDadosCR_IntegracaoMiddleware& rDados) {
     const auto reg = rDados.ComoRegistro();
     return Executa(
-        false, [&](IXVCR_Middleware& r) { return r.GravaPendenciaIntegracao(regDmcOrigem.uiValor, &reg); });
+        eTroca, [&](IXVCR_Middleware& r) { return r.GravaPendenciaIntegracao(regDmcOrigem.uiValor, &reg); });
 }
 
 HRESULT CXVCliente::GravaStatusIntegracao(const CXVDadosCR_StatusIntegracaoMiddleware& rDados) {
     const auto reg = rDados.ComoRegistro();
-    return Executa(false, [&](IXVCR_Middleware& r) { return r.GravaStatusIntegracao(&reg); });
+    return Executa(eGravacao, [&](IXVCR_Middleware& r) { return r.GravaStatusIntegracao(&reg); });
 }
 
 HRESULT CXVCliente::LeIntegracao(REG_XVDMC regDmc, XVUInt64 ullFlags,
                                  CXVDadosCR_IntegracaoMiddleware* pDados) {
     TSaida<tagREG_CR_INTEGRACAO_MIDDLEWAREPS> saida;
-    const HRESULT hr = Executa(
-        true, [&](IXVCR_Middleware& r) { return r.LeIntegracao(regDmc.uiValor, &saida.reg, ullFlags); });
+    const HRESULT hr = Executa(TipoDaLeitura(ullFlags), [&](IXVCR_Middleware& r) {
+        return r.LeIntegracao(regDmc.uiValor, &saida.reg, ullFlags);
+    });
     return FAILED(hr) ? hr : pDados->CopiarDe(saida.reg);
 }
 
@@ -109,7 +104,7 @@ HRESULT CXVCliente::LeIntegracoes(const std::vector<REG_XVDMC>& listaDmc, XVUInt
                                   std::vector<CXVDadosCR_IntegracaoMiddleware>* pLista) {
     const _REG_DF_LISTA_XVDMCPS regLista = XVVista(listaDmc);
     SSaidaIntegracoes saida;
-    HRESULT hr = Executa(true, [&](IXVCR_Middleware& r) {
+    HRESULT hr = Executa(TipoDaLeitura(ullFlags), [&](IXVCR_Middleware& r) {
         return r.LeIntegracoes(&regLista, &saida.ulQuantidade, &saida.pLista, ullFlags);
     });
     if (FAILED(hr)) return hr;
@@ -123,19 +118,21 @@ HRESULT CXVCliente::BuscaPonteiros(const CXVDadosCR_FiltroIntegracaoMiddleware& 
                                    std::vector<REG_XVDMC>* pLista) {
     const auto reg = rFiltro.ComoRegistro();
     TSaida<_REG_DF_LISTA_XVDMCPS> saida;
-    const HRESULT hr = Executa(true, [&](IXVCR_Middleware& r) { return r.BuscaPonteiros(&reg, &saida.reg); });
+    const HRESULT hr =
+        Executa(eLeitura, [&](IXVCR_Middleware& r) { return r.BuscaPonteiros(&reg, &saida.reg); });
     if (SUCCEEDED(hr)) pLista->assign(saida.reg.pLista, saida.reg.pLista + saida.reg.ulQuantidade);
     return hr;
 }
 
 HRESULT CXVCliente::GravaChaveRegistro(const CXVDadosCR_ChaveRegistroTelvoParaTerceiro& rDados) {
     const auto reg = rDados.ComoRegistro();
-    return Executa(false, [&](IXVCR_Middleware& r) { return r.GravaChaveRegistroTelvoParaTerceiro(&reg); });
+    return Executa(eGravacao,
+                   [&](IXVCR_Middleware& r) { return r.GravaChaveRegistroTelvoParaTerceiro(&reg); });
 }
 
 HRESULT CXVCliente::GravaChaveRegistroPendente(const CXVDadosCR_ChaveRegistroTelvoParaTerceiro& rDados) {
     const auto reg = rDados.ComoRegistro();
-    return Executa(false,
+    return Executa(eGravacao,
                    [&](IXVCR_Middleware& r) { return r.GravaChaveRegistroTelvoParaTerceiroPendente(&reg); });
 }
 
@@ -143,15 +140,16 @@ HRESULT CXVCliente::BuscaChaveRegistro(const CXVDadosCR_ChaveRegistroTelvoParaTe
                                        CXVDadosCR_ChaveRegistroTelvoParaTerceiro* pDados) {
     const auto regFiltro = rFiltro.ComoFiltro();
     tagREG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIROPS reg{};
-    const HRESULT hr = Executa(
-        true, [&](IXVCR_Middleware& r) { return r.BuscaChaveRegistroTelvoParaTerceiro(&regFiltro, &reg); });
+    const HRESULT hr = Executa(eLeitura, [&](IXVCR_Middleware& r) {
+        return r.BuscaChaveRegistroTelvoParaTerceiro(&regFiltro, &reg);
+    });
     if (SUCCEEDED(hr)) pDados->CopiarDe(reg);
     return hr;
 }
 
 HRESULT CXVCliente::GravaDataHora(const CXVDadosCR_DataHoraIntegracaoTerceiro& rDados) {
     const auto reg = rDados.ComoRegistro();
-    return Executa(false, [&](IXVCR_Middleware& r) { return r.GravaDataHoraIntegracaoTerceiro(&reg); });
+    return Executa(eGravacao, [&](IXVCR_Middleware& r) { return r.GravaDataHoraIntegracaoTerceiro(&reg); });
 }
 
 HRESULT CXVCliente::BuscaDataHora(const CXVDadosCR_DataHoraIntegracaoTerceiro& rFiltro,
@@ -159,7 +157,7 @@ HRESULT CXVCliente::BuscaDataHora(const CXVDadosCR_DataHoraIntegracaoTerceiro& r
     const auto regFiltro = rFiltro.ComoFiltro();
     tagREG_CR_DATA_HORA_INTEGRACAO_TERCEIROPS reg{};
     const HRESULT hr = Executa(
-        true, [&](IXVCR_Middleware& r) { return r.BuscaDataHoraIntegracaoTerceiro(&regFiltro, &reg); });
+        eLeitura, [&](IXVCR_Middleware& r) { return r.BuscaDataHoraIntegracaoTerceiro(&regFiltro, &reg); });
     if (SUCCEEDED(hr)) pDados->CopiarDe(reg);
     return hr;
 }
@@ -169,7 +167,7 @@ HRESULT CXVCliente::BuscaDadosSistemaTerceiro(const CXVDadosCR_ConsultaSistemaTe
     const auto reg = rConsulta.ComoRegistro();
     TSaida<tagREG_CR_STATUS_CONSULTA_SISTEMA_TERCEIROPS> saida;
     const HRESULT hr =
-        Executa(true, [&](IXVCR_Middleware& r) { return r.BuscaDadosSistemaTerceiro(&reg, &saida.reg); });
+        Executa(eTroca, [&](IXVCR_Middleware& r) { return r.BuscaDadosSistemaTerceiro(&reg, &saida.reg); });
     return FAILED(hr) ? hr : pResposta->CopiarDe(saida.reg);
 }
 
@@ -177,8 +175,8 @@ HRESULT CXVCliente::FuncaoGenerica(XVUInt ulFuncao, const std::string& sEntrada,
     const _REG_DF_TEXTOPS texto = CXVStringPS::Vista(sEntrada);
     const _REG_CR_LISTA_BYTESPS entrada{texto.ulQtdBytes, 0, texto.pTexto, 0};
     TSaida<_REG_CR_LISTA_BYTESPS> saida;
-    const HRESULT hr =
-        Executa(false, [&](IXVCR_Middleware& r) { return r.FuncaoGenerica(ulFuncao, &entrada, &saida.reg); });
+    const HRESULT hr = Executa(
+        eTroca, [&](IXVCR_Middleware& r) { return r.FuncaoGenerica(ulFuncao, &entrada, &saida.reg); });
     if (FAILED(hr)) return hr;
     psSaida->clear();
     if (saida.reg.ulQtdBytes != 0)

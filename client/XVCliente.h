@@ -22,9 +22,14 @@
 // impossible value or a text with a NUL byte or of 4 GiB and more; 0x80043Exx and 0x80043Fxx, a failed file
 // operation; 0x80043ED1, a recording operation of a connection for viewing only.
 //
-// When the server goes away (ServidorFoiEmbora), the operation in progress answers the code and the next
-// one connects again by itself. Operations that only read are repeated once in that case, so that they see
-// the loss only when no new server comes up. A write is not repeated: whether it took place is unknown.
+// When the server goes away or cuts an idle client off, operations connect again by themselves and wait for a
+// server that is ending or starting: 25 ms, then twice as long each time up to a second, with no attempt
+// later than 40 s after the operation began (an attempt itself may take up to 30 s). Then they are repeated,
+// where that can double nothing: writes when the code proves that the call was not executed, readings also
+// when that is unknown, twice at most. An exchange with an external system and FuncaoGenerica are never
+// repeated; whether the server is still there is asked before them. A write whose answer was lost answers the
+// code (ServidorFoiEmbora): read or search before it is made again. client/XVAusenciaServidor.h has the
+// codes.
 //
 // Thread rule: one object is used by one thread at a time, for the server inside an apartment; different
 // objects may be used by different threads at the same time. Connections to the same local store share it.
@@ -58,8 +63,8 @@ class CApartamento {
 // Whether this program can reach a server at all. Thread rule: any thread.
 bool TemServidor();
 
-// Whether a code says that the server process is gone or has cut this client off, and a new component is
-// needed. Thread rule: any thread.
+// Whether a code says that the server process is gone, has cut this client off or did not start, and a new
+// component is needed. Thread rule: any thread.
 bool ServidorFoiEmbora(HRESULT hr);
 
 // Who calls, for which company. Texts left empty are filled in with the name of the running program.
@@ -97,14 +102,25 @@ struct SUltimoErro {
 
 class CXVCliente {
   public:
+    class CConexao;  // one of the doors: client/XVConexao.h
+    // What an operation does to the world, which decides about repeating it.
+    enum class EOperacao {
+        eLeitura,   // nothing
+        eGravacao,  // changes the store, which itself answers none of the codes of a server that is gone
+        eTroca,     // comes to a provider or another component, which may answer anything
+    };
+
     CXVCliente();
+    // By a door of the caller's own, which opens with Reconecta or the first operation.
+    explicit CXVCliente(std::unique_ptr<CConexao> pConexao);
     ~CXVCliente();  // disconnects
     CXVCliente(const CXVCliente&) = delete;
     CXVCliente& operator=(const CXVCliente&) = delete;
 
     // Creates a component in the server and initialises it; a connection in hand is given up first. A server
-    // that is just ending is waited for: the creation is tried again, 150 ms x n after the nth attempt, at
-    // most 7 times. E_INVALIDARG: a text does not fit its field, or user or company are impossible.
+    // that is ending or starting is waited for, as said above; a server that cannot be started at all is
+    // known after that time only. E_INVALIDARG: a text does not fit its field, or user or company are
+    // impossible.
     // E_NOTIMPL: this system has no server. 0x80040154: none is registered. Otherwise the codes of opening a
     // store, as below.
     HRESULT Conecta(const SIdentificacao& rIdentificacao);
@@ -183,12 +199,11 @@ class CXVCliente {
     HRESULT GetUltimoErro(SUltimoErro* pErro);
 
   private:
-    class CConexao;
     class CConexaoServidor;
     class CConexaoLocal;
 
     template <class TChamada>
-    HRESULT Executa(bool bRepetivel, TChamada&& fnChamada);
+    HRESULT Executa(EOperacao eOperacao, TChamada&& fnChamada);
 
     std::unique_ptr<CConexao> m_pConexao;
 };

@@ -47,17 +47,34 @@ bool MontaRegistroInicializacao(const SIdentificacao& rIdentificacao, REG_DF_INI
     return bCoube;
 }
 
-HRESULT CXVCliente::CConexao::Abre() {
+HRESULT CXVCliente::CConexao::Abre(CXVEsperaServidor& rEspera) {
+    for (;;) {
+        EExecucao eExecucao = EExecucao::eRespondida;
+        const HRESULT hr = Tenta(&eExecucao);
+        if (SUCCEEDED(hr)) return hr;
+        Larga();
+        if (rEspera.Espera(eExecucao)) continue;
+        if (m_regRecusa.hrErro == 0) AnotaRecusa(hr);
+        OnFalha(hr);
+        return hr;
+    }
+}
+
+HRESULT CXVCliente::CConexao::Tenta(EExecucao* peExecucao) {
     Larga();
     m_regRecusa = {};
     HRESULT hr = Cria(&m_pComponente);
-    if (SUCCEEDED(hr)) hr = m_pComponente->Inicializa_Padrao(&m_reg);
+    if (FAILED(hr)) {
+        if (ValeCriarDeNovo(hr)) *peExecucao = EExecucao::eNaoExecutada;
+        return hr;
+    }
+    hr = m_pComponente->Inicializa_Padrao(&m_reg);
     if (SUCCEEDED(hr)) return hr;
-    if (m_pComponente != nullptr && FAILED(m_pComponente->GetUltimoErro(&m_regRecusa)))
+    *peExecucao = ExecucaoDaChamada(hr);
+    if (FAILED(m_pComponente->GetUltimoErro(&m_regRecusa)))
         m_regRecusa = {};  // the server has gone
-    Larga();
-    if (m_regRecusa.hrErro == 0) AnotaRecusa(hr);
-    OnFalha(hr);
+    else if (*peExecucao == EExecucao::eIncerta)
+        *peExecucao = EExecucao::eRespondida;  // it is there, and refused
     return hr;
 }
 
@@ -65,6 +82,28 @@ void CXVCliente::CConexao::AnotaRecusa(HRESULT hr) {
     CXVUltimoErro erro;
     erro.Registra(hr, "XVCliente::CXVCliente::CConexao::Abre", "client/XVConexao", __LINE__);
     erro.CopiaPara(&m_regRecusa);
+}
+
+HRESULT CXVCliente::CConexao::Garante(EOperacao eOperacao, CXVEsperaServidor& rEspera) {
+    // What cannot be repeated must not be what finds out that the server has cut this client off.
+    if (m_pComponente != nullptr && eOperacao == EOperacao::eTroca && !ComponenteResponde()) Larga();
+    return m_pComponente != nullptr ? S_OK : Abre(rEspera);
+}
+
+EExecucao CXVCliente::CConexao::LargaSeFoiEmbora(EOperacao eOperacao, HRESULT hr) {
+    const EExecucao eExecucao = ExecucaoDaChamada(hr);
+    if (eExecucao == EExecucao::eRespondida) return eExecucao;
+    // A component that still answers has given the code itself; but one that turned the call away may let the
+    // next one in.
+    const bool bDoSistema = eExecucao == EExecucao::eNaoExecutada && eOperacao != EOperacao::eTroca;
+    if (!bDoSistema && ComponenteResponde()) return EExecucao::eRespondida;
+    Larga();
+    return bDoSistema || eOperacao == EOperacao::eLeitura ? eExecucao : EExecucao::eRespondida;
+}
+
+bool CXVCliente::CConexao::ComponenteResponde() {
+    XVLongPS lInicializado = 0;
+    return SUCCEEDED(m_pComponente->EstaInicializado(&lInicializado));
 }
 
 HRESULT CXVCliente::CConexao::Fecha() {

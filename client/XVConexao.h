@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <string_view>
 
+#include "client/XVAusenciaServidor.h"
 #include "client/XVCliente.h"
 #include "contract/IXVCR_Middleware.h"
 #include "support/trace/XVCheck.h"
@@ -27,8 +28,12 @@ class CXVCliente::CConexao {
     CConexao(const CConexao&) = delete;
     CConexao& operator=(const CConexao&) = delete;
 
-    // A new component, created and initialised; the one in hand goes first.
-    virtual HRESULT Abre();
+    // A new component, created and initialised; the one in hand goes first. A server that is ending or
+    // starting is waited for.
+    HRESULT Abre() {
+        CXVEsperaServidor espera;
+        return Abre(espera);
+    }
     // What the component says of its end; it goes in any case.
     HRESULT Fecha();
     bool EstaAberta() const { return m_pComponente != nullptr; }
@@ -36,19 +41,18 @@ class CXVCliente::CConexao {
     // could be made (hrErro 0: nothing was refused).
     HRESULT GetUltimoErro(REG_DF_ULTIMO_ERROPS* pReg);
 
-    // Calls fnChamada(IXVCR_Middleware&), connected again first where the server had gone. bRepetivel: a
-    // call that only reads is repeated once when the server goes away under it.
+    // Calls fnChamada(IXVCR_Middleware&), connected again first where the server had gone; the call is
+    // repeated where that can double nothing.
     template <class TChamada>
-    HRESULT Executa(bool bRepetivel, TChamada&& fnChamada) {
-        HRESULT hr = S_OK;
-        for (int i = 0; i < (bRepetivel ? 2 : 1); ++i) {
-            if (m_pComponente == nullptr && FAILED(hr = Abre())) return hr;
+    HRESULT Executa(EOperacao eOperacao, TChamada&& fnChamada) {
+        CXVEsperaServidor espera;
+        for (;;) {
+            HRESULT hr = Garante(eOperacao, espera);
+            if (FAILED(hr)) return hr;
             hr = fnChamada(*m_pComponente);
             if (FAILED(hr)) OnFalha(hr);
-            if (!ServidorFoiEmbora(hr)) return hr;
-            Larga();
+            if (!espera.Espera(LargaSeFoiEmbora(eOperacao, hr))) return hr;
         }
-        return hr;
     }
 
   protected:
@@ -60,6 +64,15 @@ class CXVCliente::CConexao {
     virtual void OnFalha(HRESULT) {}
 
   private:
+    HRESULT Abre(CXVEsperaServidor& rEspera);
+    // One attempt, and what became of it.
+    HRESULT Tenta(EExecucao* peExecucao);
+    // A component in hand.
+    HRESULT Garante(EOperacao eOperacao, CXVEsperaServidor& rEspera);
+    // After a call that was answered with hr: gives up a component that is gone. What the call may be
+    // repeated for; eRespondida: it may not.
+    EExecucao LargaSeFoiEmbora(EOperacao eOperacao, HRESULT hr);
+    bool ComponenteResponde();
     void AnotaRecusa(HRESULT hr);
     void Larga();
 

@@ -5,8 +5,6 @@
 
 #include "client/XVChamador.h"
 #include "client/XVConexao.h"
-#include "platform/XVPlataforma.h"
-#include "support/codes/XVCodigos.h"
 #include "support/trace/XVArquivoRecusado.h"
 #include "support/trace/XVProfiler.h"
 
@@ -14,16 +12,7 @@ namespace XVCliente {
 
 namespace {
 
-constexpr unsigned k_uiTentativas = 8;
-constexpr XVUInt k_ulEsperaTentativa = 150;  // milliseconds, times the number of the attempt
-
 constexpr const char* k_pszModuloServidor = "XVCR_Middleware.exe";
-
-// Codes of a creation beside a server that is starting or ending.
-bool ValeTentarDeNovo(HRESULT hr) {
-    return ServidorFoiEmbora(hr) || hr == XVHResult(0x80080005U) /* the server did not start in time */ ||
-           hr == XVHResult(0x80004002U) /* it was not ready when asked */;
-}
 
 }  // namespace
 
@@ -40,15 +29,6 @@ class CXVCliente::CConexaoServidor final : public CXVCliente::CConexao {
   public:
     CConexaoServidor(const SIdentificacao& rIdentificacao, const REG_DF_INICIALIZAPS& reg)
         : CConexao(reg), m_Identificacao(rIdentificacao) {}
-
-    HRESULT Abre() override {
-        HRESULT hr = CConexao::Abre();
-        for (unsigned i = 1; i < k_uiTentativas && ValeTentarDeNovo(hr); ++i) {
-            XVPlataforma::Relogio().Dorme(k_ulEsperaTentativa * i);
-            hr = CConexao::Abre();
-        }
-        return hr;
-    }
 
   protected:
     HRESULT Cria(IXVCR_Middleware** ppComponente) override {

@@ -128,9 +128,9 @@ TEST(Processos, ClientesMortosEntreChamadasENoMeioDeUma) {
     EXPECT_EQ(Conta(sEmpresa), uiAntes);
 }
 
-// A server that is gone, killed or by the system's request, which closes its stores: what changes is answered
-// with a code that says so, what reads connects again by itself, and the store opens.
-TEST(Processos, ServidorQueSeFoiDaCodigoClaroEOProximoAbreALoja) {
+// A server that is gone between two calls, killed or by the system's request, which closes its stores: the
+// next recording is made once, by a server of its own, and the store has what was there before.
+TEST(Processos, ServidorQueSeFoiEntreChamadasNaoPerdeNemDobraAGravacao) {
     const std::string sEmpresa = NovaEmpresa();
     XVCliente::CXVCliente cliente;
     ASSERT_EQ(cliente.Conecta({.sEmpresa = sEmpresa}), S_OK);
@@ -139,13 +139,38 @@ TEST(Processos, ServidorQueSeFoiDaCodigoClaroEOProximoAbreALoja) {
         ASSERT_EQ(cliente.GravaIntegracao(&regDmc, IntegracaoPendente("{\"antes\":1}")), S_OK);
         bMata ? XVServidores::Mata() : XVServidores::PedeFim();
         EXPECT_TRUE(XVServidores::Espera(0));
-        REG_XVDMC regPerdida;
-        const HRESULT hr = cliente.GravaIntegracao(&regPerdida, IntegracaoPendente("{}"));
-        EXPECT_TRUE(XVCliente::ServidorFoiEmbora(hr)) << std::hex << hr;
-        EXPECT_FALSE(cliente.EstaConectado());
         if (bMata) EsqueceServidorMorto();
+        const std::size_t uiAntes = bMata ? 3 : 1;
+        REG_XVDMC regSeguinte;
+        EXPECT_EQ(cliente.GravaIntegracao(&regSeguinte, IntegracaoPendente("{}")), S_OK);
+        EXPECT_EQ(Conta(sEmpresa), uiAntes + 1);
         CXVDadosCR_IntegracaoMiddleware lida;
         EXPECT_EQ(cliente.LeIntegracao(regDmc, 7, &lida), S_OK);
         EXPECT_EQ(lida.sRegistroJSON, "{\"antes\":1}");
     }
+}
+
+// A client that the server has cut off for being idle: while the server works for another, and after it left.
+TEST(Processos, PrimeiraGravacaoDepoisDoOcioFicaUmaVez) {
+    ASSERT_TRUE(XVServidores::Espera(0));
+    const CValorDaRegistry inatividade(L"InatividadeMaximaComponente", 1);
+    const CValorDaRegistry permanencia(L"PermanenciaServidor", 0);
+    const std::string sEmpresa = NovaEmpresa();
+    XVCliente::CXVCliente cliente;
+    ASSERT_EQ(cliente.Conecta({.sEmpresa = sEmpresa}), S_OK);
+    {
+        XVCliente::CXVCliente outro;
+        ASSERT_EQ(outro.Conecta({.sEmpresa = sEmpresa}), S_OK);
+        for (int i = 0; i < 12; ++i) {
+            ::Sleep(250);
+            EXPECT_EQ(XVPortaTeste::Conta(outro), 0U);
+        }
+        REG_XVDMC regDmc;
+        EXPECT_EQ(cliente.GravaIntegracao(&regDmc, IntegracaoPendente("{}")), S_OK);
+        EXPECT_EQ(XVPortaTeste::Conta(outro), 1U);
+    }
+    EXPECT_TRUE(XVServidores::Espera(0));
+    REG_XVDMC regDmc;
+    EXPECT_EQ(cliente.GravaIntegracao(&regDmc, IntegracaoPendente("{}")), S_OK);
+    EXPECT_EQ(XVPortaTeste::Conta(cliente), 2U);
 }
