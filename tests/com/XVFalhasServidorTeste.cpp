@@ -23,6 +23,8 @@ class CServidorComProvedorFalho {
                 fs::copy_file(rEntrada.path(), m_pasta.Junta(rEntrada.path().filename().string()));
         fs::copy_file(original / ".." / "tests" / "com" / "XVProvedorFalho.dll",
                       m_pasta.Junta("XVProvedor16.dll"));
+        // Without the system's minidumps, which take seconds each.
+        m_pasta.CriaArquivo("dbghelp.dll", "no library");
         EXPECT_EQ(XVExecuta(m_pasta.Junta("XVCR_Middleware.exe"), {"/RegServer"}).iSaida, 0);
     }
     ~CServidorComProvedorFalho() {

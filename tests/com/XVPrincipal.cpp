@@ -1,15 +1,10 @@
 // The program of these tests, and what it is as a client process of one of them.
-#include <windows.h>
-
-#include <objbase.h>
-
 #include <cstdio>
 #include <filesystem>
 #include <iostream>
 #include <stdexcept>
 
 #include "client/XVCliente.h"
-#include "contract/IXVCR_Middleware.h"
 #include "server/XVTratamentoCrash.h"
 #include "tests/com/XVAmbienteCom.h"
 
@@ -51,18 +46,6 @@ int Prende(const std::string& sEmpresa, bool bChama) {
     }
 }
 
-// A lock of the server by a client that has no component.
-int Trava() {
-    const XVCliente::CApartamento apartamento;
-    IClassFactory* pFabrica = nullptr;
-    Exige("CoGetClassObject", ::CoGetClassObject(k_clsidMiddleware, CLSCTX_LOCAL_SERVER, nullptr,
-                                                 IID_IClassFactory, reinterpret_cast<void**>(&pFabrica)));
-    Exige("LockServer", pFabrica->LockServer(TRUE));
-    std::cout << "dentro" << std::endl;
-    ::Sleep(INFINITE);
-    return 0;
-}
-
 int Quebra(const std::wstring& sDiretorio, bool bComMinidump) {
     XVTratamentoCrash::Instala(sDiretorio, bComMinidump);
     volatile int* volatile piNulo = nullptr;
@@ -78,14 +61,13 @@ int Termina(const std::wstring& sDiretorio) {
 // What this program does when a test starts it again as a client process ("--filho <mode> ..."): "grava
 // <company> <n> <user>" records and reads back n integrations; "espera <company>" initialises, says so in one
 // line and sleeps; "chama <company>" initialises and records large texts for ever, one line
-// after each; "trava" locks the server, says so and sleeps; "crash <directory> <0|1>" faults under the crash handler, with or without minidump; "termina
+// after each; "crash <directory> <0|1>" faults under the crash handler, with or without minidump; "termina
 // <directory>" ends by an exception that nobody catches. The exit code is 0 on success.
 int ExecutaFilho(const std::vector<std::string>& a) {
     const std::string& sModo = a.at(0);
     if (sModo == "crash") return Quebra(std::filesystem::path(a.at(1)).wstring(), a.at(2) == "1");
     if (sModo == "termina") return Termina(std::filesystem::path(a.at(1)).wstring());
     if (sModo == "grava") return Grava(a.at(1), std::stoi(a.at(2)), std::stoi(a.at(3)));
-    if (sModo == "trava") return Trava();
     if (sModo == "espera" || sModo == "chama") return Prende(a.at(1), sModo == "chama");
     return 2;
 }

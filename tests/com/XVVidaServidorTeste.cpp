@@ -2,9 +2,12 @@
 #include <filesystem>
 
 #include "server/XVExclusividade.h"
+#include "server/XVFabricaClasse.h"
 #include "tests/com/XVAmbienteCom.h"
 #include "tests/com/XVServidores.h"
+#include "tests/harness/XVGuardasPlataforma.h"
 #include "tests/harness/XVProcessoFilho.h"
+#include "tests/harness/XVRelogioFalso.h"
 
 namespace {
 
@@ -83,16 +86,25 @@ TEST(VidaServidor, QuemTerminaEEsperadoEQuemAtendeNao) {
     EXPECT_EQ(sucessor.EsperaFim(), 0);
 }
 
-TEST(VidaServidor, TravaDeClienteMortoNaoOSegura) {
-    ASSERT_TRUE(XVServidores::Espera(0));
-    const CValorDaRegistry inatividade(L"InatividadeMaximaComponente", 3);
-    CXVProcessoFilho trava(XVProgramaVizinho("xv_teste_com"), {"--filho", "trava"});
-    ASSERT_EQ(trava.LeLinha(), "dentro");
-    const std::vector<DWORD> listaServidor = XVServidores::Lista();
-    EXPECT_EQ(listaServidor.size(), 1U);
-    // Without a component, and not to stay: the lock holds it.
-    EXPECT_EQ(Grava(NovaEmpresa()), listaServidor);
-    EXPECT_EQ(XVServidores::Lista(), listaServidor);
-    trava.Mata();
-    EXPECT_TRUE(XVServidores::Espera(0));
+// In this process: not every system brings a client's lock to the server.
+TEST(VidaServidor, TravaQueNinguemTiraValeComoUmComponenteAbandonado) {
+    CXVRelogioFalso relogio;
+    const CXVGuardaRelogio guarda(relogio);
+    CXVVidaServidor& rVida = CXVVidaServidor::Get();
+    CXVFabricaClasse fabrica;
+    rVida.SetInatividade(5000);
+    EXPECT_EQ(fabrica.LockServer(FALSE), E_UNEXPECTED);
+    EXPECT_EQ(fabrica.LockServer(TRUE), S_OK);
+    relogio.Avanca(4999);
+    EXPECT_TRUE(rVida.TemClientes());
+    relogio.Avanca(1);
+    EXPECT_FALSE(rVida.TemClientes());
+    EXPECT_EQ(fabrica.LockServer(TRUE), S_OK);
+    EXPECT_TRUE(rVida.TemClientes());
+    rVida.SetInatividade(0);
+    relogio.Avanca(1000000);
+    EXPECT_TRUE(rVida.TemClientes());
+    EXPECT_EQ(fabrica.LockServer(FALSE), S_OK);
+    EXPECT_EQ(fabrica.LockServer(FALSE), S_OK);
+    EXPECT_FALSE(rVida.TemClientes());
 }
