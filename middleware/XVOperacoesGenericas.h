@@ -8,8 +8,8 @@
 
 #include "support/values/XVDmc.h"
 
-// No input. Answers the keys (8 bytes each, in their order) that the exchange operations of the component have
-// recorded since the last of them began, also where it failed.
+// No input. Answers the keys (8 bytes each, in their order) that the exchange operations of the component
+// have recorded since the last of them began, also where it failed.
 inline constexpr XVUInt k_ulFuncaoUltimasGravadas = 100;
 
 class CXVOperacoesGenericas {

@@ -28,7 +28,7 @@ std::unique_ptr<IXVProvedorIntegracao> CXVProvedorAdaptador::Cria(PFXVProvedorOb
                                                                   std::string* psMotivo) {
     *psMotivo = "não exporta " XVPROVEDOR_FUNCAO;
     if (pfnObtem == nullptr) return nullptr;
-    const auto pChamada = std::make_shared<CXVChamadaObtem>(CXVProfilerEmpresa(), pfnObtem);
+    const auto pChamada = std::make_shared<CXVChamadaObtem>(CXVDonoCopiado(), pfnObtem);
     if (const HRESULT hr = CXVVigiaProvedor(eSistema).Chama(pChamada); FAILED(hr)) {
         char szMotivo[64];
         std::snprintf(szMotivo, sizeof(szMotivo), XVPROVEDOR_FUNCAO " respondeu 0x%08X",

@@ -28,9 +28,7 @@ HRESULT Codigo(std::int32_t iResultado) {
 }  // namespace
 
 CXVChamadaProvedor::CXVChamadaProvedor(const char* pszFuncao, const IXVDF_Profiler& rDono)
-    : m_pszFuncao(pszFuncao) {
-    m_dono.SetProfiler(rDono);
-}
+    : m_pszFuncao(pszFuncao), m_dono(rDono) {}
 
 void CXVChamadaProvedor::Trabalha() noexcept {
     try {

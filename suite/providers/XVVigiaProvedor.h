@@ -12,7 +12,8 @@
 #include <memory>
 #include <mutex>
 
-#include "suite/XVInicializador.h"
+#include "platform/XVTipos.h"
+#include "suite/providers/XVDonoCopiado.h"
 #include "suite/providers/XVFiosDeChamada.h"
 
 // One call of a library with everything that it is lent and writes into: it may outlive who asked.
@@ -40,7 +41,7 @@ class CXVChamadaProvedor : public IXVTrabalho {
     enum class EEstado : std::uint8_t { eEmCurso, eRespondida, eAbandonada };
 
     const char* m_pszFuncao;
-    CXVProfilerEmpresa m_dono;
+    CXVDonoCopiado m_dono;
     XVUInt m_eSistema = 0;
     std::shared_ptr<std::atomic<unsigned>> m_puiPresas;
     std::mutex m_mutex;

@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <fstream>
 
+#include "middleware/XVOperacoesGenericas.h"
 #include "support/trace/XVArquivoRecusado.h"
 #include "tests/client/XVPortaTeste.h"
 #include "tests/suite/XVIntegracaoCheia.h"
@@ -184,6 +185,10 @@ TEST_F(CMetodosCliente, TrocaComSistemasTerceiros) {
     const CXVDadosCR_IntegracaoMiddleware pendente = Le(chave.regDmcOrigemIntegracao);
     EXPECT_EQ(pendente.regDmcIntegracaoOrigem, dados.regDmcMovimentoOrigem);
     EXPECT_EQ(pendente.sRegistroJSON, "{\"p\":1}");
+    std::string sGravadas;
+    EXPECT_EQ(m_Cliente.FuncaoGenerica(k_ulFuncaoUltimasGravadas, {}, &sGravadas), S_OK);
+    const XVUInt64 uiGravada = chave.regDmcOrigemIntegracao.uiValor;
+    EXPECT_EQ(sGravadas, std::string(reinterpret_cast<const char*>(&uiGravada), sizeof uiGravada));
 }
 
 TEST_F(CMetodosCliente, UltimoErroEFuncaoGenerica) {

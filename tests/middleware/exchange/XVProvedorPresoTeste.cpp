@@ -20,8 +20,12 @@ class CXVProvedorPresoTeste : public CXVCenarioTroca {
         m_rGravador.mapDados["EnviaJson"].fnDepois = std::move(fnFaz);
     }
     void EsperaQueVolte() const {
-        const CXVCapturaTrace recusas;
-        while (XVProvedores::Busca(Mercos)->RealizaOperacaoPosterior(m_Dono, {}) == E_XVCR_PROVEDOR_SUSPENSO)
+        const auto suspenso = [this] {
+            return XVProvedores::Busca(Mercos)->RealizaOperacaoPosterior(m_Dono, {}) ==
+                   E_XVCR_PROVEDOR_SUSPENSO;
+        };
+        const auto limite = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+        while (suspenso() && std::chrono::steady_clock::now() < limite)
             std::this_thread::sleep_for(std::chrono::milliseconds(5));
     }
     std::string LogDeErros() {
@@ -42,6 +46,7 @@ TEST_F(CXVProvedorPresoTeste, ChamadaPresaEAbandonadaEOProvedorFicaSuspensoAteQu
     EXPECT_TRUE(XVTextoNoLog(m_Captura,
                              "Provedor do sistema 16 não respondeu em 1 s: pfnEnviaJson foi abandonada, e o "
                              "provedor fica suspenso até que ela volte"));
+    EXPECT_FALSE(XVTextoNoLog(m_Captura, "Resposta do provedor")) << "there is none to be judged";
     const std::vector<std::string> listaPerdidas = LinhasPerdidas();
     EXPECT_EQ(listaPerdidas,
               (std::vector<std::string>{
