@@ -110,10 +110,10 @@ class CXVCliente {
     HRESULT Conecta(const SIdentificacao& rIdentificacao);
     // The same with the component in this process. Opening for writing converts a store of an earlier version
     // and makes one where there is none.
-    // E_INVALIDARG: as above, or another module directory is in force in this process. 0x80043EBF (eBadPath):
-    // no module directory is configured, or there is nothing to view. 0x80043EEE: another process has the
-    // store open for writing. 0x810809C7: the store is of a later version. Codes of a file that is refused:
-    // GetUltimoErro names it.
+    // E_NOTIMPL: a program of 32 bits, which reaches a store by the server only. E_INVALIDARG: as above, or
+    // another module directory is in force in this process. 0x80043EBF (eBadPath): no module directory is
+    // configured, or there is nothing to view. 0x80043EEE: another process has the store open for writing.
+    // 0x810809C7: the store is of a later version. Codes of a file that is refused: GetUltimoErro names it.
     HRESULT ConectaLocal(const SIdentificacao& rIdentificacao, const SLojaLocal& rLoja);
     // The same again, by the same door and as whom it was given.
     HRESULT Reconecta();

@@ -90,7 +90,7 @@ struct tagREG_CR_FILTRO_INTEGRACAO_MIDDLEWAREPS {
     XVUInt* pListaSistemaIntegracao;
     XVUInt* pListaTipoTransacao;
 };
-static_assert(sizeof(tagREG_CR_FILTRO_INTEGRACAO_MIDDLEWAREPS) == 96);
+static_assert(sizeof(tagREG_CR_FILTRO_INTEGRACAO_MIDDLEWAREPS) == 64 + 4 * sizeof(void*));
 static_assert(offsetof(tagREG_CR_FILTRO_INTEGRACAO_MIDDLEWAREPS, pListaTipoIntegracao) == 64);
 
 struct tagREG_CR_CHAVE_REGISTRO_TELVO_PARA_TERCEIROPS {

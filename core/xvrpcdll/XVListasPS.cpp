@@ -18,9 +18,11 @@ HRESULT XVListaDeBytes(const _REG_CR_LISTA_BYTESPS* pReg, std::span<const XVByte
 HRESULT XVListaDeDmc(const _REG_DF_LISTA_XVDMCPS* pReg) {
     if (pReg == nullptr) return E_POINTER;
     if (pReg->ulQuantidade == 0) return S_OK;
-    // The answer has one record for every key: the size of no answer overflows.
-    static_assert(std::numeric_limits<XVUInt>::max() <=
-                  std::numeric_limits<std::ptrdiff_t>::max() / sizeof(tagREG_CR_INTEGRACAO_MIDDLEWAREPS));
+    // The answer has one record for every key: the size of no answer overflows in the component, a program of
+    // 64 bits.
+    static_assert(sizeof(void*) == 4 ||
+                  std::numeric_limits<XVUInt>::max() <=
+                      std::numeric_limits<std::ptrdiff_t>::max() / sizeof(tagREG_CR_INTEGRACAO_MIDDLEWAREPS));
     return pReg->pLista == nullptr ? E_INVALIDARG : S_OK;
 }
 

@@ -22,17 +22,22 @@ constexpr std::uint64_t VezesX(std::uint64_t ui) {
     return (ui >> 1) ^ ((ui & 1) != 0 ? 0xC96C5795D7870F42ULL : 0ULL);
 }
 
+// Byte uiQual of ui, as the position in a table.
+constexpr std::size_t Octeto(std::uint64_t ui, unsigned uiQual) {
+    return static_cast<std::size_t>(ui >> (8 * uiQual) & 0xFF);
+}
+
 // Slicing-by-8 tables: entry [k][b] is byte b followed by k zero bytes.
 consteval std::array<std::array<std::uint64_t, 256>, 8> GeraTabelas() {
     std::array<std::array<std::uint64_t, 256>, 8> aTabelas{};
-    for (std::uint64_t b = 0; b < 256; ++b) {
+    for (std::size_t b = 0; b < 256; ++b) {
         std::uint64_t uiCrc = b;
         for (int i = 0; i < 8; ++i) uiCrc = VezesX(uiCrc);
         aTabelas[0][b] = uiCrc;
     }
     for (std::size_t k = 1; k < 8; ++k)
         for (std::size_t b = 0; b < 256; ++b)
-            aTabelas[k][b] = (aTabelas[k - 1][b] >> 8) ^ aTabelas[0][aTabelas[k - 1][b] & 0xFF];
+            aTabelas[k][b] = (aTabelas[k - 1][b] >> 8) ^ aTabelas[0][Octeto(aTabelas[k - 1][b], 0)];
     return aTabelas;
 }
 inline constexpr auto k_aTabelas = GeraTabelas();
@@ -46,11 +51,11 @@ inline std::uint64_t PorTabelas(const void* pDados, std::size_t uiTamanho, std::
         std::uint64_t uiBloco = 0;
         std::memcpy(&uiBloco, p, sizeof(uiBloco));
         uiBloco ^= uiCrc;
-        uiCrc = t[7][uiBloco & 0xFF] ^ t[6][(uiBloco >> 8) & 0xFF] ^ t[5][(uiBloco >> 16) & 0xFF] ^
-                t[4][(uiBloco >> 24) & 0xFF] ^ t[3][(uiBloco >> 32) & 0xFF] ^ t[2][(uiBloco >> 40) & 0xFF] ^
-                t[1][(uiBloco >> 48) & 0xFF] ^ t[0][uiBloco >> 56];
+        uiCrc = t[7][Octeto(uiBloco, 0)] ^ t[6][Octeto(uiBloco, 1)] ^ t[5][Octeto(uiBloco, 2)] ^
+                t[4][Octeto(uiBloco, 3)] ^ t[3][Octeto(uiBloco, 4)] ^ t[2][Octeto(uiBloco, 5)] ^
+                t[1][Octeto(uiBloco, 6)] ^ t[0][Octeto(uiBloco, 7)];
     }
-    for (; uiTamanho > 0; --uiTamanho, ++p) uiCrc = (uiCrc >> 8) ^ t[0][(uiCrc ^ *p) & 0xFF];
+    for (; uiTamanho > 0; --uiTamanho, ++p) uiCrc = (uiCrc >> 8) ^ t[0][Octeto(uiCrc ^ *p, 0)];
     return uiCrc;
 }
 
