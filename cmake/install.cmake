@@ -3,6 +3,7 @@
 #   servidor   the component's server with its proxy/stub library (Windows)
 #   cliente    the CMake package XVCliente: headers, libraries and, for other languages on Windows, the
 #              interface definition with what is made of it
+# Of a tree of 32 bits the server's part is the proxy/stub library alone.
 # Windows looks for a program's libraries beside it, so that there everything that runs lies in one folder.
 include(CMakePackageConfigHelpers)
 include(GNUInstallDirs)
@@ -16,11 +17,15 @@ else()
   set(programas lib/xvcr)
 endif()
 
-install(PROGRAMS $<TARGET_FILE:xvcr> $<TARGET_FILE:XVLMensagem> DESTINATION ${programas} COMPONENT programa)
-if(WIN32)
-  install(PROGRAMS $<TARGET_FILE:XVCR_Middleware> $<TARGET_FILE:XVCR_MiddlewarePS>
-    DESTINATION ${programas} COMPONENT servidor)
-else()
+if(TARGET xvcr)
+  install(PROGRAMS $<TARGET_FILE:xvcr> $<TARGET_FILE:XVLMensagem> DESTINATION ${programas} COMPONENT programa)
+endif()
+foreach(alvo XVCR_Middleware XVCR_MiddlewarePS)
+  if(TARGET ${alvo})
+    install(PROGRAMS $<TARGET_FILE:${alvo}> DESTINATION ${programas} COMPONENT servidor)
+  endif()
+endforeach()
+if(NOT WIN32)
   # Both pages come from the program itself.
   install(CODE "
     set(feito ${CMAKE_CURRENT_BINARY_DIR}/feito)
@@ -52,9 +57,11 @@ if(WIN32)
   install(FILES ${gerado}/XVCR_Middleware_idl.h ${gerado}/XVCR_Middleware_i.c
     DESTINATION ${cabecalhos}/com COMPONENT cliente)
 endif()
-install(TARGETS xv_opcoes xv_platform xv_support xv_contract xv_suite xv_xvdatabase xv_middleware
-    xv_verificacao xv_quadro xv_xvrpcdll xv_cliente
-  EXPORT XVClienteAlvos ARCHIVE DESTINATION ${bibliotecas} COMPONENT cliente)
+set(alvos xv_opcoes xv_platform xv_support xv_contract xv_suite xv_quadro xv_cliente)
+if(TARGET xv_xvrpcdll)
+  list(APPEND alvos xv_xvdatabase xv_middleware xv_verificacao xv_xvrpcdll)
+endif()
+install(TARGETS ${alvos} EXPORT XVClienteAlvos ARCHIVE DESTINATION ${bibliotecas} COMPONENT cliente)
 install(EXPORT XVClienteAlvos NAMESPACE XVCliente:: DESTINATION ${pacote} COMPONENT cliente)
 configure_package_config_file(cmake/XVClienteConfig.cmake.in ${CMAKE_CURRENT_BINARY_DIR}/XVClienteConfig.cmake
   INSTALL_DESTINATION ${pacote} NO_SET_AND_CHECK_MACRO NO_CHECK_REQUIRED_COMPONENTS_MACRO)
