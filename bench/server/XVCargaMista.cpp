@@ -1,31 +1,17 @@
-// Soak: many calls of mixed methods on one component, and the server's memory at every tenth of the way.
-// Exit code 1 when a call fails or the memory of the second half grows past what its data explains.
-#include <windows.h>
-
-#include <psapi.h>
-
+// Many calls of mixed methods on one component, and the server's memory at every tenth of the way: that of
+// the second half must not grow past what its data explains.
 #include <cstdio>
-#include <cstdlib>
 
-#include "client/XVCliente.h"
+#include "bench/server/XVCarga.h"
 #include "tests/com/XVAmbienteCom.h"
-#include "tests/com/XVServidores.h"
+
+namespace XVCarga {
 
 namespace {
 
 // Every integration stays in the server's memory with its index entries: what one may take.
 constexpr std::size_t k_uiMemoriaPorIntegracao = 1024;
 constexpr std::size_t k_uiFolga = std::size_t{3} << 19;  // of the allocator; 30 bytes a call would exceed it
-
-std::size_t MemoriaServidor() {
-    const auto lista = XVServidores::Lista();
-    if (lista.empty()) return 0;
-    const HANDLE hProcesso = ::OpenProcess(PROCESS_QUERY_INFORMATION | PROCESS_VM_READ, FALSE, lista.front());
-    PROCESS_MEMORY_COUNTERS contadores{};
-    ::GetProcessMemoryInfo(hProcesso, &contadores, sizeof(contadores));
-    ::CloseHandle(hProcesso);
-    return contadores.WorkingSetSize;
-}
 
 // One step of ten calls; only the first one adds an integration, once in a hundred steps.
 HRESULT Passo(XVCliente::CXVCliente& rCliente, int iPasso, REG_XVDMC* pDmc, int* piIntegracoes) {
@@ -54,13 +40,16 @@ HRESULT Passo(XVCliente::CXVCliente& rCliente, int iPasso, REG_XVDMC* pDmc, int*
     return hr;
 }
 
-int Executa(int iChamadas) {
+}  // namespace
+
+bool Mista(int iChamadas) {
     XVCliente::CXVCliente cliente;
-    HRESULT hr = cliente.Conecta({.sEmpresa = "SOAK", .usUsuario = 7});
+    HRESULT hr = cliente.Conecta({.sEmpresa = XVAmbienteCom::NovaEmpresa(), .usUsuario = 7});
     const int iPassos = iChamadas / 10;
     std::size_t uiPermitido = 0;
     int iIntegracoes = 0;
     REG_XVDMC regDmc;
+    const CCronometro cronometro;
     for (int i = 0; i < iPassos && hr >= 0; ++i) {
         const int iAntes = iIntegracoes;
         hr = Passo(cliente, i, &regDmc, &iIntegracoes);
@@ -70,20 +59,11 @@ int Executa(int iChamadas) {
                         iIntegracoes);
         if (i == iPassos / 2) uiPermitido = MemoriaServidor() + k_uiFolga;
     }
+    if (FAILED(hr)) DizFalha("mixed calls", hr);
     const bool bCresceu = MemoriaServidor() > uiPermitido;
-    if (hr < 0)
-        std::printf("failed: 0x%08lX\n", static_cast<unsigned long>(hr));
-    else
-        std::printf(bCresceu ? "memory grew\n" : "level\n");
-    return hr < 0 || bCresceu ? 1 : 0;
+    std::printf("mixed: %d calls in %.0f s, %d integrations, server memory %zu KB: %s\n", iPassos * 10,
+                cronometro.Segundos(), iIntegracoes, MemoriaServidor() / 1024, bCresceu ? "grew" : "level");
+    return SUCCEEDED(hr) && !bCresceu;
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
-    const XVCliente::CApartamento apartamento;
-    if (!XVAmbienteCom::Prepara()) return 2;
-    const int iCodigo = Executa(argc > 1 ? std::atoi(argv[1]) : 100000);
-    XVAmbienteCom::Desfaz();
-    return iCodigo;
-}
+}  // namespace XVCarga
