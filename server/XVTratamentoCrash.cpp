@@ -15,8 +15,10 @@
 #include "platform/XVChamadaVigiada.h"
 #include "platform/XVPlataforma.h"
 #include "platform/win32/XVTextoWindows.h"
+#include "server/XVExclusividade.h"
 #include "server/XVPilhaThreads.h"
 #include "server/XVRelatorioCrash.h"
+#include "server/XVTemposFim.h"
 #include "support/trace/XVProfiler.h"
 
 namespace {
@@ -26,10 +28,9 @@ using PGravaMinidump = decltype(&::MiniDumpWriteDump);
 // An end that is no exception of the system's, turned into an exception record.
 constexpr DWORD k_ulExcecaoTermino = 0xE0585641;  // std::terminate
 constexpr DWORD k_ulExcecaoAborto = 0xE0585642;   // abort
-// What the line of the error log and the whole report get. A fault may have come with any lock held, and they
-// may then never end.
+// What the line of the error log gets of the report's time. A fault may have come with any lock held, and
+// neither may then ever end.
 constexpr DWORD k_ulTempoLinha = 2000;
-constexpr DWORD k_ulTempoRelatorio = 20000;
 
 // Prepared at installation: nothing is loaded or allocated during a crash. Line and report are written by
 // threads that do nothing else, for the stack of the one that crashed may be full or destroyed.
@@ -111,10 +112,13 @@ DWORD WINAPI Relata(void*) {
     const DWORD ulThread = ::GetCurrentThreadId();
     DWORD ulTratando = 0;
     if (g_estado.ulThreadTratando.compare_exchange_strong(ulTratando, ulThread)) {
+        // Nobody goes on with what the fault may have left in memory; and a next server waits for this end.
+        XVDetemChamadas();
+        CXVExclusividade::AnunciaFimDoProcesso();
         g_estado.pExcecao = pExcecao;
         MontaCaminho();
         ::SetEvent(g_estado.hPedido);
-        ::WaitForSingleObject(g_estado.hRelator, k_ulTempoRelatorio);
+        ::WaitForSingleObject(g_estado.hRelator, k_ulTempoRelatorioCrash);
     } else if (ulThread == g_estado.ulEscritor) {
         ::ExitThread(1);  // the report goes on without the line
     } else if (ulTratando != ulThread && ulThread != g_estado.ulRelator) {
@@ -156,8 +160,9 @@ void TrataFalhaNaChamada(void* pDescricao) {
 }
 
 // A fault in this program's own code is never handled by it. One elsewhere may be: libraries that run managed
-// code, for one, fault and go on. A full stack is the end in any code, and leaves little room to look further; and where the fault is in
-// no code at all, as after a call through null, a search for handlers has nowhere to begin.
+// code, for one, fault and go on. A full stack is the end in any code, and leaves little room to look
+// further; and where the fault is in no code at all, as after a call through null, a search for handlers has
+// nowhere to begin.
 LONG CALLBACK TrataPrimeiraChance(EXCEPTION_POINTERS* pExcecao) {
     const DWORD ulCodigo = pExcecao->ExceptionRecord->ExceptionCode;
     const void* pEndereco = pExcecao->ExceptionRecord->ExceptionAddress;

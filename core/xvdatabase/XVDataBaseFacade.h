@@ -90,9 +90,9 @@ class CXVDataBaseFacade : public TBase {
         XVUInt ulTicks;
     };
 
-    // An opening may take seconds to find out that another process does not give the store up. Who waited here
-    // for at least half of one that failed has seen as much as by an own one: they all fail side by side, and
-    // not one after the other.
+    // An opening may take seconds to find out that another process does not give the store up. Who waited
+    // here for at least half of one that failed has seen as much as by an own one: they all fail side by
+    // side, and not one after the other.
     HRESULT AbreComoPrimeiro(const std::string& sDiretorio, const SChegada& rChegada) {
         SAberturaFalha& rFalha = m_pLoja->falha;
         const XVUInt ulInicio = XVPlataforma::Relogio().GetTicks();
@@ -220,7 +220,7 @@ class CXVDataBaseFacade : public TBase {
         std::mutex mutexAbertura;
         std::mutex mutexAlteracao;
         std::size_t uiObjetos = 0;
-        SAberturaFalha falha;                  // guarded by mutexAbertura, as is the step of the count
+        SAberturaFalha falha;  // guarded by mutexAbertura, as is the step of the count
         std::atomic<XVUInt64> uiFalhas = 0;
     };
 
