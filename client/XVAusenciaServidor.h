@@ -10,7 +10,9 @@
 //     0x800706BE 0x800706B5  the server's runtime knows the interface no more and turned the call away before
 //     any of the
 //                 server's code saw it
-//     0x80010108  the runtime found the object disconnected before it handed the call on: what the idle rule
+//     0x800706BB  the runtime had no place for the call and turned it away before any of the server's code
+//     saw it 0x80010108  the runtime found the object disconnected before it handed the call on: what the
+//     idle rule
 //                 of the server leaves behind
 //     0x800401FD  the proxy itself is disconnected: the call never left
 //     0x80010012  the server died before the call was handed on: the code says so, and has no other meaning
