@@ -56,12 +56,15 @@ bool ServidorFoiEmbora(HRESULT hr) {
     return p != nullptr && p->bDizQueFoiEmbora;
 }
 
-CXVEsperaServidor::CXVEsperaServidor() : m_ulInicio(XVPlataforma::Relogio().GetTicks()) {}
+void CXVEsperaServidor::Comeca() {
+    if (!m_ulInicio) m_ulInicio = XVPlataforma::Relogio().GetTicks();
+}
 
 bool CXVEsperaServidor::Espera(EExecucao eExecucao) {
     if (eExecucao == eRespondida) return false;
     if (eExecucao == eIncerta && m_uiIncertas++ == k_uiIncertas) return false;
-    if (XVPlataforma::Relogio().GetTicks() - m_ulInicio + m_ulEspera > k_ulTotal) return false;
+    Comeca();
+    if (XVPlataforma::Relogio().GetTicks() - *m_ulInicio + m_ulEspera > k_ulTotal) return false;
     XVPlataforma::Relogio().Dorme(m_ulEspera);
     m_ulEspera = std::min(2 * m_ulEspera, k_ulMaior);
     return true;
