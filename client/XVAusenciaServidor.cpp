@@ -21,6 +21,7 @@ using enum EExecucao;
 constexpr SAusencia k_aAusencias[] = {
     {0x800706B5U, eNaoExecutada, true},   // RPC_S_UNKNOWN_IF
     {0x800706BAU, eNaoExecutada, true},   // RPC_S_SERVER_UNAVAILABLE
+    {0x800706BBU, eNaoExecutada, true},   // RPC_S_SERVER_TOO_BUSY
     {0x80010012U, eNaoExecutada, true},   // RPC_E_SERVER_DIED_DNE
     {0x80010108U, eNaoExecutada, true},   // RPC_E_DISCONNECTED
     {0x800401FDU, eNaoExecutada, true},   // CO_E_OBJNOTCONNECTED
@@ -29,7 +30,7 @@ constexpr SAusencia k_aAusencias[] = {
     {0x80010007U, eIncerta,      true},   // RPC_E_SERVER_DIED
     {0x80080008U, eIncerta,      true},   // CO_E_SERVER_STOPPING
     {0x80004005U, eIncerta,      false},  // E_FAIL
-    {0x80080005U, eRespondida,   true},   // CO_E_SERVER_EXEC_FAILURE: it did not start in time; creations only
+    {0x80080005U, eRespondida,   true},   // CO_E_SERVER_EXEC_FAILURE: it did not start in time
     {0x80004002U, eRespondida,   false},  // E_NOINTERFACE: a creation met a server that was not ready
 };
 // clang-format on
@@ -55,12 +56,15 @@ bool ServidorFoiEmbora(HRESULT hr) {
     return p != nullptr && p->bDizQueFoiEmbora;
 }
 
-CXVEsperaServidor::CXVEsperaServidor() : m_ulInicio(XVPlataforma::Relogio().GetTicks()) {}
+void CXVEsperaServidor::Comeca() {
+    if (!m_ulInicio) m_ulInicio = XVPlataforma::Relogio().GetTicks();
+}
 
 bool CXVEsperaServidor::Espera(EExecucao eExecucao) {
     if (eExecucao == eRespondida) return false;
     if (eExecucao == eIncerta && m_uiIncertas++ == k_uiIncertas) return false;
-    if (XVPlataforma::Relogio().GetTicks() - m_ulInicio + m_ulEspera > k_ulTotal) return false;
+    Comeca();
+    if (XVPlataforma::Relogio().GetTicks() - *m_ulInicio + m_ulEspera > k_ulTotal) return false;
     XVPlataforma::Relogio().Dorme(m_ulEspera);
     m_ulEspera = std::min(2 * m_ulEspera, k_ulMaior);
     return true;

@@ -10,7 +10,9 @@
 //     0x800706BE 0x800706B5  the server's runtime knows the interface no more and turned the call away before
 //     any of the
 //                 server's code saw it
-//     0x80010108  the runtime found the object disconnected before it handed the call on: what the idle rule
+//     0x800706BB  the runtime had no place for the call and turned it away before any of the server's code
+//     saw it 0x80010108  the runtime found the object disconnected before it handed the call on: what the
+//     idle rule
 //                 of the server leaves behind
 //     0x800401FD  the proxy itself is disconnected: the call never left
 //     0x80010012  the server died before the call was handed on: the code says so, and has no other meaning
@@ -27,6 +29,8 @@
 //
 // Thread rule: any thread.
 #pragma once
+
+#include <optional>
 
 #include "platform/XVTipos.h"
 
@@ -49,18 +53,19 @@ class CXVEsperaServidor {
   public:
     static constexpr XVUInt k_ulPrimeira = 25;  // ms: what an activation takes when the server is up
     static constexpr XVUInt k_ulMaior = 1000;   // ms; each wait is twice the one before, up to this
-    // ms, from the beginning of the operation: no attempt begins later. A server may take 30 s to end, and
+    // ms, from the first creation or the first failure: no attempt begins later. A server may take 30 s to end, and
     // its successor has to start.
     static constexpr XVUInt k_ulTotal = 40000;
     // So often is repeated what may have brought the server down itself.
     static constexpr unsigned k_uiIncertas = 2;
 
-    CXVEsperaServidor();
+    // From here on the time counts; again: no effect. A call that succeeds reads no clock.
+    void Comeca();
     // Sleeps before the next attempt; false, at once, where none is due after one that ended like this.
     bool Espera(EExecucao eExecucao);
 
   private:
-    const XVUInt m_ulInicio;
+    std::optional<XVUInt> m_ulInicio;
     XVUInt m_ulEspera = k_ulPrimeira;
     unsigned m_uiIncertas = 0;
 };

@@ -48,6 +48,7 @@ bool MontaRegistroInicializacao(const SIdentificacao& rIdentificacao, REG_DF_INI
 }
 
 HRESULT CXVCliente::CConexao::Abre(CXVEsperaServidor& rEspera) {
+    rEspera.Comeca();
     for (;;) {
         EExecucao eExecucao = EExecucao::eRespondida;
         const HRESULT hr = Tenta(&eExecucao);

@@ -11,6 +11,8 @@ namespace {
 
 constexpr double k_fSemDados = 4;  // bytes a call, of one that stores nothing: pages of the allocator
 
+constexpr const char* k_pszTabela = "12 bytes of the text file's table";
+
 struct SMetodo {
     const char* pszNome;
     const char* pszDado;  // what of its growth is data; empty: nothing
@@ -18,73 +20,67 @@ struct SMetodo {
     int iDivisor = 1;  // of the number of calls, for one that takes longer
 };
 
-std::vector<SMetodo> Metodos(const std::string& sEmpresa, XVCliente::CXVCliente& r, REG_XVDMC regDmc) {
-    const auto status = [&r, regDmc](const std::string& sMensagem) {
-        return r.GravaStatusIntegracao(
-            {.regDmc = regDmc, .sMensagemIntegracao = sMensagem, .eStatusIntegracao = 1});
+using TMetodos = std::vector<SMetodo>;
+
+void IncluiLeituras(TMetodos& rMetodos, XVCliente::CXVCliente& r, REG_XVDMC regDmc) {
+    const auto inclui = [&](const char* pszNome, auto fnChama) {
+        rMetodos.push_back({pszNome, "", [fnChama](int) { return fnChama(); }});
     };
-    const auto altera = [&r, regDmc](XVUInt64 uiTexto) {
+    inclui("last error", [&r] {
+        XVCliente::SUltimoErro erro;
+        return r.GetUltimoErro(&erro);
+    });
+    inclui("read", [&r, regDmc] {
+        CXVDadosCR_IntegracaoMiddleware lida;
+        return r.LeIntegracao(regDmc, 7, &lida);
+    });
+    inclui("read refused", [&r] {
+        CXVDadosCR_IntegracaoMiddleware lida;
+        return FAILED(r.LeIntegracao({12345}, 7, &lida)) ? S_OK : E_FAIL;
+    });
+    inclui("read two", [&r, regDmc] {
+        std::vector<CXVDadosCR_IntegracaoMiddleware> lista;
+        return r.LeIntegracoes({regDmc, regDmc}, 7, &lista);
+    });
+    inclui("search", [&r] {
+        std::vector<REG_XVDMC> lista;
+        return r.BuscaPonteiros({.listaStatusIntegracao = {1}, .listaTipoTransacao = {1}}, &lista);
+    });
+    inclui("find key", [&r, regDmc] {
+        CXVDadosCR_ChaveRegistroTelvoParaTerceiro chave{.regDmcRegistroTelvo = regDmc};
+        return r.BuscaChaveRegistro(chave, &chave);
+    });
+    inclui("find date-time", [&r] {
+        CXVDadosCR_DataHoraIntegracaoTerceiro dataHora;
+        return r.BuscaDataHora({}, &dataHora);
+    });
+}
+
+void IncluiGravacoes(TMetodos& rMetodos, XVCliente::CXVCliente& r, REG_XVDMC regDmc) {
+    const auto status = [&r, regDmc](int iTexto) {
+        return r.GravaStatusIntegracao({.regDmc = regDmc,
+                                        .sMensagemIntegracao = std::to_string(1000000 + iTexto),
+                                        .eStatusIntegracao = 1});
+    };
+    const auto altera = [&r, regDmc](int iTexto) {
         REG_XVDMC regMesma = regDmc;
         auto dados = Integracao(1, 200);
-        dados.sRegistroJSON += std::to_string(1000000 + uiTexto);
+        dados.sRegistroJSON += std::to_string(1000000 + iTexto);
         return r.GravaIntegracao(&regMesma, dados);
     };
-    return {{"last error", "",
-             [&r](int) {
-                 XVCliente::SUltimoErro erro;
-                 return r.GetUltimoErro(&erro);
-             }},
-            {"read", "",
-             [&r, regDmc](int) {
-                 CXVDadosCR_IntegracaoMiddleware lida;
-                 return r.LeIntegracao(regDmc, 7, &lida);
-             }},
-            {"read refused", "",
-             [&r](int) {
-                 CXVDadosCR_IntegracaoMiddleware lida;
-                 return r.LeIntegracao({12345}, 7, &lida) < 0 ? S_OK : E_FAIL;
-             }},
-            {"read two", "",
-             [&r, regDmc](int) {
-                 std::vector<CXVDadosCR_IntegracaoMiddleware> lista;
-                 return r.LeIntegracoes({regDmc, regDmc}, 7, &lista);
-             }},
-            {"search", "",
-             [&r](int) {
-                 std::vector<REG_XVDMC> lista;
-                 return r.BuscaPonteiros({.listaStatusIntegracao = {1}, .listaTipoTransacao = {1}}, &lista);
-             }},
-            {"find key", "",
-             [&r, regDmc](int) {
-                 CXVDadosCR_ChaveRegistroTelvoParaTerceiro chave{.regDmcRegistroTelvo = regDmc};
-                 return r.BuscaChaveRegistro(chave, &chave);
-             }},
-            {"find date-time", "",
-             [&r](int) {
-                 CXVDadosCR_DataHoraIntegracaoTerceiro dataHora;
-                 return r.BuscaDataHora({}, &dataHora);
-             }},
-            {"record key again", "",
-             [&r, regDmc](int) {
-                 return r.GravaChaveRegistro(
-                     {.uiChaveRegistroSistemaTerceiro = 5, .regDmcRegistroTelvo = regDmc});
-             }},
-            {"status, same text", "", [status](int) { return status("igual"); }},
-            {"status, other text", "12 bytes of the text file's table",
-             [status](int i) { return status(std::to_string(1000000 + i)); }},
-            {"update, same", "", [altera](int) { return altera(0); }},
-            {"update, other text", "12 bytes of the text file's table",
-             [altera](int i) { return altera(static_cast<XVUInt64>(i)); }},
-            {"connect and leave", "",
-             [sEmpresa](int) {
-                 XVCliente::CXVCliente outro;
-                 return outro.Conecta({.sEmpresa = sEmpresa});
-             },
-             20},
-            {"record", "index entries, record, table", [&r](int i) {
-                 REG_XVDMC regNova;
-                 return r.GravaIntegracao(&regNova, Integracao(static_cast<XVUInt64>(i), 200));
-             }}};
+    const auto grava = [&r](int i) {
+        REG_XVDMC regNova;
+        return r.GravaIntegracao(&regNova, Integracao(static_cast<XVUInt64>(i), 200));
+    };
+    rMetodos.push_back({"record key again", "", [&r, regDmc](int) {
+                            return r.GravaChaveRegistro(
+                                {.uiChaveRegistroSistemaTerceiro = 5, .regDmcRegistroTelvo = regDmc});
+                        }});
+    rMetodos.push_back({"status, same text", "", [status](int) { return status(-1); }});
+    rMetodos.push_back({"status, other text", k_pszTabela, status});
+    rMetodos.push_back({"update, same", "", [altera](int) { return altera(-1); }});
+    rMetodos.push_back({"update, other text", k_pszTabela, altera});
+    rMetodos.push_back({"record", "index entries, record, table of texts", grava});
 }
 
 }  // namespace
@@ -96,7 +92,15 @@ bool Memoria(int iChamadas) {
     HRESULT hr = cliente.Conecta({.sEmpresa = sEmpresa, .usUsuario = 7});
     if (SUCCEEDED(hr)) hr = cliente.GravaIntegracao(&regDmc, Integracao(1, 200));
     int iCrescem = 0;
-    for (const SMetodo& rMetodo : Metodos(sEmpresa, cliente, regDmc)) {
+    TMetodos metodos;
+    IncluiLeituras(metodos, cliente, regDmc);
+    IncluiGravacoes(metodos, cliente, regDmc);
+    const auto conecta = [&sEmpresa](int) {
+        XVCliente::CXVCliente outro;
+        return outro.Conecta({.sEmpresa = sEmpresa});
+    };
+    metodos.push_back({"connect and leave", "", conecta, 20});
+    for (const SMetodo& rMetodo : metodos) {
         const int iVezes = iChamadas / rMetodo.iDivisor;
         int i = 0;
         for (; SUCCEEDED(hr) && i < iVezes / 4; ++i) hr = rMetodo.fnChama(i);

@@ -19,6 +19,9 @@ constexpr int k_iClientes = 4;
 constexpr std::size_t k_uiBytes = 1000;
 constexpr std::size_t k_uiPorLeitura = 200;
 constexpr const wchar_t* k_pszEventoFim = L"Local\\XVCargaFim";
+// Counts what is acknowledged: a server is killed only once it has served.
+constexpr const wchar_t* k_pszConfirmadas = L"Local\\XVCargaConfirmadas";
+constexpr int k_iAntesDaMorte = 100;
 
 // What a client knows of one recording of its own.
 struct SGravada {
@@ -96,6 +99,16 @@ bool Verifica(const std::string& sEmpresa) {
     return execucao.iSaida == 0;
 }
 
+// Up again, and at work: so much of this server's is acknowledged. False: no server gets that far.
+bool EsperaTrabalho(HANDLE hConfirmadas) {
+    constexpr DWORD k_ulMaior = 120000;
+    while (::WaitForSingleObject(hConfirmadas, 0) == WAIT_OBJECT_0)
+        ;
+    for (int i = 0; i < k_iAntesDaMorte; ++i)
+        if (::WaitForSingleObject(hConfirmadas, k_ulMaior) != WAIT_OBJECT_0) return false;
+    return true;
+}
+
 bool Confere(const std::string& sEmpresa, int iMortes) {
     XVServidores::PedeFim();
     if (!XVServidores::Espera(0)) return std::puts("the server does not end"), false;
@@ -122,6 +135,7 @@ bool Confere(const std::string& sEmpresa, int iMortes) {
 // company, number of the process. Records, and gives every third a status, until the event.
 void MortesFilho(const TArgumentos& a) {
     const HANDLE hFim = ::OpenEventW(SYNCHRONIZE, FALSE, k_pszEventoFim);
+    const HANDLE hConfirmadas = ::OpenSemaphoreW(SEMAPHORE_MODIFY_STATE, FALSE, k_pszConfirmadas);
     XVCliente::CXVCliente cliente;
     if (const HRESULT hr = cliente.Conecta({.sEmpresa = a.at(1), .usUsuario = 7}); FAILED(hr))
         DizFalha("Conecta", hr);
@@ -131,7 +145,10 @@ void MortesFilho(const TArgumentos& a) {
          ::WaitForSingleObject(hFim, 0) == WAIT_TIMEOUT;) {
         SGravada& r = gravadas[++uiChave];
         HRESULT hr = cliente.GravaIntegracao(&r.regDmc, Integracao(uiChave, k_uiBytes));
-        if (FAILED(hr)) r.regDmc = {};
+        if (FAILED(hr))
+            r.regDmc = {};
+        else
+            ::ReleaseSemaphore(hConfirmadas, 1, nullptr);
         if (SUCCEEDED(hr) && uiChave % 3 == 0) {
             const std::string sMensagem = "aceito" + std::to_string(uiChave);
             hr = cliente.GravaStatusIntegracao(
@@ -152,21 +169,22 @@ void MortesFilho(const TArgumentos& a) {
 bool Mortes(int iMortes) {
     const std::string sEmpresa = XVAmbienteCom::NovaEmpresa();
     const HANDLE hFim = ::CreateEventW(nullptr, TRUE, FALSE, k_pszEventoFim);
+    const HANDLE hConfirmadas = ::CreateSemaphoreW(nullptr, 0, 0x7FFFFFFF, k_pszConfirmadas);
     TFilhos filhos;
     for (int i = 1; i <= k_iClientes; ++i) filhos.push_back(Filho({"mortes", sEmpresa, std::to_string(i)}));
     bool bTodos = true;
     for (const auto& rpFilho : filhos) bTodos = rpFilho->LeLinha() == "pronto" && bTodos;
     int iFeitas = 0;
     for (int i = 0; bTodos && i < iMortes; ++i) {
-        // Up again, and then at work for a while that differs from time to time.
-        for (int j = 0; XVServidores::Lista().empty() && j < 600; ++j) ::Sleep(100);
-        ::Sleep(static_cast<DWORD>(2000 + i * 397 % 2000));
-        if (!XVServidores::Lista().empty()) ++iFeitas;
+        if (!EsperaTrabalho(hConfirmadas)) break;
+        ::Sleep(static_cast<DWORD>(1000 + i * 397 % 2000));  // not always at the same place of its work
         XVServidores::Mata();
         XVAmbienteCom::EsqueceServidorMorto();
+        ++iFeitas;
     }
     ::SetEvent(hFim);
     for (const auto& rpFilho : filhos) bTodos = rpFilho->LeLinha() == "fim" && bTodos;
+    ::CloseHandle(hConfirmadas);
     ::CloseHandle(hFim);
     if (!bTodos) std::puts("a client did not come through");
     return Confere(sEmpresa, iFeitas) && bTodos && iFeitas == iMortes;

@@ -53,7 +53,8 @@ const std::vector<SMetodo>& Metodos() {
     return s_metodos;
 }
 
-constexpr XVUInt k_aulNaoExecutadas[] = {0x800706B5U, 0x800706BAU, 0x80010012U, 0x80010108U, 0x800401FDU};
+constexpr XVUInt k_aulNaoExecutadas[] = {0x800706B5U, 0x800706BAU, 0x800706BBU,
+                                         0x80010012U, 0x80010108U, 0x800401FDU};
 constexpr XVUInt k_aulIncertas[] = {0x800706BEU, 0x800706BFU, 0x80010007U, 0x80080008U, 0x80004005U};
 
 class CServidorAusente : public ::testing::Test {
