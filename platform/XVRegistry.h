@@ -3,7 +3,7 @@
 // Windows: keys under "SOFTWARE\Wow6432Node\..." are read from the 32-bit view. Where the environment
 // variable XV_REGISTRO is set, on every system, the values come from the text file that it names instead
 // (format: XVRegistryTexto.h): for tests and for the command-line program, which must not depend on the
-// machine. Elsewhere than on Windows every value is absent without it. Thread rule: any thread.
+// machine. The server of a Windows system takes the variable out of its environment. Elsewhere than on Windows every value is absent without it. Thread rule: any thread.
 #pragma once
 
 #include <optional>

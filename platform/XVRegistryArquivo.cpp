@@ -7,7 +7,6 @@
 
 namespace {
 
-constexpr const char* k_pszVariavel = "XV_REGISTRO";
 constexpr std::uintmax_t k_uiTamanhoMaximo = std::uintmax_t{1}
                                              << 20;  // bytes; nothing that is larger is a registry
 

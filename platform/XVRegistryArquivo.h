@@ -13,6 +13,8 @@
 
 class CXVRegistryArquivo final : public IXVRegistry {
   public:
+    static constexpr const char* k_pszVariavel = "XV_REGISTRO";
+
     // Whether the variable is set; when it is not, every value is absent.
     static bool EstaConfigurado();
 

@@ -7,10 +7,10 @@ HRESULT CXVChaveRegistry::Cria(HKEY hRaiz, const std::wstring& sCaminho) {
                           KEY_READ | KEY_WRITE | KEY_WOW64_64KEY, nullptr, &m_hChave, nullptr)));
 }
 
-HRESULT CXVChaveRegistry::Abre(HKEY hRaiz, const std::wstring& sCaminho) {
+HRESULT CXVChaveRegistry::Abre(HKEY hRaiz, const std::wstring& sCaminho, REGSAM ulAcesso) {
     Fecha();
     return HRESULT_FROM_WIN32(static_cast<DWORD>(
-        ::RegOpenKeyExW(hRaiz, sCaminho.c_str(), 0, KEY_READ | KEY_WOW64_64KEY, &m_hChave)));
+        ::RegOpenKeyExW(hRaiz, sCaminho.c_str(), 0, ulAcesso | KEY_WOW64_64KEY, &m_hChave)));
 }
 
 HRESULT CXVChaveRegistry::GravaTexto(const std::wstring& sValor, const std::wstring& sTexto) {
@@ -32,13 +32,39 @@ HRESULT CXVChaveRegistry::LeTexto(const std::wstring& sValor, std::wstring* psTe
     return S_OK;
 }
 
-HRESULT CXVChaveRegistry::ApagaArvore(HKEY hRaiz, const std::wstring& sCaminho) {
+HRESULT CXVChaveRegistry::GravaBinario(const std::wstring& sValor, std::span<const BYTE> aBytes) {
+    return HRESULT_FROM_WIN32(static_cast<DWORD>(::RegSetValueExW(
+        m_hChave, sValor.c_str(), 0, REG_BINARY, aBytes.data(), static_cast<DWORD>(aBytes.size()))));
+}
+
+HRESULT CXVChaveRegistry::LeBinario(const std::wstring& sValor, std::vector<BYTE>* pBytes) const {
+    pBytes->assign(65536, 0);  // no access list is longer
+    auto ulBytes = static_cast<DWORD>(pBytes->size());
+    const auto ulErro = static_cast<DWORD>(::RegGetValueW(
+        m_hChave, nullptr, sValor.c_str(), RRF_RT_REG_BINARY, nullptr, pBytes->data(), &ulBytes));
+    pBytes->resize(ulErro == ERROR_SUCCESS ? ulBytes : 0);
+    return HRESULT_FROM_WIN32(ulErro);
+}
+
+HRESULT CXVChaveRegistry::ApagaValor(const std::wstring& sValor) {
+    const LSTATUS lErro = ::RegDeleteValueW(m_hChave, sValor.empty() ? nullptr : sValor.c_str());
+    return lErro == ERROR_FILE_NOT_FOUND ? S_OK : HRESULT_FROM_WIN32(static_cast<DWORD>(lErro));
+}
+
+HRESULT CXVChaveRegistry::ApagaSeVazia(HKEY hRaiz, const std::wstring& sCaminho) {
     CXVChaveRegistry chave;
     const HRESULT hr = chave.Abre(hRaiz, sCaminho);
     if (hr == HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND)) return S_OK;
     if (FAILED(hr)) return hr;
+    DWORD ulChaves = 0;
+    DWORD ulValores = 0;
+    const LSTATUS lErro = ::RegQueryInfoKeyW(chave.Get(), nullptr, nullptr, nullptr, &ulChaves, nullptr,
+                                             nullptr, &ulValores, nullptr, nullptr, nullptr, nullptr);
+    if (lErro != ERROR_SUCCESS) return HRESULT_FROM_WIN32(static_cast<DWORD>(lErro));
+    if (ulChaves != 0 || ulValores != 0) return S_OK;
     chave.Fecha();
-    return HRESULT_FROM_WIN32(static_cast<DWORD>(::RegDeleteTreeW(hRaiz, sCaminho.c_str())));
+    return HRESULT_FROM_WIN32(
+        static_cast<DWORD>(::RegDeleteKeyExW(hRaiz, sCaminho.c_str(), KEY_WOW64_64KEY, 0)));
 }
 
 bool CXVChaveRegistry::Existe(HKEY hRaiz, const std::wstring& sCaminho) {

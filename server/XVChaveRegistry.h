@@ -3,7 +3,9 @@
 
 #include <windows.h>
 
+#include <span>
 #include <string>
+#include <vector>
 
 #include "platform/XVTipos.h"
 
@@ -16,17 +18,27 @@ class CXVChaveRegistry {
 
     HRESULT Cria(HKEY hRaiz, const std::wstring& sCaminho);
     // Read only. Absent: the system's "file not found" as HRESULT.
-    HRESULT Abre(HKEY hRaiz, const std::wstring& sCaminho);
+    HRESULT Abre(HKEY hRaiz, const std::wstring& sCaminho) { return Abre(hRaiz, sCaminho, KEY_READ); }
+    // The same, for changing values that are there.
+    HRESULT AbreParaGravar(HKEY hRaiz, const std::wstring& sCaminho) {
+        return Abre(hRaiz, sCaminho, KEY_READ | KEY_WRITE);
+    }
     // An empty name is the key's default value.
     HRESULT GravaTexto(const std::wstring& sValor, const std::wstring& sTexto);
     HRESULT LeTexto(const std::wstring& sValor, std::wstring* psTexto) const;
+    HRESULT GravaBinario(const std::wstring& sValor, std::span<const BYTE> aBytes);
+    // Of another type: the system's "data type unsupported".
+    HRESULT LeBinario(const std::wstring& sValor, std::vector<BYTE>* pBytes) const;
+    // Absent: S_OK.
+    HRESULT ApagaValor(const std::wstring& sValor);
     HKEY Get() const { return m_hChave; }
 
-    // Deletes a key with all below it; absent: S_OK.
-    static HRESULT ApagaArvore(HKEY hRaiz, const std::wstring& sCaminho);
+    // Deletes a key that has neither values nor keys of its own; any other stays. Absent: S_OK.
+    static HRESULT ApagaSeVazia(HKEY hRaiz, const std::wstring& sCaminho);
     static bool Existe(HKEY hRaiz, const std::wstring& sCaminho);
 
   private:
+    HRESULT Abre(HKEY hRaiz, const std::wstring& sCaminho, REGSAM ulAcesso);
     void Fecha();
     HKEY m_hChave = nullptr;
 };

@@ -25,14 +25,36 @@ bool IgualSemCaixa(std::wstring_view sTexto, std::wstring_view sMinusculo) {
                       });
 }
 
+bool EhSwitch(std::wstring_view sArgumento) {
+    return !sArgumento.empty() && (sArgumento[0] == L'/' || sArgumento[0] == L'-');
+}
+
+bool LeOpcao(std::wstring_view sArgumento, SOpcoesInscricao& rOpcoes) {
+    const std::size_t uiValor = sArgumento.find(L':') + 1;
+    if (!EhSwitch(sArgumento) || uiValor == 0 || uiValor == sArgumento.size()) return false;
+    const std::wstring_view sNome = sArgumento.substr(1, uiValor - 2);
+    std::optional<std::wstring>* pOpcao = IgualSemCaixa(sNome, L"conta")    ? &rOpcoes.sConta
+                                          : IgualSemCaixa(sNome, L"acesso") ? &rOpcoes.sAcesso
+                                                                            : nullptr;
+    if (pOpcao == nullptr || pOpcao->has_value()) return false;
+    *pOpcao = sArgumento.substr(uiValor);
+    return true;
+}
+
 }  // namespace
 
-EComandoServidor XVLeLinhaComando(const std::vector<std::wstring_view>& listaArgumentos) {
+EComandoServidor XVLeLinhaComando(const std::vector<std::wstring_view>& listaArgumentos,
+                                  SOpcoesInscricao* pOpcoes) {
     if (listaArgumentos.empty()) return EComandoServidor::eServe;
     const std::wstring_view sArgumento = listaArgumentos.front();
-    if (listaArgumentos.size() > 1 || sArgumento.empty() || (sArgumento[0] != L'/' && sArgumento[0] != L'-'))
-        return EComandoServidor::eDesconhecido;
+    if (!EhSwitch(sArgumento)) return EComandoServidor::eDesconhecido;
+    EComandoServidor eComando = EComandoServidor::eDesconhecido;
     for (const SSwitch& rSwitch : k_aSwitches)
-        if (IgualSemCaixa(sArgumento.substr(1), rSwitch.sNome)) return rSwitch.eComando;
-    return EComandoServidor::eDesconhecido;
+        if (IgualSemCaixa(sArgumento.substr(1), rSwitch.sNome)) eComando = rSwitch.eComando;
+    SOpcoesInscricao opcoes;
+    for (std::size_t i = 1; i < listaArgumentos.size(); ++i)
+        if (eComando != EComandoServidor::eRegistra || !LeOpcao(listaArgumentos[i], opcoes))
+            return EComandoServidor::eDesconhecido;
+    if (pOpcoes != nullptr) *pOpcoes = opcoes;
+    return eComando;
 }

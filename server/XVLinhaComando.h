@@ -4,6 +4,8 @@
 #include <string_view>
 #include <vector>
 
+#include "server/XVOpcoesInscricao.h"
+
 enum class EComandoServidor {
     eServe,         // started by hand: serves until its last client has left
     eServeAtivado,  // started by COM for a client that is waiting: leaves by itself when none comes
@@ -15,6 +17,7 @@ enum class EComandoServidor {
     eDesconhecido,
 };
 
-// Switches begin with '/' or '-', case does not count. No argument: eServe. More than one, or one that
-// is not known: eDesconhecido.
-EComandoServidor XVLeLinhaComando(const std::vector<std::wstring_view>& listaArgumentos);
+// Switches begin with '/' or '-', case does not count. No argument: eServe. Behind eRegistra may stand
+// options of the registration, each once; anything else that is more than one, or not known: eDesconhecido.
+EComandoServidor XVLeLinhaComando(const std::vector<std::wstring_view>& listaArgumentos,
+                                  SOpcoesInscricao* pOpcoes = nullptr);

@@ -5,6 +5,7 @@
 
 #include <cstdio>
 
+#include "platform/XVRegistryArquivo.h"
 #include "platform/win32/XVTextoWindows.h"
 #include "server/XVInscricaoClasse.h"
 #include "server/XVLinhaComando.h"
@@ -17,8 +18,8 @@
 namespace {
 
 constexpr const char* k_pszUso =
-    "XVCR_Middleware: argumento desconhecido. Use /RegServer, /UnregServer, /RegServerPerUser, "
-    "/UnregServerPerUser ou /Stop, ou nenhum para servir.\n";
+    "XVCR_Middleware: argumento desconhecido. Use /RegServer [/Conta:conta] [/Acesso:grupo], /UnregServer, "
+    "/RegServerPerUser, /UnregServerPerUser ou /Stop, ou nenhum para servir.\n";
 
 // Writes one line to a standard output. This is a program without a console, so it has such an output only
 // when whoever started it passed one on; otherwise nothing is written.
@@ -53,10 +54,10 @@ int Para() {
     return 0;
 }
 
-int Executa(EComandoServidor eComando) {
+int Executa(EComandoServidor eComando, const SOpcoesInscricao& rOpcoes) {
     switch (eComando) {
         case EComandoServidor::eRegistra:
-            return Relata(XVInscreveClasse(EEscopoInscricao::eMaquina));
+            return Relata(XVInscreveClasse(EEscopoInscricao::eMaquina, rOpcoes));
         case EComandoServidor::eDesregistra:
             return Relata(XVRemoveClasse(EEscopoInscricao::eMaquina));
         case EComandoServidor::eRegistraUsuario:
@@ -96,11 +97,14 @@ std::wstring DiretorioLogs() {
 int WINAPI WinMain(HINSTANCE, HINSTANCE, LPSTR, int) {
     // Libraries are looked for beside the program and in the system only.
     ::SetDllDirectoryW(L"");
+    // The environment is that of whoever starts the server; its configuration is the machine's.
+    ::SetEnvironmentVariableA(CXVRegistryArquivo::k_pszVariavel, nullptr);
     if (XVTratamentoCrash::EstaHabilitado()) XVTratamentoCrash::Instala(DiretorioLogs());
     int iQuantidade = 0;
     wchar_t** ppszArgumentos = ::CommandLineToArgvW(::GetCommandLineW(), &iQuantidade);
     if (ppszArgumentos == nullptr) return static_cast<int>(HRESULT_FROM_WIN32(::GetLastError()));
-    const EComandoServidor eComando = XVLeLinhaComando(Argumentos(ppszArgumentos, iQuantidade));
+    SOpcoesInscricao opcoes;
+    const EComandoServidor eComando = XVLeLinhaComando(Argumentos(ppszArgumentos, iQuantidade), &opcoes);
     ::LocalFree(ppszArgumentos);
-    return Executa(eComando);
+    return Executa(eComando, opcoes);
 }

@@ -8,6 +8,8 @@
 #include <vector>
 
 #include "platform/XVPlataforma.h"
+#include "server/XVChaveRegistry.h"
+#include "server/XVValoresInscricao.h"
 
 namespace {
 
@@ -23,11 +25,8 @@ constexpr const wchar_t* k_pszAcessoAberto = L"O:BAG:BAD:(A;;0x3;;;WD)(A;;0x3;;;
 // A security descriptor in the absolute form that COM wants, with the parts that it points to.
 class CXVDescritorSeguranca {
   public:
-    explicit CXVDescritorSeguranca(const wchar_t* pszTexto) {
-        PSECURITY_DESCRIPTOR pRelativo = nullptr;
-        if (::ConvertStringSecurityDescriptorToSecurityDescriptorW(pszTexto, SDDL_REVISION_1, &pRelativo,
-                                                                   nullptr) == 0)
-            return;
+    explicit CXVDescritorSeguranca(std::vector<BYTE>& rRelativo) {
+        PSECURITY_DESCRIPTOR pRelativo = rRelativo.data();
         DWORD aulTamanhos[5]{};
         ::MakeAbsoluteSD(pRelativo, nullptr, &aulTamanhos[0], nullptr, &aulTamanhos[1], nullptr,
                          &aulTamanhos[2], nullptr, &aulTamanhos[3], nullptr, &aulTamanhos[4]);
@@ -37,7 +36,6 @@ class CXVDescritorSeguranca {
                              reinterpret_cast<PACL>(m_aPartes[1].data()), &aulTamanhos[1],
                              reinterpret_cast<PACL>(m_aPartes[2].data()), &aulTamanhos[2],
                              m_aPartes[3].data(), &aulTamanhos[3], m_aPartes[4].data(), &aulTamanhos[4]) != 0;
-        ::LocalFree(pRelativo);
     }
     PSECURITY_DESCRIPTOR Get() { return m_bValido ? m_aPartes[0].data() : nullptr; }
 
@@ -46,7 +44,39 @@ class CXVDescritorSeguranca {
     bool m_bValido = false;
 };
 
+// Nothing: no permissions are set. A value that is none is a failure, for it was meant to keep somebody out.
+HRESULT LePermissaoAcesso(std::vector<BYTE>* pDescritor) {
+    for (const HKEY hRaiz : {HKEY_LOCAL_MACHINE, HKEY_CURRENT_USER}) {
+        CXVChaveRegistry chave;
+        if (FAILED(chave.Abre(hRaiz, L"Software\\Classes\\" + XVValoresInscricao::ChaveAplicacao())))
+            continue;
+        const HRESULT hr = chave.LeBinario(L"AccessPermission", pDescritor);
+        if (hr == HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND)) continue;
+        if (FAILED(hr)) return hr;
+        const bool bInteiro = pDescritor->size() >= sizeof(SECURITY_DESCRIPTOR_RELATIVE) &&
+                              ::IsValidSecurityDescriptor(pDescritor->data()) != 0 &&
+                              ::GetSecurityDescriptorLength(pDescritor->data()) <= pDescritor->size();
+        return bInteiro ? S_OK : HRESULT_FROM_WIN32(ERROR_INVALID_SECURITY_DESCR);
+    }
+    return S_FALSE;
+}
+
 }  // namespace
+
+HRESULT XVEscolheAcesso(std::vector<BYTE>* pDescritor) {
+    const HRESULT hr = LePermissaoAcesso(pDescritor);
+    if (hr != S_FALSE) return hr;
+    PSECURITY_DESCRIPTOR pRelativo = nullptr;
+    ULONG ulBytes = 0;
+    if (::ConvertStringSecurityDescriptorToSecurityDescriptorW(
+            XVNivelAutenticacaoDCOM() == RPC_C_AUTHN_LEVEL_NONE ? k_pszAcessoAberto : k_pszAcessoAutenticado,
+            SDDL_REVISION_1, &pRelativo, &ulBytes) == 0)
+        return HRESULT_FROM_WIN32(::GetLastError());
+    const auto* pBytes = static_cast<const BYTE*>(pRelativo);
+    pDescritor->assign(pBytes, pBytes + ulBytes);
+    ::LocalFree(pRelativo);
+    return S_OK;
+}
 
 XVUInt XVNivelAutenticacaoDCOM() {
     if (Ligado("DesabilitaAutenticacaoDCOM")) return RPC_C_AUTHN_LEVEL_NONE;
@@ -55,10 +85,10 @@ XVUInt XVNivelAutenticacaoDCOM() {
 }
 
 HRESULT XVInicializaSegurancaCom() {
-    const XVUInt ulNivel = XVNivelAutenticacaoDCOM();
-    CXVDescritorSeguranca descritor(ulNivel == RPC_C_AUTHN_LEVEL_NONE ? k_pszAcessoAberto
-                                                                      : k_pszAcessoAutenticado);
+    std::vector<BYTE> relativo;
+    if (const HRESULT hr = XVEscolheAcesso(&relativo); FAILED(hr)) return hr;
+    CXVDescritorSeguranca descritor(relativo);
     if (descritor.Get() == nullptr) return HRESULT_FROM_WIN32(::GetLastError());
-    return ::CoInitializeSecurity(descritor.Get(), -1, nullptr, nullptr, ulNivel, RPC_C_IMP_LEVEL_IDENTIFY,
-                                  nullptr, EOAC_NONE, nullptr);
+    return ::CoInitializeSecurity(descritor.Get(), -1, nullptr, nullptr, XVNivelAutenticacaoDCOM(),
+                                  RPC_C_IMP_LEVEL_IDENTIFY, nullptr, EOAC_NONE, nullptr);
 }

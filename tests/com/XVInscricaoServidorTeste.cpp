@@ -1,12 +1,17 @@
-// The server program's switches: registration round trips, refusals, command line, security levels.
+// The server program's switches: registration round trips beside what others have registered, account and
+// permissions, refusals, command line, security.
 #include <gtest/gtest.h>
 
 #include <objbase.h>
+#include <sddl.h>
+
+#include <map>
 
 #include "contract/XVCR_MiddlewareGuids.h"
 #include "server/XVChaveRegistry.h"
 #include "server/XVLinhaComando.h"
 #include "server/XVSegurancaCom.h"
+#include "tests/com/XVAmbienteCom.h"
 #include "tests/com/XVServidores.h"
 #include "tests/harness/XVDiretorioTemporario.h"
 #include "tests/harness/XVGuardasPlataforma.h"
@@ -47,6 +52,73 @@ void ConfereRegistrado(HKEY hRaiz) {
               std::wstring::npos);
 }
 
+// Every key and every value below a key.
+void Retrata(HKEY hChave, const std::wstring& sCaminho, std::map<std::wstring, std::wstring>& rRetrato) {
+    wchar_t szNome[512];
+    std::vector<BYTE> aDados(65536);
+    for (DWORD i = 0;; ++i) {
+        DWORD ulNome = 512;
+        auto ulDados = static_cast<DWORD>(aDados.size());
+        if (::RegEnumValueW(hChave, i, szNome, &ulNome, nullptr, nullptr, aDados.data(), &ulDados) != 0)
+            break;
+        rRetrato[sCaminho + L"@" + szNome].assign(aDados.begin(), aDados.begin() + ulDados);
+    }
+    for (DWORD i = 0;; ++i) {
+        DWORD ulNome = 512;
+        if (::RegEnumKeyExW(hChave, i, szNome, &ulNome, nullptr, nullptr, nullptr, nullptr) != 0) break;
+        CXVChaveRegistry filha;
+        if (FAILED(filha.Abre(hChave, szNome))) continue;
+        rRetrato[sCaminho + L"\\" + szNome];
+        Retrata(filha.Get(), sCaminho + L"\\" + szNome, rRetrato);
+    }
+}
+std::map<std::wstring, std::wstring> Retrata(HKEY hRaiz) {
+    std::map<std::wstring, std::wstring> retrato;
+    CXVChaveRegistry classes;
+    if (SUCCEEDED(classes.Abre(hRaiz, L"Software\\Classes"))) Retrata(classes.Get(), L"", retrato);
+    return retrato;
+}
+// What one of them has and the other has not, in order; a value that differs is in it twice.
+std::string Diferenca(const std::map<std::wstring, std::wstring>& rUm,
+                      const std::map<std::wstring, std::wstring>& rOutro) {
+    std::vector<std::pair<std::wstring, std::wstring>> lista;
+    std::set_symmetric_difference(rUm.begin(), rUm.end(), rOutro.begin(), rOutro.end(),
+                                  std::back_inserter(lista));
+    std::string sTexto;
+    for (const auto& [sNome, sValor] : lista) sTexto += std::filesystem::path(sNome).string() + "\n";
+    return sTexto;
+}
+
+void PoeTexto(HKEY hRaiz, const std::wstring& sChave, const std::wstring& sValor,
+              const std::wstring& sTexto) {
+    CXVChaveRegistry chave;
+    EXPECT_EQ(chave.Cria(hRaiz, L"Software\\Classes\\" + sChave), S_OK);
+    EXPECT_EQ(chave.GravaTexto(sValor, sTexto), S_OK);
+}
+std::wstring LeAplicacao(const wchar_t* pszValor) {
+    CXVChaveRegistry chave;
+    std::wstring sTexto = L"(ausente)";
+    if (SUCCEEDED(chave.Abre(HKEY_LOCAL_MACHINE, L"Software\\Classes\\AppID\\" + k_sAplicacao)))
+        if (FAILED(chave.LeTexto(pszValor, &sTexto))) sTexto = L"(ausente)";
+    return sTexto;
+}
+std::wstring TextoDoDescritor(std::vector<BYTE> descritor) {
+    wchar_t* pszTexto = nullptr;
+    if (::ConvertSecurityDescriptorToStringSecurityDescriptorW(
+            descritor.data(), SDDL_REVISION_1, DACL_SECURITY_INFORMATION, &pszTexto, nullptr) == 0)
+        return L"(nenhum)";
+    const std::wstring sTexto = pszTexto;
+    ::LocalFree(pszTexto);
+    return sTexto;
+}
+std::wstring Permissao(const wchar_t* pszValor) {
+    CXVChaveRegistry chave;
+    std::vector<BYTE> descritor;
+    if (SUCCEEDED(chave.Abre(HKEY_LOCAL_MACHINE, L"Software\\Classes\\AppID\\" + k_sAplicacao)))
+        chave.LeBinario(pszValor, &descritor);
+    return descritor.empty() ? L"(ausente)" : TextoDoDescritor(descritor);
+}
+
 // An exit code is a result code, and the same word as a number.
 unsigned Saida(const SExecucao& rExecucao) {
     return static_cast<unsigned>(rExecucao.iSaida);
@@ -80,9 +152,139 @@ TEST(InscricaoServidor, IdaEVoltaNaMaquinaENoUsuarioEmQualquerGrafia) {
     ConfereRegistrado(HKEY_LOCAL_MACHINE);
 }
 
+// Another copy of the program, in a path with blanks, beside values of others in the same keys.
+TEST(InscricaoServidor, RemoveSoOQueESeuENaoDeixaChaveVazia) {
+    const CXVDiretorioTeste pasta;
+    const std::string sCopia = pasta.Junta("Arquivos de programas/XVCR_Middleware.exe");
+    std::filesystem::create_directories(std::filesystem::path(sCopia).parent_path());
+    for (const auto& rArquivo :
+         std::filesystem::directory_iterator(std::filesystem::path(XVServidores::Programa()).parent_path()))
+        if (rArquivo.is_regular_file() && rArquivo.path().stem().string().starts_with("XVCR_Middleware"))
+            std::filesystem::copy(rArquivo.path(),
+                                  std::filesystem::path(sCopia).replace_filename(rArquivo.path().filename()));
+    EXPECT_EQ(Saida(XVServidores::Executa({"/UnregServer"})), 0U);
+    for (const auto& [hRaiz, sSufixo] : {std::pair<HKEY, std::string>{HKEY_LOCAL_MACHINE, ""},
+                                         std::pair<HKEY, std::string>{HKEY_CURRENT_USER, "PerUser"}}) {
+        const auto vazio = Retrata(hRaiz);
+        EXPECT_EQ(Saida(XVExecuta(sCopia, {"/RegServer" + sSufixo})), 0U);
+        const auto registrado = Retrata(hRaiz);
+        const std::wstring sPrograma = std::filesystem::path(sCopia).make_preferred().wstring();
+        CXVChaveRegistry servidor;
+        std::wstring sComando;
+        EXPECT_EQ(servidor.Abre(hRaiz, L"Software\\Classes\\" + k_sClasse + L"\\LocalServer32"), S_OK);
+        EXPECT_EQ(servidor.LeTexto(L"", &sComando), S_OK);
+        EXPECT_EQ(::lstrcmpiW(sComando.c_str(), (L"\"" + sPrograma + L"\"").c_str()), 0);
+        EXPECT_EQ(Saida(XVServidores::Executa({"/UnregServer" + sSufixo})), 0U);
+        EXPECT_EQ(Diferenca(registrado, Retrata(hRaiz)), "") << "what the other copy registered";
+        EXPECT_EQ(Saida(XVExecuta(sCopia, {"/UnregServer" + sSufixo})), 0U);
+        EXPECT_EQ(Diferenca(vazio, Retrata(hRaiz)), "") << "all of it, and no empty key";
+
+        PoeTexto(hRaiz, k_sClasse, L"Alheio", L"1");
+        PoeTexto(hRaiz, k_sClasse + L"\\Implemented Categories", L"", L"2");
+        PoeTexto(hRaiz, L"Interface\\" + k_sInterface + L"\\TypeLib", L"", L"3");
+        PoeTexto(hRaiz, L"XVCR.Middleware.1\\shell", L"", L"4");
+        PoeTexto(hRaiz, L"XVCR.Middleware\\CLSID", L"", L"{00000000-0000-0000-0000-000000000002}");
+        PoeTexto(hRaiz, L"XVCR.Middleware\\CurVer", L"", L"XVCR.Middleware.12");
+        const auto alheios = Retrata(hRaiz);
+        EXPECT_EQ(Saida(XVExecuta(sCopia, {"/RegServer" + sSufixo})), 0U);
+        EXPECT_EQ(Saida(XVExecuta(sCopia, {"/UnregServer" + sSufixo})), 0U);
+        EXPECT_EQ(Diferenca(alheios, Retrata(hRaiz)), "") << "values of others and of a later version";
+        for (const std::wstring& sChave :
+             {k_sClasse, L"Interface\\" + k_sInterface, std::wstring(L"XVCR.Middleware.1"),
+              std::wstring(L"XVCR.Middleware")})
+            ::RegDeleteTreeW(hRaiz, (L"Software\\Classes\\" + sChave).c_str());
+    }
+    XVCliente::CXVCliente cliente;
+    XVCliente::SUltimoErro erro;
+    EXPECT_EQ(cliente.Conecta({.sEmpresa = "SEMSERVIDOR"}), REGDB_E_CLASSNOTREG);
+    EXPECT_EQ(cliente.GetUltimoErro(&erro), S_OK);
+    EXPECT_EQ(erro.hrErro, REGDB_E_CLASSNOTREG) << "an opening that made no component tells why";
+    EXPECT_EQ(Saida(XVServidores::Executa({"/RegServer"})), 0U);
+}
+
+TEST(InscricaoServidor, ContaEPermissoesFicamAteQueSePecaOutras) {
+    const std::wstring sInicio = L"D:(A;;CCDCSW;;;SY)(A;;CCDCSW;;;BA)(A;;CCDCSW;;;BU)";
+    const std::wstring sAcesso = L"D:(A;;CCDC;;;PS)(A;;CCDC;;;SY)(A;;CCDC;;;BA)(A;;CCDC;;;BU)";
+    const auto emVigor = [] {
+        std::vector<BYTE> descritor;
+        EXPECT_EQ(XVEscolheAcesso(&descritor), S_OK);
+        return TextoDoDescritor(descritor);
+    };
+    const std::wstring sDoServidor = emVigor();
+    EXPECT_EQ(Saida(XVServidores::Executa({"/RegServer", "/Conta:localservice", "/Acesso:S-1-5-32-545"})),
+              0U);
+    const auto comConta = Retrata(HKEY_LOCAL_MACHINE);
+    EXPECT_EQ(LeAplicacao(L"RunAs"), L"NT AUTHORITY\\LocalService");
+    EXPECT_EQ(Permissao(L"LaunchPermission"), sInicio);
+    EXPECT_EQ(Permissao(L"AccessPermission"), sAcesso);
+    EXPECT_EQ(emVigor(), sAcesso) << "the server takes what stands there";
+    EXPECT_EQ(Saida(XVServidores::Executa({"/UnregServer"})), 0U);
+    EXPECT_EQ(LeAplicacao(L"RunAs"), L"NT AUTHORITY\\LocalService");
+    EXPECT_EQ(Saida(XVServidores::Executa({"/RegServer"})), 0U);
+    EXPECT_EQ(Diferenca(comConta, Retrata(HKEY_LOCAL_MACHINE)), "")
+        << "an update keeps account and permissions";
+
+    // What the system's own tool wrote, and what nobody can read: no server for everybody instead.
+    CXVChaveRegistry chave;
+    EXPECT_EQ(chave.Cria(HKEY_LOCAL_MACHINE, L"Software\\Classes\\AppID\\" + k_sAplicacao), S_OK);
+    std::vector<BYTE> descritor;
+    EXPECT_EQ(chave.LeBinario(L"LaunchPermission", &descritor), S_OK);
+    EXPECT_EQ(chave.GravaBinario(L"AccessPermission", descritor), S_OK);
+    EXPECT_EQ(Saida(XVServidores::Executa({"/RegServer", "/Conta:Interativo"})), 0U);
+    EXPECT_EQ(LeAplicacao(L"RunAs"), L"Interactive User");
+    EXPECT_EQ(emVigor(), sInicio);
+    EXPECT_EQ(chave.GravaBinario(L"AccessPermission", std::span(descritor).first(12)), S_OK);
+    EXPECT_EQ(XVEscolheAcesso(&descritor), HRESULT_FROM_WIN32(ERROR_INVALID_SECURITY_DESCR));
+
+    // Accounts that are not there, or whose password nobody gives, change nothing.
+    const auto antes = Retrata(HKEY_LOCAL_MACHINE);
+    wchar_t szUsuario[256];
+    DWORD ulTamanho = 256;
+    ::GetUserNameW(szUsuario, &ulTamanho);
+    const std::string sUsuario = std::filesystem::path(szUsuario).string();
+    for (const auto& [sOpcao, ulCodigo, pszPasso] :
+         {std::tuple<std::string, unsigned, const char*>{"/Conta:NAOHA", 0x80070534U, "encontrar a conta"},
+          {"/Acesso:NAOHA", 0x80070534U, "encontrar o grupo"},
+          {"/Conta:" + sUsuario, 0x80070057U, "ler a senha"}}) {
+        const SExecucao execucao = XVServidores::Executa({"/RegServer", sOpcao});
+        EXPECT_EQ(Saida(execucao), ulCodigo) << sOpcao;
+        EXPECT_NE(execucao.sErro.find(pszPasso), std::string::npos) << execucao.sErro;
+    }
+    EXPECT_EQ(Diferenca(antes, Retrata(HKEY_LOCAL_MACHINE)), "");
+
+    EXPECT_EQ(Saida(XVServidores::Executa({"/RegServer", "/conta:QuemChama", "-ACESSO:padrao"})), 0U);
+    EXPECT_EQ(LeAplicacao(L"RunAs"), L"(ausente)");
+    EXPECT_EQ(emVigor(), sDoServidor);
+    EXPECT_EQ(Saida(XVServidores::Executa({"/UnregServer"})), 0U);
+    EXPECT_EQ(Arvores(HKEY_LOCAL_MACHINE), std::vector<std::wstring>{});
+    EXPECT_EQ(Saida(XVServidores::Executa({"/RegServer"})), 0U);
+}
+
+// The values of the machine are the administrator's, the environment that of whoever starts the server.
+TEST(InscricaoServidor, ServidorNaoLeOArquivoDeTextoNoLugarDoRegistro) {
+    const CXVDiretorioTeste pasta;
+    pasta.CriaArquivo("registro",
+                      "[SOFTWARE\\Wow6432Node\\Velmora\\DF]\n\"Path\" = \"" + pasta.GetCaminho() + "\"\n");
+    XVServidores::Mata();
+    XVAmbienteCom::EsqueceServidorMorto();
+    ::SetEnvironmentVariableA("XV_REGISTRO", pasta.Junta("registro").c_str());
+    const std::string sEmpresa = XVAmbienteCom::NovaEmpresa();
+    XVCliente::CXVCliente cliente;
+    EXPECT_EQ(cliente.Conecta({.sEmpresa = sEmpresa}), S_OK);
+    ::SetEnvironmentVariableA("XV_REGISTRO", nullptr);
+    EXPECT_TRUE(std::filesystem::exists(XVAmbienteCom::DiretorioEmpresa(sEmpresa)));
+    EXPECT_FALSE(std::filesystem::exists(pasta.Junta(sEmpresa)));
+}
+
 TEST(InscricaoServidor, ArgumentoDesconhecidoNaoServeNemRegistra) {
     for (const std::vector<std::string>& rArgumentos :
-         std::vector<std::vector<std::string>>{{"/RegServe"}, {"RegServer"}, {"/RegServer", "/RegServer"}}) {
+         std::vector<std::vector<std::string>>{{"/RegServe"},
+                                               {"RegServer"},
+                                               {"/RegServer", "/RegServer"},
+                                               {"/RegServer", "/Conta:"},
+                                               {"/RegServer", "/Conta:a", "/Conta:b"},
+                                               {"/RegServerPerUser", "/Conta:LocalService"},
+                                               {"/UnregServer", "/Acesso:Padrao"}}) {
         const SExecucao execucao = XVServidores::Executa(rArgumentos);
         EXPECT_EQ(Saida(execucao), 0x80070057U);
         EXPECT_NE(execucao.sErro.find("/UnregServerPerUser"), std::string::npos);
