@@ -5,6 +5,7 @@
 
 #include "suite/providers/XVBufferDoPlugin.h"
 #include "suite/providers/XVProvedorAdaptador.h"
+#include "support/trace/XVCheck.h"
 
 namespace {
 
