@@ -97,7 +97,7 @@ std::int32_t Consulta(void*, const XVProvedorDono* pDono, const XVProvedorConsul
 
 extern "C" {
 
-SGravador* XVProvedorGravador();
+XVPROVEDOR_EXPORTA SGravador* XVProvedorGravador();
 
 std::int32_t XVProvedorObtem(std::uint32_t ulVersao, XVProvedorTabela* pTabela) {
     *pTabela = {};
