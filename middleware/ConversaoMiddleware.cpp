@@ -40,9 +40,13 @@ HRESULT CXVConversaoMiddleware::LeVersao(XVUShort* pusVersao, bool* pbTemDados) 
     XV_CHECK_EM("ExecutaConversao",
                 CXVDataBaseUtil::LeSingleReg(this, XV_DF, &regVersao, "CRMIDDLEWAREVS.dat"));
     *pusVersao = regVersao.usVersao;
-    if (regVersao.usVersao != 0) return S_OK;
+    if (regVersao.usVersao >= k_usVersaoAtualBase) return S_OK;
     CXVIndiciosVersao indicios;
     XV_CHECK_EM("ExecutaConversao", indicios.Inicializa(this));
+    if (regVersao.usVersao != 0) {
+        XV_CHECK_EM("ExecutaConversao", indicios.ConfereVersaoAnterior(regVersao.usVersao));
+        return S_OK;
+    }
     XV_CHECK_EM("ExecutaConversao", indicios.ConfereVersaoZero());
     *pbTemDados = indicios.TemDados();
     return S_OK;

@@ -146,13 +146,14 @@ TEST_F(CXVConversaoDiarioTeste, CopiaGrandeValePelaSomaDeTodosOsBytes) {
     EXPECT_EQ(Conteudo(Membro(1)) == sGrande, true);
 }
 
-// Moved files carry the step's stamp: they are not converted again whatever became of the journal.
-TEST_F(CXVConversaoDiarioTeste, DeixadaEmPazOuSemDiarioTermina) {
+// Moved files carry the step's stamp, which contradicts a version before it where no journal explains it.
+TEST_F(CXVConversaoDiarioTeste, DeixadaEmPazTerminaESemDiarioERecusada) {
     Conclui("untouched", {});
     Conclui("a journal that did not come to its name has served nobody",
             {{"CRMIDDLEWARECVN.srk", "SVKRCV02"}});
-    Conclui("journal gone", {{k_pszDiario, {}}});
-    Conclui("journal and copies gone", {{k_pszDiario, {}}, {Copia(Membro(1)), {}}, {Copia(Membro(2)), {}}});
+    Recusa(k_pszVersao, "journal gone", {{k_pszDiario, {}}});
+    Recusa(k_pszVersao, "journal and copies gone",
+           {{k_pszDiario, {}}, {Copia(Membro(1)), {}}, {Copia(Membro(2)), {}}});
     Conclui("journal of the step before, which has served",
             {{k_pszDiario, Diario(3, CXVBytes().Texto(k_pszIndice).Zeros(48), 1)}});
 }

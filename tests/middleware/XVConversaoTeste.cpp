@@ -134,6 +134,37 @@ TEST_F(CXVConversaoCasosTeste, VersaoPosteriorOuDanificadaNadaMuda) {
     }
 }
 
+// A version file of which one bit changed would have the records converted a second time.
+TEST_F(CXVConversaoCasosTeste, VersaoAnteriorAoQueOsArquivosMostramNadaMuda) {
+    const auto comVersao = [](TArquivos base, unsigned uiVersao) {
+        base[k_pszVersao] = XVArquivoDoTeste({k_pszVersao}, CXVBytes().U16(uiVersao).Zeros(14).Str());
+        return base;
+    };
+    Instala(XVBaseDourada(3, true));
+    ASSERT_EQ(Converte(), S_OK);
+    TArquivos convertida;
+    for (const char* pszNome :
+         {k_apszDias[0], k_apszDias[1], k_apszDias[2], "CRDTHRINTEG.dat", "CRCHAVEREGTER.dat"})
+        convertida[pszNome] = Conteudo(pszNome);
+    // Without stamps the layout of the records tells it.
+    const TArquivos nova = XVBaseDourada(5, true);
+    TArquivos soChaves;
+    soChaves["CRCHAVEREGTER.dat"] = nova.at("CRCHAVEREGTER.dat");
+    const std::pair<TArquivos, unsigned> aCasos[] = {{convertida, 1}, {convertida, 3}, {convertida, 4},
+                                                     {nova, 1},       {nova, 2},       {soChaves, 1}};
+    for (const auto& [base, uiVersao] : aCasos) {
+        const CXVCapturaTrace captura;
+        Recomeca(comVersao(base, uiVersao));
+        const auto retrato = m_Arquivos.Retrata();
+        EXPECT_EQ(Converte(), E_XVCR_INCONSISTENCIA_CONTROLE_CRIACAO_ARQUIVOS) << uiVersao;
+        EXPECT_TRUE(XVTextoNoLog(captura, "Arquivo recusado: " + PastaDados(k_pszVersao)));
+        EXPECT_EQ(AbreEFecha(true), E_XVCR_INCONSISTENCIA_CONTROLE_CRIACAO_ARQUIVOS);
+        EXPECT_EQ(m_Arquivos.Diferenca(retrato, m_Arquivos.Retrata()), "");
+    }
+    Recomeca(comVersao(soChaves, 2));
+    EXPECT_EQ(Converte(), S_OK) << "the layout of version 2";
+}
+
 // A conversion may have died between making the version file and listing it.
 TEST_F(CXVConversaoCasosTeste, ArquivoDeVersaoQueAListaNaoConheceEListado) {
     Instala(XVBaseDourada(5, true));
