@@ -16,6 +16,9 @@ OutFile "${SAIDA}"
 !define CHAVE_REMOCAO "Software\Microsoft\Windows\CurrentVersion\Uninstall\XVCR_Middleware"
 !define CHAVE_MODULO "SOFTWARE\Wow6432Node\Velmora\DF"
 !define SERVIDOR "XVCR_Middleware.exe"
+!define PROXY_32 "XVCR_MiddlewarePS32.dll"
+!define CLASSES "Software\Classes"
+!define INTERFACE "{c2141cb5-b40b-41f8-a6aa-c8c9c30aad48}"
 InstallDir "$PROGRAMFILES64\XVCR_Middleware"
 InstallDirRegKey HKLM "${CHAVE_REMOCAO}" "InstallLocation"
 RequestExecutionLevel admin
@@ -124,6 +127,24 @@ FunctionEnd
   Call Troca
 !macroend
 
+; Programs of 32 bits look for the proxy of the interface in the registry view of their size. Written here, because
+; a system may have no program of that size that could load the library and ask it to register itself.
+Function RegistraProxy32
+  ReadRegStr $0 HKLM "${CLASSES}\Interface\${INTERFACE}\NumMethods" ""
+  SetRegView 32
+  ClearErrors
+  WriteRegStr HKLM "${CLASSES}\CLSID\${INTERFACE}" "" "PSFactoryBuffer"
+  WriteRegStr HKLM "${CLASSES}\CLSID\${INTERFACE}\InProcServer32" "" "$INSTDIR\${PROXY_32}"
+  WriteRegStr HKLM "${CLASSES}\CLSID\${INTERFACE}\InProcServer32" "ThreadingModel" "Both"
+  WriteRegStr HKLM "${CLASSES}\Interface\${INTERFACE}" "" "IXVCR_Middleware"
+  WriteRegStr HKLM "${CLASSES}\Interface\${INTERFACE}\NumMethods" "" $0
+  WriteRegStr HKLM "${CLASSES}\Interface\${INTERFACE}\ProxyStubClsid32" "" "${INTERFACE}"
+  ${If} ${Errors}
+    !insertmacro Desiste 4 "O proxy de 32 bits não pôde ser registrado."
+  ${EndIf}
+  SetRegView 64
+FunctionEnd
+
 Section
   SetOutPath "$INSTDIR\novo"
   ; What an earlier update could not delete because somebody ran it.
@@ -136,6 +157,7 @@ Section
   ClearErrors
   File "${PASTA}/${SERVIDOR}"
   File "${PASTA}/XVCR_MiddlewarePS.dll"
+  File "${PASTA}/${PROXY_32}"
   File "${PASTA}/XVLMensagem.dll"
   File "${PASTA}/xvcr.exe"
   SetOutPath $INSTDIR
@@ -154,6 +176,7 @@ Section
   !insertmacro Troca "XVLMensagem.dll"
   !insertmacro Troca "xvcr.exe"
   !insertmacro Troca "XVCR_MiddlewarePS.dll"
+  !insertmacro Troca "${PROXY_32}"
   !insertmacro Troca "${SERVIDOR}"
   RMDir "$INSTDIR\novo"
 
@@ -161,6 +184,7 @@ Section
   ${If} $0 != 0
     !insertmacro Desiste 4 "O componente não pôde ser registrado (código $0)."
   ${EndIf}
+  Call RegistraProxy32
 
   WriteRegStr HKLM "${CHAVE_REMOCAO}" "DisplayName" "XVCR_Middleware"
   WriteRegStr HKLM "${CHAVE_REMOCAO}" "DisplayVersion" "${VERSAO}"
@@ -185,11 +209,20 @@ Section Uninstall
   ${If} $0 != 0
     !insertmacro Desiste 4 "O registro do componente não pôde ser removido (código $0)."
   ${EndIf}
+  ; Another installation's registration of the proxy of 32 bits stays.
+  SetRegView 32
+  ReadRegStr $0 HKLM "${CLASSES}\CLSID\${INTERFACE}\InProcServer32" ""
+  ${If} $0 == "$INSTDIR\${PROXY_32}"
+    DeleteRegKey HKLM "${CLASSES}\CLSID\${INTERFACE}"
+    DeleteRegKey HKLM "${CLASSES}\Interface\${INTERFACE}"
+  ${EndIf}
+  SetRegView 64
   StrCpy $R8 "$INSTDIR\${SERVIDOR}"
   StrCpy $R9 $R8
   Call un.Encerra
   Delete /REBOOTOK $R8
   Delete /REBOOTOK "$INSTDIR\XVCR_MiddlewarePS.dll"
+  Delete /REBOOTOK "$INSTDIR\${PROXY_32}"
   Delete /REBOOTOK "$INSTDIR\XVLMensagem.dll"
   Delete /REBOOTOK "$INSTDIR\xvcr.exe"
   Delete /REBOOTOK "$INSTDIR\*.velho*"

@@ -3,7 +3,8 @@
 
   - The sums hold; the programs for Windows need no library that Windows does not bring.
   - The Debian package is installed into a root of its own, works there, and leaves nothing when it is removed.
-  - A project outside the tree is built against the installed client, natively and for Windows.
+  - A project outside the tree is built against the installed client, natively and for Windows. Of 32 bits it is
+    only built, as a C program that asserts the layout of the records is: these machines have no Wine for them.
   - Under Wine, in a prefix of its own: installed without a question, into a folder with blanks; used by clients
     that know the interface only (a C program, an installer script that calls slots); updated three times while a
     client writes: every acknowledged integration is there; removed: of the registry only the value stays that
@@ -26,6 +27,7 @@ PROGRAMS = r"C:\Arquivos de Programas\XVCR Loja"
 DATA = r"C:\Dados da Casa"
 SYSTEM_LIBRARIES = {"ADVAPI32", "KERNEL32", "msvcrt", "ole32", "OLEAUT32", "PSAPI", "RPCRT4", "SHELL32", "USER32",
                     "VERSION", "dbghelp", "DBGHELP"}
+INTERFACE = "{c2141cb5-b40b-41f8-a6aa-c8c9c30aad48}"
 MODULE_KEY = r"[HKEY_LOCAL_MACHINE\Software\Wow6432Node\Velmora\DF]"
 
 
@@ -119,6 +121,7 @@ class Windows:
         self.name = f"xvcr-{version}-windows-x64"
         self.stage, self.setup = f"{folder}/stage/{self.name}", f"{folder}/{self.name}.exe"
         self.drive = f"{self.prefix}/drive_c"
+        self.foreign = ""
         self.programs, self.data = (f"{self.drive}/{p[3:]}".replace("\\", "/") for p in (PROGRAMS, DATA))
 
     def wine(self, *words, **options):
@@ -142,19 +145,18 @@ class Windows:
                 keys[key] = values.strip()
         return keys
 
-    def build_clients(self):
-        archive = f"{self.folder}/dev"
-        os.mkdir(archive)
-        run("cmake", "-E", "tar", "xf", f"{self.folder}/{self.name}-dev.zip", cwd=archive)
-        prefix = f"{archive}/{self.name}-dev"
-        outside(f"{self.folder}/outside-windows", prefix, "-DCMAKE_SYSTEM_NAME=Windows",
-                "-DCMAKE_CXX_COMPILER=x86_64-w64-mingw32-g++-posix", "-DCMAKE_EXE_LINKER_FLAGS=-static")
-        run("x86_64-w64-mingw32-gcc-posix", "-O1", "-Wall", "-Werror", f"-I{prefix}/include/xvcr",
-            f"{ROOT}/tests/package/XVClienteAlheio.c", f"{prefix}/include/xvcr/com/XVCR_Middleware_i.c", "-o",
-            f"{self.folder}/alheio.exe", "-lole32", "-luuid")
-        initialisation(f"{self.folder}/inicializa")
-        run("makensis", "-V2", f"-DSAIDA={self.folder}/alheio-nsis.exe", f"-DINICIALIZA={self.folder}/inicializa",
-            f"{ROOT}/tests/package/alheio.nsi")
+    def build_clients(self, compiler, bits):
+        """The example client and the one in C, against the client for developers of that size."""
+        name, folder = f"{self.name.replace('x64', bits)}-dev", f"{self.folder}/clients-{bits}"
+        os.mkdir(folder)
+        run("cmake", "-E", "tar", "xf", f"{self.folder}/{name}.zip", cwd=folder)
+        outside(f"{folder}/outside", f"{folder}/{name}", "-DCMAKE_SYSTEM_NAME=Windows",
+                f"-DCMAKE_CXX_COMPILER={compiler}-w64-mingw32-g++-posix", "-DCMAKE_EXE_LINKER_FLAGS=-static")
+        include = f"{folder}/{name}/include/xvcr"
+        run(f"{compiler}-w64-mingw32-gcc-posix", "-O1", "-Wall", "-Werror", f"-I{include}",
+            f"{ROOT}/tests/package/XVClienteAlheio.c", f"{include}/com/XVCR_Middleware_i.c", "-o",
+            f"{folder}/alheio.exe", "-lole32", "-luuid")
+        return folder
 
     def update(self, number):
         """An installer whose programs differ in a byte at their end, run over the installed ones."""
@@ -170,7 +172,7 @@ class Windows:
         _, other, failed = filecmp.cmpfiles(stage, self.programs, names, shallow=False)
         demand(not other and not failed, f"the update left old programs: {other} {failed}")
         left = [n for n in os.listdir(self.programs)
-                if n == "novo" or "velho" in n and not n.startswith("XVCR_MiddlewarePS.dll")]
+                if n == "novo" or "velho" in n and not n.startswith("XVCR_MiddlewarePS")]
         demand(not left, f"the update left {left}")
 
     def written(self):
@@ -190,7 +192,7 @@ class Windows:
         end = f"{self.drive}/fim"
         with open(f"{self.folder}/escritas", "w", encoding="utf-8") as out, \
                 open(f"{self.folder}/recusas", "w", encoding="utf-8") as err, \
-                subprocess.Popen([f"{ROOT}/scripts/wine-run", f"{self.folder}/alheio.exe", "grava", "ESCRITA", r"C:\fim"],
+                subprocess.Popen([f"{ROOT}/scripts/wine-run", self.foreign, "grava", "ESCRITA", r"C:\fim"],
                                  stdout=out, stderr=err, env=os.environ | {"WINEPREFIX": self.prefix}) as writer:
             try:
                 for number in range(1, 4):
@@ -204,7 +206,7 @@ class Windows:
             refused = refused.read()
         demand(code == 0, "the writing client gave up: " + refused)
         shutil.copy(f"{self.folder}/escritas", f"{self.drive}/escritas")
-        read, lost = self.wine(f"{self.folder}/alheio.exe", "confere", "ESCRITA", r"C:\escritas").split()
+        read, lost = self.wine(self.foreign, "confere", "ESCRITA", r"C:\escritas").split()
         print(f"   three updates under a writing client: {read} acknowledged, {lost} lost, "
               f"{len(refused.splitlines())} calls tried again")
 
@@ -213,14 +215,21 @@ class Windows:
             needed = set(re.findall(r"DLL Name: (\S+)\.(?:dll|DRV)", run("x86_64-w64-mingw32-objdump", "-p", program),
                                     re.I))
             demand(needed <= SYSTEM_LIBRARIES, f"{program} needs {needed - SYSTEM_LIBRARIES}")
-        self.build_clients()
+        clients = self.build_clients("x86_64", "x64")
+        self.foreign = f"{clients}/alheio.exe"
+        self.build_clients("i686", "x86")
+        initialisation(f"{self.folder}/inicializa")
+        run("makensis", "-V2", f"-DSAIDA={self.folder}/alheio-nsis.exe", f"-DINICIALIZA={self.folder}/inicializa",
+            f"{ROOT}/tests/package/alheio.nsi")
         self.wine("reg", "add", r"HKLM\SOFTWARE\Wow6432Node\Velmora\DF", "/v", "Alheio", "/d", "fica", "/f")
         # Before the installation there is no server for the script: the same program answers 10.
         self.wine(f"{self.folder}/alheio-nsis.exe", code=10)
         before = self.registry()
         self.install(self.setup)
+        said = self.wine("reg", "query", rf"HKLM\Software\Classes\Wow6432Node\CLSID\{INTERFACE}\InProcServer32", "/ve")
+        demand(PROGRAMS + r"\XVCR_MiddlewarePS32.dll" in said, "the proxy of 32 bits is not registered: " + said)
         # From here on without another step: the first integration.
-        self.wine(f"{self.folder}/outside-windows/build/xv_exemplo_cliente.exe", "PRIMEIRA")
+        self.wine(f"{clients}/outside/build/xv_exemplo_cliente.exe", "PRIMEIRA")
         self.wine(f"{self.folder}/alheio-nsis.exe")
         said = self.wine(f"{self.programs}/xvcr.exe", "--servidor", "--empresa", "NSIS", "busca", "--conta")
         demand(said.split()[0] == "1", "the script's integration is not there: " + said)
