@@ -48,6 +48,9 @@ inline constexpr HRESULT E_POINTER = XVHResult(0x80004003U);
 #ifndef E_FAIL
 inline constexpr HRESULT E_FAIL = XVHResult(0x80004005U);
 #endif
+#ifndef E_UNEXPECTED
+inline constexpr HRESULT E_UNEXPECTED = XVHResult(0x8000FFFFU);
+#endif
 #ifndef E_OUTOFMEMORY
 inline constexpr HRESULT E_OUTOFMEMORY = XVHResult(0x8007000EU);
 #endif
