@@ -1,6 +1,7 @@
 // Faults inside of a call, in a library that the server loaded and in the server by its doing.
 #include <filesystem>
 #include <fstream>
+#include <thread>
 
 #include "tests/com/XVAmbienteCom.h"
 #include "tests/com/XVComponenteCru.h"
@@ -96,4 +97,28 @@ TEST(FalhasServidor, EncerramOProcessoComRelatorioEOProximoAtendeComALojaInteira
         }
         EsqueceServidorMorto();
     }
+}
+
+// The end cuts the call off in the end, and the server that the next client needs waits for it, within what
+// COM gives it.
+TEST(FalhasServidor, ChamadaQueNaoVoltaNaoSeguraOFimEOSucessorEsperaPorEle) {
+    const CServidorComProvedorFalho servidor;
+    const std::string sEmpresa = NovaEmpresa();
+    const HANDLE hDentro = ::CreateEventW(nullptr, TRUE, FALSE, L"Local\\XVProvedorFalho");
+    HRESULT hrPresa = S_OK;
+    std::thread presa([&] {
+        const XVCliente::CApartamento apartamento;
+        hrPresa = Provoca(sEmpresa, "demora");
+    });
+    EXPECT_EQ(::WaitForSingleObject(hDentro, 30000), WAIT_OBJECT_0);
+    const std::vector<DWORD> listaPrimeiro = XVServidores::Lista();
+    XVServidores::PedeFim();
+    ::Sleep(1500);  // until its class is withdrawn
+    XVCliente::CXVCliente cliente;
+    EXPECT_EQ(cliente.Conecta({.sEmpresa = sEmpresa}), S_OK);
+    EXPECT_EQ(XVPortaTeste::Conta(cliente), 0U);
+    EXPECT_NE(XVServidores::Lista(), listaPrimeiro);
+    presa.join();
+    EXPECT_TRUE(XVCliente::ServidorFoiEmbora(hrPresa)) << std::hex << hrPresa;
+    ::CloseHandle(hDentro);
 }

@@ -1,4 +1,6 @@
 // A provider library that does on purpose what none must: the key of a query names the fault.
+#include <windows.h>
+
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
@@ -20,12 +22,21 @@ int Afunda(volatile char* pAnterior) {
     return g_bAfunda ? Afunda(acQuadro) + acQuadro[0] : 0;
 }
 
+// Tells the test that the call is inside, and stays there for longer than any end takes.
+void Demora() {
+    if (const HANDLE hDentro = ::OpenEventW(EVENT_MODIFY_STATE, FALSE, L"Local\\XVProvedorFalho");
+        hDentro != nullptr)
+        ::SetEvent(hDentro);
+    ::Sleep(120000);
+}
+
 void Falha(std::string_view sFalha) {
     if (sFalha == "nulo") *static_cast<volatile int*>(g_pNulo) = 1;
     if (sFalha == "memcpy") std::memcpy(g_pNulo, sFalha.data(), sFalha.size());
     if (sFalha == "chamada") reinterpret_cast<void (*)()>(g_pNulo)();
     if (sFalha == "abort") std::abort();
     if (sFalha == "terminate") std::terminate();
+    if (sFalha == "demora") Demora();
     if (sFalha == "pilha") {
         volatile char cFundo = 0;
         Afunda(&cFundo);
