@@ -1,4 +1,6 @@
 // What a call of each method leaves behind in the server's memory.
+#include <algorithm>
+#include <array>
 #include <cstdio>
 #include <functional>
 
@@ -83,6 +85,23 @@ void IncluiGravacoes(TMetodos& rMetodos, XVCliente::CXVCliente& r, REG_XVDMC reg
     rMetodos.push_back({"record", "index entries, record, table of texts", grava});
 }
 
+// Bytes that a call leaves behind: the middle one of several parts, so that what the runtime takes once, a
+// thread or a block of its heap, does not count.
+double Crescimento(const SMetodo& rMetodo, int iVezes, HRESULT* phr) {
+    constexpr std::size_t k_uiPartes = 5;
+    const int iPorParte = iVezes / static_cast<int>(k_uiPartes);
+    std::array<double, k_uiPartes> partes;
+    int i = 0;
+    for (; SUCCEEDED(*phr) && i < iPorParte; ++i) *phr = rMetodo.fnChama(i);
+    for (double& rfParte : partes) {
+        const auto uiAntes = static_cast<double>(MemoriaServidor());
+        for (int j = 0; SUCCEEDED(*phr) && j < iPorParte; ++j) *phr = rMetodo.fnChama(i++);
+        rfParte = (static_cast<double>(MemoriaServidor()) - uiAntes) / iPorParte;
+    }
+    std::ranges::sort(partes);
+    return partes[k_uiPartes / 2];
+}
+
 }  // namespace
 
 bool Memoria(int iChamadas) {
@@ -101,12 +120,7 @@ bool Memoria(int iChamadas) {
     };
     metodos.push_back({"connect and leave", "", conecta, 20});
     for (const SMetodo& rMetodo : metodos) {
-        const int iVezes = iChamadas / rMetodo.iDivisor;
-        int i = 0;
-        for (; SUCCEEDED(hr) && i < iVezes / 4; ++i) hr = rMetodo.fnChama(i);
-        const auto uiAntes = static_cast<double>(MemoriaServidor());
-        for (; SUCCEEDED(hr) && i < iVezes / 4 + iVezes; ++i) hr = rMetodo.fnChama(i);
-        const double fBytes = (static_cast<double>(MemoriaServidor()) - uiAntes) / iVezes;
+        const double fBytes = Crescimento(rMetodo, iChamadas / rMetodo.iDivisor, &hr);
         const bool bCresce = *rMetodo.pszDado == '\0' && fBytes > k_fSemDados;
         iCrescem += bCresce ? 1 : 0;
         std::printf("%-20s %8.2f bytes a call  %s%s\n", rMetodo.pszNome, fBytes, rMetodo.pszDado,
