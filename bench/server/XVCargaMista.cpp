@@ -11,7 +11,7 @@ namespace {
 
 // Every integration stays in the server's memory with its index entries: what one may take.
 constexpr std::size_t k_uiMemoriaPorIntegracao = 1024;
-constexpr std::size_t k_uiFolga = std::size_t{3} << 19;  // of the allocator; 30 bytes a call would exceed it
+constexpr std::size_t k_uiFolga = std::size_t{1} << 19;  // of the allocator; in 100,000 calls 10 bytes each
 
 // One step of ten calls; only the first one adds an integration, once in a hundred steps.
 HRESULT Passo(XVCliente::CXVCliente& rCliente, int iPasso, REG_XVDMC* pDmc, int* piIntegracoes) {
