@@ -39,7 +39,8 @@ class CCronometro {
 // An integration of about the size of a real one, told from all others by its external key and its text.
 CXVDadosCR_IntegracaoMiddleware Integracao(XVUInt64 uiChave, std::size_t uiBytes);
 
-// The server's resident memory in bytes; 0: none runs.
+// The server's resident memory in bytes, without what its threads bring with them, which come and go with the
+// runtime of remote calls; 0: none runs.
 std::size_t MemoriaServidor();
 
 // Says on the error output which step failed, and with what.

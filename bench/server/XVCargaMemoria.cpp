@@ -11,7 +11,9 @@ namespace XVCarga {
 
 namespace {
 
-constexpr double k_fSemDados = 4;  // bytes a call, of one that stores nothing: pages of the allocator
+constexpr std::size_t k_uiPartes = 5;
+// Bytes of one part, beyond a byte a call, that a method that stores nothing may seem to take: a page or two.
+constexpr double k_fPaginas = 2 * 4096;
 
 constexpr const char* k_pszTabela = "12 bytes of the text file's table";
 
@@ -88,7 +90,6 @@ void IncluiGravacoes(TMetodos& rMetodos, XVCliente::CXVCliente& r, REG_XVDMC reg
 // Bytes that a call leaves behind: the middle one of several parts, so that what the runtime takes once, a
 // thread or a block of its heap, does not count.
 double Crescimento(const SMetodo& rMetodo, int iVezes, HRESULT* phr) {
-    constexpr std::size_t k_uiPartes = 5;
     const int iPorParte = iVezes / static_cast<int>(k_uiPartes);
     std::array<double, k_uiPartes> partes;
     int i = 0;
@@ -120,8 +121,9 @@ bool Memoria(int iChamadas) {
     };
     metodos.push_back({"connect and leave", "", conecta, 20});
     for (const SMetodo& rMetodo : metodos) {
-        const double fBytes = Crescimento(rMetodo, iChamadas / rMetodo.iDivisor, &hr);
-        const bool bCresce = *rMetodo.pszDado == '\0' && fBytes > k_fSemDados;
+        const int iVezes = iChamadas / rMetodo.iDivisor;
+        const double fBytes = Crescimento(rMetodo, iVezes, &hr);
+        const bool bCresce = *rMetodo.pszDado == '\0' && fBytes > 1 + k_fPaginas * k_uiPartes / iVezes;
         iCrescem += bCresce ? 1 : 0;
         std::printf("%-20s %8.2f bytes a call  %s%s\n", rMetodo.pszNome, fBytes, rMetodo.pszDado,
                     bCresce ? "NOT DATA" : "");

@@ -109,9 +109,18 @@ bool EsperaTrabalho(HANDLE hConfirmadas) {
     return true;
 }
 
+// In order, so that its stores are closed. One that is still starting does not hear the request, so it is
+// made again.
+bool EncerraServidores() {
+    for (int i = 0; i < 4; ++i) {
+        XVServidores::PedeFim();
+        if (XVServidores::Espera(0)) return true;
+    }
+    return false;
+}
+
 bool Confere(const std::string& sEmpresa, int iMortes) {
-    XVServidores::PedeFim();
-    if (!XVServidores::Espera(0)) return std::puts("the server does not end"), false;
+    if (!EncerraServidores()) return std::puts("kills: the server does not end"), false;
     TGravadas gravadas = LeGravadas();
     SContas contas;
     XVCliente::CXVCliente cliente;
