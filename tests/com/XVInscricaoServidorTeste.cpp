@@ -162,9 +162,15 @@ TEST(InscricaoServidor, RemoveSoOQueESeuENaoDeixaChaveVazia) {
         if (rArquivo.is_regular_file() && rArquivo.path().stem().string().starts_with("XVCR_Middleware"))
             std::filesystem::copy(rArquivo.path(),
                                   std::filesystem::path(sCopia).replace_filename(rArquivo.path().filename()));
-    EXPECT_EQ(Saida(XVServidores::Executa({"/UnregServer"})), 0U);
+    // A third one, whose proxy library is none: it fails after its values have been written.
+    const std::string sQuebrada = pasta.Junta("quebrada/XVCR_Middleware.exe");
+    std::filesystem::create_directories(std::filesystem::path(sQuebrada).parent_path());
+    for (const char* pszNome : {"XVCR_Middleware.exe", "XVCR_MiddlewarePS.dll"})
+        std::filesystem::copy(XVServidores::Programa(),
+                              std::filesystem::path(sQuebrada).replace_filename(pszNome));
     for (const auto& [hRaiz, sSufixo] : {std::pair<HKEY, std::string>{HKEY_LOCAL_MACHINE, ""},
                                          std::pair<HKEY, std::string>{HKEY_CURRENT_USER, "PerUser"}}) {
+        EXPECT_EQ(Saida(XVServidores::Executa({"/UnregServer" + sSufixo})), 0U);
         const auto vazio = Retrata(hRaiz);
         EXPECT_EQ(Saida(XVExecuta(sCopia, {"/RegServer" + sSufixo})), 0U);
         const auto registrado = Retrata(hRaiz);
@@ -174,6 +180,8 @@ TEST(InscricaoServidor, RemoveSoOQueESeuENaoDeixaChaveVazia) {
         EXPECT_EQ(servidor.Abre(hRaiz, L"Software\\Classes\\" + k_sClasse + L"\\LocalServer32"), S_OK);
         EXPECT_EQ(servidor.LeTexto(L"", &sComando), S_OK);
         EXPECT_EQ(::lstrcmpiW(sComando.c_str(), (L"\"" + sPrograma + L"\"").c_str()), 0);
+        EXPECT_EQ(Saida(XVExecuta(sQuebrada, {"/RegServer" + sSufixo})), 0x8007007FU);
+        EXPECT_EQ(Diferenca(registrado, Retrata(hRaiz)), "") << "as before the failure";
         EXPECT_EQ(Saida(XVServidores::Executa({"/UnregServer" + sSufixo})), 0U);
         EXPECT_EQ(Diferenca(registrado, Retrata(hRaiz)), "") << "what the other copy registered";
         EXPECT_EQ(Saida(XVExecuta(sCopia, {"/UnregServer" + sSufixo})), 0U);
