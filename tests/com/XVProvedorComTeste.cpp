@@ -32,6 +32,9 @@ class CXVProvedorCom : public testing::Test {
         fs::create_directories(m_Sistema.Junta("recebidos"));
         SetEspera(1);
         ::SetEnvironmentVariableW(L"XVPROVEDOR_PASTA", fs::path(m_Sistema.GetCaminho()).c_str());
+        ComecaServidor();
+    }
+    void ComecaServidor() {
         m_Servidor.emplace(XVServidores::Programa(), std::vector<std::string>{});
         for (int i = 0; i < 1000 && CXVExclusividade().Toma(0); ++i) ::Sleep(20);
     }
@@ -48,7 +51,8 @@ class CXVProvedorCom : public testing::Test {
     }
     void Instala(const fs::path& rBiblioteca) {
         m_listaCopias.push_back(fs::path(XVServidores::Programa()).parent_path() / rBiblioteca.filename());
-        fs::copy_file(rBiblioteca, m_listaCopias.back(), fs::copy_options::overwrite_existing);
+        fs::remove(m_listaCopias.back());  // of a run that was killed
+        fs::copy_file(rBiblioteca, m_listaCopias.back());
     }
 
     HRESULT Troca(XVCliente::CXVCliente& rCliente, XVUInt eSistema, XVUInt ulAuxiliar = 0) {
@@ -121,6 +125,7 @@ TEST_F(CXVProvedorCom, ExemploPresoEFaltaPeloServidor) {
         }
     EXPECT_EQ(uiRelatorios, 1U);
     EsqueceServidorMorto();
+    ComecaServidor();
     XVCliente::CXVCliente seguinte;
     ASSERT_EQ(seguinte.Conecta({.sEmpresa = m_sEmpresa, .usUsuario = 7}), S_OK);
     EXPECT_EQ(XVPortaTeste::Conta(seguinte), 5U);
