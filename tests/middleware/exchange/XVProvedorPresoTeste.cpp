@@ -3,6 +3,7 @@
 #include <future>
 #include <thread>
 
+#include "middleware/XVTrocaEmCurso.h"
 #include "support/codes/XVCodigos.h"
 #include "tests/harness/XVTextoNoLog.h"
 #include "tests/middleware/exchange/XVCenarioTroca.h"
@@ -97,6 +98,17 @@ TEST_F(CXVProvedorPresoTeste, CodigosDoVigiaNaoSaoDoProvedor) {
         EXPECT_EQ(Troca(eXVSMiddleware_Inclusao, &regDmc), XVHResult(0x8000FFFFU));
     }
     EXPECT_EQ(LinhasPerdidas().size(), 2U);
+}
+
+// Between the list of pending items and its exchange the library may have been suspended by another call.
+TEST_F(CXVProvedorPresoTeste, TrocaQueNaoComecouNaoEPerdida) {
+    const CXVDadosCR_IntegracaoMiddleware dados;
+    std::size_t uiLinhas = 0;
+    for (const HRESULT hr : {E_NOTIMPL, E_XVCR_PROVEDOR_SUSPENSO, E_XVCR_PROVEDOR_SEM_RESPOSTA}) {
+        EXPECT_EQ(CXVTrocaEmCurso(&m_Dono, dados, {}).Responde(hr), hr);
+        uiLinhas += hr == E_XVCR_PROVEDOR_SEM_RESPOSTA ? 1 : 0;
+        EXPECT_EQ(LinhasPerdidas().size(), uiLinhas);
+    }
 }
 
 #ifndef _WIN32
