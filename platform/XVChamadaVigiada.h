@@ -11,6 +11,9 @@ using PXVFalha = void (*)(void* pDescricao);
 // Until this is called, and where the system has no such descriptions, faults are left to the system.
 void XVVigiaFalhas(PXVFalha pfnFalha);
 
+// From now on no call begins and none returns to its caller: whoever comes waits for the end of the process.
+void XVDetemChamadas();
+
 // Runs pfnChamada(pDados). C++ exceptions pass through.
 void XVExecutaVigiada(void (*pfnChamada)(void*), void* pDados);
 

@@ -1,5 +1,6 @@
 #include "server/XVExclusividade.h"
 
+#include <atomic>
 #include <string>
 
 #include "contract/XVCR_MiddlewareGuids.h"
@@ -8,6 +9,8 @@
 namespace {
 
 constexpr DWORD k_ulEntreOlhadas = 50;
+
+std::atomic<HANDLE> g_hTerminandoDoProcesso = nullptr;  // of the mark that this process holds
 
 // The user's name is part of the names, because another user of the same session may run a server too.
 std::wstring Nome(const wchar_t* pszObjeto) {
@@ -26,7 +29,10 @@ CXVExclusividade::CXVExclusividade()
       m_hTerminando(::CreateEventW(nullptr, TRUE, FALSE, Nome(L"_terminando").c_str())) {}
 
 CXVExclusividade::~CXVExclusividade() {
-    if (m_bTomado) ::ReleaseMutex(m_hMutex);
+    if (m_bTomado) {
+        g_hTerminandoDoProcesso = nullptr;
+        ::ReleaseMutex(m_hMutex);
+    }
     if (m_hMutex != nullptr) ::CloseHandle(m_hMutex);
     if (m_hTerminando != nullptr) ::CloseHandle(m_hTerminando);
 }
@@ -41,8 +47,11 @@ bool CXVExclusividade::Toma(DWORD ulSeAtende) {
     for (;;) {
         const DWORD ulEspera = ::WaitForSingleObject(m_hMutex, k_ulEntreOlhadas);
         m_bTomado = ulEspera == WAIT_OBJECT_0 || ulEspera == WAIT_ABANDONED;
-        // The event outlives the server that set it when the next one already waits.
-        if (m_bTomado) AnunciaFim(false);
+        if (m_bTomado) {
+            // The event outlives the server that set it when the next one already waits.
+            AnunciaFim(false);
+            g_hTerminandoDoProcesso = m_hTerminando;
+        }
         if (m_bTomado || ulEspera != WAIT_TIMEOUT) return m_bTomado;
         if (::GetTickCount64() - uiInicio >= (EstaTerminando() ? k_ulEsperaFimDoAnterior : ulSeAtende))
             return false;
@@ -51,4 +60,9 @@ bool CXVExclusividade::Toma(DWORD ulSeAtende) {
 
 void CXVExclusividade::AnunciaFim(bool bTermina) {
     if (m_hTerminando != nullptr) bTermina ? ::SetEvent(m_hTerminando) : ::ResetEvent(m_hTerminando);
+}
+
+void CXVExclusividade::AnunciaFimDoProcesso() {
+    if (const HANDLE hTerminando = g_hTerminandoDoProcesso.load(); hTerminando != nullptr)
+        ::SetEvent(hTerminando);
 }

@@ -2,7 +2,7 @@
 // until after it is withdrawn, so that the next server opens stores that the last one has closed. A named
 // event beside it tells a server that is ending from one that serves.
 //
-// Thread rule: the main thread; the mutex belongs to the thread that took it.
+// Thread rule: the main thread, where nothing else is said; the mutex belongs to the thread that took it.
 #pragma once
 
 #include <windows.h>
@@ -21,6 +21,8 @@ class CXVExclusividade {
 
     // Who holds the mark says whether it is about to give it up.
     void AnunciaFim(bool bTermina);
+    // The same from any thread, where this process holds it: true.
+    static void AnunciaFimDoProcesso();
 
   private:
     bool EstaTerminando() const;

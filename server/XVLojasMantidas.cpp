@@ -39,8 +39,8 @@ std::vector<CXVLojasMantidas::SMantida> CXVLojasMantidas::Toma(XVUInt ulLimite) 
     std::vector<SMantida> lista;
     const std::lock_guard trava(m_Mutex);
     const XVUInt ulAgora = XVPlataforma::Relogio().GetTicks();
-    const auto it = std::stable_partition(
-        m_lista.begin(), m_lista.end(), [&](const SMantida& r) { return ulAgora - r.ulDesde < ulLimite; });
+    const auto it = std::stable_partition(m_lista.begin(), m_lista.end(),
+                                          [&](const SMantida& r) { return ulAgora - r.ulDesde < ulLimite; });
     lista.assign(std::make_move_iterator(it), std::make_move_iterator(m_lista.end()));
     m_lista.erase(it, m_lista.end());
     return lista;

@@ -1,5 +1,5 @@
-// Stores whose last component is gone, kept open for a moment: a client that comes back within it, as one does
-// that connects for each operation, finds its store open.
+// Stores whose last component is gone, kept open for a moment: a client that comes back within it, as one
+// does that connects for each operation, finds its store open.
 //
 // Thread rule: any thread.
 #pragma once

@@ -12,7 +12,7 @@ HANDLE XVCriaPedidoFim();
 
 struct SParada {
     HRESULT hr = S_OK;
-    unsigned uiTerminados = 0;      // servers that ended
+    unsigned uiTerminados = 0;        // servers that ended
     unsigned uiDeOutrosUsuarios = 0;  // servers that this user may not end
 };
 

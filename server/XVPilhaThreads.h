@@ -2,5 +2,6 @@
 // fault to this program on that same stack.
 #pragma once
 
-// From now on for the calling thread and those that begin later, those of the runtime of remote calls included.
+// From now on for the calling thread and those that begin later, those of the runtime of remote calls
+// included.
 void XVReservaPilha();

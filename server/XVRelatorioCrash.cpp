@@ -33,13 +33,15 @@ void EscreveQuadro(HANDLE hArquivo, int iQuadro, std::uint64_t uiEndereco) {
             szModulo, static_cast<unsigned long long>(uiEndereco - reinterpret_cast<std::uint64_t>(hModulo)));
 }
 
-// Walks the unwind tables from the context of the crash.
+// Walks the unwind tables from the context of the crash. An address in no code, as after a call through null,
+// is taken for a leaf, which leads to its caller.
 void EscrevePilha(HANDLE hArquivo, CONTEXT contexto) {
     constexpr int k_iMaximoQuadros = 64;
-    for (int i = 0; i < k_iMaximoQuadros && contexto.Rip != 0; ++i) {
+    for (int i = 0; i < k_iMaximoQuadros && (contexto.Rip != 0 || i == 0); ++i) {
         EscreveQuadro(hArquivo, i, contexto.Rip);
         DWORD64 uiBase = 0;
-        const PRUNTIME_FUNCTION pFuncao = ::RtlLookupFunctionEntry(contexto.Rip, &uiBase, nullptr);
+        const PRUNTIME_FUNCTION pFuncao =
+            contexto.Rip == 0 ? nullptr : ::RtlLookupFunctionEntry(contexto.Rip, &uiBase, nullptr);
         if (pFuncao == nullptr) {  // a leaf: the return address is on top of the stack
             MEMORY_BASIC_INFORMATION regiao{};
             if (::VirtualQuery(reinterpret_cast<LPCVOID>(contexto.Rsp), &regiao, sizeof(regiao)) == 0 ||

@@ -65,9 +65,9 @@ DWORD WINAPI TerminaDepois(void* pTempo) {
 }
 
 // The process is gone when the time is over, wherever it is then. rulTempo is a constant. Nothing is lost by
-// it: the class is withdrawn, and an operation that is cut off is whole or absent at the store's next opening.
-// The runtime of remote calls waits for calls that are not over, and has been seen to wait for one that was:
-// nobody would be served any more, by this server or by the next.
+// it: the class is withdrawn, and an operation that is cut off is whole or absent at the store's next
+// opening. The runtime of remote calls waits for calls that are not over, and has been seen to wait for one
+// that was: nobody would be served any more, by this server or by the next.
 void LimitaFim(const DWORD& rulTempo) {
     if (const HANDLE hThread =
             ::CreateThread(nullptr, 0, TerminaDepois, const_cast<DWORD*>(&rulTempo), 0, nullptr);

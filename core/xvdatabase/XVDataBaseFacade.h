@@ -6,6 +6,7 @@
 // beside them.
 #pragma once
 
+#include <atomic>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -59,17 +60,9 @@ class CXVDataBaseFacade : public TBase {
         }
         XV_CHECK(CriaDiretorio(sDiretorio));
         m_pLoja = CLojasAbertas::Instancia().Busca(CXVDiario::ChaveDoDiretorio(sDiretorio));
+        const SChegada chegada{m_pLoja->uiFalhas.load(), XVPlataforma::Relogio().GetTicks()};
         const std::lock_guard lock(m_pLoja->mutexAbertura);
-        if (m_pLoja->uiObjetos == 0) {
-            XV_CHECK(RecusaVersaoPosterior());  // before the journal, which may conclude an operation
-            XV_CHECK(m_pLoja->diario.Abre(this, m_pLoja->dataBase.GetModulo(), sDiretorio));
-            XVMarcas::RetiraSemDono(m_pLoja->dataBase.GetModulo(), sDiretorio);
-            const HRESULT hr = XV_REGISTRA(AbreLoja());
-            if (FAILED(hr)) {
-                XVIgnora(m_pLoja->diario.Fecha(this));
-                return hr;
-            }
-        }
+        if (m_pLoja->uiObjetos == 0) XV_CHECK(AbreComoPrimeiro(sDiretorio, chegada));
         ++m_pLoja->uiObjetos;
         m_pDataBase = &m_pLoja->dataBase;
         return S_OK;
@@ -89,6 +82,42 @@ class CXVDataBaseFacade : public TBase {
         const HRESULT hr = XV_REGISTRA(pLoja->dataBase.Finaliza());
         const HRESULT hrDiario = XV_REGISTRA(pLoja->diario.Fecha(this));
         return XVPrimeiraFalha(hr, hrDiario);
+    }
+
+    // When an object came to open a store: failed openings so far, and ticks.
+    struct SChegada {
+        XVUInt64 uiFalhas;
+        XVUInt ulTicks;
+    };
+
+    // An opening may take seconds to find out that another process does not give the store up. Who waited
+    // here for at least half of one that failed has seen as much as by an own one: they all fail side by
+    // side, and not one after the other.
+    HRESULT AbreComoPrimeiro(const std::string& sDiretorio, const SChegada& rChegada) {
+        SAberturaFalha& rFalha = m_pLoja->falha;
+        const XVUInt ulInicio = XVPlataforma::Relogio().GetTicks();
+        if (m_pLoja->uiFalhas.load() != rChegada.uiFalhas &&
+            rFalha.ulFim - rChegada.ulTicks >= rFalha.ulDuracao / 2) {
+            CXVArquivosRecusados* pRecusados = CXVArquivosRecusados::GetAtual();
+            if (pRecusados != nullptr && !rFalha.sPath.empty()) pRecusados->Inclui(rFalha.hr, rFalha.sPath);
+            return rFalha.hr;
+        }
+        const CXVArquivosRecusados recusados;
+        const HRESULT hr = XV_REGISTRA(AbreLojaComDiario(sDiretorio));
+        if (SUCCEEDED(hr)) return hr;
+        const XVUInt ulFim = XVPlataforma::Relogio().GetTicks();
+        rFalha = {hr, ulFim, ulFim - ulInicio, std::string(recusados.GetPath(hr))};
+        ++m_pLoja->uiFalhas;
+        return hr;
+    }
+
+    HRESULT AbreLojaComDiario(const std::string& sDiretorio) {
+        XV_CHECK(RecusaVersaoPosterior());  // before the journal, which may conclude an operation
+        XV_CHECK(m_pLoja->diario.Abre(this, m_pLoja->dataBase.GetModulo(), sDiretorio));
+        XVMarcas::RetiraSemDono(m_pLoja->dataBase.GetModulo(), sDiretorio);
+        const HRESULT hr = XV_REGISTRA(AbreLoja());
+        if (FAILED(hr)) XVIgnora(m_pLoja->diario.Fecha(this));
+        return hr;
     }
 
     HRESULT AbreLoja() {
@@ -167,6 +196,14 @@ class CXVDataBaseFacade : public TBase {
     TDataBase* m_pDataBase = nullptr;
 
   private:
+    // The last opening of a store that failed in this process. Times in ticks.
+    struct SAberturaFalha {
+        HRESULT hr = S_OK;
+        XVUInt ulFim = 0;
+        XVUInt ulDuracao = 0;
+        std::string sPath;  // of the file that was refused
+    };
+
     struct SLoja {
         SLoja() = default;
         SLoja(const SLoja&) = delete;
@@ -183,6 +220,8 @@ class CXVDataBaseFacade : public TBase {
         std::mutex mutexAbertura;
         std::mutex mutexAlteracao;
         std::size_t uiObjetos = 0;
+        SAberturaFalha falha;  // guarded by mutexAbertura, as is the step of the count
+        std::atomic<XVUInt64> uiFalhas = 0;
     };
 
     // The open stores of the process by data directory.

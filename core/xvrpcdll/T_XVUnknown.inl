@@ -60,7 +60,7 @@ HRESULT T_XVUnknown<TInterface, TLogica>::ExecutaQuadro(const SMetodoInterface& 
     const CXVBaseParaRotinas& rBase = *pLogica;
     std::optional<CXVAcessoDefault> acesso;
     if (rBase.EstaInicializado()) acesso.emplace(&rBase);
-    HRESULT hr = E_UNEXPECTED;
+    HRESULT hr = E_FAIL;
     XVExecutaVigiada([&] { hr = ExecutaCorpo(rMetodo, *pLogica, fnCorpo); });
     if (XVEhResultadoFatal(hr)) [[unlikely]]
         DescartaLogica(pLogica);

@@ -2,6 +2,7 @@
 
 // Signals end the process by themselves.
 void XVVigiaFalhas(PXVFalha) {}
+void XVDetemChamadas() {}
 
 void XVExecutaVigiada(void (*pfnChamada)(void*), void* pDados) {
     pfnChamada(pDados);

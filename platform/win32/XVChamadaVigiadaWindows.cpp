@@ -7,6 +7,11 @@
 namespace {
 
 std::atomic<PXVFalha> g_pfnFalha = nullptr;
+std::atomic<bool> g_bDetidas = false;
+
+void EsperaSeDetidas() {
+    while (g_bDetidas.load(std::memory_order_relaxed)) ::Sleep(INFINITE);
+}
 
 // Errors and warnings of the system, and exceptions of other compilers' run times, which nothing in this
 // program can catch. The exceptions of its own run time are of another class and pass.
@@ -27,9 +32,13 @@ void XVVigiaFalhas(PXVFalha pfnFalha) {
     g_pfnFalha = pfnFalha;
 }
 
+void XVDetemChamadas() {
+    g_bDetidas = true;
+}
+
 #if defined(_MSC_VER)
 
-void XVExecutaVigiada(void (*pfnChamada)(void*), void* pDados) {
+static void ExecutaQuadroVigiado(void (*pfnChamada)(void*), void* pDados) {
     __try {
         pfnChamada(pDados);
     } __except (Relata(GetExceptionInformation()->ExceptionRecord, GetExceptionInformation()->ContextRecord),
@@ -47,14 +56,14 @@ extern "C" EXCEPTION_DISPOSITION XVFalhaNaChamada(EXCEPTION_RECORD* pRegistro, v
 }
 
 // This compiler has no words for a frame with a handler of its own.
-extern "C" void XVQuadroVigiado(void (*pfnChamada)(void*), void* pDados);
+extern "C" void ExecutaQuadroVigiado(void (*pfnChamada)(void*), void* pDados);
 __asm__(
     ".text\n"
     ".p2align 4\n"
-    ".globl XVQuadroVigiado\n"
-    ".def XVQuadroVigiado; .scl 2; .type 32; .endef\n"
-    ".seh_proc XVQuadroVigiado\n"
-    "XVQuadroVigiado:\n"
+    ".globl ExecutaQuadroVigiado\n"
+    ".def ExecutaQuadroVigiado; .scl 2; .type 32; .endef\n"
+    ".seh_proc ExecutaQuadroVigiado\n"
+    "ExecutaQuadroVigiado:\n"
     "    subq $40, %rsp\n"
     "    .seh_stackalloc 40\n"
     "    .seh_endprologue\n"
@@ -67,8 +76,10 @@ __asm__(
     "    .seh_handler XVFalhaNaChamada, @except\n"
     ".seh_endproc\n");
 
-void XVExecutaVigiada(void (*pfnChamada)(void*), void* pDados) {
-    XVQuadroVigiado(pfnChamada, pDados);
-}
-
 #endif
+
+void XVExecutaVigiada(void (*pfnChamada)(void*), void* pDados) {
+    EsperaSeDetidas();
+    ExecutaQuadroVigiado(pfnChamada, pDados);
+    EsperaSeDetidas();
+}

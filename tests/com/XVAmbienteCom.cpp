@@ -1,5 +1,6 @@
 #include "tests/com/XVAmbienteCom.h"
 
+#include "platform/XVTentativas.h"
 #include "platform/win32/XVTextoWindows.h"
 #include "tests/com/XVServidores.h"
 #include "tests/harness/XVDiretorioTemporario.h"
@@ -67,7 +68,10 @@ void EsqueceServidorMorto() {
 namespace XVPortaTeste {
 
 HRESULT Conecta(XVCliente::CXVCliente& rCliente, const XVCliente::SIdentificacao& rIdentificacao) {
-    return rCliente.Conecta(rIdentificacao);
+    // The server of the test before may be ending.
+    return XVTenta(
+        k_iTentativasCurtas, [&] { return rCliente.Conecta(rIdentificacao); },
+        [](HRESULT hr) { return hr == E_FAIL; });
 }
 
 std::string DiretorioEmpresa(const std::string& sEmpresa) {

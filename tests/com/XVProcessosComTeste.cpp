@@ -106,7 +106,7 @@ TEST(Processos, AtivadoSemClienteSaiEPelaMaoSoHaUm) {
 // others work on, and the server leaves when only the dead were left.
 TEST(Processos, ClientesMortosEntreChamadasENoMeioDeUma) {
     ASSERT_TRUE(XVServidores::Espera(0));
-    const CValorDaRegistry inatividade(L"InatividadeMaximaComponente", 3);
+    const CValorDaRegistry inatividade(L"InatividadeMaximaComponente", 6);
     const std::string sEmpresa = NovaEmpresa();
     std::size_t uiAntes = 0;
     {

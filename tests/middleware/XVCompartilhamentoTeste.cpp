@@ -46,6 +46,38 @@ TEST_F(CXVCompartilhamentoTeste, BaseDeOutroProcessoERecusadaENadaFicaAberto) {
     EXPECT_EQ(XVBusca(loja).size(), 1U);
 }
 
+// Whoever comes while another one finds out that the store is held does not begin anew after it.
+TEST_F(CXVCompartilhamentoTeste, AberturasRecusadasNaoEsperamUmaPelaOutra) {
+    { Grava(*Abre(), CXVIntegracaoTeste(1)); }
+    const std::unique_ptr<IXVArquivo> pAlheio = Segura("CRINDEXINTEG.dat");
+    constexpr unsigned k_uiObjetos = 4;
+    std::vector<CBaseMiddleware> lista(k_uiObjetos + 1);
+    std::vector<std::string> listaArquivos(k_uiObjetos);
+    std::vector<HRESULT> listaCodigos(k_uiObjetos, S_OK);
+    std::vector<std::thread> listaThreads;
+    std::atomic<unsigned> uiChegaram = 0;
+    const auto abre = [&](unsigned i) {
+        const CXVCapturaTrace captura;
+        const CXVArquivosRecusados recusados;
+        ++uiChegaram;
+        listaCodigos[i] = lista[i].Inicializa(&m_Dono);
+        listaArquivos[i] = recusados.GetPath(listaCodigos[i]);
+    };
+    m_Relogio.SetAoDormir([&](XVUInt64 uiDormidas) {
+        if (uiDormidas == 1)
+            for (unsigned i = 0; i < k_uiObjetos; ++i) listaThreads.emplace_back(abre, i);
+        // The first one's attempts last as long as it takes the others to come and wait.
+        while (uiChegaram < k_uiObjetos) std::this_thread::yield();
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    });
+    EXPECT_EQ(lista[k_uiObjetos].Inicializa(&m_Dono), eSharingViolation);
+    m_Relogio.SetAoDormir(nullptr);
+    for (std::thread& rThread : listaThreads) rThread.join();
+    EXPECT_EQ(listaCodigos, std::vector<HRESULT>(k_uiObjetos, eSharingViolation));
+    for (const std::string& sArquivo : listaArquivos) EXPECT_TRUE(sArquivo.ends_with("CRINDEXINTEG.dat"));
+    EXPECT_EQ(m_Relogio.GetMilissegundosDormidos(), 4990U) << "nobody but the first one tried";
+}
+
 TEST_F(CXVCompartilhamentoTeste, SoOUltimoFechaEDizOQueFalhou) {
     CXVSistemaArquivosFalhas falhas(m_Arquivos);
     falhas.SetFiltro([](const std::string& s) { return s.ends_with(k_pszNomeDiario); });

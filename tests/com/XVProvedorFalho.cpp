@@ -1,0 +1,72 @@
+// A provider library that does on purpose what none must: the key of a query names the fault.
+#include <windows.h>
+
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+#include <exception>
+#include <string_view>
+#include <thread>
+
+#include "suite/providers/XVProvedorPlugin.h"
+
+namespace {
+
+// Nothing that a compiler can see through.
+void* volatile g_pNulo = nullptr;
+volatile bool g_bAfunda = true;
+
+int Afunda(volatile char* pAnterior) {
+    volatile char acQuadro[4096];
+    acQuadro[0] = pAnterior[0];
+    return g_bAfunda ? Afunda(acQuadro) + acQuadro[0] : 0;
+}
+
+// Tells the test that the call is inside, and stays there for longer than any end takes.
+void Demora() {
+    if (const HANDLE hDentro = ::OpenEventW(EVENT_MODIFY_STATE, FALSE, L"Local\\XVProvedorFalho");
+        hDentro != nullptr)
+        ::SetEvent(hDentro);
+    ::Sleep(120000);
+}
+
+void Falha(std::string_view sFalha) {
+    if (sFalha == "nulo") *static_cast<volatile int*>(g_pNulo) = 1;
+    if (sFalha == "memcpy") std::memcpy(g_pNulo, sFalha.data(), sFalha.size());
+    if (sFalha == "chamada") reinterpret_cast<void (*)()>(g_pNulo)();
+    if (sFalha == "abort") std::abort();
+    if (sFalha == "terminate") std::terminate();
+    if (sFalha == "demora") Demora();
+    if (sFalha == "pilha") {
+        volatile char cFundo = 0;
+        Afunda(&cFundo);
+    }
+    if (sFalha == "thread") std::thread([] { *static_cast<volatile int*>(g_pNulo) = 1; }).join();
+}
+
+// Also "servidor": the server is handed a document that lies nowhere.
+std::int32_t Consulta(void*, const XVProvedorDono*, const XVProvedorConsulta* pConsulta,
+                      XVProvedorStatusConsulta* pStatus) {
+    const std::string_view sFalha(pConsulta->sChaveConsulta.pBytes, pConsulta->sChaveConsulta.uiTamanho);
+    if (sFalha == "servidor") pStatus->bufDocumentoRetorno = {reinterpret_cast<void*>(16), 1 << 20, 1, 0};
+    Falha(sFalha);
+    pStatus->eStatusConsulta = 1;
+    return 0;
+}
+
+}  // namespace
+
+extern "C" {
+
+__declspec(dllexport) std::int32_t XVProvedorObtem(std::uint32_t ulVersao, XVProvedorTabela* pTabela);
+
+std::int32_t XVProvedorObtem(std::uint32_t ulVersao, XVProvedorTabela* pTabela) {
+    *pTabela = {};
+    pTabela->ulTamanho = sizeof(XVProvedorTabela);
+    pTabela->ulVersao = ulVersao;
+    pTabela->eSistema = 16;
+    pTabela->pfnLibera = [](void*, void*) {};
+    pTabela->pfnBuscaDadosSistemaTerceiro = &Consulta;
+    return 0;
+}
+}
