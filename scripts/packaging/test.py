@@ -28,6 +28,7 @@ DATA = r"C:\Dados da Casa"
 SYSTEM_LIBRARIES = {"ADVAPI32", "KERNEL32", "msvcrt", "ole32", "OLEAUT32", "PSAPI", "RPCRT4", "SHELL32", "USER32",
                     "VERSION", "dbghelp", "DBGHELP"}
 INTERFACE = "{c2141cb5-b40b-41f8-a6aa-c8c9c30aad48}"
+UNINSTALL = r"Software\Microsoft\Windows\CurrentVersion\Uninstall\XVCR_Middleware"
 MODULE_KEY = r"[HKEY_LOCAL_MACHINE\Software\Wow6432Node\Velmora\DF]"
 
 
@@ -240,11 +241,12 @@ class Windows:
         with open(f"{self.programs}/XVProvedor9.dll", "w", encoding="utf-8") as foreign:
             foreign.write("de outrem")
         self.wine(f"{self.programs}/Desinstala.exe", "/S")
-        until = time.monotonic() + 90
-        while os.listdir(self.programs) != ["XVProvedor9.dll"]:
-            demand(time.monotonic() < until, f"the removal left {os.listdir(self.programs)}")
-            time.sleep(0.2)
-        time.sleep(1)
+        # The program returns at once, because a copy of it removes it; the entry of installed programs goes last.
+        entry, until = rf"HKLM\{UNINSTALL}", time.monotonic() + 90
+        while subprocess.run([f"{ROOT}/scripts/wine-run", "reg", "query", entry], capture_output=True, check=False,
+                             env=os.environ | {"WINEPREFIX": self.prefix}).returncode == 0:
+            demand(time.monotonic() < until, "the removal does not end")
+        demand(os.listdir(self.programs) == ["XVProvedor9.dll"], f"the removal left {os.listdir(self.programs)}")
         after = self.registry()
         changed = {key: after.get(key) for key in before.keys() | after.keys() if before.get(key) != after.get(key)}
         where = '"Alheio"="fica"\n"Path"="%s"' % DATA.replace("\\", "\\\\")
