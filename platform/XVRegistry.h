@@ -1,9 +1,9 @@
 // Machine-wide configuration values (the Windows registry under HKEY_LOCAL_MACHINE).
 //
-// Windows: keys under "SOFTWARE\Wow6432Node\..." are read from the 32-bit view. Where the environment
-// variable XV_REGISTRO is set, on every system, the values come from the text file that it names instead
-// (format: XVRegistryTexto.h): for tests and for the command-line program, which must not depend on the
-// machine. The server of a Windows system takes the variable out of its environment. Elsewhere than on Windows every value is absent without it. Thread rule: any thread.
+// Windows: keys under "SOFTWARE\Wow6432Node\..." are read from the 32-bit view. Where the environment names a
+// text file as XV_REGISTRO the values come from there instead (format: XVRegistryTexto.h), for tests and the
+// command-line program, which must not depend on the machine; the server of a Windows system forgets it.
+// Elsewhere than on Windows every value is absent without it. Thread rule: any thread.
 #pragma once
 
 #include <optional>

@@ -119,6 +119,24 @@ std::wstring Permissao(const wchar_t* pszValor) {
     return descritor.empty() ? L"(ausente)" : TextoDoDescritor(descritor);
 }
 
+// A copy of the program in a path with blanks, and one that fails.
+std::pair<std::string, std::string> FazCopias(const CXVDiretorioTeste& pasta) {
+    const std::string sCopia = pasta.Junta("Arquivos de programas/XVCR_Middleware.exe");
+    std::filesystem::create_directories(std::filesystem::path(sCopia).parent_path());
+    for (const auto& rArquivo :
+         std::filesystem::directory_iterator(std::filesystem::path(XVServidores::Programa()).parent_path()))
+        if (rArquivo.is_regular_file() && rArquivo.path().stem().string().starts_with("XVCR_Middleware"))
+            std::filesystem::copy(rArquivo.path(),
+                                  std::filesystem::path(sCopia).replace_filename(rArquivo.path().filename()));
+    // Another one, whose proxy library is none: it fails after its values have been written.
+    const std::string sQuebrada = pasta.Junta("quebrada/XVCR_Middleware.exe");
+    std::filesystem::create_directories(std::filesystem::path(sQuebrada).parent_path());
+    for (const char* pszNome : {"XVCR_Middleware.exe", "XVCR_MiddlewarePS.dll"})
+        std::filesystem::copy(XVServidores::Programa(),
+                              std::filesystem::path(sQuebrada).replace_filename(pszNome));
+    return {sCopia, sQuebrada};
+}
+
 // An exit code is a result code, and the same word as a number.
 unsigned Saida(const SExecucao& rExecucao) {
     return static_cast<unsigned>(rExecucao.iSaida);
@@ -155,19 +173,7 @@ TEST(InscricaoServidor, IdaEVoltaNaMaquinaENoUsuarioEmQualquerGrafia) {
 // Another copy of the program, in a path with blanks, beside values of others in the same keys.
 TEST(InscricaoServidor, RemoveSoOQueESeuENaoDeixaChaveVazia) {
     const CXVDiretorioTeste pasta;
-    const std::string sCopia = pasta.Junta("Arquivos de programas/XVCR_Middleware.exe");
-    std::filesystem::create_directories(std::filesystem::path(sCopia).parent_path());
-    for (const auto& rArquivo :
-         std::filesystem::directory_iterator(std::filesystem::path(XVServidores::Programa()).parent_path()))
-        if (rArquivo.is_regular_file() && rArquivo.path().stem().string().starts_with("XVCR_Middleware"))
-            std::filesystem::copy(rArquivo.path(),
-                                  std::filesystem::path(sCopia).replace_filename(rArquivo.path().filename()));
-    // A third one, whose proxy library is none: it fails after its values have been written.
-    const std::string sQuebrada = pasta.Junta("quebrada/XVCR_Middleware.exe");
-    std::filesystem::create_directories(std::filesystem::path(sQuebrada).parent_path());
-    for (const char* pszNome : {"XVCR_Middleware.exe", "XVCR_MiddlewarePS.dll"})
-        std::filesystem::copy(XVServidores::Programa(),
-                              std::filesystem::path(sQuebrada).replace_filename(pszNome));
+    const auto [sCopia, sQuebrada] = FazCopias(pasta);
     for (const auto& [hRaiz, sSufixo] : {std::pair<HKEY, std::string>{HKEY_LOCAL_MACHINE, ""},
                                          std::pair<HKEY, std::string>{HKEY_CURRENT_USER, "PerUser"}}) {
         EXPECT_EQ(Saida(XVServidores::Executa({"/UnregServer" + sSufixo})), 0U);
@@ -244,7 +250,16 @@ TEST(InscricaoServidor, ContaEPermissoesFicamAteQueSePecaOutras) {
     EXPECT_EQ(chave.GravaBinario(L"AccessPermission", std::span(descritor).first(12)), S_OK);
     EXPECT_EQ(XVEscolheAcesso(&descritor), HRESULT_FROM_WIN32(ERROR_INVALID_SECURITY_DESCR));
 
-    // Accounts that are not there, or whose password nobody gives, change nothing.
+    EXPECT_EQ(Saida(XVServidores::Executa({"/RegServer", "/conta:QuemChama", "-ACESSO:padrao"})), 0U);
+    EXPECT_EQ(LeAplicacao(L"RunAs"), L"(ausente)");
+    EXPECT_EQ(emVigor(), sDoServidor);
+    EXPECT_EQ(Saida(XVServidores::Executa({"/UnregServer"})), 0U);
+    EXPECT_EQ(Arvores(HKEY_LOCAL_MACHINE), std::vector<std::wstring>{});
+    EXPECT_EQ(Saida(XVServidores::Executa({"/RegServer"})), 0U);
+}
+
+// Accounts that are not there, or whose password nobody gives, change nothing.
+TEST(InscricaoServidor, ContaDesconhecidaOuSemSenhaNaoMudaNada) {
     const auto antes = Retrata(HKEY_LOCAL_MACHINE);
     wchar_t szUsuario[256];
     DWORD ulTamanho = 256;
@@ -259,13 +274,6 @@ TEST(InscricaoServidor, ContaEPermissoesFicamAteQueSePecaOutras) {
         EXPECT_NE(execucao.sErro.find(pszPasso), std::string::npos) << execucao.sErro;
     }
     EXPECT_EQ(Diferenca(antes, Retrata(HKEY_LOCAL_MACHINE)), "");
-
-    EXPECT_EQ(Saida(XVServidores::Executa({"/RegServer", "/conta:QuemChama", "-ACESSO:padrao"})), 0U);
-    EXPECT_EQ(LeAplicacao(L"RunAs"), L"(ausente)");
-    EXPECT_EQ(emVigor(), sDoServidor);
-    EXPECT_EQ(Saida(XVServidores::Executa({"/UnregServer"})), 0U);
-    EXPECT_EQ(Arvores(HKEY_LOCAL_MACHINE), std::vector<std::wstring>{});
-    EXPECT_EQ(Saida(XVServidores::Executa({"/RegServer"})), 0U);
 }
 
 // The values of the machine are the administrator's, the environment that of whoever starts the server.
