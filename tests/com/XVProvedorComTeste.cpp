@@ -32,9 +32,6 @@ class CXVProvedorCom : public testing::Test {
         fs::create_directories(m_Sistema.Junta("recebidos"));
         SetEspera(1);
         ::SetEnvironmentVariableW(L"XVPROVEDOR_PASTA", fs::path(m_Sistema.GetCaminho()).c_str());
-        ComecaServidor();
-    }
-    void ComecaServidor() {
         m_Servidor.emplace(XVServidores::Programa(), std::vector<std::string>{});
         for (int i = 0; i < 1000 && CXVExclusividade().Toma(0); ++i) ::Sleep(20);
     }
@@ -124,10 +121,11 @@ TEST_F(CXVProvedorCom, ExemploPresoEFaltaPeloServidor) {
             fs::remove(rEntrada.path());
         }
     EXPECT_EQ(uiRelatorios, 1U);
-    EsqueceServidorMorto();
-    ComecaServidor();
     XVCliente::CXVCliente seguinte;
-    ASSERT_EQ(seguinte.Conecta({.sEmpresa = m_sEmpresa, .usUsuario = 7}), S_OK);
+    ASSERT_EQ(
+        seguinte.ConectaLocal({.sEmpresa = m_sEmpresa, .usUsuario = 7}, {.sDiretorio = DiretorioModulo()}),
+        S_OK)
+        << "the store is free and sound";
     EXPECT_EQ(XVPortaTeste::Conta(seguinte), 5U);
     EXPECT_EQ(Le(seguinte, lista[0]), "1 3 {\"p\":1} documento aceito");
 }
