@@ -100,7 +100,7 @@ TEST_F(ProgramaExportacao, IdaEVoltaDaoAMesmaBase) {
     EXPECT_EQ(Xvcr("exporta --por-dia --para", {sPasta}).iSaida, 0);
     EXPECT_EQ(
         Outra("importa " + sPasta).sSaida,
-        "6 integrações gravadas, 0 já estavam, 0 deixadas; 3 do mapa e das data-horas; 0 linhas recusadas\n");
+        "6 integrações gravadas, 0 já estavam, 0 deixadas; 3 do mapa e das datas-horas; 0 linhas recusadas\n");
     EXPECT_EQ(Respostas([&](const char* psz) { return Outra(psz); }),
               Respostas([&](const char* psz) { return Xvcr(psz); }));
     EXPECT_EQ(Outra("exporta").sSaida, sTudo);
@@ -108,7 +108,7 @@ TEST_F(ProgramaExportacao, IdaEVoltaDaoAMesmaBase) {
 
     EXPECT_EQ(
         Outra("importa -", sTudo).sSaida,
-        "0 integrações gravadas, 6 já estavam, 0 deixadas; 3 do mapa e das data-horas; 0 linhas recusadas\n");
+        "0 integrações gravadas, 6 já estavam, 0 deixadas; 3 do mapa e das datas-horas; 0 linhas recusadas\n");
     EXPECT_EQ(Outra("exporta").sSaida, sTudo) << "importing it again changes nothing";
     // What is recorded next has the same key in both.
     EXPECT_EQ(XVLinhasJson(Outra("grava --status Erro --json").sSaida).at(0)["sDmc"],
