@@ -101,7 +101,7 @@ CXVErroArquivo PercorreFaixas(unsigned uiBytes, TOperacao fnOperacao) {
 CXVErroArquivo TomaPortao(int iDescritor) {
     // A holder of this system is through after two system calls, or once it gets the processor again: the
     // first looks follow each other at once, the later ones after a sleep.
-    constexpr int k_iTentativas = 120;
+    constexpr int k_iTentativas = 45;
     constexpr int k_iSemDormir = 20;
     constexpr timespec k_pausa{0, 1'000'000};
     for (int i = 0; i < k_iTentativas; ++i) {

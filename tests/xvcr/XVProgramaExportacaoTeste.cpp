@@ -98,17 +98,17 @@ TEST_F(ProgramaExportacao, IdaEVoltaDaoAMesmaBase) {
     EXPECT_EQ(Bytes(m_Diretorio), antes) << "exporting only reads";
     const std::string sPasta = m_Outro.Junta("dias");
     EXPECT_EQ(Xvcr("exporta --por-dia --para", {sPasta}).iSaida, 0);
-    EXPECT_EQ(
-        Outra("importa " + sPasta).sSaida,
-        "6 integrações gravadas, 0 já estavam, 0 deixadas; 3 do mapa e das data-horas; 0 linhas recusadas\n");
+    EXPECT_EQ(Outra("importa " + sPasta).sSaida,
+              "6 integrações gravadas, 0 já estavam, 0 deixadas; 3 do mapa e das datas-horas; "
+              "0 linhas recusadas\n");
     EXPECT_EQ(Respostas([&](const char* psz) { return Outra(psz); }),
               Respostas([&](const char* psz) { return Xvcr(psz); }));
     EXPECT_EQ(Outra("exporta").sSaida, sTudo);
     EXPECT_EQ(Outra("verifica").iSaida, 0) << Outra("verifica").sSaida;
 
-    EXPECT_EQ(
-        Outra("importa -", sTudo).sSaida,
-        "0 integrações gravadas, 6 já estavam, 0 deixadas; 3 do mapa e das data-horas; 0 linhas recusadas\n");
+    EXPECT_EQ(Outra("importa -", sTudo).sSaida,
+              "0 integrações gravadas, 6 já estavam, 0 deixadas; 3 do mapa e das datas-horas; "
+              "0 linhas recusadas\n");
     EXPECT_EQ(Outra("exporta").sSaida, sTudo) << "importing it again changes nothing";
     // What is recorded next has the same key in both.
     EXPECT_EQ(XVLinhasJson(Outra("grava --status Erro --json").sSaida).at(0)["sDmc"],

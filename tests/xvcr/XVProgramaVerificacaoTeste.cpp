@@ -49,7 +49,10 @@ TEST_F(ProgramaVerificacao, DanoDitoRecuperadoEASalvo) {
     EXPECT_EQ(recuperadas.back()["comFaltas"], 1);
     EXPECT_EQ(recuperadas.back()["integra"], true);
     EXPECT_EQ(Xvcr("recupera --para", {sNova}).iSaida, 1) << "a directory that holds a store is left alone";
-    EXPECT_THAT(Xvcr("recupera --para", {sNova + "/001/DF/CRINDEXINTEG.dat"}).sErro, HasSubstr(" Arquivo: "));
+    for (const char* pszComando : {"recupera --para", "copia"})
+        EXPECT_THAT(Xvcr(pszComando, {sNova + "/001/DF/CRINDEXINTEG.dat/x"}).sErro,
+                    HasSubstr("não foi possível criar a pasta \"" + sNova))
+            << pszComando;
     const auto naNova = [&](const std::string& sPalavras) {
         TArgumentos lista = XVPalavras("--empresa 001 --json " + sPalavras);
         lista.insert(lista.begin(), {"--diretorio", sNova});

@@ -53,7 +53,9 @@ TEST_F(ProgramaSaida, ResultadoQueNaoSeEscreveEFalha) {
         for (const char* pszRoteiro : {"exec \"$@\" >/dev/full", "exec \"$@\" >&-"}) {
             const SExecucao execucao = Roteiro(pszRoteiro, rComando);
             EXPECT_EQ(execucao.iSaida, 1) << pszRoteiro << testing::PrintToString(rComando);
-            EXPECT_THAT(execucao.sErro, StartsWith(sErro + pszGravado));
+            const bool bCheio = std::string_view(pszRoteiro).ends_with("full");
+            EXPECT_THAT(execucao.sErro,
+                        StartsWith(sErro + (bCheio ? ": o disco está cheio" : "") + pszGravado));
         }
         // What records survives the pipe by itself; what only reads may end as pipelines do.
         const bool bGrava = *pszGravado == ';';
@@ -85,7 +87,8 @@ TEST_F(ProgramaSaida, TextoQueNaoSeGravaEFalha) {
     const SExecucao execucao =
         Xvcr("le --json-enviado " + sDmc, {"--para-pasta", m_Diretorio.Junta("textos")});
     EXPECT_EQ(execucao.iSaida, 1);
-    EXPECT_EQ(execucao.sErro, "xvcr: não foi possível gravar o arquivo \"" + sArquivo + "\"\n");
+    EXPECT_EQ(execucao.sErro,
+              "xvcr: não foi possível gravar o arquivo \"" + sArquivo + "\": o disco está cheio\n");
     EXPECT_THAT(Xvcr("--json le --json-enviado " + sDmc, {"--pasta", m_Diretorio.Junta("\xff")}).sSaida,
                 HasSubstr("\"regRegistroJSON_arquivo_base64\":"));
     m_Diretorio.CriaArquivo("arquivo", "");

@@ -48,7 +48,8 @@ std::string DescreveRecusa(ERecusaCopia eRecusa) {
     return "";
 }
 
-SCopia Copia(const std::string& sOrigem, const CXVDestinoCopia::SPastas& rPastas) {
+SCopia Copia(const std::string& sOrigem, const std::string& sDestino,
+             const CXVDestinoCopia::SPastas& rPastas) {
     CXVCopia executor(sOrigem, rPastas);
     CXVProgresso progresso(XVConsole::ErroEhTerminal());
     XVUInt64 uiLidos = 0;
@@ -64,7 +65,7 @@ SCopia Copia(const std::string& sOrigem, const CXVDestinoCopia::SPastas& rPastas
                 "; os arquivos novos estavam tomando o seu lugar e a cópia está incompleta: copie de novo");
     const std::string sRecusa = DescreveRecusa(executor.GetRecusa());
     if (!sRecusa.empty()) XVFalha(sRecusa + ". " + XVDescreveFalha(hr));
-    XVFalha("nada foi copiado. " + XVDescreveFalha(hr));
+    XVFalha("nada foi copiado. " + XVDescreveFalhaNoDestino(hr, sDestino));
 }
 
 std::string MomentoEmTexto(const SDataHora& rMomento) {
@@ -122,7 +123,7 @@ void Executa(const SComandoCopia& rComando, CXVContexto& rContexto) {
     const CXVDestinoCopia::SPastas pastas{XVPlataforma::SistemaArquivos().Junta(rComando.sDestino, rEmpresa),
                                           CAmbienteXV::MontaPathDados(XV_DF, rComando.sDestino, rEmpresa)};
     XVExigeLugarDaCopia(rComando.sDestino, sOrigem, {pastas.sCopia, pastas.sDados});
-    const SCopia copia = Copia(sOrigem, pastas);
+    const SCopia copia = Copia(sOrigem, rComando.sDestino, pastas);
     SVerificacao verificacao;
     if (!rComando.bSemVerificar) Verifica(rContexto, pastas.sDados, &verificacao);
     Mostra(rContexto.saida, copia, rComando.sDestino, rComando.bSemVerificar ? nullptr : &verificacao);

@@ -164,12 +164,12 @@ void XVAdicionaExporta(CLI::App& rRaiz, CXVContexto& rContexto) {
         "  xvcr exporta --csv --sem-textos > integracoes.csv\n"
         "  xvcr exporta --sql | sqlite3 integracoes.db\n"
         "As linhas JSON, que xvcr importa lê de volta, levam integrações com todos os campos e textos,\n"
-        "mapa de chaves e data-horas. A base só é lida. Uma integração que não se pode ler é dita na\n"
+        "mapa de chaves e datas-horas. A base só é lida. Uma integração que não se pode ler é dita na\n"
         "saída de erros, e a saída do programa é 1.");
     XVOpcaoSimples(*pComando, "--para", "ARQUIVO|PASTA",
                    "Arquivo novo, ou com --por-dia a pasta (padrão: saída)", &pExporta->sPara);
     pComando->add_flag("--por-dia", pExporta->bPorDia,
-                       "Um arquivo por dia, AAAAMMDD, e um para o mapa e as data-horas");
+                       "Um arquivo por dia, AAAAMMDD, e um para o mapa e as datas-horas");
     CLI::Option* pCsv = pComando->add_flag("--csv", pExporta->bCsv,
                                            "Só as integrações, em valores separados por vírgula (RFC 4180)");
     pComando

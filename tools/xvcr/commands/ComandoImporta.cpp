@@ -130,7 +130,7 @@ class CXVExecucaoImporta {
         m_rContexto.saida.Linha(
             std::to_string(r.uiNovas) + " integrações gravadas, " + std::to_string(r.uiJaEstavam) +
             " já estavam, " + std::to_string(r.uiDeixadas) + " deixadas; " + std::to_string(r.uiLancamentos) +
-            " do mapa e das data-horas; " + std::to_string(m_uiRecusadas) + " linhas recusadas");
+            " do mapa e das datas-horas; " + std::to_string(m_uiRecusadas) + " linhas recusadas");
     }
 
     const SImporta& m_rImporta;

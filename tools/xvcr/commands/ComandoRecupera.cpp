@@ -9,6 +9,7 @@
 #include "platform/XVPlataforma.h"
 #include "support/XVAmbiente.h"
 #include "tools/xvcr/commands/XVComandos.h"
+#include "tools/xvcr/commands/XVLugarDaCopia.h"
 #include "tools/xvcr/commands/XVOpcoes.h"
 #include "tools/xvcr/commands/XVSaidaVerificacao.h"
 #include "tools/xvcr/output/XVProgresso.h"
@@ -144,7 +145,7 @@ SRecuperacao Recupera(const SRecupera& rRecupera, const CXVRecuperacao::SPastas&
                 " e não é uma base: apague essa pasta antes de recuperar de novo");
     if (hr == E_XVCR_INCONSISTENCIA_CONTROLE_CRIACAO_ARQUIVOS)
         XVFalha("nada diz a versão da base; se ela era da versão atual, diga --versao-atual");
-    XVConfere(hr);
+    if (FAILED(hr)) XVFalha(XVDescreveFalhaNoDestino(hr, rPastas.sDestino));
     return recuperacao;
 }
 

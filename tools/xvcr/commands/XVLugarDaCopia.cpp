@@ -5,6 +5,8 @@
 #include <string_view>
 
 #include "middleware/copia/XVManifestoCopia.h"
+#include "support/codes/XVCodigos.h"
+#include "support/trace/XVArquivoRecusado.h"
 #include "tools/xvcr/text/XVArquivoSaida.h"
 #include "tools/xvcr/text/XVErros.h"
 
@@ -63,4 +65,13 @@ void XVExigeLugarDaCopia(const std::string& sDestino, const std::string& sOrigem
         if (!EhDeCopias(*entrada) && !EhOMesmo(entrada->path(), daEmpresa))
             XVFalha("o destino tem arquivos e não é de cópias; nada foi mudado nele");
     if (erro) XVFalha("não foi possível listar a pasta \"" + sDestino + '"');
+}
+
+std::string XVDescreveFalhaNoDestino(HRESULT hr, const std::string& sDestino) {
+    std::error_code erro;
+    const bool bNaoFeito = (hr == eFileNotFound || hr == eBadPath) &&
+                           XVArquivoRecusado::Descreve(hr).starts_with(sDestino) &&
+                           !std::filesystem::is_directory(XVCaminhoDeUtf8(sDestino), erro);
+    return bNaoFeito ? "não foi possível criar a pasta \"" + sDestino + "\"; confira o caminho"
+                     : XVDescreveFalha(hr);
 }

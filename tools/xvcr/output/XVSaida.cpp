@@ -8,7 +8,7 @@
 
 void CXVSaida::Falha() {
     m_bFalhou = true;
-    XVFalha("não foi possível escrever o resultado na saída padrão" +
+    XVFalha("não foi possível escrever o resultado na saída padrão" + XVSeDiscoCheio() +
             (m_fnFeito ? "; " + m_fnFeito() : std::string()));
 }
 

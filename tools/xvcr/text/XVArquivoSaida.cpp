@@ -20,7 +20,7 @@ void XVGravaArquivo(const std::string& sCaminho, std::string_view sBytes) {
     std::ofstream arquivo(XVCaminhoDeUtf8(sCaminho), std::ios::binary | std::ios::trunc);
     arquivo.write(sBytes.data(), static_cast<std::streamsize>(sBytes.size()));
     arquivo.close();
-    if (!arquivo) XVFalha("não foi possível gravar o arquivo \"" + sCaminho + "\"");
+    if (!arquivo) XVFalha("não foi possível gravar o arquivo \"" + sCaminho + '"' + XVSeDiscoCheio());
 }
 
 std::string XVJuntaCaminho(const std::string& sPasta, const std::string& sNome) {

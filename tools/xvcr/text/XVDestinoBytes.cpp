@@ -42,6 +42,8 @@ void CXVDestinoBytes::Termina() {
 }
 
 void CXVDestinoBytes::Falha() const {
-    if (m_sCaminho.empty()) XVFalha("não foi possível escrever o resultado na saída padrão");
-    XVFalha("não foi possível gravar o arquivo \"" + m_sCaminho + "\", que ficou incompleto");
+    if (m_sCaminho.empty())
+        XVFalha("não foi possível escrever o resultado na saída padrão" + XVSeDiscoCheio());
+    XVFalha("não foi possível gravar o arquivo \"" + m_sCaminho + "\", que ficou incompleto" +
+            XVSeDiscoCheio());
 }

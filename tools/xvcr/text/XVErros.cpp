@@ -1,5 +1,6 @@
 #include "tools/xvcr/text/XVErros.h"
 
+#include <cerrno>
 #include <cstdio>
 
 #include "client/XVClienteCodigos.h"
@@ -21,6 +22,15 @@ std::string XVDescreveFalha(HRESULT hr) {
 void XVConfere(HRESULT hr) {
     if (SUCCEEDED(hr)) return;
     XVFalha(XVDescreveFalha(hr));
+}
+
+std::string XVSeDiscoCheio() {
+#ifdef EDQUOT
+    const bool bCota = errno == EDQUOT;
+#else
+    const bool bCota = false;
+#endif
+    return errno == ENOSPC || bCota ? ": o disco está cheio" : "";
 }
 
 void XVEscreveErro(const std::string& sMensagem) {

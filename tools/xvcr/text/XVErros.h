@@ -33,5 +33,8 @@ std::string XVDescreveFalha(HRESULT hr);
 // Throws the failure of hr, if it is one.
 void XVConfere(HRESULT hr);
 
+// ": o disco está cheio" where the writing that has just failed found it so; else empty.
+std::string XVSeDiscoCheio();
+
 // Writes "xvcr: <mensagem>" as one line on the error output.
 void XVEscreveErro(const std::string& sMensagem);
