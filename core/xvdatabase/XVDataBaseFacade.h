@@ -90,13 +90,15 @@ class CXVDataBaseFacade : public TBase {
         XVUInt ulTicks;
     };
 
+    static constexpr XVUInt k_ulAberturaDemorada = 500;  // milliseconds
+
     // An opening may take seconds to find out that another process does not give the store up. Who waited
-    // here for at least half of one that failed has seen as much as by an own one: they all fail side by
-    // side, and not one after the other.
+    // here for at least half of one that failed so has seen as much as by an own one: they all fail side by
+    // side, and not one after the other. What fails sooner is tried by each, for the cause may have gone.
     HRESULT AbreComoPrimeiro(const std::string& sDiretorio, const SChegada& rChegada) {
         SAberturaFalha& rFalha = m_pLoja->falha;
         const XVUInt ulInicio = XVPlataforma::Relogio().GetTicks();
-        if (m_pLoja->uiFalhas.load() != rChegada.uiFalhas &&
+        if (m_pLoja->uiFalhas.load() != rChegada.uiFalhas && rFalha.ulDuracao >= k_ulAberturaDemorada &&
             rFalha.ulFim - rChegada.ulTicks >= rFalha.ulDuracao / 2) {
             CXVArquivosRecusados* pRecusados = CXVArquivosRecusados::GetAtual();
             if (pRecusados != nullptr && !rFalha.sPath.empty()) pRecusados->Inclui(rFalha.hr, rFalha.sPath);
