@@ -164,9 +164,9 @@ TEST_F(Registro, UltimosSaoLidosDoFim) {
         {"registro", "--ultimos", "2", "--diretorio", m_Diretorio.GetCaminho(), "--empresa", "001"});
     const std::size_t uiFim = sLog.size() - Linha(linha(4001)).size() + 1;
     const auto aviso = [&](std::size_t uiByte) {
-        return "xvcr: aviso: \"" + m_Diretorio.Junta("001/DF/XVProfilerErros_Base_202612.log") +
-               "\", linha que termina no byte " + std::to_string(uiByte) +
-               ": cortada ou longa demais, não é mostrada\n";
+        std::filesystem::path path(m_Diretorio.Junta("001/DF/XVProfilerErros_Base_202612.log"));
+        return "xvcr: aviso: \"" + path.make_preferred().string() + "\", linha que termina no byte " +
+               std::to_string(uiByte) + ": cortada ou longa demais, não é mostrada\n";
     };
     EXPECT_EQ(duas.sErro, aviso(uiFim - sCortada.size() - Linha(linha(4000)).size()) + aviso(uiFim));
 }
