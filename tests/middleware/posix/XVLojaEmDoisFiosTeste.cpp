@@ -33,6 +33,9 @@ class CXVLojaEmDoisFios : public CXVCenarioLoja {
     static bool AbreIndice(const SOperacaoArquivo& r) {
         return r.eOperacao == EOperacaoArquivo::eAbre && r.sCaminho.ends_with("CRINDEXINTEG.dat");
     }
+    static bool LeIndice(const SOperacaoArquivo& r) {
+        return r.eOperacao == EOperacaoArquivo::eLe && r.sCaminho.ends_with("CRINDEXINTEG.dat");
+    }
 
     TXVSistemaArquivosEnvolto<CXVVigiaFio> m_Fios;
     CXVGuardaSistemaArquivos m_GuardaFios;
@@ -53,12 +56,13 @@ TEST_F(CXVLojaEmDoisFios, QuemAbreNoMeioDeUmaAberturaEsperaEDivideALoja) {
     EXPECT_EQ(XVBusca(*Abre()).size(), 3U);
 }
 
-// The one that waits finds nothing of the opening that failed, neither an open journal nor an object counted.
+// The one that waits finds nothing of an opening that failed soon, neither an open journal nor an object
+// counted.
 TEST_F(CXVLojaEmDoisFios, QuemEsperaPorUmaAberturaQueFalhaAbrePorSi) {
     { Grava(*Abre(), CXVIntegracaoTeste(1)); }
     CBaseMiddleware primeira;
     ASSERT_NO_FATAL_FAILURE(Abrem(
-        AbreIndice, [&] { EXPECT_EQ(primeira.Inicializa(&m_Dono), eXVGenericError); }, true));
+        LeIndice, [&] { EXPECT_EQ(primeira.Inicializa(&m_Dono), eHardIO); }, true));
     Grava(*m_pSegunda, CXVIntegracaoTeste(2));
     EXPECT_EQ(XVBusca(*m_pSegunda).size(), 2U);
     EXPECT_EQ(m_pSegunda->Finaliza(), S_OK);
