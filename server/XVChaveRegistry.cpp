@@ -2,15 +2,15 @@
 
 HRESULT CXVChaveRegistry::Cria(HKEY hRaiz, const std::wstring& sCaminho) {
     Fecha();
-    return HRESULT_FROM_WIN32(static_cast<DWORD>(
-        ::RegCreateKeyExW(hRaiz, sCaminho.c_str(), 0, nullptr, REG_OPTION_NON_VOLATILE,
-                          KEY_READ | KEY_WRITE | KEY_WOW64_64KEY, nullptr, &m_hChave, nullptr)));
+    return HRESULT_FROM_WIN32(static_cast<DWORD>(::RegCreateKeyExW(
+        hRaiz, sCaminho.c_str(), 0, nullptr, REG_OPTION_NON_VOLATILE,
+        KEY_READ | KEY_WRITE | static_cast<REGSAM>(m_eVisao), nullptr, &m_hChave, nullptr)));
 }
 
 HRESULT CXVChaveRegistry::Abre(HKEY hRaiz, const std::wstring& sCaminho, REGSAM ulAcesso) {
     Fecha();
     return HRESULT_FROM_WIN32(static_cast<DWORD>(
-        ::RegOpenKeyExW(hRaiz, sCaminho.c_str(), 0, ulAcesso | KEY_WOW64_64KEY, &m_hChave)));
+        ::RegOpenKeyExW(hRaiz, sCaminho.c_str(), 0, ulAcesso | static_cast<REGSAM>(m_eVisao), &m_hChave)));
 }
 
 HRESULT CXVChaveRegistry::GravaTexto(const std::wstring& sValor, const std::wstring& sTexto) {
@@ -51,8 +51,8 @@ HRESULT CXVChaveRegistry::ApagaValor(const std::wstring& sValor) {
     return lErro == ERROR_FILE_NOT_FOUND ? S_OK : HRESULT_FROM_WIN32(static_cast<DWORD>(lErro));
 }
 
-HRESULT CXVChaveRegistry::ApagaSeVazia(HKEY hRaiz, const std::wstring& sCaminho) {
-    CXVChaveRegistry chave;
+HRESULT CXVChaveRegistry::ApagaSeVazia(HKEY hRaiz, const std::wstring& sCaminho, EVisaoRegistry eVisao) {
+    CXVChaveRegistry chave(eVisao);
     const HRESULT hr = chave.Abre(hRaiz, sCaminho);
     if (hr == HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND)) return S_OK;
     if (FAILED(hr)) return hr;
@@ -64,7 +64,7 @@ HRESULT CXVChaveRegistry::ApagaSeVazia(HKEY hRaiz, const std::wstring& sCaminho)
     if (ulChaves != 0 || ulValores != 0) return S_OK;
     chave.Fecha();
     return HRESULT_FROM_WIN32(
-        static_cast<DWORD>(::RegDeleteKeyExW(hRaiz, sCaminho.c_str(), KEY_WOW64_64KEY, 0)));
+        static_cast<DWORD>(::RegDeleteKeyExW(hRaiz, sCaminho.c_str(), static_cast<REGSAM>(eVisao), 0)));
 }
 
 bool CXVChaveRegistry::Existe(HKEY hRaiz, const std::wstring& sCaminho) {

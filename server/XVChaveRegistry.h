@@ -1,4 +1,4 @@
-// One key of the registry, open for reading and writing; closed with the object. 64-bit view.
+// One key of the registry, open for reading and writing; closed with the object.
 #pragma once
 
 #include <windows.h>
@@ -9,9 +9,15 @@
 
 #include "platform/XVTipos.h"
 
+// The classes of programs of one size: a part of the registry exists once for each.
+enum class EVisaoRegistry : REGSAM {
+    e64 = KEY_WOW64_64KEY,
+    e32 = KEY_WOW64_32KEY,
+};
+
 class CXVChaveRegistry {
   public:
-    CXVChaveRegistry() = default;
+    explicit CXVChaveRegistry(EVisaoRegistry eVisao = EVisaoRegistry::e64) : m_eVisao(eVisao) {}
     ~CXVChaveRegistry() { Fecha(); }
     CXVChaveRegistry(const CXVChaveRegistry&) = delete;
     CXVChaveRegistry& operator=(const CXVChaveRegistry&) = delete;
@@ -34,11 +40,12 @@ class CXVChaveRegistry {
     HKEY Get() const { return m_hChave; }
 
     // Deletes a key that has neither values nor keys of its own; any other stays. Absent: S_OK.
-    static HRESULT ApagaSeVazia(HKEY hRaiz, const std::wstring& sCaminho);
+    static HRESULT ApagaSeVazia(HKEY hRaiz, const std::wstring& sCaminho, EVisaoRegistry eVisao);
     static bool Existe(HKEY hRaiz, const std::wstring& sCaminho);
 
   private:
     HRESULT Abre(HKEY hRaiz, const std::wstring& sCaminho, REGSAM ulAcesso);
     void Fecha();
+    EVisaoRegistry m_eVisao;
     HKEY m_hChave = nullptr;
 };

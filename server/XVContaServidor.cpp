@@ -132,10 +132,10 @@ SResultadoInscricao CXVContaServidor::PreparaAcesso(const std::wstring& sAcesso)
     return {hr, FAILED(hr) ? "montar as permissões do servidor" : ""};
 }
 
-HRESULT CXVContaServidor::Grava(HKEY hClasses) const {
+HRESULT CXVContaServidor::Grava(HKEY hEscopo) const {
     if (!m_sIdentidade.has_value() && !m_AcessoPermitido.has_value()) return S_OK;
     CXVChaveRegistry chave;
-    HRESULT hr = chave.Cria(hClasses, XVValoresInscricao::ChaveAplicacao());
+    HRESULT hr = chave.Cria(hEscopo, XVValoresInscricao::k_pszClasses + XVValoresInscricao::ChaveAplicacao());
     const auto gravaTexto = [&](const wchar_t* pszNome, const std::wstring& s) {
         return chave.GravaTexto(pszNome, s);
     };

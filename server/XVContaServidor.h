@@ -20,8 +20,8 @@ class CXVContaServidor {
     // input, tries it, lets the account log on for programs, and keeps the password. Nothing of the registry
     // of classes is changed.
     SResultadoInscricao Prepara(const SOpcoesInscricao& rOpcoes);
-    // Writes what was prepared below the classes of the machine.
-    HRESULT Grava(HKEY hClasses) const;
+    // Writes what was prepared below the classes of a scope.
+    HRESULT Grava(HKEY hEscopo) const;
 
   private:
     SResultadoInscricao PreparaConta(const std::wstring& sConta);

@@ -13,56 +13,41 @@
 
 namespace {
 
-HRESULT AbreClasses(EEscopoInscricao eEscopo, CXVChaveRegistry* pClasses) {
-    return pClasses->Cria(eEscopo == EEscopoInscricao::eMaquina ? HKEY_LOCAL_MACHINE : HKEY_CURRENT_USER,
-                          L"Software\\Classes");
+HKEY Escopo(EEscopoInscricao eEscopo) {
+    return eEscopo == EEscopoInscricao::eMaquina ? HKEY_LOCAL_MACHINE : HKEY_CURRENT_USER;
 }
 
-HRESULT Grava(HKEY hClasses, const SValorInscricao& rValor) {
-    CXVChaveRegistry chave;
-    const HRESULT hr = chave.Cria(hClasses, rValor.sChave);
-    return FAILED(hr) ? hr : chave.GravaTexto(rValor.sNome, *rValor.sTexto);
-}
-
-bool Confere(HKEY hClasses, const SValorInscricao& rValor) {
-    const std::optional<std::wstring> sLido = rValor.Le(hClasses);
-    return sLido.has_value() &&
-           (!rValor.sTexto.has_value() || ::lstrcmpiW(sLido->c_str(), rValor.sTexto->c_str()) == 0);
-}
-
-HRESULT Apaga(HKEY hClasses, const SValorInscricao& rValor) {
-    CXVChaveRegistry chave;
-    const HRESULT hr = chave.AbreParaGravar(hClasses, rValor.sChave);
-    if (hr == HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND)) return S_OK;
-    return FAILED(hr) ? hr : chave.ApagaValor(rValor.sNome);
-}
-
-// The deepest ones first: a key is empty only after those in it are gone.
-HRESULT ApagaChavesVazias(HKEY hClasses, const std::vector<SValorInscricao>& listaValores) {
-    std::set<std::wstring, std::greater<>> setChaves;
-    for (const SValorInscricao& rValor : listaValores) setChaves.insert(rValor.sChave);
-    for (const std::wstring& sComum : XVValoresInscricao::ChavesComuns()) setChaves.insert(sComum);
-    for (const std::wstring& sChave : setChaves)
-        if (const HRESULT hr = CXVChaveRegistry::ApagaSeVazia(hClasses, sChave); FAILED(hr)) return hr;
+// The deepest ones first: a key is empty only after those in it are gone. The keys of others in the view of
+// 32 bits are the system's, empty or not: a registration found them there.
+HRESULT ApagaChavesVazias(HKEY hEscopo, const std::vector<SValorInscricao>& listaValores) {
+    std::set<std::pair<EVisaoRegistry, std::wstring>, std::greater<>> setChaves;
+    for (const SValorInscricao& rValor : listaValores) setChaves.emplace(rValor.eVisao, rValor.sChave);
+    for (const std::wstring& sComum : XVValoresInscricao::ChavesComuns())
+        setChaves.emplace(EVisaoRegistry::e64, sComum);
+    for (const auto& [eVisao, sChave] : setChaves)
+        if (const HRESULT hr =
+                CXVChaveRegistry::ApagaSeVazia(hEscopo, XVValoresInscricao::k_pszClasses + sChave, eVisao);
+            FAILED(hr))
+            return hr;
     return S_OK;
 }
 
 // The values that a registration is about to change, as they were.
 class CXVValoresAnteriores {
   public:
-    CXVValoresAnteriores(HKEY hClasses, std::vector<SValorInscricao> listaValores)
-        : m_hClasses(hClasses), m_listaValores(std::move(listaValores)) {
-        for (SValorInscricao& rValor : m_listaValores) rValor.sTexto = rValor.Le(hClasses);
+    CXVValoresAnteriores(HKEY hEscopo, std::vector<SValorInscricao> listaValores)
+        : m_hEscopo(hEscopo), m_listaValores(std::move(listaValores)) {
+        for (SValorInscricao& rValor : m_listaValores) rValor.sTexto = rValor.Le(hEscopo);
     }
     // The failure that made it necessary is what is told, not one of putting back.
     void Repoe() const {
         for (const SValorInscricao& rValor : m_listaValores)
-            XVIgnora(rValor.sTexto.has_value() ? Grava(m_hClasses, rValor) : Apaga(m_hClasses, rValor));
-        XVIgnora(ApagaChavesVazias(m_hClasses, m_listaValores));
+            XVIgnora(rValor.sTexto.has_value() ? rValor.Grava(m_hEscopo) : rValor.Apaga(m_hEscopo));
+        XVIgnora(ApagaChavesVazias(m_hEscopo, m_listaValores));
     }
 
   private:
-    HKEY m_hClasses;
+    HKEY m_hEscopo;
     std::vector<SValorInscricao> m_listaValores;
 };
 
@@ -82,13 +67,16 @@ class CXVBibliotecaProxy {
     HRESULT GetResultado() const { return m_hr; }
 
     // Runs the library's own registration with its writes led to the scope's classes.
-    HRESULT Registra(HKEY hClasses) const {
+    HRESULT Registra(HKEY hEscopo) const {
         using PRegistra = HRESULT(STDAPICALLTYPE*)();
         const auto pRegistra = reinterpret_cast<PRegistra>(
             reinterpret_cast<void (*)()>(::GetProcAddress(m_hModulo, "DllRegisterServer")));
         if (pRegistra == nullptr) return HRESULT_FROM_WIN32(ERROR_PROC_NOT_FOUND);
-        HRESULT hr =
-            HRESULT_FROM_WIN32(static_cast<DWORD>(::RegOverridePredefKey(HKEY_CLASSES_ROOT, hClasses)));
+        CXVChaveRegistry classes;
+        HRESULT hr = classes.Cria(hEscopo, L"Software\\Classes");
+        if (SUCCEEDED(hr))
+            hr = HRESULT_FROM_WIN32(
+                static_cast<DWORD>(::RegOverridePredefKey(HKEY_CLASSES_ROOT, classes.Get())));
         if (FAILED(hr)) return hr;
         hr = pRegistra();
         ::RegOverridePredefKey(HKEY_CLASSES_ROOT, nullptr);
@@ -100,23 +88,59 @@ class CXVBibliotecaProxy {
     HRESULT m_hr;
 };
 
-SResultadoInscricao GravaTudo(HKEY hClasses, const std::vector<SValorInscricao>& listaValores,
+// Every value that has a text.
+HRESULT GravaTextos(HKEY hEscopo, const std::vector<SValorInscricao>& listaValores) {
+    for (const SValorInscricao& rValor : listaValores)
+        if (rValor.sTexto.has_value())
+            if (const HRESULT hr = rValor.Grava(hEscopo); FAILED(hr)) return hr;
+    return S_OK;
+}
+bool ConferemTextos(HKEY hEscopo, const std::vector<SValorInscricao>& listaValores) {
+    return std::all_of(listaValores.begin(), listaValores.end(), [hEscopo](const SValorInscricao& rValor) {
+        return !rValor.sTexto.has_value() || rValor.Confere(hEscopo);
+    });
+}
+
+// After the other library's, whose values it repeats. Where it is not there, that view is nobody's business.
+SResultadoInscricao GravaProxy32(HKEY hEscopo) {
+    if (!XVValoresInscricao::TemProxy32() || !XVValoresInscricao::VisoesSeparadas(hEscopo)) return {};
+    const std::vector<SValorInscricao> listaValores = XVValoresInscricao::Proxy32(hEscopo);
+    if (const HRESULT hr = GravaTextos(hEscopo, listaValores); FAILED(hr))
+        return {hr, "registrar a biblioteca XVCR_MiddlewarePS32.dll"};
+    if (!ConferemTextos(hEscopo, listaValores))
+        return {HRESULT_FROM_WIN32(ERROR_INVALID_DATA),
+                "conferir o registro da biblioteca XVCR_MiddlewarePS32.dll"};
+    return {};
+}
+
+SResultadoInscricao GravaTudo(HKEY hEscopo, const std::vector<SValorInscricao>& listaValores,
                               const CXVBibliotecaProxy& rProxy, const CXVContaServidor& rConta) {
-    for (const SValorInscricao& rValor : listaValores)
-        if (const HRESULT hr = Grava(hClasses, rValor); FAILED(hr))
-            return {hr, "gravar as chaves da classe no registro"};
-    if (const HRESULT hr = rProxy.Registra(hClasses); FAILED(hr))
+    if (const HRESULT hr = GravaTextos(hEscopo, listaValores); FAILED(hr))
+        return {hr, "gravar as chaves da classe no registro"};
+    if (const HRESULT hr = rProxy.Registra(hEscopo); FAILED(hr))
         return {hr, "registrar a biblioteca XVCR_MiddlewarePS.dll"};
-    for (const SValorInscricao& rValor : listaValores)
-        if (!Confere(hClasses, rValor))
-            return {HRESULT_FROM_WIN32(ERROR_INVALID_DATA), "conferir as chaves da classe no registro"};
-    for (const SValorInscricao& rValor : XVValoresInscricao::Proxy())
-        if (rValor.sTexto.has_value() && !Confere(hClasses, rValor))
-            return {HRESULT_FROM_WIN32(ERROR_INVALID_DATA),
-                    "conferir o registro da biblioteca XVCR_MiddlewarePS.dll"};
-    if (const HRESULT hr = rConta.Grava(hClasses); FAILED(hr))
+    if (SResultadoInscricao resultado = GravaProxy32(hEscopo); FAILED(resultado.hr)) return resultado;
+    if (!ConferemTextos(hEscopo, listaValores))
+        return {HRESULT_FROM_WIN32(ERROR_INVALID_DATA), "conferir as chaves da classe no registro"};
+    if (!ConferemTextos(hEscopo, XVValoresInscricao::Proxy()))
+        return {HRESULT_FROM_WIN32(ERROR_INVALID_DATA),
+                "conferir o registro da biblioteca XVCR_MiddlewarePS.dll"};
+    if (const HRESULT hr = rConta.Grava(hEscopo); FAILED(hr))
         return {hr, "gravar a conta e as permissões do servidor no registro"};
     return {};
+}
+
+std::vector<SValorInscricao> NossosValores(HKEY hEscopo) {
+    std::vector<SValorInscricao> lista;
+    const auto junta = [&lista](const std::vector<SValorInscricao>& listaMais) {
+        lista.insert(lista.end(), listaMais.begin(), listaMais.end());
+    };
+    if (!XVValoresInscricao::ProxyEhDeOutro(hEscopo)) junta(XVValoresInscricao::Proxy());
+    if (XVValoresInscricao::Proxy32EhNosso(hEscopo)) junta(XVValoresInscricao::Proxy32(hEscopo));
+    if (!XVValoresInscricao::ClasseEhDeOutro(hEscopo))
+        for (const SValorInscricao& rValor : XVValoresInscricao::Classe(hEscopo))
+            if (rValor.Confere(hEscopo)) lista.push_back(rValor);
+    return lista;
 }
 
 }  // namespace
@@ -129,35 +153,28 @@ SResultadoInscricao XVInscreveClasse(EEscopoInscricao eEscopo, const SOpcoesInsc
         return {proxy.GetResultado(), "carregar a biblioteca XVCR_MiddlewarePS.dll"};
     CXVContaServidor conta;
     if (SResultadoInscricao resultado = conta.Prepara(rOpcoes); FAILED(resultado.hr)) return resultado;
-    CXVChaveRegistry classes;
-    if (const HRESULT hr = AbreClasses(eEscopo, &classes); FAILED(hr))
-        return {hr, "abrir as classes do registro"};
-    const std::vector<SValorInscricao> listaValores = XVValoresInscricao::Classe(classes.Get());
+    const HKEY hEscopo = Escopo(eEscopo);
+    const std::vector<SValorInscricao> listaValores = XVValoresInscricao::Classe(hEscopo);
     std::vector<SValorInscricao> listaTodos = XVValoresInscricao::Proxy();
     listaTodos.insert(listaTodos.end(), listaValores.begin(), listaValores.end());
-    const CXVValoresAnteriores anteriores(classes.Get(), listaTodos);
-    SResultadoInscricao resultado = GravaTudo(classes.Get(), listaValores, proxy, conta);
+    if (XVValoresInscricao::TemProxy32())
+        for (SValorInscricao& rValor : XVValoresInscricao::Proxy32(hEscopo)) listaTodos.push_back(rValor);
+    const CXVValoresAnteriores anteriores(hEscopo, listaTodos);
+    SResultadoInscricao resultado = GravaTudo(hEscopo, listaValores, proxy, conta);
     if (FAILED(resultado.hr)) anteriores.Repoe();
     return resultado;
 }
 
 SResultadoInscricao XVRemoveClasse(EEscopoInscricao eEscopo) {
-    CXVChaveRegistry classes;
-    if (const HRESULT hr = AbreClasses(eEscopo, &classes); FAILED(hr))
-        return {hr, "abrir as classes do registro"};
-    const HKEY hClasses = classes.Get();
-    std::vector<SValorInscricao> listaNossos;
-    if (!XVValoresInscricao::ProxyEhDeOutro(hClasses)) listaNossos = XVValoresInscricao::Proxy();
-    if (!XVValoresInscricao::ClasseEhDeOutro(hClasses))
-        for (const SValorInscricao& rValor : XVValoresInscricao::Classe(hClasses))
-            if (Confere(hClasses, rValor)) listaNossos.push_back(rValor);
+    const HKEY hEscopo = Escopo(eEscopo);
+    const std::vector<SValorInscricao> listaNossos = NossosValores(hEscopo);
     for (const SValorInscricao& rValor : listaNossos)
-        if (const HRESULT hr = Apaga(hClasses, rValor); FAILED(hr))
+        if (const HRESULT hr = rValor.Apaga(hEscopo); FAILED(hr))
             return {hr, "apagar as chaves da classe do registro"};
     if (std::any_of(listaNossos.begin(), listaNossos.end(),
-                    [hClasses](const SValorInscricao& rValor) { return rValor.Le(hClasses).has_value(); }))
+                    [hEscopo](const SValorInscricao& rValor) { return rValor.Le(hEscopo).has_value(); }))
         return {HRESULT_FROM_WIN32(ERROR_INVALID_DATA), "conferir a remoção das chaves do registro"};
-    if (const HRESULT hr = ApagaChavesVazias(hClasses, listaNossos); FAILED(hr))
+    if (const HRESULT hr = ApagaChavesVazias(hEscopo, listaNossos); FAILED(hr))
         return {hr, "apagar as chaves da classe do registro"};
     return {};
 }

@@ -48,7 +48,8 @@ class CXVDescritorSeguranca {
 HRESULT LePermissaoAcesso(std::vector<BYTE>* pDescritor) {
     for (const HKEY hRaiz : {HKEY_LOCAL_MACHINE, HKEY_CURRENT_USER}) {
         CXVChaveRegistry chave;
-        if (FAILED(chave.Abre(hRaiz, L"Software\\Classes\\" + XVValoresInscricao::ChaveAplicacao())))
+        if (FAILED(
+                chave.Abre(hRaiz, XVValoresInscricao::k_pszClasses + XVValoresInscricao::ChaveAplicacao())))
             continue;
         const HRESULT hr = chave.LeBinario(L"AccessPermission", pDescritor);
         if (hr == HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND)) continue;

@@ -17,8 +17,6 @@ OutFile "${SAIDA}"
 !define CHAVE_MODULO "SOFTWARE\Wow6432Node\Velmora\DF"
 !define SERVIDOR "XVCR_Middleware.exe"
 !define PROXY_32 "XVCR_MiddlewarePS32.dll"
-!define CLASSES "Software\Classes"
-!define INTERFACE "{c2141cb5-b40b-41f8-a6aa-c8c9c30aad48}"
 InstallDir "$PROGRAMFILES64\XVCR_Middleware"
 InstallDirRegKey HKLM "${CHAVE_REMOCAO}" "InstallLocation"
 RequestExecutionLevel admin
@@ -127,24 +125,6 @@ FunctionEnd
   Call Troca
 !macroend
 
-; Programs of 32 bits look for the proxy of the interface in the registry view of their size. Written here, because
-; a system may have no program of that size that could load the library and ask it to register itself.
-Function RegistraProxy32
-  ReadRegStr $0 HKLM "${CLASSES}\Interface\${INTERFACE}\NumMethods" ""
-  SetRegView 32
-  ClearErrors
-  WriteRegStr HKLM "${CLASSES}\CLSID\${INTERFACE}" "" "PSFactoryBuffer"
-  WriteRegStr HKLM "${CLASSES}\CLSID\${INTERFACE}\InProcServer32" "" "$INSTDIR\${PROXY_32}"
-  WriteRegStr HKLM "${CLASSES}\CLSID\${INTERFACE}\InProcServer32" "ThreadingModel" "Both"
-  WriteRegStr HKLM "${CLASSES}\Interface\${INTERFACE}" "" "IXVCR_Middleware"
-  WriteRegStr HKLM "${CLASSES}\Interface\${INTERFACE}\NumMethods" "" $0
-  WriteRegStr HKLM "${CLASSES}\Interface\${INTERFACE}\ProxyStubClsid32" "" "${INTERFACE}"
-  ${If} ${Errors}
-    !insertmacro Desiste 4 "O proxy de 32 bits não pôde ser registrado."
-  ${EndIf}
-  SetRegView 64
-FunctionEnd
-
 Section
   SetOutPath "$INSTDIR\novo"
   ; What an earlier update could not delete because somebody ran it.
@@ -184,7 +164,6 @@ Section
   ${If} $0 != 0
     !insertmacro Desiste 4 "O componente não pôde ser registrado (código $0)."
   ${EndIf}
-  Call RegistraProxy32
 
   WriteRegStr HKLM "${CHAVE_REMOCAO}" "DisplayName" "XVCR_Middleware"
   WriteRegStr HKLM "${CHAVE_REMOCAO}" "DisplayVersion" "${VERSAO}"
@@ -209,14 +188,6 @@ Section Uninstall
   ${If} $0 != 0
     !insertmacro Desiste 4 "O registro do componente não pôde ser removido (código $0)."
   ${EndIf}
-  ; Another installation's registration of the proxy of 32 bits stays.
-  SetRegView 32
-  ReadRegStr $0 HKLM "${CLASSES}\CLSID\${INTERFACE}\InProcServer32" ""
-  ${If} $0 == "$INSTDIR\${PROXY_32}"
-    DeleteRegKey HKLM "${CLASSES}\CLSID\${INTERFACE}"
-    DeleteRegKey HKLM "${CLASSES}\Interface\${INTERFACE}"
-  ${EndIf}
-  SetRegView 64
   StrCpy $R8 "$INSTDIR\${SERVIDOR}"
   StrCpy $R9 $R8
   Call un.Encerra

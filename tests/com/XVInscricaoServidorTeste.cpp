@@ -5,6 +5,7 @@
 #include <objbase.h>
 #include <sddl.h>
 
+#include <fstream>
 #include <map>
 
 #include "contract/XVCR_MiddlewareGuids.h"
@@ -33,7 +34,8 @@ std::vector<std::wstring> Arvores(HKEY hRaiz) {
     return lista;
 }
 
-void ConfereRegistrado(HKEY hRaiz) {
+void ConfereRegistrado(
+    HKEY hRaiz, const std::wstring& sServidor = std::filesystem::path(XVServidores::Programa()).wstring()) {
     const auto fnLe = [hRaiz](const std::wstring& sChave, const std::wstring& sValor = L"") {
         CXVChaveRegistry chave;
         std::wstring sTexto = L"(ausente)";
@@ -41,7 +43,6 @@ void ConfereRegistrado(HKEY hRaiz) {
         return sTexto;
     };
     EXPECT_EQ(Arvores(hRaiz).size(), 7U);
-    const std::wstring sServidor = std::filesystem::path(XVServidores::Programa()).wstring();
     EXPECT_EQ(fnLe(k_sClasse + L"\\LocalServer32"), L"\"" + sServidor + L"\"");
     EXPECT_EQ(fnLe(k_sClasse + L"\\ProgID"), L"XVCR.Middleware.1");
     EXPECT_EQ(fnLe(k_sClasse, L"AppID"), k_sAplicacao);
@@ -138,6 +139,27 @@ std::pair<std::string, std::string> FazCopias(const CXVDiretorioTeste& pasta) {
     return {sCopia, sQuebrada};
 }
 
+// What callers of 32 bits see below the scope's classes of the interface.
+std::map<std::wstring, std::wstring> RetrataProxy32(HKEY hRaiz) {
+    std::map<std::wstring, std::wstring> retrato;
+    for (const wchar_t* pszOnde : {L"CLSID\\", L"Interface\\"}) {
+        const std::wstring sInicio = pszOnde + k_sInterface;
+        for (const wchar_t* pszFilha : {L"", L"\\InProcServer32", L"\\NumMethods", L"\\ProxyStubClsid32"})
+            for (const wchar_t* pszValor : {L"", L"ThreadingModel", L"Alheio"}) {
+                CXVChaveRegistry chave(EVisaoRegistry::e32);
+                std::wstring sTexto;
+                if (SUCCEEDED(chave.Abre(hRaiz, L"Software\\Classes\\" + sInicio + pszFilha)) &&
+                    SUCCEEDED(chave.LeTexto(pszValor, &sTexto)))
+                    retrato[pszOnde + std::wstring(pszFilha) + L"@" + pszValor] = sTexto;
+            }
+    }
+    return retrato;
+}
+
+std::filesystem::path Proxy32AoLado(const std::string& sPrograma) {
+    return std::filesystem::path(sPrograma).replace_filename("XVCR_MiddlewarePS32.dll").make_preferred();
+}
+
 // An exit code is a result code, and the same word as a number.
 unsigned Saida(const SExecucao& rExecucao) {
     return static_cast<unsigned>(rExecucao.iSaida);
@@ -215,6 +237,63 @@ TEST(InscricaoServidor, RemoveSoOQueESeuENaoDeixaChaveVazia) {
     EXPECT_EQ(cliente.GetUltimoErro(&erro), S_OK);
     EXPECT_EQ(erro.hrErro, REGDB_E_CLASSNOTREG) << "an opening that made no component tells why";
     EXPECT_EQ(Saida(XVServidores::Executa({"/RegServer"})), 0U);
+}
+
+// The library cannot be loaded by a program of 64 bits, so any file of its name will do.
+TEST(InscricaoServidor, ProxyDe32BitsERegistradoOndeEstaAoLado) {
+    const CXVDiretorioTeste pasta;
+    const auto [sCopia, sQuebrada] = FazCopias(pasta);
+    const HKEY hRaiz = HKEY_LOCAL_MACHINE;
+    EXPECT_EQ(Saida(XVServidores::Executa({"/UnregServer"})), 0U);
+    const auto vazio = Retrata(hRaiz);
+    EXPECT_EQ(Saida(XVExecuta(sCopia, {"/RegServer"})), 0U);
+    EXPECT_EQ(RetrataProxy32(hRaiz), (std::map<std::wstring, std::wstring>{})) << "no such file";
+    for (const std::string& sPrograma : {sCopia, sQuebrada}) std::ofstream(Proxy32AoLado(sPrograma)) << "32";
+    EXPECT_EQ(Saida(XVExecuta(sCopia, {"/RegServer"})), 0U);
+    const auto registrado = Retrata(hRaiz);
+    const std::wstring sIdentificador = RetrataProxy32(hRaiz)[L"Interface\\\\ProxyStubClsid32@"];
+    EXPECT_EQ(::lstrcmpiW(sIdentificador.c_str(), k_sInterface.c_str()), 0);
+    EXPECT_EQ(RetrataProxy32(hRaiz), (std::map<std::wstring, std::wstring>{
+                                         {L"CLSID\\@", L"PSFactoryBuffer"},
+                                         {L"CLSID\\\\InProcServer32@", Proxy32AoLado(sCopia).wstring()},
+                                         {L"CLSID\\\\InProcServer32@ThreadingModel", L"Both"},
+                                         {L"Interface\\@", L"IXVCR_Middleware"},
+                                         {L"Interface\\\\NumMethods@", L"23"},
+                                         {L"Interface\\\\ProxyStubClsid32@", sIdentificador}}));
+    EXPECT_EQ(Saida(XVExecuta(sQuebrada, {"/RegServer"})), 0x8007007FU);
+    EXPECT_EQ(Saida(XVServidores::Executa({"/UnregServer"})), 0U);
+    EXPECT_EQ(Diferenca(registrado, Retrata(hRaiz)), "") << "a failure and another copy change nothing";
+    std::filesystem::remove(Proxy32AoLado(sCopia));
+    EXPECT_EQ(Saida(XVExecuta(sCopia, {"/UnregServer"})), 0U);
+    EXPECT_EQ(Diferenca(vazio, Retrata(hRaiz)), "") << "all of it, in both views";
+
+    // Another program's library of this interface stays, and gets no values beside its own.
+    const std::wstring sAlheia = L"Software\\Classes\\CLSID\\" + k_sInterface;
+    CXVChaveRegistry alheia(EVisaoRegistry::e32);
+    EXPECT_EQ(alheia.Cria(hRaiz, sAlheia + L"\\InProcServer32"), S_OK);
+    EXPECT_EQ(alheia.GravaTexto(L"", L"C:\\outra.dll"), S_OK);
+    const auto comAlheia = Retrata(hRaiz);
+    EXPECT_EQ(Saida(XVExecuta(sCopia, {"/RegServer"})), 0U);
+    EXPECT_EQ(Saida(XVExecuta(sCopia, {"/UnregServer"})), 0U);
+    EXPECT_EQ(Diferenca(comAlheia, Retrata(hRaiz)), "");
+    for (const std::wstring& sChave : {sAlheia + L"\\InProcServer32", sAlheia})
+        EXPECT_EQ(::RegDeleteKeyExW(hRaiz, sChave.c_str(), KEY_WOW64_32KEY, 0), 0);
+    EXPECT_EQ(Saida(XVServidores::Executa({"/RegServer"})), 0U);
+}
+
+// A user's classes may have one view for both: the library of this program's size keeps its place there.
+TEST(InscricaoServidor, ProxyDe32BitsNaoTomaOLugarDoOutroNoUsuario) {
+    const CXVDiretorioTeste pasta;
+    const auto [sCopia, sQuebrada] = FazCopias(pasta);
+    for (const std::string& sPrograma : {sCopia, sQuebrada}) std::ofstream(Proxy32AoLado(sPrograma)) << "32";
+    EXPECT_EQ(Saida(XVServidores::Executa({"/UnregServerPerUser"})), 0U);
+    const auto usuario = Retrata(HKEY_CURRENT_USER);
+    EXPECT_EQ(Saida(XVExecuta(sQuebrada, {"/RegServerPerUser"})), 0x8007007FU);
+    EXPECT_EQ(Diferenca(usuario, Retrata(HKEY_CURRENT_USER)), "");
+    EXPECT_EQ(Saida(XVExecuta(sCopia, {"/RegServerPerUser"})), 0U);
+    ConfereRegistrado(HKEY_CURRENT_USER, std::filesystem::path(sCopia).make_preferred().wstring());
+    EXPECT_EQ(Saida(XVExecuta(sCopia, {"/UnregServerPerUser"})), 0U);
+    EXPECT_EQ(Diferenca(usuario, Retrata(HKEY_CURRENT_USER)), "");
 }
 
 TEST(InscricaoServidor, ContaEPermissoesFicamAteQueSePecaOutras) {
