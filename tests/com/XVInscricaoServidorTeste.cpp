@@ -104,6 +104,7 @@ std::wstring LeAplicacao(const wchar_t* pszValor) {
 }
 std::wstring TextoDoDescritor(std::vector<BYTE> descritor) {
     wchar_t* pszTexto = nullptr;
+    if (descritor.empty()) return L"(ausente)";
     if (::ConvertSecurityDescriptorToStringSecurityDescriptorW(
             descritor.data(), SDDL_REVISION_1, DACL_SECURITY_INFORMATION, &pszTexto, nullptr) == 0)
         return L"(nenhum)";
@@ -116,7 +117,7 @@ std::wstring Permissao(const wchar_t* pszValor) {
     std::vector<BYTE> descritor;
     if (SUCCEEDED(chave.Abre(HKEY_LOCAL_MACHINE, L"Software\\Classes\\AppID\\" + k_sAplicacao)))
         chave.LeBinario(pszValor, &descritor);
-    return descritor.empty() ? L"(ausente)" : TextoDoDescritor(descritor);
+    return TextoDoDescritor(descritor);
 }
 
 // A copy of the program in a path with blanks, and one that fails.
@@ -224,6 +225,7 @@ TEST(InscricaoServidor, ContaEPermissoesFicamAteQueSePecaOutras) {
         EXPECT_EQ(XVEscolheAcesso(&descritor), S_OK);
         return TextoDoDescritor(descritor);
     };
+    EXPECT_EQ(Saida(XVServidores::Executa({"/RegServer", "/conta:QuemChama", "-ACESSO:padrao"})), 0U);
     const std::wstring sDoServidor = emVigor();
     EXPECT_EQ(Saida(XVServidores::Executa({"/RegServer", "/Conta:localservice", "/Acesso:S-1-5-32-545"})),
               0U);
