@@ -109,18 +109,8 @@ bool EsperaTrabalho(HANDLE hConfirmadas) {
     return true;
 }
 
-// In order, so that its stores are closed. One that is still starting does not hear the request, so it is
-// made again.
-bool EncerraServidores() {
-    for (int i = 0; i < 4; ++i) {
-        XVServidores::PedeFim();
-        if (XVServidores::Espera(0)) return true;
-    }
-    return false;
-}
-
 bool Confere(const std::string& sEmpresa, int iMortes) {
-    if (!EncerraServidores()) return std::puts("kills: the server does not end"), false;
+    if (!XVServidores::Encerra()) return std::puts("kills: the server does not end"), false;
     TGravadas gravadas = LeGravadas();
     SContas contas;
     XVCliente::CXVCliente cliente;
@@ -187,8 +177,8 @@ bool Mortes(int iMortes) {
     for (int i = 0; bTodos && i < iMortes; ++i) {
         if (!EsperaTrabalho(hConfirmadas)) break;
         ::Sleep(static_cast<DWORD>(1000 + i * 397 % 2000));  // not always at the same place of its work
-        XVServidores::Mata();
         XVAmbienteCom::EsqueceServidorMorto();
+        XVServidores::Mata();
         ++iFeitas;
     }
     ::SetEvent(hFim);

@@ -52,18 +52,12 @@ void RodadasFilho(const TArgumentos& a) {
 
 bool Rodadas(int iRodadas, bool bServidorFica) {
     const std::string sEmpresa = XVAmbienteCom::NovaEmpresa();
-    const DWORD ulPermanencia = 0;
-    constexpr const wchar_t* k_pszChave = L"SOFTWARE\\Wow6432Node\\Velmora";
+    if (!XVServidores::Encerra()) return std::puts("rounds: the server does not end"), false;
+    const XVAmbienteCom::CValorDaRegistry permanencia(L"PermanenciaServidor", bServidorFica ? 30 : 0);
     XVCliente::CXVCliente cliente;
-    if (bServidorFica) {
-        if (const HRESULT hr = cliente.Conecta({.sEmpresa = sEmpresa}); FAILED(hr))
-            return DizFalha("Conecta", hr), false;
-    } else {
-        XVServidores::PedeFim();
-        if (!XVServidores::Espera(0)) XVServidores::Mata();
-        ::RegSetKeyValueW(HKEY_LOCAL_MACHINE, k_pszChave, L"PermanenciaServidor", REG_DWORD, &ulPermanencia,
-                          sizeof(ulPermanencia));
-    }
+    if (const HRESULT hr = bServidorFica ? cliente.Conecta({.sEmpresa = sEmpresa}) : S_OK; FAILED(hr))
+        return DizFalha("Conecta", hr), false;
+    XVIgnora(cliente.Desconecta());
     TFilhos filhos;
     for (int i = 0; i < k_iProcessos; ++i)
         filhos.push_back(
@@ -80,9 +74,8 @@ bool Rodadas(int iRodadas, bool bServidorFica) {
         total.fMaior = std::max(total.fMaior, r.fMaior);
         total.fSoma += r.fSoma;
     }
-    if (!bServidorFica) ::RegDeleteKeyValueW(HKEY_LOCAL_MACHINE, k_pszChave, L"PermanenciaServidor");
     std::vector<REG_XVDMC> achadas;
-    HRESULT hr = cliente.EstaConectado() ? S_OK : cliente.Conecta({.sEmpresa = sEmpresa});
+    HRESULT hr = cliente.Conecta({.sEmpresa = sEmpresa});
     if (SUCCEEDED(hr)) hr = cliente.BuscaPonteiros({}, &achadas);
     if (FAILED(hr)) DizFalha("BuscaPonteiros", hr);
     // A recording whose answer was lost counts as a failure, and may be there.

@@ -1,6 +1,5 @@
 #include "tests/com/XVAmbienteCom.h"
 
-#include "platform/XVTentativas.h"
 #include "platform/win32/XVTextoWindows.h"
 #include "tests/com/XVServidores.h"
 #include "tests/harness/XVDiretorioTemporario.h"
@@ -38,6 +37,10 @@ bool Prepara() {
     if (!XVTextoWindows::ParaLargo(g_diretorio.emplace().GetCaminho(), sPasta)) return false;
     ::RegSetKeyValueW(HKEY_LOCAL_MACHINE, k_pszChaveModulo, L"Path", REG_SZ, sPasta.c_str(),
                       static_cast<DWORD>((sPasta.size() + 1) * sizeof(wchar_t)));
+    // What tests set there, and one that was killed may have left.
+    for (const wchar_t* pszValor : {L"PermanenciaServidor", L"EsperaPrimeiroCliente",
+                                    L"InatividadeMaximaComponente", L"EsperaProvedor"})
+        ::RegDeleteKeyValueW(HKEY_LOCAL_MACHINE, CValorDaRegistry::k_pszChave, pszValor);
     g_permanencia.emplace(L"PermanenciaServidor", 0U);
     XVServidores::Mata();
     EsqueceServidorMorto();
@@ -45,7 +48,7 @@ bool Prepara() {
 }
 
 void Desfaz() {
-    if (!XVServidores::Espera(0)) XVServidores::Mata();
+    if (!XVServidores::Encerra()) XVServidores::Mata();
     XVServidores::Executa({"/UnregServer"});
     ::RegDeleteKeyValueW(HKEY_LOCAL_MACHINE, k_pszChaveModulo, L"Path");
     g_permanencia.reset();
@@ -60,7 +63,8 @@ void EsqueceServidorMorto() {
     if (::GetProcAddress(::GetModuleHandleW(L"ntdll.dll"), "wine_get_version") == nullptr) return;
     char szSistema[MAX_PATH];
     ::GetSystemDirectoryA(szSistema, MAX_PATH);
-    XVExecuta(std::string(szSistema) + "\\net.exe", {"stop", "rpcss"});
+    for (const char* pszOrdem : {"stop", "start"})
+        XVExecuta(std::string(szSistema) + "\\net.exe", {pszOrdem, "rpcss"});
 }
 
 }  // namespace XVAmbienteCom
@@ -68,10 +72,7 @@ void EsqueceServidorMorto() {
 namespace XVPortaTeste {
 
 HRESULT Conecta(XVCliente::CXVCliente& rCliente, const XVCliente::SIdentificacao& rIdentificacao) {
-    // The server of the test before may be ending.
-    return XVTenta(
-        k_iTentativasCurtas, [&] { return rCliente.Conecta(rIdentificacao); },
-        [](HRESULT hr) { return hr == E_FAIL; });
+    return rCliente.Conecta(rIdentificacao);
 }
 
 std::string DiretorioEmpresa(const std::string& sEmpresa) {

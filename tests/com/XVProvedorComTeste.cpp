@@ -16,7 +16,6 @@ namespace {
 namespace fs = std::filesystem;
 using namespace XVAmbienteCom;
 
-constexpr const wchar_t* k_pszChave = L"SOFTWARE\\Wow6432Node\\Velmora";
 const REG_XVDMC k_regOrigem = REG_XVDMC::Cria(2, 15, REG_XVDMA::Cria(2024, 3, 1));
 
 // The libraries lie beside the server's program while the object lives, and a server that was started by
@@ -29,6 +28,9 @@ class CXVProvedorCom : public testing::Test {
         const fs::path testes = fs::path(XVAmbienteSO::GetDiretorioExecutavel()).parent_path();
         Instala(testes / "provider" / "exemplo" / "XVProvedor16.dll");
         Instala(testes / "com" / "provedor" / "XVProvedor8.dll");
+        // Without the system's minidumps, of which one takes all the time that a report gets.
+        m_Sistema.CriaArquivo("dbghelp.dll", "no library");
+        Instala(m_Sistema.Junta("dbghelp.dll"));
         fs::create_directories(m_Sistema.Junta("recebidos"));
         SetEspera(1);
         ::SetEnvironmentVariableW(L"XVPROVEDOR_PASTA", fs::path(m_Sistema.GetCaminho()).c_str());
@@ -39,12 +41,12 @@ class CXVProvedorCom : public testing::Test {
         XVServidores::Mata();
         EsqueceServidorMorto();
         ::SetEnvironmentVariableW(L"XVPROVEDOR_PASTA", nullptr);
-        ::RegDeleteKeyValueW(HKEY_LOCAL_MACHINE, k_pszChave, L"EsperaProvedor");
+        ::RegDeleteKeyValueW(HKEY_LOCAL_MACHINE, CValorDaRegistry::k_pszChave, L"EsperaProvedor");
         for (const fs::path& rCopia : m_listaCopias) fs::remove(rCopia);
     }
     static void SetEspera(DWORD ulSegundos) {
-        ::RegSetKeyValueW(HKEY_LOCAL_MACHINE, k_pszChave, L"EsperaProvedor", REG_DWORD, &ulSegundos,
-                          sizeof(ulSegundos));
+        ::RegSetKeyValueW(HKEY_LOCAL_MACHINE, CValorDaRegistry::k_pszChave, L"EsperaProvedor", REG_DWORD,
+                          &ulSegundos, sizeof(ulSegundos));
     }
     void Instala(const fs::path& rBiblioteca) {
         m_listaCopias.push_back(fs::path(XVServidores::Programa()).parent_path() / rBiblioteca.filename());

@@ -41,14 +41,28 @@ inline bool Espera(std::size_t uiQuantidade) {
     for (int i = 0; i < 400 && Lista().size() != uiQuantidade; ++i) ::Sleep(50);
     return Lista().size() == uiQuantidade;
 }
+// All at once, before one that waits for another's end can take over from it.
 inline void Mata() {
-    for (const DWORD ulId : Lista()) {
-        const HANDLE hProcesso = ::OpenProcess(PROCESS_TERMINATE | SYNCHRONIZE, FALSE, ulId);
-        if (hProcesso == nullptr) continue;
-        ::TerminateProcess(hProcesso, 98);
+    std::vector<HANDLE> listaMortos;
+    for (const DWORD ulId : Lista())
+        if (const HANDLE hProcesso = ::OpenProcess(PROCESS_TERMINATE | SYNCHRONIZE, FALSE, ulId);
+            hProcesso != nullptr) {
+            ::TerminateProcess(hProcesso, 98);
+            listaMortos.push_back(hProcesso);
+        }
+    for (const HANDLE hProcesso : listaMortos) {
         ::WaitForSingleObject(hProcesso, 10000);
         ::CloseHandle(hProcesso);
     }
+}
+// In order, so that their stores are closed. One that is still starting does not hear the request, so it is
+// made again. False: one does not end.
+inline bool Encerra() {
+    for (int i = 0; i < 100 && !Lista().empty(); ++i) {
+        Executa({"/Stop"});
+        ::Sleep(200);
+    }
+    return Lista().empty();
 }
 // Asks them to end as the system does: WM_CLOSE to the hidden window or, where there is no display for
 // one, WM_QUIT to the thread that pumps.
