@@ -280,7 +280,7 @@ TEST_F(OpcoesDeTroca, OQueFoiGravadoEDitoTambemQuandoUmItemPosteriorFalha) {
     EXPECT_EQ(
         pendencia.sErro,
         "xvcr: 0x81080CEB E_XVCR_CHAVE_REGISTRO_TELVO_ZERADA: A chave do registro está zerada; integrações "
-        "gravadas: 1; o que já está gravado seria gravado outra vez\n");
+        "gravadas: 1; repetir gravaria outra vez o que já está gravado\n");
 }
 
 TEST_F(OpcoesDeTroca, LeConsultaOSistemaExternoEEncerraAConsulta) {
