@@ -42,11 +42,12 @@ if(NOT WIN32)
     COMPONENT programa)
 endif()
 
-# The client, with the headers that its own header reaches and no others.
+# The client, with the headers that its own header reaches; and the interface of provider libraries, which stands
+# alone.
 foreach(cabecalho
     client/XVCliente.h client/XVClienteCodigos.h contract/XVCR_Enumeracoes.h contract/XVCR_RegistrosPS.h
     contract/XVDadosCR.h contract/XVEnumeracoesTexto.h platform/XVRelogio.h platform/XVTipos.h
-    support/values/XVData.h support/values/XVDmc.h)
+    suite/providers/XVProvedorPlugin.h support/values/XVData.h support/values/XVDmc.h)
   get_filename_component(pasta ${cabecalho} DIRECTORY)
   install(FILES ${cabecalho} DESTINATION ${cabecalhos}/${pasta} COMPONENT cliente)
 endforeach()

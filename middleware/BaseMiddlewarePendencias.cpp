@@ -9,6 +9,7 @@
 HRESULT CBaseMiddleware::GravaPendenciaIntegracao(REG_XVDMC regDmcIntegracaoOrigem,
                                                   tagREG_CR_INTEGRACAO_MIDDLEWAREPS regIntegracaoPS) {
     XV_ESCOPO({"regDmcIntegracaoOrigem", regDmcIntegracaoOrigem.uiValor});
+    m_ultimasGravadas.Comeca(0);
     XV_CHECK(ValidaAcessoGravacao());
     XV_CHECK(XVValidacaoIntegracao::ValidaDmc(regDmcIntegracaoOrigem));
     XV_CHECK(ValidaRegistro(regIntegracaoPS));
@@ -17,7 +18,6 @@ HRESULT CBaseMiddleware::GravaPendenciaIntegracao(REG_XVDMC regDmcIntegracaoOrig
     regPS.regDmcIntegracaoOrigem = regDmcIntegracaoOrigem;
     regPS.regRegistroJSON = regPS.regMensagemIntegracao = regPS.regJSONRetornoIntegracao = {};
     regPS.uiChaveIntegracaoSistemaTerceiro = 0;
-    m_ultimasGravadas.Comeca(0);
     CListaPendencias listaDados;
     XV_CHECK(GetListaDadosIntegracaoPendente(regPS, listaDados));
     m_ultimasGravadas.Comeca(listaDados.size());

@@ -71,6 +71,7 @@ HRESULT CBaseMiddleware::ValidaArquivoDoDia(CXVGroupFileBase& rGrupo, XVUInt64 u
 HRESULT CBaseMiddleware::GravaIntegracaoInstantanea(REG_XVDMC* pDmcRegistroIndex,
                                                     tagREG_CR_INTEGRACAO_MIDDLEWAREPS regIntegracaoPS) {
     XV_ESCOPO({"regDmc", pDmcRegistroIndex != nullptr ? pDmcRegistroIndex->uiValor : 0});
+    m_ultimasGravadas.Comeca(0);  // what is refused has recorded nothing either
     if (pDmcRegistroIndex == nullptr) XV_FALHA(E_POINTER);
     XV_CHECK(ValidaAcessoGravacao());
     if (!pDmcRegistroIndex->EhNulo())
@@ -90,7 +91,6 @@ HRESULT CBaseMiddleware::GravaIntegracaoInstantanea(REG_XVDMC* pDmcRegistroIndex
     regPS.ulPonteiroUsuarioInclusao = GetUsuario();
     regPS.regDmc = *pDmcRegistroIndex;
 
-    m_ultimasGravadas.Comeca(0);
     CListaPendencias listaDados;
     XV_CHECK(GetListaDadosIntegracaoPendente(regPS, listaDados));
     if (listaDados.empty()) return S_OK;

@@ -42,10 +42,11 @@ HRESULT AchaPorNome(const std::wstring& sConta, SContaAchada* pConta) {
     return S_OK;
 }
 
-// The text of the identifier of a group or user that is named, or given by its identifier.
+// The text of the identifier of a group or user that is named, or given by its identifier. The system knows
+// abbreviations of two letters as well ("WD": everybody), which are names here: a group may bear one.
 HRESULT TextoDoSid(const std::wstring& sQuem, std::wstring* psSid) {
     PSID pSid = nullptr;
-    if (::ConvertStringSidToSidW(sQuem.c_str(), &pSid) != 0) {
+    if (Iguais(sQuem.substr(0, 4), L"S-1-") && ::ConvertStringSidToSidW(sQuem.c_str(), &pSid) != 0) {
         ::LocalFree(pSid);
         *psSid = sQuem;
         return S_OK;

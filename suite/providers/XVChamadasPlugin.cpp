@@ -88,6 +88,16 @@ CXVChamadaObtem::CXVChamadaObtem(const IXVDF_Profiler& rDono, PFXVProvedorObtem 
     tabela.ulVersao = XVPROVEDOR_VERSAO;
 }
 
+// All libraries are looked for at one time: an exception of one would keep the others from being used.
+std::int32_t CXVChamadaObtem::Executa() {
+    try {
+        return m_pfnObtem(XVPROVEDOR_VERSAO, &tabela);
+    } catch (...) {
+        bExcecao = true;
+        return CXVProvedorAdaptador::k_hrRespostaInvalida;
+    }
+}
+
 CXVChamadaDados::CXVChamadaDados(const char* pszFuncao, const IXVDF_Profiler& rDono,
                                  const XVProvedorTabela& rTabela, PFXVProvedorDados pfnOperacao,
                                  const CXVDadosCR_IntegracaoMiddleware& rDados)

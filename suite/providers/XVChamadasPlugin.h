@@ -18,9 +18,10 @@ class CXVChamadaObtem final : public CXVChamadaProvedor {
     CXVChamadaObtem(const IXVDF_Profiler& rDono, PFXVProvedorObtem pfnObtem);
 
     XVProvedorTabela tabela{};
+    bool bExcecao = false;
 
   protected:
-    std::int32_t Executa() override { return m_pfnObtem(XVPROVEDOR_VERSAO, &tabela); }
+    std::int32_t Executa() override;
     void Descarta(HRESULT hr) override { RegistraAtraso(hr, ""); }
 
   private:

@@ -10,6 +10,17 @@
 
 namespace {
 
+// hr: what the watch said of the entry, which may still run when it did not answer.
+std::string MotivoDaFalha(const CXVChamadaObtem& rChamada, HRESULT hr) {
+    if (hr == E_XVCR_PROVEDOR_SEM_RESPOSTA) return XVPROVEDOR_FUNCAO " não respondeu no prazo";
+    if (hr == E_XVCR_PROVEDOR_SUSPENSO) return XVPROVEDOR_FUNCAO " não foi chamada";
+    if (rChamada.bExcecao) return XVPROVEDOR_FUNCAO " deixou sair uma exceção";
+    char szMotivo[64];
+    std::snprintf(szMotivo, sizeof(szMotivo), XVPROVEDOR_FUNCAO " respondeu 0x%08X",
+                  static_cast<unsigned>(hr));
+    return szMotivo;
+}
+
 // What keeps a library from being used; empty: nothing.
 std::string MotivoDaRecusa(const XVProvedorTabela& rTabela, XVUInt eSistema) {
     if (rTabela.ulTamanho != sizeof(XVProvedorTabela))
@@ -30,10 +41,7 @@ std::unique_ptr<IXVProvedorIntegracao> CXVProvedorAdaptador::Cria(PFXVProvedorOb
     if (pfnObtem == nullptr) return nullptr;
     const auto pChamada = std::make_shared<CXVChamadaObtem>(CXVDonoCopiado(), pfnObtem);
     if (const HRESULT hr = CXVVigiaProvedor(eSistema).Chama(pChamada); FAILED(hr)) {
-        char szMotivo[64];
-        std::snprintf(szMotivo, sizeof(szMotivo), XVPROVEDOR_FUNCAO " respondeu 0x%08X",
-                      static_cast<unsigned>(hr));
-        *psMotivo = CXVVigiaProvedor::Respondeu(hr) ? szMotivo : XVPROVEDOR_FUNCAO " não respondeu no prazo";
+        *psMotivo = MotivoDaFalha(*pChamada, hr);
         return nullptr;
     }
     *psMotivo = MotivoDaRecusa(pChamada->tabela, eSistema);

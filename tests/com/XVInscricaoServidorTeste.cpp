@@ -349,6 +349,7 @@ TEST(InscricaoServidor, ContaDesconhecidaOuSemSenhaNaoMudaNada) {
     for (const auto& [sOpcao, ulCodigo, pszPasso] :
          {std::tuple<std::string, unsigned, const char*>{"/Conta:NAOHA", 0x80070534U, "encontrar a conta"},
           {"/Acesso:NAOHA", 0x80070534U, "encontrar o grupo"},
+          {"/Acesso:WD", 0x80070534U, "encontrar o grupo"},
           {"/Conta:" + sUsuario, 0x80070057U, "ler a senha"}}) {
         const SExecucao execucao = XVServidores::Executa({"/RegServer", sOpcao});
         EXPECT_EQ(Saida(execucao), ulCodigo) << sOpcao;

@@ -97,6 +97,8 @@ TEST_F(CXVProvedorExemploTeste, TerceiroDeTresFalhaEOsOutrosFicam) {
     EXPECT_EQ(Le(k_uiDois), "3/3/0/1 {\"p\":2} documento aceito {\"aceito\":true}");
     EXPECT_EQ(XVBusca(*m_pLoja), (TListaDmc{k_uiUm, k_uiDois}));
     EXPECT_EQ(m_Sistema.LeConteudo("recebidos/4.json"), std::nullopt) << "what follows is not sent";
+    EXPECT_EQ(Troca(99, &regDmc), E_INVALIDARG);
+    EXPECT_EQ(Gravadas(), TListaDmc{}) << "an operation that was refused recorded nothing";
 }
 
 TEST_F(CXVProvedorExemploTeste, PendenciaLevaOQueOProvedorMudaEOAusenteNaoEOferecido) {
@@ -105,6 +107,8 @@ TEST_F(CXVProvedorExemploTeste, PendenciaLevaOQueOProvedorMudaEOAusenteNaoEOfere
     EXPECT_EQ(Gravadas(), TListaDmc{k_uiUm});
     EXPECT_EQ(Le(k_uiUm), "0/1/1/1 {\"p\":1}  ") << "the branch is the provider's";
     EXPECT_EQ(m_Sistema.LeConteudo("encerradas.txt"), std::nullopt);
+    EXPECT_EQ(m_pLoja->GravaPendenciaIntegracao({k_uiOrigem}, Pedido(99)), E_INVALIDARG);
+    EXPECT_EQ(Gravadas(), TListaDmc{});
 
     tagREG_CR_CONSULTA_SISTEMA_TERCEIROPS consulta{};
     consulta.eTipoConsulta = eXVSMiddleware_ConsultaCnpj;

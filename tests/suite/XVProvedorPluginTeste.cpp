@@ -203,6 +203,10 @@ TEST_F(ProvedorPluginTeste, TabelaQueNaoCabeNaInterfaceERecusadaComOMotivo) {
     EXPECT_EQ(motivo(), "tabela da versão 2 em vez de 1");
     g_tabela.pfnLibera = nullptr;
     EXPECT_EQ(motivo(), "tabela sem pfnLibera");
+    // Not let through: the search for all the others would end with it.
+    const auto pfnLanca = [](std::uint32_t, XVProvedorTabela*) -> std::int32_t { throw 7; };
+    EXPECT_EQ(CXVProvedorAdaptador::Cria(pfnLanca, Mercos, &m_sMotivo), nullptr);
+    EXPECT_EQ(m_sMotivo, "XVProvedorObtem deixou sair uma exceção");
 }
 
 }  // namespace

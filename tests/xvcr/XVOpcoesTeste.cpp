@@ -272,6 +272,16 @@ TEST_F(OpcoesDeTroca, OQueFoiGravadoEDitoTambemQuandoUmItemPosteriorFalha) {
         "xvcr: 0x80990001: a operação falhou; integrações gravadas: 2; confira no sistema externo e com "
         "\"xvcr registro\" o que já foi enviado, antes de enviar outra vez\n");
 
+    // Two items have changed one integration when the third fails.
+    SRespostaDados& rBusca = m_rGravador.mapDados["BuscaDados"];
+    rBusca.fnDepois = [&rBusca, i = 0]() mutable {
+        if (++i == 3) rBusca.iResultado = static_cast<std::int32_t>(0x80990001U);
+    };
+    const std::string sDmc = listaTrocadas[0]["sDmc"];
+    const SExecucao mudanca = Xvcr("instantanea --tipo 6 --transacao 2 --dmc " + sDmc);
+    EXPECT_EQ(mudanca.sSaida, sDmc + '\n');
+    EXPECT_NE(mudanca.sErro.find("integrações gravadas: 1; confira"), std::string::npos) << mudanca.sErro;
+
     m_rGravador.listaItens[1].reg.uiDmcOrigem = 0;  // a pending integration needs a record of the suite
     const SExecucao pendencia = Xvcr("pendencia --origem 20261121-17-1 --tipo 6 --transacao 1");
     ASSERT_EQ(Json("busca").size(), 3U);
@@ -280,7 +290,7 @@ TEST_F(OpcoesDeTroca, OQueFoiGravadoEDitoTambemQuandoUmItemPosteriorFalha) {
     EXPECT_EQ(
         pendencia.sErro,
         "xvcr: 0x81080CEB E_XVCR_CHAVE_REGISTRO_TELVO_ZERADA: A chave do registro está zerada; integrações "
-        "gravadas: 1; o que já está gravado seria gravado outra vez\n");
+        "gravadas: 1; repetir gravaria outra vez o que já está gravado\n");
 }
 
 TEST_F(OpcoesDeTroca, LeConsultaOSistemaExternoEEncerraAConsulta) {

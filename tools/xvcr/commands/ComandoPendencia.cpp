@@ -36,6 +36,6 @@ void XVAdicionaPendencia(CLI::App& rRaiz, CXVContexto& rContexto) {
         XVCliente::CXVCliente& rCliente = rContexto.Abre(EUsoDaBase::eGravacao);
         const HRESULT hr = rCliente.GravaPendenciaIntegracao(pPendencia->regDmcOrigem, dados);
         XVMostraGravadas(rContexto, rCliente, hr, "nenhuma integração gravada",
-                         "o que já está gravado seria gravado outra vez");
+                         "repetir gravaria outra vez o que já está gravado");
     });
 }

@@ -1,5 +1,6 @@
 #include "tools/xvcr/commands/XVGravadasNaTroca.h"
 
+#include <algorithm>
 #include <cstring>
 
 #include "client/XVClienteCodigos.h"
@@ -8,13 +9,15 @@
 
 namespace {
 
-// Of the operation that has just ended on this client.
+// Of the operation that has just ended on this client. Several items may have changed one integration, which
+// is one all the same.
 HRESULT LeGravadas(XVCliente::CXVCliente& rCliente, std::vector<REG_XVDMC>* pLista) {
     std::string sSaida;
     const HRESULT hr = rCliente.FuncaoGenerica(k_ulFuncaoUltimasGravadas, {}, &sSaida);
     if (FAILED(hr)) return hr;
     pLista->resize(sSaida.size() / sizeof(REG_XVDMC));
     if (!pLista->empty()) std::memcpy(pLista->data(), sSaida.data(), pLista->size() * sizeof(REG_XVDMC));
+    pLista->erase(std::unique(pLista->begin(), pLista->end()), pLista->end());
     return S_OK;
 }
 
@@ -24,12 +27,8 @@ std::string DescreveSemConselho(HRESULT hr) {
     return XVArquivoRecusado::Mensagem(sDescricao.substr(0, sDescricao.find(';')), hr);
 }
 
-// Several items may have changed one integration.
 void Mostra(CXVSaida& rSaida, const std::vector<REG_XVDMC>& rLista) {
-    REG_XVDMC regAnterior;
     for (const REG_XVDMC regDmc : rLista) {
-        if (regDmc == regAnterior) continue;
-        regAnterior = regDmc;
         if (rSaida.EhJson()) {
             XVJson json = XVJson::object();
             XVRegistroJson::Inclui(json, "regDmc", regDmc);
