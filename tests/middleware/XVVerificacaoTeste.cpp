@@ -349,6 +349,18 @@ TEST_F(Verificacao, RecuperacaoRecusaOQueNaoPodeSaber) {
     EXPECT_EQ(Verifica(), "versaoAnterior CRMIDDLEWAREVS.dat");
 }
 
+// Empty texts are zeros in their file. Behind the last one that a record names, there may be as many as
+// records were lost.
+TEST_F(Verificacao, TextosVaziosDasPerdidasNaoSaoZerosNasOutras) {
+    SetDia(16);
+    for (const XVUInt64 uiChave : {601U, 602U, 603U, 604U}) Grava(*Abre(), CXVIntegracaoTeste(uiChave));
+    Corta("CRINTEGMID20240316.dat", 100)(*this);
+    EXPECT_EQ(Verifica(),
+              "arquivoRecusado CRINTEGMID20240316.dat; registroPelaMetade CRINTEGMID20240316.dat; "
+              "semRegistro 20240316:3-4; diaRecusado 20240316:1-2");
+    EXPECT_EQ(Recupera(), "20240316-3-1 perdida; 20240316-4-1 perdida");
+}
+
 // The bank's later integration takes the place of the earlier one in the index: by the log that is the normal
 // course of things, without the log it may be.
 TEST_F(Verificacao, SubstituidaDoBancoNaoFazFalta) {
