@@ -202,6 +202,7 @@ const SDano k_aDanos[] = {
     {"CabecalhoZerado", NoArquivo(k_pszJSON, [](std::string& rs) { rs.replace(0, 240, 240, '\0'); }),
      "arquivoRecusado CRINTEGMIDJSON20240315.dat; diaRecusado 20240315:1-3", ""},
     {"VersaoAusente", Some("CRMIDDLEWAREVS.dat"), "arquivoAusente CRMIDDLEWAREVS.dat", ""},
+    {"VersaoQueMudou", Vira("CRMIDDLEWAREVS.dat", 240), "arquivoRecusado CRMIDDLEWAREVS.dat", ""},
     {"ControleCortado", Corta(k_pszControle, 2), "cadeiaPartida XVDATABASE_FILE_CTRL.dat", ""},
     {"CopiaDeixada", Troca("CRDTHRINTEG.tra", "CRDTHRINTEG.dat"), "copiaDeixada CRDTHRINTEG.tra", ""},
     {"DatasComZeros", Zera("CRDTHRINTEG.dat", 0, 32), "lancamentoImpossivel CRDTHRINTEG.dat", "bytes"},
