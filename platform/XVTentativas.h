@@ -18,12 +18,19 @@ inline constexpr int k_iTentativasCurtas = 50;
 // closes a store.
 inline constexpr int k_iTentativasLongas = 500;
 
+// However many attempts are left, none begins to wait after this: each may take far longer than the wait, on
+// a busy machine and where looking at a lock waits by itself.
+inline constexpr XVUInt k_ulLimiteTentativas = 5000;  // ms
+
 // Runs operacao until repete(result) is false, iTentativas times at the most; the last result.
 template <class TOperacao, class TRepete>
 auto XVTenta(int iTentativas, TOperacao operacao, TRepete repete) {
+    IXVRelogio& rRelogio = XVPlataforma::Relogio();
+    const XVUInt ulInicio = rRelogio.GetTicks();
     auto resultado = operacao();
     for (int i = 1; i < iTentativas && repete(resultado); ++i) {
-        XVPlataforma::Relogio().Dorme(k_ulEntreTentativas);
+        if (rRelogio.GetTicks() - ulInicio >= k_ulLimiteTentativas) break;
+        rRelogio.Dorme(k_ulEntreTentativas);
         resultado = operacao();
     }
     return resultado;

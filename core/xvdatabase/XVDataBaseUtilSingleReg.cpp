@@ -7,6 +7,8 @@
 #include "core/xvdatabase/XVNomeArquivo.h"
 #include "core/xvdatabase/XVRegistroVersao.h"
 #include "support/codes/XVCodigos.h"
+#include "support/trace/XVArquivoRecusado.h"
+#include "support/trace/XVProfiler.h"
 
 namespace {
 
@@ -28,6 +30,21 @@ class CXVDataBaseSingleReg : public CXVDataBase {
     }
     CXVFileSingleReg<REG_CR_MIDDLEWARE_VERSAO>& GetArquivo() { return m_xvFile; }
 
+    // Believed, a version below that of the header would have the steps that the store went through done once
+    // more, to records that they do not fit.
+    HRESULT ConfereVersao(const REG_CR_MIDDLEWARE_VERSAO& reg) {
+        const XVUShort usCarimbo = m_xvFile.GetVersaoArquivo();
+        if (!XVVersaoNaoConfere(reg, usCarimbo)) return S_OK;
+        std::string sPath;
+        XV_CHECK(
+            CXVDataBaseUtil::GetPathArquivo(GetModulo(), GetEmpresa(), m_xvFile.GetNomeArquivo(), &sPath));
+        XVProfiler::RecordError(this, "CXVDataBaseUtil::LeSingleReg", "XVDataBaseUtil", __LINE__,
+                                "Versão %u no registro e %u no cabeçalho: %s\t"
+                                "E_XVCR_INCONSISTENCIA_CONTROLE_CRIACAO_ARQUIVOS",
+                                unsigned{reg.usVersao}, unsigned{usCarimbo}, sPath.c_str());
+        return XVArquivoRecusado::Anota(E_XVCR_INCONSISTENCIA_CONTROLE_CRIACAO_ARQUIVOS, sPath, this);
+    }
+
   private:
     CXVFileSingleReg<REG_CR_MIDDLEWARE_VERSAO> m_xvFile;
 };
@@ -41,7 +58,7 @@ HRESULT CXVDataBaseUtil::LeSingleReg(const IXVDF_Profiler* pDono, EModulo eModul
     XV_CHECK_DONO(pDono, xvDB.Abre(pDono));
     if (xvDB.GetArquivo().ExisteArquivo()) {
         XV_CHECK_DONO(pDono, xvDB.GetArquivo().Le(*pReg));
-        return S_OK;
+        return xvDB.ConfereVersao(*pReg);
     }
     CXVDataBaseControleCriacaoArquivos controle(eModulo, sNomeArquivo);
     XV_CHECK_DONO(pDono, controle.Inicializa(pDono));
@@ -61,6 +78,8 @@ HRESULT CXVDataBaseUtil::GravaSingleReg(const IXVDF_Profiler* pDono, EModulo eMo
         if (!xvFile.PrecisaGravar(reg)) return S_OK;
         bTemCabecalho = xvFile.GerenciarCabecalho();
         xvFile.ProximoCabecalho(&regCabecalho, sizeof(reg));
+        regCabecalho.regB.usVersaoArquivo = reg.usVersao;
+        XVCabecalho::Sela(regCabecalho.regB);
     }
     const std::string sNomeCopia = XVNomeArquivo::TrocaExtensao(sNomeArquivo, "srk");
     CXVImagemArquivo xvImagem(eModulo, sNomeCopia);

@@ -218,6 +218,10 @@ HRESULT CXVFileBase::GravaVersaoArquivo(XVUShort usVersaoArquivo) {
     return S_OK;
 }
 
+XVUShort CXVFileBase::GetVersaoArquivo() {
+    return GerenciarCabecalho() && PossuiCabecalho() ? m_regCabecalho.regB.usVersaoArquivo : XVUShort{0};
+}
+
 HRESULT CXVFileBase::CatchGravacao(const CXVErroArquivo* pEx) const {
     const SCodigoArquivo codigo = XVCodigosArquivo::DeExcecao(pEx->GetCausa());
     return CheckHr(codigo.hr, codigo.pszNome, "CXVFileBase::CatchGravacao", XVNomeFonte(), __LINE__, this);

@@ -66,6 +66,9 @@ class CXVFileBase : public IXVFileBase {
     HRESULT PreparaCabecalho(CXVOperacao& rOperacao);
     // Stamps the header's file version; nothing is written when it stands there already.
     HRESULT GravaVersaoArquivo(XVUShort usVersaoArquivo);
+    // The file version in the header of the open file; 0 where there is no header or headers are off. Only
+    // after ConfereCabecalho has succeeded.
+    XVUShort GetVersaoArquivo();
 
     // Where the payload begins: 240 or 0.
     XVUInt64 GetSeekCabecalho();

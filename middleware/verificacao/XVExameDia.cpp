@@ -131,6 +131,16 @@ XVUInt CXVExameDia::UltimaApontada(std::size_t uiQual) const {
     return ulUltima;
 }
 
+XVUInt64 CXVExameDia::RegistrosPerdidos() const {
+    const XVUInt64 uiPeloCabecalho =
+        m_arquivo.bCabecalho ? m_arquivo.regB.uiTamanhoDados / sizeof(TRegistro) : XVUInt64{0};
+    const XVUInt64 uiTodos = std::max<XVUInt64>(uiPeloCabecalho, m_aRegistros.size() + m_aAusentes.size());
+    const auto uiPossiveis = std::count_if(m_aRegistros.begin(), m_aRegistros.end(), [](const TRegistro& r) {
+        return !XVEhRegistroVago(r) && TXVPlausibilidade<TRegistro>::EhPlausivel(r);
+    });
+    return uiTodos - static_cast<XVUInt64>(uiPossiveis);
+}
+
 void CXVExameDia::ExaminaTexto(std::size_t uiQual) {
     SArquivoLoja& rArquivo = m_aArquivosTextos[uiQual];
     const XVUInt64 uiTamanhoAntes = rArquivo.uiTamanho;
@@ -154,7 +164,7 @@ void CXVExameDia::ExaminaTexto(std::size_t uiQual) {
         if (ulPonteiro != 0 && !rTextos.Aponta(ulPonteiro)) m_aMotivos[i] |= eMotivo_SemJSON << uiQual;
     }
     // Returned texts are given up by an update without one; of the others the last is always named.
-    if (uiQual + 1 < k_uiTextos && bMesmo) rTextos.MarcaZerosNoFim();
+    if (uiQual + 1 < k_uiTextos && bMesmo) rTextos.MarcaZerosNoFim(RegistrosPerdidos());
 }
 
 void CXVExameDia::JulgaTextos() {

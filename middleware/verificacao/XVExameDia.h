@@ -79,6 +79,8 @@ class CXVExameDia {
     // The highest position that a record names in a file of texts; 0: a record that may name a higher one is
     // lost, or that file's texts are given up again.
     XVUInt UltimaApontada(std::size_t uiQual) const;
+    // Records that the index or the header tells of and the file does not hold, or not as they were.
+    XVUInt64 RegistrosPerdidos() const;
     // A file that carries another's name is of another day, or another store: nothing of it is this day's.
     XVUInt64 Alcance(const SArquivoLoja& rArquivo) const {
         if (rArquivo.hr == E_XVCR_NOME_ARQUIVO_NAO_CONFERE || rArquivo.bInicioIncerto) return 0;

@@ -185,9 +185,11 @@ bool CXVExameTextos::Aponta(XVUInt uiPosicao) {
     return true;
 }
 
-void CXVExameTextos::MarcaZerosNoFim() {
+void CXVExameTextos::MarcaZerosNoFim(XVUInt64 uiRegistrosPerdidos) {
     auto ul = static_cast<XVUInt>(m_aMarcas.size());
-    if (ul == 0 || (m_aMarcas.back() & eTexto_Apontado) != 0) return;
+    const auto ultimoApontado = std::find_if(m_aMarcas.rbegin(), m_aMarcas.rend(),
+                                             [](XVByte uc) { return (uc & eTexto_Apontado) != 0; });
+    if (static_cast<XVUInt64>(ultimoApontado - m_aMarcas.rbegin()) <= uiRegistrosPerdidos) return;
     for (; ul > 0 && GetTamanho(ul) == 0; --ul) m_aMarcas[ul - 1] |= eTexto_ZerosNoFim;
 }
 

@@ -39,8 +39,9 @@ class CXVExameTextos {
     XVUInt64 GetInicio(XVUInt uiPosicao) const { return m_aInicios[uiPosicao - 1] + sizeof(XVUInt); }
     XVUInt64 GetTamanho(XVUInt uiPosicao) const { return m_aulTamanhos[uiPosicao - 1]; }
     // Where every text that can be told is named by a record as well as it ever will be: texts behind the
-    // last one named are the ones of zeros that a power failure left in the place of others.
-    void MarcaZerosNoFim();
+    // last one named are the ones of zeros that a power failure left in the place of others, unless they are
+    // no more than the records that were lost.
+    void MarcaZerosNoFim(XVUInt64 uiRegistrosPerdidos);
 
     // The chain does not reach the end: where the first text begins that runs past it.
     bool EstaPartida() const { return m_bPartida; }

@@ -170,7 +170,7 @@ HRESULT CXVLojaNova::GravaVersao() {
     std::unique_ptr<CXVEscritaRecuperada> pEscrita;
     HRESULT hr = CriaArquivo(k_pszArquivoVersao, &pEscrita);
     if (SUCCEEDED(hr)) hr = pEscrita->Grava(Bytes(reg));
-    return SUCCEEDED(hr) ? ConcluiArquivo(pEscrita) : hr;
+    return SUCCEEDED(hr) ? pEscrita->Conclui(m_rDono, reg.usVersao) : hr;
 }
 
 // In the order of the store that they come from, without the gaps that it may have. An empty index would

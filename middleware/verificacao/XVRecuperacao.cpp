@@ -119,6 +119,8 @@ HRESULT CXVRecuperacao::ConfereVersao() {
         hr = m_leitura.Percorre(arquivo, sizeof(reg), [&](XVUInt64, std::span<const char> aBytes) {
             std::memcpy(&reg, aBytes.data(), sizeof(reg));
         });
+    if (arquivo.bCabecalho && XVVersaoNaoConfere(reg, arquivo.regB.usVersaoArquivo))
+        reg.usVersao = arquivo.regB.usVersaoArquivo;
     if (SUCCEEDED(hr) && reg.usVersao == k_usVersaoAtualBase) return S_OK;
     if (!XVTemDados(m_leitura)) return S_OK;
     // The first version had no such file.

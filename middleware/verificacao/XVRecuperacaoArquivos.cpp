@@ -110,7 +110,7 @@ HRESULT CXVRecuperacao::GravaVersao() {
                                  CXVEscritaRecuperada::ECabecalho::eCom);
     HRESULT hr = escrita.Abre();
     if (SUCCEEDED(hr)) hr = escrita.Grava(Bytes(reg));
-    return SUCCEEDED(hr) ? escrita.Conclui(m_rDono, k_usVersaoArquivoInicial) : hr;
+    return SUCCEEDED(hr) ? escrita.Conclui(m_rDono, reg.usVersao) : hr;
 }
 
 HRESULT CXVRecuperacao::GravaControle() {

@@ -65,6 +65,9 @@ bool CXVVerificacao::VerificaVersao() {
         hr = m_leitura.Percorre(arquivo, sizeof(reg), [&](XVUInt64, std::span<const char> aBytes) {
             std::memcpy(&reg, aBytes.data(), sizeof(reg));
         });
+    if (SUCCEEDED(hr) && SUCCEEDED(arquivo.hr) && arquivo.bCabecalho &&
+        XVVersaoNaoConfere(reg, arquivo.regB.usVersaoArquivo))
+        arquivo.hr = E_XVCR_INCONSISTENCIA_CONTROLE_CRIACAO_ARQUIVOS;
     JulgaArquivo(arquivo, 0, hr);
     if (!arquivo.bExiste && SUCCEEDED(hr)) {
         if (XVEhVersaoZero(m_leitura, m_sDiretorio, m_rDono)) {

@@ -49,7 +49,7 @@ TEST_F(CXVEsquemaTeste, TodosOsArquivosDeUmaLojaComUmRegistroDeCada) {
     for (const auto& [sNome, dados] : aDados) poe(sNome, XVArquivoDoTeste({sNome, 2}, dados.Str()));
     // Made by the conversion of an empty store, and the only one that was there when it was opened.
     poe("CRMIDDLEWAREVS.dat",
-        XVArquivoDoTeste({"CRMIDDLEWAREVS.dat", 4, 1, 65535}, CXVBytes().U16(5).Zeros(14).Str()));
+        XVArquivoDoTeste({"CRMIDDLEWAREVS.dat", 4, 5, 65535}, CXVBytes().U16(5).Zeros(14).Str()));
     poe("XVDATABASE_FILE_CTRL.dat", CXVBytes().Texto("CRMIDDLEWAREVS.dat"));
     EXPECT_EQ(m_Arquivos.Diferenca(RetratoSemLogs(), obtido), "");
 }

@@ -202,6 +202,7 @@ const SDano k_aDanos[] = {
     {"CabecalhoZerado", NoArquivo(k_pszJSON, [](std::string& rs) { rs.replace(0, 240, 240, '\0'); }),
      "arquivoRecusado CRINTEGMIDJSON20240315.dat; diaRecusado 20240315:1-3", ""},
     {"VersaoAusente", Some("CRMIDDLEWAREVS.dat"), "arquivoAusente CRMIDDLEWAREVS.dat", ""},
+    {"VersaoQueMudou", Vira("CRMIDDLEWAREVS.dat", 240), "arquivoRecusado CRMIDDLEWAREVS.dat", ""},
     {"ControleCortado", Corta(k_pszControle, 2), "cadeiaPartida XVDATABASE_FILE_CTRL.dat", ""},
     {"CopiaDeixada", Troca("CRDTHRINTEG.tra", "CRDTHRINTEG.dat"), "copiaDeixada CRDTHRINTEG.tra", ""},
     {"DatasComZeros", Zera("CRDTHRINTEG.dat", 0, 32), "lancamentoImpossivel CRDTHRINTEG.dat", "bytes"},
@@ -347,6 +348,18 @@ TEST_F(Verificacao, RecuperacaoRecusaOQueNaoPodeSaber) {
         m_Arquivos.CriaArquivo(PastaDados(sNome), sBytes);
     EXPECT_EQ(recupera(true), E_XVCR_VERSAO_INCOMPATIVEL) << "the first version never had a version file";
     EXPECT_EQ(Verifica(), "versaoAnterior CRMIDDLEWAREVS.dat");
+}
+
+// Empty texts are zeros in their file. Behind the last one that a record names, there may be as many as
+// records were lost.
+TEST_F(Verificacao, TextosVaziosDasPerdidasNaoSaoZerosNasOutras) {
+    SetDia(16);
+    for (const XVUInt64 uiChave : {601U, 602U, 603U, 604U}) Grava(*Abre(), CXVIntegracaoTeste(uiChave));
+    Corta("CRINTEGMID20240316.dat", 100)(*this);
+    EXPECT_EQ(Verifica(),
+              "arquivoRecusado CRINTEGMID20240316.dat; registroPelaMetade CRINTEGMID20240316.dat; "
+              "semRegistro 20240316:3-4; diaRecusado 20240316:1-2");
+    EXPECT_EQ(Recupera(), "20240316-3-1 perdida; 20240316-4-1 perdida");
 }
 
 // The bank's later integration takes the place of the earlier one in the index: by the log that is the normal

@@ -30,6 +30,18 @@ TEST_F(AberturaArquivo, SoOQueNaoEFatalSeTentaDeNovo) {
     }
 }
 
+// On a busy machine an attempt takes far longer than the wait for it.
+TEST_F(AberturaArquivo, TentativasDemoradasAcabamEmCincoSegundos) {
+    CriaBom();
+    m_Falhas.Programa({.eOperacao = EOperacaoArquivo::eAbre,
+                       .bPermanente = true,
+                       .eCausa = ECausaArquivo::eViolacaoCompartilhamento});
+    m_Relogio.SetAoDormir([&](XVUInt64) { m_Relogio.Avanca(90); });
+    EXPECT_EQ(Tenta<CXVFileTeste>("A.dat"), eSharingViolation);
+    EXPECT_EQ(Conta(EOperacaoArquivo::eAbre), 51U);
+    m_Relogio.SetAoDormir({});
+}
+
 TEST_F(AberturaArquivo, ModosEReabertura) {
     m_Arquivos.Apaga(PastaDados(k_pszControle)).Ignora();
     TXVBanco<CXVFileTeste> banco("A.dat");

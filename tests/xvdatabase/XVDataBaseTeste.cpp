@@ -166,6 +166,14 @@ TEST_F(Utilitarios, RegistroUnicoPorNome) {
     EXPECT_EQ(Tenta<CXVFileSingleReg<REG_CR_MIDDLEWARE_VERSAO>>("V.dat"), S_OK)
         << "a sound file to everybody";
 
+    // The header, which has a checksum, says what the record was; a program that leaves it as it is goes on.
+    EXPECT_EQ(Campo<XVUShort>(sBom, 104), 2U);
+    for (const auto& [cVersao, hr] :
+         {std::pair('\3', HRESULT{S_OK}), std::pair('\1', E_XVCR_INCONSISTENCIA_CONTROLE_CRIACAO_ARQUIVOS),
+          std::pair('\0', E_XVCR_INCONSISTENCIA_CONTROLE_CRIACAO_ARQUIVOS)}) {
+        Cria("V.dat", std::string(sBom).replace(240, 1, 1, cVersao));
+        EXPECT_EQ(le(reg), hr);
+    }
     Cria("V.dat", sBom + "x");
     EXPECT_EQ(le(reg), E_XVCR_ARQUIVO_SINGLE_REG_NAO_TEM_TAMANHO_ESTRUTURA);
     std::string sRuim = sBom;
