@@ -25,13 +25,15 @@ inline constexpr XVUInt k_ulLimiteTentativas = 5000;  // ms
 // Runs operacao until repete(result) is false, iTentativas times at the most; the last result.
 template <class TOperacao, class TRepete>
 auto XVTenta(int iTentativas, TOperacao operacao, TRepete repete) {
+    auto resultado = operacao();
+    if (!repete(resultado)) [[likely]]
+        return resultado;
     IXVRelogio& rRelogio = XVPlataforma::Relogio();
     const XVUInt ulInicio = rRelogio.GetTicks();
-    auto resultado = operacao();
-    for (int i = 1; i < iTentativas && repete(resultado); ++i) {
-        if (rRelogio.GetTicks() - ulInicio >= k_ulLimiteTentativas) break;
+    for (int i = 1; i < iTentativas && rRelogio.GetTicks() - ulInicio < k_ulLimiteTentativas; ++i) {
         rRelogio.Dorme(k_ulEntreTentativas);
         resultado = operacao();
+        if (!repete(resultado)) break;
     }
     return resultado;
 }
