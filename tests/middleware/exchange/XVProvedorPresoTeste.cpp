@@ -39,10 +39,15 @@ class CXVProvedorPresoTeste : public CXVCenarioTroca {
 TEST_F(CXVProvedorPresoTeste, ChamadaPresaEAbandonadaEOProvedorFicaSuspensoAteQueElaVolte) {
     SetEspera(1);
     m_rGravador.listaItens = {Item("1"), Item("2")};
+    std::promise<void> presa;
     std::promise<void> solta;
-    AoEnviar([&solta] { solta.get_future().wait(); });
+    AoEnviar([&] {
+        presa.set_value();
+        solta.get_future().wait();
+    });
     REG_XVDMC regDmc;
     EXPECT_EQ(Troca(eXVSMiddleware_Inclusao, &regDmc), E_XVCR_PROVEDOR_SEM_RESPOSTA);
+    presa.get_future().wait();  // what the library has noted by then may be read
     EXPECT_TRUE(regDmc.EhNulo());
     EXPECT_TRUE(XVTextoNoLog(m_Captura,
                              "Provedor do sistema 16 não respondeu em 1 s: pfnEnviaJson foi abandonada, e o "
