@@ -5,14 +5,13 @@
 // is tried again, for nothing was done. Of a call it must be known whether it took place, for a write that is
 // repeated after all would be there twice:
 //
+// clang-format off
 //   not executed, repeated whatever it was
-//     0x800706BA  no server could be reached: the call never left. One that is cut off under way has
-//     0x800706BE 0x800706B5  the server's runtime knows the interface no more and turned the call away before
-//     any of the
+//     0x800706BA  no server could be reached: the call never left. One cut off under way has 0x800706BE
+//     0x800706B5  the server's runtime knows the interface no more and turned the call away before any of the
 //                 server's code saw it
-//     0x800706BB  the runtime had no place for the call and turned it away before any of the server's code
-//     saw it 0x80010108  the runtime found the object disconnected before it handed the call on: what the
-//     idle rule
+//     0x800706BB  the runtime had no place for the call and turned it away, as before
+//     0x80010108  the runtime found the object disconnected before it handed the call on: what the idle rule
 //                 of the server leaves behind
 //     0x800401FD  the proxy itself is disconnected: the call never left
 //     0x80010012  the server died before the call was handed on: the code says so, and has no other meaning
@@ -23,6 +22,7 @@
 //     0x80010007  the server died with the call under way
 //     0x80080008  the server is stopping: given to activations, and nobody says how far a call was
 //     0x80004005  anything; also a component's own answer, so only one that no longer answers at all is gone
+// clang-format on
 //
 // Operations that come to a provider may be answered with any code by the provider itself, those above
 // included, after something was sent: of them no code proves anything.

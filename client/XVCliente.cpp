@@ -67,6 +67,7 @@ HRESULT CXVCliente::Executa(EOperacao eOperacao, TChamada&& fnChamada) {
 
 HRESULT CXVCliente::GravaIntegracao(REG_XVDMC* pDmc, const CXVDadosCR_IntegracaoMiddleware& rDados) {
     const auto reg = rDados.ComoRegistro();
+    if (pDmc == nullptr) return E_POINTER;
     return Executa(eGravacao, [&, regAntes = *pDmc](IXVCR_Middleware& r) {
         *pDmc = regAntes;  // a call that failed may have left anything there
         return r.GravaIntegracao(pDmc, &reg);

@@ -3,6 +3,7 @@
 #include <sddl.h>
 
 #include "server/XVChaveRegistry.h"
+#include "server/XVSegurancaCom.h"
 #include "server/XVSenhaConta.h"
 #include "server/XVValoresInscricao.h"
 
@@ -62,18 +63,6 @@ HRESULT TextoDoSid(const std::wstring& sQuem, std::wstring* psSid) {
     return S_OK;
 }
 
-HRESULT Descritor(const std::wstring& sTexto, std::vector<BYTE>* pDescritor) {
-    PSECURITY_DESCRIPTOR pRelativo = nullptr;
-    ULONG ulBytes = 0;
-    if (::ConvertStringSecurityDescriptorToSecurityDescriptorW(sTexto.c_str(), SDDL_REVISION_1, &pRelativo,
-                                                               &ulBytes) == 0)
-        return HRESULT_FROM_WIN32(::GetLastError());
-    const auto* pBytes = static_cast<const BYTE*>(pRelativo);
-    pDescritor->assign(pBytes, pBytes + ulBytes);
-    ::LocalFree(pRelativo);
-    return S_OK;
-}
-
 // Nothing changes what stands there, and an empty value removes it.
 template <class T, class TGrava>
 HRESULT GravaSePedido(CXVChaveRegistry& rChave, const wchar_t* pszNome, const std::optional<T>& rValor,
@@ -126,10 +115,11 @@ SResultadoInscricao CXVContaServidor::PreparaAcesso(const std::wstring& sAcesso)
     std::wstring sSid;
     HRESULT hr = TextoDoSid(sAcesso, &sSid);
     if (FAILED(hr)) return {hr, "encontrar o grupo que pode usar o servidor"};
-    hr = Descritor(L"O:BAG:BAD:(A;;0xb;;;SY)(A;;0xb;;;BA)(A;;0xb;;;" + sSid + L")", &*m_InicioPermitido);
+    hr = XVDescritorDeTexto(L"O:BAG:BAD:(A;;0xb;;;SY)(A;;0xb;;;BA)(A;;0xb;;;" + sSid + L")",
+                            &*m_InicioPermitido);
     if (SUCCEEDED(hr))
-        hr = Descritor(L"O:BAG:BAD:(A;;0x3;;;PS)(A;;0x3;;;SY)(A;;0x3;;;BA)(A;;0x3;;;" + sSid + L")",
-                       &*m_AcessoPermitido);
+        hr = XVDescritorDeTexto(L"O:BAG:BAD:(A;;0x3;;;PS)(A;;0x3;;;SY)(A;;0x3;;;BA)(A;;0x3;;;" + sSid + L")",
+                                &*m_AcessoPermitido);
     return {hr, FAILED(hr) ? "montar as permissões do servidor" : ""};
 }
 

@@ -8,6 +8,8 @@
 #include <vector>
 
 #include "contract/XVCR_MiddlewareGuids.h"
+#include "platform/XVAmbienteSO.h"
+#include "platform/win32/XVTextoWindows.h"
 #include "server/XVTemposFim.h"
 
 namespace {
@@ -22,9 +24,10 @@ std::wstring Nome(DWORD ulProcesso) {
 }
 
 std::wstring NomeDoPrograma() {
-    std::wstring sCaminho(32768, L'\0');
-    sCaminho.resize(::GetModuleFileNameW(nullptr, sCaminho.data(), static_cast<DWORD>(sCaminho.size())));
-    return sCaminho.substr(sCaminho.find_last_of(L"\\/") + 1);
+    const std::string sCaminho = XVAmbienteSO::GetCaminhoExecutavel();
+    std::wstring sNome;
+    const bool bLargo = XVTextoWindows::ParaLargo(sCaminho.substr(sCaminho.find_last_of("\\/") + 1), sNome);
+    return bLargo ? sNome : std::wstring();
 }
 
 // The other processes that run this program; only those that serve have the event.

@@ -67,11 +67,16 @@ HRESULT LePermissaoAcesso(std::vector<BYTE>* pDescritor) {
 HRESULT XVEscolheAcesso(std::vector<BYTE>* pDescritor) {
     const HRESULT hr = LePermissaoAcesso(pDescritor);
     if (hr != S_FALSE) return hr;
+    return XVDescritorDeTexto(
+        XVNivelAutenticacaoDCOM() == RPC_C_AUTHN_LEVEL_NONE ? k_pszAcessoAberto : k_pszAcessoAutenticado,
+        pDescritor);
+}
+
+HRESULT XVDescritorDeTexto(const std::wstring& sTexto, std::vector<BYTE>* pDescritor) {
     PSECURITY_DESCRIPTOR pRelativo = nullptr;
     ULONG ulBytes = 0;
-    if (::ConvertStringSecurityDescriptorToSecurityDescriptorW(
-            XVNivelAutenticacaoDCOM() == RPC_C_AUTHN_LEVEL_NONE ? k_pszAcessoAberto : k_pszAcessoAutenticado,
-            SDDL_REVISION_1, &pRelativo, &ulBytes) == 0)
+    if (::ConvertStringSecurityDescriptorToSecurityDescriptorW(sTexto.c_str(), SDDL_REVISION_1, &pRelativo,
+                                                               &ulBytes) == 0)
         return HRESULT_FROM_WIN32(::GetLastError());
     const auto* pBytes = static_cast<const BYTE*>(pRelativo);
     pDescritor->assign(pBytes, pBytes + ulBytes);

@@ -3,6 +3,7 @@
 
 #include <windows.h>
 
+#include <string>
 #include <vector>
 
 #include "platform/XVTipos.h"
@@ -16,6 +17,9 @@ XVUInt XVNivelAutenticacaoDCOM();
 // where an administrator has set them, or else the server's own choice. A permission that cannot be read is a
 // failure.
 HRESULT XVEscolheAcesso(std::vector<BYTE>* pDescritor);
+
+// The self-relative security descriptor of a text in the system's notation.
+HRESULT XVDescritorDeTexto(const std::wstring& sTexto, std::vector<BYTE>* pDescritor);
 
 // Sets the process's security. Once per process, after the apartment and before the first proxy.
 HRESULT XVInicializaSegurancaCom();

@@ -1,5 +1,6 @@
-// Usage: xv_carga mista CALLS | memoria CALLS | chamadas SECONDS | rodadas ROUNDS | reinicios ROUNDS | mortes
-// KILLS Several forms may follow each other. Exit code 0: all held. Run by scripts/soak.
+// Usage: xv_carga FORM NUMBER [FORM NUMBER]...
+// Forms: mista and memoria (calls), chamadas (seconds), rodadas and reinicios (rounds), mortes (kills). Exit
+// code 0: all held. Run by scripts/soak.
 #include "bench/server/XVCarga.h"
 
 #include <psapi.h>
@@ -105,10 +106,14 @@ const std::map<std::string, bool (*)(int)> k_formas{
 int main(int argc, char** argv) {
     std::setvbuf(stdout, nullptr, _IONBF, 0);
     if (argc > 2 && std::string(argv[1]) == "--filho") return ExecutaFilho({argv + 2, argv + argc});
+    if (argc < 3 || argc % 2 == 0) {
+        std::fputs("Usage: xv_carga FORM NUMBER [FORM NUMBER]...\n", stderr);
+        return 2;
+    }
     const XVCliente::CApartamento apartamento;
     if (!XVAmbienteCom::Prepara()) return 2;
     bool bSegurou = true;
-    for (int i = 1; i + 1 < argc; i += 2) {
+    for (int i = 1; i < argc; i += 2) {
         const auto forma = k_formas.find(argv[i]);
         bSegurou = forma != k_formas.end() && forma->second(std::atoi(argv[i + 1])) && bSegurou;
     }

@@ -14,7 +14,7 @@ class CXVProvedorAdaptador final : public IXVProvedorIntegracao {
   public:
     // A library whose answer breaks the rules of the interface: wrong size, null pointer, value out of its
     // range, NUL in a text. Nothing of such an answer is used.
-    static constexpr HRESULT k_hrRespostaInvalida = XVHResult(0x8000FFFFU);  // E_UNEXPECTED
+    static constexpr HRESULT k_hrRespostaInvalida = E_UNEXPECTED;
 
     // Asks the library's exported function (null: it exports none) for its table; null when version, sizes,
     // system or required functions do not fit, and then *psMotivo says what.

@@ -16,12 +16,10 @@ std::chrono::seconds LeEspera() {
                                     .value_or(k_ulEsperaPadrao));
 }
 
-constexpr HRESULT k_hrInesperado = XVHResult(0x8000FFFFU);  // E_UNEXPECTED
-
 // What a library may answer: a success counts as S_OK, and the codes of the watch are not its to give.
 HRESULT Codigo(std::int32_t iResultado) {
     const auto hr = static_cast<HRESULT>(iResultado);
-    if (!CXVVigiaProvedor::Respondeu(hr)) return k_hrInesperado;
+    if (!CXVVigiaProvedor::Respondeu(hr)) return E_UNEXPECTED;
     return FAILED(hr) ? hr : S_OK;
 }
 
@@ -36,7 +34,7 @@ void CXVChamadaProvedor::Trabalha() noexcept {
         const XVTrapParametroInvalido trap({&m_dono, m_pszFuncao, k_pszFonte, __LINE__, nullptr});
         m_hr = Codigo(Executa());
     } catch (...) {
-        m_hr = k_hrInesperado;
+        m_hr = E_UNEXPECTED;
         m_excecao = std::current_exception();
     }
     {

@@ -194,6 +194,7 @@ TEST_F(CMetodosCliente, TrocaComSistemasTerceiros) {
 TEST_F(CMetodosCliente, UltimoErroEFuncaoGenerica) {
     std::string sSaida = "x";
     EXPECT_EQ(m_Cliente.FuncaoGenerica(1, "abc", &sSaida), E_NOTIMPL);
+    EXPECT_EQ(m_Cliente.GravaIntegracao(nullptr, {}), E_POINTER);
     const REG_XVDMC regNaoExiste = REG_XVDMC::Cria(1, 999999, REG_XVDMA::Cria(2020, 1, 1));
     CXVDadosCR_IntegracaoMiddleware dados;
     EXPECT_EQ(m_Cliente.LeIntegracao(regNaoExiste, 0, &dados), XVHResult(0x81080AAAU));

@@ -1,0 +1,15 @@
+# What the cross builds by Debian's MinGW-w64 (posix threads) have in common. XV_MINGW: the processor's name in
+# those of the packages.
+set(CMAKE_SYSTEM_NAME Windows)
+set(CMAKE_SYSTEM_PROCESSOR ${XV_MINGW})
+set(CMAKE_C_COMPILER ${XV_MINGW}-w64-mingw32-gcc-posix)
+set(CMAKE_CXX_COMPILER ${XV_MINGW}-w64-mingw32-g++-posix)
+set(CMAKE_RC_COMPILER ${XV_MINGW}-w64-mingw32-windres)
+set(CMAKE_FIND_ROOT_PATH /usr/${XV_MINGW}-w64-mingw32)
+set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
+set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
+set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
+set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
+set(CMAKE_EXE_LINKER_FLAGS_INIT "-static")
+set(CMAKE_SHARED_LINKER_FLAGS_INIT "-static")
+add_compile_definitions(UNICODE _UNICODE WIN32_LEAN_AND_MEAN NOMINMAX _WIN32_WINNT=0x0A00)
