@@ -26,6 +26,7 @@ class CXVInscricaoFabrica {
     CXVInscricaoFabrica(const CXVInscricaoFabrica&) = delete;
     CXVInscricaoFabrica& operator=(const CXVInscricaoFabrica&) = delete;
 
+    IClassFactory* GetFabrica() { return &m_Fabrica; }
     HRESULT Registra();
     HRESULT Retoma();
     void Revoga();

@@ -7,6 +7,7 @@
 #include "server/XVExclusividade.h"
 #include "server/XVFabricaClasse.h"
 #include "server/XVJanelaSessao.h"
+#include "server/XVRuntimeChamadas.h"
 #include "server/XVSegurancaCom.h"
 #include "server/XVTemposFim.h"
 
@@ -158,6 +159,9 @@ SFimServidor XVExecutaServidor(bool bAtivado) {
     if (const HRESULT hr = XVInicializaSegurancaCom(); FAILED(hr)) return {hr, "definir a segurança do COM"};
     const CXVJanelaSessao janela;
     CXVInscricaoFabrica inscricao;
+    CXVRuntimeChamadas runtime;
+    if (const HRESULT hr = runtime.Prepara(inscricao.GetFabrica()); FAILED(hr))
+        return {hr, "preparar as chamadas remotas"};
     rVida.SeguraProcesso();
     if (const HRESULT hr = inscricao.Registra(); FAILED(hr)) return {hr, "oferecer a classe do componente"};
     // This is the last step because clients come in from here on, and find everything in place.

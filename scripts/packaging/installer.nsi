@@ -36,6 +36,7 @@ UninstPage uninstConfirm
 UninstPage instfiles
 
 Var dados   ; the module directory that the command line names (/Dados=)
+Var registra   ; what follows /RegServer: the account and who may use the server, where they are named
 Var velho   ; what the old files are renamed to
 
 !macro Desiste CODIGO TEXTO
@@ -73,11 +74,24 @@ FunctionEnd
 !insertmacro Encerra ""
 !insertmacro Encerra "un."
 
+; The switch's value in the command line $0, "" where it is not given.
+!macro LeOpcao OPCAO VARIAVEL
+  ; A shell may put the quotes around the whole word.
+  ${WordReplace} $0 '"${OPCAO}=' '${OPCAO}="' "+" $0
+  ${GetOptions} $0 "${OPCAO}=" ${VARIAVEL}
+!macroend
+
 Function .onInit
   ${GetParameters} $0
-  ; A shell may put the quotes around the whole word.
-  ${WordReplace} $0 '"/Dados=' '/Dados="' "+" $0
-  ${GetOptions} $0 "/Dados=" $dados
+  !insertmacro LeOpcao "/Dados" $dados
+  !insertmacro LeOpcao "/Conta" $1
+  !insertmacro LeOpcao "/Acesso" $2
+  ${If} $1 != ""
+    StrCpy $registra ' "/Conta:$1"'
+  ${EndIf}
+  ${If} $2 != ""
+    StrCpy $registra '$registra "/Acesso:$2"'
+  ${EndIf}
   ClearErrors
 FunctionEnd
 
@@ -160,7 +174,7 @@ Section
   !insertmacro Troca "${SERVIDOR}"
   RMDir "$INSTDIR\novo"
 
-  ExecWait '"$INSTDIR\${SERVIDOR}" /RegServer' $0
+  ExecWait '"$INSTDIR\${SERVIDOR}" /RegServer$registra' $0
   ${If} $0 != 0
     !insertmacro Desiste 4 "O componente não pôde ser registrado (código $0)."
   ${EndIf}

@@ -28,6 +28,7 @@ DATA = r"C:\Dados da Casa"
 SYSTEM_LIBRARIES = {"ADVAPI32", "KERNEL32", "msvcrt", "ole32", "OLEAUT32", "PSAPI", "RPCRT4", "SHELL32", "USER32",
                     "VERSION", "dbghelp", "DBGHELP"}
 INTERFACE = "{c2141cb5-b40b-41f8-a6aa-c8c9c30aad48}"
+APPLICATION = r"HKLM\Software\Classes\AppID\{c99599a3-c061-4377-822d-8863ccb0fc7a}"
 UNINSTALL = r"Software\Microsoft\Windows\CurrentVersion\Uninstall\XVCR_Middleware"
 MODULE_KEY = r"[HKEY_LOCAL_MACHINE\Software\Wow6432Node\Velmora\DF]"
 
@@ -128,9 +129,15 @@ class Windows:
     def wine(self, *words, **options):
         return run(f"{ROOT}/scripts/wine-run", *words, env=os.environ | {"WINEPREFIX": self.prefix}, **options)
 
-    def install(self, setup):
+    def install(self, setup, *switches):
         # What follows /D= is taken as it stands, blanks and all, so that the words must not come quoted.
-        self.wine(setup, "/S", f"/Dados={DATA}", *f"/D={PROGRAMS}".split())
+        self.wine(setup, "/S", f"/Dados={DATA}", *switches, *f"/D={PROGRAMS}".split())
+
+    def demand_account(self):
+        """The account and the permissions of the first installation, which no update names again."""
+        said = self.wine("reg", "query", APPLICATION)
+        demand("Interactive User" in said and "LaunchPermission" in said and "AccessPermission" in said,
+               "account or permissions are not registered: " + said)
 
     def registry(self):
         text = ""
@@ -226,7 +233,8 @@ class Windows:
         # Before the installation there is no server for the script: the same program answers 10.
         self.wine(f"{self.folder}/alheio-nsis.exe", code=10)
         before = self.registry()
-        self.install(self.setup)
+        self.install(self.setup, "/Conta=Interativo", "/Acesso=S-1-5-32-545")
+        self.demand_account()
         said = self.wine("reg", "query", rf"HKLM\Software\Classes\Wow6432Node\CLSID\{INTERFACE}\InProcServer32", "/ve")
         demand(PROGRAMS + r"\XVCR_MiddlewarePS32.dll" in said, "the proxy of 32 bits is not registered: " + said)
         # From here on without another step: the first integration.
@@ -235,11 +243,14 @@ class Windows:
         said = self.wine(f"{self.programs}/xvcr.exe", "--servidor", "--empresa", "NSIS", "busca", "--conta")
         demand(said.split()[0] == "1", "the script's integration is not there: " + said)
         self.update_under_load()
+        self.demand_account()
         self.remove(before)
 
     def remove(self, before):
         with open(f"{self.programs}/XVProvedor9.dll", "w", encoding="utf-8") as foreign:
             foreign.write("de outrem")
+        # They would stay, as an administrator's decision.
+        self.wine(f"{self.programs}/XVCR_Middleware.exe", "/RegServer", "/Conta:QuemChama", "/Acesso:Padrao")
         self.wine(f"{self.programs}/Desinstala.exe", "/S")
         # The program returns at once, because a copy of it removes it; the entry of installed programs goes last.
         entry, until = rf"HKLM\{UNINSTALL}", time.monotonic() + 90
