@@ -35,6 +35,13 @@ constexpr SAusencia k_aAusencias[] = {
 };
 // clang-format on
 
+// For a moment of an update the program's name stands for no file, or for one that is still being written.
+// Where there is no program at all the answer is the same for good.
+constexpr XVUInt k_aulProgramaEmTroca[] = {
+    0x80070002U,  // ERROR_FILE_NOT_FOUND
+    0x80070020U,  // ERROR_SHARING_VIOLATION
+};
+
 const SAusencia* Busca(HRESULT hr) {
     const auto* p = std::ranges::find(k_aAusencias, static_cast<XVUInt>(hr), &SAusencia::ulCodigo);
     return p == std::end(k_aAusencias) ? nullptr : p;
@@ -47,8 +54,10 @@ EExecucao ExecucaoDaChamada(HRESULT hr) {
     return p == nullptr ? eRespondida : p->eExecucao;
 }
 
-bool ValeCriarDeNovo(HRESULT hr) {
-    return Busca(hr) != nullptr;
+EExecucao ExecucaoDaCriacao(HRESULT hr) {
+    if (Busca(hr) != nullptr) return eNaoExecutada;
+    const bool bEmTroca = std::ranges::count(k_aulProgramaEmTroca, static_cast<XVUInt>(hr)) != 0;
+    return bEmTroca ? eIncerta : eRespondida;
 }
 
 bool ServidorFoiEmbora(HRESULT hr) {

@@ -44,8 +44,9 @@ enum class EExecucao {
 
 EExecucao ExecucaoDaChamada(HRESULT hr);
 
-// Whether a creation that was answered with hr may succeed when it is tried again in a moment.
-bool ValeCriarDeNovo(HRESULT hr);
+// A creation that failed has left nothing: eNaoExecutada is tried again, eIncerta a few times only, for an
+// update may have the server's file in hand, or there is none.
+EExecucao ExecucaoDaCriacao(HRESULT hr);
 
 // The waiting of one operation: for the server, and between the repetitions of a call. Thread rule: one
 // thread.

@@ -66,7 +66,7 @@ HRESULT CXVCliente::CConexao::Tenta(EExecucao* peExecucao) {
     m_regRecusa = {};
     HRESULT hr = Cria(&m_pComponente);
     if (FAILED(hr)) {
-        if (ValeCriarDeNovo(hr)) *peExecucao = EExecucao::eNaoExecutada;
+        *peExecucao = ExecucaoDaCriacao(hr);
         return hr;
     }
     hr = m_pComponente->Inicializa_Padrao(&m_reg);

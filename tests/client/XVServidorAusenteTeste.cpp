@@ -143,6 +143,14 @@ TEST_F(CServidorAusente, CriacaoEsperaPorCadaCodigoDoIntervaloEPorNenhumOutro) {
         EXPECT_EQ(CXVCliente(std::make_unique<CConexaoFalsa>(m_Servidor)).Reconecta(), XVHResult(ulCodigo));
     }
     EXPECT_EQ(m_Relogio.GetMilissegundosDormidos(), uiAntes);
+    // A program whose file is just being exchanged is there in a moment; one that is missing, never.
+    for (const XVUInt ulCodigo : {0x80070002U, 0x80070020U}) {
+        const HRESULT hr = XVHResult(ulCodigo);
+        m_Servidor = {.criacoes = {hr, hr}};
+        EXPECT_EQ(CXVCliente(std::make_unique<CConexaoFalsa>(m_Servidor)).Reconecta(), S_OK);
+        m_Servidor = {.criacoes = {hr, hr, hr}};
+        EXPECT_EQ(CXVCliente(std::make_unique<CConexaoFalsa>(m_Servidor)).Reconecta(), hr);
+    }
 }
 
 TEST_F(CServidorAusente, InicializacaoRecusadaNaoEsperaEInterrompidaSim) {
