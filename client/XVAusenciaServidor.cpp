@@ -57,7 +57,7 @@ EExecucao ExecucaoDaChamada(HRESULT hr) {
 EExecucao ExecucaoDaCriacao(HRESULT hr) {
     if (Busca(hr) != nullptr) return eNaoExecutada;
     const bool bEmTroca = std::ranges::count(k_aulProgramaEmTroca, static_cast<XVUInt>(hr)) != 0;
-    return bEmTroca ? eIncerta : eRespondida;
+    return bEmTroca ? eSemPrograma : eRespondida;
 }
 
 bool ServidorFoiEmbora(HRESULT hr) {
@@ -73,7 +73,8 @@ bool CXVEsperaServidor::Espera(EExecucao eExecucao) {
     if (eExecucao == eRespondida) return false;
     if (eExecucao == eIncerta && m_uiIncertas++ == k_uiIncertas) return false;
     Comeca();
-    if (XVPlataforma::Relogio().GetTicks() - *m_ulInicio + m_ulEspera > k_ulTotal) return false;
+    const XVUInt ulTotal = eExecucao == eSemPrograma ? k_ulTotalSemPrograma : k_ulTotal;
+    if (XVPlataforma::Relogio().GetTicks() - *m_ulInicio + m_ulEspera > ulTotal) return false;
     XVPlataforma::Relogio().Dorme(m_ulEspera);
     m_ulEspera = std::min(2 * m_ulEspera, k_ulMaior);
     return true;

@@ -40,12 +40,13 @@ enum class EExecucao {
     eRespondida,    // the component answered
     eNaoExecutada,  // the server was not there, and nothing took place
     eIncerta,       // the server may be gone, and the operation may have taken place
+    eSemPrograma,   // of a creation: the server's program file is not there, or nobody may read it, at the
+                    // moment
 };
 
 EExecucao ExecucaoDaChamada(HRESULT hr);
 
-// A creation that failed has left nothing: eNaoExecutada is tried again, eIncerta a few times only, for an
-// update may have the server's file in hand, or there is none.
+// The same of a creation, which leaves nothing where it fails: no answer is uncertain.
 EExecucao ExecucaoDaCriacao(HRESULT hr);
 
 // The waiting of one operation: for the server, and between the repetitions of a call. Thread rule: one
@@ -57,6 +58,9 @@ class CXVEsperaServidor {
     // ms, from the first creation or the first failure: no attempt begins later. A server may take 30 s to
     // end, and its successor has to start.
     static constexpr XVUInt k_ulTotal = 40000;
+    // ms, in the same way, for a program file that is not there: an update is exchanging it, or there is
+    // none.
+    static constexpr XVUInt k_ulTotalSemPrograma = 3000;
     // So often is repeated what may have brought the server down itself.
     static constexpr unsigned k_uiIncertas = 2;
 

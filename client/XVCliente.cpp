@@ -1,8 +1,11 @@
 #include "client/XVCliente.h"
 
+#include <cstring>
+
 #include "client/XVConexao.h"
 #include "contract/XVCR_BuffersPS.h"
 #include "core/xvrpcdll/XVListasPS.h"
+#include "middleware/XVOperacoesGenericas.h"
 #include "support/codes/XVCodigos.h"
 
 namespace XVCliente {
@@ -182,6 +185,20 @@ HRESULT CXVCliente::FuncaoGenerica(XVUInt ulFuncao, const std::string& sEntrada,
     psSaida->clear();
     if (saida.reg.ulQtdBytes != 0)
         psSaida->assign(reinterpret_cast<const char*>(saida.reg.pListaBytes), saida.reg.ulQtdBytes);
+    return hr;
+}
+
+HRESULT CXVCliente::UltimasGravadas(std::vector<REG_XVDMC>* pLista) {
+    if (!EstaConectado()) return E_XVCR_COMPONENTE_NAO_INICIALIZADO;
+    const _REG_CR_LISTA_BYTESPS entrada{};
+    TSaida<_REG_CR_LISTA_BYTESPS> saida;
+    const HRESULT hr = m_pConexao->ExecutaNoMesmo([&](IXVCR_Middleware& r) {
+        return r.FuncaoGenerica(k_ulFuncaoUltimasGravadas, &entrada, &saida.reg);
+    });
+    if (FAILED(hr)) return hr;
+    pLista->resize(saida.reg.ulQtdBytes / sizeof(REG_XVDMC));
+    if (!pLista->empty())
+        std::memcpy(pLista->data(), saida.reg.pListaBytes, pLista->size() * sizeof(REG_XVDMC));
     return hr;
 }
 

@@ -194,6 +194,11 @@ class CXVCliente {
     // An operation that the suite's components share under a number: bytes in, bytes out. E_NOTIMPL: this
     // component has none.
     HRESULT FuncaoGenerica(XVUInt ulFuncao, const std::string& sEntrada, std::string* psSaida);
+    // Which integrations the exchange operations recorded since the last of them began, in their order, also
+    // where it failed; one that several items changed stands as often. It never connects again: a new
+    // component knows nothing of them. 0x81080A04: the component in hand is gone; what it recorded must be
+    // searched for. Any failure of a call: the same.
+    HRESULT UltimasGravadas(std::vector<REG_XVDMC>* pLista);
     // The last failure of the component in hand or, after a connection that failed, of the one that refused
     // to initialise, or why none could be made. It never connects again: a new component has no last error.
     HRESULT GetUltimoErro(SUltimoErro* pErro);

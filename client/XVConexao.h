@@ -55,6 +55,14 @@ class CXVCliente::CConexao {
         }
     }
 
+    // The same by the component in hand alone, which has to be there: for what only it knows.
+    template <class TChamada>
+    HRESULT ExecutaNoMesmo(TChamada&& fnChamada) {
+        const HRESULT hr = fnChamada(*m_pComponente);
+        if (FAILED(hr)) OnFalha(hr);
+        return hr;
+    }
+
   protected:
     // A component that is not yet initialised. On failure *ppComponente stays null.
     virtual HRESULT Cria(IXVCR_Middleware** ppComponente) = 0;

@@ -26,7 +26,6 @@ class CXVInscricaoFabrica {
     CXVInscricaoFabrica(const CXVInscricaoFabrica&) = delete;
     CXVInscricaoFabrica& operator=(const CXVInscricaoFabrica&) = delete;
 
-    IClassFactory* GetFabrica() { return &m_Fabrica; }
     HRESULT Registra();
     HRESULT Retoma();
     void Revoga();

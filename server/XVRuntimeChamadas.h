@@ -19,9 +19,8 @@ class CXVRuntimeChamadas {
     CXVRuntimeChamadas(const CXVRuntimeChamadas&) = delete;
     CXVRuntimeChamadas& operator=(const CXVRuntimeChamadas&) = delete;
 
-    // Once, after the process's security is set. A failure's code is the system's. The class lives longer
-    // than this object.
-    HRESULT Prepara(IClassFactory* pFabrica);
+    // Once, after the process's security is set. A failure's code is the system's.
+    HRESULT Prepara();
 
   private:
     HRESULT Mantem(REFIID riid, IUnknown* pObjeto);

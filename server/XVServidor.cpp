@@ -160,8 +160,7 @@ SFimServidor XVExecutaServidor(bool bAtivado) {
     const CXVJanelaSessao janela;
     CXVInscricaoFabrica inscricao;
     CXVRuntimeChamadas runtime;
-    if (const HRESULT hr = runtime.Prepara(inscricao.GetFabrica()); FAILED(hr))
-        return {hr, "preparar as chamadas remotas"};
+    if (const HRESULT hr = runtime.Prepara(); FAILED(hr)) return {hr, "preparar as chamadas remotas"};
     rVida.SeguraProcesso();
     if (const HRESULT hr = inscricao.Registra(); FAILED(hr)) return {hr, "oferecer a classe do componente"};
     // This is the last step because clients come in from here on, and find everything in place.

@@ -185,6 +185,10 @@ TEST_F(CMetodosCliente, TrocaComSistemasTerceiros) {
     const CXVDadosCR_IntegracaoMiddleware pendente = Le(chave.regDmcOrigemIntegracao);
     EXPECT_EQ(pendente.regDmcIntegracaoOrigem, dados.regDmcMovimentoOrigem);
     EXPECT_EQ(pendente.sRegistroJSON, "{\"p\":1}");
+    std::vector<REG_XVDMC> gravadas;
+    EXPECT_EQ(m_Cliente.UltimasGravadas(&gravadas), S_OK);
+    EXPECT_EQ(gravadas, std::vector{chave.regDmcOrigemIntegracao});
+    // The same for callers that have the interface only.
     std::string sGravadas;
     EXPECT_EQ(m_Cliente.FuncaoGenerica(k_ulFuncaoUltimasGravadas, {}, &sGravadas), S_OK);
     const XVUInt64 uiGravada = chave.regDmcOrigemIntegracao.uiValor;

@@ -126,6 +126,20 @@ TEST_F(CServidorAusente, OcioCortadoNaoPerdeAPrimeiraOperacao) {
     EXPECT_EQ(m_Servidor.chaves, (std::vector<XVUInt64>{0, 0}));
 }
 
+// A component that comes after one that died in an exchange would answer that nothing was recorded.
+TEST_F(CServidorAusente, UltimasGravadasSoOMesmoComponenteSabe) {
+    const HRESULT hrSemResposta = XVHResult(0x800706BEU);
+    std::vector<REG_XVDMC> lista;
+    REG_XVDMC regDmc;
+    auto pCliente = Cliente({hrSemResposta});
+    EXPECT_EQ(pCliente->GravaIntegracaoInstantanea(&regDmc, {}), hrSemResposta);
+    EXPECT_EQ(pCliente->UltimasGravadas(&lista), E_XVCR_COMPONENTE_NAO_INICIALIZADO);
+    pCliente = Cliente({S_OK, XVHResult(0x800706BAU)});
+    EXPECT_EQ(pCliente->GravaIntegracaoInstantanea(&regDmc, {}), S_OK);
+    EXPECT_EQ(pCliente->UltimasGravadas(&lista), XVHResult(0x800706BAU));
+    EXPECT_EQ(m_Servidor.uiCriacoes, 1U);
+}
+
 TEST_F(CServidorAusente, CriacaoEsperaPorCadaCodigoDoIntervaloEPorNenhumOutro) {
     std::vector<XVUInt> codigos(std::begin(k_aulNaoExecutadas), std::end(k_aulNaoExecutadas));
     codigos.insert(codigos.end(), std::begin(k_aulIncertas), std::end(k_aulIncertas));
@@ -146,11 +160,12 @@ TEST_F(CServidorAusente, CriacaoEsperaPorCadaCodigoDoIntervaloEPorNenhumOutro) {
     // A program whose file is just being exchanged is there in a moment; one that is missing, never.
     for (const XVUInt ulCodigo : {0x80070002U, 0x80070020U}) {
         const HRESULT hr = XVHResult(ulCodigo);
-        m_Servidor = {.criacoes = {hr, hr}};
+        m_Servidor = {.criacoes = std::deque<HRESULT>(7, hr)};
         EXPECT_EQ(CXVCliente(std::make_unique<CConexaoFalsa>(m_Servidor)).Reconecta(), S_OK);
-        m_Servidor = {.criacoes = {hr, hr, hr}};
+        m_Servidor = {.criacoes = std::deque<HRESULT>(8, hr)};
         EXPECT_EQ(CXVCliente(std::make_unique<CConexaoFalsa>(m_Servidor)).Reconecta(), hr);
     }
+    EXPECT_EQ(m_Relogio.GetMilissegundosDormidos() - uiAntes, 4 * (25U + 50 + 100 + 200 + 400 + 800 + 1000));
 }
 
 TEST_F(CServidorAusente, InicializacaoRecusadaNaoEsperaEInterrompidaSim) {

@@ -63,10 +63,8 @@ class CXVProvedorCom : public testing::Test {
                                                              .ulPonteiroAuxiliar = ulAuxiliar});
     }
     static std::vector<REG_XVDMC> Gravadas(XVCliente::CXVCliente& rCliente) {
-        std::string sSaida;
-        EXPECT_EQ(rCliente.FuncaoGenerica(k_ulFuncaoUltimasGravadas, {}, &sSaida), S_OK);
-        std::vector<REG_XVDMC> lista(sSaida.size() / sizeof(REG_XVDMC));
-        if (!lista.empty()) std::memcpy(lista.data(), sSaida.data(), sSaida.size());
+        std::vector<REG_XVDMC> lista;
+        EXPECT_EQ(rCliente.UltimasGravadas(&lista), S_OK);
         return lista;
     }
     static std::string Le(XVCliente::CXVCliente& rCliente, REG_XVDMC regDmc) {

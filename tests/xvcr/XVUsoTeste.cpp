@@ -7,6 +7,7 @@
 #include "tests/harness/XVSistemaArquivosFalhas.h"
 #include "tests/harness/XVSistemaArquivosMemoria.h"
 #include "tests/xvcr/XVPrograma.h"
+#include "tools/xvcr/commands/XVGravadasNaTroca.h"
 
 namespace {
 
@@ -285,6 +286,22 @@ TEST_F(UsoEmMemoria, FalhaAoFecharABaseSaiComUm) {
     EXPECT_THAT(execucao.sErro, HasSubstr("xvcr: 0x"));
     EXPECT_GT(m_Falhas.GetFalhasOcorridas(), 0U);
     EXPECT_EQ(m_Arquivos.GetQuantidadeAberta(), 0U);
+}
+
+// The server died in an exchange, or right after one: what is in the store is not said to be nothing.
+TEST(GravadasNaTroca, DeUmServidorQueMorreuNaoSeSabemAsGravadas) {
+    for (const HRESULT hr : {S_OK, XVHResult(0x800706BEU)}) {
+        CXVContexto contexto;
+        XVCliente::CXVCliente cliente;
+        try {
+            XVMostraGravadas(contexto, cliente, hr, "nada gravado", "confira antes");
+            FAIL() << "a failure is thrown";
+        } catch (const CXVErro& rErro) {
+            EXPECT_THAT(rErro.what(),
+                        HasSubstr("quais integrações ficaram gravadas não se sabe: procure-as"));
+            EXPECT_THAT(rErro.what(), testing::EndsWith(FAILED(hr) ? "; confira antes" : "\"xvcr busca\""));
+        }
+    }
 }
 
 }  // namespace

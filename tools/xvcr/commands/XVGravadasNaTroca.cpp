@@ -1,10 +1,8 @@
 #include "tools/xvcr/commands/XVGravadasNaTroca.h"
 
 #include <algorithm>
-#include <cstring>
 
 #include "client/XVClienteCodigos.h"
-#include "middleware/XVOperacoesGenericas.h"
 #include "support/trace/XVArquivoRecusado.h"
 
 namespace {
@@ -12,13 +10,9 @@ namespace {
 // Of the operation that has just ended on this client. Several items may have changed one integration, which
 // is one all the same.
 HRESULT LeGravadas(XVCliente::CXVCliente& rCliente, std::vector<REG_XVDMC>* pLista) {
-    std::string sSaida;
-    const HRESULT hr = rCliente.FuncaoGenerica(k_ulFuncaoUltimasGravadas, {}, &sSaida);
-    if (FAILED(hr)) return hr;
-    pLista->resize(sSaida.size() / sizeof(REG_XVDMC));
-    if (!pLista->empty()) std::memcpy(pLista->data(), sSaida.data(), pLista->size() * sizeof(REG_XVDMC));
+    const HRESULT hr = rCliente.UltimasGravadas(pLista);
     pLista->erase(std::unique(pLista->begin(), pLista->end()), pLista->end());
-    return S_OK;
+    return hr;
 }
 
 // What happened, and the file of it. A code's sentence has advice behind its semicolon: to repeat, at times.
