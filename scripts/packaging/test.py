@@ -6,14 +6,17 @@
   - A project outside the tree is built against the installed client, natively and for Windows. Of 32 bits it is
     only built, as a C program that asserts the layout of the records is: these machines have no Wine for them.
   - Under Wine, in a prefix of its own: installed without a question, into a folder with blanks; used by clients
-    that know the interface only (a C program, an installer script that calls slots); updated three times while a
-    client writes: every acknowledged integration is there; removed: of the registry only the value stays that
-    says where the data are, and the data are sound.
+    that know the interface only (a C program, an installer script that calls slots); updated three times, once
+    without a word of where programs and data are, while that program writes: every acknowledged integration is
+    there; removed: of the registry only the value stays that says where the data are, and the data are sound.
+  - What the installer's exit codes promise: 2, nothing is other than before, of files, registry and service; 4,
+    there is an entry to remove by what cannot be registered.
 
 Usage: test.py FOLDER VERSION    the folder that scripts/package made
 """
 import filecmp
 import glob
+import hashlib
 import os
 import re
 import shutil
@@ -44,6 +47,11 @@ def run(*words, code=0, **options):
 def demand(holds, what):
     if not holds:
         sys.exit(f"test: {what}")
+
+
+def digest(path):
+    with open(path, "rb") as source:
+        return hashlib.sha256(source.read()).hexdigest()
 
 
 def tree(folder):
@@ -114,6 +122,30 @@ def initialisation(path):
         out.write(record + struct.pack("<Q", crc))
 
 
+class Beside:
+    """A program under Wine that works until its end is asked for, by a file."""
+
+    def __init__(self, windows, name, program, *words):
+        self.end, self.out, self.err = (f"{windows.drive}/{name}.{kind}" for kind in ("end", "out", "err"))
+        with open(self.out, "w", encoding="utf-8") as out, open(self.err, "w", encoding="utf-8") as err:
+            self.process = subprocess.Popen([f"{ROOT}/scripts/wine-run", program, *words, rf"C:\{name}.end"],
+                                            stdout=out, stderr=err, env=os.environ | {"WINEPREFIX": windows.prefix})
+
+    def __enter__(self):
+        return self
+
+    def __exit__(self, *_):
+        open(self.end, "w", encoding="utf-8").close()
+        self.process.wait()
+
+    def failures(self):
+        """The codes of the calls that failed; it has to have come through to its end."""
+        with open(self.err, encoding="utf-8") as said:
+            said = said.read()
+        demand(self.process.returncode == 0, "a client beside an update gave up: " + said)
+        return [line.split()[-1] for line in said.splitlines()]
+
+
 class Windows:
     """The packages under Wine."""
 
@@ -123,26 +155,33 @@ class Windows:
         self.name = f"xvcr-{version}-windows-x64"
         self.stage, self.setup = f"{folder}/stage/{self.name}", f"{folder}/{self.name}.exe"
         self.drive = f"{self.prefix}/drive_c"
-        self.foreign = ""
+        # By its whole name it is started without the shell's help.
+        self.reg = r"C:\windows\system32\reg.exe"
+        self.foreign = self.example = ""
         self.programs, self.data = (f"{self.drive}/{p[3:]}".replace("\\", "/") for p in (PROGRAMS, DATA))
 
     def wine(self, *words, **options):
         return run(f"{ROOT}/scripts/wine-run", *words, env=os.environ | {"WINEPREFIX": self.prefix}, **options)
 
-    def install(self, setup, *switches):
+    def install(self, setup, *switches, code=0):
         # What follows /D= is taken as it stands, blanks and all, so that the words must not come quoted.
-        self.wine(setup, "/S", f"/Dados={DATA}", *switches, *f"/D={PROGRAMS}".split())
+        self.wine(setup, "/S", *switches, *f"/D={PROGRAMS}".split(), code=code)
+
+    def demand_data(self):
+        """The module directory is the one of the installation."""
+        said = self.wine(self.reg, "query", MODULE_KEY[1:-1], "/v", "Path")
+        demand(DATA in said, "the data directory is another: " + said)
 
     def demand_account(self):
         """The account and the permissions of the first installation, which no update names again."""
-        said = self.wine("reg", "query", APPLICATION)
+        said = self.wine(self.reg, "query", APPLICATION)
         demand("Interactive User" in said and "LaunchPermission" in said and "AccessPermission" in said,
                "account or permissions are not registered: " + said)
 
     def registry(self):
         text = ""
         for root in ("HKLM", "HKCU"):
-            self.wine("reg", "export", root, f"C:\\{root}.reg", "/y")
+            self.wine(self.reg, "export", root, f"C:\\{root}.reg", "/y")
             with open(f"{self.drive}/{root}.reg", encoding="utf-16") as exported:
                 text += exported.read()
         keys = {}
@@ -166,22 +205,33 @@ class Windows:
             f"{folder}/alheio.exe", "-lole32", "-luuid")
         return folder
 
-    def update(self, number):
-        """An installer whose programs differ in a byte at their end, run over the installed ones."""
+    def make_update(self, number):
+        """An installer whose programs differ in a byte at their end from those of any other."""
         stage, setup = f"{self.folder}/update{number}", f"{self.folder}/update{number}.exe"
         shutil.copytree(self.stage, stage)
-        names = [n for n in os.listdir(stage) if n.endswith((".exe", ".dll"))]
-        for name in names:
+        for name in self.names(stage):
             with open(f"{stage}/{name}", "ab") as program:
                 program.write(b"%d" % number)
         run("makensis", "-V2", f"-DVERSAO={self.version}", f"-DPASTA={stage}", f"-DSAIDA={setup}",
             f"{ROOT}/scripts/packaging/installer.nsi")
-        self.install(setup)
-        _, other, failed = filecmp.cmpfiles(stage, self.programs, names, shallow=False)
+        return stage, setup
+
+    @staticmethod
+    def names(stage):
+        return [n for n in os.listdir(stage) if n.endswith((".exe", ".dll"))]
+
+    def update(self, number):
+        stage, setup = self.make_update(number)
+        if number == 2:
+            self.wine(setup, "/S")
+        else:
+            self.install(setup, f"/Dados={DATA}")
+        _, other, failed = filecmp.cmpfiles(stage, self.programs, self.names(stage), shallow=False)
         demand(not other and not failed, f"the update left old programs: {other} {failed}")
         left = [n for n in os.listdir(self.programs)
                 if n == "novo" or "velho" in n and not n.startswith("XVCR_MiddlewarePS")]
         demand(not left, f"the update left {left}")
+        self.demand_data()
 
     def written(self):
         """Bytes of the index of the company that the writing client writes."""
@@ -197,26 +247,44 @@ class Windows:
             time.sleep(0.1)
 
     def update_under_load(self):
-        end = f"{self.drive}/fim"
-        with open(f"{self.folder}/escritas", "w", encoding="utf-8") as out, \
-                open(f"{self.folder}/recusas", "w", encoding="utf-8") as err, \
-                subprocess.Popen([f"{ROOT}/scripts/wine-run", self.foreign, "grava", "ESCRITA", r"C:\fim"],
-                                 stdout=out, stderr=err, env=os.environ | {"WINEPREFIX": self.prefix}) as writer:
-            try:
-                for number in range(1, 4):
-                    self.wait_for_more()
-                    self.update(number)
+        with Beside(self, "alheio", self.foreign, "grava", "ESCRITA") as writer:
+            for number in range(1, 4):
                 self.wait_for_more()
-            finally:
-                open(end, "w", encoding="utf-8").close()
-                code = writer.wait()
-        with open(f"{self.folder}/recusas", encoding="utf-8") as refused:
-            refused = refused.read()
-        demand(code == 0, "the writing client gave up: " + refused)
-        shutil.copy(f"{self.folder}/escritas", f"{self.drive}/escritas")
-        read, lost = self.wine(self.foreign, "confere", "ESCRITA", r"C:\escritas").split()
+                self.update(number)
+            self.wait_for_more()
+        read, lost = self.wine(self.foreign, "confere", "ESCRITA", r"C:\alheio.out").split()
         print(f"   three updates under a writing client: {read} acknowledged, {lost} lost, "
-              f"{len(refused.splitlines())} calls tried again")
+              f"calls that failed: {', '.join(writer.failures()) or 'none'}")
+
+    def installed(self):
+        """What lies in the program directory; of the programs also what is in them."""
+        programs = self.names(self.programs)
+        return {n: n in programs and digest(f"{self.programs}/{n}") for n in os.listdir(self.programs)}
+
+    def refused_update(self):
+        """Exit code 2: a program that cannot be exchanged, the last of them, and data that cannot be made."""
+        _, setup = self.make_update(9)
+        before = self.installed()
+        registry = self.registry()
+        with Beside(self, "segura", self.foreign, "segura", PROGRAMS + r"\XVCR_Middleware.exe") as holder:
+            time.sleep(1)
+            demand(holder.process.poll() is None, "the server's program cannot be kept open")
+            self.install(setup, r"/Dados=C:\Outra", code=2)
+        self.install(setup, r"/Dados=Q:\Nenhuma", code=2)
+        after = self.installed()
+        demand(before == after, f"a refused update changed the programs: {sorted(before)} {sorted(after)}")
+        changed = {key for key, values in self.registry().items() if registry.get(key) != values}
+        demand(not changed, f"a refused update changed the registry: {changed}")
+        self.wine(self.example, "PRIMEIRA")
+
+    def failed_registration(self):
+        """Exit code 4 of a first installation: there is an entry to remove it by."""
+        before = self.registry()
+        self.install(self.setup, f"/Dados={DATA}", "/Conta=NaoHaTalConta", code=4)
+        self.remove()
+        demand(not os.path.exists(self.programs), "the removal left something of what could not be registered")
+        changed = {key for key, values in self.registry().items() if before.get(key) != values}
+        demand(changed <= {MODULE_KEY}, f"the registry is another: {changed}")
 
     def test(self):
         for program in glob.glob(f"{self.stage}/*.exe") + glob.glob(f"{self.stage}/*.dll"):
@@ -225,38 +293,44 @@ class Windows:
             demand(needed <= SYSTEM_LIBRARIES, f"{program} needs {needed - SYSTEM_LIBRARIES}")
         clients = self.build_clients("x86_64", "x64")
         self.foreign = f"{clients}/alheio.exe"
+        self.example = f"{clients}/outside/build/xv_exemplo_cliente.exe"
         self.build_clients("i686", "x86")
         initialisation(f"{self.folder}/inicializa")
         run("makensis", "-V2", f"-DSAIDA={self.folder}/alheio-nsis.exe", f"-DINICIALIZA={self.folder}/inicializa",
             f"{ROOT}/tests/package/alheio.nsi")
-        self.wine("reg", "add", r"HKLM\SOFTWARE\Wow6432Node\Velmora\DF", "/v", "Alheio", "/d", "fica", "/f")
+        self.wine(self.reg, "add", r"HKLM\SOFTWARE\Wow6432Node\Velmora\DF", "/v", "Alheio", "/d", "fica", "/f")
         # Before the installation there is no server for the script: the same program answers 10.
         self.wine(f"{self.folder}/alheio-nsis.exe", code=10)
         before = self.registry()
-        self.install(self.setup, "/Conta=Interativo", "/Acesso=S-1-5-32-545")
+        self.failed_registration()
+        self.install(self.setup, f"/Dados={DATA}", "/Conta=Interativo", "/Acesso=S-1-5-32-545")
         self.demand_account()
-        said = self.wine("reg", "query", rf"HKLM\Software\Classes\Wow6432Node\CLSID\{INTERFACE}\InProcServer32", "/ve")
+        said = self.wine(self.reg, "query", rf"HKLM\Software\Classes\Wow6432Node\CLSID\{INTERFACE}\InProcServer32", "/ve")
         demand(PROGRAMS + r"\XVCR_MiddlewarePS32.dll" in said, "the proxy of 32 bits is not registered: " + said)
         # From here on without another step: the first integration.
-        self.wine(f"{clients}/outside/build/xv_exemplo_cliente.exe", "PRIMEIRA")
+        self.wine(self.example, "PRIMEIRA")
         self.wine(f"{self.folder}/alheio-nsis.exe")
         said = self.wine(f"{self.programs}/xvcr.exe", "--servidor", "--empresa", "NSIS", "busca", "--conta")
         demand(said.split()[0] == "1", "the script's integration is not there: " + said)
+        self.refused_update()
         self.update_under_load()
         self.demand_account()
-        self.remove(before)
+        self.remove_all(before)
 
-    def remove(self, before):
+    def remove(self):
+        self.wine(f"{self.programs}/Desinstala.exe", "/S")
+        # The program returns at once, because a copy of it removes it; the entry of installed programs goes last.
+        entry, until = rf"HKLM\{UNINSTALL}", time.monotonic() + 90
+        while subprocess.run([f"{ROOT}/scripts/wine-run", self.reg, "query", entry], capture_output=True, check=False,
+                             env=os.environ | {"WINEPREFIX": self.prefix}).returncode == 0:
+            demand(time.monotonic() < until, "the removal does not end")
+
+    def remove_all(self, before):
         with open(f"{self.programs}/XVProvedor9.dll", "w", encoding="utf-8") as foreign:
             foreign.write("de outrem")
         # They would stay, as an administrator's decision.
         self.wine(f"{self.programs}/XVCR_Middleware.exe", "/RegServer", "/Conta:QuemChama", "/Acesso:Padrao")
-        self.wine(f"{self.programs}/Desinstala.exe", "/S")
-        # The program returns at once, because a copy of it removes it; the entry of installed programs goes last.
-        entry, until = rf"HKLM\{UNINSTALL}", time.monotonic() + 90
-        while subprocess.run([f"{ROOT}/scripts/wine-run", "reg", "query", entry], capture_output=True, check=False,
-                             env=os.environ | {"WINEPREFIX": self.prefix}).returncode == 0:
-            demand(time.monotonic() < until, "the removal does not end")
+        self.remove()
         demand(os.listdir(self.programs) == ["XVProvedor9.dll"], f"the removal left {os.listdir(self.programs)}")
         after = self.registry()
         changed = {key: after.get(key) for key in before.keys() | after.keys() if before.get(key) != after.get(key)}
