@@ -7,8 +7,9 @@
     only built, as a C program that asserts the layout of the records is: these machines have no Wine for them.
   - Under Wine, in a prefix of its own: installed without a question, into a folder with blanks; used by clients
     that know the interface only (a C program, an installer script that calls slots); updated three times, once
-    without a word of where programs and data are, while that program writes: every acknowledged integration is
-    there; removed: of the registry only the value stays that says where the data are, and the data are sound.
+    without a word of where programs and data are, while that program and one by the client library write: every
+    acknowledged integration is there, and the library's calls never fail; removed: of the registry only the value
+    stays that says where the data are, and the data are sound.
   - What the installer's exit codes promise: 2, nothing is other than before, of files, registry and service; 4,
     there is an entry to remove by what cannot be registered.
 
@@ -97,14 +98,14 @@ class Debian:
         run(*self.dpkg, "-i", *packages)
 
     def client(self, store):
-        outside(f"{self.folder}/outside", f"{self.root}/usr")
+        outside("examples/client", f"{self.folder}/outside", f"{self.root}/usr")
         said = run(f"{self.folder}/outside/build/xv_exemplo_cliente", "FORA", store)
         demand("Padaria São João" in said, "the client outside the tree read something else: " + said)
 
 
-def outside(project, prefix, *options):
-    """The example client as a project of its own, away from the tree."""
-    shutil.copytree(f"{ROOT}/examples/client", project)
+def outside(source, project, prefix, *options):
+    """A folder of the tree as a project of its own, away from it."""
+    shutil.copytree(f"{ROOT}/{source}", project)
     run("cmake", "-S", project, "-B", f"{project}/build", "-G", "Ninja", f"-DCMAKE_PREFIX_PATH={prefix}", *options)
     run("cmake", "--build", f"{project}/build")
 
@@ -157,7 +158,7 @@ class Windows:
         self.drive = f"{self.prefix}/drive_c"
         # By its whole name it is started without the shell's help.
         self.reg = r"C:\windows\system32\reg.exe"
-        self.foreign = self.example = ""
+        self.foreign = self.library = self.example = ""
         self.programs, self.data = (f"{self.drive}/{p[3:]}".replace("\\", "/") for p in (PROGRAMS, DATA))
 
     def wine(self, *words, **options):
@@ -193,12 +194,14 @@ class Windows:
         return keys
 
     def build_clients(self, compiler, bits):
-        """The example client and the one in C, against the client for developers of that size."""
+        """The example client, the one in C and the one by the library, against the client for developers of that
+        size."""
         name, folder = f"{self.name.replace('x64', bits)}-dev", f"{self.folder}/clients-{bits}"
         os.mkdir(folder)
         run("cmake", "-E", "tar", "xf", f"{self.folder}/{name}.zip", cwd=folder)
-        outside(f"{folder}/outside", f"{folder}/{name}", "-DCMAKE_SYSTEM_NAME=Windows",
-                f"-DCMAKE_CXX_COMPILER={compiler}-w64-mingw32-g++-posix", "-DCMAKE_EXE_LINKER_FLAGS=-static")
+        for source, project in (("examples/client", "outside"), ("tests/package", "library")):
+            outside(source, f"{folder}/{project}", f"{folder}/{name}", "-DCMAKE_SYSTEM_NAME=Windows",
+                    f"-DCMAKE_CXX_COMPILER={compiler}-w64-mingw32-g++-posix", "-DCMAKE_EXE_LINKER_FLAGS=-static")
         include = f"{folder}/{name}/include/xvcr"
         run(f"{compiler}-w64-mingw32-gcc-posix", "-O1", "-Wall", "-Werror", f"-I{include}",
             f"{ROOT}/tests/package/XVClienteAlheio.c", f"{include}/com/XVCR_Middleware_i.c", "-o",
@@ -233,28 +236,35 @@ class Windows:
         demand(not left, f"the update left {left}")
         self.demand_data()
 
-    def written(self):
-        """Bytes of the index of the company that the writing client writes."""
+    def written(self, company):
+        """Bytes of the index of a company."""
         try:
-            return os.path.getsize(f"{self.data}/ESCRITA/DF/CRINDEXINTEG.dat")
+            return os.path.getsize(f"{self.data}/{company}/DF/CRINDEXINTEG.dat")
         except FileNotFoundError:
             return 0
 
     def wait_for_more(self):
-        start, until = self.written(), time.monotonic() + 90
-        while self.written() < start + 4096:
-            demand(time.monotonic() < until, "the client writes nothing")
-            time.sleep(0.1)
+        """Until each client has got on."""
+        for company in ("ESCRITA", "BIBLIOTECA"):
+            start, until = self.written(company), time.monotonic() + 90
+            while self.written(company) < start + 4096:
+                demand(time.monotonic() < until, f"the client of {company} writes nothing")
+                time.sleep(0.1)
 
     def update_under_load(self):
-        with Beside(self, "alheio", self.foreign, "grava", "ESCRITA") as writer:
+        with Beside(self, "alheio", self.foreign, "grava", "ESCRITA") as foreign, \
+                Beside(self, "biblioteca", self.library, "BIBLIOTECA") as library:
             for number in range(1, 4):
                 self.wait_for_more()
                 self.update(number)
             self.wait_for_more()
-        read, lost = self.wine(self.foreign, "confere", "ESCRITA", r"C:\alheio.out").split()
-        print(f"   three updates under a writing client: {read} acknowledged, {lost} lost, "
-              f"calls that failed: {', '.join(writer.failures()) or 'none'}")
+        for who, company, writer in (("interface", "ESCRITA", foreign), ("library", "BIBLIOTECA", library)):
+            read, lost = self.wine(self.foreign, "confere", company, rf"C:\{os.path.basename(writer.out)}").split()
+            print(f"   three updates under a client by the {who}: {read} acknowledged, {lost} lost, "
+                  f"calls that failed: {', '.join(writer.failures()) or 'none'}")
+        # The library waits for the new server; what it cannot know is whether a call that was cut off took place.
+        broken = set(library.failures()) - {"0x800706BE", "0x80010007"}
+        demand(not broken, f"an update made calls of the client library fail: {broken}")
 
     def installed(self):
         """What lies in the program directory; of the programs also what is in them."""
@@ -293,6 +303,7 @@ class Windows:
             demand(needed <= SYSTEM_LIBRARIES, f"{program} needs {needed - SYSTEM_LIBRARIES}")
         clients = self.build_clients("x86_64", "x64")
         self.foreign = f"{clients}/alheio.exe"
+        self.library = f"{clients}/library/build/xv_cliente_biblioteca.exe"
         self.example = f"{clients}/outside/build/xv_exemplo_cliente.exe"
         self.build_clients("i686", "x86")
         initialisation(f"{self.folder}/inicializa")
@@ -336,7 +347,7 @@ class Windows:
         changed = {key: after.get(key) for key in before.keys() | after.keys() if before.get(key) != after.get(key)}
         where = '"Alheio"="fica"\n"Path"="%s"' % DATA.replace("\\", "\\\\")
         demand(changed == {MODULE_KEY: where}, f"the registry after the removal is another: {sorted(changed)}")
-        for company in ("PRIMEIRA", "NSIS", "ESCRITA"):
+        for company in ("PRIMEIRA", "NSIS", "ESCRITA", "BIBLIOTECA"):
             run(self.xvcr, "--diretorio", self.data, "--empresa", company, "verifica")
 
     def end(self):
