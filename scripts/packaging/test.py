@@ -77,6 +77,8 @@ class Debian:
         run(*self.dpkg, "-i", *packages)
         demand(run(*self.dpkg, "-V") == "", "installed files are not those of their packages")
         demand(run(self.xvcr, "--version").strip() == f"xvcr {self.version}", "another version than the package's")
+        for package in ("xvcr", "xvcr-dev"):
+            demand_contents(f"{self.folder}/stage/{package}/usr", f"share/doc/{package}/CONTENTS.txt")
         store = f"{self.folder}/dados"
         os.mkdir(store)
         say = (self.xvcr, "--diretorio", store, "--empresa", "001")
@@ -101,6 +103,17 @@ class Debian:
         outside("examples/client", f"{self.folder}/outside", f"{self.root}/usr")
         said = run(f"{self.folder}/outside/build/xv_exemplo_cliente", "FORA", store)
         demand("Padaria São João" in said, "the client outside the tree read something else: " + said)
+
+
+def demand_contents(folder, listed="CONTENTS.txt", elsewhere=()):
+    """The list of contents names all files below the folder, as they are, but itself and those of others."""
+    with open(f"{folder}/{listed}", encoding="utf-8") as lines:
+        rows = dict(reversed(row) for row in re.findall(r"^ *\d+  ([0-9a-f]{64})  (.+)$", lines.read(), re.M))
+    there = {name for name in tree(folder) if os.path.isfile(f"{folder}/{name}")
+             and not os.path.islink(f"{folder}/{name}")} - {listed} - set(elsewhere)
+    demand(rows.keys() == there, f"{folder}/{listed} names others: {sorted(rows.keys() ^ there)}")
+    wrong = [name for name, digested in rows.items() if digest(f"{folder}/{name}") != digested]
+    demand(not wrong, f"{folder}/{listed}: others than listed: {wrong}")
 
 
 def outside(source, project, prefix, *options):
@@ -199,6 +212,7 @@ class Windows:
         name, folder = f"{self.name.replace('x64', bits)}-dev", f"{self.folder}/clients-{bits}"
         os.mkdir(folder)
         run("cmake", "-E", "tar", "xf", f"{self.folder}/{name}.zip", cwd=folder)
+        demand_contents(f"{folder}/{name}")
         for source, project in (("examples/client", "outside"), ("tests/package", "library")):
             outside(source, f"{folder}/{project}", f"{folder}/{name}", "-DCMAKE_SYSTEM_NAME=Windows",
                     f"-DCMAKE_CXX_COMPILER={compiler}-w64-mingw32-g++-posix", "-DCMAKE_EXE_LINKER_FLAGS=-static")
@@ -318,6 +332,7 @@ class Windows:
         self.demand_account()
         said = self.wine(self.reg, "query", rf"HKLM\Software\Classes\Wow6432Node\CLSID\{INTERFACE}\InProcServer32", "/ve")
         demand(PROGRAMS + r"\XVCR_MiddlewarePS32.dll" in said, "the proxy of 32 bits is not registered: " + said)
+        demand_contents(self.programs, elsewhere=("Desinstala.exe",))
         # From here on without another step: the first integration.
         self.wine(self.example, "PRIMEIRA")
         self.wine(f"{self.folder}/alheio-nsis.exe")
