@@ -46,7 +46,7 @@ std::size_t MemoriaServidor();
 // Says on the error output which step failed, and with what.
 void DizFalha(const char* pszPasso, HRESULT hr);
 
-// Calls of mixed methods by one client; the server's memory must stay level.
+// Calls of mixed methods by one client; from 10,000 on the server's memory must stay level.
 bool Mista(int iChamadas);
 // How much memory a call of each method leaves behind in the server, over iChamadas calls of each.
 bool Memoria(int iChamadas);
@@ -54,7 +54,7 @@ bool Memoria(int iChamadas);
 bool Chamadas(int iSegundos);
 void ChamadasFilho(const TArgumentos& a);
 // Connect, write, disconnect from 3 processes; with a server that is kept up, or one that leaves with its
-// last client.
+// last client. From 300 rounds on with a server that is up, also false where one takes more than 0.3 s.
 bool Rodadas(int iRodadas, bool bServidorFica);
 void RodadasFilho(const TArgumentos& a);
 // The server killed every few seconds under 4 writing clients.

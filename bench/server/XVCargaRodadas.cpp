@@ -13,7 +13,10 @@ namespace XVCarga {
 namespace {
 
 constexpr int k_iProcessos = 3;
-constexpr double k_fMeta = 0.3;  // seconds, of a round when the server is up
+constexpr double k_fMeta = 0.3;  // seconds, of the slowest round when the server is up
+// From so many rounds on the goal is part of the result: who asks for them measures, on a machine that has
+// nothing else to do. Fewer are made beside other work, to see whether all come through.
+constexpr int k_iRodadasQueMedem = 300;
 
 struct SResultado {
     int iFeitas = 0;
@@ -82,14 +85,16 @@ bool Rodadas(int iRodadas, bool bServidorFica) {
     const int iAchadas = static_cast<int>(achadas.size());
     const int iPerdidas = std::max(0, total.iFeitas - iAchadas);
     const int iDobradas = std::max(0, iAchadas - total.iFeitas - total.iFalhas);
+    const bool bMeta = total.fMaior <= k_fMeta;
     std::printf(
         "%s: %d rounds by %d processes, %d failed, %d lost, %d doubled; slowest %.2f s, mean %.3f s%s\n",
         bServidorFica ? "server up" : "server leaves each time", total.iFeitas + total.iFalhas, k_iProcessos,
         total.iFalhas, iPerdidas, iDobradas, total.fMaior, total.fSoma / iRodadas,
-        !bServidorFica            ? ""
-        : total.fMaior <= k_fMeta ? " (goal 0.3 s: reached)"
-                                  : " (goal 0.3 s: not reached)");
-    return SUCCEEDED(hr) && total.iFalhas + iPerdidas + iDobradas == 0;
+        !bServidorFica ? ""
+        : bMeta        ? " (goal 0.3 s: reached)"
+                       : " (goal 0.3 s: not reached)");
+    const bool bRapida = bMeta || !bServidorFica || iRodadas < k_iRodadasQueMedem;
+    return SUCCEEDED(hr) && bRapida && total.iFalhas + iPerdidas + iDobradas == 0;
 }
 
 }  // namespace XVCarga

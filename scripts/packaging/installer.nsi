@@ -6,8 +6,9 @@
 ; registered again, and the running server is asked to end: it finishes the calls in progress and closes its
 ; stores, and its clients' next calls start the new program. An old program whose file can be deleted runs no more.
 ;
-; Exit codes: 0 done; 2 not done, what was there before works as before; 3 done, but an old server still runs;
-; 4 the registration failed.
+; Exit codes: 0 done; 2 not done, what was there before works as before: an exchange that fails takes back those
+; before it; 3 done, but an old server still runs; 4 the registration failed, the files and the entry of installed
+; programs are there.
 Unicode true
 Target amd64-unicode
 SetCompressor zlib
@@ -35,7 +36,7 @@ Page instfiles
 UninstPage uninstConfirm
 UninstPage instfiles
 
-Var dados   ; the module directory that the command line names (/Dados=)
+Var dados   ; the module directory to write to the registry; "": the one in force stays
 Var registra   ; what follows /RegServer: the account and who may use the server, where they are named
 Var velho   ; what the old files are renamed to
 
@@ -46,8 +47,8 @@ Var velho   ; what the old files are renamed to
 !macroend
 
 ; Asks the servers to end and deletes the program $R8 as soon as nobody runs it. $R9: the program that knows how
-; to ask. A server of a version that did not know the switch is asked by its
-; window. Calls in progress take up to 30 s.
+; to ask. A server of a version that did not know the switch is asked by its window. An ending server is gone
+; after 22 s (server/XVTemposFim.h), of which calls in progress get 18; this waits twice that.
 !macro Encerra UN
 Function ${UN}Encerra
   ExecWait '"$R9" /Stop' $0
@@ -95,8 +96,15 @@ Function .onInit
   ClearErrors
 FunctionEnd
 
+; Nothing of this run stays: of a first installation, no folder either.
+Function Limpa
+  SetOutPath $TEMP
+  RMDir /r "$INSTDIR\novo"
+  RMDir $INSTDIR
+FunctionEnd
+
 ; The module directory: the one that was named, or else the one in force, or else a folder for all users.
-Function DefineDados
+Function PreparaDados
   ReadRegStr $0 HKLM "${CHAVE_MODULO}" "Path"
   ReadRegStr $1 HKLM "${CHAVE_MODULO}" "Path_x64"
   ${If} $dados == ""
@@ -108,30 +116,80 @@ Function DefineDados
   ${EndIf}
   ClearErrors
   CreateDirectory $dados
-  ${IfNot} ${Errors}
-    WriteRegStr HKLM "${CHAVE_MODULO}" "Path" $dados
-  ${EndIf}
   ${If} ${Errors}
-    !insertmacro Desiste 2 "O diretório de dados $dados não pôde ser criado ou configurado."
+    Call Limpa
+    !insertmacro Desiste 2 "O diretório de dados $dados não pôde ser criado."
   ${EndIf}
 FunctionEnd
 
-; The new file $R1 takes the old one's place.
+; $R2 becomes $R3; the error flag says that it did not. Who looks through new files, as virus scanners do, has them
+; open for a moment: it is tried for two seconds.
+Function Renomeia
+  StrCpy $1 0
+  ${Do}
+    ClearErrors
+    Rename $R2 $R3
+    ${IfNot} ${Errors}
+      Return
+    ${EndIf}
+    Sleep 100
+    IntOp $1 $1 + 1
+  ${LoopUntil} $1 >= 20
+  SetErrors
+FunctionEnd
+
+!macro Renomeia DE PARA
+  StrCpy $R2 "${DE}"
+  StrCpy $R3 "${PARA}"
+  Call Renomeia
+!macroend
+
+; Takes the exchange of the file $R1 back, if it took place: its new one has left novo\ then. What somebody runs of
+; the new ones by now bears an old one's name until the next update.
+Function DesfazTroca
+  ${IfNot} ${FileExists} "$INSTDIR\novo\$R1"
+    !insertmacro Renomeia "$INSTDIR\$R1" "$INSTDIR\novo\$R1"
+  ${EndIf}
+  ${If} ${FileExists} "$INSTDIR\$R1$velho"
+    !insertmacro Renomeia "$INSTDIR\$R1$velho" "$INSTDIR\$R1"
+  ${EndIf}
+  Delete "$INSTDIR\novo\$R1"
+  ${If} ${FileExists} "$INSTDIR\novo\$R1"
+    !insertmacro Renomeia "$INSTDIR\novo\$R1" "$INSTDIR\$R1$velho"
+  ${EndIf}
+FunctionEnd
+
+!macro DesfazTroca ARQUIVO
+  StrCpy $R1 "${ARQUIVO}"
+  Call DesfazTroca
+!macroend
+
+; All exchanges, the last one first; only once all new files lay in novo\.
+Function Desfaz
+  !insertmacro DesfazTroca "${SERVIDOR}"
+  !insertmacro DesfazTroca "${PROXY_32}"
+  !insertmacro DesfazTroca "XVCR_MiddlewarePS.dll"
+  !insertmacro DesfazTroca "xvcr.exe"
+  !insertmacro DesfazTroca "XVLMensagem.dll"
+  Call Limpa
+FunctionEnd
+
+; The new file $R1 takes the old one's place. (Asking for the error flag clears it, so it is asked for at once.)
 Function Troca
-  ClearErrors
   ${If} ${FileExists} "$INSTDIR\$R1"
-    Rename "$INSTDIR\$R1" "$INSTDIR\$R1$velho"
+    !insertmacro Renomeia "$INSTDIR\$R1" "$INSTDIR\$R1$velho"
+  ${Else}
+    ClearErrors
   ${EndIf}
   ${IfNot} ${Errors}
-    Rename "$INSTDIR\novo\$R1" "$INSTDIR\$R1"
-    ${If} ${Errors}
-      Rename "$INSTDIR\$R1$velho" "$INSTDIR\$R1"
-      SetErrors
+    !insertmacro Renomeia "$INSTDIR\novo\$R1" "$INSTDIR\$R1"
+    ${IfNot} ${Errors}
+      Return
     ${EndIf}
   ${EndIf}
-  ${If} ${Errors}
-    !insertmacro Desiste 2 "O arquivo $INSTDIR\$R1 não pôde ser trocado."
-  ${EndIf}
+  StrCpy $R0 $R1
+  Call Desfaz
+  !insertmacro Desiste 2 "O arquivo $INSTDIR\$R0 não pôde ser trocado."
 FunctionEnd
 
 !macro Troca ARQUIVO
@@ -154,7 +212,19 @@ Section
   File "${PASTA}/${PROXY_32}"
   File "${PASTA}/XVLMensagem.dll"
   File "${PASTA}/xvcr.exe"
+  ${If} ${Errors}
+    Call Limpa
+    !insertmacro Desiste 2 "Os arquivos não puderam ser gravados em $INSTDIR."
+  ${EndIf}
+  Call PreparaDados
+
   SetOutPath $INSTDIR
+  !insertmacro Troca "XVLMensagem.dll"
+  !insertmacro Troca "xvcr.exe"
+  !insertmacro Troca "XVCR_MiddlewarePS.dll"
+  !insertmacro Troca "${PROXY_32}"
+  !insertmacro Troca "${SERVIDOR}"
+  ClearErrors
   File /r "${PASTA}/docs"
   File /r "${PASTA}/licences"
   File "${PASTA}/README.md"
@@ -163,22 +233,9 @@ Section
   File "${PASTA}/xvcr.ps1"
   WriteUninstaller "$INSTDIR\Desinstala.exe"
   ${If} ${Errors}
-    !insertmacro Desiste 2 "Os arquivos não puderam ser gravados em $INSTDIR."
+    Call Desfaz
+    !insertmacro Desiste 2 "Os documentos não puderam ser gravados em $INSTDIR."
   ${EndIf}
-  Call DefineDados
-
-  !insertmacro Troca "XVLMensagem.dll"
-  !insertmacro Troca "xvcr.exe"
-  !insertmacro Troca "XVCR_MiddlewarePS.dll"
-  !insertmacro Troca "${PROXY_32}"
-  !insertmacro Troca "${SERVIDOR}"
-  RMDir "$INSTDIR\novo"
-
-  ExecWait '"$INSTDIR\${SERVIDOR}" /RegServer$registra' $0
-  ${If} $0 != 0
-    !insertmacro Desiste 4 "O componente não pôde ser registrado (código $0)."
-  ${EndIf}
-
   WriteRegStr HKLM "${CHAVE_REMOCAO}" "DisplayName" "XVCR_Middleware"
   WriteRegStr HKLM "${CHAVE_REMOCAO}" "DisplayVersion" "${VERSAO}"
   WriteRegStr HKLM "${CHAVE_REMOCAO}" "InstallLocation" "$INSTDIR"
@@ -186,6 +243,22 @@ Section
   WriteRegStr HKLM "${CHAVE_REMOCAO}" "QuietUninstallString" '"$INSTDIR\Desinstala.exe" /S'
   WriteRegDWORD HKLM "${CHAVE_REMOCAO}" "NoModify" 1
   WriteRegDWORD HKLM "${CHAVE_REMOCAO}" "NoRepair" 1
+  ${If} $dados != ""
+    WriteRegStr HKLM "${CHAVE_MODULO}" "Path" $dados
+  ${EndIf}
+  ${If} ${Errors}
+    Call Desfaz
+    !insertmacro Desiste 2 "O registro do Windows não pôde ser gravado."
+  ${EndIf}
+  RMDir "$INSTDIR\novo"
+
+  ; The entry of installed programs is there by now: what cannot be registered can be removed.
+  StrCpy $0 -1   ; of a program that cannot be started
+  ExecWait '"$INSTDIR\${SERVIDOR}" /RegServer$registra' $0
+  ${If} $0 != 0
+    IntFmt $0 "0x%08X" $0
+    !insertmacro Desiste 4 "O componente não pôde ser registrado (código $0)."
+  ${EndIf}
 
   StrCpy $R8 "$INSTDIR\${SERVIDOR}$velho"
   StrCpy $R9 "$INSTDIR\${SERVIDOR}"
@@ -200,6 +273,7 @@ SectionEnd
 Section Uninstall
   ExecWait '"$INSTDIR\${SERVIDOR}" /UnregServer' $0
   ${If} $0 != 0
+    IntFmt $0 "0x%08X" $0
     !insertmacro Desiste 4 "O registro do componente não pôde ser removido (código $0)."
   ${EndIf}
   StrCpy $R8 "$INSTDIR\${SERVIDOR}"

@@ -6,14 +6,18 @@
   - A project outside the tree is built against the installed client, natively and for Windows. Of 32 bits it is
     only built, as a C program that asserts the layout of the records is: these machines have no Wine for them.
   - Under Wine, in a prefix of its own: installed without a question, into a folder with blanks; used by clients
-    that know the interface only (a C program, an installer script that calls slots); updated three times while a
-    client writes: every acknowledged integration is there; removed: of the registry only the value stays that
-    says where the data are, and the data are sound.
+    that know the interface only (a C program, an installer script that calls slots); updated three times, once
+    without a word of where programs and data are, while that program and one by the client library write: every
+    acknowledged integration is there, and the library's calls never fail; removed: of the registry only the value
+    stays that says where the data are, and the data are sound.
+  - What the installer's exit codes promise: 2, nothing is other than before, of files, registry and service; 4,
+    there is an entry to remove by what cannot be registered.
 
 Usage: test.py FOLDER VERSION    the folder that scripts/package made
 """
 import filecmp
 import glob
+import hashlib
 import os
 import re
 import shutil
@@ -46,6 +50,11 @@ def demand(holds, what):
         sys.exit(f"test: {what}")
 
 
+def digest(path):
+    with open(path, "rb") as source:
+        return hashlib.sha256(source.read()).hexdigest()
+
+
 def tree(folder):
     return {os.path.relpath(path, folder) for path in glob.glob(f"{folder}/**", recursive=True)}
 
@@ -68,6 +77,8 @@ class Debian:
         run(*self.dpkg, "-i", *packages)
         demand(run(*self.dpkg, "-V") == "", "installed files are not those of their packages")
         demand(run(self.xvcr, "--version").strip() == f"xvcr {self.version}", "another version than the package's")
+        for package in ("xvcr", "xvcr-dev"):
+            demand_contents(f"{self.folder}/stage/{package}/usr", f"share/doc/{package}/CONTENTS.txt")
         store = f"{self.folder}/dados"
         os.mkdir(store)
         say = (self.xvcr, "--diretorio", store, "--empresa", "001")
@@ -89,14 +100,25 @@ class Debian:
         run(*self.dpkg, "-i", *packages)
 
     def client(self, store):
-        outside(f"{self.folder}/outside", f"{self.root}/usr")
+        outside("examples/client", f"{self.folder}/outside", f"{self.root}/usr")
         said = run(f"{self.folder}/outside/build/xv_exemplo_cliente", "FORA", store)
         demand("Padaria São João" in said, "the client outside the tree read something else: " + said)
 
 
-def outside(project, prefix, *options):
-    """The example client as a project of its own, away from the tree."""
-    shutil.copytree(f"{ROOT}/examples/client", project)
+def demand_contents(folder, listed="CONTENTS.txt", elsewhere=()):
+    """The list of contents names all files below the folder, as they are, but itself and those of others."""
+    with open(f"{folder}/{listed}", encoding="utf-8") as lines:
+        rows = dict(reversed(row) for row in re.findall(r"^ *\d+  ([0-9a-f]{64})  (.+)$", lines.read(), re.M))
+    there = {name for name in tree(folder) if os.path.isfile(f"{folder}/{name}")
+             and not os.path.islink(f"{folder}/{name}")} - {listed} - set(elsewhere)
+    demand(rows.keys() == there, f"{folder}/{listed} names others: {sorted(rows.keys() ^ there)}")
+    wrong = [name for name, digested in rows.items() if digest(f"{folder}/{name}") != digested]
+    demand(not wrong, f"{folder}/{listed}: others than listed: {wrong}")
+
+
+def outside(source, project, prefix, *options):
+    """A folder of the tree as a project of its own, away from it."""
+    shutil.copytree(f"{ROOT}/{source}", project)
     run("cmake", "-S", project, "-B", f"{project}/build", "-G", "Ninja", f"-DCMAKE_PREFIX_PATH={prefix}", *options)
     run("cmake", "--build", f"{project}/build")
 
@@ -114,6 +136,30 @@ def initialisation(path):
         out.write(record + struct.pack("<Q", crc))
 
 
+class Beside:
+    """A program under Wine that works until its end is asked for, by a file."""
+
+    def __init__(self, windows, name, program, *words):
+        self.end, self.out, self.err = (f"{windows.drive}/{name}.{kind}" for kind in ("end", "out", "err"))
+        with open(self.out, "w", encoding="utf-8") as out, open(self.err, "w", encoding="utf-8") as err:
+            self.process = subprocess.Popen([f"{ROOT}/scripts/wine-run", program, *words, rf"C:\{name}.end"],
+                                            stdout=out, stderr=err, env=os.environ | {"WINEPREFIX": windows.prefix})
+
+    def __enter__(self):
+        return self
+
+    def __exit__(self, *_):
+        open(self.end, "w", encoding="utf-8").close()
+        self.process.wait()
+
+    def failures(self):
+        """The codes of the calls that failed; it has to have come through to its end."""
+        with open(self.err, encoding="utf-8") as said:
+            said = said.read()
+        demand(self.process.returncode == 0, "a client beside an update gave up: " + said)
+        return [line.split()[-1] for line in said.splitlines()]
+
+
 class Windows:
     """The packages under Wine."""
 
@@ -123,26 +169,33 @@ class Windows:
         self.name = f"xvcr-{version}-windows-x64"
         self.stage, self.setup = f"{folder}/stage/{self.name}", f"{folder}/{self.name}.exe"
         self.drive = f"{self.prefix}/drive_c"
-        self.foreign = ""
+        # By its whole name it is started without the shell's help.
+        self.reg = r"C:\windows\system32\reg.exe"
+        self.foreign = self.library = self.example = ""
         self.programs, self.data = (f"{self.drive}/{p[3:]}".replace("\\", "/") for p in (PROGRAMS, DATA))
 
     def wine(self, *words, **options):
         return run(f"{ROOT}/scripts/wine-run", *words, env=os.environ | {"WINEPREFIX": self.prefix}, **options)
 
-    def install(self, setup, *switches):
+    def install(self, setup, *switches, code=0):
         # What follows /D= is taken as it stands, blanks and all, so that the words must not come quoted.
-        self.wine(setup, "/S", f"/Dados={DATA}", *switches, *f"/D={PROGRAMS}".split())
+        self.wine(setup, "/S", *switches, *f"/D={PROGRAMS}".split(), code=code)
+
+    def demand_data(self):
+        """The module directory is the one of the installation."""
+        said = self.wine(self.reg, "query", MODULE_KEY[1:-1], "/v", "Path")
+        demand(DATA in said, "the data directory is another: " + said)
 
     def demand_account(self):
         """The account and the permissions of the first installation, which no update names again."""
-        said = self.wine("reg", "query", APPLICATION)
+        said = self.wine(self.reg, "query", APPLICATION)
         demand("Interactive User" in said and "LaunchPermission" in said and "AccessPermission" in said,
                "account or permissions are not registered: " + said)
 
     def registry(self):
         text = ""
         for root in ("HKLM", "HKCU"):
-            self.wine("reg", "export", root, f"C:\\{root}.reg", "/y")
+            self.wine(self.reg, "export", root, f"C:\\{root}.reg", "/y")
             with open(f"{self.drive}/{root}.reg", encoding="utf-16") as exported:
                 text += exported.read()
         keys = {}
@@ -154,69 +207,109 @@ class Windows:
         return keys
 
     def build_clients(self, compiler, bits):
-        """The example client and the one in C, against the client for developers of that size."""
+        """The example client, the one in C and the one by the library, against the client for developers of that
+        size."""
         name, folder = f"{self.name.replace('x64', bits)}-dev", f"{self.folder}/clients-{bits}"
         os.mkdir(folder)
         run("cmake", "-E", "tar", "xf", f"{self.folder}/{name}.zip", cwd=folder)
-        outside(f"{folder}/outside", f"{folder}/{name}", "-DCMAKE_SYSTEM_NAME=Windows",
-                f"-DCMAKE_CXX_COMPILER={compiler}-w64-mingw32-g++-posix", "-DCMAKE_EXE_LINKER_FLAGS=-static")
+        demand_contents(f"{folder}/{name}")
+        for source, project in (("examples/client", "outside"), ("tests/package", "library")):
+            outside(source, f"{folder}/{project}", f"{folder}/{name}", "-DCMAKE_SYSTEM_NAME=Windows",
+                    f"-DCMAKE_CXX_COMPILER={compiler}-w64-mingw32-g++-posix", "-DCMAKE_EXE_LINKER_FLAGS=-static")
         include = f"{folder}/{name}/include/xvcr"
         run(f"{compiler}-w64-mingw32-gcc-posix", "-O1", "-Wall", "-Werror", f"-I{include}",
             f"{ROOT}/tests/package/XVClienteAlheio.c", f"{include}/com/XVCR_Middleware_i.c", "-o",
             f"{folder}/alheio.exe", "-lole32", "-luuid")
         return folder
 
-    def update(self, number):
-        """An installer whose programs differ in a byte at their end, run over the installed ones."""
+    def make_update(self, number):
+        """An installer whose programs differ in a byte at their end from those of any other."""
         stage, setup = f"{self.folder}/update{number}", f"{self.folder}/update{number}.exe"
         shutil.copytree(self.stage, stage)
-        names = [n for n in os.listdir(stage) if n.endswith((".exe", ".dll"))]
-        for name in names:
+        for name in self.names(stage):
             with open(f"{stage}/{name}", "ab") as program:
                 program.write(b"%d" % number)
         run("makensis", "-V2", f"-DVERSAO={self.version}", f"-DPASTA={stage}", f"-DSAIDA={setup}",
             f"{ROOT}/scripts/packaging/installer.nsi")
-        self.install(setup)
-        _, other, failed = filecmp.cmpfiles(stage, self.programs, names, shallow=False)
+        return stage, setup
+
+    @staticmethod
+    def names(stage):
+        return [n for n in os.listdir(stage) if n.endswith((".exe", ".dll"))]
+
+    def update(self, number):
+        stage, setup = self.make_update(number)
+        if number == 2:
+            self.wine(setup, "/S")
+        else:
+            self.install(setup, f"/Dados={DATA}")
+        _, other, failed = filecmp.cmpfiles(stage, self.programs, self.names(stage), shallow=False)
         demand(not other and not failed, f"the update left old programs: {other} {failed}")
         left = [n for n in os.listdir(self.programs)
                 if n == "novo" or "velho" in n and not n.startswith("XVCR_MiddlewarePS")]
         demand(not left, f"the update left {left}")
+        self.demand_data()
 
-    def written(self):
-        """Bytes of the index of the company that the writing client writes."""
+    def written(self, company):
+        """Bytes of the index of a company."""
         try:
-            return os.path.getsize(f"{self.data}/ESCRITA/DF/CRINDEXINTEG.dat")
+            return os.path.getsize(f"{self.data}/{company}/DF/CRINDEXINTEG.dat")
         except FileNotFoundError:
             return 0
 
     def wait_for_more(self):
-        start, until = self.written(), time.monotonic() + 90
-        while self.written() < start + 4096:
-            demand(time.monotonic() < until, "the client writes nothing")
-            time.sleep(0.1)
+        """Until each client has got on."""
+        for company in ("ESCRITA", "BIBLIOTECA"):
+            start, until = self.written(company), time.monotonic() + 90
+            while self.written(company) < start + 4096:
+                demand(time.monotonic() < until, f"the client of {company} writes nothing")
+                time.sleep(0.1)
 
     def update_under_load(self):
-        end = f"{self.drive}/fim"
-        with open(f"{self.folder}/escritas", "w", encoding="utf-8") as out, \
-                open(f"{self.folder}/recusas", "w", encoding="utf-8") as err, \
-                subprocess.Popen([f"{ROOT}/scripts/wine-run", self.foreign, "grava", "ESCRITA", r"C:\fim"],
-                                 stdout=out, stderr=err, env=os.environ | {"WINEPREFIX": self.prefix}) as writer:
-            try:
-                for number in range(1, 4):
-                    self.wait_for_more()
-                    self.update(number)
+        with Beside(self, "alheio", self.foreign, "grava", "ESCRITA") as foreign, \
+                Beside(self, "biblioteca", self.library, "BIBLIOTECA") as library:
+            for number in range(1, 4):
                 self.wait_for_more()
-            finally:
-                open(end, "w", encoding="utf-8").close()
-                code = writer.wait()
-        with open(f"{self.folder}/recusas", encoding="utf-8") as refused:
-            refused = refused.read()
-        demand(code == 0, "the writing client gave up: " + refused)
-        shutil.copy(f"{self.folder}/escritas", f"{self.drive}/escritas")
-        read, lost = self.wine(self.foreign, "confere", "ESCRITA", r"C:\escritas").split()
-        print(f"   three updates under a writing client: {read} acknowledged, {lost} lost, "
-              f"{len(refused.splitlines())} calls tried again")
+                self.update(number)
+            self.wait_for_more()
+        for who, company, writer in (("interface", "ESCRITA", foreign), ("library", "BIBLIOTECA", library)):
+            read, lost = self.wine(self.foreign, "confere", company, rf"C:\{os.path.basename(writer.out)}").split()
+            print(f"   three updates under a client by the {who}: {read} acknowledged, {lost} lost, "
+                  f"calls that failed: {', '.join(writer.failures()) or 'none'}")
+        # The library waits for the new server; what it cannot know is whether a call that was cut off took place.
+        broken = set(library.failures()) - {"0x800706BE", "0x80010007"}
+        demand(not broken, f"an update made calls of the client library fail: {broken}")
+
+    def installed(self):
+        """What lies in the program directory; of the programs also what is in them."""
+        programs = self.names(self.programs)
+        return {n: n in programs and digest(f"{self.programs}/{n}") for n in os.listdir(self.programs)}
+
+    def refused_update(self):
+        """Exit code 2: a program that cannot be exchanged, the last of them, and data that cannot be made."""
+        _, setup = self.make_update(9)
+        before = self.installed()
+        registry = self.registry()
+        with Beside(self, "segura", self.foreign, "segura", PROGRAMS + r"\XVCR_Middleware.exe") as holder:
+            time.sleep(1)
+            demand(holder.process.poll() is None, "the server's program cannot be kept open")
+            self.install(setup, r"/Dados=C:\Outra", code=2)
+        self.install(setup, r"/Dados=Q:\Nenhuma", code=2)
+        after = self.installed()
+        other = sorted(n for n in before.keys() | after.keys() if before.get(n) != after.get(n))
+        demand(not other, f"a refused update changed {other}")
+        changed = {key for key, values in self.registry().items() if registry.get(key) != values}
+        demand(not changed, f"a refused update changed the registry: {changed}")
+        self.wine(self.example, "PRIMEIRA")
+
+    def failed_registration(self):
+        """Exit code 4 of a first installation: there is an entry to remove it by."""
+        before = self.registry()
+        self.install(self.setup, f"/Dados={DATA}", "/Conta=NaoHaTalConta", code=4)
+        self.remove()
+        demand(not os.path.exists(self.programs), "the removal left something of what could not be registered")
+        changed = {key for key, values in self.registry().items() if before.get(key) != values}
+        demand(changed <= {MODULE_KEY}, f"the registry is another: {changed}")
 
     def test(self):
         for program in glob.glob(f"{self.stage}/*.exe") + glob.glob(f"{self.stage}/*.dll"):
@@ -225,44 +318,52 @@ class Windows:
             demand(needed <= SYSTEM_LIBRARIES, f"{program} needs {needed - SYSTEM_LIBRARIES}")
         clients = self.build_clients("x86_64", "x64")
         self.foreign = f"{clients}/alheio.exe"
+        self.library = f"{clients}/library/build/xv_cliente_biblioteca.exe"
+        self.example = f"{clients}/outside/build/xv_exemplo_cliente.exe"
         self.build_clients("i686", "x86")
         initialisation(f"{self.folder}/inicializa")
         run("makensis", "-V2", f"-DSAIDA={self.folder}/alheio-nsis.exe", f"-DINICIALIZA={self.folder}/inicializa",
             f"{ROOT}/tests/package/alheio.nsi")
-        self.wine("reg", "add", r"HKLM\SOFTWARE\Wow6432Node\Velmora\DF", "/v", "Alheio", "/d", "fica", "/f")
+        self.wine(self.reg, "add", r"HKLM\SOFTWARE\Wow6432Node\Velmora\DF", "/v", "Alheio", "/d", "fica", "/f")
         # Before the installation there is no server for the script: the same program answers 10.
         self.wine(f"{self.folder}/alheio-nsis.exe", code=10)
         before = self.registry()
-        self.install(self.setup, "/Conta=Interativo", "/Acesso=S-1-5-32-545")
+        self.failed_registration()
+        self.install(self.setup, f"/Dados={DATA}", "/Conta=Interativo", "/Acesso=S-1-5-32-545")
         self.demand_account()
-        said = self.wine("reg", "query", rf"HKLM\Software\Classes\Wow6432Node\CLSID\{INTERFACE}\InProcServer32", "/ve")
+        said = self.wine(self.reg, "query", rf"HKLM\Software\Classes\Wow6432Node\CLSID\{INTERFACE}\InProcServer32", "/ve")
         demand(PROGRAMS + r"\XVCR_MiddlewarePS32.dll" in said, "the proxy of 32 bits is not registered: " + said)
+        demand_contents(self.programs, elsewhere=("Desinstala.exe",))
         # From here on without another step: the first integration.
-        self.wine(f"{clients}/outside/build/xv_exemplo_cliente.exe", "PRIMEIRA")
+        self.wine(self.example, "PRIMEIRA")
         self.wine(f"{self.folder}/alheio-nsis.exe")
         said = self.wine(f"{self.programs}/xvcr.exe", "--servidor", "--empresa", "NSIS", "busca", "--conta")
         demand(said.split()[0] == "1", "the script's integration is not there: " + said)
+        self.refused_update()
         self.update_under_load()
         self.demand_account()
-        self.remove(before)
+        self.remove_all(before)
 
-    def remove(self, before):
+    def remove(self):
+        self.wine(f"{self.programs}/Desinstala.exe", "/S")
+        # The program returns at once, because a copy of it removes it; the entry of installed programs goes last.
+        entry, until = rf"HKLM\{UNINSTALL}", time.monotonic() + 90
+        while subprocess.run([f"{ROOT}/scripts/wine-run", self.reg, "query", entry], capture_output=True, check=False,
+                             env=os.environ | {"WINEPREFIX": self.prefix}).returncode == 0:
+            demand(time.monotonic() < until, "the removal does not end")
+
+    def remove_all(self, before):
         with open(f"{self.programs}/XVProvedor9.dll", "w", encoding="utf-8") as foreign:
             foreign.write("de outrem")
         # They would stay, as an administrator's decision.
         self.wine(f"{self.programs}/XVCR_Middleware.exe", "/RegServer", "/Conta:QuemChama", "/Acesso:Padrao")
-        self.wine(f"{self.programs}/Desinstala.exe", "/S")
-        # The program returns at once, because a copy of it removes it; the entry of installed programs goes last.
-        entry, until = rf"HKLM\{UNINSTALL}", time.monotonic() + 90
-        while subprocess.run([f"{ROOT}/scripts/wine-run", "reg", "query", entry], capture_output=True, check=False,
-                             env=os.environ | {"WINEPREFIX": self.prefix}).returncode == 0:
-            demand(time.monotonic() < until, "the removal does not end")
+        self.remove()
         demand(os.listdir(self.programs) == ["XVProvedor9.dll"], f"the removal left {os.listdir(self.programs)}")
         after = self.registry()
         changed = {key: after.get(key) for key in before.keys() | after.keys() if before.get(key) != after.get(key)}
         where = '"Alheio"="fica"\n"Path"="%s"' % DATA.replace("\\", "\\\\")
         demand(changed == {MODULE_KEY: where}, f"the registry after the removal is another: {sorted(changed)}")
-        for company in ("PRIMEIRA", "NSIS", "ESCRITA"):
+        for company in ("PRIMEIRA", "NSIS", "ESCRITA", "BIBLIOTECA"):
             run(self.xvcr, "--diretorio", self.data, "--empresa", company, "verifica")
 
     def end(self):

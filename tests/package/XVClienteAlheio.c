@@ -5,6 +5,8 @@
  *                                     acknowledged: its key and its number
  *   alheio confere <company> <list>   reads each integration of such a list back; the exit code is 1 where
  *                                     one is missing or another
+ *   alheio segura <file> <end>        has the file open, to read it, so that it cannot be renamed, until the other
+ *                                     file exists
  */
 #define COBJMACROS
 #define __USE_MINGW_ANSI_STDIO 1
@@ -125,10 +127,23 @@ static int Confere(const char* pszEmpresa, const char* pszLista) {
     return iLidas == 0 || iPerdidas != 0;
 }
 
+static int Segura(const char* pszArquivo, const char* pszFim) {
+    const HANDLE h = CreateFileA(pszArquivo, GENERIC_READ, FILE_SHARE_READ, NULL, OPEN_EXISTING, 0, NULL);
+    if (h == INVALID_HANDLE_VALUE) return 1;
+    for (int i = 0; i < 1200 && GetFileAttributesA(pszFim) == INVALID_FILE_ATTRIBUTES; ++i) Sleep(100);
+    CloseHandle(h);
+    return 0;
+}
+
 int main(int argc, char** argv) {
     int iSaida;
     if (argc != 4 || FAILED(CoInitializeEx(NULL, COINIT_MULTITHREADED))) return 2;
-    iSaida = strcmp(argv[1], "grava") == 0 ? Grava(argv[2], argv[3]) : Confere(argv[2], argv[3]);
+    if (strcmp(argv[1], "grava") == 0)
+        iSaida = Grava(argv[2], argv[3]);
+    else if (strcmp(argv[1], "segura") == 0)
+        iSaida = Segura(argv[2], argv[3]);
+    else
+        iSaida = Confere(argv[2], argv[3]);
     CoUninitialize();
     return iSaida;
 }
