@@ -58,17 +58,21 @@ SRastro Rastro() {
     return rastro;
 }
 
-HRESULT Provoca(const std::string& sEmpresa, const std::string& sFalha) {
-    const XVComponenteCru::PComponente p = XVComponenteCru::Cria();
-    if (p == nullptr) return E_POINTER;
-    EXPECT_EQ(XVComponenteCru::Inicializa(*p, sEmpresa), S_OK);
+HRESULT Provoca(IXVCR_Middleware& rComponente, const std::string& sFalha) {
     tagREG_CR_CONSULTA_SISTEMA_TERCEIROPS consulta{};
     consulta.eTipoConsulta = 1;
     std::string sChave = sFalha;
     consulta.regChaveConsulta.ulQtdBytes = static_cast<XVUInt>(sChave.size());
     consulta.regChaveConsulta.pTexto = reinterpret_cast<XVByte*>(sChave.data());
     tagREG_CR_STATUS_CONSULTA_SISTEMA_TERCEIROPS status{};
-    return p->BuscaDadosSistemaTerceiro(&consulta, &status);
+    return rComponente.BuscaDadosSistemaTerceiro(&consulta, &status);
+}
+
+HRESULT Provoca(const std::string& sEmpresa, const std::string& sFalha) {
+    const XVComponenteCru::PComponente p = XVComponenteCru::Cria();
+    if (p == nullptr) return E_POINTER;
+    EXPECT_EQ(XVComponenteCru::Inicializa(*p, sEmpresa), S_OK);
+    return Provoca(*p, sFalha);
 }
 
 }  // namespace
@@ -96,6 +100,34 @@ TEST(FalhasServidor, EncerramOProcessoComRelatorioEOProximoAtendeComALojaInteira
             XVServidores::Mata();
         }
         EsqueceServidorMorto();
+    }
+}
+
+// What closes the store is no method of the component: the client's last release, and its second
+// initialisation, which lets the old store go.
+TEST(FalhasServidor, AoFecharALojaEncerramDoMesmoModo) {
+    const CServidorComProvedorFalho servidor;
+    const std::string sEmpresa = NovaEmpresa();
+    for (const bool bInicializaDeNovo : {false, true}) {
+        SCOPED_TRACE(bInicializaDeNovo);
+        const SRastro antes = Rastro();
+        {
+            const XVComponenteCru::PComponente p = XVComponenteCru::Cria();
+            ASSERT_NE(p, nullptr);
+            EXPECT_EQ(XVComponenteCru::Inicializa(*p, sEmpresa), S_OK);
+            EXPECT_EQ(Provoca(*p, "fechamento"), S_OK);
+            if (bInicializaDeNovo) {
+                const HRESULT hr = XVComponenteCru::Inicializa(*p, sEmpresa);
+                EXPECT_TRUE(XVCliente::ServidorFoiEmbora(hr)) << std::hex << hr;
+            }
+        }
+        EXPECT_TRUE(XVServidores::Espera(0));
+        EXPECT_EQ(Rastro(), (SRastro{antes.iRelatorios + 1, antes.iLinhas + 1}));
+        XVServidores::Mata();
+        EsqueceServidorMorto();
+        XVCliente::CXVCliente cliente;
+        EXPECT_EQ(cliente.Conecta({.sEmpresa = sEmpresa}), S_OK);
+        EXPECT_EQ(XVPortaTeste::Conta(cliente), 0U);
     }
 }
 
