@@ -86,6 +86,12 @@ TEST(VidaServidor, QuemTerminaEEsperadoEQuemAtendeNao) {
     EXPECT_EQ(sucessor.EsperaFim(), 0);
 }
 
+TEST(VidaServidor, PrazoCumpridoDeixaOProcessoEPassadoOEncerra) {
+    const SExecucao execucao = XVExecuta(XVProgramaVizinho("xv_teste_com"), {"--filho", "prazo", "300"});
+    EXPECT_EQ(execucao.iSaida, 0);
+    EXPECT_TRUE(execucao.sSaida.starts_with("cumprido")) << execucao.sSaida << execucao.sErro;
+}
+
 // In this process: not every system brings a client's lock to the server.
 TEST(VidaServidor, TravaQueNinguemTiraValeComoUmComponenteAbandonado) {
     CXVRelogioFalso relogio;
