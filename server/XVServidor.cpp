@@ -125,16 +125,16 @@ void Atende(CXVExclusividade& rExclusividade, CXVInscricaoFabrica& rInscricao, b
 }  // namespace
 
 SFimServidor XVExecutaServidor(bool bAtivado) {
-    // This is the first step because a server that ran before may still be closing its stores: until it has
-    // ended, nothing in this process may open them.
+    // From here on the process can be asked to end: it may wait long for its turn.
+    CXVVidaServidor& rVida = CXVVidaServidor::Get();
+    // A server that ran before may still be closing its stores: until it has ended, nothing in this process
+    // may open them.
     CXVExclusividade exclusividade;
-    if (!exclusividade.Toma(bAtivado ? k_ulEsperaServidorQueAtende : 0)) {
+    if (!exclusividade.Toma(bAtivado ? k_ulEsperaServidorQueAtende : 0, rVida.GetEventoFim())) {
         // COM started this process although another server is running: the client is served by that one.
-        if (bAtivado) return {};
+        if (bAtivado || rVida.FimPedido()) return {};
         return {HRESULT_FROM_WIN32(ERROR_ALREADY_EXISTS), "iniciar o servidor: já há outro em execução"};
     }
-    // From here on the process can be asked to end.
-    CXVVidaServidor& rVida = CXVVidaServidor::Get();
     rVida.SetInatividade(LeTempo("InatividadeMaximaComponente", k_ulInatividadeMaxima));
     const CXVApartamento apartamento;
     if (FAILED(apartamento.GetResultado())) return {apartamento.GetResultado(), "iniciar o COM"};

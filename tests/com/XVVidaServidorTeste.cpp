@@ -3,6 +3,7 @@
 
 #include "server/XVExclusividade.h"
 #include "server/XVFabricaClasse.h"
+#include "server/XVPedidoFim.h"
 #include "tests/com/XVAmbienteCom.h"
 #include "tests/com/XVServidores.h"
 #include "tests/harness/XVGuardasPlataforma.h"
@@ -93,6 +94,32 @@ TEST(VidaServidor, QuemTerminaEEsperadoEQuemAtendeNao) {
     for (int i = 0; i < 500 && CXVExclusividade().Toma(0); ++i) ::Sleep(20);
     EXPECT_EQ(XVServidores::Executa({"/Stop"}).iSaida, 0);
     EXPECT_EQ(sucessor.EsperaFim(), 0);
+}
+
+// One that waits for its turn serves nobody yet, and would serve the moment after.
+TEST(VidaServidor, StopEncerraTambemQuemEsperaAVez) {
+    ASSERT_TRUE(XVServidores::Espera(0));
+    CXVExclusividade marca;
+    ASSERT_TRUE(marca.Toma(0));
+    marca.AnunciaFim(true);
+    CXVProcessoFilho sucessor(XVServidores::Programa(), {});
+    ::Sleep(2000);  // until it waits
+    const ULONGLONG uiInicio = ::GetTickCount64();
+    const SExecucao parada = XVServidores::Executa({"/Stop"});
+    EXPECT_LT(::GetTickCount64() - uiInicio, 15000U) << "not when its waiting is over by itself";
+    EXPECT_EQ(parada.iSaida, 0);
+    EXPECT_NE(parada.sSaida.find("o servidor terminou"), std::string::npos) << parada.sSaida;
+    EXPECT_EQ(XVServidores::Lista(), std::vector<DWORD>{});
+    EXPECT_EQ(sucessor.EsperaFim(), 0);
+}
+
+TEST(VidaServidor, StopNaoNegaOServidorQueNaoPodeEncerrar) {
+    const std::string sOutro = " O servidor de outro usuário continua em execução.";
+    EXPECT_EQ(XVTextoDaParada({}), "nenhum servidor em execução.");
+    EXPECT_EQ(XVTextoDaParada({.uiTerminados = 2}), "o servidor terminou.");
+    EXPECT_EQ(XVTextoDaParada({.uiTerminados = 1, .uiDeOutrosUsuarios = 1}), "o servidor terminou." + sOutro);
+    EXPECT_EQ(XVTextoDaParada({.uiDeOutrosUsuarios = 1}),
+              "nenhum servidor que este usuário possa encerrar." + sOutro);
 }
 
 TEST(VidaServidor, PrazoCumpridoDeixaOProcessoEPassadoOEncerra) {
