@@ -54,8 +54,8 @@ class CXVEsperaServidor {
   public:
     static constexpr XVUInt k_ulPrimeira = 25;  // ms: what an activation takes when the server is up
     static constexpr XVUInt k_ulMaior = 1000;   // ms; each wait is twice the one before, up to this
-    // ms, from the first creation or the first failure: no attempt begins later. A server may take 30 s to
-    // end, and its successor has to start.
+    // ms, from the first creation or the first failure: no attempt begins later. A server takes 22 s at
+    // the most to end, and its successor has to start.
     static constexpr XVUInt k_ulTotal = 40000;
     // So often is repeated what may have brought the server down itself.
     static constexpr unsigned k_uiIncertas = 2;
