@@ -85,6 +85,14 @@ extern "C" {
 
 __declspec(dllexport) std::int32_t XVProvedorObtem(std::uint32_t ulVersao, XVProvedorTabela* pTabela);
 
+// In the place of the system's library: a report that takes longer than a store is kept, and is none.
+__declspec(dllexport) BOOL WINAPI MiniDumpWriteDump(HANDLE, DWORD, HANDLE, int, void*, void*, void*);
+
+BOOL WINAPI MiniDumpWriteDump(HANDLE, DWORD, HANDLE, int, void*, void*, void*) {
+    ::Sleep(7000);
+    return FALSE;
+}
+
 std::int32_t XVProvedorObtem(std::uint32_t ulVersao, XVProvedorTabela* pTabela) {
     *pTabela = {};
     pTabela->ulTamanho = sizeof(XVProvedorTabela);
