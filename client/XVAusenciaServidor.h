@@ -55,8 +55,8 @@ class CXVEsperaServidor {
   public:
     static constexpr XVUInt k_ulPrimeira = 25;  // ms: what an activation takes when the server is up
     static constexpr XVUInt k_ulMaior = 1000;   // ms; each wait is twice the one before, up to this
-    // ms, from the first creation or the first failure: no attempt begins later. A server may take 30 s to
-    // end, and its successor has to start.
+    // ms, from the first creation or the first failure: no attempt begins later. A server takes 22 s at
+    // the most to end, and its successor has to start.
     static constexpr XVUInt k_ulTotal = 40000;
     // ms, in the same way, for a program file that is not there: an update is exchanging it, or there is
     // none.

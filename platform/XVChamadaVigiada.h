@@ -11,10 +11,8 @@ using PXVFalha = void (*)(void* pDescricao);
 // Until this is called, and where the system has no such descriptions, faults are left to the system.
 void XVVigiaFalhas(PXVFalha pfnFalha);
 
-// From now on no call begins and none returns to its caller: whoever comes waits for the end of the process.
-void XVDetemChamadas();
-
-// Runs pfnChamada(pDados). C++ exceptions pass through.
+// Runs pfnChamada(pDados). C++ exceptions pass through. While the process stands still (XVDetencao) no call
+// begins and none returns.
 void XVExecutaVigiada(void (*pfnChamada)(void*), void* pDados);
 
 template <class TChamada>

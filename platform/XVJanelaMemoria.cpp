@@ -3,6 +3,8 @@
 #include <atomic>
 #include <cstring>
 
+#include "platform/XVDetencao.h"
+
 namespace {
 
 constexpr CXVErroArquivo k_erroOffset(ECausaArquivo::ePosicionamentoInvalido, 0);
@@ -17,6 +19,7 @@ CXVErroArquivo CXVJanelaMemoria::Grava(XVUInt64 uiOffset, const void* pDados, st
     if (!Cabe(uiOffset, uiTamanho, m_uiTamanho)) {
         return k_erroOffset;
     }
+    XVDetencao::Espera();
     if (uiTamanho > 0) {
         std::memcpy(m_pInicio + uiOffset, pDados, uiTamanho);
     }
@@ -27,6 +30,7 @@ CXVErroArquivo CXVJanelaMemoria::GravaPalavra(XVUInt64 uiOffset, XVUInt64 uiPala
     if (!CabePalavra(uiOffset, m_uiTamanho)) {
         return k_erroOffset;
     }
+    XVDetencao::Espera();
     XVUInt64& rPalavra = *reinterpret_cast<XVUInt64*>(m_pInicio + uiOffset);
     TPalavra(rPalavra).store(uiPalavra, std::memory_order_release);
     // Nor is what is written after it, through this window or another, seen by anyone before it.

@@ -37,8 +37,15 @@ HRESULT AchaPorNome(const std::wstring& sConta, SContaAchada* pConta) {
     if (::LookupAccountNameW(nullptr, sNome.c_str(), pConta->aSid.data(), &ulSid, szDominio, &ulDominio,
                              &eUso) == 0)
         return HRESULT_FROM_WIN32(::GetLastError());
+    // An account has more names than one (user@domain): the one that belongs behind its domain is asked for.
+    wchar_t szConta[256];
+    DWORD ulConta = 256;
+    ulDominio = 256;
+    if (::LookupAccountSidW(nullptr, pConta->aSid.data(), szConta, &ulConta, szDominio, &ulDominio, &eUso) ==
+        0)
+        return HRESULT_FROM_WIN32(::GetLastError());
     pConta->sDominio = szDominio;
-    pConta->sNome = sNome.substr(sNome.find(L'\\') + 1);
+    pConta->sNome = szConta;
     if (eUso == SidTypeDomain || eUso == SidTypeComputer) return HRESULT_FROM_WIN32(ERROR_NONE_MAPPED);
     return S_OK;
 }

@@ -41,10 +41,11 @@ bool CXVExclusividade::EstaTerminando() const {
     return m_hTerminando != nullptr && ::WaitForSingleObject(m_hTerminando, 0) == WAIT_OBJECT_0;
 }
 
-bool CXVExclusividade::Toma(DWORD ulSeAtende) {
+bool CXVExclusividade::Toma(DWORD ulSeAtende, HANDLE hDesiste) {
     if (m_hMutex == nullptr) return false;
     const ULONGLONG uiInicio = ::GetTickCount64();
     for (;;) {
+        if (hDesiste != nullptr && ::WaitForSingleObject(hDesiste, 0) == WAIT_OBJECT_0) return false;
         const DWORD ulEspera = ::WaitForSingleObject(m_hMutex, k_ulEntreOlhadas);
         m_bTomado = ulEspera == WAIT_OBJECT_0 || ulEspera == WAIT_ABANDONED;
         if (m_bTomado) {

@@ -16,8 +16,8 @@ class CXVExclusividade {
 
     // Waits as long as it takes for a server that is ending (k_ulEsperaFimDoAnterior at most), and for one
     // that serves ulSeAtende milliseconds. False: another one is there and stays. Of a server that was killed
-    // the mark is taken over at once.
-    bool Toma(DWORD ulSeAtende);
+    // the mark is taken over at once. hDesiste, where there is one: signalled, it ends the waiting (false).
+    bool Toma(DWORD ulSeAtende, HANDLE hDesiste = nullptr);
 
     // Who holds the mark says whether it is about to give it up.
     void AnunciaFim(bool bTermina);

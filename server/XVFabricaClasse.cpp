@@ -4,6 +4,14 @@
 
 namespace {
 
+// What the runtime of remote calls has done beside the methods of the component.
+template <class TCorpo>
+HRESULT NaFronteiraVigiada(const TCorpo& fnCorpo) {
+    HRESULT hr = E_FAIL;
+    XVExecutaVigiada([&] { hr = XVNaFronteira(fnCorpo); });
+    return hr;
+}
+
 // Keeps the process alive from before a component is built until after it is destroyed and its store is
 // closed. It is the first base class of the component that is served, and so constructed first and destroyed
 // last.
@@ -20,7 +28,7 @@ class CXVComponenteServido final : private CXVPresencaCliente, public CXVCR_Midd
   private:
     ~CXVComponenteServido() override {
         CXVVidaServidor::Get().Retira(this);
-        XVIgnora(XVNaFronteira([this] {
+        XVIgnora(NaFronteiraVigiada([this] {
             CXVVidaServidor::Get().GetLojas().Guarda(EntregaLogica());
             return S_OK;
         }));
@@ -42,7 +50,7 @@ HRESULT STDMETHODCALLTYPE CXVFabricaClasse::CreateInstance(IUnknown* pExterno, R
     if (ppvObject == nullptr) return E_POINTER;
     *ppvObject = nullptr;
     if (pExterno != nullptr) return CLASS_E_NOAGGREGATION;
-    return XVNaFronteira([&] {
+    return NaFronteiraVigiada([&] {
         CXVCR_Middleware* pComponente = new CXVComponenteServido;
         HRESULT hr = pComponente->GetResultadoConstrucao();
         if (SUCCEEDED(hr)) hr = pComponente->QueryInterface(riid, ppvObject);

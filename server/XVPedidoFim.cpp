@@ -30,7 +30,7 @@ std::wstring NomeDoPrograma() {
     return bLargo ? sNome : std::wstring();
 }
 
-// The other processes that run this program; only those that serve have the event.
+// The other processes that run this program; those that serve, or wait for their turn to, have the event.
 std::vector<DWORD> OutrosProcessos(const std::wstring& sPrograma) {
     std::vector<DWORD> lista;
     const HANDLE hFoto = ::CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0);
@@ -72,6 +72,14 @@ HANDLE XVCriaPedidoFim() {
     // The event of an earlier process of this number lives on while whoever ended that one still holds it.
     ::ResetEvent(hEvento);
     return hEvento;
+}
+
+std::string XVTextoDaParada(const SParada& rParada) {
+    constexpr const char* k_pszOutro = " O servidor de outro usuário continua em execução.";
+    if (rParada.uiTerminados == 0 && rParada.uiDeOutrosUsuarios == 0) return "nenhum servidor em execução.";
+    const std::string sTexto = rParada.uiTerminados != 0 ? "o servidor terminou."
+                                                         : "nenhum servidor que este usuário possa encerrar.";
+    return rParada.uiDeOutrosUsuarios != 0 ? sTexto + k_pszOutro : sTexto;
 }
 
 SParada XVParaServidores() {

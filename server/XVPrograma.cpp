@@ -47,10 +47,7 @@ int Relata(const SResultadoInscricao& rResultado) {
 int Para() {
     const SParada parada = XVParaServidores();
     if (FAILED(parada.hr)) return Relata(parada.hr, "terminar o servidor no tempo previsto");
-    std::string sLinha = parada.uiTerminados != 0 ? "XVCR_Middleware: o servidor terminou."
-                                                  : "XVCR_Middleware: nenhum servidor em execução.";
-    if (parada.uiDeOutrosUsuarios != 0) sLinha += " O servidor de outro usuário continua em execução.";
-    Escreve(STD_OUTPUT_HANDLE, (sLinha + "\n").c_str());
+    Escreve(STD_OUTPUT_HANDLE, ("XVCR_Middleware: " + XVTextoDaParada(parada) + "\n").c_str());
     return 0;
 }
 

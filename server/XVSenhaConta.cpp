@@ -2,8 +2,12 @@
 
 #include <ntsecapi.h>
 
+#include <algorithm>
+#include <string_view>
+
 #include "contract/XVCR_MiddlewareGuids.h"
 #include "platform/win32/XVTextoWindows.h"
+#include "support/trace/XVCheck.h"
 
 namespace {
 
@@ -40,6 +44,25 @@ class CXVAutoridade {
     HRESULT DaDireito(const std::vector<BYTE>& aSid) const {
         LSA_UNICODE_STRING direito = Texto(k_pszDireito);
         return DeStatus(::LsaAddAccountRights(m_hPolitica, const_cast<BYTE*>(aSid.data()), &direito, 1));
+    }
+    // Whether the account itself has the right, by no group. An account that has none at all is not known.
+    bool TemDireito(const std::vector<BYTE>& aSid) const {
+        LSA_UNICODE_STRING* pDireitos = nullptr;
+        ULONG ulDireitos = 0;
+        if (FAILED(DeStatus(::LsaEnumerateAccountRights(m_hPolitica, const_cast<BYTE*>(aSid.data()),
+                                                        &pDireitos, &ulDireitos))))
+            return false;
+        const bool bTem = std::any_of(pDireitos, pDireitos + ulDireitos, [](const LSA_UNICODE_STRING& r) {
+            const std::wstring_view sDireito(r.Buffer, r.Length / sizeof(wchar_t));
+            return sDireito == k_pszDireito;
+        });
+        ::LsaFreeMemory(pDireitos);
+        return bTem;
+    }
+    HRESULT TiraDireito(const std::vector<BYTE>& aSid) const {
+        LSA_UNICODE_STRING direito = Texto(k_pszDireito);
+        return DeStatus(
+            ::LsaRemoveAccountRights(m_hPolitica, const_cast<BYTE*>(aSid.data()), FALSE, &direito, 1));
     }
     HRESULT Guarda(const CXVSenha& rSenha) const {
         LSA_UNICODE_STRING nome = Texto(k_pszSegredo);
@@ -84,8 +107,13 @@ HRESULT XVGuardaSenhaDaConta(const std::vector<BYTE>& aSid, const std::wstring& 
                              const std::wstring& sNome, const CXVSenha& rSenha) {
     const CXVAutoridade autoridade;
     HRESULT hr = autoridade.GetResultado();
-    if (SUCCEEDED(hr)) hr = autoridade.DaDireito(aSid);
-    if (SUCCEEDED(hr)) hr = Experimenta(sDominio, sNome, rSenha);
+    if (FAILED(hr)) return hr;
+    const bool bTinha = autoridade.TemDireito(aSid);
+    hr = autoridade.DaDireito(aSid);
+    if (FAILED(hr)) return hr;
+    // Without the right the password cannot be tried; without the password the right is not wanted.
+    hr = Experimenta(sDominio, sNome, rSenha);
     if (SUCCEEDED(hr)) hr = autoridade.Guarda(rSenha);
+    if (FAILED(hr) && !bTinha) XVIgnora(autoridade.TiraDireito(aSid));
     return hr;
 }

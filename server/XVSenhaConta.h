@@ -26,6 +26,6 @@ class CXVSenha {
 
 // Gives the account the right to be logged on for a program, tries the password, and keeps it as the one with
 // which the system logs on the account of the component's application. aSid: the account's identifier;
-// sDominio and sNome: its name.
+// sDominio and sNome: its name. On failure the account has the rights that it had before.
 HRESULT XVGuardaSenhaDaConta(const std::vector<BYTE>& aSid, const std::wstring& sDominio,
                              const std::wstring& sNome, const CXVSenha& rSenha);

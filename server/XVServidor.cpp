@@ -7,6 +7,7 @@
 #include "server/XVExclusividade.h"
 #include "server/XVFabricaClasse.h"
 #include "server/XVJanelaSessao.h"
+#include "server/XVPrazoProcesso.h"
 #include "server/XVRuntimeChamadas.h"
 #include "server/XVSegurancaCom.h"
 #include "server/XVTemposFim.h"
@@ -59,23 +60,6 @@ void NaoEngoleExcecoes() {
     pOpcoes->Release();
 }
 
-DWORD WINAPI TerminaDepois(void* pTempo) {
-    ::Sleep(*static_cast<const DWORD*>(pTempo));
-    ::TerminateProcess(::GetCurrentProcess(), S_OK);
-    return 0;
-}
-
-// The process is gone when the time is over, wherever it is then. rulTempo is a constant. Nothing is lost by
-// it: the class is withdrawn, and an operation that is cut off is whole or absent at the store's next
-// opening. The runtime of remote calls waits for calls that are not over, and has been seen to wait for one
-// that was: nobody would be served any more, by this server or by the next.
-void LimitaFim(const DWORD& rulTempo) {
-    if (const HANDLE hThread =
-            ::CreateThread(nullptr, 0, TerminaDepois, const_cast<DWORD*>(&rulTempo), 0, nullptr);
-        hThread != nullptr)
-        ::CloseHandle(hThread);
-}
-
 void ProcessaMensagens() {
     MSG mensagem;
     while (::PeekMessageW(&mensagem, nullptr, 0, 0, PM_REMOVE) != FALSE) {
@@ -103,6 +87,8 @@ struct STempos {
 bool PodeTerminar(CXVExclusividade& rExclusividade, CXVInscricaoFabrica& rInscricao) {
     CXVVidaServidor& rVida = CXVVidaServidor::Get();
     rExclusividade.AnunciaFim(true);
+    // Who waits for this server's end, or for the class to be back, has no other limit.
+    const CXVPrazoProcesso prazo(k_ulFimMaximo);
     rVida.LargaProcesso();
     rInscricao.Revoga();
     if (!rVida.TemClientes()) return true;
@@ -139,16 +125,16 @@ void Atende(CXVExclusividade& rExclusividade, CXVInscricaoFabrica& rInscricao, b
 }  // namespace
 
 SFimServidor XVExecutaServidor(bool bAtivado) {
-    // This is the first step because a server that ran before may still be closing its stores: until it has
-    // ended, nothing in this process may open them.
+    // From here on the process can be asked to end: it may wait long for its turn.
+    CXVVidaServidor& rVida = CXVVidaServidor::Get();
+    // A server that ran before may still be closing its stores: until it has ended, nothing in this process
+    // may open them.
     CXVExclusividade exclusividade;
-    if (!exclusividade.Toma(bAtivado ? k_ulEsperaServidorQueAtende : 0)) {
+    if (!exclusividade.Toma(bAtivado ? k_ulEsperaServidorQueAtende : 0, rVida.GetEventoFim())) {
         // COM started this process although another server is running: the client is served by that one.
-        if (bAtivado) return {};
+        if (bAtivado || rVida.FimPedido()) return {};
         return {HRESULT_FROM_WIN32(ERROR_ALREADY_EXISTS), "iniciar o servidor: já há outro em execução"};
     }
-    // From here on the process can be asked to end.
-    CXVVidaServidor& rVida = CXVVidaServidor::Get();
     rVida.SetInatividade(LeTempo("InatividadeMaximaComponente", k_ulInatividadeMaxima));
     const CXVApartamento apartamento;
     if (FAILED(apartamento.GetResultado())) return {apartamento.GetResultado(), "iniciar o COM"};
@@ -167,9 +153,9 @@ SFimServidor XVExecutaServidor(bool bAtivado) {
     if (const HRESULT hr = inscricao.Retoma(); FAILED(hr)) return {hr, "abrir o servidor aos clientes"};
     Atende(exclusividade, inscricao, bAtivado);
     exclusividade.AnunciaFim(true);
-    LimitaFim(k_ulFimMaximo);
+    CXVPrazoProcesso::LimitaFim(k_ulFimMaximo);
     inscricao.Revoga();
     rVida.Encerra();
-    LimitaFim(k_ulFimDoCom);
+    CXVPrazoProcesso::LimitaFim(k_ulFimDoCom);
     return {};
 }

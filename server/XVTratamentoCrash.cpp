@@ -13,6 +13,7 @@
 
 #include "platform/XVBibliotecaDinamica.h"
 #include "platform/XVChamadaVigiada.h"
+#include "platform/XVDetencao.h"
 #include "platform/XVPlataforma.h"
 #include "platform/win32/XVTextoWindows.h"
 #include "server/XVExclusividade.h"
@@ -113,7 +114,7 @@ DWORD WINAPI Relata(void*) {
     DWORD ulTratando = 0;
     if (g_estado.ulThreadTratando.compare_exchange_strong(ulTratando, ulThread)) {
         // Nobody goes on with what the fault may have left in memory; and a next server waits for this end.
-        XVDetemChamadas();
+        XVDetencao::Detem();
         CXVExclusividade::AnunciaFimDoProcesso();
         g_estado.pExcecao = pExcecao;
         MontaCaminho();

@@ -37,6 +37,7 @@ class CXVVidaServidor {
     HANDLE GetEventoSemClientes() const { return m_hSemClientes; }
     HANDLE GetEventoFim() const { return m_hFim; }
     void PedeFim() { ::SetEvent(m_hFim); }
+    bool FimPedido() const { return ::WaitForSingleObject(m_hFim, 0) == WAIT_OBJECT_0; }
 
     // The list of live components. A component leaves the list as the first step of its destruction, so that
     // whoever holds the lock of the list never finds one that is half destroyed.

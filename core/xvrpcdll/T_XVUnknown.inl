@@ -1,9 +1,12 @@
 // Bodies of T_XVUnknown.
 
+// Whoever drops the last reference destroys the logic object, and with it closes the store: outside of every
+// call's frame, so the object brings a frame of its own.
 template <class TInterface, class TLogica>
 HRESULT T_XVUnknown<TInterface, TLogica>::ConstroiLogica() noexcept {
     return XVNaFronteira([this] {
-        TrocaLogica(std::make_shared<TLogica>());
+        const auto destroi = [](TLogica* pLogica) { XVExecutaVigiada([pLogica] { delete pLogica; }); };
+        TrocaLogica(std::shared_ptr<TLogica>(new TLogica, destroi));
         return S_OK;
     });
 }

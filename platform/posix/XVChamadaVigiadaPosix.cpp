@@ -2,7 +2,6 @@
 
 // Signals end the process by themselves.
 void XVVigiaFalhas(PXVFalha) {}
-void XVDetemChamadas() {}
 
 void XVExecutaVigiada(void (*pfnChamada)(void*), void* pDados) {
     pfnChamada(pDados);

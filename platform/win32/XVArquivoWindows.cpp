@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <limits>
 
+#include "platform/XVDetencao.h"
 #include "platform/win32/XVErroWindows.h"
 
 namespace {
@@ -56,6 +57,13 @@ class CXVTravaAnexacao {
 
 }  // namespace
 
+// A file that is let go of is another process's to open, beside what this one still holds of its store.
+CXVArquivoWindows::~CXVArquivoWindows() {
+    if (m_eAcesso != EAcessoArquivo::eLeitura) {
+        XVDetencao::Espera();
+    }
+}
+
 CXVErroArquivo CXVArquivoWindows::Le(XVUInt64 uiOffset, void* pDados, std::size_t uiTamanho) {
     if (m_eAcesso == EAcessoArquivo::eAnexacao) {
         return k_erroAcesso;
@@ -94,6 +102,7 @@ CXVErroArquivo CXVArquivoWindows::Grava(XVUInt64 uiOffset, const void* pDados, s
 CXVErroArquivo CXVArquivoWindows::GravaEm(XVUInt64 uiOffset, const void* pDados, std::size_t uiTamanho) {
     const std::byte* pOrigem = static_cast<const std::byte*>(pDados);
     while (uiTamanho > 0) {
+        XVDetencao::Espera();
         OVERLAPPED posicao = PosicaoDe(uiOffset);
         DWORD ulGravados = 0;
         if (!WriteFile(m_handle.Get(), pOrigem, ParteDe(uiTamanho), &ulGravados, &posicao)) {
@@ -126,6 +135,7 @@ CXVErroArquivo CXVArquivoWindows::SetTamanho(XVUInt64 uiTamanho) {
     if (!CabeNoArquivo(uiTamanho, 0)) {
         return k_erroOffset;
     }
+    XVDetencao::Espera();
     FILE_END_OF_FILE_INFO fim{};
     fim.EndOfFile.QuadPart = static_cast<LONGLONG>(uiTamanho);
     if (!SetFileInformationByHandle(m_handle.Get(), FileEndOfFileInfo, &fim, sizeof(fim))) {

@@ -9,6 +9,9 @@ class CXVArquivoWindows final : public IXVArquivo {
   public:
     CXVArquivoWindows(CXVHandleArquivo&& rHandle, EAcessoArquivo eAcesso)
         : m_handle(std::move(rHandle)), m_eAcesso(eAcesso) {}
+    ~CXVArquivoWindows() override;
+    CXVArquivoWindows(const CXVArquivoWindows&) = delete;
+    CXVArquivoWindows& operator=(const CXVArquivoWindows&) = delete;
 
     CXVErroArquivo Le(XVUInt64 uiOffset, void* pDados, std::size_t uiTamanho) override;
     CXVErroArquivo Grava(XVUInt64 uiOffset, const void* pDados, std::size_t uiTamanho) override;

@@ -3,15 +3,11 @@
 #include <atomic>
 
 #include "platform/XVChamadaVigiada.h"
+#include "platform/XVDetencao.h"
 
 namespace {
 
 std::atomic<PXVFalha> g_pfnFalha = nullptr;
-std::atomic<bool> g_bDetidas = false;
-
-void EsperaSeDetidas() {
-    while (g_bDetidas.load(std::memory_order_relaxed)) ::Sleep(INFINITE);
-}
 
 // Errors and warnings of the system, and exceptions of other compilers' run times, which nothing in this
 // program can catch. The exceptions of its own run time are of another class and pass.
@@ -30,10 +26,6 @@ void Relata(EXCEPTION_RECORD* pRegistro, CONTEXT* pContexto) {
 
 void XVVigiaFalhas(PXVFalha pfnFalha) {
     g_pfnFalha = pfnFalha;
-}
-
-void XVDetemChamadas() {
-    g_bDetidas = true;
 }
 
 #if defined(_MSC_VER)
@@ -79,7 +71,7 @@ __asm__(
 #endif
 
 void XVExecutaVigiada(void (*pfnChamada)(void*), void* pDados) {
-    EsperaSeDetidas();
+    XVDetencao::Espera();
     ExecutaQuadroVigiado(pfnChamada, pDados);
-    EsperaSeDetidas();
+    XVDetencao::Espera();
 }

@@ -1,6 +1,7 @@
 // Directories: listing, looking a name up without regard to case, creating, marking.
 #include "platform/XVCaminho.h"
 #include "platform/XVCriaDiretorios.h"
+#include "platform/XVDetencao.h"
 #include "platform/XVMascara.h"
 #include "platform/win32/XVBuscaWindows.h"
 #include "platform/win32/XVCaminhoWindows.h"
@@ -14,6 +15,7 @@ namespace {
 CXVErroArquivo CriaUm(const std::string& sDiretorio) {
     std::wstring sLargo;
     const CXVErroArquivo erro = XVCaminhoWindows::Converte(sDiretorio, sLargo);
+    XVDetencao::Espera();
     if (!erro.Ok() || CreateDirectoryW(sLargo.c_str(), nullptr)) {
         return erro;
     }
@@ -34,6 +36,9 @@ CXVErroArquivo CriaUm(const std::string& sDiretorio) {
 class CXVMarcaDiretorioWindows final : public IXVMarcaDiretorio {
   public:
     explicit CXVMarcaDiretorioWindows(CXVHandleArquivo&& rHandle) : m_handle(std::move(rHandle)) {}
+    ~CXVMarcaDiretorioWindows() override { XVDetencao::Espera(); }
+    CXVMarcaDiretorioWindows(const CXVMarcaDiretorioWindows&) = delete;
+    CXVMarcaDiretorioWindows& operator=(const CXVMarcaDiretorioWindows&) = delete;
 
   private:
     CXVHandleArquivo m_handle;
@@ -122,6 +127,7 @@ CXVErroArquivo CXVSistemaArquivosWindows::MarcaDiretorio(const std::string& sDir
     if (!erro.Ok()) {
         return erro;
     }
+    XVDetencao::Espera();
     CXVHandleArquivo handle(CreateFileW(sLargo.c_str(), GENERIC_READ | GENERIC_WRITE | DELETE, 0, nullptr,
                                         OPEN_ALWAYS, FILE_ATTRIBUTE_TEMPORARY | FILE_FLAG_DELETE_ON_CLOSE,
                                         nullptr));

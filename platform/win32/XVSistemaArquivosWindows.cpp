@@ -1,6 +1,7 @@
 #include "platform/win32/XVSistemaArquivosWindows.h"
 
 #include "platform/XVCaminho.h"
+#include "platform/XVDetencao.h"
 #include "platform/XVPlataforma.h"
 #include "platform/win32/XVArquivoWindows.h"
 #include "platform/win32/XVBuscaWindows.h"
@@ -95,6 +96,7 @@ CXVErroArquivo CXVSistemaArquivosWindows::Abre(const std::string& sCaminho, cons
         handle = AbreHandle(sLargo, rAbertura, 0);
         erro = handle.EhValido() ? CXVErroArquivo() : XVErroWindows::DeUltimo();
     } else {
+        XVDetencao::Espera();
         erro = AbreSemElo(sLargo, rAbertura, handle);
     }
     if (!erro.Ok()) {

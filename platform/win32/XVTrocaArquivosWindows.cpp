@@ -1,4 +1,5 @@
 // Deleting and replacing files of which nobody holds an opening.
+#include "platform/XVDetencao.h"
 #include "platform/win32/XVBuscaWindows.h"
 #include "platform/win32/XVCaminhoWindows.h"
 #include "platform/win32/XVErroWindows.h"
@@ -57,6 +58,7 @@ CXVErroArquivo CXVSistemaArquivosWindows::Apaga(const std::string& sCaminho) {
     if ((ulAtributos & FILE_ATTRIBUTE_READONLY) != 0) {
         return XVErroWindows::De(ERROR_ACCESS_DENIED);
     }
+    XVDetencao::Espera();
     return DeleteFileW(sLargo.c_str()) ? CXVErroArquivo() : XVErroWindows::DeUltimo();
 }
 
@@ -88,6 +90,7 @@ CXVErroArquivo CXVSistemaArquivosWindows::Substitui(const std::string& sOrigem, 
             return erro;
         }
     }
+    XVDetencao::Espera();
     if (!MoveFileExW(sLargoOrigem.c_str(), sLargoDestino.c_str(),
                      MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH)) {
         return ErroDaTroca(GetLastError(), sLargoDestino);

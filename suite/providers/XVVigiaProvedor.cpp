@@ -71,9 +71,10 @@ HRESULT CXVVigiaProvedor::Chama(const std::shared_ptr<CXVChamadaProvedor>& rpCha
     rpChamada->m_eSistema = m_eSistema;
     rpChamada->m_puiPresas = m_puiPresas;
     if (XVFiosDeChamada::Entrega(rpChamada)) return Espera(*rpChamada, limite);
-    XVProfiler::RecordError(&rpChamada->m_dono, "CXVVigiaProvedor::Chama", k_pszFonte, __LINE__,
-                            "Provedor do sistema %u não foi chamado (%s): o sistema não cede mais um fio",
-                            static_cast<unsigned>(m_eSistema), rpChamada->m_pszFuncao);
+    XVProfiler::RecordError(
+        &rpChamada->m_dono, "CXVVigiaProvedor::Chama", k_pszFonte, __LINE__,
+        "Provedor do sistema %u não foi chamado (%s): não foi possível criar outra thread",
+        static_cast<unsigned>(m_eSistema), rpChamada->m_pszFuncao);
     return E_XVCR_PROVEDOR_SUSPENSO;
 }
 

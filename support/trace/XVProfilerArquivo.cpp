@@ -5,6 +5,7 @@
 #include <memory>
 #include <mutex>
 
+#include "platform/XVDetencao.h"
 #include "platform/XVPlataforma.h"
 #include "support/XVAmbiente.h"
 
@@ -83,6 +84,7 @@ EAnexo Anexa(const std::string& sCaminho, std::string_view sCabecalho, std::stri
     if (sCaminho.empty()) return EAnexo::ePerdida;
     // The attempts are there for other processes; the threads of this one wait for each other.
     static std::mutex& s_rMutex = *new std::mutex;
+    const XVDetencao::CIsencao isencao;
     const std::lock_guard trava(s_rMutex);
     std::unique_ptr<IXVArquivo> pArquivo;
     const CXVErroArquivo erro = AbreParaAnexar(sCaminho, pArquivo);

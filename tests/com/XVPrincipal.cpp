@@ -5,6 +5,7 @@
 #include <stdexcept>
 
 #include "client/XVCliente.h"
+#include "server/XVPrazoProcesso.h"
 #include "server/XVTratamentoCrash.h"
 #include "tests/com/XVAmbienteCom.h"
 
@@ -58,15 +59,27 @@ int Termina(const std::wstring& sDiretorio) {
     throw std::runtime_error("ninguém trata");
 }
 
+// One limit that is kept, and one that is not.
+int Atrasa(DWORD ulTempo) {
+    { const CXVPrazoProcesso prazo(ulTempo); }
+    ::Sleep(2 * ulTempo);
+    std::cout << "cumprido" << std::endl;
+    CXVPrazoProcesso::LimitaFim(ulTempo);
+    ::Sleep(20 * ulTempo);
+    return 1;
+}
+
 // What this program does when a test starts it again as a client process ("--filho <mode> ..."): "grava
 // <company> <n> <user>" records and reads back n integrations; "espera <company>" initialises, says so in one
 // line and sleeps; "chama <company>" initialises and records large texts for ever, one line
 // after each; "crash <directory> <0|1>" faults under the crash handler, with or without minidump; "termina
-// <directory>" ends by an exception that nobody catches. The exit code is 0 on success.
+// <directory>" ends by an exception that nobody catches; "prazo <ms>" is late.
+// The exit code is 0 on success.
 int ExecutaFilho(const std::vector<std::string>& a) {
     const std::string& sModo = a.at(0);
     if (sModo == "crash") return Quebra(std::filesystem::path(a.at(1)).wstring(), a.at(2) == "1");
     if (sModo == "termina") return Termina(std::filesystem::path(a.at(1)).wstring());
+    if (sModo == "prazo") return Atrasa(std::stoul(a.at(1)));
     if (sModo == "grava") return Grava(a.at(1), std::stoi(a.at(2)), std::stoi(a.at(3)));
     if (sModo == "espera" || sModo == "chama") return Prende(a.at(1), sModo == "chama");
     return 2;

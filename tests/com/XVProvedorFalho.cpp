@@ -22,6 +22,30 @@ int Afunda(volatile char* pAnterior) {
     return g_bAfunda ? Afunda(acQuadro) + acQuadro[0] : 0;
 }
 
+BOOL WINAPI QuebraAoApagar(LPCWSTR) {
+    *static_cast<volatile int*>(g_pNulo) = 1;
+    return FALSE;
+}
+
+// The program's way to the system's function leads here from now on: closing a store deletes its journal.
+void QuebraOFechamento() {
+    auto* pBase = reinterpret_cast<BYTE*>(::GetModuleHandleW(nullptr));
+    const auto* pNt = reinterpret_cast<const IMAGE_NT_HEADERS*>(
+        pBase + reinterpret_cast<const IMAGE_DOS_HEADER*>(pBase)->e_lfanew);
+    const DWORD ulImportadas = pNt->OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_IMPORT].VirtualAddress;
+    const auto uiProcurada =
+        reinterpret_cast<ULONGLONG>(::GetProcAddress(::GetModuleHandleW(L"kernel32.dll"), "DeleteFileW"));
+    for (auto* p = reinterpret_cast<const IMAGE_IMPORT_DESCRIPTOR*>(pBase + ulImportadas); p->Name != 0; ++p)
+        for (auto* puiFuncao = reinterpret_cast<ULONGLONG*>(pBase + p->FirstThunk); *puiFuncao != 0;
+             ++puiFuncao) {
+            DWORD ulAntes = 0;
+            if (*puiFuncao != uiProcurada ||
+                ::VirtualProtect(puiFuncao, sizeof(*puiFuncao), PAGE_READWRITE, &ulAntes) == 0)
+                continue;
+            *puiFuncao = reinterpret_cast<ULONGLONG>(&QuebraAoApagar);
+        }
+}
+
 // Tells the test that the call is inside, and stays there for longer than any end takes.
 void Demora() {
     if (const HANDLE hDentro = ::OpenEventW(EVENT_MODIFY_STATE, FALSE, L"Local\\XVProvedorFalho");
@@ -37,6 +61,7 @@ void Falha(std::string_view sFalha) {
     if (sFalha == "abort") std::abort();
     if (sFalha == "terminate") std::terminate();
     if (sFalha == "demora") Demora();
+    if (sFalha == "fechamento") QuebraOFechamento();
     if (sFalha == "pilha") {
         volatile char cFundo = 0;
         Afunda(&cFundo);
@@ -59,6 +84,14 @@ std::int32_t Consulta(void*, const XVProvedorDono*, const XVProvedorConsulta* pC
 extern "C" {
 
 __declspec(dllexport) std::int32_t XVProvedorObtem(std::uint32_t ulVersao, XVProvedorTabela* pTabela);
+
+// In the place of the system's library: a report that takes longer than a store is kept, and is none.
+__declspec(dllexport) BOOL WINAPI MiniDumpWriteDump(HANDLE, DWORD, HANDLE, int, void*, void*, void*);
+
+BOOL WINAPI MiniDumpWriteDump(HANDLE, DWORD, HANDLE, int, void*, void*, void*) {
+    ::Sleep(7000);
+    return FALSE;
+}
 
 std::int32_t XVProvedorObtem(std::uint32_t ulVersao, XVProvedorTabela* pTabela) {
     *pTabela = {};

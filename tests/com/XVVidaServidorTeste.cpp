@@ -3,6 +3,7 @@
 
 #include "server/XVExclusividade.h"
 #include "server/XVFabricaClasse.h"
+#include "server/XVPedidoFim.h"
 #include "tests/com/XVAmbienteCom.h"
 #include "tests/com/XVServidores.h"
 #include "tests/harness/XVGuardasPlataforma.h"
@@ -29,9 +30,16 @@ bool LojaAberta(const std::string& sEmpresa) {
     return false;
 }
 
-bool EsperaLojaFechada(const std::string& sEmpresa) {
-    for (int i = 0; i < 160 && LojaAberta(sEmpresa); ++i) ::Sleep(50);
-    return !LojaAberta(sEmpresa);
+// Milliseconds from uiDesde to the last look that found the store open: on a busy machine it may have closed
+// long before the next look.
+ULONGLONG AbertaAte(const std::string& sEmpresa, ULONGLONG uiDesde) {
+    ULONGLONG uiAte = 0;
+    for (;;) {
+        const ULONGLONG uiOlhada = ::GetTickCount64() - uiDesde;
+        if (uiOlhada > 20000 || !LojaAberta(sEmpresa)) return uiAte;
+        uiAte = uiOlhada;
+        ::Sleep(10);
+    }
 }
 
 }  // namespace
@@ -44,7 +52,9 @@ TEST(VidaServidor, FicaDepoisDoUltimoClienteComALojaFechadaEStopOEncerra) {
     ASSERT_EQ(listaServidor.size(), 1U);
     EXPECT_TRUE(LojaAberta(sEmpresa));  // for a client that comes back at once
     EXPECT_EQ(Grava(sEmpresa), listaServidor);
-    EXPECT_TRUE(EsperaLojaFechada(sEmpresa));
+    // Another program waits 5 s for the store at the most.
+    EXPECT_LT(AbertaAte(sEmpresa, ::GetTickCount64()), 5000U);
+    EXPECT_FALSE(LojaAberta(sEmpresa));
     EXPECT_EQ(XVServidores::Lista(), listaServidor);
     // A client that comes later is served by it, and the end closes what is still kept.
     EXPECT_EQ(Grava(sEmpresa), listaServidor);
@@ -84,6 +94,38 @@ TEST(VidaServidor, QuemTerminaEEsperadoEQuemAtendeNao) {
     for (int i = 0; i < 500 && CXVExclusividade().Toma(0); ++i) ::Sleep(20);
     EXPECT_EQ(XVServidores::Executa({"/Stop"}).iSaida, 0);
     EXPECT_EQ(sucessor.EsperaFim(), 0);
+}
+
+// One that waits for its turn serves nobody yet, and would serve the moment after.
+TEST(VidaServidor, StopEncerraTambemQuemEsperaAVez) {
+    ASSERT_TRUE(XVServidores::Espera(0));
+    CXVExclusividade marca;
+    ASSERT_TRUE(marca.Toma(0));
+    marca.AnunciaFim(true);
+    CXVProcessoFilho sucessor(XVServidores::Programa(), {});
+    ::Sleep(2000);  // until it waits
+    const ULONGLONG uiInicio = ::GetTickCount64();
+    const SExecucao parada = XVServidores::Executa({"/Stop"});
+    EXPECT_LT(::GetTickCount64() - uiInicio, 15000U) << "not when its waiting is over by itself";
+    EXPECT_EQ(parada.iSaida, 0);
+    EXPECT_NE(parada.sSaida.find("o servidor terminou"), std::string::npos) << parada.sSaida;
+    EXPECT_EQ(XVServidores::Lista(), std::vector<DWORD>{});
+    EXPECT_EQ(sucessor.EsperaFim(), 0);
+}
+
+TEST(VidaServidor, StopNaoNegaOServidorQueNaoPodeEncerrar) {
+    const std::string sOutro = " O servidor de outro usuário continua em execução.";
+    EXPECT_EQ(XVTextoDaParada({}), "nenhum servidor em execução.");
+    EXPECT_EQ(XVTextoDaParada({.uiTerminados = 2}), "o servidor terminou.");
+    EXPECT_EQ(XVTextoDaParada({.uiTerminados = 1, .uiDeOutrosUsuarios = 1}), "o servidor terminou." + sOutro);
+    EXPECT_EQ(XVTextoDaParada({.uiDeOutrosUsuarios = 1}),
+              "nenhum servidor que este usuário possa encerrar." + sOutro);
+}
+
+TEST(VidaServidor, PrazoCumpridoDeixaOProcessoEPassadoOEncerra) {
+    const SExecucao execucao = XVExecuta(XVProgramaVizinho("xv_teste_com"), {"--filho", "prazo", "300"});
+    EXPECT_EQ(execucao.iSaida, 0);
+    EXPECT_TRUE(execucao.sSaida.starts_with("cumprido")) << execucao.sSaida << execucao.sErro;
 }
 
 // In this process: not every system brings a client's lock to the server.
