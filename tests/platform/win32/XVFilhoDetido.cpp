@@ -69,12 +69,13 @@ int main(int, char** apszArgumentos) {
     static std::mutex s_mutex;
     static std::string s_sFeitas;
     if (std::string(apszArgumentos[2]) == "1") XVDetencao::Detem();
+    static std::vector<std::thread> s_threads;  // neither waited for nor let go of
     for (const SMudanca& rMudanca : s_lista)
-        std::thread([&rMudanca] {
+        s_threads.emplace_back([&rMudanca] {
             const bool bFez = rMudanca.fnFaz().Ok();
             const std::lock_guard trava(s_mutex);
             s_sFeitas += std::string(bFez ? "" : "!") + rMudanca.pszNome + " ";
-        }).detach();
+        });
     ::Sleep(1000);
     {
         const XVDetencao::CIsencao isencao;
