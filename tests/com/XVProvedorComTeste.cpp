@@ -113,6 +113,8 @@ TEST_F(CXVProvedorCom, ExemploPresoEFaltaPeloServidor) {
     SetEspera(60);  // the report takes longer than a second
     hr = Troca(cliente, OfficialBank, 1);
     EXPECT_TRUE(XVCliente::ServidorFoiEmbora(hr)) << std::hex << hr;
+    std::vector<REG_XVDMC> gravadas;
+    EXPECT_TRUE(FAILED(cliente.UltimasGravadas(&gravadas))) << "nobody is left who knows";
     EXPECT_EQ(static_cast<unsigned>(m_Servidor->EsperaFim()), 0xC0000005U);
     unsigned uiRelatorios = 0;
     for (const auto& rEntrada : fs::directory_iterator(DiretorioModulo()))
