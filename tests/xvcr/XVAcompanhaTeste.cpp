@@ -207,9 +207,8 @@ TEST_F(Acompanha, SegueMuitasEmpresasEUmaQueFalhaNaoPrendeAsOutras) {
         bDentro = false;
     });
     const auto executa = [&](const std::string& sPalavras) {
-        TArgumentos listaTudo = XVPalavras("acompanha " + sPalavras);
-        listaTudo.insert(listaTudo.end(), {"--diretorio", m_Diretorio.GetCaminho()});
-        return XVExecutaAqui(listaTudo);
+        return XVExecutaAqui(
+            XVPalavras("acompanha " + sPalavras + " --diretorio " + m_Diretorio.GetCaminho()));
     };
     const SExecucao execucao = executa("--todas --desde-o-inicio --por 12");
     EXPECT_EQ(mapAntes, Retrato());

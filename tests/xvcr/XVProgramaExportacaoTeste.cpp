@@ -265,29 +265,4 @@ TEST_F(ProgramaExportacao, IntegracaoDanificadaEDitaEGuardaOSeuLugar) {
     EXPECT_THAT(Outra("grava --status Erro").sSaida, HasSubstr(sUm.substr(0, 9) + "3-1"));
 }
 
-TEST_F(ProgramaExportacao, TabelasParaAnalise) {
-    m_Diretorio.CriaArquivo("cru", "\xff\xfe");
-    Grava("grava --sistema Mercos --status Erro --chave 18446744073709551615 --mensagem",
-          {"diz \"oi\", d'água\r\n; \\", "--json-retorno", "@" + m_Diretorio.Junta("cru"), "--inclusao",
-           "2020-01-02T03:04:05Z"});
-    const std::string sCsv = Xvcr("exporta --csv").sSaida;
-    const std::string sDmc = Json("busca").at(0).value("sDmc", "");
-    EXPECT_THAT(sCsv,
-                EndsWith("base64\r\n,\"diz \"\"oi\"\", d'água\r\n; \\\",//4=," + sDmc +
-                         ",,,2020-01-02T03:04:05Z,,18446744073709551615,0,0,NenhumaIntegracao,Erro,Mercos,"
-                         "TipoTransacaoNenhum,0,0,0,0,0,0,regJSONRetornoIntegracao\r\n"));
-    EXPECT_THAT(Xvcr("exporta --csv --sem-textos").sSaida,
-                EndsWith("base64\r\n" +
-                         sCsv.substr(sCsv.find(sDmc), sCsv.rfind("regJSON") - sCsv.find(sDmc)) + "\r\n"));
-    const std::string sSql = Xvcr("exporta --sql").sSaida;
-    EXPECT_THAT(sSql, HasSubstr("VALUES(NULL,replace('diz \"oi\", d''água{"));
-    EXPECT_THAT(sSql, HasSubstr("}; \\','{"));
-    EXPECT_THAT(sSql, HasSubstr("}','\r'||'\n'),'//4=','" + sDmc + "',NULL,NULL,'2020-"));
-    EXPECT_THAT(sSql, testing::Not(HasSubstr("\r\n"))) << "sqlite3 would make it a line feed";
-    EXPECT_EQ(Xvcr("exporta --csv --ate 2020-01-01").sSaida, sCsv.substr(0, sCsv.find('\n') + 1));
-    for (const char* pszErrada : {"exporta --por-dia", "exporta --csv --sql", "exporta --sem-textos",
-                                  "exporta --desde 2020-01-02 --ate 2020-01-01"})
-        EXPECT_EQ(Xvcr(pszErrada).iSaida, 2) << pszErrada;
-}
-
 }  // namespace

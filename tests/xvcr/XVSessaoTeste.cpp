@@ -161,7 +161,8 @@ TEST_P(Sessao, RespondeCadaByte) {
     EXPECT_EQ(sNova, sEsperada);
 }
 
-INSTANTIATE_TEST_SUITE_P(Todas, Sessao, testing::Values("consulta", "carga", "transporte", "danos", "resumo"),
+INSTANTIATE_TEST_SUITE_P(Todas, Sessao,
+                         testing::Values("consulta", "acompanha", "carga", "transporte", "danos", "resumo"),
                          [](const auto& r) { return std::string(r.param); });
 
 }  // namespace
