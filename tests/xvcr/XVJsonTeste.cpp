@@ -102,6 +102,26 @@ TEST(LinhaJson, RecusaOQueNaoEUmObjetoEDizOByte) {
     EXPECT_EQ(listaMembros[2].GetTexto(), "\\\"/\b\xF0\x9F\x98\x80\xE2\x82\xAC");
 }
 
+TEST(LinhaJson, CadaEscapeECadaNumeroNoLimite) {
+    std::vector<SMembroJson> listaMembros;
+    ASSERT_EQ(XVSeparaMembros(
+                  R"({"a":"\"\\\/\b\f\n\r\t\u0041\u007f\u0080\u07ff\u0800\uffff\ud800\udc00\udbff\udfff"})",
+                  &listaMembros),
+              "");
+    EXPECT_EQ(listaMembros.at(0).GetTexto(),
+              "\"\\/\b\f\n\r\tA\x7f\xC2\x80\xDF\xBF\xE0\xA0\x80\xEF\xBF\xBF\xF0\x90\x80\x80\xF4\x8F\xBF\xBF");
+    for (const char* pszNumero : {"0", "-0", "10", "1.05", "1e308", "1E-5", "-1.5e+3"})
+        EXPECT_EQ(XVSeparaMembros(std::string("{\"a\":") + pszNumero + '}', &listaMembros), "") << pszNumero;
+    for (const auto& [cDigito, pszErro] :
+         {std::pair{'1', "JSON com um número fora da faixa"}, {'0', "JSON inválido no byte 7"}})
+        EXPECT_EQ(XVSeparaMembros("{\"a\":" + std::string(310, cDigito) + '}', &listaMembros), pszErro);
+    std::string sMembros = "{\"m0\":0";
+    for (int i = 1; i < 256; ++i) sMembros += ",\"m" + std::to_string(i) + "\":1";
+    EXPECT_EQ(XVSeparaMembros(sMembros + "}", &listaMembros), "");
+    EXPECT_EQ(listaMembros.size(), 256U);
+    EXPECT_EQ(XVSeparaMembros(sMembros + ",\"x\":1}", &listaMembros), "campos demais");
+}
+
 TEST(LinhaJson, AninhamentoFundoNaoEsgotaAPilha) {
     const std::string sFundo = std::string(1000000, '[') + std::string(1000000, ']');
     CXVDadosCR_IntegracaoMiddleware dados;

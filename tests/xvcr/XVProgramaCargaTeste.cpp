@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 
+#include "support/codes/XVCodigos.h"
 #include "tests/harness/XVGuardasPlataforma.h"
 #include "tests/harness/XVSistemaArquivosFalhas.h"
 #include "tests/xvcr/XVPrograma.h"
@@ -67,28 +68,6 @@ TEST_F(ProgramaCarga, ContinuaDepoisDoErroEDizOQueHouveComCadaLinha) {
     EXPECT_THAT(listaLinhas[5].value("erro", ""), testing::StartsWith("0x810809D9 E_XVCR_TENTATIVA_LER"));
     listaLinhas[5].erase("erro");
     EXPECT_EQ(listaLinhas, esperadas);
-}
-
-TEST_F(ProgramaCarga, LimiteDaLinhaEEntradasVazias) {
-    const std::string sLinha = R"({"regRegistroJSON":"12345678"})";
-    const std::string sLimite = std::to_string(sLinha.size());
-    const SExecucao execucao =
-        Xvcr("carrega - --continua --linha-maxima " + sLimite, {}, sLinha + "\n" + sLinha + " \n \n");
-    EXPECT_EQ(execucao.iSaida, 1);
-    EXPECT_EQ(execucao.sErro, "xvcr: linha 2: mais de " + sLimite + " bytes\n");
-    EXPECT_THAT(execucao.sSaida, HasSubstr("2 lidas, 1 gravadas, 1 com erro\n"));
-    const SExecucao vazia = Xvcr("carrega - --progresso");
-    EXPECT_EQ(vazia.iSaida, 0);
-    EXPECT_EQ(vazia.sSaida, "0 lidas, 0 gravadas, 0 com erro\n");
-    EXPECT_EQ(Xvcr("carrega", {m_Diretorio.Junta("não há")}).iSaida, 1);
-    const std::string sStatus = R"({"operacao":"status","sDmc":")" + Json("busca").at(0).value("sDmc", "") +
-                                R"(","eStatusIntegracao":1})";
-    EXPECT_THAT(Xvcr("carrega -", {}, sStatus).sSaida, HasSubstr(" status gravado\n1 lidas, 1 gravadas"));
-    const std::string sDuasVezes =
-        sStatus.substr(0, sStatus.size() - 1) + R"(,"eSistemaIntegracao":"Mercos"})";
-    EXPECT_EQ(
-        Xvcr("carrega -", {}, sDuasVezes).sErro,
-        "xvcr: linha 1, campo \"eSistemaIntegracao\": não vale junto com o DMC, que já diz a integração\n");
 }
 
 // The writer waits for the answer to each line, and does not end its lines when the load ends at one.
@@ -166,6 +145,25 @@ TEST_F(ProgramaCargaAqui, ContinuaNaoPassaDoDiscoCheio) {
     EXPECT_EQ(cheio.iSaida, 1);
     EXPECT_THAT(cheio.sSaida, testing::EndsWith("\n2 lidas, 0 gravadas, 2 com erro\n"));
     EXPECT_THAT(cheio.sErro, HasSubstr("linha 2: 0x80043F08 "));
+}
+
+TEST(Carga, QuaisFalhasAsLinhasSeguintesNaoEncontrariam) {
+    const auto daLinha = [](HRESULT hr, SResultadoLinha::EOperacao eOperacao, XVUInt64 uiDmc) {
+        return CXVCarga::EhDaLinha(
+            {.eOperacao = eOperacao, .hr = hr, .regDmc = {uiDmc}, .sCampo = {}, .sErro = {}});
+    };
+    using enum SResultadoLinha::EOperacao;
+    for (const HRESULT hr :
+         {S_OK, E_INVALIDARG, E_XVCR_POSICAO_DE_INDEXACAO_INVALIDA, E_XVCR_TENTATIVA_LER_POSICAO_ZERO,
+          E_XVCR_TENTATIVA_GRAVACAO_INTEGRACAO_COM_CHAVE_SISTEMA_TERCEIRO_ZERADA,
+          E_XVCR_INDEXACAO_CHAVE_INTEGRACAO_SISTEMA_TERCEIRO_ZERADA})
+        EXPECT_TRUE(daLinha(hr, eIntegracao, 0)) << hr;
+    for (const HRESULT hr :
+         {E_XVCR_COMPONENTE_NAO_INICIALIZADO, E_XVCR_PARAMETRO_INVALIDO_RUNTIME, eDiskFull, E_OUTOFMEMORY})
+        EXPECT_FALSE(daLinha(hr, eStatus, 1)) << hr;
+    EXPECT_TRUE(daLinha(E_XVCR_TAMANHO_ARQUIVO_NAO_CONFERE, eStatus, 0)) << "of one day";
+    EXPECT_TRUE(daLinha(E_XVCR_TAMANHO_ARQUIVO_NAO_CONFERE, eIntegracao, 1U << 14));
+    EXPECT_FALSE(daLinha(E_XVCR_TAMANHO_ARQUIVO_NAO_CONFERE, eIntegracao, 0)) << "today's, for all new ones";
 }
 
 TEST(ProgressoCarga, TaxaETempoQueFalta) {

@@ -1,4 +1,4 @@
-// verifica, recupera and copia as a person or a program uses them.
+// verifica and recupera as a person or a program uses them.
 #include <gmock/gmock.h>
 
 #include <filesystem>
@@ -76,37 +76,6 @@ TEST_F(ProgramaVerificacao, NomeDanificadoNaListaEBaseDeOutraVersao) {
     std::string sVersao = m_Diretorio.LeConteudo("001/DF/CRMIDDLEWAREVS.dat").value_or("");
     m_Diretorio.CriaArquivo("001/DF/CRMIDDLEWAREVS.dat", sVersao.replace(240, 1, "\6"));
     EXPECT_THAT(Xvcr("verifica").sSaida, StartsWith("Empresa 001: a base é de outra versão, e as "));
-}
-
-TEST_F(ProgramaVerificacao, CopiaSoParaOndeNadaSePerde) {
-    const std::string sDmc = Grava("grava --status Pendente --json-enviado {\"n\":1}");
-    const std::string sCopias = m_Diretorio.Junta("copias");
-    const auto primeira = Json("copia", {sCopias}).at(0);
-    EXPECT_EQ(primeira["integracoes"], 1);
-    EXPECT_EQ(primeira["integra"], true);
-    EXPECT_EQ(primeira["bytesIguais"], 0);
-    EXPECT_GT(primeira["bytesCopiados"], 4 * 240);
-    // The copy is sealed: what its disk changes is found when it is repeated.
-    const std::string sArquivo = "copias/001/DF/CRINTEGMIDJSON" + sDmc.substr(0, 8) + ".dat";
-    std::string sBytes = m_Diretorio.LeConteudo(sArquivo).value_or("");
-    sBytes.back() ^= 1;
-    m_Diretorio.CriaArquivo(sArquivo, sBytes);
-    const SExecucao repetida = Xvcr("copia", {sCopias});
-    EXPECT_EQ(repetida.iSaida, 1);
-    EXPECT_THAT(repetida.sSaida,
-                testing::AllOf(StartsWith("Copiadas 1 integração, "), HasSubstr("não são mais os selados")));
-
-    // The same directories by other names.
-    const std::string sDentro = m_Diretorio.Junta("001/../001/DF/dentro");
-    EXPECT_THAT(Xvcr("copia", {sDentro}).sErro, HasSubstr("dentro da própria base"));
-    EXPECT_THAT(Xvcr("copia", {m_Diretorio.Junta("copias/..")}).sErro,
-                HasSubstr("a base fica dentro do destino"));
-    std::filesystem::create_directories(m_Diretorio.Junta("alheia/fotos"));
-    m_Diretorio.CriaArquivo("alheia/fotos/uma.jpg", "bytes");
-    EXPECT_THAT(Xvcr("copia", {m_Diretorio.Junta("alheia")}).sErro, HasSubstr("não é de cópias"));
-    EXPECT_FALSE(std::filesystem::exists(m_Diretorio.Junta("001/DF/dentro")));
-    EXPECT_FALSE(std::filesystem::exists(m_Diretorio.Junta("alheia/001")));
-    EXPECT_EQ(Xvcr("copia").iSaida, 2);
 }
 
 TEST_F(ProgramaVerificacao, VinteLugaresAparecemEOsOutrosSeContam) {

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <sstream>
+
 #include "tools/xvcr/output/XVTabela.h"
 #include "tools/xvcr/text/XVTextoTela.h"
 
@@ -23,6 +25,58 @@ TEST(TextoTela, BytesGuardadosNaoComandamOTerminal) {
                                   false),
               "\\xE2\\x80\\xAE"
               "abc");
+}
+
+std::string Utf8(char32_t c) {
+    const auto byte = [c](unsigned uiDesloca, unsigned uiMarca) {
+        return static_cast<char>(uiMarca | (uiMarca == 0x80 ? c >> uiDesloca & 0x3FU : c >> uiDesloca));
+    };
+    if (c < 0x80) return {byte(0, 0)};
+    if (c < 0x800) return {byte(6, 0xC0), byte(0, 0x80)};
+    if (c < 0x10000) return {byte(12, 0xE0), byte(6, 0x80), byte(0, 0x80)};
+    return {byte(18, 0xF0), byte(12, 0x80), byte(6, 0x80), byte(0, 0x80)};
+}
+
+// The runs of characters for which fnVale is true.
+template <class TFn>
+std::string Faixas(TFn fnVale) {
+    std::ostringstream fluxo;
+    fluxo << std::hex << std::uppercase;
+    bool bDentro = false;
+    for (char32_t c = 0; c <= 0x110000; ++c) {
+        const bool bVale = c < 0x110000 && (c < 0xD800 || c > 0xDFFF) && fnVale(Utf8(c));
+        if (bVale && !bDentro) fluxo << static_cast<unsigned>(c) << '-';
+        if (!bVale && bDentro) fluxo << static_cast<unsigned>(c) - 1 << ' ';
+        bDentro = bVale;
+    }
+    return fluxo.str();
+}
+
+TEST(TextoTela, CadaCaracterePassaOuNaoETemSuaLargura) {
+    EXPECT_EQ(Faixas([](const std::string& s) { return XVTextoTela::Escapa(s, false) != s; }),
+              "0-1F 7F-9F 202A-202E 2066-2069 ");
+    EXPECT_EQ(Faixas([](const std::string& s) { return XVTextoTela::Escapa(s, true) != s; }),
+              "0-8 B-1F 7F-9F 202A-202E 2066-2069 ");
+    EXPECT_EQ(Faixas([](const std::string& s) { return XVTextoTela::GetLargura(s) == 0; }),
+              "300-36F 483-489 591-5BD 610-61A 64B-65F 1AB0-1AFF 1DC0-1DFF 200B-200F 20D0-20F0 FE00-FE0F "
+              "FE20-FE2F FEFF-FEFF ");
+    EXPECT_EQ(Faixas([](const std::string& s) { return XVTextoTela::GetLargura(s) == 2; }),
+              "1100-115F 2E80-303E 3041-A4CF AC00-D7A3 F900-FAFF FE30-FE6F FF00-FF60 FFE0-FFE6 1F300-1F64F "
+              "1F680-1F6FF 1F900-1F9FF 20000-3FFFD ");
+    EXPECT_EQ(Faixas([](const std::string& s) { return !XVTextoTela::EhUtf8(s); }), "");
+}
+
+TEST(TextoTela, CortaEQuebraNaLarguraVista) {
+    EXPECT_EQ(XVTextoTela::Corta("açúcar", 6), "açúcar");
+    EXPECT_EQ(XVTextoTela::Corta("açúcar", 5), "açúc…");
+    EXPECT_EQ(XVTextoTela::Corta("日本語", 5), "日本…");
+    EXPECT_EQ(XVTextoTela::Corta("日本語", 4), "日…");
+    EXPECT_EQ(XVTextoTela::Corta("\xFFx", 1), "…");
+    using TLinhas = std::vector<std::string>;
+    EXPECT_EQ(XVTextoTela::Quebra("um açaí e nós", 7), (TLinhas{"um açaí", "e nós"}));
+    EXPECT_EQ(XVTextoTela::Quebra("um açaí e nós", 6), (TLinhas{"um", "açaí e", "nós"}));
+    EXPECT_EQ(XVTextoTela::Quebra("umapalavra e", 3), (TLinhas{"umapalavra", "e"}));
+    EXPECT_EQ(XVTextoTela::Quebra("", 3), TLinhas{""});
 }
 
 TEST(Tabela, AlinhaPelaLarguraVistaDasLinhasAteAi) {

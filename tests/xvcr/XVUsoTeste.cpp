@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 
 #include "support/XVAmbiente.h"
+#include "support/codes/XVCodigos.h"
 #include "tests/harness/XVGuardasPlataforma.h"
 #include "tests/harness/XVRegistryFalso.h"
 #include "tests/harness/XVSistemaArquivosFalhas.h"
@@ -271,6 +272,15 @@ TEST_F(UsoEmMemoria, ArquivoIlegivelVemAntesDoQueDependeDele) {
     EXPECT_THAT(Executa("recupera --para /outra").sErro,
                 HasSubstr(" Arquivo: /dados/001/DF/CRINDEXINTEG.dat"))
         << "who may not read the index is to be let, before every status is given up";
+}
+
+TEST_F(UsoEmMemoria, DiretorioQueNaoSePodeOlharNaoEDitoAusente) {
+    m_Falhas.SetFiltro([](const std::string& s) { return s == "/dados"; });
+    m_Falhas.Programa({.eOperacao = EOperacaoArquivo::eConsulta, .bPermanente = true});
+    const SExecucao execucao = Executa("--diretorio /dados busca");
+    EXPECT_EQ(execucao.iSaida, 1);
+    EXPECT_EQ(execucao.sErro,
+              "xvcr: " + XVCliente::DescreveCodigo(eAccessDenied) + " Diretório do módulo: /dados\n");
 }
 
 // What is known only when the store closes is a failure of the command too.

@@ -34,7 +34,7 @@ TEST_F(ProgramaSaida, ResultadoQueNaoSeEscreveEFalha) {
         "mkfifo \"$XVCANO\" && exec 3<>\"$XVCANO\" 4>\"$XVCANO\" 3<&- && \"$@\" >&4 4>&-; "
         "echo saida=$? >&2";
     const std::string sExporta = "XVCANO='" + m_Diretorio.Junta("cano") + "'; export XVCANO; ";
-    m_Diretorio.CriaArquivo("uma.jsonl", "{}");
+    m_Diretorio.CriaArquivo("uma.jsonl", "\n \n{}");
     const std::vector<std::vector<std::string>> listaComandos{{"carrega", m_Diretorio.Junta("uma.jsonl")},
                                                               {"busca"},
                                                               {"busca", "--json"},
@@ -47,7 +47,7 @@ TEST_F(ProgramaSaida, ResultadoQueNaoSeEscreveEFalha) {
                                                               {"grava", "--status", "Pendente"}};
     for (const auto& rComando : listaComandos) {
         const char* pszGravado = rComando[0] == "grava"     ? "; gravada: 2"
-                                 : rComando[0] == "carrega" ? "; 1 linhas gravadas, até a linha 1\n"
+                                 : rComando[0] == "carrega" ? "; 1 linhas gravadas, até a linha 3\n"
                                                             : "\n";
         const std::string sErro = "xvcr: não foi possível escrever o resultado na saída padrão";
         for (const char* pszRoteiro : {"exec \"$@\" >/dev/full", "exec \"$@\" >&-"}) {
@@ -63,6 +63,50 @@ TEST_F(ProgramaSaida, ResultadoQueNaoSeEscreveEFalha) {
         std::filesystem::remove(m_Diretorio.Junta("cano"));
         EXPECT_THAT(cano.sErro, testing::AllOf(StartsWith(sErro + pszGravado), EndsWith("\nsaida=1\n")));
     }
+}
+
+// A file that may not grow: what waits in buffers is lost at the end only.
+TEST_F(ProgramaSaida, ExportacaoQueNaoCabeNoDiscoEDitaIncompleta) {
+    Grava("grava --sistema Mercos --json-enviado x");
+    const std::string sArquivo = m_Diretorio.Junta("tudo");
+    const auto erro = [&](const char* pszRoteiro, const TArgumentos& rMais) {
+        TArgumentos listaTudo{"exporta"};
+        listaTudo.insert(listaTudo.end(), rMais.begin(), rMais.end());
+        std::filesystem::remove_all(sArquivo);
+        const SExecucao execucao = Roteiro(pszRoteiro, listaTudo);
+        return execucao.sSaida + execucao.sErro;
+    };
+    const char* pszPequeno = "(trap '' XFSZ; ulimit -f 0; \"$@\" 2>&1; echo saida=$?) | cat";
+    const char* pszCheio = "\"$@\" >/dev/full; echo saida=$? >&2";
+    const std::string sIncompleto = "\", que ficou incompleto\nsaida=1\n";
+    const std::string sNaSaida =
+        "xvcr: não foi possível escrever o resultado na saída padrão: o disco está cheio\nsaida=1\n";
+    const std::string sErro = "xvcr: não foi possível gravar o arquivo \"" + sArquivo;
+    for (const char* pszForma : {"--csv", "--sql"})
+        EXPECT_EQ(erro(pszPequeno, {pszForma, "--para", sArquivo}), sErro + sIncompleto);
+    EXPECT_THAT(erro(pszPequeno, {"--por-dia", "--para", sArquivo}),
+                testing::AllOf(StartsWith(sErro + "/2"), EndsWith(".jsonl" + sIncompleto)));
+    EXPECT_EQ(erro(pszCheio, {}), sNaSaida);
+    for (int i = 0; i < 4; ++i)
+        Grava("grava --sistema Mercos --json-enviado " + std::string(100000, static_cast<char>('a' + i)));
+    for (const char* pszForma : {"--csv", "--sql"}) {
+        EXPECT_EQ(erro(pszPequeno, {pszForma, "--para", sArquivo}), sErro + sIncompleto);
+        EXPECT_EQ(erro(pszCheio, {pszForma}), sNaSaida);
+    }
+}
+
+// As a shell asks for it.
+TEST_F(ProgramaSaida, BashCompletaALinha) {
+    const auto completa = [&](const std::string& sPalavras, int iQual) {
+        const std::string sRoteiro = "PATH=$(dirname \"$1\"):$PATH; . <(xvcr completa bash); COMP_WORDS=(" +
+                                     sPalavras + "); COMP_CWORD=" + std::to_string(iQual) +
+                                     "; _xvcr; printf '%s,' \"${COMPREPLY[@]}\"; complete -p xvcr";
+        return XVExecuta("/bin/bash", {"-c", sRoteiro, "sh", XVProgramaVizinho("xvcr")}).sSaida;
+    };
+    const std::string sFim = "complete -o default -F _xvcr xvcr\n";
+    EXPECT_EQ(completa("xvcr bus", 1), "busca," + sFim);
+    EXPECT_EQ(completa("xvcr mapa \"\" outra", 2), "grava,pendente,busca,lista," + sFim);
+    EXPECT_EQ(completa("xvcr busca --status Er", 3), "Erro," + sFim);
 }
 
 TEST_F(ProgramaSaida, AcompanhaQueAlguemPedeQueTermineAcabaALinha) {
