@@ -394,7 +394,10 @@ TEST_F(Verificacao, DeIndiceDanificadoNadaFoiSubstituido) {
     const auto antes = m_Arquivos.Retrata();
     NosDados(k_pszIndice, [](std::string& rs) { rs += "resto"; })(*this);
     EXPECT_EQ(Verifica(), "registroPelaMetade CRINDEXINTEG.dat; talvezSubstituida 20240315:2");
+    EXPECT_EQ(Recupera(), "20240315-2-1 com faltas");
+    EXPECT_EQ(m_Arquivos.LeConteudo("/nova/MATRIZ/separados/CRINDEXINTEG.dat.384"), "resto");
     m_Arquivos.Restaura(antes);
+    m_registry.SetTexto(CAmbienteXV::GetChaveRegistry(XV_DF), "Path", "/telvo");
     NosDados(k_pszIndice, [](std::string& rs) { rs.append(48, '\0'); })(*this);
     EXPECT_EQ(Verifica(), "indiceImpossivel CRINDEXINTEG.dat; talvezSubstituida 20240315:2");
     EXPECT_EQ(Recupera(), "20240315-2-1 com faltas");
