@@ -10,7 +10,7 @@
 #include "tests/harness/XVSistemaArquivosSetorRuim.h"
 #include "tests/middleware/XVBaseDourada.h"
 #include "tests/middleware/XVOperacoesLoja.h"
-#include "tests/middleware/XVRelatoDano.h"
+#include "tests/middleware/XVRelatos.h"
 #include "tests/middleware/XVRetratoLoja.h"
 
 namespace {
@@ -109,7 +109,7 @@ constexpr const char* k_pszMensagem = "CRINTEGMIDMENS20240315.dat";
 
 struct SDano {
     const char* pszNome;
-    std::function<void(Verificacao&)> fnFaz;  // golden/danos.txt tells what is found and what comes back
+    std::function<void(Verificacao&)> fnFaz;  // golden/relatos.txt tells what is found and what comes back
 };
 void PrintTo(const SDano& rDano, std::ostream* pSaida) {
     *pSaida << rDano.pszNome;
@@ -236,7 +236,7 @@ TEST_P(VerificacaoDano, EhDitoERecuperado) {
     Verifica(&verificacao);
     const std::string sRecuperadas = Recupera();
     const std::string sRelato = XVRelata(verificacao) + m_sRelato;
-    EXPECT_EQ(sRelato, XVDanoEsperado(GetParam().pszNome, sRelato));
+    EXPECT_EQ(sRelato, XVRelatoEsperado(GetParam().pszNome, sRelato));
     for (const auto& [sPath, arquivo] : antes)
         EXPECT_TRUE(sPath.ends_with('/') || arquivo.sConteudo == m_Arquivos.LeConteudo(sPath)) << sPath;
     EXPECT_EQ(Verifica(nullptr, EGravidade::eDano), "") << "what was recovered is sound";
@@ -265,7 +265,7 @@ TEST(Achado, CadaUmDizOQueEhEOQueFazer) {
                   r.pszFrase + " | " + sFazer +
                   (sAoLadoDeIlegivel == sFazer ? "" : " | " + sAoLadoDeIlegivel) + '\n';
     }
-    EXPECT_EQ(sTexto, XVDanoEsperado("Descrições", sTexto));
+    EXPECT_EQ(sTexto, XVRelatoEsperado("Descrições", sTexto));
 }
 
 // A sector that the device does not give back: what lies beside it comes back, at its place, whatever the
@@ -289,7 +289,7 @@ TEST_F(Verificacao, SetorRuimNaoLevaOQueEstaAtras) {
         EXPECT_EQ(Verifica(), "");
         const std::string sRelato = XVRelata(verificacao) + m_sRelato;
         EXPECT_EQ(sRelato,
-                  XVDanoEsperado("Setor " + std::string(pszNome) + ' ' + std::to_string(uiDe), sRelato));
+                  XVRelatoEsperado("Setor " + std::string(pszNome) + ' ' + std::to_string(uiDe), sRelato));
         return XVLe(*Abre(), {XVChaveDmc(k_uiHoje, 3)});
     };
     const std::string sOutra = "{\"outra\":1}" + std::string(700, 'j');
@@ -423,7 +423,7 @@ TEST_F(Verificacao, SubstituidaDoBancoNaoFazFalta) {
     SetDia(15);
     EXPECT_EQ(Recupera(), "");
     EXPECT_EQ(Verifica(), pszAchados);
-    EXPECT_EQ(m_sRelato, XVDanoEsperado("SubstituidaDoBanco", m_sRelato)) << "texts and all";
+    EXPECT_EQ(m_sRelato, XVRelatoEsperado("SubstituidaDoBanco", m_sRelato)) << "texts and all";
 }
 
 TEST_F(Verificacao, DeIndiceDanificadoNadaFoiSubstituido) {

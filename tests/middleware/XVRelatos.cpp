@@ -1,4 +1,4 @@
-#include "tests/middleware/XVRelatoDano.h"
+#include "tests/middleware/XVRelatos.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -131,11 +131,11 @@ std::string XVRelataMudancas(const TBytesPorNome& rAntes, const TBytesPorNome& r
     return sTexto;
 }
 
-std::string XVDanoEsperado(const std::string& sNome, const std::string& sObtido) {
-    if (const char* pszArquivo = std::getenv("XV_DANOS_OBTIDOS"))
+std::string XVRelatoEsperado(const std::string& sNome, const std::string& sObtido) {
+    if (const char* pszArquivo = std::getenv("XV_RELATOS_OBTIDOS"))
         std::ofstream(pszArquivo, std::ios::binary | std::ios::app) << "# " << sNome << '\n' << sObtido;
     std::ifstream arquivo(
-        std::filesystem::path(XVProgramaVizinho("x")).parent_path() / "golden" / "danos.txt",
+        std::filesystem::path(XVProgramaVizinho("x")).parent_path() / "golden" / "relatos.txt",
         std::ios::binary);
     std::string sEsperado;
     bool bDesta = false;

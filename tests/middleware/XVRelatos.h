@@ -19,6 +19,6 @@ using TBytesPorNome = std::map<std::string, std::string>;
 // exactly the files that are there.
 std::string XVRelataMudancas(const TBytesPorNome& rAntes, const TBytesPorNome& rDepois);
 
-// The lines below "# sNome" in golden/danos.txt. Where the environment variable XV_DANOS_OBTIDOS names a file
-// what was obtained is written to its end, to become the expected text once somebody has read it.
-std::string XVDanoEsperado(const std::string& sNome, const std::string& sObtido);
+// The lines below "# sNome" in golden/relatos.txt. Where the environment variable XV_RELATOS_OBTIDOS names a
+// file what was obtained is written to its end, to become the expected text once somebody has read it.
+std::string XVRelatoEsperado(const std::string& sNome, const std::string& sObtido);
