@@ -64,6 +64,10 @@ HRESULT CXVRecuperacao::Executa(SRecuperacao* pRecuperacao) {
     if (SUCCEEDED(hr)) hr = GravaIndice();
     if (SUCCEEDED(hr)) hr = CopiaLogs();
     if (SUCCEEDED(hr)) hr = GravaControle();
+    if (SUCCEEDED(hr) && !pRecuperacao->listaSeparados.empty())
+        hr = XVNotaCaminho(
+            XVCodigoArquivo(XVPlataforma::SistemaArquivos().SincronizaDiretorio(m_pastas.sSeparados)),
+            m_pastas.sSeparados);
     // Last of all: without it the new directory is no store of this version.
     if (SUCCEEDED(hr)) hr = GravaVersao();
     if (FAILED(hr)) return hr;

@@ -7,6 +7,7 @@
 #include "middleware/verificacao/XVRecuperacao.h"
 #include "middleware/verificacao/XVVerificacao.h"
 #include "tests/harness/XVGanchoArquivos.h"
+#include "tests/harness/XVSistemaArquivosQueda.h"
 #include "tests/harness/XVSistemaArquivosSetorRuim.h"
 #include "tests/middleware/XVBaseDourada.h"
 #include "tests/middleware/XVOperacoesLoja.h"
@@ -335,6 +336,18 @@ TEST_F(Verificacao, SemIndiceVoltaComErroEAChaveDoLog) {
     EXPECT_EQ(lida.sJSON, "{\"quinze\":1}" + std::string(700, 'j'));
     EXPECT_NE(lida.sMensagem.find("status e sistema externo não são conhecidos"), std::string::npos);
     EXPECT_NE(lida.sMensagem.find("Mensagem anterior: quinze enviada"), std::string::npos);
+}
+
+TEST_F(Verificacao, OQueSeDizProntoEstaNoDispositivo) {
+    CXVSistemaArquivosQueda queda(m_Arquivos);
+    const CXVGuardaSistemaArquivos guarda(queda);
+    EXPECT_EQ(Sela(), S_OK);
+    EXPECT_EQ(queda.NaoGarantido(), "") << "seals";
+    Corta(k_pszDia, 10)(*this);
+    CXVSistemaArquivosQueda depois(m_Arquivos);
+    const CXVGuardaSistemaArquivos guardaDepois(depois);
+    EXPECT_EQ(Recupera(), "20240315-3-1 perdida");
+    EXPECT_EQ(depois.NaoGarantido(), "") << "the new store, and what was put aside";
 }
 
 TEST_F(Verificacao, LugarDaPerdidaFicaVago) {
