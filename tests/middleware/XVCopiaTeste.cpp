@@ -6,6 +6,7 @@
 #include "middleware/copia/XVCopia.h"
 #include "middleware/verificacao/XVVerificacao.h"
 #include "tests/harness/XVSistemaArquivosMorte.h"
+#include "tests/harness/XVSistemaArquivosQueda.h"
 #include "tests/middleware/XVOperacoesLoja.h"
 #include "tests/middleware/XVRetratoLoja.h"
 
@@ -143,6 +144,15 @@ TEST_F(Copia, RepetidaCopiaSoOQueMudou) {
     EXPECT_EQ(m_copia.uiArquivos, uiArquivos);
     EXPECT_EQ(m_copia.uiCopiados, 6U) << "control, general log, index, a day's records and two of its texts";
     EXPECT_EQ(XVDiferenca(Retrata(), RetrataCopia()), "");
+}
+
+TEST_F(Copia, ProntaEstaNoDispositivo) {
+    for (unsigned i = 0; i < 2; ++i) {  // the first one, and one in its place
+        CXVSistemaArquivosQueda queda(m_Arquivos);
+        const CXVGuardaSistemaArquivos guarda(queda);
+        EXPECT_EQ(Executa(), S_OK);
+        EXPECT_EQ(queda.NaoGarantido(), "");
+    }
 }
 
 // Killed at any of its changes: the copy of before, or none that opens; and copying again completes it.
