@@ -210,7 +210,13 @@ TEST_F(Copia, ProntaEstaNoDispositivo) {
     for (unsigned i = 0; i < 2; ++i) {  // the first one, and one in its place
         CXVSistemaArquivosQueda queda(m_Arquivos);
         const CXVGuardaSistemaArquivos guarda(queda);
+        std::string sNaTroca;
+        queda.SetAoAlterar([&](const std::string& sCaminho, EAlteracaoQueda) {
+            if (sCaminho.ends_with(k_pszManifestoCopia)) sNaTroca += queda.NaoGarantido();
+        });
         EXPECT_EQ(Executa(), S_OK);
+        queda.SetAoAlterar(nullptr);
+        EXPECT_EQ(sNaTroca.find("/parcial/"), std::string::npos) << "before the exchange: " << sNaTroca;
         EXPECT_EQ(queda.NaoGarantido(), "");
     }
 }

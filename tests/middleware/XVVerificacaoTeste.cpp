@@ -215,13 +215,13 @@ const SDano k_aDanos[] = {
      })},
     {"MapaComZeros", Zera("CRCHAVEREGTER.dat", 0, 40)},
     {"MapaRepetido", NosDados("CRCHAVEREGTER.dat", [](std::string& rs) { rs += rs; })},
-    {"DatasRepetidas", NosDados("CRDTHRINTEG.dat", [](std::string& rs) { rs += rs; })},
+    {"DatasRepetidas", NosDados("CRDTHRINTEG.dat", [](std::string& rs) { rs += rs + rs; })},
     {"VersaoCurta", NosDados("CRMIDDLEWAREVS.dat", [](std::string& rs) { rs.resize(2); })},
     {"ControleComMais", NoArquivo(k_pszControle, [](std::string& rs) {
          rs += CXVBytes().Texto("crdthrinteg.DAT").Texto("CRINTEGMID20240310.dat").Texto("Y.dat").Str();
      })},
     {"Estranhos", [](Verificacao& r) {
-         for (const char* psz : {"notas.txt", "CRMIDDLEWARE_X.srk", "XVProfilerErros_Base_202403.log"})
+         for (const char* psz : {"notas.txt", "OUTRO.srk", "CRMIDDLEWARE_X.srk", "XVProfilerErros_Base_202403.log"})
              r.m_Arquivos.CriaArquivo(r.PastaDados(psz), "x");
      }},
     {"ConversaoNoMeio", [](Verificacao& r) {
