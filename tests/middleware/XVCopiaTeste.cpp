@@ -117,6 +117,24 @@ class Copia : public CXVCenarioLoja {
         return retrato;
     }
 
+    // Of the copy that m_inteira holds, once fnMuda has done its part: the next one is refused.
+    void Recusa(ERecusaCopia eRecusa, HRESULT hrEsperado, const std::string& sRecusado,
+                const std::function<void()>& fnMuda) {
+        SCOPED_TRACE(static_cast<int>(eRecusa));
+        m_Arquivos.Restaura(m_inteira);
+        SetDia(20);
+        fnMuda();
+        UsaPasta("/telvo");
+        const auto antes = ArquivosDe("/copias");
+        const HRESULT hr = Executa();
+        EXPECT_EQ(hr, hrEsperado);
+        EXPECT_EQ(m_eRecusa, eRecusa) << std::hex << hr;
+        EXPECT_EQ(m_sRecusado, sRecusado);
+        EXPECT_EQ(ArquivosDe("/copias"), antes) << "nothing of the destination was touched";
+    }
+
+    const std::string m_sCopia = "/copias/MATRIZ";
+    CXVSistemaArquivosMemoria::TRetrato m_inteira;
     SCopia m_copia;
     ERecusaCopia m_eRecusa = ERecusaCopia::eNenhuma;
     std::string m_sRecusado;  // the file or directory that the refusal names
@@ -291,71 +309,59 @@ TEST_F(Copia, DeQuemMorreuEhOQueAAberturaConclui) {
 
 TEST_F(Copia, RecusaOQueNaoEhCopiaDestaBase) {
     ASSERT_EQ(Executa(), S_OK);
-    const auto inteira = m_Arquivos.Retrata();
-    const std::string sCopia = "/copias/MATRIZ";
+    m_inteira = m_Arquivos.Retrata();
+    const auto gravaEm = [&](const char* pszModulo) {
+        UsaPasta(pszModulo);
+        Grava(*Abre(), CXVIntegracaoTeste(5));
+    };
+    Recusa(ERecusaCopia::eCopiaMudada, eInvalidFile, m_sCopia + "/DF/CRINDEXINTEG.dat",
+           [&] { gravaEm("/copias"); });
+    Recusa(ERecusaCopia::eCopiaMaisNova, eInvalidFile, PastaDados("CRINDEXINTEG.dat"), [&] {
+        gravaEm("/telvo");
+        ASSERT_EQ(Executa(), S_OK);
+        Repoe(m_inteira, "/telvo", "/telvo");
+    });
+    Recusa(ERecusaCopia::eOutraBase, eInvalidFile, PastaDados("CRINDEXINTEG.dat"), [&] {
+        for (const auto& [sCaminho, rArquivo] : ArquivosDe("/telvo"))
+            if (!sCaminho.ends_with('/')) m_Arquivos.Apaga(sCaminho).Ignora();
+        ASSERT_TRUE(XVPovoaLoja(*Abre(), [this](unsigned uiDia) { SetDia(uiDia + 5); }));
+    });
+    Recusa(ERecusaCopia::eArquivoSumiu, E_XVCR_INCONSISTENCIA_CONTROLE_CRIACAO_ARQUIVOS,
+           PastaDados("CRCHAVEREGTER.dat"),
+           [&] { EXPECT_TRUE(m_Arquivos.Apaga(PastaDados("CRCHAVEREGTER.dat")).Ok()); });
+    Recusa(ERecusaCopia::eOrigemDanificada, E_XVCR_CRC_CABECALHO_NAO_CONFERE, PastaDados("CRDTHRINTEG.dat"),
+           [&] {
+               std::string sBytes = Conteudo("CRDTHRINTEG.dat");
+               sBytes[100] ^= 1;
+               m_Arquivos.CriaArquivo(PastaDados("CRDTHRINTEG.dat"), sBytes);
+           });
+    Recusa(ERecusaCopia::eDestinoOcupado, eInvalidFile, "",
+           [&] { EXPECT_TRUE(m_Arquivos.Apaga(std::string("/copias/MATRIZ/") + k_pszManifestoCopia).Ok()); });
+}
+
+TEST_F(Copia, RecusaOQueEstaEmUsoOuDanificado) {
+    ASSERT_EQ(Executa(), S_OK);
+    m_inteira = m_Arquivos.Retrata();
     CXVSistemaArquivosMemoria::TRetrato morta;
     {
         const TLoja pLoja = Abre();
         Grava(*pLoja, CXVIntegracaoTeste(5));
         morta = m_Arquivos.Retrata();
     }
-    m_Arquivos.Restaura(inteira);
-    const auto recusada = [&](ERecusaCopia eRecusa, HRESULT hrEsperado, const std::string& sRecusado,
-                              const std::function<void()>& fnMuda) {
-        SCOPED_TRACE(static_cast<int>(eRecusa));
-        m_Arquivos.Restaura(inteira);
-        SetDia(20);
-        fnMuda();
-        UsaPasta("/telvo");
-        const auto antes = ArquivosDe("/copias");
-        const HRESULT hr = Executa();
-        EXPECT_EQ(hr, hrEsperado);
-        EXPECT_EQ(m_eRecusa, eRecusa) << std::hex << hr;
-        EXPECT_EQ(m_sRecusado, sRecusado);
-        EXPECT_EQ(ArquivosDe("/copias"), antes) << "nothing of the destination was touched";
-    };
-    const auto gravaEm = [&](const char* pszModulo) {
-        UsaPasta(pszModulo);
-        Grava(*Abre(), CXVIntegracaoTeste(5));
-    };
-    recusada(ERecusaCopia::eCopiaMudada, eInvalidFile, sCopia + "/DF/CRINDEXINTEG.dat",
-             [&] { gravaEm("/copias"); });
-    recusada(ERecusaCopia::eCopiaMaisNova, eInvalidFile, PastaDados("CRINDEXINTEG.dat"), [&] {
-        gravaEm("/telvo");
-        ASSERT_EQ(Executa(), S_OK);
-        Repoe(inteira, "/telvo", "/telvo");
-    });
-    recusada(ERecusaCopia::eOutraBase, eInvalidFile, PastaDados("CRINDEXINTEG.dat"), [&] {
-        for (const auto& [sCaminho, rArquivo] : ArquivosDe("/telvo"))
-            if (!sCaminho.ends_with('/')) m_Arquivos.Apaga(sCaminho).Ignora();
-        ASSERT_TRUE(XVPovoaLoja(*Abre(), [this](unsigned uiDia) { SetDia(uiDia + 5); }));
-    });
-    recusada(ERecusaCopia::eArquivoSumiu, E_XVCR_INCONSISTENCIA_CONTROLE_CRIACAO_ARQUIVOS,
-             PastaDados("CRCHAVEREGTER.dat"),
-             [&] { EXPECT_TRUE(m_Arquivos.Apaga(PastaDados("CRCHAVEREGTER.dat")).Ok()); });
-    recusada(ERecusaCopia::eOrigemDanificada, E_XVCR_CRC_CABECALHO_NAO_CONFERE, PastaDados("CRDTHRINTEG.dat"),
-             [&] {
-                 std::string sBytes = Conteudo("CRDTHRINTEG.dat");
-                 sBytes[100] ^= 1;
-                 m_Arquivos.CriaArquivo(PastaDados("CRDTHRINTEG.dat"), sBytes);
-             });
-    recusada(ERecusaCopia::eDestinoOcupado, eInvalidFile, "", [&] {
-        EXPECT_TRUE(m_Arquivos.Apaga(std::string("/copias/MATRIZ/") + k_pszManifestoCopia).Ok());
-    });
-    recusada(ERecusaCopia::eDestinoOcupado, E_XVCR_ARQUIVO_NAO_EH_MOD_ESTRUTURA, "",
-             [&] { m_Arquivos.CriaArquivo(sCopia + '/' + k_pszManifestoCopia, std::string(40, 'x')); });
-    recusada(ERecusaCopia::eCopiaMudada, eSharingViolation, sCopia + "/DF/" + k_pszNomeDiario,
-             [&] { m_Arquivos.CriaArquivo(sCopia + "/DF/" + k_pszNomeDiario, ""); });
-    recusada(ERecusaCopia::eOrigemDanificada, E_XVCR_INCONSISTENCIA_CONTROLE_CRIACAO_ARQUIVOS,
-             PastaDados("CRINDEXINTEG.dat"), [&] {
-                 m_Arquivos.Restaura(morta);
-                 m_Arquivos.CriaArquivo(PastaDados("CRINDEXINTEG.dat"), Conteudo("CRINDEXINTEG.dat") + "x");
-             });
-    recusada(ERecusaCopia::eConversao, eSharingViolation, PastaDados(k_pszDiarioConversao),
-             [&] { m_Arquivos.CriaArquivo(PastaDados(k_pszDiarioConversao), ""); });
+    Recusa(ERecusaCopia::eDestinoOcupado, E_XVCR_ARQUIVO_NAO_EH_MOD_ESTRUTURA, "",
+           [&] { m_Arquivos.CriaArquivo(m_sCopia + '/' + k_pszManifestoCopia, std::string(40, 'x')); });
+    Recusa(ERecusaCopia::eCopiaMudada, eSharingViolation, m_sCopia + "/DF/" + k_pszNomeDiario,
+           [&] { m_Arquivos.CriaArquivo(m_sCopia + "/DF/" + k_pszNomeDiario, ""); });
+    Recusa(ERecusaCopia::eOrigemDanificada, E_XVCR_INCONSISTENCIA_CONTROLE_CRIACAO_ARQUIVOS,
+           PastaDados("CRINDEXINTEG.dat"), [&] {
+               m_Arquivos.Restaura(morta);
+               m_Arquivos.CriaArquivo(PastaDados("CRINDEXINTEG.dat"), Conteudo("CRINDEXINTEG.dat") + "x");
+           });
+    Recusa(ERecusaCopia::eConversao, eSharingViolation, PastaDados(k_pszDiarioConversao),
+           [&] { m_Arquivos.CriaArquivo(PastaDados(k_pszDiarioConversao), ""); });
     std::unique_ptr<IXVMarcaDiretorio> pMarca;
-    recusada(ERecusaCopia::eDestinoEmUso, eSharingViolation, "",
-             [&] { EXPECT_TRUE(m_Arquivos.MarcaDiretorio(sCopia, "copia-em-curso", pMarca).Ok()); });
+    Recusa(ERecusaCopia::eDestinoEmUso, eSharingViolation, "",
+           [&] { EXPECT_TRUE(m_Arquivos.MarcaDiretorio(m_sCopia, "copia-em-curso", pMarca).Ok()); });
 }
 
 }  // namespace

@@ -1,7 +1,7 @@
 #include "tests/middleware/XVRelatos.h"
 
 #include <algorithm>
-#include <cstdio>
+#include <charconv>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
@@ -17,9 +17,9 @@ namespace {
 constexpr const char* k_pszControle = "XVDATABASE_FILE_CTRL.dat";
 
 std::string Hexadecimal(XVUInt64 ui) {
-    char szTexto[20];
-    std::snprintf(szTexto, sizeof(szTexto), "%llx", static_cast<unsigned long long>(ui));
-    return szTexto;
+    char szTexto[16];
+    const auto [pFim, erro] = std::to_chars(std::begin(szTexto), std::end(szTexto), ui, 16);
+    return {szTexto, pFim};
 }
 
 // Portuguese letters as they are, other bytes that are no characters by their numbers, runs by their length.
