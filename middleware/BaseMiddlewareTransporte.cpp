@@ -38,8 +38,9 @@ bool XVPodeSerImportada(const SIntegracaoTransportada& rIntegracao) {
     const bool bNoIndice =
         r.eStatusIntegracao != 0 || r.eSistemaIntegracao != 0 || r.uiChaveIntegracaoSistemaTerceiro != 0;
     return std::all_of(std::begin(ahr), std::end(ahr), [](HRESULT hr) { return SUCCEEDED(hr); }) &&
-           r.uiChaveRegistroSistemaTerceiro == 0 && (rIntegracao.eTipo == ETipo::eInteira || !bNoIndice) &&
-           !TemNul(r.sRegistroJSON) && !TemNul(r.sMensagemIntegracao) && !TemNul(r.sJSONRetornoIntegracao);
+           r.regDmc.GetTipo() == REG_XVDMC::k_uiTipoIntegracao && r.uiChaveRegistroSistemaTerceiro == 0 &&
+           (rIntegracao.eTipo == ETipo::eInteira || !bNoIndice) && !TemNul(r.sRegistroJSON) &&
+           !TemNul(r.sMensagemIntegracao) && !TemNul(r.sJSONRetornoIntegracao);
 }
 
 HRESULT CBaseMiddleware::ListaDias(std::vector<XVUInt64>* pLista) {

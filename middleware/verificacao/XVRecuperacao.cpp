@@ -64,6 +64,10 @@ HRESULT CXVRecuperacao::Executa(SRecuperacao* pRecuperacao) {
     if (SUCCEEDED(hr)) hr = GravaIndice();
     if (SUCCEEDED(hr)) hr = CopiaLogs();
     if (SUCCEEDED(hr)) hr = GravaControle();
+    if (SUCCEEDED(hr) && !pRecuperacao->listaSeparados.empty())
+        hr = XVNotaCaminho(
+            XVCodigoArquivo(XVPlataforma::SistemaArquivos().SincronizaDiretorio(m_pastas.sSeparados)),
+            m_pastas.sSeparados);
     // Last of all: without it the new directory is no store of this version.
     if (SUCCEEDED(hr)) hr = GravaVersao();
     if (FAILED(hr)) return hr;
@@ -141,17 +145,19 @@ HRESULT CXVRecuperacao::LeIndice() {
     if (XVEhDeOutroPrograma(m_arquivoIndice.hr))
         return XVNotaCaminho(m_arquivoIndice.hr, m_pastas.sOrigem, k_pszArquivoIndexIntegracao);
     XVDecideInicioDosRegistros<REG_CR_INDEX_INTEGRACAO_V1>(m_leitura, &m_arquivoIndice);
+    constexpr XVUInt64 k_uiRegistro = sizeof(REG_CR_INDEX_INTEGRACAO_V1);
     // Under another name it may be another store's.
     if (m_arquivoIndice.hr == E_XVCR_NOME_ARQUIVO_NAO_CONFERE || m_arquivoIndice.bInicioIncerto) {
         hr = Separa(m_arquivoIndice, 0, m_arquivoIndice.uiTamanho);
-        if (FAILED(hr)) return hr;
     } else {
         AnotaIlegivel(m_arquivoIndice.sNome,
                       m_indice.Examina(m_leitura, m_arquivoIndice, m_arquivoIndice.uiTamanho, m_semSelos));
+        const XVUInt64 uiLidos = m_indice.GetEntradas().size() + m_indice.GetImpossiveis().size();
+        hr = Separa(m_arquivoIndice, uiLidos * k_uiRegistro, m_arquivoIndice.uiTamanho);
     }
+    if (FAILED(hr)) return hr;
     m_bIndiceConfere = m_arquivoIndice.bExiste && SUCCEEDED(m_arquivoIndice.hr) && m_indice.GetSobra() == 0 &&
                        m_indice.GetImpossiveis().empty() && m_pRecuperacao->listaIlegiveis.empty();
-    constexpr XVUInt64 k_uiRegistro = sizeof(REG_CR_INDEX_INTEGRACAO_V1);
     std::vector<XVUInt64> aImpossiveis;
     for (const XVUInt ulPosicao : m_indice.GetImpossiveis())
         aImpossiveis.push_back((ulPosicao - 1) * k_uiRegistro);

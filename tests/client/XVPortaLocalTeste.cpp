@@ -1,6 +1,11 @@
 // The door to a component in this process, and what is this door's alone: the directory that it names
 // and who it says that it is. Viewing is tested with the store and with the command-line program.
+#ifdef __linux__
+#include <malloc.h>
+#endif
+
 #include <cstring>
+#include <functional>
 
 #include "client/XVConexao.h"
 #include "platform/XVAmbienteSO.h"
@@ -104,6 +109,43 @@ TEST(PortaLocal, RegistroDeInicializacaoSaiSeladoEDizQuemChama) {
     for (const char* psz : {reg.szExecutavel, reg.szModulo, reg.szIdentificacao})
         EXPECT_TRUE(std::string(psz).starts_with("xv_teste_")) << psz;
 }
+
+#ifdef __linux__
+// Of what the component handed out nothing stays behind; a sanitizer that counts for itself shows nothing
+// here and finds it at the end.
+TEST(PortaLocal, NenhumaLeituraDeixaBuffersParaTras) {
+    XVCliente::CXVCliente cliente;
+    ASSERT_EQ(Conecta(cliente, {.sEmpresa = NovaEmpresa()}), S_OK);
+    std::vector<REG_XVDMC> lista(200);
+    for (REG_XVDMC& rDmc : lista)
+        ASSERT_EQ(cliente.GravaIntegracao(&rDmc, IntegracaoPendente(std::string(2000, 'j'))), S_OK);
+    const auto emUso = [] {
+        const auto memoria = mallinfo2();
+        return memoria.uordblks + memoria.hblkhd;
+    };
+    const std::function<void()> aLeituras[] = {
+        [&] {
+            CXVDadosCR_IntegracaoMiddleware dados;
+            EXPECT_EQ(cliente.LeIntegracao(lista[0], k_ullLeTextos, &dados), S_OK);
+        },
+        [&] {
+            std::vector<CXVDadosCR_IntegracaoMiddleware> lidas;
+            EXPECT_EQ(cliente.LeIntegracoes(lista, k_ullLeTextos, &lidas), S_OK);
+        },
+        [&] { EXPECT_EQ(Conta(cliente), lista.size()); },
+        [&] {
+            std::vector<REG_XVDMC> ultimas;
+            EXPECT_EQ(cliente.UltimasGravadas(&ultimas), S_OK);
+        },
+    };
+    for (const auto& fnLe : aLeituras) {
+        fnLe();
+        const std::size_t uiAntes = emUso();
+        for (int i = 0; i < 50; ++i) fnLe();
+        EXPECT_LT(emUso(), uiAntes + 20000) << &fnLe - aLeituras;
+    }
+}
+#endif
 
 // Beside a directory that is named every other setting is the machine's own, and afterwards all are.
 TEST(PortaLocal, DiretorioNomeadoSoTrocaOCaminho) {

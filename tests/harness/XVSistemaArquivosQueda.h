@@ -163,6 +163,15 @@ class CXVSistemaArquivosQueda final : public TXVSistemaArquivosEnvolto<CXVDispos
         return retrato;
     }
 
+    // What some power failure at this moment would take away or leave otherwise; empty: all is on the device.
+    std::string NaoGarantido() const {
+        const TRetrato retrato = m_rMemoria.Retrata();
+        std::string sDiferenca;
+        for (XVUInt64 uiSemente = 0; uiSemente < 16 && sDiferenca.empty(); ++uiSemente)
+            sDiferenca = CXVSistemaArquivosMemoria::Diferenca(retrato, Corta(uiSemente));
+        return sDiferenca;
+    }
+
     // Runs, in the calling thread and without any lock, before each operation that changes something or
     // brings it to the device; null: nothing. Not to be set while another thread uses the file system.
     using TAoAlterar = CXVDispositivoQueda::TAoAlterar;

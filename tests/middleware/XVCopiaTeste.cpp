@@ -3,9 +3,13 @@
 #include <tuple>
 
 #include "core/xvdatabase/XVDiarioAnel.h"
+#include "middleware/ConversaoDiario.h"
 #include "middleware/copia/XVCopia.h"
 #include "middleware/verificacao/XVVerificacao.h"
+#include "support/trace/XVArquivoRecusado.h"
+#include "support/values/XVSoma64.h"
 #include "tests/harness/XVSistemaArquivosMorte.h"
+#include "tests/harness/XVSistemaArquivosQueda.h"
 #include "tests/middleware/XVOperacoesLoja.h"
 #include "tests/middleware/XVRetratoLoja.h"
 
@@ -22,8 +26,11 @@ class Copia : public CXVCenarioLoja {
     HRESULT Executa(std::function<void()> fnPedaco = [] {}) {
         CXVCopia executor(PastaDados(), {"/copias/MATRIZ", "/copias/MATRIZ/DF"});
         executor.m_fnProgresso = [&](XVUInt64) { fnPedaco(); };
+        const CXVArquivosRecusados recusados;
         const HRESULT hr = executor.Executa(&m_copia);
         m_eRecusa = executor.GetRecusa();
+        m_sRecusado = recusados.GetPath(hr);
+        EXPECT_FALSE(executor.FicouNaTroca() && m_eRecusa != ERecusaCopia::eNenhuma);
         return hr;
     }
     void UsaPasta(const char* pszModulo) {
@@ -72,14 +79,65 @@ class Copia : public CXVCenarioLoja {
             if (sCaminho.starts_with(sDe) && !sCaminho.ends_with('/'))
                 m_Arquivos.CriaArquivo(sPara + sCaminho.substr(sDe.size()), rArquivo.sConteudo);
     }
+    // The copy holds byte for byte what the store does, of logs the general ones, its manifest tells of all
+    // of it, and nothing else is left there. What was told: integrations, files and bytes.
+    void ConfereCopia(const std::string& sDito) {
+        const std::string sDados = "/copias/MATRIZ/DF/";
+        CXVSistemaArquivosMemoria::TRetrato esperado;
+        std::map<std::string, SArquivoCopiado> mapa;
+        for (const auto& [sCaminho, rArquivo] : m_Arquivos.Retrata()) {
+            const std::string sNome = sCaminho.substr(sCaminho.rfind('/') + 1);
+            if (sCaminho != PastaDados() + '/' + sNome ||
+                !(sNome.ends_with(".dat") || sNome.starts_with("XVLogGeral")))
+                continue;
+            esperado[sDados + sNome] = rArquivo;
+            const std::string sInicio = rArquivo.sConteudo.substr(0, 240);
+            mapa[sNome] = {rArquivo.sConteudo.size(), XVSoma64(sInicio.data(), sInicio.size())};
+        }
+        auto copia = m_Arquivos.Retrata();
+        std::erase_if(copia, [](const auto& it) {
+            return !it.first.starts_with("/copias") || it.first.ends_with('/') ||
+                   it.first.ends_with(k_pszManifestoCopia);
+        });
+        EXPECT_EQ(CXVSistemaArquivosMemoria::Diferenca(esperado, copia), "");
+        SManifestoCopia manifesto;
+        EXPECT_EQ(XVManifestoCopia::Le("/copias/MATRIZ", &manifesto), S_OK);
+        EXPECT_EQ(manifesto.eEstado, EEstadoCopia::eInteira);
+        EXPECT_EQ(manifesto.mapaArquivos, mapa);
+        const SCopia& r = m_copia;
+        EXPECT_EQ(r.momento, m_Relogio.AgoraUTC());
+        EXPECT_EQ(std::to_string(r.uiIntegracoes) + " integrações, " + std::to_string(r.uiCopiados) + " de " +
+                      std::to_string(r.uiArquivos) + " arquivos, " + std::to_string(r.uiBytesCopiados) +
+                      " bytes e " + std::to_string(r.uiBytesIguais) + " iguais",
+                  sDito);
+    }
     auto ArquivosDe(std::string_view sPasta) {
         auto retrato = RetratoSemLogs();
         std::erase_if(retrato, [&](const auto& it) { return !it.first.starts_with(sPasta); });
         return retrato;
     }
 
+    // Of the copy that m_inteira holds, once fnMuda has done its part: the next one is refused.
+    void Recusa(ERecusaCopia eRecusa, HRESULT hrEsperado, const std::string& sRecusado,
+                const std::function<void()>& fnMuda) {
+        SCOPED_TRACE(static_cast<int>(eRecusa));
+        m_Arquivos.Restaura(m_inteira);
+        SetDia(20);
+        fnMuda();
+        UsaPasta("/telvo");
+        const auto antes = ArquivosDe("/copias");
+        const HRESULT hr = Executa();
+        EXPECT_EQ(hr, hrEsperado);
+        EXPECT_EQ(m_eRecusa, eRecusa) << std::hex << hr;
+        EXPECT_EQ(m_sRecusado, sRecusado);
+        EXPECT_EQ(ArquivosDe("/copias"), antes) << "nothing of the destination was touched";
+    }
+
+    const std::string m_sCopia = "/copias/MATRIZ";
+    CXVSistemaArquivosMemoria::TRetrato m_inteira;
     SCopia m_copia;
     ERecusaCopia m_eRecusa = ERecusaCopia::eNenhuma;
+    std::string m_sRecusado;  // the file or directory that the refusal names
     REG_XVDMC m_regUltima;
 };
 
@@ -128,21 +186,57 @@ TEST_F(Copia, TextosQueRecebemOCabecalhoNoMeio) {
 
 TEST_F(Copia, RepetidaCopiaSoOQueMudou) {
     ASSERT_EQ(Executa(), S_OK);
-    const XVUInt64 uiArquivos = m_copia.uiArquivos;
-    EXPECT_EQ(m_copia.uiIntegracoes, Dados(Conteudo("CRINDEXINTEG.dat")).size() / 24);
+    ConfereCopia("6 integrações, 18 de 18 arquivos, 10907 bytes e 0 iguais");
     EXPECT_EQ(Executa(), S_OK);
-    EXPECT_EQ(m_copia.uiCopiados, 1U) << "only the creation control, which has no header";
-    const auto lista = XVBusca(*Abre());
+    ConfereCopia("6 integrações, 1 de 18 arquivos, 22 bytes e 10885 iguais");  // only the creation control,
+                                                                               // which has no header
     REG_XVDMC regDmc;
-    regDmc.uiValor = lista.front();
+    regDmc.uiValor = XVBusca(*Abre()).front();
     const std::string sMensagem = "m";
     const std::string sRetorno = "{}";
     const auto regStatus = XVStatusPS(regDmc, 0, eXVSMiddleware_Cancelado, sMensagem, sRetorno);
     EXPECT_EQ(Abre()->GravaStatusIntegracao(regStatus), S_OK);
     EXPECT_EQ(Executa(), S_OK);
-    EXPECT_EQ(m_copia.uiArquivos, uiArquivos);
-    EXPECT_EQ(m_copia.uiCopiados, 6U) << "control, general log, index, a day's records and two of its texts";
+    ConfereCopia(
+        "6 integrações, 6 de 18 arquivos, 2939 bytes e 8279 iguais");  // control, general log, index, a day's
+                                                                       // records and two of its texts
     EXPECT_EQ(XVDiferenca(Retrata(), RetrataCopia()), "");
+}
+
+// Whoever looked into the copy may have left lines in its log; those of the store that are not whole stay
+// out.
+TEST_F(Copia, LogDaCopiaPodeCrescer) {
+    ASSERT_EQ(Executa(), S_OK);
+    const std::string sLog = "XVLogGeral_202403.log";
+    const std::string sInteiras = Conteudo(sLog);
+    m_Arquivos.CriaArquivo("/copias/MATRIZ/DF/" + sLog, sInteiras + "outra\n");
+    EXPECT_EQ(Executa(), S_OK);
+    for (const std::size_t uiParte : {1U, 4095U, 4096U, 9000U}) {
+        m_Arquivos.CriaArquivo(PastaDados(sLog), sInteiras + std::string(uiParte, 'x'));
+        EXPECT_EQ(Executa(), S_OK);
+        EXPECT_TRUE(m_Arquivos.LeConteudo("/copias/MATRIZ/DF/" + sLog) == sInteiras) << uiParte;
+    }
+    m_Arquivos.CriaArquivo(PastaDados(sLog), "x");
+    EXPECT_EQ(Executa(), S_OK);
+    EXPECT_EQ(m_Arquivos.LeConteudo("/copias/MATRIZ/DF/" + sLog), "");
+    EXPECT_TRUE(m_Arquivos.Apaga(PastaDados(sLog)).Ok());
+    EXPECT_EQ(Executa(), S_OK);
+    EXPECT_EQ(m_Arquivos.LeConteudo("/copias/MATRIZ/DF/" + sLog), "") << "the store lost it, the copy has it";
+}
+
+TEST_F(Copia, ProntaEstaNoDispositivo) {
+    for (unsigned i = 0; i < 2; ++i) {  // the first one, and one in its place
+        CXVSistemaArquivosQueda queda(m_Arquivos);
+        const CXVGuardaSistemaArquivos guarda(queda);
+        std::string sNaTroca;
+        queda.SetAoAlterar([&](const std::string& sCaminho, EAlteracaoQueda) {
+            if (sCaminho.ends_with(k_pszManifestoCopia)) sNaTroca += queda.NaoGarantido();
+        });
+        EXPECT_EQ(Executa(), S_OK);
+        queda.SetAoAlterar(nullptr);
+        EXPECT_EQ(sNaTroca.find("/parcial/"), std::string::npos) << "before the exchange: " << sNaTroca;
+        EXPECT_EQ(queda.NaoGarantido(), "");
+    }
 }
 
 // Killed at any of its changes: the copy of before, or none that opens; and copying again completes it.
@@ -215,43 +309,59 @@ TEST_F(Copia, DeQuemMorreuEhOQueAAberturaConclui) {
 
 TEST_F(Copia, RecusaOQueNaoEhCopiaDestaBase) {
     ASSERT_EQ(Executa(), S_OK);
-    const auto inteira = m_Arquivos.Retrata();
-    const auto recusada = [&](ERecusaCopia eRecusa, const std::function<void()>& fnMuda) {
-        m_Arquivos.Restaura(inteira);
-        SetDia(20);
-        fnMuda();
-        UsaPasta("/telvo");
-        const auto antes = ArquivosDe("/copias");
-        const HRESULT hr = Executa();
-        EXPECT_TRUE(FAILED(hr));
-        EXPECT_EQ(m_eRecusa, eRecusa) << std::hex << hr;
-        EXPECT_EQ(ArquivosDe("/copias"), antes) << "nothing of the destination was touched";
-    };
+    m_inteira = m_Arquivos.Retrata();
     const auto gravaEm = [&](const char* pszModulo) {
         UsaPasta(pszModulo);
         Grava(*Abre(), CXVIntegracaoTeste(5));
     };
-    recusada(ERecusaCopia::eCopiaMudada, [&] { gravaEm("/copias"); });
-    recusada(ERecusaCopia::eCopiaMaisNova, [&] {
+    Recusa(ERecusaCopia::eCopiaMudada, eInvalidFile, m_sCopia + "/DF/CRINDEXINTEG.dat",
+           [&] { gravaEm("/copias"); });
+    Recusa(ERecusaCopia::eCopiaMaisNova, eInvalidFile, PastaDados("CRINDEXINTEG.dat"), [&] {
         gravaEm("/telvo");
         ASSERT_EQ(Executa(), S_OK);
-        Repoe(inteira, "/telvo", "/telvo");
+        Repoe(m_inteira, "/telvo", "/telvo");
     });
-    recusada(ERecusaCopia::eOutraBase, [&] {
+    Recusa(ERecusaCopia::eOutraBase, eInvalidFile, PastaDados("CRINDEXINTEG.dat"), [&] {
         for (const auto& [sCaminho, rArquivo] : ArquivosDe("/telvo"))
             if (!sCaminho.ends_with('/')) m_Arquivos.Apaga(sCaminho).Ignora();
         ASSERT_TRUE(XVPovoaLoja(*Abre(), [this](unsigned uiDia) { SetDia(uiDia + 5); }));
     });
-    recusada(ERecusaCopia::eArquivoSumiu,
-             [&] { EXPECT_TRUE(m_Arquivos.Apaga(PastaDados("CRCHAVEREGTER.dat")).Ok()); });
-    recusada(ERecusaCopia::eOrigemDanificada, [&] {
-        std::string sBytes = Conteudo("CRDTHRINTEG.dat");
-        sBytes[100] ^= 1;
-        m_Arquivos.CriaArquivo(PastaDados("CRDTHRINTEG.dat"), sBytes);
-    });
-    recusada(ERecusaCopia::eDestinoOcupado, [&] {
-        EXPECT_TRUE(m_Arquivos.Apaga(std::string("/copias/MATRIZ/") + k_pszManifestoCopia).Ok());
-    });
+    Recusa(ERecusaCopia::eArquivoSumiu, E_XVCR_INCONSISTENCIA_CONTROLE_CRIACAO_ARQUIVOS,
+           PastaDados("CRCHAVEREGTER.dat"),
+           [&] { EXPECT_TRUE(m_Arquivos.Apaga(PastaDados("CRCHAVEREGTER.dat")).Ok()); });
+    Recusa(ERecusaCopia::eOrigemDanificada, E_XVCR_CRC_CABECALHO_NAO_CONFERE, PastaDados("CRDTHRINTEG.dat"),
+           [&] {
+               std::string sBytes = Conteudo("CRDTHRINTEG.dat");
+               sBytes[100] ^= 1;
+               m_Arquivos.CriaArquivo(PastaDados("CRDTHRINTEG.dat"), sBytes);
+           });
+    Recusa(ERecusaCopia::eDestinoOcupado, eInvalidFile, "",
+           [&] { EXPECT_TRUE(m_Arquivos.Apaga(std::string("/copias/MATRIZ/") + k_pszManifestoCopia).Ok()); });
+}
+
+TEST_F(Copia, RecusaOQueEstaEmUsoOuDanificado) {
+    ASSERT_EQ(Executa(), S_OK);
+    m_inteira = m_Arquivos.Retrata();
+    CXVSistemaArquivosMemoria::TRetrato morta;
+    {
+        const TLoja pLoja = Abre();
+        Grava(*pLoja, CXVIntegracaoTeste(5));
+        morta = m_Arquivos.Retrata();
+    }
+    Recusa(ERecusaCopia::eDestinoOcupado, E_XVCR_ARQUIVO_NAO_EH_MOD_ESTRUTURA, "",
+           [&] { m_Arquivos.CriaArquivo(m_sCopia + '/' + k_pszManifestoCopia, std::string(40, 'x')); });
+    Recusa(ERecusaCopia::eCopiaMudada, eSharingViolation, m_sCopia + "/DF/" + k_pszNomeDiario,
+           [&] { m_Arquivos.CriaArquivo(m_sCopia + "/DF/" + k_pszNomeDiario, ""); });
+    Recusa(ERecusaCopia::eOrigemDanificada, E_XVCR_INCONSISTENCIA_CONTROLE_CRIACAO_ARQUIVOS,
+           PastaDados("CRINDEXINTEG.dat"), [&] {
+               m_Arquivos.Restaura(morta);
+               m_Arquivos.CriaArquivo(PastaDados("CRINDEXINTEG.dat"), Conteudo("CRINDEXINTEG.dat") + "x");
+           });
+    Recusa(ERecusaCopia::eConversao, eSharingViolation, PastaDados(k_pszDiarioConversao),
+           [&] { m_Arquivos.CriaArquivo(PastaDados(k_pszDiarioConversao), ""); });
+    std::unique_ptr<IXVMarcaDiretorio> pMarca;
+    Recusa(ERecusaCopia::eDestinoEmUso, eSharingViolation, "",
+           [&] { EXPECT_TRUE(m_Arquivos.MarcaDiretorio(m_sCopia, "copia-em-curso", pMarca).Ok()); });
 }
 
 }  // namespace

@@ -66,6 +66,31 @@ TEST_F(CXVGravacaoTeste, LogQueNaoSeGravaNaoDesfazOQueFoiGravado) {
     EXPECT_TRUE(m_Captura.Contem("GetAcessoEmpresarial()->GravaLogGeral(eServico, sTexto)"));
 }
 
+// The error log names who asked for the write that failed, and not who wrote to the same file before.
+TEST_F(CXVGravacaoTeste, FalhaNomeiaSoQuemAPediu) {
+    CXVSistemaArquivosFalhas falhas(m_Arquivos);
+    falhas.SetFiltro([](const std::string& s) { return s.ends_with("CRINDEXINTEG.dat"); });
+    const CXVGuardaSistemaArquivos guarda(falhas);
+    m_pLoja = nullptr;
+    m_pLoja = Abre();  // through the file system that fails
+    const REG_XVDMC regDmc = Grava(*m_pLoja, CXVIntegracaoTeste(1));
+    const CXVCapturaTrace captura;
+    falhas.Programa({.bPermanente = true, .eCausa = ECausaArquivo::eDiscoCheio});
+    const CXVDadosCR_StatusIntegracaoMiddleware status{.regDmc = regDmc,
+                                                       .eStatusIntegracao = eXVSMiddleware_Erro};
+    EXPECT_EQ(m_pLoja->GravaStatusIntegracao(status.ComoRegistro()), eDiskFull);
+    falhas.Limpa();
+    std::set<std::string> quem;
+    for (const SFalhaCapturada& r : captura.GetFalhas()) quem.insert(r.sFuncao + ": " + r.sExpressao);
+    const std::string sArquivo = "CXVFile<struct REG_CR_INDEX_INTEGRACAO_V1>::";
+    EXPECT_EQ(quem,
+              (std::set<std::string>{"CBaseMiddleware::GravaStatusIntegracao: "
+                                     "m_pDataBase->m_IndexIntegracao.Grava(uiPosicaoIndex, regIndex)",
+                                     sArquivo + "GravaColecao: GravaRegistros(uiPosicao, aRegistros)",
+                                     sArquivo + "GravaRegistros: CatchGravacao(pEx)",
+                                     "CXVFileBase::CatchGravacao: eDiskFull", "XVArquivoRecusado::Anota: "}));
+}
+
 TEST_F(CXVGravacaoTeste, RegistrosDeUmaChaveGravadosJuntosFicamUm) {
     constexpr unsigned k_uiThreads = 4;
     std::vector<TListaDmc> listas(k_uiThreads);

@@ -4,6 +4,7 @@
 #include "tests/harness/XVGanchoArquivos.h"
 #include "tests/harness/XVSistemaArquivosFalhas.h"
 #include "tests/harness/XVSistemaArquivosMorte.h"
+#include "tests/harness/XVSistemaArquivosQueda.h"
 #include "tests/middleware/XVCenarioLoja.h"
 
 namespace {
@@ -78,6 +79,13 @@ TEST_F(LojaNova, MorteEmCadaAlteracaoNaoDeixaBaseComUmaParte) {
         EXPECT_TRUE(uiAchadas == 3U || (bMorreu && (!uiAchadas || !bTemDias))) << uiAlteracao;
     }
     EXPECT_GT(uiAlteracao, 20U);
+}
+
+TEST_F(LojaNova, ProntaEstaNoDispositivo) {
+    CXVSistemaArquivosQueda queda(m_Arquivos);
+    const CXVGuardaSistemaArquivos guarda(queda);
+    EXPECT_EQ(Faz(), S_OK);
+    EXPECT_EQ(queda.NaoGarantido(), "");
 }
 
 // A second one that begins at any moment of the first: one of them makes the store, and it is whole.

@@ -59,6 +59,9 @@ TEST(Nomes, CodigosQueNinguemConheceEOsUltimosDasTabelas) {
     EXPECT_STREQ(GetDescricao_FACILITY(XVHResult(0x9FFF0A04U)), "Desconhecido ou novo código de FACILITY");
     EXPECT_STREQ(GetDescricao_FACILITY(XVHResult(0xE0070001U)), "FACILITY_WIN32") << "without reserved bits";
     EXPECT_STREQ(GetNomeFacility(82), "FACILITY_XPS");
+    const SDescricaoHResult proprio = Decodifica(E_XVCR_CRC_CABECALHO_NAO_CONFERE);
+    EXPECT_EQ(std::tuple(proprio.iSeverity, proprio.iFacility, proprio.iCode), std::tuple(1, 0x108, 0x0A3F));
+    EXPECT_STREQ(proprio.pszFacility, "FACILITY_DEPLOYMENT_SERVICES_TFTP") << "who has that number";
     EXPECT_STREQ(GetNomeHRESULT(S_OK), "S_OK");
     EXPECT_STREQ(GetNomeCodigoWin32(0xFFFF), "");
 }

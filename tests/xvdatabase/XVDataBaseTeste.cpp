@@ -126,6 +126,31 @@ TEST_F(Utilitarios, RenomearTrocaOArquivoECarimbaAVersao) {
     EXPECT_EQ(LeTextos(k_pszControle), (std::vector<std::string>{"A.dat", "B.dat"})) << "at once";
 }
 
+// The error log names the file and what the system said.
+TEST_F(Utilitarios, OQueNaoSeMoveNemSeApagaDizPorQue) {
+    for (const char* pszNome : {"A.dat", "B.dat"}) CriaBom(pszNome);
+    Cria("A.cab", ArquivoComCabecalho("A.dat", ""));
+    m_Falhas.SetFiltro([](const std::string& s) { return s.ends_with("A.dat") || s.ends_with("B.dat"); });
+    const auto mensagens = [&](auto fnFaz, HRESULT hr) {
+        const CXVCapturaTrace captura;
+        m_Falhas.Programa({.bPermanente = true, .ulErroSistema = 13});
+        EXPECT_EQ(fnFaz(), hr);
+        m_Falhas.Limpa();
+        std::string sTexto;
+        for (const SFalhaCapturada& r : captura.GetFalhas())
+            if (r.sFuncao.starts_with("CXVDataBaseUtil") && r.hr == 0)
+                sTexto += r.sFuncao + ": " + r.sMensagem + '\n';
+        return sTexto;
+    };
+    EXPECT_EQ(
+        mensagens([&] { return CXVDataBaseUtil::RenomeiaArquivoCAB(&m_Dono, XV_DF, "A.dat"); },
+                  E_XVCR_RENOMEACAO_ARQUIVO),
+        "CXVDataBaseUtil::RenomeiaArquivoEXT: Erro ao renomear arquivo /telvo/MATRIZ/DF/A.cab DW: 13.\n");
+    EXPECT_EQ(mensagens([&] { return CXVDataBaseUtil::DeletaSemControle(&m_Dono, XV_DF, "B.dat"); },
+                        E_XVCR_DELECAO_ARQUIVO),
+              "CXVDataBaseUtil::DeletaArquivo: Erro ao deletar arquivo /telvo/MATRIZ/DF/B.dat DW: 13.\n");
+}
+
 TEST_F(Utilitarios, UmGrupoSaoSoOsMembros) {
     for (const char* pszNome : {"g01.dat", "G02.dat", "G03.dat", "G003.dat", "G0x.dat"}) CriaBom(pszNome);
     Cria("G01.tra", ArquivoComCabecalho("G01.dat", ""));

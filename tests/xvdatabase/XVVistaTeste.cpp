@@ -79,6 +79,36 @@ TEST_F(Vista, ArquivoSemCabecalhoAcabaOndeODiarioDiz) {
     espera({"um", "dois"}, S_OK);
 }
 
+// Longer than what is read at a time: each piece from its own place.
+TEST_F(Vista, ArquivoLongoSeLeInteiro) {
+    std::vector<REG_TESTE> lista;
+    for (unsigned i = 1; i <= 9000; ++i) lista.push_back({i, i % 7, i * 3});
+    Cria("A.dat", ArquivoComCabecalho("A.dat", Bytes(lista)));
+    std::string sLongo;
+    for (unsigned i = 0; i < 20000; ++i) sLongo += std::to_string(i) + ' ';
+    Cria("C.dat", Prefixado(sLongo) + Prefixado("dois"));
+    TXVBanco<CXVFileTeste> banco("A.dat");
+    TXVBanco<CXVTextFile> textos("C.dat");
+    banco.xvDB.SetSomenteLeituraSemBloqueio(true);
+    textos.xvDB.SetSomenteLeituraSemBloqueio(true);
+    const SChavesTeste chaves;
+    ASSERT_EQ(banco->IncluiIndex(&chaves, 0), S_OK);
+    ASSERT_EQ(Abre(banco), S_OK);
+    ASSERT_EQ(Abre(textos), S_OK);
+    for (const REG_TESTE& rEsperado : lista) {
+        REG_TESTE reg{};
+        ASSERT_EQ(banco->LeIndex(rEsperado.uiChave, &reg, 0), S_OK) << rEsperado.uiChave;
+        ASSERT_EQ(reg, rEsperado);
+    }
+    std::string sTexto;
+    EXPECT_EQ(textos->Le(1, sTexto), S_OK);
+    EXPECT_TRUE(sTexto == sLongo);
+    EXPECT_EQ(textos->Le(2, sTexto), S_OK);
+    EXPECT_EQ(sTexto, "dois");
+    ASSERT_EQ(banco.xvDB.Finaliza(), S_OK);
+    ASSERT_EQ(textos.xvDB.Finaliza(), S_OK);
+}
+
 // What came to a file since it was loaded, and is damaged, is no text.
 TEST_F(Vista, TextoNovoComPrefixoDanificadoNaoSeLe) {
     Cria("C.dat", Prefixado("um"));

@@ -81,6 +81,40 @@ TEST_F(CXVLojaEmDoisFios, QuemAbreNoMeioDeUmFechamentoEsperaEAbreDeNovo) {
     EXPECT_EQ(m_Arquivos.GetQuantidadeAberta(), 0U);
 }
 
+// Two operations end while the first of two integrations is being read: nobody sees one of them without the
+// other.
+TEST_F(CXVLojaEmDoisFios, LeituraDeVariasEhDeUmSoMomento) {
+    const TLoja pLoja = Abre();
+    std::vector<REG_XVDMC> aDmcs;
+    for (const XVUInt64 uiChave : {1U, 2U})
+        aDmcs.push_back(Grava(*pLoja, CXVIntegracaoTeste(uiChave).Textos("{}", "antes", "")));
+    m_pSegunda = Abre(12);
+    std::vector<SIntegracaoTransportada> lista;
+    unsigned uiEncontros = 0;
+    CXVEsperaDeFio(
+        [](const SOperacaoArquivo& r) {
+            return r.eOperacao == EOperacaoArquivo::eLe && r.sCaminho.ends_with("CRINTEGMIDJSON20240315.dat");
+        },
+        {[&] {
+            const CXVCapturaTrace captura;
+            for (const REG_XVDMC regDmc : aDmcs)
+                EXPECT_EQ(m_pSegunda->GravaStatusIntegracao(
+                              XVStatusPS(regDmc, 0, eXVSMiddleware_Erro, "depois", "")),
+                          S_OK);
+        }})
+        .Executa([&] { EXPECT_EQ(pLoja->LeTransportadas(aDmcs, &lista), S_OK); },
+                 [&](bool bEspera) {
+                     ++uiEncontros;
+                     EXPECT_FALSE(bEspera);
+                 });
+    EXPECT_EQ(uiEncontros, 1U);
+    ASSERT_EQ(lista.size(), 2U);
+    for (const SIntegracaoTransportada& r : lista) {
+        EXPECT_EQ(r.dados.eStatusIntegracao, XVUInt{eXVSMiddleware_Erro});
+        EXPECT_EQ(r.dados.sMensagemIntegracao, "depois");
+    }
+}
+
 struct SParDeOperacoes {
     const char* pszPrimeira;
     const char* pszSegunda;  // both as XVOperacoesLoja names them
