@@ -2,7 +2,10 @@
 // the store and a store at rest, or it is refused, and the store itself is never changed.
 #include <tuple>
 
+#include "core/xvdatabase/XVCabecalho.h"
 #include "core/xvdatabase/XVDiarioAnel.h"
+#include "core/xvdatabase/XVSeguidorDiario.h"
+#include "core/xvdatabase/XVVisao.h"
 #include "middleware/ConversaoDiario.h"
 #include "middleware/copia/XVCopia.h"
 #include "middleware/verificacao/XVVerificacao.h"
@@ -362,6 +365,68 @@ TEST_F(Copia, RecusaOQueEstaEmUsoOuDanificado) {
     std::unique_ptr<IXVMarcaDiretorio> pMarca;
     Recusa(ERecusaCopia::eDestinoEmUso, eSharingViolation, "",
            [&] { EXPECT_TRUE(m_Arquivos.MarcaDiretorio(m_sCopia, "copia-em-curso", pMarca).Ok()); });
+}
+
+// The names of a manifest become paths, and what comes behind it was not written by a copy.
+TEST_F(Copia, ManifestoQueNaoServeERecusadoInteiro) {
+    constexpr const char* k_pszCopia = "/copias/MATRIZ";
+    const auto le = [&](SManifestoCopia* pLido) { return XVManifestoCopia::Le(k_pszCopia, pLido); };
+    SManifestoCopia lido;
+    EXPECT_EQ(le(&lido), S_FALSE);
+    ASSERT_EQ(Executa(), S_OK);
+    for (const auto& [sNome, uiEstado] : std::vector<std::pair<std::string, XVUInt64>>{{"../x.dat", 1},
+                                                                                       {"a/x.dat", 1},
+                                                                                       {"/x.dat", 1},
+                                                                                       {"a\\x.dat", 1},
+                                                                                       {"..", 1},
+                                                                                       {"", 1},
+                                                                                       {"x.dat", 3}}) {
+        const SManifestoCopia ruim{static_cast<EEstadoCopia>(uiEstado), {{"a.dat", {1, 2}}, {sNome, {3, 4}}}};
+        ASSERT_EQ(XVManifestoCopia::Grava(k_pszCopia, ruim), S_OK);
+        lido.mapaArquivos["resto"] = {};
+        EXPECT_EQ(le(&lido), E_XVCR_ARQUIVO_NAO_EH_MOD_ESTRUTURA) << sNome;
+        EXPECT_TRUE(lido.eEstado == EEstadoCopia::eIncompleta && lido.mapaArquivos.empty()) << sNome;
+    }
+    for (const EEstadoCopia eEstado : {EEstadoCopia::eIncompleta, EEstadoCopia::eTroca}) {
+        const SManifestoCopia bom{eEstado, {{"a.dat", {1, 2}}, {"x.log", {3, 4}}}};
+        ASSERT_EQ(XVManifestoCopia::Grava(k_pszCopia, bom), S_OK);
+        ASSERT_EQ(le(&lido), S_OK);
+        EXPECT_TRUE(lido.eEstado == bom.eEstado && lido.mapaArquivos == bom.mapaArquivos);
+    }
+}
+
+// What came since, laid over the files as they were when it began, is the files as they are.
+TEST_F(Copia, QuemSegueODiarioTemCadaByteECadaTamanho) {
+    const TLoja pLoja = Abre();
+    Escreve(*pLoja, 0);
+    CXVVisao visao(PastaDados());
+    CXVSeguidorDiario seguidor(visao);
+    ASSERT_TRUE(seguidor.Inicia());
+    const auto antes = m_Arquivos.Retrata();
+    for (unsigned n = 1; n < 12; ++n) {
+        Escreve(*pLoja, n);
+        if (n % 4 == 0) seguidor.Olha();
+    }
+    SetDia(25);  // files that the first of two makes
+    for (unsigned i = 1; i <= 2; ++i) Grava(*pLoja, CXVIntegracaoTeste(9000 + i).Textos("{}", "m", "r"));
+    ASSERT_TRUE(seguidor.Confirma());
+    EXPECT_GT(seguidor.GetMudancas().size(), 8U);
+    for (const auto& [sNome, rMudanca] : seguidor.GetMudancas()) {
+        const auto it = antes.find(PastaDados(sNome));
+        std::string sBytes = it == antes.end() ? std::string() : it->second.sConteudo;
+        EXPECT_EQ(rMudanca.bCriado, it == antes.end()) << sNome;
+        EXPECT_EQ(rMudanca.uiTamanho, Conteudo(sNome).size()) << sNome;
+        sBytes.resize(static_cast<std::size_t>(rMudanca.uiTamanho));
+        for (const auto& [uiOffset, sNovos] : rMudanca.faixas)
+            sBytes.replace(static_cast<std::size_t>(uiOffset), sNovos.size(), sNovos);
+        if (rMudanca.regCabecalho) {
+            const REG_XVCABECALHO reg{XVCabecalho::BlocoA(), *rMudanca.regCabecalho};
+            sBytes.replace(0, sizeof(reg), reinterpret_cast<const char*>(&reg), sizeof(reg));
+        }
+        EXPECT_TRUE(sBytes == Conteudo(sNome)) << sNome;
+    }
+    EXPECT_EQ(pLoja->Finaliza(), S_OK);
+    EXPECT_FALSE(seguidor.Confirma()) << "nobody writes any more";
 }
 
 }  // namespace

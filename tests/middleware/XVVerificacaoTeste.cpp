@@ -596,4 +596,31 @@ TEST_F(Verificacao, SelosDoIndiceEOsPropriosSelos) {
     EXPECT_EQ(Verifica(), "selosInvalidos XVDATABASE_SELOS.srk");
 }
 
+// One zero byte may be the terminator of an earlier program; a second one, or one before the end, is damage.
+TEST_F(Verificacao, TerminadorNoFimDeUmTextoNaoEDano) {
+    const auto achados = [&](const char* pszNome, std::size_t uiZeros) {
+        const std::string sAntes = Conteudo(pszNome);
+        ZeraFim(pszNome, uiZeros)(*this);
+        std::string sAchados = Verifica();
+        m_Arquivos.CriaArquivo(PastaDados(pszNome), sAntes);
+        return sAchados;
+    };
+    EXPECT_EQ(achados(k_pszMensagem, 1), "");
+    EXPECT_EQ(achados(k_pszMensagem, 2), "textoZerado 20240315:3");
+    EXPECT_EQ(achados(k_pszJSON, 1), "");
+    EXPECT_EQ(achados(k_pszJSON, 2), "textoZerado 20240315:3");
+}
+
+// A bad sector of the first of two blocks that are read.
+TEST_F(Verificacao, SetorRuimNoPrimeiroBloco) {
+    CXVSistemaArquivosSetorRuim disco(m_Arquivos);
+    const CXVGuardaSistemaArquivos guarda(disco);
+    SetDia(15);
+    Grava(*Abre(), CXVIntegracaoTeste(4).Textos(std::string(150'000, 'j'), "m", "r"));
+    disco.GetTrechos() = {{PastaDados(k_pszJSON), 20'000, 8}};
+    SVerificacao verificacao;
+    EXPECT_EQ(Verifica(&verificacao), "arquivoIlegivel CRINTEGMIDJSON20240315.dat; textoIlegivel 20240315:4");
+    EXPECT_EQ(verificacao.uiInteiras + 1, verificacao.uiIntegracoes);
+}
+
 }  // namespace

@@ -272,4 +272,52 @@ TEST(FichaTeste, SoLeOQueEscreveu) {
         EXPECT_FALSE(SFicha::DeString(pszRuim, &ficha)) << pszRuim;
 }
 
+// Which integrations have its key is told of a new one of the bank, also where it was changed before anybody
+// looked, and of no other. What is no line of an integration is passed over, and so is what is no log.
+TEST_F(Acompanha, ChaveDoBancoSoComUmaNova) {
+    Grava("grava --sistema Mercos --chave 5");
+    std::string sToken = Linhas("--uma-vez").at(0)["token"];
+    const auto segue = [&] {
+        std::string sTudo;
+        for (const json& rLinha : Linhas("--uma-vez --token " + sToken)) {
+            if (!rLinha.contains("integracao")) continue;
+            sToken = rLinha.value("token", "");
+            sTudo += rLinha["evento"].get<std::string>() + ' ' +
+                     rLinha["integracao"].value("sDmc", "").substr(9) + ' ' +
+                     rLinha.value("dmcsDaChave", json()).dump() + ' ';
+        }
+        return sTudo;
+    };
+    const auto doBanco = [&] {
+        const std::string sDmc = Grava("grava --tipo BuscaPedidos --sistema OfficialBank --chave 77");
+        const std::string sLista = json::array({Le(sDmc)["regDmc"]}).dump();
+        return std::pair(sDmc, sLista);
+    };
+    const auto [sPrimeira, sSoPrimeira] = doBanco();
+    const std::string sStatus = "status --status Erro --mensagem caiu --dmc ";
+    Grava(sStatus + sPrimeira);
+    EXPECT_EQ(segue(), "integracao 2-1 " + sSoPrimeira + ' ');
+    Grava(sStatus + sPrimeira);
+    Grava("grava --sistema Mercos --chave 77");
+    EXPECT_EQ(segue(), "integracao 2-1 null integracao 3-1 null ");
+    const auto [sSegunda, sSoSegunda] = doBanco();
+    Grava(sStatus + sSegunda);
+    const std::string sColunas(8, '\t');
+    const std::string sAlheia = sColunas + "GravaMapa - DMCIntegracao: 20240315-7-2 \n";
+    Escreve(Log("202403"), Conteudo(Log("202403")) + sAlheia + sAlheia.substr(1));
+    Escreve(Log("2024x3"), "outro");
+    EXPECT_EQ(segue(), "integracao 4-1 " + sSoSegunda + ' ');
+    for (XVByte ucMes = 4; ucMes <= 6; ++ucMes) {
+        m_Relogio.SetUTC({2024, ucMes, 2, 12, 0, 0});
+        Grava("grava --sistema Mercos");
+    }
+    EXPECT_EQ(segue(), "integracao 1-1 null integracao 1-1 null integracao 1-1 null ");
+    EXPECT_EQ(std::count(sToken.begin(), sToken.end(), ':'), 3) << "two months: " << sToken;
+    EXPECT_EQ(segue(), "");
+    Escreve(Log("202406"), std::string(3 * SPosicaoLog::k_uiMaiorLinha, 'x'));
+    const SExecucao execucao = Execucao("--uma-vez");
+    EXPECT_EQ(execucao.sErro, "xvcr: empresa 001: \"" + Log("202406") + "\": não é um log geral\n");
+    EXPECT_EQ(execucao.sSaida, "");
+}
+
 }  // namespace

@@ -73,6 +73,21 @@ TEST(RegistroJson, DizOCampoErrado) {
               "nenhum");
 }
 
+// A null empties what was there, and a logical value is one of two.
+TEST(RegistroJson, NuloEsvaziaELogicoValeUmOuZero) {
+    CXVDadosCR_IntegracaoMiddleware dados, vazios;
+    dados.regDmc.uiValor = dados.regDataHoraInclusao.uiValor = 5;
+    dados.sMensagemIntegracao = "antes";
+    dados.cReconsultarIdTerceiros = dados.ucTipoPonteiroAuxiliar = 7;
+    vazios.ucTipoPonteiroAuxiliar = 1;
+    ASSERT_EQ(Le(R"({"regDmc":null,"regDataHoraInclusao":null,"regMensagemIntegracao":null,)"
+                 R"("cReconsultarIdTerceiros":false,"ucTipoPonteiroAuxiliar":true})",
+                 &dados)
+                  .sMensagem,
+              "");
+    EXPECT_TRUE(dados == vazios);
+}
+
 TEST(LinhaJson, RecusaOQueNaoEUmObjetoEDizOByte) {
     std::vector<SMembroJson> listaMembros;
     for (const char* pszLinha : {"[1]", "12", "{\"a\":1,\"\\u0061\":2}"}) {

@@ -275,4 +275,39 @@ TEST(LinhaLog, LinhaEstranhaOuCortadaNaoDerruba) {
     EXPECT_EQ(linha.sExpressao, "");
 }
 
+// December is a month, the last records of two logs are not more than those, and what is no month is refused.
+TEST_F(Registro, MesesEOsUltimosDeDoisLogs) {
+    const json outra = Erro("2026-10-31T23:59:59", "001", 7, 41, "CBase::Le", "81080AAA", k_szPosicao);
+    m_Diretorio.CriaArquivo("001/DF/XVProfilerErros_Base_202610.log",
+                            k_sCabecalho + Linha(m_Outubro) + Linha(outra));
+    m_Diretorio.CriaArquivo("001/DF/XVProfilerErros_Base_202612.log", k_sCabecalho + Linha(m_Programas));
+    EXPECT_EQ(Mostra("--empresa 001 --mes 202612"), json::array({m_Programas}));
+    EXPECT_EQ(Mostra("--empresa 001 --mes 202601"), json::array());
+    EXPECT_EQ(Mostra("--empresa 001 --ultimos 4"), (json{outra, m_Manha, m_Noite, m_Programas}));
+    EXPECT_EQ(Mostra("--empresa 001 --ultimos 5"), (json{m_Outubro, outra, m_Manha, m_Noite, m_Programas}));
+    for (const std::string sMes : {"202600", "202613", "20261", "2026012", "20261x", ""}) {
+        const SExecucao execucao = XVExecutaAqui({"--empresa", "001", "registro", "--mes", sMes});
+        EXPECT_EQ(execucao.iSaida, 2) << sMes;
+        EXPECT_NE(execucao.sErro.find("esperado um mês: AAAAMM"), std::string::npos) << execucao.sErro;
+    }
+}
+
+// A log that took the place of the one that is followed has its length, and only its records are others.
+TEST_F(Registro, SegueOLogQueTomouOLugarDeOutro) {
+    const json outra = Erro("2026-11-20T00:00:01", "001", 8, 42, "CBase::Grava", "81080C67",
+                            m_Manha["Nome"].get<std::string>().c_str());
+    const std::string sArquivo = m_Diretorio.Junta("segue.log");
+    const auto escreve = [&](const std::string& sTexto) {
+        std::ofstream(sArquivo, std::ios::binary) << sTexto;
+    };
+    escreve(k_sCabecalho);
+    CXVRelogioFalso relogio;
+    relogio.SetAoDormir([&](XVUInt64 uiDormidas) {
+        if (uiDormidas == 1) escreve(k_sCabecalho + Linha(m_Manha));
+        if (uiDormidas == 2) escreve(k_sCabecalho + Linha(outra));
+    });
+    const CXVGuardaRelogio guarda(relogio);
+    EXPECT_EQ(Mostra("--segue --por 1", {"--arquivo", sArquivo}), (json{m_Manha, outra}));
+}
+
 }  // namespace

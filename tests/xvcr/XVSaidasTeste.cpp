@@ -309,4 +309,29 @@ TEST(QuisDizer, SoOQuePoucasLetrasSeparam) {
     EXPECT_EQ(XVQuisDizer(std::string(65, 'z'), aLongos), "");
 }
 
+// At each limit of what is shown nothing more is promised.
+TEST(SaidaVerificacao, NoLimiteNadaMaisSeAnuncia) {
+    SVerificacao r{
+        .uiIntegracoes = 2, .uiInteiras = 2, .uiSubstituidas = 1, .uiPosicoesVagas = 1, .listaAchados = {}};
+    SXVAchado achado{EAchado::eSemJSON, "a.dat", 20260102, S_OK, 1, {}, ""};
+    for (XVUInt ul = 1; ul <= 8; ++ul) achado.aFaixas.push_back({ul, ul});
+    r.listaAchados.push_back(achado);
+    std::string sLugares;
+    for (int i = 1; i <= 20; ++i) {
+        sLugares += "  n" + std::to_string(i) + '\n';
+        r.listaAchados.push_back(
+            {.eTipo = EAchado::eArquivoEstranho, .sArquivo = "n" + std::to_string(i), .uiQuantidade = 1});
+    }
+    const std::string sTexto = Saida([&](CXVSaida& rSaida) { XVMostraVerificacao(rSaida, "002", r); });
+    const std::string sFaixas =
+        "  02/01/2026  a.dat  20260102-1-1, 20260102-2-1, 20260102-3-1, 20260102-4-1, 20260102-5-1, "
+        "20260102-6-1, 20260102-7-1, 20260102-8-1\n  O que fazer";
+    EXPECT_NE(sTexto.find(sFaixas), std::string::npos) << sTexto;
+    EXPECT_NE(sTexto.find('\n' + sLugares + "  O que fazer"), std::string::npos) << sTexto;
+    EXPECT_TRUE(
+        sTexto.ends_with("Substituídas por outra do banco com a mesma chave: 1.\n"
+                         "Posições vagas, de integrações que se perderam: 1.\n"))
+        << sTexto;
+}
+
 }  // namespace

@@ -2,6 +2,7 @@
 // quote, keys, date-times and enumerations that are impossible, more rows than a transaction takes. And an
 // import that the store stops.
 #include <algorithm>
+#include <filesystem>
 
 #include "tests/harness/XVGuardasPlataforma.h"
 #include "tests/harness/XVRelogioFalso.h"
@@ -197,6 +198,47 @@ TEST_F(TransporteAqui, ImportacaoQueContinuaParaNaFalhaDaBase) {
         ", linha 3: " + sCheio))
         << execucao.sErro;
     EXPECT_EQ(execucao.sErro.find("linha 4"), std::string::npos) << execucao.sErro;
+}
+
+// What cannot be read is told, and keeps its place behind a whole batch; a day without records is told too,
+// and what is no day of the calendar is none.
+TEST_F(TransporteAqui, ExportacaoGuardaOLugarDoQueNaoSeLe) {
+    std::string sCarga;
+    for (int i = 0; i < 66; ++i)
+        sCarga += "{\"eStatusIntegracao\":\"Pendente\",\"regRegistroJSON\":\"{}\"}\n";
+    m_Diretorio.CriaArquivo("carga.jsonl", sCarga);
+    m_Relogio.SetUTC({2026, 11, 20, 12, 0, 0});
+    Grava("grava --status Erro");
+    m_Relogio.SetUTC({2026, 11, 21, 12, 0, 0});
+    ASSERT_EQ(Xvcr("carrega", {m_Diretorio.Junta("carga.jsonl")}).iSaida, 0);
+    const std::string sPasta = m_Diretorio.Junta("001/DF/");
+    const std::string sDia = "001/DF/CRINTEGMID20261121.dat";
+    std::string sRegistros = m_Diretorio.LeConteudo(sDia).value_or("");
+    ASSERT_EQ(sRegistros.size(), 240U + 66 * 88);
+    sRegistros[sRegistros.size() - 88 + 48 + 1] = '\x7f';  // which text is the last one's
+    m_Diretorio.CriaArquivo(sDia, sRegistros);
+    std::filesystem::copy_file(sPasta + "CRINTEGMID20261121.dat", sPasta + "CRINTEGMID99999999.dat");
+    std::filesystem::remove(sPasta + "CRINTEGMID20261120.dat");
+    const SExecucao execucao = Xvcr("exporta");
+    EXPECT_EQ(execucao.iSaida, 1);
+    EXPECT_EQ(std::count(execucao.sErro.begin(), execucao.sErro.end(), '\n'), 2) << execucao.sErro;
+    for (const char* pszDmc : {"20261120-1-1", "20261121-66-1"}) {
+        EXPECT_NE(execucao.sErro.find(std::string("xvcr: ") + pszDmc + ": "), std::string::npos)
+            << execucao.sErro;
+        EXPECT_NE(execucao.sSaida.find(std::string(R"({"linha":"vaga","regDmc":")") + pszDmc + "\"}\n"),
+                  std::string::npos)
+            << execucao.sSaida;
+    }
+    EXPECT_NE(execucao.sSaida.find(R"({"linha":"fim","integracoes":65,"vagas":2,"soma":")"),
+              std::string::npos)
+        << execucao.sSaida;
+}
+
+TEST(Transporte, VariosTextosCrusEChaveImpossivel) {
+    SIntegracaoTransportada r;
+    r.dados.sRegistroJSON = r.dados.sMensagemIntegracao = "\x80";
+    EXPECT_TRUE(Forma(EFormatoExportacao::eSql, {r})
+                    .ends_with(",0,'regRegistroJSON regMensagemIntegracao');\nCOMMIT;\n"));
 }
 
 }  // namespace

@@ -213,4 +213,19 @@ TEST_F(Utilitarios, RegistroUnicoPorNome) {
         << "listed and missing is not version 0";
 }
 
+// A file that was never made has nothing to be replaced, and one that vanished stays listed.
+TEST_F(Utilitarios, RenomearOQueNaoHaNaoMudaNada) {
+    for (const char* pszNome : {"A.dat", "G01.dat"}) CriaBom(pszNome);
+    ASSERT_EQ(CXVDataBaseUtil::RenomeiaArquivoTRA(&m_Dono, XV_DF, "A.dat", 2), S_OK);
+    Cria("B.tra", ArquivoComCabecalho("B.dat", ""));
+    ASSERT_EQ(CXVDataBaseUtil::RenomeiaArquivoTRA(&m_Dono, XV_DF, "B.dat", 3), S_OK);
+    EXPECT_TRUE(m_Arquivos.Apaga(PastaDados("B.dat")).Ok());
+    const auto antes = m_Arquivos.Retrata();
+    for (const char* pszNome : {"B.dat", "C.dat"})
+        EXPECT_EQ(CXVDataBaseUtil::RenomeiaArquivoTRA(&m_Dono, XV_DF, pszNome, 3), S_OK) << pszNome;
+    EXPECT_EQ(CXVDataBaseUtil::RenomeiaArquivoTRAGroupFile(&m_Dono, XV_DF, "H??.dat", 2), S_OK);
+    EXPECT_EQ(CXVSistemaArquivosMemoria::Diferenca(antes, m_Arquivos.Retrata()), "");
+    EXPECT_EQ(LeTextos(k_pszControle), std::vector<std::string>{"B.dat"});
+}
+
 }  // namespace

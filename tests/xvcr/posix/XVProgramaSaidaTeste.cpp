@@ -163,4 +163,15 @@ TEST_F(ProgramaSaida, ProgressoSoNoTerminalQueNaoMostraOsResultados) {
     EXPECT_EQ(mostrado("exec \"$@\" 2>" + sTerminal + " >" + sTerminal).find("%)"), std::string::npos);
 }
 
+// An input that fails is not at its end, and blank lines are none.
+TEST_F(ProgramaSaida, CargaQueNaoSeLeAteOFimFalha) {
+    const SExecucao execucao = Roteiro("exec \"$@\" <" + m_Diretorio.GetCaminho(), {"carrega", "-"});
+    EXPECT_EQ(execucao.iSaida, 1);
+    EXPECT_EQ(execucao.sSaida, "0 lidas, 0 gravadas, 0 com erro\n");
+    EXPECT_EQ(execucao.sErro, "xvcr: não foi possível ler a entrada padrão\n");
+    const SExecucao vazia = Xvcr("carrega - --json", {}, "\t\n \t \n\n");
+    EXPECT_EQ(vazia.iSaida, 0) << vazia.sErro;
+    EXPECT_EQ(vazia.sSaida, "{\"lidas\":0,\"gravadas\":0,\"erros\":0}\n");
+}
+
 }  // namespace
