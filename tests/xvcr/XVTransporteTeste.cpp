@@ -234,7 +234,7 @@ TEST_F(TransporteAqui, ExportacaoGuardaOLugarDoQueNaoSeLe) {
         << execucao.sSaida;
 }
 
-TEST(Transporte, VariosTextosCrusEChaveImpossivel) {
+TEST(Transporte, VariosTextosCrusEmSql) {
     SIntegracaoTransportada r;
     r.dados.sRegistroJSON = r.dados.sMensagemIntegracao = "\x80";
     EXPECT_TRUE(Forma(EFormatoExportacao::eSql, {r})
