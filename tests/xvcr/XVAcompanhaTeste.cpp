@@ -318,7 +318,8 @@ TEST_F(Acompanha, ChaveDoBancoSoComUmaNova) {
     EXPECT_EQ(segue(), "");
     Escreve(Log("202406"), std::string(3 * SPosicaoLog::k_uiMaiorLinha, 'x'));
     const SExecucao execucao = Execucao("--uma-vez");
-    EXPECT_EQ(execucao.sErro, "xvcr: empresa 001: \"" + Log("202406") + "\": não é um log geral\n");
+    const std::string sLog = std::filesystem::path(Log("202406")).make_preferred().string();
+    EXPECT_EQ(execucao.sErro, "xvcr: empresa 001: \"" + sLog + "\": não é um log geral\n");
     EXPECT_EQ(execucao.sSaida, "");
 }
 
