@@ -1,5 +1,7 @@
 // Damage done to a sound store: verification names it, recovery brings back whatever bytes are there, and the
 // store that it makes is sound and answers as the old one did.
+#include <gmock/gmock.h>
+
 #include <functional>
 
 #include "middleware/ConversaoDiario.h"
@@ -404,6 +406,8 @@ TEST_F(Verificacao, RecuperacaoRecusaOQueNaoPodeSaber) {
         m_Arquivos.CriaArquivo(PastaDados(sNome), sBytes);
     EXPECT_EQ(recupera(true), E_XVCR_VERSAO_INCOMPATIVEL) << "the first version never had a version file";
     EXPECT_EQ(Verifica(), "versaoAnterior CRMIDDLEWAREVS.dat");
+    m_Arquivos.CriaArquivo(PastaDados(k_pszControle), CXVBytes().Texto("crmiddlewarevs.DAT"));
+    EXPECT_THAT(Verifica(), testing::StartsWith("arquivoAusente CRMIDDLEWAREVS.dat;")) << "listed, and lost";
 }
 
 // Empty texts are zeros in their file. Behind the last one that a record names, there may be as many as
