@@ -11,6 +11,7 @@
 #include "middleware/verificacao/XVVerificacao.h"
 #include "support/trace/XVArquivoRecusado.h"
 #include "support/values/XVSoma64.h"
+#include "tests/harness/XVSistemaArquivosFalhas.h"
 #include "tests/harness/XVSistemaArquivosMorte.h"
 #include "tests/harness/XVSistemaArquivosQueda.h"
 #include "tests/middleware/XVOperacoesLoja.h"
@@ -229,6 +230,8 @@ TEST_F(Copia, LogDaCopiaPodeCrescer) {
 
 TEST_F(Copia, ProntaEstaNoDispositivo) {
     for (unsigned i = 0; i < 2; ++i) {  // the first one, and one in its place
+        // A copying that was killed has left a longer manifest beside its name.
+        m_Arquivos.CriaArquivo(m_sCopia + '/' + k_pszManifestoCopiaNovo, std::string(9000, 'x'));
         CXVSistemaArquivosQueda queda(m_Arquivos);
         const CXVGuardaSistemaArquivos guarda(queda);
         std::string sNaTroca;
@@ -284,6 +287,34 @@ TEST_F(Copia, MortaEmQualquerPontoNuncaPareceInteira) {
         }
     }
     EXPECT_GT(uiRecusadas, 5U) << "no death fell into the exchange of the files";
+}
+
+// Where a file cannot be moved, the new ones that wait for their places are all there is of the new copy.
+TEST_F(Copia, FalhaEmQualquerTrocaDeNomeNadaPerde) {
+    const TRetratoLoja antes = Retrata();
+    const auto semCopia = m_Arquivos.Retrata();
+    ASSERT_EQ(Executa(), S_OK);
+    Escreve(*Abre(), 0);
+    const TRetratoLoja depois = Retrata();
+    const auto comCopia = m_Arquivos.Retrata();
+    CXVSistemaArquivosFalhas falhas(m_Arquivos);
+    const CXVGuardaSistemaArquivos guarda(falhas);
+    for (const auto* pInicial : {&comCopia, &semCopia}) {
+        XVUInt64 uiNumero = 0;
+        for (bool bAtingida = true; bAtingida && !HasFailure();) {
+            SCOPED_TRACE("failed at move " + std::to_string(++uiNumero));
+            m_Arquivos.Restaura(*pInicial);
+            falhas.Programa(SFalhaArquivo{
+                .eOperacao = EOperacaoArquivo::eSubstitui, .uiNumero = uiNumero, .bPermanente = true});
+            const HRESULT hr = Executa();
+            bAtingida = falhas.GetFalhasOcorridas() != 0;
+            falhas.Limpa();
+            EXPECT_EQ(hr, bAtingida ? eHardIO : S_OK);
+            ASSERT_EQ(Executa(), S_OK) << "copied again";
+            EXPECT_EQ(XVDiferenca(pInicial == &comCopia ? depois : antes, RetrataCopia()), "");
+        }
+        EXPECT_GT(uiNumero, 8U) << "the exchange was not met";
+    }
 }
 
 // Of a writer that died anywhere in an operation the copy is what the next opening makes of the store.

@@ -1,5 +1,7 @@
 // Damage done to a sound store: verification names it, recovery brings back whatever bytes are there, and the
 // store that it makes is sound and answers as the old one did.
+#include <gmock/gmock.h>
+
 #include <functional>
 
 #include "middleware/ConversaoDiario.h"
@@ -321,6 +323,7 @@ TEST_F(Verificacao, SetorRuimNaoLevaOQueEstaAtras) {
     EXPECT_NE(deduzida.sMensagem.find("só a contagem"), std::string::npos);
     EXPECT_EQ(prova(k_pszMensagem, 0, 240, "; diaRecusado 20240315:1-13", "bytes").sMensagem,
               "outra enviada");
+    prova(k_pszControle, 0, 8, "", "bytes");
     EXPECT_EQ(
         prova("CRCHAVEREGTER.dat", 240, 8, "; lancamentoImpossivel CRCHAVEREGTER.dat", "bytes").sRetorno,
         "{\"outra\":2}" + std::string(300, 'r'));
@@ -342,10 +345,13 @@ TEST_F(Verificacao, SemIndiceVoltaComErroEAChaveDoLog) {
 }
 
 TEST_F(Verificacao, OQueSeDizProntoEstaNoDispositivo) {
+    // What is left of longer ones that were being written.
+    m_Arquivos.CriaArquivo(PastaDados(k_pszArquivoSelosNovo), std::string(9000, 'x'));
     CXVSistemaArquivosQueda queda(m_Arquivos);
     const CXVGuardaSistemaArquivos guarda(queda);
     EXPECT_EQ(Sela(), S_OK);
     EXPECT_EQ(queda.NaoGarantido(), "") << "seals";
+    EXPECT_EQ(Verifica(nullptr, EGravidade::eNota), "");
     Corta(k_pszDia, 10)(*this);
     CXVSistemaArquivosQueda depois(m_Arquivos);
     const CXVGuardaSistemaArquivos guardaDepois(depois);
@@ -400,6 +406,8 @@ TEST_F(Verificacao, RecuperacaoRecusaOQueNaoPodeSaber) {
         m_Arquivos.CriaArquivo(PastaDados(sNome), sBytes);
     EXPECT_EQ(recupera(true), E_XVCR_VERSAO_INCOMPATIVEL) << "the first version never had a version file";
     EXPECT_EQ(Verifica(), "versaoAnterior CRMIDDLEWAREVS.dat");
+    m_Arquivos.CriaArquivo(PastaDados(k_pszControle), CXVBytes().Texto("crmiddlewarevs.DAT"));
+    EXPECT_THAT(Verifica(), testing::StartsWith("arquivoAusente CRMIDDLEWAREVS.dat;")) << "listed, and lost";
 }
 
 // Empty texts are zeros in their file. Behind the last one that a record names, there may be as many as
@@ -440,6 +448,39 @@ TEST_F(Verificacao, SubstituidaDoBancoNaoFazFalta) {
     EXPECT_EQ(Recupera(), "");
     EXPECT_EQ(Verifica(), pszAchados);
     EXPECT_EQ(m_sRelato, XVRelatoEsperado("SubstituidaDoBanco", m_sRelato)) << "texts and all";
+}
+
+// No key leads to a replaced integration, but its record must not name texts that are gone.
+TEST_F(Verificacao, SubstituidaVoltaSemOsTextosQueSePerderam) {
+    SetDia(16);
+    Grava(*Abre(), CXVIntegracaoTeste(500, OfficialBank).Textos("{}", "m", "r"));
+    SetDia(17);
+    Grava(*Abre(), CXVIntegracaoTeste(500, OfficialBank).Textos("{}", "m", "r"));
+    Apaga("CRINTEGMIDJSON20240316.dat");
+    Corta("CRINTEGMIDJSONRET20240316.dat", 1)(*this);
+    m_arquivos = ArquivosEm(PastaDados());
+    SVerificacao verificacao;
+    Verifica(&verificacao);
+    SetDia(15);
+    EXPECT_EQ(Recupera(), "bytes");
+    EXPECT_EQ(Verifica(nullptr, EGravidade::eNota), "");
+    const std::string sRelato = XVRelata(verificacao) + m_sRelato;
+    EXPECT_EQ(sRelato, XVRelatoEsperado("SubstituidaSemTextos", sRelato));
+}
+
+// The index lost the bank's integration; another system's later one has the same key.
+TEST_F(Verificacao, ChaveIgualDeOutroSistemaNadaSubstitui) {
+    SetDia(16);
+    Grava(*Abre(), CXVIntegracaoTeste(500, Mercos));
+    NosDados(k_pszIndice, [](std::string& rs) { rs.erase(4 * 24, 24); })(*this);
+    m_arquivos = ArquivosEm(PastaDados());
+    SVerificacao verificacao;
+    EXPECT_EQ(Verifica(&verificacao), "semIndice 20240315:2");
+    SetDia(15);
+    EXPECT_EQ(Recupera(), "20240315-2-1 com faltas");
+    EXPECT_EQ(Verifica(nullptr, EGravidade::eNota), "");
+    const std::string sRelato = XVRelata(verificacao) + m_sRelato;
+    EXPECT_EQ(sRelato, XVRelatoEsperado("ChaveIgualDeOutroSistema", sRelato));
 }
 
 TEST_F(Verificacao, DeIndiceDanificadoNadaFoiSubstituido) {

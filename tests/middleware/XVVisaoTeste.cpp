@@ -14,6 +14,22 @@ class CXVVisaoTeste : public CXVCenarioLoja {
         EXPECT_EQ(XVInicializa(*pVisor, true), S_OK);
         return pVisor;
     }
+    // What is listed is, byte for byte, what the files hold.
+    void ConfereListas(CBaseMiddleware& rLoja) const {
+        ConfereLista(rLoja, &CBaseMiddleware::ListaIndice, "CRINDEXINTEG.dat");
+        ConfereLista(rLoja, &CBaseMiddleware::ListaChavesRegistro, "CRCHAVEREGTER.dat");
+        ConfereLista(rLoja, &CBaseMiddleware::ListaDatasHoras, "CRDTHRINTEG.dat");
+    }
+
+  private:
+    template <class T>
+    void ConfereLista(CBaseMiddleware& rLoja, HRESULT (CBaseMiddleware::*pLista)(std::vector<T>*),
+                      const std::string& sNome) const {
+        std::vector<T> lista(3);
+        EXPECT_EQ((rLoja.*pLista)(&lista), S_OK);
+        const std::string_view sBytes(reinterpret_cast<const char*>(lista.data()), lista.size() * sizeof(T));
+        EXPECT_TRUE(sBytes == Dados(Conteudo(sNome))) << sNome << ": " << lista.size();
+    }
 };
 
 // The writer works between any two file operations of the viewer. What is read is of one moment, and no
@@ -123,6 +139,50 @@ TEST_F(CXVVisaoTeste, NadaEhEscritoNemComErro) {
         std::erase_if(depois, [](const auto& it) { return it.first.find("_Pgms_") != std::string::npos; }),
         1U);
     EXPECT_EQ(m_Arquivos.Diferenca(antes, depois), "");
+}
+
+// Longer than a viewer reads at a time, and, of a store that is written to, in memory in more than one piece.
+TEST_F(CXVVisaoTeste, ListasEBuscaDeVariosPedacosSaoInteiras) {
+    constexpr XVUInt64 k_uiTodas = 20000;
+    const CXVIntegracaoTeste integracao(1);
+    tagREG_CR_DATA_HORA_INTEGRACAO_TERCEIROPS regDataHora{
+        {XVDataHora(k_uiHoje, 8)}, 9, Mercos, eXVSMiddleware_DataUltimaBusca, {}};
+    {
+        const TLoja pLoja = Abre();
+        const REG_XVDMC regDmc = Grava(*pLoja, integracao);
+        EXPECT_EQ(pLoja->GravaChaveRegistroTelvoParaTerceiro({1, regDmc, 0, 6, Mercos, regDmc}), S_OK);
+        EXPECT_EQ(pLoja->GravaDataHoraIntegracaoTerceiro(regDataHora), S_OK);
+    }
+    // The one record again and again; in its first field, and in the key of an index record, the number.
+    const auto repete = [&](const std::string& sNome, bool bNumera) {
+        const std::string sUm = Dados(Conteudo(sNome));
+        ASSERT_GT(sUm.size(), 8U) << sNome;
+        std::string sTodos;
+        for (XVUInt64 ui = 1; ui <= k_uiTodas; ++ui) {
+            const std::string sChave = CXVBytes().U64(XVChaveDmc(k_uiHoje, ui));
+            sTodos += bNumera ? CXVBytes().U64(ui).Str() + sUm.substr(8) : sUm;
+            if (sNome == "CRINDEXINTEG.dat") sTodos.replace(sTodos.size() - 16, 8, sChave);
+        }
+        m_Arquivos.CriaArquivo(PastaDados(sNome), XVArquivoDoTeste({.sNome = sNome}, sTodos));
+    };
+    repete("CRINDEXINTEG.dat", true);
+    repete("CRCHAVEREGTER.dat", true);
+    repete("CRDTHRINTEG.dat", false);
+    repete("CRINTEGMID20240315.dat", false);
+    const TLoja pVisor = AbreVisor();
+    ConfereListas(*pVisor);
+    TListaDmc esperada;
+    for (XVUInt64 ui = 1; ui <= k_uiTodas; ++ui) esperada.push_back(XVChaveDmc(k_uiHoje, ui));
+    EXPECT_TRUE(XVBusca(*pVisor) == esperada);
+    const TLoja pEscritor = Abre();
+    esperada.push_back(Grava(*pEscritor, integracao).uiValor);
+    EXPECT_EQ(pEscritor->GravaChaveRegistroTelvoParaTerceiro({2, {esperada[1]}, 0, 6, Mercos, {esperada[0]}}),
+              S_OK);
+    regDataHora.eTipoIntegracao = eXVSMiddleware_CadastroProduto;
+    EXPECT_EQ(pEscritor->GravaDataHoraIntegracaoTerceiro(regDataHora), S_OK);
+    ConfereListas(*pEscritor);
+    EXPECT_TRUE(XVBusca(*pEscritor) == esperada);
+    EXPECT_TRUE(XVBusca(*pVisor) == esperada);
 }
 
 // Files end where their headers say, and a journal that does not explain them means nothing.

@@ -61,6 +61,8 @@ TEST_F(ProgramaBase, VersaoDeCadaSituacao) {
     std::filesystem::create_directories(m_Diretorio.Junta("001/DF"));
     m_Diretorio.CriaArquivo("001/DF/CRMIDDLEWAREVS.dat", "\x06" + std::string(15, '\0'));
     EXPECT_EQ(Json("versao"), versao(6, "posterior"));
+    EXPECT_EQ(Xvcr("versao").sSaida,
+              "Versão da base:      6\nVersão do programa:  5\nSituação:            posterior\n");
     const SExecucao recusada = Xvcr("converte");
     EXPECT_EQ(recusada.iSaida, 1);
     EXPECT_THAT(recusada.sErro, StartsWith("xvcr: 0x810809C7 "));

@@ -2,6 +2,7 @@
 #include <array>
 #include <atomic>
 #include <functional>
+#include <list>
 #include <thread>
 
 #include "tests/xvdatabase/XVCenarioDiario.h"
@@ -181,6 +182,54 @@ TEST_F(FilaDoDiario, DescargaQueFalhaFalhaParaTodosQueADividem) {
     EXPECT_EQ(m_aCodigos, (std::array<HRESULT, 3>{S_OK, eHardIO, eHardIO}));
     EXPECT_EQ(m_banco.ulRefeitas, 0U);
     Confere({true, false, false});
+}
+
+// Others come while the device works for whoever empties the queue: they are carried out as well. Until that
+// caller has its turn each flush finds one more waiting behind it.
+TEST_F(FilaDoDiario, QuemEsvaziaLevaTambemOsQueChegamEnquantoODispositivoTrabalha) {
+    std::atomic<std::thread::id> idEsvazia;
+    std::mutex mutexFios;
+    std::list<std::thread> fios;
+    XVUInt64 uiChegados = 0;
+    bool bVezDele = false;
+    const auto comeca = [&](auto fnFaz) {
+        const std::lock_guard lock(mutexFios);
+        fios.emplace_back(fnFaz);
+    };
+    m_fnAoAlterar = [&](const std::string& sCaminho, CXVSistemaArquivosQueda::EAlteracao e) {
+        if (e != CXVSistemaArquivosQueda::EAlteracao::eSincroniza || !sCaminho.ends_with(k_pszNomeDiario) ||
+            bVezDele || uiChegados == 200)
+            return;
+        bVezDele = std::this_thread::get_id() == idEsvazia.load();
+        const XVUInt64 uiChave = ++uiChegados;
+        comeca([this, uiChave] {
+            const CXVCapturaTrace captura;
+            EXPECT_EQ(m_banco.Grava(0, "chegou", uiChave), S_OK);
+        });
+        while (!m_banco.diario.TemNaFila(uiChave)) std::this_thread::yield();
+        if (uiChegados > 1) return;
+        comeca([this, &idEsvazia] {
+            std::unique_lock bloqueio(m_banco.mutexAlteracao);
+            idEsvazia = std::this_thread::get_id();
+            m_banco.diario.EsvaziaFila(bloqueio);
+            EXPECT_FALSE(m_banco.diario.TemFila());
+        });
+    };
+    EXPECT_EQ(m_banco.Grava(1, "depois", 999), S_OK);
+    while (true) {  // nobody starts another one but those that go on
+        std::list<std::thread> um;
+        {
+            const std::lock_guard lock(mutexFios);
+            if (fios.empty()) break;
+            um.splice(um.end(), fios, fios.begin());
+        }
+        um.front().join();
+    }
+    m_fnAoAlterar = nullptr;
+    EXPECT_TRUE(bVezDele);
+    std::vector<std::string> esperados(static_cast<std::size_t>(uiChegados) + 1, "chegou");
+    esperados[0] = "antes";
+    ConfereMesmoArquivo(esperados);
 }
 
 class FilaEmAnelPequeno : public FilaDoDiario {

@@ -82,7 +82,7 @@ TEST_F(Vista, ArquivoSemCabecalhoAcabaOndeODiarioDiz) {
 // Longer than what is read at a time: each piece from its own place.
 TEST_F(Vista, ArquivoLongoSeLeInteiro) {
     std::vector<REG_TESTE> lista;
-    for (unsigned i = 1; i <= 9000; ++i) lista.push_back({i, i % 7, i * 3});
+    for (unsigned i = 1; i <= 20000; ++i) lista.push_back({i, i % 7, i * 3});
     Cria("A.dat", ArquivoComCabecalho("A.dat", Bytes(lista)));
     std::string sLongo;
     for (unsigned i = 0; i < 20000; ++i) sLongo += std::to_string(i) + ' ';
@@ -100,6 +100,13 @@ TEST_F(Vista, ArquivoLongoSeLeInteiro) {
         ASSERT_EQ(banco->LeIndex(rEsperado.uiChave, &reg, 0), S_OK) << rEsperado.uiChave;
         ASSERT_EQ(reg, rEsperado);
     }
+    std::vector<REG_TESTE> vista;
+    const auto junta = [&vista](std::span<const REG_TESTE> aParte, std::size_t uiPrimeiro, const auto*) {
+        EXPECT_EQ(uiPrimeiro, vista.size());
+        vista.insert(vista.end(), aParte.begin(), aParte.end());
+    };
+    EXPECT_EQ(banco->Percorre(junta), S_OK);
+    EXPECT_TRUE(vista == lista);
     std::string sTexto;
     EXPECT_EQ(textos->Le(1, sTexto), S_OK);
     EXPECT_TRUE(sTexto == sLongo);
