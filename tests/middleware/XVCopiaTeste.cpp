@@ -60,6 +60,14 @@ class Copia : public CXVCenarioLoja {
         const HRESULT hr = XVInicializa(loja);
         return SUCCEEDED(hr) ? XVRetrataLoja(loja) : XVRetratoRecusado(hr);
     }
+    // From what a copy may begin, and what it has to answer then: beside an older copy, and without any.
+    auto Partidas() {
+        const std::pair semCopia{m_Arquivos.Retrata(), Retrata()};
+        EXPECT_EQ(Executa(), S_OK);
+        Escreve(*Abre(), 0);
+        const TRetratoLoja retrato = Retrata();
+        return std::array{std::pair{m_Arquivos.Retrata(), retrato}, semCopia};
+    }
     // The n-th change of a busy writer: recordings on a new day, of all three texts, updates, the key map.
     void Escreve(CBaseMiddleware& rLoja, unsigned n) {
         SetDia(16 + n % 3);
@@ -247,19 +255,15 @@ TEST_F(Copia, ProntaEstaNoDispositivo) {
 
 // Killed at any of its changes: the copy of before, or none that opens; and copying again completes it.
 TEST_F(Copia, MortaEmQualquerPontoNuncaPareceInteira) {
-    const TRetratoLoja antes = Retrata();
-    const auto semCopia = m_Arquivos.Retrata();
-    ASSERT_EQ(Executa(), S_OK);
-    Escreve(*Abre(), 0);
-    const TRetratoLoja depois = Retrata();
-    const auto comCopia = m_Arquivos.Retrata();
+    const auto partidas = Partidas();
+    const TRetratoLoja &depois = partidas[0].second, &antes = partidas[1].second;
     CXVSistemaArquivosMorte morte(m_Arquivos);
     const CXVGuardaSistemaArquivos guarda(morte);
     unsigned uiRecusadas = 0;
-    for (const auto* pInicial : {&comCopia, &semCopia}) {
+    for (const auto& [inicial, esperado] : partidas) {
         for (XVUInt64 uiMorte = 1; !HasFailure(); ++uiMorte) {
             SCOPED_TRACE("died at change " + std::to_string(uiMorte));
-            m_Arquivos.Restaura(*pInicial);
+            m_Arquivos.Restaura(inicial);
             const auto origem = ArquivosDe("/telvo");
             morte.Nasce(uiMorte, uiMorte % 2 == 0);
             const HRESULT hr = Executa();
@@ -283,7 +287,7 @@ TEST_F(Copia, MortaEmQualquerPontoNuncaPareceInteira) {
             m_Arquivos.Restaura(deixada);
             UsaPasta("/telvo");
             ASSERT_EQ(Executa(), S_OK) << "copied again";
-            EXPECT_EQ(XVDiferenca(pInicial == &comCopia ? depois : antes, RetrataCopia()), "");
+            EXPECT_EQ(XVDiferenca(esperado, RetrataCopia()), "");
         }
     }
     EXPECT_GT(uiRecusadas, 5U) << "no death fell into the exchange of the files";
@@ -291,19 +295,14 @@ TEST_F(Copia, MortaEmQualquerPontoNuncaPareceInteira) {
 
 // Where a file cannot be moved, the new ones that wait for their places are all there is of the new copy.
 TEST_F(Copia, FalhaEmQualquerTrocaDeNomeNadaPerde) {
-    const TRetratoLoja antes = Retrata();
-    const auto semCopia = m_Arquivos.Retrata();
-    ASSERT_EQ(Executa(), S_OK);
-    Escreve(*Abre(), 0);
-    const TRetratoLoja depois = Retrata();
-    const auto comCopia = m_Arquivos.Retrata();
+    const auto partidas = Partidas();
     CXVSistemaArquivosFalhas falhas(m_Arquivos);
     const CXVGuardaSistemaArquivos guarda(falhas);
-    for (const auto* pInicial : {&comCopia, &semCopia}) {
+    for (const auto& [inicial, esperado] : partidas) {
         XVUInt64 uiNumero = 0;
         for (bool bAtingida = true; bAtingida && !HasFailure();) {
             SCOPED_TRACE("failed at move " + std::to_string(++uiNumero));
-            m_Arquivos.Restaura(*pInicial);
+            m_Arquivos.Restaura(inicial);
             falhas.Programa(SFalhaArquivo{
                 .eOperacao = EOperacaoArquivo::eSubstitui, .uiNumero = uiNumero, .bPermanente = true});
             const HRESULT hr = Executa();
@@ -311,7 +310,7 @@ TEST_F(Copia, FalhaEmQualquerTrocaDeNomeNadaPerde) {
             falhas.Limpa();
             EXPECT_EQ(hr, bAtingida ? eHardIO : S_OK);
             ASSERT_EQ(Executa(), S_OK) << "copied again";
-            EXPECT_EQ(XVDiferenca(pInicial == &comCopia ? depois : antes, RetrataCopia()), "");
+            EXPECT_EQ(XVDiferenca(esperado, RetrataCopia()), "");
         }
         EXPECT_GT(uiNumero, 8U) << "the exchange was not met";
     }

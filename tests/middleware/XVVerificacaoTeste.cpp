@@ -1,6 +1,5 @@
 // Damage done to a sound store: verification names it, recovery brings back whatever bytes are there, and the
 // store that it makes is sound and answers as the old one did.
-#include "middleware/ConversaoDiario.h"
 #include "middleware/verificacao/XVMiddlewareComSelos.h"
 #include "tests/harness/XVGanchoArquivos.h"
 #include "tests/harness/XVSistemaArquivosQueda.h"
