@@ -1,5 +1,6 @@
 // Copies of a store, made while others write to it, die or pull the ground away: the copy is one moment of
 // the store and a store at rest, or it is refused, and the store itself is never changed.
+#include <array>
 #include <tuple>
 
 #include "core/xvdatabase/XVCabecalho.h"
