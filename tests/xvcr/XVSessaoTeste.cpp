@@ -2,16 +2,20 @@
 // against what is written down in sessoes/*.txt, in a directory of its own and with a clock that stands
 // still.
 //
-//   $ words             runs xvcr with them, for the company 001 where they name none
-//   > name, then "+ "   makes the file name of the lines that follow
-//   % mostra name       the file's bytes; "relogio", "poe", "corta", "apaga", "copia", "repete", "cala",
-//                       "ambiente": see Prepara
+//   $ words             runs xvcr with them, in DIR and for the company 001 where they name none
+//   $ words < name      the same by the program itself, with the file as its standard input
+//   $$ words            runs xvcr with nothing but them
+//   > name, then "+ "   makes the file name of the lines that follow; with ">>" they come behind what it has
+//   % mostra name       the file's bytes; what else a directive does: see Prepara
+//   @ n line            the line waits for the n-th time that the next command sleeps
 //   | ! =               answers: standard output, error output, exit status other than 0; "~": no line feed
 //
-// DIR stands for the directory, bytes that drive a terminal are <HH>. With XV_SESSOES_NOVAS=folder in the
-// environment the sessions are written there as they are now; every change in them has to be meant.
+// DIR stands for the directory, bytes that drive a terminal are <HH> in answers, any byte in words and files;
+// "_-_" is a blank within a word. With XV_SESSOES_NOVAS=folder in the environment the sessions are written
+// there as they are now; every change in them has to be meant.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
@@ -20,6 +24,7 @@
 #include <map>
 #include <sstream>
 
+#include "client/XVCliente.h"
 #include "tests/harness/XVGuardasPlataforma.h"
 #include "tests/harness/XVRelogioFalso.h"
 #include "tests/xvcr/XVPrograma.h"
@@ -50,6 +55,21 @@ std::string Marca(const std::string& sMarca, const std::string& sTexto) {
     return sMarcado + (sTexto.empty() || sTexto.ends_with('\n') ? "" : "~\n");
 }
 
+// Its bytes that are written as <HH>, two capital hexadecimal digits.
+std::string Bytes(const std::string& sTexto) {
+    std::string sBytes;
+    const auto bDigito = [&](std::size_t i) {
+        return std::string_view("0123456789ABCDEF").find(sTexto[i]) != std::string_view::npos;
+    };
+    for (std::size_t i = 0; i < sTexto.size(); ++i) {
+        const bool bByte = sTexto[i] == '<' && i + 3 < sTexto.size() && sTexto[i + 3] == '>' &&
+                           bDigito(i + 1) && bDigito(i + 2);
+        sBytes += bByte ? static_cast<char>(std::stoi(sTexto.substr(i + 1, 2), nullptr, 16)) : sTexto[i];
+        if (bByte) i += 3;
+    }
+    return sBytes;
+}
+
 // putenv makes no copy: what it was given stays for good.
 void PoeVariavel(const std::string& sAtribuicao) {
     static std::list<std::string> s_lista;
@@ -58,14 +78,31 @@ void PoeVariavel(const std::string& sAtribuicao) {
 
 class Sessao : public testing::TestWithParam<const char*> {
   protected:
+    // "$ words" or "$$ words".
     std::string Executa(const std::string& sLinha) {
-        TArgumentos listaTudo = XVPalavras("--diretorio DIR --empresa 001 " + sLinha);
-        if (sLinha.find("--empresa") != std::string::npos || sLinha.find("--todas") != std::string::npos)
-            listaTudo.erase(listaTudo.begin() + 2, listaTudo.begin() + 4);
-        if (sLinha.find("--diretorio") != std::string::npos)
-            listaTudo.erase(listaTudo.begin(), listaTudo.begin() + 2);
-        for (std::string& r : listaTudo) r = Troca(Troca(r, "DIR", m_Diretorio.GetCaminho()), "_-_", " ");
-        const SExecucao r = XVExecutaAqui(listaTudo);
+        const std::size_t uiEntrada = sLinha.find(" < ");
+        TArgumentos listaTudo = XVPalavras(sLinha.substr(0, uiEntrada));
+        const auto tem = [&](const char* psz) {
+            return std::ranges::find(listaTudo, psz) != listaTudo.end();
+        };
+        const bool bCompleta = listaTudo.front() == "$";
+        const bool bComEmpresa = bCompleta && !tem("--empresa") && !tem("--todas");
+        const bool bComDiretorio = bCompleta && !tem("--diretorio");
+        listaTudo.erase(listaTudo.begin());
+        if (bComEmpresa) listaTudo.insert(listaTudo.begin(), {"--empresa", "001"});
+        if (bComDiretorio) listaTudo.insert(listaTudo.begin(), {"--diretorio", "DIR"});
+        for (std::string& r : listaTudo)
+            r = Bytes(Troca(Troca(r, "DIR", m_Diretorio.GetCaminho()), "_-_", " "));
+        unsigned long ulVez = 0;
+        m_Relogio.SetAoDormir([&](XVUInt64) {
+            const auto [de, ate] = m_mapaAoDormir.equal_range(++ulVez);
+            for (auto it = de; it != ate; ++it) Faz(it->second);
+        });
+        const SExecucao r = uiEntrada == std::string::npos
+                                ? XVExecutaAqui(listaTudo)
+                                : XVExecuta(XV_PROGRAMA, listaTudo, Conteudo(sLinha.substr(uiEntrada + 3)));
+        m_Relogio.SetAoDormir({});
+        m_mapaAoDormir.clear();
         const std::string sSaida = r.iSaida == 0 ? "" : "= " + std::to_string(r.iSaida) + '\n';
         return SemLugar(Marca("| ", r.sSaida) + Marca("! ", r.sErro) + sSaida);
     }
@@ -83,43 +120,84 @@ class Sessao : public testing::TestWithParam<const char*> {
         const bool bPasta = std::filesystem::is_directory(m_Diretorio.Junta(sNome));
         return bPasta ? "(pasta)" : m_Diretorio.LeConteudo(sNome).value_or("(não há)");
     }
-    // What a directive does to files and clock.
+    // What a directive does to files; false: it does another thing.
+    bool Muda(const std::string& sQual, const std::string& sNome, std::istringstream& rPalavras) {
+        std::size_t uiOnde = 0;
+        std::string sMais, sBytes = Conteudo(sNome);
+        const std::filesystem::path caminho = m_Diretorio.Junta(sNome);
+        if (sQual == "poe") {  // name, offset, one byte in hexadecimal
+            rPalavras >> uiOnde >> sMais;
+            sBytes.at(uiOnde) = static_cast<char>(std::stoi(sMais, nullptr, 16));
+            m_Diretorio.CriaArquivo(sNome, sBytes);
+        } else if (sQual == "corta") {  // name, bytes that are left
+            rPalavras >> uiOnde;
+            m_Diretorio.CriaArquivo(sNome, sBytes.substr(0, uiOnde));
+        } else if (sQual == "apaga") {
+            std::filesystem::remove_all(caminho);
+        } else if (sQual == "copia") {  // from, to
+            rPalavras >> sMais;
+            std::filesystem::copy(caminho, m_Diretorio.Junta(sMais),
+                                  std::filesystem::copy_options::recursive);
+        } else if (sQual == "repete") {  // name, times: the file so often behind itself
+            rPalavras >> uiOnde;
+            std::string sVezes;
+            while (uiOnde-- > 0) sVezes += sBytes;
+            m_Diretorio.CriaArquivo(sNome, sVezes);
+        } else if (sQual == "dourada") {  // version, company: a store as the program of that version left it
+            rPalavras >> sMais;
+            std::filesystem::create_directories(m_Diretorio.Junta(sMais));
+            std::filesystem::copy(std::filesystem::path(XV_DOURADOS) / sNome,
+                                  m_Diretorio.Junta(sMais + "/DF"));
+        } else {
+            return false;
+        }
+        return true;
+    }
+    // What a directive does, and what is answered.
     std::string Prepara(const std::string& sLinha) {
         std::istringstream palavras(sLinha);
-        std::string sQual, sNome, sMais;
+        std::string sQual, sNome;
         palavras >> sQual >> sNome;
-        std::string sBytes = Conteudo(sNome);
-        std::size_t uiOnde = 0;
         if (sQual == "relogio") {  // UTC
             unsigned a[6] = {2026, 11, 21};
             std::sscanf(sNome.c_str(), "%u-%u-%uT%u:%u:%u", &a[0], &a[1], &a[2], &a[3], &a[4], &a[5]);
             const auto uc = [&](int i) { return static_cast<XVByte>(a[i]); };
             m_Relogio.SetUTC({static_cast<XVUShort>(a[0]), uc(1), uc(2), uc(3), uc(4), uc(5)});
         } else if (sQual == "mostra") {
-            return SemLugar(Marca("| ", sBytes));
-        } else if (sQual == "poe") {  // name, offset, one byte in hexadecimal
-            palavras >> uiOnde >> sMais;
-            sBytes.at(uiOnde) = static_cast<char>(std::stoi(sMais, nullptr, 16));
-            m_Diretorio.CriaArquivo(sNome, sBytes);
-        } else if (sQual == "corta") {  // name, bytes that are left
-            palavras >> uiOnde;
-            m_Diretorio.CriaArquivo(sNome, sBytes.substr(0, uiOnde));
-        } else if (sQual == "apaga") {
-            std::filesystem::remove_all(m_Diretorio.Junta(sNome));
-        } else if (sQual == "copia") {  // from, to
-            palavras >> sMais;
-            std::filesystem::copy(m_Diretorio.Junta(sNome), m_Diretorio.Junta(sMais),
-                                  std::filesystem::copy_options::recursive);
-        } else if (sQual == "repete") {  // name, times: the file so often behind itself
-            palavras >> uiOnde;
-            std::string sVezes;
-            while (uiOnde-- > 0) sVezes += sBytes;
-            m_Diretorio.CriaArquivo(sNome, sVezes);
+            return SemLugar(Marca("| ", Conteudo(sNome)));
         } else if (sQual == "cala") {  // runs xvcr with the words, which are not looked at
-            Executa(sLinha.substr(sQual.size() + 1));
+            Executa("$ " + sLinha.substr(sQual.size() + 1));
+        } else if (sQual == "componente") {  // company, key: recorded beside what runs, by the component
+            XVCliente::CXVCliente cliente;
+            REG_XVDMC regDmc;
+            CXVDadosCR_IntegracaoMiddleware dados;
+            palavras >> dados.uiChaveIntegracaoSistemaTerceiro;
+            EXPECT_EQ(cliente.ConectaLocal({.sEmpresa = sNome}, {.sDiretorio = m_Diretorio.GetCaminho()}),
+                      S_OK);
+            EXPECT_EQ(cliente.GravaIntegracao(&regDmc, dados), S_OK);
         } else if (sQual == "ambiente") {
-            PoeVariavel(sNome);
-        } else {
+            PoeVariavel(Troca(sNome, "DIR", m_Diretorio.GetCaminho()));
+        } else if (!Muda(sQual, sNome, palavras)) {
+            ADD_FAILURE() << sLinha;
+        }
+        return {};
+    }
+    // What a line does, and what is answered.
+    std::string Faz(const std::string& sLinha) {
+        const std::string sMarca = sLinha.substr(0, sLinha.find(' '));
+        const std::string sResto = sLinha.size() > sMarca.size() ? sLinha.substr(sMarca.size() + 1) : "";
+        if (sMarca == "%") return Prepara(sResto);
+        if (sMarca == "$" || sMarca == "$$") return Executa(sLinha);
+        if (sMarca == ">" || sMarca == ">>") {
+            const std::filesystem::path arquivo = m_Diretorio.Junta(m_sArquivo = sResto);
+            std::filesystem::create_directories(arquivo.parent_path());
+            if (sMarca == ">") m_Diretorio.CriaArquivo(m_sArquivo, "");
+        } else if (sMarca == "+") {
+            m_Diretorio.CriaArquivo(m_sArquivo, Conteudo(m_sArquivo) + Bytes(sResto) + '\n');
+        } else if (sMarca == "@") {
+            const std::size_t uiFim = sResto.find(' ');
+            m_mapaAoDormir.emplace(std::stoul(sResto), sResto.substr(uiFim + 1));
+        } else if (!sMarca.empty() && sMarca != "#") {
             ADD_FAILURE() << sLinha;
         }
         return {};
@@ -127,24 +205,18 @@ class Sessao : public testing::TestWithParam<const char*> {
     // The session with what it answers now.
     std::string Refaz(const std::string& sEsperada) {
         std::istringstream linhas(sEsperada);
-        std::string sNova, sArquivo;
+        std::string sNova;
         for (std::string s; std::getline(linhas, s);) {
             const char cMarca = s.empty() ? '\0' : s.front();
-            const std::string sResto = s.size() > 2 ? s.substr(2) : std::string();
             if (cMarca != '\0' && std::string_view("|!=~").find(cMarca) != std::string_view::npos) continue;
             sNova += s + '\n';
-            if (cMarca == '>') {
-                const std::filesystem::path arquivo = m_Diretorio.Junta(sArquivo = sResto);
-                std::filesystem::create_directories(arquivo.parent_path());
-                m_Diretorio.CriaArquivo(sArquivo, "");
-            }
-            if (cMarca == '+') m_Diretorio.CriaArquivo(sArquivo, Conteudo(sArquivo) + sResto + '\n');
-            if (cMarca == '%') sNova += Prepara(sResto);
-            if (cMarca == '$') sNova += Executa(sResto);
+            sNova += Faz(s);
         }
         return sNova;
     }
 
+    std::string m_sArquivo;                                    // the one that lines are put to
+    std::multimap<unsigned long, std::string> m_mapaAoDormir;  // {which time the clock sleeps, line}
     CXVDiretorioTeste m_Diretorio;
     CXVRelogioFalso m_Relogio;
     const CXVGuardaRelogio m_Guarda{m_Relogio};
