@@ -154,7 +154,11 @@ TEST_F(CServidorAusente, CriacaoEsperaPorCadaCodigoDoIntervaloEPorNenhumOutro) {
     const XVUInt64 uiAntes = m_Relogio.GetMilissegundosDormidos();
     for (const XVUInt ulCodigo : {0x80040154U, 0x80070005U, 0x81080C5EU}) {
         m_Servidor = {.criacoes = {XVHResult(ulCodigo)}};
-        EXPECT_EQ(CXVCliente(std::make_unique<CConexaoFalsa>(m_Servidor)).Reconecta(), XVHResult(ulCodigo));
+        CXVCliente cliente(std::make_unique<CConexaoFalsa>(m_Servidor));
+        EXPECT_EQ(cliente.Reconecta(), XVHResult(ulCodigo));
+        XVCliente::SUltimoErro erro;
+        EXPECT_EQ(cliente.GetUltimoErro(&erro), S_OK);
+        EXPECT_EQ(erro.hrErro, XVHResult(ulCodigo)) << "without a component to ask";
     }
     EXPECT_EQ(m_Relogio.GetMilissegundosDormidos(), uiAntes);
     // A program whose file is just being exchanged is there in a moment; one that is missing, never.

@@ -67,4 +67,15 @@ TEST_F(CabecalhoConteudo, CadaCampoDeUmArquivoAntigoMudaOuFica) {
     }
 }
 
+// Of a name longer than its field the end is kept, and is no change at the next write.
+TEST_F(CabecalhoConteudo, EmpresaDeNomeLongoNaoMudaACadaGravacao) {
+    const std::string sLonga = "COMERCIO_DE_FERRAGENS_DO_NORTE";
+    const CXVDonoFixo dono(sLonga);
+    REG_XVCABECALHO reg;
+    XVCabecalho::Gera(reg, "A.dat", dono, 1, 0);
+    XVCabecalho::Atualiza(reg.regB, dono, 16);
+    EXPECT_EQ(reg.regB.szEmpresa, sLonga.substr(sLonga.size() - 23));
+    EXPECT_STREQ(reg.regB.szEmpresaAnterior, "");
+}
+
 }  // namespace
