@@ -37,7 +37,11 @@ struct SConteudo {
 // Names that differ only in the case of A-Z are one.
 struct SSemCaixa {
     bool operator()(const std::string& s1, const std::string& s2) const {
-        return std::ranges::lexicographical_compare(s1, s2, {}, XVMascara::Minuscula, XVMascara::Minuscula);
+        const auto par = std::ranges::mismatch(s1, s2, [](char c1, char c2) {
+            return c1 == c2 || XVMascara::Minuscula(c1) == XVMascara::Minuscula(c2);
+        });
+        if (par.in1 == s1.end() || par.in2 == s2.end()) return s1.size() < s2.size();
+        return XVMascara::Minuscula(*par.in1) < XVMascara::Minuscula(*par.in2);
     }
 };
 

@@ -6,6 +6,7 @@
 
 #include "contract/XVCR_BuffersPS.h"
 #include "contract/XVDadosCR.h"
+#include "core/xvdatabase/XVDiarioAnel.h"
 #include "middleware/BaseMiddleware.h"
 #include "support/trace/XVCapturaTrace.h"
 #include "tests/harness/XVBytesBase.h"
@@ -124,6 +125,10 @@ inline TListaDmc XVBusca(CBaseMiddleware& rLoja, const SFiltroTeste& rFiltro = {
 
 class CXVCenarioLoja : public CXVCenarioSuite {
   protected:
+    // Every opening for writing fills a ring; of one of the usual size that is most of a sweep's time.
+    CXVCenarioLoja() { CXVDiarioAnel::SetTamanhoAnel(64U << 10); }
+    ~CXVCenarioLoja() override { CXVDiarioAnel::SetTamanhoAnel(1U << 20); }
+
     // An open store; null and a failed test when it does not open.
     TLoja Abre(XVUShort usUsuario = 7, const std::string& sEmpresa = "MATRIZ", XVUInt ulSessao = 99) const {
         auto pLoja = std::make_unique<CBaseMiddleware>();

@@ -25,7 +25,6 @@ class Copia : public CXVCenarioLoja {
     Copia() {
         EXPECT_TRUE(XVPovoaLoja(*Abre(), [this](unsigned uiDia) { SetDia(uiDia); }));
     }
-    ~Copia() override { CXVDiarioAnel::SetTamanhoAnel(1U << 20); }
 
     // fnPedaco: told of every piece of the store that is read.
     HRESULT Executa(std::function<void()> fnPedaco = [] {}) {
