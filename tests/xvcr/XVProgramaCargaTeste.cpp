@@ -73,6 +73,10 @@ TEST_F(ProgramaCargaAqui, ContinuaNaoPassaDoDiscoCheio) {
     EXPECT_EQ(cheio.iSaida, 1);
     EXPECT_THAT(cheio.sSaida, EndsWith("\n2 lidas, 0 gravadas, 2 com erro\n"));
     EXPECT_THAT(cheio.sErro, HasSubstr("linha 2: 0x80043F08 "));
+    const nlohmann::json log = Json("registro --codigo 0x80043F08").back();
+    EXPECT_EQ(log.value("Empresa", "") + '/' + log.value("Usuario", "") + '/' + log.value("Sessao", ""),
+              "001/7/42");
+    EXPECT_EQ(log["ClasseFuncao"], "CXVCR_Middleware::GravaIntegracao");
 }
 
 TEST(Carga, OProgramaQueFalhaFalhariaEmTodasAsLinhas) {
