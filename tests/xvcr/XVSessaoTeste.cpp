@@ -167,16 +167,17 @@ class Sessao : public testing::TestWithParam<const char*> {
             return SemLugar(Marca("| ", Conteudo(sNome)));
         } else if (sQual == "cala") {  // runs xvcr with the words, which are not looked at
             Executa("$ " + sLinha.substr(sQual.size() + 1));
-        } else if (sQual == "componente") {  // company, key: recorded beside what runs, by the component
-            XVCliente::CXVCliente cliente;
+        } else if (sQual == "componente" || sQual == "ocupa") {  // company, key: recorded beside what runs,
+            XVCliente::CXVCliente cliente;  // by the component, which "ocupa" leaves open for writing
+            XVCliente::CXVCliente& rCliente = sQual == "ocupa" ? m_Escritor : cliente;
             REG_XVDMC regDmc;
             CXVDadosCR_IntegracaoMiddleware dados;
             palavras >> dados.uiChaveIntegracaoSistemaTerceiro;
-            EXPECT_EQ(cliente.ConectaLocal({.sEmpresa = sNome}, {.sDiretorio = m_Diretorio.GetCaminho()}),
+            EXPECT_EQ(rCliente.ConectaLocal({.sEmpresa = sNome}, {.sDiretorio = m_Diretorio.GetCaminho()}),
                       S_OK);
-            EXPECT_EQ(cliente.GravaIntegracao(&regDmc, dados), S_OK);
+            EXPECT_EQ(rCliente.GravaIntegracao(&regDmc, dados), S_OK);
         } else if (sQual == "ambiente") {
-            PoeVariavel(Troca(sNome, "DIR", m_Diretorio.GetCaminho()));
+            PoeVariavel(Troca(sNome, "=DIR", '=' + m_Diretorio.GetCaminho()));
         } else if (!Muda(sQual, sNome, palavras)) {
             ADD_FAILURE() << sLinha;
         }
@@ -220,6 +221,7 @@ class Sessao : public testing::TestWithParam<const char*> {
     CXVDiretorioTeste m_Diretorio;
     CXVRelogioFalso m_Relogio;
     const CXVGuardaRelogio m_Guarda{m_Relogio};
+    XVCliente::CXVCliente m_Escritor;
 };
 
 TEST_P(Sessao, RespondeCadaByte) {
@@ -234,7 +236,8 @@ TEST_P(Sessao, RespondeCadaByte) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Todas, Sessao,
-                         testing::Values("consulta", "acompanha", "carga", "transporte", "danos", "resumo"),
+                         testing::Values("consulta", "acompanha", "carga", "transporte", "danos", "resumo",
+                                         "base", "busca", "linhas", "nomes", "textos"),
                          [](const auto& r) { return std::string(r.param); });
 
 }  // namespace
