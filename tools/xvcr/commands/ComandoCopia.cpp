@@ -39,7 +39,7 @@ std::string DescreveRecusa(ERecusaCopia eRecusa) {
         case ERecusaCopia::eArquivoSumiu:
             return "a base não tem mais um arquivo que a cópia tem; verifique a base, e guarde a cópia";
         case ERecusaCopia::eOrigemDanificada:
-            return "a base não está íntegra (xvcr verifica diz onde); a cópia anterior ficou como estava";
+            return "a base não está íntegra (xvcr verifica diz onde); nada foi mudado no destino";
         case ERecusaCopia::eConversao:
             return "há uma conversão da base em andamento ou interrompida; conclua-a com xvcr converte";
         case ERecusaCopia::eSemSossego:

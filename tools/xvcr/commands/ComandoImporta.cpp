@@ -29,9 +29,10 @@ std::vector<std::string> ListaFontes(const std::string& sFonte) {
     std::error_code erro;
     if (sFonte == "-" || !std::filesystem::is_directory(XVCaminhoDeUtf8(sFonte), erro)) return {sFonte};
     std::vector<std::string> lista;
-    for (const auto& rArquivo : std::filesystem::directory_iterator(XVCaminhoDeUtf8(sFonte), erro)) {
-        const std::u8string sNome = rArquivo.path().filename().u8string();
-        if (rArquivo.path().extension() == ".jsonl")
+    std::filesystem::directory_iterator it(XVCaminhoDeUtf8(sFonte), erro);
+    for (; !erro && it != std::filesystem::directory_iterator(); it.increment(erro)) {
+        const std::u8string sNome = it->path().filename().u8string();
+        if (it->path().extension() == ".jsonl")
             lista.push_back(XVJuntaCaminho(sFonte, std::string(sNome.begin(), sNome.end())));
     }
     if (erro) XVFalha("não foi possível ler a pasta \"" + sFonte + '"');

@@ -17,7 +17,8 @@ void CXVContexto::CompletaAcesso() {
     if (eExistencia == EExistencia::eSemAcesso)
         XVFalha(XVCliente::DescreveCodigo(eAccessDenied) + " Diretório do módulo: " + loja.sDiretorio);
     if (eExistencia != EExistencia::eDiretorio)
-        XVFalha("o diretório do módulo \"" + loja.sDiretorio + "\" não existe");
+        XVFalha("o diretório do módulo \"" + loja.sDiretorio +
+                (eExistencia == EExistencia::eAusente ? "\" não existe" : "\" não é um diretório"));
 }
 
 void CXVContexto::ExigeAlgumaEmpresa() const {
