@@ -12,8 +12,8 @@
 //   | ! =               answers: standard output, error output, exit status other than 0; "~": no line feed
 //
 // DIR stands for the directory, bytes that drive a terminal are <HH> in answers, any byte in words and files;
-// "_-_" is a blank within a word. With XV_"opcoes", "troca", "importacao", "exportacao"),_NOVAS=folder in the
-// environment the sessions are written there as they are now; every change in them has to be meant.
+// "_-_" is a blank within a word. With XV_SESSOES_NOVAS=folder in the environment the sessions are written
+// there as they are now; every change in them has to be meant.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -241,12 +241,10 @@ class Sessao : public testing::TestWithParam<const char*> {
 
 TEST_P(Sessao, RespondeCadaByte) {
     const std::string sNome = std::string(GetParam()) + ".txt";
-    std::ifstream arquivo(std::string(XV_"opcoes", "troca", "importacao", "exportacao"), "/") + sNome, std::ios::binary);
+    std::ifstream arquivo(std::string(XV_SESSOES "/") + sNome, std::ios::binary);
     const std::string sEsperada{std::istreambuf_iterator<char>(arquivo), {}};
     const std::string sNova = Refaz(sEsperada);
-    if (const char* pszPasta =
-            std::getenv("XV_" opcoes ", " troca ", " importacao ", " exportacao "),_NOVAS");
-        pszPasta != nullptr)
+    if (const char* pszPasta = std::getenv("XV_SESSOES_NOVAS"); pszPasta != nullptr)
         std::ofstream(std::string(pszPasta) + '/' + sNome, std::ios::binary) << sNova;
     ASSERT_NE(sEsperada, "");
     EXPECT_EQ(sNova, sEsperada);
@@ -254,7 +252,8 @@ TEST_P(Sessao, RespondeCadaByte) {
 
 INSTANTIATE_TEST_SUITE_P(Todas, Sessao,
                          testing::Values("consulta", "acompanha", "carga", "transporte", "danos", "resumo",
-                                         "opcoes", "troca", "importacao", "exportacao"),
+                                         "importacao", "exportacao", "opcoes", "troca", "contagens",
+                                         "lugares"),
                          [](const auto& r) { return std::string(r.param); });
 
 }  // namespace
