@@ -6,7 +6,8 @@
 //   $ words < name      the same by the program itself, with the file as its standard input
 //   $$ words            runs xvcr with nothing but them
 //   > name, then "+ "   makes the file name of the lines that follow; with ">>" they come behind what it has
-//   % mostra name       the file's bytes; what else a directive does: see Prepara
+//   % mostra name       the file's bytes; what else a directive does: see Prepara, and
+//                       XVProvedorDaSessao.h for what the provider is told
 //   @ n line            the line waits for the n-th time that the next command sleeps
 //   | ! =               answers: standard output, error output, exit status other than 0; "~": no line feed
 //
@@ -28,6 +29,7 @@
 #include "tests/harness/XVGuardasPlataforma.h"
 #include "tests/harness/XVRelogioFalso.h"
 #include "tests/xvcr/XVPrograma.h"
+#include "tests/xvcr/XVProvedorDaSessao.h"
 
 namespace {
 
@@ -37,12 +39,14 @@ std::string Troca(std::string sTexto, const std::string& sDe, const std::string&
     return sTexto;
 }
 
+// Bytes above F7 stand in no UTF-8.
 std::string Visivel(const std::string& sTexto) {
     std::string sVisivel;
     for (const char c : sTexto) {
         char szByte[8];
-        std::snprintf(szByte, sizeof(szByte), "<%02X>", static_cast<unsigned char>(c));
-        sVisivel += static_cast<unsigned char>(c) < 0x20 || c == '\x7f' ? szByte : std::string(1, c);
+        const auto uc = static_cast<unsigned char>(c);
+        std::snprintf(szByte, sizeof(szByte), "<%02X>", uc);
+        sVisivel += uc < 0x20 || uc == 0x7f || uc > 0xf7 ? szByte : std::string(1, c);
     }
     return sVisivel;
 }
@@ -120,6 +124,12 @@ class Sessao : public testing::TestWithParam<const char*> {
         const bool bPasta = std::filesystem::is_directory(m_Diretorio.Junta(sNome));
         return bPasta ? "(pasta)" : m_Diretorio.LeConteudo(sNome).value_or("(não há)");
     }
+    std::map<std::string, std::string> Pasta(const std::string& sNome) const {
+        std::map<std::string, std::string> mapa;
+        for (const auto& r : std::filesystem::directory_iterator(m_Diretorio.Junta(sNome)))
+            mapa[r.path().filename().string()] = Conteudo(sNome + '/' + r.path().filename().string());
+        return mapa;
+    }
     // What a directive does to files; false: it does another thing.
     bool Muda(const std::string& sQual, const std::string& sNome, std::istringstream& rPalavras) {
         std::size_t uiOnde = 0;
@@ -134,6 +144,9 @@ class Sessao : public testing::TestWithParam<const char*> {
             m_Diretorio.CriaArquivo(sNome, sBytes.substr(0, uiOnde));
         } else if (sQual == "apaga") {
             std::filesystem::remove_all(caminho);
+        } else if (sQual == "iguais") {  // two folders, whose files are the same
+            rPalavras >> sMais;
+            EXPECT_EQ(Pasta(sNome), Pasta(sMais));
         } else if (sQual == "copia") {  // from, to
             rPalavras >> sMais;
             std::filesystem::copy(caminho, m_Diretorio.Junta(sMais),
@@ -179,7 +192,10 @@ class Sessao : public testing::TestWithParam<const char*> {
         } else if (sQual == "ambiente") {
             PoeVariavel(Troca(sNome, "=DIR", '=' + m_Diretorio.GetCaminho()));
         } else if (!Muda(sQual, sNome, palavras)) {
-            ADD_FAILURE() << sLinha;
+            std::istringstream resto(Bytes(sLinha.substr(sQual.size())));
+            const std::optional<std::string> sDito = m_Provedor.Faz(sQual, resto);
+            if (!sDito) ADD_FAILURE() << sLinha;
+            return sDito.value_or("");
         }
         return {};
     }
@@ -218,6 +234,7 @@ class Sessao : public testing::TestWithParam<const char*> {
 
     std::string m_sArquivo;                                    // the one that lines are put to
     std::multimap<unsigned long, std::string> m_mapaAoDormir;  // {which time the clock sleeps, line}
+    CXVProvedorDaSessao m_Provedor;
     CXVDiretorioTeste m_Diretorio;
     CXVRelogioFalso m_Relogio;
     const CXVGuardaRelogio m_Guarda{m_Relogio};
@@ -237,7 +254,8 @@ TEST_P(Sessao, RespondeCadaByte) {
 
 INSTANTIATE_TEST_SUITE_P(Todas, Sessao,
                          testing::Values("consulta", "acompanha", "carga", "transporte", "danos", "resumo",
-                                         "base", "busca", "linhas", "nomes", "textos"),
+                                         "base", "busca", "linhas", "nomes", "textos", "importacao",
+                                         "exportacao", "opcoes", "troca", "contagens", "lugares"),
                          [](const auto& r) { return std::string(r.param); });
 
 }  // namespace
