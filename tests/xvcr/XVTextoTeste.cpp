@@ -134,7 +134,7 @@ TEST(Tabela, CabeNoTerminal) {
 
 std::string Le(const std::string& sLinha, CXVDadosCR_IntegracaoMiddleware* pDados) {
     std::vector<SMembroJson> listaMembros;
-    const std::string sErro = XVSeparaMembros(sLinha, &listaMembros);
+    std::string sErro = XVSeparaMembros(sLinha, &listaMembros);
     if (!sErro.empty()) return sErro;
     return XVRegistroJson::DeMembros(
                listaMembros, [](const SMembroJson&) { return false; }, pDados)
