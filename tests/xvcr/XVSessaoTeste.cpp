@@ -5,15 +5,16 @@
 //   $ words             runs xvcr with them, in DIR and for the company 001 where they name none
 //   $ words < name      the same by the program itself, with the file as its standard input
 //   $$ words            runs xvcr with nothing but them
-//   > name, then "+ "   makes the file name of the lines that follow; with ">>" they come behind what it has
+//   > name, then "+ "   makes the file name of the lines that follow; with ">>" they come behind what it has,
+//                       and with "+~ " without a line feed
 //   % mostra name       the file's bytes; what else a directive does: see Prepara, and
 //                       XVProvedorDaSessao.h for what the provider is told
 //   @ n line            the line waits for the n-th time that the next command sleeps
 //   | ! =               answers: standard output, error output, exit status other than 0; "~": no line feed
 //
 // DIR stands for the directory, bytes that drive a terminal are <HH> in answers, any byte in words and files;
-// "_-_" is a blank within a word. With XV_SESSOES_NOVAS=folder in the environment the sessions are written
-// there as they are now; every change in them has to be meant.
+// "_-_" is a blank within a word, "<>" no byte. With XV_SESSOES_NOVAS=folder in the environment the sessions
+// are written there as they are now; every change in them has to be meant.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -23,10 +24,14 @@
 #include <functional>
 #include <list>
 #include <map>
+#include <set>
 #include <sstream>
 
 #include "client/XVCliente.h"
+#include "support/XVAmbiente.h"
+#include "support/trace/XVProfilerConfig.h"
 #include "tests/harness/XVGuardasPlataforma.h"
+#include "tests/harness/XVRegistryFalso.h"
 #include "tests/harness/XVRelogioFalso.h"
 #include "tests/xvcr/XVPrograma.h"
 #include "tests/xvcr/XVProvedorDaSessao.h"
@@ -82,6 +87,9 @@ void PoeVariavel(const std::string& sAtribuicao) {
 
 class Sessao : public testing::TestWithParam<const char*> {
   protected:
+    // Forgets where the logs of the session before lay.
+    Sessao() { XVProfilerConfig::Recarrega(); }
+
     // "$ words" or "$$ words".
     std::string Executa(const std::string& sLinha) {
         const std::size_t uiEntrada = sLinha.find(" < ");
@@ -96,7 +104,7 @@ class Sessao : public testing::TestWithParam<const char*> {
         if (bComEmpresa) listaTudo.insert(listaTudo.begin(), {"--empresa", "001"});
         if (bComDiretorio) listaTudo.insert(listaTudo.begin(), {"--diretorio", "DIR"});
         for (std::string& r : listaTudo)
-            r = Bytes(Troca(Troca(r, "DIR", m_Diretorio.GetCaminho()), "_-_", " "));
+            r = Bytes(Troca(Troca(Troca(r, "DIR", m_Diretorio.GetCaminho()), "_-_", " "), "<>", ""));
         unsigned long ulVez = 0;
         m_Relogio.SetAoDormir([&](XVUInt64) {
             const auto [de, ate] = m_mapaAoDormir.equal_range(++ulVez);
@@ -156,6 +164,9 @@ class Sessao : public testing::TestWithParam<const char*> {
             std::string sVezes;
             while (uiOnde-- > 0) sVezes += sBytes;
             m_Diretorio.CriaArquivo(sNome, sVezes);
+        } else if (sQual == "junta") {  // name, another whose bytes come behind its own
+            rPalavras >> sMais;
+            m_Diretorio.CriaArquivo(sNome, sBytes + Conteudo(sMais));
         } else if (sQual == "dourada") {  // version, company: a store as the program of that version left it
             rPalavras >> sMais;
             std::filesystem::create_directories(m_Diretorio.Junta(sMais));
@@ -165,6 +176,20 @@ class Sessao : public testing::TestWithParam<const char*> {
             return false;
         }
         return true;
+    }
+    // The files of a folder that are not as they were when one was last asked for.
+    std::string Mudados(const std::string& sPasta) {
+        std::set<std::pair<std::string, std::string>> agora;
+        for (const auto& r : std::filesystem::recursive_directory_iterator(m_Diretorio.Junta(sPasta))) {
+            const auto nome = r.path().lexically_relative(m_Diretorio.Junta(sPasta)).generic_string();
+            if (r.is_regular_file()) agora.emplace(nome, Conteudo(sPasta + '/' + nome));
+        }
+        std::map<std::string, std::string> mapMudados;
+        std::ranges::set_symmetric_difference(agora, m_vistos, std::inserter(mapMudados, mapMudados.end()));
+        m_vistos = std::move(agora);
+        std::string sNomes;
+        for (const auto& [sNome, _] : mapMudados) sNomes += sNome + '\n';
+        return sNomes;
     }
     // What a directive does, and what is answered.
     std::string Prepara(const std::string& sLinha) {
@@ -178,6 +203,12 @@ class Sessao : public testing::TestWithParam<const char*> {
             m_Relogio.SetUTC({static_cast<XVUShort>(a[0]), uc(1), uc(2), uc(3), uc(4), uc(5)});
         } else if (sQual == "mostra") {
             return SemLugar(Marca("| ", Conteudo(sNome)));
+        } else if (sQual == "mudados") {  // folder
+            return Marca("| ", Mudados(sNome));
+        } else if (sQual == "instalado") {  // directory
+            m_Registry.SetTexto(CAmbienteXV::GetChaveRegistry(k_eModuloBase), "Path",
+                                Troca(sNome, "DIR", m_Diretorio.GetCaminho()));
+            XVProfilerConfig::Recarrega();
         } else if (sQual == "cala") {  // runs xvcr with the words, which are not looked at
             Executa("$ " + sLinha.substr(sQual.size() + 1));
         } else if (sQual == "componente" || sQual == "ocupa") {  // company, key: recorded beside what runs,
@@ -209,8 +240,9 @@ class Sessao : public testing::TestWithParam<const char*> {
             const std::filesystem::path arquivo = m_Diretorio.Junta(m_sArquivo = sResto);
             std::filesystem::create_directories(arquivo.parent_path());
             if (sMarca == ">") m_Diretorio.CriaArquivo(m_sArquivo, "");
-        } else if (sMarca == "+") {
-            m_Diretorio.CriaArquivo(m_sArquivo, Conteudo(m_sArquivo) + Bytes(sResto) + '\n');
+        } else if (sMarca == "+" || sMarca == "+~") {
+            m_Diretorio.CriaArquivo(m_sArquivo,
+                                    Conteudo(m_sArquivo) + Bytes(sResto) + (sMarca == "+" ? "\n" : ""));
         } else if (sMarca == "@") {
             const std::size_t uiFim = sResto.find(' ');
             m_mapaAoDormir.emplace(std::stoul(sResto), sResto.substr(uiFim + 1));
@@ -235,9 +267,12 @@ class Sessao : public testing::TestWithParam<const char*> {
     std::string m_sArquivo;                                    // the one that lines are put to
     std::multimap<unsigned long, std::string> m_mapaAoDormir;  // {which time the clock sleeps, line}
     CXVProvedorDaSessao m_Provedor;
+    std::set<std::pair<std::string, std::string>> m_vistos;  // {file, bytes}
     CXVDiretorioTeste m_Diretorio;
     CXVRelogioFalso m_Relogio;
+    CXVRegistryFalso m_Registry;
     const CXVGuardaRelogio m_Guarda{m_Relogio};
+    const CXVGuardaRegistry m_GuardaRegistry{m_Registry};
     XVCliente::CXVCliente m_Escritor;
 };
 
@@ -255,7 +290,8 @@ TEST_P(Sessao, RespondeCadaByte) {
 INSTANTIATE_TEST_SUITE_P(Todas, Sessao,
                          testing::Values("consulta", "acompanha", "carga", "transporte", "danos", "resumo",
                                          "base", "busca", "linhas", "nomes", "textos", "importacao",
-                                         "exportacao", "opcoes", "troca", "contagens", "lugares"),
+                                         "exportacao", "opcoes", "troca", "contagens", "lugares", "uso",
+                                         "valores", "registro", "seguimento"),
                          [](const auto& r) { return std::string(r.param); });
 
 }  // namespace

@@ -1,8 +1,15 @@
+// Texts as the terminal, a table and a line of JSON have them: properties of every character, sizes that no
+// command line has, and what none says.
 #include <gtest/gtest.h>
 
 #include <sstream>
 
+#include "contract/XVEnumeracoesTexto.h"
+#include "tests/harness/XVDiretorioTemporario.h"
+#include "tools/xvcr/fields/XVRegistroJson.h"
 #include "tools/xvcr/output/XVTabela.h"
+#include "tools/xvcr/text/XVErros.h"
+#include "tools/xvcr/text/XVFonteBytes.h"
 #include "tools/xvcr/text/XVTextoTela.h"
 
 namespace {
@@ -123,6 +130,55 @@ TEST(Tabela, CabeNoTerminal) {
               "DMC           Tipo\n------------  -------\n"
               "20261121-1-1  Cadast…\n20261121-2-1  Cadast…\n");
     EXPECT_EQ(monta(5), "DMC\n------------\n20261121-1-1\n20261121-2-1\n");
+}
+
+std::string Le(const std::string& sLinha, CXVDadosCR_IntegracaoMiddleware* pDados) {
+    std::vector<SMembroJson> listaMembros;
+    std::string sErro = XVSeparaMembros(sLinha, &listaMembros);
+    if (!sErro.empty()) return sErro;
+    return XVRegistroJson::DeMembros(
+               listaMembros, [](const SMembroJson&) { return false; }, pDados)
+        .sMensagem;
+}
+
+// A null empties what was there, and a logical value is one of two.
+TEST(RegistroJson, NuloEsvaziaELogicoValeUmOuZero) {
+    CXVDadosCR_IntegracaoMiddleware dados, vazios;
+    dados.regDmc.uiValor = dados.regDataHoraInclusao.uiValor = 5;
+    dados.sMensagemIntegracao = "antes";
+    dados.cReconsultarIdTerceiros = dados.ucTipoPonteiroAuxiliar = 7;
+    vazios.ucTipoPonteiroAuxiliar = 1;
+    ASSERT_EQ(Le(R"({"regDmc":null,"regDataHoraInclusao":null,"regMensagemIntegracao":null,)"
+                 R"("cReconsultarIdTerceiros":false,"ucTipoPonteiroAuxiliar":true})",
+                 &dados),
+              "");
+    EXPECT_TRUE(dados == vazios);
+}
+
+// A document in a string of a document, where what looks ahead at each escape needs hours; and depths that
+// exhaust a stack.
+TEST(RegistroJson, TextoDeMuitosEscapesEAninhamentoFundo) {
+    CXVDadosCR_IntegracaoMiddleware dados;
+    std::string sEscapes;
+    for (int i = 0; i < 1 << 23; ++i) sEscapes += "\\/";
+    ASSERT_EQ(Le(R"({"regRegistroJSON":[")" + sEscapes + "\" ]}", &dados), "");
+    EXPECT_TRUE(dados.sRegistroJSON == "[\"" + sEscapes + "\"]");
+    const std::string sFundo = std::string(1000000, '[') + std::string(1000000, ']');
+    ASSERT_EQ(Le("{\"regRegistroJSON\":" + sFundo + "}", &dados), "");
+    EXPECT_TRUE(dados.sRegistroJSON == sFundo);
+    EXPECT_NE(Le("{\"regRegistroJSON\":" + sFundo, &dados), "");
+}
+
+// That a later program recorded.
+TEST(Enumeracoes, ValorSemNomeEMostradoComoNumero) {
+    EXPECT_EQ(XVEnumeracoesTexto::GetNomeCurto(EEnumeracao::eSistemaIntegracao, 4), "4");
+}
+
+TEST(FonteBytes, TextoVaiAteOLimiteENaoAlem) {
+    const CXVDiretorioTeste diretorio;
+    diretorio.CriaArquivo("a", "abc");
+    EXPECT_EQ(XVLeTudo(*XVAbreFonte(diretorio.Junta("a")), 3), "abc");
+    EXPECT_THROW(XVLeTudo(*XVAbreFonte(diretorio.Junta("a")), 2), CXVErro);
 }
 
 }  // namespace
