@@ -31,6 +31,11 @@ TEST_F(RegistrosFixos, ForaDosLimitesHaUmCodigoParaCadaCaso) {
     EXPECT_EQ(banco->LeColecao(0, 3, lista), E_XVCR_INCONSISTENCIA_CHAVE_QUANTIDADE);
     for (const auto& [uiDe, uiQtd] : {std::pair{4U, XVUInt64{1}}, {2U, XVUInt64{3}}, {2U, ~XVUInt64{0}}})
         EXPECT_EQ(banco->LeColecao(uiDe, uiQtd, lista), E_XVCR_POSICAO_LEITURA_SUPERIOR_QUANTIDADE_ARQUIVO);
+    const CXVCapturaTrace captura;
+    EXPECT_EQ(banco->Le(5, &reg), E_XVCR_POSICAO_LEITURA_SUPERIOR_QUANTIDADE_ARQUIVO);
+    EXPECT_TRUE(captura.GetFalhas().at(0).sMensagem.ends_with(
+        "\tArquivo = A.dat\tPosição = 5\tRegistro = 16\tQtd. Registros = 3"))
+        << captura.GetFalhas()[0].sMensagem;
     EXPECT_EQ(banco->LeColecao(2, 2, lista), S_OK);
     EXPECT_EQ(lista, (std::vector<REG_TESTE>{{9, 9, 9}, {2, 2, 0}, {3, 0, 0}})) << "appended";
     ASSERT_EQ(banco.xvDB.Finaliza(), S_OK);

@@ -45,6 +45,7 @@ void CXVPreparo::Trabalha() {
     std::exception_ptr falha;
     try {
         std::string sLinha;
+        // Before it waits for more, and so before the end as well, it hands out what there is.
         for (;;) {
             const SLote& rLote = m_LoteEmPreparo;
             const bool bCheio =
@@ -54,7 +55,6 @@ void CXVPreparo::Trabalha() {
             if (eResultado == CXVLeitorLinhas::EResultado::eFim) break;
             Prepara(sLinha, eResultado == CXVLeitorLinhas::EResultado::eLonga);
         }
-        static_cast<void>(Entrega());
     } catch (...) {
         falha = std::current_exception();
     }
