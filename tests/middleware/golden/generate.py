@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
 """Writes the same small store as versions 0 to 4 left it (v0 ... v4) and the payloads without header that its
 converted files must have: in v5 those of records that were written in the last layouts, in v5_first those
-of records that were written in the first ones. Every field of every record holds another value, none of
-them 0, and the fillers are full. Knows the layouts by itself: nothing of the product is used."""
+of records that were written in the first ones. The fields of a record hold values that differ from each
+other and, but for the first type, from 0, and the fillers are full. Knows the layouts by itself: nothing of the product is used."""
 import pathlib
 import struct
 
