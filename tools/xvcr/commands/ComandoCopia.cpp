@@ -2,12 +2,15 @@
 #include <memory>
 
 #include "client/XVChamador.h"
+#include "client/XVClienteCodigos.h"
 #include "client/XVRegistryComDiretorio.h"
 #include "middleware/copia/XVCopia.h"
 #include "middleware/verificacao/XVVerificacao.h"
 #include "platform/XVConsole.h"
 #include "platform/XVPlataforma.h"
 #include "support/XVAmbiente.h"
+#include "support/codes/XVCodigos.h"
+#include "support/trace/XVArquivoRecusado.h"
 #include "tools/xvcr/commands/XVComandos.h"
 #include "tools/xvcr/commands/XVLugarDaCopia.h"
 #include "tools/xvcr/commands/XVOpcoes.h"
@@ -64,6 +67,11 @@ SCopia Copia(const std::string& sOrigem, const std::string& sDestino,
         XVFalha(XVDescreveFalha(hr) +
                 "; os arquivos novos estavam tomando o seu lugar e a cópia está incompleta: copie de novo");
     const std::string sRecusa = DescreveRecusa(executor.GetRecusa());
+    // Many refusals share this code, whose sentence speaks of none of them.
+    if (!sRecusa.empty() && hr == eInvalidFile)
+        XVFalha(XVArquivoRecusado::Mensagem(sRecusa + " (" + XVCliente::CodigoEmTexto(hr) + ' ' +
+                                                std::string(XVCliente::NomeDoCodigo(hr)) + ").",
+                                            hr));
     if (!sRecusa.empty()) XVFalha(sRecusa + ". " + XVDescreveFalha(hr));
     XVFalha("nada foi copiado. " + XVDescreveFalhaNoDestino(hr, sDestino));
 }
@@ -127,8 +135,13 @@ void Executa(const SComandoCopia& rComando, CXVContexto& rContexto) {
     SVerificacao verificacao;
     if (!rComando.bSemVerificar) Verifica(rContexto, pastas.sDados, &verificacao);
     Mostra(rContexto.saida, copia, rComando.sDestino, rComando.bSemVerificar ? nullptr : &verificacao);
-    const bool bMostra = !rComando.bSemVerificar && !rContexto.saida.EhJson();
-    if (bMostra) XVMostraVerificacao(rContexto.saida, rEmpresa, verificacao);
+    if (rComando.bSemVerificar || rContexto.saida.EhJson()) return;
+    if (!verificacao.EhIntegra())
+        rContexto.saida.Linha(
+            "O que segue é da cópia. Verifique a base com xvcr verifica: se ela está íntegra, apague a cópia "
+            "e "
+            "copie de novo.");
+    XVMostraVerificacao(rContexto.saida, rEmpresa, verificacao);
 }
 
 }  // namespace
