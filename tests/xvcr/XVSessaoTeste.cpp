@@ -87,8 +87,12 @@ void PoeVariavel(const std::string& sAtribuicao) {
 
 class Sessao : public testing::TestWithParam<const char*> {
   protected:
-    // Forgets where the logs of the session before lay.
-    Sessao() { XVProfilerConfig::Recarrega(); }
+    // Whoever runs the tests may have a store of his own in the environment; and where the logs of the
+    // session before lay is forgotten.
+    Sessao() {
+        for (const char* pszNome : {"XVCR_DIRETORIO=", "XVCR_EMPRESA=", "COLUMNS="}) PoeVariavel(pszNome);
+        XVProfilerConfig::Recarrega();
+    }
 
     // "$ words" or "$$ words".
     std::string Executa(const std::string& sLinha) {

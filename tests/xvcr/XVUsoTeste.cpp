@@ -5,6 +5,7 @@
 #include "support/codes/XVCodigos.h"
 #include "tests/harness/XVGuardasPlataforma.h"
 #include "tests/harness/XVRegistryFalso.h"
+#include "tests/harness/XVRelogioFalso.h"
 #include "tests/harness/XVSistemaArquivosFalhas.h"
 #include "tests/harness/XVSistemaArquivosMemoria.h"
 #include "tests/xvcr/XVPrograma.h"
@@ -18,8 +19,9 @@ using testing::StartsWith;
 
 // Every command, also one that comes later.
 TEST(Uso, AjudaDeCadaComandoTemExemplos) {
-    const std::string sTodos = XVExecutaAqui({"completa", "palavras", ""}).sSaida;
-    for (const std::string& rComando : XVPalavras(sTodos)) {
+    const TArgumentos listaComandos = XVPalavras(XVExecutaAqui({"completa", "palavras", ""}).sSaida);
+    EXPECT_GT(listaComandos.size(), 20U);
+    for (const std::string& rComando : listaComandos) {
         const SExecucao ajuda = XVExecutaAqui({rComando, "--help"});
         EXPECT_EQ(ajuda.iSaida, 0) << rComando;
         EXPECT_THAT(ajuda.sSaida, HasSubstr("  xvcr " + rComando));
@@ -51,6 +53,8 @@ class UsoEmMemoria : public testing::Test {
     CXVSistemaArquivosMemoria m_Arquivos;
     CXVSistemaArquivosFalhas m_Falhas{m_Arquivos};
     CXVRegistryFalso m_Registry;
+    CXVRelogioFalso m_Relogio;
+    const CXVGuardaRelogio m_GuardaRelogio{m_Relogio};
     const CXVGuardaSistemaArquivos m_GuardaSistema{m_Falhas};
     const CXVGuardaRegistry m_GuardaRegistry{m_Registry};
 };
