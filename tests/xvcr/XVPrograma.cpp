@@ -1,6 +1,8 @@
 #include "tests/xvcr/XVPrograma.h"
 
+#include <cstdlib>
 #include <iterator>
+#include <list>
 #include <sstream>
 
 #include "tools/xvcr/XVAplicacao.h"
@@ -11,6 +13,18 @@ SExecucao XVExecutaAqui(const TArgumentos& listaArgumentos) {
     const int iSaida = XVExecutaAplicacao(listaArgumentos);
     return {iSaida, testing::internal::GetCapturedStdout(), testing::internal::GetCapturedStderr()};
 }
+
+// putenv makes no copy: what it was given stays for good.
+void XVPoeVariavel(const std::string& sAtribuicao) {
+    static std::list<std::string> s_lista;
+    putenv(s_lista.emplace_back(sAtribuicao).data());
+}
+
+void XVLimpaAmbiente() {
+    for (const char* pszNome : {"XVCR_DIRETORIO=", "XVCR_EMPRESA=", "COLUMNS="}) XVPoeVariavel(pszNome);
+}
+
+[[maybe_unused]] static const bool k_bLimpo = (XVLimpaAmbiente(), true);
 
 TArgumentos XVPalavras(const std::string& sLinha) {
     std::istringstream fluxo(sLinha);

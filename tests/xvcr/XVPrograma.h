@@ -16,6 +16,12 @@ using TArgumentos = std::vector<std::string>;
 
 SExecucao XVExecutaAqui(const TArgumentos& listaArgumentos);
 
+// "NAME=value"; this process and those that it starts have it from now on.
+void XVPoeVariavel(const std::string& sAtribuicao);
+// Takes away what xvcr would find in the environment; also before the first test, for whoever runs it may
+// have a store of his own there.
+void XVLimpaAmbiente();
+
 // A command line as it is written, its words parted by blanks.
 TArgumentos XVPalavras(const std::string& sLinha);
 

@@ -22,7 +22,6 @@
 #include <cstdlib>
 #include <fstream>
 #include <functional>
-#include <list>
 #include <map>
 #include <set>
 #include <sstream>
@@ -79,18 +78,11 @@ std::string Bytes(const std::string& sTexto) {
     return sBytes;
 }
 
-// putenv makes no copy: what it was given stays for good.
-void PoeVariavel(const std::string& sAtribuicao) {
-    static std::list<std::string> s_lista;
-    putenv(s_lista.emplace_back(sAtribuicao).data());
-}
-
 class Sessao : public testing::TestWithParam<const char*> {
   protected:
-    // Whoever runs the tests may have a store of his own in the environment; and where the logs of the
-    // session before lay is forgotten.
+    // Forgets what the session before has set, and where its logs lay.
     Sessao() {
-        for (const char* pszNome : {"XVCR_DIRETORIO=", "XVCR_EMPRESA=", "COLUMNS="}) PoeVariavel(pszNome);
+        XVLimpaAmbiente();
         XVProfilerConfig::Recarrega();
     }
 
@@ -225,7 +217,7 @@ class Sessao : public testing::TestWithParam<const char*> {
                       S_OK);
             EXPECT_EQ(rCliente.GravaIntegracao(&regDmc, dados), S_OK);
         } else if (sQual == "ambiente") {
-            PoeVariavel(Troca(sNome, "=DIR", '=' + m_Diretorio.GetCaminho()));
+            XVPoeVariavel(Troca(sNome, "=DIR", '=' + m_Diretorio.GetCaminho()));
         } else if (!Muda(sQual, sNome, palavras)) {
             std::istringstream resto(Bytes(sLinha.substr(sQual.size())));
             const std::optional<std::string> sDito = m_Provedor.Faz(sQual, resto);
