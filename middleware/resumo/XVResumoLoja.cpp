@@ -114,8 +114,9 @@ HRESULT CXVResumoLoja::ConfereVersao() {
         });
     if (FAILED(hr)) return XVNotaCaminho(hr, m_sDiretorio, k_pszArquivoVersao);
     if (reg.usVersao == k_usVersaoAtualBase || !XVTemDados(m_leitura)) return S_OK;
-    return reg.usVersao < k_usVersaoAtualBase ? E_XVCR_VERSAO_INCOMPATIVEL
-                                              : E_XVCR_VERSAO_BASE_SUPERIOR_VERSAO_SISTEMA;
+    hr = reg.usVersao < k_usVersaoAtualBase ? E_XVCR_VERSAO_INCOMPATIVEL
+                                            : E_XVCR_VERSAO_BASE_SUPERIOR_VERSAO_SISTEMA;
+    return XVNotaCaminho(hr, m_sDiretorio, k_pszArquivoVersao);
 }
 
 void CXVResumoLoja::ResumeDia(XVUInt64 uiDia, std::span<const SEntradaIndice> aEntradas) {

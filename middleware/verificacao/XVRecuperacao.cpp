@@ -129,8 +129,9 @@ HRESULT CXVRecuperacao::ConfereVersao() {
     if (!XVTemDados(m_leitura)) return S_OK;
     // The first version had no such file.
     if (SUCCEEDED(hr) && SUCCEEDED(arquivo.hr) && arquivo.uiTamanho == sizeof(reg) && reg.usVersao != 0)
-        return reg.usVersao < k_usVersaoAtualBase ? E_XVCR_VERSAO_INCOMPATIVEL
-                                                  : E_XVCR_VERSAO_BASE_SUPERIOR_VERSAO_SISTEMA;
+        return XVNotaCaminho(reg.usVersao < k_usVersaoAtualBase ? E_XVCR_VERSAO_INCOMPATIVEL
+                                                                : E_XVCR_VERSAO_BASE_SUPERIOR_VERSAO_SISTEMA,
+                             m_pastas.sOrigem, k_pszArquivoVersao);
     if (SUCCEEDED(hr) && !arquivo.bExiste && XVEhVersaoZero(m_leitura, m_pastas.sOrigem, m_rDono))
         return E_XVCR_VERSAO_INCOMPATIVEL;
     return m_bVersaoAtual ? S_OK : E_XVCR_INCONSISTENCIA_CONTROLE_CRIACAO_ARQUIVOS;
