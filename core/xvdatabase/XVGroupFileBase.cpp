@@ -83,10 +83,14 @@ HRESULT CXVGroupFileBase::LookupMapFiles(XVUInt64 uiChaveNomeArquivo, IXVFileBas
 
 // A member that somebody has made since a viewer looked into the directory.
 HRESULT CXVGroupFileBase::ProcuraMembroNovo(XVUInt64 uiChaveNomeArquivo, IXVFileBase*& pXVFileInterface) {
-    const CXVArquivoVisto arquivo(*m_pDataBase->GetVisao(),
-                                  XVNomeArquivo::ChaveParaNome(uiChaveNomeArquivo, m_sNomeArquivo));
+    const std::string sNome = XVNomeArquivo::ChaveParaNome(uiChaveNomeArquivo, m_sNomeArquivo);
+    const CXVArquivoVisto arquivo(*m_pDataBase->GetVisao(), sNome);
     SAreaVista area;
-    XV_CHECK(XVCodigosArquivo::CodigoDeExcecao(arquivo.GetArea(&area)));
+    if (const CXVErroArquivo erro = arquivo.GetArea(&area); !erro.Ok()) {
+        std::string sPath;
+        XV_CHECK(CXVDataBaseUtil::GetPathArquivo(m_eModulo, GetEmpresa(), sNome, &sPath));
+        XV_CHECK(XVArquivoRecusado::Anota(XVCodigosArquivo::CodigoDeExcecao(erro), sPath, this));
+    }
     if (!area.bExiste) return S_OK;
     std::unique_ptr<IXVFileBase> pNovo = CriaMembro(uiChaveNomeArquivo);
     pXVFileInterface = pNovo.get();
