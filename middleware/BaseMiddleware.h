@@ -101,6 +101,9 @@ class CBaseMiddleware : public CXVDataBaseFacade<CXVDataBase_CR_Middleware, CXVB
     // *peImportada tells beside eNova is a success that has changed nothing. E_INVALIDARG: the store could
     // not have recorded it itself.
     HRESULT ImportaIntegracao(const SIntegracaoTransportada& rIntegracao, EImportada* peImportada);
+    // Gives a recorded integration its origin where that got its own key only later. Nothing else of it
+    // changes, and the general log has no line for it.
+    HRESULT PoeOrigem(REG_XVDMC regDmc, REG_XVDMC regDmcOrigem);
     static REG_CR_INTEGRACAO_MIDDLEWARE_V2 MontaRegistro(const tagREG_CR_INTEGRACAO_MIDDLEWAREPS& reg);
     static REG_CR_INDEX_INTEGRACAO_V1 MontaIndice(const CXVDadosCR_IntegracaoMiddleware& rDados);
 

@@ -57,9 +57,10 @@ TEST_F(TransporteAqui, ImportacaoQueContinuaParaNaFalhaDaBase) {
         "perdido. Arquivo: ";
     SExecucao execucao = importa();  // into a company that is not there yet
     EXPECT_EQ(execucao.iSaida, 1);
-    EXPECT_EQ(execucao.sSaida,
-              "{\"novas\":0,\"jaEstavam\":0,\"deixadas\":0,\"lancamentos\":0,\"recusadas\":0,"
-              "\"completa\":false}\n");
+    EXPECT_EQ(
+        execucao.sSaida,
+        "{\"novas\":0,\"jaEstavam\":0,\"deixadas\":0,\"lancamentos\":0,\"origensVazias\":0,\"recusadas\":0,"
+        "\"completa\":false}\n");
     EXPECT_TRUE(execucao.sErro.starts_with("xvcr: " + sCheio)) << execucao.sErro;
     EXPECT_EQ(std::count(execucao.sErro.begin(), execucao.sErro.end(), '\n'), 1) << execucao.sErro;
     falhas.Limpa();
@@ -68,9 +69,10 @@ TEST_F(TransporteAqui, ImportacaoQueContinuaParaNaFalhaDaBase) {
     enche();
     execucao = importa();  // behind another integration
     EXPECT_EQ(execucao.iSaida, 1);
-    EXPECT_EQ(execucao.sSaida,
-              "{\"novas\":0,\"jaEstavam\":0,\"deixadas\":0,\"lancamentos\":0,\"recusadas\":2,"
-              "\"completa\":false}\n");
+    EXPECT_EQ(
+        execucao.sSaida,
+        "{\"novas\":0,\"jaEstavam\":0,\"deixadas\":0,\"lancamentos\":0,\"origensVazias\":0,\"recusadas\":2,"
+        "\"completa\":false}\n");
     EXPECT_TRUE(execucao.sErro.starts_with(
         "xvcr: " + sArquivo + ", linha 2: o DMC já é o de outra integração nesta base\nxvcr: " + sArquivo +
         ", linha 3: " + sCheio))

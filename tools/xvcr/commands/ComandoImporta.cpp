@@ -126,12 +126,17 @@ class CXVExecucaoImporta {
                                                       {"jaEstavam", r.uiJaEstavam},
                                                       {"deixadas", r.uiDeixadas},
                                                       {"lancamentos", r.uiLancamentos},
+                                                      {"origensVazias", r.uiOrigensVazias},
                                                       {"recusadas", m_uiRecusadas},
                                                       {"completa", bCompleta}});
+        const std::string sOrigens = r.uiOrigensVazias == 0
+                                         ? ""
+                                         : "; " + std::to_string(r.uiOrigensVazias) +
+                                               " origens esvaziadas, de integrações que não vieram";
         m_rContexto.saida.Linha(
             std::to_string(r.uiNovas) + " integrações gravadas, " + std::to_string(r.uiJaEstavam) +
             " já estavam, " + std::to_string(r.uiDeixadas) + " deixadas; " + std::to_string(r.uiLancamentos) +
-            " do mapa e das datas-horas; " + std::to_string(m_uiRecusadas) + " linhas recusadas");
+            " do mapa e das datas-horas; " + std::to_string(m_uiRecusadas) + " linhas recusadas" + sOrigens);
     }
 
     const SImporta& m_rImporta;
@@ -167,7 +172,7 @@ void XVAdicionaImporta(CLI::App& rRaiz, CXVContexto& rContexto) {
         "  xvcr exporta --empresa 001 | xvcr importa - --empresa 002\n"
         "Cada integração guarda o seu DMC: uma igual que já está na base fica como está, e uma que é\n"
         "outra faz a linha ser recusada. Com --chaves-novas todas são gravadas como novas, e cada\n"
-        "linha da saída diz o DMC que veio e o que ficou.");
+        "linha da saída diz o DMC que veio e o que ficou; a origem que não veio fica vazia.");
     XVOpcaoSimples(*pComando, "fonte", "ARQUIVO|PASTA|-",
                    "Arquivo ou pasta que exporta escreveu; - é a entrada padrão", &pImporta->sFonte)
         ->required();

@@ -1,5 +1,8 @@
 #include "tools/xvcr/transport/XVImportacao.h"
 
+#include <utility>
+
+#include "support/trace/XVCheck.h"
 #include "support/values/XVCrc64.h"
 #include "tools/xvcr/text/XVErros.h"
 #include "tools/xvcr/text/XVLeitorLinhas.h"
@@ -65,6 +68,7 @@ SErro CXVImportacao::Recebe(const SInicioExportacao& rInicio) {
     m_bDentro = true;
     m_bTeveFim = false;
     m_lidas = {};
+    m_pChaves = &m_mapaChaves[rInicio.sEmpresa];
     return {};
 }
 
@@ -127,27 +131,49 @@ SErro CXVImportacao::DaChaveNova(SIntegracaoTransportada& rIntegracao) {
         ++m_contagem.uiDeixadas;
         return {};
     }
-    Traduz(&rIntegracao.dados.regDmcIntegracaoOrigem);
+    const REG_XVDMC regEspera = Traduz(&rIntegracao.dados.regDmcIntegracaoOrigem);
     const tagREG_CR_INTEGRACAO_MIDDLEWAREPS regPS = rIntegracao.dados.ComoRegistro();
     REG_XVDMC regNova;
     HRESULT hr = AbreBase();
     if (SUCCEEDED(hr)) hr = m_Base.GravaInternalIntegracao(&regNova, &regPS);
     if (FAILED(hr)) return Falha(hr);
     ++m_contagem.uiNovas;
-    m_mapaChaves.insert_or_assign(rIntegracao.dados.regDmc.uiValor, regNova);
+    m_pChaves->insert_or_assign(rIntegracao.dados.regDmc.uiValor, regNova);
+    if (!regEspera.EhNulo()) m_listaSemOrigem.push_back({regEspera, m_pChaves, regNova});
     m_fnNova(rIntegracao.dados.regDmc, regNova);
     return {};
 }
 
-// What names an integration that came with a new key names it by that one.
-void CXVImportacao::Traduz(REG_XVDMC* pDmc) const {
-    const auto it = m_mapaChaves.find(pDmc->uiValor);
-    if (it != m_mapaChaves.end()) *pDmc = it->second;
+// What names an integration that came with a new key names it by that one; any other origin is emptied, for
+// its key is, or will be, another integration's here. Returns the one that may come yet, or null.
+REG_XVDMC CXVImportacao::Traduz(REG_XVDMC* pOrigem) const {
+    if (m_eChaves != EChavesImportacao::eNovas || !pOrigem->EhDeIntegracao()) return {};
+    const auto it = m_pChaves->find(pOrigem->uiValor);
+    if (it == m_pChaves->end()) return std::exchange(*pOrigem, {});
+    *pOrigem = it->second;
+    return {};
+}
+
+HRESULT CXVImportacao::PoeOrigens() {
+    HRESULT hr = S_OK;
+    for (SSemOrigem& rSem : m_listaSemOrigem) {
+        const auto it = rSem.pChaves->find(rSem.regDmcOrigem.uiValor);
+        const bool bVeio = SUCCEEDED(hr) && it != rSem.pChaves->end();
+        if (auto* pDados = std::get_if<CXVDadosMapa>(&rSem.quem); pDados != nullptr && bVeio) {
+            pDados->regDmcOrigemIntegracao = it->second;
+            hr = m_Base.GravaChaveRegistroTelvoParaTerceiro(pDados->ComoRegistro());
+        } else if (bVeio) {
+            hr = m_Base.PoeOrigem(std::get<REG_XVDMC>(rSem.quem), it->second);
+        }
+        if (!bVeio || FAILED(hr)) ++m_contagem.uiOrigensVazias;
+    }
+    m_listaSemOrigem.clear();
+    return hr;
 }
 
 SErro CXVImportacao::Recebe(CXVDadosMapa& rDados) {
     ++m_lidas.ulMapa;
-    Traduz(&rDados.regDmcOrigemIntegracao);
+    const REG_XVDMC regEspera = Traduz(&rDados.regDmcOrigemIntegracao);
     CXVDadosMapa filtro = rDados;
     filtro.uiChaveRegistroSistemaTerceiro = 0;  // whatever the record's id is
     HRESULT hr = AbreBase();
@@ -161,6 +187,12 @@ SErro CXVImportacao::Recebe(CXVDadosMapa& rDados) {
     if (FAILED(hr)) return Falha(hr);
     if (bHavia && !(atual == rDados)) return Erro("o registro da suíte já tem outra ligação nesta base");
     ++m_contagem.uiLancamentos;
+    if (regEspera.EhNulo()) return {};
+    // The origin of what was there before is not for an import to say.
+    if (bHavia)
+        ++m_contagem.uiOrigensVazias;
+    else
+        m_listaSemOrigem.push_back({regEspera, m_pChaves, rDados});
     return {};
 }
 
@@ -184,10 +216,11 @@ SErro CXVImportacao::Falha(HRESULT hr) {
 }
 
 HRESULT CXVImportacao::Termina() {
-    const HRESULT hr = ConcluiLojaNova();
+    HRESULT hr = ConcluiLojaNova();
+    if (m_bAberta) hr = XVPrimeiraFalha(hr, PoeOrigens());
     const HRESULT hrBase = m_bAberta ? m_Base.Finaliza() : S_OK;
     m_bAberta = false;
-    return FAILED(hr) ? hr : hrBase;
+    return XVPrimeiraFalha(hr, hrBase);
 }
 
 std::string XVDescreveLinhaLonga(std::size_t uiLinhaMaxima) {

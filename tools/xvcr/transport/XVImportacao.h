@@ -8,9 +8,12 @@
 #pragma once
 
 #include <functional>
+#include <map>
 #include <memory>
 #include <string>
 #include <unordered_map>
+#include <variant>
+#include <vector>
 
 #include "middleware/BaseMiddleware.h"
 #include "middleware/verificacao/XVLojaNova.h"
@@ -24,6 +27,8 @@ struct SContagemImportacao {
     XVUInt64 uiJaEstavam = 0;
     XVUInt64 uiDeixadas = 0;     // what no index record leads to, where keys are new
     XVUInt64 uiLancamentos = 0;  // of the key map and the date-times, recorded now or already there
+    // Where keys are new: that named an integration which did not come along. Its key is another's here.
+    XVUInt64 uiOrigensVazias = 0;
 };
 
 class CXVImportacao {
@@ -39,7 +44,7 @@ class CXVImportacao {
     SErro Importa(std::string_view sLinha);
     // Whether a last line is still to come.
     bool FaltaFim() const { return !m_bTeveFim; }
-    // Makes the store whole and closes it.
+    // Gives what was recorded before its origin came that origin, makes the store whole and closes it.
     HRESULT Termina();
 
     const SContagemImportacao& GetContagem() const { return m_contagem; }
@@ -63,7 +68,8 @@ class CXVImportacao {
     HRESULT AbreBase();
     SErro MantemChave(const SIntegracaoTransportada& rIntegracao);
     SErro DaChaveNova(SIntegracaoTransportada& rIntegracao);
-    void Traduz(REG_XVDMC* pDmc) const;
+    REG_XVDMC Traduz(REG_XVDMC* pOrigem) const;
+    HRESULT PoeOrigens();
     SErro Falha(HRESULT hr);
 
     std::string m_sDiretorio;
@@ -77,7 +83,15 @@ class CXVImportacao {
     std::unique_ptr<CXVLojaNova> m_pNova;
     bool m_bAberta = false;  // m_Base, which is never left for files again
     CBaseMiddleware m_Base;
-    std::unordered_map<XVUInt64, REG_XVDMC> m_mapaChaves;  // new ones, by those that came
+    using TChaves = std::unordered_map<XVUInt64, REG_XVDMC>;  // new ones, by those that came
+    std::map<std::string, TChaves> m_mapaChaves;              // of each company that was exported
+    TChaves* m_pChaves = nullptr;                             // of the export that is being read
+    struct SSemOrigem {
+        REG_XVDMC regDmcOrigem;  // as it came
+        const TChaves* pChaves;
+        std::variant<REG_XVDMC, CXVDadosMapa> quem;  // under its key here, or as it was recorded
+    };
+    std::vector<SSemOrigem> m_listaSemOrigem;
 };
 
 std::string XVDescreveLinhaLonga(std::size_t uiLinhaMaxima);
