@@ -9,7 +9,8 @@
 //                       and with "+~ " without a line feed
 //   % mostra name       the file's bytes; what else a directive does: see Prepara, and
 //                       XVProvedorDaSessao.h for what the provider is told
-//   @ n line            the line waits for the n-th time that the next command sleeps
+//   @ n line            the line waits for the n-th time that the next command sleeps, which has to come; the
+//                       one of "@- n line" must not come
 //   | ! =               answers: standard output, error output, exit status other than 0; "~": no line feed
 //
 // DIR stands for the directory, bytes that drive a terminal are <HH> in answers, any byte in words and files;
@@ -103,14 +104,18 @@ class Sessao : public testing::TestWithParam<const char*> {
             r = Bytes(Troca(Troca(Troca(r, "DIR", m_Diretorio.GetCaminho()), "_-_", " "), "<>", ""));
         unsigned long ulVez = 0;
         m_Relogio.SetAoDormir([&](XVUInt64) {
-            const auto [de, ate] = m_mapaAoDormir.equal_range(++ulVez);
-            for (auto it = de; it != ate; ++it) Faz(it->second);
+            const unsigned long ul = ++ulVez;  // a line may sleep as well
+            for (auto it = m_mapaAoDormir.find(ul); it != m_mapaAoDormir.end(); it = m_mapaAoDormir.find(ul))
+                Faz(m_mapaAoDormir.extract(m_mapaAoDormir.lower_bound(ul)).mapped());
         });
         const SExecucao r = uiEntrada == std::string::npos
                                 ? XVExecutaAqui(listaTudo)
                                 : XVExecuta(XV_PROGRAMA, listaTudo, Conteudo(sLinha.substr(uiEntrada + 3)));
         m_Relogio.SetAoDormir({});
+        for (const auto& [ul, s] : m_mapaAoDormir)
+            EXPECT_TRUE(s.starts_with("@-")) << "moment " << ul << " never came: " << s;
         m_mapaAoDormir.clear();
+        m_iSaida = r.iSaida;
         const std::string sSaida = r.iSaida == 0 ? "" : "= " + std::to_string(r.iSaida) + '\n';
         return SemLugar(Marca("| ", r.sSaida) + Marca("! ", r.sErro) + sSaida);
     }
@@ -205,8 +210,10 @@ class Sessao : public testing::TestWithParam<const char*> {
             m_Registry.SetTexto(CAmbienteXV::GetChaveRegistry(k_eModuloBase), "Path",
                                 Troca(sNome, "DIR", m_Diretorio.GetCaminho()));
             XVProfilerConfig::Recarrega();
-        } else if (sQual == "cala") {  // runs xvcr with the words, which are not looked at
-            Executa("$ " + sLinha.substr(sQual.size() + 1));
+        } else if (sQual == "cala") {  // runs xvcr with the words, of whose answers only the status counts:
+            const bool bDito = sNome.starts_with('=');  // 0, or n with "=n" before the words
+            Executa("$ " + sLinha.substr(sLinha.find(' ', bDito ? sQual.size() + 1 : 0) + 1));
+            EXPECT_EQ(m_iSaida, bDito ? std::stoi(sNome.substr(1)) : 0) << sLinha;
         } else if (sQual == "componente" || sQual == "ocupa") {  // company, key: recorded beside what runs,
             XVCliente::CXVCliente cliente;  // by the component, which "ocupa" leaves open for writing
             XVCliente::CXVCliente& rCliente = sQual == "ocupa" ? m_Escritor : cliente;
@@ -239,9 +246,9 @@ class Sessao : public testing::TestWithParam<const char*> {
         } else if (sMarca == "+" || sMarca == "+~") {
             m_Diretorio.CriaArquivo(m_sArquivo,
                                     Conteudo(m_sArquivo) + Bytes(sResto) + (sMarca == "+" ? "\n" : ""));
-        } else if (sMarca == "@") {
-            const std::size_t uiFim = sResto.find(' ');
-            m_mapaAoDormir.emplace(std::stoul(sResto), sResto.substr(uiFim + 1));
+        } else if (sMarca == "@" || sMarca == "@-") {  // no line begins as one does that must not come
+            const std::string sQuando = sMarca == "@" ? "" : sMarca;
+            m_mapaAoDormir.emplace(std::stoul(sResto), sQuando + sResto.substr(sResto.find(' ') + 1));
         } else if (!sMarca.empty() && sMarca != "#") {
             ADD_FAILURE() << sLinha;
         }
@@ -262,6 +269,7 @@ class Sessao : public testing::TestWithParam<const char*> {
 
     std::string m_sArquivo;                                    // the one that lines are put to
     std::multimap<unsigned long, std::string> m_mapaAoDormir;  // {which time the clock sleeps, line}
+    int m_iSaida = 0;                                          // of the command that ran last
     CXVProvedorDaSessao m_Provedor;
     std::set<std::pair<std::string, std::string>> m_vistos;  // {file, bytes}
     CXVDiretorioTeste m_Diretorio;
@@ -280,6 +288,7 @@ TEST_P(Sessao, RespondeCadaByte) {
     if (const char* pszPasta = std::getenv("XV_SESSOES_NOVAS"); pszPasta != nullptr)
         std::ofstream(std::string(pszPasta) + '/' + sNome, std::ios::binary) << sNova;
     ASSERT_NE(sEsperada, "");
+    EXPECT_TRUE(m_mapaAoDormir.empty()) << "no command follows";
     EXPECT_EQ(sNova, sEsperada);
 }
 
