@@ -41,6 +41,8 @@ constexpr SDescricaoAchado k_aDescricoes[] = {
      "um texto da integração está depois de um trecho danificado: só a contagem a partir do fim diz que é "
      "dela",
      k_pszRestaura},
+    {"semRegistroNemIndice", EGravidade::eDano,
+     "o cabeçalho do arquivo do dia conta a integração, mas nem o arquivo nem o índice a têm", k_pszRestaura},
     {"talvezSubstituida", EGravidade::eAviso,
      "o registro não está no índice; se foi substituído por outro do banco com a mesma chave, isso é o "
      "normal",

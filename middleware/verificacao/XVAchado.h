@@ -30,6 +30,7 @@ enum class EAchado : std::uint8_t {
     eIlegivel,
     eTextoIlegivel,
     eTextoDeduzido,
+    eSemRegistroNemIndice,
     eTalvezSubstituida,
     // Of files.
     eArquivoRecusado,

@@ -43,6 +43,7 @@ void CXVExameDia::ExaminaRegistros(std::span<const SEntradaIndice> aEntradas, XV
                                      &m_aArquivosTextos[i]));
     m_aFalhas[k_uiTextos] = LeRegistros();
     JulgaIndice(aEntradas, ulLimite);
+    JulgaCabecalho();
 }
 
 void CXVExameDia::ExaminaTextos() {
@@ -103,6 +104,22 @@ void CXVExameDia::JulgaIndice(std::span<const SEntradaIndice> aEntradas, XVUInt 
             m_aMotivos[i] |= eMotivo_RegistroImpossivel;
         }
         if (m_aNoIndice[i] && FAILED(m_arquivo.hr)) m_aMotivos[i] |= eMotivo_DiaRecusado;
+    }
+}
+
+XVUInt CXVExameDia::GetContadosNoCabecalho() const {
+    if (!m_arquivo.bCabecalho || !XVCabecalho::NomeConfere(m_arquivo.regB, m_arquivo.sNome)) return 0;
+    return static_cast<XVUInt>(
+        std::min<XVUInt64>(m_arquivo.regB.uiTamanhoDados / sizeof(TRegistro), ~XVUInt{0}));
+}
+
+void CXVExameDia::JulgaCabecalho() {
+    const XVUInt ulContados = GetContadosNoCabecalho();
+    auto itAusente = m_aAusentes.begin();
+    for (XVUInt64 ui = m_aRegistros.size() + 1; ui <= ulContados; ++ui) {
+        while (itAusente != m_aAusentes.end() && itAusente->GetPonteiro() < ui) ++itAusente;
+        if (itAusente == m_aAusentes.end() || itAusente->GetPonteiro() != ui)
+            m_aSoNoCabecalho.push_back(static_cast<XVUInt>(ui));
     }
 }
 

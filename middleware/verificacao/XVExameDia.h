@@ -28,8 +28,9 @@ enum EMotivo : XVUInt {
     eMotivo_Ilegivel = 1U << 12,
     eMotivo_TextoIlegivel = 1U << 13,
     eMotivo_TextoDeduzido = 1U << 14,
+    eMotivo_SemRegistroNemIndice = 1U << 15,
 };
-inline constexpr unsigned k_uiMotivos = 15;
+inline constexpr unsigned k_uiMotivos = 16;
 
 class CXVExameDia {
   public:
@@ -61,6 +62,10 @@ class CXVExameDia {
     const std::vector<SEntradaIndice>& GetAusentes() const { return m_aAusentes; }
     // Pointers of records that the index does not know; whether they are missed is not decided here.
     const std::vector<XVUInt>& GetSemIndice() const { return m_aSemIndice; }
+    // Pointers that neither the records nor the index hold, and that the header proves to have been recorded.
+    const std::vector<XVUInt>& GetSoNoCabecalho() const { return m_aSoNoCabecalho; }
+    // How many records the header counts; 0 where it is not whole, or another file's.
+    XVUInt GetContadosNoCabecalho() const;
     // Adds the bank's integrations of this day that the index names once and whose records are there: each
     // took over the place of all others with its key.
     void JuntaDoBanco(std::span<const SEntradaIndice> aEntradas, std::vector<TChaveDmc>* paDoBanco) const;
@@ -75,6 +80,7 @@ class CXVExameDia {
     HRESULT LeRegistros();
     void ExaminaTexto(std::size_t uiQual);
     void JulgaIndice(std::span<const SEntradaIndice> aEntradas, XVUInt ulLimite);
+    void JulgaCabecalho();
     void JulgaTextos();
     // The highest position that a record names in a file of texts; 0: a record that may name a higher one is
     // lost, or that file's texts are given up again.
@@ -100,6 +106,7 @@ class CXVExameDia {
     std::vector<bool> m_aNoIndice;
     std::vector<SEntradaIndice> m_aAusentes;
     std::vector<XVUInt> m_aSemIndice;
+    std::vector<XVUInt> m_aSoNoCabecalho;
     XVUInt64 m_uiVagos = 0;
     XVUInt64 m_uiSobra = 0;
     XVUInt64 m_uiBlocosAlterados = 0;

@@ -174,6 +174,8 @@ HRESULT CXVRecuperacao::LeIndice() {
                        dia.JuntaDoBanco(aEntradas, &m_aDoBanco);
                        for (const XVUInt ulPonteiro : dia.GetSemIndice())
                            listaSemIndice.push_back(dia.GetDmc(ulPonteiro));
+                       for (const XVUInt ulPonteiro : dia.GetSoNoCabecalho())
+                           listaSemIndice.push_back(dia.GetDmc(ulPonteiro));
                        for (XVUInt ul = 1; ul <= dia.GetMotivos().size(); ++ul)
                            if ((dia.GetMotivos()[ul - 1] & eMotivo_IndiceRepetido) != 0)
                                listaSemIndice.push_back(dia.GetDmc(ul));

@@ -107,6 +107,8 @@ class CXVRecuperacao {
     HRESULT CopiaTextos(const SArquivoLoja& rArquivo, XVUInt64 uiDe, XVUInt64 uiAte,
                         CXVEscritaRecuperada& rEscrita);
     HRESULT RecuperaRegistros(const CXVExameDia& rDia, std::span<const SEntradaIndice> aEntradas);
+    // Notes what is lost behind the records of the day. Returns how many places that takes.
+    XVUInt64 ContaLugares(const CXVExameDia& rDia);
     HRESULT RecuperaRegistro(const CXVExameDia& rDia, XVUInt ulPonteiro, const SEntradaIndice* pEntrada,
                              REG_CR_INTEGRACAO_MIDDLEWARE_V2* pReg);
     HRESULT RefazTextos(const CXVExameDia& rDia, XVUInt ulMotivos, REG_CR_INTEGRACAO_MIDDLEWARE_V2* pReg);

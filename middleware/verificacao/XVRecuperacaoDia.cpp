@@ -156,16 +156,28 @@ HRESULT CXVRecuperacao::RecuperaRegistros(const CXVExameDia& rDia,
         hr = RecuperaRegistro(rDia, ulPonteiro, bTem ? &*itEntrada : nullptr, &reg);
         if (SUCCEEDED(hr)) hr = escrita.Grava({reinterpret_cast<const char*>(&reg), sizeof(reg)});
     }
-    XVUInt64 uiLugares = rRegistros.size();
     const TRegistro regVago{};
+    const XVUInt64 uiLugares = ContaLugares(rDia);
+    for (XVUInt64 ui = rRegistros.size(); ui < uiLugares && SUCCEEDED(hr); ++ui)
+        hr = escrita.Grava({reinterpret_cast<const char*>(&regVago), sizeof(regVago)});
+    return SUCCEEDED(hr) ? Conclui(escrita) : hr;
+}
+
+XVUInt64 CXVRecuperacao::ContaLugares(const CXVExameDia& rDia) {
+    const XVUInt64 uiRegistros = rDia.GetRegistros().size();
+    XVUInt64 uiLugares = std::max<XVUInt64>(uiRegistros, rDia.GetContadosNoCabecalho());
     for (const SEntradaIndice& rAusente : rDia.GetAusentes()) {
         AnotaPerdida(rAusente.reg.regDmcIntegracao, eMotivo_SemRegistro,
                      rAusente.reg.uiChaveIntegracaoSistemaTerceiro);
-        if (rAusente.GetPonteiro() > rRegistros.size() + k_uiMaximoVagas) continue;
-        for (; uiLugares < rAusente.GetPonteiro() && SUCCEEDED(hr); ++uiLugares)
-            hr = escrita.Grava({reinterpret_cast<const char*>(&regVago), sizeof(regVago)});
+        if (rAusente.GetPonteiro() <= uiRegistros + k_uiMaximoVagas)
+            uiLugares = std::max<XVUInt64>(uiLugares, rAusente.GetPonteiro());
     }
-    return SUCCEEDED(hr) ? Conclui(escrita) : hr;
+    for (const XVUInt ulPonteiro : rDia.GetSoNoCabecalho()) {
+        const REG_XVDMC regDmc = rDia.GetDmc(ulPonteiro);
+        if (!FoiSubstituida(regDmc))
+            AnotaPerdida(regDmc, eMotivo_SemRegistroNemIndice, m_log.GetChave(regDmc));
+    }
+    return uiLugares;
 }
 
 HRESULT CXVRecuperacao::RecuperaRegistro(const CXVExameDia& rDia, XVUInt ulPonteiro,

@@ -177,6 +177,11 @@ void CXVVerificacao::VerificaDia(XVUInt64 uiDia, std::span<const SEntradaIndice>
                .sDetalhe = "o nome do arquivo não é de um dia do calendário"});
     else
         for (const XVUInt ulPonteiro : rSemIndice) m_listaSemIndice.push_back(dia.GetDmc(ulPonteiro));
+    if (!dia.TemChaves()) return;
+    for (const XVUInt ulPonteiro : dia.GetSoNoCabecalho()) {
+        m_listaSemIndice.push_back(dia.GetDmc(ulPonteiro));
+        m_semRegistro.insert(m_listaSemIndice.back().uiValor);
+    }
 }
 
 void CXVVerificacao::JulgaArquivosDoDia(const CXVExameDia& rDia) {
@@ -239,12 +244,12 @@ void CXVVerificacao::ContaDia(const CXVExameDia& rDia) {
     m_pVerificacao->uiDias += uiConhecidas > 0 ? 1 : 0;
 }
 
-// A record without its place in the index is missed, unless another integration of the bank with the same
-// key took that place. The record does not hold the key; the general log does.
+// What the index does not know, and the records hold or held, is missed, unless another integration of the
+// bank with the same key took that place. The record does not hold the key; the general log does.
 void CXVVerificacao::JulgaSemIndice() {
     CXVChavesDoLog log;
     log.Le(m_sDiretorio, m_listaSemIndice, m_aDoBanco);
-    SXVAchado aAchados[2];
+    SXVAchado aAchados[3];
     const auto anota = [&] {
         for (SXVAchado& rAchado : aAchados)
             if (rAchado.uiQuantidade > 0) Anota(std::exchange(rAchado, {}));
@@ -259,9 +264,12 @@ void CXVVerificacao::JulgaSemIndice() {
         const bool bTalvez =
             bSubstituida || (m_bIndiceConfere && !log.GetChave(regDmc) && !m_aDoBanco.empty());
         const XVUInt64 uiDia = regDmc.GetDma().ToChave();
-        SXVAchado& rAchado = aAchados[bTalvez ? 1 : 0];
+        constexpr EAchado k_aTipos[] = {EAchado::eSemIndice, EAchado::eTalvezSubstituida,
+                                        EAchado::eSemRegistroNemIndice};
+        const std::size_t uiQual = bTalvez ? 1 : m_semRegistro.contains(regDmc.uiValor) ? 2 : 0;
+        SXVAchado& rAchado = aAchados[uiQual];
         if (rAchado.uiDia != uiDia) anota();
-        rAchado.eTipo = bTalvez ? EAchado::eTalvezSubstituida : EAchado::eSemIndice;
+        rAchado.eTipo = k_aTipos[uiQual];
         rAchado.uiDia = uiDia;
         rAchado.sArquivo = XVNomeArquivo::ChaveParaNome(uiDia, k_pszArquivoIntegracao);
         JuntaIntegracao(rAchado, regDmc.GetPonteiro());

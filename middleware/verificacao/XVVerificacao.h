@@ -9,6 +9,7 @@
 #pragma once
 
 #include <functional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -77,6 +78,7 @@ class CXVVerificacao {
     CXVExameIndice m_indice;
     std::vector<SDiaListado> m_listaDias;
     std::vector<REG_XVDMC> m_listaSemIndice;
+    std::set<XVUInt64> m_semRegistro;  // of those
     std::vector<TChaveDmc> m_aDoBanco;
     XVUInt64 m_uiBytesLidos = 0;
     XVUInt64 m_uiBytesTotal = 0;

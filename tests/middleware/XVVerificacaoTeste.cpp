@@ -66,7 +66,7 @@ TEST_F(Verificacao, SetorRuimNaoLevaOQueEstaAtras) {
 TEST_F(Verificacao, SemIndiceVoltaComErroEAChaveDoLog) {
     Apaga(k_pszIndice);
     Corta(k_pszDia, 88)(*this);
-    EXPECT_EQ(Recupera().find("perdida"), std::string::npos) << "nothing tells of the third of the 15th";
+    EXPECT_NE(Recupera().find("20240315-3-1 perdida"), std::string::npos) << "the header tells of it";
     TLoja pLoja = Abre();
     const SIntegracaoLida lida = XVLe(*pLoja, {XVChaveDmc(k_uiHoje, 1)});
     EXPECT_EQ(lida.reg.eStatusIntegracao, XVUInt{eXVSMiddleware_Erro});
