@@ -109,8 +109,9 @@ void CXVExameDia::JulgaIndice(std::span<const SEntradaIndice> aEntradas, XVUInt 
 
 XVUInt CXVExameDia::GetContadosNoCabecalho() const {
     if (!m_arquivo.bCabecalho || !XVCabecalho::NomeConfere(m_arquivo.regB, m_arquivo.sNome)) return 0;
-    return static_cast<XVUInt>(
-        std::min<XVUInt64>(m_arquivo.regB.uiTamanhoDados / sizeof(TRegistro), ~XVUInt{0}));
+    // Far more than a day ever has: a forged header must not fill memory and disk.
+    constexpr XVUInt64 k_uiMaximo = 1U << 22;
+    return static_cast<XVUInt>(std::min(m_arquivo.regB.uiTamanhoDados / sizeof(TRegistro), k_uiMaximo));
 }
 
 void CXVExameDia::JulgaCabecalho() {
