@@ -14,7 +14,9 @@
 
 #include "platform/XVTipos.h"
 
-class CXVTravaLeitores {
+// TFila: the mutex of the turn; a test has one that tells who waits for it.
+template <class TFila = std::mutex>
+class TXVTravaLeitores {
   public:
     void lock() {
         m_uiEstado.fetch_add(k_uiEscritor, std::memory_order_relaxed);
@@ -68,7 +70,9 @@ class CXVTravaLeitores {
     // Readers that read, in the low half, and writers that write or wait. A reader that finds a writer there
     // is counted until it has turned back.
     std::atomic<XVUInt64> m_uiEstado = 0;
-    std::mutex m_mutexFila;  // the turn of the writer that writes or is the next to
+    TFila m_mutexFila;  // the turn of the writer that writes or is the next to
     std::mutex m_mutexEspera;
     std::condition_variable m_semLeitores;
 };
+
+using CXVTravaLeitores = TXVTravaLeitores<>;

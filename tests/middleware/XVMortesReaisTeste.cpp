@@ -32,6 +32,8 @@ class CVidas {
         for (auto i = m_sorteio() % 3; i > 0; --i) MataDepoisDe(0, {std::to_string(uiRoteiro), "0"});
         Confere(false);
     }
+    // Of those killed: how many had told a step or the opening, and had more to do.
+    unsigned GetNoMeio() const { return m_uiNoMeio; }
 
   private:
     fs::path Pasta() const { return fs::path(m_diretorio.Junta("MATRIZ")) / "DF"; }
@@ -84,6 +86,7 @@ class CVidas {
         if (uiDitos == 0 || uiDitos > roteiro.GetQuantidade()) return;
         ASSERT_TRUE(roteiro.Passo());
         m_depois = roteiro.Retrata();
+        ++m_uiNoMeio;
     }
 
     void Confere(bool bSomenteLeitura) {
@@ -106,6 +109,7 @@ class CVidas {
     std::mt19937_64 m_sorteio;
     XVUInt m_ulDurabilidade;
     TRetratoLoja m_antes, m_depois;
+    unsigned m_uiNoMeio = 0;
 };
 
 TEST(MortesReais, SoOVelhoOuONovoEOQueFoiConfirmadoEsta) {
@@ -113,13 +117,19 @@ TEST(MortesReais, SoOVelhoOuONovoEOQueFoiConfirmadoEsta) {
     const XVUInt64 uiMortes = XVDoAmbiente("XV_MORTES", 50);
     const XVUInt64 uiSemente = XVDoAmbiente("XV_MORTES_SEMENTE", 1);
     std::optional<CVidas> vidas;
+    XVUInt64 uiNoMeio = 0;
     for (XVUInt64 i = 0; i < uiMortes; ++i) {
         const XVUInt64 uiLoja = i / k_uiPorLoja;
         if (i % k_uiPorLoja == 0)
             vidas.emplace(uiSemente * 1000003 + uiLoja, static_cast<XVUInt>(uiLoja % 2));
+        const unsigned uiAntes = vidas->GetNoMeio();
         vidas->MataUm();
+        uiNoMeio += vidas->GetNoMeio() - uiAntes;
         ASSERT_FALSE(HasFailure()) << "kill " << i << " of seed " << uiSemente;
     }
+    RecordProperty("inside", static_cast<int>(uiNoMeio));
+    EXPECT_TRUE(uiMortes < 20 || uiNoMeio > uiMortes / 10)
+        << "every writer had done all, or nothing, before it died";
 }
 
 // A process that dies between placing a mark and lifting it may leave the mark's file; the next writer takes

@@ -151,7 +151,8 @@ TEST_P(CXVQuedaEnergia, EmEstadosDeRoteirosAoAcaso) {
         uiRecusadas += Examina(execucao, GetParam() == 1);
     }
     RecordProperty("refused", static_cast<int>(uiRecusadas));
-    EXPECT_TRUE(uiEstados < 20 || uiRecusadas < uiEstados) << "a store that never opens shows nothing at all";
+    // About two of five, without durability.
+    EXPECT_TRUE(uiEstados < 300 || uiRecusadas < uiEstados * 3 / 5) << "a refused store shows nothing at all";
 }
 
 INSTANTIATE_TEST_SUITE_P(Durabilidade, CXVQuedaEnergia, testing::Values(0U, 1U),

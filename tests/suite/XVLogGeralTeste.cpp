@@ -73,7 +73,8 @@ TEST_F(LogGeralTeste, CabecalhoEscreveQuemCriouOArquivo) {
 TEST_F(LogGeralTeste, CadaFalhaDoDiscoVoltaComoCodigoEALinhaSeguinteEntraInteira) {
     const auto retrato = m_Arquivos.Retrata();
     bool bHouveFalha = true;
-    for (XVUInt64 uiFalha = 1; bHouveFalha; ++uiFalha) {
+    XVUInt64 uiFalha = 1;
+    for (; bHouveFalha; ++uiFalha) {
         ASSERT_LT(uiFalha, 50U);
         m_Acesso.Fecha();
         m_Arquivos.Restaura(retrato);
@@ -90,6 +91,7 @@ TEST_F(LogGeralTeste, CadaFalhaDoDiscoVoltaComoCodigoEALinhaSeguinteEntraInteira
         EXPECT_EQ(Grava(m_Acesso, "segunda"), S_OK) << uiFalha;
         EXPECT_TRUE(Le().ends_with("\n" + Linha("segunda"))) << uiFalha;
     }
+    EXPECT_GT(uiFalha, 3U) << "the sweep must have met the operation";
 }
 
 }  // namespace

@@ -3,48 +3,59 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <mutex>
 #include <shared_mutex>
 #include <thread>
 
-#include "platform/XVTipos.h"
 #include "platform/XVTravaLeitores.h"
 
 namespace {
 
-// This thread reads, another comes again and again beside it: once a writer waits it waits behind the writer,
-// which goes in when this thread has gone. Without priority it never stops coming.
+// The turn, and how many have it or had it, and how many have come while another one had it.
+class CXVFilaVista {
+  public:
+    void lock() {
+        if (!m_mutex.try_lock()) {
+            ++s_uiAtras;
+            m_mutex.lock();
+        }
+        ++s_uiVezes;
+    }
+    void unlock() { m_mutex.unlock(); }
+
+    static inline std::atomic<unsigned> s_uiVezes = 0;
+    static inline std::atomic<unsigned> s_uiAtras = 0;
+
+  private:
+    std::mutex m_mutex;
+};
+
+// This thread reads, a writer waits for it, and a reader comes that waits behind the writer: it goes in when
+// the writer has been there.
 TEST(TravaLeitores, EscritorQueEsperaVaiAntesDosLeitoresSeguintes) {
-    constexpr XVUInt64 k_uiMaximo = 2'000'000;  // the reader gets here only if nothing stops it
-    CXVTravaLeitores trava;
-    std::atomic<XVUInt64> uiVezes = 0;
-    XVUInt64 uiProtegido = 0;  // plain memory: the thread sanitizer sees a lock that lets both in
+    CXVFilaVista::s_uiVezes = CXVFilaVista::s_uiAtras = 0;
+    TXVTravaLeitores<CXVFilaVista> trava;
+    bool bEscrito = false;  // plain memory: the thread sanitizer sees a lock that lets both in
+    std::atomic<bool> bLido = false;
     trava.lock_shared();
     std::thread escritor([&] {
         const std::unique_lock lock(trava);
-        ++uiProtegido;
+        bEscrito = true;
     });
-    std::thread leitor([&] {
-        for (bool bDepois = false; !bDepois && uiVezes < k_uiMaximo; ++uiVezes) {
-            const std::shared_lock lock(trava);
-            bDepois = uiProtegido != 0;
-        }
-    });
-    XVUInt64 uiTentativas = 0;  // until the writer is there, and not for ever
-    for (; uiTentativas < k_uiMaximo && trava.try_lock_shared(); ++uiTentativas) {
+    while (CXVFilaVista::s_uiVezes == 0) std::this_thread::yield();
+    if (trava.try_lock_shared()) {
+        ADD_FAILURE() << "whoever does not wait passes the writer";
         trava.unlock_shared();
-        std::this_thread::yield();
     }
-    EXPECT_LT(uiTentativas, k_uiMaximo) << "whoever does not wait passes the writer";
-    // The reader has stopped when nothing more happens while this thread gives way again and again.
-    for (XVUInt64 uiVistas = 0, uiParado = 0; uiParado < 20000 && uiVezes < k_uiMaximo; ++uiParado) {
-        if (uiVistas != uiVezes) uiParado = 0;
-        uiVistas = uiVezes;
-        std::this_thread::yield();
-    }
+    std::thread leitor([&] {
+        const std::shared_lock lock(trava);
+        EXPECT_TRUE(bEscrito) << "the writer that waits keeps no reader out";
+        bLido = true;
+    });
+    while (CXVFilaVista::s_uiAtras == 0 && !bLido) std::this_thread::yield();
     trava.unlock_shared();
     escritor.join();
     leitor.join();
-    EXPECT_LT(uiVezes, k_uiMaximo) << "the writer that waits keeps no reader out";
 }
 
 }  // namespace

@@ -41,7 +41,8 @@ TEST_F(Controle, NomeNaListaEOQueHaNoDiretorio) {
     CriaBom("E.dat");
     m_Falhas.SetFiltro([](const std::string& s) { return s.ends_with("E.dat"); });
     bool bHouveFalha = true;
-    for (XVUInt64 uiNumero = 1; bHouveFalha; ++uiNumero) {
+    XVUInt64 uiNumero = 1;
+    for (; bHouveFalha; ++uiNumero) {
         Cria(k_pszControle, Prefixado("B.dat"));
         m_Falhas.Programa({.eOperacao = EOperacaoArquivo::eConsulta, .uiNumero = uiNumero});
         const HRESULT hr = Tenta<CXVFileTeste>("E.dat");
@@ -50,6 +51,7 @@ TEST_F(Controle, NomeNaListaEOQueHaNoDiretorio) {
         EXPECT_EQ(hr, bHouveFalha ? eAccessDenied : S_OK) << uiNumero;
         EXPECT_EQ(Listados().size(), bHouveFalha ? 1U : 2U) << uiNumero;
     }
+    EXPECT_GT(uiNumero, 2U) << "the sweep must have met the opening";
 }
 
 TEST_F(Controle, FalhaNaRemocaoNaoDeixaCopia) {

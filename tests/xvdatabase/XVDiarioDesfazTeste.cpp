@@ -15,7 +15,8 @@ TEST_F(DiarioDesfaz, FalhasDoDiarioNaoDeixamOperacaoQueVolta) {
         for (const auto& [bPermanente, bFazTudo] :
              {std::pair(false, false), {true, false}, {false, true}, {true, true}}) {
             bool bHouveFalha = true;
-            for (XVUInt64 uiNumero = 1; bHouveFalha; ++uiNumero) {
+            XVUInt64 uiNumero = 1;
+            for (; bHouveFalha; ++uiNumero) {
                 SCOPED_TRACE(testing::Message() << ulDurabilidade << bPermanente << bFazTudo << uiNumero);
                 ASSERT_LT(uiNumero, 60U);
                 m_Arquivos.Restaura(inicial);
@@ -51,6 +52,7 @@ TEST_F(DiarioDesfaz, FalhasDoDiarioNaoDeixamOperacaoQueVolta) {
                     ASSERT_EQ(LeRegistros("A.dat"), (std::vector<REG_TESTE>{{3, 0, 0}}));
                 }
             }
+            EXPECT_GT(uiNumero, 3U) << "the sweep must have met the operation";
         }
     }
 }
