@@ -6,6 +6,7 @@
 #include "platform/XVRegistryArquivo.h"
 #include "platform/XVRegistryTexto.h"
 #include "tests/harness/XVDiretorioTemporario.h"
+#include "tests/harness/XVEmThreads.h"
 
 namespace {
 
@@ -75,4 +76,18 @@ TEST(CXVRegistryArquivoTeste, SegueOArquivoQueAVariavelNomeia) {
     EXPECT_EQ(registry.LeNumero("K", "V"), 44U) << "the file is back";
     fnGrava("outro", "[K]\nV = 55\n" + std::string(1 << 20, '\n'));
     EXPECT_EQ(registry.LeNumero("K", "V"), std::nullopt) << "longer than any registry";
+}
+
+// The thread sanitizer watches this one: each question may be the one that reads the file.
+TEST(CXVRegistryArquivoTeste, RespondeAVariosFios) {
+    const CXVDiretorioTeste diretorio;
+    diretorio.CriaArquivo("registro", "[K]\nV = 1\nT = \"um\"\n");
+    SetVariavel(diretorio.Junta("registro"));
+    CXVRegistryArquivo registry;
+    XVEmThreads(2, [&](unsigned i) {
+        if (i == 0)
+            EXPECT_EQ(registry.LeTexto("K", "T"), "um");
+        else
+            EXPECT_EQ(registry.LeNumero("K", "V"), 1U);
+    });
 }
