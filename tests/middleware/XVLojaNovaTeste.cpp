@@ -28,7 +28,8 @@ class LojaNova : public CXVCenarioLoja {
     std::size_t Arquivos(const std::string& sParte = {}) {
         std::size_t uiArquivos = 0;
         for (const auto& [sCaminho, rArquivo] : m_Arquivos.Retrata())
-            if (sCaminho.starts_with(PastaDados("")) && sCaminho.ends_with(".dat") &&
+            if (sCaminho.starts_with(PastaDados("")) &&
+                (sCaminho.ends_with(".dat") || sCaminho.ends_with(".tra")) &&
                 sCaminho.find(sParte) != std::string::npos)
                 ++uiArquivos;
         return uiArquivos;

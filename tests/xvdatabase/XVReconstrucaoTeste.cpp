@@ -93,6 +93,9 @@ TEST_F(Reconstrucao, CadaEntradaConformeSeuEstadoDeQualquerPontoDaEscrita) {
     const std::string sMeioCabecalho =
         Versao("A.dat", "0123456789abXXXXXXij", 1).substr(0, 100) + k_sA2.substr(100);
     const std::string sMeioB = k_sB0.substr(0, 77);
+    // Of an opening that was cut off while it put the last header over the first one.
+    std::string sMeiaConclusao = k_sA0.substr(0, 240) + k_sA2.substr(240);
+    ::Poe<XVUInt64>(sMeiaConclusao, 80, 2);
     struct SCaso {
         XVUInt ulEstado1, ulEstado2;
         std::string sA, sB;            // found
@@ -104,6 +107,7 @@ TEST_F(Reconstrucao, CadaEntradaConformeSeuEstadoDeQualquerPontoDaEscrita) {
         {k_ulRefazer, k_ulRefazer, sMeioA1, sMeioB, k_sA2, k_sB1, "concluída"},
         {k_ulRefazer, k_ulRefazer, k_sA1, k_sB0, k_sA2, k_sB1, "concluída"},
         {k_ulRefazer, k_ulRefazer, sMeioCabecalho, k_sB1, k_sA2, k_sB1, "concluída"},
+        {k_ulRefazer, k_ulRefazer, sMeiaConclusao, k_sB1, k_sA2, k_sB1, "concluída"},
         {k_ulRefazer, k_ulRefazer, k_sA2, k_sB1, k_sA2, k_sB1, nullptr},
         {k_ulRefazer, k_ulDesfazer, k_sA2, k_sB1, k_sA1, k_sB1, "desfeita"},
         {k_ulRefazer, k_ulDesfazer, k_sA1, k_sB1, k_sA1, k_sB1, nullptr},
