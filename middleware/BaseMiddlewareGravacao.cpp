@@ -249,3 +249,20 @@ HRESULT CBaseMiddleware::PreparaImportada(CXVOperacao& operacao, const SIntegrac
     XV_GRAVA_EM(operacao, "ImportaIntegracao", m_pDataBase->m_IndexIntegracao, uiPosicaoIndice, regIndex);
     return S_OK;
 }
+
+HRESULT CBaseMiddleware::PoeOrigem(REG_XVDMC regDmc, REG_XVDMC regDmcOrigem) {
+    XV_ESCOPO({"regDmc", regDmc.uiValor});
+    XV_CHECK(ValidaAcessoGravacao());
+    XV_CHECK(XVValidacaoIntegracao::ValidaDmcIntegracao(regDmc));
+    XV_CHECK(XVValidacaoIntegracao::ValidaDmc(regDmcOrigem));
+    const CXVAcessoDefault acesso(this);
+    return ExecutaOperacao(EFila::eSozinha, 0, [&](CXVOperacao& operacao) {
+        const XVUInt64 uiDia = regDmc.GetDma().ToChave();
+        XVUInt uiPosicao = regDmc.GetPonteiro();
+        REG_CR_INTEGRACAO_MIDDLEWARE_V2 reg;
+        XV_CHECK_EM("PoeOrigem", m_pDataBase->m_Integracao.Le(uiDia, uiPosicao, &reg));
+        reg.regDmcIntegracaoOrigem = regDmcOrigem;
+        XV_GRAVA_EM(operacao, "PoeOrigem", m_pDataBase->m_Integracao, uiDia, uiPosicao, reg);
+        return S_OK;
+    });
+}

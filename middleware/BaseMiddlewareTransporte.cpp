@@ -140,23 +140,6 @@ HRESULT CBaseMiddleware::PreparaImportacao(CXVOperacao& operacao, const SIntegra
     return PreparaImportada(operacao, rIntegracao);
 }
 
-HRESULT CBaseMiddleware::PoeOrigem(REG_XVDMC regDmc, REG_XVDMC regDmcOrigem) {
-    XV_ESCOPO({"regDmc", regDmc.uiValor});
-    XV_CHECK(ValidaAcessoGravacao());
-    XV_CHECK(XVValidacaoIntegracao::ValidaDmcIntegracao(regDmc));
-    XV_CHECK(XVValidacaoIntegracao::ValidaDmc(regDmcOrigem));
-    const CXVAcessoDefault acesso(this);
-    return ExecutaOperacao(EFila::eSozinha, 0, [&](CXVOperacao& operacao) {
-        const XVUInt64 uiDia = regDmc.GetDma().ToChave();
-        XVUInt uiPosicao = regDmc.GetPonteiro();
-        REG_CR_INTEGRACAO_MIDDLEWARE_V2 reg;
-        XV_CHECK_EM("PoeOrigem", m_pDataBase->m_Integracao.Le(uiDia, uiPosicao, &reg));
-        reg.regDmcIntegracaoOrigem = regDmcOrigem;
-        XV_GRAVA_EM(operacao, "PoeOrigem", m_pDataBase->m_Integracao, uiDia, uiPosicao, reg);
-        return S_OK;
-    });
-}
-
 REG_CR_INDEX_INTEGRACAO_V1 CBaseMiddleware::MontaIndice(const CXVDadosCR_IntegracaoMiddleware& rDados) {
     return {rDados.uiChaveIntegracaoSistemaTerceiro, rDados.regDmc, rDados.eSistemaIntegracao,
             rDados.eStatusIntegracao};
