@@ -22,6 +22,10 @@ class CXVProvedorDaSessao {
     std::optional<std::string> Faz(const std::string& sQual, std::istream& rPalavras);
 
   private:
-    CXVBibliotecaDinamica m_Biblioteca{"XVProvedor8.dll"};
-    SGravador& m_rGravador = *m_Biblioteca.GetFuncao<PFXVGravador>(k_pszFuncaoGravador)();
+    // Its library stays loaded for good, as in a process of the suite.
+    static SGravador& Gravador() {
+        static const CXVBibliotecaDinamica& s_rBiblioteca = *new CXVBibliotecaDinamica("XVProvedor8.dll");
+        return *s_rBiblioteca.GetFuncao<PFXVGravador>(k_pszFuncaoGravador)();
+    }
+    SGravador& m_rGravador = Gravador();
 };
