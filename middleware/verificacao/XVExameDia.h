@@ -64,7 +64,7 @@ class CXVExameDia {
     const std::vector<XVUInt>& GetSemIndice() const { return m_aSemIndice; }
     // Pointers that neither the records nor the index hold, and that the header proves to have been recorded.
     const std::vector<XVUInt>& GetSoNoCabecalho() const { return m_aSoNoCabecalho; }
-    // How many records the header counts; 0 where it is not whole, or another file's.
+    // How many records the header counts, at most four million; 0 where it is not whole, or another file's.
     XVUInt GetContadosNoCabecalho() const;
     // Adds the bank's integrations of this day that the index names once and whose records are there: each
     // took over the place of all others with its key.

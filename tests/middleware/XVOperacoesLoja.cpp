@@ -83,6 +83,7 @@ const std::vector<SOperacaoLoja>& XVOperacoesLoja() {
          [](L& r) { return Altera(r, Dmc(15, 1), "{\"retorno\":\"novo\"}"); }},
         {"AlteracaoSemRetorno", k_eComum, 15, [](L& r) { return Altera(r, Dmc(15, 1), ""); }},
         {"AlteracaoDeOutroDia", k_eComum, 15, [](L& r) { return Altera(r, Dmc(13, 2), "{}"); }},
+        {"OrigemDepois", k_eComum, 15, [](L& r) { return r.PoeOrigem(Dmc(15, 1), Dmc(13, 2)); }},
         {"StatusPorDmcComRetorno", k_eComum, 15,
          [](L& r) { return Status(r, Dmc(15, 1), 0, k_eSucesso, s_sRetorno); }},
         {"StatusPorDmcSemRetorno", k_eComum, 15,

@@ -10,7 +10,9 @@
 
 #include "tests/harness/XVDiretorioTemporario.h"
 #include "tests/harness/XVExecucao.h"
+#include "tests/harness/XVGuardasPlataforma.h"
 #include "tests/harness/XVProcessoFilho.h"
+#include "tests/harness/XVRelogioFalso.h"
 
 using TArgumentos = std::vector<std::string>;
 
@@ -51,4 +53,13 @@ class XVPrograma : public testing::Test {
 
   private:
     const bool m_bAqui;
+};
+
+// In this process, with a clock that stands still.
+class XVProgramaAqui : public XVPrograma {
+  protected:
+    XVProgramaAqui() : XVPrograma(true) {}
+
+    CXVRelogioFalso m_Relogio;
+    const CXVGuardaRelogio m_GuardaRelogio{m_Relogio};
 };

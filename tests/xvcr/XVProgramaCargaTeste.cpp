@@ -4,7 +4,6 @@
 #include <algorithm>
 
 #include "support/codes/XVCodigos.h"
-#include "tests/harness/XVGuardasPlataforma.h"
 #include "tests/harness/XVSistemaArquivosFalhas.h"
 #include "tests/xvcr/XVPrograma.h"
 #include "tools/xvcr/commands/XVSaidaCarga.h"
@@ -52,10 +51,7 @@ TEST_F(ProgramaCarga, MuitasIntegracoesVoltamTodasNaOrdem) {
     EXPECT_EQ(Json("le - --json-enviado", {}, sDmcs), lidas);
 }
 
-class ProgramaCargaAqui : public XVPrograma {
-  protected:
-    ProgramaCargaAqui() : XVPrograma(true) {}
-};
+class ProgramaCargaAqui : public XVProgramaAqui {};
 
 // A full disk would refuse each of the lines that follow.
 TEST_F(ProgramaCargaAqui, ContinuaNaoPassaDoDiscoCheio) {

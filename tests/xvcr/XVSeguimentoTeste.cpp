@@ -5,8 +5,6 @@
 #include <fstream>
 #include <map>
 
-#include "tests/harness/XVGuardasPlataforma.h"
-#include "tests/harness/XVRelogioFalso.h"
 #include "tests/xvcr/XVPrograma.h"
 
 namespace {
@@ -50,13 +48,7 @@ class CReceptor {
     int m_iPassagem = 0;
 };
 
-class Seguimento : public XVPrograma {
-  protected:
-    Seguimento() : XVPrograma(true) {}
-
-    CXVRelogioFalso m_Relogio;
-    const CXVGuardaRelogio m_Guarda{m_Relogio};
-};
+class Seguimento : public XVProgramaAqui {};
 
 // New ones, changes, one of the bank that takes the place of another; and all cut behind each line.
 TEST_F(Seguimento, QuemContinuaDeQualquerTokenFicaIgualABase) {

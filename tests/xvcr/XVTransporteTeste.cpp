@@ -1,8 +1,6 @@
 // An export of more rows than a transaction takes, and an import that the store stops.
 #include <algorithm>
 
-#include "tests/harness/XVGuardasPlataforma.h"
-#include "tests/harness/XVRelogioFalso.h"
 #include "tests/harness/XVSistemaArquivosFalhas.h"
 #include "tests/xvcr/XVPrograma.h"
 #include "tools/xvcr/transport/XVFormatoExportacao.h"
@@ -25,12 +23,7 @@ TEST(Transporte, MilLinhasPorTransacaoEmSql) {
     EXPECT_EQ(sMais.substr(2 * uiMil + 15, 23), "COMMIT;\nBEGIN;\nINSERT I");
 }
 
-class TransporteAqui : public XVPrograma {
-  protected:
-    TransporteAqui() : XVPrograma(true) {}
-    CXVRelogioFalso m_Relogio;
-    const CXVGuardaRelogio m_GuardaRelogio{m_Relogio};
-};
+class TransporteAqui : public XVProgramaAqui {};
 
 // A full disk would refuse each of the lines that follow.
 TEST_F(TransporteAqui, ImportacaoQueContinuaParaNaFalhaDaBase) {

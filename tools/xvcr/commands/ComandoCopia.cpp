@@ -138,9 +138,8 @@ void Executa(const SComandoCopia& rComando, CXVContexto& rContexto) {
     if (rComando.bSemVerificar || rContexto.saida.EhJson()) return;
     if (!verificacao.EhIntegra())
         rContexto.saida.Linha(
-            "O que segue é da cópia. Verifique a base com xvcr verifica: se ela está íntegra, apague a cópia "
-            "e "
-            "copie de novo.");
+            "O que segue é da cópia. Verifique a base com xvcr verifica: se ela está íntegra, apague "
+            "a cópia e copie de novo.");
     XVMostraVerificacao(rContexto.saida, rEmpresa, verificacao);
 }
 
